@@ -1,0 +1,64 @@
+// Points, sizes and rectangles in device pixels, and the way between them and the twips of the control interfaces.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+namespace qvx {
+
+struct Point {
+    int x = 0;
+    int y = 0;
+    friend constexpr bool operator==(const Point&, const Point&) = default;
+};
+
+struct Size {
+    int width = 0;
+    int height = 0;
+    friend constexpr bool operator==(const Size&, const Size&) = default;
+};
+
+// Right and bottom are exclusive, as in the system's own rectangles.
+struct Rect {
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+
+    constexpr int Width() const { return right - left; }
+    constexpr int Height() const { return bottom - top; }
+    constexpr bool Empty() const { return right <= left || bottom <= top; }
+    constexpr bool Contains(Point p) const { return p.x >= left && p.x < right && p.y >= top && p.y < bottom; }
+    constexpr Rect Offset(int dx, int dy) const { return {left + dx, top + dy, right + dx, bottom + dy}; }
+    constexpr Rect Inflated(int dx, int dy) const { return {left - dx, top - dy, right + dx, bottom + dy}; }
+    constexpr Rect Intersect(const Rect& o) const {
+        return {std::max(left, o.left), std::max(top, o.top), std::min(right, o.right), std::min(bottom, o.bottom)};
+    }
+    friend constexpr bool operator==(const Rect&, const Rect&) = default;
+};
+
+// Dots per inch of a device, across and down; 96 is one device pixel to 15 twips.
+struct Dpi {
+    int x = 96;
+    int y = 96;
+    friend constexpr bool operator==(const Dpi&, const Dpi&) = default;
+};
+
+constexpr int twipsPerInch = 1440;
+
+// Twips in one pixel, at least 1; 15 at 96 dots per inch. Fractions are cut off, as hosts' own screen objects report
+// it.
+constexpr int TwipsPerPixel(int dotsPerInch) { return std::max(1, twipsPerInch / dotsPerInch); }
+
+// Rounded half away from zero. Results beyond 32 bits are clamped.
+constexpr int ScaleRounded(std::int64_t value, std::int64_t numerator, std::int64_t denominator) {
+    const std::int64_t product = value * numerator;
+    const std::int64_t half = denominator / 2;
+    const std::int64_t scaled = (product >= 0 ? product + half : product - half) / denominator;
+    return static_cast<int>(std::clamp<std::int64_t>(scaled, INT32_MIN, INT32_MAX));
+}
+
+constexpr int TwipsToPixels(int twips, int dotsPerInch) { return ScaleRounded(twips, dotsPerInch, twipsPerInch); }
+constexpr int PixelsToTwips(int pixels, int dotsPerInch) { return ScaleRounded(pixels, twipsPerInch, dotsPerInch); }
+
+}  // namespace qvx

@@ -1,0 +1,41 @@
+// A run-time error as hosts know it: a number and a description that travel together up to the automation edge.
+#pragma once
+
+#include <stdexcept>
+#include <utility>
+
+#include "common/text.h"
+
+namespace qvx {
+
+class RunTimeError : public std::exception {
+  public:
+    RunTimeError(int number, Text description) : number_(number), description_(std::move(description)) {}
+    int Number() const noexcept { return number_; }
+    const Text& Description() const noexcept { return description_; }
+    const char* what() const noexcept override { return "run-time error"; }
+
+  private:
+    int number_;
+    Text description_;
+};
+
+namespace errors {
+constexpr int invalidProcedureCall = 5;
+constexpr int overflow = 6;
+constexpr int outOfMemory = 7;
+constexpr int subscriptOutOfRange = 9;
+constexpr int typeMismatch = 13;
+constexpr int invalidPropertyValue = 380;
+constexpr int invalidPropertyArrayIndex = 381;
+constexpr int setNotSupportedAtRunTime = 382;
+constexpr int setNotPermitted = 387;
+constexpr int getNotSupportedAtRunTime = 393;
+constexpr int keyAlreadyExists = 457;
+constexpr int fixedCountTooLarge = 30001;
+constexpr int invalidRowValue = 30009;
+constexpr int invalidColValue = 30010;
+constexpr int lastRowRemoval = 30015;
+}  // namespace errors
+
+}  // namespace qvx

@@ -1,0 +1,12 @@
+// The one text type of the rules: UTF-16, as the system's own strings are.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace qvx {
+
+using Text = std::u16string;
+using TextView = std::u16string_view;
+
+}  // namespace qvx
