@@ -1,0 +1,106 @@
+#include "win/fonts.h"
+
+#include <algorithm>
+#include <cmath>
+#include <list>
+#include <mutex>
+#include <numeric>
+
+#include "win/wide.h"
+
+namespace qvx {
+
+namespace {
+
+// Fonts kept beyond their last user. A form draws with a handful; each is one of the process's 10,000 GDI handles.
+constexpr std::size_t keptFonts = 32;
+
+struct CacheEntry {
+    FontSpec spec;
+    Dpi dpi;
+    SharedFont font;
+};
+
+// Most recently used first. Never destroyed: at the module's end the system frees the handles, and windows of other
+// static objects may still draw.
+std::list<CacheEntry>& Cache() {
+    static auto* cache = new std::list<CacheEntry>;
+    return *cache;
+}
+
+std::mutex cacheMutex;
+
+}  // namespace
+
+LOGFONTW ToLogFont(const FontSpec& spec, Dpi dpi) {
+    LOGFONTW log{};
+    log.lfHeight = -static_cast<LONG>(std::lround(spec.points * dpi.y / 72.0));
+    if (spec.widthPoints > 0) {
+        log.lfWidth = static_cast<LONG>(std::lround(spec.widthPoints * dpi.x / 72.0));
+    }
+    log.lfWeight = spec.weight;
+    log.lfItalic = spec.italic;
+    log.lfUnderline = spec.underline;
+    log.lfStrikeOut = spec.strikeThrough;
+    log.lfCharSet = static_cast<BYTE>(spec.charset ? spec.charset : DEFAULT_CHARSET);
+    const std::size_t length = std::min<std::size_t>(spec.face.size(), LF_FACESIZE - 1);
+    std::copy_n(WideData(spec.face), length, log.lfFaceName);
+    return log;
+}
+
+GdiFont::GdiFont(const FontSpec& spec, Dpi dpi) {
+    const LOGFONTW log = ToLogFont(spec, dpi);
+    font_.Reset(CreateFontIndirectW(&log));
+    const WindowDc screen(nullptr);
+    const SelectedObject selected(screen.Get(), font_.Get());
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(screen.Get(), &metrics);
+    lineHeight_ = std::max(1, static_cast<int>(metrics.tmHeight));
+    averageWidth_ = std::max(1, static_cast<int>(metrics.tmAveCharWidth));
+    if (GetCharWidth32W(screen.Get(), 0, 255, widths_.data())) {
+        // The table may be used only where a run is as wide as its characters together: not for faces with overhang
+        // or kerning.
+        const TextView probe = u"AVATo. Ly/fi (0123456789) wW-_,\u00C4\u00E9";
+        SIZE size{};
+        const int sum = std::accumulate(probe.begin(), probe.end(), 0, [this](int total, char16_t c) {
+            return total + widths_[static_cast<std::size_t>(c)];
+        });
+        additive_ = GetTextExtentPoint32W(screen.Get(), WideData(probe), static_cast<int>(probe.size()), &size) &&
+                    size.cx == sum;
+    }
+}
+
+int GdiFont::RunWidth(HDC dc, TextView text) const {
+    if (additive_) {
+        int width = 0;
+        std::size_t i = 0;
+        for (; i < text.size() && text[i] < 256; ++i) {
+            width += widths_[static_cast<std::size_t>(text[i])];
+        }
+        if (i == text.size()) {
+            return width;
+        }
+    }
+    const SelectedObject selected(dc, font_.Get());
+    SIZE size{};
+    GetTextExtentPoint32W(dc, WideData(text), static_cast<int>(text.size()), &size);
+    return size.cx;
+}
+
+SharedFont AcquireFont(const FontSpec& spec, Dpi dpi) {
+    const std::lock_guard lock(cacheMutex);
+    std::list<CacheEntry>& cache = Cache();
+    const auto found = std::find_if(cache.begin(), cache.end(),
+                                    [&](const CacheEntry& entry) { return entry.dpi == dpi && entry.spec == spec; });
+    if (found != cache.end()) {
+        cache.splice(cache.begin(), cache, found);
+        return found->font;
+    }
+    cache.push_front({spec, dpi, std::make_shared<const GdiFont>(spec, dpi)});
+    if (cache.size() > keptFonts) {
+        cache.pop_back();
+    }
+    return cache.front().font;
+}
+
+}  // namespace qvx

@@ -1,0 +1,260 @@
+#include "win/gdi_surface.h"
+
+#include <algorithm>
+
+#include "win/dpi.h"
+#include "win/wide.h"
+
+namespace qvx {
+
+namespace {
+
+HBRUSH BrushOf(HDC dc, OleColor color) {
+    SetDCBrushColor(dc, ResolveColor(color));
+    return static_cast<HBRUSH>(GetStockObject(DC_BRUSH));
+}
+
+// Where a system does not draw the menu arrow itself: a triangle pointing down in the middle of the area.
+void DrawMenuArrow(HDC dc, const Rect& area, unsigned state) {
+    const int half = std::max(2, area.Width() / 4);
+    const int x = area.left + area.Width() / 2;
+    const int y = area.top + (area.Height() - half) / 2;
+    const auto triangle = [&](int shift, int color) {
+        for (int row = 0; row <= half; ++row) {
+            const RECT line{x - half + row + shift, y + row + shift, x + half - row + 1 + shift, y + row + 1 + shift};
+            ::FillRect(dc, &line, GetSysColorBrush(color));
+        }
+    };
+    if (state & frame_control::inactive) {
+        triangle(1, COLOR_3DHILIGHT);
+        triangle(0, COLOR_3DSHADOW);
+    } else {
+        triangle(0, COLOR_BTNTEXT);
+    }
+}
+
+}  // namespace
+
+COLORREF ResolveColor(OleColor color) {
+    return color & 0x80000000U ? GetSysColor(static_cast<int>(color & 0xFFU)) : color & 0x00FFFFFFU;
+}
+
+GdiSurface::GdiSurface(HDC dc) : GdiSurface(dc, DeviceDpi(dc)) {}
+
+GdiSurface::GdiSurface(HDC dc, Dpi dpi) : dc_(dc), dpi_(dpi), savedState_(SaveDC(dc)) {
+    SetBkMode(dc_, TRANSPARENT);
+    SetTextAlign(dc_, TA_LEFT | TA_TOP | TA_NOUPDATECP);
+}
+
+GdiSurface::~GdiSurface() {
+    if (savedState_) {
+        RestoreDC(dc_, savedState_);
+    }
+}
+
+void GdiSurface::Forget() {
+    fontSelected_ = false;
+    textColor_ = CLR_INVALID;
+    backColor_ = CLR_INVALID;
+}
+
+const GdiFont& GdiSurface::Font(const FontSpec& font) {
+    if (!font_ || !(fontSpec_ == font)) {
+        font_ = AcquireFont(font, dpi_);
+        fontSpec_ = font;
+        fontSelected_ = false;
+    }
+    return *font_;
+}
+
+const GdiFont& GdiSurface::SelectFont(const FontSpec& font) {
+    const GdiFont& found = Font(font);
+    if (!fontSelected_) {
+        SelectObject(dc_, found.Get());
+        fontSelected_ = true;
+    }
+    return found;
+}
+
+void GdiSurface::SetBackground(OleColor background) {
+    const COLORREF color = ResolveColor(background);
+    if (color != backColor_) {
+        SetBkColor(dc_, color);
+        backColor_ = color;
+    }
+}
+
+void GdiSurface::SetColors(OleColor text, OleColor background) {
+    const COLORREF color = ResolveColor(text);
+    if (color != textColor_) {
+        SetTextColor(dc_, color);
+        textColor_ = color;
+    }
+    SetBackground(background);
+}
+
+Size GdiSurface::MeasureText(TextView text, const FontSpec& font, int wrapWidth, unsigned format) {
+    const GdiFont& found = SelectFont(font);
+    const bool plain = (format & (text_format::wordBreak | text_format::editControl)) == 0 &&
+                       ((format & text_format::noPrefix) != 0 || text.find(u'&') == TextView::npos) &&
+                       text.find_first_of(u"\r\n\t") == TextView::npos;
+    if (plain) {
+        return {found.RunWidth(dc_, text), found.LineHeight()};
+    }
+    RECT area{0, 0, std::max(0, wrapWidth), 0};
+    DrawTextW(dc_, WideData(text), static_cast<int>(text.size()), &area, format | DT_CALCRECT);
+    return {static_cast<int>(area.right - area.left), static_cast<int>(area.bottom - area.top)};
+}
+
+int GdiSurface::LineHeight(const FontSpec& font) { return Font(font).LineHeight(); }
+
+void GdiSurface::FillRect(const Rect& area, OleColor color) {
+    if (area.Empty()) {
+        return;
+    }
+    // Opaque text without text: the quickest solid fill, and no brush is made.
+    SetBackground(color);
+    const RECT r = ToRECT(area);
+    ExtTextOutW(dc_, 0, 0, ETO_OPAQUE, &r, L"", 0, nullptr);
+}
+
+void GdiSurface::FrameRect(const Rect& area, OleColor color) {
+    const RECT r = ToRECT(area);
+    ::FrameRect(dc_, &r, BrushOf(dc_, color));
+}
+
+void GdiSurface::DrawLine(Point from, Point to, OleColor color, int thickness) {
+    const bool horizontal = from.y == to.y;
+    Rect area{std::min(from.x, to.x), std::min(from.y, to.y), std::max(from.x, to.x), std::max(from.y, to.y)};
+    if (horizontal) {
+        area.bottom = area.top + thickness;
+    } else {
+        area.right = area.left + thickness;
+    }
+    FillRect(area, color);
+}
+
+void GdiSurface::DrawEdge(const Rect& area, unsigned style, unsigned sides) {
+    RECT r = ToRECT(area);
+    ::DrawEdge(dc_, &r, style, sides);
+}
+
+void GdiSurface::DrawFrameControl(const Rect& area, unsigned kind, unsigned state) {
+    RECT r = ToRECT(area);
+    const bool drawn = ::DrawFrameControl(dc_, &r, kind, state) != 0;
+    if (!drawn && kind == frame_control::popupMenu) {
+        DrawMenuArrow(dc_, area, state);
+    }
+}
+
+void GdiSurface::DrawFocusRect(const Rect& area) {
+    // The system dots it with the current colours; black on white inverts every second pixel of what is there.
+    SetColors(Rgb(0, 0, 0), Rgb(255, 255, 255));
+    const RECT r = ToRECT(area);
+    ::DrawFocusRect(dc_, &r);
+}
+
+void GdiSurface::InvertRect(const Rect& area) {
+    const RECT r = ToRECT(area);
+    ::InvertRect(dc_, &r);
+}
+
+void GdiSurface::DrawLabel(TextView text, const Rect& area, const FontSpec& font, OleColor color, unsigned format) {
+    SelectFont(font);
+    const COLORREF resolved = ResolveColor(color);
+    if (resolved != textColor_) {
+        SetTextColor(dc_, resolved);
+        textColor_ = resolved;
+    }
+    RECT r = ToRECT(area);
+    DrawTextW(dc_, WideData(text), static_cast<int>(text.size()), &r, format);
+}
+
+void GdiSurface::DrawCellText(TextView text, Point origin, const Rect& area, const FontSpec& font, OleColor color,
+                              OleColor background) {
+    if (area.Empty()) {
+        return;
+    }
+    SelectFont(font);
+    SetColors(color, background);
+    const RECT r = ToRECT(area);
+    ExtTextOutW(dc_, origin.x, origin.y, ETO_OPAQUE | ETO_CLIPPED, &r, WideData(text), static_cast<UINT>(text.size()),
+                nullptr);
+}
+
+void GdiSurface::DrawPicture(const Picture& picture, const Rect& area) {
+    if (const auto* drawable = dynamic_cast<const GdiPicture*>(&picture)) {
+        const SavedDc saved(dc_);
+        drawable->Draw(dc_, area);
+    }
+}
+
+void GdiSurface::FrameRoundRect(const Rect& area, Size corner, OleColor color) {
+    const UniqueRegion region(
+        CreateRoundRectRgn(area.left, area.top, area.right, area.bottom, corner.width, corner.height));
+    FrameRgn(dc_, region.Get(), BrushOf(dc_, color), 1, 1);
+}
+
+void GdiSurface::PushClip(const Rect& area) {
+    UniqueRegion current(CreateRectRgn(0, 0, 0, 0));
+    if (GetClipRgn(dc_, current.Get()) != 1) {
+        current.Reset();
+    }
+    clips_.push_back(std::move(current));
+    IntersectClipRect(dc_, area.left, area.top, std::max(area.left, area.right), std::max(area.top, area.bottom));
+}
+
+void GdiSurface::PopClip() {
+    SelectClipRgn(dc_, clips_.back().Get());
+    clips_.pop_back();
+}
+
+BackBuffer::~BackBuffer() { Release(); }
+
+void BackBuffer::Release() {
+    if (original_) {
+        SelectObject(dc_.Get(), original_);
+        original_ = nullptr;
+    }
+    bitmap_.Reset();
+    dc_.Reset();
+    size_ = {};
+}
+
+HDC BackBuffer::Prepare(HDC reference, Size size, bool* fresh) {
+    const bool enough = dc_ && size.width <= size_.width && size.height <= size_.height;
+    if (fresh) {
+        *fresh = !enough;
+    }
+    if (enough) {
+        return dc_.Get();
+    }
+    const Size wanted{std::max({1, size.width, size_.width}), std::max({1, size.height, size_.height})};
+    Release();
+    UniqueMemoryDc dc(CreateCompatibleDC(reference));
+    UniqueBitmap bitmap(CreateCompatibleBitmap(reference, wanted.width, wanted.height));
+    if (!dc || !bitmap) {
+        return nullptr;
+    }
+    dc_ = std::move(dc);
+    bitmap_ = std::move(bitmap);
+    original_ = SelectObject(dc_.Get(), bitmap_.Get());
+    size_ = wanted;
+    return dc_.Get();
+}
+
+void BackBuffer::CopyTo(HDC target, const Rect& area) const {
+    if (!area.Empty()) {
+        BitBlt(target, area.left, area.top, area.Width(), area.Height(), dc_.Get(), area.left, area.top, SRCCOPY);
+    }
+}
+
+void BackBuffer::Scroll(const Rect& area, int dx, int dy) const {
+    const Rect target = area.Intersect(area.Offset(dx, dy));
+    if (!target.Empty()) {
+        BitBlt(dc_.Get(), target.left, target.top, target.Width(), target.Height(), dc_.Get(), target.left - dx,
+               target.top - dy, SRCCOPY);
+    }
+}
+
+}  // namespace qvx

@@ -1,0 +1,106 @@
+// The drawing seam over a system device context.
+#pragma once
+
+#include <windows.h>
+
+#include <vector>
+
+#include "elements/surface/surface.h"
+#include "win/fonts.h"
+#include "win/handles.h"
+
+namespace qvx {
+
+// The colour as the system draws it: system colours looked up, palette bits dropped.
+COLORREF ResolveColor(OleColor color);
+
+inline RECT ToRECT(const Rect& r) { return {r.left, r.top, r.right, r.bottom}; }
+inline Rect FromRECT(const RECT& r) {
+    return {static_cast<int>(r.left), static_cast<int>(r.top), static_cast<int>(r.right), static_cast<int>(r.bottom)};
+}
+
+// A picture that GDI can draw. Every picture given to a GdiSurface is one.
+class GdiPicture : public Picture {
+  public:
+    // Scaled to the area; parts of the picture may be transparent.
+    virtual void Draw(HDC dc, const Rect& area) const = 0;
+};
+
+// Draws on a device context that it does not own, and leaves it as it found it. It keeps the last font and colours
+// selected between calls; anyone else who changes them on the same device context meanwhile calls Forget.
+class GdiSurface final : public Surface {
+  public:
+    // Resolution of the device.
+    explicit GdiSurface(HDC dc);
+    GdiSurface(HDC dc, Dpi dpi);
+    ~GdiSurface() override;
+    GdiSurface(const GdiSurface&) = delete;
+    GdiSurface& operator=(const GdiSurface&) = delete;
+
+    HDC Dc() const { return dc_; }
+    void Forget();
+
+    Dpi Resolution() const override { return dpi_; }
+    Size MeasureText(TextView text, const FontSpec& font, int wrapWidth, unsigned format) override;
+    int LineHeight(const FontSpec& font) override;
+    void FillRect(const Rect& area, OleColor color) override;
+    void FrameRect(const Rect& area, OleColor color) override;
+    void DrawLine(Point from, Point to, OleColor color, int thickness) override;
+    void DrawEdge(const Rect& area, unsigned style, unsigned sides) override;
+    void DrawFrameControl(const Rect& area, unsigned kind, unsigned state) override;
+    void DrawFocusRect(const Rect& area) override;
+    void InvertRect(const Rect& area) override;
+    void DrawLabel(TextView text, const Rect& area, const FontSpec& font, OleColor color, unsigned format) override;
+    void DrawCellText(TextView text, Point origin, const Rect& area, const FontSpec& font, OleColor color,
+                      OleColor background) override;
+    void DrawPicture(const Picture& picture, const Rect& area) override;
+    void FrameRoundRect(const Rect& area, Size corner, OleColor color) override;
+    void PushClip(const Rect& area) override;
+    void PopClip() override;
+
+  private:
+    const GdiFont& Font(const FontSpec& font);
+    const GdiFont& SelectFont(const FontSpec& font);
+    void SetColors(OleColor text, OleColor background);
+    void SetBackground(OleColor background);
+
+    HDC dc_;
+    Dpi dpi_;
+    int savedState_;
+    // The last font asked for, and whether it is the selected one.
+    FontSpec fontSpec_;
+    SharedFont font_;
+    bool fontSelected_ = false;
+    COLORREF textColor_ = CLR_INVALID;
+    COLORREF backColor_ = CLR_INVALID;
+    // Regions to go back to; an empty owner stands for no clip.
+    std::vector<UniqueRegion> clips_;
+};
+
+// A bitmap to paint on before showing the result in one copy, so that nothing flickers. It keeps its bitmap while the
+// size stays below what it once needed.
+class BackBuffer {
+  public:
+    ~BackBuffer();
+    BackBuffer() = default;
+    BackBuffer(const BackBuffer&) = delete;
+    BackBuffer& operator=(const BackBuffer&) = delete;
+
+    // Makes room for at least `size` pixels in the format of `reference`. Returns the device context to draw on, null
+    // when the system has no memory for it. True in `fresh` when old contents were lost.
+    HDC Prepare(HDC reference, Size size, bool* fresh = nullptr);
+    HDC Dc() const { return dc_.Get(); }
+    // Copies an area to the same place of another device context.
+    void CopyTo(HDC target, const Rect& area) const;
+    // Moves what is inside `area` by (dx, dy); what is moved out is lost, what is uncovered keeps old contents.
+    void Scroll(const Rect& area, int dx, int dy) const;
+    void Release();
+
+  private:
+    UniqueMemoryDc dc_;
+    UniqueBitmap bitmap_;
+    HGDIOBJ original_ = nullptr;
+    Size size_;
+};
+
+}  // namespace qvx

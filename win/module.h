@@ -1,0 +1,13 @@
+// The module this code is linked into: where its window classes and resources belong.
+#pragma once
+
+#include <windows.h>
+
+extern "C" IMAGE_DOS_HEADER __ImageBase;
+
+namespace qvx {
+
+// The component server when loaded into a host, the program itself when linked into a test.
+inline HINSTANCE ModuleInstance() { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
+
+}  // namespace qvx

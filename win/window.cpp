@@ -1,0 +1,208 @@
+#include "win/window.h"
+
+#include <commctrl.h>
+
+#include <mutex>
+#include <set>
+#include <string>
+
+#include "common/keys.h"
+#include "win/gdi_surface.h"
+#include "win/module.h"
+
+namespace qvx {
+
+namespace {
+
+// A class stays registered when its module is unloaded, and its next window would call into nothing.
+class ClassRegistry {
+  public:
+    ~ClassRegistry() {
+        for (const std::wstring& name : names_) {
+            UnregisterClassW(name.c_str(), ModuleInstance());
+        }
+    }
+    bool Ensure(const WindowClass& windowClass, WNDPROC procedure) {
+        const std::lock_guard lock(mutex_);
+        if (names_.contains(windowClass.name)) {
+            return true;
+        }
+        WNDCLASSEXW record{};
+        record.cbSize = sizeof record;
+        record.style = windowClass.style;
+        record.lpfnWndProc = procedure;
+        record.cbWndExtra = sizeof(void*);
+        record.hInstance = ModuleInstance();
+        record.hCursor = LoadCursorW(nullptr, windowClass.cursor);
+        record.lpszClassName = windowClass.name;
+        if (!RegisterClassExW(&record) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
+            return false;
+        }
+        names_.insert(windowClass.name);
+        return true;
+    }
+
+  private:
+    std::mutex mutex_;
+    std::set<std::wstring> names_;
+};
+
+ClassRegistry& Registry() {
+    static ClassRegistry registry;
+    return registry;
+}
+
+// What a message answers whose handler failed: nothing was created, nothing was done, and painting is not asked for
+// again at once.
+LRESULT AnswerAfterFault(HWND window, UINT message) {
+    if (message == WM_PAINT) {
+        ValidateRect(window, nullptr);
+    }
+    return message == WM_CREATE ? -1 : 0;
+}
+
+}  // namespace
+
+Window::~Window() { Destroy(); }
+
+void Window::Destroy() {
+    const HWND window = handle_;
+    if (!window) {
+        return;
+    }
+    const LifeWatch watch = Watch();
+    if (!DestroyWindow(window) && IsWindow(window)) {
+        // Another thread's window: the system keeps it, but it must not find us any more.
+        SetWindowLongPtrW(window, 0, 0);
+    }
+    if (watch.Alive()) {
+        handle_ = nullptr;
+    }
+}
+
+bool Window::Create(const WindowClass& windowClass, const wchar_t* title, DWORD style, DWORD exStyle,
+                    const Rect& bounds, HWND parent, int id) {
+    if (handle_ || !Registry().Ensure(windowClass, &Window::Procedure)) {
+        return false;
+    }
+    const auto menu = reinterpret_cast<HMENU>(static_cast<INT_PTR>(id));
+    const HWND created = CreateWindowExW(exStyle, windowClass.name, title, style, bounds.left, bounds.top,
+                                         bounds.Width(), bounds.Height(), parent, menu, ModuleInstance(), this);
+    if (!created) {
+        handle_ = nullptr;
+    }
+    return created != nullptr;
+}
+
+LRESULT Window::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) { return Default(message, wParam, lParam); }
+
+LRESULT Window::Default(UINT message, WPARAM wParam, LPARAM lParam) {
+    return handle_ ? DefWindowProcW(handle_, message, wParam, lParam) : 0;
+}
+
+LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCCREATE) {
+        const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+        auto* created = static_cast<Window*>(create->lpCreateParams);
+        created->handle_ = window;
+        SetWindowLongPtrW(window, 0, reinterpret_cast<LONG_PTR>(created));
+    }
+    auto* self = reinterpret_cast<Window*>(GetWindowLongPtrW(window, 0));
+    if (!self) {
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+    const LifeWatch watch = self->Watch();
+    LRESULT result = 0;
+    try {
+        result = self->OnMessage(message, wParam, lParam);
+    } catch (...) {
+        if (watch.Alive()) {
+            self->OnFault();
+        }
+        result = AnswerAfterFault(window, message);
+    }
+    if (message == WM_NCDESTROY && watch.Alive()) {
+        SetWindowLongPtrW(window, 0, 0);
+        self->handle_ = nullptr;
+        try {
+            self->OnGone();
+        } catch (...) {
+            // Nobody is left to tell.
+            result = 0;
+        }
+    }
+    return result;
+}
+
+Rect Window::ClientArea() const {
+    RECT client{};
+    GetClientRect(handle_, &client);
+    return FromRECT(client);
+}
+
+void Window::Invalidate() const {
+    if (handle_) {
+        InvalidateRect(handle_, nullptr, FALSE);
+    }
+}
+
+void Window::Invalidate(const Rect& area) const {
+    if (handle_ && !area.Empty()) {
+        const RECT r = ToRECT(area);
+        InvalidateRect(handle_, &r, FALSE);
+    }
+}
+
+WindowSubclass::~WindowSubclass() { Detach(); }
+
+bool WindowSubclass::Attach(HWND window) {
+    Detach();
+    if (!SetWindowSubclass(window, &WindowSubclass::Procedure, reinterpret_cast<UINT_PTR>(this),
+                           reinterpret_cast<DWORD_PTR>(this))) {
+        return false;
+    }
+    handle_ = window;
+    return true;
+}
+
+void WindowSubclass::Detach() {
+    if (handle_) {
+        RemoveWindowSubclass(handle_, &WindowSubclass::Procedure, reinterpret_cast<UINT_PTR>(this));
+        handle_ = nullptr;
+    }
+}
+
+LRESULT WindowSubclass::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    return Default(message, wParam, lParam);
+}
+
+LRESULT WindowSubclass::Default(UINT message, WPARAM wParam, LPARAM lParam) {
+    return handle_ ? DefSubclassProc(handle_, message, wParam, lParam) : 0;
+}
+
+LRESULT CALLBACK WindowSubclass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                           DWORD_PTR data) {
+    auto* self = reinterpret_cast<WindowSubclass*>(data);
+    const LifeWatch watch = self->Watch();
+    LRESULT result = 0;
+    try {
+        result = self->OnMessage(message, wParam, lParam);
+    } catch (...) {
+        if (watch.Alive()) {
+            self->OnFault();
+        }
+        result = AnswerAfterFault(window, message);
+    }
+    if (message == WM_NCDESTROY && watch.Alive()) {
+        self->Detach();
+    }
+    return result;
+}
+
+int ShiftState() {
+    const auto down = [](int key) { return GetKeyState(key) < 0; };
+    return (down(VK_SHIFT) ? keys::shiftMask : 0) | (down(VK_CONTROL) ? keys::controlMask : 0) |
+           (down(VK_MENU) ? keys::altMask : 0);
+}
+
+}  // namespace qvx
