@@ -1,0 +1,82 @@
+// IDispatch of a dual interface, driven by the type library: an object derives from Dispatch<_Thing> and writes only
+// the interface's own methods.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <memory>
+
+#include "com/guard.h"
+#include "com/object.h"
+#include "com/type_library.h"
+
+namespace qvx {
+
+// The late-bound call of `self` (a pointer to the dual interface). By-reference variants, which scripts always pass,
+// are taken apart for typed parameters, and what the method wrote is copied back into the caller's variable.
+HRESULT InvokeThroughTypeLibrary(const MemberTable& members, void* self, DISPID member, WORD flags,
+                                 DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
+                                 UINT* argumentInError) noexcept;
+
+template <typename I>
+class Dispatch : public I {
+  public:
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
+        if (!count) return E_POINTER;
+        *count = 1;
+        return S_OK;
+    }
+    STDMETHODIMP GetTypeInfo(UINT index, LCID, ITypeInfo** info) override {
+        if (!info) return E_POINTER;
+        *info = nullptr;
+        if (index != 0) return DISP_E_BADINDEX;
+        return Guard([&] { *info = Members().info.copy(); });
+    }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
+        return Guard([&] { return Members().info->GetIDsOfNames(names, count, ids); });
+    }
+    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
+                        EXCEPINFO* exception, UINT* argumentInError) override {
+        return Guard([&] {
+            return InvokeThroughTypeLibrary(Members(), static_cast<I*>(this), member, flags, arguments, result,
+                                            exception, argumentInError);
+        });
+    }
+
+  protected:
+    ~Dispatch() = default;
+
+  private:
+    const MemberTable& Members() {
+        if (!members_) members_ = MembersOf(__uuidof(I));
+        return *members_;
+    }
+
+    std::shared_ptr<const MemberTable> members_;
+};
+
+template <typename I>
+struct InterfaceTraits<Dispatch<I>> {
+    static bool Answers(REFIID iid) { return iid == __uuidof(I) || iid == __uuidof(IDispatch); }
+};
+
+// Says that methods of the given interface leave rich error information behind.
+template <typename I>
+class ErrorInfoSupport : public ISupportErrorInfo {
+  public:
+    STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override {
+        return iid == __uuidof(I) || iid == __uuidof(IDispatch) ? S_OK : S_FALSE;
+    }
+
+  protected:
+    ~ErrorInfoSupport() = default;
+};
+
+template <typename I>
+struct InterfaceTraits<ErrorInfoSupport<I>> {
+    static bool Answers(REFIID iid) { return iid == __uuidof(ISupportErrorInfo); }
+};
+
+}  // namespace qvx

@@ -1,0 +1,58 @@
+#include "com/variant.h"
+
+#include "com/guard.h"
+
+namespace qvx {
+
+namespace {
+// The cross-compiler's headers take sources as not constant; the calls only read them.
+VARIANT* Source(const VARIANT& value) { return const_cast<VARIANT*>(&value); }
+}  // namespace
+
+Variant::Variant(const VARIANT& value) : Variant() { Check(VariantCopyInd(&value_, Source(value))); }
+
+Variant Variant::Missing() {
+    Variant missing;
+    missing.value_.vt = VT_ERROR;
+    missing.value_.scode = DISP_E_PARAMNOTFOUND;
+    return missing;
+}
+
+std::optional<Variant> Variant::To(VARTYPE type) const {
+    Variant converted;
+    const HRESULT result = VariantChangeTypeEx(converted.put(), Source(value_), LOCALE_INVARIANT, 0, type);
+    if (FAILED(result)) return std::nullopt;
+    return converted;
+}
+
+std::optional<long> Variant::ToLong() const {
+    const auto converted = To(VT_I4);
+    return converted ? std::optional(static_cast<long>(converted->get().lVal)) : std::nullopt;
+}
+
+std::optional<bool> Variant::ToBool() const {
+    const auto converted = To(VT_BOOL);
+    return converted ? std::optional(converted->get().boolVal != VARIANT_FALSE) : std::nullopt;
+}
+
+std::optional<double> Variant::ToDouble() const {
+    const auto converted = To(VT_R8);
+    return converted ? std::optional(converted->get().dblVal) : std::nullopt;
+}
+
+std::optional<Text> Variant::ToText() const {
+    if (value_.vt == VT_BSTR) return Text(FromBstr(value_.bstrVal));
+    if (value_.vt == VT_EMPTY || value_.vt == VT_NULL || IsMissing(value_)) return Text();
+    // The system spells a Boolean by its number in the invariant locale; hosts see words.
+    if (value_.vt == VT_BOOL) return Text(value_.boolVal ? u"True" : u"False");
+    const auto converted = To(VT_BSTR);
+    return converted ? std::optional(Text(FromBstr(converted->get().bstrVal))) : std::nullopt;
+}
+
+bool IsMissing(const VARIANT& value) {
+    const VARIANT* plain = &value;
+    while (plain->vt == (VT_BYREF | VT_VARIANT)) plain = plain->pvarVal;
+    return plain->vt == VT_ERROR && plain->scode == DISP_E_PARAMNOTFOUND;
+}
+
+}  // namespace qvx
