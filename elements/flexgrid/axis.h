@@ -1,0 +1,55 @@
+// One direction of a grid as the view sees it: rows downward or columns across, in whole device pixels.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+namespace qvx::flexgrid {
+
+// Where one row or column lies in the window; `end` is exclusive. Hidden ones have no span.
+struct Span {
+    int index = 0;
+    int start = 0;
+    int end = 0;
+    constexpr int Size() const { return end - start; }
+    friend constexpr bool operator==(const Span&, const Span&) = default;
+};
+
+// Items 0..fixed-1 are fixed: they lie at the start and never scroll. Behind them follow the items from `first` on.
+// Invariants: 0 <= fixed <= count, and first >= fixed.
+struct Axis {
+    int count = 0;
+    int fixed = 0;
+    int first = 0;
+    int extent = 0;                  // room in the window, in pixels
+    std::function<int(int)> sizeOf;  // pixels of an item; 0 is hidden
+
+    bool IsHidden(int index) const { return sizeOf(index) <= 0; }
+    // Pixels of the fixed items together, beyond the window's room too.
+    int FixedExtent() const;
+    // Whether there is an item to scroll at all.
+    bool HasScrollable() const { return fixed < count; }
+};
+
+// The spans that lie at least partly in the window, in order: fixed ones, then scrolled ones.
+std::vector<Span> VisibleSpans(const Axis& axis);
+
+// The nearest item that is not hidden, from `index` (itself included) in direction `step` (1 or -1), within
+// fixed..count-1; -1 when there is none.
+int NearestShown(const Axis& axis, int index, int step);
+
+// `distance` shown items further from `index` in the direction of its sign, stopping at the last that there is; `index`
+// when there is none.
+int StepShown(const Axis& axis, int index, int distance);
+
+// Distance in pixels from the window's edge to the item's start. Scrolled-away items lie at negative distances from
+// the end of the fixed ones or beyond the window. Results are clamped to 32 bits.
+int PositionOf(const Axis& axis, int index);
+
+// Whether any part of the item shows in the window.
+bool IsVisible(const Axis& axis, int index);
+
+// Mirrors spans for right-to-left windows of the given extent.
+std::vector<Span> Mirrored(std::vector<Span> spans, int extent);
+
+}  // namespace qvx::flexgrid

@@ -1,0 +1,67 @@
+// What keys and the mouse do to the cursor and the selection.
+#pragma once
+
+#include <optional>
+
+#include "elements/flexgrid/axis.h"
+#include "elements/flexgrid/hit_test.h"
+
+namespace qvx::flexgrid {
+
+// The cursor cell and the far corner of the selection, by row and column numbers.
+struct Cursor {
+    int row = 0;
+    int col = 0;
+    int rowSel = 0;
+    int colSel = 0;
+    friend bool operator==(const Cursor&, const Cursor&) = default;
+};
+
+// As the grid's SelectionMode property numbers them.
+enum class SelectionShape { Free = 0, ByRow = 1, ByColumn = 2 };
+
+// A cursor with the selection that its shape asks for: by row it reaches from the first scrollable to the last column,
+// whatever column the cursor is in; likewise by column.
+struct Cells {
+    int top = 0;
+    int left = 0;
+    int bottom = -1;  // inclusive
+    int right = -1;
+    bool Contains(int row, int col) const { return row >= top && row <= bottom && col >= left && col <= right; }
+    friend bool operator==(const Cells&, const Cells&) = default;
+};
+Cells SelectedCells(const Cursor& cursor, SelectionShape shape, const Axis& rows, const Axis& columns);
+
+// A step of the cursor and where the view goes with it.
+struct Step {
+    Cursor cursor;
+    int topRow = 0;
+    int leftCol = 0;
+    friend bool operator==(const Step&, const Step&) = default;
+};
+
+// What a key does; nothing when the grid has no use for it. Arrows move by one shown cell, Page Up and Page Down by the
+// rows that show whole, Home and End to the ends of the row; with Ctrl arrows, Home and End go to the ends of the grid
+// and the page keys move across. Shift moves the far corner. The moved end is brought into view. `shift` is the shift
+// state of key events.
+std::optional<Step> KeyStep(int key, int shift, const Cursor& cursor, const Axis& rows, const Axis& columns);
+
+// What a pressed button starts to drag.
+enum class Drag { None, Cells, Rows, Columns };
+
+struct Press {
+    Drag drag = Drag::None;
+    Cursor cursor;
+    friend bool operator==(const Press&, const Press&) = default;
+};
+
+// The left button pressed on `hit`: a cell takes the cursor, or with Shift the far corner; a header selects its column,
+// its row or, in the corner, everything when `bigSelection` (the grid's AllowBigSelection property) permits and the
+// shape agrees. Drag::None leaves the cursor as it was.
+Press MousePress(const Hit& hit, bool extend, bool bigSelection, SelectionShape shape, const Cursor& cursor,
+                 const Axis& rows, const Axis& columns);
+
+// The pointer moved to `point` with a drag going on.
+Cursor MouseDrag(Drag drag, const Cursor& cursor, Point point, const Axis& rows, const Axis& columns, bool mirrored);
+
+}  // namespace qvx::flexgrid

@@ -1,0 +1,168 @@
+// Rows and columns in the window: spans, positions, first item, bars, wheel and automatic scrolling.
+#include "elements/flexgrid/scrolling.h"
+
+#include <gtest/gtest.h>
+
+#include "elements/flexgrid/hit_test.h"
+
+namespace qvx::flexgrid {
+namespace {
+
+// Items of the given sizes, the first `fixed` of them fixed.
+Axis Make(std::vector<int> sizes, int fixed, int first, int extent) {
+    const int count = static_cast<int>(sizes.size());
+    return {count, fixed, first, extent, [sizes](int i) { return sizes[static_cast<std::size_t>(i)]; }};
+}
+
+Axis Uniform(int count, int fixed, int first, int extent, int size = 16) {
+    return {count, fixed, first, extent, [size](int) { return size; }};
+}
+
+std::string Show(const std::vector<Span>& spans) {
+    std::string out;
+    for (const Span& s : spans) {
+        out += std::to_string(s.index) + "@" + std::to_string(s.start) + "-" + std::to_string(s.end) + " ";
+    }
+    return out;
+}
+
+TEST(Axis, SpansLeaveOutHiddenAndScrolledItemsAndStopAtTheWindow) {
+    EXPECT_EQ(Show(VisibleSpans(Make({10, 20, 0, 30, 40}, 1, 1, 65))), "0@0-10 1@10-30 3@30-60 4@60-100 ");
+    EXPECT_EQ(Show(VisibleSpans(Make({10, 20, 0, 30, 40}, 1, 3, 40))), "0@0-10 3@10-40 ");
+    EXPECT_EQ(Show(VisibleSpans(Make({50, 50, 50}, 2, 2, 60))), "0@0-50 1@50-100 ");
+    EXPECT_EQ(Show(VisibleSpans(Make({}, 0, 0, 60))), "");
+    EXPECT_EQ(Show(Mirrored(VisibleSpans(Make({10, 20}, 1, 1, 100)), 100)), "0@90-100 1@70-90 ");
+}
+
+TEST(Axis, PositionsOfScrolledAwayItemsGoOnBeyondTheWindow) {
+    const Axis axis = Make({10, 20, 30, 40, 50}, 1, 3, 60);
+    const int expected[] = {0, -40, -20, 10, 50};
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(PositionOf(axis, i), expected[i]) << i;
+    }
+    EXPECT_FALSE(IsVisible(axis, 2));
+    EXPECT_TRUE(IsVisible(axis, 4));
+    EXPECT_FALSE(IsVisible(axis, 5));
+    EXPECT_EQ(PositionOf(Uniform(100'000, 1, 1, 100, 30'000), 90'000), INT32_MAX);
+}
+
+TEST(Axis, SteppingSkipsHiddenItemsAndStopsAtTheEnds) {
+    const Axis axis = Make({10, 0, 10, 0, 0, 10, 0}, 1, 2, 100);
+    EXPECT_EQ(StepShown(axis, 2, 1), 5);
+    EXPECT_EQ(StepShown(axis, 5, 1), 5);
+    EXPECT_EQ(StepShown(axis, 5, -1), 2);
+    EXPECT_EQ(StepShown(axis, 2, -7), 2);
+    EXPECT_EQ(NearestShown(axis, 6, 1), -1);
+}
+
+TEST(Scrolling, TheLastPageIsFullAndHiddenItemsAtTheEndDoNotCount) {
+    struct Case {
+        Axis axis;
+        int largest;
+        const char* what;
+    };
+    const Case cases[] = {
+        {Uniform(100, 1, 1, 96), 95, "5 of 16 fit behind the header"},
+        {Uniform(100, 1, 1, 100), 95, "a partly shown one does not count"},
+        {Uniform(5, 1, 1, 96), 1, "everything fits"},
+        {Make({10, 50, 50, 500}, 1, 1, 100), 3, "the last alone is too large"},
+        {Make({10, 50, 50, 50, 0, 0}, 1, 1, 110), 2, "hidden ones at the end"},
+        {Make({200, 50, 50}, 1, 1, 100), 2, "no room behind the header"},
+        {Uniform(1'000'000, 1, 1, 600), 999'964, "a million rows"},
+        {Make({}, 0, 0, 100), 0, "nothing at all"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(LargestFirst(c.axis), c.largest) << c.what;
+        EXPECT_EQ(ClampFirst(c.axis, INT32_MAX), c.largest) << c.what;
+        EXPECT_EQ(ClampFirst(c.axis, -5), c.axis.fixed) << c.what;
+        const Bar bar = BarOf(c.axis);
+        EXPECT_EQ(bar.max - bar.page + 1, c.largest) << c.what;
+    }
+    EXPECT_EQ(ClampFirst(Make({10, 10, 0, 0, 10, 10}, 1, 1, 30), 2), 4);
+}
+
+TEST(Scrolling, ShowingAnItemScrollsAsLittleAsNeeded) {
+    const Axis axis = Uniform(100, 1, 40, 96);  // rows 40..44 show whole
+    for (const auto& [index, first] :
+         {std::pair{42, 40}, {40, 40}, {44, 40}, {45, 41}, {99, 95}, {39, 39}, {1, 1}, {0, 40}, {100, 40}}) {
+        EXPECT_EQ(FirstToShow(axis, index), first) << index;
+    }
+    EXPECT_EQ(FirstToShow(Make({10, 20, 500, 20}, 1, 1, 100), 2), 2)
+        << "an item larger than the window starts at its edge";
+}
+
+TEST(Scrolling, OneBarMayMakeTheOtherNecessary) {
+    const Size bar{16, 16};
+    struct Case {
+        int rows, cols, allowed;
+        BarChoice choice;
+    };
+    // Rows are 16 high, columns 50 wide, the window 200 x 160.
+    const Case cases[] = {{10, 4, 3, {false, false}}, {11, 3, 3, {false, true}}, {11, 4, 3, {true, true}},
+                          {10, 5, 3, {true, true}},   {9, 5, 3, {true, false}},  {11, 5, 1, {true, false}},
+                          {11, 5, 2, {false, true}},  {11, 5, 0, {false, false}}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(ChooseBars(Uniform(c.rows, 1, 1, 0), Uniform(c.cols, 1, 1, 0, 50), {200, 160}, bar, c.allowed),
+                  c.choice)
+            << c.rows << " rows " << c.cols << " columns, allowed " << c.allowed;
+    }
+}
+
+TEST(Scrolling, BarRequestsMoveByShownItemsWithinTheRange) {
+    const Axis axis = Uniform(100, 1, 40, 96);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::LineBack, 0), 39);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::PageOn, 0), 45);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::PageBack, 0), 35);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::Track, 77), 77);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::ThumbSet, 99), 95);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::Start, 0), 1);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::End, 0), 95);
+    EXPECT_EQ(FirstAfter(Uniform(100, 1, 95, 96), BarRequest::LineOn, 0), 95);
+    EXPECT_EQ(FirstAfter(Make({10, 10, 0, 0, 10, 10, 10}, 1, 1, 30), BarRequest::LineOn, 0), 4);
+}
+
+TEST(Scrolling, WheelMovementAddsUpToWholeSteps) {
+    WheelCounter wheel;
+    int steps = 0;
+    for (int i = 0; i < 8; ++i) {
+        steps += wheel.Take(30, 3);  // two notches in eighths
+    }
+    EXPECT_EQ(steps, 6);
+    EXPECT_EQ(wheel.Take(-120, 3), -3);
+    EXPECT_EQ(wheel.Take(39, 3), 0);
+    EXPECT_EQ(wheel.Take(-39, 3), 0) << "turning back drops the rest";
+    EXPECT_EQ(wheel.Take(-1, 3), -1) << "and starts to count anew";
+    EXPECT_EQ(wheel.Take(120, 40), 40);
+}
+
+TEST(Scrolling, DraggingFurtherOutScrollsFaster) {
+    for (const auto& [position, steps] :
+         {std::pair{20, 0}, {99, 0}, {19, -1}, {-10, -2}, {100, 1}, {125, 2}, {300, 9}}) {
+        EXPECT_EQ(AutoScrollSteps(position, 20, 100, 96), steps) << position;
+    }
+}
+
+TEST(HitTest, FindsFixedAndScrolledCellsAndTheGroundBeyond) {
+    const Axis rows = Uniform(100, 1, 40, 96);
+    const Axis columns = Make({30, 50, 0, 60}, 1, 1, 200);
+    struct Case {
+        Point point;
+        bool mirrored;
+        Hit hit;
+    };
+    const Case cases[] = {{{0, 0}, false, {0, 0, true, true}},  {{79, 15}, false, {0, 1, true, false}},
+                          {{80, 16}, false, {40, 3}},           {{29, 95}, false, {44, 0, false, true}},
+                          {{140, 20}, false, {40, -1}},         {{10, 96}, false, {-1, 0, false, true}},
+                          {{199, 0}, true, {0, 0, true, true}}, {{120, 40}, true, {41, 1}},
+                          {{119, 40}, true, {41, 3}},           {{-1, 20}, false, {40, -1}}};
+    for (const Case& c : cases) {
+        const Hit hit = HitTest(rows, columns, c.point, c.mirrored);
+        EXPECT_EQ(hit, c.hit) << c.point.x << "," << c.point.y << " gives " << hit.row << "," << hit.col;
+    }
+    EXPECT_EQ(NearestItemAt(rows, -50, true), 40);
+    EXPECT_EQ(NearestItemAt(rows, -50, false), 0);
+    EXPECT_EQ(NearestItemAt(columns, 900, true), 3);
+}
+
+}  // namespace
+}  // namespace qvx::flexgrid
