@@ -1,0 +1,129 @@
+# Showing a sample form in the forms host, by hand or by a key script.
+# shellcheck shell=bash
+
+ocx=build/x64/server/Qvx.ocx
+host_program=build/x64/host/qvxhost.exe
+
+# The caption a form file gives its form: the first one in it, since a form's own properties stand before its controls.
+form_caption() { tr -d '\r' <"$1" | sed -n 's/^[[:space:]]*Caption[[:space:]]*=[[:space:]]*"\(.*\)".*/\1/p' | head -n 1; }
+
+# register_server OCX: for this run's prefix only.
+register_server() {
+  run_windows 60 regsvr32 /s "$(windows_path "$1")" >>"$logs/register.log" 2>&1
+}
+
+# start_host FORM LOG SAVE: leaves its process group in `host_group`.
+start_host() {
+  local form=$1 log=$2 save=$3 script=${1%.frm}.vbs arguments
+  [[ -f $script ]] || script=${1%.frm}.js
+  arguments=("$(windows_path "$form")")
+  [[ ! -f $script ]] || arguments+=("$(windows_path "$script")")
+  arguments+=(--log "$(windows_path "$log")")
+  [[ -z $save ]] || arguments+=(--save "$(windows_path "$save")")
+  start_group run_windows "${demo_limit:-86400}" "$host_program" "${arguments[@]}" >"$logs/qvxhost.log" 2>&1
+  host_group=$group
+}
+
+host_is_running() { kill -0 -- "-$host_group" 2>/dev/null; }
+
+# close_host TITLE: as a person would, by Alt+F4.
+close_host() {
+  local i
+  host_is_running || return 0
+  keys_limit=5 keys_where=closing
+  wait_window "$1" || true
+  xdotool key --delay 60 alt+F4
+  for ((i = 0; i < 100; i++)); do
+    host_is_running || return 0
+    sleep 0.1
+  done
+  warn "The host did not end when its window was closed."
+  return 1
+}
+
+# run_demo FORM KEYS SCREENSHOT LOG SAVE: a prefix and a display must be there. Unattended when there is a key script or a screenshot to take.
+run_demo() {
+  local form=$1 keys=$2 screenshot=$3 log=$4 save=$5 title status=0
+  title=$(form_caption "$form")
+  : >"$log"
+  register_server "$ocx" || {
+    warn "The component server could not be registered."
+    return 1
+  }
+  if [[ -z $keys && -z $screenshot ]]; then
+    start_host "$form" "$log" "$save"
+    say "\"$title\" is open; close its window to end."
+    wait "$host_group" || status=$?
+  else
+    demo_limit=600 start_host "$form" "$log" "$save"
+    if [[ -n $keys ]]; then
+      play_keys "$keys" "$log" || status=1
+    else
+      keys_limit=30 keys_where=demo
+      wait_window "$title" || status=1
+      # The picture is of a form that has drawn itself: two looks at it half a second apart are the same.
+      wait_for_still_window
+    fi
+    if [[ -n $screenshot ]]; then
+      keys_window=$(find_window "$title" || true)
+      take_picture "$screenshot" "$keys_window" || status=1
+    fi
+    close_host "$title" || status=1
+    wait "$host_group" || status=$?
+  fi
+  if ((status != 0)); then
+    tail -n 20 "$logs/qvxhost.log" "$log" >&2
+  fi
+  return "$status"
+}
+
+wait_for_still_window() {
+  local before='' now i
+  for ((i = 0; i < 20; i++)); do
+    now=$(timeout 10 import -window root -display "$DISPLAY" rgb:- | cksum)
+    [[ $now != "$before" ]] || return 0
+    before=$now
+    sleep 0.5
+  done
+}
+
+# from_caller FILE: a file name as the person who typed it meant it.
+from_caller() {
+  if [[ -z $1 || $1 == /* ]]; then echo "$1"; else realpath -m "$caller/$1"; fi
+}
+
+qvx_demo() {
+  local name=invoice keys='' screenshot='' log='' save='' virtual='' form
+  while ((${#})); do
+    case $1 in
+      --keys | --screenshot | --log | --save)
+        (($# > 1)) || die "$1 needs a file name."
+        printf -v "${1#--}" '%s' "$(from_caller "$2")"
+        shift
+        ;;
+      --virtual) virtual=virtual ;;
+      -*) die "There is no option '$1' (see ./qvx help)." ;;
+      *) name=$1 ;;
+    esac
+    shift
+  done
+  form=$root/samples/$name.frm
+  [[ -f $form ]] || die "There is no form samples/$name.frm."
+  [[ -z $keys || -f $keys ]] || die "There is no key script $keys."
+  build x64 --target Qvx qvxhost || die "The build failed."
+  need "${packages_display[@]}"
+  mkdir -p "$root/build/demo"
+  log=${log:-$root/build/demo/$name.log}
+  if [[ -z $keys && -z $screenshot ]] && { [[ -n $virtual ]] || ! display_is_reachable; }; then
+    screenshot=$root/build/demo/$name.png
+    [[ ! -f samples/$name.keys ]] || keys=samples/$name.keys
+    say "There is no display to show it on: it runs by itself and leaves a picture."
+  fi
+  start_wine
+  use_display $virtual
+  run_demo "$form" "$keys" "$screenshot" "$log" "$save" || die "The demo failed."
+  [[ -z $screenshot ]] || say "Picture: $screenshot"
+  [[ -z $save ]] || say "Saved form: $save"
+  say "What the script wrote: $log"
+  [[ ! -s $log ]] || sed 's/^/   /' "$log"
+}

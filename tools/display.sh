@@ -1,0 +1,63 @@
+# A display to show windows on: the current one, or a virtual one that lives as long as this script.
+# shellcheck shell=bash
+
+display_is_reachable() { [[ -n ${DISPLAY:-} ]] && timeout 5 xdpyinfo >/dev/null 2>&1; }
+
+has_window_manager() {
+  [[ $(timeout 5 xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null) == *"window id"* ]]
+}
+
+# Captions and borders come from a window manager, and coordinates in key scripts count on them.
+start_window_manager() {
+  local i
+  start_group openbox --sm-disable >"$logs/openbox.log" 2>&1
+  for ((i = 0; i < 100; i++)); do
+    has_window_manager && return 0
+    sleep 0.1
+  done
+  warn "The window manager did not start; see build/logs/openbox.log."
+}
+
+start_virtual_display() {
+  local number_file i
+  mkdir -p "$logs"
+  number_file=$(mktemp)
+  # The server looks for a free display itself and writes its number.
+  start_group Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$number_file" >"$logs/xvfb.log" 2>&1
+  for ((i = 0; i < 100; i++)); do
+    [[ -s $number_file ]] && break
+    sleep 0.1
+  done
+  DISPLAY=:$(tr -d '[:space:]' <"$number_file")
+  rm -f "$number_file"
+  [[ $DISPLAY != : ]] || die "The virtual display did not start; see build/logs/xvfb.log."
+  export DISPLAY
+  unset XAUTHORITY WAYLAND_DISPLAY
+  start_window_manager
+}
+
+# use_display [virtual]
+use_display() {
+  need "${packages_display[@]}"
+  if [[ ${1:-} != virtual ]] && display_is_reachable; then
+    say "Using the display $DISPLAY"
+    has_window_manager || start_window_manager
+  else
+    start_virtual_display
+    say "Using a virtual display ($DISPLAY)"
+  fi
+}
+
+# take_picture FILE [WINDOW]: the screen, or the part of it where the window and its frame are (with whatever lies above it).
+take_picture() {
+  local file=$1 window=${2:-} crop=() x y width height left right top bottom
+  if [[ -n $window ]]; then
+    read -r x y width height < <(xdotool getwindowgeometry --shell "$window" |
+      sed -n 's/^X=//p; s/^Y=//p; s/^WIDTH=//p; s/^HEIGHT=//p' | tr '\n' ' ')
+    read -r left right top bottom < <(xprop -id "$window" _NET_FRAME_EXTENTS 2>/dev/null |
+      sed -n 's/.*= //; s/,//g; /^[0-9 ]*$/p') || true
+    crop=(-crop "$((width + ${left:-0} + ${right:-0}))x$((height + ${top:-0} + ${bottom:-0}))+$((x - ${left:-0}))+$((y - ${top:-0}))" +repage)
+  fi
+  mkdir -p "$(dirname "$file")"
+  timeout 30 import -window root "${crop[@]}" "png:$file"
+}

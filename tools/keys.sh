@@ -1,0 +1,134 @@
+# Plays a key script: keystrokes and clicks sent to the display from outside the program, as a person's would arrive. The commands are
+# described in docs/demo-keys.md.
+# shellcheck shell=bash
+
+keys_log=      # the log file that wait-log and no-log read
+keys_log_line= # lines of it that earlier waits have passed
+keys_limit=    # seconds that a wait may take
+keys_window=   # the window that coordinates belong to
+keys_where=    # script and line, for messages
+
+keys_fail() { warn "$keys_where: $*"; }
+
+# find_window TITLE: the newest visible window with that text in its title. Window managers' own frames have no title.
+find_window() {
+  local pattern
+  # shellcheck disable=SC2001
+  pattern=$(sed 's/[][\\.*^$+?(){}|]/\\&/g' <<<"$1")
+  xdotool search --onlyvisible --name "$pattern" 2>/dev/null | tail -n 1
+}
+
+wait_window() {
+  local deadline=$((SECONDS + keys_limit)) found
+  while ((SECONDS <= deadline)); do
+    found=$(find_window "$1" || true)
+    if [[ -n $found ]]; then
+      keys_window=$found
+      timeout 5 xdotool windowactivate --sync "$found" 2>/dev/null || timeout 5 xdotool windowfocus "$found" 2>/dev/null || true
+      return 0
+    fi
+    sleep 0.1
+  done
+  keys_fail "no window with \"$1\" in its title appeared within $keys_limit s."
+  return 1
+}
+
+wait_window_gone() {
+  local deadline=$((SECONDS + keys_limit))
+  while ((SECONDS <= deadline)); do
+    [[ -n $(find_window "$1" || true) ]] || return 0
+    sleep 0.1
+  done
+  keys_fail "the window with \"$1\" in its title is still there after $keys_limit s."
+  return 1
+}
+
+# The line number of the first log line with that text behind the ones already passed, or nothing.
+find_in_log() {
+  [[ -f $keys_log ]] || return 0
+  tr -d '\r' <"$keys_log" | awk -v from="$keys_log_line" -v text="$1" 'NR > from && index($0, text) { print NR; exit }'
+}
+
+wait_log() {
+  local deadline=$((SECONDS + keys_limit)) line
+  while ((SECONDS <= deadline)); do
+    line=$(find_in_log "$1")
+    if [[ -n $line ]]; then
+      keys_log_line=$line
+      return 0
+    fi
+    sleep 0.1
+  done
+  keys_fail "the log did not say \"$1\" within $keys_limit s."
+  return 1
+}
+
+# pointer ACTION X Y: moves to the point of the target window, then clicks button by button.
+pointer() {
+  [[ -n $keys_window ]] || {
+    keys_fail "there is no target window yet; wait-window comes first."
+    return 1
+  }
+  xdotool mousemove --window "$keys_window" "$1" "$2"
+}
+
+# play_line COMMAND REST
+play_line() {
+  local command=$1 rest=$2 words limit=$keys_limit
+  read -r -a words <<<"$rest"
+  # A quoted text may be followed by the seconds to wait for it.
+  if [[ $command == wait-* && $rest =~ ^\"(.*)\"[[:space:]]*([0-9]*)$ ]]; then
+    rest=${BASH_REMATCH[1]}
+    local keys_limit=${BASH_REMATCH[2]:-$limit}
+  fi
+  case $command in
+    wait-window) wait_window "$rest" ;;
+    wait-gone) wait_window_gone "$rest" ;;
+    wait-log) wait_log "$rest" ;;
+    no-log)
+      [[ -z $(find_in_log "$rest") ]] || {
+        keys_fail "the log says \"$rest\"."
+        return 1
+      }
+      ;;
+    timeout) keys_limit=$rest ;;
+    move) pointer "${words[@]}" ;;
+    click) pointer "${words[@]}" && xdotool click 1 ;;
+    rightclick) pointer "${words[@]}" && xdotool click 3 ;;
+    dblclick) pointer "${words[@]}" && xdotool click --repeat 2 --delay 80 1 ;;
+    drag)
+      pointer "${words[0]}" "${words[1]}" && xdotool mousedown 1 &&
+        pointer $(((words[0] + words[2]) / 2)) $(((words[1] + words[3]) / 2)) &&
+        pointer "${words[2]}" "${words[3]}" && xdotool mouseup 1
+      ;;
+    wheel) xdotool click --repeat "${words[1]:-1}" --delay 30 "$([[ ${words[0]} == up ]] && echo 4 || echo 5)" ;;
+    type) xdotool type --delay 40 -- "$rest" ;;
+    key) xdotool key --delay 60 -- "${words[@]}" ;;
+    pause) sleep "$(printf '%d.%03d' $((rest / 1000)) $((rest % 1000)))" ;;
+    screenshot) take_picture "$rest" "$keys_window" ;;
+    screenshot-all) take_picture "$rest" ;;
+    close) xdotool key --delay 60 alt+F4 ;;
+    *)
+      keys_fail "there is no command '$command'."
+      return 1
+      ;;
+  esac
+}
+
+# play_keys SCRIPT LOG: fails with the first line that fails.
+play_keys() {
+  local script=$1 line number=0
+  keys_log=$2 keys_log_line=0 keys_limit=20 keys_window=
+  while IFS= read -r line || [[ -n $line ]]; do
+    number=$((number + 1))
+    line=${line%$'\r'}
+    line=${line#"${line%%[![:space:]]*}"}
+    [[ -n $line && $line != \#* ]] || continue
+    keys_where="$script:$number"
+    if [[ $line == *[[:space:]]* ]]; then
+      play_line "${line%%[[:space:]]*}" "${line#*[[:space:]]}" || return 1
+    else
+      play_line "$line" "" || return 1
+    fi
+  done <"$script"
+}

@@ -1,0 +1,135 @@
+# Running the tests, layer by layer, and summing up.
+# shellcheck shell=bash
+
+all_layers=(lint native fuzz x64 x86 demo)
+test_name= # what tests' names must contain, or nothing
+
+# run_ctest PATTERN LAYER: the native programs whose names match. Programs of GoogleTest leave a report each; others pass or fail as a whole.
+run_ctest() {
+  local pattern=$1 layer=$2 reports=$root/build/test/native-$2 log=$logs/$2.log line name state
+  rm -rf "$reports"
+  mkdir -p "$reports"
+  # The limit is for hangs; sanitized programs on a busy machine are slow.
+  GTEST_OUTPUT="xml:$reports/" GTEST_FILTER="*$test_name*" ASAN_OPTIONS=detect_leaks=1 \
+    log_tail=0 with_log "$layer" ctest --test-dir build/native -R "$pattern" -j "$(nproc)" --timeout 600 --output-on-failure 2>/dev/null || true
+  while IFS= read -r line; do
+    [[ $line =~ Test\ +#[0-9]+:\ ([^ ]+)\ \.*[[:space:]]*(\**[A-Za-z]+) ]] || continue
+    name=${BASH_REMATCH[1]} state=${BASH_REMATCH[2]}
+    if [[ $name == unit_* && $state != '***Not' ]]; then
+      count_gtest "$layer" "$name" "$reports/$name.xml" "$([[ $state == Passed ]] && echo 0 || echo 1)" || show_failures "$log" "$name"
+    elif [[ $state == Passed ]]; then
+      count "$layer" "$name" 1 0 0
+      say "$layer: $name passed"
+    else
+      count "$layer" "$name" 0 1 0
+      warn "$layer: $name FAILED ($state); see build/logs/$layer.log"
+    fi
+  done < <(grep -E '^ *[0-9]+/[0-9]+ Test +#' "$log" || true)
+}
+
+# The failing assertions of one program's run, without what passed.
+show_failures() {
+  tr -d '\r' <"$1" | grep -v -E '^\[ +(OK|RUN|DISABLED) |^\[-+\]|^$' | grep -B 12 -E '\[  FAILED  \] .*\(|ERROR: |runtime error' | tail -n 60 >&2 ||
+    tail -n 20 "$1" >&2
+  warn "The whole log: ${1#"$root"/}"
+}
+
+build_for_test() {
+  local preset=$1
+  [[ ! -f $root/build/test/built-$preset ]] || return 0
+  if build "$preset" -- -k 0; then
+    count "$preset" build 1 0 0
+  else
+    count "$preset" build 0 1 0
+  fi
+  touch "$root/build/test/built-$preset"
+}
+
+test_native() {
+  build_for_test native
+  run_ctest '^unit_' native
+}
+
+test_fuzz() {
+  build_for_test native
+  run_ctest '^fuzz_' fuzz
+}
+
+# The tests that load the component server into a container, under Wine and on a display.
+run_control_tests() {
+  local arch=$1 program report status name
+  for program in build/"$arch"/tests/control/*_tests.exe; do
+    [[ -f $program ]] || {
+      count "$arch" control_tests 0 1 0
+      warn "$arch: the control tests were not built"
+      continue
+    }
+    name=$(basename "$program" .exe)
+    report=$root/build/test/$arch-$name.xml
+    rm -f "$report"
+    status=0
+    log_tail=0 with_log "$arch-$name" run_windows 900 "$root/$program" \
+      "--gtest_output=xml:$(windows_path "$report")" "--gtest_filter=*$test_name*" 2>/dev/null || status=$?
+    count_gtest "$arch" "$name" "$report" "$status" || show_failures "$logs/$arch-$name.log"
+  done
+}
+
+test_x64() {
+  build_for_test x64
+  start_wine_once
+  run_control_tests x64
+}
+
+test_x86() {
+  build_for_test x86
+  if ! prepare_root32; then
+    warn "THE 32-BIT CONTROL TESTS ARE SKIPPED."
+    count x86 control_tests 0 0 1
+    return 0
+  fi
+  start_wine_once
+  start_wine32 || die "The 32-bit Windows environment could not be prepared."
+  wine_arch=x86
+  run_control_tests x86
+  wine_arch=x64
+}
+
+# The invoice form, filled in by keys from outside, must write into its log what tests/demo says.
+test_demo() {
+  local keys name
+  build_for_test x64
+  start_wine_once
+  for keys in tests/demo/*.keys; do
+    [[ -f $keys ]] || continue
+    name=$(basename "$keys" .keys)
+    check demo "$name" run_demo_test "$keys"
+  done
+}
+
+start_wine_once() {
+  [[ -n ${prefix:-} ]] || {
+    start_wine
+    use_display virtual
+  }
+}
+
+qvx_test() {
+  local argument layers=() layer started=$SECONDS
+  for argument in "$@"; do
+    case " ${all_layers[*]} " in
+      *" $argument "*) layers+=("$argument") ;;
+      *) test_name=$argument ;;
+    esac
+  done
+  if ((${#layers[@]} == 0)); then
+    if [[ -n $test_name ]]; then layers=(native x64); else layers=("${all_layers[@]}"); fi
+  fi
+  rm -rf "$root/build/test"
+  mkdir -p "$results" "$logs"
+  for layer in "${layers[@]}"; do
+    say "Testing: $layer"
+    "test_$layer"
+  done
+  say "Took $((SECONDS - started)) s."
+  close_counts
+}

@@ -1,0 +1,64 @@
+# Running Windows programs. Every run gets a prefix of its own, copied from a ready one, so that nothing is shared with the user's own
+# Windows programs or with the run before.
+# shellcheck shell=bash
+
+wine_arch=x64
+wine64=/usr/lib/wine/wine64
+# No Mono, no HTML engine (their installers would ask), no crash dialog (a crash then ends the program with an error), no menu entries.
+wine_environment=(WINEDEBUG=-all "WINEDLLOVERRIDES=mscoree,mshtml=;winedbg.exe=d;winemenubuilder.exe=")
+
+# wine_in_prefix PREFIX SECONDS COMMAND...: the 64-bit Windows of this machine, within a time limit.
+wine_in_prefix() {
+  local prefix=$1 limit=$2
+  shift 2
+  env "${wine_environment[@]}" WINEARCH=win64 WINEPREFIX="$prefix" timeout --foreground -k 5 "$limit" "$@" </dev/null
+}
+
+end_wine() {
+  wine_in_prefix "$1" 20 wineserver -k >/dev/null 2>&1 || true
+  wine_in_prefix "$1" 20 wineserver -w >/dev/null 2>&1 || true
+}
+
+make_template() {
+  local template=$1
+  rm -rf "$template" "$template.new"
+  mkdir -p "$(dirname "$template")"
+  say "Preparing the Windows environment"
+  # Without a display nothing can ask a question.
+  DISPLAY='' with_log wineboot wine_in_prefix "$template.new" 180 "$wine64" wineboot -i || return 1
+  end_wine "$template.new"
+  cp /usr/share/wine/fonts/*.ttf "$template.new/drive_c/windows/Fonts/"
+  mv "$template.new" "$template"
+}
+
+# start_wine: makes this run's prefix and leaves it in `prefix`.
+start_wine() {
+  local version template
+  need "${packages_wine[@]}"
+  version=$(dpkg-query -W -f '${Version}' wine64 2>/dev/null | tr -c '[:alnum:].\n' _)
+  template=$root/build/wine/template-$version
+  if [[ ! -d $template ]]; then
+    make_template "$template" || die "The Windows environment could not be prepared."
+  fi
+  prefix=$(mktemp -d "${TMPDIR:-/tmp}/qvx-run.XXXXXX")
+  at_exit "end_wine '$prefix'; rm -rf '$prefix'"
+  cp -a --reflink=auto "$template/." "$prefix/"
+}
+
+# run_windows SECONDS PROGRAM ARGUMENT...: in this run's prefix, on either architecture (see root32.sh for x86).
+run_windows() {
+  if [[ $wine_arch == x86 ]]; then
+    run_in_root32 "$@"
+  else
+    local limit=$1
+    shift
+    wine_in_prefix "$prefix" "$limit" "$wine64" "$@"
+  fi
+}
+
+# windows_path FILE: as Windows programs see it.
+windows_path() {
+  local path
+  path=$(realpath -m "$1")
+  printf 'Z:%s' "${path//\//\\}"
+}
