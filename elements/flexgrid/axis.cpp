@@ -1,45 +1,48 @@
 #include "elements/flexgrid/axis.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <cstdlib>
 
 namespace qvx::flexgrid {
 
-int Axis::FixedExtent() const {
-    std::int64_t sum = 0;
-    for (int i = 0; i < fixed; ++i) {
-        sum += std::max(0, sizeOf(i));
-    }
-    return static_cast<int>(std::min<std::int64_t>(sum, INT32_MAX));
-}
+std::int64_t Axis::ScrolledExtent() const { return std::max<std::int64_t>(0, extent - FixedExtent()); }
 
 std::vector<Span> VisibleSpans(const Axis& axis) {
     std::vector<Span> spans;
     std::int64_t at = 0;
-    const auto add = [&](int index) {
-        const int size = axis.sizeOf(index);
-        if (size > 0) {
+    const auto add = [&](int from, int to) {
+        for (int i = from; i < to && at < axis.extent; ++i) {
+            int size = axis.sizeOf(i);
+            if (size <= 0) {
+                i = axis.shownAt(axis.startOf(i));
+                if (i >= to) {
+                    break;
+                }
+                size = axis.sizeOf(i);
+            }
             const std::int64_t end = std::min<std::int64_t>(at + size, INT32_MAX);
-            spans.push_back({index, static_cast<int>(at), static_cast<int>(end)});
+            spans.push_back({i, static_cast<int>(at), static_cast<int>(end)});
             at = end;
         }
     };
-    for (int i = 0; i < axis.fixed && at < axis.extent; ++i) {
-        add(i);
-    }
-    for (int i = std::max(axis.first, axis.fixed); i < axis.count && at < axis.extent; ++i) {
-        add(i);
-    }
+    add(0, axis.fixed);
+    add(std::max(axis.first, axis.fixed), axis.count);
     return spans;
 }
 
 int NearestShown(const Axis& axis, int index, int step) {
-    for (int i = index; i >= axis.fixed && i < axis.count; i += step) {
-        if (!axis.IsHidden(i)) {
-            return i;
-        }
+    if (index < axis.fixed || index >= axis.count) {
+        return -1;
     }
-    return -1;
+    if (!axis.IsHidden(index)) {
+        return index;
+    }
+    const std::int64_t start = axis.startOf(index);
+    if (step < 0 && start == 0) {
+        return -1;
+    }
+    const int found = axis.shownAt(step > 0 ? start : start - 1);
+    return found >= axis.fixed && found < axis.count ? found : -1;
 }
 
 int StepShown(const Axis& axis, int index, int distance) {
@@ -55,19 +58,9 @@ int StepShown(const Axis& axis, int index, int distance) {
 }
 
 int PositionOf(const Axis& axis, int index) {
-    std::int64_t at = 0;
-    const int fixedEnd = std::min(axis.fixed, index);
-    for (int i = 0; i < fixedEnd; ++i) {
-        at += std::max(0, axis.sizeOf(i));
-    }
+    std::int64_t at = axis.startOf(index);
     if (index >= axis.fixed) {
-        const int first = std::max(axis.first, axis.fixed);
-        for (int i = first; i < index; ++i) {
-            at += std::max(0, axis.sizeOf(i));
-        }
-        for (int i = index; i < first; ++i) {
-            at -= std::max(0, axis.sizeOf(i));
-        }
+        at += axis.FixedExtent() - axis.startOf(std::max(axis.first, axis.fixed));
     }
     return static_cast<int>(std::clamp<std::int64_t>(at, INT32_MIN, INT32_MAX));
 }
@@ -76,8 +69,7 @@ bool IsVisible(const Axis& axis, int index) {
     if (index < 0 || index >= axis.count || axis.IsHidden(index)) {
         return false;
     }
-    const auto spans = VisibleSpans(axis);
-    return std::any_of(spans.begin(), spans.end(), [&](const Span& s) { return s.index == index; });
+    return (index < axis.fixed || index >= axis.first) && PositionOf(axis, index) < axis.extent;
 }
 
 std::vector<Span> Mirrored(std::vector<Span> spans, int extent) {

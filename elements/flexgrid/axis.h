@@ -1,6 +1,7 @@
 // One direction of a grid as the view sees it: rows downward or columns across, in whole device pixels.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <vector>
 
@@ -16,17 +17,22 @@ struct Span {
 };
 
 // Items 0..fixed-1 are fixed: they lie at the start and never scroll. Behind them follow the items from `first` on.
-// Invariants: 0 <= fixed <= count, and first >= fixed.
+// Invariants: 0 <= fixed <= count, and first >= fixed. The functions cost no more than O(log count), so that nothing
+// here walks along runs of hidden items or to far-away ones.
 struct Axis {
     int count = 0;
     int fixed = 0;
     int first = 0;
-    int extent = 0;                  // room in the window, in pixels
-    std::function<int(int)> sizeOf;  // pixels of an item; 0 is hidden
+    int extent = 0;                            // room in the window, in pixels
+    std::function<int(int)> sizeOf;            // pixels of an item; 0 is hidden
+    std::function<std::int64_t(int)> startOf;  // all items laid end to end from 0; for `count` their whole length
+    std::function<int(std::int64_t)> shownAt;  // the shown item that covers such a position; `count` behind the last
 
     bool IsHidden(int index) const { return sizeOf(index) <= 0; }
     // Pixels of the fixed items together, beyond the window's room too.
-    int FixedExtent() const;
+    std::int64_t FixedExtent() const { return startOf(fixed); }
+    // Room behind the fixed items.
+    std::int64_t ScrolledExtent() const;
     // Whether there is an item to scroll at all.
     bool HasScrollable() const { return fixed < count; }
 };
@@ -43,7 +49,7 @@ int NearestShown(const Axis& axis, int index, int step);
 int StepShown(const Axis& axis, int index, int distance);
 
 // Distance in pixels from the window's edge to the item's start. Scrolled-away items lie at negative distances from
-// the end of the fixed ones or beyond the window. Results are clamped to 32 bits.
+// the end of the fixed ones or beyond the window. Results are clamped to 32 bits. `index` may be `count`.
 int PositionOf(const Axis& axis, int index);
 
 // Whether any part of the item shows in the window.

@@ -17,19 +17,6 @@ int EndOf(const Axis& axis, int step, int otherwise) {
 
 }  // namespace
 
-Cells SelectedCells(const Cursor& cursor, SelectionShape shape, const Axis& rows, const Axis& columns) {
-    Cells cells{std::min(cursor.row, cursor.rowSel), std::min(cursor.col, cursor.colSel),
-                std::max(cursor.row, cursor.rowSel), std::max(cursor.col, cursor.colSel)};
-    if (shape == SelectionShape::ByRow) {
-        cells.left = columns.fixed;
-        cells.right = columns.count - 1;
-    } else if (shape == SelectionShape::ByColumn) {
-        cells.top = rows.fixed;
-        cells.bottom = rows.count - 1;
-    }
-    return cells;
-}
-
 std::optional<Step> KeyStep(int key, int shift, const Cursor& cursor, const Axis& rows, const Axis& columns) {
     if ((shift & keys::altMask) != 0 || !rows.HasScrollable() || !columns.HasScrollable()) {
         return std::nullopt;
@@ -93,7 +80,7 @@ std::optional<Step> KeyStep(int key, int shift, const Cursor& cursor, const Axis
     return step;
 }
 
-Press MousePress(const Hit& hit, bool extend, bool bigSelection, SelectionShape shape, const Cursor& cursor,
+Press MousePress(const Hit& hit, bool extend, bool bigSelection, GridSelectionMode mode, const Cursor& cursor,
                  const Axis& rows, const Axis& columns) {
     const Press nothing{Drag::None, cursor};
     if (!hit.OnCell() || !rows.HasScrollable() || !columns.HasScrollable()) {
@@ -116,15 +103,15 @@ Press MousePress(const Hit& hit, bool extend, bool bigSelection, SelectionShape 
     }
     if (hit.fixedRow && hit.fixedCol) {
         return {Drag::None,
-                shape == SelectionShape::Free ? Cursor{rows.fixed, columns.fixed, lastRow, lastCol} : cursor};
+                mode == GridSelectionMode::free ? Cursor{rows.fixed, columns.fixed, lastRow, lastCol} : cursor};
     }
     if (hit.fixedRow) {
-        if (shape == SelectionShape::ByRow) {
+        if (mode == GridSelectionMode::byRow) {
             return nothing;
         }
         return {Drag::Columns, {rows.fixed, extend ? cursor.col : hit.col, lastRow, hit.col}};
     }
-    if (shape == SelectionShape::ByColumn) {
+    if (mode == GridSelectionMode::byColumn) {
         return nothing;
     }
     return {Drag::Rows, {extend ? cursor.row : hit.row, columns.fixed, hit.row, lastCol}};

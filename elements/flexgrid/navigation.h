@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "elements/flexgrid/axis.h"
+#include "elements/flexgrid/enums.h"
 #include "elements/flexgrid/hit_test.h"
 
 namespace qvx::flexgrid {
@@ -16,21 +17,6 @@ struct Cursor {
     int colSel = 0;
     friend bool operator==(const Cursor&, const Cursor&) = default;
 };
-
-// As the grid's SelectionMode property numbers them.
-enum class SelectionShape { Free = 0, ByRow = 1, ByColumn = 2 };
-
-// A cursor with the selection that its shape asks for: by row it reaches from the first scrollable to the last column,
-// whatever column the cursor is in; likewise by column.
-struct Cells {
-    int top = 0;
-    int left = 0;
-    int bottom = -1;  // inclusive
-    int right = -1;
-    bool Contains(int row, int col) const { return row >= top && row <= bottom && col >= left && col <= right; }
-    friend bool operator==(const Cells&, const Cells&) = default;
-};
-Cells SelectedCells(const Cursor& cursor, SelectionShape shape, const Axis& rows, const Axis& columns);
 
 // A step of the cursor and where the view goes with it.
 struct Step {
@@ -57,8 +43,8 @@ struct Press {
 
 // The left button pressed on `hit`: a cell takes the cursor, or with Shift the far corner; a header selects its column,
 // its row or, in the corner, everything when `bigSelection` (the grid's AllowBigSelection property) permits and the
-// shape agrees. Drag::None leaves the cursor as it was.
-Press MousePress(const Hit& hit, bool extend, bool bigSelection, SelectionShape shape, const Cursor& cursor,
+// selection mode agrees. Drag::None leaves the cursor as it was.
+Press MousePress(const Hit& hit, bool extend, bool bigSelection, GridSelectionMode mode, const Cursor& cursor,
                  const Axis& rows, const Axis& columns);
 
 // The pointer moved to `point` with a drag going on.

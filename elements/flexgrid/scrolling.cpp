@@ -5,31 +5,18 @@
 
 namespace qvx::flexgrid {
 
-namespace {
-
-int ScrollRoom(const Axis& axis) { return std::max(0, axis.extent - std::min(axis.FixedExtent(), axis.extent)); }
-
-}  // namespace
-
 int LargestFirst(const Axis& axis) {
-    const int room = ScrollRoom(axis);
-    std::int64_t used = 0;
-    int first = -1;
-    for (int i = axis.count - 1; i >= axis.fixed; --i) {
-        const int size = std::max(0, axis.sizeOf(i));
-        if (size == 0) {
-            continue;
-        }
-        used += size;
-        if (used > room && first >= 0) {
-            return first;
-        }
-        first = i;
-        if (used > room) {
-            return first;
-        }
+    const int last = NearestShown(axis, axis.count - 1, -1);
+    if (last < 0) {
+        return axis.fixed;
     }
-    return axis.fixed;
+    // The first item that lies whole in the last page, or the last one where not even that does.
+    const std::int64_t page = axis.startOf(axis.count) - axis.ScrolledExtent();
+    if (page <= axis.FixedExtent()) {
+        return axis.fixed;
+    }
+    const int cut = axis.shownAt(page - 1);
+    return std::min(last, std::max(axis.fixed, NearestShown(axis, std::min(cut + 1, axis.count - 1), 1)));
 }
 
 int ClampFirst(const Axis& axis, int wanted) {
@@ -46,48 +33,32 @@ int FirstToShow(const Axis& axis, int index) {
     if (index < axis.fixed || index >= axis.count) {
         return axis.first;
     }
-    if (index < axis.first) {
+    if (index <= axis.first) {
         return index;
     }
-    const int room = ScrollRoom(axis);
-    // Walk back from the item until it no longer fits with what lies before it.
-    std::int64_t used = std::max(0, axis.sizeOf(index));
-    int first = index;
-    for (int i = index - 1; i >= axis.first; --i) {
-        used += std::max(0, axis.sizeOf(i));
-        if (used > room) {
-            return first;
-        }
-        first = i;
+    // What must lie before the window for the item's end to lie in it.
+    const std::int64_t before = axis.startOf(index + 1) - axis.ScrolledExtent();
+    if (before <= axis.startOf(axis.first)) {
+        return axis.first;
     }
-    return axis.first;
+    return std::min(index, axis.shownAt(before - 1) + 1);
 }
 
 int PageOf(const Axis& axis) {
-    const int room = ScrollRoom(axis);
+    const std::int64_t room = axis.ScrolledExtent();
     std::int64_t used = 0;
     int shown = 0;
-    for (int i = std::max(axis.first, axis.fixed); i < axis.count; ++i) {
-        const int size = std::max(0, axis.sizeOf(i));
-        used += size;
+    for (int i = NearestShown(axis, std::max(axis.first, axis.fixed), 1); i >= 0; i = NearestShown(axis, i + 1, 1)) {
+        used += axis.sizeOf(i);
         if (used > room) {
             break;
         }
-        shown += size > 0 ? 1 : 0;
+        ++shown;
     }
     return std::max(1, shown);
 }
 
-bool Overflows(const Axis& axis, int extent) {
-    std::int64_t used = 0;
-    for (int i = 0; i < axis.count; ++i) {
-        used += std::max(0, axis.sizeOf(i));
-        if (used > extent) {
-            return true;
-        }
-    }
-    return false;
-}
+bool Overflows(const Axis& axis, int extent) { return axis.startOf(axis.count) > extent; }
 
 Bar BarOf(const Axis& axis) {
     const int last = LargestFirst(axis);

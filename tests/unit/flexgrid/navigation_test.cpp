@@ -5,6 +5,7 @@
 
 #include "common/keys.h"
 #include "elements/flexgrid/resizing.h"
+#include "tests/unit/flexgrid/axis_of.h"
 
 namespace qvx::flexgrid {
 namespace {
@@ -12,10 +13,10 @@ namespace {
 // 100 rows of 16 pixels with five showing whole behind the header, row 50 hidden; 6 columns of 50 with three showing
 // behind the fixed one, column 3 hidden.
 Axis Rows(int first) {
-    return {100, 1, first, 96, [](int i) { return i == 50 ? 0 : 16; }};
+    return AxisOf(100, 1, first, 96, [](int i) { return i == 50 ? 0 : 16; });
 }
 Axis Columns(int first) {
-    return {6, 1, first, 200, [](int i) { return i == 3 ? 0 : 50; }};
+    return AxisOf(6, 1, first, 200, [](int i) { return i == 3 ? 0 : 50; });
 }
 
 std::string Show(const Step& s) {
@@ -61,8 +62,8 @@ TEST(Keys, MoveTheCursorAndBringItIntoView) {
     }
     EXPECT_FALSE(KeyStep(keys::f2, 0, {}, Rows(1), Columns(1)));
     EXPECT_FALSE(KeyStep(keys::down, keys::altMask, {1, 1, 1, 1}, Rows(1), Columns(1)));
-    EXPECT_FALSE(KeyStep(keys::down, 0, {}, Axis{0, 0, 0, 96, [](int) { return 16; }}, Columns(1)));
-    const Axis allHidden{4, 1, 1, 96, [](int) { return 0; }};
+    EXPECT_FALSE(KeyStep(keys::down, 0, {}, AxisOf(0, 0, 0, 96, [](int) { return 16; }), Columns(1)));
+    const Axis allHidden = AxisOf(4, 1, 1, 96, [](int) { return 0; });
     EXPECT_EQ(Show(*KeyStep(keys::end, keys::controlMask, {2, 1, 2, 1}, allHidden, Columns(1))),
               "2,5:2,5 top 1 left 2");
 }
@@ -74,11 +75,11 @@ TEST(Mouse, APressTakesTheCursorAndHeadersSelectWholeLines) {
     struct Case {
         Hit hit;
         bool extend, big;
-        SelectionShape shape;
+        GridSelectionMode mode;
         Press press;
         const char* what;
     };
-    const auto free = SelectionShape::Free;
+    const auto free = GridSelectionMode::free;
     const Hit cell{7, 4};
     const Hit header{0, 4, true, false};
     const Hit side{7, 0, false, true};
@@ -89,15 +90,20 @@ TEST(Mouse, APressTakesTheCursorAndHeadersSelectWholeLines) {
         {header, false, true, free, {Drag::Columns, {1, 4, 99, 4}}, "a column header"},
         {header, true, true, free, {Drag::Columns, {1, 2, 99, 4}}, "a column header with Shift"},
         {header, false, false, free, {Drag::None, was}, "a header when large selections are not allowed"},
-        {header, false, true, SelectionShape::ByRow, {Drag::None, was}, "a column header of a grid that selects rows"},
+        {header,
+         false,
+         true,
+         GridSelectionMode::byRow,
+         {Drag::None, was},
+         "a column header of a grid that selects rows"},
         {side, false, true, free, {Drag::Rows, {7, 1, 7, 5}}, "a row header"},
-        {side, false, true, SelectionShape::ByRow, {Drag::Rows, {7, 1, 7, 5}}, "a row header, by row"},
-        {side, false, true, SelectionShape::ByColumn, {Drag::None, was}, "a row header, by column"},
+        {side, false, true, GridSelectionMode::byRow, {Drag::Rows, {7, 1, 7, 5}}, "a row header, by row"},
+        {side, false, true, GridSelectionMode::byColumn, {Drag::None, was}, "a row header, by column"},
         {corner, false, true, free, {Drag::None, {1, 1, 99, 5}}, "the corner"},
         {Hit{-1, 2}, false, true, free, {Drag::None, was}, "below the last row"},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(MousePress(c.hit, c.extend, c.big, c.shape, was, rows, columns), c.press) << c.what;
+        EXPECT_EQ(MousePress(c.hit, c.extend, c.big, c.mode, was, rows, columns), c.press) << c.what;
     }
 }
 
@@ -110,13 +116,6 @@ TEST(Mouse, DraggingMovesOnlyWhatTheDragIsAbout) {
         << "not the header";
     EXPECT_EQ(MouseDrag(Drag::Rows, from, {199, 95}, rows, columns, false), (Cursor{12, 2, 14, 2}));
     EXPECT_EQ(MouseDrag(Drag::Columns, from, {10, 500}, rows, columns, true), (Cursor{12, 2, 12, 4}));
-}
-
-TEST(Selection, ReachesAcrossByRowAndByColumn) {
-    const Cursor cursor{9, 4, 7, 2};
-    EXPECT_EQ(SelectedCells(cursor, SelectionShape::Free, Rows(1), Columns(1)), (Cells{7, 2, 9, 4}));
-    EXPECT_EQ(SelectedCells(cursor, SelectionShape::ByRow, Rows(1), Columns(1)), (Cells{7, 1, 9, 5}));
-    EXPECT_EQ(SelectedCells(cursor, SelectionShape::ByColumn, Rows(1), Columns(1)), (Cells{1, 2, 99, 4}));
 }
 
 TEST(Resizing, BordersAreFoundInTheHeadersOnly) {

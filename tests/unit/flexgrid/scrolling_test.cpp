@@ -4,18 +4,19 @@
 #include <gtest/gtest.h>
 
 #include "elements/flexgrid/hit_test.h"
+#include "tests/unit/flexgrid/axis_of.h"
 
 namespace qvx::flexgrid {
 namespace {
 
 // Items of the given sizes, the first `fixed` of them fixed.
-Axis Make(std::vector<int> sizes, int fixed, int first, int extent) {
-    const int count = static_cast<int>(sizes.size());
-    return {count, fixed, first, extent, [sizes](int i) { return sizes[static_cast<std::size_t>(i)]; }};
+Axis Make(const std::vector<int>& sizes, int fixed, int first, int extent) {
+    return AxisOf(static_cast<int>(sizes.size()), fixed, first, extent,
+                  [&](int i) { return sizes[static_cast<std::size_t>(i)]; });
 }
 
 Axis Uniform(int count, int fixed, int first, int extent, int size = 16) {
-    return {count, fixed, first, extent, [size](int) { return size; }};
+    return AxisOf(count, fixed, first, extent, [&](int) { return size; });
 }
 
 std::string Show(const std::vector<Span>& spans) {
