@@ -1,0 +1,129 @@
+#include "common/number_text.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+#include "common/numeric_reading.h"
+#include "common/run_time_error.h"
+
+namespace qvx {
+namespace {
+
+TEST(DoubleToText, WritesFifteenSignificantDigits) {
+    const struct {
+        double value;
+        TextView text;
+    } cases[] = {
+        {0, u"0"},
+        {-0.0, u"0"},
+        {3, u"3"},
+        {12.5, u"12.5"},
+        {-7, u"-7"},
+        {0.1, u"0.1"},
+        {0.1 + 0.2, u"0.3"},
+        {1.0 / 3, u"0.333333333333333"},
+        {2.0 / 3, u"0.666666666666667"},
+        {-2.0 / 3, u"-0.666666666666667"},
+        {100, u"100"},
+        {123456789012345, u"123456789012345"},
+        {999999999999999, u"999999999999999"},
+        {999999999999999.4, u"999999999999999"},
+        {999999999999999.6, u"1E+15"},
+        {1e15, u"1E+15"},
+        {1234567890123456, u"1.23456789012346E+15"},
+        {-1.5e15, u"-1.5E+15"},
+        {1e100, u"1E+100"},
+        {0.001, u"0.001"},
+        {0.0001, u"0.0001"},
+        {0.00012345, u"0.00012345"},
+        {0.00001, u"1E-05"},
+        {0.000015, u"1.5E-05"},
+        {0.0000999999999999999999, u"0.0001"},
+        {1e-300, u"1E-300"},
+        {1.7976931348623157e308, u"1.79769313486232E+308"},
+        {5e-324, u"4.94065645841247E-324"},
+        {std::numeric_limits<double>::infinity(), u"1.#INF"},
+        {-std::numeric_limits<double>::infinity(), u"-1.#INF"},
+        {std::nan(""), u"1.#QNAN"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(DoubleToText(c.value), c.text) << c.value;
+}
+
+// What was written reads back as the same 15 digits.
+TEST(DoubleToText, ReadsBack) {
+    for (int exponent = -320; exponent <= 307; ++exponent) {
+        const double value = 1.23456789012345 * std::pow(10.0, exponent);
+        const Text text = DoubleToText(value);
+        EXPECT_EQ(DoubleToText(NumericValue(text)), text) << exponent;
+    }
+}
+
+TEST(IntegerToText, CoversTheWholeRange) {
+    EXPECT_EQ(IntegerToText(0), u"0");
+    EXPECT_EQ(IntegerToText(-32768), u"-32768");
+    EXPECT_EQ(IntegerToText(INT64_MIN), u"-9223372036854775808");
+}
+
+TEST(FormatFixed, RoundsHalfAwayFromZero) {
+    const struct {
+        double value;
+        int decimals;
+        TextView text;
+    } cases[] = {
+        {12.346, 2, u"12.35"},
+        {0, 2, u"0.00"},
+        {-3, 2, u"-3.00"},
+        {2.5, 0, u"3"},
+        {-2.5, 0, u"-3"},
+        {0.5, 0, u"1"},
+        {0.4999, 0, u"0"},
+        {1.005, 2, u"1.01"},  // by its decimal form, though the double lies below
+        {0.125, 2, u"0.13"},
+        {9.995, 2, u"10.00"},
+        {99.5, 0, u"100"},
+        {0.05, 1, u"0.1"},
+        {0.04, 1, u"0.0"},
+        {0.004, 1, u"0.0"},
+        {-0.001, 2, u"0.00"},
+        {-0.005, 2, u"-0.01"},
+        {0.000012, 5, u"0.00001"},
+        {123456789, 3, u"123456789.000"},
+        {1e20, 1, u"100000000000000000000.0"},
+        {1.5, -1, u"2"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(FormatFixed(c.value, c.decimals), c.text) << c.value;
+}
+
+TEST(Rounding, GoesHalfToEven) {
+    const struct {
+        double value;
+        int rounded;
+    } cases[] = {{0.5, 0},   {1.5, 2},    {2.5, 2},  {-0.5, 0},  {-1.5, -2},
+                 {-2.5, -2}, {2.5001, 3}, {2.49, 2}, {-7.6, -8}, {0.49999999999999994, 0}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(RoundToLong(c.value), c.rounded) << c.value;
+        EXPECT_EQ(RoundToInteger(c.value), c.rounded) << c.value;
+    }
+    EXPECT_EQ(RoundToLong(2147483647.5 - 0.01), 2147483647);
+    EXPECT_EQ(RoundToLong(-2147483648.5), INT32_MIN);
+    EXPECT_EQ(RoundToInteger(32767.4), 32767);
+}
+
+TEST(Rounding, RaisesOverflow) {
+    for (const double value : {2147483647.5, -2147483649.0, 1e300, std::nan("")}) {
+        try {
+            RoundToLong(value);
+            ADD_FAILURE() << value;
+        } catch (const RunTimeError& error) {
+            EXPECT_EQ(error.Number(), 6);
+        }
+    }
+    EXPECT_THROW(RoundToInteger(32767.5), RunTimeError);
+    EXPECT_THROW(RoundToInteger(-32769), RunTimeError);
+}
+
+}  // namespace
+}  // namespace qvx
