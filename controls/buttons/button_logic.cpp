@@ -1,0 +1,119 @@
+#include "controls/buttons/button_logic.h"
+
+#include "common/keys.h"
+
+namespace qvx::buttons {
+
+namespace {
+
+bool Inside(Point p, Size face) { return p.x >= 0 && p.y >= 0 && p.x <= face.width && p.y <= face.height; }
+
+}  // namespace
+
+ButtonActions ButtonLogic::LeftButtonDown() {
+    pressed_ = true;
+    return {ButtonAction::capture, ButtonAction::drawPressed};
+}
+
+ButtonActions ButtonLogic::MouseMove(Point point, Size face, bool leftDown, bool anyDown) {
+    if (spaceHeld_) {
+        return {};
+    }
+    if (!Inside(point, face)) {
+        return anyDown ? ButtonActions{ButtonAction::drawNormal}
+                       : ButtonActions{ButtonAction::releaseCapture, ButtonAction::drawNormal};
+    }
+    return {ButtonAction::capture, leftDown ? ButtonAction::drawPressed : ButtonAction::drawHot};
+}
+
+ButtonActions ButtonLogic::MouseUp(Point point, Size face) {
+    pressed_ = false;
+    // The mouse is let go before the click: a window that the click opens needs it.
+    ButtonActions actions{ButtonAction::releaseCapture, ButtonAction::drawNormal};
+    if (Inside(point, face)) {
+        actions.push_back(ButtonAction::click);
+    }
+    return actions;
+}
+
+ButtonActions ButtonLogic::CaptureLost() {
+    pressed_ = false;
+    spaceHeld_ = false;
+    return {ButtonAction::drawNormal};
+}
+
+ButtonActions ButtonLogic::KeyDown(int key, int shift, bool& swallowed) {
+    swallowed = shift == 0 && (key == keys::space || key == keys::left || key == keys::right);
+    if (!swallowed) {
+        return {};
+    }
+    if (key == keys::left) {
+        return {ButtonAction::sendShiftTab};
+    }
+    if (key == keys::right) {
+        return {ButtonAction::sendTab};
+    }
+    if (spaceHeld_) {
+        return {};  // the keyboard repeats a held key
+    }
+    spaceHeld_ = true;
+    return {ButtonAction::capture, ButtonAction::drawPressed};
+}
+
+ButtonActions ButtonLogic::KeyUp(int key, int shift, bool cursorInside) {
+    // A space that went down elsewhere, in the window that opened this one for instance, is no click here.
+    if (key != keys::space || !spaceHeld_) {
+        return {};
+    }
+    spaceHeld_ = false;
+    ButtonActions actions;
+    if (!pressed_ || !cursorInside) {
+        actions.push_back(ButtonAction::drawNormal);
+    }
+    if (!pressed_) {
+        actions.push_back(ButtonAction::releaseCapture);
+        if (shift == 0) {
+            actions.push_back(ButtonAction::click);
+        }
+    }
+    return actions;
+}
+
+ButtonActions ButtonLogic::AccessKeyPress(int key) {
+    if (spaceHeld_ || pressed_) {
+        return {};
+    }
+    if (key == keys::escape || key == keys::enter) {
+        return {ButtonAction::click};
+    }
+    focused_ = true;
+    return {ButtonAction::drawNormal, ButtonAction::click};
+}
+
+ButtonActions ButtonLogic::GotFocus() {
+    focused_ = true;
+    return {ButtonAction::drawFocus};
+}
+
+ButtonActions ButtonLogic::LostFocus() {
+    focused_ = false;
+    if (spaceHeld_) {
+        // The key will come up in another window.
+        spaceHeld_ = false;
+        return {ButtonAction::releaseCapture, ButtonAction::drawNormal};
+    }
+    return {ButtonAction::drawNormal};
+}
+
+ButtonActions ButtonLogic::SetFocused(bool focused) {
+    focused_ = focused;
+    return {ButtonAction::drawNormal};
+}
+
+ButtonActions ButtonLogic::Cancel() {
+    pressed_ = false;
+    spaceHeld_ = false;
+    return {ButtonAction::releaseCapture, ButtonAction::drawNormal};
+}
+
+}  // namespace qvx::buttons

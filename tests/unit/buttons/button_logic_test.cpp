@@ -1,0 +1,154 @@
+// How a button answers sequences of events.
+#include "controls/buttons/button_logic.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "common/keys.h"
+#include "controls/buttons/access_key.h"
+
+namespace qvx::buttons {
+namespace {
+
+std::string Show(const ButtonActions& actions) {
+    std::string out;
+    for (const ButtonAction action : actions) {
+        constexpr const char* names[] = {"capture", "release", "0", "1", "2", "focus", "tab", "shift-tab", "click"};
+        out += (out.empty() ? "" : " ") + std::string(names[static_cast<int>(action)]);
+    }
+    return out;
+}
+
+constexpr Size face{100, 24};
+constexpr Point in{50, 10};
+constexpr Point out{101, 10};
+
+struct Step {
+    std::function<ButtonActions(ButtonLogic&)> event;
+    const char* expected;
+};
+
+Step Move(Point p, bool left, const char* expected) {
+    return {[=](ButtonLogic& b) { return b.MouseMove(p, face, left, left); }, expected};
+}
+Step Press(const char* expected) {
+    return {[](ButtonLogic& b) { return b.LeftButtonDown(); }, expected};
+}
+Step Release(Point p, const char* expected) {
+    return {[=](ButtonLogic& b) { return b.MouseUp(p, face); }, expected};
+}
+// Expected: the actions, then "!" when the key is swallowed.
+Step Down(int key, int shift, const char* expected, bool swallowed) {
+    return {[=](ButtonLogic& b) {
+                bool ends = !swallowed;
+                const ButtonActions actions = b.KeyDown(key, shift, ends);
+                EXPECT_EQ(ends, swallowed) << "key " << key << " shift " << shift;
+                return actions;
+            },
+            expected};
+}
+Step Up(int key, int shift, bool cursorInside, const char* expected) {
+    return {[=](ButtonLogic& b) { return b.KeyUp(key, shift, cursorInside); }, expected};
+}
+Step AccessKeyPressed(int key, const char* expected) {
+    return {[=](ButtonLogic& b) { return b.AccessKeyPress(key); }, expected};
+}
+Step Focus(const char* expected) {
+    return {[](ButtonLogic& b) { return b.GotFocus(); }, expected};
+}
+Step Blur(const char* expected) {
+    return {[](ButtonLogic& b) { return b.LostFocus(); }, expected};
+}
+
+TEST(ButtonLogic, Sequences) {
+    struct {
+        const char* name;
+        std::vector<Step> steps;
+    } const sequences[] = {
+        {"hover and leave", {Move(in, false, "capture 1"), Move(out, false, "release 0")}},
+        {"the edge is inside",
+         {Move({0, 0}, false, "capture 1"), Move({100, 24}, false, "capture 1"), Move({100, 25}, false, "release 0"),
+          Move({-1, 3}, false, "release 0")}},
+        {"click", {Press("capture 2"), Release(in, "release 0 click")}},
+        {"dragged off, released outside: no click",
+         {Press("capture 2"), Move(out, true, "0"), Release(out, "release 0")}},
+        {"dragged off and back",
+         {Press("capture 2"), Move(out, true, "0"), Move(in, true, "capture 2"), Release(in, "release 0 click")}},
+        {"another button held outside keeps the mouse",
+         {{[](ButtonLogic& b) { return b.MouseMove(out, face, false, true); }, "0"},
+          {[](ButtonLogic& b) { return b.MouseMove(in, face, false, true); }, "capture 1"}}},
+        {"the mouse was taken away",
+         {Press("capture 2"), {[](ButtonLogic& b) { return b.CaptureLost(); }, "0"}, AccessKeyPressed('S', "0 click")}},
+        {"space clicks when it comes up",
+         {Down(keys::space, 0, "capture 2", true), Up(keys::space, 0, false, "0 release click")}},
+        {"space repeats", {Down(keys::space, 0, "capture 2", true), Down(keys::space, 0, "", true)}},
+        {"the mouse does nothing while space is held",
+         {Down(keys::space, 0, "capture 2", true), Move(out, false, ""), Up(keys::space, 0, true, "0 release click"),
+          Move(out, false, "release 0")}},
+        {"space with the mouse held as well: the mouse decides",
+         {Press("capture 2"), Down(keys::space, 0, "capture 2", true), Up(keys::space, 0, true, ""),
+          Release(in, "release 0 click")}},
+        {"space with the mouse held outside",
+         {Press("capture 2"), Down(keys::space, 0, "capture 2", true), Up(keys::space, 0, false, "0"),
+          Release(out, "release 0")}},
+        {"space that went down elsewhere", {Up(keys::space, 0, true, "")}},
+        {"space with shift is not the button's", {Down(keys::space, keys::shiftMask, "", false)}},
+        {"shift pressed meanwhile calls the click off",
+         {Down(keys::space, 0, "capture 2", true), Up(keys::space, keys::shiftMask, true, "0 release")}},
+        {"focus lost while space is held",
+         {Focus("focus"), Down(keys::space, 0, "capture 2", true), Blur("release 0"), Up(keys::space, 0, true, "")}},
+        {"disabled while pressed",
+         {Press("capture 2"),
+          {[](ButtonLogic& b) { return b.Cancel(); }, "release 0"},
+          AccessKeyPressed('S', "0 click")}},
+        {"arrows move the focus",
+         {Down(keys::left, 0, "shift-tab", true), Down(keys::right, 0, "tab", true),
+          Down(keys::left, keys::controlMask, "", false), Down(keys::up, 0, "", false),
+          Down(keys::enter, 0, "", false)}},
+        {"access key", {AccessKeyPressed('S', "0 click")}},
+        {"access key while busy",
+         {Press("capture 2"), AccessKeyPressed('S', ""), Release(out, "release 0"),
+          Down(keys::space, 0, "capture 2", true), AccessKeyPressed('S', "")}},
+    };
+    for (const auto& s : sequences) {
+        ButtonLogic logic;
+        int number = 0;
+        for (const Step& step : s.steps) {
+            EXPECT_EQ(Show(step.event(logic)), step.expected) << s.name << ", step " << ++number;
+        }
+    }
+}
+
+TEST(ButtonLogic, WhatCountsAsFocused) {
+    ButtonLogic logic;
+    logic.AccessKeyPress(keys::enter);
+    logic.AccessKeyPress(keys::escape);
+    EXPECT_FALSE(logic.Focused()) << "a default or cancel button does not take the focus";
+    logic.AccessKeyPress('S');
+    EXPECT_TRUE(logic.Focused());
+    logic.LostFocus();
+    EXPECT_FALSE(logic.Focused());
+    logic.SetFocused(true);
+    EXPECT_TRUE(logic.Focused());
+}
+
+TEST(AccessKey, CharacterAndMatching) {
+    struct {
+        const char16_t* caption;
+        char16_t key;
+    } const cases[] = {{u"&Save", u'S'}, {u"Sa&ve && quit", u'v'}, {u"OK", u'O'},
+                       {u"", 0},         {u"Trailing&", 0},        {u"&&", u'&'},
+                       {u"&Änd", u'Ä'},  {u"A && &B", u'&'},       {u" leading", u' '}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(AccessKey(c.caption), c.key) << static_cast<int>(c.key);
+    }
+    EXPECT_TRUE(IsAccessKey(u"&Save", u's'));
+    EXPECT_TRUE(IsAccessKey(u"&\u00C4nd", u'\u00E4'));
+    EXPECT_FALSE(IsAccessKey(u"&Save", u'a'));
+    EXPECT_FALSE(IsAccessKey(u"", u'\0'));
+}
+
+}  // namespace
+}  // namespace qvx::buttons
