@@ -1,0 +1,205 @@
+#include <gtest/gtest.h>
+
+#include "common/keys.h"
+#include "common/run_time_error.h"
+#include "host/menu_model.h"
+#include "host/options.h"
+#include "host/saved_properties.h"
+#include "host/tab_order.h"
+
+namespace qvx::host {
+namespace {
+
+std::shared_ptr<SavedGroup> FontGroup(double size) {
+    auto group = std::make_shared<SavedGroup>();
+    group->properties.Add(u"Name", Text(u"Tahoma"));
+    group->properties.Add(u"Size", size);
+    return group;
+}
+
+// The block of a control that spells out a default (Rows), in a spelling of its own, beside what only the host knows.
+const std::string gridBlock =
+    "Begin Form f\n"
+    "  Begin Qvx.ComboGrid g\n"
+    "    Left = 30\n"
+    "    rows=3 'the default\n"
+    "    Cols = 4\n"
+    "    Mystery = \"kept\"\n"
+    "    BeginProperty Font\n"
+    "      Size = 8\n"
+    "    EndProperty\n"
+    "  End\n"
+    "End\n";
+
+SavedProperties GridAsLoaded() {
+    SavedProperties saved;
+    saved.Add(u"Cols", std::int32_t{4});
+    saved.AddGroup(u"Font", FontGroup(8));
+    return saved;
+}
+
+const std::vector<Text> gridKeys = {u"Rows", u"Cols", u"AutoTab", u"Font"};
+
+TEST(MergeSaved, AnUnchangedControlLeavesTheFileAlone) {
+    FormFile file = FormFile::Parse(gridBlock);
+    MergeSaved(*file.form.Objects()[0], GridAsLoaded(), GridAsLoaded(), gridKeys, MergeMode::changes);
+    EXPECT_EQ(file.Write(), gridBlock);
+}
+
+TEST(MergeSaved, ChangesGoToTheirLines) {
+    FormFile file = FormFile::Parse(gridBlock);
+    SavedProperties now;  // Cols went back to its default
+    now.Add(u"Rows", std::int32_t{9});
+    now.Add(u"AutoTab", false);
+    now.AddGroup(u"Font", FontGroup(12));
+    MergeSaved(*file.form.Objects()[0], GridAsLoaded(), now, gridKeys, MergeMode::changes);
+    EXPECT_EQ(file.Write(),
+              "Begin Form f\n"
+              "  Begin Qvx.ComboGrid g\n"
+              "    Left = 30\n"
+              "    rows=9\n"
+              "    Mystery = \"kept\"\n"
+              "    BeginProperty Font\n"
+              "      Size = 12\n"
+              "      Name            =   \"Tahoma\"\n"
+              "    EndProperty\n"
+              "    AutoTab         =   0   'False\n"
+              "  End\n"
+              "End\n");
+}
+
+TEST(MergeSaved, RewritingFollowsTheControlsOrderAndIsStable) {
+    FormFile file = FormFile::Parse(gridBlock);
+    MergeSaved(*file.form.Objects()[0], GridAsLoaded(), GridAsLoaded(), gridKeys, MergeMode::everything);
+    const std::string once = file.Write();
+    EXPECT_EQ(once,
+              "Begin Form f\n"
+              "  Begin Qvx.ComboGrid g\n"
+              "    Left = 30\n"
+              "    Mystery = \"kept\"\n"
+              "    Cols            =   4\n"
+              "    BeginProperty Font\n"
+              "       Name            =   \"Tahoma\"\n"
+              "       Size            =   8\n"
+              "    EndProperty\n"
+              "  End\n"
+              "End\n");
+    FormFile again = FormFile::Parse(once);
+    MergeSaved(*again.form.Objects()[0], GridAsLoaded(), GridAsLoaded(), gridKeys, MergeMode::everything);
+    EXPECT_EQ(again.Write(), once);
+}
+
+TEST(Options, ReadsTheCommandLine) {
+    const Options options = ParseOptions({u"a.frm", u"--log", u"l.txt", u"a.vbs", u"--save", u"out.frm", u"--design",
+                                          u"--quiet", u"--rewrite", u"--ocx", u"Qvx.ocx", u"--", u"--log", u"x"});
+    EXPECT_EQ(options.form, u"a.frm");
+    EXPECT_EQ(options.script, u"a.vbs");
+    EXPECT_EQ(options.log, u"l.txt");
+    EXPECT_EQ(options.save, u"out.frm");
+    EXPECT_EQ(options.server, u"Qvx.ocx");
+    EXPECT_TRUE(options.design && options.quiet && options.rewrite);
+    EXPECT_EQ(options.arguments, (std::vector<Text>{u"--log", u"x"}));
+    EXPECT_TRUE(ParseOptions({u"--help"}).help);
+}
+
+TEST(Options, RefusesWhatMakesNoSense) {
+    const std::pair<std::vector<Text>, Text> cases[] = {
+        {{}, u"no form file is given"},
+        {{u"a.frm", u"--save"}, u"--save needs a file name"},
+        {{u"a.frm", u"--log", u""}, u"--log needs a file name"},
+        {{u"a.frm", u"--sav", u"x"}, u"unknown option --sav"},
+        {{u"a.frm", u"b.vbs", u"c"}, u"unexpected argument c"},
+    };
+    for (const auto& [arguments, message] : cases) {
+        try {
+            ParseOptions(arguments);
+            ADD_FAILURE() << "was accepted";
+        } catch (const RunTimeError& error) {
+            EXPECT_EQ(error.Description(), message);
+        }
+    }
+}
+
+TEST(TabOrder, GoesAroundByIndexAndSkipsWhatCannotBeReached) {
+    //                                  0           1           2          3 (same index as 0, later on the form)
+    const std::vector<TabStop> stops = {{2, true}, {1, true}, {0, false}, {2, true}};
+    using Position = std::optional<std::size_t>;
+    const struct {
+        Position from;
+        bool forward;
+        Position to;
+    } cases[] = {
+        {std::nullopt, true, 1u}, {std::nullopt, false, 3u}, {1u, true, 0u},  {0u, true, 3u},
+        {3u, true, 1u},           {1u, false, 3u},           {3u, false, 0u}, {2u, true, 1u},
+    };
+    for (const auto& c : cases) EXPECT_EQ(NextTabStop(stops, c.from, c.forward), c.to);
+    EXPECT_EQ(NextTabStop({{0, false}}, 0u, true), std::nullopt);
+    EXPECT_EQ(NextTabStop({{0, true}}, 0u, true), 0u);
+    EXPECT_EQ(NextTabStop({}, std::nullopt, true), std::nullopt);
+}
+
+TEST(TabOrder, FindsAccessKeys) {
+    EXPECT_EQ(AccessKey(u"Sa&ve"), u'v');
+    EXPECT_EQ(AccessKey(u"A && &B"), u'b');
+    EXPECT_EQ(AccessKey(u"Save &"), 0);
+    EXPECT_EQ(AccessKey(u"Save"), 0);
+    const std::vector<AccessStop> stops = {{1, u's', true}, {0, u's', true}, {2, u's', false}, {3, u'x', true}};
+    EXPECT_EQ(FindAccessKey(stops, u'S', std::nullopt), 1u);
+    EXPECT_EQ(FindAccessKey(stops, u's', 1u), 0u);
+    EXPECT_EQ(FindAccessKey(stops, u's', 0u), 1u);
+    EXPECT_EQ(FindAccessKey(stops, u'q', 0u), std::nullopt);
+    EXPECT_EQ(FindAccessKey({{0, 0, true}}, 0, std::nullopt), std::nullopt);
+}
+
+TEST(Menus, ReadsNestedMenusAndNumbersThem) {
+    const FormFile file = FormFile::Parse(
+        "Begin Form f\n"
+        "Begin Menu mnuFile\nCaption = \"&File\"\n"
+        "Begin Menu mnuSave\nCaption = \"&Save\"\nShortcut = ^S\nChecked = -1 'True\nEnabled = 0 'False\nEnd\n"
+        "Begin Menu mnuLine\nCaption = \"-\"\nEnd\n"
+        "End\n"
+        "Begin Label a\nEnd\n"
+        "Begin Menu mnuHelp\nCaption = \"&Help\"\nVisible = 0 'False\nEnd\n"
+        "End\n");
+    std::vector<MenuItem> menus = ReadMenus(file.form);
+    ASSERT_EQ(menus.size(), 2u);
+    ASSERT_EQ(menus[0].items.size(), 2u);
+    EXPECT_EQ(menus[0].items[0].shortcut, u"^S");
+    EXPECT_TRUE(menus[0].items[0].checked);
+    EXPECT_FALSE(menus[0].items[0].enabled);
+    EXPECT_EQ(menus[0].items[0].id, firstMenuId + 1);
+    EXPECT_EQ(menus[1].id, firstMenuId + 3);
+    EXPECT_FALSE(menus[1].visible);
+    const MenuItem* found = FindMenuItem(menus, [](const MenuItem& item) { return item.name == u"mnuLine"; });
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(found->caption, u"-");
+}
+
+TEST(Menus, ReadsShortcuts) {
+    const struct {
+        TextView source;
+        Shortcut shortcut;
+        TextView shown;
+    } cases[] = {
+        {u"^S", {'S', keys::controlMask}, u"Ctrl+S"},
+        {u"^s", {'S', keys::controlMask}, u"Ctrl+S"},
+        {u"+^{F12}", {123, keys::controlMask | keys::shiftMask}, u"Ctrl+Shift+F12"},
+        {u"{F2}", {keys::f2, 0}, u"F2"},
+        {u"%{BKSP}", {keys::backspace, keys::altMask}, u"Alt+Bksp"},
+        {u"{DEL}", {keys::deleteKey, 0}, u"Del"},
+        {u"S", {}, u""},
+        {u"+S", {}, u""},
+        {u"^", {}, u""},
+        {u"{F13}", {}, u""},
+        {u"^{F4", {}, u""},
+        {u"", {}, u""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.source.begin(), c.source.end()));
+        EXPECT_EQ(ParseShortcut(c.source), c.shortcut);
+        EXPECT_EQ(ShortcutText(ParseShortcut(c.source)), Text(c.shown));
+    }
+}
+
+}  // namespace
+}  // namespace qvx::host
