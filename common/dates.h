@@ -1,0 +1,63 @@
+// Civil dates from 1 January 100 to 31 December 9999: reading, writing, and the automation date number.
+#pragma once
+
+#include <optional>
+
+#include "common/text.h"
+
+namespace qvx {
+
+enum class ShortDateOrder { dayMonthYear, monthDayYear, yearMonthDay };
+
+// What reading and writing dates takes from the system; the caller reads it there.
+struct DateSettings {
+    ShortDateOrder order = ShortDateOrder::dayMonthYear;
+    int currentYear = 2000;  // given to a day and month alone
+    Text separator = u"/";   // between the numbers of a short date, and for "/" in a pattern
+};
+
+// A day of the Gregorian calendar and a time of day in seconds (0 to 86399).
+struct Date {
+    int year = 1899;
+    int month = 12;
+    int day = 30;
+    int secondOfDay = 0;
+    friend bool operator==(const Date&, const Date&) = default;
+};
+
+constexpr int minYear = 100;
+constexpr int maxYear = 9999;
+
+// 28 to 31; the month is 1 to 12.
+int DaysInMonth(int year, int month);
+
+bool IsValidDate(const Date& date);
+
+// 0 for Sunday to 6 for Saturday.
+int WeekdayOf(const Date& date);
+
+// A date as people type it, or nothing. Day, month and year in the settings' order, else month-day-year, day-month-year
+// or year-month-day where only that reads as a date; the month may be an English name or its first three letters;
+// between them one of "/", "-", ".", "," or the settings' separator with blanks around it, or blanks alone. Years 0 to
+// 29 are 2000 to 2029, 30 to 99 are 1930 to 1999. Day and month alone take the current year, month and year alone the
+// first of the month. A time may follow behind a blank: h, h:m or h:m:s, with AM or PM behind it (which h alone needs).
+std::optional<Date> ParseDate(TextView text, const DateSettings& settings);
+
+bool IsDate(TextView text, const DateSettings& settings);
+
+// Writes a valid date by a pattern without regard to the pattern's case: d dd ddd dddd (day, weekday's name), m mm mmm
+// mmmm (month, its name), yy yyyy, h hh n nn s ss, AM/PM and A/P (which make h count to 12 and are written in the
+// pattern's case). m and mm behind an hour are minutes. "/" is the given separator, everything else stands for itself.
+Text FormatDate(const Date& date, TextView pattern, TextView separator = u"/");
+
+// The date in the settings' order and separator: two digits for day and month, four for the year.
+Text ShortDateText(const Date& date, const DateSettings& settings);
+
+// Days since 30 December 1899; the time is the fraction, which counts away from zero before that day. The date is
+// valid.
+double ToAutomationDate(const Date& date);
+
+// To the nearest second; nothing outside the range of dates.
+std::optional<Date> FromAutomationDate(double days);
+
+}  // namespace qvx
