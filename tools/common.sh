@@ -56,6 +56,15 @@ start_group() {
   at_exit "end_group $group"
 }
 
+# The end of a log; of a build's, rather what went wrong in it.
+show_log() {
+  if grep -q '^FAILED: ' "$1"; then
+    grep -E 'error:|undefined reference|multiple definition|^FAILED: ' "$1" | head -n 30
+  else
+    tail -n "${log_tail:-40}" "$1"
+  fi
+}
+
 # with_log LOG COMMAND...: runs the command with its output in build/logs/LOG.log and shows the end of that when it fails. The command
 # is waited for in the background, since a trap only runs at once while the shell waits.
 with_log() {
@@ -64,10 +73,10 @@ with_log() {
   mkdir -p "$logs"
   start_group "$@" >"$log" 2>&1
   wait "$group" || status=$?
-  unset 'cleanups[-1]'
+  unset "cleanups[-1]"
   if ((status != 0)); then
     warn "Failed ($status): $*"
-    tail -n "${log_tail:-40}" "$log" >&2
+    show_log "$log" >&2
     warn "The whole log: ${log#"$root"/}"
   fi
   return "$status"
