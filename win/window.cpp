@@ -33,7 +33,7 @@ class ClassRegistry {
         record.lpfnWndProc = procedure;
         record.cbWndExtra = sizeof(void*);
         record.hInstance = ModuleInstance();
-        record.hCursor = LoadCursorW(nullptr, windowClass.cursor);
+        record.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(windowClass.cursor));
         record.lpszClassName = windowClass.name;
         if (!RegisterClassExW(&record) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
             return false;

@@ -39,7 +39,7 @@ class LifeWatch {
 struct WindowClass {
     const wchar_t* name;
     UINT style = CS_DBLCLKS;
-    const wchar_t* cursor = IDC_ARROW;
+    WORD cursor = 32512;  // identifier of one of the system's cursors; this is the arrow
 };
 
 // One window. Destroying the object destroys the window; the window may also go first (with its parent), then Handle
