@@ -262,6 +262,7 @@ double QuickNumericValue(const Char* const begin, const Char* const end) {
     if (digits > 19 || mantissa > (std::uint64_t{1} << 53) ||
         (at != end && NeedsFullReading(static_cast<unsigned>(*at))))
         return FullNumericValue(begin, end);
+    if (digits == 0) return 0;
     // Where doubles are computed in wider registers the quotient would be rounded twice.
     if (FLT_EVAL_METHOD != 0 && decimals != 0) return FullNumericValue(begin, end);
     const auto whole = static_cast<double>(static_cast<std::int64_t>(mantissa));

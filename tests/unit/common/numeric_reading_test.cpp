@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <random>
 #include <string>
@@ -237,6 +238,10 @@ TEST(NumericValue, ReadsPlainDecimalsExactly) {
         text.insert(0, " ");  // a blank goes the long way
         ASSERT_EQ(NumericValue(text), expected) << text;
     }
+}
+
+TEST(NumericValue, GivesPlainZeroWhereNothingReads) {
+    for (const TextView text : {u"-", u"-abc", u"--2", u"-."}) EXPECT_FALSE(std::signbit(NumericValue(text))) << Ascii(text);
 }
 
 TEST(NumericValue, ReadsBytesAsLatin1) {

@@ -1,0 +1,43 @@
+// Dates: whatever reads as one is a date of the calendar that survives being written and read again, and any pattern
+// can be written. The input: order, current year, pattern's length, pattern, text.
+#include <cstdint>
+
+#include "common/dates.h"
+#include "fuzz/fuzz_input.h"
+
+namespace qvx {
+namespace {
+
+Date DayOf(Date date) {
+    date.secondOfDay = 0;
+    return date;
+}
+
+void Check(FuzzInput& input) {
+    DateSettings settings;
+    settings.order = static_cast<ShortDateOrder>(input.Byte() % 3);
+    settings.currentYear = minYear + static_cast<int>(input.Below(maxYear - minYear + 1));
+    const Text pattern = input.Latin(input.Byte() % 32);
+    const Text text = input.RestLatin();
+    const auto date = ParseDate(text, settings);
+    Require(date.has_value() == IsDate(text, settings), "the test and the reading agree");
+    if (!date) return;
+    Require(IsValidDate(*date), "the date is in the calendar");
+    Require(FormatDate(*date, pattern).size() <= pattern.size() * 10, "a pattern's letter writes a word at most");
+    Require(FromAutomationDate(ToAutomationDate(*date)) == *date, "the automation date is the same date");
+    for (const TextView separator : {u"/", u"-", u".", u" "}) {
+        settings.separator = separator;
+        Require(ParseDate(ShortDateText(*date, settings), settings) == DayOf(*date), "the short form reads back");
+    }
+    for (const TextView form : {u"d mmmm yyyy hh:nn:ss", u"mmm d, yyyy h:mm:ss AM/PM", u"yyyy-mm-dd hh:mm:ss"})
+        Require(ParseDate(FormatDate(*date, form), settings) == *date, "long forms read back");
+}
+
+}  // namespace
+}  // namespace qvx
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    qvx::FuzzInput input(data, size);
+    qvx::Check(input);
+    return 0;
+}

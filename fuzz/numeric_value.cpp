@@ -1,0 +1,70 @@
+// The tolerant number reading: any text gives a finite number, the same over bytes and over UTF-16, and the same as the
+// strict readings and the standard library where those apply. The first byte chooses the width of the rest.
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "common/number_text.h"
+#include "common/numeric_reading.h"
+#include "common/run_time_error.h"
+#include "fuzz/fuzz_input.h"
+
+namespace qvx {
+namespace {
+
+bool Same(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+// An optional minus, digits, and perhaps a point and more digits; nothing else.
+bool IsPlainDecimal(const std::string& text) {
+    std::size_t at = text.starts_with('-') ? 1 : 0;
+    const std::size_t first = at;
+    while (at < text.size() && text[at] >= '0' && text[at] <= '9') ++at;
+    if (at == first) return false;
+    if (at < text.size() && text[at] == '.') ++at;
+    while (at < text.size() && text[at] >= '0' && text[at] <= '9') ++at;
+    return at == text.size();
+}
+
+void CheckBytes(const Text& wide, double value) {
+    std::string bytes;
+    for (const char16_t c : wide) bytes += static_cast<char>(c);
+    Require(Same(NumericValue(std::string_view(bytes)), value), "bytes and UTF-16 read the same");
+    if (!IsPlainDecimal(bytes)) return;
+    double expected = 0;
+    const auto result = std::from_chars(bytes.data(), bytes.data() + bytes.size(), expected);
+    if (result.ec == std::errc() && std::isfinite(expected))
+        Require(Same(value, expected), "plain decimals read exactly");
+}
+
+void Check(const Text& text) {
+    const double value = NumericValue(text);
+    Require(std::isfinite(value), "the value is finite");
+    try {
+        Require(Same(Val(text), value), "where Val reads, its value counts");
+    } catch (const RunTimeError& error) {
+        Require(error.Number() == errors::overflow || error.Number() == errors::typeMismatch, "Val raises 6 or 13");
+    }
+    const auto strict = ReadNumeric(text);
+    Require(strict.has_value() == IsNumeric(text), "the test and the reading agree");
+    // Commas and a sign behind belong to the strict reading only.
+    if (strict && text.find_first_of(u",") == Text::npos) {
+        const std::size_t last = text.find_last_not_of(u" \t");
+        if (text[last] != u'-' && text[last] != u'+') Require(Same(*strict, value), "strict numbers read the same");
+    }
+    const Text written = DoubleToText(value);
+    Require(IsNumeric(written) && DoubleToText(NumericValue(written)) == written, "what is written reads back");
+}
+
+}  // namespace
+}  // namespace qvx
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    qvx::FuzzInput input(data, size);
+    const bool wide = (input.Byte() & 1) != 0;
+    const qvx::Text text = wide ? input.RestWide() : input.RestLatin();
+    qvx::Check(text);
+    if (!wide) qvx::CheckBytes(text, qvx::NumericValue(text));
+    return 0;
+}
