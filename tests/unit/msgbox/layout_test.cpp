@@ -1,0 +1,138 @@
+// The message box to the twip.
+#include "forms/msgbox/layout.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "common/keys.h"
+#include "common/run_time_error.h"
+#include "elements/surface/recording_surface.h"
+
+namespace qvx::msgbox {
+namespace {
+
+std::string Narrow(TextView text) { return {text.begin(), text.end()}; }
+
+// "left,top caption tab" of a visible button, "-" of a hidden one.
+std::string Show(const ButtonPlace& button) {
+    if (!button.visible) {
+        EXPECT_EQ(button.tag, u"");
+        return "-";
+    }
+    EXPECT_EQ(button.tag, u"1");
+    return std::to_string(button.left) + "," + std::to_string(button.top) + " " + Narrow(button.caption) + " " +
+           std::to_string(button.tabIndex);
+}
+
+TEST(MessageBoxLayout, SizesAndButtons) {
+    struct {
+        const char* name;
+        int buttons;
+        Size text;
+        Size expected;
+        const char* ok;
+        const char* cancel;
+    } const cases[] = {
+        // Width (40 + 150 + 20) x 15, height 315 + (26 + 60) x 15; OK top 1605 - 315 - 150.
+        {"one button", 1, {150, 26}, {3150, 1605}, "1177,1140 &OK 0", "-"},
+        {"unknown codes show one button", 0, {150, 26}, {3150, 1605}, "1177,1140 &OK 0", "-"},
+        {"and so do 4, 5, 8", 5, {150, 26}, {3150, 1605}, "1177,1140 &OK 0", "-"},
+        {"yes and no", 2, {150, 26}, {3150, 1605}, "770,1140 &Yes 0", "1585,1140 &No 1"},
+        {"6 is 2", 6, {150, 26}, {3150, 1605}, "770,1140 &Yes 0", "1585,1140 &No 1"},
+        {"no has the focus", 10, {150, 26}, {3150, 1605}, "770,1140 &Yes 1", "1585,1140 &No 0"},
+        {"OK and Cancel", 3, {150, 26}, {3150, 1605}, "770,1140 &OK 0", "1585,1140 &Cancel 1"},
+        {"7 is 3", 7, {150, 26}, {3150, 1605}, "770,1140 &OK 0", "1585,1140 &Cancel 1"},
+        {"Cancel has the focus", 11, {150, 26}, {3150, 1605}, "770,1140 &OK 1", "1585,1140 &Cancel 0"},
+        // (40 + 46 + 20) x 15 = 1590 is not more than twice 795.
+        {"two buttons, just too narrow", 2, {46, 13}, {1840, 1410}, "115,945 &Yes 0", "930,945 &No 1"},
+        {"two buttons, just wide enough", 2, {47, 13}, {1605, 1410}, "-3,945 &Yes 0", "812,945 &No 1"},
+        {"one button never gets narrower than 60 pixels", 1, {0, 0}, {900, 1215}, "52,750 &OK 0", "-"},
+        {"odd width", 1, {148, 13}, {3120, 1410}, "1162,945 &OK 0", "-"},
+    };
+    for (const auto& c : cases) {
+        const BoxLayout box = LayOut(c.buttons, c.text, Dpi{});
+        EXPECT_EQ(box.size.width, c.expected.width) << c.name;
+        EXPECT_EQ(box.size.height, c.expected.height) << c.name;
+        EXPECT_EQ(Show(box.ok), c.ok) << c.name;
+        EXPECT_EQ(Show(box.cancel), c.cancel) << c.name;
+        EXPECT_EQ(box.text, (Rect{40, 30, 40 + c.text.width, 30 + c.text.height})) << c.name;
+        EXPECT_EQ(box.caption, (Rect{0, 0, TwipsToPixels(c.expected.width, 96), 17})) << c.name;
+    }
+}
+
+TEST(MessageBoxLayout, MessageBreaksAtTheDesignedWidth) {
+    EXPECT_EQ(WrapWidth(Dpi{}), 321 - 40);
+    RecordingSurface surface;
+    const Text long80(u"All other users must be logged off before doing this. Please ask them to do it now.");
+    const Size text = surface.MeasureText(long80, FontSpec{}, WrapWidth(Dpi{}), textFormat);
+    EXPECT_LE(text.width, 281);
+    EXPECT_EQ(text.height, 2 * 13);
+    EXPECT_EQ(textFormat, 272U);
+    EXPECT_EQ(textFormat | text_format::calcRect, 1296U);
+}
+
+TEST(MessageBoxLayout, EverythingGrowsWithTheResolution) {
+    const Dpi twice{192, 192};
+    const BoxLayout box = LayOut(2, {300, 52}, twice);
+    EXPECT_EQ(WrapWidth(twice), 2 * WrapWidth(Dpi{}));
+    EXPECT_EQ(box.text, (Rect{80, 60, 380, 112}));
+    EXPECT_EQ(box.size, (Size{3150, 1605})) << "the same twips as at half the resolution";
+    EXPECT_EQ(box.caption, (Rect{0, 0, 420, 34}));
+    EXPECT_EQ(box.ok.left, 770);
+    EXPECT_EQ(box.ok.top, 1140);
+    EXPECT_EQ(box.corner, (Size{40, 40}));
+    // Device pixels higher than wide: the width follows the vertical resolution.
+    EXPECT_EQ(LayOut(1, {150, 26}, Dpi{96, 144}).size.width, 2100);
+}
+
+TEST(MessageBox, KeysAnswer) {
+    struct {
+        int key;
+        int shift;
+        bool cancelVisible;
+        Answer expected;
+    } const cases[] = {
+        {'O', 0, false, Answer::ok},
+        {'Y', 0, true, Answer::ok},
+        {'C', 0, true, Answer::cancel},
+        {'N', 0, false, Answer::cancel},
+        {keys::escape, 0, false, Answer::ok},
+        {keys::escape, 0, true, Answer::none},
+        {keys::enter, 0, false, Answer::none},
+        {'O', keys::shiftMask, false, Answer::none},
+        {'C', keys::controlMask, true, Answer::none},
+        {'N', keys::altMask, true, Answer::none},
+        {keys::escape, keys::shiftMask, false, Answer::none},
+        {'X', 0, true, Answer::none},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(AnswerForKey(c.key, c.shift, c.cancelVisible), c.expected) << c.key << " shift " << c.shift;
+    }
+}
+
+TEST(MessageBox, PictureNumbers) {
+    EXPECT_EQ(PictureNumber(1), 1);
+    EXPECT_EQ(PictureNumber(9), 9);
+    EXPECT_EQ(PictureNumber(10), 6);
+    EXPECT_EQ(PictureNumber(-1), 6);
+    try {
+        PictureNumber(0);
+        FAIL() << "there is no picture 0";
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.Number(), 35600);
+    }
+}
+
+TEST(MessageBox, Place) {
+    const Rect work{0, 0, 1000, 700};
+    EXPECT_EQ(PlaceOver({100, 100, 500, 400}, work, {200, 100}), (Point{200, 200}));
+    EXPECT_EQ(PlaceOver({900, 650, 1000, 700}, work, {200, 100}), (Point{800, 600}));
+    EXPECT_EQ(PlaceOver({-100, -100, 0, 0}, work, {200, 100}), (Point{0, 0}));
+    EXPECT_EQ(PlaceOver(work, work, {1200, 900}), (Point{0, -200})) << "the buttons of a huge box stay in sight";
+}
+
+TEST(MessageBox, Caption) { EXPECT_EQ(CaptionFor(u"Restore"), u"  Restore"); }
+
+}  // namespace
+}  // namespace qvx::msgbox
