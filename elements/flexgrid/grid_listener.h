@@ -1,0 +1,42 @@
+// Who wants to know what happens in a grid: its window, and the control around it.
+#pragma once
+
+namespace qvx::flexgrid {
+
+// Cells from (top, left) to (bottom, right), both included.
+struct CellRange {
+    int top = 0;
+    int left = 0;
+    int bottom = -1;
+    int right = -1;
+    bool Empty() const { return bottom < top || right < left; }
+    bool Contains(int row, int col) const { return row >= top && row <= bottom && col >= left && col <= right; }
+    friend bool operator==(const CellRange&, const CellRange&) = default;
+};
+
+enum class GridChange {
+    cells,      // texts or formats of the cells in the range
+    layout,     // counts, sizes or order: everything from the range's first row and column on may have moved
+    selection,  // the range holds the cells selected before and now
+    scroll,     // TopRow or LeftCol
+    look        // colours, lines, font, anything: all of it
+};
+
+// Called on the grid's own thread, within the call that made the change. A listener may call the grid back and may
+// change it; it may remove itself.
+class GridListener {
+  public:
+    virtual ~GridListener() = default;
+    // The cursor is about to leave its cell; Row and Col still tell which.
+    virtual void LeaveCell() {}
+    virtual void EnterCell() {}
+    virtual void RowColChange() {}
+    virtual void SelChange() {}
+    // Order of two rows for the custom sort: below 0, 0 or above 0 in `result`; false leaves the answer to the next
+    // listener. The rows keep their numbers until the sort is over.
+    virtual bool Compare(int /*row1*/, int /*row2*/, int& /*result*/) { return false; }
+    // Something shown has changed and wants painting; nothing need be done at once.
+    virtual void Invalidated(GridChange /*change*/, const CellRange& /*range*/) {}
+};
+
+}  // namespace qvx::flexgrid

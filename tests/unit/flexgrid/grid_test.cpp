@@ -1,0 +1,539 @@
+#include "elements/flexgrid/grid.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "elements/flexgrid/merge.h"
+
+namespace qvx::flexgrid {
+namespace {
+
+// The number of the error a call raises, 0 when it raises none.
+template <class Call>
+int ErrorOf(Call call) {
+    try {
+        call();
+    } catch (const RunTimeError& error) {
+        return error.Number();
+    }
+    return 0;
+}
+
+// All rows as one text, "a,b/c,d".
+std::string Shown(const Grid& grid) {
+    std::string shown;
+    for (int row = 0; row < grid.Rows(); ++row) {
+        shown += row > 0 ? "/" : "";
+        for (int col = 0; col < grid.Cols(); ++col) {
+            shown += col > 0 ? "," : "";
+            for (const char16_t unit : grid.TextMatrix(row, col)) {
+                shown += static_cast<char>(unit);
+            }
+        }
+    }
+    return shown;
+}
+
+void Load(Grid& grid, int fixedRows, int fixedCols, int cols, TextView block) {
+    grid.SetFixedRows(0);
+    grid.SetFixedCols(0);
+    grid.SetRows(0);
+    grid.SetCols(cols);
+    grid.AddItems(block);
+    grid.SetFixedRows(fixedRows);
+    grid.SetFixedCols(fixedCols);
+}
+
+// Writes down what it is told.
+class Recorder final : public GridListener {
+  public:
+    explicit Recorder(Grid& grid) : grid_(grid) { grid_.AddListener(this); }
+    void LeaveCell() override { Note("leave"); }
+    void EnterCell() override { Note("enter"); }
+    void RowColChange() override { Note("rowcol"); }
+    void SelChange() override { Note("sel"); }
+    std::string Take() { return std::exchange(log_, {}); }
+
+  private:
+    void Note(const char* what) {
+        log_ += std::string(what) + " " + std::to_string(grid_.Row()) + "," + std::to_string(grid_.Col()) + ";";
+    }
+    Grid& grid_;
+    std::string log_;
+};
+
+TEST(GridCounts, Defaults) {
+    const Grid grid;
+    EXPECT_EQ(grid.Rows(), 2);
+    EXPECT_EQ(grid.Cols(), 2);
+    EXPECT_EQ(grid.FixedRows(), 1);
+    EXPECT_EQ(grid.FixedCols(), 1);
+    EXPECT_EQ(grid.Row(), 1);
+    EXPECT_EQ(grid.Col(), 1);
+    EXPECT_EQ(grid.RowHeight(0), 240);
+    EXPECT_EQ(grid.ColWidth(0), 960);
+}
+
+TEST(GridCounts, Refusals) {
+    struct Case {
+        const char* what;
+        int error;
+        void (*call)(Grid&);
+    };
+    const Case cases[] = {
+        {"no row beside the fixed one", 30001, [](Grid& g) { g.SetRows(1); }},
+        {"no rows below a fixed one", 30001, [](Grid& g) { g.SetRows(0); }},
+        {"no column beside the fixed one", 30001, [](Grid& g) { g.SetCols(1); }},
+        {"all rows fixed", 30001, [](Grid& g) { g.SetFixedRows(2); }},
+        {"all columns fixed", 30001, [](Grid& g) { g.SetFixedCols(2); }},
+        {"negative rows", 380, [](Grid& g) { g.SetRows(-1); }},
+        {"negative columns", 380, [](Grid& g) { g.SetCols(-1); }},
+        {"negative fixed rows", 380, [](Grid& g) { g.SetFixedRows(-1); }},
+        {"negative fixed columns", 380, [](Grid& g) { g.SetFixedCols(-1); }},
+        {"too many rows", 30006, [](Grid& g) { g.SetRows(Grid::maxRows + 1); }},
+        {"too many columns", 30006, [](Grid& g) { g.SetCols(Grid::maxCols + 1); }},
+        {"row below 0", 30009, [](Grid& g) { g.SetRow(-1); }},
+        {"row at Rows", 30009, [](Grid& g) { g.SetRow(2); }},
+        {"column below 0", 30010, [](Grid& g) { g.SetCol(-1); }},
+        {"column at Cols", 30010, [](Grid& g) { g.SetCol(2); }},
+        {"far row at Rows", 30009, [](Grid& g) { g.SetRowSel(2); }},
+        {"far column at Cols", 30010, [](Grid& g) { g.SetColSel(2); }},
+        {"top row fixed", 30009, [](Grid& g) { g.SetTopRow(0); }},
+        {"left column past the end", 30010, [](Grid& g) { g.SetLeftCol(2); }},
+        {"text outside", 381, [](Grid& g) { g.SetTextMatrix(2, 0, u"x"); }},
+        {"text left of column 0", 381, [](Grid& g) { (void)g.TextMatrix(0, -1); }},
+        {"text index past the end", 381, [](Grid& g) { (void)g.TextArray(4); }},
+        {"text index below 0", 381, [](Grid& g) { g.SetTextArray(-1, u"x"); }},
+        {"item among the fixed rows", 30002, [](Grid& g) { g.AddItem(u"x", 0); }},
+        {"item past the end", 30009, [](Grid& g) { g.AddItem(u"x", 3); }},
+        {"items past the end", 30009, [](Grid& g) { g.AddItems(u"x", 3); }},
+        {"the last row removed", 30015, [](Grid& g) { g.RemoveItem(1); }},
+        {"a fixed row removed", 30011, [](Grid& g) { g.RemoveItem(0); }},
+        {"no such row removed", 30009, [](Grid& g) { g.RemoveItem(2); }},
+        {"width below -1", 380, [](Grid& g) { g.SetColWidth(0, -2); }},
+        {"height below -1", 380, [](Grid& g) { g.SetRowHeight(0, -2); }},
+        {"width of no column", 30010, [](Grid& g) { g.SetColWidth(2, 100); }},
+        {"height of no row", 30009, [](Grid& g) { g.SetRowHeight(2, 100); }},
+        {"font of no size", 380, [](Grid& g) { g.SetCellFontSize(0); }},
+        {"row moved away", 30009, [](Grid& g) { g.SetRowPosition(0, 2); }},
+        {"column moved away", 30010, [](Grid& g) { g.SetColPosition(2, 0); }},
+    };
+    for (const Case& test : cases) {
+        Grid grid;
+        grid.SetTextMatrix(1, 1, u"kept");
+        EXPECT_EQ(ErrorOf([&] { test.call(grid); }), test.error) << test.what;
+        EXPECT_EQ(Shown(grid), ",/,kept") << test.what;
+        EXPECT_EQ(grid.FixedRows() + grid.FixedCols(), 2) << test.what;
+    }
+}
+
+TEST(GridCounts, ErrorsInWords) {
+    const auto wordsOf = [](auto call) -> Text {
+        try {
+            call();
+        } catch (const RunTimeError& error) {
+            return error.Description();
+        }
+        return u"none";
+    };
+    Grid grid;
+    EXPECT_EQ(wordsOf([&] { grid.SetRow(9); }), u"Invalid Row value.");
+    EXPECT_EQ(wordsOf([&] { grid.SetCol(9); }), u"Invalid Col value.");
+    EXPECT_EQ(wordsOf([&] { (void)grid.TextMatrix(9, 9); }), u"Subscript out of range");
+}
+
+TEST(GridCounts, SmallerDropsCellsForGood) {
+    Grid grid;
+    Load(grid, 0, 0, 3, u"a\tb\tc\rd\te\tf\rg\th\ti");
+    grid.SetRows(2);
+    grid.SetCols(2);
+    grid.SetRows(3);
+    grid.SetCols(3);
+    EXPECT_EQ(Shown(grid), "a,b,/d,e,/,,");
+}
+
+TEST(GridCounts, FixedCountWaitsForColumns) {
+    Grid grid;
+    grid.SetFixedCols(0);
+    grid.SetCols(0);
+    grid.SetFixedCols(1);
+    EXPECT_EQ(grid.FixedCols(), 0);
+    grid.SetCols(1);
+    EXPECT_EQ(grid.FixedCols(), 0);
+    grid.SetFormatString(u"A|B|C");
+    EXPECT_EQ(grid.FixedCols(), 1);
+    EXPECT_EQ(grid.Col(), 1);
+
+    Grid other;
+    other.SetFixedCols(0);
+    other.SetCols(0);
+    other.SetFixedCols(1);
+    other.SetFixedCols(0);
+    other.SetCols(4);
+    EXPECT_EQ(other.FixedCols(), 0);
+    other.SetFixedRows(0);
+    other.SetRows(0);
+    other.SetFixedRows(1);
+    other.AddItem(u"head");
+    other.AddItem(u"body");
+    EXPECT_EQ(other.FixedRows(), 1);
+    EXPECT_EQ(ErrorOf([&] { other.SetFixedCols(4); }), 30001);
+}
+
+TEST(GridCursor, MovesTellLeaveThenEnter) {
+    Grid grid;
+    grid.SetRows(5);
+    grid.SetCols(4);
+    Recorder recorder(grid);
+    grid.SetRow(3);
+    EXPECT_EQ(recorder.Take(), "leave 1,1;enter 3,1;rowcol 3,1;sel 3,1;");
+    grid.SetRow(3);
+    EXPECT_EQ(recorder.Take(), "");
+    grid.SetColSel(3);
+    EXPECT_EQ(recorder.Take(), "sel 3,1;");
+    grid.SetRow(3);
+    EXPECT_EQ(recorder.Take(), "sel 3,1;");
+    EXPECT_EQ(grid.ColSel(), 1);
+    grid.Select(2, 2, 4, 3);
+    EXPECT_EQ(recorder.Take(), "leave 3,1;enter 2,2;rowcol 2,2;sel 2,2;");
+    grid.SetRows(2);
+    EXPECT_EQ(recorder.Take(), "leave 2,2;enter 1,2;rowcol 1,2;sel 1,2;");
+    EXPECT_EQ(grid.RowSel(), 1);
+    grid.SetFixedCols(3);
+    EXPECT_EQ(recorder.Take(), "leave 1,2;enter 1,3;rowcol 1,3;sel 1,3;");
+}
+
+TEST(GridCursor, ListenerMayShrinkTheGridWhileTheCursorLeaves) {
+    struct Shrinker final : GridListener {
+        explicit Shrinker(Grid& g) : grid(g) { grid.AddListener(this); }
+        void LeaveCell() override {
+            grid.RemoveListener(this);
+            grid.SetRows(3);
+        }
+        Grid& grid;
+    };
+    Grid grid;
+    grid.SetRows(9);
+    Shrinker shrinker(grid);
+    grid.SetRow(7);
+    EXPECT_EQ(grid.Row(), 2);
+}
+
+TEST(GridCursor, SelectionByMode) {
+    Grid grid;
+    grid.SetRows(6);
+    grid.SetCols(5);
+    grid.Select(4, 3, 2, 2);
+    EXPECT_EQ(grid.Selection(), (CellRange{2, 2, 4, 3}));
+    grid.SetSelectionMode(GridSelectionMode::byRow);
+    EXPECT_EQ(grid.Selection(), (CellRange{2, 1, 4, 4}));
+    grid.SetSelectionMode(GridSelectionMode::byColumn);
+    EXPECT_EQ(grid.Selection(), (CellRange{1, 2, 5, 3}));
+}
+
+TEST(GridText, FillAndClip) {
+    Grid grid;
+    Load(grid, 0, 0, 3, u"a\tb\tc\rd\te\tf\rg\th\ti");
+    grid.Select(2, 2, 1, 1);
+    EXPECT_EQ(grid.Clip(), u"e\tf\rh\ti");
+    struct Case {
+        const char16_t* clip;
+        const char* shown;
+    };
+    const Case cases[] = {
+        {u"1\t2\r3\t4", "a,b,c/d,1,2/g,3,4"}, {u"1\t2\t9\r\n3\t4\t9\r9", "a,b,c/d,1,2/g,3,4"},
+        {u"1", "a,b,c/d,1,f/g,h,i"},          {u"\t2\r\r9", "a,b,c/d,,2/g,,i"},
+        {u"", "a,b,c/d,e,f/g,h,i"},
+    };
+    for (const Case& test : cases) {
+        Grid pasted;
+        Load(pasted, 0, 0, 3, u"a\tb\tc\rd\te\tf\rg\th\ti");
+        pasted.Select(1, 1, 2, 2);
+        pasted.SetClip(test.clip);
+        EXPECT_EQ(Shown(pasted), test.shown);
+    }
+    grid.SetText(u"x");
+    EXPECT_EQ(Shown(grid), "a,b,c/d,e,f/g,h,x");
+    grid.SetFillStyle(GridFillStyle::repeat);
+    grid.SetText(u"y");
+    EXPECT_EQ(Shown(grid), "a,b,c/d,y,y/g,y,y");
+}
+
+TEST(GridRows, AddAndRemove) {
+    Grid grid;
+    Load(grid, 1, 0, 2, u"H\tI\r\na\tb");
+    grid.AddItem(u"c\td\tsurplus");
+    grid.AddItem(u"0", 1);
+    EXPECT_EQ(Shown(grid), "H,I/0,/a,b/c,d");
+    EXPECT_EQ(grid.AddItems(u"x\ty\r\rz\r\n", 3), 3);
+    EXPECT_EQ(Shown(grid), "H,I/0,/a,b/x,y/,/z,/c,d");
+    grid.RemoveItem(2);
+    EXPECT_EQ(grid.RemoveRowsIf([&](int row) { return grid.Cell(row, 1).Empty(); }), 3);
+    EXPECT_EQ(Shown(grid), "H,I/x,y/c,d");
+    EXPECT_EQ(grid.RemoveRowsIf([](int) { return true; }), 1);
+    EXPECT_EQ(Shown(grid), "H,I/c,d");
+    grid.Clear();
+    EXPECT_EQ(Shown(grid), ",/,");
+}
+
+TEST(GridRows, SettingsMoveWithTheirRows) {
+    Grid grid;
+    Load(grid, 0, 0, 2, u"a\tb\rc\td\re\tf");
+    grid.SetRowHeight(1, 600);
+    grid.SetRowData(1, 7);
+    grid.SetMergeRow(1, true);
+    grid.Select(1, 1, 1, 1);
+    grid.SetCellBackColor(0xFF);
+    grid.AddItem(u"new", 0);
+    grid.SetRowPosition(2, 3);
+    grid.SetColPosition(1, 0);
+    EXPECT_EQ(Shown(grid), ",new/b,a/f,e/d,c");
+    EXPECT_EQ(grid.RowHeight(3), 600);
+    EXPECT_EQ(grid.RowData(3), 7);
+    EXPECT_TRUE(grid.MergeRow(3));
+    EXPECT_FALSE(grid.MergeRow(2));
+    ASSERT_NE(grid.FormatOf(3, 0), nullptr);
+    EXPECT_EQ(grid.FormatOf(3, 1), nullptr);
+    EXPECT_EQ(grid.RowTop(4), 3 * 16 + 40);
+    grid.RemoveItem(3);
+    grid.AddItem(u"fresh");
+    EXPECT_EQ(grid.RowHeight(3), 240);
+    EXPECT_EQ(grid.RowData(3), 0);
+    EXPECT_EQ(grid.FormatOf(3, 0), nullptr);
+}
+
+TEST(GridFormatString, Cases) {
+    struct Case {
+        const char16_t* format;
+        const char* shown;
+        std::vector<int> widths;  // twips; a character is 90, margins and line 105
+        std::vector<int> alignments;
+    };
+    const Case cases[] = {
+        {u"", ",/,", {960, 960}, {9, 9}},
+        {u"<Ab|^Cde  |>", "Ab,Cde  ,/,,", {285, 555, 960}, {1, 4, 7}},
+        {u"A||C", "A,,C/,,", {195, 960, 195}, {9, 9, 9}},
+        {u";|One|Three", ",/One,/Three,", {555, 960}, {9, 9}},
+        {u"H|I;|R", "H,I/R,", {195, 195}, {9, 9}},
+        {u"|I;<|Row;x", ",I/Row;x,", {555, 195}, {1, 9}},
+    };
+    for (const Case& test : cases) {
+        Grid grid;
+        grid.SetFormatString(test.format);
+        EXPECT_EQ(Shown(grid), test.shown);
+        EXPECT_EQ(grid.FormatString(), test.format);
+        for (std::size_t col = 0; col < test.widths.size(); ++col) {
+            EXPECT_EQ(grid.ColWidth(static_cast<int>(col)), test.widths[col]) << test.shown << " " << col;
+            EXPECT_EQ(static_cast<int>(grid.ColAlignment(static_cast<int>(col))), test.alignments[col]) << test.shown;
+        }
+    }
+    Grid grid;
+    grid.SetFormatString(u"A|B|C|D");
+    grid.SetColWidth(1, 0);
+    grid.SetFormatString(grid.FormatString());
+    EXPECT_EQ(grid.ColWidth(1), 195);
+    grid.SetFormatString(u"X");
+    EXPECT_EQ(Shown(grid), "X,B,C,D/,,,");
+    EXPECT_EQ(ErrorOf([&] { grid.SetFormatString(Text(Grid::maxCols, u'|')); }), 30006);
+    EXPECT_EQ(grid.FormatString(), u"X");
+}
+
+TEST(GridSort, Orders) {
+    struct Case {
+        GridSort order;
+        const char* sorted;
+    };
+    const Case cases[] = {
+        {GridSort::none, "b1,10,,9x,B2,-3,a,2"},
+        {GridSort::genericAscending, "-3,2,10,,9x,a,b1,B2"},
+        {GridSort::genericDescending, "B2,b1,a,9x,,10,2,-3"},
+        {GridSort::numericAscending, "-3,b1,,B2,a,2,9x,10"},
+        {GridSort::numericDescending, "10,9x,2,b1,,B2,a,-3"},
+        {GridSort::stringNoCaseAscending, ",-3,10,2,9x,a,b1,B2"},
+        {GridSort::stringNoCaseDescending, "B2,b1,a,9x,2,10,-3,"},
+        {GridSort::stringAscending, ",-3,10,2,9x,B2,a,b1"},
+        {GridSort::stringDescending, "b1,a,B2,9x,2,10,-3,"},
+    };
+    for (const Case& test : cases) {
+        Grid grid;
+        Load(grid, 1, 0, 1, u"head\rb1\r10\r\r9x\rB2\r-3\ra\r2");
+        grid.Sort(test.order);
+        std::string sorted = Shown(grid);
+        std::replace(sorted.begin(), sorted.end(), '/', ',');
+        EXPECT_EQ(sorted, std::string("head,") + test.sorted) << static_cast<int>(test.order);
+    }
+}
+
+TEST(GridSort, StableBySelectionAndSeveralColumns) {
+    Grid grid;
+    Load(grid, 0, 0, 3, u"2\tx\tA\r1\ty\tB\r2\tw\tC\r1\ty\tD\r0\tz\tE");
+    grid.Select(0, 0, 3, 0);
+    grid.Sort(GridSort::numericAscending);
+    EXPECT_EQ(Shown(grid), "1,y,B/1,y,D/2,x,A/2,w,C/0,z,E");
+    grid.Select(0, 0, 0, 1);
+    grid.Sort(GridSort::stringDescending);
+    EXPECT_EQ(Shown(grid), "2,x,A/2,w,C/1,y,B/1,y,D/0,z,E");
+}
+
+TEST(GridSort, CustomAsksAndSurvivesContradiction) {
+    struct Judge final : GridListener {
+        bool Compare(int row1, int row2, int& result) override {
+            ++asked;
+            result = random ? static_cast<int>(state = state * 1103515245 + 12345) >> 16 : row2 - row1;
+            return true;
+        }
+        bool random = false;
+        unsigned state = 1;
+        int asked = 0;
+    };
+    Grid grid;
+    Load(grid, 0, 0, 1, u"a\rb\rc\rd\re");
+    Judge judge;
+    grid.AddListener(&judge);
+    grid.Sort(GridSort::custom);
+    EXPECT_EQ(Shown(grid), "e/d/c/b/a");
+    EXPECT_LE(judge.asked, 15);
+    judge.random = true;
+    for (int i = 0; i < 50; ++i) {
+        grid.Sort(GridSort::custom);
+        std::string shown = Shown(grid);
+        std::sort(shown.begin(), shown.end());
+        EXPECT_EQ(shown, "////abcde");
+    }
+}
+
+TEST(GridMerge, Modes) {
+    // Each cell is shown by the number of its range, in order of appearance.
+    const auto ranges = [](const Grid& grid) {
+        std::vector<int> rows;
+        std::vector<int> cols;
+        for (int row = 0; row < grid.Rows(); ++row) {
+            rows.push_back(row);
+        }
+        for (int col = 0; col < grid.Cols(); ++col) {
+            cols.push_back(col);
+        }
+        const MergeMap map(grid, rows, cols);
+        std::vector<CellRange> seen;
+        std::string shown;
+        for (const int row : rows) {
+            shown += row > 0 ? "/" : "";
+            for (const int col : cols) {
+                const CellRange range = map.RangeOf(row, col);
+                EXPECT_TRUE(range.Contains(row, col));
+                auto found = std::find(seen.begin(), seen.end(), range);
+                if (found == seen.end()) {
+                    EXPECT_TRUE(map.IsAnchor(row, col));
+                    found = seen.insert(seen.end(), range);
+                }
+                shown += static_cast<char>('A' + (found - seen.begin()));
+            }
+        }
+        return shown;
+    };
+    struct Case {
+        GridMerge mode;
+        bool rows, cols;
+        const char* shown;
+    };
+    // x x y
+    // x x y
+    // z y y
+    // z q q
+    const Case cases[] = {
+        {GridMerge::never, true, true, "ABC/DEF/GHI/JKL"},
+        {GridMerge::free, false, false, "ABC/DEF/GHI/JKL"},
+        {GridMerge::free, true, false, "AAB/CCD/EFF/GHH"},
+        {GridMerge::free, false, true, "ABC/ABC/DEC/DFG"},
+        {GridMerge::free, true, true, "AAB/AAB/CDD/CEE"},
+        {GridMerge::restrictRows, true, false, "AAB/CCD/EFG/HIJ"},
+        {GridMerge::restrictColumns, false, true, "ABC/ABC/DEF/DGH"},
+        {GridMerge::restrictBoth, true, true, "AAB/AAB/CDE/CFG"},
+    };
+    for (const Case& test : cases) {
+        Grid grid;
+        Load(grid, 0, 0, 3, u"x\tx\ty\rx\tx\ty\rz\ty\ty\rz\tq\tq");
+        grid.SetMergeCells(test.mode);
+        grid.SetMergeRow(Grid::all, test.rows);
+        grid.SetMergeCol(Grid::all, test.cols);
+        EXPECT_EQ(ranges(grid), test.shown) << static_cast<int>(test.mode) << test.rows << test.cols;
+    }
+    Grid fixed;
+    Load(fixed, 1, 1, 3, u"x\tx\tx\rx\tx\tx\rx\t\t");
+    fixed.SetMergeCells(GridMerge::free);
+    fixed.SetMergeRow(Grid::all, true);
+    fixed.SetMergeCol(Grid::all, true);
+    EXPECT_EQ(ranges(fixed), "ABB/CDD/CEF");
+}
+
+TEST(GridGeometry, HiddenMinimumAndDefaults) {
+    Grid grid;
+    grid.SetRows(6);
+    grid.SetRowHeight(1, 0);
+    grid.SetRowHeight(2, 150);
+    grid.SetRowHeight(4, 3000);
+    const int tops[] = {0, 16, 16, 26, 42, 242, 258};
+    for (int row = 0; row <= 6; ++row) {
+        EXPECT_EQ(grid.RowTop(row), tops[row]) << row;
+    }
+    EXPECT_EQ(grid.RowAt(-1), -1);
+    EXPECT_EQ(grid.RowAt(15), 0);
+    EXPECT_EQ(grid.RowAt(16), 2);
+    EXPECT_EQ(grid.RowAt(241), 4);
+    EXPECT_EQ(grid.RowAt(258), 6);
+    grid.SetRowHeightMin(450);
+    EXPECT_EQ(grid.RowHeight(1), 0);
+    EXPECT_EQ(grid.RowHeight(2), 450);
+    EXPECT_EQ(grid.RowTop(6), 4 * 30 + 200);
+    grid.SetRowHeight(Grid::all, Grid::defaultSize);
+    EXPECT_EQ(grid.RowTop(6), 6 * 30);
+    grid.SetRowHeightMin(0);
+    FontSpec font;
+    font.points = 16.5;
+    grid.SetFont(font);
+    EXPECT_EQ(grid.RowHeight(0), 29 * 15);
+    const FixedTextMetrics twice(Dpi{192, 192});
+    grid.SetTextMetrics(&twice);
+    EXPECT_EQ(grid.RowPixels(0), 58);
+    EXPECT_EQ(grid.ColPixels(0), 128);
+    grid.SetTextMetrics(nullptr);
+
+    grid.SetColWidth(0, 0);
+    EXPECT_EQ(grid.ColAt(0), 1);
+    EXPECT_EQ(grid.ColAt(64), 2);
+    grid.SetColWidth(Grid::all, 300);
+    grid.SetCols(3);
+    EXPECT_EQ(grid.ColLeft(3), 60);
+}
+
+TEST(GridFormats, SelectionFontsAndAlignment) {
+    Grid grid;
+    Load(grid, 1, 0, 2, u"h\th\r12\tabc\r-1.5\t ");
+    EXPECT_EQ(grid.AlignmentOf(1, 0), GridAlignment::rightCenter);
+    EXPECT_EQ(grid.AlignmentOf(1, 1), GridAlignment::leftCenter);
+    EXPECT_EQ(grid.AlignmentOf(2, 0), GridAlignment::rightCenter);
+    grid.SetFixedAlignment(0, GridAlignment::centerTop);
+    EXPECT_EQ(grid.AlignmentOf(0, 0), GridAlignment::centerTop);
+    grid.Select(1, 0, 2, 1);
+    grid.SetFillStyle(GridFillStyle::repeat);
+    grid.SetCellFontBold(true);
+    grid.SetCellAlignment(GridAlignment::leftBottom);
+    EXPECT_EQ(grid.FontOf(2, 1).weight, 700);
+    EXPECT_EQ(grid.FontOf(0, 1).weight, 400);
+    EXPECT_EQ(grid.AlignmentOf(2, 0), GridAlignment::leftBottom);
+    FontSpec font;
+    font.points = 12;
+    grid.SetFont(font);
+    EXPECT_EQ(grid.FontOf(2, 1).points, 12);
+    EXPECT_EQ(grid.FontOf(2, 1).weight, 700);
+    grid.SetCellForeColor(1);
+    grid.SetCellForeColor(0);
+    EXPECT_EQ(grid.CellForeColor(), 0u);
+    grid.Clear();
+    EXPECT_EQ(grid.FormatOf(1, 0), nullptr);
+}
+
+}  // namespace
+}  // namespace qvx::flexgrid
