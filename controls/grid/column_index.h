@@ -1,0 +1,23 @@
+// The index from captions to column numbers.
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "common/text.h"
+#include "elements/flexgrid/grid.h"
+
+namespace qvx::grid {
+
+struct ColumnIndex {
+    // Column numbers under the keys finally used, in column order; keys differ in more than case.
+    std::vector<std::pair<Text, int>> entries;
+    // The keys as "[key],[key]".
+    Text stringFormat;
+};
+
+// Makes the index of all columns. A caption that is taken already gets the first free one of the suffixes 1, 2, 3 ...,
+// counted anew for each column: Qty, Qty, Qty give Qty, Qty1, Qty2.
+ColumnIndex RefreshColIndex(const flexgrid::Grid& grid);
+
+}  // namespace qvx::grid

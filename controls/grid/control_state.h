@@ -1,0 +1,40 @@
+// What a ComboGrid remembers besides its inner grid. Columns are named by their captions in the first row, never by
+// number, so every list below survives columns being moved.
+#pragma once
+
+#include "common/text.h"
+
+namespace qvx::grid {
+
+struct ControlState {
+    Text stringFormat;     // "[Cap1],[Cap2]", made by RefreshColIndex
+    bool changed = false;  // set by every committed edit
+    Text nonFocusColumns;
+    Text dateFormat = u"DD/MM/YYYY";
+    int keyColumn = -1;  // below 0: there is no key column
+    bool cellToolTip = false;
+    bool projectionBold = false;
+    int bindFrom = 1;
+    bool autoTab = true;
+    Text checkValueFor;  // coded list
+    Text inVisibleColumns;
+    bool projectSelection = true;
+    Text requiredFields;
+    Text columnsDataType;  // coded list
+    bool autoRecordNumber = false;
+    bool autoAddNew = false;
+    Text unChangableColumns;
+    Text listColumns;
+    Text inActiveColumns;
+    // The cell under edit; both -1 while no edit is open.
+    int editCol = -1;
+    int editRow = -1;
+    // The one variable handed by reference as Cancel and Response to every event that has such an argument.
+    bool eventFlag = false;
+    bool editing = false;      // an edit is being opened
+    int editNumber = 0;        // counts the edits opened so far
+    int committing = 0;        // the edit whose commit is under way; 0 for none
+    bool initialised = false;  // the run-time preparation is done; never reset
+};
+
+}  // namespace qvx::grid

@@ -1,0 +1,46 @@
+#include "controls/grid/lifecycle.h"
+
+#include "common/number_text.h"
+#include "controls/grid/column_lists.h"
+
+namespace qvx::grid {
+
+void Show(flexgrid::Grid& grid, ControlState& state, bool userMode, const std::function<void(int col)>& loadCombo) {
+    if (!userMode || state.initialised) return;
+    for (int col = 0; col < grid.Cols(); ++col) {
+        if (IsListedColumn(grid, state.listColumns, col)) loadCombo(col);
+        if (IsListedColumn(grid, state.inVisibleColumns, col)) grid.SetColWidth(col, 0);
+    }
+    Renumber(grid, state);
+    state.editRow = -1;
+    state.editCol = -1;
+    state.initialised = true;
+}
+
+void Terminate(const flexgrid::Grid& grid, ControlState& state, const std::function<void(int col)>& unloadCombo) {
+    if (state.initialised) {
+        for (int col = 0; col < grid.Cols(); ++col)
+            if (IsListedColumn(grid, state.listColumns, col)) unloadCombo(col);
+    }
+    state.stringFormat.clear();
+    state.changed = false;
+}
+
+void Renumber(flexgrid::Grid& grid, const ControlState& state) {
+    if (!state.autoRecordNumber) return;
+    for (int row = 1; row < grid.Rows(); ++row) grid.SetTextMatrix(row, 0, IntegerToText(row));
+}
+
+void SetInVisibleColumns(flexgrid::Grid& grid, ControlState& state, TextView list) {
+    state.inVisibleColumns = list;
+    grid.SetFormatString(Text(grid.FormatString()));
+    for (int col = 0; col < grid.Cols(); ++col)
+        if (IsListedColumn(grid, list, col)) grid.SetColWidth(col, 0);
+}
+
+void AddNewRow(flexgrid::Grid& grid, const ControlState& state) {
+    const int row = grid.Rows();
+    grid.AddItem(state.autoRecordNumber ? IntegerToText(row) : Text());
+}
+
+}  // namespace qvx::grid

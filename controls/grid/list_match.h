@@ -1,0 +1,25 @@
+// Which entry of its list a list-only column takes when an edit is committed.
+#pragma once
+
+#include <vector>
+
+#include "common/text.h"
+
+namespace qvx::grid {
+
+// The combo's list as it stands at the commit.
+struct ListState {
+    std::vector<Text> entries;
+    int listIndex = -1;  // -1: nothing is selected
+    int topIndex = 0;    // the first entry in view
+};
+
+// More entries than this behind the top one mean that the drop-down has scrolled its match to the top.
+constexpr int listRowsInView = 8;
+
+// The text that the cell gets: the selected entry's; else that of the first entry from the top on that begins with the
+// typed text, looked for only when at most 8 entries are left there, while in a longer list the top entry is taken
+// unseen; else the old text, or the top entry when there was none. An index past the list reads as "".
+Text MatchListEntry(const ListState& list, TextView typed, TextView oldText);
+
+}  // namespace qvx::grid

@@ -1,0 +1,141 @@
+#include "controls/grid/navigation.h"
+
+#include "common/keys.h"
+#include "controls/grid/column_lists.h"
+
+namespace qvx::grid {
+namespace {
+
+bool TakesFocus(const flexgrid::Grid& grid, const ControlState& state, int col) {
+    return grid.ColWidth(col) >= 1 && !IsListedColumn(grid, state.inActiveColumns, col);
+}
+
+// The nearest column from `col` on, in direction `step`, that may be entered; -1 for none.
+int EnterableFrom(const flexgrid::Grid& grid, const ControlState& state, int col, int step) {
+    for (; col >= grid.FixedCols() && col < grid.Cols(); col += step)
+        if (MayEnter(grid, state, col)) return col;
+    return -1;
+}
+
+// The nearest row from `row` on that has a height; -1 for none.
+int ShownRowFrom(const flexgrid::Grid& grid, int row, int step) {
+    for (; row >= grid.FixedRows() && row < grid.Rows(); row += step)
+        if (grid.RowHeight(row) > 0) return row;
+    return -1;
+}
+
+}  // namespace
+
+int GetNextColumn(const flexgrid::Grid& grid, const ControlState& state, int& col) {
+    if (col < 0 || !TakesFocus(grid, state, col)) col = grid.FixedCols();
+    for (int candidate = col; candidate < grid.Cols(); ++candidate)
+        if (TakesFocus(grid, state, candidate)) return candidate;
+    return 0;
+}
+
+int GetActiveList(const flexgrid::Grid& grid, const ControlState& state) {
+    return IsListedColumn(grid, state.listColumns, grid.Col()) ? grid.Col() : freeTextEditor;
+}
+
+bool MayEnter(const flexgrid::Grid& grid, const ControlState& state, int col) {
+    return col >= grid.FixedCols() && col < grid.Cols() && TakesFocus(grid, state, col) &&
+           !IsListedColumn(grid, state.nonFocusColumns, col);
+}
+
+CellStep StepForward(const flexgrid::Grid& grid, const ControlState& state, bool leave) {
+    using Kind = CellStep::Kind;
+    const CellStep end{leave ? Kind::Leave : Kind::Stay, -1, -1};
+    const int next = EnterableFrom(grid, state, grid.Col() + 1, 1);
+    if (next >= 0) return {Kind::Move, grid.Row(), next};
+    const int first = EnterableFrom(grid, state, grid.FixedCols(), 1);
+    if (first < 0) return end;
+    const int row = ShownRowFrom(grid, grid.Row() + 1, 1);
+    if (row >= 0) return {Kind::Move, row, first};
+    return state.autoAddNew ? CellStep{Kind::AddRow, grid.Rows(), first} : end;
+}
+
+CellStep StepBack(const flexgrid::Grid& grid, const ControlState& state) {
+    using Kind = CellStep::Kind;
+    const int previous = EnterableFrom(grid, state, grid.Col() - 1, -1);
+    if (previous >= 0) return {Kind::Move, grid.Row(), previous};
+    const int last = EnterableFrom(grid, state, grid.Cols() - 1, -1);
+    const int row = ShownRowFrom(grid, grid.Row() - 1, -1);
+    if (last < 0 || row < 0) return {Kind::Leave, -1, -1};
+    return {Kind::Move, row, last};
+}
+
+CellStep StepSideways(const flexgrid::Grid& grid, const ControlState& state, int step) {
+    for (int col = grid.Col() + step; col >= grid.FixedCols() && col < grid.Cols(); col += step)
+        if (grid.ColWidth(col) >= 1 && !IsListedColumn(grid, state.nonFocusColumns, col))
+            return {CellStep::Kind::Move, grid.Row(), col};
+    return {};
+}
+
+CellStep StepVertically(const flexgrid::Grid& grid, int step) {
+    const int row = ShownRowFrom(grid, grid.Row() + step, step);
+    if (row < 0) return {};
+    return {CellStep::Kind::Move, row, grid.Col()};
+}
+
+GridKey DecideGridKey(int keyCode, int shift, const ControlState& state) {
+    const bool plain = shift == 0;
+    switch (keyCode) {
+        case keys::tab:
+            if ((shift & ~keys::shiftMask) != 0 || !state.autoTab) return GridKey::PassOut;
+            return plain ? GridKey::Forward : GridKey::Back;
+        case keys::enter:
+            return plain && state.autoTab ? GridKey::ForwardStay : GridKey::Nothing;
+        case keys::f2:
+            return plain ? GridKey::OpenEditor : GridKey::PassOn;
+        case keys::left:
+            return plain ? GridKey::Left : GridKey::PassOn;
+        case keys::right:
+            return plain ? GridKey::Right : GridKey::PassOn;
+        default:
+            return GridKey::PassOn;
+    }
+}
+
+bool OpensEditor(char16_t character) {
+    constexpr char16_t del = 0x7F;
+    return character == keys::backspace || (character >= keys::space && character != del);
+}
+
+EditorKey DecideEditorKey(int keyCode, int shift, const Caret& caret, bool listColumn, const ControlState& state) {
+    const bool plain = shift == 0;
+    const bool alt = (shift & keys::altMask) != 0;
+    switch (keyCode) {
+        case keys::escape:
+            return EditorKey::Abandon;
+        case keys::enter:
+            if (!plain) return EditorKey::Nothing;
+            return state.autoTab ? EditorKey::CommitForwardStay : EditorKey::Commit;
+        case keys::tab:
+            if ((shift & ~keys::shiftMask) != 0 || !state.autoTab) return EditorKey::CommitOut;
+            return plain ? EditorKey::CommitForward : EditorKey::CommitBack;
+        case keys::left:
+            return plain && caret.length == 0 && caret.start == 0 ? EditorKey::CommitLeft : EditorKey::PassOn;
+        case keys::right:
+            return plain && caret.length == 0 && caret.start >= caret.textLength ? EditorKey::CommitRight
+                                                                                 : EditorKey::PassOn;
+        case keys::up:
+        case keys::down:
+            if (listColumn) return EditorKey::PassOn;
+            // The free-text combo's empty list must not drop down.
+            if (alt) return EditorKey::Nothing;
+            return keyCode == keys::up ? EditorKey::CommitUp : EditorKey::CommitDown;
+        case keys::pageUp:
+        case keys::pageDown:
+            return listColumn || !plain ? EditorKey::PassOn : EditorKey::CommitPage;
+        case keys::f4:
+            return listColumn || alt ? EditorKey::PassOn : EditorKey::Nothing;
+        default:
+            return EditorKey::PassOn;
+    }
+}
+
+TextView CellTipText(const ControlState& state, TextView text, int textWidth, int roomWidth) {
+    return state.cellToolTip && textWidth > roomWidth ? text : TextView();
+}
+
+}  // namespace qvx::grid

@@ -1,0 +1,30 @@
+#include "elements/combo/completion.h"
+
+#include "common/text_compare.h"
+
+namespace qvx {
+
+int FindBeginningWith(int count, const EntryReader& entry, TextView text) {
+    if (text.empty()) return -1;
+    for (int index = 0; index < count; ++index)
+        if (StartsWithNoCase(entry(index), text)) return index;
+    return -1;
+}
+
+int FindExactly(int count, const EntryReader& entry, TextView text) {
+    for (int index = 0; index < count; ++index)
+        if (EqualNoCase(entry(index), text)) return index;
+    return -1;
+}
+
+Completion CompleteTyping(int count, const EntryReader& entry, TextView text, int caret, bool deleting) {
+    const Completion unchanged{-1, Text(text), caret, 0};
+    if (deleting || caret != static_cast<int>(text.size())) return unchanged;
+    const int found = FindBeginningWith(count, entry, text);
+    if (found < 0) return unchanged;
+    Text completed = entry(found);
+    const int added = static_cast<int>(completed.size()) - caret;
+    return {found, std::move(completed), caret, added};
+}
+
+}  // namespace qvx

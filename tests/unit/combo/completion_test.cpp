@@ -1,0 +1,41 @@
+#include "elements/combo/completion.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace qvx {
+namespace {
+
+class CompletionTest : public ::testing::Test {
+  protected:
+    Completion Complete(TextView text, int caret, bool deleting = false) const {
+        return CompleteTyping(static_cast<int>(entries.size()), entry, text, caret, deleting);
+    }
+    const std::vector<Text> entries = {u"Pencil", u"Pen", u"Ink", u"ink blue"};
+    const EntryReader entry = [this](int index) { return entries.at(static_cast<std::size_t>(index)); };
+};
+
+TEST_F(CompletionTest, TypingTakesTheFirstEntryThatBeginsSo) {
+    EXPECT_EQ(Complete(u"p", 1), (Completion{0, u"Pencil", 1, 5}));
+    EXPECT_EQ(Complete(u"PEN", 3), (Completion{0, u"Pencil", 3, 3}));
+    EXPECT_EQ(Complete(u"ink b", 5), (Completion{3, u"ink blue", 5, 3}));
+    EXPECT_EQ(Complete(u"ink", 3), (Completion{2, u"Ink", 3, 0}));
+}
+
+TEST_F(CompletionTest, NothingIsAddedWithoutAMatchOrInsideTheTextOrWhileDeleting) {
+    EXPECT_EQ(Complete(u"x", 1), (Completion{-1, u"x", 1, 0}));
+    EXPECT_EQ(Complete(u"", 0), (Completion{-1, u"", 0, 0}));
+    EXPECT_EQ(Complete(u"pe", 1), (Completion{-1, u"pe", 1, 0}));
+    EXPECT_EQ(Complete(u"pe", 2, true), (Completion{-1, u"pe", 2, 0}));
+}
+
+TEST_F(CompletionTest, ExactEntryIsFoundBehindALongerOne) {
+    EXPECT_EQ(FindExactly(4, entry, u"pen"), 1);
+    EXPECT_EQ(FindBeginningWith(4, entry, u"pen"), 0);
+    EXPECT_EQ(FindExactly(4, entry, u"pens"), -1);
+    EXPECT_EQ(FindBeginningWith(4, entry, u""), -1);
+}
+
+}  // namespace
+}  // namespace qvx
