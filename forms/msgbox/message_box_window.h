@@ -1,0 +1,68 @@
+// The message box's window: it paints itself, takes the keys before its buttons and closes itself.
+#pragma once
+
+#include <optional>
+
+#include "controls/buttons/button_window.h"
+#include "forms/msgbox/icons.h"
+#include "forms/msgbox/layout.h"
+#include "win/gdi_surface.h"
+#include "win/modal.h"
+#include "win/window.h"
+
+namespace qvx::msgbox {
+
+struct MessageRequest {
+    Text prompt;
+    int buttons = 1;
+    std::optional<Text> title;
+    int icon = 1;
+    bool blink = false;
+    int timeOut = 0;  // milliseconds
+};
+
+class MessageBoxWindow final : public Window {
+  public:
+    ~MessageBoxWindow() override;
+
+    // Shows the box over `owner` (may be null) and returns with the answer.
+    bool Run(HWND owner, const MessageRequest& request);
+
+  protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+    void OnGone() override;
+
+  private:
+    bool Open(HWND owner, const MessageRequest& request);
+    void PlaceButton(buttons::ButtonWindow& button, const ButtonPlace& place);
+    // Paints caption, message and outline on the image that every later repaint copies.
+    void PaintImage();
+    void Paint();
+    void Close(bool result);
+    void Tick();
+    void StartDrag();
+    // Whether the box took the message; buttons get what is left.
+    bool BeforeDispatch(const MSG& message);
+    bool TakeKey(int key);
+    bool TakeAccessKey(char16_t character);
+    void MoveFocus();
+    void FocusActiveButton();
+    Rect IconArea() const;
+    Rect PixelsOf(const Rect& twips) const;
+
+    MessageRequest request_;
+    BoxLayout layout_;
+    Dpi dpi_;
+    IconImage icon_;
+    bool iconVisible_ = true;
+    bool result_ = false;
+    bool closed_ = false;
+    bool okActive_ = true;  // the button that has, or last had, the focus
+    ModalScope* modal_ = nullptr;
+    BackBuffer image_;
+    buttons::ButtonWindow ok_;
+    buttons::ButtonWindow cancel_;
+};
+
+}  // namespace qvx::msgbox

@@ -1,0 +1,66 @@
+#include "win/modal.h"
+
+namespace qvx {
+
+namespace {
+
+struct Search {
+    HWND dialog;
+    std::vector<HWND>* found;
+};
+
+BOOL CALLBACK CollectEnabled(HWND window, LPARAM data) {
+    const auto* search = reinterpret_cast<const Search*>(data);
+    if (window != search->dialog && IsWindowVisible(window) && IsWindowEnabled(window)) {
+        search->found->push_back(window);
+    }
+    return TRUE;
+}
+
+}  // namespace
+
+ModalScope::ModalScope(HWND dialog) : focus_(GetFocus()) {
+    const Search search{dialog, &disabled_};
+    EnumThreadWindows(GetCurrentThreadId(), CollectEnabled, reinterpret_cast<LPARAM>(&search));
+    for (const HWND window : disabled_) {
+        EnableWindow(window, FALSE);
+    }
+}
+
+ModalScope::~ModalScope() { End(); }
+
+void ModalScope::End() {
+    for (const HWND window : disabled_) {
+        if (IsWindow(window)) {
+            EnableWindow(window, TRUE);
+        }
+    }
+    disabled_.clear();
+}
+
+void ModalScope::RestoreFocus() const {
+    const HWND active = GetActiveWindow();
+    if (focus_ && IsWindow(focus_) && active && GetAncestor(focus_, GA_ROOT) == active && IsWindowEnabled(focus_)) {
+        SetFocus(focus_);
+    }
+}
+
+void RunModalLoop(const std::function<bool()>& running, const std::function<bool(const MSG&)>& filter) {
+    MSG message{};
+    while (running()) {
+        const BOOL got = GetMessageW(&message, nullptr, 0, 0);
+        if (got == 0) {
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        if (got < 0) {
+            return;
+        }
+        if (!filter(message)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+}
+
+}  // namespace qvx

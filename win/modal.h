@@ -1,0 +1,33 @@
+// Modal dialogs of our own: a nested message loop, with the thread's other windows disabled meanwhile.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <vector>
+
+namespace qvx {
+
+// Disables every enabled top-level window of this thread but `dialog`, as modal forms do, and enables the same ones
+// again at the end. The focus then goes back to where it was, if that window still takes it. End is called while the
+// dialog is still visible: the system gives the activation to the owner only if it is enabled by then.
+class ModalScope {
+  public:
+    explicit ModalScope(HWND dialog);
+    ~ModalScope();
+    ModalScope(const ModalScope&) = delete;
+    ModalScope& operator=(const ModalScope&) = delete;
+    void End();
+    // After the dialog is gone.
+    void RestoreFocus() const;
+
+  private:
+    std::vector<HWND> disabled_;
+    HWND focus_;
+};
+
+// Runs messages until `running` is false. `filter` sees each one first and returns true for those it has dealt with.
+// A request to quit the thread ends the loop and is posted again for the loop outside.
+void RunModalLoop(const std::function<bool()>& running, const std::function<bool(const MSG&)>& filter);
+
+}  // namespace qvx
