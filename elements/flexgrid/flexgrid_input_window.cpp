@@ -1,0 +1,438 @@
+// The grid window's keys, mouse, bars, wheel and tool tip.
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "common/keys.h"
+#include "elements/flexgrid/flexgrid_window.h"
+#include "elements/flexgrid/hit_test.h"
+#include "win/module.h"
+#include "win/wide.h"
+
+namespace qvx::flexgrid {
+
+namespace {
+
+constexpr UINT_PTR scrollTimer = 1;
+constexpr UINT scrollInterval = 50;  // milliseconds between steps of automatic scrolling
+
+short ButtonOf(UINT message) {
+    switch (message) {
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONUP:
+        case WM_LBUTTONDBLCLK:
+            return leftButton;
+        case WM_RBUTTONDOWN:
+        case WM_RBUTTONUP:
+        case WM_RBUTTONDBLCLK:
+            return rightButton;
+        default:
+            return middleButton;
+    }
+}
+
+bool IsButtonUp(UINT message) { return message == WM_LBUTTONUP || message == WM_RBUTTONUP || message == WM_MBUTTONUP; }
+
+// Buttons held during a move.
+short ButtonsOf(WPARAM wParam) {
+    return static_cast<short>(((wParam & MK_LBUTTON) != 0 ? leftButton : 0) |
+                              ((wParam & MK_RBUTTON) != 0 ? rightButton : 0) |
+                              ((wParam & MK_MBUTTON) != 0 ? middleButton : 0));
+}
+
+float ToTwips(int pixels, int dotsPerInch) {
+    return static_cast<float>(pixels) * static_cast<float>(twipsPerInch) / static_cast<float>(dotsPerInch);
+}
+
+}  // namespace
+
+// Calls every listener; false when one of them destroyed this window object. Listeners may come and go meanwhile.
+template <class Call>
+bool FlexGridWindow::Tell(Call call) {
+    const LifeWatch watch = Watch();
+    for (std::size_t i = 0; i < events_.size(); ++i) {
+        if (GridWindowEvents* events = events_[i]) {
+            call(*events);
+            if (!watch.Alive()) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+void FlexGridWindow::TellScroll() {
+    Tell([](GridWindowEvents& events) { events.Scroll(); });
+}
+
+bool FlexGridWindow::TellFocus(bool got) {
+    return Tell([&](GridWindowEvents& events) { got ? events.GotFocus() : events.LostFocus(); });
+}
+
+// ---- Keys ----------------------------------------------------------------------------------------------------------
+
+LRESULT FlexGridWindow::OnKey(UINT message, WPARAM wParam, LPARAM lParam) {
+    short key = static_cast<short>(wParam);
+    auto shift = static_cast<short>(ShiftState());
+    switch (message) {
+        case WM_KEYDOWN:
+        case WM_SYSKEYDOWN:
+            if (key == keys::escape && (drag_ != Drag::None || border_.kind != Border::Kind::None)) {
+                EndDrag();
+                return 0;
+            }
+            if (!Tell([&](GridWindowEvents& events) { events.KeyDown(key, shift); })) {
+                return 0;
+            }
+            if (key != 0 && ActOnKey(key, shift)) {
+                return 0;
+            }
+            break;
+        case WM_KEYUP:
+        case WM_SYSKEYUP:
+            if (!Tell([&](GridWindowEvents& events) { events.KeyUp(key, shift); })) {
+                return 0;
+            }
+            break;
+        default:
+            Tell([&](GridWindowEvents& events) { events.KeyPress(key); });
+            return 0;
+    }
+    // Menus' keys go on to the system whatever the listeners made of them.
+    return message == WM_SYSKEYDOWN || message == WM_SYSKEYUP ? Default(message, wParam, lParam) : 0;
+}
+
+bool FlexGridWindow::ActOnKey(int key, int shift) {
+    SettleLayout();
+    const View view = CurrentView();
+    const Cursor cursor{grid_.Row(), grid_.Col(), grid_.RowSel(), grid_.ColSel()};
+    const auto step = KeyStep(key, shift, cursor, RowAxis(grid_, view), ColumnAxis(grid_, view));
+    if (!step) {
+        return false;
+    }
+    const LifeWatch watch = Watch();
+    if (step->cursor != cursor) {
+        grid_.Select(step->cursor.row, step->cursor.col, step->cursor.rowSel, step->cursor.colSel);
+    }
+    // A handler may have changed the grid, so that the step's place in it is asked for again.
+    if (watch.Alive()) {
+        ScrollTo(step->topRow, step->leftCol);
+    }
+    if (watch.Alive()) {
+        ScrollIntoView(grid_.RowSel(), grid_.ColSel());
+    }
+    return true;
+}
+
+// ---- Bars and wheel ------------------------------------------------------------------------------------------------
+
+void FlexGridWindow::OnBar(bool vertical, WPARAM wParam) {
+    const int code = LOWORD(wParam);
+    if (code > SB_BOTTOM || (code == SB_THUMBTRACK && !grid_.ScrollTrack())) {
+        return;
+    }
+    SettleLayout();
+    // The message itself carries 16 bits only.
+    SCROLLINFO info{sizeof info, SIF_ALL, 0, 0, 0, 0, 0};
+    GetScrollInfo(Handle(), vertical ? SB_VERT : SB_HORZ, &info);
+    int track = info.nTrackPos;
+    auto request = static_cast<BarRequest>(code);
+    const View view = CurrentView();
+    if (!vertical && grid_.RightToLeft()) {
+        track = info.nMin + (info.nMax - static_cast<int>(info.nPage) + 1) - track;
+        // Every request has its opposite beside it: back and on, start and end.
+        if (request != BarRequest::ThumbSet && request != BarRequest::Track) {
+            request = static_cast<BarRequest>(code ^ 1);
+        }
+    }
+    if (vertical) {
+        ScrollTo(FirstAfter(RowAxis(grid_, view), request, track), grid_.LeftCol());
+    } else {
+        ScrollTo(grid_.TopRow(), FirstAfter(ColumnAxis(grid_, view), request, track));
+    }
+}
+
+bool FlexGridWindow::OnWheel(bool vertical, WPARAM wParam) {
+    SettleLayout();
+    const View view = CurrentView();
+    const bool down = vertical && (LOWORD(wParam) & MK_SHIFT) == 0;
+    const Axis axis = down ? RowAxis(grid_, view) : ColumnAxis(grid_, view);
+    if (!axis.HasScrollable() || !Overflows(axis, axis.extent)) {
+        return false;
+    }
+    UINT lines = 3;
+    SystemParametersInfoW(down ? SPI_GETWHEELSCROLLLINES : SPI_GETWHEELSCROLLCHARS, 0, &lines, 0);
+    const int perNotch = lines == WHEEL_PAGESCROLL ? PageOf(axis) : static_cast<int>(std::min(lines, 100U));
+    // Turned away from the user rows move back; tilted to the right columns move on.
+    const int delta = static_cast<short>(HIWORD(wParam));
+    WheelCounter& counter = down ? wheelDown_ : wheelAcross_;
+    const int steps = counter.Take(vertical ? -delta : delta, perNotch);
+    if (steps != 0) {
+        const int first = ClampFirst(axis, StepShown(axis, axis.first, steps));
+        ScrollTo(down ? first : grid_.TopRow(), down ? grid_.LeftCol() : first);
+    }
+    return true;
+}
+
+// ---- Mouse ---------------------------------------------------------------------------------------------------------
+
+bool FlexGridWindow::TellMouse(UINT message, WPARAM wParam, Point point) {
+    const Dpi dpi = grid_.Metrics().Resolution();
+    const float x = ToTwips(point.x, dpi.x);
+    const float y = ToTwips(point.y, dpi.y);
+    const auto shift = static_cast<short>(ShiftState());
+    return Tell([&](GridWindowEvents& events) {
+        if (message == WM_MOUSEMOVE) {
+            events.MouseMove(ButtonsOf(wParam), shift, x, y);
+        } else if (IsButtonUp(message)) {
+            events.MouseUp(ButtonOf(message), shift, x, y);
+        } else {
+            events.MouseDown(ButtonOf(message), shift, x, y);
+        }
+    });
+}
+
+LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
+    const LifeWatch watch = Watch();
+    const Point point = MousePoint(lParam);
+    lastPoint_ = point;
+    if (message == WM_LBUTTONDBLCLK || message == WM_RBUTTONDBLCLK || message == WM_MBUTTONDBLCLK) {
+        if (message == WM_LBUTTONDBLCLK) {
+            pressed_ = true;
+            clicking_ = false;  // the second release is none of its own
+            Tell([](GridWindowEvents& events) { events.DblClick(); });
+        }
+        return 0;
+    }
+    if (IsButtonUp(message)) {
+        const bool click = message == WM_LBUTTONUP && OnLeftUp(point);
+        if (watch.Alive() && TellMouse(message, wParam, point) && click) {
+            Tell([](GridWindowEvents& events) { events.Click(); });
+        }
+        return 0;
+    }
+    // The focus goes first: an editor over a cell is left, and its text written, before anything here changes.
+    if (GetFocus() != Handle()) {
+        SetFocus(Handle());
+        if (!watch.Alive() || !Handle()) {
+            return 0;
+        }
+    }
+    if (TellMouse(message, wParam, point) && Handle() && message == WM_LBUTTONDOWN) {
+        OnLeftDown(point, ShiftState());
+    }
+    return 0;
+}
+
+void FlexGridWindow::OnLeftDown(Point point, int shift) {
+    SettleLayout();
+    const View view = CurrentView();
+    const Axis rows = RowAxis(grid_, view);
+    const Axis columns = ColumnAxis(grid_, view);
+    pressed_ = true;
+    clicking_ = true;
+    const Border border = BorderAt(rows, columns, point, grid_.RightToLeft(),
+                                   static_cast<int>(grid_.AllowUserResizing()), grid_.Metrics().Resolution());
+    if (border.kind != Border::Kind::None) {
+        border_ = border;
+        clicking_ = false;
+        SetCapture(Handle());
+        OnMove(point);
+        return;
+    }
+    const Cursor cursor{grid_.Row(), grid_.Col(), grid_.RowSel(), grid_.ColSel()};
+    const Press press = MousePress(HitTest(rows, columns, point, grid_.RightToLeft()), (shift & keys::shiftMask) != 0,
+                                   grid_.AllowBigSelection(), grid_.SelectionMode(), cursor, rows, columns);
+    const LifeWatch watch = Watch();
+    if (press.cursor != cursor) {
+        grid_.Select(press.cursor.row, press.cursor.col, press.cursor.rowSel, press.cursor.colSel);
+    }
+    // A handler of the cursor's events may have laid an editor over the new cell, which then has the focus: the press
+    // is over.
+    if (watch.Alive() && Handle() && pressed_ && press.drag != Drag::None && GetFocus() == Handle()) {
+        drag_ = press.drag;
+        SetCapture(Handle());
+    }
+}
+
+void FlexGridWindow::OnMove(Point point) {
+    lastPoint_ = point;
+    if (border_.kind != Border::Kind::None) {
+        const View view = CurrentView();
+        const bool column = border_.kind == Border::Kind::Column;
+        const int along = !column ? point.y : grid_.RightToLeft() ? view.client.width - 1 - point.x : point.x;
+        borderLine_ = DraggedBorder(border_, along, column ? view.client.width : view.client.height,
+                                    column ? grid_.Metrics().Resolution().x : grid_.Metrics().Resolution().y);
+        MarkAllStale();
+        return;
+    }
+    if (drag_ != Drag::None) {
+        DragSelection(point);
+        return;
+    }
+    UpdateToolTip(point);
+}
+
+void FlexGridWindow::DragSelection(Point point) {
+    const View view = CurrentView();
+    const Axis rows = RowAxis(grid_, view);
+    const Axis columns = ColumnAxis(grid_, view);
+    const bool outside = point.x < 0 || point.y < 0 || point.x >= view.client.width || point.y >= view.client.height;
+    const Cursor cursor{grid_.Row(), grid_.Col(), grid_.RowSel(), grid_.ColSel()};
+    const Cursor moved = MouseDrag(drag_, cursor, point, rows, columns, grid_.RightToLeft());
+    const LifeWatch watch = Watch();
+    if (moved != cursor) {
+        grid_.Select(moved.row, moved.col, moved.rowSel, moved.colSel);
+    }
+    if (!watch.Alive() || !Handle() || drag_ == Drag::None) {
+        return;
+    }
+    if (outside) {
+        SetTimer(Handle(), scrollTimer, scrollInterval, nullptr);
+    } else {
+        KillTimer(Handle(), scrollTimer);
+    }
+}
+
+void FlexGridWindow::OnTimer() {
+    if (drag_ == Drag::None) {
+        KillTimer(Handle(), scrollTimer);
+        return;
+    }
+    SettleLayout();
+    const View view = CurrentView();
+    const Axis rows = RowAxis(grid_, view);
+    const Axis columns = ColumnAxis(grid_, view);
+    const Dpi dpi = grid_.Metrics().Resolution();
+    const int x = grid_.RightToLeft() ? view.client.width - 1 - lastPoint_.x : lastPoint_.x;
+    int top = grid_.TopRow();
+    int left = grid_.LeftCol();
+    if (drag_ != Drag::Columns) {
+        top = ClampFirst(rows, StepShown(rows, top, AutoScrollSteps(lastPoint_.y, 0, view.client.height, dpi.y)));
+    }
+    if (drag_ != Drag::Rows) {
+        left = ClampFirst(columns, StepShown(columns, left, AutoScrollSteps(x, 0, view.client.width, dpi.x)));
+    }
+    const LifeWatch watch = Watch();
+    ScrollTo(top, left);
+    if (watch.Alive() && Handle()) {
+        DragSelection(lastPoint_);
+    }
+}
+
+// True when the release makes a click.
+bool FlexGridWindow::OnLeftUp(Point point) {
+    const bool click = pressed_ && clicking_;
+    const Border border = border_;
+    const LifeWatch watch = Watch();
+    if (border.kind != Border::Kind::None) {
+        OnMove(point);
+        const int line = borderLine_;
+        EndDrag();
+        const bool column = border.kind == Border::Kind::Column;
+        const Dpi dpi = grid_.Metrics().Resolution();
+        const int twips = DraggedSizeTwips(border, line, column ? dpi.x : dpi.y);
+        if (column && border.index < grid_.Cols()) {
+            grid_.SetColWidth(border.index, twips);
+        } else if (!column && border.index < grid_.Rows()) {
+            grid_.SetRowHeight(border.index, twips);
+        }
+        if (watch.Alive()) {
+            Tell([](GridWindowEvents& events) { events.Resized(); });
+        }
+        return false;
+    }
+    EndDrag();
+    return click;
+}
+
+void FlexGridWindow::EndDrag() {
+    const bool dragging = drag_ != Drag::None || border_.kind != Border::Kind::None;
+    drag_ = Drag::None;
+    border_ = {};
+    borderLine_ = -1;
+    pressed_ = false;
+    if (!dragging || !Handle()) {
+        return;
+    }
+    KillTimer(Handle(), scrollTimer);
+    MarkAllStale();
+    if (GetCapture() == Handle()) {
+        ReleaseCapture();
+    }
+}
+
+bool FlexGridWindow::OnSetCursor() {
+    POINT at{};
+    if (!GetCursorPos(&at) || !ScreenToClient(Handle(), &at)) {
+        return false;
+    }
+    Border border = border_;
+    if (border.kind == Border::Kind::None) {
+        const View view = CurrentView();
+        border =
+            BorderAt(RowAxis(grid_, view), ColumnAxis(grid_, view), {static_cast<int>(at.x), static_cast<int>(at.y)},
+                     grid_.RightToLeft(), static_cast<int>(grid_.AllowUserResizing()), grid_.Metrics().Resolution());
+    }
+    if (border.kind == Border::Kind::None) {
+        return false;
+    }
+    SetCursor(LoadCursorW(nullptr, border.kind == Border::Kind::Column ? IDC_SIZEWE : IDC_SIZENS));
+    return true;
+}
+
+// ---- Tool tip ------------------------------------------------------------------------------------------------------
+
+void FlexGridWindow::UpdateToolTip(Point point) {
+    const View view = CurrentView();
+    const Hit hit = HitTest(RowAxis(grid_, view), ColumnAxis(grid_, view), point, grid_.RightToLeft());
+    if (hit.row == tipRow_ && hit.col == tipCol_) {
+        return;
+    }
+    tipRow_ = hit.row;
+    tipCol_ = hit.col;
+    Text text;
+    if (hit.OnCell()) {
+        for (std::size_t i = 0; i < events_.size() && text.empty(); ++i) {
+            if (events_[i]) {
+                text = events_[i]->ToolTip(hit.row, hit.col);
+            }
+        }
+    }
+    if (text.empty() && !toolTip_) {
+        return;
+    }
+    TTTOOLINFOW tool{};
+    tool.cbSize = TTTOOLINFOW_V1_SIZE;
+    tool.uFlags = TTF_SUBCLASS | TTF_IDISHWND;
+    tool.hwnd = Handle();
+    tool.uId = reinterpret_cast<UINT_PTR>(Handle());
+    if (!toolTip_) {
+        INITCOMMONCONTROLSEX classes{sizeof classes, ICC_BAR_CLASSES};
+        InitCommonControlsEx(&classes);
+        toolTip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0,
+                                   0, 0, 0, Handle(), nullptr, ModuleInstance(), nullptr);
+        if (!toolTip_) {
+            return;
+        }
+        SendMessageW(toolTip_, TTM_SETMAXTIPWIDTH, 0, 600);
+        tool.lpszText = LPSTR_TEXTCALLBACKW;
+        SendMessageW(toolTip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    }
+    tipText_ = std::move(text);
+    // The next rest of the pointer asks for the new text.
+    SendMessageW(toolTip_, TTM_POP, 0, 0);
+}
+
+LRESULT FlexGridWindow::OnNotify(WPARAM wParam, LPARAM lParam) {
+    auto* header = reinterpret_cast<NMHDR*>(lParam);
+    if (toolTip_ && header->hwndFrom == toolTip_ && header->code == TTN_GETDISPINFOW) {
+        reinterpret_cast<NMTTDISPINFOW*>(lParam)->lpszText = WideBuffer(tipText_);
+        return 0;
+    }
+    return Default(WM_NOTIFY, wParam, lParam);
+}
+
+}  // namespace qvx::flexgrid

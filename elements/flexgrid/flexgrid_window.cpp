@@ -1,0 +1,593 @@
+// The window itself: life, geometry, bars and painting. Keys and mouse are in flexgrid_input_window.cpp.
+#include "elements/flexgrid/flexgrid_window.h"
+
+#include <algorithm>
+
+#include "elements/flexgrid/hit_test.h"
+#include "elements/flexgrid/paint.h"
+#include "win/dpi.h"
+#include "win/fonts.h"
+#include "win/module.h"
+
+namespace qvx::flexgrid {
+
+// The grid's questions about fonts, answered from the window's device.
+class FlexGridWindow::DeviceMetrics final : public TextMetrics {
+  public:
+    explicit DeviceMetrics(HWND window) : dpi_(WindowDpi(window)), dc_(CreateCompatibleDC(nullptr)) {}
+    Dpi Resolution() const override { return dpi_; }
+    int TextWidth(TextView text, const FontSpec& font) const override {
+        return AcquireFont(font, dpi_)->RunWidth(dc_.Get(), text);
+    }
+    int LineHeight(const FontSpec& font) const override { return AcquireFont(font, dpi_)->LineHeight(); }
+
+  private:
+    Dpi dpi_;
+    UniqueMemoryDc dc_;
+};
+
+namespace {
+
+const WindowClass gridClass{L"QvxFlexGrid"};
+
+Rect Around(const Rect& a, const Rect& b) {
+    if (a.Empty()) {
+        return b;
+    }
+    if (b.Empty()) {
+        return a;
+    }
+    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
+}
+
+CellRange Around(const CellRange& a, const CellRange& b) {
+    return {std::min(a.top, b.top), std::min(a.left, b.left), std::max(a.bottom, b.bottom), std::max(a.right, b.right)};
+}
+
+}  // namespace
+
+FlexGridWindow::FlexGridWindow() : metrics_(std::make_unique<DeviceMetrics>(nullptr)) {
+    grid_.SetTextMetrics(metrics_.get());
+    grid_.AddListener(this);
+    toldTop_ = grid_.TopRow();
+    toldLeft_ = grid_.LeftCol();
+}
+
+FlexGridWindow::~FlexGridWindow() {
+    Destroy();
+    grid_.RemoveListener(this);
+    grid_.SetTextMetrics(nullptr);
+}
+
+void FlexGridWindow::AddEvents(GridWindowEvents* events) { events_.push_back(events); }
+
+void FlexGridWindow::RemoveEvents(GridWindowEvents* events) {
+    std::replace(events_.begin(), events_.end(), events, static_cast<GridWindowEvents*>(nullptr));
+}
+
+bool FlexGridWindow::CreateIn(HWND parent, const Rect& bounds, int id) {
+    headlessSize_ = {bounds.Width(), bounds.Height()};
+    const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | (grid_.Enabled() ? 0 : WS_DISABLED);
+    if (!Create(gridClass, L"", style, 0, bounds, parent, id)) {
+        return false;
+    }
+    OnResolutionChange();
+    ApplyStyle();
+    return true;
+}
+
+void FlexGridWindow::MoveTo(const Rect& bounds) {
+    headlessSize_ = {bounds.Width(), bounds.Height()};
+    if (Handle()) {
+        SetWindowPos(Handle(), nullptr, bounds.left, bounds.top, bounds.Width(), bounds.Height(),
+                     SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+    } else {
+        layoutChanged_ = true;
+    }
+}
+
+void FlexGridWindow::OnGone() {
+    buffer_.Release();
+    toolTip_ = nullptr;
+    drag_ = Drag::None;
+    border_ = {};
+    allStale_ = true;
+    paintRequested_ = false;
+}
+
+Size FlexGridWindow::OuterSize() const {
+    RECT outer{};
+    if (!Handle() || !GetWindowRect(Handle(), &outer)) {
+        return headlessSize_;
+    }
+    return {static_cast<int>(outer.right - outer.left), static_cast<int>(outer.bottom - outer.top)};
+}
+
+Rect FlexGridWindow::BorderPixels() const {
+    if (grid_.BorderStyle() == GridBorder::none) {
+        return {};
+    }
+    const bool threeD = grid_.Appearance() == GridAppearance::threeD;
+    const int across = GetSystemMetrics(threeD ? SM_CXEDGE : SM_CXBORDER);
+    const int down = GetSystemMetrics(threeD ? SM_CYEDGE : SM_CYBORDER);
+    return {across, down, across, down};
+}
+
+View FlexGridWindow::CurrentView() const {
+    View view;
+    if (Handle()) {
+        const Rect client = ClientArea();
+        view.client = {client.Width(), client.Height()};
+        view.focused = GetFocus() == Handle();
+    } else {
+        const Rect border = BorderPixels();
+        view.client = {std::max(0, headlessSize_.width - border.left - border.right),
+                       std::max(0, headlessSize_.height - border.top - border.bottom)};
+    }
+    if (border_.kind == Border::Kind::Column) {
+        view.draggedColumn = borderLine_;
+    } else if (border_.kind == Border::Kind::Row) {
+        view.draggedRow = borderLine_;
+    }
+    return view;
+}
+
+// ---- Geometry for hosts --------------------------------------------------------------------------------------------
+
+void FlexGridWindow::ScrollTo(int topRow, int leftCol) {
+    SettleLayout();
+    const View view = CurrentView();
+    const Axis rows = RowAxis(grid_, view);
+    const Axis columns = ColumnAxis(grid_, view);
+    const int top = ClampFirst(rows, topRow);
+    const int left = ClampFirst(columns, leftCol);
+    if (rows.HasScrollable() && top != grid_.TopRow()) {
+        grid_.SetTopRow(top);
+    }
+    if (columns.HasScrollable() && left != grid_.LeftCol()) {
+        grid_.SetLeftCol(left);
+    }
+}
+
+void FlexGridWindow::ScrollIntoView(int row, int col) {
+    SettleLayout();
+    const View view = CurrentView();
+    ScrollTo(FirstToShow(RowAxis(grid_, view), row), FirstToShow(ColumnAxis(grid_, view), col));
+}
+
+Rect FlexGridWindow::CellTwips() {
+    ScrollIntoView(grid_.Row(), grid_.Col());
+    const View view = CurrentView();
+    const bool fixed = grid_.Row() < grid_.FixedRows() || grid_.Col() < grid_.FixedCols();
+    if (grid_.Rows() == 0 || grid_.Cols() == 0) {
+        return {};
+    }
+    const Rect border = BorderPixels();
+    const Rect cell =
+        InsideLines(grid_, CellArea(grid_, view, grid_.Row(), grid_.Col()), fixed).Offset(border.left, border.top);
+    const Dpi dpi = grid_.Metrics().Resolution();
+    return {PixelsToTwips(cell.left, dpi.x), PixelsToTwips(cell.top, dpi.y), PixelsToTwips(cell.right, dpi.x),
+            PixelsToTwips(cell.bottom, dpi.y)};
+}
+
+int FlexGridWindow::RowPos(int row) {
+    SettleLayout();
+    return PixelsToTwips(PositionOf(RowAxis(grid_, CurrentView()), row) + BorderPixels().top,
+                         grid_.Metrics().Resolution().y);
+}
+
+int FlexGridWindow::ColPos(int col) {
+    SettleLayout();
+    const View view = CurrentView();
+    const Axis columns = ColumnAxis(grid_, view);
+    const int at = grid_.RightToLeft() ? view.client.width - PositionOf(columns, col) - grid_.ColPixels(col)
+                                       : PositionOf(columns, col);
+    return PixelsToTwips(at + BorderPixels().left, grid_.Metrics().Resolution().x);
+}
+
+bool FlexGridWindow::RowIsVisible(int row) {
+    SettleLayout();
+    return IsVisible(RowAxis(grid_, CurrentView()), row);
+}
+
+bool FlexGridWindow::ColIsVisible(int col) {
+    SettleLayout();
+    return IsVisible(ColumnAxis(grid_, CurrentView()), col);
+}
+
+int FlexGridWindow::MouseRow() {
+    POINT at{};
+    if (!Handle() || !GetCursorPos(&at) || !ScreenToClient(Handle(), &at)) {
+        return 0;
+    }
+    SettleLayout();
+    return std::max(0, NearestItemAt(RowAxis(grid_, CurrentView()), static_cast<int>(at.y), false));
+}
+
+int FlexGridWindow::MouseCol() {
+    POINT at{};
+    if (!Handle() || !GetCursorPos(&at) || !ScreenToClient(Handle(), &at)) {
+        return 0;
+    }
+    SettleLayout();
+    const View view = CurrentView();
+    const int x = static_cast<int>(grid_.RightToLeft() ? view.client.width - 1 - at.x : at.x);
+    return std::max(0, NearestItemAt(ColumnAxis(grid_, view), x, false));
+}
+
+bool FlexGridWindow::IsTextCut(int row, int col) {
+    SettleLayout();
+    GdiSurface surface(buffer_.Prepare(nullptr, {1, 1}), grid_.Metrics().Resolution());
+    return IsCut(grid_, CurrentView(), surface, row, col);
+}
+
+// ---- Changes of the grid -------------------------------------------------------------------------------------------
+
+void FlexGridWindow::Invalidated(GridChange change, const CellRange& range) {
+    switch (change) {
+        case GridChange::cells:
+        case GridChange::selection:
+            changedCells_ = hasChangedCells_ ? Around(changedCells_, range) : range;
+            hasChangedCells_ = true;
+            break;
+        case GridChange::layout:
+            layoutChanged_ = true;
+            allStale_ = true;
+            break;
+        case GridChange::scroll:
+            break;
+        case GridChange::look:
+            layoutChanged_ = true;
+            allStale_ = true;
+            if (Handle()) {
+                ApplyStyle();
+            }
+            break;
+    }
+    RequestPaint();
+    if (toldTop_ != grid_.TopRow() || toldLeft_ != grid_.LeftCol()) {
+        toldTop_ = grid_.TopRow();
+        toldLeft_ = grid_.LeftCol();
+        TellScroll();
+    }
+}
+
+// One internal paint message stands for any number of changes; what they come to is worked out when it arrives.
+void FlexGridWindow::RequestPaint() {
+    if (Handle() && grid_.Redraw() && !paintRequested_) {
+        paintRequested_ = true;
+        RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT);
+    }
+}
+
+void FlexGridWindow::ApplyStyle() {
+    const HWND window = Handle();
+    LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
+    LONG_PTR exStyle = GetWindowLongPtrW(window, GWL_EXSTYLE);
+    const LONG_PTR oldStyle = style;
+    const LONG_PTR oldExStyle = exStyle;
+    const bool border = grid_.BorderStyle() != GridBorder::none;
+    const bool threeD = border && grid_.Appearance() == GridAppearance::threeD;
+    const auto put = [](LONG_PTR& bits, LONG_PTR bit, bool on) { bits = on ? bits | bit : bits & ~bit; };
+    put(style, WS_BORDER, border && !threeD);
+    put(exStyle, WS_EX_CLIENTEDGE, threeD);
+    put(exStyle, WS_EX_LEFTSCROLLBAR, grid_.RightToLeft());
+    if (style != oldStyle || exStyle != oldExStyle) {
+        SetWindowLongPtrW(window, GWL_STYLE, style);
+        SetWindowLongPtrW(window, GWL_EXSTYLE, exStyle);
+        SetWindowPos(window, nullptr, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+    }
+    const bool enabled = IsWindowEnabled(window) != 0;
+    if (enabled != grid_.Enabled()) {
+        EnableWindow(window, grid_.Enabled());
+    }
+}
+
+// Brings bars and scroll position in line with counts and sizes; whatever depends on the client's size asks for this
+// first.
+void FlexGridWindow::SettleLayout() {
+    if (!layoutChanged_ || settling_) {
+        return;
+    }
+    settling_ = true;
+    layoutChanged_ = false;
+    UpdateBars();
+    // Only a grid that now reaches less far than it is scrolled is pulled back.
+    ScrollTo(grid_.TopRow(), grid_.LeftCol());
+    settling_ = false;
+    UpdateBars();
+}
+
+void FlexGridWindow::UpdateBars() {
+    const HWND window = Handle();
+    if (!window) {
+        return;
+    }
+    const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
+    const Size thickness{GetSystemMetrics(SM_CXVSCROLL), GetSystemMetrics(SM_CYHSCROLL)};
+    const bool hasVertical = (style & WS_VSCROLL) != 0;
+    const bool hasHorizontal = (style & WS_HSCROLL) != 0;
+    View view = CurrentView();
+    const Size room{view.client.width + (hasVertical ? thickness.width : 0),
+                    view.client.height + (hasHorizontal ? thickness.height : 0)};
+    const BarChoice choice = ChooseBars(RowAxis(grid_, view), ColumnAxis(grid_, view), room, thickness,
+                                        static_cast<int>(grid_.ScrollBars()));
+    // Showing a bar resizes the client, which comes back as WM_SIZE and settles again when this is done.
+    if (choice.vertical != hasVertical) {
+        ShowScrollBar(window, SB_VERT, choice.vertical);
+    }
+    if (choice.horizontal != hasHorizontal) {
+        ShowScrollBar(window, SB_HORZ, choice.horizontal);
+    }
+    view = CurrentView();
+    const auto set = [&](int which, const Bar& bar) {
+        SCROLLINFO info{sizeof info,
+                        SIF_RANGE | SIF_PAGE | SIF_POS,
+                        bar.min,
+                        bar.max,
+                        static_cast<UINT>(bar.page),
+                        bar.position,
+                        0};
+        SetScrollInfo(window, which, &info, TRUE);
+    };
+    if (choice.vertical) {
+        set(SB_VERT, BarOf(RowAxis(grid_, view)));
+    }
+    if (choice.horizontal) {
+        Bar bar = BarOf(ColumnAxis(grid_, view));
+        if (grid_.RightToLeft()) {
+            // The first column is at the bar's right end.
+            bar.position = bar.min + (bar.max - bar.page + 1) - bar.position;
+        }
+        set(SB_HORZ, bar);
+    }
+}
+
+// ---- Painting ------------------------------------------------------------------------------------------------------
+
+void FlexGridWindow::MarkStale(const Rect& area) {
+    stale_ = Around(stale_, area);
+    InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+void FlexGridWindow::MarkAllStale() {
+    allStale_ = true;
+    RequestPaint();
+}
+
+// Turns what has changed since the last painting into the rectangle to draw anew, and asks the system for as much of
+// the screen.
+void FlexGridWindow::Settle() {
+    paintRequested_ = false;
+    SettleLayout();
+    const View view = CurrentView();
+    if (hasChangedCells_) {
+        hasChangedCells_ = false;
+        CellRange changed = changedCells_;
+        if (grid_.MergeCells() != GridMerge::never) {
+            allStale_ = true;  // a text decides over its neighbours' looks
+        } else if (!allStale_) {
+            const Rect area = Shown(grid_, view).AreaOf(changed);
+            if (!area.Empty()) {
+                MarkStale(area);
+            }
+        }
+    }
+    FollowScroll();
+    if (allStale_) {
+        InvalidateRect(Handle(), nullptr, FALSE);
+    }
+}
+
+// Moves what the back buffer already holds when the view has scrolled along one axis.
+void FlexGridWindow::FollowScroll() {
+    const int top = grid_.TopRow();
+    const int left = grid_.LeftCol();
+    if (top == paintedTop_ && left == paintedLeft_) {
+        return;
+    }
+    const bool down = top != paintedTop_;
+    const bool across = left != paintedLeft_;
+    const int oldTop = std::exchange(paintedTop_, top);
+    const int oldLeft = std::exchange(paintedLeft_, left);
+    UpdateBars();
+    InvalidateRect(Handle(), nullptr, FALSE);
+    if (allStale_ || !stale_.Empty() || (down && across) || !buffer_.Dc() || grid_.MergeCells() != GridMerge::never) {
+        allStale_ = true;
+        return;
+    }
+    const View view = CurrentView();
+    const Rect client{0, 0, view.client.width, view.client.height};
+    if (down) {
+        const int fixed = static_cast<int>(std::min<std::int64_t>(grid_.RowTop(grid_.FixedRows()), client.bottom));
+        const std::int64_t moved = grid_.RowTop(std::min(oldTop, grid_.Rows())) - grid_.RowTop(top);
+        if (std::abs(moved) >= client.bottom - fixed) {
+            allStale_ = true;
+            return;
+        }
+        const int by = static_cast<int>(moved);
+        const Rect body{0, fixed, client.right, client.bottom};
+        buffer_.Scroll(body, 0, by);
+        stale_ = by < 0 ? Rect{0, client.bottom + by, client.right, client.bottom}
+                        : Rect{0, fixed, client.right, fixed + by};
+        return;
+    }
+    const int fixed = static_cast<int>(std::min<std::int64_t>(grid_.ColLeft(grid_.FixedCols()), client.right));
+    const std::int64_t moved = grid_.ColLeft(std::min(oldLeft, grid_.Cols())) - grid_.ColLeft(left);
+    if (std::abs(moved) >= client.right - fixed) {
+        allStale_ = true;
+        return;
+    }
+    const int by = static_cast<int>(moved);
+    Rect body{fixed, 0, client.right, client.bottom};
+    Rect bared =
+        by < 0 ? Rect{client.right + by, 0, client.right, client.bottom} : Rect{fixed, 0, fixed + by, client.bottom};
+    if (grid_.RightToLeft()) {
+        const auto mirror = [&](const Rect& r) {
+            return Rect{client.right - r.right, r.top, client.right - r.left, r.bottom};
+        };
+        buffer_.Scroll(mirror(body), -by, 0);
+        stale_ = mirror(bared);
+        return;
+    }
+    buffer_.Scroll(body, by, 0);
+    stale_ = bared;
+}
+
+void FlexGridWindow::PaintStale(HDC reference) {
+    const View view = CurrentView();
+    bool fresh = false;
+    const HDC dc = buffer_.Prepare(reference, view.client, &fresh);
+    const Rect client{0, 0, view.client.width, view.client.height};
+    const Rect area = allStale_ || fresh ? client : stale_.Intersect(client);
+    allStale_ = false;
+    stale_ = {};
+    paintedTop_ = grid_.TopRow();
+    paintedLeft_ = grid_.LeftCol();
+    if (dc && !area.Empty()) {
+        GdiSurface surface(dc, grid_.Metrics().Resolution());
+        Paint(grid_, view, surface, area);
+    }
+}
+
+void FlexGridWindow::OnPaint() {
+    if (grid_.Redraw()) {
+        Settle();
+    }
+    const PaintScope paint(Handle());
+    if (grid_.Redraw() || !buffer_.Dc()) {
+        PaintStale(paint.Dc());
+    }
+    if (buffer_.Dc()) {
+        buffer_.CopyTo(paint.Dc(), FromRECT(paint.Area()));
+        return;
+    }
+    // No memory for a buffer: straight to the screen.
+    GdiSurface surface(paint.Dc(), grid_.Metrics().Resolution());
+    Paint(grid_, CurrentView(), surface, FromRECT(paint.Area()));
+}
+
+void FlexGridWindow::Refresh() {
+    allStale_ = true;
+    layoutChanged_ = true;
+    if (Handle() && grid_.Redraw()) {
+        Settle();
+        UpdateWindow(Handle());
+    }
+}
+
+void FlexGridWindow::DrawTo(HDC dc, const Rect& area) {
+    SettleLayout();
+    const SavedDc saved(dc);
+    RECT frame = ToRECT(area);
+    if (grid_.BorderStyle() == GridBorder::single) {
+        if (grid_.Appearance() == GridAppearance::threeD) {
+            DrawEdge(dc, &frame, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
+        } else {
+            FrameRect(dc, &frame, GetSysColorBrush(COLOR_WINDOWFRAME));
+            InflateRect(&frame, -1, -1);
+        }
+    }
+    View view;
+    view.client = {static_cast<int>(frame.right - frame.left), static_cast<int>(frame.bottom - frame.top)};
+    IntersectClipRect(dc, frame.left, frame.top, frame.right, frame.bottom);
+    OffsetViewportOrgEx(dc, frame.left, frame.top, nullptr);
+    GdiSurface surface(dc, grid_.Metrics().Resolution());
+    Paint(grid_, view, surface, {0, 0, view.client.width, view.client.height});
+}
+
+void FlexGridWindow::OnResolutionChange() {
+    metrics_ = [this] {
+        auto fresh = std::make_unique<DeviceMetrics>(Handle());
+        grid_.SetTextMetrics(fresh.get());
+        return fresh;
+    }();
+    layoutChanged_ = true;
+    MarkAllStale();
+}
+
+LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_PAINT:
+            OnPaint();
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PRINTCLIENT: {
+            const View view = CurrentView();
+            GdiSurface surface(reinterpret_cast<HDC>(wParam), grid_.Metrics().Resolution());
+            Paint(grid_, view, surface, {0, 0, view.client.width, view.client.height});
+            return 0;
+        }
+        case WM_SIZE:
+            layoutChanged_ = true;
+            MarkAllStale();
+            return 0;
+        case WM_SETREDRAW:
+            grid_.SetRedraw(wParam != 0);
+            return 0;
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+            MarkAllStale();
+            TellFocus(message == WM_SETFOCUS);
+            return 0;
+        case WM_ENABLE:
+            grid_.SetEnabled(wParam != 0);
+            return 0;
+        case WM_SYSCOLORCHANGE:
+        case WM_THEMECHANGED:
+            MarkAllStale();
+            return 0;
+        case WM_SETTINGCHANGE:
+        case WM_DPICHANGED_AFTERPARENT:
+        case WM_DISPLAYCHANGE:
+            OnResolutionChange();
+            return 0;
+        case WM_KEYDOWN:
+        case WM_SYSKEYDOWN:
+        case WM_KEYUP:
+        case WM_SYSKEYUP:
+        case WM_CHAR:
+            return OnKey(message, wParam, lParam);
+        case WM_GETDLGCODE:
+            return DLGC_WANTARROWS | DLGC_WANTCHARS;
+        case WM_VSCROLL:
+        case WM_HSCROLL:
+            OnBar(message == WM_VSCROLL, wParam);
+            return 0;
+        case WM_MOUSEWHEEL:
+        case WM_MOUSEHWHEEL:
+            return OnWheel(message == WM_MOUSEWHEEL, wParam) ? 0 : Default(message, wParam, lParam);
+        case WM_LBUTTONDOWN:
+        case WM_RBUTTONDOWN:
+        case WM_MBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+        case WM_RBUTTONDBLCLK:
+        case WM_MBUTTONDBLCLK:
+        case WM_LBUTTONUP:
+        case WM_RBUTTONUP:
+        case WM_MBUTTONUP:
+            return OnButton(message, wParam, lParam);
+        case WM_MOUSEMOVE:
+            if (TellMouse(message, wParam, MousePoint(lParam))) {
+                OnMove(MousePoint(lParam));
+            }
+            return 0;
+        case WM_CAPTURECHANGED:
+        case WM_CANCELMODE:
+            EndDrag();
+            return 0;
+        case WM_TIMER:
+            OnTimer();
+            return 0;
+        case WM_SETCURSOR:
+            return LOWORD(lParam) == HTCLIENT && OnSetCursor() ? TRUE : Default(message, wParam, lParam);
+        case WM_NOTIFY:
+            return OnNotify(wParam, lParam);
+        default:
+            return Default(message, wParam, lParam);
+    }
+}
+
+}  // namespace qvx::flexgrid

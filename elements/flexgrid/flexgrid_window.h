@@ -1,0 +1,144 @@
+// The window of a flexible grid: it owns the grid, shows it, and turns keys and mouse into what the view rules say.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "elements/flexgrid/grid.h"
+#include "elements/flexgrid/navigation.h"
+#include "elements/flexgrid/resizing.h"
+#include "elements/flexgrid/scrolling.h"
+#include "elements/flexgrid/view.h"
+#include "elements/flexgrid/window_events.h"
+#include "win/gdi_surface.h"
+#include "win/window.h"
+
+namespace qvx::flexgrid {
+
+// Works without a window too: then it lays out as one of the size last given would.
+class FlexGridWindow final : public Window, private GridListener {
+  public:
+    FlexGridWindow();
+    ~FlexGridWindow() override;
+
+    Grid& Model() { return grid_; }
+    const Grid& Model() const { return grid_; }
+
+    // Not owned; told in the order they came. A listener removes itself before it goes.
+    void AddEvents(GridWindowEvents* events);
+    void RemoveEvents(GridWindowEvents* events);
+
+    // A visible child window. `bounds` in the parent's client pixels. False when the system refuses.
+    bool CreateIn(HWND parent, const Rect& bounds, int id = 0);
+    // In the parent's client pixels; without a window only the size counts.
+    void MoveTo(const Rect& bounds);
+
+    // Twips from the outer corner of the window, border included, as hosts place things over cells. The cursor's cell
+    // is scrolled into view first. Grid lines are left out.
+    Rect CellTwips();
+    // Twips between the outer corner of the window and the start of a row or column, which may be scrolled away.
+    int RowPos(int row);
+    int ColPos(int col);
+    bool RowIsVisible(int row);
+    bool ColIsVisible(int col);
+    // The cell under the pointer; beyond the cells the nearest one. 0 without cells.
+    int MouseRow();
+    int MouseCol();
+    // Sets TopRow or LeftCol and holds them where the last page is full.
+    void ScrollTo(int topRow, int leftCol);
+    void ScrollIntoView(int row, int col);
+    // Whether the cell's text is cut off at the cell's edge.
+    bool IsTextCut(int row, int col);
+
+    // Draws everything now that wants drawing.
+    void Refresh();
+    // Draws the grid as it stands into any device context of the same resolution: border, cells and ground without
+    // bars, in a rectangle of pixels.
+    void DrawTo(HDC dc, const Rect& area);
+    // The outer size in pixels.
+    Size OuterSize() const;
+
+  protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnGone() override;
+
+  private:
+    class DeviceMetrics;
+
+    // GridListener
+    void Invalidated(GridChange change, const CellRange& range) override;
+
+    template <class Call>
+    bool Tell(Call call);
+    void TellScroll();
+    bool TellFocus(bool got);
+    View CurrentView() const;
+    Rect BorderPixels() const;
+
+    // What has changed since the last painting.
+    void RequestPaint();
+    void Settle();
+    void SettleLayout();
+    void ApplyStyle();
+    void UpdateBars();
+    void MarkStale(const Rect& area);
+    void MarkAllStale();
+    void FollowScroll();
+    void OnPaint();
+    void PaintStale(HDC reference);
+
+    LRESULT OnKey(UINT message, WPARAM wParam, LPARAM lParam);
+    bool ActOnKey(int key, int shift);
+    void OnBar(bool vertical, WPARAM wParam);
+    bool OnWheel(bool vertical, WPARAM wParam);
+    LRESULT OnButton(UINT message, WPARAM wParam, LPARAM lParam);
+    void OnLeftDown(Point point, int shift);
+    bool OnLeftUp(Point point);
+    void OnMove(Point point);
+    void DragSelection(Point point);
+    void OnTimer();
+    void EndDrag();
+    bool OnSetCursor();
+    void OnResolutionChange();
+    bool TellMouse(UINT message, WPARAM wParam, Point point);
+    LRESULT OnNotify(WPARAM wParam, LPARAM lParam);
+    void UpdateToolTip(Point point);
+
+    std::unique_ptr<DeviceMetrics> metrics_;
+    Grid grid_;
+    std::vector<GridWindowEvents*> events_;
+    Size headlessSize_{};  // outer size while there is no window
+
+    // Painting. The back buffer always holds the window's contents but for `stale_`.
+    BackBuffer buffer_;
+    Rect stale_{};
+    CellRange changedCells_{};  // bounds of changed cells, not yet in stale_
+    bool hasChangedCells_ = false;
+    bool layoutChanged_ = true;
+    bool allStale_ = true;
+    bool paintRequested_ = false;
+    bool settling_ = false;
+    int paintedTop_ = 0;
+    int paintedLeft_ = 0;
+    int toldTop_ = -1;  // the scroll position that listeners know of
+    int toldLeft_ = -1;
+
+    // Mouse
+    Drag drag_ = Drag::None;
+    Border border_;  // being dragged, or none
+    int borderLine_ = -1;
+    bool pressed_ = false;   // the left button went down here
+    bool clicking_ = false;  // and its release is a click
+    Point lastPoint_{};
+    WheelCounter wheelDown_;
+    WheelCounter wheelAcross_;
+    HWND toolTip_ = nullptr;
+    int tipRow_ = -1;
+    int tipCol_ = -1;
+    Text tipText_;
+};
+
+}  // namespace qvx::flexgrid

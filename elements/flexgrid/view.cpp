@@ -1,0 +1,96 @@
+#include "elements/flexgrid/view.h"
+
+#include <algorithm>
+
+namespace qvx::flexgrid {
+
+namespace {
+
+std::vector<int> IndexesOf(const std::vector<Span>& spans) {
+    std::vector<int> indexes;
+    indexes.reserve(spans.size());
+    for (const Span& span : spans) {
+        indexes.push_back(span.index);
+    }
+    return indexes;
+}
+
+// From the first to the last of the items that show; start > end for none.
+Span Reach(const std::vector<Span>& spans, int first, int last) {
+    Span reach{first, INT32_MAX, INT32_MIN};
+    for (const Span& span : spans) {
+        if (span.index >= first && span.index <= last) {
+            reach.start = std::min(reach.start, span.start);
+            reach.end = std::max(reach.end, span.end);
+        }
+    }
+    return reach;
+}
+
+Rect MirroredIn(int extent, const Rect& area) {
+    return extent == 0 ? area : Rect{extent - area.right, area.top, extent - area.left, area.bottom};
+}
+
+MergeMap MergesOf(const Grid& grid, const std::vector<Span>& rows, const std::vector<Span>& columns) {
+    if (grid.MergeCells() == GridMerge::never) {
+        return {grid, {}, {}};
+    }
+    return {grid, IndexesOf(rows), IndexesOf(columns)};
+}
+
+}  // namespace
+
+Axis RowAxis(const Grid& grid, const View& view) {
+    return {grid.Rows(),
+            grid.FixedRows(),
+            grid.TopRow(),
+            view.client.height,
+            [&grid](int row) { return grid.RowPixels(row); },
+            [&grid](int row) { return grid.RowTop(row); },
+            [&grid](std::int64_t at) { return grid.RowAt(at); }};
+}
+
+Axis ColumnAxis(const Grid& grid, const View& view) {
+    return {grid.Cols(),
+            grid.FixedCols(),
+            grid.LeftCol(),
+            view.client.width,
+            [&grid](int col) { return grid.ColPixels(col); },
+            [&grid](int col) { return grid.ColLeft(col); },
+            [&grid](std::int64_t at) { return grid.ColAt(at); }};
+}
+
+Shown::Shown(const Grid& grid, const View& view)
+    : mirrorExtent(grid.RightToLeft() ? view.client.width : 0),
+      rows(VisibleSpans(RowAxis(grid, view))),
+      columns(VisibleSpans(ColumnAxis(grid, view))),
+      merges(MergesOf(grid, rows, columns)) {}
+
+Rect Shown::AreaOf(const CellRange& range) const {
+    const Span down = Reach(rows, range.top, range.bottom);
+    const Span across = Reach(columns, range.left, range.right);
+    if (down.start > down.end || across.start > across.end) {
+        return {};
+    }
+    return MirroredIn(mirrorExtent, {across.start, down.start, across.end, down.end});
+}
+
+Rect CellArea(const Grid& grid, const View& view, int row, int col) {
+    const Shown shown(grid, view);
+    const Rect area = shown.AreaOf(shown.Merged(row, col));
+    if (!area.Empty()) {
+        return area;
+    }
+    const int x = PositionOf(ColumnAxis(grid, view), col);
+    const int y = PositionOf(RowAxis(grid, view), row);
+    return MirroredIn(shown.mirrorExtent, {x, y, x + grid.ColPixels(col), y + grid.RowPixels(row)});
+}
+
+int LineWidth(const Grid& grid, bool fixed) {
+    const GridLineStyle style = fixed ? grid.GridLinesFixed() : grid.GridLines();
+    return style == GridLineStyle::none
+               ? 0
+               : std::max(1, ScaleRounded(grid.GridLineWidth(), grid.Metrics().Resolution().x, 96));
+}
+
+}  // namespace qvx::flexgrid

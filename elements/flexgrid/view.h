@@ -1,0 +1,49 @@
+// A grid in a window: where its cells lie, in device pixels of the window's client area.
+#pragma once
+
+#include <vector>
+
+#include "common/geometry.h"
+#include "elements/flexgrid/axis.h"
+#include "elements/flexgrid/grid.h"
+#include "elements/flexgrid/merge.h"
+
+namespace qvx::flexgrid {
+
+// What the window knows and the grid does not.
+struct View {
+    Size client;           // without bars and border
+    bool focused = false;  // whether the window has the keyboard focus
+    // Where the border of a row or column is being dragged to; -1 is no drag. Along its axis, not mirrored.
+    int draggedColumn = -1;
+    int draggedRow = -1;
+};
+
+// The grid must outlive the axes, which answer from it.
+Axis RowAxis(const Grid& grid, const View& view);
+Axis ColumnAxis(const Grid& grid, const View& view);
+
+// The rectangle of a cell, or of the part that shows of the merged cells it belongs to; grid lines included. It may
+// reach beyond the window. For a cell that does not show: where it would lie.
+Rect CellArea(const Grid& grid, const View& view, int row, int col);
+
+// What shows in a window at one time: the spans down and across (not mirrored) and which cells are drawn as one.
+struct Shown {
+    Shown(const Grid& grid, const View& view);
+
+    // The cells drawn as one with this one, as far as they show; the cell alone when nothing is merged with it.
+    CellRange Merged(int row, int col) const { return merges.RangeOf(row, col); }
+    // The smallest rectangle around the cells of the range that show, which may reach beyond the window; empty for
+    // none.
+    Rect AreaOf(const CellRange& range) const;
+
+    int mirrorExtent = 0;  // the window's width when it is right-to-left, otherwise 0
+    std::vector<Span> rows;
+    std::vector<Span> columns;
+    MergeMap merges;
+};
+
+// Pixels of a grid line on this grid's device; 0 for no lines. Fixed cells have lines of their own kind.
+int LineWidth(const Grid& grid, bool fixed);
+
+}  // namespace qvx::flexgrid
