@@ -1,0 +1,37 @@
+// A control with its dual interface: the kit plus IDispatch from the type library. See server/control_base.h.
+#pragma once
+
+#include "com/dispatch.h"
+#include "server/control_base.h"
+
+namespace qvx {
+
+template <typename I>
+class Control : public Dispatch<I>, public ControlBase {
+  public:
+    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+        if (!object) return E_POINTER;
+        if (iid == __uuidof(IUnknown) || InterfaceTraits<Dispatch<I>>::Answers(iid)) {
+            *object = static_cast<I*>(this);
+            AddRef();
+            return S_OK;
+        }
+        return QueryKitInterface(iid, object);
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return AddReference(); }
+    STDMETHODIMP_(ULONG) Release() override { return ReleaseReference(); }
+
+  protected:
+    explicit Control(const ControlClass& controlClass) : ControlBase(controlClass, __uuidof(I)) {}
+    ~Control() override = default;
+
+    IUnknown* Unknown() override { return static_cast<I*>(this); }
+};
+
+// For ControlClass::create.
+template <typename C>
+HRESULT CreateControl(REFIID iid, void** object) {
+    return MakeObject<C>()->QueryInterface(iid, object);
+}
+
+}  // namespace qvx

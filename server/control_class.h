@@ -1,0 +1,31 @@
+// What the server knows of a control without making one.
+#pragma once
+
+#include <windows.h>
+
+#include <oleidl.h>
+
+#include <span>
+
+namespace qvx {
+
+struct ControlClass {
+    const CLSID* id;
+    const IID* events;           // the source dispinterface
+    const wchar_t* name;         // "Button"; the program identifier is "Qvx.Button"
+    const wchar_t* description;  // shown by hosts in their lists of controls
+    int toolboxBitmap;           // resource number
+    DWORD miscStatus;            // OLEMISC_xxx
+    // Makes one, with the interface asked for. May throw.
+    HRESULT (*create)(REFIID iid, void** object);
+};
+
+// The bits of every visible control: activated whenever it is visible, laid out by the container, and sited before it
+// is loaded, because its defaults come from the host.
+constexpr DWORD usualMiscStatus = OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT |
+                                  OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST;
+
+// All controls of the library, in one table.
+std::span<const ControlClass> AllControls();
+
+}  // namespace qvx

@@ -1,0 +1,429 @@
+// The control kit as a container's object: site, verbs, activation in place, keyboard.
+#include <olectl.h>
+
+#include <cwctype>
+#include <vector>
+
+#include "com/enumerator.h"
+#include "common/keys.h"
+#include "server/control_base.h"
+#include "server/control_window.h"
+#include "server/himetric.h"
+#include "win/dpi.h"
+
+namespace qvx {
+
+namespace {
+
+HRESULT NewTaskString(const wchar_t* text, LPOLESTR* out) {
+    const size_t bytes = (wcslen(text) + 1) * sizeof(wchar_t);
+    *out = static_cast<LPOLESTR>(CoTaskMemAlloc(bytes));
+    if (!*out) return E_OUTOFMEMORY;
+    memcpy(*out, text, bytes);
+    return S_OK;
+}
+
+struct CopyVerb {
+    static void Out(const OLEVERB& from, OLEVERB* to) {
+        *to = from;
+        Check(NewTaskString(from.lpszVerbName, &to->lpszVerbName));
+    }
+};
+
+constexpr Rect ToRect(const RECT& r) {
+    return {static_cast<int>(r.left), static_cast<int>(r.top), static_cast<int>(r.right), static_cast<int>(r.bottom)};
+}
+
+}  // namespace
+
+// --- IOleObject ---
+
+STDMETHODIMP ControlBase::SetClientSite(IOleClientSite* site) {
+    return Guard([&] {
+        if (!site) Deactivate();
+        host_.SetSite(site);
+        if (!site) return;
+        if (std::exchange(initPending_, false) && !dirty_) {
+            InitProperties();
+            dirty_ = false;
+        } else {
+            OnAmbientChange(DISPID_UNKNOWN);
+        }
+    });
+}
+
+STDMETHODIMP ControlBase::GetClientSite(IOleClientSite** site) {
+    if (!site) return E_POINTER;
+    *site = ComPtr<IOleClientSite>(host_.Site()).detach();
+    return S_OK;
+}
+
+// Names for a window of our own, which a control never opens.
+STDMETHODIMP ControlBase::SetHostNames(LPCOLESTR, LPCOLESTR) { return S_OK; }
+
+STDMETHODIMP ControlBase::Close(DWORD saveOption) {
+    return Guard([&] {
+        const auto keep = KeepAlive();
+        if (saveOption != OLECLOSE_NOSAVE && dirty_ && host_.Site()) host_.Site()->SaveObject();
+        Deactivate();
+        if (advises_) advises_->SendOnClose();
+    });
+}
+
+// Monikers are for objects that others link to, and controls say that they cannot be linked to.
+STDMETHODIMP ControlBase::SetMoniker(DWORD, IMoniker*) { return E_NOTIMPL; }
+
+STDMETHODIMP ControlBase::GetMoniker(DWORD, DWORD, IMoniker** moniker) {
+    if (moniker) *moniker = nullptr;
+    return E_NOTIMPL;
+}
+
+// A control is neither made from the clipboard nor copied to it by itself; the designer copies its properties.
+STDMETHODIMP ControlBase::InitFromData(IDataObject*, BOOL, DWORD) { return E_NOTIMPL; }
+
+STDMETHODIMP ControlBase::GetClipboardData(DWORD, IDataObject** data) {
+    if (data) *data = nullptr;
+    return E_NOTIMPL;
+}
+
+STDMETHODIMP ControlBase::DoVerb(LONG verb, LPMSG message, IOleClientSite* site, LONG, HWND parent, LPCRECT) {
+    return Guard([&]() -> HRESULT {
+        const auto keep = KeepAlive();
+        if (site && !host_.Site()) Check(SetClientSite(site));
+        switch (verb) {
+            case OLEIVERB_PRIMARY:
+            case OLEIVERB_UIACTIVATE:
+                Activate(true, message);
+                return S_OK;
+            case OLEIVERB_SHOW:
+            case OLEIVERB_INPLACEACTIVATE:
+                Activate(false, message);
+                return S_OK;
+            case OLEIVERB_HIDE:
+                Deactivate();
+                return S_OK;
+            case OLEIVERB_DISCARDUNDOSTATE:
+                return S_OK;
+            case OLEIVERB_PROPERTIES: {
+                const auto pages = PropertyPages();
+                if (pages.empty()) return OLEOBJ_S_INVALIDVERB;
+                // The host's own dialog comes first.
+                if (host_.ControlSite() && host_.ControlSite()->ShowPropertyFrame() == S_OK) return S_OK;
+                IUnknown* self = Unknown();
+                const RECT none{};
+                return OleCreatePropertyFrame(parent, none.left, none.top, class_.name, 1, &self,
+                                              static_cast<ULONG>(pages.size()), const_cast<CLSID*>(pages.data()),
+                                              LOCALE_USER_DEFAULT, 0, nullptr);
+            }
+            default:
+                // Unknown verbs do what the first one does; hosts are told so.
+                if (verb < 0) return OLEOBJ_S_INVALIDVERB;
+                Activate(true, message);
+                return OLEOBJ_S_INVALIDVERB;
+        }
+    });
+}
+
+STDMETHODIMP ControlBase::EnumVerbs(IEnumOLEVERB** verbs) {
+    return Guard([&]() -> HRESULT {
+        if (!verbs) return E_POINTER;
+        *verbs = nullptr;
+        if (PropertyPages().empty()) return OLEOBJ_E_NOVERBS;
+        static wchar_t name[] = L"&Properties";
+        std::vector<OLEVERB> known{{OLEIVERB_PROPERTIES, name, 0, OLEVERBATTRIB_ONCONTAINERMENU}};
+        using All = Enumerator<IEnumOLEVERB, OLEVERB, OLEVERB, CopyVerb>;
+        *verbs = MakeObject<All>(std::move(known)).detach();
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::Update() { return S_OK; }
+STDMETHODIMP ControlBase::IsUpToDate() { return S_OK; }
+STDMETHODIMP ControlBase::GetUserClassID(CLSID* id) { return GetClassID(id); }
+
+STDMETHODIMP ControlBase::GetUserType(DWORD form, LPOLESTR* name) {
+    if (!name) return E_POINTER;
+    return NewTaskString(form == USERCLASSTYPE_FULL ? class_.description : class_.name, name);
+}
+
+STDMETHODIMP ControlBase::SetExtent(DWORD aspect, SIZEL* size) {
+    return Guard([&]() -> HRESULT {
+        if (!size) return E_POINTER;
+        if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+        if (size->cx < 0 || size->cy < 0) return E_INVALIDARG;
+        extent_ = *size;
+        // An active control follows through SetObjectRects.
+        if (!inPlaceActive_) {
+            pixels_ = HimetricToPixels(extent_, WindowDpi(WindowHandle()));
+            if (const HWND window = WindowHandle()) {
+                SetWindowPos(window, nullptr, 0, 0, pixels_.width, pixels_.height,
+                             SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOMOVE);
+                OnResize(pixels_);
+            }
+        }
+        ViewChanged();
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::GetExtent(DWORD aspect, SIZEL* size) {
+    return Guard([&]() -> HRESULT {
+        if (!size) return E_POINTER;
+        if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+        if (extent_.cx == 0 && extent_.cy == 0) EnsureSize();
+        *size = extent_;
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::Advise(IAdviseSink* sink, DWORD* connection) {
+    if (!advises_) {
+        const HRESULT made = CreateOleAdviseHolder(advises_.put());
+        if (FAILED(made)) return made;
+    }
+    return advises_->Advise(sink, connection);
+}
+
+STDMETHODIMP ControlBase::Unadvise(DWORD connection) {
+    return advises_ ? advises_->Unadvise(connection) : OLE_E_NOCONNECTION;
+}
+
+STDMETHODIMP ControlBase::EnumAdvise(IEnumSTATDATA** advises) {
+    if (!advises) return E_POINTER;
+    *advises = nullptr;
+    return advises_ ? advises_->EnumAdvise(advises) : S_OK;
+}
+
+STDMETHODIMP ControlBase::GetMiscStatus(DWORD aspect, DWORD* status) {
+    if (!status) return E_POINTER;
+    *status = aspect == DVASPECT_CONTENT ? class_.miscStatus : 0;
+    return S_OK;
+}
+
+// System colours need no palette.
+STDMETHODIMP ControlBase::SetColorScheme(LOGPALETTE*) { return S_OK; }
+
+// --- Activation in place ---
+
+void ControlBase::Activate(bool withUi, LPMSG) {
+    if (!host_.Site()) throw ComError(OLE_E_NOT_INPLACEACTIVE);
+    if (!inPlaceActive_) {
+        if (!initialised_) InitialiseNew();
+        inPlaceSite_ = Query<IOleInPlaceSite>(host_.Site());
+        if (!inPlaceSite_ || inPlaceSite_->CanInPlaceActivate() != S_OK) throw ComError(E_FAIL);
+        Check(inPlaceSite_->OnInPlaceActivate());
+        HWND parent = nullptr;
+        Check(inPlaceSite_->GetWindow(&parent));
+        RECT position{};
+        RECT clip{};
+        OLEINPLACEFRAMEINFO frameInfo{};
+        frameInfo.cb = sizeof frameInfo;
+        frame_.reset();
+        uiWindow_.reset();
+        Check(inPlaceSite_->GetWindowContext(frame_.put(), uiWindow_.put(), &position, &clip, &frameInfo));
+        const HWND window = EnsureWindow();
+        if (!window) {
+            inPlaceSite_->OnInPlaceDeactivate();
+            throw ComError(E_FAIL);
+        }
+        inPlaceActive_ = true;
+        SetParent(window, parent);
+        MoveWindowTo(position, clip);
+        ShowWindow(window, SW_SHOWNA);
+        OnShow();
+    }
+    host_.Site()->ShowObject();
+    if (withUi) ActivateUi();
+}
+
+void ControlBase::ActivateUi() {
+    if (!inPlaceActive_) return;
+    if (!uiActive_) {
+        uiActive_ = true;
+        if (FAILED(inPlaceSite_->OnUIActivate())) {
+            uiActive_ = false;
+            return;
+        }
+        // Containers differ in which of these they implement; none of them is needed for typing to work.
+        auto* self = static_cast<IOleInPlaceActiveObject*>(this);
+        if (frame_) {
+            frame_->SetActiveObject(self, class_.name);
+            frame_->SetBorderSpace(nullptr);
+        }
+        if (uiWindow_) {
+            uiWindow_->SetActiveObject(self, class_.name);
+            uiWindow_->SetBorderSpace(nullptr);
+        }
+    }
+    const HWND focus = GetFocus();
+    const HWND window = WindowHandle();
+    if (focus != window && !IsChild(window, focus)) SetFocus(FocusWindow());
+}
+
+void ControlBase::DeactivateUi() {
+    if (!std::exchange(uiActive_, false)) return;
+    if (frame_) frame_->SetActiveObject(nullptr, nullptr);
+    if (uiWindow_) uiWindow_->SetActiveObject(nullptr, nullptr);
+    if (inPlaceSite_) inPlaceSite_->OnUIDeactivate(FALSE);
+}
+
+void ControlBase::Deactivate() {
+    if (!inPlaceActive_) return;
+    DeactivateUi();
+    inPlaceActive_ = false;
+    if (WindowHandle()) window_->Park();
+    const ComPtr<IOleInPlaceSite> site = std::move(inPlaceSite_);
+    frame_.reset();
+    uiWindow_.reset();
+    if (site) site->OnInPlaceDeactivate();
+}
+
+void ControlBase::MoveWindowTo(const RECT& position, const RECT& clip) {
+    const HWND window = WindowHandle();
+    const Rect whole = ToRect(position);
+    const Rect visible = whole.Intersect(ToRect(clip));
+    SetPixelSize({std::max(0, whole.Width()), std::max(0, whole.Height())});
+    // Some containers leave the clip empty when they have nothing to say.
+    const bool clip0 = clip.left == clip.right && clip.top == clip.bottom;
+    if (!clip0 && visible != whole) {
+        const Rect own = visible.Empty() ? Rect{} : visible.Offset(-whole.left, -whole.top);
+        // The window owns its region.
+        clipped_ = SetWindowRgn(window, CreateRectRgn(own.left, own.top, own.right, own.bottom), TRUE) != 0;
+    } else if (std::exchange(clipped_, false)) {
+        SetWindowRgn(window, nullptr, TRUE);
+    }
+    SetWindowPos(window, nullptr, whole.left, whole.top, whole.Width(), whole.Height(),
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+}
+
+STDMETHODIMP ControlBase::GetWindow(HWND* window) {
+    if (!window) return E_POINTER;
+    *window = inPlaceActive_ ? WindowHandle() : nullptr;
+    return *window ? S_OK : E_FAIL;
+}
+
+// A mode of asking for help by a click that no host uses on controls.
+STDMETHODIMP ControlBase::ContextSensitiveHelp(BOOL) { return E_NOTIMPL; }
+
+STDMETHODIMP ControlBase::InPlaceDeactivate() {
+    return Guard([&] {
+        const auto keep = KeepAlive();
+        Deactivate();
+    });
+}
+
+STDMETHODIMP ControlBase::UIDeactivate() {
+    return Guard([&] {
+        const auto keep = KeepAlive();
+        DeactivateUi();
+    });
+}
+
+STDMETHODIMP ControlBase::SetObjectRects(LPCRECT position, LPCRECT clip) {
+    return Guard([&]() -> HRESULT {
+        if (!position) return E_POINTER;
+        if (!inPlaceActive_) return OLE_E_NOT_INPLACEACTIVE;
+        MoveWindowTo(*position, clip ? *clip : *position);
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::ReactivateAndUndo() { return INPLACE_E_NOTUNDOABLE; }
+
+// --- IOleInPlaceActiveObject, IOleControl ---
+
+STDMETHODIMP ControlBase::TranslateAccelerator(LPMSG message) {
+    return Guard([&]() -> HRESULT {
+        if (!message) return E_POINTER;
+        if (message->message < WM_KEYFIRST || message->message > WM_KEYLAST) return S_FALSE;
+        const auto keep = KeepAlive();
+        if (WantsKey(*message)) {
+            TranslateMessage(message);
+            DispatchMessageW(message);
+            return S_OK;
+        }
+        IOleControlSite* site = host_.ControlSite();
+        if (!site) return S_FALSE;
+        DWORD modifiers = 0;
+        if (GetKeyState(VK_SHIFT) < 0) modifiers |= 1;    // KEYMOD_SHIFT
+        if (GetKeyState(VK_CONTROL) < 0) modifiers |= 2;  // KEYMOD_CONTROL
+        if (GetKeyState(VK_MENU) < 0) modifiers |= 4;     // KEYMOD_ALT
+        return site->TranslateAccelerator(message, modifiers) == S_OK ? S_OK : S_FALSE;
+    });
+}
+
+STDMETHODIMP ControlBase::OnFrameWindowActivate(BOOL) { return S_OK; }
+STDMETHODIMP ControlBase::OnDocWindowActivate(BOOL) { return S_OK; }
+// Controls have no tools around the document.
+STDMETHODIMP ControlBase::ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) { return S_OK; }
+STDMETHODIMP ControlBase::EnableModeless(BOOL) { return S_OK; }
+
+STDMETHODIMP ControlBase::GetControlInfo(CONTROLINFO* info) {
+    return Guard([&]() -> HRESULT {
+        if (!info) return E_POINTER;
+        // Hosts match against the key that was pressed or the character it gave, whichever message they look at.
+        std::vector<ACCEL> table;
+        for (const char16_t key : AccessKeys()) {
+            const SHORT scanned = VkKeyScanW(static_cast<wchar_t>(key));
+            if (scanned != -1) {
+                table.push_back({FALT | FVIRTKEY, LOBYTE(scanned), static_cast<WORD>(table.size())});
+            }
+            const auto lower = static_cast<WORD>(std::towlower(key));
+            table.push_back({FALT, lower, static_cast<WORD>(table.size())});
+        }
+        if (accelerators_) DestroyAcceleratorTable(accelerators_);
+        accelerators_ = table.empty() ? nullptr : CreateAcceleratorTableW(table.data(), static_cast<int>(table.size()));
+        info->hAccel = accelerators_;
+        info->cAccel = static_cast<USHORT>(accelerators_ ? table.size() : 0);
+        info->dwFlags = 0;
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::OnMnemonic(LPMSG message) {
+    return Guard([&]() -> HRESULT {
+        if (!message) return E_POINTER;
+        const auto keep = KeepAlive();
+        const bool character = message->message == WM_CHAR || message->message == WM_SYSCHAR;
+        WPARAM key = message->wParam;
+        // Enter and Escape have the same number as keys and as characters.
+        if (!character && key != keys::enter && key != keys::escape) {
+            key = MapVirtualKeyW(static_cast<UINT>(key), MAPVK_VK_TO_CHAR) & 0xFFFF;
+        }
+        OnAccessKey(static_cast<int>(std::towlower(static_cast<wint_t>(key))));
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::OnAmbientPropertyChange(DISPID property) {
+    return Guard([&] { OnAmbientChange(property); });
+}
+
+STDMETHODIMP ControlBase::FreezeEvents(BOOL freeze) {
+    frozen_ += freeze ? 1 : -1;
+    if (frozen_ < 0) frozen_ = 0;
+    return S_OK;
+}
+
+// --- IQuickActivate ---
+
+STDMETHODIMP ControlBase::QuickActivate(QACONTAINER* container, QACONTROL* control) {
+    return Guard([&]() -> HRESULT {
+        if (!container || !control) return E_POINTER;
+        const ULONG size = control->cbSize;
+        *control = {};
+        control->cbSize = size;
+        if (container->pClientSite) Check(SetClientSite(container->pClientSite));
+        if (container->pAdviseSink) Check(SetAdvise(DVASPECT_CONTENT, 0, container->pAdviseSink));
+        Check(connections_.Connect(container->pUnkEventSink, &control->dwEventCookie, container->pPropertyNotifySink,
+                                   &control->dwPropNotifyCookie));
+        control->dwMiscStatus = class_.miscStatus;
+        Check(GetViewStatus(&control->dwViewStatus));
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::SetContentExtent(LPSIZEL size) { return SetExtent(DVASPECT_CONTENT, size); }
+STDMETHODIMP ControlBase::GetContentExtent(LPSIZEL size) { return GetExtent(DVASPECT_CONTENT, size); }
+
+}  // namespace qvx
