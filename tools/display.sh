@@ -52,8 +52,8 @@ use_display() {
 take_picture() {
   local file=$1 window=${2:-} crop=() x y width height left right top bottom
   if [[ -n $window ]]; then
-    read -r x y width height < <(xdotool getwindowgeometry --shell "$window" |
-      sed -n 's/^X=//p; s/^Y=//p; s/^WIDTH=//p; s/^HEIGHT=//p' | tr '\n' ' ')
+    read -r x y width height < <(xwininfo -id "$window" |
+      awk '/Absolute upper-left|^  Width|^  Height/ { printf "%s ", $NF }') || true
     read -r left right top bottom < <(xprop -id "$window" _NET_FRAME_EXTENTS 2>/dev/null |
       sed -n 's/.*= //; s/,//g; /^[0-9 ]*$/p') || true
     crop=(-crop "$((width + ${left:-0} + ${right:-0}))x$((height + ${top:-0} + ${bottom:-0}))+$((x - ${left:-0}))+$((y - ${top:-0}))" +repage)
