@@ -1,6 +1,9 @@
 # Configuring and building one architecture or all of them.
 # shellcheck shell=bash
 
+# The compiler's cache then serves a clone in another folder too, such as CI's.
+export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=true
+
 need_for_build() {
   case $1 in
     native) need "${packages_build[@]}" "${packages_native[@]}" ;;

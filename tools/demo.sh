@@ -2,7 +2,7 @@
 # shellcheck shell=bash
 
 ocx=build/x64/server/Qvx.ocx
-host_program=build/x64/host/qvxhost.exe
+host_program=build/x64/qvxhost.exe
 
 # The caption a form file gives its form: the first one in it, since a form's own properties stand before its controls.
 form_caption() { tr -d '\r' <"$1" | sed -n 's/^[[:space:]]*Caption[[:space:]]*=[[:space:]]*"\(.*\)".*/\1/p' | head -n 1; }
@@ -110,7 +110,7 @@ qvx_demo() {
   form=$root/samples/$name.frm
   [[ -f $form ]] || die "There is no form samples/$name.frm."
   [[ -z $keys || -f $keys ]] || die "There is no key script $keys."
-  build x64 --target Qvx qvxhost || die "The build failed."
+  build x64 --target qvx_server qvxhost || die "The build failed."
   need "${packages_display[@]}"
   mkdir -p "$root/build/demo"
   log=${log:-$root/build/demo/$name.log}

@@ -3,12 +3,11 @@
 
 packages_build=(cmake ninja-build g++ ccache)
 packages_native=(googletest)
-packages_fuzz=(clang libfuzzer-14-dev)
 packages_x64=(g++-mingw-w64-x86-64-posix mingw-w64-tools libwine googletest)
 packages_x86=(g++-mingw-w64-i686-posix mingw-w64-tools libwine googletest)
 packages_wine=(wine wine64 fonts-wine)
 packages_display=(xvfb openbox xdotool x11-utils imagemagick)
-packages_lint=(clang-format clang-tidy shellcheck git)
+packages_lint=(clang-format clang-tidy shellcheck python3)
 packages_root32=(debootstrap)
 packages_bench=(libwxgtk3.2-dev qtbase5-dev libbenchmark-dev)
 

@@ -25,7 +25,7 @@ def read_with_includes(path):
 
 def help_string(attributes):
     found = re.search(r'helpstring\("([^"]*)"\)', attributes)
-    return found[1].replace('\\n', ' ').replace('|', '\\|') if found else ''
+    return found[1].replace('\\n', ' ').replace('|', '\\|').replace('<', '&lt;') if found else ''
 
 
 def block_body(text, start):
