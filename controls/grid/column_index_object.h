@@ -1,0 +1,17 @@
+// The collection that hosts get as ComboGrid.ColIndex.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include "com/pointer.h"
+#include "controls/grid/column_index.h"
+
+namespace qvx::grid {
+
+// A new collection of column numbers (Long) under their keys, which belongs to the host from then on: it may add and
+// remove items.
+ComPtr<IDispatch> MakeColumnIndexObject(const ColumnIndex& index);
+
+}  // namespace qvx::grid

@@ -1,0 +1,538 @@
+#include "elements/combo/combo_window.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "common/keys.h"
+#include "common/run_time_error.h"
+#include "win/dpi.h"
+#include "win/gdi_surface.h"
+#include "win/module.h"
+#include "win/wide.h"
+
+namespace qvx {
+namespace {
+
+// Entries that a dropped list shows at once.
+constexpr int rowsInView = 8;
+// The system's own border around the closed combo, in pixels at any resolution.
+constexpr int comboBorder = 2;
+// From the field's left edge to its text, in pixels at 96 dots per inch: as in the cells of a grid.
+constexpr int textMargin = 3;
+
+[[noreturn]] void InvalidCall() {
+    throw RunTimeError(errors::invalidProcedureCall, u"Invalid procedure call or argument");
+}
+
+void CheckNotNegative(int value) {
+    if (value < 0) throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
+}
+
+// Sets a flag for the length of a scope.
+class FlagScope {
+  public:
+    explicit FlagScope(bool& flag) : flag_(flag), before_(flag) { flag_ = true; }
+    ~FlagScope() { flag_ = before_; }
+    FlagScope(const FlagScope&) = delete;
+    FlagScope& operator=(const FlagScope&) = delete;
+
+  private:
+    bool& flag_;
+    bool before_;
+};
+
+bool WorksTheList(int key) {
+    return key == keys::up || key == keys::down || key == keys::pageUp || key == keys::pageDown || key == keys::f4;
+}
+
+}  // namespace
+
+ComboWindow::ComboWindow(HWND parent, ComboListener* listener, bool sorted)
+    : listener_(listener), edit_(*this), sorted_(sorted) {
+    const DWORD style = WS_CHILD | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL | CBS_HASSTRINGS |
+                        (sorted ? static_cast<DWORD>(CBS_SORT) : 0u);
+    const HWND window =
+        CreateWindowExW(0, L"COMBOBOX", L"", style, 0, 0, 100, 200, parent, nullptr, ModuleInstance(), nullptr);
+    if (!window) throw RunTimeError(errors::outOfMemory, u"Out of memory");
+    COMBOBOXINFO info{};
+    info.cbSize = sizeof info;
+    GetComboBoxInfo(window, &info);
+    list_ = info.hwndList;
+    Attach(window);
+    edit_.Attach(info.hwndItem);
+    SendMessageW(info.hwndItem, EM_SETLIMITTEXT, 0, 0);
+    SetFont(font_);
+}
+
+ComboWindow::~ComboWindow() {
+    listener_ = nullptr;
+    edit_.Detach();
+    const HWND window = Window();
+    Detach();
+    if (toolTip_) DestroyWindow(toolTip_);
+    if (window) DestroyWindow(window);
+}
+
+EntryReader ComboWindow::Entries() const {
+    return [this](int index) { return List(index); };
+}
+
+void ComboWindow::CheckIndex(int index) const {
+    if (index < 0 || index >= ListCount()) InvalidCall();
+}
+
+void ComboWindow::AddItem(TextView item, std::optional<int> index) {
+    if (index && (*index < 0 || *index > ListCount())) InvalidCall();
+    const qvx::Text text(item);
+    const auto data = reinterpret_cast<LPARAM>(Wide(text));
+    const LRESULT added = index ? SendMessageW(Window(), CB_INSERTSTRING, static_cast<WPARAM>(*index), data)
+                                : SendMessageW(Window(), CB_ADDSTRING, 0, data);
+    if (added < 0) throw RunTimeError(errors::outOfMemory, u"Out of memory");
+    newIndex_ = static_cast<int>(added);
+    if (chosen_ >= newIndex_) ++chosen_;
+}
+
+void ComboWindow::RemoveItem(int index) {
+    CheckIndex(index);
+    SendMessageW(Window(), CB_DELETESTRING, static_cast<WPARAM>(index), 0);
+    newIndex_ = -1;
+    if (chosen_ == index)
+        chosen_ = -1;
+    else if (chosen_ > index)
+        --chosen_;
+}
+
+void ComboWindow::Clear() {
+    {
+        const FlagScope scope(writing_);
+        SendMessageW(Window(), CB_RESETCONTENT, 0, 0);
+    }
+    chosen_ = -1;
+    newIndex_ = -1;
+    TellChange();
+}
+
+qvx::Text ComboWindow::List(int index) const {
+    if (index < 0 || index >= ListCount()) return {};
+    const LRESULT length = SendMessageW(Window(), CB_GETLBTEXTLEN, static_cast<WPARAM>(index), 0);
+    if (length <= 0) return {};
+    qvx::Text text(static_cast<std::size_t>(length) + 1, u'\0');
+    const LRESULT copied =
+        SendMessageW(Window(), CB_GETLBTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(WideBuffer(text)));
+    text.resize(static_cast<std::size_t>(std::max<LRESULT>(copied, 0)));
+    return text;
+}
+
+void ComboWindow::SetList(int index, TextView item) {
+    if (index == ListCount()) {
+        AddItem(item, index);
+        return;
+    }
+    CheckIndex(index);
+    const LONG data = ItemData(index);
+    const int chosen = chosen_;
+    const int newIndex = newIndex_;
+    const FlagScope scope(writing_);
+    SendMessageW(Window(), CB_DELETESTRING, static_cast<WPARAM>(index), 0);
+    const qvx::Text text(item);
+    SendMessageW(Window(), CB_INSERTSTRING, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(Wide(text)));
+    SetItemData(index, data);
+    chosen_ = chosen;
+    newIndex_ = newIndex;
+    HighlightEntry(chosen_);
+}
+
+int ComboWindow::ListCount() const {
+    return static_cast<int>(std::max<LRESULT>(SendMessageW(Window(), CB_GETCOUNT, 0, 0), 0));
+}
+
+int ComboWindow::ListIndex() const { return chosen_; }
+
+void ComboWindow::SetListIndex(int index) {
+    if (index < -1 || index >= ListCount()) throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
+    if (index == chosen_) return;
+    HighlightEntry(index);
+    chosen_ = index;
+    WriteText(List(index));
+    lastText_ = GetText();
+    if (listener_) listener_->ComboClick(*this);
+}
+
+LONG ComboWindow::ItemData(int index) const {
+    CheckIndex(index);
+    return static_cast<LONG>(SendMessageW(Window(), CB_GETITEMDATA, static_cast<WPARAM>(index), 0));
+}
+
+void ComboWindow::SetItemData(int index, LONG data) {
+    CheckIndex(index);
+    SendMessageW(Window(), CB_SETITEMDATA, static_cast<WPARAM>(index), data);
+}
+
+int ComboWindow::TopIndex() const {
+    return static_cast<int>(std::max<LRESULT>(SendMessageW(Window(), CB_GETTOPINDEX, 0, 0), 0));
+}
+
+void ComboWindow::SetTopIndex(int index) {
+    CheckIndex(index);
+    SendMessageW(Window(), CB_SETTOPINDEX, static_cast<WPARAM>(index), 0);
+}
+
+qvx::Text ComboWindow::GetText() const { return WindowText(EditWindow()); }
+
+void ComboWindow::SetText(TextView text) {
+    chosen_ = -1;
+    HighlightEntry(-1);
+    WriteText(text);
+    TellChange();
+}
+
+void ComboWindow::WriteText(TextView text) {
+    const FlagScope scope(writing_);
+    const qvx::Text copy(text);
+    SetWindowTextW(EditWindow(), Wide(copy));
+}
+
+void ComboWindow::TellChange() {
+    qvx::Text text = GetText();
+    if (text == lastText_) return;
+    lastText_ = std::move(text);
+    if (listener_) listener_->ComboChange(*this);
+}
+
+void ComboWindow::HighlightEntry(int index) {
+    if (!list_) return;
+    SendMessageW(list_, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    if (index >= 0) SendMessageW(list_, LB_SETTOPINDEX, static_cast<WPARAM>(index), 0);
+}
+
+int ComboWindow::SelStart() const {
+    DWORD start = 0;
+    SendMessageW(EditWindow(), EM_GETSEL, reinterpret_cast<WPARAM>(&start), 0);
+    return static_cast<int>(start);
+}
+
+void ComboWindow::SetSelStart(int start) {
+    CheckNotNegative(start);
+    SendMessageW(EditWindow(), EM_SETSEL, static_cast<WPARAM>(start), start);
+}
+
+int ComboWindow::SelLength() const {
+    DWORD start = 0;
+    DWORD end = 0;
+    SendMessageW(EditWindow(), EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+    return static_cast<int>(end - start);
+}
+
+void ComboWindow::SetSelLength(int length) {
+    CheckNotNegative(length);
+    const int start = SelStart();
+    const int room = static_cast<int>(GetText().size()) - start;
+    SendMessageW(EditWindow(), EM_SETSEL, static_cast<WPARAM>(start), start + std::min(length, std::max(room, 0)));
+}
+
+qvx::Text ComboWindow::SelText() const {
+    return GetText().substr(static_cast<std::size_t>(SelStart()), static_cast<std::size_t>(SelLength()));
+}
+
+void ComboWindow::SetSelText(TextView text) {
+    {
+        const FlagScope scope(writing_);
+        const qvx::Text copy(text);
+        SendMessageW(EditWindow(), EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(Wide(copy)));
+    }
+    chosen_ = -1;
+    HighlightEntry(-1);
+    TellChange();
+}
+
+void ComboWindow::SetLocked(bool locked) {
+    locked_ = locked;
+    SendMessageW(EditWindow(), EM_SETREADONLY, locked, 0);
+}
+
+bool ComboWindow::Enabled() const { return IsWindowEnabled(Window()) != FALSE; }
+
+void ComboWindow::SetEnabled(bool enabled) { EnableWindow(Window(), enabled); }
+
+void ComboWindow::SetFont(const FontSpec& font) {
+    font_ = font;
+    gdiFont_ = AcquireFont(font, WindowDpi(Window()));
+    SendMessageW(Window(), WM_SETFONT, reinterpret_cast<WPARAM>(gdiFont_->Get()), TRUE);
+    PlaceEditField();
+}
+
+void ComboWindow::SetBackColor(OleColor color) {
+    backColor_ = color;
+    background_.Reset();
+    InvalidateRect(Window(), nullptr, TRUE);
+}
+
+void ComboWindow::SetForeColor(OleColor color) {
+    foreColor_ = color;
+    InvalidateRect(Window(), nullptr, TRUE);
+}
+
+void ComboWindow::SetToolTipText(TextView text) {
+    toolTipText_ = text;
+    if (!toolTip_ && text.empty()) return;
+    TTTOOLINFOW tool{};
+    tool.cbSize = TTTOOLINFOW_V1_SIZE;
+    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    tool.hwnd = Window();
+    tool.uId = reinterpret_cast<UINT_PTR>(EditWindow());
+    tool.lpszText = WideBuffer(toolTipText_);
+    if (toolTip_) {
+        SendMessageW(toolTip_, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
+        return;
+    }
+    toolTip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0,
+                               0, 0, Window(), nullptr, ModuleInstance(), nullptr);
+    if (toolTip_) SendMessageW(toolTip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+void ComboWindow::Place(Point origin, int width, int fieldHeight) {
+    fieldHeight_ = fieldHeight;
+    // The field between the borders covers at least the place it is for.
+    const int line = gdiFont_ ? gdiFont_->LineHeight() : 0;
+    SendMessageW(Window(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max(line, fieldHeight) + comboBorder);
+    SetWindowPos(Window(), nullptr, origin.x, origin.y, width, fieldHeight + line * rowsInView + 4 * comboBorder,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    PlaceEditField();
+}
+
+void ComboWindow::PlaceEditField() {
+    if (!EditWindow() || !gdiFont_ || fieldHeight_ == 0) return;
+    COMBOBOXINFO info{};
+    info.cbSize = sizeof info;
+    GetComboBoxInfo(Window(), &info);
+    RECT combo{};
+    GetWindowRect(Window(), &combo);
+    POINT origin{combo.left, combo.top};
+    ScreenToClient(GetParent(Window()), &origin);
+    // One line of text in the middle of the place, as a grid draws its cells.
+    const Dpi dpi = WindowDpi(Window());
+    const int line = gdiFont_->LineHeight();
+    const int left = ScaleRounded(textMargin, dpi.x, 96) - origin.x;
+    const int top = (fieldHeight_ - line) / 2 - origin.y;
+    const int right = std::max<int>(left + 1, static_cast<int>(info.rcButton.left) - 1);
+    SendMessageW(EditWindow(), EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
+    SetWindowPos(EditWindow(), nullptr, left, top, right - left, line, SWP_NOZORDER | SWP_NOACTIVATE);
+    InvalidateRect(Window(), nullptr, TRUE);
+}
+
+void ComboWindow::SetVisible(bool visible) { ShowWindow(Window(), visible ? SW_SHOWNA : SW_HIDE); }
+
+void ComboWindow::BringToFront() {
+    SetWindowPos(Window(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+void ComboWindow::Focus() { SetFocus(EditWindow()); }
+
+bool ComboWindow::HasFocus() const {
+    const HWND focus = GetFocus();
+    return focus && (focus == Window() || IsChild(Window(), focus) || focus == list_);
+}
+
+void ComboWindow::FitList() {
+    // Wide enough for the longest entry, and high enough for eight.
+    const WindowDc dc(Window());
+    int widest = 0;
+    for (int index = 0; index < ListCount(); ++index)
+        widest = std::max(widest, gdiFont_->RunWidth(dc.Get(), List(index)));
+    const int room = GetSystemMetrics(SM_CXVSCROLL) + 4 * textMargin;
+    SendMessageW(Window(), CB_SETDROPPEDWIDTH, static_cast<WPARAM>(widest + room), 0);
+    RECT combo{};
+    GetWindowRect(Window(), &combo);
+    const int rows = std::clamp(ListCount(), 1, rowsInView);
+    const int item = static_cast<int>(SendMessageW(Window(), CB_GETITEMHEIGHT, 0, 0));
+    const bool topmost = false;
+    (void)topmost;
+    SetWindowPos(Window(), nullptr, 0, 0, combo.right - combo.left,
+                 combo.bottom - combo.top + rows * item + comboBorder, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    PlaceEditField();
+}
+
+void ComboWindow::DropDown() {
+    FitList();
+    const qvx::Text text = GetText();
+    const int chosen = chosen_;
+    {
+        // The system looks the text up by itself and may write what it finds.
+        const FlagScope scope(writing_);
+        SendMessageW(Window(), CB_SHOWDROPDOWN, TRUE, 0);
+        if (GetText() != text) WriteText(text);
+    }
+    chosen_ = chosen >= 0 ? chosen : FindExactly(ListCount(), Entries(), text);
+    HighlightEntry(chosen_);
+    const int top = chosen_ >= 0 ? chosen_ : FindBeginningWith(ListCount(), Entries(), text);
+    if (top >= 0) SetTopIndex(top);
+    SendMessageW(EditWindow(), EM_SETSEL, 0, -1);
+}
+
+bool ComboWindow::IsDroppedDown() const { return SendMessageW(Window(), CB_GETDROPPEDSTATE, 0, 0) != FALSE; }
+
+void ComboWindow::CloseUp() {
+    const FlagScope scope(writing_);
+    SendMessageW(Window(), CB_SHOWDROPDOWN, FALSE, 0);
+}
+
+void ComboWindow::TypeOver(TextView text) {
+    SetText({});
+    WriteText(text);
+    SendMessageW(EditWindow(), EM_SETSEL, text.size(), static_cast<LPARAM>(text.size()));
+    deleting_ = false;
+    OnTyped();
+}
+
+void ComboWindow::OnTyped() {
+    chosen_ = -1;
+    if (selectsAsTyped_ && ListCount() > 0) {
+        const qvx::Text typed = GetText();
+        const Completion completion = CompleteTyping(ListCount(), Entries(), typed, SelStart(), deleting_);
+        chosen_ = completion.entry >= 0 ? completion.entry : FindExactly(ListCount(), Entries(), typed);
+        HighlightEntry(chosen_);
+        if (completion.entry >= 0) {
+            WriteText(completion.text);
+            // Anchored at the end, so that the caret stays where the typing goes on.
+            SendMessageW(EditWindow(), EM_SETSEL, completion.text.size(), completion.selStart);
+        }
+    }
+    TellChange();
+}
+
+void ComboWindow::OnChosen() {
+    const auto index = static_cast<int>(SendMessageW(Window(), CB_GETCURSEL, 0, 0));
+    if (index < 0) return;
+    chosen_ = index;
+    // The system writes the text only after it has told of the choice.
+    WriteText(List(index));
+    lastText_ = GetText();
+    SendMessageW(EditWindow(), EM_SETSEL, 0, -1);
+    if (listener_) listener_->ComboClick(*this);
+}
+
+void ComboWindow::OnCommand(WORD code) {
+    if (code == CBN_KILLFOCUS) {
+        if (listener_ && !HasFocus()) listener_->ComboLostFocus(*this);
+        return;
+    }
+    if (writing_) return;
+    if (code == CBN_EDITCHANGE)
+        OnTyped();
+    else if (code == CBN_SELCHANGE)
+        OnChosen();
+    else if (code == CBN_DROPDOWN)
+        FitList();
+}
+
+LRESULT ComboWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_CTLCOLOREDIT:
+        case WM_CTLCOLORLISTBOX:
+        case WM_CTLCOLORSTATIC:
+            return PaintColors(message, wParam, lParam);
+        case WM_PAINT: {
+            const LRESULT result = Default(message, wParam, lParam);
+            PaintSurround();
+            return result;
+        }
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+            if (locked_) {
+                Focus();
+                return 0;
+            }
+            break;
+        case WM_MOUSEWHEEL:
+            if (locked_ || !IsDroppedDown()) return 0;
+            break;
+        case WM_SIZE: {
+            const LRESULT result = Default(message, wParam, lParam);
+            PlaceEditField();
+            return result;
+        }
+        default:
+            break;
+    }
+    return Default(message, wParam, lParam);
+}
+
+LRESULT ComboWindow::PaintColors(UINT, WPARAM wParam, LPARAM) {
+    const auto dc = reinterpret_cast<HDC>(wParam);
+    const COLORREF back = ResolveColor(backColor_);
+    if (!background_) background_.Reset(CreateSolidBrush(back));
+    SetTextColor(dc, ResolveColor(Enabled() ? foreColor_ : colors::grayText));
+    SetBkColor(dc, back);
+    return reinterpret_cast<LRESULT>(background_.Get());
+}
+
+void ComboWindow::PaintSurround() {
+    COMBOBOXINFO info{};
+    info.cbSize = sizeof info;
+    if (!EditWindow() || !GetComboBoxInfo(Window(), &info)) return;
+    RECT edit{};
+    GetWindowRect(EditWindow(), &edit);
+    MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&edit), 2);
+    RECT field{};
+    GetClientRect(Window(), &field);
+    InflateRect(&field, -comboBorder, -comboBorder);
+    field.right = info.rcButton.left;
+    const WindowDc dc(Window());
+    ExcludeClipRect(dc.Get(), edit.left, edit.top, edit.right, edit.bottom);
+    if (!background_) background_.Reset(CreateSolidBrush(ResolveColor(backColor_)));
+    FillRect(dc.Get(), &field, background_.Get());
+}
+
+LRESULT ComboWindow::EditField::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_GETDLGCODE:
+            // Every key is ours, also in hosts that treat the form as a dialog.
+            return Default(message, wParam, lParam) | DLGC_WANTALLKEYS | DLGC_WANTTAB | DLGC_WANTARROWS;
+        case WM_KEYDOWN:
+        case WM_SYSKEYDOWN:
+            return OnKeyDown(message, wParam, lParam);
+        case WM_CHAR:
+            return OnCharacter(wParam, lParam);
+        case WM_PASTE:
+        case WM_CUT:
+        case WM_CLEAR:
+            owner_.deleting_ = message != WM_PASTE;
+            break;
+        default:
+            break;
+    }
+    return Default(message, wParam, lParam);
+}
+
+LRESULT ComboWindow::EditField::OnKeyDown(UINT message, WPARAM wParam, LPARAM lParam) {
+    dropNextCharacter_ = false;
+    auto key = static_cast<int>(wParam);
+    if (owner_.listener_) {
+        const LifeWatch alive = owner_.Watch();
+        owner_.listener_->ComboKeyDown(owner_, key, ShiftState());
+        if (!alive.Alive()) return 0;
+    }
+    if (key == 0) {
+        dropNextCharacter_ = true;
+        return 0;
+    }
+    if (owner_.locked_ && WorksTheList(key)) return 0;
+    owner_.deleting_ = key == keys::deleteKey;
+    return Default(message, static_cast<WPARAM>(key), lParam);
+}
+
+LRESULT ComboWindow::EditField::OnCharacter(WPARAM wParam, LPARAM lParam) {
+    if (std::exchange(dropNextCharacter_, false)) return 0;
+    auto character = static_cast<int>(wParam);
+    if (owner_.listener_) {
+        const LifeWatch alive = owner_.Watch();
+        owner_.listener_->ComboKeyPress(owner_, character);
+        if (!alive.Alive()) return 0;
+    }
+    if (character == 0) return 0;
+    owner_.deleting_ = character == keys::backspace;
+    return Default(WM_CHAR, static_cast<WPARAM>(character), lParam);
+}
+
+}  // namespace qvx
