@@ -56,7 +56,7 @@ Rect MessageBoxWindow::IconArea() const { return PixelsOf(design::icon); }
 
 void MessageBoxWindow::PlaceButton(buttons::ButtonWindow& button, const ButtonPlace& place) {
     button.tag = place.tag;
-    button.SetCaption(place.caption);
+    button.Button().SetCaption(place.caption);
     const Rect bounds =
         PixelsOf({place.left, place.top, place.left + design::button.width, place.top + design::button.height});
     MoveWindow(button.Handle(), bounds.left, bounds.top, bounds.Width(), bounds.Height(), FALSE);
@@ -84,8 +84,8 @@ bool MessageBoxWindow::Open(HWND owner, const MessageRequest& request) {
     okActive_ = layout_.ok.tabIndex == 0;
     ok_.onFocus = [this](bool focused) { okActive_ = focused || okActive_; };
     cancel_.onFocus = [this](bool focused) { okActive_ = okActive_ && !focused; };
-    ok_.onClick = [this] { Close(true); };
-    cancel_.onClick = [this] { Close(false); };
+    ok_.Button().onClick = [this] { Close(true); };
+    cancel_.Button().onClick = [this] { Close(false); };
 
     const Size size{TwipsToPixels(layout_.size.width, dpi_.x), TwipsToPixels(layout_.size.height, dpi_.y)};
     const Rect work = WorkArea(owner);
@@ -170,10 +170,10 @@ bool MessageBoxWindow::TakeKey(int key) {
     const int shift = ShiftState();
     switch (AnswerForKey(key, shift, layout_.cancel.visible)) {
         case Answer::ok:
-            ok_.SetValue(true);
+            ok_.Button().SetValue(true);
             return true;
         case Answer::cancel:
-            cancel_.SetValue(true);
+            cancel_.Button().SetValue(true);
             return true;
         case Answer::none:
             break;
@@ -187,9 +187,9 @@ bool MessageBoxWindow::TakeKey(int key) {
 
 bool MessageBoxWindow::TakeAccessKey(char16_t character) {
     for (buttons::ButtonWindow* button : {&ok_, &cancel_}) {
-        if (IsWindowVisible(button->Handle()) && button->AnswersTo(character)) {
+        if (IsWindowVisible(button->Handle()) && button->Button().AnswersTo(character)) {
             SetFocus(button->Handle());
-            button->AccessKeyPress(character);
+            button->Button().AccessKeyPress(character);
             return true;
         }
     }
