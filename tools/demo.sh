@@ -69,6 +69,7 @@ run_demo() {
       take_picture "$screenshot" "$keys_window" || status=1
     fi
     close_host "$title" || status=1
+    end_group "$host_group"
     wait "$host_group" || status=$?
   fi
   if ((status != 0)); then
