@@ -1,0 +1,174 @@
+#include "server/registration.h"
+
+#include <oleauto.h>
+
+#include <algorithm>
+#include <set>
+
+#include "Qvx.h"
+#include "com/guard.h"
+#include "com/module.h"
+#include "com/text.h"
+#include "com/type_library.h"
+#include "server/control_class.h"
+
+// The cross-compiler's headers leave these two out.
+extern "C" HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* helpFolder);
+extern "C" HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID library, WORD major, WORD minor, LCID locale, SYSKIND kind);
+
+namespace qvx {
+
+namespace {
+
+constexpr wchar_t libraryName[] = L"Qvx";
+constexpr wchar_t libraryVersion[] = L"1.0";
+
+class RegistryKey {
+  public:
+    RegistryKey() = default;
+    ~RegistryKey() {
+        if (key_) RegCloseKey(key_);
+    }
+    RegistryKey(const RegistryKey&) = delete;
+    RegistryKey& operator=(const RegistryKey&) = delete;
+    HKEY get() const { return key_; }
+    HKEY* put() { return &key_; }
+
+  private:
+    HKEY key_ = nullptr;
+};
+
+void Open(ClassRoot root, RegistryKey& classes) {
+    HKEY base = HKEY_CLASSES_ROOT;
+    const wchar_t* path = L"";
+    if (root != ClassRoot::standard) {
+        base = root == ClassRoot::user ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
+        path = L"Software\\Classes";
+    }
+    Check(HRESULT_FROM_WIN32(static_cast<DWORD>(
+        RegCreateKeyExW(base, path, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, classes.put(), nullptr))));
+}
+
+std::wstring Spell(REFGUID id) {
+    wchar_t text[40];
+    StringFromGUID2(id, text, static_cast<int>(std::size(text)));
+    return text;
+}
+
+void Write(HKEY classes, const RegistryValue& value) {
+    RegistryKey key;
+    Check(HRESULT_FROM_WIN32(static_cast<DWORD>(
+        RegCreateKeyExW(classes, value.key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, key.put(), nullptr))));
+    if (value.name.empty() && value.data.empty()) return;
+    Check(HRESULT_FROM_WIN32(
+        static_cast<DWORD>(RegSetValueExW(key.get(), value.name.empty() ? nullptr : value.name.c_str(), 0, REG_SZ,
+                                          reinterpret_cast<const BYTE*>(value.data.c_str()),
+                                          static_cast<DWORD>((value.data.size() + 1) * sizeof(wchar_t))))));
+}
+
+bool IsEmpty(HKEY key) {
+    DWORD keys = 0;
+    DWORD values = 0;
+    const LSTATUS queried = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
+                                             nullptr, nullptr, nullptr);
+    return queried == ERROR_SUCCESS && keys == 0 && values == 0;
+}
+
+// Takes the values away, then every key of theirs that nothing is left in, from the innermost out.
+void Remove(HKEY classes, const std::vector<RegistryValue>& entries) {
+    std::set<std::wstring> keys;
+    for (const RegistryValue& entry : entries) {
+        RegistryKey key;
+        if (RegOpenKeyExW(classes, entry.key.c_str(), 0, KEY_WRITE, key.put()) == ERROR_SUCCESS) {
+            RegDeleteValueW(key.get(), entry.name.empty() ? nullptr : entry.name.c_str());
+        }
+        for (std::wstring path = entry.key;;) {
+            keys.insert(path);
+            const auto parent = path.find_last_of(L'\\');
+            // The lists that all servers share are not ours to remove.
+            if (parent == std::wstring::npos || path.substr(0, parent) == L"CLSID") break;
+            path.resize(parent);
+        }
+    }
+    std::vector<std::wstring> innermostFirst(keys.begin(), keys.end());
+    std::sort(innermostFirst.begin(), innermostFirst.end(),
+              [](const auto& a, const auto& b) { return a.size() > b.size(); });
+    for (const std::wstring& path : innermostFirst) {
+        RegistryKey key;
+        if (RegOpenKeyExW(classes, path.c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS) continue;
+        if (IsEmpty(key.get())) RegDeleteKeyW(classes, path.c_str());
+    }
+}
+
+HRESULT RegisterLibrary(ClassRoot root) {
+    const auto library = LoadOwnTypeLibrary();
+    Text path = ModulePath(ThisModule());
+    return root == ClassRoot::user ? RegisterTypeLibForUser(library.get(), WideBuffer(path), nullptr)
+                                   : RegisterTypeLib(library.get(), WideBuffer(path), nullptr);
+}
+
+HRESULT UnregisterLibrary(ClassRoot root) {
+    const SYSKIND kind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
+    const HRESULT result = root == ClassRoot::user ? UnRegisterTypeLibForUser(LIBID_Qvx, 1, 0, LOCALE_NEUTRAL, kind)
+                                                   : UnRegisterTypeLib(LIBID_Qvx, 1, 0, LOCALE_NEUTRAL, kind);
+    // Unregistering twice is no failure.
+    return result == TYPE_E_REGISTRYACCESS || result == TYPE_E_LIBNOTREGISTERED ? S_OK : result;
+}
+
+}  // namespace
+
+std::vector<RegistryValue> RegistrationEntries() {
+    std::vector<RegistryValue> entries;
+    const Text path = ModulePath(ThisModule());
+    const std::wstring server(Wide(TextView(path)));
+    for (const ControlClass& control : AllControls()) {
+        const std::wstring id = Spell(*control.id);
+        const std::wstring plain = std::wstring(libraryName) + L"." + control.name;
+        const std::wstring versioned = plain + L".1";
+        const std::wstring description = control.description;
+        const std::wstring base = L"CLSID\\" + id;
+        entries.insert(entries.end(),
+                       {
+                           {plain, L"", description},
+                           {plain + L"\\CLSID", L"", id},
+                           {plain + L"\\CurVer", L"", versioned},
+                           {versioned, L"", description},
+                           {versioned + L"\\CLSID", L"", id},
+                           {base, L"", description},
+                           {base + L"\\ProgID", L"", versioned},
+                           {base + L"\\VersionIndependentProgID", L"", plain},
+                           {base + L"\\InprocServer32", L"", server},
+                           {base + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
+                           {base + L"\\Control", L"", L""},
+                           {base + L"\\MiscStatus", L"", L"0"},
+                           {base + L"\\MiscStatus\\1", L"", std::to_wstring(control.miscStatus)},
+                           {base + L"\\ToolboxBitmap32", L"", server + L", " + std::to_wstring(control.toolboxBitmap)},
+                           {base + L"\\TypeLib", L"", Spell(LIBID_Qvx)},
+                           {base + L"\\Version", L"", libraryVersion},
+                       });
+    }
+    return entries;
+}
+
+HRESULT RegisterServer(ClassRoot root) {
+    const std::vector<RegistryValue> entries = RegistrationEntries();
+    RegistryKey classes;
+    Open(root, classes);
+    try {
+        for (const RegistryValue& entry : entries) Write(classes.get(), entry);
+        Check(RegisterLibrary(root));
+    } catch (...) {
+        Remove(classes.get(), entries);
+        throw;
+    }
+    return S_OK;
+}
+
+HRESULT UnregisterServer(ClassRoot root) {
+    RegistryKey classes;
+    Open(root, classes);
+    Remove(classes.get(), RegistrationEntries());
+    return UnregisterLibrary(root);
+}
+
+}  // namespace qvx

@@ -1,0 +1,5 @@
+// Numbers of the component server's resources.
+#pragma once
+
+#define QVX_TOOLBOX_COMBOGRID 101
+#define QVX_TOOLBOX_BUTTON 102
