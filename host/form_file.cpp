@@ -284,31 +284,18 @@ void Block::Set(TextView wanted, const FormValue& value) {
     bool asHex = wanted.find(u"Color") != TextView::npos;
     if (found) asHex = found->source.substr(0, 2) == u"&H" || found->source.substr(0, 2) == u"&h";
     Text source = FormatValue(value, asHex);
-    TextView remark;
     if (std::holds_alternative<bool>(value)) {
         // FormatValue brings the remark along; it is part of the line, not of the value as written.
         const std::size_t quote = source.find(u'\'');
-        remark = TextView(source).substr(quote);
-        const Text kept(remark);
+        const Text remark = source.substr(quote);
         source.resize(quote);
-        SetLine(wanted, value, std::move(source), kept);
+        SetLine(wanted, value, std::move(source), remark);
         return;
     }
     SetLine(wanted, value, std::move(source), {});
 }
 
-void Block::SetSource(TextView wanted, TextView source) {
-    const Entry* found = FindProperty(wanted);
-    if (found && found->source == source) return;
-    bool malformed = false;
-    ValueLine read = ParseValue(source, malformed);
-    if (malformed || read.source != source || source.find_first_of(u"\r\n") != TextView::npos) {
-        throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
-    }
-    SetLine(wanted, std::move(read.value), Text(source), {});
-}
-
-void Block::SetLine(TextView wanted, std::optional<FormValue> value, Text source, TextView remark) {
+void Block::SetLine(TextView wanted, const FormValue& value, Text source, TextView remark) {
     if (!IsPropertyName(wanted) || source.size() + wanted.size() + 1024 > limits::lineLength) {
         throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
     }
@@ -318,14 +305,14 @@ void Block::SetLine(TextView wanted, std::optional<FormValue> value, Text source
         std::size_t start = equals + 1;
         while (start < entry.line.text.size() && IsBlank(entry.line.text[start])) ++start;
         entry.line.text = entry.line.text.substr(0, start) + source + Text(remark);
-        entry.value = std::move(value);
+        entry.value = value;
         entry.source = Trim(source);
         return;
     }
     Entry entry;
     entry.kind = Entry::Kind::property;
     entry.name = wanted;
-    entry.value = std::move(value);
+    entry.value = value;
     Text padded(wanted);
     if (padded.size() < 16) padded.resize(16, u' ');
     entry.line = {ChildIndent() + padded + u"=   " + source + Text(remark), begin.lineEnd};

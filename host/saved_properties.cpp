@@ -15,8 +15,6 @@ bool SameProperties(const SavedProperties& a, const SavedProperties& b) {
 void Write(Block& block, const SavedProperty& property) {
     if (const auto* value = std::get_if<FormValue>(&property.value)) {
         block.Set(property.name, *value);
-    } else if (const auto* source = std::get_if<SavedSource>(&property.value)) {
-        block.SetSource(property.name, source->source);
     } else {
         const SavedGroup& group = *std::get<std::shared_ptr<SavedGroup>>(property.value);
         Block& inner = block.Group(property.name, group.classId);

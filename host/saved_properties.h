@@ -12,15 +12,9 @@ namespace qvx::host {
 
 struct SavedGroup;
 
-// A word that stands in the file as it is, such as the name of a picture's file.
-struct SavedSource {
-    Text source;
-    friend bool operator==(const SavedSource&, const SavedSource&) = default;
-};
-
 struct SavedProperty {
     Text name;
-    std::variant<FormValue, SavedSource, std::shared_ptr<SavedGroup>> value;
+    std::variant<FormValue, std::shared_ptr<SavedGroup>> value;
 };
 
 // In the order of writing. A name stands once: writing it again replaces the value.

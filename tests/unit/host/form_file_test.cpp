@@ -134,7 +134,6 @@ TEST(FormFile, AChangeTouchesItsOwnLineOnly) {
     file.form.Set(u"Left", std::int32_t{-15});
     file.form.Set(u"ForeColor", static_cast<std::int32_t>(0x80000008));
     file.form.Set(u"Visible", false);
-    file.form.SetSource(u"Shortcut", u"^S");
     Block& font = file.form.Group(u"Font", u"{0BE35203-8F91-11CE-9DE3-00AA004BB851}");
     font.Set(u"Size", 8.25);
     file.form.Objects()[0]->Set(u"Caption", Text(u"two\r\nlines"));
@@ -146,7 +145,6 @@ TEST(FormFile, AChangeTouchesItsOwnLineOnly) {
               "   Left            =   -15\r\n"
               "   ForeColor       =   &H80000008&\r\n"
               "   Visible         =   0   'False\r\n"
-              "   Shortcut        =   ^S\r\n"
               "   BeginProperty Font {0BE35203-8F91-11CE-9DE3-00AA004BB851}\r\n"
               "      Size            =   8.25\r\n"
               "   EndProperty\r\n"
@@ -157,7 +155,6 @@ TEST(FormFile, AChangeTouchesItsOwnLineOnly) {
     EXPECT_TRUE(file.form.Remove(u"font"));
     EXPECT_FALSE(file.form.Remove(u"Font"));
     EXPECT_THROW(file.form.Set(u"two words", true), RunTimeError);
-    EXPECT_THROW(file.form.SetSource(u"Shortcut", u"\"open"), RunTimeError);
 }
 
 TEST(FormFile, TextBeyondTheOldCodePageTurnsTheFileToUtf8) {

@@ -1,0 +1,348 @@
+#include "host/builtin_window.h"
+
+#include <olectl.h>
+
+#include <algorithm>
+
+#include "com/text.h"
+#include "common/run_time_error.h"
+#include "host/form_font.h"
+#include "host/form_window.h"
+#include "host/tab_order.h"
+#include "win/gdi_surface.h"
+#include "win/module.h"
+
+namespace qvx::host {
+
+namespace {
+
+constexpr OLE_COLOR windowBackground = 0x80000005;
+constexpr OLE_COLOR windowText = 0x80000008;
+
+COLORREF ToSystem(OLE_COLOR color) {
+    COLORREF rgb = 0;
+    OleTranslateColor(color, nullptr, &rgb);
+    return rgb;
+}
+
+Text ReadWindowText(HWND window) {
+    Text text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, u'\0');
+    text.resize(static_cast<std::size_t>(GetWindowTextW(window, WideBuffer(text), static_cast<int>(text.size()))));
+    return text;
+}
+
+}  // namespace
+
+std::optional<BuiltIn> FindBuiltIn(TextView className) {
+    if (SameName(className, u"Label")) return BuiltIn::label;
+    if (SameName(className, u"TextBox")) return BuiltIn::textBox;
+    if (SameName(className, u"Frame")) return BuiltIn::frame;
+    return std::nullopt;
+}
+
+// What scripts see behind the extended control.
+class BuiltInControl::Members final : public NamedObject {
+  public:
+    explicit Members(BuiltInControl& control) : control_(&control) {
+        AddProperty(u"BackColor", [this](const Call& call) {
+            BuiltInControl& c = Control();
+            if (call.put) c.ownBackColor_ = true, c.SetColor(c.backColor_, static_cast<OLE_COLOR>(call.LongValue()));
+            return Variant(static_cast<long>(c.backColor_));
+        });
+        AddProperty(u"ForeColor", [this](const Call& call) {
+            BuiltInControl& c = Control();
+            if (call.put) c.ownForeColor_ = true, c.SetColor(c.foreColor_, static_cast<OLE_COLOR>(call.LongValue()));
+            return Variant(static_cast<long>(c.foreColor_));
+        });
+        AddProperty(u"Font", [this](const Call& call) {
+            BuiltInControl& c = Control();
+            if (call.put) {
+                const auto font = call.Value().ToObject<IFontDisp>();
+                if (!font) ThrowTypeMismatch();
+                c.font_.Set(font.get(), false);
+            }
+            const auto font = ComPtr<IFontDisp>::Adopt(c.font_.Get());
+            return Variant(static_cast<IDispatch*>(font.get()));
+        });
+        AddReadOnly(u"hWnd", [this](const Call&) {
+            return Variant(static_cast<long>(reinterpret_cast<LONG_PTR>(Control().window_)));
+        });
+        AddMethod(u"Refresh", [this](const Call&) {
+            RedrawWindow(Control().window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
+            return Variant();
+        });
+        if (control.kind_ == BuiltIn::textBox) {
+            AddText(u"Text");
+            AddTextBoxMembers();
+        } else {
+            AddText(u"Caption");
+        }
+    }
+    void Forget() { control_ = nullptr; }
+
+  private:
+    ~Members() override = default;
+
+    BuiltInControl& Control() const {
+        constexpr int objectNotSet = 91;
+        if (!control_) throw RunTimeError(objectNotSet, u"Object variable not set");
+        return *control_;
+    }
+
+    void AddText(const char16_t* name) {
+        AddProperty(name, [this](const Call& call) {
+            if (call.put) SetWindowTextW(Control().window_, Wide(call.StringValue()));
+            return Variant(ReadWindowText(Control().window_));
+        });
+        SetDefaultMember(name);
+    }
+
+    void AddTextBoxMembers() {
+        AddProperty(u"MaxLength", [this](const Call& call) {
+            if (call.put) {
+                Control().maxLength_ = static_cast<int>(std::max(call.LongValue(), 0L));
+                SendMessageW(Control().window_, EM_SETLIMITTEXT, static_cast<WPARAM>(Control().maxLength_), 0);
+            }
+            return Variant(Control().maxLength_);
+        });
+        AddProperty(u"Locked", [this](const Call& call) {
+            if (call.put) {
+                Control().locked_ = call.BoolValue();
+                SendMessageW(Control().window_, EM_SETREADONLY, Control().locked_, 0);
+            }
+            return Variant(Control().locked_);
+        });
+        AddProperty(u"SelStart", [this](const Call& call) {
+            if (call.put) Select(call.LongValue(), 0);
+            return Variant(static_cast<long>(Selection().first));
+        });
+        AddProperty(u"SelLength", [this](const Call& call) {
+            if (call.put) Select(static_cast<long>(Selection().first), call.LongValue());
+            const auto [start, end] = Selection();
+            return Variant(static_cast<long>(end - start));
+        });
+        AddProperty(u"SelText", [this](const Call& call) {
+            if (call.put) {
+                const Text text = call.StringValue();
+                SendMessageW(Control().window_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(Wide(text)));
+            }
+            const auto [start, end] = Selection();
+            return Variant(ReadWindowText(Control().window_).substr(start, end - start));
+        });
+    }
+
+    std::pair<DWORD, DWORD> Selection() const {
+        DWORD start = 0;
+        DWORD end = 0;
+        SendMessageW(Control().window_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+        return {start, end};
+    }
+    void Select(long start, long length) {
+        if (start < 0 || length < 0) throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
+        SendMessageW(Control().window_, EM_SETSEL, static_cast<WPARAM>(start), start + length);
+    }
+
+    BuiltInControl* control_;
+};
+
+// The windows inside a frame send their messages to it; the form answers them.
+class BuiltInControl::Relay final : public WindowSubclass {
+  public:
+    explicit Relay(HWND form) : form_(form) {}
+
+  protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+        switch (message) {
+            case WM_COMMAND:
+            case WM_CTLCOLORSTATIC:
+            case WM_CTLCOLOREDIT:
+            case WM_CTLCOLORBTN:
+                return SendMessageW(form_, message, wParam, lParam);
+            default:
+                return Default(message, wParam, lParam);
+        }
+    }
+
+  private:
+    HWND form_;
+};
+
+BuiltInControl::BuiltInControl(HostForm& form, Block& block, FormControl* container, BuiltIn kind)
+    : FormControl(form, block, container),
+      kind_(kind),
+      enabled_(block.BoolOf(u"Enabled", true)),
+      backColor_(kind == BuiltIn::textBox ? windowBackground : form.BackColor()),
+      foreColor_(kind == BuiltIn::textBox ? windowText : form.ForeColor()),
+      ownBackColor_(block.Find(u"BackColor") != nullptr),
+      ownForeColor_(block.Find(u"ForeColor") != nullptr),
+      ownFont_(block.FindGroup(u"Font") != nullptr),
+      alignment_(block.IntOf(u"Alignment", 0)),
+      borderStyle_(block.IntOf(u"BorderStyle", kind == BuiltIn::textBox ? 1 : 0)),
+      opaque_(block.IntOf(u"BackStyle", 1) != 0),
+      multiLine_(block.BoolOf(u"MultiLine", false)),
+      scrollBars_(block.IntOf(u"ScrollBars", 0)),
+      locked_(block.BoolOf(u"Locked", false)),
+      maxLength_(std::max(block.IntOf(u"MaxLength", 0), 0)),
+      passwordChar_(block.TextOf(u"PasswordChar")),
+      font_([this] {
+          ownFont_ = true;
+          ApplyFont();
+      }) {
+    backColor_ = static_cast<OLE_COLOR>(block.IntOf(u"BackColor", static_cast<std::int32_t>(backColor_)));
+    foreColor_ = static_cast<OLE_COLOR>(block.IntOf(u"ForeColor", static_cast<std::int32_t>(foreColor_)));
+    const Block* font = block.FindGroup(u"Font");
+    font_.Load(font ? ReadFont(*font, form.Font().Spec()) : form.Font().Spec());
+    quiet_ = true;
+    CreateSystemWindow();
+    ApplyFont();
+    const Text text = block.TextOf(kind == BuiltIn::textBox ? u"Text" : u"Caption");
+    SetWindowTextW(window_, Wide(text));
+    quiet_ = false;
+    members_ = MakeObject<Members>(*this);
+}
+
+BuiltInControl::~BuiltInControl() {
+    members_->Forget();
+    relay_.reset();
+    if (window_ && IsWindow(window_)) DestroyWindow(window_);
+}
+
+DWORD BuiltInControl::StyleBits() const {
+    if (kind_ == BuiltIn::frame) return BS_GROUPBOX | WS_CLIPCHILDREN;
+    if (kind_ == BuiltIn::label) {
+        const DWORD alignment = alignment_ == 1 ? SS_RIGHT : alignment_ == 2 ? SS_CENTER : SS_LEFT;
+        return SS_NOTIFY | alignment | (borderStyle_ ? WS_BORDER : 0u);
+    }
+    const DWORD alignment = alignment_ == 1 ? ES_RIGHT : alignment_ == 2 ? ES_CENTER : ES_LEFT;
+    DWORD style = alignment | (multiLine_ ? ES_MULTILINE | ES_WANTRETURN : ES_AUTOHSCROLL);
+    if (multiLine_ && (scrollBars_ & 1)) style |= WS_HSCROLL | ES_AUTOHSCROLL;
+    if (multiLine_ && (scrollBars_ & 2)) style |= WS_VSCROLL | ES_AUTOVSCROLL;
+    if (locked_) style |= ES_READONLY;
+    if (!passwordChar_.empty()) style |= ES_PASSWORD;
+    return style;
+}
+
+void BuiltInControl::CreateSystemWindow() {
+    const RECT bounds = PixelBounds();
+    const wchar_t* className = kind_ == BuiltIn::label ? L"STATIC" : kind_ == BuiltIn::frame ? L"BUTTON" : L"EDIT";
+    const DWORD style =
+        WS_CHILD | WS_CLIPSIBLINGS | StyleBits() | (Visible() ? WS_VISIBLE : 0u) | (enabled_ ? 0u : WS_DISABLED);
+    const DWORD exStyle = kind_ == BuiltIn::textBox && borderStyle_ ? WS_EX_CLIENTEDGE : 0u;
+    window_ =
+        CreateWindowExW(exStyle, className, L"", style, bounds.left, bounds.top, bounds.right - bounds.left,
+                        bounds.bottom - bounds.top, Form().ParentWindow(*this), nullptr, ModuleInstance(), nullptr);
+    if (!window_) throw FormFileError(LineNumber(), u"the system refuses a window for \"" + Name() + u"\"");
+    if (kind_ == BuiltIn::frame) {
+        relay_ = std::make_unique<Relay>(Form().Handle());
+        relay_->Attach(window_);
+    }
+    if (kind_ == BuiltIn::textBox) {
+        if (maxLength_ > 0) SendMessageW(window_, EM_SETLIMITTEXT, static_cast<WPARAM>(maxLength_), 0);
+        if (!passwordChar_.empty()) SendMessageW(window_, EM_SETPASSWORDCHAR, passwordChar_[0], 0);
+    }
+    SetColor(backColor_, backColor_);
+}
+
+void BuiltInControl::ApplyFont() {
+    if (!window_) return;
+    SharedFont font = AcquireFont(font_.Spec(), Form().FormDpi());
+    SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
+    systemFont_ = std::move(font);  // the former one only now: the window has let go of it
+}
+
+void BuiltInControl::SetColor(OLE_COLOR& color, OLE_COLOR value) {
+    color = value;
+    brush_.Reset(CreateSolidBrush(ToSystem(backColor_)));
+    if (window_) InvalidateRect(window_, nullptr, TRUE);
+}
+
+HBRUSH BuiltInControl::OnColor(HDC dc) {
+    SetTextColor(dc, ToSystem(foreColor_));
+    SetBkColor(dc, ToSystem(backColor_));
+    if (kind_ == BuiltIn::label && !opaque_) {
+        SetBkMode(dc, TRANSPARENT);
+        return nullptr;
+    }
+    return brush_.Get();
+}
+
+void BuiltInControl::Focus(const MSG*) {
+    SetFocus(window_);
+    // As the user finds it after Tab: all of the text is selected.
+    if (kind_ == BuiltIn::textBox && !multiLine_) SendMessageW(window_, EM_SETSEL, 0, -1);
+    Form().FollowFocus();
+}
+
+bool BuiltInControl::CanFocus() const {
+    return kind_ == BuiltIn::textBox && IsWindowVisible(window_) && IsWindowEnabled(window_);
+}
+
+void BuiltInControl::SetEnabled(bool enabled) {
+    enabled_ = enabled;
+    EnableWindow(window_, enabled);
+}
+
+ComPtr<IDispatch> BuiltInControl::Inner() const { return members_; }
+
+std::vector<char16_t> BuiltInControl::AccessKeys() const {
+    if (kind_ == BuiltIn::textBox) return {};
+    const char16_t key = AccessKey(ReadWindowText(window_));
+    return key ? std::vector<char16_t>{key} : std::vector<char16_t>{};
+}
+
+void BuiltInControl::OnAmbientChanged(DISPID property) {
+    const bool followsColors = kind_ != BuiltIn::textBox;
+    if (property == DISPID_AMBIENT_BACKCOLOR && followsColors && !ownBackColor_)
+        SetColor(backColor_, Form().BackColor());
+    if (property == DISPID_AMBIENT_FORECOLOR && followsColors && !ownForeColor_)
+        SetColor(foreColor_, Form().ForeColor());
+    if (property == DISPID_AMBIENT_FONT && !ownFont_) {
+        font_.Load(Form().Font().Spec());
+        ApplyFont();
+    }
+}
+
+void BuiltInControl::OnCommand(UINT notification) {
+    if (quiet_) return;
+    if (kind_ == BuiltIn::textBox) {
+        if (notification == EN_CHANGE) Form().Fire(*this, u"Change", {});
+    } else if (kind_ == BuiltIn::label) {
+        if (notification == STN_CLICKED) Form().Fire(*this, u"Click", {});
+        if (notification == STN_DBLCLK) Form().Fire(*this, u"DblClick", {});
+    }
+}
+
+void BuiltInControl::ApplyBounds(const RECT& pixels) {
+    SetWindowPos(window_, nullptr, pixels.left, pixels.top, pixels.right - pixels.left, pixels.bottom - pixels.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void BuiltInControl::ApplyVisible(bool visible) { ShowWindow(window_, visible ? SW_SHOWNA : SW_HIDE); }
+
+void BuiltInControl::SaveOwn(SavedProperties& saved) {
+    const bool textBox = kind_ == BuiltIn::textBox;
+    const auto addUnless = [&](const char16_t* name, bool isDefault, FormValue value) {
+        if (!isDefault) saved.Add(name, std::move(value));
+    };
+    if (ownBackColor_) saved.Add(u"BackColor", static_cast<std::int32_t>(backColor_));
+    if (ownForeColor_) saved.Add(u"ForeColor", static_cast<std::int32_t>(foreColor_));
+    const Text text = ReadWindowText(window_);
+    addUnless(textBox ? u"Text" : u"Caption", text.empty(), text);
+    addUnless(u"Enabled", enabled_, false);
+    addUnless(u"Alignment", alignment_ == 0, std::int32_t{alignment_});
+    addUnless(u"BorderStyle", borderStyle_ == (textBox ? 1 : 0), std::int32_t{borderStyle_});
+    addUnless(u"BackStyle", opaque_, std::int32_t{0});
+    addUnless(u"MultiLine", !multiLine_, true);
+    addUnless(u"ScrollBars", scrollBars_ == 0, std::int32_t{scrollBars_});
+    addUnless(u"Locked", !locked_, true);
+    addUnless(u"MaxLength", maxLength_ == 0, std::int32_t{maxLength_});
+    addUnless(u"PasswordChar", passwordChar_.empty(), passwordChar_);
+    if (ownFont_) saved.AddGroup(u"Font", SaveFont(font_.Spec()));
+}
+
+std::vector<Text> BuiltInControl::KnownProperties() const {
+    return {u"BackColor", u"ForeColor", u"Caption",    u"Text",   u"Enabled",   u"Alignment",    u"BorderStyle",
+            u"BackStyle", u"MultiLine", u"ScrollBars", u"Locked", u"MaxLength", u"PasswordChar", u"Font"};
+}
+
+}  // namespace qvx::host

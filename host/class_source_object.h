@@ -1,0 +1,36 @@
+// Where the classes of a form's controls come from: the system's registry, or a component file that need not be
+// registered.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include "com/pointer.h"
+#include "common/text.h"
+
+namespace qvx::host {
+
+class ClassSource {
+  public:
+    ClassSource() = default;
+    ClassSource(const ClassSource&) = delete;
+    ClassSource& operator=(const ClassSource&) = delete;
+    ~ClassSource();
+
+    // Loads a component file; the classes its type library names come from there from now on. Throws RunTimeError 53
+    // when there is no such file and ComError when it holds no components.
+    void UseFile(const Text& path);
+
+    // A new object of the class a form calls "Library.Class". Throws ComError: REGDB_E_CLASSNOTREG when nobody knows
+    // the class.
+    ComPtr<IUnknown> Create(const Text& className) const;
+
+  private:
+    bool FindInFile(const Text& className, CLSID& id) const;
+
+    HMODULE module_ = nullptr;
+    ComPtr<ITypeLib> library_;
+};
+
+}  // namespace qvx::host

@@ -1,0 +1,83 @@
+// The site of a control: what the control reaches its form through.
+#pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+#include <oleidl.h>
+
+#include "com/object.h"
+#include "host/sited_control.h"
+
+namespace qvx {
+
+template <>
+struct InterfaceTraits<IOleInPlaceSiteEx> {
+    static bool Answers(REFIID iid) {
+        return iid == __uuidof(IOleInPlaceSiteEx) || iid == __uuidof(IOleInPlaceSite) || iid == __uuidof(IOleWindow);
+    }
+};
+
+}  // namespace qvx
+
+namespace qvx::host {
+
+// Its IDispatch answers the ambient properties.
+class SitedControl::Site final : public ComObject<IOleClientSite, IOleInPlaceSiteEx, IOleControlSite, IDispatch> {
+  public:
+    Site(SitedControl& control, HostForm& form) : control_(&control), form_(&form) {}
+    // The control leaves the form; what it still asks of the site is answered by a failure.
+    void Forget() {
+        control_ = nullptr;
+        form_ = nullptr;
+    }
+
+    // IOleClientSite
+    STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
+    STDMETHODIMP GetMoniker(DWORD assign, DWORD which, IMoniker** moniker) override;
+    STDMETHODIMP GetContainer(IOleContainer** container) override;
+    STDMETHODIMP ShowObject() override { return S_OK; }
+    STDMETHODIMP OnShowWindow(WINBOOL) override { return S_OK; }
+    STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
+    // IOleWindow
+    STDMETHODIMP GetWindow(HWND* window) override;
+    STDMETHODIMP ContextSensitiveHelp(WINBOOL) override { return E_NOTIMPL; }
+    // IOleInPlaceSite
+    STDMETHODIMP CanInPlaceActivate() override { return form_ ? S_OK : S_FALSE; }
+    STDMETHODIMP OnInPlaceActivate() override { return S_OK; }
+    STDMETHODIMP OnUIActivate() override;
+    STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document, LPRECT position,
+                                  LPRECT clip, LPOLEINPLACEFRAMEINFO info) override;
+    STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
+    STDMETHODIMP OnUIDeactivate(WINBOOL) override { return S_OK; }
+    STDMETHODIMP OnInPlaceDeactivate() override { return S_OK; }
+    STDMETHODIMP DiscardUndoState() override { return E_NOTIMPL; }
+    STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
+    STDMETHODIMP OnPosRectChange(LPCRECT position) override;
+    // IOleInPlaceSiteEx
+    STDMETHODIMP OnInPlaceActivateEx(WINBOOL* noRedraw, DWORD flags) override;
+    STDMETHODIMP OnInPlaceDeactivateEx(WINBOOL) override { return S_OK; }
+    STDMETHODIMP RequestUIActivate() override { return form_ ? S_OK : S_FALSE; }
+    // IOleControlSite
+    STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
+    STDMETHODIMP LockInPlaceActive(WINBOOL) override { return S_OK; }
+    STDMETHODIMP GetExtendedControl(IDispatch** extended) override;
+    STDMETHODIMP TransformCoords(POINTL* himetric, POINTF* container, DWORD flags) override;
+    STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override;
+    STDMETHODIMP OnFocus(WINBOOL gotFocus) override;
+    STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
+    // IDispatch
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override;
+    STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
+    STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
+    STDMETHODIMP Invoke(DISPID member, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                        EXCEPINFO* exception, UINT* argumentInError) override;
+
+  private:
+    ~Site() override = default;
+
+    SitedControl* control_;
+    HostForm* form_;
+};
+
+}  // namespace qvx::host

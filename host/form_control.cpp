@@ -1,0 +1,195 @@
+#include "host/form_control.h"
+
+#include "common/run_time_error.h"
+#include "host/form_window.h"
+
+namespace qvx::host {
+
+namespace {
+// Far above what controls use, so that their own identifiers pass through unchanged.
+constexpr DISPID firstExtendedMember = 0x60000000;
+constexpr int objectNotSet = 91;
+constexpr int defaultSize = 480;  // twips, for a control whose block says nothing
+}  // namespace
+
+FormControl::FormControl(HostForm& form, Block& block, FormControl* container)
+    : form_(form),
+      block_(block),
+      container_(container),
+      index_(block.IntOf(u"Index", -1)),
+      bounds_{block.IntOf(u"Left", 0), block.IntOf(u"Top", 0), block.IntOf(u"Width", defaultSize),
+              block.IntOf(u"Height", defaultSize)},
+      visible_(block.BoolOf(u"Visible", true)),
+      tabIndex_(block.IntOf(u"TabIndex", form.NextTabIndex())),
+      tabStop_(block.BoolOf(u"TabStop", true)),
+      tag_(block.TextOf(u"Tag")),
+      toolTip_(block.TextOf(u"ToolTipText")),
+      default_(block.BoolOf(u"Default", false)),
+      cancel_(block.BoolOf(u"Cancel", false)) {
+    extended_ = MakeObject<ExtendedControl>(*this);
+}
+
+FormControl::~FormControl() { extended_->Forget(); }
+
+Text FormControl::Title() const {
+    if (index_ < 0) return Name();
+    return Name() + u"(" + ValueAsText(FormValue(std::int32_t{index_})) + u")";
+}
+
+IDispatch* FormControl::Extended() const { return extended_.get(); }
+
+RECT FormControl::PixelBounds() const {
+    const Dpi dpi = form_.FormDpi();
+    // Edges are converted, not sizes: what meets in twips then meets in pixels.
+    return {TwipsToPixels(bounds_.left, dpi.x), TwipsToPixels(bounds_.top, dpi.y),
+            TwipsToPixels(bounds_.left + bounds_.width, dpi.x), TwipsToPixels(bounds_.top + bounds_.height, dpi.y)};
+}
+
+void FormControl::Move(const TwipsRect& bounds) {
+    if (bounds.width < 0 || bounds.height < 0) {
+        throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
+    }
+    bounds_ = bounds;
+    ApplyBounds(PixelBounds());
+}
+
+void FormControl::SetVisible(bool visible) {
+    visible_ = visible;
+    ApplyVisible(visible);
+}
+
+void FormControl::SetToolTip(Text text) {
+    toolTip_ = std::move(text);
+    form_.UpdateToolTip(*this);
+}
+
+SavedProperties FormControl::Saved() {
+    SavedProperties saved;
+    const auto addUnless = [&](const char16_t* name, bool isDefault, FormValue value) {
+        if (!isDefault) saved.Add(name, std::move(value));
+    };
+    addUnless(u"Index", index_ < 0, std::int32_t{index_});
+    saved.Add(u"Left", std::int32_t{bounds_.left});
+    saved.Add(u"Top", std::int32_t{bounds_.top});
+    saved.Add(u"Width", std::int32_t{bounds_.width});
+    saved.Add(u"Height", std::int32_t{bounds_.height});
+    saved.Add(u"TabIndex", std::int32_t{tabIndex_});
+    addUnless(u"TabStop", tabStop_, false);
+    addUnless(u"Visible", visible_, false);
+    addUnless(u"Tag", tag_.empty(), tag_);
+    addUnless(u"ToolTipText", toolTip_.empty(), toolTip_);
+    addUnless(u"Default", !default_, true);
+    addUnless(u"Cancel", !cancel_, true);
+    SaveOwn(saved);
+    return saved;
+}
+
+void FormControl::SaveToBlock(MergeMode mode) {
+    static const std::vector<Text> ofTheForm = {u"Index",   u"Left",    u"Top", u"Width",       u"Height",  u"TabIndex",
+                                                u"TabStop", u"Visible", u"Tag", u"ToolTipText", u"Default", u"Cancel"};
+    std::vector<Text> known = KnownProperties();
+    known.insert(known.end(), ofTheForm.begin(), ofTheForm.end());
+    MergeSaved(block_, loaded_, Saved(), known, mode);
+}
+
+bool FormControl::TranslateKey(MSG&) { return false; }
+
+void FormControl::OnAccessKey(MSG&) {}
+
+ExtendedControl::ExtendedControl(FormControl& control) : NamedObject(firstExtendedMember), control_(&control) {
+    AddReadOnly(u"Name", [this](const Call&) { return Variant(Control().Name()); });
+    AddReadOnly(u"Parent", [this](const Call&) { return Variant(Control().Form().Automation()); });
+    AddReadOnly(u"Container", [this](const Call&) {
+        const FormControl* container = Control().Container();
+        return Variant(container ? container->Extended() : Control().Form().Automation());
+    });
+    AddReadOnly(u"Index", [this](const Call&) {
+        if (Control().Index() < 0) throw RunTimeError(343, u"Object not an array");
+        return Variant(Control().Index());
+    });
+    AddReadOnly(u"Object", [this](const Call&) { return Variant(Control().Inner().get()); });
+    AddPosition(u"Left", &TwipsRect::left);
+    AddPosition(u"Top", &TwipsRect::top);
+    AddPosition(u"Width", &TwipsRect::width);
+    AddPosition(u"Height", &TwipsRect::height);
+    AddProperty(u"Tag", [this](const Call& call) {
+        if (call.put) Control().SetTag(call.StringValue());
+        return Variant(Control().Tag());
+    });
+    AddProperty(u"ToolTipText", [this](const Call& call) {
+        if (call.put) Control().SetToolTip(call.StringValue());
+        return Variant(Control().ToolTip());
+    });
+    AddProperty(u"TabIndex", [this](const Call& call) {
+        if (call.put) Control().SetTabIndex(static_cast<int>(call.LongValue()));
+        return Variant(Control().TabIndex());
+    });
+    AddProperty(u"TabStop", [this](const Call& call) {
+        if (call.put) Control().SetTabStop(call.BoolValue());
+        return Variant(Control().HasTabStop());
+    });
+    AddProperty(u"Visible", [this](const Call& call) {
+        if (call.put) Control().SetVisible(call.BoolValue());
+        return Variant(Control().Visible());
+    });
+    AddProperty(u"Enabled", [this](const Call& call) {
+        if (call.put) Control().SetEnabled(call.BoolValue());
+        return Variant(Control().Enabled());
+    });
+    AddMethod(u"Move", [this](const Call& call) {
+        TwipsRect bounds = Control().Bounds();
+        bounds.left = static_cast<int>(call.Long(0));
+        if (call.Has(1)) bounds.top = static_cast<int>(call.Long(1));
+        if (call.Has(2)) bounds.width = static_cast<int>(call.Long(2));
+        if (call.Has(3)) bounds.height = static_cast<int>(call.Long(3));
+        Control().Move(bounds);
+        return Variant();
+    });
+    AddMethod(u"SetFocus", [this](const Call&) {
+        if (!Control().CanFocus())
+            throw RunTimeError(errors::invalidProcedureCall, u"Invalid procedure call or argument");
+        Control().Focus(nullptr);
+        return Variant();
+    });
+    // Position 0 is in front, anything else behind.
+    AddMethod(u"ZOrder", [this](const Call& call) {
+        const bool front = !call.Has(0) || call.Long(0) == 0;
+        if (const HWND window = Control().Window()) {
+            SetWindowPos(window, front ? HWND_TOP : HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        }
+        return Variant();
+    });
+}
+
+FormControl& ExtendedControl::Control() const {
+    if (!control_) throw RunTimeError(objectNotSet, u"Object variable not set");
+    return *control_;
+}
+
+void ExtendedControl::AddPosition(const char16_t* name, int TwipsRect::*field) {
+    AddProperty(name, [this, field](const Call& call) {
+        TwipsRect bounds = Control().Bounds();
+        if (call.put) {
+            bounds.*field = static_cast<int>(call.LongValue());
+            Control().Move(bounds);
+        }
+        return Variant(bounds.*field);
+    });
+}
+
+HRESULT ExtendedControl::FindOther(LPOLESTR name, DISPID* id) {
+    const ComPtr<IDispatch> inner = Control().Inner();
+    if (!inner) return DISP_E_UNKNOWNNAME;
+    const HRESULT found = inner->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, id);
+    // An identifier of the inner object that looks like one of ours could not be told apart.
+    return SUCCEEDED(found) && *id >= firstExtendedMember ? DISP_E_UNKNOWNNAME : found;
+}
+
+HRESULT ExtendedControl::InvokeOther(DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                                     EXCEPINFO* exception, UINT* argumentInError) {
+    const ComPtr<IDispatch> inner = Control().Inner();
+    if (!inner) return DISP_E_MEMBERNOTFOUND;
+    return inner->Invoke(member, IID_NULL, locale, flags, parameters, result, exception, argumentInError);
+}
+
+}  // namespace qvx::host

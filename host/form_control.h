@@ -1,0 +1,148 @@
+// One control on a form, whatever it is made of, and the extended control that scripts and the control itself see of
+// it: the members the form adds (Name, Left, TabIndex ...) in front of the control's own.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <vector>
+
+#include "com/pointer.h"
+#include "host/form_file.h"
+#include "host/named_object.h"
+#include "host/saved_properties.h"
+
+namespace qvx::host {
+
+class HostForm;
+class ExtendedControl;
+
+struct TwipsRect {
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+};
+
+class FormControl {
+  public:
+    // `container` is the control this one stands in (a frame), or null for the form itself. Both outlive the control.
+    FormControl(HostForm& form, Block& block, FormControl* container);
+    FormControl(const FormControl&) = delete;
+    FormControl& operator=(const FormControl&) = delete;
+    virtual ~FormControl();
+
+    HostForm& Form() const { return form_; }
+    FormControl* Container() const { return container_; }
+    const Text& Name() const { return block_.name; }
+    const Text& ClassName() const { return block_.className; }
+    int LineNumber() const { return block_.lineNumber; }
+    // The Index of an element of a control array, or -1.
+    int Index() const { return index_; }
+    // What the name and the index are to the user: "txtField" or "txtField(2)".
+    Text Title() const;
+    IDispatch* Extended() const;
+
+    // Relative to the container, in twips.
+    const TwipsRect& Bounds() const { return bounds_; }
+    void Move(const TwipsRect& bounds);
+    RECT PixelBounds() const;
+    bool Visible() const { return visible_; }
+    void SetVisible(bool visible);
+    int TabIndex() const { return tabIndex_; }
+    void SetTabIndex(int index) { tabIndex_ = index; }
+    bool HasTabStop() const { return tabStop_; }
+    void SetTabStop(bool tabStop) { tabStop_ = tabStop; }
+    const Text& Tag() const { return tag_; }
+    void SetTag(Text tag) { tag_ = std::move(tag); }
+    const Text& ToolTip() const { return toolTip_; }
+    void SetToolTip(Text text);
+    // The buttons that Enter and Escape mean when the active control leaves these keys alone.
+    bool IsDefault() const { return default_; }
+    bool IsCancel() const { return cancel_; }
+
+    // Before the script runs: what the control is like now is what its block says.
+    void RememberAsLoaded() { loaded_ = Saved(); }
+    // Brings what changed since (or everything) into the block.
+    void SaveToBlock(MergeMode mode);
+
+    // The window of the control, or null for one that has none. Children of a container are children of this window.
+    virtual HWND Window() const = 0;
+    virtual void Focus(const MSG* message) = 0;
+    // Whether it can take the focus at all, now.
+    virtual bool CanFocus() const = 0;
+    virtual bool Enabled() const = 0;
+    virtual void SetEnabled(bool enabled) = 0;
+    // The members that are the control's own; may be null.
+    virtual ComPtr<IDispatch> Inner() const = 0;
+    // The control's own handling of a key message while it has the focus; true when it took the key.
+    virtual bool TranslateKey(MSG& message);
+    // The keys that Alt reaches it by, in lower case.
+    virtual std::vector<char16_t> AccessKeys() const { return {}; }
+    // Its access key, or Enter or Escape for a default or cancel button, was pressed.
+    virtual void OnAccessKey(MSG& message);
+    // Whether Enter belongs to the control rather than to the form's default button.
+    virtual bool TakesReturn() const { return false; }
+    // Whether Enter does nothing in the control but sound the beep.
+    virtual bool IgnoresReturn() const { return false; }
+    // Whether Enter presses it while it has the focus.
+    virtual bool IsButton() const { return false; }
+    // Focus leaves the control for another one of the form.
+    virtual void OnLeft() {}
+    // The form's font or colours have changed.
+    virtual void OnAmbientChanged(DISPID) {}
+    // A command of the control's window (BN_CLICKED, EN_CHANGE ...).
+    virtual void OnCommand(UINT) {}
+    // The brush and colours of a system window; null for the form's own.
+    virtual HBRUSH OnColor(HDC) { return nullptr; }
+
+  protected:
+    virtual void ApplyBounds(const RECT& pixels) = 0;
+    virtual void ApplyVisible(bool visible) = 0;
+    // Adds the control's own properties to what the form keeps for it.
+    virtual void SaveOwn(SavedProperties& saved) = 0;
+    // The names that the control knows in its block.
+    virtual std::vector<Text> KnownProperties() const = 0;
+
+    const Block& File() const { return block_; }
+
+  private:
+    SavedProperties Saved();
+
+    HostForm& form_;
+    Block& block_;
+    FormControl* container_;
+    ComPtr<ExtendedControl> extended_;
+    int index_;
+    TwipsRect bounds_;
+    bool visible_;
+    int tabIndex_;
+    bool tabStop_;
+    Text tag_;
+    Text toolTip_;
+    bool default_;
+    bool cancel_;
+    SavedProperties loaded_;
+};
+
+class ExtendedControl final : public NamedObject {
+  public:
+    explicit ExtendedControl(FormControl& control);
+    // The control is gone; scripts that still hold this object get error 91.
+    void Forget() { control_ = nullptr; }
+
+  protected:
+    HRESULT FindOther(LPOLESTR name, DISPID* id) override;
+    HRESULT InvokeOther(DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                        EXCEPINFO* exception, UINT* argumentInError) override;
+
+  private:
+    ~ExtendedControl() override = default;
+    FormControl& Control() const;
+    void AddPosition(const char16_t* name, int TwipsRect::*field);
+
+    FormControl* control_;
+};
+
+}  // namespace qvx::host

@@ -1,0 +1,384 @@
+#include "host/form_object.h"
+
+#include "com/enumerator.h"
+#include "com/guard.h"
+#include "com/module.h"
+#include "com/safearray.h"
+#include "common/run_time_error.h"
+#include "host/text_encoding.h"
+
+namespace qvx::host {
+
+namespace {
+
+// Identifiers of controls and menus by name, above the form's own members.
+constexpr DISPID firstNamed = 0x10000;
+constexpr int objectNotSet = 91;
+
+struct CopyUnknown {
+    static void Out(const ComPtr<IUnknown>& object, IUnknown** to) { *to = object.copy(); }
+};
+
+// An object that belongs to a form, and may outlive it in a script's variable: it reaches the form through the form's
+// own object, which knows.
+class FormPart : public NamedObject {
+  protected:
+    explicit FormPart(HostForm& form) : form_(&form), watch_(form.Watch()) {}
+    ~FormPart() override = default;
+    HostForm& Form() const {
+        if (!watch_.Alive()) throw RunTimeError(objectNotSet, u"Object variable not set");
+        return *form_;
+    }
+
+    void AddEnumerator(std::function<std::vector<ComPtr<IDispatch>>()> elements) { elements_ = std::move(elements); }
+    HRESULT InvokeOther(DISPID member, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
+        if (member != DISPID_NEWENUM || !elements_) return DISP_E_MEMBERNOTFOUND;
+        if (!result) return E_POINTER;
+        *result = Variant(MakeEnumerator(elements_()).get()).detach();
+        return S_OK;
+    }
+
+  private:
+    HostForm* form_;
+    LifeWatch watch_;
+    std::function<std::vector<ComPtr<IDispatch>>()> elements_;
+};
+
+// The controls by number (from 0) and by name.
+class ControlsObject final : public FormPart {
+  public:
+    explicit ControlsObject(HostForm& form) : FormPart(form) {
+        AddReadOnly(u"Count", [this](const Call&) { return Variant(static_cast<long>(Form().Controls().size())); });
+        AddReadOnly(u"Item", [this](const Call& call) {
+            const auto& controls = Form().Controls();
+            if (call.At(0).Type() == VT_BSTR) {
+                const FormControl* control = Form().FindControl(call.String(0));
+                if (!control) {
+                    constexpr int elementNotFound = 730;
+                    throw RunTimeError(elementNotFound, u"Control '" + call.String(0) + u"' not found");
+                }
+                return Variant(control->Extended());
+            }
+            const long number = call.Long(0);
+            if (number < 0 || static_cast<std::size_t>(number) >= controls.size()) {
+                throw RunTimeError(errors::subscriptOutOfRange, u"Subscript out of range");
+            }
+            return Variant(controls[static_cast<std::size_t>(number)]->Extended());
+        });
+        SetDefaultMember(u"Item");
+        AddEnumerator([this] {
+            std::vector<ComPtr<IDispatch>> all;
+            for (const auto& control : Form().Controls()) all.emplace_back(control->Extended());
+            return all;
+        });
+    }
+
+  private:
+    ~ControlsObject() override = default;
+};
+
+class ControlArrayObject final : public FormPart {
+  public:
+    ControlArrayObject(HostForm& form, Text name) : FormPart(form), name_(std::move(name)) {
+        AddReadOnly(u"Count", [this](const Call&) { return Variant(static_cast<long>(Elements().size())); });
+        AddReadOnly(u"LBound", [this](const Call&) { return Variant(Bounds().first); });
+        AddReadOnly(u"UBound", [this](const Call&) { return Variant(Bounds().second); });
+        AddReadOnly(u"Item", [this](const Call& call) {
+            const long index = call.Long(0);
+            for (const FormControl* element : Elements()) {
+                if (element->Index() == index) return Variant(element->Extended());
+            }
+            throw RunTimeError(340, u"Control array element does not exist");
+        });
+        SetDefaultMember(u"Item");
+        AddEnumerator([this] {
+            std::vector<ComPtr<IDispatch>> all;
+            for (const FormControl* element : Elements()) all.emplace_back(element->Extended());
+            return all;
+        });
+    }
+
+  private:
+    ~ControlArrayObject() override = default;
+
+    std::vector<const FormControl*> Elements() const {
+        std::vector<const FormControl*> elements;
+        for (const auto& control : Form().Controls()) {
+            if (control->Index() >= 0 && SameName(control->Name(), name_)) elements.push_back(control.get());
+        }
+        return elements;
+    }
+    std::pair<int, int> Bounds() const {
+        std::pair<int, int> bounds{0, -1};
+        bool first = true;
+        for (const FormControl* element : Elements()) {
+            bounds.first = first ? element->Index() : std::min(bounds.first, element->Index());
+            bounds.second = first ? element->Index() : std::max(bounds.second, element->Index());
+            first = false;
+        }
+        return bounds;
+    }
+
+    Text name_;
+};
+
+class HostObject final : public FormPart {
+  public:
+    HostObject(HostForm& form, const Options& options) : FormPart(form) {
+        AddMethod(u"Log", [file = options.log](const Call& call) {
+            Append(file, call.String(0));
+            return Variant();
+        });
+        AddMethod(u"SaveForm", [this, &options](const Call& call) {
+            Form().Save(call.Has(0) ? call.String(0) : options.save.empty() ? options.form : options.save);
+            return Variant();
+        });
+        AddMethod(u"Quit", [this](const Call& call) {
+            Form().AskToClose(call.Has(0) ? static_cast<int>(call.Long(0)) : 0);
+            return Variant();
+        });
+        AddReadOnly(u"Arguments", [arguments = options.arguments](const Call& call) {
+            if (call.Has(0)) {
+                const long index = call.Long(0);
+                if (index < 0 || static_cast<std::size_t>(index) >= arguments.size()) {
+                    throw RunTimeError(errors::subscriptOutOfRange, u"Subscript out of range");
+                }
+                return Variant(arguments[static_cast<std::size_t>(index)]);
+            }
+            return ArrayOf(arguments);
+        });
+        AddReadOnly(u"DesignMode", [this](const Call&) { return Variant(Form().DesignMode()); });
+    }
+
+  private:
+    ~HostObject() override = default;
+
+    static Variant ArrayOf(const std::vector<Text>& texts) {
+        SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(texts.size()));
+        if (!array) throw std::bad_alloc();
+        Variant result;
+        result.ptr()->vt = VT_ARRAY | VT_VARIANT;
+        result.ptr()->parray = array;
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            Variant element(texts[i]);
+            LONG index = static_cast<LONG>(i);
+            Check(SafeArrayPutElement(array, &index, element.ptr()));
+        }
+        return result;
+    }
+
+    // Opened for every line and closed again, so that a reader outside sees each line as soon as it is written.
+    static void Append(const Text& file, const Text& line) {
+        if (file.empty()) return;
+        const HANDLE handle = CreateFileW(Wide(file), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                          OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (handle == INVALID_HANDLE_VALUE) {
+            throw RunTimeError(75, u"cannot write to \"" + file + u"\"");
+        }
+        const UniqueKernelObject owner(handle);
+        const std::string bytes = EncodeUtf8(line + u"\r\n");
+        DWORD written = 0;
+        WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    }
+};
+
+class AppObject final : public NamedObject {
+  public:
+    AppObject() {
+        const Text path = ModulePath(nullptr);
+        const std::size_t slash = path.find_last_of(u"\\/");
+        AddReadOnly(u"Title", [](const Call&) { return Variant(ProgramTitle()); });
+        AddReadOnly(u"Path", [folder = path.substr(0, slash)](const Call&) { return Variant(folder); });
+        AddReadOnly(u"EXEName",
+                    [file = path.substr(slash + 1)](const Call&) { return Variant(file.substr(0, file.rfind(u'.'))); });
+    }
+
+  private:
+    ~AppObject() override = default;
+};
+
+}  // namespace
+
+FormObject::FormObject(HostForm& form) : form_(&form), controls_(MakeObject<ControlsObject>(form)) {
+    AddReadOnly(u"Name", [this](const Call&) { return Variant(Form().Name()); });
+    AddReadOnly(u"Controls", [this](const Call& call) {
+        if (!call.Has(0)) return Variant(controls_.get());
+        Variant element;
+        std::vector<VARIANT> arguments{call.At(0).get()};
+        DISPPARAMS parameters{arguments.data(), nullptr, 1, 0};
+        Check(controls_->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &parameters,
+                                element.put(), nullptr, nullptr));
+        return element;
+    });
+    AddReadOnly(u"ActiveControl", [this](const Call&) {
+        Form().FollowFocus();
+        const FormControl* active = Form().Active();
+        return Variant(active ? active->Extended() : nullptr);
+    });
+    AddProperty(u"Tag", [this](const Call& call) {
+        if (call.put) Form().SetTag(call.StringValue());
+        return Variant(Form().Tag());
+    });
+    AddWindowMembers();
+    AddLookMembers();
+}
+
+void FormObject::AddWindowMembers() {
+    AddReadOnly(u"hWnd", [this](const Call&) {
+        return Variant(static_cast<long>(reinterpret_cast<LONG_PTR>(Form().Handle())));
+    });
+    const auto addSize = [this](const char16_t* name, bool horizontal, bool inside) {
+        AddProperty(name, [this, horizontal, inside](const Call& call) {
+            HostForm& form = Form();
+            RECT whole{};
+            GetWindowRect(form.Handle(), &whole);
+            const Rect client = form.ClientArea();
+            const Dpi dpi = form.FormDpi();
+            // The frame and the menu bar around the client area, in twips.
+            const int frame = inside       ? 0
+                              : horizontal ? PixelsToTwips(whole.right - whole.left - client.Width(), dpi.x)
+                                           : PixelsToTwips(whole.bottom - whole.top - client.Height(), dpi.y);
+            if (call.put) {
+                const int size = static_cast<int>(call.LongValue()) - frame;
+                form.SetClientSize(horizontal ? size : form.ClientWidth(), horizontal ? form.ClientHeight() : size);
+            }
+            return Variant((horizontal ? form.ClientWidth() : form.ClientHeight()) + frame);
+        });
+    };
+    addSize(u"Width", true, false);
+    addSize(u"Height", false, false);
+    addSize(u"ScaleWidth", true, true);
+    addSize(u"ScaleHeight", false, true);
+    AddProperty(u"Visible", [this](const Call& call) {
+        if (call.put) ShowWindow(Form().Handle(), call.BoolValue() ? SW_SHOW : SW_HIDE);
+        return Variant(IsWindowVisible(Form().Handle()) != FALSE);
+    });
+    AddProperty(u"Enabled", [this](const Call& call) {
+        if (call.put) EnableWindow(Form().Handle(), call.BoolValue());
+        return Variant(IsWindowEnabled(Form().Handle()) != FALSE);
+    });
+    AddMethod(u"Show", [this](const Call&) {
+        ShowWindow(Form().Handle(), SW_SHOW);
+        return Variant();
+    });
+    AddMethod(u"Hide", [this](const Call&) {
+        ShowWindow(Form().Handle(), SW_HIDE);
+        return Variant();
+    });
+    AddMethod(u"Refresh", [this](const Call&) {
+        RedrawWindow(Form().Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        return Variant();
+    });
+    const auto close = [this](const Call&) {
+        Form().AskToClose();
+        return Variant();
+    };
+    AddMethod(u"Close", close);
+    AddMethod(u"Unload", close);
+}
+
+void FormObject::AddLookMembers() {
+    AddProperty(u"Caption", [this](const Call& call) {
+        if (call.put) Form().SetCaption(call.StringValue());
+        return Variant(Form().Caption());
+    });
+    AddProperty(u"BackColor", [this](const Call& call) {
+        if (call.put) Form().SetBackColor(static_cast<OLE_COLOR>(call.LongValue()));
+        return Variant(static_cast<long>(Form().BackColor()));
+    });
+    AddProperty(u"ForeColor", [this](const Call& call) {
+        if (call.put) Form().SetForeColor(static_cast<OLE_COLOR>(call.LongValue()));
+        return Variant(static_cast<long>(Form().ForeColor()));
+    });
+    AddProperty(u"Font", [this](const Call& call) {
+        if (call.put) {
+            const auto font = call.Value().ToObject<IFontDisp>();
+            if (!font) ThrowTypeMismatch();
+            Form().Font().Set(font.get(), false);
+        }
+        const auto font = ComPtr<IFontDisp>::Adopt(Form().Font().Get());
+        return Variant(static_cast<IDispatch*>(font.get()));
+    });
+}
+
+HostForm& FormObject::Form() const {
+    if (!form_) throw RunTimeError(objectNotSet, u"Object variable not set");
+    return *form_;
+}
+
+STDMETHODIMP FormObject::QueryInterface(REFIID iid, void** object) {
+    if (object && (iid == IID_IOleContainer || iid == IID_IParseDisplayName)) {
+        *object = static_cast<IOleContainer*>(this);
+        AddRef();
+        return S_OK;
+    }
+    return NamedObject::QueryInterface(iid, object);
+}
+
+STDMETHODIMP FormObject::ParseDisplayName(IBindCtx*, LPOLESTR, ULONG*, IMoniker** moniker) {
+    if (moniker) *moniker = nullptr;
+    return E_NOTIMPL;
+}
+
+STDMETHODIMP FormObject::EnumObjects(DWORD, IEnumUnknown** objects) {
+    return Guard([&]() -> HRESULT {
+        if (!objects) return E_POINTER;
+        std::vector<ComPtr<IUnknown>> all;
+        for (const auto& control : Form().Controls()) {
+            if (auto inner = control->Inner().As<IOleObject>()) all.emplace_back(inner);
+        }
+        *objects =
+            MakeObject<Enumerator<IEnumUnknown, IUnknown*, ComPtr<IUnknown>, CopyUnknown>>(std::move(all)).detach();
+        return S_OK;
+    });
+}
+
+STDMETHODIMP FormObject::LockContainer(WINBOOL) { return S_OK; }
+
+HRESULT FormObject::FindOther(LPOLESTR name, DISPID* id) {
+    const Text wanted(FromWide(name));
+    if (!Form().FindControl(wanted) && !Form().Menus().Find(wanted)) return DISP_E_UNKNOWNNAME;
+    for (std::size_t i = 0; i < names_.size(); ++i) {
+        if (SameName(names_[i], wanted)) {
+            *id = firstNamed + static_cast<DISPID>(i);
+            return S_OK;
+        }
+    }
+    names_.push_back(wanted);
+    *id = firstNamed + static_cast<DISPID>(names_.size() - 1);
+    return S_OK;
+}
+
+HRESULT FormObject::InvokeOther(DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                                EXCEPINFO* exception, UINT* argumentInError) {
+    const auto index = static_cast<std::size_t>(member - firstNamed);
+    if (member < firstNamed || index >= names_.size() || (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF))) {
+        return DISP_E_MEMBERNOTFOUND;
+    }
+    const Text& name = names_[index];
+    ComPtr<IDispatch> object;
+    if (const FormControl* control = Form().FindControl(name)) {
+        object = control->Index() >= 0 ? MakeControlArray(Form(), name) : ComPtr<IDispatch>(control->Extended());
+    } else {
+        object = ComPtr<IDispatch>(Form().Menus().Automation(name));
+    }
+    if (!object) return DISP_E_MEMBERNOTFOUND;
+    // frm.txtField(2): the argument is the element's.
+    if (parameters->cArgs > 0) {
+        return object->Invoke(DISPID_VALUE, IID_NULL, locale, flags, parameters, result, exception, argumentInError);
+    }
+    if (result) *result = Variant(object.get()).detach();
+    return S_OK;
+}
+
+ComPtr<IDispatch> MakeControlArray(HostForm& form, const Text& name) {
+    return MakeObject<ControlArrayObject>(form, name);
+}
+
+ComPtr<IDispatch> MakeHostObject(HostForm& form, const Options& options) {
+    return MakeObject<HostObject>(form, options);
+}
+
+ComPtr<IDispatch> MakeAppObject() { return MakeObject<AppObject>(); }
+
+}  // namespace qvx::host

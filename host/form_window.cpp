@@ -1,0 +1,488 @@
+#include "host/form_window.h"
+
+#include <commctrl.h>
+#include <olectl.h>
+
+#include "com/guard.h"
+#include "com/text.h"
+#include "common/run_time_error.h"
+#include "host/builtin_window.h"
+#include "host/form_font.h"
+#include "host/form_object.h"
+#include "host/sited_control.h"
+#include "win/dpi.h"
+#include "win/module.h"
+
+namespace qvx::host {
+
+namespace {
+
+constexpr OLE_COLOR buttonFace = 0x8000000F;
+constexpr OLE_COLOR buttonText = 0x80000012;
+constexpr int defaultWidth = 4800;  // twips
+constexpr int defaultHeight = 3600;
+constexpr int pathAccessError = 75;
+
+// Commands of the design menu; properties of the controls follow from the last one on.
+constexpr unsigned designSave = 40000;
+constexpr unsigned designClose = 40001;
+constexpr unsigned designProperties = 40010;
+
+constexpr UINT messageClose = WM_APP + 1;
+constexpr WORD iconResource = 1;
+
+COLORREF ToSystem(OLE_COLOR color) {
+    COLORREF rgb = 0;
+    OleTranslateColor(color, nullptr, &rgb);
+    return rgb;
+}
+
+}  // namespace
+
+HostForm::HostForm(FormFile file, const Options& options, Text folder, const ClassSource& classes, Reporter& reporter)
+    : file_(std::move(file)),
+      options_(options),
+      folder_(std::move(folder)),
+      classes_(classes),
+      reporter_(reporter),
+      caption_(file_.form.TextOf(u"Caption", file_.form.name)),
+      tag_(file_.form.TextOf(u"Tag")),
+      backColor_(static_cast<OLE_COLOR>(file_.form.IntOf(u"BackColor", static_cast<std::int32_t>(buttonFace)))),
+      foreColor_(static_cast<OLE_COLOR>(file_.form.IntOf(u"ForeColor", static_cast<std::int32_t>(buttonText)))),
+      clientWidth_(file_.form.IntOf(u"ClientWidth", file_.form.IntOf(u"ScaleWidth", defaultWidth))),
+      clientHeight_(file_.form.IntOf(u"ClientHeight", file_.form.IntOf(u"ScaleHeight", defaultHeight))),
+      font_([this] { AmbientChanged(DISPID_AMBIENT_FONT); }) {
+    const Block* font = file_.form.FindGroup(u"Font");
+    font_.Load(font ? ReadFont(*font, DefaultFont()) : DefaultFont());
+    automation_ = MakeObject<FormObject>(*this);
+}
+
+HostForm::~HostForm() {
+    running_ = false;
+    if (script_) script_->Close();
+    active_ = nullptr;
+    // Later ones first: what stands in a frame goes before the frame.
+    while (!controls_.empty()) controls_.pop_back();
+    automation_->Forget();
+    Destroy();
+}
+
+IDispatch* HostForm::Automation() const { return static_cast<NamedObject*>(automation_.get()); }
+
+Dpi HostForm::FormDpi() const { return WindowDpi(Handle()); }
+
+int HostForm::NextTabIndex() { return nextTabIndex_++; }
+
+HWND HostForm::ParentWindow(const FormControl& control) const {
+    return control.Container() ? control.Container()->Window() : Handle();
+}
+
+void HostForm::Build() {
+    if (!SameName(file_.form.className, u"Form")) {
+        throw FormFileError(file_.form.lineNumber,
+                            u"the file begins with a \"" + file_.form.className + u"\", not with a \"Form\"");
+    }
+    const int borderStyle = file_.form.IntOf(u"BorderStyle", 2);  // 0 none, 1 fixed, 2 sizable, 3 fixed dialog
+    DWORD style = WS_CLIPCHILDREN | (borderStyle == 0 ? WS_POPUP : WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU);
+    if (borderStyle == 2) style |= WS_THICKFRAME;
+    if (borderStyle == 1 || borderStyle == 2) {
+        if (file_.form.BoolOf(u"MinButton", true)) style |= WS_MINIMIZEBOX;
+        if (file_.form.BoolOf(u"MaxButton", true)) style |= WS_MAXIMIZEBOX;
+    }
+    static const WindowClass windowClass = {L"QvxHostForm", CS_DBLCLKS};
+    keepsClientSize_ = true;
+    const Text title = options_.design ? caption_ + u" [design]" : caption_;
+    if (!Create(windowClass, Wide(title), style, borderStyle == 3 ? WS_EX_DLGMODALFRAME : 0, {0, 0, 100, 100},
+                nullptr)) {
+        throw FormFileError(0, u"the system refuses a window for the form");
+    }
+    reporter_.SetOwner(Handle());
+    const auto icon = LoadIconW(ModuleInstance(), MAKEINTRESOURCEW(iconResource));
+    SendMessageW(Handle(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+    SendMessageW(Handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
+    backBrush_.Reset(CreateSolidBrush(ToSystem(backColor_)));
+    toolTips_ =
+        CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP, CW_USEDEFAULT, CW_USEDEFAULT,
+                        CW_USEDEFAULT, CW_USEDEFAULT, Handle(), nullptr, ModuleInstance(), nullptr);
+    BuildControls(file_.form, nullptr);
+    if (options_.design) {
+        BuildDesignMenu();
+    } else {
+        menus_.Show(Handle(), ReadMenus(file_.form));
+    }
+    SetClientSize(clientWidth_, clientHeight_);
+    RECT whole{};
+    RECT work{};
+    GetWindowRect(Handle(), &whole);
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    SetWindowPos(Handle(), nullptr, work.left + (work.right - work.left - (whole.right - whole.left)) / 2,
+                 work.top + (work.bottom - work.top - (whole.bottom - whole.top)) / 2, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    for (const auto& control : controls_) {
+        UpdateToolTip(*control);
+        control->RememberAsLoaded();
+    }
+    loaded_ = Saved();
+}
+
+std::unique_ptr<FormControl> HostForm::MakeControl(Block& block, FormControl* parent) {
+    if (const auto kind = FindBuiltIn(block.className)) {
+        return std::make_unique<BuiltInControl>(*this, block, parent, *kind);
+    }
+    if (block.className.find(u'.') == Text::npos) {
+        throw FormFileError(block.lineNumber,
+                            u"there is no class \"" + block.className + u"\" (components are called Library.Class)");
+    }
+    return std::make_unique<SitedControl>(*this, block, parent);
+}
+
+void HostForm::BuildControls(Block& container, FormControl* parent) {
+    for (Block* block : container.Objects()) {
+        if (SameName(block->className, u"Menu")) continue;
+        if (SameName(block->name, file_.form.name)) {
+            throw FormFileError(block->lineNumber, u"\"" + block->name + u"\" is the name of the form itself");
+        }
+        for (const auto& other : controls_) {
+            const bool elements =
+                other->Index() >= 0 && block->IntOf(u"Index", -1) >= 0 && other->Index() != block->IntOf(u"Index", -1);
+            if (SameName(other->Name(), block->name) && !elements) {
+                throw FormFileError(block->lineNumber, u"there is a control \"" + other->Title() + u"\" already");
+            }
+        }
+        std::unique_ptr<FormControl> made = MakeControl(*block, parent);
+        FormControl* control = made.get();
+        controls_.push_back(std::move(made));
+        const std::vector<Block*> inner = block->Objects();
+        if (inner.empty()) continue;
+        if (FindBuiltIn(block->className) != BuiltIn::frame) {
+            throw FormFileError(inner.front()->lineNumber, u"only a frame can hold other controls");
+        }
+        BuildControls(*block, control);
+    }
+}
+
+bool HostForm::Start(TextView scriptName, TextView source) {
+    bool compiled = true;
+    if (!options_.design && !scriptName.empty()) {
+        scriptName_ = scriptName;
+        script_ =
+            std::make_unique<ScriptEngine>(Handle(), [this](const ScriptError& error) { ReportScriptError(error); });
+        script_->Open(scriptName);
+        script_->AddObject(u"Host", MakeHostObject(*this, options_).get());
+        script_->AddObject(u"App", MakeAppObject().get());
+        script_->AddObject(Name(), Automation());
+        if (!SameName(Name(), u"Form")) script_->AddObject(u"Form", Automation());
+        std::vector<Text> named;
+        for (const auto& control : controls_) {
+            if (control->Index() < 0) {
+                script_->AddObject(control->Name(), control->Extended());
+            } else if (FindControl(control->Name()) == control.get()) {
+                script_->AddObject(control->Name(), MakeControlArray(*this, control->Name()).get());
+            }
+        }
+        for (const Text& name : menus_.Names()) script_->AddObject(name, menus_.Automation(name));
+        running_ = true;
+        compiled = script_->Run(source);
+    }
+    if (!compiled) return false;
+    FireForm(u"Load");
+    // Started minimised or maximised, as whoever starts the program wishes.
+    ShowWindow(Handle(), SW_SHOWDEFAULT);
+    UpdateWindow(Handle());
+    keepsClientSize_ = false;
+    if (!options_.design && !active_) FocusNext(true, nullptr);
+    return true;
+}
+
+void HostForm::Run() {
+    MSG message;
+    while (Handle() && GetMessageW(&message, nullptr, 0, 0) > 0) {
+        if (!TranslateKey(message)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+        FollowFocus();
+    }
+}
+
+void HostForm::UpdateToolTip(const FormControl& control) {
+    const HWND window = control.Window();
+    if (!toolTips_ || !window) return;
+    Text text = control.ToolTip();
+    TOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    tool.hwnd = ParentWindow(control);
+    tool.uId = reinterpret_cast<UINT_PTR>(window);
+    tool.lpszText = WideBuffer(text);
+    SendMessageW(toolTips_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    if (!text.empty()) SendMessageW(toolTips_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+void HostForm::Fire(const FormControl& control, TextView event, const std::vector<VARIANT*>& arguments) {
+    if (!running_) return;
+    std::vector<VARIANT*> all = arguments;
+    Variant index(control.Index());
+    if (control.Index() >= 0) all.insert(all.begin(), index.ptr());
+    script_->Call(control.Name() + u"_" + Text(event), all);
+}
+
+void HostForm::FireForm(TextView event, const std::vector<VARIANT*>& arguments) {
+    if (running_) script_->Call(u"Form_" + Text(event), arguments);
+}
+
+void HostForm::ReportScriptError(const ScriptError& error) {
+    Text message = scriptName_.substr(scriptName_.find_last_of(u"\\/") + 1);
+    if (error.line > 0) message += u"(" + ValueAsText(FormValue(static_cast<std::int32_t>(error.line))) + u")";
+    message += u": " + error.message;
+    if (!error.lineText.empty()) message += u"\n    " + error.lineText;
+    exitCode_ = exitCode_ ? exitCode_ : 3;
+    reporter_.Error(message);
+}
+
+FormControl* HostForm::FindControl(TextView name, int index) const {
+    for (const auto& control : controls_) {
+        if (SameName(control->Name(), name) && (index < 0 || control->Index() == index)) return control.get();
+    }
+    return nullptr;
+}
+
+void HostForm::SetCaption(Text caption) {
+    caption_ = std::move(caption);
+    SetWindowTextW(Handle(), Wide(caption_));
+}
+
+void HostForm::SetBackColor(OLE_COLOR color) {
+    backColor_ = color;
+    backBrush_.Reset(CreateSolidBrush(ToSystem(color)));
+    AmbientChanged(DISPID_AMBIENT_BACKCOLOR);
+    RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+void HostForm::SetForeColor(OLE_COLOR color) {
+    foreColor_ = color;
+    AmbientChanged(DISPID_AMBIENT_FORECOLOR);
+}
+
+void HostForm::AmbientChanged(DISPID property) {
+    for (const auto& control : controls_) control->OnAmbientChanged(property);
+}
+
+void HostForm::SetClientSize(int width, int height) {
+    if (width < 0 || height < 0) throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
+    clientWidth_ = width;
+    clientHeight_ = height;
+    const bool kept = keepsClientSize_;
+    keepsClientSize_ = true;
+    const Dpi dpi = FormDpi();
+    // The difference between the whole and the client area also accounts for a menu bar of several lines.
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        RECT whole{};
+        GetWindowRect(Handle(), &whole);
+        const Rect client = ClientArea();
+        SetWindowPos(Handle(), nullptr, 0, 0, whole.right - whole.left - client.Width() + TwipsToPixels(width, dpi.x),
+                     whole.bottom - whole.top - client.Height() + TwipsToPixels(height, dpi.y),
+                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    keepsClientSize_ = kept;
+}
+
+void HostForm::AskToClose(int code) {
+    if (code) exitCode_ = code;
+    // Not now: whoever asks is in the middle of something, often inside an event of a control.
+    PostMessageW(Handle(), messageClose, 0, 0);
+}
+
+void HostForm::OnClose() {
+    // What is being typed belongs to the form before it is asked whether it may go.
+    if (active_) active_->OnLeft();
+    VARIANT_BOOL cancel = VARIANT_FALSE;
+    VARIANT argument{};
+    argument.vt = VT_BYREF | VT_BOOL;
+    argument.pboolVal = &cancel;
+    FireForm(u"Unload", {&argument});
+    if (cancel) {
+        exitCode_ = 0;
+        return;
+    }
+    if (!options_.save.empty()) {
+        try {
+            Save(options_.save);
+        } catch (const RunTimeError& error) {
+            exitCode_ = 4;
+            reporter_.Error(error.Description());
+        }
+    }
+    running_ = false;
+    reporter_.SetOwner(nullptr);
+    Destroy();
+}
+
+SavedProperties HostForm::Saved() {
+    SavedProperties saved;
+    saved.Add(u"Caption", caption_);
+    saved.Add(u"ClientHeight", std::int32_t{clientHeight_});
+    saved.Add(u"ClientWidth", std::int32_t{clientWidth_});
+    if (backColor_ != buttonFace) saved.Add(u"BackColor", static_cast<std::int32_t>(backColor_));
+    if (foreColor_ != buttonText) saved.Add(u"ForeColor", static_cast<std::int32_t>(foreColor_));
+    if (!tag_.empty()) saved.Add(u"Tag", tag_);
+    if (!(font_.Spec() == DefaultFont())) saved.AddGroup(u"Font", SaveFont(font_.Spec()));
+    return saved;
+}
+
+void HostForm::Save(const Text& path) {
+    const MergeMode mode = options_.rewrite ? MergeMode::everything : MergeMode::changes;
+    for (const auto& control : controls_) control->SaveToBlock(mode);
+    MergeSaved(file_.form, loaded_, Saved(),
+               {u"Caption", u"ClientHeight", u"ClientWidth", u"ScaleHeight", u"ScaleWidth", u"BackColor", u"ForeColor",
+                u"Tag", u"Font"},
+               mode);
+    // What was written is what is loaded from now on.
+    for (const auto& control : controls_) control->RememberAsLoaded();
+    loaded_ = Saved();
+    const std::string bytes = file_.Write();
+    // Beside the target first: a full disk must not cost the form that is there.
+    const Text beside = path + u".new";
+    const HANDLE handle =
+        CreateFileW(Wide(beside), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    bool written = handle != INVALID_HANDLE_VALUE;
+    if (written) {
+        const UniqueKernelObject owner(handle);
+        DWORD count = 0;
+        written =
+            WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr) && count == bytes.size();
+    }
+    if (written) written = MoveFileExW(Wide(beside), Wide(path), MOVEFILE_REPLACE_EXISTING) != FALSE;
+    if (!written) {
+        DeleteFileW(Wide(beside));
+        throw RunTimeError(pathAccessError, u"cannot write \"" + path + u"\"");
+    }
+}
+
+void HostForm::BuildDesignMenu() {
+    const auto item = [](Text name, Text caption, unsigned id) {
+        MenuItem made;
+        made.name = std::move(name);
+        made.caption = std::move(caption);
+        made.id = id;
+        return made;
+    };
+    MenuItem file = item(u"mnuDesignFile", u"&File", 0);
+    file.items = {item(u"mnuDesignSave", u"&Save", designSave), item(u"mnuDesignClose", u"&Close", designClose)};
+    file.items.front().shortcut = u"^S";
+    std::vector<MenuItem> menus{file};
+    MenuItem properties = item(u"mnuDesignProperties", u"&Properties", 0);
+    for (std::size_t i = 0; i < controls_.size(); ++i) {
+        const FormControl& control = *controls_[i];
+        properties.items.push_back(
+            item(control.Name(), control.Title() + u" ...", designProperties + static_cast<unsigned>(i)));
+        properties.items.back().enabled = dynamic_cast<const SitedControl*>(&control) != nullptr;
+    }
+    if (!properties.items.empty()) menus.push_back(std::move(properties));
+    menus_.Show(Handle(), std::move(menus));
+}
+
+void HostForm::OnDesignCommand(unsigned id) {
+    if (id == designSave) {
+        Save(options_.save.empty() ? options_.form : options_.save);
+    } else if (id == designClose) {
+        AskToClose();
+    } else if (id >= designProperties && id - designProperties < controls_.size()) {
+        auto* control = dynamic_cast<SitedControl*>(controls_[id - designProperties].get());
+        if (control && !control->ShowPages()) {
+            reporter_.Note(control->Title() + u" has no property pages");
+        }
+    }
+}
+
+void HostForm::OnCommand(WPARAM wParam, LPARAM lParam) {
+    if (lParam) {
+        if (FormControl* control = ControlOf(reinterpret_cast<HWND>(lParam))) control->OnCommand(HIWORD(wParam));
+        return;
+    }
+    const unsigned id = LOWORD(wParam);
+    const MenuItem* item = menus_.Find(id);
+    if (!item) return;
+    if (options_.design) {
+        OnDesignCommand(id);
+    } else if (running_) {
+        script_->Call(item->name + u"_Click", {});
+    }
+}
+
+LRESULT HostForm::OnColor(UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto dc = reinterpret_cast<HDC>(wParam);
+    if (FormControl* control = ControlOf(reinterpret_cast<HWND>(lParam))) {
+        if (const HBRUSH brush = control->OnColor(dc)) return reinterpret_cast<LRESULT>(brush);
+        return reinterpret_cast<LRESULT>(backBrush_.Get());
+    }
+    return Default(message, wParam, lParam);
+}
+
+void HostForm::OnFault() noexcept {
+    try {
+        throw;
+    } catch (const RunTimeError& error) {
+        reporter_.Error(error.Description());
+    } catch (const ComError& error) {
+        reporter_.Error(FailureText(error.Result()));
+    } catch (...) {
+        // Nothing sensible can be said, and the form goes on.
+    }
+}
+
+LRESULT HostForm::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_COMMAND:
+            OnCommand(wParam, lParam);
+            return 0;
+        case WM_CTLCOLORSTATIC:
+        case WM_CTLCOLOREDIT:
+        case WM_CTLCOLORBTN:
+            return OnColor(message, wParam, lParam);
+        case WM_ERASEBKGND: {
+            const Rect area = ClientArea();
+            const RECT rect = {area.left, area.top, area.right, area.bottom};
+            FillRect(reinterpret_cast<HDC>(wParam), &rect, backBrush_.Get());
+            return 1;
+        }
+        case WM_SYSCOLORCHANGE:
+            SetBackColor(backColor_);
+            return Default(message, wParam, lParam);
+        case WM_SIZE:
+            if (wParam != SIZE_MINIMIZED && !keepsClientSize_) {
+                const Dpi dpi = FormDpi();
+                clientWidth_ = PixelsToTwips(LOWORD(lParam), dpi.x);
+                clientHeight_ = PixelsToTwips(HIWORD(lParam), dpi.y);
+            }
+            if (wParam != SIZE_MINIMIZED) FireForm(u"Resize");
+            return 0;
+        case WM_SETFOCUS:
+            // The window itself has no use for the focus: the control that had it last has.
+            if (active_ && active_->CanFocus()) active_->Focus(nullptr);
+            return 0;
+        case WM_ACTIVATE:
+            // Default handling would take the focus from inside the form when it comes back.
+            if (LOWORD(wParam) == WA_INACTIVE) {
+                lastFocus_ = IsChild(Handle(), GetFocus()) ? GetFocus() : lastFocus_;
+                return 0;
+            }
+            if (HIWORD(wParam)) return 0;
+            if (lastFocus_ && IsChild(Handle(), lastFocus_) && IsWindowVisible(lastFocus_)) {
+                SetFocus(lastFocus_);
+                return 0;
+            }
+            return Default(message, wParam, lParam);
+        case WM_CLOSE:
+        case messageClose:
+            OnClose();
+            return 0;
+        case WM_DESTROY:
+            PostQuitMessage(0);
+            return 0;
+        default:
+            return Default(message, wParam, lParam);
+    }
+}
+
+}  // namespace qvx::host

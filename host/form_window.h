@@ -1,0 +1,142 @@
+// A form at work: the window, its controls and menus, the script behind it, the keyboard, and the way back to the file.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <vector>
+
+#include "com/font_object.h"
+#include "com/pointer.h"
+#include "host/class_source_object.h"
+#include "host/form_control.h"
+#include "host/form_file.h"
+#include "host/menu_window.h"
+#include "host/options.h"
+#include "host/property_bag_object.h"
+#include "host/report_dialog.h"
+#include "host/script_engine_object.h"
+#include "win/handles.h"
+#include "win/window.h"
+
+namespace qvx::host {
+
+class FormObject;
+
+class HostForm final : public Window {
+  public:
+    // `folder` is where the form's file is. All three references outlive the form.
+    HostForm(FormFile file, const Options& options, Text folder, const ClassSource& classes, Reporter& reporter);
+    ~HostForm() override;
+
+    // Makes the window, its menus and controls; throws FormFileError, with the line of the control in question.
+    void Build();
+    // Runs the script's own code and Form_Load, then shows the form. False when the script does not even compile.
+    bool Start(TextView scriptName, TextView source);
+    // The message loop; returns when the form is gone.
+    void Run();
+
+    // What controls ask their form.
+    Dpi FormDpi() const;
+    bool DesignMode() const { return options_.design; }
+    const Text& Folder() const { return folder_; }
+    PictureNames& Pictures() { return pictures_; }
+    FontProperty& Font() { return font_; }
+    OLE_COLOR BackColor() const { return backColor_; }
+    OLE_COLOR ForeColor() const { return foreColor_; }
+    IDispatch* Automation() const;
+    Reporter& Errors() const { return reporter_; }
+    const ClassSource& Classes() const { return classes_; }
+    // For a control whose block gives no TabIndex: behind all that came before.
+    int NextTabIndex();
+    HWND ParentWindow(const FormControl& control) const;
+    void UpdateToolTip(const FormControl& control);
+    // Runs Name_Event of the script, if it has one. Elements of a control array pass their index first.
+    void Fire(const FormControl& control, TextView event, const std::vector<VARIANT*>& arguments);
+
+    // Keyboard and focus.
+    // True when the form has used the key message: by its active control, a menu, Tab, an access key, or as Enter and
+    // Escape for the default and cancel buttons.
+    bool TranslateKey(MSG& message);
+    // The form's own part of the above, for keys that a control hands back.
+    bool HandleKey(MSG& message);
+    // Looks who has the focus and tells the controls that lost and got it.
+    void FollowFocus();
+    FormControl* Active() const { return active_; }
+
+    // What scripts do to a form.
+    const Text& Name() const { return file_.form.name; }
+    const Text& Caption() const { return caption_; }
+    void SetCaption(Text caption);
+    void SetBackColor(OLE_COLOR color);
+    void SetForeColor(OLE_COLOR color);
+    // Client area in twips.
+    int ClientWidth() const { return clientWidth_; }
+    int ClientHeight() const { return clientHeight_; }
+    void SetClientSize(int width, int height);
+    const std::vector<std::unique_ptr<FormControl>>& Controls() const { return controls_; }
+    // The control of that name; of a control array, the element of that index or the first one. Null when there is
+    // none.
+    FormControl* FindControl(TextView name, int index = -1) const;
+    MenuBar& Menus() { return menus_; }
+    const Text& Tag() const { return tag_; }
+    void SetTag(Text tag) { tag_ = std::move(tag); }
+    // Asks Form_Unload, and then closes. `code` becomes the program's exit code when it is not 0.
+    void AskToClose(int code = 0);
+    // Writes the form, as it is now, to a file. Throws RunTimeError 75 when that cannot be done.
+    void Save(const Text& path);
+    int ExitCode() const { return exitCode_; }
+
+  protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnFault() noexcept override;
+
+  private:
+    void BuildControls(Block& container, FormControl* parent);
+    std::unique_ptr<FormControl> MakeControl(Block& block, FormControl* parent);
+    void BuildDesignMenu();
+    void OnDesignCommand(unsigned id);
+    void OnCommand(WPARAM wParam, LPARAM lParam);
+    LRESULT OnColor(UINT message, WPARAM wParam, LPARAM lParam);
+    void OnClose();
+    void FireForm(TextView event, const std::vector<VARIANT*>& arguments = {});
+    void AmbientChanged(DISPID property);
+    SavedProperties Saved();
+    void ReportScriptError(const ScriptError& error);
+
+    FormControl* ControlOf(HWND window) const;
+    void FocusNext(bool forward, const MSG* message);
+    bool PressAccessKey(MSG& message);
+    bool PressDefaultOrCancel(MSG& message);
+
+    FormFile file_;
+    const Options& options_;
+    Text folder_;
+    const ClassSource& classes_;
+    Reporter& reporter_;
+    PictureNames pictures_;
+
+    Text caption_;
+    Text tag_;
+    OLE_COLOR backColor_;
+    OLE_COLOR foreColor_;
+    int clientWidth_;
+    int clientHeight_;
+    bool keepsClientSize_ = false;  // while the window is made, its size messages do not count as the user's
+    FontProperty font_;
+    UniqueBrush backBrush_;
+    HWND toolTips_ = nullptr;
+    MenuBar menus_;
+    std::vector<std::unique_ptr<FormControl>> controls_;
+    int nextTabIndex_ = 0;
+    FormControl* active_ = nullptr;
+    HWND lastFocus_ = nullptr;
+    SavedProperties loaded_;
+    std::unique_ptr<ScriptEngine> script_;
+    Text scriptName_;
+    ComPtr<FormObject> automation_;
+    bool running_ = false;  // the script has been loaded and the form is not closing
+    int exitCode_ = 0;
+};
+
+}  // namespace qvx::host

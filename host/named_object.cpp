@@ -1,0 +1,155 @@
+#include "host/named_object.h"
+
+#include "com/enumerator.h"
+#include "com/guard.h"
+#include "common/run_time_error.h"
+#include "host/form_value.h"
+
+namespace qvx::host {
+
+namespace {
+
+constexpr int argumentNotOptional = 449;
+
+struct CopyVariant {
+    static void Out(const ComPtr<IDispatch>& object, VARIANT* to) { *to = Variant(object.get()).detach(); }
+};
+
+// Rich error information for a late-bound caller, from the exception in flight.
+HRESULT FillException(EXCEPINFO* exception) {
+    int number = 0;
+    Text description;
+    try {
+        throw;
+    } catch (const RunTimeError& error) {
+        number = error.Number();
+        description = error.Description();
+    } catch (...) {
+        return FailureInFlight();
+    }
+    if (!exception) return RunTimeErrorCode(number);
+    *exception = {};
+    exception->scode = RunTimeErrorCode(number);
+    exception->bstrSource = SysAllocString(L"qvxhost");
+    exception->bstrDescription = SysAllocStringLen(Wide(description), static_cast<UINT>(description.size()));
+    return DISP_E_EXCEPTION;
+}
+
+}  // namespace
+
+void ThrowArgumentMissing() { throw RunTimeError(argumentNotOptional, u"Argument not optional"); }
+void ThrowTypeMismatch() { throw RunTimeError(errors::typeMismatch, u"Type mismatch"); }
+
+bool Call::Has(std::size_t index) const {
+    const std::size_t count = arguments.size() - (put ? 1 : 0);
+    return index < count && !IsMissing(arguments[index].get());
+}
+
+const Variant& Call::At(std::size_t index) const {
+    if (!Has(index)) ThrowArgumentMissing();
+    return arguments[index];
+}
+
+const Variant& Call::Value() const { return arguments.back(); }
+
+namespace {
+
+template <typename T>
+T OrMismatch(std::optional<T> value) {
+    if (!value) ThrowTypeMismatch();
+    return std::move(*value);
+}
+
+}  // namespace
+
+long Call::Long(std::size_t index) const { return OrMismatch(At(index).ToLong()); }
+double Call::Double(std::size_t index) const { return OrMismatch(At(index).ToDouble()); }
+bool Call::Bool(std::size_t index) const { return OrMismatch(At(index).ToBool()); }
+Text Call::String(std::size_t index) const { return OrMismatch(At(index).ToText()); }
+long Call::LongValue() const { return OrMismatch(Value().ToLong()); }
+double Call::DoubleValue() const { return OrMismatch(Value().ToDouble()); }
+bool Call::BoolValue() const { return OrMismatch(Value().ToBool()); }
+Text Call::StringValue() const { return OrMismatch(Value().ToText()); }
+
+void NamedObject::Add(Kind kind, const char16_t* name, Body body) { members_.push_back({kind, name, std::move(body)}); }
+
+void NamedObject::SetDefaultMember(const char16_t* name) { defaultMember_ = FindMember(name); }
+
+std::optional<std::size_t> NamedObject::FindMember(TextView name) const {
+    for (std::size_t i = 0; i < members_.size(); ++i) {
+        if (SameName(members_[i].name, name)) return i;
+    }
+    return std::nullopt;
+}
+
+HRESULT NamedObject::FindOther(LPOLESTR, DISPID*) { return DISP_E_UNKNOWNNAME; }
+
+HRESULT NamedObject::InvokeOther(DISPID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) {
+    return DISP_E_MEMBERNOTFOUND;
+}
+
+STDMETHODIMP NamedObject::GetTypeInfoCount(UINT* count) {
+    if (!count) return E_POINTER;
+    *count = 0;
+    return S_OK;
+}
+
+STDMETHODIMP NamedObject::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
+    if (info) *info = nullptr;
+    return DISP_E_BADINDEX;
+}
+
+STDMETHODIMP NamedObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
+    return Guard([&]() -> HRESULT {
+        if (!names || !ids || count == 0) return E_INVALIDARG;
+        for (UINT i = 1; i < count; ++i) ids[i] = DISPID_UNKNOWN;
+        ids[0] = DISPID_UNKNOWN;
+        if (const auto own = FindMember(FromWide(names[0]))) {
+            ids[0] = firstMember_ + static_cast<DISPID>(*own);
+        } else {
+            const HRESULT found = FindOther(names[0], &ids[0]);
+            if (FAILED(found)) return found;
+        }
+        return count == 1 ? S_OK : DISP_E_UNKNOWNNAME;  // arguments have no names here
+    });
+}
+
+STDMETHODIMP NamedObject::Invoke(DISPID member, REFIID, LCID locale, WORD flags, DISPPARAMS* parameters,
+                                 VARIANT* result, EXCEPINFO* exception, UINT* argumentInError) {
+    return Guard([&]() -> HRESULT {
+        if (!parameters) return E_POINTER;
+        // A handler may remove the control whose object this is.
+        const ComPtr<IDispatch> alive(this);
+        if (member == DISPID_VALUE && defaultMember_) {
+            return Run(members_[*defaultMember_], flags, parameters, result, exception, argumentInError);
+        }
+        const auto index = static_cast<std::size_t>(member - firstMember_);
+        if (member < firstMember_ || index >= members_.size()) {
+            return InvokeOther(member, locale, flags, parameters, result, exception, argumentInError);
+        }
+        return Run(members_[index], flags, parameters, result, exception, argumentInError);
+    });
+}
+
+HRESULT NamedObject::Run(const Member& member, WORD flags, const DISPPARAMS* parameters, VARIANT* result,
+                         EXCEPINFO* exception, UINT*) {
+    Call call;
+    call.put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+    if (call.put && member.kind != Kind::property) return DISP_E_MEMBERNOTFOUND;
+    const UINT named = parameters->cNamedArgs;
+    if (named > (call.put ? 1u : 0u) || (call.put && parameters->cArgs == 0)) return DISP_E_NONAMEDARGS;
+    try {
+        for (UINT i = parameters->cArgs; i > 0; --i) call.arguments.emplace_back(parameters->rgvarg[i - 1]);
+        Variant answer = member.body(call);
+        if (result) *result = answer.detach();
+        return S_OK;
+    } catch (...) {
+        return FillException(exception);
+    }
+}
+
+ComPtr<IUnknown> MakeEnumerator(std::vector<ComPtr<IDispatch>> elements) {
+    return MakeObject<Enumerator<IEnumVARIANT, VARIANT, ComPtr<IDispatch>, CopyVariant>>(std::move(elements));
+}
+
+}  // namespace qvx::host

@@ -1,0 +1,99 @@
+// The base of what scripts see of the host: an object whose members are listed by name, late bound only.
+//
+//     class Clock final : public NamedObject {
+//       public:
+//         Clock() {
+//             AddReadOnly(u"Hour", [this](const Call&) { return Variant(hour_); });
+//             AddMethod(u"Advance", [this](const Call& call) { hour_ += call.Long(0); return Variant(); });
+//         }
+//     };
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "com/object.h"
+#include "com/variant.h"
+#include "common/text.h"
+
+namespace qvx::host {
+
+// One call of a member, in the order of declaration and with by-reference levels taken off. The readers throw
+// RunTimeError 449 for an argument that is missing and 13 for one of the wrong type.
+struct Call {
+    bool put = false;  // the property is being set, to the last argument
+    std::vector<Variant> arguments;
+
+    const Variant& At(std::size_t index) const;
+    bool Has(std::size_t index) const;
+    long Long(std::size_t index) const;
+    double Double(std::size_t index) const;
+    bool Bool(std::size_t index) const;
+    Text String(std::size_t index) const;
+    // What a property is set to.
+    const Variant& Value() const;
+    long LongValue() const;
+    double DoubleValue() const;
+    bool BoolValue() const;
+    Text StringValue() const;
+};
+
+class NamedObject : public ComObject<IDispatch> {
+  public:
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override;
+    STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
+    STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
+    STDMETHODIMP Invoke(DISPID member, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                        EXCEPINFO* exception, UINT* argumentInError) override;
+
+  protected:
+    // Own members are numbered from `firstMember` on; what lies below and above is free for others.
+    explicit NamedObject(DISPID firstMember = 1) : firstMember_(firstMember) {}
+
+    using Body = std::function<Variant(const Call&)>;
+    enum class Kind { property, readOnly, method };
+
+    void AddProperty(const char16_t* name, Body body) { Add(Kind::property, name, std::move(body)); }
+    void AddReadOnly(const char16_t* name, Body body) { Add(Kind::readOnly, name, std::move(body)); }
+    void AddMethod(const char16_t* name, Body body) { Add(Kind::method, name, std::move(body)); }
+    // The member that stands for the object itself; it has been added before.
+    void SetDefaultMember(const char16_t* name);
+
+    // For names and identifiers that are not the object's own. The fall-back knows none.
+    virtual HRESULT FindOther(LPOLESTR name, DISPID* id);
+    virtual HRESULT InvokeOther(DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                                EXCEPINFO* exception, UINT* argumentInError);
+
+    ~NamedObject() override = default;
+
+  private:
+    struct Member {
+        Kind kind;
+        const char16_t* name;
+        Body body;
+    };
+
+    void Add(Kind kind, const char16_t* name, Body body);
+    std::optional<std::size_t> FindMember(TextView name) const;
+    HRESULT Run(const Member& member, WORD flags, const DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                UINT* argumentInError);
+
+    DISPID firstMember_;
+    std::vector<Member> members_;
+    std::optional<std::size_t> defaultMember_;
+};
+
+// Throws the run-time error that scripts know for a call that cannot be made.
+[[noreturn]] void ThrowArgumentMissing();
+[[noreturn]] void ThrowTypeMismatch();
+
+// A list of objects for "For Each": the enumerator over copies of the given references.
+ComPtr<IUnknown> MakeEnumerator(std::vector<ComPtr<IDispatch>> elements);
+
+}  // namespace qvx::host

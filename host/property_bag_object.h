@@ -1,0 +1,67 @@
+// The property bag that a control reads from and writes to: a block of the form file on one side, what has been saved
+// so far on the other.
+#pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+
+#include <map>
+#include <vector>
+
+#include "com/object.h"
+#include "com/variant.h"
+#include "elements/surface/font_spec.h"
+#include "host/saved_properties.h"
+
+namespace qvx::host {
+
+// Pictures that came from files named in the form, so that a picture still in use is written back by its name.
+using PictureNames = std::map<IUnknown*, std::pair<ComPtr<IUnknown>, Text>>;
+
+// Reads from `block`, which must outlive the bag's use. Values are converted to the type the control hints at; a
+// property that is missing, or cannot be converted, is E_INVALIDARG, as containers answer.
+class ReadingBag final : public ComObject<IPropertyBag> {
+  public:
+    // `folder` is where the files that the form names are; `font` completes fonts that name only some members.
+    ReadingBag(const Block& block, Text folder, FontSpec font, PictureNames* pictures)
+        : block_(block), folder_(std::move(folder)), font_(std::move(font)), pictures_(pictures) {}
+
+    STDMETHODIMP Read(LPCOLESTR name, VARIANT* value, IErrorLog* log) override;
+    STDMETHODIMP Write(LPCOLESTR, VARIANT*) override { return E_NOTIMPL; }
+
+    // The names that were asked for.
+    const std::vector<Text>& Asked() const { return asked_; }
+
+  private:
+    ~ReadingBag() override = default;
+    HRESULT ReadObject(const Block& group, VARIANT* value);
+    HRESULT ReadPicture(const Text& file, VARIANT* value);
+
+    const Block& block_;
+    Text folder_;
+    FontSpec font_;
+    PictureNames* pictures_;
+    std::vector<Text> asked_;
+};
+
+class WritingBag final : public ComObject<IPropertyBag> {
+  public:
+    WritingBag(SavedProperties& saved, const PictureNames* pictures) : saved_(saved), pictures_(pictures) {}
+
+    STDMETHODIMP Read(LPCOLESTR, VARIANT*, IErrorLog*) override { return E_INVALIDARG; }
+    STDMETHODIMP Write(LPCOLESTR name, VARIANT* value) override;
+
+  private:
+    ~WritingBag() override = default;
+
+    SavedProperties& saved_;
+    const PictureNames* pictures_;
+};
+
+// A value of the file as a script or a property sees it.
+Variant ToVariant(const FormValue& value);
+// The reverse; throws ComError(DISP_E_TYPEMISMATCH) for what no line of the file can hold.
+FormValue ToFormValue(const VARIANT& value);
+
+}  // namespace qvx::host

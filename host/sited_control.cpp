@@ -1,0 +1,231 @@
+#include "host/sited_control.h"
+
+#include <olectl.h>
+
+#include "com/guard.h"
+#include "com/variant.h"
+#include "host/control_site_object.h"
+#include "host/form_window.h"
+#include "host/property_bag_object.h"
+
+namespace qvx::host {
+
+namespace {
+
+// Sizes of controls travel in hundredths of a millimetre.
+constexpr int himetricPerInch = 2540;
+
+SIZEL ToHimetric(const TwipsRect& bounds) {
+    return {ScaleRounded(bounds.width, himetricPerInch, twipsPerInch),
+            ScaleRounded(bounds.height, himetricPerInch, twipsPerInch)};
+}
+
+}  // namespace
+
+SitedControl::SitedControl(HostForm& form, Block& block, FormControl* container) : FormControl(form, block, container) {
+    try {
+        object_ = form.Classes().Create(ClassName());
+        Load();
+    } catch (const ComError& error) {
+        const bool unknown = error.Result() == REGDB_E_CLASSNOTREG;
+        throw FormFileError(LineNumber(),
+                            u"cannot create \"" + Name() + u"\": the class \"" + ClassName() + u"\" " +
+                                (unknown ? u"is not registered (is its component file installed, or given with --ocx?)"
+                                         : u"fails with " + FailureText(error.Result())));
+    }
+}
+
+SitedControl::~SitedControl() {
+    if (events_) events_->Disconnect();
+    if (inPlace_ && activated_) inPlace_->InPlaceDeactivate();
+    if (ole_) {
+        ole_->Close(OLECLOSE_NOSAVE);
+        ole_->SetClientSite(nullptr);
+    }
+    if (site_) site_->Forget();
+}
+
+void SitedControl::Load() {
+    ole_ = object_.As<IOleObject>();
+    if (!ole_) throw ComError(E_NOINTERFACE);
+    control_ = object_.As<IOleControl>();
+    inPlace_ = object_.As<IOleInPlaceObject>();
+    active_ = object_.As<IOleInPlaceActiveObject>();
+    persist_ = object_.As<IPersistPropertyBag>();
+    members_ = object_.As<IDispatch>();
+    site_ = MakeObject<Site>(*this, Form());
+    ole_->GetMiscStatus(DVASPECT_CONTENT, &status_);
+    // Controls that need their surroundings to read their properties say so.
+    const bool siteFirst = (status_ & OLEMISC_SETCLIENTSITEFIRST) != 0;
+    if (siteFirst) Check(ole_->SetClientSite(site_.get()));
+    SIZEL extent = ToHimetric(Bounds());
+    ole_->SetExtent(DVASPECT_CONTENT, &extent);
+    // What happens while the control is loaded is not the user's doing.
+    if (control_) control_->FreezeEvents(TRUE);
+    LoadProperties();
+    if (!siteFirst) Check(ole_->SetClientSite(site_.get()));
+    ole_->SetHostNames(L"qvxhost", Wide(Form().Caption()));
+    events_ = MakeObject<EventSink>(
+        [this](const Text& event, const std::vector<VARIANT*>& arguments) { Form().Fire(*this, event, arguments); });
+    events_->Connect(object_.get());
+    Activate();
+    if (control_) control_->FreezeEvents(FALSE);
+}
+
+void SitedControl::LoadProperties() {
+    if (persist_) {
+        const auto bag = MakeObject<ReadingBag>(File(), Form().Folder(), Form().Font().Spec(), &Form().Pictures());
+        Check(persist_->Load(bag.get(), nullptr));
+        known_ = bag->Asked();
+        return;
+    }
+    // A control without property bags starts out fresh, and gets what the file says through its automation members.
+    if (const auto stream = object_.As<IPersistStreamInit>()) Check(stream->InitNew());
+    for (const Entry& entry : File().entries) {
+        if (entry.kind != Entry::Kind::property || !entry.value || !members_) continue;
+        Text name = entry.name;
+        wchar_t* spelled = WideBuffer(name);
+        DISPID id = DISPID_UNKNOWN;
+        if (FAILED(members_->GetIDsOfNames(IID_NULL, &spelled, 1, LOCALE_USER_DEFAULT, &id))) continue;
+        Variant value = ToVariant(*entry.value);
+        DISPID put = DISPID_PROPERTYPUT;
+        DISPPARAMS parameters{value.ptr(), &put, 1, 1};
+        members_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &parameters, nullptr, nullptr,
+                         nullptr);
+    }
+}
+
+HRESULT SitedControl::DoVerb(LONG verb, const MSG* message) {
+    const RECT bounds = PixelBounds();
+    MSG copy{};
+    if (message) copy = *message;
+    return ole_->DoVerb(verb, message ? &copy : nullptr, site_.get(), 0, Form().ParentWindow(*this), &bounds);
+}
+
+void SitedControl::Activate() {
+    const bool nothingToShow = (status_ & OLEMISC_INVISIBLEATRUNTIME) && !Form().DesignMode();
+    if (nothingToShow) return;
+    Check(DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr));
+    activated_ = true;
+    if (!Visible()) ApplyVisible(false);
+}
+
+HWND SitedControl::Window() const {
+    HWND window = nullptr;
+    if (!activated_ || !inPlace_ || FAILED(inPlace_->GetWindow(&window))) return nullptr;
+    return window;
+}
+
+void SitedControl::Focus(const MSG* message) {
+    if (!activated_) return;
+    DoVerb(OLEIVERB_UIACTIVATE, message);
+    const HWND window = Window();
+    const HWND focus = GetFocus();
+    if (window && focus != window && !IsChild(window, focus)) SetFocus(window);
+    Form().FollowFocus();
+}
+
+bool SitedControl::CanFocus() const {
+    const HWND window = Window();
+    return window && IsWindowVisible(window) && IsWindowEnabled(window) && Enabled() &&
+           !(status_ & OLEMISC_NOUIACTIVATE);
+}
+
+bool SitedControl::Enabled() const {
+    Variant value;
+    DISPPARAMS none{};
+    if (members_ && SUCCEEDED(members_->Invoke(DISPID_ENABLED, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET,
+                                               &none, value.put(), nullptr, nullptr))) {
+        return value.ToBool().value_or(true);
+    }
+    const HWND window = Window();
+    return !window || IsWindowEnabled(window);
+}
+
+void SitedControl::SetEnabled(bool enabled) {
+    Variant value(enabled);
+    DISPID put = DISPID_PROPERTYPUT;
+    DISPPARAMS parameters{value.ptr(), &put, 1, 1};
+    if (members_ && SUCCEEDED(members_->Invoke(DISPID_ENABLED, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT,
+                                               &parameters, nullptr, nullptr, nullptr))) {
+        return;
+    }
+    if (const HWND window = Window()) EnableWindow(window, enabled);
+}
+
+bool SitedControl::TranslateKey(MSG& message) {
+    if (!active_) return false;
+    const ComPtr<IOleInPlaceActiveObject> active = active_;  // the key may end in the form's closing
+    return active->TranslateAccelerator(&message) == S_OK;
+}
+
+CONTROLINFO SitedControl::Info() const {
+    CONTROLINFO info{};
+    info.cb = sizeof info;
+    if (!control_ || FAILED(control_->GetControlInfo(&info))) info = {};
+    return info;
+}
+
+std::vector<char16_t> SitedControl::AccessKeys() const {
+    const CONTROLINFO info = Info();
+    std::vector<char16_t> keys;
+    if (!info.hAccel || !info.cAccel) return keys;
+    std::vector<ACCEL> table(info.cAccel);
+    const int count = CopyAcceleratorTableW(info.hAccel, table.data(), static_cast<int>(table.size()));
+    for (int i = 0; i < count; ++i) {
+        const ACCEL& entry = table[static_cast<std::size_t>(i)];
+        if (!(entry.fVirt & FALT)) continue;
+        char16_t key = entry.key;
+        // A virtual key of a letter is its capital.
+        if (key >= u'A' && key <= u'Z') key = static_cast<char16_t>(key + 32);
+        keys.push_back(key);
+    }
+    return keys;
+}
+
+void SitedControl::OnAccessKey(MSG& message) {
+    if (control_) control_->OnMnemonic(&message);
+}
+
+bool SitedControl::TakesReturn() const { return (Info().dwFlags & CTRLINFO_EATS_RETURN) != 0; }
+
+void SitedControl::OnLeft() {
+    if (inPlace_ && activated_) inPlace_->UIDeactivate();
+}
+
+void SitedControl::OnAmbientChanged(DISPID property) {
+    if (control_) control_->OnAmbientPropertyChange(property);
+}
+
+void SitedControl::ApplyBounds(const RECT& pixels) {
+    SIZEL extent = ToHimetric(Bounds());
+    ole_->SetExtent(DVASPECT_CONTENT, &extent);
+    if (inPlace_ && activated_) inPlace_->SetObjectRects(&pixels, &pixels);
+}
+
+void SitedControl::ApplyVisible(bool visible) {
+    if (activated_) DoVerb(visible ? OLEIVERB_SHOW : OLEIVERB_HIDE, nullptr);
+    if (const HWND window = Window()) ShowWindow(window, visible ? SW_SHOWNA : SW_HIDE);
+}
+
+void SitedControl::SaveOwn(SavedProperties& saved) {
+    if (!persist_) return;
+    const auto bag = MakeObject<WritingBag>(saved, &Form().Pictures());
+    Check(persist_->Save(bag.get(), FALSE, TRUE));
+}
+
+bool SitedControl::ShowPages() {
+    const auto specify = object_.As<ISpecifyPropertyPages>();
+    CAUUID pages{};
+    if (!specify || FAILED(specify->GetPages(&pages))) return false;
+    const bool any = pages.cElems > 0;
+    if (any) {
+        IUnknown* object = object_.get();
+        OleCreatePropertyFrame(Form().Handle(), 0, 0, Wide(Title()), 1, &object, pages.cElems, pages.pElems,
+                               LOCALE_USER_DEFAULT, 0, nullptr);
+    }
+    CoTaskMemFree(pages.pElems);
+    return any;
+}
+
+}  // namespace qvx::host

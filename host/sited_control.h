@@ -1,0 +1,66 @@
+// A component control on a form: the site it lives in, its events, and its properties in the form file.
+#pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+#include <oleidl.h>
+
+#include "com/pointer.h"
+#include "host/event_sink_object.h"
+#include "host/form_control.h"
+
+namespace qvx::host {
+
+class SitedControl final : public FormControl {
+  public:
+    // Creates, loads and activates the control. Throws FormFileError with the line of the block.
+    SitedControl(HostForm& form, Block& block, FormControl* container);
+    ~SitedControl() override;
+
+    HWND Window() const override;
+    void Focus(const MSG* message) override;
+    bool CanFocus() const override;
+    bool Enabled() const override;
+    void SetEnabled(bool enabled) override;
+    ComPtr<IDispatch> Inner() const override { return members_; }
+    bool TranslateKey(MSG& message) override;
+    std::vector<char16_t> AccessKeys() const override;
+    void OnAccessKey(MSG& message) override;
+    bool TakesReturn() const override;
+    bool IsButton() const override { return (status_ & OLEMISC_ACTSLIKEBUTTON) != 0; }
+    void OnLeft() override;
+    void OnAmbientChanged(DISPID property) override;
+    // Shows the control's property pages. False when it has none.
+    bool ShowPages();
+
+  protected:
+    void ApplyBounds(const RECT& pixels) override;
+    void ApplyVisible(bool visible) override;
+    void SaveOwn(SavedProperties& saved) override;
+    std::vector<Text> KnownProperties() const override { return known_; }
+
+  private:
+    class Site;
+
+    void Load();
+    void LoadProperties();
+    void Activate();
+    HRESULT DoVerb(LONG verb, const MSG* message);
+    CONTROLINFO Info() const;
+
+    ComPtr<Site> site_;
+    ComPtr<IUnknown> object_;
+    ComPtr<IOleObject> ole_;
+    ComPtr<IOleControl> control_;
+    ComPtr<IOleInPlaceObject> inPlace_;
+    ComPtr<IOleInPlaceActiveObject> active_;
+    ComPtr<IPersistPropertyBag> persist_;
+    ComPtr<IDispatch> members_;
+    ComPtr<EventSink> events_;
+    std::vector<Text> known_;
+    DWORD status_ = 0;  // OLEMISC_...
+    bool activated_ = false;
+};
+
+}  // namespace qvx::host
