@@ -134,8 +134,8 @@ EditorKey DecideEditorKey(int keyCode, int shift, const Caret& caret, bool listC
     }
 }
 
-TextView CellTipText(const ControlState& state, TextView text, int textWidth, int roomWidth) {
-    return state.cellToolTip && textWidth > roomWidth ? text : TextView();
+Text CellTipText(const ControlState& state, TextView text, bool cutOff) {
+    return state.cellToolTip && cutOff ? Text(text) : Text();
 }
 
 }  // namespace qvx::grid

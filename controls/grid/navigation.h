@@ -91,8 +91,7 @@ enum class EditorKey {
 // `listColumn` tells a list column's combo, which walks its list by the vertical keys, from the free-text one.
 EditorKey DecideEditorKey(int keyCode, int shift, const Caret& caret, bool listColumn, const ControlState& state);
 
-// The tool tip of a cell: its text when tips are on and it needs more room than the cell has, else none. Both widths in
-// pixels.
-TextView CellTipText(const ControlState& state, TextView text, int textWidth, int roomWidth);
+// The tool tip of a cell: its text when tips are on and the cell cuts it off, else none.
+Text CellTipText(const ControlState& state, TextView text, bool cutOff);
 
 }  // namespace qvx::grid

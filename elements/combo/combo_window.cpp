@@ -413,6 +413,10 @@ void ComboWindow::OnChosen() {
 }
 
 void ComboWindow::OnCommand(WORD code) {
+    if (code == CBN_SETFOCUS) {
+        if (listener_) listener_->ComboGotFocus(*this);
+        return;
+    }
     if (code == CBN_KILLFOCUS) {
         if (listener_ && !HasFocus()) listener_->ComboLostFocus(*this);
         return;

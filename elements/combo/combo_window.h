@@ -30,6 +30,7 @@ class ComboListener {
     virtual void ComboKeyDown(ComboWindow&, int& /*keyCode*/, int /*shift*/) {}
     // A character, likewise.
     virtual void ComboKeyPress(ComboWindow&, int& /*character*/) {}
+    virtual void ComboGotFocus(ComboWindow&) {}
     virtual void ComboLostFocus(ComboWindow&) {}
 };
 

@@ -188,10 +188,10 @@ TEST(EditorKeys, CharactersThatOpenTheEditor) {
 
 TEST(CellTip, ShowsTextThatDoesNotFit) {
     ControlState state;
-    EXPECT_EQ(CellTipText(state, u"long", 50, 40), u"");
+    EXPECT_EQ(CellTipText(state, u"long", true), u"");
     state.cellToolTip = true;
-    EXPECT_EQ(CellTipText(state, u"long", 50, 40), u"long");
-    EXPECT_EQ(CellTipText(state, u"long", 40, 40), u"");
+    EXPECT_EQ(CellTipText(state, u"long", true), u"long");
+    EXPECT_EQ(CellTipText(state, u"long", false), u"");
 }
 
 class LifecycleTest : public ::testing::Test {

@@ -1,0 +1,191 @@
+// The ComboGrid control: its interface, persisted properties and events, over the grid for data entry.
+#pragma once
+
+#include <windows.h>
+
+#include "Qvx.h"
+#include "controls/grid/entry_grid_window.h"
+#include "server/control.h"
+
+namespace qvx::grid {
+
+class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEvents {
+  public:
+    static const ControlClass classInfo;
+
+    ComboGridControl();
+
+    // Columns by caption
+    STDMETHODIMP get_ListColumns(BSTR* result) override;
+    STDMETHODIMP put_ListColumns(BSTR value) override;
+    STDMETHODIMP get_UnChangableColumns(BSTR* result) override;
+    STDMETHODIMP put_UnChangableColumns(BSTR value) override;
+    STDMETHODIMP get_InActiveColumns(BSTR* result) override;
+    STDMETHODIMP put_InActiveColumns(BSTR value) override;
+    STDMETHODIMP get_NonFocusColumns(BSTR* result) override;
+    STDMETHODIMP put_NonFocusColumns(BSTR value) override;
+    STDMETHODIMP get_InVisibleColumns(BSTR* result) override;
+    STDMETHODIMP put_InVisibleColumns(BSTR value) override;
+    STDMETHODIMP get_RequiredFields(BSTR* result) override;
+    STDMETHODIMP put_RequiredFields(BSTR value) override;
+    STDMETHODIMP get_ColumnsDataType(BSTR* result) override;
+    STDMETHODIMP put_ColumnsDataType(BSTR value) override;
+    STDMETHODIMP get_CheckValueFor(BSTR* result) override;
+    STDMETHODIMP put_CheckValueFor(BSTR value) override;
+    STDMETHODIMP get_ColIndex(IDispatch** result) override;
+    STDMETHODIMP putref_ColIndex(IDispatch* value) override;
+    STDMETHODIMP get_StringFormat(BSTR* result) override;
+    STDMETHODIMP put_StringFormat(BSTR value) override;
+    // State
+    STDMETHODIMP get_Changed(VARIANT_BOOL* result) override;
+    STDMETHODIMP put_Changed(VARIANT_BOOL value) override;
+    STDMETHODIMP get_DateFormat(BSTR* result) override;
+    STDMETHODIMP put_DateFormat(BSTR value) override;
+    STDMETHODIMP get_KeyColumn(short* result) override;
+    STDMETHODIMP put_KeyColumn(short value) override;
+    STDMETHODIMP get_CellToolTip(VARIANT_BOOL* result) override;
+    STDMETHODIMP put_CellToolTip(VARIANT_BOOL value) override;
+    STDMETHODIMP get_ProjectionBold(VARIANT_BOOL* result) override;
+    STDMETHODIMP put_ProjectionBold(VARIANT_BOOL value) override;
+    STDMETHODIMP get_BindFrom(short* result) override;
+    STDMETHODIMP put_BindFrom(short value) override;
+    STDMETHODIMP get_AutoTab(VARIANT_BOOL* result) override;
+    STDMETHODIMP put_AutoTab(VARIANT_BOOL value) override;
+    STDMETHODIMP get_ProjectSelection(VARIANT_BOOL* result) override;
+    STDMETHODIMP put_ProjectSelection(VARIANT_BOOL value) override;
+    STDMETHODIMP get_AutoRecordNumber(VARIANT_BOOL* result) override;
+    STDMETHODIMP put_AutoRecordNumber(VARIANT_BOOL value) override;
+    STDMETHODIMP get_AutoAddNew(VARIANT_BOOL* result) override;
+    STDMETHODIMP put_AutoAddNew(VARIANT_BOOL value) override;
+    // Methods
+    STDMETHODIMP get_Lists(short index, IDispatch** result) override;
+    STDMETHODIMP RefreshColIndex() override;
+    STDMETHODIMP GetNextColumn(long* col, long* result) override;
+    STDMETHODIMP GetActiveList(short* result) override;
+    STDMETHODIMP AddItem(BSTR item, VARIANT index) override;
+    STDMETHODIMP Clear() override;
+    STDMETHODIMP RemoveItem(long index) override;
+    STDMETHODIMP Grid(IDispatch** result) override;
+    STDMETHODIMP ShowAbout() override;
+    // The inner grid's members
+    STDMETHODIMP get_TextArray(long index, BSTR* result) override;
+    STDMETHODIMP put_TextArray(long index, BSTR value) override;
+    STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override;
+    STDMETHODIMP put_TextMatrix(long row, long col, BSTR value) override;
+    STDMETHODIMP get_Rows(long* result) override;
+    STDMETHODIMP put_Rows(long value) override;
+    STDMETHODIMP get_Cols(long* result) override;
+    STDMETHODIMP put_Cols(long value) override;
+    STDMETHODIMP get_FixedCols(long* result) override;
+    STDMETHODIMP put_FixedCols(long value) override;
+    STDMETHODIMP get_FixedRows(long* result) override;
+    STDMETHODIMP put_FixedRows(long value) override;
+    STDMETHODIMP get_BackColorBkg(OLE_COLOR* result) override;
+    STDMETHODIMP put_BackColorBkg(OLE_COLOR value) override;
+    STDMETHODIMP get_AllowUserResizing(GridResizing* result) override;
+    STDMETHODIMP put_AllowUserResizing(GridResizing value) override;
+    STDMETHODIMP get_Appearance(GridAppearance* result) override;
+    STDMETHODIMP put_Appearance(GridAppearance value) override;
+    STDMETHODIMP get_BackColor(OLE_COLOR* result) override;
+    STDMETHODIMP put_BackColor(OLE_COLOR value) override;
+    STDMETHODIMP get_BackColorSel(OLE_COLOR* result) override;
+    STDMETHODIMP put_BackColorSel(OLE_COLOR value) override;
+    STDMETHODIMP get_FocusRect(GridFocusRect* result) override;
+    STDMETHODIMP put_FocusRect(GridFocusRect value) override;
+    STDMETHODIMP get_ForeColor(OLE_COLOR* result) override;
+    STDMETHODIMP put_ForeColor(OLE_COLOR value) override;
+    STDMETHODIMP get_ForeColorFixed(OLE_COLOR* result) override;
+    STDMETHODIMP put_ForeColorFixed(OLE_COLOR value) override;
+    STDMETHODIMP get_ForeColorSel(OLE_COLOR* result) override;
+    STDMETHODIMP put_ForeColorSel(OLE_COLOR value) override;
+    STDMETHODIMP get_FormatString(BSTR* result) override;
+    STDMETHODIMP put_FormatString(BSTR value) override;
+    STDMETHODIMP get_GridColor(OLE_COLOR* result) override;
+    STDMETHODIMP put_GridColor(OLE_COLOR value) override;
+    STDMETHODIMP get_GridColorFixed(OLE_COLOR* result) override;
+    STDMETHODIMP put_GridColorFixed(OLE_COLOR value) override;
+    STDMETHODIMP get_GridLines(GridLineStyle* result) override;
+    STDMETHODIMP put_GridLines(GridLineStyle value) override;
+    STDMETHODIMP get_GridLinesFixed(GridLineStyle* result) override;
+    STDMETHODIMP put_GridLinesFixed(GridLineStyle value) override;
+    STDMETHODIMP get_HighLight(GridHighLight* result) override;
+    STDMETHODIMP put_HighLight(GridHighLight value) override;
+    STDMETHODIMP get_MergeCells(GridMerge* result) override;
+    STDMETHODIMP put_MergeCells(GridMerge value) override;
+    STDMETHODIMP get_ScrollBars(GridScrollBars* result) override;
+    STDMETHODIMP put_ScrollBars(GridScrollBars value) override;
+    STDMETHODIMP get_ScrollTrack(VARIANT_BOOL* result) override;
+    STDMETHODIMP put_ScrollTrack(VARIANT_BOOL value) override;
+    STDMETHODIMP get_SelectionMode(GridSelection* result) override;
+    STDMETHODIMP put_SelectionMode(GridSelection value) override;
+    STDMETHODIMP get_BackColorFixed(OLE_COLOR* result) override;
+    STDMETHODIMP put_BackColorFixed(OLE_COLOR value) override;
+    STDMETHODIMP get_Enabled(VARIANT_BOOL* result) override;
+    STDMETHODIMP put_Enabled(VARIANT_BOOL value) override;
+    STDMETHODIMP get_BorderStyle(GridBorder* result) override;
+    STDMETHODIMP put_BorderStyle(GridBorder value) override;
+    STDMETHODIMP get_ColAlignment(long index, short* result) override;
+    STDMETHODIMP put_ColAlignment(long index, short value) override;
+    STDMETHODIMP get_ColWidth(long index, long* result) override;
+    STDMETHODIMP put_ColWidth(long index, long value) override;
+    STDMETHODIMP get_Row(long* result) override;
+    STDMETHODIMP put_Row(long value) override;
+    STDMETHODIMP get_Col(long* result) override;
+    STDMETHODIMP put_Col(long value) override;
+    STDMETHODIMP get_hWnd(long* result) override;
+    STDMETHODIMP get_hDC(long* result) override;
+
+    // An edit that is open ends while its window is still in place.
+    STDMETHODIMP InPlaceDeactivate() override;
+    STDMETHODIMP UIDeactivate() override;
+    STDMETHODIMP Close(DWORD saveOption) override;
+
+    const PropertyTable& Properties() override;
+
+  protected:
+    Size DefaultPixelSize() const override { return {320, 200}; }
+    void InitProperties() override;
+    void OnBeforeRead(TextView key) override;
+    void OnWindowCreated(HWND window) override;
+    void OnResize(Size size) override { entry_.Resize(size); }
+    void OnShow() override { entry_.Show(UserMode()); }
+    HWND FocusWindow() override;
+    void DrawControl(Surface& surface, const Rect& area) override;
+    bool WantsKey(const MSG& message) override { return entry_.WantsKey(message); }
+    void OnTerminate() override;
+
+  private:
+    ~ComboGridControl() override = default;
+
+    // EntryGridEvents
+    void BeforeCellChange(int row, int col, const Text& data, bool& cancel) override;
+    void AfterCellChange(int row, int col, const Text& oldData, const Text& newData, bool& cancel) override;
+    void OnError(int number, const Text& description, bool& response) override;
+    void ListChange(int row, int col, const Text& data) override;
+    void ListClick(int row, int col, const Text& data) override;
+    void KeyDown(short& keyCode, short& shift) override;
+    void EnterCell() override;
+    void LeaveCell() override;
+    void ReportError(int number, const Text& description) override;
+    void FocusMovesTo(HWND moving) override { ControlBase::FocusMovesTo(moving); }
+    HWND ControlWindow() override { return EnsureWindow(); }
+    ComPtr<IUnknown> KeepAlive() override { return ControlBase::KeepAlive(); }
+
+    ControlState& State() { return entry_.State(); }
+    flexgrid::Grid& Model() { return entry_.Model(); }
+    void RebuildColIndex();
+
+    // A setter's body, the notification under the property's name behind it.
+    template <class Body>
+    HRESULT Put(TextView name, Body body) {
+        return Guard([&] {
+            body();
+            ControlBase::Changed(name);
+        });
+    }
+
+    EntryGrid entry_;
+    ComPtr<IDispatch> colIndex_;
+};
+
+}  // namespace qvx::grid

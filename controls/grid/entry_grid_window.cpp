@@ -1,0 +1,475 @@
+#include "controls/grid/entry_grid_window.h"
+
+#include "common/keys.h"
+#include "common/locale.h"
+#include "controls/grid/column_lists.h"
+#include "controls/grid/lifecycle.h"
+#include "win/dpi.h"
+
+namespace qvx::grid {
+namespace {
+
+constexpr int notAListColumn = errors::subscriptOutOfRange;
+
+}  // namespace
+
+// The frame and one combo, as the rules of an edit drive them.
+class EntryGrid::Editor {
+  public:
+    Editor(EntryGrid& owner, EditorFrame& frame, ComboWindow& combo) : owner_(owner), frame_(frame), combo_(combo) {}
+
+    CellBox Cell() {
+        const Rect cell = owner_.window_->CellTwips();
+        return {cell.left, cell.top, cell.Width(), cell.Height()};
+    }
+    void MoveFrame(const EditorPlacement& placement) { frame_.MoveTo(FramePixels(placement)); }
+    void MoveCombo(const EditorPlacement& placement) {
+        const Dpi dpi = Resolution();
+        owner_.DressEditor(combo_);
+        combo_.Place({TwipsToPixels(placement.comboLeft, dpi.x), TwipsToPixels(placement.comboTop, dpi.y)},
+                     TwipsToPixels(placement.comboWidth, dpi.x), FramePixels(placement).Height());
+    }
+    void BringComboToFront() { combo_.BringToFront(); }
+    void SetComboText(TextView text) { combo_.SetText(text); }
+    Text ComboText() const { return combo_.GetText(); }
+    void SetComboTag(TextView text) { combo_.SetTag(text); }
+    Text ComboTag() const { return combo_.Tag(); }
+    void ShowFrame(bool shown) { frame_.Show(shown); }
+    void SetFrameTag(TextView text) { frame_.SetTag(text); }
+    Text FrameTag() const { return frame_.Tag(); }
+    void DropDown() { combo_.DropDown(); }
+    void FocusCombo() { combo_.Focus(); }
+    ListState List() const {
+        ListState list{{}, combo_.ListIndex(), combo_.TopIndex()};
+        const int count = combo_.ListCount();
+        list.entries.reserve(static_cast<std::size_t>(count));
+        for (int index = 0; index < count; ++index) list.entries.push_back(combo_.List(index));
+        return list;
+    }
+    DateSettings DateSettingsNow() const { return SystemDateSettings(); }
+    int ScrollBarPixels() const { return GetSystemMetrics(SM_CXVSCROLL); }
+    int TwipsPerPixelX() const { return TwipsPerPixel(Resolution().x); }
+
+  private:
+    Dpi Resolution() const { return owner_.window_->Model().Metrics().Resolution(); }
+    Rect FramePixels(const EditorPlacement& placement) const {
+        const Dpi dpi = Resolution();
+        const CellBox& box = placement.frame;
+        return {TwipsToPixels(box.left, dpi.x), TwipsToPixels(box.top, dpi.y),
+                TwipsToPixels(box.left + box.width, dpi.x), TwipsToPixels(box.top + box.height, dpi.y)};
+    }
+
+    EntryGrid& owner_;
+    EditorFrame& frame_;
+    ComboWindow& combo_;
+};
+
+EntryGrid::EntryGrid(EntryGridEvents& events) : events_(events), window_(std::make_unique<flexgrid::FlexGridWindow>()) {
+    automation_ = std::make_unique<flexgrid::GridAutomation>(*window_);
+    window_->AddEvents(this);
+    window_->Model().AddListener(this);
+}
+
+EntryGrid::~EntryGrid() {
+    window_->Model().RemoveListener(this);
+    window_->RemoveEvents(this);
+}
+
+IDispatch* EntryGrid::Lists(int col) {
+    const flexgrid::Grid& grid = Model();
+    const std::int64_t cells = static_cast<std::int64_t>(grid.Rows()) * grid.Cols();
+    if (col < 0 || col >= cells || !IsListedColumn(grid, state_.listColumns, col))
+        throw RunTimeError(notAListColumn, u"Not a valid ListColum Index.");
+    return Frame().ObjectOf(col);
+}
+
+void EntryGrid::AttachTo(HWND control) {
+    if (frame_ && !frame_->Handle()) retired_.push_back(std::move(frame_));
+    if (!window_->Handle()) {
+        RECT client{};
+        GetClientRect(control, &client);
+        window_->CreateIn(control, FromRECT(client));
+    }
+}
+
+HWND EntryGrid::FocusWindow() const {
+    if (EditIsOpen() && frame_ && frame_->Shown())
+        if (const ComboWindow* combo = frame_->Find(editor_)) return combo->EditWindow();
+    return window_->Handle();
+}
+
+void EntryGrid::Resize(Size pixels) { window_->MoveTo({0, 0, pixels.width, pixels.height}); }
+
+EditorFrame& EntryGrid::Frame() {
+    if (frame_ && frame_->Handle()) return *frame_;
+    if (frame_) retired_.push_back(std::move(frame_));
+    frame_ = std::make_unique<EditorFrame>(static_cast<ComboListener&>(*this));
+    frame_->CreateIn(events_.ControlWindow());
+    frame_->Load(freeTextEditor);
+    return *frame_;
+}
+
+void EntryGrid::Show(bool userMode) {
+    try {
+        grid::Show(Model(), state_, userMode, [this](int col) {
+            EditorFrame& frame = Frame();
+            frame.Load(col);
+            frame.Find(col)->SetSelectsAsTyped(true);
+        });
+    } catch (...) {
+        const RunTimeError error = CurrentError();
+        events_.ReportError(error.Number(), error.Description());
+    }
+}
+
+void EntryGrid::Terminate() {
+    grid::Terminate(Model(), state_, [this](int col) {
+        if (frame_) frame_->Unload(col);
+    });
+}
+
+int EntryGrid::EditorIndex() {
+    const int index = GetActiveList(Model(), state_);
+    return Frame().Find(index) ? index : freeTextEditor;
+}
+
+void EntryGrid::DressEditor(ComboWindow& combo) {
+    const flexgrid::Grid& grid = Model();
+    Dress& dress = dresses_[frame_->IndexOf(combo)];
+    const Dress wanted{grid.FontOf(grid.Row(), grid.Col()), grid.BackColor(), grid.ForeColor()};
+    if (combo.Font() == dress.font) combo.SetFont(wanted.font);
+    if (combo.BackColor() == dress.back) combo.SetBackColor(wanted.back);
+    if (combo.ForeColor() == dress.fore) combo.SetForeColor(wanted.fore);
+    dress = wanted;
+}
+
+bool EntryGrid::OpenEditor() {
+    if (EditIsOpen()) EndEdit();
+    if (!MayEdit(Model(), state_)) return false;
+    const int index = EditorIndex();
+    editor_ = index;
+    Editor editor(*this, *frame_, *frame_->Find(index));
+    return ShowCellEditor(Model(), state_, editor, events_, index == freeTextEditor);
+}
+
+void EntryGrid::Commit() {
+    ComboWindow* combo = frame_ ? frame_->Find(editor_) : nullptr;
+    if (!combo) return;
+    Editor editor(*this, *frame_, *combo);
+    CommitEdit(Model(), state_, editor, events_);
+}
+
+void EntryGrid::CommitOpenEdit() {
+    if (EditIsOpen()) EndEdit();
+}
+
+bool EntryGrid::EndEdit() {
+    const int row = Model().Row();
+    const int col = Model().Col();
+    // The editor is validated while it has the focus, and tells of losing it afterwards.
+    Commit();
+    const ComboWindow* combo = frame_ ? frame_->Find(editor_) : nullptr;
+    if (combo && combo->HasFocus()) SetFocus(window_->Handle());
+    if (frame_ && frame_->Shown() && !state_.editing) {
+        frame_->Show(false);
+        Commit();
+    }
+    return Model().Row() == row && Model().Col() == col;
+}
+
+void EntryGrid::Go(const CellStep& step, short shift) {
+    switch (step.kind) {
+        case CellStep::Kind::Stay:
+            return;
+        case CellStep::Kind::Leave:
+            LeaveGrid((shift & keys::shiftMask) != 0);
+            return;
+        case CellStep::Kind::AddRow:
+            ChangeRows([this] { AddNewRow(Model(), state_); });
+            break;
+        case CellStep::Kind::Move:
+            break;
+    }
+    if (step.row < Model().Rows() && step.col < Model().Cols()) Model().MoveTo(step.row, step.col);
+    window_->ScrollIntoView(Model().Row(), Model().Col());
+}
+
+// Hosts that move the focus themselves were asked before (WantsKey); others have their windows in dialog order.
+void EntryGrid::LeaveGrid(bool backwards) {
+    const HWND control = events_.ControlWindow();
+    const HWND top = GetAncestor(control, GA_ROOT);
+    const HWND next = top ? GetNextDlgTabItem(top, control, backwards) : nullptr;
+    if (next && next != control && !IsChild(control, next)) SetFocus(next);
+}
+
+// ---- Keys ----------------------------------------------------------------------------------------------------------
+
+void EntryGrid::KeyDown(short& keyCode, short& shift) {
+    const auto keep = events_.KeepAlive();
+    dropCharacter_ = false;
+    if (std::exchange(dropNextKey_, false)) {
+        keyCode = 0;
+        return;
+    }
+    if (!std::exchange(keyAlreadyTold_, false)) events_.KeyDown(keyCode, shift);
+    if (keyCode == 0) {
+        dropCharacter_ = true;
+        return;
+    }
+    const GridKey action = DecideGridKey(keyCode, shift, state_);
+    if (action == GridKey::PassOn) return;
+    keyCode = 0;
+    switch (action) {
+        case GridKey::Forward:
+            Go(StepForward(Model(), state_, true), shift);
+            break;
+        case GridKey::ForwardStay:
+            Go(StepForward(Model(), state_, false), shift);
+            break;
+        case GridKey::Back:
+            Go(StepBack(Model(), state_), shift);
+            break;
+        case GridKey::Left:
+            Go(StepSideways(Model(), state_, -1), shift);
+            break;
+        case GridKey::Right:
+            Go(StepSideways(Model(), state_, 1), shift);
+            break;
+        case GridKey::OpenEditor:
+            OpenEditor();
+            break;
+        case GridKey::PassOut:
+            LeaveGrid((shift & keys::shiftMask) != 0);
+            break;
+        default:
+            break;
+    }
+}
+
+void EntryGrid::KeyPress(short& keyAscii) {
+    const auto keep = events_.KeepAlive();
+    const auto character = static_cast<char16_t>(keyAscii);
+    if (std::exchange(dropCharacter_, false) || !OpensEditor(character)) return;
+    keyAscii = 0;
+    if (EditIsOpen() && frame_ && frame_->Shown()) {
+        // The second half of a character outside the basic plane, sent to the grid before the editor had the focus.
+        if (const ComboWindow* combo = frame_->Find(editor_)) SendMessageW(combo->EditWindow(), WM_CHAR, character, 0);
+        return;
+    }
+    if (!OpenEditor()) return;
+    if (ComboWindow* combo = frame_->Find(editor_))
+        combo->TypeOver(character == keys::backspace ? Text() : Text(1, character));
+}
+
+void EntryGrid::ComboKeyDown(ComboWindow& combo, int& keyCode, int shift) {
+    const auto keep = events_.KeepAlive();
+    if (!EditIsOpen()) {
+        // The edit ended while the key was on its way.
+        if (keyCode == keys::tab || keyCode == keys::enter || keyCode == keys::escape) keyCode = 0;
+        return;
+    }
+    const Caret caret{combo.SelStart(), combo.SelLength(), static_cast<int>(combo.GetText().size())};
+    const bool list = frame_->IndexOf(combo) != freeTextEditor;
+    const EditorKey action = DecideEditorKey(keyCode, shift, caret, list, state_);
+    if (action != EditorKey::PassOn) UseEditorKey(action, combo, keyCode, shift);
+}
+
+void EntryGrid::UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode, int shift) {
+    const int key = std::exchange(keyCode, 0);
+    if (action == EditorKey::Nothing) return;
+    if (action == EditorKey::Abandon) {
+        Editor editor(*this, *frame_, combo);
+        AbandonEdit(editor);
+    }
+    // A handler that has moved the current cell has decided where to go on.
+    if (!EndEdit()) return;
+    const auto bits = static_cast<short>(shift);
+    switch (action) {
+        case EditorKey::CommitForward:
+            Go(StepForward(Model(), state_, true), bits);
+            break;
+        case EditorKey::CommitForwardStay:
+            Go(StepForward(Model(), state_, false), bits);
+            break;
+        case EditorKey::CommitBack:
+            Go(StepBack(Model(), state_), bits);
+            break;
+        case EditorKey::CommitLeft:
+            Go(StepSideways(Model(), state_, -1), bits);
+            break;
+        case EditorKey::CommitRight:
+            Go(StepSideways(Model(), state_, 1), bits);
+            break;
+        case EditorKey::CommitUp:
+            Go(StepVertically(Model(), -1), bits);
+            break;
+        case EditorKey::CommitDown:
+            Go(StepVertically(Model(), 1), bits);
+            break;
+        case EditorKey::CommitPage:
+            SendMessageW(window_->Handle(), WM_KEYDOWN, static_cast<WPARAM>(key), 0);
+            break;
+        case EditorKey::CommitOut:
+            LeaveGrid((shift & keys::shiftMask) != 0);
+            break;
+        default:
+            break;
+    }
+}
+
+bool EntryGrid::TabLeaves(int shift) {
+    const auto step = [&] {
+        return (shift & keys::shiftMask) != 0 ? StepBack(Model(), state_) : StepForward(Model(), state_, true);
+    };
+    const bool out = DecideGridKey(keys::tab, shift, state_) == GridKey::PassOut;
+    if (!out && step().kind != CellStep::Kind::Leave) return false;
+    if (EditIsOpen()) {
+        if (!EndEdit()) return false;
+        if (out || step().kind == CellStep::Kind::Leave) return true;
+        // The handlers have made room for another step.
+        Go(step(), static_cast<short>(shift));
+        return false;
+    }
+    short key = keys::tab;
+    auto bits = static_cast<short>(shift);
+    events_.KeyDown(key, bits);
+    dropNextKey_ = key == 0;
+    keyAlreadyTold_ = key != 0;
+    return key != 0;
+}
+
+bool EntryGrid::WantsKey(const MSG& message) {
+    const auto keep = events_.KeepAlive();
+    if (message.message == WM_CHAR || message.message == WM_KEYUP) return true;
+    if (message.message != WM_KEYDOWN) return false;
+    const auto key = static_cast<int>(message.wParam);
+    const int shift = ShiftState();
+    switch (key) {
+        case keys::tab:
+            return !TabLeaves(shift);
+        case keys::escape:
+            return EditIsOpen();
+        case keys::enter:
+        case keys::f2:
+            return shift == 0;
+        case keys::f4:
+            return EditIsOpen();
+        case keys::left:
+        case keys::right:
+        case keys::up:
+        case keys::down:
+        case keys::home:
+        case keys::end:
+        case keys::pageUp:
+        case keys::pageDown:
+            return true;
+        default:
+            // Letters with Ctrl are the host's menus', but an editor has its clipboard and its undo. Function keys are
+            // the host's.
+            if ((shift & keys::controlMask) != 0) return EditIsOpen();
+            return key < VK_F1 || key > VK_F24;
+    }
+}
+
+// ---- Mouse, scrolling, focus ---------------------------------------------------------------------------------------
+
+bool EntryGrid::OnCurrentCell() const {
+    const DWORD position = GetMessagePos();
+    RECT outer{};
+    GetWindowRect(window_->Handle(), &outer);
+    const Point pixels{static_cast<short>(LOWORD(position)) - static_cast<int>(outer.left),
+                       static_cast<short>(HIWORD(position)) - static_cast<int>(outer.top)};
+    const Dpi dpi = window_->Model().Metrics().Resolution();
+    return window_->CellTwips().Contains({PixelsToTwips(pixels.x, dpi.x), PixelsToTwips(pixels.y, dpi.y)});
+}
+
+void EntryGrid::DblClick() {
+    const auto keep = events_.KeepAlive();
+    const flexgrid::Grid& grid = Model();
+    const bool fixed = grid.Row() < grid.FixedRows() || grid.Col() < grid.FixedCols();
+    if (!fixed && OnCurrentCell()) OpenEditor();
+}
+
+void EntryGrid::MouseDown(short, short, float, float) {
+    const auto keep = events_.KeepAlive();
+    CommitOpenEdit();
+}
+
+void EntryGrid::Scroll() {
+    if (EditIsOpen() && !state_.editing && frame_ && frame_->Shown()) PlaceOverCell();
+}
+
+// Keeps the editor on its cell; out of sight with it, but not hidden, which would take the focus away.
+void EntryGrid::PlaceOverCell() {
+    if (state_.editRow >= Model().Rows() || state_.editCol >= Model().Cols()) return;
+    RECT frame{};
+    GetWindowRect(frame_->Handle(), &frame);
+    const Size size{static_cast<int>(frame.right - frame.left), static_cast<int>(frame.bottom - frame.top)};
+    const Dpi dpi = Model().Metrics().Resolution();
+    Point corner{-2 * size.width, -2 * size.height};
+    if (window_->RowIsVisible(state_.editRow) && window_->ColIsVisible(state_.editCol))
+        corner = {TwipsToPixels(window_->ColPos(state_.editCol), dpi.x),
+                  TwipsToPixels(window_->RowPos(state_.editRow), dpi.y)};
+    frame_->MoveTo({corner.x, corner.y, corner.x + size.width, corner.y + size.height});
+}
+
+void EntryGrid::GotFocus() {
+    const auto keep = events_.KeepAlive();
+    events_.FocusMovesTo(GetFocus());
+}
+
+void EntryGrid::LostFocus() {
+    const auto keep = events_.KeepAlive();
+    keyAlreadyTold_ = false;
+    dropNextKey_ = false;
+    events_.FocusMovesTo(GetFocus());
+}
+
+Text EntryGrid::ToolTip(int row, int col) {
+    return CellTipText(state_, Model().TextMatrix(row, col), window_->IsTextCut(row, col));
+}
+
+void EntryGrid::LeaveCell() {
+    const auto keep = events_.KeepAlive();
+    if (EditIsOpen() && !changingRows_ && !state_.editing && state_.committing == 0) EndEdit();
+    events_.LeaveCell();
+    if (!state_.projectSelection || !state_.initialised) return;
+    // Whether bold or not: the property may have been turned off while the cell was the current one.
+    Model().SetCellFontBold(false);
+    Model().SetCellForeColor(Model().ForeColor());
+}
+
+void EntryGrid::EnterCell() {
+    const auto keep = events_.KeepAlive();
+    events_.EnterCell();
+    if (!state_.projectSelection || !state_.initialised) return;
+    Model().SetCellForeColor(Model().ForeColorSel());
+    if (state_.projectionBold) Model().SetCellFontBold(true);
+}
+
+// ---- Combos --------------------------------------------------------------------------------------------------------
+
+void EntryGrid::ComboChange(ComboWindow& combo) {
+    const auto keep = events_.KeepAlive();
+    events_.ListChange(state_.editRow, state_.editCol, combo.GetText());
+}
+
+void EntryGrid::ComboClick(ComboWindow& combo) {
+    const auto keep = events_.KeepAlive();
+    events_.ListClick(state_.editRow, state_.editCol, combo.GetText());
+}
+
+void EntryGrid::ComboGotFocus(ComboWindow&) {
+    const auto keep = events_.KeepAlive();
+    events_.FocusMovesTo(GetFocus());
+}
+
+void EntryGrid::ComboLostFocus(ComboWindow&) {
+    const auto keep = events_.KeepAlive();
+    Commit();
+    if (frame_) frame_->Show(false);
+    Commit();
+    events_.FocusMovesTo(GetFocus());
+}
+
+}  // namespace qvx::grid

@@ -1,0 +1,147 @@
+// A grid for data entry in a window of a control: the inner grid and the editor over its cells, driven by the rules.
+#pragma once
+
+#include <windows.h>
+
+#include <map>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "com/pointer.h"
+#include "common/text.h"
+#include "controls/grid/cell_edit.h"
+#include "controls/grid/control_state.h"
+#include "controls/grid/editor_frame_window.h"
+#include "controls/grid/navigation.h"
+#include "elements/flexgrid/flexgrid_object.h"
+#include "elements/flexgrid/flexgrid_window.h"
+
+namespace qvx::grid {
+
+// What the control around the grid passes on to its host. A handler may do anything, short of destroying the EntryGrid.
+class EntryGridEvents {
+  public:
+    virtual ~EntryGridEvents() = default;
+    virtual void BeforeCellChange(int row, int col, const Text& data, bool& cancel) = 0;
+    virtual void AfterCellChange(int row, int col, const Text& oldData, const Text& newData, bool& cancel) = 0;
+    virtual void OnError(int number, const Text& description, bool& response) = 0;
+    virtual void ListChange(int row, int col, const Text& data) = 0;
+    virtual void ListClick(int row, int col, const Text& data) = 0;
+    virtual void KeyDown(short& keyCode, short& shift) = 0;
+    virtual void EnterCell() = 0;
+    virtual void LeaveCell() = 0;
+    virtual void ReportError(int number, const Text& description) = 0;
+    // The keyboard focus goes to that window (null: elsewhere).
+    virtual void FocusMovesTo(HWND moving) = 0;
+    // The control's window, made when it is not there yet.
+    virtual HWND ControlWindow() = 0;
+    // Keeps the control and so the EntryGrid alive while a message is handled.
+    virtual ComPtr<IUnknown> KeepAlive() = 0;
+};
+
+class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWindowEvents, private ComboListener {
+  public:
+    explicit EntryGrid(EntryGridEvents& events);
+    ~EntryGrid() override;
+    EntryGrid(const EntryGrid&) = delete;
+    EntryGrid& operator=(const EntryGrid&) = delete;
+
+    ControlState& State() { return state_; }
+    flexgrid::FlexGridWindow& GridWindow() { return *window_; }
+    flexgrid::Grid& Model() { return window_->Model(); }
+    // With a reference for the caller.
+    IDispatch* GridObject() { return automation_->Get(); }
+    // The pick list of a column, with a reference for the caller: error 9 when it is none, 340 when it was not loaded.
+    IDispatch* Lists(int col);
+
+    // Makes the inner windows in the control's. They go with it.
+    void AttachTo(HWND control);
+    // Where the keyboard focus belongs: the open editor, else the inner grid.
+    HWND FocusWindow() const;
+    void Resize(Size pixels);
+    // The preparation at the first show in run mode. An error is reported.
+    void Show(bool userMode);
+    void Terminate();
+
+    // Ends an edit that is open: before the current cell moves, and before the window goes.
+    void CommitOpenEdit();
+    // Row changes by the host, which move the cursor without leaving the cell under edit.
+    template <class Change>
+    void ChangeRows(Change change) {
+        const bool before = std::exchange(changingRows_, true);
+        try {
+            change();
+        } catch (...) {
+            changingRows_ = before;
+            throw;
+        }
+        changingRows_ = before;
+    }
+
+    // Whether a key message that a host is about to use is the grid's. A Tab that leaves the grid is not; by then the
+    // edit it leaves is committed.
+    bool WantsKey(const MSG& message);
+
+  private:
+    class Editor;
+
+    // GridListener
+    void LeaveCell() override;
+    void EnterCell() override;
+    // GridWindowEvents
+    void DblClick() override;
+    void KeyDown(short& keyCode, short& shift) override;
+    void KeyPress(short& keyAscii) override;
+    void MouseDown(short button, short shift, float x, float y) override;
+    void Scroll() override;
+    void GotFocus() override;
+    void LostFocus() override;
+    Text ToolTip(int row, int col) override;
+    // ComboListener
+    void ComboChange(ComboWindow& combo) override;
+    void ComboClick(ComboWindow& combo) override;
+    void ComboKeyDown(ComboWindow& combo, int& keyCode, int shift) override;
+    void ComboGotFocus(ComboWindow& combo) override;
+    void ComboLostFocus(ComboWindow& combo) override;
+
+    bool EditIsOpen() const { return grid::EditIsOpen(state_); }
+    EditorFrame& Frame();
+    // The editor for the current column: its own, when it is a list column whose list was loaded, else the free-text
+    // one.
+    int EditorIndex();
+    // True when the editor is open now.
+    bool OpenEditor();
+    void DressEditor(ComboWindow& combo);
+    bool TabLeaves(int shift);
+    bool OnCurrentCell() const;
+    void Commit();
+    // Commits, gives the focus back to the inner grid, and tells whether the current cell is where it was before.
+    bool EndEdit();
+    void Go(const CellStep& step, short shift);
+    void LeaveGrid(bool backwards);
+    void PlaceOverCell();
+    void UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode, int shift);
+
+    EntryGridEvents& events_;
+    ControlState state_;
+    std::unique_ptr<flexgrid::FlexGridWindow> window_;
+    std::unique_ptr<flexgrid::GridAutomation> automation_;
+    std::unique_ptr<EditorFrame> frame_;
+    // Frames whose windows went with a control's window that the host destroyed; somebody may still be using them.
+    std::vector<std::unique_ptr<EditorFrame>> retired_;
+    // The looks that combos were given; what the host has changed since is its own.
+    struct Dress {
+        FontSpec font;
+        OleColor back = colors::windowBackground;
+        OleColor fore = colors::windowText;
+    };
+    std::map<int, Dress> dresses_;
+    int editor_ = -1;  // the combo of the edit that is open
+    bool changingRows_ = false;
+    bool dropNextKey_ = false;     // the host has refused the key that is about to arrive
+    bool keyAlreadyTold_ = false;  // the host was told of the key that is about to arrive
+    bool dropCharacter_ = false;   // the host has refused the key that this character comes from
+};
+
+}  // namespace qvx::grid
