@@ -1,5 +1,8 @@
 #include "win/modal.h"
 
+#include "common/placement.h"
+#include "win/gdi_surface.h"
+
 namespace qvx {
 
 namespace {
@@ -61,6 +64,16 @@ void RunModalLoop(const std::function<bool()>& running, const std::function<bool
             DispatchMessageW(&message);
         }
     }
+}
+
+Point PlaceDialog(HWND owner, Size box) {
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    GetMonitorInfoW(MonitorFromWindow(owner, MONITOR_DEFAULTTOPRIMARY), &monitor);
+    const Rect work = FromRECT(monitor.rcWork);
+    RECT over{};
+    const bool hasOver = owner && IsWindowVisible(owner) && !IsIconic(owner) && GetWindowRect(owner, &over);
+    return PlaceOver(hasOver ? FromRECT(over) : work, work, box);
 }
 
 }  // namespace qvx

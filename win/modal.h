@@ -6,6 +6,8 @@
 #include <functional>
 #include <vector>
 
+#include "common/geometry.h"
+
 namespace qvx {
 
 // Disables every enabled top-level window of this thread but `dialog`, as modal forms do, and enables the same ones
@@ -29,5 +31,9 @@ class ModalScope {
 // Runs messages until `running` is false. `filter` sees each one first and returns true for those it has dealt with.
 // A request to quit the thread ends the loop and is posted again for the loop outside.
 void RunModalLoop(const std::function<bool()>& running, const std::function<bool(const MSG&)>& filter);
+
+// The place on the screen for a dialog of that size in pixels: over its owner, on the owner's monitor; in the middle of
+// the screen without a visible owner.
+Point PlaceDialog(HWND owner, Size box);
 
 }  // namespace qvx

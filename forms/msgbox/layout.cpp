@@ -124,11 +124,4 @@ Answer AnswerForKey(int key, int shift, bool cancelVisible) {
     }
 }
 
-Point PlaceOver(const Rect& over, const Rect& work, Size box) {
-    Point place{over.left + (over.Width() - box.width) / 2, over.top + (over.Height() - box.height) / 2};
-    place.x = std::max(work.left, std::min(place.x, work.right - box.width));
-    place.y = std::min(std::max(work.top, place.y), work.bottom - box.height);
-    return place;
-}
-
 }  // namespace qvx::msgbox

@@ -74,8 +74,4 @@ enum class Answer { none, ok, cancel };
 // What a key typed anywhere in the box clicks. A "C" or "N" clicks Cancel even where it is not visible.
 Answer AnswerForKey(int key, int shift, bool cancelVisible);
 
-// Where the box stands: in the middle of `over` (a window or the screen), inside `work` as far as it fits; of a box
-// too high for that the lower part with the buttons. Pixels.
-Point PlaceOver(const Rect& over, const Rect& work, Size box);
-
 }  // namespace qvx::msgbox

@@ -16,17 +16,14 @@ constexpr UINT_PTR closeTimer = 2;
 constexpr int okId = 1;
 constexpr int cancelId = 2;
 
-Rect BoundsOf(HWND window) {
-    RECT bounds{};
-    GetWindowRect(window, &bounds);
-    return FromRECT(bounds);
-}
-
-Rect WorkArea(HWND window) {
-    MONITORINFO info{};
-    info.cbSize = sizeof info;
-    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &info);
-    return FromRECT(info.rcWork);
+// The small icon of a window or its class, for the caption; null when it has none.
+HICON SmallIcon(HWND window) {
+    if (!window) {
+        return nullptr;
+    }
+    DWORD_PTR icon = 0;
+    SendMessageTimeoutW(window, WM_GETICON, ICON_SMALL, 0, SMTO_ABORTIFHUNG, 200, &icon);
+    return reinterpret_cast<HICON>(icon ? icon : GetClassLongPtrW(window, GCLP_HICONSM));
 }
 
 // The loop waits for a message, and what ended the box may not have been one that was posted.
@@ -72,6 +69,9 @@ bool MessageBoxWindow::Open(HWND owner, const MessageRequest& request) {
     if (!Create(boxClass, Wide(caption), WS_POPUP | WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, {}, owner)) {
         return false;
     }
+    if (const HICON icon = SmallIcon(owner)) {
+        SendMessageW(Handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
+    }
     {
         const WindowDc dc(Handle());
         GdiSurface surface(dc.Get(), dpi_);
@@ -88,8 +88,7 @@ bool MessageBoxWindow::Open(HWND owner, const MessageRequest& request) {
     cancel_.Button().onClick = [this] { Close(false); };
 
     const Size size{TwipsToPixels(layout_.size.width, dpi_.x), TwipsToPixels(layout_.size.height, dpi_.y)};
-    const Rect work = WorkArea(owner);
-    const Point at = PlaceOver(owner && IsWindowVisible(owner) ? BoundsOf(owner) : work, work, size);
+    const Point at = PlaceDialog(owner, size);
     SetWindowPos(Handle(), nullptr, at.x, at.y, size.width, size.height, SWP_NOZORDER | SWP_NOACTIVATE);
     PlaceButton(ok_, layout_.ok);
     PlaceButton(cancel_, layout_.cancel);

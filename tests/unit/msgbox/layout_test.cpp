@@ -124,14 +124,6 @@ TEST(MessageBox, PictureNumbers) {
     }
 }
 
-TEST(MessageBox, Place) {
-    const Rect work{0, 0, 1000, 700};
-    EXPECT_EQ(PlaceOver({100, 100, 500, 400}, work, {200, 100}), (Point{200, 200}));
-    EXPECT_EQ(PlaceOver({900, 650, 1000, 700}, work, {200, 100}), (Point{800, 600}));
-    EXPECT_EQ(PlaceOver({-100, -100, 0, 0}, work, {200, 100}), (Point{0, 0}));
-    EXPECT_EQ(PlaceOver(work, work, {1200, 900}), (Point{0, -200})) << "the buttons of a huge box stay in sight";
-}
-
 TEST(MessageBox, Caption) { EXPECT_EQ(CaptionFor(u"Restore"), u"  Restore"); }
 
 }  // namespace

@@ -1,0 +1,82 @@
+#include "common/about_box.h"
+
+#include "common/maker.h"
+#include "common/numeric_reading.h"
+
+namespace qvx::about {
+
+namespace {
+
+constexpr OleColor paper = Rgb(255, 255, 255);
+constexpr OleColor band = Rgb(28, 63, 110);
+constexpr OleColor companyColor = Rgb(28, 63, 110);
+constexpr OleColor shadowColor = Rgb(196, 206, 220);
+constexpr OleColor linkColor = Rgb(0, 84, 180);
+constexpr OleColor quietColor = Rgb(90, 90, 90);
+
+// Twips: the coloured band along the left edge.
+constexpr int bandWidth = 120;
+
+constexpr unsigned labelFormat = text_format::singleLine | text_format::noPrefix;
+
+// Failures of the system's call to open a document are numbered up to this.
+constexpr double lastFailure = 32;
+
+FontSpec Verdana(double points, int weight = 400, bool underline = false) {
+    FontSpec font;
+    font.face = u"Verdana";
+    font.points = points;
+    font.weight = weight;
+    font.underline = underline;
+    return font;
+}
+
+Rect InPixels(const Rect& twips, Dpi dpi) {
+    return {TwipsToPixels(twips.left, dpi.x), TwipsToPixels(twips.top, dpi.y), TwipsToPixels(twips.right, dpi.x),
+            TwipsToPixels(twips.bottom, dpi.y)};
+}
+
+}  // namespace
+
+const std::vector<LabelLook>& Labels() {
+    static const std::vector<LabelLook> labels{
+        {u"Developed by", {420, 300, 4200, 540}, Verdana(8.25), quietColor},
+        {maker::company, {450, 570, 4230, 1290}, Verdana(27.75, 700), shadowColor},
+        {maker::company, {420, 540, 4200, 1260}, Verdana(27.75, 700), companyColor},
+        {maker::supportAddress, {420, 1800, 2700, 2040}, Verdana(8.25, 400, true), linkColor},
+        {maker::location, {420, 1500, 4200, 1740}, Verdana(8.25), quietColor},
+    };
+    return labels;
+}
+
+std::optional<Label> LabelAt(Point point, Dpi dpi) {
+    const std::vector<LabelLook>& labels = Labels();
+    std::optional<Label> found;
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+        if (InPixels(labels[i].twips, dpi).Contains(point)) {
+            found = static_cast<Label>(i);
+        }
+    }
+    return found;
+}
+
+void Paint(Surface& surface) {
+    const Dpi dpi = surface.Resolution();
+    const Rect area = InPixels({0, 0, client.width, client.height}, dpi);
+    surface.FillRect(area, paper);
+    surface.FillRect({0, 0, TwipsToPixels(bandWidth, dpi.x), area.bottom}, band);
+    for (const LabelLook& label : Labels()) {
+        surface.DrawLabel(label.text, InPixels(label.twips, dpi), label.font, label.color, labelFormat);
+    }
+}
+
+Text MailLink() {
+    Text link(u"mailto:");
+    link += maker::supportLinkAddress;
+    link += u"?";
+    return link;
+}
+
+bool MailFailed(TextView tag) { return NumericValue(tag) <= lastFailure; }
+
+}  // namespace qvx::about

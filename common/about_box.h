@@ -1,0 +1,42 @@
+// What the About box shows and does.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "common/geometry.h"
+#include "common/ole_color.h"
+#include "common/text.h"
+#include "elements/surface/font_spec.h"
+#include "elements/surface/surface.h"
+
+namespace qvx::about {
+
+// The labels by index: the company's name stands twice, the first copy being the shadow of the second.
+enum class Label { developedBy = 0, companyShadow = 1, company = 2, mail = 3, location = 4 };
+
+struct LabelLook {
+    TextView text;
+    Rect twips;
+    FontSpec font;
+    OleColor color;
+};
+
+constexpr Size client{4500, 2400};  // twips
+constexpr TextView title = u"About Qvx";
+
+// By index.
+const std::vector<LabelLook>& Labels();
+
+// The label at a point, in pixels of the form; the upper one where two overlap.
+std::optional<Label> LabelAt(Point point, Dpi dpi);
+
+void Paint(Surface& surface);
+
+// The link that the mail label opens.
+Text MailLink();
+
+// Whether opening it failed, from the answer as the label's tag keeps it: decimal text, failing up to 32.
+bool MailFailed(TextView tag);
+
+}  // namespace qvx::about

@@ -1,0 +1,153 @@
+#include "common/about_dialog.h"
+
+#include <shellapi.h>
+
+#include "common/about_box.h"
+#include "common/number_text.h"
+#include "forms/msgbox/show_message.h"
+#include "win/dpi.h"
+#include "win/gdi_surface.h"
+#include "win/modal.h"
+#include "win/wide.h"
+#include "win/window.h"
+
+namespace qvx {
+
+namespace {
+
+constexpr WindowClass aboutClass{L"QvxAbout"};
+constexpr DWORD aboutStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU;
+
+class AboutDialog final : public Window {
+  public:
+    ~AboutDialog() override { Destroy(); }
+    void Run(HWND owner);
+
+  protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnGone() override { PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0); }
+
+  private:
+    bool Open(HWND owner);
+    void Paint();
+    void Click(Point point);
+    void OpenMail();
+    void Close();
+    bool OverLink() const;
+
+    Dpi dpi_;
+    Text mailTag_;
+    bool closed_ = false;
+};
+
+// The single instance of a thread while it is shown.
+thread_local AboutDialog* shown = nullptr;
+
+bool AboutDialog::Open(HWND owner) {
+    dpi_ = WindowDpi(owner);
+    RECT frame{0, 0, TwipsToPixels(about::client.width, dpi_.x), TwipsToPixels(about::client.height, dpi_.y)};
+    AdjustWindowRectEx(&frame, aboutStyle, FALSE, WS_EX_DLGMODALFRAME);
+    const Size size{static_cast<int>(frame.right - frame.left), static_cast<int>(frame.bottom - frame.top)};
+    const Point at = PlaceDialog(owner, size);
+    return Create(aboutClass, Wide(Text(about::title)), aboutStyle, WS_EX_DLGMODALFRAME,
+                  {at.x, at.y, at.x + size.width, at.y + size.height}, owner);
+}
+
+void AboutDialog::Run(HWND owner) {
+    if (!Open(owner ? GetAncestor(owner, GA_ROOT) : GetActiveWindow())) {
+        return;
+    }
+    ModalScope modal(Handle());
+    ShowWindow(Handle(), SW_SHOW);
+    RunModalLoop([this] { return !closed_ && Handle(); }, [](const MSG&) { return false; });
+    modal.End();
+    Destroy();
+    modal.RestoreFocus();
+}
+
+void AboutDialog::Close() {
+    closed_ = true;
+    PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
+}
+
+void AboutDialog::Paint() {
+    const PaintScope paint(Handle());
+    GdiSurface surface(paint.Dc(), dpi_);
+    about::Paint(surface);
+}
+
+bool AboutDialog::OverLink() const {
+    POINT cursor{};
+    GetCursorPos(&cursor);
+    ScreenToClient(Handle(), &cursor);
+    return about::LabelAt({static_cast<int>(cursor.x), static_cast<int>(cursor.y)}, dpi_) == about::Label::mail;
+}
+
+void AboutDialog::Click(Point point) {
+    const auto label = about::LabelAt(point, dpi_);
+    if (!label) {
+        Close();
+    } else if (*label == about::Label::mail) {
+        OpenMail();
+    }
+}
+
+void AboutDialog::OpenMail() {
+    const Text link = about::MailLink();
+    const auto answer =
+        reinterpret_cast<INT_PTR>(ShellExecuteW(nullptr, nullptr, Wide(link), nullptr, L"C:\\", SW_SHOWNORMAL));
+    mailTag_ = DoubleToText(static_cast<double>(answer));
+    if (about::MailFailed(mailTag_)) {
+        namespace messages = msgbox::messages;
+        msgbox::ShowMessage(Handle(), messages::aboutMailFailedPrompt, messages::aboutMailFailed,
+                            Text(messages::aboutMailFailedTitle));
+    }
+}
+
+LRESULT AboutDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_PAINT:
+            Paint();
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_SETCURSOR:
+            if (LOWORD(lParam) == HTCLIENT && OverLink()) {
+                SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)));  // the hand
+                return TRUE;
+            }
+            break;
+        case WM_LBUTTONUP:
+            Click(MousePoint(lParam));
+            return 0;
+        case WM_KEYDOWN:
+            // A held key belongs to what opened the box.
+            if (wParam != VK_SHIFT && wParam != VK_CONTROL && (lParam & 0x40000000) == 0) {
+                Close();
+            }
+            return 0;
+        case WM_CLOSE:
+            Close();
+            return 0;
+        default:
+            break;
+    }
+    return Default(message, wParam, lParam);
+}
+
+}  // namespace
+
+void ShowAboutBox(HWND owner) {
+    if (shown) {
+        SetForegroundWindow(shown->Handle());
+        return;
+    }
+    AboutDialog dialog;
+    shown = &dialog;
+    struct Released {
+        ~Released() { shown = nullptr; }
+    } released;
+    dialog.Run(owner);
+}
+
+}  // namespace qvx
