@@ -1,0 +1,80 @@
+// Our rules, and the floor: bare arrays of strings without any table around them.
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "bench/support/data_works.h"
+#include "bench/support/rules_peer.h"
+#include "common/numeric_reading.h"
+
+namespace qvx::bench {
+namespace {
+
+class ArraysPeer {
+  public:
+    static const char* Name() { return "Bare arrays"; }
+
+    void Load(std::size_t rows) {
+        for (std::size_t i = 0; i < rows; ++i) rows_.push_back(Split(Texts()[i % distinctRows]));
+    }
+    double Sum() {
+        double sum = 0;
+        for (const Row& row : rows_) sum += NumericValue(row[sumColumn]);
+        return sum;
+    }
+    std::size_t CountBlank() {
+        std::size_t blank = 0;
+        for (const Row& row : rows_)
+            for (const Text& cell : row) blank += cell.find_first_not_of(u' ') == Text::npos ? 1 : 0;
+        return blank;
+    }
+    void InsertAtTop(std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i)
+            rows_.insert(rows_.begin() + static_cast<std::ptrdiff_t>(i), Split(Texts()[i % distinctRows]));
+    }
+    void InsertBlockAtTop(std::size_t count) {
+        std::vector<Row> block;
+        for (std::size_t i = 0; i < count; ++i) block.push_back(Split(Texts()[i % distinctRows]));
+        rows_.insert(rows_.begin(), std::make_move_iterator(block.begin()), std::make_move_iterator(block.end()));
+    }
+    void RemoveEverySecond() {
+        std::size_t kept = 0;
+        for (std::size_t row = 0; row < rows_.size(); row += 2, ++kept)
+            if (kept != row) rows_[kept] = std::move(rows_[row]);
+        rows_.resize(kept);
+    }
+    std::size_t Rows() { return rows_.size(); }
+    std::string Cell(std::size_t row, std::size_t col) {
+        return std::string(rows_[row][col].begin(), rows_[row][col].end());
+    }
+
+  private:
+    using Row = std::array<Text, columnCount>;
+
+    static const std::vector<Text>& Texts() {
+        static const std::vector<Text> texts = RowTexts<Text>();
+        return texts;
+    }
+    static Row Split(TextView text) {
+        Row row;
+        for (Text& cell : row) {
+            const std::size_t tab = std::min(text.find(u'\t'), text.size());
+            cell = text.substr(0, tab);
+            text.remove_prefix(std::min(tab + 1, text.size()));
+        }
+        return row;
+    }
+
+    std::vector<Row> rows_;
+};
+
+}  // namespace
+}  // namespace qvx::bench
+
+int main(int argc, char** argv) {
+    const qvx::bench::Options options(argc, argv);
+    qvx::bench::RunDataWorks<qvx::bench::RulesPeer>(options);
+    qvx::bench::RunDataWorks<qvx::bench::RulesOneByOnePeer>(options);
+    qvx::bench::RunDataWorks<qvx::bench::ArraysPeer>(options);
+}

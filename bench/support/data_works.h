@@ -1,0 +1,190 @@
+// The works on a table's data, the same for every peer.
+//
+// A peer is a class with
+//   static const char* Name();
+//   void Load(std::size_t rows);             row i from text i of the workload, the way the peer does it best
+//   double Sum();                            of column 3
+//   std::size_t CountBlank();                cells that are empty but for blanks, every cell asked
+//   void InsertAtTop(std::size_t count);     a call a row, row i from text i
+//   void InsertBlockAtTop(std::size_t count) the same in as few calls as the peer can
+//   void RemoveEverySecond();                rows 1, 3, 5 …, as the peer does it best
+//   std::size_t Rows();
+//   std::string Cell(row, column);
+#pragma once
+
+#include <cmath>
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bench/support/measure.h"
+#include "bench/support/workload.h"
+
+namespace qvx::bench {
+
+// What the works must come to, worked out from the rows' own text.
+struct Expected {
+    explicit Expected(std::size_t rows) {
+        double sumOfTexts[distinctRows];
+        std::size_t blankOfTexts[distinctRows];
+        for (std::size_t i = 0; i < distinctRows; ++i) {
+            const std::vector<std::string> cells = Cells(i);
+            sumOfTexts[i] = std::stod(cells[sumColumn]);
+            blankOfTexts[i] = 0;
+            for (const std::string& cell : cells) blankOfTexts[i] += cell.find_first_not_of(' ') == std::string::npos;
+        }
+        for (std::size_t row = 0; row < rows; ++row) {
+            sum += sumOfTexts[row % distinctRows];
+            blank += blankOfTexts[row % distinctRows];
+        }
+    }
+
+    static std::vector<std::string> Cells(std::size_t text) {
+        std::vector<std::string> cells(1);
+        for (const char c : RowText(text)) {
+            if (c == '\t') {
+                cells.emplace_back();
+            } else {
+                cells.back() += c;
+            }
+        }
+        return cells;
+    }
+
+    double sum = 0;
+    std::size_t blank = 0;
+};
+
+template <class Peer>
+class DataWorks {
+  public:
+    // No single work is begun that is likely to take longer than `limit` seconds.
+    explicit DataWorks(double limit) : limit_(limit) {}
+
+    void Run(std::size_t rows) {
+        rows_ = rows;
+        const Expected expected(rows);
+        // Five runs; more where one is too short for the clock, a single one where it is long.
+        const std::size_t fresh = std::clamp<std::size_t>(100'000 / rows, 5, 20);
+        Times load, memory, sum, scan, insert, block, remove;
+        for (std::size_t run = 0; run < fresh; ++run) {
+            if (!Affordable("load", 10) || (run > 0 && load.Long())) break;
+            const std::size_t before = BytesInUse();
+            auto peer = std::make_unique<Peer>();
+            load.Add([&] { peer->Load(rows); });
+            memory.values.push_back(static_cast<double>(BytesInUse() - before) /
+                                    static_cast<double>(rows * columnCount));
+            Check(peer->Rows() == rows && Is(*peer, rows - 1, rows - 1), "load");
+            if (run < 5) {
+                sum.AddRepeated([&] { Check(std::fabs(peer->Sum() - expected.sum) <= 1e-9 * expected.sum, "sum"); });
+                scan.AddRepeated([&] { Check(peer->CountBlank() == expected.blank, "scan"); });
+            }
+            std::size_t onTop = 0;
+            if (Affordable("insert_top", 10) && !(run > 0 && insert.Long())) {
+                onTop = inserted;
+                insert.Add([&] { peer->InsertAtTop(inserted); });
+                Check(peer->Rows() == rows + inserted && Is(*peer, inserted, 0), "insert_top");
+                Check(Is(*peer, inserted - 1, inserted - 1), "insert_top");
+                block.Add([&] { peer->InsertBlockAtTop(inserted); });
+                Check(peer->Rows() == rows + 2 * inserted && Is(*peer, 2 * inserted, 0), "insert_block");
+                Check(Is(*peer, inserted - 1, inserted - 1), "insert_block");
+            }
+            if (Affordable("remove_half", 100) && !(run > 0 && remove.Long())) {
+                const std::size_t all = peer->Rows();
+                remove.Add([&] { peer->RemoveEverySecond(); });
+                Check(peer->Rows() == (all + 1) / 2, "remove_half");
+                Check(Is(*peer, onTop + 1, 2), "remove_half");
+            }
+        }
+        Tell("load", load);
+        Tell("memory", memory);
+        Tell("sum", sum);
+        Tell("scan", scan);
+        Tell("insert_top", insert);
+        Tell("insert_block", block);
+        Tell("remove_half", remove);
+    }
+
+    static constexpr std::size_t inserted = 1000;
+
+  private:
+    struct Times {
+        std::vector<double> values;
+
+        template <class Work>
+        void Add(Work work) {
+            const WorkStopwatch watch;
+            work();
+            values.push_back(watch.Seconds());
+        }
+        // As often as fills 20 milliseconds.
+        template <class Work>
+        void AddRepeated(Work work) {
+            const WorkStopwatch watch;
+            std::size_t times = 0;
+            do {
+                work();
+                ++times;
+            } while (watch.Seconds() < 0.02);
+            values.push_back(watch.Seconds() / static_cast<double>(times));
+        }
+        bool Long() const { return !values.empty() && values.back() > 3; }
+    };
+
+    static void Check(bool same, const char* work) { CheckSameWork(same, Peer::Name(), work); }
+
+    static bool Is(Peer& peer, std::size_t row, std::size_t text) {
+        const std::vector<std::string> cells = Expected::Cells(text % distinctRows);
+        for (std::size_t col = 0; col < columnCount; ++col)
+            if (peer.Cell(row, col) != cells[col]) return false;
+        return true;
+    }
+
+    // From the time at a tenth of the rows, growing by `factor`.
+    bool Affordable(const std::string& work, double factor) {
+        const auto known = last_.find(work);
+        if (known == last_.end() || known->second.first == rows_) return true;
+        const double tenths = static_cast<double>(rows_) / static_cast<double>(known->second.first) / 10;
+        estimate_[work] = known->second.second * factor * tenths;
+        return estimate_[work] <= limit_;
+    }
+
+    void Tell(const std::string& work, const Times& times) {
+        if (times.values.empty()) {
+            ReportCut(work.c_str(), rows_, Peer::Name(), estimate_[work]);
+            return;
+        }
+        const double median = Median(times.values);
+        last_[work] = {rows_, median};
+        Report(work.c_str(), rows_, Peer::Name(), median, times.values.size());
+    }
+
+    double limit_;
+    std::size_t rows_ = 0;
+    std::map<std::string, std::pair<std::size_t, double>> last_;
+    std::map<std::string, double> estimate_;
+};
+
+// Options of every benchmark program: [--rows=N] the largest table, [--limit=SECONDS] for a single work.
+struct Options {
+    std::size_t maxRows = 1'000'000;
+    double limit = 30;
+
+    Options(int argc, char** argv) {
+        for (int i = 1; i < argc; ++i) {
+            const std::string argument = argv[i];
+            if (argument.rfind("--rows=", 0) == 0) maxRows = std::stoul(argument.substr(7));
+            if (argument.rfind("--limit=", 0) == 0) limit = std::stod(argument.substr(8));
+        }
+    }
+};
+
+template <class Peer>
+void RunDataWorks(const Options& options) {
+    DataWorks<Peer> works(options.limit);
+    for (std::size_t rows = 1000; rows <= options.maxRows; rows *= 10) works.Run(rows);
+}
+
+}  // namespace qvx::bench

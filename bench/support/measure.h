@@ -1,0 +1,89 @@
+// Clocks, medians and the lines that bench/report.py turns into tables.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <string>
+#include <vector>
+
+#ifdef _WIN32
+#include <windows.h>
+// psapi.h needs windows.h before it
+#include <psapi.h>
+#else
+#include <malloc.h>
+#endif
+
+namespace qvx::bench {
+
+// Elapsed time, for work that other processes take part in (a display server).
+class Stopwatch {
+  public:
+    double Seconds() const { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count(); }
+
+  private:
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+// Time of work that is all this thread's own: its processor time where the system counts that finely, so that a busy
+// machine disturbs less.
+class WorkStopwatch {
+  public:
+    double Seconds() const { return Now() - start_; }
+
+  private:
+    static double Now() {
+#ifdef _WIN32
+        return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+#else
+        timespec time{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+#endif
+    }
+
+    double start_ = Now();
+};
+
+// Bytes this process holds: what the C library's allocator has handed out here, the private bytes under Windows.
+inline std::size_t BytesInUse() {
+#ifdef _WIN32
+    PROCESS_MEMORY_COUNTERS_EX counters{};
+    GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof counters);
+    return counters.PrivateUsage;
+#else
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+#endif
+}
+
+inline double Median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+// Stops the whole run: a peer that did other work than the rest must not be compared with it.
+inline void CheckSameWork(bool same, const char* peer, const char* work) {
+    if (same) return;
+    std::fprintf(stderr, "%s did not do the work '%s' as it is meant\n", peer, work);
+    std::exit(1);
+}
+
+// One line of results, columns parted by tabs; see bench/report.py.
+inline void Report(const char* work, std::size_t rows, const std::string& peer, double value, std::size_t runs) {
+    std::printf("%s\t%zu\t%s\t%.9g\t%zu\n", work, rows, peer.c_str(), value, runs);
+    std::fflush(stdout);
+}
+
+// A work that would have taken too long at this size; `estimate` in seconds.
+inline void ReportCut(const char* work, std::size_t rows, const std::string& peer, double estimate) {
+    std::printf("%s\t%zu\t%s\tcut\t%.9g\n", work, rows, peer.c_str(), estimate);
+    std::fflush(stdout);
+}
+
+}  // namespace qvx::bench

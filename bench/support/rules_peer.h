@@ -1,0 +1,91 @@
+// The flexible grid's own rules as a peer.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "bench/support/workload.h"
+#include "common/numeric_reading.h"
+#include "common/text.h"
+#include "elements/flexgrid/grid.h"
+
+namespace qvx::bench {
+
+class RulesPeer {
+  public:
+    RulesPeer() {
+        grid_.SetFixedRows(0);
+        grid_.SetFixedCols(0);
+        grid_.SetRows(0);
+        grid_.SetCols(columnCount);
+    }
+
+    static const char* Name() { return "Qvx rules"; }
+
+    void Load(std::size_t rows) {
+        for (std::size_t i = 0; i < rows; ++i) grid_.AddItem(Texts()[i % distinctRows]);
+    }
+
+    double Sum() {
+        double sum = 0;
+        grid_.ForEachCellInColumn(sumColumn, 0, grid_.Rows() - 1, [&](int, flexgrid::CellView cell) {
+            sum += cell.IsLatin1() ? NumericValue(cell.Latin1()) : NumericValue(cell.Wide());
+        });
+        return sum;
+    }
+
+    std::size_t CountBlank() {
+        std::size_t blank = 0;
+        grid_.ForEachRow(0, grid_.Rows() - 1, [&](int, const flexgrid::RowView& cells) {
+            for (int col = 0; col < columnCount; ++col) blank += IsBlank(cells[col]) ? 1 : 0;
+        });
+        return blank;
+    }
+
+    void InsertAtTop(std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i) grid_.AddItem(Texts()[i % distinctRows], static_cast<int>(i));
+    }
+
+    void InsertBlockAtTop(std::size_t count) {
+        Text block;
+        for (std::size_t i = 0; i < count; ++i) block.append(Texts()[i % distinctRows]).append(u"\r");
+        grid_.AddItems(block, 0);
+    }
+
+    void RemoveEverySecond() {
+        grid_.RemoveRowsIf([](int row) { return row % 2 != 0; });
+    }
+
+    std::size_t Rows() { return static_cast<std::size_t>(grid_.Rows()); }
+
+    std::string Cell(std::size_t row, std::size_t col) {
+        const Text text = grid_.TextMatrix(static_cast<int>(row), static_cast<int>(col));
+        return std::string(text.begin(), text.end());
+    }
+
+  protected:
+    static const std::vector<Text>& Texts() {
+        static const std::vector<Text> texts = RowTexts<Text>();
+        return texts;
+    }
+
+    static bool IsBlank(flexgrid::CellView cell) {
+        for (std::size_t i = 0; i < cell.Size(); ++i)
+            if (cell[i] != u' ') return false;
+        return true;
+    }
+
+    flexgrid::Grid grid_;
+};
+
+// The same rows taken out one call at a time, as a host's loop would.
+class RulesOneByOnePeer : public RulesPeer {
+  public:
+    static const char* Name() { return "Qvx rules, a call a row"; }
+    void RemoveEverySecond() {
+        for (int row = (grid_.Rows() - 1) | 1; row > 0; row -= 2)
+            if (row < grid_.Rows()) grid_.RemoveItem(row);
+    }
+};
+
+}  // namespace qvx::bench
