@@ -1,151 +1,289 @@
 #include "elements/flexgrid/cell_store.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
+#include <new>
+
+#include "common/run_time_error.h"
 
 namespace qvx::flexgrid {
 
-void CellStore::InsertEmptyRows(int at, int count) {
-    std::vector<RowId> ids;
-    for (int i = 0; i < count; ++i) {
-        if (!free_.empty()) {
-            ids.push_back(free_.back());
-            free_.pop_back();
-        } else {
-            ids.push_back(static_cast<RowId>(rows_.size()));
-            rows_.emplace_back();
-        }
+namespace {
+
+// Dead bytes that are never worth copying the living for.
+constexpr std::size_t smallWaste = 64 * 1024;
+
+}  // namespace
+
+// ---- Identities ----------------------------------------------------------------------------------------------------
+
+void CellStore::TakeIds(std::span<RowId> ids) {
+    std::size_t taken = 0;
+    while (taken < ids.size() && firstFree_ != noRow) {
+        ids[taken] = firstFree_;
+        firstFree_ = addresses_[firstFree_];
+        addresses_[ids[taken++]] = 0;
     }
-    order_.insert(order_.begin() + at, ids.begin(), ids.end());
+    const std::size_t fresh = ids.size() - taken;
+    try {
+        addresses_.resize(addresses_.size() + fresh);
+    } catch (...) {
+        while (taken > 0) {
+            ReturnId(ids[--taken]);
+        }
+        throw;
+    }
+    for (std::size_t i = 0; i < fresh; ++i) {
+        ids[taken + i] = static_cast<RowId>(addresses_.size() - fresh + i);
+    }
+}
+
+void CellStore::ReturnId(RowId id) noexcept {
+    addresses_[id] = firstFree_;
+    firstFree_ = id;
+}
+
+void CellStore::Discard(RowId id) noexcept {
+    arena_.Release(ViewOf(id).Size());
+    ReturnId(id);
+}
+
+// ---- Records -------------------------------------------------------------------------------------------------------
+
+Arena::Address CellStore::Append(Arena& arena, std::span<const std::uint8_t> record) {
+    if (record.empty()) {
+        return 0;
+    }
+    const Arena::Address address = arena.Allocate(record.size());
+    std::copy(record.begin(), record.end(), arena.At(address));
+    return address;
+}
+
+void CellStore::Store(RowId id, std::span<const std::uint8_t> record) {
+    const Arena::Address old = addresses_[id];
+    if (inBatch_) {
+        undo_.reserve(undo_.size() == undo_.capacity() ? 2 * undo_.size() + 16 : 0);
+        const Arena::Address address = Append(arena_, record);
+        undo_.emplace_back(id, old);
+        addresses_[id] = address;
+        return;
+    }
+    const std::size_t oldSize = ViewOf(id).Size();
+    if (old != 0 && !record.empty() && arena_.Resize(old, oldSize, record.size())) {
+        std::copy(record.begin(), record.end(), arena_.At(old));
+    } else {
+        addresses_[id] = Append(arena_, record);
+        arena_.Release(oldSize);
+    }
+    Tidy();
+}
+
+void CellStore::Tidy() noexcept {
+    const std::size_t dead = arena_.Dead();
+    if (inBatch_ || dead <= std::max(smallWaste, tidyAt_) || dead <= arena_.Used() / 2) {
+        return;
+    }
+    try {
+        Arena fresh;
+        std::vector<Arena::Address> addresses(addresses_);
+        order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
+            for (const RowId id : ids) {
+                if (addresses[id] != 0) {
+                    addresses[id] = Append(fresh, {arena_.At(addresses[id]), ViewOf(id).Size()});
+                }
+            }
+        });
+        arena_ = std::move(fresh);
+        addresses_.swap(addresses);
+        tidyAt_ = 0;
+    } catch (const std::bad_alloc&) {
+        tidyAt_ = 2 * dead;
+    } catch (const RunTimeError&) {
+        tidyAt_ = 2 * dead;
+    }
+}
+
+// ---- Rows ----------------------------------------------------------------------------------------------------------
+
+template <class Fill>
+void CellStore::InsertPieces(int at, int count, Fill&& fill) {
+    int done = 0;
+    try {
+        while (done < count) {
+            std::array<RowId, RowIndex::leafCapacity> buffer;
+            const std::span ids(buffer.data(), std::min(buffer.size(), static_cast<std::size_t>(count - done)));
+            TakeIds(ids);
+            try {
+                fill(ids);
+                order_.Insert(at + done, ids);
+            } catch (...) {
+                for (const RowId id : ids) {
+                    Discard(id);
+                }
+                throw;
+            }
+            done += static_cast<int>(ids.size());
+        }
+    } catch (...) {
+        RemoveRows(at, done, [](RowId) {});
+        throw;
+    }
+}
+
+void CellStore::InsertEmptyRows(int at, int count) {
+    InsertPieces(at, count, [](std::span<const RowId>) {});
 }
 
 void CellStore::InsertRow(int at, TextView item, int cols) {
-    InsertEmptyRows(at, 1);
-    std::vector<TextView> cells;
-    while (static_cast<int>(cells.size()) < cols) {
-        const std::size_t tab = item.find(u'\t');
-        cells.push_back(item.substr(0, tab));
-        if (tab == TextView::npos) {
-            break;
-        }
-        item.remove_prefix(tab + 1);
-    }
-    SetCells(at, 0, cells);
+    InsertPieces(
+        at, 1, [&](std::span<const RowId> ids) { addresses_[ids[0]] = Append(arena_, builder_.FromItem(item, cols)); });
 }
 
-int CellStore::InsertBlock(int at, TextView block, int cols, int maxCount) {
-    std::vector<TextView> items;
-    while (!block.empty()) {
-        const std::size_t end = block.find_first_of(u"\r\n");
-        items.push_back(block.substr(0, end));
+int CellStore::InsertBlock(int at, TextView block, int cols, int most) {
+    // Cuts the first row off the block.
+    const auto takeRow = [](TextView& rest) {
+        const std::size_t end = rest.find_first_of(u"\r\n", 0, 2);
+        const TextView row = rest.substr(0, end);
         if (end == TextView::npos) {
-            break;
+            rest = {};
+        } else {
+            const bool pair = rest[end] == u'\r' && end + 1 < rest.size() && rest[end + 1] == u'\n';
+            rest.remove_prefix(end + (pair ? 2 : 1));
         }
-        block.remove_prefix(block.substr(end, 2) == u"\r\n" ? end + 2 : end + 1);
-    }
-    if (items.size() > static_cast<std::size_t>(maxCount)) {
-        return -1;
-    }
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        InsertRow(at + static_cast<int>(i), items[i], cols);
-    }
-    return static_cast<int>(items.size());
-}
-
-void CellStore::SetCells(int row, int firstCol, std::span<const TextView> texts) {
-    std::vector<Text>& cells = rows_[IdAt(row)];
-    const auto first = static_cast<std::size_t>(firstCol);
-    cells.resize(std::max(cells.size(), first + texts.size()));
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        cells[first + i] = texts[i];
-    }
-}
-
-void CellStore::FillCells(int firstRow, int lastRow, int firstCol, int lastCol, TextView text) {
-    const std::vector<TextView> texts(static_cast<std::size_t>(lastCol - firstCol + 1), text);
-    for (int row = firstRow; row <= lastRow; ++row) {
-        SetCells(row, firstCol, texts);
-    }
-}
-
-void CellStore::TruncateColumns(int cols) noexcept {
-    for (std::vector<Text>& cells : rows_) {
-        if (cells.size() > static_cast<std::size_t>(cols)) {
-            cells.erase(cells.begin() + cols, cells.end());
+        return row;
+    };
+    int count = 0;
+    for (TextView rest = block; !rest.empty(); ++count) {
+        if (count == most) {
+            return -1;
         }
+        takeRow(rest);
     }
-}
-
-void CellStore::MoveColumn(int from, int to) {
-    for (std::vector<Text>& cells : rows_) {
-        cells.resize(std::max<std::size_t>(cells.size(), static_cast<std::size_t>(std::max(from, to)) + 1));
-        Text moved = std::move(cells[static_cast<std::size_t>(from)]);
-        cells.erase(cells.begin() + from);
-        cells.insert(cells.begin() + to, std::move(moved));
-    }
+    InsertPieces(at, count, [&](std::span<const RowId> ids) {
+        for (const RowId id : ids) {
+            addresses_[id] = Append(arena_, builder_.FromItem(takeRow(block), cols));
+        }
+    });
+    return count;
 }
 
 void CellStore::MoveRow(int from, int to) {
     const RowId id = IdAt(from);
-    order_.erase(order_.begin() + from);
-    order_.insert(order_.begin() + to, id);
+    const int deviation = order_.Deviation(id);
+    order_.ReserveForInsert();
+    order_.Remove(from, 1);
+    order_.Insert(to, std::span(&id, 1));
+    // Removal has made room for this entry, so that setting it again cannot fail.
+    order_.SetDeviation(to, deviation);
+}
+
+// ---- Texts ---------------------------------------------------------------------------------------------------------
+
+void CellStore::SetCells(int row, int firstCol, std::span<const TextView> texts) {
+    const RowId id = IdAt(row);
+    const RowView old = ViewOf(id);
+    const auto first = static_cast<std::size_t>(firstCol);
+    cells_.assign(std::max(static_cast<std::size_t>(old.Count()), first + texts.size()), CellView());
+    for (int col = 0; col < old.Count(); ++col) {
+        cells_[static_cast<std::size_t>(col)] = old[col];
+    }
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        cells_[first + i] = CellView(texts[i].data(), texts[i].size());
+    }
+    Store(id, builder_.FromCells(cells_));
+}
+
+void CellStore::FillCells(int firstRow, int lastRow, int firstCol, int lastCol, TextView text) {
+    const Text kept(text);  // the view may point into the store
+    const std::vector<TextView> texts(static_cast<std::size_t>(lastCol - firstCol + 1), kept);
+    Batch batch(*this);
+    for (int row = firstRow; row <= lastRow; ++row) {
+        SetCells(row, firstCol, texts);
+    }
+    batch.Commit();
+}
+
+CellStore::Batch::~Batch() {
+    // Backward, so that a row written twice gets its first record again.
+    for (auto entry = store_.undo_.rbegin(); entry != store_.undo_.rend(); ++entry) {
+        store_.arena_.Release(store_.ViewOf(entry->first).Size());
+        store_.addresses_[entry->first] = entry->second;
+    }
+    store_.undo_ = {};
+    store_.inBatch_ = false;
+}
+
+void CellStore::Batch::Commit() noexcept {
+    for (const auto& [id, address] : store_.undo_) {
+        if (address != 0) {
+            store_.arena_.Release(RowView(store_.arena_.At(address)).Size());
+        }
+    }
+    store_.undo_ = {};
+    store_.inBatch_ = false;
+    store_.Tidy();
+}
+
+void CellStore::TruncateColumns(int cols) noexcept {
+    order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
+        for (const RowId id : ids) {
+            const RowView row = ViewOf(id);
+            if (row.Count() <= cols) {
+                continue;
+            }
+            const std::size_t before = row.Size();
+            const std::size_t after = TruncateRecord(arena_.At(addresses_[id]), cols);
+            if (after == 0) {
+                arena_.Release(before);
+                addresses_[id] = 0;
+            } else {
+                arena_.Resize(addresses_[id], before, after);
+            }
+        }
+    });
+    Tidy();
+}
+
+void CellStore::MoveColumn(int from, int to) {
+    Arena fresh;
+    std::vector<Arena::Address> addresses(addresses_);
+    const auto source = static_cast<std::size_t>(from);
+    const auto target = static_cast<std::size_t>(to);
+    order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
+        for (const RowId id : ids) {
+            const RowView row = ViewOf(id);
+            if (row.Count() == 0) {
+                continue;
+            }
+            cells_.assign(std::max({static_cast<std::size_t>(row.Count()), source + 1, target + 1}), CellView());
+            for (int col = 0; col < row.Count(); ++col) {
+                cells_[static_cast<std::size_t>(col)] = row[col];
+            }
+            const auto begin = cells_.begin();
+            if (source < target) {
+                std::rotate(begin + from, begin + from + 1, begin + to + 1);
+            } else {
+                std::rotate(begin + to, begin + from, begin + from + 1);
+            }
+            addresses[id] = Append(fresh, builder_.FromCells(cells_));
+        }
+    });
+    arena_ = std::move(fresh);
+    addresses_.swap(addresses);
 }
 
 void CellStore::ClearText() noexcept {
-    for (std::vector<Text>& cells : rows_) {
-        cells.clear();
-    }
-}
-
-void CellStore::Reorder(int first, std::span<const RowId> ids) noexcept {
-    std::copy(ids.begin(), ids.end(), order_.begin() + first);
-}
-
-void CellStore::Erase(int at, int count) {
-    for (int i = 0; i < count; ++i) {
-        rows_[IdAt(at + i)].clear();
-        deviations_.Erase(IdAt(at + i));
-        free_.push_back(IdAt(at + i));
-    }
-    order_.erase(order_.begin() + at, order_.begin() + at + count);
-}
-
-void CellStore::SetDeviation(int row, int pixels) {
-    if (pixels == 0) {
-        deviations_.Erase(IdAt(row));
-    } else {
-        deviations_.Set(IdAt(row), pixels);
-    }
-}
-
-void CellStore::SetDeviations(SparseMap<int> byId) { deviations_ = std::move(byId); }
-
-std::int64_t CellStore::ExtentBefore(int row, int sharedPixels) const {
-    std::int64_t extent = static_cast<std::int64_t>(row) * sharedPixels;
-    for (int r = 0; r < row && !deviations_.Empty(); ++r) {
-        const int* deviation = deviations_.Find(IdAt(r));
-        extent += deviation ? *deviation : 0;
-    }
-    return extent;
-}
-
-int CellStore::RowAtExtent(std::int64_t y, int sharedPixels) const {
-    std::int64_t bottom = 0;
-    for (int row = 0; row < RowCount(); ++row) {
-        const int* deviation = deviations_.Find(IdAt(row));
-        bottom += sharedPixels + (deviation ? *deviation : 0);
-        if (y < bottom) {
-            return row;
+    order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
+        for (const RowId id : ids) {
+            addresses_[id] = 0;
         }
-    }
-    return RowCount();
+    });
+    arena_ = Arena();
 }
 
 std::size_t CellStore::MemoryUsed() const {
-    std::size_t bytes = order_.capacity() * sizeof(RowId);
-    for (const std::vector<Text>& cells : rows_) {
-        bytes += cells.capacity() * sizeof(Text);
-    }
-    return bytes;
+    return arena_.MemoryUsed() + addresses_.capacity() * sizeof(Arena::Address) + order_.MemoryUsed();
 }
 
 }  // namespace qvx::flexgrid

@@ -1,4 +1,8 @@
-// Rows of texts and their order.
+// Rows of texts and their order: packed records (record.h) in an arena (arena.h), an address for every row identity,
+// and the order of the identities (row_index.h). A row of ten short cells takes about 80 bytes in all.
+//
+// A text that is written makes a new record, unless the old one has room; the old one is dead, and when half of the
+// arena is dead the living are copied into a new one. Whatever fails leaves the store as it was.
 #pragma once
 
 #include <cstddef>
@@ -8,96 +12,127 @@
 #include <vector>
 
 #include "common/text.h"
+#include "elements/flexgrid/arena.h"
 #include "elements/flexgrid/cell_view.h"
+#include "elements/flexgrid/record.h"
+#include "elements/flexgrid/row_index.h"
 #include "elements/flexgrid/sparse_map.h"
 
 namespace qvx::flexgrid {
 
-class RowView {
-  public:
-    explicit RowView(const std::vector<Text>* cells) : cells_(cells) {}
-    // Any column from 0 on; empty behind the last that holds text.
-    CellView operator[](int col) const {
-        const auto c = static_cast<std::size_t>(col);
-        return c < cells_->size() ? CellView((*cells_)[c].data(), (*cells_)[c].size()) : CellView();
-    }
-
-  private:
-    const std::vector<Text>* cells_;
-};
-
 class CellStore {
   public:
-    int RowCount() const { return static_cast<int>(order_.size()); }
-    RowId IdAt(int row) const { return order_[static_cast<std::size_t>(row)]; }
+    int RowCount() const { return order_.Size(); }
+    RowId IdAt(int row) const { return order_.At(row); }
+    RowView Row(int row) const { return ViewOf(order_.At(row)); }
     CellView Cell(int row, int col) const { return Row(row)[col]; }
-    RowView Row(int row) const { return RowView(&rows_[IdAt(row)]); }
+    // visit(row, RowView) for rows first to last, both included.
     template <class Visit>
     void ForEachRow(int first, int last, Visit&& visit) const {
-        for (int row = first; row <= last; ++row) {
-            visit(row, Row(row));
-        }
+        int row = first;
+        order_.ForEachLeaf(first, last, [&](std::span<const RowId> ids) {
+            for (const RowId id : ids) {
+                visit(row++, ViewOf(id));
+            }
+        });
     }
 
     void InsertEmptyRows(int at, int count);
     // One row of tab-separated cells, at most `cols` of them.
     void InsertRow(int at, TextView item, int cols);
-    // Rows separated by CR, LF or CR LF; a separator at the end makes no further row. At most `maxCount` may come, else
-    // nothing is inserted and -1 returned.
-    int InsertBlock(int at, TextView block, int cols, int maxCount);
-    // gone(RowId) for each.
+    // Rows separated by CR, LF or CR LF; a separator at the end makes no further row. Returns how many there were. When
+    // they are more than `most`, nothing is inserted and the answer is -1.
+    int InsertBlock(int at, TextView block, int cols, int most);
+    // gone(RowId) for each row, before its number is free; must not throw.
     template <class Gone>
-    void RemoveRows(int at, int count, Gone&& gone) {
-        for (int i = 0; i < count; ++i) {
-            gone(IdAt(at + i));
-        }
-        Erase(at, count);
-    }
-    template <class Gone>
-    void RemoveMarked(const std::vector<bool>& marked, Gone&& gone) {
-        for (int row = RowCount() - 1; row >= 0; --row) {
-            if (marked[static_cast<std::size_t>(row)]) {
-                RemoveRows(row, 1, gone);
+    void RemoveRows(int at, int count, Gone&& gone) noexcept {
+        order_.ForEachLeaf(at, at + count - 1, [&](std::span<const RowId> ids) {
+            for (const RowId id : ids) {
+                gone(id);
+                Discard(id);
             }
-        }
+        });
+        order_.Remove(at, count);
+        Tidy();
     }
+    // The same for the rows whose mark is set.
+    template <class Gone>
+    void RemoveMarked(const std::vector<bool>& marked, Gone&& gone) noexcept {
+        std::size_t row = 0;
+        order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
+            for (const RowId id : ids) {
+                if (marked[row++]) {
+                    gone(id);
+                    Discard(id);
+                }
+            }
+        });
+        order_.RemoveMarked(marked);
+        Tidy();
+    }
+
     void SetCell(int row, int col, TextView text) { SetCells(row, col, std::span(&text, 1)); }
     // Neighbouring cells of one row at once.
     void SetCells(int row, int firstCol, std::span<const TextView> texts);
-    // Writes of several rows that must all happen or not at all; without Commit everything is taken back.
-    class Batch {
-      public:
-        explicit Batch(CellStore& store) : store_(store) {}
-        void Commit() noexcept {}
-
-      private:
-        [[maybe_unused]] CellStore& store_;
-    };
     // The same text in every cell of the range.
     void FillCells(int firstRow, int lastRow, int firstCol, int lastCol, TextView text);
+    // Writes of several rows that happen all or not at all: without Commit everything is taken back. Only one at a
+    // time, and no rows come or go meanwhile.
+    class Batch {
+      public:
+        explicit Batch(CellStore& store) : store_(store) { store_.inBatch_ = true; }
+        ~Batch();
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+        void Commit() noexcept;
+
+      private:
+        CellStore& store_;
+    };
+
     void TruncateColumns(int cols) noexcept;
     void MoveColumn(int from, int to);
     void MoveRow(int from, int to);
     void ClearText() noexcept;
     // The rows from `first` on take this order; the identities are those that are there.
-    void Reorder(int first, std::span<const RowId> ids) noexcept;
+    void Reorder(int first, std::span<const RowId> ids) noexcept { order_.Assign(first, ids); }
 
-    // Heights of rows as deviations in pixels from a height that all share.
-    void SetDeviation(int row, int pixels);
-    void SetDeviations(SparseMap<int> byId);
-    std::int64_t ExtentBefore(int row, int sharedPixels) const;
-    // The row covering the position; RowCount behind the last.
-    int RowAtExtent(std::int64_t y, int sharedPixels) const;
+    // Heights, see row_index.h.
+    void SetDeviation(int row, int pixels) { order_.SetDeviation(row, pixels); }
+    void SetDeviations(SparseMap<int> byId) noexcept { order_.SetDeviations(std::move(byId)); }
+    std::int64_t ExtentBefore(int row, int shared) const { return order_.ExtentBefore(row, shared); }
+    int RowAtExtent(std::int64_t y, int shared) const { return order_.PositionAt(y, shared); }
 
     std::size_t MemoryUsed() const;
 
   private:
-    void Erase(int at, int count);
+    RowView ViewOf(RowId id) const {
+        const Arena::Address address = addresses_[id];
+        return RowView(address == 0 ? nullptr : arena_.At(address));
+    }
+    // New identities without text; nothing has changed when it throws.
+    void TakeIds(std::span<RowId> ids);
+    void ReturnId(RowId id) noexcept;
+    void Discard(RowId id) noexcept;
+    void Store(RowId id, std::span<const std::uint8_t> record);
+    Arena::Address Append(Arena& arena, std::span<const std::uint8_t> record);
+    // Inserts rows piece by piece; fill(ids) gives a piece its texts. Takes everything back when something throws.
+    template <class Fill>
+    void InsertPieces(int at, int count, Fill&& fill);
+    // Copies the living records into a new arena when too many are dead. Not having the memory for it is no failure.
+    void Tidy() noexcept;
 
-    std::vector<std::vector<Text>> rows_;
-    std::vector<RowId> free_;
-    std::vector<RowId> order_;
-    SparseMap<int> deviations_;
+    Arena arena_;
+    // By identity: where the row's record lies, 0 for a row without text. Those of no row form a chain of the free.
+    std::vector<Arena::Address> addresses_;
+    RowId firstFree_ = noRow;
+    RowIndex order_;
+    RecordBuilder builder_;
+    std::vector<CellView> cells_;  // of the row being written; kept for its memory
+    std::size_t tidyAt_ = 0;       // dead bytes before the next attempt, after one that found no memory
+
+    bool inBatch_ = false;
+    std::vector<std::pair<RowId, Arena::Address>> undo_;  // of the batch, in order
 };
 
 }  // namespace qvx::flexgrid

@@ -1,4 +1,4 @@
-// A small table from row identities to values, for what few rows have. An empty one holds no memory.
+// A small table from row identities to values, for what few rows have. One that was never used holds no memory.
 #pragma once
 
 #include <cassert>
@@ -82,9 +82,7 @@ class SparseMap {
             }
         }
         slots_[hole] = Slot{};
-        if (--size_ == 0) {
-            Clear();
-        }
+        --size_;
     }
     void Clear() noexcept {
         std::vector<Slot>().swap(slots_);

@@ -1,0 +1,350 @@
+#include "elements/flexgrid/cell_store.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "elements/flexgrid/record.h"
+
+namespace qvx::flexgrid {
+namespace {
+
+std::vector<Text> CellsOf(const RowView& row, int cols) {
+    std::vector<Text> cells;
+    for (int col = 0; col < cols; ++col) {
+        cells.push_back(row[col].ToText());
+    }
+    return cells;
+}
+
+std::vector<CellView> Views(const std::vector<Text>& cells) {
+    std::vector<CellView> views;
+    for (const Text& cell : cells) {
+        views.emplace_back(cell.data(), cell.size());
+    }
+    return views;
+}
+
+TEST(Record, RoundTripsEveryLayout) {
+    const std::vector<std::vector<Text>> rows = {
+        {u"Ann", u"", u"42"},
+        {u"", u"", u"x"},
+        {Text(255, u'a')},
+        {Text(256, u'a'), u"b"},
+        {u"\u00FF", u"\u0100"},
+        {Text(300, u'\u20AC'), u"z"},
+        {Text(70'000, u'm'), u"", u"n"},
+        {Text(70'000, u'\u20AC'), u"\U0001F600"},
+        std::vector<Text>(300, u"c"),
+        std::vector<Text>(70'000, u"d"),
+        {Text(1, u'\0'), u"a"},
+    };
+    RecordBuilder builder;
+    for (const std::vector<Text>& cells : rows) {
+        const int count = static_cast<int>(cells.size());
+        const auto bytes = builder.FromCells(Views(cells));
+        const RowView row(bytes.data());
+        EXPECT_EQ(row.Count(), count);
+        EXPECT_EQ(row.Size(), bytes.size());
+        EXPECT_EQ(CellsOf(row, count), cells);
+        EXPECT_TRUE(row[count].Empty());
+        for (const int cols : {0, 1, count / 2, count - 1, count}) {
+            auto copy = std::vector<std::uint32_t>(bytes.size() / 4 + 1);
+            auto* start = reinterpret_cast<std::uint8_t*>(copy.data());
+            std::copy(bytes.begin(), bytes.end(), start);
+            const std::size_t size = TruncateRecord(start, cols);
+            const RowView cut(size == 0 ? nullptr : start);
+            EXPECT_EQ(cut.Size(), size);
+            for (int col = 0; col < cols; ++col) {
+                ASSERT_EQ(cut[col], TextView(cells[static_cast<std::size_t>(col)]));
+            }
+            EXPECT_LE(cut.Count(), cols);
+        }
+    }
+    EXPECT_EQ(builder.FromCells(Views(rows[0])).size(), 10u);
+    EXPECT_TRUE(builder.FromCells(Views({u"", u""})).empty());
+}
+
+TEST(Record, ItemsAsTheirCells) {
+    struct Case {
+        Text item;
+        int cols;
+        std::vector<Text> cells;
+    };
+    const Case cases[] = {
+        {u"", 3, {}},
+        {u"\t\t", 3, {}},
+        {u"a\tb\tc", 3, {u"a", u"b", u"c"}},
+        {u"a\tb\tc", 2, {u"a", u"b"}},
+        {u"a\t\t", 3, {u"a"}},
+        {u"\t\tc\td", 3, {u"", u"", u"c"}},
+        {u"a", 0, {}},
+        {u"a\t\u20AC", 2, {u"a", u"\u20AC"}},
+        {u"a\t\u20AC", 1, {u"a"}},
+        {Text(200, u'a') + u"\t" + Text(54, u'b'), 2, {Text(200, u'a'), Text(54, u'b')}},
+        {Text(200, u'a') + u"\t" + Text(55, u'b'), 2, {Text(200, u'a'), Text(55, u'b')}},
+        {Text(254, u'\t') + u"z", 300,
+         [] {
+             std::vector<Text> cells(255);
+             cells[254] = u"z";
+             return cells;
+         }()},
+    };
+    RecordBuilder builder;
+    for (const Case& test : cases) {
+        const auto bytes = builder.FromItem(test.item, test.cols);
+        const RowView row(bytes.empty() ? nullptr : bytes.data());
+        EXPECT_EQ(row.Size(), bytes.size());
+        EXPECT_EQ(CellsOf(row, row.Count()), test.cells);
+    }
+}
+
+// ---- The store beside rows of plain texts --------------------------------------------------------------------------
+
+using Reference = std::vector<std::vector<Text>>;
+
+std::vector<Text> SplitItem(TextView item, int cols) {
+    std::vector<Text> cells(1);
+    for (const char16_t unit : item) {
+        if (unit == u'\t') {
+            cells.emplace_back();
+        } else {
+            cells.back() += unit;
+        }
+    }
+    cells.resize(static_cast<std::size_t>(cols));
+    return cells;
+}
+
+class StoreWork {
+  public:
+    explicit StoreWork(unsigned seed) : random_(seed) {}
+
+    // One piece of random work on both.
+    void Step() {
+        const int rows = store_.RowCount();
+        switch (Below(rows > 3000 ? 12 : 9)) {
+            case 0: {
+                const int at = Below(rows + 1);
+                const Text item = RandomItem();
+                store_.InsertRow(at, item, cols_);
+                reference_.insert(reference_.begin() + at, SplitItem(item, cols_));
+                break;
+            }
+            case 1: {
+                const int at = Below(rows + 1);
+                const int count = Below(1200);
+                Text block;
+                std::vector<std::vector<Text>> added;
+                for (int i = 0; i < count; ++i) {
+                    const Text item = RandomItem();
+                    block += item;
+                    block += i % 3 == 0 ? u"\r" : i % 3 == 1 ? u"\n" : u"\r\n";
+                    added.push_back(SplitItem(item, cols_));
+                }
+                // An empty row behind CR must not look like the line feed of a pair.
+                EXPECT_EQ(store_.InsertBlock(at, block, cols_, count), CountRows(block));
+                reference_.insert(reference_.begin() + at, added.begin(), added.end());
+                break;
+            }
+            case 2: {
+                const int at = Below(rows + 1);
+                const int count = Below(40);
+                store_.InsertEmptyRows(at, count);
+                reference_.insert(reference_.begin() + at, static_cast<std::size_t>(count),
+                                  std::vector<Text>(static_cast<std::size_t>(cols_)));
+                break;
+            }
+            case 3:
+                for (int i = 0; i < 30 && rows > 0; ++i) {
+                    const int row = Below(rows);
+                    const int col = Below(cols_);
+                    const Text text = RandomText();
+                    store_.SetCell(row, col, text);
+                    At(row, col) = text;
+                }
+                break;
+            case 4:
+                if (rows > 0) {
+                    const int from = Below(rows);
+                    const int to = Below(rows);
+                    store_.MoveRow(from, to);
+                    std::vector<Text> moved = reference_[static_cast<std::size_t>(from)];
+                    reference_.erase(reference_.begin() + from);
+                    reference_.insert(reference_.begin() + to, moved);
+                }
+                break;
+            case 5: {
+                const int from = Below(cols_);
+                const int to = Below(cols_);
+                store_.MoveColumn(from, to);
+                for (std::vector<Text>& cells : reference_) {
+                    const Text moved = cells[static_cast<std::size_t>(from)];
+                    cells.erase(cells.begin() + from);
+                    cells.insert(cells.begin() + to, moved);
+                }
+                break;
+            }
+            case 6:
+                if (rows > 0) {
+                    const int first = Below(rows);
+                    const int last = std::min(rows - 1, first + Below(50));
+                    const int left = Below(cols_);
+                    const int right = left + Below(cols_ - left);
+                    // A text out of the store itself, at times.
+                    const CellView inside = store_.Cell(Below(rows), Below(cols_));
+                    const Text text = inside.IsLatin1() ? RandomText() : Text(inside.Wide());
+                    store_.FillCells(first, last, left, right, inside.IsLatin1() ? TextView(text) : inside.Wide());
+                    for (int row = first; row <= last; ++row) {
+                        for (int col = left; col <= right; ++col) {
+                            At(row, col) = text;
+                        }
+                    }
+                }
+                break;
+            case 7: {
+                const int cols = 1 + Below(cols_);
+                store_.TruncateColumns(cols);
+                for (std::vector<Text>& cells : reference_) {
+                    cells.resize(static_cast<std::size_t>(cols));
+                    cells.resize(static_cast<std::size_t>(cols_));
+                }
+                break;
+            }
+            case 8:
+            case 9:
+                if (rows > 0) {
+                    const int at = Below(rows);
+                    const int count = std::min(rows - at, Below(3) == 0 ? 2000 : 1);
+                    store_.RemoveRows(at, count, [](RowId) {});
+                    reference_.erase(reference_.begin() + at, reference_.begin() + at + count);
+                }
+                break;
+            case 10: {
+                std::vector<bool> marked(static_cast<std::size_t>(rows));
+                Reference kept;
+                for (std::size_t row = 0; row < marked.size(); ++row) {
+                    marked[row] = random_() % 2 == 0;
+                    if (!marked[row]) {
+                        kept.push_back(reference_[row]);
+                    }
+                }
+                store_.RemoveMarked(marked, [](RowId) {});
+                reference_ = kept;
+                break;
+            }
+            default: {
+                std::vector<RowId> ids;
+                std::vector<std::size_t> order(static_cast<std::size_t>(rows));
+                for (std::size_t i = 0; i < order.size(); ++i) {
+                    order[i] = i;
+                }
+                std::shuffle(order.begin(), order.end(), random_);
+                Reference shuffled;
+                for (const std::size_t row : order) {
+                    ids.push_back(store_.IdAt(static_cast<int>(row)));
+                    shuffled.push_back(reference_[row]);
+                }
+                store_.Reorder(0, ids);
+                reference_ = shuffled;
+                break;
+            }
+        }
+    }
+
+    // Every cell, by both ways of reading.
+    void ExpectSame() const {
+        ASSERT_EQ(store_.RowCount(), static_cast<int>(reference_.size()));
+        store_.ForEachRow(0, store_.RowCount() - 1, [&](int row, const RowView& view) {
+            ASSERT_EQ(CellsOf(view, cols_), reference_[static_cast<std::size_t>(row)]) << row;
+            ASSERT_EQ(store_.Cell(row, 0), TextView(reference_[static_cast<std::size_t>(row)][0]));
+        });
+    }
+
+  private:
+    int Below(int n) { return n <= 0 ? 0 : static_cast<int>(random_() % static_cast<unsigned>(n)); }
+    Text& At(int row, int col) { return reference_[static_cast<std::size_t>(row)][static_cast<std::size_t>(col)]; }
+    Text RandomText() {
+        Text text;
+        const int length = Below(30) == 0 ? 1 + Below(400) : Below(12);
+        const char16_t base = Below(20) == 0 ? u'\u0391' : u'a';
+        for (int i = 0; i < length; ++i) {
+            text += static_cast<char16_t>(base + Below(26));
+        }
+        return text;
+    }
+    // Never empty, so that a row of a block is not swallowed.
+    Text RandomItem() {
+        Text item = u"r";
+        const int cells = Below(cols_ + 2);
+        for (int i = 0; i < cells; ++i) {
+            item += RandomText() + u"\t";
+        }
+        return item;
+    }
+    static int CountRows(TextView block) {
+        int rows = 0;
+        for (std::size_t i = 0; i < block.size(); ++i) {
+            rows += block[i] == u'\r' || (block[i] == u'\n' && (i == 0 || block[i - 1] != u'\r')) ? 1 : 0;
+        }
+        return rows;
+    }
+
+    std::mt19937 random_;
+    int cols_ = 7;
+    CellStore store_;
+    Reference reference_;
+};
+
+TEST(CellStore, AgreesWithPlainTexts) {
+    for (unsigned seed = 1; seed <= 3; ++seed) {
+        StoreWork work(seed);
+        for (int i = 0; i < 400; ++i) {
+            work.Step();
+            if (i % 10 == 9) {
+                work.ExpectSame();
+            }
+        }
+    }
+}
+
+TEST(CellStore, DeadRecordsAreCollected) {
+    CellStore store;
+    store.InsertEmptyRows(0, 1000);
+    Text text(100, u'a');
+    for (int round = 0; round < 200; ++round) {
+        text[0] = static_cast<char16_t>(u'a' + round % 26);
+        text.resize(static_cast<std::size_t>(50 + round % 3 * 25), u'b');
+        for (int row = 0; row < 1000; ++row) {
+            store.SetCell(row, 0, text);
+        }
+    }
+    EXPECT_LT(store.MemoryUsed(), 1'000'000u);
+    EXPECT_EQ(store.Cell(999, 0), TextView(text));
+    store.RemoveRows(0, 1000, [](RowId) {});
+    for (int i = 0; i < 100; ++i) {
+        store.InsertEmptyRows(0, 1000);
+        store.RemoveRows(0, 1000, [](RowId) {});
+    }
+    EXPECT_LT(store.MemoryUsed(), 1'000'000u);
+}
+
+TEST(CellStore, BatchWithoutCommitIsTakenBack) {
+    CellStore store;
+    store.InsertBlock(0, u"a\tb\rc\td", 2, 10);
+    {
+        const CellStore::Batch batch(store);
+        store.SetCell(0, 0, u"x");
+        store.SetCell(0, 0, u"xyz");
+        store.SetCell(1, 1, u"");
+    }
+    EXPECT_EQ(CellsOf(store.Row(0), 2), (std::vector<Text>{u"a", u"b"}));
+    EXPECT_EQ(CellsOf(store.Row(1), 2), (std::vector<Text>{u"c", u"d"}));
+    EXPECT_EQ(store.InsertBlock(1, u"1\r2\r3", 2, 2), -1);
+    EXPECT_EQ(store.RowCount(), 2);
+}
+
+}  // namespace
+}  // namespace qvx::flexgrid
