@@ -88,6 +88,7 @@ void FlexGridWindow::MoveTo(const Rect& bounds) {
 
 void FlexGridWindow::OnGone() {
     buffer_.Release();
+    drawnBars_ = {};
     toolTip_ = nullptr;
     drag_ = Drag::None;
     border_ = {};
@@ -321,7 +322,18 @@ void FlexGridWindow::UpdateBars() {
         ShowScrollBar(window, SB_HORZ, choice.horizontal);
     }
     view = CurrentView();
-    const auto set = [&](int which, const Bar& bar) {
+    const auto set = [&](int which, const Bar& bar, Bar& known) {
+        if (bar == known) {
+            return;
+        }
+        // Drawing a bar costs more than drawing rows, so it is drawn when its thumb moves by a pixel or more: among
+        // very many rows that is seldom.
+        const int length =
+            which == SB_VERT ? view.client.height - 2 * thickness.height : view.client.width - 2 * thickness.width;
+        const bool moves = ThumbMoves(known, bar, length);
+        if (moves) {
+            known = bar;
+        }
         SCROLLINFO info{sizeof info,
                         SIF_RANGE | SIF_PAGE | SIF_POS,
                         bar.min,
@@ -329,10 +341,12 @@ void FlexGridWindow::UpdateBars() {
                         static_cast<UINT>(bar.page),
                         bar.position,
                         0};
-        SetScrollInfo(window, which, &info, TRUE);
+        SetScrollInfo(window, which, &info, moves);
     };
     if (choice.vertical) {
-        set(SB_VERT, BarOf(RowAxis(grid_, view)));
+        set(SB_VERT, BarOf(RowAxis(grid_, view)), drawnBars_[0]);
+    } else {
+        drawnBars_[0] = {};
     }
     if (choice.horizontal) {
         Bar bar = BarOf(ColumnAxis(grid_, view));
@@ -340,7 +354,9 @@ void FlexGridWindow::UpdateBars() {
             // The first column is at the bar's right end.
             bar.position = bar.min + (bar.max - bar.page + 1) - bar.position;
         }
-        set(SB_HORZ, bar);
+        set(SB_HORZ, bar, drawnBars_[1]);
+    } else {
+        drawnBars_[1] = {};
     }
 }
 
@@ -454,18 +470,30 @@ void FlexGridWindow::PaintStale(HDC reference) {
 void FlexGridWindow::OnPaint() {
     if (grid_.Redraw()) {
         Settle();
+        // Settling may have told hosts of scrolling, and hosts may have closed everything.
+        if (!Handle()) {
+            return;
+        }
     }
-    const PaintScope paint(Handle());
-    if (grid_.Redraw() || !buffer_.Dc()) {
-        PaintStale(paint.Dc());
+    {
+        const PaintScope paint(Handle());
+        if (grid_.Redraw() || !buffer_.Dc()) {
+            PaintStale(paint.Dc());
+        }
+        if (buffer_.Dc()) {
+            buffer_.CopyTo(paint.Dc(), FromRECT(paint.Area()));
+        } else {
+            // No memory for a buffer: straight to the screen.
+            GdiSurface surface(paint.Dc(), grid_.Metrics().Resolution());
+            Paint(grid_, CurrentView(), surface, FromRECT(paint.Area()));
+        }
     }
-    if (buffer_.Dc()) {
-        buffer_.CopyTo(paint.Dc(), FromRECT(paint.Area()));
-        return;
+    // Requests made since the message arrived went out with it.
+    paintRequested_ = false;
+    if (hasChangedCells_ || layoutChanged_ || allStale_ || grid_.TopRow() != paintedTop_ ||
+        grid_.LeftCol() != paintedLeft_) {
+        RequestPaint();
     }
-    // No memory for a buffer: straight to the screen.
-    GdiSurface surface(paint.Dc(), grid_.Metrics().Resolution());
-    Paint(grid_, CurrentView(), surface, FromRECT(paint.Area()));
 }
 
 void FlexGridWindow::Refresh() {

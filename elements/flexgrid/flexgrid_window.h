@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -123,7 +124,8 @@ class FlexGridWindow final : public Window, private GridListener {
     bool settling_ = false;
     int paintedTop_ = 0;
     int paintedLeft_ = 0;
-    int toldTop_ = -1;  // the scroll position that listeners know of
+    std::array<Bar, 2> drawnBars_{};  // the vertical and the horizontal one as they are on the screen
+    int toldTop_ = -1;                // the scroll position that listeners know of
     int toldLeft_ = -1;
 
     // Mouse

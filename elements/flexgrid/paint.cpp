@@ -13,6 +13,10 @@ bool Is3d(GridLineStyle style) { return style == GridLineStyle::inset || style =
 
 bool HasLineBreak(TextView text) { return text.find_first_of(u"\r\n") != TextView::npos; }
 
+// Without trailing blanks, which format strings use to widen columns and which would shift centred and right-aligned
+// captions.
+TextView Trimmed(TextView text) { return text.substr(0, text.find_last_not_of(u' ') + 1); }
+
 // Where a cell's text goes in its area.
 Rect TextRoom(const Grid& grid, const Rect& area, bool fixed) {
     const int margin = Scaled(cellMarginAcross, grid.Metrics().Resolution().x);
@@ -167,7 +171,7 @@ class Painter {
         if (inside.Empty()) {
             return;
         }
-        const TextView text = grid_.Cell(row, col).AsWide(scratch_);
+        const TextView text = Trimmed(grid_.Cell(row, col).AsWide(scratch_));
         const bool picture = format && format->picture;
         if (!picture && text.empty()) {
             surface_.FillRect(inside, ink.back);
@@ -358,7 +362,7 @@ Rect InsideLines(const Grid& grid, const Rect& area, bool fixed) {
 
 bool IsCut(const Grid& grid, const View& view, Surface& surface, int row, int col) {
     Text scratch;
-    const TextView text = grid.Cell(row, col).AsWide(scratch);
+    const TextView text = Trimmed(grid.Cell(row, col).AsWide(scratch));
     const bool fixed = row < grid.FixedRows() || col < grid.FixedCols();
     const Rect room = TextRoom(grid, CellArea(grid, view, row, col), fixed);
     const unsigned format = text_format::noPrefix | (grid.WordWrap() ? text_format::wordBreak : 0U) |

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 
 namespace qvx::flexgrid {
 
@@ -65,6 +66,22 @@ Bar BarOf(const Axis& axis) {
     // The page is the number of items behind the last position, so that the thumb reaches the end exactly there.
     const int page = std::max(1, axis.count - last);
     return {true, axis.fixed, last + page - 1, page, std::clamp(axis.first, axis.fixed, last)};
+}
+
+bool ThumbMoves(const Bar& drawn, const Bar& wanted, int length) {
+    if (drawn.shown != wanted.shown || drawn.min != wanted.min || drawn.max != wanted.max ||
+        drawn.page != wanted.page) {
+        return true;
+    }
+    // The ends are exact, so that the thumb always rests against its arrow there.
+    const int last = wanted.max - wanted.page + 1;
+    const auto isEnd = [&](int position) { return position <= wanted.min || position >= last; };
+    if (isEnd(drawn.position) != isEnd(wanted.position)) {
+        return true;
+    }
+    const std::int64_t range = static_cast<std::int64_t>(wanted.max) - wanted.min + 1;
+    const std::int64_t moved = std::abs(static_cast<std::int64_t>(wanted.position) - drawn.position);
+    return moved * std::max(1, length) >= range;
 }
 
 BarChoice ChooseBars(const Axis& rows, const Axis& columns, Size room, Size barThickness, int allowed) {

@@ -37,6 +37,9 @@ struct Bar {
 // The bar for an axis that overflows its extent.
 Bar BarOf(const Axis& axis);
 
+// Whether a bar that is drawn as `drawn` looks different as `wanted`, its arrows being `length` pixels apart.
+bool ThumbMoves(const Bar& drawn, const Bar& wanted, int length);
+
 // Which bars a window of the given room (bars not counted) needs, where each one takes room from the other. `allowed`
 // is the grid's ScrollBars property: bit 0 horizontal, bit 1 vertical.
 struct BarChoice {

@@ -122,6 +122,18 @@ TEST(Scrolling, BarRequestsMoveByShownItemsWithinTheRange) {
     EXPECT_EQ(FirstAfter(Make({10, 10, 0, 0, 10, 10, 10}, 1, 1, 30), BarRequest::LineOn, 0), 4);
 }
 
+TEST(Scrolling, ABarIsDrawnAnewOnlyWhenItsThumbMoves) {
+    const Bar bar{true, 1, 100'000, 40, 500};
+    const auto at = [&](int position) { return Bar{true, 1, 100'000, 40, position}; };
+    EXPECT_FALSE(ThumbMoves(bar, at(501), 500));
+    EXPECT_FALSE(ThumbMoves(bar, at(301), 500));
+    EXPECT_TRUE(ThumbMoves(bar, at(700), 500)) << "a pixel further";
+    EXPECT_TRUE(ThumbMoves(at(2), at(1), 500)) << "against the arrow";
+    EXPECT_TRUE(ThumbMoves(at(99'961), at(99'960), 500)) << "away from the arrow";
+    EXPECT_TRUE(ThumbMoves({}, bar, 500)) << "not drawn yet";
+    EXPECT_TRUE(ThumbMoves(bar, {true, 1, 100'001, 40, 500}, 500)) << "a row more";
+}
+
 TEST(Scrolling, WheelMovementAddsUpToWholeSteps) {
     WheelCounter wheel;
     int steps = 0;
