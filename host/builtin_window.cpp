@@ -145,10 +145,11 @@ class BuiltInControl::Members final : public NamedObject {
     BuiltInControl* control_;
 };
 
-// The windows inside a frame send their messages to it; the form answers them.
+// The windows inside a frame send their messages to it; the form answers them. The system's own frame leaves its inside
+// unpainted.
 class BuiltInControl::Relay final : public WindowSubclass {
   public:
-    explicit Relay(HWND form) : form_(form) {}
+    Relay(HWND form, const UniqueBrush& brush) : form_(form), brush_(brush) {}
 
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
@@ -158,6 +159,12 @@ class BuiltInControl::Relay final : public WindowSubclass {
             case WM_CTLCOLOREDIT:
             case WM_CTLCOLORBTN:
                 return SendMessageW(form_, message, wParam, lParam);
+            case WM_ERASEBKGND: {
+                RECT area{};
+                GetClientRect(Handle(), &area);
+                FillRect(reinterpret_cast<HDC>(wParam), &area, brush_.Get());
+                return 1;
+            }
             default:
                 return Default(message, wParam, lParam);
         }
@@ -165,6 +172,7 @@ class BuiltInControl::Relay final : public WindowSubclass {
 
   private:
     HWND form_;
+    const UniqueBrush& brush_;
 };
 
 BuiltInControl::BuiltInControl(HostForm& form, Block& block, FormControl* container, BuiltIn kind)
@@ -233,7 +241,7 @@ void BuiltInControl::CreateSystemWindow() {
                         bounds.bottom - bounds.top, Form().ParentWindow(*this), nullptr, ModuleInstance(), nullptr);
     if (!window_) throw FormFileError(LineNumber(), u"the system refuses a window for \"" + Name() + u"\"");
     if (kind_ == BuiltIn::frame) {
-        relay_ = std::make_unique<Relay>(Form().Handle());
+        relay_ = std::make_unique<Relay>(Form().Handle(), brush_);
         relay_->Attach(window_);
     }
     if (kind_ == BuiltIn::textBox) {

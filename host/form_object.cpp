@@ -83,19 +83,21 @@ class ControlArrayObject final : public FormPart {
         AddReadOnly(u"Count", [this](const Call&) { return Variant(static_cast<long>(Elements().size())); });
         AddReadOnly(u"LBound", [this](const Call&) { return Variant(Bounds().first); });
         AddReadOnly(u"UBound", [this](const Call&) { return Variant(Bounds().second); });
-        AddReadOnly(u"Item", [this](const Call& call) {
-            const long index = call.Long(0);
-            for (const FormControl* element : Elements()) {
-                if (element->Index() == index) return Variant(element->Extended());
-            }
-            throw RunTimeError(340, u"Control array element does not exist");
-        });
+        AddReadOnly(u"Item",
+                    [this](const Call& call) { return Variant(Element(Form(), name_, call.Long(0)).Extended()); });
         SetDefaultMember(u"Item");
         AddEnumerator([this] {
             std::vector<ComPtr<IDispatch>> all;
             for (const FormControl* element : Elements()) all.emplace_back(element->Extended());
             return all;
         });
+    }
+
+    static const FormControl& Element(HostForm& form, const Text& name, long index) {
+        constexpr int elementMissing = 340;
+        const FormControl* element = index < 0 ? nullptr : form.FindControl(name, static_cast<int>(index));
+        if (!element) throw RunTimeError(elementMissing, u"Control array element does not exist");
+        return *element;
     }
 
   private:
@@ -120,6 +122,23 @@ class ControlArrayObject final : public FormPart {
     }
 
     Text name_;
+};
+
+class ControlArraysObject final : public FormPart {
+  public:
+    explicit ControlArraysObject(HostForm& form) : FormPart(form) {
+        for (const auto& control : form.Controls()) {
+            if (control->Index() < 0 || form.FindControl(control->Name()) != control.get()) continue;
+            // The name lives as long as the control, and nobody calls this object when the form is gone.
+            AddReadOnly(control->Name().c_str(), [this, name = control->Name()](const Call& call) {
+                if (!call.Has(0)) return Variant(MakeControlArray(Form(), name).get());
+                return Variant(ControlArrayObject::Element(Form(), name, call.Long(0)).Extended());
+            });
+        }
+    }
+
+  private:
+    ~ControlArraysObject() override = default;
 };
 
 class HostObject final : public FormPart {
@@ -374,6 +393,8 @@ HRESULT FormObject::InvokeOther(DISPID member, LCID locale, WORD flags, DISPPARA
 ComPtr<IDispatch> MakeControlArray(HostForm& form, const Text& name) {
     return MakeObject<ControlArrayObject>(form, name);
 }
+
+ComPtr<IDispatch> MakeControlArrays(HostForm& form) { return MakeObject<ControlArraysObject>(form); }
 
 ComPtr<IDispatch> MakeHostObject(HostForm& form, const Options& options) {
     return MakeObject<HostObject>(form, options);

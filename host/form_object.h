@@ -42,6 +42,9 @@ class FormObject final : public NamedObject, public IOleContainer {
 
 // A control array, as the name of its elements alone gives it: txtField(2), txtField.Count, For Each.
 ComPtr<IDispatch> MakeControlArray(HostForm& form, const Text& name);
+// All control arrays of the form by name. Script engines call a member with the index as its argument, where they would
+// refuse an argument to an object that is known by its own name.
+ComPtr<IDispatch> MakeControlArrays(HostForm& form);
 // "Host": Log, SaveForm, Quit, Arguments, DesignMode.
 ComPtr<IDispatch> MakeHostObject(HostForm& form, const Options& options);
 // "App": Title, Path, EXEName.

@@ -172,14 +172,10 @@ bool HostForm::Start(TextView scriptName, TextView source) {
         script_->AddObject(u"App", MakeAppObject().get());
         script_->AddObject(Name(), Automation());
         if (!SameName(Name(), u"Form")) script_->AddObject(u"Form", Automation());
-        std::vector<Text> named;
         for (const auto& control : controls_) {
-            if (control->Index() < 0) {
-                script_->AddObject(control->Name(), control->Extended());
-            } else if (FindControl(control->Name()) == control.get()) {
-                script_->AddObject(control->Name(), MakeControlArray(*this, control->Name()).get());
-            }
+            if (control->Index() < 0) script_->AddObject(control->Name(), control->Extended());
         }
+        script_->AddGlobals(u"ControlArrays", MakeControlArrays(*this).get());
         for (const Text& name : menus_.Names()) script_->AddObject(name, menus_.Automation(name));
         running_ = true;
         compiled = script_->Run(source);
@@ -288,7 +284,7 @@ void HostForm::SetClientSize(int width, int height) {
 }
 
 void HostForm::AskToClose(int code) {
-    if (code) exitCode_ = code;
+    wantedExitCode_ = code;
     // Not now: whoever asks is in the middle of something, often inside an event of a control.
     PostMessageW(Handle(), messageClose, 0, 0);
 }
@@ -301,10 +297,8 @@ void HostForm::OnClose() {
     argument.vt = VT_BYREF | VT_BOOL;
     argument.pboolVal = &cancel;
     FireForm(u"Unload", {&argument});
-    if (cancel) {
-        exitCode_ = 0;
-        return;
-    }
+    if (cancel) return;
+    if (wantedExitCode_) exitCode_ = wantedExitCode_;
     if (!options_.save.empty()) {
         try {
             Save(options_.save);

@@ -137,6 +137,7 @@ class HostForm final : public Window {
     ComPtr<FormObject> automation_;
     bool running_ = false;  // the script has been loaded and the form is not closing
     int exitCode_ = 0;
+    int wantedExitCode_ = 0;  // of whoever asked for the closing
 };
 
 }  // namespace qvx::host

@@ -195,10 +195,16 @@ void ScriptEngine::Open(TextView file) {
     Check(parser_->InitNew());
 }
 
-void ScriptEngine::AddObject(TextView name, IDispatch* object) {
-    site_->objects.insert_or_assign(Text(name), ComPtr<IDispatch>(object));
+void ScriptEngine::AddObject(TextView name, IDispatch* object) { Add(name, object, SCRIPTITEM_ISVISIBLE); }
+
+void ScriptEngine::AddGlobals(TextView name, IDispatch* object) {
+    Add(name, object, SCRIPTITEM_ISVISIBLE | SCRIPTITEM_GLOBALMEMBERS);
+}
+
+void ScriptEngine::Add(TextView name, IDispatch* object, DWORD flags) {
     const Text copy(name);
-    Check(engine_->AddNamedItem(Wide(copy), SCRIPTITEM_ISVISIBLE));
+    site_->objects.insert_or_assign(copy, ComPtr<IDispatch>(object));
+    Check(engine_->AddNamedItem(Wide(copy), flags));
 }
 
 bool ScriptEngine::Run(TextView source) {

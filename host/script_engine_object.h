@@ -36,6 +36,8 @@ class ScriptEngine {
     // system lacks the engine.
     void Open(TextView file);
     void AddObject(TextView name, IDispatch* object);
+    // Makes the members of an object known without its name. `name` is the object's own and shows nowhere.
+    void AddGlobals(TextView name, IDispatch* object);
     // Runs the code outside procedures. False after an error, which has been reported.
     bool Run(TextView source);
     void Close();
@@ -49,6 +51,7 @@ class ScriptEngine {
   private:
     class Site;
     DISPID Find(TextView procedure) const;
+    void Add(TextView name, IDispatch* object, DWORD flags);
 
     HWND window_;
     Report report_;
