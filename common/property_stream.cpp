@@ -121,6 +121,7 @@ class Writer {
     }
     void Double(double value) { Number(std::bit_cast<std::uint64_t>(value), 8); }
     void Characters(TextView text) {
+        if (text.size() > maximumSize / 2) throw std::length_error("text too long for a property stream");
         for (const char16_t c : text) Number(c, 2);
     }
     void operator()(std::monostate) {}

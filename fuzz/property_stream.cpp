@@ -1,0 +1,32 @@
+// Property streams: whatever reads is written as a stream that reads the same. The input is the stream itself.
+#include <cstdint>
+#include <span>
+
+#include "common/property_stream.h"
+#include "fuzz/fuzz_input.h"
+
+namespace qvx {
+namespace {
+
+void Check(std::span<const std::uint8_t> bytes) {
+    using namespace property_stream;
+    if (bytes.size() < headerSize) return;
+    const auto header = ReadHeader(bytes.first(headerSize));
+    if (!header) return;
+    const auto records = ReadRecords(*header, bytes.subspan(headerSize));
+    if (!records) return;
+    Require(records->size() == header->count, "as many records as were promised");
+    const Bytes written = Write(*records);
+    const auto again = ReadHeader(written);
+    Require(again.has_value(), "what was read is written as a stream");
+    const auto reread = ReadRecords(*again, std::span(written).subspan(headerSize));
+    Require(reread == records, "which reads the same");
+}
+
+}  // namespace
+}  // namespace qvx
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    qvx::Check({data, size});
+    return 0;
+}
