@@ -101,10 +101,11 @@ HWND EntryGrid::FocusWindow() const {
 void EntryGrid::Resize(Size pixels) { window_->MoveTo({0, 0, pixels.width, pixels.height}); }
 
 EditorFrame& EntryGrid::Frame() {
+    // Making the control's window puts an old frame aside.
+    const HWND control = events_.ControlWindow();
     if (frame_ && frame_->Handle()) return *frame_;
-    if (frame_) retired_.push_back(std::move(frame_));
     frame_ = std::make_unique<EditorFrame>(static_cast<ComboListener&>(*this));
-    frame_->CreateIn(events_.ControlWindow());
+    frame_->CreateIn(control);
     frame_->Load(freeTextEditor);
     return *frame_;
 }
