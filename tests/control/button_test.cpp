@@ -1,0 +1,276 @@
+// The Button control in containers: what it saves, what it answers, what it shows.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <ocidl.h>
+#include <olectl.h>
+
+#include "Qvx.h"
+#include "com/font_object.h"
+#include "tests/support/container.h"
+#include "tests/support/input.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::test {
+namespace {
+
+class Button : public ::testing::Test {
+  protected:
+    explicit Button(bool userMode = true) {
+        Container::Options options;
+        options.ambients = {{DISPID_AMBIENT_USERMODE, Variant(userMode)},
+                            {DISPID_AMBIENT_DISPLAYNAME, Variant(u"cmdSave")}};
+        options.bounds = {20, 20, 120, 44};
+        container_ = std::make_unique<Container>(options);
+        container_->Place(ServerUnderTest::Get().Create(CLSID_Button));
+        button_ = container_->Automation();
+        recorder_ = MakeObject<EventRecorder>();
+        connection_ =
+            std::make_unique<Connection>(container_->Control(), EventsOf(container_->Control()), recorder_.get());
+    }
+    void Activate() {
+        container_->Activate();
+        ASSERT_TRUE(BringToFront(container_->Window()));
+        window_ = container_->ControlWindow();
+        ASSERT_TRUE(window_);
+    }
+    void Focus() {
+        container_->ActivateUi();
+        ASSERT_TRUE(WaitFor([&] { return GetFocus() == window_; }));
+    }
+    size_t Clicks() const { return recorder_->Count(DISPID_CLICK); }
+    // Lets everything that was sent arrive.
+    static void Settle() {
+        WaitFor([] { return false; }, 150);
+    }
+    POINT At(int x, int y) const {
+        POINT point{x, y};
+        ClientToScreen(window_, &point);
+        return point;
+    }
+
+    std::unique_ptr<Container> container_;
+    ComPtr<IDispatch> button_;
+    ComPtr<EventRecorder> recorder_;
+    std::unique_ptr<Connection> connection_;
+    HWND window_ = nullptr;
+};
+
+TEST_F(Button, NewControlTakesItsNameAndSavesNothingElse) {
+    EXPECT_EQ(Call(button_.get(), L"Caption").ToText(), u"cmdSave");
+    EXPECT_EQ(SaveToBag(container_->Control())->Print(), u"");
+}
+
+TEST_F(Button, SavesInItsOrderAndLoadsTheSame) {
+    struct {
+        const wchar_t* name;
+        Variant value;
+    } const values[] = {{L"Enabled", Variant(false)},        {L"DropDown", Variant(true)},
+                        {L"Behavior", Variant(0)},           {L"FocusRect", Variant(false)},
+                        {L"BorderColor", Variant(0x112233)}, {L"BackColor", Variant(0xFFFFFF)},
+                        {L"ForeColor", Variant(0x0000FF)},   {L"Caption", Variant(u"&Save")}};
+    for (const auto& v : values) Put(button_.get(), v.name, {v.value});
+    const ComPtr<MemoryBag> bag = SaveToBag(container_->Control());
+    EXPECT_EQ(bag->Print(),
+              u"Caption=&Save\nForeColor=255\nBackColor=16777215\nBorderColor=1122867\nFocusRect=False\nBehavior=0\n"
+              u"DropDown=True\nEnabled=False\n");
+    const auto other = ServerUnderTest::Get().Create(CLSID_Button);
+    ASSERT_EQ(LoadFromBag(other.get(), bag.get()), S_OK);
+    for (const auto& v : values) {
+        EXPECT_EQ(Call(other.As<IDispatch>().get(), v.name).ToText(), v.value.ToText());
+    }
+    EXPECT_EQ(SaveToBag(other.get())->Print(), bag->Print());
+}
+
+TEST_F(Button, SettersTellTheHost) {
+    const auto listener = MakeObject<PropertyListener>();
+    const Connection connection(container_->Control(), IID_IPropertyNotifySink, listener.get());
+    Put(button_.get(), L"Caption", {Variant(u"x")});
+    Put(button_.get(), L"Behavior", {Variant(1)});
+    Put(button_.get(), L"Focus", {Variant(true)});
+    EXPECT_EQ(listener->changed, (std::vector<DISPID>{DISPID_CAPTION, 2, 4}));
+    EXPECT_EQ(Call(button_.get(), L"Focus").ToBool(), true);
+    VARIANT wrong{};
+    wrong.vt = VT_I4;
+    wrong.lVal = 3;
+    EXPECT_EQ(Invoke(button_.get(), L"Behavior", DISPATCH_PROPERTYPUT, {wrong}).scode,
+              static_cast<HRESULT>(0x800A017C));
+}
+
+TEST_F(Button, ValueClicksOnce) {
+    Put(button_.get(), L"Value", {Variant(true)});
+    EXPECT_EQ(Clicks(), 1U);
+    Put(button_.get(), L"Value", {Variant(false)});
+    EXPECT_EQ(Clicks(), 1U);
+}
+
+class ButtonInDesigner : public Button {
+  protected:
+    ButtonInDesigner() : Button(false) {}
+};
+
+TEST_F(ButtonInDesigner, ValueIsRefusedAndInputIgnored) {
+    VARIANT value{};
+    value.vt = VT_BOOL;
+    value.boolVal = VARIANT_TRUE;
+    const CallResult refused = Invoke(button_.get(), L"Value", DISPATCH_PROPERTYPUT, {value});
+    EXPECT_EQ(refused.scode, static_cast<HRESULT>(0x800A0183)) << "387";
+    EXPECT_EQ(refused.source, u"Qvx");
+    Activate();
+    ClickOn(window_);
+    Settle();
+    EXPECT_EQ(Clicks(), 0U);
+}
+
+TEST_F(Button, MouseClicks) {
+    Activate();
+    ClickOn(window_);
+    EXPECT_TRUE(WaitFor([&] { return Clicks() == 1; }));
+    Settle();
+    EXPECT_EQ(Clicks(), 1U);
+    EXPECT_EQ(GetFocus(), window_);
+    EXPECT_EQ(Call(button_.get(), L"Focus").ToBool(), true);
+}
+
+TEST_F(Button, ReleasedOutsideIsNoClick) {
+    Activate();
+    MoveMouseTo(At(50, 12));
+    LeftButton(true);
+    Settle();
+    EXPECT_EQ(GetCapture(), window_);
+    MoveMouseTo(At(160, 60));
+    Settle();
+    LeftButton(false);
+    Settle();
+    EXPECT_EQ(Clicks(), 0U);
+    EXPECT_EQ(GetCapture(), nullptr);
+}
+
+TEST_F(Button, MouseOverItIsCapturedUntilItLeaves) {
+    Activate();
+    MoveMouseTo(At(50, 12));
+    EXPECT_TRUE(WaitFor([&] { return GetCapture() == window_; }));
+    MoveMouseTo(At(160, 60));
+    EXPECT_TRUE(WaitFor([&] { return GetCapture() == nullptr; }));
+}
+
+TEST_F(Button, SpaceClicksWhenItComesUp) {
+    Activate();
+    Focus();
+    KeyDown(VK_SPACE);
+    Settle();
+    EXPECT_EQ(Clicks(), 0U);
+    KeyUp(VK_SPACE);
+    EXPECT_TRUE(WaitFor([&] { return Clicks() == 1; }));
+    EXPECT_EQ(GetCapture(), nullptr);
+}
+
+TEST_F(Button, ArrowsSendTab) {
+    Activate();
+    Focus();
+    // The strokes come back through the queue of the window that has the focus.
+    struct {
+        int arrow;
+        bool shift;
+    } const cases[] = {{VK_RIGHT, false}, {VK_LEFT, true}};
+    for (const auto& c : cases) {
+        bool tab = false;
+        bool shift = false;
+        TypeKey(c.arrow);
+        EXPECT_TRUE(WaitFor(
+            [&] {
+                MSG message;
+                while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+                    if (message.message == WM_KEYDOWN && message.wParam == VK_TAB) {
+                        tab = true;
+                        shift = GetKeyState(VK_SHIFT) < 0;
+                    }
+                    DispatchMessageW(&message);
+                }
+                return tab;
+            },
+            3000, false));
+        EXPECT_EQ(shift, c.shift);
+        Settle();
+    }
+}
+
+TEST_F(Button, AccessKeyClicks) {
+    Activate();
+    Put(button_.get(), L"Caption", {Variant(u"&Save")});
+    const auto control = container_->Control();
+    const auto ole = ComPtr<IUnknown>(control).As<IOleControl>();
+    CONTROLINFO info{};
+    info.cb = sizeof info;
+    ASSERT_EQ(ole->GetControlInfo(&info), S_OK);
+    ACCEL keys[4]{};
+    const int count = CopyAcceleratorTableW(info.hAccel, keys, 4);
+    bool found = false;
+    for (int i = 0; i < count; ++i) found = found || keys[i].key == 'S' || keys[i].key == 's';
+    EXPECT_TRUE(found);
+    MSG message{};
+    message.message = WM_SYSKEYDOWN;
+    message.wParam = 'S';
+    EXPECT_EQ(ole->OnMnemonic(&message), S_OK);
+    EXPECT_EQ(Clicks(), 1U);
+    EXPECT_EQ(Call(button_.get(), L"Focus").ToBool(), true);
+    Put(button_.get(), L"Enabled", {Variant(false)});
+    ole->OnMnemonic(&message);
+    EXPECT_EQ(Clicks(), 1U) << "a disabled button has no access key";
+    ole->GetControlInfo(&info);
+    EXPECT_EQ(info.cAccel, 0);
+}
+
+TEST_F(Button, DisabledTakesNoInput) {
+    Activate();
+    Put(button_.get(), L"Enabled", {Variant(false)});
+    ClickOn(window_);
+    Settle();
+    EXPECT_EQ(Clicks(), 0U);
+}
+
+COLORREF PixelAt(HWND window, int x, int y) {
+    UpdateWindow(window);
+    const HDC dc = GetDC(window);
+    const COLORREF color = GetPixel(dc, x, y);
+    ReleaseDC(window, dc);
+    return color;
+}
+
+TEST_F(Button, ShowsItsStatesOnTheScreen) {
+    Put(button_.get(), L"BackColor", {Variant(0xFFFFFF)});
+    Put(button_.get(), L"BorderColor", {Variant(0x0000FF)});
+    Put(button_.get(), L"Behavior", {Variant(0)});
+    Put(button_.get(), L"Caption", {Variant(u"")});
+    Activate();
+    const auto corner = [&] { return PixelAt(window_, 0, 0); };
+    EXPECT_EQ(PixelAt(window_, 50, 12), RGB(255, 255, 255));
+    EXPECT_EQ(corner(), RGB(255, 0, 0)) << "the frame of the flat styles";
+    Call(button_.get(), L"DRAWBUTTON", {Variant(2)});
+    const COLORREF pressed = corner();
+    EXPECT_NE(pressed, RGB(255, 0, 0));
+    Call(button_.get(), L"DRAWBUTTON", {Variant(1)});
+    EXPECT_NE(corner(), pressed) << "the raised border goes over the pressed face";
+    Call(button_.get(), L"DRAWBUTTON");
+    EXPECT_EQ(corner(), RGB(255, 0, 0)) << "without an argument at rest";
+    EXPECT_NE(Call(button_.get(), L"hDC").ToText(), u"0");
+    EXPECT_EQ(Call(button_.get(), L"hWnd").ToText(),
+              Variant(static_cast<long>(reinterpret_cast<LONG_PTR>(window_))).ToText());
+}
+
+// A handler may end the control's life.
+TEST_F(Button, SurvivesBeingClosedInItsClick) {
+    Activate();
+    recorder_->onEvent = [&](DISPID, DISPPARAMS&) {
+        connection_.reset();
+        button_.reset();
+        container_->Close();
+    };
+    ClickOn(window_);
+    EXPECT_TRUE(WaitFor([&] { return recorder_->events.size() == 1; }));
+    Settle();
+    EXPECT_FALSE(IsWindow(window_) && IsWindowVisible(window_));
+}
+
+}  // namespace
+}  // namespace qvx::test

@@ -1,0 +1,423 @@
+// Controls in a bare container of our own: activation, size, focus, events, and hosts that offer much or nothing.
+#include "tests/support/container.h"
+
+#include <gtest/gtest.h>
+#include <olectl.h>
+
+#include <algorithm>
+
+#include "Qvx.h"
+#include "com/font_object.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::test {
+namespace {
+
+Container::Options RunMode() {
+    Container::Options options;
+    options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(true));
+    options.ambients.emplace(DISPID_AMBIENT_DISPLAYNAME, Variant(u"Thing1"));
+    return options;
+}
+
+ComPtr<IUnknown> New(REFCLSID id) { return ServerUnderTest::Get().Create(id); }
+
+RECT WindowArea(HWND window, HWND parent) {
+    RECT area{};
+    GetWindowRect(window, &area);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&area), 2);
+    return area;
+}
+
+bool Equal(const RECT& a, const RECT& b) { return EqualRect(&a, &b) != FALSE; }
+
+class EachControl : public ::testing::TestWithParam<const CLSID*> {};
+
+INSTANTIATE_TEST_SUITE_P(Controls, EachControl, ::testing::Values(&CLSID_Button, &CLSID_ComboGrid),
+                         [](const auto& parameter) {
+                             return parameter.param == &CLSID_Button ? "Button" : "ComboGrid";
+                         });
+
+TEST_P(EachControl, ActivatesMovesAndGoesInactive) {
+    Container container(RunMode());
+    container.Place(New(*GetParam()));
+    EXPECT_EQ(nullptr, container.ControlWindow());
+    container.Activate();
+    const HWND window = container.ControlWindow();
+    ASSERT_TRUE(window);
+    EXPECT_EQ(container.Window(), GetParent(window));
+    EXPECT_TRUE(IsWindowVisible(window));
+    EXPECT_TRUE(Equal({10, 10, 210, 110}, WindowArea(window, container.Window())));
+    const RECT moved{30, 40, 180, 90};
+    container.MoveTo(moved);
+    EXPECT_TRUE(Equal(moved, WindowArea(window, container.Window())));
+    // The extent follows, in hundredths of a millimetre at 96 dots per inch.
+    SIZEL extent{};
+    EXPECT_EQ(S_OK, container.Control() ? Query<IOleObject>(container.Control())->GetExtent(DVASPECT_CONTENT, &extent)
+                                        : E_FAIL);
+    EXPECT_EQ(150 * 2540 / 96, extent.cx);
+    EXPECT_NEAR(50 * 2540 / 96.0, extent.cy, 1);
+    EXPECT_EQ(S_OK, Query<IOleInPlaceObject>(container.Control())->InPlaceDeactivate());
+    EXPECT_EQ(nullptr, container.ControlWindow());
+    EXPECT_FALSE(IsWindowVisible(window));
+    EXPECT_EQ((std::vector<std::string>{"OnInPlaceActivate", "ShowObject", "OnInPlaceDeactivate"}), container.Calls());
+    // And again: the same window comes back.
+    container.Activate();
+    EXPECT_EQ(window, container.ControlWindow());
+}
+
+// A host may set any extent before activation, and gets the same one back.
+TEST_P(EachControl, KeepsTheExtentItWasGiven) {
+    Container container(RunMode());
+    container.Place(New(*GetParam()));
+    const auto object = Query<IOleObject>(container.Control());
+    for (const SIZEL size : {SIZEL{2540, 1270}, SIZEL{2543, 1271}, SIZEL{1, 1}, SIZEL{0, 0}}) {
+        SIZEL copy = size;
+        ASSERT_EQ(S_OK, object->SetExtent(DVASPECT_CONTENT, &copy));
+        SIZEL got{};
+        ASSERT_EQ(S_OK, object->GetExtent(DVASPECT_CONTENT, &got));
+        if (size.cx != 0) {
+            EXPECT_EQ(size.cx, got.cx);
+        }
+        if (size.cy != 0) {
+            EXPECT_EQ(size.cy, got.cy);
+        }
+    }
+    SIZEL negative{-1, 5};
+    EXPECT_EQ(E_INVALIDARG, object->SetExtent(DVASPECT_CONTENT, &negative));
+    EXPECT_EQ(DV_E_DVASPECT, object->SetExtent(DVASPECT_ICON, &negative));
+}
+
+// Parts outside the container's clip are cut off, and come back with it.
+TEST_P(EachControl, IsClippedByItsContainer) {
+    Container container(RunMode());
+    container.Place(New(*GetParam()));
+    container.Activate();
+    const HWND window = container.ControlWindow();
+    const RECT position{10, 10, 110, 60};
+    const RECT clip{0, 0, 50, 200};
+    const auto object = Query<IOleInPlaceObject>(container.Control());
+    ASSERT_EQ(S_OK, object->SetObjectRects(&position, &clip));
+    const HRGN region = CreateRectRgn(0, 0, 0, 0);
+    RECT visible{};
+    ASSERT_NE(ERROR, GetWindowRgn(window, region));
+    GetRgnBox(region, &visible);
+    EXPECT_TRUE(Equal({0, 0, 40, 50}, visible));
+    const RECT wide{0, 0, 400, 200};
+    ASSERT_EQ(S_OK, object->SetObjectRects(&position, &wide));
+    EXPECT_EQ(ERROR, GetWindowRgn(window, region));
+    DeleteObject(region);
+}
+
+TEST_P(EachControl, BecomesUiActiveWithTheFocusAndLosesIt) {
+    Container container(RunMode());
+    container.Place(New(*GetParam()));
+    container.Activate();
+    SetForegroundWindow(container.Window());
+    container.ActivateUi();
+    const HWND window = container.ControlWindow();
+    const HWND focus = GetFocus();
+    EXPECT_TRUE(focus == window || IsChild(window, focus));
+    const auto& calls = container.Calls();
+    const auto called = [&](const char* name) { return std::count(calls.begin(), calls.end(), name); };
+    EXPECT_EQ(1, called("OnUIActivate"));
+    EXPECT_EQ(1, called("OnFocus(True)"));
+    EXPECT_EQ(1, called("SetActiveObject"));
+    // Twice is once.
+    container.ActivateUi();
+    EXPECT_EQ(1, called("OnUIActivate"));
+    SetFocus(container.Window());
+    EXPECT_EQ(1, called("OnFocus(False)"));
+    EXPECT_EQ(S_OK, Query<IOleInPlaceObject>(container.Control())->UIDeactivate());
+    EXPECT_EQ(1, called("OnUIDeactivate"));
+    EXPECT_EQ(1, called("SetActiveObject(none)"));
+}
+
+// The focus that a click or a Tab of the host brings makes the control user-interface active by itself.
+TEST_P(EachControl, FocusActivatesTheUserInterface) {
+    Container container(RunMode());
+    container.Place(New(*GetParam()));
+    container.Activate();
+    SetForegroundWindow(container.Window());
+    SetFocus(container.ControlWindow());
+    const auto& calls = container.Calls();
+    EXPECT_EQ(1, std::count(calls.begin(), calls.end(), "OnUIActivate"));
+}
+
+// Hosts that offer nothing but the site itself: the control runs, draws and saves.
+TEST_P(EachControl, WorksInAHostThatOffersNothing) {
+    Container::Options bare;
+    bare.controlSite = false;
+    Container container(bare);
+    container.Place(New(*GetParam()));
+    container.Activate();
+    container.ActivateUi();
+    UpdateWindow(container.ControlWindow());
+    EXPECT_TRUE(IsWindowVisible(container.ControlWindow()));
+    EXPECT_FALSE(SaveToStream(container.Control()).empty());
+    MSG key{container.ControlWindow(), WM_KEYDOWN, VK_F9, 0, 0, {}};
+    EXPECT_EQ(S_FALSE, Query<IOleInPlaceActiveObject>(container.Control())->TranslateAccelerator(&key));
+}
+
+// The host destroys its window without a word to the control, then lets go of it.
+TEST_P(EachControl, OutlivesItsHostsWindow) {
+    auto control = New(*GetParam());
+    {
+        Container container(RunMode());
+        container.Place(control);
+        container.Activate();
+        DestroyWindow(container.Window());
+        EXPECT_EQ(nullptr, container.ControlWindow());
+    }
+    // In another container it is as good as new.
+    Container other(RunMode());
+    other.Place(control, [](IUnknown*) {});
+    other.Activate();
+    EXPECT_TRUE(IsWindowVisible(other.ControlWindow()));
+}
+
+// A container that draws the control itself: something is there, in the bounds and nowhere else.
+TEST_P(EachControl, DrawsItselfIntoTheContainersBounds) {
+    Container container(RunMode());
+    container.Place(New(*GetParam()));
+    const HDC screen = GetDC(nullptr);
+    const HDC dc = CreateCompatibleDC(screen);
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, 120, 80);
+    const HGDIOBJ old = SelectObject(dc, bitmap);
+    const COLORREF marker = RGB(1, 2, 3);
+    const HBRUSH brush = CreateSolidBrush(marker);
+    const RECT all{0, 0, 120, 80};
+    FillRect(dc, &all, brush);
+    const RECTL bounds{20, 10, 100, 70};
+    EXPECT_EQ(S_OK, Query<IViewObject>(container.Control())
+                        ->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr, nullptr, 0));
+    EXPECT_EQ(MM_TEXT, GetMapMode(dc)) << "the device context is left as it was";
+    EXPECT_EQ(marker, GetPixel(dc, 19, 40));
+    EXPECT_EQ(marker, GetPixel(dc, 101, 40));
+    EXPECT_EQ(marker, GetPixel(dc, 60, 8));
+    int drawn = 0;
+    for (int x = 22; x < 98; x += 4) drawn += GetPixel(dc, x, 40) != marker ? 1 : 0;
+    EXPECT_EQ(19, drawn);
+    DeleteObject(brush);
+    SelectObject(dc, old);
+    DeleteObject(bitmap);
+    DeleteDC(dc);
+    ReleaseDC(nullptr, screen);
+}
+
+// A change is announced by the member's own number, marks the control as to be saved, and has a view drawn anew.
+TEST(PropertyChanges, AreAnnounced) {
+    Container container(RunMode());
+    container.Place(New(CLSID_Button));
+    auto listener = MakeObject<PropertyListener>();
+    const Connection connection(container.Control(), IID_IPropertyNotifySink, listener.get());
+    const auto stream = Query<IPersistStreamInit>(container.Control());
+    EXPECT_EQ(S_FALSE, stream->IsDirty());
+    const auto button = container.Automation();
+    Put(button.get(), L"Caption", {Variant(u"Save")});
+    Put(button.get(), L"DropDown", {Variant(true)});
+    EXPECT_EQ((std::vector<DISPID>{DISPID_CAPTION, 3}), listener->changed);
+    EXPECT_EQ(S_OK, stream->IsDirty());
+    SaveToStream(container.Control());
+    EXPECT_EQ(S_FALSE, stream->IsDirty());
+    // Changing the font object from outside counts as well.
+    const auto font = Call(button.get(), L"Font").ToObject<IFont>();
+    ASSERT_TRUE(font);
+    listener->changed.clear();
+    EXPECT_EQ(S_OK, font->put_Bold(TRUE));
+    EXPECT_EQ(std::vector<DISPID>{DISPID_FONT}, listener->changed);
+    EXPECT_EQ(S_OK, stream->IsDirty());
+}
+
+// --- Events ---
+
+class ButtonEvents : public ::testing::Test {
+  protected:
+    ButtonEvents() : container_(RunMode()) {
+        container_.Place(New(CLSID_Button));
+        container_.Activate();
+    }
+    void Click() {
+        const auto button = container_.Automation();
+        Invoke(button.get(), L"Value", DISPATCH_PROPERTYPUT, {Variant(true).get()});
+    }
+    ComPtr<EventRecorder> recorder_ = MakeObject<EventRecorder>();
+    Container container_;
+};
+
+TEST_F(ButtonEvents, ReachEveryListenerInOrderUntilItDisconnects) {
+    const IID events = EventsOf(container_.Control());
+    EXPECT_TRUE(events == DIID___Button);
+    auto second = MakeObject<EventRecorder>();
+    Connection first(container_.Control(), events, recorder_.get());
+    const Connection other(container_.Control(), events, second.get());
+    Click();
+    first.Disconnect();
+    Click();
+    EXPECT_EQ(1u, recorder_->Count(DISPID_CLICK));
+    EXPECT_EQ(2u, second->Count(DISPID_CLICK));
+    // Nothing while the host has frozen events.
+    const auto control = Query<IOleControl>(container_.Control());
+    control->FreezeEvents(TRUE);
+    Click();
+    control->FreezeEvents(FALSE);
+    Click();
+    EXPECT_EQ(3u, second->Count(DISPID_CLICK));
+}
+
+TEST_F(ButtonEvents, ListenersMayDisconnectAndConnectDuringAnEvent) {
+    const IID events = EventsOf(container_.Control());
+    auto later = MakeObject<EventRecorder>();
+    auto victim = MakeObject<EventRecorder>();
+    std::unique_ptr<Connection> self;
+    std::unique_ptr<Connection> doomed;
+    std::unique_ptr<Connection> added;
+    recorder_->onEvent = [&](DISPID, DISPPARAMS&) {
+        self->Disconnect();
+        doomed->Disconnect();
+        if (!added) added = std::make_unique<Connection>(container_.Control(), events, later.get());
+    };
+    self = std::make_unique<Connection>(container_.Control(), events, recorder_.get());
+    doomed = std::make_unique<Connection>(container_.Control(), events, victim.get());
+    Click();
+    EXPECT_EQ(1u, recorder_->events.size());
+    EXPECT_EQ(0u, victim->events.size()) << "disconnected before its turn";
+    EXPECT_EQ(0u, later->events.size()) << "connected after the event was raised";
+    Click();
+    EXPECT_EQ(1u, later->events.size());
+}
+
+// The usual way for a form to go: a button's own Click handler closes it.
+TEST_F(ButtonEvents, TheHandlerMayReleaseTheControl) {
+    const HWND window = container_.ControlWindow();
+    auto connection =
+        std::make_unique<Connection>(container_.Control(), EventsOf(container_.Control()), recorder_.get());
+    recorder_->onEvent = [&](DISPID, DISPPARAMS&) {
+        connection.reset();
+        container_.Close();
+    };
+    // By the mouse, so that the control is in the middle of its own window's message.
+    SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, 20));
+    SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(20, 20));
+    EXPECT_EQ(1u, recorder_->Count(DISPID_CLICK));
+    EXPECT_FALSE(IsWindow(window));
+    EXPECT_EQ(S_OK, ServerUnderTest::Get().CanUnload());
+}
+
+TEST_F(ButtonEvents, AFailingHandlerDoesNotHurt) {
+    class Refusing final : public ComObject<IDispatch> {
+      public:
+        STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_FAIL; }
+        STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_FAIL; }
+        STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_FAIL; }
+        STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO* exception, UINT*) override {
+            exception->bstrDescription = SysAllocString(L"refused");
+            return DISP_E_EXCEPTION;
+        }
+
+      private:
+        ~Refusing() override = default;
+    };
+    auto refusing = MakeObject<Refusing>();
+    const IID events = EventsOf(container_.Control());
+    const Connection bad(container_.Control(), events, refusing.get());
+    const Connection good(container_.Control(), events, recorder_.get());
+    Click();
+    EXPECT_EQ(1u, recorder_->Count(DISPID_CLICK));
+}
+
+// --- The host's part in defaults ---
+
+struct FakeObject final : ComObject<IDispatch> {
+    std::map<std::wstring, Variant> members;
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
+        *count = 0;
+        return S_OK;
+    }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+        const auto found = members.find(names[0]);
+        if (found == members.end()) return DISP_E_UNKNOWNNAME;
+        *ids = static_cast<DISPID>(std::distance(members.begin(), found)) + 1;
+        return S_OK;
+    }
+    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
+        *result = Variant(std::next(members.begin(), member - 1)->second).detach();
+        return S_OK;
+    }
+
+  private:
+    ~FakeObject() override = default;
+};
+
+TEST(HostDefaults, CaptionIsTheDisplayName) {
+    const auto captionIn = [](Container::Options options) {
+        Container container(std::move(options));
+        container.Place(New(CLSID_Button));
+        return Call(container.Automation().get(), L"Caption").ToText().value_or(u"?");
+    };
+    EXPECT_EQ(u"Thing1", captionIn(RunMode()));
+    EXPECT_EQ(u"", captionIn({}));
+    // A host without ambient properties may still have given the control a name.
+    auto extended = MakeObject<FakeObject>();
+    extended->members[L"Name"] = Variant(u"cmdOk");
+    Container::Options named;
+    named.extended = extended;
+    EXPECT_EQ(u"cmdOk", captionIn(named));
+}
+
+// A host that initialises before it sites: what depends on the host is set up once it is known.
+TEST(HostDefaults, AreTakenOnceTheHostIsKnown) {
+    const auto control = New(CLSID_Button);
+    ASSERT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    const auto button = control.As<IDispatch>();
+    EXPECT_EQ(u"", Call(button.get(), L"Caption").ToText());
+    Container container(RunMode());
+    container.Place(control, [](IUnknown*) {});
+    EXPECT_EQ(u"Thing1", Call(button.get(), L"Caption").ToText());
+    EXPECT_EQ(S_FALSE, control.As<IPersistStreamInit>()->IsDirty());
+}
+
+TEST(HostDefaults, FontIsTheAmbientFontAndIsNotWritten) {
+    FontSpec spec;
+    spec.face = u"Tahoma";
+    spec.points = 12;
+    Container::Options options = RunMode();
+    options.ambients.emplace(DISPID_AMBIENT_FONT, Variant(static_cast<IDispatch*>(MakeFontObject(spec).get())));
+    Container container(options);
+    container.Place(New(CLSID_Button));
+    const auto font = Call(container.Automation().get(), L"Font").ToObject<IFont>();
+    ASSERT_TRUE(font);
+    EXPECT_EQ(12, ReadFontObject(font.get()).points);
+    EXPECT_EQ(nullptr, SaveToBag(container.Control())->Find(L"Font"));
+    ASSERT_EQ(S_OK, font->put_Bold(TRUE));
+    EXPECT_NE(nullptr, SaveToBag(container.Control())->Find(L"Font"));
+}
+
+// --- Mnemonics ---
+
+TEST(Mnemonics, AreToldToTheHostAndComeBack) {
+    Container container(RunMode());
+    container.Place(New(CLSID_Button));
+    container.Activate();
+    auto recorder = MakeObject<EventRecorder>();
+    const Connection connection(container.Control(), EventsOf(container.Control()), recorder.get());
+    const auto control = Query<IOleControl>(container.Control());
+    Put(container.Automation().get(), L"Caption", {Variant(u"&Save")});
+    const auto& calls = container.Calls();
+    EXPECT_GE(std::count(calls.begin(), calls.end(), "OnControlInfoChanged"), 1);
+    CONTROLINFO info{};
+    info.cb = sizeof info;
+    ASSERT_EQ(S_OK, control->GetControlInfo(&info));
+    ASSERT_GE(info.cAccel, 1);
+    std::vector<ACCEL> keys(info.cAccel);
+    ASSERT_EQ(static_cast<int>(info.cAccel), CopyAcceleratorTableW(info.hAccel, keys.data(), info.cAccel));
+    EXPECT_TRUE(std::any_of(keys.begin(), keys.end(),
+                            [](const ACCEL& a) { return a.fVirt == (FALT | FVIRTKEY) && a.key == 'S'; }));
+    MSG key{container.ControlWindow(), WM_SYSKEYDOWN, 'S', 1 << 29, 0, {}};
+    EXPECT_EQ(S_OK, control->OnMnemonic(&key));
+    EXPECT_EQ(1u, recorder->Count(DISPID_CLICK));
+}
+
+}  // namespace
+}  // namespace qvx::test

@@ -1,0 +1,145 @@
+// Late-bound calls as scripts make them: names, optional arguments, by-reference variants, errors.
+#include <gtest/gtest.h>
+
+#include "Qvx.h"
+#include "tests/support/container.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::test {
+namespace {
+
+class LateBound : public ::testing::Test {
+  protected:
+    LateBound() : container_({}) {
+        container_.Place(ServerUnderTest::Get().Create(CLSID_ComboGrid));
+        grid_ = container_.Automation();
+        Put(grid_.get(), L"FormatString", {Variant(u"No|Name|Price")});
+        Put(grid_.get(), L"Rows", {Variant(3)});
+    }
+    Container container_;
+    ComPtr<IDispatch> grid_;
+};
+
+VARIANT Reference(Variant& variable) {
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_VARIANT;
+    reference.pvarVal = variable.ptr();
+    return reference;
+}
+
+TEST_F(LateBound, ValuesAreConverted) {
+    for (const Variant& rows : {Variant(5), Variant(5.0), Variant(u"5"), Variant(static_cast<short>(5))}) {
+        Put(grid_.get(), L"Rows", {Variant(2)});
+        Put(grid_.get(), L"Rows", {rows});
+        EXPECT_EQ(5, Call(grid_.get(), L"Rows").ToLong());
+    }
+    Variant variable(7);
+    EXPECT_EQ(S_OK, Invoke(grid_.get(), L"Rows", DISPATCH_PROPERTYPUT, {Reference(variable)}).result);
+    EXPECT_EQ(7, Call(grid_.get(), L"rows").ToLong()) << "names compare without case";
+    EXPECT_EQ(DISP_E_TYPEMISMATCH, Invoke(grid_.get(), L"Rows", DISPATCH_PROPERTYPUT, {Variant(u"many").get()}).result);
+    EXPECT_EQ(DISP_E_UNKNOWNNAME, Invoke(grid_.get(), L"Nothing", DISPATCH_METHOD).result);
+    EXPECT_EQ(DISP_E_BADPARAMCOUNT, Invoke(grid_.get(), L"RemoveItem", DISPATCH_METHOD).result);
+}
+
+TEST_F(LateBound, IndexedPropertiesTakeVariables) {
+    Variant row(1);
+    Variant col(2);
+    Variant text(u"12.50");
+    EXPECT_EQ(S_OK, Invoke(grid_.get(), L"TextMatrix", DISPATCH_PROPERTYPUT,
+                           {Reference(row), Reference(col), Reference(text)})
+                        .result);
+    EXPECT_EQ(u"12.50", Call(grid_.get(), L"TextMatrix", {Variant(1), Variant(2)}).ToText());
+    const CallResult read =
+        Invoke(grid_.get(), L"TextMatrix", DISPATCH_METHOD | DISPATCH_PROPERTYGET, {Reference(row), Reference(col)});
+    EXPECT_EQ(S_OK, read.result);
+    EXPECT_EQ(u"12.50", read.value.ToText());
+    EXPECT_EQ(VT_I4, row.Type()) << "an argument by value is left alone";
+}
+
+// A method writes into the caller's variable, whatever that holds and however it is passed.
+TEST_F(LateBound, ByReferenceArgumentsComeBack) {
+    Put(grid_.get(), L"InActiveColumns", {Variant(u";Price;")});
+    const auto next = [&](VARIANT argument) {
+        return Invoke(grid_.get(), L"GetNextColumn", DISPATCH_METHOD, {argument});
+    };
+    for (Variant variable : {Variant(2), Variant(static_cast<short>(2)), Variant(2.0), Variant(u"2")}) {
+        const CallResult call = next(Reference(variable));
+        EXPECT_EQ(S_OK, call.result);
+        EXPECT_EQ(1, call.value.ToLong());
+        EXPECT_EQ(1, variable.ToLong()) << "column 2 is inactive: the search started again at the first data column";
+    }
+    long number = 2;
+    VARIANT typed{};
+    typed.vt = VT_BYREF | VT_I4;
+    typed.plVal = &number;
+    EXPECT_EQ(S_OK, next(typed).result);
+    EXPECT_EQ(1, number);
+    short small = 2;
+    typed.vt = VT_BYREF | VT_I2;
+    typed.piVal = &small;
+    EXPECT_EQ(S_OK, next(typed).result);
+    // A value without a variable behind it serves too.
+    EXPECT_EQ(1, next(Variant(2).get()).value.ToLong());
+    Variant wrong(u"second");
+    EXPECT_EQ(DISP_E_TYPEMISMATCH, next(Reference(wrong)).result);
+    EXPECT_EQ(u"second", wrong.ToText());
+}
+
+TEST_F(LateBound, OptionalArgumentsMayBeLeftOut) {
+    Call(grid_.get(), L"AddItem", {Variant(u"a\tb")});
+    EXPECT_EQ(4, Call(grid_.get(), L"Rows").ToLong());
+    Call(grid_.get(), L"AddItem", {Variant(u"c"), Variant::Missing()});
+    EXPECT_EQ(u"c", Call(grid_.get(), L"TextMatrix", {Variant(4), Variant(0)}).ToText());
+    Variant index(1);
+    EXPECT_EQ(S_OK,
+              Invoke(grid_.get(), L"AddItem", DISPATCH_METHOD, {Variant(u"first").get(), Reference(index)}).result);
+    EXPECT_EQ(u"first", Call(grid_.get(), L"TextMatrix", {Variant(1), Variant(0)}).ToText());
+}
+
+// Run-time errors reach scripts as their number, with a source and a description.
+TEST_F(LateBound, ErrorsAreRich) {
+    const CallResult lists = Invoke(grid_.get(), L"Lists", DISPATCH_PROPERTYGET, {Variant(1).get()});
+    EXPECT_EQ(DISP_E_EXCEPTION, lists.result);
+    EXPECT_EQ(static_cast<HRESULT>(0x800A0009), lists.scode);
+    EXPECT_EQ(u"Qvx", lists.source);
+    EXPECT_EQ(u"Not a valid ListColum Index.", lists.description);
+    const CallResult row = Invoke(grid_.get(), L"Row", DISPATCH_PROPERTYPUT, {Variant(99).get()});
+    EXPECT_EQ(DISP_E_EXCEPTION, row.result);
+    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 30009), row.scode);
+    EXPECT_EQ(u"Invalid Row value.", row.description);
+    // Early-bound callers get the number itself and the same description.
+    long none = 0;
+    const auto direct = grid_.As<_ComboGrid>();
+    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 30009), direct->put_Row(99));
+    ComPtr<IErrorInfo> info;
+    ASSERT_EQ(S_OK, GetErrorInfo(0, info.put()));
+    Bstr description;
+    EXPECT_EQ(S_OK, info->GetDescription(description.put()));
+    EXPECT_EQ(u"Invalid Row value.", description.ToText());
+    EXPECT_EQ(S_OK, direct->get_Row(&none));
+    EXPECT_EQ(S_OK, grid_.As<ISupportErrorInfo>()->InterfaceSupportsErrorInfo(IID__ComboGrid));
+}
+
+// Every function that gives something back refuses a null pointer instead of writing through it.
+TEST_F(LateBound, NullPointersAreRefused) {
+    const auto direct = grid_.As<_ComboGrid>();
+    EXPECT_EQ(E_POINTER, direct->get_Rows(nullptr));
+    EXPECT_EQ(E_POINTER, direct->get_FormatString(nullptr));
+    EXPECT_EQ(E_POINTER, direct->GetNextColumn(nullptr, nullptr));
+    EXPECT_EQ(E_POINTER, direct->get_hWnd(nullptr));
+    EXPECT_EQ(E_POINTER, grid_->Invoke(1, IID_NULL, 0, DISPATCH_PROPERTYGET, nullptr, nullptr, nullptr, nullptr));
+    UINT count = 0;
+    EXPECT_EQ(S_OK, grid_->GetTypeInfoCount(&count));
+    EXPECT_EQ(1u, count);
+}
+
+TEST_F(LateBound, InnerObjectsAreReached) {
+    const auto inner = Call(grid_.get(), L"Grid").ToObject<IDispatch>();
+    ASSERT_TRUE(inner);
+    EXPECT_EQ(3, Call(inner.get(), L"Rows").ToLong());
+    EXPECT_TRUE(inner == Call(grid_.get(), L"Grid").ToObject<IDispatch>())
+        << "one object, however often it is asked for";
+}
+
+}  // namespace
+}  // namespace qvx::test

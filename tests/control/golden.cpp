@@ -1,0 +1,49 @@
+#include "tests/control/golden.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace qvx::test {
+
+bool updateGolden = false;
+
+namespace {
+
+// The sources' own path; where the tests run under Wine it lies on drive Z.
+std::string PathOf(const std::string& fileName) {
+    const std::string path = std::string(QVX_SOURCE_DIR) + "/tests/control/golden/";
+    const bool hasDrive = path.size() > 1 && path[1] == ':';
+    return (hasDrive ? path : "Z:" + path) + fileName;
+}
+
+std::string WithoutReturns(std::string text) {
+    std::erase(text, '\r');
+    return text;
+}
+
+}  // namespace
+
+void ExpectGolden(const std::string& fileName, const std::string& actual) {
+    if (updateGolden) {
+        std::ofstream(PathOf(fileName), std::ios::binary) << actual;
+        return;
+    }
+    std::ifstream file(PathOf(fileName), std::ios::binary);
+    ASSERT_TRUE(file) << PathOf(fileName) << " is missing";
+    std::ostringstream all;
+    all << file.rdbuf();
+    std::istringstream expectedLines(WithoutReturns(all.str()));
+    std::istringstream actualLines(WithoutReturns(actual));
+    std::string expected;
+    std::string got;
+    for (int line = 1;; ++line) {
+        const bool moreExpected = static_cast<bool>(std::getline(expectedLines, expected));
+        const bool moreActual = static_cast<bool>(std::getline(actualLines, got));
+        if (!moreExpected && !moreActual) return;
+        ASSERT_EQ(moreExpected ? expected : "(end)", moreActual ? got : "(end)") << fileName << ", line " << line;
+    }
+}
+
+}  // namespace qvx::test

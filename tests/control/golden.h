@@ -1,0 +1,13 @@
+// Comparing text with files kept in tests/control/golden.
+#pragma once
+
+#include <string>
+
+namespace qvx::test {
+
+extern bool updateGolden;
+
+// Fails at the first line that differs from the file. With --update-golden the file is written instead.
+void ExpectGolden(const std::string& fileName, const std::string& actual);
+
+}  // namespace qvx::test

@@ -1,0 +1,290 @@
+// The message box as a person meets it: on a screen, with a keyboard, a mouse and a clock.
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+#include "forms/msgbox/layout.h"
+#include "forms/msgbox/show_message.h"
+#include "tests/support/input.h"
+#include "tests/support/resource_counts.h"
+#include "win/dpi.h"
+#include "win/gdi_surface.h"
+
+namespace qvx::msgbox {
+namespace {
+
+using test::Person;
+using test::TypeKey;
+using test::WaitFor;
+
+HWND FindBox() { return FindWindowW(L"QvxMessageBox", nullptr); }
+
+// Called from the person's thread: the box is there and takes keys.
+HWND WaitForBox() {
+    HWND box = nullptr;
+    EXPECT_TRUE(WaitFor(
+        [&] {
+            box = FindBox();
+            return box && IsWindowVisible(box) && GetForegroundWindow() == box;
+        },
+        8000, false));
+    return box;
+}
+
+// The buttons in the order they were made: OK, then Cancel.
+HWND ButtonOf(HWND box, int number) { return GetDlgItem(box, number); }
+
+class MessageBoxOnScreen : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        owner_ = CreateWindowExW(0, L"STATIC", L"Owner", WS_OVERLAPPEDWINDOW, 100, 100, 500, 300, nullptr, nullptr,
+                                 nullptr, nullptr);
+        ASSERT_TRUE(test::BringToFront(owner_));
+    }
+    void TearDown() override {
+        if (IsWindow(owner_)) DestroyWindow(owner_);
+        WaitFor([] { return false; }, 30);
+    }
+    bool Show(int buttons, int timeOut = 0, TextView prompt = u"Delete selected item?") const {
+        return ShowMessage(owner_, prompt, buttons, Text(u"Test"), icon::question, false, timeOut);
+    }
+
+    HWND owner_ = nullptr;
+};
+
+TEST_F(MessageBoxOnScreen, TimeOutAnswersWithTheFocusedButton) {
+    struct {
+        int buttons;
+        bool answer;
+    } const cases[] = {{1, true}, {2, true}, {3, true}, {6, true}, {10, false}, {11, false}};
+    for (const auto& c : cases) {
+        const ULONGLONG start = GetTickCount64();
+        EXPECT_EQ(Show(c.buttons, 300), c.answer) << c.buttons;
+        const ULONGLONG taken = GetTickCount64() - start;
+        EXPECT_GE(taken, 280U) << c.buttons;
+        EXPECT_LT(taken, 3000U) << c.buttons;
+        EXPECT_EQ(FindBox(), nullptr);
+    }
+}
+
+TEST_F(MessageBoxOnScreen, KeysAnswer) {
+    struct {
+        const char* name;
+        int buttons;
+        std::function<void()> keys;
+        bool answer;
+    } const cases[] = {
+        {"O", 1, [] { TypeKey('O'); }, true},
+        {"C although there is no Cancel", 1, [] { TypeKey('C'); }, false},
+        {"N although there is no No", 1, [] { TypeKey('N'); }, false},
+        {"Escape with one button", 1, [] { TypeKey(VK_ESCAPE); }, true},
+        {"Escape with two does nothing", 2,
+         [] {
+             TypeKey(VK_ESCAPE);
+             TypeKey('N');
+         },
+         false},
+        {"Shift+N does nothing", 2,
+         [] {
+             TypeKey('N', {VK_SHIFT});
+             TypeKey('Y');
+         },
+         true},
+        {"Space on the focused button", 10, [] { TypeKey(VK_SPACE); }, false},
+        {"Tab moves to the other", 10,
+         [] {
+             TypeKey(VK_TAB);
+             TypeKey(VK_SPACE);
+         },
+         true},
+        {"an arrow key sends Tab", 2,
+         [] {
+             TypeKey(VK_RIGHT);
+             // The Tab it sends comes behind what is typed before it arrives.
+             Sleep(300);
+             TypeKey(VK_SPACE);
+         },
+         false},
+        {"Alt with the caption's letter", 2, [] { TypeKey('N', {VK_MENU}); }, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const Person person([&] {
+            if (WaitForBox()) c.keys();
+        });
+        EXPECT_EQ(Show(c.buttons, 6000), c.answer) << c.name;
+    }
+}
+
+TEST_F(MessageBoxOnScreen, TimeOutAfterTheFocusMoved) {
+    const Person person([] {
+        if (WaitForBox()) TypeKey(VK_TAB);
+    });
+    EXPECT_FALSE(Show(2, 1500));
+}
+
+TEST_F(MessageBoxOnScreen, MouseAnswers) {
+    for (const int number : {1, 2}) {
+        const Person person([&] {
+            if (const HWND box = WaitForBox()) test::ClickOn(ButtonOf(box, number));
+        });
+        EXPECT_EQ(Show(2, 6000), number == 1);
+    }
+}
+
+// Pressed on Yes, released on No: neither.
+TEST_F(MessageBoxOnScreen, DraggingOffAButtonAnswersNothing) {
+    std::atomic<bool> stillThere{false};
+    const Person person([&] {
+        const HWND box = WaitForBox();
+        if (!box) return;
+        test::MoveMouseTo(test::CenterOf(ButtonOf(box, 1)));
+        test::LeftButton(true);
+        Sleep(50);
+        test::MoveMouseTo(test::CenterOf(ButtonOf(box, 2)));
+        Sleep(50);
+        test::LeftButton(false);
+        Sleep(200);
+        stillThere = IsWindowVisible(box) != 0;
+        TypeKey('Y');
+    });
+    EXPECT_TRUE(Show(2, 6000));
+    EXPECT_TRUE(stillThere);
+}
+
+TEST_F(MessageBoxOnScreen, SizeButtonsAndOutline) {
+    const Text prompt = u"Error sending mail. Make sure that you have your email client correctly installed.";
+    const Dpi dpi = WindowDpi(owner_);
+    BoxLayout expected;
+    {
+        const WindowDc dc(owner_);
+        GdiSurface surface(dc.Get(), dpi);
+        expected = LayOut(3, surface.MeasureText(prompt, FontSpec{}, WrapWidth(dpi), textFormat), dpi);
+    }
+    struct {
+        RECT box, ok, cancel;
+        int region = ERROR;
+        Text title;
+        bool ownerEnabled = true;
+    } seen;
+    const Person person([&] {
+        const HWND box = WaitForBox();
+        if (!box) return;
+        GetWindowRect(box, &seen.box);
+        GetWindowRect(ButtonOf(box, 1), &seen.ok);
+        GetWindowRect(ButtonOf(box, 2), &seen.cancel);
+        const UniqueRegion region(CreateRectRgn(0, 0, 0, 0));
+        seen.region = GetWindowRgn(box, region.Get());
+        wchar_t title[40]{};
+        GetWindowTextW(box, title, 40);
+        seen.title = Text(title, title + wcslen(title));
+        seen.ownerEnabled = IsWindowEnabled(owner_) != 0;
+        TypeKey('O');
+    });
+    EXPECT_TRUE(Show(3, 6000, prompt));
+    EXPECT_EQ(seen.box.right - seen.box.left, TwipsToPixels(expected.size.width, dpi.x));
+    EXPECT_EQ(seen.box.bottom - seen.box.top, TwipsToPixels(expected.size.height, dpi.y));
+    EXPECT_EQ(seen.ok.left - seen.box.left, TwipsToPixels(expected.ok.left, dpi.x));
+    EXPECT_EQ(seen.ok.top - seen.box.top, TwipsToPixels(expected.ok.top, dpi.y));
+    EXPECT_EQ(seen.cancel.left - seen.box.left, TwipsToPixels(expected.cancel.left, dpi.x));
+    EXPECT_EQ(seen.cancel.right - seen.cancel.left, seen.ok.right - seen.ok.left);
+    EXPECT_EQ(seen.region, COMPLEXREGION);
+    EXPECT_EQ(seen.title, u"  Test");
+    EXPECT_FALSE(seen.ownerEnabled);
+    EXPECT_TRUE(IsWindowEnabled(owner_));
+}
+
+TEST_F(MessageBoxOnScreen, TheIconBlinks) {
+    std::atomic<int> changes{0};
+    const Person person([&] {
+        const HWND box = WaitForBox();
+        if (!box) return;
+        const Dpi dpi = WindowDpi(box);
+        const auto color = [&] {
+            const WindowDc dc(box);
+            return GetPixel(dc.Get(), TwipsToPixels(design::icon.left + 60, dpi.x),
+                            TwipsToPixels((design::icon.top + design::icon.bottom) / 2, dpi.y));
+        };
+        COLORREF last = color();
+        for (int i = 0; i < 150; ++i) {
+            Sleep(10);
+            if (const COLORREF now = color(); now != last) {
+                ++changes;
+                last = now;
+            }
+        }
+        TypeKey('O');
+    });
+    EXPECT_TRUE(ShowMessage(owner_, u"Look", 1, {}, icon::warning, true, 8000));
+    EXPECT_GE(changes, 3) << "a change every 300 ms";
+    EXPECT_LE(changes, 7);
+}
+
+TEST_F(MessageBoxOnScreen, NestedBoxesWaitForTheirOwnAnswers) {
+    // The second box opens from a timer of the owner's while the first one waits.
+    static bool inner;
+    inner = true;
+    SetTimer(owner_, 7, 400, [](HWND window, UINT, UINT_PTR id, DWORD) {
+        KillTimer(window, id);
+        inner = ShowMessage(window, u"Inner", 11, {}, icon::notice, false, 300);
+    });
+    EXPECT_TRUE(Show(2, 1500));
+    EXPECT_FALSE(inner);
+    EXPECT_TRUE(IsWindowEnabled(owner_));
+}
+
+TEST_F(MessageBoxOnScreen, TheOwnerGoesMeanwhile) {
+    SetTimer(owner_, 7, 300, [](HWND window, UINT, UINT_PTR, DWORD) { DestroyWindow(window); });
+    EXPECT_FALSE(Show(2));
+    EXPECT_EQ(FindBox(), nullptr);
+}
+
+TEST_F(MessageBoxOnScreen, TheProgramEndsMeanwhile) {
+    SetTimer(owner_, 7, 300, [](HWND, UINT, UINT_PTR, DWORD) { PostQuitMessage(42); });
+    EXPECT_FALSE(Show(2));
+    MSG message{};
+    bool quit = false;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) quit = quit || message.message == WM_QUIT;
+    EXPECT_TRUE(quit) << "the loop outside must hear of it";
+}
+
+TEST_F(MessageBoxOnScreen, DraggedByAnyPoint) {
+    RECT before{};
+    RECT after{};
+    const Person person([&] {
+        const HWND box = WaitForBox();
+        if (!box) return;
+        GetWindowRect(box, &before);
+        const POINT at{before.left + 20, before.bottom - 12};
+        test::MoveMouseTo(at);
+        test::LeftButton(true);
+        for (int step = 1; step <= 10; ++step) {
+            Sleep(30);
+            test::MoveMouseTo({at.x + 6 * step, at.y + 4 * step});
+        }
+        Sleep(100);
+        test::LeftButton(false);
+        Sleep(300);
+        GetWindowRect(box, &after);
+        TypeKey('Y');
+    });
+    EXPECT_TRUE(Show(2, 8000));
+    EXPECT_NE(before.left, after.left);
+    EXPECT_NE(before.top, after.top);
+    EXPECT_EQ(before.right - before.left, after.right - after.left);
+}
+
+TEST_F(MessageBoxOnScreen, NothingStaysBehind) {
+    const auto round = [&] {
+        for (int i = 0; i < 20; ++i) Show(2, 1);
+    };
+    round();
+    const test::ResourceCounts before = test::CountResources();
+    round();
+    const test::ResourceCounts after = test::CountResources();
+    EXPECT_LE(after.windows, before.windows);
+    EXPECT_LE(after.gdiObjects, before.gdiObjects);
+}
+
+}  // namespace
+}  // namespace qvx::msgbox

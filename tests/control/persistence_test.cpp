@@ -1,0 +1,266 @@
+// Saving and loading: property bags, streams, storages; what is missing, unknown, damaged or hostile.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "Qvx.h"
+#include "common/property_stream.h"
+#include "tests/support/container.h"
+#include "tests/support/resource_counts.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::test {
+namespace {
+
+using property_stream::Bytes;
+
+ComPtr<IUnknown> New(REFCLSID id) { return ServerUnderTest::Get().Create(id); }
+
+// A grid as a host would have left it: some properties changed, some not.
+ComPtr<IUnknown> UsedGrid() {
+    auto control = New(CLSID_ComboGrid);
+    EXPECT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    const auto grid = control.As<IDispatch>();
+    Put(grid.get(), L"FormatString", {Variant(u"No|<Name            |>Price")});
+    Put(grid.get(), L"Rows", {Variant(5)});
+    Put(grid.get(), L"ListColumns", {Variant(u";Name;")});
+    Put(grid.get(), L"DateFormat", {Variant(u"mmm/yyyy")});
+    Put(grid.get(), L"GridColor", {Variant(255)});
+    Put(grid.get(), L"BackColor", {Variant(static_cast<long>(0x80000018))});
+    Put(grid.get(), L"AutoTab", {Variant(false)});
+    Put(grid.get(), L"KeyColumn", {Variant(2)});
+    return control;
+}
+
+ComPtr<IUnknown> UsedButton() {
+    auto control = New(CLSID_Button);
+    EXPECT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    const auto button = control.As<IDispatch>();
+    Put(button.get(), L"Caption", {Variant(u"&Sauv\u00E9 \u6F22")});
+    Put(button.get(), L"Behavior", {Variant(1)});
+    Put(button.get(), L"DropDown", {Variant(true)});
+    Put(button.get(), L"BorderColor", {Variant(0x123456)});
+    const auto font = Call(button.get(), L"Font").ToObject<IFont>();
+    EXPECT_EQ(S_OK, font->put_Bold(TRUE));
+    return control;
+}
+
+struct Used {
+    const char* name;
+    const CLSID* id;
+    ComPtr<IUnknown> (*make)();
+};
+
+class SavedControl : public ::testing::TestWithParam<Used> {};
+
+INSTANTIATE_TEST_SUITE_P(Controls, SavedControl,
+                         ::testing::Values(Used{"Button", &CLSID_Button, UsedButton},
+                                           Used{"ComboGrid", &CLSID_ComboGrid, UsedGrid}),
+                         [](const auto& parameter) { return parameter.param.name; });
+
+TEST_P(SavedControl, ComesBackTheSameThroughEveryStore) {
+    const auto original = GetParam().make();
+    const auto bag = SaveToBag(original.get());
+    const Bytes stream = SaveToStream(original.get());
+    EXPECT_FALSE(bag->entries.empty());
+    const auto throughBag = New(*GetParam().id);
+    ASSERT_EQ(S_OK, LoadFromBag(throughBag.get(), bag.get()));
+    EXPECT_EQ(bag->Print(), SaveToBag(throughBag.get())->Print());
+    EXPECT_EQ(S_FALSE, throughBag.As<IPersistStreamInit>()->IsDirty());
+    const auto throughStream = New(*GetParam().id);
+    ASSERT_EQ(S_OK, LoadFromStream(throughStream.get(), stream));
+    EXPECT_EQ(stream, SaveToStream(throughStream.get()));
+    EXPECT_EQ(bag->Print(), SaveToBag(throughStream.get())->Print());
+    ULARGE_INTEGER size{};
+    EXPECT_EQ(S_OK, throughStream.As<IPersistStreamInit>()->GetSizeMax(&size));
+    EXPECT_EQ(stream.size(), size.QuadPart);
+    // A storage holds the same stream.
+    ComPtr<ILockBytes> memory;
+    ComPtr<IStorage> storage;
+    ASSERT_EQ(S_OK, CreateILockBytesOnHGlobal(nullptr, TRUE, memory.put()));
+    ASSERT_EQ(S_OK, StgCreateDocfileOnILockBytes(memory.get(), STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE, 0,
+                                                 storage.put()));
+    const auto persistStorage = original.As<IPersistStorage>();
+    ASSERT_EQ(S_OK, persistStorage->Save(storage.get(), FALSE));
+    ASSERT_EQ(S_OK, persistStorage->SaveCompleted(nullptr));
+    const auto throughStorage = New(*GetParam().id);
+    ASSERT_EQ(S_OK, throughStorage.As<IPersistStorage>()->Load(storage.get()));
+    EXPECT_EQ(stream, SaveToStream(throughStorage.get()));
+    EXPECT_EQ(CO_E_ALREADYINITIALIZED, throughStorage.As<IPersistStorage>()->Load(storage.get()));
+    EXPECT_EQ(S_OK, throughStorage.As<IPersistStorage>()->HandsOffStorage());
+}
+
+TEST_P(SavedControl, UnknownKeysAreIgnored) {
+    const auto original = GetParam().make();
+    const auto bag = SaveToBag(original.get());
+    const Text expected = bag->Print();
+    bag->entries.insert(bag->entries.begin(), {L"FromTheFuture", Variant(u"x")});
+    bag->entries.emplace_back(L"_ExtentX", Variant(77));
+    const auto copy = New(*GetParam().id);
+    ASSERT_EQ(S_OK, LoadFromBag(copy.get(), bag.get()));
+    EXPECT_EQ(expected, SaveToBag(copy.get())->Print());
+    // In streams too, and of a kind that is not known yet.
+    const Bytes stream = SaveToStream(original.get());
+    const auto header = property_stream::ReadHeader(stream);
+    ASSERT_TRUE(header);
+    auto records = property_stream::ReadRecords(*header, std::span(stream).subspan(property_stream::headerSize));
+    ASSERT_TRUE(records);
+    records->insert(records->begin(), {u"FromTheFuture", PropertyValue(Text(u"x"))});
+    records->emplace_back(u"Odd", PropertyValue());
+    const auto other = New(*GetParam().id);
+    ASSERT_EQ(S_OK, LoadFromStream(other.get(), property_stream::Write(*records)));
+    EXPECT_EQ(stream, SaveToStream(other.get()));
+}
+
+// Every prefix of a stream is refused cleanly, and leaves the control as it was.
+TEST_P(SavedControl, TruncatedStreamsAreRefused) {
+    const Bytes stream = SaveToStream(GetParam().make().get());
+    const auto control = New(*GetParam().id);
+    ASSERT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    const Bytes fresh = SaveToStream(control.get());
+    for (size_t length = 0; length < stream.size(); length += 1 + length / 16) {
+        const Bytes cut(stream.begin(), stream.begin() + static_cast<std::ptrdiff_t>(length));
+        EXPECT_TRUE(FAILED(LoadFromStream(control.get(), cut))) << length << " of " << stream.size();
+    }
+    EXPECT_EQ(fresh, SaveToStream(control.get()));
+}
+
+// Damaged in a thousand ways: never a crash, never a leak, always a control that can be used and saved.
+TEST_P(SavedControl, SurvivesAThousandMutatedStreams) {
+    const Bytes good = SaveToStream(GetParam().make().get());
+    std::mt19937 random(20240301);
+    const auto mutate = [&] {
+        Bytes bytes = good;
+        const auto edits = 1 + random() % 8;
+        for (unsigned i = 0; i < edits && !bytes.empty(); ++i) {
+            const auto at = static_cast<std::ptrdiff_t>(random() % bytes.size());
+            switch (random() % 5) {
+                case 0:
+                    bytes[static_cast<size_t>(at)] = static_cast<std::uint8_t>(random());
+                    break;
+                case 1:
+                    bytes[static_cast<size_t>(at)] ^= static_cast<std::uint8_t>(1u << random() % 8);
+                    break;
+                case 2:
+                    bytes.erase(bytes.begin() + at);
+                    break;
+                case 3:
+                    bytes.insert(bytes.begin() + at, static_cast<std::uint8_t>(random()));
+                    break;
+                default:
+                    bytes[static_cast<size_t>(at)] = 0xFF;
+                    break;
+            }
+        }
+        return bytes;
+    };
+    int accepted = 0;
+    const auto round = [&] {
+        const auto control = New(*GetParam().id);
+        ASSERT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+        if (SUCCEEDED(LoadFromStream(control.get(), mutate()))) ++accepted;
+        const Bytes saved = SaveToStream(control.get());
+        const auto again = New(*GetParam().id);
+        ASSERT_EQ(S_OK, LoadFromStream(again.get(), saved));
+    };
+    for (int i = 0; i < 100; ++i) round();
+    const ResourceCounts before = CountResources();
+    for (int i = 0; i < 1000; ++i) round();
+    const ResourceCounts after = CountResources();
+    EXPECT_GT(accepted, 0) << "some damage is only another value";
+    EXPECT_EQ(before.windows, after.windows);
+    EXPECT_EQ(before.gdiObjects, after.gdiObjects);
+    EXPECT_LT(after.heapBlocks - before.heapBlocks, 100);
+    EXPECT_EQ(S_OK, ServerUnderTest::Get().CanUnload());
+}
+
+// A stream that promises gigabytes costs nothing, and one of another version is not guessed at.
+TEST(Streams, HostileHeadersAreRefused) {
+    const Bytes good = SaveToStream(UsedButton().get());
+    const auto with = [&](size_t at, std::initializer_list<int> values) {
+        Bytes bytes = good;
+        for (const int value : values) bytes[at++] = static_cast<std::uint8_t>(value);
+        return bytes;
+    };
+    const auto control = New(CLSID_Button);
+    EXPECT_EQ(STG_E_INVALIDHEADER, LoadFromStream(control.get(), with(0, {'X'})));
+    EXPECT_EQ(STG_E_INVALIDHEADER, LoadFromStream(control.get(), with(4, {2, 0})));
+    EXPECT_EQ(STG_E_INVALIDHEADER, LoadFromStream(control.get(), with(8, {0xFF, 0xFF, 0xFF, 0xFF})));
+    EXPECT_EQ(STG_E_READFAULT, LoadFromStream(control.get(), with(8, {0xFF, 0xFF, 0xFF, 0})));
+    EXPECT_EQ(STG_E_DOCFILECORRUPT, LoadFromStream(control.get(), with(6, {0xFF, 0xFF})));
+    EXPECT_EQ(S_OK, LoadFromStream(control.get(), good));
+}
+
+// --- What a bag gives and does not give ---
+
+TEST(Bags, AnEmptyOneGivesAGridWithoutColumns) {
+    const auto control = New(CLSID_ComboGrid);
+    ASSERT_EQ(S_OK, LoadFromBag(control.get(), MakeObject<MemoryBag>().get()));
+    const auto grid = control.As<IDispatch>();
+    EXPECT_EQ(0, Call(grid.get(), L"Cols").ToLong());
+    EXPECT_EQ(3, Call(grid.get(), L"Rows").ToLong());
+    EXPECT_EQ(u"", Call(grid.get(), L"StringFormat").ToText());
+    EXPECT_EQ(u"DD/MM/YYYY", Call(grid.get(), L"DateFormat").ToText());
+    EXPECT_EQ(u"", SaveToBag(control.get())->Print()) << "what was not there is not written";
+}
+
+TEST(Bags, KeysAreWrittenInTheirOrderAndDefaultsLeftOut) {
+    // Rows 5 and so on come in the order of the table, not of their setting; KeyColumn near the end.
+    const auto bag = SaveToBag(UsedGrid().get());
+    std::vector<std::wstring> keys;
+    for (const auto& entry : bag->entries) keys.push_back(entry.first);
+    const std::vector<std::wstring> order{L"Rows",      L"Cols",    L"ListColumns", L"BackColor", L"FormatString",
+                                          L"GridColor", L"AutoTab", L"KeyColumn",   L"DateFormat"};
+    auto at = keys.begin();
+    for (const auto& key : order) {
+        at = std::find(at, keys.end(), key);
+        EXPECT_NE(keys.end(), at) << Bstr(FromWide(key.c_str())).get();
+    }
+    for (const wchar_t* absent : {L"ScrollBars", L"Enabled", L"RequiredFields", L"Row"}) {
+        EXPECT_EQ(keys.end(), std::find(keys.begin(), keys.end(), absent));
+    }
+}
+
+// Stores are written by people as well: values of other types, and values that no control takes.
+TEST(Bags, OddValuesAreReadOrReplacedByDefaults) {
+    struct Case {
+        const wchar_t* key;
+        Variant stored;
+        const wchar_t* member;
+        Variant expected;
+    };
+    const Case cases[] = {
+        {L"AutoTab", Variant(0), L"AutoTab", Variant(false)},
+        {L"AutoTab", Variant(u"rubbish"), L"AutoTab", Variant(true)},
+        {L"DateFormat", Variant(7), L"DateFormat", Variant(u"7")},
+        {L"KeyColumn", Variant(u"3"), L"KeyColumn", Variant(3)},
+        {L"KeyColumn", Variant(u"third"), L"KeyColumn", Variant(-1)},
+        {L"BackColor", Variant(2147483653.0), L"BackColor", Variant(static_cast<long>(0x80000005))},
+        {L"Rows", Variant(-4), L"Rows", Variant(3)},
+        {L"ScrollBars", Variant(99), L"ScrollBars", Variant(3)},
+    };
+    for (const Case& c : cases) {
+        auto bag = MakeObject<MemoryBag>();
+        bag->Set(c.key, c.stored);
+        const auto control = New(CLSID_ComboGrid);
+        ASSERT_EQ(S_OK, LoadFromBag(control.get(), bag.get())) << Bstr(FromWide(c.key)).get();
+        EXPECT_EQ(c.expected.ToText(), Call(control.As<IDispatch>().get(), c.member).ToText())
+            << Bstr(FromWide(c.key)).get();
+    }
+}
+
+// A bag that refuses to take a value is the host's trouble, told to the host.
+TEST(Bags, FailuresToWriteAreReported) {
+    class Full final : public ComObject<IPropertyBag> {
+      public:
+        STDMETHODIMP Read(LPCOLESTR, VARIANT*, IErrorLog*) override { return E_INVALIDARG; }
+        STDMETHODIMP Write(LPCOLESTR, VARIANT*) override { return STG_E_MEDIUMFULL; }
+
+      private:
+        ~Full() override = default;
+    };
+    EXPECT_EQ(STG_E_MEDIUMFULL, UsedButton().As<IPersistPropertyBag>()->Save(MakeObject<Full>().get(), TRUE, TRUE));
+}
+
+}  // namespace
+}  // namespace qvx::test

@@ -1,0 +1,208 @@
+// The component server: factories, unloading, what it writes into the registry.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <olectl.h>
+
+#include <map>
+
+#include "Qvx.h"
+#include "tests/support/container.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::test {
+namespace {
+
+using Snapshot = std::map<std::wstring, std::wstring>;  // "key|name" to text; "key|" for a key's default value
+
+void Collect(HKEY root, const std::wstring& path, Snapshot& into) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return;
+    into[path] = L"(key)";
+    for (DWORD i = 0;; ++i) {
+        wchar_t name[256];
+        BYTE data[2048]{};
+        DWORD nameSize = static_cast<DWORD>(std::size(name));
+        DWORD dataSize = sizeof data - sizeof(wchar_t);
+        DWORD type = 0;
+        if (RegEnumValueW(key, i, name, &nameSize, nullptr, &type, data, &dataSize) != ERROR_SUCCESS) break;
+        into[path + L"|" + name] = type == REG_SZ ? reinterpret_cast<const wchar_t*>(data) : L"(data)";
+    }
+    for (DWORD i = 0;; ++i) {
+        wchar_t name[256];
+        DWORD size = static_cast<DWORD>(std::size(name));
+        if (RegEnumKeyExW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
+        Collect(root, path.empty() ? name : path + L"\\" + name, into);
+    }
+    RegCloseKey(key);
+}
+
+Snapshot UserClasses() {
+    Snapshot all;
+    Collect(HKEY_CURRENT_USER, L"Software\\Classes", all);
+    return all;
+}
+
+class Registration : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        // A developer's own registration for this user is put back afterwards.
+        HKEY key = nullptr;
+        registered_ =
+            RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Classes\\Qvx.Button", 0, KEY_READ, &key) == ERROR_SUCCESS;
+        if (key) RegCloseKey(key);
+        if (registered_) ServerUnderTest::Get().Install(false, L"user");
+    }
+    void TearDown() override {
+        if (registered_) ServerUnderTest::Get().Install(true, L"user");
+    }
+
+  private:
+    bool registered_ = false;
+};
+
+TEST_F(Registration, WritesTheKeysThatHostsLookFor) {
+    const auto& server = ServerUnderTest::Get();
+    ASSERT_EQ(S_OK, server.Install(true, L"user"));
+    const Snapshot written = UserClasses();
+    const auto value = [&](const std::wstring& path) {
+        const auto found = written.find(L"Software\\Classes\\" + path);
+        return found == written.end() ? std::wstring(L"(none)") : found->second;
+    };
+    for (const auto& control : server.Controls()) {
+        const std::wstring id = Spell(control.id);
+        const std::wstring plain = L"Qvx." + control.name;
+        const std::wstring base = L"CLSID\\" + id;
+        EXPECT_EQ(id, value(plain + L"\\CLSID|"));
+        EXPECT_EQ(plain + L".1", value(plain + L"\\CurVer|"));
+        EXPECT_EQ(id, value(plain + L".1\\CLSID|"));
+        EXPECT_EQ(plain + L".1", value(base + L"\\ProgID|"));
+        EXPECT_EQ(plain, value(base + L"\\VersionIndependentProgID|"));
+        EXPECT_EQ(server.Path(), value(base + L"\\InprocServer32|"));
+        EXPECT_EQ(L"Apartment", value(base + L"\\InprocServer32|ThreadingModel"));
+        EXPECT_EQ(L"(key)", value(base + L"\\Control"));
+        EXPECT_EQ(L"(none)", value(base + L"\\Insertable"));
+        EXPECT_EQ(L"(none)", value(base + L"\\Implemented Categories")) << "not marked safe for scripting";
+        EXPECT_EQ(L"1.0", value(base + L"\\Version|"));
+        EXPECT_EQ(Spell(LIBID_Qvx), value(base + L"\\TypeLib|"));
+        EXPECT_EQ(0u, value(base + L"\\ToolboxBitmap32|").find(server.Path() + L", "));
+        // The status in the registry is the one the object gives.
+        DWORD status = 0;
+        EXPECT_EQ(S_OK, server.Create(control.id).As<IOleObject>()->GetMiscStatus(DVASPECT_CONTENT, &status));
+        EXPECT_EQ(std::to_wstring(status), value(base + L"\\MiscStatus\\1|"));
+        EXPECT_EQ(L"0", value(base + L"\\MiscStatus|"));
+    }
+    EXPECT_EQ(S_OK, server.Install(false, L"user"));
+}
+
+TEST_F(Registration, RemovesExactlyWhatItWrote) {
+    const auto& server = ServerUnderTest::Get();
+    // Lists that all servers share may have been made by the first registration on a fresh profile.
+    ASSERT_EQ(S_OK, server.Install(true, L"user"));
+    ASSERT_EQ(S_OK, server.Install(false, L"user"));
+    const Snapshot before = UserClasses();
+    ASSERT_EQ(S_OK, server.Install(true, L"user"));
+    EXPECT_GT(UserClasses().size(), before.size() + 20);
+    ASSERT_EQ(S_OK, server.Install(false, L"user"));
+    EXPECT_EQ(before, UserClasses());
+    // Twice is no failure.
+    EXPECT_EQ(S_OK, server.Install(false, L"user"));
+}
+
+// A key that somebody else put a value into stays, with that value alone.
+TEST_F(Registration, LeavesOthersValuesAlone) {
+    const auto& server = ServerUnderTest::Get();
+    ASSERT_EQ(S_OK, server.Install(true, L"user"));
+    const std::wstring path = L"Software\\Classes\\CLSID\\" + Spell(server.Controls().at(0).id);
+    HKEY key = nullptr;
+    ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_WRITE, &key));
+    const wchar_t mine[] = L"mine";
+    RegSetValueExW(key, L"Note", 0, REG_SZ, reinterpret_cast<const BYTE*>(mine), sizeof mine);
+    RegCloseKey(key);
+    ASSERT_EQ(S_OK, server.Install(false, L"user"));
+    Snapshot left;
+    Collect(HKEY_CURRENT_USER, path, left);
+    EXPECT_EQ((Snapshot{{path, L"(key)"}, {path + L"|Note", L"mine"}}), left);
+    RegDeleteKeyW(HKEY_CURRENT_USER, path.c_str());
+}
+
+TEST(Server, RefusesAggregationAndUnknownInterfaces) {
+    const auto& server = ServerUnderTest::Get();
+    for (const auto& control : server.Controls()) {
+        ComPtr<IClassFactory> factory;
+        ASSERT_EQ(S_OK, server.ClassObject(control.id, IID_IClassFactory, factory.put_void()));
+        const auto outer = server.Create(control.id);
+        void* object = &factory;
+        EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(outer.get(), IID_IUnknown, &object));
+        EXPECT_EQ(nullptr, object);
+        EXPECT_EQ(E_NOINTERFACE, factory->CreateInstance(nullptr, IID_IStorage, &object));
+        EXPECT_EQ(nullptr, object);
+    }
+}
+
+TEST(Server, CanBeUnloadedWhenNothingLives) {
+    const auto& server = ServerUnderTest::Get();
+    const CLSID id = server.Controls().at(0).id;
+    EXPECT_EQ(S_OK, server.CanUnload());
+    {
+        const auto control = server.Create(id);
+        EXPECT_EQ(S_FALSE, server.CanUnload());
+    }
+    EXPECT_EQ(S_OK, server.CanUnload());
+    ComPtr<IClassFactory> factory;
+    ASSERT_EQ(S_OK, server.ClassObject(id, IID_IClassFactory, factory.put_void()));
+    factory->LockServer(TRUE);
+    factory.reset();
+    EXPECT_EQ(S_FALSE, server.CanUnload());
+    ASSERT_EQ(S_OK, server.ClassObject(id, IID_IClassFactory, factory.put_void()));
+    factory->LockServer(FALSE);
+    factory.reset();
+    EXPECT_EQ(S_OK, server.CanUnload());
+}
+
+// The rules of identity that hosts build on: one IUnknown, every interface leads to every other.
+TEST(Server, InterfacesOfAControlBelongTogether) {
+    const IID interfaces[] = {IID_IDispatch,
+                              IID_IOleObject,
+                              IID_IOleWindow,
+                              IID_IOleInPlaceObject,
+                              IID_IOleInPlaceActiveObject,
+                              IID_IOleControl,
+                              IID_IViewObject,
+                              IID_IViewObject2,
+                              IID_IViewObjectEx,
+                              IID_IPersist,
+                              IID_IPersistPropertyBag,
+                              IID_IPersistStreamInit,
+                              IID_IPersistStream,
+                              IID_IPersistStorage,
+                              IID_IProvideClassInfo,
+                              IID_IProvideClassInfo2,
+                              IID_IConnectionPointContainer,
+                              IID_ISpecifyPropertyPages,
+                              IID_IQuickActivate,
+                              IID_ISupportErrorInfo};
+    for (const auto& control : ServerUnderTest::Get().Controls()) {
+        const auto object = ServerUnderTest::Get().Create(control.id);
+        for (const IID& from : interfaces) {
+            ComPtr<IUnknown> one;
+            ASSERT_EQ(S_OK, object->QueryInterface(from, one.put_void())) << Bstr(FromWide(Spell(from).c_str())).get();
+            EXPECT_TRUE(one.As<IUnknown>() == object);
+            for (const IID& to : interfaces) {
+                ComPtr<IUnknown> other;
+                EXPECT_EQ(S_OK, one->QueryInterface(to, other.put_void()));
+            }
+        }
+        CLSID id = CLSID_NULL;
+        EXPECT_EQ(S_OK, object.As<IPersistPropertyBag>()->GetClassID(&id));
+        EXPECT_TRUE(id == control.id);
+        // Scripts of untrusted pages must not get hold of a control as safe.
+        ComPtr<IUnknown> safety;
+        const IID objectSafety{0xCB5BDC81, 0x93C1, 0x11CF, {0x8F, 0x20, 0x00, 0x80, 0x5F, 0x2C, 0xD0, 0x64}};
+        EXPECT_EQ(E_NOINTERFACE, object->QueryInterface(objectSafety, safety.put_void()));
+    }
+    EXPECT_EQ(S_OK, ServerUnderTest::Get().CanUnload());
+}
+
+}  // namespace
+}  // namespace qvx::test

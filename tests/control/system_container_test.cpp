@@ -1,0 +1,153 @@
+// The controls in a container that this project did not write: the system's control host window.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <olectl.h>
+
+#include "Qvx.h"
+#include "tests/support/container.h"
+#include "tests/support/resource_counts.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::test {
+namespace {
+
+class SystemContainer : public ::testing::TestWithParam<const CLSID*> {
+  protected:
+    void SetUp() override {
+        library_ = LoadLibraryW(L"atl100.dll");
+        if (!library_) GTEST_SKIP() << "the system's container library is not installed";
+        const auto init = reinterpret_cast<BOOL(WINAPI*)()>(GetProcAddress(library_, "AtlAxWinInit"));
+        createControl_ = reinterpret_cast<Create*>(GetProcAddress(library_, "AtlAxCreateControl"));
+        getControl_ = reinterpret_cast<GetControl*>(GetProcAddress(library_, "AtlAxGetControl"));
+        ASSERT_TRUE(init && createControl_ && getControl_);
+        ASSERT_TRUE(init());
+        top_ = CreateWindowW(L"#32770", L"System container", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 30, 30, 400, 300,
+                             nullptr, nullptr, nullptr, nullptr);
+        ASSERT_TRUE(top_);
+    }
+    void TearDown() override {
+        if (top_) DestroyWindow(top_);
+    }
+
+    HWND Host(const std::wstring& controlClass, IStream* stream = nullptr) {
+        const HWND host = CreateWindowW(L"AtlAxWin100", L"", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 10, 10, 200, 100,
+                                        top_, nullptr, nullptr, nullptr);
+        EXPECT_TRUE(host);
+        ComPtr<IUnknown> container;
+        EXPECT_EQ(S_OK, createControl_(controlClass.c_str(), host, stream, container.put()));
+        return host;
+    }
+    ComPtr<IUnknown> ControlIn(HWND host) {
+        ComPtr<IUnknown> control;
+        EXPECT_EQ(S_OK, getControl_(host, control.put()));
+        return control;
+    }
+    static HWND WindowOf(IUnknown* control) {
+        HWND window = nullptr;
+        Query<IOleInPlaceObject>(control)->GetWindow(&window);
+        return window;
+    }
+
+    using Create = HRESULT WINAPI(LPCOLESTR, HWND, IStream*, IUnknown**);
+    using GetControl = HRESULT WINAPI(HWND, IUnknown**);
+    HMODULE library_ = nullptr;
+    Create* createControl_ = nullptr;
+    GetControl* getControl_ = nullptr;
+    HWND top_ = nullptr;
+    CreatableClasses classes_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Controls, SystemContainer, ::testing::Values(&CLSID_Button, &CLSID_ComboGrid),
+                         [](const auto& parameter) {
+                             return parameter.param == &CLSID_Button ? "Button" : "ComboGrid";
+                         });
+
+TEST_P(SystemContainer, ActivatesResizesAndTakesTheFocus) {
+    const HWND host = Host(Spell(*GetParam()));
+    const auto control = ControlIn(host);
+    ASSERT_TRUE(control);
+    const HWND window = WindowOf(control.get());
+    ASSERT_TRUE(window);
+    EXPECT_TRUE(IsWindowVisible(window));
+    RECT area{};
+    GetWindowRect(window, &area);
+    EXPECT_EQ(200, area.right - area.left);
+    EXPECT_EQ(100, area.bottom - area.top);
+    SetWindowPos(host, nullptr, 0, 0, 320, 150, SWP_NOMOVE | SWP_NOZORDER);
+    GetWindowRect(window, &area);
+    EXPECT_EQ(320, area.right - area.left);
+    EXPECT_EQ(150, area.bottom - area.top);
+    UpdateWindow(window);
+    // A click brings the focus.
+    SetForegroundWindow(top_);
+    SetFocus(top_);
+    SendMessageW(window, WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(top_), MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN));
+    const HWND focus = GetFocus();
+    EXPECT_TRUE(focus == window || IsChild(window, focus));
+    DestroyWindow(host);
+    EXPECT_FALSE(IsWindow(window));
+}
+
+TEST_P(SystemContainer, SavesAndLoadsThroughStreamAndBag) {
+    const HWND host = Host(Spell(*GetParam()));
+    const auto control = ControlIn(host);
+    const auto automation = control.As<IDispatch>();
+    if (*GetParam() == CLSID_Button) {
+        Put(automation.get(), L"Caption", {Variant(u"&Check")});
+    } else {
+        Put(automation.get(), L"FormatString", {Variant(u"No|Name")});
+        Put(automation.get(), L"ListColumns", {Variant(u";Name;")});
+    }
+    const auto bytes = SaveToStream(control.get());
+    const auto bag = SaveToBag(control.get());
+    // The container itself loads a control from a stream.
+    const HWND second = Host(Spell(*GetParam()), StreamOf(bytes).get());
+    const auto copy = ControlIn(second);
+    ASSERT_TRUE(copy);
+    EXPECT_EQ(bag->Print(), SaveToBag(copy.get())->Print());
+    EXPECT_EQ(bytes, SaveToStream(copy.get()));
+    const HWND third = Host(Spell(*GetParam()));
+    const auto other = ControlIn(third);
+    ASSERT_EQ(S_OK, LoadFromBag(other.get(), bag.get()));
+    EXPECT_EQ(bytes, SaveToStream(other.get()));
+}
+
+TEST_P(SystemContainer, FiresEvents) {
+    const HWND host = Host(Spell(*GetParam()));
+    const auto control = ControlIn(host);
+    auto recorder = MakeObject<EventRecorder>();
+    const Connection connection(control.get(), EventsOf(control.get()), recorder.get());
+    if (*GetParam() == CLSID_Button) {
+        const HWND window = WindowOf(control.get());
+        SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, 20));
+        SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(20, 20));
+        EXPECT_EQ(1u, recorder->Count(DISPID_CLICK));
+    } else {
+        const auto grid = control.As<IDispatch>();
+        Put(grid.get(), L"FormatString", {Variant(u"No|Name|Price")});
+        Put(grid.get(), L"Rows", {Variant(4)});
+        recorder->events.clear();
+        Put(grid.get(), L"Row", {Variant(2)});
+        Put(grid.get(), L"Col", {Variant(2)});
+        EXPECT_EQ(2u, recorder->Count(7)) << "EnterCell";
+        EXPECT_EQ(2u, recorder->Count(8)) << "LeaveCell";
+    }
+}
+
+TEST_P(SystemContainer, LeavesNothingBehind) {
+    const auto round = [&] {
+        const HWND host = Host(Spell(*GetParam()));
+        DestroyWindow(host);
+    };
+    for (int i = 0; i < 50; ++i) round();
+    const ResourceCounts before = CountResources();
+    for (int i = 0; i < 200; ++i) round();
+    const ResourceCounts after = CountResources();
+    EXPECT_EQ(before.windows, after.windows);
+    EXPECT_EQ(before.gdiObjects, after.gdiObjects);
+    EXPECT_LT(after.heapBlocks - before.heapBlocks, 100);
+}
+
+}  // namespace
+}  // namespace qvx::test

@@ -1,0 +1,80 @@
+#include "tests/support/input.h"
+
+namespace qvx::test {
+
+namespace {
+
+void Send(INPUT input) { SendInput(1, &input, sizeof input); }
+
+INPUT KeyInput(int key, DWORD flags) {
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = static_cast<WORD>(key);
+    input.ki.dwFlags = flags;
+    return input;
+}
+
+void MouseInput(DWORD flags) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    Send(input);
+}
+
+}  // namespace
+
+bool WaitFor(const std::function<bool()>& holds, int milliseconds, bool pump) {
+    const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(milliseconds);
+    while (!holds()) {
+        if (GetTickCount64() > end) return false;
+        MSG message;
+        while (pump && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+        Sleep(5);
+    }
+    return true;
+}
+
+void KeyDown(int key) { Send(KeyInput(key, 0)); }
+void KeyUp(int key) { Send(KeyInput(key, KEYEVENTF_KEYUP)); }
+
+void TypeKey(int key, const std::initializer_list<int>& modifiers) {
+    for (const int modifier : modifiers) KeyDown(modifier);
+    KeyDown(key);
+    KeyUp(key);
+    for (const int modifier : modifiers) KeyUp(modifier);
+}
+
+void MoveMouseTo(POINT place) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+    input.mi.dx = MulDiv(place.x, 65536, GetSystemMetrics(SM_CXSCREEN)) + 1;
+    input.mi.dy = MulDiv(place.y, 65536, GetSystemMetrics(SM_CYSCREEN)) + 1;
+    Send(input);
+}
+
+POINT CenterOf(HWND window) {
+    RECT bounds{};
+    GetWindowRect(window, &bounds);
+    return {(bounds.left + bounds.right) / 2, (bounds.top + bounds.bottom) / 2};
+}
+
+void LeftButton(bool down) { MouseInput(down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP); }
+void RightButton(bool down) { MouseInput(down ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_RIGHTUP); }
+
+void ClickOn(HWND window) {
+    MoveMouseTo(CenterOf(window));
+    LeftButton(true);
+    LeftButton(false);
+}
+
+bool BringToFront(HWND window) {
+    ShowWindow(window, SW_SHOW);
+    SetForegroundWindow(window);
+    return WaitFor([&] { return GetForegroundWindow() == window; });
+}
+
+}  // namespace qvx::test

@@ -1,0 +1,42 @@
+// Input as the system delivers it from a keyboard and a mouse: it goes to the window in front, whoever that is.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <thread>
+
+namespace qvx::test {
+
+// Waits until something holds, handling this thread's messages meanwhile when `pump` is set. False after the time in
+// milliseconds.
+bool WaitFor(const std::function<bool()>& holds, int milliseconds = 5000, bool pump = true);
+
+void KeyDown(int key);
+void KeyUp(int key);
+// Down and up, with modifiers held around it.
+void TypeKey(int key, const std::initializer_list<int>& modifiers = {});
+
+// Screen pixels.
+void MoveMouseTo(POINT place);
+POINT CenterOf(HWND window);
+void LeftButton(bool down);
+void RightButton(bool down);
+void ClickOn(HWND window);
+
+// Brings a top-level window to the front and waits until it is there.
+bool BringToFront(HWND window);
+
+// Somebody who acts while the test's own thread is in a modal loop.
+class Person {
+  public:
+    explicit Person(std::function<void()> acts) : thread_(std::move(acts)) {}
+    ~Person() { thread_.join(); }
+    Person(const Person&) = delete;
+    Person& operator=(const Person&) = delete;
+
+  private:
+    std::thread thread_;
+};
+
+}  // namespace qvx::test
