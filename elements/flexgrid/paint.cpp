@@ -153,6 +153,11 @@ class Painter {
             ink.back = grid_.BackColorSel();
         } else if (!grid_.Enabled()) {
             ink.fore = colors::grayText;
+        } else if (!fixed && IsCursor(row, col) && format && format->foreColor == grid_.ForeColorSel() &&
+                   !format->backColor) {
+            // A host that writes the current cell in the selection's colour counts on the selection's ground, without
+            // which it could not be read.
+            ink.back = grid_.BackColorSel();
         }
         return ink;
     }
