@@ -226,7 +226,7 @@ class ControlBase : public IOleObject,
     // Messages of the control's own window before the kit's handling, which goes on for nullopt. WM_PAINT is the kit's
     // unless answered here.
     virtual std::optional<LRESULT> OnWindowMessage(UINT, WPARAM, LPARAM) { return std::nullopt; }
-    // In pixels; also once when the window is made.
+    // In pixels; also once when the window is made, and before a control without a window is drawn.
     virtual void OnResize(Size) {}
     // The control becomes visible in its place, every time.
     virtual void OnShow() {}

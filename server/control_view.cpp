@@ -14,6 +14,8 @@ STDMETHODIMP ControlBase::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, 
         EnsureSize();
         const Size size = pixels_;
         if (size.width <= 0 || size.height <= 0) return S_OK;
+        // A control that was never shown has not been told its size.
+        if (!WindowHandle()) OnResize(size);
         const SavedDc saved(dc);
         if (bounds) {
             // The picture is drawn in the control's own pixels; the device scales it into the bounds.

@@ -107,12 +107,14 @@ HRESULT RegisterLibrary(ClassRoot root) {
                                    : RegisterTypeLib(library.get(), WideBuffer(path), nullptr);
 }
 
-HRESULT UnregisterLibrary(ClassRoot root) {
-    const SYSKIND kind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
-    const HRESULT result = root == ClassRoot::user ? UnRegisterTypeLibForUser(LIBID_Qvx, 1, 0, LOCALE_NEUTRAL, kind)
-                                                   : UnRegisterTypeLib(LIBID_Qvx, 1, 0, LOCALE_NEUTRAL, kind);
+HRESULT UnregisterLibrary(ClassRoot root, HKEY classes) {
     // Unregistering twice is no failure.
-    return result == TYPE_E_REGISTRYACCESS || result == TYPE_E_LIBNOTREGISTERED ? S_OK : result;
+    RegistryKey registered;
+    const std::wstring path = L"TypeLib\\" + Spell(LIBID_Qvx);
+    if (RegOpenKeyExW(classes, path.c_str(), 0, KEY_READ, registered.put()) != ERROR_SUCCESS) return S_OK;
+    const SYSKIND kind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
+    return root == ClassRoot::user ? UnRegisterTypeLibForUser(LIBID_Qvx, 1, 0, LOCALE_NEUTRAL, kind)
+                                   : UnRegisterTypeLib(LIBID_Qvx, 1, 0, LOCALE_NEUTRAL, kind);
 }
 
 }  // namespace
@@ -168,7 +170,7 @@ HRESULT UnregisterServer(ClassRoot root) {
     RegistryKey classes;
     Open(root, classes);
     Remove(classes.get(), RegistrationEntries());
-    return UnregisterLibrary(root);
+    return UnregisterLibrary(root, classes.get());
 }
 
 }  // namespace qvx

@@ -55,7 +55,7 @@ TEST_P(EachControl, ActivatesMovesAndGoesInactive) {
     SIZEL extent{};
     EXPECT_EQ(S_OK, container.Control() ? Query<IOleObject>(container.Control())->GetExtent(DVASPECT_CONTENT, &extent)
                                         : E_FAIL);
-    EXPECT_EQ(150 * 2540 / 96, extent.cx);
+    EXPECT_NEAR(150 * 2540 / 96.0, extent.cx, 1);
     EXPECT_NEAR(50 * 2540 / 96.0, extent.cy, 1);
     EXPECT_EQ(S_OK, Query<IOleInPlaceObject>(container.Control())->InPlaceDeactivate());
     EXPECT_EQ(nullptr, container.ControlWindow());

@@ -235,7 +235,7 @@ TEST(Bags, OddValuesAreReadOrReplacedByDefaults) {
         {L"DateFormat", Variant(7), L"DateFormat", Variant(u"7")},
         {L"KeyColumn", Variant(u"3"), L"KeyColumn", Variant(3)},
         {L"KeyColumn", Variant(u"third"), L"KeyColumn", Variant(-1)},
-        {L"BackColor", Variant(2147483653.0), L"BackColor", Variant(static_cast<long>(0x80000005))},
+        {L"BackColor", Variant(2147483653.0), L"BackColor", Variant(u"2147483653")},
         {L"Rows", Variant(-4), L"Rows", Variant(3)},
         {L"ScrollBars", Variant(99), L"ScrollBars", Variant(3)},
     };

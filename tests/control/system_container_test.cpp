@@ -21,7 +21,8 @@ class SystemContainer : public ::testing::TestWithParam<const CLSID*> {
         createControl_ = reinterpret_cast<Create*>(GetProcAddress(library_, "AtlAxCreateControl"));
         getControl_ = reinterpret_cast<GetControl*>(GetProcAddress(library_, "AtlAxGetControl"));
         ASSERT_TRUE(init && createControl_ && getControl_);
-        ASSERT_TRUE(init());
+        static const bool classesRegistered = init() != FALSE;
+        ASSERT_TRUE(classesRegistered);
         top_ = CreateWindowW(L"#32770", L"System container", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 30, 30, 400, 300,
                              nullptr, nullptr, nullptr, nullptr);
         ASSERT_TRUE(top_);
@@ -65,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(Controls, SystemContainer, ::testing::Values(&CLSID_But
 
 TEST_P(SystemContainer, ActivatesResizesAndTakesTheFocus) {
     const HWND host = Host(Spell(*GetParam()));
-    const auto control = ControlIn(host);
+    auto control = ControlIn(host);
     ASSERT_TRUE(control);
     const HWND window = WindowOf(control.get());
     ASSERT_TRUE(window);
@@ -86,7 +87,9 @@ TEST_P(SystemContainer, ActivatesResizesAndTakesTheFocus) {
     const HWND focus = GetFocus();
     EXPECT_TRUE(focus == window || IsChild(window, focus));
     DestroyWindow(host);
-    EXPECT_FALSE(IsWindow(window));
+    EXPECT_FALSE(IsWindowVisible(window));
+    control.reset();
+    EXPECT_FALSE(IsWindow(window)) << "the container held the last reference but ours";
 }
 
 TEST_P(SystemContainer, SavesAndLoadsThroughStreamAndBag) {

@@ -90,7 +90,11 @@ void PrintFunction(ITypeInfo* info, UINT index, std::ostream& out) {
         out << (i ? ", " : "") << (flags & PARAMFLAG_FIN ? "in " : "") << (flags & PARAMFLAG_FOUT ? "out " : "")
             << (flags & PARAMFLAG_FRETVAL ? "retval " : "") << (flags & PARAMFLAG_FOPT ? "optional " : "")
             << TypeName(info, parameter.tdesc);
-        if (static_cast<UINT>(i) + 1 < count) out << " " << Narrow(FromBstr(names[static_cast<size_t>(i) + 1]));
+        // Names belong to the member, not to each of its functions: the value of a put would get the get's name.
+        const bool newValue =
+            function->invkind != INVOKE_FUNC && function->invkind != INVOKE_PROPERTYGET && i + 1 == function->cParams;
+        if (static_cast<UINT>(i) + 1 < count && !newValue)
+            out << " " << Narrow(FromBstr(names[static_cast<size_t>(i) + 1]));
         if (flags & PARAMFLAG_FHASDEFAULT) {
             out << " = " << Narrow(Variant(parameter.paramdesc.pparamdescex->varDefaultValue).ToText().value_or(u"?"));
         }
