@@ -74,8 +74,8 @@ Begin Form frmInvoice
       TabIndex        =   8
       Rows            =   9
       Cols            =   8
-      ' The caption of a column is its name in all the lists below. Blanks behind a caption make the column wider.
-      FormatString    =   ">No |<Article                        |<Description                                               |>Qty          |>Price            |^Delivery       |>Amount            |Key"
+      ' The caption of a column is its name in all the lists below.
+      FormatString    =   ">No|<Article|<Description|>Qty|>Price|^Delivery|>Amount|Key"
       ColWidth0       =   480
       AutoRecordNumber=   -1  'True
       AutoAddNew      =   -1  'True

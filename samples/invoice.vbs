@@ -27,6 +27,7 @@ Sub Form_Load()
     ColAmount = grdLines.ColIndex("Amount")
     ColKey = grdLines.ColIndex("Key")
 
+    SetWidths
     For i = 0 To UBound(Articles)
         grdLines.Lists(ColArticle).AddItem Articles(i)(1)
     Next
@@ -34,6 +35,16 @@ Sub Form_Load()
     grdLines.Row = 1
     grdLines.Col = ColArticle
     Host.Log "Loaded " & grdLines.StringFormat
+End Sub
+
+' The form keeps the width of the first column only; the others are set here, in twips.
+Sub SetWidths()
+    grdLines.ColWidth(ColArticle) = 1800
+    grdLines.ColWidth(ColDescription) = 3000
+    grdLines.ColWidth(ColQty) = 900
+    grdLines.ColWidth(ColPrice) = 1200
+    grdLines.ColWidth(ColDelivery) = 1200
+    grdLines.ColWidth(ColAmount) = 1365
 End Sub
 
 Sub Form_Unload(Cancel)
