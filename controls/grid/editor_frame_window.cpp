@@ -54,10 +54,15 @@ int EditorFrame::IndexOf(const ComboWindow& combo) const {
 }
 
 void EditorFrame::MoveTo(const Rect& bounds) {
-    SetWindowPos(Handle(), HWND_TOP, bounds.left, bounds.top, bounds.Width(), bounds.Height(), SWP_NOACTIVATE);
+    SetWindowPos(Handle(), HWND_TOP, bounds.left, bounds.top, bounds.Width(), bounds.Height(),
+                 SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }
 
 void EditorFrame::Show(bool shown) { ShowWindow(Handle(), shown ? SW_SHOWNA : SW_HIDE); }
+
+void EditorFrame::Paint() {
+    RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+}
 
 bool EditorFrame::Shown() const {
     return Handle() && (GetWindowLongW(Handle(), GWL_STYLE) & static_cast<LONG>(WS_VISIBLE)) != 0;

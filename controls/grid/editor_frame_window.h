@@ -37,6 +37,8 @@ class EditorFrame final : public Window {
     void MoveTo(const Rect& bounds);
     void Show(bool shown);
     bool Shown() const;
+    // Draws everything in it now.
+    void Paint();
 
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

@@ -38,7 +38,11 @@ class EntryGrid::Editor {
     void SetFrameTag(TextView text) { frame_.SetTag(text); }
     Text FrameTag() const { return frame_.Tag(); }
     void DropDown() { combo_.DropDown(); }
-    void FocusCombo() { combo_.Focus(); }
+    void FocusCombo() {
+        combo_.Focus();
+        // At once, so that the cell does not show empty in between.
+        frame_.Paint();
+    }
     ListState List() const {
         ListState list{{}, combo_.ListIndex(), combo_.TopIndex()};
         const int count = combo_.ListCount();
@@ -149,8 +153,12 @@ bool EntryGrid::OpenEditor() {
     if (!MayEdit(Model(), state_)) return false;
     const int index = EditorIndex();
     editor_ = index;
-    Editor editor(*this, *frame_, *frame_->Find(index));
-    return ShowCellEditor(Model(), state_, editor, events_, index == freeTextEditor);
+    ComboWindow& combo = *frame_->Find(index);
+    Editor editor(*this, *frame_, combo);
+    const bool open = ShowCellEditor(Model(), state_, editor, events_, index == freeTextEditor);
+    // Editing goes on at the end of a text; a list column's text is selected, to be typed over.
+    if (open && index == freeTextEditor) combo.SetSelStart(static_cast<int>(combo.GetText().size()));
+    return open;
 }
 
 void EntryGrid::Commit() {

@@ -50,7 +50,7 @@ bool WorksTheList(int key) {
 
 ComboWindow::ComboWindow(HWND parent, ComboListener* listener, bool sorted)
     : listener_(listener), edit_(*this), sorted_(sorted) {
-    const DWORD style = WS_CHILD | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL | CBS_HASSTRINGS |
+    const DWORD style = WS_CHILD | WS_CLIPSIBLINGS | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL | CBS_HASSTRINGS |
                         (sorted ? static_cast<DWORD>(CBS_SORT) : 0u);
     const HWND window =
         CreateWindowExW(0, L"COMBOBOX", L"", style, 0, 0, 100, 200, parent, nullptr, ModuleInstance(), nullptr);
@@ -346,8 +346,6 @@ void ComboWindow::FitList() {
     GetWindowRect(Window(), &combo);
     const int rows = std::clamp(ListCount(), 1, rowsInView);
     const int item = static_cast<int>(SendMessageW(Window(), CB_GETITEMHEIGHT, 0, 0));
-    const bool topmost = false;
-    (void)topmost;
     SetWindowPos(Window(), nullptr, 0, 0, combo.right - combo.left,
                  combo.bottom - combo.top + rows * item + comboBorder, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     PlaceEditField();
@@ -480,7 +478,7 @@ void ComboWindow::PaintSurround() {
     MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&edit), 2);
     RECT field{};
     GetClientRect(Window(), &field);
-    InflateRect(&field, -comboBorder, -comboBorder);
+    // The border too: only its right side shows where the combo is used, and that belongs to the button.
     field.right = info.rcButton.left;
     const WindowDc dc(Window());
     ExcludeClipRect(dc.Get(), edit.left, edit.top, edit.right, edit.bottom);
