@@ -27,7 +27,11 @@ void CellStore::TakeIds(std::span<RowId> ids) {
     }
     const std::size_t fresh = ids.size() - taken;
     try {
-        addresses_.resize(addresses_.size() + fresh);
+        if (fresh == 1) {
+            addresses_.push_back(0);
+        } else {
+            addresses_.resize(addresses_.size() + fresh);
+        }
     } catch (...) {
         while (taken > 0) {
             ReturnId(ids[--taken]);
@@ -56,7 +60,7 @@ Arena::Address CellStore::Append(Arena& arena, std::span<const std::uint8_t> rec
         return 0;
     }
     const Arena::Address address = arena.Allocate(record.size());
-    std::copy(record.begin(), record.end(), arena.At(address));
+    std::memcpy(arena.At(address), record.data(), record.size());
     return address;
 }
 

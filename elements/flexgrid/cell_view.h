@@ -16,8 +16,11 @@ namespace qvx::flexgrid {
 class CellView {
   public:
     constexpr CellView() = default;
-    CellView(const std::uint8_t* bytes, std::size_t size) : data_(bytes), size_(size) {}
-    CellView(const char16_t* units, std::size_t size) : data_(units), size_(size), wide_(true) {}
+    CellView(const std::uint8_t* bytes, std::size_t size) : data_(bytes), size_(static_cast<std::uint32_t>(size)) {}
+    CellView(const char16_t* units, std::size_t size)
+        : data_(units), size_(static_cast<std::uint32_t>(size)), wide_(true) {
+        assert(size <= UINT32_MAX);
+    }
 
     std::size_t Size() const { return size_; }
     bool Empty() const { return size_ == 0; }
@@ -78,7 +81,7 @@ class CellView {
 
   private:
     const void* data_ = nullptr;
-    std::size_t size_ = 0;
+    std::uint32_t size_ = 0;  // not more, so that a view fits two registers
     bool wide_ = false;
 };
 

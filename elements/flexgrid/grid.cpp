@@ -311,40 +311,41 @@ void Grid::SetLeftCol(int col) {
 
 // ---- Rows ----------------------------------------------------------------------------------------------------------
 
-void Grid::AddItem(TextView item, int index) {
-    const auto place = [&] {
-        if (index < atEnd || index > Rows()) {
-            RefuseRow();
-        }
-        if (index != atEnd && index < fixedRows_) {
-            RefuseFixedRowAddition();
-        }
-        return index == atEnd ? Rows() : index;
-    };
-    ChangeShape(
-        [&] {
-            place();
-            return Shape{Rows() + 1, Cols(), fixedRows_, fixedCols_};
-        },
-        [&](const Shape&) { store_.InsertRow(place(), item, Cols()); });
-}
-
-int Grid::AddItems(TextView block, int index) {
+int Grid::InsertionPoint(int index) const {
     if (index < atEnd || index > Rows()) {
         RefuseRow();
     }
     if (index != atEnd && index < fixedRows_) {
         RefuseFixedRowAddition();
     }
-    const int at = index == atEnd ? Rows() : index;
+    return index == atEnd ? Rows() : index;
+}
+
+void Grid::AddItem(TextView item, int index) {
+    const int at = InsertionPoint(index);
+    CheckCounts({Rows() + 1, Cols(), fixedRows_, fixedCols_});
+    store_.InsertRow(at, item, Cols());
+    RowsAdded(at);
+}
+
+// New rows never move the cursor, unless a fixed row has been waiting for them.
+void Grid::RowsAdded(int at) {
+    ++structureVersion_;
+    LayoutChanged(at, 0);
+    if (wantFixedRow_) {
+        ChangeShape([&] { return CurrentShape(); }, [](const Shape&) {});
+    }
+}
+
+int Grid::AddItems(TextView block, int index) {
+    const int at = InsertionPoint(index);
     const std::int64_t byCells = Cols() == 0 ? maxRows : maxCells / Cols();
     const int room = static_cast<int>(std::min<std::int64_t>(maxRows, byCells)) - Rows();
     const int added = store_.InsertBlock(at, block, Cols(), room);
     if (added < 0) {
         RefuseCells();
     }
-    // The rows are in; what remains is to take up a fixed row that was waiting for them.
-    ChangeShape([&] { return CurrentShape(); }, [](const Shape&) {});
+    RowsAdded(at);
     return added;
 }
 
@@ -390,7 +391,7 @@ int Grid::RemoveMarked(std::vector<bool>& marked, int count) {
     return count;
 }
 
-void Grid::DropRowSettings(RowId id) {
+void Grid::DropRowSettings(RowId id) noexcept {
     heights_.Erase(id);
     rowData_.Erase(id);
     mergeRows_.Erase(id);

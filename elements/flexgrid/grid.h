@@ -269,6 +269,8 @@ class Grid final : public GridLook {
     // shape; it is asked again when a listener has changed the grid. `change` alters the store and may throw.
     void ChangeShape(const std::function<Shape()>& target, const std::function<void(const Shape&)>& change);
     void StoreShape(const Shape& shape);
+    int InsertionPoint(int index) const;
+    void RowsAdded(int at);
     int RemoveMarked(std::vector<bool>& marked, int count);
     template <class Set>
     void ChangeColumns(int col, GridChange change, Set set);
@@ -279,7 +281,7 @@ class Grid final : public GridLook {
     template <class Change>
     void ChangeFormat(Change change);
     const CellFormat& CursorFormat() const;
-    void DropRowSettings(RowId id);
+    void DropRowSettings(RowId id) noexcept;
     int SharedRowPixels() const { return PixelsDown(EffectiveHeight(allHeights_)); }
     void FontOrMetricsChanged();
     void RefreshRowExtents();

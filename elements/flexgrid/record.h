@@ -90,7 +90,17 @@ class RowView {
             return {};
         }
         const auto at = static_cast<std::size_t>(col);
-        return record::With(bytes_[0], [&](auto layout) { return layout.Cell(bytes_, at); });
+        if (bytes_[0] != record::widthCode<std::uint8_t>) {
+            return record::With(bytes_[0], [&](auto layout) { return layout.Cell(bytes_, at); });
+        }
+        // Nearly all rows: short and of Latin-1.
+        const std::size_t count = bytes_[1];
+        if (at >= count) {
+            return {};
+        }
+        const std::uint8_t* ends = bytes_ + 2;
+        const std::size_t start = at == 0 ? 0 : ends[at - 1];
+        return {ends + count + start, ends[at] - start};
     }
     // Cells up to the last that holds text.
     int Count() const {
@@ -109,12 +119,15 @@ class RowView {
 // Builds records in a buffer of its own, one at a time.
 class RecordBuilder {
   public:
-    // The record of a row of tab-separated cells, at most `cols` of them. Empty when none holds text.
+    // The record of a row of tab-separated cells, at most `cols` of them. Empty when none holds text. Good until the
+    // next call; it need not lie aligned.
     std::span<const std::uint8_t> FromItem(TextView item, int cols);
     // The record of these cells.
     std::span<const std::uint8_t> FromCells(std::span<const CellView> cells);
 
   private:
+    // Of fewer than 255 characters; `latin1` tells whether they were all read and the record holds.
+    std::span<const std::uint8_t> FromShortItem(TextView item, std::size_t most, bool& latin1);
     template <class Number>
     std::span<const std::uint8_t> Build(std::span<const CellView> cells, bool wide, std::size_t characters);
 

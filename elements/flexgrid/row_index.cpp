@@ -83,6 +83,16 @@ RowIndex::Leaf& RowIndex::Descend(int& position, bool& rightmost) {
     path_.clear();
     rightmost = true;
     void* node = root_.node;
+    if (position == size_) {
+        // Rows are mostly added at the end, where nothing need be searched.
+        for (int level = height_; level > 0; --level) {
+            auto& inner = *static_cast<Inner*>(node);
+            path_.push_back({&inner, inner.size - 1});
+            node = inner.nodes[static_cast<std::size_t>(inner.size - 1)];
+        }
+        position = static_cast<Leaf*>(node)->count;
+        return *static_cast<Leaf*>(node);
+    }
     for (int level = height_; level > 0; --level) {
         auto& inner = *static_cast<Inner*>(node);
         std::size_t i = 0;
