@@ -77,6 +77,7 @@ Begin Form frmInvoice
       ' The caption of a column is its name in all the lists below.
       FormatString    =   ">No|<Article|<Description|>Qty|>Price|^Delivery|>Amount|Key"
       ColWidth0       =   480
+      TextArray0      =   "No"
       AutoRecordNumber=   -1  'True
       AutoAddNew      =   -1  'True
       ListColumns     =   ";Article;"

@@ -63,10 +63,12 @@ End Sub
 ' More than 9999 pieces of anything are a slip of the finger. Setting Cancel here gives the cell its old text back.
 Sub grdLines_AfterCellChange(Row, Col, OldData, NewData, Cancel)
     Host.Log "AfterCellChange " & Row & "," & Col & " [" & OldData & "] [" & NewData & "]"
-    If Col = ColQty And Number(NewData) > MostPieces Then
-        Say "A line may have up to " & MostPieces & " pieces."
-        Cancel = True
-        Exit Sub
+    If Col = ColQty Then
+        If Number(NewData) > MostPieces Then
+            Say "A line may have up to " & MostPieces & " pieces."
+            Cancel = True
+            Exit Sub
+        End If
     End If
     Say ""
     If Col = ColArticle Then FillFromArticle Row, NewData
