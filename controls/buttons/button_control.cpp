@@ -171,7 +171,10 @@ STDMETHODIMP ButtonControl::get_Enabled(VARIANT_BOOL* result) {
 }
 
 STDMETHODIMP ButtonControl::put_Enabled(VARIANT_BOOL value) {
-    return Set(u"Enabled", [&] { button_.SetEnabled(FromVariantBool(value)); });
+    return Set(u"Enabled", [&] {
+        button_.SetEnabled(FromVariantBool(value));
+        AccessKeysChanged();
+    });
 }
 
 STDMETHODIMP ButtonControl::put_Value(VARIANT_BOOL value) {

@@ -177,6 +177,12 @@ std::optional<LRESULT> ButtonElement::HandleMessage(UINT message, WPARAM wParam,
             }
             return 0;
         }
+        case WM_RBUTTONDOWN:
+        case WM_RBUTTONDBLCLK:
+        case WM_MBUTTONDOWN:
+        case WM_MBUTTONDBLCLK:
+            Perform(logic_.OtherButtonDown());
+            return 0;
         case WM_MOUSEMOVE:
             Perform(
                 logic_.MouseMove(MousePoint(lParam), face, (wParam & MK_LBUTTON) != 0, (wParam & anyMouseButton) != 0));

@@ -12,7 +12,13 @@ bool Inside(Point p, Size face) { return p.x >= 0 && p.y >= 0 && p.x <= face.wid
 
 ButtonActions ButtonLogic::LeftButtonDown() {
     pressed_ = true;
+    mouseDown_ = true;
     return {ButtonAction::capture, ButtonAction::drawPressed};
+}
+
+ButtonActions ButtonLogic::OtherButtonDown() {
+    mouseDown_ = true;
+    return {ButtonAction::capture};
 }
 
 ButtonActions ButtonLogic::MouseMove(Point point, Size face, bool leftDown, bool anyDown) {
@@ -27,6 +33,10 @@ ButtonActions ButtonLogic::MouseMove(Point point, Size face, bool leftDown, bool
 }
 
 ButtonActions ButtonLogic::MouseUp(Point point, Size face) {
+    if (!mouseDown_) {
+        return {};  // a press that began elsewhere ends here
+    }
+    mouseDown_ = false;
     pressed_ = false;
     // The mouse is let go before the click: a window that the click opens needs it.
     ButtonActions actions{ButtonAction::releaseCapture, ButtonAction::drawNormal};
@@ -37,6 +47,7 @@ ButtonActions ButtonLogic::MouseUp(Point point, Size face) {
 }
 
 ButtonActions ButtonLogic::CaptureLost() {
+    mouseDown_ = false;
     pressed_ = false;
     spaceHeld_ = false;
     return {ButtonAction::drawNormal};
@@ -111,6 +122,7 @@ ButtonActions ButtonLogic::SetFocused(bool focused) {
 }
 
 ButtonActions ButtonLogic::Cancel() {
+    mouseDown_ = false;
     pressed_ = false;
     spaceHeld_ = false;
     return {ButtonAction::releaseCapture, ButtonAction::drawNormal};

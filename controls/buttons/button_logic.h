@@ -29,7 +29,9 @@ class ButtonLogic {
 
     // Points and sizes in the same unit, from the face's corner. The button's edge itself counts as inside.
     ButtonActions LeftButtonDown();
+    ButtonActions OtherButtonDown();
     ButtonActions MouseMove(Point point, Size face, bool leftDown, bool anyDown);
+    // Any button; counts only when a button went down here before and the mouse was not taken away since.
     ButtonActions MouseUp(Point point, Size face);
     // Someone else took the mouse: what was begun with it is called off.
     ButtonActions CaptureLost();
@@ -50,7 +52,8 @@ class ButtonLogic {
 
   private:
     bool focused_ = false;
-    bool pressed_ = false;
+    bool pressed_ = false;    // by the left mouse button
+    bool mouseDown_ = false;  // any mouse button went down here
     bool spaceHeld_ = false;
 };
 
