@@ -118,7 +118,7 @@ play_line() {
 # play_keys SCRIPT LOG: fails with the first line that fails.
 play_keys() {
   local script=$1 line number=0
-  keys_log=$2 keys_log_line=0 keys_limit=20 keys_window=
+  keys_log=$2 keys_log_line=0 keys_limit=30 keys_window=
   while IFS= read -r line || [[ -n $line ]]; do
     number=$((number + 1))
     line=${line%$'\r'}
