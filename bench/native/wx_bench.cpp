@@ -120,12 +120,12 @@ class WxScreen {
     WxScreen(const WxScreen&) = delete;
     WxScreen& operator=(const WxScreen&) = delete;
 
-    void DrawFrame(std::size_t topRow) {
+    void DrawFrame(std::size_t topRow, bool everything) {
         const int before = painted_;
         int unit = 1;
         grid_->GetScrollPixelsPerUnit(nullptr, &unit);
         grid_->Scroll(-1, static_cast<int>(topRow) * paintRowHeight / unit);
-        grid_->Refresh();
+        if (everything) grid_->Refresh();
         grid_->Update();
         WaitForPaint(before);
     }
