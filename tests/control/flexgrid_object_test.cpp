@@ -1,0 +1,238 @@
+// The flexible grid's automation object as hosts reach it, late-bound through ComboGrid.Grid.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <ocidl.h>
+#include <olectl.h>
+
+#include "Qvx.h"
+#include "tests/support/container.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::test {
+namespace {
+
+constexpr DISPID enterCell = 1;
+constexpr DISPID leaveCell = 2;
+constexpr DISPID compare = 6;
+
+std::string Spelled(const wchar_t* name) { return {name, name + std::char_traits<wchar_t>::length(name)}; }
+
+class FlexGridObject : public ::testing::Test {
+  protected:
+    FlexGridObject() {
+        Container::Options options;
+        options.ambients = {{DISPID_AMBIENT_USERMODE, Variant(true)}};
+        options.bounds = {10, 10, 310, 160};
+        container_ = std::make_unique<Container>(options);
+        container_->Place(ServerUnderTest::Get().Create(CLSID_ComboGrid));
+        grid_ = Call(container_->Automation().get(), L"Grid").ToObject<IDispatch>();
+        Put(grid_.get(), L"FixedCols", {Variant(0)});
+        Put(grid_.get(), L"Rows", {Variant(6)});
+        Put(grid_.get(), L"Cols", {Variant(4)});
+        Put(grid_.get(), L"FixedRows", {Variant(1)});
+        Put(grid_.get(), L"FixedCols", {Variant(1)});
+    }
+    // The error number that a call raises; 0 for none.
+    int ErrorOf(const wchar_t* name, WORD flags, const std::vector<Variant>& arguments) {
+        std::vector<VARIANT> raw;
+        for (const Variant& argument : arguments) raw.push_back(argument.get());
+        const CallResult result = Invoke(grid_.get(), name, flags, raw);
+        return result.result == DISP_E_EXCEPTION ? result.scode & 0xFFFF : 0;
+    }
+    Text Read(const wchar_t* name, const std::vector<Variant>& arguments = {}) {
+        return Call(grid_.get(), name, arguments).ToText().value_or(u"?");
+    }
+
+    std::unique_ptr<Container> container_;
+    ComPtr<IDispatch> grid_;
+};
+
+TEST_F(FlexGridObject, EveryWritablePropertyKeepsWhatItIsGiven) {
+    struct {
+        const wchar_t* name;
+        std::vector<Variant> arguments;  // indexes, then the value
+        const char16_t* read;            // what it reads as afterwards
+    } const cases[] = {
+        {L"Row", {Variant(2)}, u"2"},
+        {L"Col", {Variant(2)}, u"2"},
+        {L"RowSel", {Variant(4)}, u"4"},
+        {L"ColSel", {Variant(3)}, u"3"},
+        {L"Text", {Variant(u"abc")}, u"abc"},
+        {L"TextMatrix", {Variant(2), Variant(2), Variant(u"x")}, u"x"},
+        {L"TextArray", {Variant(10), Variant(u"y")}, u"y"},
+        {L"Clip", {Variant(u"p\tq\rr\ts\rt\tu")}, u"p\tq\rr\ts\rt\tu"},
+        {L"ColWidth", {Variant(2), Variant(1200)}, u"1200"},
+        {L"RowHeight", {Variant(2), Variant(600)}, u"600"},
+        {L"RowHeightMin", {Variant(150)}, u"150"},
+        {L"ColAlignment", {Variant(2), Variant(4)}, u"4"},
+        {L"FixedAlignment", {Variant(2), Variant(7)}, u"7"},
+        {L"ColData", {Variant(2), Variant(-5)}, u"-5"},
+        {L"RowData", {Variant(2), Variant(77)}, u"77"},
+        {L"CellAlignment", {Variant(8)}, u"8"},
+        {L"CellBackColor", {Variant(255)}, u"255"},
+        {L"CellForeColor", {Variant(65280)}, u"65280"},
+        {L"CellFontName", {Variant(u"Tahoma")}, u"Tahoma"},
+        {L"CellFontSize", {Variant(12.0)}, u"12"},
+        {L"CellFontBold", {Variant(true)}, u"True"},
+        {L"CellFontItalic", {Variant(true)}, u"True"},
+        {L"CellFontUnderline", {Variant(true)}, u"True"},
+        {L"CellFontStrikeThrough", {Variant(true)}, u"True"},
+        {L"CellFontWidth", {Variant(6.0)}, u"6"},
+        {L"CellPictureAlignment", {Variant(4)}, u"4"},
+        {L"CellTextStyle", {Variant(3)}, u"3"},
+        {L"Appearance", {Variant(1)}, u"1"},
+        {L"BorderStyle", {Variant(0)}, u"0"},
+        {L"GridLines", {Variant(3)}, u"3"},
+        {L"GridLinesFixed", {Variant(1)}, u"1"},
+        {L"GridLineWidth", {Variant(2)}, u"2"},
+        {L"FocusRect", {Variant(2)}, u"2"},
+        {L"HighLight", {Variant(2)}, u"2"},
+        {L"ScrollBars", {Variant(2)}, u"2"},
+        {L"AllowUserResizing", {Variant(3)}, u"3"},
+        {L"FillStyle", {Variant(1)}, u"1"},
+        {L"TextStyle", {Variant(1)}, u"1"},
+        {L"TextStyleFixed", {Variant(2)}, u"2"},
+        {L"MergeCells", {Variant(4)}, u"4"},
+        {L"MergeRow", {Variant(2), Variant(true)}, u"True"},
+        {L"MergeCol", {Variant(2), Variant(true)}, u"True"},
+        {L"WordWrap", {Variant(true)}, u"True"},
+        {L"Redraw", {Variant(false)}, u"False"},
+        {L"AllowBigSelection", {Variant(false)}, u"False"},
+        {L"ScrollTrack", {Variant(true)}, u"True"},
+        {L"RightToLeft", {Variant(true)}, u"True"},
+        {L"BackColor", {Variant(1)}, u"1"},
+        {L"ForeColor", {Variant(2)}, u"2"},
+        {L"BackColorBkg", {Variant(3)}, u"3"},
+        {L"BackColorFixed", {Variant(4)}, u"4"},
+        {L"ForeColorFixed", {Variant(5)}, u"5"},
+        {L"BackColorSel", {Variant(6)}, u"6"},
+        {L"ForeColorSel", {Variant(7)}, u"7"},
+        {L"GridColor", {Variant(8)}, u"8"},
+        {L"GridColorFixed", {Variant(9)}, u"9"},
+        {L"SelectionMode", {Variant(1)}, u"1"},
+        {L"Enabled", {Variant(false)}, u"False"},
+        {L"FormatString", {Variant(u"<A|>B")}, u"<A|>B"},
+    };
+    for (const auto& c : cases) {
+        Put(grid_.get(), c.name, c.arguments);
+        std::vector<Variant> indexes = c.arguments;
+        indexes.pop_back();
+        EXPECT_EQ(Read(c.name, indexes), c.read) << Spelled(c.name);
+    }
+}
+
+TEST_F(FlexGridObject, ErrorsHaveTheNumbersHostsKnow) {
+    struct {
+        const wchar_t* name;
+        WORD flags;
+        std::vector<Variant> arguments;
+        int number;
+    } const cases[] = {
+        {L"Row", DISPATCH_PROPERTYPUT, {Variant(6)}, 30009},
+        {L"Col", DISPATCH_PROPERTYPUT, {Variant(-1)}, 30010},
+        {L"FixedRows", DISPATCH_PROPERTYPUT, {Variant(6)}, 30001},
+        {L"TextMatrix", DISPATCH_PROPERTYGET, {Variant(6), Variant(0)}, 381},
+        {L"TextArray", DISPATCH_PROPERTYGET, {Variant(24)}, 381},
+        {L"GridLines", DISPATCH_PROPERTYPUT, {Variant(4)}, 380},
+        {L"AddItem", DISPATCH_METHOD, {Variant(u"x"), Variant(99)}, 30009},
+        {L"AddItem", DISPATCH_METHOD, {Variant(u"x"), Variant(u"no number")}, 13},
+        {L"TopRow", DISPATCH_PROPERTYPUT, {Variant(0)}, 30009},
+    };
+    for (const auto& c : cases) EXPECT_EQ(ErrorOf(c.name, c.flags, c.arguments), c.number) << c.number;
+    for (int i = 0; i < 4; ++i) Call(grid_.get(), L"RemoveItem", {Variant(1)});
+    EXPECT_EQ(ErrorOf(L"RemoveItem", DISPATCH_METHOD, {Variant(1)}), 30015);
+}
+
+TEST_F(FlexGridObject, RowsAreAddedAndVariablesPassedByReference) {
+    Call(grid_.get(), L"AddItem", {Variant(u"r\tfirst"), Variant(1)});
+    Call(grid_.get(), L"AddItem", {Variant(u"r\tlast")});
+    EXPECT_EQ(Read(L"TextMatrix", {Variant(1), Variant(1)}), u"first");
+    EXPECT_EQ(Read(L"TextMatrix", {Variant(7), Variant(1)}), u"last");
+    // As scripts pass variables.
+    Variant row(7);
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_VARIANT;
+    reference.pvarVal = row.ptr();
+    VARIANT col{};
+    col.vt = VT_I4;
+    col.lVal = 1;
+    EXPECT_EQ(Invoke(grid_.get(), L"TextMatrix", DISPATCH_PROPERTYGET, {reference, col}).value.ToText(), u"last");
+}
+
+TEST_F(FlexGridObject, FiresItsEventsAndAsksForTheOrderOfRows) {
+    const auto recorder = MakeObject<EventRecorder>();
+    const Connection connection(grid_.get(), EventsOf(grid_.get()), recorder.get());
+    Put(grid_.get(), L"Row", {Variant(3)});
+    EXPECT_EQ(recorder->Count(leaveCell), 1U);
+    EXPECT_EQ(recorder->Count(enterCell), 1U);
+
+    for (int row = 1; row < 6; ++row) {
+        Put(grid_.get(), L"TextMatrix",
+            {Variant(row), Variant(1), Variant(Text(1, static_cast<char16_t>(u'0' + row)))});
+    }
+    recorder->onEvent = [](DISPID event, DISPPARAMS& arguments) {
+        if (event == compare) {
+            // Later rows first. Arguments come from right to left.
+            ASSERT_EQ(arguments.rgvarg[0].vt, VT_BYREF | VT_I2);
+            *arguments.rgvarg[0].piVal = static_cast<short>(arguments.rgvarg[1].lVal - arguments.rgvarg[2].lVal);
+        }
+    };
+    Put(grid_.get(), L"Sort", {Variant(9)});
+    EXPECT_GT(recorder->Count(compare), 0U);
+    Text order;
+    for (int row = 1; row < 6; ++row) order += Read(L"TextMatrix", {Variant(row), Variant(1)});
+    EXPECT_EQ(order, u"54321");
+}
+
+TEST_F(FlexGridObject, FontAndPicturesAreObjects) {
+    const auto font = Call(grid_.get(), L"Font").ToObject<IFontDisp>();
+    ASSERT_TRUE(font);
+    const auto size = Query<IFont>(font.get());
+    CY points;
+    points.int64 = 120000;
+    size->put_Size(points);
+    Put(grid_.get(), L"Row", {Variant(1)});
+    EXPECT_EQ(Read(L"CellFontSize"), u"12") << "the grid follows its font object";
+
+    const auto picture = Call(grid_.get(), L"Picture").ToObject<IPicture>();
+    ASSERT_TRUE(picture);
+    SHORT type = 0;
+    picture->get_Type(&type);
+    EXPECT_EQ(type, PICTYPE_BITMAP);
+    const ComPtr<IDispatch> given = picture.As<IDispatch>();
+    VARIANT value{};
+    value.vt = VT_DISPATCH;
+    value.pdispVal = given.get();
+    EXPECT_EQ(Invoke(grid_.get(), L"CellPicture", DISPATCH_PROPERTYPUTREF, {value}).result, S_OK);
+    EXPECT_EQ(Call(grid_.get(), L"CellPicture").ToObject<IUnknown>(), picture.As<IUnknown>());
+}
+
+TEST_F(FlexGridObject, TellsWhereTheCurrentCellIs) {
+    container_->Activate();
+    Put(grid_.get(), L"BorderStyle", {Variant(0)});
+    Put(grid_.get(), L"ColWidth", {Variant(-1), Variant(900)});
+    Put(grid_.get(), L"RowHeight", {Variant(-1), Variant(300)});
+    Put(grid_.get(), L"Row", {Variant(2)});
+    Put(grid_.get(), L"Col", {Variant(2)});
+    EXPECT_EQ(Read(L"CellLeft"), u"1800");
+    EXPECT_EQ(Read(L"CellTop"), u"600");
+    EXPECT_EQ(Read(L"CellWidth"), u"885");
+    EXPECT_EQ(Read(L"CellHeight"), u"285");
+    EXPECT_EQ(Read(L"RowIsVisible", {Variant(2)}), u"True");
+    EXPECT_NE(Read(L"hWnd"), u"0");
+    EXPECT_NE(Read(L"hWnd"), Call(container_->Automation().get(), L"hWnd").ToText());
+    Put(grid_.get(), L"Rows", {Variant(100)});
+    Put(grid_.get(), L"TopRow", {Variant(50)});
+    EXPECT_EQ(Read(L"TopRow"), u"50");
+    EXPECT_EQ(Read(L"RowIsVisible", {Variant(2)}), u"False");
+}
+
+TEST_F(FlexGridObject, OutlivesItsControlWithAnErrorOnly) {
+    container_.reset();
+    EXPECT_EQ(ErrorOf(L"Rows", DISPATCH_PROPERTYGET, {}), 364);
+    EXPECT_EQ(ErrorOf(L"Refresh", DISPATCH_METHOD, {}), 364);
+}
+
+}  // namespace
+}  // namespace qvx::test
