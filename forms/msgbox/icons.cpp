@@ -195,8 +195,9 @@ std::uint32_t PixelAt(Drawing draw, int x, int y, double unitsPerPixel) {
     int covered = 0;
     Paint sum{};
     for (int i = 0; i < fineness * fineness; ++i) {
-        Sample sample({(x + (i % fineness + 0.5) / fineness) * unitsPerPixel,
-                       (y + (i / fineness + 0.5) / fineness) * unitsPerPixel});
+        const int column = i % fineness;
+        const int row = i / fineness;
+        Sample sample({(x + (column + 0.5) / fineness) * unitsPerPixel, (y + (row + 0.5) / fineness) * unitsPerPixel});
         draw(sample);
         if (sample.Covered()) {
             ++covered;
