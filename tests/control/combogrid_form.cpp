@@ -1,0 +1,212 @@
+#include "tests/control/combogrid_form.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "Qvx.h"
+#include "com/text.h"
+
+namespace qvx::test {
+namespace {
+
+Container::Options OptionsFor(bool userMode) {
+    Container::Options options;
+    options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(userMode));
+    options.bounds = {0, 0, 480, 300};
+    return options;
+}
+
+std::string Narrow(TextView text) {
+    std::string out;
+    for (char16_t c : text) out.push_back(c < 0x80 ? static_cast<char>(c) : '?');
+    return out;
+}
+
+HWND ChildOfClass(HWND parent, const wchar_t* wanted) {
+    return parent ? FindWindowExW(parent, nullptr, wanted, nullptr) : nullptr;
+}
+
+}  // namespace
+
+void Answer(DISPPARAMS& arguments, bool value) {
+    // Arguments come from right to left.
+    VARIANT& last = arguments.rgvarg[0];
+    ASSERT_EQ(VT_BYREF | VT_BOOL, last.vt);
+    *last.pboolVal = ToVariantBool(value);
+}
+
+ComboGridForm::ComboGridForm(const std::vector<std::pair<std::wstring, Variant>>& changes, bool userMode)
+    : container(OptionsFor(userMode)), events(MakeObject<EventRecorder>()) {
+    const auto bag = MakeObject<MemoryBag>();
+    bag->Set(L"Cols", Variant(9));
+    bag->Set(L"FormatString", Variant(u"No|Name|Qty|Rate|Month|Item|Locked|Skip|Key"));
+    bag->Set(L"TextArray0", Variant(u"No"));
+    bag->Set(L"ColWidth0", Variant(600));
+    bag->Set(L"ColumnsDataType", Variant(u";Qty-0;Rate-1;Month-2;"));
+    bag->Set(L"DateFormat", Variant(u"mmm/yyyy"));
+    bag->Set(L"ListColumns", Variant(u";Item;"));
+    bag->Set(L"UnChangableColumns", Variant(u";Item;"));
+    bag->Set(L"InActiveColumns", Variant(u";Locked;"));
+    bag->Set(L"NonFocusColumns", Variant(u";Skip;"));
+    bag->Set(L"InVisibleColumns", Variant(u";Key;"));
+    for (const auto& [property, value] : changes) bag->Set(property, value);
+    container.Place(ServerUnderTest::Get().Create(CLSID_ComboGrid),
+                    [&](IUnknown* control) { EXPECT_EQ(S_OK, LoadFromBag(control, bag.get())); });
+    grid = container.Automation();
+    connection = new Connection(container.Control(), DIID___ComboGrid, events.get());
+    if (!userMode) return;
+    if (Number(L"Cols") > item) {
+        for (int col = name; col <= skip; ++col)
+            Put(grid.get(), L"ColWidth", {Variant(col), Variant(col == locked || col == skip ? 300 : 720)});
+        for (const char16_t* entry : {u"Apple", u"Banana", u"Cherry"})
+            Call(List(item).get(), L"AddItem", {Variant(entry)});
+    }
+    container.Activate();
+    SetForegroundWindow(container.Window());
+    for (int i = 0; i < 100 && GetForegroundWindow() != container.Window(); ++i) {
+        Sleep(20);
+        Pump();
+    }
+    container.ActivateUi();
+    Pump();
+    Log();
+}
+
+ComboGridForm::~ComboGridForm() {
+    grid.reset();
+    delete connection;
+}
+
+void ComboGridForm::Pump() {
+    const auto active = Query<IOleInPlaceActiveObject>(container.Control());
+    MSG message;
+    for (int round = 0; round < 3; ++round) {
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            const bool typed = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
+            if (typed && active) {
+                if (active->TranslateAccelerator(&message) == S_OK) continue;
+                if (message.message == WM_KEYDOWN) {
+                    leftToContainer_ = true;
+                    continue;
+                }
+            }
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+        Sleep(1);
+    }
+}
+
+void ComboGridForm::Send(int virtualKey, bool down) {
+    keybd_event(static_cast<BYTE>(virtualKey), static_cast<BYTE>(MapVirtualKeyW(static_cast<UINT>(virtualKey), 0)),
+                down ? 0 : KEYEVENTF_KEYUP, 0);
+    Pump();
+}
+
+bool ComboGridForm::Press(int virtualKey, const std::vector<int>& held) {
+    leftToContainer_ = false;
+    for (int modifier : held) Send(modifier, true);
+    leftToContainer_ = false;
+    Send(virtualKey, true);
+    Send(virtualKey, false);
+    for (int modifier : held) Send(modifier, false);
+    return leftToContainer_;
+}
+
+void ComboGridForm::Type(const std::wstring& text) {
+    for (wchar_t character : text) {
+        const SHORT scan = VkKeyScanW(character);
+        ASSERT_NE(-1, scan) << "no key for character " << static_cast<int>(character);
+        std::vector<int> held;
+        if (HIBYTE(scan) & 1) held.push_back(VK_SHIFT);
+        Press(LOBYTE(scan), held);
+    }
+}
+
+void ComboGridForm::GoTo(int row, int col) {
+    Put(grid.get(), L"Row", {Variant(row)});
+    Put(grid.get(), L"Col", {Variant(col)});
+    SetFocus(InnerGrid());
+    Pump();
+    Log();
+}
+
+void ComboGridForm::Click(int row, int col, bool twice) {
+    const auto inner = Call(grid.get(), L"Grid").ToObject<IDispatch>();
+    const HDC dc = GetDC(nullptr);
+    const int dpiX = GetDeviceCaps(dc, LOGPIXELSX);
+    const int dpiY = GetDeviceCaps(dc, LOGPIXELSY);
+    ReleaseDC(nullptr, dc);
+    // A few pixels into the cell, past the border that RowPos and ColPos count from.
+    const int x = static_cast<int>(*Call(inner.get(), L"ColPos", {Variant(col)}).ToLong()) * dpiX / 1440 + 4;
+    const int y = static_cast<int>(*Call(inner.get(), L"RowPos", {Variant(row)}).ToLong()) * dpiY / 1440 + 4;
+    POINT corner{x, y};
+    RECT outer{};
+    GetWindowRect(InnerGrid(), &outer);
+    corner.x += outer.left;
+    corner.y += outer.top;
+    SetCursorPos(corner.x, corner.y);
+    ScreenToClient(InnerGrid(), &corner);
+    const LPARAM where = MAKELPARAM(corner.x, corner.y);
+    Pump();
+    PostMessageW(InnerGrid(), WM_LBUTTONDOWN, MK_LBUTTON, where);
+    PostMessageW(InnerGrid(), WM_LBUTTONUP, 0, where);
+    if (twice) {
+        PostMessageW(InnerGrid(), WM_LBUTTONDBLCLK, MK_LBUTTON, where);
+        PostMessageW(InnerGrid(), WM_LBUTTONUP, 0, where);
+    }
+    Pump();
+}
+
+Text ComboGridForm::Cell(int row, int col) const {
+    return *Call(grid.get(), L"TextMatrix", {Variant(row), Variant(col)}).ToText();
+}
+
+void ComboGridForm::SetCell(int row, int col, const char16_t* text) {
+    Put(grid.get(), L"TextMatrix", {Variant(row), Variant(col), Variant(text)});
+}
+
+long ComboGridForm::Number(const wchar_t* property) const { return *Call(grid.get(), property).ToLong(); }
+
+std::string ComboGridForm::Current() const {
+    return std::to_string(Number(L"Row")) + "," + std::to_string(Number(L"Col"));
+}
+
+ComPtr<IDispatch> ComboGridForm::List(int col) const {
+    return Call(grid.get(), L"Lists", {Variant(col)}).ToObject<IDispatch>();
+}
+
+HWND ComboGridForm::Frame() const {
+    const HWND frame = ChildOfClass(container.ControlWindow(), L"QvxEditorFrame");
+    return frame && IsWindowVisible(frame) ? frame : nullptr;
+}
+
+HWND ComboGridForm::InnerGrid() const {
+    HWND child = nullptr;
+    while ((child = FindWindowExW(container.ControlWindow(), child, nullptr, nullptr)) != nullptr) {
+        wchar_t className[64]{};
+        GetClassNameW(child, className, 64);
+        if (std::wstring(className) != L"QvxEditorFrame") return child;
+    }
+    return nullptr;
+}
+
+std::string ComboGridForm::Log(const std::vector<DISPID>& without) {
+    std::ostringstream log;
+    for (const auto& event : events->events) {
+        if (std::find(without.begin(), without.end(), event.id) != without.end()) continue;
+        log << event.id << "(";
+        const char* separator = "";
+        for (const Variant& argument : event.arguments) {
+            log << separator << Narrow(argument.ToText().value_or(u"?"));
+            separator = ", ";
+        }
+        log << ")\n";
+    }
+    events->events.clear();
+    return log.str();
+}
+
+}  // namespace qvx::test

@@ -1,0 +1,72 @@
+// A form with one ComboGrid on it, driven by a keyboard as a person would: keys go through the system's input, the
+// control is asked for them first as a container does.
+#pragma once
+
+#include <windows.h>
+
+#include <olectl.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/container.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::test {
+
+// Dispatch numbers of the control's events.
+namespace grid_event {
+constexpr DISPID beforeCellChange = 1;
+constexpr DISPID afterCellChange = 2;
+constexpr DISPID onError = 3;
+constexpr DISPID listChange = 4;
+constexpr DISPID listClick = 5;
+constexpr DISPID enterCell = 7;
+constexpr DISPID leaveCell = 8;
+}  // namespace grid_event
+
+class ComboGridForm {
+  public:
+    // Columns: No (fixed), Name, Qty (digits), Rate (numbers), Month (dates, mmm/yyyy), Item (list only: Apple, Banana,
+    // Cherry), Locked (inactive), Skip (non-focus), Key (invisible); two data rows. `changes` replaces stored values.
+    enum Columns { no, name, qty, rate, month, item, locked, skip, key };
+    explicit ComboGridForm(const std::vector<std::pair<std::wstring, Variant>>& changes = {}, bool userMode = true);
+    ~ComboGridForm();
+
+    // The current cell, with the focus on the grid.
+    void GoTo(int row, int col);
+    // Text by its keys, letter by letter.
+    void Type(const std::wstring& text);
+    // A key with the given ones held (VK_SHIFT and so on). True when the container was left to use it.
+    bool Press(int virtualKey, const std::vector<int>& held = {});
+    // The left button on a cell of the inner grid.
+    void Click(int row, int col, bool twice = false);
+    void Pump();
+
+    Text Cell(int row, int col) const;
+    void SetCell(int row, int col, const char16_t* text);
+    long Number(const wchar_t* property) const;
+    // "row,col"
+    std::string Current() const;
+    ComPtr<IDispatch> List(int col) const;
+    // The editor's frame while it is shown, else null; the combo in it that has the focus, as a window.
+    HWND Frame() const;
+    HWND InnerGrid() const;
+    // Events since the last call, one a line: number, then arguments; those in `without` left out.
+    std::string Log(const std::vector<DISPID>& without = {grid_event::listChange, grid_event::enterCell,
+                                                          grid_event::leaveCell, DISPID_KEYDOWN});
+
+    Container container;
+    ComPtr<IDispatch> grid;
+    ComPtr<EventRecorder> events;
+    Connection* connection = nullptr;
+
+  private:
+    void Send(int virtualKey, bool down);
+    bool leftToContainer_ = false;
+};
+
+// The by-reference Boolean that is the event's last argument.
+void Answer(DISPPARAMS& arguments, bool value);
+
+}  // namespace qvx::test
