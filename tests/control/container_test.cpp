@@ -8,6 +8,7 @@
 
 #include "Qvx.h"
 #include "com/font_object.h"
+#include "tests/support/late_bound_object.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::test {
@@ -328,28 +329,6 @@ TEST_F(ButtonEvents, AFailingHandlerDoesNotHurt) {
 
 // --- The host's part in defaults ---
 
-struct FakeObject final : ComObject<IDispatch> {
-    std::map<std::wstring, Variant> members;
-    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-        *count = 0;
-        return S_OK;
-    }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
-        const auto found = members.find(names[0]);
-        if (found == members.end()) return DISP_E_UNKNOWNNAME;
-        *ids = static_cast<DISPID>(std::distance(members.begin(), found)) + 1;
-        return S_OK;
-    }
-    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
-        *result = Variant(std::next(members.begin(), member - 1)->second).detach();
-        return S_OK;
-    }
-
-  private:
-    ~FakeObject() override = default;
-};
-
 TEST(HostDefaults, CaptionIsTheDisplayName) {
     const auto captionIn = [](Container::Options options) {
         Container container(std::move(options));
@@ -359,7 +338,7 @@ TEST(HostDefaults, CaptionIsTheDisplayName) {
     EXPECT_EQ(u"Thing1", captionIn(RunMode()));
     EXPECT_EQ(u"", captionIn({}));
     // A host without ambient properties may still have given the control a name.
-    auto extended = MakeObject<FakeObject>();
+    auto extended = MakeObject<LateBoundObject>();
     extended->members[L"Name"] = Variant(u"cmdOk");
     Container::Options named;
     named.extended = extended;

@@ -126,6 +126,32 @@ TEST_F(Registration, LeavesOthersValuesAlone) {
     RegDeleteKeyW(HKEY_CURRENT_USER, path.c_str());
 }
 
+// A host whose manifest names ours creates the controls on a machine where nothing is registered.
+TEST_F(Registration, IsNotNeededByHostsWithAManifest) {
+    const std::wstring server = ServerUnderTest::Get().Path();
+    const std::wstring manifest = server.substr(0, server.find_last_of(L"\\/") + 1) + L"Qvx.manifest";
+    ACTCTXW request{};
+    request.cbSize = sizeof request;
+    request.lpSource = manifest.c_str();
+    const HANDLE context = CreateActCtxW(&request);
+    ASSERT_NE(INVALID_HANDLE_VALUE, context) << "error " << GetLastError();
+    for (const auto& control : ServerUnderTest::Get().Controls()) {
+        ComPtr<IOleObject> object;
+        CLSID id = CLSID_NULL;
+        const std::wstring program = L"Qvx." + control.name;
+        ULONG_PTR cookie = 0;
+        ASSERT_TRUE(ActivateActCtx(context, &cookie));
+        EXPECT_EQ(S_OK, CLSIDFromProgID(program.c_str(), &id));
+        // The system gives the program identifier an alias of the class that is good in this context.
+        EXPECT_EQ(S_OK, CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IOleObject, object.put_void()));
+        DeactivateActCtx(0, cookie);
+        ASSERT_TRUE(object);
+        EXPECT_EQ(S_OK, object->GetUserClassID(&id));
+        EXPECT_TRUE(id == control.id);
+    }
+    ReleaseActCtx(context);
+}
+
 TEST(Server, RefusesAggregationAndUnknownInterfaces) {
     const auto& server = ServerUnderTest::Get();
     for (const auto& control : server.Controls()) {

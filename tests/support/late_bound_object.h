@@ -1,0 +1,47 @@
+// An object of a host's, reachable by names: a form, an extended control.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <iterator>
+#include <map>
+#include <string>
+
+#include "com/object.h"
+#include "com/variant.h"
+
+namespace qvx::test {
+
+class LateBoundObject final : public ComObject<IDispatch> {
+  public:
+    std::map<std::wstring, Variant> members;
+
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
+        *count = 0;
+        return S_OK;
+    }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+        const auto found = members.find(names[0]);
+        if (found == members.end()) return DISP_E_UNKNOWNNAME;
+        *ids = static_cast<DISPID>(std::distance(members.begin(), found)) + 1;
+        return S_OK;
+    }
+    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result, EXCEPINFO*,
+                        UINT*) override {
+        Variant& value = std::next(members.begin(), member - 1)->second;
+        if (flags & DISPATCH_PROPERTYPUT) {
+            value = Variant(arguments->rgvarg[0]);
+        } else {
+            *result = Variant(value).detach();
+        }
+        return S_OK;
+    }
+
+  private:
+    ~LateBoundObject() override = default;
+};
+
+}  // namespace qvx::test
