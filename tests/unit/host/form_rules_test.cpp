@@ -2,6 +2,7 @@
 
 #include "common/keys.h"
 #include "common/run_time_error.h"
+#include "host/form_font.h"
 #include "host/menu_model.h"
 #include "host/options.h"
 #include "host/saved_properties.h"
@@ -87,6 +88,29 @@ TEST(MergeSaved, RewritingFollowsTheControlsOrderAndIsStable) {
     FormFile again = FormFile::Parse(once);
     MergeSaved(*again.form.Objects()[0], GridAsLoaded(), GridAsLoaded(), gridKeys, MergeMode::everything);
     EXPECT_EQ(again.Write(), once);
+}
+
+TEST(FormFont, ComesBackAndTakesNonsenseFromItsBase) {
+    FontSpec font;
+    font.face = u"Tahoma";
+    font.points = 9.75;
+    font.weight = 700;
+    font.italic = true;
+    font.charset = 238;
+    FormFile file = FormFile::Parse("Begin Form f\nEnd\n");
+    SavedProperties saved;
+    saved.AddGroup(u"Font", SaveFont(font));
+    MergeSaved(file.form, {}, saved, {}, MergeMode::changes);
+    ASSERT_TRUE(IsFontBlock(*file.form.FindGroup(u"Font")));
+    EXPECT_EQ(ReadFont(*file.form.FindGroup(u"Font"), FontSpec()), font);
+
+    const FormFile odd = FormFile::Parse(
+        "Begin Form f\nBeginProperty Font {11111111-2222-3333-4444-555555555555}\n"
+        "Size = -4\nWeight = 5000\nCharset = 300\nUnderline = -1\nEndProperty\nEnd\n");
+    EXPECT_FALSE(IsFontBlock(*odd.form.FindGroup(u"Font")));
+    FontSpec expected = font;
+    expected.underline = true;
+    EXPECT_EQ(ReadFont(*odd.form.FindGroup(u"Font"), font), expected);
 }
 
 TEST(Options, ReadsTheCommandLine) {

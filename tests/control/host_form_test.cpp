@@ -1,0 +1,235 @@
+// Whole forms in the forms host, with controls of the server under test on them.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "host/form_window.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::host {
+namespace {
+
+std::string Bytes(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file) << path;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A form without a script beside it in files: both are given as text. What the script has to say it puts into Form.Tag.
+class HostFormTest : public ::testing::Test {
+  protected:
+    HostFormTest() {
+        source_.UseFile(Text(FromWide(test::ServerUnderTest::Get().Path())));
+        wchar_t folder[MAX_PATH];
+        GetTempPathW(MAX_PATH, folder);
+        folder_ = FromWide(folder);
+    }
+    ~HostFormTest() override {
+        form_.reset();
+        // The last form of a program ends its message loop; there are more tests to come.
+        MSG message;
+        PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+    }
+
+    void Load(const std::string& text) {
+        form_ = std::make_unique<HostForm>(FormFile::Parse(text), options_, folder_, source_, reporter_);
+        form_->Build();
+    }
+    bool Start(TextView script) { return form_->Start(u"test.vbs", script); }
+    void Load(const std::string& text, TextView script) {
+        Load(text);
+        ASSERT_TRUE(Start(script));
+    }
+    Text Said() { return form_->Tag(); }
+    Text ActiveName() {
+        form_->FollowFocus();
+        return form_->Active() ? form_->Active()->Title() : Text();
+    }
+    bool Key(UINT message, WPARAM key) {
+        MSG input{};
+        input.hwnd = GetFocus();
+        input.message = message;
+        input.wParam = key;
+        input.lParam = message == WM_SYSCHAR ? 1 << 29 : 1;
+        return form_->TranslateKey(input);
+    }
+    std::string SavedBytes() {
+        const Text path = folder_ + u"qvx_host_test.frm";
+        form_->Save(path);
+        return Bytes(std::string(path.begin(), path.end()));
+    }
+
+    Options options_;
+    ClassSource source_;
+    Reporter reporter_{true};
+    Text folder_;
+    std::unique_ptr<HostForm> form_;
+};
+
+const std::string fieldsAndButtons =
+    "Begin Form f\n"
+    "  Caption = \"Fields\"\n  ClientWidth = 6000\n  ClientHeight = 3000\n"
+    "  Begin TextBox txtLast\n    TabIndex = 9\n    Text = \"last\"\n  End\n"
+    "  Begin Frame fraBox\n    TabIndex = 0\n    Left = 1500\n    Width = 3000\n    Height = 2000\n"
+    "    Begin Label lblFirst\n      Caption = \"&First\"\n      TabIndex = 1\n    End\n"
+    "    Begin TextBox txtItem\n      Index = 0\n      TabIndex = 2\n      Left = 900\n    End\n"
+    "    Begin TextBox txtItem\n      Index = 4\n      TabIndex = 3\n      Left = 1800\n    End\n"
+    "  End\n"
+    "  Begin TextBox txtHidden\n    TabIndex = 4\n    Visible = 0 'False\n  End\n"
+    "  Begin TextBox txtSkipped\n    TabIndex = 5\n    TabStop = 0 'False\n    Top = 600\n  End\n"
+    "  Begin Qvx.Button cmdGo\n    TabIndex = 6\n    Caption = \"&Go\"\n    Default = -1 'True\n    Top = 1200\n    "
+    "Width = 900\n"
+    "    Tag = \"extra\"\n  End\n"
+    "  Begin Menu mnuA\n    Caption = \"A\"\n    Begin Menu mnuB\n      Caption = \"B\"\n      Shortcut = ^B\n    "
+    "End\n  End\n"
+    "End\n";
+
+TEST_F(HostFormTest, ScriptsSeeTheFormAndItsControls) {
+    Load(fieldsAndButtons,
+         u"Sub Form_Load()\n"
+         u"  Dim c, all\n"
+         u"  For Each c In f.Controls\n    all = all & c.Name & \" \"\n  Next\n"
+         u"  all = all & f.Controls.Count & \" \" & f.Controls(\"cmdgo\").Tag & \" \" & f.Controls(0).Name\n"
+         u"  all = all & \" \" & txtItem(4).Index & txtItem.Count & txtItem.UBound & f.txtItem(0).Container.Name\n"
+         u"  all = all & \" \" & cmdGo.Caption & cmdGo.Behavior & cmdGo.Parent.Caption & \" \" & txtLast & "
+         u"mnuB.Caption\n"
+         u"  cmdGo.Left = cmdGo.Left + 150\n"
+         u"  all = all & \" \" & cmdGo.Left & \" \" & TypeName(cmdGo.Object)\n"
+         u"  f.Tag = all\n"
+         u"End Sub\n");
+    EXPECT_EQ(Said().substr(0, Said().rfind(u' ')),
+              u"txtLast fraBox lblFirst txtItem txtItem txtHidden txtSkipped cmdGo 8 extra txtLast 424fraBox "
+              u"&Go2Fields lastB 150");
+    EXPECT_EQ(reporter_.Errors(), 0);
+}
+
+TEST_F(HostFormTest, TabAndAccessKeysMoveTheFocus) {
+    Load(fieldsAndButtons, u"");
+    EXPECT_EQ(ActiveName(), u"txtItem(0)");
+    for (const TextView next : {u"txtItem(4)", u"cmdGo", u"txtLast", u"txtItem(0)"}) {
+        EXPECT_TRUE(Key(WM_KEYDOWN, VK_TAB));
+        EXPECT_EQ(ActiveName(), next);
+    }
+    EXPECT_FALSE(Key(WM_SYSCHAR, 'q'));
+    EXPECT_TRUE(Key(WM_SYSCHAR, 'g'));
+    EXPECT_EQ(ActiveName(), u"cmdGo");
+    EXPECT_TRUE(Key(WM_SYSCHAR, 'F'));  // a label's key is for the field behind it
+    EXPECT_EQ(ActiveName(), u"txtItem(0)");
+}
+
+TEST_F(HostFormTest, EventsReachTheScript) {
+    Load(fieldsAndButtons,
+         u"Sub cmdGo_Click()\n f.Tag = f.Tag & \"click \"\nEnd Sub\n"
+         u"Sub txtItem_Change(Index)\n f.Tag = f.Tag & Index & txtItem(Index).Text & \" \"\nEnd Sub\n"
+         u"Sub txtItem_LostFocus(Index)\n f.Tag = f.Tag & \"lost\" & Index & \" \"\nEnd Sub\n"
+         u"Sub txtItem_GotFocus(Index)\n f.Tag = f.Tag & \"got\" & Index & \" \"\nEnd Sub\n");
+    test::Put(form_->FindControl(u"cmdGo")->Extended(), L"Value", {Variant(true)});
+    SetWindowTextW(form_->FindControl(u"txtItem", 4)->Window(), L"x");
+    EXPECT_TRUE(Key(WM_KEYDOWN, VK_RETURN));  // the default button
+    EXPECT_TRUE(Key(WM_KEYDOWN, VK_TAB));
+    EXPECT_EQ(Said(), u"got0 click 4x click lost0 got4 ");
+    EXPECT_EQ(reporter_.Errors(), 0);
+}
+
+TEST_F(HostFormTest, ADisabledOrHiddenControlGetsNoKeys) {
+    Load(fieldsAndButtons, u"Sub cmdGo_Click()\n f.Tag = \"click\"\nEnd Sub\n");
+    test::Put(form_->FindControl(u"cmdGo")->Extended(), L"Enabled", {Variant(false)});
+    test::Put(form_->FindControl(u"txtItem", 4)->Extended(), L"Visible", {Variant(false)});
+    Key(WM_KEYDOWN, VK_RETURN);
+    Key(WM_SYSCHAR, 'g');
+    EXPECT_EQ(Said(), u"");
+    EXPECT_TRUE(Key(WM_KEYDOWN, VK_TAB));
+    EXPECT_EQ(ActiveName(), u"txtLast");
+}
+
+TEST_F(HostFormTest, UnloadMayBeRefused) {
+    Load("Begin Form f\nEnd\n",
+         u"Sub Form_Unload(Cancel)\n f.Tag = f.Tag & \"asked \"\n If Len(f.Tag) < 10 Then Cancel = True\nEnd Sub\n");
+    SendMessageW(form_->Handle(), WM_CLOSE, 0, 0);
+    ASSERT_NE(form_->Handle(), nullptr);
+    SendMessageW(form_->Handle(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(form_->Handle(), nullptr);
+    EXPECT_EQ(Said(), u"asked asked ");
+}
+
+TEST_F(HostFormTest, ObjectsThatOutliveTheFormSayItIsGone) {
+    Load(fieldsAndButtons);
+    const ComPtr<IDispatch> form(form_->Automation());
+    const ComPtr<IDispatch> button(form_->FindControl(u"cmdGo")->Extended());
+    const auto controls = test::Call(form.get(), L"Controls").ToObject<IDispatch>();
+    form_.reset();
+    constexpr auto objectNotSet = static_cast<HRESULT>(0x800A005B);
+    EXPECT_EQ(test::Invoke(form.get(), L"Caption", DISPATCH_PROPERTYGET).scode, objectNotSet);
+    EXPECT_EQ(test::Invoke(button.get(), L"Left", DISPATCH_PROPERTYGET).scode, objectNotSet);
+    EXPECT_EQ(test::Invoke(controls.get(), L"Count", DISPATCH_PROPERTYGET).scode, objectNotSet);
+}
+
+TEST_F(HostFormTest, SampleFormsAreSavedAsTheyWere) {
+    for (const char* name : {"first", "invoice"}) {
+        for (const bool design : {false, true}) {
+            SCOPED_TRACE(name);
+            options_.design = design;
+            const std::string bytes = Bytes(std::string(QVX_SOURCE_DIR "/samples/") + name + ".frm");
+            Load(bytes);
+            EXPECT_EQ(SavedBytes(), bytes);
+        }
+    }
+}
+
+TEST_F(HostFormTest, ARewrittenFormIsStable) {
+    options_.rewrite = true;
+    Load(Bytes(QVX_SOURCE_DIR "/samples/invoice.frm"));
+    const std::string once = SavedBytes();
+    EXPECT_EQ(SavedBytes(), once);
+    Load(once);
+    EXPECT_EQ(SavedBytes(), once);
+    EXPECT_NE(once.find("ListColumns     =   \";Article;\""), std::string::npos);
+    EXPECT_NE(once.find("AutoAddNew      =   -1  'True"), std::string::npos);
+}
+
+TEST_F(HostFormTest, AChangeOfAControlGoesToItsLine) {
+    Load(fieldsAndButtons);
+    const auto button = form_->FindControl(u"cmdGo")->Extended();
+    test::Put(button, L"Caption", {Variant(u"&Stop")});
+    test::Put(button, L"Width", {Variant(1200)});
+    test::Put(button, L"FocusRect", {Variant(false)});
+    std::string expected = fieldsAndButtons;
+    const auto replace = [&](const std::string& what, const std::string& with) {
+        const std::size_t at = expected.find(what, expected.find("cmdGo"));
+        ASSERT_NE(at, std::string::npos);
+        expected.replace(at, what.size(), with);
+    };
+    replace("\"&Go\"", "\"&Stop\"");
+    replace("Width = 900", "Width = 1200");
+    replace("Tag = \"extra\"\n", "Tag = \"extra\"\n    FocusRect       =   0   'False\n");
+    EXPECT_EQ(SavedBytes(), expected);
+}
+
+TEST_F(HostFormTest, FormsThatCannotBeBuiltNameTheLine) {
+    const struct {
+        const char* text;
+        int line;
+    } cases[] = {
+        {"Begin Dialog f\nEnd\n", 1},
+        {"Begin Form f\nBegin Slider a\nEnd\nEnd\n", 2},
+        {"Begin Form f\nBegin Nobody.Knows a\nEnd\nEnd\n", 2},
+        {"Begin Form f\nBegin Label a\nEnd\nBegin TextBox A\nEnd\nEnd\n", 4},
+        {"Begin Form f\nBegin Label a\nIndex = 1\nEnd\nBegin Label a\nIndex = 1\nEnd\nEnd\n", 5},
+        {"Begin Form f\nBegin Label a\nBegin Label b\nEnd\nEnd\nEnd\n", 3},
+        {"Begin Form f\nBegin Label F\nEnd\nEnd\n", 2},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        try {
+            Load(c.text);
+            ADD_FAILURE() << "was built";
+        } catch (const FormFileError& error) {
+            EXPECT_EQ(error.Line(), c.line);
+        }
+        form_.reset();
+    }
+}
+
+}  // namespace
+}  // namespace qvx::host

@@ -1,0 +1,235 @@
+// The forms host's way into and out of scripts and property bags.
+#include <gtest/gtest.h>
+
+#include "com/font_object.h"
+#include "host/form_font.h"
+#include "host/named_object.h"
+#include "host/property_bag_object.h"
+#include "host/script_engine_object.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::host {
+namespace {
+
+using test::Invoke;
+
+class Script {
+  public:
+    explicit Script(const char16_t* file, const char16_t* source)
+        : engine_(nullptr, [this](const ScriptError& error) { errors.push_back(error); }) {
+        engine_.Open(file);
+        ran = engine_.Run(source);
+    }
+    ScriptEngine* operator->() { return &engine_; }
+
+    std::vector<ScriptError> errors;
+    bool ran = false;
+
+  private:
+    ScriptEngine engine_;
+};
+
+VARIANT Reference(VARTYPE type, void* variable) {
+    VARIANT reference{};
+    reference.vt = static_cast<VARTYPE>(VT_BYREF | type);
+    reference.byref = variable;
+    return reference;
+}
+
+TEST(HostScript, TypedReferencesComeBackFromAScript) {
+    Script script(u"a.vbs",
+                  u"Sub Change(B, I, L, D, S, V)\n"
+                  u"  B = True : I = I + 1 : L = L * 2 : D = D / 4 : S = S & \"!\" : V = \"was \" & V\n"
+                  u"End Sub\n");
+    ASSERT_TRUE(script.ran);
+    VARIANT_BOOL flag = VARIANT_FALSE;
+    SHORT integer = 41;
+    LONG number = -5;
+    double real = 3;
+    BSTR text = SysAllocString(L"hey");
+    Variant value(7);
+    std::vector<VARIANT> arguments = {Reference(VT_BOOL, &flag), Reference(VT_I2, &integer),
+                                      Reference(VT_I4, &number), Reference(VT_R8, &real),
+                                      Reference(VT_BSTR, &text), Reference(VT_VARIANT, value.ptr())};
+    std::vector<VARIANT*> pointers;
+    for (VARIANT& argument : arguments) pointers.push_back(&argument);
+    EXPECT_TRUE(script->Call(u"Change", pointers));
+    EXPECT_EQ(flag, VARIANT_TRUE);
+    EXPECT_EQ(integer, 42);
+    EXPECT_EQ(number, -10);
+    EXPECT_EQ(real, 0.75);
+    EXPECT_EQ(Text(FromBstr(text)), u"hey!");
+    EXPECT_EQ(value.ToText(), u"was 7");
+    SysFreeString(text);
+}
+
+TEST(HostScript, AnAnswerOfAnotherTypeLeavesTheCallersVariableAlone) {
+    Script script(u"a.vbs", u"Sub Change(L)\n L = \"many\"\nEnd Sub\n");
+    LONG number = 5;
+    VARIANT argument = Reference(VT_I4, &number);
+    EXPECT_TRUE(script->Call(u"Change", {&argument}));
+    EXPECT_EQ(number, 5);
+}
+
+TEST(HostScript, JScriptAnswersByReturning) {
+    Script script(u"a.js",
+                  u"function Veto(row, cancel) { return row == 3; }\n"
+                  u"function Silent(row, cancel) { cancel = true; }\n");
+    ASSERT_TRUE(script.ran);
+    for (const LONG row : {3L, 4L}) {
+        VARIANT_BOOL cancel = VARIANT_FALSE;
+        VARIANT first = Variant(row).detach();
+        VARIANT second = Reference(VT_BOOL, &cancel);
+        EXPECT_TRUE(script->Call(u"Veto", {&first, &second}));
+        EXPECT_EQ(cancel != VARIANT_FALSE, row == 3);
+        EXPECT_TRUE(script->Call(u"Silent", {&first, &second}));
+        EXPECT_EQ(cancel != VARIANT_FALSE, row == 3);
+    }
+    EXPECT_FALSE(script->Has(u"veto"));
+    EXPECT_TRUE(script->Call(u"Missing", {}));
+    EXPECT_TRUE(script.errors.empty());
+}
+
+TEST(HostScript, ErrorsNameTheirLineOnce) {
+    Script broken(u"a.vbs", u"Sub A()\nEnd Sub\nSub (\n");
+    EXPECT_FALSE(broken.ran);
+    ASSERT_EQ(broken.errors.size(), 1u);
+    EXPECT_EQ(broken.errors[0].line, 3);
+
+    Script failing(u"a.vbs", u"Sub A()\n  Dim x\n  x = 1\n  x.Nothing\nEnd Sub\n");
+    ASSERT_TRUE(failing.ran);
+    EXPECT_FALSE(failing->Call(u"A", {}));
+    ASSERT_EQ(failing.errors.size(), 1u);
+    EXPECT_EQ(failing.errors[0].line, 4);
+    EXPECT_FALSE(failing.errors[0].message.empty());
+
+    EXPECT_THROW(Script(u"a.txt", u""), std::exception);
+}
+
+class Counter final : public NamedObject {
+  public:
+    Counter() {
+        AddProperty(u"Value", [this](const Call& call) {
+            if (call.put) value_ = call.LongValue();
+            return Variant(value_);
+        });
+        SetDefaultMember(u"Value");
+        AddReadOnly(u"Half", [this](const Call&) { return Variant(value_ / 2); });
+        AddMethod(u"Add", [this](const Call& call) {
+            value_ += call.Long(0) * (call.Has(1) ? call.Long(1) : 1);
+            return Variant();
+        });
+    }
+
+  private:
+    ~Counter() override = default;
+    long value_ = 0;
+};
+
+TEST(NamedObject, AnswersLateBoundCalls) {
+    const auto counter = MakeObject<Counter>();
+    test::Put(counter.get(), L"value", {Variant(u"12")});
+    test::Call(counter.get(), L"Add", {Variant(3), Variant(2)});
+    test::Call(counter.get(), L"ADD", {Variant(1), Variant::Missing()});
+    EXPECT_EQ(test::Call(counter.get(), L"Value").ToLong(), 19);
+    EXPECT_EQ(test::Call(counter.get(), L"Half").ToLong(), 9);
+
+    VARIANT text = Variant(u"x").detach();
+    EXPECT_EQ(Invoke(counter.get(), L"Add", DISPATCH_METHOD).scode, static_cast<HRESULT>(0x800A01C1));
+    EXPECT_EQ(Invoke(counter.get(), L"Add", DISPATCH_METHOD, {text}).scode, static_cast<HRESULT>(0x800A000D));
+    EXPECT_EQ(Invoke(counter.get(), L"Half", DISPATCH_PROPERTYPUT, {text}).result, DISP_E_MEMBERNOTFOUND);
+    VariantClear(&text);
+    OLECHAR unknown[] = L"Nobody";
+    OLECHAR* name = unknown;
+    DISPID id = 0;
+    EXPECT_EQ(counter->GetIDsOfNames(IID_NULL, &name, 1, 0, &id), DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(id, DISPID_UNKNOWN);
+}
+
+TEST(PropertyBags, ReadingConvertsToTheTypeHintedAt) {
+    const FormFile file = FormFile::Parse(
+        "Begin A b\n Count = 3\n Color = &H80000012&\n Flag = -1 'True\n Word = \"12\"\n Size = 8.5\n"
+        " BeginProperty Font\n  Name = \"Tahoma\"\n  Italic = -1 'True\n EndProperty\nEnd\n");
+    FontSpec base;
+    base.points = 12;  // a whole number of pixels: the system rounds others
+    const auto bag = MakeObject<ReadingBag>(file.form, Text(), base, nullptr);
+    const struct {
+        const wchar_t* name;
+        VARTYPE hint;
+        HRESULT result;
+        VARTYPE type;
+        double number;
+    } cases[] = {
+        {L"count", VT_EMPTY, S_OK, VT_I4, 3},
+        {L"Count", VT_I2, S_OK, VT_I2, 3},
+        {L"Count", VT_BOOL, S_OK, VT_BOOL, -1},
+        {L"Color", VT_UI4, S_OK, VT_UI4, 2147483666.0},
+        {L"Color", VT_I4, S_OK, VT_I4, -2147483630.0},
+        {L"Color", VT_I2, E_INVALIDARG, VT_I2, 0},
+        {L"Flag", VT_EMPTY, S_OK, VT_BOOL, -1},
+        {L"Word", VT_I4, S_OK, VT_I4, 12},
+        {L"Size", VT_R4, S_OK, VT_R4, 8.5},
+        {L"Missing", VT_I4, E_INVALIDARG, VT_I4, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.hint);
+        Variant value;
+        value.ptr()->vt = c.hint;
+        EXPECT_EQ(bag->Read(c.name, value.ptr(), nullptr), c.result);
+        EXPECT_EQ(value.Type(), c.type);
+        if (c.result == S_OK) {
+            EXPECT_EQ(value.To(VT_R8)->get().dblVal, c.number);
+        } else {
+            value.ptr()->vt = VT_EMPTY;
+        }
+    }
+    Variant font;
+    ASSERT_EQ(bag->Read(L"Font", font.put(), nullptr), S_OK);
+    const FontSpec read = ReadFontObject(font.ToObject<IUnknown>().get());
+    EXPECT_EQ(read.face, u"Tahoma");
+    EXPECT_TRUE(read.italic);
+    EXPECT_EQ(read.points, 12);
+    EXPECT_EQ(bag->Asked().front(), u"count");
+}
+
+TEST(PropertyBags, WritingKeepsTheOrderAndRefusesWhatALineCannotHold) {
+    SavedProperties saved;
+    const auto bag = MakeObject<WritingBag>(saved, nullptr);
+    FontSpec spec;
+    spec.face = u"Tahoma";
+    const auto font = MakeFontObject(spec);
+    Variant values[] = {Variant(u"a\r\nb"), Variant(true), Variant(short{-3}), Variant(2.5),
+                        Variant(static_cast<IDispatch*>(font.get()))};
+    const wchar_t* names[] = {L"Text", L"Flag", L"Small", L"Real", L"Font"};
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(bag->Write(names[i], values[i].ptr()), S_OK);
+    Variant color;
+    color.ptr()->vt = VT_UI4;
+    color.ptr()->ulVal = 0x80000005;
+    EXPECT_EQ(bag->Write(L"BackColor", color.ptr()), S_OK);
+    EXPECT_EQ(bag->Write(L"two words", values[0].ptr()), E_INVALIDARG);
+    Variant object(static_cast<IDispatch*>(MakeObject<Counter>().get()));
+    EXPECT_EQ(bag->Write(L"Object", object.ptr()), DISP_E_TYPEMISMATCH);
+
+    FormFile file = FormFile::Parse("Begin A b\nEnd\n");
+    MergeSaved(file.form, {}, saved, {}, MergeMode::changes);
+    EXPECT_EQ(file.Write(),
+              "Begin A b\n"
+              "   Text            =   \"a\" & Chr(13) & Chr(10) & \"b\"\n"
+              "   Flag            =   -1  'True\n"
+              "   Small           =   -3\n"
+              "   Real            =   2.5\n"
+              "   BeginProperty Font {0BE35203-8F91-11CE-9DE3-00AA004BB851}\n"
+              "      Name            =   \"Tahoma\"\n"
+              "      Size            =   8.25\n"
+              "      Charset         =   0\n"
+              "      Weight          =   400\n"
+              "      Underline       =   0   'False\n"
+              "      Italic          =   0   'False\n"
+              "      Strikethrough   =   0   'False\n"
+              "   EndProperty\n"
+              "   BackColor       =   &H80000005&\n"
+              "End\n");
+}
+
+}  // namespace
+}  // namespace qvx::host
