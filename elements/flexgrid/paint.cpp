@@ -17,13 +17,16 @@ bool HasLineBreak(TextView text) { return text.find_first_of(u"\r\n") != TextVie
 // captions.
 TextView Trimmed(TextView text) { return text.substr(0, text.find_last_not_of(u' ') + 1); }
 
-// Where a cell's text goes in its area.
+// Where a cell's text goes in its area. A line of text in a row made for one line lies in the same place whichever way
+// it is aligned.
 Rect TextRoom(const Grid& grid, const Rect& area, bool fixed) {
-    const int margin = Scaled(cellMarginAcross, grid.Metrics().Resolution().x);
+    const Dpi dpi = grid.Metrics().Resolution();
+    const int across = Scaled(cellMarginAcross, dpi.x);
+    const int down = Scaled(1, dpi.y);
     const int line = LineWidth(grid, fixed);
     const bool mirrored = grid.RightToLeft();
-    return {area.left + margin + (mirrored ? line : 0), area.top, area.right - margin - (mirrored ? 0 : line),
-            area.bottom - line};
+    return {area.left + across + (mirrored ? line : 0), area.top + down, area.right - across - (mirrored ? 0 : line),
+            area.bottom - line - down};
 }
 
 // How one cell's text is drawn.
@@ -369,11 +372,12 @@ bool IsCut(const Grid& grid, const View& view, Surface& surface, int row, int co
     Text scratch;
     const TextView text = Trimmed(grid.Cell(row, col).AsWide(scratch));
     const bool fixed = row < grid.FixedRows() || col < grid.FixedCols();
-    const Rect room = TextRoom(grid, CellArea(grid, view, row, col), fixed);
+    const Rect area = CellArea(grid, view, row, col);
+    const Rect room = TextRoom(grid, area, fixed);
     const unsigned format = text_format::noPrefix | (grid.WordWrap() ? text_format::wordBreak : 0U) |
                             (HasLineBreak(text) || grid.WordWrap() ? 0U : text_format::singleLine);
     const Size size = surface.MeasureText(text, grid.FontOf(row, col), room.Width(), format);
-    return size.width > room.Width() || size.height > room.Height();
+    return size.width > room.Width() || size.height > InsideLines(grid, area, fixed).Height();
 }
 
 void Paint(const Grid& grid, const View& view, Surface& surface, const Rect& dirty) {

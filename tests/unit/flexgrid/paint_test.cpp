@@ -142,10 +142,19 @@ TEST_F(PaintTest, FormatsChangeFontColoursAndPlace) {
     grid_.SetCellAlignment(GridAlignment::rightBottom);
     grid_.SetRowHeight(1, 600);
     EXPECT_EQ(Drawn("cell", {64, 16, 100, 30}),
-              "cell \"x\" at 112,29 in (64,16,127,55) 16.5b &H000000FF on &H0000FF00\n");
+              "cell \"x\" at 112,28 in (64,16,127,55) 16.5b &H000000FF on &H0000FF00\n");
     grid_.SetEnabled(false);
     EXPECT_EQ(Drawn("cell", {128, 16, 129, 30}),
               "cell \"25\" at 176,29 in (128,16,191,55) 8.25 &H80000011 on &H80000005\n");
+}
+
+TEST_F(PaintTest, ALineInARowMadeForItStandsStillWhateverItsAlignment) {
+    for (const GridAlignment alignment :
+         {GridAlignment::leftTop, GridAlignment::leftCenter, GridAlignment::leftBottom}) {
+        grid_.SetColAlignment(1, alignment);
+        EXPECT_EQ(Drawn("cell", {64, 16, 70, 20}),
+                  "cell \"x\" at 67,17 in (64,16,127,31) 8.25 &H80000008 on &H80000005\n");
+    }
 }
 
 TEST_F(PaintTest, WrappedAndReliefTextsAndPictures) {
