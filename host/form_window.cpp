@@ -9,6 +9,7 @@
 #include "host/builtin_window.h"
 #include "host/form_font.h"
 #include "host/form_object.h"
+#include "host/image_list_object.h"
 #include "host/sited_control.h"
 #include "win/dpi.h"
 #include "win/module.h"
@@ -129,6 +130,7 @@ std::unique_ptr<FormControl> HostForm::MakeControl(Block& block, FormControl* pa
     if (const auto kind = FindBuiltIn(block.className)) {
         return std::make_unique<BuiltInControl>(*this, block, parent, *kind);
     }
+    if (SameName(block.className, u"ImageList")) return std::make_unique<ImageListControl>(*this, block, parent);
     if (block.className.find(u'.') == Text::npos) {
         throw FormFileError(block.lineNumber,
                             u"there is no class \"" + block.className + u"\" (components are called Library.Class)");

@@ -7,6 +7,7 @@
 #include "com/guard.h"
 #include "com/variant.h"
 #include "host/form_font.h"
+#include "host/image_list_object.h"
 
 namespace qvx::host {
 
@@ -116,13 +117,7 @@ HRESULT ReadingBag::ReadObject(const Block& group, VARIANT* value) {
 }
 
 HRESULT ReadingBag::ReadPicture(const Text& file, VARIANT* value) {
-    Text path = file;
-    const bool rooted = path.find(u':') != Text::npos || path.substr(0, 1) == u"\\" || path.substr(0, 1) == u"/";
-    if (!rooted) path = folder_ + u"\\" + path;
-    ComPtr<IDispatch> picture;
-    const Variant from(path);
-    const HRESULT loaded = OleLoadPictureFile(from.get(), picture.put());
-    if (FAILED(loaded)) return loaded;
+    ComPtr<IPictureDisp> picture = LoadPictureFile(folder_, file);
     if (pictures_) pictures_->insert_or_assign(picture.As<IUnknown>().get(), std::pair(picture.As<IUnknown>(), file));
     const VARTYPE wanted = value->vt;
     VariantClear(value);

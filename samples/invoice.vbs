@@ -166,6 +166,7 @@ End Sub
 ' A real program would write to its database here; this one writes to the log.
 Sub SaveInvoice()
     Dim row, count
+    cmdSave.SetFocus  ' the menu leaves a cell open that is being typed into; this finishes the entry
     If Not LinesAreComplete() Then Exit Sub
     count = 0
     For row = 1 To grdLines.Rows - 1

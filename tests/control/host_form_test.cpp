@@ -1,6 +1,7 @@
 // Whole forms in the forms host, with controls of the server under test on them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 
@@ -141,6 +142,32 @@ TEST_F(HostFormTest, ADisabledOrHiddenControlGetsNoKeys) {
     EXPECT_EQ(Said(), u"");
     EXPECT_TRUE(Key(WM_KEYDOWN, VK_TAB));
     EXPECT_EQ(ActiveName(), u"txtLast");
+}
+
+TEST_F(HostFormTest, AnImageListHoldsPicturesByNumberAndKey) {
+    const std::string toolbox = QVX_SOURCE_DIR "/host/qvxhost.ico";
+    std::string windows = "Z:" + toolbox;
+    std::replace(windows.begin(), windows.end(), '/', '\\');
+    const std::string text =
+        "Begin Form f\n  Begin ImageList iml\n    BeginProperty Images\n"
+        "      BeginProperty ListImage1\n        Key = \"one\"\n        Picture = \"" +
+        windows +
+        "\"\n"
+        "        Tag = \"t\"\n      EndProperty\n"
+        "      BeginProperty ListImage2\n      EndProperty\n    EndProperty\n  End\nEnd\n";
+    Load(text,
+         u"Sub Form_Load()\n"
+         u"  Dim i, all\n"
+         u"  iml.ListImages.Add 1, \"two\", iml.ListImages(\"ONE\").Picture\n"
+         u"  For Each i In iml.ListImages\n    all = all & i.Index & i.Key & i.Tag & \" \"\n  Next\n"
+         u"  iml.ListImages.Remove 1\n"
+         u"  f.Tag = all & iml.ListImages.Count & iml.ListImages(1).Key & (iml.ListImages(1).Picture.Type)\n"
+         u"  On Error Resume Next\n"
+         u"  iml.ListImages.Add , \"one\"\n  f.Tag = f.Tag & \" \" & Err.Number\n"
+         u"End Sub\n");
+    EXPECT_EQ(Said(), u"1two 2onet 3 2one3 457");
+    EXPECT_EQ(SavedBytes(),
+              text.substr(0, 13) + "  Tag             =   \"1two 2onet 3 2one3 457\"\n" + text.substr(13));
 }
 
 TEST_F(HostFormTest, UnloadMayBeRefused) {

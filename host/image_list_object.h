@@ -1,0 +1,52 @@
+// The host's image list: pictures under numbers and keys, for controls that put them on buttons and menus.
+//
+//     Begin ImageList imlIcons
+//        BeginProperty Images
+//           BeginProperty ListImage1
+//              Key             =   "save"
+//              Picture         =   "save.bmp"
+//           EndProperty
+//        EndProperty
+//     End
+//
+// It shows nothing itself. Scripts reach the pictures through ListImages: Count, Item(number or key), Add([Index],
+// [Key], [Picture]), Remove, Clear; an image has Index, Key, Tag and Picture. Numbers begin with 1.
+#pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+
+#include "host/form_control.h"
+
+namespace qvx::host {
+
+// The picture in a file of any format the system reads. `path` is relative to `folder` unless it begins with a drive or
+// a slash. Throws RunTimeError 53 for a file that cannot be read and ComError for one that holds no picture.
+ComPtr<IPictureDisp> LoadPictureFile(const Text& folder, const Text& path);
+
+class ImageListControl final : public FormControl {
+  public:
+    // Throws FormFileError for a picture that cannot be loaded.
+    ImageListControl(HostForm& form, Block& block, FormControl* container);
+    ~ImageListControl() override;
+
+    HWND Window() const override { return nullptr; }
+    void Focus(const MSG*) override {}
+    bool CanFocus() const override { return false; }
+    bool Enabled() const override { return true; }
+    void SetEnabled(bool) override {}
+    ComPtr<IDispatch> Inner() const override { return members_; }
+
+  protected:
+    void ApplyBounds(const RECT&) override {}
+    void ApplyVisible(bool) override {}
+    // Pictures that a script adds are the script's: the file keeps the ones it names.
+    void SaveOwn(SavedProperties&) override {}
+    std::vector<Text> KnownProperties() const override { return {}; }
+
+  private:
+    ComPtr<IDispatch> members_;
+};
+
+}  // namespace qvx::host
