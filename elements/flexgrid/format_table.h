@@ -1,8 +1,14 @@
-// Formats of the few cells that have one, by row identity and column.
+// Formats of the cells that have one. A row points to the pattern of its formats, and rows that look the same share
+// one, so that colouring a million rows in two colours takes two patterns. Rows are known by identity: moving and
+// sorting them touches nothing here.
 #pragma once
 
-#include <map>
-#include <utility>
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <vector>
 
 #include "elements/flexgrid/cell_format.h"
 #include "elements/flexgrid/sparse_map.h"
@@ -11,42 +17,51 @@ namespace qvx::flexgrid {
 
 class FormatTable {
   public:
-    bool Empty() const { return formats_.empty(); }
+    bool Empty() const { return rows_.Empty(); }
+    // nullptr for a cell without a format of its own; good until the next change.
     const CellFormat* Find(RowId row, int col) const {
-        const auto found = formats_.find({row, col});
-        return found == formats_.end() ? nullptr : &found->second.format;
+        const Node* node = FindNode(row, col);
+        return node ? &node->format : nullptr;
     }
-    // The font of a cell that has a format of its own.
+    // The cell's font, kept until FontsChanged.
     const FontSpec& FontOf(RowId row, int col, const FontSpec& gridFont) const;
-    // change(CellFormat&) on the cells of columns firstCol to lastCol in the rows given.
-    template <class Rows, class Change>
-    void ChangeCells(const Rows& rows, int firstCol, int lastCol, Change&& change) {
-        auto changed = formats_;
-        for (const RowId row : rows) {
-            for (int col = firstCol; col <= lastCol; ++col) {
-                Entry& entry = changed[{row, col}];
-                change(entry.format);
-                if (entry.format == CellFormat{}) {
-                    changed.erase({row, col});
-                }
-            }
-        }
-        formats_.swap(changed);
-    }
-    void FontsChanged() {}
-    void RemoveRow(RowId row) noexcept {
-        formats_.erase(formats_.lower_bound({row, 0}), formats_.lower_bound({row + 1, 0}));
-    }
+    void FontsChanged() { ++fontVersion_; }
+
+    // `change` is made once to each kind of format among the cells of columns firstCol to lastCol in the given rows.
+    // Strong guarantee.
+    void ChangeCells(std::span<const RowId> rows, int firstCol, int lastCol,
+                     const std::function<void(CellFormat&)>& change);
+    void RemoveRow(RowId row) noexcept { rows_.Erase(row); }
+    // Strong guarantee.
     void TruncateColumns(int cols);
     void MoveColumn(int from, int to);
-    void Clear() noexcept { formats_.clear(); }
+    void Clear() noexcept;
 
   private:
-    struct Entry {
+    struct Node {
         CellFormat format;
-        mutable FontSpec font;
+        mutable FontSpec font;  // the grid's with this format's changes, as of fontVersion
+        mutable std::uint64_t fontVersion = 0;
     };
-    std::map<std::pair<RowId, int>, Entry> formats_;
+    struct Entry {
+        int col;
+        std::shared_ptr<const Node> node;
+    };
+    using Pattern = std::vector<Entry>;  // columns ascend
+    using SharedPattern = std::shared_ptr<const Pattern>;
+
+    const Node* FindNode(RowId row, int col) const;
+    // One of the patterns made lately that looks the same, else a new one; nullptr for one without entries.
+    SharedPattern Share(Pattern pattern);
+    static Pattern Changed(const Pattern* pattern, int firstCol, int lastCol,
+                           const std::function<void(CellFormat&)>& change);
+    // Every pattern in use replaced by what `derive` makes of it.
+    void ReplacePatterns(const std::function<Pattern(const Pattern&)>& derive);
+
+    SparseMap<SharedPattern> rows_;  // none is nullptr or empty
+    std::array<SharedPattern, 8> recent_;
+    std::size_t nextRecent_ = 0;
+    std::uint64_t fontVersion_ = 1;
 };
 
 }  // namespace qvx::flexgrid

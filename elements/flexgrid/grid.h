@@ -92,7 +92,9 @@ class Grid final : public GridLook {
     qvx::Text TextArray(int index) const;
     void SetTextArray(int index, TextView text);
     // The selection's texts, tab between columns and CR between rows. Written, the texts go into the selection from its
-    // first cell on; what does not fit is dropped, and what is not given stays. A line feed behind a CR is skipped.
+    // first cell on; what does not fit is dropped, and cells that no text is given for stay. A clip written where one
+    // of the same size was read copies it, empty cells included, so a CR at the end gives one more row with an empty
+    // cell. Other programs' CR LF counts as one CR, and makes no further row at the very end.
     qvx::Text Clip() const;
     void SetClip(TextView text);
     // Without a copy; 381 outside. Good until the grid is next changed.

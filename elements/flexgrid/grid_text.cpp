@@ -69,9 +69,12 @@ void Grid::SetClip(TextView text) {
     if (range.Empty()) {
         return;
     }
+    if (text.ends_with(u"\r\n")) {
+        text.remove_suffix(2);
+    }
     CellStore::Batch batch(store_);
     std::vector<TextView> cells;
-    for (int row = range.top; row <= range.bottom && !text.empty(); ++row) {
+    for (int row = range.top; row <= range.bottom; ++row) {
         const std::size_t end = text.find(u'\r');
         TextView line = text.substr(0, end);
         cells.clear();
@@ -84,8 +87,11 @@ void Grid::SetClip(TextView text) {
             line.remove_prefix(tab + 1);
         }
         store_.SetCells(row, range.left, cells);
-        text.remove_prefix(end == TextView::npos ? text.size() : end + 1);
-        if (end != TextView::npos && text.starts_with(u'\n')) {
+        if (end == TextView::npos) {
+            break;
+        }
+        text.remove_prefix(end + 1);
+        if (text.starts_with(u'\n')) {
             text.remove_prefix(1);
         }
     }

@@ -1,6 +1,7 @@
 #include "elements/flexgrid/sort.h"
 
 #include <algorithm>
+#include <bit>
 #include <numeric>
 
 #include "common/numeric_reading.h"
@@ -12,13 +13,16 @@ namespace qvx::flexgrid {
 
 namespace {
 
-// What a cell sorts by, read once. Texts lie in one pool.
+// What a cell sorts by, read once. `rank` settles most comparisons: it grows with the number, or holds the first
+// characters of the text. Where ranks are equal the rest decides.
 struct Key {
+    std::uint64_t rank = 0;
     bool isText = false;
-    double number = 0;
-    std::uint64_t prefix = 0;  // the first four units, the first in the highest place: settles most comparisons
-    std::size_t start = 0;
-    std::size_t size = 0;
+    std::uint32_t size = 0;  // of the text
+    union {
+        double number = 0;
+        std::size_t start;  // of the text in the pool
+    };
 };
 
 class Keys {
@@ -27,17 +31,20 @@ class Keys {
 
     void Reserve(std::size_t rows) { keys_.reserve(rows * columns_); }
     void Add(const CellView& cell);
-    // Below, at or above 0; rows count from 0 in the order they were added.
-    int Compare(std::uint32_t a, std::uint32_t b) const;
+    // Rows count from 0 in the order they were added.
+    std::uint64_t FirstRank(std::size_t row) const { return keys_[row * columns_].rank; }
+    // Below, at or above 0.
+    int Compare(std::size_t a, std::size_t b) const;
 
   private:
     Key TextKey(TextView text);
+    static Key NumberKey(double number);
     int CompareKeys(const Key& a, const Key& b) const;
 
     GridSort order_;
     std::size_t columns_;
     std::vector<Key> keys_;
-    Text pool_;
+    Text pool_;  // all texts
     Text scratch_;
 };
 
@@ -45,11 +52,19 @@ Key Keys::TextKey(TextView text) {
     Key key;
     key.isText = true;
     key.start = pool_.size();
-    key.size = text.size();
+    key.size = static_cast<std::uint32_t>(text.size());
     for (std::size_t i = 0; i < 4; ++i) {
-        key.prefix = key.prefix << 16 | (i < text.size() ? text[i] : 0);
+        key.rank = key.rank << 16 | (i < text.size() ? text[i] : 0);
     }
     pool_.append(text);
+    return key;
+}
+
+Key Keys::NumberKey(double number) {
+    Key key;
+    key.number = number == 0 ? 0 : number;  // the two zeros are one
+    const auto bits = std::bit_cast<std::uint64_t>(key.number);
+    key.rank = (bits >> 63) != 0 ? ~bits : bits | std::uint64_t{1} << 63;
     return key;
 }
 
@@ -58,7 +73,7 @@ void Keys::Add(const CellView& cell) {
     switch (order_) {
         case GridSort::numericAscending:
         case GridSort::numericDescending:
-            key.number = cell.IsLatin1() ? NumericValue(cell.Latin1()) : NumericValue(cell.Wide());
+            key = NumberKey(cell.IsLatin1() ? NumericValue(cell.Latin1()) : NumericValue(cell.Wide()));
             break;
         case GridSort::stringAscending:
         case GridSort::stringDescending:
@@ -67,11 +82,10 @@ void Keys::Add(const CellView& cell) {
         case GridSort::genericAscending:
         case GridSort::genericDescending: {
             const TextView text = cell.AsWide(scratch_);
-            if (const auto number = ReadNumeric(text)) {
-                key.number = *number;
-            } else {
-                key = TextKey(FoldedText(text));
-            }
+            const auto number = ReadNumeric(text);
+            key = number ? NumberKey(*number) : TextKey(FoldedText(text));
+            // Numbers rank before texts; the place this takes costs the last bit, which the rest makes good.
+            key.rank = key.rank >> 1 | (number ? 0 : std::uint64_t{1} << 63);
             break;
         }
         default:
@@ -82,20 +96,17 @@ void Keys::Add(const CellView& cell) {
 }
 
 int Keys::CompareKeys(const Key& a, const Key& b) const {
-    if (a.isText != b.isText) {
-        return a.isText ? 1 : -1;
+    if (a.rank != b.rank) {
+        return a.rank < b.rank ? -1 : 1;
     }
     if (!a.isText) {
         return a.number < b.number ? -1 : a.number > b.number ? 1 : 0;
-    }
-    if (a.prefix != b.prefix) {
-        return a.prefix < b.prefix ? -1 : 1;
     }
     const TextView pool(pool_);
     return pool.substr(a.start, a.size).compare(pool.substr(b.start, b.size));
 }
 
-int Keys::Compare(std::uint32_t a, std::uint32_t b) const {
+int Keys::Compare(std::size_t a, std::size_t b) const {
     for (std::size_t i = 0; i < columns_; ++i) {
         if (const int result = CompareKeys(keys_[a * columns_ + i], keys_[b * columns_ + i]); result != 0) {
             return result;
@@ -123,14 +134,27 @@ std::vector<std::uint32_t> SortedRows(const Grid& grid, GridSort order, int firs
             keys.Add(cells[col]);
         }
     });
-    std::vector<std::uint32_t> rows = Numbers(firstRow, lastRow);
-    const auto base = static_cast<std::uint32_t>(firstRow);
-    if (IsDescending(order)) {
-        std::stable_sort(rows.begin(), rows.end(),
-                         [&](std::uint32_t a, std::uint32_t b) { return keys.Compare(b - base, a - base) < 0; });
-    } else {
-        std::stable_sort(rows.begin(), rows.end(),
-                         [&](std::uint32_t a, std::uint32_t b) { return keys.Compare(a - base, b - base) < 0; });
+    // The first rank travels with the row number, so that most comparisons look at nothing else. Descending turns the
+    // comparison around, not the result: equal rows keep their order.
+    struct Item {
+        std::uint64_t rank;
+        std::uint32_t row;
+    };
+    const bool descending = IsDescending(order);
+    std::vector<Item> items(static_cast<std::size_t>(lastRow - firstRow + 1));
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        items[i] = {descending ? ~keys.FirstRank(i) : keys.FirstRank(i), static_cast<std::uint32_t>(i)};
+    }
+    std::stable_sort(items.begin(), items.end(), [&](const Item& a, const Item& b) {
+        if (a.rank != b.rank) {
+            return a.rank < b.rank;
+        }
+        return descending ? keys.Compare(b.row, a.row) < 0 : keys.Compare(a.row, b.row) < 0;
+    });
+    std::vector<std::uint32_t> rows;
+    rows.reserve(items.size());
+    for (const Item& item : items) {
+        rows.push_back(item.row + static_cast<std::uint32_t>(firstRow));
     }
     return rows;
 }

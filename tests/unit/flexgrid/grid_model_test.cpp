@@ -1,0 +1,359 @@
+// The grid beside a naive one of plain vectors, under random calls, some of which run out of memory on the way.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "elements/flexgrid/grid.h"
+
+namespace {
+
+// Allocations until one fails; below 0 none does.
+int allocationsLeft = -1;
+
+}  // namespace
+
+[[gnu::noinline]] void* operator new(std::size_t size) {
+    if (allocationsLeft >= 0 && allocationsLeft-- == 0) {
+        throw std::bad_alloc();
+    }
+    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    if (allocationsLeft >= 0 && allocationsLeft-- == 0) {
+        return nullptr;
+    }
+    return std::malloc(size == 0 ? 1 : size);
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+namespace qvx::flexgrid {
+namespace {
+
+struct NaiveRow {
+    std::vector<Text> cells;
+    std::vector<OleColor> colors;
+    int height = 240;
+    std::int32_t data = 0;
+};
+
+struct Naive {
+    std::vector<NaiveRow> rows;
+    int cols = 0;
+    int fixedRows = 0;
+    int fixedCols = 0;
+
+    int Rows() const { return static_cast<int>(rows.size()); }
+    NaiveRow Fresh() const {
+        return {std::vector<Text>(static_cast<std::size_t>(cols)),
+                std::vector<OleColor>(static_cast<std::size_t>(cols)), 240, 0};
+    }
+    Text& At(int row, int col) { return rows[static_cast<std::size_t>(row)].cells[static_cast<std::size_t>(col)]; }
+    void SetCols(int count) {
+        cols = count;
+        for (NaiveRow& row : rows) {
+            row.cells.resize(static_cast<std::size_t>(count));
+            row.colors.resize(static_cast<std::size_t>(count));
+        }
+    }
+};
+
+template <class T>
+void MoveWithin(std::vector<T>& list, int from, int to) {
+    T moved = list[static_cast<std::size_t>(from)];
+    list.erase(list.begin() + from);
+    list.insert(list.begin() + to, moved);
+}
+
+class Work {
+  public:
+    Work(unsigned seed, int rows) : random_(seed) {
+        grid_.SetRows(rows);
+        naive_.cols = 2;
+        naive_.rows.assign(static_cast<std::size_t>(rows), naive_.Fresh());
+        naive_.fixedRows = naive_.fixedCols = 1;
+    }
+
+    void Step() {
+        const int rows = grid_.Rows();
+        const int cols = grid_.Cols();
+        const int row = Below(rows + 2) - 1;
+        const int col = Below(cols + 2) - 1;
+        const bool rowFits = row >= 0 && row < rows;
+        const bool colFits = col >= 0 && col < cols;
+        const Text text = RandomText();
+        switch (Below(16)) {
+            case 0: {
+                const int count = Below(4) == 0 ? Below(40) : rows + Below(5) - 2;
+                if (Try([&] { grid_.SetRows(count); }, count < 0 ? 380 : !Holds(naive_.fixedRows, count) ? 30001 : 0)) {
+                    naive_.rows.resize(static_cast<std::size_t>(count), naive_.Fresh());
+                }
+                break;
+            }
+            case 1: {
+                const int count = Below(9);
+                if (Try([&] { grid_.SetCols(count); }, Holds(naive_.fixedCols, count) ? 0 : 30001)) {
+                    naive_.SetCols(count);
+                }
+                break;
+            }
+            case 2: {
+                const int count = Below(4);
+                // A count of 1 without any row or column would wait for them, which has a test of its own.
+                if (rows > 0 && Try([&] { grid_.SetFixedRows(count); }, Holds(count, rows) ? 0 : 30001)) {
+                    naive_.fixedRows = count;
+                }
+                if (cols > 0 && Try([&] { grid_.SetFixedCols(count); }, Holds(count, cols) ? 0 : 30001)) {
+                    naive_.fixedCols = count;
+                }
+                break;
+            }
+            case 3: {
+                const int index = Below(rows + 3) - 1;
+                const int error = index > rows ? 30009 : index >= 0 && index < naive_.fixedRows ? 30002 : 0;
+                if (Try([&] { grid_.AddItem(text + u"\t" + text, index); }, error)) {
+                    Insert(index < 0 ? rows : index, {text, text});
+                }
+                break;
+            }
+            case 4: {
+                const int count = Below(3);
+                Text block;
+                for (int i = 0; i < count; ++i) {
+                    block += u"x\t" + text + u"\r";
+                }
+                if (Try([&] { grid_.AddItems(block); }, 0)) {
+                    for (int i = 0; i < count; ++i) {
+                        Insert(grid_.Rows() - count + i, {u"x", text});
+                    }
+                }
+                break;
+            }
+            case 5: {
+                const int error = !rowFits                       ? 30009
+                                  : row < naive_.fixedRows       ? 30011
+                                  : rows - naive_.fixedRows <= 1 ? 30015
+                                                                 : 0;
+                if (Try([&] { grid_.RemoveItem(row); }, error)) {
+                    naive_.rows.erase(naive_.rows.begin() + row);
+                }
+                break;
+            }
+            case 6: {
+                const std::set<int> wanted{Below(40), Below(40), Below(40)};
+                if (rows > 20 && Try([&] { grid_.RemoveRowsIf([&](int r) { return wanted.contains(r % 40); }); }, 0)) {
+                    std::vector<NaiveRow> kept;
+                    for (int r = 0; r < rows; ++r) {
+                        if (r < naive_.fixedRows || !wanted.contains(r % 40)) {
+                            kept.push_back(naive_.rows[static_cast<std::size_t>(r)]);
+                        }
+                    }
+                    naive_.rows = kept;
+                }
+                break;
+            }
+            case 7:
+            case 8:
+                if (Try([&] { grid_.SetTextMatrix(row, col, text); }, rowFits && colFits ? 0 : 381)) {
+                    naive_.At(row, col) = text;
+                }
+                break;
+            case 9:
+                if (Try([&] { grid_.Select(row, col, row, col); }, !rowFits ? 30009 : !colFits ? 30010 : 0)) {
+                    EXPECT_EQ(grid_.Row(), row);
+                    EXPECT_EQ(grid_.Col(), col);
+                }
+                break;
+            case 10:
+                PasteAndFill(text);
+                break;
+            case 11:
+                if (rowFits && Try([&] { grid_.SetRowPosition(row, rows - 1 - row); }, 0)) {
+                    MoveWithin(naive_.rows, row, rows - 1 - row);
+                }
+                if (colFits && Try([&] { grid_.SetColPosition(col, cols - 1 - col); }, 0)) {
+                    for (NaiveRow& each : naive_.rows) {
+                        MoveWithin(each.cells, col, cols - 1 - col);
+                        MoveWithin(each.colors, col, cols - 1 - col);
+                    }
+                }
+                break;
+            case 12: {
+                const int height = Below(3) * 300;
+                if (Try([&] { grid_.SetRowHeight(row, height); }, row == -1 || rowFits ? 0 : 30009)) {
+                    for (int r = row == -1 ? 0 : row; r < (row == -1 ? rows : row + 1); ++r) {
+                        naive_.rows[static_cast<std::size_t>(r)].height = height;
+                    }
+                    if (row == -1 && Try([&] { grid_.SetRowHeight(-1, -1); }, 0)) {
+                        for (NaiveRow& each : naive_.rows) {
+                            each.height = 240;
+                        }
+                    }
+                }
+                break;
+            }
+            case 13:
+                if (rowFits && Try([&] { grid_.SetRowData(row, col); }, 0)) {
+                    naive_.rows[static_cast<std::size_t>(row)].data = col;
+                }
+                break;
+            case 14:
+                if (cols > 0 && rows > 0) {
+                    ASSERT_TRUE(Try([&] { grid_.Select(grid_.Row(), 0, grid_.Row(), 0); }, 0));
+                    if (Try([&] { grid_.Sort(GridSort::stringDescending); }, 0)) {
+                        std::stable_sort(naive_.rows.begin() + naive_.fixedRows, naive_.rows.end(),
+                                         [](const NaiveRow& a, const NaiveRow& b) { return a.cells[0] > b.cells[0]; });
+                    }
+                }
+                break;
+            default:
+                if (Below(12) == 0 && Try([&] { grid_.Clear(); }, 0)) {
+                    for (NaiveRow& each : naive_.rows) {
+                        each.cells.assign(each.cells.size(), {});
+                        each.colors.assign(each.colors.size(), 0);
+                    }
+                }
+                break;
+        }
+        ExpectSame();
+    }
+
+  private:
+    int Below(int n) { return n <= 0 ? 0 : static_cast<int>(random_() % static_cast<unsigned>(n)); }
+    Text RandomText() {
+        Text text(static_cast<std::size_t>(Below(40) == 0 ? 300 : Below(5)), static_cast<char16_t>(u'a' + Below(5)));
+        if (Below(9) == 0) {
+            text += u'\u03A9';
+        }
+        return text;
+    }
+    static bool Holds(int fixed, int count) { return fixed == 0 || fixed < count; }
+
+    void Insert(int at, std::vector<Text> cells) {
+        NaiveRow row = naive_.Fresh();
+        cells.resize(static_cast<std::size_t>(naive_.cols));
+        row.cells = cells;
+        naive_.rows.insert(naive_.rows.begin() + at, row);
+    }
+
+    void PasteAndFill(const Text& text) {
+        if (grid_.Rows() == 0 || grid_.Cols() == 0) {
+            return;
+        }
+        const int top = Below(grid_.Rows());
+        const int left = Below(grid_.Cols());
+        const int bottom = std::min(grid_.Rows() - 1, top + Below(6));
+        const int right = std::min(grid_.Cols() - 1, left + Below(4));
+        ASSERT_TRUE(Try([&] { grid_.Select(bottom, left, top, right); }, 0));
+        grid_.SetFillStyle(GridFillStyle::repeat);
+        const int kind = Below(3);
+        const OleColor color = static_cast<OleColor>(Below(3));
+        const Text clip = text + u"\t" + text + u"\r" + text;
+        if (kind == 0 && Try([&] { grid_.SetText(text); }, 0)) {
+            for (int row = top; row <= bottom; ++row) {
+                for (int col = left; col <= right; ++col) {
+                    naive_.At(row, col) = text;
+                }
+            }
+        } else if (kind == 1 && Try([&] { grid_.SetClip(clip); }, 0)) {
+            naive_.At(top, left) = text;
+            if (right > left) {
+                naive_.At(top, left + 1) = text;
+            }
+            if (bottom > top) {
+                naive_.At(top + 1, left) = text;
+            }
+        } else if (kind == 2 && Try([&] { grid_.SetCellBackColor(color); }, 0)) {
+            for (int row = top; row <= bottom; ++row) {
+                for (int col = left; col <= right; ++col) {
+                    naive_.rows[static_cast<std::size_t>(row)].colors[static_cast<std::size_t>(col)] = color;
+                }
+            }
+        }
+        grid_.SetFillStyle(GridFillStyle::single);
+    }
+
+    // Makes a call that may run out of memory, and then must have changed nothing, until it gets through; true when
+    // that was without an error, which must be as foretold.
+    template <class Call>
+    bool Try(Call call, int expectedError) {
+        int error = 0;
+        for (int attempt = 0;; ++attempt) {
+            allocationsLeft = attempt < 3 ? Below(7) : -1;
+            bool starved = false;
+            try {
+                call();
+            } catch (const std::bad_alloc&) {
+                starved = true;
+            } catch (const RunTimeError& raised) {
+                error = raised.Number();
+            }
+            allocationsLeft = -1;
+            if (!starved) {
+                break;
+            }
+            ++starvedCalls;
+            ExpectSame();
+        }
+        EXPECT_EQ(error, expectedError);
+        return error == 0;
+    }
+
+    void ExpectSame() const {
+        ASSERT_EQ(grid_.Rows(), naive_.Rows());
+        ASSERT_EQ(grid_.Cols(), naive_.cols);
+        ASSERT_EQ(grid_.FixedRows(), naive_.fixedRows);
+        ASSERT_EQ(grid_.FixedCols(), naive_.fixedCols);
+        std::int64_t top = 0;
+        for (int row = 0; row < grid_.Rows(); ++row) {
+            const NaiveRow& expected = naive_.rows[static_cast<std::size_t>(row)];
+            ASSERT_EQ(grid_.RowTop(row), top);
+            top += expected.height / 15;
+            ASSERT_EQ(grid_.RowHeight(row), expected.height);
+            ASSERT_EQ(grid_.RowData(row), expected.data);
+            for (int col = 0; col < grid_.Cols(); ++col) {
+                const auto c = static_cast<std::size_t>(col);
+                ASSERT_EQ(grid_.Cell(row, col), TextView(expected.cells[c])) << row << " " << col;
+                const CellFormat* format = grid_.FormatOf(row, col);
+                ASSERT_EQ(format ? format->backColor : 0, expected.colors[c]) << row << " " << col;
+            }
+        }
+        ASSERT_EQ(grid_.RowTop(grid_.Rows()), top);
+        const auto within = [](int value, int count) { return value >= 0 && value < std::max(count, 1); };
+        ASSERT_TRUE(within(grid_.Row(), grid_.Rows()) && within(grid_.RowSel(), grid_.Rows()));
+        ASSERT_TRUE(within(grid_.Col(), grid_.Cols()) && within(grid_.ColSel(), grid_.Cols()));
+        ASSERT_TRUE(within(grid_.TopRow(), grid_.Rows()) && grid_.TopRow() >= grid_.FixedRows());
+        ASSERT_TRUE(within(grid_.LeftCol(), grid_.Cols()) && grid_.LeftCol() >= grid_.FixedCols());
+    }
+
+    std::mt19937 random_;
+    Grid grid_;
+    Naive naive_;
+
+  public:
+    int starvedCalls = 0;
+};
+
+TEST(GridModel, AgreesWithANaiveGridAlsoWhenMemoryRunsOut) {
+    for (unsigned seed = 1; seed <= 12; ++seed) {
+        // Some grids are about to need another leaf of their row index.
+        Work work(seed, seed % 4 == 0 ? 510 : 2);
+        for (int i = 0; i < (seed % 4 == 0 ? 100 : 500) && !::testing::Test::HasFatalFailure(); ++i) {
+            work.Step();
+        }
+        ASSERT_FALSE(HasFailure()) << "seed " << seed;
+        EXPECT_GT(work.starvedCalls, 10);
+    }
+}
+
+}  // namespace
+}  // namespace qvx::flexgrid
