@@ -134,6 +134,24 @@ EditorKey DecideEditorKey(int keyCode, int shift, const Caret& caret, bool listC
     }
 }
 
+bool IsEditorCommand(int keyCode, int shift) {
+    if ((shift & keys::altMask) != 0) return true;
+    switch (keyCode) {
+        case 'A':
+        case 'C':
+        case 'V':
+        case 'X':
+        case 'Y':
+        case 'Z':
+        case keys::insert:
+        case keys::deleteKey:
+        case keys::backspace:
+            return true;
+        default:
+            return false;
+    }
+}
+
 Text CellTipText(const ControlState& state, TextView text, bool cutOff) {
     return state.cellToolTip && cutOff ? Text(text) : Text();
 }

@@ -91,6 +91,10 @@ enum class EditorKey {
 // `listColumn` tells a list column's combo, which walks its list by the vertical keys, from the free-text one.
 EditorKey DecideEditorKey(int keyCode, int shift, const Caret& caret, bool listColumn, const ControlState& state);
 
+// Whether a key pressed with Ctrl belongs to an open editor rather than to the host's menus: select all, clipboard and
+// undo, deleting a word, and what Ctrl and Alt together type on many keyboards.
+bool IsEditorCommand(int keyCode, int shift);
+
 // The tool tip of a cell: its text when tips are on and the cell cuts it off, else none.
 Text CellTipText(const ControlState& state, TextView text, bool cutOff);
 

@@ -186,6 +186,13 @@ TEST(EditorKeys, CharactersThatOpenTheEditor) {
     for (const char16_t c : {u'\t', u'\r', u'\n', u'\x1B', u'\x7F', u'\x01', u'\0'}) EXPECT_FALSE(OpensEditor(c));
 }
 
+TEST(EditorKeys, CommandsOfTheHostsMenusAreLeftToIt) {
+    for (const int key : {'A', 'C', 'V', 'X', 'Z', keys::insert, keys::backspace})
+        EXPECT_TRUE(IsEditorCommand(key, keys::controlMask));
+    for (const int key : {'S', 'B', 'P', keys::f4}) EXPECT_FALSE(IsEditorCommand(key, keys::controlMask));
+    EXPECT_TRUE(IsEditorCommand('Q', keys::controlMask | keys::altMask));  // types "@" on many keyboards
+}
+
 TEST(CellTip, ShowsTextThatDoesNotFit) {
     ControlState state;
     EXPECT_EQ(CellTipText(state, u"long", true), u"");
