@@ -373,9 +373,9 @@ bool EntryGrid::WantsKey(const MSG& message) {
         case keys::pageDown:
             return true;
         default:
-            // Letters with Ctrl are the host's menus', but an editor has its clipboard and its undo. Function keys are
-            // the host's.
-            if ((shift & keys::controlMask) != 0) return EditIsOpen();
+            // Keys with Ctrl are the host's menus', but an editor has its clipboard and its undo. Function keys are the
+            // host's.
+            if ((shift & keys::controlMask) != 0) return EditIsOpen() && IsEditorCommand(key, shift);
             return key < VK_F1 || key > VK_F24;
     }
 }
