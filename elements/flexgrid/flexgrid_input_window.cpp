@@ -251,7 +251,7 @@ void FlexGridWindow::OnLeftDown(Point point, int shift) {
     }
     // A handler of the cursor's events may have laid an editor over the new cell, which then has the focus: the press
     // is over.
-    if (watch.Alive() && Handle() && pressed_ && press.drag != Drag::None && GetFocus() == Handle()) {
+    if (watch.Alive() && Handle() && pressed_ && GetFocus() == Handle()) {
         drag_ = press.drag;
         SetCapture(Handle());
     }
@@ -324,7 +324,8 @@ void FlexGridWindow::OnTimer() {
 
 // True when the release makes a click.
 bool FlexGridWindow::OnLeftUp(Point point) {
-    const bool click = pressed_ && clicking_;
+    const Rect client = ClientArea();
+    const bool click = pressed_ && clicking_ && client.Contains(point);
     const Border border = border_;
     const LifeWatch watch = Watch();
     if (border.kind != Border::Kind::None) {
@@ -349,16 +350,18 @@ bool FlexGridWindow::OnLeftUp(Point point) {
 }
 
 void FlexGridWindow::EndDrag() {
-    const bool dragging = drag_ != Drag::None || border_.kind != Border::Kind::None;
+    const bool resizing = border_.kind != Border::Kind::None;
     drag_ = Drag::None;
     border_ = {};
     borderLine_ = -1;
     pressed_ = false;
-    if (!dragging || !Handle()) {
+    if (!Handle()) {
         return;
     }
     KillTimer(Handle(), scrollTimer);
-    MarkAllStale();
+    if (resizing) {
+        MarkAllStale();
+    }
     if (GetCapture() == Handle()) {
         ReleaseCapture();
     }

@@ -59,7 +59,14 @@ FlexGridWindow::~FlexGridWindow() {
     grid_.SetTextMetrics(nullptr);
 }
 
-void FlexGridWindow::AddEvents(GridWindowEvents* events) { events_.push_back(events); }
+void FlexGridWindow::AddEvents(GridWindowEvents* events) {
+    // Listeners come and go while others are being told, so nobody's place may shift.
+    if (!events_.empty() && !events_.back()) {
+        events_.back() = events;
+    } else {
+        events_.push_back(events);
+    }
+}
 
 void FlexGridWindow::RemoveEvents(GridWindowEvents* events) {
     std::replace(events_.begin(), events_.end(), events, static_cast<GridWindowEvents*>(nullptr));

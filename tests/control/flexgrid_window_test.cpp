@@ -1,0 +1,402 @@
+// The flexible grid's window: real keys and mouse, bars, scrolling, and what is on the screen.
+#include "elements/flexgrid/flexgrid_window.h"
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "common/keys.h"
+#include "tests/support/input.h"
+#include "tests/support/resource_counts.h"
+#include "win/dpi.h"
+
+namespace qvx::test {
+namespace {
+
+using flexgrid::FlexGridWindow;
+using flexgrid::Grid;
+
+class Frame final : public Window {
+  public:
+    Frame() {
+        Create(WindowClass{L"QvxFlexGridTestFrame"}, L"Grid", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, {40, 40, 520, 400},
+               nullptr);
+    }
+};
+
+// Notes what the grid and its window tell, a word each.
+class Log final : public flexgrid::GridWindowEvents, public flexgrid::GridListener {
+  public:
+    std::string words;
+    std::function<void(short&)> onKey;
+    std::function<void()> onMouseDown;
+
+    void Click() override { words += "Click "; }
+    void DblClick() override { words += "DblClick "; }
+    void KeyDown(short& keyCode, short&) override {
+        words += "KeyDown ";
+        if (onKey) onKey(keyCode);
+    }
+    void KeyPress(short& keyAscii) override { words += "KeyPress" + std::to_string(keyAscii) + " "; }
+    void KeyUp(short&, short) override { words += "KeyUp "; }
+    void MouseDown(short button, short, float x, float y) override {
+        words += "MouseDown" + std::to_string(button) + "@" + std::to_string(static_cast<int>(x)) + "," +
+                 std::to_string(static_cast<int>(y)) + " ";
+        if (onMouseDown) onMouseDown();
+    }
+    void MouseUp(short, short, float, float) override { words += "MouseUp "; }
+    void Scroll() override { words += "Scroll "; }
+    void GotFocus() override { words += "GotFocus "; }
+    void LostFocus() override { words += "LostFocus "; }
+    void Resized() override { words += "Resized "; }
+    void LeaveCell() override { words += "Leave "; }
+    void EnterCell() override { words += "Enter "; }
+    void RowColChange() override { words += "RowCol "; }
+    void SelChange() override { words += "Sel "; }
+};
+
+// The client area's pixels, as they are on the screen or as the window draws them anew.
+std::vector<COLORREF> Pixels(HWND window, bool anew) {
+    RECT client{};
+    GetClientRect(window, &client);
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof info.bmiHeader, client.right, -client.bottom, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    const HDC source = GetDC(window);
+    const UniqueMemoryDc dc(CreateCompatibleDC(source));
+    const UniqueBitmap bitmap(CreateDIBSection(dc.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    std::vector<COLORREF> pixels(static_cast<std::size_t>(client.right * client.bottom));
+    {
+        const SelectedObject selected(dc.Get(), bitmap.Get());
+        if (anew) {
+            SendMessageW(window, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc.Get()), PRF_CLIENT);
+        } else {
+            BitBlt(dc.Get(), 0, 0, client.right, client.bottom, source, 0, 0, SRCCOPY);
+        }
+        GdiFlush();
+        for (std::size_t i = 0; i < pixels.size(); ++i) pixels[i] = static_cast<COLORREF*>(bits)[i] & 0xFFFFFF;
+    }
+    ReleaseDC(window, source);
+    return pixels;
+}
+
+// How many pixels differ between the screen and a fresh drawing; 0 is what there should be.
+int WrongPixels(HWND window) {
+    const auto shown = Pixels(window, false);
+    const auto fresh = Pixels(window, true);
+    int wrong = 0;
+    for (std::size_t i = 0; i < shown.size(); ++i) wrong += shown[i] != fresh[i];
+    return wrong;
+}
+
+// 30 rows of 16 pixels and 8 columns of 64 behind a header each, in a window of 300 x 200 without a border.
+class FlexGridWindowTest : public ::testing::Test {
+  protected:
+    FlexGridWindowTest() {
+        grid_ = std::make_unique<FlexGridWindow>();
+        Grid& model = grid_->Model();
+        model.SetRows(30);
+        model.SetCols(8);
+        for (int row = 0; row < 30; ++row) {
+            model.SetRowHeight(row, 240);
+            for (int col = 0; col < 8; ++col) model.SetTextMatrix(row, col, std::u16string(1, u'a' + row % 26));
+        }
+        model.SetBorderStyle(flexgrid::GridBorder::none);
+        grid_->AddEvents(&log_);
+        model.AddListener(&log_);
+        EXPECT_TRUE(grid_->CreateIn(frame_.Handle(), {10, 10, 310, 210}));
+        EXPECT_TRUE(BringToFront(frame_.Handle()));
+    }
+    ~FlexGridWindowTest() override {
+        if (grid_) {
+            grid_->Model().RemoveListener(&log_);
+            grid_->RemoveEvents(&log_);
+        }
+    }
+    Grid& Model() { return grid_->Model(); }
+    void Focus() {
+        SetFocus(grid_->Handle());
+        Settle();
+        log_.words.clear();
+    }
+    static void Settle(int milliseconds = 120) {
+        WaitFor([] { return false; }, milliseconds);
+    }
+    void MoveTo(int x, int y) {
+        POINT at{x, y};
+        ClientToScreen(grid_->Handle(), &at);
+        MoveMouseTo(at);
+        Settle(60);
+    }
+    std::string Place() {
+        return std::to_string(Model().Row()) + "," + std::to_string(Model().Col()) + ":" +
+               std::to_string(Model().RowSel()) + "," + std::to_string(Model().ColSel());
+    }
+
+    Frame frame_;
+    std::unique_ptr<FlexGridWindow> grid_;
+    Log log_;
+};
+
+TEST_F(FlexGridWindowTest, KeysMoveTheCursorAndTellInOrder) {
+    Focus();
+    TypeKey(VK_DOWN);
+    ASSERT_TRUE(WaitFor([&] { return log_.words.find("KeyUp") != std::string::npos; }));
+    EXPECT_EQ(log_.words, "KeyDown Leave Enter RowCol Sel KeyUp ");
+    EXPECT_EQ(Place(), "2,1:2,1");
+    TypeKey(VK_RIGHT, {VK_SHIFT});
+    TypeKey(VK_DOWN, {VK_SHIFT});
+    EXPECT_TRUE(WaitFor([&] { return Place() == "2,1:3,2"; })) << Place();
+    TypeKey(VK_END, {VK_CONTROL});
+    EXPECT_TRUE(WaitFor([&] { return Place() == "29,7:29,7"; })) << Place();
+    EXPECT_TRUE(grid_->RowIsVisible(29));
+    EXPECT_TRUE(grid_->ColIsVisible(7));
+    Settle();
+    EXPECT_EQ(WrongPixels(grid_->Handle()), 0);
+}
+
+TEST_F(FlexGridWindowTest, ListenersPutOtherKeysInTheirPlace) {
+    Focus();
+    log_.onKey = [](short& key) { key = key == VK_DOWN ? VK_RIGHT : 0; };
+    TypeKey(VK_DOWN);
+    EXPECT_TRUE(WaitFor([&] { return Place() == "1,2:1,2"; })) << Place();
+    TypeKey(VK_RIGHT);
+    Settle();
+    EXPECT_EQ(Place(), "1,2:1,2");
+    TypeKey('A');
+    EXPECT_TRUE(WaitFor([&] { return log_.words.find("KeyPress97") != std::string::npos; })) << log_.words;
+}
+
+TEST_F(FlexGridWindowTest, AClickTakesTheFocusFirstAndTellsInOrder) {
+    MoveTo(64 + 10, 32 + 8);
+    LeftButton(true);
+    LeftButton(false);
+    ASSERT_TRUE(WaitFor([&] { return log_.words.find(" Click") != std::string::npos; })) << log_.words;
+    EXPECT_EQ(log_.words, "GotFocus MouseDown1@1110,600 Leave Enter RowCol Sel MouseUp Click ");
+    EXPECT_EQ(Place(), "2,1:2,1");
+    EXPECT_EQ(grid_->MouseRow(), 2);
+    EXPECT_EQ(grid_->MouseCol(), 1);
+    LeftButton(true);
+    LeftButton(false);
+    EXPECT_TRUE(WaitFor([&] { return log_.words.find("DblClick MouseUp ") != std::string::npos; })) << log_.words;
+}
+
+TEST_F(FlexGridWindowTest, AReleaseOutsideIsNoClick) {
+    MoveTo(10, 8);
+    LeftButton(true);
+    MoveTo(10, -20);
+    LeftButton(false);
+    ASSERT_TRUE(WaitFor([&] { return log_.words.find("MouseUp") != std::string::npos; })) << log_.words;
+    EXPECT_EQ(log_.words.find("Click"), std::string::npos);
+    EXPECT_EQ(GetCapture(), nullptr);
+}
+
+TEST_F(FlexGridWindowTest, DraggingSelectsAndScrollsBeyondTheEdge) {
+    MoveTo(64 + 10, 16 + 8);
+    LeftButton(true);
+    MoveTo(64 * 2 + 10, 16 * 3 + 8);
+    EXPECT_EQ(Place(), "1,1:3,2");
+    MoveTo(64 * 2 + 10, 230);
+    EXPECT_TRUE(WaitFor([&] { return Model().TopRow() > 5; }));
+    EXPECT_GT(Model().RowSel(), 14);
+    LeftButton(false);
+    Settle();
+    EXPECT_EQ(GetCapture(), nullptr);
+    const int top = Model().TopRow();
+    Settle();
+    EXPECT_EQ(Model().TopRow(), top) << "the release ends it";
+    EXPECT_EQ(WrongPixels(grid_->Handle()), 0);
+}
+
+TEST_F(FlexGridWindowTest, HeadersSelectLinesAndTheirBordersResize) {
+    MoveTo(64 * 2 + 30, 8);
+    LeftButton(true);
+    LeftButton(false);
+    EXPECT_TRUE(WaitFor([&] { return Place() == "1,2:29,2"; })) << Place();
+
+    Model().SetAllowUserResizing(flexgrid::GridResizing::columns);
+    log_.words.clear();
+    MoveTo(64 * 2 - 1, 8);
+    LeftButton(true);
+    MoveTo(64 * 2 + 29, 8);
+    LeftButton(false);
+    ASSERT_TRUE(WaitFor([&] { return log_.words.find("Resized") != std::string::npos; })) << log_.words;
+    EXPECT_EQ(Model().ColWidth(1), (64 + 30) * 15);
+    EXPECT_EQ(log_.words.find("Click"), std::string::npos) << "no click";
+    EXPECT_EQ(Place(), "1,2:29,2") << "nor another selection";
+
+    MoveTo(64 * 2 + 29, 8);
+    LeftButton(true);
+    MoveTo(64 * 2 + 60, 8);
+    TypeKey(VK_ESCAPE);
+    Settle();
+    LeftButton(false);
+    Settle();
+    EXPECT_EQ(Model().ColWidth(1), (64 + 30) * 15) << "Escape gives it up";
+    EXPECT_EQ(WrongPixels(grid_->Handle()), 0);
+}
+
+TEST_F(FlexGridWindowTest, WheelMovementInFractionsOfANotchAddsUp) {
+    UINT lines = 3;
+    SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &lines, 0);
+    for (int i = 0; i < 8; ++i) SendMessageW(grid_->Handle(), WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-30)), 0);
+    EXPECT_EQ(Model().TopRow(), 1 + 2 * static_cast<int>(lines));
+    SendMessageW(grid_->Handle(), WM_MOUSEWHEEL, MAKEWPARAM(MK_SHIFT, static_cast<WORD>(-120)), 0);
+    EXPECT_GT(Model().LeftCol(), 1) << "with Shift it goes across";
+}
+
+TEST_F(FlexGridWindowTest, BarsAppearOnlyWhereNeededAndReachFar) {
+    const auto bars = [&] {
+        grid_->Refresh();
+        const LONG_PTR style = GetWindowLongPtrW(grid_->Handle(), GWL_STYLE);
+        return std::string(style & WS_HSCROLL ? "H" : "") + (style & WS_VSCROLL ? "V" : "");
+    };
+    EXPECT_EQ(bars(), "HV");
+    Model().SetRows(5);
+    EXPECT_EQ(bars(), "H");
+    Model().SetCols(3);
+    EXPECT_EQ(bars(), "");
+    Model().SetRows(200'000);
+    EXPECT_EQ(bars(), "V");
+    Model().SetScrollBars(flexgrid::GridScrollBars::none);
+    EXPECT_EQ(bars(), "");
+    Model().SetScrollBars(flexgrid::GridScrollBars::vertical);
+    bars();
+    SendMessageW(grid_->Handle(), WM_VSCROLL, SB_BOTTOM, 0);
+    grid_->Refresh();
+    EXPECT_GT(Model().TopRow(), 199'900);
+    SCROLLINFO info{sizeof info, SIF_ALL, 0, 0, 0, 0, 0};
+    GetScrollInfo(grid_->Handle(), SB_VERT, &info);
+    EXPECT_EQ(info.nPos, Model().TopRow()) << "more than 16 bits";
+    EXPECT_EQ(info.nMax - static_cast<int>(info.nPage) + 1, info.nPos) << "at its end";
+    Model().SetRows(10);
+    EXPECT_EQ(bars(), "");
+    EXPECT_EQ(Model().TopRow(), 1) << "pulled back";
+}
+
+TEST_F(FlexGridWindowTest, WhatIsCopiedWhileScrollingIsWhatADrawingWouldShow) {
+    Focus();
+    Model().Select(3, 2, 6, 4);
+    const struct { int top, left; } steps[] = {{2, 1}, {6, 1}, {5, 1}, {5, 2}, {5, 3}, {5, 1}, {25, 2}, {1, 1}, {4, 3}};
+    for (const bool mirrored : {false, true}) {
+        Model().SetRightToLeft(mirrored);
+        Settle();
+        for (const auto& step : steps) {
+            grid_->ScrollTo(step.top, step.left);
+            Settle(30);
+            ASSERT_EQ(WrongPixels(grid_->Handle()), 0) << step.top << "," << step.left << (mirrored ? " mirrored" : "");
+        }
+    }
+    // A cell changed and the view scrolled before either was painted.
+    Model().SetRightToLeft(false);
+    grid_->ScrollTo(3, 1);
+    Settle(30);
+    Model().SetTextMatrix(5, 2, u"changed");
+    grid_->ScrollTo(4, 1);
+    Model().SetTextMatrix(7, 1, u"as well");
+    Settle(30);
+    EXPECT_EQ(WrongPixels(grid_->Handle()), 0);
+}
+
+TEST_F(FlexGridWindowTest, NothingIsPaintedWhileRedrawIsOff) {
+    Settle();
+    const auto before = Pixels(grid_->Handle(), false);
+    Model().SetRedraw(false);
+    Model().SetTextMatrix(1, 1, u"WWWWW");
+    InvalidateRect(grid_->Handle(), nullptr, TRUE);
+    Settle();
+    EXPECT_EQ(Pixels(grid_->Handle(), false), before);
+    Model().SetRedraw(true);
+    Settle();
+    EXPECT_NE(Pixels(grid_->Handle(), false), before);
+    EXPECT_EQ(WrongPixels(grid_->Handle()), 0);
+}
+
+TEST_F(FlexGridWindowTest, ManyChangesArePaintedOnce) {
+    Settle();
+    for (int i = 0; i < 100'000; ++i) Model().SetTextMatrix(1 + i % 29, 1 + i % 7, u"x");
+    Settle();
+    EXPECT_EQ(WrongPixels(grid_->Handle()), 0);
+}
+
+TEST_F(FlexGridWindowTest, TheCellsRectangleIsInTwipsFromTheOuterCorner) {
+    Model().SetBorderStyle(flexgrid::GridBorder::single);
+    Model().MoveTo(2, 1);
+    const int border = GetSystemMetrics(SM_CXEDGE);
+    EXPECT_EQ(grid_->CellTwips(),
+              (Rect{(border + 64) * 15, (border + 32) * 15, (border + 127) * 15, (border + 47) * 15}));
+    Model().MoveTo(25, 6);
+    const Rect cell = grid_->CellTwips();
+    EXPECT_GT(Model().TopRow(), 1) << "reading scrolls there";
+    EXPECT_EQ(cell.left, grid_->ColPos(6));
+    EXPECT_EQ(cell.top, grid_->RowPos(25));
+    EXPECT_LT(grid_->RowPos(2), 0) << "scrolled away";
+    EXPECT_FALSE(grid_->RowIsVisible(2));
+}
+
+TEST_F(FlexGridWindowTest, ListenersMayDestroyTheWindow) {
+    Focus();
+    log_.onKey = [&](short&) {
+        Model().RemoveListener(&log_);
+        grid_.reset();
+    };
+    TypeKey(VK_DOWN);
+    EXPECT_TRUE(WaitFor([&] { return !grid_; }));
+    Settle();
+}
+
+TEST_F(FlexGridWindowTest, AMousePressMayDestroyTheWindow) {
+    log_.onMouseDown = [&] {
+        Model().RemoveListener(&log_);
+        grid_.reset();
+    };
+    MoveTo(80, 40);
+    LeftButton(true);
+    EXPECT_TRUE(WaitFor([&] { return !grid_; }));
+    LeftButton(false);
+    Settle();
+}
+
+TEST_F(FlexGridWindowTest, TwiceTheResolutionIsTwiceThePixels) {
+    const DpiOverride twice(Dpi{192, 192});
+    FlexGridWindow grid;
+    ASSERT_TRUE(grid.CreateIn(frame_.Handle(), {0, 0, 400, 300}));
+    grid.Model().SetBorderStyle(flexgrid::GridBorder::none);
+    EXPECT_EQ(grid.Model().ColPixels(1), 128);
+    EXPECT_EQ(grid.CellTwips().left, 960);
+    EXPECT_EQ(grid.CellTwips().Width(), 960 - 15) << "a line is two pixels wide";
+}
+
+TEST(FlexGridWindowLife, CreatingAndDestroyingLeavesNothingBehind) {
+    const Frame frame;
+    const auto once = [&] {
+        FlexGridWindow grid;
+        grid.CreateIn(frame.Handle(), {0, 0, 200, 100});
+        grid.Model().SetTextMatrix(1, 1, u"text");
+        grid.Refresh();
+    };
+    for (int i = 0; i < 5; ++i) once();
+    const ResourceCounts before = CountResources();
+    for (int i = 0; i < 200; ++i) once();
+    const ResourceCounts after = CountResources();
+    EXPECT_EQ(after.windows, before.windows);
+    EXPECT_LE(after.gdiObjects, before.gdiObjects);
+}
+
+TEST(FlexGridWindowLife, WorksWithoutAWindow) {
+    FlexGridWindow grid;
+    grid.MoveTo({0, 0, 300, 100});
+    grid.Model().SetRows(50);
+    grid.Model().MoveTo(40, 1);
+    EXPECT_GT(grid.CellTwips().top, 0);
+    EXPECT_GT(grid.Model().TopRow(), 30);
+    EXPECT_TRUE(grid.RowIsVisible(40));
+    EXPECT_EQ(grid.MouseRow(), 0);
+}
+
+}  // namespace
+}  // namespace qvx::test
