@@ -170,6 +170,45 @@ TEST_F(HostFormTest, AnImageListHoldsPicturesByNumberAndKey) {
               text.substr(0, 13) + "  Tag             =   \"1two 2onet 3 2one3 457\"\n" + text.substr(13));
 }
 
+TEST_F(HostFormTest, AGridsEntriesReachTheScriptAndItsAnswersComeBack) {
+    Load(
+        "Begin Form f\n  ClientWidth = 6000\n  ClientHeight = 3000\n"
+        "  Begin Qvx.ComboGrid g\n    Width = 5000\n    Height = 2500\n    Rows = 4\n    Cols = 4\n"
+        "    FormatString = \"No|Name|Fixed|Qty\"\n    ColumnsDataType = \";Qty-0;\"\n  End\n"
+        "  Begin Menu mnuSave\n    Caption = \"Save\"\n    Shortcut = ^S\n  End\nEnd\n",
+        u"Sub g_BeforeCellChange(Row, Col, Data, Cancel)\n"
+        u"  f.Tag = f.Tag & \"open\" & Row & Col & Data & \" \"\n  If Col = 2 Then Cancel = True\nEnd Sub\n"
+        u"Sub g_AfterCellChange(Row, Col, OldData, NewData, Cancel)\n"
+        u"  f.Tag = f.Tag & OldData & \">\" & NewData & \" \"\n  If NewData = \"99\" Then Cancel = True\nEnd Sub\n"
+        u"Sub mnuSave_Click()\n  f.Tag = f.Tag & \"save \"\nEnd Sub\n");
+    const auto grid = form_->FindControl(u"g")->Extended();
+    form_->FindControl(u"g")->Focus(nullptr);
+    const auto enter = [&](int col, const wchar_t* text) {
+        test::Put(grid, L"Row", {Variant(1)});
+        test::Put(grid, L"Col", {Variant(col)});
+        Key(WM_KEYDOWN, VK_F2);
+        SetWindowTextW(GetFocus(), text);
+    };
+    enter(1, L"x");
+    BYTE pressed[256] = {};
+    pressed[VK_CONTROL] = 0x80;
+    SetKeyboardState(pressed);
+    EXPECT_TRUE(Key(WM_KEYDOWN, 'S'));  // the menu's, though a cell is open
+    pressed[VK_CONTROL] = 0;
+    SetKeyboardState(pressed);
+    Key(WM_KEYDOWN, VK_RETURN);
+    test::Put(grid, L"Col", {Variant(2)});
+    Key(WM_KEYDOWN, VK_F2);
+    enter(3, L"4.5%");
+    Key(WM_KEYDOWN, VK_RETURN);
+    enter(3, L"99");
+    Key(WM_KEYDOWN, VK_RETURN);
+    EXPECT_EQ(Said(), u"open11 save >x open12 open13 >45 open1345 45>99 ");
+    EXPECT_EQ(test::Call(grid, L"TextMatrix", {Variant(1), Variant(1)}).ToText(), u"x");
+    EXPECT_EQ(test::Call(grid, L"TextMatrix", {Variant(1), Variant(3)}).ToText(), u"45");
+    EXPECT_EQ(reporter_.Errors(), 0);
+}
+
 TEST_F(HostFormTest, UnloadMayBeRefused) {
     Load("Begin Form f\nEnd\n",
          u"Sub Form_Unload(Cancel)\n f.Tag = f.Tag & \"asked \"\n If Len(f.Tag) < 10 Then Cancel = True\nEnd Sub\n");
