@@ -1,4 +1,7 @@
 # Measuring the grid beside the tables of widely used toolkits, natively, and beside the system's list view in a Windows process.
 # shellcheck shell=bash
 
-qvx_bench() { die "not yet"; }
+qvx_bench() {
+  need "${packages_bench[@]}"
+  bash bench/run.sh "$@"
+}

@@ -9,7 +9,7 @@ packages_wine=(wine wine64 fonts-wine)
 packages_display=(xvfb openbox fonts-dejavu-core xdotool x11-utils imagemagick)
 packages_lint=(clang-format clang-tidy shellcheck python3)
 packages_root32=(debootstrap)
-packages_bench=(libwxgtk3.2-dev qtbase5-dev libbenchmark-dev)
+packages_bench=(libwxgtk3.2-dev qtbase5-dev python3)
 
 is_installed() { [[ $(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }
 
