@@ -120,7 +120,7 @@ void RecordingSurface::DrawFocusRect(const Rect& area) { Line("focus " + Show(ar
 void RecordingSurface::InvertRect(const Rect& area) { Line("invert " + Show(area)); }
 
 void RecordingSurface::DrawLabel(TextView text, const Rect& area, const FontSpec& font, OleColor color,
-                                unsigned format) {
+                                 unsigned format) {
     Line("text " + ShowText(text) + " " + Show(area) + " " + ShowFont(font) + " " + ShowColor(color) + " format " +
          std::to_string(format));
 }

@@ -241,7 +241,8 @@ TEST(NumericValue, ReadsPlainDecimalsExactly) {
 }
 
 TEST(NumericValue, GivesPlainZeroWhereNothingReads) {
-    for (const TextView text : {u"-", u"-abc", u"--2", u"-."}) EXPECT_FALSE(std::signbit(NumericValue(text))) << Ascii(text);
+    for (const TextView text : {u"-", u"-abc", u"--2", u"-."})
+        EXPECT_FALSE(std::signbit(NumericValue(text))) << Ascii(text);
 }
 
 TEST(NumericValue, ReadsBytesAsLatin1) {
