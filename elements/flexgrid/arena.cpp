@@ -43,7 +43,7 @@ void Arena::AddBlocks(std::size_t count) {
 void Arena::GrowFirstBlock(std::size_t needed) {
     std::size_t size = std::max(openSize_, firstBlockSize);
     while (size < needed) {
-        size *= 2;
+        size += std::min(size, firstBlockStep);
     }
     size = std::min(size, blockSize);
     memory_.reserve(1);

@@ -80,11 +80,31 @@ class RowIndex {
         int count = 0;
         std::array<RowId, leafCapacity> ids;
     };
-    struct Inner;
     struct Child {
         void* node;  // a Leaf at level 0, else an Inner
         int count;
         std::int64_t deviation;
+    };
+    struct Inner {
+        int size = 0;
+        std::array<int, fanout> counts;
+        std::array<std::int64_t, fanout> deviations;
+        std::array<void*, fanout> nodes;
+
+        Child Get(int i) const {
+            const auto at = static_cast<std::size_t>(i);
+            return {nodes[at], counts[at], deviations[at]};
+        }
+        void Set(int i, const Child& child) {
+            const auto at = static_cast<std::size_t>(i);
+            nodes[at] = child.node;
+            counts[at] = child.count;
+            deviations[at] = child.deviation;
+        }
+        void Add(const Child& child) {
+            assert(size < fanout);
+            Set(size++, child);
+        }
     };
     struct Step {
         Inner* node;
