@@ -49,8 +49,8 @@ class Painter {
           mirrored_(grid.RightToLeft()),
           selection_(grid.Selection()),
           shown_(grid, view) {
-        highlights_ =
-            grid.HighLight() == GridHighLight::always || (grid.HighLight() == GridHighLight::withFocus && view.focused);
+        highlights_ = grid.Enabled() && (grid.HighLight() == GridHighLight::always ||
+                                         (grid.HighLight() == GridHighLight::withFocus && view.focused));
         cellsBottom_ = shown_.rows.empty() ? 0 : shown_.rows.back().end;
         cellsEnd_ = shown_.columns.empty() ? 0 : shown_.columns.back().end;
         Split(shown_.rows, grid.FixedRows(), dirty_.top, dirty_.bottom, fixedRows_, scrolledRows_);

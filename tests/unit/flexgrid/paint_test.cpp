@@ -123,6 +123,9 @@ TEST_F(PaintTest, TheSelectionIsHighlightedButForTheCursorWhichHasTheFrame) {
         EXPECT_EQ(highlighted, c.highlighted);
         EXPECT_EQ(Drawn("focus invert"), c.focus);
     }
+    grid_.SetHighLight(GridHighLight::always);
+    grid_.SetEnabled(false);
+    EXPECT_EQ(Drawn("cell").find("&H8000000D"), std::string::npos) << "a disabled grid shows no selection";
 }
 
 TEST_F(PaintTest, OnlyWhatLiesInTheDirtyRectangleIsDrawn) {
