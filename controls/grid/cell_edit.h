@@ -150,6 +150,12 @@ void CommitEdit(flexgrid::Grid& grid, ControlState& state, Editor& editor, Event
         state.editRow = grid.Rows() - 1;
         return;
     }
+    if (state.editCol > grid.Cols() - 1) {
+        // Its column is gone, and there is no cell left to write.
+        state.editRow = -1;
+        state.editCol = -1;
+        return;
+    }
     const int number = state.editNumber;
     const int row = state.editRow;
     const int col = state.editCol;

@@ -46,7 +46,7 @@ const ControlClass ComboGridControl::classInfo{&CLSID_ComboGrid,
                                                usualMiscStatus,
                                                CreateControl<ComboGridControl>};
 
-ComboGridControl::ComboGridControl() : Control<_ComboGrid>(classInfo), entry_(*this) { RebuildColIndex(); }
+ComboGridControl::ComboGridControl() : Control<_ComboGrid>(classInfo), entry_(*this) {}
 
 // ---- Life ----------------------------------------------------------------------------------------------------------
 
@@ -210,6 +210,8 @@ STDMETHODIMP ComboGridControl::ShowAbout() {
 
 void ComboGridControl::BeforeCellChange(int row, int col, const Text& data, bool& cancel) {
     Fire(events::beforeCellChange, EventArguments().In(row).In(col).In(Variant(data)).InOut(cancel));
+    // A handler that closed the control has refused the edit as well.
+    if (!InPlaceActive()) cancel = true;
 }
 
 void ComboGridControl::AfterCellChange(int row, int col, const Text& oldData, const Text& newData, bool& cancel) {

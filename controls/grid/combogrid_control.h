@@ -147,6 +147,7 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     void InitProperties() override;
     void OnBeforeRead(TextView key) override;
     void OnWindowCreated(HWND window) override;
+    void OnWindowGoing() override { entry_.CommitOpenEdit(); }
     void OnResize(Size size) override { entry_.Resize(size); }
     void OnShow() override { entry_.Show(UserMode()); }
     HWND FocusWindow() override;

@@ -438,11 +438,16 @@ Text EntryGrid::ToolTip(int row, int col) {
     return CellTipText(state_, Model().TextMatrix(row, col), window_->IsTextCut(row, col));
 }
 
+// A grid may be left and entered while it has no cells at all.
+bool EntryGrid::Projects() {
+    return state_.projectSelection && state_.initialised && Model().Rows() > 0 && Model().Cols() > 0;
+}
+
 void EntryGrid::LeaveCell() {
     const auto keep = events_.KeepAlive();
     if (EditIsOpen() && !changingRows_ && !state_.editing && state_.committing == 0) EndEdit();
     events_.LeaveCell();
-    if (!state_.projectSelection || !state_.initialised) return;
+    if (!Projects()) return;
     // Whether bold or not: the property may have been turned off while the cell was the current one.
     Model().SetCellFontBold(false);
     Model().SetCellForeColor(Model().ForeColor());
@@ -451,7 +456,7 @@ void EntryGrid::LeaveCell() {
 void EntryGrid::EnterCell() {
     const auto keep = events_.KeepAlive();
     events_.EnterCell();
-    if (!state_.projectSelection || !state_.initialised) return;
+    if (!Projects()) return;
     Model().SetCellForeColor(Model().ForeColorSel());
     if (state_.projectionBold) Model().SetCellFontBold(true);
 }

@@ -187,9 +187,10 @@ TEST(EditorKeys, CharactersThatOpenTheEditor) {
 }
 
 TEST(EditorKeys, CommandsOfTheHostsMenusAreLeftToIt) {
-    for (const int key : {'A', 'C', 'V', 'X', 'Z', keys::insert, keys::backspace})
+    for (const int key : {int{'A'}, int{'C'}, int{'V'}, int{'X'}, int{'Z'}, keys::insert, keys::backspace})
         EXPECT_TRUE(IsEditorCommand(key, keys::controlMask));
-    for (const int key : {'S', 'B', 'P', keys::f4}) EXPECT_FALSE(IsEditorCommand(key, keys::controlMask));
+    for (const int key : {int{'S'}, int{'B'}, int{'P'}, keys::f4})
+        EXPECT_FALSE(IsEditorCommand(key, keys::controlMask));
     EXPECT_TRUE(IsEditorCommand('Q', keys::controlMask | keys::altMask));  // types "@" on many keyboards
 }
 

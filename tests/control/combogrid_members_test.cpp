@@ -1,0 +1,294 @@
+// A ComboGrid's properties, methods and saved form.
+#include <gtest/gtest.h>
+
+#include "Qvx.h"
+#include "com/text.h"
+#include "tests/control/combogrid_form.h"
+#include "tests/control/golden.h"
+
+namespace qvx::test {
+namespace {
+
+using F = ComboGridForm;
+
+ComPtr<IUnknown> New() { return ServerUnderTest::Get().Create(CLSID_ComboGrid); }
+
+std::string Utf8(const Text& text) { return {text.begin(), text.end()}; }
+
+ComPtr<IDispatch> Loaded(const std::vector<std::pair<std::wstring, Variant>>& values) {
+    const auto bag = MakeObject<MemoryBag>();
+    for (const auto& [key, value] : values) bag->Set(key, value);
+    const auto control = New();
+    EXPECT_EQ(S_OK, LoadFromBag(control.get(), bag.get()));
+    return control.As<IDispatch>();
+}
+
+TEST(ComboGridSaving, AnEmptyBagGivesThreeRowsAndNoColumns) {
+    const auto grid = Loaded({});
+    EXPECT_EQ(3, Call(grid.get(), L"Rows").ToLong());
+    EXPECT_EQ(0, Call(grid.get(), L"Cols").ToLong());
+    EXPECT_EQ(u"", Call(grid.get(), L"StringFormat").ToText());
+    EXPECT_EQ(0, Call(Call(grid.get(), L"ColIndex").ToObject<IDispatch>().get(), L"Count").ToLong());
+    EXPECT_TRUE(SaveToBag(Query<IUnknown>(grid.get()).get())->entries.empty()) << "every value is its default";
+}
+
+TEST(ComboGridSaving, FixedColumnWaitsForColumnsToCome) {
+    const auto grid = Loaded({});
+    EXPECT_EQ(0, Call(grid.get(), L"FixedCols").ToLong());
+    Put(grid.get(), L"FormatString", {Variant(u"No|Name|Qty")});
+    EXPECT_EQ(3, Call(grid.get(), L"Cols").ToLong());
+    EXPECT_EQ(1, Call(grid.get(), L"FixedCols").ToLong());
+    EXPECT_EQ(1, Call(grid.get(), L"FixedRows").ToLong());
+}
+
+TEST(ComboGridSaving, ANewControlKeepsTheGridAsItIsMade) {
+    const auto control = New();
+    ASSERT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    const auto grid = control.As<IDispatch>();
+    EXPECT_EQ(2, Call(grid.get(), L"Rows").ToLong());
+    EXPECT_EQ(2, Call(grid.get(), L"Cols").ToLong());
+    EXPECT_EQ(-1, Call(grid.get(), L"KeyColumn").ToLong());
+    EXPECT_EQ(1, Call(grid.get(), L"BindFrom").ToLong());
+    EXPECT_EQ(true, Call(grid.get(), L"AutoTab").ToBool());
+    EXPECT_EQ(true, Call(grid.get(), L"ProjectSelection").ToBool());
+    EXPECT_EQ(u"DD/MM/YYYY", Call(grid.get(), L"DateFormat").ToText());
+}
+
+// Every key once, in its order: each property has a value other than its default.
+TEST(ComboGridSaving, KeysAndTheirOrderAreFixed) {
+    const auto control = New();
+    ASSERT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    const auto grid = control.As<IDispatch>();
+    const auto put = [&](const wchar_t* name, Variant value) { Put(grid.get(), name, {std::move(value)}); };
+    put(L"FormatString", Variant(u"A|B|C|D"));
+    put(L"Rows", Variant(6));
+    put(L"FixedCols", Variant(2));
+    put(L"FixedRows", Variant(2));
+    for (const wchar_t* color : {L"BackColorBkg", L"BackColor", L"BackColorSel", L"ForeColor", L"ForeColorFixed",
+                                 L"ForeColorSel", L"GridColor", L"GridColorFixed", L"BackColorFixed"})
+        put(color, Variant(0x123456));
+    for (const wchar_t* list : {L"InActiveColumns", L"ListColumns", L"UnChangableColumns", L"ColumnsDataType",
+                                L"RequiredFields", L"InVisibleColumns", L"CheckValueFor", L"NonFocusColumns"})
+        put(list, Variant(u";B;"));
+    for (const wchar_t* on : {L"AutoAddNew", L"AutoRecordNumber", L"ProjectionBold", L"CellToolTip"})
+        put(on, Variant(true));
+    for (const wchar_t* off : {L"ScrollTrack", L"ProjectSelection", L"AutoTab", L"Enabled"}) put(off, Variant(false));
+    for (const wchar_t* number : {L"AllowUserResizing", L"Appearance", L"MergeCells", L"SelectionMode"})
+        put(number, Variant(1));
+    for (const wchar_t* number : {L"FocusRect", L"HighLight", L"BindFrom"}) put(number, Variant(2));
+    for (const wchar_t* number : {L"GridLines", L"GridLinesFixed", L"KeyColumn"}) put(number, Variant(3));
+    put(L"ScrollBars", Variant(1));
+    put(L"BorderStyle", Variant(0));
+    put(L"DateFormat", Variant(u"mmm/yyyy"));
+    Put(grid.get(), L"ColAlignment", {Variant(0), Variant(4)});
+    Put(grid.get(), L"ColWidth", {Variant(0), Variant(1200)});
+    Put(grid.get(), L"TextMatrix", {Call(grid.get(), L"Row"), Call(grid.get(), L"Col"), Variant(u"current")});
+    const auto bag = SaveToBag(control.get());
+    EXPECT_EQ(47u, bag->entries.size());
+    ExpectGolden("combogrid_bag.txt", Utf8(bag->Print()));
+    const auto again = New();
+    ASSERT_EQ(S_OK, LoadFromBag(again.get(), bag.get()));
+    EXPECT_EQ(Utf8(bag->Print()), Utf8(SaveToBag(again.get())->Print()));
+}
+
+TEST(ComboGridSaving, OnlyIndexZeroOfIndexedMembersIsKept) {
+    const auto grid = Loaded({{L"FormatString", Variant(u"A|B|C")}, {L"ColWidth0", Variant(1200)}});
+    EXPECT_EQ(1200, Call(grid.get(), L"ColWidth", {Variant(0)}).ToLong());
+    Put(grid.get(), L"ColWidth", {Variant(2), Variant(777)});
+    const auto bag = SaveToBag(Query<IUnknown>(grid.get()).get());
+    EXPECT_EQ(1200, bag->Find(L"ColWidth0")->ToLong());
+    EXPECT_EQ(nullptr, bag->Find(L"ColWidth2"));
+    const auto hidden = Loaded({{L"FormatString", Variant(u"A|B|C")}});
+    EXPECT_EQ(0, Call(hidden.get(), L"ColWidth", {Variant(0)}).ToLong()) << "column 0 is hidden without its key";
+}
+
+TEST(ComboGridSaving, DesignModePreparesNothing) {
+    F form({{L"AutoRecordNumber", Variant(true)}}, false);
+    EXPECT_EQ(u"", form.Cell(1, 0));
+    EXPECT_EQ(u"", Call(form.grid.get(), L"StringFormat").ToText());
+    EXPECT_NE(0, Call(form.grid.get(), L"ColWidth", {Variant(int{F::key})}).ToLong());
+    const CallResult list = Invoke(form.grid.get(), L"Lists", DISPATCH_PROPERTYGET, {Variant(int{F::item}).get()});
+    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 340), list.scode);
+}
+
+TEST(ComboGridMembers, RunModeIsPreparedByLoading) {
+    F form({{L"AutoRecordNumber", Variant(true)}, {L"Rows", Variant(4)}});
+    EXPECT_EQ(u"1", form.Cell(1, 0));
+    EXPECT_EQ(u"3", form.Cell(3, 0));
+    EXPECT_EQ(u"No", form.Cell(0, 0));
+    EXPECT_EQ(0, Call(form.grid.get(), L"ColWidth", {Variant(int{F::key})}).ToLong());
+    EXPECT_EQ(u"[No],[Name],[Qty],[Rate],[Month],[Item],[Locked],[Skip],[Key]",
+              Call(form.grid.get(), L"StringFormat").ToText());
+}
+
+TEST(ComboGridMembers, ListsIsForListColumnsOnly) {
+    F form;
+    EXPECT_EQ(3, Call(form.List(F::item).get(), L"ListCount").ToLong());
+    for (const int col : {0, int{F::name}, 999, -1}) {
+        const CallResult result = Invoke(form.grid.get(), L"Lists", DISPATCH_PROPERTYGET, {Variant(col).get()});
+        EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 9), result.scode) << col;
+        EXPECT_EQ(u"Not a valid ListColum Index.", result.description);
+        EXPECT_EQ(u"Qvx", result.source);
+    }
+    // A column listed later has no list before the next load.
+    Put(form.grid.get(), L"ListColumns", {Variant(u";Name;Item;")});
+    const CallResult late = Invoke(form.grid.get(), L"Lists", DISPATCH_PROPERTYGET, {Variant(int{F::name}).get()});
+    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 340), late.scode);
+    form.GoTo(1, F::name);
+    form.Type(L"free");
+    form.Press(VK_RETURN);
+    EXPECT_EQ(u"free", form.Cell(1, F::name));
+}
+
+TEST(ComboGridMembers, PickListHasTheMembersHostsKnow) {
+    F form;
+    const auto list = form.List(F::item);
+    IDispatch* combo = list.get();
+    Call(combo, L"AddItem", {Variant(u"Avocado"), Variant(1)});
+    EXPECT_EQ(1, Call(combo, L"NewIndex").ToLong());
+    EXPECT_EQ(4, Call(combo, L"ListCount").ToLong());
+    EXPECT_EQ(u"Avocado", Call(combo, L"List", {Variant(1)}).ToText());
+    EXPECT_EQ(u"", Call(combo, L"List", {Variant(9)}).ToText());
+    Put(combo, L"ItemData", {Variant(1), Variant(4711)});
+    EXPECT_EQ(4711, Call(combo, L"ItemData", {Variant(1)}).ToLong());
+    Put(combo, L"List", {Variant(1), Variant(u"Apricot")});
+    EXPECT_EQ(u"Apricot", Call(combo, L"List", {Variant(1)}).ToText());
+    EXPECT_EQ(4711, Call(combo, L"ItemData", {Variant(1)}).ToLong());
+    form.Log();
+    Put(combo, L"ListIndex", {Variant(1)});
+    EXPECT_EQ(u"Apricot", Call(combo, L"Text").ToText());
+    EXPECT_EQ("5(-1, -1, Apricot)\n", form.Log({}));
+    Put(combo, L"Text", {Variant(u"Apri")});
+    EXPECT_EQ(-1, Call(combo, L"ListIndex").ToLong()) << "a text is no choice";
+    EXPECT_EQ("4(-1, -1, Apri)\n", form.Log({}));
+    Put(combo, L"SelStart", {Variant(1)});
+    Put(combo, L"SelLength", {Variant(2)});
+    EXPECT_EQ(u"pr", Call(combo, L"SelText").ToText());
+    Put(combo, L"SelText", {Variant(u"XYZ")});
+    EXPECT_EQ(u"AXYZi", Call(combo, L"Text").ToText());
+    Put(combo, L"Tag", {Variant(u"note")});
+    EXPECT_EQ(u"note", Call(combo, L"Tag").ToText());
+    Put(combo, L"BackColor", {Variant(255)});
+    EXPECT_EQ(255, Call(combo, L"BackColor").ToLong());
+    Call(combo, L"RemoveItem", {Variant(0)});
+    EXPECT_EQ(u"Apricot", Call(combo, L"List", {Variant(0)}).ToText());
+    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 5),
+              Invoke(combo, L"RemoveItem", DISPATCH_METHOD, {Variant(9).get()}).scode);
+    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 380),
+              Invoke(combo, L"ListIndex", DISPATCH_PROPERTYPUT, {Variant(9).get()}).scode);
+    EXPECT_NE(0, Call(combo, L"hWnd").ToLong());
+    const auto font = Call(combo, L"Font").ToObject<IFont>();
+    ASSERT_TRUE(font);
+    EXPECT_EQ(S_OK, font->put_Bold(TRUE));
+    Call(combo, L"Clear");
+    EXPECT_EQ(0, Call(combo, L"ListCount").ToLong());
+    EXPECT_EQ(u"", Call(combo, L"Text").ToText());
+}
+
+TEST(ComboGridMembers, PickListOutlivesItsControlHarmlessly) {
+    ComPtr<IDispatch> list;
+    {
+        F form;
+        list = form.List(F::item);
+    }
+    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 364), Invoke(list.get(), L"Text", DISPATCH_PROPERTYGET).scode);
+}
+
+TEST(ComboGridMembers, ColIndexFindsColumnsByCaption) {
+    F form(
+        {{L"FormatString", Variant(u"No|Code|Qty|Name|Qty")}, {L"Cols", Variant(5)}, {L"ListColumns", Variant(u"")}});
+    const auto index = Call(form.grid.get(), L"ColIndex").ToObject<IDispatch>();
+    EXPECT_EQ(5, Call(index.get(), L"Count").ToLong());
+    EXPECT_EQ(4, Call(index.get(), L"Item", {Variant(u"qty1")}).ToLong());
+    EXPECT_EQ(2, Call(index.get(), L"Item", {Variant(u"Qty")}).ToLong());
+    EXPECT_EQ(0, Call(index.get(), L"Item", {Variant(1)}).ToLong());
+    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 5),
+              Invoke(index.get(), L"Item", DISPATCH_PROPERTYGET, {Variant(u"none").get()}).scode);
+    Put(form.grid.get(), L"TextMatrix", {Variant(0), Variant(1), Variant(u"Number")});
+    EXPECT_EQ(u"[No],[Code],[Qty],[Name],[Qty1]", Call(form.grid.get(), L"StringFormat").ToText());
+    Call(form.grid.get(), L"RefreshColIndex");
+    EXPECT_EQ(u"[No],[Number],[Qty],[Name],[Qty1]", Call(form.grid.get(), L"StringFormat").ToText());
+    EXPECT_EQ(
+        1,
+        Call(Call(form.grid.get(), L"ColIndex").ToObject<IDispatch>().get(), L"Item", {Variant(u"number")}).ToLong());
+}
+
+TEST(ComboGridMembers, ForwardedPropertiesReachTheInnerGridAndTheHost) {
+    F form;
+    const auto listener = MakeObject<PropertyListener>();
+    const Connection connection(form.container.Control(), IID_IPropertyNotifySink, listener.get());
+    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    Put(form.grid.get(), L"GridColor", {Variant(0x112233)});
+    EXPECT_EQ(0x112233, Call(inner.get(), L"GridColor").ToLong());
+    EXPECT_EQ(1u, listener->changed.size());
+    EXPECT_EQ(S_OK, Query<IPersistStreamInit>(form.container.Control())->IsDirty());
+    EXPECT_NE(Call(form.grid.get(), L"hWnd").ToLong(), Call(inner.get(), L"hWnd").ToLong());
+    EXPECT_NE(0, Call(form.grid.get(), L"hDC").ToLong());
+    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 380),
+              Invoke(form.grid.get(), L"GridLines", DISPATCH_PROPERTYPUT, {Variant(17).get()}).scode);
+    EXPECT_EQ(
+        static_cast<HRESULT>(0x800A0000 + 381),
+        Invoke(form.grid.get(), L"TextMatrix", DISPATCH_PROPERTYGET, {Variant(99).get(), Variant(0).get()}).scode);
+}
+
+TEST(ComboGridMembers, InVisibleColumnsHidesAndShowsAgain) {
+    F form;
+    const auto width = [&] { return Call(form.grid.get(), L"ColWidth", {Variant(int{F::qty})}).ToLong().value_or(-1); };
+    Put(form.grid.get(), L"InVisibleColumns", {Variant(u";Qty;")});
+    EXPECT_EQ(0, width());
+    EXPECT_NE(0, Call(form.grid.get(), L"ColWidth", {Variant(int{F::key})}).ToLong());
+    Put(form.grid.get(), L"InVisibleColumns", {Variant(u"")});
+    EXPECT_GT(width(), 0);
+}
+
+TEST(ComboGridMembers, RowsAreAddedAndRemovedWithTheirNumbers) {
+    F form({{L"AutoRecordNumber", Variant(true)}});
+    Call(form.grid.get(), L"AddItem", {Variant(u"x\tthird\t3")});
+    EXPECT_EQ(u"x", form.Cell(3, F::no)) << "AddItem numbers nothing";
+    Call(form.grid.get(), L"AddItem", {Variant(u"y\tfirst"), Variant(1)});
+    EXPECT_EQ(u"first", form.Cell(1, F::name));
+    Call(form.grid.get(), L"RemoveItem", {Variant(2)});
+    for (int row = 1; row < form.Number(L"Rows"); ++row) EXPECT_EQ(std::to_string(row), Utf8(form.Cell(row, F::no)));
+    EXPECT_EQ(u"third", form.Cell(3, F::name));
+    EXPECT_TRUE(
+        FAILED(Invoke(form.grid.get(), L"AddItem", DISPATCH_METHOD, {Variant(u"z").get(), Variant(-1).get()}).result));
+    Call(form.grid.get(), L"Clear");
+    EXPECT_EQ(u"", form.Cell(0, F::name));
+}
+
+TEST(ComboGridMembers, GetNextColumnWritesItsArgument) {
+    F form;
+    VARIANT start;
+    VariantInit(&start);
+    start.vt = VT_I4;
+    start.lVal = F::locked;
+    VARIANT reference;
+    VariantInit(&reference);
+    reference.vt = VT_BYREF | VT_VARIANT;
+    reference.pvarVal = &start;
+    const CallResult result = Invoke(form.grid.get(), L"GetNextColumn", DISPATCH_METHOD, {reference});
+    EXPECT_EQ(1, result.value.ToLong());
+    EXPECT_EQ(1, Variant(start).ToLong());
+    EXPECT_EQ(100, Call(form.grid.get(), L"GetActiveList").ToLong());
+    Put(form.grid.get(), L"Col", {Variant(int{F::item})});
+    EXPECT_EQ(5, Call(form.grid.get(), L"GetActiveList").ToLong());
+}
+
+TEST(ComboGridMembers, CurrentCellIsProjected) {
+    F form({{L"ProjectionBold", Variant(true)}});
+    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    const auto look = [&](int row) {
+        Put(form.grid.get(), L"Row", {Variant(row)});
+        return std::pair(Call(inner.get(), L"CellForeColor").ToLong(), Call(inner.get(), L"CellFontBold").ToBool());
+    };
+    look(1);
+    EXPECT_EQ(std::pair(Call(form.grid.get(), L"ForeColorSel").ToLong(), std::optional(true)), look(2));
+    // Turned off while a cell is the current one, it leaves no bold cell behind.
+    Put(form.grid.get(), L"ProjectionBold", {Variant(false)});
+    look(1);
+    Put(form.grid.get(), L"ProjectSelection", {Variant(false)});
+    EXPECT_EQ(std::pair(Call(form.grid.get(), L"ForeColor").ToLong(), std::optional(false)), look(2));
+}
+
+}  // namespace
+}  // namespace qvx::test
