@@ -24,41 +24,41 @@ CY ToCurrency(double value) {
 
 }  // namespace
 
-ComPtr<IFontDisp> MakeFontObject(const FontSpec& spec) {
-    Text face = spec.face;
+ComPtr<IFontDisp> MakeFontObject(const FontSpec& value) {
+    Text face = value.face;
     FONTDESC description{};
     description.cbSizeofstruct = sizeof description;
     description.lpstrName = WideBuffer(face);
-    description.cySize = ToCurrency(spec.points);
-    description.sWeight = static_cast<SHORT>(spec.weight);
-    description.sCharset = static_cast<SHORT>(spec.charset);
-    description.fItalic = spec.italic;
-    description.fUnderline = spec.underline;
-    description.fStrikethrough = spec.strikeThrough;
+    description.cySize = ToCurrency(value.points);
+    description.sWeight = static_cast<SHORT>(value.weight);
+    description.sCharset = static_cast<SHORT>(value.charset);
+    description.fItalic = value.italic;
+    description.fUnderline = value.underline;
+    description.fStrikethrough = value.strikeThrough;
     ComPtr<IFontDisp> font;
     Check(OleCreateFontIndirect(&description, __uuidof(IFontDisp), font.put_void()));
     return font;
 }
 
 FontSpec ReadFontObject(IUnknown* object) {
-    FontSpec spec;
+    FontSpec value;
     const auto font = Query<IFont>(object);
-    if (!font) return spec;
+    if (!font) return value;
     Bstr name;
-    if (SUCCEEDED(font->get_Name(name.put())) && !name.View().empty()) spec.face = name.ToText();
+    if (SUCCEEDED(font->get_Name(name.put())) && !name.View().empty()) value.face = name.ToText();
     CY size;
     if (SUCCEEDED(font->get_Size(&size)) && size.int64 > 0) {
-        spec.points = static_cast<double>(size.int64) / currencyUnit;
+        value.points = static_cast<double>(size.int64) / currencyUnit;
     }
     SHORT weight = 0;
     SHORT charset = 0;
     WINBOOL flag = FALSE;
-    if (SUCCEEDED(font->get_Weight(&weight)) && weight > 0) spec.weight = weight;
-    if (SUCCEEDED(font->get_Charset(&charset))) spec.charset = charset;
-    if (SUCCEEDED(font->get_Italic(&flag))) spec.italic = flag != FALSE;
-    if (SUCCEEDED(font->get_Underline(&flag))) spec.underline = flag != FALSE;
-    if (SUCCEEDED(font->get_Strikethrough(&flag))) spec.strikeThrough = flag != FALSE;
-    return spec;
+    if (SUCCEEDED(font->get_Weight(&weight)) && weight > 0) value.weight = weight;
+    if (SUCCEEDED(font->get_Charset(&charset))) value.charset = charset;
+    if (SUCCEEDED(font->get_Italic(&flag))) value.italic = flag != FALSE;
+    if (SUCCEEDED(font->get_Underline(&flag))) value.underline = flag != FALSE;
+    if (SUCCEEDED(font->get_Strikethrough(&flag))) value.strikeThrough = flag != FALSE;
+    return value;
 }
 
 class FontProperty::Listener final : public ComObject<IPropertyNotifySink> {
@@ -81,9 +81,9 @@ FontProperty::FontProperty(std::function<void()> changed) : changed_(std::move(c
 
 FontProperty::~FontProperty() { Detach(); }
 
-void FontProperty::Load(const FontSpec& spec) {
+void FontProperty::Load(const FontSpec& value) {
     Detach();
-    spec_ = spec;
+    spec_ = value;
 }
 
 IFontDisp* FontProperty::Get() {
@@ -93,9 +93,9 @@ IFontDisp* FontProperty::Get() {
 
 void FontProperty::Set(IFontDisp* font, bool copy) {
     if (!font) throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
-    const FontSpec spec = ReadFontObject(font);
+    const FontSpec value = ReadFontObject(font);
     Detach();
-    spec_ = spec;
+    spec_ = value;
     if (!copy) Attach(ComPtr<IFontDisp>(font));
     changed_();
 }
@@ -119,9 +119,9 @@ void FontProperty::Detach() {
 }
 
 void FontProperty::OnObjectChanged() {
-    const FontSpec spec = ReadFontObject(object_.get());
-    if (spec == spec_) return;
-    spec_ = spec;
+    const FontSpec value = ReadFontObject(object_.get());
+    if (value == spec_) return;
+    spec_ = value;
     changed_();
 }
 

@@ -14,7 +14,7 @@
 namespace qvx {
 
 // A new standard font object. Throws ComError.
-ComPtr<IFontDisp> MakeFontObject(const FontSpec& spec);
+ComPtr<IFontDisp> MakeFontObject(const FontSpec& value);
 
 // What a font object says; the default font for null and for what an object refuses to say.
 FontSpec ReadFontObject(IUnknown* font);
@@ -30,7 +30,7 @@ class FontProperty {
 
     const FontSpec& Spec() const { return spec_; }
     // Replaces the object by a new one; `changed` is not called.
-    void Load(const FontSpec& spec);
+    void Load(const FontSpec& value);
 
     // The object itself, made at first use; with a reference for the caller. Throws ComError.
     IFontDisp* Get();

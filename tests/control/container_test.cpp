@@ -230,6 +230,78 @@ TEST(PropertyChanges, AreAnnounced) {
     EXPECT_EQ(S_OK, stream->IsDirty());
 }
 
+// `Set Font = f` shares the object, `Font = f` copies its value.
+TEST(PropertyChanges, FontsAreSharedOrCopied) {
+    const auto control = New(CLSID_Button);
+    ASSERT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    const auto button = control.As<_Button>();
+    FontSpec look;
+    look.face = u"Tahoma";
+    const auto font = MakeFontObject(look);
+    const auto pointsOf = [&] {
+        ComPtr<IFontDisp> now;
+        EXPECT_EQ(S_OK, button->get_Font(now.put()));
+        return ReadFontObject(now.get()).points;
+    };
+    const auto resize = [&](int points) {
+        CY size;
+        size.int64 = points * 10000;
+        EXPECT_EQ(S_OK, font.As<IFont>()->put_Size(size));
+    };
+    resize(12);
+    ASSERT_EQ(S_OK, button->put_Font(font.get()));
+    resize(18);
+    EXPECT_EQ(12, pointsOf());
+    ASSERT_EQ(S_OK, button->putref_Font(font.get()));
+    EXPECT_EQ(18, pointsOf());
+    resize(24);
+    EXPECT_EQ(24, pointsOf());
+    EXPECT_EQ(static_cast<HRESULT>(0x800A017C), button->putref_Font(nullptr));
+    EXPECT_EQ(24, pointsOf());
+}
+
+// A container that draws inactive controls itself hears of changes; one that shows the control's own window need not.
+TEST(PropertyChanges, AreShownByTheContainerWhileInactive) {
+    Container container(RunMode());
+    container.Place(New(CLSID_Button));
+    const auto view = Query<IViewObject>(container.Control());
+    ComPtr<IOleClientSite> site;
+    ASSERT_EQ(S_OK, Query<IOleObject>(container.Control())->GetClientSite(site.put()));
+    ASSERT_EQ(S_OK, view->SetAdvise(DVASPECT_CONTENT, 0, site.As<IAdviseSink>().get()));
+    const auto seen = [&] { return std::count(container.Calls().begin(), container.Calls().end(), "OnViewChange"); };
+    Put(container.Automation().get(), L"BackColor", {Variant(255)});
+    const auto inactive = seen();
+    EXPECT_GE(inactive, 1);
+    container.Activate();
+    Put(container.Automation().get(), L"BackColor", {Variant(0)});
+    EXPECT_EQ(inactive, seen());
+    EXPECT_EQ(S_OK, view->SetAdvise(DVASPECT_CONTENT, 0, nullptr));
+}
+
+// One call in place of a dozen, for containers in a hurry.
+TEST_P(EachControl, IsSetUpByOneCall) {
+    const auto control = New(*GetParam());
+    auto events = MakeObject<EventRecorder>();
+    auto properties = MakeObject<PropertyListener>();
+    QACONTAINER offer{};
+    offer.cbSize = sizeof offer;
+    offer.pUnkEventSink = events.get();
+    offer.pPropertyNotifySink = properties.get();
+    QACONTROL answer{};
+    answer.cbSize = sizeof answer;
+    ASSERT_EQ(S_OK, control.As<IQuickActivate>()->QuickActivate(&offer, &answer));
+    EXPECT_NE(0u, answer.dwEventCookie);
+    EXPECT_NE(0u, answer.dwPropNotifyCookie);
+    EXPECT_TRUE(answer.dwMiscStatus & OLEMISC_ACTIVATEWHENVISIBLE);
+    ASSERT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    Put(control.As<IDispatch>().get(), L"Enabled", {Variant(false)});
+    EXPECT_EQ(std::vector<DISPID>{DISPID_ENABLED}, properties->changed);
+    ComPtr<IConnectionPoint> point;
+    ASSERT_EQ(S_OK, control.As<IConnectionPointContainer>()->FindConnectionPoint(EventsOf(control.get()), point.put()));
+    EXPECT_EQ(S_OK, point->Unadvise(answer.dwEventCookie));
+    EXPECT_EQ(CONNECT_E_NOCONNECTION, point->Unadvise(answer.dwEventCookie));
+}
+
 // --- Events ---
 
 class ButtonEvents : public ::testing::Test {
@@ -358,11 +430,11 @@ TEST(HostDefaults, AreTakenOnceTheHostIsKnown) {
 }
 
 TEST(HostDefaults, FontIsTheAmbientFontAndIsNotWritten) {
-    FontSpec spec;
-    spec.face = u"Tahoma";
-    spec.points = 12;
+    FontSpec look;
+    look.face = u"Tahoma";
+    look.points = 12;
     Container::Options options = RunMode();
-    options.ambients.emplace(DISPID_AMBIENT_FONT, Variant(static_cast<IDispatch*>(MakeFontObject(spec).get())));
+    options.ambients.emplace(DISPID_AMBIENT_FONT, Variant(static_cast<IDispatch*>(MakeFontObject(look).get())));
     Container container(options);
     container.Place(New(CLSID_Button));
     const auto font = Call(container.Automation().get(), L"Font").ToObject<IFont>();

@@ -54,8 +54,8 @@ Text MemoryBag::Print() const {
     for (const auto& [key, value] : entries) {
         lines += Text(FromWide(key)) + u"=";
         if (const auto font = value.ToObject<IFont>()) {
-            const FontSpec spec = ReadFontObject(font.get());
-            lines += spec.face + u" " + Variant(spec.points).ToText().value_or(u"?");
+            const FontSpec look = ReadFontObject(font.get());
+            lines += look.face + u" " + Variant(look.points).ToText().value_or(u"?");
         } else {
             lines += value.ToText().value_or(u"?");
         }
