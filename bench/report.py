@@ -160,7 +160,8 @@ def main():
     print("# Benchmarks\n")
     print("Ten columns of short texts (0 to 11 characters). Medians of five runs (more where one is too short for the\n"
           "clock, fewer where one takes seconds), all of one run of `./qvx bench`. Works on data are measured in the\n"
-          "thread's processor time natively and in elapsed time in the Windows process; painting in elapsed time.\n"
+          "thread's processor time natively and in elapsed time in the Windows process; painting in elapsed time; memory\n"
+          "as what the allocator has handed out, natively.\n"
           "`cut` stands where a work was expected to take too long. A ratio says how many times better Qvx is.\n")
     data = ["load", "memory", "sum", "scan", "remove_half", "insert_top", "insert_block"]
     paint = ["frames", "scroll", "first_frame"]

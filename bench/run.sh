@@ -3,15 +3,15 @@
 #
 #     bench/run.sh [ROWS] [FILE.md]
 #
-# ROWS is the largest table (a power of ten from 1000, 1000000 when left out), FILE.md where the report goes as well
-# (build/bench/report.md when left out). A single work that is likely to take longer than QVX_BENCH_LIMIT seconds (30) is cut.
+# ROWS is the largest table (a power of ten from 1000, 100000 when left out), FILE.md where the report goes as well
+# (build/bench/report.md when left out). A single work that is likely to take longer than QVX_BENCH_LIMIT seconds (10) is cut.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 cd "$root"
-rows=${1:-1000000}
+rows=${1:-100000}
 report=${2:-$root/build/bench/report.md}
-limit=${QVX_BENCH_LIMIT:-30}
+limit=${QVX_BENCH_LIMIT:-10}
 
 source tools/common.sh
 source tools/packages.sh

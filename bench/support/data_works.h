@@ -99,7 +99,7 @@ class DataWorks {
             }
         }
         Tell("load", load);
-        Tell("memory", memory);
+        if (BytesInUse() != 0) Tell("memory", memory);
         Tell("sum", sum);
         Tell("scan", scan);
         Tell("insert_top", insert);

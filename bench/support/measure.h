@@ -11,11 +11,7 @@
 #include <string>
 #include <vector>
 
-#ifdef _WIN32
-#include <windows.h>
-// psapi.h needs windows.h before it
-#include <psapi.h>
-#else
+#ifndef _WIN32
 #include <malloc.h>
 #endif
 
@@ -50,12 +46,10 @@ class WorkStopwatch {
     double start_ = Now();
 };
 
-// Bytes this process holds: what the C library's allocator has handed out here, the private bytes under Windows.
+// Bytes the C library's allocator has handed out; 0 under Windows, where nothing counts them as exactly.
 inline std::size_t BytesInUse() {
 #ifdef _WIN32
-    PROCESS_MEMORY_COUNTERS_EX counters{};
-    GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof counters);
-    return counters.PrivateUsage;
+    return 0;
 #else
     const struct mallinfo2 info = mallinfo2();
     return info.uordblks + info.hblkhd;
