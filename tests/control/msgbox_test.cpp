@@ -45,8 +45,12 @@ class MessageBoxOnScreen : public ::testing::Test {
         if (IsWindow(owner_)) DestroyWindow(owner_);
         WaitFor([] { return false; }, 30);
     }
+    // Afterwards the owner is in front again: window managers need a moment for that, and a box that opens meanwhile
+    // may stay behind.
     bool Show(int buttons, int timeOut = 0, TextView prompt = u"Delete selected item?") const {
-        return ShowMessage(owner_, prompt, buttons, Text(u"Test"), icon::question, false, timeOut);
+        const bool answer = ShowMessage(owner_, prompt, buttons, Text(u"Test"), icon::question, false, timeOut);
+        if (IsWindow(owner_)) WaitFor([&] { return GetForegroundWindow() == owner_; }, 1000);
+        return answer;
     }
 
     HWND owner_ = nullptr;
@@ -221,27 +225,33 @@ TEST_F(MessageBoxOnScreen, TheIconBlinks) {
     EXPECT_LE(changes, 7);
 }
 
+// What the owner's timer does while a box is open. Functions, because the system's calling convention on x86 is not
+// that of lambdas.
+std::atomic<bool> inner;
+void CALLBACK ShowInner(HWND window, UINT, UINT_PTR id, DWORD) {
+    KillTimer(window, id);
+    inner = ShowMessage(window, u"Inner", 11, {}, icon::notice, false, 300);
+}
+void CALLBACK DestroyOwner(HWND window, UINT, UINT_PTR, DWORD) { DestroyWindow(window); }
+void CALLBACK EndProgram(HWND, UINT, UINT_PTR, DWORD) { PostQuitMessage(42); }
+
 TEST_F(MessageBoxOnScreen, NestedBoxesWaitForTheirOwnAnswers) {
     // The second box opens from a timer of the owner's while the first one waits.
-    static bool inner;
     inner = true;
-    SetTimer(owner_, 7, 400, [](HWND window, UINT, UINT_PTR id, DWORD) {
-        KillTimer(window, id);
-        inner = ShowMessage(window, u"Inner", 11, {}, icon::notice, false, 300);
-    });
+    SetTimer(owner_, 7, 400, ShowInner);
     EXPECT_TRUE(Show(2, 1500));
     EXPECT_FALSE(inner);
     EXPECT_TRUE(IsWindowEnabled(owner_));
 }
 
 TEST_F(MessageBoxOnScreen, TheOwnerGoesMeanwhile) {
-    SetTimer(owner_, 7, 300, [](HWND window, UINT, UINT_PTR, DWORD) { DestroyWindow(window); });
+    SetTimer(owner_, 7, 300, DestroyOwner);
     EXPECT_FALSE(Show(2));
     EXPECT_EQ(FindBox(), nullptr);
 }
 
 TEST_F(MessageBoxOnScreen, TheProgramEndsMeanwhile) {
-    SetTimer(owner_, 7, 300, [](HWND, UINT, UINT_PTR, DWORD) { PostQuitMessage(42); });
+    SetTimer(owner_, 7, 300, EndProgram);
     EXPECT_FALSE(Show(2));
     MSG message{};
     bool quit = false;
