@@ -177,6 +177,11 @@ bool MessageBoxWindow::TakeKey(int key) {
         case Answer::none:
             break;
     }
+    // Enter is not among the box's own keys; it presses the button with the focus, as in every dialog of the system.
+    if (key == keys::enter && shift == 0) {
+        (okActive_ ? ok_ : cancel_).Button().SetValue(true);
+        return true;
+    }
     if (key == keys::tab && (shift & ~keys::shiftMask) == 0) {
         MoveFocus();
         return true;

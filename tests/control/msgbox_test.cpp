@@ -97,6 +97,13 @@ TEST_F(MessageBoxOnScreen, KeysAnswer) {
          },
          true},
         {"Space on the focused button", 10, [] { TypeKey(VK_SPACE); }, false},
+        {"Enter on the focused button", 10, [] { TypeKey(VK_RETURN); }, false},
+        {"Enter after Tab", 10,
+         [] {
+             TypeKey(VK_TAB);
+             TypeKey(VK_RETURN);
+         },
+         true},
         {"Tab moves to the other", 10,
          [] {
              TypeKey(VK_TAB);
