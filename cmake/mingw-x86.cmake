@@ -1,11 +1,3 @@
-# Cross-compiles for x86 Windows with the distribution's mingw-w64 (the posix thread model has std::thread and std::mutex).
-set(CMAKE_SYSTEM_NAME Windows)
+# x86 Windows.
 set(CMAKE_SYSTEM_PROCESSOR i686)
-set(QVX_TRIPLE i686-w64-mingw32)
-set(CMAKE_C_COMPILER ${QVX_TRIPLE}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${QVX_TRIPLE}-g++-posix)
-set(CMAKE_RC_COMPILER ${QVX_TRIPLE}-windres)
-set(CMAKE_FIND_ROOT_PATH /usr/${QVX_TRIPLE})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)

@@ -61,6 +61,19 @@ LRESULT AnswerAfterFault(HWND window, UINT message) {
     return message == WM_CREATE ? -1 : 0;
 }
 
+// Handles a message so that nothing unwinds into the system. The object may be gone afterwards.
+template <typename Handle, typename TellFault>
+LRESULT Fenced(HWND window, UINT message, const LifeWatch& watch, Handle handle, TellFault tellFault) {
+    try {
+        return handle();
+    } catch (...) {
+        if (watch.Alive()) {
+            tellFault();
+        }
+        return AnswerAfterFault(window, message);
+    }
+}
+
 }  // namespace
 
 Window::~Window() { Destroy(); }
@@ -112,15 +125,8 @@ LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPA
         return DefWindowProcW(window, message, wParam, lParam);
     }
     const LifeWatch watch = self->Watch();
-    LRESULT result = 0;
-    try {
-        result = self->OnMessage(message, wParam, lParam);
-    } catch (...) {
-        if (watch.Alive()) {
-            self->OnFault();
-        }
-        result = AnswerAfterFault(window, message);
-    }
+    const LRESULT result = Fenced(
+        window, message, watch, [&] { return self->OnMessage(message, wParam, lParam); }, [&] { self->OnFault(); });
     if (message == WM_NCDESTROY && watch.Alive()) {
         SetWindowLongPtrW(window, 0, 0);
         self->handle_ = nullptr;
@@ -128,7 +134,6 @@ LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPA
             self->OnGone();
         } catch (...) {
             // Nobody is left to tell.
-            result = 0;
         }
     }
     return result;
@@ -184,15 +189,8 @@ LRESULT CALLBACK WindowSubclass::Procedure(HWND window, UINT message, WPARAM wPa
                                            DWORD_PTR data) {
     auto* self = reinterpret_cast<WindowSubclass*>(data);
     const LifeWatch watch = self->Watch();
-    LRESULT result = 0;
-    try {
-        result = self->OnMessage(message, wParam, lParam);
-    } catch (...) {
-        if (watch.Alive()) {
-            self->OnFault();
-        }
-        result = AnswerAfterFault(window, message);
-    }
+    const LRESULT result = Fenced(
+        window, message, watch, [&] { return self->OnMessage(message, wParam, lParam); }, [&] { self->OnFault(); });
     if (message == WM_NCDESTROY && watch.Alive()) {
         self->Detach();
     }
