@@ -48,7 +48,7 @@ class Arena {
     static constexpr std::size_t blockSize = wordSize << blockBits;
     // The first block doubles from this size and then grows in such steps.
     static constexpr std::size_t firstBlockSize = 1024;
-    static constexpr std::size_t firstBlockStep = 16 * 1024;
+    static constexpr std::size_t firstBlockStep = 16'384;
 
     struct Free {
         void operator()(std::uint8_t* memory) const noexcept { std::free(memory); }

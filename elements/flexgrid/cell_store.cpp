@@ -12,7 +12,7 @@ namespace qvx::flexgrid {
 namespace {
 
 // Dead bytes that are never worth copying the living for.
-constexpr std::size_t smallWaste = 64 * 1024;
+constexpr std::size_t smallWaste = 65'536;
 
 }  // namespace
 

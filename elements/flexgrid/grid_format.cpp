@@ -318,7 +318,7 @@ void Grid::ChangeFormat(Change change) {
     CheckCell(row_, col_);
     const CellRange range = FillStyle() == GridFillStyle::repeat ? Selection() : CellRange{row_, col_, row_, col_};
     std::vector<RowId> rows;
-    rows.reserve(static_cast<std::size_t>(range.bottom - range.top + 1));
+    rows.reserve(static_cast<std::size_t>(range.bottom - range.top) + 1);
     for (int row = range.top; row <= range.bottom; ++row) {
         rows.push_back(store_.IdAt(row));
     }

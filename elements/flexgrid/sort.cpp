@@ -118,7 +118,7 @@ int Keys::Compare(std::size_t a, std::size_t b) const {
 bool IsDescending(GridSort order) { return static_cast<int>(order) % 2 == 0; }
 
 std::vector<std::uint32_t> Numbers(int first, int last) {
-    std::vector<std::uint32_t> rows(static_cast<std::size_t>(last - first + 1));
+    std::vector<std::uint32_t> rows(static_cast<std::size_t>(last - first) + 1);
     std::iota(rows.begin(), rows.end(), static_cast<std::uint32_t>(first));
     return rows;
 }
@@ -128,7 +128,7 @@ std::vector<std::uint32_t> Numbers(int first, int last) {
 std::vector<std::uint32_t> SortedRows(const Grid& grid, GridSort order, int firstRow, int lastRow, int firstCol,
                                       int lastCol) {
     Keys keys(order, lastCol - firstCol + 1);
-    keys.Reserve(static_cast<std::size_t>(lastRow - firstRow + 1));
+    keys.Reserve(static_cast<std::size_t>(lastRow - firstRow) + 1);
     grid.ForEachRow(firstRow, lastRow, [&](int, const RowView& cells) {
         for (int col = firstCol; col <= lastCol; ++col) {
             keys.Add(cells[col]);
@@ -141,7 +141,7 @@ std::vector<std::uint32_t> SortedRows(const Grid& grid, GridSort order, int firs
         std::uint32_t row;
     };
     const bool descending = IsDescending(order);
-    std::vector<Item> items(static_cast<std::size_t>(lastRow - firstRow + 1));
+    std::vector<Item> items(static_cast<std::size_t>(lastRow - firstRow) + 1);
     for (std::size_t i = 0; i < items.size(); ++i) {
         items[i] = {descending ? ~keys.FirstRank(i) : keys.FirstRank(i), static_cast<std::uint32_t>(i)};
     }

@@ -2,6 +2,8 @@
 // answers below stand in, so that a grid can be laid out headless.
 #pragma once
 
+#include <cmath>
+
 #include "common/geometry.h"
 #include "common/text.h"
 #include "elements/surface/font_spec.h"
@@ -28,9 +30,11 @@ class FixedTextMetrics final : public TextMetrics {
     }
     Dpi Resolution() const override { return dpi_; }
     int TextWidth(TextView text, const FontSpec& font) const override {
-        return static_cast<int>(static_cast<double>(text.size()) * 6 * Scale(font, dpi_.x) + 0.5);
+        return static_cast<int>(std::lround(static_cast<double>(text.size()) * 6 * Scale(font, dpi_.x)));
     }
-    int LineHeight(const FontSpec& font) const override { return static_cast<int>(13 * Scale(font, dpi_.y) + 0.5); }
+    int LineHeight(const FontSpec& font) const override {
+        return static_cast<int>(std::lround(13 * Scale(font, dpi_.y)));
+    }
 
   private:
     static double Scale(const FontSpec& font, int dpi) { return font.points / 8.25 * dpi / 96; }
