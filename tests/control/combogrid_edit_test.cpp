@@ -1,0 +1,144 @@
+// What happens to an open edit when the ground moves under it.
+#include <gtest/gtest.h>
+
+#include "Qvx.h"
+#include "tests/control/combogrid_form.h"
+
+namespace qvx::test {
+namespace {
+
+using F = ComboGridForm;
+
+TEST(ComboGridOpenEdit, IsCommittedOnceWhenTheControlIsClosed) {
+    F form;
+    form.GoTo(1, F::qty);
+    form.Type(L"8%");
+    form.Log();
+    form.grid.reset();
+    form.container.Close();
+    EXPECT_EQ("2(1, 2, , 8, False)\n", form.Log());
+}
+
+TEST(ComboGridOpenEdit, IsCommittedOnceWhenTheControlIsDeactivated) {
+    F form;
+    form.GoTo(1, F::qty);
+    form.Type(L"8%");
+    form.Log();
+    EXPECT_EQ(S_OK, Query<IOleInPlaceObject>(form.container.Control())->InPlaceDeactivate());
+    EXPECT_EQ("2(1, 2, , 8, False)\n", form.Log());
+    EXPECT_EQ(u"8", form.Cell(1, F::qty));
+}
+
+TEST(ComboGridOpenEdit, HostMayDestroyItsWindow) {
+    F form;
+    form.GoTo(1, F::qty);
+    form.Type(L"8");
+    form.Log();
+    DestroyWindow(form.container.ControlWindow());
+    form.Pump();
+    EXPECT_EQ("2(1, 2, , 8, False)\n", form.Log());
+    EXPECT_EQ(u"8", form.Cell(1, F::qty));
+}
+
+TEST(ComboGridOpenEdit, HandlerMayCloseTheControl) {
+    for (const DISPID when : {grid_event::beforeCellChange, grid_event::afterCellChange, grid_event::listChange}) {
+        F form;
+        form.GoTo(1, F::name);
+        bool closed = false;
+        const ComPtr<IUnknown> control(form.container.Control());
+        form.events->onEvent = [&](DISPID id, DISPPARAMS&) {
+            if (id != when || closed) return;
+            closed = true;
+            form.grid.reset();
+            form.container.Close();
+        };
+        form.Type(L"x");
+        if (!closed) form.Press(VK_RETURN);
+        EXPECT_TRUE(closed);
+        form.Pump();
+        delete std::exchange(form.connection, nullptr);
+        control->AddRef();
+        EXPECT_EQ(1u, control->Release()) << "everybody else has let go of it, event " << when;
+    }
+}
+
+TEST(ComboGridOpenEdit, MovesToTheLastRowWhenItsOwnIsGone) {
+    F form({{L"Rows", Variant(5)}});
+    form.GoTo(4, F::qty);
+    form.Type(L"8");
+    form.Log();
+    Put(form.grid.get(), L"Rows", {Variant(3)});
+    EXPECT_EQ("", form.Log()) << "rows that go commit nothing";
+    EXPECT_TRUE(form.Frame());
+    form.Press(VK_RETURN);
+    // Validated, the edit moves to row 2; losing the focus then ends it there.
+    EXPECT_EQ("2(2, 2, , 8, False)\n", form.Log());
+    EXPECT_EQ(u"8", form.Cell(2, F::qty));
+    EXPECT_FALSE(form.Frame());
+}
+
+TEST(ComboGridOpenEdit, RowsRemovedAboveLeaveItOpen) {
+    F form({{L"Rows", Variant(5)}});
+    form.GoTo(3, F::qty);
+    form.Type(L"8");
+    form.Log();
+    Call(form.grid.get(), L"RemoveItem", {Variant(1)});
+    EXPECT_EQ("", form.Log());
+    EXPECT_TRUE(form.Frame());
+    form.Press(VK_RETURN);
+    EXPECT_EQ("2(3, 2, , 8, False)\n", form.Log());
+}
+
+TEST(ComboGridOpenEdit, ErrorWhileOpeningIsTheHostsToAnswer) {
+    F form;
+    form.GoTo(1, F::name);
+    form.events->onEvent = [&](DISPID id, DISPPARAMS& arguments) {
+        if (id == grid_event::beforeCellChange) {
+            Put(form.grid.get(), L"FixedCols", {Variant(0)});
+            Put(form.grid.get(), L"Cols", {Variant(0)});
+        } else if (id == grid_event::onError) {
+            Answer(arguments, false);
+        }
+    };
+    form.Press(VK_F2);
+    EXPECT_EQ("1(1, 1, , False)\n3(381, Subscript out of range, True)\n", form.Log());
+    EXPECT_EQ(0, form.Number(L"Cols"));
+}
+
+TEST(ComboGridOpenEdit, FollowsItsCellWhenTheGridScrolls) {
+    F form({{L"Rows", Variant(60)}});
+    form.GoTo(5, F::name);
+    form.Press(VK_F2);
+    RECT before{};
+    GetWindowRect(form.Frame(), &before);
+    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    Put(inner.get(), L"TopRow", {Variant(3)});
+    form.Pump();
+    RECT after{};
+    ASSERT_TRUE(form.Frame());
+    GetWindowRect(form.Frame(), &after);
+    EXPECT_EQ(before.left, after.left);
+    EXPECT_EQ(2 * (before.bottom - before.top + 1), before.top - after.top) << "two rows with their lines";
+    form.Type(L"x");
+    form.Press(VK_RETURN);
+    EXPECT_EQ(u"x", form.Cell(5, F::name));
+}
+
+TEST(ComboGridOpenEdit, HandlerThatTakesTheFocusAwayCommitsNothingTwice) {
+    F form;
+    const HWND other = CreateWindowW(L"EDIT", L"", WS_CHILD | WS_VISIBLE, 300, 300, 80, 20, form.container.Window(),
+                                     nullptr, nullptr, nullptr);
+    form.GoTo(1, F::qty);
+    form.Type(L"8");
+    form.Log();
+    form.events->onEvent = [&](DISPID id, DISPPARAMS&) {
+        if (id == grid_event::afterCellChange) SetFocus(other);
+    };
+    form.Press(VK_RETURN);
+    EXPECT_EQ("2(1, 2, , 8, False)\n", form.Log());
+    EXPECT_EQ(other, GetFocus()) << "the handler's choice stands";
+    EXPECT_FALSE(form.Frame());
+}
+
+}  // namespace
+}  // namespace qvx::test
