@@ -118,7 +118,12 @@ TEST(ComboGridOpenEdit, FollowsItsCellWhenTheGridScrolls) {
     ASSERT_TRUE(form.Frame());
     GetWindowRect(form.Frame(), &after);
     EXPECT_EQ(before.left, after.left);
-    EXPECT_EQ(2 * (before.bottom - before.top + 1), before.top - after.top) << "two rows with their lines";
+    const HDC dc = GetDC(nullptr);
+    const int dpi = GetDeviceCaps(dc, LOGPIXELSY);
+    ReleaseDC(nullptr, dc);
+    const long twoRows =
+        *Call(inner.get(), L"RowPos", {Variant(6)}).ToLong() - *Call(inner.get(), L"RowPos", {Variant(4)}).ToLong();
+    EXPECT_EQ(MulDiv(static_cast<int>(twoRows), dpi, 1440), before.top - after.top);
     form.Type(L"x");
     form.Press(VK_RETURN);
     EXPECT_EQ(u"x", form.Cell(5, F::name));
