@@ -243,8 +243,10 @@ TEST(GridText, FillAndClip) {
         const char* shown;
     };
     const Case cases[] = {
-        {u"1\t2\r3\t4", "a,b,c/d,1,2/g,3,4"}, {u"1\t2\t9\r\n3\t4\t9\r9", "a,b,c/d,1,2/g,3,4"},
-        {u"1", "a,b,c/d,1,f/g,h,i"},          {u"\t2\r\r9", "a,b,c/d,,2/g,,i"},
+        {u"1\t2\r3\t4", "a,b,c/d,1,2/g,3,4"},
+        {u"1\t2\t9\r\n3\t4\t9\r9", "a,b,c/d,1,2/g,3,4"},
+        {u"1", "a,b,c/d,1,f/g,h,i"},
+        {u"\t2\r\r9", "a,b,c/d,,2/g,,i"},
         {u"", "a,b,c/d,,f/g,h,i"},
         {u"1\r", "a,b,c/d,1,f/g,,i"},
         {u"1\r\n", "a,b,c/d,1,f/g,h,i"},
