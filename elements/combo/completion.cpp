@@ -18,7 +18,7 @@ int FindExactly(int count, const EntryReader& entry, TextView text) {
 }
 
 Completion CompleteTyping(int count, const EntryReader& entry, TextView text, int caret, bool deleting) {
-    const Completion unchanged{-1, Text(text), caret, 0};
+    Completion unchanged{-1, Text(text), caret, 0};
     if (deleting || caret != static_cast<int>(text.size())) return unchanged;
     const int found = FindBeginningWith(count, entry, text);
     if (found < 0) return unchanged;
