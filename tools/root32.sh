@@ -118,7 +118,7 @@ start_wine32() {
   if [[ $root32_way == beside ]]; then
     prefix32=$(mktemp -d "${TMPDIR:-/tmp}/qvx-run32.XXXXXX")
     at_exit "end_wine '$prefix32'; rm -rf '$prefix32'"
-    WINEARCH=win32 DISPLAY='' wine32_beside 180 wineboot -i || return 1
+    DISPLAY='' wine32_beside 180 wineboot -i >"$logs/root32-wineboot.log" 2>&1 || return 1
     end_wine "$prefix32"
     cp /usr/share/wine/fonts/*.ttf "$prefix32/drive_c/windows/Fonts/"
   else
