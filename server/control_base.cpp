@@ -16,6 +16,9 @@ ControlBase::ControlBase(const ControlClass& controlClass, const IID& interfaceI
     : class_(controlClass), interfaceId_(interfaceId), connections_(this, *controlClass.events) {}
 
 ControlBase::~ControlBase() {
+    // The window goes next, and nobody is to be told any more.
+    inPlaceActive_ = false;
+    uiActive_ = false;
     if (accelerators_) DestroyAcceleratorTable(accelerators_);
 }
 
@@ -158,10 +161,12 @@ void ControlBase::Paint(HWND window) {
 
 void ControlBase::OnWindowGone() {
     // Destroyed with the host's window; the object may be activated again in another.
-    inPlaceActive_ = false;
-    uiActive_ = false;
     focused_ = false;
     clipped_ = false;
+    if (!inPlaceActive_) return;
+    // A frame that still held the active object would keep it alive for ever, as the object holds the frame.
+    const auto keep = KeepAlive();
+    Deactivate();
 }
 
 // --- Focus ---

@@ -34,10 +34,16 @@ TEST(ComboGridOpenEdit, HostMayDestroyItsWindow) {
     form.GoTo(1, F::qty);
     form.Type(L"8");
     form.Log();
+    const ComPtr<IUnknown> control(form.container.Control());
     DestroyWindow(form.container.ControlWindow());
     form.Pump();
     EXPECT_EQ("2(1, 2, , 8, False)\n", form.Log());
     EXPECT_EQ(u"8", form.Cell(1, F::qty));
+    form.grid.reset();
+    form.container.Close();
+    delete std::exchange(form.connection, nullptr);
+    control->AddRef();
+    EXPECT_EQ(1u, control->Release()) << "the frame has let go of the active object, too";
 }
 
 TEST(ComboGridOpenEdit, HandlerMayCloseTheControl) {
