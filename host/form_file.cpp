@@ -289,13 +289,13 @@ void Block::Set(TextView wanted, const FormValue& value) {
         const std::size_t quote = source.find(u'\'');
         const Text remark = source.substr(quote);
         source.resize(quote);
-        SetLine(wanted, value, std::move(source), remark);
+        SetLine(wanted, value, source, remark);
         return;
     }
-    SetLine(wanted, value, std::move(source), {});
+    SetLine(wanted, value, source, {});
 }
 
-void Block::SetLine(TextView wanted, const FormValue& value, Text source, TextView remark) {
+void Block::SetLine(TextView wanted, const FormValue& value, TextView source, TextView remark) {
     if (!IsPropertyName(wanted) || source.size() + wanted.size() + 1024 > limits::lineLength) {
         throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
     }
@@ -304,7 +304,8 @@ void Block::SetLine(TextView wanted, const FormValue& value, Text source, TextVi
         const std::size_t equals = entry.line.text.find(u'=');
         std::size_t start = equals + 1;
         while (start < entry.line.text.size() && IsBlank(entry.line.text[start])) ++start;
-        entry.line.text = entry.line.text.substr(0, start) + source + Text(remark);
+        entry.line.text.resize(start);
+        entry.line.text.append(source).append(remark);
         entry.value = value;
         entry.source = Trim(source);
         return;
@@ -315,7 +316,7 @@ void Block::SetLine(TextView wanted, const FormValue& value, Text source, TextVi
     entry.value = value;
     Text padded(wanted);
     if (padded.size() < 16) padded.resize(16, u' ');
-    entry.line = {ChildIndent() + padded + u"=   " + source + Text(remark), begin.lineEnd};
+    entry.line = {ChildIndent() + padded + u"=   " + Text(source) + Text(remark), begin.lineEnd};
     entry.source = Trim(source);
     entries.insert(entries.begin() + static_cast<std::ptrdiff_t>(InsertPosition()), std::move(entry));
 }

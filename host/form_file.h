@@ -102,7 +102,7 @@ class Block {
   private:
     Text ChildIndent() const;
     std::size_t InsertPosition() const;
-    void SetLine(TextView name, const FormValue& value, Text source, TextView remark);
+    void SetLine(TextView name, const FormValue& value, TextView source, TextView remark);
 };
 
 struct Warning {
