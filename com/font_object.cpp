@@ -83,11 +83,11 @@ FontProperty::~FontProperty() { Detach(); }
 
 void FontProperty::Load(const FontSpec& value) {
     Detach();
-    spec_ = value;
+    value_ = value;
 }
 
 IFontDisp* FontProperty::Get() {
-    if (!object_) Attach(MakeFontObject(spec_));
+    if (!object_) Attach(MakeFontObject(value_));
     return object_.copy();
 }
 
@@ -95,7 +95,7 @@ void FontProperty::Set(IFontDisp* font, bool copy) {
     if (!font) throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
     const FontSpec value = ReadFontObject(font);
     Detach();
-    spec_ = value;
+    value_ = value;
     if (!copy) Attach(ComPtr<IFontDisp>(font));
     changed_();
 }
@@ -120,8 +120,8 @@ void FontProperty::Detach() {
 
 void FontProperty::OnObjectChanged() {
     const FontSpec value = ReadFontObject(object_.get());
-    if (value == spec_) return;
-    spec_ = value;
+    if (value == value_) return;
+    value_ = value;
     changed_();
 }
 

@@ -28,7 +28,7 @@ class FontProperty {
     FontProperty(const FontProperty&) = delete;
     FontProperty& operator=(const FontProperty&) = delete;
 
-    const FontSpec& Spec() const { return spec_; }
+    const FontSpec& Value() const { return value_; }
     // Replaces the object by a new one; `changed` is not called.
     void Load(const FontSpec& value);
 
@@ -45,7 +45,7 @@ class FontProperty {
     void OnObjectChanged();
 
     std::function<void()> changed_;
-    FontSpec spec_;
+    FontSpec value_;
     ComPtr<IFontDisp> object_;
     ComPtr<Listener> listener_;
     ComPtr<IConnectionPoint> point_;

@@ -199,7 +199,7 @@ BuiltInControl::BuiltInControl(HostForm& form, Block& block, FormControl* contai
     backColor_ = static_cast<OLE_COLOR>(block.IntOf(u"BackColor", static_cast<std::int32_t>(backColor_)));
     foreColor_ = static_cast<OLE_COLOR>(block.IntOf(u"ForeColor", static_cast<std::int32_t>(foreColor_)));
     const Block* font = block.FindGroup(u"Font");
-    font_.Load(font ? ReadFont(*font, form.Font().Spec()) : form.Font().Spec());
+    font_.Load(font ? ReadFont(*font, form.Font().Value()) : form.Font().Value());
     quiet_ = true;
     CreateSystemWindow();
     ApplyFont();
@@ -253,7 +253,7 @@ void BuiltInControl::CreateSystemWindow() {
 
 void BuiltInControl::ApplyFont() {
     if (!window_) return;
-    SharedFont font = AcquireFont(font_.Spec(), Form().FormDpi());
+    SharedFont font = AcquireFont(font_.Value(), Form().FormDpi());
     SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
     systemFont_ = std::move(font);  // the former one only now: the window has let go of it
 }
@@ -305,7 +305,7 @@ void BuiltInControl::OnAmbientChanged(DISPID property) {
     if (property == DISPID_AMBIENT_FORECOLOR && followsColors && !ownForeColor_)
         SetColor(foreColor_, Form().ForeColor());
     if (property == DISPID_AMBIENT_FONT && !ownFont_) {
-        font_.Load(Form().Font().Spec());
+        font_.Load(Form().Font().Value());
         ApplyFont();
     }
 }
@@ -345,7 +345,7 @@ void BuiltInControl::SaveOwn(SavedProperties& saved) {
     addUnless(u"Locked", !locked_, true);
     addUnless(u"MaxLength", maxLength_ == 0, std::int32_t{maxLength_});
     addUnless(u"PasswordChar", passwordChar_.empty(), passwordChar_);
-    if (ownFont_) saved.AddGroup(u"Font", SaveFont(font_.Spec()));
+    if (ownFont_) saved.AddGroup(u"Font", SaveFont(font_.Value()));
 }
 
 std::vector<Text> BuiltInControl::KnownProperties() const {

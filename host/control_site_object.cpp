@@ -31,11 +31,13 @@ class Frame final : public ComObject<IOleInPlaceFrame> {
         *window = window_;
         return S_OK;
     }
+    // No mode of asking for help by a click: forms have tool tips. The answer for a frame without that mode.
     STDMETHODIMP ContextSensitiveHelp(WINBOOL) override { return E_NOTIMPL; }
     STDMETHODIMP GetBorder(LPRECT) override { return INPLACE_E_NOTOOLSPACE; }
     STDMETHODIMP RequestBorderSpace(LPCBORDERWIDTHS) override { return INPLACE_E_NOTOOLSPACE; }
     STDMETHODIMP SetBorderSpace(LPCBORDERWIDTHS) override { return S_OK; }
     STDMETHODIMP SetActiveObject(IOleInPlaceActiveObject*, LPCOLESTR) override { return S_OK; }
+    // A form's menu is its own: controls put nothing into it, and this is how a frame says so.
     STDMETHODIMP InsertMenus(HMENU, LPOLEMENUGROUPWIDTHS) override { return E_NOTIMPL; }
     STDMETHODIMP SetMenu(HMENU, HOLEMENU, HWND) override { return S_OK; }
     STDMETHODIMP RemoveMenus(HMENU) override { return E_NOTIMPL; }
@@ -51,6 +53,7 @@ class Frame final : public ComObject<IOleInPlaceFrame> {
 }  // namespace
 
 STDMETHODIMP SitedControl::Site::GetMoniker(DWORD, DWORD, IMoniker** moniker) {
+    // Controls of a form are never linked to from outside, so they have no names for that.
     if (moniker) *moniker = nullptr;
     return E_NOTIMPL;
 }

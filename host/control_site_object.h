@@ -33,14 +33,17 @@ class SitedControl::Site final : public ComObject<IOleClientSite, IOleInPlaceSit
     }
 
     // IOleClientSite
+    // The form is saved as a whole, by its user or its script; a control cannot ask for it alone.
     STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
     STDMETHODIMP GetMoniker(DWORD assign, DWORD which, IMoniker** moniker) override;
     STDMETHODIMP GetContainer(IOleContainer** container) override;
     STDMETHODIMP ShowObject() override { return S_OK; }
     STDMETHODIMP OnShowWindow(WINBOOL) override { return S_OK; }
+    // Only documents that flow around their objects have a layout to make anew.
     STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
     // IOleWindow
     STDMETHODIMP GetWindow(HWND* window) override;
+    // No mode of asking for help by a click, as in the frame.
     STDMETHODIMP ContextSensitiveHelp(WINBOOL) override { return E_NOTIMPL; }
     // IOleInPlaceSite
     STDMETHODIMP CanInPlaceActivate() override { return form_ ? S_OK : S_FALSE; }
@@ -48,10 +51,12 @@ class SitedControl::Site final : public ComObject<IOleClientSite, IOleInPlaceSit
     STDMETHODIMP OnUIActivate() override;
     STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document, LPRECT position,
                                   LPRECT clip, LPOLEINPLACEFRAMEINFO info) override;
+    // A form does not scroll.
     STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
     STDMETHODIMP OnUIDeactivate(WINBOOL) override { return S_OK; }
     STDMETHODIMP OnInPlaceDeactivate() override { return S_OK; }
-    STDMETHODIMP DiscardUndoState() override { return E_NOTIMPL; }
+    // The form keeps no undo of its own: there is nothing to discard, and nothing it could undo.
+    STDMETHODIMP DiscardUndoState() override { return S_OK; }
     STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
     STDMETHODIMP OnPosRectChange(LPCRECT position) override;
     // IOleInPlaceSiteEx
@@ -65,6 +70,7 @@ class SitedControl::Site final : public ComObject<IOleClientSite, IOleInPlaceSit
     STDMETHODIMP TransformCoords(POINTL* himetric, POINTF* container, DWORD flags) override;
     STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override;
     STDMETHODIMP OnFocus(WINBOOL gotFocus) override;
+    // The form shows property pages from its menu; a control that asks for them shows its own frame on this answer.
     STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
     // IDispatch
     STDMETHODIMP GetTypeInfoCount(UINT* count) override;

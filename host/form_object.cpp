@@ -334,6 +334,7 @@ STDMETHODIMP FormObject::QueryInterface(REFIID iid, void** object) {
     return NamedObject::QueryInterface(iid, object);
 }
 
+// Nothing on a form is linked to by a display name.
 STDMETHODIMP FormObject::ParseDisplayName(IBindCtx*, LPOLESTR, ULONG*, IMoniker** moniker) {
     if (moniker) *moniker = nullptr;
     return E_NOTIMPL;

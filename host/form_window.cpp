@@ -322,7 +322,7 @@ SavedProperties HostForm::Saved() {
     if (backColor_ != buttonFace) saved.Add(u"BackColor", static_cast<std::int32_t>(backColor_));
     if (foreColor_ != buttonText) saved.Add(u"ForeColor", static_cast<std::int32_t>(foreColor_));
     if (!tag_.empty()) saved.Add(u"Tag", tag_);
-    if (!(font_.Spec() == DefaultFont())) saved.AddGroup(u"Font", SaveFont(font_.Spec()));
+    if (!(font_.Value() == DefaultFont())) saved.AddGroup(u"Font", SaveFont(font_.Value()));
     return saved;
 }
 

@@ -28,6 +28,7 @@ class ReadingBag final : public ComObject<IPropertyBag> {
         : block_(block), folder_(std::move(folder)), font_(std::move(font)), pictures_(pictures) {}
 
     STDMETHODIMP Read(LPCOLESTR name, VARIANT* value, IErrorLog* log) override;
+    // A bag for loading only; WritingBag is the other.
     STDMETHODIMP Write(LPCOLESTR, VARIANT*) override { return E_NOTIMPL; }
 
     // The names that were asked for.

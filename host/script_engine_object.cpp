@@ -139,6 +139,7 @@ class ScriptEngine::Site final : public ComObject<IActiveScriptSite, IActiveScri
             return S_OK;
         });
     }
+    // A form's script has no version; the engine then does without.
     STDMETHODIMP GetDocVersionString(BSTR*) override { return E_NOTIMPL; }
     STDMETHODIMP OnScriptTerminate(const VARIANT*, const EXCEPINFO*) override { return S_OK; }
     STDMETHODIMP OnStateChange(SCRIPTSTATE) override { return S_OK; }

@@ -74,7 +74,7 @@ void SitedControl::Load() {
 
 void SitedControl::LoadProperties() {
     if (persist_) {
-        const auto bag = MakeObject<ReadingBag>(File(), Form().Folder(), Form().Font().Spec(), &Form().Pictures());
+        const auto bag = MakeObject<ReadingBag>(File(), Form().Folder(), Form().Font().Value(), &Form().Pictures());
         Check(persist_->Load(bag.get(), nullptr));
         known_ = bag->Asked();
         return;

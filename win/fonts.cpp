@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t keptFonts = 32;
 
 struct CacheEntry {
-    FontSpec spec;
+    FontSpec value;
     Dpi dpi;
     SharedFont font;
 };
@@ -32,24 +32,24 @@ std::mutex cacheMutex;
 
 }  // namespace
 
-LOGFONTW ToLogFont(const FontSpec& spec, Dpi dpi) {
+LOGFONTW ToLogFont(const FontSpec& value, Dpi dpi) {
     LOGFONTW log{};
-    log.lfHeight = -static_cast<LONG>(std::lround(spec.points * dpi.y / 72.0));
-    if (spec.widthPoints > 0) {
-        log.lfWidth = static_cast<LONG>(std::lround(spec.widthPoints * dpi.x / 72.0));
+    log.lfHeight = -static_cast<LONG>(std::lround(value.points * dpi.y / 72.0));
+    if (value.widthPoints > 0) {
+        log.lfWidth = static_cast<LONG>(std::lround(value.widthPoints * dpi.x / 72.0));
     }
-    log.lfWeight = spec.weight;
-    log.lfItalic = spec.italic;
-    log.lfUnderline = spec.underline;
-    log.lfStrikeOut = spec.strikeThrough;
-    log.lfCharSet = static_cast<BYTE>(spec.charset ? spec.charset : DEFAULT_CHARSET);
-    const std::size_t length = std::min<std::size_t>(spec.face.size(), LF_FACESIZE - 1);
-    std::copy_n(WideData(spec.face), length, log.lfFaceName);
+    log.lfWeight = value.weight;
+    log.lfItalic = value.italic;
+    log.lfUnderline = value.underline;
+    log.lfStrikeOut = value.strikeThrough;
+    log.lfCharSet = static_cast<BYTE>(value.charset ? value.charset : DEFAULT_CHARSET);
+    const std::size_t length = std::min<std::size_t>(value.face.size(), LF_FACESIZE - 1);
+    std::copy_n(WideData(value.face), length, log.lfFaceName);
     return log;
 }
 
-GdiFont::GdiFont(const FontSpec& spec, Dpi dpi) {
-    const LOGFONTW log = ToLogFont(spec, dpi);
+GdiFont::GdiFont(const FontSpec& value, Dpi dpi) {
+    const LOGFONTW log = ToLogFont(value, dpi);
     font_.Reset(CreateFontIndirectW(&log));
     const WindowDc screen(nullptr);
     const SelectedObject selected(screen.Get(), font_.Get());
@@ -87,16 +87,16 @@ int GdiFont::RunWidth(HDC dc, TextView text) const {
     return size.cx;
 }
 
-SharedFont AcquireFont(const FontSpec& spec, Dpi dpi) {
+SharedFont AcquireFont(const FontSpec& value, Dpi dpi) {
     const std::lock_guard lock(cacheMutex);
     std::list<CacheEntry>& cache = Cache();
     const auto found = std::find_if(cache.begin(), cache.end(),
-                                    [&](const CacheEntry& entry) { return entry.dpi == dpi && entry.spec == spec; });
+                                    [&](const CacheEntry& entry) { return entry.dpi == dpi && entry.value == value; });
     if (found != cache.end()) {
         cache.splice(cache.begin(), cache, found);
         return found->font;
     }
-    cache.push_front({spec, dpi, std::make_shared<const GdiFont>(spec, dpi)});
+    cache.push_front({value, dpi, std::make_shared<const GdiFont>(value, dpi)});
     if (cache.size() > keptFonts) {
         cache.pop_back();
     }

@@ -17,7 +17,7 @@ namespace qvx {
 // One font at one resolution, with the metrics that drawing needs often.
 class GdiFont {
   public:
-    GdiFont(const FontSpec& spec, Dpi dpi);
+    GdiFont(const FontSpec& value, Dpi dpi);
 
     HFONT Get() const { return font_.Get(); }
     // Pixels of one line without external leading.
@@ -39,9 +39,9 @@ using SharedFont = std::shared_ptr<const GdiFont>;
 
 // The font for a value, from the cache when it is there. A face the system lacks is replaced by its nearest; never
 // null. A window that is told the font through WM_SETFONT keeps the result for as long as it shows it.
-SharedFont AcquireFont(const FontSpec& spec, Dpi dpi);
+SharedFont AcquireFont(const FontSpec& value, Dpi dpi);
 
 // The value as the system's record, for dialogs and device contexts of that resolution.
-LOGFONTW ToLogFont(const FontSpec& spec, Dpi dpi);
+LOGFONTW ToLogFont(const FontSpec& value, Dpi dpi);
 
 }  // namespace qvx

@@ -40,7 +40,7 @@ const ControlClass ButtonControl::classInfo{&CLSID_Button,
 
 ButtonControl::ButtonControl()
     : Control(classInfo), font_([this] {
-          button_.SetFont(font_.Spec());
+          button_.SetFont(font_.Value());
           Changed(u"Font");
       }) {
     button_.onClick = [this] { Fire(DISPID_CLICK); };
@@ -56,7 +56,7 @@ const PropertyTable& ButtonControl::Properties() {
                 u"Caption", DISPID_CAPTION, [](C& c) { return c.DefaultCaption(); },
                 [](C& c) { return c.button_.Look().caption; }, [](C& c, Text v) { c.button_.SetCaption(std::move(v)); })
             .Font(
-                u"Font", DISPID_FONT, [](C& c) { return c.Host().Font(); }, [](C& c) { return c.font_.Spec(); },
+                u"Font", DISPID_FONT, [](C& c) { return c.Host().Font(); }, [](C& c) { return c.font_.Value(); },
                 [](C& c, const FontSpec& v) {
                     c.font_.Load(v);
                     c.button_.SetFont(v);

@@ -179,7 +179,7 @@ class ComboObject final : public ComObject<Dispatch<IEditorCombo>, ErrorInfoSupp
         return *combo_;
     }
     void OnFontChanged() {
-        if (combo_) combo_->SetFont(font_.Spec());
+        if (combo_) combo_->SetFont(font_.Value());
     }
 
     ComboWindow* combo_;

@@ -302,7 +302,7 @@ class FlexGridObject final
         return Guard([&] {
             *Required(result) = nullptr;
             // The control around the grid sets the model's font without asking here.
-            if (font_.Spec() != Model().Font()) {
+            if (font_.Value() != Model().Font()) {
                 font_.Load(Model().Font());
             }
             *result = font_.Get();
@@ -396,7 +396,7 @@ class FlexGridObject final
 
     void OnFontChanged() {
         if (window_) {
-            window_->Model().SetFont(font_.Spec());
+            window_->Model().SetFont(font_.Value());
         }
     }
 

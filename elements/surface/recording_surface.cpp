@@ -21,7 +21,7 @@ std::string ShowColor(OleColor color) {
     return buffer;
 }
 
-// Printable ASCII as it is, everything else as \uXXXX, so that golden files stay plain text.
+// Printable ASCII as it is, everything else as \u and four hexadecimal digits, so that golden files stay plain text.
 std::string ShowText(TextView text) {
     std::string out = "\"";
     for (const char16_t c : text) {

@@ -195,9 +195,9 @@ TEST(PropertyBags, ReadingConvertsToTheTypeHintedAt) {
 TEST(PropertyBags, WritingKeepsTheOrderAndRefusesWhatALineCannotHold) {
     SavedProperties saved;
     const auto bag = MakeObject<WritingBag>(saved, nullptr);
-    FontSpec spec;
-    spec.face = u"Tahoma";
-    const auto font = MakeFontObject(spec);
+    FontSpec value;
+    value.face = u"Tahoma";
+    const auto font = MakeFontObject(value);
     Variant values[] = {Variant(u"a\r\nb"), Variant(true), Variant(short{-3}), Variant(2.5),
                         Variant(static_cast<IDispatch*>(font.get()))};
     const wchar_t* names[] = {L"Text", L"Flag", L"Small", L"Real", L"Font"};
