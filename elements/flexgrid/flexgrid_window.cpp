@@ -1,4 +1,5 @@
-// The window itself: life, geometry, bars and painting. Keys and mouse are in flexgrid_input_window.cpp.
+// The window itself: life, geometry and bars. Painting is in flexgrid_paint_window.cpp, keys and mouse in
+// flexgrid_input_window.cpp.
 #include "elements/flexgrid/flexgrid_window.h"
 
 #include <algorithm>
@@ -29,16 +30,6 @@ class FlexGridWindow::DeviceMetrics final : public TextMetrics {
 namespace {
 
 const WindowClass gridClass{L"QvxFlexGrid"};
-
-Rect Around(const Rect& a, const Rect& b) {
-    if (a.Empty()) {
-        return b;
-    }
-    if (b.Empty()) {
-        return a;
-    }
-    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
-}
 
 CellRange Around(const CellRange& a, const CellRange& b) {
     return {std::min(a.top, b.top), std::min(a.left, b.left), std::max(a.bottom, b.bottom), std::max(a.right, b.right)};
@@ -365,171 +356,6 @@ void FlexGridWindow::UpdateBars() {
     } else {
         drawnBars_[1] = {};
     }
-}
-
-// ---- Painting ------------------------------------------------------------------------------------------------------
-
-void FlexGridWindow::MarkStale(const Rect& area) {
-    stale_ = Around(stale_, area);
-    InvalidateRect(Handle(), nullptr, FALSE);
-}
-
-void FlexGridWindow::MarkAllStale() {
-    allStale_ = true;
-    RequestPaint();
-}
-
-// Turns what has changed since the last painting into the rectangle to draw anew, and asks the system for as much of
-// the screen.
-void FlexGridWindow::Settle() {
-    paintRequested_ = false;
-    SettleLayout();
-    const View view = CurrentView();
-    if (hasChangedCells_) {
-        hasChangedCells_ = false;
-        CellRange changed = changedCells_;
-        if (grid_.MergeCells() != GridMerge::never) {
-            allStale_ = true;  // a text decides over its neighbours' looks
-        } else if (!allStale_) {
-            const Rect area = Shown(grid_, view).AreaOf(changed);
-            if (!area.Empty()) {
-                MarkStale(area);
-            }
-        }
-    }
-    FollowScroll();
-    if (allStale_) {
-        InvalidateRect(Handle(), nullptr, FALSE);
-    }
-}
-
-// Moves what the back buffer already holds when the view has scrolled along one axis.
-void FlexGridWindow::FollowScroll() {
-    const int top = grid_.TopRow();
-    const int left = grid_.LeftCol();
-    if (top == paintedTop_ && left == paintedLeft_) {
-        return;
-    }
-    const bool down = top != paintedTop_;
-    const bool across = left != paintedLeft_;
-    const int oldTop = std::exchange(paintedTop_, top);
-    const int oldLeft = std::exchange(paintedLeft_, left);
-    UpdateBars();
-    InvalidateRect(Handle(), nullptr, FALSE);
-    if (allStale_ || !stale_.Empty() || (down && across) || !buffer_.Dc() || grid_.MergeCells() != GridMerge::never) {
-        allStale_ = true;
-        return;
-    }
-    const View view = CurrentView();
-    const Rect client{0, 0, view.client.width, view.client.height};
-    if (down) {
-        const int fixed = static_cast<int>(std::min<std::int64_t>(grid_.RowTop(grid_.FixedRows()), client.bottom));
-        const std::int64_t moved = grid_.RowTop(std::min(oldTop, grid_.Rows())) - grid_.RowTop(top);
-        if (std::abs(moved) >= client.bottom - fixed) {
-            allStale_ = true;
-            return;
-        }
-        const int by = static_cast<int>(moved);
-        const Rect body{0, fixed, client.right, client.bottom};
-        buffer_.Scroll(body, 0, by);
-        stale_ = by < 0 ? Rect{0, client.bottom + by, client.right, client.bottom}
-                        : Rect{0, fixed, client.right, fixed + by};
-        return;
-    }
-    const int fixed = static_cast<int>(std::min<std::int64_t>(grid_.ColLeft(grid_.FixedCols()), client.right));
-    const std::int64_t moved = grid_.ColLeft(std::min(oldLeft, grid_.Cols())) - grid_.ColLeft(left);
-    if (std::abs(moved) >= client.right - fixed) {
-        allStale_ = true;
-        return;
-    }
-    const int by = static_cast<int>(moved);
-    Rect body{fixed, 0, client.right, client.bottom};
-    Rect bared =
-        by < 0 ? Rect{client.right + by, 0, client.right, client.bottom} : Rect{fixed, 0, fixed + by, client.bottom};
-    if (grid_.RightToLeft()) {
-        const auto mirror = [&](const Rect& r) {
-            return Rect{client.right - r.right, r.top, client.right - r.left, r.bottom};
-        };
-        buffer_.Scroll(mirror(body), -by, 0);
-        stale_ = mirror(bared);
-        return;
-    }
-    buffer_.Scroll(body, by, 0);
-    stale_ = bared;
-}
-
-void FlexGridWindow::PaintStale(HDC reference) {
-    const View view = CurrentView();
-    bool fresh = false;
-    const HDC dc = buffer_.Prepare(reference, view.client, &fresh);
-    const Rect client{0, 0, view.client.width, view.client.height};
-    const Rect area = allStale_ || fresh ? client : stale_.Intersect(client);
-    allStale_ = false;
-    stale_ = {};
-    paintedTop_ = grid_.TopRow();
-    paintedLeft_ = grid_.LeftCol();
-    if (dc && !area.Empty()) {
-        GdiSurface surface(dc, grid_.Metrics().Resolution());
-        Paint(grid_, view, surface, area);
-    }
-}
-
-void FlexGridWindow::OnPaint() {
-    if (grid_.Redraw()) {
-        Settle();
-        // Settling may have told hosts of scrolling, and hosts may have closed everything.
-        if (!Handle()) {
-            return;
-        }
-    }
-    {
-        const PaintScope paint(Handle());
-        if (grid_.Redraw() || !buffer_.Dc()) {
-            PaintStale(paint.Dc());
-        }
-        if (buffer_.Dc()) {
-            buffer_.CopyTo(paint.Dc(), FromRECT(paint.Area()));
-        } else {
-            // No memory for a buffer: straight to the screen.
-            GdiSurface surface(paint.Dc(), grid_.Metrics().Resolution());
-            Paint(grid_, CurrentView(), surface, FromRECT(paint.Area()));
-        }
-    }
-    // Requests made since the message arrived went out with it.
-    paintRequested_ = false;
-    if (hasChangedCells_ || layoutChanged_ || allStale_ || grid_.TopRow() != paintedTop_ ||
-        grid_.LeftCol() != paintedLeft_) {
-        RequestPaint();
-    }
-}
-
-void FlexGridWindow::Refresh() {
-    allStale_ = true;
-    layoutChanged_ = true;
-    if (Handle() && grid_.Redraw()) {
-        Settle();
-        UpdateWindow(Handle());
-    }
-}
-
-void FlexGridWindow::DrawTo(HDC dc, const Rect& area) {
-    SettleLayout();
-    const SavedDc saved(dc);
-    RECT frame = ToRECT(area);
-    if (grid_.BorderStyle() == GridBorder::single) {
-        if (grid_.Appearance() == GridAppearance::threeD) {
-            DrawEdge(dc, &frame, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
-        } else {
-            FrameRect(dc, &frame, GetSysColorBrush(COLOR_WINDOWFRAME));
-            InflateRect(&frame, -1, -1);
-        }
-    }
-    View view;
-    view.client = {static_cast<int>(frame.right - frame.left), static_cast<int>(frame.bottom - frame.top)};
-    IntersectClipRect(dc, frame.left, frame.top, frame.right, frame.bottom);
-    OffsetViewportOrgEx(dc, frame.left, frame.top, nullptr);
-    GdiSurface surface(dc, grid_.Metrics().Resolution());
-    Paint(grid_, view, surface, {0, 0, view.client.width, view.client.height});
 }
 
 void FlexGridWindow::OnResolutionChange() {

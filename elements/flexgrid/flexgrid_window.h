@@ -87,7 +87,7 @@ class FlexGridWindow final : public Window, private GridListener {
     void UpdateBars();
     void MarkStale(const Rect& area);
     void MarkAllStale();
-    void FollowScroll();
+    void FollowViewScroll();
     void OnPaint();
     void PaintStale(HDC reference);
 

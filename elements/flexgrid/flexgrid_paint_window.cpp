@@ -1,0 +1,153 @@
+// How the window gets its changes onto the screen: a back buffer that is drawn where it is stale, and copied.
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "elements/flexgrid/flexgrid_window.h"
+#include "elements/flexgrid/paint.h"
+#include "elements/flexgrid/scroll_copy.h"
+
+namespace qvx::flexgrid {
+namespace {
+
+Rect Around(const Rect& a, const Rect& b) {
+    if (a.Empty()) {
+        return b;
+    }
+    if (b.Empty()) {
+        return a;
+    }
+    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
+}
+
+}  // namespace
+
+void FlexGridWindow::MarkStale(const Rect& area) {
+    stale_ = Around(stale_, area);
+    InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+void FlexGridWindow::MarkAllStale() {
+    allStale_ = true;
+    RequestPaint();
+}
+
+// Turns what has changed since the last painting into the rectangle to draw anew, and asks the system for as much of
+// the screen.
+void FlexGridWindow::Settle() {
+    paintRequested_ = false;
+    SettleLayout();
+    const View view = CurrentView();
+    if (hasChangedCells_) {
+        hasChangedCells_ = false;
+        CellRange changed = changedCells_;
+        if (grid_.MergeCells() != GridMerge::never) {
+            allStale_ = true;  // a text decides over its neighbours' looks
+        } else if (!allStale_) {
+            const Rect area = Shown(grid_, view).AreaOf(changed);
+            if (!area.Empty()) {
+                MarkStale(area);
+            }
+        }
+    }
+    FollowViewScroll();
+    if (allStale_) {
+        InvalidateRect(Handle(), nullptr, FALSE);
+    }
+}
+
+// Moves what the back buffer already holds when the view has scrolled.
+void FlexGridWindow::FollowViewScroll() {
+    if (grid_.TopRow() == paintedTop_ && grid_.LeftCol() == paintedLeft_) {
+        return;
+    }
+    const int oldTop = std::exchange(paintedTop_, grid_.TopRow());
+    const int oldLeft = std::exchange(paintedLeft_, grid_.LeftCol());
+    UpdateBars();
+    InvalidateRect(Handle(), nullptr, FALSE);
+    // What is stale would move along.
+    const bool movable = !allStale_ && stale_.Empty() && buffer_.Dc();
+    const auto copy = movable ? FollowScroll(grid_, CurrentView().client, oldTop, oldLeft) : std::nullopt;
+    if (!copy) {
+        allStale_ = true;
+        return;
+    }
+    buffer_.Scroll(copy->body, copy->dx, copy->dy);
+    stale_ = copy->bared;
+}
+
+void FlexGridWindow::PaintStale(HDC reference) {
+    const View view = CurrentView();
+    bool fresh = false;
+    const HDC dc = buffer_.Prepare(reference, view.client, &fresh);
+    const Rect client{0, 0, view.client.width, view.client.height};
+    const Rect area = allStale_ || fresh ? client : stale_.Intersect(client);
+    allStale_ = false;
+    stale_ = {};
+    paintedTop_ = grid_.TopRow();
+    paintedLeft_ = grid_.LeftCol();
+    if (dc && !area.Empty()) {
+        GdiSurface surface(dc, grid_.Metrics().Resolution());
+        Paint(grid_, view, surface, area);
+    }
+}
+
+void FlexGridWindow::OnPaint() {
+    if (grid_.Redraw()) {
+        Settle();
+        // Settling may have told hosts of scrolling, and hosts may have closed everything.
+        if (!Handle()) {
+            return;
+        }
+    }
+    {
+        const PaintScope paint(Handle());
+        if (grid_.Redraw() || !buffer_.Dc()) {
+            PaintStale(paint.Dc());
+        }
+        if (buffer_.Dc()) {
+            buffer_.CopyTo(paint.Dc(), FromRECT(paint.Area()));
+        } else {
+            // No memory for a buffer: straight to the screen.
+            GdiSurface surface(paint.Dc(), grid_.Metrics().Resolution());
+            Paint(grid_, CurrentView(), surface, FromRECT(paint.Area()));
+        }
+    }
+    // Requests made since the message arrived went out with it.
+    paintRequested_ = false;
+    if (hasChangedCells_ || layoutChanged_ || allStale_ || grid_.TopRow() != paintedTop_ ||
+        grid_.LeftCol() != paintedLeft_) {
+        RequestPaint();
+    }
+}
+
+void FlexGridWindow::Refresh() {
+    allStale_ = true;
+    layoutChanged_ = true;
+    if (Handle() && grid_.Redraw()) {
+        Settle();
+        UpdateWindow(Handle());
+    }
+}
+
+void FlexGridWindow::DrawTo(HDC dc, const Rect& area) {
+    SettleLayout();
+    const SavedDc saved(dc);
+    RECT frame = ToRECT(area);
+    if (grid_.BorderStyle() == GridBorder::single) {
+        if (grid_.Appearance() == GridAppearance::threeD) {
+            DrawEdge(dc, &frame, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
+        } else {
+            FrameRect(dc, &frame, GetSysColorBrush(COLOR_WINDOWFRAME));
+            InflateRect(&frame, -1, -1);
+        }
+    }
+    View view;
+    view.client = {static_cast<int>(frame.right - frame.left), static_cast<int>(frame.bottom - frame.top)};
+    IntersectClipRect(dc, frame.left, frame.top, frame.right, frame.bottom);
+    OffsetViewportOrgEx(dc, frame.left, frame.top, nullptr);
+    GdiSurface surface(dc, grid_.Metrics().Resolution());
+    Paint(grid_, view, surface, {0, 0, view.client.width, view.client.height});
+}
+
+}  // namespace qvx::flexgrid
