@@ -21,8 +21,10 @@ constexpr int right = 39;
 constexpr int down = 40;
 constexpr int insert = 45;
 constexpr int deleteKey = 46;
+constexpr int f1 = 112;
 constexpr int f2 = 113;
 constexpr int f4 = 115;
+constexpr int f24 = 135;
 
 // Bits of an event's Shift argument.
 constexpr int shiftMask = 1;

@@ -9,6 +9,7 @@
 #include "common/about_dialog.h"
 #include "common/number_text.h"
 #include "controls/grid/column_index_object.h"
+#include "controls/grid/combogrid_events.h"
 #include "controls/grid/lifecycle.h"
 #include "forms/msgbox/show_message.h"
 #include "server/resource.h"
@@ -16,17 +17,6 @@
 
 namespace qvx::grid {
 namespace {
-
-// Dispatch numbers of the events that have none of the system's.
-namespace events {
-constexpr DISPID beforeCellChange = 1;
-constexpr DISPID afterCellChange = 2;
-constexpr DISPID onError = 3;
-constexpr DISPID listChange = 4;
-constexpr DISPID listClick = 5;
-constexpr DISPID enterCell = 7;
-constexpr DISPID leaveCell = 8;
-}  // namespace events
 
 constexpr TextView lastKey = u"NonFocusColumns";
 
@@ -209,35 +199,35 @@ STDMETHODIMP ComboGridControl::ShowAbout() {
 // ---- Events --------------------------------------------------------------------------------------------------------
 
 void ComboGridControl::BeforeCellChange(int row, int col, const Text& data, bool& cancel) {
-    Fire(events::beforeCellChange, EventArguments().In(row).In(col).In(Variant(data)).InOut(cancel));
+    Fire(grid_event::beforeCellChange, EventArguments().In(row).In(col).In(Variant(data)).InOut(cancel));
     // A handler that closed the control has refused the edit as well.
     if (!InPlaceActive()) cancel = true;
 }
 
 void ComboGridControl::AfterCellChange(int row, int col, const Text& oldData, const Text& newData, bool& cancel) {
-    Fire(events::afterCellChange,
+    Fire(grid_event::afterCellChange,
          EventArguments().In(row).In(col).In(Variant(oldData)).In(Variant(newData)).InOut(cancel));
 }
 
 void ComboGridControl::OnError(int number, const Text& description, bool& response) {
-    Fire(events::onError, EventArguments().In(number).In(description).InOut(response));
+    Fire(grid_event::onError, EventArguments().In(number).In(description).InOut(response));
 }
 
 void ComboGridControl::ListChange(int row, int col, const Text& data) {
-    Fire(events::listChange, EventArguments().In(row).In(col).In(Variant(data)));
+    Fire(grid_event::listChange, EventArguments().In(row).In(col).In(Variant(data)));
 }
 
 void ComboGridControl::ListClick(int row, int col, const Text& data) {
-    Fire(events::listClick, EventArguments().In(row).In(col).In(Variant(data)));
+    Fire(grid_event::listClick, EventArguments().In(row).In(col).In(Variant(data)));
 }
 
 void ComboGridControl::KeyDown(short& keyCode, short& shift) {
     Fire(DISPID_KEYDOWN, EventArguments().InOut(keyCode).InOut(shift));
 }
 
-void ComboGridControl::EnterCell() { Fire(events::enterCell); }
+void ComboGridControl::EnterCell() { Fire(grid_event::enterCell); }
 
-void ComboGridControl::LeaveCell() { Fire(events::leaveCell); }
+void ComboGridControl::LeaveCell() { Fire(grid_event::leaveCell); }
 
 void ComboGridControl::ReportError(int number, const Text& description) {
     if (number == 0) return;

@@ -4,6 +4,7 @@
 #include "common/locale.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/lifecycle.h"
+#include "controls/grid/projection.h"
 #include "win/dpi.h"
 
 namespace qvx::grid {
@@ -228,31 +229,8 @@ void EntryGrid::KeyDown(short& keyCode, short& shift) {
     const GridKey action = DecideGridKey(keyCode, shift, state_);
     if (action == GridKey::PassOn) return;
     keyCode = 0;
-    switch (action) {
-        case GridKey::Forward:
-            Go(StepForward(Model(), state_, true), shift);
-            break;
-        case GridKey::ForwardStay:
-            Go(StepForward(Model(), state_, false), shift);
-            break;
-        case GridKey::Back:
-            Go(StepBack(Model(), state_), shift);
-            break;
-        case GridKey::Left:
-            Go(StepSideways(Model(), state_, -1), shift);
-            break;
-        case GridKey::Right:
-            Go(StepSideways(Model(), state_, 1), shift);
-            break;
-        case GridKey::OpenEditor:
-            OpenEditor();
-            break;
-        case GridKey::PassOut:
-            LeaveGrid((shift & keys::shiftMask) != 0);
-            break;
-        default:
-            break;
-    }
+    if (action == GridKey::OpenEditor) OpenEditor();
+    if (const auto step = StepOf(action, Model(), state_)) Go(*step, shift);
 }
 
 void EntryGrid::KeyPress(short& keyAscii) {
@@ -292,38 +270,8 @@ void EntryGrid::UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode,
     }
     // A handler that has moved the current cell has decided where to go on.
     if (!EndEdit()) return;
-    const auto bits = static_cast<short>(shift);
-    switch (action) {
-        case EditorKey::CommitForward:
-            Go(StepForward(Model(), state_, true), bits);
-            break;
-        case EditorKey::CommitForwardStay:
-            Go(StepForward(Model(), state_, false), bits);
-            break;
-        case EditorKey::CommitBack:
-            Go(StepBack(Model(), state_), bits);
-            break;
-        case EditorKey::CommitLeft:
-            Go(StepSideways(Model(), state_, -1), bits);
-            break;
-        case EditorKey::CommitRight:
-            Go(StepSideways(Model(), state_, 1), bits);
-            break;
-        case EditorKey::CommitUp:
-            Go(StepVertically(Model(), -1), bits);
-            break;
-        case EditorKey::CommitDown:
-            Go(StepVertically(Model(), 1), bits);
-            break;
-        case EditorKey::CommitPage:
-            SendMessageW(window_->Handle(), WM_KEYDOWN, static_cast<WPARAM>(key), 0);
-            break;
-        case EditorKey::CommitOut:
-            LeaveGrid((shift & keys::shiftMask) != 0);
-            break;
-        default:
-            break;
-    }
+    if (action == EditorKey::CommitPage) SendMessageW(window_->Handle(), WM_KEYDOWN, static_cast<WPARAM>(key), 0);
+    if (const auto step = StepOf(action, Model(), state_)) Go(*step, static_cast<short>(shift));
 }
 
 bool EntryGrid::TabLeaves(int shift) {
@@ -353,31 +301,7 @@ bool EntryGrid::WantsKey(const MSG& message) {
     if (message.message != WM_KEYDOWN) return false;
     const auto key = static_cast<int>(message.wParam);
     const int shift = ShiftState();
-    switch (key) {
-        case keys::tab:
-            return !TabLeaves(shift);
-        case keys::escape:
-            return EditIsOpen();
-        case keys::enter:
-        case keys::f2:
-            return shift == 0;
-        case keys::f4:
-            return EditIsOpen();
-        case keys::left:
-        case keys::right:
-        case keys::up:
-        case keys::down:
-        case keys::home:
-        case keys::end:
-        case keys::pageUp:
-        case keys::pageDown:
-            return true;
-        default:
-            // Keys with Ctrl are the host's menus', but an editor has its clipboard and its undo. Function keys are the
-            // host's.
-            if ((shift & keys::controlMask) != 0) return EditIsOpen() && IsEditorCommand(key, shift);
-            return key < VK_F1 || key > VK_F24;
-    }
+    return key == keys::tab ? !TabLeaves(shift) : KeepsKey(key, shift, EditIsOpen());
 }
 
 // ---- Mouse, scrolling, focus ---------------------------------------------------------------------------------------
@@ -438,27 +362,17 @@ Text EntryGrid::ToolTip(int row, int col) {
     return CellTipText(state_, Model().TextMatrix(row, col), window_->IsTextCut(row, col));
 }
 
-// A grid may be left and entered while it has no cells at all.
-bool EntryGrid::Projects() {
-    return state_.projectSelection && state_.initialised && Model().Rows() > 0 && Model().Cols() > 0;
-}
-
 void EntryGrid::LeaveCell() {
     const auto keep = events_.KeepAlive();
     if (EditIsOpen() && !changingRows_ && !state_.editing && state_.committing == 0) EndEdit();
     events_.LeaveCell();
-    if (!Projects()) return;
-    // Whether bold or not: the property may have been turned off while the cell was the current one.
-    Model().SetCellFontBold(false);
-    Model().SetCellForeColor(Model().ForeColor());
+    EndProjection(Model(), state_);
 }
 
 void EntryGrid::EnterCell() {
     const auto keep = events_.KeepAlive();
     events_.EnterCell();
-    if (!Projects()) return;
-    Model().SetCellForeColor(Model().ForeColorSel());
-    if (state_.projectionBold) Model().SetCellFontBold(true);
+    Project(Model(), state_);
 }
 
 // ---- Combos --------------------------------------------------------------------------------------------------------

@@ -116,7 +116,6 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     bool TabLeaves(int shift);
     bool OnCurrentCell() const;
     // Whether the current cell is drawn in the selection's colour.
-    bool Projects();
     void Commit();
     // Commits, gives the focus back to the inner grid, and tells whether the current cell is where it was before.
     bool EndEdit();

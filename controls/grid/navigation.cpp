@@ -24,6 +24,26 @@ int ShownRowFrom(const flexgrid::Grid& grid, int row, int step) {
     return -1;
 }
 
+// Whether a key pressed with Ctrl belongs to an open editor rather than to the host's menus: select all, clipboard and
+// undo, deleting a word, and what Ctrl and Alt together type on many keyboards.
+bool IsEditorCommand(int keyCode, int shift) {
+    if ((shift & keys::altMask) != 0) return true;
+    switch (keyCode) {
+        case 'A':
+        case 'C':
+        case 'V':
+        case 'X':
+        case 'Y':
+        case 'Z':
+        case keys::insert:
+        case keys::deleteKey:
+        case keys::backspace:
+            return true;
+        default:
+            return false;
+    }
+}
+
 }  // namespace
 
 int GetNextColumn(const flexgrid::Grid& grid, const ControlState& state, int& col) {
@@ -96,6 +116,25 @@ GridKey DecideGridKey(int keyCode, int shift, const ControlState& state) {
     }
 }
 
+std::optional<CellStep> StepOf(GridKey key, const flexgrid::Grid& grid, const ControlState& state) {
+    switch (key) {
+        case GridKey::Forward:
+            return StepForward(grid, state, true);
+        case GridKey::ForwardStay:
+            return StepForward(grid, state, false);
+        case GridKey::Back:
+            return StepBack(grid, state);
+        case GridKey::Left:
+            return StepSideways(grid, state, -1);
+        case GridKey::Right:
+            return StepSideways(grid, state, 1);
+        case GridKey::PassOut:
+            return CellStep{CellStep::Kind::Leave, -1, -1};
+        default:
+            return std::nullopt;
+    }
+}
+
 bool OpensEditor(char16_t character) {
     constexpr char16_t del = 0x7F;
     return character == keys::backspace || (character >= keys::space && character != del);
@@ -134,21 +173,51 @@ EditorKey DecideEditorKey(int keyCode, int shift, const Caret& caret, bool listC
     }
 }
 
-bool IsEditorCommand(int keyCode, int shift) {
-    if ((shift & keys::altMask) != 0) return true;
+std::optional<CellStep> StepOf(EditorKey key, const flexgrid::Grid& grid, const ControlState& state) {
+    switch (key) {
+        case EditorKey::CommitForward:
+            return StepOf(GridKey::Forward, grid, state);
+        case EditorKey::CommitForwardStay:
+            return StepOf(GridKey::ForwardStay, grid, state);
+        case EditorKey::CommitBack:
+            return StepOf(GridKey::Back, grid, state);
+        case EditorKey::CommitLeft:
+            return StepOf(GridKey::Left, grid, state);
+        case EditorKey::CommitRight:
+            return StepOf(GridKey::Right, grid, state);
+        case EditorKey::CommitUp:
+            return StepVertically(grid, -1);
+        case EditorKey::CommitDown:
+            return StepVertically(grid, 1);
+        case EditorKey::CommitOut:
+            return StepOf(GridKey::PassOut, grid, state);
+        default:
+            return std::nullopt;
+    }
+}
+
+bool KeepsKey(int keyCode, int shift, bool editOpen) {
     switch (keyCode) {
-        case 'A':
-        case 'C':
-        case 'V':
-        case 'X':
-        case 'Y':
-        case 'Z':
-        case keys::insert:
-        case keys::deleteKey:
-        case keys::backspace:
+        case keys::escape:
+        case keys::f4:
+            return editOpen;
+        case keys::enter:
+        case keys::f2:
+            return shift == 0;
+        case keys::left:
+        case keys::right:
+        case keys::up:
+        case keys::down:
+        case keys::home:
+        case keys::end:
+        case keys::pageUp:
+        case keys::pageDown:
             return true;
         default:
-            return false;
+            // Keys with Ctrl are the host's menus', but an editor has its clipboard and its undo. Function keys are the
+            // host's.
+            if ((shift & keys::controlMask) != 0) return editOpen && IsEditorCommand(keyCode, shift);
+            return keyCode < keys::f1 || keyCode > keys::f24;
     }
 }
 

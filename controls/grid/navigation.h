@@ -1,6 +1,8 @@
 // Where the current cell goes by keyboard, and which keys open, end or move an edit.
 #pragma once
 
+#include <optional>
+
 #include "common/text.h"
 #include "controls/grid/control_state.h"
 #include "elements/flexgrid/grid.h"
@@ -62,6 +64,9 @@ enum class GridKey {
 };
 GridKey DecideGridKey(int keyCode, int shift, const ControlState& state);
 
+// Where a key takes the current cell; nothing for keys that do not move it by a step.
+std::optional<CellStep> StepOf(GridKey key, const flexgrid::Grid& grid, const ControlState& state);
+
 // Whether a typed character opens the editor: any that can stand in a cell, and Backspace, which empties it.
 bool OpensEditor(char16_t character);
 
@@ -91,9 +96,11 @@ enum class EditorKey {
 // `listColumn` tells a list column's combo, which walks its list by the vertical keys, from the free-text one.
 EditorKey DecideEditorKey(int keyCode, int shift, const Caret& caret, bool listColumn, const ControlState& state);
 
-// Whether a key pressed with Ctrl belongs to an open editor rather than to the host's menus: select all, clipboard and
-// undo, deleting a word, and what Ctrl and Alt together type on many keyboards.
-bool IsEditorCommand(int keyCode, int shift);
+// The step that follows the commit.
+std::optional<CellStep> StepOf(EditorKey key, const flexgrid::Grid& grid, const ControlState& state);
+
+// Whether the grid wants a key that its host could use, too. Tab is another matter: it depends on where it would lead.
+bool KeepsKey(int keyCode, int shift, bool editOpen);
 
 // The tool tip of a cell: its text when tips are on and the cell cuts it off, else none.
 Text CellTipText(const ControlState& state, TextView text, bool cutOff);

@@ -141,11 +141,8 @@ void FlexGridWindow::OnBar(bool vertical, WPARAM wParam) {
     auto request = static_cast<BarRequest>(code);
     const View view = CurrentView();
     if (!vertical && grid_.RightToLeft()) {
-        track = info.nMin + (info.nMax - static_cast<int>(info.nPage) + 1) - track;
-        // Every request has its opposite beside it: back and on, start and end.
-        if (request != BarRequest::ThumbSet && request != BarRequest::Track) {
-            request = static_cast<BarRequest>(code ^ 1);
-        }
+        track = MirroredPosition({true, info.nMin, info.nMax, static_cast<int>(info.nPage), info.nPos}, track);
+        request = Mirrored(request);
     }
     if (vertical) {
         ScrollTo(FirstAfter(RowAxis(grid_, view), request, track), grid_.LeftCol());

@@ -347,12 +347,8 @@ void FlexGridWindow::UpdateBars() {
         drawnBars_[0] = {};
     }
     if (choice.horizontal) {
-        Bar bar = BarOf(ColumnAxis(grid_, view));
-        if (grid_.RightToLeft()) {
-            // The first column is at the bar's right end.
-            bar.position = bar.min + (bar.max - bar.page + 1) - bar.position;
-        }
-        set(SB_HORZ, bar, drawnBars_[1]);
+        const Bar bar = BarOf(ColumnAxis(grid_, view));
+        set(SB_HORZ, grid_.RightToLeft() ? Mirrored(bar) : bar, drawnBars_[1]);
     } else {
         drawnBars_[1] = {};
     }

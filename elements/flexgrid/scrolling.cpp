@@ -68,6 +68,19 @@ Bar BarOf(const Axis& axis) {
     return {true, axis.fixed, last + page - 1, page, std::clamp(axis.first, axis.fixed, last)};
 }
 
+Bar Mirrored(Bar bar) {
+    bar.position = MirroredPosition(bar, bar.position);
+    return bar;
+}
+
+BarRequest Mirrored(BarRequest request) {
+    if (request == BarRequest::ThumbSet || request == BarRequest::Track) {
+        return request;
+    }
+    // Every other request has its opposite beside it: back and on, start and end.
+    return static_cast<BarRequest>(static_cast<int>(request) ^ 1);
+}
+
 bool ThumbMoves(const Bar& drawn, const Bar& wanted, int length) {
     if (drawn.shown != wanted.shown || drawn.min != wanted.min || drawn.max != wanted.max ||
         drawn.page != wanted.page) {

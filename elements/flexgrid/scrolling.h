@@ -37,6 +37,11 @@ struct Bar {
 // The bar for an axis that overflows its extent.
 Bar BarOf(const Axis& axis);
 
+// A horizontal bar of a grid that runs from right to left: the first column is at the bar's right end. Twice mirrored
+// is the same again, of positions and requests alike.
+constexpr int MirroredPosition(const Bar& bar, int position) { return bar.min + (bar.max - bar.page + 1) - position; }
+Bar Mirrored(Bar bar);
+
 // Whether a bar that is drawn as `drawn` looks different as `wanted`, its arrows being `length` pixels apart.
 bool ThumbMoves(const Bar& drawn, const Bar& wanted, int length);
 
@@ -60,6 +65,9 @@ enum class BarRequest {
     Start = 6,
     End = 7
 };
+
+// The request as a mirrored bar means it.
+BarRequest Mirrored(BarRequest request);
 
 // The first item after a request; `track` is the dragged position.
 int FirstAfter(const Axis& axis, BarRequest request, int track);

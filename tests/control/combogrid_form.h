@@ -9,21 +9,11 @@
 #include <string>
 #include <vector>
 
+#include "controls/grid/combogrid_events.h"
 #include "tests/support/container.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::test {
-
-// Dispatch numbers of the control's events.
-namespace grid_event {
-constexpr DISPID beforeCellChange = 1;
-constexpr DISPID afterCellChange = 2;
-constexpr DISPID onError = 3;
-constexpr DISPID listChange = 4;
-constexpr DISPID listClick = 5;
-constexpr DISPID enterCell = 7;
-constexpr DISPID leaveCell = 8;
-}  // namespace grid_event
 
 class ComboGridForm {
   public:

@@ -82,6 +82,17 @@ TEST(Scrolling, TheLastPageIsFullAndHiddenItemsAtTheEndDoNotCount) {
     EXPECT_EQ(ClampFirst(Make({10, 10, 0, 0, 10, 10}, 1, 1, 30), 2), 4);
 }
 
+TEST(ScrollBar, MirroredForGridsThatRunFromRightToLeft) {
+    const Bar bar{true, 1, 30, 10, 4};
+    EXPECT_EQ(Mirrored(bar).position, 18) << "3 columns from the left end are 3 from the right end";
+    EXPECT_EQ(MirroredPosition(bar, 1), 21);
+    EXPECT_EQ(Mirrored(Mirrored(bar)), bar);
+    EXPECT_EQ(Mirrored(BarRequest::LineBack), BarRequest::LineOn);
+    EXPECT_EQ(Mirrored(BarRequest::PageOn), BarRequest::PageBack);
+    EXPECT_EQ(Mirrored(BarRequest::Start), BarRequest::End);
+    EXPECT_EQ(Mirrored(BarRequest::Track), BarRequest::Track);
+}
+
 TEST(Scrolling, ShowingAnItemScrollsAsLittleAsNeeded) {
     const Axis axis = Uniform(100, 1, 40, 96);  // rows 40..44 show whole
     for (const auto& [index, first] :

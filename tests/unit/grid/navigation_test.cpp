@@ -186,12 +186,41 @@ TEST(EditorKeys, CharactersThatOpenTheEditor) {
     for (const char16_t c : {u'\t', u'\r', u'\n', u'\x1B', u'\x7F', u'\x01', u'\0'}) EXPECT_FALSE(OpensEditor(c));
 }
 
-TEST(EditorKeys, CommandsOfTheHostsMenusAreLeftToIt) {
-    for (const int key : {int{'A'}, int{'C'}, int{'V'}, int{'X'}, int{'Z'}, keys::insert, keys::backspace})
-        EXPECT_TRUE(IsEditorCommand(key, keys::controlMask));
-    for (const int key : {int{'S'}, int{'B'}, int{'P'}, keys::f4})
-        EXPECT_FALSE(IsEditorCommand(key, keys::controlMask));
-    EXPECT_TRUE(IsEditorCommand('Q', keys::controlMask | keys::altMask));  // types "@" on many keyboards
+TEST(KeepsKey, TellsTheGridsKeysFromItsHosts) {
+    constexpr int ctrl = keys::controlMask;
+    struct Case {
+        int key;
+        int shift;
+        bool whileOpen;
+        bool whileClosed;
+    };
+    const Case cases[] = {
+        {'A', 0, true, true},
+        {keys::down, 0, true, true},
+        {keys::home, ctrl, true, true},
+        {keys::deleteKey, 0, true, true},
+        {keys::escape, 0, true, false},
+        {keys::f4, 0, true, false},
+        {keys::enter, 0, true, true},
+        {keys::enter, ctrl, false, false},
+        {keys::f2, 0, true, true},
+        {keys::f2, keys::shiftMask, false, false},
+        {keys::f1, 0, false, false},
+        {keys::f24, 0, false, false},
+        // An editor has its clipboard and its undo; everything else with Ctrl is the host's menus'.
+        {'C', ctrl, true, false},
+        {'V', ctrl, true, false},
+        {'Z', ctrl, true, false},
+        {keys::insert, ctrl, true, false},
+        {keys::backspace, ctrl, true, false},
+        {'S', ctrl, false, false},
+        {'B', ctrl, false, false},
+        {'Q', ctrl | keys::altMask, true, false},  // types "@" on many keyboards
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(KeepsKey(c.key, c.shift, true), c.whileOpen) << c.key << " shift " << c.shift;
+        EXPECT_EQ(KeepsKey(c.key, c.shift, false), c.whileClosed) << c.key << " shift " << c.shift;
+    }
 }
 
 TEST(CellTip, ShowsTextThatDoesNotFit) {

@@ -1,0 +1,14 @@
+// Dispatch numbers of the ComboGrid's events that have none of the system's, as the type library has them.
+#pragma once
+
+namespace qvx::grid_event {
+
+constexpr long beforeCellChange = 1;
+constexpr long afterCellChange = 2;
+constexpr long onError = 3;
+constexpr long listChange = 4;
+constexpr long listClick = 5;
+constexpr long enterCell = 7;
+constexpr long leaveCell = 8;
+
+}  // namespace qvx::grid_event
