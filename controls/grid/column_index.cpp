@@ -8,10 +8,18 @@ namespace qvx::grid {
 ColumnIndex RefreshColIndex(const flexgrid::Grid& grid) {
     ColumnIndex index;
     KeyedCollection<int> taken;
+    // The last number tried behind each caption. No key is ever given back, so all up to it stay taken; beginning at 1
+    // each time would make many equal captions cost their square.
+    KeyedCollection<int> lastTried;
     for (int col = 0; col < grid.Cols(); ++col) {
         const Text caption = grid.TextArray(col);
         Text key = caption;
-        for (int suffix = 1; taken.Contains(key); ++suffix) key = caption + IntegerToText(suffix);
+        if (taken.Contains(key)) {
+            if (!lastTried.Contains(caption)) lastTried.Add(0, caption);
+            int& suffix = lastTried.At(TextView(caption));
+            do key = caption + IntegerToText(++suffix);
+            while (taken.Contains(key));
+        }
         taken.Add(col, key);
         index.stringFormat.append(u"[").append(key).append(u"],");
         index.entries.emplace_back(std::move(key), col);

@@ -47,6 +47,12 @@ IDispatch* EditorFrame::ObjectOf(int index) {
     return found->second.automation->Get();
 }
 
+std::vector<int> EditorFrame::Loaded() const {
+    std::vector<int> indexes;
+    for (const auto& [index, element] : elements_) indexes.push_back(index);
+    return indexes;
+}
+
 int EditorFrame::IndexOf(const ComboWindow& combo) const {
     for (const auto& [index, element] : elements_)
         if (element.combo.get() == &combo) return index;

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "common/text.h"
 #include "elements/combo/combo_object.h"
@@ -28,6 +29,7 @@ class EditorFrame final : public Window {
     ComboWindow* Find(int index);
     // With a reference for the caller; error 340 for an element that is not loaded.
     IDispatch* ObjectOf(int index);
+    std::vector<int> Loaded() const;
     // The index of a combo in this frame.
     int IndexOf(const ComboWindow& combo) const;
 

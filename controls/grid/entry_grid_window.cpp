@@ -112,16 +112,22 @@ EditorFrame& EntryGrid::Frame() {
     frame_ = std::make_unique<EditorFrame>(static_cast<ComboListener&>(*this));
     frame_->CreateIn(control);
     frame_->Load(freeTextEditor);
+    dresses_.clear();
+    // In a new window the list columns are list columns still; their entries went with the combos of the old one.
+    if (!retired_.empty())
+        for (const int col : retired_.back()->Loaded())
+            if (col != freeTextEditor) LoadList(*frame_, col);
     return *frame_;
+}
+
+void EntryGrid::LoadList(EditorFrame& frame, int col) {
+    frame.Load(col);
+    frame.Find(col)->SetSelectsAsTyped(true);
 }
 
 void EntryGrid::Show(bool userMode) {
     try {
-        grid::Show(Model(), state_, userMode, [this](int col) {
-            EditorFrame& frame = Frame();
-            frame.Load(col);
-            frame.Find(col)->SetSelectsAsTyped(true);
-        });
+        grid::Show(Model(), state_, userMode, [this](int col) { LoadList(Frame(), col); });
     } catch (...) {
         const RunTimeError error = CurrentError();
         events_.ReportError(error.Number(), error.Description());
@@ -316,6 +322,8 @@ bool EntryGrid::OnCurrentCell() const {
     return window_->CellTwips().Contains({PixelsToTwips(pixels.x, dpi.x), PixelsToTwips(pixels.y, dpi.y)});
 }
 
+std::shared_ptr<void> EntryGrid::Hold() { return std::make_shared<ComPtr<IUnknown>>(events_.KeepAlive()); }
+
 void EntryGrid::DblClick() {
     const auto keep = events_.KeepAlive();
     const flexgrid::Grid& grid = Model();
@@ -359,6 +367,7 @@ void EntryGrid::LostFocus() {
 }
 
 Text EntryGrid::ToolTip(int row, int col) {
+    if (!state_.cellToolTip) return {};
     return CellTipText(state_, Model().TextMatrix(row, col), window_->IsTextCut(row, col));
 }
 

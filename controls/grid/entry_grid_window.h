@@ -90,6 +90,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void LeaveCell() override;
     void EnterCell() override;
     // GridWindowEvents
+    std::shared_ptr<void> Hold() override;
     void DblClick() override;
     void KeyDown(short& keyCode, short& shift) override;
     void KeyPress(short& keyAscii) override;
@@ -122,6 +123,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void Go(const CellStep& step, short shift);
     void LeaveGrid(bool backwards);
     void PlaceOverCell();
+    static void LoadList(EditorFrame& frame, int col);
     void UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode, int shift);
 
     EntryGridEvents& events_;

@@ -1,5 +1,7 @@
 #include "controls/grid/navigation.h"
 
+#include <algorithm>
+
 #include "common/keys.h"
 #include "controls/grid/column_lists.h"
 
@@ -12,6 +14,7 @@ bool TakesFocus(const flexgrid::Grid& grid, const ControlState& state, int col) 
 
 // The nearest column from `col` on, in direction `step`, that may be entered; -1 for none.
 int EnterableFrom(const flexgrid::Grid& grid, const ControlState& state, int col, int step) {
+    if (step > 0) col = std::max(col, grid.FixedCols());  // from a header on to what scrolls
     for (; col >= grid.FixedCols() && col < grid.Cols(); col += step)
         if (MayEnter(grid, state, col)) return col;
     return -1;
@@ -19,6 +22,7 @@ int EnterableFrom(const flexgrid::Grid& grid, const ControlState& state, int col
 
 // The nearest row from `row` on that has a height; -1 for none.
 int ShownRowFrom(const flexgrid::Grid& grid, int row, int step) {
+    if (step > 0) row = std::max(row, grid.FixedRows());
     for (; row >= grid.FixedRows() && row < grid.Rows(); row += step)
         if (grid.RowHeight(row) > 0) return row;
     return -1;
@@ -85,7 +89,8 @@ CellStep StepBack(const flexgrid::Grid& grid, const ControlState& state) {
 }
 
 CellStep StepSideways(const flexgrid::Grid& grid, const ControlState& state, int step) {
-    for (int col = grid.Col() + step; col >= grid.FixedCols() && col < grid.Cols(); col += step)
+    const int from = step > 0 ? std::max(grid.Col() + 1, grid.FixedCols()) : grid.Col() - 1;
+    for (int col = from; col >= grid.FixedCols() && col < grid.Cols(); col += step)
         if (grid.ColWidth(col) >= 1 && !IsListedColumn(grid, state.nonFocusColumns, col))
             return {CellStep::Kind::Move, grid.Row(), col};
     return {};

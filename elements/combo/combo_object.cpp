@@ -130,7 +130,8 @@ class ComboObject final : public ComObject<Dispatch<IEditorCombo>, ErrorInfoSupp
     }
     STDMETHODIMP get_Font(IFontDisp** result) override {
         return Guard([&] {
-            Combo();
+            // The combo is dressed as its cell is, too.
+            if (font_.Value() != Combo().Font()) font_.Load(Combo().Font());
             *Required(result) = font_.Get();
         });
     }

@@ -210,6 +210,7 @@ void Grid::SetFixedRows(int count) {
         wantFixedRow_ = count == 1;
         return;
     }
+    CheckCounts({Rows(), Cols(), count, fixedCols_});  // a refused count leaves a waiting one alone
     ChangeShape([&] { return wantFixedRow_ = false, Shape{Rows(), Cols(), count, fixedCols_}; }, [](const Shape&) {});
 }
 
@@ -218,6 +219,7 @@ void Grid::SetFixedCols(int count) {
         wantFixedCol_ = count == 1;
         return;
     }
+    CheckCounts({Rows(), Cols(), fixedRows_, count});
     ChangeShape([&] { return wantFixedCol_ = false, Shape{Rows(), Cols(), fixedRows_, count}; }, [](const Shape&) {});
 }
 

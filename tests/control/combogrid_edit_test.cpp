@@ -46,6 +46,21 @@ TEST(ComboGridOpenEdit, HostMayDestroyItsWindow) {
     EXPECT_EQ(1u, control->Release()) << "the frame has let go of the active object, too";
 }
 
+TEST(ComboGridOpenEdit, ANewWindowHasTheEditorsOfTheOldOne) {
+    F form;
+    constexpr long yellow = 0x00FFFF;
+    Put(form.grid.get(), L"BackColor", {Variant(yellow)});
+    form.GoTo(1, F::item);
+    form.Press(VK_F2);
+    EXPECT_EQ(yellow, *Call(form.List(F::item).get(), L"BackColor").ToLong());
+    DestroyWindow(form.container.ControlWindow());
+    form.container.Activate();
+    form.GoTo(1, F::item);
+    form.Press(VK_F2);
+    EXPECT_TRUE(form.Frame());
+    EXPECT_EQ(yellow, *Call(form.List(F::item).get(), L"BackColor").ToLong());
+}
+
 TEST(ComboGridOpenEdit, HandlerMayCloseTheControl) {
     for (const DISPID when : {grid_event::beforeCellChange, grid_event::afterCellChange, grid_event::listChange}) {
         F form;

@@ -180,6 +180,15 @@ TEST(GridCounts, FixedCountWaitsForColumns) {
     other.AddItem(u"body");
     EXPECT_EQ(other.FixedRows(), 1);
     EXPECT_EQ(ErrorOf([&] { other.SetFixedCols(4); }), 30001);
+
+    // A refused count leaves the waiting one alone.
+    Grid refusing;
+    refusing.SetFixedCols(0);
+    refusing.SetCols(0);
+    refusing.SetFixedCols(1);
+    EXPECT_EQ(ErrorOf([&] { refusing.SetFixedCols(2); }), 30001);
+    refusing.SetFormatString(u"A|B|C");
+    EXPECT_EQ(refusing.FixedCols(), 1);
 }
 
 TEST(GridCursor, MovesTellLeaveThenEnter) {

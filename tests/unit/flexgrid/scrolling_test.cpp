@@ -54,6 +54,9 @@ TEST(Axis, SteppingSkipsHiddenItemsAndStopsAtTheEnds) {
     EXPECT_EQ(StepShown(axis, 5, -1), 2);
     EXPECT_EQ(StepShown(axis, 2, -7), 2);
     EXPECT_EQ(NearestShown(axis, 6, 1), -1);
+    // From a header on to what scrolls, however many headers lie between.
+    EXPECT_EQ(StepShown(Uniform(10, 3, 3, 100), 0, 1), 3);
+    EXPECT_EQ(StepShown(Uniform(10, 3, 3, 100), 3, -1), 3);
 }
 
 TEST(Scrolling, TheLastPageIsFullAndHiddenItemsAtTheEndDoNotCount) {

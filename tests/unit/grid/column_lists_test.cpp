@@ -96,6 +96,7 @@ TEST(ColumnIndexTest, TakenCaptionsGetTheFirstFreeSuffix) {
         {u"A\tB\tA\tB\tA", u"[A],[B],[A1],[B1],[A2]"},
         {u"\t\t", u"[],[1],[2]"},
         {u"1\t\t", u"[1],[],[2]"},
+        {u"Q\tq1\tQ\tq\tQ1", u"[Q],[q1],[Q2],[q3],[Q11]"},
     };
     for (const IndexCase& c : cases) {
         flexgrid::Grid grid;

@@ -71,6 +71,17 @@ TEST_F(NavigationTest, ArrowsPassHiddenAndNonFocusColumnsButReachInactiveOnes) {
     EXPECT_EQ(StepVertically(grid, -1), CellStep{});
 }
 
+// Programs may put the cursor on a header, and there may be several.
+TEST_F(NavigationTest, StepsFromHeadersLeadToWhatScrolls) {
+    grid.SetFixedCols(3);
+    grid.SetFixedRows(2);
+    state.inActiveColumns.clear();
+    grid.MoveTo(0, 0);
+    EXPECT_EQ(StepForward(grid, state, true), (CellStep{Kind::Move, 0, 3}));
+    EXPECT_EQ(StepSideways(grid, state, 1), (CellStep{Kind::Move, 0, 3}));
+    EXPECT_EQ(StepVertically(grid, 1), (CellStep{Kind::Move, 2, 0}));
+}
+
 TEST_F(NavigationTest, GetNextColumnAnswersAtOrBehindItsArgument) {
     struct Case {
         int col;
