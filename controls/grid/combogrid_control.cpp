@@ -20,12 +20,6 @@ namespace {
 
 constexpr TextView lastKey = u"NonFocusColumns";
 
-template <class T>
-T* Required(T* pointer) {
-    if (!pointer) throw ComError(E_POINTER);
-    return pointer;
-}
-
 }  // namespace
 
 const ControlClass ComboGridControl::classInfo{&CLSID_ComboGrid,
@@ -156,9 +150,7 @@ STDMETHODIMP ComboGridControl::GetActiveList(short* result) {
 STDMETHODIMP ComboGridControl::AddItem(BSTR item, VARIANT index) {
     return Guard([&] {
         int place = flexgrid::Grid::atEnd;
-        if (!IsMissing(index)) {
-            const auto number = Variant(index).ToLong();
-            if (!number) throw RunTimeError(errors::typeMismatch, u"Type mismatch");
+        if (const auto number = OptionalNumber(index)) {
             // A number below 0 is no row; it must not read as the end.
             place = *number < 0 ? std::numeric_limits<int>::max() : static_cast<int>(*number);
         }

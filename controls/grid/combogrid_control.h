@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include "Qvx.h"
+#include "com/members.h"
 #include "controls/grid/entry_grid_window.h"
 #include "server/control.h"
 
@@ -177,6 +178,34 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     void RebuildColIndex();
 
     // A setter's body, the notification under the property's name behind it.
+    // A field of the control's state, or what the inner grid says.
+    template <class Result, class Value>
+    HRESULT Get(Result* result, Value ControlState::*field) {
+        return Guard([&] {
+            *Required(result) = Result{};
+            *result = ToHost<Result>(State().*field);
+        });
+    }
+    template <class Result, class Owner, class Value, class... Parameters, class... Given>
+    HRESULT Get(Result* result, Value (Owner::*member)(Parameters...) const, Given... given) {
+        return Guard([&] {
+            *Required(result) = Result{};
+            *result = ToHost<Result>((Model().*member)(FromHost<Parameters>(given)...));
+        });
+    }
+    // Sets either, and tells the host's property store under the given name.
+    template <class Value, class Given>
+    HRESULT Put(TextView name, Value ControlState::*field, Given given) {
+        return Put(name, [&] { State().*field = FromHost<Value>(given); });
+    }
+    template <class Owner, class... Parameters, class... Given>
+    HRESULT Put(TextView name, void (Owner::*member)(Parameters...), Given... given) {
+        return Put(name, [&] { (Model().*member)(FromHost<Parameters>(given)...); });
+    }
+    // Rows and columns come and go under an open edit without ending it.
+    HRESULT PutCount(TextView name, void (flexgrid::Grid::*member)(int), long value) {
+        return Put(name, [&] { entry_.ChangeRows([&] { (Model().*member)(static_cast<int>(value)); }); });
+    }
     template <class Body>
     HRESULT Put(TextView name, Body body) {
         return Guard([&] {

@@ -11,8 +11,6 @@
 namespace qvx::grid {
 namespace {
 
-using flexgrid::CheckedEnum;
-
 // An Integer of the interface; error 6 for what has no room in 16 bits.
 int CheckedInteger(std::int32_t value) {
     if (value < std::numeric_limits<short>::min() || value > std::numeric_limits<short>::max())

@@ -6,6 +6,7 @@
 #include "com/bstr.h"
 #include "com/dispatch.h"
 #include "com/font_object.h"
+#include "com/members.h"
 #include "com/object.h"
 #include "com/variant.h"
 #include "common/run_time_error.h"
@@ -18,12 +19,6 @@ constexpr int objectUnloaded = 364;
 // Lists of hosts count in 16 bits; the rest of a longer list is out of their reach.
 short ToShort(int value) {
     return static_cast<short>(value > std::numeric_limits<short>::max() ? std::numeric_limits<short>::max() : value);
-}
-
-template <class Pointer>
-Pointer Required(Pointer pointer) {
-    if (!pointer) throw ComError(E_POINTER);
-    return pointer;
 }
 
 }  // namespace
@@ -44,13 +39,11 @@ class ComboObject final : public ComObject<Dispatch<IEditorCombo>, ErrorInfoSupp
     STDMETHODIMP AddItem(BSTR item, VARIANT index) override {
         return Guard([&] {
             ComboWindow& combo = Combo();
-            if (IsMissing(index)) {
+            if (const auto place = OptionalNumber(index)) {
+                combo.AddItem(FromBstr(item), static_cast<int>(*place));
+            } else {
                 combo.AddItem(FromBstr(item));
-                return;
             }
-            const auto place = Variant(index).ToLong();
-            if (!place) throw RunTimeError(errors::typeMismatch, u"Type mismatch");
-            combo.AddItem(FromBstr(item), static_cast<int>(*place));
         });
     }
     STDMETHODIMP RemoveItem(short index) override {

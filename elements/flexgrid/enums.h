@@ -1,7 +1,7 @@
 // The flexible grid's enumerations. Hosts store these numbers in their forms, so they never change.
 #pragma once
 
-#include "common/run_time_error.h"
+#include "common/checked_enum.h"
 
 namespace qvx::flexgrid {
 
@@ -52,14 +52,5 @@ enum class GridAlignment {
     general = 9,  // numbers right and centred, everything else left and centred
     last = general
 };
-
-// The enumeration's value with this number; 380 "Invalid property value" when it has none.
-template <class Enum>
-Enum CheckedEnum(int number) {
-    if (number < 0 || number > static_cast<int>(Enum::last)) {
-        throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
-    }
-    return static_cast<Enum>(number);
-}
 
 }  // namespace qvx::flexgrid

@@ -1,0 +1,61 @@
+// What every method of an automation object does with its arguments: between the interface's types and a model's.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <type_traits>
+
+#include "com/bstr.h"
+#include "com/guard.h"
+#include "com/variant.h"
+#include "common/checked_enum.h"
+#include "common/run_time_error.h"
+#include "common/text.h"
+
+namespace qvx {
+
+// An out argument. Throws ComError E_POINTER for null.
+template <class T>
+T* Required(T* pointer) {
+    if (!pointer) throw ComError(E_POINTER);
+    return pointer;
+}
+
+// A model's value as the interface gives it out.
+template <class Result, class Value>
+Result ToHost(const Value& value) {
+    if constexpr (std::is_same_v<Result, BSTR>) {
+        return NewBstr(value);
+    } else if constexpr (std::is_same_v<Value, bool>) {
+        return ToVariantBool(value);
+    } else {
+        return static_cast<Result>(value);
+    }
+}
+
+// What a host gave as the model takes it: a parameter of a method, or a field. Run-time error 380 for a number that an
+// enumeration does not have. Texts are borrowed.
+template <class Parameter, class Given>
+auto FromHost(const Given& given) {
+    using Value = std::remove_cvref_t<Parameter>;
+    if constexpr (std::is_same_v<Value, TextView> || std::is_same_v<Value, Text>) {
+        return FromBstr(given);
+    } else if constexpr (std::is_same_v<Value, bool>) {
+        return given != VARIANT_FALSE;
+    } else if constexpr (std::is_enum_v<Value>) {
+        return CheckedEnum<Value>(static_cast<int>(given));
+    } else {
+        return static_cast<Value>(given);
+    }
+}
+
+// An optional number: nothing when it is left out, run-time error 13 when it is none.
+inline std::optional<long> OptionalNumber(const VARIANT& argument) {
+    if (IsMissing(argument)) return std::nullopt;
+    const auto number = Variant(argument).ToLong();
+    if (!number) throw RunTimeError(errors::typeMismatch, u"Type mismatch");
+    return *number;
+}
+
+}  // namespace qvx
