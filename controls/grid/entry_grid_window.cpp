@@ -45,11 +45,8 @@ class EntryGrid::Editor {
         frame_.Paint();
     }
     ListState List() const {
-        ListState list{{}, combo_.ListIndex(), combo_.TopIndex()};
-        const int count = combo_.ListCount();
-        list.entries.reserve(static_cast<std::size_t>(count));
-        for (int index = 0; index < count; ++index) list.entries.push_back(combo_.List(index));
-        return list;
+        return {combo_.ListCount(), [this](int index) { return combo_.List(index); }, combo_.ListIndex(),
+                combo_.TopIndex()};
     }
     DateSettings DateSettingsNow() const { return SystemDateSettings(); }
     int ScrollBarPixels() const { return GetSystemMetrics(SM_CXVSCROLL); }

@@ -1,15 +1,15 @@
 // Which entry of its list a list-only column takes when an edit is committed.
 #pragma once
 
-#include <vector>
-
 #include "common/text.h"
+#include "elements/combo/completion.h"
 
 namespace qvx::grid {
 
-// The combo's list as it stands at the commit.
+// The combo's list as it stands at the commit. Entries are read as they are needed: of a long list hardly any is.
 struct ListState {
-    std::vector<Text> entries;
+    int count = 0;
+    EntryReader entry;
     int listIndex = -1;  // -1: nothing is selected
     int topIndex = 0;    // the first entry in view
 };

@@ -388,9 +388,9 @@ void ComboWindow::OnTyped() {
     if (selectsAsTyped_ && ListCount() > 0) {
         const qvx::Text typed = GetText();
         const Completion completion = CompleteTyping(ListCount(), Entries(), typed, SelStart(), deleting_);
-        chosen_ = completion.entry >= 0 ? completion.entry : FindExactly(ListCount(), Entries(), typed);
+        chosen_ = completion.entry;
         HighlightEntry(chosen_);
-        if (completion.entry >= 0) {
+        if (completion.text != typed) {
             WriteText(completion.text);
             // Anchored at the end, so that the caret stays where the typing goes on.
             SendMessageW(EditWindow(), EM_SETSEL, completion.text.size(), completion.selStart);

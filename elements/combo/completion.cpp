@@ -18,10 +18,11 @@ int FindExactly(int count, const EntryReader& entry, TextView text) {
 }
 
 Completion CompleteTyping(int count, const EntryReader& entry, TextView text, int caret, bool deleting) {
-    Completion unchanged{-1, Text(text), caret, 0};
-    if (deleting || caret != static_cast<int>(text.size())) return unchanged;
+    if (deleting || caret != static_cast<int>(text.size()))
+        return {FindExactly(count, entry, text), Text(text), caret, 0};
     const int found = FindBeginningWith(count, entry, text);
-    if (found < 0) return unchanged;
+    // What no entry begins with no entry is.
+    if (found < 0) return {text.empty() ? FindExactly(count, entry, text) : -1, Text(text), caret, 0};
     Text completed = entry(found);
     const int added = static_cast<int>(completed.size()) - caret;
     return {found, std::move(completed), caret, added};

@@ -28,6 +28,9 @@ TEST_F(CompletionTest, NothingIsAddedWithoutAMatchOrInsideTheTextOrWhileDeleting
     EXPECT_EQ(Complete(u"", 0), (Completion{-1, u"", 0, 0}));
     EXPECT_EQ(Complete(u"pe", 1), (Completion{-1, u"pe", 1, 0}));
     EXPECT_EQ(Complete(u"pe", 2, true), (Completion{-1, u"pe", 2, 0}));
+    // A whole entry is chosen all the same.
+    EXPECT_EQ(Complete(u"pen", 3, true), (Completion{1, u"pen", 3, 0}));
+    EXPECT_EQ(Complete(u"INK", 1), (Completion{2, u"INK", 1, 0}));
 }
 
 TEST_F(CompletionTest, ExactEntryIsFoundBehindALongerOne) {

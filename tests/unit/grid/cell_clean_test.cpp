@@ -159,7 +159,7 @@ TEST(ListMatch, SelectionThenPrefixThenTopOrOldText) {
         {"empty list keeps the old text", &none, -1, 0, u"x", u"old", u"old"},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(Narrow(MatchListEntry({*c.entries, c.listIndex, c.topIndex}, c.typed, c.old)), Narrow(c.cell))
+        EXPECT_EQ(Narrow(MatchListEntry(ListOf(*c.entries, c.listIndex, c.topIndex), c.typed, c.old)), Narrow(c.cell))
             << c.why;
 }
 

@@ -89,7 +89,7 @@ class CellEditTest : public ::testing::Test {
         state.listColumns = u";Item;";
         state.unChangableColumns = u";Item;";
         state.dateFormat = u"mmm/yyyy";
-        host.list.entries = {u"Pen", u"Pencil", u"Ink"};
+        host.list = ListOf({u"Pen", u"Pencil", u"Ink"});
     }
     bool Open(int row, int col) {
         grid.MoveTo(row, col);

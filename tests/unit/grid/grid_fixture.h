@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "common/text.h"
+#include "controls/grid/list_match.h"
 #include "elements/flexgrid/grid.h"
 
 namespace qvx::grid {
@@ -14,6 +15,13 @@ inline std::string Narrow(TextView text) {
     std::string out;
     for (char16_t c : text) out.push_back(c < 0x100 ? static_cast<char>(c) : '?');
     return out;
+}
+
+// A list of these entries.
+inline ListState ListOf(std::vector<Text> entries, int listIndex = -1, int topIndex = 0) {
+    const int count = static_cast<int>(entries.size());
+    return {count, [all = std::move(entries)](int index) { return all.at(static_cast<std::size_t>(index)); }, listIndex,
+            topIndex};
 }
 
 // One fixed row of captions, one fixed column, and data rows; each row's cells separated by tabs.
