@@ -201,8 +201,8 @@ class Grid final : public GridLook {
     const CellFormat* FormatOf(int row, int col) const;
     // The cell's font, good until fonts or formats are next changed.
     const FontSpec& FontOf(int row, int col) const;
-    // 0 to 8: `general` is resolved by the cell's text.
-    GridAlignment AlignmentOf(int row, int col) const;
+    // 0 to 8: `general` is resolved by the cell's text, which whoever lays it out has at hand.
+    GridAlignment AlignmentOf(int row, int col, qvx::TextView text) const;
 
     // ---- Merging and sorting ---------------------------------------------------------------------------------------
     // Sorts the selected rows, or all non-fixed ones when a single row is selected, by the columns Col to ColSel, the

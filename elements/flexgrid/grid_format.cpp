@@ -297,13 +297,12 @@ GridAlignment Grid::DeclaredAlignment(int row, int col) const {
     return row < fixedRows_ || col < fixedCols_ ? FixedAlignment(col) : ColAlignment(col);
 }
 
-GridAlignment Grid::AlignmentOf(int row, int col) const {
+GridAlignment Grid::AlignmentOf(int row, int col, qvx::TextView text) const {
     const GridAlignment declared = DeclaredAlignment(row, col);
     if (declared != GridAlignment::general) {
         return declared;
     }
-    qvx::Text scratch;
-    return IsNumeric(Cell(row, col).AsWide(scratch)) ? GridAlignment::rightCenter : GridAlignment::leftCenter;
+    return IsNumeric(text) ? GridAlignment::rightCenter : GridAlignment::leftCenter;
 }
 
 const CellFormat& Grid::CursorFormat() const {

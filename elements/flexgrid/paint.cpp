@@ -188,7 +188,7 @@ class Painter {
         // Text keeps its distance from the cell's own edges, not from the lines inside them, so that captions stand
         // exactly above what is below them.
         const Rect room = TextRoom(grid_, area, fixed);
-        const int alignment = static_cast<int>(grid_.AlignmentOf(row, col));
+        const int alignment = static_cast<int>(grid_.AlignmentOf(row, col, text));
         const bool broken = HasLineBreak(text);
         if (!picture && !broken && ink.style == GridTextStyle::flat) {
             const int across = Across(alignment);
@@ -279,12 +279,12 @@ class Painter {
                 surface_.FillRect({column.start, top, column.start + line, bottom}, color);
             }
         };
-        const auto atEnd = [&](OleColor color, int inward) {
+        const auto atEnd = [&](OleColor color) {
             for (const Span& row : rows) {
-                surface_.FillRect({left, row.end - inward - line, right, row.end - inward}, color);
+                surface_.FillRect({left, row.end - line, right, row.end}, color);
             }
             for (const Span& column : columns) {
-                surface_.FillRect({column.end - inward - line, top, column.end - inward, bottom}, color);
+                surface_.FillRect({column.end - line, top, column.end, bottom}, color);
             }
         };
         if (!Is3d(style)) {
@@ -299,10 +299,10 @@ class Painter {
         } else if (style == GridLineStyle::inset) {
             // A line cut in between the cells makes them stand out.
             atStart(colors::buttonHighlight);
-            atEnd(grid_.Appearance() == GridAppearance::threeD ? colors::darkShadow3d : colors::buttonShadow, 0);
+            atEnd(grid_.Appearance() == GridAppearance::threeD ? colors::darkShadow3d : colors::buttonShadow);
         } else {
             atStart(grid_.Appearance() == GridAppearance::threeD ? colors::darkShadow3d : colors::buttonShadow);
-            atEnd(colors::buttonHighlight, 0);
+            atEnd(colors::buttonHighlight);
         }
     }
 

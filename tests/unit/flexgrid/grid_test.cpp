@@ -524,18 +524,18 @@ TEST(GridGeometry, HiddenMinimumAndDefaults) {
 TEST(GridFormats, SelectionFontsAndAlignment) {
     Grid grid;
     Load(grid, 1, 0, 2, u"h\th\r12\tabc\r-1.5\t ");
-    EXPECT_EQ(grid.AlignmentOf(1, 0), GridAlignment::rightCenter);
-    EXPECT_EQ(grid.AlignmentOf(1, 1), GridAlignment::leftCenter);
-    EXPECT_EQ(grid.AlignmentOf(2, 0), GridAlignment::rightCenter);
+    EXPECT_EQ(grid.AlignmentOf(1, 0, grid.TextMatrix(1, 0)), GridAlignment::rightCenter);
+    EXPECT_EQ(grid.AlignmentOf(1, 1, grid.TextMatrix(1, 1)), GridAlignment::leftCenter);
+    EXPECT_EQ(grid.AlignmentOf(2, 0, grid.TextMatrix(2, 0)), GridAlignment::rightCenter);
     grid.SetFixedAlignment(0, GridAlignment::centerTop);
-    EXPECT_EQ(grid.AlignmentOf(0, 0), GridAlignment::centerTop);
+    EXPECT_EQ(grid.AlignmentOf(0, 0, grid.TextMatrix(0, 0)), GridAlignment::centerTop);
     grid.Select(1, 0, 2, 1);
     grid.SetFillStyle(GridFillStyle::repeat);
     grid.SetCellFontBold(true);
     grid.SetCellAlignment(GridAlignment::leftBottom);
     EXPECT_EQ(grid.FontOf(2, 1).weight, 700);
     EXPECT_EQ(grid.FontOf(0, 1).weight, 400);
-    EXPECT_EQ(grid.AlignmentOf(2, 0), GridAlignment::leftBottom);
+    EXPECT_EQ(grid.AlignmentOf(2, 0, grid.TextMatrix(2, 0)), GridAlignment::leftBottom);
     FontSpec font;
     font.points = 12;
     grid.SetFont(font);
