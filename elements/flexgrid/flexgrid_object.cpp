@@ -2,6 +2,7 @@
 
 #include <olectl.h>
 
+#include <memory>
 #include <type_traits>
 
 #include "Qvx.h"
@@ -244,26 +245,28 @@ class FlexGridObject final
                     throw RunTimeError(errors::invalidRowValue, u"Invalid Row value.");
                 }
             }
+            const auto held = Shown().Hold();
             Model().AddItem(FromBstr(item), at);
         });
     }
 
     STDMETHODIMP get_CellLeft(long* result) override {
-        return Guard([&] { *Required(result) = Shown().CellTwips().left; });
+        return GetCell(result, [](const Rect& cell) { return cell.left; });
     }
     STDMETHODIMP get_CellTop(long* result) override {
-        return Guard([&] { *Required(result) = Shown().CellTwips().top; });
+        return GetCell(result, [](const Rect& cell) { return cell.top; });
     }
     STDMETHODIMP get_CellWidth(long* result) override {
-        return Guard([&] { *Required(result) = Shown().CellTwips().Width(); });
+        return GetCell(result, [](const Rect& cell) { return cell.Width(); });
     }
     STDMETHODIMP get_CellHeight(long* result) override {
-        return Guard([&] { *Required(result) = Shown().CellTwips().Height(); });
+        return GetCell(result, [](const Rect& cell) { return cell.Height(); });
     }
 
     STDMETHODIMP get_TopRow(long* result) override { return Get(result, &Grid::TopRow); }
     STDMETHODIMP put_TopRow(long value) override {
         return Guard([&] {
+            const auto held = Shown().Hold();
             Model().SetTopRow(static_cast<int>(value));
             // A handler of the scroll may have closed everything.
             if (window_) {
@@ -274,6 +277,7 @@ class FlexGridObject final
     STDMETHODIMP get_LeftCol(long* result) override { return Get(result, &Grid::LeftCol); }
     STDMETHODIMP put_LeftCol(long value) override {
         return Guard([&] {
+            const auto held = Shown().Hold();
             Model().SetLeftCol(static_cast<int>(value));
             if (window_) {
                 window_->ScrollTo(Model().TopRow(), Model().LeftCol());
@@ -293,6 +297,7 @@ class FlexGridObject final
     STDMETHODIMP put_CellPicture(IPictureDisp* value) override { return putref_CellPicture(value); }
     STDMETHODIMP putref_CellPicture(IPictureDisp* value) override {
         return Guard([&] {
+            const auto held = Shown().Hold();
             auto picture = std::make_shared<const PictureObject>(value);
             Model().SetCellPicture(picture->Empty() ? nullptr : std::move(picture));
         });
@@ -310,13 +315,13 @@ class FlexGridObject final
     }
     STDMETHODIMP put_Font(IFontDisp* value) override {
         return Guard([&] {
-            Shown();
+            const auto held = Shown().Hold();
             font_.Set(value, true);
         });
     }
     STDMETHODIMP putref_Font(IFontDisp* value) override {
         return Guard([&] {
-            Shown();
+            const auto held = Shown().Hold();
             font_.Set(value, false);
         });
     }
@@ -324,6 +329,7 @@ class FlexGridObject final
     STDMETHODIMP get_Picture(IPictureDisp** result) override {
         return Guard([&] {
             *Required(result) = nullptr;
+            const auto held = Shown().Hold();
             const Size size = Shown().OuterSize();
             const WindowDc screen(nullptr);
             const UniqueMemoryDc dc(CreateCompatibleDC(screen.Get()));
@@ -353,7 +359,10 @@ class FlexGridObject final
         return Guard([&] { *Required(result) = gridVersion; });
     }
     STDMETHODIMP Refresh() override {
-        return Guard([&] { Shown().Refresh(); });
+        return Guard([&] {
+            const auto held = Shown().Hold();
+            Shown().Refresh();
+        });
     }
 
   private:
@@ -386,16 +395,30 @@ class FlexGridObject final
     HRESULT Get(Result* result, Value (FlexGridWindow::*member)(Parameters...), Given... given) {
         return Guard([&] {
             *Required(result) = Result{};
+            // The window's answers depend on where it is scrolled to, and it may have to scroll first.
+            const auto held = Shown().Hold();
             *result = ToHost<Result>((Shown().*member)(FromHost<Parameters>(given)...));
+        });
+    }
+    template <class Side>
+    HRESULT GetCell(long* result, Side side) {
+        return Guard([&] {
+            *Required(result) = 0;
+            const auto held = Shown().Hold();
+            *result = side(Shown().CellTwips());
         });
     }
     template <class Object, class... Parameters, class... Given>
     HRESULT Put(void (Object::*member)(Parameters...), Given... given) {
-        return Guard([&] { (Model().*member)(FromHost<Parameters>(given)...); });
+        return Guard([&] {
+            const auto held = Shown().Hold();
+            (Model().*member)(FromHost<Parameters>(given)...);
+        });
     }
 
     void OnFontChanged() {
         if (window_) {
+            const auto held = window_->Hold();
             window_->Model().SetFont(font_.Value());
         }
     }
@@ -407,6 +430,7 @@ class FlexGridObject final
     }
 
     // GridWindowEvents
+    std::shared_ptr<void> Hold() override { return std::make_shared<ComPtr<IUnknown>>(static_cast<IFlexGrid*>(this)); }
     void Click() override { Fire(DISPID_CLICK); }
     void DblClick() override { Fire(DISPID_DBLCLICK); }
     void KeyDown(short& keyCode, short& shift) override {

@@ -63,6 +63,17 @@ void FlexGridWindow::RemoveEvents(GridWindowEvents* events) {
     std::replace(events_.begin(), events_.end(), events, static_cast<GridWindowEvents*>(nullptr));
 }
 
+std::vector<std::shared_ptr<void>> FlexGridWindow::Hold() const {
+    std::vector<std::shared_ptr<void>> held;
+    held.reserve(events_.size());
+    for (GridWindowEvents* events : events_) {
+        if (events) {
+            held.push_back(events->Hold());
+        }
+    }
+    return held;
+}
+
 bool FlexGridWindow::CreateIn(HWND parent, const Rect& bounds, int id) {
     headlessSize_ = {bounds.Width(), bounds.Height()};
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | (grid_.Enabled() ? 0 : WS_DISABLED);
@@ -365,6 +376,7 @@ void FlexGridWindow::OnResolutionChange() {
 }
 
 LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto held = Hold();
     switch (message) {
         case WM_PAINT:
             OnPaint();

@@ -31,6 +31,10 @@ class FlexGridWindow final : public Window, private GridListener {
     // Not owned; told in the order they came. A listener removes itself before it goes.
     void AddEvents(GridWindowEvents* events);
     void RemoveEvents(GridWindowEvents* events);
+    // Keeps the owners of all listeners, and so perhaps this window, alive until the result goes. Whoever changes or
+    // scrolls the grid without an owner of its own on the way takes it first: handlers of its events may let go of the
+    // last reference.
+    std::vector<std::shared_ptr<void>> Hold() const;
 
     // A visible child window. `bounds` in the parent's client pixels. False when the system refuses.
     bool CreateIn(HWND parent, const Rect& bounds, int id = 0);

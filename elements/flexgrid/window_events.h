@@ -2,6 +2,8 @@
 // (grid_listener.h).
 #pragma once
 
+#include <memory>
+
 #include "common/text.h"
 
 namespace qvx::flexgrid {
@@ -12,10 +14,13 @@ constexpr short rightButton = 2;
 constexpr short middleButton = 4;
 
 // Called on the window's thread while it handles a message. A listener may do anything to the grid or the window,
-// destroy it too. Positions are twips from the window's client corner; `shift` is as in common/keys.h.
+// destroy it too; but Scroll, like the grid's own events, comes from inside the grid, which must outlast it (Hold).
+// Positions are twips from the window's client corner; `shift` is as in common/keys.h.
 class GridWindowEvents {
   public:
     virtual ~GridWindowEvents() = default;
+    // Keeps the listener's owner alive while a message or call is worked on.
+    virtual std::shared_ptr<void> Hold() { return {}; }
     virtual void Click() {}
     virtual void DblClick() {}
     // Before the grid acts on the key: another key may be put in its place, 0 is none.
