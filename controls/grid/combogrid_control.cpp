@@ -71,22 +71,24 @@ void ComboGridControl::OnTerminate() {
     entry_.Terminate();
 }
 
-STDMETHODIMP ComboGridControl::InPlaceDeactivate() {
+// An open edit is committed while the control is still what it was.
+template <class Leave>
+HRESULT ComboGridControl::CommitThen(Leave leave) {
     const auto keep = ControlBase::KeepAlive();
     Guard([&] { entry_.CommitOpenEdit(); });
-    return ControlBase::InPlaceDeactivate();
+    return leave();
+}
+
+STDMETHODIMP ComboGridControl::InPlaceDeactivate() {
+    return CommitThen([&] { return ControlBase::InPlaceDeactivate(); });
 }
 
 STDMETHODIMP ComboGridControl::UIDeactivate() {
-    const auto keep = ControlBase::KeepAlive();
-    Guard([&] { entry_.CommitOpenEdit(); });
-    return ControlBase::UIDeactivate();
+    return CommitThen([&] { return ControlBase::UIDeactivate(); });
 }
 
 STDMETHODIMP ComboGridControl::Close(DWORD saveOption) {
-    const auto keep = ControlBase::KeepAlive();
-    Guard([&] { entry_.CommitOpenEdit(); });
-    return ControlBase::Close(saveOption);
+    return CommitThen([&] { return ControlBase::Close(saveOption); });
 }
 
 // ---- Columns -------------------------------------------------------------------------------------------------------
@@ -122,7 +124,7 @@ STDMETHODIMP ComboGridControl::put_InVisibleColumns(BSTR value) {
     return Guard([&] {
         State().inVisibleColumns = FromBstr(value);
         ControlBase::Changed(u"InVisibleColumns");
-        SetInVisibleColumns(Model(), State(), State().inVisibleColumns);
+        ApplyInVisibleColumns(Model(), State());
     });
 }
 

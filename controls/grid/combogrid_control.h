@@ -214,6 +214,9 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
         });
     }
 
+    template <class Leave>
+    HRESULT CommitThen(Leave leave);
+
     EntryGrid entry_;
     ComPtr<IDispatch> colIndex_;
 };

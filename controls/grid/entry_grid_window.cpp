@@ -8,11 +8,6 @@
 #include "win/dpi.h"
 
 namespace qvx::grid {
-namespace {
-
-constexpr int notAListColumn = errors::subscriptOutOfRange;
-
-}  // namespace
 
 // The frame and one combo, as the rules of an edit drive them.
 class EntryGrid::Editor {
@@ -81,7 +76,7 @@ IDispatch* EntryGrid::Lists(int col) {
     const flexgrid::Grid& grid = Model();
     const std::int64_t cells = static_cast<std::int64_t>(grid.Rows()) * grid.Cols();
     if (col < 0 || col >= cells || !IsListedColumn(grid, state_.listColumns, col))
-        throw RunTimeError(notAListColumn, u"Not a valid ListColum Index.");
+        throw RunTimeError(errors::subscriptOutOfRange, u"Not a valid ListColum Index.");
     return Frame().ObjectOf(col);
 }
 

@@ -31,11 +31,10 @@ void Renumber(flexgrid::Grid& grid, const ControlState& state) {
     for (int row = 1; row < grid.Rows(); ++row) grid.SetTextMatrix(row, 0, IntegerToText(row));
 }
 
-void SetInVisibleColumns(flexgrid::Grid& grid, ControlState& state, TextView list) {
-    state.inVisibleColumns = list;
-    grid.SetFormatString(Text(grid.FormatString()));
+void ApplyInVisibleColumns(flexgrid::Grid& grid, const ControlState& state) {
+    grid.SetFormatString(grid.FormatString());
     for (int col = 0; col < grid.Cols(); ++col)
-        if (IsListedColumn(grid, list, col)) grid.SetColWidth(col, 0);
+        if (IsListedColumn(grid, state.inVisibleColumns, col)) grid.SetColWidth(col, 0);
 }
 
 void AddNewRow(flexgrid::Grid& grid, const ControlState& state) {

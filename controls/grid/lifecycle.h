@@ -20,8 +20,9 @@ void Terminate(const flexgrid::Grid& grid, ControlState& state, const std::funct
 // Row numbers into column 0 of all rows from 1 on, whatever the number of fixed rows; with AutoRecordNumber only.
 void Renumber(flexgrid::Grid& grid, const ControlState& state);
 
-// Stores the list, gives every column the width of the format string again, then hides the listed ones.
-void SetInVisibleColumns(flexgrid::Grid& grid, ControlState& state, TextView list);
+// For a changed list of invisible columns: gives every column the width of the format string again, then hides the
+// listed ones.
+void ApplyInVisibleColumns(flexgrid::Grid& grid, const ControlState& state);
 
 // Appends an empty row, numbered when rows are.
 void AddNewRow(flexgrid::Grid& grid, const ControlState& state);

@@ -370,11 +370,6 @@ void ComboWindow::DropDown() {
 
 bool ComboWindow::IsDroppedDown() const { return SendMessageW(Window(), CB_GETDROPPEDSTATE, 0, 0) != FALSE; }
 
-void ComboWindow::CloseUp() {
-    const FlagScope scope(writing_);
-    SendMessageW(Window(), CB_SHOWDROPDOWN, FALSE, 0);
-}
-
 void ComboWindow::TypeOver(TextView text) {
     SetText({});
     WriteText(text);
@@ -526,15 +521,8 @@ LRESULT ComboWindow::EditField::OnKeyDown(UINT message, WPARAM wParam, LPARAM lP
 
 LRESULT ComboWindow::EditField::OnCharacter(WPARAM wParam, LPARAM lParam) {
     if (std::exchange(dropNextCharacter_, false)) return 0;
-    auto character = static_cast<int>(wParam);
-    if (owner_.listener_) {
-        const LifeWatch alive = owner_.Watch();
-        owner_.listener_->ComboKeyPress(owner_, character);
-        if (!alive.Alive()) return 0;
-    }
-    if (character == 0) return 0;
-    owner_.deleting_ = character == keys::backspace;
-    return Default(WM_CHAR, static_cast<WPARAM>(character), lParam);
+    owner_.deleting_ = wParam == keys::backspace;
+    return Default(WM_CHAR, wParam, lParam);
 }
 
 }  // namespace qvx

@@ -28,8 +28,6 @@ class ComboListener {
     virtual void ComboClick(ComboWindow&) {}
     // A virtual key, which the listener may change; 0 refuses it.
     virtual void ComboKeyDown(ComboWindow&, int& /*keyCode*/, int /*shift*/) {}
-    // A character, likewise.
-    virtual void ComboKeyPress(ComboWindow&, int& /*character*/) {}
     virtual void ComboGotFocus(ComboWindow&) {}
     virtual void ComboLostFocus(ComboWindow&) {}
 };
@@ -110,7 +108,6 @@ class ComboWindow final : private WindowSubclass {
     // Opens the list, with the entry that is the present text chosen, else the first that begins with it on top.
     void DropDown();
     bool IsDroppedDown() const;
-    void CloseUp();
     // As if the user had typed this text over the whole field.
     void TypeOver(TextView text);
 

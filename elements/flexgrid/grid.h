@@ -227,8 +227,6 @@ class Grid final : public GridLook {
     void SetTextMetrics(const TextMetrics* metrics);
     const TextMetrics& Metrics() const { return *metrics_; }
 
-    // Changes with every change of the number or order of rows or columns, for caches.
-    std::uint64_t StructureVersion() const { return structureVersion_; }
     // Bytes held for texts and row order, for measurements.
     std::size_t MemoryUsed() const { return store_.MemoryUsed(); }
 

@@ -79,7 +79,6 @@ class WheelCounter {
     static constexpr int notch = 120;
     // Whole steps for the movement, positive away from the user; `stepsPerNotch` at least 1.
     int Take(int delta, int stepsPerNotch);
-    void Reset() { rest_ = 0; }
 
   private:
     long long rest_ = 0;  // in 120ths of a step

@@ -289,13 +289,16 @@ TEST_F(LifecycleTest, FailedShowLeavesNothingMarkedAsDone) {
 
 TEST_F(LifecycleTest, InVisibleColumnsGiveBackTheFormatStringsWidths) {
     const int width = grid.ColWidth(1);
-    SetInVisibleColumns(grid, state, u";code;Qty;");
+    state.inVisibleColumns = u";code;Qty;";
+    ApplyInVisibleColumns(grid, state);
     EXPECT_EQ(grid.ColWidth(1), 0);
     EXPECT_EQ(grid.ColWidth(3), 0);
-    SetInVisibleColumns(grid, state, u";Qty;");
+    state.inVisibleColumns = u";Qty;";
+    ApplyInVisibleColumns(grid, state);
     EXPECT_EQ(grid.ColWidth(1), width);
     EXPECT_EQ(grid.ColWidth(3), 0);
-    SetInVisibleColumns(grid, state, u"");
+    state.inVisibleColumns = u"";
+    ApplyInVisibleColumns(grid, state);
     EXPECT_GT(grid.ColWidth(3), 0);
     EXPECT_EQ(grid.Cols(), 4);
     EXPECT_EQ(grid.Rows(), 3);
