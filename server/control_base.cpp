@@ -83,8 +83,11 @@ long ControlBase::WindowNumber() {
 }
 
 long ControlBase::DeviceContextNumber() {
+    // Without a window GetDC would lend the whole screen's.
+    const HWND window = EnsureWindow();
+    if (!window) return 0;
     // The window owns its device context, so there is nothing to give back.
-    return static_cast<long>(reinterpret_cast<LONG_PTR>(GetDC(EnsureWindow())));
+    return static_cast<long>(reinterpret_cast<LONG_PTR>(GetDC(window)));
 }
 
 Size ControlBase::PixelSize() const { return pixels_; }
@@ -172,14 +175,16 @@ void ControlBase::OnWindowGone() {
 // --- Focus ---
 
 void ControlBase::FocusMovesTo(HWND moving) {
+    const auto keep = KeepAlive();
     const HWND window = WindowHandle();
     const bool inside = window && moving && (moving == window || IsChild(window, moving));
     if (inside != focused_) {
-        const auto keep = KeepAlive();
         focused_ = inside;
         if (inside && inPlaceActive_ && !uiActive_) ActivateUi();
-        if (IOleControlSite* site = host_.ControlSite()) site->OnFocus(inside);
-        OnFocus(inside);
+        // The host's handlers may move the focus on; what they did was told from inside then, and is newer.
+        const ComPtr<IOleControlSite> site = host_.ControlSite();
+        if (site && focused_ == inside) site->OnFocus(inside);
+        if (focused_ == inside) OnFocus(inside);
     }
     // The outer window passes the focus on to whom it belongs.
     if (inside && moving == window && focused_) {
@@ -200,6 +205,8 @@ void ControlBase::TakeFocus() {
 
 void ControlBase::Changed(DISPID member) {
     if (loading_) return;
+    // A listener may let go of the control, which then hangs by nothing but a font that it listens to.
+    const auto keep = KeepAlive();
     dirty_ = true;
     connections_.NotifyChanged(member);
     ViewChanged();
@@ -236,7 +243,7 @@ void ControlBase::Fire(DISPID event, EventArguments arguments) {
 }
 
 void ControlBase::AccessKeysChanged() {
-    if (IOleControlSite* site = host_.ControlSite()) site->OnControlInfoChanged();
+    if (const ComPtr<IOleControlSite> site = host_.ControlSite()) site->OnControlInfoChanged();
 }
 
 // --- Connections, class information, errors ---

@@ -203,7 +203,6 @@ class ControlBase : public IOleObject,
     // To be called when AccessKeys would answer otherwise than before.
     void AccessKeysChanged();
     bool InPlaceActive() const { return inPlaceActive_; }
-    bool UiActive() const { return uiActive_; }
     // Whether the keyboard focus is in the control's window or inside it.
     bool HasFocus() const { return focused_; }
     // Takes the keyboard focus, made user-interface active first.
@@ -262,7 +261,8 @@ class ControlBase : public IOleObject,
     void Paint(HWND window);
     void OnWindowGone();
 
-    void Activate(bool withUi, LPMSG message);
+    void Activate(bool withUi);
+    void ActivateInPlace();
     void ActivateUi();
     void Deactivate();
     void DeactivateUi();
@@ -303,6 +303,7 @@ class ControlBase : public IOleObject,
     bool clipped_ = false;
     bool loading_ = false;
     bool initialised_ = false;
+    bool activating_ = false;  // the host is being told, and may still call it off
     bool inPlaceActive_ = false;
     bool uiActive_ = false;
     bool focused_ = false;

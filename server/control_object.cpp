@@ -10,6 +10,7 @@
 #include "server/control_window.h"
 #include "server/himetric.h"
 #include "win/dpi.h"
+#include "win/gdi_surface.h"
 
 namespace qvx {
 
@@ -29,10 +30,6 @@ struct CopyVerb {
         Check(NewTaskString(from.lpszVerbName, &to->lpszVerbName));
     }
 };
-
-constexpr Rect ToRect(const RECT& r) {
-    return {static_cast<int>(r.left), static_cast<int>(r.top), static_cast<int>(r.right), static_cast<int>(r.bottom)};
-}
 
 }  // namespace
 
@@ -54,7 +51,7 @@ STDMETHODIMP ControlBase::SetClientSite(IOleClientSite* site) {
 
 STDMETHODIMP ControlBase::GetClientSite(IOleClientSite** site) {
     if (!site) return E_POINTER;
-    *site = ComPtr<IOleClientSite>(host_.Site()).detach();
+    *site = host_.Site().detach();
     return S_OK;
 }
 
@@ -64,7 +61,8 @@ STDMETHODIMP ControlBase::SetHostNames(LPCOLESTR, LPCOLESTR) { return S_OK; }
 STDMETHODIMP ControlBase::Close(DWORD saveOption) {
     return Guard([&] {
         const auto keep = KeepAlive();
-        if (saveOption != OLECLOSE_NOSAVE && dirty_ && host_.Site()) host_.Site()->SaveObject();
+        const auto site = host_.Site();
+        if (saveOption != OLECLOSE_NOSAVE && dirty_ && site) site->SaveObject();
         Deactivate();
         if (advises_) advises_->SendOnClose();
     });
@@ -86,18 +84,18 @@ STDMETHODIMP ControlBase::GetClipboardData(DWORD, IDataObject** data) {
     return E_NOTIMPL;
 }
 
-STDMETHODIMP ControlBase::DoVerb(LONG verb, LPMSG message, IOleClientSite* site, LONG, HWND parent, LPCRECT) {
+STDMETHODIMP ControlBase::DoVerb(LONG verb, LPMSG, IOleClientSite* site, LONG, HWND parent, LPCRECT) {
     return Guard([&]() -> HRESULT {
         const auto keep = KeepAlive();
         if (site && !host_.Site()) Check(SetClientSite(site));
         switch (verb) {
             case OLEIVERB_PRIMARY:
             case OLEIVERB_UIACTIVATE:
-                Activate(true, message);
+                Activate(true);
                 return S_OK;
             case OLEIVERB_SHOW:
             case OLEIVERB_INPLACEACTIVATE:
-                Activate(false, message);
+                Activate(false);
                 return S_OK;
             case OLEIVERB_HIDE:
                 Deactivate();
@@ -108,7 +106,8 @@ STDMETHODIMP ControlBase::DoVerb(LONG verb, LPMSG message, IOleClientSite* site,
                 const auto pages = PropertyPages();
                 if (pages.empty()) return OLEOBJ_S_INVALIDVERB;
                 // The host's own dialog comes first.
-                if (host_.ControlSite() && host_.ControlSite()->ShowPropertyFrame() == S_OK) return S_OK;
+                const auto controlSite = host_.ControlSite();
+                if (controlSite && controlSite->ShowPropertyFrame() == S_OK) return S_OK;
                 IUnknown* self = Unknown();
                 const RECT none{};
                 return OleCreatePropertyFrame(parent, none.left, none.top, class_.name, 1, &self,
@@ -116,9 +115,11 @@ STDMETHODIMP ControlBase::DoVerb(LONG verb, LPMSG message, IOleClientSite* site,
                                               LOCALE_USER_DEFAULT, 0, nullptr);
             }
             default:
-                // Unknown verbs do what the first one does; hosts are told so.
-                if (verb < 0) return OLEOBJ_S_INVALIDVERB;
-                Activate(true, message);
+                // Negative numbers are the system's own verbs: one that is not known here has a meaning, only not for
+                // us, and doing something else instead would surprise. Unknown verbs of an object's own do what the
+                // first one does; hosts are told so.
+                if (verb < 0) return E_NOTIMPL;
+                Activate(true);
                 return OLEOBJ_S_INVALIDVERB;
         }
     });
@@ -205,55 +206,74 @@ STDMETHODIMP ControlBase::SetColorScheme(LOGPALETTE*) { return S_OK; }
 
 // --- Activation in place ---
 
-void ControlBase::Activate(bool withUi, LPMSG) {
+void ControlBase::Activate(bool withUi) {
     if (!host_.Site()) throw ComError(OLE_E_NOT_INPLACEACTIVE);
-    if (!inPlaceActive_) {
+    // A host that asks again from inside its own answers has only to wait.
+    if (!inPlaceActive_ && !activating_) {
         if (!initialised_) InitialiseNew();
-        inPlaceSite_ = Query<IOleInPlaceSite>(host_.Site());
-        if (!inPlaceSite_ || inPlaceSite_->CanInPlaceActivate() != S_OK) throw ComError(E_FAIL);
-        Check(inPlaceSite_->OnInPlaceActivate());
-        HWND parent = nullptr;
-        Check(inPlaceSite_->GetWindow(&parent));
-        RECT position{};
-        RECT clip{};
-        OLEINPLACEFRAMEINFO frameInfo{};
-        frameInfo.cb = sizeof frameInfo;
-        frame_.reset();
-        uiWindow_.reset();
-        Check(inPlaceSite_->GetWindowContext(frame_.put(), uiWindow_.put(), &position, &clip, &frameInfo));
-        const HWND window = EnsureWindow();
-        if (!window) {
-            inPlaceSite_->OnInPlaceDeactivate();
-            throw ComError(E_FAIL);
-        }
-        inPlaceActive_ = true;
-        SetParent(window, parent);
-        MoveWindowTo(position, clip);
-        ShowWindow(window, SW_SHOWNA);
-        OnShow();
+        ActivateInPlace();
     }
-    host_.Site()->ShowObject();
+    // The host may have changed its mind, or even its site, in any call out; each step asks again.
+    if (const auto client = host_.Site(); client && inPlaceActive_) client->ShowObject();
     if (withUi) ActivateUi();
+}
+
+void ControlBase::ActivateInPlace() {
+    const auto client = host_.Site();
+    const auto site = client.As<IOleInPlaceSite>();
+    if (!site || site->CanInPlaceActivate() != S_OK) throw ComError(E_FAIL);
+    // Deactivate ends this too: the host may change its mind from inside its own answers.
+    activating_ = true;
+    struct Undo {
+        bool& activating;
+        IOleInPlaceSite* told;
+        ~Undo() {
+            activating = false;
+            if (told) told->OnInPlaceDeactivate();
+        }
+    } undo{activating_, nullptr};
+    Check(site->OnInPlaceActivate());
+    // Until the control is in its place, whatever fails takes the host's activation back.
+    undo.told = site.get();
+    HWND parent = nullptr;
+    Check(site->GetWindow(&parent));
+    RECT position{};
+    RECT clip{};
+    OLEINPLACEFRAMEINFO frameInfo{};
+    frameInfo.cb = sizeof frameInfo;
+    ComPtr<IOleInPlaceFrame> frame;
+    ComPtr<IOleInPlaceUIWindow> uiWindow;
+    Check(site->GetWindowContext(frame.put(), uiWindow.put(), &position, &clip, &frameInfo));
+    const bool wanted = activating_ && parent && host_.Site() == client;
+    const HWND window = wanted ? EnsureWindow() : nullptr;
+    if (!window) throw ComError(E_FAIL);
+    undo.told = nullptr;
+    inPlaceSite_ = site;
+    frame_ = std::move(frame);
+    uiWindow_ = std::move(uiWindow);
+    inPlaceActive_ = true;
+    SetParent(window, parent);
+    MoveWindowTo(position, clip);
+    ShowWindow(window, SW_SHOWNA);
+    OnShow();
 }
 
 void ControlBase::ActivateUi() {
     if (!inPlaceActive_) return;
     if (!uiActive_) {
+        const auto site = inPlaceSite_;
         uiActive_ = true;
-        if (FAILED(inPlaceSite_->OnUIActivate())) {
-            uiActive_ = false;
-            return;
-        }
-        // Containers differ in which of these they implement; none of them is needed for typing to work.
+        if (FAILED(site->OnUIActivate())) uiActive_ = false;
+        // Containers differ in which of these they implement; none of them is needed for typing to work. Each call may
+        // deactivate the control again, and then the rest is not to be told any more.
         auto* self = static_cast<IOleInPlaceActiveObject*>(this);
-        if (frame_) {
-            frame_->SetActiveObject(self, class_.name);
-            frame_->SetBorderSpace(nullptr);
-        }
-        if (uiWindow_) {
-            uiWindow_->SetActiveObject(self, class_.name);
-            uiWindow_->SetBorderSpace(nullptr);
-        }
+        const auto announce = [&](const auto& window) {
+            if (uiActive_ && window) window->SetActiveObject(self, class_.name);
+            if (uiActive_ && window) window->SetBorderSpace(nullptr);
+        };
+        announce(ComPtr<IOleInPlaceFrame>(frame_));
+        announce(ComPtr<IOleInPlaceUIWindow>(uiWindow_));
+        if (!uiActive_) return;
     }
     const HWND focus = GetFocus();
     const HWND window = WindowHandle();
@@ -262,26 +282,30 @@ void ControlBase::ActivateUi() {
 
 void ControlBase::DeactivateUi() {
     if (!std::exchange(uiActive_, false)) return;
-    if (frame_) frame_->SetActiveObject(nullptr, nullptr);
-    if (uiWindow_) uiWindow_->SetActiveObject(nullptr, nullptr);
-    if (inPlaceSite_) inPlaceSite_->OnUIDeactivate(FALSE);
+    const auto site = inPlaceSite_;
+    const auto frame = frame_;
+    const auto uiWindow = uiWindow_;
+    if (frame) frame->SetActiveObject(nullptr, nullptr);
+    if (uiWindow) uiWindow->SetActiveObject(nullptr, nullptr);
+    if (site) site->OnUIDeactivate(FALSE);
 }
 
 void ControlBase::Deactivate() {
+    activating_ = false;
     if (!inPlaceActive_) return;
     DeactivateUi();
-    inPlaceActive_ = false;
-    if (WindowHandle()) window_->Park();
+    if (!std::exchange(inPlaceActive_, false)) return;  // from inside one of those calls
     const ComPtr<IOleInPlaceSite> site = std::move(inPlaceSite_);
     frame_.reset();
     uiWindow_.reset();
+    if (WindowHandle()) window_->Park();
     if (site) site->OnInPlaceDeactivate();
 }
 
 void ControlBase::MoveWindowTo(const RECT& position, const RECT& clip) {
     const HWND window = WindowHandle();
-    const Rect whole = ToRect(position);
-    const Rect visible = whole.Intersect(ToRect(clip));
+    const Rect whole = FromRECT(position);
+    const Rect visible = whole.Intersect(FromRECT(clip));
     SetPixelSize({std::max(0, whole.Width()), std::max(0, whole.Height())});
     // Some containers leave the clip empty when they have nothing to say.
     const bool clip0 = clip.left == clip.right && clip.top == clip.bottom;
@@ -342,12 +366,10 @@ STDMETHODIMP ControlBase::TranslateAccelerator(LPMSG message) {
             DispatchMessageW(message);
             return S_OK;
         }
-        IOleControlSite* site = host_.ControlSite();
+        const auto site = host_.ControlSite();
         if (!site) return S_FALSE;
-        DWORD modifiers = 0;
-        if (GetKeyState(VK_SHIFT) < 0) modifiers |= 1;    // KEYMOD_SHIFT
-        if (GetKeyState(VK_CONTROL) < 0) modifiers |= 2;  // KEYMOD_CONTROL
-        if (GetKeyState(VK_MENU) < 0) modifiers |= 4;     // KEYMOD_ALT
+        // The system's KEYMOD_ bits are those of key events.
+        const auto modifiers = static_cast<DWORD>(ShiftState());
         return site->TranslateAccelerator(message, modifiers) == S_OK ? S_OK : S_FALSE;
     });
 }

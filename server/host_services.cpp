@@ -7,6 +7,7 @@
 #include "com/font_object.h"
 #include "com/guard.h"
 #include "com/module.h"
+#include "win/wide.h"
 
 namespace qvx {
 
@@ -98,7 +99,10 @@ void HostServices::SetSite(IOleClientSite* site) {
     ambients_ = site_.As<IDispatch>();
 }
 
-std::optional<Variant> HostServices::Ambient(DISPID property) const { return Get(ambients_.get(), property); }
+std::optional<Variant> HostServices::Ambient(DISPID property) const {
+    const ComPtr<IDispatch> ambients = ambients_;
+    return Get(ambients.get(), property);
+}
 
 Text HostServices::DisplayName() const {
     if (const auto name = Ambient(DISPID_AMBIENT_DISPLAYNAME)) {
@@ -137,7 +141,7 @@ bool HostServices::UiDead() const {
 
 ComPtr<IDispatch> HostServices::Extended() const {
     ComPtr<IDispatch> extended;
-    if (controlSite_) controlSite_->GetExtendedControl(extended.put());
+    if (const auto site = ControlSite()) site->GetExtendedControl(extended.put());
     return extended;
 }
 
@@ -154,17 +158,14 @@ ComPtr<IDispatch> HostServices::Form() const {
     if (auto form = ObjectMember(Extended().get(), L"Parent")) return form;
     // A host without extended controls may still have an object for the whole document.
     ComPtr<IOleContainer> container;
-    if (site_) site_->GetContainer(container.put());
+    if (const auto site = Site()) site->GetContainer(container.put());
     return container.As<IDispatch>();
 }
 
 Text HostServices::FormCaption(HWND window) const {
     if (auto caption = TextMember(Form().get(), L"Caption")) return *caption;
     if (window) {
-        const HWND top = GetAncestor(window, GA_ROOT);
-        Text title(static_cast<size_t>(GetWindowTextLengthW(top)) + 1, u'\0');
-        title.resize(static_cast<size_t>(GetWindowTextW(top, WideBuffer(title), static_cast<int>(title.size()))));
-        if (!title.empty()) return title;
+        if (Text title = WindowText(GetAncestor(window, GA_ROOT)); !title.empty()) return title;
     }
     return ApplicationTitle();
 }

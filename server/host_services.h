@@ -29,8 +29,9 @@ class HostServices {
   public:
     // Null while the control has no site.
     void SetSite(IOleClientSite* site);
-    IOleClientSite* Site() const { return site_.get(); }
-    IOleControlSite* ControlSite() const { return controlSite_.get(); }
+    // Owners, because a call through one may take the site away.
+    ComPtr<IOleClientSite> Site() const { return site_; }
+    ComPtr<IOleControlSite> ControlSite() const { return controlSite_; }
 
     // Ambient properties.
     std::optional<Variant> Ambient(DISPID property) const;

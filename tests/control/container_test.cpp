@@ -30,6 +30,18 @@ RECT WindowArea(HWND window, HWND parent) {
     return area;
 }
 
+HRESULT DoVerb(Container& container, LONG verb) {
+    const auto object = Query<IOleObject>(container.Control());
+    ComPtr<IOleClientSite> site;
+    object->GetClientSite(site.put());
+    return object->DoVerb(verb, nullptr, site.get(), 0, container.Window(), nullptr);
+}
+
+int Count(Container& container, const char* call) {
+    const auto& calls = container.Calls();
+    return static_cast<int>(std::count(calls.begin(), calls.end(), call));
+}
+
 bool Equal(const RECT& a, const RECT& b) { return EqualRect(&a, &b) != FALSE; }
 
 class EachControl : public ::testing::TestWithParam<const CLSID*> {};
@@ -175,6 +187,76 @@ TEST_P(EachControl, OutlivesItsHostsWindow) {
     other.Place(control, [](IUnknown*) {});
     other.Activate();
     EXPECT_TRUE(IsWindowVisible(other.ControlWindow()));
+}
+
+// A site that refuses a step: what was told before is taken back, and the next attempt works.
+TEST_P(EachControl, ARefusedActivationIsTakenBack) {
+    struct Case {
+        const char* refused;
+        bool deactivates;  // the host is told that the activation it knows of is over
+    };
+    for (const Case& c : {Case{"OnInPlaceActivate", false}, Case{"GetWindowContext", true}}) {
+        SCOPED_TRACE(c.refused);
+        bool refuse = true;
+        Container::Options options = RunMode();
+        options.answer = [&](const std::string& call) { return refuse && call == c.refused ? E_FAIL : S_OK; };
+        Container container(options);
+        container.Place(New(*GetParam()));
+        EXPECT_EQ(E_FAIL, DoVerb(container, OLEIVERB_UIACTIVATE));
+        EXPECT_EQ(nullptr, container.ControlWindow());
+        EXPECT_EQ(c.deactivates ? 1 : 0, Count(container, "OnInPlaceDeactivate"));
+        EXPECT_EQ(0, Count(container, "OnUIActivate"));
+        refuse = false;
+        container.ActivateUi();
+        EXPECT_TRUE(IsWindowVisible(container.ControlWindow()));
+    }
+}
+
+// A site that will not have the user interface active still has the control in its place, and gets no frame calls.
+TEST_P(EachControl, StaysInPlaceWhereTheUserInterfaceIsRefused) {
+    Container::Options options = RunMode();
+    options.answer = [](const std::string& call) { return call == "OnUIActivate" ? E_FAIL : S_OK; };
+    Container container(options);
+    container.Place(New(*GetParam()));
+    container.ActivateUi();
+    EXPECT_TRUE(IsWindowVisible(container.ControlWindow()));
+    EXPECT_EQ(0, Count(container, "SetActiveObject"));
+    EXPECT_EQ(0, Count(container, "OnUIDeactivate"));
+}
+
+// A host that changes its mind from inside its own answers: deactivated for good, and every call has its counterpart.
+TEST_P(EachControl, MayBeDeactivatedWhileItIsActivated) {
+    for (const char* when :
+         {"OnInPlaceActivate", "GetWindowContext", "ShowObject", "OnUIActivate", "SetActiveObject", "OnFocus(True)"}) {
+        for (const bool unsite : {false, true}) {
+            SCOPED_TRACE(std::string(when) + (unsite ? ", site taken away" : ""));
+            const auto control = New(*GetParam());
+            Container::Options options = RunMode();
+            options.answer = [&](const std::string& call) -> HRESULT {
+                if (call != when) return S_OK;
+                if (unsite) return control.As<IOleObject>()->SetClientSite(nullptr);
+                return control.As<IOleInPlaceObject>()->InPlaceDeactivate();
+            };
+            Container container(options);
+            container.Place(control);
+            SetForegroundWindow(container.Window());
+            DoVerb(container, OLEIVERB_UIACTIVATE);
+            EXPECT_EQ(nullptr, container.ControlWindow());
+            EXPECT_EQ(1, Count(container, "OnInPlaceActivate"));
+            EXPECT_EQ(1, Count(container, "OnInPlaceDeactivate"));
+            EXPECT_EQ(Count(container, "OnUIActivate"), Count(container, "OnUIDeactivate"));
+        }
+    }
+}
+
+TEST_P(EachControl, AnswersVerbsItDoesNotKnow) {
+    Container container(RunMode());
+    container.Place(New(*GetParam()));
+    // The system's own are refused; an object's own do what the first one does.
+    EXPECT_EQ(E_NOTIMPL, DoVerb(container, -99));
+    EXPECT_EQ(nullptr, container.ControlWindow());
+    EXPECT_EQ(OLEOBJ_S_INVALIDVERB, DoVerb(container, 99));
+    EXPECT_TRUE(container.ControlWindow());
 }
 
 // A container that draws the control itself: something is there, in the bounds and nowhere else.

@@ -121,9 +121,11 @@ IID EventsOf(IUnknown* control) {
 
 // --- The site and its frame ---
 
+using NoteCall = std::function<HRESULT(const char*)>;
+
 class Frame final : public ComObject<IOleInPlaceFrame> {
   public:
-    explicit Frame(HWND window, std::vector<std::string>& calls) : window_(window), calls_(calls) {}
+    Frame(HWND window, NoteCall note) : window_(window), note_(std::move(note)) {}
     ComPtr<IOleInPlaceActiveObject> active;
 
     STDMETHODIMP GetWindow(HWND* window) override {
@@ -136,26 +138,27 @@ class Frame final : public ComObject<IOleInPlaceFrame> {
     STDMETHODIMP SetBorderSpace(LPCBORDERWIDTHS) override { return E_NOTIMPL; }
     STDMETHODIMP SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR) override {
         active = ComPtr<IOleInPlaceActiveObject>(object);
-        calls_.push_back(object ? "SetActiveObject" : "SetActiveObject(none)");
-        return S_OK;
+        return note_(object ? "SetActiveObject" : "SetActiveObject(none)");
     }
     STDMETHODIMP InsertMenus(HMENU, LPOLEMENUGROUPWIDTHS) override { return E_NOTIMPL; }
     STDMETHODIMP SetMenu(HMENU, HOLEMENU, HWND) override { return E_NOTIMPL; }
     STDMETHODIMP RemoveMenus(HMENU) override { return E_NOTIMPL; }
     STDMETHODIMP SetStatusText(LPCOLESTR) override { return S_OK; }
-    STDMETHODIMP EnableModeless(BOOL) override { return S_OK; }
+    STDMETHODIMP EnableModeless(BOOL enable) override {
+        return note_(enable ? "EnableModeless(True)" : "EnableModeless(False)");
+    }
     STDMETHODIMP TranslateAccelerator(LPMSG, WORD) override { return S_FALSE; }
 
   private:
     ~Frame() override = default;
     HWND window_;
-    std::vector<std::string>& calls_;
+    NoteCall note_;
 };
 
 class Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch, IAdviseSink> {
   public:
     Site(HWND window, Container::Options options) : options_(std::move(options)), window_(window) {
-        frame_ = MakeObject<Frame>(window, calls);
+        frame_ = MakeObject<Frame>(window, [this](const char* call) { return Note(call); });
     }
 
     std::vector<std::string> calls;
@@ -190,8 +193,10 @@ class Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControl
     STDMETHODIMP OnUIActivate() override { return Note("OnUIActivate"); }
     STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** window, LPRECT position, LPRECT clip,
                                   LPOLEINPLACEFRAMEINFO info) override {
-        *frame = frame_.copy();
+        *frame = nullptr;
         *window = nullptr;
+        if (const HRESULT answer = Answer("GetWindowContext"); FAILED(answer)) return answer;
+        *frame = frame_.copy();
         *position = options_.bounds;
         GetClientRect(window_, clip);
         info->fMDIApp = FALSE;
@@ -239,9 +244,14 @@ class Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControl
 
   private:
     ~Site() override = default;
+    HRESULT Answer(const char* call) {
+        // A copy, since the answer may change the settings.
+        const auto answer = options_.answer;
+        return answer ? answer(call) : S_OK;
+    }
     HRESULT Note(const char* call) {
         calls.emplace_back(call);
-        return S_OK;
+        return Answer(call);
     }
 
     Container::Options options_;

@@ -97,6 +97,8 @@ class Container {
         // The extended control that GetExtendedControl gives; null for none.
         ComPtr<IDispatch> extended;
         RECT bounds{10, 10, 210, 110};
+        // What the site and its frame answer to a call of that name, which may do something of its own; S_OK without.
+        std::function<HRESULT(const std::string& call)> answer;
     };
     explicit Container(Options options);
     ~Container();
