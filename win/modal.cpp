@@ -1,5 +1,7 @@
 #include "win/modal.h"
 
+#include <utility>
+
 #include "common/placement.h"
 #include "win/gdi_surface.h"
 
@@ -20,19 +22,35 @@ BOOL CALLBACK CollectEnabled(HWND window, LPARAM data) {
     return TRUE;
 }
 
+// The latest scope of the thread that has not ended.
+thread_local ModalScope* innermost = nullptr;
+
 }  // namespace
 
-ModalScope::ModalScope(HWND dialog) : focus_(GetFocus()) {
+ModalScope::ModalScope(HWND dialog) : focus_(GetFocus()), outer_(innermost) {
     const Search search{dialog, &disabled_};
     EnumThreadWindows(GetCurrentThreadId(), CollectEnabled, reinterpret_cast<LPARAM>(&search));
     for (const HWND window : disabled_) {
         EnableWindow(window, FALSE);
     }
+    innermost = this;
 }
 
 ModalScope::~ModalScope() { End(); }
 
 void ModalScope::End() {
+    if (std::exchange(ended_, true)) return;
+    ModalScope** link = &innermost;
+    ModalScope* inner = nullptr;
+    while (*link != this) {
+        inner = *link;
+        link = &inner->outer_;
+    }
+    *link = outer_;
+    if (inner) {
+        inner->disabled_.insert(inner->disabled_.end(), disabled_.begin(), disabled_.end());
+        disabled_.clear();
+    }
     for (const HWND window : disabled_) {
         if (IsWindow(window)) {
             EnableWindow(window, TRUE);

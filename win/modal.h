@@ -13,6 +13,8 @@ namespace qvx {
 // Disables every enabled top-level window of this thread but `dialog`, as modal forms do, and enables the same ones
 // again at the end. The focus then goes back to where it was, if that window still takes it. End is called while the
 // dialog is still visible: the system gives the activation to the owner only if it is enabled by then.
+// Scopes nest, and may end in any order, as dialogs do that close themselves after a time: what an outer one disabled
+// stays so until the inner ones have ended, too.
 class ModalScope {
   public:
     explicit ModalScope(HWND dialog);
@@ -26,6 +28,8 @@ class ModalScope {
   private:
     std::vector<HWND> disabled_;
     HWND focus_;
+    ModalScope* outer_;
+    bool ended_ = false;
 };
 
 // Runs messages until `running` is false. `filter` sees each one first and returns true for those it has dealt with.

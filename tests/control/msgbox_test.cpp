@@ -252,6 +252,27 @@ TEST_F(MessageBoxOnScreen, NestedBoxesWaitForTheirOwnAnswers) {
     EXPECT_TRUE(IsWindowEnabled(owner_));
 }
 
+// The outer box closes itself while the inner one is still open: the owner stays closed to input until that one goes.
+std::atomic<bool> enabledUnderInner;
+void CALLBACK ShowLongInner(HWND window, UINT, UINT_PTR id, DWORD) {
+    KillTimer(window, id);
+    ShowMessage(window, u"Inner", 2, {}, icon::notice, false, 1500);
+}
+void CALLBACK LookAtOwner(HWND window, UINT, UINT_PTR id, DWORD) {
+    KillTimer(window, id);
+    enabledUnderInner = FindBox() == nullptr || IsWindowEnabled(window);
+}
+
+TEST_F(MessageBoxOnScreen, AnOuterBoxThatTimesOutLeavesTheOwnerToTheInnerOne) {
+    enabledUnderInner = true;
+    SetTimer(owner_, 7, 200, ShowLongInner);
+    SetTimer(owner_, 8, 1100, LookAtOwner);
+    EXPECT_TRUE(Show(2, 500));
+    EXPECT_FALSE(enabledUnderInner);
+    EXPECT_TRUE(IsWindowEnabled(owner_));
+    EXPECT_EQ(owner_, GetActiveWindow());
+}
+
 TEST_F(MessageBoxOnScreen, TheOwnerGoesMeanwhile) {
     SetTimer(owner_, 7, 300, DestroyOwner);
     EXPECT_FALSE(Show(2));
