@@ -63,10 +63,11 @@ inline RunTimeError CurrentError() {
     }
 }
 
-// True when an editor may be opened in the column at all: it is none of the inactive ones.
+// True when an editor may be opened on the current cell at all: it is no fixed one, where only a program can put the
+// cursor, and its column none of the inactive ones.
 inline bool MayEdit(const flexgrid::Grid& grid, const ControlState& state) {
-    return grid.Row() >= 0 && grid.Col() >= 0 && grid.Row() < grid.Rows() && grid.Col() < grid.Cols() &&
-           !IsListedColumn(grid, state.inActiveColumns, grid.Col());
+    return grid.Row() >= grid.FixedRows() && grid.Col() >= grid.FixedCols() && grid.Row() < grid.Rows() &&
+           grid.Col() < grid.Cols() && !IsListedColumn(grid, state.inActiveColumns, grid.Col());
 }
 
 inline Text CurrentText(const flexgrid::Grid& grid) { return grid.TextMatrix(grid.Row(), grid.Col()); }

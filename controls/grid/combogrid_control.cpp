@@ -219,6 +219,8 @@ void ComboGridControl::KeyDown(short& keyCode, short& shift) {
     Fire(DISPID_KEYDOWN, EventArguments().InOut(keyCode).InOut(shift));
 }
 
+void ComboGridControl::OnDelete(int row) { Fire(grid_event::onDelete, EventArguments().In(row)); }
+
 void ComboGridControl::EnterCell() { Fire(grid_event::enterCell); }
 
 void ComboGridControl::LeaveCell() { Fire(grid_event::leaveCell); }
@@ -227,6 +229,10 @@ void ComboGridControl::ReportError(int number, const Text& description) {
     if (number == 0) return;
     const Text title = ApplicationTitle() + u" : " + IntegerToText(number);
     msgbox::ShowMessage(WindowHandle(), description, msgbox::messages::errorReport, title);
+}
+
+bool ComboGridControl::Say(TextView prompt, const msgbox::MessageKind& kind) {
+    return msgbox::ShowMessage(WindowHandle(), prompt, kind, Host().FormCaption(WindowHandle()));
 }
 
 }  // namespace qvx::grid

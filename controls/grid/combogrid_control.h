@@ -166,9 +166,11 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     void ListChange(int row, int col, const Text& data) override;
     void ListClick(int row, int col, const Text& data) override;
     void KeyDown(short& keyCode, short& shift) override;
+    void OnDelete(int row) override;
     void EnterCell() override;
     void LeaveCell() override;
     void ReportError(int number, const Text& description) override;
+    bool Say(TextView prompt, const msgbox::MessageKind& kind) override;
     void FocusMovesTo(HWND moving) override { ControlBase::FocusMovesTo(moving); }
     HWND ControlWindow() override { return EnsureWindow(); }
     ComPtr<IUnknown> KeepAlive() override { return ControlBase::KeepAlive(); }

@@ -8,6 +8,7 @@ constexpr long afterCellChange = 2;
 constexpr long onError = 3;
 constexpr long listChange = 4;
 constexpr long listClick = 5;
+constexpr long onDelete = 6;
 constexpr long enterCell = 7;
 constexpr long leaveCell = 8;
 

@@ -2,9 +2,11 @@
 
 #include "common/keys.h"
 #include "common/locale.h"
+#include "common/send_key.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/lifecycle.h"
 #include "controls/grid/projection.h"
+#include "controls/grid/row_commands.h"
 #include "win/dpi.h"
 
 namespace qvx::grid {
@@ -224,11 +226,56 @@ void EntryGrid::KeyDown(short& keyCode, short& shift) {
         dropCharacter_ = true;
         return;
     }
-    const GridKey action = DecideGridKey(keyCode, shift, state_);
-    if (action == GridKey::PassOn) return;
-    keyCode = 0;
-    if (action == GridKey::OpenEditor) OpenEditor();
-    if (const auto step = StepOf(action, Model(), state_)) Go(*step, shift);
+    try {
+        const GridKey action = DecideGridKey(keyCode, shift, Model(), state_);
+        if (action == GridKey::PassOn) return;
+        keyCode = 0;
+        UseGridKey(action, shift);
+    } catch (...) {
+        keyCode = 0;
+        const RunTimeError error = CurrentError();
+        events_.ReportError(error.Number(), error.Description());
+    }
+}
+
+void EntryGrid::UseGridKey(GridKey action, short shift) {
+    switch (action) {
+        case GridKey::OpenEditor:
+            OpenEditor();
+            break;
+        case GridKey::ClearCell:
+            TypeIntoCell({});
+            break;
+        case GridKey::InsertRow:
+            ChangeRows([this] { InsertRow(Model(), state_); });
+            break;
+        case GridKey::DeleteRow:
+            DeleteSelectedRow();
+            break;
+        case GridKey::EndEntry:
+            // A key stroke, so that a host with an order of its own moves the focus by that.
+            nextTabLeaves_ = true;
+            SendKey(keys::tab, 0);
+            break;
+        default:
+            if (const auto step = StepOf(action, Model(), state_)) Go(*step, shift);
+    }
+}
+
+void EntryGrid::DeleteSelectedRow() {
+    const bool yes = events_.Say(msgbox::messages::deleteRowPrompt, msgbox::messages::deleteRow);
+    window_->Refresh();
+    if (!yes) return;
+    int row = 0;
+    ChangeRows([&] { row = DeleteRow(Model(), state_); });
+    state_.changed = true;
+    events_.OnDelete(row);
+    TellThatRowsChanged();
+}
+
+void EntryGrid::TellThatRowsChanged() {
+    state_.eventFlag = false;
+    events_.AfterCellChange(-1, -1, {}, {}, state_.eventFlag);
 }
 
 void EntryGrid::KeyPress(short& keyAscii) {
@@ -241,9 +288,12 @@ void EntryGrid::KeyPress(short& keyAscii) {
         if (const ComboWindow* combo = frame_->Find(editor_)) SendMessageW(combo->EditWindow(), WM_CHAR, character, 0);
         return;
     }
+    TypeIntoCell(character == keys::backspace ? Text() : Text(1, character));
+}
+
+void EntryGrid::TypeIntoCell(TextView typed) {
     if (!OpenEditor()) return;
-    if (ComboWindow* combo = frame_->Find(editor_))
-        combo->TypeOver(character == keys::backspace ? Text() : Text(1, character));
+    if (ComboWindow* combo = frame_->Find(editor_)) combo->TypeOver(typed);
 }
 
 void EntryGrid::ComboKeyDown(ComboWindow& combo, int& keyCode, int shift) {
@@ -266,17 +316,21 @@ void EntryGrid::UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode,
         Editor editor(*this, *frame_, combo);
         AbandonEdit(editor);
     }
+    const Text typed = combo.GetText();
     // A handler that has moved the current cell has decided where to go on.
     if (!EndEdit()) return;
     if (action == EditorKey::CommitPage) SendMessageW(window_->Handle(), WM_KEYDOWN, static_cast<WPARAM>(key), 0);
     if (const auto step = StepOf(action, Model(), state_)) Go(*step, static_cast<short>(shift));
+    // The pick list goes on showing what was typed, whatever the cell has made of it.
+    if (key == keys::enter && !EditIsOpen()) combo.SetText(typed);
 }
 
 bool EntryGrid::TabLeaves(int shift) {
     const auto step = [&] {
         return (shift & keys::shiftMask) != 0 ? StepBack(Model(), state_) : StepForward(Model(), state_, true);
     };
-    const bool out = DecideGridKey(keys::tab, shift, state_) == GridKey::PassOut;
+    if (std::exchange(nextTabLeaves_, false)) return true;
+    const bool out = DecideGridKey(keys::tab, shift, Model(), state_) == GridKey::PassOut;
     if (!out && step().kind != CellStep::Kind::Leave) return false;
     if (EditIsOpen()) {
         if (!EndEdit()) return false;
@@ -355,6 +409,7 @@ void EntryGrid::LostFocus() {
     const auto keep = events_.KeepAlive();
     keyAlreadyTold_ = false;
     dropNextKey_ = false;
+    nextTabLeaves_ = false;
     events_.FocusMovesTo(GetFocus());
 }
 

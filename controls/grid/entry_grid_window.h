@@ -16,6 +16,7 @@
 #include "controls/grid/navigation.h"
 #include "elements/flexgrid/flexgrid_object.h"
 #include "elements/flexgrid/flexgrid_window.h"
+#include "forms/msgbox/messages.h"
 
 namespace qvx::grid {
 
@@ -29,9 +30,12 @@ class EntryGridEvents {
     virtual void ListChange(int row, int col, const Text& data) = 0;
     virtual void ListClick(int row, int col, const Text& data) = 0;
     virtual void KeyDown(short& keyCode, short& shift) = 0;
+    virtual void OnDelete(int row) = 0;
     virtual void EnterCell() = 0;
     virtual void LeaveCell() = 0;
     virtual void ReportError(int number, const Text& description) = 0;
+    // A message to the user under the form's caption; true for OK and Yes.
+    virtual bool Say(TextView prompt, const msgbox::MessageKind& kind) = 0;
     // The keyboard focus goes to that window (null: elsewhere).
     virtual void FocusMovesTo(HWND moving) = 0;
     // The control's window, made when it is not there yet.
@@ -125,6 +129,11 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void PlaceOverCell();
     static void LoadList(EditorFrame& frame, int col);
     void UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode, int shift);
+    void UseGridKey(GridKey action, short shift);
+    // Opens the editor with what was typed in place of the cell's text.
+    void TypeIntoCell(TextView typed);
+    void DeleteSelectedRow();
+    void TellThatRowsChanged();
 
     EntryGridEvents& events_;
     ControlState state_;
@@ -142,6 +151,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     std::map<int, Dress> dresses_;
     int editor_ = -1;  // the combo of the edit that is open
     bool changingRows_ = false;
+    bool nextTabLeaves_ = false;   // the Tab that is about to arrive ends the entry of rows
     bool dropNextKey_ = false;     // the host has refused the key that is about to arrive
     bool keyAlreadyTold_ = false;  // the host was told of the key that is about to arrive
     bool dropCharacter_ = false;   // the host has refused the key that this character comes from

@@ -26,9 +26,11 @@ void Terminate(const flexgrid::Grid& grid, ControlState& state, const std::funct
     state.changed = false;
 }
 
-void Renumber(flexgrid::Grid& grid, const ControlState& state) {
+void Renumber(flexgrid::Grid& grid, const ControlState& state) { RenumberFrom(grid, state, 1); }
+
+void RenumberFrom(flexgrid::Grid& grid, const ControlState& state, int first) {
     if (!state.autoRecordNumber) return;
-    for (int row = 1; row < grid.Rows(); ++row) grid.SetTextMatrix(row, 0, IntegerToText(row));
+    for (int row = first; row < grid.Rows(); ++row) grid.SetTextMatrix(row, 0, IntegerToText(row));
 }
 
 void ApplyInVisibleColumns(flexgrid::Grid& grid, const ControlState& state) {

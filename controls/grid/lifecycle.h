@@ -19,6 +19,8 @@ void Terminate(const flexgrid::Grid& grid, ControlState& state, const std::funct
 
 // Row numbers into column 0 of all rows from 1 on, whatever the number of fixed rows; with AutoRecordNumber only.
 void Renumber(flexgrid::Grid& grid, const ControlState& state);
+// The same from a row on, when those above it have kept their numbers.
+void RenumberFrom(flexgrid::Grid& grid, const ControlState& state, int first);
 
 // For a changed list of invisible columns: gives every column the width of the format string again, then hides the
 // listed ones.

@@ -4,6 +4,7 @@
 
 #include "common/keys.h"
 #include "controls/grid/column_lists.h"
+#include "controls/grid/row_commands.h"
 
 namespace qvx::grid {
 namespace {
@@ -102,14 +103,29 @@ CellStep StepVertically(const flexgrid::Grid& grid, int step) {
     return {CellStep::Kind::Move, row, grid.Col()};
 }
 
-GridKey DecideGridKey(int keyCode, int shift, const ControlState& state) {
+namespace {
+
+// Entering a row without its key ends the entry of rows.
+bool RowLacksKey(const flexgrid::Grid& grid, const ControlState& state) {
+    return grid.Row() < grid.Rows() && state.keyColumn >= 0 && grid.Cell(grid.Row(), state.keyColumn).Empty();
+}
+
+}  // namespace
+
+GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const ControlState& state) {
     const bool plain = shift == 0;
     switch (keyCode) {
         case keys::tab:
             if ((shift & ~keys::shiftMask) != 0 || !state.autoTab) return GridKey::PassOut;
             return plain ? GridKey::Forward : GridKey::Back;
         case keys::enter:
-            return plain && state.autoTab ? GridKey::ForwardStay : GridKey::Nothing;
+            if (!plain || !state.autoTab) return GridKey::Nothing;
+            return RowLacksKey(grid, state) ? GridKey::EndEntry : GridKey::ForwardStay;
+        case keys::insert:
+            return plain ? GridKey::InsertRow : GridKey::PassOn;
+        case keys::deleteKey:
+            if (!plain) return GridKey::PassOn;
+            return SelectionIsRow(grid) ? GridKey::DeleteRow : GridKey::ClearCell;
         case keys::f2:
             return plain ? GridKey::OpenEditor : GridKey::PassOn;
         case keys::left:

@@ -52,9 +52,13 @@ CellStep StepVertically(const flexgrid::Grid& grid, int step);
 // What a key pressed on the grid itself does. `keyCode` is a virtual key, `shift` the bits of an event's Shift
 // argument.
 enum class GridKey {
-    PassOn,       // to the inner grid
-    PassOut,      // to the container, which moves the focus to the next control
-    OpenEditor,   // with the cell's text, as F2
+    PassOn,      // to the inner grid
+    PassOut,     // to the container, which moves the focus to the next control
+    OpenEditor,  // with the cell's text, as F2
+    ClearCell,   // in the editor, as Backspace
+    InsertRow,
+    DeleteRow,    // once the user has said so
+    EndEntry,     // Enter in a row without a key: on to the next control, as by a Tab key
     Forward,      // Tab
     ForwardStay,  // Enter: forward, but never out of the grid
     Back,
@@ -62,7 +66,8 @@ enum class GridKey {
     Right,
     Nothing,  // used up
 };
-GridKey DecideGridKey(int keyCode, int shift, const ControlState& state);
+// Raises the grid's error when there is no such column as the key column.
+GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const ControlState& state);
 
 // Where a key takes the current cell; nothing for keys that do not move it by a step.
 std::optional<CellStep> StepOf(GridKey key, const flexgrid::Grid& grid, const ControlState& state);

@@ -95,7 +95,7 @@ void Grid::CheckCounts(const Shape& shape) {
     if (shape.rows < 0 || shape.cols < 0 || shape.fixedRows < 0 || shape.fixedCols < 0) {
         RefuseValue();
     }
-    if (shape.fixedRows > 0 && shape.fixedRows >= shape.rows) {
+    if (shape.fixedRows > shape.rows) {
         RefuseFixedRows();
     }
     if (shape.fixedCols > 0 && shape.fixedCols >= shape.cols) {
@@ -134,7 +134,7 @@ void Grid::StoreShape(const Shape& shape) {
     leftCol_ = std::clamp(leftCol_, fixedCols_, std::max(fixedCols_, Cols() - 1));
     InvalidateColumnPositions();
     ++structureVersion_;
-    assert(fixedRows_ == 0 || fixedRows_ < Rows());
+    assert(fixedRows_ <= Rows());
     assert(fixedCols_ == 0 || fixedCols_ < Cols());
     assert(topRow_ >= fixedRows_ && leftCol_ >= fixedCols_);
 }
@@ -175,6 +175,7 @@ void Grid::SetRows(int count) {
     if (count == Rows()) {
         return;
     }
+    const int before = Rows();
     ChangeShape(
         [&] {
             return Shape{count, Cols(), fixedRows_, fixedCols_};
@@ -186,6 +187,14 @@ void Grid::SetRows(int count) {
                 store_.RemoveRows(shape.rows, Rows() - shape.rows, [this](RowId id) { DropRowSettings(id); });
             }
         });
+    LeaveHeader(before);
+}
+
+// Without any other row the cursor had to be on a header; it does not stay there, where nothing can be entered.
+void Grid::LeaveHeader(int rowsBefore) {
+    if (fixedRows_ > 0 && rowsBefore == fixedRows_ && Rows() > fixedRows_ && row_ < fixedRows_) {
+        MoveTo(fixedRows_, col_);
+    }
 }
 
 void Grid::SetCols(int count) {
@@ -210,7 +219,11 @@ void Grid::SetFixedRows(int count) {
         wantFixedRow_ = count == 1;
         return;
     }
-    CheckCounts({Rows(), Cols(), count, fixedCols_});  // a refused count leaves a waiting one alone
+    // A refused count leaves a waiting one alone.
+    CheckCounts({Rows(), Cols(), count, fixedCols_});
+    if (count > 0 && count == Rows() && count != fixedRows_) {
+        RefuseFixedRows();
+    }
     ChangeShape([&] { return wantFixedRow_ = false, Shape{Rows(), Cols(), count, fixedCols_}; }, [](const Shape&) {});
 }
 

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -47,8 +48,9 @@ class Grid final : public GridLook {
     void RemoveListener(GridListener* listener);
 
     // ---- Counts ----------------------------------------------------------------------------------------------------
-    // Fewer rows or columns drop cells, the last first. FixedRows must stay below Rows and FixedCols below Cols, or
-    // both be 0: 30001 otherwise. Below 0: 380. Beyond the limits above: 30006.
+    // Fewer rows or columns drop cells, the last first. FixedRows is set to less than Rows and FixedCols to less than
+    // Cols, or both to 0: 30001 otherwise. Rows may then go down to the fixed ones, which empties a grid; the cursor
+    // comes back to the first other row when there is one. Below 0: 380. Beyond the limits above: 30006.
     int Rows() const { return store_.RowCount(); }
     void SetRows(int count);
     int Cols() const { return static_cast<int>(columns_.size()); }
@@ -88,6 +90,8 @@ class Grid final : public GridLook {
     // 381 "Subscript out of range".
     qvx::Text TextMatrix(int row, int col) const;
     void SetTextMatrix(int row, int col, TextView text);
+    // Neighbouring cells of one row at once, from column `firstCol` on.
+    void SetTexts(int row, int firstCol, std::span<const TextView> texts);
     // index = row * Cols + col.
     qvx::Text TextArray(int index) const;
     void SetTextArray(int index, TextView text);
@@ -111,7 +115,8 @@ class Grid final : public GridLook {
     // A fixed row: 30011. The last row that is not fixed: 30015. Out of range: 30009.
     void RemoveItem(int index);
     // Removes every non-fixed row that `predicate(row)` says true for, in one linear pass over numbers as they are
-    // before it, and returns how many went. When all would go the last is kept, as RemoveItem would.
+    // before it, and returns how many went. When all would go the first is kept, as a loop of RemoveItem from the end
+    // would leave it.
     template <class Predicate>
     int RemoveRowsIf(Predicate&& predicate);
     // All texts and cell formats; counts, sizes and column settings stay.
@@ -158,6 +163,15 @@ class Grid final : public GridLook {
     void SetMergeCol(int col, bool merge);
     bool MergeRow(int row) const;
     void SetMergeRow(int row, bool merge);
+    // What a row has besides its texts, to be given to one that takes its place.
+    struct RowSettings {
+        int height = defaultSize;  // twips, or defaultSize
+        std::int32_t data = 0;
+        bool merge = false;
+        FormatTable::RowFormats formats;  // of its cells
+    };
+    RowSettings SettingsOf(int row) const;
+    void SetSettings(int row, const RowSettings& settings);
 
     // ---- Geometry: all rows and columns laid end to end, unscrolled ------------------------------------------------
     std::int64_t RowTop(int row) const;  // pixels; row may be Rows, for the full height. O(log rows).
@@ -227,6 +241,10 @@ class Grid final : public GridLook {
     void SetTextMetrics(const TextMetrics* metrics);
     const TextMetrics& Metrics() const { return *metrics_; }
 
+    // Grows whenever rows or columns come, go or change places, and when all cells are emptied at once: while it stays,
+    // a row's and a column's number mean what they meant.
+    std::uint64_t StructureVersion() const { return structureVersion_; }
+
     // Bytes held for texts and row order, for measurements.
     std::size_t MemoryUsed() const { return store_.MemoryUsed(); }
 
@@ -270,7 +288,8 @@ class Grid final : public GridLook {
     void ChangeShape(const std::function<Shape()>& target, const std::function<void(const Shape&)>& change);
     void StoreShape(const Shape& shape);
     int InsertionPoint(int index) const;
-    void RowsAdded(int at);
+    void RowsAdded(int at, int count);
+    void LeaveHeader(int rowsBefore);
     int RemoveMarked(std::vector<bool>& marked, int count);
     template <class Set>
     void ChangeColumns(int col, GridChange change, Set set);

@@ -22,16 +22,17 @@ void Grid::AddItem(TextView item, int index) {
     const int at = InsertionPoint(index);
     CheckCounts({Rows() + 1, Cols(), fixedRows_, fixedCols_});
     store_.InsertRow(at, item, Cols());
-    RowsAdded(at);
+    RowsAdded(at, 1);
 }
 
-// New rows never move the cursor, unless a fixed row has been waiting for them.
-void Grid::RowsAdded(int at) {
+// New rows never move the cursor, unless a fixed row has been waiting for them or there was nothing but headers.
+void Grid::RowsAdded(int at, int count) {
     ++structureVersion_;
     LayoutChanged(at, 0);
     if (wantFixedRow_) {
         ChangeShape([&] { return CurrentShape(); }, [](const Shape&) {});
     }
+    LeaveHeader(Rows() - count);
 }
 
 int Grid::AddItems(TextView block, int index) {
@@ -42,7 +43,7 @@ int Grid::AddItems(TextView block, int index) {
     if (added < 0) {
         RefuseCells();
     }
-    RowsAdded(at);
+    RowsAdded(at, added);
     return added;
 }
 
@@ -69,7 +70,7 @@ int Grid::RemoveMarked(std::vector<bool>& marked, int count) {
         return 0;
     }
     if (count == Rows() - fixedRows_) {
-        marked[static_cast<std::size_t>(Rows()) - 1] = false;
+        marked[static_cast<std::size_t>(fixedRows_)] = false;
         if (--count == 0) {
             return 0;
         }
@@ -98,6 +99,7 @@ void Grid::DropRowSettings(RowId id) noexcept {
 void Grid::Clear() {
     store_.ClearText();
     formats_.Clear();
+    ++structureVersion_;
     TellChange(GridChange::cells, {0, 0, Rows() - 1, Cols() - 1});
 }
 

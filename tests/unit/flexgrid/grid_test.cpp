@@ -76,6 +76,30 @@ TEST(GridCounts, Defaults) {
     EXPECT_EQ(grid.ColWidth(0), 960);
 }
 
+TEST(GridCounts, RowsMayGoDownToTheFixedOnesAndTheCursorComesBack) {
+    Grid grid;
+    grid.SetRows(5);
+    grid.SetTextMatrix(0, 1, u"Header");
+    grid.MoveTo(3, 1);
+    grid.SetRows(1);
+    EXPECT_EQ(grid.FixedRows(), 1);
+    EXPECT_EQ(grid.TextMatrix(0, 1), u"Header");
+    EXPECT_EQ(grid.Row(), 0);
+    grid.AddItem(u"a\tb");
+    EXPECT_EQ(grid.Row(), 1);
+    EXPECT_EQ(grid.Col(), 1);
+    grid.SetRow(0);
+    grid.AddItem(u"c");
+    EXPECT_EQ(grid.Row(), 0) << "put there by the program";
+    grid.SetRows(1);
+    grid.SetRows(4);
+    EXPECT_EQ(grid.Row(), 1);
+    grid.SetRows(1);
+    grid.AddItems(u"x\ry");
+    EXPECT_EQ(grid.Row(), 1);
+    EXPECT_EQ(grid.TextMatrix(2, 0), u"y");
+}
+
 TEST(GridCounts, Refusals) {
     struct Case {
         const char* what;
@@ -83,7 +107,6 @@ TEST(GridCounts, Refusals) {
         void (*call)(Grid&);
     };
     const Case cases[] = {
-        {"no row beside the fixed one", 30001, [](Grid& g) { g.SetRows(1); }},
         {"no rows below a fixed one", 30001, [](Grid& g) { g.SetRows(0); }},
         {"no column beside the fixed one", 30001, [](Grid& g) { g.SetCols(1); }},
         {"all rows fixed", 30001, [](Grid& g) { g.SetFixedRows(2); }},
@@ -286,7 +309,7 @@ TEST(GridRows, AddAndRemove) {
     EXPECT_EQ(grid.RemoveRowsIf([&](int row) { return grid.Cell(row, 1).Empty(); }), 3);
     EXPECT_EQ(Shown(grid), "H,I/x,y/c,d");
     EXPECT_EQ(grid.RemoveRowsIf([](int) { return true; }), 1);
-    EXPECT_EQ(Shown(grid), "H,I/c,d");
+    EXPECT_EQ(Shown(grid), "H,I/x,y");
     grid.Clear();
     EXPECT_EQ(Shown(grid), ",/,");
 }

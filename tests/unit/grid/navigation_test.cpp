@@ -117,6 +117,9 @@ TEST(GridKeys, TableOfKeys) {
         int shift;
         bool autoTab;
         GridKey does;
+        int keyColumn = -1;
+        int colSel = 1;
+        int rowSel = 1;
     };
     const Case cases[] = {
         {keys::tab, 0, true, GridKey::Forward},
@@ -135,12 +138,35 @@ TEST(GridKeys, TableOfKeys) {
         {keys::down, 0, true, GridKey::PassOn},
         {keys::home, 0, true, GridKey::PassOn},
         {u'A', 0, true, GridKey::PassOn},
+        {keys::enter, 0, true, GridKey::EndEntry, 2},
+        {keys::enter, 0, true, GridKey::ForwardStay, 1},
+        {keys::enter, 0, false, GridKey::Nothing, 2},
+        {keys::enter, keys::shiftMask, true, GridKey::Nothing, 2},
+        {keys::insert, 0, true, GridKey::InsertRow},
+        {keys::insert, keys::shiftMask, true, GridKey::PassOn},
+        {keys::deleteKey, 0, true, GridKey::ClearCell},
+        {keys::deleteKey, 0, true, GridKey::DeleteRow, -1, 2},
+        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 1, 2},
+        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 2, 2},
+        {keys::deleteKey, keys::controlMask, true, GridKey::PassOn, -1, 2},
     };
+    flexgrid::Grid grid;
+    Fill(grid, {u"No\tA\tB", u"1\ta\t", u"2\t\t"});
     for (const Case& c : cases) {
         ControlState state;
         state.autoTab = c.autoTab;
-        EXPECT_EQ(DecideGridKey(c.key, c.shift, state), c.does) << c.key << " shift " << c.shift;
+        state.keyColumn = c.keyColumn;
+        grid.Select(1, 1, c.rowSel, c.colSel);
+        EXPECT_EQ(DecideGridKey(c.key, c.shift, grid, state), c.does) << c.key << " shift " << c.shift;
     }
+    ControlState state;
+    grid.Select(0, 0, 0, 2);
+    EXPECT_EQ(DecideGridKey(keys::deleteKey, 0, grid, state), GridKey::ClearCell) << "the header is no row to delete";
+    state.keyColumn = 9;
+    EXPECT_THROW(DecideGridKey(keys::enter, 0, grid, state), RunTimeError);
+    grid.SetFixedRows(0);
+    grid.SetRows(0);
+    EXPECT_EQ(DecideGridKey(keys::enter, 0, grid, state), GridKey::ForwardStay);
 }
 
 TEST(EditorKeys, TableOfKeys) {

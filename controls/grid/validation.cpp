@@ -1,0 +1,82 @@
+#include "controls/grid/validation.h"
+
+#include <array>
+#include <vector>
+
+#include "controls/grid/cell_reading.h"
+#include "controls/grid/column_lists.h"
+#include "forms/msgbox/messages.h"
+
+namespace qvx::grid {
+namespace {
+
+namespace messages = msgbox::messages;
+
+constexpr std::array<TextView, sign_rule::count> brokenRule{messages::lessThanZeroPrompt, messages::atMostZeroPrompt,
+                                                            messages::greaterThanZeroPrompt,
+                                                            messages::atLeastZeroPrompt, messages::zeroValuePrompt};
+
+bool Keeps(double number, int rule) {
+    switch (rule) {
+        case sign_rule::negative:
+            return number < 0;
+        case sign_rule::notPositive:
+            return number <= 0;
+        case sign_rule::positive:
+            return number > 0;
+        case sign_rule::notNegative:
+            return number >= 0;
+        default:
+            return number != 0;
+    }
+}
+
+// A column that has anything to check; most have not.
+struct Checked {
+    int col = 0;
+    bool required = false;
+    std::vector<int> rules;
+};
+
+std::vector<Checked> CheckedColumns(const flexgrid::Grid& grid, const ControlState& state) {
+    std::vector<Checked> columns;
+    for (int col = 0; col < grid.Cols(); ++col) {
+        Checked checked{col, IsListedColumn(grid, state.requiredFields, col), {}};
+        for (int rule = 0; rule < sign_rule::count; ++rule)
+            if (HasColumnCode(grid, state.checkValueFor, col, rule)) checked.rules.push_back(rule);
+        if (checked.required || !checked.rules.empty()) columns.push_back(std::move(checked));
+    }
+    return columns;
+}
+
+// Empty when the cell passes.
+TextView Verdict(flexgrid::CellView cell, const Checked& column) {
+    if (column.required && IsBlank(cell)) return messages::invalidDataPrompt;
+    if (column.rules.empty()) return {};
+    const double number = NumberIn(cell);
+    for (const int rule : column.rules)
+        if (!Keeps(number, rule)) return brokenRule[static_cast<std::size_t>(rule)];
+    return {};
+}
+
+}  // namespace
+
+std::optional<InvalidCell> FindInvalidCell(const flexgrid::Grid& grid, const ControlState& state) {
+    constexpr int firstRow = 1;
+    if (grid.Rows() <= firstRow) return std::nullopt;
+    const std::vector<Checked> columns = CheckedColumns(grid, state);
+    if (columns.empty()) return std::nullopt;
+    std::optional<InvalidCell> found;
+    grid.ForEachRow(firstRow, grid.Rows() - 1, [&](int row, const flexgrid::RowView& cells) {
+        if (found) return;
+        for (const Checked& column : columns) {
+            if (const TextView message = Verdict(cells[column.col], column); !message.empty()) {
+                found = InvalidCell{row, column.col, message};
+                return;
+            }
+        }
+    });
+    return found;
+}
+
+}  // namespace qvx::grid

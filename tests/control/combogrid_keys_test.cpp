@@ -1,0 +1,151 @@
+// The ComboGrid's commands on the keyboard: rows inserted and deleted, cells cleared, entry ended. With real keys.
+#include <gtest/gtest.h>
+
+#include "tests/control/combogrid_form.h"
+#include "tests/support/message_box.h"
+
+namespace qvx::test {
+namespace {
+
+using F = ComboGridForm;
+
+// Texts of a column from the first row on.
+std::string Column(const F& form, int col) {
+    std::string texts;
+    for (int row = 0; row < form.Number(L"Rows"); ++row) {
+        for (const char16_t c : form.Cell(row, col)) texts += static_cast<char>(c);
+        texts += ';';
+    }
+    return texts;
+}
+
+void SelectRow(const F& form, int row) {
+    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    Put(inner.get(), L"Row", {Variant(row)});
+    Put(inner.get(), L"Col", {Variant(1)});
+    Put(inner.get(), L"ColSel", {Variant(8)});
+}
+
+// Rows that are numbered and named.
+void Fill(F& form, int rows) {
+    Put(form.grid.get(), L"Rows", {Variant(rows + 1)});
+    for (int row = 1; row <= rows; ++row) {
+        form.SetCell(row, F::no, Text(1, static_cast<char16_t>(u'0' + row)).c_str());
+        form.SetCell(row, F::name, Text(1, static_cast<char16_t>(u'a' + row - 1)).c_str());
+    }
+}
+
+TEST(ComboGridKeys, InsertAddsARowAboveAndNumbersOn) {
+    F form({{L"AutoRecordNumber", Variant(true)}});
+    Fill(form, 5);
+    form.GoTo(3, F::name);
+    EXPECT_FALSE(form.Press(VK_INSERT));
+    EXPECT_EQ(Column(form, F::no), "No;1;2;3;4;5;6;");
+    EXPECT_EQ(Column(form, F::name), "Name;a;b;;c;d;e;");
+    EXPECT_EQ(form.Current(), "3,1");
+    EXPECT_EQ(form.Number(L"Changed"), 0) << "nothing is entered yet";
+    form.Press(VK_INSERT, {VK_SHIFT});
+    EXPECT_EQ(form.Number(L"Rows"), 7);
+}
+
+TEST(ComboGridKeys, DeleteClearsTheCellThroughTheEditor) {
+    F form;
+    form.SetCell(1, F::name, u"text");
+    form.GoTo(1, F::name);
+    form.Press(VK_DELETE);
+    ASSERT_TRUE(form.Frame());
+    form.Press(VK_RETURN);
+    EXPECT_EQ(form.Cell(1, F::name), u"");
+    EXPECT_EQ(form.Log(), "1(1, 1, text, False)\n2(1, 1, text, , False)\n");
+    form.SetCell(1, F::locked, u"kept");
+    form.GoTo(1, F::locked);
+    form.Press(VK_DELETE);
+    EXPECT_FALSE(form.Frame());
+    EXPECT_EQ(form.Cell(1, F::locked), u"kept");
+}
+
+TEST(ComboGridKeys, DeleteOfASelectedRowAsksFirst) {
+    struct Case {
+        int rows;
+        int row;
+        bool yes;
+        const char* names;
+        const char* events;
+    };
+    const Case cases[] = {
+        {3, 2, true, "Name;a;c;", "6(2)\n2(-1, -1, , , False)\n"},
+        {3, 2, false, "Name;a;b;c;", ""},
+        {1, 1, true, "Name;;", "6(1)\n2(-1, -1, , , False)\n"},
+        {1, 1, false, "Name;a;", ""},
+    };
+    for (const Case& c : cases) {
+        F form({{L"AutoRecordNumber", Variant(true)}});
+        Fill(form, c.rows);
+        form.GoTo(c.row, F::name);
+        SelectRow(form, c.row);
+        form.Log();
+        {
+            const Person person([&] {
+                if (const HWND box = WaitForBox()) ClickOn(ButtonOf(box, c.yes ? 1 : 2));
+            });
+            form.Press(VK_DELETE);
+            WaitFor([] { return !FindBox(); }, 8000);
+        }
+        EXPECT_EQ(Column(form, F::name), c.names);
+        EXPECT_EQ(form.Log(), c.events);
+        EXPECT_EQ(form.Number(L"Changed") != 0, c.yes);
+        const std::string numbers = Column(form, F::no);
+        EXPECT_EQ(numbers, c.rows == 1 ? "No;1;" : c.yes ? "No;1;2;" : "No;1;2;3;");
+    }
+}
+
+TEST(ComboGridKeys, EnterInARowWithoutItsKeyLeavesTheGrid) {
+    F form({{L"KeyColumn", Variant(F::name)}});
+    form.GoTo(1, F::qty);
+    EXPECT_TRUE(form.Press(VK_RETURN)) << "the container is left to move the focus on";
+    EXPECT_EQ(form.Current(), "1,2");
+    form.SetCell(1, F::name, u"x");
+    EXPECT_FALSE(form.Press(VK_RETURN));
+    EXPECT_EQ(form.Current(), "1,3");
+    // A key column that is not there is an error, which is told.
+    Put(form.grid.get(), L"KeyColumn", {Variant(44)});
+    const Person person([] {
+        if (WaitForBox()) TypeKey(VK_RETURN);
+    });
+    form.Press(VK_RETURN);
+    WaitFor([] { return !FindBox(); }, 8000);
+    EXPECT_EQ(form.Current(), "1,3");
+}
+
+TEST(ComboGridKeys, HostsMayRefuseAndChangeKeys) {
+    F form;
+    Fill(form, 3);
+    short becomes = 0;
+    form.events->onEvent = [&](DISPID id, DISPPARAMS& arguments) {
+        if (id == DISPID_KEYDOWN) *arguments.rgvarg[1].piVal = becomes;
+    };
+    for (const int key : {VK_INSERT, VK_DELETE, VK_RETURN}) {
+        form.GoTo(2, F::name);
+        SelectRow(form, 2);
+        form.Press(key);
+        EXPECT_EQ(Column(form, F::name), "Name;a;b;c;") << key;
+        EXPECT_EQ(form.Current(), "2,1") << key;
+        EXPECT_FALSE(FindBox()) << key;
+    }
+    becomes = VK_INSERT;
+    form.Press(VK_F9);
+    EXPECT_EQ(Column(form, F::name), "Name;a;;b;c;") << "the key that the host has put in its place";
+}
+
+TEST(ComboGridKeys, ThePickListKeepsWhatWasTyped) {
+    F form;
+    form.GoTo(1, F::item);
+    form.Type(L"ban");
+    const Text typed = *Call(form.List(F::item).get(), L"Text").ToText();
+    form.Press(VK_RETURN);
+    EXPECT_EQ(form.Cell(1, F::item), u"Banana");
+    EXPECT_EQ(*Call(form.List(F::item).get(), L"Text").ToText(), typed);
+}
+
+}  // namespace
+}  // namespace qvx::test

@@ -1,0 +1,33 @@
+// The library's message box as somebody in front of the screen meets it.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+
+#include "tests/support/input.h"
+
+namespace qvx::test {
+
+inline HWND FindBox() { return FindWindowW(L"QvxMessageBox", nullptr); }
+
+// Called from the person's thread: the box, once it takes keys; null after some seconds without one, which is a
+// failure.
+inline HWND WaitForBox() {
+    HWND box = nullptr;
+    EXPECT_TRUE(WaitFor(
+        [&] {
+            box = FindBox();
+            return box && IsWindowVisible(box) && GetForegroundWindow() == box;
+        },
+        8000, false));
+    // Nobody is quicker. A window manager that still confirms the activation would call a press off.
+    Sleep(200);
+    return box;
+}
+
+// The buttons in the order they were made: OK, then Cancel.
+inline HWND ButtonOf(HWND box, int number) { return GetDlgItem(box, number); }
+
+}  // namespace qvx::test

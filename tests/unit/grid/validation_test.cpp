@@ -1,0 +1,70 @@
+// Whole grids checked: which cell fails first, and with which words.
+#include "controls/grid/validation.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/unit/grid/grid_fixture.h"
+
+namespace qvx::grid {
+namespace {
+
+std::string Told(const std::optional<InvalidCell>& found) {
+    if (!found) return "passes";
+    return std::to_string(found->row) + "," + std::to_string(found->col) + " " + Narrow(found->message);
+}
+
+TEST(Validation, OneCellAgainstTheRulesOfItsColumn) {
+    constexpr const char* less = "1,1 Value should be less than zero.";
+    constexpr const char* atMost = "1,1 Value should be less than or equal to zero.";
+    constexpr const char* greater = "1,1 Value should be greater than zero.";
+    constexpr const char* atLeast = "1,1 Value should be greater than or equal to zero.";
+    constexpr const char* notZero = "1,1 Value should not be zero.";
+    constexpr const char* required = "1,1 You must enter a valid data.";
+    constexpr const char* passes = "passes";
+    struct Case {
+        TextView cell;
+        TextView required;
+        TextView rules;
+        const char* verdict;
+    };
+    const Case cases[] = {
+        {u"-1", u"", u";A-0;", passes},     {u"0", u"", u";A-0;", less},         {u"", u"", u";A-0;", less},
+        {u"0", u"", u";a-1;", passes},      {u"0.01", u"", u";A-1;", atMost},    {u"2 kg", u"", u";A-2;", passes},
+        {u"kg", u"", u";A-2;", greater},    {u"", u"", u";A-2;", greater},       {u"", u"", u";A-3;", passes},
+        {u"-0.5", u"", u";A-3;", atLeast},  {u"", u"", u";A-4;", notZero},       {u"1,250", u"", u";A-4;", passes},
+        {u"0", u"", u";A-3;A-4;", notZero}, {u"-1", u"", u";A-4;A-3;", atLeast}, {u"5", u"", u"A-0;", passes},
+        {u"x", u";A;", u"", passes},        {u" ", u";a;", u"", required},       {u"\t", u";A;", u"", passes},
+        {u"", u";A;", u";A-2;", required},  {u"0", u";A;", u";A-2;", greater},   {u"", u";B;", u";B-2;", passes},
+    };
+    for (const Case& c : cases) {
+        flexgrid::Grid grid;
+        Fill(grid, {u"No\tA", u"1\t"});
+        grid.SetTextMatrix(1, 1, c.cell);
+        ControlState state;
+        state.requiredFields = c.required;
+        state.checkValueFor = c.rules;
+        EXPECT_EQ(Told(FindInvalidCell(grid, state)), c.verdict) << Narrow(c.cell) << " " << Narrow(c.rules);
+    }
+}
+
+TEST(Validation, TheFirstCellRowByRowFixedColumnsAndRowsBelowTheFirstIncluded) {
+    flexgrid::Grid grid;
+    Fill(grid, {u"No\tA\tB", u"1\tx\t5", u"2\t\t0", u"\t\t1"});
+    ControlState state;
+    state.requiredFields = u";A;No;";
+    state.checkValueFor = u";B-2;";
+    EXPECT_EQ(Told(FindInvalidCell(grid, state)), "2,1 You must enter a valid data.");
+    grid.SetTextMatrix(2, 1, u"x");
+    EXPECT_EQ(Told(FindInvalidCell(grid, state)), "2,2 Value should be greater than zero.");
+    grid.SetTextMatrix(2, 2, u"1");
+    EXPECT_EQ(Told(FindInvalidCell(grid, state)), "3,0 You must enter a valid data.");
+    grid.SetFixedRows(2);
+    grid.SetTextMatrix(1, 1, u"");
+    EXPECT_EQ(Told(FindInvalidCell(grid, state)), "1,1 You must enter a valid data.") << "from row 1 on, fixed or not";
+    grid.SetFixedRows(1);
+    grid.SetRows(1);
+    EXPECT_EQ(Told(FindInvalidCell(grid, state)), "passes");
+}
+
+}  // namespace
+}  // namespace qvx::grid
