@@ -14,18 +14,23 @@ namespace {
 // An argument that stands in for the caller's during the call, because the parameter is a typed reference and the
 // caller passed something else.
 struct StandIn {
-    Variant value;              // of the parameter's type
-    VARIANT* caller = nullptr;  // the variable to write back into; null for arguments by value
-    UINT index = 0;             // of the argument in the call
+    Variant value;     // of the parameter's type
+    VARIANT caller{};  // what was passed: a reference to the variable to write back into, or a mere value
+    UINT index = 0;    // of the argument in the call
 };
 
-const std::vector<VARTYPE>* ParametersOf(const MemberTable& members, DISPID member, WORD flags) {
+struct Parameters {
+    const std::vector<VARTYPE>* types = nullptr;  // null for a member that has none
+    size_t required = 0;
+};
+
+Parameters ParametersOf(const MemberTable& members, DISPID member, WORD flags) {
     for (const INVOKEKIND kind : {INVOKE_FUNC, INVOKE_PROPERTYGET, INVOKE_PROPERTYPUT, INVOKE_PROPERTYPUTREF}) {
         if (!(flags & kind)) continue;
         const auto found = members.parameters.find({member, kind});
-        if (found != members.parameters.end()) return &found->second;
+        if (found != members.parameters.end()) return {&found->second, members.required.at({member, kind})};
     }
-    return nullptr;
+    return {};
 }
 
 // The number of the parameter that argument `index` of the call is for; arguments stand right to left, named ones
@@ -68,17 +73,41 @@ bool IsPlain(VARTYPE type) {
     }
 }
 
+bool IsPlainReference(VARTYPE type) { return (type & VT_BYREF) && IsPlain(static_cast<VARTYPE>(type & ~VT_BYREF)); }
+
+// A variable for the method to write into where the caller gave none; optional ones are all 0 by default.
+Variant ZeroOf(VARTYPE type) {
+    Variant zero;
+    zero.ptr()->vt = type;
+    return zero;
+}
+
+// How many arguments are to be added at the end so that the method gets a variable for each optional reference. The
+// system cannot make one up.
+UINT MissingReferences(const DISPPARAMS& call, const Parameters& parameters) {
+    size_t wanted = call.cArgs;
+    if (call.cNamedArgs > 0 || wanted < parameters.required) return 0;
+    for (size_t p = wanted; p < parameters.types->size(); ++p)
+        if (IsPlainReference((*parameters.types)[p])) wanted = p + 1;
+    return static_cast<UINT>(wanted - call.cArgs);
+}
+
 // Rewrites the arguments for the method's parameters. Returns the index of an argument that cannot be read as its
 // parameter's type.
-std::optional<UINT> Adapt(std::vector<VARIANT>& arguments, const DISPPARAMS& call, const std::vector<VARTYPE>& types,
+std::optional<UINT> Adapt(std::vector<VARIANT>& arguments, const DISPPARAMS& call, const Parameters& parameters,
                           std::vector<StandIn>& standIns) {
+    const std::vector<VARTYPE>& types = *parameters.types;
     for (UINT i = 0; i < call.cArgs; ++i) {
         const size_t parameter = ParameterIndex(call, i, types.size());
-        if (parameter >= types.size() || IsMissing(arguments[i])) continue;
+        if (parameter >= types.size()) continue;
         const VARTYPE type = types[parameter];
         const auto target = static_cast<VARTYPE>(type & ~VT_BYREF);
+        if (IsMissing(arguments[i])) {
+            if (parameter >= parameters.required && IsPlainReference(type))
+                standIns.push_back({ZeroOf(target), VARIANT{}, i});
+            continue;
+        }
         VARIANT& argument = arguments[i];
-        const bool variantReference = argument.vt == (VT_BYREF | VT_VARIANT);
         if (target == VT_VARIANT) continue;
         if (!(type & VT_BYREF)) {
             // A typed value: a borrowed look at the caller's variable is enough, the system converts it.
@@ -97,49 +126,11 @@ std::optional<UINT> Adapt(std::vector<VARIANT>& arguments, const DISPPARAMS& cal
                                               : Variant(static_cast<IUnknown*>(nullptr));
         }
         if (!converted) return i;
-        standIns.push_back({std::move(*converted), variantReference ? argument.pvarVal : nullptr, i});
+        standIns.push_back({std::move(*converted), argument, i});
     }
     // Only now, when the list no longer grows.
     for (StandIn& standIn : standIns) PointInto(arguments[standIn.index], standIn.value, standIn.value.Type());
     return std::nullopt;
-}
-
-void WriteBack(std::vector<StandIn>& standIns) {
-    for (StandIn& standIn : standIns) {
-        VARIANT* caller = standIn.caller;
-        while (caller && caller->vt == (VT_BYREF | VT_VARIANT)) caller = caller->pvarVal;
-        if (!caller) continue;
-        if (!(caller->vt & VT_BYREF)) {
-            VariantCopy(caller, standIn.value.ptr());
-            continue;
-        }
-        // A variant that refers on to a typed variable of the caller's.
-        const auto converted = standIn.value.To(static_cast<VARTYPE>(caller->vt & ~VT_BYREF));
-        if (!converted) continue;
-        const VARIANT& value = converted->get();
-        switch (caller->vt & ~VT_BYREF) {
-            case VT_I2:
-                *caller->piVal = value.iVal;
-                break;
-            case VT_I4:
-                *caller->plVal = value.lVal;
-                break;
-            case VT_BOOL:
-                *caller->pboolVal = value.boolVal;
-                break;
-            case VT_R4:
-                *caller->pfltVal = value.fltVal;
-                break;
-            case VT_R8:
-                *caller->pdblVal = value.dblVal;
-                break;
-            case VT_BSTR:
-                SysReAllocStringLen(caller->pbstrVal, value.bstrVal, SysStringLen(value.bstrVal));
-                break;
-            default:
-                break;
-        }
-    }
 }
 
 }  // namespace
@@ -150,18 +141,24 @@ HRESULT InvokeThroughTypeLibrary(const MemberTable& members, void* self, DISPID 
     return Guard([&]() -> HRESULT {
         if (!arguments) return E_POINTER;
         SetErrorInfo(0, nullptr);
-        std::vector<VARIANT> adapted(arguments->rgvarg, arguments->rgvarg + arguments->cArgs);
+        const Parameters parameters = ParametersOf(members, member, flags);
+        const UINT added = parameters.types ? MissingReferences(*arguments, parameters) : 0;
+        // Arguments stand right to left.
+        std::vector<VARIANT> adapted(added, Variant::Missing().get());
+        adapted.insert(adapted.end(), arguments->rgvarg, arguments->rgvarg + arguments->cArgs);
+        DISPPARAMS call = *arguments;
+        call.rgvarg = adapted.data();
+        call.cArgs += added;
         std::vector<StandIn> standIns;
-        if (const auto* types = ParametersOf(members, member, flags); types && !types->empty()) {
-            if (const auto wrong = Adapt(adapted, *arguments, *types, standIns)) {
-                if (argumentInError) *argumentInError = *wrong;
+        if (parameters.types && !parameters.types->empty()) {
+            if (const auto wrong = Adapt(adapted, call, parameters, standIns)) {
+                if (argumentInError) *argumentInError = *wrong - added;
                 return DISP_E_TYPEMISMATCH;
             }
         }
-        DISPPARAMS call = *arguments;
-        call.rgvarg = adapted.data();
         const HRESULT outcome = members.info->Invoke(self, member, flags, &call, result, exception, argumentInError);
-        WriteBack(standIns);
+        if (FAILED(outcome) && argumentInError && *argumentInError >= added) *argumentInError -= added;
+        for (const StandIn& standIn : standIns) StoreThrough(standIn.caller, standIn.value);
         return outcome;
     });
 }

@@ -1,5 +1,7 @@
 #include "com/variant.h"
 
+#include <utility>
+
 #include "com/guard.h"
 
 namespace qvx {
@@ -53,6 +55,61 @@ bool IsMissing(const VARIANT& value) {
     const VARIANT* plain = &value;
     while (plain->vt == (VT_BYREF | VT_VARIANT)) plain = plain->pvarVal;
     return plain->vt == VT_ERROR && plain->scode == DISP_E_PARAMNOTFOUND;
+}
+
+bool StoreThrough(const VARIANT& reference, const Variant& value) {
+    if (!(reference.vt & VT_BYREF) || !reference.byref) return false;
+    const auto type = static_cast<VARTYPE>(reference.vt & ~VT_BYREF);
+    if (type == VT_VARIANT) {
+        VARIANT& variable = *reference.pvarVal;
+        if (variable.vt & VT_BYREF) return StoreThrough(variable, value);
+        return SUCCEEDED(VariantCopy(&variable, Source(value.get())));
+    }
+    auto converted = value.Type() == type ? std::optional(value) : value.To(type);
+    if (!converted) return false;
+    const VARIANT& from = converted->get();
+    switch (type) {
+        case VT_I1:
+        case VT_UI1:
+            *reference.pbVal = from.bVal;
+            return true;
+        case VT_I2:
+        case VT_UI2:
+        case VT_BOOL:
+            *reference.piVal = from.iVal;
+            return true;
+        case VT_I4:
+        case VT_UI4:
+        case VT_INT:
+        case VT_UINT:
+        case VT_ERROR:
+            *reference.plVal = from.lVal;
+            return true;
+        case VT_R4:
+            *reference.pfltVal = from.fltVal;
+            return true;
+        case VT_R8:
+        case VT_DATE:
+            *reference.pdblVal = from.dblVal;
+            return true;
+        case VT_I8:
+        case VT_UI8:
+            *reference.pllVal = from.llVal;
+            return true;
+        case VT_CY:
+            *reference.pcyVal = from.cyVal;
+            return true;
+        // These own something: the variable takes it over, and its former value goes.
+        case VT_BSTR:
+            SysFreeString(std::exchange(*reference.pbstrVal, converted->detach().bstrVal));
+            return true;
+        case VT_DISPATCH:
+        case VT_UNKNOWN:
+            if (IUnknown* former = std::exchange(*reference.ppunkVal, converted->detach().punkVal)) former->Release();
+            return true;
+        default:
+            return false;
+    }
 }
 
 }  // namespace qvx

@@ -99,4 +99,9 @@ class Variant {
 // Whether an optional VARIANT argument was left out by the caller.
 bool IsMissing(const VARIANT& value);
 
+// Stores a value in the caller's variable that `reference` leads to, through any number of variants that refer on to
+// others, converted to the variable's own type. False, with the variable as it was, when that cannot be done or
+// `reference` is no reference at all.
+bool StoreThrough(const VARIANT& reference, const Variant& value);
+
 }  // namespace qvx

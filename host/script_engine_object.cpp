@@ -64,46 +64,16 @@ class Argument {
         if (source_->vt == (VT_BYREF | VT_VARIANT)) local_ = Variant(*source_);
         return local_.get();
     }
-    void Assign(const VARIANT& value) {
+    void Assign(const Variant& value) {
         if (source_->vt == (VT_BYREF | VT_VARIANT)) {
-            VariantCopyInd(source_->pvarVal, const_cast<VARIANT*>(&value));
+            StoreThrough(*source_, value);
         } else {
-            local_ = Variant(value);
+            local_ = value;
         }
     }
     // Into the caller's variable; an answer of a type that cannot be converted leaves it as it was.
     void CopyBack() {
-        const VARTYPE type = source_->vt & ~VT_BYREF;
-        if (!ByReference() || type == VT_VARIANT) return;
-        auto converted = local_.To(type);
-        if (!converted) return;
-        const VARIANT& value = converted->get();
-        switch (type) {
-            case VT_BOOL:
-                *source_->pboolVal = value.boolVal;
-                break;
-            case VT_I2:
-                *source_->piVal = value.iVal;
-                break;
-            case VT_I4:
-            case VT_INT:
-                *source_->plVal = value.lVal;
-                break;
-            case VT_R4:
-                *source_->pfltVal = value.fltVal;
-                break;
-            case VT_R8:
-                *source_->pdblVal = value.dblVal;
-                break;
-            case VT_BSTR: {
-                BSTR fresh = NewBstr(FromBstr(value.bstrVal));
-                SysFreeString(*source_->pbstrVal);
-                *source_->pbstrVal = fresh;
-                break;
-            }
-            default:
-                break;
-        }
+        if (source_->vt != (VT_BYREF | VT_VARIANT)) StoreThrough(*source_, local_);
     }
 
   private:
@@ -261,22 +231,21 @@ bool ScriptEngine::Call(TextView procedure, const std::vector<VARIANT*>& argumen
     Variant answer;
     const HRESULT result = code->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, answer.put(),
                                         &exception, nullptr);
-    if (FAILED(result)) {
-        if (!site->reported) {
-            exception.scode = exception.scode ? exception.scode : result;
-            report({0, 0, Text(procedure) + u": " + DescriptionOf(exception), {}});
-        }
-        return false;
-    }
-    if (answersByReturning && answer.Type() != VT_EMPTY && answer.Type() != VT_NULL) {
+    if (SUCCEEDED(result) && answersByReturning && answer.Type() != VT_EMPTY && answer.Type() != VT_NULL) {
         for (auto it = passing.rbegin(); it != passing.rend(); ++it) {
             if (!(*it)->ByReference()) continue;
-            (*it)->Assign(answer.get());
+            (*it)->Assign(answer);
             break;
         }
     }
+    // A procedure that failed has assigned what it assigned before: the veto of a handler that then stumbles counts.
     for (const auto& argument : passing) argument->CopyBack();
-    return true;
+    if (SUCCEEDED(result)) return true;
+    if (!site->reported) {
+        exception.scode = exception.scode ? exception.scode : result;
+        report({0, 0, Text(procedure) + u": " + DescriptionOf(exception), {}});
+    }
+    return false;
 }
 
 }  // namespace qvx::host

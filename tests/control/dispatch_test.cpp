@@ -3,10 +3,68 @@
 
 #include "Qvx.h"
 #include "tests/support/container.h"
+#include "tests/support/late_bound_object.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::test {
 namespace {
+
+// Into variables of every type that events and methods use, directly and through a variant that refers on to them.
+TEST(StoreThroughReference, ConvertsToTheVariablesType) {
+    const auto into = [](VARTYPE type, void* variable, const Variant& value) {
+        VARIANT typed{};
+        typed.vt = static_cast<VARTYPE>(VT_BYREF | type);
+        typed.byref = variable;
+        VARIANT outer{};
+        outer.vt = VT_BYREF | VT_VARIANT;
+        outer.pvarVal = &typed;
+        EXPECT_EQ(StoreThrough(typed, value), StoreThrough(outer, value)) << type;
+        return StoreThrough(outer, value);
+    };
+    BYTE byte = 0;
+    SHORT small = 0;
+    LONG number = 0;
+    LONGLONG large = 0;
+    float single = 0;
+    double real = 0;
+    VARIANT_BOOL flag = VARIANT_FALSE;
+    BSTR text = SysAllocString(L"former");
+    EXPECT_TRUE(into(VT_UI1, &byte, Variant(200)));
+    EXPECT_TRUE(into(VT_I2, &small, Variant(u"-3")));
+    EXPECT_TRUE(into(VT_I4, &number, Variant(7.0)));
+    EXPECT_TRUE(into(VT_I8, &large, Variant(u"5000000000")));
+    EXPECT_TRUE(into(VT_R4, &single, Variant(0.5)));
+    EXPECT_TRUE(into(VT_R8, &real, Variant(u"2.5")));
+    EXPECT_TRUE(into(VT_BOOL, &flag, Variant(1)));
+    EXPECT_TRUE(into(VT_BSTR, &text, Variant(true)));
+    EXPECT_EQ(200, byte);
+    EXPECT_EQ(-3, small);
+    EXPECT_EQ(7, number);
+    EXPECT_EQ(5000000000, large);
+    EXPECT_EQ(0.5f, single);
+    EXPECT_EQ(2.5, real);
+    EXPECT_EQ(VARIANT_TRUE, flag);
+    EXPECT_FALSE(Text(FromBstr(text)).empty());
+    EXPECT_TRUE(into(VT_BSTR, &text, Variant(u"")));
+    EXPECT_EQ(u"", Text(FromBstr(text)));
+    SysFreeString(text);
+
+    EXPECT_FALSE(into(VT_I4, &number, Variant(u"many")));
+    EXPECT_FALSE(into(VT_I2, &small, Variant(40000)));
+    EXPECT_EQ(7, number);
+    EXPECT_EQ(-3, small);
+    EXPECT_FALSE(StoreThrough(Variant(1).get(), Variant(2))) << "a value leads to no variable";
+
+    const auto object = MakeObject<LateBoundObject>();
+    IDispatch* held = ComPtr<IDispatch>(object.get()).detach();
+    EXPECT_TRUE(into(VT_DISPATCH, &held, Variant(static_cast<IDispatch*>(nullptr))));
+    EXPECT_EQ(nullptr, held);
+    EXPECT_TRUE(into(VT_DISPATCH, &held, Variant(static_cast<IDispatch*>(object.get()))));
+    ASSERT_EQ(object.get(), held);
+    held->AddRef();
+    EXPECT_EQ(2u, held->Release()) << "the test's own and the variable's";
+    held->Release();
+}
 
 class LateBound : public ::testing::Test {
   protected:
@@ -78,6 +136,7 @@ TEST_F(LateBound, ByReferenceArgumentsComeBack) {
     typed.vt = VT_BYREF | VT_I2;
     typed.piVal = &small;
     EXPECT_EQ(S_OK, next(typed).result);
+    EXPECT_EQ(1, small) << "the variable's own type is the one that is written";
     // A value without a variable behind it serves too.
     EXPECT_EQ(1, next(Variant(2).get()).value.ToLong());
     Variant wrong(u"second");

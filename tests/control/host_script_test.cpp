@@ -71,6 +71,18 @@ TEST(HostScript, AnAnswerOfAnotherTypeLeavesTheCallersVariableAlone) {
     EXPECT_EQ(number, 5);
 }
 
+TEST(HostScript, WhatAProcedureAssignedBeforeItFailedComesBack) {
+    Script script(u"a.vbs", u"Sub Change(L, V)\n L = 9\n V = \"set\"\n L.Nobody\nEnd Sub\n");
+    LONG number = 5;
+    Variant value;
+    VARIANT first = Reference(VT_I4, &number);
+    VARIANT second = Reference(VT_VARIANT, value.ptr());
+    EXPECT_FALSE(script->Call(u"Change", {&first, &second}));
+    EXPECT_EQ(number, 9);
+    EXPECT_EQ(value.ToText(), u"set");
+    EXPECT_EQ(script.errors.size(), 1u);
+}
+
 TEST(HostScript, JScriptAnswersByReturning) {
     Script script(u"a.js",
                   u"function Veto(row, cancel) { return row == 3; }\n"
