@@ -16,7 +16,7 @@ class ClassSource {
     ClassSource() = default;
     ClassSource(const ClassSource&) = delete;
     ClassSource& operator=(const ClassSource&) = delete;
-    ~ClassSource();
+    virtual ~ClassSource();
 
     // Loads a component file; the classes its type library names come from there from now on. Throws RunTimeError 53
     // when there is no such file and ComError when it holds no components.
@@ -24,7 +24,7 @@ class ClassSource {
 
     // A new object of the class a form calls "Library.Class". Throws ComError: REGDB_E_CLASSNOTREG when nobody knows
     // the class.
-    ComPtr<IUnknown> Create(const Text& className) const;
+    virtual ComPtr<IUnknown> Create(const Text& className) const;
 
   private:
     bool FindInFile(const Text& className, CLSID& id) const;

@@ -84,12 +84,12 @@ SavedProperties FormControl::Saved() {
     return saved;
 }
 
-void FormControl::SaveToBlock(MergeMode mode) {
+void FormControl::SaveToBlock(const SavedProperties& saved, MergeMode mode) {
     static const std::vector<Text> ofTheForm = {u"Index",   u"Left",    u"Top", u"Width",       u"Height",  u"TabIndex",
                                                 u"TabStop", u"Visible", u"Tag", u"ToolTipText", u"Default", u"Cancel"};
     std::vector<Text> known = KnownProperties();
     known.insert(known.end(), ofTheForm.begin(), ofTheForm.end());
-    MergeSaved(block_, loaded_, Saved(), known, mode);
+    MergeSaved(block_, loaded_, saved, known, mode);
 }
 
 bool FormControl::TranslateKey(MSG&) { return false; }

@@ -62,10 +62,12 @@ class FormControl {
     bool IsDefault() const { return default_; }
     bool IsCancel() const { return cancel_; }
 
-    // Before the script runs: what the control is like now is what its block says.
-    void RememberAsLoaded() { loaded_ = Saved(); }
-    // Brings what changed since (or everything) into the block.
-    void SaveToBlock(MergeMode mode);
+    // What a form file keeps of the control, as it is now. Throws RunTimeError when the control cannot say.
+    SavedProperties Saved();
+    // `saved` is what the block says: when the form has been loaded, and whenever it has been saved.
+    void RememberAsLoaded(SavedProperties saved) { loaded_ = std::move(saved); }
+    // Brings what differs from what was loaded (or everything) into the block.
+    void SaveToBlock(const SavedProperties& saved, MergeMode mode);
 
     // The window of the control, or null for one that has none. Children of a container are children of this window.
     virtual HWND Window() const = 0;
@@ -108,8 +110,6 @@ class FormControl {
     const Block& File() const { return block_; }
 
   private:
-    SavedProperties Saved();
-
     HostForm& form_;
     Block& block_;
     FormControl* container_;

@@ -23,12 +23,14 @@ constexpr OLE_COLOR buttonText = 0x80000012;
 constexpr int defaultWidth = 4800;  // twips
 constexpr int defaultHeight = 3600;
 constexpr int pathAccessError = 75;
+constexpr int objectNotSet = 91;
 
 // Commands of the design menu; properties of the controls follow from the last one on.
 constexpr unsigned designSave = 40000;
 constexpr unsigned designClose = 40001;
 constexpr unsigned designProperties = 40010;
 
+constexpr int exitNotSaved = 4;
 constexpr UINT messageClose = WM_APP + 1;
 constexpr WORD iconResource = 1;
 
@@ -121,7 +123,11 @@ void HostForm::Build() {
                  SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     for (const auto& control : controls_) {
         UpdateToolTip(*control);
-        control->RememberAsLoaded();
+        try {
+            control->RememberAsLoaded(control->Saved());
+        } catch (const RunTimeError&) {
+            // It can be shown all the same; whoever saves the form will hear of it.
+        }
     }
     loaded_ = Saved();
 }
@@ -286,12 +292,24 @@ void HostForm::SetClientSize(int width, int height) {
 }
 
 void HostForm::AskToClose(int code) {
-    wantedExitCode_ = code;
-    // Not now: whoever asks is in the middle of something, often inside an event of a control.
-    PostMessageW(Handle(), messageClose, 0, 0);
+    if (!Handle()) return;
+    if (closing_) {
+        if (code) closing_ = code;
+        return;
+    }
+    // Not now: whoever asks is in the middle of something, often inside an event of a control. The code travels along,
+    // since the request may be refused.
+    PostMessageW(Handle(), messageClose, static_cast<WPARAM>(code), 0);
 }
 
-void HostForm::OnClose() {
+void HostForm::OnClose(int code) {
+    // Handlers and message boxes run message loops, where the user may well press the closing box once more.
+    if (closing_) return;
+    closing_ = code;
+    struct Done {
+        std::optional<int>& closing;
+        ~Done() { closing.reset(); }
+    } const done{closing_};
     // What is being typed belongs to the form before it is asked whether it may go.
     if (active_) active_->OnLeft();
     VARIANT_BOOL cancel = VARIANT_FALSE;
@@ -299,16 +317,18 @@ void HostForm::OnClose() {
     argument.vt = VT_BYREF | VT_BOOL;
     argument.pboolVal = &cancel;
     FireForm(u"Unload", {&argument});
-    if (cancel) return;
-    if (wantedExitCode_) exitCode_ = wantedExitCode_;
+    if (cancel || !Handle()) return;
+    bool saved = true;
     if (!options_.save.empty()) {
         try {
             Save(options_.save);
-        } catch (const RunTimeError& error) {
-            exitCode_ = 4;
-            reporter_.Error(error.Description());
+        } catch (...) {
+            saved = false;
+            reporter_.Error(FailureInFlightText());
         }
     }
+    if (*closing_) exitCode_ = *closing_;
+    if (!saved) exitCode_ = exitNotSaved;
     running_ = false;
     reporter_.SetOwner(nullptr);
     Destroy();
@@ -327,15 +347,21 @@ SavedProperties HostForm::Saved() {
 }
 
 void HostForm::Save(const Text& path) {
+    // The texts of the labels and fields went with their windows.
+    if (!Handle()) throw RunTimeError(objectNotSet, u"the form has closed and cannot be saved any more");
     const MergeMode mode = options_.rewrite ? MergeMode::everything : MergeMode::changes;
-    for (const auto& control : controls_) control->SaveToBlock(mode);
-    MergeSaved(file_.form, loaded_, Saved(),
+    // All are asked before the first block changes: what one of them cannot say must leave the file as it is.
+    std::vector<SavedProperties> saved;
+    for (const auto& control : controls_) saved.push_back(control->Saved());
+    for (std::size_t i = 0; i < controls_.size(); ++i) controls_[i]->SaveToBlock(saved[i], mode);
+    SavedProperties own = Saved();
+    MergeSaved(file_.form, loaded_, own,
                {u"Caption", u"ClientHeight", u"ClientWidth", u"ScaleHeight", u"ScaleWidth", u"BackColor", u"ForeColor",
                 u"Tag", u"Font"},
                mode);
-    // What was written is what is loaded from now on.
-    for (const auto& control : controls_) control->RememberAsLoaded();
-    loaded_ = Saved();
+    // What the blocks say is what is loaded from now on.
+    for (std::size_t i = 0; i < controls_.size(); ++i) controls_[i]->RememberAsLoaded(std::move(saved[i]));
+    loaded_ = std::move(own);
     const std::string bytes = file_.Write();
     // Beside the target first: a full disk must not cost the form that is there.
     const Text beside = path + u".new";
@@ -417,11 +443,7 @@ LRESULT HostForm::OnColor(UINT message, WPARAM wParam, LPARAM lParam) {
 
 void HostForm::OnFault() noexcept {
     try {
-        throw;
-    } catch (const RunTimeError& error) {
-        reporter_.Error(error.Description());
-    } catch (const ComError& error) {
-        reporter_.Error(FailureText(error.Result()));
+        reporter_.Error(FailureInFlightText());
     } catch (...) {
         // Nothing sensible can be said, and the form goes on.
     }
@@ -470,8 +492,10 @@ LRESULT HostForm::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             return Default(message, wParam, lParam);
         case WM_CLOSE:
+            OnClose(0);
+            return 0;
         case messageClose:
-            OnClose();
+            OnClose(static_cast<int>(wParam));
             return 0;
         case WM_DESTROY:
             PostQuitMessage(0);

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "com/font_object.h"
@@ -81,9 +82,10 @@ class HostForm final : public Window {
     MenuBar& Menus() { return menus_; }
     const Text& Tag() const { return tag_; }
     void SetTag(Text tag) { tag_ = std::move(tag); }
-    // Asks Form_Unload, and then closes. `code` becomes the program's exit code when it is not 0.
+    // Asks Form_Unload, and then closes. `code` becomes the program's exit code when it is not 0 and the form agrees.
     void AskToClose(int code = 0);
-    // Writes the form, as it is now, to a file. Throws RunTimeError 75 when that cannot be done.
+    // Writes the form, as it is now, to a file. Throws RunTimeError 75 when that cannot be done, and 91 when the form
+    // has closed.
     void Save(const Text& path);
     int ExitCode() const { return exitCode_; }
 
@@ -98,7 +100,7 @@ class HostForm final : public Window {
     void OnDesignCommand(unsigned id);
     void OnCommand(WPARAM wParam, LPARAM lParam);
     LRESULT OnColor(UINT message, WPARAM wParam, LPARAM lParam);
-    void OnClose();
+    void OnClose(int code);
     void FireForm(TextView event, const std::vector<VARIANT*>& arguments = {});
     void AmbientChanged(DISPID property);
     SavedProperties Saved();
@@ -137,7 +139,7 @@ class HostForm final : public Window {
     ComPtr<FormObject> automation_;
     bool running_ = false;  // the script has been loaded and the form is not closing
     int exitCode_ = 0;
-    int wantedExitCode_ = 0;  // of whoever asked for the closing
+    std::optional<int> closing_;  // the exit code of the closing under way
 };
 
 }  // namespace qvx::host

@@ -93,13 +93,8 @@ int RunForm(const Options& options, Reporter& reporter) {
         Text place = options.form;
         if (error.Line() > 0) place += u"(" + ValueAsText(FormValue(std::int32_t{error.Line()})) + u")";
         reporter.Error(place + u": " + error.Message());
-    } catch (const RunTimeError& error) {
-        reporter.Error(error.Description());
-    } catch (const ComError& error) {
-        reporter.Error(FailureText(error.Result()));
-    } catch (const std::exception& error) {
-        const std::string_view what = error.what();
-        reporter.Error(Text(what.begin(), what.end()));
+    } catch (...) {
+        reporter.Error(FailureInFlightText());
     }
     return exitLoad;
 }

@@ -3,8 +3,10 @@
 #include <string>
 #include <vector>
 
+#include "com/guard.h"
 #include "com/module.h"
 #include "com/text.h"
+#include "common/run_time_error.h"
 #include "host/text_encoding.h"
 
 namespace qvx::host {
@@ -53,6 +55,21 @@ Text FailureText(HRESULT result) {
     Text said(FromWide(std::wstring_view(words, length)));
     while (!said.empty() && (said.back() <= u' ' || said.back() == u'.')) said.pop_back();
     return said.empty() ? text : text + u" (" + said + u")";
+}
+
+Text FailureInFlightText() {
+    try {
+        throw;
+    } catch (const RunTimeError& error) {
+        return error.Description();
+    } catch (const ComError& error) {
+        return FailureText(error.Result());
+    } catch (const std::exception& error) {
+        const std::string_view what = error.what();
+        return Text(what.begin(), what.end());
+    } catch (...) {
+        return u"unknown failure";
+    }
 }
 
 }  // namespace qvx::host

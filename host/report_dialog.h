@@ -31,4 +31,7 @@ Text ProgramTitle();
 // "error 0x80040154" with the system's own words where it has some.
 Text FailureText(HRESULT result);
 
+// Inside a catch block only: the exception in flight in words.
+Text FailureInFlightText();
+
 }  // namespace qvx::host

@@ -4,6 +4,7 @@
 
 #include "com/guard.h"
 #include "com/variant.h"
+#include "common/run_time_error.h"
 #include "host/control_site_object.h"
 #include "host/form_window.h"
 #include "host/property_bag_object.h"
@@ -27,6 +28,7 @@ SitedControl::SitedControl(HostForm& form, Block& block, FormControl* container)
         object_ = form.Classes().Create(ClassName());
         Load();
     } catch (const ComError& error) {
+        Unload();
         const bool unknown = error.Result() == REGDB_E_CLASSNOTREG;
         throw FormFileError(LineNumber(),
                             u"cannot create \"" + Name() + u"\": the class \"" + ClassName() + u"\" " +
@@ -35,7 +37,9 @@ SitedControl::SitedControl(HostForm& form, Block& block, FormControl* container)
     }
 }
 
-SitedControl::~SitedControl() {
+SitedControl::~SitedControl() { Unload(); }
+
+void SitedControl::Unload() {
     if (events_) events_->Disconnect();
     if (inPlace_ && activated_) inPlace_->InPlaceDeactivate();
     if (ole_) {
@@ -211,7 +215,10 @@ void SitedControl::ApplyVisible(bool visible) {
 void SitedControl::SaveOwn(SavedProperties& saved) {
     if (!persist_) return;
     const auto bag = MakeObject<WritingBag>(saved, &Form().Pictures());
-    Check(persist_->Save(bag.get(), FALSE, TRUE));
+    const HRESULT result = persist_->Save(bag.get(), FALSE, TRUE);
+    if (FAILED(result)) {
+        throw RunTimeError(errors::invalidPropertyValue, u"cannot save \"" + Title() + u"\": " + FailureText(result));
+    }
 }
 
 bool SitedControl::ShowPages() {

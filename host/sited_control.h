@@ -44,6 +44,8 @@ class SitedControl final : public FormControl {
     class Site;
 
     void Load();
+    // Takes the control off its form; also one that was loaded only half-way.
+    void Unload();
     void LoadProperties();
     void Activate();
     HRESULT DoVerb(LONG verb, const MSG* message);

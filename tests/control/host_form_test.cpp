@@ -2,71 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
-#include "host/form_window.h"
-#include "tests/support/server_under_test.h"
+#include "tests/control/host_form.h"
 
 namespace qvx::host {
 namespace {
-
-std::string Bytes(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file) << path;
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-// A form without a script beside it in files: both are given as text. What the script has to say it puts into Form.Tag.
-class HostFormTest : public ::testing::Test {
-  protected:
-    HostFormTest() {
-        source_.UseFile(Text(FromWide(test::ServerUnderTest::Get().Path())));
-        wchar_t folder[MAX_PATH];
-        GetTempPathW(MAX_PATH, folder);
-        folder_ = FromWide(folder);
-    }
-    ~HostFormTest() override {
-        form_.reset();
-        // The last form of a program ends its message loop; there are more tests to come.
-        MSG message;
-        PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
-    }
-
-    void Load(const std::string& text) {
-        form_ = std::make_unique<HostForm>(FormFile::Parse(text), options_, folder_, source_, reporter_);
-        form_->Build();
-    }
-    bool Start(TextView script) { return form_->Start(u"test.vbs", script); }
-    void Load(const std::string& text, TextView script) {
-        Load(text);
-        ASSERT_TRUE(Start(script));
-    }
-    Text Said() { return form_->Tag(); }
-    Text ActiveName() {
-        form_->FollowFocus();
-        return form_->Active() ? form_->Active()->Title() : Text();
-    }
-    bool Key(UINT message, WPARAM key) {
-        MSG input{};
-        input.hwnd = GetFocus();
-        input.message = message;
-        input.wParam = key;
-        input.lParam = message == WM_SYSCHAR ? 1 << 29 : 1;
-        return form_->TranslateKey(input);
-    }
-    std::string SavedBytes() {
-        const Text path = folder_ + u"qvx_host_test.frm";
-        form_->Save(path);
-        return Bytes(std::string(path.begin(), path.end()));
-    }
-
-    Options options_;
-    ClassSource source_;
-    Reporter reporter_{true};
-    Text folder_;
-    std::unique_ptr<HostForm> form_;
-};
 
 const std::string fieldsAndButtons =
     "Begin Form f\n"

@@ -1,0 +1,135 @@
+// What tests of whole forms share: a form from text with its script, and a control whose behaviour they choose.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <map>
+
+#include "com/object.h"
+#include "host/form_window.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::host {
+
+inline std::string Bytes(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file) << path;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A component that has no window, loads and saves as it is told, and keeps count of what its form does to it.
+class ScriptedControl final : public ComObject<IOleObject, IPersistPropertyBag> {
+  public:
+    HRESULT loads = S_OK;
+    std::function<HRESULT()> saves = [] { return S_OK; };
+    bool closed = false;
+    ComPtr<IOleClientSite> site;
+
+    STDMETHODIMP SetClientSite(IOleClientSite* given) override {
+        site = ComPtr<IOleClientSite>(given);
+        return S_OK;
+    }
+    STDMETHODIMP GetClientSite(IOleClientSite**) override { return E_NOTIMPL; }
+    STDMETHODIMP SetHostNames(LPCOLESTR, LPCOLESTR) override { return S_OK; }
+    STDMETHODIMP Close(DWORD) override {
+        closed = true;
+        return S_OK;
+    }
+    STDMETHODIMP SetMoniker(DWORD, IMoniker*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker**) override { return E_NOTIMPL; }
+    STDMETHODIMP InitFromData(IDataObject*, BOOL, DWORD) override { return E_NOTIMPL; }
+    STDMETHODIMP GetClipboardData(DWORD, IDataObject**) override { return E_NOTIMPL; }
+    STDMETHODIMP DoVerb(LONG, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT) override { return S_OK; }
+    STDMETHODIMP EnumVerbs(IEnumOLEVERB**) override { return OLEOBJ_E_NOVERBS; }
+    STDMETHODIMP Update() override { return S_OK; }
+    STDMETHODIMP IsUpToDate() override { return S_OK; }
+    STDMETHODIMP GetUserClassID(CLSID*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetUserType(DWORD, LPOLESTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP SetExtent(DWORD, SIZEL*) override { return S_OK; }
+    STDMETHODIMP GetExtent(DWORD, SIZEL*) override { return E_NOTIMPL; }
+    STDMETHODIMP Advise(IAdviseSink*, DWORD*) override { return OLE_E_ADVISENOTSUPPORTED; }
+    STDMETHODIMP Unadvise(DWORD) override { return OLE_E_ADVISENOTSUPPORTED; }
+    STDMETHODIMP EnumAdvise(IEnumSTATDATA**) override { return OLE_E_ADVISENOTSUPPORTED; }
+    STDMETHODIMP GetMiscStatus(DWORD, DWORD* status) override {
+        *status = OLEMISC_SETCLIENTSITEFIRST;
+        return S_OK;
+    }
+    STDMETHODIMP SetColorScheme(LOGPALETTE*) override { return S_OK; }
+    STDMETHODIMP GetClassID(CLSID* id) override {
+        *id = {};
+        return S_OK;
+    }
+    STDMETHODIMP InitNew() override { return S_OK; }
+    STDMETHODIMP Load(IPropertyBag*, IErrorLog*) override { return loads; }
+    STDMETHODIMP Save(IPropertyBag*, BOOL, BOOL) override { return saves(); }
+
+  private:
+    ~ScriptedControl() override = default;
+};
+
+// The classes of the server under test, and "Test.NAME" for objects of the test itself.
+class TestClasses final : public ClassSource {
+  public:
+    std::map<Text, ComPtr<IUnknown>> objects;
+    ComPtr<IUnknown> Create(const Text& className) const override {
+        const auto own = objects.find(className);
+        return own == objects.end() ? ClassSource::Create(className) : own->second;
+    }
+};
+
+// A form without a script beside it in files: both are given as text. What the script has to say it puts into Form.Tag.
+class HostFormTest : public ::testing::Test {
+  protected:
+    HostFormTest() {
+        source_.UseFile(Text(FromWide(test::ServerUnderTest::Get().Path())));
+        wchar_t folder[MAX_PATH];
+        GetTempPathW(MAX_PATH, folder);
+        folder_ = FromWide(folder);
+    }
+    ~HostFormTest() override {
+        form_.reset();
+        // The last form of a program ends its message loop; there are more tests to come.
+        MSG message;
+        PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+    }
+
+    void Load(const std::string& text) {
+        form_ = std::make_unique<HostForm>(FormFile::Parse(text), options_, folder_, source_, reporter_);
+        form_->Build();
+    }
+    bool Start(TextView script) { return form_->Start(u"test.vbs", script); }
+    void Load(const std::string& text, TextView script) {
+        Load(text);
+        ASSERT_TRUE(Start(script));
+    }
+    Text Said() { return form_->Tag(); }
+    Text ActiveName() {
+        form_->FollowFocus();
+        return form_->Active() ? form_->Active()->Title() : Text();
+    }
+    bool Key(UINT message, WPARAM key) {
+        MSG input{};
+        input.hwnd = GetFocus();
+        input.message = message;
+        input.wParam = key;
+        input.lParam = message == WM_SYSCHAR ? 1 << 29 : 1;
+        return form_->TranslateKey(input);
+    }
+    Text SavedPath() const { return folder_ + u"qvx_host_test.frm"; }
+    std::string SavedBytes() {
+        const Text path = SavedPath();
+        form_->Save(path);
+        return Bytes(std::string(path.begin(), path.end()));
+    }
+
+    Options options_;
+    TestClasses source_;
+    Reporter reporter_{true};
+    Text folder_;
+    std::unique_ptr<HostForm> form_;
+};
+
+}  // namespace qvx::host
