@@ -16,7 +16,7 @@ struct CopyVariant {
 };
 
 // Rich error information for a late-bound caller, from the exception in flight.
-HRESULT FillException(EXCEPINFO* exception) {
+HRESULT FillException(const wchar_t* source, EXCEPINFO* exception) {
     int number = 0;
     Text description;
     try {
@@ -30,7 +30,7 @@ HRESULT FillException(EXCEPINFO* exception) {
     if (!exception) return RunTimeErrorCode(number);
     *exception = {};
     exception->scode = RunTimeErrorCode(number);
-    exception->bstrSource = SysAllocString(L"qvxhost");
+    exception->bstrSource = SysAllocString(source);
     exception->bstrDescription = SysAllocStringLen(Wide(description), static_cast<UINT>(description.size()));
     return DISP_E_EXCEPTION;
 }
@@ -48,6 +48,10 @@ bool Call::Has(std::size_t index) const {
 const Variant& Call::At(std::size_t index) const {
     if (!Has(index)) ThrowArgumentMissing();
     return arguments[index];
+}
+
+void Call::Assign(std::size_t index, const Variant& value) const {
+    if (Has(index)) StoreThrough(*passed[index], value);
 }
 
 const Variant& Call::Value() const { return arguments.back(); }
@@ -139,12 +143,15 @@ HRESULT NamedObject::Run(const Member& member, WORD flags, const DISPPARAMS* par
     const UINT named = parameters->cNamedArgs;
     if (named > (call.put ? 1u : 0u) || (call.put && parameters->cArgs == 0)) return DISP_E_NONAMEDARGS;
     try {
-        for (UINT i = parameters->cArgs; i > 0; --i) call.arguments.emplace_back(parameters->rgvarg[i - 1]);
+        for (UINT i = parameters->cArgs; i > 0; --i) {
+            call.passed.push_back(&parameters->rgvarg[i - 1]);
+            call.arguments.emplace_back(parameters->rgvarg[i - 1]);
+        }
         Variant answer = member.body(call);
         if (result) *result = answer.detach();
         return S_OK;
     } catch (...) {
-        return FillException(exception);
+        return FillException(ErrorSource(), exception);
     }
 }
 

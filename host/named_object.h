@@ -29,6 +29,10 @@ namespace qvx::host {
 struct Call {
     bool put = false;  // the property is being set, to the last argument
     std::vector<Variant> arguments;
+    std::vector<VARIANT*> passed;  // the same as the caller passed them
+
+    // Into the caller's variable, where one was passed by reference.
+    void Assign(std::size_t index, const Variant& value) const;
 
     const Variant& At(std::size_t index) const;
     bool Has(std::size_t index) const;
@@ -69,6 +73,9 @@ class NamedObject : public ComObject<IDispatch> {
     virtual HRESULT FindOther(LPOLESTR name, DISPID* id);
     virtual HRESULT InvokeOther(DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                                 EXCEPINFO* exception, UINT* argumentInError);
+
+    // What errors name as their source.
+    virtual const wchar_t* ErrorSource() const { return L"qvxhost"; }
 
     ~NamedObject() override = default;
 

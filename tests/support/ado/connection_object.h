@@ -1,0 +1,44 @@
+// ADODB.Connection.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "host/named_object.h"
+#include "tests/support/ado/database.h"
+#include "tests/support/ado/records.h"
+
+namespace qvx::ado {
+
+// Where records are kept; the client counts them and goes both ways.
+enum CursorLocation { serverCursor = 2, clientCursor = 3 };
+
+class ConnectionObject final : public host::NamedObject {
+  public:
+    ConnectionObject();
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
+    // Null for another program's object.
+    static ComPtr<ConnectionObject> From(IDispatch* object);
+
+    void Open(const Text& connectionString);
+    // Error 3709 while closed.
+    Database& OpenDatabase() const;
+    long CursorPlace() const { return cursorLocation_; }
+    // Record sets close with their connection.
+    void CloseWithMe(const std::shared_ptr<Records>& records);
+
+  private:
+    ~ConnectionObject() override = default;
+    const wchar_t* ErrorSource() const override;
+
+    void Close();
+    Variant Execute(const host::Call& call);
+
+    std::unique_ptr<Database> database_;
+    Text connectionString_;
+    long cursorLocation_ = serverCursor;
+    std::vector<std::weak_ptr<Records>> opened_;
+};
+
+}  // namespace qvx::ado

@@ -1,0 +1,57 @@
+// A database behind the system's ODBC.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "com/variant.h"
+#include "common/text.h"
+#include "tests/support/ado/field_value.h"
+
+namespace qvx::ado {
+
+struct Column {
+    Text name;
+    Kind kind = Kind::text;
+    long definedSize = 0;
+};
+
+// A result, whole and in memory, row after row.
+struct Table {
+    std::vector<Column> columns;
+    std::vector<Variant> cells;
+
+    std::size_t Rows() const { return columns.empty() ? 0 : cells.size() / columns.size(); }
+};
+
+// What a statement gave: records, or how many it changed.
+struct Answer {
+    std::optional<Table> table;
+    long affected = 0;
+};
+
+// An open database. Every failure is run-time error 3000 with the driver's own words.
+class Database {
+  public:
+    // The settings are ODBC's own. A driver may also be named by its description, which is the name it goes by on
+    // other systems, and a file by its name as Windows programs see it.
+    explicit Database(TextView connectionString);
+    // A transaction that is still open is taken back.
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    Answer Execute(TextView sql);
+
+    bool InTransaction() const { return inTransaction_; }
+    void Begin();
+    void End(bool commit);
+
+  private:
+    struct Handles;
+    std::unique_ptr<Handles> handles_;
+    bool inTransaction_ = false;
+};
+
+}  // namespace qvx::ado

@@ -1,0 +1,79 @@
+#include "tests/support/ado/fields_object.h"
+
+#include "host/form_value.h"
+#include "tests/support/ado/errors.h"
+
+namespace qvx::ado {
+
+namespace {
+
+// In bytes, as the value lies in memory; -1 for Null, which is what the data objects answer there.
+long SizeOf(const VARIANT& value) {
+    switch (value.vt) {
+        case VT_NULL:
+            return -1;
+        case VT_BSTR:
+            return static_cast<long>(SysStringByteLen(value.bstrVal));
+        case VT_ARRAY | VT_UI1:
+            return static_cast<long>(value.parray->rgsabound[0].cElements);
+        case VT_BOOL:
+            return 2;
+        case VT_I4:
+            return 4;
+        case VT_DECIMAL:
+            return 16;
+        default:
+            return 8;
+    }
+}
+
+}  // namespace
+
+FieldObject::FieldObject(std::shared_ptr<Records> records, std::size_t column)
+    : records_(std::move(records)), column_(column) {
+    AddReadOnly(u"Value", [this](const host::Call&) { return records_->Value(column_); });
+    SetDefaultMember(u"Value");
+    AddReadOnly(u"Name", [this](const host::Call&) { return Variant(Described().name); });
+    AddReadOnly(u"Type", [this](const host::Call&) { return Variant(TypeNumber(Described().kind)); });
+    AddReadOnly(u"DefinedSize", [this](const host::Call&) { return Variant(Described().definedSize); });
+    AddReadOnly(u"ActualSize", [this](const host::Call&) { return Variant(SizeOf(records_->Value(column_).get())); });
+}
+
+const Column& FieldObject::Described() const {
+    // The record set may have been opened anew with other fields.
+    const auto& columns = records_->Columns();
+    if (column_ >= columns.size()) ThrowItemNotFound();
+    return columns[column_];
+}
+
+FieldsObject::FieldsObject(std::shared_ptr<Records> records) : records_(std::move(records)) {
+    for (std::size_t i = 0; i < records_->Columns().size(); ++i) {
+        fields_.emplace_back(MakeObject<FieldObject>(records_, i).get());
+    }
+    AddReadOnly(u"Count", [this](const host::Call&) { return Variant(static_cast<long>(fields_.size())); });
+    AddReadOnly(u"Item", [this](const host::Call& call) { return Variant(Item(Find(call.At(0)))); });
+    SetDefaultMember(u"Item");
+}
+
+std::size_t FieldsObject::Find(const Variant& nameOrNumber) const {
+    const auto& columns = records_->Columns();
+    if (nameOrNumber.Type() == VT_BSTR) {
+        const Text name = *nameOrNumber.ToText();
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            if (host::SameName(columns[i].name, name)) return i;
+        }
+        ThrowItemNotFound();
+    }
+    const auto number = nameOrNumber.ToLong();
+    if (!number || *number < 0 || static_cast<std::size_t>(*number) >= fields_.size()) ThrowItemNotFound();
+    return static_cast<std::size_t>(*number);
+}
+
+HRESULT FieldsObject::InvokeOther(DISPID member, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) {
+    if (member != DISPID_NEWENUM) return DISP_E_MEMBERNOTFOUND;
+    if (!result) return E_POINTER;
+    *result = Variant(host::MakeEnumerator(fields_).get()).detach();
+    return S_OK;
+}
+
+}  // namespace qvx::ado

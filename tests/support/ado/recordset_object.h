@@ -1,0 +1,43 @@
+// ADODB.Recordset.
+#pragma once
+
+#include <memory>
+
+#include "host/named_object.h"
+#include "tests/support/ado/fields_object.h"
+#include "tests/support/ado/records.h"
+
+namespace qvx::ado {
+
+class ConnectionObject;
+
+class RecordsetObject final : public host::NamedObject {
+  public:
+    RecordsetObject();
+
+    // Executes a statement; one that gives no records leaves the set closed. Returns how many records it changed.
+    long Open(ConnectionObject& connection, TextView source, bool forwardOnly);
+
+  private:
+    ~RecordsetObject() override = default;
+    const wchar_t* ErrorSource() const override { return errorSource; }
+
+    void AddOpening();
+    void AddMoving();
+    void AddReading();
+    // Source, active connection, cursor type, lock type, options; what is left out is taken from the properties.
+    void OpenBy(const host::Call& call);
+    FieldsObject& Fields();
+    Variant GetRows(const host::Call& call);
+    std::vector<std::size_t> ChosenFields(const host::Call& call);
+
+    std::shared_ptr<Records> records_ = std::make_shared<Records>();
+    ComPtr<FieldsObject> fields_;
+    Text source_;
+    Variant connection_;
+    long cursorType_ = 0;
+    long cursorLocation_;
+    long lockType_ = 1;
+};
+
+}  // namespace qvx::ado
