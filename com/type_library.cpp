@@ -71,12 +71,15 @@ std::shared_ptr<const MemberTable> Describe(const ComPtr<ITypeInfo>& info) {
         FUNCDESC* function = nullptr;
         Check(info->GetFuncDesc(i, &function));
         std::vector<VARTYPE> types;
+        size_t required = 0;
         for (SHORT p = 0; p < function->cParams; ++p) {
             const ELEMDESC& parameter = function->lprgelemdescParam[p];
             if (!(parameter.paramdesc.wParamFlags & (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID))) {
                 types.push_back(ParameterType(*info.get(), parameter.tdesc));
+                if (!(parameter.paramdesc.wParamFlags & PARAMFLAG_FOPT)) required = types.size();
             }
         }
+        table->required.emplace(std::pair(function->memid, function->invkind), required);
         table->parameters.emplace(std::pair(function->memid, function->invkind), std::move(types));
         info->ReleaseFuncDesc(function);
     }

@@ -24,6 +24,8 @@ ComPtr<ITypeInfo> TypeInfoOf(REFGUID id);
 struct MemberTable {
     ComPtr<ITypeInfo> info;
     std::map<std::pair<MEMBERID, INVOKEKIND>, std::vector<VARTYPE>> parameters;
+    // How many of them a call must give; the rest are optional.
+    std::map<std::pair<MEMBERID, INVOKEKIND>, size_t> required;
 };
 
 // Made at first use and kept until ReleaseTypeLibrary. Throws ComError.
