@@ -37,7 +37,21 @@ const std::array<char16_t, 256> latinFolding = [] {
 constexpr bool IsHighSurrogate(char16_t c) { return (c & 0xFC00) == 0xD800; }
 constexpr bool IsLowSurrogate(char16_t c) { return (c & 0xFC00) == 0xDC00; }
 
-// Takes the next folded character off the front of a text that is not empty. A lone surrogate stands for itself.
+void Append(Text& text, char32_t character) {
+    if (character < 0x10000) {
+        text += static_cast<char16_t>(character);
+    } else {
+        text += static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10));
+        text += static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FF));
+    }
+}
+
+}  // namespace
+
+char32_t FoldCase(char32_t character) noexcept {
+    return character < latinFolding.size() ? latinFolding[character] : FoldByRuns(character);
+}
+
 char32_t TakeFolded(TextView& text) noexcept {
     const char16_t c = text[0];
     if (c < latinFolding.size()) {
@@ -52,19 +66,6 @@ char32_t TakeFolded(TextView& text) noexcept {
     text.remove_prefix(1);
     return FoldByRuns(c);
 }
-
-void Append(Text& text, char32_t character) {
-    if (character < 0x10000) {
-        text += static_cast<char16_t>(character);
-    } else {
-        text += static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10));
-        text += static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FF));
-    }
-}
-
-}  // namespace
-
-char32_t FoldCase(char32_t character) noexcept { return FoldByRuns(character); }
 
 Text FoldedText(TextView text) {
     Text folded;

@@ -16,6 +16,10 @@ namespace qvx {
 // The folded form of one character (a Unicode scalar; others come back unchanged).
 char32_t FoldCase(char32_t character) noexcept;
 
+// Takes the next character off the front of a text that is not empty, and returns it folded. A lone surrogate stands
+// for itself.
+char32_t TakeFolded(TextView& text) noexcept;
+
 // The whole text folded, as a key for tables.
 Text FoldedText(TextView text);
 

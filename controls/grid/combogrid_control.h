@@ -68,6 +68,15 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     STDMETHODIMP RemoveItem(long index) override;
     STDMETHODIMP Grid(IDispatch** result) override;
     STDMETHODIMP ShowAbout() override;
+    // Records
+    STDMETHODIMP RemoveEmptyRows(VARIANT_BOOL byKeyColumn) override;
+    STDMETHODIMP RemoveAllRecords() override;
+    STDMETHODIMP SetCell(long row, long col, VARIANT text, VARIANT_BOOL focus) override;
+    STDMETHODIMP ClearRow(long row, BSTR clearCols, BSTR avoidCols) override;
+    // A caller that does not want to know passes null.
+    STDMETHODIMP DuplicateRecord(long* record, long* matchOn, VARIANT_BOOL response, VARIANT_BOOL* result) override;
+    STDMETHODIMP GetSumOf(RC rowOrCol, long index, VARIANT* result) override;
+    STDMETHODIMP GetProductOf(long col2Set, VARIANT* cols, VARIANT* result) override;
     // The inner grid's members
     STDMETHODIMP get_TextArray(long index, BSTR* result) override;
     STDMETHODIMP put_TextArray(long index, BSTR value) override;
@@ -178,6 +187,7 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     ControlState& State() { return entry_.State(); }
     flexgrid::Grid& Model() { return entry_.Model(); }
     void RebuildColIndex();
+    void FocusGrid();
 
     // A setter's body, the notification under the property's name behind it.
     // A field of the control's state, or what the inner grid says.

@@ -102,6 +102,20 @@ class RowView {
         const std::size_t start = at == 0 ? 0 : ends[at - 1];
         return {ends + count + start, ends[at] - start};
     }
+    // The texts of column `col` and of all behind it as one, without anything between them.
+    CellView TextFrom(int col) const {
+        assert(col >= 0);
+        if (col >= Count()) {
+            return {};
+        }
+        const CellView first = (*this)[col];
+        const CellView last = (*this)[Count() - 1];
+        // A record's texts lie one behind the other.
+        return first.IsLatin1()
+                   ? CellView(Bytes(first), static_cast<std::size_t>(Bytes(last) - Bytes(first)) + last.Size())
+                   : CellView(first.Wide().data(),
+                              static_cast<std::size_t>(last.Wide().data() - first.Wide().data()) + last.Size());
+    }
     // Cells up to the last that holds text.
     int Count() const {
         return bytes_ ? static_cast<int>(record::With(bytes_[0], [&](auto layout) { return layout.Count(bytes_); }))
@@ -113,6 +127,10 @@ class RowView {
     }
 
   private:
+    static const std::uint8_t* Bytes(const CellView& cell) {
+        return reinterpret_cast<const std::uint8_t*>(cell.Latin1().data());
+    }
+
     const std::uint8_t* bytes_;
 };
 

@@ -1,0 +1,136 @@
+// Members that manage rows as records and add cells up.
+#include "com/safearray.h"
+#include "controls/grid/aggregates.h"
+#include "controls/grid/combogrid_control.h"
+#include "controls/grid/duplicate_rows.h"
+#include "controls/grid/row_operations.h"
+
+namespace qvx::grid {
+namespace {
+
+Text TextOf(const Variant& value) {
+    const auto text = value.ToText();
+    if (!text) throw RunTimeError(errors::typeMismatch, u"Type mismatch");
+    return *text;
+}
+
+// Scripts of the kind that has no arrays of the system's own pass an object with a length.
+std::vector<Variant> ElementsOf(IDispatch* list) {
+    const auto length = ReadMember(list, L"length");
+    const auto count = length ? length->ToLong() : std::nullopt;
+    if (!count) throw RunTimeError(errors::typeMismatch, u"Type mismatch");
+    std::vector<Variant> elements;
+    for (long i = 0; i < *count; ++i)
+        elements.push_back(ReadMember(list, std::to_wstring(i).c_str()).value_or(Variant()));
+    return elements;
+}
+
+// The elements from number 0 on.
+std::vector<Variant> ElementsOf(const VARIANT& list) {
+    SAFEARRAY* array = ArrayOf(list);
+    if (!array) {
+        const auto object = Variant(list).ToObject<IDispatch>();
+        if (!object) throw RunTimeError(errors::typeMismatch, u"Type mismatch");
+        return ElementsOf(object.get());
+    }
+    LONG low = 0;
+    if (SafeArrayGetDim(array) != 1 || FAILED(SafeArrayGetLBound(array, 1, &low)) || low > 0) return {};
+    std::vector<Variant> elements = ReadElements(array);
+    const std::size_t before = std::min(elements.size(), static_cast<std::size_t>(-static_cast<LONGLONG>(low)));
+    elements.erase(elements.begin(), elements.begin() + static_cast<std::ptrdiff_t>(before));
+    return elements;
+}
+
+std::vector<int> ColumnNumbers(const VARIANT& list) {
+    std::vector<int> columns;
+    for (const Variant& element : ElementsOf(list)) columns.push_back(ColumnNumber(TextOf(element)));
+    if (columns.empty()) throw RunTimeError(errors::subscriptOutOfRange, u"Subscript out of range");
+    return columns;
+}
+
+}  // namespace
+
+STDMETHODIMP ComboGridControl::RemoveEmptyRows(VARIANT_BOOL byKeyColumn) {
+    const auto keep = ControlBase::KeepAlive();
+    return Guard([&] {
+        entry_.CommitOpenEdit();
+        entry_.ChangeRows([&] { grid::RemoveEmptyRows(Model(), State(), byKeyColumn != VARIANT_FALSE); });
+    });
+}
+
+STDMETHODIMP ComboGridControl::RemoveAllRecords() {
+    const auto keep = ControlBase::KeepAlive();
+    return Guard([&] {
+        entry_.CommitOpenEdit();
+        entry_.ChangeRows([&] { grid::RemoveAllRecords(Model(), State()); });
+    });
+}
+
+STDMETHODIMP ComboGridControl::SetCell(long row, long col, VARIANT text, VARIANT_BOOL focus) {
+    const auto keep = ControlBase::KeepAlive();
+    return Guard([&] {
+        const Text written = TextOf(Variant(text));
+        if (!written.empty()) Model().SetTextMatrix(static_cast<int>(row), static_cast<int>(col), written);
+        if (focus == VARIANT_FALSE) return;
+        Model().SetRow(static_cast<int>(row));
+        Model().SetCol(static_cast<int>(col));
+        FocusGrid();
+    });
+}
+
+STDMETHODIMP ComboGridControl::ClearRow(long row, BSTR clearCols, BSTR avoidCols) {
+    return Guard([&] { grid::ClearRow(Model(), static_cast<int>(row), FromBstr(clearCols), FromBstr(avoidCols)); });
+}
+
+STDMETHODIMP ComboGridControl::DuplicateRecord(long* record, long* matchOn, VARIANT_BOOL response,
+                                               VARIANT_BOOL* result) {
+    const auto keep = ControlBase::KeepAlive();
+    return Guard([&] {
+        *Required(result) = VARIANT_FALSE;
+        try {
+            entry_.CommitOpenEdit();
+            if (!HasDataRows(Model())) return;
+            const auto rows = FirstDuplicate(Model(), FirstRecordColumn(State()));
+            if (matchOn) *matchOn = rows ? rows->second : 0;
+            if (!rows) return;
+            if (record) *record = rows->first;
+            *result = VARIANT_TRUE;
+            if (response == VARIANT_FALSE) return;
+            Say(DuplicatesPrompt(*rows), msgbox::messages::duplicateRecords);
+            Model().SetRow(rows->second);
+            Model().SetCol(Model().FixedCols());
+            Model().SetColSel(Model().Cols() - 1);
+            FocusGrid();
+        } catch (...) {
+            const RunTimeError error = CurrentError();
+            ReportError(error.Number(), error.Description());
+        }
+    });
+}
+
+STDMETHODIMP ComboGridControl::GetSumOf(RC rowOrCol, long index, VARIANT* result) {
+    return Guard([&] {
+        VariantInit(Required(result));
+        const int number = static_cast<int>(index);
+        *result = Variant(rowOrCol == gdRow ? SumOfRow(Model(), number) : SumOfColumn(Model(), number)).detach();
+    });
+}
+
+STDMETHODIMP ComboGridControl::GetProductOf(long col2Set, VARIANT* cols, VARIANT* result) {
+    return Guard([&] {
+        VariantInit(Required(result));
+        double total = 0;
+        // The list is first looked at for the first row.
+        if (HasDataRows(Model()))
+            total = SumOfProducts(Model(), static_cast<int>(col2Set), ColumnNumbers(*Required(cols)));
+        *result = Variant(total).detach();
+    });
+}
+
+// The inner grid itself: an editor that is open in the current cell is closed first.
+void ComboGridControl::FocusGrid() {
+    entry_.CommitOpenEdit();
+    TakeFocus();
+}
+
+}  // namespace qvx::grid

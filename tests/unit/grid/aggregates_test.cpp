@@ -1,0 +1,129 @@
+#include "controls/grid/aggregates.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "common/run_time_error.h"
+#include "tests/unit/grid/grid_fixture.h"
+
+namespace qvx::grid {
+namespace {
+
+int ErrorOf(const std::function<void()>& call) {
+    try {
+        call();
+    } catch (const RunTimeError& error) {
+        return error.Number();
+    }
+    return 0;
+}
+
+flexgrid::Grid& Sample(flexgrid::Grid& grid) {
+    Fill(grid, {u"99\t99\t99\tQty\tRate\tAmount", u"1\tx\t10\t2\t2.5\told", u"2\ty\t\t3\t1\told",
+                u"3\tz\tabc\t\t7\told", u"4\t\t2.5\t1,250\t12 kg\told", u"5\t\u0416 1\t&HFF\t-4\t.5\told"});
+    return grid;
+}
+
+TEST(Sums, RowsAndColumns) {
+    flexgrid::Grid grid;
+    Sample(grid);
+    struct {
+        bool ofRow;
+        int index;
+        double sum;
+    } const cases[] = {
+        {false, 0, 15},     // a fixed column when it is asked for
+        {false, 1, 0},      // letters
+        {false, 2, 267.5},  // nothing, a prefix, half numbers
+        {false, 3, 2},      // a comma ends a number
+        {false, 4, 23},     // and so does a unit
+        {true, 0, 198},     // of a header, behind the fixed column
+        {true, 1, 14.5},    // the record number is not added
+        {true, 5, 251.5},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.ofRow ? SumOfRow(grid, c.index) : SumOfColumn(grid, c.index), c.sum) << c.ofRow << " " << c.index;
+    for (const int index : {-1, 6}) {
+        EXPECT_EQ(ErrorOf([&] { SumOfColumn(grid, index); }), 381);
+        EXPECT_EQ(ErrorOf([&] { SumOfRow(grid, index); }), 381);
+    }
+}
+
+TEST(Sums, ManyFixedRowsAndNone) {
+    flexgrid::Grid grid;
+    Sample(grid);
+    grid.SetFixedRows(5);
+    EXPECT_EQ(SumOfColumn(grid, 3), -4);
+    grid.SetFixedRows(0);
+    EXPECT_EQ(SumOfColumn(grid, 0), 99 + 15);
+    grid.SetRows(0);
+    EXPECT_EQ(SumOfColumn(grid, 3), 0);
+    EXPECT_EQ(SumOfColumn(grid, 77), 0) << "no cell is read";
+    EXPECT_EQ(SumOfProducts(grid, 77, std::vector{88}), 0);
+}
+
+TEST(Products, OfEachRowAndTogether) {
+    struct {
+        const char* name;
+        int col2Set;
+        std::vector<int> columns;
+        double total;
+        const char* column5;
+    } const cases[] = {
+        {"nothing is written", -1, {3, 4}, 5 + 3 + 0 + 12 - 2, "old old old old old"},
+        {"nor below", -9, {3, 4}, 18, "old old old old old"},
+        {"each row's product", 5, {3, 4}, 18, "5 3 0 12 -2"},
+        {"one factor", 5, {4}, 23, "2.5 1 7 12 0.5"},
+        {"a factor twice", 5, {4, 4}, 6.25 + 1 + 49 + 144 + 0.25, "6.25 1 49 144 0.25"},
+        {"three factors, the last without numbers", 5, {3, 4, 1}, 0, "0 0 0 0 0"},
+    };
+    for (const auto& c : cases) {
+        flexgrid::Grid grid;
+        Sample(grid);
+        EXPECT_EQ(SumOfProducts(grid, c.col2Set, c.columns), c.total) << c.name;
+        std::string column;
+        for (int row = 1; row < grid.Rows(); ++row) column += (row > 1 ? " " : "") + Narrow(grid.TextMatrix(row, 5));
+        EXPECT_EQ(column, c.column5) << c.name;
+        EXPECT_EQ(grid.TextMatrix(0, 5), u"Amount");
+    }
+}
+
+// A column that is written is read before, and where it is among the factors it serves the next row only if that is
+// another cell.
+TEST(Products, IntoAFactor) {
+    flexgrid::Grid grid;
+    Sample(grid);
+    EXPECT_EQ(SumOfProducts(grid, 4, std::vector{3, 4}), 18);
+    EXPECT_EQ(grid.TextMatrix(1, 4), u"5");
+    EXPECT_EQ(SumOfProducts(grid, 4, std::vector{3, 4}), 10 + 9 + 0 + 12 + 8);
+}
+
+TEST(Products, ColumnsThatAreNotThere) {
+    flexgrid::Grid grid;
+    Sample(grid);
+    EXPECT_EQ(ErrorOf([&] { SumOfProducts(grid, 5, std::vector{3, 6}); }), 381);
+    EXPECT_EQ(ErrorOf([&] { SumOfProducts(grid, 5, std::vector{-1}); }), 381);
+    EXPECT_EQ(ErrorOf([&] { SumOfProducts(grid, 6, std::vector{3}); }), 381);
+    EXPECT_EQ(grid.TextMatrix(1, 5), u"old");
+}
+
+TEST(Products, BeyondWhatADoubleHolds) {
+    flexgrid::Grid grid;
+    Fill(grid, {u"N\tA\tB", u"1\t1E200\t1E200", u"2\t1E-200\t1E-200", u"3\t1E10\t1E10"});
+    EXPECT_TRUE(std::isinf(SumOfProducts(grid, 2, std::vector{1, 2})));
+    EXPECT_EQ(grid.TextMatrix(2, 2), u"0");
+    EXPECT_EQ(grid.TextMatrix(3, 2), u"1E+20");
+}
+
+TEST(Products, NumbersOfColumns) {
+    struct {
+        TextView text;
+        int col;
+    } const cases[] = {{u"3", 3}, {u" 4 ", 4}, {u"2.5", 2}, {u"3.5", 4}, {u"", 0}, {u"Qty", 0}, {u"-1", -1}};
+    for (const auto& c : cases) EXPECT_EQ(ColumnNumber(c.text), c.col) << Narrow(c.text);
+    EXPECT_EQ(ErrorOf([] { ColumnNumber(u"3E9"); }), 6);
+}
+
+}  // namespace
+}  // namespace qvx::grid

@@ -1,0 +1,130 @@
+#include "controls/grid/duplicate_rows.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+
+#include "common/text_compare.h"
+#include "controls/grid/row_key.h"
+#include "tests/unit/grid/grid_fixture.h"
+
+namespace qvx::grid {
+namespace {
+
+std::string Found(const std::vector<TextView>& rows, int firstCol) {
+    flexgrid::Grid grid;
+    Fill(grid, rows);
+    const auto pair = FirstDuplicate(grid, firstCol);
+    return pair ? std::to_string(pair->first) + "," + std::to_string(pair->second) : "none";
+}
+
+TEST(FirstDuplicate, WhichPairIsFound) {
+    struct {
+        const char* name;
+        std::vector<TextView> rows;  // under a header
+        int firstCol;
+        const char* found;
+    } const cases[] = {
+        {"no row", {}, 0, "none"},
+        {"one row", {u"1\ta\tb"}, 0, "none"},
+        {"all different", {u"1\ta\tb", u"1\ta\tc", u"1\tb\tb"}, 0, "none"},
+        {"the record number counts", {u"1\ta\tb", u"2\ta\tb"}, 0, "none"},
+        {"or does not", {u"1\ta\tb", u"2\ta\tb"}, 1, "1,2"},
+        {"the lowest first row wins, though its equal comes last",
+         {u"\ta\t1", u"\tb\t2", u"\tb\t2", u"\tc\t3", u"\ta\t1"},
+         1,
+         "1,5"},
+        {"its nearest equal", {u"\tx\t", u"\ta\t1", u"\ty\t", u"\ta\t1", u"\ta\t1"}, 1, "2,4"},
+        {"cells' borders do not count", {u"\tab\tc", u"\ta\tbc"}, 1, "1,2"},
+        {"nor do they with empty cells", {u"\tabc\t", u"\t\tabc"}, 1, "1,2"},
+        {"nor does the case", {u"\tABC\t\u00C4", u"\tabc\t\u00E4"}, 1, "1,2"},
+        {"beyond Latin-1 too", {u"\t\u0416\t\u212A", u"\t\u0436\tk"}, 1, "1,2"},
+        {"a Latin-1 row and one stored wide", {u"\u0416\tmass\tkilo", u"\tmass\tKILO"}, 1, "1,2"},
+        {"a Latin-1 letter whose small form is beyond it", {u"\t\u00B5\t", u"\t\u03BC\t"}, 1, "1,2"},
+        {"a character in two halves across a border", {u"\t\xD801\xDC00\t", u"\t\xD801\t\xDC28"}, 1, "1,2"},
+        {"blanks count", {u"\ta\t", u"\ta \t"}, 1, "none"},
+        {"zero characters count", {u"\ta\t", TextView(u"\ta\t\0", 4)}, 1, "none"},
+        {"empty rows are equal", {u"\tx\t", u"1\t\t", u"2\t\t"}, 1, "2,3"},
+    };
+    for (const auto& c : cases) {
+        std::vector<TextView> rows{u"N\tName\tQty"};
+        rows.insert(rows.end(), c.rows.begin(), c.rows.end());
+        EXPECT_EQ(Found(rows, c.firstCol), c.found) << c.name;
+    }
+}
+
+TEST(FirstDuplicate, GridsWithoutCells) {
+    flexgrid::Grid grid;
+    grid.SetFixedRows(0);
+    grid.SetFixedCols(0);
+    grid.SetCols(0);
+    EXPECT_EQ(FirstDuplicate(grid, 1), (RowPair{0, 1})) << "rows without any text are equal";
+    grid.SetRows(0);
+    EXPECT_EQ(FirstDuplicate(grid, 0), std::nullopt);
+}
+
+Text KeyText(const flexgrid::Grid& grid, int row) {
+    Text key;
+    for (int col = 1; col < grid.Cols(); ++col) key += grid.TextMatrix(row, col);
+    return key;
+}
+
+// Against every pair compared, over texts that differ late and in length, in short and long grids.
+TEST(FirstDuplicate, IsThePairThatComparingAllFinds) {
+    std::mt19937 random(1124);
+    const TextView pieces[] = {u"a", u"A", u"b", u"seven", u"SEVEN", u"\u00E9", u"\u00C9", u"\u0416", u"", u"12345678"};
+    for (int round = 0; round < 400; ++round) {
+        flexgrid::Grid grid;
+        Fill(grid, {u"N\tA\tB"});
+        const int rows = 2 + static_cast<int>(random() % (round % 10 == 0 ? 150 : 20));
+        const int length = 1 + static_cast<int>(random() % 5);
+        for (int row = 1; row < rows; ++row) {
+            Text item = u"x\t";
+            for (int i = 0; i < length; ++i) item += pieces[random() % std::size(pieces)];
+            item.insert(2 + random() % (item.size() - 1), u"\t");
+            grid.AddItem(item);
+        }
+        std::optional<RowPair> expected;
+        for (int r = grid.FixedRows(); r < grid.Rows() && !expected; ++r)
+            for (int r2 = r + 1; r2 < grid.Rows() && !expected; ++r2)
+                if (EqualNoCase(KeyText(grid, r), KeyText(grid, r2))) expected = {r, r2};
+        EXPECT_EQ(FirstDuplicate(grid, 1), expected) << round;
+    }
+}
+
+TEST(HashOfKey, TellsTextsApart) {
+    std::set<std::uint64_t> hashes;
+    std::size_t count = 0;
+    for (std::size_t length = 0; length < 20; ++length) {
+        for (std::size_t change = 0; change <= length; ++change) {
+            Text text(length, u'a');
+            if (change < length) text[change] = u'b';
+            hashes.insert(HashOfKey(flexgrid::CellView(text.data(), text.size())));
+            ++count;
+        }
+    }
+    for (int zeros = 1; zeros < 20; ++zeros, ++count) {
+        const Text text(static_cast<std::size_t>(zeros), u'\0');
+        hashes.insert(HashOfKey(flexgrid::CellView(text.data(), text.size())));
+    }
+    EXPECT_EQ(hashes.size(), count);
+}
+
+// One text, folded or not, in bytes or wide, gives one hash wherever its ASCII runs are cut.
+TEST(HashOfKey, IsThatOfTheFoldedText) {
+    std::mt19937 random(7);
+    const TextView alphabet = u"AbZz@[`{09 \u00DF\u00C0\u00B5\u00FF\u00F7";
+    for (int round = 0; round < 2000; ++round) {
+        Text text;
+        for (auto n = random() % 30; n > 0; --n) text += alphabet[random() % (round % 2 == 0 ? 11 : alphabet.size())];
+        std::vector<std::uint8_t> bytes(text.begin(), text.end());
+        const Text folded = FoldedText(text);
+        const auto hash = HashOfKey(flexgrid::CellView(folded.data(), folded.size()));
+        EXPECT_EQ(HashOfKey(flexgrid::CellView(text.data(), text.size())), hash);
+        EXPECT_EQ(HashOfKey(flexgrid::CellView(bytes.data(), bytes.size())), hash);
+    }
+}
+
+}  // namespace
+}  // namespace qvx::grid

@@ -1,0 +1,245 @@
+#include "controls/grid/row_operations.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "common/numeric_reading.h"
+#include "common/run_time_error.h"
+#include "controls/grid/column_lists.h"
+#include "controls/grid/lifecycle.h"
+#include "tests/unit/grid/grid_fixture.h"
+
+namespace qvx::grid {
+namespace {
+
+// Rows parted by "/", cells by "|".
+std::string Shown(const flexgrid::Grid& grid) {
+    std::string out;
+    for (int row = 0; row < grid.Rows(); ++row) {
+        if (row > 0) out += '/';
+        for (int col = 0; col < grid.Cols(); ++col) {
+            if (col > 0) out += '|';
+            out += Narrow(grid.TextMatrix(row, col));
+        }
+    }
+    return out;
+}
+
+// What the members promise, row by row from the end.
+void RemoveEmptyRowsSlowly(flexgrid::Grid& grid, const ControlState& state, bool byKeyColumn) {
+    const auto blank = [](Text text) { return text.find_first_not_of(u' ') == Text::npos; };
+    const auto isEmpty = [&](int row) {
+        if (byKeyColumn && state.keyColumn >= 0) return grid.TextMatrix(row, state.keyColumn).empty();
+        for (int col = state.autoRecordNumber ? 1 : 0; col < grid.Cols(); ++col) {
+            const bool numeric = HasColumnCode(grid, state.columnsDataType, col, 0) ||
+                                 HasColumnCode(grid, state.columnsDataType, col, 1);
+            const Text text = grid.TextMatrix(row, col);
+            if (numeric ? NumericValue(TextView(text)) != 0 : !blank(text)) return false;
+        }
+        return true;
+    };
+    for (int row = grid.Rows() - 1; row >= grid.FixedRows(); --row) {
+        try {
+            if (isEmpty(row)) grid.RemoveItem(row);
+        } catch (const RunTimeError&) {
+            continue;
+        }
+    }
+    Renumber(grid, state);
+}
+
+TEST(RemoveEmptyRows, WhatCountsAsEmpty) {
+    // Columns: N (the record number), Name (text), Qty (digits), Rate (numerics).
+    struct {
+        const char* name;
+        TextView row;
+        bool byKey;
+        int keyColumn;
+        bool autoNumber;
+        bool gone;
+    } const cases[] = {
+        {"nothing", u"\t\t\t", false, -1, false, true},
+        {"blanks", u"\t   \t\t", false, -1, false, true},
+        {"a no-break space is no blank", u"\t\u00A0\t\t", false, -1, false, false},
+        {"0 in numeric columns", u"\t\t0\t0.00", false, -1, false, true},
+        {"a number with a blank in it there", u"\t\t\t- 5", false, -1, false, false},
+        {"letters there", u"\t\tabc\tkg 12", false, -1, false, true},
+        {"0 in a text column", u"\t0\t\t", false, -1, false, false},
+        {"a number", u"\t\t\t0.5", false, -1, false, false},
+        {"a text beyond Latin-1", u"\t\u0416\t\t", false, -1, false, false},
+        {"only a record number", u"7\t\t\t", false, -1, true, true},
+        {"a number in column 0 that is no record number", u"7\t\t\t", false, -1, false, false},
+        {"the key is empty, nothing else is", u"\t\t5\t5", true, 1, false, true},
+        {"a blank is a key", u"\t \t\t", true, 1, false, false},
+        {"a blank is no text", u"\t \t\t", false, 1, false, true},
+        {"a 0 is a key", u"\t\t0\t", true, 2, false, false},
+        {"a key column is asked for, there is none", u"\t\t5\t", true, -1, false, false},
+        {"the same with nothing in the row", u"\t\t0\t", true, -1, false, true},
+        {"a key column that the grid does not have", u"\t\t\t", true, 9, false, false},
+    };
+    for (const auto& c : cases) {
+        flexgrid::Grid grid;
+        Fill(grid, {u"N\tName\tQty\tRate", u"1\tkept\t1\t1", c.row, u"3\tkept\t1\t1"});
+        ControlState state;
+        state.columnsDataType = u";qty-0;RATE-1;";
+        state.keyColumn = c.keyColumn;
+        state.autoRecordNumber = c.autoNumber;
+        RemoveEmptyRows(grid, state, c.byKey);
+        EXPECT_EQ(grid.Rows(), c.gone ? 3 : 4) << c.name;
+        EXPECT_EQ(grid.TextMatrix(grid.Rows() - 1, 0), c.autoNumber ? u"2" : u"3") << c.name;
+    }
+}
+
+TEST(RemoveEmptyRows, TheFirstOfNothingButEmptyRowsStays) {
+    flexgrid::Grid grid;
+    Fill(grid, {u"N\tQty", u"7\t0", u"8\t", u"9\tno"});
+    grid.MoveTo(3, 1);
+    ControlState state;
+    state.autoRecordNumber = true;
+    state.columnsDataType = u";Qty-0;";
+    RemoveEmptyRows(grid, state, true);
+    EXPECT_EQ(Shown(grid), "N|Qty/1|0");
+    EXPECT_EQ(grid.Row(), 1);
+    RemoveEmptyRows(grid, state, true);
+    EXPECT_EQ(Shown(grid), "N|Qty/1|0");
+}
+
+TEST(RemoveEmptyRows, GridsWithoutCellsAreLeftInPeace) {
+    ControlState state;
+    state.autoRecordNumber = true;
+    flexgrid::Grid grid;
+    grid.SetFixedRows(0);
+    grid.SetFixedCols(0);
+    grid.SetCols(0);
+    grid.SetRows(3);
+    RemoveEmptyRows(grid, state, true);
+    EXPECT_EQ(grid.Rows(), 1);
+    grid.SetRows(0);
+    RemoveEmptyRows(grid, state, true);
+    EXPECT_EQ(grid.Rows(), 0);
+}
+
+TEST(RemoveEmptyRows, DoesWhatTheLoopOverItsRowsDoes) {
+    std::mt19937 random(20261124);
+    const TextView texts[] = {u"", u"", u"", u"", u"0", u" ", u"a", u"12"};
+    for (int round = 0; round < 300; ++round) {
+        flexgrid::Grid fast;
+        flexgrid::Grid slow;
+        ControlState state;
+        state.columnsDataType = u";B-0;C-1;";
+        state.autoRecordNumber = random() % 2 == 0;
+        state.keyColumn = static_cast<int>(random() % 5) - 1;
+        const int rows = 2 + static_cast<int>(random() % 12);
+        const int fixedRows = static_cast<int>(random() % 3);
+        for (flexgrid::Grid* grid : {&fast, &slow}) Fill(*grid, {u"A\tB\tC\tD"});
+        for (int row = 1; row < rows; ++row) {
+            Text item;
+            for (int col = 0; col < 4; ++col)
+                item.append(col > 0 ? u"\t" : u"").append(random() % 3 == 0 ? texts[random() % std::size(texts)] : u"");
+            for (flexgrid::Grid* grid : {&fast, &slow}) grid->AddItem(item);
+        }
+        const int cursor = static_cast<int>(random() % static_cast<unsigned>(rows));
+        for (flexgrid::Grid* grid : {&fast, &slow}) {
+            grid->SetFixedRows(fixedRows < rows ? fixedRows : 0);
+            grid->SetRow(cursor);
+            grid->SetRowHeight(cursor, 600);
+        }
+        const bool byKey = random() % 2 == 0;
+        RemoveEmptyRows(fast, state, byKey);
+        RemoveEmptyRowsSlowly(slow, state, byKey);
+        ASSERT_EQ(Shown(fast), Shown(slow)) << round;
+        ASSERT_EQ(fast.Row(), slow.Row()) << round;
+        for (int row = 0; row < slow.Rows(); ++row) ASSERT_EQ(fast.RowHeight(row), slow.RowHeight(row)) << round;
+    }
+}
+
+// A listener that changes rows while the cursor leaves its own, once or every time.
+class MeddlingListener final : public flexgrid::GridListener {
+  public:
+    explicit MeddlingListener(flexgrid::Grid& grid) : grid_(grid) { grid_.AddListener(this); }
+    ~MeddlingListener() override { grid_.RemoveListener(this); }
+    MeddlingListener(const MeddlingListener&) = delete;
+    MeddlingListener& operator=(const MeddlingListener&) = delete;
+    void LeaveCell() override { grid_.AddItem(u"\tnew"); }
+
+  private:
+    flexgrid::Grid& grid_;
+};
+
+TEST(RemoveEmptyRows, RowsMayComeMeanwhile) {
+    flexgrid::Grid grid;
+    Fill(grid, {u"N\tName", u"1\ta", u"2\t", u"3\tb", u"4\t", u"5\t"});
+    grid.MoveTo(5, 1);
+    const MeddlingListener listener(grid);
+    ControlState state;
+    state.autoRecordNumber = true;
+    RemoveEmptyRows(grid, state, true);
+    // The cursor left for the pass, and once more for the loop that took its place.
+    EXPECT_EQ(Shown(grid).substr(0, 15), "N|Name/1|a/2|b/");
+    for (int row = 1; row < grid.Rows(); ++row) {
+        EXPECT_NE(grid.TextMatrix(row, 1), u"");
+        EXPECT_EQ(Narrow(grid.TextMatrix(row, 0)), std::to_string(row));
+    }
+}
+
+TEST(RemoveAllRecords, OneEmptyRowIsLeft) {
+    for (const int rows : {1, 2, 5}) {
+        flexgrid::Grid grid;
+        Fill(grid, {u"N\tName\tQty"});
+        for (int row = 1; row < rows; ++row) grid.AddItem(u"1\ta\t2");
+        if (rows > 1) grid.SetFixedRows(1);
+        ControlState state;
+        state.changed = true;
+        RemoveAllRecords(grid, state);
+        if (rows > 1) {
+            EXPECT_EQ(Shown(grid), "N|Name|Qty/1||") << "the fixed column keeps its text";
+        }
+        EXPECT_EQ(grid.Rows(), grid.FixedRows() + 1);
+        EXPECT_FALSE(state.changed);
+    }
+}
+
+TEST(ClearRow, WhichCellsAreEmptied) {
+    struct {
+        const char* name;
+        TextView clearCols;
+        TextView avoidCols;
+        const char* row;
+    } const cases[] = {
+        {"everything but the fixed column", u"All", u"", "1|||"},
+        {"in any case", u"aLL", u"", "1|||"},
+        {"a column", u";qty;", u"", "1|a||3"},
+        {"a fixed column too, when it is listed", u";N;Name;", u"", "||2|3"},
+        {"no mark in front, no match", u"N;Qty;", u"", "1|a||3"},
+        {"nothing listed", u"", u"", "1|a|2|3"},
+        {"all but some", u"All", u";Name;Rate;", "1|a||3"},
+        {"what is to be avoided wins over what is to be cleared", u";Name;", u";Qty;", "1||2|"},
+        {"a list that avoids nothing clears all the same", u";Name;", u"x", "1|||"},
+    };
+    for (const auto& c : cases) {
+        flexgrid::Grid grid;
+        Fill(grid, {u"N\tName\tQty\tRate", u"0\tx\ty\tz", u"1\ta\t2\t3"});
+        ClearRow(grid, 2, c.clearCols, c.avoidCols);
+        EXPECT_EQ(Shown(grid), std::string("N|Name|Qty|Rate/0|x|y|z/") + c.row) << c.name;
+    }
+}
+
+TEST(ClearRow, RowsThatAreNotThereRaiseTheGridsError) {
+    flexgrid::Grid grid;
+    Fill(grid, {u"N\tName", u"1\ta"});
+    for (const int row : {-1, 2}) {
+        try {
+            ClearRow(grid, row, u"All", {});
+            ADD_FAILURE() << row;
+        } catch (const RunTimeError& error) {
+            EXPECT_EQ(error.Number(), 381);
+        }
+        EXPECT_NO_THROW(ClearRow(grid, row, u";none;", {})) << "no cell is touched";
+    }
+    EXPECT_NO_THROW(ClearRow(grid, 0, u"All", {})) << "a header may be cleared";
+    EXPECT_EQ(Shown(grid), "N|/1|a");
+}
+
+}  // namespace
+}  // namespace qvx::grid
