@@ -56,12 +56,28 @@ Text CleanDate(TextView text, TextView dateFormat, const DateSettings& settings)
     return date ? FormatDate(*date, dateFormat, settings.separator) : Text();
 }
 
+int CleaningCode(TextView columnsDataType, TextView caption) {
+    for (const int code : {data_type::digits, data_type::numerics, data_type::date})
+        if (HasColumnCode(columnsDataType, caption, code)) return code;
+    return noCleaning;
+}
+
+Text CleanByCode(TextView text, int code, TextView dateFormat, const DateSettings& settings) {
+    switch (code) {
+        case data_type::digits:
+            return CleanDigits(text);
+        case data_type::numerics:
+            return CleanNumber(text);
+        case data_type::date:
+            return CleanDate(text, dateFormat, settings);
+        default:
+            return Text(text);
+    }
+}
+
 Text CleanCell(TextView text, TextView columnsDataType, TextView caption, TextView dateFormat,
                const DateSettings& settings) {
-    if (HasColumnCode(columnsDataType, caption, data_type::digits)) return CleanDigits(text);
-    if (HasColumnCode(columnsDataType, caption, data_type::numerics)) return CleanNumber(text);
-    if (HasColumnCode(columnsDataType, caption, data_type::date)) return CleanDate(text, dateFormat, settings);
-    return Text(text);
+    return CleanByCode(text, CleaningCode(columnsDataType, caption), dateFormat, settings);
 }
 
 }  // namespace qvx::grid

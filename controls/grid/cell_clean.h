@@ -25,4 +25,9 @@ Text NormalizeDate(TextView text, TextView dateFormat, const DateSettings& setti
 Text CleanCell(TextView text, TextView columnsDataType, TextView caption, TextView dateFormat,
                const DateSettings& settings);
 
+// The same in two halves, for many cells of one column: the code (noCleaning for none), and what it does.
+constexpr int noCleaning = -1;
+int CleaningCode(TextView columnsDataType, TextView caption);
+Text CleanByCode(TextView text, int code, TextView dateFormat, const DateSettings& settings);
+
 }  // namespace qvx::grid

@@ -18,4 +18,15 @@ Text MatchListEntry(const ListState& list, TextView typed, TextView oldText) {
     return oldText.empty() ? entry(top) : Text(oldText);
 }
 
+Text MatchGivenEntry(const ListState& list, TextView text, TextView oldText) {
+    ListState chosen = list;
+    chosen.topIndex = 0;
+    chosen.listIndex = FindExactly(list.count, list.entry, text);
+    if (chosen.listIndex < 0) chosen.listIndex = FindBeginningWith(list.count, list.entry, text);
+    if (chosen.listIndex < 0 && (text.empty() || !oldText.empty())) return Text(oldText);
+    // Nothing found: the first entry is what a cell without a text gets.
+    if (chosen.listIndex < 0) chosen.count = std::min(chosen.count, listRowsInView);
+    return MatchListEntry(chosen, text, oldText);
+}
+
 }  // namespace qvx::grid

@@ -22,4 +22,9 @@ constexpr int listRowsInView = 8;
 // unseen; else the old text, or the top entry when there was none. An index past the list reads as "".
 Text MatchListEntry(const ListState& list, TextView typed, TextView oldText);
 
+// The text that a cell gets when a text comes from elsewhere, without a drop-down that has followed the typing: the
+// entry that it is or else the first that begins with it; the old text when there is none, or the first entry when
+// there was none, either. An empty text changes nothing, unless it is an entry.
+Text MatchGivenEntry(const ListState& list, TextView text, TextView oldText);
+
 }  // namespace qvx::grid

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "elements/flexgrid/cell_format.h"
@@ -16,7 +17,18 @@
 namespace qvx::flexgrid {
 
 class FormatTable {
+    struct Node;
+    struct Entry {
+        int col;
+        std::shared_ptr<const Node> node;
+    };
+    using Pattern = std::vector<Entry>;  // columns ascend
+    using SharedPattern = std::shared_ptr<const Pattern>;
+
   public:
+    // The formats of a whole row; null for none.
+    using RowFormats = SharedPattern;
+
     bool Empty() const { return rows_.Empty(); }
     // nullptr for a cell without a format of its own; good until the next change.
     const CellFormat* Find(RowId row, int col) const {
@@ -31,6 +43,17 @@ class FormatTable {
     // Strong guarantee.
     void ChangeCells(std::span<const RowId> rows, int firstCol, int lastCol,
                      const std::function<void(CellFormat&)>& change);
+    RowFormats OfRow(RowId row) const {
+        const SharedPattern* found = rows_.Find(row);
+        return found ? *found : nullptr;
+    }
+    void SetRow(RowId row, RowFormats formats) {
+        if (formats) {
+            rows_.Set(row, std::move(formats));
+        } else {
+            rows_.Erase(row);
+        }
+    }
     void RemoveRow(RowId row) noexcept { rows_.Erase(row); }
     // Strong guarantee.
     void TruncateColumns(int cols);
@@ -43,12 +66,6 @@ class FormatTable {
         mutable FontSpec font;  // the grid's with this format's changes, as of fontVersion
         mutable std::uint64_t fontVersion = 0;
     };
-    struct Entry {
-        int col;
-        std::shared_ptr<const Node> node;
-    };
-    using Pattern = std::vector<Entry>;  // columns ascend
-    using SharedPattern = std::shared_ptr<const Pattern>;
 
     const Node* FindNode(RowId row, int col) const;
     // One of the patterns made lately that looks the same, else a new one; nullptr for one without entries.

@@ -19,6 +19,18 @@ void Grid::SetTextMatrix(int row, int col, TextView text) {
     TellChange(GridChange::cells, {row, col, row, col});
 }
 
+void Grid::SetTexts(int row, int firstCol, std::span<const TextView> texts) {
+    if (texts.empty()) {
+        return;
+    }
+    CheckCell(row, firstCol);
+    if (texts.size() > static_cast<std::size_t>(Cols() - firstCol)) {
+        RefuseSubscript();
+    }
+    store_.SetCells(row, firstCol, texts);
+    TellChange(GridChange::cells, {row, firstCol, row, firstCol + static_cast<int>(texts.size()) - 1});
+}
+
 qvx::Text Grid::TextArray(int index) const {
     if (index < 0 || Cols() == 0) {
         RefuseSubscript();

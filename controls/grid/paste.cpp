@@ -1,0 +1,73 @@
+#include "controls/grid/paste.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "common/number_text.h"
+#include "controls/grid/column_lists.h"
+
+namespace qvx::grid {
+
+Text CopiedText(const flexgrid::Grid& grid) {
+    const flexgrid::CellRange range = grid.Selection();
+    if (range.Empty()) return {};
+    ClipboardWriter writer;
+    Text scratch;
+    grid.ForEachRow(range.top, range.bottom, [&](int, const flexgrid::RowView& cells) {
+        for (int col = range.left; col <= range.right; ++col) writer.AddCell(cells[col].AsWide(scratch));
+        writer.EndRow();
+    });
+    return writer.Take();
+}
+
+ColumnRules RulesOf(const flexgrid::Grid& grid, const ControlState& state, int col) {
+    const Text caption = grid.TextArray(col);
+    const bool refuses =
+        col < grid.FixedCols() || grid.ColWidth(col) == 0 || IsListedColumn(state.inActiveColumns, caption);
+    return {refuses, IsListedColumn(state.unChangableColumns, caption), CleaningCode(state.columnsDataType, caption)};
+}
+
+Text TextFor(const ColumnRules& rules, int col, TextView given, TextView oldText, const ControlState& state,
+             const CellSources& sources) {
+    Text cleaned = CleanByCode(given, rules.cleaning, state.dateFormat, sources.dates);
+    return rules.listOnly ? MatchGivenEntry(sources.list(col), cleaned, oldText) : cleaned;
+}
+
+CellRectangle::CellRectangle(const flexgrid::Grid& grid, const ClipboardCells& cells) : target_(grid.Selection()) {
+    if (cells.Rows() == 1 && cells.Cols() == 1) {
+        const auto width = static_cast<std::size_t>(std::max(target_.right - target_.left + 1, 0));
+        same_.assign(width, cells.Row(0)[0]);
+        return;
+    }
+    cells_ = &cells;
+    if (target_.Empty()) return;
+    const auto last = [](int first, std::size_t count) {
+        const std::size_t most = static_cast<std::size_t>(std::numeric_limits<int>::max() - first);
+        return first + static_cast<int>(std::min(count, most)) - 1;
+    };
+    target_.bottom = last(target_.top, cells.Rows());
+    target_.right = std::min(last(target_.left, cells.Cols()), grid.Cols() - 1);
+}
+
+CellRectangle::CellRectangle(const flexgrid::Grid& grid) : target_(grid.Selection()) {
+    same_.resize(static_cast<std::size_t>(std::max(target_.right - target_.left + 1, 0)));
+}
+
+std::span<const TextView> CellRectangle::Row(int row) const {
+    if (!cells_) return same_;
+    const std::span<const TextView> cells = cells_->Row(static_cast<std::size_t>(row - target_.top));
+    return cells.first(std::min(cells.size(), static_cast<std::size_t>(target_.right - target_.left + 1)));
+}
+
+void AppendRows(flexgrid::Grid& grid, const ControlState& state, EditHistory& history, int count) {
+    Text block;
+    count = std::min(count, flexgrid::Grid::maxRows);  // which the grid refuses as it would refuse more
+    for (int row = 0; row < count; ++row) {
+        if (state.autoRecordNumber) block += IntegerToText(grid.Rows() + row);
+        block += u'\r';
+    }
+    const int at = grid.Rows();
+    history.InsertRows(at, count, [&] { grid.AddItems(block); });
+}
+
+}  // namespace qvx::grid

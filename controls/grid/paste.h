@@ -1,0 +1,192 @@
+// Cells that come and go through the clipboard: which of them a rectangle of texts reaches, what becomes of each, and
+// in which order the host is told.
+#pragma once
+
+#include <concepts>
+#include <functional>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "common/dates.h"
+#include "controls/grid/cell_clean.h"
+#include "controls/grid/clipboard_text.h"
+#include "controls/grid/control_state.h"
+#include "controls/grid/edit_history.h"
+#include "controls/grid/list_match.h"
+#include "elements/flexgrid/grid.h"
+
+namespace qvx::grid {
+
+// What the host program is told of each cell. When nobody listens the cells are written a row at a time.
+template <class H>
+concept ChangeEvents = requires(H events, int number, const Text& text, bool& flag) {
+    events.BeforeCellChange(number, number, text, flag);
+    events.AfterCellChange(number, number, text, text, flag);
+    { events.Listens() } -> std::convertible_to<bool>;
+};
+
+// What cleaning asks of the system and of the pick lists.
+struct CellSources {
+    DateSettings dates;
+    std::function<ListState(int col)> list;  // of a list-only column
+};
+
+// The selected cells as text for the clipboard, hidden ones included; "" without any.
+Text CopiedText(const flexgrid::Grid& grid);
+
+// How a column takes texts that are not typed into it.
+struct ColumnRules {
+    bool refuses = false;  // fixed, inactive or hidden
+    bool listOnly = false;
+    int cleaning = noCleaning;
+};
+ColumnRules RulesOf(const flexgrid::Grid& grid, const ControlState& state, int col);
+// The text that the cell gets for a given one.
+Text TextFor(const ColumnRules& rules, int col, TextView given, TextView oldText, const ControlState& state,
+             const CellSources& sources);
+
+// A rectangle of texts on its way into the grid.
+class CellRectangle {
+  public:
+    // Pasted cells, from the first selected one on; a single one goes into all selected cells.
+    CellRectangle(const flexgrid::Grid& grid, const ClipboardCells& cells);
+    // Nothing, into all selected cells.
+    explicit CellRectangle(const flexgrid::Grid& grid);
+
+    const flexgrid::CellRange& Target() const { return target_; }
+    // The texts of a row of the target, from its first column on; a short row leaves the rest of the cells alone.
+    std::span<const TextView> Row(int row) const;
+
+  private:
+    const ClipboardCells* cells_ = nullptr;  // null: `same_` in every row
+    std::vector<TextView> same_;
+    flexgrid::CellRange target_;
+};
+
+// Rows at the end, numbered when rows are.
+void AppendRows(flexgrid::Grid& grid, const ControlState& state, EditHistory& history, int count);
+
+template <ChangeEvents Events>
+class CellWriter {
+  public:
+    CellWriter(flexgrid::Grid& grid, ControlState& state, EditHistory& history, Events& events,
+               const CellSources& sources)
+        : grid_(grid), state_(state), history_(history), events_(events), sources_(sources) {}
+
+    // Writes the rectangle as far as it lies within the grid's columns, and within its rows or with AutoAddNew below
+    // them: one step of the history. Every cell is treated as one that was typed: cleaned by its column, the host asked
+    // before and told afterwards. The grid counts as changed when a cell was reached. Raises the grid's errors.
+    void Write(const CellRectangle& rectangle);
+
+  private:
+    bool Exists(int row, int col) const { return row < grid_.Rows() && col < grid_.Cols(); }
+    void WriteCell(int row, int col, TextView given);
+    void WriteRow(int row, int left, std::span<const TextView> given, const std::vector<ColumnRules>& rules);
+
+    flexgrid::Grid& grid_;
+    ControlState& state_;
+    EditHistory& history_;
+    Events& events_;
+    const CellSources& sources_;
+    std::vector<Text> cleaned_;  // of the row being written; kept for its memory
+    std::vector<TextView> texts_;
+};
+
+template <ChangeEvents Events>
+void CellWriter<Events>::Write(const CellRectangle& rectangle) {
+    flexgrid::CellRange target = rectangle.Target();
+    if (target.Empty()) return;
+    const EditHistory::Group group(history_);
+    if (target.bottom >= grid_.Rows() && state_.autoAddNew)
+        AppendRows(grid_, state_, history_, target.bottom - grid_.Rows() + 1);
+    const bool told = events_.Listens();
+    std::vector<ColumnRules> rules;
+    if (!told)
+        for (int col = 0; col < grid_.Cols(); ++col) rules.push_back(RulesOf(grid_, state_, col));
+    for (int row = target.top; row <= target.bottom && row < grid_.Rows(); ++row) {
+        std::span<const TextView> given = rectangle.Row(row);
+        if (!told) {
+            WriteRow(row, target.left, given, rules);
+            continue;
+        }
+        int col = target.left;
+        for (const TextView text : given) WriteCell(row, col++, text);
+    }
+}
+
+template <ChangeEvents Events>
+void CellWriter<Events>::WriteCell(int row, int col, TextView given) {
+    // After every event the grid may be another one.
+    if (!Exists(row, col) || row < grid_.FixedRows() || RulesOf(grid_, state_, col).refuses) return;
+    state_.eventFlag = false;
+    events_.BeforeCellChange(row, col, grid_.TextMatrix(row, col), state_.eventFlag);
+    if (state_.eventFlag || !Exists(row, col)) return;
+    state_.changed = true;
+    const std::uint64_t structure = grid_.StructureVersion();
+    const Text oldText = grid_.TextMatrix(row, col);
+    const Text newText = TextFor(RulesOf(grid_, state_, col), col, given, oldText, state_, sources_);
+    if (!Exists(row, col)) return;
+    grid_.SetTextMatrix(row, col, newText);
+    state_.eventFlag = false;
+    events_.AfterCellChange(row, col, oldText, newText, state_.eventFlag);
+    if (!Exists(row, col)) return;
+    if (state_.eventFlag)
+        grid_.SetTextMatrix(row, col, oldText);
+    else
+        history_.CellChanged(structure, row, col, oldText, grid_.TextMatrix(row, col));
+}
+
+template <ChangeEvents Events>
+void CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> given,
+                                  const std::vector<ColumnRules>& rules) {
+    if (row < grid_.FixedRows()) return;
+    const std::uint64_t structure = grid_.StructureVersion();
+    given = given.first(std::min(given.size(), static_cast<std::size_t>(grid_.Cols() - left)));
+    cleaned_.resize(std::max(cleaned_.size(), given.size()));
+    int first = left;
+    texts_.clear();
+    const auto writeRun = [&] {
+        grid_.SetTexts(row, first, texts_);
+        texts_.clear();
+    };
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        const int col = left + static_cast<int>(i);
+        const ColumnRules& rule = rules[static_cast<std::size_t>(col)];
+        if (rule.refuses) {
+            writeRun();
+            continue;
+        }
+        TextView text = given[i];
+        if (rule.listOnly || rule.cleaning != noCleaning) {
+            cleaned_[i] = TextFor(rule, col, text, grid_.TextMatrix(row, col), state_, sources_);
+            text = cleaned_[i];
+        }
+        history_.CellChanged(structure, row, col, grid_.Cell(row, col), text);
+        state_.changed = true;
+        if (texts_.empty()) first = col;
+        texts_.push_back(text);
+    }
+    writeRun();
+}
+
+// Tells the host of what undoing or redoing has done: a change of rows as a whole, or else cell after cell. It cannot
+// cancel that.
+template <ChangeEvents Events>
+void TellOfStep(const flexgrid::Grid& grid, ControlState& state, EditHistory& history, const EditStep& step,
+                bool backwards, Events& events) {
+    if (!events.Listens()) return;
+    const EditHistory::Pause pause(history);
+    if (step.RowsChanged()) {
+        state.eventFlag = false;
+        events.AfterCellChange(-1, -1, {}, {}, state.eventFlag);
+        return;
+    }
+    step.ForEachCell(backwards, [&](int row, int col, TextView before, TextView after) {
+        if (row >= grid.Rows() || col >= grid.Cols()) return;
+        state.eventFlag = false;
+        events.AfterCellChange(row, col, Text(before), Text(after), state.eventFlag);
+    });
+}
+
+}  // namespace qvx::grid

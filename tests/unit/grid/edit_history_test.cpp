@@ -1,0 +1,305 @@
+#include "controls/grid/edit_history.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <optional>
+
+#include "controls/grid/lifecycle.h"
+#include "controls/grid/paste.h"
+#include "tests/unit/grid/grid_fixture.h"
+
+namespace qvx::grid {
+namespace {
+
+// The data cells, a row a line.
+std::string Show(const flexgrid::Grid& grid) {
+    std::string out;
+    for (int row = 1; row < grid.Rows(); ++row) {
+        for (int col = 0; col < grid.Cols(); ++col) out += (col > 0 ? "|" : "") + Narrow(grid.TextMatrix(row, col));
+        out += "\n";
+    }
+    return out;
+}
+
+class EditHistoryTest : public ::testing::Test {
+  protected:
+    EditHistoryTest() {
+        Fill(grid, {u"No\tName\tQty", u"1\ta\t10", u"2\tb\t20", u"3\tc\t30"});
+        state.autoRecordNumber = true;
+        history.emplace(grid);
+    }
+
+    // What a committed edit does.
+    void Edit(int row, int col, TextView text) {
+        const Text before = grid.TextMatrix(row, col);
+        grid.SetTextMatrix(row, col, text);
+        history->CellChanged(grid.StructureVersion(), row, col, before, text);
+    }
+    void Insert(int row) {
+        history->InsertRows(row, 1, [&] { grid.AddItem({}, row); });
+        Renumber(grid, state);
+    }
+    void Remove(int row) {
+        history->RemoveRows(row, 1, [&] { grid.RemoveItem(row); });
+        Renumber(grid, state);
+    }
+    std::string Current() const { return std::to_string(grid.Row()) + "," + std::to_string(grid.Col()); }
+    // The cells that a step has changed, as hosts are told.
+    static std::string Told(const EditHistory::Step& step, bool backwards) {
+        if (!step) return "nothing";
+        std::string out = step->RowsChanged() ? "rows " : "";
+        step->ForEachCell(backwards, [&](int row, int col, TextView before, TextView after) {
+            out += std::to_string(row) + "," + std::to_string(col) + " " + Narrow(before) + ">" + Narrow(after) + " ";
+        });
+        return out;
+    }
+
+    flexgrid::Grid grid;
+    ControlState state;
+    std::optional<EditHistory> history;
+};
+
+TEST_F(EditHistoryTest, EditsGoBackAndForth) {
+    EXPECT_FALSE(history->CanUndo());
+    EXPECT_EQ("nothing", Told(history->Undo(state), true));
+    Edit(1, 1, u"x");
+    Edit(2, 2, u"");
+    grid.MoveTo(3, 1);
+    EXPECT_EQ("2,2 >20 ", Told(history->Undo(state), true));
+    EXPECT_EQ("2,2", Current());
+    EXPECT_TRUE(state.changed);
+    EXPECT_EQ("1,1 x>a ", Told(history->Undo(state), true));
+    EXPECT_EQ("1,1", Current());
+    EXPECT_FALSE(history->CanUndo());
+    EXPECT_EQ("1,1 a>x ", Told(history->Redo(state), false));
+    EXPECT_TRUE(history->CanRedo());
+    Edit(3, 1, u"new");
+    EXPECT_FALSE(history->CanRedo()) << "what is new ends what was undone";
+    history->Undo(state);
+    history->Undo(state);
+    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n", Show(grid));
+}
+
+TEST_F(EditHistoryTest, AnEditWithTheSameTextIsNone) {
+    Edit(1, 1, u"a");
+    EXPECT_FALSE(history->CanUndo());
+}
+
+TEST_F(EditHistoryTest, RowsComeBackAsTheyWere) {
+    grid.SetRowHeight(2, 500);
+    grid.SetRowData(2, 77);
+    grid.MoveTo(2, 1);
+    grid.SetCellForeColor(0xFF);
+    Edit(2, 1, u"bb");
+    Remove(2);
+    EXPECT_EQ("1|a|10\n2|c|30\n", Show(grid));
+    EXPECT_EQ("rows ", Told(history->Undo(state), true));
+    EXPECT_EQ("1|a|10\n2|bb|20\n3|c|30\n", Show(grid));
+    EXPECT_EQ(500, grid.RowHeight(2));
+    EXPECT_EQ(240, grid.RowHeight(3));
+    EXPECT_EQ(77, grid.RowData(2));
+    ASSERT_TRUE(grid.FormatOf(2, 1));
+    EXPECT_EQ(0xFFu, grid.FormatOf(2, 1)->foreColor);
+    EXPECT_FALSE(grid.FormatOf(3, 1));
+    history->Undo(state);
+    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n", Show(grid));
+    history->Redo(state);
+    history->Redo(state);
+    EXPECT_EQ("1|a|10\n2|c|30\n", Show(grid));
+    EXPECT_FALSE(history->CanRedo());
+}
+
+TEST_F(EditHistoryTest, AnInsertedRowGoesAndComesBackWithWhatTheHostWroteIntoIt) {
+    Insert(2);
+    grid.SetTextMatrix(2, 1, u"by the host");
+    EXPECT_EQ("rows ", Told(history->Undo(state), true));
+    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n", Show(grid));
+    history->Redo(state);
+    EXPECT_EQ("1|a|10\n2|by the host|\n3|b|20\n4|c|30\n", Show(grid));
+    EXPECT_EQ(2, grid.Row());
+}
+
+TEST_F(EditHistoryTest, TheOnlyDataRowCanHaveBeenTheInsertedOne) {
+    flexgrid::Grid empty;
+    empty.SetCols(2);
+    empty.SetRows(1);
+    EditHistory own(empty);
+    own.InsertRows(1, 1, [&] { empty.AddItem(u"1"); });
+    EXPECT_EQ(2, empty.Rows());
+    own.Undo(state);
+    EXPECT_EQ(1, empty.Rows());
+    own.Redo(state);
+    EXPECT_EQ(u"1", empty.TextMatrix(1, 0));
+}
+
+TEST_F(EditHistoryTest, AGroupIsOneStepInItsOrder) {
+    {
+        const EditHistory::Group group(*history);
+        AppendRows(grid, state, *history, 2);
+        Edit(4, 1, u"d");
+        Edit(4, 2, u"40");
+        Edit(5, 1, u"e");
+        EXPECT_FALSE(history->CanUndo()) << "not while it is made";
+    }
+    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n4|d|40\n5|e|\n", Show(grid));
+    history->Undo(state);
+    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n", Show(grid));
+    EXPECT_FALSE(history->CanUndo());
+    history->Redo(state);
+    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n4|d|40\n5|e|\n", Show(grid));
+    EXPECT_EQ("4,1", Current());
+}
+
+TEST_F(EditHistoryTest, CellsAreToldFromTheTopLeftOn) {
+    {
+        const EditHistory::Group group(*history);
+        Edit(1, 1, u"x");
+        Edit(1, 2, u"1");
+        Edit(2, 1, u"y");
+        Edit(2, 2, u"2");
+    }
+    EXPECT_EQ("1,1 x>a 1,2 1>10 2,1 y>b 2,2 2>20 ", Told(history->Undo(state), true));
+    EXPECT_EQ("1,1 a>x 1,2 10>1 2,1 b>y 2,2 20>2 ", Told(history->Redo(state), false));
+    EXPECT_EQ("1,1 x>a 1,2 1>10 2,1 y>b 2,2 2>20 ", Told(history->Undo(state), true));
+}
+
+// A cell that a group changes twice, and neighbours in no order.
+TEST_F(EditHistoryTest, AnyOrderOfCellsGoesBackAndForth) {
+    {
+        const EditHistory::Group group(*history);
+        for (const int col : {2, 1, 2, 1, 0}) Edit(1, col, grid.TextMatrix(1, col) + u"+");
+    }
+    EXPECT_EQ("1+|a++|10++\n2|b|20\n3|c|30\n", Show(grid));
+    history->Undo(state);
+    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n", Show(grid));
+    history->Redo(state);
+    EXPECT_EQ("1+|a++|10++\n2|b|20\n3|c|30\n", Show(grid));
+}
+
+TEST_F(EditHistoryTest, WhatTheHostHasWrittenIsOverwrittenAndComesBackWithRedo) {
+    Edit(1, 1, u"x");
+    grid.SetTextMatrix(1, 1, u"host");
+    EXPECT_EQ("1,1 host>a ", Told(history->Undo(state), true));
+    EXPECT_EQ("1,1 a>host ", Told(history->Redo(state), false));
+}
+
+TEST_F(EditHistoryTest, RowsAndColumnsMovedByTheHostBeginItAnew) {
+    using Act = std::function<void(flexgrid::Grid&)>;
+    const std::pair<const char*, Act> acts[] = {
+        {"AddItem", [](auto& g) { g.AddItem(u"9"); }},
+        {"RemoveItem", [](auto& g) { g.RemoveItem(1); }},
+        {"Rows", [](auto& g) { g.SetRows(2); }},
+        {"Cols", [](auto& g) { g.SetCols(2); }},
+        {"FixedRows", [](auto& g) { g.SetFixedRows(0); }},
+        {"Clear", [](auto& g) { g.Clear(); }},
+        {"FormatString", [](auto& g) { g.SetFormatString(u"A|B|C"); }},
+        {"RemoveRowsIf", [](auto& g) { g.RemoveRowsIf([](int row) { return row == 2; }); }},
+        {"Sort", [](auto& g) { g.Sort(flexgrid::GridSort::numericDescending); }},
+        {"RowPosition", [](auto& g) { g.SetRowPosition(1, 2); }},
+        {"ColPosition", [](auto& g) { g.SetColPosition(1, 2); }},
+    };
+    for (const auto& [name, act] : acts) {
+        flexgrid::Grid own;
+        Fill(own, {u"No\tName\tQty", u"1\ta\t10", u"2\tb\t20", u"3\tc\t30"});
+        EditHistory subject(own);
+        for (int i = 0; i < 2; ++i) {
+            own.SetTextMatrix(3, 1, i == 0 ? u"x" : u"y");
+            subject.CellChanged(own.StructureVersion(), 3, 1, i == 0 ? u"c" : u"x", i == 0 ? u"x" : u"y");
+        }
+        subject.Undo(state);
+        EXPECT_TRUE(subject.CanUndo() && subject.CanRedo()) << name;
+        act(own);
+        EXPECT_FALSE(subject.CanUndo() || subject.CanRedo()) << name;
+        EXPECT_FALSE(subject.Undo(state) || subject.Redo(state)) << name;
+        subject.CellChanged(own.StructureVersion(), 0, 0, u"", u"new");
+        EXPECT_TRUE(subject.CanUndo()) << name << ": later edits are remembered";
+    }
+}
+
+TEST_F(EditHistoryTest, AnEditWhoseRowHasMovedMeanwhileLeavesNoStep) {
+    const std::uint64_t then = grid.StructureVersion();
+    grid.RemoveItem(1);
+    history->CellChanged(then, 3, 1, u"c", u"x");
+    EXPECT_FALSE(history->CanUndo());
+}
+
+TEST_F(EditHistoryTest, AGroupThatTheHostMeddlesWithLeavesNoStep) {
+    Edit(1, 1, u"x");
+    {
+        const EditHistory::Group group(*history);
+        Edit(1, 2, u"1");
+        grid.RemoveItem(2);
+        Edit(1, 2, u"2");
+    }
+    EXPECT_FALSE(history->CanUndo());
+    Edit(1, 1, u"y");
+    EXPECT_TRUE(history->CanUndo());
+}
+
+// A host whose LeaveCell handler takes rows away, in the middle of the grid's own removal.
+class Meddler : public flexgrid::GridListener {
+  public:
+    explicit Meddler(flexgrid::Grid& grid) : grid_(grid) { grid.AddListener(this); }
+    ~Meddler() override { grid_.RemoveListener(this); }
+    void LeaveCell() override {
+        if (left-- > 0) grid_.SetRows(2);
+    }
+    int left = 1;
+
+  private:
+    flexgrid::Grid& grid_;
+};
+
+TEST_F(EditHistoryTest, HandlersMayTakeRowsAwayWhileItWorks) {
+    Edit(3, 1, u"x");
+    AppendRows(grid, state, *history, 3);
+    grid.MoveTo(6, 1);
+    {
+        Meddler meddler(grid);
+        history->Undo(state);  // the cursor has to leave its row
+    }
+    EXPECT_FALSE(history->CanUndo() || history->CanRedo());
+
+    grid.SetRows(4);
+    Edit(3, 1, u"x");
+    grid.MoveTo(1, 1);
+    Meddler meddler(grid);
+    history->Undo(state);  // the cursor goes to where the change was
+    EXPECT_EQ(2, grid.Rows());
+    EXPECT_FALSE(history->CanUndo() || history->CanRedo());
+}
+
+TEST_F(EditHistoryTest, IsBoundedByStepsAndByCharacters) {
+    history.emplace(grid, EditHistory::Limits{3, 1000});
+    for (const TextView text : {u"1", u"2", u"3", u"4", u"5"}) Edit(1, 1, text);
+    int undone = 0;
+    while (history->Undo(state)) ++undone;
+    EXPECT_EQ(3, undone);
+    EXPECT_EQ(u"2", grid.TextMatrix(1, 1));
+    while (history->Redo(state)) --undone;
+    EXPECT_EQ(0, undone);
+
+    Edit(1, 1, Text(600, u'x'));
+    EXPECT_TRUE(history->CanUndo());
+    Edit(2, 1, Text(5000, u'y'));
+    history->Undo(state);
+    EXPECT_EQ(u"b", grid.TextMatrix(2, 1));
+    EXPECT_FALSE(history->CanUndo()) << "too large, it is kept alone";
+    EXPECT_TRUE(history->CanRedo());
+}
+
+TEST_F(EditHistoryTest, APauseRecordsAndUndoesNothing) {
+    Edit(1, 1, u"x");
+    {
+        const EditHistory::Pause pause(*history);
+        EXPECT_FALSE(history->CanUndo());
+        EXPECT_FALSE(history->Undo(state));
+        Edit(1, 2, u"1");
+    }
+    EXPECT_EQ("1,1 x>a ", Told(history->Undo(state), true));
+    EXPECT_FALSE(history->CanUndo());
+}
+
+}  // namespace
+}  // namespace qvx::grid
