@@ -81,7 +81,8 @@ bool Sensible(const FontSpec& font) {
            font.face.size() <= longestFace;
 }
 
-// Nothing when the bytes are no value of their kind.
+// No value (monostate) for what no control can use: one bad property is no reason to lose the others. Nothing when the
+// bytes are not of their kind at all.
 std::optional<PropertyValue> ReadValue(std::uint8_t kind, std::span<const std::uint8_t> bytes) {
     Reader reader(bytes);
     PropertyValue value;
@@ -94,8 +95,7 @@ std::optional<PropertyValue> ReadValue(std::uint8_t kind, std::span<const std::u
             break;
         case doubleKind: {
             const double number = reader.Double();
-            if (!std::isfinite(number)) return std::nullopt;
-            value = number;
+            if (std::isfinite(number)) value = number;
             break;
         }
         case textKind:
@@ -103,8 +103,7 @@ std::optional<PropertyValue> ReadValue(std::uint8_t kind, std::span<const std::u
             break;
         case fontKind: {
             FontSpec font = ReadFont(reader);
-            if (!Sensible(font)) return std::nullopt;
-            value = std::move(font);
+            if (Sensible(font)) value = std::move(font);
             break;
         }
         default:

@@ -34,8 +34,9 @@ struct Header {
 std::optional<Header> ReadHeader(std::span<const std::uint8_t> bytes);
 
 // The records behind the header; `bytes` are exactly Header::size of them. Records of a kind or with a key unknown to
-// the caller are for the caller to pass over; a kind unknown here reads as no value. Nothing when the bytes contradict
-// themselves.
+// the caller are for the caller to pass over; a kind unknown here and a value that no
+// control can use (a number that is not finite, a font without a name) read as no value. Nothing when the bytes
+// contradict themselves.
 std::optional<std::vector<Record>> ReadRecords(const Header& header, std::span<const std::uint8_t> bytes);
 
 // Header and records. At most 65,535 records; keys of at most 65,535 characters. Throws std::length_error when they
