@@ -1,5 +1,8 @@
 #include "common/about_box.h"
 
+#include <utility>
+
+#include "common/keys.h"
 #include "common/maker.h"
 #include "common/numeric_reading.h"
 
@@ -31,11 +34,6 @@ FontSpec Verdana(double points, int weight = 400, bool underline = false) {
     return font;
 }
 
-Rect InPixels(const Rect& twips, Dpi dpi) {
-    return {TwipsToPixels(twips.left, dpi.x), TwipsToPixels(twips.top, dpi.y), TwipsToPixels(twips.right, dpi.x),
-            TwipsToPixels(twips.bottom, dpi.y)};
-}
-
 }  // namespace
 
 const std::vector<LabelLook>& Labels() {
@@ -53,7 +51,7 @@ std::optional<Label> LabelAt(Point point, Dpi dpi) {
     const std::vector<LabelLook>& labels = Labels();
     std::optional<Label> found;
     for (std::size_t i = 0; i < labels.size(); ++i) {
-        if (InPixels(labels[i].twips, dpi).Contains(point)) {
+        if (TwipsToPixels(labels[i].twips, dpi).Contains(point)) {
             found = static_cast<Label>(i);
         }
     }
@@ -62,12 +60,25 @@ std::optional<Label> LabelAt(Point point, Dpi dpi) {
 
 void Paint(Surface& surface) {
     const Dpi dpi = surface.Resolution();
-    const Rect area = InPixels({0, 0, client.width, client.height}, dpi);
+    const Rect area = TwipsToPixels(Rect{0, 0, client.width, client.height}, dpi);
     surface.FillRect(area, paper);
     surface.FillRect({0, 0, TwipsToPixels(bandWidth, dpi.x), area.bottom}, band);
     for (const LabelLook& label : Labels()) {
-        surface.DrawLabel(label.text, InPixels(label.twips, dpi), label.font, label.color, labelFormat);
+        surface.DrawLabel(label.text, TwipsToPixels(label.twips, dpi), label.font, label.color, labelFormat);
     }
+}
+
+Answer Press::Up(Point point, Dpi dpi) {
+    const auto began = std::exchange(on_, std::nullopt);
+    const Rect form = TwipsToPixels(Rect{0, 0, client.width, client.height}, dpi);
+    const auto label = LabelAt(point, dpi);
+    if (!began || !form.Contains(point) || began->label != label) return Answer::none;
+    if (!label) return Answer::close;
+    return *label == Label::mail ? Answer::mail : Answer::none;
+}
+
+Answer AnswerForKey(int key, bool repeated) {
+    return key == keys::shift || key == keys::control || repeated ? Answer::none : Answer::close;
 }
 
 Text MailLink() {

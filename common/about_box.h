@@ -33,6 +33,29 @@ std::optional<Label> LabelAt(Point point, Dpi dpi);
 
 void Paint(Surface& surface);
 
+// What an input to the form makes the dialog do.
+enum class Answer { none, close, mail };
+
+// The left mouse button over the form. Only a press that began here counts, and only where it is let go on the same
+// label, or off them on the form: the release of the click that opened the dialog must not close it.
+class Press {
+  public:
+    void Down(Point point, Dpi dpi) { on_ = Spot{LabelAt(point, dpi)}; }
+    // Points are pixels of the form, and may lie outside.
+    Answer Up(Point point, Dpi dpi);
+    // Someone else took the mouse.
+    void CallOff() { on_.reset(); }
+
+  private:
+    struct Spot {
+        std::optional<Label> label;
+    };
+    std::optional<Spot> on_;
+};
+
+// Any key closes the form but Shift and Control, and but one that is held down since before it opened.
+Answer AnswerForKey(int key, bool repeated);
+
 // The link that the mail label opens.
 Text MailLink();
 

@@ -30,13 +30,14 @@ class AboutDialog final : public Window {
   private:
     bool Open(HWND owner);
     void Paint();
-    void Click(Point point);
+    void Carry(about::Answer answer);
     void OpenMail();
     void Close();
     bool OverLink() const;
 
     Dpi dpi_;
     Text mailTag_;
+    about::Press press_;
     bool closed_ = false;
 };
 
@@ -45,7 +46,8 @@ thread_local AboutDialog* shown = nullptr;
 
 bool AboutDialog::Open(HWND owner) {
     dpi_ = WindowDpi(owner);
-    RECT frame{0, 0, TwipsToPixels(about::client.width, dpi_.x), TwipsToPixels(about::client.height, dpi_.y)};
+    const Size client = TwipsToPixels(about::client, dpi_);
+    RECT frame{0, 0, client.width, client.height};
     AdjustWindowRectEx(&frame, aboutStyle, FALSE, WS_EX_DLGMODALFRAME);
     const Size size{static_cast<int>(frame.right - frame.left), static_cast<int>(frame.bottom - frame.top)};
     const Point at = PlaceDialog(owner, size);
@@ -83,11 +85,10 @@ bool AboutDialog::OverLink() const {
     return about::LabelAt({static_cast<int>(cursor.x), static_cast<int>(cursor.y)}, dpi_) == about::Label::mail;
 }
 
-void AboutDialog::Click(Point point) {
-    const auto label = about::LabelAt(point, dpi_);
-    if (!label) {
+void AboutDialog::Carry(about::Answer answer) {
+    if (answer == about::Answer::close) {
         Close();
-    } else if (*label == about::Label::mail) {
+    } else if (answer == about::Answer::mail) {
         OpenMail();
     }
 }
@@ -117,14 +118,21 @@ LRESULT AboutDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 return TRUE;
             }
             break;
-        case WM_LBUTTONUP:
-            Click(MousePoint(lParam));
+        case WM_LBUTTONDOWN:
+            SetCapture(Handle());
+            press_.Down(MousePoint(lParam), dpi_);
+            return 0;
+        case WM_LBUTTONUP: {
+            const about::Answer answer = press_.Up(MousePoint(lParam), dpi_);
+            ReleaseCapture();
+            Carry(answer);
+            return 0;
+        }
+        case WM_CAPTURECHANGED:
+            press_.CallOff();
             return 0;
         case WM_KEYDOWN:
-            // A held key belongs to what opened the box.
-            if (wParam != VK_SHIFT && wParam != VK_CONTROL && (lParam & 0x40000000) == 0) {
-                Close();
-            }
+            Carry(about::AnswerForKey(static_cast<int>(wParam), (lParam & KF_REPEAT << 16) != 0));
             return 0;
         case WM_CLOSE:
             Close();

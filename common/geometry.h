@@ -61,4 +61,12 @@ constexpr int ScaleRounded(std::int64_t value, std::int64_t numerator, std::int6
 constexpr int TwipsToPixels(int twips, int dotsPerInch) { return ScaleRounded(twips, dotsPerInch, twipsPerInch); }
 constexpr int PixelsToTwips(int pixels, int dotsPerInch) { return ScaleRounded(pixels, twipsPerInch, dotsPerInch); }
 
+constexpr Size TwipsToPixels(Size twips, Dpi dpi) {
+    return {TwipsToPixels(twips.width, dpi.x), TwipsToPixels(twips.height, dpi.y)};
+}
+constexpr Rect TwipsToPixels(const Rect& twips, Dpi dpi) {
+    return {TwipsToPixels(twips.left, dpi.x), TwipsToPixels(twips.top, dpi.y), TwipsToPixels(twips.right, dpi.x),
+            TwipsToPixels(twips.bottom, dpi.y)};
+}
+
 }  // namespace qvx

@@ -18,8 +18,6 @@ class ButtonWindow final : public Window {
     ButtonElement& Button() { return button_; }
     // The focus came (true) or went; may be left empty.
     std::function<void(bool)> onFocus;
-    // Free for the owner.
-    Text tag;
 
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

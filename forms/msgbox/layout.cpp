@@ -107,6 +107,10 @@ int PictureNumber(int icon) {
 }
 
 Answer AnswerForKey(int key, int shift, bool cancelVisible) {
+    // Of two buttons, the next one and the one before are the same.
+    if (key == keys::tab && (shift & ~keys::shiftMask) == 0) {
+        return Answer::moveFocus;
+    }
     if (shift != 0) {
         return Answer::none;
     }
@@ -119,6 +123,9 @@ Answer AnswerForKey(int key, int shift, bool cancelVisible) {
             return Answer::cancel;
         case keys::escape:
             return cancelVisible ? Answer::none : Answer::ok;
+        // Not among the box's own keys; it presses the button with the focus, as in every dialog of the system.
+        case keys::enter:
+            return Answer::focused;
         default:
             return Answer::none;
     }

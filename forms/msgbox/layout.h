@@ -18,7 +18,6 @@ constexpr TextView cancelCaption = u"&Cancel";
 constexpr OleColor backColor = Rgb(252, 251, 203);
 constexpr OleColor foreColor = colors::windowText;
 constexpr Size button{795, 315};
-constexpr int okLeft = 1350;
 constexpr int cancelLeft = 2190;
 constexpr int buttonTop = 1335;
 constexpr Rect icon{165, 435, 405, 675};
@@ -69,9 +68,10 @@ Text CaptionFor(TextView title);
 // list of pictures refuses it: run-time error 35600.
 int PictureNumber(int icon);
 
-enum class Answer { none, ok, cancel };
+enum class Answer { none, ok, cancel, focused, moveFocus };
 
-// What a key typed anywhere in the box clicks. A "C" or "N" clicks Cancel even where it is not visible.
+// What a key typed anywhere in the box does: clicks OK, Cancel or the button with the focus, or moves the focus to the
+// other button. A "C" or "N" clicks Cancel even where it is not visible.
 Answer AnswerForKey(int key, int shift, bool cancelVisible);
 
 }  // namespace qvx::msgbox

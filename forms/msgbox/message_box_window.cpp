@@ -1,6 +1,5 @@
 #include "forms/msgbox/message_box_window.h"
 
-#include "common/keys.h"
 #include "forms/msgbox/show_message.h"
 #include "win/dpi.h"
 #include "win/wide.h"
@@ -44,18 +43,12 @@ void DrawImage(HDC dc, const IconImage& image, const Rect& area) {
 
 MessageBoxWindow::~MessageBoxWindow() { Destroy(); }
 
-Rect MessageBoxWindow::PixelsOf(const Rect& twips) const {
-    return {TwipsToPixels(twips.left, dpi_.x), TwipsToPixels(twips.top, dpi_.y), TwipsToPixels(twips.right, dpi_.x),
-            TwipsToPixels(twips.bottom, dpi_.y)};
-}
-
-Rect MessageBoxWindow::IconArea() const { return PixelsOf(design::icon); }
+Rect MessageBoxWindow::IconArea() const { return TwipsToPixels(design::icon, dpi_); }
 
 void MessageBoxWindow::PlaceButton(buttons::ButtonWindow& button, const ButtonPlace& place) {
-    button.tag = place.tag;
     button.Button().SetCaption(place.caption);
-    const Rect bounds =
-        PixelsOf({place.left, place.top, place.left + design::button.width, place.top + design::button.height});
+    const Rect bounds = TwipsToPixels(
+        Rect{place.left, place.top, place.left + design::button.width, place.top + design::button.height}, dpi_);
     MoveWindow(button.Handle(), bounds.left, bounds.top, bounds.Width(), bounds.Height(), FALSE);
     ShowWindow(button.Handle(), place.visible ? SW_SHOWNA : SW_HIDE);
 }
@@ -87,7 +80,7 @@ bool MessageBoxWindow::Open(HWND owner, const MessageRequest& request) {
     ok_.Button().onClick = [this] { Close(true); };
     cancel_.Button().onClick = [this] { Close(false); };
 
-    const Size size{TwipsToPixels(layout_.size.width, dpi_.x), TwipsToPixels(layout_.size.height, dpi_.y)};
+    const Size size = TwipsToPixels(layout_.size, dpi_);
     const Point at = PlaceDialog(owner, size);
     SetWindowPos(Handle(), nullptr, at.x, at.y, size.width, size.height, SWP_NOZORDER | SWP_NOACTIVATE);
     PlaceButton(ok_, layout_.ok);
@@ -166,25 +159,21 @@ void MessageBoxWindow::MoveFocus() {
 }
 
 bool MessageBoxWindow::TakeKey(int key) {
-    const int shift = ShiftState();
-    switch (AnswerForKey(key, shift, layout_.cancel.visible)) {
+    switch (AnswerForKey(key, ShiftState(), layout_.cancel.visible)) {
         case Answer::ok:
             ok_.Button().SetValue(true);
             return true;
         case Answer::cancel:
             cancel_.Button().SetValue(true);
             return true;
+        case Answer::focused:
+            (okActive_ ? ok_ : cancel_).Button().SetValue(true);
+            return true;
+        case Answer::moveFocus:
+            MoveFocus();
+            return true;
         case Answer::none:
             break;
-    }
-    // Enter is not among the box's own keys; it presses the button with the focus, as in every dialog of the system.
-    if (key == keys::enter && shift == 0) {
-        (okActive_ ? ok_ : cancel_).Button().SetValue(true);
-        return true;
-    }
-    if (key == keys::tab && (shift & ~keys::shiftMask) == 0) {
-        MoveFocus();
-        return true;
     }
     return false;
 }

@@ -49,7 +49,6 @@ class MessageBoxWindow final : public Window {
     void MoveFocus();
     void FocusActiveButton();
     Rect IconArea() const;
-    Rect PixelsOf(const Rect& twips) const;
 
     MessageRequest request_;
     BoxLayout layout_;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/keys.h"
 #include "common/maker.h"
 #include "common/placement.h"
 #include "elements/surface/recording_surface.h"
@@ -41,6 +42,40 @@ TEST(AboutBox, PaintsEveryLabelOnce) {
           "text \"ORVANE\" (28,36,280,84) 27.75b ", "text \"support@orvane.example\" (28,120,180,136) 8.25u "}) {
         EXPECT_NE(surface.Log().find(call), std::string::npos) << call << " in\n" << surface.Log();
     }
+}
+
+TEST(AboutBox, OnlyItsOwnPressesCount) {
+    constexpr Dpi dpi{96, 96};
+    constexpr Point form{2, 2};
+    constexpr Point mail{30, 125};
+    constexpr Point company{40, 50};
+    constexpr Point outside{400, 2};
+    struct {
+        std::optional<Point> down;
+        Point up;
+        Answer expected;
+    } const cases[] = {{form, {250, 155}, Answer::close},  {mail, {40, 126}, Answer::mail},
+                       {company, company, Answer::none},   {std::nullopt, form, Answer::none},
+                       {std::nullopt, mail, Answer::none}, {form, mail, Answer::none},
+                       {mail, form, Answer::none},         {form, outside, Answer::none}};
+    for (const auto& c : cases) {
+        Press press;
+        if (c.down) press.Down(*c.down, dpi);
+        EXPECT_EQ(press.Up(c.up, dpi), c.expected) << c.up.x << ", " << c.up.y;
+        EXPECT_EQ(press.Up(form, dpi), Answer::none) << "one press, one click";
+    }
+    Press calledOff;
+    calledOff.Down(form, dpi);
+    calledOff.CallOff();
+    EXPECT_EQ(calledOff.Up(form, dpi), Answer::none);
+}
+
+TEST(AboutBox, KeysThatClose) {
+    EXPECT_EQ(AnswerForKey(keys::escape, false), Answer::close);
+    EXPECT_EQ(AnswerForKey('X', false), Answer::close);
+    EXPECT_EQ(AnswerForKey('X', true), Answer::none) << "held since before";
+    EXPECT_EQ(AnswerForKey(keys::shift, false), Answer::none);
+    EXPECT_EQ(AnswerForKey(keys::control, false), Answer::none);
 }
 
 TEST(AboutBox, Mail) {

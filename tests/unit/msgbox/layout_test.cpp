@@ -99,12 +99,17 @@ TEST(MessageBox, KeysAnswer) {
         {'N', 0, false, Answer::cancel},
         {keys::escape, 0, false, Answer::ok},
         {keys::escape, 0, true, Answer::none},
-        {keys::enter, 0, false, Answer::none},
         {'O', keys::shiftMask, false, Answer::none},
         {'C', keys::controlMask, true, Answer::none},
         {'N', keys::altMask, true, Answer::none},
         {keys::escape, keys::shiftMask, false, Answer::none},
         {'X', 0, true, Answer::none},
+        {keys::enter, 0, true, Answer::focused},
+        {keys::enter, 0, false, Answer::focused},
+        {keys::enter, keys::controlMask, true, Answer::none},
+        {keys::tab, 0, true, Answer::moveFocus},
+        {keys::tab, keys::shiftMask, false, Answer::moveFocus},
+        {keys::tab, keys::controlMask, true, Answer::none},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(AnswerForKey(c.key, c.shift, c.cancelVisible), c.expected) << c.key << " shift " << c.shift;
