@@ -2,6 +2,8 @@
 
 #include <oleauto.h>
 
+#include <vector>
+
 #include "com/bstr.h"
 #include "com/guard.h"
 #include "common/run_time_error.h"
@@ -16,8 +18,13 @@ ClassSource::~ClassSource() {
 
 void ClassSource::UseFile(const Text& path) {
     constexpr int fileNotFound = 53;
-    wchar_t full[MAX_PATH];
-    if (!GetFullPathNameW(Wide(path), MAX_PATH, full, nullptr) || GetFileAttributesW(full) == INVALID_FILE_ATTRIBUTES) {
+    // First for the length, which includes the closing NUL; the system searches its folders for paths that are not
+    // full.
+    const DWORD length = GetFullPathNameW(Wide(path), 0, nullptr, nullptr);
+    std::vector<wchar_t> buffer(length + std::size_t{1});
+    const wchar_t* full = buffer.data();
+    const DWORD written = GetFullPathNameW(Wide(path), length, buffer.data(), nullptr);
+    if (written == 0 || written >= length || GetFileAttributesW(full) == INVALID_FILE_ATTRIBUTES) {
         throw RunTimeError(fileNotFound, u"there is no file \"" + path + u"\"");
     }
     module_ = LoadLibraryExW(full, nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);

@@ -25,7 +25,10 @@ bool EventSink::ReadNames(IUnknown* source) {
         }
         events_ = attributes->guid;
         const UINT functions = attributes->cFuncs;
+        // A control calls the methods of any other kind through their places in the interface, which we do not have.
+        const bool plain = attributes->typekind == TKIND_DISPATCH && !(attributes->wTypeFlags & TYPEFLAG_FDUAL);
         events->ReleaseTypeAttr(attributes);
+        if (!plain) return false;
         for (UINT f = 0; f < functions; ++f) {
             FUNCDESC* function = nullptr;
             if (FAILED(events->GetFuncDesc(f, &function))) continue;

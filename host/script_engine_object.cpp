@@ -24,20 +24,32 @@ bool EndsWith(TextView text, TextView ending) {
     return text.size() >= ending.size() && SameName(text.substr(text.size() - ending.size()), ending);
 }
 
-Text DescriptionOf(EXCEPINFO& exception) {
-    if (exception.pfnDeferredFillIn) exception.pfnDeferredFillIn(&exception);
-    Text description(FromBstr(exception.bstrDescription));
-    if (description.empty()) {
-        wchar_t code[32];
-        wsprintfW(code, L"error 0x%08X", static_cast<unsigned>(exception.scode));
-        description = FromWide(code);
+// What a failed call says about itself.
+class ExceptionInfo {
+  public:
+    ExceptionInfo() = default;
+    ExceptionInfo(const ExceptionInfo&) = delete;
+    ExceptionInfo& operator=(const ExceptionInfo&) = delete;
+    ~ExceptionInfo() {
+        SysFreeString(info_.bstrDescription);
+        SysFreeString(info_.bstrSource);
+        SysFreeString(info_.bstrHelpFile);
     }
-    SysFreeString(exception.bstrDescription);
-    SysFreeString(exception.bstrSource);
-    SysFreeString(exception.bstrHelpFile);
-    exception = {};
-    return description;
-}
+    EXCEPINFO* put() { return &info_; }
+    // `result` is what the call answered, for exceptions without a number of their own. An exception has either of two
+    // numbers.
+    Text Description(HRESULT result) {
+        if (info_.pfnDeferredFillIn) info_.pfnDeferredFillIn(&info_);
+        if (SysStringLen(info_.bstrDescription)) return Text(FromBstr(info_.bstrDescription));
+        if (info_.wCode) return u"error " + ValueAsText(FormValue(std::int32_t{info_.wCode}));
+        wchar_t code[32];
+        wsprintfW(code, L"error 0x%08X", static_cast<unsigned>(info_.scode ? info_.scode : result));
+        return Text(FromWide(code));
+    }
+
+  private:
+    EXCEPINFO info_{};
+};
 
 // An argument on its way to a script and back. Scripts assign to variants by reference only, while controls hand out
 // typed ones: the script works on a local copy, whose value is converted back afterwards.
@@ -116,8 +128,9 @@ class ScriptEngine::Site final : public ComObject<IActiveScriptSite, IActiveScri
     STDMETHODIMP OnScriptError(IActiveScriptError* error) override {
         return Guard([&] {
             ScriptError found;
-            EXCEPINFO exception{};
-            if (SUCCEEDED(error->GetExceptionInfo(&exception))) found.message = DescriptionOf(exception);
+            ExceptionInfo exception;
+            const HRESULT result = error->GetExceptionInfo(exception.put());
+            found.message = exception.Description(result);
             DWORD context = 0;
             ULONG line = 0;
             LONG column = 0;
@@ -181,14 +194,11 @@ void ScriptEngine::Add(TextView name, IDispatch* object, DWORD flags) {
 bool ScriptEngine::Run(TextView source) {
     const Text copy(source);
     site_->reported = false;
-    EXCEPINFO exception{};
+    ExceptionInfo exception;
     HRESULT result = parser_->ParseScriptText(Wide(copy), nullptr, nullptr, nullptr, 0, 0, SCRIPTTEXT_ISVISIBLE,
-                                              nullptr, &exception);
+                                              nullptr, exception.put());
     if (SUCCEEDED(result)) result = engine_->SetScriptState(SCRIPTSTATE_CONNECTED);
-    if (FAILED(result) && !site_->reported) {
-        exception.scode = exception.scode ? exception.scode : result;
-        report_({0, 0, DescriptionOf(exception), {}});
-    }
+    if (FAILED(result) && !site_->reported) report_({0, 0, exception.Description(result), {}});
     if (FAILED(result) || site_->reported) return false;
     Check(engine_->GetScriptDispatch(nullptr, code_.put()));
     return true;
@@ -227,10 +237,10 @@ bool ScriptEngine::Call(TextView procedure, const std::vector<VARIANT*>& argumen
     const Report report = report_;
     const bool answersByReturning = answersByReturning_;
     site->reported = false;
-    EXCEPINFO exception{};
+    ExceptionInfo exception;
     Variant answer;
     const HRESULT result = code->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, answer.put(),
-                                        &exception, nullptr);
+                                        exception.put(), nullptr);
     if (SUCCEEDED(result) && answersByReturning && answer.Type() != VT_EMPTY && answer.Type() != VT_NULL) {
         for (auto it = passing.rbegin(); it != passing.rend(); ++it) {
             if (!(*it)->ByReference()) continue;
@@ -241,10 +251,7 @@ bool ScriptEngine::Call(TextView procedure, const std::vector<VARIANT*>& argumen
     // A procedure that failed has assigned what it assigned before: the veto of a handler that then stumbles counts.
     for (const auto& argument : passing) argument->CopyBack();
     if (SUCCEEDED(result)) return true;
-    if (!site->reported) {
-        exception.scode = exception.scode ? exception.scode : result;
-        report({0, 0, Text(procedure) + u": " + DescriptionOf(exception), {}});
-    }
+    if (!site->reported) report({0, 0, Text(procedure) + u": " + exception.Description(result), {}});
     return false;
 }
 
