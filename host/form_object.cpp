@@ -49,28 +49,30 @@ class ControlsObject final : public FormPart {
   public:
     explicit ControlsObject(HostForm& form) : FormPart(form) {
         AddReadOnly(u"Count", [this](const Call&) { return Variant(static_cast<long>(Form().Controls().size())); });
-        AddReadOnly(u"Item", [this](const Call& call) {
-            const auto& controls = Form().Controls();
-            if (call.At(0).Type() == VT_BSTR) {
-                const FormControl* control = Form().FindControl(call.String(0));
-                if (!control) {
-                    constexpr int elementNotFound = 730;
-                    throw RunTimeError(elementNotFound, u"Control '" + call.String(0) + u"' not found");
-                }
-                return Variant(control->Extended());
-            }
-            const long number = call.Long(0);
-            if (number < 0 || static_cast<std::size_t>(number) >= controls.size()) {
-                throw RunTimeError(errors::subscriptOutOfRange, u"Subscript out of range");
-            }
-            return Variant(controls[static_cast<std::size_t>(number)]->Extended());
-        });
+        AddReadOnly(u"Item", [this](const Call& call) { return Item(Form(), call); });
         SetDefaultMember(u"Item");
         AddEnumerator([this] {
             std::vector<ComPtr<IDispatch>> all;
             for (const auto& control : Form().Controls()) all.emplace_back(control->Extended());
             return all;
         });
+    }
+
+    // The control that the first argument names or counts.
+    static Variant Item(const HostForm& form, const Call& call) {
+        if (call.At(0).Type() == VT_BSTR) {
+            const FormControl* control = form.FindControl(call.String(0));
+            if (!control) {
+                constexpr int elementNotFound = 730;
+                throw RunTimeError(elementNotFound, u"Control '" + call.String(0) + u"' not found");
+            }
+            return Variant(control->Extended());
+        }
+        const long number = call.Long(0);
+        if (number < 0 || static_cast<std::size_t>(number) >= form.Controls().size()) {
+            throw RunTimeError(errors::subscriptOutOfRange, u"Subscript out of range");
+        }
+        return Variant(form.Controls()[static_cast<std::size_t>(number)]->Extended());
     }
 
   private:
@@ -221,13 +223,7 @@ class AppObject final : public NamedObject {
 FormObject::FormObject(HostForm& form) : form_(&form), controls_(MakeObject<ControlsObject>(form)) {
     AddReadOnly(u"Name", [this](const Call&) { return Variant(Form().Name()); });
     AddReadOnly(u"Controls", [this](const Call& call) {
-        if (!call.Has(0)) return Variant(controls_.get());
-        Variant element;
-        std::vector<VARIANT> arguments{call.At(0).get()};
-        DISPPARAMS parameters{arguments.data(), nullptr, 1, 0};
-        Check(controls_->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &parameters,
-                                element.put(), nullptr, nullptr));
-        return element;
+        return call.Has(0) ? ControlsObject::Item(Form(), call) : Variant(controls_.get());
     });
     AddReadOnly(u"ActiveControl", [this](const Call&) {
         Form().FollowFocus();

@@ -6,6 +6,7 @@
 
 #include "com/guard.h"
 #include "common/run_time_error.h"
+#include "common/text_compare.h"
 #include "host/form_window.h"
 
 namespace qvx::host {
@@ -46,7 +47,7 @@ class ImagesObject final : public NamedObject {
   public:
     ImagesObject() {
         AddReadOnly(u"Count", [this](const Call&) { return Variant(static_cast<long>(images_.size())); });
-        AddReadOnly(u"Item", [this](const Call& call) { return Variant(images_[Find(call.At(0))].get()); });
+        AddReadOnly(u"Item", [this](const Call& call) { return Item(call.At(0)); });
         SetDefaultMember(u"Item");
         AddMethod(u"Add", [this](const Call& call) {
             const std::size_t count = images_.size();
@@ -80,6 +81,10 @@ class ImagesObject final : public NamedObject {
         return image;
     }
     std::size_t Count() const { return images_.size(); }
+    // Throws RunTimeError 9 for a number or key that no image has, and 13 for what is neither.
+    Variant Item(const Variant& numberOrKey) {
+        return Variant(static_cast<IDispatch*>(images_[Find(numberOrKey)].get()));
+    }
 
   protected:
     HRESULT InvokeOther(DISPID member, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
@@ -99,7 +104,7 @@ class ImagesObject final : public NamedObject {
     }
     Images::iterator FindKey(const Text& key) {
         return std::find_if(images_.begin(), images_.end(),
-                            [&](const ComPtr<ImageObject>& image) { return SameName(image->key, key); });
+                            [&](const ComPtr<ImageObject>& image) { return EqualNoCase(image->key, key); });
     }
     std::size_t Find(const Variant& numberOrKey) {
         if (numberOrKey.Type() == VT_BSTR) {
@@ -124,14 +129,7 @@ class ImageListObject final : public NamedObject {
     explicit ImageListObject(ComPtr<ImagesObject> images) : images_(std::move(images)) {
         AddReadOnly(u"ListImages", [this](const Call& call) {
             if (!call.Has(0)) return Variant(static_cast<IDispatch*>(images_.get()));
-            VARIANT index = call.At(0).get();
-            DISPPARAMS parameters{&index, nullptr, 1, 0};
-            Variant image;
-            if (FAILED(images_->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &parameters,
-                                       image.put(), nullptr, nullptr))) {
-                throw RunTimeError(errors::subscriptOutOfRange, u"Subscript out of range");
-            }
-            return image;
+            return images_->Item(call.At(0));
         });
     }
 
