@@ -261,7 +261,7 @@ void BuiltInControl::ApplyFont() {
 void BuiltInControl::SetColor(OLE_COLOR& color, OLE_COLOR value) {
     color = value;
     brush_.Reset(CreateSolidBrush(ToSystem(backColor_)));
-    if (window_) InvalidateRect(window_, nullptr, TRUE);
+    if (window_) RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 HBRUSH BuiltInControl::OnColor(HDC dc) {
@@ -269,7 +269,9 @@ HBRUSH BuiltInControl::OnColor(HDC dc) {
     SetBkColor(dc, ToSystem(backColor_));
     if (kind_ == BuiltIn::label && !opaque_) {
         SetBkMode(dc, TRANSPARENT);
-        return nullptr;
+        // What lies behind is the frame it stands in, or the form.
+        const auto* frame = dynamic_cast<const BuiltInControl*>(Container());
+        return frame ? frame->brush_.Get() : nullptr;
     }
     return brush_.Get();
 }
@@ -281,7 +283,7 @@ void BuiltInControl::Focus(const MSG*) {
     Form().FollowFocus();
 }
 
-bool BuiltInControl::CanFocus() const {
+bool BuiltInControl::AcceptsFocus() const {
     return kind_ == BuiltIn::textBox && IsWindowVisible(window_) && IsWindowEnabled(window_);
 }
 

@@ -33,7 +33,6 @@ class BuiltInControl final : public FormControl {
 
     HWND Window() const override { return window_; }
     void Focus(const MSG* message) override;
-    bool CanFocus() const override;
     bool Enabled() const override { return enabled_; }
     void SetEnabled(bool enabled) override;
     ComPtr<IDispatch> Inner() const override;
@@ -45,6 +44,7 @@ class BuiltInControl final : public FormControl {
     HBRUSH OnColor(HDC dc) override;
 
   protected:
+    bool AcceptsFocus() const override;
     void ApplyBounds(const RECT& pixels) override;
     void ApplyVisible(bool visible) override;
     void SaveOwn(SavedProperties& saved) override;

@@ -53,6 +53,8 @@ void FormControl::Move(const TwipsRect& bounds) {
     ApplyBounds(PixelBounds());
 }
 
+bool FormControl::Reachable() const { return visible_ && Enabled() && (!container_ || container_->Reachable()); }
+
 void FormControl::SetVisible(bool visible) {
     visible_ = visible;
     ApplyVisible(visible);

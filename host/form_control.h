@@ -72,8 +72,10 @@ class FormControl {
     // The window of the control, or null for one that has none. Children of a container are children of this window.
     virtual HWND Window() const = 0;
     virtual void Focus(const MSG* message) = 0;
-    // Whether it can take the focus at all, now.
-    virtual bool CanFocus() const = 0;
+    // Whether the keyboard finds it: it and all it stands in are visible and enabled.
+    bool Reachable() const;
+    // Whether it can take the focus, now.
+    bool CanFocus() const { return Reachable() && AcceptsFocus(); }
     virtual bool Enabled() const = 0;
     virtual void SetEnabled(bool enabled) = 0;
     // The members that are the control's own; may be null.
@@ -100,6 +102,8 @@ class FormControl {
     virtual HBRUSH OnColor(HDC) { return nullptr; }
 
   protected:
+    // Whether its window takes the focus, as far as the control alone decides it.
+    virtual bool AcceptsFocus() const = 0;
     virtual void ApplyBounds(const RECT& pixels) = 0;
     virtual void ApplyVisible(bool visible) = 0;
     // Adds the control's own properties to what the form keeps for it.

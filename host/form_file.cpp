@@ -1,8 +1,11 @@
 #include "host/form_file.h"
 
 #include <algorithm>
+#include <map>
+#include <set>
 
 #include "common/run_time_error.h"
+#include "common/text_compare.h"
 
 namespace qvx::host {
 
@@ -187,7 +190,29 @@ Text IndentOf(TextView line) {
     return Text(line.substr(0, end));
 }
 
+// The values of Index that each name is used with; -1 is an object that is no element of an array.
+using UsedNames = std::map<Text, std::set<int>>;
+
+void CheckNamesIn(const Block& block, UsedNames& used) {
+    for (const Block* object : block.Objects()) {
+        const bool menu = SameName(object->className, u"Menu");
+        const int index = menu ? -1 : std::max(object->IntOf(u"Index", -1), -1);
+        std::set<int>& indexes = used[FoldedText(object->name)];
+        const bool taken = index < 0 ? !indexes.empty() : indexes.contains(-1);
+        if (taken || !indexes.insert(index).second) {
+            throw FormFileError(object->lineNumber, u"the name \"" + object->name + u"\" is used already");
+        }
+        CheckNamesIn(*object, used);
+    }
+}
+
 }  // namespace
+
+void CheckNames(const Block& form) {
+    UsedNames used;
+    used[FoldedText(form.name)] = {-1};
+    CheckNamesIn(form, used);
+}
 
 FormFile FormFile::Parse(std::string_view bytes) {
     if (bytes.size() > limits::fileBytes) throw FormFileError(0, u"the file is too large for a form");

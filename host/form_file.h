@@ -123,4 +123,8 @@ class FormFile {
     std::string Write() const;
 };
 
+// Throws FormFileError for the first object, control or menu, whose name is taken: names are global to the script.
+// Elements of a control array share theirs, with different values of Index.
+void CheckNames(const Block& form);
+
 }  // namespace qvx::host

@@ -73,16 +73,21 @@ bool HostForm::HandleKey(MSG& message) {
     return false;
 }
 
-void HostForm::FocusNext(bool forward, const MSG* message) {
+std::vector<TabStop> HostForm::TabStops() const {
     std::vector<TabStop> stops;
+    for (const auto& control : controls_) {
+        stops.push_back({control->TabIndex(), control->HasTabStop() && control->CanFocus()});
+    }
+    return stops;
+}
+
+void HostForm::FocusNext(bool forward, const MSG* message) {
     std::optional<std::size_t> from;
     const FormControl* focused = ControlOf(GetFocus());
     for (std::size_t i = 0; i < controls_.size(); ++i) {
-        const FormControl& control = *controls_[i];
-        stops.push_back({control.TabIndex(), control.HasTabStop() && control.CanFocus()});
-        if (focused == &control) from = i;
+        if (focused == controls_[i].get()) from = i;
     }
-    if (const auto next = NextTabStop(stops, from, forward)) controls_[*next]->Focus(message);
+    if (const auto next = NextTabStop(TabStops(), from, forward)) controls_[*next]->Focus(message);
 }
 
 bool HostForm::PressAccessKey(MSG& message) {
@@ -93,11 +98,8 @@ bool HostForm::PressAccessKey(MSG& message) {
     const FormControl* focused = ControlOf(GetFocus());
     for (std::size_t i = 0; i < controls_.size(); ++i) {
         const FormControl& control = *controls_[i];
-        char16_t key = 0;
-        for (const char16_t own : control.AccessKeys()) {
-            if (SameName(TextView(&own, 1), TextView(&pressed, 1))) key = AccessKey(Text(u"&") + own);
-        }
-        stops.push_back({control.TabIndex(), key, control.Visible() && control.Enabled()});
+        const std::vector<char16_t> keys = control.AccessKeys();
+        stops.push_back({control.TabIndex(), Text(keys.begin(), keys.end()), control.Reachable()});
         if (focused == &control) from = i;
     }
     const auto found = FindAccessKey(stops, pressed, from);
@@ -109,11 +111,7 @@ bool HostForm::PressAccessKey(MSG& message) {
         return true;
     }
     // The key of a label is meant for the field behind it.
-    std::vector<TabStop> behind;
-    for (const auto& other : controls_) {
-        behind.push_back({other->TabIndex(), other->HasTabStop() && other->CanFocus()});
-    }
-    if (const auto next = NextTabStop(behind, *found, true)) {
+    if (const auto next = NextTabStop(TabStops(), *found, true)) {
         controls_[*next]->Focus(&message);
     } else {
         control.OnAccessKey(message);
@@ -132,7 +130,7 @@ bool HostForm::PressDefaultOrCancel(MSG& message) {
     }
     for (const auto& control : controls_) {
         const bool meant = enter ? control->IsDefault() : control->IsCancel();
-        if (!meant || !control->Visible() || !control->Enabled()) continue;
+        if (!meant || !control->Reachable()) continue;
         control->OnAccessKey(message);
         return true;
     }

@@ -3,6 +3,9 @@
 #include <commctrl.h>
 #include <olectl.h>
 
+#include <algorithm>
+#include <limits>
+
 #include "com/guard.h"
 #include "com/text.h"
 #include "common/run_time_error.h"
@@ -62,6 +65,8 @@ HostForm::HostForm(FormFile file, const Options& options, Text folder, const Cla
 
 HostForm::~HostForm() {
     running_ = false;
+    looping_ = false;
+    reporter_.SetOwner(nullptr);
     if (script_) script_->Close();
     active_ = nullptr;
     // Later ones first: what stands in a frame goes before the frame.
@@ -74,7 +79,11 @@ IDispatch* HostForm::Automation() const { return static_cast<NamedObject*>(autom
 
 Dpi HostForm::FormDpi() const { return WindowDpi(Handle()); }
 
-int HostForm::NextTabIndex() { return nextTabIndex_++; }
+int HostForm::NextTabIndex() const {
+    int highest = -1;
+    for (const auto& control : controls_) highest = std::max(highest, control->TabIndex());
+    return highest < std::numeric_limits<int>::max() ? highest + 1 : highest;
+}
 
 HWND HostForm::ParentWindow(const FormControl& control) const {
     return control.Container() ? control.Container()->Window() : Handle();
@@ -85,6 +94,7 @@ void HostForm::Build() {
         throw FormFileError(file_.form.lineNumber,
                             u"the file begins with a \"" + file_.form.className + u"\", not with a \"Form\"");
     }
+    CheckNames(file_.form);
     const int borderStyle = file_.form.IntOf(u"BorderStyle", 2);  // 0 none, 1 fixed, 2 sizable, 3 fixed dialog
     DWORD style = WS_CLIPCHILDREN | (borderStyle == 0 ? WS_POPUP : WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU);
     if (borderStyle == 2) style |= WS_THICKFRAME;
@@ -147,16 +157,6 @@ std::unique_ptr<FormControl> HostForm::MakeControl(Block& block, FormControl* pa
 void HostForm::BuildControls(Block& container, FormControl* parent) {
     for (Block* block : container.Objects()) {
         if (SameName(block->className, u"Menu")) continue;
-        if (SameName(block->name, file_.form.name)) {
-            throw FormFileError(block->lineNumber, u"\"" + block->name + u"\" is the name of the form itself");
-        }
-        for (const auto& other : controls_) {
-            const bool elements =
-                other->Index() >= 0 && block->IntOf(u"Index", -1) >= 0 && other->Index() != block->IntOf(u"Index", -1);
-            if (SameName(other->Name(), block->name) && !elements) {
-                throw FormFileError(block->lineNumber, u"there is a control \"" + other->Title() + u"\" already");
-            }
-        }
         std::unique_ptr<FormControl> made = MakeControl(*block, parent);
         FormControl* control = made.get();
         controls_.push_back(std::move(made));
@@ -190,6 +190,7 @@ bool HostForm::Start(TextView scriptName, TextView source) {
     }
     if (!compiled) return false;
     FireForm(u"Load");
+    if (!Handle()) return true;  // closed from a message box of Form_Load
     // Started minimised or maximised, as whoever starts the program wishes.
     ShowWindow(Handle(), SW_SHOWDEFAULT);
     UpdateWindow(Handle());
@@ -199,6 +200,7 @@ bool HostForm::Start(TextView scriptName, TextView source) {
 }
 
 void HostForm::Run() {
+    looping_ = true;
     MSG message;
     while (Handle() && GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (!TranslateKey(message)) {
@@ -498,7 +500,9 @@ LRESULT HostForm::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             OnClose(static_cast<int>(wParam));
             return 0;
         case WM_DESTROY:
-            PostQuitMessage(0);
+            // A form that goes because it cannot be loaded has no loop to end, but an error to show: its message box
+            // would be ended instead.
+            if (looping_) PostQuitMessage(0);
             return 0;
         default:
             return Default(message, wParam, lParam);

@@ -17,6 +17,7 @@
 #include "host/property_bag_object.h"
 #include "host/report_dialog.h"
 #include "host/script_engine_object.h"
+#include "host/tab_order.h"
 #include "win/handles.h"
 #include "win/window.h"
 
@@ -49,7 +50,7 @@ class HostForm final : public Window {
     Reporter& Errors() const { return reporter_; }
     const ClassSource& Classes() const { return classes_; }
     // For a control whose block gives no TabIndex: behind all that came before.
-    int NextTabIndex();
+    int NextTabIndex() const;
     HWND ParentWindow(const FormControl& control) const;
     void UpdateToolTip(const FormControl& control);
     // Runs Name_Event of the script, if it has one. Elements of a control array pass their index first.
@@ -107,6 +108,7 @@ class HostForm final : public Window {
     void ReportScriptError(const ScriptError& error);
 
     FormControl* ControlOf(HWND window) const;
+    std::vector<TabStop> TabStops() const;
     void FocusNext(bool forward, const MSG* message);
     bool PressAccessKey(MSG& message);
     bool PressDefaultOrCancel(MSG& message);
@@ -130,13 +132,13 @@ class HostForm final : public Window {
     HWND toolTips_ = nullptr;
     MenuBar menus_;
     std::vector<std::unique_ptr<FormControl>> controls_;
-    int nextTabIndex_ = 0;
     FormControl* active_ = nullptr;
     HWND lastFocus_ = nullptr;
     SavedProperties loaded_;
     std::unique_ptr<ScriptEngine> script_;
     Text scriptName_;
     ComPtr<FormObject> automation_;
+    bool looping_ = false;  // inside Run
     bool running_ = false;  // the script has been loaded and the form is not closing
     int exitCode_ = 0;
     std::optional<int> closing_;  // the exit code of the closing under way

@@ -33,12 +33,12 @@ class ImageListControl final : public FormControl {
 
     HWND Window() const override { return nullptr; }
     void Focus(const MSG*) override {}
-    bool CanFocus() const override { return false; }
     bool Enabled() const override { return true; }
     void SetEnabled(bool) override {}
     ComPtr<IDispatch> Inner() const override { return members_; }
 
   protected:
+    bool AcceptsFocus() const override { return false; }
     void ApplyBounds(const RECT&) override {}
     void ApplyVisible(bool) override {}
     // Pictures that a script adds are the script's: the file keeps the ones it names.

@@ -114,6 +114,26 @@ Text ShortcutText(Shortcut shortcut) {
     return text + static_cast<char16_t>(shortcut.key);
 }
 
+const MenuItem* FindShortcut(const std::vector<MenuItem>& items, Shortcut pressed) {
+    if (pressed.key == 0) return nullptr;
+    for (const MenuItem& item : items) {
+        if (!item.enabled) continue;
+        if (item.items.empty() && ParseShortcut(item.shortcut) == pressed) return &item;
+        if (const MenuItem* inner = FindShortcut(item.items, pressed)) return inner;
+    }
+    return nullptr;
+}
+
+std::vector<Text> MenuNames(const std::vector<MenuItem>& items) {
+    std::vector<Text> names;
+    for (const MenuItem& item : items) {
+        names.push_back(item.name);
+        const std::vector<Text> inner = MenuNames(item.items);
+        names.insert(names.end(), inner.begin(), inner.end());
+    }
+    return names;
+}
+
 MenuItem* FindMenuItem(std::vector<MenuItem>& items, const std::function<bool(const MenuItem&)>& matches) {
     for (MenuItem& item : items) {
         if (matches(item)) return &item;

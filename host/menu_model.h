@@ -40,4 +40,11 @@ Text ShortcutText(Shortcut shortcut);
 // The item of that identifier or name, at any depth; nullptr when there is none.
 MenuItem* FindMenuItem(std::vector<MenuItem>& items, const std::function<bool(const MenuItem&)>& matches);
 
+// The item that the keys mean: none of those that are disabled, themselves or with the menu they are in. Null when
+// there is none.
+const MenuItem* FindShortcut(const std::vector<MenuItem>& items, Shortcut pressed);
+
+// The names of all items, each menu before what is in it.
+std::vector<Text> MenuNames(const std::vector<MenuItem>& items);
+
 }  // namespace qvx::host

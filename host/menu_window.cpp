@@ -89,12 +89,7 @@ MenuItem* MenuBar::Find(TextView name) {
     return FindMenuItem(items_, [&](const MenuItem& item) { return SameName(item.name, name); });
 }
 
-MenuItem* MenuBar::FindShortcut(Shortcut pressed) {
-    if (pressed.key == 0) return nullptr;
-    return FindMenuItem(items_, [&](const MenuItem& item) {
-        return item.enabled && item.items.empty() && ParseShortcut(item.shortcut) == pressed;
-    });
-}
+const MenuItem* MenuBar::FindShortcut(Shortcut pressed) const { return host::FindShortcut(items_, pressed); }
 
 IDispatch* MenuBar::Automation(TextView name) {
     const MenuItem* item = Find(name);
@@ -104,16 +99,6 @@ IDispatch* MenuBar::Automation(TextView name) {
     return object.get();
 }
 
-std::vector<Text> MenuBar::Names() const {
-    std::vector<Text> names;
-    const auto collect = [&](const auto& self, const std::vector<MenuItem>& items) -> void {
-        for (const MenuItem& item : items) {
-            names.push_back(item.name);
-            self(self, item.items);
-        }
-    };
-    collect(collect, items_);
-    return names;
-}
+std::vector<Text> MenuBar::Names() const { return MenuNames(items_); }
 
 }  // namespace qvx::host

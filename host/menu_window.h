@@ -25,7 +25,7 @@ class MenuBar {
     MenuItem* Find(unsigned id);
     MenuItem* Find(TextView name);
     // The command whose shortcut these keys are; nullptr for none, and for one that is disabled.
-    MenuItem* FindShortcut(Shortcut pressed);
+    const MenuItem* FindShortcut(Shortcut pressed) const;
     // The menu of that name as an object for scripts; null when there is none.
     IDispatch* Automation(TextView name);
     std::vector<Text> Names() const;

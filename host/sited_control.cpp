@@ -129,10 +129,9 @@ void SitedControl::Focus(const MSG* message) {
     Form().FollowFocus();
 }
 
-bool SitedControl::CanFocus() const {
+bool SitedControl::AcceptsFocus() const {
     const HWND window = Window();
-    return window && IsWindowVisible(window) && IsWindowEnabled(window) && Enabled() &&
-           !(status_ & OLEMISC_NOUIACTIVATE);
+    return window && IsWindowVisible(window) && IsWindowEnabled(window) && !(status_ & OLEMISC_NOUIACTIVATE);
 }
 
 bool SitedControl::Enabled() const {

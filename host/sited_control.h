@@ -20,7 +20,6 @@ class SitedControl final : public FormControl {
 
     HWND Window() const override;
     void Focus(const MSG* message) override;
-    bool CanFocus() const override;
     bool Enabled() const override;
     void SetEnabled(bool enabled) override;
     ComPtr<IDispatch> Inner() const override { return members_; }
@@ -35,6 +34,7 @@ class SitedControl final : public FormControl {
     bool ShowPages();
 
   protected:
+    bool AcceptsFocus() const override;
     void ApplyBounds(const RECT& pixels) override;
     void ApplyVisible(bool visible) override;
     void SaveOwn(SavedProperties& saved) override;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <numeric>
 
+#include "common/text_compare.h"
+
 namespace qvx::host {
 
 namespace {
@@ -54,7 +56,12 @@ char16_t AccessKey(TextView caption) {
 std::optional<std::size_t> FindAccessKey(const std::vector<AccessStop>& stops, char16_t key,
                                          std::optional<std::size_t> from) {
     if (key == 0) return std::nullopt;
-    return Walk(Ordered(stops), from, [&](std::size_t i) { return stops[i].available && stops[i].key == Lower(key); });
+    const char32_t wanted = FoldCase(key);
+    return Walk(Ordered(stops), from, [&](std::size_t i) {
+        const Text& keys = stops[i].keys;
+        return stops[i].available &&
+               std::any_of(keys.begin(), keys.end(), [&](char16_t own) { return FoldCase(own) == wanted; });
+    });
 }
 
 }  // namespace qvx::host

@@ -26,7 +26,7 @@ char16_t AccessKey(TextView caption);
 
 struct AccessStop {
     int tabIndex = 0;
-    char16_t key = 0;
+    Text keys;               // that it can be reached by; mostly one or none
     bool available = false;  // visible and enabled
 };
 

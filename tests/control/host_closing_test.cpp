@@ -124,5 +124,53 @@ TEST_F(HostClosingTest, AControlThatCannotSaveIsShown) {
     EXPECT_THROW(form_->Save(SavedPath()), RunTimeError);
 }
 
+TEST_F(HostClosingTest, AControlThatFailsToLoadIsLetGo) {
+    control_->loads = E_FAIL;
+    EXPECT_THROW(Load(controlAndText), FormFileError);
+    EXPECT_TRUE(control_->closed);
+    EXPECT_FALSE(control_->site) << "the site is the form's, and the form is going";
+}
+
+// Presses the button of the message box that comes up.
+class BoxCloser {
+  public:
+    BoxCloser() : timer_(SetTimer(nullptr, 0, 50, &BoxCloser::Look)) { seen = 0; }
+    ~BoxCloser() { KillTimer(nullptr, timer_); }
+    static inline int seen = 0;
+
+  private:
+    static void CALLBACK Look(HWND, UINT, UINT_PTR, DWORD) {
+        EnumThreadWindows(
+            GetCurrentThreadId(),
+            [](HWND window, LPARAM) -> BOOL {
+                wchar_t name[16] = L"";
+                GetClassNameW(window, name, 16);
+                if (Text(FromWide(name)) != u"#32770") return TRUE;
+                ++seen;
+                PostMessageW(window, WM_COMMAND, IDOK, 0);
+                return FALSE;
+            },
+            0);
+    }
+    UINT_PTR timer_;
+};
+
+// The form's window is there when its last control fails, and gone when the error is shown.
+TEST_F(HostClosingTest, AnErrorWhileLoadingIsShown) {
+    Reporter reporter(false);
+    try {
+        HostForm form(FormFile::Parse("Begin Form f\n  Begin Nobody.Knows a\n  End\nEnd\n"), options_, folder_, source_,
+                      reporter);
+        form.Build();
+        ADD_FAILURE() << "was built";
+    } catch (const FormFileError& error) {
+        const BoxCloser closer;
+        reporter.Error(error.Message());
+        EXPECT_GT(BoxCloser::seen, 0);
+    }
+    MSG message;
+    EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "there was no loop to end";
+}
+
 }  // namespace
 }  // namespace qvx::host

@@ -84,6 +84,97 @@ TEST_F(HostFormTest, ADisabledOrHiddenControlGetsNoKeys) {
     EXPECT_EQ(ActiveName(), u"txtLast");
 }
 
+// What stands in a frame is as reachable as the frame, for each of the keyboard's ways.
+TEST_F(HostFormTest, AFrameTakesItsControlsAlong) {
+    const std::string text =
+        "Begin Form f\n"
+        "  Begin TextBox txtOut\n    TabIndex = 0\n  End\n"
+        "  Begin Frame fra\n    TabIndex = 1\n    Width = 3000\n    Height = 2000\n"
+        "    Begin TextBox txtIn\n      TabIndex = 2\n    End\n"
+        "    Begin Qvx.Button cmdIn\n      TabIndex = 3\n      Caption = \"&Go\"\n      Default = -1 'True\n      "
+        "Cancel "
+        "= -1 'True\n    End\n"
+        "  End\nEnd\n";
+    for (const wchar_t* property : {L"Enabled", L"Visible"}) {
+        Load(text, u"Sub cmdIn_Click()\n f.Tag = f.Tag & \"click \"\nEnd Sub\n");
+        const auto frame = form_->FindControl(u"fra")->Extended();
+        EXPECT_TRUE(Key(WM_KEYDOWN, VK_TAB));
+        EXPECT_EQ(ActiveName(), u"txtIn");
+        form_->FindControl(u"txtOut")->Focus(nullptr);
+        test::Put(frame, property, {Variant(false)});
+        Key(WM_KEYDOWN, VK_TAB);
+        EXPECT_EQ(ActiveName(), u"txtOut");
+        EXPECT_FALSE(Key(WM_SYSCHAR, 'g'));
+        Key(WM_KEYDOWN, VK_RETURN);
+        Key(WM_KEYDOWN, VK_ESCAPE);
+        EXPECT_EQ(Said(), u"");
+        EXPECT_NE(test::Invoke(form_->FindControl(u"txtIn")->Extended(), L"SetFocus", DISPATCH_METHOD).scode, S_OK);
+        test::Put(frame, property, {Variant(true)});
+        Key(WM_KEYDOWN, VK_RETURN);
+        EXPECT_EQ(Said(), u"click ");
+        form_.reset();
+    }
+}
+
+// The brush that a label gets is the colour behind it.
+TEST_F(HostFormTest, ATransparentLabelShowsWhatItStandsIn) {
+    Load(
+        "Begin Form f\n  BackColor = &H112233&\n"
+        "  Begin Label lblOut\n    BackStyle = 0\n  End\n"
+        "  Begin Frame fra\n    BackColor = &H445566&\n"
+        "    Begin Label lblIn\n      BackStyle = 0\n    End\n"
+        "    Begin Label lblOwn\n      BackColor = &H778899&\n    End\n  End\nEnd\n",
+        u"");
+    const auto behind = [&](TextView name) {
+        const HWND label = form_->FindControl(name)->Window();
+        const HDC dc = GetDC(label);
+        const auto brush = reinterpret_cast<HBRUSH>(SendMessageW(
+            GetParent(label), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(label)));
+        ReleaseDC(label, dc);
+        LOGBRUSH description{};
+        GetObjectW(brush, sizeof description, &description);
+        return description.lbColor;
+    };
+    EXPECT_EQ(behind(u"lblOut"), 0x112233u);
+    EXPECT_EQ(behind(u"lblIn"), 0x445566u);
+    EXPECT_EQ(behind(u"lblOwn"), 0x778899u);
+    test::Put(form_->FindControl(u"fra")->Extended(), L"BackColor", {Variant(0xABCDEF)});
+    EXPECT_EQ(behind(u"lblIn"), 0xABCDEFu);
+}
+
+TEST_F(HostFormTest, AControlWithoutATabIndexComesBehindTheHighestInUse) {
+    Load(
+        "Begin Form f\n  Begin TextBox a\n  End\n  Begin TextBox b\n    TabIndex = 7\n  End\n"
+        "  Begin TextBox c\n    TabIndex = 3\n  End\n  Begin TextBox d\n  End\nEnd\n");
+    const std::pair<TextView, int> expected[] = {{u"a", 0}, {u"b", 7}, {u"c", 3}, {u"d", 8}};
+    for (const auto& [name, index] : expected) EXPECT_EQ(form_->FindControl(name)->TabIndex(), index);
+}
+
+TEST_F(HostFormTest, WhatACollectionLacksIsNamedToTheScript) {
+    Load(
+        "Begin Form f\n  Begin ImageList iml\n    BeginProperty Images\n      BeginProperty ListImage1\n"
+        "        Key = \"\xc3\x84rger\"\n      EndProperty\n    EndProperty\n  End\nEnd\n");
+    const auto images = form_->FindControl(u"iml")->Extended();
+    const struct {
+        IDispatch* object;
+        const wchar_t* member;
+        Variant argument;
+        unsigned code;
+        TextView description;
+    } cases[] = {
+        {form_->Automation(), L"Controls", Variant(u"nosuch"), 0x800A02DA, u"Control 'nosuch' not found"},
+        {form_->Automation(), L"Controls", Variant(5), 0x800A0009, u"Subscript out of range"},
+        {images, L"ListImages", Variant(u"nosuch"), 0x800A0009, u"Subscript out of range"},
+        {images, L"ListImages", Variant(static_cast<IDispatch*>(nullptr)), 0x800A000D, u"Type mismatch"},
+    };
+    for (const auto& c : cases) {
+        const auto answer = test::Invoke(c.object, c.member, DISPATCH_PROPERTYGET, {c.argument.get()});
+        EXPECT_EQ(answer.scode, static_cast<HRESULT>(c.code));
+        EXPECT_EQ(answer.description, c.description);
+    }
+    EXPECT_NE(test::Call(images, L"ListImages", {Variant(u"\u00e4RGER")}).Type(), VT_EMPTY);
+}
+
 TEST_F(HostFormTest, AnImageListHoldsPicturesByNumberAndKey) {
     const std::string toolbox = QVX_SOURCE_DIR "/host/qvxhost.ico";
     std::string windows = "Z:" + toolbox;

@@ -229,5 +229,36 @@ TEST(FormValue, ConvertsForTheHostsOwnProperties) {
     EXPECT_EQ(ValueAsText(0.25), u"0.25");
 }
 
+TEST(CheckNames, EachNameStandsOnceExceptInArrays) {
+    const struct {
+        const char* inside;
+        int line;  // of the object that is refused, or 0
+    } cases[] = {
+        {"Begin Label a\nEnd\nBegin Label b\nEnd\n", 0},
+        {"Begin Label a\nEnd\nBegin TextBox A\nEnd\n", 4},
+        {"Begin Label \xc3\x84\nEnd\nBegin TextBox \xc3\xa4\nEnd\n", 4},
+        {"Begin Label F\nEnd\n", 2},
+        {"Begin Label a\nIndex = 0\nEnd\nBegin TextBox a\nIndex = 3\nEnd\n", 0},
+        {"Begin Label a\nIndex = 1\nEnd\nBegin Label a\nIndex = 1\nEnd\n", 5},
+        {"Begin Label a\nIndex = 1\nEnd\nBegin Label a\nEnd\n", 5},
+        {"Begin Label a\nEnd\nBegin Label a\nIndex = 1\nEnd\n", 4},
+        {"Begin Frame b\nBegin Label a\nEnd\nEnd\nBegin Label a\nEnd\n", 6},
+        {"Begin Label a\nEnd\nBegin Menu m\nBegin Menu A\nEnd\nEnd\n", 5},
+        {"Begin Menu m\nBegin Menu m\nEnd\nEnd\n", 3},
+        {"Begin Menu m\nIndex = 1\nEnd\nBegin Menu m\nIndex = 2\nEnd\n", 5},
+        {"Begin Menu f\nEnd\n", 2},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.inside);
+        int line = 0;
+        try {
+            CheckNames(FormFile::Parse("Begin Form f\n" + std::string(c.inside) + "End\n").form);
+        } catch (const FormFileError& error) {
+            line = error.Line();
+        }
+        EXPECT_EQ(line, c.line);
+    }
+}
+
 }  // namespace
 }  // namespace qvx::host

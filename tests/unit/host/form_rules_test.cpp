@@ -167,12 +167,14 @@ TEST(TabOrder, FindsAccessKeys) {
     EXPECT_EQ(AccessKey(u"A && &B"), u'b');
     EXPECT_EQ(AccessKey(u"Save &"), 0);
     EXPECT_EQ(AccessKey(u"Save"), 0);
-    const std::vector<AccessStop> stops = {{1, u's', true}, {0, u's', true}, {2, u's', false}, {3, u'x', true}};
+    const std::vector<AccessStop> stops = {{1, u"s", true}, {0, u"qs", true}, {2, u"s", false}, {3, u"x\u00C4", true}};
     EXPECT_EQ(FindAccessKey(stops, u'S', std::nullopt), 1u);
     EXPECT_EQ(FindAccessKey(stops, u's', 1u), 0u);
     EXPECT_EQ(FindAccessKey(stops, u's', 0u), 1u);
-    EXPECT_EQ(FindAccessKey(stops, u'q', 0u), std::nullopt);
-    EXPECT_EQ(FindAccessKey({{0, 0, true}}, 0, std::nullopt), std::nullopt);
+    EXPECT_EQ(FindAccessKey(stops, u'q', 0u), 1u);
+    EXPECT_EQ(FindAccessKey(stops, u'\u00E4', 0u), 3u);
+    EXPECT_EQ(FindAccessKey(stops, u'z', 0u), std::nullopt);
+    EXPECT_EQ(FindAccessKey({{0, u"", true}}, 0, std::nullopt), std::nullopt);
 }
 
 TEST(Menus, ReadsNestedMenusAndNumbersThem) {
@@ -197,6 +199,25 @@ TEST(Menus, ReadsNestedMenusAndNumbersThem) {
     const MenuItem* found = FindMenuItem(menus, [](const MenuItem& item) { return item.name == u"mnuLine"; });
     ASSERT_NE(found, nullptr);
     EXPECT_EQ(found->caption, u"-");
+}
+
+TEST(Menus, ShortcutsOfWhatIsDisabledMeanNothing) {
+    const FormFile file = FormFile::Parse(
+        "Begin Form f\n"
+        "Begin Menu mnuOff\nEnabled = 0 'False\n"
+        "Begin Menu mnuIn\nBegin Menu mnuDeep\nShortcut = ^D\nEnd\nShortcut = ^P\nEnd\nEnd\n"
+        "Begin Menu mnuOn\nShortcut = ^O\n"
+        "Begin Menu mnuItem\nShortcut = {F5}\nEnd\nBegin Menu mnuGray\nShortcut = ^G\nEnabled = 0 'False\nEnd\n"
+        "Begin Menu mnuSecond\nShortcut = {F5}\nEnd\nEnd\nEnd\n");
+    const std::vector<MenuItem> menus = ReadMenus(file.form);
+    const std::pair<TextView, TextView> cases[] = {{u"{F5}", u"mnuItem"}, {u"^G", u""}, {u"^D", u""},
+                                                   {u"^P", u""},          {u"^O", u""}, {u"", u""}};
+    for (const auto& [keys, name] : cases) {
+        const MenuItem* found = FindShortcut(menus, ParseShortcut(keys));
+        EXPECT_EQ(found ? found->name : Text(), name);
+    }
+    EXPECT_EQ(MenuNames(menus),
+              (std::vector<Text>{u"mnuOff", u"mnuIn", u"mnuDeep", u"mnuOn", u"mnuItem", u"mnuGray", u"mnuSecond"}));
 }
 
 TEST(Menus, ReadsShortcuts) {
