@@ -17,7 +17,7 @@ struct RowPair {
 // The first data row that has its equal further down, and the first of its equals there. Rows are equal when their keys
 // are (row_key.h), `firstCol` being the first column that counts; so rows without any text are, too.
 //
-// Takes time and memory linear in the number of rows: eight to sixteen bytes a row.
+// Takes time and memory linear in the number of rows: twelve to twenty-four bytes a row, however long the texts are.
 std::optional<RowPair> FirstDuplicate(const flexgrid::Grid& grid, int firstCol);
 
 // What the user is told of it.
