@@ -37,9 +37,17 @@ constexpr Class classes[] = {
      Create<RecordsetObject>},
 };
 
-class Factory final : public ComObject<IClassFactory> {
+// Part of the module and not counted among its objects: some script engines never let go of a factory.
+class Factory final : public IClassFactory {
   public:
     explicit Factory(const Class& made) : class_(made) {}
+    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+        if (!object) return E_POINTER;
+        *object = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
+        return *object ? S_OK : E_NOINTERFACE;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
     STDMETHODIMP CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
         return Guard([&]() -> HRESULT {
             if (!object) return E_POINTER;
@@ -54,9 +62,10 @@ class Factory final : public ComObject<IClassFactory> {
     }
 
   private:
-    ~Factory() override = default;
     const Class& class_;
 };
+
+Factory factories[] = {Factory(classes[0]), Factory(classes[1])};
 
 std::wstring Spell(REFGUID id) {
     wchar_t text[40];
@@ -119,8 +128,8 @@ STDAPI DllGetClassObject(REFCLSID id, REFIID iid, LPVOID* object) {
     return qvx::Guard([&]() -> HRESULT {
         if (!object) return E_POINTER;
         *object = nullptr;
-        for (const auto& made : qvx::ado::classes) {
-            if (made.id == id) return qvx::MakeObject<qvx::ado::Factory>(made)->QueryInterface(iid, object);
+        for (std::size_t i = 0; i < std::size(qvx::ado::classes); ++i) {
+            if (qvx::ado::classes[i].id == id) return qvx::ado::factories[i].QueryInterface(iid, object);
         }
         return CLASS_E_CLASSNOTAVAILABLE;
     });

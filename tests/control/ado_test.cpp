@@ -1,0 +1,429 @@
+// The data objects that tests and demo put in the place of the system's where those cannot open a database.
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "com/safearray.h"
+#include "host/script_engine_object.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::test {
+namespace {
+
+// By the run-time error's number.
+constexpr HRESULT Raised(int number) { return static_cast<HRESULT>(0x800A0000u + static_cast<unsigned>(number)); }
+
+// <build>/tests/control/control_tests.exe beside <build>/tests/support/ado/QvxAdo.dll
+std::wstring ServerPath() {
+    wchar_t path[MAX_PATH] = L"";
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    std::wstring folder = path;
+    for (int up = 0; up < 2; ++up) folder.resize(folder.find_last_of(L"\\/"));
+    return folder + L"\\support\\ado\\QvxAdo.dll";
+}
+
+CLSID ClassOf(const wchar_t* name) {
+    CLSID id{};
+    EXPECT_EQ(CLSIDFromProgID(name, &id), S_OK);
+    return id;
+}
+
+// Registered for the length of a scope only.
+class Server {
+  public:
+    Server() : module_(LoadLibraryW(ServerPath().c_str())) {
+        if (!module_) ADD_FAILURE() << "QvxAdo.dll cannot be loaded: error " << GetLastError();
+        EXPECT_EQ(Run("DllRegisterServer"), S_OK);
+    }
+    ~Server() {
+        EXPECT_EQ(Run("DllCanUnloadNow"), S_OK) << "objects are left over";
+        EXPECT_EQ(Run("DllUnregisterServer"), S_OK);
+        FreeLibrary(module_);
+    }
+    Server(const Server&) = delete;
+
+  private:
+    HRESULT Run(const char* name) {
+        const auto function = reinterpret_cast<HRESULT(WINAPI*)()>(GetProcAddress(module_, name));
+        return function ? function() : E_NOINTERFACE;
+    }
+
+    HMODULE module_;
+};
+
+using Object = ComPtr<IDispatch>;
+
+Object Create(const wchar_t* name) {
+    Object object;
+    EXPECT_EQ(CoCreateInstance(ClassOf(name), nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.put_void()), S_OK);
+    return object;
+}
+
+Object ObjectFrom(const Object& object, const wchar_t* member, const std::vector<Variant>& arguments = {}) {
+    return Call(object.get(), member, arguments).ToObject<IDispatch>();
+}
+
+CallResult Try(const Object& object, const wchar_t* member, const std::vector<Variant>& arguments = {},
+               WORD flags = DISPATCH_METHOD | DISPATCH_PROPERTYGET) {
+    std::vector<VARIANT> borrowed;
+    for (const Variant& argument : arguments) borrowed.push_back(argument.get());
+    return Invoke(object.get(), member, flags, borrowed);
+}
+
+long Number(const Object& object, const wchar_t* member) { return Call(object.get(), member).ToLong().value_or(-99); }
+
+Variant ValueOf(const Object& records, const Variant& field) {
+    const Object found = ObjectFrom(records, L"Fields", {field});
+    return found ? Call(found.get(), L"Value") : Variant();
+}
+
+// A fresh database file for each test. The tests are skipped where no driver for it is installed.
+class Ado : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        wchar_t folder[MAX_PATH];
+        wchar_t file[MAX_PATH];
+        GetTempPathW(MAX_PATH, folder);
+        GetTempFileNameW(folder, L"qvx", 0, file);
+        file_ = file;
+        server_ = std::make_unique<Server>();
+        connection_ = Create(L"ADODB.Connection");
+        ASSERT_TRUE(connection_);
+        const CallResult opened = Try(connection_, L"Open", {Variant(Settings())});
+        for (const TextView missing :
+             {u"There is no ODBC driver manager", u"Can't open lib", u"Data source name not found"}) {
+            if (opened.description.find(missing) == Text::npos) continue;
+            GTEST_SKIP() << "NO ODBC DRIVER FOR SQLITE IS INSTALLED: " << Utf8(opened.description);
+        }
+        ASSERT_EQ(opened.result, S_OK) << Utf8(opened.description);
+    }
+    void TearDown() override {
+        connection_.reset();
+        server_.reset();
+        DeleteFileW(file_.c_str());
+    }
+
+    static std::string Utf8(const Text& text) { return std::string(text.begin(), text.end()); }
+    Text Settings() const { return u"Driver={SQLite3 ODBC Driver};Database=" + Text(FromWide(file_)) + u";"; }
+    Object Execute(const char16_t* sql) { return ObjectFrom(connection_, L"Execute", {Variant(sql)}); }
+    // Kept by the client unless another kind of cursor is asked for.
+    Object Open(const char16_t* sql, int cursorType = 3) {
+        Object records = Create(L"ADODB.Recordset");
+        Call(records.get(), L"Open", {Variant(sql), Variant(connection_.get()), Variant(cursorType)});
+        return records;
+    }
+    // What another program would find in the file.
+    long CountFromOutside() {
+        const Object other = Create(L"ADODB.Connection");
+        Call(other.get(), L"Open", {Variant(Settings())});
+        const Object records = ObjectFrom(other, L"Execute", {Variant(u"select count(*) from t")});
+        return ValueOf(records, Variant(0)).ToLong().value_or(-1);
+    }
+
+    std::wstring file_;
+    std::unique_ptr<Server> server_;
+    Object connection_;
+};
+
+TEST_F(Ado, ValuesHaveTheTypesTheirColumnsWereDeclaredWith) {
+    const struct {
+        const char16_t* declared;
+        const char16_t* literal;
+        VARTYPE type;
+        const char16_t* text;
+        long number;
+    } cases[] = {
+        {u"integer", u"-7", VT_I4, u"-7", 3},
+        {u"integer", u"5000000000", VT_I8, u"5000000000", 3},
+        {u"integer", u"'seven'", VT_BSTR, u"seven", 3},
+        {u"bigint", u"7", VT_I8, u"7", 20},
+        {u"double", u"0.25", VT_R8, u"0.25", 5},
+        {u"double", u"1e300", VT_R8, u"1E+300", 5},
+        {u"boolean", u"1", VT_BOOL, u"True", 11},
+        {u"currency", u"3.5", VT_CY, u"3.5", 6},
+        {u"decimal(10,3)", u"12.345", VT_DECIMAL, u"12.345", 131},
+        {u"numeric(10,2)", u"1.25", VT_DECIMAL, u"1.25", 131},
+        {u"date", u"'2024-03-01'", VT_DATE, u"03/01/2024", 133},
+        {u"timestamp", u"'2024-03-01 12:30:45'", VT_DATE, u"03/01/2024 12:30:45", 135},
+        {u"date", u"'soon'", VT_BSTR, u"soon", 133},
+        {u"varchar(20)", u"'it''s'", VT_BSTR, u"it's", 202},
+        {u"text", u"'Gr\u00fcn \u20ac \U0001F600'", VT_BSTR, u"Gr\u00fcn \u20ac \U0001F600", 203},
+        {u"text", u"''", VT_BSTR, u"", 203},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(Utf8(Text(c.declared) + u" " + c.literal));
+        Execute((Text(u"create table t(x ") + c.declared + u")").c_str());
+        Execute((Text(u"insert into t values(") + c.literal + u")").c_str());
+        Execute(u"insert into t values(null)");
+        const Object records = Open(u"select x from t");
+        const Object field = ObjectFrom(records, L"Fields", {Variant(u"X")});
+        EXPECT_EQ(Number(field, L"Type"), c.number);
+        const Variant value = Call(field.get(), L"Value");
+        EXPECT_EQ(value.Type(), c.type);
+        EXPECT_EQ(value.ToText(), c.text);
+        Call(records.get(), L"MoveNext");
+        EXPECT_EQ(Call(field.get(), L"Value").Type(), VT_NULL);
+        EXPECT_EQ(Number(field, L"ActualSize"), -1);
+        Execute(u"drop table t");
+    }
+}
+
+TEST_F(Ado, LongTextsAndBinaryValuesArriveWhole) {
+    // Around the length of the pieces they are fetched in, with characters of several bytes across their borders.
+    for (const int length : {4094, 4095, 4096, 10000}) {
+        Text text(static_cast<std::size_t>(length), u'x');
+        for (std::size_t i = 0; i < text.size(); i += 3) text[i] = u'\u20ac';
+        const Object records = Open((u"select '" + text + u"' as t").c_str());
+        EXPECT_EQ(ValueOf(records, Variant(u"t")).ToText(), text) << length;
+    }
+    Execute(u"create table t(b blob)");
+    Execute(u"insert into t values(x'00FF10'), (zeroblob(5000))");
+    const Object records = Open(u"select b from t");
+    const Variant few = ValueOf(records, Variant(0));
+    ASSERT_EQ(few.Type(), VT_ARRAY | VT_UI1);
+    const auto bytes = ReadElements(ArrayOf(few.get()));
+    ASSERT_EQ(bytes.size(), 3u);
+    EXPECT_EQ(bytes[1].ToLong(), 255);
+    Call(records.get(), L"MoveNext");
+    EXPECT_EQ(Number(ObjectFrom(records, L"Fields", {Variant(0)}), L"ActualSize"), 5000);
+}
+
+TEST_F(Ado, OnlyKeptRecordsAreCountedAndGoBothWays) {
+    Execute(u"create table t(i integer)");
+    Execute(u"insert into t values(10), (20), (30)");
+    const struct {
+        int cursor;
+        long count;
+        long position;
+        bool bothWays;
+    } cases[] = {{0, -1, -1, false}, {1, 3, 2, true}, {2, -1, -1, false}, {3, 3, 2, true}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.cursor);
+        const Object records = Open(u"select i from t order by i", c.cursor);
+        EXPECT_EQ(Number(records, L"RecordCount"), c.count);
+        Call(records.get(), L"MoveNext");
+        EXPECT_EQ(Number(records, L"AbsolutePosition"), c.position);
+        EXPECT_EQ(ValueOf(records, Variant(0)).ToLong(), 20);
+        EXPECT_EQ(Try(records, L"MovePrevious").scode, c.bothWays ? S_OK : Raised(3219));
+        Call(records.get(), L"MoveFirst");
+        EXPECT_EQ(ValueOf(records, Variant(0)).ToLong(), 10);
+    }
+    EXPECT_EQ(Number(Execute(u"select i from t"), L"RecordCount"), -1);
+    Put(connection_.get(), L"CursorLocation", {Variant(3)});
+    EXPECT_EQ(Number(Execute(u"select i from t"), L"RecordCount"), 3);
+    EXPECT_EQ(Number(Open(u"select i from t", 0), L"RecordCount"), 3);
+}
+
+TEST_F(Ado, MovingEndsOneBehindTheRecords) {
+    Execute(u"create table t(i integer)");
+    const Object none = Open(u"select i from t");
+    EXPECT_EQ(Call(none.get(), L"BOF").ToBool(), true);
+    EXPECT_EQ(Call(none.get(), L"EOF").ToBool(), true);
+    EXPECT_EQ(Number(none, L"RecordCount"), 0);
+    for (const wchar_t* member : {L"MoveFirst", L"MoveLast", L"MoveNext", L"MovePrevious", L"GetRows"}) {
+        EXPECT_EQ(Try(none, member).scode, Raised(3021)) << Utf8(Text(FromWide(member)));
+    }
+    Execute(u"insert into t values(1), (2), (3), (4), (5)");
+    const Object records = Open(u"select i from t order by i");
+    const struct {
+        const wchar_t* member;
+        int by;
+        long position;  // -2 before, -3 behind
+        HRESULT result;
+    } steps[] = {
+        {L"MoveLast", 0, 5, S_OK}, {L"MoveNext", 0, -3, S_OK}, {L"MoveNext", 0, -3, Raised(3021)},
+        {L"Move", -2, 4, S_OK},    {L"Move", -100, -2, S_OK},  {L"MovePrevious", 0, -2, Raised(3021)},
+        {L"Move", 2, 2, S_OK},     {L"Move", 100, -3, S_OK},   {L"MoveFirst", 0, 1, S_OK},
+    };
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.by);
+        const auto arguments = step.by ? std::vector<Variant>{Variant(step.by)} : std::vector<Variant>();
+        EXPECT_EQ(Try(records, step.member, arguments).scode, step.result);
+        EXPECT_EQ(Number(records, L"AbsolutePosition"), step.position);
+        EXPECT_EQ(Call(records.get(), L"BOF").ToBool(), step.position == -2);
+        EXPECT_EQ(Call(records.get(), L"EOF").ToBool(), step.position == -3);
+        if (step.position > 0) {
+            EXPECT_EQ(ValueOf(records, Variant(u"i")).ToLong(), step.position);
+        }
+    }
+    Put(records.get(), L"AbsolutePosition", {Variant(4)});
+    EXPECT_EQ(ValueOf(records, Variant(u"i")).ToLong(), 4);
+    for (const int outside : {0, 6}) {
+        EXPECT_EQ(Try(records, L"AbsolutePosition", {Variant(outside)}, DISPATCH_PROPERTYPUT).scode, Raised(3001));
+    }
+}
+
+// The array's cells, record after record.
+Text SpellRows(const Variant& rows) {
+    SAFEARRAY* array = ArrayOf(rows.get());
+    if (!array || SafeArrayGetDim(array) != 2) return u"no array of two dimensions";
+    LONG last[2] = {};
+    SafeArrayGetUBound(array, 1, &last[0]);
+    SafeArrayGetUBound(array, 2, &last[1]);
+    Text text;
+    for (LONG row = 0; row <= last[1]; ++row) {
+        for (LONG field = 0; field <= last[0]; ++field) {
+            LONG index[2] = {field, row};
+            Variant cell;
+            SafeArrayGetElement(array, index, cell.put());
+            text += (field ? u"," : row ? u";" : u"") + (cell.Type() == VT_NULL ? u"-" : cell.ToText().value_or(u"?"));
+        }
+    }
+    return text;
+}
+
+TEST_F(Ado, GetRowsTakesABlockAndMovesBehindIt) {
+    Execute(u"create table t(i integer, x text)");
+    Execute(u"insert into t values(1,'a'), (2,null), (3,'c'), (4,'d')");
+    for (const int cursor : {0, 3}) {
+        const Object records = Open(u"select * from t order by i", cursor);
+        EXPECT_EQ(SpellRows(Call(records.get(), L"GetRows", {Variant(2)})), u"1,a;2,-");
+        EXPECT_EQ(ValueOf(records, Variant(0)).ToLong(), 3);
+        EXPECT_EQ(SpellRows(Call(records.get(), L"GetRows", {Variant(-1)})), u"3,c;4,d");
+        EXPECT_EQ(Call(records.get(), L"EOF").ToBool(), true);
+        EXPECT_EQ(Try(records, L"GetRows").scode, Raised(3021));
+        EXPECT_EQ(SpellRows(Call(records.get(), L"GetRows", {Variant(9), Variant(1), Variant(u"x")})), u"a;-;c;d");
+        Call(records.get(), L"MoveFirst");
+        Variant both;
+        both.ptr()->parray = SafeArray::OfVariants({Variant(1), Variant(u"I")}).detach();
+        both.ptr()->vt = VT_ARRAY | VT_VARIANT;
+        EXPECT_EQ(SpellRows(Call(records.get(), L"GetRows", {Variant(1), Variant::Missing(), both})), u"a,1");
+    }
+}
+
+TEST_F(Ado, FailuresSayWhy) {
+    Execute(u"create table t(i integer unique, check(i < 100))");
+    Execute(u"insert into t values(1)");
+    const Object records = Open(u"select i from t");
+    const Object closed = Create(L"ADODB.Recordset");
+    const Object unopened = Create(L"ADODB.Connection");
+    const struct {
+        const Object& object;
+        const wchar_t* member;
+        std::vector<Variant> arguments;
+        int number;
+        const char16_t* words;
+    } cases[] = {
+        {connection_, L"Execute", {Variant(u"selct 1")}, 3000, u"syntax error"},
+        {connection_, L"Execute", {Variant(u"select elsewhere from t")}, 3000, u"no such column"},
+        {connection_, L"Execute", {Variant(u"insert into t values(1)")}, 3000, u"UNIQUE constraint failed"},
+        {connection_, L"Execute", {Variant(u"insert into t values(100)")}, 3000, u"CHECK constraint failed"},
+        {connection_, L"Execute", {}, 449, u""},
+        {connection_, L"Open", {}, 3705, u"open"},
+        {connection_, L"CommitTrans", {}, 3000, u"No transaction"},
+        {unopened, L"Execute", {Variant(u"select 1")}, 3709, u"closed"},
+        {unopened, L"Close", {}, 3704, u"closed"},
+        {unopened, L"Open", {Variant(u"Provider=Elsewhere;")}, 3706, u"Provider"},
+        {unopened, L"Open", {Variant(u"Driver={No such driver};")}, 3000, u"No such driver"},
+        {unopened, L"Open", {Variant(u"Driver=SQLite3;Database=/no/such/folder/x.db")}, 3000, u"connect failed"},
+        {closed, L"RecordCount", {}, 3704, u"closed"},
+        {closed, L"Fields", {}, 3704, u"closed"},
+        {closed, L"MoveNext", {}, 3704, u"closed"},
+        {closed, L"Open", {Variant(u"select 1")}, 3709, u"connection"},
+        {closed, L"Open", {Variant(u"select 1"), Variant(unopened.get())}, 3709, u"closed"},
+        {records, L"Open", {Variant(u"select 1")}, 3705, u"open"},
+        {records, L"Fields", {Variant(u"j")}, 3265, u"name or number"},
+        {records, L"Fields", {Variant(1)}, 3265, u"name or number"},
+        {records, L"Fields", {Variant(-1)}, 3265, u"name or number"},
+        {records, L"GetRows", {Variant(-2)}, 3001, u"wrong type"},
+    };
+    for (const auto& c : cases) {
+        const CallResult call = Try(c.object, c.member, c.arguments);
+        SCOPED_TRACE(Utf8(Text(FromWide(c.member))) + ": " + Utf8(call.description));
+        EXPECT_EQ(call.scode, Raised(c.number));
+        EXPECT_NE(call.description.find(c.words), Text::npos);
+        EXPECT_EQ(call.source, u"QvxAdo");
+    }
+    EXPECT_EQ(Number(unopened, L"State"), 0);
+    EXPECT_EQ(CountFromOutside(), 1);
+}
+
+TEST_F(Ado, ATransactionIsSeenFromOutsideAsAWholeOrNotAtAll) {
+    Execute(u"create table t(i integer)");
+    EXPECT_EQ(Call(connection_.get(), L"BeginTrans").ToLong(), 1);
+    Execute(u"insert into t values(1), (2)");
+    EXPECT_EQ(CountFromOutside(), 0);
+    EXPECT_EQ(Try(connection_, L"BeginTrans").scode, Raised(3000));
+    EXPECT_EQ(Try(connection_, L"Close").scode, Raised(3246));
+    Call(connection_.get(), L"RollbackTrans");
+    EXPECT_EQ(CountFromOutside(), 0);
+    Call(connection_.get(), L"BeginTrans");
+    Execute(u"insert into t values(1), (2)");
+    Call(connection_.get(), L"CommitTrans");
+    EXPECT_EQ(CountFromOutside(), 2);
+    Execute(u"insert into t values(3)");  // each statement is its own again
+    EXPECT_EQ(CountFromOutside(), 3);
+    Call(connection_.get(), L"BeginTrans");
+    Execute(u"delete from t");
+    connection_.reset();
+    EXPECT_EQ(CountFromOutside(), 3);
+}
+
+TEST_F(Ado, RecordSetsCloseWithTheirConnection) {
+    const Object records = Open(u"select 1 as one");
+    const Object field = ObjectFrom(records, L"Fields", {Variant(0)});
+    Call(connection_.get(), L"Close");
+    EXPECT_EQ(Number(records, L"State"), 0);
+    EXPECT_EQ(Try(field, L"Value").scode, Raised(3704));
+    EXPECT_EQ(Try(records, L"EOF").scode, Raised(3704));
+    // A record set may bring a connection of its own.
+    Call(records.get(), L"Open", {Variant(u"select 2 as two"), Variant(u" provider = MSDASQL ; " + Settings())});
+    EXPECT_EQ(ValueOf(records, Variant(u"TWO")).ToLong(), 2);
+    EXPECT_EQ(Try(field, L"Name").value.ToText(), u"two");
+}
+
+TEST_F(Ado, ScriptsUseThemAsTheyUseTheSystems) {
+    std::vector<host::ScriptError> errors;
+    host::ScriptEngine engine(nullptr, [&](const host::ScriptError& error) { errors.push_back(error); });
+    engine.Open(u"a.vbs");
+    engine.Run(
+        u"Function Play(Settings, Answer)\n"
+        u"  Dim connection, records, field, affected\n"
+        u"  Set connection = CreateObject(\"ADODB.Connection\")\n"
+        u"  connection.Open Settings\n"
+        u"  connection.Execute \"create table t(name text, price currency)\"\n"
+        u"  connection.Execute \"insert into t values('pen', 1.5), ('ink', 4.25)\", affected\n"
+        u"  Answer = affected & \":\"\n"
+        u"  Set records = CreateObject(\"ADODB.Recordset\")\n"
+        u"  records.CursorLocation = 3\n"
+        u"  records.Open \"select * from t\", connection\n"
+        u"  For Each field In records.Fields\n"
+        u"    Answer = Answer & field.Name & \" \"\n"
+        u"  Next\n"
+        u"  Do Until records.EOF\n"
+        u"    Answer = Answer & records.AbsolutePosition & records(\"name\") & records.Fields(1) * 2 & \" \"\n"
+        u"    records.MoveNext\n"
+        u"  Loop\n"
+        u"  records.MoveFirst\n"
+        u"  Answer = Answer & UBound(records.GetRows(1), 2)\n"
+        u"  On Error Resume Next\n"
+        u"  connection.Execute \"drop table u\"\n"
+        u"  Answer = Answer & \" \" & Err.Description\n"
+        u"End Function\n");
+    Variant settings(Settings());
+    Variant answer;
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_VARIANT;
+    reference.pvarVal = answer.ptr();
+    EXPECT_TRUE(engine.Call(u"Play", {settings.ptr(), &reference}));
+    for (const auto& error : errors) ADD_FAILURE() << error.line << ": " << Utf8(error.message);
+    EXPECT_EQ(answer.ToText(), u"2:name price 1pen3 2ink8.5 0 [SQLite]no such table: u (1)");
+}
+
+TEST(AdoRegistration, GivesTheNamesBack) {
+    CLSID before{};
+    const HRESULT known = CLSIDFromProgID(L"ADODB.Recordset", &before);
+    for (int twice = 0; twice < 2; ++twice) {
+        {
+            const Server server;
+            EXPECT_NE(Spell(ClassOf(L"ADODB.Recordset")), Spell(before));
+            const Server again;
+        }
+        CLSID after{};
+        EXPECT_EQ(CLSIDFromProgID(L"ADODB.Recordset", &after), known);
+        EXPECT_EQ(Spell(after), Spell(before));
+    }
+}
+
+}  // namespace
+}  // namespace qvx::test
