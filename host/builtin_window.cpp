@@ -11,27 +11,9 @@
 #include "host/tab_order.h"
 #include "win/gdi_surface.h"
 #include "win/module.h"
+#include "win/wide.h"
 
 namespace qvx::host {
-
-namespace {
-
-constexpr OLE_COLOR windowBackground = 0x80000005;
-constexpr OLE_COLOR windowText = 0x80000008;
-
-COLORREF ToSystem(OLE_COLOR color) {
-    COLORREF rgb = 0;
-    OleTranslateColor(color, nullptr, &rgb);
-    return rgb;
-}
-
-Text ReadWindowText(HWND window) {
-    Text text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, u'\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextW(window, WideBuffer(text), static_cast<int>(text.size()))));
-    return text;
-}
-
-}  // namespace
 
 std::optional<BuiltIn> FindBuiltIn(TextView className) {
     if (SameName(className, u"Label")) return BuiltIn::label;
@@ -92,7 +74,7 @@ class BuiltInControl::Members final : public NamedObject {
     void AddText(const char16_t* name) {
         AddProperty(name, [this](const Call& call) {
             if (call.put) SetWindowTextW(Control().window_, Wide(call.StringValue()));
-            return Variant(ReadWindowText(Control().window_));
+            return Variant(WindowText(Control().window_));
         });
         SetDefaultMember(name);
     }
@@ -127,7 +109,7 @@ class BuiltInControl::Members final : public NamedObject {
                 SendMessageW(Control().window_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(Wide(text)));
             }
             const auto [start, end] = Selection();
-            return Variant(ReadWindowText(Control().window_).substr(start, end - start));
+            return Variant(WindowText(Control().window_).substr(start, end - start));
         });
     }
 
@@ -179,8 +161,8 @@ BuiltInControl::BuiltInControl(HostForm& form, Block& block, FormControl* contai
     : FormControl(form, block, container),
       kind_(kind),
       enabled_(block.BoolOf(u"Enabled", true)),
-      backColor_(kind == BuiltIn::textBox ? windowBackground : form.BackColor()),
-      foreColor_(kind == BuiltIn::textBox ? windowText : form.ForeColor()),
+      backColor_(kind == BuiltIn::textBox ? colors::windowBackground : form.BackColor()),
+      foreColor_(kind == BuiltIn::textBox ? colors::windowText : form.ForeColor()),
       ownBackColor_(block.Find(u"BackColor") != nullptr),
       ownForeColor_(block.Find(u"ForeColor") != nullptr),
       ownFont_(block.FindGroup(u"Font") != nullptr),
@@ -260,13 +242,13 @@ void BuiltInControl::ApplyFont() {
 
 void BuiltInControl::SetColor(OLE_COLOR& color, OLE_COLOR value) {
     color = value;
-    brush_.Reset(CreateSolidBrush(ToSystem(backColor_)));
+    brush_.Reset(CreateSolidBrush(ResolveColor(backColor_)));
     if (window_) RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 HBRUSH BuiltInControl::OnColor(HDC dc) {
-    SetTextColor(dc, ToSystem(foreColor_));
-    SetBkColor(dc, ToSystem(backColor_));
+    SetTextColor(dc, ResolveColor(foreColor_));
+    SetBkColor(dc, ResolveColor(backColor_));
     if (kind_ == BuiltIn::label && !opaque_) {
         SetBkMode(dc, TRANSPARENT);
         // What lies behind is the frame it stands in, or the form.
@@ -296,7 +278,7 @@ ComPtr<IDispatch> BuiltInControl::Inner() const { return members_; }
 
 std::vector<char16_t> BuiltInControl::AccessKeys() const {
     if (kind_ == BuiltIn::textBox) return {};
-    const char16_t key = AccessKey(ReadWindowText(window_));
+    const char16_t key = AccessKey(WindowText(window_));
     return key ? std::vector<char16_t>{key} : std::vector<char16_t>{};
 }
 
@@ -336,7 +318,7 @@ void BuiltInControl::SaveOwn(SavedProperties& saved) {
     };
     if (ownBackColor_) saved.Add(u"BackColor", static_cast<std::int32_t>(backColor_));
     if (ownForeColor_) saved.Add(u"ForeColor", static_cast<std::int32_t>(foreColor_));
-    const Text text = ReadWindowText(window_);
+    const Text text = WindowText(window_);
     addUnless(textBox ? u"Text" : u"Caption", text.empty(), text);
     addUnless(u"Enabled", enabled_, false);
     addUnless(u"Alignment", alignment_ == 0, std::int32_t{alignment_});

@@ -15,14 +15,13 @@
 #include "host/image_list_object.h"
 #include "host/sited_control.h"
 #include "win/dpi.h"
+#include "win/gdi_surface.h"
 #include "win/module.h"
 
 namespace qvx::host {
 
 namespace {
 
-constexpr OLE_COLOR buttonFace = 0x8000000F;
-constexpr OLE_COLOR buttonText = 0x80000012;
 constexpr int defaultWidth = 4800;  // twips
 constexpr int defaultHeight = 3600;
 constexpr int pathAccessError = 75;
@@ -37,12 +36,6 @@ constexpr int exitNotSaved = 4;
 constexpr UINT messageClose = WM_APP + 1;
 constexpr WORD iconResource = 1;
 
-COLORREF ToSystem(OLE_COLOR color) {
-    COLORREF rgb = 0;
-    OleTranslateColor(color, nullptr, &rgb);
-    return rgb;
-}
-
 }  // namespace
 
 HostForm::HostForm(FormFile file, const Options& options, Text folder, const ClassSource& classes, Reporter& reporter)
@@ -53,8 +46,8 @@ HostForm::HostForm(FormFile file, const Options& options, Text folder, const Cla
       reporter_(reporter),
       caption_(file_.form.TextOf(u"Caption", file_.form.name)),
       tag_(file_.form.TextOf(u"Tag")),
-      backColor_(static_cast<OLE_COLOR>(file_.form.IntOf(u"BackColor", static_cast<std::int32_t>(buttonFace)))),
-      foreColor_(static_cast<OLE_COLOR>(file_.form.IntOf(u"ForeColor", static_cast<std::int32_t>(buttonText)))),
+      backColor_(static_cast<OLE_COLOR>(file_.form.IntOf(u"BackColor", static_cast<std::int32_t>(colors::buttonFace)))),
+      foreColor_(static_cast<OLE_COLOR>(file_.form.IntOf(u"ForeColor", static_cast<std::int32_t>(colors::buttonText)))),
       clientWidth_(file_.form.IntOf(u"ClientWidth", file_.form.IntOf(u"ScaleWidth", defaultWidth))),
       clientHeight_(file_.form.IntOf(u"ClientHeight", file_.form.IntOf(u"ScaleHeight", defaultHeight))),
       font_([this] { AmbientChanged(DISPID_AMBIENT_FONT); }) {
@@ -113,7 +106,7 @@ void HostForm::Build() {
     const auto icon = LoadIconW(ModuleInstance(), MAKEINTRESOURCEW(iconResource));
     SendMessageW(Handle(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
     SendMessageW(Handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
-    backBrush_.Reset(CreateSolidBrush(ToSystem(backColor_)));
+    backBrush_.Reset(CreateSolidBrush(ResolveColor(backColor_)));
     toolTips_ =
         CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP, CW_USEDEFAULT, CW_USEDEFAULT,
                         CW_USEDEFAULT, CW_USEDEFAULT, Handle(), nullptr, ModuleInstance(), nullptr);
@@ -260,7 +253,7 @@ void HostForm::SetCaption(Text caption) {
 
 void HostForm::SetBackColor(OLE_COLOR color) {
     backColor_ = color;
-    backBrush_.Reset(CreateSolidBrush(ToSystem(color)));
+    backBrush_.Reset(CreateSolidBrush(ResolveColor(color)));
     AmbientChanged(DISPID_AMBIENT_BACKCOLOR);
     RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
@@ -341,8 +334,8 @@ SavedProperties HostForm::Saved() {
     saved.Add(u"Caption", caption_);
     saved.Add(u"ClientHeight", std::int32_t{clientHeight_});
     saved.Add(u"ClientWidth", std::int32_t{clientWidth_});
-    if (backColor_ != buttonFace) saved.Add(u"BackColor", static_cast<std::int32_t>(backColor_));
-    if (foreColor_ != buttonText) saved.Add(u"ForeColor", static_cast<std::int32_t>(foreColor_));
+    if (backColor_ != colors::buttonFace) saved.Add(u"BackColor", static_cast<std::int32_t>(backColor_));
+    if (foreColor_ != colors::buttonText) saved.Add(u"ForeColor", static_cast<std::int32_t>(foreColor_));
     if (!tag_.empty()) saved.Add(u"Tag", tag_);
     if (!(font_.Value() == DefaultFont())) saved.AddGroup(u"Font", SaveFont(font_.Value()));
     return saved;

@@ -47,7 +47,6 @@ class HostForm final : public Window {
     OLE_COLOR BackColor() const { return backColor_; }
     OLE_COLOR ForeColor() const { return foreColor_; }
     IDispatch* Automation() const;
-    Reporter& Errors() const { return reporter_; }
     const ClassSource& Classes() const { return classes_; }
     // For a control whose block gives no TabIndex: behind all that came before.
     int NextTabIndex() const;

@@ -67,11 +67,8 @@ T OrMismatch(std::optional<T> value) {
 }  // namespace
 
 long Call::Long(std::size_t index) const { return OrMismatch(At(index).ToLong()); }
-double Call::Double(std::size_t index) const { return OrMismatch(At(index).ToDouble()); }
-bool Call::Bool(std::size_t index) const { return OrMismatch(At(index).ToBool()); }
 Text Call::String(std::size_t index) const { return OrMismatch(At(index).ToText()); }
 long Call::LongValue() const { return OrMismatch(Value().ToLong()); }
-double Call::DoubleValue() const { return OrMismatch(Value().ToDouble()); }
 bool Call::BoolValue() const { return OrMismatch(Value().ToBool()); }
 Text Call::StringValue() const { return OrMismatch(Value().ToText()); }
 

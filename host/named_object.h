@@ -37,13 +37,10 @@ struct Call {
     const Variant& At(std::size_t index) const;
     bool Has(std::size_t index) const;
     long Long(std::size_t index) const;
-    double Double(std::size_t index) const;
-    bool Bool(std::size_t index) const;
     Text String(std::size_t index) const;
     // What a property is set to.
     const Variant& Value() const;
     long LongValue() const;
-    double DoubleValue() const;
     bool BoolValue() const;
     Text StringValue() const;
 };
