@@ -246,6 +246,14 @@ void ControlBase::AccessKeysChanged() {
     if (const ComPtr<IOleControlSite> site = host_.ControlSite()) site->OnControlInfoChanged();
 }
 
+ControlBase::DialogScope::DialogScope(ControlBase& control) : keep_(control.KeepAlive()), frame_(control.frame_) {
+    if (frame_) frame_->EnableModeless(FALSE);
+}
+
+ControlBase::DialogScope::~DialogScope() {
+    if (frame_) frame_->EnableModeless(TRUE);
+}
+
 // --- Connections, class information, errors ---
 
 STDMETHODIMP ControlBase::EnumConnectionPoints(IEnumConnectionPoints** points) {

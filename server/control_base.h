@@ -200,6 +200,8 @@ class ControlBase : public IOleObject,
     // Calls the host's handlers. Nothing while the host has frozen events. Throws nothing; what handlers wrote into
     // by-reference arguments is in the caller's variables afterwards.
     void Fire(DISPID event, EventArguments arguments = {});
+    // Whether Fire would reach anybody: for events that come by the thousand.
+    bool HasListeners() const { return frozen_ == 0 && connections_.HasListeners(); }
     // To be called when AccessKeys would answer otherwise than before.
     void AccessKeysChanged();
     bool InPlaceActive() const { return inPlaceActive_; }
@@ -207,6 +209,20 @@ class ControlBase : public IOleObject,
     bool HasFocus() const { return focused_; }
     // Takes the keyboard focus, made user-interface active first.
     void TakeFocus();
+
+    // For the length of a modal dialog that the control opens: the host closes its own other windows to input, and
+    // the control lives on whatever happens meanwhile.
+    class DialogScope {
+      public:
+        explicit DialogScope(ControlBase& control);
+        ~DialogScope();
+        DialogScope(const DialogScope&) = delete;
+        DialogScope& operator=(const DialogScope&) = delete;
+
+      private:
+        ComPtr<IUnknown> keep_;
+        ComPtr<IOleInPlaceFrame> frame_;
+    };
 
     // --- What a control overrides. ---
 

@@ -2,6 +2,8 @@
 
 #include <olectl.h>
 
+#include <utility>
+
 #include "com/bstr.h"
 #include "com/guard.h"
 #include "com/variant.h"
@@ -213,7 +215,7 @@ STDMETHODIMP ButtonControl::DRAWFocus() {
 
 STDMETHODIMP ButtonControl::ShowAbout() {
     return Guard([&] {
-        const auto keep = KeepAlive();
+        const DialogScope dialog(*this);
         ShowAboutBox(WindowHandle());
     });
 }
@@ -223,11 +225,28 @@ std::optional<LRESULT> ButtonControl::OnWindowMessage(UINT message, WPARAM wPara
         Invalidate();
         return std::nullopt;
     }
-    // A designer only looks at its controls.
-    if (!UserMode() || Host().UiDead()) {
+    if (message == WM_CAPTURECHANGED) {
+        return button_.HandleMessage(message, wParam, lParam);
+    }
+    // The host is asked only for what its answer matters to.
+    if (!ButtonElement::IsInput(message) || !TakesInput()) {
         return std::nullopt;
     }
     return button_.HandleMessage(message, wParam, lParam);
+}
+
+void ButtonControl::OnAfterRead() { ambientFont_ = Host().Font(); }
+
+void ButtonControl::OnAmbientChange(DISPID property) {
+    if (property == DISPID_AMBIENT_FONT) {
+        // A font of the button's own stays.
+        const FontSpec font = Host().Font();
+        if (std::exchange(ambientFont_, font) == font_.Value()) {
+            font_.Load(font);
+            button_.SetFont(font);
+        }
+    }
+    Invalidate();
 }
 
 void ButtonControl::DrawControl(Surface& surface, const Rect&) { button_.Paint(surface); }
@@ -237,19 +256,26 @@ Text ButtonControl::AccessKeys() {
     return key && button_.Look().enabled ? Text(1, key) : Text();
 }
 
+// A designer only looks at its controls, and a host whose program is halted wants no input taken.
+bool ButtonControl::TakesInput() const { return UserMode() && !Host().UiDead(); }
+
 void ButtonControl::OnAccessKey(int key) {
-    if (!button_.Look().enabled || !UserMode()) {
+    const auto pressable = [this] { return button_.Look().enabled && TakesInput(); };
+    if (!pressable()) {
         return;
     }
     if (key != keys::enter && key != keys::escape) {
         TakeFocus();
+        // The handlers of who lost the focus may have disabled the button or let go of it.
+        if (!pressable()) {
+            return;
+        }
     }
     button_.AccessKeyPress(key);
 }
 
 bool ButtonControl::WantsKey(const MSG& message) {
-    const bool arrow = message.wParam == VK_LEFT || message.wParam == VK_RIGHT;
-    return (message.message == WM_KEYDOWN && (arrow || message.wParam == VK_SPACE) && ShiftState() == 0) ||
+    return (message.message == WM_KEYDOWN && ButtonLogic::Wants(static_cast<int>(message.wParam), ShiftState())) ||
            (message.message == WM_KEYUP && message.wParam == VK_SPACE);
 }
 

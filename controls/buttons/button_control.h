@@ -51,7 +51,8 @@ class ButtonControl final : public Control<_Button> {
     void OnWindowGoing() override { button_.Attach(nullptr); }
     std::optional<LRESULT> OnWindowMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void OnResize(Size size) override { button_.Resize(size); }
-    void OnAmbientChange(DISPID) override { Invalidate(); }
+    void OnAfterRead() override;
+    void OnAmbientChange(DISPID property) override;
     void OnFocus(bool focused) override { button_.FocusChanged(focused); }
     void DrawControl(Surface& surface, const Rect& area) override;
     Text AccessKeys() override;
@@ -64,9 +65,11 @@ class ButtonControl final : public Control<_Button> {
     template <typename Apply>
     HRESULT Set(const char16_t* name, Apply apply);
     Text DefaultCaption() const;
+    bool TakesInput() const;
 
     ButtonElement button_;
     FontProperty font_;
+    FontSpec ambientFont_;  // as the host last gave it
 };
 
 }  // namespace qvx::buttons

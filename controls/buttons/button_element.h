@@ -27,8 +27,10 @@ class ButtonElement {
     void Attach(HWND window);
     void Resize(Size pixels);
     void Paint(Surface& surface) const { image_.Paint(surface, look_); }
+    // Whether HandleMessage may have something to do for a message, and the button then has to be one that takes input.
+    static bool IsInput(UINT message);
     // Mouse and keyboard messages of the window; nothing for those that are not the button's. Focus messages come
-    // through FocusChanged.
+    // through FocusChanged. WM_CAPTURECHANGED belongs here whether or not the button takes input.
     std::optional<LRESULT> HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
     void FocusChanged(bool focused);
 
@@ -62,6 +64,7 @@ class ButtonElement {
     void Perform(const ButtonActions& actions);
     void ReleaseMouse();
     bool CursorInside() const;
+    bool TakesInput() const { return window_ && look_.enabled && IsWindowVisible(window_); }
 
     HWND window_ = nullptr;
     ButtonLook look_;

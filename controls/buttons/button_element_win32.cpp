@@ -163,6 +163,11 @@ bool ButtonElement::CursorInside() const {
     return GetCursorPos(&cursor) && GetWindowRect(window_, &bounds) && PtInRect(&bounds, cursor);
 }
 
+bool ButtonElement::IsInput(UINT message) {
+    return (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) || message == WM_KEYDOWN || message == WM_KEYUP ||
+           message == WM_GETDLGCODE;
+}
+
 std::optional<LRESULT> ButtonElement::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     const Size face{look_.face.Width(), look_.face.Height()};
     switch (message) {
@@ -172,7 +177,8 @@ std::optional<LRESULT> ButtonElement::HandleMessage(UINT message, WPARAM wParam,
             if (GetFocus() != window_) {
                 SetFocus(window_);
             }
-            if (watch.Alive()) {
+            // The handlers of who loses the focus may have disabled, hidden or destroyed the button.
+            if (watch.Alive() && TakesInput()) {
                 Perform(logic_.LeftButtonDown());
             }
             return 0;
@@ -200,9 +206,13 @@ std::optional<LRESULT> ButtonElement::HandleMessage(UINT message, WPARAM wParam,
         case WM_GETDLGCODE:
             return DLGC_WANTARROWS;
         case WM_KEYDOWN: {
-            bool swallowed = false;
-            Perform(logic_.KeyDown(static_cast<int>(wParam), ShiftState(), swallowed));
-            return swallowed ? std::optional<LRESULT>(0) : std::nullopt;
+            const int key = static_cast<int>(wParam);
+            const int shift = ShiftState();
+            if (!ButtonLogic::Wants(key, shift)) {
+                return std::nullopt;
+            }
+            Perform(logic_.KeyDown(key, shift));
+            return 0;
         }
         case WM_KEYUP:
             Perform(logic_.KeyUp(static_cast<int>(wParam), ShiftState(), CursorInside()));

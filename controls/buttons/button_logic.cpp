@@ -1,5 +1,7 @@
 #include "controls/buttons/button_logic.h"
 
+#include <utility>
+
 #include "common/keys.h"
 
 namespace qvx::buttons {
@@ -33,14 +35,12 @@ ButtonActions ButtonLogic::MouseMove(Point point, Size face, bool leftDown, bool
 }
 
 ButtonActions ButtonLogic::MouseUp(Point point, Size face) {
-    if (!mouseDown_) {
-        return {};  // a press that began elsewhere ends here
-    }
-    mouseDown_ = false;
+    // A press that began elsewhere and was drawn over the button ends without a click.
+    const bool begunHere = std::exchange(mouseDown_, false);
     pressed_ = false;
     // The mouse is let go before the click: a window that the click opens needs it.
     ButtonActions actions{ButtonAction::releaseCapture, ButtonAction::drawNormal};
-    if (Inside(point, face)) {
+    if (begunHere && Inside(point, face)) {
         actions.push_back(ButtonAction::click);
     }
     return actions;
@@ -53,9 +53,12 @@ ButtonActions ButtonLogic::CaptureLost() {
     return {ButtonAction::drawNormal};
 }
 
-ButtonActions ButtonLogic::KeyDown(int key, int shift, bool& swallowed) {
-    swallowed = shift == 0 && (key == keys::space || key == keys::left || key == keys::right);
-    if (!swallowed) {
+bool ButtonLogic::Wants(int key, int shift) {
+    return shift == 0 && (key == keys::space || key == keys::left || key == keys::right);
+}
+
+ButtonActions ButtonLogic::KeyDown(int key, int shift) {
+    if (!Wants(key, shift)) {
         return {};
     }
     if (key == keys::left) {

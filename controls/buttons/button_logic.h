@@ -24,20 +24,22 @@ using ButtonActions = std::vector<ButtonAction>;
 
 class ButtonLogic {
   public:
+    // Keys that end at the button, so that hosts must not move the focus by them.
+    static bool Wants(int key, int shift);
+
     bool Focused() const { return focused_; }
-    bool Pressed() const { return pressed_; }
 
     // Points and sizes in the same unit, from the face's corner. The button's edge itself counts as inside.
     ButtonActions LeftButtonDown();
     ButtonActions OtherButtonDown();
     ButtonActions MouseMove(Point point, Size face, bool leftDown, bool anyDown);
-    // Any button; counts only when a button went down here before and the mouse was not taken away since.
+    // Any button; clicks only when a button went down here before and the mouse was not taken away since.
     ButtonActions MouseUp(Point point, Size face);
     // Someone else took the mouse: what was begun with it is called off.
     ButtonActions CaptureLost();
 
-    // `shift`: bits of common/keys.h. `swallowed` tells whether the key ends here.
-    ButtonActions KeyDown(int key, int shift, bool& swallowed);
+    // `shift`: bits of common/keys.h.
+    ButtonActions KeyDown(int key, int shift);
     // `cursorInside`: the cursor is over the button's window.
     ButtonActions KeyUp(int key, int shift, bool cursorInside);
     // The access key, or Enter or Esc (as virtual keys) for a button that its form uses as the default or cancel one.

@@ -21,6 +21,10 @@ class Button : public ::testing::Test {
         options.ambients = {{DISPID_AMBIENT_USERMODE, Variant(userMode)},
                             {DISPID_AMBIENT_DISPLAYNAME, Variant(u"cmdSave")}};
         options.bounds = {20, 20, 120, 44};
+        options.answer = [this](const std::string& call) {
+            if (onCall_) onCall_(call);
+            return S_OK;
+        };
         container_ = std::make_unique<Container>(options);
         container_->Place(ServerUnderTest::Get().Create(CLSID_Button));
         button_ = container_->Automation();
@@ -49,6 +53,17 @@ class Button : public ::testing::Test {
         return point;
     }
 
+    HRESULT Mnemonic(WPARAM key) const {
+        MSG message{};
+        message.message = WM_SYSKEYDOWN;
+        message.wParam = key;
+        return Query<IOleControl>(container_->Control())->OnMnemonic(&message);
+    }
+    // A press as the system delivers it, without the way there.
+    void PressDirectly() const { SendMessageW(window_, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(50, 12)); }
+    void ReleaseDirectly() const { SendMessageW(window_, WM_LBUTTONUP, 0, MAKELPARAM(50, 12)); }
+
+    std::function<void(const std::string&)> onCall_;
     std::unique_ptr<Container> container_;
     ComPtr<IDispatch> button_;
     ComPtr<EventRecorder> recorder_;
@@ -208,14 +223,11 @@ TEST_F(Button, AccessKeyClicks) {
     bool found = false;
     for (int i = 0; i < count; ++i) found = found || keys[i].key == 'S' || keys[i].key == 's';
     EXPECT_TRUE(found);
-    MSG message{};
-    message.message = WM_SYSKEYDOWN;
-    message.wParam = 'S';
-    EXPECT_EQ(ole->OnMnemonic(&message), S_OK);
+    EXPECT_EQ(Mnemonic('S'), S_OK);
     EXPECT_EQ(Clicks(), 1U);
     EXPECT_EQ(Call(button_.get(), L"Focus").ToBool(), true);
     Put(button_.get(), L"Enabled", {Variant(false)});
-    ole->OnMnemonic(&message);
+    Mnemonic('S');
     EXPECT_EQ(Clicks(), 1U) << "a disabled button has no access key";
     ole->GetControlInfo(&info);
     EXPECT_EQ(info.cAccel, 0);
@@ -227,6 +239,65 @@ TEST_F(Button, DisabledTakesNoInput) {
     ClickOn(window_);
     Settle();
     EXPECT_EQ(Clicks(), 0U);
+}
+
+// What the form does when the focus moves to the button: validation that fails disables or hides it.
+TEST_F(Button, MayBeDisabledByTheFocusThatAPressBrings) {
+    Put(button_.get(), L"Caption", {Variant(u"&Save")});
+    Activate();
+    onCall_ = [&](const std::string& call) {
+        if (call == "OnFocus(True)") Put(button_.get(), L"Enabled", {Variant(false)});
+    };
+    for (const bool byKey : {false, true}) {
+        SCOPED_TRACE(byKey ? "access key" : "mouse");
+        Put(button_.get(), L"Enabled", {Variant(true)});
+        SetFocus(container_->Window());
+        if (byKey) {
+            EXPECT_EQ(Mnemonic('S'), S_OK);
+        } else {
+            PressDirectly();
+            EXPECT_NE(GetCapture(), window_);
+            ReleaseDirectly();
+        }
+        EXPECT_EQ(Call(button_.get(), L"Enabled").ToBool(), false);
+        EXPECT_EQ(Clicks(), 0U);
+    }
+}
+
+// A host whose program is halted wants no input taken, but a press that it called off is over.
+TEST_F(Button, TakesNoInputWhileTheHostIsDeadToIt) {
+    Put(button_.get(), L"Caption", {Variant(u"&Save")});
+    Activate();
+    PressDirectly();
+    container_->SetAmbient(DISPID_AMBIENT_UIDEAD, Variant(true));
+    EXPECT_EQ(Mnemonic('S'), S_OK);
+    SetCapture(container_->Window());
+    ReleaseCapture();
+    container_->SetAmbient(DISPID_AMBIENT_UIDEAD, Variant(false));
+    ReleaseDirectly();
+    EXPECT_EQ(Clicks(), 0U);
+    EXPECT_EQ(Mnemonic('S'), S_OK);
+    EXPECT_EQ(Clicks(), 1U);
+}
+
+void CALLBACK CloseAbout(HWND window, UINT, UINT_PTR id, DWORD) {
+    if (const HWND about = FindWindowW(L"QvxAbout", nullptr)) {
+        KillTimer(window, id);
+        PostMessageW(about, WM_CLOSE, 0, 0);
+    }
+}
+
+// Frames with windows of their own beside the form close those to input, too.
+TEST_F(Button, TellsTheFrameOfItsDialogs) {
+    Activate();
+    container_->Calls().clear();
+    SetTimer(container_->Window(), 1, 100, CloseAbout);
+    Call(button_.get(), L"ShowAbout");
+    std::vector<std::string> told;
+    for (const auto& call : container_->Calls()) {
+        if (call.find("EnableModeless") == 0) told.push_back(call);
+    }
+    EXPECT_EQ(told, (std::vector<std::string>{"EnableModeless(False)", "EnableModeless(True)"}));
 }
 
 COLORREF PixelAt(HWND window, int x, int y) {

@@ -39,15 +39,8 @@ Step Press(const char* expected) {
 Step Release(Point p, const char* expected) {
     return {[=](ButtonLogic& b) { return b.MouseUp(p, face); }, expected};
 }
-// Expected: the actions, then "!" when the key is swallowed.
-Step Down(int key, int shift, const char* expected, bool swallowed) {
-    return {[=](ButtonLogic& b) {
-                bool ends = !swallowed;
-                const ButtonActions actions = b.KeyDown(key, shift, ends);
-                EXPECT_EQ(ends, swallowed) << "key " << key << " shift " << shift;
-                return actions;
-            },
-            expected};
+Step Down(int key, int shift, const char* expected) {
+    return {[=](ButtonLogic& b) { return b.KeyDown(key, shift); }, expected};
 }
 Step Up(int key, int shift, bool cursorInside, const char* expected) {
     return {[=](ButtonLogic& b) { return b.KeyUp(key, shift, cursorInside); }, expected};
@@ -76,9 +69,9 @@ TEST(ButtonLogic, Sequences) {
          {Press("capture 2"), Move(out, true, "0"), Release(out, "release 0")}},
         {"another button clicks too",
          {{[](ButtonLogic& b) { return b.OtherButtonDown(); }, "capture"}, Release(in, "release 0 click")}},
-        {"pressed elsewhere, released here: no click", {Release(in, "")}},
+        {"pressed elsewhere, released here: no click", {Move(in, true, "capture 2"), Release(in, "release 0")}},
         {"the mouse was taken away while pressed",
-         {Press("capture 2"), {[](ButtonLogic& b) { return b.CaptureLost(); }, "0"}, Release(in, "")}},
+         {Press("capture 2"), {[](ButtonLogic& b) { return b.CaptureLost(); }, "0"}, Release(in, "release 0")}},
         {"dragged off and back",
          {Press("capture 2"), Move(out, true, "0"), Move(in, true, "capture 2"), Release(in, "release 0 click")}},
         {"another button held outside keeps the mouse",
@@ -87,35 +80,34 @@ TEST(ButtonLogic, Sequences) {
         {"the mouse was taken away",
          {Press("capture 2"), {[](ButtonLogic& b) { return b.CaptureLost(); }, "0"}, AccessKeyPressed('S', "0 click")}},
         {"space clicks when it comes up",
-         {Down(keys::space, 0, "capture 2", true), Up(keys::space, 0, false, "0 release click")}},
-        {"space repeats", {Down(keys::space, 0, "capture 2", true), Down(keys::space, 0, "", true)}},
+         {Down(keys::space, 0, "capture 2"), Up(keys::space, 0, false, "0 release click")}},
+        {"space repeats", {Down(keys::space, 0, "capture 2"), Down(keys::space, 0, "")}},
         {"the mouse does nothing while space is held",
-         {Down(keys::space, 0, "capture 2", true), Move(out, false, ""), Up(keys::space, 0, true, "0 release click"),
+         {Down(keys::space, 0, "capture 2"), Move(out, false, ""), Up(keys::space, 0, true, "0 release click"),
           Move(out, false, "release 0")}},
         {"space with the mouse held as well: the mouse decides",
-         {Press("capture 2"), Down(keys::space, 0, "capture 2", true), Up(keys::space, 0, true, ""),
+         {Press("capture 2"), Down(keys::space, 0, "capture 2"), Up(keys::space, 0, true, ""),
           Release(in, "release 0 click")}},
         {"space with the mouse held outside",
-         {Press("capture 2"), Down(keys::space, 0, "capture 2", true), Up(keys::space, 0, false, "0"),
+         {Press("capture 2"), Down(keys::space, 0, "capture 2"), Up(keys::space, 0, false, "0"),
           Release(out, "release 0")}},
         {"space that went down elsewhere", {Up(keys::space, 0, true, "")}},
-        {"space with shift is not the button's", {Down(keys::space, keys::shiftMask, "", false)}},
+        {"space with shift is not the button's", {Down(keys::space, keys::shiftMask, "")}},
         {"shift pressed meanwhile calls the click off",
-         {Down(keys::space, 0, "capture 2", true), Up(keys::space, keys::shiftMask, true, "0 release")}},
+         {Down(keys::space, 0, "capture 2"), Up(keys::space, keys::shiftMask, true, "0 release")}},
         {"focus lost while space is held",
-         {Focus("focus"), Down(keys::space, 0, "capture 2", true), Blur("release 0"), Up(keys::space, 0, true, "")}},
+         {Focus("focus"), Down(keys::space, 0, "capture 2"), Blur("release 0"), Up(keys::space, 0, true, "")}},
         {"disabled while pressed",
          {Press("capture 2"),
           {[](ButtonLogic& b) { return b.Cancel(); }, "release 0"},
           AccessKeyPressed('S', "0 click")}},
         {"arrows move the focus",
-         {Down(keys::left, 0, "shift-tab", true), Down(keys::right, 0, "tab", true),
-          Down(keys::left, keys::controlMask, "", false), Down(keys::up, 0, "", false),
-          Down(keys::enter, 0, "", false)}},
+         {Down(keys::left, 0, "shift-tab"), Down(keys::right, 0, "tab"), Down(keys::left, keys::controlMask, ""),
+          Down(keys::up, 0, ""), Down(keys::enter, 0, "")}},
         {"access key", {AccessKeyPressed('S', "0 click")}},
         {"access key while busy",
-         {Press("capture 2"), AccessKeyPressed('S', ""), Release(out, "release 0"),
-          Down(keys::space, 0, "capture 2", true), AccessKeyPressed('S', "")}},
+         {Press("capture 2"), AccessKeyPressed('S', ""), Release(out, "release 0"), Down(keys::space, 0, "capture 2"),
+          AccessKeyPressed('S', "")}},
     };
     for (const auto& s : sequences) {
         ButtonLogic logic;
@@ -123,6 +115,17 @@ TEST(ButtonLogic, Sequences) {
         for (const Step& step : s.steps) {
             EXPECT_EQ(Show(step.event(logic)), step.expected) << s.name << ", step " << ++number;
         }
+    }
+}
+
+TEST(ButtonLogic, KeysThatEndAtTheButton) {
+    for (const int key : {keys::space, keys::left, keys::right}) {
+        EXPECT_TRUE(ButtonLogic::Wants(key, 0)) << key;
+        EXPECT_FALSE(ButtonLogic::Wants(key, keys::shiftMask)) << key;
+        EXPECT_FALSE(ButtonLogic::Wants(key, keys::controlMask)) << key;
+    }
+    for (const int key : {keys::up, keys::down, keys::enter, keys::escape, keys::tab}) {
+        EXPECT_FALSE(ButtonLogic::Wants(key, 0)) << key;
     }
 }
 
