@@ -3,6 +3,7 @@
 #include <oleauto.h>
 
 #include <algorithm>
+#include <functional>
 #include <set>
 
 #include "Qvx.h"
@@ -100,6 +101,17 @@ void Remove(HKEY classes, const std::vector<RegistryValue>& entries) {
     }
 }
 
+bool IsClassEntry(const RegistryValue& entry) { return entry.key.rfind(L"CLSID\\", 0) == 0; }
+
+// Programs of both widths find classes by the same names, but each width has classes of its own. The names are left
+// behind for the other one's sake as long as it is registered.
+bool OtherWidthIsRegistered(HKEY classes, const ControlClass& control) {
+    constexpr REGSAM otherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+    const std::wstring path = L"CLSID\\" + Spell(*control.id) + L"\\InprocServer32";
+    RegistryKey key;
+    return RegOpenKeyExW(classes, path.c_str(), 0, KEY_READ | otherView, key.put()) == ERROR_SUCCESS;
+}
+
 HRESULT RegisterLibrary(ClassRoot root) {
     const auto library = LoadOwnTypeLibrary();
     Text path = ModulePath(ThisModule());
@@ -169,7 +181,16 @@ HRESULT RegisterServer(ClassRoot root) {
 HRESULT UnregisterServer(ClassRoot root) {
     RegistryKey classes;
     Open(root, classes);
-    Remove(classes.get(), RegistrationEntries());
+    std::vector<RegistryValue> names = RegistrationEntries();
+    const auto firstClass = std::stable_partition(names.begin(), names.end(), std::not_fn(IsClassEntry));
+    // The classes go first: where both widths share them, nobody is left to keep the names for.
+    Remove(classes.get(), {firstClass, names.end()});
+    names.erase(firstClass, names.end());
+    const auto controls = AllControls();
+    const bool shared = std::any_of(controls.begin(), controls.end(), [&](const ControlClass& control) {
+        return OtherWidthIsRegistered(classes.get(), control);
+    });
+    if (!shared) Remove(classes.get(), names);
     return UnregisterLibrary(root, classes.get());
 }
 

@@ -126,6 +126,45 @@ TEST_F(Registration, LeavesOthersValuesAlone) {
     RegDeleteKeyW(HKEY_CURRENT_USER, path.c_str());
 }
 
+// Programs of the other width find their classes by the same names.
+TEST_F(Registration, LeavesTheNamesToTheOtherWidth) {
+    constexpr REGSAM other = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+    const auto& server = ServerUnderTest::Get();
+    ASSERT_EQ(S_OK, server.Install(false, L"user"));
+    const std::wstring id = L"Software\\Classes\\CLSID\\" + Spell(server.Controls().at(0).id);
+    const std::wstring module = id + L"\\InprocServer32";
+    const auto create = [](const std::wstring& path, REGSAM view) {
+        HKEY key = nullptr;
+        RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_READ | view, nullptr, &key, nullptr);
+        if (key) RegCloseKey(key);
+    };
+    const auto exists = [](const std::wstring& path) {
+        HKEY key = nullptr;
+        if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+        RegCloseKey(key);
+        return true;
+    };
+    // A profile that no 32-bit program has used yet may have no place for its classes.
+    const std::wstring place = L"Software\\Classes\\Wow6432Node";
+    const bool placeThere = exists(place);
+    create(place, KEY_WOW64_64KEY);
+    create(module, other);
+    const bool apart = !exists(module);
+    ASSERT_EQ(S_OK, server.Install(true, L"user"));
+    ASSERT_EQ(S_OK, server.Install(false, L"user"));
+    const bool classLeft = exists(module);
+    const bool nameLeft = exists(L"Software\\Classes\\Qvx.Button\\CLSID");
+    RegDeleteKeyExW(HKEY_CURRENT_USER, module.c_str(), other, 0);
+    RegDeleteKeyExW(HKEY_CURRENT_USER, id.c_str(), other, 0);
+    RegDeleteKeyExW(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID", other, 0);
+    if (!placeThere) RegDeleteKeyExW(HKEY_CURRENT_USER, place.c_str(), KEY_WOW64_64KEY, 0);
+    ASSERT_EQ(S_OK, server.Install(false, L"user"));
+    if (!apart) GTEST_SKIP() << "both widths share their classes here";
+    EXPECT_FALSE(classLeft);
+    EXPECT_TRUE(nameLeft);
+    EXPECT_FALSE(exists(L"Software\\Classes\\Qvx.Button")) << "the last one takes them along";
+}
+
 // A host whose manifest names ours creates the controls on a machine where nothing is registered.
 TEST_F(Registration, IsNotNeededByHostsWithAManifest) {
     const std::wstring server = ServerUnderTest::Get().Path();
