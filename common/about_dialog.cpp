@@ -119,6 +119,7 @@ LRESULT AboutDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             break;
         case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
             SetCapture(Handle());
             press_.Down(MousePoint(lParam), dpi_);
             return 0;
