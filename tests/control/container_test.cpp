@@ -527,6 +527,31 @@ TEST(HostDefaults, FontIsTheAmbientFontAndIsNotWritten) {
     EXPECT_NE(nullptr, SaveToBag(container.Control())->Find(L"Font"));
 }
 
+// A form whose font changes takes along what was never given one of its own.
+TEST(HostDefaults, AChangedAmbientFontIsTakenOver) {
+    const auto fontOf = [](double points) {
+        FontSpec look;
+        look.face = u"Tahoma";
+        look.points = points;
+        return Variant(static_cast<IDispatch*>(MakeFontObject(look).get()));
+    };
+    Container::Options options = RunMode();
+    options.ambients.emplace(DISPID_AMBIENT_FONT, fontOf(12));
+    Container container(options);
+    container.Place(New(CLSID_Button));
+    const auto points = [&] {
+        return ReadFontObject(Call(container.Automation().get(), L"Font").ToObject<IFont>().get()).points;
+    };
+    ASSERT_EQ(12, points());
+    container.SetAmbient(DISPID_AMBIENT_FONT, fontOf(14));
+    EXPECT_EQ(14, points());
+    EXPECT_EQ(nullptr, SaveToBag(container.Control())->Find(L"Font"));
+    EXPECT_EQ(S_FALSE, Query<IPersistStreamInit>(container.Control())->IsDirty());
+    Put(container.Automation().get(), L"Font", {fontOf(20)});
+    container.SetAmbient(DISPID_AMBIENT_FONT, fontOf(16));
+    EXPECT_EQ(20, points());
+}
+
 // --- Mnemonics ---
 
 TEST(Mnemonics, AreToldToTheHostAndComeBack) {
