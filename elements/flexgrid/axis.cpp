@@ -58,12 +58,12 @@ int StepShown(const Axis& axis, int index, int distance) {
     return index;
 }
 
-int PositionOf(const Axis& axis, int index) {
+std::int64_t PositionOf(const Axis& axis, int index) {
     std::int64_t at = axis.startOf(index);
     if (index >= axis.fixed) {
         at += axis.FixedExtent() - axis.startOf(std::max(axis.first, axis.fixed));
     }
-    return static_cast<int>(std::clamp<std::int64_t>(at, INT32_MIN, INT32_MAX));
+    return at;
 }
 
 bool IsVisible(const Axis& axis, int index) {

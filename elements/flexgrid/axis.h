@@ -35,6 +35,8 @@ struct Axis {
     std::int64_t ScrolledExtent() const;
     // Whether there is an item to scroll at all.
     bool HasScrollable() const { return fixed < count; }
+    // Whether the item is one of them.
+    bool CanBeFirst(int index) const { return index >= fixed && index < count; }
 };
 
 // The spans that lie at least partly in the window, in order: fixed ones, then scrolled ones.
@@ -49,8 +51,8 @@ int NearestShown(const Axis& axis, int index, int step);
 int StepShown(const Axis& axis, int index, int distance);
 
 // Distance in pixels from the window's edge to the item's start. Scrolled-away items lie at negative distances from
-// the end of the fixed ones or beyond the window. Results are clamped to 32 bits. `index` may be `count`.
-int PositionOf(const Axis& axis, int index);
+// the end of the fixed ones or beyond the window, so far that 32 bits do not do. `index` may be `count`.
+std::int64_t PositionOf(const Axis& axis, int index);
 
 // Whether any part of the item shows in the window.
 bool IsVisible(const Axis& axis, int index);

@@ -1,15 +1,10 @@
 // The grid window's keys, mouse, bars, wheel and tool tip.
-#include <windows.h>
-
-#include <commctrl.h>
-
 #include <algorithm>
+#include <utility>
 
 #include "common/keys.h"
 #include "elements/flexgrid/flexgrid_window.h"
 #include "elements/flexgrid/hit_test.h"
-#include "win/module.h"
-#include "win/wide.h"
 
 namespace qvx::flexgrid {
 
@@ -195,6 +190,7 @@ LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
     const LifeWatch watch = Watch();
     const Point point = MousePoint(lParam);
     lastPoint_ = point;
+    tip_.Press(message, point);
     if (message == WM_LBUTTONDBLCLK || message == WM_RBUTTONDBLCLK || message == WM_MBUTTONDBLCLK) {
         if (message == WM_LBUTTONDBLCLK) {
             pressed_ = true;
@@ -269,7 +265,7 @@ void FlexGridWindow::OnMove(Point point) {
         DragSelection(point);
         return;
     }
-    UpdateToolTip(point);
+    tip_.Follow(Handle(), HitAt(point), point);
 }
 
 void FlexGridWindow::DragSelection(Point point) {
@@ -385,54 +381,29 @@ bool FlexGridWindow::OnSetCursor() {
 
 // ---- Tool tip ------------------------------------------------------------------------------------------------------
 
-void FlexGridWindow::UpdateToolTip(Point point) {
+Hit FlexGridWindow::HitAt(Point point) const {
     const View view = CurrentView();
-    const Hit hit = HitTest(RowAxis(grid_, view), ColumnAxis(grid_, view), point, grid_.RightToLeft());
-    if (hit.row == tipRow_ && hit.col == tipCol_) {
-        return;
-    }
-    tipRow_ = hit.row;
-    tipCol_ = hit.col;
-    Text text;
-    if (hit.OnCell()) {
-        for (std::size_t i = 0; i < events_.size() && text.empty(); ++i) {
-            if (events_[i]) {
-                text = events_[i]->ToolTip(hit.row, hit.col);
-            }
-        }
-    }
-    if (text.empty() && !toolTip_) {
-        return;
-    }
-    TTTOOLINFOW tool{};
-    tool.cbSize = TTTOOLINFOW_V1_SIZE;
-    tool.uFlags = TTF_SUBCLASS | TTF_IDISHWND;
-    tool.hwnd = Handle();
-    tool.uId = reinterpret_cast<UINT_PTR>(Handle());
-    if (!toolTip_) {
-        INITCOMMONCONTROLSEX classes{sizeof classes, ICC_BAR_CLASSES};
-        InitCommonControlsEx(&classes);
-        toolTip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0,
-                                   0, 0, 0, Handle(), nullptr, ModuleInstance(), nullptr);
-        if (!toolTip_) {
-            return;
-        }
-        SendMessageW(toolTip_, TTM_SETMAXTIPWIDTH, 0, 600);
-        tool.lpszText = LPSTR_TEXTCALLBACKW;
-        SendMessageW(toolTip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-    }
-    tipText_ = std::move(text);
-    // The next rest of the pointer asks for the new text.
-    SendMessageW(toolTip_, TTM_POP, 0, 0);
+    return HitTest(RowAxis(grid_, view), ColumnAxis(grid_, view), point, grid_.RightToLeft());
 }
 
 LRESULT FlexGridWindow::OnNotify(WPARAM wParam, LPARAM lParam) {
-    auto* header = reinterpret_cast<NMHDR*>(lParam);
-    if (toolTip_ && header->hwndFrom == toolTip_ && header->code == TTN_GETDISPINFOW) {
-        reinterpret_cast<NMTTDISPINFOW*>(lParam)->lpszText = WideBuffer(tipText_);
-        return 0;
+    NMTTDISPINFOW* question = tip_.QuestionOf(lParam);
+    if (!question) {
+        return Default(WM_NOTIFY, wParam, lParam);
     }
-    return Default(WM_NOTIFY, wParam, lParam);
+    // The grid may have changed and scrolled since the pointer came to rest.
+    SettleLayout();
+    const Hit hit = HitAt(lastPoint_);
+    Text text;
+    const auto ask = [&](GridWindowEvents& events) {
+        if (text.empty() && hit.OnCell()) {
+            text = events.ToolTip(hit.row, hit.col);
+        }
+    };
+    if (Tell(ask)) {
+        tip_.Answer(*question, std::move(text));
+    }
+    return 0;
 }
 
 }  // namespace qvx::flexgrid

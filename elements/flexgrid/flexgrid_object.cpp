@@ -2,6 +2,8 @@
 
 #include <olectl.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <type_traits>
 
@@ -9,6 +11,7 @@
 #include "com/connection_points.h"
 #include "com/dispatch.h"
 #include "com/font_object.h"
+#include "com/members.h"
 #include "com/object.h"
 #include "com/picture_object.h"
 #include "common/run_time_error.h"
@@ -30,31 +33,9 @@ constexpr DISPID compare = 6;
 constexpr int objectUnloaded = 364;
 constexpr short gridVersion = 100;
 
-// A model's value as the interface gives it out.
-template <class Result, class Value>
-Result ToHost(const Value& value) {
-    if constexpr (std::is_same_v<Result, BSTR>) {
-        return NewBstr(value);
-    } else if constexpr (std::is_same_v<Value, bool>) {
-        return ToVariantBool(value);
-    } else {
-        return static_cast<Result>(value);
-    }
-}
-
-// What a host gave as the model takes it; 380 for a number that an enumeration does not have.
-template <class Parameter, class Given>
-auto FromHost(const Given& given) {
-    using Value = std::remove_cvref_t<Parameter>;
-    if constexpr (std::is_same_v<Value, TextView>) {
-        return FromBstr(given);
-    } else if constexpr (std::is_same_v<Value, bool>) {
-        return given != VARIANT_FALSE;
-    } else if constexpr (std::is_enum_v<Value>) {
-        return CheckedEnum<Value>(static_cast<int>(given));
-    } else {
-        return static_cast<Value>(given);
-    }
+// A very wide cell may reach from one end of the range to beyond the other.
+int Distance(int from, int to) {
+    return static_cast<int>(std::min<std::int64_t>(static_cast<std::int64_t>(to) - from, INT32_MAX));
 }
 
 }  // namespace
@@ -198,6 +179,10 @@ class FlexGridObject final
     STDMETHODIMP get_ColIsVisible(long index, VARIANT_BOOL* result) override { return Get(result, &FlexGridWindow::ColIsVisible, index); }
     STDMETHODIMP get_RowPos(long index, long* result) override { return Get(result, &FlexGridWindow::RowPos, index); }
     STDMETHODIMP get_ColPos(long index, long* result) override { return Get(result, &FlexGridWindow::ColPos, index); }
+    STDMETHODIMP get_TopRow(long* result) override { return Get(result, &Grid::TopRow); }
+    STDMETHODIMP put_TopRow(long value) override { return Put(&FlexGridWindow::SetTopRow, value); }
+    STDMETHODIMP get_LeftCol(long* result) override { return Get(result, &Grid::LeftCol); }
+    STDMETHODIMP put_LeftCol(long value) override { return Put(&FlexGridWindow::SetLeftCol, value); }
     STDMETHODIMP get_MouseRow(long* result) override { return Get(result, &FlexGridWindow::MouseRow); }
     STDMETHODIMP get_MouseCol(long* result) override { return Get(result, &FlexGridWindow::MouseCol); }
     STDMETHODIMP get_WordWrap(VARIANT_BOOL* result) override { return Get(result, &Grid::WordWrap); }
@@ -234,17 +219,12 @@ class FlexGridObject final
 
     STDMETHODIMP AddItem(BSTR item, VARIANT index) override {
         return Guard([&] {
-            int at = Grid::atEnd;
-            if (!IsMissing(index)) {
-                const auto number = Variant(index).ToLong();
-                if (!number) {
-                    throw RunTimeError(errors::typeMismatch, u"Type mismatch");
-                }
-                at = static_cast<int>(*number);
-                if (at == Grid::atEnd) {
-                    throw RunTimeError(errors::invalidRowValue, u"Invalid Row value.");
-                }
+            const auto number = OptionalNumber(index);
+            // What means the end within is no row that a host can name.
+            if (number && static_cast<int>(*number) == Grid::atEnd) {
+                throw RunTimeError(errors::invalidRowValue, u"Invalid Row value.");
             }
+            const int at = number ? static_cast<int>(*number) : Grid::atEnd;
             const auto held = Shown().Hold();
             Model().AddItem(FromBstr(item), at);
         });
@@ -257,32 +237,10 @@ class FlexGridObject final
         return GetCell(result, [](const Rect& cell) { return cell.top; });
     }
     STDMETHODIMP get_CellWidth(long* result) override {
-        return GetCell(result, [](const Rect& cell) { return cell.Width(); });
+        return GetCell(result, [](const Rect& cell) { return Distance(cell.left, cell.right); });
     }
     STDMETHODIMP get_CellHeight(long* result) override {
-        return GetCell(result, [](const Rect& cell) { return cell.Height(); });
-    }
-
-    STDMETHODIMP get_TopRow(long* result) override { return Get(result, &Grid::TopRow); }
-    STDMETHODIMP put_TopRow(long value) override {
-        return Guard([&] {
-            const auto held = Shown().Hold();
-            Model().SetTopRow(static_cast<int>(value));
-            // A handler of the scroll may have closed everything.
-            if (window_) {
-                window_->ScrollTo(Model().TopRow(), Model().LeftCol());
-            }
-        });
-    }
-    STDMETHODIMP get_LeftCol(long* result) override { return Get(result, &Grid::LeftCol); }
-    STDMETHODIMP put_LeftCol(long value) override {
-        return Guard([&] {
-            const auto held = Shown().Hold();
-            Model().SetLeftCol(static_cast<int>(value));
-            if (window_) {
-                window_->ScrollTo(Model().TopRow(), Model().LeftCol());
-            }
-        });
+        return GetCell(result, [](const Rect& cell) { return Distance(cell.top, cell.bottom); });
     }
 
     STDMETHODIMP get_CellPicture(IPictureDisp** result) override {
@@ -376,14 +334,6 @@ class FlexGridObject final
     }
     Grid& Model() const { return Shown().Model(); }
 
-    template <class T>
-    static T* Required(T* out) {
-        if (!out) {
-            throw ComError(E_POINTER);
-        }
-        return out;
-    }
-
     template <class Result, class Object, class Value, class... Parameters, class... Given>
     HRESULT Get(Result* result, Value (Object::*member)(Parameters...) const, Given... given) {
         return Guard([&] {
@@ -412,7 +362,11 @@ class FlexGridObject final
     HRESULT Put(void (Object::*member)(Parameters...), Given... given) {
         return Guard([&] {
             const auto held = Shown().Hold();
-            (Model().*member)(FromHost<Parameters>(given)...);
+            if constexpr (std::is_same_v<Object, FlexGridWindow>) {
+                (Shown().*member)(FromHost<Parameters>(given)...);
+            } else {
+                (Model().*member)(FromHost<Parameters>(given)...);
+            }
         });
     }
 

@@ -31,6 +31,9 @@ namespace {
 
 const WindowClass gridClass{L"QvxFlexGrid"};
 
+// At the end of the range what lies beyond it.
+int Held(std::int64_t pixels) { return static_cast<int>(std::clamp<std::int64_t>(pixels, INT32_MIN, INT32_MAX)); }
+
 CellRange Around(const CellRange& a, const CellRange& b) {
     return {std::min(a.top, b.top), std::min(a.left, b.left), std::max(a.bottom, b.bottom), std::max(a.right, b.right)};
 }
@@ -98,7 +101,7 @@ void FlexGridWindow::MoveTo(const Rect& bounds) {
 void FlexGridWindow::OnGone() {
     buffer_.Release();
     drawnBars_ = {};
-    toolTip_ = nullptr;
+    tip_.Destroy();
     drag_ = Drag::None;
     border_ = {};
     allStale_ = true;
@@ -144,6 +147,18 @@ View FlexGridWindow::CurrentView() const {
 
 // ---- Geometry for hosts --------------------------------------------------------------------------------------------
 
+void FlexGridWindow::SetTopRow(int row) {
+    SettleLayout();
+    const Axis rows = RowAxis(grid_, CurrentView());
+    grid_.SetTopRow(rows.CanBeFirst(row) ? ClampFirst(rows, row) : row);
+}
+
+void FlexGridWindow::SetLeftCol(int col) {
+    SettleLayout();
+    const Axis columns = ColumnAxis(grid_, CurrentView());
+    grid_.SetLeftCol(columns.CanBeFirst(col) ? ClampFirst(columns, col) : col);
+}
+
 void FlexGridWindow::ScrollTo(int topRow, int leftCol) {
     SettleLayout();
     const View view = CurrentView();
@@ -182,17 +197,14 @@ Rect FlexGridWindow::CellTwips() {
 
 int FlexGridWindow::RowPos(int row) {
     SettleLayout();
-    return PixelsToTwips(PositionOf(RowAxis(grid_, CurrentView()), row) + BorderPixels().top,
-                         grid_.Metrics().Resolution().y);
+    const std::int64_t at = PositionOf(RowAxis(grid_, CurrentView()), row);
+    return PixelsToTwips(Held(at + BorderPixels().top), grid_.Metrics().Resolution().y);
 }
 
 int FlexGridWindow::ColPos(int col) {
     SettleLayout();
-    const View view = CurrentView();
-    const Axis columns = ColumnAxis(grid_, view);
-    const int at = grid_.RightToLeft() ? view.client.width - PositionOf(columns, col) - grid_.ColPixels(col)
-                                       : PositionOf(columns, col);
-    return PixelsToTwips(at + BorderPixels().left, grid_.Metrics().Resolution().x);
+    const std::int64_t at = ColumnStart(grid_, CurrentView(), col);
+    return PixelsToTwips(Held(at + BorderPixels().left), grid_.Metrics().Resolution().x);
 }
 
 bool FlexGridWindow::RowIsVisible(int row) {

@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "elements/flexgrid/flexgrid_tip_window.h"
 #include "elements/flexgrid/grid.h"
 #include "elements/flexgrid/navigation.h"
 #include "elements/flexgrid/resizing.h"
@@ -52,7 +53,10 @@ class FlexGridWindow final : public Window, private GridListener {
     // The cell under the pointer; beyond the cells the nearest one. 0 without cells.
     int MouseRow();
     int MouseCol();
-    // Sets TopRow or LeftCol and holds them where the last page is full.
+    // As the grid's own, errors too, but held where the last page is full: what is told of is where the view stays.
+    void SetTopRow(int row);
+    void SetLeftCol(int col);
+    // Both, held likewise; any numbers.
     void ScrollTo(int topRow, int leftCol);
     void ScrollIntoView(int row, int col);
     // Whether the cell's text is cut off at the cell's edge.
@@ -110,7 +114,7 @@ class FlexGridWindow final : public Window, private GridListener {
     void OnResolutionChange();
     bool TellMouse(UINT message, WPARAM wParam, Point point);
     LRESULT OnNotify(WPARAM wParam, LPARAM lParam);
-    void UpdateToolTip(Point point);
+    Hit HitAt(Point point) const;
 
     std::unique_ptr<DeviceMetrics> metrics_;
     Grid grid_;
@@ -141,10 +145,7 @@ class FlexGridWindow final : public Window, private GridListener {
     Point lastPoint_{};
     WheelCounter wheelDown_;
     WheelCounter wheelAcross_;
-    HWND toolTip_ = nullptr;
-    int tipRow_ = -1;
-    int tipCol_ = -1;
-    Text tipText_;
+    CellTip tip_;
 };
 
 }  // namespace qvx::flexgrid

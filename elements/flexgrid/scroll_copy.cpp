@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "elements/flexgrid/view.h"
+
 namespace qvx::flexgrid {
 namespace {
 
@@ -46,10 +48,7 @@ std::optional<ScrollCopy> FollowScroll(const Grid& grid, Size client, int oldTop
                     0,
                     {slide->baredFrom, 0, slide->baredTo, client.height}};
     if (grid.RightToLeft()) {
-        const auto mirror = [&](const Rect& r) {
-            return Rect{client.width - r.right, r.top, client.width - r.left, r.bottom};
-        };
-        copy = {mirror(copy.body), -copy.dx, 0, mirror(copy.bared)};
+        copy = {Mirrored(copy.body, client.width), -copy.dx, 0, Mirrored(copy.bared, client.width)};
     }
     return copy;
 }

@@ -27,8 +27,10 @@ Span Reach(const std::vector<Span>& spans, int first, int last) {
     return reach;
 }
 
-Rect MirroredIn(int extent, const Rect& area) {
-    return extent == 0 ? area : Rect{extent - area.right, area.top, extent - area.left, area.bottom};
+// So far that borders and lines can still be added to it.
+int Held(std::int64_t pixels) {
+    constexpr std::int64_t farthest = 1 << 30;
+    return static_cast<int>(std::clamp(pixels, -farthest, farthest));
 }
 
 MergeMap MergesOf(const Grid& grid, const std::vector<Span>& rows, const std::vector<Span>& columns) {
@@ -60,6 +62,11 @@ Axis ColumnAxis(const Grid& grid, const View& view) {
             [&grid](std::int64_t at) { return grid.ColAt(at); }};
 }
 
+std::int64_t ColumnStart(const Grid& grid, const View& view, int col) {
+    const std::int64_t at = PositionOf(ColumnAxis(grid, view), col);
+    return grid.RightToLeft() ? view.client.width - at - grid.ColPixels(col) : at;
+}
+
 Shown::Shown(const Grid& grid, const View& view)
     : mirrorExtent(grid.RightToLeft() ? view.client.width : 0),
       rows(VisibleSpans(RowAxis(grid, view))),
@@ -72,7 +79,8 @@ Rect Shown::AreaOf(const CellRange& range) const {
     if (down.start > down.end || across.start > across.end) {
         return {};
     }
-    return MirroredIn(mirrorExtent, {across.start, down.start, across.end, down.end});
+    const Rect area{across.start, down.start, across.end, down.end};
+    return mirrorExtent == 0 ? area : Mirrored(area, mirrorExtent);
 }
 
 Rect CellArea(const Grid& grid, const View& view, int row, int col) {
@@ -81,9 +89,9 @@ Rect CellArea(const Grid& grid, const View& view, int row, int col) {
     if (!area.Empty()) {
         return area;
     }
-    const int x = PositionOf(ColumnAxis(grid, view), col);
-    const int y = PositionOf(RowAxis(grid, view), row);
-    return MirroredIn(shown.mirrorExtent, {x, y, x + grid.ColPixels(col), y + grid.RowPixels(row)});
+    const std::int64_t x = ColumnStart(grid, view, col);
+    const std::int64_t y = PositionOf(RowAxis(grid, view), row);
+    return {Held(x), Held(y), Held(x + grid.ColPixels(col)), Held(y + grid.RowPixels(row))};
 }
 
 int LineWidth(const Grid& grid, bool fixed) {

@@ -1,6 +1,7 @@
 // A grid in a window: where its cells lie, in device pixels of the window's client area.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "common/geometry.h"
@@ -23,8 +24,16 @@ struct View {
 Axis RowAxis(const Grid& grid, const View& view);
 Axis ColumnAxis(const Grid& grid, const View& view);
 
+// Pixels from the window's left edge to the left edge of a column, wherever it is scrolled to.
+std::int64_t ColumnStart(const Grid& grid, const View& view, int col);
+
+// The rectangle as it lies in a right-to-left window of that width, and back.
+constexpr Rect Mirrored(const Rect& area, int width) {
+    return {width - area.right, area.top, width - area.left, area.bottom};
+}
+
 // The rectangle of a cell, or of the part that shows of the merged cells it belongs to; grid lines included. It may
-// reach beyond the window. For a cell that does not show: where it would lie.
+// reach beyond the window. For a cell that does not show: where it would lie, no further than 2^30 pixels away.
 Rect CellArea(const Grid& grid, const View& view, int row, int col);
 
 // What shows in a window at one time: the spans down and across (not mirrored) and which cells are drawn as one.

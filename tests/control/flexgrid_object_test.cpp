@@ -233,6 +233,26 @@ TEST_F(FlexGridObject, TellsWhereTheCurrentCellIs) {
     EXPECT_EQ(Read(L"RowIsVisible", {Variant(2)}), u"False");
 }
 
+TEST_F(FlexGridObject, TellsOfAScrollOnceThatIsHeldAtTheEnd) {
+    container_->Activate();
+    Put(grid_.get(), L"Rows", {Variant(100)});
+    Put(grid_.get(), L"ColWidth", {Variant(-1), Variant(3000)});
+    const auto recorder = MakeObject<EventRecorder>();
+    const Connection connection(grid_.get(), EventsOf(grid_.get()), recorder.get());
+    for (const wchar_t* member : {L"TopRow", L"LeftCol"}) {
+        recorder->events.clear();
+        Put(grid_.get(), member, {Variant(member[0] == L'T' ? 99 : 3)});
+        EXPECT_EQ(recorder->Count(scroll), 1U) << Spelled(member);
+        recorder->events.clear();
+        Put(grid_.get(), member, {Variant(member[0] == L'T' ? 98 : 3)});
+        EXPECT_EQ(recorder->Count(scroll), 0U) << Spelled(member) << " is where it was";
+    }
+    EXPECT_NE(Read(L"TopRow"), u"99") << "held where the page is full";
+    EXPECT_EQ(ErrorOf(L"TopRow", DISPATCH_PROPERTYPUT, {Variant(100)}), 30009);
+    EXPECT_EQ(ErrorOf(L"LeftCol", DISPATCH_PROPERTYPUT, {Variant(4)}), 30010);
+    EXPECT_EQ(ErrorOf(L"LeftCol", DISPATCH_PROPERTYPUT, {Variant(0)}), 30010);
+}
+
 // Handlers run deep inside the grid, which has to be there when they return.
 TEST_F(FlexGridObject, HandlersMayLetGoOfTheControl) {
     const auto press = [&](int key) {

@@ -34,6 +34,8 @@ class Log final : public flexgrid::GridWindowEvents, public flexgrid::GridListen
     std::string words;
     std::function<void(short&)> onKey;
     std::function<void()> onMouseDown;
+    std::function<Text(int, int)> onToolTip;
+    int tipsAsked = 0;
 
     void Click() override { words += "Click "; }
     void DblClick() override { words += "DblClick "; }
@@ -53,6 +55,10 @@ class Log final : public flexgrid::GridWindowEvents, public flexgrid::GridListen
     void GotFocus() override { words += "GotFocus "; }
     void LostFocus() override { words += "LostFocus "; }
     void Resized() override { words += "Resized "; }
+    Text ToolTip(int row, int col) override {
+        ++tipsAsked;
+        return onToolTip ? onToolTip(row, col) : Text();
+    }
     void LeaveCell() override { words += "Leave "; }
     void EnterCell() override { words += "Enter "; }
     void RowColChange() override { words += "RowCol "; }
@@ -316,10 +322,24 @@ TEST_F(FlexGridWindowTest, NothingIsPaintedWhileRedrawIsOff) {
     EXPECT_EQ(WrongPixels(grid_->Handle()), 0);
 }
 
+class PaintCounter final : public WindowSubclass {
+  public:
+    int paintings = 0;
+
+  private:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+        paintings += message == WM_PAINT;
+        return Default(message, wParam, lParam);
+    }
+};
+
 TEST_F(FlexGridWindowTest, ManyChangesArePaintedOnce) {
     Settle();
+    PaintCounter counter;
+    ASSERT_TRUE(counter.Attach(grid_->Handle()));
     for (int i = 0; i < 100'000; ++i) Model().SetTextMatrix(1 + i % 29, 1 + i % 7, u"x");
     Settle();
+    EXPECT_EQ(counter.paintings, 1);
     EXPECT_EQ(WrongPixels(grid_->Handle()), 0);
 }
 
@@ -336,6 +356,82 @@ TEST_F(FlexGridWindowTest, TheCellsRectangleIsInTwipsFromTheOuterCorner) {
     EXPECT_EQ(cell.top, grid_->RowPos(25));
     EXPECT_LT(grid_->RowPos(2), 0) << "scrolled away";
     EXPECT_FALSE(grid_->RowIsVisible(2));
+}
+
+TEST_F(FlexGridWindowTest, PositionsBeyondAllPixelsStayAtTheEndsOfTheirRange) {
+    Model().SetBorderStyle(flexgrid::GridBorder::single);
+    Model().SetCols(40);
+    Model().SetColWidth(Grid::all, INT32_MAX);
+    Model().SetRowHeight(Grid::all, INT32_MAX);
+    EXPECT_EQ(grid_->ColPos(39), INT32_MAX);
+    EXPECT_EQ(grid_->RowPos(29), INT32_MAX);
+    Model().SetRightToLeft(true);
+    EXPECT_EQ(grid_->ColPos(39), INT32_MIN);
+}
+
+// The tip's text while one is on the screen, else empty.
+std::wstring ShownTip() {
+    std::wstring text;
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND window, LPARAM result) -> BOOL {
+            wchar_t name[64] = {};
+            GetClassNameW(window, name, 64);
+            if (std::wstring_view(name) == L"tooltips_class32" && IsWindowVisible(window)) {
+                wchar_t shown[64] = {};
+                GetWindowTextW(window, shown, 64);
+                *reinterpret_cast<std::wstring*>(result) = shown;
+            }
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&text));
+    return text;
+}
+
+TEST_F(FlexGridWindowTest, ATipIsAskedForWhenThePointerRests) {
+    log_.onToolTip = [&](int row, int col) { return col == 1 ? Model().TextMatrix(row, col) : Text(); };
+    for (int x = 64 + 4; x < 64 * 4; x += 16) {
+        MoveTo(x, 40);
+        EXPECT_EQ(ShownTip(), L"");
+        if (x == 64 + 4) Model().SetTextMatrix(2, 1, u"since changed");
+        if (x > 64 * 2) break;
+    }
+    const int asked = log_.tipsAsked;
+    EXPECT_EQ(asked, 0) << "not on the way";
+    MoveTo(64 + 20, 40);
+    EXPECT_TRUE(WaitFor([] { return ShownTip() == L"since changed"; }, 2000));
+    MoveTo(64 + 20, 56);
+    EXPECT_TRUE(WaitFor([] { return ShownTip() == L"d"; }, 2000)) << "the next cell's";
+    MoveTo(64 * 2 + 20, 56);
+    Settle(800);
+    EXPECT_EQ(ShownTip(), L"") << "a cell without one";
+}
+
+TEST_F(FlexGridWindowTest, ATipGoesWithTheWindow) {
+    log_.onToolTip = [](int, int) { return Text(u"tip"); };
+    const auto tips = [] {
+        int count = 0;
+        EnumThreadWindows(
+            GetCurrentThreadId(),
+            [](HWND window, LPARAM result) -> BOOL {
+                wchar_t name[64] = {};
+                GetClassNameW(window, name, 64);
+                *reinterpret_cast<int*>(result) += std::wstring_view(name) == L"tooltips_class32";
+                return TRUE;
+            },
+            reinterpret_cast<LPARAM>(&count));
+        return count;
+    };
+    const int before = tips();
+    MoveTo(64 + 20, 40);
+    EXPECT_TRUE(WaitFor([] { return ShownTip() == L"tip"; }, 2000));
+    EXPECT_EQ(tips(), before + 1);
+    // The control's window goes and a new one comes, within the same form.
+    DestroyWindow(grid_->Handle());
+    EXPECT_EQ(tips(), before);
+    ASSERT_TRUE(grid_->CreateIn(frame_.Handle(), {10, 10, 310, 210}));
+    MoveTo(64 + 21, 40);
+    EXPECT_TRUE(WaitFor([] { return ShownTip() == L"tip"; }, 2000)) << "the same cell in the new window";
 }
 
 TEST_F(FlexGridWindowTest, ListenersMayDestroyTheWindow) {
