@@ -1,0 +1,56 @@
+#include "elements/flexgrid/accessible_events.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace qvx::flexgrid {
+
+void AccessibleEvents::NoteValue(int row, int col) {
+    const AccessiblePart cell{row, col};
+    if (values_.size() < mostValues && std::find(values_.begin(), values_.end(), cell) == values_.end()) {
+        values_.push_back(cell);
+    }
+    pending_ = true;
+}
+
+std::vector<AccessibleEvent> AccessibleEvents::Take(const Grid& grid, bool focused, TextView currentText) {
+    using Kind = AccessibleEvent::Kind;
+    std::vector<AccessibleEvent> events;
+    const bool hasCells = grid.Rows() > 0 && grid.Cols() > 0;
+    const AccessiblePart cell = hasCells ? AccessiblePart{grid.Row(), grid.Col()} : AccessiblePart{};
+    const int id = IdInGrid(grid, cell);
+    const bool otherCell = cell != toldCell_;
+    const bool otherText = currentText != toldText_;
+    const bool reordered = structure_ && grid.StructureVersion() != toldStructure_;
+    if (reordered) {
+        events.push_back({Kind::reorder, 0});
+    }
+    // Another row may have come under the cursor where it stands.
+    if (focused && (focus_ || (moved_ && otherCell) || (reordered && (otherCell || otherText)))) {
+        events.push_back({Kind::focus, id});
+    }
+    const CellRange selection = grid.Selection();
+    if ((moved_ || reordered) && hasCells && selection != toldSelection_) {
+        const bool one = SelectedIn(grid, {}).Count() == 1;
+        events.push_back(one ? AccessibleEvent{Kind::selection, IdInGrid(grid, SelectedIn(grid, {}).At(0))}
+                             : AccessibleEvent{Kind::selectionWithin, 0});
+    }
+    if (cells_ && !otherCell && otherText && !reordered && hasCells &&
+        std::find(values_.begin(), values_.end(), cell) == values_.end()) {
+        values_.push_back(cell);
+    }
+    for (const AccessiblePart& value : values_) {
+        if (HasPart(grid, value)) {
+            events.push_back({Kind::valueChange, IdInGrid(grid, value)});
+        }
+    }
+    pending_ = focus_ = moved_ = structure_ = cells_ = false;
+    values_.clear();
+    toldStructure_ = grid.StructureVersion();
+    toldCell_ = cell;
+    toldSelection_ = selection;
+    toldText_ = currentText;
+    return events;
+}
+
+}  // namespace qvx::flexgrid
