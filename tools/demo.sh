@@ -3,6 +3,7 @@
 
 ocx=build/x64/server/Qvx.ocx
 host_program=build/x64/qvxhost.exe
+data_objects=build/x64/tests/support/ado/QvxAdo.dll
 
 # The caption a form file gives its form: the first one in it, since a form's own properties stand before its controls.
 form_caption() { tr -d '\r' <"$1" | sed -n 's/^[[:space:]]*Caption[[:space:]]*=[[:space:]]*"\(.*\)".*/\1/p' | head -n 1; }
@@ -12,14 +13,24 @@ register_server() {
   run_windows 60 regsvr32 /s "$(windows_path "$1")" >>"$logs/register.log" 2>&1
 }
 
-# start_host FORM LOG SAVE: leaves its process group in `host_group`.
+# make_database SQL FILE: anew, for a form that works on one.
+make_database() {
+  rm -f "$2"
+  with_log database sqlite3 -bail -init /dev/null "$2" ".read '$1'"
+}
+
+# Whether programs reach SQLite through ODBC here.
+has_database_driver() { [[ -n $(command -v sqlite3) ]] && odbcinst -q -d 2>/dev/null | grep -qi sqlite3; }
+
+# start_host FORM LOG SAVE [DATABASE]: leaves its process group in `host_group`.
 start_host() {
-  local form=$1 log=$2 save=$3 script=${1%.frm}.vbs arguments
+  local form=$1 log=$2 save=$3 database=${4:-} script=${1%.frm}.vbs arguments
   [[ -f $script ]] || script=${1%.frm}.js
   arguments=("$(windows_path "$form")")
   [[ ! -f $script ]] || arguments+=("$(windows_path "$script")")
   arguments+=(--log "$(windows_path "$log")")
   [[ -z $save ]] || arguments+=(--save "$(windows_path "$save")")
+  [[ -z $database ]] || arguments+=(-- "$(windows_path "$database")")
   start_group run_windows "${demo_limit:-86400}" "$host_program" "${arguments[@]}" >"$logs/qvxhost.log" 2>&1
   host_group=$group
 }
@@ -41,21 +52,26 @@ close_host() {
   return 1
 }
 
-# run_demo FORM KEYS SCREENSHOT LOG SAVE: a prefix and a display must be there. Unattended when there is a key script or a screenshot to take.
+# run_demo FORM KEYS SCREENSHOT LOG SAVE [DATABASE]: a prefix and a display must be there. Unattended when there is a key script or a
+# screenshot to take. Wine's own data objects open no database, so that a form that works on one gets ours.
 run_demo() {
-  local form=$1 keys=$2 screenshot=$3 log=$4 save=$5 title status=0
+  local form=$1 keys=$2 screenshot=$3 log=$4 save=$5 database=${6:-} title status=0
   title=$(form_caption "$form")
   : >"$log"
   register_server "$ocx" || {
     warn "The component server could not be registered."
     return 1
   }
+  if [[ -n $database ]] && ! register_server "$data_objects"; then
+    warn "The data objects could not be registered."
+    return 1
+  fi
   if [[ -z $keys && -z $screenshot ]]; then
-    start_host "$form" "$log" "$save"
+    start_host "$form" "$log" "$save" "$database"
     say "\"$title\" is open; close its window to end."
     wait "$host_group" || status=$?
   else
-    demo_limit=600 start_host "$form" "$log" "$save"
+    demo_limit=600 start_host "$form" "$log" "$save" "$database"
     if [[ -n $keys ]]; then
       play_keys "$keys" "$log" || status=1
     else
@@ -94,7 +110,7 @@ from_caller() {
 }
 
 qvx_demo() {
-  local name=invoice keys='' screenshot='' log='' save='' virtual='' form
+  local name=invoice keys='' screenshot='' log='' save='' virtual='' form database='' targets=(qvx_server qvxhost)
   while ((${#})); do
     case $1 in
       --keys | --screenshot | --log | --save)
@@ -111,9 +127,15 @@ qvx_demo() {
   form=$root/samples/$name.frm
   [[ -f $form ]] || die "There is no form samples/$name.frm."
   [[ -z $keys || -f $keys ]] || die "There is no key script $keys."
-  build x64 --target qvx_server qvxhost || die "The build failed."
+  if [[ -f samples/$name.sql ]]; then
+    need "${packages_database[@]}"
+    targets+=(qvx_ado)
+    database=$root/build/demo/$name.db
+  fi
+  build x64 --target "${targets[@]}" || die "The build failed."
   need "${packages_display[@]}"
   mkdir -p "$root/build/demo"
+  [[ -z $database ]] || make_database "samples/$name.sql" "$database" || die "The database could not be made."
   log=${log:-$root/build/demo/$name.log}
   if [[ -z $keys && -z $screenshot ]] && { [[ -n $virtual ]] || ! display_is_reachable; }; then
     screenshot=$root/build/demo/$name.png
@@ -122,9 +144,10 @@ qvx_demo() {
   fi
   start_wine
   use_display $virtual
-  run_demo "$form" "$keys" "$screenshot" "$log" "$save" || die "The demo failed."
+  run_demo "$form" "$keys" "$screenshot" "$log" "$save" "$database" || die "The demo failed."
   [[ -z $screenshot ]] || say "Picture: $screenshot"
   [[ -z $save ]] || say "Saved form: $save"
+  [[ -z $database ]] || say "Database: $database"
   say "What the script wrote: $log"
   [[ ! -s $log ]] || sed 's/^/   /' "$log"
 }

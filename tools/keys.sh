@@ -10,13 +10,11 @@ keys_where=    # script and line, for messages
 
 keys_fail() { warn "$keys_where: $*"; }
 
+# A title as the pattern that xdotool takes.
+window_pattern() { sed 's/[][\\.*^$+?(){}|]/\\&/g' <<<"$1"; }
+
 # find_window TITLE: the newest visible window with that text in its title. Window managers' own frames have no title.
-find_window() {
-  local pattern
-  # shellcheck disable=SC2001
-  pattern=$(sed 's/[][\\.*^$+?(){}|]/\\&/g' <<<"$1")
-  xdotool search --onlyvisible --name "$pattern" 2>/dev/null | tail -n 1
-}
+find_window() { xdotool search --onlyvisible --name "$(window_pattern "$1")" 2>/dev/null | tail -n 1; }
 
 wait_window() {
   local deadline=$((SECONDS + keys_limit)) found
@@ -40,6 +38,18 @@ wait_window_gone() {
     sleep 0.1
   done
   keys_fail "the window with \"$1\" in its title is still there after $keys_limit s."
+  return 1
+}
+
+# A message box has its form's title.
+wait_other_window() {
+  local deadline=$((SECONDS + keys_limit)) pattern
+  pattern=$(window_pattern "$1")
+  while ((SECONDS <= deadline)); do
+    if xdotool search --onlyvisible --name "$pattern" 2>/dev/null | grep -qvxF "$keys_window"; then return 0; fi
+    sleep 0.1
+  done
+  keys_fail "no other window with \"$1\" in its title appeared within $keys_limit s."
   return 1
 }
 
@@ -84,6 +94,7 @@ play_line() {
   case $command in
     wait-window) wait_window "$rest" ;;
     wait-gone) wait_window_gone "$rest" ;;
+    wait-other) wait_other_window "$rest" ;;
     wait-log) wait_log "$rest" ;;
     no-log)
       [[ -z $(find_in_log "$rest") ]] || {

@@ -9,6 +9,7 @@ packages_wine=(wine wine64 fonts-wine)
 packages_display=(xvfb openbox fonts-dejavu-core xdotool x11-utils imagemagick)
 packages_lint=(clang-format clang-tidy shellcheck python3)
 packages_root32=(debootstrap)
+packages_database=(sqlite3 unixodbc libsqliteodbc)
 packages_bench=(libwxgtk3.2-dev qtbase5-dev python3)
 
 is_installed() { [[ $(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }
@@ -43,3 +44,6 @@ need() {
     fi
   fi
 }
+
+# want PACKAGE...: the same, for what only some tests need; those are skipped where it cannot be had.
+want() { (need "$@") || warn "Going on without: $*"; }

@@ -65,6 +65,20 @@ make_root32() {
   as_root mv "$new" "$root32"
 }
 
+# The driver that the database tests need; a system made earlier may lack it. Without it those tests are skipped.
+want_database32() {
+  local log=$logs/root32-database.log
+  if [[ $root32_way == beside ]]; then
+    want libsqliteodbc:i386
+  elif ! ls "$root32"/usr/lib/i386-linux-gnu/odbc/libsqlite3odbc.so >/dev/null 2>&1; then
+    say "Installing the database driver in $root32"
+    as_root chroot "$root32" sh -c 'export DEBIAN_FRONTEND=noninteractive LC_ALL=C
+      install="apt-get install -q -y --no-install-recommends unixodbc libsqliteodbc"
+      $install || { apt-get -q update && $install; }' </dev/null >"$log" 2>&1 ||
+      warn "Going on without it; see build/logs/root32-database.log."
+  fi
+}
+
 # in_root32 SYSTEM SECONDS PREFIX COMMAND...: inside the 32-bit system, the source tree at its own path so that paths mean the same.
 in_root32() {
   local system=$1 limit=$2 inner_prefix=$3
@@ -111,6 +125,7 @@ prepare_root32() {
     warn "32-bit programs cannot be run: neither Wine's 32-bit packages nor a 32-bit system of the distribution could be had."
     return 1
   fi
+  want_database32
 }
 
 # start_wine32: makes this run's 32-bit prefix and leaves it in `prefix32`; prepare_root32 must have succeeded.
