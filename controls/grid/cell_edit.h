@@ -10,6 +10,7 @@
 #include "controls/grid/cell_clean.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/control_state.h"
+#include "controls/grid/edit_history.h"
 #include "controls/grid/editor_placement.h"
 #include "controls/grid/list_match.h"
 #include "elements/flexgrid/grid.h"
@@ -142,10 +143,11 @@ Text CommittedText(const flexgrid::Grid& grid, const ControlState& state, Editor
 
 // Ends the edit: cleans the text, writes the cell, tells the host, which may take it back. Run when the editor is
 // validated and again when it loses the focus; the second run finds no edit any more, and so does a run from within
-// AfterCellChange, whose handler may well take the focus away with a window of its own. An edit whose row is gone is
+// AfterCellChange, whose handler may well take the focus away with a window of its own. What stands in the cell then
+// is remembered in the history, unless the host or the user has taken it back. An edit whose row is gone is
 // not ended but moved to the last row, and that run does nothing else.
 template <CellEditor Editor, EditEvents Events>
-void CommitEdit(flexgrid::Grid& grid, ControlState& state, Editor& editor, Events& events) {
+void CommitEdit(flexgrid::Grid& grid, ControlState& state, EditHistory& history, Editor& editor, Events& events) {
     if (!EditIsOpen(state) || state.committing == state.editNumber) return;
     if (state.editRow > grid.Rows() - 1) {
         state.editRow = grid.Rows() - 1;
@@ -163,12 +165,17 @@ void CommitEdit(flexgrid::Grid& grid, ControlState& state, Editor& editor, Event
     state.committing = number;
     try {
         const Text oldText = editor.ComboTag();
+        const bool abandoned = editor.FrameTag() == abandonedTag;
         const Text newText = CommittedText(grid, state, editor);
+        const std::uint64_t structure = grid.StructureVersion();
         grid.SetTextMatrix(row, col, newText);
         state.eventFlag = false;
         events.AfterCellChange(row, col, oldText, newText, state.eventFlag);
         const bool cellStands = row < grid.Rows() && col < grid.Cols();
-        if (state.eventFlag && cellStands) grid.SetTextMatrix(row, col, oldText);
+        if (state.eventFlag && cellStands)
+            grid.SetTextMatrix(row, col, oldText);
+        else if (cellStands && !abandoned)
+            history.CellChanged(structure, row, col, oldText, grid.TextMatrix(row, col));
     } catch (...) {
         const RunTimeError error = CurrentError();
         events.ReportError(error.Number(), error.Description());

@@ -193,9 +193,10 @@ STDMETHODIMP ComboGridControl::ShowAbout() {
 // ---- Events --------------------------------------------------------------------------------------------------------
 
 void ComboGridControl::BeforeCellChange(int row, int col, const Text& data, bool& cancel) {
+    const bool active = InPlaceActive();
     Fire(grid_event::beforeCellChange, EventArguments().In(row).In(col).In(Variant(data)).InOut(cancel));
     // A handler that closed the control has refused the edit as well.
-    if (!InPlaceActive()) cancel = true;
+    if (active && !InPlaceActive()) cancel = true;
 }
 
 void ComboGridControl::AfterCellChange(int row, int col, const Text& oldData, const Text& newData, bool& cancel) {

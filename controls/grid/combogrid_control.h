@@ -77,6 +77,14 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     STDMETHODIMP DuplicateRecord(long* record, long* matchOn, VARIANT_BOOL response, VARIANT_BOOL* result) override;
     STDMETHODIMP GetSumOf(RC rowOrCol, long index, VARIANT* result) override;
     STDMETHODIMP GetProductOf(long col2Set, VARIANT* cols, VARIANT* result) override;
+    // What the user has done, and the clipboard
+    STDMETHODIMP Undo() override;
+    STDMETHODIMP Redo() override;
+    STDMETHODIMP get_CanUndo(VARIANT_BOOL* result) override;
+    STDMETHODIMP get_CanRedo(VARIANT_BOOL* result) override;
+    STDMETHODIMP Copy() override;
+    STDMETHODIMP Cut() override;
+    STDMETHODIMP Paste() override;
     // The inner grid's members
     STDMETHODIMP get_TextArray(long index, BSTR* result) override;
     STDMETHODIMP put_TextArray(long index, BSTR value) override;
@@ -176,6 +184,7 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     void ListClick(int row, int col, const Text& data) override;
     void KeyDown(short& keyCode, short& shift) override;
     void OnDelete(int row) override;
+    bool Listens() override { return HasListeners(); }
     void EnterCell() override;
     void LeaveCell() override;
     void ReportError(int number, const Text& description) override;

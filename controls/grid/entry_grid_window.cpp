@@ -63,7 +63,8 @@ class EntryGrid::Editor {
     ComboWindow& combo_;
 };
 
-EntryGrid::EntryGrid(EntryGridEvents& events) : events_(events), window_(std::make_unique<flexgrid::FlexGridWindow>()) {
+EntryGrid::EntryGrid(EntryGridEvents& events)
+    : events_(events), window_(std::make_unique<flexgrid::FlexGridWindow>()), history_(window_->Model()) {
     automation_ = std::make_unique<flexgrid::GridAutomation>(*window_);
     window_->AddEvents(this);
     window_->Model().AddListener(this);
@@ -166,7 +167,7 @@ void EntryGrid::Commit() {
     ComboWindow* combo = frame_ ? frame_->Find(editor_) : nullptr;
     if (!combo) return;
     Editor editor(*this, *frame_, *combo);
-    CommitEdit(Model(), state_, editor, events_);
+    CommitEdit(Model(), state_, history_, editor, events_);
 }
 
 void EntryGrid::CommitOpenEdit() {
@@ -195,7 +196,7 @@ void EntryGrid::Go(const CellStep& step, short shift) {
             LeaveGrid((shift & keys::shiftMask) != 0);
             return;
         case CellStep::Kind::AddRow:
-            ChangeRows([this] { AddNewRow(Model(), state_); });
+            ChangeRows([this] { AppendRows(Model(), state_, history_, 1); });
             break;
         case CellStep::Kind::Move:
             break;
@@ -247,10 +248,22 @@ void EntryGrid::UseGridKey(GridKey action, short shift) {
             TypeIntoCell({});
             break;
         case GridKey::InsertRow:
-            ChangeRows([this] { InsertRow(Model(), state_); });
+            ChangeShownRows([this] { InsertRow(Model(), state_, history_); });
             break;
         case GridKey::DeleteRow:
             DeleteSelectedRow();
+            break;
+        case GridKey::SelectAll:
+            SelectAll(Model());
+            break;
+        case GridKey::Copy:
+        case GridKey::Cut:
+        case GridKey::Paste:
+            UseClipboardKey(action);
+            break;
+        case GridKey::Undo:
+        case GridKey::Redo:
+            StepInHistory(action == GridKey::Undo);
             break;
         case GridKey::EndEntry:
             // A key stroke, so that a host with an order of its own moves the focus by that.
@@ -267,7 +280,7 @@ void EntryGrid::DeleteSelectedRow() {
     window_->Refresh();
     if (!yes) return;
     int row = 0;
-    ChangeRows([&] { row = DeleteRow(Model(), state_); });
+    ChangeShownRows([&] { row = DeleteRow(Model(), state_, history_); });
     state_.changed = true;
     events_.OnDelete(row);
     TellThatRowsChanged();

@@ -12,8 +12,11 @@
 #include "common/text.h"
 #include "controls/grid/cell_edit.h"
 #include "controls/grid/control_state.h"
+#include "controls/grid/edit_history.h"
 #include "controls/grid/editor_frame_window.h"
 #include "controls/grid/navigation.h"
+#include "controls/grid/paste.h"
+#include "controls/grid/projection.h"
 #include "elements/flexgrid/flexgrid_object.h"
 #include "elements/flexgrid/flexgrid_window.h"
 #include "forms/msgbox/messages.h"
@@ -31,6 +34,8 @@ class EntryGridEvents {
     virtual void ListClick(int row, int col, const Text& data) = 0;
     virtual void KeyDown(short& keyCode, short& shift) = 0;
     virtual void OnDelete(int row) = 0;
+    // Whether anybody hears of all this.
+    virtual bool Listens() = 0;
     virtual void EnterCell() = 0;
     virtual void LeaveCell() = 0;
     virtual void ReportError(int number, const Text& description) = 0;
@@ -83,6 +88,16 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
         changingRows_ = before;
     }
 
+    // While an edit is open these are its editor's; else they work on the grid, and events tell the host. The clipboard
+    // raises clipboardUnavailable. Without anything to do nothing happens.
+    void Undo() { StepInHistory(true); }
+    void Redo() { StepInHistory(false); }
+    bool CanUndo() const;
+    bool CanRedo() const { return !EditIsOpen() && history_.CanRedo(); }
+    void Copy();
+    void Cut();
+    void Paste();
+
     // Whether a key message that a host is about to use is the grid's. A Tab that leaves the grid is not; by then the
     // edit it leaves is committed.
     bool WantsKey(const MSG& message);
@@ -134,10 +149,28 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void TypeIntoCell(TextView typed);
     void DeleteSelectedRow();
     void TellThatRowsChanged();
+    void UseClipboardKey(GridKey action);
+    void StepInHistory(bool back);
+    // The edit field of the open edit; null when none is open.
+    HWND OpenEditField() const;
+    void WriteCells(const CellRectangle& rectangle);
+    // Runs a change of rows that moves the current cell's look along with them.
+    template <class Change>
+    void ChangeShownRows(Change change) {
+        EndProjection(Model(), state_);
+        try {
+            ChangeRows(change);
+        } catch (...) {
+            Project(Model(), state_);
+            throw;
+        }
+        Project(Model(), state_);
+    }
 
     EntryGridEvents& events_;
     ControlState state_;
     std::unique_ptr<flexgrid::FlexGridWindow> window_;
+    EditHistory history_;
     std::unique_ptr<flexgrid::GridAutomation> automation_;
     std::unique_ptr<EditorFrame> frame_;
     // Frames whose windows went with a control's window that the host destroyed; somebody may still be using them.

@@ -43,9 +43,4 @@ void ApplyInVisibleColumns(flexgrid::Grid& grid, const ControlState& state) {
         if (IsListedColumn(grid, state.inVisibleColumns, col)) grid.SetColWidth(col, 0);
 }
 
-void AddNewRow(flexgrid::Grid& grid, const ControlState& state) {
-    const int row = grid.Rows();
-    grid.AddItem(state.autoRecordNumber ? IntegerToText(row) : Text());
-}
-
 }  // namespace qvx::grid

@@ -26,7 +26,4 @@ void RenumberFrom(flexgrid::Grid& grid, const ControlState& state, int first);
 // listed ones.
 void ApplyInVisibleColumns(flexgrid::Grid& grid, const ControlState& state);
 
-// Appends an empty row, numbered when rows are.
-void AddNewRow(flexgrid::Grid& grid, const ControlState& state);
-
 }  // namespace qvx::grid

@@ -105,6 +105,33 @@ CellStep StepVertically(const flexgrid::Grid& grid, int step) {
 
 namespace {
 
+// The clipboard, undo and redo, by the keys that have long been theirs.
+GridKey CommandOf(int keyCode, int shift) {
+    if (shift == keys::shiftMask) {
+        if (keyCode == keys::insert) return GridKey::Paste;
+        return keyCode == keys::deleteKey ? GridKey::Cut : GridKey::PassOn;
+    }
+    if (shift == (keys::controlMask | keys::shiftMask)) return keyCode == 'Z' ? GridKey::Redo : GridKey::PassOn;
+    if (shift != keys::controlMask) return GridKey::PassOn;
+    switch (keyCode) {
+        case 'A':
+            return GridKey::SelectAll;
+        case 'C':
+        case keys::insert:
+            return GridKey::Copy;
+        case 'X':
+            return GridKey::Cut;
+        case 'V':
+            return GridKey::Paste;
+        case 'Y':
+            return GridKey::Redo;
+        case 'Z':
+            return GridKey::Undo;
+        default:
+            return GridKey::PassOn;
+    }
+}
+
 // Entering a row without its key ends the entry of rows.
 bool RowLacksKey(const flexgrid::Grid& grid, const ControlState& state) {
     return grid.Row() < grid.Rows() && state.keyColumn >= 0 && grid.Cell(grid.Row(), state.keyColumn).Empty();
@@ -113,6 +140,7 @@ bool RowLacksKey(const flexgrid::Grid& grid, const ControlState& state) {
 }  // namespace
 
 GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const ControlState& state) {
+    if (const GridKey command = CommandOf(keyCode, shift); command != GridKey::PassOn) return command;
     const bool plain = shift == 0;
     switch (keyCode) {
         case keys::tab:
@@ -235,9 +263,10 @@ bool KeepsKey(int keyCode, int shift, bool editOpen) {
         case keys::pageDown:
             return true;
         default:
-            // Keys with Ctrl are the host's menus', but an editor has its clipboard and its undo. Function keys are the
-            // host's.
-            if ((shift & keys::controlMask) != 0) return editOpen && IsEditorCommand(keyCode, shift);
+            // Keys with Ctrl are the host's menus', but for the clipboard, undo and redo, and what else an editor
+            // knows. Function keys are the host's.
+            if ((shift & keys::controlMask) != 0)
+                return editOpen ? IsEditorCommand(keyCode, shift) : CommandOf(keyCode, shift) != GridKey::PassOn;
             return keyCode < keys::f1 || keyCode > keys::f24;
     }
 }

@@ -64,6 +64,12 @@ enum class GridKey {
     Back,
     Left,
     Right,
+    SelectAll,  // but the fixed cells
+    Copy,
+    Cut,
+    Paste,
+    Undo,
+    Redo,
     Nothing,  // used up
 };
 // Raises the grid's error when there is no such column as the key column.

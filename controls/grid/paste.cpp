@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "common/number_text.h"
 #include "controls/grid/column_lists.h"
 
 namespace qvx::grid {
@@ -18,6 +17,11 @@ Text CopiedText(const flexgrid::Grid& grid) {
         writer.EndRow();
     });
     return writer.Take();
+}
+
+void SelectAll(flexgrid::Grid& grid) {
+    if (grid.FixedRows() < grid.Rows() && grid.FixedCols() < grid.Cols())
+        grid.Select(grid.FixedRows(), grid.FixedCols(), grid.Rows() - 1, grid.Cols() - 1);
 }
 
 ColumnRules RulesOf(const flexgrid::Grid& grid, const ControlState& state, int col) {
@@ -57,17 +61,6 @@ std::span<const TextView> CellRectangle::Row(int row) const {
     if (!cells_) return same_;
     const std::span<const TextView> cells = cells_->Row(static_cast<std::size_t>(row - target_.top));
     return cells.first(std::min(cells.size(), static_cast<std::size_t>(target_.right - target_.left + 1)));
-}
-
-void AppendRows(flexgrid::Grid& grid, const ControlState& state, EditHistory& history, int count) {
-    Text block;
-    count = std::min(count, flexgrid::Grid::maxRows);  // which the grid refuses as it would refuse more
-    for (int row = 0; row < count; ++row) {
-        if (state.autoRecordNumber) block += IntegerToText(grid.Rows() + row);
-        block += u'\r';
-    }
-    const int at = grid.Rows();
-    history.InsertRows(at, count, [&] { grid.AddItems(block); });
 }
 
 }  // namespace qvx::grid

@@ -2,6 +2,7 @@
 // in which order the host is told.
 #pragma once
 
+#include <algorithm>
 #include <concepts>
 #include <functional>
 #include <optional>
@@ -14,6 +15,7 @@
 #include "controls/grid/control_state.h"
 #include "controls/grid/edit_history.h"
 #include "controls/grid/list_match.h"
+#include "controls/grid/row_commands.h"
 #include "elements/flexgrid/grid.h"
 
 namespace qvx::grid {
@@ -34,6 +36,9 @@ struct CellSources {
 
 // The selected cells as text for the clipboard, hidden ones included; "" without any.
 Text CopiedText(const flexgrid::Grid& grid);
+
+// Selects all cells but the fixed ones.
+void SelectAll(flexgrid::Grid& grid);
 
 // How a column takes texts that are not typed into it.
 struct ColumnRules {
@@ -63,9 +68,6 @@ class CellRectangle {
     std::vector<TextView> same_;
     flexgrid::CellRange target_;
 };
-
-// Rows at the end, numbered when rows are.
-void AppendRows(flexgrid::Grid& grid, const ControlState& state, EditHistory& history, int count);
 
 template <ChangeEvents Events>
 class CellWriter {

@@ -1,5 +1,7 @@
 #include "controls/grid/row_commands.h"
 
+#include <algorithm>
+
 #include "common/number_text.h"
 #include "controls/grid/lifecycle.h"
 
@@ -9,22 +11,38 @@ bool SelectionIsRow(const flexgrid::Grid& grid) {
     return grid.Col() != grid.ColSel() && grid.Row() == grid.RowSel() && grid.Row() >= grid.FixedRows();
 }
 
-void InsertRow(flexgrid::Grid& grid, const ControlState& state) {
+void InsertRow(flexgrid::Grid& grid, const ControlState& state, EditHistory& history) {
     const int row = grid.Row();
-    grid.AddItem(state.autoRecordNumber ? IntegerToText(row) : Text(), row);
+    history.InsertRows(row, 1, [&] { grid.AddItem(state.autoRecordNumber ? IntegerToText(row) : Text(), row); });
     RenumberFrom(grid, state, row + 1);
 }
 
-int DeleteRow(flexgrid::Grid& grid, const ControlState& state) {
+int DeleteRow(flexgrid::Grid& grid, const ControlState& state, EditHistory& history) {
     constexpr int lastDataRow = 1;
     const int row = grid.Row();
     if (grid.Rows() >= 3) {
-        grid.RemoveItem(row);
+        history.RemoveRows(row, 1, [&] { grid.RemoveItem(row); });
         Renumber(grid, state);
         return row;
     }
-    for (int col = grid.FixedCols(); col < grid.Cols(); ++col) grid.SetTextMatrix(lastDataRow, col, {});
+    const EditHistory::Group group(history);
+    for (int col = grid.FixedCols(); col < grid.Cols(); ++col) {
+        const Text before = grid.TextMatrix(lastDataRow, col);
+        grid.SetTextMatrix(lastDataRow, col, {});
+        history.CellChanged(grid.StructureVersion(), lastDataRow, col, before, {});
+    }
     return lastDataRow;
+}
+
+void AppendRows(flexgrid::Grid& grid, const ControlState& state, EditHistory& history, int count) {
+    const int at = grid.Rows();
+    count = std::min(count, flexgrid::Grid::maxRows);  // which the grid refuses as it would refuse more
+    Text block;
+    for (int row = at; row < at + count; ++row) {
+        if (state.autoRecordNumber) block += IntegerToText(row);
+        block += u'\r';
+    }
+    history.InsertRows(at, count, [&] { grid.AddItems(block); });
 }
 
 }  // namespace qvx::grid

@@ -96,13 +96,40 @@ class CellEditTest : public ::testing::Test {
         host.Take();
         return ShowCellEditor(grid, state, host, host, GetActiveList(grid, state) == freeTextEditor);
     }
-    void Commit() { CommitEdit(grid, state, host, host); }
+    void Commit() { CommitEdit(grid, state, history, host, host); }
     std::string Cell(int row, int col) const { return Narrow(grid.TextMatrix(row, col)); }
 
     flexgrid::Grid grid;
     ControlState state;
+    EditHistory history{grid};
     Recorder host;
 };
+
+TEST_F(CellEditTest, OnlyWhatStandsInTheCellAfterwardsIsAStep) {
+    const auto edit = [&](TextView typed) {
+        ASSERT_TRUE(Open(1, 1));
+        host.comboText = typed;
+        Commit();
+    };
+    edit(u"first");
+    EXPECT_FALSE(history.CanUndo()) << "the same text";
+    ASSERT_TRUE(Open(1, 1));
+    host.comboText = u"x";
+    AbandonEdit(host);
+    Commit();
+    EXPECT_FALSE(history.CanUndo()) << "abandoned";
+    host.onAfter = [](bool& cancel) { cancel = true; };
+    edit(u"x");
+    EXPECT_FALSE(history.CanUndo()) << "cancelled";
+    host.onAfter = [&](bool&) { grid.RemoveItem(2); };
+    edit(u"x");
+    EXPECT_FALSE(history.CanUndo()) << "its row may be another one";
+    host.onAfter = nullptr;
+    edit(u"y");
+    ASSERT_TRUE(history.CanUndo());
+    history.Undo(state);
+    EXPECT_EQ("x", Cell(1, 1));
+}
 
 TEST_F(CellEditTest, OpensFreeTextInThePrescribedOrder) {
     EXPECT_TRUE(Open(1, 1));
