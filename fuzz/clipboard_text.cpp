@@ -1,0 +1,113 @@
+// Tab-separated text from other programs: what is read from it is written so that the same is read again, cells of any
+// text survive the way there and back, and a paste that is undone leaves the grid as it was.
+#include <cstdint>
+#include <vector>
+
+#include "controls/grid/clipboard_text.h"
+#include "controls/grid/paste.h"
+#include "fuzz/fuzz_input.h"
+
+namespace qvx::grid {
+namespace {
+
+using Table = std::vector<std::vector<Text>>;
+
+Table Read(TextView text) {
+    const ClipboardCells cells(text);
+    Table table;
+    std::size_t widest = 0;
+    for (std::size_t row = 0; row < cells.Rows(); ++row) {
+        table.emplace_back();
+        for (const TextView cell : cells.Row(row)) table.back().emplace_back(cell);
+        widest = std::max(widest, table.back().size());
+        Require(!table.back().empty(), "a row has a cell");
+    }
+    Require(!table.empty(), "a text has a row");
+    Require(widest == cells.Cols(), "the width is the longest row's");
+    return table;
+}
+
+Text Written(const Table& table) {
+    ClipboardWriter writer;
+    for (const auto& row : table) {
+        for (const Text& cell : row) writer.AddCell(cell);
+        writer.EndRow();
+    }
+    return writer.Take();
+}
+
+// Cells of the characters that matter, and a few others.
+Table MakeTable(FuzzInput& input) {
+    constexpr TextView characters = u"\t\r\n\"\"a \u20AC";
+    Table table(1, std::vector<Text>(1));
+    while (input.Left() > 0) {
+        const std::uint8_t byte = input.Byte();
+        if (byte % 16 == 15) {
+            table.back().emplace_back();
+        } else if (byte % 16 == 14) {
+            table.emplace_back(1);
+        } else {
+            table.back().back() += characters[byte % characters.size()];
+        }
+    }
+    return table;
+}
+
+struct Nobody {
+    void BeforeCellChange(int, int, const Text&, bool&) {}
+    void AfterCellChange(int, int, const Text&, const Text&, bool&) {}
+    bool Listens() const { return listens; }
+    bool listens = false;
+};
+
+Text Whole(flexgrid::Grid& grid) {
+    grid.Select(0, 0, grid.Rows() - 1, grid.Cols() - 1);
+    return CopiedText(grid);
+}
+
+void PasteAndUndo(std::uint8_t kind, const Text& text) {
+    flexgrid::Grid grid;
+    ControlState state;
+    EditHistory history(grid);
+    Nobody nobody;
+    nobody.listens = (kind & 1) != 0;
+    state.autoAddNew = (kind & 2) != 0;
+    state.columnsDataType = u";A-0;B-1;C-2;";
+    grid.SetFormatString(u"No|A|B|C|D");
+    grid.SetRows(4);
+    grid.SetTextMatrix(2, 4, u"stays");
+    const Text before = Whole(grid);
+    grid.MoveTo(1 + (kind >> 2) % 3, (kind >> 4) % 5);
+    const ClipboardCells cells(text);
+    const CellRectangle rectangle(grid, cells);
+    const CellSources sources;
+    CellWriter<Nobody>(grid, state, history, nobody, sources).Write(rectangle);
+    const Text after = Whole(grid);
+    if (!history.Undo(state)) {
+        Require(before == after, "what leaves no step has changed nothing");
+        return;
+    }
+    Require(!history.CanUndo(), "a paste is one step");
+    Require(Whole(grid) == before, "a paste is undone");
+    history.Redo(state);
+    Require(Whole(grid) == after, "and done again");
+}
+
+}  // namespace
+}  // namespace qvx::grid
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace qvx::grid;
+    qvx::FuzzInput input(data, size);
+    const std::uint8_t kind = input.Byte();
+    if ((kind & 0x80) != 0) {
+        const Table table = MakeTable(input);
+        qvx::Require(Read(Written(table)) == table, "what is written is read again");
+        return 0;
+    }
+    const qvx::Text text = (kind & 0x40) != 0 ? input.RestWide() : input.RestLatin();
+    const Table table = Read(text);
+    qvx::Require(Read(Written(table)) == table, "what is read is written and read again");
+    PasteAndUndo(kind, text);
+    return 0;
+}
