@@ -61,6 +61,9 @@ ComboWindow::ComboWindow(HWND parent, ComboListener* listener, bool sorted)
     list_ = info.hwndList;
     Attach(window);
     edit_.Attach(info.hwndItem);
+    names_[0].Attach(window);
+    names_[1].Attach(info.hwndItem);
+    names_[2].Attach(list_);
     SendMessageW(info.hwndItem, EM_SETLIMITTEXT, 0, 0);
     SetFont(font_);
 }
@@ -289,6 +292,10 @@ void ComboWindow::SetToolTipText(TextView text) {
     toolTip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0,
                                0, 0, Window(), nullptr, ModuleInstance(), nullptr);
     if (toolTip_) SendMessageW(toolTip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+void ComboWindow::SetAccessibleName(TextView name) {
+    for (AccessibleNameTap& tap : names_) tap.SetName(name);
 }
 
 void ComboWindow::Place(Point origin, int width, int fieldHeight) {

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <array>
 #include <optional>
 
 #include "common/geometry.h"
@@ -10,6 +11,7 @@
 #include "common/text.h"
 #include "elements/combo/completion.h"
 #include "elements/surface/font_spec.h"
+#include "win/accessible.h"
 #include "win/fonts.h"
 #include "win/handles.h"
 #include "win/window.h"
@@ -95,6 +97,8 @@ class ComboWindow final : private WindowSubclass {
     void SetForeColor(OleColor color);
     const Text& ToolTipText() const { return toolTipText_; }
     void SetToolTipText(TextView text);
+    // What assistive programs call the field and its list.
+    void SetAccessibleName(TextView name);
 
     // Whether typing chooses the first entry that begins with the typed text.
     void SetSelectsAsTyped(bool selects) { selectsAsTyped_ = selects; }
@@ -161,6 +165,7 @@ class ComboWindow final : private WindowSubclass {
     OleColor foreColor_ = colors::windowText;
     UniqueBrush background_;
     HWND toolTip_ = nullptr;
+    std::array<AccessibleNameTap, 3> names_;  // of the combo, its field and its list
 };
 
 }  // namespace qvx

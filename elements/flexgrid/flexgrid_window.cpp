@@ -102,6 +102,7 @@ void FlexGridWindow::OnGone() {
     buffer_.Release();
     drawnBars_ = {};
     tip_.Destroy();
+    accessibility_.Gone();
     drag_ = Drag::None;
     border_ = {};
     allStale_ = true;
@@ -143,6 +144,11 @@ View FlexGridWindow::CurrentView() const {
         view.draggedRow = borderLine_;
     }
     return view;
+}
+
+View FlexGridWindow::SettledView() {
+    SettleLayout();
+    return CurrentView();
 }
 
 // ---- Geometry for hosts --------------------------------------------------------------------------------------------
@@ -411,6 +417,9 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_SETFOCUS:
         case WM_KILLFOCUS:
             MarkAllStale();
+            if (message == WM_SETFOCUS) {
+                accessibility_.FocusCame();
+            }
             TellFocus(message == WM_SETFOCUS);
             return 0;
         case WM_ENABLE:
@@ -466,6 +475,13 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return LOWORD(lParam) == HTCLIENT && OnSetCursor() ? TRUE : Default(message, wParam, lParam);
         case WM_NOTIFY:
             return OnNotify(wParam, lParam);
+        case WM_GETOBJECT: {
+            const auto object = accessibility_.Answer(wParam, lParam);
+            return object ? *object : Default(message, wParam, lParam);
+        }
+        case GridAccessibility::tellMessage:
+            accessibility_.TellNow();
+            return 0;
         default:
             return Default(message, wParam, lParam);
     }

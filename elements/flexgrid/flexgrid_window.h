@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "elements/flexgrid/flexgrid_accessible_object.h"
 #include "elements/flexgrid/flexgrid_tip_window.h"
 #include "elements/flexgrid/grid.h"
 #include "elements/flexgrid/navigation.h"
@@ -61,6 +62,11 @@ class FlexGridWindow final : public Window, private GridListener {
     void ScrollIntoView(int row, int col);
     // Whether the cell's text is cut off at the cell's edge.
     bool IsTextCut(int row, int col);
+
+    // What assistive programs see of the window.
+    GridAccessibility& Accessibility() { return accessibility_; }
+    // What the rules of the view need to know, with scroll bars and scroll position brought up to date.
+    View SettledView();
 
     // Draws everything now that wants drawing.
     void Refresh();
@@ -146,6 +152,8 @@ class FlexGridWindow final : public Window, private GridListener {
     WheelCounter wheelDown_;
     WheelCounter wheelAcross_;
     CellTip tip_;
+
+    GridAccessibility accessibility_{*this};  // listens to the grid
 };
 
 }  // namespace qvx::flexgrid
