@@ -71,6 +71,12 @@ inline bool MayEdit(const flexgrid::Grid& grid, const ControlState& state) {
            grid.Col() < grid.Cols() && !IsListedColumn(grid, state.inActiveColumns, grid.Col());
 }
 
+// The same for any cell of the grid, were it the current one; a column without width never opens.
+inline bool MayEdit(const flexgrid::Grid& grid, const ControlState& state, int row, int col) {
+    return row >= grid.FixedRows() && col >= grid.FixedCols() && grid.ColWidth(col) != 0 &&
+           !IsListedColumn(grid, state.inActiveColumns, col);
+}
+
 inline Text CurrentText(const flexgrid::Grid& grid) { return grid.TextMatrix(grid.Row(), grid.Col()); }
 
 inline bool EditIsOpen(const ControlState& state) { return state.editRow >= 0 && state.editCol >= 0; }

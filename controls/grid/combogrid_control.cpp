@@ -13,6 +13,7 @@
 #include "controls/grid/lifecycle.h"
 #include "forms/msgbox/show_message.h"
 #include "server/resource.h"
+#include "win/accessible.h"
 #include "win/gdi_surface.h"
 
 namespace qvx::grid {
@@ -52,6 +53,12 @@ void ComboGridControl::OnBeforeRead(TextView key) {
 void ComboGridControl::OnWindowCreated(HWND window) {
     // A designer's grid is a picture: its window would take the mouse from the designer.
     if (UserMode()) entry_.AttachTo(window);
+}
+
+// A label says what users call the grid; the name is a programmer's.
+Text ComboGridControl::AccessibleName() {
+    const Text label = LabelBefore(WindowHandle());
+    return label.empty() ? Host().DisplayName() : label;
 }
 
 HWND ComboGridControl::FocusWindow() {

@@ -191,6 +191,7 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     bool Say(TextView prompt, const msgbox::MessageKind& kind) override;
     void FocusMovesTo(HWND moving) override { ControlBase::FocusMovesTo(moving); }
     HWND ControlWindow() override { return EnsureWindow(); }
+    Text AccessibleName() override;
     ComPtr<IUnknown> KeepAlive() override { return ControlBase::KeepAlive(); }
 
     ControlState& State() { return entry_.State(); }

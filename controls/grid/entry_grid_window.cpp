@@ -65,12 +65,14 @@ class EntryGrid::Editor {
 
 EntryGrid::EntryGrid(EntryGridEvents& events)
     : events_(events), window_(std::make_unique<flexgrid::FlexGridWindow>()), history_(window_->Model()) {
+    accessible_ = MakeAccessible();
     automation_ = std::make_unique<flexgrid::GridAutomation>(*window_);
     window_->AddEvents(this);
     window_->Model().AddListener(this);
 }
 
 EntryGrid::~EntryGrid() {
+    window_->Accessibility().SetHost(nullptr);
     window_->Model().RemoveListener(this);
     window_->RemoveEvents(this);
 }
@@ -147,6 +149,7 @@ void EntryGrid::DressEditor(ComboWindow& combo) {
     if (combo.Font() == dress.font) combo.SetFont(wanted.font);
     if (combo.BackColor() == dress.back) combo.SetBackColor(wanted.back);
     if (combo.ForeColor() == dress.fore) combo.SetForeColor(wanted.fore);
+    combo.SetAccessibleName(flexgrid::ColumnName(grid, grid.Col()));
     dress = wanted;
 }
 
@@ -167,7 +170,11 @@ void EntryGrid::Commit() {
     ComboWindow* combo = frame_ ? frame_->Find(editor_) : nullptr;
     if (!combo) return;
     Editor editor(*this, *frame_, *combo);
+    const bool open = EditIsOpen();
+    const int row = state_.editRow;
+    const int col = state_.editCol;
     CommitEdit(Model(), state_, history_, editor, events_);
+    if (open && !EditIsOpen()) window_->Accessibility().ValueEntered(row, col);
 }
 
 void EntryGrid::CommitOpenEdit() {

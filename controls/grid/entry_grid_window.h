@@ -45,6 +45,8 @@ class EntryGridEvents {
     virtual void FocusMovesTo(HWND moving) = 0;
     // The control's window, made when it is not there yet.
     virtual HWND ControlWindow() = 0;
+    // What the grid is called for those who cannot see it.
+    virtual Text AccessibleName() = 0;
     // Keeps the control and so the EntryGrid alive while a message is handled.
     virtual ComPtr<IUnknown> KeepAlive() = 0;
 };
@@ -104,6 +106,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
 
   private:
     class Editor;
+    class AccessibleEditing;
 
     // GridListener
     void LeaveCell() override;
@@ -133,6 +136,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     // True when the editor is open now.
     bool OpenEditor();
     void DressEditor(ComboWindow& combo);
+    std::unique_ptr<flexgrid::AccessibleHost> MakeAccessible();
     bool TabLeaves(int shift);
     bool OnCurrentCell() const;
     // Whether the current cell is drawn in the selection's colour.
@@ -171,6 +175,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     ControlState state_;
     std::unique_ptr<flexgrid::FlexGridWindow> window_;
     EditHistory history_;
+    std::unique_ptr<flexgrid::AccessibleHost> accessible_;
     std::unique_ptr<flexgrid::GridAutomation> automation_;
     std::unique_ptr<EditorFrame> frame_;
     // Frames whose windows went with a control's window that the host destroyed; somebody may still be using them.
