@@ -1,4 +1,8 @@
 // Members that manage rows as records and add cells up.
+#include <algorithm>
+#include <string>
+#include <vector>
+
 #include "com/safearray.h"
 #include "controls/grid/aggregates.h"
 #include "controls/grid/combogrid_control.h"
@@ -72,9 +76,7 @@ STDMETHODIMP ComboGridControl::SetCell(long row, long col, VARIANT text, VARIANT
         const Text written = TextOf(Variant(text));
         if (!written.empty()) Model().SetTextMatrix(static_cast<int>(row), static_cast<int>(col), written);
         if (focus == VARIANT_FALSE) return;
-        Model().SetRow(static_cast<int>(row));
-        Model().SetCol(static_cast<int>(col));
-        FocusGrid();
+        FocusCell(static_cast<int>(row), static_cast<int>(col));
     });
 }
 
@@ -84,27 +86,19 @@ STDMETHODIMP ComboGridControl::ClearRow(long row, BSTR clearCols, BSTR avoidCols
 
 STDMETHODIMP ComboGridControl::DuplicateRecord(long* record, long* matchOn, VARIANT_BOOL response,
                                                VARIANT_BOOL* result) {
-    const auto keep = ControlBase::KeepAlive();
-    return Guard([&] {
+    return Reporting([&] {
         *Required(result) = VARIANT_FALSE;
-        try {
-            entry_.CommitOpenEdit();
-            if (!HasDataRows(Model())) return;
-            const auto rows = FirstDuplicate(Model(), FirstRecordColumn(State()));
-            if (matchOn) *matchOn = rows ? rows->second : 0;
-            if (!rows) return;
-            if (record) *record = rows->first;
-            *result = VARIANT_TRUE;
-            if (response == VARIANT_FALSE) return;
-            Say(DuplicatesPrompt(*rows), msgbox::messages::duplicateRecords);
-            Model().SetRow(rows->second);
-            Model().SetCol(Model().FixedCols());
-            Model().SetColSel(Model().Cols() - 1);
-            FocusGrid();
-        } catch (...) {
-            const RunTimeError error = CurrentError();
-            ReportError(error.Number(), error.Description());
-        }
+        entry_.CommitOpenEdit();
+        if (!HasDataRows(Model())) return;
+        const auto rows = FirstDuplicate(Model(), FirstRecordColumn(State()));
+        if (matchOn) *matchOn = rows ? rows->second : 0;
+        if (!rows) return;
+        if (record) *record = rows->first;
+        *result = VARIANT_TRUE;
+        if (response == VARIANT_FALSE) return;
+        Say(DuplicatesPrompt(*rows), msgbox::messages::duplicateRecords);
+        FocusCell(rows->second, Model().FixedCols());
+        Model().SetColSel(Model().Cols() - 1);
     });
 }
 
@@ -127,9 +121,12 @@ STDMETHODIMP ComboGridControl::GetProductOf(long col2Set, VARIANT* cols, VARIANT
     });
 }
 
-// The inner grid itself: an editor that is open in the current cell is closed first.
-void ComboGridControl::FocusGrid() {
+// The focus goes to the inner grid itself: an editor that is open in the current cell is closed first.
+void ComboGridControl::FocusCell(int row, int col) {
     entry_.CommitOpenEdit();
+    Model().SetRow(row);
+    Model().SetCol(col);
+    entry_.GridWindow().ScrollIntoView(row, col);
     TakeFocus();
 }
 

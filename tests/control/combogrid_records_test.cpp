@@ -1,0 +1,360 @@
+// Members that manage rows as records and add cells up, as hosts call them.
+#include <gtest/gtest.h>
+
+#include "Qvx.h"
+#include "com/safearray.h"
+#include "com/text.h"
+#include "tests/control/combogrid_form.h"
+#include "tests/support/late_bound_object.h"
+#include "tests/support/message_box.h"
+
+namespace qvx::test {
+namespace {
+
+using F = ComboGridForm;
+
+VARIANT Reference(VARTYPE type, void* variable) {
+    VARIANT reference{};
+    reference.vt = static_cast<VARTYPE>(VT_BYREF | type);
+    reference.byref = variable;
+    return reference;
+}
+
+VARIANT Reference(Variant& variable) { return Reference(VT_VARIANT, variable.ptr()); }
+
+// Name, Qty and Rate of data row after data row; "" leaves a cell as it is.
+void Fill(F& form, const std::vector<std::vector<const char16_t*>>& rows) {
+    Put(form.grid.get(), L"Rows", {Variant(static_cast<long>(rows.size()) + 1)});
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        for (std::size_t col = 0; col < rows[row].size(); ++col)
+            form.SetCell(static_cast<int>(row) + 1, F::name + static_cast<int>(col), rows[row][col]);
+}
+
+std::string Column(const F& form, int col) {
+    std::string cells;
+    for (long row = 1; row < form.Number(L"Rows"); ++row) {
+        for (const char16_t c : form.Cell(static_cast<int>(row), col)) cells += static_cast<char>(c);
+        cells += '/';
+    }
+    return cells;
+}
+
+int ErrorOf(const CallResult& call) { return static_cast<int>(call.scode & 0xFFFF); }
+
+TEST(ComboGridRecords, EmptyRowsGo) {
+    F form({{L"KeyColumn", Variant(int{F::rate})}, {L"AutoRecordNumber", Variant(true)}});
+    const std::vector<std::vector<const char16_t*>> rows{
+        {u"a", u"1", u""}, {u"", u"0", u""}, {u"", u"", u" "}, {u"d", u"", u"5"}};
+    Fill(form, rows);
+    Call(form.grid.get(), L"RemoveEmptyRows");
+    EXPECT_EQ("/d/", Column(form, F::name)) << "by the key column when nothing else is said";
+    EXPECT_EQ("1/2/", Column(form, F::no));
+    Fill(form, rows);
+    Call(form.grid.get(), L"RemoveEmptyRows", {Variant(false)});
+    EXPECT_EQ("a/d/", Column(form, F::name));
+    Fill(form, rows);
+    const auto early = form.grid.As<_ComboGrid>();
+    EXPECT_EQ(S_OK, early->RemoveEmptyRows(VARIANT_TRUE));
+    EXPECT_EQ("/d/", Column(form, F::name));
+    // Nothing but empty rows: the grid's refusal of its last one is no error.
+    Fill(form, {{u"", u"", u""}, {u"", u"", u""}});
+    Call(form.grid.get(), L"RemoveEmptyRows");
+    EXPECT_EQ("1/", Column(form, F::no));
+    EXPECT_EQ(1, form.Number(L"Row"));
+}
+
+TEST(ComboGridRecords, AllGo) {
+    F form({{L"AutoRecordNumber", Variant(true)}});
+    Fill(form, {{u"a", u"1"}, {u"b", u"2"}, {u"c", u"3"}});
+    Put(form.grid.get(), L"Changed", {Variant(true)});
+    Call(form.grid.get(), L"RemoveAllRecords");
+    EXPECT_EQ(2, form.Number(L"Rows"));
+    EXPECT_EQ(u"", form.Cell(1, F::name));
+    EXPECT_EQ(u"1", form.Cell(1, F::no));
+    EXPECT_EQ(false, Call(form.grid.get(), L"Changed").ToBool());
+    EXPECT_EQ(S_OK, form.grid.As<_ComboGrid>()->RemoveAllRecords());
+}
+
+TEST(ComboGridRecords, CellsAreSetButNotCleared) {
+    F form;
+    form.SetCell(1, F::name, u"former");
+    const struct {
+        Variant text;
+        const char16_t* cell;
+    } cases[] = {
+        {Variant(u"new"), u"new"}, {Variant(u""), u"new"},        {Variant(12.5), u"12.5"},
+        {Variant(), u"12.5"},      {Variant::Missing(), u"12.5"}, {Variant(static_cast<short>(7)), u"7"},
+    };
+    for (const auto& c : cases) {
+        Call(form.grid.get(), L"SetCell", {Variant(1), Variant(int{F::name}), c.text});
+        EXPECT_EQ(c.cell, form.Cell(1, F::name));
+    }
+    Call(form.grid.get(), L"SetCell", {Variant(1), Variant(int{F::name})});
+    EXPECT_EQ(u"7", form.Cell(1, F::name));
+    EXPECT_EQ("", form.Log()) << "no change events";
+    EXPECT_EQ(false, Call(form.grid.get(), L"Changed").ToBool());
+    EXPECT_EQ(381, ErrorOf(Invoke(form.grid.get(), L"SetCell", DISPATCH_METHOD,
+                                  {Variant(9).get(), Variant(1).get(), Variant(u"x").get()})));
+    EXPECT_EQ(30009, ErrorOf(Invoke(form.grid.get(), L"SetCell", DISPATCH_METHOD,
+                                    {Variant(9).get(), Variant(1).get(), Variant(u"").get(), Variant(true).get()})));
+}
+
+TEST(ComboGridRecords, SetCellMovesTheCursorAndTheFocus) {
+    F form;
+    form.GoTo(1, F::name);
+    form.Type(L"open");
+    ASSERT_NE(nullptr, form.Frame());
+    Call(form.grid.get(), L"SetCell", {Variant(2), Variant(int{F::qty}), Variant::Missing(), Variant(true)});
+    form.Pump();
+    EXPECT_EQ("2,2", form.Current());
+    EXPECT_EQ(u"open", form.Cell(1, F::name)) << "the edit that was left is finished";
+    EXPECT_EQ(form.InnerGrid(), GetFocus());
+    EXPECT_EQ(nullptr, form.Frame());
+    // From a window elsewhere, to the current cell.
+    SetFocus(form.container.Window());
+    BSTR text = SysAllocString(L"4");
+    VARIANT value{};
+    value.vt = VT_BSTR;
+    value.bstrVal = text;
+    EXPECT_EQ(S_OK, form.grid.As<_ComboGrid>()->SetCell(2, F::qty, value, VARIANT_TRUE));
+    SysFreeString(text);
+    EXPECT_EQ(u"4", form.Cell(2, F::qty));
+    EXPECT_EQ(form.InnerGrid(), GetFocus());
+}
+
+TEST(ComboGridRecords, RowsAreCleared) {
+    F form;
+    const auto clear = [&](const std::vector<Variant>& lists) {
+        Fill(form, {{u"a", u"1", u"2"}, {u"b", u"3", u"4"}});
+        form.SetCell(1, F::no, u"1");
+        std::vector<Variant> arguments{Variant(1)};
+        arguments.insert(arguments.end(), lists.begin(), lists.end());
+        Call(form.grid.get(), L"ClearRow", arguments);
+        std::string row;
+        for (const int col : {F::no, F::name, F::qty, F::rate})
+            for (const char16_t c : form.Cell(1, col) + u"|") row += static_cast<char>(c);
+        return row;
+    };
+    EXPECT_EQ("1||||", clear({}));
+    EXPECT_EQ("|a||2|", clear({Variant(u";No;qty;")}));
+    EXPECT_EQ("1|||2|", clear({Variant(u";Qty;"), Variant(u";Rate;")}));
+    EXPECT_EQ("1|||2|", clear({Variant::Missing(), Variant(u";Rate;")}));
+    EXPECT_EQ("b/", Column(form, F::name).substr(1)) << "the other row is as it was";
+    EXPECT_EQ(381, ErrorOf(Invoke(form.grid.get(), L"ClearRow", DISPATCH_METHOD, {Variant(9).get()})));
+}
+
+TEST(ComboGridRecords, DuplicatesComeBackThroughTheArguments) {
+    F form({{L"AutoRecordNumber", Variant(true)}});
+    Fill(form, {{u"a", u"1"}, {u"b", u"2"}, {u"B", u"2"}, {u"a1"}});
+    const auto duplicate = [&](const std::vector<VARIANT>& arguments) {
+        const CallResult call = Invoke(form.grid.get(), L"DuplicateRecord", DISPATCH_METHOD, arguments);
+        EXPECT_EQ(S_OK, call.result);
+        return call.value.ToBool();
+    };
+    EXPECT_EQ(true, duplicate({}));
+    Variant record;
+    Variant matchOn(u"7");
+    EXPECT_EQ(true, duplicate({Reference(record), Reference(matchOn)}));
+    EXPECT_EQ(1, record.ToLong()) << "cells' borders do not count, and the first row that is there again wins";
+    EXPECT_EQ(4, matchOn.ToLong());
+    form.SetCell(4, F::name, u"other");
+    short small = 9;
+    double real = 9;
+    EXPECT_EQ(true, duplicate({Reference(VT_I2, &small), Reference(VT_R8, &real)}));
+    EXPECT_EQ(2, small);
+    EXPECT_EQ(3.0, real);
+    long number = 9;
+    EXPECT_EQ(true, duplicate({Variant::Missing().get(), Reference(VT_I4, &number)}));
+    EXPECT_EQ(3, number);
+    // None: the first argument stays, the second is 0.
+    form.SetCell(3, F::name, u"c");
+    small = 9;
+    EXPECT_EQ(false, duplicate({Reference(VT_I2, &small), Reference(VT_I4, &number)}));
+    EXPECT_EQ(9, small);
+    EXPECT_EQ(0, number);
+    EXPECT_EQ("1,1", form.Current()) << "nothing is selected without being asked for";
+
+    const auto early = form.grid.As<_ComboGrid>();
+    form.SetCell(3, F::name, u"B");
+    long first = 9;
+    VARIANT_BOOL found = VARIANT_FALSE;
+    EXPECT_EQ(S_OK, early->DuplicateRecord(&first, &number, VARIANT_FALSE, &found));
+    EXPECT_EQ(VARIANT_TRUE, found);
+    EXPECT_EQ(std::pair(2L, 3L), std::pair(first, number));
+    EXPECT_EQ(S_OK, early->DuplicateRecord(nullptr, nullptr, VARIANT_FALSE, &found));
+    EXPECT_EQ(E_POINTER, early->DuplicateRecord(&first, &number, VARIANT_FALSE, nullptr));
+}
+
+// The text of the box is drawn; its caption is the window's.
+TEST(ComboGridRecords, TheUserIsToldOfDuplicates) {
+    F form;
+    Fill(form, {{u"x", u"1"}, {u"a", u"2"}, {u"y", u"3"}, {u"A", u"2"}});
+    SetWindowTextW(form.container.Window(), L"Orders");
+    form.GoTo(1, F::rate);
+    std::wstring caption;
+    const ULONGLONG start = GetTickCount64();
+    CallResult call;
+    {
+        const Person person([&] {
+            const HWND box = WaitForBox();
+            wchar_t text[100] = L"";
+            GetWindowTextW(box, text, 100);
+            caption = text;
+        });
+        call = Invoke(form.grid.get(), L"DuplicateRecord", DISPATCH_METHOD,
+                      {Variant::Missing().get(), Variant::Missing().get(), Variant(true).get()});
+    }
+    const ULONGLONG taken = GetTickCount64() - start;
+    EXPECT_EQ(true, call.value.ToBool());
+    EXPECT_NE(std::wstring::npos, caption.find(L"Orders")) << "the form's caption";
+    EXPECT_GE(taken, 2400u) << "it closes by itself";
+    EXPECT_LT(taken, 9000u);
+    form.Pump();
+    EXPECT_EQ("4,1", form.Current());
+    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    EXPECT_EQ(int{F::key}, Call(inner.get(), L"ColSel").ToLong());
+    EXPECT_EQ(form.InnerGrid(), GetFocus());
+}
+
+TEST(ComboGridRecords, NoBoxWithoutDuplicates) {
+    F form;
+    Fill(form, {{u"x"}, {u"a"}});
+    const CallResult call = Invoke(form.grid.get(), L"DuplicateRecord", DISPATCH_METHOD,
+                                   {Variant::Missing().get(), Variant::Missing().get(), Variant(true).get()});
+    EXPECT_EQ(false, call.value.ToBool());
+    EXPECT_EQ("1,1", form.Current());
+}
+
+TEST(ComboGridRecords, AnOpenEditIsFinishedFirst) {
+    for (const wchar_t* method : {L"RemoveEmptyRows", L"RemoveAllRecords", L"DuplicateRecord"}) {
+        F form;
+        Fill(form, {{u"first"}, {u"second"}});
+        form.GoTo(2, F::name);
+        form.Type(L"typed");
+        ASSERT_NE(nullptr, form.Frame());
+        form.Log();
+        Call(form.grid.get(), method);
+        form.Pump();
+        EXPECT_EQ(nullptr, form.Frame());
+        EXPECT_EQ("2(2, 1, second, typed, False)\n", form.Log()) << "told before the rows move";
+        if (std::wstring(method) == L"RemoveAllRecords") {
+            EXPECT_EQ("/", Column(form, F::name));
+        } else {
+            EXPECT_EQ("first/typed/", Column(form, F::name));
+        }
+    }
+}
+
+TEST(ComboGridRecords, Sums) {
+    F form;
+    Fill(form, {{u"x", u"10", u"1,250"}, {u"y", u"", u"12 kg"}, {u"7", u"abc", u"-.5"}, {u"", u"2.5", u""}});
+    const auto sum = [&](int rowOrCol, int index) {
+        const Variant result = Call(form.grid.get(), L"GetSumOf", {Variant(rowOrCol), Variant(index)});
+        EXPECT_EQ(VT_R8, result.Type());
+        return result.ToDouble();
+    };
+    EXPECT_EQ(12.5, sum(gdCol, F::qty));
+    EXPECT_EQ(12.5, sum(gdCol, F::rate));
+    EXPECT_EQ(12.5, sum(7, F::rate)) << "whatever is not a row";
+    EXPECT_EQ(11, sum(gdRow, 1));
+    EXPECT_EQ(0, sum(gdRow, 0)) << "captions";
+    EXPECT_EQ(381, ErrorOf(Invoke(form.grid.get(), L"GetSumOf", DISPATCH_METHOD,
+                                  {Variant(int{gdCol}).get(), Variant(99).get()})));
+    VARIANT early;
+    VariantInit(&early);
+    EXPECT_EQ(S_OK, form.grid.As<_ComboGrid>()->GetSumOf(gdCol, F::qty, &early));
+    EXPECT_EQ(VT_R8, early.vt);
+    EXPECT_EQ(12.5, early.dblVal);
+}
+
+// A zero-based array of variants.
+SafeArray ArrayOfVariants(std::initializer_list<Variant> elements) { return SafeArray::OfVariants(elements); }
+
+VARIANT AsVariant(const SafeArray& array, VARTYPE type = VT_VARIANT) {
+    VARIANT value{};
+    value.vt = static_cast<VARTYPE>(VT_ARRAY | type);
+    value.parray = array.get();
+    return value;
+}
+
+class Products : public ::testing::Test {
+  protected:
+    Products() {
+        Fill(form_, {{u"3", u"2", u"2.5"}, {u"x", u"4", u"1"}, {u"1", u"", u"9"}});
+        // An amount column that is neither written yet nor read.
+        form_.SetCell(1, F::skip, u"old");
+    }
+    // What comes back; -1000 less the number of an error when there was one.
+    double Product(VARIANT columns, int col2Set = -1) {
+        const CallResult call =
+            Invoke(form_.grid.get(), L"GetProductOf", DISPATCH_METHOD, {Variant(col2Set).get(), columns});
+        if (FAILED(call.result)) return -1000 - (call.scode != 0 ? ErrorOf(call) : 0);
+        EXPECT_EQ(VT_R8, call.value.Type());
+        return *call.value.ToDouble();
+    }
+    F form_;
+};
+
+TEST_F(Products, AreWrittenAndAddedUp) {
+    const SafeArray columns = ArrayOfVariants({Variant(int{F::qty}), Variant(int{F::rate})});
+    EXPECT_EQ(9, Product(AsVariant(columns)));
+    EXPECT_EQ("old///", Column(form_, F::skip)) << "below 0 nothing is written";
+    EXPECT_EQ(9, Product(AsVariant(columns), F::skip));
+    EXPECT_EQ("5/4/0/", Column(form_, F::skip));
+    EXPECT_EQ("", form_.Log()) << "no change events";
+    EXPECT_EQ(false, Call(form_.grid.get(), L"Changed").ToBool());
+    VARIANT list = AsVariant(columns);
+    VARIANT early;
+    VariantInit(&early);
+    EXPECT_EQ(S_OK, form_.grid.As<_ComboGrid>()->GetProductOf(-1, &list, &early));
+    EXPECT_EQ(VT_R8, early.vt);
+    EXPECT_EQ(9, early.dblVal);
+}
+
+TEST_F(Products, ListsComeInManyForms) {
+    const SafeArray texts = ArrayOfVariants({Variant(u"2"), Variant(u" 3.4 ")});
+    EXPECT_EQ(9, Product(AsVariant(texts)));
+    const SafeArray rounded = ArrayOfVariants({Variant(2.5), Variant(2.51)});
+    EXPECT_EQ(9, Product(AsVariant(rounded))) << "half to even";
+    // Elements that refer on to variables, in a variable, passed by reference.
+    long qty = F::qty;
+    Variant rate(u"3");
+    SafeArray references(SafeArrayCreateVector(VT_VARIANT, 0, 2));
+    static_cast<VARIANT*>(references.get()->pvData)[0] = Reference(VT_I4, &qty);
+    static_cast<VARIANT*>(references.get()->pvData)[1] = Reference(rate);
+    VARIANT inner = AsVariant(references);
+    EXPECT_EQ(9, Product(Reference(VT_VARIANT, &inner)));
+    SAFEARRAY* array = references.get();
+    EXPECT_EQ(9, Product(Reference(VT_ARRAY | VT_VARIANT, &array)));
+    SafeArray longs(SafeArrayCreateVector(VT_I4, 0, 2));
+    static_cast<LONG*>(longs.get()->pvData)[0] = F::qty;
+    static_cast<LONG*>(longs.get()->pvData)[1] = F::rate;
+    EXPECT_EQ(9, Product(AsVariant(longs, VT_I4)));
+    // As the other script language has it.
+    const auto object = MakeObject<LateBoundObject>();
+    object->members[L"length"] = Variant(2);
+    object->members[L"0"] = Variant(int{F::qty});
+    object->members[L"1"] = Variant(u"3");
+    EXPECT_EQ(9, Product(Variant(static_cast<IDispatch*>(object.get())).get()));
+}
+
+TEST_F(Products, ListsBeginAtElementZero) {
+    const auto from = [&](LONG low, ULONG count) {
+        SafeArray array(SafeArrayCreateVector(VT_I4, low, count));
+        for (ULONG i = 0; i < count; ++i)
+            static_cast<LONG*>(array.get()->pvData)[i] = low + static_cast<LONG>(i) + F::qty;
+        return Product(AsVariant(array, VT_I4));
+    };
+    EXPECT_EQ(9, from(0, 2));
+    EXPECT_EQ(9, from(-2, 4)) << "what stands before element 0 does not count";
+    EXPECT_EQ(-1009, from(1, 2));
+    EXPECT_EQ(-1009, from(-2, 2));
+    EXPECT_EQ(-1009, from(0, 0));
+    EXPECT_EQ(-1013, Product(Variant(2).get())) << "no list at all";
+    EXPECT_EQ(-1381, Product(AsVariant(ArrayOfVariants({Variant(99)}))));
+    EXPECT_EQ(-1381, Product(AsVariant(ArrayOfVariants({Variant(2)})), 99));
+    EXPECT_EQ("old///", Column(form_, F::skip));
+}
+
+}  // namespace
+}  // namespace qvx::test
