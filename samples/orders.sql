@@ -13,7 +13,7 @@ create table lines (
   order_id integer not null references orders(id),
   position integer not null,
   article text not null references articles(name),
-  quantity integer not null check (quantity > 0),
+  quantity integer not null check (quantity between 1 and 9999),
   price currency not null check (price >= 0),
   primary key (order_id, position)
 );
