@@ -122,6 +122,10 @@ End Function
 
 ' The lower grid follows the upper one, unless it holds lines that would be lost.
 Sub grdOrders_EnterCell()
+    FollowOrder
+End Sub
+
+Sub FollowOrder()
     Dim shown
     If Busy Then Exit Sub
     shown = ShownRow()
@@ -148,6 +152,7 @@ End Sub
 
 Sub grdOrders_AfterCellChange(Row, Col, OldData, NewData, Cancel)
     Host.Log "Orders changed " & Row & "," & Col & " [" & OldData & "] [" & NewData & "]"
+    If Row > 0 Then FollowOrder  ' a row that has been put in becomes the current one without being entered
 End Sub
 
 ' Row -1 says that lines have come or gone as a whole.
