@@ -69,7 +69,7 @@ make_root32() {
 want_database32() {
   local log=$logs/root32-database.log
   if [[ $root32_way == beside ]]; then
-    want libsqliteodbc:i386
+    want libodbc2:i386 libsqliteodbc:i386
   elif ! ls "$root32"/usr/lib/i386-linux-gnu/odbc/libsqlite3odbc.so >/dev/null 2>&1; then
     say "Installing the database driver in $root32"
     as_root chroot "$root32" sh -c 'export DEBIAN_FRONTEND=noninteractive LC_ALL=C
