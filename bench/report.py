@@ -3,8 +3,8 @@
 
     bench/report.py RESULTS... > report.md
 
-Works in seconds: load, sum, scan, insert_top, insert_block, remove_half, first_frame. In bytes per cell: memory. In frames
-per second: frames, scroll.
+Works in seconds: load, sum, scan, insert_top, insert_block, remove_half, duplicates, product, product_set, remove_empty,
+first_frame. In bytes per cell: memory. In frames per second: frames, scroll.
 """
 import sys
 from collections import defaultdict
@@ -24,6 +24,10 @@ NAMES = {
     "sum": "sum of a column",
     "scan": "scan of every cell by a rule",
     "remove_half": "remove every second row",
+    "duplicates": "search for equal rows where none are",
+    "product": "product of two columns",
+    "product_set": "product of two columns, written into a third",
+    "remove_empty": "remove the half of the rows that is empty",
     "insert_top": "insert 1,000 rows at the top, a call a row",
     "insert_block": "insert 1,000 rows at the top, in as few calls as can be",
     "first_frame": "first painted frame with 100,000 rows, load included",
@@ -37,6 +41,10 @@ GOALS = {
     "sum": (12, 100),
     "scan": (12, 100),
     "remove_half": (80, 200),
+    "duplicates": (8, None),
+    "product": (12, None),
+    "product_set": (12, None),
+    "remove_empty": (50, None),
     "insert_top": (100, 150),
     "frames": (4, 6),
     "first_frame": (4, 40),
@@ -144,7 +152,8 @@ def growth(table):
     sizes = sorted(table.get("load", {}))
     print("| work | " + " | ".join(f"{n:,}" for n in sizes) + " |")
     print("|---|" + "---:|" * len(sizes))
-    for work in ("load", "memory", "sum", "scan", "remove_half", "insert_top", "insert_block"):
+    for work in ("load", "memory", "sum", "scan", "remove_half", "insert_top", "insert_block", "duplicates", "product", "product_set",
+                 "remove_empty"):
         cells, last = [], None
         for n in sizes:
             value = table.get(work, {}).get(n, {}).get(OURS, (None, 0))[0]
@@ -166,7 +175,8 @@ def main():
           "thread's processor time natively and in elapsed time in the Windows process; painting in elapsed time; memory\n"
           "as what the allocator has handed out, natively.\n"
           "`cut` stands where a work was expected to take too long. A ratio says how many times better Qvx is.\n")
-    data = ["load", "memory", "sum", "scan", "remove_half", "insert_top", "insert_block"]
+    data = ["load", "memory", "sum", "scan", "remove_half", "insert_top", "insert_block", "duplicates", "product", "product_set",
+            "remove_empty"]
     paint = ["frames", "scroll", "first_frame"]
     if native:
         compare("Beside the best toolkit", native, native, TOOLKITS, 0, data)

@@ -80,9 +80,25 @@ Text NotFiniteText(double value) {
     return value < 0 ? u"-1.#INF" : u"1.#INF";
 }
 
+// Most numbers are the nearest double to a short decimal: the shortest text that reads as the same double is quickly
+// found, and where it has no more than 15 digits no other decimal of 15 digits lies nearer. "" for all others.
+Text ShortText(double value) {
+    if (!(std::fabs(value) < 1e15 && std::fabs(value) >= 1e-4)) return {};
+    std::array<char, 32> buffer;
+    const char* const begin = buffer.data();
+    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);
+    if (written.ec != std::errc()) return {};
+    const char* const end = written.ptr;
+    const char* const first = std::find_if_not(begin, end, [](char c) { return c == '-' || c == '0' || c == '.'; });
+    const bool pointBehind = std::find(first, end, '.') != end;
+    if (end - first > maxSignificantDigits + (pointBehind ? 1 : 0)) return {};
+    return Text(begin, end);
+}
+
 }  // namespace
 
 Text DoubleToText(double value) {
+    if (Text text = ShortText(value); !text.empty()) return text;
     if (!std::isfinite(value)) return NotFiniteText(value);
     const Decimal decimal = ToDecimal(value);
     if (decimal.digits.empty()) return u"0";

@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QScrollBar>
+#include <QSet>
 #include <QStandardItemModel>
 #include <QTableView>
 #include <QTableWidget>
@@ -11,6 +12,7 @@
 
 #include "bench/support/data_works.h"
 #include "bench/support/paint_works.h"
+#include "bench/support/record_works.h"
 
 namespace qvx::bench {
 namespace {
@@ -63,6 +65,42 @@ void RemoveEverySecondOf(QAbstractItemModel& model) {
         if (row < model.rowCount()) model.removeRow(row);
 }
 
+bool HasDuplicateIn(const QAbstractItemModel& model) {
+    const int rows = model.rowCount();
+    QSet<QString> keys;
+    keys.reserve(rows);
+    for (int row = 0; row < rows; ++row) {
+        QString key;
+        for (int col = 0; col < columnCount; ++col) key += model.index(row, col).data().toString();
+        keys.insert(key.toCaseFolded());
+    }
+    return keys.size() != rows;
+}
+
+void RemoveEmptyRowsOf(QAbstractItemModel& model) {
+    for (int row = model.rowCount() - 1; row >= 0; --row) {
+        bool empty = true;
+        for (int col = 0; empty && col < columnCount; ++col) empty = IsBlank(model.index(row, col).data().toString());
+        if (empty) model.removeRow(row);
+    }
+}
+
+double ProductIn(QAbstractItemModel& model, bool write) {
+    double total = 0;
+    const int rows = model.rowCount();
+    for (int row = 0; row < rows; ++row) {
+        const double product = model.index(row, sumColumn).data().toString().toDouble() *
+                               model.index(row, factorColumn).data().toString().toDouble();
+        if (write) model.setData(model.index(row, productColumn), QString::number(product, 'g', 15));
+        total += product;
+    }
+    return total;
+}
+
+void SetCellOf(QAbstractItemModel& model, std::size_t row, int col, const std::string& text) {
+    model.setData(model.index(static_cast<int>(row), col), QString::fromStdString(text));
+}
+
 class WidgetPeer {
   public:
     static const char* Name() { return "Qt table widget"; }
@@ -96,6 +134,10 @@ class WidgetPeer {
         for (std::size_t i = 0; i < count; ++i) SetRow(static_cast<int>(i), i);
     }
     void RemoveEverySecond() { RemoveEverySecondOf(*table_.model()); }
+    void SetCell(std::size_t row, int col, const std::string& text) { SetCellOf(*table_.model(), row, col, text); }
+    bool HasDuplicate() { return HasDuplicateIn(*table_.model()); }
+    void RemoveEmptyRows() { RemoveEmptyRowsOf(*table_.model()); }
+    double Product(bool write) { return ProductIn(*table_.model(), write); }
     std::size_t Rows() { return static_cast<std::size_t>(table_.rowCount()); }
     std::string Cell(std::size_t row, std::size_t col) {
         return table_.item(static_cast<int>(row), static_cast<int>(col))->text().toStdString();
@@ -131,6 +173,10 @@ class ItemModelPeer {
             });
     }
     void RemoveEverySecond() { RemoveEverySecondOf(model_); }
+    void SetCell(std::size_t row, int col, const std::string& text) { SetCellOf(model_, row, col, text); }
+    bool HasDuplicate() { return HasDuplicateIn(model_); }
+    void RemoveEmptyRows() { RemoveEmptyRowsOf(model_); }
+    double Product(bool write) { return ProductIn(model_, write); }
     std::size_t Rows() { return static_cast<std::size_t>(model_.rowCount()); }
     std::string Cell(std::size_t row, std::size_t col) {
         return model_.item(static_cast<int>(row), static_cast<int>(col))->text().toStdString();
@@ -305,4 +351,6 @@ int main(int argc, char** argv) {
     RunDataWorks<WidgetPeer>(options);
     RunDataWorks<ItemModelPeer>(options);
     RunDataWorks<VectorModelPeer>(options);
+    RunRecordWorks<WidgetPeer>(options);
+    RunRecordWorks<ItemModelPeer>(options);
 }

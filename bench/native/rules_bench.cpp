@@ -2,11 +2,15 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "bench/support/data_works.h"
+#include "bench/support/record_works.h"
 #include "bench/support/rules_peer.h"
+#include "common/number_text.h"
 #include "common/numeric_reading.h"
+#include "common/text_compare.h"
 
 namespace qvx::bench {
 namespace {
@@ -44,6 +48,35 @@ class ArraysPeer {
             if (kept != row) rows_[kept] = std::move(rows_[row]);
         rows_.resize(kept);
     }
+    void SetCell(std::size_t row, int col, const std::string& text) {
+        rows_[row][static_cast<std::size_t>(col)].assign(text.begin(), text.end());
+    }
+    bool HasDuplicate() {
+        std::unordered_set<Text> keys;
+        keys.reserve(rows_.size());
+        Text key;
+        for (const Row& row : rows_) {
+            key.clear();
+            for (const Text& cell : row) key += cell;
+            if (!keys.insert(FoldedText(key)).second) return true;
+        }
+        return false;
+    }
+    void RemoveEmptyRows() {
+        std::erase_if(rows_, [](const Row& row) {
+            return std::all_of(row.begin(), row.end(),
+                               [](const Text& cell) { return cell.find_first_not_of(u' ') == Text::npos; });
+        });
+    }
+    double Product(bool write) {
+        double total = 0;
+        for (Row& row : rows_) {
+            const double product = NumericValue(row[sumColumn]) * NumericValue(row[factorColumn]);
+            if (write) row[productColumn] = DoubleToText(product);
+            total += product;
+        }
+        return total;
+    }
     std::size_t Rows() { return rows_.size(); }
     std::string Cell(std::size_t row, std::size_t col) {
         return std::string(rows_[row][col].begin(), rows_[row][col].end());
@@ -77,4 +110,6 @@ int main(int argc, char** argv) {
     qvx::bench::RunDataWorks<qvx::bench::RulesPeer>(options);
     qvx::bench::RunDataWorks<qvx::bench::RulesOneByOnePeer>(options);
     qvx::bench::RunDataWorks<qvx::bench::ArraysPeer>(options);
+    qvx::bench::RunRecordWorks<qvx::bench::RulesPeer>(options);
+    qvx::bench::RunRecordWorks<qvx::bench::ArraysPeer>(options);
 }

@@ -4,10 +4,12 @@
 #include <wx/grid.h>
 
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "bench/support/data_works.h"
 #include "bench/support/paint_works.h"
+#include "bench/support/record_works.h"
 
 namespace qvx::bench {
 namespace {
@@ -78,6 +80,41 @@ class WxPeer {
     void RemoveEverySecond() {
         for (int row = (table_.GetNumberRows() - 1) | 1; row > 0; row -= 2)
             if (row < table_.GetNumberRows()) table_.DeleteRows(static_cast<std::size_t>(row), 1);
+    }
+    void SetCell(std::size_t row, int col, const std::string& text) {
+        table_.SetValue(static_cast<int>(row), col, wxString::FromAscii(text.c_str()));
+    }
+    bool HasDuplicate() {
+        const int rows = table_.GetNumberRows();
+        std::unordered_set<wxString, wxStringHash> keys;
+        keys.reserve(static_cast<std::size_t>(rows));
+        for (int row = 0; row < rows; ++row) {
+            wxString key;
+            for (int col = 0; col < columnCount; ++col) key += table_.GetValue(row, col);
+            if (!keys.insert(key.MakeLower()).second) return true;
+        }
+        return false;
+    }
+    void RemoveEmptyRows() {
+        for (int row = table_.GetNumberRows() - 1; row >= 0; --row) {
+            bool empty = true;
+            for (int col = 0; empty && col < columnCount; ++col)
+                empty = table_.GetValue(row, col).find_first_not_of(wxT(' ')) == wxString::npos;
+            if (empty) table_.DeleteRows(static_cast<std::size_t>(row), 1);
+        }
+    }
+    double Product(bool write) {
+        double total = 0;
+        const int rows = table_.GetNumberRows();
+        for (int row = 0; row < rows; ++row) {
+            double first = 0;
+            double second = 0;
+            table_.GetValue(row, sumColumn).ToCDouble(&first);
+            table_.GetValue(row, factorColumn).ToCDouble(&second);
+            if (write) table_.SetValue(row, productColumn, wxString::FromCDouble(first * second));
+            total += first * second;
+        }
+        return total;
     }
     std::size_t Rows() { return static_cast<std::size_t>(table_.GetNumberRows()); }
     std::string Cell(std::size_t row, std::size_t col) {
@@ -150,6 +187,7 @@ class WxBench : public wxApp {
         const Options options(argc, argv);
         RunPaintWorks<WxScreen>();
         RunDataWorks<WxPeer>(options);
+        RunRecordWorks<WxPeer>(options);
         return 0;
     }
 };

@@ -4,9 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "bench/support/record_works.h"
 #include "bench/support/workload.h"
 #include "common/numeric_reading.h"
 #include "common/text.h"
+#include "controls/grid/aggregates.h"
+#include "controls/grid/duplicate_rows.h"
+#include "controls/grid/row_operations.h"
 #include "elements/flexgrid/grid.h"
 
 namespace qvx::bench {
@@ -54,6 +58,15 @@ class RulesPeer {
 
     void RemoveEverySecond() {
         grid_.RemoveRowsIf([](int row) { return row % 2 != 0; });
+    }
+
+    void SetCell(std::size_t row, int col, const std::string& text) {
+        grid_.SetTextMatrix(static_cast<int>(row), col, Text(text.begin(), text.end()));
+    }
+    bool HasDuplicate() { return grid::FirstDuplicate(grid_, 0).has_value(); }
+    void RemoveEmptyRows() { grid::RemoveEmptyRows(grid_, grid::ControlState(), false); }
+    double Product(bool write) {
+        return grid::SumOfProducts(grid_, write ? productColumn : -1, std::vector{sumColumn, factorColumn});
     }
 
     std::size_t Rows() { return static_cast<std::size_t>(grid_.Rows()); }

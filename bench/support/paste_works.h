@@ -1,0 +1,62 @@
+// Cells pasted over a whole table and the paste undone, beside the plain load of the same rows: one value after the
+// other goes through its column's rules into the grid and into the history.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "bench/support/data_works.h"
+#include "bench/support/measure.h"
+#include "bench/support/workload.h"
+#include "common/text.h"
+#include "controls/grid/paste.h"
+
+namespace qvx::bench {
+
+struct NobodyListens {
+    void BeforeCellChange(int, int, const Text&, bool&) {}
+    void AfterCellChange(int, int, const Text&, const Text&, bool&) {}
+    bool Listens() const { return false; }
+};
+
+inline void RunPasteWorks(const Options& options) {
+    const std::vector<Text> texts = RowTexts<Text>();
+    for (std::size_t rows = 1000; rows <= options.maxRows && rows <= 100'000; rows *= 10) {
+        Text clipboard;
+        for (std::size_t row = 0; row < rows; ++row) clipboard.append(texts[row % distinctRows]).append(u"\r\n");
+        std::vector<double> paste;
+        std::vector<double> undo;
+        for (std::size_t run = 0; run < 9; ++run) {
+            flexgrid::Grid grid;
+            grid.SetFixedRows(0);
+            grid.SetFixedCols(0);
+            grid.SetCols(columnCount);
+            grid.SetRows(static_cast<int>(rows));
+            grid.MoveTo(0, 0);
+            grid::ControlState state;
+            grid::EditHistory history(grid);
+            NobodyListens nobody;
+            const grid::CellSources sources;
+            const WorkStopwatch pasting;
+            {
+                const grid::ClipboardCells cells(clipboard);
+                const grid::CellRectangle rectangle(grid, cells);
+                grid::CellWriter<NobodyListens>(grid, state, history, nobody, sources).Write(rectangle);
+            }
+            paste.push_back(pasting.Seconds());
+            const auto is = [&](std::size_t row) {
+                const Text& text = texts[row % distinctRows];
+                return grid.TextMatrix(static_cast<int>(row), 0) == text.substr(0, text.find(u'\t'));
+            };
+            CheckSameWork(is(0) && is(rows - 1), "Qvx rules", "paste");
+            const WorkStopwatch undoing;
+            history.Undo(state);
+            undo.push_back(undoing.Seconds());
+            CheckSameWork(!is(0) && !is(rows - 1), "Qvx rules", "undo_paste");
+        }
+        Report("paste", rows, "Qvx rules", Median(paste), paste.size());
+        Report("undo_paste", rows, "Qvx rules", Median(undo), undo.size());
+    }
+}
+
+}  // namespace qvx::bench
