@@ -225,7 +225,7 @@ std::optional<LRESULT> ButtonControl::OnWindowMessage(UINT message, WPARAM wPara
         Invalidate();
         return std::nullopt;
     }
-    if (message == WM_CAPTURECHANGED) {
+    if (message == WM_CAPTURECHANGED || (message == WM_GETOBJECT && UserMode())) {
         return button_.HandleMessage(message, wParam, lParam);
     }
     // The host is asked only for what its answer matters to.

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 
+#include "controls/buttons/button_accessible_object.h"
 #include "controls/buttons/button_face.h"
 #include "controls/buttons/button_logic.h"
 #include "win/window.h"
@@ -25,6 +26,7 @@ class ButtonElement {
     // The window it works in; null before there is one and after it is gone. Everything works without a window too, but
     // shows nothing.
     void Attach(HWND window);
+    HWND WindowHandle() const { return window_; }
     void Resize(Size pixels);
     void Paint(Surface& surface) const { image_.Paint(surface, look_); }
     // Whether HandleMessage may have something to do for a message, and the button then has to be one that takes input.
@@ -72,6 +74,7 @@ class ButtonElement {
     ButtonImage image_;
     bool releasing_ = false;  // the mouse is let go by the button itself
     qvx::detail::LifeToken life_;
+    ButtonAccessibility accessibility_{*this};
 };
 
 }  // namespace qvx::buttons

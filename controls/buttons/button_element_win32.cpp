@@ -4,6 +4,7 @@
 #include "common/send_key.h"
 #include "controls/buttons/access_key.h"
 #include "controls/buttons/button_element.h"
+#include "win/accessible.h"
 
 namespace qvx::buttons {
 
@@ -27,6 +28,7 @@ void ButtonElement::Resize(Size pixels) {
 
 void ButtonElement::SetCaption(Text caption) {
     look_.caption = std::move(caption);
+    TellAssistive(EVENT_OBJECT_NAMECHANGE, window_, CHILDID_SELF);
     DrawButton(button_state::normal);
 }
 
@@ -165,7 +167,7 @@ bool ButtonElement::CursorInside() const {
 
 bool ButtonElement::IsInput(UINT message) {
     return (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) || message == WM_KEYDOWN || message == WM_KEYUP ||
-           message == WM_GETDLGCODE;
+           message == WM_GETDLGCODE || message == ButtonAccessibility::pressMessage;
 }
 
 std::optional<LRESULT> ButtonElement::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -205,6 +207,13 @@ std::optional<LRESULT> ButtonElement::HandleMessage(UINT message, WPARAM wParam,
             return 0;
         case WM_GETDLGCODE:
             return DLGC_WANTARROWS;
+        case WM_GETOBJECT:
+            return accessibility_.Answer(wParam, lParam);
+        case ButtonAccessibility::pressMessage:
+            if (TakesInput()) {
+                SetValue(true);
+            }
+            return 0;
         case WM_KEYDOWN: {
             const int key = static_cast<int>(wParam);
             const int shift = ShiftState();

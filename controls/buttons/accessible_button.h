@@ -1,0 +1,36 @@
+// A push button as assistive programs see it.
+#pragma once
+
+#include <optional>
+
+#include "common/caption.h"
+#include "common/text.h"
+#include "controls/buttons/access_key.h"
+#include "controls/buttons/button_face.h"
+
+namespace qvx::buttons {
+
+// States as the system numbers them.
+namespace accessible_state {
+constexpr long unavailable = 0x1;
+constexpr long focused = 0x4;
+constexpr long focusable = 0x100000;
+constexpr long hasPopup = 0x40000000;
+}  // namespace accessible_state
+
+constexpr long accessibleButtonRole = 0x2B;
+
+inline Text AccessibleName(const ButtonLook& look) { return WithoutAccessMark(look.caption); }
+
+inline std::optional<Text> AccessibleShortcut(const ButtonLook& look) {
+    const char16_t key = AccessKey(look.caption);
+    return key == u'\0' ? std::nullopt : std::optional(Text(u"Alt+") + key);
+}
+
+constexpr long AccessibleState(const ButtonLook& look, bool focused) {
+    namespace state = accessible_state;
+    if (!look.enabled) return state::unavailable;
+    return state::focusable | (focused ? state::focused : 0) | (look.dropDown ? state::hasPopup : 0);
+}
+
+}  // namespace qvx::buttons
