@@ -13,14 +13,14 @@ void AccessibleEvents::NoteValue(int row, int col) {
     pending_ = true;
 }
 
-std::vector<AccessibleEvent> AccessibleEvents::Take(const Grid& grid, bool focused, TextView currentText) {
+std::vector<AccessibleEvent> AccessibleEvents::Take(const Grid& grid, bool focused, bool edited) {
     using Kind = AccessibleEvent::Kind;
     std::vector<AccessibleEvent> events;
     const bool hasCells = grid.Rows() > 0 && grid.Cols() > 0;
     const AccessiblePart cell = hasCells ? AccessiblePart{grid.Row(), grid.Col()} : AccessiblePart{};
     const int id = IdInGrid(grid, cell);
     const bool otherCell = cell != toldCell_;
-    const bool otherText = currentText != toldText_;
+    const bool otherText = !edited && hasCells && grid.Text() != toldText_;
     const bool reordered = structure_ && grid.StructureVersion() != toldStructure_;
     if (reordered) {
         events.push_back({Kind::reorder, 0});
@@ -49,7 +49,9 @@ std::vector<AccessibleEvent> AccessibleEvents::Take(const Grid& grid, bool focus
     toldStructure_ = grid.StructureVersion();
     toldCell_ = cell;
     toldSelection_ = selection;
-    toldText_ = currentText;
+    if (otherText) {
+        toldText_ = grid.Text();
+    }
     return events;
 }
 

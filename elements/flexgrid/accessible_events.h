@@ -35,9 +35,9 @@ class AccessibleEvents {
     void NoteValue(int row, int col);
     bool Pending() const { return pending_; }
 
-    // What is to be told of now, in order; nothing is pending afterwards. `currentText` is the current cell's, from its
-    // editor where one is open.
-    std::vector<AccessibleEvent> Take(const Grid& grid, bool focused, TextView currentText);
+    // What is to be told of now, in order; nothing is pending afterwards. While an editor is open over the current cell
+    // (`edited`), its text is the editor's to tell of.
+    std::vector<AccessibleEvent> Take(const Grid& grid, bool focused, bool edited);
 
   private:
     // More cells than this at once are no entry by a user any more.

@@ -49,7 +49,7 @@ class GridPart final : public AccessibleObject {
         return ValueOf(Model(), part);
     }
     std::optional<Text> DefaultAction(long child) override {
-        return IsEditable(Target(child)) ? std::optional<Text>(u"Edit") : std::nullopt;
+        return Model().Enabled() && IsEditable(Target(child)) ? std::optional<Text>(u"Edit") : std::nullopt;
     }
     long Role(long child) override { return RoleOf(Model(), Target(child)); }
     long State(long child) override {
@@ -114,7 +114,7 @@ class GridPart final : public AccessibleObject {
     const Grid& Model() const { return link_->window->Model(); }
     flexgrid::View View() const { return link_->window->SettledView(); }
     bool IsEditable(const AccessiblePart& part) const {
-        return part.IsCell() && link_->host && Model().Enabled() && link_->host->IsEditable(part.row, part.col);
+        return part.IsCell() && link_->host && link_->host->IsEditable(part.row, part.col);
     }
     AccessiblePart Target(long child) const {
         const auto part = child == CHILDID_SELF ? part_ : ChildOf(Model(), part_, static_cast<int>(child));
@@ -123,7 +123,7 @@ class GridPart final : public AccessibleObject {
     }
     // Brings the focus to the cell. What is returned keeps the window alive while it is edited.
     std::vector<std::shared_ptr<void>> GoToEdit(const AccessiblePart& part) {
-        if (!IsEditable(part)) throw ComError(DISP_E_MEMBERNOTFOUND);
+        if (!Model().Enabled() || !IsEditable(part)) throw ComError(DISP_E_MEMBERNOTFOUND);
         auto held = link_->window->Hold();
         GridPart::Select(accessible_select::takeFocus, IdFor(part));
         const bool there = link_->window && AccessiblePart{Model().Row(), Model().Col()} == part;
@@ -264,14 +264,10 @@ void GridAccessibility::TellNow() {
     FlexGridWindow& window = *link_->window;
     const Grid& grid = window.Model();
     const HWND handle = window.Handle();
-    std::optional<Text> text;
-    if (grid.Rows() > 0 && grid.Cols() > 0) {
-        if (link_->host) text = link_->host->EditedText(grid.Row(), grid.Col());
-        if (!text) text = grid.Text();
-    }
+    const bool edited = link_->host && link_->host->EditedText(grid.Row(), grid.Col()).has_value();
     // Whoever listens inside this process may do anything.
     const LifeWatch watch = window.Watch();
-    for (const AccessibleEvent& event : events_.Take(grid, GetFocus() == handle, text.value_or(Text())))
+    for (const AccessibleEvent& event : events_.Take(grid, GetFocus() == handle, edited))
         if (watch.Alive()) TellAssistive(EventOf(event.kind), window.Handle(), event.childId);
 }
 

@@ -127,6 +127,17 @@ Rect FlexGridWindow::BorderPixels() const {
     return {across, down, across, down};
 }
 
+Point FlexGridWindow::ClientCorner() const {
+    RECT outer{};
+    RECT client{};
+    if (!Handle() || !GetWindowRect(Handle(), &outer) || !GetClientRect(Handle(), &client)) {
+        const Rect border = BorderPixels();
+        return {border.left, border.top};
+    }
+    MapWindowPoints(Handle(), nullptr, reinterpret_cast<POINT*>(&client), 2);
+    return {static_cast<int>(client.left - outer.left), static_cast<int>(client.top - outer.top)};
+}
+
 View FlexGridWindow::CurrentView() const {
     View view;
     if (Handle()) {
@@ -193,9 +204,9 @@ Rect FlexGridWindow::CellTwips() {
     if (grid_.Rows() == 0 || grid_.Cols() == 0) {
         return {};
     }
-    const Rect border = BorderPixels();
+    const Point corner = ClientCorner();
     const Rect cell =
-        InsideLines(grid_, CellArea(grid_, view, grid_.Row(), grid_.Col()), fixed).Offset(border.left, border.top);
+        InsideLines(grid_, CellArea(grid_, view, grid_.Row(), grid_.Col()), fixed).Offset(corner.x, corner.y);
     const Dpi dpi = grid_.Metrics().Resolution();
     return {PixelsToTwips(cell.left, dpi.x), PixelsToTwips(cell.top, dpi.y), PixelsToTwips(cell.right, dpi.x),
             PixelsToTwips(cell.bottom, dpi.y)};
@@ -204,13 +215,13 @@ Rect FlexGridWindow::CellTwips() {
 int FlexGridWindow::RowPos(int row) {
     SettleLayout();
     const std::int64_t at = PositionOf(RowAxis(grid_, CurrentView()), row);
-    return PixelsToTwips(Held(at + BorderPixels().top), grid_.Metrics().Resolution().y);
+    return PixelsToTwips(Held(at + ClientCorner().y), grid_.Metrics().Resolution().y);
 }
 
 int FlexGridWindow::ColPos(int col) {
     SettleLayout();
     const std::int64_t at = ColumnStart(grid_, CurrentView(), col);
-    return PixelsToTwips(Held(at + BorderPixels().left), grid_.Metrics().Resolution().x);
+    return PixelsToTwips(Held(at + ClientCorner().x), grid_.Metrics().Resolution().x);
 }
 
 bool FlexGridWindow::RowIsVisible(int row) {

@@ -92,6 +92,8 @@ class FlexGridWindow final : public Window, private GridListener {
     bool TellFocus(bool got);
     View CurrentView() const;
     Rect BorderPixels() const;
+    // From the window's outer corner to its client area, in pixels: a right-to-left grid has its bar on that side.
+    Point ClientCorner() const;
 
     // What has changed since the last painting.
     void RequestPaint();

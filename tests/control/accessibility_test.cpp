@@ -1,0 +1,513 @@
+// What a screen reader gets to know of a form's grid: by walking its objects, and by the events that it is sent.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <oleacc.h>
+
+#include <functional>
+#include <sstream>
+
+#include "Qvx.h"
+#include "tests/control/combogrid_form.h"
+#include "tests/support/input.h"
+
+namespace qvx::test {
+namespace {
+
+using F = ComboGridForm;
+
+VARIANT Child(long number) {
+    VARIANT child;
+    child.vt = VT_I4;
+    child.lVal = number;
+    return child;
+}
+
+std::string Narrow(TextView text) {
+    std::string out;
+    for (const char16_t c : text) out.push_back(c < 0x80 ? static_cast<char>(c) : '?');
+    return out;
+}
+
+// One object, read as a screen reader does.
+class Spoken {
+  public:
+    Spoken() = default;
+    explicit Spoken(ComPtr<IAccessible> object) : object_(std::move(object)) {}
+    static Spoken Of(HWND window) {
+        ComPtr<IAccessible> object;
+        EXPECT_EQ(S_OK, AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
+                                                   object.put_void()));
+        return Spoken(object);
+    }
+
+    IAccessible* operator->() const { return object_.get(); }
+    explicit operator bool() const { return static_cast<bool>(object_); }
+    std::string Name() const {
+        return Said([this](BSTR* out) { return object_->get_accName(Child(0), out); });
+    }
+    std::string Value() const {
+        return Said([this](BSTR* out) { return object_->get_accValue(Child(0), out); });
+    }
+    std::string Action() const {
+        return Said([this](BSTR* out) { return object_->get_accDefaultAction(Child(0), out); });
+    }
+    std::string Shortcut() const {
+        return Said([this](BSTR* out) { return object_->get_accKeyboardShortcut(Child(0), out); });
+    }
+    long Role() const {
+        Variant role;
+        EXPECT_EQ(S_OK, object_->get_accRole(Child(0), role.put()));
+        return role.ToLong().value_or(-1);
+    }
+    long State() const {
+        Variant state;
+        EXPECT_EQ(S_OK, object_->get_accState(Child(0), state.put()));
+        return state.ToLong().value_or(-1);
+    }
+    long Count() const {
+        long count = -1;
+        EXPECT_EQ(S_OK, object_->get_accChildCount(&count));
+        return count;
+    }
+    Spoken At(long number) const {
+        ComPtr<IDispatch> child;
+        object_->get_accChild(Child(number), child.put());
+        return Spoken(child.As<IAccessible>());
+    }
+    RECT Place() const {
+        long left = 0;
+        long top = 0;
+        long width = 0;
+        long height = 0;
+        EXPECT_EQ(S_OK, object_->accLocation(&left, &top, &width, &height, Child(0)));
+        return {left, top, left + width, top + height};
+    }
+    Spoken Parent() const {
+        ComPtr<IDispatch> parent;
+        EXPECT_EQ(S_OK, object_->get_accParent(parent.put()));
+        return Spoken(parent.As<IAccessible>());
+    }
+    // What a VARIANT out argument leads to.
+    Spoken Found(const std::function<HRESULT(VARIANT*)>& ask) const {
+        Variant found;
+        if (ask(found.put()) != S_OK) return {};
+        if (found.Type() == VT_I4) return found.ToLong() == 0 ? *this : At(*found.ToLong());
+        return Spoken(found.ToObject<IAccessible>());
+    }
+    Spoken Focus() const {
+        return Found([this](VARIANT* out) { return object_->get_accFocus(out); });
+    }
+    Spoken Step(long direction) const {
+        return Found([&](VARIANT* out) { return object_->accNavigate(direction, Child(0), out); });
+    }
+
+  private:
+    static std::string Said(const std::function<HRESULT(BSTR*)>& ask) {
+        Bstr text;
+        const HRESULT result = ask(text.put());
+        EXPECT_TRUE(SUCCEEDED(result)) << std::hex << result;
+        return Narrow(text.View());
+    }
+
+    ComPtr<IAccessible> object_;
+};
+
+Spoken CellOf(const F& form, int row, int col) { return Spoken::Of(form.InnerGrid()).At(row + 1).At(col + 1); }
+
+// The last object that a screen reader meets under a point of the screen.
+Spoken ObjectAt(POINT point) {
+    Spoken object = Spoken::Of(WindowFromPoint(point));
+    for (int depth = 0; depth < 5; ++depth) {
+        Variant found;
+        if (!object || object->accHitTest(point.x, point.y, found.put()) != S_OK || found.Type() != VT_DISPATCH) break;
+        object = Spoken(found.ToObject<IAccessible>());
+    }
+    return object;
+}
+
+// ---- The walk ------------------------------------------------------------------------------------------------------
+
+TEST(Accessibility, ScreenReaderNamesGridHeadersAndCurrentCellBeforeAndAfterAnEdit) {
+    F form;
+    EXPECT_EQ("Grid", Spoken::Of(form.InnerGrid()).Name());
+    const HWND label = CreateWindowW(L"STATIC", L"&Orders", WS_CHILD | WS_VISIBLE, 300, 300, 80, 20,
+                                     form.container.Window(), nullptr, nullptr, nullptr);
+    SetWindowPos(label, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    form.SetCell(1, F::qty, u"7");
+    form.GoTo(1, F::qty);
+    const Spoken grid = Spoken::Of(form.InnerGrid());
+    EXPECT_EQ("Orders", grid.Name());
+    EXPECT_EQ(ROLE_SYSTEM_TABLE, grid.Role());
+    ASSERT_EQ(3, grid.Count());
+    std::string headers;
+    for (long number = 1; number <= grid.At(1).Count(); ++number) {
+        const Spoken header = grid.At(1).At(number);
+        EXPECT_EQ(ROLE_SYSTEM_COLUMNHEADER, header.Role());
+        headers += header.Name() + " ";
+    }
+    EXPECT_EQ("No Name Qty Rate Month Item Locked Skip Key ", headers);
+    const Spoken cell = grid.Focus();
+    ASSERT_TRUE(cell);
+    EXPECT_EQ("Qty, Row 1", cell.Name());
+    EXPECT_EQ("7", cell.Value());
+    EXPECT_EQ(ROLE_SYSTEM_CELL, cell.Role());
+    EXPECT_EQ(STATE_SYSTEM_FOCUSED | STATE_SYSTEM_SELECTED | STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_SELECTABLE,
+              cell.State());
+    EXPECT_EQ("Row 1", cell.Parent().Name());
+    EXPECT_EQ("Orders", cell.Parent().Parent().Name());
+
+    form.Type(L"15%");
+    ASSERT_TRUE(form.Frame());
+    EXPECT_EQ("15%", cell.Value()) << "the text lives in the editor";
+    EXPECT_FALSE(grid.Focus()) << "so does the focus";
+    const Spoken editor = Spoken::Of(GetFocus());
+    EXPECT_EQ("Qty", editor.Name());
+    EXPECT_EQ("15%", editor.Value());
+    EXPECT_EQ(ROLE_SYSTEM_TEXT, editor.Role());
+    form.Press(VK_RETURN);
+    EXPECT_EQ("15", cell.Value());
+    EXPECT_EQ("Rate, Row 1", grid.Focus().Name());
+}
+
+TEST(Accessibility, EditorAndItsListAreCalledByTheColumn) {
+    F form;
+    for (const int col : {F::item, F::name}) {
+        form.GoTo(1, col);
+        form.Press(VK_F2);
+        ASSERT_TRUE(form.Frame());
+        const char* column = col == F::item ? "Item" : "Name";
+        EXPECT_EQ(column, Spoken::Of(GetFocus()).Name());
+        COMBOBOXINFO parts{};
+        parts.cbSize = sizeof parts;
+        ASSERT_TRUE(GetComboBoxInfo(GetParent(GetFocus()), &parts));
+        EXPECT_EQ(column, Spoken::Of(parts.hwndList).Name());
+        EXPECT_EQ(ROLE_SYSTEM_LIST, Spoken::Of(parts.hwndList).Role());
+        EXPECT_EQ(column, Spoken::Of(parts.hwndCombo).Name());
+        if (col == F::item) {
+            form.Type(L"ch");
+            EXPECT_EQ("Cherry", Spoken::Of(GetFocus()).Value());
+            EXPECT_EQ("Cherry", Spoken::Of(parts.hwndList).Value());
+        }
+        form.Press(VK_ESCAPE);
+    }
+}
+
+TEST(Accessibility, StatesTellWhereAnEntryIsPossible) {
+    struct Case {
+        int col;
+        long states;
+        const char* action;
+    };
+    const long cell = STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_SELECTABLE;
+    const Case cases[] = {
+        {F::no, STATE_SYSTEM_READONLY, ""},
+        {F::name, cell, "Edit"},
+        {F::locked, cell | STATE_SYSTEM_READONLY, ""},
+        {F::key, cell | STATE_SYSTEM_READONLY | STATE_SYSTEM_INVISIBLE, ""},
+    };
+    F form;
+    form.GoTo(1, F::name);
+    for (const Case& c : cases) {
+        EXPECT_EQ(c.states, CellOf(form, 2, c.col).State()) << c.col;
+        EXPECT_EQ(c.action, CellOf(form, 2, c.col).Action()) << c.col;
+    }
+    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    Put(inner.get(), L"Enabled", {Variant(false)});
+    EXPECT_EQ(STATE_SYSTEM_UNAVAILABLE, CellOf(form, 2, F::name).State());
+    EXPECT_EQ("", CellOf(form, 2, F::name).Action());
+}
+
+TEST(Accessibility, CellsLieWhereTheyAreFoundAgain) {
+    for (const bool mirrored : {false, true}) {
+        F form;
+        Put(form.grid.get(), L"Rows", {Variant(40)});
+        const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+        Put(inner.get(), L"RightToLeft", {Variant(mirrored)});
+        Put(inner.get(), L"TopRow", {Variant(20)});
+        form.Pump();
+        RECT outer{};
+        GetWindowRect(form.InnerGrid(), &outer);
+        const HDC dc = GetDC(nullptr);
+        const int dpi = GetDeviceCaps(dc, LOGPIXELSX);
+        ReleaseDC(nullptr, dc);
+        for (const int col : {F::no, F::name, F::item}) {
+            const Spoken cell = CellOf(form, 21, col);
+            const RECT place = cell.Place();
+            EXPECT_EQ(outer.left +
+                          MulDiv(static_cast<int>(*Call(inner.get(), L"ColPos", {Variant(col)}).ToLong()), dpi, 1440),
+                      place.left);
+            EXPECT_EQ(
+                outer.top + MulDiv(static_cast<int>(*Call(inner.get(), L"RowPos", {Variant(21)}).ToLong()), dpi, 1440),
+                place.top);
+            const Spoken found = ObjectAt({place.left + 2, place.top + 2});
+            ASSERT_TRUE(found);
+            EXPECT_EQ(cell.Name(), found.Name());
+        }
+        EXPECT_TRUE(CellOf(form, 3, F::name).State() & STATE_SYSTEM_OFFSCREEN);
+        EXPECT_EQ(mirrored ? "Qty, Row 21" : "Row 21", CellOf(form, 21, F::name).Step(NAVDIR_LEFT).Name());
+        EXPECT_EQ(mirrored ? "Row 21" : "Qty, Row 21", CellOf(form, 21, F::name).Step(NAVDIR_RIGHT).Name());
+        EXPECT_EQ("Name, Row 22", CellOf(form, 21, F::name).Step(NAVDIR_DOWN).Name());
+    }
+}
+
+TEST(Accessibility, AMillionRowsCostNothingUntilTheyAreAskedFor) {
+    F form;
+    Put(form.grid.get(), L"Rows", {Variant(1'000'001)});
+    const Spoken grid = Spoken::Of(form.InnerGrid());
+    EXPECT_EQ(1'000'001, grid.Count());
+    EXPECT_EQ("Row 1000000", grid.Step(NAVDIR_LASTCHILD).Name());
+    EXPECT_EQ("Name, Row 500000", grid.At(500'001).At(F::name + 1).Name());
+    Put(form.grid.get(), L"Row", {Variant(1)});
+    Put(form.grid.get(), L"Col", {Variant(1)});
+    Put(Call(form.grid.get(), L"Grid").ToObject<IDispatch>().get(), L"RowSel", {Variant(1'000'000)});
+    Variant selection;
+    ASSERT_EQ(S_OK, grid->get_accSelection(selection.put()));
+    const auto all = selection.ToObject<IEnumVARIANT>();
+    ASSERT_TRUE(all);
+    EXPECT_EQ(S_OK, all->Skip(999'998));
+    Variant items[3];
+    ULONG fetched = 0;
+    EXPECT_EQ(S_FALSE, all->Next(3, items[0].ptr(), &fetched));
+    ASSERT_EQ(2u, fetched);
+    EXPECT_EQ("Name, Row 1000000", Spoken(items[1].ToObject<IAccessible>()).Name());
+}
+
+// ---- What it may do ------------------------------------------------------------------------------------------------
+
+TEST(Accessibility, AssistiveProgramsEditByTheRulesOfTheGrid) {
+    F form;
+    form.SetCell(2, F::qty, u"4");
+    form.GoTo(1, F::name);
+    const Spoken cell = CellOf(form, 2, F::qty);
+    EXPECT_EQ(S_OK, cell->accDoDefaultAction(Child(0)));
+    form.Pump();
+    EXPECT_TRUE(form.Frame());
+    EXPECT_EQ("2,2", form.Current());
+    EXPECT_EQ("Qty", Spoken::Of(GetFocus()).Name());
+    form.Press(VK_ESCAPE);
+    form.Log();
+    // A text comes as if typed: cleaned, and told of.
+    EXPECT_EQ(S_OK, cell->put_accValue(Child(0), Bstr(u"3.75").get()));
+    EXPECT_EQ(u"375", form.Cell(2, F::qty));
+    EXPECT_EQ("1(2, 2, 4, False)\n2(2, 2, 4, 375, False)\n", form.Log());
+    EXPECT_FALSE(form.Frame());
+    EXPECT_EQ("375", cell.Value());
+    const Spoken locked = CellOf(form, 2, F::locked);
+    EXPECT_TRUE(FAILED(locked->put_accValue(Child(0), Bstr(u"x").get())));
+    EXPECT_TRUE(FAILED(locked->accDoDefaultAction(Child(0))));
+    form.events->onEvent = [](DISPID id, DISPPARAMS& arguments) {
+        if (id == grid_event::beforeCellChange) Answer(arguments, true);
+    };
+    EXPECT_TRUE(FAILED(cell->put_accValue(Child(0), Bstr(u"1").get()))) << "refused by the host";
+    EXPECT_EQ(u"375", form.Cell(2, F::qty));
+    EXPECT_EQ(u"", form.Cell(2, F::locked));
+}
+
+TEST(Accessibility, SelectingMovesTheCursorAndEndsAnEdit) {
+    F form;
+    form.GoTo(1, F::name);
+    form.Type(L"ann");
+    ASSERT_TRUE(form.Frame());
+    EXPECT_EQ(S_OK, CellOf(form, 2, F::rate)->accSelect(SELFLAG_TAKEFOCUS | SELFLAG_TAKESELECTION, Child(0)));
+    EXPECT_EQ("2,3", form.Current());
+    EXPECT_EQ(u"ann", form.Cell(1, F::name));
+    EXPECT_FALSE(form.Frame());
+    EXPECT_EQ(form.InnerGrid(), GetFocus());
+    EXPECT_EQ("Rate, Row 2", Spoken::Of(form.InnerGrid()).Focus().Name());
+    EXPECT_EQ(S_OK, CellOf(form, 1, F::qty)->accSelect(SELFLAG_EXTENDSELECTION, Child(0)));
+    EXPECT_EQ(2, Call(Call(form.grid.get(), L"Grid").ToObject<IDispatch>().get(), L"ColSel").ToLong());
+    EXPECT_EQ(3, form.Number(L"Col"));
+    EXPECT_EQ(E_INVALIDARG, CellOf(form, 1, F::qty)->accSelect(SELFLAG_ADDSELECTION, Child(0)));
+    EXPECT_EQ(E_INVALIDARG, CellOf(form, 1, F::key)->accSelect(SELFLAG_TAKEFOCUS, Child(0))) << "hidden";
+}
+
+TEST(Accessibility, ScriptsCallByName) {
+    F form;
+    form.SetCell(1, F::name, u"ann");
+    ComPtr<IDispatch> grid;
+    ASSERT_EQ(S_OK, AccessibleObjectFromWindow(form.InnerGrid(), static_cast<DWORD>(OBJID_CLIENT), __uuidof(IDispatch),
+                                               grid.put_void()));
+    EXPECT_EQ(3, Call(grid.get(), L"accChildCount").ToLong());
+    // Cells by their negative numbers.
+    const long cell = -1 - (1 * 9 + F::name);
+    EXPECT_EQ(u"ann", Call(grid.get(), L"accValue", {Variant(cell)}).ToText());
+    EXPECT_EQ(u"Name, Row 1", Call(grid.get(), L"accName", {Variant(cell)}).ToText());
+}
+
+// ---- Objects that outlive what they tell of ------------------------------------------------------------------------
+
+TEST(Accessibility, ObjectsOutliveRowsAndTheControl) {
+    std::vector<Spoken> kept;
+    {
+        F form;
+        Put(form.grid.get(), L"Rows", {Variant(5)});
+        form.GoTo(1, F::name);
+        form.Type(L"x");
+        kept = {Spoken::Of(form.InnerGrid()), Spoken::Of(form.InnerGrid()).At(5), CellOf(form, 4, F::name),
+                CellOf(form, 1, F::name), Spoken::Of(GetFocus())};
+        Variant selection;
+        form.Press(VK_RETURN);
+        Put(form.grid.get(), L"Rows", {Variant(3)});
+        for (const std::size_t gone : {1u, 2u}) {
+            Bstr text;
+            EXPECT_EQ(CO_E_OBJNOTCONNECTED, kept[gone]->get_accName(Child(0), text.put())) << gone;
+        }
+        EXPECT_EQ("Name, Row 1", kept[3].Name());
+        Put(form.grid.get(), L"Rows", {Variant(5)});
+        EXPECT_EQ("Row 4", kept[1].Name()) << "there is a fourth row again";
+        form.container.Close();
+    }
+    for (const Spoken& object : kept) {
+        Bstr text;
+        Variant value;
+        ComPtr<IDispatch> other;
+        long number = 0;
+        long place[4]{};
+        const HRESULT results[] = {
+            object->get_accName(Child(0), text.put()),
+            object->get_accRole(Child(0), value.ptr()),
+            object->get_accState(Child(0), value.ptr()),
+            object->accLocation(&place[0], &place[1], &place[2], &place[3], Child(0)),
+        };
+        // The system's own object, behind the last one, may still say something.
+        for (const HRESULT result : results)
+            EXPECT_TRUE(&object == &kept.back() || result == CO_E_OBJNOTCONNECTED) << std::hex << result;
+        object->get_accParent(other.put());
+        object->get_accChildCount(&number);
+        object->accDoDefaultAction(Child(0));
+        object->accSelect(SELFLAG_TAKEFOCUS, Child(0));
+        object->put_accValue(Child(0), Bstr(u"x").get());
+    }
+}
+
+// ---- Events --------------------------------------------------------------------------------------------------------
+
+// What the grid's window tells, as names of the objects that are told of.
+class Listener {
+  public:
+    explicit Listener(const F& form) : form_(form), window_(form.InnerGrid()) {
+        current = this;
+        hook_ = SetWinEventHook(EVENT_OBJECT_REORDER, EVENT_OBJECT_VALUECHANGE, nullptr, &Listener::Heard,
+                                GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT);
+        EXPECT_TRUE(hook_);
+    }
+    ~Listener() {
+        UnhookWinEvent(hook_);
+        current = nullptr;
+    }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    // Since the last call. The system's own events about the window as a whole are left out.
+    std::string Take() {
+        Pump();
+        std::string log;
+        for (const auto& [event, child] : events_) {
+            const char* kind = event == EVENT_OBJECT_REORDER           ? "reorder"
+                               : event == EVENT_OBJECT_FOCUS           ? "focus"
+                               : event == EVENT_OBJECT_SELECTION       ? "selection"
+                               : event == EVENT_OBJECT_VALUECHANGE     ? "value"
+                               : event == EVENT_OBJECT_SELECTIONWITHIN ? "within"
+                                                                       : nullptr;
+            if (!kind || (event == EVENT_OBJECT_FOCUS && child == 0)) continue;
+            log += kind;
+            if (child != 0) {
+                const Spoken object = Spoken::Of(window_).At(child);
+                log += object ? " [" + object.Name() + "] " + object.Value() : " ?";
+            }
+            log += "\n";
+        }
+        events_.clear();
+        return log;
+    }
+
+  private:
+    static void CALLBACK Heard(HWINEVENTHOOK, DWORD event, HWND window, LONG object, LONG child, DWORD, DWORD) {
+        if (current && window == current->window_ && object == OBJID_CLIENT)
+            current->events_.emplace_back(event, child);
+    }
+
+    static Listener* current;
+    const F& form_;
+    HWND window_;
+    HWINEVENTHOOK hook_;
+    std::vector<std::pair<DWORD, LONG>> events_;
+};
+Listener* Listener::current = nullptr;
+
+TEST(Accessibility, EventsFollowTheCursorAndEntries) {
+    F form;
+    form.GoTo(1, F::name);
+    Listener heard(form);
+    heard.Take();
+    form.Press(VK_TAB);
+    EXPECT_EQ("focus [Qty, Row 1] \nselection [Qty, Row 1] \n", heard.Take());
+    form.Type(L"8%");
+    EXPECT_EQ("", heard.Take()) << "typing is the editor's to tell of";
+    form.Press(VK_RETURN);
+    EXPECT_EQ("focus [Rate, Row 1] \nselection [Rate, Row 1] \nvalue [Qty, Row 1] 8\n", heard.Take());
+    form.Press(VK_DOWN, {VK_SHIFT});
+    EXPECT_EQ("within\n", heard.Take());
+    form.Press(VK_DOWN);
+    EXPECT_EQ("focus [Rate, Row 2] \nselection [Rate, Row 2] \n", heard.Take());
+    form.SetCell(2, F::rate, u"1.5");
+    EXPECT_EQ("value [Rate, Row 2] 1.5\n", heard.Take());
+    form.SetCell(1, F::rate, u"2");
+    EXPECT_EQ("", heard.Take());
+    SetFocus(form.container.Window());
+    heard.Take();
+    SetFocus(form.InnerGrid());
+    EXPECT_EQ("focus [Rate, Row 2] 1.5\n", heard.Take());
+}
+
+TEST(Accessibility, ABurstOfRowsIsOneEvent) {
+    F form;
+    form.GoTo(1, F::name);
+    Listener heard(form);
+    heard.Take();
+    for (int i = 0; i < 2000; ++i) Call(form.grid.get(), L"AddItem", {Variant(u"\tann\t1")});
+    EXPECT_EQ("reorder\n", heard.Take());
+    Put(form.grid.get(), L"Rows", {Variant(3)});
+    EXPECT_EQ("reorder\n", heard.Take());
+}
+
+// ---- Buttons -------------------------------------------------------------------------------------------------------
+
+TEST(Accessibility, ButtonsAreNamedAndPressed) {
+    Container::Options options;
+    options.ambients = {{DISPID_AMBIENT_USERMODE, Variant(true)}};
+    Container container(options);
+    container.Place(ServerUnderTest::Get().Create(CLSID_Button));
+    auto button = container.Automation();
+    Put(button.get(), L"Caption", {Variant(u"&Save")});
+    const auto recorder = MakeObject<EventRecorder>();
+    Connection connection(container.Control(), EventsOf(container.Control()), recorder.get());
+    container.Activate();
+    const Spoken spoken = Spoken::Of(container.ControlWindow());
+    EXPECT_EQ("Save", spoken.Name());
+    EXPECT_EQ(ROLE_SYSTEM_PUSHBUTTON, spoken.Role());
+    EXPECT_EQ("Alt+S", spoken.Shortcut());
+    EXPECT_EQ("Press", spoken.Action());
+    EXPECT_EQ(STATE_SYSTEM_FOCUSABLE, spoken.State());
+    RECT window{};
+    GetWindowRect(container.ControlWindow(), &window);
+    const RECT place = spoken.Place();
+    EXPECT_TRUE(EqualRect(&window, &place));
+    EXPECT_EQ("Save", ObjectAt({place.left + 3, place.top + 3}).Name());
+    EXPECT_EQ(S_OK, spoken->accDoDefaultAction(Child(0)));
+    EXPECT_EQ(0u, recorder->Count(DISPID_CLICK)) << "the client has its answer first";
+    Pump();
+    EXPECT_EQ(1u, recorder->Count(DISPID_CLICK));
+    Put(button.get(), L"Enabled", {Variant(false)});
+    EXPECT_TRUE(spoken.State() & STATE_SYSTEM_UNAVAILABLE);
+    EXPECT_TRUE(FAILED(spoken->accDoDefaultAction(Child(0))));
+    connection.Disconnect();
+    button.reset();
+    container.Close();
+    Bstr text;
+    EXPECT_EQ(CO_E_OBJNOTCONNECTED, spoken->get_accName(Child(0), text.put()));
+}
+
+}  // namespace
+}  // namespace qvx::test
