@@ -8,7 +8,8 @@ namespace {
 
 constexpr char16_t quote = u'"';
 
-bool EndsCell(char16_t c) { return c == u'\t' || c == u'\r' || c == u'\n'; }
+// Nearly all characters are told by the first comparison.
+constexpr auto endsCell = [](char16_t c) { return c <= u'\r' && (c == u'\t' || c == u'\r' || c == u'\n'); };
 
 }  // namespace
 
@@ -41,46 +42,48 @@ Text ClipboardWriter::Take() {
 
 // ---- Reading -------------------------------------------------------------------------------------------------------
 
-ClipboardCells::ClipboardCells(TextView text) {
+ClipboardCells::ClipboardCells(TextView text) : text_(text) {
     std::size_t at = 0;
-    std::size_t rowBegin = 0;
     do {
-        cells_.push_back(TakeCell(text, at));
-        if (at < text.size() && text[at] == u'\t') {
-            // There is a cell behind it, be it an empty one at the end of the text.
-            ++at;
-            if (at < text.size()) continue;
-            cells_.emplace_back();
-        }
-        if (at < text.size()) at += text.substr(at).starts_with(u"\r\n") ? 2 : 1;
-        ends_.push_back(cells_.size());
-        cols_ = std::max(cols_, cells_.size() - std::exchange(rowBegin, cells_.size()));
+        starts_.push_back(at);
+        at = TakeRow(at);
+        cols_ = std::max(cols_, cells_.size());
     } while (at < text.size());
 }
 
-TextView ClipboardCells::TakeCell(TextView text, std::size_t& at) {
-    if (TextView cell; TakeQuoted(text, at, cell)) return cell;
-    const std::size_t begin = at;
-    while (at < text.size() && !EndsCell(text[at])) ++at;
-    return text.substr(begin, at - begin);
+// Returns where the next row begins.
+std::size_t ClipboardCells::TakeRow(std::size_t at) const {
+    cells_.clear();
+    if (!unquoted_.empty()) unquoted_.clear();
+    cells_.push_back(TakeCell(at));
+    while (at < text_.size() && text_[at] == u'\t') cells_.push_back(TakeCell(++at));
+    if (at < text_.size()) at += text_.substr(at).starts_with(u"\r\n") ? 2 : 1;
+    return at;
+}
+
+TextView ClipboardCells::TakeCell(std::size_t& at) const {
+    if (TextView cell; at < text_.size() && text_[at] == quote && TakeQuoted(at, cell)) return cell;
+    const TextView rest = text_.substr(at);
+    const auto end = std::find_if(rest.begin(), rest.end(), endsCell);
+    at += static_cast<std::size_t>(end - rest.begin());
+    return {rest.begin(), end};
 }
 
 // The scan for the closing quote of a cell that has none goes on no farther than to the next quote that stands alone,
 // so that no part of the text is scanned again and again.
-bool ClipboardCells::TakeQuoted(TextView text, std::size_t& at, TextView& cell) {
-    if (at >= text.size() || text[at] != quote) return false;
+bool ClipboardCells::TakeQuoted(std::size_t& at, TextView& cell) const {
     const std::size_t begin = at + 1;
     bool doubled = false;
     std::size_t end = begin;
     for (;; end += 2) {
-        end = text.find(quote, end);
+        end = text_.find(quote, end);
         if (end == TextView::npos) return false;
-        if (end + 1 >= text.size() || text[end + 1] != quote) break;
+        if (end + 1 >= text_.size() || text_[end + 1] != quote) break;
         doubled = true;
     }
-    if (end + 1 < text.size() && !EndsCell(text[end + 1])) return false;
+    if (end + 1 < text_.size() && !endsCell(text_[end + 1])) return false;
     at = end + 1;
-    cell = text.substr(begin, end - begin);
+    cell = text_.substr(begin, end - begin);
     if (!doubled) return true;
     Text& own = unquoted_.emplace_back();
     own.reserve(cell.size());

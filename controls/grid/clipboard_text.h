@@ -36,23 +36,27 @@ class ClipboardCells {
     ClipboardCells(const ClipboardCells&) = delete;
     ClipboardCells& operator=(const ClipboardCells&) = delete;
 
-    std::size_t Rows() const { return ends_.size(); }
-    // At least one cell.
+    std::size_t Rows() const { return starts_.size(); }
+    // At least one cell. Good until another row is asked for: rows are taken apart when they are needed, so that a
+    // large text takes little more memory than it has already.
     std::span<const TextView> Row(std::size_t row) const {
-        const std::size_t begin = row == 0 ? 0 : ends_[row - 1];
-        return {cells_.data() + begin, ends_[row] - begin};
+        TakeRow(starts_[row]);
+        return cells_;
     }
     // Of the longest row.
     std::size_t Cols() const { return cols_; }
 
   private:
-    TextView TakeCell(TextView text, std::size_t& at);
-    bool TakeQuoted(TextView text, std::size_t& at, TextView& cell);
+    std::size_t TakeRow(std::size_t at) const;
+    TextView TakeCell(std::size_t& at) const;
+    // For a cell that begins with a quote; false when that has no meaning.
+    bool TakeQuoted(std::size_t& at, TextView& cell) const;
 
-    std::vector<TextView> cells_;
-    std::vector<std::size_t> ends_;  // of the rows, in cells_
-    std::deque<Text> unquoted_;      // what the text does not hold in one piece
+    TextView text_;
+    std::vector<std::size_t> starts_;  // of the rows
     std::size_t cols_ = 0;
+    mutable std::vector<TextView> cells_;  // of the row asked for last
+    mutable std::deque<Text> unquoted_;    // what the text does not hold of them in one piece
 };
 
 }  // namespace qvx::grid

@@ -63,6 +63,12 @@ void EditHistory::CellChanged(std::uint64_t structure, int row, int col, flexgri
     pending_.AddCell(row, col, before, after);
 }
 
+void EditHistory::CellsChanged(std::uint64_t structure, int row, int col, const flexgrid::RowView& before,
+                               std::span<const TextView> after) {
+    const Group group(*this);
+    if (Follow() && structure == version_) pending_.AddCells(row, col, before, after);
+}
+
 void EditHistory::Push(std::deque<Step>& stack, Step step) {
     characters_ += step->Characters();
     stack.push_back(std::move(step));

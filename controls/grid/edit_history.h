@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <span>
 
 #include "controls/grid/control_state.h"
 #include "controls/grid/edit_step.h"
@@ -50,6 +51,9 @@ class EditHistory {
     void CellChanged(std::uint64_t structure, int row, int col, TextView before, TextView after) {
         CellChanged(structure, row, col, flexgrid::CellView(before.data(), before.size()), after);
     }
+    // The same for neighbouring cells of a row, from column `col` on.
+    void CellsChanged(std::uint64_t structure, int row, int col, const flexgrid::RowView& before,
+                      std::span<const TextView> after);
     // `change` inserts rows before row `at`, and does nothing else to the grid's rows and columns. What it throws comes
     // out.
     template <class Change>

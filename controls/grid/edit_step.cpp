@@ -1,6 +1,7 @@
 #include "controls/grid/edit_step.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace qvx::grid {
 
@@ -19,27 +20,130 @@ KeptRows KeepRows(const flexgrid::Grid& grid, int at, int count) {
     return kept;
 }
 
+// ---- Packing -------------------------------------------------------------------------------------------------------
+
+// A text is its size, twice, plus one when it takes two bytes a character; seven bits of that to a byte, the lowest
+// first, the eighth set when more follow. Behind it come the characters.
+
+class EditStep::Writer {
+  public:
+    // Room for texts of so many characters in all.
+    Writer(std::vector<std::uint8_t>& bytes, std::size_t texts, std::size_t characters)
+        : bytes_(bytes), old_(bytes.size()) {
+        constexpr std::size_t sizeBytes = 5;
+        bytes_.resize(old_ + texts * sizeBytes + characters * sizeof(char16_t));
+        at_ = bytes_.data() + old_;
+    }
+    ~Writer() { bytes_.resize(static_cast<std::size_t>(at_ - bytes_.data())); }
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
+
+    std::size_t Position() const { return static_cast<std::size_t>(at_ - bytes_.data()); }
+    void Add(flexgrid::CellView cell) {
+        if (!cell.IsLatin1()) {
+            Add(cell.Wide());
+            return;
+        }
+        PutSize(cell.Size(), false);
+        at_ = std::copy(cell.Latin1().begin(), cell.Latin1().end(), at_);
+    }
+    void Add(TextView text) {
+        unsigned all = 0;
+        for (const char16_t c : text) all |= c;
+        const bool wide = all > 0xFF;
+        PutSize(text.size(), wide);
+        if (wide) {
+            std::memcpy(at_, text.data(), text.size() * sizeof(char16_t));
+            at_ += text.size() * sizeof(char16_t);
+        } else {
+            std::uint8_t* to = at_;  // a byte written through at_ itself could be at_'s own
+            for (const char16_t c : text) *to++ = static_cast<std::uint8_t>(c);
+            at_ = to;
+        }
+    }
+
+  private:
+    void PutSize(std::size_t size, bool wide) {
+        std::uint64_t left = std::uint64_t{size} * 2 + (wide ? 1 : 0);
+        for (; left >= 0x80; left >>= 7) *at_++ = static_cast<std::uint8_t>(left | 0x80);
+        *at_++ = static_cast<std::uint8_t>(left);
+    }
+
+    std::vector<std::uint8_t>& bytes_;
+    std::size_t old_;
+    std::uint8_t* at_ = nullptr;
+};
+
+std::size_t EditStep::Reader::TakeSize(bool& wide) {
+    std::uint64_t value = 0;
+    unsigned shift = 0;
+    for (; (*at_ & 0x80) != 0; ++at_, shift += 7) value |= std::uint64_t{*at_ & 0x7FU} << shift;
+    value |= std::uint64_t{*at_++} << shift;
+    wide = (value & 1) != 0;
+    return static_cast<std::size_t>(value / 2);
+}
+
+void EditStep::Reader::AppendNext(Text& text) {
+    bool wide = false;
+    const std::size_t size = TakeSize(wide);
+    const std::size_t old = text.size();
+    text.resize(old + size);
+    if (wide) {
+        std::memcpy(text.data() + old, at_, size * sizeof(char16_t));
+    } else {
+        std::copy_n(at_, size, text.data() + old);
+    }
+    at_ += wide ? size * sizeof(char16_t) : size;
+}
+
+void EditStep::Reader::Skip() {
+    bool wide = false;
+    const std::size_t size = TakeSize(wide);
+    at_ += wide ? size * sizeof(char16_t) : size;
+}
+
+void EditStep::AddCellTexts(Writer& writer, int row, int col, flexgrid::CellView before, TextView after) {
+    Change* last = changes_.empty() ? nullptr : &changes_.back();
+    if (last && last->kind == Kind::cells && last->row == row && last->col + last->count == col) {
+        ++last->count;
+    } else {
+        changes_.push_back({Kind::cells, row, col, 1, writer.Position()});
+    }
+    writer.Add(before);
+    writer.Add(after);
+}
+
 void EditStep::AddCell(int row, int col, flexgrid::CellView before, TextView after) {
-    before.AppendTo(texts_);
-    texts_ += after;
-    changes_.push_back(
-        {Kind::cell, row, col, static_cast<std::uint32_t>(before.Size()), static_cast<std::uint32_t>(after.size())});
+    Writer writer(bytes_, 2, before.Size() + after.size());
+    AddCellTexts(writer, row, col, before, after);
+}
+
+void EditStep::AddCells(int row, int col, const flexgrid::RowView& before, std::span<const TextView> after) {
+    std::size_t characters = 0;
+    for (std::size_t i = 0; i < after.size(); ++i)
+        characters += before[col + static_cast<int>(i)].Size() + after[i].size();
+    Writer writer(bytes_, 2 * after.size(), characters);
+    for (const TextView text : after) {
+        const flexgrid::CellView cell = before[col];
+        if (!(cell == text)) AddCellTexts(writer, row, col, cell, text);
+        ++col;
+    }
 }
 
 void EditStep::AddRowsInserted(int at, int count) {
-    changes_.push_back({Kind::rowsInserted, at, count, 0, 0});
+    changes_.push_back({Kind::rowsInserted, at, 0, count, 0});
     rowsChanged_ = true;
 }
 
 void EditStep::AddRowsRemoved(int at, KeptRows rows) {
     const auto count = static_cast<int>(rows.rows.size());
     kept_.push_back(std::move(rows));
-    changes_.push_back({Kind::rowsRemoved, at, count, 0, 0});
+    changes_.push_back({Kind::rowsRemoved, at, 0, count, 0});
     rowsChanged_ = true;
 }
 
 std::size_t EditStep::Characters() const {
-    std::size_t characters = texts_.size() + changes_.size() * (sizeof(Change) / sizeof(char16_t));
+    std::size_t characters = (bytes_.size() + changes_.size() * sizeof(Change)) / sizeof(char16_t);
     for (const KeptRows& rows : kept_) characters += rows.Characters();
     return characters;
 }
@@ -47,7 +151,7 @@ std::size_t EditStep::Characters() const {
 EditStep::Place EditStep::FirstPlace() const {
     Place first;
     for (const Change& change : changes_) {
-        const int col = change.kind == Kind::cell ? change.col : -1;
+        const int col = change.kind == Kind::cells ? change.col : -1;
         const bool above = first.row < 0 || change.row < first.row;
         const bool before = change.row == first.row && col >= 0 && (first.col < 0 || col < first.col);
         if (above || before) first = {change.row, col};
@@ -55,39 +159,31 @@ EditStep::Place EditStep::FirstPlace() const {
     return first;
 }
 
-std::size_t EditStep::RunEndingAt(std::size_t last) const {
-    std::size_t first = last;
-    int step = 0;
-    while (first > 0) {
-        const Change& here = changes_[first];
-        const Change& next = changes_[first - 1];
-        if (next.kind != Kind::cell || next.row != here.row) break;
-        const int apart = next.col - here.col;
-        if ((apart != 1 && apart != -1) || (step != 0 && apart != step)) break;
-        step = apart;
-        --first;
-    }
-    return first;
-}
+// ---- Reverting -----------------------------------------------------------------------------------------------------
 
-void EditStep::RevertCells(flexgrid::Grid& grid, std::size_t first, std::size_t last, std::size_t& textEnd,
-                           EditStep& made) const {
-    const int row = changes_[last].row;
-    std::vector<TextView> texts;
-    texts.reserve(last - first + 1);
-    int left = changes_[last].col;
-    for (std::size_t i = last + 1; i-- > first;) {
-        const Change& change = changes_[i];
-        textEnd -= std::size_t{change.before} + change.after;
-        // There is no such cell only when something has gone wrong before; nothing is ever written beside the grid.
-        if (change.row >= grid.Rows() || change.col >= grid.Cols()) continue;
-        const TextView text = TextView(texts_).substr(textEnd, change.before);
-        made.AddCell(row, change.col, grid.Cell(row, change.col), text);
-        texts.push_back(text);
-        left = std::min(left, change.col);
+void EditStep::RevertCells(flexgrid::Grid& grid, const Change& change, EditStep& made) const {
+    // There are no such cells only when something has gone wrong before; nothing is ever written beside the grid.
+    const int count = std::min(change.count, grid.Cols() - change.col);
+    if (change.row >= grid.Rows() || count <= 0) return;
+    Text all;
+    std::vector<std::size_t> ends;
+    ends.reserve(static_cast<std::size_t>(count));
+    Reader reader(*this, change);
+    for (int cell = 0; cell < count; ++cell) {
+        reader.AppendNext(all);
+        reader.Skip();
+        ends.push_back(all.size());
     }
-    if (changes_[first].col < changes_[last].col) std::reverse(texts.begin(), texts.end());
-    grid.SetTexts(row, left, texts);
+    std::vector<TextView> texts;
+    texts.reserve(ends.size());
+    std::size_t begin = 0;
+    for (const std::size_t end : ends) {
+        texts.push_back(TextView(all).substr(begin, end - begin));
+        begin = end;
+    }
+    grid.ForEachRow(change.row, change.row,
+                    [&](int row, const flexgrid::RowView& cells) { made.AddCells(row, change.col, cells, texts); });
+    grid.SetTexts(change.row, change.col, texts);
 }
 
 KeptRows EditStep::TakeRows(flexgrid::Grid& grid, int at, int count) {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -27,10 +28,13 @@ struct KeptRows {
 // Rows `at` to `at + count - 1`, as far as there are such.
 KeptRows KeepRows(const flexgrid::Grid& grid, int at, int count);
 
-// Changes in the order in which they happened, packed: a pasted cell takes 20 bytes besides its two texts.
+// Changes in the order in which they happened, packed: cells side by side are one change, and their texts lie behind
+// one another as bytes, one a character where that is enough.
 class EditStep {
   public:
     void AddCell(int row, int col, flexgrid::CellView before, TextView after);
+    // Neighbouring cells of one row at once, from column `col` on; those whose text stays the same are left out.
+    void AddCells(int row, int col, const flexgrid::RowView& before, std::span<const TextView> after);
     void AddRowsInserted(int at, int count);
     void AddRowsRemoved(int at, KeptRows rows);
 
@@ -38,7 +42,8 @@ class EditStep {
     bool RowsChanged() const { return rowsChanged_; }
     // What it takes in memory, in characters.
     std::size_t Characters() const;
-    // visit(row, col, TextView before, TextView after) for every cell, the last changed first when `backwards`.
+    // visit(row, col, TextView before, TextView after) for every cell; what was changed last comes first when
+    // `backwards`, but cells side by side from left to right. The texts are good until visit returns.
     template <class Visit>
     void ForEachCell(bool backwards, Visit visit) const;
     // The upmost row that it has changed, and the leftmost of the cells changed there; -1 for none.
@@ -54,62 +59,73 @@ class EditStep {
     EditStep Revert(flexgrid::Grid& grid, Go go) const;
 
   private:
-    enum class Kind : std::uint32_t { cell, rowsInserted, rowsRemoved };
+    enum class Kind { cells, rowsInserted, rowsRemoved };
     struct Change {
         Kind kind;
         int row;
-        int col;                      // a cell's; else the number of rows
-        std::uint32_t before, after;  // characters of a cell's texts
+        int col;            // the first cell's
+        int count;          // of cells or rows
+        std::size_t texts;  // where the cells' texts begin: before and after of the first, and so on
     };
+    // Texts taken out of the bytes one after the other.
+    class Reader {
+      public:
+        Reader(const EditStep& step, const Change& change) : at_(step.bytes_.data() + change.texts) {}
+        void AppendNext(Text& text);
+        void Skip();
 
-    // Cells of one row that lie side by side, from changes_[last] backwards.
-    std::size_t RunEndingAt(std::size_t last) const;
-    void RevertCells(flexgrid::Grid& grid, std::size_t first, std::size_t last, std::size_t& textEnd,
-                     EditStep& made) const;
+      private:
+        std::size_t TakeSize(bool& wide);
+        const std::uint8_t* at_;
+    };
+    class Writer;
+
+    void AddCellTexts(Writer& writer, int row, int col, flexgrid::CellView before, TextView after);
+    void RevertCells(flexgrid::Grid& grid, const Change& change, EditStep& made) const;
     static KeptRows TakeRows(flexgrid::Grid& grid, int at, int count);
     static void PutRows(flexgrid::Grid& grid, int at, const KeptRows& rows);
 
     std::vector<Change> changes_;
-    Text texts_;  // of the cells, before and after
+    std::vector<std::uint8_t> bytes_;
     std::vector<KeptRows> kept_;
     bool rowsChanged_ = false;
 };
 
 template <class Visit>
 void EditStep::ForEachCell(bool backwards, Visit visit) const {
-    std::size_t at = backwards ? texts_.size() : 0;
-    const TextView texts = texts_;
+    Text before;
+    Text after;
     for (std::size_t i = 0; i < changes_.size(); ++i) {
         const Change& change = backwards ? changes_[changes_.size() - 1 - i] : changes_[i];
-        if (change.kind != Kind::cell) continue;
-        const std::size_t size = std::size_t{change.before} + change.after;
-        if (backwards) at -= size;
-        visit(change.row, change.col, texts.substr(at, change.before), texts.substr(at + change.before, change.after));
-        if (!backwards) at += size;
+        if (change.kind != Kind::cells) continue;
+        Reader reader(*this, change);
+        for (int cell = 0; cell < change.count; ++cell) {
+            before.clear();
+            after.clear();
+            reader.AppendNext(before);
+            reader.AppendNext(after);
+            visit(change.row, change.col + cell, TextView(before), TextView(after));
+        }
     }
 }
 
 template <class Go>
 EditStep EditStep::Revert(flexgrid::Grid& grid, Go go) const {
     EditStep made;
-    std::size_t textEnd = texts_.size();
     std::size_t kept = kept_.size();
-    for (std::size_t left = changes_.size(); left > 0;) {
+    for (std::size_t left = changes_.size(); left > 0; --left) {
         const Change& change = changes_[left - 1];
-        if (change.kind == Kind::cell) {
-            const std::size_t first = RunEndingAt(left - 1);
-            RevertCells(grid, first, left - 1, textEnd, made);
-            left = first;
+        if (change.kind == Kind::cells) {
+            RevertCells(grid, change, made);
             continue;
         }
         if (change.kind == Kind::rowsInserted) {
-            made.AddRowsRemoved(change.row, TakeRows(grid, change.row, change.col));
+            made.AddRowsRemoved(change.row, TakeRows(grid, change.row, change.count));
         } else {
             PutRows(grid, change.row, kept_[--kept]);
-            made.AddRowsInserted(change.row, change.col);
+            made.AddRowsInserted(change.row, change.count);
         }
         if (!go()) break;
-        --left;
     }
     return made;
 }

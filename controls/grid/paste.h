@@ -143,13 +143,17 @@ template <ChangeEvents Events>
 void CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> given,
                                   const std::vector<ColumnRules>& rules) {
     if (row < grid_.FixedRows()) return;
-    const std::uint64_t structure = grid_.StructureVersion();
     given = given.first(std::min(given.size(), static_cast<std::size_t>(grid_.Cols() - left)));
     cleaned_.resize(std::max(cleaned_.size(), given.size()));
     int first = left;
     texts_.clear();
     const auto writeRun = [&] {
+        if (texts_.empty()) return;
+        grid_.ForEachRow(row, row, [&](int, const flexgrid::RowView& cells) {
+            history_.CellsChanged(grid_.StructureVersion(), row, first, cells, texts_);
+        });
         grid_.SetTexts(row, first, texts_);
+        state_.changed = true;
         texts_.clear();
     };
     for (std::size_t i = 0; i < given.size(); ++i) {
@@ -164,8 +168,6 @@ void CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> g
             cleaned_[i] = TextFor(rule, col, text, grid_.TextMatrix(row, col), state_, sources_);
             text = cleaned_[i];
         }
-        history_.CellChanged(structure, row, col, grid_.Cell(row, col), text);
-        state_.changed = true;
         if (texts_.empty()) first = col;
         texts_.push_back(text);
     }

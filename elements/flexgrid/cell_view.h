@@ -46,12 +46,14 @@ class CellView {
         return text;
     }
     void AppendTo(Text& text) const {
-        if (wide_) {
-            text.append(Wide());
-        } else {
-            const auto* bytes = static_cast<const std::uint8_t*>(data_);
-            text.append(bytes, bytes + size_);
-        }
+        const std::size_t old = text.size();
+        text.resize(old + size_);
+        CopyTo(text.data() + old);
+    }
+    // Writes Size() characters; returns where they end.
+    char16_t* CopyTo(char16_t* to) const {
+        return wide_ ? std::copy_n(static_cast<const char16_t*>(data_), size_, to)
+                     : std::copy_n(static_cast<const std::uint8_t*>(data_), size_, to);
     }
     // The text as UTF-16, widened into `scratch` where that is needed.
     TextView AsWide(Text& scratch) const {

@@ -177,6 +177,28 @@ TEST_F(EditHistoryTest, AnyOrderOfCellsGoesBackAndForth) {
     EXPECT_EQ("1+|a++|10++\n2|b|20\n3|c|30\n", Show(grid));
 }
 
+TEST_F(EditHistoryTest, TextsOfEveryKindAndSizeComeBack) {
+    const std::vector<Text> texts{u"\u20AC\xD83D\xDE00",   Text(63, u'\xFF'), Text(64, u'x'),
+                                  Text(20'000, u'\u0416'), Text(1, u'\0'),    u"",
+                                  Text(9'000'000, u'y'),   u"short"};
+    history.emplace(grid, EditHistory::Limits{1000, std::size_t{1} << 30});
+    for (const Text& text : texts) {
+        const EditHistory::Group group(*history);
+        Edit(1, 1, text);
+        Edit(1, 2, text + u"2");
+    }
+    for (std::size_t i = texts.size(); i-- > 0;) {
+        if (i == 0) break;
+        ASSERT_TRUE(history->Undo(state)) << i;
+        EXPECT_TRUE(grid.TextMatrix(1, 1) == texts[i - 1]) << i;
+        EXPECT_TRUE(grid.TextMatrix(1, 2) == texts[i - 1] + u"2") << i;
+    }
+    for (std::size_t i = 1; i < texts.size(); ++i) {
+        ASSERT_TRUE(history->Redo(state)) << i;
+        EXPECT_TRUE(grid.TextMatrix(1, 1) == texts[i]) << i;
+    }
+}
+
 TEST_F(EditHistoryTest, WhatTheHostHasWrittenIsOverwrittenAndComesBackWithRedo) {
     Edit(1, 1, u"x");
     grid.SetTextMatrix(1, 1, u"host");
