@@ -4,7 +4,7 @@
     bench/report.py RESULTS... > report.md
 
 Works in seconds: load, sum, scan, insert_top, insert_block, remove_half, duplicates, product, product_set, remove_empty,
-first_frame. In bytes per cell: memory. In frames per second: frames, scroll.
+load_cells, paste, undo_paste, first_frame. In bytes per cell: memory. In frames per second: frames, scroll.
 """
 import sys
 from collections import defaultdict
@@ -28,6 +28,9 @@ NAMES = {
     "product": "product of two columns",
     "product_set": "product of two columns, written into a third",
     "remove_empty": "remove the half of the rows that is empty",
+    "load_cells": "load R rows, a call a cell",
+    "paste": "paste over R rows, each cell through its column and into the history",
+    "undo_paste": "undo that paste",
     "insert_top": "insert 1,000 rows at the top, a call a row",
     "insert_block": "insert 1,000 rows at the top, in as few calls as can be",
     "first_frame": "first painted frame with 100,000 rows, load included",
@@ -153,7 +156,8 @@ def growth(table):
     print("| work | " + " | ".join(f"{n:,}" for n in sizes) + " |")
     print("|---|" + "---:|" * len(sizes))
     for work in ("load", "memory", "sum", "scan", "remove_half", "insert_top", "insert_block", "duplicates", "product", "product_set",
-                 "remove_empty"):
+                 "remove_empty",
+                 "load_cells", "paste", "undo_paste"):
         cells, last = [], None
         for n in sizes:
             value = table.get(work, {}).get(n, {}).get(OURS, (None, 0))[0]

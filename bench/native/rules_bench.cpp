@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "bench/support/data_works.h"
+#include "bench/support/paste_works.h"
 #include "bench/support/record_works.h"
 #include "bench/support/rules_peer.h"
 #include "common/number_text.h"
@@ -111,5 +112,6 @@ int main(int argc, char** argv) {
     qvx::bench::RunDataWorks<qvx::bench::RulesOneByOnePeer>(options);
     qvx::bench::RunDataWorks<qvx::bench::ArraysPeer>(options);
     qvx::bench::RunRecordWorks<qvx::bench::RulesPeer>(options);
+    qvx::bench::RunPasteWorks(options);
     qvx::bench::RunRecordWorks<qvx::bench::ArraysPeer>(options);
 }
