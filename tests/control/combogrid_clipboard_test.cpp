@@ -8,6 +8,7 @@
 #include "Qvx.h"
 #include "com/text.h"
 #include "tests/control/combogrid_form.h"
+#include "tests/support/message_box.h"
 
 namespace qvx::test {
 namespace {
@@ -262,6 +263,40 @@ TEST(ComboGridUndo, InsertedAndAppendedRowsGoAndComeBack) {
     form.Press('Y', {VK_CONTROL});
     EXPECT_EQ(4, form.Number(L"Rows"));
     EXPECT_EQ(u"3", form.Cell(3, F::no));
+}
+
+TEST(ComboGridUndo, ADeletedRowComesBackAsItWas) {
+    F form({{L"Rows", Variant(4)}, {L"AutoRecordNumber", Variant(true)}});
+    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    for (int row = 1; row <= 3; ++row) form.SetCell(row, F::name, Text(1, static_cast<char16_t>(u'a' + row)).c_str());
+    Put(inner.get(), L"RowHeight", {Variant(2), Variant(600)});
+    form.GoTo(1, F::qty);
+    form.GoTo(1, F::name);
+    const long current = *Call(inner.get(), L"CellForeColor").ToLong();
+    Select(form, 2, F::name, 2, F::key);
+    {
+        const Person person([&] {
+            if (const HWND box = WaitForBox()) ClickOn(ButtonOf(box, 1));
+        });
+        form.Press(VK_DELETE);
+        WaitFor([] { return !FindBox(); }, 8000);
+    }
+    EXPECT_EQ("d||||", Row(form, 2));
+    EXPECT_EQ(3, form.Number(L"Rows"));
+    Told(form);
+    form.GoTo(1, F::qty);
+    Told(form);
+    form.Press('Z', {VK_CONTROL});
+    EXPECT_EQ("after -1,-1  \n", Told(form));
+    EXPECT_EQ("c||||", Row(form, 2));
+    EXPECT_EQ("d||||", Row(form, 3));
+    EXPECT_EQ(u"3", form.Cell(3, F::no));
+    EXPECT_EQ(600, *Call(inner.get(), L"RowHeight", {Variant(2)}).ToLong());
+    EXPECT_EQ("2,2", form.Current());
+    EXPECT_EQ(current, *Call(inner.get(), L"CellForeColor").ToLong())
+        << "the look of the current cell is at the new one";
+    form.Press('Y', {VK_CONTROL});
+    EXPECT_EQ("d||||", Row(form, 2));
 }
 
 TEST(ComboGridUndo, RowsThatTheHostMovesBeginItAnew) {
