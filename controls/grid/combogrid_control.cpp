@@ -9,7 +9,6 @@
 #include "common/about_dialog.h"
 #include "common/number_text.h"
 #include "controls/grid/column_index_object.h"
-#include "controls/grid/combogrid_events.h"
 #include "controls/grid/lifecycle.h"
 #include "forms/msgbox/show_message.h"
 #include "server/resource.h"
@@ -194,7 +193,10 @@ STDMETHODIMP ComboGridControl::get_hDC(long* result) {
 }
 
 STDMETHODIMP ComboGridControl::ShowAbout() {
-    return Guard([&] { ShowAboutBox(WindowHandle()); });
+    return Guard([&] {
+        const DialogScope dialog(*this);
+        ShowAboutBox(WindowHandle());
+    });
 }
 
 // ---- Events --------------------------------------------------------------------------------------------------------
@@ -229,17 +231,23 @@ void ComboGridControl::KeyDown(short& keyCode, short& shift) {
 
 void ComboGridControl::OnDelete(int row) { Fire(grid_event::onDelete, EventArguments().In(row)); }
 
+void ComboGridControl::BindProgress(long loaded, long total, bool& cancel) {
+    Fire(grid_event::bindProgress, EventArguments().In(loaded).In(total).InOut(cancel));
+}
+
 void ComboGridControl::EnterCell() { Fire(grid_event::enterCell); }
 
 void ComboGridControl::LeaveCell() { Fire(grid_event::leaveCell); }
 
 void ComboGridControl::ReportError(int number, const Text& description) {
     if (number == 0) return;
+    const DialogScope dialog(*this);
     const Text title = ApplicationTitle() + u" : " + IntegerToText(number);
     msgbox::ShowMessage(WindowHandle(), description, msgbox::messages::errorReport, title);
 }
 
 bool ComboGridControl::Say(TextView prompt, const msgbox::MessageKind& kind) {
+    const DialogScope dialog(*this);
     return msgbox::ShowMessage(WindowHandle(), prompt, kind, Host().FormCaption(WindowHandle()));
 }
 

@@ -3,8 +3,11 @@
 
 #include <windows.h>
 
+#include <olectl.h>
+
 #include "Qvx.h"
 #include "com/members.h"
+#include "controls/grid/combogrid_events.h"
 #include "controls/grid/entry_grid_window.h"
 #include "server/control.h"
 
@@ -77,6 +80,9 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     STDMETHODIMP DuplicateRecord(long* record, long* matchOn, VARIANT_BOOL response, VARIANT_BOOL* result) override;
     STDMETHODIMP GetSumOf(RC rowOrCol, long index, VARIANT* result) override;
     STDMETHODIMP GetProductOf(long col2Set, VARIANT* cols, VARIANT* result) override;
+    // Records
+    STDMETHODIMP Bind(IDispatch** recSet) override;
+    STDMETHODIMP ValidateEntry(VARIANT_BOOL* result) override;
     // What the user has done, and the clipboard
     STDMETHODIMP Undo() override;
     STDMETHODIMP Redo() override;
@@ -183,8 +189,28 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     void ListChange(int row, int col, const Text& data) override;
     void ListClick(int row, int col, const Text& data) override;
     void KeyDown(short& keyCode, short& shift) override;
+    void Click() override { Fire(DISPID_CLICK); }
+    void DblClick() override { Fire(DISPID_DBLCLICK); }
+    void KeyPress(short& keyAscii) override { Fire(DISPID_KEYPRESS, EventArguments().InOut(keyAscii)); }
+    void KeyUp(short& keyCode, short& shift) override {
+        Fire(DISPID_KEYUP, EventArguments().InOut(keyCode).InOut(shift));
+    }
+    void MouseDown(short button, short shift, float x, float y) override {
+        Mouse(DISPID_MOUSEDOWN, button, shift, x, y);
+    }
+    void MouseMove(short button, short shift, float x, float y) override {
+        Mouse(DISPID_MOUSEMOVE, button, shift, x, y);
+    }
+    void MouseUp(short button, short shift, float x, float y) override { Mouse(DISPID_MOUSEUP, button, shift, x, y); }
+    void RowColChange() override { Fire(grid_event::rowColChange); }
+    void SelChange() override { Fire(grid_event::selChange); }
+    void Scroll() override { Fire(grid_event::scroll); }
+    void Mouse(DISPID event, short button, short shift, float x, float y) {
+        Fire(event, EventArguments().In(button).In(shift).In(x).In(y));
+    }
     void OnDelete(int row) override;
     bool Listens() override { return HasListeners(); }
+    void BindProgress(long loaded, long total, bool& cancel) override;
     void EnterCell() override;
     void LeaveCell() override;
     void ReportError(int number, const Text& description) override;
@@ -197,7 +223,7 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     ControlState& State() { return entry_.State(); }
     flexgrid::Grid& Model() { return entry_.Model(); }
     void RebuildColIndex();
-    void FocusGrid();
+    void FocusCell(int row, int col);
 
     // A setter's body, the notification under the property's name behind it.
     // A field of the control's state, or what the inner grid says.
@@ -238,6 +264,22 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
 
     template <class Leave>
     HRESULT CommitThen(Leave leave);
+
+    // A method whose run-time errors are the user's to read, not the caller's.
+    template <class Body>
+    HRESULT Reporting(Body body) {
+        return Guard([&] {
+            const auto keep = ControlBase::KeepAlive();
+            try {
+                body();
+            } catch (const ComError&) {
+                throw;  // a call that was wrong by itself, as with a null argument
+            } catch (...) {
+                const RunTimeError error = CurrentError();
+                ReportError(error.Number(), error.Description());
+            }
+        });
+    }
 
     EntryGrid entry_;
     ComPtr<IDispatch> colIndex_;

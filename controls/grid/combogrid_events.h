@@ -11,5 +11,9 @@ constexpr long listClick = 5;
 constexpr long onDelete = 6;
 constexpr long enterCell = 7;
 constexpr long leaveCell = 8;
+constexpr long bindProgress = 9;
+constexpr long rowColChange = 10;
+constexpr long selChange = 11;
+constexpr long scroll = 12;
 
 }  // namespace qvx::grid_event

@@ -300,8 +300,10 @@ void EntryGrid::TellThatRowsChanged() {
 
 void EntryGrid::KeyPress(short& keyAscii) {
     const auto keep = events_.KeepAlive();
+    if (std::exchange(dropCharacter_, false)) return;
+    events_.KeyPress(keyAscii);
     const auto character = static_cast<char16_t>(keyAscii);
-    if (std::exchange(dropCharacter_, false) || !OpensEditor(character)) return;
+    if (!OpensEditor(character)) return;
     keyAscii = 0;
     if (EditIsOpen() && frame_ && frame_->Shown()) {
         // The second half of a character outside the basic plane, sent to the grid before the editor had the focus.
@@ -390,20 +392,44 @@ bool EntryGrid::OnCurrentCell() const {
 
 std::shared_ptr<void> EntryGrid::Hold() { return std::make_shared<ComPtr<IUnknown>>(events_.KeepAlive()); }
 
+void EntryGrid::Click() {
+    const auto keep = events_.KeepAlive();
+    events_.Click();
+}
+
+void EntryGrid::KeyUp(short& keyCode, short shift) {
+    const auto keep = events_.KeepAlive();
+    events_.KeyUp(keyCode, shift);
+}
+
+void EntryGrid::MouseMove(short button, short shift, float x, float y) {
+    const auto keep = events_.KeepAlive();
+    events_.MouseMove(button, shift, x, y);
+}
+
+void EntryGrid::MouseUp(short button, short shift, float x, float y) {
+    const auto keep = events_.KeepAlive();
+    events_.MouseUp(button, shift, x, y);
+}
+
 void EntryGrid::DblClick() {
     const auto keep = events_.KeepAlive();
+    events_.DblClick();
     const flexgrid::Grid& grid = Model();
     const bool fixed = grid.Row() < grid.FixedRows() || grid.Col() < grid.FixedCols();
     if (!fixed && OnCurrentCell()) OpenEditor();
 }
 
-void EntryGrid::MouseDown(short, short, float, float) {
+void EntryGrid::MouseDown(short button, short shift, float x, float y) {
     const auto keep = events_.KeepAlive();
     CommitOpenEdit();
+    events_.MouseDown(button, shift, x, y);
 }
 
 void EntryGrid::Scroll() {
+    const auto keep = events_.KeepAlive();
     if (EditIsOpen() && !state_.editing && frame_ && frame_->Shown()) PlaceOverCell();
+    events_.Scroll();
 }
 
 // Keeps the editor on its cell; out of sight with it, but not hidden, which would take the focus away.
@@ -449,6 +475,16 @@ void EntryGrid::EnterCell() {
     const auto keep = events_.KeepAlive();
     events_.EnterCell();
     Project(Model(), state_);
+}
+
+void EntryGrid::RowColChange() {
+    const auto keep = events_.KeepAlive();
+    events_.RowColChange();
+}
+
+void EntryGrid::SelChange() {
+    const auto keep = events_.KeepAlive();
+    events_.SelChange();
 }
 
 // ---- Combos --------------------------------------------------------------------------------------------------------

@@ -10,6 +10,7 @@
 
 #include "com/pointer.h"
 #include "common/text.h"
+#include "controls/grid/binding.h"
 #include "controls/grid/cell_edit.h"
 #include "controls/grid/control_state.h"
 #include "controls/grid/edit_history.h"
@@ -33,9 +34,22 @@ class EntryGridEvents {
     virtual void ListChange(int row, int col, const Text& data) = 0;
     virtual void ListClick(int row, int col, const Text& data) = 0;
     virtual void KeyDown(short& keyCode, short& shift) = 0;
+    // What else the inner grid tells, before the grid for data entry acts on it.
+    virtual void Click() = 0;
+    virtual void DblClick() = 0;
+    virtual void KeyPress(short& keyAscii) = 0;
+    virtual void KeyUp(short& keyCode, short& shift) = 0;
+    virtual void MouseDown(short button, short shift, float x, float y) = 0;
+    virtual void MouseMove(short button, short shift, float x, float y) = 0;
+    virtual void MouseUp(short button, short shift, float x, float y) = 0;
+    virtual void RowColChange() = 0;
+    virtual void SelChange() = 0;
+    virtual void Scroll() = 0;
     virtual void OnDelete(int row) = 0;
     // Whether anybody hears of all this.
     virtual bool Listens() = 0;
+    // Loaded records, and how many there are in all (-1: not known).
+    virtual void BindProgress(long loaded, long total, bool& cancel) = 0;
     virtual void EnterCell() = 0;
     virtual void LeaveCell() = 0;
     virtual void ReportError(int number, const Text& description) = 0;
@@ -90,6 +104,10 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
         changingRows_ = before;
     }
 
+    // Replaces the data rows by the records, one row each, while the inner grid is out of sight; without any record one
+    // empty row is left. Errors come out, with the rows so far.
+    void Bind(RecordSource& records);
+
     // While an edit is open these are its editor's; else they work on the grid, and events tell the host. The clipboard
     // raises clipboardUnavailable. Without anything to do nothing happens.
     void Undo() { StepInHistory(true); }
@@ -111,12 +129,18 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     // GridListener
     void LeaveCell() override;
     void EnterCell() override;
+    void RowColChange() override;
+    void SelChange() override;
     // GridWindowEvents
     std::shared_ptr<void> Hold() override;
+    void Click() override;
     void DblClick() override;
     void KeyDown(short& keyCode, short& shift) override;
     void KeyPress(short& keyAscii) override;
+    void KeyUp(short& keyCode, short shift) override;
     void MouseDown(short button, short shift, float x, float y) override;
+    void MouseMove(short button, short shift, float x, float y) override;
+    void MouseUp(short button, short shift, float x, float y) override;
     void Scroll() override;
     void GotFocus() override;
     void LostFocus() override;
@@ -170,6 +194,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
         }
         Project(Model(), state_);
     }
+    bool GoOnBinding(int binding, std::int64_t loaded, std::int64_t total, ProgressClock& clock);
 
     EntryGridEvents& events_;
     ControlState state_;
@@ -189,6 +214,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     std::map<int, Dress> dresses_;
     int editor_ = -1;  // the combo of the edit that is open
     bool changingRows_ = false;
+    int bindings_ = 0;             // counts Bind, so that one that was started by a handler ends those around it
     bool nextTabLeaves_ = false;   // the Tab that is about to arrive ends the entry of rows
     bool dropNextKey_ = false;     // the host has refused the key that is about to arrive
     bool keyAlreadyTold_ = false;  // the host was told of the key that is about to arrive

@@ -24,6 +24,25 @@ std::string Narrow(TextView text) {
     return out;
 }
 
+// Events that the inner grid's are passed on as; they would drown the others.
+bool PassedOn(DISPID event) {
+    switch (event) {
+        case DISPID_CLICK:
+        case DISPID_DBLCLICK:
+        case DISPID_KEYPRESS:
+        case DISPID_KEYUP:
+        case DISPID_MOUSEDOWN:
+        case DISPID_MOUSEMOVE:
+        case DISPID_MOUSEUP:
+        case grid_event::rowColChange:
+        case grid_event::selChange:
+        case grid_event::scroll:
+            return true;
+        default:
+            return false;
+    }
+}
+
 HWND ChildOfClass(HWND parent, const wchar_t* wanted) {
     return parent ? FindWindowExW(parent, nullptr, wanted, nullptr) : nullptr;
 }
@@ -196,7 +215,7 @@ HWND ComboGridForm::InnerGrid() const {
 std::string ComboGridForm::Log(const std::vector<DISPID>& without) {
     std::ostringstream log;
     for (const auto& event : events->events) {
-        if (std::find(without.begin(), without.end(), event.id) != without.end()) continue;
+        if (PassedOn(event.id) || std::find(without.begin(), without.end(), event.id) != without.end()) continue;
         log << event.id << "(";
         const char* separator = "";
         for (const Variant& argument : event.arguments) {

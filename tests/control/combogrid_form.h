@@ -42,7 +42,8 @@ class ComboGridForm {
     // The editor's frame while it is shown, else null; the combo in it that has the focus, as a window.
     HWND Frame() const;
     HWND InnerGrid() const;
-    // Events since the last call, one a line: number, then arguments; those in `without` left out.
+    // Events since the last call, one a line: number, then arguments; those in `without` left out, and those of the
+    // inner grid's that are merely passed on.
     std::string Log(const std::vector<DISPID>& without = {grid_event::listChange, grid_event::enterCell,
                                                           grid_event::leaveCell, DISPID_KEYDOWN});
 

@@ -317,7 +317,7 @@ TEST(ComboGridTyping, HostHearsOfEveryChangeOfTheEditorsText) {
     form.GoTo(1, F::rate);
     form.Type(L"1x");
     form.Press(VK_RETURN);
-    EXPECT_EQ("1(1, 3, , False)\n4(1, 3, 1)\n4(1, 3, 1x)\n4(1, 3, 1)\n2(1, 3, , 1, False)\n",
+    EXPECT_EQ("1(1, 3, , False)\n4(1, 3, 1)\n4(1, 3, 1x)\n4(1, 3, 1)\n2(1, 3, , 1, False)\n4(-1, -1, 1x)\n",
               form.Log({grid_event::enterCell, grid_event::leaveCell, DISPID_KEYDOWN}));
 }
 

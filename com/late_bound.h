@@ -1,0 +1,39 @@
+// Members of somebody else's object, called by their names.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <initializer_list>
+#include <vector>
+
+#include "com/pointer.h"
+#include "com/variant.h"
+#include "common/run_time_error.h"
+
+namespace qvx {
+
+// What a failed call of another object's says, as a run-time error: a number of the hosts' kind where the code holds
+// one, else the whole code. The description is the one that the object gave, else the system's.
+RunTimeError ForeignError(HRESULT code, const EXCEPINFO* exception = nullptr);
+// The same for a call through a vtable, whose description lies in the thread's error object.
+RunTimeError ForeignError(HRESULT code, IUnknown* object, REFIID interfaceId);
+
+// One member, looked up once and called many times. The object is not held.
+class LateMember {
+  public:
+    // Error 438 when the object has no such member, 91 without an object.
+    LateMember(IDispatch* object, const wchar_t* name);
+    // Nothing instead of error 438.
+    static std::optional<LateMember> Find(IDispatch* object, const wchar_t* name);
+
+    // A property read or a method called, whichever it is; arguments from left to right. What fails is raised.
+    Variant Get(IDispatch* object, std::initializer_list<Variant> arguments = {}) const;
+
+  private:
+    explicit LateMember(DISPID id) : id_(id) {}
+    DISPID id_ = DISPID_UNKNOWN;
+};
+
+}  // namespace qvx

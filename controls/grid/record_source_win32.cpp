@@ -1,0 +1,371 @@
+#include "controls/grid/record_source_win32.h"
+
+#include <oleauto.h>
+
+#include <optional>
+#include <vector>
+
+#include "com/bstr.h"
+#include "com/late_bound.h"
+#include "com/pointer.h"
+#include "com/safearray.h"
+#include "com/variant.h"
+#include "common/number_text.h"
+#include "common/run_time_error.h"
+
+namespace qvx::grid {
+
+// ---- The record set's own interfaces -------------------------------------------------------------------------------
+// Only what is called here has its real parameters; the rest keeps the places in between. On 64-bit systems counts and
+// positions are written in 32 or 64 bits, as the record set's version has it, so the variable for them is of 64.
+//
+// Not in the unnamed namespace: there the compiler would see that nobody implements them, and drop the calls.
+
+struct AdoField : IDispatch {
+    virtual HRESULT STDMETHODCALLTYPE get_Properties(void**) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_ActualSize(void*) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_Attributes(void*) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_DefinedSize(void*) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_Name(BSTR*) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_Type(void*) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_Value(VARIANT* value) = 0;
+};
+
+struct AdoFields : IDispatch {
+    virtual HRESULT STDMETHODCALLTYPE get_Count(LONGLONG* count) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_NewEnum(IUnknown**) = 0;
+    virtual HRESULT STDMETHODCALLTYPE Refresh() = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_Item(VARIANT index, AdoField** field) = 0;
+};
+
+struct AdoRecordset : IDispatch {
+    virtual HRESULT STDMETHODCALLTYPE get_Properties(void**) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_AbsolutePosition(LONGLONG* position) = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved9() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved10() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved11() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved12() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved13() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved14() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved15() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved16() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved17() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved18() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved19() = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_EOF(VARIANT_BOOL* end) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_Fields(AdoFields** fields) = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved22() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved23() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved24() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved25() = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_RecordCount(LONGLONG* count) = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved27() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved28() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved29() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved30() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved31() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved32() = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved33() = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetRows(LONG rows, VARIANT start, VARIANT fields, VARIANT* values) = 0;
+    virtual HRESULT STDMETHODCALLTYPE Reserved35() = 0;
+    virtual HRESULT STDMETHODCALLTYPE MoveNext() = 0;
+};
+
+namespace {
+
+[[noreturn]] void RefuseValue() {
+    throw RunTimeError(errors::typeMismatch,
+                       u"Type mismatch: a field holds binary data or an object, which a cell "
+                       u"cannot show.");
+}
+
+// Both ages of the interface, with the same beginning.
+constexpr IID recordset15{0x0000150E, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x6D, 0x2E, 0xA4}};
+constexpr IID oldRecordset15{0x0000050E, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x6D, 0x2E, 0xA4}};
+
+// ---- One record at a time ------------------------------------------------------------------------------------------
+
+// What both ways of reading offer to the block reader above them.
+class Recordset {
+  public:
+    virtual ~Recordset() = default;
+    virtual std::int64_t Count() = 0;
+    virtual bool AtEnd() = 0;
+    virtual std::int64_t Position() = 0;
+    virtual int FieldCount() = 0;
+    virtual Variant Value(int field) = 0;
+    virtual void MoveNext() = 0;
+    // At most that many records as an array of fields and records; nothing when the record set has no such method.
+    virtual std::optional<Variant> GetRows(int most) = 0;
+};
+
+class AdoReader final : public Recordset {
+  public:
+    AdoReader(ComPtr<AdoRecordset> set, const IID& iid) : set_(std::move(set)), iid_(iid) {}
+
+    std::int64_t Count() override { return Number(&AdoRecordset::get_RecordCount); }
+    std::int64_t Position() override { return Number(&AdoRecordset::get_AbsolutePosition); }
+    bool AtEnd() override {
+        VARIANT_BOOL end = VARIANT_FALSE;
+        Called(set_->get_EOF(&end));
+        return end != VARIANT_FALSE;
+    }
+    int FieldCount() override {
+        fields_.clear();
+        ComPtr<AdoFields> fields;
+        Called(set_->get_Fields(fields.put()));
+        if (!fields) return 0;
+        LONGLONG count = 0;
+        Called(fields->get_Count(&count));
+        // A field's object stands for that of whichever record is the current one.
+        for (long i = 0; i < static_cast<long>(count); ++i) {
+            ComPtr<AdoField> field;
+            Called(fields->get_Item(Variant(i).get(), field.put()));
+            fields_.push_back(std::move(field));
+        }
+        return static_cast<int>(count);
+    }
+    Variant Value(int field) override {
+        Variant value;
+        Called(fields_[static_cast<std::size_t>(field)]->get_Value(value.put()));
+        return value;
+    }
+    void MoveNext() override { Called(set_->MoveNext()); }
+    std::optional<Variant> GetRows(int most) override {
+        Variant values;
+        const HRESULT result = set_->GetRows(most, Variant::Missing().get(), Variant::Missing().get(), values.put());
+        if (result == E_NOTIMPL) return std::nullopt;
+        Called(result);
+        return values;
+    }
+
+  private:
+    std::int64_t Number(HRESULT (STDMETHODCALLTYPE AdoRecordset::*read)(LONGLONG*)) {
+        LONGLONG number = 0;
+        Called((set_.get()->*read)(&number));
+        return static_cast<LONG>(number);
+    }
+    void Called(HRESULT result) {
+        if (FAILED(result)) throw ForeignError(result, set_.get(), iid_);
+    }
+
+    ComPtr<AdoRecordset> set_;
+    IID iid_;
+    std::vector<ComPtr<AdoField>> fields_;
+};
+
+class NamedReader final : public Recordset {
+  public:
+    explicit NamedReader(IDispatch* set)
+        : set_(set),
+          count_(set, L"RecordCount"),
+          end_(set, L"EOF"),
+          fields_(set, L"Fields"),
+          next_(set, L"MoveNext"),
+          rows_(LateMember::Find(set, L"GetRows")) {}
+
+    std::int64_t Count() override { return Number(count_.Get(set_.get())); }
+    // Only asked where rows are numbered.
+    std::int64_t Position() override { return Number(LateMember(set_.get(), L"AbsolutePosition").Get(set_.get())); }
+    bool AtEnd() override {
+        const auto end = end_.Get(set_.get()).ToBool();
+        if (!end) Mismatch();
+        return *end;
+    }
+    // The collection belongs to the current record as far as anybody knows.
+    int FieldCount() override {
+        const auto fields = Object(fields_.Get(set_.get()));
+        return static_cast<int>(Number(LateMember(fields.get(), L"Count").Get(fields.get())));
+    }
+    Variant Value(int field) override {
+        if (field == 0) current_ = Object(fields_.Get(set_.get()));
+        const Variant item = LateMember(current_.get(), L"Item").Get(current_.get(), {Variant(field)});
+        const auto object = Object(item);
+        return LateMember(object.get(), L"Value").Get(object.get());
+    }
+    void MoveNext() override { next_.Get(set_.get()); }
+    std::optional<Variant> GetRows(int most) override {
+        if (!rows_) return std::nullopt;
+        return rows_->Get(set_.get(), {Variant(most)});
+    }
+
+  private:
+    static ComPtr<IDispatch> Object(const Variant& value) { return value.ToObject<IDispatch>(); }
+    [[noreturn]] static void Mismatch() { throw RunTimeError(errors::typeMismatch, u"Type mismatch"); }
+    static std::int64_t Number(const Variant& value) {
+        const auto number = value.ToLong();
+        if (!number) Mismatch();
+        return *number;
+    }
+
+    ComPtr<IDispatch> set_;
+    LateMember count_;
+    LateMember end_;
+    LateMember fields_;
+    LateMember next_;
+    std::optional<LateMember> rows_;
+    ComPtr<IDispatch> current_;
+};
+
+// ---- Blocks of records ---------------------------------------------------------------------------------------------
+
+// The array of fields and records that GetRows gives, locked for reading.
+class Block {
+  public:
+    // Nothing else than such an array of variants for that many fields will do.
+    Block(Variant values, int fields) : values_(std::move(values)), array_(ArrayOf(values_.get())) {
+        if (!array_ || SafeArrayGetDim(array_) != 2 || !(array_->fFeatures & FADF_VARIANT)) RefuseBlock();
+        // Bounds are kept from the last dimension to the first.
+        records_ = static_cast<int>(array_->rgsabound[0].cElements);
+        if (static_cast<int>(array_->rgsabound[1].cElements) != fields) RefuseBlock();
+        fields_ = fields;
+        void* data = nullptr;
+        if (FAILED(SafeArrayAccessData(array_, &data))) RefuseBlock();
+        cells_ = static_cast<const VARIANT*>(data);
+    }
+    ~Block() { SafeArrayUnaccessData(array_); }
+    Block(const Block&) = delete;
+    Block& operator=(const Block&) = delete;
+
+    int Records() const { return records_; }
+    const VARIANT& At(int record, int field) const {
+        return cells_[static_cast<std::size_t>(record) * static_cast<std::size_t>(fields_) +
+                      static_cast<std::size_t>(field)];
+    }
+
+  private:
+    [[noreturn]] static void RefuseBlock() {
+        throw RunTimeError(errors::typeMismatch, u"Type mismatch: GetRows gave no array of fields and records.");
+    }
+
+    Variant values_;
+    SAFEARRAY* array_ = nullptr;
+    const VARIANT* cells_ = nullptr;
+    int records_ = 0;
+    int fields_ = 0;
+};
+
+// Reads ahead. Errors of a block come out when the records before them are used up, as they would one by one.
+class BlockReader final : public RecordSource {
+  public:
+    explicit BlockReader(std::unique_ptr<Recordset> set) : set_(std::move(set)) {}
+
+    std::int64_t Count() override { return set_->Count(); }
+
+    bool AtEnd() override {
+        if (block_) return false;
+        return set_->AtEnd();
+    }
+
+    std::int64_t Position() override {
+        Settle(true);
+        // Unknown positions are below 0 and the same for every record.
+        return block_ && position_ > 0 ? position_ + at_ : block_ ? position_ : set_->Position();
+    }
+
+    void AppendFields(Text& row) override {
+        Settle(false);
+        for (int field = 0; field < *fields_; ++field) {
+            AppendValue(block_ ? block_->At(at_, field) : set_->Value(field).get(), row);
+            row += u'\t';
+        }
+    }
+
+    void MoveNext() override {
+        if (!block_) {
+            set_->MoveNext();
+        } else if (++at_ == block_->Records()) {
+            block_.reset();
+        }
+    }
+
+  private:
+    // Has the current record at hand. The number of the first one of a block is read before the block moves on.
+    void Settle(bool numbered) {
+        if (!fields_) fields_ = set_->FieldCount();
+        if (block_ || !inBlocks_ || *fields_ == 0) return;
+        if (numbered) position_ = set_->Position();
+        const auto values = NextBlock();
+        inBlocks_ = values.has_value();
+        if (!inBlocks_) return;
+        block_.emplace(*values, *fields_);
+        at_ = 0;
+        if (block_->Records() > 0) return;
+        block_.reset();
+        inBlocks_ = false;
+    }
+
+    // A block that cannot be had leaves its records to be read one by one up to the one that fails, provided that it
+    // has used none of them up.
+    std::optional<Variant> NextBlock() {
+        const auto before = KnownPosition();
+        try {
+            return set_->GetRows(blockSize);
+        } catch (const RunTimeError&) {
+            if (!before || KnownPosition() != before) throw;
+            return std::nullopt;
+        }
+    }
+
+    std::optional<std::int64_t> KnownPosition() {
+        try {
+            const std::int64_t position = set_->Position();
+            return position > 0 ? std::optional(position) : std::nullopt;
+        } catch (const RunTimeError&) {
+            return std::nullopt;
+        }
+    }
+
+    static constexpr int blockSize = 512;
+
+    std::unique_ptr<Recordset> set_;
+    std::optional<int> fields_;
+    std::optional<Block> block_;
+    int at_ = 0;
+    std::int64_t position_ = 0;
+    bool inBlocks_ = true;
+};
+
+}  // namespace
+
+void AppendValue(const VARIANT& value, Text& row) {
+    switch (value.vt) {
+        case VT_EMPTY:
+        case VT_NULL:
+            return;
+        case VT_BSTR:
+            row.append(FromBstr(value.bstrVal));
+            return;
+        case VT_I4:
+        case VT_INT:
+            row.append(IntegerToText(value.lVal));
+            return;
+        case VT_R8:
+            row.append(DoubleToText(value.dblVal));
+            return;
+        case VT_DATE: {
+            Bstr text;
+            if (FAILED(VarBstrFromDate(value.date, LOCALE_USER_DEFAULT, 0, text.put()))) RefuseValue();
+            row.append(text.View());
+            return;
+        }
+        default:
+            break;
+    }
+    const bool plain = !(value.vt & (VT_ARRAY | VT_BYREF)) && value.vt != VT_DISPATCH && value.vt != VT_UNKNOWN &&
+                       value.vt != VT_ERROR;
+    const auto text = plain ? Variant(value).ToText() : std::nullopt;
+    if (!text) RefuseValue();
+    row.append(*text);
+}
+
+std::unique_ptr<RecordSource> MakeRecordSource(IDispatch* recordSet) {
+    for (const IID* iid : {&recordset15, &oldRecordset15}) {
+        ComPtr<AdoRecordset> set;
+        if (recordSet && SUCCEEDED(recordSet->QueryInterface(*iid, reinterpret_cast<void**>(set.put()))) && set)
+            return std::make_unique<BlockReader>(std::make_unique<AdoReader>(std::move(set), *iid));
+    }
+    return std::make_unique<BlockReader>(std::make_unique<NamedReader>(recordSet));
+}
+
+}  // namespace qvx::grid

@@ -1,0 +1,101 @@
+// Records turned into rows, from a source that can fail anywhere.
+#include "controls/grid/binding.h"
+
+#include <gtest/gtest.h>
+
+#include "common/run_time_error.h"
+#include "tests/unit/grid/grid_fixture.h"
+
+namespace qvx::grid {
+namespace {
+
+class Records final : public RecordSource {
+  public:
+    explicit Records(std::vector<Text> rows) : rows_(std::move(rows)) {}
+    std::int64_t Count() override { return static_cast<std::int64_t>(rows_.size()); }
+    bool AtEnd() override { return at_ == rows_.size(); }
+    std::int64_t Position() override { return firstPosition + static_cast<std::int64_t>(at_); }
+    void AppendFields(Text& row) override {
+        if (at_ == failsAt) throw RunTimeError(3021, u"Either BOF or EOF is True.");
+        row += rows_[at_];
+    }
+    void MoveNext() override { ++at_; }
+
+    std::size_t failsAt = 99;
+    std::int64_t firstPosition = 1;
+
+  private:
+    std::vector<Text> rows_;
+    std::size_t at_ = 0;
+};
+
+// Rows by "/", cells by ",".
+std::string Shown(const flexgrid::Grid& grid) {
+    std::string all;
+    for (int row = 1; row < grid.Rows(); ++row) {
+        for (int col = 0; col < grid.Cols(); ++col) all += (col == 0 ? "" : ",") + Narrow(grid.TextMatrix(row, col));
+        all += "/";
+    }
+    return all;
+}
+
+class Binding : public testing::Test {
+  protected:
+    Binding() {
+        Fill(grid, {u"No\tA\tB\tC", u"x\t\t\t"});
+        grid.SetRows(1);
+    }
+    flexgrid::Grid grid;
+    ControlState state;
+};
+
+TEST_F(Binding, FieldsStandFromTheirColumnOn) {
+    struct Case {
+        int bindFrom;
+        bool numbered;
+        const char* shown;
+    };
+    for (const Case& c : {Case{1, false, ",a,b,/,c,,/"}, Case{1, true, "4,a,b,/5,c,,/"}, Case{2, true, "4,,a,b/5,,c,/"},
+                          Case{0, false, "a,b,,/c,,,/"}, Case{0, true, "4a,b,,/5c,,,/"}, Case{3, false, ",,,a/,,,c/"},
+                          Case{9, false, ",,,/,,,/"}}) {
+        grid.SetRows(1);
+        state.bindFrom = c.bindFrom;
+        state.autoRecordNumber = c.numbered;
+        Records records({u"a\tb\t", u"c\t\t"});
+        records.firstPosition = 4;
+        LoadRecords(grid, state, records, [](std::int64_t) { return true; });
+        EXPECT_EQ(Shown(grid), c.shown) << c.bindFrom;
+        EXPECT_TRUE(records.AtEnd());
+    }
+}
+
+TEST_F(Binding, WhatFailsOrIsCalledOffKeepsTheRowsSoFar) {
+    Records failing({u"a\t", u"b\t", u"c\t"});
+    failing.failsAt = 2;
+    EXPECT_THROW(LoadRecords(grid, state, failing, [](std::int64_t) { return true; }), RunTimeError);
+    EXPECT_EQ(Shown(grid), ",a,,/,b,,/");
+    grid.SetRows(1);
+    Records records({u"a\t", u"b\t", u"c\t"});
+    std::string told;
+    LoadRecords(grid, state, records, [&](std::int64_t loaded) {
+        told += std::to_string(loaded) + " ";
+        return loaded < 2;
+    });
+    EXPECT_EQ(told, "1 2 ");
+    EXPECT_EQ(Shown(grid), ",a,,/,b,,/");
+    state.bindFrom = -1;
+    EXPECT_THROW(LoadRecords(grid, state, records, [](std::int64_t) { return true; }), RunTimeError);
+    EXPECT_EQ(grid.Rows(), 3);
+}
+
+TEST(ProgressClock, TenASecond) {
+    ProgressClock clock(5'000);
+    int told = 0;
+    for (std::uint64_t now = 5'000; now <= 6'000; ++now) told += clock.Due(now) ? 1 : 0;
+    EXPECT_EQ(told, 10);
+    EXPECT_TRUE(clock.Due(90'000));
+    EXPECT_FALSE(clock.Due(90'050)) << "no making up for a pause";
+}
+
+}  // namespace
+}  // namespace qvx::grid
