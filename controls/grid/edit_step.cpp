@@ -9,7 +9,7 @@ KeptRows KeepRows(const flexgrid::Grid& grid, int at, int count) {
     KeptRows kept;
     if (at < 0 || at >= grid.Rows()) return kept;
     const int last = std::min(at + count, grid.Rows()) - 1;
-    kept.rows.reserve(static_cast<std::size_t>(last - at + 1));
+    kept.rows.reserve(static_cast<std::size_t>(last) - static_cast<std::size_t>(at) + 1);
     grid.ForEachRow(at, last, [&](int row, const flexgrid::RowView& cells) {
         for (int col = 0; col < cells.Count(); ++col) {
             cells[col].AppendTo(kept.texts);
