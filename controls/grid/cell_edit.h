@@ -100,7 +100,7 @@ bool ShowCellEditor(flexgrid::Grid& grid, ControlState& state, Editor& editor, E
         ++state.editNumber;
         const EditorPlacement placement =
             PlaceEditor(editor.Cell(), static_cast<int>(grid.Appearance()), static_cast<int>(grid.BorderStyle()),
-                        hideButton, editor.ScrollBarPixels(), editor.TwipsPerPixelX());
+                        hideButton, editor.ScrollBarPixels(), editor.TwipsPerPixelX(), grid.RightToLeft());
         editor.MoveFrame(placement);
         editor.MoveCombo(placement);
         editor.BringComboToFront();

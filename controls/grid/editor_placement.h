@@ -26,8 +26,8 @@ struct EditorPlacement {
 // `cell` is the grid's CellLeft, CellTop, CellWidth and CellHeight. Where the grid's Appearance and BorderStyle share a
 // bit, its border is drawn inside what those count from and the frame moves by 10 twips. With `hideButton` the combo
 // reaches past the frame by the width of a vertical scroll bar (in pixels, at `twipsPerPixelX`), which puts its drop
-// button out of sight.
+// button out of sight. That is at its right end, or at its left in a grid that runs from right to left (`mirrored`).
 EditorPlacement PlaceEditor(const CellBox& cell, int appearance, int borderStyle, bool hideButton, int scrollBarPixels,
-                            int twipsPerPixelX);
+                            int twipsPerPixelX, bool mirrored);
 
 }  // namespace qvx::grid

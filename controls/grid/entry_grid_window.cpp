@@ -3,6 +3,7 @@
 #include "common/keys.h"
 #include "common/locale.h"
 #include "common/send_key.h"
+#include "common/text_direction.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/lifecycle.h"
 #include "controls/grid/projection.h"
@@ -144,6 +145,7 @@ int EntryGrid::EditorIndex() {
 
 void EntryGrid::DressEditor(ComboWindow& combo) {
     const flexgrid::Grid& grid = Model();
+    combo.SetRightToLeft(grid.RightToLeft());
     Dress& dress = dresses_[frame_->IndexOf(combo)];
     const Dress wanted{grid.FontOf(grid.Row(), grid.Col()), grid.BackColor(), grid.ForeColor()};
     if (combo.Font() == dress.font) combo.SetFont(wanted.font);
@@ -325,7 +327,9 @@ void EntryGrid::ComboKeyDown(ComboWindow& combo, int& keyCode, int shift) {
         if (keyCode == keys::tab || keyCode == keys::enter || keyCode == keys::escape) keyCode = 0;
         return;
     }
-    const Caret caret{combo.SelStart(), combo.SelLength(), static_cast<int>(combo.GetText().size())};
+    const Text text = combo.GetText();
+    const Caret caret{combo.SelStart(), combo.SelLength(), static_cast<int>(text.size()),
+                      ReadsRightToLeft(text, Model().RightToLeft())};
     const bool list = frame_->IndexOf(combo) != freeTextEditor;
     const EditorKey action = DecideEditorKey(keyCode, shift, caret, list, state_);
     if (action != EditorKey::PassOn) UseEditorKey(action, combo, keyCode, shift);

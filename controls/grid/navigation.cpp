@@ -174,9 +174,9 @@ std::optional<CellStep> StepOf(GridKey key, const flexgrid::Grid& grid, const Co
         case GridKey::Back:
             return StepBack(grid, state);
         case GridKey::Left:
-            return StepSideways(grid, state, -1);
+            return StepSideways(grid, state, grid.RightToLeft() ? 1 : -1);
         case GridKey::Right:
-            return StepSideways(grid, state, 1);
+            return StepSideways(grid, state, grid.RightToLeft() ? -1 : 1);
         case GridKey::PassOut:
             return CellStep{CellStep::Kind::Leave, -1, -1};
         default:
@@ -202,10 +202,12 @@ EditorKey DecideEditorKey(int keyCode, int shift, const Caret& caret, bool listC
             if ((shift & ~keys::shiftMask) != 0 || !state.autoTab) return EditorKey::CommitOut;
             return plain ? EditorKey::CommitForward : EditorKey::CommitBack;
         case keys::left:
-            return plain && caret.length == 0 && caret.start == 0 ? EditorKey::CommitLeft : EditorKey::PassOn;
-        case keys::right:
-            return plain && caret.length == 0 && caret.start >= caret.textLength ? EditorKey::CommitRight
-                                                                                 : EditorKey::PassOn;
+        case keys::right: {
+            const bool left = keyCode == keys::left;
+            const bool out = left != caret.rightToLeft ? caret.start == 0 : caret.start >= caret.textLength;
+            if (!plain || caret.length != 0 || !out) return EditorKey::PassOn;
+            return left ? EditorKey::CommitLeft : EditorKey::CommitRight;
+        }
         case keys::up:
         case keys::down:
             if (listColumn) return EditorKey::PassOn;

@@ -44,8 +44,8 @@ CellStep StepForward(const flexgrid::Grid& grid, const ControlState& state, bool
 // The same backwards: at the first cell to the previous control.
 CellStep StepBack(const flexgrid::Grid& grid, const ControlState& state);
 
-// The arrows: `step` is 1 or -1. Sideways past hidden and non-focus columns, up and down past hidden rows. Inactive
-// columns can be reached, as they can be read and copied though not edited.
+// The arrows: `step` is 1 or -1, by column numbers. Sideways past hidden and non-focus columns, up and down past hidden
+// rows. Inactive columns can be reached, as they can be read and copied though not edited.
 CellStep StepSideways(const flexgrid::Grid& grid, const ControlState& state, int step);
 CellStep StepVertically(const flexgrid::Grid& grid, int step);
 
@@ -86,6 +86,7 @@ struct Caret {
     int start = 0;
     int length = 0;  // of the selection
     int textLength = 0;
+    bool rightToLeft = false;  // how the text reads: its end is at the left then
 };
 
 // What a key pressed in the editor does. Commit precedes every step.
@@ -107,7 +108,7 @@ enum class EditorKey {
 // `listColumn` tells a list column's combo, which walks its list by the vertical keys, from the free-text one.
 EditorKey DecideEditorKey(int keyCode, int shift, const Caret& caret, bool listColumn, const ControlState& state);
 
-// The step that follows the commit.
+// The step that follows the commit. Left and right go as the eye does, also in a grid that runs from right to left.
 std::optional<CellStep> StepOf(EditorKey key, const flexgrid::Grid& grid, const ControlState& state);
 
 // Whether the grid wants a key that its host could use, too. Tab is another matter: it depends on where it would lead.

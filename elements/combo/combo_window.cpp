@@ -3,6 +3,8 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "common/keys.h"
 #include "common/run_time_error.h"
@@ -50,10 +52,15 @@ bool WorksTheList(int key) {
 
 ComboWindow::ComboWindow(HWND parent, ComboListener* listener, bool sorted)
     : listener_(listener), edit_(*this), sorted_(sorted) {
+    MakeWindows(parent);
+}
+
+void ComboWindow::MakeWindows(HWND parent) {
     const DWORD style = WS_CHILD | WS_CLIPSIBLINGS | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL | CBS_HASSTRINGS |
-                        (sorted ? static_cast<DWORD>(CBS_SORT) : 0u);
+                        (sorted_ ? static_cast<DWORD>(CBS_SORT) : 0u);
+    const DWORD direction = rightToLeft_ ? WS_EX_LAYOUTRTL : 0;
     const HWND window =
-        CreateWindowExW(0, L"COMBOBOX", L"", style, 0, 0, 100, 200, parent, nullptr, ModuleInstance(), nullptr);
+        CreateWindowExW(direction, L"COMBOBOX", L"", style, 0, 0, 100, 200, parent, nullptr, ModuleInstance(), nullptr);
     if (!window) throw RunTimeError(errors::outOfMemory, u"Out of memory");
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;
@@ -294,6 +301,39 @@ void ComboWindow::SetToolTipText(TextView text) {
     if (toolTip_) SendMessageW(toolTip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
 }
 
+void ComboWindow::SetRightToLeft(bool rightToLeft) {
+    if (rightToLeft == rightToLeft_) return;
+    struct Entry {
+        qvx::Text text;
+        LONG data;
+    };
+    std::vector<Entry> entries;
+    entries.reserve(static_cast<std::size_t>(ListCount()));
+    for (int index = 0; index < ListCount(); ++index) entries.push_back({List(index), ItemData(index)});
+    const qvx::Text text = GetText();
+    const HWND old = Window();
+    const bool visible = (GetWindowLongW(old, GWL_STYLE) & static_cast<LONG>(WS_VISIBLE)) != 0;
+    const bool enabled = Enabled();
+    const FlagScope scope(writing_);
+    edit_.Detach();
+    Detach();
+    for (AccessibleNameTap& tap : names_) tap.Detach();
+    if (const HWND tip = std::exchange(toolTip_, nullptr)) DestroyWindow(tip);
+    rightToLeft_ = rightToLeft;
+    MakeWindows(GetParent(old));
+    DestroyWindow(old);
+    for (std::size_t index = 0; index < entries.size(); ++index) {
+        SendMessageW(Window(), CB_INSERTSTRING, index, reinterpret_cast<LPARAM>(Wide(entries[index].text)));
+        SetItemData(static_cast<int>(index), entries[index].data);
+    }
+    HighlightEntry(chosen_);
+    WriteText(text);
+    SetLocked(locked_);
+    SetEnabled(enabled);
+    SetVisible(visible);
+    SetToolTipText(toolTipText_);
+}
+
 void ComboWindow::SetAccessibleName(TextView name) {
     for (AccessibleNameTap& tap : names_) tap.SetName(name);
 }
@@ -314,9 +354,12 @@ void ComboWindow::PlaceEditField() {
     info.cbSize = sizeof info;
     GetComboBoxInfo(Window(), &info);
     RECT combo{};
+    RECT room{};
     GetWindowRect(Window(), &combo);
-    POINT origin{combo.left, combo.top};
-    ScreenToClient(GetParent(Window()), &origin);
+    GetClientRect(GetParent(Window()), &room);
+    MapWindowPoints(nullptr, GetParent(Window()), reinterpret_cast<POINT*>(&combo), 2);
+    // A mirrored combo counts from its right edge.
+    const POINT origin{rightToLeft_ ? room.right - combo.right : combo.left, combo.top};
     // One line of text in the middle of the place, as a grid draws its cells.
     const Dpi dpi = WindowDpi(Window());
     const int line = gdiFont_->LineHeight();

@@ -97,6 +97,10 @@ class ComboWindow final : private WindowSubclass {
     void SetForeColor(OleColor color);
     const Text& ToolTipText() const { return toolTipText_; }
     void SetToolTipText(TextView text);
+    // Text from right to left, the button at the left. Not while the combo has the focus: it gets new windows, as an
+    // edit field keeps the alignment that it was made with.
+    bool RightToLeft() const { return rightToLeft_; }
+    void SetRightToLeft(bool rightToLeft);
     // What assistive programs call the field and its list.
     void SetAccessibleName(TextView name);
 
@@ -131,6 +135,7 @@ class ComboWindow final : private WindowSubclass {
 
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     LRESULT PaintColors(UINT message, WPARAM wParam, LPARAM lParam);
+    void MakeWindows(HWND parent);
     void CheckIndex(int index) const;
     void OnTyped();
     void OnChosen();
@@ -148,6 +153,7 @@ class ComboWindow final : private WindowSubclass {
     EditField edit_;
     HWND list_ = nullptr;
     bool sorted_;
+    bool rightToLeft_ = false;
     bool locked_ = false;
     bool selectsAsTyped_ = false;
     bool writing_ = false;   // the field's notifications are of our own making

@@ -103,7 +103,8 @@ bool FlexGridWindow::ActOnKey(int key, int shift) {
     SettleLayout();
     const View view = CurrentView();
     const Cursor cursor{grid_.Row(), grid_.Col(), grid_.RowSel(), grid_.ColSel()};
-    const auto step = KeyStep(key, shift, cursor, RowAxis(grid_, view), ColumnAxis(grid_, view));
+    const auto step = KeyStep(grid_.RightToLeft() ? MirroredKey(key) : key, shift, cursor, RowAxis(grid_, view),
+                              ColumnAxis(grid_, view));
     if (!step) {
         return false;
     }
@@ -265,7 +266,7 @@ void FlexGridWindow::OnMove(Point point) {
         DragSelection(point);
         return;
     }
-    tip_.Follow(Handle(), HitAt(point), point);
+    tip_.Follow(Handle(), HitAt(point), point, grid_.RightToLeft());
 }
 
 void FlexGridWindow::DragSelection(Point point) {

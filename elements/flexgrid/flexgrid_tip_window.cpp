@@ -22,14 +22,18 @@ bool CellTip::CreateFor(HWND window) {
     }
     window_ = window;
     SendMessageW(tip_, TTM_SETMAXTIPWIDTH, 0, widestTip);
+    TellTool(TTM_ADDTOOLW);
+    return true;
+}
+
+void CellTip::TellTool(UINT message) {
     TTTOOLINFOW tool{};
     tool.cbSize = TTTOOLINFOW_V1_SIZE;
-    tool.uFlags = TTF_IDISHWND;
-    tool.hwnd = window;
-    tool.uId = reinterpret_cast<UINT_PTR>(window);
+    tool.uFlags = TTF_IDISHWND | (rightToLeft_ ? TTF_RTLREADING : 0);
+    tool.hwnd = window_;
+    tool.uId = reinterpret_cast<UINT_PTR>(window_);
     tool.lpszText = LPSTR_TEXTCALLBACKW;
-    SendMessageW(tip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-    return true;
+    SendMessageW(tip_, message, 0, reinterpret_cast<LPARAM>(&tool));
 }
 
 void CellTip::Destroy() {
@@ -39,9 +43,13 @@ void CellTip::Destroy() {
     cell_ = {};
 }
 
-void CellTip::Follow(HWND window, const Hit& cell, Point point) {
+void CellTip::Follow(HWND window, const Hit& cell, Point point, bool rightToLeft) {
+    const bool turned = std::exchange(rightToLeft_, rightToLeft) != rightToLeft;
     if (!tip_ && (!cell.OnCell() || !CreateFor(window))) {
         return;
+    }
+    if (turned) {
+        TellTool(TTM_SETTOOLINFOW);
     }
     if (cell != cell_) {
         cell_ = cell;

@@ -20,8 +20,9 @@ class CellTip {
     CellTip(const CellTip&) = delete;
     CellTip& operator=(const CellTip&) = delete;
 
-    // The pointer has moved over `window`: another cell takes the tip of the last one away.
-    void Follow(HWND window, const Hit& cell, Point point);
+    // The pointer has moved over `window`: another cell takes the tip of the last one away. Texts are read from right
+    // to left with `rightToLeft`.
+    void Follow(HWND window, const Hit& cell, Point point, bool rightToLeft);
     // A button went down or up, which takes the tip away as well.
     void Press(UINT message, Point point) { Relay(message, point); }
     // What the tip asks with the WM_NOTIFY of that lParam; null when it is another's or asks nothing.
@@ -33,10 +34,12 @@ class CellTip {
 
   private:
     bool CreateFor(HWND window);
+    void TellTool(UINT message);
     void Relay(UINT message, Point point);
 
     HWND tip_ = nullptr;
     HWND window_ = nullptr;  // that the tip is for
+    bool rightToLeft_ = false;
     Hit cell_;
     Text text_;  // what the tip shows, which it does not copy
 };

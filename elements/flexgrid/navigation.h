@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "common/keys.h"
 #include "elements/flexgrid/axis.h"
 #include "elements/flexgrid/enums.h"
 #include "elements/flexgrid/hit_test.h"
@@ -31,6 +32,10 @@ struct Step {
 // and the page keys move across. Shift moves the far corner. The moved end is brought into view. `shift` is the shift
 // state of key events.
 std::optional<Step> KeyStep(int key, int shift, const Cursor& cursor, const Axis& rows, const Axis& columns);
+
+// The key that does in a grid of columns from left to right what `key` does in one from right to left, where the arrows
+// go as the eye does.
+constexpr int MirroredKey(int key) { return key == keys::left ? keys::right : key == keys::right ? keys::left : key; }
 
 // What a pressed button starts to drag.
 enum class Drag { None, Cells, Rows, Columns };

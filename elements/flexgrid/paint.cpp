@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "common/text_direction.h"
+
 namespace qvx::flexgrid {
 
 namespace {
@@ -190,7 +192,9 @@ class Painter {
         const Rect room = TextRoom(grid_, area, fixed);
         const int alignment = static_cast<int>(grid_.AlignmentOf(row, col, text));
         const bool broken = HasLineBreak(text);
-        if (!picture && !broken && ink.style == GridTextStyle::flat) {
+        // The quick path draws from left to right.
+        const bool plain = !mirrored_ || LooksSameBothWays(text);
+        if (!picture && !broken && plain && ink.style == GridTextStyle::flat) {
             const int across = Across(alignment);
             const bool wrap = grid_.WordWrap();
             const int width = wrap || across != 0 ? surface_.MeasureText(text, *ink.font, 0, oneLine).width : 0;

@@ -33,6 +33,18 @@ TEST_F(CompletionTest, NothingIsAddedWithoutAMatchOrInsideTheTextOrWhileDeleting
     EXPECT_EQ(Complete(u"INK", 1), (Completion{2, u"INK", 1, 0}));
 }
 
+TEST(CompletionOfEveryScript, HalfACharacterChoosesNothing) {
+    const std::vector<Text> entries = {u"\U0001F600 smile", u"\U0001F601 grin", u"\U00010400x", u"e\u0301t\u00E9"};
+    const EntryReader entry = [&](int index) { return entries.at(static_cast<std::size_t>(index)); };
+    const auto complete = [&](TextView text) {
+        return CompleteTyping(4, entry, text, static_cast<int>(text.size()), false);
+    };
+    EXPECT_EQ(complete(u"\xD83D"), (Completion{-1, u"\xD83D", 1, 0})) << "the other half is on its way";
+    EXPECT_EQ(complete(u"\U0001F601"), (Completion{1, u"\U0001F601 grin", 2, 5}));
+    EXPECT_EQ(complete(u"\U00010428"), (Completion{2, u"\U00010400x", 2, 1})) << "Deseret has two cases";
+    EXPECT_EQ(complete(u"e\u0301"), (Completion{3, u"e\u0301t\u00E9", 2, 2}));
+}
+
 TEST_F(CompletionTest, ExactEntryIsFoundBehindALongerOne) {
     EXPECT_EQ(FindExactly(4, entry, u"pen"), 1);
     EXPECT_EQ(FindBeginningWith(4, entry, u"pen"), 0);

@@ -61,6 +61,9 @@ TEST(Keys, MoveTheCursorAndBringItIntoView) {
         EXPECT_EQ(Show(*step), c.to);
     }
     EXPECT_FALSE(KeyStep(keys::f2, 0, {}, Rows(1), Columns(1)));
+    EXPECT_EQ(MirroredKey(keys::left), keys::right);
+    EXPECT_EQ(MirroredKey(keys::right), keys::left);
+    EXPECT_EQ(MirroredKey(keys::home), keys::home);
     EXPECT_FALSE(KeyStep(keys::down, keys::altMask, {1, 1, 1, 1}, Rows(1), Columns(1)));
     EXPECT_FALSE(KeyStep(keys::down, 0, {}, AxisOf(0, 0, 0, 96, [](int) { return 16; }), Columns(1)));
     const Axis allHidden = AxisOf(4, 1, 1, 96, [](int) { return 0; });

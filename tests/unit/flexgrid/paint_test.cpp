@@ -205,6 +205,14 @@ TEST_F(PaintTest, RightToLeftGridsAreMirrored) {
               "cell \"1\" at 140,17 in (137,16,200,31) 8.25 &H80000012 on &H8000000F\n"
               "fill (136,31,200,32) &H00000000\nfill (136,16,137,32) &H00000000\n");
     EXPECT_EQ(CellArea(grid_, view_, 1, 2), (Rect{8, 16, 72, 32}));
+    // What would look otherwise from left to right is laid out from right to left.
+    grid_.SetTextMatrix(1, 1, u"(a) 5%");
+    EXPECT_EQ(Drawn("text", {0, 16, 200, 17}),
+              "text \"(a) 5%\" (76,17,133,30) 8.25 &H80000008 format " +
+                  std::to_string(text_format::noPrefix | text_format::singleLine | text_format::rightToLeft | 2U) +
+                  "\n");
+    grid_.SetRightToLeft(false);
+    EXPECT_EQ(Drawn("text"), "");
 }
 
 TEST_F(PaintTest, TextThatDoesNotFitIsCut) {

@@ -141,6 +141,14 @@ TEST_F(CellEditTest, OpensFreeTextInThePrescribedOrder) {
     EXPECT_FALSE(state.editing);
 }
 
+TEST_F(CellEditTest, InAGridFromRightToLeftTheButtonIsOutOfSightAtTheLeft) {
+    grid.SetRightToLeft(true);
+    EXPECT_TRUE(Open(1, 1));
+    EXPECT_NE(host.Take().find("combo -285,-30 1515\n"), std::string::npos);
+    EXPECT_TRUE(Open(1, 5));
+    EXPECT_NE(host.Take().find("combo -30,-30 1260\n"), std::string::npos);
+}
+
 TEST_F(CellEditTest, OpensAListColumnWithItsButtonInsideAndItsListDown) {
     EXPECT_TRUE(Open(1, 5));
     EXPECT_EQ(host.Take(),

@@ -72,6 +72,14 @@ TEST_F(NavigationTest, ArrowsPassHiddenAndNonFocusColumnsButReachInactiveOnes) {
 }
 
 // Programs may put the cursor on a header, and there may be several.
+TEST_F(NavigationTest, ArrowsGoAsTheEyeDoesInAGridFromRightToLeft) {
+    grid.SetRightToLeft(true);
+    grid.MoveTo(2, 3);
+    EXPECT_EQ(StepOf(GridKey::Left, grid, state), (CellStep{Kind::Move, 2, 5}));
+    EXPECT_EQ(StepOf(EditorKey::CommitRight, grid, state), (CellStep{Kind::Move, 2, 1}));
+    EXPECT_EQ(StepOf(GridKey::Forward, grid, state), (CellStep{Kind::Move, 2, 5})) << "Tab goes by number";
+}
+
 TEST_F(NavigationTest, StepsFromHeadersLeadToWhatScrolls) {
     grid.SetFixedCols(3);
     grid.SetFixedRows(2);
@@ -183,6 +191,8 @@ TEST(GridKeys, TableOfKeys) {
 
 TEST(EditorKeys, TableOfKeys) {
     const Caret atStart{0, 0, 3}, inside{1, 0, 3}, atEnd{3, 0, 3}, all{0, 3, 3}, empty{0, 0, 0};
+    // Texts of scripts that run from right to left: the start is at the right.
+    const Caret hebrewStart{0, 0, 3, true}, hebrewEnd{3, 0, 3, true}, hebrewEmpty{0, 0, 0, true};
     struct Case {
         int key;
         int shift;
@@ -202,6 +212,12 @@ TEST(EditorKeys, TableOfKeys) {
         {keys::right, 0, all, false, EditorKey::PassOn},
         {keys::right, 0, empty, false, EditorKey::CommitRight},
         {keys::right, keys::controlMask, atEnd, false, EditorKey::PassOn},
+        {keys::left, 0, hebrewStart, false, EditorKey::PassOn},
+        {keys::left, 0, hebrewEnd, false, EditorKey::CommitLeft},
+        {keys::right, 0, hebrewStart, false, EditorKey::CommitRight},
+        {keys::right, 0, hebrewEnd, true, EditorKey::PassOn},
+        {keys::left, 0, hebrewEmpty, false, EditorKey::CommitLeft},
+        {keys::right, 0, hebrewEmpty, false, EditorKey::CommitRight},
         {keys::up, 0, inside, false, EditorKey::CommitUp},
         {keys::down, 0, inside, false, EditorKey::CommitDown},
         {keys::up, 0, inside, true, EditorKey::PassOn},

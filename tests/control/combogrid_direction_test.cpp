@@ -1,0 +1,171 @@
+// Grids that run from right to left, and texts of every script, with real keys.
+#include <gtest/gtest.h>
+
+#include "tests/control/combogrid_form.h"
+
+namespace qvx::test {
+namespace {
+
+using F = ComboGridForm;
+
+ComPtr<IDispatch> Inner(const F& form) { return Call(form.grid.get(), L"Grid").ToObject<IDispatch>(); }
+
+// Characters as an input method or an emoji panel sends them, by their UTF-16 units.
+void TypeUnits(F& form, TextView text) {
+    for (const char16_t unit : text) {
+        INPUT keys[2]{};
+        for (INPUT& key : keys) {
+            key.type = INPUT_KEYBOARD;
+            key.ki.wScan = unit;
+            key.ki.dwFlags = KEYEVENTF_UNICODE;
+        }
+        keys[1].ki.dwFlags |= KEYEVENTF_KEYUP;
+        ASSERT_EQ(2u, SendInput(2, keys, sizeof keys[0]));
+        form.Pump();
+    }
+}
+
+RECT OnScreen(HWND window) {
+    RECT area{};
+    GetWindowRect(window, &area);
+    return area;
+}
+
+// The parts of the open editor, on the screen.
+struct Parts {
+    RECT frame{};
+    RECT field{};
+    RECT button{};
+    explicit Parts(const F& form) : frame(OnScreen(form.Frame())) {
+        COMBOBOXINFO info{};
+        info.cbSize = sizeof info;
+        const HWND combo = GetParent(GetFocus());
+        EXPECT_TRUE(GetComboBoxInfo(combo, &info));
+        field = OnScreen(info.hwndItem);
+        button = info.rcButton;
+        MapWindowPoints(combo, nullptr, reinterpret_cast<POINT*>(&button), 2);
+    }
+};
+
+TEST(ComboGridRightToLeft, EditorLiesOnItsCellWithTheButtonAtTheLeft) {
+    F form;
+    Put(form.grid.get(), L"Rows", {Variant(40)});
+    const auto inner = Inner(form);
+    const HDC dc = GetDC(nullptr);
+    const int dpi = GetDeviceCaps(dc, LOGPIXELSX);
+    ReleaseDC(nullptr, dc);
+    for (const bool mirrored : {true, false, true}) {
+        Put(inner.get(), L"RightToLeft", {Variant(mirrored)});
+        form.Pump();
+        for (const int col : {F::name, F::item}) {
+            form.GoTo(2, col);
+            form.Press(VK_F2);
+            ASSERT_TRUE(form.Frame());
+            const Parts parts(form);
+            const RECT outer = OnScreen(form.InnerGrid());
+            EXPECT_EQ(MulDiv(static_cast<int>(*Call(inner.get(), L"CellLeft").ToLong()), dpi, 1440),
+                      parts.frame.left - outer.left);
+            EXPECT_GE(parts.field.left, parts.frame.left);
+            EXPECT_LE(parts.field.right, parts.frame.right);
+            if (mirrored) {
+                EXPECT_EQ(3, parts.frame.right - parts.field.right) << "the margin of the cells' texts";
+                EXPECT_LE(parts.button.right, parts.field.left);
+            } else {
+                EXPECT_EQ(3, parts.field.left - parts.frame.left);
+                EXPECT_GE(parts.button.left, parts.field.right);
+            }
+            const bool seen = parts.button.left < parts.frame.right - 1 && parts.button.right > parts.frame.left + 1;
+            EXPECT_EQ(col == F::item, seen) << "the button of a list column";
+            const LONG_PTR style = GetWindowLongPtrW(GetFocus(), GWL_EXSTYLE);
+            EXPECT_EQ(mirrored, (style & (WS_EX_RTLREADING | WS_EX_LAYOUTRTL)) != 0);
+            form.Press(VK_ESCAPE);
+        }
+        // What the lists hold is there as before.
+        form.GoTo(1, F::item);
+        form.Type(L"ban");
+        form.Press(VK_RETURN);
+        EXPECT_EQ(u"Banana", form.Cell(1, F::item));
+        EXPECT_EQ(3, Call(form.List(F::item).get(), L"ListCount").ToLong());
+        form.SetCell(1, F::item, u"");
+    }
+}
+
+TEST(ComboGridRightToLeft, ArrowsGoAsTheEyeDoes) {
+    F form;
+    Put(Inner(form).get(), L"RightToLeft", {Variant(true)});
+    form.GoTo(1, F::name);
+    form.Press(VK_LEFT);
+    EXPECT_EQ("1,2", form.Current());
+    form.Press(VK_RIGHT);
+    EXPECT_EQ("1,1", form.Current());
+    form.Press(VK_LEFT, {VK_SHIFT});
+    EXPECT_EQ(2, Call(Inner(form).get(), L"ColSel").ToLong());
+    form.GoTo(1, F::rate);
+    form.Type(L"12");
+    form.Press(VK_LEFT);
+    EXPECT_EQ(u"12", form.Cell(1, F::rate));
+    EXPECT_EQ("1,4", form.Current()) << "a number ends at the left";
+    form.GoTo(1, F::qty);
+    form.Press(VK_F2);
+    form.Press(VK_RIGHT);
+    EXPECT_EQ("1,1", form.Current());
+    EXPECT_FALSE(form.Press(VK_TAB));
+    EXPECT_EQ("1,2", form.Current()) << "Tab goes on by number";
+}
+
+TEST(ComboGridText, EveryScriptGoesThroughEditorCommitAndClip) {
+    const Text texts[] = {
+        u"\u65E5\u672C\u8A9E",                      // Japanese
+        u"\U0001F600 ok \U0001D49C",                // outside the basic plane
+        u"e\u0301a\u0308\u0323",                    // combining marks
+        u"\u05E9\u05DC\u05D5\u05DD abc 12 \u05D0",  // directions mixed
+        u"abc \u0645\u0631\u062D\u0628\u0627 (x)",
+        u"\U0001F468\u200D\U0001F469\u200D\U0001F467",  // one picture of several joined ones
+    };
+    F form;
+    const auto inner = Inner(form);
+    for (const bool mirrored : {false, true}) {
+        Put(inner.get(), L"RightToLeft", {Variant(mirrored)});
+        for (const Text& text : texts) {
+            form.SetCell(1, F::name, u"before");
+            form.GoTo(1, F::name);
+            TypeUnits(form, text);
+            ASSERT_TRUE(form.Frame());
+            form.Press(VK_RETURN);
+            EXPECT_EQ(text, form.Cell(1, F::name));
+            form.GoTo(1, F::name);
+            EXPECT_EQ(text, Call(inner.get(), L"Clip").ToText());
+            Put(form.grid.get(), L"Row", {Variant(2)});
+            Put(inner.get(), L"Clip", {Variant(text)});
+            EXPECT_EQ(text, form.Cell(2, F::name));
+        }
+    }
+}
+
+TEST(ComboGridText, ListsFindWhatIsTypedInEveryScript) {
+    F form;
+    const auto list = form.List(F::item);
+    for (const char16_t* entry : {u"\u00C4rger", u"\u05E9\u05DC\u05D5\u05DD \u05E2", u"\U0001F600 smile",
+                                  u"\U0001F601 grin", u"\U00010400\U00010401"})
+        Call(list.get(), L"AddItem", {Variant(entry)});
+    struct Case {
+        const char16_t* typed;
+        const char16_t* cell;
+    };
+    const Case cases[] = {
+        {u"\u00E4r", u"\u00C4rger"},
+        {u"\u05E9", u"\u05E9\u05DC\u05D5\u05DD \u05E2"},
+        {u"\U0001F601", u"\U0001F601 grin"},
+        {u"\U0001F600 s", u"\U0001F600 smile"},
+        {u"\U00010428", u"\U00010400\U00010401"},  // Deseret has two cases
+    };
+    for (const Case& c : cases) {
+        form.GoTo(1, F::item);
+        TypeUnits(form, c.typed);
+        form.Press(VK_RETURN);
+        EXPECT_EQ(c.cell, form.Cell(1, F::item));
+    }
+}
+
+}  // namespace
+}  // namespace qvx::test
