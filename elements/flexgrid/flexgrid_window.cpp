@@ -1,5 +1,5 @@
-// The window itself: life, geometry and bars. Painting is in flexgrid_paint_window.cpp, keys and mouse in
-// flexgrid_input_window.cpp.
+// The window itself: life and bars. What hosts ask about places is in flexgrid_geometry_window.cpp, painting in
+// flexgrid_paint_window.cpp, keys and mouse in flexgrid_input_window.cpp.
 #include "elements/flexgrid/flexgrid_window.h"
 
 #include <algorithm>
@@ -30,9 +30,6 @@ class FlexGridWindow::DeviceMetrics final : public TextMetrics {
 namespace {
 
 const WindowClass gridClass{L"QvxFlexGrid"};
-
-// At the end of the range what lies beyond it.
-int Held(std::int64_t pixels) { return static_cast<int>(std::clamp<std::int64_t>(pixels, INT32_MIN, INT32_MAX)); }
 
 CellRange Around(const CellRange& a, const CellRange& b) {
     return {std::min(a.top, b.top), std::min(a.left, b.left), std::max(a.bottom, b.bottom), std::max(a.right, b.right)};
@@ -160,104 +157,6 @@ View FlexGridWindow::CurrentView() const {
 View FlexGridWindow::SettledView() {
     SettleLayout();
     return CurrentView();
-}
-
-// ---- Geometry for hosts --------------------------------------------------------------------------------------------
-
-void FlexGridWindow::SetTopRow(int row) {
-    SettleLayout();
-    const Axis rows = RowAxis(grid_, CurrentView());
-    grid_.SetTopRow(rows.CanBeFirst(row) ? ClampFirst(rows, row) : row);
-}
-
-void FlexGridWindow::SetLeftCol(int col) {
-    SettleLayout();
-    const Axis columns = ColumnAxis(grid_, CurrentView());
-    grid_.SetLeftCol(columns.CanBeFirst(col) ? ClampFirst(columns, col) : col);
-}
-
-void FlexGridWindow::ScrollTo(int topRow, int leftCol) {
-    SettleLayout();
-    const View view = CurrentView();
-    const Axis rows = RowAxis(grid_, view);
-    const Axis columns = ColumnAxis(grid_, view);
-    const int top = ClampFirst(rows, topRow);
-    const int left = ClampFirst(columns, leftCol);
-    if (rows.HasScrollable() && top != grid_.TopRow()) {
-        grid_.SetTopRow(top);
-    }
-    if (columns.HasScrollable() && left != grid_.LeftCol()) {
-        grid_.SetLeftCol(left);
-    }
-}
-
-void FlexGridWindow::ScrollIntoView(int row, int col) {
-    SettleLayout();
-    const View view = CurrentView();
-    ScrollTo(FirstToShow(RowAxis(grid_, view), row), FirstToShow(ColumnAxis(grid_, view), col));
-}
-
-Rect FlexGridWindow::CellTwips() {
-    ScrollIntoView(grid_.Row(), grid_.Col());
-    const View view = CurrentView();
-    const bool fixed = grid_.Row() < grid_.FixedRows() || grid_.Col() < grid_.FixedCols();
-    if (grid_.Rows() == 0 || grid_.Cols() == 0) {
-        return {};
-    }
-    const Point corner = ClientCorner();
-    const Rect cell =
-        InsideLines(grid_, CellArea(grid_, view, grid_.Row(), grid_.Col()), fixed).Offset(corner.x, corner.y);
-    const Dpi dpi = grid_.Metrics().Resolution();
-    return {PixelsToTwips(cell.left, dpi.x), PixelsToTwips(cell.top, dpi.y), PixelsToTwips(cell.right, dpi.x),
-            PixelsToTwips(cell.bottom, dpi.y)};
-}
-
-int FlexGridWindow::RowPos(int row) {
-    SettleLayout();
-    const std::int64_t at = PositionOf(RowAxis(grid_, CurrentView()), row);
-    return PixelsToTwips(Held(at + ClientCorner().y), grid_.Metrics().Resolution().y);
-}
-
-int FlexGridWindow::ColPos(int col) {
-    SettleLayout();
-    const std::int64_t at = ColumnStart(grid_, CurrentView(), col);
-    return PixelsToTwips(Held(at + ClientCorner().x), grid_.Metrics().Resolution().x);
-}
-
-bool FlexGridWindow::RowIsVisible(int row) {
-    SettleLayout();
-    return IsVisible(RowAxis(grid_, CurrentView()), row);
-}
-
-bool FlexGridWindow::ColIsVisible(int col) {
-    SettleLayout();
-    return IsVisible(ColumnAxis(grid_, CurrentView()), col);
-}
-
-int FlexGridWindow::MouseRow() {
-    POINT at{};
-    if (!Handle() || !GetCursorPos(&at) || !ScreenToClient(Handle(), &at)) {
-        return 0;
-    }
-    SettleLayout();
-    return std::max(0, NearestItemAt(RowAxis(grid_, CurrentView()), static_cast<int>(at.y), false));
-}
-
-int FlexGridWindow::MouseCol() {
-    POINT at{};
-    if (!Handle() || !GetCursorPos(&at) || !ScreenToClient(Handle(), &at)) {
-        return 0;
-    }
-    SettleLayout();
-    const View view = CurrentView();
-    const int x = static_cast<int>(grid_.RightToLeft() ? view.client.width - 1 - at.x : at.x);
-    return std::max(0, NearestItemAt(ColumnAxis(grid_, view), x, false));
-}
-
-bool FlexGridWindow::IsTextCut(int row, int col) {
-    SettleLayout();
-    GdiSurface surface(buffer_.Prepare(nullptr, {1, 1}), grid_.Metrics().Resolution());
-    return IsCut(grid_, CurrentView(), surface, row, col);
 }
 
 // ---- Changes of the grid -------------------------------------------------------------------------------------------
