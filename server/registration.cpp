@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <functional>
 #include <set>
+#include <utility>
 
 #include "Qvx.h"
 #include "com/guard.h"
@@ -39,15 +40,16 @@ class RegistryKey {
     HKEY key_ = nullptr;
 };
 
+// Where classes are kept: a key that is always open, and a path from it, which may be empty.
+std::pair<HKEY, std::wstring> PlaceOf(ClassRoot root) {
+    if (root == ClassRoot::standard) return {HKEY_CLASSES_ROOT, {}};
+    return {root == ClassRoot::user ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE, L"Software\\Classes"};
+}
+
 void Open(ClassRoot root, RegistryKey& classes) {
-    HKEY base = HKEY_CLASSES_ROOT;
-    const wchar_t* path = L"";
-    if (root != ClassRoot::standard) {
-        base = root == ClassRoot::user ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
-        path = L"Software\\Classes";
-    }
+    const auto [base, path] = PlaceOf(root);
     Check(HRESULT_FROM_WIN32(static_cast<DWORD>(
-        RegCreateKeyExW(base, path, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, classes.put(), nullptr))));
+        RegCreateKeyExW(base, path.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, classes.put(), nullptr))));
 }
 
 std::wstring Spell(REFGUID id) {
@@ -105,11 +107,14 @@ bool IsClassEntry(const RegistryValue& entry) { return entry.key.rfind(L"CLSID\\
 
 // Programs of both widths find classes by the same names, but each width has classes of its own. The names are left
 // behind for the other one's sake as long as it is registered.
-bool OtherWidthIsRegistered(HKEY classes, const ControlClass& control) {
+bool OtherWidthIsRegistered(ClassRoot root, const ControlClass& control) {
     constexpr REGSAM otherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
-    const std::wstring path = L"CLSID\\" + Spell(*control.id) + L"\\InprocServer32";
+    // By the whole path: a key opened in one width's view may stay in it for what is below.
+    const auto [base, place] = PlaceOf(root);
+    const std::wstring path =
+        place + (place.empty() ? L"" : L"\\") + L"CLSID\\" + Spell(*control.id) + L"\\InprocServer32";
     RegistryKey key;
-    return RegOpenKeyExW(classes, path.c_str(), 0, KEY_READ | otherView, key.put()) == ERROR_SUCCESS;
+    return RegOpenKeyExW(base, path.c_str(), 0, KEY_READ | otherView, key.put()) == ERROR_SUCCESS;
 }
 
 HRESULT RegisterLibrary(ClassRoot root) {
@@ -187,9 +192,8 @@ HRESULT UnregisterServer(ClassRoot root) {
     Remove(classes.get(), {firstClass, names.end()});
     names.erase(firstClass, names.end());
     const auto controls = AllControls();
-    const bool shared = std::any_of(controls.begin(), controls.end(), [&](const ControlClass& control) {
-        return OtherWidthIsRegistered(classes.get(), control);
-    });
+    const bool shared = std::any_of(controls.begin(), controls.end(),
+                                    [&](const ControlClass& control) { return OtherWidthIsRegistered(root, control); });
     if (!shared) Remove(classes.get(), names);
     return UnregisterLibrary(root, classes.get());
 }

@@ -529,6 +529,7 @@ TEST(HostDefaults, FontIsTheAmbientFontAndIsNotWritten) {
 
 // A form whose font changes takes along what was never given one of its own.
 TEST(HostDefaults, AChangedAmbientFontIsTakenOver) {
+    // The system rounds sizes that come to no whole pixels.
     const auto fontOf = [](double points) {
         FontSpec look;
         look.face = u"Tahoma";
@@ -543,13 +544,13 @@ TEST(HostDefaults, AChangedAmbientFontIsTakenOver) {
         return ReadFontObject(Call(container.Automation().get(), L"Font").ToObject<IFont>().get()).points;
     };
     ASSERT_EQ(12, points());
-    container.SetAmbient(DISPID_AMBIENT_FONT, fontOf(14));
-    EXPECT_EQ(14, points());
+    container.SetAmbient(DISPID_AMBIENT_FONT, fontOf(15));
+    EXPECT_EQ(15, points());
     EXPECT_EQ(nullptr, SaveToBag(container.Control())->Find(L"Font"));
     EXPECT_EQ(S_FALSE, Query<IPersistStreamInit>(container.Control())->IsDirty());
-    Put(container.Automation().get(), L"Font", {fontOf(20)});
-    container.SetAmbient(DISPID_AMBIENT_FONT, fontOf(16));
-    EXPECT_EQ(20, points());
+    Put(container.Automation().get(), L"Font", {fontOf(18)});
+    container.SetAmbient(DISPID_AMBIENT_FONT, fontOf(9));
+    EXPECT_EQ(18, points());
 }
 
 // --- Mnemonics ---
