@@ -381,6 +381,40 @@ TEST(Accessibility, ObjectsOutliveRowsAndTheControl) {
     }
 }
 
+TEST(Accessibility, HandlersMayTakeTheGridAwayFromUnderAnAction) {
+    const std::function<HRESULT(const Spoken&)> actions[] = {
+        [](const Spoken& cell) { return cell->accDoDefaultAction(Child(0)); },
+        [](const Spoken& cell) { return cell->put_accValue(Child(0), Bstr(u"9").get()); },
+        [](const Spoken& cell) { return cell->accSelect(SELFLAG_TAKEFOCUS, Child(0)); },
+    };
+    for (const DISPID at :
+         {grid_event::leaveCell, grid_event::enterCell, grid_event::beforeCellChange, grid_event::afterCellChange}) {
+        for (const auto& action : actions) {
+            for (const bool close : {true, false}) {
+                Spoken cell;
+                {
+                    F form;
+                    form.GoTo(1, F::name);
+                    form.Type(L"a");
+                    cell = CellOf(form, 2, F::qty);
+                    form.events->onEvent = [&](DISPID id, DISPPARAMS&) {
+                        if (id != at) return;
+                        form.events->onEvent = nullptr;
+                        if (close)
+                            form.container.Close();
+                        else
+                            Put(form.grid.get(), L"Rows", {Variant(1)});
+                    };
+                    action(cell);
+                    form.Pump();
+                }
+                Bstr name;
+                EXPECT_EQ(CO_E_OBJNOTCONNECTED, cell->get_accName(Child(0), name.put()));
+            }
+        }
+    }
+}
+
 // ---- Events --------------------------------------------------------------------------------------------------------
 
 // What the grid's window tells, as names of the objects that are told of.

@@ -1,4 +1,7 @@
 // Grids that run from right to left, and texts of every script, with real keys.
+#include <windows.h>
+
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
 #include "tests/control/combogrid_form.h"
@@ -111,6 +114,45 @@ TEST(ComboGridRightToLeft, ArrowsGoAsTheEyeDoes) {
     EXPECT_EQ("1,1", form.Current());
     EXPECT_FALSE(form.Press(VK_TAB));
     EXPECT_EQ("1,2", form.Current()) << "Tab goes on by number";
+}
+
+// The flags of the tool tip's entry for a window; 0 while there is none.
+UINT TipFlagsFor(HWND window) {
+    struct Search {
+        HWND window;
+        UINT flags;
+    } search{window, 0};
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND tip, LPARAM parameter) -> BOOL {
+            auto* wanted = reinterpret_cast<Search*>(parameter);
+            wchar_t kind[32]{};
+            GetClassNameW(tip, kind, 32);
+            if (lstrcmpiW(kind, TOOLTIPS_CLASSW) != 0) return TRUE;
+            wchar_t text[700]{};
+            TTTOOLINFOW tool{};
+            tool.cbSize = TTTOOLINFOW_V1_SIZE;
+            tool.lpszText = text;
+            const LRESULT count = SendMessageW(tip, TTM_GETTOOLCOUNT, 0, 0);
+            for (LRESULT i = 0; i < count; ++i)
+                if (SendMessageW(tip, TTM_ENUMTOOLSW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&tool)) &&
+                    tool.hwnd == wanted->window)
+                    wanted->flags = tool.uFlags;
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.flags;
+}
+
+TEST(ComboGridRightToLeft, TipsReadAsTheGridDoes) {
+    F form({{L"CellToolTip", Variant(true)}});
+    for (const bool mirrored : {false, true, false}) {
+        Put(Inner(form).get(), L"RightToLeft", {Variant(mirrored)});
+        SendMessageW(form.InnerGrid(), WM_MOUSEMOVE, 0, MAKELPARAM(100, 20));
+        const UINT flags = TipFlagsFor(form.InnerGrid());
+        ASSERT_NE(0u, flags & TTF_IDISHWND) << "there is a tip";
+        EXPECT_EQ(mirrored, (flags & TTF_RTLREADING) != 0);
+    }
 }
 
 TEST(ComboGridText, EveryScriptGoesThroughEditorCommitAndClip) {
