@@ -3,8 +3,8 @@
 
     bench/report.py RESULTS... > report.md
 
-Works in seconds: load, sum, scan, insert_top, insert_block, remove_half, duplicates, product, product_set, remove_empty,
-load_cells, paste, undo_paste, first_frame. In bytes per cell: memory. In frames per second: frames, scroll.
+Works in seconds: load, sum, scan, insert_top, insert_block, remove_half, duplicates, product, product_set, validate,
+remove_empty, load_cells, paste, undo_paste, first_frame. In bytes per cell: memory. In frames per second: frames, scroll.
 """
 import sys
 from collections import defaultdict
@@ -27,6 +27,7 @@ NAMES = {
     "duplicates": "search for equal rows where none are",
     "product": "product of two columns",
     "product_set": "product of two columns, written into a third",
+    "validate": "check of clean cells: all required, two columns above 0",
     "remove_empty": "remove the half of the rows that is empty",
     "load_cells": "load R rows, a call a cell",
     "paste": "paste over R rows, each cell through its column and into the history",
@@ -47,6 +48,7 @@ GOALS = {
     "duplicates": (8, None),
     "product": (12, None),
     "product_set": (12, None),
+    "validate": (12, None),
     "remove_empty": (50, None),
     "insert_top": (100, 150),
     "frames": (4, 6),
@@ -156,8 +158,7 @@ def growth(table):
     print("| work | " + " | ".join(f"{n:,}" for n in sizes) + " |")
     print("|---|" + "---:|" * len(sizes))
     for work in ("load", "memory", "sum", "scan", "remove_half", "insert_top", "insert_block", "duplicates", "product", "product_set",
-                 "remove_empty",
-                 "load_cells", "paste", "undo_paste"):
+                 "validate", "remove_empty", "load_cells", "paste", "undo_paste"):
         cells, last = [], None
         for n in sizes:
             value = table.get(work, {}).get(n, {}).get(OURS, (None, 0))[0]
@@ -180,7 +181,7 @@ def main():
           "as what the allocator has handed out, natively.\n"
           "`cut` stands where a work was expected to take too long. A ratio says how many times better Qvx is.\n")
     data = ["load", "memory", "sum", "scan", "remove_half", "insert_top", "insert_block", "duplicates", "product", "product_set",
-            "remove_empty"]
+            "validate", "remove_empty"]
     paint = ["frames", "scroll", "first_frame"]
     if native:
         compare("Beside the best toolkit", native, native, TOOLKITS, 0, data)

@@ -97,6 +97,19 @@ double ProductIn(QAbstractItemModel& model, bool write) {
     return total;
 }
 
+std::size_t FirstInvalidRowOf(const QAbstractItemModel& model) {
+    const int rows = model.rowCount();
+    for (int row = 1; row < rows; ++row) {
+        for (int col = 0; col < columnCount; ++col) {
+            const QString cell = model.index(row, col).data().toString();
+            if (IsBlank(cell)) return static_cast<std::size_t>(row);
+            if ((col == sumColumn || col == factorColumn) && !(cell.toDouble() > 0))
+                return static_cast<std::size_t>(row);
+        }
+    }
+    return static_cast<std::size_t>(rows);
+}
+
 void SetCellOf(QAbstractItemModel& model, std::size_t row, int col, const std::string& text) {
     model.setData(model.index(static_cast<int>(row), col), QString::fromStdString(text));
 }
@@ -138,6 +151,7 @@ class WidgetPeer {
     bool HasDuplicate() { return HasDuplicateIn(*table_.model()); }
     void RemoveEmptyRows() { RemoveEmptyRowsOf(*table_.model()); }
     double Product(bool write) { return ProductIn(*table_.model(), write); }
+    std::size_t FirstInvalidRow() { return FirstInvalidRowOf(*table_.model()); }
     std::size_t Rows() { return static_cast<std::size_t>(table_.rowCount()); }
     std::string Cell(std::size_t row, std::size_t col) {
         return table_.item(static_cast<int>(row), static_cast<int>(col))->text().toStdString();
@@ -177,6 +191,7 @@ class ItemModelPeer {
     bool HasDuplicate() { return HasDuplicateIn(model_); }
     void RemoveEmptyRows() { RemoveEmptyRowsOf(model_); }
     double Product(bool write) { return ProductIn(model_, write); }
+    std::size_t FirstInvalidRow() { return FirstInvalidRowOf(model_); }
     std::size_t Rows() { return static_cast<std::size_t>(model_.rowCount()); }
     std::string Cell(std::size_t row, std::size_t col) {
         return model_.item(static_cast<int>(row), static_cast<int>(col))->text().toStdString();

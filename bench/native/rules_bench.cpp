@@ -78,6 +78,16 @@ class ArraysPeer {
         }
         return total;
     }
+    std::size_t FirstInvalidRow() {
+        for (std::size_t row = 1; row < rows_.size(); ++row) {
+            for (std::size_t col = 0; col < columnCount; ++col) {
+                const Text& cell = rows_[row][col];
+                if (cell.find_first_not_of(u' ') == Text::npos) return row;
+                if ((col == sumColumn || col == factorColumn) && !(NumericValue(cell) > 0)) return row;
+            }
+        }
+        return rows_.size();
+    }
     std::size_t Rows() { return rows_.size(); }
     std::string Cell(std::size_t row, std::size_t col) {
         return std::string(rows_[row][col].begin(), rows_[row][col].end());

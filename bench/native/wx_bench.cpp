@@ -116,6 +116,19 @@ class WxPeer {
         }
         return total;
     }
+    std::size_t FirstInvalidRow() {
+        const int rows = table_.GetNumberRows();
+        for (int row = 1; row < rows; ++row) {
+            for (int col = 0; col < columnCount; ++col) {
+                const wxString cell = table_.GetValue(row, col);
+                if (cell.find_first_not_of(wxT(' ')) == wxString::npos) return static_cast<std::size_t>(row);
+                double value = 0;
+                if ((col == sumColumn || col == factorColumn) && !(cell.ToCDouble(&value) && value > 0))
+                    return static_cast<std::size_t>(row);
+            }
+        }
+        return Rows();
+    }
     std::size_t Rows() { return static_cast<std::size_t>(table_.GetNumberRows()); }
     std::string Cell(std::size_t row, std::size_t col) {
         return table_.GetValue(static_cast<int>(row), static_cast<int>(col)).ToStdString();

@@ -1,11 +1,14 @@
 // The works on rows as records, the same for every peer: a table of which no two rows are the same is searched for
-// duplicates, two columns are multiplied, and rows without text are removed from among the others.
+// duplicates, two columns are multiplied, clean cells are checked, and rows without text are removed from among the
+// others.
 //
 // A peer is one of the data works' (data_works.h) that has besides
 //   void SetCell(std::size_t row, int col, const std::string& text);   before the clock runs
 //   bool HasDuplicate();     of two rows whose cells, one behind the other and whatever their case, make the same text
 //   void RemoveEmptyRows();  those whose cells all hold nothing but blanks
 //   double Product(bool write);   of columns 3 and 4, added up; written as text into column 9 of each row when asked
+//   std::size_t FirstInvalidRow();   from row 1 on (row 0 holds captions) the first with a cell of nothing but blanks
+//                                    or not above 0 in columns 3 and 4; Rows() when there is none
 #pragma once
 
 #include <cmath>
@@ -23,17 +26,50 @@ namespace qvx::bench {
 constexpr int factorColumn = 4;
 constexpr int productColumn = 9;
 
+inline std::string Caption(int col) { return "Column" + std::to_string(col); }
+
+// Captions in row 0, and no cell below it that is blank or, where a number above 0 belongs, 0.
+template <class Peer>
+void MakeValid(Peer& peer) {
+    const std::size_t rows = peer.Rows();
+    std::vector<std::vector<std::string>> texts;
+    for (std::size_t text = 0; text < distinctRows; ++text) texts.push_back(Expected::Cells(text));
+    for (std::size_t row = 1; row < rows; ++row) {
+        const std::vector<std::string>& cells = texts[row % distinctRows];
+        for (int col = 1; col < columnCount; ++col) {
+            const std::string& cell = cells[static_cast<std::size_t>(col)];
+            if (cell.find_first_not_of(' ') == std::string::npos) peer.SetCell(row, col, "Open");
+            if (col == factorColumn && cell == "0") peer.SetCell(row, col, "1");
+            if (col == productColumn) peer.SetCell(row, col, cell);
+        }
+    }
+    for (int col = 0; col < columnCount; ++col) peer.SetCell(0, col, Caption(col));
+}
+
+// A fault of either kind in the very last row is found.
+template <class Peer>
+bool FindsFaults(Peer& peer) {
+    const std::size_t last = peer.Rows() - 1;
+    peer.SetCell(last, factorColumn, "0");
+    const bool number = peer.FirstInvalidRow() == last;
+    peer.SetCell(last, factorColumn, "1");
+    peer.SetCell(last, productColumn, "  ");
+    const bool blank = peer.FirstInvalidRow() == last;
+    peer.SetCell(last, productColumn, "1");
+    return number && blank && peer.FirstInvalidRow() == peer.Rows();
+}
+
 template <class Peer>
 void RunRecordWorks(const Options& options) {
-    std::vector<double> last(4, 0);
+    std::vector<double> last(5, 0);
     std::vector<double> products;
     for (std::size_t text = 0; text < distinctRows; ++text) {
         const std::vector<std::string> cells = Expected::Cells(text);
         products.push_back(std::stod(cells[sumColumn]) * std::stod(cells[factorColumn]));
     }
-    const char* const works[] = {"duplicates", "product", "remove_empty", "product_set"};
+    const char* const works[] = {"duplicates", "product", "remove_empty", "product_set", "validate"};
     for (std::size_t rows = 10'000; rows <= options.maxRows; rows *= 10) {
-        std::vector<double> times[4];
+        std::vector<double> times[5];
         // From the time at a tenth of the rows; removal may be quadratic.
         const auto affordable = [&](int work) { return last[work] * (work == 2 ? 100 : 10) <= options.limit; };
         double expected = 0;
@@ -56,13 +92,19 @@ void RunRecordWorks(const Options& options) {
             if (affordable(1)) check(std::fabs(product - expected) <= 1e-9 * expected, 1);
             measure(3, [&] { product = peer->Product(true); });
             if (affordable(3)) check(std::fabs(product - expected) <= 1e-9 * expected, 3);
+            if (affordable(4)) {
+                MakeValid(*peer);
+                std::size_t found = 0;
+                measure(4, [&] { found = peer->FirstInvalidRow(); });
+                check(found == rows && FindsFaults(*peer), 4);
+            }
             if (!affordable(2)) continue;
             for (std::size_t row = 1; row < rows; row += 2)
                 for (int col = 0; col < columnCount; ++col) peer->SetCell(row, col, col == 5 ? " " : "");
             measure(2, [&] { peer->RemoveEmptyRows(); });
             check(peer->Rows() == (rows + 1) / 2 && peer->Cell(1, 0) == "No.2", 2);
         }
-        for (int work = 0; work < 4; ++work) {
+        for (int work = 0; work < 5; ++work) {
             if (times[work].empty()) {
                 ReportCut(works[work], rows, Peer::Name(), last[work] * (work == 2 ? 100 : 10));
             } else {

@@ -11,6 +11,7 @@
 #include "controls/grid/aggregates.h"
 #include "controls/grid/duplicate_rows.h"
 #include "controls/grid/row_operations.h"
+#include "controls/grid/validation.h"
 #include "elements/flexgrid/grid.h"
 
 namespace qvx::bench {
@@ -68,6 +69,11 @@ class RulesPeer {
     double Product(bool write) {
         return grid::SumOfProducts(grid_, write ? productColumn : -1, std::vector{sumColumn, factorColumn});
     }
+    std::size_t FirstInvalidRow() {
+        static const grid::ControlState state = ValidatedState();
+        const auto invalid = grid::FindInvalidCell(grid_, state);
+        return invalid ? static_cast<std::size_t>(invalid->row) : Rows();
+    }
 
     std::size_t Rows() { return static_cast<std::size_t>(grid_.Rows()); }
 
@@ -80,6 +86,17 @@ class RulesPeer {
     static const std::vector<Text>& Texts() {
         static const std::vector<Text> texts = RowTexts<Text>();
         return texts;
+    }
+
+    // Every column is required; the factors have to be above 0.
+    static grid::ControlState ValidatedState() {
+        const auto wide = [](const std::string& text) { return Text(text.begin(), text.end()); };
+        grid::ControlState state;
+        state.requiredFields = u";";
+        for (int col = 0; col < columnCount; ++col) state.requiredFields += wide(Caption(col)) + u";";
+        const Text code = u"-" + wide(std::to_string(grid::sign_rule::positive)) + u";";
+        state.checkValueFor = u";" + wide(Caption(sumColumn)) + code + wide(Caption(factorColumn)) + code;
+        return state;
     }
 
     static bool IsBlank(flexgrid::CellView cell) {
