@@ -24,7 +24,7 @@ inline Text AccessibleName(const ButtonLook& look) { return WithoutAccessMark(lo
 
 inline std::optional<Text> AccessibleShortcut(const ButtonLook& look) {
     const char16_t key = AccessKey(look.caption);
-    return key == u'\0' ? std::nullopt : std::optional(Text(u"Alt+") + key);
+    return key == u'\0' ? std::nullopt : std::optional(Text{u'A', u'l', u't', u'+', key});
 }
 
 constexpr long AccessibleState(const ButtonLook& look, bool focused) {
