@@ -80,18 +80,41 @@ Text NotFiniteText(double value) {
     return value < 0 ? u"-1.#INF" : u"1.#INF";
 }
 
-// Most numbers are the nearest double to a short decimal: the shortest text that reads as the same double is quickly
-// found, and where it has no more than 15 digits no other decimal of 15 digits lies nearer. "" for all others.
+// Rounds decimals from `cut` on away, a half up; where those from `begin` on are then to end. nullptr when a further
+// digit would be needed in front.
+char* RoundUp(char* begin, char* cut) {
+    char* end = cut;
+    while (end != begin && (end[-1] == '9' || end[-1] == '.')) --end;
+    if (end == begin || end[-1] == '-') return nullptr;
+    ++end[-1];
+    char* const point = std::find(begin, cut, '.');
+    if (end > point) return end;  // what were nines behind the point are gone
+    std::fill(end, point, '0');
+    return point;
+}
+
+// The shortest text that reads as the same double is quickly found. Where it has no more than 15 digits no other
+// decimal of 15 digits lies nearer. Where it has more it is rounded to 15: it lies on the same side of every half as
+// the double itself, since a half in between would have been the shorter text, or as short and nearer; only when it is
+// a half that does not tell. "" then, and for numbers that are large or small.
 Text ShortText(double value) {
     if (!(std::fabs(value) < 1e15 && std::fabs(value) >= 1e-4)) return {};
     std::array<char, 32> buffer;
-    const char* const begin = buffer.data();
+    char* const begin = buffer.data();
     const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);
     if (written.ec != std::errc()) return {};
-    const char* const end = written.ptr;
-    const char* const first = std::find_if_not(begin, end, [](char c) { return c == '-' || c == '0' || c == '.'; });
+    char* end = written.ptr;
+    char* const first = std::find_if_not(begin, end, [](char c) { return c == '-' || c == '0' || c == '.'; });
     const bool pointBehind = std::find(first, end, '.') != end;
-    if (end - first > maxSignificantDigits + (pointBehind ? 1 : 0)) return {};
+    const std::ptrdiff_t kept = maxSignificantDigits + (pointBehind ? 1 : 0);
+    if (end - first <= kept) return Text(begin, end);
+    char* const cut = first + kept;  // behind the point: the whole part has no more than 15 digits
+    if (*cut == '5' && cut + 1 == end) return {};
+    end = *cut >= '5' ? RoundUp(begin, cut) : cut;
+    if (!end) return {};
+    const bool fraction = std::find(begin, end, '.') != end;
+    while (fraction && end[-1] == '0') --end;
+    if (end[-1] == '.') --end;
     return Text(begin, end);
 }
 

@@ -23,6 +23,13 @@ TEST(DoubleToText, IsTheFifteenDigitForm) {
         double value = static_cast<double>(static_cast<int>(random() % 2000000) - 1000000) / 100;
         value *= std::pow(10.0, static_cast<int>(random() % 20) - 8);
         if (round % 2 == 0) value *= static_cast<double>(random() % 1000) / 8;
+        if (round % 5 == 0) {  // nearly a half of the fifteenth digit, at times behind nines
+            std::string half = round % 2 == 0 ? "-" : "";
+            half += std::to_string(round % 3 == 0
+                                       ? 999'999'999'999'999 - (1LL << random() % 40)
+                                       : static_cast<long long>(random() % 900'000'000'000'000) + 100'000'000'000'000);
+            value = std::stod(half + "5e-" + std::to_string(1 + random() % 20));
+        }
         if (round % 3 == 0) value = std::nextafter(value, round % 2 == 0 ? 1e300 : -1e300);
         char expected[40];
         std::snprintf(expected, sizeof expected, "%.15g", value);
@@ -48,6 +55,15 @@ TEST(DoubleToText, WritesFifteenSignificantDigits) {
         {1.0 / 3, u"0.333333333333333"},
         {2.0 / 3, u"0.666666666666667"},
         {-2.0 / 3, u"-0.666666666666667"},
+        {0.1 * 3 * 9, u"2.7"},
+        {0.9999999999999999, u"1"},
+        {-19.999999999999996, u"-20"},
+        {129.99999999999997, u"130"},
+        {9.999999999999998, u"10"},
+        {0.09999999999999999, u"0.1"},
+        {4.3499999999999996, u"4.35"},
+        {123456789012345.02, u"123456789012345"},
+        {123456789012345.98, u"123456789012346"},
         {100, u"100"},
         {123456789012345, u"123456789012345"},
         {999999999999999, u"999999999999999"},
