@@ -38,12 +38,13 @@ double SumOfProducts(flexgrid::Grid& grid, int col2Set, std::span<const int> col
         return total;
     }
     grid.Cell(grid.FixedRows(), col2Set);
-    for (int row = grid.FixedRows(); row < grid.Rows(); ++row) {
-        double product = 0;
-        grid.ForEachRow(row, row, [&](int, const flexgrid::RowView& cells) { product = productIn(cells); });
+    Text text;
+    grid.SetColumn(col2Set, grid.FixedRows(), grid.Rows() - 1, [&](const flexgrid::RowView& cells) -> TextView {
+        const double product = productIn(cells);
         total += product;
-        grid.SetTextMatrix(row, col2Set, DoubleToText(product));
-    }
+        text = DoubleToText(product);
+        return text;
+    });
     return total;
 }
 

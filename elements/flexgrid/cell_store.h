@@ -2,7 +2,7 @@
 // and the order of the identities (row_index.h). A row of ten short cells takes about 80 bytes in all.
 //
 // A text that is written makes a new record, unless the old one has room; the old one is dead, and when half of the
-// arena is dead the living are copied into a new one. Whatever fails leaves the store as it was.
+// arena is dead the living are copied into a new one. Whatever fails leaves the store as it was, but for SetColumn.
 #pragma once
 
 #include <cstddef>
@@ -71,7 +71,21 @@ class CellStore {
         Tidy();
     }
 
-    void SetCell(int row, int col, TextView text) { SetCells(row, col, std::span(&text, 1)); }
+    void SetCell(int row, int col, TextView text) {
+        const RowId id = order_.At(row);
+        Store(id, builder_.WithCell(ViewOf(id), col, text));
+    }
+    // One cell in each of the rows first to last, both included: it becomes textOf(RowView), a text that need last no
+    // longer than until the next call. When that throws or memory runs out, the rows before have theirs.
+    template <class TextOf>
+    void SetColumn(int col, int first, int last, TextOf&& textOf) {
+        order_.ForEachLeaf(first, last, [&](std::span<const RowId> ids) {
+            for (const RowId id : ids) {
+                const TextView text = textOf(ViewOf(id));
+                Store(id, builder_.WithCell(ViewOf(id), col, text));
+            }
+        });
+    }
     // Neighbouring cells of one row at once.
     void SetCells(int row, int firstCol, std::span<const TextView> texts);
     // The same text in every cell of the range.

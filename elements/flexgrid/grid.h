@@ -125,6 +125,13 @@ class Grid final : public GridLook {
     void SetRowPosition(int row, int position);
     void SetColPosition(int col, int position);
 
+    // The cell of column `col` in each of the rows first to last (included) becomes textOf(const RowView& cells), which
+    // must not change the grid and whose result need last no longer than until its next call. Told as one change.
+    // Throws 30009, 30010 when out of range; nothing to do when last < first. When textOf throws or memory runs out,
+    // the rows before keep what was written.
+    template <class TextOf>
+    void SetColumn(int col, int first, int last, TextOf&& textOf);
+
     // ---- Walking many cells ----------------------------------------------------------------------------------------
     // visit(int row, CellView cell) for rows first to last (included) of one column. The grid must not be changed
     // meanwhile. Throws 30009, 30010 when out of range; nothing to do when last < first.
@@ -366,6 +373,23 @@ template <class Visit>
 void Grid::ForEachCellInColumn(int col, int first, int last, Visit&& visit) const {
     CheckCol(col);
     ForEachRow(first, last, [&](int row, const RowView& cells) { visit(row, cells[col]); });
+}
+
+template <class TextOf>
+void Grid::SetColumn(int col, int first, int last, TextOf&& textOf) {
+    CheckCol(col);
+    if (last < first) {
+        return;
+    }
+    CheckRow(first);
+    CheckRow(last);
+    try {
+        store_.SetColumn(col, first, last, std::forward<TextOf>(textOf));
+    } catch (...) {
+        TellChange(GridChange::cells, {first, col, last, col});
+        throw;
+    }
+    TellChange(GridChange::cells, {first, col, last, col});
 }
 
 template <class Visit>

@@ -121,6 +121,8 @@ class RowView {
         return bytes_ ? static_cast<int>(record::With(bytes_[0], [&](auto layout) { return layout.Count(bytes_); }))
                       : 0;
     }
+    // The record; nullptr for a row without text.
+    const std::uint8_t* Data() const { return bytes_; }
     // Bytes of the record.
     std::size_t Size() const {
         return bytes_ ? record::With(bytes_[0], [&](auto layout) { return layout.Size(bytes_); }) : 0;
@@ -142,10 +144,14 @@ class RecordBuilder {
     std::span<const std::uint8_t> FromItem(TextView item, int cols);
     // The record of these cells.
     std::span<const std::uint8_t> FromCells(std::span<const CellView> cells);
+    // The record of the same row with another text in column `col`.
+    std::span<const std::uint8_t> WithCell(const RowView& row, int col, TextView text);
 
   private:
     // Of fewer than 255 characters; `latin1` tells whether they were all read and the record holds.
     std::span<const std::uint8_t> FromShortItem(TextView item, std::size_t most, bool& latin1);
+    // Empty when the old or the new record is no short one of Latin-1, or its last cell becomes empty.
+    std::span<const std::uint8_t> WithShortCell(const std::uint8_t* old, std::size_t col, TextView text);
     template <class Number>
     std::span<const std::uint8_t> Build(std::span<const CellView> cells, bool wide, std::size_t characters);
 

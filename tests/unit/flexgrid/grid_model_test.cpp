@@ -91,7 +91,7 @@ class Work {
         const bool rowFits = row >= 0 && row < rows;
         const bool colFits = col >= 0 && col < cols;
         const Text text = RandomText();
-        switch (Below(16)) {
+        switch (Below(17)) {
             case 0: {
                 const int count = Below(4) == 0 ? Below(40) : rows + Below(5) - 2;
                 if (Try([&] { grid_.SetRows(count); }, count < 0 ? 380 : naive_.fixedRows > count ? 30001 : 0)) {
@@ -208,6 +208,9 @@ class Work {
                 }
                 break;
             case 14:
+                WriteColumn(col, row, row + Below(rows + 2 - row));
+                break;
+            case 15:
                 if (cols > 0 && rows > 0) {
                     ASSERT_TRUE(Try([&] { grid_.Select(grid_.Row(), 0, grid_.Row(), 0); }, 0));
                     if (Try([&] { grid_.Sort(GridSort::stringDescending); }, 0)) {
@@ -281,6 +284,37 @@ class Work {
             }
         }
         grid_.SetFillStyle(GridFillStyle::single);
+    }
+
+    // Where memory runs out the rows before have their text.
+    void WriteColumn(int col, int first, int last) {
+        std::vector<Text> texts;
+        for (int row = first; row <= last; ++row) {
+            texts.push_back(RandomText());
+        }
+        const bool colFits = col >= 0 && col < grid_.Cols();
+        const bool rowsFit = first >= 0 && last < grid_.Rows();
+        std::size_t asked = 0;
+        const auto write = [&](std::size_t count) {
+            for (std::size_t i = 0; i < count; ++i) {
+                naive_.At(first + static_cast<int>(i), col) = texts[i];
+            }
+        };
+        const auto call = [&] {
+            asked = 0;
+            try {
+                grid_.SetColumn(col, first, last, [&](const RowView& cells) -> TextView {
+                    EXPECT_EQ(cells[col], TextView(naive_.At(first + static_cast<int>(asked), col)));
+                    return texts[asked++];
+                });
+            } catch (const std::bad_alloc&) {
+                write(asked == 0 ? 0 : asked - 1);  // the refusal may run out of memory as well
+                throw;
+            }
+        };
+        if (Try(call, !colFits ? 30010 : !rowsFit && last >= first ? 30009 : 0)) {
+            write(texts.size());
+        }
     }
 
     // Makes a call that may run out of memory, and then must have changed nothing, until it gets through; true when
