@@ -108,7 +108,11 @@ std::optional<UINT> Adapt(std::vector<VARIANT>& arguments, const DISPPARAMS& cal
             continue;
         }
         VARIANT& argument = arguments[i];
-        if (target == VT_VARIANT) continue;
+        if (target == VT_VARIANT) {
+            // A mere value for a variant that may be written: the method gets a copy, so that the caller's stays whole.
+            if ((type & VT_BYREF) && !(argument.vt & VT_BYREF)) standIns.push_back({Variant(argument), argument, i});
+            continue;
+        }
         if (!(type & VT_BYREF)) {
             // A typed value: a borrowed look at the caller's variable is enough, the system converts it.
             while (argument.vt == (VT_BYREF | VT_VARIANT)) {
@@ -129,7 +133,16 @@ std::optional<UINT> Adapt(std::vector<VARIANT>& arguments, const DISPPARAMS& cal
         standIns.push_back({std::move(*converted), argument, i});
     }
     // Only now, when the list no longer grows.
-    for (StandIn& standIn : standIns) PointInto(arguments[standIn.index], standIn.value, standIn.value.Type());
+    for (StandIn& standIn : standIns) {
+        VARIANT& argument = arguments[standIn.index];
+        const size_t parameter = ParameterIndex(call, standIn.index, types.size());
+        if (types[parameter] == (VT_BYREF | VT_VARIANT)) {
+            argument.vt = VT_BYREF | VT_VARIANT;
+            argument.pvarVal = standIn.value.ptr();
+        } else {
+            PointInto(argument, standIn.value, standIn.value.Type());
+        }
+    }
     return std::nullopt;
 }
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/control/combogrid_form.h"
+#include "tests/support/thread_windows.h"
 
 namespace qvx::test {
 namespace {
@@ -118,30 +119,19 @@ TEST(ComboGridRightToLeft, ArrowsGoAsTheEyeDoes) {
 
 // The flags of the tool tip's entry for a window; 0 while there is none.
 UINT TipFlagsFor(HWND window) {
-    struct Search {
-        HWND window;
-        UINT flags;
-    } search{window, 0};
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND tip, LPARAM parameter) -> BOOL {
-            auto* wanted = reinterpret_cast<Search*>(parameter);
-            wchar_t kind[32]{};
-            GetClassNameW(tip, kind, 32);
-            if (lstrcmpiW(kind, TOOLTIPS_CLASSW) != 0) return TRUE;
-            wchar_t text[700]{};
-            TTTOOLINFOW tool{};
-            tool.cbSize = TTTOOLINFOW_V1_SIZE;
-            tool.lpszText = text;
-            const LRESULT count = SendMessageW(tip, TTM_GETTOOLCOUNT, 0, 0);
-            for (LRESULT i = 0; i < count; ++i)
-                if (SendMessageW(tip, TTM_ENUMTOOLSW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&tool)) &&
-                    tool.hwnd == wanted->window)
-                    wanted->flags = tool.uFlags;
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&search));
-    return search.flags;
+    UINT flags = 0;
+    for (const HWND tip : ThreadWindows(TOOLTIPS_CLASSW)) {
+        wchar_t text[700]{};
+        TTTOOLINFOW tool{};
+        tool.cbSize = TTTOOLINFOW_V1_SIZE;
+        tool.lpszText = text;
+        const LRESULT count = SendMessageW(tip, TTM_GETTOOLCOUNT, 0, 0);
+        for (LRESULT i = 0; i < count; ++i)
+            if (SendMessageW(tip, TTM_ENUMTOOLSW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&tool)) &&
+                tool.hwnd == window)
+                flags = tool.uFlags;
+    }
+    return flags;
 }
 
 TEST(ComboGridRightToLeft, TipsReadAsTheGridDoes) {

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -12,6 +13,7 @@
 #include "common/keys.h"
 #include "tests/support/input.h"
 #include "tests/support/resource_counts.h"
+#include "tests/support/thread_windows.h"
 #include "win/dpi.h"
 
 namespace qvx::test {
@@ -371,21 +373,11 @@ TEST_F(FlexGridWindowTest, PositionsBeyondAllPixelsStayAtTheEndsOfTheirRange) {
 
 // The tip's text while one is on the screen, else empty.
 std::wstring ShownTip() {
-    std::wstring text;
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM result) -> BOOL {
-            wchar_t name[64] = {};
-            GetClassNameW(window, name, 64);
-            if (std::wstring_view(name) == L"tooltips_class32" && IsWindowVisible(window)) {
-                wchar_t shown[64] = {};
-                GetWindowTextW(window, shown, 64);
-                *reinterpret_cast<std::wstring*>(result) = shown;
-            }
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&text));
-    return text;
+    for (const HWND tip : ThreadWindows(TOOLTIPS_CLASSW)) {
+        wchar_t shown[64] = {};
+        if (IsWindowVisible(tip) && GetWindowTextW(tip, shown, 64) > 0) return shown;
+    }
+    return {};
 }
 
 TEST_F(FlexGridWindowTest, ATipIsAskedForWhenThePointerRests) {
@@ -409,20 +401,8 @@ TEST_F(FlexGridWindowTest, ATipIsAskedForWhenThePointerRests) {
 
 TEST_F(FlexGridWindowTest, ATipGoesWithTheWindow) {
     log_.onToolTip = [](int, int) { return Text(u"tip"); };
-    const auto tips = [] {
-        int count = 0;
-        EnumThreadWindows(
-            GetCurrentThreadId(),
-            [](HWND window, LPARAM result) -> BOOL {
-                wchar_t name[64] = {};
-                GetClassNameW(window, name, 64);
-                *reinterpret_cast<int*>(result) += std::wstring_view(name) == L"tooltips_class32";
-                return TRUE;
-            },
-            reinterpret_cast<LPARAM>(&count));
-        return count;
-    };
-    const int before = tips();
+    const auto tips = [] { return ThreadWindows(TOOLTIPS_CLASSW).size(); };
+    const std::size_t before = tips();
     MoveTo(64 + 20, 40);
     EXPECT_TRUE(WaitFor([] { return ShownTip() == L"tip"; }, 2000));
     EXPECT_EQ(tips(), before + 1);

@@ -1,6 +1,7 @@
 // How a form goes: asked, saved, with which exit code, and what happens when something fails on the way.
 #include "common/run_time_error.h"
 #include "tests/control/host_form.h"
+#include "tests/support/thread_windows.h"
 
 namespace qvx::host {
 namespace {
@@ -140,17 +141,10 @@ class BoxCloser {
 
   private:
     static void CALLBACK Look(HWND, UINT, UINT_PTR, DWORD) {
-        EnumThreadWindows(
-            GetCurrentThreadId(),
-            [](HWND window, LPARAM) -> BOOL {
-                wchar_t name[16] = L"";
-                GetClassNameW(window, name, 16);
-                if (Text(FromWide(name)) != u"#32770") return TRUE;
-                ++seen;
-                PostMessageW(window, WM_COMMAND, IDOK, 0);
-                return FALSE;
-            },
-            0);
+        for (const HWND box : test::ThreadWindows(L"#32770")) {
+            ++seen;
+            PostMessageW(box, WM_COMMAND, IDOK, 0);
+        }
     }
     UINT_PTR timer_;
 };

@@ -10,6 +10,7 @@
 
 #include "com/object.h"
 #include "host/form_window.h"
+#include "tests/support/inert_object.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::host {
@@ -21,7 +22,7 @@ inline std::string Bytes(const std::string& path) {
 }
 
 // A component that has no window, loads and saves as it is told, and keeps count of what its form does to it.
-class ScriptedControl final : public ComObject<IOleObject, IPersistPropertyBag> {
+class ScriptedControl final : public test::InertObject<IPersistPropertyBag> {
   public:
     HRESULT loads = S_OK;
     std::function<HRESULT()> saves = [] { return S_OK; };
@@ -32,32 +33,10 @@ class ScriptedControl final : public ComObject<IOleObject, IPersistPropertyBag> 
         site = ComPtr<IOleClientSite>(given);
         return S_OK;
     }
-    STDMETHODIMP GetClientSite(IOleClientSite**) override { return E_NOTIMPL; }
-    STDMETHODIMP SetHostNames(LPCOLESTR, LPCOLESTR) override { return S_OK; }
     STDMETHODIMP Close(DWORD) override {
         closed = true;
         return S_OK;
     }
-    STDMETHODIMP SetMoniker(DWORD, IMoniker*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker**) override { return E_NOTIMPL; }
-    STDMETHODIMP InitFromData(IDataObject*, BOOL, DWORD) override { return E_NOTIMPL; }
-    STDMETHODIMP GetClipboardData(DWORD, IDataObject**) override { return E_NOTIMPL; }
-    STDMETHODIMP DoVerb(LONG, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT) override { return S_OK; }
-    STDMETHODIMP EnumVerbs(IEnumOLEVERB**) override { return OLEOBJ_E_NOVERBS; }
-    STDMETHODIMP Update() override { return S_OK; }
-    STDMETHODIMP IsUpToDate() override { return S_OK; }
-    STDMETHODIMP GetUserClassID(CLSID*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetUserType(DWORD, LPOLESTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP SetExtent(DWORD, SIZEL*) override { return S_OK; }
-    STDMETHODIMP GetExtent(DWORD, SIZEL*) override { return E_NOTIMPL; }
-    STDMETHODIMP Advise(IAdviseSink*, DWORD*) override { return OLE_E_ADVISENOTSUPPORTED; }
-    STDMETHODIMP Unadvise(DWORD) override { return OLE_E_ADVISENOTSUPPORTED; }
-    STDMETHODIMP EnumAdvise(IEnumSTATDATA**) override { return OLE_E_ADVISENOTSUPPORTED; }
-    STDMETHODIMP GetMiscStatus(DWORD, DWORD* status) override {
-        *status = OLEMISC_SETCLIENTSITEFIRST;
-        return S_OK;
-    }
-    STDMETHODIMP SetColorScheme(LOGPALETTE*) override { return S_OK; }
     STDMETHODIMP GetClassID(CLSID* id) override {
         *id = {};
         return S_OK;

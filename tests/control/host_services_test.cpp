@@ -5,42 +5,20 @@
 #include <olectl.h>
 
 #include "tests/support/container.h"
+#include "tests/support/inert_object.h"
 #include "tests/support/late_bound_object.h"
 
 namespace qvx::test {
 namespace {
 
 // A site is what a Container gives a control; this takes it from there.
-class SiteKeeper final : public ComObject<IOleObject> {
+class SiteKeeper final : public InertObject<> {
   public:
     HostServices host;
     STDMETHODIMP SetClientSite(IOleClientSite* site) override {
         host.SetSite(site);
         return S_OK;
     }
-    STDMETHODIMP GetClientSite(IOleClientSite**) override { return E_NOTIMPL; }
-    STDMETHODIMP SetHostNames(LPCOLESTR, LPCOLESTR) override { return S_OK; }
-    STDMETHODIMP Close(DWORD) override { return S_OK; }
-    STDMETHODIMP SetMoniker(DWORD, IMoniker*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker**) override { return E_NOTIMPL; }
-    STDMETHODIMP InitFromData(IDataObject*, BOOL, DWORD) override { return E_NOTIMPL; }
-    STDMETHODIMP GetClipboardData(DWORD, IDataObject**) override { return E_NOTIMPL; }
-    STDMETHODIMP DoVerb(LONG, LPMSG, IOleClientSite*, LONG, HWND, LPCRECT) override { return S_OK; }
-    STDMETHODIMP EnumVerbs(IEnumOLEVERB**) override { return OLEOBJ_E_NOVERBS; }
-    STDMETHODIMP Update() override { return S_OK; }
-    STDMETHODIMP IsUpToDate() override { return S_OK; }
-    STDMETHODIMP GetUserClassID(CLSID*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetUserType(DWORD, LPOLESTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP SetExtent(DWORD, SIZEL*) override { return S_OK; }
-    STDMETHODIMP GetExtent(DWORD, SIZEL*) override { return E_NOTIMPL; }
-    STDMETHODIMP Advise(IAdviseSink*, DWORD*) override { return OLE_E_ADVISENOTSUPPORTED; }
-    STDMETHODIMP Unadvise(DWORD) override { return OLE_E_ADVISENOTSUPPORTED; }
-    STDMETHODIMP EnumAdvise(IEnumSTATDATA**) override { return OLE_E_ADVISENOTSUPPORTED; }
-    STDMETHODIMP GetMiscStatus(DWORD, DWORD* status) override {
-        *status = OLEMISC_SETCLIENTSITEFIRST;
-        return S_OK;
-    }
-    STDMETHODIMP SetColorScheme(LOGPALETTE*) override { return S_OK; }
 
   private:
     ~SiteKeeper() override = default;

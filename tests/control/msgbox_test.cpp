@@ -6,6 +6,7 @@
 #include "forms/msgbox/layout.h"
 #include "forms/msgbox/show_message.h"
 #include "tests/support/input.h"
+#include "tests/support/message_box.h"
 #include "tests/support/resource_counts.h"
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
@@ -13,28 +14,12 @@
 namespace qvx::msgbox {
 namespace {
 
+using test::ButtonOf;
+using test::FindBox;
 using test::Person;
 using test::TypeKey;
 using test::WaitFor;
-
-HWND FindBox() { return FindWindowW(L"QvxMessageBox", nullptr); }
-
-// Called from the person's thread: the box is there and takes keys.
-HWND WaitForBox() {
-    HWND box = nullptr;
-    EXPECT_TRUE(WaitFor(
-        [&] {
-            box = FindBox();
-            return box && IsWindowVisible(box) && GetForegroundWindow() == box;
-        },
-        8000, false));
-    // Nobody is quicker. A window manager that still confirms the activation would call a press off.
-    Sleep(200);
-    return box;
-}
-
-// The buttons in the order they were made: OK, then Cancel.
-HWND ButtonOf(HWND box, int number) { return GetDlgItem(box, number); }
+using test::WaitForBox;
 
 class MessageBoxOnScreen : public ::testing::Test {
   protected:

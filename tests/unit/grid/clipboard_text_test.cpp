@@ -2,33 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-
+#include "tests/support/clipboard_table.h"
 #include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {
 namespace {
-
-using Table = std::vector<std::vector<Text>>;
-
-Table Read(TextView text) {
-    const ClipboardCells cells(text);
-    Table table;
-    for (std::size_t row = 0; row < cells.Rows(); ++row) {
-        table.emplace_back();
-        for (const TextView cell : cells.Row(row)) table.back().emplace_back(cell);
-    }
-    return table;
-}
-
-Text Written(const Table& table) {
-    ClipboardWriter writer;
-    for (const auto& row : table) {
-        for (const Text& cell : row) writer.AddCell(cell);
-        writer.EndRow();
-    }
-    return writer.Take();
-}
 
 TEST(ClipboardText, ReadsWhatProgramsWrite) {
     const struct {
@@ -82,14 +60,13 @@ TEST(ClipboardText, WritesWhatItReads) {
 }
 
 // Quotes without an end, in every cell and in every arrangement, must not have each other scanned again and again.
-TEST(ClipboardText, HostileQuotesTakeLinearTime) {
+// A search that began anew at every quote would never come to the end of these.
+TEST(ClipboardText, HostileQuotesAreReadOnce) {
     for (const TextView piece : {u"\"", u"\"a\t", u"\"\"\ta", u"\"a\r\n\"\"", u"\"\"a\"\t", u"\"\"\"\t"}) {
         Text text;
-        while (text.size() < 4'000'000) text += piece;
-        const auto begin = std::chrono::steady_clock::now();
+        while (text.size() < 1'000'000) text += piece;
         const ClipboardCells cells(text);
         EXPECT_GE(cells.Rows(), 1u);
-        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10)) << Narrow(piece);
     }
 }
 

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-
 #include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {

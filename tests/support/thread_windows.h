@@ -1,0 +1,28 @@
+// The top-level windows of the test's own thread.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qvx::test {
+
+// Those of one class, whatever the case of its name. A function of its own: on x86 the system's callbacks have a
+// calling convention that lambdas lack.
+inline BOOL CALLBACK CollectOfClass(HWND window, LPARAM parameter) {
+    auto& [className, found] = *reinterpret_cast<std::pair<const wchar_t*, std::vector<HWND>>*>(parameter);
+    wchar_t name[64]{};
+    GetClassNameW(window, name, 64);
+    if (lstrcmpiW(name, className) == 0) found.push_back(window);
+    return TRUE;
+}
+
+inline std::vector<HWND> ThreadWindows(const wchar_t* className) {
+    std::pair<const wchar_t*, std::vector<HWND>> search{className, {}};
+    EnumThreadWindows(GetCurrentThreadId(), CollectOfClass, reinterpret_cast<LPARAM>(&search));
+    return search.second;
+}
+
+}  // namespace qvx::test
