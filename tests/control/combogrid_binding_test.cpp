@@ -23,6 +23,7 @@ class ScriptRecords final : public ComObject<IDispatch> {
     bool hasRows = false;       // GetRows is there
     size_t failsAt = SIZE_MAX;  // reading that record fails
     HRESULT closed = S_OK;      // what everything fails with
+    bool slow = false;          // a block takes a while
     size_t at = 0;
     int blocks = 0;
     long firstPosition = 1;
@@ -68,6 +69,7 @@ class ScriptRecords final : public ComObject<IDispatch> {
                 break;
             case 5: {
                 ++blocks;
+                if (slow) Sleep(30);
                 const auto wanted = static_cast<size_t>(*Variant(arguments->rgvarg[0]).ToLong());
                 const size_t count = std::min(wanted, records.size() - at);
                 if (failsAt >= at && failsAt < at + count) return fail(E_FAIL, L"The data are damaged.");
@@ -274,23 +276,22 @@ TEST(ComboGridBinding, LongLoadsTellAndMayBeCalledOff) {
     F form;
     auto records = MakeObject<ScriptRecords>();
     records->hasRows = true;
-    records->counted = 200'000;
-    records->records.assign(200'000, {Variant(u"a"), Variant(1)});
+    records->slow = true;
+    records->records.assign(20'000, {Variant(u"a"), Variant(1)});
     bool hiddenMeanwhile = true;
     form.events->onEvent = [&](DISPID id, DISPPARAMS& arguments) {
         if (id != grid_event::bindProgress) return;
         hiddenMeanwhile = hiddenMeanwhile && !GridIsShown(form);
-        EXPECT_EQ(arguments.rgvarg[1].lVal, 200'000);
+        EXPECT_EQ(arguments.rgvarg[1].lVal, 20'000);
         records.reset();  // the grid holds its own
         if (form.events->Count(grid_event::bindProgress) == 2) Answer(arguments, true);
     };
     Bind(form, records.get());
     form.events->onEvent = nullptr;
     const auto told = form.events->Count(grid_event::bindProgress);
-    if (told >= 2) {
-        EXPECT_EQ(told, 2U);
-        EXPECT_LT(form.Number(L"Rows"), 200'001);
-    }
+    EXPECT_EQ(told, 2U);
+    EXPECT_GT(form.Number(L"Rows"), 500);
+    EXPECT_LT(form.Number(L"Rows"), 20'001);
     EXPECT_TRUE(hiddenMeanwhile);
     EXPECT_TRUE(GridIsShown(form));
     EXPECT_EQ(form.events->Count(grid_event::afterCellChange), 1U);
