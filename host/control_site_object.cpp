@@ -40,6 +40,7 @@ class Frame final : public ComObject<IOleInPlaceFrame> {
     // A form's menu is its own: controls put nothing into it, and this is how a frame says so.
     STDMETHODIMP InsertMenus(HMENU, LPOLEMENUGROUPWIDTHS) override { return E_NOTIMPL; }
     STDMETHODIMP SetMenu(HMENU, HOLEMENU, HWND) override { return S_OK; }
+    // None were put in, so there are none to take out.
     STDMETHODIMP RemoveMenus(HMENU) override { return E_NOTIMPL; }
     STDMETHODIMP SetStatusText(LPCOLESTR) override { return S_OK; }
     STDMETHODIMP EnableModeless(WINBOOL) override { return S_OK; }
@@ -53,8 +54,8 @@ class Frame final : public ComObject<IOleInPlaceFrame> {
 }  // namespace
 
 STDMETHODIMP SitedControl::Site::GetMoniker(DWORD, DWORD, IMoniker** moniker) {
-    // Controls of a form are never linked to from outside, so they have no names for that.
     if (moniker) *moniker = nullptr;
+    // The answer of sites whose objects are never linked to from outside, as a form's controls are not.
     return E_NOTIMPL;
 }
 

@@ -330,9 +330,9 @@ STDMETHODIMP FormObject::QueryInterface(REFIID iid, void** object) {
     return NamedObject::QueryInterface(iid, object);
 }
 
-// Nothing on a form is linked to by a display name.
 STDMETHODIMP FormObject::ParseDisplayName(IBindCtx*, LPOLESTR, ULONG*, IMoniker** moniker) {
     if (moniker) *moniker = nullptr;
+    // The answer of containers that offer no links: nothing on a form is named for that.
     return E_NOTIMPL;
 }
 

@@ -396,26 +396,6 @@ bool EntryGrid::OnCurrentCell() const {
 
 std::shared_ptr<void> EntryGrid::Hold() { return std::make_shared<ComPtr<IUnknown>>(events_.KeepAlive()); }
 
-void EntryGrid::Click() {
-    const auto keep = events_.KeepAlive();
-    events_.Click();
-}
-
-void EntryGrid::KeyUp(short& keyCode, short shift) {
-    const auto keep = events_.KeepAlive();
-    events_.KeyUp(keyCode, shift);
-}
-
-void EntryGrid::MouseMove(short button, short shift, float x, float y) {
-    const auto keep = events_.KeepAlive();
-    events_.MouseMove(button, shift, x, y);
-}
-
-void EntryGrid::MouseUp(short button, short shift, float x, float y) {
-    const auto keep = events_.KeepAlive();
-    events_.MouseUp(button, shift, x, y);
-}
-
 void EntryGrid::DblClick() {
     const auto keep = events_.KeepAlive();
     events_.DblClick();
@@ -479,16 +459,6 @@ void EntryGrid::EnterCell() {
     const auto keep = events_.KeepAlive();
     events_.EnterCell();
     Project(Model(), state_);
-}
-
-void EntryGrid::RowColChange() {
-    const auto keep = events_.KeepAlive();
-    events_.RowColChange();
-}
-
-void EntryGrid::SelChange() {
-    const auto keep = events_.KeepAlive();
-    events_.SelChange();
 }
 
 // ---- Combos --------------------------------------------------------------------------------------------------------

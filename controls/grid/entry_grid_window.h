@@ -129,18 +129,18 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     // GridListener
     void LeaveCell() override;
     void EnterCell() override;
-    void RowColChange() override;
-    void SelChange() override;
+    void RowColChange() override { events_.RowColChange(); }
+    void SelChange() override { events_.SelChange(); }
     // GridWindowEvents
     std::shared_ptr<void> Hold() override;
-    void Click() override;
+    void Click() override { events_.Click(); }
     void DblClick() override;
     void KeyDown(short& keyCode, short& shift) override;
     void KeyPress(short& keyAscii) override;
-    void KeyUp(short& keyCode, short shift) override;
+    void KeyUp(short& keyCode, short shift) override { events_.KeyUp(keyCode, shift); }
     void MouseDown(short button, short shift, float x, float y) override;
-    void MouseMove(short button, short shift, float x, float y) override;
-    void MouseUp(short button, short shift, float x, float y) override;
+    void MouseMove(short button, short shift, float x, float y) override { events_.MouseMove(button, shift, x, y); }
+    void MouseUp(short button, short shift, float x, float y) override { events_.MouseUp(button, shift, x, y); }
     void Scroll() override;
     void GotFocus() override;
     void LostFocus() override;

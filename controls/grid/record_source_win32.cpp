@@ -134,6 +134,8 @@ class AdoReader final : public Recordset {
     std::optional<Variant> GetRows(int most) override {
         Variant values;
         const HRESULT result = set_->GetRows(most, Variant::Missing().get(), Variant::Missing().get(), values.put());
+        // Some systems' record sets have the place of the method in their interface but not the method: records then
+        // come one by one.
         if (result == E_NOTIMPL) return std::nullopt;
         Called(result);
         return values;

@@ -9,24 +9,44 @@ namespace {
 
 using F = ComboGridForm;
 
-TEST(ComboGridOpenEdit, IsCommittedOnceWhenTheControlIsClosed) {
-    F form;
-    form.GoTo(1, F::qty);
-    form.Type(L"8%");
-    form.Log();
-    form.grid.reset();
-    form.container.Close();
-    EXPECT_EQ("2(1, 2, , 8, False)\n", form.Log());
-}
-
-TEST(ComboGridOpenEdit, IsCommittedOnceWhenTheControlIsDeactivated) {
-    F form;
-    form.GoTo(1, F::qty);
-    form.Type(L"8%");
-    form.Log();
-    EXPECT_EQ(S_OK, Query<IOleInPlaceObject>(form.container.Control())->InPlaceDeactivate());
-    EXPECT_EQ("2(1, 2, , 8, False)\n", form.Log());
-    EXPECT_EQ(u"8", form.Cell(1, F::qty));
+TEST(ComboGridOpenEdit, IsCommittedOnceByWhateverEndsIt) {
+    struct Case {
+        const char* what;
+        void (*end)(F&);
+        const char* cursor;  // afterwards; null when the control is gone
+        bool moves;          // the host hears of that after the commit
+        bool focus;          // on the grid afterwards
+    };
+    const Case cases[] = {
+        {"a click elsewhere", [](F& f) { f.Click(2, F::name); }, "2,1", true, true},
+        {"another current row", [](F& f) { Put(f.grid.get(), L"Row", {Variant(2)}); }, "2,2", true, true},
+        {"the focus elsewhere",
+         [](F& f) {
+             SetFocus(CreateWindowW(L"EDIT", L"", WS_CHILD | WS_VISIBLE, 300, 300, 80, 20, f.container.Window(),
+                                    nullptr, nullptr, nullptr));
+             f.Pump();
+         },
+         "1,2", false, false},
+        {"deactivation",
+         [](F& f) { EXPECT_EQ(S_OK, Query<IOleInPlaceObject>(f.container.Control())->InPlaceDeactivate()); }, "1,2",
+         false, false},
+        {"the end of the control", [](F& f) { f.grid.reset(), f.container.Close(); }, nullptr, false, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        F form;
+        form.GoTo(1, F::qty);
+        form.Type(L"8%");
+        form.Log();
+        c.end(form);
+        EXPECT_EQ(std::string("2(1, 2, , 8, False)\n") + (c.moves ? "8()\n7()\n" : ""),
+                  form.Log({grid_event::listChange, DISPID_KEYDOWN}));
+        if (!c.cursor) continue;
+        EXPECT_EQ(u"8", form.Cell(1, F::qty));
+        EXPECT_EQ(c.cursor, form.Current());
+        EXPECT_FALSE(form.Frame());
+        EXPECT_EQ(c.focus, GetFocus() == form.InnerGrid());
+    }
 }
 
 TEST(ComboGridOpenEdit, HostMayDestroyItsWindow) {

@@ -170,42 +170,6 @@ TEST(ComboGridTyping, EscapeWithoutAnEditIsTheContainers) {
     EXPECT_FALSE(form.Press(VK_ESCAPE));
 }
 
-TEST(ComboGridTyping, ClickElsewhereCommitsOnceBeforeTheCellMoves) {
-    F form;
-    form.GoTo(1, F::qty);
-    form.Type(L"8%");
-    form.Log();
-    form.Click(2, F::name);
-    EXPECT_EQ("2(1, 2, , 8, False)\n8()\n7()\n", form.Log({grid_event::listChange, DISPID_KEYDOWN}));
-    EXPECT_EQ("2,1", form.Current());
-    EXPECT_FALSE(form.Frame());
-    EXPECT_EQ(form.InnerGrid(), GetFocus());
-}
-
-TEST(ComboGridTyping, CurrentCellSetByTheHostCommitsFirst) {
-    F form;
-    form.GoTo(1, F::qty);
-    form.Type(L"8");
-    form.Log();
-    Put(form.grid.get(), L"Row", {Variant(2)});
-    EXPECT_EQ("2(1, 2, , 8, False)\n8()\n7()\n", form.Log({grid_event::listChange, DISPID_KEYDOWN}));
-    EXPECT_FALSE(form.Frame());
-}
-
-TEST(ComboGridTyping, FocusGoingElsewhereCommitsOnce) {
-    F form;
-    const HWND other = CreateWindowW(L"EDIT", L"", WS_CHILD | WS_VISIBLE, 300, 300, 80, 20, form.container.Window(),
-                                     nullptr, nullptr, nullptr);
-    form.GoTo(1, F::rate);
-    form.Type(L"2.50");
-    form.Log();
-    SetFocus(other);
-    form.Pump();
-    EXPECT_EQ("2(1, 3, , 2.5, False)\n", form.Log());
-    EXPECT_FALSE(form.Frame());
-    EXPECT_EQ(other, GetFocus());
-}
-
 TEST(ComboGridTyping, TabAndEnterGoOnByColumnsThatMayBeEntered) {
     F form;
     form.GoTo(1, F::name);
