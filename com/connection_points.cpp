@@ -151,14 +151,6 @@ void ConnectionPoints::NotifyChanged(DISPID property) {
     properties_->ForEach([&](IUnknown* sink) { static_cast<IPropertyNotifySink*>(sink)->OnChanged(property); });
 }
 
-bool ConnectionPoints::RequestEdit(DISPID property) {
-    bool allowed = true;
-    properties_->ForEach([&](IUnknown* sink) {
-        if (static_cast<IPropertyNotifySink*>(sink)->OnRequestEdit(property) == S_FALSE) allowed = false;
-    });
-    return allowed;
-}
-
 HRESULT ConnectionPoints::Connect(IUnknown* events, DWORD* eventCookie, IPropertyNotifySink* properties,
                                   DWORD* propertyCookie) {
     *eventCookie = 0;

@@ -34,9 +34,8 @@ class ConnectionPoints {
     // Whether anybody listens to events.
     bool HasListeners() const;
 
-    // IPropertyNotifySink. RequestEdit is false when a listener refuses the change.
+    // IPropertyNotifySink.
     void NotifyChanged(DISPID property);
-    bool RequestEdit(DISPID property);
 
     // IQuickActivate connects both sinks in one call; null sinks are passed over. The cookies are 0 then.
     HRESULT Connect(IUnknown* events, DWORD* eventCookie, IPropertyNotifySink* properties, DWORD* propertyCookie);

@@ -56,14 +56,4 @@ HRESULT Guard(Body&& body) noexcept {
     }
 }
 
-// The same for callers that know no HRESULT: whatever is thrown gives the fallback.
-template <typename Result, typename Body>
-Result GuardOr(Result fallback, Body&& body) noexcept {
-    try {
-        return body();
-    } catch (...) {
-        return fallback;
-    }
-}
-
 }  // namespace qvx

@@ -47,8 +47,6 @@ Dpi WindowDpi(HWND window) {
     return ScreenDpi();
 }
 
-Dpi DeviceDpi(HDC dc) { return overridden ? *overridden : OfDevice(dc); }
-
 DpiOverride::DpiOverride(Dpi dpi) : previous_(overridden) { overridden = dpi; }
 DpiOverride::~DpiOverride() { overridden = previous_; }
 

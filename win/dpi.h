@@ -11,8 +11,6 @@ namespace qvx {
 
 // Of the monitor a window is on as far as its process is aware of it; of the screen for no window.
 Dpi WindowDpi(HWND window);
-// Of a device context's device: the screen's or a printer's.
-Dpi DeviceDpi(HDC dc);
 // The screen's.
 Dpi ScreenDpi();
 

@@ -56,7 +56,6 @@ GdiFont::GdiFont(const FontSpec& value, Dpi dpi) {
     TEXTMETRICW metrics{};
     GetTextMetricsW(screen.Get(), &metrics);
     lineHeight_ = std::max(1, static_cast<int>(metrics.tmHeight));
-    averageWidth_ = std::max(1, static_cast<int>(metrics.tmAveCharWidth));
     if (GetCharWidth32W(screen.Get(), 0, 255, widths_.data())) {
         // The table may be used only where a run is as wide as its characters together: not for faces with overhang
         // or kerning.

@@ -22,14 +22,12 @@ class GdiFont {
     HFONT Get() const { return font_.Get(); }
     // Pixels of one line without external leading.
     int LineHeight() const { return lineHeight_; }
-    int AverageCharWidth() const { return averageWidth_; }
     // Width in pixels of a run without line breaks, "&" counting as a character. `dc` may have any font selected.
     int RunWidth(HDC dc, TextView text) const;
 
   private:
     UniqueFont font_;
     int lineHeight_ = 0;
-    int averageWidth_ = 0;
     // Advance widths of the first 256 characters; unused when the face's runs are not the sum of their characters.
     bool additive_ = false;
     std::array<int, 256> widths_{};

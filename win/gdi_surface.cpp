@@ -39,8 +39,6 @@ COLORREF ResolveColor(OleColor color) {
     return color & 0x80000000U ? GetSysColor(static_cast<int>(color & 0xFFU)) : color & 0x00FFFFFFU;
 }
 
-GdiSurface::GdiSurface(HDC dc) : GdiSurface(dc, DeviceDpi(dc)) {}
-
 GdiSurface::GdiSurface(HDC dc, Dpi dpi) : dc_(dc), dpi_(dpi), savedState_(SaveDC(dc)) {
     SetBkMode(dc_, TRANSPARENT);
     SetTextAlign(dc_, TA_LEFT | TA_TOP | TA_NOUPDATECP);

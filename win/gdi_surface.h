@@ -30,8 +30,7 @@ class GdiPicture : public Picture {
 // selected between calls; anyone else who changes them on the same device context meanwhile calls Forget.
 class GdiSurface final : public Surface {
   public:
-    // Resolution of the device.
-    explicit GdiSurface(HDC dc);
+    // The resolution is that of what is drawn on.
     GdiSurface(HDC dc, Dpi dpi);
     ~GdiSurface() override;
     GdiSurface(const GdiSurface&) = delete;

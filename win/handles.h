@@ -51,17 +51,8 @@ struct GdiObject {
 struct Dc {
     void operator()(HDC dc) const { DeleteDC(dc); }
 };
-struct Menu {
-    void operator()(HMENU menu) const { DestroyMenu(menu); }
-};
-struct Icon {
-    void operator()(HICON icon) const { DestroyIcon(icon); }
-};
 struct Global {
     void operator()(HGLOBAL memory) const { GlobalFree(memory); }
-};
-struct Module {
-    void operator()(HMODULE library) const { FreeLibrary(library); }
 };
 struct Kernel {
     void operator()(HANDLE object) const { CloseHandle(object); }
@@ -71,13 +62,9 @@ struct Kernel {
 using UniqueFont = UniqueHandle<HFONT, release::GdiObject>;
 using UniqueBitmap = UniqueHandle<HBITMAP, release::GdiObject>;
 using UniqueBrush = UniqueHandle<HBRUSH, release::GdiObject>;
-using UniquePen = UniqueHandle<HPEN, release::GdiObject>;
 using UniqueRegion = UniqueHandle<HRGN, release::GdiObject>;
 using UniqueMemoryDc = UniqueHandle<HDC, release::Dc>;
-using UniqueMenu = UniqueHandle<HMENU, release::Menu>;
-using UniqueIcon = UniqueHandle<HICON, release::Icon>;
 using UniqueGlobal = UniqueHandle<HGLOBAL, release::Global>;
-using UniqueModule = UniqueHandle<HMODULE, release::Module>;
 using UniqueKernelObject = UniqueHandle<HANDLE, release::Kernel>;
 
 // An object selected into a device context for the length of a scope.

@@ -9,6 +9,7 @@
 #include "common/numeric_reading.h"
 #include "common/text.h"
 #include "controls/grid/aggregates.h"
+#include "controls/grid/cell_reading.h"
 #include "controls/grid/duplicate_rows.h"
 #include "controls/grid/row_operations.h"
 #include "controls/grid/validation.h"
@@ -42,7 +43,7 @@ class RulesPeer {
     std::size_t CountBlank() {
         std::size_t blank = 0;
         grid_.ForEachRow(0, grid_.Rows() - 1, [&](int, const flexgrid::RowView& cells) {
-            for (int col = 0; col < columnCount; ++col) blank += IsBlank(cells[col]) ? 1 : 0;
+            for (int col = 0; col < columnCount; ++col) blank += grid::IsBlank(cells[col]) ? 1 : 0;
         });
         return blank;
     }
@@ -97,12 +98,6 @@ class RulesPeer {
         const Text code = u"-" + wide(std::to_string(grid::sign_rule::positive)) + u";";
         state.checkValueFor = u";" + wide(Caption(sumColumn)) + code + wide(Caption(factorColumn)) + code;
         return state;
-    }
-
-    static bool IsBlank(flexgrid::CellView cell) {
-        for (std::size_t i = 0; i < cell.Size(); ++i)
-            if (cell[i] != u' ') return false;
-        return true;
     }
 
     flexgrid::Grid grid_;

@@ -22,11 +22,6 @@ class MergeMap {
 
     // The cells drawn as one with this one, itself included; all within the first and last listed row and column.
     CellRange RangeOf(int row, int col) const;
-    // Whether this cell stands for its range (is its top left one).
-    bool IsAnchor(int row, int col) const {
-        const CellRange range = RangeOf(row, col);
-        return range.top == row && range.left == col;
-    }
 
   private:
     std::vector<int> rows_;
