@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "common/keys.h"
+#include "elements/flexgrid/button_steps.h"
 #include "elements/flexgrid/flexgrid_window.h"
 #include "elements/flexgrid/hit_test.h"
 
@@ -29,6 +30,11 @@ short ButtonOf(UINT message) {
 }
 
 bool IsButtonUp(UINT message) { return message == WM_LBUTTONUP || message == WM_RBUTTONUP || message == WM_MBUTTONUP; }
+
+ButtonAction ActionOf(UINT message) {
+    const bool twice = message == WM_LBUTTONDBLCLK || message == WM_RBUTTONDBLCLK || message == WM_MBUTTONDBLCLK;
+    return twice ? ButtonAction::downTwice : IsButtonUp(message) ? ButtonAction::up : ButtonAction::down;
+}
 
 // Buttons held during a move.
 short ButtonsOf(WPARAM wParam) {
@@ -192,30 +198,39 @@ LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
     const Point point = MousePoint(lParam);
     lastPoint_ = point;
     tip_.Press(message, point);
-    if (message == WM_LBUTTONDBLCLK || message == WM_RBUTTONDBLCLK || message == WM_MBUTTONDBLCLK) {
-        if (message == WM_LBUTTONDBLCLK) {
-            pressed_ = true;
-            clicking_ = false;  // the second release is none of its own
-            Tell([](GridWindowEvents& events) { events.DblClick(); });
+    bool click = false;
+    for (const ButtonStep step : StepsOf(ButtonOf(message), ActionOf(message))) {
+        switch (step) {
+            case ButtonStep::takeFocus:
+                if (GetFocus() != Handle()) {
+                    SetFocus(Handle());
+                }
+                break;
+            case ButtonStep::tellDown:
+            case ButtonStep::tellUp:
+                TellMouse(message, wParam, point);
+                break;
+            case ButtonStep::press:
+                OnLeftDown(point, ShiftState());
+                break;
+            case ButtonStep::tellDblClick:
+                clicking_ = false;
+                if (Tell([](GridWindowEvents& events) { events.DblClick(); }) && GetFocus() != Handle()) {
+                    drag_ = Drag::None;  // an editor has opened, to stay over its cell
+                }
+                break;
+            case ButtonStep::release:
+                click = OnLeftUp(point);
+                break;
+            case ButtonStep::tellClick:
+                if (click) {
+                    Tell([](GridWindowEvents& events) { events.Click(); });
+                }
+                break;
         }
-        return 0;
-    }
-    if (IsButtonUp(message)) {
-        const bool click = message == WM_LBUTTONUP && OnLeftUp(point);
-        if (watch.Alive() && TellMouse(message, wParam, point) && click) {
-            Tell([](GridWindowEvents& events) { events.Click(); });
-        }
-        return 0;
-    }
-    // The focus goes first: an editor over a cell is left, and its text written, before anything here changes.
-    if (GetFocus() != Handle()) {
-        SetFocus(Handle());
         if (!watch.Alive() || !Handle()) {
             return 0;
         }
-    }
-    if (TellMouse(message, wParam, point) && Handle() && message == WM_LBUTTONDOWN) {
-        OnLeftDown(point, ShiftState());
     }
     return 0;
 }

@@ -8,11 +8,6 @@
 
 namespace qvx::flexgrid {
 
-// Buttons of mouse events, as hosts number them.
-constexpr short leftButton = 1;
-constexpr short rightButton = 2;
-constexpr short middleButton = 4;
-
 // Called on the window's thread while it handles a message. A listener may do anything to the grid or the window,
 // destroy it too; but Scroll, like the grid's own events, comes from inside the grid, which must outlast it (Hold).
 // Positions are twips from the window's client corner; `shift` is as in common/keys.h.

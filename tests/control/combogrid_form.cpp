@@ -7,6 +7,7 @@
 
 #include "Qvx.h"
 #include "com/text.h"
+#include "tests/support/input.h"
 
 namespace qvx::test {
 namespace {
@@ -166,15 +167,10 @@ void ComboGridForm::Click(int row, int col, bool twice) {
     GetWindowRect(InnerGrid(), &outer);
     corner.x += outer.left;
     corner.y += outer.top;
-    SetCursorPos(corner.x, corner.y);
-    ScreenToClient(InnerGrid(), &corner);
-    const LPARAM where = MAKELPARAM(corner.x, corner.y);
-    Pump();
-    PostMessageW(InnerGrid(), WM_LBUTTONDOWN, MK_LBUTTON, where);
-    PostMessageW(InnerGrid(), WM_LBUTTONUP, 0, where);
-    if (twice) {
-        PostMessageW(InnerGrid(), WM_LBUTTONDBLCLK, MK_LBUTTON, where);
-        PostMessageW(InnerGrid(), WM_LBUTTONUP, 0, where);
+    MoveMouseTo(corner);
+    for (int press = 0; press < (twice ? 2 : 1); ++press) {
+        LeftButton(true);
+        LeftButton(false);
     }
     Pump();
 }

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "common/keys.h"
+#include "elements/flexgrid/button_steps.h"
 #include "elements/flexgrid/resizing.h"
 #include "tests/unit/flexgrid/axis_of.h"
 
@@ -108,6 +111,18 @@ TEST(Mouse, APressTakesTheCursorAndHeadersSelectWholeLines) {
     for (const Case& c : cases) {
         EXPECT_EQ(MousePress(c.hit, c.extend, c.big, c.mode, was, rows, columns), c.press) << c.what;
     }
+}
+
+TEST(Mouse, ASecondPressIsOneLikeTheFirst) {
+    for (const short button : {leftButton, rightButton, middleButton}) {
+        const auto once = StepsOf(button, ButtonAction::down);
+        const auto twice = StepsOf(button, ButtonAction::downTwice);
+        const auto [first, more] = std::mismatch(once.begin(), once.end(), twice.begin(), twice.end());
+        EXPECT_EQ(first, once.end()) << button;
+        EXPECT_EQ(twice.end() - more, button == leftButton ? 1 : 0) << button;
+        EXPECT_EQ(std::count(once.begin(), once.end(), ButtonStep::press), button == leftButton ? 1 : 0) << button;
+    }
+    EXPECT_EQ(StepsOf(rightButton, ButtonAction::up).size(), 1U) << "told of only";
 }
 
 TEST(Mouse, DraggingMovesOnlyWhatTheDragIsAbout) {
