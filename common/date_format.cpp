@@ -2,15 +2,13 @@
 #include <string>
 #include <utility>
 
+#include "common/ascii.h"
 #include "common/dates.h"
 #include "common/month_names.h"
 #include "common/text_compare.h"
 
 namespace qvx {
 namespace {
-
-constexpr char16_t Lower(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; }
-constexpr bool IsLetter(char16_t c) { return Lower(c) >= u'a' && Lower(c) <= u'z'; }
 
 Text Number(int value, std::size_t width) {
     std::string digits = std::to_string(value);
@@ -57,9 +55,9 @@ class Formatter {
 
     // The longest field at the front, when there is one.
     bool PutField() {
-        const char16_t letter = Lower(rest_.front());
+        const char16_t letter = LowerAscii(rest_.front());
         std::size_t run = 1;
-        while (run < rest_.size() && Lower(rest_[run]) == letter) ++run;
+        while (run < rest_.size() && LowerAscii(rest_[run]) == letter) ++run;
         const std::size_t taken = TakeField(letter, run);
         rest_.remove_prefix(taken);
         if (taken > 0) afterHour_ = letter == u'h';
@@ -116,7 +114,7 @@ class Formatter {
         } else {
             text_ += c;
         }
-        if (IsLetter(c)) afterHour_ = false;
+        if (IsAsciiLetter(c)) afterHour_ = false;
         rest_.remove_prefix(1);
     }
 

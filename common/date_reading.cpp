@@ -3,16 +3,13 @@
 #include <cstddef>
 #include <initializer_list>
 
+#include "common/ascii.h"
 #include "common/dates.h"
 #include "common/month_names.h"
 #include "common/text_compare.h"
 
 namespace qvx {
 namespace {
-
-constexpr bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
-constexpr bool IsLetter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
-constexpr bool IsBlank(char16_t c) { return c == u' ' || c == u'\t'; }
 
 // 1 to 12, or 0 for any other word.
 int MonthOfWord(TextView word) {
@@ -46,7 +43,7 @@ struct Parts {
 class Reader {
   public:
     Reader(TextView text, TextView separator) : rest_(text), separator_(separator) {
-        while (!separator_.empty() && IsBlank(separator_.front())) separator_.remove_prefix(1);
+        separator_ = TrimLeft(separator_);
     }
 
     std::optional<Parts> Read() {
@@ -73,16 +70,16 @@ class Reader {
 
   private:
     bool SkipBlanks() {
-        const bool any = !rest_.empty() && IsBlank(rest_.front());
-        while (!rest_.empty() && IsBlank(rest_.front())) rest_.remove_prefix(1);
-        return any;
+        const std::size_t before = rest_.size();
+        rest_ = TrimLeft(rest_);
+        return rest_.size() < before;
     }
 
     bool TakeMark() {
         if (rest_.empty()) return false;
         const char16_t c = rest_.front();
         const bool isMark = TextView(u"/-.,").find(c) != TextView::npos ||
-                            (!separator_.empty() && c == separator_.front() && !IsDigit(c) && !IsLetter(c));
+                            (!separator_.empty() && c == separator_.front() && !IsDigit(c) && !IsAsciiLetter(c));
         if (isMark) rest_.remove_prefix(1);
         return isMark;
     }
@@ -100,14 +97,14 @@ class Reader {
 
     TextView TakeWord() {
         std::size_t length = 0;
-        while (length < rest_.size() && IsLetter(rest_[length])) ++length;
+        while (length < rest_.size() && IsAsciiLetter(rest_[length])) ++length;
         const TextView word = rest_.substr(0, length);
         rest_.remove_prefix(length);
         return word;
     }
 
     bool ReadPart(Part& part) {
-        if (IsLetter(rest_.front())) {
+        if (IsAsciiLetter(rest_.front())) {
             part.value = MonthOfWord(TakeWord());
             part.isName = true;
             return part.value != 0;

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "common/ascii.h"
 #include "common/run_time_error.h"
 
 namespace qvx {
@@ -16,7 +17,6 @@ namespace {
 constexpr std::array<double, 23> powersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                                 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-constexpr bool IsDigit(unsigned c) { return c - '0' < 10; }
 constexpr bool IsSkipped(unsigned c) { return c == ' ' || c == '\t' || c == '\n'; }
 constexpr bool IsExponentMark(unsigned c) { return c == 'E' || c == 'e' || c == 'D' || c == 'd'; }
 
@@ -178,11 +178,8 @@ class ValReader {
         return {static_cast<double>(static_cast<std::int32_t>(value)), 0};
     }
 
-    static unsigned DigitOf(unsigned c) {
-        if (IsDigit(c)) return c - '0';
-        const unsigned lower = c | 0x20;
-        return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : 99;
-    }
+    // What is no digit is beyond every radix.
+    static unsigned DigitOf(unsigned c) { return static_cast<unsigned>(HexDigitValue(c)); }
 
     const Char* at_;
     const Char* end_;
@@ -191,9 +188,8 @@ class ValReader {
 // One pass over a whole text; the grammar stands at ReadNumeric.
 template <class Char>
 std::optional<double> ReadWholeNumeric(const Char* at, const Char* end) {
-    const auto isBlank = [](Char c) { return c == ' ' || c == '\t'; };
-    while (at != end && isBlank(*at)) ++at;
-    while (at != end && isBlank(end[-1])) --end;
+    while (at != end && IsBlank(static_cast<unsigned>(*at))) ++at;
+    while (at != end && IsBlank(static_cast<unsigned>(end[-1]))) --end;
     const bool leadingSign = at != end && (*at == '-' || *at == '+');
     bool negative = leadingSign && *at == '-';
     if (leadingSign) ++at;

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <optional>
 
+#include "common/ascii.h"
+
 namespace qvx {
 namespace {
 
-constexpr bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
-constexpr bool IsAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
 constexpr bool Within(char32_t c, char32_t first, char32_t last) { return c >= first && c <= last; }
 
 // The blocks of Hebrew, Arabic and their neighbours, in the basic plane and in the next.
@@ -26,7 +26,7 @@ constexpr bool IsWeakInBlock(char32_t c) {
 
 // Blanks, punctuation, signs and marks of the other blocks.
 constexpr bool IsNeutral(char32_t c) {
-    if (c < 0x80) return !IsAsciiLetter(static_cast<char16_t>(c));
+    if (c < 0x80) return !IsAsciiLetter(c);
     return (c < 0xC0 && c != 0xAA && c != 0xB5 && c != 0xBA) || c == 0xD7 || c == 0xF7 || Within(c, 0x2B9, 0x2BA) ||
            Within(c, 0x2C2, 0x2CF) || Within(c, 0x300, 0x36F) || Within(c, 0x2000, 0x200D) ||
            Within(c, 0x2010, 0x2070) || Within(c, 0x2074, 0x207E) || Within(c, 0x2080, 0x208E) ||

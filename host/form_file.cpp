@@ -4,20 +4,14 @@
 #include <map>
 #include <set>
 
+#include "common/ascii.h"
+#include "common/number_text.h"
 #include "common/run_time_error.h"
 #include "common/text_compare.h"
 
 namespace qvx::host {
 
 namespace {
-
-constexpr bool IsBlank(char16_t c) { return c == u' ' || c == u'\t'; }
-
-TextView Trim(TextView text) {
-    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-    return text;
-}
 
 // Cuts the first word off `text`.
 TextView NextWord(TextView& text) {
@@ -132,7 +126,7 @@ class Parser {
             }
         }
         throw FormFileError(Number(), u"the file ends inside \"" + block.name + u"\", which begins in line " +
-                                          NumberText(block.lineNumber));
+                                          IntegerToText(block.lineNumber));
     }
 
     bool ReadProperty(Block& block) {
@@ -164,8 +158,6 @@ class Parser {
         entry.lineNumber = Number();
         entry.line = std::move(lines_[at_]);
     }
-
-    static Text NumberText(int number) { return FormatValue(FormValue(std::int32_t{number}), false); }
 
     std::vector<SourceLine> lines_;
     FormFile& file_;

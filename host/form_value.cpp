@@ -1,40 +1,22 @@
 #include "host/form_value.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <string>
 
+#include "common/ascii.h"
+#include "common/number_text.h"
 #include "common/run_time_error.h"
 
 namespace qvx::host {
 
 namespace {
 
-constexpr bool IsBlank(char16_t c) { return c == u' ' || c == u'\t'; }
-constexpr bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 // Every letter of the basic plane counts; halves of a surrogate pair do not, since a file may not hold one alone.
 constexpr bool IsLetter(char16_t c) {
     if (c >= 0xA0) return (c < 0xD800 || c > 0xDFFF) && c != 0xFEFF;
-    return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
-}
-constexpr char16_t Lower(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; }
-
-TextView TrimRight(TextView text) {
-    while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-    return text;
-}
-
-TextView TrimLeft(TextView text) {
-    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-    return text;
-}
-
-Text Widen(std::string_view ascii) { return Text(ascii.begin(), ascii.end()); }
-
-constexpr int HexDigit(char16_t c) {
-    if (IsDigit(c)) return c - u'0';
-    const char16_t lower = Lower(c);
-    return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : -1;
+    return IsAsciiLetter(c);
 }
 
 std::optional<FormValue> ReadHex(TextView text) {
@@ -44,7 +26,7 @@ std::optional<FormValue> ReadHex(TextView text) {
     if (text.empty() || text.size() > 8) return std::nullopt;
     std::uint32_t number = 0;
     for (const char16_t c : text) {
-        const int digit = HexDigit(c);
+        const int digit = HexDigitValue(c);
         if (digit < 0) return std::nullopt;
         number = number << 4 | static_cast<std::uint32_t>(digit);
     }
@@ -61,7 +43,7 @@ std::optional<FormValue> ReadNumber(TextView text) {
     if (!ascii.empty() && ascii.front() == '+') ascii.erase(0, 1);
     // from_chars would also read names such as "inf".
     for (const char c : ascii) {
-        if (!IsDigit(static_cast<char16_t>(c)) && c != '.' && c != '-' && c != '+' && c != 'E' && c != 'e') {
+        if (!IsDigit(static_cast<unsigned char>(c)) && c != '.' && c != '-' && c != '+' && c != 'E' && c != 'e') {
             return std::nullopt;
         }
     }
@@ -139,7 +121,7 @@ Text FormatText(TextView text) {
             if (!line.empty()) line += u" & ";
         }
         if (coded) {
-            line += u"Chr(" + Widen(std::to_string(static_cast<unsigned>(text[i]))) + u")";
+            line += u"Chr(" + IntegerToText(text[i]) + u")";
             open = false;
             continue;
         }
@@ -163,7 +145,7 @@ Text FormatReal(double number) {
     if (!std::isfinite(number)) throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
     char buffer[32];
     const auto written = std::to_chars(buffer, buffer + sizeof buffer, number);
-    return Widen(std::string_view(buffer, static_cast<std::size_t>(written.ptr - buffer)));
+    return Text(buffer, written.ptr);
 }
 
 }  // namespace
@@ -196,7 +178,7 @@ ValueLine ParseValue(TextView rest, bool& malformed) {
     }
     const char16_t first = line.source.front();
     if (first == u'&') {
-        if (line.source.size() > 2 && Lower(line.source[1]) == u'h') line.value = ReadHex(line.source);
+        if (line.source.size() > 2 && LowerAscii(line.source[1]) == u'h') line.value = ReadHex(line.source);
     } else if (IsDigit(first) || first == u'-' || first == u'+' || first == u'.') {
         line.value = ReadNumber(line.source);
     } else {
@@ -216,7 +198,7 @@ Text FormatValue(const FormValue& value, bool asHex) {
     if (const auto* flag = std::get_if<bool>(&value)) return *flag ? u"-1  'True" : u"0   'False";
     if (const auto* number = std::get_if<double>(&value)) return FormatReal(*number);
     const std::int32_t whole = std::get<std::int32_t>(value);
-    return asHex ? FormatHex(whole) : Widen(std::to_string(whole));
+    return asHex ? FormatHex(whole) : IntegerToText(whole);
 }
 
 bool IsPropertyName(TextView name) {
@@ -228,11 +210,8 @@ bool IsPropertyName(TextView name) {
 }
 
 bool SameName(TextView a, TextView b) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        if (Lower(a[i]) != Lower(b[i])) return false;
-    }
-    return true;
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char16_t x, char16_t y) { return LowerAscii(x) == LowerAscii(y); });
 }
 
 Text ValueAsText(const FormValue& value) {

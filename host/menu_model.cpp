@@ -3,7 +3,9 @@
 #include <array>
 #include <utility>
 
+#include "common/ascii.h"
 #include "common/keys.h"
+#include "common/number_text.h"
 
 namespace qvx::host {
 
@@ -45,8 +47,6 @@ MenuItem ReadItem(const Block& block, unsigned& nextId) {
     return item;
 }
 
-Text Decimal(int number) { return FormatValue(FormValue(std::int32_t{number}), false); }
-
 }  // namespace
 
 std::vector<MenuItem> ReadMenus(const Block& form) {
@@ -73,9 +73,8 @@ Shortcut ParseShortcut(TextView text) {
     }
     if (text.size() == 1) {
         // A letter or digit alone would take it away from every text box.
-        const char16_t c =
-            text.front() >= u'a' && text.front() <= u'z' ? static_cast<char16_t>(text.front() - 32) : text.front();
-        const bool usable = (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');
+        const char16_t c = UpperAscii(text.front());
+        const bool usable = IsAsciiLetter(c) || IsDigit(c);
         if (usable && (shortcut.shift & keys::controlMask)) {
             shortcut.key = c;
             return shortcut;
@@ -91,7 +90,7 @@ Shortcut ParseShortcut(TextView text) {
         }
     }
     for (int number = 1; number <= 12; ++number) {
-        if (SameName(word, u"F" + Decimal(number))) {
+        if (SameName(word, u"F" + IntegerToText(number))) {
             shortcut.key = functionKey1 + number - 1;
             return shortcut;
         }
@@ -109,7 +108,7 @@ Text ShortcutText(Shortcut shortcut) {
         if (named.key == shortcut.key) return text + Text(named.shown);
     }
     if (shortcut.key >= functionKey1 && shortcut.key < functionKey1 + 12) {
-        return text + u"F" + Decimal(shortcut.key - functionKey1 + 1);
+        return text + u"F" + IntegerToText(shortcut.key - functionKey1 + 1);
     }
     return text + static_cast<char16_t>(shortcut.key);
 }

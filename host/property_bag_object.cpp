@@ -22,10 +22,7 @@ Text ClassIdText(REFCLSID id) {
 }  // namespace
 
 Variant ToVariant(const FormValue& value) {
-    if (const auto* text = std::get_if<Text>(&value)) return Variant(*text);
-    if (const auto* whole = std::get_if<std::int32_t>(&value)) return Variant(static_cast<long>(*whole));
-    if (const auto* real = std::get_if<double>(&value)) return Variant(*real);
-    return Variant(std::get<bool>(value));
+    return std::visit([](const auto& plain) { return Variant(plain); }, value);
 }
 
 FormValue ToFormValue(const VARIANT& source) {

@@ -4,6 +4,7 @@
 
 #include "com/guard.h"
 #include "com/variant.h"
+#include "common/ascii.h"
 #include "common/run_time_error.h"
 #include "host/control_site_object.h"
 #include "host/form_window.h"
@@ -178,10 +179,8 @@ std::vector<char16_t> SitedControl::AccessKeys() const {
     for (int i = 0; i < count; ++i) {
         const ACCEL& entry = table[static_cast<std::size_t>(i)];
         if (!(entry.fVirt & FALT)) continue;
-        char16_t key = entry.key;
         // A virtual key of a letter is its capital.
-        if (key >= u'A' && key <= u'Z') key = static_cast<char16_t>(key + 32);
-        keys.push_back(key);
+        keys.push_back(LowerAscii(entry.key));
     }
     return keys;
 }

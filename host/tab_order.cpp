@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <numeric>
 
+#include "common/ascii.h"
 #include "common/text_compare.h"
 
 namespace qvx::host {
 
 namespace {
-
-constexpr char16_t Lower(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; }
 
 // Positions by tab index, equal ones as they stand.
 template <typename Stop>
@@ -47,7 +46,7 @@ std::optional<std::size_t> NextTabStop(const std::vector<TabStop>& stops, std::o
 char16_t AccessKey(TextView caption) {
     for (std::size_t i = 0; i + 1 < caption.size(); ++i) {
         if (caption[i] != u'&') continue;
-        if (caption[i + 1] != u'&') return Lower(caption[i + 1]);
+        if (caption[i + 1] != u'&') return LowerAscii(caption[i + 1]);
         ++i;
     }
     return 0;

@@ -151,15 +151,10 @@ LRESULT ControlBase::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void ControlBase::Paint(HWND window) {
-    const PaintScope paint(window);
     const Rect area = window_->ClientArea();
     BackBuffer buffer;
-    const HDC dc = buffer.Prepare(paint.Dc(), {area.Width(), area.Height()});
-    {
-        GdiSurface surface(dc ? dc : paint.Dc(), WindowDpi(window));
-        DrawControl(surface, area);
-    }
-    if (dc) buffer.CopyTo(paint.Dc(), FromRECT(paint.Area()));
+    BufferedPaint paint(window, WindowDpi(window), buffer, {area.Width(), area.Height()});
+    DrawControl(paint.Surface(), area);
 }
 
 void ControlBase::OnWindowGone() {

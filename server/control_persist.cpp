@@ -1,7 +1,6 @@
 // The control kit's persistence: property bags, streams and storages, all run from the property table.
 #include <algorithm>
 
-#include "com/font_object.h"
 #include "com/variant.h"
 #include "common/property_stream.h"
 #include "common/run_time_error.h"
@@ -15,46 +14,6 @@ const wchar_t storageStream[] = L"Contents";
 // Streams have no container beside them that keeps the size.
 const char16_t extentXKey[] = u"_ExtentX";
 const char16_t extentYKey[] = u"_ExtentY";
-
-std::int32_t WrapToLong(double number) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::int64_t>(number)));
-}
-
-// What a bag gave, read as the kind of `like`.
-PropertyValue FromBag(const Variant& value, const PropertyValue& like) {
-    if (std::holds_alternative<FontSpec>(like)) {
-        const auto font = value.ToObject<IFont>();
-        return font ? PropertyValue(ReadFontObject(font.get())) : PropertyValue();
-    }
-    if (std::holds_alternative<bool>(like)) {
-        const auto boolean = value.ToBool();
-        return boolean ? PropertyValue(*boolean) : PropertyValue();
-    }
-    if (std::holds_alternative<std::int32_t>(like)) {
-        if (const auto number = value.ToLong()) return static_cast<std::int32_t>(*number);
-        // Colours with the high bit set may come as large positive numbers.
-        const auto real = value.ToDouble();
-        return real && *real >= 0x80000000u && *real <= 0xFFFFFFFFu ? PropertyValue(WrapToLong(*real))
-                                                                    : PropertyValue();
-    }
-    if (std::holds_alternative<double>(like)) {
-        const auto real = value.ToDouble();
-        return real ? PropertyValue(*real) : PropertyValue();
-    }
-    auto text = value.ToText();
-    return text ? PropertyValue(std::move(*text)) : PropertyValue();
-}
-
-Variant ToBag(const PropertyValue& value) {
-    if (const auto* boolean = std::get_if<bool>(&value)) return Variant(*boolean);
-    if (const auto* number = std::get_if<std::int32_t>(&value)) return Variant(static_cast<long>(*number));
-    if (const auto* real = std::get_if<double>(&value)) return Variant(*real);
-    if (const auto* text = std::get_if<Text>(&value)) return Variant(*text);
-    if (const auto* font = std::get_if<FontSpec>(&value)) {
-        return Variant(static_cast<IDispatch*>(MakeFontObject(*font).get()));
-    }
-    return {};
-}
 
 // Tells the bag which type to convert to; texts like "007" must not come back as numbers.
 VARTYPE BagType(const PropertyValue& like) {
@@ -149,7 +108,7 @@ void ControlBase::LoadBag(IPropertyBag* bag, IErrorLog* log) {
         value.ptr()->vt = BagType(like);
         value.ptr()->llVal = 0;
         const HRESULT read = bag->Read(Wide(row.key), value.ptr(), log);
-        return FAILED(read) || value.Empty() ? PropertyValue() : FromBag(value, like);
+        return FAILED(read) ? PropertyValue() : FromVariant(value, like);
     });
     initPending_ = false;
     dirty_ = false;
@@ -159,7 +118,7 @@ void ControlBase::LoadBag(IPropertyBag* bag, IErrorLog* log) {
 
 void ControlBase::SaveBag(IPropertyBag* bag) {
     for (const auto& [key, value] : ChangedProperties()) {
-        Variant written = ToBag(value);
+        Variant written = ToVariant(value);
         Check(bag->Write(Wide(key), written.ptr()));
     }
 }

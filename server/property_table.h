@@ -16,6 +16,7 @@
 namespace qvx {
 
 class ControlBase;
+class Variant;
 
 // One row. `get` and `set` go straight at the control's state: `set` applies what was read and notifies nobody.
 struct PropertyRow {
@@ -86,6 +87,11 @@ class PropertyRows {
 
 // Where values come from: nothing (monostate) for a key that is not there or cannot be read as the kind of `like`.
 using PropertySource = std::function<PropertyValue(const PropertyRow& row, const PropertyValue& like)>;
+
+// What a store gave, read as the kind of `like`. Monostate for nothing (Empty), and when it cannot be read so.
+PropertyValue FromVariant(const Variant& value, const PropertyValue& like);
+// As stores keep it; a font as an object of its own. Empty for no value.
+Variant ToVariant(const PropertyValue& value);
 
 // Reads a value kept as another kind as the kind of `like`: numbers as texts and so on. Monostate when it cannot.
 PropertyValue ConvertTo(const PropertyValue& like, PropertyValue value);

@@ -219,6 +219,12 @@ void BackBuffer::Release() {
     size_ = {};
 }
 
+UniqueBitmap BackBuffer::TakeBitmap() {
+    UniqueBitmap bitmap = std::move(bitmap_);
+    Release();
+    return bitmap;
+}
+
 HDC BackBuffer::Prepare(HDC reference, Size size, bool* fresh) {
     const bool enough = dc_ && size.width <= size_.width && size.height <= size_.height;
     if (fresh) {
@@ -252,6 +258,18 @@ void BackBuffer::Scroll(const Rect& area, int dx, int dy) const {
     if (!target.Empty()) {
         BitBlt(dc_.Get(), target.left, target.top, target.Width(), target.Height(), dc_.Get(), target.left - dx,
                target.top - dy, SRCCOPY);
+    }
+}
+
+BufferedPaint::BufferedPaint(HWND window, Dpi dpi, BackBuffer& buffer, Size size) : paint_(window), buffer_(buffer) {
+    const HDC dc = buffer_.Prepare(paint_.Dc(), size, &fresh_);
+    surface_.emplace(dc ? dc : paint_.Dc(), dpi);
+}
+
+BufferedPaint::~BufferedPaint() {
+    surface_.reset();
+    if (Buffered()) {
+        buffer_.CopyTo(paint_.Dc(), UpdateArea());
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <vector>
 
 #include "elements/surface/surface.h"
@@ -76,8 +77,7 @@ class GdiSurface final : public Surface {
     std::vector<UniqueRegion> clips_;
 };
 
-// A bitmap to paint on before showing the result in one copy, so that nothing flickers. It keeps its bitmap while the
-// size stays below what it once needed.
+// A bitmap to paint on. It keeps its bitmap while the size stays below what it once needed.
 class BackBuffer {
   public:
     ~BackBuffer();
@@ -93,6 +93,8 @@ class BackBuffer {
     void CopyTo(HDC target, const Rect& area) const;
     // Moves what is inside `area` by (dx, dy); what is moved out is lost, what is uncovered keeps old contents.
     void Scroll(const Rect& area, int dx, int dy) const;
+    // Gives the bitmap away, at least as large as was asked for, and becomes empty.
+    UniqueBitmap TakeBitmap();
     void Release();
 
   private:
@@ -100,6 +102,30 @@ class BackBuffer {
     UniqueBitmap bitmap_;
     HGDIOBJ original_ = nullptr;
     Size size_;
+};
+
+// The answer to WM_PAINT: what is drawn goes to a buffer, and from there to the window in one copy at the end, so that
+// nothing flickers. Where the system has no memory for a buffer, it is drawn straight on the window.
+class BufferedPaint {
+  public:
+    // `size` is the client area's, in pixels; {} takes a buffer that there is as it is.
+    BufferedPaint(HWND window, Dpi dpi, BackBuffer& buffer, Size size);
+    ~BufferedPaint();
+    BufferedPaint(const BufferedPaint&) = delete;
+    BufferedPaint& operator=(const BufferedPaint&) = delete;
+
+    GdiSurface& Surface() { return *surface_; }
+    // What the system asks for.
+    Rect UpdateArea() const { return FromRECT(paint_.Area()); }
+    bool Buffered() const { return buffer_.Dc() != nullptr; }
+    // Nothing is left of what was drawn before.
+    bool Fresh() const { return fresh_; }
+
+  private:
+    PaintScope paint_;
+    BackBuffer& buffer_;
+    bool fresh_ = true;
+    std::optional<GdiSurface> surface_;
 };
 
 }  // namespace qvx

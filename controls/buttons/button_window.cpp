@@ -21,19 +21,10 @@ bool ButtonWindow::Create(HWND parent, int id, const Rect& bounds) {
 }
 
 void ButtonWindow::Paint() {
-    const PaintScope paint(Handle());
-    // Into a bitmap first: the faces are drawn in several layers.
     const Rect client = ClientArea();
     BackBuffer buffer;
-    const HDC target = buffer.Prepare(paint.Dc(), {client.right, client.bottom});
-    if (!target) {
-        return;
-    }
-    {
-        GdiSurface surface(target, WindowDpi(Handle()));
-        button_.Paint(surface);
-    }
-    buffer.CopyTo(paint.Dc(), client);
+    BufferedPaint paint(Handle(), WindowDpi(Handle()), buffer, {client.right, client.bottom});
+    button_.Paint(paint.Surface());
 }
 
 void ButtonWindow::TellFocus(bool focused) {

@@ -290,16 +290,12 @@ class FlexGridObject final
             const auto held = Shown().Hold();
             const Size size = Shown().OuterSize();
             const WindowDc screen(nullptr);
-            const UniqueMemoryDc dc(CreateCompatibleDC(screen.Get()));
-            UniqueBitmap bitmap(
-                CreateCompatibleBitmap(screen.Get(), std::max(1, size.width), std::max(1, size.height)));
-            if (!dc || !bitmap) {
+            BackBuffer buffer;
+            if (!buffer.Prepare(screen.Get(), size)) {
                 throw RunTimeError(errors::outOfMemory, u"Out of memory");
             }
-            {
-                const SelectedObject selected(dc.Get(), bitmap.Get());
-                Shown().DrawTo(dc.Get(), {0, 0, size.width, size.height});
-            }
+            Shown().DrawTo(buffer.Dc(), {0, 0, size.width, size.height});
+            UniqueBitmap bitmap = buffer.TakeBitmap();
             PICTDESC description{};
             description.cbSizeofstruct = sizeof description;
             description.picType = PICTYPE_BITMAP;

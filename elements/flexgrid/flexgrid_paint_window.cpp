@@ -76,19 +76,25 @@ void FlexGridWindow::FollowViewScroll() {
     stale_ = copy->bared;
 }
 
-void FlexGridWindow::PaintStale(HDC reference) {
+void FlexGridWindow::PaintStale() {
     const View view = CurrentView();
-    bool fresh = false;
-    const HDC dc = buffer_.Prepare(reference, view.client, &fresh);
+    // Without Redraw, what was drawn last is shown.
+    const bool drawing = grid_.Redraw() || !buffer_.Dc();
+    BufferedPaint paint(Handle(), grid_.Metrics().Resolution(), buffer_, drawing ? view.client : Size{});
+    if (!drawing) {
+        return;
+    }
     const Rect client{0, 0, view.client.width, view.client.height};
-    const Rect area = allStale_ || fresh ? client : stale_.Intersect(client);
+    Rect area = allStale_ || paint.Fresh() ? client : stale_.Intersect(client);
+    if (!paint.Buffered()) {
+        area = paint.UpdateArea();
+    }
     allStale_ = false;
     stale_ = {};
     paintedTop_ = grid_.TopRow();
     paintedLeft_ = grid_.LeftCol();
-    if (dc && !area.Empty()) {
-        GdiSurface surface(dc, grid_.Metrics().Resolution());
-        Paint(grid_, view, surface, area);
+    if (!area.Empty()) {
+        Paint(grid_, view, paint.Surface(), area);
     }
 }
 
@@ -100,19 +106,7 @@ void FlexGridWindow::OnPaint() {
             return;
         }
     }
-    {
-        const PaintScope paint(Handle());
-        if (grid_.Redraw() || !buffer_.Dc()) {
-            PaintStale(paint.Dc());
-        }
-        if (buffer_.Dc()) {
-            buffer_.CopyTo(paint.Dc(), FromRECT(paint.Area()));
-        } else {
-            // No memory for a buffer: straight to the screen.
-            GdiSurface surface(paint.Dc(), grid_.Metrics().Resolution());
-            Paint(grid_, CurrentView(), surface, FromRECT(paint.Area()));
-        }
-    }
+    PaintStale();
     // Requests made since the message arrived went out with it.
     paintRequested_ = false;
     if (hasChangedCells_ || layoutChanged_ || allStale_ || grid_.TopRow() != paintedTop_ ||

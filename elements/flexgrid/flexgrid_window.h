@@ -105,7 +105,7 @@ class FlexGridWindow final : public Window, private GridListener {
     void MarkAllStale();
     void FollowViewScroll();
     void OnPaint();
-    void PaintStale(HDC reference);
+    void PaintStale();
 
     LRESULT OnKey(UINT message, WPARAM wParam, LPARAM lParam);
     bool ActOnKey(int key, int shift);
