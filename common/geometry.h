@@ -34,6 +34,11 @@ struct Rect {
     constexpr Rect Intersect(const Rect& o) const {
         return {std::max(left, o.left), std::max(top, o.top), std::min(right, o.right), std::min(bottom, o.bottom)};
     }
+    // The smallest rectangle around both; an empty one does not count.
+    constexpr Rect Union(const Rect& o) const {
+        if (Empty() || o.Empty()) return Empty() ? o : *this;
+        return {std::min(left, o.left), std::min(top, o.top), std::max(right, o.right), std::max(bottom, o.bottom)};
+    }
     friend constexpr bool operator==(const Rect&, const Rect&) = default;
 };
 

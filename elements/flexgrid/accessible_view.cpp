@@ -206,7 +206,7 @@ Rect AreaOf(const Grid& grid, const View& view, const AccessiblePart& part) {
 }
 
 std::optional<AccessiblePart> PartAt(const Grid& grid, const View& view, const AccessiblePart& part, Point point) {
-    const Hit hit = HitTest(RowAxis(grid, view), ColumnAxis(grid, view), point, grid.RightToLeft());
+    const Hit hit = HitTest(RowAxis(grid, view), ColumnAxis(grid, view), point);
     if (part.IsGrid()) {
         if (!AreaOf(grid, view, part).Contains(point)) {
             return std::nullopt;
@@ -260,7 +260,7 @@ std::optional<AccessiblePart> StepFrom(const Grid& grid, const AccessiblePart& p
 
 std::optional<Cursor> SelectPart(const Grid& grid, const View& view, const AccessiblePart& part, long flags) {
     namespace select = accessible_select;
-    const Cursor now{grid.Row(), grid.Col(), grid.RowSel(), grid.ColSel()};
+    const Cursor now = grid.CurrentCursor();
     const long selecting = flags & ~select::takeFocus;
     const bool known = selecting == 0 || selecting == select::takeSelection || selecting == select::extendSelection;
     if (!known || flags == 0 || !grid.Enabled() || IsHidden(grid, part)) {

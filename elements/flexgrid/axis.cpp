@@ -73,9 +73,15 @@ bool IsVisible(const Axis& axis, int index) {
     return (index < axis.fixed || index >= axis.first) && PositionOf(axis, index) < axis.extent;
 }
 
-std::vector<Span> Mirrored(std::vector<Span> spans, int extent) {
+std::int64_t StartInWindow(const Axis& axis, int index) {
+    const std::int64_t at = PositionOf(axis, index);
+    return axis.mirrored ? axis.extent - at - axis.sizeOf(index) : at;
+}
+
+std::vector<Span> SpansInWindow(const Axis& axis) {
+    std::vector<Span> spans = VisibleSpans(axis);
     for (Span& span : spans) {
-        span = {span.index, extent - span.end, extent - span.start};
+        span = axis.InWindow(span);
     }
     return spans;
 }

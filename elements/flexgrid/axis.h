@@ -16,9 +16,10 @@ struct Span {
     friend constexpr bool operator==(const Span&, const Span&) = default;
 };
 
-// Items 0..fixed-1 are fixed: they lie at the start and never scroll. Behind them follow the items from `first` on.
-// Invariants: 0 <= fixed <= count, and first >= fixed. The functions cost no more than O(log count), so that nothing
-// here walks along runs of hidden items or to far-away ones.
+// Positions along an axis count from the window's top edge or from where its columns start: the left edge, or the right
+// one where the axis is `mirrored`. Items 0..fixed-1 are fixed: they lie at the start and never scroll. Behind them
+// follow the items from `first` on. Invariants: 0 <= fixed <= count, and first >= fixed. The functions cost no more
+// than O(log count), so that nothing here walks along runs of hidden items or to far-away ones.
 struct Axis {
     int count = 0;
     int fixed = 0;
@@ -27,6 +28,14 @@ struct Axis {
     std::function<int(int)> sizeOf;            // pixels of an item; 0 is hidden
     std::function<std::int64_t(int)> startOf;  // all items laid end to end from 0; for `count` their whole length
     std::function<int(std::int64_t)> shownAt;  // the shown item that covers such a position; `count` behind the last
+    bool mirrored = false;
+
+    // A point's coordinate in the window as a position along the axis.
+    int Along(int coordinate) const { return mirrored ? extent - 1 - coordinate : coordinate; }
+    // Where a stretch of the axis lies in the window.
+    Span InWindow(const Span& span) const {
+        return mirrored ? Span{span.index, extent - span.end, extent - span.start} : span;
+    }
 
     bool IsHidden(int index) const { return sizeOf(index) <= 0; }
     // Pixels of the fixed items together, beyond the window's room too.
@@ -57,7 +66,10 @@ std::int64_t PositionOf(const Axis& axis, int index);
 // Whether any part of the item shows in the window.
 bool IsVisible(const Axis& axis, int index);
 
-// Mirrors spans for right-to-left windows of the given extent.
-std::vector<Span> Mirrored(std::vector<Span> spans, int extent);
+// Pixels from the window's left or top edge to the item's; as far away as positions are.
+std::int64_t StartInWindow(const Axis& axis, int index);
+
+// The visible spans as they lie in the window, still in the items' order.
+std::vector<Span> SpansInWindow(const Axis& axis);
 
 }  // namespace qvx::flexgrid

@@ -93,7 +93,7 @@ class GridPart final : public AccessibleObject {
         if (!cursor) throw ComError(E_INVALIDARG);
         if ((flags & accessible_select::takeFocus) != 0) SetFocus(window.Handle());
         // Handlers of events may do anything to the grid, or to its window.
-        if (watch.Alive()) window.Model().Select(cursor->row, cursor->col, cursor->rowSel, cursor->colSel);
+        if (watch.Alive()) window.Model().Select(*cursor);
         const bool extended = (flags & accessible_select::extendSelection) != 0;
         const Grid& grid = window.Model();
         if (watch.Alive())

@@ -65,13 +65,13 @@ Rect FlexGridWindow::CellTwips() {
 
 int FlexGridWindow::RowPos(int row) {
     SettleLayout();
-    const std::int64_t at = PositionOf(RowAxis(grid_, CurrentView()), row);
+    const std::int64_t at = StartInWindow(RowAxis(grid_, CurrentView()), row);
     return PixelsToTwips(Held(at + ClientCorner().y), grid_.Metrics().Resolution().y);
 }
 
 int FlexGridWindow::ColPos(int col) {
     SettleLayout();
-    const std::int64_t at = ColumnStart(grid_, CurrentView(), col);
+    const std::int64_t at = StartInWindow(ColumnAxis(grid_, CurrentView()), col);
     return PixelsToTwips(Held(at + ClientCorner().x), grid_.Metrics().Resolution().x);
 }
 
@@ -91,7 +91,8 @@ int FlexGridWindow::MouseRow() {
         return 0;
     }
     SettleLayout();
-    return std::max(0, NearestItemAt(RowAxis(grid_, CurrentView()), static_cast<int>(at.y), false));
+    const Axis rows = RowAxis(grid_, CurrentView());
+    return std::max(0, NearestItemAt(rows, rows.Along(static_cast<int>(at.y)), false));
 }
 
 int FlexGridWindow::MouseCol() {
@@ -100,9 +101,8 @@ int FlexGridWindow::MouseCol() {
         return 0;
     }
     SettleLayout();
-    const View view = CurrentView();
-    const int x = static_cast<int>(grid_.RightToLeft() ? view.client.width - 1 - at.x : at.x);
-    return std::max(0, NearestItemAt(ColumnAxis(grid_, view), x, false));
+    const Axis columns = ColumnAxis(grid_, CurrentView());
+    return std::max(0, NearestItemAt(columns, columns.Along(static_cast<int>(at.x)), false));
 }
 
 bool FlexGridWindow::IsTextCut(int row, int col) {

@@ -108,15 +108,14 @@ LRESULT FlexGridWindow::OnKey(UINT message, WPARAM wParam, LPARAM lParam) {
 bool FlexGridWindow::ActOnKey(int key, int shift) {
     SettleLayout();
     const View view = CurrentView();
-    const Cursor cursor{grid_.Row(), grid_.Col(), grid_.RowSel(), grid_.ColSel()};
-    const auto step = KeyStep(grid_.RightToLeft() ? MirroredKey(key) : key, shift, cursor, RowAxis(grid_, view),
-                              ColumnAxis(grid_, view));
+    const Cursor cursor = grid_.CurrentCursor();
+    const auto step = KeyStep(key, shift, cursor, RowAxis(grid_, view), ColumnAxis(grid_, view));
     if (!step) {
         return false;
     }
     const LifeWatch watch = Watch();
     if (step->cursor != cursor) {
-        grid_.Select(step->cursor.row, step->cursor.col, step->cursor.rowSel, step->cursor.colSel);
+        grid_.Select(step->cursor);
     }
     // A handler may have changed the grid, so that the step's place in it is asked for again.
     if (watch.Alive()) {
@@ -137,20 +136,12 @@ void FlexGridWindow::OnBar(bool vertical, WPARAM wParam) {
     }
     SettleLayout();
     // The message itself carries 16 bits only.
-    SCROLLINFO info{sizeof info, SIF_ALL, 0, 0, 0, 0, 0};
+    SCROLLINFO info{sizeof info, SIF_TRACKPOS, 0, 0, 0, 0, 0};
     GetScrollInfo(Handle(), vertical ? SB_VERT : SB_HORZ, &info);
-    int track = info.nTrackPos;
-    auto request = static_cast<BarRequest>(code);
+    const auto request = static_cast<BarRequest>(code);
     const View view = CurrentView();
-    if (!vertical && grid_.RightToLeft()) {
-        track = MirroredPosition({true, info.nMin, info.nMax, static_cast<int>(info.nPage), info.nPos}, track);
-        request = Mirrored(request);
-    }
-    if (vertical) {
-        ScrollTo(FirstAfter(RowAxis(grid_, view), request, track), grid_.LeftCol());
-    } else {
-        ScrollTo(grid_.TopRow(), FirstAfter(ColumnAxis(grid_, view), request, track));
-    }
+    const int first = FirstAfter(vertical ? RowAxis(grid_, view) : ColumnAxis(grid_, view), request, info.nTrackPos);
+    ScrollTo(vertical ? first : grid_.TopRow(), vertical ? grid_.LeftCol() : first);
 }
 
 bool FlexGridWindow::OnWheel(bool vertical, WPARAM wParam) {
@@ -242,8 +233,8 @@ void FlexGridWindow::OnLeftDown(Point point, int shift) {
     const Axis columns = ColumnAxis(grid_, view);
     pressed_ = true;
     clicking_ = true;
-    const Border border = BorderAt(rows, columns, point, grid_.RightToLeft(),
-                                   static_cast<int>(grid_.AllowUserResizing()), grid_.Metrics().Resolution());
+    const Border border =
+        BorderAt(rows, columns, point, static_cast<int>(grid_.AllowUserResizing()), grid_.Metrics().Resolution());
     if (border.kind != Border::Kind::None) {
         border_ = border;
         clicking_ = false;
@@ -251,12 +242,12 @@ void FlexGridWindow::OnLeftDown(Point point, int shift) {
         OnMove(point);
         return;
     }
-    const Cursor cursor{grid_.Row(), grid_.Col(), grid_.RowSel(), grid_.ColSel()};
-    const Press press = MousePress(HitTest(rows, columns, point, grid_.RightToLeft()), (shift & keys::shiftMask) != 0,
+    const Cursor cursor = grid_.CurrentCursor();
+    const Press press = MousePress(HitTest(rows, columns, point), (shift & keys::shiftMask) != 0,
                                    grid_.AllowBigSelection(), grid_.SelectionMode(), cursor, rows, columns);
     const LifeWatch watch = Watch();
     if (press.cursor != cursor) {
-        grid_.Select(press.cursor.row, press.cursor.col, press.cursor.rowSel, press.cursor.colSel);
+        grid_.Select(press.cursor);
     }
     // A handler of the cursor's events may have laid an editor over the new cell, which then has the focus: the press
     // is over.
@@ -271,9 +262,10 @@ void FlexGridWindow::OnMove(Point point) {
     if (border_.kind != Border::Kind::None) {
         const View view = CurrentView();
         const bool column = border_.kind == Border::Kind::Column;
-        const int along = !column ? point.y : grid_.RightToLeft() ? view.client.width - 1 - point.x : point.x;
-        borderLine_ = DraggedBorder(border_, along, column ? view.client.width : view.client.height,
-                                    column ? grid_.Metrics().Resolution().x : grid_.Metrics().Resolution().y);
+        const Axis axis = column ? ColumnAxis(grid_, view) : RowAxis(grid_, view);
+        const Dpi dpi = grid_.Metrics().Resolution();
+        borderLine_ =
+            DraggedBorder(border_, axis.Along(column ? point.x : point.y), axis.extent, column ? dpi.x : dpi.y);
         MarkAllStale();
         return;
     }
@@ -289,11 +281,11 @@ void FlexGridWindow::DragSelection(Point point) {
     const Axis rows = RowAxis(grid_, view);
     const Axis columns = ColumnAxis(grid_, view);
     const bool outside = point.x < 0 || point.y < 0 || point.x >= view.client.width || point.y >= view.client.height;
-    const Cursor cursor{grid_.Row(), grid_.Col(), grid_.RowSel(), grid_.ColSel()};
-    const Cursor moved = MouseDrag(drag_, cursor, point, rows, columns, grid_.RightToLeft());
+    const Cursor cursor = grid_.CurrentCursor();
+    const Cursor moved = MouseDrag(drag_, cursor, point, rows, columns);
     const LifeWatch watch = Watch();
     if (moved != cursor) {
-        grid_.Select(moved.row, moved.col, moved.rowSel, moved.colSel);
+        grid_.Select(moved);
     }
     if (!watch.Alive() || !Handle() || drag_ == Drag::None) {
         return;
@@ -315,14 +307,14 @@ void FlexGridWindow::OnTimer() {
     const Axis rows = RowAxis(grid_, view);
     const Axis columns = ColumnAxis(grid_, view);
     const Dpi dpi = grid_.Metrics().Resolution();
-    const int x = grid_.RightToLeft() ? view.client.width - 1 - lastPoint_.x : lastPoint_.x;
     int top = grid_.TopRow();
     int left = grid_.LeftCol();
     if (drag_ != Drag::Columns) {
-        top = ClampFirst(rows, StepShown(rows, top, AutoScrollSteps(lastPoint_.y, 0, view.client.height, dpi.y)));
+        top = ClampFirst(rows, StepShown(rows, top, AutoScrollSteps(rows.Along(lastPoint_.y), 0, rows.extent, dpi.y)));
     }
     if (drag_ != Drag::Rows) {
-        left = ClampFirst(columns, StepShown(columns, left, AutoScrollSteps(x, 0, view.client.width, dpi.x)));
+        left = ClampFirst(
+            columns, StepShown(columns, left, AutoScrollSteps(columns.Along(lastPoint_.x), 0, columns.extent, dpi.x)));
     }
     const LifeWatch watch = Watch();
     ScrollTo(top, left);
@@ -386,7 +378,7 @@ bool FlexGridWindow::OnSetCursor() {
         const View view = CurrentView();
         border =
             BorderAt(RowAxis(grid_, view), ColumnAxis(grid_, view), {static_cast<int>(at.x), static_cast<int>(at.y)},
-                     grid_.RightToLeft(), static_cast<int>(grid_.AllowUserResizing()), grid_.Metrics().Resolution());
+                     static_cast<int>(grid_.AllowUserResizing()), grid_.Metrics().Resolution());
     }
     if (border.kind == Border::Kind::None) {
         return false;
@@ -399,7 +391,7 @@ bool FlexGridWindow::OnSetCursor() {
 
 Hit FlexGridWindow::HitAt(Point point) const {
     const View view = CurrentView();
-    return HitTest(RowAxis(grid_, view), ColumnAxis(grid_, view), point, grid_.RightToLeft());
+    return HitTest(RowAxis(grid_, view), ColumnAxis(grid_, view), point);
 }
 
 LRESULT FlexGridWindow::OnNotify(WPARAM wParam, LPARAM lParam) {

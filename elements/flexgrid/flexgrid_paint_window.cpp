@@ -8,22 +8,9 @@
 #include "elements/flexgrid/scroll_copy.h"
 
 namespace qvx::flexgrid {
-namespace {
-
-Rect Around(const Rect& a, const Rect& b) {
-    if (a.Empty()) {
-        return b;
-    }
-    if (b.Empty()) {
-        return a;
-    }
-    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
-}
-
-}  // namespace
 
 void FlexGridWindow::MarkStale(const Rect& area) {
-    stale_ = Around(stale_, area);
+    stale_ = stale_.Union(area);
     InvalidateRect(Handle(), nullptr, FALSE);
 }
 
@@ -38,9 +25,8 @@ void FlexGridWindow::Settle() {
     paintRequested_ = false;
     SettleLayout();
     const View view = CurrentView();
-    if (hasChangedCells_) {
-        hasChangedCells_ = false;
-        CellRange changed = changedCells_;
+    const CellRange changed = std::exchange(changedCells_, {});
+    if (!changed.Empty()) {
         if (grid_.MergeCells() != GridMerge::never) {
             allStale_ = true;  // a text decides over its neighbours' looks
         } else if (!allStale_) {
@@ -109,7 +95,7 @@ void FlexGridWindow::OnPaint() {
     PaintStale();
     // Requests made since the message arrived went out with it.
     paintRequested_ = false;
-    if (hasChangedCells_ || layoutChanged_ || allStale_ || grid_.TopRow() != paintedTop_ ||
+    if (!changedCells_.Empty() || layoutChanged_ || allStale_ || grid_.TopRow() != paintedTop_ ||
         grid_.LeftCol() != paintedLeft_) {
         RequestPaint();
     }

@@ -31,10 +31,6 @@ namespace {
 
 const WindowClass gridClass{L"QvxFlexGrid"};
 
-CellRange Around(const CellRange& a, const CellRange& b) {
-    return {std::min(a.top, b.top), std::min(a.left, b.left), std::max(a.bottom, b.bottom), std::max(a.right, b.right)};
-}
-
 }  // namespace
 
 FlexGridWindow::FlexGridWindow() : metrics_(std::make_unique<DeviceMetrics>(nullptr)) {
@@ -165,8 +161,7 @@ void FlexGridWindow::Invalidated(GridChange change, const CellRange& range) {
     switch (change) {
         case GridChange::cells:
         case GridChange::selection:
-            changedCells_ = hasChangedCells_ ? Around(changedCells_, range) : range;
-            hasChangedCells_ = true;
+            changedCells_ = changedCells_.Union(range);
             break;
         case GridChange::layout:
             layoutChanged_ = true;
@@ -286,8 +281,7 @@ void FlexGridWindow::UpdateBars() {
         drawnBars_[0] = {};
     }
     if (choice.horizontal) {
-        const Bar bar = BarOf(ColumnAxis(grid_, view));
-        set(SB_HORZ, grid_.RightToLeft() ? Mirrored(bar) : bar, drawnBars_[1]);
+        set(SB_HORZ, BarOf(ColumnAxis(grid_, view)), drawnBars_[1]);
     } else {
         drawnBars_[1] = {};
     }

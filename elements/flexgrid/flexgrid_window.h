@@ -133,7 +133,6 @@ class FlexGridWindow final : public Window, private GridListener {
     BackBuffer buffer_;
     Rect stale_{};
     CellRange changedCells_{};  // bounds of changed cells, not yet in stale_
-    bool hasChangedCells_ = false;
     bool layoutChanged_ = true;
     bool allStale_ = true;
     bool paintRequested_ = false;

@@ -7,17 +7,6 @@
 
 namespace qvx::flexgrid {
 
-namespace {
-
-CellRange Union(const CellRange& a, const CellRange& b) {
-    if (a.Empty() || b.Empty()) {
-        return a.Empty() ? b : a;
-    }
-    return {std::min(a.top, b.top), std::min(a.left, b.left), std::max(a.bottom, b.bottom), std::max(a.right, b.right)};
-}
-
-}  // namespace
-
 Grid::Grid() : columns_(2), metrics_(&FixedTextMetrics::Default()) { store_.InsertEmptyRows(0, 2); }
 
 // ---- Listeners -----------------------------------------------------------------------------------------------------
@@ -116,7 +105,7 @@ Grid::Shape Grid::WithWantedFixed(Shape shape) const {
     return shape;
 }
 
-Grid::Cursor Grid::Fitted(Cursor cursor, const Shape& shape) const {
+Cursor Grid::Fitted(Cursor cursor, const Shape& shape) const {
     // Only a fixed count that grows pushes the cursor out: a program may have put it on a header on purpose.
     const int minRow = shape.fixedRows > fixedRows_ ? shape.fixedRows : 0;
     const int minCol = shape.fixedCols > fixedCols_ ? shape.fixedCols : 0;
@@ -142,14 +131,14 @@ void Grid::StoreShape(const Shape& shape) {
 void Grid::ChangeShape(const std::function<Shape()>& target, const std::function<void(const Shape&)>& change) {
     Shape shape = WithWantedFixed(target());
     CheckCounts(shape);
-    const Cursor before = Now();
+    const Cursor before = CurrentCursor();
     Cursor after = Fitted(before, shape);
     const bool leaves = after.row != before.row || after.col != before.col;
     if (leaves) {
         Tell([](GridListener& listener) { listener.LeaveCell(); });
         shape = WithWantedFixed(target());
         CheckCounts(shape);
-        after = Fitted(Now(), shape);
+        after = Fitted(CurrentCursor(), shape);
     }
     try {
         change(shape);
@@ -239,7 +228,7 @@ void Grid::SetFixedCols(int count) {
 // ---- Cursor and selection ------------------------------------------------------------------------------------------
 
 void Grid::MoveCursor(Cursor target) {
-    const Cursor before = Now();
+    const Cursor before = CurrentCursor();
     if (target == before) {
         return;
     }
@@ -250,7 +239,7 @@ void Grid::MoveCursor(Cursor target) {
     }
     const CellRange old = Selection();
     std::tie(row_, col_, rowSel_, colSel_) = std::tie(target.row, target.col, target.rowSel, target.colSel);
-    TellChange(GridChange::selection, Union(old, Selection()));
+    TellChange(GridChange::selection, old.Union(Selection()));
     if (leaves) {
         Tell([](GridListener& listener) { listener.EnterCell(); });
         Tell([](GridListener& listener) { listener.RowColChange(); });

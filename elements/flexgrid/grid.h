@@ -75,8 +75,10 @@ class Grid final : public GridLook {
     void SetRowSel(int row);
     int ColSel() const { return colSel_; }
     void SetColSel(int col);
+    Cursor CurrentCursor() const { return {row_, col_, rowSel_, colSel_}; }
     // Cursor and far corner in one step, with one round of notifications.
     void Select(int row, int col, int rowSel, int colSel);
+    void Select(const Cursor& to) { Select(to.row, to.col, to.rowSel, to.colSel); }
     void MoveTo(int row, int col) { Select(row, col, row, col); }
     // The selected cells, widened to whole rows or columns where SelectionMode asks for it; empty without cells.
     CellRange Selection() const;
@@ -264,10 +266,6 @@ class Grid final : public GridLook {
         bool merge = false;
         std::int32_t data = 0;
     };
-    struct Cursor {
-        int row, col, rowSel, colSel;
-        friend bool operator==(const Cursor&, const Cursor&) = default;
-    };
 
     void LookChanged() override;
     template <class Call>
@@ -280,7 +278,6 @@ class Grid final : public GridLook {
         int rows, cols, fixedRows, fixedCols;
     };
 
-    Cursor Now() const { return {row_, col_, rowSel_, colSel_}; }
     Shape CurrentShape() const { return {Rows(), Cols(), fixedRows_, fixedCols_}; }
     // The cursor as near as it can stay in a grid of that shape.
     Cursor Fitted(Cursor cursor, const Shape& shape) const;

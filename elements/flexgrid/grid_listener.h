@@ -1,18 +1,9 @@
 // Who wants to know what happens in a grid: its window, and the control around it.
 #pragma once
 
-namespace qvx::flexgrid {
+#include "elements/flexgrid/cell_range.h"
 
-// Cells from (top, left) to (bottom, right), both included.
-struct CellRange {
-    int top = 0;
-    int left = 0;
-    int bottom = -1;
-    int right = -1;
-    bool Empty() const { return bottom < top || right < left; }
-    bool Contains(int row, int col) const { return row >= top && row <= bottom && col >= left && col <= right; }
-    friend bool operator==(const CellRange&, const CellRange&) = default;
-};
+namespace qvx::flexgrid {
 
 enum class GridChange {
     cells,      // texts or formats of the cells in the range

@@ -25,9 +25,8 @@ int NearestItemAt(const Axis& axis, int position, bool scrollableOnly) {
     return nearest;
 }
 
-Hit HitTest(const Axis& rows, const Axis& columns, Point point, bool mirrored) {
-    const int x = mirrored ? columns.extent - 1 - point.x : point.x;
-    Hit hit{ItemAt(rows, point.y), ItemAt(columns, x)};
+Hit HitTest(const Axis& rows, const Axis& columns, Point point) {
+    Hit hit{ItemAt(rows, rows.Along(point.y)), ItemAt(columns, columns.Along(point.x))};
     hit.fixedRow = hit.row >= 0 && hit.row < rows.fixed;
     hit.fixedCol = hit.col >= 0 && hit.col < columns.fixed;
     return hit;

@@ -16,14 +16,14 @@ struct Hit {
     friend bool operator==(const Hit&, const Hit&) = default;
 };
 
-// The item at a position; -1 for none.
+// The item at a position along the axis; -1 for none.
 int ItemAt(const Axis& axis, int position);
 
 // The item at a position or, outside, the nearest that shows: what dragging a selection takes. -1 without any. With
 // `scrollableOnly` fixed items are passed over in favour of the first scrolled one.
 int NearestItemAt(const Axis& axis, int position, bool scrollableOnly);
 
-// `columns` is laid out left to right; in a right-to-left window (`mirrored`) the point's x is taken from the right.
-Hit HitTest(const Axis& rows, const Axis& columns, Point point, bool mirrored);
+// The point is the window's.
+Hit HitTest(const Axis& rows, const Axis& columns, Point point);
 
 }  // namespace qvx::flexgrid

@@ -28,11 +28,11 @@ std::optional<Step> KeyStep(int key, int shift, const Cursor& cursor, const Axis
     Step step{cursor, rows.first, columns.first};
     switch (key) {
         case keys::left:
-            col = control ? EndOf(columns, -1, col) : StepShown(columns, col, -1);
+        case keys::right: {
+            const int sign = (key == keys::right) != columns.mirrored ? 1 : -1;
+            col = control ? EndOf(columns, sign, col) : StepShown(columns, col, sign);
             break;
-        case keys::right:
-            col = control ? EndOf(columns, 1, col) : StepShown(columns, col, 1);
-            break;
+        }
         case keys::up:
             row = control ? EndOf(rows, -1, row) : StepShown(rows, row, -1);
             break;
@@ -117,11 +117,10 @@ Press MousePress(const Hit& hit, bool extend, bool bigSelection, GridSelectionMo
     return {Drag::Rows, {extend ? cursor.row : hit.row, columns.fixed, hit.row, lastCol}};
 }
 
-Cursor MouseDrag(Drag drag, const Cursor& cursor, Point point, const Axis& rows, const Axis& columns, bool mirrored) {
+Cursor MouseDrag(Drag drag, const Cursor& cursor, Point point, const Axis& rows, const Axis& columns) {
     Cursor moved = cursor;
-    const int x = mirrored ? columns.extent - 1 - point.x : point.x;
-    const int row = NearestItemAt(rows, point.y, true);
-    const int col = NearestItemAt(columns, x, true);
+    const int row = NearestItemAt(rows, rows.Along(point.y), true);
+    const int col = NearestItemAt(columns, columns.Along(point.x), true);
     if (row >= 0 && (drag == Drag::Cells || drag == Drag::Rows)) {
         moved.rowSel = row;
     }

@@ -5,19 +5,11 @@
 
 #include "common/keys.h"
 #include "elements/flexgrid/axis.h"
+#include "elements/flexgrid/cell_range.h"
 #include "elements/flexgrid/enums.h"
 #include "elements/flexgrid/hit_test.h"
 
 namespace qvx::flexgrid {
-
-// The cursor cell and the far corner of the selection, by row and column numbers.
-struct Cursor {
-    int row = 0;
-    int col = 0;
-    int rowSel = 0;
-    int colSel = 0;
-    friend bool operator==(const Cursor&, const Cursor&) = default;
-};
 
 // A step of the cursor and where the view goes with it.
 struct Step {
@@ -27,15 +19,11 @@ struct Step {
     friend bool operator==(const Step&, const Step&) = default;
 };
 
-// What a key does; nothing when the grid has no use for it. Arrows move by one shown cell, Page Up and Page Down by the
-// rows that show whole, Home and End to the ends of the row; with Ctrl arrows, Home and End go to the ends of the grid
-// and the page keys move across. Shift moves the far corner. The moved end is brought into view. `shift` is the shift
-// state of key events.
+// What a key does; nothing when the grid has no use for it. Arrows move by one shown cell as the eye does, Page Up and
+// Page Down by the rows that show whole, Home and End to the ends of the row; with Ctrl arrows, Home and End go to the
+// ends of the grid and the page keys move across. Shift moves the far corner. The moved end is brought into view.
+// `shift` is the shift state of key events.
 std::optional<Step> KeyStep(int key, int shift, const Cursor& cursor, const Axis& rows, const Axis& columns);
-
-// The key that does in a grid of columns from left to right what `key` does in one from right to left, where the arrows
-// go as the eye does.
-constexpr int MirroredKey(int key) { return key == keys::left ? keys::right : key == keys::right ? keys::left : key; }
 
 // What a pressed button starts to drag.
 enum class Drag { None, Cells, Rows, Columns };
@@ -53,6 +41,6 @@ Press MousePress(const Hit& hit, bool extend, bool bigSelection, GridSelectionMo
                  const Axis& rows, const Axis& columns);
 
 // The pointer moved to `point` with a drag going on.
-Cursor MouseDrag(Drag drag, const Cursor& cursor, Point point, const Axis& rows, const Axis& columns, bool mirrored);
+Cursor MouseDrag(Drag drag, const Cursor& cursor, Point point, const Axis& rows, const Axis& columns);
 
 }  // namespace qvx::flexgrid

@@ -54,10 +54,8 @@ class Painter {
         highlights_ = grid.Enabled() && (grid.HighLight() == GridHighLight::always ||
                                          (grid.HighLight() == GridHighLight::withFocus && view.focused));
         cellsBottom_ = shown_.rows.empty() ? 0 : shown_.rows.back().end;
-        cellsEnd_ = shown_.columns.empty() ? 0 : shown_.columns.back().end;
         Split(shown_.rows, grid.FixedRows(), dirty_.top, dirty_.bottom, fixedRows_, scrolledRows_);
-        Split(mirrored_ ? Mirrored(shown_.columns, view.client.width) : shown_.columns, grid.FixedCols(), dirty_.left,
-              dirty_.right, fixedColumns_, scrolledColumns_);
+        Split(shown_.columns, grid.FixedCols(), dirty_.left, dirty_.right, fixedColumns_, scrolledColumns_);
     }
 
     void Run() {
@@ -87,10 +85,12 @@ class Painter {
 
     // The window beyond the last row and column.
     void PaintGround() {
-        const int width = view_.client.width;
-        const Rect beside = mirrored_ ? Rect{0, 0, width - cellsEnd_, view_.client.height}
-                                      : Rect{cellsEnd_, 0, width, view_.client.height};
-        const Rect below{0, cellsBottom_, width, view_.client.height};
+        const Axis columns = ColumnAxis(grid_, view_);
+        // Mirrored twice it is the end along the axis.
+        const int end = shown_.columns.empty() ? 0 : columns.InWindow(shown_.columns.back()).end;
+        const Span ground = columns.InWindow({0, end, columns.extent});
+        const Rect beside{ground.start, 0, ground.end, view_.client.height};
+        const Rect below{0, cellsBottom_, view_.client.width, view_.client.height};
         for (const Rect& part : {beside.Intersect(dirty_), below.Intersect(dirty_)}) {
             if (!part.Empty()) {
                 surface_.FillRect(part, grid_.BackColorBkg());
@@ -336,8 +336,8 @@ class Painter {
     void PaintDraggedBorder() {
         const int thick = Scaled(1, dpi_.x);
         if (view_.draggedColumn >= 0) {
-            const int end = mirrored_ ? view_.client.width - view_.draggedColumn + thick : view_.draggedColumn;
-            surface_.InvertRect({end - thick, 0, end, view_.client.height});
+            const Span line = ColumnAxis(grid_, view_).InWindow({0, view_.draggedColumn - thick, view_.draggedColumn});
+            surface_.InvertRect({line.start, 0, line.end, view_.client.height});
         }
         if (view_.draggedRow >= 0) {
             surface_.InvertRect({0, view_.draggedRow - thick, view_.client.width, view_.draggedRow});
@@ -354,7 +354,6 @@ class Painter {
     const Shown shown_;
     bool highlights_ = false;
     int cellsBottom_ = 0;
-    int cellsEnd_ = 0;  // not mirrored
     std::vector<Span> fixedRows_;
     std::vector<Span> scrolledRows_;
     std::vector<Span> fixedColumns_;

@@ -30,16 +30,17 @@ Border EndNear(const Axis& axis, int position, int dotsPerInch, Border::Kind kin
 
 }  // namespace
 
-Border BorderAt(const Axis& rows, const Axis& columns, Point point, bool mirrored, int allowed, Dpi dpi) {
-    const int x = mirrored ? columns.extent - 1 - point.x : point.x;
-    if ((allowed & 1) != 0 && point.y >= 0 && point.y < rows.FixedExtent()) {
+Border BorderAt(const Axis& rows, const Axis& columns, Point point, int allowed, Dpi dpi) {
+    const int x = columns.Along(point.x);
+    const int y = rows.Along(point.y);
+    if ((allowed & 1) != 0 && y >= 0 && y < rows.FixedExtent()) {
         const Border border = EndNear(columns, x, dpi.x, Border::Kind::Column);
         if (border.kind != Border::Kind::None) {
             return border;
         }
     }
     if ((allowed & 2) != 0 && x >= 0 && x < columns.FixedExtent()) {
-        return EndNear(rows, point.y, dpi.y, Border::Kind::Row);
+        return EndNear(rows, y, dpi.y, Border::Kind::Row);
     }
     return {};
 }

@@ -18,7 +18,7 @@ struct Border {
 
 // Columns are resized in the fixed rows, rows in the fixed columns. `allowed` is the grid's AllowUserResizing property:
 // bit 0 columns, bit 1 rows. A grid without fixed rows (columns) offers no border there.
-Border BorderAt(const Axis& rows, const Axis& columns, Point point, bool mirrored, int allowed, Dpi dpi);
+Border BorderAt(const Axis& rows, const Axis& columns, Point point, int allowed, Dpi dpi);
 
 // Where the border would be with the pointer at `position` along the axis: within the window and at least the smallest
 // size (4 pixels at 96 dots per inch) from the item's start, since a row or column dragged to nothing could not be

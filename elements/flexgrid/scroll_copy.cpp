@@ -9,20 +9,22 @@
 namespace qvx::flexgrid {
 namespace {
 
-// One direction: how far what lies behind `fixed` pixels of headers moves within `length`, and the stretch that is
-// bared.
+// One direction: what lies behind the headers and moves along, by how much, and what is bared. As it lies in the
+// window.
 struct Slide {
-    int fixed = 0;
+    Span body;
     int by = 0;
-    int baredFrom = 0;
-    int baredTo = 0;
+    Span bared;
 };
 
-std::optional<Slide> SlideBy(std::int64_t moved, std::int64_t headers, int length) {
-    const int fixed = static_cast<int>(std::min<std::int64_t>(headers, length));
+std::optional<Slide> SlideFrom(const Axis& axis, int oldFirst) {
+    const std::int64_t moved = axis.startOf(std::min(oldFirst, axis.count)) - axis.startOf(axis.first);
+    const int length = axis.extent;
+    const int fixed = static_cast<int>(std::min<std::int64_t>(axis.FixedExtent(), length));
     if (std::abs(moved) >= length - fixed) return std::nullopt;
     const int by = static_cast<int>(moved);
-    return by < 0 ? Slide{fixed, by, length + by, length} : Slide{fixed, by, fixed, fixed + by};
+    const Span bared = by < 0 ? Span{0, length + by, length} : Span{0, fixed, fixed + by};
+    return Slide{axis.InWindow({0, fixed, length}), axis.mirrored ? -by : by, axis.InWindow(bared)};
 }
 
 }  // namespace
@@ -31,26 +33,13 @@ std::optional<ScrollCopy> FollowScroll(const Grid& grid, Size client, int oldTop
     const bool down = oldTop != grid.TopRow();
     const bool across = oldLeft != grid.LeftCol();
     if (down == across || grid.MergeCells() != GridMerge::never) return std::nullopt;
-    if (down) {
-        const auto slide = SlideBy(grid.RowTop(std::min(oldTop, grid.Rows())) - grid.RowTop(grid.TopRow()),
-                                   grid.RowTop(grid.FixedRows()), client.height);
-        if (!slide) return std::nullopt;
-        return ScrollCopy{{0, slide->fixed, client.width, client.height},
-                          0,
-                          slide->by,
-                          {0, slide->baredFrom, client.width, slide->baredTo}};
-    }
-    const auto slide = SlideBy(grid.ColLeft(std::min(oldLeft, grid.Cols())) - grid.ColLeft(grid.LeftCol()),
-                               grid.ColLeft(grid.FixedCols()), client.width);
+    const View view{client};
+    const auto slide = down ? SlideFrom(RowAxis(grid, view), oldTop) : SlideFrom(ColumnAxis(grid, view), oldLeft);
     if (!slide) return std::nullopt;
-    ScrollCopy copy{{slide->fixed, 0, client.width, client.height},
-                    slide->by,
-                    0,
-                    {slide->baredFrom, 0, slide->baredTo, client.height}};
-    if (grid.RightToLeft()) {
-        copy = {Mirrored(copy.body, client.width), -copy.dx, 0, Mirrored(copy.bared, client.width)};
-    }
-    return copy;
+    const auto& [body, by, bared] = *slide;
+    if (down)
+        return ScrollCopy{{0, body.start, client.width, body.end}, 0, by, {0, bared.start, client.width, bared.end}};
+    return ScrollCopy{{body.start, 0, body.end, client.height}, by, 0, {bared.start, 0, bared.end, client.height}};
 }
 
 }  // namespace qvx::flexgrid

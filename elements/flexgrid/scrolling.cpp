@@ -6,6 +6,18 @@
 
 namespace qvx::flexgrid {
 
+namespace {
+
+BarRequest Opposite(BarRequest request) {
+    if (request == BarRequest::ThumbSet || request == BarRequest::Track) {
+        return request;
+    }
+    // Every other request has its opposite beside it: back and on, start and end.
+    return static_cast<BarRequest>(static_cast<int>(request) ^ 1);
+}
+
+}  // namespace
+
 int LargestFirst(const Axis& axis) {
     const int last = NearestShown(axis, axis.count - 1, -1);
     if (last < 0) {
@@ -65,20 +77,8 @@ Bar BarOf(const Axis& axis) {
     const int last = LargestFirst(axis);
     // The page is the number of items behind the last position, so that the thumb reaches the end exactly there.
     const int page = std::max(1, axis.count - last);
-    return {true, axis.fixed, last + page - 1, page, std::clamp(axis.first, axis.fixed, last)};
-}
-
-Bar Mirrored(Bar bar) {
-    bar.position = MirroredPosition(bar, bar.position);
-    return bar;
-}
-
-BarRequest Mirrored(BarRequest request) {
-    if (request == BarRequest::ThumbSet || request == BarRequest::Track) {
-        return request;
-    }
-    // Every other request has its opposite beside it: back and on, start and end.
-    return static_cast<BarRequest>(static_cast<int>(request) ^ 1);
+    const int first = std::clamp(axis.first, axis.fixed, last);
+    return {true, axis.fixed, last + page - 1, page, axis.mirrored ? axis.fixed + last - first : first};
 }
 
 bool ThumbMoves(const Bar& drawn, const Bar& wanted, int length) {
@@ -110,6 +110,10 @@ BarChoice ChooseBars(const Axis& rows, const Axis& columns, Size room, Size barT
 }
 
 int FirstAfter(const Axis& axis, BarRequest request, int track) {
+    if (axis.mirrored) {
+        request = Opposite(request);
+        track = axis.fixed + LargestFirst(axis) - track;
+    }
     switch (request) {
         case BarRequest::LineBack:
             return ClampFirst(axis, StepShown(axis, axis.first, -1));

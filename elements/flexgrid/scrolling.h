@@ -24,7 +24,7 @@ int PageOf(const Axis& axis);
 // Whether the items together need more than the given room.
 bool Overflows(const Axis& axis, int extent);
 
-// A scroll bar as the system takes it: positions min..max-page+1.
+// A scroll bar as the system takes it: positions min..max-page+1. A mirrored axis starts at the bar's right end.
 struct Bar {
     bool shown = false;
     int min = 0;
@@ -36,11 +36,6 @@ struct Bar {
 
 // The bar for an axis that overflows its extent.
 Bar BarOf(const Axis& axis);
-
-// A horizontal bar of a grid that runs from right to left: the first column is at the bar's right end. Twice mirrored
-// is the same again, of positions and requests alike.
-constexpr int MirroredPosition(const Bar& bar, int position) { return bar.min + (bar.max - bar.page + 1) - position; }
-Bar Mirrored(Bar bar);
 
 // Whether a bar that is drawn as `drawn` looks different as `wanted`, its arrows being `length` pixels apart.
 bool ThumbMoves(const Bar& drawn, const Bar& wanted, int length);
@@ -66,10 +61,7 @@ enum class BarRequest {
     End = 7
 };
 
-// The request as a mirrored bar means it.
-BarRequest Mirrored(BarRequest request);
-
-// The first item after a request; `track` is the dragged position.
+// The first item after a request of the axis's bar; `track` is the dragged position.
 int FirstAfter(const Axis& axis, BarRequest request, int track);
 
 // Turns wheel movement, which arrives in any fraction of a notch (120), into whole steps and keeps the rest. Turning

@@ -59,18 +59,13 @@ Axis ColumnAxis(const Grid& grid, const View& view) {
             view.client.width,
             [&grid](int col) { return grid.ColPixels(col); },
             [&grid](int col) { return grid.ColLeft(col); },
-            [&grid](std::int64_t at) { return grid.ColAt(at); }};
-}
-
-std::int64_t ColumnStart(const Grid& grid, const View& view, int col) {
-    const std::int64_t at = PositionOf(ColumnAxis(grid, view), col);
-    return grid.RightToLeft() ? view.client.width - at - grid.ColPixels(col) : at;
+            [&grid](std::int64_t at) { return grid.ColAt(at); },
+            grid.RightToLeft()};
 }
 
 Shown::Shown(const Grid& grid, const View& view)
-    : mirrorExtent(grid.RightToLeft() ? view.client.width : 0),
-      rows(VisibleSpans(RowAxis(grid, view))),
-      columns(VisibleSpans(ColumnAxis(grid, view))),
+    : rows(SpansInWindow(RowAxis(grid, view))),
+      columns(SpansInWindow(ColumnAxis(grid, view))),
       merges(MergesOf(grid, rows, columns)) {}
 
 Rect Shown::AreaOf(const CellRange& range) const {
@@ -79,8 +74,7 @@ Rect Shown::AreaOf(const CellRange& range) const {
     if (down.start > down.end || across.start > across.end) {
         return {};
     }
-    const Rect area{across.start, down.start, across.end, down.end};
-    return mirrorExtent == 0 ? area : Mirrored(area, mirrorExtent);
+    return {across.start, down.start, across.end, down.end};
 }
 
 Rect CellArea(const Grid& grid, const View& view, int row, int col) {
@@ -89,8 +83,8 @@ Rect CellArea(const Grid& grid, const View& view, int row, int col) {
     if (!area.Empty()) {
         return area;
     }
-    const std::int64_t x = ColumnStart(grid, view, col);
-    const std::int64_t y = PositionOf(RowAxis(grid, view), row);
+    const std::int64_t x = StartInWindow(ColumnAxis(grid, view), col);
+    const std::int64_t y = StartInWindow(RowAxis(grid, view), row);
     return {Held(x), Held(y), Held(x + grid.ColPixels(col)), Held(y + grid.RowPixels(row))};
 }
 

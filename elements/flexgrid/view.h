@@ -1,7 +1,6 @@
 // A grid in a window: where its cells lie, in device pixels of the window's client area.
 #pragma once
 
-#include <cstdint>
 #include <vector>
 
 #include "common/geometry.h"
@@ -15,7 +14,7 @@ namespace qvx::flexgrid {
 struct View {
     Size client;           // without bars and border
     bool focused = false;  // whether the window has the keyboard focus
-    // Where the border of a row or column is being dragged to; -1 is no drag. Along its axis, not mirrored.
+    // Where the border of a row or column is being dragged to; -1 is no drag. Along its axis.
     int draggedColumn = -1;
     int draggedRow = -1;
 };
@@ -24,19 +23,11 @@ struct View {
 Axis RowAxis(const Grid& grid, const View& view);
 Axis ColumnAxis(const Grid& grid, const View& view);
 
-// Pixels from the window's left edge to the left edge of a column, wherever it is scrolled to.
-std::int64_t ColumnStart(const Grid& grid, const View& view, int col);
-
-// The rectangle as it lies in a right-to-left window of that width, and back.
-constexpr Rect Mirrored(const Rect& area, int width) {
-    return {width - area.right, area.top, width - area.left, area.bottom};
-}
-
 // The rectangle of a cell, or of the part that shows of the merged cells it belongs to; grid lines included. It may
 // reach beyond the window. For a cell that does not show: where it would lie, no further than 2^30 pixels away.
 Rect CellArea(const Grid& grid, const View& view, int row, int col);
 
-// What shows in a window at one time: the spans down and across (not mirrored) and which cells are drawn as one.
+// What shows in a window at one time: the spans down and across, as they lie there, and which cells are drawn as one.
 struct Shown {
     Shown(const Grid& grid, const View& view);
 
@@ -46,7 +37,6 @@ struct Shown {
     // none.
     Rect AreaOf(const CellRange& range) const;
 
-    int mirrorExtent = 0;  // the window's width when it is right-to-left, otherwise 0
     std::vector<Span> rows;
     std::vector<Span> columns;
     MergeMap merges;

@@ -28,4 +28,10 @@ Axis AxisOf(int count, int fixed, int first, int extent, SizeOf sizeOf) {
             }};
 }
 
+// The same from right to left.
+inline Axis Mirrored(Axis axis) {
+    axis.mirrored = true;
+    return axis;
+}
+
 }  // namespace qvx::flexgrid

@@ -64,9 +64,10 @@ TEST(Keys, MoveTheCursorAndBringItIntoView) {
         EXPECT_EQ(Show(*step), c.to);
     }
     EXPECT_FALSE(KeyStep(keys::f2, 0, {}, Rows(1), Columns(1)));
-    EXPECT_EQ(MirroredKey(keys::left), keys::right);
-    EXPECT_EQ(MirroredKey(keys::right), keys::left);
-    EXPECT_EQ(MirroredKey(keys::home), keys::home);
+    const Axis mirrored = Mirrored(Columns(1));
+    EXPECT_EQ(KeyStep(keys::left, 0, {2, 2, 2, 2}, Rows(1), mirrored)->cursor, (Cursor{2, 4, 2, 4}));
+    EXPECT_EQ(KeyStep(keys::right, ctrl, {2, 2, 2, 2}, Rows(1), mirrored)->cursor, (Cursor{2, 1, 2, 1}));
+    EXPECT_EQ(KeyStep(keys::home, 0, {2, 2, 2, 2}, Rows(1), mirrored)->cursor, (Cursor{2, 1, 2, 1}));
     EXPECT_FALSE(KeyStep(keys::down, keys::altMask, {1, 1, 1, 1}, Rows(1), Columns(1)));
     EXPECT_FALSE(KeyStep(keys::down, 0, {}, AxisOf(0, 0, 0, 96, [](int) { return 16; }), Columns(1)));
     const Axis allHidden = AxisOf(4, 1, 1, 96, [](int) { return 0; });
@@ -129,11 +130,10 @@ TEST(Mouse, DraggingMovesOnlyWhatTheDragIsAbout) {
     const Axis rows = Rows(10);
     const Axis columns = Columns(1);
     const Cursor from{12, 2, 12, 2};
-    EXPECT_EQ(MouseDrag(Drag::Cells, from, {199, 17}, rows, columns, false), (Cursor{12, 2, 10, 4}));
-    EXPECT_EQ(MouseDrag(Drag::Cells, from, {-20, -20}, rows, columns, false), (Cursor{12, 2, 10, 1}))
-        << "not the header";
-    EXPECT_EQ(MouseDrag(Drag::Rows, from, {199, 95}, rows, columns, false), (Cursor{12, 2, 14, 2}));
-    EXPECT_EQ(MouseDrag(Drag::Columns, from, {10, 500}, rows, columns, true), (Cursor{12, 2, 12, 4}));
+    EXPECT_EQ(MouseDrag(Drag::Cells, from, {199, 17}, rows, columns), (Cursor{12, 2, 10, 4}));
+    EXPECT_EQ(MouseDrag(Drag::Cells, from, {-20, -20}, rows, columns), (Cursor{12, 2, 10, 1})) << "not the header";
+    EXPECT_EQ(MouseDrag(Drag::Rows, from, {199, 95}, rows, columns), (Cursor{12, 2, 14, 2}));
+    EXPECT_EQ(MouseDrag(Drag::Columns, from, {10, 500}, rows, Mirrored(columns)), (Cursor{12, 2, 12, 4}));
 }
 
 TEST(Resizing, BordersAreFoundInTheHeadersOnly) {
@@ -152,14 +152,14 @@ TEST(Resizing, BordersAreFoundInTheHeadersOnly) {
         {{102, 5}, true, 1, Column, 1}, {{49, 15}, false, 3, Column, 0}, {{20, 15}, false, 3, Row, 0},
     };
     for (const Case& c : cases) {
-        const Border border = BorderAt(Rows(1), Columns(1), c.point, c.mirrored, c.allowed, {});
+        const Border border = BorderAt(Rows(1), c.mirrored ? Mirrored(Columns(1)) : Columns(1), c.point, c.allowed, {});
         EXPECT_EQ(border.kind, c.kind) << c.point.x << "," << c.point.y;
         EXPECT_EQ(border.index, c.index) << c.point.x << "," << c.point.y;
     }
 }
 
 TEST(Resizing, TheBorderFollowsThePointerButNeverVanishes) {
-    const Border border = BorderAt(Rows(1), Columns(1), {97, 5}, false, 1, {});
+    const Border border = BorderAt(Rows(1), Columns(1), {97, 5}, 1, {});
     EXPECT_EQ(border.start, 50);
     EXPECT_EQ(border.grip, 3);
     EXPECT_EQ(DraggedBorder(border, 97, 200, 96), 100) << "nothing jumps when it is taken";

@@ -32,7 +32,7 @@ TEST(Axis, SpansLeaveOutHiddenAndScrolledItemsAndStopAtTheWindow) {
     EXPECT_EQ(Show(VisibleSpans(Make({10, 20, 0, 30, 40}, 1, 3, 40))), "0@0-10 3@10-40 ");
     EXPECT_EQ(Show(VisibleSpans(Make({50, 50, 50}, 2, 2, 60))), "0@0-50 1@50-100 ");
     EXPECT_EQ(Show(VisibleSpans(Make({}, 0, 0, 60))), "");
-    EXPECT_EQ(Show(Mirrored(VisibleSpans(Make({10, 20}, 1, 1, 100)), 100)), "0@90-100 1@70-90 ");
+    EXPECT_EQ(Show(SpansInWindow(Mirrored(Make({10, 20}, 1, 1, 100)))), "0@90-100 1@70-90 ");
 }
 
 TEST(Axis, PositionsOfScrolledAwayItemsGoOnBeyondTheWindow) {
@@ -86,14 +86,17 @@ TEST(Scrolling, TheLastPageIsFullAndHiddenItemsAtTheEndDoNotCount) {
 }
 
 TEST(ScrollBar, MirroredForGridsThatRunFromRightToLeft) {
-    const Bar bar{true, 1, 30, 10, 4};
-    EXPECT_EQ(Mirrored(bar).position, 18) << "3 columns from the left end are 3 from the right end";
-    EXPECT_EQ(MirroredPosition(bar, 1), 21);
-    EXPECT_EQ(Mirrored(Mirrored(bar)), bar);
-    EXPECT_EQ(Mirrored(BarRequest::LineBack), BarRequest::LineOn);
-    EXPECT_EQ(Mirrored(BarRequest::PageOn), BarRequest::PageBack);
-    EXPECT_EQ(Mirrored(BarRequest::Start), BarRequest::End);
-    EXPECT_EQ(Mirrored(BarRequest::Track), BarRequest::Track);
+    const Axis axis = Mirrored(Uniform(31, 1, 4, 176));
+    const Bar bar = BarOf(axis);
+    EXPECT_EQ(bar, (Bar{true, 1, 30, 10, 18})) << "3 columns from the left end are 3 from the right end";
+    EXPECT_EQ(FirstAfter(axis, BarRequest::LineBack, 0), 5);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::LineOn, 0), 3);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::PageOn, 0), 1);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::PageBack, 0), 14);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::Start, 0), 21);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::End, 0), 1);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::Track, bar.position), 4);
+    EXPECT_EQ(FirstAfter(axis, BarRequest::ThumbSet, bar.min), 21);
 }
 
 TEST(Scrolling, ShowingAnItemScrollsAsLittleAsNeeded) {
@@ -183,7 +186,7 @@ TEST(HitTest, FindsFixedAndScrolledCellsAndTheGroundBeyond) {
                           {{199, 0}, true, {0, 0, true, true}}, {{120, 40}, true, {41, 1}},
                           {{119, 40}, true, {41, 3}},           {{-1, 20}, false, {40, -1}}};
     for (const Case& c : cases) {
-        const Hit hit = HitTest(rows, columns, c.point, c.mirrored);
+        const Hit hit = HitTest(rows, c.mirrored ? Mirrored(columns) : columns, c.point);
         EXPECT_EQ(hit, c.hit) << c.point.x << "," << c.point.y << " gives " << hit.row << "," << hit.col;
     }
     EXPECT_EQ(NearestItemAt(rows, -50, true), 40);
