@@ -5,12 +5,33 @@
 
 namespace qvx::flexgrid {
 
-void AccessibleEvents::NoteValue(int row, int col) {
-    const AccessiblePart cell{row, col};
-    if (values_.size() < mostValues && std::find(values_.begin(), values_.end(), cell) == values_.end()) {
-        values_.push_back(cell);
+void AccessibleEvents::Note(std::vector<AccessiblePart>& parts, const AccessiblePart& cell) {
+    if (parts.size() < mostCells && std::find(parts.begin(), parts.end(), cell) == parts.end()) {
+        parts.push_back(cell);
     }
     pending_ = true;
+}
+
+void AccessibleEvents::NoteValue(int row, int col) { Note(values_, {row, col}); }
+
+void AccessibleEvents::NoteTexts(const Grid& grid, const CellRange& range) {
+    if (range.Contains(grid.Row(), grid.Col())) {
+        Note(cells_);
+    }
+    NoteHeaders({range.top, range.left, std::min(range.bottom, grid.FixedRows() - 1), range.right});
+    NoteHeaders(
+        {std::max(range.top, grid.FixedRows()), range.left, range.bottom, std::min(range.right, grid.FixedCols() - 1)});
+}
+
+void AccessibleEvents::NoteHeaders(const CellRange& range) {
+    for (int row = range.top; row <= range.bottom; ++row) {
+        for (int col = range.left; col <= range.right; ++col) {
+            if (names_.size() == mostCells) {
+                return;
+            }
+            Note(names_, {row, col});
+        }
+    }
 }
 
 std::vector<AccessibleEvent> AccessibleEvents::Take(const Grid& grid, bool focused, bool edited) {
@@ -44,8 +65,15 @@ std::vector<AccessibleEvent> AccessibleEvents::Take(const Grid& grid, bool focus
             events.push_back({Kind::valueChange, IdInGrid(grid, value)});
         }
     }
+    // After a new order everything is read anew.
+    for (const AccessiblePart& name : names_) {
+        if (!reordered && HasPart(grid, name)) {
+            events.push_back({Kind::nameChange, IdInGrid(grid, name)});
+        }
+    }
     pending_ = focus_ = moved_ = structure_ = cells_ = false;
     values_.clear();
+    names_.clear();
     toldStructure_ = grid.StructureVersion();
     toldCell_ = cell;
     toldSelection_ = selection;

@@ -12,7 +12,7 @@
 namespace qvx::flexgrid {
 
 struct AccessibleEvent {
-    enum class Kind { reorder, focus, selection, selectionWithin, valueChange };
+    enum class Kind { reorder, focus, selection, selectionWithin, valueChange, nameChange };
     Kind kind = Kind::focus;
     int childId = 0;  // as in IdInGrid
     friend bool operator==(const AccessibleEvent&, const AccessibleEvent&) = default;
@@ -25,12 +25,12 @@ class AccessibleEvents {
     // Cursor, selection, or the number and order of rows and columns may have changed.
     void NoteCursor() { Note(moved_); }
     void NoteStructure() { Note(structure_); }
-    // Texts may have changed; only the current cell's is of interest.
-    void NoteCells(const Grid& grid, const CellRange& range) {
-        if (!cells_ && range.Contains(grid.Row(), grid.Col())) {
-            Note(cells_);
-        }
+    // Whether a change of the texts in the range is of interest: the current cell's is, and a header's, which is its
+    // name.
+    static bool Concerned(const Grid& grid, const CellRange& range) {
+        return range.Contains(grid.Row(), grid.Col()) || range.top < grid.FixedRows() || range.left < grid.FixedCols();
     }
+    void NoteTexts(const Grid& grid, const CellRange& range);
     // The user has given a cell another text.
     void NoteValue(int row, int col);
     bool Pending() const { return pending_; }
@@ -41,12 +41,14 @@ class AccessibleEvents {
 
   private:
     // More cells than this at once are no entry by a user any more.
-    static constexpr std::size_t mostValues = 16;
+    static constexpr std::size_t mostCells = 16;
 
     void Note(bool& what) {
         what = true;
         pending_ = true;
     }
+    void NoteHeaders(const CellRange& range);
+    void Note(std::vector<AccessiblePart>& parts, const AccessiblePart& cell);
 
     bool pending_ = false;
     bool focus_ = false;
@@ -54,6 +56,7 @@ class AccessibleEvents {
     bool structure_ = false;
     bool cells_ = false;
     std::vector<AccessiblePart> values_;
+    std::vector<AccessiblePart> names_;
 
     // As of the last events.
     std::uint64_t toldStructure_ = 0;

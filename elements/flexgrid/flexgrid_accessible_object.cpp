@@ -200,6 +200,8 @@ DWORD EventOf(AccessibleEvent::Kind kind) {
             return EVENT_OBJECT_SELECTION;
         case AccessibleEvent::Kind::selectionWithin:
             return EVENT_OBJECT_SELECTIONWITHIN;
+        case AccessibleEvent::Kind::nameChange:
+            return EVENT_OBJECT_NAMECHANGE;
         default:
             return EVENT_OBJECT_VALUECHANGE;
     }
@@ -207,7 +209,8 @@ DWORD EventOf(AccessibleEvent::Kind kind) {
 
 bool SomebodyListens() {
     return IsWinEventHookInstalled(EVENT_OBJECT_FOCUS) || IsWinEventHookInstalled(EVENT_OBJECT_SELECTION) ||
-           IsWinEventHookInstalled(EVENT_OBJECT_VALUECHANGE) || IsWinEventHookInstalled(EVENT_OBJECT_REORDER);
+           IsWinEventHookInstalled(EVENT_OBJECT_VALUECHANGE) || IsWinEventHookInstalled(EVENT_OBJECT_REORDER) ||
+           IsWinEventHookInstalled(EVENT_OBJECT_NAMECHANGE);
 }
 
 }  // namespace
@@ -254,9 +257,9 @@ void GridAccessibility::SelChange() { RowColChange(); }
 void GridAccessibility::Invalidated(GridChange change, const CellRange& range) {
     if (change == GridChange::layout) {
         Note([this] { events_.NoteStructure(); });
-    } else if (change == GridChange::cells) {
+    } else if (change == GridChange::texts) {
         const Grid& grid = link_->window->Model();
-        if (range.Contains(grid.Row(), grid.Col())) Note([&] { events_.NoteCells(grid, range); });
+        if (AccessibleEvents::Concerned(grid, range)) Note([&] { events_.NoteTexts(grid, range); });
     }
 }
 

@@ -159,7 +159,8 @@ View FlexGridWindow::SettledView() {
 
 void FlexGridWindow::Invalidated(GridChange change, const CellRange& range) {
     switch (change) {
-        case GridChange::cells:
+        case GridChange::texts:
+        case GridChange::formats:
         case GridChange::selection:
             changedCells_ = changedCells_.Union(range);
             break;

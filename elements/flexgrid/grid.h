@@ -383,10 +383,10 @@ void Grid::SetColumn(int col, int first, int last, TextOf&& textOf) {
     try {
         store_.SetColumn(col, first, last, std::forward<TextOf>(textOf));
     } catch (...) {
-        TellChange(GridChange::cells, {first, col, last, col});
+        TellChange(GridChange::texts, {first, col, last, col});
         throw;
     }
-    TellChange(GridChange::cells, {first, col, last, col});
+    TellChange(GridChange::texts, {first, col, last, col});
 }
 
 template <class Visit>

@@ -50,7 +50,7 @@ GridAlignment Grid::ColAlignment(int col) const {
 }
 
 void Grid::SetColAlignment(int col, GridAlignment alignment) {
-    ChangeColumns(col, GridChange::cells, [&](Column& column) { column.alignment = alignment; });
+    ChangeColumns(col, GridChange::formats, [&](Column& column) { column.alignment = alignment; });
 }
 
 GridAlignment Grid::FixedAlignment(int col) const {
@@ -60,7 +60,7 @@ GridAlignment Grid::FixedAlignment(int col) const {
 }
 
 void Grid::SetFixedAlignment(int col, GridAlignment alignment) {
-    ChangeColumns(col, GridChange::cells, [&](Column& column) {
+    ChangeColumns(col, GridChange::formats, [&](Column& column) {
         column.fixedAlignment = alignment;
         column.hasFixedAlignment = true;
     });
@@ -88,7 +88,7 @@ bool Grid::MergeCol(int col) const {
 }
 
 void Grid::SetMergeCol(int col, bool merge) {
-    ChangeColumns(col, GridChange::cells, [&](Column& column) { column.merge = merge; });
+    ChangeColumns(col, GridChange::formats, [&](Column& column) { column.merge = merge; });
 }
 
 // ---- Rows ----------------------------------------------------------------------------------------------------------
@@ -186,7 +186,7 @@ void Grid::SetMergeRow(int row, bool merge) {
     if (row == all) {
         allMergeRows_ = merge;
         mergeRows_.Clear();
-        TellChange(GridChange::cells, {0, 0, Rows() - 1, Cols() - 1});
+        TellChange(GridChange::formats, {0, 0, Rows() - 1, Cols() - 1});
         return;
     }
     CheckRow(row);
@@ -195,7 +195,7 @@ void Grid::SetMergeRow(int row, bool merge) {
     } else {
         mergeRows_.Set(store_.IdAt(row), merge);
     }
-    TellChange(GridChange::cells, {row, 0, row, Cols() - 1});
+    TellChange(GridChange::formats, {row, 0, row, Cols() - 1});
 }
 
 // ---- Geometry ------------------------------------------------------------------------------------------------------
@@ -322,7 +322,7 @@ void Grid::ChangeFormat(Change change) {
         rows.push_back(store_.IdAt(row));
     }
     formats_.ChangeCells(rows, range.left, range.right, change);
-    TellChange(GridChange::cells, range);
+    TellChange(GridChange::formats, range);
 }
 
 GridAlignment Grid::CellAlignment() const {

@@ -6,7 +6,8 @@
 namespace qvx::flexgrid {
 
 enum class GridChange {
-    cells,      // texts or formats of the cells in the range
+    texts,      // of the cells in the range
+    formats,    // of the cells in the range, their texts as they were
     layout,     // counts, sizes or order: everything from the range's first row and column on may have moved
     selection,  // the range holds the cells selected before and now
     scroll,     // TopRow or LeftCol

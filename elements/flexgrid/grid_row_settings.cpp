@@ -16,7 +16,7 @@ void Grid::SetSettings(int row, const RowSettings& settings) {
     SetRowData(row, settings.data);
     SetMergeRow(row, settings.merge);
     SetRowHeight(row, settings.height);
-    TellChange(GridChange::cells, {row, 0, row, Cols() - 1});
+    TellChange(GridChange::formats, {row, 0, row, Cols() - 1});
 }
 
 }  // namespace qvx::flexgrid

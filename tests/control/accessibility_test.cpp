@@ -443,6 +443,7 @@ class Listener {
                                : event == EVENT_OBJECT_SELECTION       ? "selection"
                                : event == EVENT_OBJECT_VALUECHANGE     ? "value"
                                : event == EVENT_OBJECT_SELECTIONWITHIN ? "within"
+                               : event == EVENT_OBJECT_NAMECHANGE      ? "name"
                                                                        : nullptr;
             if (!kind || (event == EVENT_OBJECT_FOCUS && child == 0)) continue;
             log += kind;
@@ -489,6 +490,8 @@ TEST(Accessibility, EventsFollowTheCursorAndEntries) {
     EXPECT_EQ("value [Rate, Row 2] 1.5\n", heard.Take());
     form.SetCell(1, F::rate, u"2");
     EXPECT_EQ("", heard.Take());
+    form.SetCell(0, F::qty, u"Pieces");
+    EXPECT_EQ("name [Pieces] \n", heard.Take()) << "a header's text is its name";
     SetFocus(form.container.Window());
     heard.Take();
     SetFocus(form.InnerGrid());

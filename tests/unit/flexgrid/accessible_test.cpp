@@ -328,7 +328,7 @@ class AccessibleEventsTest : public AccessibleTest, private GridListener {
     std::string Taken() {
         std::string log;
         for (const AccessibleEvent& event : events_.Take(grid_, view_.focused, edited_)) {
-            const char* names[] = {"reorder", "focus", "selection", "within", "value"};
+            const char* names[] = {"reorder", "focus", "selection", "within", "value", "name"};
             log += names[static_cast<int>(event.kind)];
             const auto part = ChildOf(grid_, {}, event.childId);
             log += part ? " " + Print(part) + "\n" : "\n";
@@ -344,8 +344,8 @@ class AccessibleEventsTest : public AccessibleTest, private GridListener {
     void RowColChange() override { events_.NoteCursor(); }
     void SelChange() override { events_.NoteCursor(); }
     void Invalidated(GridChange change, const CellRange& range) override {
-        if (change == GridChange::cells) {
-            events_.NoteCells(grid_, range);
+        if (change == GridChange::texts && AccessibleEvents::Concerned(grid_, range)) {
+            events_.NoteTexts(grid_, range);
         } else if (change == GridChange::layout) {
             events_.NoteStructure();
         }
@@ -423,6 +423,22 @@ TEST_F(AccessibleEventsTest, ValuesOfTheCurrentCellAndOfEntries) {
         events_.NoteValue(2, i % 4);
     }
     EXPECT_LE(Taken().size(), 16U * 10);
+}
+
+TEST_F(AccessibleEventsTest, HeadersAreCalledByTheirTexts) {
+    grid_.SetTextMatrix(0, 2, u"Pieces");
+    grid_.SetTextMatrix(3, 0, u"third");
+    grid_.SetTextMatrix(0, 2, u"Amount");
+    EXPECT_EQ("name 0,2\nname 3,0\n", Taken());
+    grid_.SetColAlignment(2, GridAlignment::rightTop);
+    EXPECT_EQ("", Taken()) << "looks are no name";
+    grid_.AddItem(u"new", 1);
+    grid_.SetTextMatrix(2, 0, u"2");
+    EXPECT_EQ("reorder\nfocus 1,1\n", Taken()) << "which has everything read anew";
+    grid_.Clear();
+    const std::string cleared = Taken();
+    EXPECT_NE(cleared.find("name 0,0\n"), std::string::npos);
+    EXPECT_LE(cleared.size(), 17U * 10) << "and as few of the many that a program changes at once";
 }
 
 }  // namespace
