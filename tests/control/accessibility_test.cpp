@@ -10,6 +10,7 @@
 #include "Qvx.h"
 #include "tests/control/combogrid_form.h"
 #include "tests/support/input.h"
+#include "tests/support/narrow.h"
 
 namespace qvx::test {
 namespace {
@@ -21,12 +22,6 @@ VARIANT Child(long number) {
     child.vt = VT_I4;
     child.lVal = number;
     return child;
-}
-
-std::string Narrow(TextView text) {
-    std::string out;
-    for (const char16_t c : text) out.push_back(c < 0x80 ? static_cast<char>(c) : '?');
-    return out;
 }
 
 // One object, read as a screen reader does.

@@ -5,6 +5,7 @@
 
 #include "com/safearray.h"
 #include "host/script_engine_object.h"
+#include "tests/support/narrow.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::test {
@@ -93,9 +94,9 @@ class Ado : public ::testing::Test {
         for (const TextView missing :
              {u"There is no ODBC driver manager", u"Can't open lib", u"Data source name not found"}) {
             if (opened.description.find(missing) == Text::npos) continue;
-            GTEST_SKIP() << "NO ODBC DRIVER FOR SQLITE IS INSTALLED: " << Utf8(opened.description);
+            GTEST_SKIP() << "NO ODBC DRIVER FOR SQLITE IS INSTALLED: " << Narrow(opened.description);
         }
-        ASSERT_EQ(opened.result, S_OK) << Utf8(opened.description);
+        ASSERT_EQ(opened.result, S_OK) << Narrow(opened.description);
     }
     void TearDown() override {
         connection_.reset();
@@ -103,7 +104,6 @@ class Ado : public ::testing::Test {
         DeleteFileW(file_.c_str());
     }
 
-    static std::string Utf8(const Text& text) { return std::string(text.begin(), text.end()); }
     Text Settings() const { return u"Driver={SQLite3 ODBC Driver};Database=" + Text(FromWide(file_)) + u";"; }
     Object Execute(const char16_t* sql) { return ObjectFrom(connection_, L"Execute", {Variant(sql)}); }
     // Kept by the client unless another kind of cursor is asked for.
@@ -151,7 +151,7 @@ TEST_F(Ado, ValuesHaveTheTypesTheirColumnsWereDeclaredWith) {
         {u"text", u"''", VT_BSTR, u"", 203},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(Utf8(Text(c.declared) + u" " + c.literal));
+        SCOPED_TRACE(Narrow(Text(c.declared) + u" " + c.literal));
         Execute((Text(u"create table t(x ") + c.declared + u")").c_str());
         Execute((Text(u"insert into t values(") + c.literal + u")").c_str());
         Execute(u"insert into t values(null)");
@@ -221,7 +221,7 @@ TEST_F(Ado, MovingEndsOneBehindTheRecords) {
     EXPECT_EQ(Call(none.get(), L"EOF").ToBool(), true);
     EXPECT_EQ(Number(none, L"RecordCount"), 0);
     for (const wchar_t* member : {L"MoveFirst", L"MoveLast", L"MoveNext", L"MovePrevious", L"GetRows"}) {
-        EXPECT_EQ(Try(none, member).scode, Raised(3021)) << Utf8(Text(FromWide(member)));
+        EXPECT_EQ(Try(none, member).scode, Raised(3021)) << Narrow(Text(FromWide(member)));
     }
     Execute(u"insert into t values(1), (2), (3), (4), (5)");
     const Object records = Open(u"select i from t order by i");
@@ -329,7 +329,7 @@ TEST_F(Ado, FailuresSayWhy) {
     };
     for (const auto& c : cases) {
         const CallResult call = Try(c.object, c.member, c.arguments);
-        SCOPED_TRACE(Utf8(Text(FromWide(c.member))) + ": " + Utf8(call.description));
+        SCOPED_TRACE(Narrow(Text(FromWide(c.member))) + ": " + Narrow(call.description));
         EXPECT_EQ(call.scode, Raised(c.number));
         EXPECT_NE(call.description.find(c.words), Text::npos);
         EXPECT_EQ(call.source, u"QvxAdo");
@@ -406,7 +406,7 @@ TEST_F(Ado, ScriptsUseThemAsTheyUseTheSystems) {
     reference.vt = VT_BYREF | VT_VARIANT;
     reference.pvarVal = answer.ptr();
     EXPECT_TRUE(engine.Call(u"Play", {settings.ptr(), &reference}));
-    for (const auto& error : errors) ADD_FAILURE() << error.line << ": " << Utf8(error.message);
+    for (const auto& error : errors) ADD_FAILURE() << error.line << ": " << Narrow(error.message);
     EXPECT_EQ(answer.ToText(), u"2:name price 1pen3 2ink8.5 0 [SQLite]no such table: u (1)");
 }
 

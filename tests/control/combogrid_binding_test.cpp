@@ -8,6 +8,7 @@
 #include "com/safearray.h"
 #include "tests/control/combogrid_form.h"
 #include "tests/support/message_box.h"
+#include "tests/support/narrow.h"
 
 namespace qvx::test {
 namespace {
@@ -120,7 +121,7 @@ Variant Null() {
 std::string Row(const F& form, int row, int cols = 5) {
     std::string texts;
     for (int col = 0; col < cols; ++col) {
-        for (const char16_t c : form.Cell(row, col)) texts += static_cast<char>(c);
+        texts += Narrow(form.Cell(row, col));
         texts += col + 1 < cols ? "," : "";
     }
     return texts;

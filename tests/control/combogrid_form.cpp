@@ -8,6 +8,7 @@
 #include "Qvx.h"
 #include "com/text.h"
 #include "tests/support/input.h"
+#include "tests/support/narrow.h"
 
 namespace qvx::test {
 namespace {
@@ -17,12 +18,6 @@ Container::Options OptionsFor(bool userMode) {
     options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(userMode));
     options.bounds = {0, 0, 480, 300};
     return options;
-}
-
-std::string Narrow(TextView text) {
-    std::string out;
-    for (char16_t c : text) out.push_back(c < 0x80 ? static_cast<char>(c) : '?');
-    return out;
 }
 
 // Events that the inner grid's are passed on as; they would drown the others.

@@ -3,6 +3,7 @@
 
 #include "tests/control/combogrid_form.h"
 #include "tests/support/message_box.h"
+#include "tests/support/narrow.h"
 
 namespace qvx::test {
 namespace {
@@ -13,7 +14,7 @@ using F = ComboGridForm;
 std::string Column(const F& form, int col) {
     std::string texts;
     for (int row = 0; row < form.Number(L"Rows"); ++row) {
-        for (const char16_t c : form.Cell(row, col)) texts += static_cast<char>(c);
+        texts += Narrow(form.Cell(row, col));
         texts += ';';
     }
     return texts;

@@ -5,6 +5,7 @@
 #include "com/text.h"
 #include "tests/control/combogrid_form.h"
 #include "tests/control/golden.h"
+#include "tests/support/narrow.h"
 
 namespace qvx::test {
 namespace {
@@ -12,8 +13,6 @@ namespace {
 using F = ComboGridForm;
 
 ComPtr<IUnknown> New() { return ServerUnderTest::Get().Create(CLSID_ComboGrid); }
-
-std::string Utf8(const Text& text) { return {text.begin(), text.end()}; }
 
 ComPtr<IDispatch> Loaded(const std::vector<std::pair<std::wstring, Variant>>& values) {
     const auto bag = MakeObject<MemoryBag>();
@@ -85,10 +84,10 @@ TEST(ComboGridSaving, KeysAndTheirOrderAreFixed) {
     Put(grid.get(), L"TextMatrix", {Call(grid.get(), L"Row"), Call(grid.get(), L"Col"), Variant(u"current")});
     const auto bag = SaveToBag(control.get());
     EXPECT_EQ(47u, bag->entries.size());
-    ExpectGolden("combogrid_bag.txt", Utf8(bag->Print()));
+    ExpectGolden("combogrid_bag.txt", Narrow(bag->Print()));
     const auto again = New();
     ASSERT_EQ(S_OK, LoadFromBag(again.get(), bag.get()));
-    EXPECT_EQ(Utf8(bag->Print()), Utf8(SaveToBag(again.get())->Print()));
+    EXPECT_EQ(Narrow(bag->Print()), Narrow(SaveToBag(again.get())->Print()));
 }
 
 TEST(ComboGridSaving, OnlyIndexZeroOfIndexedMembersIsKept) {
@@ -248,7 +247,7 @@ TEST(ComboGridMembers, RowsAreAddedAndRemovedWithTheirNumbers) {
     Call(form.grid.get(), L"AddItem", {Variant(u"y\tfirst"), Variant(1)});
     EXPECT_EQ(u"first", form.Cell(1, F::name));
     Call(form.grid.get(), L"RemoveItem", {Variant(2)});
-    for (int row = 1; row < form.Number(L"Rows"); ++row) EXPECT_EQ(std::to_string(row), Utf8(form.Cell(row, F::no)));
+    for (int row = 1; row < form.Number(L"Rows"); ++row) EXPECT_EQ(std::to_string(row), Narrow(form.Cell(row, F::no)));
     EXPECT_EQ(u"third", form.Cell(3, F::name));
     EXPECT_TRUE(
         FAILED(Invoke(form.grid.get(), L"AddItem", DISPATCH_METHOD, {Variant(u"z").get(), Variant(-1).get()}).result));

@@ -7,6 +7,7 @@
 #include "tests/control/combogrid_form.h"
 #include "tests/support/late_bound_object.h"
 #include "tests/support/message_box.h"
+#include "tests/support/narrow.h"
 
 namespace qvx::test {
 namespace {
@@ -33,7 +34,7 @@ void Fill(F& form, const std::vector<std::vector<const char16_t*>>& rows) {
 std::string Column(const F& form, int col) {
     std::string cells;
     for (long row = 1; row < form.Number(L"Rows"); ++row) {
-        for (const char16_t c : form.Cell(static_cast<int>(row), col)) cells += static_cast<char>(c);
+        cells += Narrow(form.Cell(static_cast<int>(row), col));
         cells += '/';
     }
     return cells;
@@ -131,8 +132,7 @@ TEST(ComboGridRecords, RowsAreCleared) {
         arguments.insert(arguments.end(), lists.begin(), lists.end());
         Call(form.grid.get(), L"ClearRow", arguments);
         std::string row;
-        for (const int col : {F::no, F::name, F::qty, F::rate})
-            for (const char16_t c : form.Cell(1, col) + u"|") row += static_cast<char>(c);
+        for (const int col : {F::no, F::name, F::qty, F::rate}) row += Narrow(form.Cell(1, col)) + "|";
         return row;
     };
     EXPECT_EQ("1||||", clear({}));

@@ -2,13 +2,12 @@
 #include <gtest/gtest.h>
 
 #include "tests/control/combogrid_form.h"
+#include "tests/support/narrow.h"
 
 namespace qvx::test {
 namespace {
 
 using F = ComboGridForm;
-
-std::string Narrow(const Text& text) { return {text.begin(), text.end()}; }
 
 TEST(ComboGridTyping, EntriesAreCleanedByTheirColumn) {
     struct Case {

@@ -460,20 +460,9 @@ TEST_F(ButtonEvents, TheHandlerMayReleaseTheControl) {
 }
 
 TEST_F(ButtonEvents, AFailingHandlerDoesNotHurt) {
-    class Refusing final : public ComObject<IDispatch> {
-      public:
-        STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_FAIL; }
-        STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_FAIL; }
-        STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_FAIL; }
-        STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO* exception, UINT*) override {
-            exception->bstrDescription = SysAllocString(L"refused");
-            return DISP_E_EXCEPTION;
-        }
-
-      private:
-        ~Refusing() override = default;
-    };
-    auto refusing = MakeObject<Refusing>();
+    auto refusing = MakeObject<LateBoundObject>();
+    refusing->failure.emplace();
+    refusing->failure->bstrDescription = SysAllocString(L"refused");
     const IID events = EventsOf(container_.Control());
     const Connection bad(container_.Control(), events, refusing.get());
     const Connection good(container_.Control(), events, recorder_.get());

@@ -38,7 +38,7 @@ TEST_F(HostClosingTest, ClosingAgainWhileItClosesChangesNothing) {
     Close();
     EXPECT_EQ(form_->Handle(), nullptr);
     EXPECT_EQ(Said(), u"asked ");
-    const std::string bytes = Bytes(std::string(options_.save.begin(), options_.save.end()));
+    const std::string bytes = Bytes(options_.save);
     EXPECT_NE(bytes.find("Text = \"a\""), std::string::npos) << bytes;
 }
 
@@ -109,12 +109,12 @@ TEST_F(HostClosingTest, AFailedSaveLeavesTheFormAsItWas) {
     constexpr WPARAM menuSave = 40000;
     SendMessageW(form_->Handle(), WM_COMMAND, menuSave, 0);
     EXPECT_EQ(reporter_.Errors(), 1);
-    EXPECT_EQ(Bytes(std::string(options_.save.begin(), options_.save.end())), controlAndText);
+    EXPECT_EQ(Bytes(options_.save), controlAndText);
     SetWindowTextW(text, L"a");
     control_->saves = [] { return S_OK; };
     SendMessageW(form_->Handle(), WM_COMMAND, menuSave, 0);
     EXPECT_EQ(reporter_.Errors(), 1);
-    EXPECT_EQ(Bytes(std::string(options_.save.begin(), options_.save.end())), controlAndText);
+    EXPECT_EQ(Bytes(options_.save), controlAndText);
 }
 
 // A control that never could save itself can be shown and used all the same.

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -11,14 +12,23 @@
 #include "com/object.h"
 #include "host/form_window.h"
 #include "tests/support/inert_object.h"
+#include "tests/support/narrow.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::host {
 
-inline std::string Bytes(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file) << path;
+inline std::string Bytes(const Text& path) {
+    std::ifstream file(Wide(path), std::ios::binary);
+    EXPECT_TRUE(file) << test::Narrow(path);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A file of the sources, by the path that Windows programs know it by.
+inline Text SourceFile(TextView path) {
+    const std::string_view folder = QVX_SOURCE_DIR;
+    Text file = u"Z:" + Text(folder.begin(), folder.end()) + Text(path);
+    std::replace(file.begin(), file.end(), u'/', u'\\');
+    return file;
 }
 
 // A component that has no window, loads and saves as it is told, and keeps count of what its form does to it.
@@ -101,7 +111,7 @@ class HostFormTest : public ::testing::Test {
     std::string SavedBytes() {
         const Text path = SavedPath();
         form_->Save(path);
-        return Bytes(std::string(path.begin(), path.end()));
+        return Bytes(path);
     }
 
     Options options_;

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "tests/control/host_form.h"
+#include "tests/support/narrow.h"
 
 namespace qvx::host {
 namespace {
@@ -176,13 +177,10 @@ TEST_F(HostFormTest, WhatACollectionLacksIsNamedToTheScript) {
 }
 
 TEST_F(HostFormTest, AnImageListHoldsPicturesByNumberAndKey) {
-    const std::string toolbox = QVX_SOURCE_DIR "/host/qvxhost.ico";
-    std::string windows = "Z:" + toolbox;
-    std::replace(windows.begin(), windows.end(), '/', '\\');
     const std::string text =
         "Begin Form f\n  Begin ImageList iml\n    BeginProperty Images\n"
         "      BeginProperty ListImage1\n        Key = \"one\"\n        Picture = \"" +
-        windows +
+        test::Narrow(SourceFile(u"/host/qvxhost.ico")) +
         "\"\n"
         "        Tag = \"t\"\n      EndProperty\n"
         "      BeginProperty ListImage2\n      EndProperty\n    EndProperty\n  End\nEnd\n";
@@ -199,6 +197,28 @@ TEST_F(HostFormTest, AnImageListHoldsPicturesByNumberAndKey) {
     EXPECT_EQ(Said(), u"1two 2onet 3 2one3 457");
     EXPECT_EQ(SavedBytes(),
               text.substr(0, 13) + "  Tag             =   \"1two 2onet 3 2one3 457\"\n" + text.substr(13));
+}
+
+// Longer than the 260 characters that paths had once.
+TEST_F(HostFormTest, AFormsFolderMayHaveALongPath) {
+    std::vector<Text> folders;
+    for (int depth = 0; depth < 6; ++depth) {
+        folder_ += (depth ? u"\\" : u"") + Text(60, u'd');
+        folders.push_back(folder_);
+        CreateDirectoryW(Wide(u"\\\\?\\" + folder_), nullptr);
+    }
+    ASSERT_TRUE(CopyFileW(Wide(SourceFile(u"/host/qvxhost.ico")), Wide(folder_ + u"\\i.ico"), FALSE));
+    folder_ += u"\\";
+    options_.log = folder_ + u"log.txt";
+    const std::string text =
+        "Begin Form f\n  Begin ImageList iml\n    BeginProperty Images\n"
+        "      BeginProperty ListImage1\n        Picture = \"i.ico\"\n      EndProperty\n    EndProperty\n  End\nEnd\n";
+    Load(text, u"Sub Form_Load()\n  Host.Log iml.ListImages(1).Picture.Type\nEnd Sub\n");
+    EXPECT_EQ(SavedBytes(), text);
+    EXPECT_EQ(Bytes(options_.log), "3\r\n");
+    EXPECT_EQ(reporter_.Errors(), 0);
+    for (const char16_t* file : {u"i.ico", u"log.txt", u"qvx_host_test.frm"}) DeleteFileW(Wide(folder_ + file));
+    for (; !folders.empty(); folders.pop_back()) EXPECT_TRUE(RemoveDirectoryW(Wide(folders.back())));
 }
 
 TEST_F(HostFormTest, AGridsEntriesReachTheScriptAndItsAnswersComeBack) {
@@ -263,11 +283,11 @@ TEST_F(HostFormTest, ObjectsThatOutliveTheFormSayItIsGone) {
 }
 
 TEST_F(HostFormTest, SampleFormsAreSavedAsTheyWere) {
-    for (const char* name : {"first", "invoice"}) {
+    for (const char16_t* name : {u"first", u"invoice"}) {
         for (const bool design : {false, true}) {
-            SCOPED_TRACE(name);
+            SCOPED_TRACE(test::Narrow(name));
             options_.design = design;
-            const std::string bytes = Bytes(std::string(QVX_SOURCE_DIR "/samples/") + name + ".frm");
+            const std::string bytes = Bytes(SourceFile(Text(u"/samples/") + name + u".frm"));
             Load(bytes);
             EXPECT_EQ(SavedBytes(), bytes);
         }
@@ -276,7 +296,7 @@ TEST_F(HostFormTest, SampleFormsAreSavedAsTheyWere) {
 
 TEST_F(HostFormTest, ARewrittenFormIsStable) {
     options_.rewrite = true;
-    Load(Bytes(QVX_SOURCE_DIR "/samples/invoice.frm"));
+    Load(Bytes(SourceFile(u"/samples/invoice.frm")));
     const std::string once = SavedBytes();
     EXPECT_EQ(SavedBytes(), once);
     Load(once);

@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 
 #include "com/font_object.h"
+#include "host/event_sink_object.h"
 #include "host/form_font.h"
 #include "host/named_object.h"
 #include "host/property_bag_object.h"
 #include "host/script_engine_object.h"
+#include "tests/support/late_bound_object.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::host {
@@ -118,6 +120,33 @@ TEST(HostScript, ErrorsNameTheirLineOnce) {
     EXPECT_THROW(Script(u"a.txt", u""), std::exception);
 }
 
+// An exception has one number or the other, and words or none.
+TEST(HostScript, WhatAnObjectSaysOfItsFailureIsReported) {
+    const struct {
+        WORD code;
+        SCODE scode;
+        const wchar_t* words;
+        const char16_t* message;
+    } cases[] = {
+        {1001, 0, L"the drive is full", u"the drive is full"},
+        {0, static_cast<SCODE>(0x800A003D), L"the drive is full", u"the drive is full"},
+        {1001, 0, nullptr, u"error 1001"},
+    };
+    for (const auto& c : cases) {
+        const auto object = MakeObject<test::LateBoundObject>();
+        object->members[L"Save"];
+        object->failure.emplace();
+        object->failure->wCode = c.code;
+        object->failure->scode = c.scode;
+        object->failure->bstrDescription = SysAllocString(c.words);
+        Script script(u"a.vbs", u"Sub A(Device)\n Device.Save\nEnd Sub\n");
+        Variant device(static_cast<IDispatch*>(object.get()));
+        EXPECT_FALSE(script->Call(u"A", {device.ptr()}));
+        ASSERT_EQ(script.errors.size(), 1u);
+        EXPECT_EQ(script.errors[0].message, c.message);
+    }
+}
+
 class Counter final : public NamedObject {
   public:
     Counter() {
@@ -156,6 +185,64 @@ TEST(NamedObject, AnswersLateBoundCalls) {
     DISPID id = 0;
     EXPECT_EQ(counter->GetIDsOfNames(IID_NULL, &name, 1, 0, &id), DISP_E_UNKNOWNNAME);
     EXPECT_EQ(id, DISPID_UNKNOWN);
+}
+
+// A control that describes its events by `info` and has a place to connect to for any.
+class Source final : public ComObject<IProvideClassInfo, IConnectionPointContainer, IConnectionPoint> {
+  public:
+    explicit Source(ITypeInfo* info) : info_(info) {}
+    STDMETHODIMP GetClassInfo(ITypeInfo** info) override { return *info = info_.copy(), S_OK; }
+    STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints**) override { return E_NOTIMPL; }
+    STDMETHODIMP FindConnectionPoint(REFIID, IConnectionPoint** point) override {
+        return *point = this, AddRef(), S_OK;
+    }
+    STDMETHODIMP GetConnectionInterface(IID*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetConnectionPointContainer(IConnectionPointContainer**) override { return E_NOTIMPL; }
+    STDMETHODIMP Advise(IUnknown*, DWORD* cookie) override { return *cookie = 1, S_OK; }
+    STDMETHODIMP Unadvise(DWORD) override { return S_OK; }
+    STDMETHODIMP EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
+
+  private:
+    ~Source() override = default;
+    ComPtr<ITypeInfo> info_;
+};
+
+// Only what comes through IDispatch can be told to a script; anything else would be called by its place in a table.
+TEST(EventSinks, ConnectToPlainDispatchInterfacesOnly) {
+    constexpr INT wanted = IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE;
+    const struct {
+        TYPEKIND kind;
+        UINT flags;
+        INT role;
+        bool connects;
+    } cases[] = {
+        {TKIND_DISPATCH, 0, wanted, true},
+        {TKIND_DISPATCH, TYPEFLAG_FDUAL, wanted, false},
+        {TKIND_INTERFACE, 0, wanted, false},
+        {TKIND_DISPATCH, 0, IMPLTYPEFLAG_FDEFAULT, false},
+        {TKIND_DISPATCH, 0, IMPLTYPEFLAG_FSOURCE, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.kind);
+        SCOPED_TRACE(c.flags);
+        ComPtr<ICreateTypeLib2> library;
+        ComPtr<ICreateTypeInfo> events;
+        ComPtr<ICreateTypeInfo> component;
+        ASSERT_EQ(CreateTypeLib2(sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32, L"unsaved.tlb", library.put()), S_OK);
+        wchar_t eventsName[] = L"Events";
+        wchar_t componentName[] = L"Thing";
+        ASSERT_EQ(library->CreateTypeInfo(eventsName, c.kind, events.put()), S_OK);
+        ASSERT_EQ(events->SetTypeFlags(c.flags), S_OK);
+        ASSERT_EQ(library->CreateTypeInfo(componentName, TKIND_COCLASS, component.put()), S_OK);
+        HREFTYPE reference = 0;
+        ASSERT_EQ(component->AddRefTypeInfo(events.As<ITypeInfo>().get(), &reference), S_OK);
+        ASSERT_EQ(component->AddImplType(0, reference), S_OK);
+        ASSERT_EQ(component->SetImplTypeFlags(0, c.role), S_OK);
+        const auto source = MakeObject<Source>(component.As<ITypeInfo>().get());
+        const auto sink = MakeObject<EventSink>([](const Text&, const std::vector<VARIANT*>&) {});
+        EXPECT_EQ(sink->Connect(static_cast<IProvideClassInfo*>(source.get())), c.connects);
+        sink->Disconnect();
+    }
 }
 
 TEST(PropertyBags, ReadingConvertsToTheTypeHintedAt) {

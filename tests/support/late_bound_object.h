@@ -7,6 +7,7 @@
 
 #include <iterator>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "com/object.h"
@@ -17,6 +18,8 @@ namespace qvx::test {
 class LateBoundObject final : public ComObject<IDispatch> {
   public:
     std::map<std::wstring, Variant> members;
+    // What a call says in place of an answer, when set; its texts become the caller's.
+    std::optional<EXCEPINFO> failure;
 
     STDMETHODIMP GetTypeInfoCount(UINT* count) override {
         *count = 0;
@@ -29,8 +32,12 @@ class LateBoundObject final : public ComObject<IDispatch> {
         *ids = static_cast<DISPID>(std::distance(members.begin(), found)) + 1;
         return S_OK;
     }
-    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result, EXCEPINFO*,
-                        UINT*) override {
+    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
+                        EXCEPINFO* exception, UINT*) override {
+        if (failure) {
+            *exception = *failure;
+            return DISP_E_EXCEPTION;
+        }
         Variant& value = std::next(members.begin(), member - 1)->second;
         if (flags & DISPATCH_PROPERTYPUT) {
             value = Variant(arguments->rgvarg[0]);

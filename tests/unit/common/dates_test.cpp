@@ -1,4 +1,5 @@
 #include "common/dates.h"
+#include "tests/support/narrow.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +21,7 @@ constexpr auto ymd = ShortDateOrder::yearMonthDay;
 
 DateSettings Settings(ShortDateOrder order) { return {order, 2023, u"/"}; }
 
-std::string Ascii(TextView text) { return std::string(text.begin(), text.end()); }
+using test::Narrow;
 
 constexpr int At(int hour, int minute, int second = 0) { return (hour * 60 + minute) * 60 + second; }
 
@@ -98,8 +99,8 @@ TEST(ParseDate, ReadsWhatPeopleType) {
     };
     for (const auto& c : cases) {
         const auto date = ParseDate(c.text, Settings(c.order));
-        ASSERT_TRUE(date) << Ascii(c.text);
-        EXPECT_EQ(*date, c.date) << Ascii(c.text);
+        ASSERT_TRUE(date) << Narrow(c.text);
+        EXPECT_EQ(*date, c.date) << Narrow(c.text);
     }
 }
 
@@ -155,7 +156,7 @@ TEST(ParseDate, RefusesTheRest) {
         u"5 6 Mar",
     };
     for (const TextView text : texts)
-        for (const auto order : {dmy, mdy, ymd}) EXPECT_FALSE(IsDate(text, Settings(order))) << Ascii(text);
+        for (const auto order : {dmy, mdy, ymd}) EXPECT_FALSE(IsDate(text, Settings(order))) << Narrow(text);
 }
 
 TEST(ParseDate, TakesTheSystemsOwnSeparator) {
@@ -194,7 +195,7 @@ TEST(FormatDate, WritesPatterns) {
         {u"", u""},
         {u"kg \u20AC", u"kg \u20AC"},
     };
-    for (const auto& c : cases) EXPECT_EQ(FormatDate(date, c.pattern), c.text) << Ascii(c.pattern);
+    for (const auto& c : cases) EXPECT_EQ(FormatDate(date, c.pattern), c.text) << Narrow(c.pattern);
     EXPECT_EQ(FormatDate({2024, 3, 5}, u"h AM/PM"), u"12 AM");
     EXPECT_EQ(FormatDate({2024, 3, 5, At(12, 0)}, u"h AM/PM"), u"12 PM");
     EXPECT_EQ(FormatDate({100, 1, 1}, u"d/m/yyyy yy"), u"1/1/0100 00");
@@ -216,7 +217,7 @@ TEST(ShortDateText, ReadsBackThroughTheCalendar) {
             ASSERT_TRUE(date);
             const Text text = ShortDateText(*date, Settings(order));
             const auto read = ParseDate(text, Settings(order));
-            ASSERT_TRUE(read) << Ascii(text);
+            ASSERT_TRUE(read) << Narrow(text);
             ASSERT_EQ(*read, *date);
             ASSERT_EQ(ToAutomationDate(*date), day);
         }

@@ -5,6 +5,7 @@
 
 #include "elements/flexgrid/accessible_events.h"
 #include "elements/flexgrid/accessible_view.h"
+#include "tests/support/narrow.h"
 
 namespace qvx::flexgrid {
 namespace {
@@ -12,13 +13,7 @@ namespace {
 namespace role = accessible_role;
 namespace state = accessible_state;
 
-std::string Narrow(TextView text) {
-    std::string out;
-    for (const char16_t c : text) {
-        out.push_back(c < 0x80 ? static_cast<char>(c) : '?');
-    }
-    return out;
-}
+using test::Narrow;
 
 std::string Print(const Rect& r) {
     std::ostringstream out;

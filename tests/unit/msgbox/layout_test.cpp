@@ -8,11 +8,12 @@
 #include "common/keys.h"
 #include "common/run_time_error.h"
 #include "elements/surface/recording_surface.h"
+#include "tests/support/narrow.h"
 
 namespace qvx::msgbox {
 namespace {
 
-std::string Narrow(TextView text) { return {text.begin(), text.end()}; }
+using test::Narrow;
 
 // "left,top caption tab" of a visible button, "-" of a hidden one.
 std::string Show(const ButtonPlace& button) {
