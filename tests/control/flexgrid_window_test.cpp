@@ -104,7 +104,8 @@ int WrongPixels(HWND window) {
 // 30 rows of 16 pixels and 8 columns of 64 behind a header each, in a window of 300 x 200 without a border.
 class FlexGridWindowTest : public ::testing::Test {
   protected:
-    FlexGridWindowTest() {
+    FlexGridWindowTest() { MakeGrid(); }
+    void MakeGrid() {
         grid_ = std::make_unique<FlexGridWindow>();
         Grid& model = grid_->Model();
         model.SetRows(30);
@@ -140,6 +141,15 @@ class FlexGridWindowTest : public ::testing::Test {
         MoveMouseTo(at);
         Settle(60);
     }
+    void ClickAt(int x, int y) {
+        MoveTo(x, y);
+        LeftButton(true);
+        LeftButton(false);
+    }
+    // Whether the grid tells of it, sooner or later.
+    bool Heard(const char* word) {
+        return WaitFor([&] { return log_.words.find(word) != std::string::npos; });
+    }
     std::string Place() {
         return std::to_string(Model().Row()) + "," + std::to_string(Model().Col()) + ":" +
                std::to_string(Model().RowSel()) + "," + std::to_string(Model().ColSel());
@@ -153,7 +163,7 @@ class FlexGridWindowTest : public ::testing::Test {
 TEST_F(FlexGridWindowTest, KeysMoveTheCursorAndTellInOrder) {
     Focus();
     TypeKey(VK_DOWN);
-    ASSERT_TRUE(WaitFor([&] { return log_.words.find("KeyUp") != std::string::npos; }));
+    ASSERT_TRUE(Heard("KeyUp"));
     EXPECT_EQ(log_.words, "KeyDown Leave Enter RowCol Sel KeyUp ");
     EXPECT_EQ(Place(), "2,1:2,1");
     TypeKey(VK_RIGHT, {VK_SHIFT});
@@ -176,14 +186,12 @@ TEST_F(FlexGridWindowTest, ListenersPutOtherKeysInTheirPlace) {
     Settle();
     EXPECT_EQ(Place(), "1,2:1,2");
     TypeKey('A');
-    EXPECT_TRUE(WaitFor([&] { return log_.words.find("KeyPress97") != std::string::npos; })) << log_.words;
+    EXPECT_TRUE(Heard("KeyPress97")) << log_.words;
 }
 
 TEST_F(FlexGridWindowTest, AClickTakesTheFocusFirstAndTellsInOrder) {
-    MoveTo(64 + 10, 32 + 8);
-    LeftButton(true);
-    LeftButton(false);
-    ASSERT_TRUE(WaitFor([&] { return log_.words.find(" Click") != std::string::npos; })) << log_.words;
+    ClickAt(64 + 10, 32 + 8);
+    ASSERT_TRUE(Heard(" Click")) << log_.words;
     EXPECT_EQ(log_.words, "GotFocus MouseDown1@1110,600 Leave Enter RowCol Sel MouseUp Click ");
     EXPECT_EQ(Place(), "2,1:2,1");
     EXPECT_EQ(grid_->MouseRow(), 2);
@@ -193,7 +201,7 @@ TEST_F(FlexGridWindowTest, AClickTakesTheFocusFirstAndTellsInOrder) {
     log_.words.clear();
     LeftButton(true);
     LeftButton(false);
-    ASSERT_TRUE(WaitFor([&] { return log_.words.find("MouseUp") != std::string::npos; })) << log_.words;
+    ASSERT_TRUE(Heard("MouseUp")) << log_.words;
     EXPECT_EQ(log_.words, "MouseDown1@1110,600 Leave Enter RowCol Sel DblClick MouseUp ");
     EXPECT_EQ(Place(), "2,1:2,1");
 }
@@ -203,7 +211,7 @@ TEST_F(FlexGridWindowTest, AReleaseOutsideIsNoClick) {
     LeftButton(true);
     MoveTo(10, -20);
     LeftButton(false);
-    ASSERT_TRUE(WaitFor([&] { return log_.words.find("MouseUp") != std::string::npos; })) << log_.words;
+    ASSERT_TRUE(Heard("MouseUp")) << log_.words;
     EXPECT_EQ(log_.words.find("Click"), std::string::npos);
     EXPECT_EQ(GetCapture(), nullptr);
 }
@@ -226,9 +234,7 @@ TEST_F(FlexGridWindowTest, DraggingSelectsAndScrollsBeyondTheEdge) {
 }
 
 TEST_F(FlexGridWindowTest, HeadersSelectLinesAndTheirBordersResize) {
-    MoveTo(64 * 2 + 30, 8);
-    LeftButton(true);
-    LeftButton(false);
+    ClickAt(64 * 2 + 30, 8);
     EXPECT_TRUE(WaitFor([&] { return Place() == "1,2:29,2"; })) << Place();
 
     Model().SetAllowUserResizing(flexgrid::GridResizing::columns);
@@ -237,7 +243,7 @@ TEST_F(FlexGridWindowTest, HeadersSelectLinesAndTheirBordersResize) {
     LeftButton(true);
     MoveTo(64 * 2 + 29, 8);
     LeftButton(false);
-    ASSERT_TRUE(WaitFor([&] { return log_.words.find("Resized") != std::string::npos; })) << log_.words;
+    ASSERT_TRUE(Heard("Resized")) << log_.words;
     EXPECT_EQ(Model().ColWidth(1), (64 + 30) * 15);
     EXPECT_EQ(log_.words.find("Click"), std::string::npos) << "no click";
     EXPECT_EQ(Place(), "1,2:29,2") << "nor another selection";
@@ -420,26 +426,23 @@ TEST_F(FlexGridWindowTest, ATipGoesWithTheWindow) {
 }
 
 TEST_F(FlexGridWindowTest, ListenersMayDestroyTheWindow) {
-    Focus();
-    log_.onKey = [&](short&) {
-        Model().RemoveListener(&log_);
-        grid_.reset();
-    };
-    TypeKey(VK_DOWN);
-    EXPECT_TRUE(WaitFor([&] { return !grid_; }));
-    Settle();
-}
-
-TEST_F(FlexGridWindowTest, AMousePressMayDestroyTheWindow) {
-    log_.onMouseDown = [&] {
-        Model().RemoveListener(&log_);
-        grid_.reset();
-    };
-    MoveTo(80, 40);
-    LeftButton(true);
-    EXPECT_TRUE(WaitFor([&] { return !grid_; }));
-    LeftButton(false);
-    Settle();
+    for (const bool byKey : {true, false}) {
+        if (!grid_) MakeGrid();
+        const auto destroy = [&] {
+            Model().RemoveListener(&log_);
+            grid_.reset();
+        };
+        log_.onKey = [&](short&) { destroy(); };
+        log_.onMouseDown = destroy;
+        if (byKey) {
+            Focus();
+            TypeKey(VK_DOWN);
+        } else {
+            ClickAt(80, 40);
+        }
+        EXPECT_TRUE(WaitFor([&] { return !grid_; })) << byKey;
+        Settle();
+    }
 }
 
 TEST_F(FlexGridWindowTest, TwiceTheResolutionIsTwiceThePixels) {

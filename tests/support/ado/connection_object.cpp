@@ -12,29 +12,21 @@ namespace {
 // Asks an object whether it is one of ours; the answer is the object itself.
 constexpr IID ownConnectionId = {0x9d3b1f52, 0x6a0e, 0x4c7d, {0x8e, 0x55, 0x2b, 0x71, 0xd0, 0x93, 0x4a, 0x16}};
 
+}  // namespace
+
 long CheckedLocation(long location) {
     if (location != serverCursor && location != clientCursor) ThrowWrongArguments();
     return location;
 }
 
-}  // namespace
-
 ConnectionObject::ConnectionObject() {
-    AddProperty(u"ConnectionString", [this](const host::Call& call) {
-        if (call.put) {
-            if (database_) ThrowObjectOpen();
-            connectionString_ = call.StringValue();
-        }
-        return Variant(connectionString_);
-    });
-    SetDefaultMember(u"ConnectionString");
     AddProperty(u"CursorLocation", [this](const host::Call& call) {
         if (call.put) cursorLocation_ = CheckedLocation(call.LongValue());
         return Variant(cursorLocation_);
     });
     AddReadOnly(u"State", [this](const host::Call&) { return Variant(database_ ? 1 : 0); });
     AddMethod(u"Open", [this](const host::Call& call) {
-        Open(call.Has(0) ? call.String(0) : connectionString_);
+        Open(call.String(0));
         return Variant();
     });
     AddMethod(u"Close", [this](const host::Call&) {
@@ -74,7 +66,6 @@ ComPtr<ConnectionObject> ConnectionObject::From(IDispatch* object) {
 void ConnectionObject::Open(const Text& connectionString) {
     if (database_) ThrowObjectOpen();
     database_ = std::make_unique<Database>(connectionString);
-    connectionString_ = connectionString;
 }
 
 Database& ConnectionObject::OpenDatabase() const {

@@ -12,6 +12,8 @@ namespace qvx::ado {
 
 // Where records are kept; the client counts them and goes both ways.
 enum CursorLocation { serverCursor = 2, clientCursor = 3 };
+// Error 3001 for any other.
+long CheckedLocation(long location);
 
 class ConnectionObject final : public host::NamedObject {
   public:
@@ -36,7 +38,6 @@ class ConnectionObject final : public host::NamedObject {
     Variant Execute(const host::Call& call);
 
     std::unique_ptr<Database> database_;
-    Text connectionString_;
     long cursorLocation_ = serverCursor;
     std::vector<std::weak_ptr<Records>> opened_;
 };

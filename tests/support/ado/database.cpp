@@ -82,7 +82,7 @@ std::vector<Column> DescribeColumns(const Statement& statement) {
                                        &type, &size, &digits, &nullable));
         statement.Check(SQLColAttribute(statement.get(), i, SQL_DESC_TYPE_NAME, declared.data(),
                                         static_cast<SQLSMALLINT>(declared.size()), &length, &unused));
-        columns.push_back({Decode(name.c_str()), KindOf(type, Decode(declared.c_str())), static_cast<long>(size)});
+        columns.push_back({Decode(name.c_str()), KindOf(type, Decode(declared.c_str()))});
     }
     return columns;
 }

@@ -14,7 +14,6 @@ namespace qvx::ado {
 struct Column {
     Text name;
     Kind kind = Kind::text;
-    long definedSize = 0;
 };
 
 // A result, whole and in memory, row after row.

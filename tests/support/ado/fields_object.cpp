@@ -5,38 +5,12 @@
 
 namespace qvx::ado {
 
-namespace {
-
-// In bytes, as the value lies in memory; -1 for Null, which is what the data objects answer there.
-long SizeOf(const VARIANT& value) {
-    switch (value.vt) {
-        case VT_NULL:
-            return -1;
-        case VT_BSTR:
-            return static_cast<long>(SysStringByteLen(value.bstrVal));
-        case VT_ARRAY | VT_UI1:
-            return static_cast<long>(value.parray->rgsabound[0].cElements);
-        case VT_BOOL:
-            return 2;
-        case VT_I4:
-            return 4;
-        case VT_DECIMAL:
-            return 16;
-        default:
-            return 8;
-    }
-}
-
-}  // namespace
-
 FieldObject::FieldObject(std::shared_ptr<Records> records, std::size_t column)
     : records_(std::move(records)), column_(column) {
     AddReadOnly(u"Value", [this](const host::Call&) { return records_->Value(column_); });
     SetDefaultMember(u"Value");
     AddReadOnly(u"Name", [this](const host::Call&) { return Variant(Described().name); });
     AddReadOnly(u"Type", [this](const host::Call&) { return Variant(TypeNumber(Described().kind)); });
-    AddReadOnly(u"DefinedSize", [this](const host::Call&) { return Variant(Described().definedSize); });
-    AddReadOnly(u"ActualSize", [this](const host::Call&) { return Variant(SizeOf(records_->Value(column_).get())); });
 }
 
 const Column& FieldObject::Described() const {

@@ -57,14 +57,6 @@ long Records::Position() const {
     return row_ == Rows() ? -3 : row_ + 1;
 }
 
-void Records::SetPosition(long position) {
-    CheckOpen();
-    CheckBothWays();
-    if (position < 1 || position > Rows()) ThrowWrongArguments();
-    beforeFirst_ = false;
-    row_ = position - 1;
-}
-
 void Records::MoveFirst() {
     CheckOpen();
     if (Rows() == 0) ThrowNoCurrentRecord();
@@ -83,12 +75,10 @@ void Records::MoveLast() {
 void Records::Move(long by) {
     CheckOpen();
     if (by < 0) CheckBothWays();
-    if (by == 0) return;
     if ((by > 0 && Eof()) || (by < 0 && Bof())) ThrowNoCurrentRecord();
-    const long long from = beforeFirst_ ? -1 : row_;
-    const long long to = std::clamp<long long>(from + by, -1, Rows());
+    const long to = (beforeFirst_ ? -1 : row_) + by;
     beforeFirst_ = to < 0;
-    row_ = static_cast<long>(std::max<long long>(to, 0));
+    row_ = std::max(to, 0L);
 }
 
 const Variant& Records::Value(std::size_t column) const {
@@ -97,13 +87,13 @@ const Variant& Records::Value(std::size_t column) const {
     return table_.cells[static_cast<std::size_t>(row_) * table_.columns.size() + column];
 }
 
-Variant Records::Take(long count, const std::vector<std::size_t>& fields) {
+Variant Records::Take(long count) {
     CheckOpen();
     if (Eof() || Bof()) ThrowNoCurrentRecord();
     if (count < -1) ThrowWrongArguments();
     const long left = Rows() - row_;
     const long taken = count < 0 ? left : std::min(count, left);
-    SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(fields.size()), 0}, {static_cast<ULONG>(taken), 0}};
+    SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(table_.columns.size()), 0}, {static_cast<ULONG>(taken), 0}};
     SAFEARRAY* array = SafeArrayCreate(VT_VARIANT, 2, bounds);
     if (!array) throw std::bad_alloc();
     Variant result;
@@ -113,7 +103,7 @@ Variant Records::Take(long count, const std::vector<std::size_t>& fields) {
     if (FAILED(SafeArrayAccessData(array, reinterpret_cast<void**>(&element)))) throw std::bad_alloc();
     // The first index runs fastest in memory: record after record.
     for (long i = 0; i < taken; ++i, ++row_) {
-        for (const std::size_t field : fields) *element++ = Variant(Value(field)).detach();
+        for (std::size_t field = 0; field < table_.columns.size(); ++field) *element++ = Variant(Value(field)).detach();
     }
     SafeArrayUnaccessData(array);
     return result;

@@ -22,10 +22,9 @@ class Records {
     bool Eof() const;
     // From 1; -1 when it is not known, -2 before the first record, -3 behind the last.
     long Position() const;
-    void SetPosition(long position);
     void MoveFirst();
     void MoveLast();
-    // To the one before the first or behind the last at most; error 3021 beyond that.
+    // One on (1) or back (-1), to the one before the first or behind the last; error 3021 beyond that.
     void Move(long by);
 
     // Of the current record; error 3021 without one.
@@ -33,7 +32,7 @@ class Records {
 
     // Up to `count` records (all for -1) from the current one on, and moves behind them: a two-dimensional array of
     // variants, its first index the field, its second the record.
-    Variant Take(long count, const std::vector<std::size_t>& fields);
+    Variant Take(long count);
 
   private:
     void CheckOpen() const;

@@ -25,19 +25,13 @@ class RecordsetObject final : public host::NamedObject {
     void AddOpening();
     void AddMoving();
     void AddReading();
-    // Source, active connection, cursor type, lock type, options; what is left out is taken from the properties.
+    // Statement, connection, cursor type; what else there may be is of no account.
     void OpenBy(const host::Call& call);
     FieldsObject& Fields();
-    Variant GetRows(const host::Call& call);
-    std::vector<std::size_t> ChosenFields(const host::Call& call);
 
     std::shared_ptr<Records> records_ = std::make_shared<Records>();
     ComPtr<FieldsObject> fields_;
-    Text source_;
-    Variant connection_;
-    long cursorType_ = 0;
     long cursorLocation_;
-    long lockType_ = 1;
 };
 
 }  // namespace qvx::ado
