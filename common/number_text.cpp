@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <string>
 
 #include "common/run_time_error.h"
@@ -75,9 +76,9 @@ void RoundHalfAway(Decimal& decimal, int decimals) {
     }
 }
 
-Text NotFiniteText(double value) {
-    if (std::isnan(value)) return u"1.#QNAN";
-    return value < 0 ? u"-1.#INF" : u"1.#INF";
+std::string NotFiniteText(double value) {
+    if (std::isnan(value)) return "1.#QNAN";
+    return value < 0 ? "-1.#INF" : "1.#INF";
 }
 
 // Rounds decimals from `cut` on away, a half up; where those from `begin` on are then to end. nullptr when a further
@@ -93,38 +94,120 @@ char* RoundUp(char* begin, char* cut) {
     return point;
 }
 
+// ---- Doubles without an exponent -----------------------------------------------------------------------------------
+
+// Where the point of a number stands in the buffer: in front of it is room for the digits of any whole number, always
+// written eight at a time.
+constexpr std::size_t pointAt = 24;
+
+constexpr auto digitPairs = [] {
+    std::array<char16_t, 200> pairs{};
+    for (std::size_t i = 0; i < pairs.size(); ++i)
+        pairs[i] = static_cast<char16_t>(u'0' + (i % 2 == 0 ? i / 20 : i / 2 % 10));
+    return pairs;
+}();
+
+void WritePair(std::uint32_t value, char16_t* to) { std::copy_n(digitPairs.data() + 2 * value, 2, to); }
+
+// Eight digits in front of `end`, zeros in front of the number's own. Returns where those begin.
+char16_t* WriteBelow100Million(std::uint32_t value, char16_t* end) {
+    const std::uint32_t high = value / 10'000;
+    const std::uint32_t low = value % 10'000;
+    WritePair(high / 100, end - 8);
+    WritePair(high % 100, end - 6);
+    WritePair(low / 100, end - 4);
+    WritePair(low % 100, end - 2);
+    // Added up, since no processor guesses how long the next number is.
+    const int digits = 1 + (value >= 10) + (value >= 100) + (value >= 1000) + (value >= 10'000) + (value >= 100'000) +
+                       (value >= 1'000'000) + (value >= 10'000'000);
+    return end - digits;
+}
+
+char16_t* WriteWhole(std::uint64_t value, char16_t* end) {
+    constexpr std::uint64_t limit = 100'000'000;
+    for (; value >= limit; value /= limit, end -= 8)
+        WriteBelow100Million(static_cast<std::uint32_t>(value % limit), end);
+    return WriteBelow100Million(static_cast<std::uint32_t>(value), end);
+}
+
+// The decimals behind the point, `count` of them an even number; without zeros at the end, and without the point when
+// nothing else is left. Returns where they end.
+template <int count>
+char16_t* WriteFraction(std::uint32_t value, char16_t* point) {
+    if constexpr (count > 2)
+        if (value % 10'000 == 0) return WriteFraction<count - 4>(value / 10'000, point);
+    *point = u'.';
+    char16_t* end = point + 1 + count;
+    for (char16_t* at = end; at > point + 1; value /= 100) WritePair(value % 100, at -= 2);
+    if constexpr (count <= 2) return point[1] == u'0' && point[count] == u'0' ? point : end - (point[count] == u'0');
+    while (end[-1] == u'0') --end;
+    return end;
+}
+
+// A text in a NumberBuffer; `begin` is null when there is none.
+struct Written {
+    char16_t* begin = nullptr;
+    char16_t* end = nullptr;
+};
+
+// Writes the number when it has so many decimals but for what the last bits of a double cannot hold.
+//
+// The number of that many decimals next to the value is found with certainty where it has at most 15 digits. It is the
+// 15-digit form when no other number of 15 digits lies nearer, so when it is no farther from the value than half of
+// their distance, which is at least 5e-16 of the value. Scaling takes the value 2^-53 of it, 1.1e-16, away at most.
+template <int decimals>
+Written WriteDecimal(double value, NumberBuffer& buffer) {
+    constexpr std::int64_t scale = decimals == 6 ? 1'000'000 : decimals == 2 ? 100 : 1;
+    constexpr double closeness = 3.5e-16;
+    const double scaled = std::fabs(value) * static_cast<double>(scale);
+    const auto units = static_cast<std::int64_t>(scaled + 0.5);
+    if (!(std::fabs(scaled - static_cast<double>(units)) <= scaled * closeness)) return {};
+    char16_t* const point = buffer.data() + pointAt;
+    char16_t* begin = WriteWhole(static_cast<std::uint64_t>(units / scale), point);
+    if (value < 0) *--begin = u'-';
+    if constexpr (decimals == 0) return {begin, point};
+    return {begin, WriteFraction<decimals>(static_cast<std::uint32_t>(units % scale), point)};
+}
+
+// Nearly all numbers in cells have few decimals. Nothing for one that has more, and for what is large or small.
+Written WriteQuickly(double value, NumberBuffer& buffer) {
+    const double size = std::fabs(value);
+    if (size < 1e9) return size >= 1e-4 || size == 0 ? WriteDecimal<6>(value, buffer) : Written();
+    if (size < 1e13) return WriteDecimal<2>(value, buffer);
+    return size < 1e15 ? WriteDecimal<0>(value, buffer) : Written();
+}
+
 // The shortest text that reads as the same double is quickly found. Where it has no more than 15 digits no other
 // decimal of 15 digits lies nearer. Where it has more it is rounded to 15: it lies on the same side of every half as
 // the double itself, since a half in between would have been the shorter text, or as short and nearer; only when it is
-// a half that does not tell. "" then, and for numbers that are large or small.
-Text ShortText(double value) {
-    if (!(std::fabs(value) < 1e15 && std::fabs(value) >= 1e-4)) return {};
+// a half that does not tell. Returns where the text ends; nullptr then, and for numbers that are large or small.
+char16_t* WriteShortest(double value, char16_t* to) {
+    if (!(std::fabs(value) < 1e15 && std::fabs(value) >= 1e-4)) return nullptr;
     std::array<char, 32> buffer;
     char* const begin = buffer.data();
     const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);
-    if (written.ec != std::errc()) return {};
+    if (written.ec != std::errc()) return nullptr;
     char* end = written.ptr;
     char* const first = std::find_if_not(begin, end, [](char c) { return c == '-' || c == '0' || c == '.'; });
     const bool pointBehind = std::find(first, end, '.') != end;
     const std::ptrdiff_t kept = maxSignificantDigits + (pointBehind ? 1 : 0);
-    if (end - first <= kept) return Text(begin, end);
-    char* const cut = first + kept;  // behind the point: the whole part has no more than 15 digits
-    if (*cut == '5' && cut + 1 == end) return {};
-    end = *cut >= '5' ? RoundUp(begin, cut) : cut;
-    if (!end) return {};
-    const bool fraction = std::find(begin, end, '.') != end;
-    while (fraction && end[-1] == '0') --end;
-    if (end[-1] == '.') --end;
-    return Text(begin, end);
+    if (end - first > kept) {
+        char* const cut = first + kept;  // behind the point: the whole part has no more than 15 digits
+        if (*cut == '5' && cut + 1 == end) return nullptr;
+        end = *cut >= '5' ? RoundUp(begin, cut) : cut;
+        if (!end) return nullptr;
+        const bool fraction = std::find(begin, end, '.') != end;
+        while (fraction && end[-1] == '0') --end;
+        if (end[-1] == '.') --end;
+    }
+    return std::copy(begin, end, to);
 }
 
-}  // namespace
+// ---- All doubles ---------------------------------------------------------------------------------------------------
 
-Text DoubleToText(double value) {
-    if (Text text = ShortText(value); !text.empty()) return text;
-    if (!std::isfinite(value)) return NotFiniteText(value);
+std::string FullText(double value) {
     const Decimal decimal = ToDecimal(value);
-    if (decimal.digits.empty()) return u"0";
+    if (decimal.digits.empty()) return "0";
     std::string text = decimal.negative ? "-" : "";
     const int exponent = decimal.point - 1;
     if (exponent < -4 || exponent >= maxSignificantDigits) {
@@ -137,13 +220,39 @@ Text DoubleToText(double value) {
         text += WholePart(decimal);
         if (!fraction.empty()) text.append(".").append(fraction);
     }
-    return Widen(text);
+    return text;
 }
 
-Text IntegerToText(std::int64_t value) { return Widen(std::to_string(value)); }
+}  // namespace
+
+TextView DoubleToText(double value, NumberBuffer& buffer) {
+    if (const Written text = WriteQuickly(value, buffer); text.begin)
+        return {text.begin, static_cast<std::size_t>(text.end - text.begin)};
+    char16_t* const begin = buffer.data();
+    char16_t* end = WriteShortest(value, begin);
+    if (!end) {
+        const std::string text = std::isfinite(value) ? FullText(value) : NotFiniteText(value);
+        end = std::copy(text.begin(), text.end(), begin);
+    }
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
+
+Text DoubleToText(double value) {
+    NumberBuffer buffer;
+    return Text(DoubleToText(value, buffer));
+}
+
+Text IntegerToText(std::int64_t value) {
+    NumberBuffer buffer;
+    char16_t* const end = buffer.data() + pointAt;
+    const auto bits = static_cast<std::uint64_t>(value);
+    char16_t* begin = WriteWhole(value < 0 ? 0 - bits : bits, end);
+    if (value < 0) *--begin = u'-';
+    return Text(begin, end);
+}
 
 Text FormatFixed(double value, int decimals) {
-    if (!std::isfinite(value)) return NotFiniteText(value);
+    if (!std::isfinite(value)) return Widen(NotFiniteText(value));
     decimals = std::clamp(decimals, 0, 300);
     Decimal decimal = ToDecimal(value);
     RoundHalfAway(decimal, decimals);

@@ -2,6 +2,7 @@
 // front.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "common/text.h"
@@ -12,6 +13,9 @@ namespace qvx {
 // digits (1E+15, 1.5E-05) from 1E+15 up and below 0.0001. Minus zero gives "0"; what is no finite number "1.#INF",
 // "-1.#INF" or "1.#QNAN".
 Text DoubleToText(double value);
+// The same without an allocation, for many numbers one after the other; the text lies in `buffer`, which holds any.
+using NumberBuffer = std::array<char16_t, 32>;
+TextView DoubleToText(double value, NumberBuffer& buffer);
 
 Text IntegerToText(std::int64_t value);
 

@@ -38,12 +38,11 @@ double SumOfProducts(flexgrid::Grid& grid, int col2Set, std::span<const int> col
         return total;
     }
     grid.Cell(grid.FixedRows(), col2Set);
-    Text text;
+    NumberBuffer text;
     grid.SetColumn(col2Set, grid.FixedRows(), grid.Rows() - 1, [&](const flexgrid::RowView& cells) -> TextView {
         const double product = productIn(cells);
         total += product;
-        text = DoubleToText(product);
-        return text;
+        return DoubleToText(product, text);
     });
     return total;
 }

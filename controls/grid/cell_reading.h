@@ -1,6 +1,8 @@
 // What the rules over many cells read out of one, where it lies.
 #pragma once
 
+#include <string_view>
+
 #include "common/numeric_reading.h"
 #include "elements/flexgrid/cell_view.h"
 
@@ -10,11 +12,15 @@ inline double NumberIn(flexgrid::CellView cell) noexcept {
     return cell.IsLatin1() ? NumericValue(cell.Latin1()) : NumericValue(cell.Wide());
 }
 
+inline double NumberIn(std::string_view latin1) noexcept { return NumericValue(latin1); }
+
 // Nothing but blanks, or nothing at all. Tabs and other white space are text.
+template <class Char>
+bool IsBlank(std::basic_string_view<Char> text) noexcept {
+    return text.empty() || (text.front() == Char(' ') && text.find_first_not_of(Char(' ')) == text.npos);
+}
 inline bool IsBlank(flexgrid::CellView cell) noexcept {
-    for (std::size_t i = 0; i < cell.Size(); ++i)
-        if (cell[i] != u' ') return false;
-    return true;
+    return cell.IsLatin1() ? IsBlank(cell.Latin1()) : IsBlank(cell.Wide());
 }
 
 }  // namespace qvx::grid

@@ -1,5 +1,6 @@
 #include "controls/grid/validation.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -59,6 +60,50 @@ TextView Verdict(flexgrid::CellView cell, const Checked& column) {
     return {};
 }
 
+// Whether all cells of a row pass, the columns by what there is to check: nearly all rows do, and then the order of the
+// cells does not matter.
+class RowCheck {
+  public:
+    explicit RowCheck(const std::vector<Checked>& columns) {
+        for (const Checked& column : columns) {
+            if (column.required) required_.push_back(column.col);
+            if (!column.rules.empty()) ruled_.push_back({column.col, KeepingSigns(column.rules)});
+        }
+    }
+
+    bool Passes(const flexgrid::RowView& cells) const {
+        return cells.IsShort() ? PassesAll(flexgrid::ShortRow(cells)) : PassesAll(cells);
+    }
+
+  private:
+    // A bit each for numbers below, equal to and above 0.
+    struct Ruled {
+        int col;
+        unsigned signs;
+    };
+
+    static unsigned SignOf(double number) { return number > 0 ? 4U : number < 0 ? 1U : 2U; }
+    static unsigned KeepingSigns(const std::vector<int>& rules) {
+        unsigned signs = 0;
+        for (const double number : {-1.0, 0.0, 1.0})
+            if (std::all_of(rules.begin(), rules.end(), [&](int rule) { return Keeps(number, rule); }))
+                signs |= SignOf(number);
+        return signs;
+    }
+
+    template <class Row>
+    bool PassesAll(const Row& cells) const {
+        for (const int col : required_)
+            if (IsBlank(cells[col])) return false;
+        for (const Ruled& ruled : ruled_)
+            if ((SignOf(NumberIn(cells[ruled.col])) & ruled.signs) == 0) return false;
+        return true;
+    }
+
+    std::vector<int> required_;
+    std::vector<Ruled> ruled_;
+};
+
 }  // namespace
 
 std::optional<InvalidCell> FindInvalidCell(const flexgrid::Grid& grid, const ControlState& state) {
@@ -66,9 +111,10 @@ std::optional<InvalidCell> FindInvalidCell(const flexgrid::Grid& grid, const Con
     if (grid.Rows() <= firstRow) return std::nullopt;
     const std::vector<Checked> columns = CheckedColumns(grid, state);
     if (columns.empty()) return std::nullopt;
+    const RowCheck check(columns);
     std::optional<InvalidCell> found;
     grid.ForEachRow(firstRow, grid.Rows() - 1, [&](int row, const flexgrid::RowView& cells) {
-        if (found) return;
+        if (found || check.Passes(cells)) return;
         for (const Checked& column : columns) {
             if (const TextView message = Verdict(cells[column.col], column); !message.empty()) {
                 found = InvalidCell{row, column.col, message};

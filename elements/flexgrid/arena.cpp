@@ -75,27 +75,17 @@ Arena::Address Arena::AllocateAlone(std::size_t padded) {
     return static_cast<Address>(block << blockBits);
 }
 
-Arena::Address Arena::Allocate(std::size_t size) {
-    const std::size_t padded = Padded(size);
-    assert(padded > 0);
-    if (padded > blockSize / 4) {
-        return AllocateAlone(padded);
+// In the open block, or in a new one that is the open one then.
+void Arena::MakeRoom(std::size_t padded) {
+    const bool firstHasRoom = openBlock_ == 0 && std::max(open_, wordSize) + padded <= blockSize;
+    if (firstHasRoom) {
+        GrowFirstBlock(std::max(open_, wordSize) + padded);
+        return;
     }
-    if (open_ + padded > openSize_) {
-        const bool firstHasRoom = openBlock_ == 0 && std::max(open_, wordSize) + padded <= blockSize;
-        if (firstHasRoom) {
-            GrowFirstBlock(std::max(open_, wordSize) + padded);
-        } else {
-            AddBlocks(1);
-            openBlock_ = blocks_.size() - 1;
-            open_ = 0;
-            openSize_ = blockSize;
-        }
-    }
-    const auto address = static_cast<Address>(openBlock_ << blockBits | open_ / wordSize);
-    open_ += padded;
-    used_ += padded;
-    return address;
+    AddBlocks(1);
+    openBlock_ = blocks_.size() - 1;
+    open_ = 0;
+    openSize_ = blockSize;
 }
 
 bool Arena::Resize(Address address, std::size_t size, std::size_t newSize) noexcept {

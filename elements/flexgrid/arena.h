@@ -30,7 +30,20 @@ class Arena {
     }
 
     // Room for a record; pointers from At are void afterwards. Throws std::bad_alloc or error 7 beyond 16 GB.
-    Address Allocate(std::size_t size);
+    Address Allocate(std::size_t size) {
+        const std::size_t padded = Padded(size);
+        assert(padded > 0);
+        if (padded > blockSize / 4) {
+            return AllocateAlone(padded);
+        }
+        if (open_ + padded > openSize_) {
+            MakeRoom(padded);
+        }
+        const auto address = static_cast<Address>(openBlock_ << blockBits | open_ / wordSize);
+        open_ += padded;
+        used_ += padded;
+        return address;
+    }
     // A record of `size` bytes becomes one of `newSize` where it lies, when that is possible without moving anything:
     // when it becomes no longer, or is the last one and its block has room. Counts what becomes free as dead.
     bool Resize(Address address, std::size_t size, std::size_t newSize) noexcept;
@@ -57,6 +70,7 @@ class Arena {
 
     static std::size_t Padded(std::size_t size) { return (size + wordSize - 1) & ~(wordSize - 1); }
     Address AllocateAlone(std::size_t padded);
+    void MakeRoom(std::size_t padded);
     void GrowFirstBlock(std::size_t needed);
     void AddBlocks(std::size_t count);
     void Swap(Arena& other) noexcept;

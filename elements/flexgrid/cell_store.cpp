@@ -9,13 +9,6 @@
 
 namespace qvx::flexgrid {
 
-namespace {
-
-// Dead bytes that are never worth copying the living for.
-constexpr std::size_t smallWaste = 65'536;
-
-}  // namespace
-
 // ---- Identities ----------------------------------------------------------------------------------------------------
 
 void CellStore::TakeIds(std::span<RowId> ids) {
@@ -83,9 +76,27 @@ void CellStore::Store(RowId id, std::span<const std::uint8_t> record) {
     Tidy();
 }
 
-void CellStore::Tidy() noexcept {
+void CellStore::StoreCell(RowId id, int col, TextView text) {
+    const RowView row = ViewOf(id);
+    const ShortCellEdit edit(row, col, text);
+    if (inBatch_ || !edit.Possible()) {
+        Store(id, builder_.WithCell(row, col, text));
+        return;
+    }
+    const Arena::Address old = addresses_[id];
+    if (!arena_.Resize(old, edit.OldSize(), edit.NewSize())) {
+        const Arena::Address moved = arena_.Allocate(edit.NewSize());
+        std::memcpy(arena_.At(moved), arena_.At(old), edit.OldSize());
+        addresses_[id] = moved;
+        arena_.Release(edit.OldSize());
+    }
+    edit.Apply(arena_.At(addresses_[id]));
+    Tidy();
+}
+
+void CellStore::CopyLiving() noexcept {
     const std::size_t dead = arena_.Dead();
-    if (inBatch_ || dead <= std::max(smallWaste, tidyAt_) || dead <= arena_.Used() / 2) {
+    if (inBatch_ || dead <= tidyAt_) {
         return;
     }
     try {

@@ -71,18 +71,14 @@ class CellStore {
         Tidy();
     }
 
-    void SetCell(int row, int col, TextView text) {
-        const RowId id = order_.At(row);
-        Store(id, builder_.WithCell(ViewOf(id), col, text));
-    }
+    void SetCell(int row, int col, TextView text) { StoreCell(order_.At(row), col, text); }
     // One cell in each of the rows first to last, both included: it becomes textOf(RowView), a text that need last no
     // longer than until the next call. When that throws or memory runs out, the rows before have theirs.
     template <class TextOf>
     void SetColumn(int col, int first, int last, TextOf&& textOf) {
         order_.ForEachLeaf(first, last, [&](std::span<const RowId> ids) {
             for (const RowId id : ids) {
-                const TextView text = textOf(ViewOf(id));
-                Store(id, builder_.WithCell(ViewOf(id), col, text));
+                StoreCell(id, col, textOf(ViewOf(id)));
             }
         });
     }
@@ -129,12 +125,21 @@ class CellStore {
     void ReturnId(RowId id) noexcept;
     void Discard(RowId id) noexcept;
     void Store(RowId id, std::span<const std::uint8_t> record);
+    void StoreCell(RowId id, int col, TextView text);
     Arena::Address Append(Arena& arena, std::span<const std::uint8_t> record);
     // Inserts rows piece by piece; fill(ids) gives a piece its texts. Takes everything back when something throws.
     template <class Fill>
     void InsertPieces(int at, int count, Fill&& fill);
     // Copies the living records into a new arena when too many are dead. Not having the memory for it is no failure.
-    void Tidy() noexcept;
+    void Tidy() noexcept {
+        if (arena_.Dead() > smallWaste && arena_.Dead() > arena_.Used() / 2) {
+            CopyLiving();
+        }
+    }
+    void CopyLiving() noexcept;
+
+    // Dead bytes that are never worth copying the living for.
+    static constexpr std::size_t smallWaste = 65'536;
 
     Arena arena_;
     // By identity: where the row's record lies, 0 for a row without text. Those of no row form a chain of the free.

@@ -184,48 +184,8 @@ std::span<const std::uint8_t> RecordBuilder::FromItem(TextView item, int cols) {
     return FromCells(cells_);
 }
 
-std::span<const std::uint8_t> RecordBuilder::WithShortCell(const std::uint8_t* old, std::size_t col, TextView text) {
-    if (!old || old[0] != record::widthCode<std::uint8_t>) {
-        return {};
-    }
-    const std::size_t oldCount = old[1];
-    const std::uint8_t* const oldEnds = old + 2;
-    const std::uint8_t* const oldText = oldEnds + oldCount;
-    const std::size_t characters = oldEnds[oldCount - 1];
-    const std::size_t start = col == 0 ? 0 : oldEnds[std::min(col, oldCount) - 1];
-    const std::size_t end = col < oldCount ? oldEnds[col] : characters;
-    const std::size_t count = std::max(oldCount, col + 1);
-    const std::size_t used = characters - (end - start) + text.size();
-    if (used > smallest || count > smallest || (text.empty() && col + 1 == count)) {
-        return {};
-    }
-    std::uint8_t* const bytes = Bytes(buffer_, 2 + count + used);
-    bytes[0] = record::widthCode<std::uint8_t>;
-    bytes[1] = static_cast<std::uint8_t>(count);
-    std::uint8_t* to = std::copy_n(oldEnds, std::min(col, oldCount), bytes + 2);
-    to = std::fill_n(to, col - std::min(col, oldCount), static_cast<std::uint8_t>(characters));
-    *to++ = static_cast<std::uint8_t>(start + text.size());
-    for (std::size_t i = col + 1; i < oldCount; ++i) {
-        *to++ = static_cast<std::uint8_t>(oldEnds[i] + used - characters);
-    }
-    to = std::copy_n(oldText, start, to);
-    unsigned bits = 0;
-    for (const char16_t unit : text) {
-        bits |= unit;
-        *to++ = static_cast<std::uint8_t>(unit);
-    }
-    if (bits > 0xFF) {
-        return {};
-    }
-    std::copy(oldText + end, oldText + characters, to);
-    return {bytes, 2 + count + used};
-}
-
 std::span<const std::uint8_t> RecordBuilder::WithCell(const RowView& row, int col, TextView text) {
     const auto at = static_cast<std::size_t>(col);
-    if (const auto record = WithShortCell(row.Data(), at, text); !record.empty()) {
-        return record;
-    }
     cells_.assign(std::max(static_cast<std::size_t>(row.Count()), at + 1), CellView());
     for (int i = 0; i < row.Count(); ++i) {
         cells_[static_cast<std::size_t>(i)] = row[i];

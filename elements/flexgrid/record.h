@@ -8,11 +8,13 @@
 // "Ann", "", "42" takes 10 bytes: 00 03 03 03 05 'A' 'n' 'n' '4' '2'. A row without any text has no record.
 #pragma once
 
+#include <algorithm>
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "common/text.h"
@@ -90,7 +92,7 @@ class RowView {
             return {};
         }
         const auto at = static_cast<std::size_t>(col);
-        if (bytes_[0] != record::widthCode<std::uint8_t>) {
+        if (!IsShort()) {
             return record::With(bytes_[0], [&](auto layout) { return layout.Cell(bytes_, at); });
         }
         // Nearly all rows: short and of Latin-1.
@@ -121,11 +123,20 @@ class RowView {
         return bytes_ ? static_cast<int>(record::With(bytes_[0], [&](auto layout) { return layout.Count(bytes_); }))
                       : 0;
     }
+    // One of fewer than 256 characters, all of Latin-1, and not empty: see ShortRow.
+    bool IsShort() const { return bytes_ && bytes_[0] == record::widthCode<std::uint8_t>; }
     // The record; nullptr for a row without text.
     const std::uint8_t* Data() const { return bytes_; }
     // Bytes of the record.
     std::size_t Size() const {
-        return bytes_ ? record::With(bytes_[0], [&](auto layout) { return layout.Size(bytes_); }) : 0;
+        if (!bytes_) {
+            return 0;
+        }
+        if (IsShort()) {
+            const std::size_t count = bytes_[1];
+            return 2 + count + bytes_[1 + count];
+        }
+        return record::With(bytes_[0], [&](auto layout) { return layout.Size(bytes_); });
     }
 
   private:
@@ -134,6 +145,28 @@ class RowView {
     }
 
     const std::uint8_t* bytes_;
+};
+
+// The cells of a row that IsShort(), for loops over many cells: nearly all rows are such, and what is asked of each
+// cell is asked once of the row.
+class ShortRow {
+  public:
+    explicit ShortRow(const RowView& row)
+        : count_(row.Data()[1]), ends_(row.Data() + 2), text_(reinterpret_cast<const char*>(ends_) + count_) {}
+    // As RowView's.
+    std::string_view operator[](int col) const {
+        const auto at = static_cast<std::size_t>(col);
+        if (at >= count_) {
+            return {};
+        }
+        const std::size_t start = at == 0 ? 0 : ends_[at - 1];
+        return {text_ + start, ends_[at] - start};
+    }
+
+  private:
+    std::size_t count_;
+    const std::uint8_t* ends_;
+    const char* text_;
 };
 
 // Builds records in a buffer of its own, one at a time.
@@ -150,14 +183,81 @@ class RecordBuilder {
   private:
     // Of fewer than 255 characters; `latin1` tells whether they were all read and the record holds.
     std::span<const std::uint8_t> FromShortItem(TextView item, std::size_t most, bool& latin1);
-    // Empty when the old or the new record is no short one of Latin-1, or its last cell becomes empty.
-    std::span<const std::uint8_t> WithShortCell(const std::uint8_t* old, std::size_t col, TextView text);
     template <class Number>
     std::span<const std::uint8_t> Build(std::span<const CellView> cells, bool wide, std::size_t characters);
 
     std::vector<std::uint32_t> buffer_;  // of words, for alignment
     std::vector<CellView> cells_;
 };
+
+// Another text for one cell of a short row of Latin-1, put into its record where that lies.
+class ShortCellEdit {
+  public:
+    // Not possible when the old or the new record is no such row's, or its last cell becomes empty. The text is copied.
+    ShortCellEdit(const RowView& row, int col, TextView text);
+    bool Possible() const { return possible_; }
+    // Bytes of the record.
+    std::size_t OldSize() const { return 2 + oldCount_ + characters_; }
+    std::size_t NewSize() const { return 2 + count_ + characters_ - (end_ - start_) + size_; }
+    // The record is changed; there must be room for the new one. Only when it is possible.
+    void Apply(std::uint8_t* record) const noexcept;
+
+  private:
+    static constexpr std::size_t longest = 255;
+
+    std::size_t col_;
+    std::size_t size_;  // of the text
+    std::size_t oldCount_ = 0;
+    std::size_t characters_ = 0;  // of the old record
+    std::size_t start_ = 0;       // of the cell's old text
+    std::size_t end_ = 0;
+    std::size_t count_ = 0;
+    bool possible_ = false;
+    std::uint8_t text_[longest];
+};
+
+inline ShortCellEdit::ShortCellEdit(const RowView& row, int col, TextView text)
+    : col_(static_cast<std::size_t>(col)), size_(text.size()) {
+    const std::uint8_t* const old = row.Data();
+    if (!row.IsShort() || size_ > longest) {
+        return;
+    }
+    oldCount_ = old[1];
+    const std::uint8_t* const ends = old + 2;
+    characters_ = ends[oldCount_ - 1];
+    start_ = col_ == 0 ? 0 : ends[std::min(col_, oldCount_) - 1];
+    end_ = col_ < oldCount_ ? ends[col_] : characters_;
+    count_ = std::max(oldCount_, col_ + 1);
+    if (characters_ - (end_ - start_) + size_ > longest || count_ > longest || (size_ == 0 && col_ + 1 == count_)) {
+        return;
+    }
+    unsigned bits = 0;
+    for (std::size_t i = 0; i < size_; ++i) {
+        bits |= text[i];
+        text_[i] = static_cast<std::uint8_t>(text[i]);
+    }
+    possible_ = bits <= 0xFF;
+}
+
+inline void ShortCellEdit::Apply(std::uint8_t* record) const noexcept {
+    std::uint8_t* const ends = record + 2;
+    // The texts behind first, to whichever side they go.
+    std::uint8_t* const text = ends + count_;
+    const std::uint8_t* const oldText = ends + oldCount_;
+    if (end_ != characters_ && (text != oldText || size_ != end_ - start_)) {
+        std::memmove(text + start_ + size_, oldText + end_, characters_ - end_);
+    }
+    if (text != oldText) {
+        std::memmove(text, oldText, start_);
+        std::fill(ends + oldCount_, ends + col_, static_cast<std::uint8_t>(characters_));
+        record[1] = static_cast<std::uint8_t>(count_);
+    }
+    std::copy_n(text_, size_, text + start_);
+    ends[col_] = static_cast<std::uint8_t>(start_ + size_);
+    for (std::size_t i = col_ + 1; i < oldCount_; ++i) {
+        ends[i] = static_cast<std::uint8_t>(ends[i] + size_ - (end_ - start_));
+    }
+}
 
 // Cuts a record down to its first cells, in place. Returns the size of what is left, 0 when no text is.
 std::size_t TruncateRecord(std::uint8_t* bytes, int cols) noexcept;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 #include <random>
 #include <string>
@@ -15,8 +16,24 @@
 namespace qvx {
 namespace {
 
-// Against the C library's 15 digits: products as they come from cells, their neighbours among the doubles, and the ends
-// of the range without an exponent.
+std::string Got(double value) {
+    const Text text = DoubleToText(value);
+    NumberBuffer buffer;
+    EXPECT_EQ(DoubleToText(value, buffer), text);
+    return std::string(text.begin(), text.end());
+}
+
+// The C library's 15 digits.
+std::string FifteenDigits(double value) {
+    char expected[40];
+    std::snprintf(expected, sizeof expected, "%.15g", value);
+    std::string text;
+    for (const char* c = value == 0 ? "0" : expected; *c; ++c) text += *c == 'e' ? 'E' : *c;
+    return text;
+}
+
+// Against the C library's: products as they come from cells, their neighbours among the doubles, and the ends of the
+// range without an exponent.
 TEST(DoubleToText, IsTheFifteenDigitForm) {
     std::mt19937_64 random(15);
     for (int round = 0; round < 20000; ++round) {
@@ -31,12 +48,34 @@ TEST(DoubleToText, IsTheFifteenDigitForm) {
             value = std::stod(half + "5e-" + std::to_string(1 + random() % 20));
         }
         if (round % 3 == 0) value = std::nextafter(value, round % 2 == 0 ? 1e300 : -1e300);
-        char expected[40];
-        std::snprintf(expected, sizeof expected, "%.15g", value);
-        std::string text;
-        for (const char* c = value == 0 ? "0" : expected; *c; ++c) text += *c == 'e' ? 'E' : *c;
-        const Text got = DoubleToText(value);
-        EXPECT_EQ(std::string(got.begin(), got.end()), text);
+        EXPECT_EQ(Got(value), FifteenDigits(value));
+    }
+}
+
+// Numbers of few decimals have a way of their own, which must not be taken a step too far: all sizes, all counts of
+// decimals, and the doubles around each.
+TEST(DoubleToText, NumbersOfFewDecimalsAndTheirNeighbours) {
+    std::mt19937_64 random(6);
+    for (int round = 0; round < 5000; ++round) {
+        const auto digits = static_cast<int>(1 + random() % 16);
+        const auto whole = static_cast<long long>(random() % static_cast<std::uint64_t>(std::pow(10.0, digits)));
+        const double middle =
+            std::stod((round % 2 == 0 ? "-" : "") + std::to_string(whole) + "e-" + std::to_string(random() % 9));
+        double below = middle;
+        double above = middle;
+        for (int step = 0; step < 6; ++step) {
+            EXPECT_EQ(Got(below), FifteenDigits(below));
+            EXPECT_EQ(Got(above), FifteenDigits(above));
+            below = std::nextafter(below, -1e300);
+            above = std::nextafter(above, 1e300);
+        }
+    }
+    for (int round = 0; round < 20000; ++round) {  // any double at all
+        const std::uint64_t bits = random();
+        double value = 0;
+        std::memcpy(&value, &bits, sizeof value);
+        if (!std::isfinite(value)) continue;
+        EXPECT_EQ(Got(value), FifteenDigits(value));
     }
 }
 
@@ -102,6 +141,13 @@ TEST(IntegerToText, CoversTheWholeRange) {
     EXPECT_EQ(IntegerToText(0), u"0");
     EXPECT_EQ(IntegerToText(-32768), u"-32768");
     EXPECT_EQ(IntegerToText(INT64_MIN), u"-9223372036854775808");
+    EXPECT_EQ(IntegerToText(INT64_MAX), u"9223372036854775807");
+    Text digits = u"1";
+    for (std::int64_t power = 1; digits.size() < 19; power *= 10, digits += u'0') {
+        EXPECT_EQ(IntegerToText(power), digits);
+        EXPECT_EQ(IntegerToText(-power), u"-" + digits);
+        EXPECT_EQ(IntegerToText(power * 10 - 1), Text(digits.size(), u'9'));
+    }
 }
 
 TEST(FormatFixed, RoundsHalfAwayFromZero) {

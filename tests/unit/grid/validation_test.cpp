@@ -37,13 +37,18 @@ TEST(Validation, OneCellAgainstTheRulesOfItsColumn) {
         {u"", u";A;", u";A-2;", required},  {u"0", u";A;", u";A-2;", greater},   {u"", u";B;", u";B-2;", passes},
     };
     for (const Case& c : cases) {
-        flexgrid::Grid grid;
-        Fill(grid, {u"No\tA", u"1\t"});
-        grid.SetTextMatrix(1, 1, c.cell);
-        ControlState state;
-        state.requiredFields = c.required;
-        state.checkValueFor = c.rules;
-        EXPECT_EQ(Told(FindInvalidCell(grid, state)), c.verdict) << Narrow(c.cell) << " " << Narrow(c.rules);
+        // However the row is kept: as short as most, with characters outside Latin-1, long.
+        for (const Text& other : {Text(), Text(u"\u20AC"), Text(300, u'x')}) {
+            flexgrid::Grid grid;
+            Fill(grid, {u"No\tA\tZ", u"1\t\t"});
+            grid.SetTextMatrix(1, 1, c.cell);
+            grid.SetTextMatrix(1, 2, other);
+            ControlState state;
+            state.requiredFields = c.required;
+            state.checkValueFor = c.rules;
+            EXPECT_EQ(Told(FindInvalidCell(grid, state)), c.verdict)
+                << Narrow(c.cell) << " " << Narrow(c.rules) << " beside " << other.size();
+        }
     }
 }
 
