@@ -104,4 +104,13 @@ Variant LateMember::Get(IDispatch* object, std::initializer_list<Variant> argume
     throw error;
 }
 
+Variant RepeatedMember::Get(const ComPtr<IDispatch>& object, std::initializer_list<Variant> arguments) {
+    if (!member_ || !(object == object_)) {
+        member_.reset();
+        member_.emplace(object.get(), name_);
+        object_ = object;
+    }
+    return member_->Get(object.get(), arguments);
+}
+
 }  // namespace qvx

@@ -6,6 +6,7 @@
 #include <oaidl.h>
 
 #include <initializer_list>
+#include <optional>
 #include <vector>
 
 #include "com/pointer.h"
@@ -34,6 +35,22 @@ class LateMember {
   private:
     explicit LateMember(DISPID id) : id_(id) {}
     DISPID id_ = DISPID_UNKNOWN;
+};
+
+// The same member of one object after the other: looked up again only when the object is another one, since a member's
+// number is the object's own and stays for its life. Holds the object that was used last.
+class RepeatedMember {
+  public:
+    // The name must live as long.
+    explicit RepeatedMember(const wchar_t* name) : name_(name) {}
+
+    // As LateMember's constructor and Get.
+    Variant Get(const ComPtr<IDispatch>& object, std::initializer_list<Variant> arguments = {});
+
+  private:
+    const wchar_t* name_;
+    ComPtr<IDispatch> object_;
+    std::optional<LateMember> member_;
 };
 
 }  // namespace qvx

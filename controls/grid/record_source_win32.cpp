@@ -2,6 +2,7 @@
 
 #include <oleauto.h>
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -168,7 +169,7 @@ class NamedReader final : public Recordset {
 
     std::int64_t Count() override { return Number(count_.Get(set_.get())); }
     // Only asked where rows are numbered.
-    std::int64_t Position() override { return Number(LateMember(set_.get(), L"AbsolutePosition").Get(set_.get())); }
+    std::int64_t Position() override { return Number(position_.Get(set_)); }
     bool AtEnd() override {
         const auto end = end_.Get(set_.get()).ToBool();
         if (!end) Mismatch();
@@ -177,13 +178,16 @@ class NamedReader final : public Recordset {
     // The collection belongs to the current record as far as anybody knows.
     int FieldCount() override {
         const auto fields = Object(fields_.Get(set_.get()));
-        return static_cast<int>(Number(LateMember(fields.get(), L"Count").Get(fields.get())));
+        const auto count = static_cast<int>(Number(LateMember(fields.get(), L"Count").Get(fields.get())));
+        values_.assign(static_cast<std::size_t>(std::max(count, 0)), RepeatedMember(L"Value"));
+        return count;
     }
+    // Fields may be other objects in every record, and each may number its members in its own way. Even one that stays
+    // the same is asked for again: that may be what brings the record's value into it.
     Variant Value(int field) override {
         if (field == 0) current_ = Object(fields_.Get(set_.get()));
-        const Variant item = LateMember(current_.get(), L"Item").Get(current_.get(), {Variant(field)});
-        const auto object = Object(item);
-        return LateMember(object.get(), L"Value").Get(object.get());
+        const auto object = Object(item_.Get(current_, {Variant(field)}));
+        return values_[static_cast<std::size_t>(field)].Get(object);
     }
     void MoveNext() override { next_.Get(set_.get()); }
     std::optional<Variant> GetRows(int most) override {
@@ -206,7 +210,10 @@ class NamedReader final : public Recordset {
     LateMember fields_;
     LateMember next_;
     std::optional<LateMember> rows_;
+    RepeatedMember position_{L"AbsolutePosition"};
     ComPtr<IDispatch> current_;
+    RepeatedMember item_{L"Item"};
+    std::vector<RepeatedMember> values_;
 };
 
 // ---- Blocks of records ---------------------------------------------------------------------------------------------

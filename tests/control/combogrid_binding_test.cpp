@@ -15,6 +15,32 @@ namespace {
 
 using F = ComboGridForm;
 
+// A field that numbers its only member in its own way.
+class ScriptField final : public ComObject<IDispatch> {
+  public:
+    ScriptField(DISPID id, std::function<Variant()> value) : id_(id), value_(std::move(value)) {}
+    static inline int lookups = 0;
+
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override { return *count = 0, S_OK; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+        if (std::wstring(names[0]) != L"Value") return DISP_E_UNKNOWNNAME;
+        ++lookups;
+        *ids = id_;
+        return S_OK;
+    }
+    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
+        if (member != id_) return DISP_E_MEMBERNOTFOUND;
+        *result = value_().detach();
+        return S_OK;
+    }
+
+  private:
+    ~ScriptField() override = default;
+    DISPID id_;
+    std::function<Variant()> value_;
+};
+
 // A record set of a script's own: three members deep, with everything that can go wrong.
 class ScriptRecords final : public ComObject<IDispatch> {
   public:
@@ -28,6 +54,7 @@ class ScriptRecords final : public ComObject<IDispatch> {
     size_t at = 0;
     int blocks = 0;
     long firstPosition = 1;
+    enum class Fields { itself, steady, fresh } fields = Fields::itself;  // objects in each record
 
     STDMETHODIMP GetTypeInfoCount(UINT* count) override { return *count = 0, S_OK; }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
@@ -81,7 +108,7 @@ class ScriptRecords final : public ComObject<IDispatch> {
             case 6:
                 if (at == failsAt) return fail(E_FAIL, L"The data are damaged.");
                 field_ = static_cast<size_t>(*Variant(arguments->rgvarg[0]).ToLong());
-                answer = Variant(static_cast<IDispatch*>(this));
+                answer = Variant(fields == Fields::itself ? static_cast<IDispatch*>(this) : Field(field_));
                 break;
             case 7:
                 answer = Variant(records.empty() ? 0L : static_cast<long>(records[0].size()));
@@ -95,6 +122,15 @@ class ScriptRecords final : public ComObject<IDispatch> {
 
   private:
     ~ScriptRecords() override = default;
+    IDispatch* Field(size_t field) {
+        fields_.resize(records[0].size());
+        if (fields == Fields::fresh || !fields_[field]) {
+            const auto id = static_cast<DISPID>(100 + 7 * field + (fields == Fields::fresh ? 1000 * at : 0));
+            fields_[field] =
+                ComPtr<IDispatch>(MakeObject<ScriptField>(id, [this, field] { return records[at][field]; }));
+        }
+        return fields_[field].get();
+    }
     Variant Rows(size_t count) {
         SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(records[0].size()), 0}, {static_cast<ULONG>(count), 0}};
         Variant rows;
@@ -109,6 +145,7 @@ class ScriptRecords final : public ComObject<IDispatch> {
         return rows;
     }
     size_t field_ = 0;
+    std::vector<ComPtr<IDispatch>> fields_;
 };
 
 Variant Null() {
@@ -154,6 +191,21 @@ TEST(ComboGridBinding, RecordsBecomeRows) {
         EXPECT_EQ(GetFocus(), form.InnerGrid()) << "it had the focus before";
         EXPECT_EQ(records->blocks, inBlocks ? 1 : 0);
         EXPECT_EQ(records->at, 3U);
+    }
+}
+
+TEST(ComboGridBinding, FieldsMayNumberTheirMembersAsTheyLike) {
+    for (const auto fields : {ScriptRecords::Fields::steady, ScriptRecords::Fields::fresh}) {
+        F form;
+        const auto records = MakeObject<ScriptRecords>();
+        records->fields = fields;
+        for (long i = 0; i < 20; ++i) records->records.push_back({Variant(i), Variant(i * 10), Variant(u"x")});
+        ScriptField::lookups = 0;
+        Bind(form, records.get());
+        ASSERT_EQ(form.Number(L"Rows"), 21);
+        EXPECT_EQ(Row(form, 1, 4), ",0,0,x");
+        EXPECT_EQ(Row(form, 20, 4), ",19,190,x");
+        EXPECT_EQ(ScriptField::lookups, fields == ScriptRecords::Fields::steady ? 3 : 60);
     }
 }
 
