@@ -11,6 +11,12 @@ constexpr char16_t quote = u'"';
 // Nearly all characters are told by the first comparison.
 constexpr auto endsCell = [](char16_t c) { return c <= u'\r' && (c == u'\t' || c == u'\r' || c == u'\n'); };
 
+// Where the next row begins, behind one that ends at `at`.
+std::size_t BehindRow(TextView text, std::size_t at) {
+    if (at == text.size()) return at;
+    return at + (text.substr(at).starts_with(u"\r\n") ? 2 : 1);
+}
+
 }  // namespace
 
 // ---- Writing -------------------------------------------------------------------------------------------------------
@@ -46,8 +52,23 @@ ClipboardCells::ClipboardCells(TextView text) : text_(text) {
     std::size_t at = 0;
     do {
         starts_.push_back(at);
-        at = TakeRow(at);
-        cols_ = std::max(cols_, cells_.size());
+        // Only counted where no cell begins with a quote.
+        std::size_t cells = 1;
+        std::size_t end = at;
+        bool quoted = false;
+        for (char16_t before = u'\t'; end < text.size(); before = text[end++]) {
+            const char16_t c = text[end];
+            quoted = c == quote && before == u'\t';
+            if (quoted || (endsCell(c) && c != u'\t')) break;
+            cells += c == u'\t' ? 1 : 0;
+        }
+        if (quoted) {
+            at = TakeRow(at);
+            cells = cells_.size();
+        } else {
+            at = BehindRow(text, end);
+        }
+        cols_ = std::max(cols_, cells);
     } while (at < text.size());
 }
 
@@ -57,8 +78,7 @@ std::size_t ClipboardCells::TakeRow(std::size_t at) const {
     if (!unquoted_.empty()) unquoted_.clear();
     cells_.push_back(TakeCell(at));
     while (at < text_.size() && text_[at] == u'\t') cells_.push_back(TakeCell(++at));
-    if (at < text_.size()) at += text_.substr(at).starts_with(u"\r\n") ? 2 : 1;
-    return at;
+    return BehindRow(text_, at);
 }
 
 TextView ClipboardCells::TakeCell(std::size_t& at) const {

@@ -49,6 +49,18 @@ class EditStep::Writer {
     }
     void Add(TextView text) {
         unsigned all = 0;
+        if (text.size() < oneByteSizes) {  // and one byte a character, as nearly always
+            std::uint8_t* to = at_ + 1;
+            for (const char16_t c : text) {
+                all |= c;
+                *to++ = static_cast<std::uint8_t>(c);
+            }
+            if (all <= 0xFF) {
+                *at_ = static_cast<std::uint8_t>(2 * text.size());
+                at_ = to;
+                return;
+            }
+        }
         for (const char16_t c : text) all |= c;
         const bool wide = all > 0xFF;
         PutSize(text.size(), wide);
@@ -63,6 +75,8 @@ class EditStep::Writer {
     }
 
   private:
+    static constexpr std::size_t oneByteSizes = 0x80 / 2;
+
     void PutSize(std::size_t size, bool wide) {
         std::uint64_t left = std::uint64_t{size} * 2 + (wide ? 1 : 0);
         for (; left >= 0x80; left >>= 7) *at_++ = static_cast<std::uint8_t>(left | 0x80);

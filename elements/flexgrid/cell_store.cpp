@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <new>
+#include <optional>
 
 #include "common/run_time_error.h"
 
@@ -195,10 +196,79 @@ void CellStore::MoveRow(int from, int to) {
 
 // ---- Texts ---------------------------------------------------------------------------------------------------------
 
+namespace {
+
+constexpr std::size_t longestShort = 255;
+
+// The record of a row in which neighbouring cells get other texts, built in one go where it is short and of Latin-1
+// before and afterwards. Returns its size, 0 when the row is left without text; nothing when it is no such row.
+std::optional<std::size_t> BuildShort(const RowView& old, std::size_t first, std::span<const TextView> texts,
+                                      std::uint8_t* bytes) {
+    if (old.Data() && !old.IsShort()) {
+        return std::nullopt;
+    }
+    constexpr static std::uint8_t noCells[2]{};
+    const std::uint8_t* const data = old.Data() ? old.Data() : noCells;
+    const std::size_t oldCount = data[1];
+    const std::uint8_t* const oldEnds = data + 2;
+    const std::uint8_t* const oldText = oldEnds + oldCount;
+    const auto oldEnd = [&](std::size_t cells) -> std::size_t {
+        cells = std::min(cells, oldCount);
+        return cells == 0 ? 0 : oldEnds[cells - 1];
+    };
+    const std::size_t behind = first + texts.size();
+    const std::size_t start = oldEnd(first);
+    std::size_t count = std::max(oldCount, behind);
+    std::size_t characters = start + oldEnd(oldCount) - oldEnd(behind);
+    for (const TextView text : texts) {
+        characters += text.size();
+    }
+    if (characters > longestShort || count > longestShort) {
+        return std::nullopt;
+    }
+    std::uint8_t* const ends = bytes + 2;
+    for (std::size_t i = 0; i < first; ++i) {
+        ends[i] = static_cast<std::uint8_t>(oldEnd(i + 1));
+    }
+    std::size_t end = start;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        end += texts[i].size();
+        ends[first + i] = static_cast<std::uint8_t>(end);
+    }
+    for (std::size_t i = behind; i < oldCount; ++i) {
+        ends[i] = static_cast<std::uint8_t>(oldEnds[i] - oldEnd(behind) + end);
+    }
+    while (count > 0 && ends[count - 1] == (count == 1 ? 0 : ends[count - 2])) {
+        --count;
+    }
+    if (count == 0) {
+        return 0;
+    }
+    bytes[0] = record::widthCode<std::uint8_t>;
+    bytes[1] = static_cast<std::uint8_t>(count);
+    std::uint8_t* to = std::copy_n(oldText, start, ends + count);
+    unsigned bits = 0;
+    for (const TextView text : texts) {
+        for (const char16_t unit : text) {
+            bits |= unit;
+            *to++ = static_cast<std::uint8_t>(unit);
+        }
+    }
+    std::copy(oldText + oldEnd(behind), oldText + oldEnd(oldCount), to);
+    return bits <= 0xFF ? std::optional(2 + count + characters) : std::nullopt;
+}
+
+}  // namespace
+
 void CellStore::SetCells(int row, int firstCol, std::span<const TextView> texts) {
     const RowId id = IdAt(row);
     const RowView old = ViewOf(id);
     const auto first = static_cast<std::size_t>(firstCol);
+    std::array<std::uint8_t, 2 + 2 * longestShort> record;
+    if (const auto size = BuildShort(old, first, texts, record.data())) {
+        Store(id, {record.data(), *size});
+        return;
+    }
     cells_.assign(std::max(static_cast<std::size_t>(old.Count()), first + texts.size()), CellView());
     for (int col = 0; col < old.Count(); ++col) {
         cells_[static_cast<std::size_t>(col)] = old[col];
