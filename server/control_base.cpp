@@ -72,6 +72,7 @@ HWND ControlBase::EnsureWindow() {
     if (!window_->CreateParked(pixels_)) return nullptr;
     OnWindowCreated(window_->Handle());
     OnResize(pixels_);
+    CutWindow(pixels_);
     return window_->Handle();
 }
 
@@ -129,7 +130,11 @@ LRESULT ControlBase::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 1;
         case WM_SIZE:
             // Made and parked windows are told their size by EnsureWindow, once inner windows are there.
-            if (inPlaceActive_) OnResize({LOWORD(lParam), HIWORD(lParam)});
+            if (inPlaceActive_) {
+                const Size size{LOWORD(lParam), HIWORD(lParam)};
+                OnResize(size);
+                CutWindow(size);
+            }
             return 0;
         case WM_SETFOCUS:
             FocusMovesTo(window);
@@ -160,7 +165,8 @@ void ControlBase::Paint(HWND window) {
 void ControlBase::OnWindowGone() {
     // Destroyed with the host's window; the object may be activated again in another.
     focused_ = false;
-    clipped_ = false;
+    clip_.reset();
+    cut_ = false;
     if (!inPlaceActive_) return;
     // A frame that still held the active object would keep it alive for ever, as the object holds the frame.
     const auto keep = KeepAlive();

@@ -49,6 +49,7 @@
 #include "server/control_class.h"
 #include "server/host_services.h"
 #include "server/property_table.h"
+#include "win/handles.h"
 
 namespace qvx {
 
@@ -241,6 +242,8 @@ class ControlBase : public IOleObject,
     // Messages of the control's own window before the kit's handling, which goes on for nullopt. WM_PAINT is the kit's
     // unless answered here.
     virtual std::optional<LRESULT> OnWindowMessage(UINT, WPARAM, LPARAM) { return std::nullopt; }
+    // The shape that a window of that size is cut to, in its own pixels; null for all of it.
+    virtual UniqueRegion WindowShape(Size) const { return {}; }
     // In pixels; also once when the window is made, and before a control without a window is drawn.
     virtual void OnResize(Size) {}
     // The control becomes visible in its place, every time.
@@ -283,6 +286,8 @@ class ControlBase : public IOleObject,
     void Deactivate();
     void DeactivateUi();
     void MoveWindowTo(const RECT& position, const RECT& clip);
+    // Cuts the window to the control's shape, within what the container lets show of it.
+    void CutWindow(Size size);
     // Gives a control that nobody has sized its default size.
     void EnsureSize();
     void SetPixelSize(Size pixels);
@@ -316,7 +321,8 @@ class ControlBase : public IOleObject,
     SIZEL extent_{};  // in 1/100 millimetre; pixels_ is the same size as far as rounding goes
     Size pixels_;
     int frozen_ = 0;
-    bool clipped_ = false;
+    std::optional<Rect> clip_;  // what the container lets show, in pixels of the window; nothing for all of it
+    bool cut_ = false;          // the window has a region
     bool loading_ = false;
     bool initialised_ = false;
     bool activating_ = false;  // the host is being told, and may still call it off

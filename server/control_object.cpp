@@ -160,6 +160,7 @@ STDMETHODIMP ControlBase::SetExtent(DWORD aspect, SIZEL* size) {
                 SetWindowPos(window, nullptr, 0, 0, pixels_.width, pixels_.height,
                              SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOMOVE);
                 OnResize(pixels_);
+                CutWindow(pixels_);
             }
         }
         ViewChanged();
@@ -309,15 +310,25 @@ void ControlBase::MoveWindowTo(const RECT& position, const RECT& clip) {
     SetPixelSize({std::max(0, whole.Width()), std::max(0, whole.Height())});
     // Some containers leave the clip empty when they have nothing to say.
     const bool clip0 = clip.left == clip.right && clip.top == clip.bottom;
-    if (!clip0 && visible != whole) {
-        const Rect own = visible.Empty() ? Rect{} : visible.Offset(-whole.left, -whole.top);
-        // The window owns its region.
-        clipped_ = SetWindowRgn(window, CreateRectRgn(own.left, own.top, own.right, own.bottom), TRUE) != 0;
-    } else if (std::exchange(clipped_, false)) {
-        SetWindowRgn(window, nullptr, TRUE);
-    }
+    clip_.reset();
+    if (!clip0 && visible != whole) clip_ = visible.Empty() ? Rect{} : visible.Offset(-whole.left, -whole.top);
+    CutWindow(pixels_);
     SetWindowPos(window, nullptr, whole.left, whole.top, whole.Width(), whole.Height(),
                  SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+}
+
+void ControlBase::CutWindow(Size size) {
+    UniqueRegion region = WindowShape(size);
+    if (clip_) {
+        UniqueRegion visible(CreateRectRgn(clip_->left, clip_->top, clip_->right, clip_->bottom));
+        if (region) {
+            CombineRgn(visible.Get(), visible.Get(), region.Get(), RGN_AND);
+        }
+        region = std::move(visible);
+    }
+    const bool wasCut = std::exchange(cut_, static_cast<bool>(region));
+    // The window owns its region.
+    if (wasCut || cut_) SetWindowRgn(WindowHandle(), region.Detach(), TRUE);
 }
 
 STDMETHODIMP ControlBase::GetWindow(HWND* window) {

@@ -2,6 +2,7 @@
 #include <array>
 
 #include "controls/buttons/button_control.h"
+#include "controls/buttons/rbutton_control.h"
 #include "controls/grid/combogrid_control.h"
 #include "server/control_class.h"
 
@@ -10,6 +11,7 @@ namespace qvx {
 std::span<const ControlClass> AllControls() {
     static const std::array controls{
         buttons::ButtonControl::classInfo,
+        buttons::RButtonControl::classInfo,
         grid::ComboGridControl::classInfo,
     };
     return controls;

@@ -6,7 +6,9 @@
 
 #include "com/font_object.h"
 #include "com/guard.h"
+#include "com/late_bound.h"
 #include "com/module.h"
+#include "common/text_compare.h"
 #include "win/wide.h"
 
 namespace qvx {
@@ -66,6 +68,11 @@ Text ProductName(const Text& path) {
         }
     }
     return {};
+}
+
+bool FocusIsInside(HWND window) {
+    const HWND focus = GetFocus();
+    return window && focus && (focus == window || IsChild(window, focus));
 }
 
 }  // namespace
@@ -172,13 +179,30 @@ Text HostServices::FormCaption(HWND window) const {
 
 ComPtr<IDispatch> HostServices::Controls() const { return ObjectMember(Form().get(), L"Controls"); }
 
+ComPtr<IDispatch> HostServices::ActiveControl() const { return ObjectMember(Form().get(), L"ActiveControl"); }
+
 Text HostServices::ActiveControlName(HWND window) const {
-    if (const auto active = ObjectMember(Form().get(), L"ActiveControl")) {
-        if (auto name = TextMember(active.get(), L"Name")) return *name;
+    if (auto name = TextMember(ActiveControl().get(), L"Name")) return *name;
+    return FocusIsInside(window) ? DisplayName() : Text();
+}
+
+bool HostServices::IsActiveControl(HWND window) const {
+    const ComPtr<IDispatch> active = ActiveControl();
+    const auto name = TextMember(active.get(), L"Name");
+    if (!name) return FocusIsInside(window);
+    if (!EqualNoCase(*name, DisplayName())) return false;
+    // The elements of an array have one name; a control outside one has no index.
+    const auto index = TextMember(active.get(), L"Index");
+    return !index || index == TextMember(Extended().get(), L"Index");
+}
+
+ComPtr<IDispatch> HostServices::ControlNamed(const Text& name) const {
+    try {
+        const ComPtr<IDispatch> controls = Controls();
+        return LateMember(controls.get(), L"Item").Get(controls.get(), {Variant(name)}).ToObject<IDispatch>();
+    } catch (const RunTimeError&) {
+        return nullptr;
     }
-    const HWND focus = GetFocus();
-    const bool inside = window && focus && (focus == window || IsChild(window, focus));
-    return inside ? DisplayName() : Text();
 }
 
 }  // namespace qvx

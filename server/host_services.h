@@ -64,8 +64,15 @@ class HostServices {
     // The name of the form's active control. Without such a form: the control's own display name while the keyboard
     // focus is inside `window`, else "".
     Text ActiveControlName(HWND window) const;
+    // Whether the form's active control is this one: by its name, and by its index in an array of controls. Without
+    // such a form: whether the keyboard focus is inside `window`.
+    bool IsActiveControl(HWND window) const;
+    // The host's object around the control of that name; null when the form has none.
+    ComPtr<IDispatch> ControlNamed(const Text& name) const;
 
   private:
+    ComPtr<IDispatch> ActiveControl() const;
+
     ComPtr<IOleClientSite> site_;
     ComPtr<IOleControlSite> controlSite_;
     ComPtr<IDispatch> ambients_;

@@ -145,9 +145,9 @@ void GdiSurface::DrawFrameControl(const Rect& area, unsigned kind, unsigned stat
     }
 }
 
-void GdiSurface::DrawFocusRect(const Rect& area) {
+void GdiSurface::DrawFocusRect(const Rect& area, OleColor color) {
     // The system dots it with the current colours; black on white inverts every second pixel of what is there.
-    SetColors(Rgb(0, 0, 0), Rgb(255, 255, 255));
+    SetColors(color, Rgb(255, 255, 255));
     const RECT r = ToRECT(area);
     ::DrawFocusRect(dc_, &r);
 }
@@ -191,6 +191,14 @@ void GdiSurface::FrameRoundRect(const Rect& area, Size corner, OleColor color) {
     const UniqueRegion region(
         CreateRoundRectRgn(area.left, area.top, area.right, area.bottom, corner.width, corner.height));
     FrameRgn(dc_, region.Get(), BrushOf(dc_, color), 1, 1);
+}
+
+void GdiSurface::RoundRect(const Rect& area, Size corner, OleColor color) {
+    const SavedDc saved(dc_);
+    SelectObject(dc_, GetStockObject(NULL_BRUSH));
+    SelectObject(dc_, GetStockObject(DC_PEN));
+    SetDCPenColor(dc_, ResolveColor(color));
+    ::RoundRect(dc_, area.left, area.top, area.right, area.bottom, corner.width, corner.height);
 }
 
 void GdiSurface::PushClip(const Rect& area) {

@@ -48,13 +48,14 @@ class GdiSurface final : public Surface {
     void DrawLine(Point from, Point to, OleColor color, int thickness) override;
     void DrawEdge(const Rect& area, unsigned style, unsigned sides) override;
     void DrawFrameControl(const Rect& area, unsigned kind, unsigned state) override;
-    void DrawFocusRect(const Rect& area) override;
+    void DrawFocusRect(const Rect& area, OleColor color) override;
     void InvertRect(const Rect& area) override;
     void DrawLabel(TextView text, const Rect& area, const FontSpec& font, OleColor color, unsigned format) override;
     void DrawCellText(TextView text, Point origin, const Rect& area, const FontSpec& font, OleColor color,
                       OleColor background) override;
     void DrawPicture(const Picture& picture, const Rect& area) override;
     void FrameRoundRect(const Rect& area, Size corner, OleColor color) override;
+    void RoundRect(const Rect& area, Size corner, OleColor color) override;
     void PushClip(const Rect& area) override;
     void PopClip() override;
 

@@ -6,7 +6,7 @@
 #include "common/caption.h"
 #include "common/text.h"
 #include "controls/buttons/access_key.h"
-#include "controls/buttons/button_face.h"
+#include "controls/buttons/push_look.h"
 
 namespace qvx::buttons {
 
@@ -20,17 +20,18 @@ constexpr long hasPopup = 0x40000000;
 
 constexpr long accessibleButtonRole = 0x2B;
 
-inline Text AccessibleName(const ButtonLook& look) { return WithoutAccessMark(look.caption); }
+inline Text AccessibleName(const PushLook& look) { return WithoutAccessMark(look.caption); }
 
-inline std::optional<Text> AccessibleShortcut(const ButtonLook& look) {
+inline std::optional<Text> AccessibleShortcut(const PushLook& look) {
     const char16_t key = AccessKey(look.caption);
     return key == u'\0' ? std::nullopt : std::optional(Text{u'A', u'l', u't', u'+', key});
 }
 
-constexpr long AccessibleState(const ButtonLook& look, bool focused) {
+// `hasPopup`: it shows that something opens from it.
+constexpr long AccessibleState(bool enabled, bool focused, bool hasPopup) {
     namespace state = accessible_state;
-    if (!look.enabled) return state::unavailable;
-    return state::focusable | (focused ? state::focused : 0) | (look.dropDown ? state::hasPopup : 0);
+    if (!enabled) return state::unavailable;
+    return state::focusable | (focused ? state::focused : 0) | (hasPopup ? state::hasPopup : 0);
 }
 
 }  // namespace qvx::buttons

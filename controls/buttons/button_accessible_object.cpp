@@ -4,7 +4,7 @@
 
 #include "com/guard.h"
 #include "controls/buttons/accessible_button.h"
-#include "controls/buttons/button_element.h"
+#include "controls/buttons/push_element.h"
 #include "win/accessible.h"
 #include "win/gdi_surface.h"
 
@@ -16,7 +16,7 @@ static_assert(accessibleButtonRole == ROLE_SYSTEM_PUSHBUTTON && accessible_state
 
 class ButtonObject final : public AccessibleObject {
   public:
-    explicit ButtonObject(std::shared_ptr<ButtonElement*> link) : link_(std::move(link)) {}
+    explicit ButtonObject(std::shared_ptr<PushElement*> link) : link_(std::move(link)) {}
 
   protected:
     HWND LiveWindow() const override { return *link_ ? (*link_)->WindowHandle() : nullptr; }
@@ -28,7 +28,7 @@ class ButtonObject final : public AccessibleObject {
     long Role(long child) override { return Look(child), accessibleButtonRole; }
     long State(long child) override {
         const long hidden = IsWindowVisible(LiveWindow()) ? 0 : STATE_SYSTEM_INVISIBLE;
-        return AccessibleState(Look(child), GetFocus() == LiveWindow()) | hidden;
+        return AccessibleState(Look(child).enabled, GetFocus() == LiveWindow(), (*link_)->HasPopup()) | hidden;
     }
     Rect Location(long child) override {
         Look(child);
@@ -55,12 +55,12 @@ class ButtonObject final : public AccessibleObject {
     ~ButtonObject() override = default;
 
     // A button has no children.
-    const ButtonLook& Look(long child) const {
+    const PushLook& Look(long child) const {
         if (child != CHILDID_SELF) throw ComError(E_INVALIDARG);
         return (*link_)->Look();
     }
 
-    std::shared_ptr<ButtonElement*> link_;
+    std::shared_ptr<PushElement*> link_;
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The push button's object for assistive programs.
+// A push button's object for assistive programs.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +8,7 @@
 
 namespace qvx::buttons {
 
-class ButtonElement;
+class PushElement;
 
 class ButtonAccessibility {
   public:
@@ -17,7 +17,7 @@ class ButtonAccessibility {
     static constexpr UINT pressMessage = WM_APP + 0x1B0;
 
     // The element owns this.
-    explicit ButtonAccessibility(ButtonElement& element) : link_(std::make_shared<ButtonElement*>(&element)) {}
+    explicit ButtonAccessibility(PushElement& element) : link_(std::make_shared<PushElement*>(&element)) {}
     ~ButtonAccessibility() { *link_ = nullptr; }
     ButtonAccessibility(const ButtonAccessibility&) = delete;
     ButtonAccessibility& operator=(const ButtonAccessibility&) = delete;
@@ -27,7 +27,7 @@ class ButtonAccessibility {
 
   private:
     // Objects may outlive the element.
-    std::shared_ptr<ButtonElement*> link_;
+    std::shared_ptr<PushElement*> link_;
 };
 
 }  // namespace qvx::buttons

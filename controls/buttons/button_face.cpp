@@ -4,18 +4,10 @@ namespace qvx::buttons {
 
 namespace {
 
-constexpr unsigned captionFormat = text_format::center | text_format::middle | text_format::singleLine;
-
 // Distances at 96 dots per inch.
 constexpr int arrowStripLeft = 15;
 constexpr int arrowStripRight = 2;
 constexpr int focusInset = 3;
-
-int Scaled(int pixels, int dotsPerInch) { return ScaleRounded(pixels, dotsPerInch, 96); }
-
-void DrawCaption(Surface& surface, const ButtonLook& look, const Rect& area, OleColor color) {
-    surface.DrawLabel(look.caption, area, look.font, color, captionFormat);
-}
 
 void DrawArrow(Surface& surface, const Rect& area, unsigned state) {
     const int dpi = surface.Resolution().x;
@@ -62,7 +54,7 @@ void DrawFocus(Surface& surface, const ButtonLook& look) {
     const Dpi dpi = surface.Resolution();
     const Rect area = look.face.Inflated(-Scaled(focusInset, dpi.x), -Scaled(focusInset, dpi.y));
     if (!area.Empty()) {
-        surface.DrawFocusRect(area);
+        surface.DrawFocusRect(area, Rgb(0, 0, 0));
     }
 }
 

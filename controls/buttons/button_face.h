@@ -1,11 +1,7 @@
 // What a flat push button looks like, in three states.
 #pragma once
 
-#include "common/geometry.h"
-#include "common/ole_color.h"
-#include "common/text.h"
-#include "elements/surface/font_spec.h"
-#include "elements/surface/surface.h"
+#include "controls/buttons/push_look.h"
 
 namespace qvx::buttons {
 
@@ -13,17 +9,9 @@ namespace qvx::buttons {
 enum class Style { flatSimple = 0, flatHeavy = 1, simpleHeavy = 2 };
 
 // Everything a button's picture depends on but its state.
-struct ButtonLook {
-    Text caption;
-    FontSpec font;
-    OleColor foreColor = colors::buttonText;
-    OleColor backColor = colors::buttonFace;
-    OleColor borderColor = colors::buttonFace;
+struct ButtonLook : PushLook {
     Style behavior = Style::simpleHeavy;
     bool dropDown = false;
-    bool focusRect = true;
-    bool enabled = true;
-    Rect face;  // pixels, from (0, 0)
 };
 
 namespace button_state {

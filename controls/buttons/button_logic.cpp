@@ -6,12 +6,6 @@
 
 namespace qvx::buttons {
 
-namespace {
-
-bool Inside(Point p, Size face) { return p.x >= 0 && p.y >= 0 && p.x <= face.width && p.y <= face.height; }
-
-}  // namespace
-
 ButtonActions ButtonLogic::LeftButtonDown() {
     pressed_ = true;
     mouseDown_ = true;
@@ -23,15 +17,15 @@ ButtonActions ButtonLogic::OtherButtonDown() {
     return {ButtonAction::capture};
 }
 
-ButtonActions ButtonLogic::MouseMove(Point point, Size face, bool leftDown, bool anyDown) {
+ButtonActions ButtonLogic::MouseMove(const MouseMovement& movement) {
     if (spaceHeld_) {
         return {};
     }
-    if (!Inside(point, face)) {
-        return anyDown ? ButtonActions{ButtonAction::drawNormal}
-                       : ButtonActions{ButtonAction::releaseCapture, ButtonAction::drawNormal};
+    if (!InsideFace(movement.point, movement.face)) {
+        return movement.anyDown ? ButtonActions{ButtonAction::drawNormal}
+                                : ButtonActions{ButtonAction::releaseCapture, ButtonAction::drawNormal};
     }
-    return {ButtonAction::capture, leftDown ? ButtonAction::drawPressed : ButtonAction::drawHot};
+    return {ButtonAction::capture, movement.leftDown ? ButtonAction::drawPressed : ButtonAction::drawHot};
 }
 
 ButtonActions ButtonLogic::MouseUp(Point point, Size face) {
@@ -40,7 +34,7 @@ ButtonActions ButtonLogic::MouseUp(Point point, Size face) {
     pressed_ = false;
     // The mouse is let go before the click: a window that the click opens needs it.
     ButtonActions actions{ButtonAction::releaseCapture, ButtonAction::drawNormal};
-    if (begunHere && Inside(point, face)) {
+    if (begunHere && InsideFace(point, face)) {
         actions.push_back(ButtonAction::click);
     }
     return actions;
@@ -53,19 +47,13 @@ ButtonActions ButtonLogic::CaptureLost() {
     return {ButtonAction::drawNormal};
 }
 
-bool ButtonLogic::Wants(int key, int shift) {
-    return shift == 0 && (key == keys::space || key == keys::left || key == keys::right);
+bool ButtonLogic::Wants(int key, int shift) const {
+    return MovesFocus(key, shift) || (key == keys::space && shift == 0);
 }
 
 ButtonActions ButtonLogic::KeyDown(int key, int shift) {
-    if (!Wants(key, shift)) {
-        return {};
-    }
-    if (key == keys::left) {
-        return {ButtonAction::sendShiftTab};
-    }
-    if (key == keys::right) {
-        return {ButtonAction::sendTab};
+    if (key != keys::space || shift != 0) {
+        return FocusMove(key, shift);
     }
     if (spaceHeld_) {
         return {};  // the keyboard repeats a held key

@@ -323,7 +323,7 @@ class Painter {
             return;
         }
         if (grid_.FocusRect() == GridFocusRect::light) {
-            surface_.DrawFocusRect(frame);
+            surface_.DrawFocusRect(frame, Rgb(0, 0, 0));
             return;
         }
         const int thick = std::min({Scaled(2, dpi_.x), frame.Width() / 2, frame.Height() / 2});

@@ -15,6 +15,8 @@ std::string Show(const Rect& r) {
 
 std::string Show(Point p) { return std::to_string(p.x) + "," + std::to_string(p.y); }
 
+std::string Show(Size s) { return std::to_string(s.width) + "x" + std::to_string(s.height); }
+
 std::string ShowColor(OleColor color) {
     char buffer[16];
     std::snprintf(buffer, sizeof buffer, "&H%08X", static_cast<unsigned>(color));
@@ -115,7 +117,9 @@ void RecordingSurface::DrawFrameControl(const Rect& area, unsigned kind, unsigne
     Line("control " + Show(area) + " kind " + std::to_string(kind) + " state " + std::to_string(state));
 }
 
-void RecordingSurface::DrawFocusRect(const Rect& area) { Line("focus " + Show(area)); }
+void RecordingSurface::DrawFocusRect(const Rect& area, OleColor color) {
+    Line("focus " + Show(area) + (color == Rgb(0, 0, 0) ? "" : " " + ShowColor(color)));
+}
 
 void RecordingSurface::InvertRect(const Rect& area) { Line("invert " + Show(area)); }
 
@@ -132,13 +136,15 @@ void RecordingSurface::DrawCellText(TextView text, Point origin, const Rect& are
 }
 
 void RecordingSurface::DrawPicture(const Picture& picture, const Rect& area) {
-    const Size size = picture.PixelSize(dpi_);
-    Line("picture " + std::to_string(size.width) + "x" + std::to_string(size.height) + " " + Show(area));
+    Line("picture " + Show(picture.PixelSize(dpi_)) + " " + Show(area));
 }
 
 void RecordingSurface::FrameRoundRect(const Rect& area, Size corner, OleColor color) {
-    Line("roundframe " + Show(area) + " corner " + std::to_string(corner.width) + "x" + std::to_string(corner.height) +
-         " " + ShowColor(color));
+    Line("roundframe " + Show(area) + " corner " + Show(corner) + " " + ShowColor(color));
+}
+
+void RecordingSurface::RoundRect(const Rect& area, Size corner, OleColor color) {
+    Line("roundrect " + Show(area) + " corner " + Show(corner) + " " + ShowColor(color));
 }
 
 void RecordingSurface::PushClip(const Rect& area) { Line("clip " + Show(area)); }

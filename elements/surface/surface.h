@@ -78,8 +78,9 @@ class Surface {
     virtual void DrawLine(Point from, Point to, OleColor color, int thickness) = 0;
     virtual void DrawEdge(const Rect& area, unsigned style, unsigned sides) = 0;
     virtual void DrawFrameControl(const Rect& area, unsigned kind, unsigned state) = 0;
-    // Dotted rectangle in inverted colours.
-    virtual void DrawFocusRect(const Rect& area) = 0;
+    // Dotted rectangle: half of its dots invert what is there, the others mix it with `color`, which black leaves as it
+    // is.
+    virtual void DrawFocusRect(const Rect& area, OleColor color) = 0;
     virtual void InvertRect(const Rect& area) = 0;
     // As the system's DrawText does (whose name its headers redefine); transparent background.
     virtual void DrawLabel(TextView text, const Rect& area, const FontSpec& font, OleColor color, unsigned format) = 0;
@@ -92,6 +93,9 @@ class Surface {
     // The outline of a rounded rectangle whose corners are quarter ellipses of the given full width and height, one
     // pixel wide.
     virtual void FrameRoundRect(const Rect& area, Size corner, OleColor color) = 0;
+    // The same outline as a pen draws it, as the system's own call of that name does: its corners differ by some pixels
+    // from those of a region's frame.
+    virtual void RoundRect(const Rect& area, Size corner, OleColor color) = 0;
 
     // Drawing outside the area has no effect until the matching PopClip; clips nest.
     virtual void PushClip(const Rect& area) = 0;

@@ -161,13 +161,13 @@ void MessageBoxWindow::MoveFocus() {
 bool MessageBoxWindow::TakeKey(int key) {
     switch (AnswerForKey(key, ShiftState(), layout_.cancel.visible)) {
         case Answer::ok:
-            ok_.Button().SetValue(true);
+            ok_.Button().Click();
             return true;
         case Answer::cancel:
-            cancel_.Button().SetValue(true);
+            cancel_.Button().Click();
             return true;
         case Answer::focused:
-            (okActive_ ? ok_ : cancel_).Button().SetValue(true);
+            (okActive_ ? ok_ : cancel_).Button().Click();
             return true;
         case Answer::moveFocus:
             MoveFocus();

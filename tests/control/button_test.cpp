@@ -6,69 +6,14 @@
 #include <olectl.h>
 
 #include "Qvx.h"
-#include "com/font_object.h"
-#include "tests/support/container.h"
-#include "tests/support/input.h"
-#include "tests/support/server_under_test.h"
+#include "tests/control/push_button_form.h"
 
 namespace qvx::test {
 namespace {
 
-class Button : public ::testing::Test {
+class Button : public PushButtonForm {
   protected:
-    explicit Button(bool userMode = true) {
-        Container::Options options;
-        options.ambients = {{DISPID_AMBIENT_USERMODE, Variant(userMode)},
-                            {DISPID_AMBIENT_DISPLAYNAME, Variant(u"cmdSave")}};
-        options.bounds = {20, 20, 120, 44};
-        options.answer = [this](const std::string& call) {
-            if (onCall_) onCall_(call);
-            return S_OK;
-        };
-        container_ = std::make_unique<Container>(options);
-        container_->Place(ServerUnderTest::Get().Create(CLSID_Button));
-        button_ = container_->Automation();
-        recorder_ = MakeObject<EventRecorder>();
-        connection_ =
-            std::make_unique<Connection>(container_->Control(), EventsOf(container_->Control()), recorder_.get());
-    }
-    void Activate() {
-        container_->Activate();
-        ASSERT_TRUE(BringToFront(container_->Window()));
-        window_ = container_->ControlWindow();
-        ASSERT_TRUE(window_);
-    }
-    void Focus() {
-        container_->ActivateUi();
-        ASSERT_TRUE(WaitFor([&] { return GetFocus() == window_; }));
-    }
-    size_t Clicks() const { return recorder_->Count(DISPID_CLICK); }
-    // Lets everything that was sent arrive.
-    static void Settle() {
-        WaitFor([] { return false; }, 150);
-    }
-    POINT At(int x, int y) const {
-        POINT point{x, y};
-        ClientToScreen(window_, &point);
-        return point;
-    }
-
-    HRESULT Mnemonic(WPARAM key) const {
-        MSG message{};
-        message.message = WM_SYSKEYDOWN;
-        message.wParam = key;
-        return Query<IOleControl>(container_->Control())->OnMnemonic(&message);
-    }
-    // A press as the system delivers it, without the way there.
-    void PressDirectly() const { SendMessageW(window_, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(50, 12)); }
-    void ReleaseDirectly() const { SendMessageW(window_, WM_LBUTTONUP, 0, MAKELPARAM(50, 12)); }
-
-    std::function<void(const std::string&)> onCall_;
-    std::unique_ptr<Container> container_;
-    ComPtr<IDispatch> button_;
-    ComPtr<EventRecorder> recorder_;
-    std::unique_ptr<Connection> connection_;
-    HWND window_ = nullptr;
+    explicit Button(bool userMode = true) : PushButtonForm(CLSID_Button, userMode) {}
 };
 
 TEST_F(Button, NewControlTakesItsNameAndSavesNothingElse) {
@@ -298,14 +243,6 @@ TEST_F(Button, TellsTheFrameOfItsDialogs) {
         if (call.find("EnableModeless") == 0) told.push_back(call);
     }
     EXPECT_EQ(told, (std::vector<std::string>{"EnableModeless(False)", "EnableModeless(True)"}));
-}
-
-COLORREF PixelAt(HWND window, int x, int y) {
-    UpdateWindow(window);
-    const HDC dc = GetDC(window);
-    const COLORREF color = GetPixel(dc, x, y);
-    ReleaseDC(window, dc);
-    return color;
 }
 
 TEST_F(Button, ShowsItsStatesOnTheScreen) {

@@ -1,5 +1,6 @@
 // Controls in a bare container of our own: activation, size, focus, events, and hosts that offer much or nothing.
 #include "tests/support/container.h"
+#include "tests/support/each_control.h"
 
 #include <gtest/gtest.h>
 #include <olectl.h>
@@ -62,10 +63,7 @@ class EachControl : public ::testing::TestWithParam<const CLSID*> {
     std::optional<Container> container_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Controls, EachControl, ::testing::Values(&CLSID_Button, &CLSID_ComboGrid),
-                         [](const auto& parameter) {
-                             return parameter.param == &CLSID_Button ? "Button" : "ComboGrid";
-                         });
+INSTANTIATE_TEST_SUITE_P(Controls, EachControl, ::testing::ValuesIn(EachControlId()), ControlName);
 
 TEST_P(EachControl, ActivatesMovesAndGoesInactive) {
     Container& container = Sited();
@@ -109,23 +107,29 @@ TEST_P(EachControl, KeepsTheExtentItWasGiven) {
     EXPECT_EQ(DV_E_DVASPECT, object->SetExtent(DVASPECT_ICON, &negative));
 }
 
-// Parts outside the container's clip are cut off, and come back with it.
+// Parts outside the container's clip are cut off, of whatever shape the control's window is, and come back with it.
 TEST_P(EachControl, IsClippedByItsContainer) {
     Container& container = Active();
     const HWND window = container.ControlWindow();
     const RECT position{10, 10, 110, 60};
-    const RECT clip{0, 0, 50, 200};
-    const auto object = Query<IOleInPlaceObject>(container.Control());
-    ASSERT_EQ(S_OK, object->SetObjectRects(&position, &clip));
-    const HRGN region = CreateRectRgn(0, 0, 0, 0);
-    RECT visible{};
-    ASSERT_NE(ERROR, GetWindowRgn(window, region));
-    GetRgnBox(region, &visible);
-    EXPECT_TRUE(Equal({0, 0, 40, 50}, visible));
+    const RECT narrow{0, 0, 50, 200};
     const RECT wide{0, 0, 400, 200};
+    const auto object = Query<IOleInPlaceObject>(container.Control());
+    const HRGN whole = CreateRectRgn(0, 0, 100, 50);
+    const HRGN region = CreateRectRgn(0, 0, 0, 0);
     ASSERT_EQ(S_OK, object->SetObjectRects(&position, &wide));
-    EXPECT_EQ(ERROR, GetWindowRgn(window, region));
-    DeleteObject(region);
+    const bool shaped = GetWindowRgn(window, region) != ERROR;
+    EXPECT_EQ(*GetParam() == CLSID_RButton, shaped);
+    if (shaped) CombineRgn(whole, region, nullptr, RGN_COPY);
+    ASSERT_EQ(S_OK, object->SetObjectRects(&position, &narrow));
+    ASSERT_NE(ERROR, GetWindowRgn(window, region));
+    const HRGN expected = CreateRectRgn(0, 0, 40, 50);
+    CombineRgn(expected, expected, whole, RGN_AND);
+    EXPECT_TRUE(EqualRgn(expected, region));
+    ASSERT_EQ(S_OK, object->SetObjectRects(&position, &wide));
+    EXPECT_EQ(shaped, GetWindowRgn(window, region) != ERROR);
+    EXPECT_TRUE(!shaped || EqualRgn(whole, region));
+    for (const HRGN one : {whole, region, expected}) DeleteObject(one);
 }
 
 TEST_P(EachControl, BecomesUiActiveWithTheFocusAndLosesIt) {

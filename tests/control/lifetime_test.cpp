@@ -4,6 +4,7 @@
 
 #include "Qvx.h"
 #include "tests/support/container.h"
+#include "tests/support/each_control.h"
 #include "tests/support/resource_counts.h"
 #include "tests/support/server_under_test.h"
 
@@ -35,10 +36,7 @@ void ExpectNothingLeft(Round round) {
 
 class Lifetime : public ::testing::TestWithParam<const CLSID*> {};
 
-INSTANTIATE_TEST_SUITE_P(Controls, Lifetime, ::testing::Values(&CLSID_Button, &CLSID_ComboGrid),
-                         [](const auto& parameter) {
-                             return parameter.param == &CLSID_Button ? "Button" : "ComboGrid";
-                         });
+INSTANTIATE_TEST_SUITE_P(Controls, Lifetime, ::testing::ValuesIn(EachControlId()), ControlName);
 
 TEST_P(Lifetime, CreateActivatePaintDestroy) {
     Container::Options options;

@@ -45,6 +45,20 @@ ComPtr<IUnknown> UsedButton() {
     return control;
 }
 
+ComPtr<IUnknown> UsedRButton() {
+    auto control = New(CLSID_RButton);
+    EXPECT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    const auto button = control.As<IDispatch>();
+    Put(button.get(), L"Caption", {Variant(u"&Post")});
+    Put(button.get(), L"Value", {Variant(true)});
+    Put(button.get(), L"UpTopColor", {Variant(0xFF)});
+    Put(button.get(), L"MaskColor", {Variant(static_cast<long>(0x80000018))});
+    Put(button.get(), L"FocusRect", {Variant(false)});
+    const auto font = Call(button.get(), L"Font").ToObject<IFont>();
+    EXPECT_EQ(S_OK, font->put_Italic(TRUE));
+    return control;
+}
+
 struct Used {
     const char* name;
     const CLSID* id;
@@ -56,6 +70,7 @@ class SavedControl : public ::testing::TestWithParam<Used> {};
 
 INSTANTIATE_TEST_SUITE_P(Controls, SavedControl,
                          ::testing::Values(Used{"Button", &CLSID_Button, UsedButton},
+                                           Used{"RButton", &CLSID_RButton, UsedRButton},
                                            Used{"ComboGrid", &CLSID_ComboGrid, UsedGrid}),
                          [](const auto& parameter) { return parameter.param.name; });
 

@@ -6,6 +6,7 @@
 
 #include "Qvx.h"
 #include "tests/support/container.h"
+#include "tests/support/each_control.h"
 #include "tests/support/resource_counts.h"
 #include "tests/support/server_under_test.h"
 
@@ -59,10 +60,7 @@ class SystemContainer : public ::testing::TestWithParam<const CLSID*> {
     CreatableClasses classes_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Controls, SystemContainer, ::testing::Values(&CLSID_Button, &CLSID_ComboGrid),
-                         [](const auto& parameter) {
-                             return parameter.param == &CLSID_Button ? "Button" : "ComboGrid";
-                         });
+INSTANTIATE_TEST_SUITE_P(Controls, SystemContainer, ::testing::ValuesIn(EachControlId()), ControlName);
 
 TEST_P(SystemContainer, ActivatesResizesAndTakesTheFocus) {
     const HWND host = Host(Spell(*GetParam()));
@@ -96,7 +94,7 @@ TEST_P(SystemContainer, SavesAndLoadsThroughStreamAndBag) {
     const HWND host = Host(Spell(*GetParam()));
     const auto control = ControlIn(host);
     const auto automation = control.As<IDispatch>();
-    if (*GetParam() == CLSID_Button) {
+    if (*GetParam() == CLSID_Button || *GetParam() == CLSID_RButton) {
         Put(automation.get(), L"Caption", {Variant(u"&Check")});
     } else {
         Put(automation.get(), L"FormatString", {Variant(u"No|Name")});
@@ -121,7 +119,7 @@ TEST_P(SystemContainer, FiresEvents) {
     const auto control = ControlIn(host);
     auto recorder = MakeObject<EventRecorder>();
     const Connection connection(control.get(), EventsOf(control.get()), recorder.get());
-    if (*GetParam() == CLSID_Button) {
+    if (*GetParam() == CLSID_Button || *GetParam() == CLSID_RButton) {
         const HWND window = WindowOf(control.get());
         SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, 20));
         SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(20, 20));

@@ -17,7 +17,7 @@ TEST(AccessibleButton, NameAndShortcutComeFromTheCaption) {
         {u"End&", u"End", u""},        {u"", u"", u""},
     };
     for (const Case& c : cases) {
-        ButtonLook look;
+        PushLook look;
         look.caption = c.caption;
         EXPECT_EQ(c.name, AccessibleName(look));
         EXPECT_EQ(c.shortcut, AccessibleShortcut(look).value_or(u""));
@@ -26,12 +26,9 @@ TEST(AccessibleButton, NameAndShortcutComeFromTheCaption) {
 
 TEST(AccessibleButton, ADisabledButtonCanDoNothing) {
     namespace state = accessible_state;
-    ButtonLook look;
-    EXPECT_EQ(state::focusable, AccessibleState(look, false));
-    look.dropDown = true;
-    EXPECT_EQ(state::focusable | state::focused | state::hasPopup, AccessibleState(look, true));
-    look.enabled = false;
-    EXPECT_EQ(state::unavailable, AccessibleState(look, true));
+    EXPECT_EQ(state::focusable, AccessibleState(true, false, false));
+    EXPECT_EQ(state::focusable | state::focused | state::hasPopup, AccessibleState(true, true, true));
+    EXPECT_EQ(state::unavailable, AccessibleState(false, true, true));
 }
 
 }  // namespace

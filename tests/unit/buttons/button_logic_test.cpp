@@ -3,63 +3,15 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <string>
-
 #include "common/keys.h"
 #include "controls/buttons/access_key.h"
+#include "tests/unit/buttons/sequences.h"
 
 namespace qvx::buttons {
 namespace {
 
-std::string Show(const ButtonActions& actions) {
-    std::string out;
-    for (const ButtonAction action : actions) {
-        constexpr const char* names[] = {"capture", "release", "0", "1", "2", "focus", "tab", "shift-tab", "click"};
-        out += (out.empty() ? "" : " ") + std::string(names[static_cast<int>(action)]);
-    }
-    return out;
-}
-
-constexpr Size face{100, 24};
-constexpr Point in{50, 10};
-constexpr Point out{101, 10};
-
-struct Step {
-    std::function<ButtonActions(ButtonLogic&)> event;
-    const char* expected;
-};
-
-Step Move(Point p, bool left, const char* expected) {
-    return {[=](ButtonLogic& b) { return b.MouseMove(p, face, left, left); }, expected};
-}
-Step Press(const char* expected) {
-    return {[](ButtonLogic& b) { return b.LeftButtonDown(); }, expected};
-}
-Step Release(Point p, const char* expected) {
-    return {[=](ButtonLogic& b) { return b.MouseUp(p, face); }, expected};
-}
-Step Down(int key, int shift, const char* expected) {
-    return {[=](ButtonLogic& b) { return b.KeyDown(key, shift); }, expected};
-}
-Step Up(int key, int shift, bool cursorInside, const char* expected) {
-    return {[=](ButtonLogic& b) { return b.KeyUp(key, shift, cursorInside); }, expected};
-}
-Step AccessKeyPressed(int key, const char* expected) {
-    return {[=](ButtonLogic& b) { return b.AccessKeyPress(key); }, expected};
-}
-Step Focus(const char* expected) {
-    return {[](ButtonLogic& b) { return b.GotFocus(); }, expected};
-}
-Step Blur(const char* expected) {
-    return {[](ButtonLogic& b) { return b.LostFocus(); }, expected};
-}
-
 TEST(ButtonLogic, Sequences) {
-    struct {
-        const char* name;
-        std::vector<Step> steps;
-    } const sequences[] = {
+    ExpectSequences<ButtonLogic>({
         {"hover and leave", {Move(in, false, "capture 1"), Move(out, false, "release 0")}},
         {"the edge is inside",
          {Move({0, 0}, false, "capture 1"), Move({100, 24}, false, "capture 1"), Move({100, 25}, false, "release 0"),
@@ -68,17 +20,23 @@ TEST(ButtonLogic, Sequences) {
         {"dragged off, released outside: no click",
          {Press("capture 2"), Move(out, true, "0"), Release(out, "release 0")}},
         {"another button clicks too",
-         {{[](ButtonLogic& b) { return b.OtherButtonDown(); }, "capture"}, Release(in, "release 0 click")}},
+         {{[](PushLogic& b) { return b.OtherButtonDown(); }, "capture"}, Release(in, "release 0 click")}},
         {"pressed elsewhere, released here: no click", {Move(in, true, "capture 2"), Release(in, "release 0")}},
         {"the mouse was taken away while pressed",
-         {Press("capture 2"), {[](ButtonLogic& b) { return b.CaptureLost(); }, "0"}, Release(in, "release 0")}},
+         {Press("capture 2"), {[](PushLogic& b) { return b.CaptureLost(); }, "0"}, Release(in, "release 0")}},
         {"dragged off and back",
          {Press("capture 2"), Move(out, true, "0"), Move(in, true, "capture 2"), Release(in, "release 0 click")}},
         {"another button held outside keeps the mouse",
-         {{[](ButtonLogic& b) { return b.MouseMove(out, face, false, true); }, "0"},
-          {[](ButtonLogic& b) { return b.MouseMove(in, face, false, true); }, "capture 1"}}},
+         {{[](PushLogic& b) {
+               return b.MouseMove({out, face, false, true});
+           },
+           "0"},
+          {[](PushLogic& b) {
+               return b.MouseMove({in, face, false, true});
+           },
+           "capture 1"}}},
         {"the mouse was taken away",
-         {Press("capture 2"), {[](ButtonLogic& b) { return b.CaptureLost(); }, "0"}, AccessKeyPressed('S', "0 click")}},
+         {Press("capture 2"), {[](PushLogic& b) { return b.CaptureLost(); }, "0"}, AccessKeyPressed('S', "0 click")}},
         {"space clicks when it comes up",
          {Down(keys::space, 0, "capture 2"), Up(keys::space, 0, false, "0 release click")}},
         {"space repeats", {Down(keys::space, 0, "capture 2"), Down(keys::space, 0, "")}},
@@ -99,7 +57,7 @@ TEST(ButtonLogic, Sequences) {
          {Focus("focus"), Down(keys::space, 0, "capture 2"), Blur("release 0"), Up(keys::space, 0, true, "")}},
         {"disabled while pressed",
          {Press("capture 2"),
-          {[](ButtonLogic& b) { return b.Cancel(); }, "release 0"},
+          {[](PushLogic& b) { return b.Cancel(); }, "release 0"},
           AccessKeyPressed('S', "0 click")}},
         {"arrows move the focus",
          {Down(keys::left, 0, "shift-tab"), Down(keys::right, 0, "tab"), Down(keys::left, keys::controlMask, ""),
@@ -108,24 +66,18 @@ TEST(ButtonLogic, Sequences) {
         {"access key while busy",
          {Press("capture 2"), AccessKeyPressed('S', ""), Release(out, "release 0"), Down(keys::space, 0, "capture 2"),
           AccessKeyPressed('S', "")}},
-    };
-    for (const auto& s : sequences) {
-        ButtonLogic logic;
-        int number = 0;
-        for (const Step& step : s.steps) {
-            EXPECT_EQ(Show(step.event(logic)), step.expected) << s.name << ", step " << ++number;
-        }
-    }
+    });
 }
 
 TEST(ButtonLogic, KeysThatEndAtTheButton) {
+    const ButtonLogic logic;
     for (const int key : {keys::space, keys::left, keys::right}) {
-        EXPECT_TRUE(ButtonLogic::Wants(key, 0)) << key;
-        EXPECT_FALSE(ButtonLogic::Wants(key, keys::shiftMask)) << key;
-        EXPECT_FALSE(ButtonLogic::Wants(key, keys::controlMask)) << key;
+        EXPECT_TRUE(logic.Wants(key, 0)) << key;
+        EXPECT_FALSE(logic.Wants(key, keys::shiftMask)) << key;
+        EXPECT_FALSE(logic.Wants(key, keys::controlMask)) << key;
     }
     for (const int key : {keys::up, keys::down, keys::enter, keys::escape, keys::tab}) {
-        EXPECT_FALSE(ButtonLogic::Wants(key, 0)) << key;
+        EXPECT_FALSE(logic.Wants(key, 0)) << key;
     }
 }
 

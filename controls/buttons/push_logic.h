@@ -1,0 +1,74 @@
+// How a push button answers the mouse, the keyboard and the focus. Each event returns what the window has to do, in
+// that order; the click always comes last, because a host may destroy the button in it.
+#pragma once
+
+#include <vector>
+
+#include "common/geometry.h"
+
+namespace qvx::buttons {
+
+enum class ButtonAction {
+    capture,         // take the mouse
+    releaseCapture,  // let it go, if this button has it
+    drawNormal,      // draw the button in that state
+    drawHot,
+    drawPressed,
+    drawFocus,
+    sendTab,       // SendKey Tab: to the next control
+    sendShiftTab,  // SendKey Shift+Tab: to the previous one
+    click,
+};
+
+using ButtonActions = std::vector<ButtonAction>;
+
+struct MouseMovement {
+    // In one unit, from the face's corner.
+    Point point;
+    Size face;
+    bool leftDown = false;
+    bool anyDown = false;    // any of the mouse's buttons
+    bool spaceHeld = false;  // the keyboard's own state, wherever the key went down
+    bool active = false;     // this is the form's active control; asked for only while the left button is down
+};
+
+class PushLogic {
+  public:
+    virtual ~PushLogic() = default;
+
+    // Keys that end at the button, so that hosts must not move the focus by them. `shift` here and below: bits of
+    // common/keys.h.
+    virtual bool Wants(int key, int shift) const = 0;
+
+    virtual ButtonActions LeftButtonDown() = 0;
+    virtual ButtonActions OtherButtonDown() = 0;
+    virtual ButtonActions MouseMove(const MouseMovement& movement) = 0;
+    // Any button; in the units of MouseMovement.
+    virtual ButtonActions MouseUp(Point point, Size face) = 0;
+    // Someone else took the mouse: what was begun with it is called off.
+    virtual ButtonActions CaptureLost() = 0;
+
+    virtual ButtonActions KeyDown(int key, int shift) = 0;
+    // A character that the keyboard made.
+    virtual ButtonActions KeyPress(char16_t character) = 0;
+    // `cursorInside`: the cursor is over the button's window.
+    virtual ButtonActions KeyUp(int key, int shift, bool cursorInside) = 0;
+    // The access key, or Enter or Esc (as virtual keys) for a button that its form uses as the default or cancel one.
+    virtual ButtonActions AccessKeyPress(int key) = 0;
+
+    virtual ButtonActions GotFocus() = 0;
+    virtual ButtonActions LostFocus() = 0;
+    // The button was disabled or hidden: nothing that was begun goes on.
+    virtual ButtonActions Cancel() = 0;
+};
+
+// A button's right and bottom edges count as inside.
+constexpr bool InsideFace(Point p, Size face) {
+    return p.x >= 0 && p.y >= 0 && p.x <= face.width && p.y <= face.height;
+}
+
+// The left and right arrow keys, when no other key is held, move the focus as Shift+Tab and Tab do.
+bool MovesFocus(int key, int shift);
+ButtonActions FocusMove(int key, int shift);
+
+}  // namespace qvx::buttons

@@ -1,0 +1,34 @@
+// What a rounded two-state button looks like.
+#pragma once
+
+#include "controls/buttons/push_look.h"
+
+namespace qvx::buttons {
+
+struct RButtonLook : PushLook {
+    RButtonLook() { borderColor = Rgb(0x80, 0x80, 0x80); }
+
+    // The two outlines while the mouse is over it, and while it is held down.
+    OleColor upTopColor = colors::buttonHighlight;
+    OleColor upBottomColor = colors::darkShadow3d;
+    OleColor downTopColor = colors::darkShadow3d;
+    OleColor downBottomColor = colors::buttonHighlight;
+    OleColor maskColor = 0;  // of the focus rectangle's dots
+};
+
+enum class RButtonState { idle, raised, held };
+
+// The caption of a new button: "Button" and the last character of the name that its host gave it.
+Text DefaultRButtonCaption(TextView displayName);
+
+// Full width and height of the quarter ellipses at the corners, in pixels; the window's shape has the same.
+constexpr Size RButtonCorner(Dpi dpi) { return {Scaled(10, dpi.x), Scaled(10, dpi.y)}; }
+
+// Where the focus rectangle goes: around a caption of that width, in the middle of the face. `textHeight` may have a
+// fraction; coordinates are rounded half to even. All in pixels.
+Rect RButtonFocusArea(Size face, int textWidth, double textHeight);
+
+// The whole picture. The focus rectangle is part of it while the button is `active` on its form and wants one.
+void DrawRButton(Surface& surface, const RButtonLook& look, RButtonState state, bool active);
+
+}  // namespace qvx::buttons

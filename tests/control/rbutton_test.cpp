@@ -1,0 +1,359 @@
+// The RButton control in containers: what it saves, what it answers, what it shows.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include "Qvx.h"
+#include "tests/control/push_button_form.h"
+#include "tests/support/late_bound_object.h"
+
+namespace qvx::test {
+namespace {
+
+class RButton : public PushButtonForm {
+  public:
+    explicit RButton(bool userMode = true, ComPtr<IDispatch> extended = nullptr)
+        : PushButtonForm(CLSID_RButton, userMode, std::move(extended)) {}
+
+    HRESULT ErrorOf(const wchar_t* name, WORD flags, const std::vector<VARIANT>& arguments = {}) const {
+        return Invoke(button_.get(), name, flags, arguments).scode;
+    }
+};
+
+VARIANT True() {
+    VARIANT value{};
+    value.vt = VT_BOOL;
+    value.boolVal = VARIANT_TRUE;
+    return value;
+}
+
+constexpr auto getRefused = static_cast<HRESULT>(0x800A0189);  // 393
+constexpr auto setRefused = static_cast<HRESULT>(0x800A0183);  // 387
+
+TEST_F(RButton, NewControlIsNumberedLikeItsNameAndSavesNothingElse) {
+    EXPECT_EQ(Call(button_.get(), L"Caption").ToText(), u"Buttone");
+    EXPECT_EQ(SaveToBag(container_->Control())->Print(), u"");
+    // Without a name there is nothing to number it by.
+    const auto bare = ServerUnderTest::Get().Create(CLSID_RButton);
+    ASSERT_EQ(bare.As<IPersistStreamInit>()->InitNew(), S_OK);
+    EXPECT_EQ(Call(bare.As<IDispatch>().get(), L"Caption").ToText(), u"Button");
+}
+
+TEST_F(RButton, SavesInItsOrderAndLoadsTheSame) {
+    struct {
+        const wchar_t* name;
+        Variant value;
+    } const values[] = {
+        {L"FocusRect", Variant(false)}, {L"Enabled", Variant(false)},   {L"BackColor", Variant(9)},
+        {L"ForeColor", Variant(8)},     {L"MaskColor", Variant(7)},     {L"DownBottomColor", Variant(6)},
+        {L"DownTopColor", Variant(5)},  {L"UpBottomColor", Variant(4)}, {L"UpTopColor", Variant(3)},
+        {L"BorderColor", Variant(2)},   {L"Caption", Variant(u"&Post")}};
+    for (const auto& v : values) Put(button_.get(), v.name, {v.value});
+    Put(button_.get(), L"Value", {Variant(true)});
+    const ComPtr<MemoryBag> bag = SaveToBag(container_->Control());
+    EXPECT_EQ(bag->Print(),
+              u"Caption=&Post\nValue=True\nBorderColor=2\nUpTopColor=3\nUpBottomColor=4\nDownTopColor=5\n"
+              u"DownBottomColor=6\nMaskColor=7\nForeColor=8\nBackColor=9\nEnabled=False\nFocusRect=False\n");
+    const size_t clicks = Clicks();
+    ASSERT_EQ(LoadFromBag(container_->Control(), bag.get()), S_OK);
+    EXPECT_EQ(Clicks(), clicks) << "a value that is loaded clicks nothing";
+    const auto other = ServerUnderTest::Get().Create(CLSID_RButton);
+    ASSERT_EQ(LoadFromStream(other.get(), SaveToStream(container_->Control())), S_OK);
+    for (const auto& v : values) {
+        EXPECT_EQ(Call(other.As<IDispatch>().get(), v.name).ToText(), v.value.ToText());
+    }
+    EXPECT_EQ(SaveToBag(other.get())->Print(), bag->Print());
+}
+
+TEST_F(RButton, SettersTellTheHost) {
+    const auto listener = MakeObject<PropertyListener>();
+    const Connection connection(container_->Control(), IID_IPropertyNotifySink, listener.get());
+    for (const wchar_t* name : {L"UpTopColor", L"UpBottomColor", L"DownTopColor", L"DownBottomColor", L"MaskColor"}) {
+        Put(button_.get(), name, {Variant(1)});
+    }
+    Put(button_.get(), L"Value", {Variant(false)});
+    EXPECT_EQ(listener->changed, (std::vector<DISPID>{1, 2, 3, 4, 5, DISPID_VALUE}));
+}
+
+TEST_F(RButton, ValueIsSetButNotReadAtRunTime) {
+    EXPECT_EQ(ErrorOf(L"Value", DISPATCH_PROPERTYGET), getRefused);
+    Put(button_.get(), L"Value", {Variant(true)});
+    EXPECT_EQ(Clicks(), 1U);
+    Put(button_.get(), L"Value", {Variant(true)});
+    EXPECT_EQ(Clicks(), 2U) << "a trigger, not a state";
+    Put(button_.get(), L"Value", {Variant(false)});
+    EXPECT_EQ(Clicks(), 2U);
+}
+
+class RButtonInDesigner : public RButton {
+  protected:
+    RButtonInDesigner() : RButton(false) {}
+};
+
+TEST_F(RButtonInDesigner, ValueIsReadButNotSetAndInputIgnored) {
+    const auto listener = MakeObject<PropertyListener>();
+    const Connection connection(container_->Control(), IID_IPropertyNotifySink, listener.get());
+    EXPECT_EQ(ErrorOf(L"Value", DISPATCH_PROPERTYPUT, {True()}), setRefused);
+    EXPECT_EQ(Call(button_.get(), L"Value").ToBool(), false) << "refused before anything was stored";
+    EXPECT_TRUE(listener->changed.empty());
+    Activate();
+    ClickOn(window_);
+    Settle();
+    EXPECT_EQ(Clicks(), 0U);
+    EXPECT_EQ(GetCapture(), nullptr);
+    Call(button_.get(), L"SetFocus");
+    EXPECT_NE(GetFocus(), window_);
+}
+
+TEST_F(RButton, MouseClicks) {
+    Activate();
+    ClickOn(window_);
+    EXPECT_TRUE(WaitFor([&] { return Clicks() == 1; }));
+    Settle();
+    EXPECT_EQ(Clicks(), 1U);
+    EXPECT_EQ(GetFocus(), window_);
+}
+
+TEST_F(RButton, ReleasedOutsideIsNoClickUnlessItCameBack) {
+    Activate();
+    for (const bool back : {false, true}) {
+        SCOPED_TRACE(back);
+        MoveMouseTo(At(50, 12));
+        LeftButton(true);
+        EXPECT_TRUE(WaitFor([&] { return GetCapture() == window_; }));
+        MoveMouseTo(At(160, 60));
+        Settle();
+        if (back) {
+            MoveMouseTo(At(50, 12));
+            Settle();
+        }
+        LeftButton(false);
+        Settle();
+        EXPECT_EQ(Clicks(), back ? 1U : 0U);
+        MoveMouseTo(At(160, 60));
+        EXPECT_TRUE(WaitFor([&] { return GetCapture() == nullptr; }));
+    }
+}
+
+// The mouse is captured while it is over the button, and nothing may leave it so.
+TEST_F(RButton, MouseOverItIsCapturedUntilItLeavesOrTheButtonGoes) {
+    struct {
+        const char* name;
+        void (*end)(RButton&);
+    } const cases[] = {
+        {"the mouse leaves", [](RButton& t) { MoveMouseTo(t.At(160, 60)); }},
+        {"disabled", [](RButton& t) { Put(t.button_.get(), L"Enabled", {Variant(false)}); }},
+        {"hidden", [](RButton& t) { Query<IOleInPlaceObject>(t.container_->Control())->InPlaceDeactivate(); }},
+        {"window destroyed", [](RButton& t) { DestroyWindow(t.window_); }},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        Put(button_.get(), L"Enabled", {Variant(true)});
+        Activate();
+        MoveMouseTo(At(50, 12));
+        ASSERT_TRUE(WaitFor([&] { return GetCapture() == window_; }));
+        c.end(*this);
+        EXPECT_TRUE(WaitFor([&] { return GetCapture() == nullptr; }));
+        EXPECT_EQ(Clicks(), 0U);
+    }
+}
+
+TEST_F(RButton, SpaceClicksWhenItComesUpAndEnterAtOnce) {
+    Activate();
+    Focus();
+    KeyDown(VK_SPACE);
+    Settle();
+    EXPECT_EQ(Clicks(), 0U);
+    KeyUp(VK_SPACE);
+    EXPECT_TRUE(WaitFor([&] { return Clicks() == 1; }));
+    KeyDown(VK_RETURN);
+    EXPECT_TRUE(WaitFor([&] { return Clicks() == 2; }));
+    KeyUp(VK_RETURN);
+    Settle();
+    EXPECT_EQ(Clicks(), 2U);
+}
+
+// A host passes keys by its active control first, and Enter must not go to the form's default button instead.
+TEST_F(RButton, TakesItsKeysBeforeTheHost) {
+    Activate();
+    Focus();
+    const auto active = Query<IOleInPlaceActiveObject>(container_->Control());
+    struct {
+        UINT message;
+        WPARAM key;
+        HRESULT expected;
+    } const cases[] = {{WM_KEYDOWN, VK_RETURN, S_OK}, {WM_CHAR, VK_RETURN, S_OK},  {WM_KEYDOWN, VK_SPACE, S_OK},
+                       {WM_CHAR, VK_SPACE, S_OK},     {WM_KEYUP, VK_SPACE, S_OK},  {WM_KEYDOWN, VK_TAB, S_FALSE},
+                       {WM_CHAR, 'a', S_FALSE},       {WM_KEYDOWN, VK_UP, S_FALSE}};
+    for (const auto& c : cases) {
+        MSG message{window_, c.message, c.key, 0, 0, {}};
+        EXPECT_EQ(active->TranslateAccelerator(&message), c.expected) << c.message << " " << c.key;
+    }
+    EXPECT_EQ(Clicks(), 2U) << "Enter, and Space when it came up";
+}
+
+TEST_F(RButton, AccessKeyClicks) {
+    Put(button_.get(), L"Caption", {Variant(u"&Post")});
+    Activate();
+    EXPECT_EQ(Mnemonic('P'), S_OK);
+    EXPECT_EQ(Clicks(), 1U);
+    EXPECT_EQ(GetFocus(), window_);
+    Put(button_.get(), L"Enabled", {Variant(false)});
+    Mnemonic('P');
+    EXPECT_EQ(Clicks(), 1U) << "a disabled button has no access key";
+}
+
+TEST_F(RButton, FocusIsGivenAndWhatWasBegunCalledOffByTheProgram) {
+    Activate();
+    SetFocus(container_->Window());
+    Call(button_.get(), L"SetFocus");
+    EXPECT_EQ(GetFocus(), window_);
+    for (const wchar_t* method : {L"SetFocus", L"RemoveFocus"}) {
+        KeyDown(VK_SPACE);
+        Settle();
+        Call(button_.get(), method);
+        KeyUp(VK_SPACE);
+        Settle();
+        PressDirectly();
+        Call(button_.get(), method);
+        ReleaseDirectly();
+        EXPECT_EQ(Clicks(), 0U) << method;
+    }
+    EXPECT_EQ(GetFocus(), window_) << "RemoveFocus leaves the keyboard where it is";
+    Put(button_.get(), L"Enabled", {Variant(false)});
+    SetFocus(container_->Window());
+    Call(button_.get(), L"SetFocus");
+    EXPECT_EQ(GetFocus(), container_->Window());
+}
+
+// A form whose active control the test names.
+struct FormOfNames {
+    FormOfNames() {
+        const auto controls = MakeObject<LateBoundObject>();
+        controls->members[L"Item"] = Variant(static_cast<IDispatch*>(item.get()));
+        const auto form = MakeObject<LateBoundObject>();
+        form->members[L"ActiveControl"] = Variant(static_cast<IDispatch*>(active.get()));
+        form->members[L"Controls"] = Variant(static_cast<IDispatch*>(controls.get()));
+        extended->members[L"Parent"] = Variant(static_cast<IDispatch*>(form.get()));
+    }
+
+    ComPtr<LateBoundObject> active = MakeObject<LateBoundObject>();
+    ComPtr<LateBoundObject> item = MakeObject<LateBoundObject>();
+    ComPtr<LateBoundObject> extended = MakeObject<LateBoundObject>();
+};
+
+struct RButtonForm : FormOfNames, RButton {
+    RButtonForm() : RButton(true, extended) {}
+
+    // How many pixels the focus rectangle changes.
+    int FocusPixels() {
+        Put(button_.get(), L"FocusRect", {Variant(false)});
+        const auto without = Picture();
+        Put(button_.get(), L"FocusRect", {Variant(true)});
+        const auto with = Picture();
+        int different = 0;
+        for (size_t i = 0; i < with.size(); ++i) different += with[i] != without[i] ? 1 : 0;
+        return different;
+    }
+    std::vector<COLORREF> Picture() {
+        UpdateWindow(window_);
+        std::vector<COLORREF> pixels;
+        const HDC dc = GetDC(window_);
+        for (int y = 0; y < 24; ++y) {
+            for (int x = 0; x < 100; ++x) pixels.push_back(GetPixel(dc, x, y));
+        }
+        ReleaseDC(window_, dc);
+        return pixels;
+    }
+};
+
+TEST_F(RButtonForm, FocusRectangleGoesByTheNameOfTheActiveControl) {
+    Activate();
+    Focus();
+    struct {
+        const char16_t* name;
+        std::optional<Variant> index;
+        bool shown;
+    } const cases[] = {{u"txtOther", std::nullopt, false},
+                       {u"cmdSave", std::nullopt, true},
+                       {u"CMDSAVE", std::nullopt, true},
+                       {u"cmdSave", Variant(1), true},
+                       {u"cmdSave", Variant(2), false}};
+    extended->members[L"Index"] = Variant(1);
+    for (const auto& c : cases) {
+        active->members.clear();
+        active->members[L"Name"] = Variant(c.name);
+        if (c.index) active->members[L"Index"] = *c.index;
+        EXPECT_EQ(FocusPixels() > 0, c.shown) << Variant(c.name).ToText().value_or(u"").size();
+    }
+}
+
+TEST_F(RButtonForm, FocusRectangleGoesWithTheFocusWhereNoFormTells) {
+    extended->members.erase(L"Parent");
+    Activate();
+    EXPECT_EQ(FocusPixels(), 0);
+    Focus();
+    EXPECT_GT(FocusPixels(), 0);
+    SetFocus(container_->Window());
+    EXPECT_EQ(FocusPixels(), 0);
+}
+
+// The form's own object around the control may have a RemoveFocus that does something else; without one the control
+// does it itself.
+TEST_F(RButtonForm, AmbientChangesRemoveTheFocusThroughTheForm) {
+    Activate();
+    Focus();
+    for (const bool ofTheForm : {false, true}) {
+        SCOPED_TRACE(ofTheForm);
+        if (ofTheForm) item->members[L"RemoveFocus"] = Variant(true);
+        SendMessageW(window_, WM_CHAR, VK_SPACE, 0);
+        container_->SetAmbient(DISPID_AMBIENT_BACKCOLOR, Variant(0xFFFFFF));
+        const size_t before = Clicks();
+        SendMessageW(window_, WM_KEYUP, VK_SPACE, 0);
+        EXPECT_EQ(Clicks() - before, ofTheForm ? 1U : 0U);
+    }
+}
+
+TEST_F(RButton, WindowIsRoundedWithinWhatTheContainerShows) {
+    Activate();
+    const auto inside = [&](int x, int y) {
+        const HRGN region = CreateRectRgn(0, 0, 0, 0);
+        const bool has = GetWindowRgn(window_, region) != ERROR;
+        const bool in = PtInRegion(region, x, y) != FALSE;
+        DeleteObject(region);
+        return has && in;
+    };
+    EXPECT_FALSE(inside(0, 0));
+    EXPECT_TRUE(inside(5, 0));
+    EXPECT_TRUE(inside(98, 12));
+    container_->MoveTo({20, 20, 160, 60});
+    EXPECT_FALSE(inside(0, 39));
+    EXPECT_TRUE(inside(138, 20)) << "the shape follows the size";
+    const RECT whole{20, 20, 160, 60};
+    const RECT clip{20, 20, 100, 60};
+    const auto object = Query<IOleInPlaceObject>(container_->Control());
+    EXPECT_EQ(object->SetObjectRects(&whole, &clip), S_OK);
+    EXPECT_FALSE(inside(0, 0));
+    EXPECT_TRUE(inside(79, 20));
+    EXPECT_FALSE(inside(80, 20));
+    EXPECT_EQ(object->SetObjectRects(&whole, &whole), S_OK);
+    EXPECT_TRUE(inside(80, 20));
+    EXPECT_FALSE(inside(139, 39));
+}
+
+// A handler may end the control's life.
+TEST_F(RButton, SurvivesBeingClosedInItsClick) {
+    Activate();
+    recorder_->onEvent = [&](DISPID, DISPPARAMS&) {
+        connection_.reset();
+        button_.reset();
+        container_->Close();
+    };
+    ClickOn(window_);
+    EXPECT_TRUE(WaitFor([&] { return recorder_->events.size() == 1; }));
+    Settle();
+    EXPECT_FALSE(IsWindow(window_) && IsWindowVisible(window_));
+}
+
+}  // namespace
+}  // namespace qvx::test

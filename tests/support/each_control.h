@@ -1,0 +1,37 @@
+// The controls, for tests that hold for each of them.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Qvx.h"
+
+namespace qvx::test {
+
+struct NamedControl {
+    const char* name;
+    const CLSID* id;
+};
+
+inline constexpr NamedControl namedControls[] = {
+    {"Button", &CLSID_Button},
+    {"RButton", &CLSID_RButton},
+    {"ComboGrid", &CLSID_ComboGrid},
+};
+
+inline std::vector<const CLSID*> EachControlId() {
+    std::vector<const CLSID*> ids;
+    for (const NamedControl& control : namedControls) ids.push_back(control.id);
+    return ids;
+}
+
+// For the names of parameterised tests.
+inline std::string ControlName(const ::testing::TestParamInfo<const CLSID*>& parameter) {
+    for (const NamedControl& control : namedControls) {
+        if (control.id == parameter.param) return control.name;
+    }
+    return "Unknown";
+}
+
+}  // namespace qvx::test

@@ -1,0 +1,107 @@
+// How a rounded two-state button answers sequences of events.
+#include "controls/buttons/rbutton_logic.h"
+
+#include <gtest/gtest.h>
+
+#include "common/keys.h"
+#include "tests/unit/buttons/sequences.h"
+
+namespace qvx::buttons {
+namespace {
+
+// A drag over the form's active control.
+Step Drag(Point p, const char* expected) {
+    return {[=](PushLogic& b) { return b.MouseMove({p, face, true, true, false, true}); }, expected};
+}
+Step MoveWithSpaceHeld(Point p, const char* expected) {
+    return {[=](PushLogic& b) { return b.MouseMove({p, face, false, false, true}); }, expected};
+}
+Step MoveWithRightButton(Point p, const char* expected) {
+    return {[=](PushLogic& b) { return b.MouseMove({p, face, false, true}); }, expected};
+}
+Step Typed(char16_t character, const char* expected) {
+    return {[=](PushLogic& b) { return b.KeyPress(character); }, expected};
+}
+Step SpaceUp(const char* expected) { return Up(keys::space, 0, false, expected); }
+Step SetOrRemoveFocus(const char* expected) {
+    return {[](PushLogic& b) { return static_cast<RButtonLogic&>(b).LetGo(); }, expected};
+}
+Step Disabled(const char* expected) {
+    return {[](PushLogic& b) { return b.Cancel(); }, expected};
+}
+Step MouseTaken(const char* expected) {
+    return {[](PushLogic& b) { return b.CaptureLost(); }, expected};
+}
+Step RightPress(const char* expected) {
+    return {[](PushLogic& b) { return b.OtherButtonDown(); }, expected};
+}
+
+TEST(RButtonLogic, Sequences) {
+    ExpectSequences<RButtonLogic>({
+        {"hover and leave", {Move(in, false, "capture 1"), Move(out, false, "release 0")}},
+        {"the edge is inside",
+         {Move({0, 0}, false, "capture 1"), Move({100, 24}, false, "capture 1"), Move({100, 25}, false, "release 0"),
+          Move({-1, 3}, false, "release 0")}},
+        {"click", {Press("capture 2"), Release(in, "release 0 click"), Release(in, "")}},
+        {"held and moved within", {Press("capture 2"), Move(in, true, "capture 2"), Release(in, "release 0 click")}},
+        {"left while held, released outside: no click", {Press("capture 2"), Drag(out, "0"), Release(out, "release")}},
+        {"left while held and back, on the active control",
+         {Press("capture 2"), Drag(out, "0"), Drag(in, "capture 2"), Release(in, "release 0 click")}},
+        {"left while held and back, on another control's form",
+         {Press("capture 2"), Move(out, true, "0"), Move(in, true, "capture 1"), Release(in, "")}},
+        {"released outside in one go", {Press("capture 2"), Release(out, "release 0")}},
+        {"a release that nobody told", {Press("capture 2"), Move(in, false, "capture 1"), Release(in, "")}},
+        {"another button neither presses nor clicks",
+         {RightPress("capture"), MoveWithRightButton(in, "capture 1"), Release(in, ""), Move(out, false, "release 0")}},
+        {"another button, released outside",
+         {RightPress("capture"), MoveWithRightButton(out, "release 0"), Release(out, "release")}},
+        {"the mouse was taken away while pressed",
+         {Press("capture 2"), MouseTaken("0"), Release(in, ""), Press("capture 2"), Release(in, "release 0 click")}},
+        {"space clicks when it comes up", {Typed(u' ', "2"), SpaceUp("0 click"), SpaceUp("0")}},
+        {"space repeats", {Typed(u' ', "2"), Typed(u' ', "2"), SpaceUp("0 click")}},
+        {"the mouse does nothing while space is held",
+         {Typed(u' ', "2"), MoveWithSpaceHeld(out, ""), MoveWithSpaceHeld(in, ""), SpaceUp("0 click")}},
+        {"space that came up where nobody told", {Typed(u' ', "2"), Move(in, false, "capture 1"), SpaceUp("0")}},
+        {"space with the mouse held: the mouse decides",
+         {Press("capture 2"), Typed(u' ', "2"), SpaceUp(""), Release(in, "release 0 click"), SpaceUp("0")}},
+        {"the mouse while space is held clicks once",
+         {Typed(u' ', "2"), Press("capture 2"), Release(in, "release 0 click"), SpaceUp("0")}},
+        {"space that went down elsewhere", {SpaceUp("0")}},
+        {"another key that comes up while space is held",
+         {Typed(u' ', "2"), Up(keys::tab, 0, false, "0"), SpaceUp("0 click")}},
+        {"another key that comes up while the mouse is held",
+         {Press("capture 2"), Up(keys::tab, 0, false, ""), Release(in, "release 0 click")}},
+        {"focus lost while space is held", {Focus("focus"), Typed(u' ', "2"), Blur("0"), SpaceUp("0")}},
+        {"focus set or removed by the program while space is held",
+         {Typed(u' ', "2"), SetOrRemoveFocus("0"), SpaceUp("0")}},
+        {"focus removed by the program while the mouse is held",
+         {Press("capture 2"), SetOrRemoveFocus("0"), Release(in, "")}},
+        {"disabled while pressed", {Press("capture 2"), Disabled("release 0"), Release(in, "")}},
+        {"disabled under the mouse", {Move(in, false, "capture 1"), Disabled("release 0")}},
+        {"enter clicks at once and looks no different",
+         {Down(keys::enter, 0, ""), Typed(u'\r', "click"), Up(keys::enter, 0, false, "0")}},
+        {"other characters", {Typed(u'a', ""), Typed(u'\x1B', "")}},
+        {"arrows move the focus",
+         {Down(keys::left, 0, "shift-tab"), Down(keys::right, 0, "tab"), Down(keys::left, keys::shiftMask, ""),
+          Down(keys::right, keys::controlMask, ""), Down(keys::up, 0, "")}},
+        {"access key", {AccessKeyPressed('S', "0 click"), AccessKeyPressed(keys::enter, "0 click")}},
+    });
+}
+
+TEST(RButtonLogic, KeysThatEndAtTheButton) {
+    struct {
+        int key;
+        int shift;
+        bool wanted;
+    } const cases[] = {{keys::space, 0, true}, {keys::space, keys::shiftMask, true},    {keys::enter, 0, true},
+                       {keys::left, 0, true},  {keys::left, keys::shiftMask, false},    {keys::right, 0, true},
+                       {keys::up, 0, false},   {keys::right, keys::controlMask, false}, {keys::escape, 0, false},
+                       {keys::tab, 0, false}};
+    const RButtonLogic logic;
+    for (const auto& c : cases) {
+        EXPECT_EQ(logic.Wants(c.key, c.shift), c.wanted) << c.key << " with " << c.shift;
+    }
+}
+
+}  // namespace
+}  // namespace qvx::buttons
