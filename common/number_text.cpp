@@ -253,7 +253,7 @@ Text IntegerToText(std::int64_t value) {
 
 Text FormatFixed(double value, int decimals) {
     if (!std::isfinite(value)) return Widen(NotFiniteText(value));
-    decimals = std::clamp(decimals, 0, 300);
+    decimals = std::clamp(decimals, 0, 32767);
     Decimal decimal = ToDecimal(value);
     RoundHalfAway(decimal, decimals);
     if (decimal.digits.empty()) decimal = {};

@@ -19,7 +19,7 @@ TextView DoubleToText(double value, NumberBuffer& buffer);
 
 Text IntegerToText(std::int64_t value);
 
-// Exactly `decimals` (0 to 300) digits behind the point, none without one, at least one digit before it; the 15-digit
+// Exactly `decimals` (0 to 32767) digits behind the point, none without one, at least one digit before it; the 15-digit
 // decimal form is rounded half away from zero (12.345 with 2 decimals gives "12.35"). A result that is zero has no
 // sign.
 Text FormatFixed(double value, int decimals);

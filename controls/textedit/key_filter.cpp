@@ -1,0 +1,93 @@
+#include "controls/textedit/key_filter.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "common/keys.h"
+#include "common/numeric_reading.h"
+
+namespace qvx::textedit {
+namespace {
+
+constexpr int firstPrintable = 27;
+
+bool IsDigit(int character) { return character >= u'0' && character <= u'9'; }
+
+// Whether CheckInsertion decides on a character.
+bool IsInsertion(const KeyRules& rules, int character) {
+    if (character < firstPrintable) return false;
+    if (rules.dataType == data_type::digits) return IsDigit(character);
+    // The comma groups digits in the numeric test and would pass it.
+    return rules.dataType == data_type::numerics && character != u',';
+}
+
+bool OutOfBounds(const KeyRules& rules, TextView candidate) {
+    const double value = NumericValue(candidate);
+    return rules.boundaries && (value > rules.maxValue || value < rules.minValue);
+}
+
+KeyAnswer Pass(const TextEntry& entry, int key) { return {key, false, entry.tag}; }
+KeyAnswer Refuse(Text tag, bool beep = true) { return {0, beep, std::move(tag)}; }
+
+// The text without the character at the caret; nothing where there is none. The selection plays no part.
+std::optional<Text> WithoutOne(const TextEntry& entry, int key) {
+    const std::size_t caret = std::min(entry.selStart, entry.text.size());
+    if (key == keys::backspace) {
+        if (caret == 0) return std::nullopt;
+        return entry.text.substr(0, caret - 1) + entry.text.substr(caret);
+    }
+    if (caret == entry.text.size()) return std::nullopt;
+    return entry.text.substr(0, caret) + entry.text.substr(caret + 1);
+}
+
+KeyAnswer CheckDeletion(const KeyRules& rules, const TextEntry& entry, int key) {
+    if (entry.locked) return Pass(entry, key);
+    // With nothing to delete, the candidate of the key before is judged once more: hosts have always seen it so.
+    Text candidate = WithoutOne(entry, key).value_or(entry.tag);
+    if (IsNumeric(candidate) && OutOfBounds(rules, candidate)) return Refuse(std::move(candidate));
+    return {key, false, std::move(candidate)};
+}
+
+KeyAnswer CheckInsertion(const KeyRules& rules, const TextEntry& entry, int character) {
+    if (entry.locked) return Pass(entry, character);
+    Text candidate = entry.text;
+    candidate.insert(std::min(entry.selStart, candidate.size()), 1, static_cast<char16_t>(character));
+    // A minus alone is the start of a number, and counts as 0.
+    const bool numeric = IsNumeric(candidate) || candidate == u"-";
+    if (!numeric || OutOfBounds(rules, candidate)) return Refuse(std::move(candidate));
+    return {character, false, std::move(candidate)};
+}
+
+}  // namespace
+
+KeyAnswer FilterKeyDown(const KeyRules& rules, const TextEntry& entry, int key) {
+    const bool deletes = key == keys::backspace || key == keys::deleteKey;
+    return deletes && rules.dataType == data_type::numerics ? CheckDeletion(rules, entry, key) : Pass(entry, key);
+}
+
+TextEntry PrepareForCharacter(const KeyRules& rules, TextEntry entry, int character) {
+    if (!IsInsertion(rules, character) || entry.locked) return entry;
+    const std::size_t start = std::min(entry.selStart, entry.text.size());
+    entry.text.erase(start, entry.selLength);
+    entry.selStart = start;
+    entry.selLength = 0;
+    if (character == u'.' && IsEmptyEntry(entry.text)) {
+        entry.text = u"0.";
+        entry.selStart = entry.text.size();
+    }
+    return entry;
+}
+
+KeyAnswer FilterCharacter(const KeyRules& rules, const TextEntry& entry, int character) {
+    if (IsInsertion(rules, character)) return CheckInsertion(rules, entry, character);
+    if (character >= firstPrintable) {
+        if (rules.dataType == data_type::digits) return Refuse(entry.tag);
+        if (rules.dataType == data_type::numerics) return Refuse(entry.tag, false);
+    }
+    return character == keys::backspace ? FilterKeyDown(rules, entry, character) : Pass(entry, character);
+}
+
+bool IsEmptyEntry(TextView text) { return text.find_first_not_of(u' ') == TextView::npos; }
+
+}  // namespace qvx::textedit

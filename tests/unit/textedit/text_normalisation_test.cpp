@@ -1,0 +1,84 @@
+#include "controls/textedit/text_normalisation.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "common/run_time_error.h"
+
+namespace qvx::textedit {
+namespace {
+
+using Normalise = Text (*)(TextView, std::int32_t, std::int16_t);
+
+// Nothing where the run-time error 5 comes.
+std::optional<Text> Try(Normalise normalise, TextView text, std::int32_t type, std::int16_t places) {
+    try {
+        return normalise(text, type, places);
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.Number(), errors::invalidProcedureCall);
+        return std::nullopt;
+    }
+}
+
+TEST(TextNormalisation, Texts) {
+    using namespace data_type;
+    struct {
+        std::int32_t type;
+        std::int16_t places;
+        TextView text;
+        TextView expected;
+    } const cases[] = {
+        {none, 2, u"  as it is ", u"  as it is "},
+        {none, -1, u"x", u"x"},
+        {digits, 2, u"TextEdit1", u"0"},
+        {digits, 2, u"0012", u"12"},
+        {digits, 2, u"7.25", u"7.25"},
+        {digits, 2, u"", u"0"},
+        {digits, 2, u"1 250 kg", u"1250"},
+        {numerics, 2, u"TextEdit1", u"0.00"},
+        {numerics, 2, u"", u"0.00"},
+        {numerics, 2, u"1,234.5", u"1.00"},
+        {numerics, 2, u"12.346", u"12.35"},
+        {numerics, 2, u"12.3456", u"12.35"},
+        {numerics, 2, u"-3", u"-3.00"},
+        {numerics, 2, u"-.005", u"-0.01"},
+        {numerics, 2, u"1e5", u"100000.00"},
+        {numerics, 0, u"2.5", u"3"},
+        {numerics, 0, u"-2.5", u"-3"},
+        {numerics, 1, u"1e999", u"1.0"},
+        {7, 2, u"12.3456", u"12.3456"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(NormalisedText(c.text, c.type, c.places), c.expected);
+        if (c.places >= 0) {
+            EXPECT_EQ(NormalisedInPlace(c.text, c.type, c.places), c.expected);
+        }
+    }
+}
+
+TEST(TextNormalisation, NegativePlacesFailWhereThePatternIsBuilt) {
+    struct {
+        std::int32_t type;
+        bool setFails;
+        bool inPlaceFails;
+    } const cases[] = {{data_type::none, false, false},
+                       {data_type::digits, false, true},
+                       {data_type::numerics, true, true},
+                       {7, false, true}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(!Try(&NormalisedText, u"5", c.type, -1), c.setFails) << c.type;
+        EXPECT_EQ(!Try(&NormalisedInPlace, u"5", c.type, -1), c.inPlaceFails) << c.type;
+    }
+}
+
+TEST(TextNormalisation, ExtremeLengths) {
+    const Text most = NormalisedText(u"1.5", data_type::numerics, 32767);
+    EXPECT_EQ(most.size(), 2u + 32767u);
+    EXPECT_EQ(most.substr(0, 4), u"1.50");
+    EXPECT_EQ(NormalisedText(Text(1'000'000, u'0') + u"7", data_type::digits, 0), u"7");
+}
+
+}  // namespace
+}  // namespace qvx::textedit
