@@ -12,6 +12,7 @@ constexpr OleColor Rgb(unsigned red, unsigned green, unsigned blue) { return red
 
 namespace colors {
 constexpr OleColor windowBackground = 0x80000005;
+constexpr OleColor windowFrame = 0x80000006;
 constexpr OleColor windowText = 0x80000008;
 constexpr OleColor highlight = 0x8000000D;
 constexpr OleColor highlightText = 0x8000000E;

@@ -26,6 +26,7 @@ constexpr int overflow = 6;
 constexpr int outOfMemory = 7;
 constexpr int subscriptOutOfRange = 9;
 constexpr int typeMismatch = 13;
+constexpr int objectUnloaded = 364;
 constexpr int invalidPropertyValue = 380;
 constexpr int invalidPropertyArrayIndex = 381;
 constexpr int setNotSupportedAtRunTime = 382;

@@ -108,6 +108,33 @@ void ControlBase::SetPixelSize(Size pixels) {
     if (HimetricToPixels(extent_, dpi) != pixels) extent_ = PixelsToHimetric(pixels, dpi);
 }
 
+void ControlBase::RequestPixelSize(Size pixels) {
+    if (pixels == pixels_ || resizing_) return;
+    const auto keep = KeepAlive();
+    resizing_ = true;
+    if (const auto site = inPlaceSite_; site && inPlaceActive_) {
+        RECT position{};
+        GetWindowRect(WindowHandle(), &position);
+        MapWindowPoints(nullptr, GetParent(WindowHandle()), reinterpret_cast<POINT*>(&position), 2);
+        position.right = position.left + pixels.width;
+        position.bottom = position.top + pixels.height;
+        site->OnPosRectChange(&position);
+    }
+    if (pixels != pixels_) {
+        // A container that set the width gets back what it set, not what pixels made of it.
+        const SIZEL extent = PixelsToHimetric(pixels, WindowDpi(WindowHandle()));
+        if (pixels.width != pixels_.width) extent_.cx = extent.cx;
+        if (pixels.height != pixels_.height) extent_.cy = extent.cy;
+        pixels_ = pixels;
+        if (const HWND window = WindowHandle()) {
+            SetWindowPos(window, nullptr, 0, 0, pixels.width, pixels.height,
+                         SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOMOVE);
+        }
+        ViewChanged();
+    }
+    resizing_ = false;
+}
+
 LRESULT ControlBase::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     // A handler of the host's may release the control in the middle of a message.
     const auto keep = KeepAlive();

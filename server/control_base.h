@@ -205,6 +205,10 @@ class ControlBase : public IOleObject,
     bool HasListeners() const { return frozen_ == 0 && connections_.HasListeners(); }
     // To be called when AccessKeys would answer otherwise than before.
     void AccessKeysChanged();
+    // Asks for another size, in pixels, for a control that knows better than its host how large it has to be. An active
+    // control's host is asked to move it; should the host do nothing, and for an inactive control, the size is just
+    // taken. From OnResize, which comes again with the new size.
+    void RequestPixelSize(Size pixels);
     bool InPlaceActive() const { return inPlaceActive_; }
     // Whether the keyboard focus is in the control's window or inside it.
     bool HasFocus() const { return focused_; }
@@ -331,6 +335,7 @@ class ControlBase : public IOleObject,
     bool focused_ = false;
     bool dirty_ = false;
     // Set up without a host; done again once there is one, because defaults come from it.
+    bool resizing_ = false;  // the control itself asked for it
     bool initPending_ = false;
     bool terminated_ = false;
 };

@@ -162,6 +162,7 @@ STDMETHODIMP ControlBase::SetExtent(DWORD aspect, SIZEL* size) {
                 OnResize(pixels_);
                 CutWindow(pixels_);
             }
+            OnResize(pixels_);
         }
         ViewChanged();
         return S_OK;

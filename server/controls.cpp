@@ -4,6 +4,7 @@
 #include "controls/buttons/button_control.h"
 #include "controls/buttons/rbutton_control.h"
 #include "controls/grid/combogrid_control.h"
+#include "controls/textedit/textedit_control.h"
 #include "server/control_class.h"
 
 namespace qvx {
@@ -13,6 +14,7 @@ std::span<const ControlClass> AllControls() {
         buttons::ButtonControl::classInfo,
         buttons::RButtonControl::classInfo,
         grid::ComboGridControl::classInfo,
+        textedit::TextEditControl::classInfo,
     };
     return controls;
 }

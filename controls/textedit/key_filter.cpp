@@ -88,6 +88,16 @@ KeyAnswer FilterCharacter(const KeyRules& rules, const TextEntry& entry, int cha
     return character == keys::backspace ? FilterKeyDown(rules, entry, character) : Pass(entry, character);
 }
 
+bool KeepsKey(int key, int shift, bool useEnterKey) {
+    if (shift & keys::altMask) return false;
+    if (key == keys::enter) return useEnterKey;
+    if (key == keys::tab || key == keys::escape || (key >= keys::f1 && key <= keys::f24)) return false;
+    if ((shift & keys::controlMask) == 0) return true;
+    const bool moves = key >= keys::end && key <= keys::down;
+    const bool edits = key == keys::insert || key == keys::deleteKey || key == keys::backspace;
+    return moves || edits || TextView(u"ACVXZ").find(static_cast<char16_t>(key)) != TextView::npos;
+}
+
 bool IsEmptyEntry(TextView text) { return text.find_first_not_of(u' ') == TextView::npos; }
 
 }  // namespace qvx::textedit

@@ -48,6 +48,10 @@ TextEntry PrepareForCharacter(const KeyRules& rules, TextEntry entry, int charac
 // A character is about to be inserted (or is one of the control characters, 1 to 26) into a box prepared for it.
 KeyAnswer FilterCharacter(const KeyRules& rules, const TextEntry& entry, int character);
 
+// Whether a key that goes down belongs to the box before its host may use it, for moving the focus and for shortcuts of
+// its own. `shift`: bits of common/keys.h.
+bool KeepsKey(int key, int shift, bool useEnterKey);
+
 // Whether a text counts as no entry at all: nothing, or only blanks.
 bool IsEmptyEntry(TextView text);
 

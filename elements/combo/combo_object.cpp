@@ -14,8 +14,6 @@
 namespace qvx {
 namespace {
 
-constexpr int objectUnloaded = 364;
-
 // Lists of hosts count in 16 bits; the rest of a longer list is out of their reach.
 short ToShort(int value) {
     return static_cast<short>(value > std::numeric_limits<short>::max() ? std::numeric_limits<short>::max() : value);
@@ -169,7 +167,7 @@ class ComboObject final : public ComObject<Dispatch<IEditorCombo>, ErrorInfoSupp
     ~ComboObject() override = default;
 
     ComboWindow& Combo() const {
-        if (!combo_ || !combo_->Window()) throw RunTimeError(objectUnloaded, u"Object was unloaded");
+        if (!combo_ || !combo_->Window()) throw RunTimeError(errors::objectUnloaded, u"Object was unloaded");
         return *combo_;
     }
     void OnFontChanged() {

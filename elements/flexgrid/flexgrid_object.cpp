@@ -30,7 +30,6 @@ constexpr DISPID scroll = 5;
 constexpr DISPID compare = 6;
 }  // namespace events
 
-constexpr int objectUnloaded = 364;
 constexpr short gridVersion = 100;
 
 // A very wide cell may reach from one end of the range to beyond the other.
@@ -324,7 +323,7 @@ class FlexGridObject final
 
     FlexGridWindow& Shown() const {
         if (!window_) {
-            throw RunTimeError(objectUnloaded, u"Object was unloaded");
+            throw RunTimeError(errors::objectUnloaded, u"Object was unloaded");
         }
         return *window_;
     }

@@ -161,6 +161,30 @@ TEST(KeyFilter, OtherKeysPass) {
     }
 }
 
+TEST(KeyFilter, KeysThatTheHostGetsFirst) {
+    struct {
+        int key;
+        int shift;
+        bool useEnterKey;
+        bool kept;
+    } const cases[] = {
+        {u'X', 0, false, true},
+        {u'X', keys::shiftMask, false, true},
+        {u'S', keys::controlMask, false, false},
+        {u'V', keys::controlMask, false, true},
+        {u'X', keys::controlMask | keys::altMask, false, false},
+        {keys::left, 0, false, true},
+        {keys::home, keys::controlMask, false, true},
+        {keys::deleteKey, keys::controlMask, false, true},
+        {keys::tab, 0, true, false},
+        {keys::escape, 0, true, false},
+        {keys::f4, 0, false, false},
+        {keys::enter, 0, false, false},
+        {keys::enter, 0, true, true},
+    };
+    for (const auto& c : cases) EXPECT_EQ(KeepsKey(c.key, c.shift, c.useEnterKey), c.kept) << c.key << " " << c.shift;
+}
+
 TEST(KeyFilter, EmptyEntries) {
     EXPECT_TRUE(IsEmptyEntry(u""));
     EXPECT_TRUE(IsEmptyEntry(u"   "));

@@ -1,0 +1,218 @@
+// The TextEdit control's life and what the user does in it. Its members are in textedit_members_control.cpp.
+#include "controls/textedit/textedit_control.h"
+
+#include <olectl.h>
+
+#include <utility>
+
+#include "com/variant.h"
+#include "common/keys.h"
+#include "common/send_key.h"
+#include "forms/msgbox/show_message.h"
+#include "win/accessible.h"
+
+namespace qvx::textedit {
+namespace {
+
+// To the control's own window: a text that must not be left has been left.
+constexpr UINT leftEmptyMessage = WM_APP + 1;
+
+// The event that has no number of the system's, as the type library has it.
+constexpr DISPID changeEvent = 1;
+
+// While a box takes the focus back. The one that loses it to that has been left for a moment only, and by no will of
+// the user's: were it checked too, two empty boxes would send the focus to and fro for ever.
+thread_local bool takingBack = false;
+
+}  // namespace
+
+// ---- Life ----------------------------------------------------------------------------------------------------------
+
+void TextEditControl::OnAfterRead() {
+    ambientFont_ = Host().Font();
+    DataTypeChanged();
+    if (rules_.dataType != data_type::none) NormaliseInPlace();
+}
+
+void TextEditControl::OnWindowCreated(HWND window) {
+    // A designer's box is a picture: a window would take the mouse from the designer.
+    if (!UserMode()) return;
+    box_.Create(window);
+    box_.SetAccessibleName(AccessibleName());
+}
+
+// A label says what users call the box; the name is a programmer's.
+Text TextEditControl::AccessibleName() {
+    const Text label = LabelBefore(WindowHandle());
+    return label.empty() ? Host().DisplayName() : label;
+}
+
+void TextEditControl::OnResize(Size size) {
+    // The text decides the height, the host the width.
+    RequestPixelSize({size.width, box_.NaturalHeight()});
+    box_.Resize(PixelSize());
+}
+
+void TextEditControl::TextBoxDressed() {
+    if (WindowHandle()) OnResize(PixelSize());
+    Invalidate();
+}
+
+void TextEditControl::OnAmbientChange(DISPID property) {
+    if (property == DISPID_AMBIENT_FONT) {
+        // A font of the control's own stays.
+        const FontSpec font = Host().Font();
+        if (std::exchange(ambientFont_, font) == box_.Font()) automation_.LoadFont(font);
+    }
+    Invalidate();
+}
+
+void TextEditControl::DrawControl(Surface& surface, const Rect& area) {
+    PaintTextBox(surface, box_.Look(), box_.ShownText(), area);
+}
+
+std::optional<LRESULT> TextEditControl::OnWindowMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_COMMAND:
+            if (lParam == 0 || reinterpret_cast<HWND>(lParam) != box_.Window()) return std::nullopt;
+            box_.OnCommand(HIWORD(wParam));
+            return 0;
+        case WM_CTLCOLOREDIT:
+        case WM_CTLCOLORSTATIC:
+            return box_.OnColors(wParam);
+        case WM_SYSCOLORCHANGE:
+            // The box's brush is made of the system's colours, too.
+            box_.SetBackColor(box_.BackColor());
+            return std::nullopt;
+        case leftEmptyMessage:
+            // A host may have come back, or closed the form, in the meantime.
+            if (HasFocus() || !InPlaceActive() || !box_.Window() || MayLeave()) return 0;
+            SayEmpty();
+            return 0;
+        default:
+            return std::nullopt;
+    }
+}
+
+// ---- Keys ----------------------------------------------------------------------------------------------------------
+
+TextEntry TextEditControl::Entry() const {
+    return {box_.GetText(), static_cast<std::size_t>(box_.SelStart()), static_cast<std::size_t>(box_.SelLength()),
+            box_.Locked(), box_.Tag()};
+}
+
+int TextEditControl::Take(const KeyAnswer& answer) {
+    box_.SetTag(answer.tag);
+    if (answer.beep) MessageBeep(MB_OK);
+    return answer.key;
+}
+
+void TextEditControl::TextBoxKeyDown(int& key, int shift) {
+    const auto keep = KeepAlive();
+    if (key == keys::enter && useEnterKey_) SendKey(keys::tab, 0);
+    auto keyCode = static_cast<short>(key);
+    auto state = static_cast<short>(shift);
+    Fire(DISPID_KEYDOWN, EventArguments().InOut(keyCode).InOut(state));
+    key = keyCode & 0xFFFF;
+    if (box_.Window()) key = Take(FilterKeyDown(rules_, Entry(), key));
+}
+
+void TextEditControl::TextBoxKeyPress(int& character) {
+    const auto keep = KeepAlive();
+    int left = std::exchange(character, 0);  // whatever fails below has refused it
+    // A handler of Change may write a text of its own after each step, so each asks anew.
+    const TextEntry before = Entry();
+    if (PrepareForCharacter(rules_, before, left).selLength < before.selLength) box_.SetSelText(u"");
+    const TextEntry cleared = Entry();
+    const TextEntry prepared = PrepareForCharacter(rules_, cleared, left);
+    if (prepared.text != cleared.text) {
+        box_.SelectAll();
+        box_.SetSelText(prepared.text);
+    }
+    left = Take(FilterCharacter(rules_, Entry(), left));
+    auto keyAscii = static_cast<short>(left);
+    Fire(DISPID_KEYPRESS, EventArguments().InOut(keyAscii));
+    character = keyAscii & 0xFFFF;
+    // The text box would only beep at it.
+    if (character == keys::enter) character = 0;
+}
+
+void TextEditControl::TextBoxKeyUp(int key, int shift) {
+    const auto keep = KeepAlive();
+    auto keyCode = static_cast<short>(key);
+    auto state = static_cast<short>(shift);
+    Fire(DISPID_KEYUP, EventArguments().InOut(keyCode).InOut(state));
+}
+
+bool TextEditControl::WantsKey(const MSG& message) {
+    if (message.message == WM_CHAR || message.message == WM_KEYUP) return true;
+    return message.message == WM_KEYDOWN && KeepsKey(static_cast<int>(message.wParam), ShiftState(), useEnterKey_);
+}
+
+// ---- Focus ---------------------------------------------------------------------------------------------------------
+
+void TextEditControl::TextBoxChange() { Fire(changeEvent); }
+
+HWND TextEditControl::FocusWindow() { return box_.Window() && box_.Enabled() ? box_.Window() : WindowHandle(); }
+
+void TextEditControl::TextBoxGotFocus() {
+    if (autoSelection_) box_.SelectAll();
+    FocusMovesTo(box_.Window());
+}
+
+void TextEditControl::TextBoxLostFocus(HWND to) {
+    const auto keep = KeepAlive();
+    // The message has to wait until the focus has arrived where it is going.
+    if (LeavesBy(to) && !MayLeave()) PostMessageW(WindowHandle(), leftEmptyMessage, 0, 0);
+    FocusMovesTo(to);
+}
+
+// A user who looks at another window, a message box among them, has not left the box.
+bool TextEditControl::LeavesBy(HWND to) const {
+    const HWND window = WindowHandle();
+    if (takingBack || !InPlaceActive() || !window || !to || to == window || IsChild(window, to)) return false;
+    return IsWindowVisible(window) && GetAncestor(to, GA_ROOT) == GetAncestor(window, GA_ROOT);
+}
+
+bool TextEditControl::MayLeave() {
+    if (!allowEmpty_ && IsEmptyEntry(box_.GetText())) return false;
+    if (rules_.dataType != data_type::none) NormaliseInPlace();
+    return true;
+}
+
+void TextEditControl::SayEmpty() {
+    const auto keep = KeepAlive();
+    {
+        const DialogScope dialog(*this);
+        namespace messages = msgbox::messages;
+        msgbox::ShowMessage(WindowHandle(), messages::emptyValuePrompt, messages::emptyValue,
+                            Text(messages::emptyValueTitle));
+    }
+    TakeFocusBack();
+}
+
+void TextEditControl::TakeFocusBack() {
+    if (!InPlaceActive() || !box_.Window()) return;
+    const bool before = std::exchange(takingBack, true);
+    TakeFocus();
+    if (!HasFocus()) SetFocus(FocusWindow());
+    takingBack = before;
+}
+
+STDMETHODIMP TextEditControl::TranslateAccelerator(LPMSG message) {
+    const bool leaves = message && message->message == WM_KEYDOWN && message->wParam == VK_TAB &&
+                        (ShiftState() & keys::controlMask) == 0 && box_.HasFocus();
+    if (leaves) {
+        const auto keep = KeepAlive();
+        bool refused = false;
+        const HRESULT result = Guard([&] {
+            refused = !MayLeave();
+            if (refused) SayEmpty();
+        });
+        if (refused) return S_OK;
+        if (FAILED(result)) return result;
+    }
+    return ControlBase::TranslateAccelerator(message);
+}
+
+}  // namespace qvx::textedit

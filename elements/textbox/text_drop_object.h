@@ -1,0 +1,33 @@
+// Texts dragged onto a text box from other programs.
+#pragma once
+
+#include <windows.h>
+
+#include <oleidl.h>
+
+#include "com/pointer.h"
+
+namespace qvx {
+
+class TextBoxWindow;
+
+// Lets texts be dropped on the box while it has a window, where the mouse is. Nothing when the thread's host has not
+// prepared the system's drag and drop, as console programs have not.
+class TextDropTarget {
+  public:
+    TextDropTarget();
+    ~TextDropTarget();
+    TextDropTarget(const TextDropTarget&) = delete;
+    TextDropTarget& operator=(const TextDropTarget&) = delete;
+
+    // The box must have a window and outlive the registration.
+    void Attach(TextBoxWindow& box);
+    void Detach();
+
+  private:
+    class Target;
+    ComPtr<Target> target_;
+    HWND window_ = nullptr;
+};
+
+}  // namespace qvx

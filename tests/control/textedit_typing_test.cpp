@@ -1,0 +1,299 @@
+// Real keys into a TextEdit control, and what becomes of them when the focus goes.
+#include <gtest/gtest.h>
+
+#include "common/keys.h"
+#include "tests/control/textedit_form.h"
+#include "tests/support/beep_count.h"
+#include "tests/support/message_box.h"
+#include "win/clipboard.h"
+#include "win/wide.h"
+
+namespace qvx::test {
+namespace {
+
+constexpr DISPID change = 1;
+
+// Another place in the same window for the focus to go.
+class Neighbour {
+  public:
+    explicit Neighbour(HWND parent)
+        : window_(CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 20, 70, 100, 20, parent, nullptr,
+                                  nullptr, nullptr)) {}
+    ~Neighbour() { DestroyWindow(window_); }
+    Neighbour(const Neighbour&) = delete;
+    Neighbour& operator=(const Neighbour&) = delete;
+    HWND Window() const { return window_; }
+
+  private:
+    HWND window_;
+};
+
+TEST(TextEditTyping, Sequences) {
+    enum Type { none, digits, numerics };
+    struct {
+        const char* name;
+        Type type;
+        bool bounded;
+        double least, most;
+        const char16_t* text;
+        const char* keys;  // "<" Backspace
+        TextView expected;
+        int beeps;
+    } const cases[] = {
+        {"digits", digits, false, 0, 0, u"", "a7-.8", u"78", 3},
+        {"a point into an empty box", numerics, false, 0, 0, u"", ".5", u"0.5", 1},
+        {"a comma", numerics, false, 0, 0, u"", "1,5", u"15", 0},
+        {"one exponent too many", numerics, false, 0, 0, u"", "1e5", u"15", 1},
+        {"up to the bound", numerics, true, 0, 100, u"", "1000", u"100", 1},
+        {"Backspace at the bound", numerics, true, 10, 50, u"50", "<", u"50", 2},
+        {"Backspace within it", numerics, true, 0, 100, u"100", "<", u"10", 0},
+        {"free text", none, true, 0, 1, u"", "a,9", u"a,9", 0},
+    };
+    TextEditForm form;
+    form.Set(L"AutoSelection", Variant(false));
+    form.Focus();
+    BeepCount beeps(ServerUnderTest::Get().Module());
+    ASSERT_TRUE(beeps.Listening());
+    const auto inner = form.Inner();
+    for (const auto& c : cases) {
+        form.Set(L"DataType", Variant(static_cast<int>(c.type)));
+        form.Set(L"Boundaries", Variant(c.bounded));
+        form.Set(L"MinValue", Variant(c.least));
+        form.Set(L"MaxValue", Variant(c.most));
+        Put(inner.get(), L"Text", {Variant(c.text)});
+        Put(inner.get(), L"SelStart", {Variant(100)});
+        beeps.Take();
+        if (*c.keys == '<')
+            form.Key(VK_BACK);
+        else
+            form.Type(c.keys);
+        EXPECT_EQ(form.Shown(), c.expected) << c.name;
+        EXPECT_EQ(beeps.Take(), c.beeps) << c.name;
+    }
+}
+
+TEST(TextEditTyping, ARefusedLetterTakesTheSelectionAndUndoBringsItBack) {
+    TextEditForm form;
+    form.Set(L"DataType", Variant(2));
+    form.Set(L"Text", Variant(u"12"));
+    form.Focus();
+    EXPECT_EQ(Call(form.Inner().get(), L"SelText").ToText(), u"12.00");
+    form.Type("x");
+    EXPECT_EQ(form.Shown(), u"");
+    form.Key('Z', {VK_CONTROL});
+    EXPECT_EQ(form.Shown(), u"12.00");
+    // A locked box keeps it.
+    form.Set(L"Locked", Variant(true));
+    Put(form.Inner().get(), L"SelStart", {Variant(0)});
+    Put(form.Inner().get(), L"SelLength", {Variant(3)});
+    form.Type("x1");
+    form.Key(VK_DELETE);
+    EXPECT_EQ(form.Shown(), u"12.00");
+    form.Key('A', {VK_CONTROL});
+    EXPECT_EQ(Call(form.Inner().get(), L"SelLength").ToText(), u"5");
+}
+
+TEST(TextEditTyping, HostsHearAndChangeKeys) {
+    TextEditForm form;
+    form.Set(L"Text", Variant(u""));
+    form.Set(L"DataType", Variant(1));
+    Put(form.Inner().get(), L"Text", {Variant(u"")});
+    form.Focus();
+    std::vector<std::string> heard;
+    form.recorder->onEvent = [&](DISPID event, DISPPARAMS& arguments) {
+        if (event == change) {
+            heard.emplace_back("Change");
+            return;
+        }
+        VARIANT& key = arguments.rgvarg[arguments.cArgs - 1];
+        ASSERT_EQ(key.vt, VT_I2 | VT_BYREF);
+        const char* const name = event == DISPID_KEYDOWN ? "Down " : event == DISPID_KEYUP ? "Up " : "Press ";
+        heard.push_back(name + std::to_string(*key.piVal));
+        if (event == DISPID_KEYPRESS && *key.piVal == '1') *key.piVal = '9';
+        // A host may let in what was refused.
+        if (event == DISPID_KEYPRESS && *key.piVal == 0) *key.piVal = '-';
+        if (event == DISPID_KEYDOWN && *key.piVal == VK_LEFT) *key.piVal = 0;
+    };
+    form.Type("1");
+    EXPECT_EQ(heard, (std::vector<std::string>{"Down 49", "Press 49", "Change", "Up 49"}));
+    EXPECT_EQ(form.Shown(), u"9");
+    heard.clear();
+    form.Type("x");
+    EXPECT_EQ(heard, (std::vector<std::string>{"Down 88", "Press 0", "Change", "Up 88"}));
+    EXPECT_EQ(form.Shown(), u"9-");
+    form.Key(VK_LEFT);
+    EXPECT_EQ(Call(form.Inner().get(), L"SelStart").ToText(), u"2");
+    heard.clear();
+    form.Set(L"UseEnterKey", Variant(true));
+    form.Key(VK_RETURN);
+    // The Tab that it stands for comes after it.
+    ASSERT_GE(heard.size(), 2U);
+    EXPECT_EQ(heard[0], "Down 13");
+    EXPECT_EQ(heard[1], "Press 13");
+    EXPECT_EQ(form.Shown(), u"9-");
+}
+
+TEST(TextEditTyping, HandlersMayEndTheControl) {
+    for (const DISPID when : {static_cast<DISPID>(DISPID_KEYDOWN), static_cast<DISPID>(DISPID_KEYPRESS), change,
+                              static_cast<DISPID>(DISPID_KEYUP)}) {
+        TextEditForm form;
+        form.Set(L"DataType", Variant(2));
+        form.Focus();
+        form.recorder->onEvent = [&](DISPID event, DISPPARAMS&) {
+            if (event != when) return;
+            form.recorder->onEvent = nullptr;
+            form.connection.reset();
+            form.box = nullptr;
+            form.container->Close();
+        };
+        form.Type("1x");
+        form.Key(VK_BACK);
+        EXPECT_EQ(form.container->ControlWindow(), nullptr) << when;
+    }
+}
+
+TEST(TextEditTyping, LeavingNormalisesWhateverCameIn) {
+    TextEditForm form;
+    const Neighbour neighbour(form.container->Window());
+    form.Set(L"DataType", Variant(2));
+    struct {
+        TextView left;
+        TextView expected;
+    } const cases[] = {{u"12.3456", u"12.35"}, {u"", u"0.00"}, {u"999 kg", u"999.00"}, {u"7.00", u"7.00"}};
+    form.Set(L"Boundaries", Variant(true));
+    form.Set(L"MaxValue", Variant(10));
+    for (const auto& c : cases) {
+        form.Focus();
+        // As a paste or an input method would.
+        SendMessageW(form.Edit(), EM_SETSEL, 0, -1);
+        SendMessageW(form.Edit(), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(Wide(Text(c.left)).data()));
+        SetFocus(neighbour.Window());
+        EXPECT_EQ(form.Shown(), c.expected);
+        EXPECT_EQ(GetFocus(), neighbour.Window());
+    }
+}
+
+// A drag by hand: it drops where the button is let go.
+class HandDrag final : public ComObject<IDropSource> {
+  public:
+    STDMETHODIMP QueryContinueDrag(BOOL escape, DWORD keys) override {
+        if (escape) return DRAGDROP_S_CANCEL;
+        return keys & MK_LBUTTON ? S_OK : DRAGDROP_S_DROP;
+    }
+    STDMETHODIMP GiveFeedback(DWORD) override { return DRAGDROP_S_USEDEFAULTCURSORS; }
+
+  private:
+    ~HandDrag() override = default;
+};
+
+TEST(TextEditTyping, TextsCanBeDroppedUnlessLocked) {
+    TextEditForm form;
+    form.Set(L"Text", Variant(u""));
+    form.Set(L"DataType", Variant(2));
+    form.Focus();
+    for (const bool locked : {false, true}) {
+        form.Set(L"DataType", Variant(0));
+        form.Set(L"Text", Variant(u""));
+        form.Set(L"Locked", Variant(locked));
+        PutOnClipboard(form.Edit(), u"12.3456 kg\r\nsecond line");
+        ComPtr<IDataObject> data;
+        ASSERT_EQ(S_OK, OleGetClipboard(data.put()));
+        MoveMouseTo({5, 5});
+        LeftButton(true);
+        DWORD effect = 0;
+        {
+            const Person person([&] {
+                Sleep(300);
+                MoveMouseTo(CenterOf(form.Edit()));
+                Sleep(300);
+                LeftButton(false);
+            });
+            EXPECT_EQ(DRAGDROP_S_DROP,
+                      DoDragDrop(data.get(), MakeObject<HandDrag>().get(), DROPEFFECT_COPY | DROPEFFECT_MOVE, &effect));
+        }
+        EXPECT_EQ(form.Shown(), locked ? u"" : u"12.3456 kg");
+        EXPECT_EQ(effect, static_cast<DWORD>(locked ? DROPEFFECT_NONE : DROPEFFECT_COPY));
+        TextEditForm::Settle();
+    }
+}
+
+TEST(TextEditTyping, AnEmptyBoxIsNotLeft) {
+    for (const bool byTab : {false, true}) {
+        TextEditForm form;
+        const Neighbour neighbour(form.container->Window());
+        form.Set(L"AllowEmpty", Variant(false));
+        form.Set(L"Text", Variant(u"  "));
+        form.Focus();
+        Text title;
+        DWORD shown = 0;
+        {
+            const Person person([&] {
+                const HWND box = WaitForBox();
+                title = WindowText(box);
+                const DWORD start = GetTickCount();
+                WaitFor([] { return FindBox() == nullptr; }, 6000, false);
+                shown = GetTickCount() - start;
+            });
+            if (byTab) {
+                MSG message{form.Edit(), WM_KEYDOWN, VK_TAB, 0, 0, {}};
+                EXPECT_EQ(S_OK,
+                          Query<IOleInPlaceActiveObject>(form.container->Control())->TranslateAccelerator(&message));
+            } else {
+                SetFocus(neighbour.Window());
+                EXPECT_TRUE(WaitFor([&] { return FindBox() == nullptr && GetFocus() == form.Edit(); }, 8000));
+            }
+        }
+        EXPECT_EQ(title, u"Empty Data");
+        EXPECT_GT(shown, 1000U);
+        EXPECT_LT(shown, 4000U);
+        EXPECT_TRUE(WaitFor([&] { return GetFocus() == form.Edit(); }, 3000));
+        EXPECT_EQ(form.Shown(), u"  ");
+    }
+}
+
+TEST(TextEditTyping, TwoEmptyBoxesDoNotSendTheFocusToAndFro) {
+    TextEditForm first;
+    TextEditForm second(true, {20, 0, 220, 40});
+    SetWindowLongW(second.container->Window(), GWL_STYLE, WS_CHILD | WS_VISIBLE);
+    SetParent(second.container->Window(), first.container->Window());
+    for (TextEditForm* form : {&first, &second}) {
+        form->Set(L"AllowEmpty", Variant(false));
+        form->Set(L"Text", Variant(u""));
+    }
+    second.container->ActivateUi();
+    first.Focus();
+    int boxes = 0;
+    {
+        const Person person([&] {
+            for (int i = 0; i < 2; ++i) {
+                const bool came = WaitFor([] { return FindBox() != nullptr; }, i == 0 ? 6000 : 1500, false);
+                boxes += came ? 1 : 0;
+                if (came) WaitFor([] { return FindBox() == nullptr; }, 6000, false);
+            }
+        });
+        SetFocus(second.Edit());
+        WaitFor([&] { return boxes == 1 && FindBox() == nullptr && GetFocus() == first.Edit(); }, 8000);
+        WaitFor([] { return false; }, 1700);
+    }
+    EXPECT_EQ(boxes, 1);
+    EXPECT_EQ(GetFocus(), first.Edit());
+    // A text lets it go.
+    first.Type("x");
+    SetFocus(second.Edit());
+    TextEditForm::Settle();
+    EXPECT_EQ(GetFocus(), second.Edit());
+}
+
+TEST(TextEditTyping, ADisabledBoxTakesNothing) {
+    TextEditForm form;
+    form.Set(L"Enabled", Variant(false));
+    form.container->ActivateUi();
+    ASSERT_TRUE(BringToFront(form.container->Window()));
+    ClickOn(form.container->ControlWindow());
+    form.Type("x");
+    EXPECT_EQ(form.Shown(), u"TextEdit1");
+    EXPECT_NE(GetFocus(), form.Edit());
+}
+
+}  // namespace
+}  // namespace qvx::test
