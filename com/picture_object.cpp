@@ -2,11 +2,9 @@
 
 #include <olectl.h>
 
-namespace qvx {
+#include "common/himetric.h"
 
-namespace {
-constexpr int himetricPerInch = 2540;
-}
+namespace qvx {
 
 PictureObject::PictureObject(IUnknown* picture) : picture_(Query<IPicture>(picture)) {
     SHORT type = PICTYPE_NONE;

@@ -66,8 +66,7 @@ class BuiltInControl::Members final : public NamedObject {
     ~Members() override = default;
 
     BuiltInControl& Control() const {
-        constexpr int objectNotSet = 91;
-        if (!control_) throw RunTimeError(objectNotSet, u"Object variable not set");
+        if (!control_) ThrowObjectNotSet();
         return *control_;
     }
 

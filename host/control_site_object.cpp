@@ -4,14 +4,13 @@
 
 #include "com/guard.h"
 #include "com/variant.h"
+#include "common/himetric.h"
 #include "host/form_object.h"
 #include "host/form_window.h"
 
 namespace qvx::host {
 
 namespace {
-
-constexpr int himetricPerInch = 2540;
 
 // The form's window as the frame of whatever is active in it. It offers no room for tool bars.
 class Frame final : public ComObject<IOleInPlaceFrame> {
@@ -145,19 +144,6 @@ STDMETHODIMP SitedControl::Site::OnFocus(WINBOOL gotFocus) {
         if (form_ && gotFocus) form_->FollowFocus();
     });
 }
-
-STDMETHODIMP SitedControl::Site::GetTypeInfoCount(UINT* count) {
-    if (!count) return E_POINTER;
-    *count = 0;
-    return S_OK;
-}
-
-STDMETHODIMP SitedControl::Site::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
-    if (info) *info = nullptr;
-    return DISP_E_BADINDEX;
-}
-
-STDMETHODIMP SitedControl::Site::GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) { return DISP_E_UNKNOWNNAME; }
 
 STDMETHODIMP SitedControl::Site::Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
                                         UINT*) {

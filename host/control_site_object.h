@@ -6,7 +6,7 @@
 #include <ocidl.h>
 #include <oleidl.h>
 
-#include "com/object.h"
+#include "com/untyped_dispatch.h"
 #include "host/sited_control.h"
 
 namespace qvx {
@@ -23,7 +23,7 @@ struct InterfaceTraits<IOleInPlaceSiteEx> {
 namespace qvx::host {
 
 // Its IDispatch answers the ambient properties.
-class SitedControl::Site final : public ComObject<IOleClientSite, IOleInPlaceSiteEx, IOleControlSite, IDispatch> {
+class SitedControl::Site final : public ComObject<IOleClientSite, IOleInPlaceSiteEx, IOleControlSite, UntypedDispatch> {
   public:
     Site(SitedControl& control, HostForm& form) : control_(&control), form_(&form) {}
     // The control leaves the form; what it still asks of the site is answered by a failure.
@@ -74,9 +74,6 @@ class SitedControl::Site final : public ComObject<IOleClientSite, IOleInPlaceSit
     // The form shows property pages from its menu; a control that asks for them shows its own frame on this answer.
     STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
     // IDispatch
-    STDMETHODIMP GetTypeInfoCount(UINT* count) override;
-    STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
-    STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
     STDMETHODIMP Invoke(DISPID member, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                         EXCEPINFO* exception, UINT* argumentInError) override;
 

@@ -9,12 +9,12 @@
 #include <map>
 #include <vector>
 
-#include "com/object.h"
+#include "com/untyped_dispatch.h"
 #include "common/text.h"
 
 namespace qvx::host {
 
-class EventSink final : public ComObject<IDispatch> {
+class EventSink final : public ComObject<UntypedDispatch> {
   public:
     // The event's name and its arguments in the order of declaration, borrowed for the length of the call.
     using Handler = std::function<void(const Text&, const std::vector<VARIANT*>&)>;
@@ -26,9 +26,6 @@ class EventSink final : public ComObject<IDispatch> {
     void Disconnect();
 
     STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
-    STDMETHODIMP GetTypeInfoCount(UINT* count) override;
-    STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
-    STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
     STDMETHODIMP Invoke(DISPID member, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                         EXCEPINFO* exception, UINT* argumentInError) override;
 

@@ -8,7 +8,6 @@ namespace qvx::host {
 namespace {
 // Far above what controls use, so that their own identifiers pass through unchanged.
 constexpr DISPID firstExtendedMember = 0x60000000;
-constexpr int objectNotSet = 91;
 constexpr int defaultSize = 480;  // twips, for a control whose block says nothing
 }  // namespace
 
@@ -164,7 +163,7 @@ ExtendedControl::ExtendedControl(FormControl& control) : NamedObject(firstExtend
 }
 
 FormControl& ExtendedControl::Control() const {
-    if (!control_) throw RunTimeError(objectNotSet, u"Object variable not set");
+    if (!control_) ThrowObjectNotSet();
     return *control_;
 }
 

@@ -13,7 +13,6 @@ namespace {
 
 // Identifiers of controls and menus by name, above the form's own members.
 constexpr DISPID firstNamed = 0x10000;
-constexpr int objectNotSet = 91;
 
 struct CopyUnknown {
     static void Out(const ComPtr<IUnknown>& object, IUnknown** to) { *to = object.copy(); }
@@ -26,22 +25,13 @@ class FormPart : public NamedObject {
     explicit FormPart(HostForm& form) : form_(&form), watch_(form.Watch()) {}
     ~FormPart() override = default;
     HostForm& Form() const {
-        if (!watch_.Alive()) throw RunTimeError(objectNotSet, u"Object variable not set");
+        if (!watch_.Alive()) ThrowObjectNotSet();
         return *form_;
-    }
-
-    void AddEnumerator(std::function<std::vector<ComPtr<IDispatch>>()> elements) { elements_ = std::move(elements); }
-    HRESULT InvokeOther(DISPID member, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
-        if (member != DISPID_NEWENUM || !elements_) return DISP_E_MEMBERNOTFOUND;
-        if (!result) return E_POINTER;
-        *result = Variant(MakeEnumerator(elements_()).get()).detach();
-        return S_OK;
     }
 
   private:
     HostForm* form_;
     LifeWatch watch_;
-    std::function<std::vector<ComPtr<IDispatch>>()> elements_;
 };
 
 // The controls by number (from 0) and by name.
@@ -175,16 +165,10 @@ class HostObject final : public FormPart {
     ~HostObject() override = default;
 
     static Variant ArrayOf(const std::vector<Text>& texts) {
-        SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(texts.size()));
-        if (!array) throw std::bad_alloc();
+        SafeArray array = SafeArray::OfVariants({texts.begin(), texts.end()});
         Variant result;
         result.ptr()->vt = VT_ARRAY | VT_VARIANT;
-        result.ptr()->parray = array;
-        for (std::size_t i = 0; i < texts.size(); ++i) {
-            Variant element(texts[i]);
-            LONG index = static_cast<LONG>(i);
-            Check(SafeArrayPutElement(array, &index, element.ptr()));
-        }
+        result.ptr()->parray = array.detach();
         return result;
     }
 
@@ -317,7 +301,7 @@ void FormObject::AddLookMembers() {
 }
 
 HostForm& FormObject::Form() const {
-    if (!form_) throw RunTimeError(objectNotSet, u"Object variable not set");
+    if (!form_) ThrowObjectNotSet();
     return *form_;
 }
 

@@ -49,6 +49,7 @@ class ImagesObject final : public NamedObject {
         AddReadOnly(u"Count", [this](const Call&) { return Variant(static_cast<long>(images_.size())); });
         AddReadOnly(u"Item", [this](const Call& call) { return Item(call.At(0)); });
         SetDefaultMember(u"Item");
+        AddEnumerator([this] { return std::vector<ComPtr<IDispatch>>(images_.begin(), images_.end()); });
         AddMethod(u"Add", [this](const Call& call) {
             const std::size_t count = images_.size();
             const long index = call.Has(0) ? call.Long(0) : static_cast<long>(count) + 1;
@@ -84,14 +85,6 @@ class ImagesObject final : public NamedObject {
     // Throws RunTimeError 9 for a number or key that no image has, and 13 for what is neither.
     Variant Item(const Variant& numberOrKey) {
         return Variant(static_cast<IDispatch*>(images_[Find(numberOrKey)].get()));
-    }
-
-  protected:
-    HRESULT InvokeOther(DISPID member, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
-        if (member != DISPID_NEWENUM) return DISP_E_MEMBERNOTFOUND;
-        if (!result) return E_POINTER;
-        *result = Variant(MakeEnumerator({images_.begin(), images_.end()}).get()).detach();
-        return S_OK;
     }
 
   private:

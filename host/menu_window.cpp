@@ -34,9 +34,8 @@ class MenuBar::Object final : public NamedObject {
         });
     }
     MenuItem& Item() const {
-        constexpr int objectNotSet = 91;
         MenuItem* item = bar_ ? bar_->Find(name_) : nullptr;
-        if (!item) throw RunTimeError(objectNotSet, u"Object variable not set");
+        if (!item) ThrowObjectNotSet();
         return *item;
     }
 

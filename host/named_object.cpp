@@ -10,6 +10,7 @@ namespace qvx::host {
 namespace {
 
 constexpr int argumentNotOptional = 449;
+constexpr int objectNotSet = 91;
 
 struct CopyVariant {
     static void Out(const ComPtr<IDispatch>& object, VARIANT* to) { *to = Variant(object.get()).detach(); }
@@ -39,6 +40,7 @@ HRESULT FillException(const wchar_t* source, EXCEPINFO* exception) {
 
 void ThrowArgumentMissing() { throw RunTimeError(argumentNotOptional, u"Argument not optional"); }
 void ThrowTypeMismatch() { throw RunTimeError(errors::typeMismatch, u"Type mismatch"); }
+void ThrowObjectNotSet() { throw RunTimeError(objectNotSet, u"Object variable not set"); }
 
 bool Call::Has(std::size_t index) const {
     const std::size_t count = arguments.size() - (put ? 1 : 0);
@@ -89,17 +91,6 @@ HRESULT NamedObject::InvokeOther(DISPID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCE
     return DISP_E_MEMBERNOTFOUND;
 }
 
-STDMETHODIMP NamedObject::GetTypeInfoCount(UINT* count) {
-    if (!count) return E_POINTER;
-    *count = 0;
-    return S_OK;
-}
-
-STDMETHODIMP NamedObject::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
-    if (info) *info = nullptr;
-    return DISP_E_BADINDEX;
-}
-
 STDMETHODIMP NamedObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
     return Guard([&]() -> HRESULT {
         if (!names || !ids || count == 0) return E_INVALIDARG;
@@ -123,6 +114,12 @@ STDMETHODIMP NamedObject::Invoke(DISPID member, REFIID, LCID locale, WORD flags,
         const ComPtr<IDispatch> alive(this);
         if (member == DISPID_VALUE && defaultMember_) {
             return Run(members_[*defaultMember_], flags, parameters, result, exception, argumentInError);
+        }
+        if (member == DISPID_NEWENUM && elements_) {
+            if (!result) return E_POINTER;
+            using Elements = Enumerator<IEnumVARIANT, VARIANT, ComPtr<IDispatch>, CopyVariant>;
+            *result = Variant(static_cast<IUnknown*>(MakeObject<Elements>(elements_()).get())).detach();
+            return S_OK;
         }
         const auto index = static_cast<std::size_t>(member - firstMember_);
         if (member < firstMember_ || index >= members_.size()) {
@@ -150,10 +147,6 @@ HRESULT NamedObject::Run(const Member& member, WORD flags, const DISPPARAMS* par
     } catch (...) {
         return FillException(ErrorSource(), exception);
     }
-}
-
-ComPtr<IUnknown> MakeEnumerator(std::vector<ComPtr<IDispatch>> elements) {
-    return MakeObject<Enumerator<IEnumVARIANT, VARIANT, ComPtr<IDispatch>, CopyVariant>>(std::move(elements));
 }
 
 }  // namespace qvx::host

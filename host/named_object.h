@@ -18,7 +18,7 @@
 #include <string>
 #include <vector>
 
-#include "com/object.h"
+#include "com/untyped_dispatch.h"
 #include "com/variant.h"
 #include "common/text.h"
 
@@ -45,10 +45,8 @@ struct Call {
     Text StringValue() const;
 };
 
-class NamedObject : public ComObject<IDispatch> {
+class NamedObject : public ComObject<UntypedDispatch> {
   public:
-    STDMETHODIMP GetTypeInfoCount(UINT* count) override;
-    STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
     STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
     STDMETHODIMP Invoke(DISPID member, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                         EXCEPINFO* exception, UINT* argumentInError) override;
@@ -65,6 +63,8 @@ class NamedObject : public ComObject<IDispatch> {
     void AddMethod(const char16_t* name, Body body) { Add(Kind::method, name, std::move(body)); }
     // The member that stands for the object itself; it has been added before.
     void SetDefaultMember(const char16_t* name);
+    // For Each goes over what `elements` gives at its start.
+    void AddEnumerator(std::function<std::vector<ComPtr<IDispatch>>()> elements) { elements_ = std::move(elements); }
 
     // For names and identifiers that are not the object's own. The fall-back knows none.
     virtual HRESULT FindOther(LPOLESTR name, DISPID* id);
@@ -91,13 +91,12 @@ class NamedObject : public ComObject<IDispatch> {
     DISPID firstMember_;
     std::vector<Member> members_;
     std::optional<std::size_t> defaultMember_;
+    std::function<std::vector<ComPtr<IDispatch>>()> elements_;
 };
 
 // Throws the run-time error that scripts know for a call that cannot be made.
 [[noreturn]] void ThrowArgumentMissing();
 [[noreturn]] void ThrowTypeMismatch();
-
-// A list of objects for "For Each": the enumerator over copies of the given references.
-ComPtr<IUnknown> MakeEnumerator(std::vector<ComPtr<IDispatch>> elements);
+[[noreturn]] void ThrowObjectNotSet();
 
 }  // namespace qvx::host

@@ -5,6 +5,7 @@
 #include "com/guard.h"
 #include "com/variant.h"
 #include "common/ascii.h"
+#include "common/himetric.h"
 #include "common/run_time_error.h"
 #include "host/control_site_object.h"
 #include "host/form_window.h"
@@ -13,9 +14,6 @@
 namespace qvx::host {
 
 namespace {
-
-// Sizes of controls travel in hundredths of a millimetre.
-constexpr int himetricPerInch = 2540;
 
 SIZEL ToHimetric(const TwipsRect& bounds) {
     return {ScaleRounded(bounds.width, himetricPerInch, twipsPerInch),

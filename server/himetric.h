@@ -1,13 +1,12 @@
-// Extents travel between controls and containers in hundredths of a millimetre.
+// Between pixels and the hundredths of a millimetre that extents travel in.
 #pragma once
 
 #include <windows.h>
 
 #include "common/geometry.h"
+#include "common/himetric.h"
 
 namespace qvx {
-
-constexpr int himetricPerInch = 2540;
 
 inline SIZEL PixelsToHimetric(Size pixels, Dpi dpi) {
     return {ScaleRounded(pixels.width, himetricPerInch, dpi.x), ScaleRounded(pixels.height, himetricPerInch, dpi.y)};

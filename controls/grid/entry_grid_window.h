@@ -167,6 +167,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void Commit();
     // Commits, gives the focus back to the inner grid, and tells whether the current cell is where it was before.
     bool EndEdit();
+    void Abandon(ComboWindow& combo);
     void Go(const CellStep& step, short shift);
     void LeaveGrid(bool backwards);
     void PlaceOverCell();

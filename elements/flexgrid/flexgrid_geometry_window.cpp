@@ -1,4 +1,4 @@
-// Where cells, rows and columns lie, as hosts ask about it, and scrolling to them.
+// Where cells, rows and columns lie, as hosts ask about it.
 #include <algorithm>
 #include <cstdint>
 
@@ -14,39 +14,6 @@ namespace {
 int Held(std::int64_t pixels) { return static_cast<int>(std::clamp<std::int64_t>(pixels, INT32_MIN, INT32_MAX)); }
 
 }  // namespace
-
-void FlexGridWindow::SetTopRow(int row) {
-    SettleLayout();
-    const Axis rows = RowAxis(grid_, CurrentView());
-    grid_.SetTopRow(rows.CanBeFirst(row) ? ClampFirst(rows, row) : row);
-}
-
-void FlexGridWindow::SetLeftCol(int col) {
-    SettleLayout();
-    const Axis columns = ColumnAxis(grid_, CurrentView());
-    grid_.SetLeftCol(columns.CanBeFirst(col) ? ClampFirst(columns, col) : col);
-}
-
-void FlexGridWindow::ScrollTo(int topRow, int leftCol) {
-    SettleLayout();
-    const View view = CurrentView();
-    const Axis rows = RowAxis(grid_, view);
-    const Axis columns = ColumnAxis(grid_, view);
-    const int top = ClampFirst(rows, topRow);
-    const int left = ClampFirst(columns, leftCol);
-    if (rows.HasScrollable() && top != grid_.TopRow()) {
-        grid_.SetTopRow(top);
-    }
-    if (columns.HasScrollable() && left != grid_.LeftCol()) {
-        grid_.SetLeftCol(left);
-    }
-}
-
-void FlexGridWindow::ScrollIntoView(int row, int col) {
-    SettleLayout();
-    const View view = CurrentView();
-    ScrollTo(FirstToShow(RowAxis(grid_, view), row), FirstToShow(ColumnAxis(grid_, view), col));
-}
 
 Rect FlexGridWindow::CellTwips() {
     ScrollIntoView(grid_.Row(), grid_.Col());

@@ -1,4 +1,4 @@
-// The grid window's keys, mouse, bars, wheel and tool tip.
+// The grid window's keys, mouse and tool tip.
 #include <algorithm>
 #include <utility>
 
@@ -123,45 +123,6 @@ bool FlexGridWindow::ActOnKey(int key, int shift) {
     }
     if (watch.Alive()) {
         ScrollIntoView(grid_.RowSel(), grid_.ColSel());
-    }
-    return true;
-}
-
-// ---- Bars and wheel ------------------------------------------------------------------------------------------------
-
-void FlexGridWindow::OnBar(bool vertical, WPARAM wParam) {
-    const int code = LOWORD(wParam);
-    if (code > SB_BOTTOM || (code == SB_THUMBTRACK && !grid_.ScrollTrack())) {
-        return;
-    }
-    SettleLayout();
-    // The message itself carries 16 bits only.
-    SCROLLINFO info{sizeof info, SIF_TRACKPOS, 0, 0, 0, 0, 0};
-    GetScrollInfo(Handle(), vertical ? SB_VERT : SB_HORZ, &info);
-    const auto request = static_cast<BarRequest>(code);
-    const View view = CurrentView();
-    const int first = FirstAfter(vertical ? RowAxis(grid_, view) : ColumnAxis(grid_, view), request, info.nTrackPos);
-    ScrollTo(vertical ? first : grid_.TopRow(), vertical ? grid_.LeftCol() : first);
-}
-
-bool FlexGridWindow::OnWheel(bool vertical, WPARAM wParam) {
-    SettleLayout();
-    const View view = CurrentView();
-    const bool down = vertical && (LOWORD(wParam) & MK_SHIFT) == 0;
-    const Axis axis = down ? RowAxis(grid_, view) : ColumnAxis(grid_, view);
-    if (!axis.HasScrollable() || !Overflows(axis, axis.extent)) {
-        return false;
-    }
-    UINT lines = 3;
-    SystemParametersInfoW(down ? SPI_GETWHEELSCROLLLINES : SPI_GETWHEELSCROLLCHARS, 0, &lines, 0);
-    const int perNotch = lines == WHEEL_PAGESCROLL ? PageOf(axis) : static_cast<int>(std::min(lines, 100U));
-    // Turned away from the user rows move back; tilted to the right columns move on.
-    const int delta = static_cast<short>(HIWORD(wParam));
-    WheelCounter& counter = down ? wheelDown_ : wheelAcross_;
-    const int steps = counter.Take(vertical ? -delta : delta, perNotch);
-    if (steps != 0) {
-        const int first = ClampFirst(axis, StepShown(axis, axis.first, steps));
-        ScrollTo(down ? first : grid_.TopRow(), down ? grid_.LeftCol() : first);
     }
     return true;
 }

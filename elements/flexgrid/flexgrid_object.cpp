@@ -11,10 +11,10 @@
 #include "com/connection_points.h"
 #include "com/dispatch.h"
 #include "com/font_object.h"
-#include "com/members.h"
 #include "com/object.h"
 #include "com/picture_object.h"
 #include "common/run_time_error.h"
+#include "elements/flexgrid/grid_reach_object.h"
 
 namespace qvx::flexgrid {
 
@@ -41,11 +41,12 @@ int Distance(int from, int to) {
 
 class FlexGridObject final
     : public ComObject<Dispatch<IFlexGrid>, ErrorInfoSupport<IFlexGrid>, IConnectionPointContainer, IProvideClassInfo2>,
+      private GridReach,
       private GridWindowEvents,
       private GridListener {
   public:
     explicit FlexGridObject(FlexGridWindow& window)
-        : window_(&window), points_(this, __uuidof(__FlexGrid)), font_([this] { OnFontChanged(); }) {
+        : GridReach(window), points_(this, __uuidof(__FlexGrid)), font_([this] { OnFontChanged(); }) {
         window.AddEvents(this);
         window.Model().AddListener(this);
     }
@@ -321,50 +322,6 @@ class FlexGridObject final
   private:
     ~FlexGridObject() override { Detach(); }
 
-    FlexGridWindow& Shown() const {
-        if (!window_) {
-            throw RunTimeError(errors::objectUnloaded, u"Object was unloaded");
-        }
-        return *window_;
-    }
-    Grid& Model() const { return Shown().Model(); }
-
-    template <class Result, class Object, class Value, class... Parameters, class... Given>
-    HRESULT Get(Result* result, Value (Object::*member)(Parameters...) const, Given... given) {
-        return Guard([&] {
-            *Required(result) = Result{};
-            *result = ToHost<Result>((Model().*member)(FromHost<Parameters>(given)...));
-        });
-    }
-    template <class Result, class Value, class... Parameters, class... Given>
-    HRESULT Get(Result* result, Value (FlexGridWindow::*member)(Parameters...), Given... given) {
-        return Guard([&] {
-            *Required(result) = Result{};
-            // The window's answers depend on where it is scrolled to, and it may have to scroll first.
-            const auto held = Shown().Hold();
-            *result = ToHost<Result>((Shown().*member)(FromHost<Parameters>(given)...));
-        });
-    }
-    template <class Side>
-    HRESULT GetCell(long* result, Side side) {
-        return Guard([&] {
-            *Required(result) = 0;
-            const auto held = Shown().Hold();
-            *result = side(Shown().CellTwips());
-        });
-    }
-    template <class Object, class... Parameters, class... Given>
-    HRESULT Put(void (Object::*member)(Parameters...), Given... given) {
-        return Guard([&] {
-            const auto held = Shown().Hold();
-            if constexpr (std::is_same_v<Object, FlexGridWindow>) {
-                (Shown().*member)(FromHost<Parameters>(given)...);
-            } else {
-                (Model().*member)(FromHost<Parameters>(given)...);
-            }
-        });
-    }
-
     void OnFontChanged() {
         if (window_) {
             const auto held = window_->Hold();
@@ -413,7 +370,6 @@ class FlexGridObject final
         return true;
     }
 
-    FlexGridWindow* window_;
     ConnectionPoints points_;
     FontProperty font_;
 };

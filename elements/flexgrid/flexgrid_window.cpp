@@ -1,5 +1,6 @@
-// The window itself: life and bars. What hosts ask about places is in flexgrid_geometry_window.cpp, painting in
-// flexgrid_paint_window.cpp, keys and mouse in flexgrid_input_window.cpp.
+// The window itself: its life and its messages. What hosts ask about places is in flexgrid_geometry_window.cpp,
+// scrolling in flexgrid_scrolling_window.cpp, painting in flexgrid_paint_window.cpp, keys and mouse in
+// flexgrid_input_window.cpp.
 #include "elements/flexgrid/flexgrid_window.h"
 
 #include <algorithm>
@@ -215,76 +216,6 @@ void FlexGridWindow::ApplyStyle() {
     const bool enabled = IsWindowEnabled(window) != 0;
     if (enabled != grid_.Enabled()) {
         EnableWindow(window, grid_.Enabled());
-    }
-}
-
-// Brings bars and scroll position in line with counts and sizes; whatever depends on the client's size asks for this
-// first.
-void FlexGridWindow::SettleLayout() {
-    if (!layoutChanged_ || settling_) {
-        return;
-    }
-    settling_ = true;
-    layoutChanged_ = false;
-    UpdateBars();
-    // Only a grid that now reaches less far than it is scrolled is pulled back.
-    ScrollTo(grid_.TopRow(), grid_.LeftCol());
-    settling_ = false;
-    UpdateBars();
-}
-
-void FlexGridWindow::UpdateBars() {
-    const HWND window = Handle();
-    if (!window) {
-        return;
-    }
-    const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
-    const Size thickness{GetSystemMetrics(SM_CXVSCROLL), GetSystemMetrics(SM_CYHSCROLL)};
-    const bool hasVertical = (style & WS_VSCROLL) != 0;
-    const bool hasHorizontal = (style & WS_HSCROLL) != 0;
-    View view = CurrentView();
-    const Size room{view.client.width + (hasVertical ? thickness.width : 0),
-                    view.client.height + (hasHorizontal ? thickness.height : 0)};
-    const BarChoice choice = ChooseBars(RowAxis(grid_, view), ColumnAxis(grid_, view), room, thickness,
-                                        static_cast<int>(grid_.ScrollBars()));
-    // Showing a bar resizes the client, which comes back as WM_SIZE and settles again when this is done.
-    if (choice.vertical != hasVertical) {
-        ShowScrollBar(window, SB_VERT, choice.vertical);
-    }
-    if (choice.horizontal != hasHorizontal) {
-        ShowScrollBar(window, SB_HORZ, choice.horizontal);
-    }
-    view = CurrentView();
-    const auto set = [&](int which, const Bar& bar, Bar& known) {
-        if (bar == known) {
-            return;
-        }
-        // Drawing a bar costs more than drawing rows, so it is drawn when its thumb moves by a pixel or more: among
-        // very many rows that is seldom.
-        const int length =
-            which == SB_VERT ? view.client.height - 2 * thickness.height : view.client.width - 2 * thickness.width;
-        const bool moves = ThumbMoves(known, bar, length);
-        if (moves) {
-            known = bar;
-        }
-        SCROLLINFO info{sizeof info,
-                        SIF_RANGE | SIF_PAGE | SIF_POS,
-                        bar.min,
-                        bar.max,
-                        static_cast<UINT>(bar.page),
-                        bar.position,
-                        0};
-        SetScrollInfo(window, which, &info, moves);
-    };
-    if (choice.vertical) {
-        set(SB_VERT, BarOf(RowAxis(grid_, view)), drawnBars_[0]);
-    } else {
-        drawnBars_[0] = {};
-    }
-    if (choice.horizontal) {
-        set(SB_HORZ, BarOf(ColumnAxis(grid_, view)), drawnBars_[1]);
-    } else {
-        drawnBars_[1] = {};
     }
 }
 

@@ -72,13 +72,6 @@ size_t EventRecorder::Count(DISPID id) const {
     return count;
 }
 
-STDMETHODIMP EventRecorder::GetTypeInfoCount(UINT* count) {
-    *count = 0;
-    return S_OK;
-}
-STDMETHODIMP EventRecorder::GetTypeInfo(UINT, LCID, ITypeInfo**) { return DISP_E_BADINDEX; }
-STDMETHODIMP EventRecorder::GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) { return DISP_E_UNKNOWNNAME; }
-
 STDMETHODIMP EventRecorder::Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
                                    UINT*) {
     return Guard([&] {
@@ -155,7 +148,7 @@ class Frame final : public ComObject<IOleInPlaceFrame> {
     NoteCall note_;
 };
 
-class Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch, IAdviseSink> {
+class Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, UntypedDispatch, IAdviseSink> {
   public:
     Site(HWND window, Container::Options options) : options_(std::move(options)), window_(window) {
         frame_ = MakeObject<Frame>(window, [this](const char* call) { return Note(call); });
@@ -223,12 +216,6 @@ class Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControl
     STDMETHODIMP OnFocus(BOOL got) override { return Note(got ? "OnFocus(True)" : "OnFocus(False)"); }
     STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
     // IDispatch: the ambient properties
-    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-        *count = 0;
-        return S_OK;
-    }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
     STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
         const auto found = options_.ambients.find(member);
         if (found == options_.ambients.end()) return DISP_E_MEMBERNOTFOUND;

@@ -13,6 +13,7 @@
 
 #include "com/object.h"
 #include "com/pointer.h"
+#include "com/untyped_dispatch.h"
 #include "com/variant.h"
 
 namespace qvx::test {
@@ -34,7 +35,7 @@ class MemoryBag final : public ComObject<IPropertyBag> {
 };
 
 // Writes down what a control fires, and may answer through by-reference arguments.
-class EventRecorder final : public ComObject<IDispatch> {
+class EventRecorder final : public ComObject<UntypedDispatch> {
   public:
     struct Event {
         DISPID id;
@@ -46,9 +47,6 @@ class EventRecorder final : public ComObject<IDispatch> {
 
     size_t Count(DISPID id) const;
 
-    STDMETHODIMP GetTypeInfoCount(UINT* count) override;
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** info) override;
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override;
     STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
                         EXCEPINFO* exception, UINT* argumentInError) override;
 

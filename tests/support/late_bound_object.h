@@ -10,22 +10,17 @@
 #include <optional>
 #include <string>
 
-#include "com/object.h"
+#include "com/untyped_dispatch.h"
 #include "com/variant.h"
 
 namespace qvx::test {
 
-class LateBoundObject final : public ComObject<IDispatch> {
+class LateBoundObject final : public ComObject<UntypedDispatch> {
   public:
     std::map<std::wstring, Variant> members;
     // What a call says in place of an answer, when set; its texts become the caller's.
     std::optional<EXCEPINFO> failure;
 
-    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-        *count = 0;
-        return S_OK;
-    }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
         const auto found = members.find(names[0]);
         if (found == members.end()) return DISP_E_UNKNOWNNAME;

@@ -27,6 +27,7 @@ FieldsObject::FieldsObject(std::shared_ptr<Records> records) : records_(std::mov
     AddReadOnly(u"Count", [this](const host::Call&) { return Variant(static_cast<long>(fields_.size())); });
     AddReadOnly(u"Item", [this](const host::Call& call) { return Variant(Item(Find(call.At(0)))); });
     SetDefaultMember(u"Item");
+    AddEnumerator([this] { return fields_; });
 }
 
 std::size_t FieldsObject::Find(const Variant& nameOrNumber) const {
@@ -41,13 +42,6 @@ std::size_t FieldsObject::Find(const Variant& nameOrNumber) const {
     const auto number = nameOrNumber.ToLong();
     if (!number || *number < 0 || static_cast<std::size_t>(*number) >= fields_.size()) ThrowItemNotFound();
     return static_cast<std::size_t>(*number);
-}
-
-HRESULT FieldsObject::InvokeOther(DISPID member, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) {
-    if (member != DISPID_NEWENUM) return DISP_E_MEMBERNOTFOUND;
-    if (!result) return E_POINTER;
-    *result = Variant(host::MakeEnumerator(fields_).get()).detach();
-    return S_OK;
 }
 
 }  // namespace qvx::ado

@@ -33,10 +33,6 @@ class FieldsObject final : public host::NamedObject {
     std::size_t Find(const Variant& nameOrNumber) const;
     IDispatch* Item(std::size_t field) const { return fields_[field].get(); }
 
-  protected:
-    HRESULT InvokeOther(DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
-                        EXCEPINFO* exception, UINT* argumentInError) override;
-
   private:
     ~FieldsObject() override = default;
     const wchar_t* ErrorSource() const override { return errorSource; }

@@ -1,0 +1,35 @@
+// IDispatch of an object without type information: late bound only.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include "com/object.h"
+
+namespace qvx {
+
+// An object derives from ComObject<UntypedDispatch> and writes Invoke, and GetIDsOfNames where its members have names.
+class UntypedDispatch : public IDispatch {
+  public:
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
+        if (!count) return E_POINTER;
+        *count = 0;
+        return S_OK;
+    }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
+        if (info) *info = nullptr;
+        return DISP_E_BADINDEX;
+    }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
+
+  protected:
+    ~UntypedDispatch() = default;
+};
+
+template <>
+struct InterfaceTraits<UntypedDispatch> {
+    static bool Answers(REFIID iid) { return iid == __uuidof(IDispatch); }
+};
+
+}  // namespace qvx

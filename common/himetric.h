@@ -1,0 +1,8 @@
+// Extents travel between controls and containers in hundredths of a millimetre.
+#pragma once
+
+namespace qvx {
+
+constexpr int himetricPerInch = 2540;
+
+}  // namespace qvx
