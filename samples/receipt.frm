@@ -104,7 +104,7 @@ Begin Form frmReceipt
       Width           =   2100
       Height          =   255
    End
-   Begin Qvx.Button cmdPost
+   Begin Qvx.RButton cmdPost
       Caption         =   "P&ost"
       Left            =   1860
       Top             =   2700
@@ -112,7 +112,7 @@ Begin Form frmReceipt
       Height          =   420
       TabIndex        =   8
    End
-   Begin Qvx.Button cmdPrint
+   Begin Qvx.RButton cmdPrint
       Caption         =   "Pr&int"
       Left            =   3240
       Top             =   2700

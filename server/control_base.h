@@ -237,6 +237,9 @@ class ControlBase : public IOleObject,
     virtual void InitProperties();
     // Before the row with that key is read. Rows before it are applied already.
     virtual void OnBeforeRead(TextView) {}
+    // Whether a stored value that the control refuses ends the loading, with the error told to the host; it is read as
+    // absent otherwise.
+    virtual bool ReportsRefusedValues() const { return false; }
     // After all rows were read.
     virtual void OnAfterRead() {}
     // The window is there; inner windows are made here. Called again if the host destroyed the first one.
@@ -295,6 +298,7 @@ class ControlBase : public IOleObject,
     // Gives a control that nobody has sized its default size.
     void EnsureSize();
     void SetPixelSize(Size pixels);
+    void TakeExtent(const SIZEL& extent);
     void ViewChanged();
     void Terminate();
 

@@ -147,23 +147,23 @@ STDMETHODIMP ControlBase::GetUserType(DWORD form, LPOLESTR* name) {
     return NewTaskString(form == USERCLASSTYPE_FULL ? class_.description : class_.name, name);
 }
 
+// An active control's window follows through SetObjectRects.
+void ControlBase::TakeExtent(const SIZEL& extent) {
+    extent_ = extent;
+    if (inPlaceActive_) return;
+    pixels_ = HimetricToPixels(extent_, WindowDpi(WindowHandle()));
+    if (const HWND window = WindowHandle()) {
+        SetWindowPos(window, nullptr, 0, 0, pixels_.width, pixels_.height, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOMOVE);
+    }
+}
+
 STDMETHODIMP ControlBase::SetExtent(DWORD aspect, SIZEL* size) {
     return Guard([&]() -> HRESULT {
         if (!size) return E_POINTER;
         if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
         if (size->cx < 0 || size->cy < 0) return E_INVALIDARG;
-        extent_ = *size;
-        // An active control follows through SetObjectRects.
-        if (!inPlaceActive_) {
-            pixels_ = HimetricToPixels(extent_, WindowDpi(WindowHandle()));
-            if (const HWND window = WindowHandle()) {
-                SetWindowPos(window, nullptr, 0, 0, pixels_.width, pixels_.height,
-                             SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOMOVE);
-                OnResize(pixels_);
-                CutWindow(pixels_);
-            }
-            OnResize(pixels_);
-        }
+        TakeExtent(*size);
+        if (!inPlaceActive_) OnResize(pixels_);
         ViewChanged();
         return S_OK;
     });

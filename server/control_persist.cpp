@@ -86,6 +86,7 @@ void ControlBase::ReadFrom(const PropertySource& source) {
         try {
             row.set(*this, value);
         } catch (const RunTimeError&) {
+            if (ReportsRefusedValues()) throw;
             // A value that the control refuses, from a damaged store: it keeps one that it takes.
             if (value != fallback) Guard([&] { row.set(*this, fallback); });
         }
@@ -133,8 +134,8 @@ void ControlBase::LoadStream(IStream* stream) {
         // Beyond this no device is that large at any resolution.
         constexpr std::int32_t largest = 1 << 20;
         if (x && y && *x >= 0 && *y >= 0 && *x <= largest && *y <= largest) {
-            SIZEL size{*x, *y};
-            Check(SetExtent(DVASPECT_CONTENT, &size));
+            TakeExtent({*x, *y});
+            if (WindowHandle()) OnResize(pixels_);
         }
     }
     ReadFrom([&](const PropertyRow& row, const PropertyValue& like) {

@@ -52,6 +52,8 @@ class NamedAccessible final : public ComObject<AccessibleDispatch, IOleWindow> {
             const HRESULT result = inner_->get_accValue(child, out);
             const ControlKind kind = KindOf(window_);
             if (*out || !IsSelf(child) || kind == ControlKind::other || !IsWindow(window_)) return result;
+            // A password is read out by nobody.
+            if (GetWindowLongW(window_, GWL_STYLE) & ES_PASSWORD && kind == ControlKind::edit) return E_ACCESSDENIED;
             *out = NewBstr(kind == ControlKind::edit ? WindowText(window_) : ChosenEntry(window_));
             return S_OK;
         });

@@ -74,6 +74,7 @@ class TextEditControl final : public Control<_TextEdit>, private TextBoxListener
 
   protected:
     Size DefaultPixelSize() const override { return {81, 25}; }
+    bool ReportsRefusedValues() const override { return true; }
     void OnAfterRead() override;
     void OnWindowCreated(HWND window) override;
     void OnWindowGoing() override { box_.Destroy(); }

@@ -1,14 +1,11 @@
 // How a combo looks and where its parts lie.
 #include <windows.h>
 
-#include <commctrl.h>
-
 #include <algorithm>
 
 #include "elements/combo/combo_window.h"
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
-#include "win/module.h"
 #include "win/wide.h"
 
 namespace qvx {
@@ -31,33 +28,16 @@ void ComboWindow::SetFont(const FontSpec& font) {
 }
 
 void ComboWindow::SetBackColor(OleColor color) {
-    backColor_ = color;
-    background_.Reset();
+    colors_.SetBack(color);
     InvalidateRect(Window(), nullptr, TRUE);
 }
 
 void ComboWindow::SetForeColor(OleColor color) {
-    foreColor_ = color;
+    colors_.SetFore(color);
     InvalidateRect(Window(), nullptr, TRUE);
 }
 
-void ComboWindow::SetToolTipText(TextView text) {
-    toolTipText_ = text;
-    if (!toolTip_ && text.empty()) return;
-    TTTOOLINFOW tool{};
-    tool.cbSize = TTTOOLINFOW_V1_SIZE;
-    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-    tool.hwnd = Window();
-    tool.uId = reinterpret_cast<UINT_PTR>(EditWindow());
-    tool.lpszText = WideBuffer(toolTipText_);
-    if (toolTip_) {
-        SendMessageW(toolTip_, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
-        return;
-    }
-    toolTip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0,
-                               0, 0, Window(), nullptr, ModuleInstance(), nullptr);
-    if (toolTip_) SendMessageW(toolTip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-}
+void ComboWindow::SetToolTipText(TextView text) { toolTip_.Set(Window(), EditWindow(), text); }
 
 void ComboWindow::SetAccessibleName(TextView name) {
     for (AccessibleNameTap& tap : names_) tap.SetName(name);
@@ -113,15 +93,6 @@ void ComboWindow::FitList() {
     PlaceEditField();
 }
 
-LRESULT ComboWindow::PaintColors(UINT, WPARAM wParam, LPARAM) {
-    const auto dc = reinterpret_cast<HDC>(wParam);
-    const COLORREF back = ResolveColor(backColor_);
-    if (!background_) background_.Reset(CreateSolidBrush(back));
-    SetTextColor(dc, ResolveColor(Enabled() ? foreColor_ : colors::grayText));
-    SetBkColor(dc, back);
-    return reinterpret_cast<LRESULT>(background_.Get());
-}
-
 void ComboWindow::PaintSurround() {
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;
@@ -135,8 +106,7 @@ void ComboWindow::PaintSurround() {
     field.right = info.rcButton.left;
     const WindowDc dc(Window());
     ExcludeClipRect(dc.Get(), edit.left, edit.top, edit.right, edit.bottom);
-    if (!background_) background_.Reset(CreateSolidBrush(ResolveColor(backColor_)));
-    FillRect(dc.Get(), &field, background_.Get());
+    FillRect(dc.Get(), &field, colors_.Brush());
 }
 
 }  // namespace qvx

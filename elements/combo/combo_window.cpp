@@ -15,10 +15,6 @@
 namespace qvx {
 namespace {
 
-void CheckNotNegative(int value) {
-    if (value < 0) throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
-}
-
 bool WorksTheList(int key) {
     return key == keys::up || key == keys::down || key == keys::pageUp || key == keys::pageDown || key == keys::f4;
 }
@@ -55,7 +51,7 @@ ComboWindow::~ComboWindow() {
     edit_.Detach();
     const HWND window = Window();
     Detach();
-    if (toolTip_) DestroyWindow(toolTip_);
+    toolTip_.Destroy();
     if (window) DestroyWindow(window);
 }
 
@@ -76,7 +72,7 @@ void ComboWindow::SetRightToLeft(bool rightToLeft) {
     edit_.Detach();
     Detach();
     for (AccessibleNameTap& tap : names_) tap.Detach();
-    if (const HWND tip = std::exchange(toolTip_, nullptr)) DestroyWindow(tip);
+    toolTip_.Destroy();
     rightToLeft_ = rightToLeft;
     MakeWindows(GetParent(old));
     DestroyWindow(old);
@@ -89,7 +85,7 @@ void ComboWindow::SetRightToLeft(bool rightToLeft) {
     SetLocked(locked_);
     SetEnabled(enabled);
     SetVisible(visible);
-    SetToolTipText(toolTipText_);
+    SetToolTipText(qvx::Text(toolTip_.Text()));
 }
 
 qvx::Text ComboWindow::GetText() const { return WindowText(EditWindow()); }
@@ -114,34 +110,11 @@ void ComboWindow::TellChange() {
     if (listener_) listener_->ComboChange(*this);
 }
 
-int ComboWindow::SelStart() const {
-    DWORD start = 0;
-    SendMessageW(EditWindow(), EM_GETSEL, reinterpret_cast<WPARAM>(&start), 0);
-    return static_cast<int>(start);
-}
-
-void ComboWindow::SetSelStart(int start) {
-    CheckNotNegative(start);
-    SendMessageW(EditWindow(), EM_SETSEL, static_cast<WPARAM>(start), start);
-}
-
-int ComboWindow::SelLength() const {
-    DWORD start = 0;
-    DWORD end = 0;
-    SendMessageW(EditWindow(), EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-    return static_cast<int>(end - start);
-}
-
-void ComboWindow::SetSelLength(int length) {
-    CheckNotNegative(length);
-    const int start = SelStart();
-    const int room = static_cast<int>(GetText().size()) - start;
-    SendMessageW(EditWindow(), EM_SETSEL, static_cast<WPARAM>(start), start + std::min(length, std::max(room, 0)));
-}
-
-qvx::Text ComboWindow::SelText() const {
-    return GetText().substr(static_cast<std::size_t>(SelStart()), static_cast<std::size_t>(SelLength()));
-}
+int ComboWindow::SelStart() const { return SelectionOf(EditWindow()).start; }
+void ComboWindow::SetSelStart(int start) { SetSelectionStart(EditWindow(), start); }
+int ComboWindow::SelLength() const { return SelectionOf(EditWindow()).length; }
+void ComboWindow::SetSelLength(int length) { SetSelectionLength(EditWindow(), length); }
+qvx::Text ComboWindow::SelText() const { return SelectedText(EditWindow()); }
 
 void ComboWindow::SetSelText(TextView text) {
     {
@@ -234,7 +207,7 @@ LRESULT ComboWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CTLCOLOREDIT:
         case WM_CTLCOLORLISTBOX:
         case WM_CTLCOLORSTATIC:
-            return PaintColors(message, wParam, lParam);
+            return colors_.Apply(wParam, Enabled());
         case WM_PAINT: {
             const LRESULT result = Default(message, wParam, lParam);
             PaintSurround();

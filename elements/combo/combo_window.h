@@ -12,8 +12,9 @@
 #include "elements/combo/completion.h"
 #include "elements/surface/font_spec.h"
 #include "win/accessible.h"
+#include "win/edit_field.h"
 #include "win/fonts.h"
-#include "win/handles.h"
+#include "win/tool_tip.h"
 #include "win/window.h"
 
 namespace qvx {
@@ -91,11 +92,11 @@ class ComboWindow final : private WindowSubclass {
     void SetTag(TextView tag) { tag_ = tag; }
     const FontSpec& Font() const { return font_; }
     void SetFont(const FontSpec& font);
-    OleColor BackColor() const { return backColor_; }
+    OleColor BackColor() const { return colors_.Back(); }
     void SetBackColor(OleColor color);
-    OleColor ForeColor() const { return foreColor_; }
+    OleColor ForeColor() const { return colors_.Fore(); }
     void SetForeColor(OleColor color);
-    const Text& ToolTipText() const { return toolTipText_; }
+    const Text& ToolTipText() const { return toolTip_.Text(); }
     void SetToolTipText(TextView text);
     // Text from right to left, the button at the left. Not while the combo has the focus: it gets new windows, as an
     // edit field keeps the alignment that it was made with.
@@ -134,7 +135,6 @@ class ComboWindow final : private WindowSubclass {
     };
 
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-    LRESULT PaintColors(UINT message, WPARAM wParam, LPARAM lParam);
     void MakeWindows(HWND parent);
     void CheckIndex(int index) const;
     void OnTyped();
@@ -163,14 +163,11 @@ class ComboWindow final : private WindowSubclass {
     int newIndex_ = -1;
     int fieldHeight_ = 0;
     Text tag_;
-    Text toolTipText_;
     Text lastText_;  // as of the last Change
     FontSpec font_;
     SharedFont gdiFont_;
-    OleColor backColor_ = colors::windowBackground;
-    OleColor foreColor_ = colors::windowText;
-    UniqueBrush background_;
-    HWND toolTip_ = nullptr;
+    FieldColors colors_;
+    ToolTip toolTip_;
     std::array<AccessibleNameTap, 3> names_;  // of the combo, its field and its list
 };
 

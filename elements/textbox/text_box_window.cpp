@@ -1,6 +1,5 @@
 #include "elements/textbox/text_box_window.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "common/keys.h"
@@ -78,7 +77,12 @@ void TextBoxWindow::Recreate() {
     const HWND parent = GetParent(old);
     const bool focused = HasFocus();
     Destroy();
-    if (Create(parent) && focused) Focus();
+    if (!Create(parent) || !focused) return;
+    const EditSelection selection = selection_;
+    Focus();
+    // A listener that selects what is entered is not to take this for an entry.
+    if (Window())
+        SendMessageW(Window(), EM_SETSEL, static_cast<WPARAM>(selection.start), selection.start + selection.length);
 }
 
 TextBoxLook TextBoxWindow::Look() const {
@@ -147,9 +151,8 @@ void TextBoxWindow::SetSelLength(int length) {
 }
 
 qvx::Text TextBoxWindow::SelText() const {
-    const auto start = static_cast<std::size_t>(SelStart());
-    const qvx::Text text = GetText();
-    return text.substr(std::min(start, text.size()), static_cast<std::size_t>(SelLength()));
+    if (Window()) return SelectedText(Window());
+    return text_.substr(static_cast<std::size_t>(selection_.start), static_cast<std::size_t>(selection_.length));
 }
 
 void TextBoxWindow::SetSelText(TextView text) {

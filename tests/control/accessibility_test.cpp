@@ -9,6 +9,7 @@
 
 #include "Qvx.h"
 #include "tests/control/combogrid_form.h"
+#include "tests/control/textedit_form.h"
 #include "tests/support/input.h"
 #include "tests/support/narrow.h"
 
@@ -505,6 +506,23 @@ TEST(Accessibility, ABurstOfRowsIsOneEvent) {
 }
 
 // ---- Buttons -------------------------------------------------------------------------------------------------------
+
+TEST(Accessibility, TextBoxesSayNameAndTextButNoPassword) {
+    TextEditForm form;
+    form.Set(L"Text", Variant(u"12"));
+    form.Focus();
+    const Spoken box = Spoken::Of(form.Edit());
+    EXPECT_EQ(box.Name(), "TextEdit1");
+    EXPECT_EQ(box.Role(), ROLE_SYSTEM_TEXT);
+    EXPECT_EQ(box.Value(), "12");
+    form.Type("3");
+    EXPECT_EQ(box.Value(), "3");
+    Put(form.Inner().get(), L"PasswordChar", {Variant(u"*")});
+    BSTR value = nullptr;
+    box->get_accValue(Child(0), &value);
+    EXPECT_EQ(SysStringLen(value), 0U);
+    SysFreeString(value);
+}
 
 TEST(Accessibility, ButtonsAreNamedAndPressed) {
     Container::Options options;

@@ -59,6 +59,20 @@ ComPtr<IUnknown> UsedRButton() {
     return control;
 }
 
+ComPtr<IUnknown> UsedTextEdit() {
+    auto control = New(CLSID_TextEdit);
+    EXPECT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    const auto box = control.As<IDispatch>();
+    Put(box.get(), L"DataType", {Variant(2)});
+    Put(box.get(), L"DecimalPlaces", {Variant(3)});
+    Put(box.get(), L"Text", {Variant(u"-12.5")});
+    Put(box.get(), L"MinValue", {Variant(-100.25)});
+    Put(box.get(), L"Alignment", {Variant(1)});
+    Put(box.get(), L"ToolTipText", {Variant(u"Prix \u6F22")});
+    Put(box.get(), L"AllowEmpty", {Variant(false)});
+    return control;
+}
+
 struct Used {
     const char* name;
     const CLSID* id;
@@ -71,7 +85,8 @@ class SavedControl : public ::testing::TestWithParam<Used> {};
 INSTANTIATE_TEST_SUITE_P(Controls, SavedControl,
                          ::testing::Values(Used{"Button", &CLSID_Button, UsedButton},
                                            Used{"RButton", &CLSID_RButton, UsedRButton},
-                                           Used{"ComboGrid", &CLSID_ComboGrid, UsedGrid}),
+                                           Used{"ComboGrid", &CLSID_ComboGrid, UsedGrid},
+                                           Used{"TextEdit", &CLSID_TextEdit, UsedTextEdit}),
                          [](const auto& parameter) { return parameter.param.name; });
 
 TEST_P(SavedControl, ComesBackTheSameThroughEveryStore) {

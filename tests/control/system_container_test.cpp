@@ -72,11 +72,15 @@ TEST_P(SystemContainer, ActivatesResizesAndTakesTheFocus) {
     RECT area{};
     GetWindowRect(window, &area);
     EXPECT_EQ(200, area.right - area.left);
-    EXPECT_EQ(100, area.bottom - area.top);
+    // A text box is as high as its text.
+    const bool fixedHeight = *GetParam() == CLSID_TextEdit;
+    const auto height = fixedHeight ? area.bottom - area.top : 100;
+    EXPECT_EQ(height, area.bottom - area.top);
+    EXPECT_EQ(fixedHeight, height < 40);
     SetWindowPos(host, nullptr, 0, 0, 320, 150, SWP_NOMOVE | SWP_NOZORDER);
     GetWindowRect(window, &area);
     EXPECT_EQ(320, area.right - area.left);
-    EXPECT_EQ(150, area.bottom - area.top);
+    EXPECT_EQ(fixedHeight ? height : 150, area.bottom - area.top);
     UpdateWindow(window);
     // A click brings the focus.
     SetForegroundWindow(top_);
@@ -96,6 +100,8 @@ TEST_P(SystemContainer, SavesAndLoadsThroughStreamAndBag) {
     const auto automation = control.As<IDispatch>();
     if (*GetParam() == CLSID_Button || *GetParam() == CLSID_RButton) {
         Put(automation.get(), L"Caption", {Variant(u"&Check")});
+    } else if (*GetParam() == CLSID_TextEdit) {
+        Put(automation.get(), L"Text", {Variant(u"12")});
     } else {
         Put(automation.get(), L"FormatString", {Variant(u"No|Name")});
         Put(automation.get(), L"ListColumns", {Variant(u";Name;")});
@@ -124,6 +130,11 @@ TEST_P(SystemContainer, FiresEvents) {
         SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, 20));
         SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(20, 20));
         EXPECT_EQ(1u, recorder->Count(DISPID_CLICK));
+    } else if (*GetParam() == CLSID_TextEdit) {
+        Put(control.As<IDispatch>().get(), L"Text", {Variant(u"12")});
+        SendMessageW(FindWindowExW(WindowOf(control.get()), nullptr, L"EDIT", nullptr), WM_CHAR, u'x', 0);
+        EXPECT_EQ(2u, recorder->Count(1)) << "Change";
+        EXPECT_EQ(1u, recorder->Count(DISPID_KEYPRESS));
     } else {
         const auto grid = control.As<IDispatch>();
         Put(grid.get(), L"FormatString", {Variant(u"No|Name|Price")});

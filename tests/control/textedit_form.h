@@ -39,7 +39,7 @@ class TextEditForm {
     // The system's edit control inside.
     HWND Edit() const { return FindWindowExW(container->ControlWindow(), nullptr, L"EDIT", nullptr); }
     ComPtr<IDispatch> Inner() const { return Call(box.get(), L"TextBox").ToObject<IDispatch>(); }
-    Text Shown() const { return Call(box.get(), L"Text").ToText(); }
+    Text Shown() const { return Call(box.get(), L"Text").ToText().value_or(u"?"); }
     void Set(const wchar_t* name, Variant value) const { Put(box.get(), name, {std::move(value)}); }
     size_t Count(DISPID event) const { return recorder->Count(event); }
 

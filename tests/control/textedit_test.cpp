@@ -202,15 +202,14 @@ TEST(TextEdit, TheInnerBoxIsReachable) {
     EXPECT_EQ(Invoke(inner.get(), L"Text", DISPATCH_PROPERTYGET).scode, Scode(364));
 }
 
+// Without a window: the system's own edit control takes minutes to lay out such a line under some runtimes.
 TEST(TextEdit, AMillionCharacters) {
-    TextEditForm form;
+    const TextEditForm form;
     const Text text(1'000'000, u'7');
     form.Set(L"Text", Variant(text));
-    form.Focus();
-    EXPECT_EQ(form.Shown().size(), text.size());
+    EXPECT_EQ(form.Shown(), text);
+    // More than a number can be: what stands for it is what the grid reads, too.
     form.Set(L"DataType", Variant(2));
-    // Beyond what a number can be: the first digits that are one.
-    form.Type("1");
     EXPECT_FALSE(form.Shown().empty());
     form.Set(L"Text", Variant(Text(1'000'000, u'0') + u"8"));
     EXPECT_EQ(form.Shown(), u"8.00");

@@ -166,7 +166,8 @@ TEST(TextEditTyping, LeavingNormalisesWhateverCameIn) {
         form.Focus();
         // As a paste or an input method would.
         SendMessageW(form.Edit(), EM_SETSEL, 0, -1);
-        SendMessageW(form.Edit(), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(Wide(Text(c.left)).data()));
+        const Text left(c.left);
+        SendMessageW(form.Edit(), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(Wide(left)));
         SetFocus(neighbour.Window());
         EXPECT_EQ(form.Shown(), c.expected);
         EXPECT_EQ(GetFocus(), neighbour.Window());
@@ -191,6 +192,7 @@ TEST(TextEditTyping, TextsCanBeDroppedUnlessLocked) {
     form.Set(L"Text", Variant(u""));
     form.Set(L"DataType", Variant(2));
     form.Focus();
+    const POINT inside = CenterOf(form.Edit());
     for (const bool locked : {false, true}) {
         form.Set(L"DataType", Variant(0));
         form.Set(L"Text", Variant(u""));
@@ -198,13 +200,17 @@ TEST(TextEditTyping, TextsCanBeDroppedUnlessLocked) {
         PutOnClipboard(form.Edit(), u"12.3456 kg\r\nsecond line");
         ComPtr<IDataObject> data;
         ASSERT_EQ(S_OK, OleGetClipboard(data.put()));
-        MoveMouseTo({5, 5});
+        // The drag begins where this thread sees the button go down.
+        POINT outside{5, 5};
+        ClientToScreen(form.container->Window(), &outside);
+        MoveMouseTo(outside);
         LeftButton(true);
+        TextEditForm::Settle();
         DWORD effect = 0;
         {
             const Person person([&] {
                 Sleep(300);
-                MoveMouseTo(CenterOf(form.Edit()));
+                MoveMouseTo(inside);
                 Sleep(300);
                 LeftButton(false);
             });
@@ -243,7 +249,7 @@ TEST(TextEditTyping, AnEmptyBoxIsNotLeft) {
                 EXPECT_TRUE(WaitFor([&] { return FindBox() == nullptr && GetFocus() == form.Edit(); }, 8000));
             }
         }
-        EXPECT_EQ(title, u"Empty Data");
+        EXPECT_EQ(title, u"  Empty Data");
         EXPECT_GT(shown, 1000U);
         EXPECT_LT(shown, 4000U);
         EXPECT_TRUE(WaitFor([&] { return GetFocus() == form.Edit(); }, 3000));

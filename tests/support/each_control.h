@@ -18,6 +18,7 @@ inline constexpr NamedControl namedControls[] = {
     {"Button", &CLSID_Button},
     {"RButton", &CLSID_RButton},
     {"ComboGrid", &CLSID_ComboGrid},
+    {"TextEdit", &CLSID_TextEdit},
 };
 
 inline std::vector<const CLSID*> EachControlId() {
