@@ -296,6 +296,10 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_MBUTTONUP:
             return OnButton(message, wParam, lParam);
         case WM_MOUSEMOVE:
+            // The button may have been let go elsewhere, as over a message box that a handler has shown.
+            if (pressed_ && (wParam & MK_LBUTTON) == 0) {
+                EndDrag();
+            }
             if (TellMouse(message, wParam, MousePoint(lParam))) {
                 OnMove(MousePoint(lParam));
             }

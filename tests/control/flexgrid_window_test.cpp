@@ -233,6 +233,21 @@ TEST_F(FlexGridWindowTest, DraggingSelectsAndScrollsBeyondTheEdge) {
     EXPECT_EQ(WrongPixels(grid_->Handle()), 0);
 }
 
+TEST_F(FlexGridWindowTest, NothingIsDraggedByAButtonThatIsUp) {
+    log_.onMouseDown = [&] {
+        // As in front of a message box.
+        LeftButton(false);
+        Settle();
+    };
+    MoveTo(64 * 2 + 10, 32 + 8);
+    LeftButton(true);
+    ASSERT_TRUE(WaitFor([&] { return Place() == "2,2:2,2"; })) << Place();
+    MoveTo(64 * 3 + 10, 16 * 5 + 8);
+    Settle();
+    EXPECT_EQ(Place(), "2,2:2,2");
+    EXPECT_EQ(GetCapture(), nullptr);
+}
+
 TEST_F(FlexGridWindowTest, HeadersSelectLinesAndTheirBordersResize) {
     ClickAt(64 * 2 + 30, 8);
     EXPECT_TRUE(WaitFor([&] { return Place() == "1,2:29,2"; })) << Place();
