@@ -107,7 +107,7 @@ constexpr auto digitPairs = [] {
     return pairs;
 }();
 
-void WritePair(std::uint32_t value, char16_t* to) { std::copy_n(digitPairs.data() + 2 * value, 2, to); }
+void WritePair(std::uint32_t value, char16_t* to) { std::copy_n(digitPairs.data() + std::size_t{2} * value, 2, to); }
 
 // Eight digits in front of `end`, zeros in front of the number's own. Returns where those begin.
 char16_t* WriteBelow100Million(std::uint32_t value, char16_t* end) {
@@ -160,6 +160,7 @@ Written WriteDecimal(double value, NumberBuffer& buffer) {
     constexpr std::int64_t scale = decimals == 6 ? 1'000'000 : decimals == 2 ? 100 : 1;
     constexpr double closeness = 3.5e-16;
     const double scaled = std::fabs(value) * static_cast<double>(scale);
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings): where it is not the nearest, the next line refuses it.
     const auto units = static_cast<std::int64_t>(scaled + 0.5);
     if (!(std::fabs(scaled - static_cast<double>(units)) <= scaled * closeness)) return {};
     char16_t* const point = buffer.data() + pointAt;
