@@ -8,6 +8,7 @@
 #include <oleidl.h>
 
 #include <optional>
+#include <utility>
 
 #include "com/pointer.h"
 #include "com/variant.h"
@@ -76,6 +77,20 @@ class HostServices {
     ComPtr<IOleClientSite> site_;
     ComPtr<IOleControlSite> controlSite_;
     ComPtr<IDispatch> ambients_;
+};
+
+// The host's font as a control follows it that has been given none of its own.
+class AmbientFont {
+  public:
+    void Remember(const HostServices& host) { font_ = host.Font(); }
+    // The host has another one: that, when what the control shows is the host's until now.
+    std::optional<FontSpec> Followed(const HostServices& host, const FontSpec& shown) {
+        const FontSpec before = std::exchange(font_, host.Font());
+        return before == shown ? std::optional(font_) : std::nullopt;
+    }
+
+  private:
+    FontSpec font_;  // as the host last gave it
 };
 
 }  // namespace qvx

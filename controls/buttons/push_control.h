@@ -128,14 +128,10 @@ class PushControl : public Control<I> {
         return button_.HandleMessage(message, wParam, lParam);
     }
     void OnResize(Size size) override { button_.Resize(size); }
-    void OnAfterRead() override { ambientFont_ = this->Host().Font(); }
+    void OnAfterRead() override { ambientFont_.Remember(this->Host()); }
     void OnAmbientChange(DISPID property) override {
         if (property == DISPID_AMBIENT_FONT) {
-            // A font of the button's own stays.
-            const FontSpec font = this->Host().Font();
-            if (std::exchange(ambientFont_, font) == font_.Value()) {
-                LoadFont(font);
-            }
+            if (const auto font = ambientFont_.Followed(this->Host(), font_.Value())) LoadFont(*font);
         }
         this->Invalidate();
     }
@@ -243,7 +239,7 @@ class PushControl : public Control<I> {
     FontProperty font_;
 
   private:
-    FontSpec ambientFont_;  // as the host last gave it
+    AmbientFont ambientFont_;
 };
 
 }  // namespace qvx::buttons

@@ -29,7 +29,7 @@ thread_local bool takingBack = false;
 // ---- Life ----------------------------------------------------------------------------------------------------------
 
 void TextEditControl::OnAfterRead() {
-    ambientFont_ = Host().Font();
+    ambientFont_.Remember(Host());
     DataTypeChanged();
     if (rules_.dataType != data_type::none) NormaliseInPlace();
 }
@@ -60,9 +60,7 @@ void TextEditControl::TextBoxDressed() {
 
 void TextEditControl::OnAmbientChange(DISPID property) {
     if (property == DISPID_AMBIENT_FONT) {
-        // A font of the control's own stays.
-        const FontSpec font = Host().Font();
-        if (std::exchange(ambientFont_, font) == box_.Font()) automation_.LoadFont(font);
+        if (const auto font = ambientFont_.Followed(Host(), box_.Font())) automation_.LoadFont(*font);
     }
     Invalidate();
 }

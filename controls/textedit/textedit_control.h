@@ -117,7 +117,7 @@ class TextEditControl final : public Control<_TextEdit>, private TextBoxListener
 
     TextBoxWindow box_{*this};
     TextBoxAutomation automation_;
-    FontSpec ambientFont_;  // as the host last gave it
+    AmbientFont ambientFont_;
     KeyRules rules_;
     bool allowEmpty_ = true;
     bool useEnterKey_ = false;

@@ -82,16 +82,6 @@ TEST_F(ButtonInDesigner, ValueIsRefusedAndInputIgnored) {
     EXPECT_EQ(Clicks(), 0U);
 }
 
-TEST_F(Button, MouseClicks) {
-    Activate();
-    ClickOn(window_);
-    EXPECT_TRUE(WaitFor([&] { return Clicks() == 1; }));
-    Settle();
-    EXPECT_EQ(Clicks(), 1U);
-    EXPECT_EQ(GetFocus(), window_);
-    EXPECT_EQ(Call(button_.get(), L"Focus").ToBool(), true);
-}
-
 TEST_F(Button, ReleasedOutsideIsNoClick) {
     Activate();
     MoveMouseTo(At(50, 12));
@@ -112,17 +102,6 @@ TEST_F(Button, MouseOverItIsCapturedUntilItLeaves) {
     EXPECT_TRUE(WaitFor([&] { return GetCapture() == window_; }));
     MoveMouseTo(At(160, 60));
     EXPECT_TRUE(WaitFor([&] { return GetCapture() == nullptr; }));
-}
-
-TEST_F(Button, SpaceClicksWhenItComesUp) {
-    Activate();
-    Focus();
-    KeyDown(VK_SPACE);
-    Settle();
-    EXPECT_EQ(Clicks(), 0U);
-    KeyUp(VK_SPACE);
-    EXPECT_TRUE(WaitFor([&] { return Clicks() == 1; }));
-    EXPECT_EQ(GetCapture(), nullptr);
 }
 
 TEST_F(Button, ArrowsSendTab) {
@@ -264,20 +243,6 @@ TEST_F(Button, ShowsItsStatesOnTheScreen) {
     EXPECT_NE(Call(button_.get(), L"hDC").ToText(), u"0");
     EXPECT_EQ(Call(button_.get(), L"hWnd").ToText(),
               Variant(static_cast<long>(reinterpret_cast<LONG_PTR>(window_))).ToText());
-}
-
-// A handler may end the control's life.
-TEST_F(Button, SurvivesBeingClosedInItsClick) {
-    Activate();
-    recorder_->onEvent = [&](DISPID, DISPPARAMS&) {
-        connection_.reset();
-        button_.reset();
-        container_->Close();
-    };
-    ClickOn(window_);
-    EXPECT_TRUE(WaitFor([&] { return recorder_->events.size() == 1; }));
-    Settle();
-    EXPECT_FALSE(IsWindow(window_) && IsWindowVisible(window_));
 }
 
 }  // namespace
