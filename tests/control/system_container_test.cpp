@@ -147,6 +147,41 @@ TEST_P(SystemContainer, FiresEvents) {
     }
 }
 
+// The Tab key as a dialog handles it, into the control, out of it again and back.
+TEST_P(SystemContainer, TabGoesInAndOut) {
+    const HWND host = Host(Spell(*GetParam()));
+    SetWindowLongW(host, GWL_STYLE, GetWindowLongW(host, GWL_STYLE) | WS_TABSTOP);
+    const auto control = ControlIn(host);
+    const HWND window = WindowOf(control.get());
+    const HWND other = CreateWindowW(L"EDIT", L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 10, 150, 100, 20, top_, nullptr,
+                                     nullptr, nullptr);
+    SetForegroundWindow(top_);
+    SetFocus(other);
+    const auto tab = [&] {
+        MSG message{GetFocus(), WM_KEYDOWN, VK_TAB, 0, 0, {}};
+        return IsDialogMessageW(top_, &message) != FALSE;
+    };
+    const auto inside = [&] {
+        // Wine's host keeps the focus for itself where the system's activates its control.
+        if (GetFocus() == host) {
+            const auto object = control.As<IOleObject>();
+            ComPtr<IOleClientSite> site;
+            object->GetClientSite(site.put());
+            RECT area{};
+            GetClientRect(host, &area);
+            object->DoVerb(OLEIVERB_UIACTIVATE, nullptr, site.get(), 0, host, &area);
+        }
+        return GetFocus() == window || IsChild(window, GetFocus());
+    };
+    EXPECT_TRUE(tab());
+    EXPECT_TRUE(inside());
+    if (*GetParam() == CLSID_ComboGrid) return;  // keeps the key for its columns
+    EXPECT_TRUE(tab());
+    EXPECT_EQ(GetFocus(), other);
+    EXPECT_TRUE(tab());
+    EXPECT_TRUE(inside());
+}
+
 TEST_P(SystemContainer, LeavesNothingBehind) {
     const auto round = [&] {
         const HWND host = Host(Spell(*GetParam()));
