@@ -73,6 +73,14 @@ STDMETHODIMP SitedControl::Site::GetWindow(HWND* window) {
 
 STDMETHODIMP SitedControl::Site::OnUIActivate() { return S_OK; }
 
+STDMETHODIMP SitedControl::Site::DeactivateAndUndo() {
+    return Guard([&]() -> HRESULT {
+        if (!control_) return E_UNEXPECTED;
+        control_->OnLeft();
+        return S_OK;
+    });
+}
+
 STDMETHODIMP SitedControl::Site::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document,
                                                   LPRECT position, LPRECT clip, LPOLEINPLACEFRAMEINFO info) {
     return Guard([&]() -> HRESULT {

@@ -57,8 +57,8 @@ class SitedControl::Site final : public ComObject<IOleClientSite, IOleInPlaceSit
     STDMETHODIMP OnInPlaceDeactivate() override { return S_OK; }
     // The form keeps no undo of its own: there is nothing to discard, and nothing it could undo.
     STDMETHODIMP DiscardUndoState() override { return S_OK; }
-    // Undo right after activation would take the form's last act back; a form has no such command.
-    STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
+    // With no undo of the form's to go back to, what is left of it is that the control gives the input up.
+    STDMETHODIMP DeactivateAndUndo() override;
     STDMETHODIMP OnPosRectChange(LPCRECT position) override;
     // IOleInPlaceSiteEx
     STDMETHODIMP OnInPlaceActivateEx(WINBOOL* noRedraw, DWORD flags) override;

@@ -125,6 +125,14 @@ TEST_F(HostClosingTest, AControlThatCannotSaveIsShown) {
     EXPECT_THROW(form_->Save(SavedPath()), RunTimeError);
 }
 
+// A form has no undo to go back to, and refuses nobody for that.
+TEST_F(HostClosingTest, ASiteTakesTheInputBackWithoutAnUndo) {
+    Load(controlAndText);
+    const auto site = control_->site.As<IOleInPlaceSite>();
+    ASSERT_TRUE(site);
+    EXPECT_EQ(site->DeactivateAndUndo(), S_OK);
+}
+
 TEST_F(HostClosingTest, AControlThatFailsToLoadIsLetGo) {
     control_->loads = E_FAIL;
     EXPECT_THROW(Load(controlAndText), FormFileError);
