@@ -1,0 +1,29 @@
+// What a Backup control is told about its host's database.
+#pragma once
+
+#include "common/text.h"
+
+namespace qvx::backup {
+
+// Paths are joined as they stand: a folder ends in a path separator, an extension begins with its dot.
+struct Settings {
+    Text cnnString;        // what opens a database file once the file's full path is put behind it
+    Text database;         // file name of the database, without extension
+    Text tempPath;         // working folder of a restore, which deletes every file in it
+    Text dataPath;         // folder of the live database
+    Text zipPath;          // folder of PkZip.exe and PkunZip.exe
+    Text backupExtension;  // of archives
+    Text dataExtension;    // of the database file
+    bool checkSecurity = false;
+};
+
+enum class Mode { backup, restore };
+
+// The live database's own lock file: while it exists, somebody has the database open.
+inline Text LockFile(const Settings& settings) { return settings.dataPath + settings.database + u".ldb"; }
+
+inline Text LiveDatabase(const Settings& settings) {
+    return settings.dataPath + settings.database + settings.dataExtension;
+}
+
+}  // namespace qvx::backup
