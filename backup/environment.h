@@ -42,7 +42,7 @@ class Environment {
 
     // --- The user ---
 
-    // Puts the fields' contents on the screen and paints the dialog at once.
+    // Puts the fields' contents on the screen and paints the dialog at once. Never fails.
     virtual void Refresh(const FormState& form) = 0;
     virtual bool ShowMessage(TextView prompt, const msgbox::MessageKind& kind, const std::optional<Text>& title) = 0;
     virtual void ReportError(int number, TextView description) = 0;

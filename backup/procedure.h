@@ -29,9 +29,13 @@ class Procedure {
 
     void BackUp(FormState& form);
     bool AskToOverwrite(const Text& location);
-    void Archive(FormState& form);
+    // The archiver's exit code.
+    std::uint32_t Archive(FormState& form);
+    std::uint32_t RunArchiver(FormState& form, const Text& commandLine);
+    // Of a file that is not there: one is made for that and deleted again.
     Text ShortPathOfNewFile(const Text& path);
-    void SendByMail(const Text& location);
+    // `written` is whether there is a new archive at all.
+    void SendByMail(const Text& location, bool written);
 
     void Restore(FormState& form);
     void CheckWorkingFolder(const Text& archive);

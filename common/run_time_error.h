@@ -1,6 +1,7 @@
 // A run-time error as hosts know it: a number and a description that travel together up to the automation edge.
 #pragma once
 
+#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -26,6 +27,13 @@ constexpr int overflow = 6;
 constexpr int outOfMemory = 7;
 constexpr int subscriptOutOfRange = 9;
 constexpr int typeMismatch = 13;
+constexpr int fileNotFound = 53;
+constexpr int fileAlreadyExists = 58;
+constexpr int diskFull = 61;
+constexpr int deviceUnavailable = 68;
+constexpr int permissionDenied = 70;
+constexpr int pathFileAccess = 75;
+constexpr int pathNotFound = 76;
 constexpr int objectUnloaded = 364;
 constexpr int invalidPropertyValue = 380;
 constexpr int invalidPropertyArrayIndex = 381;
@@ -38,5 +46,18 @@ constexpr int invalidRowValue = 30009;
 constexpr int invalidColValue = 30010;
 constexpr int lastRowRemoval = 30015;
 }  // namespace errors
+
+// The number and description under which an error travels on; for use inside a catch block.
+inline RunTimeError CurrentError() {
+    try {
+        throw;
+    } catch (const RunTimeError& error) {
+        return error;
+    } catch (const std::bad_alloc&) {
+        return {errors::outOfMemory, u"Out of memory"};
+    } catch (...) {
+        return {errors::invalidProcedureCall, u"Invalid procedure call or argument"};
+    }
+}
 
 }  // namespace qvx

@@ -51,19 +51,6 @@ concept EditEvents = requires(H events, int number, const Text& text, bool& flag
     events.ReportError(number, text);
 };
 
-// The number and description under which an error travels on; for use inside a catch block.
-inline RunTimeError CurrentError() {
-    try {
-        throw;
-    } catch (const RunTimeError& error) {
-        return error;
-    } catch (const std::bad_alloc&) {
-        return {errors::outOfMemory, u"Out of memory"};
-    } catch (...) {
-        return {errors::invalidProcedureCall, u"Invalid procedure call or argument"};
-    }
-}
-
 // True when an editor may be opened on the current cell at all: it is no fixed one, where only a program can put the
 // cursor, and its column none of the inactive ones.
 inline bool MayEdit(const flexgrid::Grid& grid, const ControlState& state) {

@@ -62,9 +62,12 @@ constexpr TextView emptyValueTitle = u"Empty Data";
 constexpr MessageKind othersLoggedOn{button_set::okOnly, icon::failure, false, 4000};  // without a title
 constexpr TextView othersLoggedOnPrompt = u"All other users must be logged off before doing this.";
 constexpr MessageKind overwriteBackup{button_set::yesNo, icon::question, false, 0};
+// Then the archive's path and the question, on lines of their own.
+constexpr TextView overwriteBackupPrompt = u"This will overwrite the previous backup files under the directory.";
+constexpr TextView overwriteBackupQuestion = u"Continue with Backup...?";
 constexpr TextView overwriteBackupTitle = u"Backup";
 constexpr MessageKind nothingToRestore{button_set::okOnly, icon::notice, false, 3000};
-constexpr TextView nothingToRestorePrompt = u"No Backup files found under this directory.";
+constexpr TextView nothingToRestorePrompt = u"No Backup files found under this directory.";  // and the path
 constexpr MessageKind restoreFailed{button_set::okOnly, icon::failure, false, 2000};
 constexpr TextView restoreFailedPrompt = u"Could not restore data. File may be correpted.";
 constexpr TextView restoreFailedTitle = u"Restore";

@@ -1,0 +1,260 @@
+// A computer for the backup's procedure: files in memory, archivers that pack and unpack them, a user whose answers are
+// given beforehand. Any step can fail, and the program can end before any step.
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "backup/environment.h"
+#include "backup/names.h"
+#include "common/run_time_error.h"
+#include "common/text_compare.h"
+
+namespace qvx::backup {
+
+inline std::string Narrow(TextView text) {
+    std::string narrow;
+    for (const char16_t c : text) narrow += c == u'\r' ? '|' : static_cast<char>(c);
+    return narrow;
+}
+
+struct NoCase {
+    bool operator()(const Text& a, const Text& b) const { return CompareTextNoCase(a, b) < 0; }
+};
+using Files = std::map<Text, std::string, NoCase>;
+
+// The program is gone: nothing has an effect any more.
+struct ProgramEnded : RunTimeError {
+    ProgramEnded() : RunTimeError(0, u"") {}
+};
+
+class FakeEnvironment final : public Environment {
+  public:
+    Files files;
+    // What was done, a line a step; looking changes nothing and is not among them unless `logLooks`.
+    std::vector<std::string> log;
+    bool logLooks = false;
+
+    int failAt = 0;  // the number of a step that fails, from 1
+    int endAt = 0;   // the number of a step before which the program ends
+    int steps = 0;
+
+    bool answer = true;    // to questions
+    bool password = true;  // whether the right one is typed
+    Text pickedFolder;
+    Text pickedFile;
+    Date today{1, 3};
+    Text removableDrive;  // "A:"
+    std::uint32_t exitCode = 0;
+    enum class Archiver { works, leavesNothing, leavesHalf } archiver = Archiver::works;
+    bool shortNames = false;  // 8.3 forms differ from the names
+    Text mailError;
+
+    std::string Log() const {
+        std::string text;
+        for (const std::string& line : log) text += line + "\n";
+        return text;
+    }
+
+    void Refresh(const FormState& form) override {
+        if (steps + 1 == failAt) failAt = 0;  // never fails
+        try {
+            Step("refresh [" + Narrow(form.outcome) + "]");
+        } catch (const ProgramEnded&) {
+            // Nobody looks any more.
+        }
+    }
+    bool ShowMessage(TextView prompt, const msgbox::MessageKind& kind, const std::optional<Text>& title) override {
+        Step("message " + Narrow(prompt) + " (" + Narrow(title.value_or(u"-")) + ", " + std::to_string(kind.buttons) +
+             ", " + std::to_string(kind.icon) + ", " + std::to_string(kind.timeOut) + ")");
+        return kind.buttons == msgbox::button_set::okOnly || answer;
+    }
+    void ReportError(int number, TextView description) override {
+        if (ended_) return;
+        log.push_back("error " + std::to_string(number) + " " + Narrow(description));
+    }
+    Text BrowseForFolder(TextView title) override {
+        Step("browse " + Narrow(title));
+        return pickedFolder;
+    }
+    Text ShowOpenFile(TextView title) override {
+        Step("open " + Narrow(title));
+        return pickedFile;
+    }
+    bool RunPasswordPrompt(TextView connection) override {
+        Step("prompt " + Narrow(connection));
+        return password;
+    }
+    void ClosePasswordPrompt() override { Step("close prompt"); }
+    Date Today() override { return today; }
+
+    std::optional<std::uint64_t> FileSize(TextView path) override {
+        Look("size " + Narrow(path));
+        const auto found = files.find(Text(path));
+        return found == files.end() ? std::nullopt : std::optional<std::uint64_t>(found->second.size());
+    }
+    void CreateEmptyFile(TextView path) override {
+        Step("create " + Narrow(path));
+        files[Text(path)] = "";
+    }
+    void DeleteFile(TextView path) override {
+        Step("delete " + Narrow(path));
+        if (files.erase(Text(path)) == 0) throw RunTimeError(errors::fileNotFound, u"File not found");
+    }
+    void RenameFile(TextView from, TextView to) override {
+        Step("rename " + Narrow(from) + " > " + Narrow(to));
+        if (files.count(Text(to))) throw RunTimeError(errors::fileAlreadyExists, u"File already exists");
+        Move(from, to);
+    }
+    void CopyFile(TextView from, TextView to) override {
+        // What fails in the middle leaves a part.
+        if (steps + 1 == failAt || steps + 1 == endAt) files[Text(to)] = "half";
+        Step("copy " + Narrow(from) + " > " + Narrow(to));
+        files[Text(to)] = files.at(Text(from));
+    }
+    void ReplaceFile(TextView from, TextView to) override {
+        Step("replace " + Narrow(from) + " > " + Narrow(to));
+        Move(from, to);
+    }
+    Text FirstFile(TextView folder, TextView extension) override {
+        Look("first " + Narrow(folder) + "*" + Narrow(extension));
+        for (const auto& [path, bytes] : files) {
+            if (!In(folder, path)) continue;
+            const Text name = path.substr(folder.size());
+            if (name.size() >= extension.size() &&
+                EqualNoCase(TextView(name).substr(name.size() - extension.size()), extension)) {
+                return name;
+            }
+        }
+        return {};
+    }
+    void DeleteFiles(TextView folder) override {
+        const bool first = steps + 1 == failAt || steps + 1 == endAt;
+        for (auto file = files.begin(); file != files.end();) {
+            if (In(folder, file->first)) {
+                file = files.erase(file);
+                if (first) break;
+            } else {
+                ++file;
+            }
+        }
+        Step("delete all " + Narrow(folder));
+    }
+    bool SameFolder(TextView one, TextView other) override {
+        Look("same " + Narrow(one) + " " + Narrow(other));
+        return EqualNoCase(one, other);
+    }
+    Text ShortPath(TextView file) override {
+        Look("short " + Narrow(file));
+        if (!files.count(Text(file))) throw RunTimeError(errors::fileNotFound, u"File not found");
+        return ShortForm(file);
+    }
+    DriveKind DriveTypeOf(TextView path) override {
+        Look("drive " + Narrow(path));
+        return !removableDrive.empty() && path.substr(0, 2) == removableDrive ? DriveKind::removable : DriveKind::other;
+    }
+    void ChangeDrive(TextView path) override { Step("change drive " + Narrow(path)); }
+    Text TemporaryName() override { return u"rad12345.tmp"; }
+
+    bool DatabaseOpens(TextView connection) override {
+        Look("opens " + Narrow(connection));
+        const auto found = files.find(Text(connection.substr(connection.find(u'=') + 1)));
+        return found != files.end() && found->second.rfind("db", 0) == 0;
+    }
+    void StartArchiver(TextView commandLine) override {
+        Step("start " + Narrow(commandLine));
+        commandLine_ = commandLine;
+    }
+    // An archiver ends its work whether or not somebody still waits for it.
+    std::uint32_t WaitForArchiver() override {
+        if (!ended_ && archiver != Archiver::leavesNothing) Work();
+        Step("wait");
+        return exitCode;
+    }
+    void SendMail(const Mail& mail) override {
+        Step("mail " + Narrow(mail.subject) + " " + Narrow(mail.attachment) + " as " + Narrow(mail.attachmentName));
+        if (!mailError.empty()) throw RunTimeError(3, mailError);
+    }
+
+    // What PkZip makes of a file.
+    static std::string Packed(const std::string& name, const std::string& bytes) { return "zip|" + name + "|" + bytes; }
+
+  private:
+    void Look(const std::string& what) {
+        const auto before = log.size();
+        Step(what);
+        if (!logLooks) log.resize(before);
+    }
+    void Step(const std::string& what) {
+        ++steps;
+        if (steps == endAt) ended_ = true;
+        if (ended_) throw ProgramEnded();
+        if (steps == failAt) throw RunTimeError(errors::permissionDenied, u"Permission denied");
+        log.push_back(what);
+    }
+    static bool In(TextView folder, TextView path) {
+        return path.size() > folder.size() && EqualNoCase(path.substr(0, folder.size()), folder) &&
+               path.find(u'\\', folder.size()) == TextView::npos;
+    }
+    void Move(TextView from, TextView to) {
+        const auto found = files.find(Text(from));
+        if (found == files.end()) throw RunTimeError(errors::fileNotFound, u"File not found");
+        const std::string bytes = found->second;
+        files.erase(found);
+        files.erase(Text(to));
+        files[Text(to)] = bytes;
+    }
+    // Folders with blanks are cut, names with more than eight characters too.
+    Text ShortForm(TextView path) const {
+        if (!shortNames) return Text(path);
+        const TextView folder = FolderOf(path);
+        const TextView name = path.substr(folder.size());
+        const auto dot = name.find(u'.');
+        if (dot == TextView::npos || dot <= 8) return Text(path);
+        return Text(folder) + Text(name.substr(0, 6)) + u"~1" + Text(name.substr(dot));
+    }
+    Text LongForm(const Text& path) const {
+        for (const auto& [file, bytes] : files) {
+            if (EqualNoCase(ShortForm(file), path)) return file;
+        }
+        return path;
+    }
+    static std::vector<Text> Words(TextView line) {
+        std::vector<Text> words(1);
+        bool quoted = false;
+        for (const char16_t c : line) {
+            if (c == u'"') {
+                quoted = !quoted;
+            } else if (c == u' ' && !quoted) {
+                words.emplace_back();
+            } else {
+                words.back() += c;
+            }
+        }
+        return words;
+    }
+    void Work() {
+        const std::vector<Text> words = Words(commandLine_);
+        const bool packing = ContainsNoCase(words[0], u"PkZip.exe");
+        if (packing) {
+            const Text source = LongForm(words.back());
+            const std::string packed = Packed(Narrow(source.substr(FolderOf(source).size())), files.at(source));
+            files[words[words.size() - 2]] = archiver == Archiver::leavesHalf ? packed.substr(0, 5) : packed;
+            return;
+        }
+        const std::string& packed = files.at(LongForm(words[1]));
+        const auto name = packed.find('|') + 1;
+        const auto bytes = packed.find('|', name);
+        if (packed.rfind("zip|", 0) != 0 || bytes == std::string::npos) return;
+        const Text file(packed.begin() + static_cast<std::ptrdiff_t>(name),
+                        packed.begin() + static_cast<std::ptrdiff_t>(bytes));
+        files[words[2] + file] = archiver == Archiver::leavesHalf ? "half" : packed.substr(bytes + 1);
+    }
+
+    Text commandLine_;
+    bool ended_ = false;
+};
+
+}  // namespace qvx::backup
