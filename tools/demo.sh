@@ -19,6 +19,32 @@ make_database() {
   with_log database sqlite3 -bail -init /dev/null "$2" ".read '$1'"
 }
 
+# Whether a form makes backups.
+makes_backups() { grep -q 'Begin Qvx\.Backup ' "$1"; }
+
+# database_of FORM BASE: the file of the database that a form works on. One that makes backups has it on a drive of its own.
+database_of() {
+  if makes_backups "$1"; then echo "$2/data/Shop.db"; else echo "$2.db"; fi
+}
+
+# prepare_drive FOLDER: drive Q: of this run's Windows environment, with the folders that a form which makes backups counts on:
+# data, copies, temp, and zip with the archivers. They are empty at first.
+prepare_drive() {
+  local folder
+  for folder in data copies temp zip; do
+    rm -rf "${1:?}/$folder"
+    mkdir -p "$1/$folder"
+  done
+  cp build/x64/PkZip.exe build/x64/PkunZip.exe "$1/zip/"
+  ln -sfn "$(realpath "$1")" "$prefix/dosdevices/q:"
+}
+
+# place_database NAME FORM BASE: makes the database of samples/NAME.frm anew, and the drive where it needs one.
+place_database() {
+  ! makes_backups "$2" || prepare_drive "$3"
+  make_database "samples/$1.sql" "$(database_of "$2" "$3")"
+}
+
 # Whether programs reach SQLite through ODBC here.
 has_database_driver() { [[ -n $(command -v sqlite3) ]] && odbcinst -q -d 2>/dev/null | grep -qi sqlite3; }
 
@@ -130,12 +156,12 @@ qvx_demo() {
   if [[ -f samples/$name.sql ]]; then
     need "${packages_database[@]}"
     targets+=(qvx_ado)
-    database=$root/build/demo/$name.db
+    database=$(database_of "$form" "$root/build/demo/$name")
   fi
+  ! makes_backups "$form" || targets+=(PkZip PkunZip)
   build x64 --target "${targets[@]}" || die "The build failed."
   need "${packages_display[@]}"
   mkdir -p "$root/build/demo"
-  [[ -z $database ]] || make_database "samples/$name.sql" "$database" || die "The database could not be made."
   log=${log:-$root/build/demo/$name.log}
   if [[ -z $keys && -z $screenshot ]] && { [[ -n $virtual ]] || ! display_is_reachable; }; then
     screenshot=$root/build/demo/$name.png
@@ -143,6 +169,7 @@ qvx_demo() {
     say "There is no display to show it on: it runs by itself and leaves a picture."
   fi
   start_wine
+  [[ -z $database ]] || place_database "$name" "$form" "$root/build/demo/$name" || die "The database could not be made."
   use_display $virtual
   run_demo "$form" "$keys" "$screenshot" "$log" "$save" "$database" || die "The demo failed."
   [[ -z $screenshot ]] || say "Picture: $screenshot"

@@ -108,8 +108,8 @@ run_demo_test() {
   form=samples/${name%%-*}
   saved=$root/build/test/$name
   if [[ -f $form.sql ]]; then
-    database=$saved.db
-    make_database "$form.sql" "$database" || return 1
+    database=$(database_of "$form.frm" "$saved")
+    place_database "${name%%-*}" "$form.frm" "$saved" || return 1
   fi
   run_demo "$form.frm" "$keys" "$saved.png" "$saved.log" "$saved.frm" "$database" || return 1
   if [[ -n $database ]]; then

@@ -1,0 +1,88 @@
+' The script behind backup.frm. The Backup control does the work; the script only lets go of the database before, and
+' shows what is in it afterwards.
+Option Explicit
+
+Const ClientCursor = 3     ' records that are counted and know their place
+Const MakeBackup = -1      ' Backup
+Const MakeRestore = 0      ' Restore
+
+Sub Form_Load()
+    grdSales.ColWidth(1) = 1200
+    grdSales.ColWidth(2) = 1800
+    grdSales.ColWidth(3) = 1000
+    ShowSales
+End Sub
+
+Sub cmdBackup_Click()
+    bakShop.Show MakeBackup
+    Host.Log "Copies: " & FilesIn("Q:\copies\")
+    Say "Copies: " & FilesIn("Q:\copies\")
+End Sub
+
+Sub cmdRestore_Click()
+    bakShop.Show MakeRestore
+    ShowSales
+    Host.Log "Databases: " & FilesIn(bakShop.DataPath)
+End Sub
+
+Sub cmdDamage_Click()
+    Dim connection
+    Set connection = OpenDatabase()
+    connection.Execute "delete from sales"
+    connection.Close
+    ShowSales
+End Sub
+
+Sub cmdClose_Click()
+    frmShop.Close
+End Sub
+
+' Opened for each use and closed again: a database that is open cannot be replaced.
+Function OpenDatabase()
+    Set OpenDatabase = CreateObject("ADODB.Connection")
+    OpenDatabase.Open bakShop.CnnString & bakShop.DataPath & bakShop.Database & bakShop.DataExtension
+End Function
+
+Sub ShowSales()
+    Dim connection, records, row
+    Set connection = OpenDatabase()
+    Set records = CreateObject("ADODB.Recordset")
+    records.CursorLocation = ClientCursor
+    records.Open "select strftime('%Y-%m-%d', day), article, amount from sales order by id", connection
+    grdSales.Bind records
+    records.Close
+    connection.Close
+    For row = 1 To grdSales.Rows - 1
+        Host.Log "Shown: " & grdSales.TextMatrix(row, 1) & "|" & grdSales.TextMatrix(row, 2) & "|" & grdSales.TextMatrix(row, 3)
+    Next
+    Host.Log "Loaded " & grdSales.Rows - 1 & " sales"
+    Say grdSales.Rows - 1 & " sales"
+End Sub
+
+' The names of a folder's files, smallest first.
+Function FilesIn(Folder)
+    Dim file, names, i
+    Set names = CreateObject("Scripting.Dictionary")
+    For Each file In CreateObject("Scripting.FileSystemObject").GetFolder(Folder).Files
+        names.Add file.Name, ""
+    Next
+    FilesIn = Sorted(names.Keys)
+End Function
+
+Function Sorted(Names)
+    Dim i, j, name
+    For i = 0 To UBound(Names)
+        For j = i + 1 To UBound(Names)
+            If Names(j) < Names(i) Then
+                name = Names(i)
+                Names(i) = Names(j)
+                Names(j) = name
+            End If
+        Next
+    Next
+    Sorted = Join(Names, " ")
+End Function
+
+Sub Say(Text)
+    lblStatus.Caption = Text
+End Sub
