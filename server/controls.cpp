@@ -3,6 +3,7 @@
 
 #include "controls/buttons/button_control.h"
 #include "controls/buttons/rbutton_control.h"
+#include "controls/decor/flatborder_control.h"
 #include "controls/grid/combogrid_control.h"
 #include "controls/textedit/textedit_control.h"
 #include "server/control_class.h"
@@ -11,10 +12,8 @@ namespace qvx {
 
 std::span<const ControlClass> AllControls() {
     static const std::array controls{
-        buttons::ButtonControl::classInfo,
-        buttons::RButtonControl::classInfo,
-        grid::ComboGridControl::classInfo,
-        textedit::TextEditControl::classInfo,
+        buttons::ButtonControl::classInfo,    buttons::RButtonControl::classInfo,  grid::ComboGridControl::classInfo,
+        textedit::TextEditControl::classInfo, decor::FlatBorderControl::classInfo,
     };
     return controls;
 }

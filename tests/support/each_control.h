@@ -21,15 +21,29 @@ inline constexpr NamedControl namedControls[] = {
     {"TextEdit", &CLSID_TextEdit},
 };
 
+// Those that nobody sees at run time: they have a window of one size, which only designers show.
+inline constexpr NamedControl invisibleControls[] = {
+    {"FlatBorder", &CLSID_FlatBorder},
+};
+
 inline std::vector<const CLSID*> EachControlId() {
     std::vector<const CLSID*> ids;
     for (const NamedControl& control : namedControls) ids.push_back(control.id);
     return ids;
 }
 
+inline std::vector<const CLSID*> EachInvisibleId() {
+    std::vector<const CLSID*> ids;
+    for (const NamedControl& control : invisibleControls) ids.push_back(control.id);
+    return ids;
+}
+
 // For the names of parameterised tests.
 inline std::string ControlName(const ::testing::TestParamInfo<const CLSID*>& parameter) {
     for (const NamedControl& control : namedControls) {
+        if (control.id == parameter.param) return control.name;
+    }
+    for (const NamedControl& control : invisibleControls) {
         if (control.id == parameter.param) return control.name;
     }
     return "Unknown";
