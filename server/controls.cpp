@@ -1,9 +1,12 @@
-// The library's controls. A control is in the library, registered and creatable exactly when it is in this table.
+// The library's controls. A control is in the library, registered and creatable exactly when it is in this table;
+// so are property pages, in theirs.
 #include <array>
 
 #include "controls/buttons/button_control.h"
 #include "controls/buttons/rbutton_control.h"
+#include "controls/decor/cmenus_control.h"
 #include "controls/decor/flatborder_control.h"
+#include "controls/decor/menu_page_object.h"
 #include "controls/grid/combogrid_control.h"
 #include "controls/textedit/textedit_control.h"
 #include "server/control_class.h"
@@ -16,6 +19,11 @@ std::span<const ControlClass> AllControls() {
         textedit::TextEditControl::classInfo, decor::FlatBorderControl::classInfo,
     };
     return controls;
+}
+
+std::span<const PageClass> AllPages() {
+    static const std::array pages{decor::menuPageClass};
+    return pages;
 }
 
 }  // namespace qvx

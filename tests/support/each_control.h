@@ -24,6 +24,7 @@ inline constexpr NamedControl namedControls[] = {
 // Those that nobody sees at run time: they have a window of one size, which only designers show.
 inline constexpr NamedControl invisibleControls[] = {
     {"FlatBorder", &CLSID_FlatBorder},
+    {"CMenus", &CLSID_CMenus},
 };
 
 inline std::vector<const CLSID*> EachControlId() {
