@@ -13,7 +13,7 @@ namespace qvx::archivers {
 using Source = std::function<std::size_t(std::span<std::uint8_t>)>;
 using Sink = std::function<void(ByteView)>;
 
-constexpr std::size_t deflateBlock = 512 * 1024;
+constexpr std::size_t deflateBlock = std::size_t{512} * 1024;
 
 struct Packed {
     std::uint64_t size = 0;
