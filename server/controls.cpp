@@ -2,6 +2,7 @@
 // so are property pages, in theirs.
 #include <array>
 
+#include "backup/backup_control.h"
 #include "controls/buttons/button_control.h"
 #include "controls/buttons/rbutton_control.h"
 #include "controls/decor/cmenus_control.h"
@@ -15,8 +16,9 @@ namespace qvx {
 
 std::span<const ControlClass> AllControls() {
     static const std::array controls{
-        buttons::ButtonControl::classInfo,    buttons::RButtonControl::classInfo,  grid::ComboGridControl::classInfo,
-        textedit::TextEditControl::classInfo, decor::FlatBorderControl::classInfo,
+        backup::BackupControl::classInfo,     buttons::ButtonControl::classInfo,   buttons::RButtonControl::classInfo,
+        decor::CMenusControl::classInfo,      decor::FlatBorderControl::classInfo, grid::ComboGridControl::classInfo,
+        textedit::TextEditControl::classInfo,
     };
     return controls;
 }

@@ -45,7 +45,6 @@ void ExpectNothingLeft(Round round) {
 class Lifetime : public ::testing::TestWithParam<const CLSID*> {};
 
 INSTANTIATE_TEST_SUITE_P(Controls, Lifetime, ::testing::ValuesIn(EachControlId()), ControlName);
-INSTANTIATE_TEST_SUITE_P(Invisible, Lifetime, ::testing::ValuesIn(EachInvisibleId()), ControlName);
 
 TEST_P(Lifetime, CreateActivatePaintDestroy) {
     Container::Options options;

@@ -15,15 +15,8 @@ struct NamedControl {
 };
 
 inline constexpr NamedControl namedControls[] = {
-    {"Button", &CLSID_Button},
-    {"RButton", &CLSID_RButton},
-    {"ComboGrid", &CLSID_ComboGrid},
-    {"TextEdit", &CLSID_TextEdit},
-};
-
-// Those that nobody sees at run time: they have a window of one size, which only designers show.
-inline constexpr NamedControl invisibleControls[] = {
-    {"FlatBorder", &CLSID_FlatBorder},
+    {"Button", &CLSID_Button},     {"RButton", &CLSID_RButton}, {"ComboGrid", &CLSID_ComboGrid},
+    {"TextEdit", &CLSID_TextEdit}, {"Backup", &CLSID_Backup},   {"FlatBorder", &CLSID_FlatBorder},
     {"CMenus", &CLSID_CMenus},
 };
 
@@ -33,18 +26,17 @@ inline std::vector<const CLSID*> EachControlId() {
     return ids;
 }
 
-inline std::vector<const CLSID*> EachInvisibleId() {
-    std::vector<const CLSID*> ids;
-    for (const NamedControl& control : invisibleControls) ids.push_back(control.id);
+// Those that show themselves at run time, have a size of the host's choice and take the focus.
+inline std::vector<const CLSID*> EachVisibleControlId() {
+    std::vector<const CLSID*> ids = EachControlId();
+    std::erase_if(
+        ids, [](const CLSID* id) { return *id == CLSID_Backup || *id == CLSID_FlatBorder || *id == CLSID_CMenus; });
     return ids;
 }
 
 // For the names of parameterised tests.
 inline std::string ControlName(const ::testing::TestParamInfo<const CLSID*>& parameter) {
     for (const NamedControl& control : namedControls) {
-        if (control.id == parameter.param) return control.name;
-    }
-    for (const NamedControl& control : invisibleControls) {
         if (control.id == parameter.param) return control.name;
     }
     return "Unknown";
