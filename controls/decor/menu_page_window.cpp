@@ -7,6 +7,7 @@
 #include "common/file_dialogs.h"
 #include "common/keys.h"
 #include "common/run_time_error.h"
+#include "common/text_compare.h"
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
 
