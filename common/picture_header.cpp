@@ -48,22 +48,47 @@ constexpr std::size_t infoSize = 40;
 // The description of a bitmap, in files and in icons.
 struct BitmapInfo {
     Size extent;
-    int bits = 0;
-    bool compressed = false;
+    int bits = 0;  // a pixel
+    std::uint32_t compression = 0;
+    std::int64_t bytes = 0;  // of the description, colours included
 };
+
+constexpr std::uint32_t uncompressed = 0;
+constexpr std::uint32_t runLength8 = 1;
+constexpr std::uint32_t runLength4 = 2;
+constexpr std::uint32_t bitFields = 3;
 
 std::optional<BitmapInfo> ReadInfo(Bytes info) {
     const std::size_t size = Number(info, 0, 4);
+    const auto colors = [](int bits, std::uint32_t used) -> std::int64_t {
+        constexpr int deepestPalette = 8;
+        if (bits <= 0 || bits > deepestPalette) return 0;
+        const std::uint32_t all = 1u << bits;
+        return used == 0 ? all : std::min(used, all);
+    };
     if (size == oldInfoSize && info.size() >= oldInfoSize) {
-        return BitmapInfo{{Signed(Number(info, 4, 2)), Signed(Number(info, 6, 2))}, Signed(Number(info, 10, 2)), false};
+        const int bits = Signed(Number(info, 10, 2));
+        return BitmapInfo{{Signed(Number(info, 4, 2)), Signed(Number(info, 6, 2))},
+                          bits,
+                          uncompressed,
+                          static_cast<std::int64_t>(size) + 3 * colors(bits, 0)};
     }
     if (size < infoSize || info.size() < infoSize) return std::nullopt;
-    constexpr std::uint32_t runLength8 = 1;
-    constexpr std::uint32_t runLength4 = 2;
+    const int bits = Signed(Number(info, 14, 2));
     const std::uint32_t compression = Number(info, 16, 4);
+    constexpr int masks = 12;  // bytes, behind a description that has no room for them itself
     return BitmapInfo{{Signed(Number(info, 4, 4)), Signed(Number(info, 8, 4))},
-                      Signed(Number(info, 14, 2)),
-                      compression == runLength8 || compression == runLength4};
+                      bits,
+                      compression,
+                      static_cast<std::int64_t>(size) + 4 * colors(bits, Number(info, 32, 4)) +
+                          (compression == bitFields && size == infoSize ? masks : 0)};
+}
+
+std::int64_t RowBytes(int width, int bits) { return (std::int64_t{width} * bits + 31) / 32 * 4; }
+
+// Whether the pixels are of a kind that decoders know.
+bool IsKnown(const BitmapInfo& info) {
+    return info.bits > 0 && info.bits <= deepestPixel && info.compression <= bitFields;
 }
 
 bool IsSane(Size extent) {
@@ -110,19 +135,27 @@ bool ForEachIconImage(Bytes file, Visit visit) {
 bool MayDecodeBitmap(Bytes file) {
     if (file.size() < fileHeaderSize) return false;
     const auto info = ReadInfo(file.subspan(fileHeaderSize));
-    if (!info || !IsSane(info->extent) || info->bits <= 0 || info->bits > deepestPixel) return false;
-    if (info->compressed) return true;
-    const std::int64_t row = (std::int64_t{info->extent.width} * info->bits + 31) / 32 * 4;
+    const auto size = static_cast<std::int64_t>(file.size());
+    if (!info || !IsSane(info->extent) || !IsKnown(*info)) return false;
+    if (static_cast<std::int64_t>(fileHeaderSize) + info->bytes > size) return false;
     const std::int64_t offset = Number(file, 10, 4);
-    return offset + row * std::abs(std::int64_t{info->extent.height}) <= static_cast<std::int64_t>(file.size());
+    if (info->compression == runLength8 || info->compression == runLength4) return offset < size;
+    const std::int64_t height = std::abs(std::int64_t{info->extent.height});
+    return offset + RowBytes(info->extent.width, info->bits) * height <= size;
 }
 
-bool MayDecodeIcon(Bytes file) {
-    return ForEachIconImage(file, [](Bytes image) {
-        const auto extent = IconImageExtent(image);
-        return extent && IsSane(*extent);
-    });
+// The mask is a bitmap of one bit a pixel behind the other one.
+bool MayDecodeIconImage(Bytes image) {
+    const auto extent = IconImageExtent(image);
+    if (!extent || !IsSane(*extent)) return false;
+    if (IsPng(image)) return true;
+    const auto info = ReadInfo(image);
+    if (!IsKnown(*info) || (info->compression != uncompressed && info->compression != bitFields)) return false;
+    const std::int64_t row = RowBytes(extent->width, info->bits) + RowBytes(extent->width, 1);
+    return info->bytes + row * std::abs(std::int64_t{extent->height}) <= static_cast<std::int64_t>(image.size());
 }
+
+bool MayDecodeIcon(Bytes file) { return ForEachIconImage(file, MayDecodeIconImage); }
 
 }  // namespace
 

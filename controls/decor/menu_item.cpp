@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "common/caption.h"
 #include "controls/decor/menu_text.h"
 
 namespace qvx::decor {
@@ -60,7 +61,6 @@ FontSpec FontOf(const MenuItemLook& look) {
 
 unsigned TextFormat(const MenuItemLook& look) {
     return text_format::singleLine | text_format::middle |
-           (look.hideAccessKeys ? text_format::hidePrefix : text_format::left) |
            (look.rightToLeft ? text_format::rightToLeft : text_format::left);
 }
 
@@ -142,7 +142,12 @@ void DrawMenuItem(Surface& surface, const Rect& area, const MenuItemLook& look) 
     const unsigned format = TextFormat(look);
     const unsigned near = look.rightToLeft ? text_format::right : text_format::left;
     const unsigned far = look.rightToLeft ? text_format::left : text_format::right;
-    surface.DrawLabel(text.label, line, font, color, format | near);
+    // Not every system knows how to leave the underline away.
+    if (look.hideAccessKeys) {
+        surface.DrawLabel(WithoutAccessMark(text.label), line, font, color, format | near | text_format::noPrefix);
+    } else {
+        surface.DrawLabel(text.label, line, font, color, format | near);
+    }
     if (!text.keys.empty()) surface.DrawLabel(text.keys, line, font, color, format | far | text_format::noPrefix);
 }
 
