@@ -57,14 +57,15 @@ class Site final : public ComObject<IPropertyPageSite> {
 // The page of a form's CMenus control in a window of the test's.
 class MenuPage : public HostFormTest {
   protected:
-    MenuPage() : frame_({}) {
-        source_.UseFile(Text(FromWide(ServerUnderTest::Get().Path())));
-    }
+    MenuPage() : frame_({}) {}
     ~MenuPage() override { Close(); }
 
     void Open(const std::string& text = FormWith("  ImageList = \"iml\"\n")) {
         Load(text);
         ASSERT_TRUE(Start(u""));
+        // It would take the keyboard when it is shown at last.
+        ShowWindow(form_->Handle(), SW_HIDE);
+        Pump();
         control_ = form_->FindControl(u"mns")->Inner();
     }
     void ShowPage() {

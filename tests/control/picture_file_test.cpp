@@ -111,7 +111,7 @@ TEST_F(PictureFile, DamagedFilesDoNoHarm) {
                                    Bytes(SourceFile(u"/samples/pictures/new.ico"))};
     std::mt19937 random(1);
     int drawn = 0;
-    for (int i = 0; i < 1500; ++i) {
+    for (int i = 0; i < 400; ++i) {
         std::string file = files[random() % files.size()];
         const bool header = random() % 2 == 0;
         for (unsigned changes = 1 + random() % 4; changes > 0; --changes) {
@@ -125,7 +125,7 @@ TEST_F(PictureFile, DamagedFilesDoNoHarm) {
             ++drawn;
         }
     }
-    EXPECT_GT(drawn, 100);
+    EXPECT_GT(drawn, 30);
 }
 
 }  // namespace
