@@ -224,7 +224,8 @@ void BuiltInControl::CreateSystemWindow() {
         WS_CHILD | WS_CLIPSIBLINGS | StyleBits() | (Visible() ? WS_VISIBLE : 0u) | (enabled_ ? 0u : WS_DISABLED);
     const bool sunken =
         kind_ == BuiltIn::frame ? borderStyle_ == sunkenFrame : kind_ == BuiltIn::textBox && borderStyle_;
-    const DWORD exStyle = sunken ? WS_EX_CLIENTEDGE : 0u;
+    // A frame's edge is three pixels wide, a text box's two.
+    const DWORD exStyle = sunken ? WS_EX_CLIENTEDGE | (kind_ == BuiltIn::frame ? WS_EX_STATICEDGE : 0u) : 0u;
     window_ =
         CreateWindowExW(exStyle, className, L"", style, bounds.left, bounds.top, bounds.right - bounds.left,
                         bounds.bottom - bounds.top, Form().ParentWindow(*this), nullptr, ModuleInstance(), nullptr);
