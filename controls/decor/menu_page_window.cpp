@@ -34,6 +34,13 @@ const FontSpec font{u"Tahoma", 8.25};
 
 int Scale(int value, int dpi) { return ScaleRounded(value, dpi, 96); }
 
+// Some frames give a page more room than they show of it, and have become smaller when it is seen.
+RECT Visible(HWND parent, const RECT& bounds) {
+    RECT inside{};
+    RECT shown{};
+    return GetClientRect(parent, &inside) && IntersectRect(&shown, &inside, &bounds) ? shown : bounds;
+}
+
 }  // namespace
 
 MenuPageWindow::MenuPageWindow(std::function<void()> onChange, std::function<std::shared_ptr<void>()> hold)
@@ -102,7 +109,9 @@ void MenuPageWindow::FitRow(int row, const Picture* picture) {
 
 void MenuPageWindow::CreateIn(HWND parent, const RECT& bounds) {
     static const WindowClass windowClass{L"QvxMenuPage"};
-    if (!Create(windowClass, L"", WS_CHILD | WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, FromRECT(bounds), parent) ||
+    bounds_ = bounds;
+    if (!Create(windowClass, L"", WS_CHILD | WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, FromRECT(Visible(parent, bounds)),
+                parent) ||
         !grid_.CreateIn(Handle(), {0, 0, 10, 10})) {
         throw ComError(E_FAIL);
     }
@@ -111,8 +120,14 @@ void MenuPageWindow::CreateIn(HWND parent, const RECT& bounds) {
     Layout();
 }
 
-void MenuPageWindow::MoveTo(const RECT& bounds) const {
-    SetWindowPos(Handle(), nullptr, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top,
+void MenuPageWindow::MoveTo(const RECT& bounds) {
+    bounds_ = bounds;
+    Fit();
+}
+
+void MenuPageWindow::Fit() const {
+    const RECT place = Visible(GetParent(Handle()), bounds_);
+    SetWindowPos(Handle(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -158,6 +173,7 @@ LRESULT MenuPageWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             TakeFocus();
             return 0;
         case WM_PAINT: {
+            Fit();
             const PaintScope paint(Handle());
             const Dpi dpi = WindowDpi(Handle());
             GdiSurface surface(paint.Dc(), dpi);

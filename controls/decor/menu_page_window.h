@@ -29,7 +29,7 @@ class MenuPageWindow final : public Window, private flexgrid::GridWindowEvents {
 
     // Hidden, in pixels of the parent. Throws ComError when the system refuses.
     void CreateIn(HWND parent, const RECT& bounds);
-    void MoveTo(const RECT& bounds) const;
+    void MoveTo(const RECT& bounds);
     void TakeFocus() const;
     // A key message for the grid, before the frame around the page uses it. False for keys that the grid has no use
     // for.
@@ -48,6 +48,8 @@ class MenuPageWindow final : public Window, private flexgrid::GridWindowEvents {
     void MouseUp(short button, short shift, float x, float y) override;
 
     void Layout();
+    // Into the part of the bounds that the parent shows.
+    void Fit() const;
     // The row of the cursor; 0 where there is none for a menu.
     int CurrentRow() const;
     void ChooseFile();
@@ -57,6 +59,7 @@ class MenuPageWindow final : public Window, private flexgrid::GridWindowEvents {
     std::function<void()> onChange_;
     std::function<std::shared_ptr<void>()> hold_;
     flexgrid::FlexGridWindow grid_;
+    RECT bounds_{};           // as the parent gave them
     std::vector<Text> keys_;  // of the rows behind the fixed one
     float releasedAt_ = 0;    // twips from the top
 };

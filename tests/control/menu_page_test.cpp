@@ -326,6 +326,7 @@ TEST_F(MenuPage, StandsInAPropertyFrame) {
     DWORD cookie = 0;
     ASSERT_EQ(S_OK, CoRegisterClassObject(id, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie));
     bool seen = false;
+    bool whole = false;
     {
         const Person person([&] {
             HWND frame = nullptr;
@@ -335,7 +336,13 @@ TEST_F(MenuPage, StandsInAPropertyFrame) {
                 if (!frame) continue;
                 for (HWND sheet = GetWindow(frame, GW_CHILD); sheet; sheet = GetWindow(sheet, GW_HWNDNEXT)) {
                     const HWND page = FindWindowExW(sheet, nullptr, L"QvxMenuPage", nullptr);
-                    seen = seen || (page && IsWindowVisible(page));
+                    if (!page || !IsWindowVisible(page)) continue;
+                    seen = true;
+                    RECT area{};
+                    RECT around{};
+                    GetWindowRect(page, &area);
+                    GetWindowRect(sheet, &around);
+                    whole = area.right <= around.right && area.bottom <= around.bottom && area.right - area.left > 100;
                 }
             }
             for (int i = 0; i < 50 && IsWindow(frame); ++i) {
@@ -348,6 +355,7 @@ TEST_F(MenuPage, StandsInAPropertyFrame) {
                                                0, nullptr));
     }
     EXPECT_TRUE(seen);
+    EXPECT_TRUE(whole) << "nothing of it is cut off";
     EXPECT_EQ(Keys(), u"mnuOpen ");
     CoRevokeClassObject(cookie);
 }

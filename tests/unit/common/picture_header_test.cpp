@@ -95,7 +95,7 @@ Bytes IconImage(const Info& info, std::size_t rest) {
     return Describe(both) + Bytes(rest);
 }
 
-constexpr std::size_t icon32 = 16 * 16 * 4 + 16 * 4;
+constexpr std::size_t icon32 = std::size_t{16} * 16 * 4 + std::size_t{16} * 4;
 
 TEST(PictureHeader, LetsThroughWhatHoldsAllThatItPromises) {
     struct Case {
@@ -104,9 +104,9 @@ TEST(PictureHeader, LetsThroughWhatHoldsAllThatItPromises) {
         bool expected;
     };
     const Case cases[] = {
-        {"a bitmap", Bitmap({}, 16 * 16 * 3), true},
-        {"on its head", Bitmap({16, -16}, 16 * 16 * 3), true},
-        {"one byte short", Bitmap({}, 16 * 16 * 3 - 1), false},
+        {"a bitmap", Bitmap({}, 768), true},
+        {"on its head", Bitmap({16, -16}, 768), true},
+        {"one byte short", Bitmap({}, 767), false},
         {"a palette", Bitmap({16, 16, 8}, 1024 + 256, 54 + 1024), true},
         {"a short palette", Bitmap({16, 16, 8, 0, 2}, 8 + 256, 54 + 8), true},
         {"no room for the palette", Bitmap({1, 1, 8}, 4), false},
