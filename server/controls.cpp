@@ -1,6 +1,7 @@
 // The library's controls. A control is in the library, registered and creatable exactly when it is in this table.
 #include <array>
 
+#include "backup/backup_control.h"
 #include "controls/buttons/button_control.h"
 #include "controls/buttons/rbutton_control.h"
 #include "controls/grid/combogrid_control.h"
@@ -15,6 +16,7 @@ std::span<const ControlClass> AllControls() {
         buttons::RButtonControl::classInfo,
         grid::ComboGridControl::classInfo,
         textedit::TextEditControl::classInfo,
+        backup::BackupControl::classInfo,
     };
     return controls;
 }

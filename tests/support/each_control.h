@@ -19,6 +19,7 @@ inline constexpr NamedControl namedControls[] = {
     {"RButton", &CLSID_RButton},
     {"ComboGrid", &CLSID_ComboGrid},
     {"TextEdit", &CLSID_TextEdit},
+    {"Backup", &CLSID_Backup},
 };
 
 inline std::vector<const CLSID*> EachControlId() {
