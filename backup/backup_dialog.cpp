@@ -42,7 +42,7 @@ bool BackupDialog::AddField(TextBoxWindow& field, TextView name) {
 bool BackupDialog::Fill(HWND owner) {
     if (!Open(owner, form::Caption(mode_))) return false;
     const auto caption = [this](form::Item item) { return form::Caption(item, mode_); };
-    frame_ = AddControl(L"BUTTON", caption(form::Item::frame), BS_GROUPBOX | WS_GROUP);
+    frame_ = AddControl(L"BUTTON", caption(form::Item::frame), BS_GROUPBOX | WS_GROUP | WS_CLIPSIBLINGS);
     if (!frame_ || !AddField(location_, caption(form::Item::frame)) ||
         !AddButton(browse_, browseId, caption(form::Item::browse), [this] { Operate(onBrowse); })) {
         return false;
@@ -56,6 +56,8 @@ bool BackupDialog::Fill(HWND owner) {
         !AddButton(cancel_, IDCANCEL, caption(form::Item::cancel), [this] { OnCloseBox(); })) {
         return false;
     }
+    // Behind what is inside it, which would be cut out of it otherwise.
+    SetWindowPos(frame_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     ShowGroupName(false);
     EnableOk();
     return true;

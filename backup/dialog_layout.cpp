@@ -12,7 +12,7 @@ namespace {
 
 constexpr int plainHeight = 2145;
 constexpr int heightWithGroupName = 2550;
-constexpr int fieldHeight = 315;
+constexpr int fieldHeight = 300;
 
 }  // namespace
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "controls/buttons/access_key.h"
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
 #include "win/module.h"
@@ -109,8 +110,7 @@ void ModalForm::RunModal(HWND first) {
     modal_ = &modal;
     LayOut();
     ShowWindow(Handle(), SW_SHOW);
-    SetFocus(first);
-    SendMessageW(first, EM_SETSEL, 0, -1);
+    EnterField(first);
     RunModalLoop([this] { return !finished_ && Handle(); },
                  [this](const MSG& message) { return BeforeDispatch(message); });
     // What ended the loop may have been the end of the program.
@@ -148,11 +148,25 @@ bool ModalForm::TakeKey(WPARAM key, LPARAM details) {
     return true;
 }
 
+void ModalForm::EnterField(HWND field) {
+    SetFocus(field);
+    SendMessageW(field, EM_SETSEL, 0, -1);
+}
+
 bool ModalForm::TakeAccessKey(char16_t character) {
     for (buttons::ButtonWindow* button : buttons_) {
         if (!button->Button().AnswersTo(character)) continue;
         SetFocus(button->Handle());
         Press(*button, character);
+        return true;
+    }
+    // A label passes the focus on to what it stands before; check boxes are the system's business.
+    for (const HWND control : controls_) {
+        const Text caption = WindowText(control);
+        const bool label = (SendMessageW(control, WM_GETDLGCODE, 0, 0) & DLGC_STATIC) != 0 &&
+                           !(GetWindowLongW(control, GWL_STYLE) & SS_NOPREFIX);
+        if (!label || caption.find(u'&') == Text::npos || !buttons::IsAccessKey(caption, character)) continue;
+        EnterField(GetNextDlgTabItem(Handle(), control, FALSE));
         return true;
     }
     return false;

@@ -31,6 +31,8 @@ class ModalForm : public Window {
     // selected.
     void RunModal(HWND first);
     void Finish();
+    // Gives a field the focus, with its text selected.
+    static void EnterField(HWND field);
 
     Dpi Resolution() const { return dpi_; }
     // What the system's frame adds to the client area, in pixels.

@@ -76,9 +76,7 @@ void PasswordDialog::Refuse() {
     namespace messages = msgbox::messages;
     msgbox::ShowMessage(Handle(), messages::invalidPasswordPrompt, messages::invalidPassword,
                         Text(messages::invalidPasswordTitle));
-    if (!Handle()) return;
-    SetFocus(password_);
-    SendMessageW(password_, EM_SETSEL, 0, -1);
+    if (Handle()) EnterField(password_);
 }
 
 // The field writes over the text in its own memory; a shorter one would leave the rest there.

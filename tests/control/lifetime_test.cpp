@@ -60,17 +60,17 @@ TEST_P(Lifetime, SaveAndLoad) {
     const auto bag = SaveToBag(source.get());
     {
         // The source stays: only what the rounds make is counted against the server.
-        for (int i = 0; i < 100; ++i) {
-            const auto control = ServerUnderTest::Get().Create(*GetParam());
-            ASSERT_EQ(S_OK, LoadFromStream(control.get(), bytes));
-        }
+        const auto rounds = [&](int count) {
+            for (int i = 0; i < count; ++i) {
+                const auto control = ServerUnderTest::Get().Create(*GetParam());
+                ASSERT_EQ(S_OK, LoadFromStream(control.get(), bytes));
+                ASSERT_EQ(S_OK, LoadFromBag(control.get(), bag.get()));
+                ASSERT_EQ(bytes, SaveToStream(control.get()));
+            }
+        };
+        rounds(100);
         const ResourceCounts before = CountResources();
-        for (int i = 0; i < 1000; ++i) {
-            const auto control = ServerUnderTest::Get().Create(*GetParam());
-            ASSERT_EQ(S_OK, LoadFromStream(control.get(), bytes));
-            ASSERT_EQ(S_OK, LoadFromBag(control.get(), bag.get()));
-            ASSERT_EQ(bytes, SaveToStream(control.get()));
-        }
+        rounds(1000);
         const ResourceCounts after = CountResources();
         EXPECT_EQ(before.windows, after.windows);
         EXPECT_EQ(before.gdiObjects, after.gdiObjects);

@@ -12,19 +12,26 @@ namespace qvx::test {
 struct NamedControl {
     const char* name;
     const CLSID* id;
+    bool visible = true;  // at run time
 };
 
 inline constexpr NamedControl namedControls[] = {
-    {"Button", &CLSID_Button},
-    {"RButton", &CLSID_RButton},
-    {"ComboGrid", &CLSID_ComboGrid},
-    {"TextEdit", &CLSID_TextEdit},
-    {"Backup", &CLSID_Backup},
+    {"Button", &CLSID_Button},     {"RButton", &CLSID_RButton},      {"ComboGrid", &CLSID_ComboGrid},
+    {"TextEdit", &CLSID_TextEdit}, {"Backup", &CLSID_Backup, false},
 };
 
 inline std::vector<const CLSID*> EachControlId() {
     std::vector<const CLSID*> ids;
     for (const NamedControl& control : namedControls) ids.push_back(control.id);
+    return ids;
+}
+
+// Those with something to see and to type into.
+inline std::vector<const CLSID*> EachVisibleControlId() {
+    std::vector<const CLSID*> ids;
+    for (const NamedControl& control : namedControls) {
+        if (control.visible) ids.push_back(control.id);
+    }
     return ids;
 }
 
