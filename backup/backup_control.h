@@ -1,10 +1,11 @@
-// The Backup control: what a host tells it of its database, and the dialog that backs it up or restores it.
+// The Backup control: settings, and the way to the dialog.
 #pragma once
 
-#include <windows.h>
+#include <olectl.h>
 
 #include "Qvx.h"
 #include "backup/settings.h"
+#include "com/members.h"
 #include "server/control.h"
 
 namespace qvx::backup {
@@ -17,47 +18,53 @@ class BackupControl final : public Control<_Backup> {
 
     const PropertyTable& Properties() override;
 
-    STDMETHODIMP get_CnnString(BSTR* result) override { return Give(result, settings_.cnnString); }
-    STDMETHODIMP put_CnnString(BSTR value) override { return Take(u"CnnString", settings_.cnnString, value); }
-    STDMETHODIMP get_Database(BSTR* result) override { return Give(result, settings_.database); }
-    STDMETHODIMP put_Database(BSTR value) override { return Take(u"Database", settings_.database, value); }
-    STDMETHODIMP get_TempPath(BSTR* result) override { return Give(result, settings_.tempPath); }
-    STDMETHODIMP put_TempPath(BSTR value) override { return Take(u"TempPath", settings_.tempPath, value); }
-    STDMETHODIMP get_DataPath(BSTR* result) override { return Give(result, settings_.dataPath); }
-    STDMETHODIMP put_DataPath(BSTR value) override { return Take(u"DataPath", settings_.dataPath, value); }
-    STDMETHODIMP get_ZipPath(BSTR* result) override { return Give(result, settings_.zipPath); }
-    STDMETHODIMP put_ZipPath(BSTR value) override { return Take(u"ZipPath", settings_.zipPath, value); }
-    STDMETHODIMP get_BackupExtension(BSTR* result) override { return Give(result, settings_.backupExtension); }
+    STDMETHODIMP get_CnnString(BSTR* result) override { return Get(result, &Settings::cnnString); }
+    STDMETHODIMP put_CnnString(BSTR value) override { return Put(u"CnnString", &Settings::cnnString, value); }
+    STDMETHODIMP get_Database(BSTR* result) override { return Get(result, &Settings::database); }
+    STDMETHODIMP put_Database(BSTR value) override { return Put(u"Database", &Settings::database, value); }
+    STDMETHODIMP get_TempPath(BSTR* result) override { return Get(result, &Settings::tempPath); }
+    STDMETHODIMP put_TempPath(BSTR value) override { return Put(u"TempPath", &Settings::tempPath, value); }
+    STDMETHODIMP get_DataPath(BSTR* result) override { return Get(result, &Settings::dataPath); }
+    STDMETHODIMP put_DataPath(BSTR value) override { return Put(u"DataPath", &Settings::dataPath, value); }
+    STDMETHODIMP get_ZipPath(BSTR* result) override { return Get(result, &Settings::zipPath); }
+    STDMETHODIMP put_ZipPath(BSTR value) override { return Put(u"ZipPath", &Settings::zipPath, value); }
+    STDMETHODIMP get_BackupExtension(BSTR* result) override { return Get(result, &Settings::backupExtension); }
     STDMETHODIMP put_BackupExtension(BSTR value) override {
-        return Take(u"BackupExtension", settings_.backupExtension, value);
+        return Put(u"BackupExtension", &Settings::backupExtension, value);
     }
-    STDMETHODIMP get_DataExtension(BSTR* result) override { return Give(result, settings_.dataExtension); }
+    STDMETHODIMP get_DataExtension(BSTR* result) override { return Get(result, &Settings::dataExtension); }
     STDMETHODIMP put_DataExtension(BSTR value) override {
-        return Take(u"DataExtension", settings_.dataExtension, value);
+        return Put(u"DataExtension", &Settings::dataExtension, value);
     }
-    STDMETHODIMP get_CheckSecurity(VARIANT_BOOL* result) override { return Give(result, settings_.checkSecurity); }
+    STDMETHODIMP get_CheckSecurity(VARIANT_BOOL* result) override { return Get(result, &Settings::checkSecurity); }
     STDMETHODIMP put_CheckSecurity(VARIANT_BOOL value) override {
-        return Take(u"CheckSecurity", settings_.checkSecurity, value);
+        return Put(u"CheckSecurity", &Settings::checkSecurity, value);
     }
-    // Returns when the dialog is closed; what fails inside is told to the user, not to the caller. Anything but 0 backs
-    // up.
-    STDMETHODIMP Show(::ActionType* action) override;
+
+    // Any number but 0 opens the dialog for a backup. What `action` points to is left as it is; null is E_POINTER.
+    STDMETHODIMP Show(ActionType* action) override;
     STDMETHODIMP ShowAbout() override;
 
   protected:
     Size DefaultPixelSize() const override;
-    void OnResize(Size pixels) override;
+    void OnResize(Size size) override;
     void DrawControl(Surface& surface, const Rect& area) override;
 
   private:
     ~BackupControl() override = default;
 
-    template <typename Result, typename Value>
-    static HRESULT Give(Result* result, const Value& value);
-    template <typename Field, typename Given>
-    HRESULT Take(TextView name, Field& field, Given value);
-    void Run(Mode mode);
-    HWND OwnerWindow() const;
+    template <class Result, class Value>
+    HRESULT Get(Result* result, Value Settings::*field) {
+        return Guard([&] { *Required(result) = ToHost<Result>(settings_.*field); });
+    }
+    using Control::Put;
+    template <class Value, class Given>
+    HRESULT Put(TextView name, Value Settings::*field, Given given) {
+        return Put(name, [&] { settings_.*field = FromHost<Value>(given); });
+    }
+    // The form's window; the control itself has none to see.
+    HWND OwnerWindow();
+    void Run(Mode mode, HWND owner);
 
     Settings settings_;
 };

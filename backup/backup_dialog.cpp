@@ -47,10 +47,10 @@ bool BackupDialog::Fill(HWND owner) {
         !AddButton(browse_, browseId, caption(form::Item::browse), [this] { Operate(onBrowse); })) {
         return false;
     }
-    const TextView email = caption(form::Item::email);
-    email_ = AddControl(L"BUTTON", email, BS_AUTOCHECKBOX | WS_TABSTOP | WS_GROUP);
-    // The check box is what the field belongs to.
-    if (!email_ || !AddField(groupName_, WithoutAccessMark(email))) return false;
+    email_ = AddControl(L"BUTTON", caption(form::Item::email), BS_AUTOCHECKBOX | WS_TABSTOP | WS_GROUP);
+    const TextView group = caption(form::Item::groupLabel);
+    groupLabel_ = AddControl(L"STATIC", group, SS_LEFT);
+    if (!email_ || !groupLabel_ || !AddField(groupName_, WithoutAccessMark(group))) return false;
     outcome_ = AddControl(L"STATIC", {}, SS_LEFTNOWORDWRAP | SS_NOPREFIX | SS_NOTIFY);
     if (!outcome_ || !AddButton(ok_, IDOK, caption(form::Item::ok), [this] { Operate(onRun); }) ||
         !AddButton(cancel_, IDCANCEL, caption(form::Item::cancel), [this] { OnCloseBox(); })) {
@@ -73,6 +73,8 @@ HWND BackupDialog::WindowOf(form::Item item) const {
             return browse_.Handle();
         case form::Item::email:
             return email_;
+        case form::Item::groupLabel:
+            return groupLabel_;
         case form::Item::groupName:
             return groupName_.Window();
         case form::Item::outcome:
@@ -98,7 +100,7 @@ void BackupDialog::LayOut() {
 
 void BackupDialog::ShowGroupName(bool shown) {
     SetStyle(groupName_.Window(), WS_TABSTOP, shown);
-    ShowWindow(groupName_.Window(), shown ? SW_SHOWNA : SW_HIDE);
+    for (const HWND window : {groupLabel_, groupName_.Window()}) ShowWindow(window, shown ? SW_SHOWNA : SW_HIDE);
 }
 
 // ---- Contents ------------------------------------------------------------------------------------------------------

@@ -58,6 +58,7 @@ class BackupDialog final : public ModalForm, private TextBoxListener {
     TextBoxWindow location_{*this};
     buttons::ButtonWindow browse_;
     HWND email_ = nullptr;
+    HWND groupLabel_ = nullptr;
     TextBoxWindow groupName_{*this};
     HWND outcome_ = nullptr;
     ToolTip outcomeTip_;

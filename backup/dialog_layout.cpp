@@ -24,13 +24,15 @@ TextView Caption(Item item, Mode mode) {
         case Item::frame:
             return restore ? u"Restore From" : u"Backup To";
         case Item::browse:
-            return u"Br&owse...";
+            return u"Bro&wse...";
         case Item::email:
             return restore ? u"Restore as a &Seperate Group" : u"&E-mail a copy of backup";
         case Item::ok:
             return restore ? u"&Restore" : u"&Backup";
         case Item::cancel:
             return u"&Cancel";
+        case Item::groupLabel:
+            return restore ? u"Group &name :" : u"";
         case Item::location:
         case Item::groupName:
         case Item::outcome:
@@ -62,9 +64,13 @@ Rect Place(Item item, int frameHeight) {
             return {3060, 1020, 4200, 1365};
         case Item::cancel:
             return {4290, 1020, right, 1365};
+        case Item::groupLabel: {
+            const int top = Height(false, frameHeight) - frameHeight;
+            return {left, top + 45, 1380, top + 270};
+        }
         case Item::groupName: {
             const int top = Height(false, frameHeight) - frameHeight;
-            return {left, top, right, top + fieldHeight};
+            return {1440, top, right, top + fieldHeight};
         }
     }
     return {};

@@ -13,8 +13,8 @@ namespace qvx::backup {
 namespace form {
 
 // What is on the dialog, in the order of Tab.
-enum class Item { frame, location, browse, email, groupName, outcome, ok, cancel };
-inline constexpr std::array items{Item::frame,     Item::location, Item::browse, Item::email,
+enum class Item { frame, location, browse, email, groupLabel, groupName, outcome, ok, cancel };
+inline constexpr std::array items{Item::frame,     Item::location, Item::browse, Item::email, Item::groupLabel,
                                   Item::groupName, Item::outcome,  Item::ok,     Item::cancel};
 
 TextView Caption(Mode mode);

@@ -163,6 +163,7 @@ bool ModalForm::TakeAccessKey(char16_t character) {
     // A label passes the focus on to what it stands before; check boxes are the system's business.
     for (const HWND control : controls_) {
         const Text caption = WindowText(control);
+        if (!IsWindowVisible(control)) continue;
         const bool label = (SendMessageW(control, WM_GETDLGCODE, 0, 0) & DLGC_STATIC) != 0 &&
                            !(GetWindowLongW(control, GWL_STYLE) & SS_NOPREFIX);
         if (!label || caption.find(u'&') == Text::npos || !buttons::IsAccessKey(caption, character)) continue;

@@ -8,8 +8,8 @@ namespace qvx {
 
 void ShowErrorReport(HWND owner, int number, TextView description) {
     if (number == 0) return;
-    const Text title = ApplicationTitle() + u" : " + IntegerToText(number);
-    msgbox::ShowMessage(owner, description, msgbox::messages::errorReport, title);
+    msgbox::ShowMessage(owner, description, msgbox::messages::errorReport,
+                        ApplicationTitle() + u" : " + IntegerToText(number));
 }
 
 }  // namespace qvx

@@ -12,12 +12,11 @@ namespace qvx::test {
 struct NamedControl {
     const char* name;
     const CLSID* id;
-    bool visible = true;  // at run time
 };
 
 inline constexpr NamedControl namedControls[] = {
-    {"Button", &CLSID_Button},     {"RButton", &CLSID_RButton},      {"ComboGrid", &CLSID_ComboGrid},
-    {"TextEdit", &CLSID_TextEdit}, {"Backup", &CLSID_Backup, false},
+    {"Button", &CLSID_Button},     {"RButton", &CLSID_RButton}, {"ComboGrid", &CLSID_ComboGrid},
+    {"TextEdit", &CLSID_TextEdit}, {"Backup", &CLSID_Backup},
 };
 
 inline std::vector<const CLSID*> EachControlId() {
@@ -26,12 +25,10 @@ inline std::vector<const CLSID*> EachControlId() {
     return ids;
 }
 
-// Those with something to see and to type into.
+// Those that show themselves at run time, have a size of the host's choice and take the focus.
 inline std::vector<const CLSID*> EachVisibleControlId() {
-    std::vector<const CLSID*> ids;
-    for (const NamedControl& control : namedControls) {
-        if (control.visible) ids.push_back(control.id);
-    }
+    std::vector<const CLSID*> ids = EachControlId();
+    std::erase_if(ids, [](const CLSID* id) { return *id == CLSID_Backup; });
     return ids;
 }
 
