@@ -395,19 +395,11 @@ void CALLBACK CloseForm(HWND window, UINT, UINT_PTR id, DWORD) {
 }
 
 TEST_F(BackupDialogOnScreen, NothingStaysBehind) {
-    const auto round = [&] {
-        for (int i = 0; i < 5; ++i) {
-            SetTimer(owner_, 7, 50, CloseForm);
-            BackupDialog dialog(Mode::restore);
-            dialog.Run(owner_);
-        }
-    };
-    round();
-    const test::ResourceCounts before = test::CountResources();
-    round();
-    const test::ResourceCounts after = test::CountResources();
-    EXPECT_LE(after.windows, before.windows);
-    EXPECT_LE(after.gdiObjects, before.gdiObjects);
+    test::ExpectNothingLeftBehind(30, [&] {
+        SetTimer(owner_, 7, 50, CloseForm);
+        BackupDialog dialog(Mode::restore);
+        dialog.Run(owner_);
+    });
 }
 
 // ---- The password prompt -------------------------------------------------------------------------------------------
