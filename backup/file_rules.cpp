@@ -61,6 +61,7 @@ constexpr Row rows[] = {
     {59, deviceError},         // network
     {64, deviceUnavailable},   // the connection is gone
     {65, permissionDenied},    // network
+    {66, pathNotFound, true},  // no share for files
     {67, pathNotFound, true},  // no such share
     {80, fileAlreadyExists},
     {108, permissionDenied},  // the drive is in use

@@ -43,11 +43,19 @@ void SetBasics(HANDLE file, FILE_BASIC_INFO basics, DWORD attributes) {
     if (!SetFileInformationByHandle(file, FileBasicInfo, &basics, sizeof basics)) ThrowFileError();
 }
 
+// The system's calls refuse these, too, but not where whoever runs them may do anything to files.
+void RefuseReadOnly(DWORD attributes) {
+    if (attributes & FILE_ATTRIBUTE_READONLY) ThrowFileError(ERROR_ACCESS_DENIED);
+}
+
 // What is there is emptied, not created anew: that is refused for a hidden file.
 UniqueKernelObject OpenEmptied(const Text& systemPath) {
     UniqueKernelObject file =
         OpenFile(systemPath, GENERIC_WRITE, 0, OPEN_ALWAYS, FILE_FLAG_SEQUENTIAL_SCAN | FILE_ATTRIBUTE_NORMAL);
-    if (!file || !SetEndOfFile(file.Get())) ThrowFileError();
+    BY_HANDLE_FILE_INFORMATION data{};
+    if (!file || !GetFileInformationByHandle(file.Get(), &data)) ThrowFileError();
+    RefuseReadOnly(data.dwFileAttributes);
+    if (!SetEndOfFile(file.Get())) ThrowFileError();
     return file;
 }
 
@@ -118,9 +126,7 @@ void SystemServices::CreateEmptyFile(TextView path) { OpenEmptied(SystemPath(pat
 
 void SystemServices::DeleteFile(TextView path) {
     const Text systemPath = SystemPath(path);
-    // The call does not take it for read-only everywhere.
-    const auto data = Find(systemPath);
-    if (data && data->dwFileAttributes & FILE_ATTRIBUTE_READONLY) ThrowFileError(ERROR_ACCESS_DENIED);
+    if (const auto data = Find(systemPath)) RefuseReadOnly(data->dwFileAttributes);
     if (!::DeleteFileW(Wide(systemPath))) ThrowFileError();
 }
 
@@ -148,7 +154,8 @@ void SystemServices::ReplaceFile(TextView from, TextView to) {
     const Text source = SystemPath(from);
     const Text target = SystemPath(to);
     if (const auto old = Find(target)) {
-        if (IsFolder(*old) || old->dwFileAttributes & FILE_ATTRIBUTE_READONLY) ThrowFileError(ERROR_ACCESS_DENIED);
+        if (IsFolder(*old)) ThrowFileError(ERROR_ACCESS_DENIED);
+        RefuseReadOnly(old->dwFileAttributes);
         TakeOver(target, *old, source);
     }
     if (!MoveFileExW(Wide(source), Wide(target), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) ThrowFileError();

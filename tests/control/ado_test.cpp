@@ -5,6 +5,7 @@
 
 #include "com/safearray.h"
 #include "host/script_engine_object.h"
+#include "tests/support/ado_server.h"
 #include "tests/support/narrow.h"
 #include "tests/support/server_under_test.h"
 
@@ -13,44 +14,6 @@ namespace {
 
 // By the run-time error's number.
 constexpr HRESULT Raised(int number) { return static_cast<HRESULT>(0x800A0000u + static_cast<unsigned>(number)); }
-
-// <build>/tests/control/control_tests.exe beside <build>/tests/support/ado/QvxAdo.dll
-std::wstring ServerPath() {
-    wchar_t path[MAX_PATH] = L"";
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    std::wstring folder = path;
-    for (int up = 0; up < 2; ++up) folder.resize(folder.find_last_of(L"\\/"));
-    return folder + L"\\support\\ado\\QvxAdo.dll";
-}
-
-CLSID ClassOf(const wchar_t* name) {
-    CLSID id{};
-    EXPECT_EQ(CLSIDFromProgID(name, &id), S_OK);
-    return id;
-}
-
-// Registered for the length of a scope only.
-class Server {
-  public:
-    Server() : module_(LoadLibraryW(ServerPath().c_str())) {
-        if (!module_) ADD_FAILURE() << "QvxAdo.dll cannot be loaded: error " << GetLastError();
-        EXPECT_EQ(Run("DllRegisterServer"), S_OK);
-    }
-    ~Server() {
-        EXPECT_EQ(Run("DllCanUnloadNow"), S_OK) << "objects are left over";
-        EXPECT_EQ(Run("DllUnregisterServer"), S_OK);
-        FreeLibrary(module_);
-    }
-    Server(const Server&) = delete;
-
-  private:
-    HRESULT Run(const char* name) {
-        const auto function = reinterpret_cast<HRESULT(WINAPI*)()>(GetProcAddress(module_, name));
-        return function ? function() : E_NOINTERFACE;
-    }
-
-    HMODULE module_;
-};
 
 using Object = ComPtr<IDispatch>;
 
@@ -87,13 +50,11 @@ class Ado : public ::testing::Test {
         GetTempPathW(MAX_PATH, folder);
         GetTempFileNameW(folder, L"qvx", 0, file);
         file_ = file;
-        server_ = std::make_unique<Server>();
+        server_ = std::make_unique<AdoServer>();
         connection_ = Create(L"ADODB.Connection");
         ASSERT_TRUE(connection_);
         const CallResult opened = Try(connection_, L"Open", {Variant(Settings())});
-        for (const TextView missing :
-             {u"There is no ODBC driver manager", u"Can't open lib", u"Data source name not found"}) {
-            if (opened.description.find(missing) == Text::npos) continue;
+        if (MeansNoDriver(opened.description)) {
             GTEST_SKIP() << "NO ODBC DRIVER FOR SQLITE IS INSTALLED: " << Narrow(opened.description);
         }
         ASSERT_EQ(opened.result, S_OK) << Narrow(opened.description);
@@ -121,7 +82,7 @@ class Ado : public ::testing::Test {
     }
 
     std::wstring file_;
-    std::unique_ptr<Server> server_;
+    std::unique_ptr<AdoServer> server_;
     Object connection_;
 };
 
@@ -408,9 +369,9 @@ TEST(AdoRegistration, GivesTheNamesBack) {
     const HRESULT known = CLSIDFromProgID(L"ADODB.Recordset", &before);
     for (int twice = 0; twice < 2; ++twice) {
         {
-            const Server server;
+            const AdoServer server;
             EXPECT_NE(Spell(ClassOf(L"ADODB.Recordset")), Spell(before));
-            const Server again;
+            const AdoServer again;
         }
         CLSID after{};
         EXPECT_EQ(CLSIDFromProgID(L"ADODB.Recordset", &after), known);

@@ -15,11 +15,8 @@ struct NamedControl {
 };
 
 inline constexpr NamedControl namedControls[] = {
-    {"Button", &CLSID_Button},
-    {"RButton", &CLSID_RButton},
-    {"ComboGrid", &CLSID_ComboGrid},
-    {"TextEdit", &CLSID_TextEdit},
-    {"Backup", &CLSID_Backup},
+    {"Button", &CLSID_Button},     {"RButton", &CLSID_RButton}, {"ComboGrid", &CLSID_ComboGrid},
+    {"TextEdit", &CLSID_TextEdit}, {"Backup", &CLSID_Backup},
 };
 
 inline std::vector<const CLSID*> EachControlId() {
