@@ -269,12 +269,15 @@ TEST_F(Ado, FailuresSayWhy) {
         {unopened, L"Close", {}, 3704, u"closed"},
         {unopened, L"Open", {Variant(u"Provider=Elsewhere;")}, 3706, u"Provider"},
         {unopened, L"Open", {Variant(u"Driver={No such driver};")}, 3000, u"No such driver"},
+        {unopened, L"Open", {Variant(Settings()), Variant(u""), Variant(u""), Variant(16)}, 3001, u"wrong type"},
         {unopened, L"Open", {Variant(u"Driver=SQLite3;Database=/no/such/folder/x.db")}, 3000, u"connect failed"},
         {closed, L"RecordCount", {}, 3704, u"closed"},
         {closed, L"Fields", {}, 3704, u"closed"},
         {closed, L"MoveNext", {}, 3704, u"closed"},
         {closed, L"Open", {Variant(u"select 1")}, 3709, u"connection"},
         {closed, L"Open", {Variant(u"select 1"), Variant(unopened.get())}, 3709, u"closed"},
+        {closed, L"Open", {Variant(u"select 1"), Variant(u"Provider=Elsewhere;")}, 3706, u"Provider"},
+        {closed, L"Open", {Variant(u"selct 1"), Variant(Settings())}, 3000, u"syntax error"},
         {records, L"Open", {Variant(u"select 1")}, 3705, u"open"},
         {records, L"Fields", {Variant(u"j")}, 3265, u"name or number"},
         {records, L"Fields", {Variant(1)}, 3265, u"name or number"},
@@ -324,6 +327,40 @@ TEST_F(Ado, RecordSetsCloseWithTheirConnection) {
     Call(records.get(), L"Open", {Variant(u"select 2 as two"), Variant(connection_.get())});
     EXPECT_EQ(ValueOf(records, Variant(u"TWO")).ToLong(), 2);
     EXPECT_EQ(Try(field, L"Name").value.ToText(), u"two");
+}
+
+TEST_F(Ado, ARecordSetOpensAConnectionOfItsOwnByItsString) {
+    Execute(u"create table t(i integer)");
+    Execute(u"insert into t values(7)");
+    Call(connection_.get(), L"Close");
+    const Object records = Create(L"ADODB.Recordset");
+    for (int twice = 0; twice < 2; ++twice) {
+        Call(records.get(), L"Open",
+             {Variant(u"select i from t"), Variant(Settings()), Variant(1), Variant(3), Variant(-1)});
+        EXPECT_EQ(ValueOf(records, Variant(u"i")).ToLong(), 7);
+        // Its connection is closed with it.
+        Call(records.get(), L"Close");
+        EXPECT_TRUE(MoveFileW(file_.c_str(), (file_ + L"x").c_str())) << GetLastError();
+        EXPECT_TRUE(MoveFileW((file_ + L"x").c_str(), file_.c_str()));
+    }
+}
+
+TEST_F(Ado, AConnectionOpensWithUserAndPasswordAndOnADatabaseOnly) {
+    Call(connection_.get(), L"Close");
+    for (const char16_t* user : {u"", u"Anna;{x}"}) {
+        Call(connection_.get(), L"Open", {Variant(Settings()), Variant(user), Variant(user), Variant(-1)});
+        EXPECT_EQ(Number(connection_, L"State"), 1);
+        Call(connection_.get(), L"Close");
+    }
+    const HANDLE file = CreateFileW(file_.c_str(), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, 0, nullptr);
+    DWORD written = 0;
+    const std::string nonsense(4096, '?');
+    EXPECT_TRUE(WriteFile(file, nonsense.data(), static_cast<DWORD>(nonsense.size()), &written, nullptr));
+    CloseHandle(file);
+    const CallResult opened = Try(connection_, L"Open", {Variant(Settings())});
+    EXPECT_EQ(opened.scode, Raised(3000));
+    EXPECT_NE(opened.description.find(u"not a database"), Text::npos) << Narrow(opened.description);
+    EXPECT_EQ(Number(connection_, L"State"), 0);
 }
 
 TEST_F(Ado, ScriptsUseThemAsTheyUseTheSystems) {
