@@ -48,7 +48,6 @@ LRESULT BackupDialog::NameTap::OnMessage(UINT message, WPARAM wParam, LPARAM lPa
 bool BackupDialog::Build(HWND owner) {
     const dialog::Texts& texts = dialog::TextsOf(mode_);
     if (!Open(owner, texts.form, {dialog::clientWidth, 0})) return false;
-    Add(L"BUTTON", texts.frame, BS_GROUPBOX, dialog::frame);
     location_ = Add(L"EDIT", {}, WS_TABSTOP | ES_AUTOHSCROLL, dialog::location, locationId, WS_EX_CLIENTEDGE);
     const bool browse = Add(browse_, texts.browse, dialog::browse, 0);
     email_ = Add(L"BUTTON", texts.email, WS_TABSTOP | BS_AUTOCHECKBOX, dialog::email, emailId);
@@ -58,6 +57,10 @@ bool BackupDialog::Build(HWND owner) {
     if (!browse || !Add(ok_, texts.ok, dialog::ok, IDOK) || !Add(cancel_, texts.cancel, dialog::cancel, IDCANCEL)) {
         return false;
     }
+    // Below all others: the frame would cover what stands in it.
+    Add(L"BUTTON", texts.frame, BS_GROUPBOX | WS_CLIPSIBLINGS, dialog::frame);
+    locationName_.SetName(texts.frame);
+    locationName_.Attach(location_);
     nameTap_.Attach(groupName_);
     browse_.Button().onClick = [this] { Work(&backup::Procedure::Browse); };
     ok_.Button().onClick = [this] { OnOk(); };

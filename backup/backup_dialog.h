@@ -7,6 +7,7 @@
 #include "backup/password_dialog.h"
 #include "backup/procedure.h"
 #include "backup/system_services_win32.h"
+#include "win/accessible.h"
 #include "win/tool_tip.h"
 
 namespace qvx::backup {
@@ -76,6 +77,7 @@ class BackupDialog final : public FormWindow, private Environment {
     buttons::ButtonWindow ok_;
     buttons::ButtonWindow cancel_;
     NameTap nameTap_;
+    AccessibleNameTap locationName_;  // the frame's text is what the field is for
     ToolTip outcomeTip_;
     std::unique_ptr<PasswordDialog> prompt_;
 };

@@ -12,11 +12,8 @@ namespace qvx {
 
 std::span<const ControlClass> AllControls() {
     static const std::array controls{
-        backup::BackupControl::classInfo,
-        buttons::ButtonControl::classInfo,
-        buttons::RButtonControl::classInfo,
-        grid::ComboGridControl::classInfo,
-        textedit::TextEditControl::classInfo,
+        backup::BackupControl::classInfo,  buttons::ButtonControl::classInfo,    buttons::RButtonControl::classInfo,
+        grid::ComboGridControl::classInfo, textedit::TextEditControl::classInfo,
     };
     return controls;
 }

@@ -25,6 +25,13 @@ inline std::vector<const CLSID*> EachControlId() {
     return ids;
 }
 
+// Those that show themselves at run time, have a size of the host's choice and take the focus.
+inline std::vector<const CLSID*> EachVisibleControlId() {
+    std::vector<const CLSID*> ids = EachControlId();
+    std::erase_if(ids, [](const CLSID* id) { return *id == CLSID_Backup; });
+    return ids;
+}
+
 // For the names of parameterised tests.
 inline std::string ControlName(const ::testing::TestParamInfo<const CLSID*>& parameter) {
     for (const NamedControl& control : namedControls) {
