@@ -131,7 +131,9 @@ void SystemServices::DeleteFile(TextView path) {
 }
 
 void SystemServices::RenameFile(TextView from, TextView to) {
-    if (!MoveFileExW(Wide(SystemPath(from)), Wide(SystemPath(to)), 0)) ThrowFileError();
+    const Text source = SystemPath(from);
+    if (const auto data = Find(source)) RefuseReadOnly(data->dwFileAttributes);
+    if (!MoveFileExW(Wide(source), Wide(SystemPath(to)), 0)) ThrowFileError();
 }
 
 void SystemServices::CopyFile(TextView from, TextView to) {
@@ -156,6 +158,10 @@ void SystemServices::ReplaceFile(TextView from, TextView to) {
     if (const auto old = Find(target)) {
         if (IsFolder(*old)) ThrowFileError(ERROR_ACCESS_DENIED);
         RefuseReadOnly(old->dwFileAttributes);
+        // The rename itself would not tell that the file is in use.
+        if (!OpenFile(target, DELETE, sharedByAll, OPEN_EXISTING) && GetLastError() == ERROR_SHARING_VIOLATION) {
+            ThrowFileError();
+        }
         TakeOver(target, *old, source);
     }
     if (!MoveFileExW(Wide(source), Wide(target), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) ThrowFileError();

@@ -58,6 +58,20 @@ class BackupDatabase : public ::testing::Test {
         CloseHandle(file);
     }
 
+    // An error with this number, in words that give nothing away.
+    static void ExpectNoPassword(const Text& connection, int number) {
+        try {
+            backup::AdministratorPassword(connection);
+            ADD_FAILURE() << "no error";
+        } catch (const RunTimeError& error) {
+            EXPECT_EQ(error.Number(), number) << Narrow(error.Description());
+            EXPECT_FALSE(error.Description().empty());
+            for (const TextView told : {u"SQL", u"secret", u"Users", u"\\", u"Driver", u"UCode", u"x.db"}) {
+                EXPECT_EQ(error.Description().find(told), Text::npos) << Narrow(error.Description());
+            }
+        }
+    }
+
     Text file_;
     std::unique_ptr<AdoServer> server_;
 };
@@ -71,6 +85,21 @@ TEST_F(BackupDatabase, OpensOrNot) {
     EXPECT_FALSE(Services::DatabaseOpens(u""));
     Damage();
     EXPECT_FALSE(Services::DatabaseOpens(Connection()));
+}
+
+TEST_F(BackupDatabase, ThatSomebodyElseWritesDoesNotOpenUntilHeIsDone) {
+    Execute(u"create table Users(UCode integer, Password text)");
+    Execute(u"insert into Users values(1, 'Sesame')");
+    const Text impatient = u"Timeout=20;" + Connection();
+    {
+        const auto other = CreateNamedObject(L"ADODB.Connection");
+        LateMember(other.get(), L"Open").Get(other.get(), {Variant(Connection())});
+        LateMember(other.get(), L"Execute").Get(other.get(), {Variant(u"begin exclusive")});
+        EXPECT_FALSE(Services::DatabaseOpens(impatient));
+        ExpectNoPassword(impatient, 3000);
+    }
+    EXPECT_TRUE(Services::DatabaseOpens(impatient));
+    EXPECT_EQ(backup::AdministratorPassword(impatient), u"Sesame");
 }
 
 TEST_F(BackupDatabase, ThePasswordIsTheAdministratorsAsText) {
@@ -114,25 +143,13 @@ TEST_F(BackupDatabase, WithoutAPasswordThereIsAnErrorThatGivesNothingAway) {
         {u"create table Users(UCode integer, Password blob)", 3021},
         {u"insert into Users values(1, x'00ff')", errors::typeMismatch},
     };
-    const auto check = [&](const Text& connection, int number) {
-        try {
-            backup::AdministratorPassword(connection);
-            ADD_FAILURE() << "no error";
-        } catch (const RunTimeError& error) {
-            EXPECT_EQ(error.Number(), number) << Narrow(error.Description());
-            EXPECT_FALSE(error.Description().empty());
-            for (const TextView told : {u"SQL", u"secret", u"Users", u"\\", u"Driver", u"UCode", u"x.db"}) {
-                EXPECT_EQ(error.Description().find(told), Text::npos) << Narrow(error.Description());
-            }
-        }
-    };
     for (const auto& c : cases) {
         SCOPED_TRACE(Narrow(c.sql));
         Execute(c.sql);
-        check(Connection(), c.number);
+        ExpectNoPassword(Connection(), c.number);
     }
-    check(Connection(file_ + u"x.db"), 3000);
-    check(u"Provider=Elsewhere;PWD=secret", 3706);
+    ExpectNoPassword(Connection(file_ + u"x.db"), 3000);
+    ExpectNoPassword(u"Provider=Elsewhere;PWD=secret", 3706);
 }
 
 // The system's own objects are called through their interfaces. They open no database here, but a closed one of theirs

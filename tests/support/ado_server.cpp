@@ -8,13 +8,15 @@
 
 namespace qvx::test {
 
-std::wstring SupportLibrary(const wchar_t* below) {
+std::wstring BuiltFile(const wchar_t* below) {
     wchar_t path[MAX_PATH] = L"";
     GetModuleFileNameW(nullptr, path, MAX_PATH);
     std::wstring folder = path;
-    for (int up = 0; up < 2; ++up) folder.resize(folder.find_last_of(L"\\/"));
-    return folder + L"\\support\\" + below;
+    for (int up = 0; up < 3; ++up) folder.resize(folder.find_last_of(L"\\/"));
+    return folder + L'\\' + below;
 }
+
+std::wstring SupportLibrary(const wchar_t* below) { return BuiltFile(L"tests\\support\\") + below; }
 
 CLSID ClassOf(const wchar_t* name) {
     CLSID id{};

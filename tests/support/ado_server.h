@@ -10,7 +10,9 @@
 
 namespace qvx::test {
 
-// A library that the build puts at <build>/tests/support/...; this program is in <build>/tests/control.
+// What the build puts at <build>/...; this program is in <build>/tests/control.
+std::wstring BuiltFile(const wchar_t* below);
+// The same for <build>/tests/support/...
 std::wstring SupportLibrary(const wchar_t* below);
 
 CLSID ClassOf(const wchar_t* name);
