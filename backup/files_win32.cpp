@@ -55,7 +55,9 @@ UniqueKernelObject OpenEmptied(const Text& systemPath) {
     BY_HANDLE_FILE_INFORMATION data{};
     if (!file || !GetFileInformationByHandle(file.Get(), &data)) ThrowFileError();
     RefuseReadOnly(data.dwFileAttributes);
-    if (!SetEndOfFile(file.Get())) ThrowFileError();
+    // On a full disk even the end of an empty file may be refused.
+    const bool empty = data.nFileSizeHigh == 0 && data.nFileSizeLow == 0;
+    if (!empty && !SetEndOfFile(file.Get())) ThrowFileError();
     return file;
 }
 

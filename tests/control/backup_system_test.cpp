@@ -16,6 +16,7 @@
 #include "common/number_text.h"
 #include "common/run_time_error.h"
 #include "tests/support/files.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/narrow.h"
 
 namespace qvx::test {
@@ -137,6 +138,22 @@ TEST_F(Files, AnEmptyFileTakesThePlaceOfWhateverIsThere) {
         Services::DeleteFile(In(name));
         EXPECT_FALSE(IsThere(In(name)));
     }
+}
+
+// Some systems refuse on a full disk even to end an empty file where it ends.
+BOOL WINAPI NoRoomForAnEnd(HANDLE) {
+    SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+}
+
+TEST_F(Files, AnEmptyFileNeedsNoRoom) {
+    const ImportPatch full(GetModuleHandleW(nullptr), "SetEndOfFile", reinterpret_cast<void*>(&NoRoomForAnEnd));
+    ASSERT_TRUE(full.Found());
+    EXPECT_EQ(Failure([&] { Services::CreateEmptyFile(In(u"new")); }), 0);
+    EXPECT_EQ(Services::FileSize(In(u"new")), 0u);
+    Write(In(u"old"), "old");
+    EXPECT_EQ(Failure([&] { Services::CreateEmptyFile(In(u"old")); }), 61);
+    EXPECT_EQ(Read(In(u"old")), "old");
 }
 
 TEST_F(Files, ACopyHasTheBytesAndTheTimeAndCanBeWrittenOver) {
