@@ -156,6 +156,19 @@ TEST_F(Files, AnEmptyFileNeedsNoRoom) {
     EXPECT_EQ(Read(In(u"old")), "old");
 }
 
+// Some tell only when what they keep in memory is to be written that there is no room for it.
+BOOL WINAPI NoRoomInTheEnd(HANDLE) {
+    SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+}
+
+TEST_F(Files, ACopyIsThereOnlyOnceItIsOnTheDisk) {
+    Write(In(u"from"), "content");
+    const ImportPatch full(GetModuleHandleW(nullptr), "FlushFileBuffers", reinterpret_cast<void*>(&NoRoomInTheEnd));
+    ASSERT_TRUE(full.Found());
+    EXPECT_EQ(Failure([&] { Services::CopyFile(In(u"from"), In(u"to")); }), 61);
+}
+
 TEST_F(Files, ACopyHasTheBytesAndTheTimeAndCanBeWrittenOver) {
     std::string content(3 * 1024 * 1024 + 17, '\0');
     for (std::size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 31 >> 3);
