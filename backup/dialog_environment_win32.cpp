@@ -42,8 +42,4 @@ bool DialogEnvironment::RunPasswordPrompt(TextView connection) {
 
 void DialogEnvironment::ClosePasswordPrompt() { prompt_.reset(); }
 
-std::uint32_t DialogEnvironment::WaitForArchiver() { return system_.WaitForArchiver(dialog_.Handle()); }
-
-void DialogEnvironment::SendMail(const Mail& mail) { system_.SendMail(dialog_.Handle(), mail); }
-
 }  // namespace qvx::backup

@@ -5,13 +5,12 @@
 #include <optional>
 
 #include "backup/backup_dialog.h"
-#include "backup/environment.h"
 #include "backup/password_dialog.h"
-#include "backup/system_services_win32.h"
+#include "backup/system_environment_win32.h"
 
 namespace qvx::backup {
 
-class DialogEnvironment final : public Environment {
+class DialogEnvironment final : public SystemEnvironment {
   public:
     // `dialog` must outlive it.
     explicit DialogEnvironment(BackupDialog& dialog) : dialog_(dialog) {}
@@ -23,32 +22,12 @@ class DialogEnvironment final : public Environment {
     Text ShowOpenFile(TextView title) override;
     bool RunPasswordPrompt(TextView connection) override;
     void ClosePasswordPrompt() override;
-    std::uint32_t WaitForArchiver() override;
-    void SendMail(const Mail& mail) override;
 
-    // The system's, as they are.
-    // clang-format off
-    Date Today() override { return system_.Today(); }
-    std::optional<std::uint64_t> FileSize(TextView path) override { return system_.FileSize(path); }
-    void CreateEmptyFile(TextView path) override { system_.CreateEmptyFile(path); }
-    void DeleteFile(TextView path) override { system_.DeleteFile(path); }
-    void RenameFile(TextView from, TextView to) override { system_.RenameFile(from, to); }
-    void CopyFile(TextView from, TextView to) override { system_.CopyFile(from, to); }
-    void ReplaceFile(TextView from, TextView to) override { system_.ReplaceFile(from, to); }
-    Text FirstFile(TextView folder, TextView extension) override { return system_.FirstFile(folder, extension); }
-    void DeleteFiles(TextView folder) override { system_.DeleteFiles(folder); }
-    bool SameFolder(TextView one, TextView other) override { return system_.SameFolder(one, other); }
-    Text ShortPath(TextView file) override { return system_.ShortPath(file); }
-    DriveKind DriveTypeOf(TextView path) override { return system_.DriveTypeOf(path); }
-    void ChangeDrive(TextView path) override { system_.ChangeDrive(path); }
-    Text TemporaryName() override { return system_.TemporaryName(); }
-    bool DatabaseOpens(TextView connection) override { return system_.DatabaseOpens(connection); }
-    void StartArchiver(TextView commandLine) override { system_.StartArchiver(commandLine); }
-    // clang-format on
+  protected:
+    HWND DialogWindow() const override { return dialog_.Handle(); }
 
   private:
     BackupDialog& dialog_;
-    SystemServices system_;
     std::optional<PasswordDialog> prompt_;
 };
 

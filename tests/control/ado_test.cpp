@@ -6,6 +6,7 @@
 #include "com/safearray.h"
 #include "host/script_engine_object.h"
 #include "tests/support/ado_server.h"
+#include "tests/support/files.h"
 #include "tests/support/narrow.h"
 #include "tests/support/server_under_test.h"
 
@@ -45,11 +46,7 @@ Variant ValueOf(const Object& records, const Variant& field) {
 class Ado : public ::testing::Test {
   protected:
     void SetUp() override {
-        wchar_t folder[MAX_PATH];
-        wchar_t file[MAX_PATH];
-        GetTempPathW(MAX_PATH, folder);
-        GetTempFileNameW(folder, L"qvx", 0, file);
-        file_ = file;
+        file_ = NewTemporaryFile();
         server_ = std::make_unique<AdoServer>();
         connection_ = Create(L"ADODB.Connection");
         ASSERT_TRUE(connection_);
@@ -62,10 +59,10 @@ class Ado : public ::testing::Test {
     void TearDown() override {
         connection_.reset();
         server_.reset();
-        DeleteFileW(file_.c_str());
+        DeleteFileW(Wide(file_));
     }
 
-    Text Settings() const { return u"Driver={SQLite3 ODBC Driver};Database=" + Text(FromWide(file_)) + u";"; }
+    Text Settings() const { return u"Driver={SQLite3 ODBC Driver};Database=" + file_ + u";"; }
     Object Execute(const char16_t* sql) { return ObjectFrom(connection_, L"Execute", {Variant(sql)}); }
     // Kept by the client unless another kind of cursor is asked for.
     Object Open(const char16_t* sql, int cursorType = 3) {
@@ -81,7 +78,7 @@ class Ado : public ::testing::Test {
         return ValueOf(records, Variant(0)).ToLong().value_or(-1);
     }
 
-    std::wstring file_;
+    Text file_;
     std::unique_ptr<AdoServer> server_;
     Object connection_;
 };
@@ -340,8 +337,8 @@ TEST_F(Ado, ARecordSetOpensAConnectionOfItsOwnByItsString) {
         EXPECT_EQ(ValueOf(records, Variant(u"i")).ToLong(), 7);
         // Its connection is closed with it.
         Call(records.get(), L"Close");
-        EXPECT_TRUE(MoveFileW(file_.c_str(), (file_ + L"x").c_str())) << GetLastError();
-        EXPECT_TRUE(MoveFileW((file_ + L"x").c_str(), file_.c_str()));
+        EXPECT_TRUE(MoveFileW(Wide(file_), Wide(file_ + u"x"))) << GetLastError();
+        EXPECT_TRUE(MoveFileW(Wide(file_ + u"x"), Wide(file_)));
     }
 }
 
@@ -352,7 +349,7 @@ TEST_F(Ado, AConnectionOpensWithUserAndPasswordAndOnADatabaseOnly) {
         EXPECT_EQ(Number(connection_, L"State"), 1);
         Call(connection_.get(), L"Close");
     }
-    const HANDLE file = CreateFileW(file_.c_str(), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, 0, nullptr);
+    const HANDLE file = CreateFileW(Wide(file_), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, 0, nullptr);
     DWORD written = 0;
     const std::string nonsense(4096, '?');
     EXPECT_TRUE(WriteFile(file, nonsense.data(), static_cast<DWORD>(nonsense.size()), &written, nullptr));

@@ -12,6 +12,7 @@
 #include "com/text.h"
 #include "common/number_text.h"
 #include "common/run_time_error.h"
+#include "tests/support/files.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/narrow.h"
 #include "win/handles.h"
@@ -59,17 +60,14 @@ TEST(BackupArchiver, ItsExitCodeComesBack) {
 
 TEST(BackupArchiver, WhatCannotBeStartedSaysSo) {
     Services services;
-    wchar_t folder[MAX_PATH] = L"";
-    wchar_t file[MAX_PATH] = L"";
-    GetTempPathW(MAX_PATH, folder);
-    GetTempFileNameW(folder, L"qvx", 0, file);  // empty, so no program
+    const Text file = NewTemporaryFile();  // empty, so no program
     EXPECT_EQ(StartFailure(services, u"\"C:\\secret folder\\PkZip.exe\" -& a.qvx"), 53);
     EXPECT_EQ(StartFailure(services, u"C:\\secret\\PkZip.exe a.qvx"), 53);
-    EXPECT_NE(StartFailure(services, u"\"" + Text(FromWide(file)) + u"\" secret"), 0);
+    EXPECT_NE(StartFailure(services, u"\"" + file + u"\" secret"), 0);
     EXPECT_NE(StartFailure(services, u""), 0);
     EXPECT_EQ(StartFailure(services, TextView(u"cmd.exe\0 /c exit 0", 18)), 53);
     EXPECT_THROW(services.WaitForArchiver(nullptr), RunTimeError);
-    DeleteFileW(file);
+    DeleteFileW(Wide(file));
 }
 
 TEST(BackupArchiver, InheritsNothing) {

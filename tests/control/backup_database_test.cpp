@@ -8,6 +8,7 @@
 #include "com/ado.h"
 #include "common/run_time_error.h"
 #include "tests/support/ado_server.h"
+#include "tests/support/files.h"
 #include "tests/support/narrow.h"
 #include "tests/support/server_under_test.h"
 
@@ -20,11 +21,7 @@ using Services = backup::SystemServices;
 class BackupDatabase : public ::testing::Test {
   protected:
     void SetUp() override {
-        wchar_t folder[MAX_PATH];
-        wchar_t file[MAX_PATH];
-        GetTempPathW(MAX_PATH, folder);
-        GetTempFileNameW(folder, L"qvx", 0, file);
-        file_ = FromWide(file);
+        file_ = NewTemporaryFile();
         server_ = std::make_unique<AdoServer>();
         try {
             Execute(u"create table t(i integer)");

@@ -12,7 +12,7 @@
 #include "backup/names.h"
 #include "backup/password_source_win32.h"
 #include "backup/procedure.h"
-#include "backup/system_services_win32.h"
+#include "backup/system_environment_win32.h"
 #include "com/late_bound.h"
 #include "com/text.h"
 #include "common/number_text.h"
@@ -28,10 +28,9 @@ namespace {
 
 using backup::FormState;
 using backup::Mode;
-using Services = backup::SystemServices;
 
 // The system with a user who says yes and knows one password. What it says to him is written down.
-class Computer final : public backup::Environment {
+class Computer final : public backup::SystemEnvironment {
   public:
     std::vector<std::string> said;
     std::vector<Text> commands;
@@ -63,37 +62,22 @@ class Computer final : public backup::Environment {
         return !password || *password == typed;
     }
     void ClosePasswordPrompt() override {}
-    backup::Date Today() override { return Services::Today(); }
-    std::optional<std::uint64_t> FileSize(TextView path) override { return Services::FileSize(path); }
-    void CreateEmptyFile(TextView path) override { Services::CreateEmptyFile(path); }
-    void DeleteFile(TextView path) override { Services::DeleteFile(path); }
-    void RenameFile(TextView from, TextView to) override { Services::RenameFile(from, to); }
-    void CopyFile(TextView from, TextView to) override { Services::CopyFile(from, to); }
-    void ReplaceFile(TextView from, TextView to) override { Services::ReplaceFile(from, to); }
-    Text FirstFile(TextView folder, TextView extension) override { return Services::FirstFile(folder, extension); }
-    void DeleteFiles(TextView folder) override { Services::DeleteFiles(folder); }
-    bool SameFolder(TextView one, TextView other) override { return Services::SameFolder(one, other); }
     Text ShortPath(TextView file) override {
-        const Text shortPath = Services::ShortPath(file);
+        const Text shortPath = SystemEnvironment::ShortPath(file);
         return shortNames ? shortPath : Text(file);
     }
-    backup::DriveKind DriveTypeOf(TextView path) override { return Services::DriveTypeOf(path); }
-    void ChangeDrive(TextView path) override { Services::ChangeDrive(path); }
-    Text TemporaryName() override { return Services::TemporaryName(); }
-    bool DatabaseOpens(TextView connection) override { return Services::DatabaseOpens(connection); }
     void StartArchiver(TextView commandLine) override {
         commands.emplace_back(commandLine);
-        services_.StartArchiver(commandLine);
+        SystemEnvironment::StartArchiver(commandLine);
     }
     std::uint32_t WaitForArchiver() override {
-        const std::uint32_t code = services_.WaitForArchiver(nullptr);
+        const std::uint32_t code = SystemEnvironment::WaitForArchiver();
         if (whenArchiverEnds) whenArchiverEnds();
         return code;
     }
-    void SendMail(const backup::Mail& mail) override { Services::SendMail(nullptr, mail); }
 
   private:
-    Services services_;
+    HWND DialogWindow() const override { return nullptr; }
 };
 
 // Programs start without a console of their own, which takes the longest.
@@ -247,24 +231,39 @@ TEST_F(BackupRun, ArchiversTakeLongNamesWhereThereAreNoOthers) {
                                          quoted(settings_.tempPath + u'\\'));
 }
 
+// Something in the way of the work, for as long as it lasts.
+struct Obstacle {
+    const char* what;
+    std::function<void()> begin;
+    std::function<void()> end;
+    const char* said;
+};
+
+Obstacle ReadOnly(const Text& path) {
+    return {"read-only", [path] { EXPECT_TRUE(SetFileAttributesW(Wide(path), FILE_ATTRIBUTE_READONLY)); },
+            [path] { EXPECT_TRUE(SetFileAttributesW(Wide(path), FILE_ATTRIBUTE_NORMAL)); },
+            "error 75: Path/File access error\n"};
+}
+
+Obstacle InUse(const Text& path) {
+    const auto held = std::make_shared<std::unique_ptr<OpenElsewhere>>();
+    return {"in use", [=] { *held = std::make_unique<OpenElsewhere>(path, GENERIC_READ, FILE_SHARE_READ); },
+            [=] { held->reset(); }, "error 70: Permission denied\n"};
+}
+
+// A file, or a folder without a separator at its end.
+Obstacle Gone(const char* what, const Text& path, const char* said) {
+    const Text elsewhere = path + u" elsewhere";
+    return {what, [=] { EXPECT_TRUE(MoveFileW(Wide(path), Wide(elsewhere))); },
+            [=] { EXPECT_TRUE(MoveFileW(Wide(elsewhere), Wide(path))); }, said};
+}
+
 TEST_F(BackupRun, WhatIsInABackupsWayLeavesTheOldArchive) {
-    const Text zip = settings_.zipPath + u"PkZip.exe";
-    const Text elsewhere = settings_.zipPath + u"elsewhere.exe";
-    std::unique_ptr<OpenElsewhere> held;
-    const struct {
-        const char* what;
-        std::function<void()> begin;
-        std::function<void()> end;
-        const char* said;
-    } cases[] = {
-        {"read-only", [&] { SetFileAttributesW(Wide(archive_), FILE_ATTRIBUTE_READONLY); },
-         [&] { SetFileAttributesW(Wide(archive_), FILE_ATTRIBUTE_NORMAL); }, "error 75: Path/File access error\n"},
-        {"in use", [&] { held = std::make_unique<OpenElsewhere>(archive_, GENERIC_READ, FILE_SHARE_READ); },
-         [&] { held.reset(); }, "error 70: Permission denied\n"},
-        {"no archiver", [&] { MoveFileW(Wide(zip), Wide(elsewhere)); }, [&] { MoveFileW(Wide(elsewhere), Wide(zip)); },
-         "error 53: File not found\n"},
-        {"no database", [&] { MoveFileW(Wide(live_), Wide(elsewhere)); },
-         [&] { MoveFileW(Wide(elsewhere), Wide(live_)); }, "error 53: File not found\n"},
+    const Obstacle cases[] = {
+        ReadOnly(archive_),
+        InUse(archive_),
+        Gone("no archiver", settings_.zipPath + u"PkZip.exe", "error 53: File not found\n"),
+        Gone("no database", live_, "error 53: File not found\n"),
     };
     Write(archive_, "the old archive");
     for (const auto& c : cases) {
@@ -318,25 +317,13 @@ TEST_F(BackupRun, WhatIsInARestoresWayLeavesTheLiveDatabase) {
     EXPECT_EQ(Run(Mode::backup, archive_), "Completed Successfully.");
     Execute(u"insert into Users values(2, 'new')");
     const std::string changed = Read(live_);
-    const Text unzip = settings_.zipPath + u"PkunZip.exe";
-    const Text elsewhere = settings_.zipPath + u"elsewhere.exe";
     const Text dataFolder = settings_.dataPath.substr(0, settings_.dataPath.size() - 1);
-    std::unique_ptr<OpenElsewhere> held;
     std::unique_ptr<FullDisk> full;
-    const struct {
-        const char* what;
-        std::function<void()> begin;
-        std::function<void()> end;
-        const char* said;
-    } cases[] = {
-        {"read-only", [&] { SetFileAttributesW(Wide(live_), FILE_ATTRIBUTE_READONLY); },
-         [&] { SetFileAttributesW(Wide(live_), FILE_ATTRIBUTE_NORMAL); }, "error 75: Path/File access error\n"},
-        {"in use", [&] { held = std::make_unique<OpenElsewhere>(live_, GENERIC_READ, FILE_SHARE_READ); },
-         [&] { held.reset(); }, "error 70: Permission denied\n"},
-        {"no archiver", [&] { MoveFileW(Wide(unzip), Wide(elsewhere)); },
-         [&] { MoveFileW(Wide(elsewhere), Wide(unzip)); }, "error 53: File not found\n"},
-        {"the folder goes", [&] { EXPECT_TRUE(MoveFileW(Wide(dataFolder), Wide(dataFolder + u"x"))); },
-         [&] { EXPECT_TRUE(MoveFileW(Wide(dataFolder + u"x"), Wide(dataFolder))); }, "error 76: Path not found\n"},
+    const Obstacle cases[] = {
+        ReadOnly(live_),
+        InUse(live_),
+        Gone("no archiver", settings_.zipPath + u"PkunZip.exe", "error 53: File not found\n"),
+        Gone("the folder goes", dataFolder, "error 76: Path not found\n"),
         {"full disk", [&] { full = std::make_unique<FullDisk>(100); }, [&] { full.reset(); }, "error 61: Disk full\n"},
     };
     for (const auto& c : cases) {

@@ -34,6 +34,15 @@ inline std::string Read(const Text& path) {
 
 inline bool IsThere(const Text& path) { return GetFileAttributesW(Wide(path)) != INVALID_FILE_ATTRIBUTES; }
 
+// An empty file of its own, in the folder for such.
+inline Text NewTemporaryFile() {
+    wchar_t folder[MAX_PATH] = L"";
+    wchar_t file[MAX_PATH] = L"";
+    GetTempPathW(MAX_PATH, folder);
+    EXPECT_NE(GetTempFileNameW(folder, L"qvx", 0, file), 0u) << GetLastError();
+    return Text(FromWide(file));
+}
+
 // Another program's hold on a file.
 class OpenElsewhere {
   public:
