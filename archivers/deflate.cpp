@@ -217,4 +217,12 @@ Packed Deflate(const Source& source, const Sink& sink, unsigned threads) {
     return packed;
 }
 
+Bytes DeflateWhole(ByteView data) {
+    Block block;
+    block.data.assign(data.begin(), data.end());
+    block.isLast = true;
+    BlockDeflater().Run(block);
+    return std::move(block.packed);
+}
+
 }  // namespace qvx::archivers

@@ -26,5 +26,5 @@ int wmain() {
     qvx::archivers::SystemConsole console;
     const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads);
     const qvx::TextView line = qvx::FromWide(GetCommandLineW());
-    return static_cast<int>(qvx::archivers::Run(program, line, files, console, threads));
+    return static_cast<int>(qvx::archivers::RunProgram(program, line, files, console, threads));
 }

@@ -55,7 +55,7 @@ ExitCode RunGuarded(Program program, TextView commandLine, Files& files, Console
 
 }  // namespace
 
-ExitCode Run(Program program, TextView commandLine, Files& files, Console& console, unsigned threads) noexcept {
+ExitCode RunProgram(Program program, TextView commandLine, Files& files, Console& console, unsigned threads) noexcept {
     try {
         return RunGuarded(program, commandLine, files, console, threads);
     } catch (...) {

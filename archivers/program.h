@@ -9,6 +9,6 @@ namespace qvx::archivers {
 enum class Program { pack, unpack };
 
 // Says on the console how it went. Nothing is thrown.
-ExitCode Run(Program program, TextView commandLine, Files& files, Console& console, unsigned threads) noexcept;
+ExitCode RunProgram(Program program, TextView commandLine, Files& files, Console& console, unsigned threads) noexcept;
 
 }  // namespace qvx::archivers
