@@ -9,6 +9,7 @@ packages_wine=(wine wine64 fonts-wine)
 packages_display=(xvfb openbox fonts-dejavu-core xdotool x11-utils imagemagick)
 packages_lint=(clang-format clang-tidy shellcheck python3)
 packages_root32=(debootstrap)
+packages_archives=(zip unzip p7zip-full python3)
 packages_database=(sqlite3 unixodbc libsqliteodbc)
 packages_bench=(libwxgtk3.2-dev qtbase5-dev python3)
 
