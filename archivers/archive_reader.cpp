@@ -6,7 +6,7 @@ namespace qvx::archivers {
 
 namespace {
 
-constexpr std::uint64_t largestDirectory = 64 * 1024 * 1024;
+constexpr std::uint64_t largestDirectory = std::uint64_t{64} * 1024 * 1024;
 constexpr std::uint64_t farthestEnd = endSize + limit16;
 
 [[noreturn]] void Damaged() { throw ArchiveError(ExitCode::damaged); }

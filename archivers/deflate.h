@@ -14,7 +14,7 @@ using Source = std::function<std::size_t(std::span<std::uint8_t>)>;
 using Sink = std::function<void(ByteView)>;
 
 // What is worth more than one processor is larger than this.
-constexpr std::size_t deflateBlock = 512 * 1024;
+constexpr std::size_t deflateBlock = std::size_t{512} * 1024;
 
 struct Packed {
     std::uint64_t size = 0;
