@@ -42,7 +42,7 @@ std::unique_ptr<PendingArchive> MakeArchive(Files& files, Console& console, cons
 }
 
 SingleArchive::SingleArchive(Files& files, const Text& path)
-    : path_(path), file_(files.CreateOutput(TemporaryPath(path, archiveSuffix))), written_(*file_) {}
+    : path_(files.FullPath(path)), file_(files.CreateOutput(TemporaryPath(path, archiveSuffix))), written_(*file_) {}
 
 std::uint64_t SingleArchive::Room() { return std::numeric_limits<std::uint64_t>::max(); }
 

@@ -135,7 +135,6 @@ bool SystemFiles::Remove(const Text& path) noexcept {
 Text SystemFiles::FullPath(const Text& path) {
     const Text full = LongPath(path);
     Text longName(32768, u'\0');
-    // One file has one long name, whichever short ones lead to it.
     const DWORD length = GetLongPathNameW(Wide(full), WideBuffer(longName), static_cast<DWORD>(longName.size()));
     if (length == 0 || length >= longName.size()) return full;
     longName.resize(length);
