@@ -3,8 +3,8 @@
 
 archives=$root/build/test/archives
 
-pkzip() { run_windows 120 "$root/build/x64/PkZip.exe" "$@"; }
-pkunzip() { run_windows 120 "$root/build/x64/PkunZip.exe" "$@"; }
+pkzip() { run_windows 120 "$root/build/$wine_arch/PkZip.exe" "$@"; }
+pkunzip() { run_windows 120 "$root/build/$wine_arch/PkunZip.exe" "$@"; }
 
 # expect CODE COMMAND...: the command must end with that exit code.
 expect() {
@@ -40,10 +40,9 @@ make_archive_files() {
   chmod a-w "$from/protected.txt"
 }
 
-# same_files FOLDER SECONDS: the folder holds what was packed, with times that differ by so much at most, and its protection.
-same_files() {
+# same_times FOLDER SECONDS: what is in the folder has the times of what was packed, or differs by so much at most.
+same_times() {
   local file here there
-  diff -r "$archives/files" "$1" || return 1
   for file in "$archives/files"/*; do
     here=$(stat -c %Y "$file") there=$(stat -c %Y "$1/${file##*/}")
     ((here - there <= $2 && there - here <= $2)) || {
@@ -51,6 +50,11 @@ same_files() {
       return 1
     }
   done
+}
+
+# same_files FOLDER SECONDS: the folder holds what was packed, its times within so many seconds, and the protected file protected.
+same_files() {
+  diff -r "$archives/files" "$1" && same_times "$1" "$2" || return 1
   [[ $(stat -c %A "$1/protected.txt") == ?r-?r-?r-* ]] || {
     warn "The protected file came out writable."
     return 1
@@ -63,7 +67,7 @@ test_own_archive_in_others() {
   new_folder unzip
   unzip -q -d "$folder" "$archive" && same_files "$folder" 0 || return 1
   new_folder 7z
-  7z x -bso0 -bsp0 "-o$folder" "$archive" && diff -r "$archives/files" "$folder" || return 1
+  7z x -bso0 -bsp0 "-o$folder" "$archive" && diff -r "$archives/files" "$folder" && same_times "$folder" 0 || return 1
   new_folder python
   python3 -m zipfile -e "$archive" "$folder" && diff -r "$archives/files" "$folder" || return 1
   new_folder "own with blanks"
@@ -80,13 +84,8 @@ test_other_archives() {
   zip -q - -- * >"$archives/streamed.zip" || return 1
   zip -q -fz "$archives/wide.zip" -- * || return 1
   7z a -bso0 -bsp0 -tzip "$archives/7z.zip" -- * || return 1
-  # Nothing but the time as DOS has it, and no attributes that this program would not keep.
-  python3 - "$archives/python.zip" <<'END' || return 1
-import os, sys, time, zipfile
-with zipfile.ZipFile(sys.argv[1], "w", zipfile.ZIP_DEFLATED) as archive:
-    for name in sorted(os.listdir(".")):
-        archive.write(name)
-END
+  # Nothing but the time as DOS has it.
+  python3 "$root/tools/archives.py" pack "$archives/python.zip" * || return 1
   for archive in zip stored streamed wide 7z python; do
     new_folder "from $archive"
     pkunzip "$(windows_path "$archives/$archive.zip")" "$(windows_path "$folder")" || return 1
@@ -94,30 +93,44 @@ END
   done
 }
 
-# More than four gigabytes, of which hardly any are on the disk: packed and unpacked here, unpacked elsewhere, packed elsewhere.
+# More than four gigabytes, of which hardly any are on the disk. Other programs take a minute to pack such a file; one that stores it,
+# holes and all, takes seconds. A file system in memory reads holes much faster than one on a disk does.
 test_huge_file() {
-  local folder huge=$archives/huge/huge.db
-  new_folder huge
+  local folder=$1 huge=$1/huge.db windows
+  windows=$(windows_path "$folder")
   truncate -s 5G "$huge"
   printf middle | dd of="$huge" bs=1 seek=3221225472 conv=notrunc status=none
   printf end | dd of="$huge" bs=1 seek=5368709117 conv=notrunc status=none
-  pkzip "$(windows_path "$folder/own.qvx")" "$(windows_path "$huge")" || return 1
-  unzip -p "$folder/own.qvx" | cmp - "$huge" || return 1
-  mkdir "$folder/own"
-  pkunzip "$(windows_path "$folder/own.qvx")" "$(windows_path "$folder/own")" || return 1
-  cmp "$folder/own/huge.db" "$huge" || return 1
-  (($(stat -c '%b * %B' "$folder/own/huge.db") < 1000000000)) || warn "The huge file took all its room on the disk."
-  rm -r "$folder/own"
-  (cd "$folder" && zip -q -1 other.zip huge.db) && mkdir "$folder/other" || return 1
-  pkunzip "$(windows_path "$folder/other.zip")" "$(windows_path "$folder/other")" && cmp "$folder/other/huge.db" "$huge" || return 1
-  rm -r "$folder"
+  pkzip "$windows\\own.qvx" "$windows\\huge.db" || return 1
+  python3 tools/archives.py check-huge "$folder/own.qvx" "$huge" || return 1
+  unzip -lq "$folder/own.qvx" | grep -q '^ *5368709120 .* huge.db$' || return 1
+  [[ $(7z l -slt "$folder/own.qvx") == *'Size = 5368709120'* ]] || return 1
+  pkunzip "$windows\\own.qvx" "$windows\\own" && python3 tools/archives.py same "$folder/own/huge.db" "$huge" || return 1
+  (($(stat -c '%b * %B' "$folder/own/huge.db") < 100000000)) || warn "The huge file takes its whole room on the disk."
+  rm -r "$folder/own" "$folder/own.qvx"
+  python3 tools/archives.py pack-huge "$folder/other.zip" "$huge" || return 1
+  pkunzip "$windows\\other.zip" "$windows\\other" && python3 tools/archives.py same "$folder/other/huge.db" "$huge"
+}
+
+# check_huge_file LAYER: where there is room, with twice the file's whole size on disks, should one not know of holes.
+check_huge_file() {
+  local folder least=12000
+  folder=$(mktemp -d /dev/shm/qvx-archives.XXXXXX 2>/dev/null) && least=100 || folder=$(mktemp -d "$archives/huge.XXXXXX")
+  at_exit "rm -rf '$folder'"
+  if (($(df --output=avail -B 1M "$folder" | tail -n 1) >= least)); then
+    check "$1" huge_file test_huge_file "$folder"
+  else
+    warn "$1: huge_file IS SKIPPED: it needs $least MB of free space."
+    count "$1" huge_file 0 0 1
+  fi
+  rm -rf "$folder"
 }
 
 # A program that is killed in the middle leaves the old archive, and what it has left is gone after the next run.
 test_killed() {
   local folder i group
   new_folder killed
-  head -c 150000000 /dev/urandom >"$folder/noise.bin"
+  head -c 100000000 /dev/urandom >"$folder/noise.bin"
   printf old >"$folder/a.qvx"
   start_group pkzip "$(windows_path "$folder/a.qvx")" "$(windows_path "$folder/noise.bin")"
   for ((i = 0; i < 200; i++)); do
@@ -142,9 +155,13 @@ test_command_lines() {
   printf 'data\n' >"$folder/my folder/a b.db"
   cat >"$folder/run.bat" <<END
 @echo off
-"$(windows_path build/x64/PkZip.exe)" "$(windows_path "$folder/my folder")\\a.qvx" "$(windows_path "$folder/my folder")\\a b.db" || exit 1
-"$(windows_path build/x64/PkunZip.exe)" "$(windows_path "$folder/my folder")\\a.qvx" "$(windows_path "$folder/out folder")\\" || exit 2
-("$(windows_path build/x64/PkZip.exe)" "$(windows_path "$folder")\\open.qvx" "$(windows_path "$folder/my folder")\\a b.db" || exit 3) >> "$(windows_path "$folder/my folder")\\a b.db"
+"$(windows_path build/x64/PkZip.exe)" "$(windows_path "$folder/my folder")\\a.qvx" "$(windows_path "$folder/my folder")\\a b.db"
+if errorlevel 1 exit 1
+"$(windows_path build/x64/PkunZip.exe)" "$(windows_path "$folder/my folder")\\a.qvx" "$(windows_path "$folder/out folder")\\"
+if errorlevel 1 exit 2
+"$(windows_path build/x64/PkZip.exe)" "$(windows_path "$folder")\\open.qvx" "$(windows_path "$folder/my folder")\\a b.db" >> "$(windows_path "$folder/my folder")\\a b.db"
+if errorlevel 1 exit 3
+exit 0
 END
   run_windows 60 cmd /c "$(windows_path "$folder/run.bat")" || return 1
   [[ $(<"$folder/out folder/a b.db") == data && $(unzip -p "$folder/open.qvx") == data ]]
@@ -181,15 +198,53 @@ test_exit_codes() {
   (cd "$folder" && zip -q -P secret locked.zip data && printf 'x%.0s' {1..300} >../outside && zip -q up.zip ../outside) || return 1
   expect 11 pkunzip "$to\\locked.zip" "$to\\out" || return 1
   expect 12 pkunzip "$to\\up.zip" "$to\\out" || return 1
-  python3 - "$folder/locked.zip" "$folder/data" <<'END' || return 1
-import sys, zipfile
-with zipfile.ZipFile(sys.argv[1], "w") as archive:
-    archive.write(sys.argv[2], "data")
-content = bytearray(open(sys.argv[1], "rb").read())
-content[34] ^= 1
-open(sys.argv[1], "wb").write(content)
-END
-  expect 10 pkunzip "$to\\locked.zip" "$to\\out" && [[ -z $(ls -A "$folder/out") ]]
+  # The first byte of what is stored without more than its name before it.
+  zip -q -X -0 -j "$folder/flipped.zip" "$folder/data" && python3 tools/archives.py flip "$folder/flipped.zip" 34 || return 1
+  expect 10 pkunzip "$to\\flipped.zip" "$to\\out" && [[ -z $(ls -A "$folder/out") ]]
+}
+
+# files_in FOLDER: all that is below it, but for the folders.
+files_in() { (cd "$1" && find . ! -type d -printf '%P\n' | LC_ALL=C sort); }
+
+# Whatever an archive calls its entries, nothing is written elsewhere, and what has a good name is unpacked all the same.
+test_hostile_names() {
+  local folder to outside
+  new_folder hostile
+  to=$(windows_path "$folder")
+  mkdir "$folder/out" "$folder/elsewhere"
+  ln -s ../elsewhere "$folder/out/linked"
+  python3 tools/archives.py hostile "$folder/hostile.zip" || return 1
+  outside=$(ls -A / "$prefix/drive_c" .)
+  expect 12 pkunzip "$to\\hostile.zip" "$to\\out" || return 1
+  files_in "$folder"
+  [[ $(files_in "$folder") == $'hostile.zip\nout/good/first.txt\nout/last.txt\nout/link/outside\nout/linked' ]] || return 1
+  [[ $(<"$folder/out/good/first.txt") == first && $(ls -A / "$prefix/drive_c" .) == "$outside" ]]
+}
+
+# short_path FILE: as Windows programs see it, with the last name in its short form, which is left in `short`.
+short_path() {
+  short=$(run_windows 60 cmd /c dir /x "$(windows_path "$1")" | tr -d '\r' | sed -n "s/.* \([^ ]*~[^ ]*\)  *${1##*/}\$/\1/p")
+  [[ -n $short ]] || return 1
+  short=$(windows_path "${1%/*}")\\$short
+}
+
+# Hosts hand over short names; nothing is called by them afterwards.
+test_short_names() {
+  local folder to short
+  new_folder short
+  to=$(windows_path "$folder")
+  printf new >"$folder/Customers of today.db"
+  short_path "$folder/Customers of today.db" && pkzip "$to\\a.qvx" "$short" || return 1
+  [[ $(unzip -Z1 "$folder/a.qvx") == 'Customers of today.db' ]] || return 1
+  # An archive that knows the file by its short name, as old programs made them.
+  mkdir "$folder/old"
+  printf old >"$folder/old/${short##*\\}"
+  (cd "$folder/old" && zip -q ../old.zip -- *) && pkunzip "$to\\old.zip" "$to" || return 1
+  [[ $(files_in "$folder") == $'Customers of today.db\na.qvx\nold.zip\nold/'"${short##*\\}" ]] || return 1
+  [[ $(<"$folder/Customers of today.db") == old ]] || return 1
+  mv "$folder/a.qvx" "$folder/The archive of today.qvx"
+  short_path "$folder/The archive of today.qvx" && pkzip "$short" "$to\\Customers of today.db" || return 1
+  [[ $(files_in "$folder") == *'The archive of today.qvx'* ]] && unzip -tq "$folder/The archive of today.qvx"
 }
 
 # Parts beside each other are what other programs take for a split archive.
@@ -251,7 +306,7 @@ test_removable_disks() {
     [[ -z $(ls -A "$archives/disks/1") ]]
 }
 
-# Two small file systems stand for two disks, where this account may mount them.
+# Two small file systems stand for two disks, where this account may mount them. Drives are looked up when Windows starts.
 prepare_disks() {
   local disk
   for disk in 1 2; do
@@ -261,6 +316,14 @@ prepare_disks() {
   done
   insert 1
   run_windows 60 reg add 'HKLM\Software\Wine\Drives' /v a: /t REG_SZ /d floppy /f >/dev/null
+  end_wine "$prefix"
+}
+
+# make_room: an empty folder with the files to pack. Other programs take names for what the locale says they are.
+make_room() {
+  rm -rf "$archives"
+  make_archive_files
+  export LC_ALL=C.UTF-8
 }
 
 test_archives() {
@@ -268,22 +331,24 @@ test_archives() {
   need "${packages_archives[@]}"
   build_for_test x64
   start_wine_once
-  rm -rf "$archives"
-  make_archive_files
-  for name in own_archive_in_others other_archives split killed command_lines long_path exit_codes; do
+  make_room
+  for name in own_archive_in_others other_archives split killed command_lines long_path exit_codes hostile_names short_names; do
     check archives "$name" "test_$name"
   done
-  # Twice the sparse file's whole size, should a file system not know of holes.
-  if (($(df --output=avail -B 1G "$archives" | tail -n 1) >= 12)); then
-    check archives huge_file test_huge_file
-  else
-    warn "archives: huge_file IS SKIPPED: it may need 12 GB of free space."
-    count archives huge_file 0 0 1
-  fi
+  check_huge_file archives
   if prepare_disks; then
     check archives removable_disks test_removable_disks
   else
     warn "archives: removable_disks IS SKIPPED: small file systems cannot be mounted here."
     count archives removable_disks 0 0 1
   fi
+}
+
+# The 32-bit archivers, in the environment of the other 32-bit tests: what depends on how wide a number is.
+test_archives_x86() {
+  local name
+  need "${packages_archives[@]}"
+  make_room
+  for name in own_archive_in_others other_archives exit_codes; do check x86 "archives_$name" "test_$name"; done
+  check_huge_file x86
 }

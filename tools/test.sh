@@ -96,6 +96,7 @@ test_x86() {
   start_wine32 || die "The 32-bit Windows environment could not be prepared."
   wine_arch=x86
   run_control_tests x86
+  [[ -n $test_name ]] || test_archives_x86
   wine_arch=x64
 }
 
