@@ -1,7 +1,7 @@
 # The archivers beside the archive programs of the distribution: what one packs the other must unpack, byte for byte.
 # shellcheck shell=bash
 
-archives=$root/build/test/archives
+archives= # the folder in which they work, once it is made
 
 pkzip() { run_windows 120 "$root/build/$wine_arch/PkZip.exe" "$@"; }
 pkunzip() { run_windows 120 "$root/build/$wine_arch/PkunZip.exe" "$@"; }
@@ -319,15 +319,17 @@ prepare_disks() {
   end_wine "$prefix"
 }
 
-# make_room: an empty folder with the files to pack. Other programs take names for what the locale says they are.
+# make_room: an empty folder with the files to pack.
 make_room() {
+  archives=$root/build/test/archives-$wine_arch
   rm -rf "$archives"
   make_archive_files
-  export LC_ALL=C.UTF-8
 }
 
 test_archives() {
-  local name
+  # Other programs take names for what the locale says they are.
+  local name LC_ALL=C.UTF-8
+  export LC_ALL
   need "${packages_archives[@]}"
   build_for_test x64
   start_wine_once
@@ -346,7 +348,8 @@ test_archives() {
 
 # The 32-bit archivers, in the environment of the other 32-bit tests: what depends on how wide a number is.
 test_archives_x86() {
-  local name
+  local name LC_ALL=C.UTF-8
+  export LC_ALL
   need "${packages_archives[@]}"
   make_room
   for name in own_archive_in_others other_archives exit_codes; do check x86 "archives_$name" "test_$name"; done
