@@ -119,7 +119,7 @@ class Unpacker {
             if (folders_.insert(FoldedText(folder)).second) files_.MakeFolder(folder, false);
             name.remove_prefix(slash + 1);
         }
-        const Text path = Joined(folder, name);
+        Text path = Joined(folder, name);
         if (cleaned_.insert(FoldedText(folder)).second) RemoveStale(files_, Joined(folder, u""), unpackedSuffix);
         return path;
     }
