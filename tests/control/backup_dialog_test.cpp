@@ -24,7 +24,7 @@ namespace qvx::backup {
 namespace {
 
 using test::FocusOf;
-using test::Person;
+using test::FormPerson;
 using test::TextOf;
 using test::TypeKey;
 using test::TypeText;
@@ -95,7 +95,7 @@ class BackupDialogOnScreen : public OnScreen {
             ++ran_;
             if (run_) run_(form);
         };
-        const Person person([&] {
+        const FormPerson person([&] {
             const HWND form = WaitForForm(mode == Mode::backup ? L"Backup" : L"Restore");
             if (!form) return;
             acts(Parts(form));
@@ -382,7 +382,7 @@ TEST_F(BackupDialogOnScreen, TextsRunTheirOwnWay) {
 TEST_F(BackupDialogOnScreen, TheOwnerGoesMeanwhile) {
     BackupDialog dialog(Mode::backup);
     dialog.onBrowse = [this](FormState&) { DestroyWindow(owner_); };
-    const Person person([] {
+    const FormPerson person([] {
         if (WaitForForm(L"Backup")) TypeKey('W', {VK_MENU});
     });
     dialog.Run(owner_);
@@ -407,7 +407,7 @@ TEST_F(BackupDialogOnScreen, NothingStaysBehind) {
 class PasswordPromptOnScreen : public OnScreen {
   protected:
     bool Ask(PasswordSource source, const std::function<void(HWND)>& acts) {
-        const Person person([&] {
+        const FormPerson person([&] {
             if (const HWND form = WaitForForm(L"Password")) acts(form);
         });
         PasswordDialog prompt(std::move(source));
@@ -433,7 +433,7 @@ TEST_F(PasswordPromptOnScreen, NullAcceptsAnything) {
     EXPECT_TRUE(Ask([] { return std::optional<Text>(); },
                     [](HWND) {
                         TypeText(L"whatever");
-                        TypeKey('W', {VK_MENU});
+                        TypeKey('O', {VK_MENU});
                     }));
 }
 
@@ -481,7 +481,7 @@ TEST_F(PasswordPromptOnScreen, GivingUpIsNoPassword) {
 
 TEST_F(PasswordPromptOnScreen, AnErrorOfTheDatabaseEndsIt) {
     const auto source = []() -> std::optional<Text> { throw RunTimeError(3021, u"No current record."); };
-    const Person person([] {
+    const FormPerson person([] {
         if (WaitForForm(L"Password")) TypeKey(VK_RETURN);
     });
     PasswordDialog prompt(source);

@@ -151,7 +151,7 @@ TEST_F(BackupShown, OpensNothingWhileTheDatabaseIsInUse) {
     for (const int action : {-1, 0}) {
         bool form = true;
         std::wstring title;
-        const Person person([&] {
+        const FormPerson person([&] {
             const HWND box = WaitForBox();
             form = FindForm(nullptr) != nullptr;
             wchar_t text[60]{};
@@ -176,7 +176,7 @@ TEST_F(BackupShown, AnythingButZeroBacksUp) {
                  {Variant(u"0"), L"Restore"}, {Variant(7.0), L"Backup"}};
     for (const auto& c : cases) {
         for (const bool byReference : {false, true}) {
-            const Person person([&] {
+            const FormPerson person([&] {
                 if (WaitForForm(c.caption)) TypeKey(VK_ESCAPE);
             });
             Variant variable(c.action);
@@ -194,7 +194,7 @@ TEST_F(BackupShown, AnythingButZeroBacksUp) {
 }
 
 TEST_F(BackupShown, ThroughTheInterfaceTheArgumentStays) {
-    const Person person([] {
+    const FormPerson person([] {
         if (WaitForForm(L"Backup")) TypeKey(VK_ESCAPE);
     });
     auto action = static_cast<ActionType>(3);
@@ -205,7 +205,7 @@ TEST_F(BackupShown, ThroughTheInterfaceTheArgumentStays) {
 
 // The host closes its form from a timer while the dialog is open.
 TEST_F(BackupShown, OutlivesItsHost) {
-    const Person person([&] {
+    const FormPerson person([&] {
         if (WaitForForm(L"Backup")) PostMessageW(container_->Window(), WM_CLOSE, 0, 0);
     });
     const auto control = container_->Automation();

@@ -64,6 +64,21 @@ inline void TypeText(const wchar_t* text) {
     Sleep(100);
 }
 
+// Somebody who leaves no form open, so that a key that went astray fails a test instead of stopping all of them.
+class FormPerson : public Person {
+  public:
+    explicit FormPerson(std::function<void()> acts)
+        : Person([acts = std::move(acts)] {
+              acts();
+              if (WaitFor([] { return !FindForm(nullptr); }, 5000, false)) return;
+              ADD_FAILURE() << "a form is still open";
+              while (const HWND form = FindForm(nullptr)) {
+                  PostMessageW(form, WM_CLOSE, 0, 0);
+                  Sleep(100);
+              }
+          }) {}
+};
+
 inline std::wstring TextOf(HWND window) {
     wchar_t text[300]{};
     SendMessageW(window, WM_GETTEXT, 300, reinterpret_cast<LPARAM>(text));
