@@ -11,8 +11,10 @@ namespace qvx::archivers {
 
 namespace {
 
+constexpr std::uint64_t largestPiece = std::uint64_t{256} * 1024;
+
 // What is handled at once: never more than there is.
-std::size_t PieceOf(std::uint64_t size) { return static_cast<std::size_t>(std::min<std::uint64_t>(size, 256 * 1024)); }
+std::size_t PieceOf(std::uint64_t size) { return static_cast<std::size_t>(std::min(size, largestPiece)); }
 
 // The packed bytes of one entry, and not one more.
 class PackedInput {
