@@ -116,6 +116,15 @@ void TakeOver(const Text& old, const WIN32_FILE_ATTRIBUTE_DATA& data, const Text
     SetBasics(file.Get(), basics, data.dwFileAttributes);
 }
 
+// The path of a file that is there by its long names: a file that is replaced is called what the rename calls it.
+Text WithLongNames(const Text& systemPath) {
+    Text names(32768, u'\0');
+    const DWORD length = GetLongPathNameW(Wide(systemPath), WideBuffer(names), static_cast<DWORD>(names.size()));
+    if (length == 0 || length >= names.size()) return systemPath;
+    names.resize(length);
+    return SystemPath(names);
+}
+
 }  // namespace
 
 std::optional<std::uint64_t> SystemServices::FileSize(TextView path) {
@@ -156,8 +165,9 @@ void SystemServices::CopyFile(TextView from, TextView to) {
 // target first, and if it is stopped then, or cannot move the new file after that, there is none of that name.
 void SystemServices::ReplaceFile(TextView from, TextView to) {
     const Text source = SystemPath(from);
-    const Text target = SystemPath(to);
+    Text target = SystemPath(to);
     if (const auto old = Find(target)) {
+        target = WithLongNames(target);
         if (IsFolder(*old)) ThrowFileError(ERROR_ACCESS_DENIED);
         RefuseReadOnly(old->dwFileAttributes);
         // The rename itself would not tell that the file is in use.
