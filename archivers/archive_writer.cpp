@@ -52,7 +52,7 @@ void ArchiveWriter::Add(Entry entry, InputFile& file, const ProgressCall& progre
     if (!IsAscii(entry.name)) entry.flags |= flag::utf8;
     const FileFacts before = file.Facts();
     if (before.size < deflateBlock) {
-        AddSmall(entry, FileSource(file, progress));
+        AddSmall(entry, before.size, FileSource(file, progress));
     } else {
         AddLarge(entry, file, before.size, progress);
     }
@@ -64,20 +64,15 @@ void ArchiveWriter::Add(Entry entry, InputFile& file, const ProgressCall& progre
 }
 
 // What fits in memory is packed first; everything is known when its header is written.
-void ArchiveWriter::AddSmall(Entry& entry, const Source& source) {
-    Bytes content(deflateBlock);
+void ArchiveWriter::AddSmall(Entry& entry, std::uint64_t size, const Source& source) {
+    // One byte more than there should be, to see whether the file has grown.
+    Bytes content(static_cast<std::size_t>(size) + 1);
     content.resize(source(content));
-    Bytes packed;
-    bool isRead = false;
-    const Source once = [&](std::span<std::uint8_t> into) -> std::size_t {
-        if (std::exchange(isRead, true)) return 0;
-        std::copy(content.begin(), content.end(), into.begin());
-        return content.size();
-    };
-    const Packed sums = Deflate(
-        once, [&](ByteView bytes) { packed.insert(packed.end(), bytes.begin(), bytes.end()); }, 1);
-    entry.crc = sums.crc;
-    entry.size = sums.size;
+    const Bytes packed = DeflateWhole(content);
+    Checksum sum;
+    sum.Add(content);
+    entry.crc = sum.Value();
+    entry.size = content.size();
     entry.method = packed.size() < content.size() ? method::deflated : method::stored;
     const Bytes& data = entry.method == method::deflated ? packed : content;
     entry.packedSize = data.size();

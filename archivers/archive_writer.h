@@ -27,7 +27,7 @@ class ArchiveWriter {
     const std::vector<Entry>& Entries() const { return entries_; }
 
   private:
-    void AddSmall(Entry& entry, const Source& source);
+    void AddSmall(Entry& entry, std::uint64_t size, const Source& source);
     void AddLarge(Entry& entry, InputFile& file, std::uint64_t size, const ProgressCall& progress);
     void StoreInstead(Entry& entry, Place data, InputFile& file, const ProgressCall& progress);
     Place PutHeader(Entry& entry, bool wide, bool known);

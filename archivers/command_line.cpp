@@ -9,13 +9,14 @@
 namespace qvx::archivers {
 
 const TextView packUsage =
-    u"PkZip [-&] ARCHIVE FILE...\n"
+    u"PkZip [-&] [-sSIZE] ARCHIVE FILE...\n"
     u"\n"
     u"Packs the files into a new archive, which takes the place of an old one of that name when it is complete.\n"
     u"* and ? in a file's name stand for any characters. Names are stored without their folders.\n"
     u"\n"
-    u"  -&   goes on over several disks when the archive is on a removable drive\n"
-    u"  -?   shows this text\n";
+    u"  -&       goes on over several disks when the archive is on a removable drive\n"
+    u"  -sSIZE   cuts the archive into parts of that size: -s700m (k, m, g)\n"
+    u"  -?       shows this text\n";
 
 const TextView unpackUsage =
     u"PkunZip ARCHIVE [FOLDER]\n"

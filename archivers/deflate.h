@@ -13,6 +13,7 @@ namespace qvx::archivers {
 using Source = std::function<std::size_t(std::span<std::uint8_t>)>;
 using Sink = std::function<void(ByteView)>;
 
+// What is worth more than one processor is larger than this.
 constexpr std::size_t deflateBlock = std::size_t{512} * 1024;
 
 struct Packed {
@@ -25,5 +26,8 @@ struct Packed {
 // is. What source or sink throw comes out of here. The result depends on the data alone, not on the number of threads
 // (1 or more).
 Packed Deflate(const Source& source, const Sink& sink, unsigned threads);
+
+// The same for at most deflateBlock bytes that are all there.
+Bytes DeflateWhole(ByteView data);
 
 }  // namespace qvx::archivers

@@ -14,13 +14,13 @@ namespace {
 
 constexpr std::size_t mostParts = 999;
 // What is left free on a disk, for the growth of its directory.
-constexpr std::uint64_t reserve = 32 * 1024;
+constexpr std::uint64_t reserve = std::uint64_t{32} * 1024;
 // The least that makes a disk worth beginning.
-constexpr std::uint64_t leastRoom = 16 * 1024;
+constexpr std::uint64_t leastRoom = std::uint64_t{16} * 1024;
 
 std::uint32_t SumOf(InputFile& file) {
     Checksum sum;
-    Bytes buffer(256 * 1024);
+    Bytes buffer(std::size_t{256} * 1024);
     std::uint64_t offset = 0;
     for (;;) {
         const std::size_t count = file.ReadAt(offset, buffer);
@@ -42,7 +42,7 @@ std::unique_ptr<PendingArchive> MakeArchive(Files& files, Console& console, cons
 }
 
 SingleArchive::SingleArchive(Files& files, const Text& path)
-    : path_(path), file_(files.CreateOutput(TemporaryPath(path, archiveSuffix))), written_(*file_) {}
+    : path_(files.FullPath(path)), file_(files.CreateOutput(TemporaryPath(path, archiveSuffix))), written_(*file_) {}
 
 std::uint64_t SingleArchive::Room() { return std::numeric_limits<std::uint64_t>::max(); }
 

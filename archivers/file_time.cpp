@@ -65,8 +65,8 @@ FileTime FromUtcTime(const CivilTime& utc) {
     using namespace std::chrono;
     const sys_days day =
         year(utc.year) / month(static_cast<unsigned>(utc.month)) / std::chrono::day(static_cast<unsigned>(utc.day));
-    return FromUnixTime(day.time_since_epoch().count() * secondsPerDay + utc.hour * 3600 + utc.minute * 60 +
-                        utc.second);
+    const std::int64_t minutes = std::int64_t{utc.hour} * 60 + utc.minute;
+    return FromUnixTime(day.time_since_epoch().count() * secondsPerDay + minutes * 60 + utc.second);
 }
 
 }  // namespace qvx::archivers

@@ -81,6 +81,7 @@ class Files {
     virtual void MakeFolder(const Text& path, bool linkAllowed) = 0;
     // False when it is in use or cannot be removed.
     virtual bool Remove(const Text& path) noexcept = 0;
+    // From the root on; of what is there under the names it has, whichever short ones lead to it.
     virtual Text FullPath(const Text& path) = 0;
     virtual bool IsRemovable(const Text& path) = 0;
     // How large a file beside that path could become: the disk's free space, and no more than its file system lets a

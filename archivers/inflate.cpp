@@ -11,12 +11,15 @@ namespace qvx::archivers {
 
 namespace {
 
-constexpr std::size_t piece = 256 * 1024;
+constexpr std::uint64_t largestPiece = std::uint64_t{256} * 1024;
+
+// What is handled at once: never more than there is.
+std::size_t PieceOf(std::uint64_t size) { return static_cast<std::size_t>(std::min(size, largestPiece)); }
 
 // The packed bytes of one entry, and not one more.
 class PackedInput {
   public:
-    PackedInput(const Source& source, std::uint64_t size) : source_(source), left_(size) {}
+    PackedInput(const Source& source, std::uint64_t size) : source_(source), left_(size), buffer_(PieceOf(size)) {}
 
     // Empty at the end.
     ByteView Next() {
@@ -31,7 +34,7 @@ class PackedInput {
   private:
     const Source& source_;
     std::uint64_t left_;
-    Bytes buffer_ = Bytes(piece);
+    Bytes buffer_;
 };
 
 // What comes out: counted, summed up and handed on.
@@ -64,8 +67,9 @@ class Stream {
     Stream(const Stream&) = delete;
     Stream& operator=(const Stream&) = delete;
 
-    void Run(PackedInput& input, Output& output) {
-        Bytes buffer(piece);
+    void Run(PackedInput& input, Output& output, std::uint64_t size) {
+        // With room for a byte too many, so that it shows.
+        Bytes buffer(PieceOf(size) + 1);
         int result = Z_OK;
         while (result != Z_STREAM_END) {
             Feed(input);
@@ -110,7 +114,7 @@ void Inflate(const Entry& entry, const Source& source, const Sink& sink) {
     if (entry.method == method::stored) {
         for (ByteView bytes = input.Next(); !bytes.empty(); bytes = input.Next()) output.Add(bytes);
     } else {
-        Stream().Run(input, output);
+        Stream().Run(input, output, entry.size);
     }
     output.Finish(entry.crc);
 }

@@ -32,14 +32,14 @@ std::vector<Text> Matching(const Text& pattern, const PackOptions& options, File
     return found;
 }
 
-// Every file once, each under a name of its own.
+// Every file once, each under a name of its own: the long one, whatever short one it was given by.
 std::vector<Text> Sources(const PackOptions& options, Files& files) {
     std::vector<Text> sources;
     for (const Text& given : options.files) {
         if (HasWildcard(given)) {
             for (Text& path : Matching(given, options, files)) sources.push_back(std::move(path));
         } else {
-            sources.push_back(given);
+            sources.push_back(files.FullPath(given));
         }
     }
     std::set<Text> names;

@@ -11,12 +11,17 @@ namespace qvx::archivers {
 
 namespace {
 
+constexpr std::size_t longestPath = 32768;
+
 // The root of the volume that a path is on, with its backslash.
 Text VolumeOf(const Text& path) {
     Text root(MAX_PATH + 1, u'\0');
     const Text full = LongPath(Joined(FolderOf(path), u""));
     if (!GetVolumePathNameW(Wide(full), WideBuffer(root), static_cast<DWORD>(root.size()))) ThrowSystemError(path);
-    return Text(root.c_str());
+    Text plain(root.c_str());
+    // Not every system knows the drive in "\\?\A:\".
+    if (plain.size() > 5 && plain.starts_with(u"\\\\?\\") && plain[5] == u':') plain.erase(0, 4);
+    return plain;
 }
 
 SYSTEMTIME ToSystemTime(const CivilTime& civil) {
@@ -32,6 +37,21 @@ SYSTEMTIME ToSystemTime(const CivilTime& civil) {
 
 CivilTime FromSystemTime(const SYSTEMTIME& time) {
     return {time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond};
+}
+
+Text AbsolutePath(const Text& path) {
+    Text full(longestPath, u'\0');
+    const DWORD length = GetFullPathNameW(Wide(path), static_cast<DWORD>(full.size()), WideBuffer(full), nullptr);
+    if (length == 0 || length >= full.size()) throw ArchiveError(ExitCode::notFound, Text(FileNameOf(path)));
+    full.resize(length);
+    return full;
+}
+
+// An absolute path as the system takes it without a limit of length.
+Text Marked(const Text& path) {
+    if (path.starts_with(u"\\\\?\\") || path.starts_with(u"\\\\.\\")) return path;
+    if (path.starts_with(u"\\\\")) return u"\\\\?\\UNC\\" + path.substr(2);
+    return u"\\\\?\\" + path;
 }
 
 // Newer than the headers here.
@@ -74,15 +94,7 @@ ExitCode CodeOf(DWORD error) {
 
 void ThrowSystemError(TextView path) { throw ArchiveError(CodeOf(GetLastError()), Text(FileNameOf(path))); }
 
-Text LongPath(const Text& path) {
-    Text buffer(32768, u'\0');
-    const DWORD length = GetFullPathNameW(Wide(path), static_cast<DWORD>(buffer.size()), WideBuffer(buffer), nullptr);
-    if (length == 0 || length >= buffer.size()) throw ArchiveError(ExitCode::notFound, Text(FileNameOf(path)));
-    buffer.resize(length);
-    if (buffer.starts_with(u"\\\\?\\") || buffer.starts_with(u"\\\\.\\")) return buffer;
-    if (buffer.starts_with(u"\\\\")) return u"\\\\?\\UNC\\" + buffer.substr(2);
-    return u"\\\\?\\" + buffer;
-}
+Text LongPath(const Text& path) { return Marked(AbsolutePath(path)); }
 
 std::vector<ListedFile> SystemFiles::List(const Text& folder) {
     std::vector<ListedFile> files;
@@ -133,13 +145,16 @@ bool SystemFiles::Remove(const Text& path) noexcept {
 }
 
 Text SystemFiles::FullPath(const Text& path) {
-    const Text full = LongPath(path);
-    Text longName(32768, u'\0');
-    // One file has one long name, whichever short ones lead to it.
-    const DWORD length = GetLongPathNameW(Wide(full), WideBuffer(longName), static_cast<DWORD>(longName.size()));
-    if (length == 0 || length >= longName.size()) return full;
-    longName.resize(length);
-    return longName;
+    const Text absolute = AbsolutePath(path);
+    // Some systems do not look into a marked path; the others do not take an unmarked one of any length.
+    for (const Text& form : {absolute, Marked(absolute)}) {
+        Text longForm(longestPath, u'\0');
+        const DWORD length = GetLongPathNameW(Wide(form), WideBuffer(longForm), static_cast<DWORD>(longForm.size()));
+        if (length == 0 || length >= longForm.size()) continue;
+        longForm.resize(length);
+        return Marked(longForm);
+    }
+    return Marked(absolute);
 }
 
 bool SystemFiles::IsRemovable(const Text& path) { return GetDriveTypeW(Wide(VolumeOf(path))) == DRIVE_REMOVABLE; }

@@ -119,7 +119,7 @@ class Unpacker {
             if (folders_.insert(FoldedText(folder)).second) files_.MakeFolder(folder, false);
             name.remove_prefix(slash + 1);
         }
-        const Text path = Joined(folder, name);
+        Text path = Joined(folder, name);
         if (cleaned_.insert(FoldedText(folder)).second) RemoveStale(files_, Joined(folder, u""), unpackedSuffix);
         return path;
     }
@@ -138,8 +138,17 @@ class Unpacker {
         });
         const FileTime modified = entry.modified ? *entry.modified : files_.FromLocalTime(FromDosTime(entry.dosTime));
         unpacked.File().SetStamp(modified, AttributesOf(entry));
-        unpacked.File().Commit(path, ReadOnlyTarget::replace);
+        Commit(unpacked.File(), path);
         console_.Progress(Printable(name), 100);
+    }
+
+    // What is replaced keeps its long name, even where the archive knows it by its short one.
+    void Commit(OutputFile& file, const Text& path) {
+        // And what has come out of this archive is not replaced: one file has several names there.
+        const Text target = files_.FullPath(path);
+        if (written_.contains(FoldedText(target))) throw ArchiveError(ExitCode::unsafeName);
+        file.Commit(target, ReadOnlyTarget::replace);
+        written_.insert(FoldedText(files_.FullPath(path)));
     }
 
     Files& files_;
@@ -148,6 +157,7 @@ class Unpacker {
     DiskInput volumes_;
     ArchiveReader reader_;
     std::set<Text> names_;
+    std::set<Text> written_;
     std::set<Text> folders_;
     std::set<Text> cleaned_;
     ExitCode result_ = ExitCode::done;

@@ -88,7 +88,11 @@ Text NameOf(const Entry& entry, std::optional<Text>&& unicodeName) {
         // What is no UTF-8 is no name: an unpaired surrogate, which is never safe to write.
         return Utf8Name(entry.rawName).value_or(Text(1, char16_t{0xD800}));
     }
-    return unicodeName ? std::move(*unicodeName) : DecodeCodePage437(entry.rawName);
+    if (unicodeName) return std::move(*unicodeName);
+    // There a name is the bytes that the file system has for it, nearly always UTF-8, without anything that says so.
+    const bool isUnix = entry.system == 3 || entry.system == 19;
+    if (auto name = isUnix ? Utf8Name(entry.rawName) : std::nullopt) return std::move(*name);
+    return DecodeCodePage437(entry.rawName);
 }
 
 }  // namespace

@@ -1,6 +1,10 @@
 #include "backup/backup_control.h"
 
 #include "backup/backup_dialog.h"
+#include "backup/control_picture.h"
+#include "backup/dialog_environment_win32.h"
+#include "backup/names.h"
+#include "backup/procedure.h"
 #include "common/about_dialog.h"
 #include "forms/msgbox/show_message.h"
 #include "server/error_report.h"
@@ -8,13 +12,6 @@
 #include "win/dpi.h"
 
 namespace qvx::backup {
-
-namespace {
-
-// Twips: an icon on the form while it is designed.
-constexpr Size iconSize{270, 270};
-
-}  // namespace
 
 const ControlClass BackupControl::classInfo{&CLSID_Backup,
                                             &DIID___Backup,
@@ -63,21 +60,32 @@ HWND BackupControl::OwnerWindow() {
     return IsWindow(window) ? window : GetActiveWindow();
 }
 
+void BackupControl::Run(Mode mode, HWND owner) {
+    // A host may set properties from a timer while the dialog is open; what was begun goes on as it was.
+    const Settings settings = settings_;
+    if (SystemServices::FileSize(LockFile(settings))) {
+        namespace messages = msgbox::messages;
+        msgbox::ShowMessage(owner, messages::othersLoggedOnPrompt, messages::othersLoggedOn);
+        return;
+    }
+    BackupDialog dialog(mode);
+    DialogEnvironment environment(dialog);
+    Procedure procedure(environment, settings, mode);
+    dialog.onBrowse = [&](FormState& form) { procedure.Browse(form); };
+    dialog.onRun = [&](FormState& form) { procedure.Run(form); };
+    dialog.Run(owner);
+}
+
 STDMETHODIMP BackupControl::Show(ActionType* action) {
     return Guard([&] {
         const Mode mode = *Required(action) != Restore ? Mode::backup : Mode::restore;
         const DialogScope scope(*this);
         const HWND owner = OwnerWindow();
         try {
-            if (SystemServices::FileSize(LockFile(settings_))) {
-                namespace messages = msgbox::messages;
-                msgbox::ShowMessage(owner, messages::othersLoggedOnPrompt, messages::othersLoggedOn);
-                return;
-            }
-            BackupDialog(settings_, mode).Run(owner);
+            Run(mode, owner);
         } catch (...) {
             const RunTimeError error = CurrentError();
-            ShowErrorReport(owner, error.Number(), error.Description());
+            ShowErrorReport(owner, error.Number(), Discreet(error.Description(), settings_));
         }
     });
 }
@@ -89,26 +97,12 @@ STDMETHODIMP BackupControl::ShowAbout() {
     });
 }
 
-Size BackupControl::DefaultPixelSize() const { return TwipsToPixels(iconSize, WindowDpi(WindowHandle())); }
+Size BackupControl::DefaultPixelSize() const { return TwipsToPixels(controlSize, Dpi{}); }
 
-void BackupControl::OnResize(Size size) {
-    const Size fixed = DefaultPixelSize();
-    if (!(size == fixed)) RequestPixelSize(fixed);
-}
+void BackupControl::OnResize(Size) { RequestPixelSize(TwipsToPixels(controlSize, WindowDpi(WindowHandle()))); }
 
-// A disk under an arrow, as on the toolbox picture.
 void BackupControl::DrawControl(Surface& surface, const Rect& area) {
-    surface.FillRect(area, colors::buttonFace);
-    surface.DrawEdge(area, edge::raised, edge::allSides);
-    const auto part = [&](int left, int top, int right, int bottom, OleColor color) {
-        surface.FillRect({area.left + area.Width() * left / 18, area.top + area.Height() * top / 18,
-                          area.left + area.Width() * right / 18, area.top + area.Height() * bottom / 18},
-                         color);
-    };
-    part(4, 4, 14, 14, Rgb(0, 64, 128));
-    part(6, 4, 12, 8, Rgb(255, 255, 255));
-    part(9, 5, 11, 7, Rgb(0, 64, 128));
-    part(6, 10, 12, 14, Rgb(208, 216, 224));
+    if (!UserMode()) PaintControlPicture(surface, area);
 }
 
 }  // namespace qvx::backup

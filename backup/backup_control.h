@@ -64,6 +64,7 @@ class BackupControl final : public Control<_Backup> {
     }
     // The form's window; the control itself has none to see.
     HWND OwnerWindow();
+    void Run(Mode mode, HWND owner);
 
     Settings settings_;
 };

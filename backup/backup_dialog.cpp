@@ -1,88 +1,209 @@
 #include "backup/backup_dialog.h"
 
-#include <commctrl.h>
-
-#include "backup/dialog_layout.h"
 #include "backup/names.h"
-#include "common/file_dialogs.h"
+#include "common/caption.h"
 #include "common/flag_scope.h"
-#include "forms/msgbox/show_message.h"
-#include "server/error_report.h"
 #include "win/wide.h"
 
 namespace qvx::backup {
 
 namespace {
 
-constexpr int locationId = 100;
-constexpr int emailId = 101;
+constexpr int browseId = 3;
 
-std::intptr_t Number(HWND window) { return reinterpret_cast<std::intptr_t>(window); }
-
-void SetText(HWND control, TextView text) {
-    if (WindowText(control) == text) return;
-    const Text copy(text);
-    SetWindowTextW(control, Wide(copy));
+void SetStyle(HWND window, LONG bit, bool on) {
+    const LONG style = GetWindowLongW(window, GWL_STYLE);
+    SetWindowLongW(window, GWL_STYLE, on ? style | bit : style & ~bit);
 }
 
-// A click that was meant for the dialog as it was before the work would press a button again. What was typed ahead
-// stays.
-void DropClicks(HWND dialog) {
-    MSG message;
-    while (PeekMessageW(&message, dialog, WM_LBUTTONDOWN, WM_MBUTTONDBLCLK, PM_REMOVE)) {
-    }
-}
+// The cursor of a program that is at work, for the length of a scope.
+class WaitCursor {
+  public:
+    WaitCursor() : before_(SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32514)))) {}
+    ~WaitCursor() { SetCursor(before_); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+
+  private:
+    HCURSOR before_;
+};
 
 }  // namespace
 
-BackupDialog::BackupDialog(Settings settings, Mode mode) : mode_(mode), procedure_(*this, std::move(settings), mode) {}
+// ---- Making and placing --------------------------------------------------------------------------------------------
 
-LRESULT BackupDialog::NameTap::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_CHAR && IsForbiddenInNames(static_cast<char16_t>(wParam))) {
-        MessageBeep(MB_OK);
-        return 0;
-    }
-    return Default(message, wParam, lParam);
-}
-
-bool BackupDialog::Build(HWND owner) {
-    const dialog::Texts& texts = dialog::TextsOf(mode_);
-    if (!Open(owner, texts.form, {dialog::clientWidth, 0})) return false;
-    location_ = Add(L"EDIT", {}, WS_TABSTOP | ES_AUTOHSCROLL, dialog::location, locationId, WS_EX_CLIENTEDGE);
-    const bool browse = Add(browse_, texts.browse, dialog::browse, 0);
-    email_ = Add(L"BUTTON", texts.email, WS_TABSTOP | BS_AUTOCHECKBOX, dialog::email, emailId);
-    groupLabel_ = Add(L"STATIC", texts.groupName, SS_LEFT, dialog::groupLabel);
-    groupName_ = Add(L"EDIT", {}, ES_AUTOHSCROLL, dialog::groupName, 0, WS_EX_CLIENTEDGE);
-    outcome_ = Add(L"STATIC", {}, SS_LEFT | SS_NOPREFIX | SS_NOTIFY, dialog::outcome);
-    if (!browse || !Add(ok_, texts.ok, dialog::ok, IDOK) || !Add(cancel_, texts.cancel, dialog::cancel, IDCANCEL)) {
-        return false;
-    }
-    // Below all others: the frame would cover what stands in it.
-    Add(L"BUTTON", texts.frame, BS_GROUPBOX | WS_CLIPSIBLINGS, dialog::frame);
-    locationName_.SetName(texts.frame);
-    locationName_.Attach(location_);
-    nameTap_.Attach(groupName_);
-    browse_.Button().onClick = [this] { Work(&backup::Procedure::Browse); };
-    ok_.Button().onClick = [this] { OnOk(); };
-    cancel_.Button().onClick = [this] { OnCancel(); };
-    EnableOk();
-    EmailClicked();
+bool BackupDialog::AddField(TextBoxWindow& field, TextView name) {
+    if (!field.Create(Handle())) return false;
+    field.SetAccessibleName(name);
+    SetStyle(field.Window(), WS_TABSTOP, true);
     return true;
 }
 
+bool BackupDialog::Fill(HWND owner) {
+    if (!Open(owner, form::Caption(mode_))) return false;
+    const auto caption = [this](form::Item item) { return form::Caption(item, mode_); };
+    frame_ = AddControl(L"BUTTON", caption(form::Item::frame), BS_GROUPBOX | WS_GROUP | WS_CLIPSIBLINGS);
+    if (!frame_ || !AddField(location_, caption(form::Item::frame)) ||
+        !AddButton(browse_, browseId, caption(form::Item::browse), [this] { Operate(onBrowse); })) {
+        return false;
+    }
+    email_ = AddControl(L"BUTTON", caption(form::Item::email), BS_AUTOCHECKBOX | WS_TABSTOP | WS_GROUP);
+    const TextView group = caption(form::Item::groupLabel);
+    groupLabel_ = AddControl(L"STATIC", group, SS_LEFT);
+    if (!email_ || !groupLabel_ || !AddField(groupName_, WithoutAccessMark(group))) return false;
+    outcome_ = AddControl(L"STATIC", {}, SS_LEFTNOWORDWRAP | SS_NOPREFIX | SS_NOTIFY);
+    if (!outcome_ || !AddButton(ok_, IDOK, caption(form::Item::ok), [this] { Operate(onRun); }) ||
+        !AddButton(cancel_, IDCANCEL, caption(form::Item::cancel), [this] { OnCloseBox(); })) {
+        return false;
+    }
+    // Behind what is inside it, which would be cut out of it otherwise.
+    SetWindowPos(frame_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    ShowGroupName(false);
+    EnableOk();
+    return true;
+}
+
+HWND BackupDialog::WindowOf(form::Item item) const {
+    switch (item) {
+        case form::Item::frame:
+            return frame_;
+        case form::Item::location:
+            return location_.Window();
+        case form::Item::browse:
+            return browse_.Handle();
+        case form::Item::email:
+            return email_;
+        case form::Item::groupLabel:
+            return groupLabel_;
+        case form::Item::groupName:
+            return groupName_.Window();
+        case form::Item::outcome:
+            return outcome_;
+        case form::Item::ok:
+            return ok_.Handle();
+        case form::Item::cancel:
+            return cancel_.Handle();
+    }
+    return nullptr;
+}
+
+void BackupDialog::LayOut() {
+    const Dpi dpi = Resolution();
+    const Size frame = FrameSize();
+    const int frameHeight = PixelsToTwips(frame.height, dpi.y);
+    for (const form::Item item : form::items) Place(WindowOf(item), form::Place(item, frameHeight));
+    for (TextBoxWindow* field : {&location_, &groupName_}) field->SetFont(field->Font());
+    const bool groupNameShown = mode_ == Mode::restore && EmailChecked();
+    SetWindowSize({TwipsToPixels(form::width, dpi.x) + frame.width,
+                   TwipsToPixels(form::Height(groupNameShown, frameHeight), dpi.y)});
+}
+
+void BackupDialog::ShowGroupName(bool shown) {
+    SetStyle(groupName_.Window(), WS_TABSTOP, shown);
+    for (const HWND window : {groupLabel_, groupName_.Window()}) ShowWindow(window, shown ? SW_SHOWNA : SW_HIDE);
+}
+
+// ---- Contents ------------------------------------------------------------------------------------------------------
+
+bool BackupDialog::EmailChecked() const { return SendMessageW(email_, BM_GETCHECK, 0, 0) == BST_CHECKED; }
+
+FormState BackupDialog::Contents() const {
+    FormState state;
+    state.location = location_.GetText();
+    state.email = EmailChecked();
+    state.groupName = groupName_.GetText();
+    state.outcome = WindowText(outcome_);
+    state.outcomeTip = outcomeTip_.Text();
+    return state;
+}
+
+void BackupDialog::Refresh(const FormState& form) {
+    if (!Handle()) return;
+    if (location_.GetText() != form.location) {
+        location_.SetText(form.location);
+        // The end of a long path tells more than its beginning.
+        location_.SetSelStart(static_cast<int>(form.location.size()));
+    }
+    if (WindowText(outcome_) != form.outcome) SetWindowTextW(outcome_, Wide(form.outcome));
+    if (outcomeTip_.Text() != form.outcomeTip) outcomeTip_.Set(Handle(), outcome_, form.outcomeTip);
+    Repaint();
+}
+
+void BackupDialog::Repaint() const {
+    if (Handle()) RedrawWindow(Handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+void BackupDialog::EnableOk() {
+    const bool enabled = form::MayRun(location_.GetText());
+    if (enabled == ok_.Button().Look().enabled) return;
+    if (!enabled && GetFocus() == ok_.Handle()) location_.Focus();
+    ok_.Button().SetEnabled(enabled);
+}
+
+void BackupDialog::TextBoxChange() {
+    FollowDirection(location_.Window());
+    FollowDirection(groupName_.Window());
+    EnableOk();
+}
+
+void BackupDialog::TextBoxKeyPress(int& character) {
+    if (!groupName_.HasFocus() || !IsForbiddenInNames(static_cast<char16_t>(character))) return;
+    character = 0;
+    MessageBeep(MB_OK);
+}
+
+// ---- Running -------------------------------------------------------------------------------------------------------
+
 void BackupDialog::Run(HWND owner) {
-    if (Build(owner ? GetAncestor(owner, GA_ROOT) : GetActiveWindow())) RunModal();
+    if (Fill(owner)) RunModal(location_.Window());
+    Destroy();
+}
+
+void BackupDialog::Operate(const std::function<void(FormState&)>& work) {
+    if (busy_ || !work) return;
+    const FlagScope busy(busy_);
+    const WaitCursor cursor;
+    FormState state = Contents();
+    work(state);
+    DropInput();
+}
+
+// Typed or clicked on something that looked as it did before: it would close a dialog that has just begun to tell how
+// the work went.
+void BackupDialog::DropInput() const {
+    if (!Handle()) return;
+    MSG message{};
+    const auto drop = [&](UINT first, UINT last) {
+        while (PeekMessageW(&message, Handle(), first, last, PM_REMOVE)) {
+        }
+    };
+    drop(WM_KEYFIRST, WM_KEYLAST);
+    drop(WM_MOUSEFIRST, WM_MOUSELAST);
+    drop(WM_NCMOUSEMOVE, WM_NCXBUTTONDBLCLK);
+}
+
+void BackupDialog::OnCloseBox() {
+    if (!busy_) Finish();
 }
 
 LRESULT BackupDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    const HWND child = reinterpret_cast<HWND>(lParam);
     switch (message) {
         case WM_COMMAND:
-            if (LOWORD(wParam) == locationId && HIWORD(wParam) == EN_CHANGE) EnableOk();
-            if (LOWORD(wParam) == emailId && HIWORD(wParam) == BN_CLICKED) EmailClicked();
+            if (child && child == email_ && HIWORD(wParam) == BN_CLICKED && mode_ == Mode::restore) {
+                ShowGroupName(EmailChecked());
+                LayOut();
+            } else if (child) {
+                for (TextBoxWindow* field : {&location_, &groupName_}) {
+                    if (field->Window() == child) field->OnCommand(HIWORD(wParam));
+                }
+            }
             return 0;
+        case WM_CTLCOLOREDIT:
+            return (child == groupName_.Window() ? groupName_ : location_).OnColors(wParam);
         case WM_SETCURSOR:
-            if (working_) {
-                SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32514)));  // the hourglass
+            if (busy_) {
+                SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32514)));
                 return TRUE;
             }
             break;
@@ -92,71 +213,7 @@ LRESULT BackupDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         default:
             break;
     }
-    return FormWindow::OnMessage(message, wParam, lParam);
-}
-
-void BackupDialog::EnableOk() { ok_.Button().SetEnabled(dialog::MayRun(WindowText(location_))); }
-
-bool BackupDialog::EmailChecked() const { return SendMessageW(email_, BM_GETCHECK, 0, 0) == BST_CHECKED; }
-
-void BackupDialog::EmailClicked() {
-    const bool group = dialog::HasGroupName(mode_, EmailChecked());
-    const Size size = dialog::WindowSize(mode_, group, Resolution(), Border());
-    SetWindowPos(Handle(), nullptr, 0, 0, size.width, size.height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    const LONG_PTR style = GetWindowLongPtrW(groupName_, GWL_STYLE) & ~static_cast<LONG_PTR>(WS_TABSTOP);
-    SetWindowLongPtrW(groupName_, GWL_STYLE, group ? style | WS_TABSTOP : style);
-    for (const HWND control : {groupLabel_, groupName_}) ShowWindow(control, group ? SW_SHOWNA : SW_HIDE);
-}
-
-void BackupDialog::OnOk() {
-    if (ok_.Button().Look().enabled) Work(&backup::Procedure::Run);
-}
-
-void BackupDialog::OnCancel() {
-    if (!working_) Close();
-}
-
-void BackupDialog::Work(void (backup::Procedure::*work)(FormState&)) {
-    if (working_) return;
-    {
-        const FlagScope scope(working_);
-        SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32514)));
-        FormState form;
-        form.location = WindowText(location_);
-        form.email = EmailChecked();
-        form.groupName = WindowText(groupName_);
-        (procedure_.*work)(form);
-        if (!Handle()) return;
-        ShowOutcome(form);
-    }
-    SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32512)));
-    DropClicks(nullptr);
-}
-
-void BackupDialog::ShowOutcome(const FormState& form) {
-    SetText(location_, form.location);
-    SetText(outcome_, form.outcome);
-    outcomeTip_.Set(Handle(), outcome_, form.outcomeTip);
-}
-
-void BackupDialog::Refresh(const FormState& form) {
-    ShowOutcome(form);
-    RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_ALLCHILDREN);
-}
-
-bool BackupDialog::ShowMessage(TextView prompt, const msgbox::MessageKind& kind, const std::optional<Text>& title) {
-    return msgbox::ShowMessage(Handle(), prompt, kind, title);
-}
-
-void BackupDialog::ReportError(int number, TextView description) { ShowErrorReport(Handle(), number, description); }
-
-Text BackupDialog::BrowseForFolder(TextView title) { return qvx::BrowseForFolder(Number(Handle()), title); }
-
-Text BackupDialog::ShowOpenFile(TextView title) { return qvx::ShowOpenFile(Number(Handle()), title, {}); }
-
-bool BackupDialog::RunPasswordPrompt(TextView connection) {
-    prompt_ = std::make_unique<PasswordDialog>();
-    return prompt_->Ask(Handle(), connection);
+    return ModalForm::OnMessage(message, wParam, lParam);
 }
 
 }  // namespace qvx::backup

@@ -1,6 +1,8 @@
-// The backup dialog and the password prompt as they were designed: texts, places, and what keys mean. Twips where
-// nothing else is said.
+// The backup dialog and the password prompt as they were designed: texts, places, the order of Tab. Twips where nothing
+// else is said.
 #pragma once
+
+#include <array>
 
 #include "backup/settings.h"
 #include "common/geometry.h"
@@ -8,65 +10,44 @@
 
 namespace qvx::backup {
 
-namespace dialog {
+namespace form {
 
-struct Texts {
-    TextView form;
-    TextView frame;
-    TextView browse;
-    TextView ok;
-    TextView cancel;
-    TextView email;
-    TextView groupName;
-};
-const Texts& TextsOf(Mode mode);
+// What is on the dialog, in the order of Tab.
+enum class Item { frame, location, browse, email, groupLabel, groupName, outcome, ok, cancel };
+inline constexpr std::array items{Item::frame,     Item::location, Item::browse, Item::email, Item::groupLabel,
+                                  Item::groupName, Item::outcome,  Item::ok,     Item::cancel};
 
-// Within the client area.
-constexpr int clientWidth = 5250;
-constexpr Rect frame{120, 60, 5130, 780};
-constexpr Rect location{240, 345, 3870, 660};
-constexpr Rect browse{3960, 345, 5010, 660};
-constexpr Rect email{120, 840, 5130, 1095};
-constexpr Rect outcome{120, 1200, 2790, 1455};
-constexpr Rect ok{2880, 1140, 3960, 1470};
-constexpr Rect cancel{4050, 1140, 5130, 1470};
-constexpr Rect groupLabel{120, 1590, 1500, 1845};
-constexpr Rect groupName{1530, 1545, 5130, 1860};
+TextView Caption(Mode mode);
+// Empty for the fields and the outcome line, which come without a text.
+TextView Caption(Item item, Mode mode);
 
-// The height of the whole window: more for the name of a separate group.
-int FormHeight(Mode mode, bool checked);
-// Whether the name of a separate group shows, and is in the tab order.
-constexpr bool HasGroupName(Mode mode, bool checked) { return mode == Mode::restore && checked; }
-// The whole window in pixels, `border` being what the system adds around the client area: high enough for what is in it
-// also where captions are larger than they once were.
-Size WindowSize(Mode mode, bool checked, Dpi dpi, Size border);
+// Of the client area.
+constexpr int width = 5550;
+// What lies above the name of a separate group needs at least that much of the client area.
+constexpr int contentHeight = 1500;
 
-// Whether there is anything to work on.
-bool MayRun(TextView path);
+// The whole window's height with the frame that the system gives it, which is `frameHeight` high above and below the
+// client area together. A frame that leaves the content too little room makes the window higher.
+int Height(bool groupNameShown, int frameHeight);
+// In the client area. The name of a separate group lies just below what the lower window shows.
+Rect Place(Item item, int frameHeight);
 
-}  // namespace dialog
+// Whether the OK button takes input.
+bool MayRun(TextView location);
+
+}  // namespace form
 
 namespace prompt {
 
-constexpr TextView form = u"Password";
-constexpr TextView explanation =
-    u"Such a group already exists. So you must enter the administrator password of the existing group.";
-constexpr TextView label = u"&Password :";
-constexpr TextView ok = u"&OK";
-constexpr TextView cancel = u"&Cancel";
+enum class Item { notice, label, password, ok, cancel };
+inline constexpr std::array items{Item::notice, Item::label, Item::password, Item::ok, Item::cancel};
 
-constexpr Size client{4650, 1560};
-constexpr Rect explanationPlace{120, 120, 4530, 570};
-constexpr Rect labelPlace{120, 690, 1080, 945};
-constexpr Rect password{1110, 645, 4530, 960};
-constexpr Rect okPlace{2280, 1110, 3360, 1440};
-constexpr Rect cancelPlace{3450, 1110, 4530, 1440};
+constexpr TextView caption = u"Password";
+TextView Caption(Item item);
+
+constexpr Size client{4800, 1920};
+Rect Place(Item item);
 
 }  // namespace prompt
-
-// What a key does in either form.
-enum class FormKey { none, ok, cancel, focusedButton };
-// Enter presses the button that has the focus, else OK; Esc presses Cancel.
-FormKey FormKeyOf(int key, int shift, bool buttonHasFocus);
 
 }  // namespace qvx::backup

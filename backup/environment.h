@@ -63,7 +63,8 @@ class Environment {
     // Leaves an empty file there, whatever was there before.
     virtual void CreateEmptyFile(TextView path) = 0;
     virtual void DeleteFile(TextView path) = 0;
-    // Within a folder, to a name that nobody has.
+    // Within a folder, to a name that nobody has. A read-only file refuses, as it refuses to be deleted: what is set
+    // aside so is to go.
     virtual void RenameFile(TextView from, TextView to) = 0;
     // Writes over a file at `to`, and the bytes are on the disk when it returns. On failure a part of them may be at
     // `to`.

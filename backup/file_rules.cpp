@@ -30,56 +30,57 @@ constexpr Description otherDrive{74, u"Can't rename with different drive"};
 constexpr Description outOfMemory{errors::outOfMemory, u"Out of memory"};
 
 struct Row {
-    std::uint32_t code;
     Description description;
+    std::uint32_t code;
     bool absent = false;
 };
 
 constexpr Row rows[] = {
-    {2, fileNotFound, true},  // no such file
-    {3, pathNotFound, true},  // no such folder
-    {4, tooManyFiles},        // too many open
-    {5, pathFileAccess},      // access denied
-    {8, outOfMemory},
-    {14, outOfMemory},
-    {15, deviceUnavailable, true},  // no such drive
-    {17, otherDrive},
-    {19, permissionDenied},   // write-protected
-    {20, deviceUnavailable},  // no such unit
-    {21, diskNotReady, true},
-    {23, deviceError},       // wrong check sum
-    {27, deviceError},       // sector not found
-    {29, deviceError},       // cannot be written
-    {30, deviceError},       // cannot be read
-    {31, deviceError},       // the device does not work
-    {32, permissionDenied},  // in use
-    {33, permissionDenied},  // locked
-    {39, diskFull},
-    {51, deviceUnavailable},   // the server does not answer
-    {53, pathNotFound, true},  // no such server
-    {55, deviceUnavailable},   // no longer there
-    {59, deviceError},         // network
-    {64, deviceUnavailable},   // the connection is gone
-    {65, permissionDenied},    // network
-    {67, pathNotFound, true},  // no such share
-    {80, fileAlreadyExists},
-    {108, permissionDenied},  // the drive is in use
-    {112, diskFull},
-    {123, badName, true},
-    {161, pathNotFound, true},  // no path at all
-    {183, fileAlreadyExists},
-    {206, badName, true},        // too long
-    {267, pathNotFound, true},   // a file where a folder should be
-    {1005, deviceUnavailable},   // no file system on it
-    {1110, deviceUnavailable},   // another disk is in the drive
-    {1112, diskNotReady, true},  // no disk in the drive
-    {1117, deviceError},
-    {1167, deviceUnavailable},  // not connected
-    {1224, permissionDenied},   // mapped into a program's memory
-    {1231, deviceUnavailable},  // network not reachable
-    {1295, diskFull},           // quota
-    {1314, permissionDenied},   // a privilege is missing
-    {1816, diskFull},           // quota
+    {fileNotFound, 2, true},  // no such file
+    {pathNotFound, 3, true},  // no such folder
+    {tooManyFiles, 4},        // too many open
+    {pathFileAccess, 5},      // access denied
+    {outOfMemory, 8},
+    {outOfMemory, 14},
+    {deviceUnavailable, 15, true},  // no such drive
+    {otherDrive, 17},
+    {permissionDenied, 19},   // write-protected
+    {deviceUnavailable, 20},  // no such unit
+    {diskNotReady, 21, true},
+    {deviceError, 23},       // wrong check sum
+    {deviceError, 27},       // sector not found
+    {deviceError, 29},       // cannot be written
+    {deviceError, 30},       // cannot be read
+    {deviceError, 31},       // the device does not work
+    {permissionDenied, 32},  // in use
+    {permissionDenied, 33},  // locked
+    {diskFull, 39},
+    {deviceUnavailable, 51},   // the server does not answer
+    {pathNotFound, 53, true},  // no such server
+    {deviceUnavailable, 55},   // no longer there
+    {deviceError, 59},         // network
+    {deviceUnavailable, 64},   // the connection is gone
+    {permissionDenied, 65},    // network
+    {pathNotFound, 66, true},  // no share for files
+    {pathNotFound, 67, true},  // no such share
+    {fileAlreadyExists, 80},
+    {permissionDenied, 108},  // the drive is in use
+    {diskFull, 112},
+    {badName, 123, true},
+    {pathNotFound, 161, true},  // no path at all
+    {fileAlreadyExists, 183},
+    {badName, 206, true},        // too long
+    {pathNotFound, 267, true},   // a file where a folder should be
+    {deviceUnavailable, 1005},   // no file system on it
+    {deviceUnavailable, 1110},   // another disk is in the drive
+    {diskNotReady, 1112, true},  // no disk in the drive
+    {deviceError, 1117},
+    {deviceUnavailable, 1167},  // not connected
+    {permissionDenied, 1224},   // mapped into a program's memory
+    {deviceUnavailable, 1231},  // network not reachable
+    {diskFull, 1295},           // quota
+    {permissionDenied, 1314},   // a privilege is missing
+    {diskFull, 1816},           // quota
 };
 
 const Row* Find(std::uint32_t code) {

@@ -43,11 +43,21 @@ void SetBasics(HANDLE file, FILE_BASIC_INFO basics, DWORD attributes) {
     if (!SetFileInformationByHandle(file, FileBasicInfo, &basics, sizeof basics)) ThrowFileError();
 }
 
+// The system's calls refuse these, too, but not where whoever runs them may do anything to files.
+void RefuseReadOnly(DWORD attributes) {
+    if (attributes & FILE_ATTRIBUTE_READONLY) ThrowFileError(ERROR_ACCESS_DENIED);
+}
+
 // What is there is emptied, not created anew: that is refused for a hidden file.
 UniqueKernelObject OpenEmptied(const Text& systemPath) {
     UniqueKernelObject file =
         OpenFile(systemPath, GENERIC_WRITE, 0, OPEN_ALWAYS, FILE_FLAG_SEQUENTIAL_SCAN | FILE_ATTRIBUTE_NORMAL);
-    if (!file || !SetEndOfFile(file.Get())) ThrowFileError();
+    BY_HANDLE_FILE_INFORMATION data{};
+    if (!file || !GetFileInformationByHandle(file.Get(), &data)) ThrowFileError();
+    RefuseReadOnly(data.dwFileAttributes);
+    // On a full disk even the end of an empty file may be refused.
+    const bool empty = data.nFileSizeHigh == 0 && data.nFileSizeLow == 0;
+    if (!empty && !SetEndOfFile(file.Get())) ThrowFileError();
     return file;
 }
 
@@ -106,6 +116,15 @@ void TakeOver(const Text& old, const WIN32_FILE_ATTRIBUTE_DATA& data, const Text
     SetBasics(file.Get(), basics, data.dwFileAttributes);
 }
 
+// The path of a file that is there by its long names: a file that is replaced is called what the rename calls it.
+Text WithLongNames(const Text& systemPath) {
+    Text names(32768, u'\0');
+    const DWORD length = GetLongPathNameW(Wide(systemPath), WideBuffer(names), static_cast<DWORD>(names.size()));
+    if (length == 0 || length >= names.size()) return systemPath;
+    names.resize(length);
+    return SystemPath(names);
+}
+
 }  // namespace
 
 std::optional<std::uint64_t> SystemServices::FileSize(TextView path) {
@@ -118,14 +137,14 @@ void SystemServices::CreateEmptyFile(TextView path) { OpenEmptied(SystemPath(pat
 
 void SystemServices::DeleteFile(TextView path) {
     const Text systemPath = SystemPath(path);
-    // The call does not take it for read-only everywhere.
-    const auto data = Find(systemPath);
-    if (data && data->dwFileAttributes & FILE_ATTRIBUTE_READONLY) ThrowFileError(ERROR_ACCESS_DENIED);
+    if (const auto data = Find(systemPath)) RefuseReadOnly(data->dwFileAttributes);
     if (!::DeleteFileW(Wide(systemPath))) ThrowFileError();
 }
 
 void SystemServices::RenameFile(TextView from, TextView to) {
-    if (!MoveFileExW(Wide(SystemPath(from)), Wide(SystemPath(to)), 0)) ThrowFileError();
+    const Text source = SystemPath(from);
+    if (const auto data = Find(source)) RefuseReadOnly(data->dwFileAttributes);
+    if (!MoveFileExW(Wide(source), Wide(SystemPath(to)), 0)) ThrowFileError();
 }
 
 void SystemServices::CopyFile(TextView from, TextView to) {
@@ -146,9 +165,15 @@ void SystemServices::CopyFile(TextView from, TextView to) {
 // target first, and if it is stopped then, or cannot move the new file after that, there is none of that name.
 void SystemServices::ReplaceFile(TextView from, TextView to) {
     const Text source = SystemPath(from);
-    const Text target = SystemPath(to);
+    Text target = SystemPath(to);
     if (const auto old = Find(target)) {
-        if (IsFolder(*old) || old->dwFileAttributes & FILE_ATTRIBUTE_READONLY) ThrowFileError(ERROR_ACCESS_DENIED);
+        target = WithLongNames(target);
+        if (IsFolder(*old)) ThrowFileError(ERROR_ACCESS_DENIED);
+        RefuseReadOnly(old->dwFileAttributes);
+        // The rename itself would not tell that the file is in use.
+        if (!OpenFile(target, DELETE, sharedByAll, OPEN_EXISTING) && GetLastError() == ERROR_SHARING_VIOLATION) {
+            ThrowFileError();
+        }
         TakeOver(target, *old, source);
     }
     if (!MoveFileExW(Wide(source), Wide(target), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) ThrowFileError();

@@ -1,52 +1,97 @@
 #include "backup/password_dialog.h"
 
-#include "backup/dialog_layout.h"
-#include "backup/password.h"
-#include "backup/password_source_win32.h"
-#include "common/run_time_error.h"
+#include <exception>
+#include <utility>
+
+#include "common/flag_scope.h"
 #include "forms/msgbox/show_message.h"
-#include "server/error_report.h"
 #include "win/wide.h"
 
 namespace qvx::backup {
 
-bool PasswordDialog::Ask(HWND owner, TextView connection) {
-    connection_ = connection;
-    accepted_ = false;
-    if (!Open(owner, prompt::form, prompt::client)) return false;
-    Add(L"STATIC", prompt::explanation, SS_LEFT | SS_NOPREFIX, prompt::explanationPlace);
-    Add(L"STATIC", prompt::label, SS_LEFT, prompt::labelPlace);
-    field_ = Add(L"EDIT", {}, WS_TABSTOP | ES_PASSWORD | ES_AUTOHSCROLL, prompt::password, 0, WS_EX_CLIENTEDGE);
-    if (!Add(ok_, prompt::ok, prompt::okPlace, IDOK) || !Add(cancel_, prompt::cancel, prompt::cancelPlace, IDCANCEL)) {
-        return false;
-    }
-    ok_.Button().onClick = [this] { OnOk(); };
-    cancel_.Button().onClick = [this] { OnCancel(); };
-    RunModal();
-    if (Handle()) SetWindowTextW(field_, L"");
-    Wipe(connection_);
-    return accepted_;
+PasswordDialog::~PasswordDialog() { Destroy(); }
+
+bool PasswordDialog::Fill(HWND owner) {
+    if (!Open(owner, prompt::caption)) return false;
+    notice_ = AddControl(L"STATIC", prompt::Caption(prompt::Item::notice), SS_LEFT | SS_NOPREFIX);
+    // Straight before the field, which it names and takes the access key for.
+    label_ = AddControl(L"STATIC", prompt::Caption(prompt::Item::label), SS_LEFT);
+    password_ = AddControl(L"EDIT", {}, ES_PASSWORD | ES_AUTOHSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE);
+    return notice_ && label_ && password_ &&
+           AddButton(ok_, IDOK, prompt::Caption(prompt::Item::ok), [this] { Try(); }) &&
+           AddButton(cancel_, IDCANCEL, prompt::Caption(prompt::Item::cancel), [this] { OnCloseBox(); });
 }
 
-void PasswordDialog::OnOk() {
-    Text typed = WindowText(field_);
-    try {
-        accepted_ = AcceptsPassword(AdministratorPassword(connection_), typed);
-        Wipe(typed);
-        if (accepted_) {
-            Close();
-            return;
-        }
-        namespace messages = msgbox::messages;
-        msgbox::ShowMessage(Handle(), messages::invalidPasswordPrompt, messages::invalidPassword,
-                            Text(messages::invalidPasswordTitle));
-    } catch (...) {
-        Wipe(typed);
-        const RunTimeError error = CurrentError();
-        ShowErrorReport(Handle(), error.Number(), error.Description());
+HWND PasswordDialog::WindowOf(prompt::Item item) const {
+    switch (item) {
+        case prompt::Item::notice:
+            return notice_;
+        case prompt::Item::label:
+            return label_;
+        case prompt::Item::password:
+            return password_;
+        case prompt::Item::ok:
+            return ok_.Handle();
+        case prompt::Item::cancel:
+            return cancel_.Handle();
     }
-    SetFocus(field_);
-    SendMessageW(field_, EM_SETSEL, 0, -1);
+    return nullptr;
+}
+
+void PasswordDialog::LayOut() {
+    for (const prompt::Item item : prompt::items) Place(WindowOf(item), prompt::Place(item));
+    const Size client = TwipsToPixels(prompt::client, Resolution());
+    const Size frame = FrameSize();
+    SetWindowSize({client.width + frame.width, client.height + frame.height});
+}
+
+bool PasswordDialog::Run(HWND owner) {
+    result_ = false;
+    if (!Handle() && !Fill(owner)) return false;
+    RunModal(password_);
+    ClearPassword();
+    if (error_) std::rethrow_exception(std::exchange(error_, nullptr));
+    return result_;
+}
+
+void PasswordDialog::Try() {
+    if (busy_) return;
+    const FlagScope busy(busy_);
+    try {
+        std::optional<SecretText> stored;
+        if (auto text = stored_()) stored.emplace(std::move(*text));
+        const SecretText typed(WindowText(password_));
+        result_ = PasswordAccepted(stored, typed.View());
+    } catch (...) {
+        error_ = std::current_exception();
+    }
+    if (result_ || error_) {
+        Finish();
+    } else {
+        Refuse();
+    }
+}
+
+void PasswordDialog::Refuse() {
+    namespace messages = msgbox::messages;
+    msgbox::ShowMessage(Handle(), messages::invalidPasswordPrompt, messages::invalidPassword,
+                        Text(messages::invalidPasswordTitle));
+    if (Handle()) EnterField(password_);
+}
+
+// The field writes over the text in its own memory; a shorter one would leave the rest there.
+void PasswordDialog::ClearPassword() const {
+    if (!Handle()) return;
+    const Text blanks(static_cast<std::size_t>(GetWindowTextLengthW(password_)), u' ');
+    SetWindowTextW(password_, Wide(blanks));
+    SetWindowTextW(password_, L"");
+    SendMessageW(password_, EM_EMPTYUNDOBUFFER, 0, 0);
+}
+
+LRESULT PasswordDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    // Someone may destroy the window, its owner's for instance, without the prompt being answered.
+    if (message == WM_DESTROY) ClearPassword();
+    return ModalForm::OnMessage(message, wParam, lParam);
 }
 
 }  // namespace qvx::backup

@@ -1,26 +1,43 @@
-// The password prompt in front of a restore that would replace a database. Windows only.
+// The prompt for the administrator's password of a database that is about to be replaced.
 #pragma once
 
-#include "backup/backup_form.h"
-#include "common/text.h"
+#include <windows.h>
+
+#include "backup/dialog_layout.h"
+#include "backup/modal_form_window.h"
+#include "backup/password.h"
 
 namespace qvx::backup {
 
-class PasswordDialog final : public FormWindow {
+class PasswordDialog final : public ModalForm {
   public:
-    ~PasswordDialog() override { Destroy(); }
+    // `stored` is asked for every try.
+    explicit PasswordDialog(PasswordSource stored) : stored_(std::move(stored)) {}
+    ~PasswordDialog() override;
 
-    // Asks for the administrator's password of the database behind `connection` until it is given (true) or the user
-    // gives up (false). The form is hidden then, and goes with the object.
-    bool Ask(HWND owner, TextView connection);
+    // Shows the prompt over `owner` and returns with whether the password was given; the window stays, hidden, until
+    // the object goes. An error of the source ends the showing and is thrown on.
+    bool Run(HWND owner);
+
+  protected:
+    void LayOut() override;
+    void OnCloseBox() override { Finish(); }
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    void OnOk() override;
-    void OnCancel() override { Close(); }
+    bool Fill(HWND owner);
+    HWND WindowOf(prompt::Item item) const;
+    void Try();
+    void Refuse();
+    void ClearPassword() const;
 
-    Text connection_;
-    bool accepted_ = false;
-    HWND field_ = nullptr;
+    PasswordSource stored_;
+    bool result_ = false;
+    bool busy_ = false;
+    std::exception_ptr error_;
+    HWND notice_ = nullptr;
+    HWND label_ = nullptr;
+    HWND password_ = nullptr;
     buttons::ButtonWindow ok_;
     buttons::ButtonWindow cancel_;
 };

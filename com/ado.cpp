@@ -23,7 +23,7 @@ constexpr IID identifiers[2] = {};
 template <>
 constexpr IID identifiers<AdoRecordset>[2] = {FamilyId(0x150E), FamilyId(0x050E)};
 template <>
-constexpr IID identifiers<AdoConnection>[2] = {FamilyId(0x1515), FamilyId(0x0515)};
+constexpr IID identifiers<AdoConnection>[2] = {FamilyId(0x1550), FamilyId(0x0550)};
 
 [[noreturn]] void RefuseValue() {
     throw RunTimeError(errors::typeMismatch,

@@ -15,8 +15,19 @@ namespace {
 // caller passed something else.
 struct StandIn {
     Variant value;     // of the parameter's type
+    Variant before;    // the same, as the method got it
     VARIANT caller{};  // what was passed: a reference to the variable to write back into, or a mere value
     UINT index = 0;    // of the argument in the call
+
+    // A number that the method has left as it was. Written back, it would still change the kind of a variable that
+    // holds it as a text, for instance. One that held nothing at all becomes a number.
+    bool LeftAlone() const {
+        const bool number = value.Type() != VT_BSTR && value.Type() != VT_DISPATCH && value.Type() != VT_UNKNOWN &&
+                            value.Type() != VT_VARIANT;
+        const VARIANT* held = caller.vt == (VT_BYREF | VT_VARIANT) ? caller.pvarVal : &caller;
+        return number && held->vt != VT_EMPTY && before.Type() == value.Type() &&
+               before.get().llVal == value.get().llVal;
+    }
 };
 
 struct Parameters {
@@ -104,13 +115,14 @@ std::optional<UINT> Adapt(std::vector<VARIANT>& arguments, const DISPPARAMS& cal
         const auto target = static_cast<VARTYPE>(type & ~VT_BYREF);
         if (IsMissing(arguments[i])) {
             if (parameter >= parameters.required && IsPlainReference(type))
-                standIns.push_back({ZeroOf(target), VARIANT{}, i});
+                standIns.push_back({ZeroOf(target), {}, VARIANT{}, i});
             continue;
         }
         VARIANT& argument = arguments[i];
         if (target == VT_VARIANT) {
             // A mere value for a variant that may be written: the method gets a copy, so that the caller's stays whole.
-            if ((type & VT_BYREF) && !(argument.vt & VT_BYREF)) standIns.push_back({Variant(argument), argument, i});
+            if ((type & VT_BYREF) && !(argument.vt & VT_BYREF))
+                standIns.push_back({Variant(argument), {}, argument, i});
             continue;
         }
         if (!(type & VT_BYREF)) {
@@ -130,7 +142,8 @@ std::optional<UINT> Adapt(std::vector<VARIANT>& arguments, const DISPPARAMS& cal
                                               : Variant(static_cast<IUnknown*>(nullptr));
         }
         if (!converted) return i;
-        standIns.push_back({std::move(*converted), argument, i});
+        Variant before(*converted);
+        standIns.push_back({std::move(*converted), std::move(before), argument, i});
     }
     // Only now, when the list no longer grows.
     for (StandIn& standIn : standIns) {
@@ -171,7 +184,9 @@ HRESULT InvokeThroughTypeLibrary(const MemberTable& members, void* self, DISPID 
         }
         const HRESULT outcome = members.info->Invoke(self, member, flags, &call, result, exception, argumentInError);
         if (FAILED(outcome) && argumentInError && *argumentInError >= added) *argumentInError -= added;
-        for (const StandIn& standIn : standIns) StoreThrough(standIn.caller, standIn.value);
+        for (const StandIn& standIn : standIns) {
+            if (!standIn.LeftAlone()) StoreThrough(standIn.caller, standIn.value);
+        }
         return outcome;
     });
 }

@@ -256,14 +256,13 @@ void ControlBase::ActivateInPlace() {
     inPlaceActive_ = true;
     SetParent(window, parent);
     MoveWindowTo(position, clip);
-    // Some containers activate at run time what has nothing to show then.
     const bool hidden = (class_.miscStatus & OLEMISC_INVISIBLEATRUNTIME) && UserMode();
     ShowWindow(window, hidden ? SW_HIDE : SW_SHOWNA);
     OnShow();
 }
 
 void ControlBase::ActivateUi() {
-    if (!inPlaceActive_) return;
+    if (!inPlaceActive_ || (class_.miscStatus & OLEMISC_NOUIACTIVATE)) return;
     if (!uiActive_) {
         const auto site = inPlaceSite_;
         uiActive_ = true;

@@ -9,7 +9,9 @@ packages_wine=(wine wine64 fonts-wine)
 packages_display=(xvfb openbox fonts-dejavu-core xdotool x11-utils imagemagick)
 packages_lint=(clang-format clang-tidy shellcheck python3)
 packages_root32=(debootstrap)
+packages_archives=(zip unzip p7zip-full python3)
 packages_database=(sqlite3 unixodbc libsqliteodbc)
+packages_bench_archives=(zip unzip sqlite3)
 packages_bench=(libwxgtk3.2-dev qtbase5-dev python3)
 
 is_installed() { [[ $(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }

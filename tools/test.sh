@@ -1,7 +1,7 @@
 # Running the tests, layer by layer, and summing up.
 # shellcheck shell=bash
 
-all_layers=(lint native fuzz x64 x86 demo)
+all_layers=(lint native fuzz x64 x86 demo archives)
 test_name= # what tests' names must contain, or nothing
 
 # run_ctest PATTERN LAYER: the native programs whose names match. Programs of GoogleTest leave a report each; others pass or fail as a whole.
@@ -96,6 +96,7 @@ test_x86() {
   start_wine32 || die "The 32-bit Windows environment could not be prepared."
   wine_arch=x86
   run_control_tests x86
+  [[ -n $test_name ]] || test_archives_x86
   wine_arch=x64
 }
 

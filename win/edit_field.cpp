@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/run_time_error.h"
+#include "common/text_direction.h"
 #include "win/gdi_surface.h"
 #include "win/wide.h"
 
@@ -52,6 +53,16 @@ void SetSelectionLength(HWND edit, int length) {
 void ReplaceSelection(HWND edit, TextView text) {
     const qvx::Text copy(text);
     SendMessageW(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(Wide(copy)));
+}
+
+void FollowDirection(HWND edit) {
+    // As the field's own Ctrl+Shift on either side of the keyboard.
+    constexpr LONG rightToLeft = WS_EX_RTLREADING | WS_EX_RIGHT;
+    const LONG style = GetWindowLongW(edit, GWL_EXSTYLE);
+    const bool was = (style & WS_EX_RTLREADING) != 0;
+    if (ReadsRightToLeft(WindowText(edit), was) == was) return;
+    SetWindowLongW(edit, GWL_EXSTYLE, was ? style & ~rightToLeft : style | rightToLeft);
+    InvalidateRect(edit, nullptr, TRUE);
 }
 
 void FieldColors::SetBack(OleColor color) {

@@ -28,6 +28,9 @@ void SetSelectionLength(HWND edit, int length);
 // As typing does it: one step of the field's undo.
 void ReplaceSelection(HWND edit, TextView text);
 
+// Lets the field's text run the way it reads; a text without any letters changes nothing.
+void FollowDirection(HWND edit);
+
 // The colours that an edit field asks its parent for.
 class FieldColors {
   public:

@@ -7,7 +7,6 @@
 #include "com/bstr.h"
 #include "com/variant.h"
 #include "common/about_dialog.h"
-#include "common/number_text.h"
 #include "controls/grid/column_index_object.h"
 #include "controls/grid/lifecycle.h"
 #include "forms/msgbox/show_message.h"

@@ -61,13 +61,18 @@ bool TextBoxWindow::Create(HWND parent) {
 void TextBoxWindow::Destroy() {
     const HWND window = Window();
     if (!window) return;
+    LetGo();
+    Detach();
+    DestroyWindow(window);
+}
+
+// Also when the parent takes the window along: the system keeps a drop target that nobody revokes.
+void TextBoxWindow::LetGo() {
     text_ = GetText();
-    selection_ = SelectionOf(window);
+    selection_ = SelectionOf(Window());
     drops_.Detach();
     toolTip_.Destroy();
     name_.Detach();
-    Detach();
-    DestroyWindow(window);
 }
 
 // For what an edit control takes only when it is made.
@@ -291,6 +296,9 @@ LRESULT TextBoxWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             listener_.TextBoxLostFocus(reinterpret_cast<HWND>(wParam));
             return result;
         }
+        case WM_DESTROY:
+            LetGo();
+            return Default(message, wParam, lParam);
         default:
             return Default(message, wParam, lParam);
     }

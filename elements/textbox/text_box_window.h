@@ -111,6 +111,7 @@ class TextBoxWindow final : private WindowSubclass {
     LRESULT OnKey(UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnCharacter(WPARAM wParam, LPARAM lParam);
     void TellChange();
+    void LetGo();
     void Recreate();
     void ApplyFrame();
     void ApplyTouchKeys();

@@ -5,6 +5,8 @@
 
 #include "com/safearray.h"
 #include "host/script_engine_object.h"
+#include "tests/support/ado_server.h"
+#include "tests/support/files.h"
 #include "tests/support/narrow.h"
 #include "tests/support/server_under_test.h"
 
@@ -13,44 +15,6 @@ namespace {
 
 // By the run-time error's number.
 constexpr HRESULT Raised(int number) { return static_cast<HRESULT>(0x800A0000u + static_cast<unsigned>(number)); }
-
-// <build>/tests/control/control_tests.exe beside <build>/tests/support/ado/QvxAdo.dll
-std::wstring ServerPath() {
-    wchar_t path[MAX_PATH] = L"";
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    std::wstring folder = path;
-    for (int up = 0; up < 2; ++up) folder.resize(folder.find_last_of(L"\\/"));
-    return folder + L"\\support\\ado\\QvxAdo.dll";
-}
-
-CLSID ClassOf(const wchar_t* name) {
-    CLSID id{};
-    EXPECT_EQ(CLSIDFromProgID(name, &id), S_OK);
-    return id;
-}
-
-// Registered for the length of a scope only.
-class Server {
-  public:
-    Server() : module_(LoadLibraryW(ServerPath().c_str())) {
-        if (!module_) ADD_FAILURE() << "QvxAdo.dll cannot be loaded: error " << GetLastError();
-        EXPECT_EQ(Run("DllRegisterServer"), S_OK);
-    }
-    ~Server() {
-        EXPECT_EQ(Run("DllCanUnloadNow"), S_OK) << "objects are left over";
-        EXPECT_EQ(Run("DllUnregisterServer"), S_OK);
-        FreeLibrary(module_);
-    }
-    Server(const Server&) = delete;
-
-  private:
-    HRESULT Run(const char* name) {
-        const auto function = reinterpret_cast<HRESULT(WINAPI*)()>(GetProcAddress(module_, name));
-        return function ? function() : E_NOINTERFACE;
-    }
-
-    HMODULE module_;
-};
 
 using Object = ComPtr<IDispatch>;
 
@@ -82,18 +46,12 @@ Variant ValueOf(const Object& records, const Variant& field) {
 class Ado : public ::testing::Test {
   protected:
     void SetUp() override {
-        wchar_t folder[MAX_PATH];
-        wchar_t file[MAX_PATH];
-        GetTempPathW(MAX_PATH, folder);
-        GetTempFileNameW(folder, L"qvx", 0, file);
-        file_ = file;
-        server_ = std::make_unique<Server>();
+        file_ = NewTemporaryFile();
+        server_ = std::make_unique<AdoServer>();
         connection_ = Create(L"ADODB.Connection");
         ASSERT_TRUE(connection_);
         const CallResult opened = Try(connection_, L"Open", {Variant(Settings())});
-        for (const TextView missing :
-             {u"There is no ODBC driver manager", u"Can't open lib", u"Data source name not found"}) {
-            if (opened.description.find(missing) == Text::npos) continue;
+        if (MeansNoDriver(opened.description)) {
             GTEST_SKIP() << "NO ODBC DRIVER FOR SQLITE IS INSTALLED: " << Narrow(opened.description);
         }
         ASSERT_EQ(opened.result, S_OK) << Narrow(opened.description);
@@ -101,10 +59,10 @@ class Ado : public ::testing::Test {
     void TearDown() override {
         connection_.reset();
         server_.reset();
-        DeleteFileW(file_.c_str());
+        DeleteFileW(Wide(file_));
     }
 
-    Text Settings() const { return u"Driver={SQLite3 ODBC Driver};Database=" + Text(FromWide(file_)) + u";"; }
+    Text Settings() const { return u"Driver={SQLite3 ODBC Driver};Database=" + file_ + u";"; }
     Object Execute(const char16_t* sql) { return ObjectFrom(connection_, L"Execute", {Variant(sql)}); }
     // Kept by the client unless another kind of cursor is asked for.
     Object Open(const char16_t* sql, int cursorType = 3) {
@@ -120,8 +78,8 @@ class Ado : public ::testing::Test {
         return ValueOf(records, Variant(0)).ToLong().value_or(-1);
     }
 
-    std::wstring file_;
-    std::unique_ptr<Server> server_;
+    Text file_;
+    std::unique_ptr<AdoServer> server_;
     Object connection_;
 };
 
@@ -308,12 +266,15 @@ TEST_F(Ado, FailuresSayWhy) {
         {unopened, L"Close", {}, 3704, u"closed"},
         {unopened, L"Open", {Variant(u"Provider=Elsewhere;")}, 3706, u"Provider"},
         {unopened, L"Open", {Variant(u"Driver={No such driver};")}, 3000, u"No such driver"},
+        {unopened, L"Open", {Variant(Settings()), Variant(u""), Variant(u""), Variant(16)}, 3001, u"wrong type"},
         {unopened, L"Open", {Variant(u"Driver=SQLite3;Database=/no/such/folder/x.db")}, 3000, u"connect failed"},
         {closed, L"RecordCount", {}, 3704, u"closed"},
         {closed, L"Fields", {}, 3704, u"closed"},
         {closed, L"MoveNext", {}, 3704, u"closed"},
         {closed, L"Open", {Variant(u"select 1")}, 3709, u"connection"},
         {closed, L"Open", {Variant(u"select 1"), Variant(unopened.get())}, 3709, u"closed"},
+        {closed, L"Open", {Variant(u"select 1"), Variant(u"Provider=Elsewhere;")}, 3706, u"Provider"},
+        {closed, L"Open", {Variant(u"selct 1"), Variant(Settings())}, 3000, u"syntax error"},
         {records, L"Open", {Variant(u"select 1")}, 3705, u"open"},
         {records, L"Fields", {Variant(u"j")}, 3265, u"name or number"},
         {records, L"Fields", {Variant(1)}, 3265, u"name or number"},
@@ -365,6 +326,40 @@ TEST_F(Ado, RecordSetsCloseWithTheirConnection) {
     EXPECT_EQ(Try(field, L"Name").value.ToText(), u"two");
 }
 
+TEST_F(Ado, ARecordSetOpensAConnectionOfItsOwnByItsString) {
+    Execute(u"create table t(i integer)");
+    Execute(u"insert into t values(7)");
+    Call(connection_.get(), L"Close");
+    const Object records = Create(L"ADODB.Recordset");
+    for (int twice = 0; twice < 2; ++twice) {
+        Call(records.get(), L"Open",
+             {Variant(u"select i from t"), Variant(Settings()), Variant(1), Variant(3), Variant(-1)});
+        EXPECT_EQ(ValueOf(records, Variant(u"i")).ToLong(), 7);
+        // Its connection is closed with it.
+        Call(records.get(), L"Close");
+        EXPECT_TRUE(MoveFileW(Wide(file_), Wide(file_ + u"x"))) << GetLastError();
+        EXPECT_TRUE(MoveFileW(Wide(file_ + u"x"), Wide(file_)));
+    }
+}
+
+TEST_F(Ado, AConnectionOpensWithUserAndPasswordAndOnADatabaseOnly) {
+    Call(connection_.get(), L"Close");
+    for (const char16_t* user : {u"", u"Anna;{x}"}) {
+        Call(connection_.get(), L"Open", {Variant(Settings()), Variant(user), Variant(user), Variant(-1)});
+        EXPECT_EQ(Number(connection_, L"State"), 1);
+        Call(connection_.get(), L"Close");
+    }
+    const HANDLE file = CreateFileW(Wide(file_), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, 0, nullptr);
+    DWORD written = 0;
+    const std::string nonsense(4096, '?');
+    EXPECT_TRUE(WriteFile(file, nonsense.data(), static_cast<DWORD>(nonsense.size()), &written, nullptr));
+    CloseHandle(file);
+    const CallResult opened = Try(connection_, L"Open", {Variant(Settings())});
+    EXPECT_EQ(opened.scode, Raised(3000));
+    EXPECT_NE(opened.description.find(u"not a database"), Text::npos) << Narrow(opened.description);
+    EXPECT_EQ(Number(connection_, L"State"), 0);
+}
+
 TEST_F(Ado, ScriptsUseThemAsTheyUseTheSystems) {
     std::vector<host::ScriptError> errors;
     host::ScriptEngine engine(nullptr, [&](const host::ScriptError& error) { errors.push_back(error); });
@@ -408,9 +403,9 @@ TEST(AdoRegistration, GivesTheNamesBack) {
     const HRESULT known = CLSIDFromProgID(L"ADODB.Recordset", &before);
     for (int twice = 0; twice < 2; ++twice) {
         {
-            const Server server;
+            const AdoServer server;
             EXPECT_NE(Spell(ClassOf(L"ADODB.Recordset")), Spell(before));
-            const Server again;
+            const AdoServer again;
         }
         CLSID after{};
         EXPECT_EQ(CLSIDFromProgID(L"ADODB.Recordset", &after), known);

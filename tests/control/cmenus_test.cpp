@@ -586,13 +586,7 @@ TEST_F(CMenus, AThousandMenusLeaveNothingBehind) {
         Opens(File());
         for (const int position : {0, 1, 3}) Drawn(File(), position, ODS_GRAYED);
     };
-    for (int i = 0; i < 100; ++i) round(i);
-    const ResourceCounts before = CountResources();
-    for (int i = 0; i < 1000; ++i) round(i);
-    const ResourceCounts after = CountResources();
-    EXPECT_EQ(before.gdiObjects, after.gdiObjects);
-    EXPECT_EQ(before.userObjects, after.userObjects);
-    EXPECT_LT(after.heapBlocks - before.heapBlocks, 100);
+    ExpectNothingLeftBehind(1000, [&, i = 0]() mutable { round(++i); });
 }
 
 }  // namespace

@@ -328,12 +328,7 @@ TEST_F(FlatBorder, PaintingLeavesNothingBehind) {
     const auto paint = [&] {
         RedrawWindow(frame.Window(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_UPDATENOW);
     };
-    for (int i = 0; i < 10; ++i) paint();
-    const ResourceCounts before = CountResources();
-    for (int i = 0; i < 1000; ++i) paint();
-    const ResourceCounts after = CountResources();
-    EXPECT_EQ(before.gdiObjects, after.gdiObjects);
-    EXPECT_LT(after.heapBlocks - before.heapBlocks, 100);
+    ExpectNothingLeftBehind(1000, paint);
 }
 
 }  // namespace

@@ -478,12 +478,7 @@ TEST(FlexGridWindowLife, CreatingAndDestroyingLeavesNothingBehind) {
         grid.Model().SetTextMatrix(1, 1, u"text");
         grid.Refresh();
     };
-    for (int i = 0; i < 5; ++i) once();
-    const ResourceCounts before = CountResources();
-    for (int i = 0; i < 200; ++i) once();
-    const ResourceCounts after = CountResources();
-    EXPECT_EQ(after.windows, before.windows);
-    EXPECT_LE(after.gdiObjects, before.gdiObjects);
+    ExpectNothingLeftBehind(100, once);
 }
 
 TEST(FlexGridWindowLife, WorksWithoutAWindow) {

@@ -378,14 +378,7 @@ TEST_F(MenuPage, AThousandPagesLeaveNothingBehind) {
         page->SetObjects(0, nullptr);
         page->SetPageSite(nullptr);
     };
-    for (int i = 0; i < 100; ++i) round();
-    const ResourceCounts before = CountResources();
-    for (int i = 0; i < 1000; ++i) round();
-    const ResourceCounts after = CountResources();
-    EXPECT_EQ(before.windows, after.windows);
-    EXPECT_EQ(before.gdiObjects, after.gdiObjects);
-    EXPECT_EQ(before.userObjects, after.userObjects);
-    EXPECT_LT(after.heapBlocks - before.heapBlocks, 100);
+    ExpectNothingLeftBehind(1000, round);
 }
 
 }  // namespace

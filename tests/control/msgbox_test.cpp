@@ -308,15 +308,7 @@ TEST_F(MessageBoxOnScreen, DraggedByAnyPoint) {
 }
 
 TEST_F(MessageBoxOnScreen, NothingStaysBehind) {
-    const auto round = [&] {
-        for (int i = 0; i < 20; ++i) Show(2, 1);
-    };
-    round();
-    const test::ResourceCounts before = test::CountResources();
-    round();
-    const test::ResourceCounts after = test::CountResources();
-    EXPECT_LE(after.windows, before.windows);
-    EXPECT_LE(after.gdiObjects, before.gdiObjects);
+    test::ExpectNothingLeftBehind(20, [&] { Show(2, 1); });
 }
 
 }  // namespace

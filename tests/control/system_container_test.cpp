@@ -183,17 +183,7 @@ TEST_P(SystemContainer, TabGoesInAndOut) {
 }
 
 TEST_P(SystemContainer, LeavesNothingBehind) {
-    const auto round = [&] {
-        const HWND host = Host(Spell(*GetParam()));
-        DestroyWindow(host);
-    };
-    for (int i = 0; i < 50; ++i) round();
-    const ResourceCounts before = CountResources();
-    for (int i = 0; i < 200; ++i) round();
-    const ResourceCounts after = CountResources();
-    EXPECT_EQ(before.windows, after.windows);
-    EXPECT_EQ(before.gdiObjects, after.gdiObjects);
-    EXPECT_LT(after.heapBlocks - before.heapBlocks, 100);
+    ExpectNothingLeftBehind(100, [&] { DestroyWindow(Host(Spell(*GetParam()))); });
 }
 
 }  // namespace

@@ -1,28 +1,19 @@
 // How often a module beeps, heard by standing in for the system's MessageBeep in the module's own table of imports.
 #pragma once
 
-#include <windows.h>
-
-#include <cstring>
 #include <utility>
+
+#include "tests/support/import_patch.h"
 
 namespace qvx::test {
 
 // One at a time; the real one is back at the end.
 class BeepCount {
   public:
-    explicit BeepCount(HMODULE module) : slot_(FindImport(module, "MessageBeep")) {
-        count_ = 0;
-        if (slot_) real_ = Write(reinterpret_cast<void*>(&Beep));
-    }
-    ~BeepCount() {
-        if (slot_) Write(real_);
-    }
-    BeepCount(const BeepCount&) = delete;
-    BeepCount& operator=(const BeepCount&) = delete;
+    explicit BeepCount(HMODULE module) : patch_(module, "MessageBeep", reinterpret_cast<void*>(&Beep)) { count_ = 0; }
 
     // Whether the module calls it at all.
-    bool Listening() const { return slot_ != nullptr; }
+    bool Listening() const { return patch_.Found(); }
     // Since the last asking.
     int Take() { return std::exchange(count_, 0); }
 
@@ -32,37 +23,8 @@ class BeepCount {
         return TRUE;
     }
 
-    static void** FindImport(HMODULE module, const char* name) {
-        auto* base = reinterpret_cast<BYTE*>(module);
-        const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-        const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-        const auto& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-        auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + directory.VirtualAddress);
-        for (; library->Name != 0; ++library) {
-            auto* names = reinterpret_cast<const IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
-            auto* slots = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->FirstThunk);
-            for (; names->u1.AddressOfData != 0; ++names, ++slots) {
-                if (IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal)) continue;
-                const auto* entry = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + names->u1.AddressOfData);
-                if (std::strcmp(reinterpret_cast<const char*>(entry->Name), name) == 0) {
-                    return reinterpret_cast<void**>(&slots->u1.Function);
-                }
-            }
-        }
-        return nullptr;
-    }
-
-    void* Write(void* function) const {
-        DWORD protection = 0;
-        VirtualProtect(slot_, sizeof *slot_, PAGE_READWRITE, &protection);
-        void* const before = std::exchange(*slot_, function);
-        VirtualProtect(slot_, sizeof *slot_, protection, &protection);
-        return before;
-    }
-
     inline static int count_ = 0;
-    void** slot_;
-    void* real_ = nullptr;
+    ImportPatch patch_;
 };
 
 }  // namespace qvx::test

@@ -49,6 +49,8 @@ class MemoryFiles : public Files {
     bool isDead = false;
     // Local time is that many seconds ahead of UTC.
     std::int64_t zone = 3600;
+    // Files' whole paths by their folded short ones.
+    std::map<Text, Text> shortPaths;
     // Called at every reading of a source.
     std::function<void(const Text&)> onRead;
 
@@ -59,7 +61,7 @@ class MemoryFiles : public Files {
     }
     MemoryNode* Find(const Text& path) {
         auto& nodes = DiskOf(path).nodes;
-        const auto found = nodes.find(FoldedText(Plain(path)));
+        const auto found = nodes.find(FoldedText(LongForm(path)));
         return found == nodes.end() ? nullptr : &found->second;
     }
 
@@ -95,7 +97,7 @@ class MemoryFiles : public Files {
         const MemoryNode* node = Find(path);
         return node && !node->isOpen && DiskOf(path).nodes.erase(FoldedText(Plain(path))) > 0;
     }
-    Text FullPath(const Text& path) override { return Plain(path); }
+    Text FullPath(const Text& path) override { return Find(path) ? Find(path)->path : Plain(path); }
     bool IsRemovable(const Text& path) override { return isRemovable && IsOnDisk(path); }
     std::uint64_t RoomFor(const Text& path) override {
         const MemoryDisk& disk = DiskOf(path);
@@ -183,6 +185,8 @@ class MemoryFiles : public Files {
             if (isProtected && target == ReadOnlyTarget::refuse) throw ArchiveError(ExitCode::accessDenied);
             MemoryNode node = Node();
             owner_.DiskOf(path_).nodes.erase(FoldedText(Plain(path_)));
+            // Whatever name it had, the name is the one given from now on.
+            if (const MemoryNode* old = owner_.Find(path)) owner_.DiskOf(path).nodes.erase(FoldedText(old->path));
             node.path = Plain(path);
             node.isOpen = false;
             owner_.DiskOf(path).nodes[FoldedText(Plain(path))] = std::move(node);
@@ -212,6 +216,10 @@ class MemoryFiles : public Files {
         Text plain(path);
         std::replace(plain.begin(), plain.end(), u'/', u'\\');
         return plain;
+    }
+    Text LongForm(TextView path) const {
+        const auto found = shortPaths.find(FoldedText(Plain(path)));
+        return found == shortPaths.end() ? Plain(path) : found->second;
     }
     MemoryDisk& DiskOf(TextView path) { return IsOnDisk(path) ? disks[inserted] : fixed; }
     void Change() {

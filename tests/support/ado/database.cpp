@@ -203,6 +203,12 @@ Database::Database(TextView connectionString) : handles_(std::make_unique<Handle
     handles_->Check(SQLDriverConnect(handles_->connection, nullptr, Buffer(settings), SQL_NTS, Buffer(completed),
                                      static_cast<SQLSMALLINT>(completed.size()), &length, SQL_DRIVER_NOPROMPT));
     handles_->connected = true;
+    // SQLite opens any file and looks at it only when it is asked for something.
+    std::string product(64, '\0');
+    if (SQL_SUCCEEDED(SQLGetInfo(handles_->connection, SQL_DBMS_NAME, product.data(), 64, &length)) &&
+        SameName(Decode(product.c_str()), u"SQLite")) {
+        Execute(u"select count(*) from sqlite_master");
+    }
 }
 
 Database::~Database() {

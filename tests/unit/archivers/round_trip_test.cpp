@@ -106,6 +106,47 @@ TEST_F(RoundTrip, WildcardsTakeFilesOnly) {
     EXPECT_EQ(files.Temporaries(), 0u) << "what a killed run has left is gone";
 }
 
+// Hosts hand over short names, as "C:\IN\CUSTOM~1.DB".
+class ShortNames : public ArchiveTest {
+  protected:
+    void PutLong(const Text& folder, const Bytes& bytes) {
+        files.Put(folder + u"Customers of today.db", bytes);
+        files.shortPaths[FoldedText(folder) + u"custom~1.db"] = folder + u"Customers of today.db";
+    }
+};
+
+TEST_F(ShortNames, TheLongNameIsStored) {
+    PutLong(u"C:\\in\\", TextBytes(9));
+    ASSERT_EQ(PkZip(u"C:\\b.qvx C:\\IN\\CUSTOM~1.DB"), ExitCode::done);
+    ASSERT_EQ(PkunZip(u"C:\\b.qvx C:\\out"), ExitCode::done);
+    EXPECT_EQ(ContentOf(u"C:\\out\\Customers of today.db"), TextBytes(9));
+    EXPECT_EQ(PkZip(u"C:\\b.qvx C:\\in\\CUSTOM~1.DB \"C:\\in\\Customers of today.db\""), ExitCode::sameName);
+}
+
+TEST_F(ShortNames, WhatIsReplacedKeepsItsLongName) {
+    PutLong(u"C:\\out\\", TextBytes(9));
+    Entry entry;
+    entry.name = u"CUSTOM~1.DB";
+    WriteArchive({entry}, TextBytes(7));
+    ASSERT_EQ(PkunZip(u"C:\\a.zip C:\\out"), ExitCode::done);
+    EXPECT_EQ(ContentOf(u"C:\\out\\Customers of today.db"), TextBytes(7));
+    files.Put(u"C:\\in\\a.db", TextBytes(5));
+    ASSERT_EQ(PkZip(u"C:\\out\\CUSTOM~1.DB C:\\in\\a.db"), ExitCode::done);
+    const MemoryNode* node = files.Find(u"C:\\out\\CUSTOM~1.DB");
+    ASSERT_NE(node, nullptr);
+    EXPECT_EQ(node->path, u"C:\\out\\Customers of today.db");
+}
+
+TEST_F(ShortNames, OneFileUnderBothNamesIsNotWrittenTwice) {
+    PutLong(u"C:\\out\\", TextBytes(9));
+    std::vector<Entry> entries(2);
+    entries[0].name = u"Customers of today.db";
+    entries[1].name = u"CUSTOM~1.DB";
+    WriteArchive(entries, TextBytes(7));
+    EXPECT_EQ(PkunZip(u"C:\\a.zip C:\\out"), ExitCode::unsafeName);
+    EXPECT_EQ(ContentOf(u"C:\\out\\Customers of today.db"), TextBytes(7));
+}
+
 TEST_F(RoundTrip, WhatCannotBeDoneHasItsOwnExitCode) {
     files.Put(u"C:\\in\\a.db", TextBytes(9));
     files.Put(u"C:\\in2\\A.DB", TextBytes(9));
@@ -208,6 +249,27 @@ TEST(ZipRecords, TheWideFormIsReadBackAndOnlyThereWhereItIsNeeded) {
     }
     for (const std::uint64_t entries : {std::uint64_t{65534}, std::uint64_t{65535}}) {
         EXPECT_EQ(NeedsEnd64({0, 0, entries, entries, 9, 9}), entries == 65535);
+    }
+}
+
+TEST(ZipRecords, NamesWithoutAMarkAreInTheirSystemsBytes) {
+    const struct {
+        std::uint8_t system;
+        std::uint8_t secondByte;
+        TextView name;
+    } cases[] = {
+        {3, 0xB3, u"\u00F3"},        // two bytes of UTF-8
+        {3, 'x', u"\u251Cx"},        // no UTF-8
+        {0, 0xB3, u"\u251C\u2502"},  // DOS
+    };
+    for (const auto& test : cases) {
+        Entry entry;
+        entry.name = u"\u00F3";
+        entry.system = test.system;
+        Bytes header = CentralHeader(entry);
+        header[centralHeaderSize + 1] = test.secondByte;
+        ByteReader reader(header);
+        EXPECT_EQ(ReadCentralHeader(reader).name, test.name) << int{test.system} << ' ' << int{test.secondByte};
     }
 }
 

@@ -1,0 +1,273 @@
+// Archivers as processes: how they start, what goes on while one runs, and what is left of them.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "backup/system_services_win32.h"
+#include "com/text.h"
+#include "common/number_text.h"
+#include "common/run_time_error.h"
+#include "tests/support/files.h"
+#include "tests/support/import_patch.h"
+#include "tests/support/narrow.h"
+#include "win/handles.h"
+
+namespace qvx::test {
+namespace {
+
+using Services = backup::SystemServices;
+
+int StartFailure(Services& services, TextView commandLine) {
+    try {
+        services.StartArchiver(commandLine);
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.Description().find(u"secret"), Text::npos);
+        return error.Number();
+    }
+    return 0;
+}
+
+// This program as one that ends when it is told to.
+class Archiver {
+  public:
+    Archiver() : end_(CreateEventW(nullptr, TRUE, FALSE, Wide(Name()))) {}
+
+    Text CommandLine(int exitCode) const {
+        wchar_t program[MAX_PATH] = L"";
+        GetModuleFileNameW(nullptr, program, MAX_PATH);
+        return u'"' + Text(FromWide(program)) + u"\" --wait-and-end " + Name() + u' ' + IntegerToText(exitCode);
+    }
+    void End() const { SetEvent(end_.Get()); }
+
+  private:
+    static Text Name() { return u"qvx-archiver-" + IntegerToText(GetCurrentProcessId()); }
+
+    UniqueKernelObject end_;
+};
+
+TEST(BackupArchiver, ItsExitCodeComesBack) {
+    Services services;
+    for (const DWORD code : {0u, 7u, 255u}) {
+        services.StartArchiver(u"cmd.exe /c exit " + IntegerToText(code));
+        EXPECT_EQ(services.WaitForArchiver(nullptr), code);
+    }
+}
+
+TEST(BackupArchiver, WhatCannotBeStartedSaysSo) {
+    Services services;
+    const Text file = NewTemporaryFile();  // empty, so no program
+    EXPECT_EQ(StartFailure(services, u"\"C:\\secret folder\\PkZip.exe\" -& a.qvx"), 53);
+    EXPECT_EQ(StartFailure(services, u"C:\\secret\\PkZip.exe a.qvx"), 53);
+    EXPECT_NE(StartFailure(services, u"\"" + file + u"\" secret"), 0);
+    EXPECT_NE(StartFailure(services, u""), 0);
+    EXPECT_EQ(StartFailure(services, TextView(u"cmd.exe\0 /c exit 0", 18)), 53);
+    EXPECT_THROW(services.WaitForArchiver(nullptr), RunTimeError);
+    DeleteFileW(Wide(file));
+}
+
+TEST(BackupArchiver, InheritsNothing) {
+    Services services;
+    const Archiver archiver;
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    UniqueKernelObject read;
+    UniqueKernelObject write;
+    ASSERT_TRUE(CreatePipe(read.Put(), write.Put(), &inherited, 0));
+    services.StartArchiver(archiver.CommandLine(3));
+    write.Reset();
+    // Were the other end in the archiver's hands, too, the pipe would not be broken.
+    EXPECT_FALSE(PeekNamedPipe(read.Get(), nullptr, 0, nullptr, nullptr, nullptr));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_BROKEN_PIPE));
+    archiver.End();
+    EXPECT_EQ(services.WaitForArchiver(nullptr), 3u);
+}
+
+// What a window has been told.
+struct Told {
+    std::atomic<int> paints = 0;
+    std::atomic<int> input = 0;
+};
+
+LRESULT CALLBACK Listen(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto* told = reinterpret_cast<Told*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (told && message == WM_PAINT) ++told->paints;
+    if (told && (message == WM_KEYDOWN || message == WM_LBUTTONDOWN || message == WM_COMMAND)) ++told->input;
+    if (message == WM_APP) return 42;
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+class Window {
+  public:
+    explicit Window(HWND parent = nullptr) {
+        WNDCLASSW listening{};
+        listening.lpfnWndProc = Listen;
+        listening.hInstance = GetModuleHandleW(nullptr);
+        listening.lpszClassName = L"QvxBackupArchiverTest";
+        RegisterClassW(&listening);
+        handle_ = CreateWindowExW(0, listening.lpszClassName, L"", parent ? WS_CHILD | WS_VISIBLE : WS_POPUP, 10, 10,
+                                  200, 100, parent, nullptr, listening.hInstance, nullptr);
+        SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&told_));
+        ShowWindow(handle_, SW_SHOWNA);
+        UpdateWindow(handle_);
+        MSG message{};
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+        told_.paints = 0;
+        told_.input = 0;
+    }
+    ~Window() { DestroyWindow(handle_); }
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+
+    HWND Handle() const { return handle_; }
+    const Told& Heard() const { return told_; }
+
+  private:
+    HWND handle_ = nullptr;
+    Told told_;
+};
+
+bool Within10Seconds(const auto& condition) {
+    for (int i = 0; i < 1000; ++i) {
+        if (condition()) return true;
+        Sleep(10);
+    }
+    return false;
+}
+
+TEST(BackupArchiver, MeanwhileTheDialogIsPaintedAndTakesNoInput) {
+    Services services;
+    const Archiver archiver;
+    const Window other;
+    const Window dialog;
+    const Window field(dialog.Handle());
+    services.StartArchiver(archiver.CommandLine(9));
+    PostQuitMessage(5);
+    bool answered = false;
+    bool painted = false;
+    std::thread user([&] {
+        PostMessageW(dialog.Handle(), WM_KEYDOWN, VK_RETURN, 0);
+        PostMessageW(field.Handle(), WM_LBUTTONDOWN, 0, 0);
+        DWORD_PTR answer = 0;
+        answered = SendMessageTimeoutW(dialog.Handle(), WM_APP, 0, 0, SMTO_NORMAL, 10000, &answer) && answer == 42;
+        InvalidateRect(other.Handle(), nullptr, TRUE);
+        painted = true;
+        for (const Window* window : {&dialog, &field, &dialog}) {
+            const int before = window->Heard().paints;
+            InvalidateRect(window->Handle(), nullptr, TRUE);
+            painted = painted && Within10Seconds([&] { return window->Heard().paints > before; });
+        }
+        archiver.End();
+    });
+    const std::uint32_t code = services.WaitForArchiver(dialog.Handle());
+    user.join();
+    EXPECT_EQ(code, 9u);
+    EXPECT_TRUE(answered);
+    EXPECT_TRUE(painted);
+    EXPECT_EQ(other.Heard().paints, 0);
+    EXPECT_EQ(dialog.Heard().input, 0);
+    EXPECT_EQ(field.Heard().input, 0);
+    // All of it is still to come, and so is the end.
+    int posted = 0;
+    bool quit = false;
+    MSG message{};
+    while (!quit && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_KEYDOWN || message.message == WM_LBUTTONDOWN) ++posted;
+        quit = message.message == WM_QUIT && message.wParam == 5;
+        DispatchMessageW(&message);
+    }
+    EXPECT_EQ(posted, 2);
+    EXPECT_TRUE(quit);
+}
+
+TEST(BackupArchiver, ADialogThatGoesMeanwhileIsNoHindrance) {
+    Services services;
+    const Archiver archiver;
+    auto dialog = std::make_unique<Window>();
+    const HWND handle = dialog->Handle();
+    dialog.reset();
+    services.StartArchiver(archiver.CommandLine(1));
+    std::thread user([&] {
+        Sleep(50);
+        archiver.End();
+    });
+    EXPECT_EQ(services.WaitForArchiver(handle), 1u);
+    user.join();
+}
+
+// The process's open handles, each tried: not every system tells their number.
+int Handles() {
+    constexpr std::uintptr_t most = 0x4000;
+    const UniqueKernelObject fresh(CreateEventW(nullptr, FALSE, FALSE, nullptr));
+    EXPECT_LT(reinterpret_cast<std::uintptr_t>(fresh.Get()), most);
+    int count = 0;
+    for (std::uintptr_t value = 4; value < most; value += 4) {
+        DWORD flags = 0;
+        if (GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags)) ++count;
+    }
+    return count;
+}
+
+// Programs take long to start, so most are one that has run before: each start hands out its handles anew.
+class RunBefore {
+  public:
+    RunBefore() : start_(GetModuleHandleW(nullptr), "CreateProcessW", reinterpret_cast<void*>(&Start)) {
+        EXPECT_TRUE(start_.Found());
+        realStart_ = reinterpret_cast<decltype(&CreateProcessW)>(start_.Real());
+        STARTUPINFOW start{};
+        start.cb = sizeof start;
+        wchar_t command[] = L"cmd.exe /c exit 6";
+        EXPECT_TRUE(realStart_(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process_))
+            << GetLastError();
+        WaitForSingleObject(process_.hProcess, INFINITE);
+    }
+    ~RunBefore() {
+        CloseHandle(process_.hProcess);
+        CloseHandle(process_.hThread);
+    }
+    RunBefore(const RunBefore&) = delete;
+    RunBefore& operator=(const RunBefore&) = delete;
+
+  private:
+    static BOOL WINAPI Start(LPCWSTR program, LPWSTR command, LPSECURITY_ATTRIBUTES process,
+                             LPSECURITY_ATTRIBUTES thread, BOOL inherits, DWORD flags, LPVOID environment,
+                             LPCWSTR folder, LPSTARTUPINFOW start, LPPROCESS_INFORMATION started) {
+        if (FromWide(command) != u"again") {
+            return realStart_(program, command, process, thread, inherits, flags, environment, folder, start, started);
+        }
+        const HANDLE self = GetCurrentProcess();
+        return DuplicateHandle(self, process_.hProcess, self, &started->hProcess, 0, FALSE, DUPLICATE_SAME_ACCESS) &&
+               DuplicateHandle(self, process_.hThread, self, &started->hThread, 0, FALSE, DUPLICATE_SAME_ACCESS);
+    }
+
+    inline static decltype(&CreateProcessW) realStart_;
+    inline static PROCESS_INFORMATION process_;
+    ImportPatch start_;
+};
+
+TEST(BackupArchiver, LeavesNoHandleBehind) {
+    const RunBefore before;
+    Services services;
+    const auto run = [&](const char16_t* commandLine, int times) {
+        for (int i = 0; i < times; ++i) {
+            services.StartArchiver(commandLine);
+            // Now and then nobody waits.
+            if (i % 10 != 0) services.WaitForArchiver(nullptr);
+            StartFailure(services, u"C:\\none\\none.exe");
+        }
+        services.StartArchiver(commandLine);
+        services.WaitForArchiver(nullptr);
+    };
+    run(u"cmd.exe /c exit 0", 1);
+    const int handles = Handles();
+    EXPECT_GT(handles, 0);
+    run(u"again", 50);
+    // Not one for each.
+    EXPECT_LT(Handles(), handles + 10);
+}
+
+}  // namespace
+}  // namespace qvx::test

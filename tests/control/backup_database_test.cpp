@@ -1,0 +1,181 @@
+// The database of a backup: whether it opens, and its administrator's password.
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "backup/password_source_win32.h"
+#include "backup/system_services_win32.h"
+#include "com/ado.h"
+#include "common/run_time_error.h"
+#include "tests/support/ado_server.h"
+#include "tests/support/files.h"
+#include "tests/support/narrow.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::test {
+namespace {
+
+using Services = backup::SystemServices;
+
+// A database in a file of its own, or the test is skipped where no driver for one is installed.
+class BackupDatabase : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        file_ = NewTemporaryFile();
+        server_ = std::make_unique<AdoServer>();
+        try {
+            Execute(u"create table t(i integer)");
+        } catch (const RunTimeError& error) {
+            if (!MeansNoDriver(error.Description())) throw;
+            GTEST_SKIP() << "NO ODBC DRIVER FOR SQLITE IS INSTALLED: " << Narrow(error.Description());
+        }
+    }
+    void TearDown() override {
+        server_.reset();
+        // Nobody has it open any more.
+        EXPECT_TRUE(DeleteFileW(Wide(file_))) << GetLastError();
+    }
+
+    Text Connection(const Text& file) const {
+        return u"Driver={SQLite3 ODBC Driver};NoCreat=1;PWD=secret;Database=" + file;
+    }
+    Text Connection() const { return Connection(file_); }
+
+    void Execute(const char16_t* sql) {
+        const auto connection = CreateNamedObject(L"ADODB.Connection");
+        LateMember(connection.get(), L"Open").Get(connection.get(), {Variant(Connection())});
+        LateMember(connection.get(), L"Execute").Get(connection.get(), {Variant(sql)});
+    }
+
+    void Damage() const {
+        const HANDLE file = CreateFileW(Wide(file_), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, 0, nullptr);
+        DWORD written = 0;
+        const std::string nonsense(4096, '?');
+        EXPECT_TRUE(WriteFile(file, nonsense.data(), static_cast<DWORD>(nonsense.size()), &written, nullptr));
+        CloseHandle(file);
+    }
+
+    // An error with this number, in words that give nothing away.
+    static void ExpectNoPassword(const Text& connection, int number) {
+        try {
+            backup::AdministratorPassword(connection);
+            ADD_FAILURE() << "no error";
+        } catch (const RunTimeError& error) {
+            EXPECT_EQ(error.Number(), number) << Narrow(error.Description());
+            EXPECT_FALSE(error.Description().empty());
+            for (const TextView told : {u"SQL", u"secret", u"Users", u"\\", u"Driver", u"UCode", u"x.db"}) {
+                EXPECT_EQ(error.Description().find(told), Text::npos) << Narrow(error.Description());
+            }
+        }
+    }
+
+    Text file_;
+    std::unique_ptr<AdoServer> server_;
+};
+
+TEST_F(BackupDatabase, OpensOrNot) {
+    EXPECT_TRUE(Services::DatabaseOpens(Connection()));
+    EXPECT_FALSE(Services::DatabaseOpens(Connection(file_ + u"x")));
+    EXPECT_FALSE(Services::DatabaseOpens(Connection(u"C:\\no\\such.db")));
+    EXPECT_FALSE(Services::DatabaseOpens(u"Driver={No such driver};Database=" + file_));
+    EXPECT_FALSE(Services::DatabaseOpens(u"nonsense"));
+    EXPECT_FALSE(Services::DatabaseOpens(u""));
+    Damage();
+    EXPECT_FALSE(Services::DatabaseOpens(Connection()));
+}
+
+TEST_F(BackupDatabase, ThatSomebodyElseWritesDoesNotOpenUntilHeIsDone) {
+    Execute(u"create table Users(UCode integer, Password text)");
+    Execute(u"insert into Users values(1, 'Sesame')");
+    const Text impatient = u"Timeout=20;" + Connection();
+    {
+        const auto other = CreateNamedObject(L"ADODB.Connection");
+        LateMember(other.get(), L"Open").Get(other.get(), {Variant(Connection())});
+        LateMember(other.get(), L"Execute").Get(other.get(), {Variant(u"begin exclusive")});
+        EXPECT_FALSE(Services::DatabaseOpens(impatient));
+        ExpectNoPassword(impatient, 3000);
+    }
+    EXPECT_TRUE(Services::DatabaseOpens(impatient));
+    EXPECT_EQ(backup::AdministratorPassword(impatient), u"Sesame");
+}
+
+TEST_F(BackupDatabase, ThePasswordIsTheAdministratorsAsText) {
+    const struct {
+        const char16_t* type;
+        const char16_t* literal;
+        std::optional<Text> password;
+    } cases[] = {
+        {u"text", u"'Sesame'", u"Sesame"},
+        {u"text", u"' a b '", u" a b "},
+        {u"text", u"'\u0416\u20ac\U0001F600'", u"\u0416\u20ac\U0001F600"},
+        {u"text", u"''", u""},
+        {u"text", u"null", std::nullopt},
+        {u"integer", u"1234", u"1234"},
+        {u"integer", u"null", std::nullopt},
+        {u"double", u"0.5", u"0.5"},
+        {u"double", u"1e20", u"1E+20"},
+        {u"bigint", u"5000000000", u"5000000000"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(Narrow(Text(c.type) + u' ' + c.literal));
+        Execute((Text(u"create table Users(UCode integer, Password ") + c.type + u")").c_str());
+        Execute(u"insert into Users values(2, 'not this one')");
+        Execute((Text(u"insert into Users values(1, ") + c.literal + u")").c_str());
+        EXPECT_EQ(backup::AdministratorPassword(Connection()), c.password);
+        Execute(u"drop table Users");
+    }
+}
+
+TEST_F(BackupDatabase, WithoutAPasswordThereIsAnErrorThatGivesNothingAway) {
+    const struct {
+        const char16_t* sql;
+        int number;
+    } cases[] = {
+        {u"select 1", 3000},  // no such table
+        {u"create table Users(UCode integer, Password text)", 3021},
+        {u"insert into Users values(2, 'other')", 3021},
+        {u"drop table Users", 3000},
+        {u"create table Users(UCode integer, Secret text)", 3000},  // no such column
+        {u"drop table Users", 3000},
+        {u"create table Users(UCode integer, Password blob)", 3021},
+        {u"insert into Users values(1, x'00ff')", errors::typeMismatch},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(Narrow(c.sql));
+        Execute(c.sql);
+        ExpectNoPassword(Connection(), c.number);
+    }
+    ExpectNoPassword(Connection(file_ + u"x.db"), 3000);
+    ExpectNoPassword(u"Provider=Elsewhere;PWD=secret", 3706);
+}
+
+// The system's own objects are called through their interfaces. They open no database here, but a closed one of theirs
+// says that it is closed, so each call comes to its own place.
+TEST(SystemDataObjects, AreCalledThroughTheirOwnInterfaces) {
+    constexpr auto closed = static_cast<HRESULT>(0x800A0E78);
+    ComPtr<IUnknown> connection;
+    ComPtr<IUnknown> records;
+    const auto create = [](const wchar_t* name, ComPtr<IUnknown>& object) {
+        return CoCreateInstance(ClassOf(name), nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.put_void());
+    };
+    if (FAILED(create(L"ADODB.Connection", connection)) || FAILED(create(L"ADODB.Recordset", records))) {
+        GTEST_SKIP() << "THE SYSTEM HAS NO DATA OBJECTS";
+    }
+    const AdoInterface<AdoConnection> direct(connection.get());
+    const AdoInterface<AdoRecordset> set(records.get());
+    ASSERT_TRUE(direct);
+    ASSERT_TRUE(set);
+    EXPECT_EQ(direct->Close(), closed);
+    EXPECT_EQ(set->Close(), closed);
+    EXPECT_FALSE(Services::DatabaseOpens(u"Provider=NoSuchProvider;PWD=secret;Data Source=C:\\a.db"));
+    try {
+        backup::AdministratorPassword(u"Provider=NoSuchProvider;PWD=secret;Data Source=C:\\a.db");
+        ADD_FAILURE() << "no error";
+    } catch (const RunTimeError& error) {
+        EXPECT_NE(error.Number(), 0);
+        EXPECT_EQ(error.Description(), u"The administrator's password cannot be read from the database.");
+    }
+}
+
+}  // namespace
+}  // namespace qvx::test

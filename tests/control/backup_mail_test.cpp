@@ -1,0 +1,128 @@
+// The mail with an archive, as the mail program gets it.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include "backup/system_services_win32.h"
+#include "common/run_time_error.h"
+#include "tests/support/fake_mail.h"
+#include "tests/support/narrow.h"
+
+namespace qvx::test {
+namespace {
+
+using Services = backup::SystemServices;
+
+constexpr ULONG unicodeNotSupported = 27;
+
+const Text archive = u"C:\\Copies\\Sh-1-3.qvx";
+
+struct Failed {
+    int number = 0;
+    Text words;
+};
+
+Failed Send(const Text& path = archive) {
+    try {
+        Services::SendMail(nullptr, {u"Database", path, path});
+    } catch (const RunTimeError& error) {
+        EXPECT_EQ(error.Description().find(u"Copies"), Text::npos) << Narrow(error.Description());
+        return {error.Number(), error.Description()};
+    }
+    return {};
+}
+
+TEST(BackupMail, GoesThroughTheMailProgramsOwnDialog) {
+    FakeMail mail(GetModuleHandleW(nullptr));
+    EXPECT_EQ(Send().number, 0);
+    // A new session with its logon shown (1 and 2) and no download of mail; the dialog for the message (8).
+    EXPECT_EQ(mail.Take(),
+              u"logon (null) (null) flags 3\n"
+              u"send flags 8 subject Database text [] recipients 0\n"
+              u"0: C:\\Copies\\Sh-1-3.qvx as C:\\Copies\\Sh-1-3.qvx\n"
+              u"logoff\n");
+    EXPECT_EQ(mail.LoadFlags(), static_cast<DWORD>(LOAD_LIBRARY_SEARCH_SYSTEM32));
+}
+
+TEST(BackupMail, FailuresComeOutInWordsAndSessionsEnd) {
+    FakeMail mail(GetModuleHandleW(nullptr));
+    const struct {
+        ULONG logon;
+        ULONG send;
+        int number;
+        const char16_t* words;
+        bool session;
+    } cases[] = {
+        {3, 0, 32003, u"logon", false},     {1, 0, 32001, u"cancelled", false}, {0, 1, 32001, u"cancelled", true},
+        {0, 11, 32011, u"not found", true}, {0, 2, 32002, u"failed", true},     {0, 999, 32002, u"failed", true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.number);
+        mail.Answer(c.logon, c.send, 0);
+        const Failed failed = Send();
+        EXPECT_EQ(failed.number, c.number);
+        EXPECT_NE(failed.words.find(c.words), Text::npos) << Narrow(failed.words);
+        EXPECT_EQ(mail.Take().find(u"\nlogoff\n") != Text::npos, c.session);
+    }
+}
+
+TEST(BackupMail, WithoutAMailProgramThereIsAClearError) {
+    FakeMail mail(GetModuleHandleW(nullptr));
+    mail.Install(false);
+    const Failed failed = Send();
+    EXPECT_EQ(failed.number, 32002);
+    EXPECT_NE(failed.words.find(u"No mail program"), Text::npos);
+    EXPECT_EQ(mail.Take(), u"");
+}
+
+// A name that no one code page can write.
+class BackupMailNames : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        wchar_t folder[MAX_PATH];
+        GetTempPathW(MAX_PATH, folder);
+        path_ = Text(FromWide(folder)) + u"\u0416\u00e4\u5b57 copy.qvx";
+        const HANDLE file = CreateFileW(Wide(path_), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+        ASSERT_NE(file, INVALID_HANDLE_VALUE);
+        CloseHandle(file);
+        if (GetACP() == CP_UTF8) GTEST_SKIP() << "EVERY NAME CAN BE WRITTEN HERE";
+    }
+    void TearDown() override { DeleteFileW(Wide(path_)); }
+
+    Text path_;
+};
+
+TEST_F(BackupMailNames, AreSentInWideCharacters) {
+    FakeMail mail(GetModuleHandleW(nullptr));
+    EXPECT_EQ(Send(path_).number, 0);
+    const Text asked = mail.Take();
+    EXPECT_NE(
+        asked.find(u"\nsend wide flags 8 subject Database text [] recipients 0\n0: " + path_ + u" as " + path_ + u"\n"),
+        Text::npos)
+        << Narrow(asked);
+}
+
+TEST_F(BackupMailNames, AreSentInTheirShortFormToProgramsThatReadNoWideCharacters) {
+    FakeMail mail(GetModuleHandleW(nullptr));
+    Text shortPath(MAX_PATH, u'\0');
+    shortPath.resize(GetShortPathNameW(Wide(path_), WideBuffer(shortPath), MAX_PATH));
+    BOOL replaced = FALSE;
+    WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, Wide(shortPath), -1, nullptr, 0, nullptr, &replaced);
+    for (const bool known : {true, false}) {
+        mail.KnowWide(known);
+        mail.Answer(0, 0, unicodeNotSupported);
+        const Failed failed = Send(path_);
+        const Text asked = mail.Take();
+        EXPECT_EQ(asked.find(u"send wide") != Text::npos, known);
+        if (replaced) {
+            // The volume keeps no short form.
+            EXPECT_EQ(failed.number, 32011);
+        } else {
+            EXPECT_EQ(failed.number, 0);
+            EXPECT_NE(asked.find(u"0: " + shortPath + u" as " + shortPath), Text::npos) << Narrow(asked);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace qvx::test

@@ -1,0 +1,396 @@
+// The backup's steps on the system: files, folders, drives, archivers, databases and mail as they are there.
+#include "backup/system_services_win32.h"
+
+#include <windows.h>
+
+#include <aclapi.h>
+#include <gtest/gtest.h>
+#include <sddl.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "com/text.h"
+#include "common/number_text.h"
+#include "common/run_time_error.h"
+#include "tests/support/files.h"
+#include "tests/support/import_patch.h"
+#include "tests/support/narrow.h"
+
+namespace qvx::test {
+namespace {
+
+using backup::DriveKind;
+using Services = backup::SystemServices;
+
+// The number that `work` fails with, 0 when it does not. No description may give away what follows "secret".
+int Failure(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const RunTimeError& error) {
+        const Text& words = error.Description();
+        EXPECT_FALSE(words.empty());
+        EXPECT_EQ(words.find(u"secret"), Text::npos) << Narrow(words);
+        EXPECT_EQ(words.find(u'\\'), Text::npos) << Narrow(words);
+        return error.Number();
+    }
+    return 0;
+}
+
+class Files : public TemporaryFolder {};
+
+TEST_F(Files, SizeIsThatOfFilesOnly) {
+    Write(In(u"a.db"), "four");
+    Write(In(u"empty"), "");
+    EXPECT_EQ(Services::FileSize(In(u"a.db")), 4u);
+    EXPECT_EQ(Services::FileSize(In(u"empty")), 0u);
+    Text slashes = In(u"a.db");
+    std::replace(slashes.begin(), slashes.end(), u'\\', u'/');
+    EXPECT_EQ(Services::FileSize(slashes), 4u);
+    for (const Text& none : {In(u"b.db"), In(u"no\\a.db"), In(u"a.*"), In(u"?.db"), In(u"a.db\\b"), Text(root_), Text(),
+                             Text(u"\\\\no-such-server\\share\\a.db")}) {
+        std::optional<std::uint64_t> size;
+        EXPECT_EQ(Failure([&] { size = Services::FileSize(none); }), 0) << Narrow(none);
+        EXPECT_EQ(size, std::nullopt) << Narrow(none);
+    }
+}
+
+TEST_F(Files, AFileLargerThanFourGigabytesHasItsWholeSize) {
+    const HANDLE file = CreateFileW(Wide(In(u"large")), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    LARGE_INTEGER end{};
+    end.QuadPart = 5'000'000'000;
+    const bool made = SetFilePointerEx(file, end, nullptr, FILE_BEGIN) && SetEndOfFile(file);
+    CloseHandle(file);
+    ASSERT_TRUE(made);
+    EXPECT_EQ(Services::FileSize(In(u"large")), 5'000'000'000u);
+}
+
+TEST_F(Files, FailuresHaveTheNumbersThatHostsKnow) {
+    Write(In(u"a"), "a");
+    Write(In(u"b"), "b");
+    Write(In(u"fixed"), "fixed");
+    Write(In(u"held"), "held");
+    SetFileAttributesW(Wide(In(u"fixed")), FILE_ATTRIBUTE_READONLY);
+    CreateDirectoryW(Wide(In(u"folder")), nullptr);
+    const OpenElsewhere held(In(u"held"), GENERIC_READ | GENERIC_WRITE, 0);
+    const Text nul = In(u"a") + u'\0' + u"b";
+    const struct {
+        const char* what;
+        std::function<void()> step;
+        std::vector<int> numbers;  // any of them
+    } cases[] = {
+        {"delete none", [&] { Services::DeleteFile(In(u"none")); }, {53}},
+        {"delete in no folder", [&] { Services::DeleteFile(In(u"no\\none")); }, {76}},
+        {"delete read-only", [&] { Services::DeleteFile(In(u"fixed")); }, {75}},
+        {"delete what is in use", [&] { Services::DeleteFile(In(u"held")); }, {70}},
+        {"delete a folder", [&] { Services::DeleteFile(In(u"folder")); }, {75}},
+        {"delete wildcards", [&] { Services::DeleteFile(In(u"?")); }, {52, 53}},
+        {"delete a name cut short", [&] { Services::DeleteFile(nul); }, {52}},
+        {"create in no folder", [&] { Services::CreateEmptyFile(In(u"no\\a")); }, {76}},
+        {"create over read-only", [&] { Services::CreateEmptyFile(In(u"fixed")); }, {75}},
+        {"create over a folder", [&] { Services::CreateEmptyFile(In(u"folder")); }, {75}},
+        {"create over what is in use", [&] { Services::CreateEmptyFile(In(u"held")); }, {70}},
+        {"rename none", [&] { Services::RenameFile(In(u"none"), In(u"c")); }, {53}},
+        {"rename to a name taken", [&] { Services::RenameFile(In(u"a"), In(u"b")); }, {58}},
+        {"rename read-only", [&] { Services::RenameFile(In(u"fixed"), In(u"c")); }, {75}},
+        {"rename what is in use", [&] { Services::RenameFile(In(u"held"), In(u"c")); }, {70}},
+        {"copy none", [&] { Services::CopyFile(In(u"none"), In(u"c")); }, {53}},
+        {"copy into no folder", [&] { Services::CopyFile(In(u"a"), In(u"no\\c")); }, {76}},
+        {"copy over read-only", [&] { Services::CopyFile(In(u"a"), In(u"fixed")); }, {75}},
+        {"copy over what is in use", [&] { Services::CopyFile(In(u"a"), In(u"held")); }, {70}},
+        {"copy onto itself", [&] { Services::CopyFile(In(u"a"), In(u"A")); }, {70}},
+        {"copy a folder", [&] { Services::CopyFile(In(u"folder"), In(u"c")); }, {75}},
+        {"replace by none", [&] { Services::ReplaceFile(In(u"none"), In(u"c")); }, {53}},
+        {"replace by none what is there", [&] { Services::ReplaceFile(In(u"none"), In(u"b")); }, {53}},
+        {"replace in no folder", [&] { Services::ReplaceFile(In(u"a"), In(u"no\\c")); }, {76}},
+        {"replace read-only", [&] { Services::ReplaceFile(In(u"a"), In(u"fixed")); }, {75}},
+        {"replace what is in use", [&] { Services::ReplaceFile(In(u"a"), In(u"held")); }, {70}},
+        {"replace a folder", [&] { Services::ReplaceFile(In(u"a"), In(u"folder")); }, {70, 75}},
+        {"the short path of none", [&] { Services::ShortPath(In(u"none")); }, {53}},
+        {"the short path of a folder", [&] { Services::ShortPath(root_); }, {53}},
+        {"empty no folder", [&] { Services::DeleteFiles(In(u"no\\")); }, {}},
+        {"empty what is no folder's path", [&] { Services::DeleteFiles(In(u"fol")); }, {76}},
+        {"empty nothing", [&] { Services::DeleteFiles(u""); }, {76}},
+    };
+    for (const auto& c : cases) {
+        const int number = Failure(c.step);
+        const bool expected =
+            c.numbers.empty() ? number == 0 : std::find(c.numbers.begin(), c.numbers.end(), number) != c.numbers.end();
+        EXPECT_TRUE(expected) << c.what << " failed with " << number;
+    }
+    EXPECT_FALSE(IsThere(In(u"c")));
+    const struct {
+        const char16_t* name;
+        const char* content;
+    } left[] = {{u"a", "a"}, {u"b", "b"}, {u"fixed", "fixed"}};
+    for (const auto& file : left) EXPECT_EQ(Read(In(file.name)), file.content) << Narrow(file.name);
+    EXPECT_EQ(Services::FileSize(In(u"held")), 4u);
+}
+
+TEST_F(Files, AnEmptyFileTakesThePlaceOfWhateverIsThere) {
+    Write(In(u"hidden"), "content");
+    SetFileAttributesW(Wide(In(u"hidden")), FILE_ATTRIBUTE_HIDDEN);
+    for (const TextView name : {u"new", u"hidden"}) {
+        Services::CreateEmptyFile(In(name));
+        EXPECT_EQ(Services::FileSize(In(name)), 0u) << Narrow(name);
+        Services::DeleteFile(In(name));
+        EXPECT_FALSE(IsThere(In(name)));
+    }
+}
+
+// Some systems refuse on a full disk even to end an empty file where it ends.
+BOOL WINAPI NoRoomForAnEnd(HANDLE) {
+    SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+}
+
+TEST_F(Files, AnEmptyFileNeedsNoRoom) {
+    const ImportPatch full(GetModuleHandleW(nullptr), "SetEndOfFile", reinterpret_cast<void*>(&NoRoomForAnEnd));
+    ASSERT_TRUE(full.Found());
+    EXPECT_EQ(Failure([&] { Services::CreateEmptyFile(In(u"new")); }), 0);
+    EXPECT_EQ(Services::FileSize(In(u"new")), 0u);
+    Write(In(u"old"), "old");
+    EXPECT_EQ(Failure([&] { Services::CreateEmptyFile(In(u"old")); }), 61);
+    EXPECT_EQ(Read(In(u"old")), "old");
+}
+
+// Some tell only when what they keep in memory is to be written that there is no room for it.
+BOOL WINAPI NoRoomInTheEnd(HANDLE) {
+    SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+}
+
+TEST_F(Files, ACopyIsThereOnlyOnceItIsOnTheDisk) {
+    Write(In(u"from"), "content");
+    const ImportPatch full(GetModuleHandleW(nullptr), "FlushFileBuffers", reinterpret_cast<void*>(&NoRoomInTheEnd));
+    ASSERT_TRUE(full.Found());
+    EXPECT_EQ(Failure([&] { Services::CopyFile(In(u"from"), In(u"to")); }), 61);
+}
+
+TEST_F(Files, ACopyHasTheBytesAndTheTimeAndCanBeWrittenOver) {
+    std::string content(3 * 1024 * 1024 + 17, '\0');
+    for (std::size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 31 >> 3);
+    Write(In(u"from"), content);
+    Write(In(u"to"), std::string(content.size() + 1000, 'x'));
+    FILETIME written{};
+    {
+        const HANDLE file =
+            CreateFileW(Wide(In(u"from")), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+        SYSTEMTIME day{};
+        day.wYear = 2021;
+        day.wMonth = 3;
+        day.wDay = 4;
+        SystemTimeToFileTime(&day, &written);
+        EXPECT_TRUE(SetFileTime(file, nullptr, nullptr, &written));
+        CloseHandle(file);
+    }
+    SetFileAttributesW(Wide(In(u"from")), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
+    // Whoever else has the source open, and however, is no hindrance.
+    const OpenElsewhere reader(In(u"from"), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+    for (const TextView name : {u"to", u"new", u"to"}) {
+        Services::CopyFile(In(u"from"), In(name));
+        EXPECT_TRUE(Read(In(name)) == content) << Narrow(name);
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        EXPECT_TRUE(GetFileAttributesExW(Wide(In(name)), GetFileExInfoStandard, &data));
+        EXPECT_EQ(CompareFileTime(&data.ftLastWriteTime, &written), 0) << Narrow(name);
+        EXPECT_FALSE(data.dwFileAttributes & FILE_ATTRIBUTE_READONLY) << Narrow(name);
+        EXPECT_TRUE(data.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) << Narrow(name);
+    }
+    // And nothing is kept open.
+    EXPECT_TRUE(DeleteFileW(Wide(In(u"to"))));
+}
+
+TEST_F(Files, AReplacementTakesThePlaceOfAFileOrOfNone) {
+    Write(In(u"new"), "the new one");
+    Services::ReplaceFile(In(u"new"), In(u"a.db"));
+    EXPECT_EQ(Read(In(u"a.db")), "the new one");
+    EXPECT_FALSE(IsThere(In(u"new")));
+
+    Write(In(u"new"), "a newer one");
+    SetFileAttributesW(Wide(In(u"a.db")), FILE_ATTRIBUTE_HIDDEN);
+    Services::ReplaceFile(In(u"new"), In(u"a.db"));
+    EXPECT_EQ(Read(In(u"a.db")), "a newer one");
+    EXPECT_FALSE(IsThere(In(u"new")));
+    EXPECT_TRUE(GetFileAttributesW(Wide(In(u"a.db"))) & FILE_ATTRIBUTE_HIDDEN);
+}
+
+Text Permissions(const Text& path) {
+    Text writable = path;
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    LPWSTR words = nullptr;
+    Text text;
+    if (GetNamedSecurityInfoW(WideBuffer(writable), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr,
+                              nullptr, nullptr, &descriptor) == ERROR_SUCCESS &&
+        ConvertSecurityDescriptorToStringSecurityDescriptorW(descriptor, SDDL_REVISION_1, DACL_SECURITY_INFORMATION,
+                                                             &words, nullptr)) {
+        text = FromWide(words);
+    }
+    LocalFree(words);
+    LocalFree(descriptor);
+    return text;
+}
+
+TEST_F(Files, AReplacementKeepsThePermissionsOfTheOldFile) {
+    Write(In(u"a.db"), "old");
+    Write(In(u"new"), "new");
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    // Administrators and the owner everything, everyone else reading.
+    ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:P(A;;FA;;;BA)(A;;FA;;;OW)(A;;FR;;;WD)",
+                                                                     SDDL_REVISION_1, &descriptor, nullptr));
+    ASSERT_TRUE(SetFileSecurityW(Wide(In(u"a.db")), DACL_SECURITY_INFORMATION, descriptor));
+    LocalFree(descriptor);
+    const Text before = Permissions(In(u"a.db"));
+    ASSERT_FALSE(before.empty());
+    Services::ReplaceFile(In(u"new"), In(u"a.db"));
+    EXPECT_EQ(Read(In(u"a.db")), "new");
+    EXPECT_EQ(Narrow(Permissions(In(u"a.db"))), Narrow(before));
+}
+
+TEST_F(Files, PathsLongerThanTheSystemsOldLimitWork) {
+    Text folder = root_;
+    for (int i = 0; i < 3; ++i) {
+        folder += Text(100, static_cast<char16_t>(u'a' + i)) + u'\\';
+        ASSERT_TRUE(CreateDirectoryW(Wide(u"\\\\?\\" + folder), nullptr)) << GetLastError();
+    }
+    Services::CreateEmptyFile(folder + u"empty");
+    EXPECT_EQ(Services::FileSize(folder + u"empty"), 0u);
+    Write(In(u"short"), "content");
+    Services::CopyFile(In(u"short"), folder + u"arriving.new");
+    Services::ReplaceFile(folder + u"arriving.new", folder + u"a.db");
+    Services::RenameFile(folder + u"a.db", folder + u"b.db");
+    EXPECT_EQ(Services::FileSize(folder + u"b.db"), 7u);
+    EXPECT_EQ(Services::FirstFile(folder, u".db"), u"b.db");
+    EXPECT_TRUE(Services::SameFolder(folder, folder +
+                                                 u".."
+                                                 u"\\" +
+                                                 Text(100, u'C') + u'\\'));
+    EXPECT_FALSE(Services::ShortPath(folder + u"b.db").empty());
+    EXPECT_EQ(Services::DriveTypeOf(folder + u"b.db"), DriveKind::other);
+    Services::DeleteFile(folder + u"empty");
+    Services::DeleteFiles(folder);
+    EXPECT_EQ(Services::FirstFile(folder, u""), u"");
+}
+
+// ---- Folders -------------------------------------------------------------------------------------------------------
+
+TEST_F(Files, TheFirstFileEndsInTheExtensionItself) {
+    for (const TextView name : {u"x.abcd", u"x.ab", u"abc", u".abcx"}) Write(In(name), "");
+    CreateDirectoryW(Wide(In(u"folder.abc")), nullptr);
+    EXPECT_EQ(Services::FirstFile(root_, u".abc"), u"");
+    EXPECT_EQ(Services::FirstFile(In(u"no\\"), u".abc"), u"");
+    EXPECT_EQ(Services::FirstFile(In(u"*\\"), u".abc"), u"");
+    EXPECT_NE(Services::FirstFile(root_, u""), u"");
+    Write(In(u"\u0416.ABC"), "");
+    EXPECT_EQ(Services::FirstFile(root_, u".abc"), u"\u0416.ABC");
+    SetFileAttributesW(Wide(In(u"\u0416.ABC")), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+    EXPECT_EQ(Services::FirstFile(root_, u".aBc"), u"\u0416.ABC");
+}
+
+TEST_F(Files, AFolderIsEmptiedOfFilesOnly) {
+    const struct {
+        const char16_t* name;
+        DWORD attributes;
+    } files[] = {{u"plain", FILE_ATTRIBUTE_NORMAL},
+                 {u"hidden", FILE_ATTRIBUTE_HIDDEN},
+                 {u"fixed", FILE_ATTRIBUTE_READONLY},
+                 {u"system", FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_READONLY}};
+    for (const auto& file : files) {
+        Write(In(file.name), "x");
+        SetFileAttributesW(Wide(In(file.name)), file.attributes);
+    }
+    for (int i = 0; i < 200; ++i) Write(In(u"many" + IntegerToText(i)), "");
+    CreateDirectoryW(Wide(In(u"inner")), nullptr);
+    Write(In(u"inner\\kept"), "kept");
+    Services::DeleteFiles(root_);
+    EXPECT_EQ(Services::FirstFile(root_, u""), u"");
+    EXPECT_EQ(Read(In(u"inner\\kept")), "kept");
+    Write(In(u"held"), "x");
+    const OpenElsewhere held(In(u"held"), GENERIC_READ, 0);
+    EXPECT_EQ(Failure([&] { Services::DeleteFiles(root_); }), 70);
+}
+
+TEST_F(Files, AFolderIsTheSameHoweverItIsSpelled) {
+    CreateDirectoryW(Wide(In(u"one")), nullptr);
+    CreateDirectoryW(Wide(In(u"two")), nullptr);
+    Write(In(u"file"), "");
+    const struct {
+        Text one;
+        Text other;
+        bool same;
+    } cases[] = {
+        {In(u"one"), In(u"one\\"), true},
+        {In(u"one\\"), In(u"ONE"), true},
+        {In(u"one\\"), In(u"two\\..\\one\\."), true},
+        {In(u"one\\"), u"\\\\?\\" + In(u"one"), true},
+        {In(u"one\\"), In(u"two\\"), false},
+        {In(u"one\\"), In(u"three\\"), false},
+        {In(u"three\\"), In(u"three\\"), false},
+        {In(u"file"), In(u"file"), false},
+        {u"", u"", false},
+        {u"Q:\\none\\", In(u"one"), false},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(Services::SameFolder(c.one, c.other), c.same) << Narrow(c.one) << " | " << Narrow(c.other);
+    }
+    wchar_t before[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, before);
+    SetCurrentDirectoryW(Wide(In(u"one")));
+    EXPECT_TRUE(Services::SameFolder(u".", In(u"one\\")));
+    SetCurrentDirectoryW(before);
+}
+
+// ---- Names and drives ----------------------------------------------------------------------------------------------
+
+TEST_F(Files, AShortPathLeadsToTheFile) {
+    Write(In(u"a rather long name.database"), "seven77");
+    const Text path = Services::ShortPath(In(u"a rather long name.database"));
+    EXPECT_EQ(Services::FileSize(path), 7u) << Narrow(path);
+    EXPECT_NE(path.substr(0, 4), u"\\\\?\\");
+}
+
+TEST(BackupDrives, AreToldByAnyPathOnThem) {
+    for (const TextView path : {u"C:\\", u"C:\\no such\\file.x", u"c:/windows/x", u"C:", u"no such.file"}) {
+        EXPECT_EQ(Services::DriveTypeOf(path), DriveKind::other) << Narrow(path);
+    }
+    EXPECT_EQ(Failure([] { Services::DriveTypeOf(u"Q:\\secret\\x"); }), 68);
+}
+
+TEST(BackupDrives, ChangingTheDriveGoesToItsCurrentFolder) {
+    wchar_t before[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, before);
+    ASSERT_TRUE(SetCurrentDirectoryW(L"Z:\\"));
+    Services::ChangeDrive(u"C:\\no such folder\\a.db");
+    wchar_t now[MAX_PATH] = L"";
+    GetCurrentDirectoryW(MAX_PATH, now);
+    EXPECT_EQ(now[0], L'C');
+    Services::ChangeDrive(u"");
+    Services::ChangeDrive(u"relative.db");
+    EXPECT_EQ(Failure([] { Services::ChangeDrive(u"Q:\\secret\\"); }), 68);
+    wchar_t after[MAX_PATH] = L"";
+    GetCurrentDirectoryW(MAX_PATH, after);
+    EXPECT_STREQ(after, now);
+    SetCurrentDirectoryW(before);
+}
+
+TEST(BackupNames, TemporaryOnesAreFreshAndLongEnough) {
+    const Text one = Services::TemporaryName();
+    EXPECT_EQ(one.substr(0, 3), u"rad");
+    EXPECT_EQ(one.size(), 12u) << Narrow(one);
+    EXPECT_EQ(one.find_first_of(u"\\/:"), Text::npos);
+    EXPECT_NE(one, Services::TemporaryName());
+}
+
+TEST(BackupNames, TodayIsTheLocalDay) {
+    SYSTEMTIME before{};
+    SYSTEMTIME after{};
+    GetLocalTime(&before);
+    const backup::Date today = Services::Today();
+    GetLocalTime(&after);
+    EXPECT_TRUE((today.day == before.wDay && today.month == before.wMonth) ||
+                (today.day == after.wDay && today.month == after.wMonth));
+}
+
+}  // namespace
+}  // namespace qvx::test

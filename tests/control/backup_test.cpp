@@ -1,0 +1,217 @@
+// The Backup control as its host meets it.
+#include <gtest/gtest.h>
+#include <olectl.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "Qvx.h"
+#include "com/bstr.h"
+#include "tests/support/container.h"
+#include "tests/support/form_window.h"
+#include "tests/support/input.h"
+#include "tests/support/message_box.h"
+#include "tests/support/narrow.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::test {
+namespace {
+
+ComPtr<IUnknown> NewBackup() { return ServerUnderTest::Get().Create(CLSID_Backup); }
+
+Container::Options Mode(bool user) {
+    Container::Options options;
+    options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(user));
+    return options;
+}
+
+TEST(Backup, KeepsItsSettings) {
+    const auto control = NewBackup();
+    ASSERT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    const auto automation = control.As<IDispatch>();
+    EXPECT_EQ(u"", SaveToBag(control.get())->Print()) << "what is as it was need not be saved";
+    const wchar_t* const names[] = {L"CnnString", L"Database",        L"TempPath",     L"DataPath",
+                                    L"ZipPath",   L"BackupExtension", L"DataExtension"};
+    auto listener = MakeObject<PropertyListener>();
+    const Connection connection(control.get(), IID_IPropertyNotifySink, listener.get());
+    for (const wchar_t* name : names) {
+        EXPECT_EQ(u"", Call(automation.get(), name).ToText()) << name;
+        const Text value = u"a " + Text(FromWide(name));
+        Put(automation.get(), name, {Variant(value)});
+        EXPECT_EQ(value, Call(automation.get(), name).ToText());
+    }
+    EXPECT_EQ(false, Call(automation.get(), L"CheckSecurity").ToBool());
+    Put(automation.get(), L"CheckSecurity", {Variant(true)});
+    EXPECT_EQ((std::vector<DISPID>{1, 2, 3, 4, 5, 6, 7, 8}), listener->changed);
+    const auto bag = SaveToBag(control.get());
+    EXPECT_EQ(
+        u"CnnString=a CnnString\nDatabase=a Database\nTempPath=a TempPath\nDataPath=a DataPath\nZipPath=a ZipPath\n"
+        u"BackupExtension=a BackupExtension\nDataExtension=a DataExtension\nCheckSecurity=True\n",
+        bag->Print());
+    const auto copy = NewBackup();
+    ASSERT_EQ(S_OK, LoadFromBag(copy.get(), bag.get()));
+    EXPECT_EQ(SaveToStream(control.get()), SaveToStream(copy.get()));
+}
+
+TEST(Backup, IsASmallSquareOfOneSize) {
+    for (const bool user : {false, true}) {
+        Container container(Mode(user));
+        container.Place(NewBackup());
+        const auto object = Query<IOleObject>(container.Control());
+        // 270 twips in hundredths of a millimetre.
+        SIZEL extent{2540, 5080};
+        ASSERT_EQ(S_OK, object->SetExtent(DVASPECT_CONTENT, &extent));
+        ASSERT_EQ(S_OK, object->GetExtent(DVASPECT_CONTENT, &extent));
+        EXPECT_NEAR(476, extent.cx, 1);
+        EXPECT_NEAR(476, extent.cy, 1);
+        container.Activate();
+        container.MoveTo({30, 40, 180, 90});
+        RECT area{};
+        GetWindowRect(container.ControlWindow(), &area);
+        EXPECT_EQ(18, area.right - area.left);
+        EXPECT_EQ(18, area.bottom - area.top);
+        EXPECT_EQ(!user, IsWindowVisible(container.ControlWindow()) != 0);
+        DWORD status = 0;
+        object->GetMiscStatus(DVASPECT_CONTENT, &status);
+        EXPECT_TRUE(status & OLEMISC_INVISIBLEATRUNTIME);
+    }
+}
+
+// It never takes the focus away from what can be typed into.
+TEST(Backup, TakesNoFocus) {
+    Container container(Mode(true));
+    container.Place(NewBackup());
+    SetForegroundWindow(container.Window());
+    SetFocus(container.Window());
+    container.ActivateUi();
+    EXPECT_EQ(container.Window(), GetFocus());
+}
+
+TEST(Backup, ShowsItsPictureToDesignersOnly) {
+    for (const bool user : {false, true}) {
+        Container container(Mode(user));
+        container.Place(NewBackup());
+        const HDC screen = GetDC(nullptr);
+        const HDC dc = CreateCompatibleDC(screen);
+        const HBITMAP bitmap = CreateCompatibleBitmap(screen, 18, 18);
+        const HGDIOBJ old = SelectObject(dc, bitmap);
+        const RECTL bounds{0, 0, 18, 18};
+        EXPECT_EQ(S_OK, Query<IViewObject>(container.Control())
+                            ->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr, nullptr, 0));
+        int drawn = 0;
+        for (int i = 0; i < 18; ++i) drawn += GetPixel(dc, i, i) != RGB(0, 0, 0) ? 1 : 0;
+        EXPECT_EQ(user ? 0 : 18, drawn);
+        SelectObject(dc, old);
+        DeleteObject(bitmap);
+        DeleteDC(dc);
+        ReleaseDC(nullptr, screen);
+    }
+}
+
+class BackupShown : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        wchar_t folder[MAX_PATH]{};
+        GetTempPathW(MAX_PATH, folder);
+        folder_ = std::wstring(folder) + L"QvxBackupTest\\";
+        CreateDirectoryW(folder_.c_str(), nullptr);
+        container_.emplace(Mode(true));
+        container_->Place(NewBackup());
+        Put(Automation(), L"DataPath", {Variant(Text(FromWide(folder_.c_str())))});
+        Put(Automation(), L"Database", {Variant(u"Accounts")});
+        ASSERT_TRUE(BringToFront(container_->Window()));
+    }
+    void TearDown() override {
+        container_.reset();
+        DeleteFileW((folder_ + L"Accounts.ldb").c_str());
+        RemoveDirectoryW(folder_.c_str());
+        WaitFor([] { return false; }, 30);
+    }
+    void Lock() {
+        const HANDLE file = CreateFileW((folder_ + L"Accounts.ldb").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr);
+        ASSERT_NE(INVALID_HANDLE_VALUE, file);
+        CloseHandle(file);
+    }
+    IDispatch* Automation() { return automation_ ? automation_.get() : (automation_ = container_->Automation()).get(); }
+    // What a caller's variable holds afterwards.
+    void Show(VARIANT action) {
+        const CallResult result = Invoke(Automation(), L"Show", DISPATCH_METHOD, {action});
+        EXPECT_EQ(S_OK, result.result);
+        WaitFor([&] { return GetForegroundWindow() == container_->Window(); }, 1000);
+    }
+
+    std::wstring folder_;
+    std::optional<Container> container_;
+    ComPtr<IDispatch> automation_;
+};
+
+TEST_F(BackupShown, OpensNothingWhileTheDatabaseIsInUse) {
+    Lock();
+    for (const int action : {-1, 0}) {
+        bool form = true;
+        std::wstring title;
+        const FormPerson person([&] {
+            const HWND box = WaitForBox();
+            form = FindForm(nullptr) != nullptr;
+            wchar_t text[60]{};
+            GetWindowTextW(box, text, 60);
+            title = text;
+            if (box) TypeKey('O');
+        });
+        Show(Variant(action).get());
+        EXPECT_FALSE(form);
+        EXPECT_EQ(L"  Information", title) << "no title of its own";
+        EXPECT_EQ(nullptr, FindForm(nullptr));
+    }
+}
+
+// As scripts and programs pass an argument: its value, a variable, a variable that holds a variant of another kind.
+TEST_F(BackupShown, AnythingButZeroBacksUp) {
+    const struct {
+        Variant action;
+        const wchar_t* caption;
+    } cases[] = {{Variant(-1), L"Backup"},    {Variant(0), L"Restore"},   {Variant(1), L"Backup"},
+                 {Variant(-2), L"Backup"},    {Variant(true), L"Backup"}, {Variant(false), L"Restore"},
+                 {Variant(u"0"), L"Restore"}, {Variant(7.0), L"Backup"}};
+    for (const auto& c : cases) {
+        for (const bool byReference : {false, true}) {
+            const FormPerson person([&] {
+                if (WaitForForm(c.caption)) TypeKey(VK_ESCAPE);
+            });
+            Variant variable(c.action);
+            VARIANT argument = variable.get();
+            if (byReference) {
+                argument = VARIANT{};
+                argument.vt = VT_BYREF | VT_VARIANT;
+                argument.pvarVal = variable.ptr();
+            }
+            Show(argument);
+            EXPECT_EQ(c.action.Type(), variable.Type()) << "left as it was";
+            EXPECT_EQ(c.action.ToText(), variable.ToText());
+        }
+    }
+}
+
+TEST_F(BackupShown, ThroughTheInterfaceTheArgumentStays) {
+    const FormPerson person([] {
+        if (WaitForForm(L"Backup")) TypeKey(VK_ESCAPE);
+    });
+    auto action = static_cast<ActionType>(3);
+    EXPECT_EQ(S_OK, container_->Automation().As<_Backup>()->Show(&action));
+    EXPECT_EQ(3, static_cast<int>(action));
+    EXPECT_EQ(E_POINTER, container_->Automation().As<_Backup>()->Show(nullptr));
+}
+
+// The host closes its form from a timer while the dialog is open.
+TEST_F(BackupShown, OutlivesItsHost) {
+    const FormPerson person([&] {
+        if (WaitForForm(L"Backup")) PostMessageW(container_->Window(), WM_CLOSE, 0, 0);
+    });
+    const auto control = container_->Automation();
+    EXPECT_EQ(S_OK, Invoke(control.get(), L"Show", DISPATCH_METHOD, {Variant(-1).get()}).result);
+    EXPECT_EQ(nullptr, FindForm(nullptr));
+}
+
+}  // namespace
+}  // namespace qvx::test

@@ -1,0 +1,95 @@
+// Files as tests make them and look at them, in a folder of the test's own.
+#pragma once
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "com/text.h"
+#include "common/number_text.h"
+#include "tests/support/narrow.h"
+
+namespace qvx::test {
+
+inline void Write(const Text& path, std::string_view content) {
+    const HANDLE file = CreateFileW(Wide(path), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE) << Narrow(path) << ": " << GetLastError();
+    DWORD written = 0;
+    EXPECT_TRUE(WriteFile(file, content.data(), static_cast<DWORD>(content.size()), &written, nullptr));
+    CloseHandle(file);
+}
+
+inline std::string Read(const Text& path) {
+    const HANDLE file = CreateFileW(Wide(path), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return "(none)";
+    std::string content(GetFileSize(file, nullptr), '\0');
+    DWORD read = 0;
+    EXPECT_TRUE(ReadFile(file, content.data(), static_cast<DWORD>(content.size()), &read, nullptr));
+    CloseHandle(file);
+    return content;
+}
+
+inline bool IsThere(const Text& path) { return GetFileAttributesW(Wide(path)) != INVALID_FILE_ATTRIBUTES; }
+
+// An empty file of its own, in the folder for such.
+inline Text NewTemporaryFile() {
+    wchar_t folder[MAX_PATH] = L"";
+    wchar_t file[MAX_PATH] = L"";
+    GetTempPathW(MAX_PATH, folder);
+    EXPECT_NE(GetTempFileNameW(folder, L"qvx", 0, file), 0u) << GetLastError();
+    return Text(FromWide(file));
+}
+
+// Another program's hold on a file.
+class OpenElsewhere {
+  public:
+    OpenElsewhere(const Text& path, DWORD access, DWORD sharing)
+        : file_(CreateFileW(Wide(path), access, sharing, nullptr, OPEN_EXISTING, 0, nullptr)) {
+        EXPECT_NE(file_, INVALID_HANDLE_VALUE) << GetLastError();
+    }
+    ~OpenElsewhere() { CloseHandle(file_); }
+    OpenElsewhere(const OpenElsewhere&) = delete;
+    OpenElsewhere& operator=(const OpenElsewhere&) = delete;
+
+  private:
+    HANDLE file_;
+};
+
+// A folder named so that no description may repeat it, with characters of no one code page.
+class TemporaryFolder : public ::testing::Test {
+  protected:
+    void SetUp() override { ASSERT_TRUE(CreateDirectoryW(Wide(root_), nullptr)) << GetLastError(); }
+    void TearDown() override { RemoveAll(root_); }
+
+    Text In(TextView name) const { return root_ + Text(name); }
+
+    const Text root_ = Root();
+
+  private:
+    static Text Root() {
+        wchar_t temporary[MAX_PATH];
+        GetTempPathW(MAX_PATH, temporary);
+        return Text(FromWide(temporary)) + u"secret \u0416\u20ac" + IntegerToText(GetCurrentProcessId()) + u'\\';
+    }
+    static void RemoveAll(const Text& folder) {
+        WIN32_FIND_DATAW entry{};
+        const HANDLE search = FindFirstFileW(Wide(folder + u'*'), &entry);
+        do {
+            const Text name(FromWide(entry.cFileName));
+            if (name == u"." || name == u".." || search == INVALID_HANDLE_VALUE) continue;
+            SetFileAttributesW(Wide(folder + name), FILE_ATTRIBUTE_NORMAL);
+            if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+                RemoveAll(folder + name + u'\\');
+            } else {
+                DeleteFileW(Wide(folder + name));
+            }
+        } while (FindNextFileW(search, &entry));
+        FindClose(search);
+        EXPECT_TRUE(RemoveDirectoryW(Wide(folder))) << Narrow(folder) << ": " << GetLastError();
+    }
+};
+
+}  // namespace qvx::test

@@ -1,0 +1,88 @@
+// The library's own forms (the backup dialog, the password prompt) as somebody in front of the screen meets them. From
+// the person's thread, but for what says otherwise.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/input.h"
+
+namespace qvx::test {
+
+// Null for any caption.
+inline HWND FindForm(const wchar_t* caption) {
+    for (HWND form = nullptr; (form = FindWindowExW(nullptr, form, L"QvxForm", caption)) != nullptr;) {
+        if (IsWindowVisible(form)) return form;
+    }
+    return nullptr;
+}
+
+// The form, once it takes keys; null after some seconds without one, which is a failure.
+inline HWND WaitForForm(const wchar_t* caption) {
+    HWND form = nullptr;
+    EXPECT_TRUE(WaitFor(
+        [&] {
+            form = FindForm(caption);
+            return form && GetForegroundWindow() == form;
+        },
+        8000, false))
+        << "no form in front";
+    Sleep(200);  // as for the message box
+    return form;
+}
+
+// Its children of a class, in the order of Tab.
+inline std::vector<HWND> ChildrenOf(HWND form, const wchar_t* className) {
+    std::vector<HWND> found;
+    for (HWND child = nullptr; (child = FindWindowExW(form, child, className, nullptr)) != nullptr;) {
+        found.push_back(child);
+    }
+    return found;
+}
+
+inline HWND FocusOf(HWND form) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(form, nullptr), &info);
+    return info.hwndFocus;
+}
+
+// Characters as the keyboard of whatever layout gives them.
+inline void TypeText(const wchar_t* text) {
+    for (; *text; ++text) {
+        for (const DWORD up : {DWORD{0}, static_cast<DWORD>(KEYEVENTF_KEYUP)}) {
+            INPUT input{};
+            input.type = INPUT_KEYBOARD;
+            input.ki.wScan = static_cast<WORD>(*text);
+            input.ki.dwFlags = KEYEVENTF_UNICODE | up;
+            SendInput(1, &input, sizeof input);
+        }
+    }
+    Sleep(100);
+}
+
+// Somebody who leaves no form open, so that a key that went astray fails a test instead of stopping all of them.
+class FormPerson : public Person {
+  public:
+    explicit FormPerson(std::function<void()> acts)
+        : Person([acts = std::move(acts)] {
+              acts();
+              if (WaitFor([] { return !FindForm(nullptr); }, 5000, false)) return;
+              ADD_FAILURE() << "a form is still open";
+              while (const HWND form = FindForm(nullptr)) {
+                  PostMessageW(form, WM_CLOSE, 0, 0);
+                  Sleep(100);
+              }
+          }) {}
+};
+
+inline std::wstring TextOf(HWND window) {
+    wchar_t text[300]{};
+    SendMessageW(window, WM_GETTEXT, 300, reinterpret_cast<LPARAM>(text));
+    return text;
+}
+
+}  // namespace qvx::test

@@ -1,0 +1,137 @@
+#include "backup/file_rules.h"
+
+#include <gtest/gtest.h>
+
+#include "backup/mail_errors.h"
+
+namespace qvx::backup {
+namespace {
+
+TEST(FileErrors, AreCalledWhatHostsCallThem) {
+    const struct {
+        std::uint32_t code;
+        int number;
+        const char16_t* words;
+        bool absent;
+    } cases[] = {
+        {2, 53, u"File not found", true},
+        {3, 76, u"Path not found", true},
+        {5, 75, u"Path/File access error", false},
+        {15, 68, u"Device unavailable", true},
+        {19, 70, u"Permission denied", false},
+        {21, 71, u"Disk not ready", true},
+        {32, 70, u"Permission denied", false},
+        {33, 70, u"Permission denied", false},
+        {39, 61, u"Disk full", false},
+        {53, 76, u"Path not found", true},
+        {80, 58, u"File already exists", false},
+        {112, 61, u"Disk full", false},
+        {123, 52, u"Bad file name or number", true},
+        {183, 58, u"File already exists", false},
+        {267, 76, u"Path not found", true},
+        {1224, 70, u"Permission denied", false},
+        {1295, 61, u"Disk full", false},
+        // Of which nobody knows anything.
+        {0, 75, u"Path/File access error", false},
+        {0xFFFFFFFF, 75, u"Path/File access error", false},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(FileError(c.code).Number(), c.number) << c.code;
+        EXPECT_EQ(FileError(c.code).Description(), c.words) << c.code;
+        EXPECT_EQ(MeansAbsent(c.code), c.absent) << c.code;
+    }
+}
+
+TEST(FileErrors, OfProgramsThatDoNotStart) {
+    const struct {
+        std::uint32_t code;
+        int number;
+    } cases[] = {{2, 53}, {3, 53}, {5, 70}, {740, 70}, {8, 7}, {193, 5}, {216, 5}, {0, 5}};
+    for (const auto& c : cases) EXPECT_EQ(StartError(c.code).Number(), c.number) << c.code;
+}
+
+TEST(FilePaths, LongOnesGetTheFormWithoutALimitAndLoseItAgain) {
+    const Text tail(300, u'x');
+    const struct {
+        Text path;
+        Text longForm;
+    } cases[] = {
+        {u"C:\\short", u"C:\\short"},
+        {u"", u""},
+        {u"C:\\" + tail, u"\\\\?\\C:\\" + tail},
+        {u"\\\\server\\share\\" + tail, u"\\\\?\\UNC\\server\\share\\" + tail},
+        {u"\\\\?\\C:\\" + tail, u"\\\\?\\C:\\" + tail},
+        {u"\\\\.\\pipe\\" + tail, u"\\\\.\\pipe\\" + tail},
+        // Not full ones.
+        {tail, tail},
+        {u"C:" + tail, u"C:" + tail},
+        {u"\\" + tail, u"\\" + tail},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(LongForm(c.path), c.longForm);
+        const bool givenSo = c.path.substr(0, 4) == u"\\\\?\\";
+        EXPECT_EQ(WithoutLongForm(c.longForm), givenSo ? c.path.substr(4) : c.path);
+    }
+    // A folder's path must leave room for a short name.
+    EXPECT_EQ(LongForm(u"C:\\" + Text(244, u'x')).size(), 247u);
+    EXPECT_EQ(LongForm(u"C:\\" + Text(245, u'x')).size(), 252u);
+    for (const TextView other : {u"\\\\?\\Volume{1}\\a", u"\\\\?\\", u"\\\\", u"C:\\a", u""}) {
+        EXPECT_EQ(WithoutLongForm(other), other);
+    }
+    EXPECT_EQ(WithoutLongForm(u"\\\\?\\unc\\server\\share"), u"\\\\server\\share");
+}
+
+TEST(FilePaths, NameTheirDrive) {
+    const struct {
+        const char16_t* path;
+        const char16_t* drive;
+    } cases[] = {
+        {u"C:\\a\\b", u"C:"},
+        {u"c:", u"c:"},
+        {u"\\\\server\\share\\a", u"\\\\server\\share"},
+        {u"//server/share/a", u"//server/share"},
+        {u"\\\\server\\share", u"\\\\server\\share"},
+        {u"\\\\server\\", u""},
+        {u"\\\\server\\\\a", u""},
+        {u"\\\\server", u""},
+        {u"\\\\", u""},
+        {u"\\a", u""},
+        {u"1:\\a", u""},
+        {u"C", u""},
+        {u"", u""},
+    };
+    for (const auto& c : cases)
+        EXPECT_TRUE(DriveName(c.path) == c.drive) << std::string(c.path, c.path + Text(c.path).size());
+}
+
+TEST(FilePaths, EndInAnExtensionOrAreAFolders) {
+    const struct {
+        const char16_t* name;
+        const char16_t* extension;
+        bool has;
+    } cases[] = {
+        {u"a.db", u".db", true}, {u"a.DB", u".db", true}, {u"a.dbx", u".db", false},       {u".db", u".db", true},
+        {u"adb", u".db", false}, {u"db", u".db", false},  {u"a.db.old", u".db", false},    {u"", u".db", false},
+        {u"a", u"", true},       {u"", u"", true},        {u"a.\u00c4", u".\u00e4", true}, {u"a.*", u".db", false},
+    };
+    for (const auto& c : cases) EXPECT_EQ(HasExtension(c.name, c.extension), c.has);
+    EXPECT_TRUE(IsFolderPath(u"C:\\a\\"));
+    EXPECT_TRUE(IsFolderPath(u"C:/a/"));
+    for (const TextView file : {u"C:\\a", u"C:", u""}) EXPECT_FALSE(IsFolderPath(file));
+}
+
+TEST(MailErrors, AllHaveWordsAndTheNumberThatHostsKnow) {
+    for (std::uint32_t code = 1; code < 40; ++code) {
+        const RunTimeError error = MailError(code);
+        EXPECT_FALSE(error.Description().empty()) << code;
+        const bool known = code != 7 && code <= 28;
+        EXPECT_EQ(error.Number(), known ? 32000 + static_cast<int>(code) : 32002) << code;
+    }
+    EXPECT_EQ(MailError(0xFFFFFFFF).Number(), 32002);
+    EXPECT_EQ(MailError(1).Description(), u"The mail was cancelled.");
+    EXPECT_EQ(MailError(11).Description(), u"The attachment was not found.");
+    EXPECT_EQ(MailError(28).Description(), u"The attachment is too large.");
+}
+
+}  // namespace
+}  // namespace qvx::backup
