@@ -30,6 +30,15 @@ TEST(OpenFileRequest, Values) {
     EXPECT_EQ(cut.back(), u'\0') << "a long name still ends inside the buffer";
 }
 
+TEST(OpenFileRequest, Pictures) {
+    using namespace std::string_view_literals;
+    const OpenFileRequest request = MakePictureFileRequest();
+    EXPECT_EQ(request.filter, u"(Bitmaps)\0*.bmp\0(ICons)\0*.ico\0\0"sv);
+    EXPECT_EQ(request.file.find_first_not_of(u'\0'), Text::npos) << "no name at first";
+    EXPECT_GE(request.maxFile, 260u);
+    EXPECT_EQ(request.title, u"");
+}
+
 TEST(OpenFileRequest, ChosenFile) {
     using namespace std::string_view_literals;
     EXPECT_EQ(ChosenFile(true, u"a.qvx\0rest\0"sv), u"a.qvx");

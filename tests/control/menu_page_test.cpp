@@ -1,0 +1,385 @@
+// The property page of menu pictures: in a property frame, under a person's hands, and what it does to the image list.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <olectl.h>
+
+#include <fstream>
+
+#include "Qvx.h"
+#include "controls/decor/menu_page_object.h"
+#include "tests/control/host_form.h"
+#include "tests/support/container.h"
+#include "tests/support/input.h"
+#include "tests/support/menu_pixels.h"
+#include "tests/support/resource_counts.h"
+#include "tests/support/thread_windows.h"
+
+namespace qvx::host {
+namespace {
+
+using namespace qvx::test;
+using decor::KeyedPicture;
+using decor::MenuPageWindow;
+
+const std::string menus =
+    "Begin Form f\n Begin Menu mnuFile\n  Caption = \"&File\"\n"
+    "  Begin Menu mnuOpen\n   Caption = \"&Open\"\n  End\n"
+    "  Begin Menu mnuLine\n   Caption = \"-\"\n  End\n"
+    "  Begin Menu mnuOne\n   Caption = \"One\"\n   Index = 0\n  End\n"
+    "  Begin Menu mnuOne\n   Caption = \"Two\"\n   Index = 4\n  End\n End\n";
+
+std::string FormWith(const std::string& list) {
+    return menus + " Begin ImageList iml\n End\n Begin Qvx.CMenus mns\n  Left = 0\n" + list + " End\nEnd\n";
+}
+
+class Site final : public ComObject<IPropertyPageSite> {
+  public:
+    DWORD status = 0;
+    STDMETHODIMP OnStatusChange(DWORD flags) override {
+        status = flags;
+        return S_OK;
+    }
+    STDMETHODIMP GetLocaleID(LCID* locale) override {
+        *locale = LOCALE_USER_DEFAULT;
+        return S_OK;
+    }
+    STDMETHODIMP GetPageContainer(IUnknown** container) override {
+        *container = nullptr;
+        return E_NOTIMPL;
+    }
+    STDMETHODIMP TranslateAccelerator(MSG*) override { return S_FALSE; }
+
+  private:
+    ~Site() override = default;
+};
+
+// The page of a form's CMenus control in a window of the test's.
+class MenuPage : public HostFormTest {
+  protected:
+    MenuPage() : frame_({}) {}
+    ~MenuPage() override { Close(); }
+
+    void Open(const std::string& text = FormWith("  ImageList = \"iml\"\n")) {
+        Load(text);
+        ASSERT_TRUE(Start(u""));
+        // It would take the keyboard when it is shown at last.
+        ShowWindow(form_->Handle(), SW_HIDE);
+        Pump();
+        control_ = form_->FindControl(u"mns")->Inner();
+    }
+    void ShowPage() {
+        ComPtr<IClassFactory> factory;
+        ASSERT_EQ(S_OK, ServerUnderTest::Get().ClassObject(PageId(), IID_IClassFactory, factory.put_void()));
+        ASSERT_EQ(S_OK, factory->CreateInstance(nullptr, IID_IPropertyPage, page_.put_void()));
+        EXPECT_EQ(S_OK, page_->SetPageSite(site_.get()));
+        IUnknown* objects[] = {control_.get()};
+        EXPECT_EQ(S_OK, page_->SetObjects(1, objects));
+        const RECT bounds{0, 0, 330, 210};
+        SetWindowPos(frame_.Window(), nullptr, 0, 0, 360, 260, SWP_NOMOVE | SWP_NOZORDER);
+        EXPECT_EQ(S_OK, page_->Activate(frame_.Window(), &bounds, FALSE));
+        EXPECT_EQ(S_OK, page_->Show(SW_SHOW));
+        ASSERT_TRUE(BringToFront(frame_.Window()));
+        ASSERT_TRUE(Grid());
+        SetFocus(Grid());
+    }
+    void Close() {
+        if (!page_) return;
+        page_->Deactivate();
+        page_->SetObjects(0, nullptr);
+        page_->SetPageSite(nullptr);
+        page_ = nullptr;
+    }
+    // The page that the control says is its own.
+    CLSID PageId() const {
+        CAUUID pages{};
+        EXPECT_EQ(S_OK, Query<ISpecifyPropertyPages>(control_.get())->GetPages(&pages));
+        EXPECT_EQ(pages.cElems, 1u);
+        const CLSID id = pages.cElems ? pages.pElems[0] : CLSID{};
+        CoTaskMemFree(pages.pElems);
+        return id;
+    }
+    HWND Grid() const {
+        const HWND page = FindWindowExW(frame_.Window(), nullptr, L"QvxMenuPage", nullptr);
+        return page ? GetWindow(page, GW_CHILD) : nullptr;
+    }
+    ComPtr<IDispatch> Images() {
+        const auto list = ComPtr<IDispatch>(form_->FindControl(u"iml")->Extended());
+        return test::Call(list.get(), L"ListImages").ToObject<IDispatch>();
+    }
+    void AddImage(const wchar_t* key, COLORREF color) {
+        test::Call(Images().get(), L"Add",
+                   {Variant::Missing(), Variant(Text(FromWide(key))),
+                    Variant(static_cast<IDispatch*>(SolidPicture({16, 16}, color).get()))});
+    }
+    Text Keys() {
+        Text keys;
+        const long count = test::Call(Images().get(), L"Count").ToLong().value_or(-1);
+        for (long i = 1; i <= count; ++i) {
+            const auto image = test::Call(Images().get(), L"Item", {Variant(i)}).ToObject<IDispatch>();
+            keys += test::Call(image.get(), L"Key").ToText().value_or(u"?") + u" ";
+        }
+        return keys;
+    }
+    // A row of the grid, in the middle of it; 0 is the header.
+    void ClickRow(int row) const {
+        RECT area{};
+        GetClientRect(Grid(), &area);
+        int y = 8;
+        if (row > 0) y = headerHeight + (row - 1) * rowHeight + rowHeight / 2;
+        POINT place{60, y};
+        ClientToScreen(Grid(), &place);
+        MoveMouseTo(place);
+        LeftButton(true);
+        LeftButton(false);
+    }
+    bool Dirty() const { return page_->IsPageDirty() == S_OK; }
+    std::wstring Temporary(const wchar_t* name) const { return std::wstring(Wide(folder_)) + name; }
+
+    static constexpr int headerHeight = 17;
+    static constexpr int rowHeight = 20;
+
+    Container frame_;
+    ComPtr<Site> site_ = MakeObject<Site>();
+    ComPtr<IDispatch> control_;
+    ComPtr<IPropertyPage> page_;
+};
+
+// The system's dialog for opening a file: types something and presses Enter, or Escape.
+void AnswerDialog(const std::wstring& path) {
+    HWND dialog = nullptr;
+    for (int i = 0; i < 100 && !dialog; ++i) {
+        Sleep(50);
+        dialog = FindWindowW(L"#32770", L"Open");
+    }
+    if (!dialog) return;
+    Sleep(300);
+    if (path.empty()) {
+        PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+        return;
+    }
+    constexpr int fileName = 0x47C;  // the system's number of the field, in dialogs with a drop-down
+    constexpr int plainFileName = 0x480;
+    for (const int id : {fileName, plainFileName}) SetDlgItemTextW(dialog, id, path.c_str());
+    PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+}
+
+void WriteBitmap(const std::wstring& path, const std::vector<std::uint8_t>& rest = {}) {
+    std::vector<std::uint8_t> file{'B', 'M', 0, 0, 0, 0, 0, 0, 0, 0, 54, 0, 0, 0, 40,
+                                   0,   0,   0, 2, 0, 0, 0, 2, 0, 0, 0,  1, 0, 24};
+    file.resize(54 + 16);
+    if (!rest.empty()) file = rest;
+    std::ofstream(path.c_str(), std::ios::binary)
+        .write(reinterpret_cast<const char*>(file.data()), static_cast<std::streamsize>(file.size()));
+}
+
+TEST_F(MenuPage, StoresWhatAPersonHasChosen) {
+    Open();
+    AddImage(L"mnuOpen", RGB(255, 0, 0));
+    AddImage(L"somebodyElse", RGB(255, 0, 0));
+    ShowPage();
+    EXPECT_FALSE(Dirty());
+    const std::wstring file = Temporary(L"qvx_menu_page.bmp");
+    WriteBitmap(file);
+    {
+        const Person person([&] {
+            ClickRow(5);
+            AnswerDialog(file);
+        });
+        EXPECT_TRUE(WaitFor([&] { return Dirty(); }));
+    }
+    EXPECT_EQ(site_->status, static_cast<DWORD>(PROPPAGESTATUS_DIRTY | PROPPAGESTATUS_VALIDATE));
+    EXPECT_EQ(Keys(), u"mnuOpen somebodyElse ") << "not before it is applied";
+    EXPECT_EQ(S_OK, page_->Apply());
+    EXPECT_FALSE(Dirty());
+    // In place of all that was there.
+    EXPECT_EQ(Keys(), u"mnuOpen mnuOne(4) ");
+    DeleteFileW(file.c_str());
+}
+
+TEST_F(MenuPage, CancellingTheDialogTakesThePictureAway) {
+    Open();
+    AddImage(L"mnuOpen", RGB(255, 0, 0));
+    AddImage(L"mnuOne(0)", RGB(255, 0, 0));
+    ShowPage();
+    {
+        const Person person([&] {
+            ClickRow(2);
+            AnswerDialog({});
+        });
+        EXPECT_TRUE(WaitFor([&] { return Dirty(); }));
+    }
+    EXPECT_EQ(S_OK, page_->Apply());
+    EXPECT_EQ(Keys(), u"mnuOne(0) ");
+}
+
+TEST_F(MenuPage, AFileThatCannotBeReadChangesNothing) {
+    Open();
+    AddImage(L"mnuOpen", RGB(255, 0, 0));
+    ShowPage();
+    const std::wstring file = Temporary(L"qvx_menu_page_bad.bmp");
+    WriteBitmap(file, {'B', 'M', 1, 2, 3});
+    bool done = false;
+    {
+        const Person person([&] {
+            ClickRow(2);
+            AnswerDialog(file);
+            for (int i = 0; i < 100 && FindWindowW(L"#32770", L"Open"); ++i) Sleep(50);
+            Sleep(100);
+            done = true;
+        });
+        EXPECT_TRUE(WaitFor([&] { return done; }, 15000));
+    }
+    EXPECT_FALSE(Dirty());
+    EXPECT_EQ(S_OK, page_->Apply());
+    EXPECT_EQ(Keys(), u"mnuOpen ");
+    DeleteFileW(file.c_str());
+}
+
+// By the keyboard: the frame hands its keys to the page first.
+TEST_F(MenuPage, KeysChooseAndTakeAway) {
+    Open();
+    AddImage(L"mnuOpen", RGB(255, 0, 0));
+    AddImage(L"mnuFile", RGB(255, 0, 0));
+    ShowPage();
+    const auto press = [&](int key) {
+        MSG message{Grid(), WM_KEYDOWN, static_cast<WPARAM>(key), 1, 0, {}};
+        const HRESULT result = page_->TranslateAccelerator(&message);
+        Pump();
+        return result;
+    };
+    EXPECT_EQ(press(VK_DOWN), S_OK);
+    EXPECT_EQ(press(VK_DELETE), S_OK);
+    EXPECT_EQ(press(VK_TAB), S_FALSE) << "the frame's";
+    EXPECT_EQ(press(VK_ESCAPE), S_FALSE);
+    EXPECT_TRUE(Dirty());
+    EXPECT_EQ(S_OK, page_->Apply());
+    EXPECT_EQ(Keys(), u"mnuFile ");
+    MSG none{Grid(), WM_MOUSEMOVE, 0, 0, 0, {}};
+    EXPECT_EQ(page_->TranslateAccelerator(&none), S_FALSE);
+}
+
+TEST_F(MenuPage, WithoutAnImageListNothingIsStored) {
+    for (const std::string list : {"", "  ImageList = \"nobody\"\n", "  ImageList = \"mnuOpen\"\n"}) {
+        SCOPED_TRACE(list);
+        Open(FormWith(list));
+        AddImage(L"mnuOpen", RGB(255, 0, 0));
+        ShowPage();
+        MSG key{Grid(), WM_KEYDOWN, VK_DELETE, 1, 0, {}};
+        EXPECT_EQ(page_->TranslateAccelerator(&key), S_OK);
+        EXPECT_TRUE(Dirty());
+        page_->Apply();
+        EXPECT_EQ(Keys(), u"mnuOpen ");
+        Close();
+        control_ = nullptr;
+        form_.reset();
+    }
+}
+
+TEST_F(MenuPage, IsFilledOnce) {
+    Open();
+    ShowPage();
+    MSG key{Grid(), WM_KEYDOWN, VK_DELETE, 1, 0, {}};
+    page_->TranslateAccelerator(&key);
+    ASSERT_TRUE(Dirty());
+    // Later selections do not undo what has been chosen.
+    AddImage(L"mnuFile", RGB(255, 0, 0));
+    IUnknown* objects[] = {control_.get()};
+    EXPECT_EQ(S_OK, page_->SetObjects(1, objects));
+    EXPECT_EQ(S_OK, page_->Deactivate());
+    const RECT bounds{0, 0, 330, 210};
+    EXPECT_EQ(S_OK, page_->Activate(frame_.Window(), &bounds, FALSE));
+    EXPECT_EQ(S_OK, page_->Apply());
+    EXPECT_EQ(Keys(), u"");
+}
+
+TEST_F(MenuPage, RefusesWhatMakesNoSense) {
+    Open();
+    ShowPage();
+    EXPECT_EQ(E_POINTER, page_->GetPageInfo(nullptr));
+    EXPECT_EQ(E_POINTER, page_->Activate(frame_.Window(), nullptr, FALSE));
+    EXPECT_EQ(E_POINTER, page_->Move(nullptr));
+    EXPECT_EQ(E_POINTER, page_->TranslateAccelerator(nullptr));
+    EXPECT_EQ(E_POINTER, page_->SetObjects(1, nullptr));
+    const auto other = ServerUnderTest::Get().Create(CLSID_Button);
+    IUnknown* objects[] = {other.get()};
+    EXPECT_EQ(E_NOINTERFACE, page_->SetObjects(1, objects));
+    EXPECT_EQ(S_OK, page_->Deactivate());
+    EXPECT_EQ(E_UNEXPECTED, page_->Deactivate());
+    EXPECT_EQ(E_UNEXPECTED, page_->Show(SW_SHOW));
+    EXPECT_EQ(E_UNEXPECTED, page_->Apply()) << "no control";
+    PROPPAGEINFO info{};
+    info.cb = sizeof info;
+    EXPECT_EQ(S_OK, page_->GetPageInfo(&info));
+    EXPECT_GT(info.size.cx, 100);
+    EXPECT_STREQ(info.pszTitle, L"Menu Pictures");
+    CoTaskMemFree(info.pszTitle);
+}
+
+// In the system's own frame.
+TEST_F(MenuPage, StandsInAPropertyFrame) {
+    Open();
+    AddImage(L"mnuOpen", RGB(255, 0, 0));
+    ComPtr<IUnknown> factory;
+    CLSID id = PageId();
+    ASSERT_EQ(S_OK, ServerUnderTest::Get().ClassObject(id, IID_IUnknown, factory.put_void()));
+    DWORD cookie = 0;
+    ASSERT_EQ(S_OK, CoRegisterClassObject(id, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie));
+    bool seen = false;
+    bool whole = false;
+    {
+        const Person person([&] {
+            HWND frame = nullptr;
+            for (int i = 0; i < 200 && !seen; ++i) {
+                Sleep(50);
+                frame = FindWindowW(L"#32770", nullptr);
+                if (!frame) continue;
+                for (HWND sheet = GetWindow(frame, GW_CHILD); sheet; sheet = GetWindow(sheet, GW_HWNDNEXT)) {
+                    const HWND page = FindWindowExW(sheet, nullptr, L"QvxMenuPage", nullptr);
+                    if (!page || !IsWindowVisible(page)) continue;
+                    seen = true;
+                    RECT area{};
+                    RECT around{};
+                    GetWindowRect(page, &area);
+                    GetWindowRect(sheet, &around);
+                    whole = area.right <= around.right && area.bottom <= around.bottom && area.right - area.left > 100;
+                }
+            }
+            for (int i = 0; i < 50 && IsWindow(frame); ++i) {
+                PostMessageW(frame, WM_COMMAND, IDCANCEL, 0);
+                Sleep(100);
+            }
+        });
+        IUnknown* object = control_.get();
+        EXPECT_EQ(S_OK, OleCreatePropertyFrame(form_->Handle(), 0, 0, L"mns", 1, &object, 1, &id, LOCALE_USER_DEFAULT,
+                                               0, nullptr));
+    }
+    EXPECT_TRUE(seen);
+    EXPECT_TRUE(whole) << "nothing of it is cut off";
+    EXPECT_EQ(Keys(), u"mnuOpen ");
+    CoRevokeClassObject(cookie);
+}
+
+TEST_F(MenuPage, AThousandPagesLeaveNothingBehind) {
+    Open();
+    AddImage(L"mnuOpen", RGB(255, 0, 0));
+    const CLSID id = PageId();
+    ComPtr<IClassFactory> factory;
+    ASSERT_EQ(S_OK, ServerUnderTest::Get().ClassObject(id, IID_IClassFactory, factory.put_void()));
+    const auto round = [&] {
+        ComPtr<IPropertyPage> page;
+        ASSERT_EQ(S_OK, factory->CreateInstance(nullptr, IID_IPropertyPage, page.put_void()));
+        IUnknown* objects[] = {control_.get()};
+        page->SetPageSite(site_.get());
+        page->SetObjects(1, objects);
+        const RECT bounds{0, 0, 330, 210};
+        page->Activate(frame_.Window(), &bounds, FALSE);
+        page->Deactivate();
+        page->SetObjects(0, nullptr);
+        page->SetPageSite(nullptr);
+    };
+    ExpectNothingLeftBehind(1000, round);
+}
+
+}  // namespace
+}  // namespace qvx::host
