@@ -214,8 +214,8 @@ DWORD BuiltInControl::StyleBits() const {
 void BuiltInControl::CreateSystemWindow() {
     const RECT bounds = PixelBounds();
     const wchar_t* className = kind_ == BuiltIn::label ? L"STATIC" : kind_ == BuiltIn::frame ? L"BUTTON" : L"EDIT";
-    const DWORD style =
-        WS_CHILD | WS_CLIPSIBLINGS | StyleBits() | (Visible() ? WS_VISIBLE : 0u) | (enabled_ ? 0u : WS_DISABLED);
+    const DWORD style = WS_CHILD | WS_CLIPSIBLINGS | StyleBits() | (ShownAs(Visible()) ? WS_VISIBLE : 0u) |
+                        (enabled_ ? 0u : WS_DISABLED);
     const DWORD exStyle = kind_ == BuiltIn::textBox && borderStyle_ ? WS_EX_CLIENTEDGE : 0u;
     window_ =
         CreateWindowExW(exStyle, className, L"", style, bounds.left, bounds.top, bounds.right - bounds.left,

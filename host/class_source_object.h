@@ -6,6 +6,8 @@
 
 #include <oaidl.h>
 
+#include <vector>
+
 #include "com/pointer.h"
 #include "common/text.h"
 
@@ -25,6 +27,14 @@ class ClassSource {
     // A new object of the class a form calls "Library.Class". Throws ComError: REGDB_E_CLASSNOTREG when nobody knows
     // the class.
     virtual ComPtr<IUnknown> Create(const Text& className) const;
+
+    // What can be made of a library: the loaded file's, or the one a registered class belongs to.
+    struct Known {
+        Text className;    // "Library.Class"
+        Text description;  // the library's help string, or empty
+        CLSID id;
+    };
+    std::vector<Known> ClassesWith(const Text& registeredClass) const;
 
   private:
     bool FindInFile(const Text& className, CLSID& id) const;

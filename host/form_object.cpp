@@ -205,7 +205,10 @@ class AppObject final : public NamedObject {
 }  // namespace
 
 FormObject::FormObject(HostForm& form) : form_(&form), controls_(MakeObject<ControlsObject>(form)) {
-    AddReadOnly(u"Name", [this](const Call&) { return Variant(Form().Name()); });
+    AddProperty(u"Name", [this](const Call& call) {
+        if (call.put) RequireDesigner().Rename(nullptr, call.StringValue());
+        return Variant(Form().Name());
+    });
     AddReadOnly(u"Controls", [this](const Call& call) {
         return call.Has(0) ? ControlsObject::Item(Form(), call) : Variant(controls_.get());
     });
@@ -215,11 +218,15 @@ FormObject::FormObject(HostForm& form) : form_(&form), controls_(MakeObject<Cont
         return Variant(active ? active->Extended() : nullptr);
     });
     AddProperty(u"Tag", [this](const Call& call) {
-        if (call.put) Form().SetTag(call.StringValue());
+        if (call.put) {
+            Form().SetTag(call.StringValue());
+            Form().NoteChange(nullptr);
+        }
         return Variant(Form().Tag());
     });
     AddWindowMembers();
     AddLookMembers();
+    AddFrameMembers();
 }
 
 void FormObject::AddWindowMembers() {
@@ -298,6 +305,36 @@ void FormObject::AddLookMembers() {
         const auto font = ComPtr<IFontDisp>::Adopt(Form().Font().Get());
         return Variant(static_cast<IDispatch*>(font.get()));
     });
+}
+
+void FormObject::AddFrameMembers() {
+    AddProperty(u"BorderStyle", [this](const Call& call) {
+        if (call.put) {
+            RequireDesigner();
+            Form().SetFrame(static_cast<int>(call.LongValue()), Form().MinButton(), Form().MaxButton());
+        }
+        return Variant(Form().BorderStyle());
+    });
+    AddProperty(u"MinButton", [this](const Call& call) {
+        if (call.put) {
+            RequireDesigner();
+            Form().SetFrame(Form().BorderStyle(), call.BoolValue(), Form().MaxButton());
+        }
+        return Variant(Form().MinButton());
+    });
+    AddProperty(u"MaxButton", [this](const Call& call) {
+        if (call.put) {
+            RequireDesigner();
+            Form().SetFrame(Form().BorderStyle(), Form().MinButton(), call.BoolValue());
+        }
+        return Variant(Form().MaxButton());
+    });
+}
+
+DesignHost& FormObject::RequireDesigner() const {
+    DesignHost* designer = Form().Designer();
+    if (!designer) throw RunTimeError(errors::setNotSupportedAtRunTime, u"Set not supported at runtime");
+    return *designer;
 }
 
 HostForm& FormObject::Form() const {

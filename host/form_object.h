@@ -34,6 +34,9 @@ class FormObject final : public NamedObject, public IOleContainer {
     HostForm& Form() const;
     void AddWindowMembers();
     void AddLookMembers();
+    void AddFrameMembers();
+    // Throws RunTimeError 382 where nobody designs the form.
+    DesignHost& RequireDesigner() const;
 
     HostForm* form_;
     ComPtr<IDispatch> controls_;

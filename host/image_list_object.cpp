@@ -181,6 +181,13 @@ ImageListControl::ImageListControl(HostForm& form, Block& block, FormControl* co
         }
     }
     members_ = MakeObject<ImageListObject>(images);
+    if (form.DesignMode()) box_.Open(form.ParentWindow(*this), PixelBounds(), u"img", false);
+}
+
+void ImageListControl::ApplyBounds(const RECT& pixels) {
+    if (!box_.Handle()) return;
+    SetWindowPos(box_.Handle(), nullptr, pixels.left, pixels.top, pixels.right - pixels.left,
+                 pixels.bottom - pixels.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 ImageListControl::~ImageListControl() = default;

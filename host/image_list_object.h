@@ -17,6 +17,7 @@
 
 #include <ocidl.h>
 
+#include "host/design_box_window.h"
 #include "host/form_control.h"
 
 namespace qvx::host {
@@ -31,7 +32,7 @@ class ImageListControl final : public FormControl {
     ImageListControl(HostForm& form, Block& block, FormControl* container);
     ~ImageListControl() override;
 
-    HWND Window() const override { return nullptr; }
+    HWND Window() const override { return box_.Handle(); }
     void Focus(const MSG*) override {}
     bool Enabled() const override { return true; }
     void SetEnabled(bool) override {}
@@ -39,7 +40,7 @@ class ImageListControl final : public FormControl {
 
   protected:
     bool AcceptsFocus() const override { return false; }
-    void ApplyBounds(const RECT&) override {}
+    void ApplyBounds(const RECT& pixels) override;
     void ApplyVisible(bool) override {}
     // Pictures that a script adds are the script's: the file keeps the ones it names.
     void SaveOwn(SavedProperties&) override {}
@@ -47,6 +48,7 @@ class ImageListControl final : public FormControl {
 
   private:
     ComPtr<IDispatch> members_;
+    DesignBox box_;  // under design only
 };
 
 }  // namespace qvx::host
