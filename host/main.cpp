@@ -15,6 +15,7 @@
 #include "com/text.h"
 #include "common/run_time_error.h"
 #include "host/class_source_object.h"
+#include "host/design/designer_window.h"
 #include "host/form_storage_win32.h"
 #include "host/form_window.h"
 #include "host/options.h"
@@ -53,6 +54,13 @@ int RunForm(const Options& options, Reporter& reporter) {
     try {
         ClassSource source;
         if (!options.server.empty()) source.UseFile(options.server);
+        if (options.design) {
+            design::DesignerWindow designer(options, source, reporter);
+            designer.Open(options.form);
+            designer.Show();
+            designer.Run();
+            return designer.ExitCode();
+        }
         FormFile file = FormFile::Parse(ReadFileBytes(options.form));
         for (const Warning& warning : file.warnings) {
             reporter.Note(options.form + u"(" + ValueAsText(FormValue(std::int32_t{warning.line})) + u"): " +

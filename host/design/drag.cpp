@@ -19,7 +19,7 @@ void Drag::Begin(Kind kind, Point at, Point origin, Dpi dpi) {
     start_.clear();
 }
 
-void Drag::Take(std::vector<TwipsRect> bounds, std::size_t primary, Handle handle) {
+void Drag::Take(std::vector<TwipsRect> bounds, std::size_t primary, Grip handle) {
     start_ = std::move(bounds);
     primary_ = primary;
     handle_ = handle;

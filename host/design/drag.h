@@ -15,7 +15,7 @@ class Drag {
     // `at` is where the button went down, `origin` the top left of the container that all coordinates of controls are
     // relative to; both in pixels of the form's inside. `bounds` are those of what is moved or sized.
     void Begin(Kind kind, Point at, Point origin, Dpi dpi);
-    void Take(std::vector<TwipsRect> bounds, std::size_t primary, Handle handle = Handle::bottomRight);
+    void Take(std::vector<TwipsRect> bounds, std::size_t primary, Grip handle = Grip::bottomRight);
 
     Kind What() const { return kind_; }
     bool Under() const { return kind_ != Kind::none; }
@@ -41,7 +41,7 @@ class Drag {
     bool moved_ = false;
     std::vector<TwipsRect> start_;
     std::size_t primary_ = 0;
-    Handle handle_ = Handle::bottomRight;
+    Grip handle_ = Grip::bottomRight;
 };
 
 }  // namespace qvx::host::design

@@ -8,10 +8,10 @@ namespace qvx::host::design {
 
 namespace {
 
-bool MovesLeft(Handle h) { return h == Handle::topLeft || h == Handle::left || h == Handle::bottomLeft; }
-bool MovesRight(Handle h) { return h == Handle::topRight || h == Handle::right || h == Handle::bottomRight; }
-bool MovesTop(Handle h) { return h == Handle::topLeft || h == Handle::top || h == Handle::topRight; }
-bool MovesBottom(Handle h) { return h == Handle::bottomLeft || h == Handle::bottom || h == Handle::bottomRight; }
+bool MovesLeft(Grip h) { return h == Grip::topLeft || h == Grip::left || h == Grip::bottomLeft; }
+bool MovesRight(Grip h) { return h == Grip::topRight || h == Grip::right || h == Grip::bottomRight; }
+bool MovesTop(Grip h) { return h == Grip::topLeft || h == Grip::top || h == Grip::topRight; }
+bool MovesBottom(Grip h) { return h == Grip::bottomLeft || h == Grip::bottom || h == Grip::bottomRight; }
 
 int Limited(std::int64_t value) { return static_cast<int>(std::clamp<std::int64_t>(value, -farthest, farthest)); }
 
@@ -60,7 +60,7 @@ int Snapped(int twips) {
     return Limited(steps * gridStep);
 }
 
-Rect HandleArea(const Rect& frame, Handle handle, int size) {
+Rect GripArea(const Rect& frame, Grip handle, int size) {
     const int x = MovesLeft(handle)    ? frame.left - size
                   : MovesRight(handle) ? frame.right
                                        : (frame.left + frame.right - size) / 2;
@@ -70,16 +70,16 @@ Rect HandleArea(const Rect& frame, Handle handle, int size) {
     return {x, y, x + size, y + size};
 }
 
-std::optional<Handle> HandleAt(const Rect& frame, Point point, int size) {
-    constexpr Handle order[] = {Handle::topLeft, Handle::topRight, Handle::bottomRight, Handle::bottomLeft,
-                                Handle::top,     Handle::right,    Handle::bottom,      Handle::left};
-    for (const Handle handle : order) {
-        if (HandleArea(frame, handle, size).Contains(point)) return handle;
+std::optional<Grip> GripAt(const Rect& frame, Point point, int size) {
+    constexpr Grip order[] = {Grip::topLeft, Grip::topRight, Grip::bottomRight, Grip::bottomLeft,
+                              Grip::top,     Grip::right,    Grip::bottom,      Grip::left};
+    for (const Grip handle : order) {
+        if (GripArea(frame, handle, size).Contains(point)) return handle;
     }
     return std::nullopt;
 }
 
-TwipsRect Sized(const TwipsRect& start, Handle handle, int dx, int dy, bool snap) {
+TwipsRect Sized(const TwipsRect& start, Grip handle, int dx, int dy, bool snap) {
     TwipsRect rect = start;
     MoveEdges(rect.left, rect.width, MovesLeft(handle), MovesRight(handle), dx, snap);
     MoveEdges(rect.top, rect.height, MovesTop(handle), MovesBottom(handle), dy, snap);

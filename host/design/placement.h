@@ -19,17 +19,17 @@ constexpr int farthest = 1 << 20;
 int Snapped(int twips);
 
 // In reading order around the frame, beginning top left.
-enum class Handle { topLeft, top, topRight, right, bottomRight, bottom, bottomLeft, left };
+enum class Grip { topLeft, top, topRight, right, bottomRight, bottom, bottomLeft, left };
 constexpr int handleCount = 8;
 
 // The square of one handle on a frame, in pixels, `size` wide and outside the frame's edge.
-Rect HandleArea(const Rect& frame, Handle handle, int size);
+Rect GripArea(const Rect& frame, Grip handle, int size);
 // The handle at a point in pixels; those in the corners win.
-std::optional<Handle> HandleAt(const Rect& frame, Point point, int size);
+std::optional<Grip> GripAt(const Rect& frame, Point point, int size);
 
 // The rectangle after one of its handles has been dragged by (dx, dy): the edges that move land on the grid when `snap`
 // is set, and stop before the rectangle turns inside out.
-TwipsRect Sized(const TwipsRect& start, Handle handle, int dx, int dy, bool snap);
+TwipsRect Sized(const TwipsRect& start, Grip handle, int dx, int dy, bool snap);
 
 // All moved by the same distance: that which brings `primary` to the grid when `snap` is set.
 std::vector<TwipsRect> Moved(const std::vector<TwipsRect>& start, std::size_t primary, int dx, int dy, bool snap);

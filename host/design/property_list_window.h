@@ -38,8 +38,8 @@ class PropertyListWindow : public Window {
     // `bounds` in pixels of the parent's client area. False when the system refuses a window.
     bool Create(HWND parent, const Rect& bounds);
 
-    // The common properties of one or several objects; none empties the list. `allTitles` fill the selector, in which the
-    // first subject's title is picked. An edit that is open is dropped.
+    // The common properties of one or several objects; none empties the list. `allTitles` fill the selector, in which
+    // the first subject's title is picked. An edit that is open is dropped.
     void Show(std::vector<Subject> subjects, std::vector<Text> allTitles);
     // Reads all values again, after the objects were changed by somebody else.
     void RefreshValues();
