@@ -10,6 +10,7 @@
 #include <windows.h>
 
 #include <oaidl.h>
+#include <ocidl.h>
 
 #include <functional>
 #include <memory>
@@ -18,6 +19,7 @@
 #include "com/pointer.h"
 #include "common/geometry.h"
 #include "common/text.h"
+#include "host/design/property_table.h"
 #include "win/window.h"
 
 namespace qvx::host {
@@ -44,6 +46,19 @@ class PropertyListWindow : public Window {
     // Reads all values again, after the objects were changed by somebody else.
     void RefreshValues();
 
+    // Writes a value as the list itself does: told before and after, refused with a message to the user. False when it
+    // was refused, or when there is no such property.
+    bool SetValue(TextView name, const PropertyValue& value);
+    // From a file, or none for an empty path.
+    bool SetPicture(TextView name, const Text& path);
+    // What is shown; null before the first Show.
+    const PropertyTable* Table() const;
+    void SetOrder(PropertyOrder order);
+    // Makes the property's row the current one, if it is there.
+    void GoTo(TextView name);
+    // The window with the rows, which takes the keys.
+    HWND RowsWindow() const;
+
     // Another object was picked in the selector; the index is that of `allTitles`.
     std::function<void(std::size_t index)> onSelect;
     // A value is about to be written.
@@ -52,6 +67,8 @@ class PropertyListWindow : public Window {
     std::function<void(TextView name)> onChanged;
     // The property pages of a subject are wanted.
     std::function<void(std::size_t subject)> onPages;
+    // Makes a picture of a file; the system's own way without. May throw RunTimeError.
+    std::function<ComPtr<IPictureDisp>(const Text& path)> onLoadPicture;
 
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
