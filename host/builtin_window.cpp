@@ -59,6 +59,15 @@ class BuiltInControl::Members final : public NamedObject {
         } else {
             AddText(u"Caption");
         }
+        if (control.kind_ != BuiltIn::frame) {
+            AddStyle(u"Alignment", &BuiltInControl::alignment_, 2);
+            AddStyle(u"BorderStyle", &BuiltInControl::borderStyle_, 1);
+        }
+        if (control.kind_ == BuiltIn::label) {
+            AddDesigned(
+                u"BackStyle", [](BuiltInControl& c) { return Variant(c.opaque_ ? 1 : 0); },
+                [](BuiltInControl& c, const Call& call) { c.opaque_ = call.LongValue() != 0; });
+        }
     }
     void Forget() { control_ = nullptr; }
 
@@ -78,7 +87,39 @@ class BuiltInControl::Members final : public NamedObject {
         SetDefaultMember(name);
     }
 
+    // What the system's window is made with: it can be changed under design only, and makes another window.
+    template <class Get, class Put>
+    void AddDesigned(const char16_t* name, Get get, Put put) {
+        AddProperty(name, [this, get, put](const Call& call) {
+            if (call.put) {
+                if (!Control().Form().DesignMode()) {
+                    throw RunTimeError(errors::setNotSupportedAtRunTime, u"Set not supported at runtime");
+                }
+                put(Control(), call);
+                Control().Remake();
+            }
+            return get(Control());
+        });
+    }
+    void AddStyle(const char16_t* name, int BuiltInControl::*field, int largest) {
+        AddDesigned(
+            name, [field](BuiltInControl& c) { return Variant(c.*field); },
+            [field, largest](BuiltInControl& c, const Call& call) {
+                if (call.LongValue() < 0 || call.LongValue() > largest) {
+                    throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
+                }
+                c.*field = static_cast<int>(call.LongValue());
+            });
+    }
+
     void AddTextBoxMembers() {
+        AddDesigned(
+            u"MultiLine", [](BuiltInControl& c) { return Variant(c.multiLine_); },
+            [](BuiltInControl& c, const Call& call) { c.multiLine_ = call.BoolValue(); });
+        AddStyle(u"ScrollBars", &BuiltInControl::scrollBars_, 3);
+        AddDesigned(
+            u"PasswordChar", [](BuiltInControl& c) { return Variant(c.passwordChar_); },
+            [](BuiltInControl& c, const Call& call) { c.passwordChar_ = call.StringValue().substr(0, 1); });
         AddProperty(u"MaxLength", [this](const Call& call) {
             if (call.put) {
                 Control().maxLength_ = static_cast<int>(std::max(call.LongValue(), 0L));
@@ -230,6 +271,18 @@ void BuiltInControl::CreateSystemWindow() {
         if (!passwordChar_.empty()) SendMessageW(window_, EM_SETPASSWORDCHAR, passwordChar_[0], 0);
     }
     SetColor(backColor_, backColor_);
+}
+
+void BuiltInControl::Remake() {
+    const Text text = WindowText(window_);
+    const HWND before = GetWindow(window_, GW_HWNDPREV);
+    quiet_ = true;
+    DestroyWindow(window_);
+    CreateSystemWindow();
+    ApplyFont();
+    SetWindowTextW(window_, Wide(text));
+    SetWindowPos(window_, before ? before : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    quiet_ = false;
 }
 
 void BuiltInControl::ApplyFont() {

@@ -55,6 +55,8 @@ class BuiltInControl final : public FormControl {
     class Relay;
 
     void CreateSystemWindow();
+    // With other styles, in place of the one there is.
+    void Remake();
     void ApplyFont();
     void SetColor(OLE_COLOR& color, OLE_COLOR value);
     DWORD StyleBits() const;

@@ -166,7 +166,7 @@ ExtendedControl::ExtendedControl(FormControl& control) : NamedObject(firstExtend
             return Variant();
         }
         // A property list shows an empty field for what is no element.
-        if (Control().Index() < 0 && Control().Form().DesignMode()) return Variant();
+        if (Control().Index() < 0 && Control().Form().Designer()) return Variant(u"");
         if (Control().Index() < 0) throw RunTimeError(343, u"Object not an array");
         return Variant(Control().Index());
     });
@@ -190,6 +190,20 @@ ExtendedControl::ExtendedControl(FormControl& control) : NamedObject(firstExtend
     AddProperty(u"TabStop", [this](const Call& call) {
         if (call.put) Control().SetTabStop(call.BoolValue());
         return Variant(Control().HasTabStop());
+    });
+    AddProperty(u"Default", [this](const Call& call) {
+        if (call.put) {
+            RequireDesigner();
+            Control().default_ = call.BoolValue();
+        }
+        return Variant(Control().default_);
+    });
+    AddProperty(u"Cancel", [this](const Call& call) {
+        if (call.put) {
+            RequireDesigner();
+            Control().cancel_ = call.BoolValue();
+        }
+        return Variant(Control().cancel_);
     });
     AddProperty(u"Visible", [this](const Call& call) {
         if (call.put) Control().SetVisible(call.BoolValue());

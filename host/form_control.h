@@ -125,6 +125,8 @@ class FormControl {
     bool ShownAs(bool visible) const;
 
   private:
+    friend class ExtendedControl;
+
     HostForm& form_;
     Block* block_;
     FormControl* container_;

@@ -5,7 +5,7 @@
 #include "com/module.h"
 #include "com/safearray.h"
 #include "common/run_time_error.h"
-#include "host/text_encoding.h"
+#include "host/form_storage_win32.h"
 
 namespace qvx::host {
 
@@ -137,7 +137,7 @@ class HostObject final : public FormPart {
   public:
     HostObject(HostForm& form, const Options& options) : FormPart(form) {
         AddMethod(u"Log", [file = options.log](const Call& call) {
-            Append(file, call.String(0));
+            AppendLine(file, call.String(0));
             return Variant();
         });
         AddMethod(u"SaveForm", [this, &options](const Call& call) {
@@ -170,20 +170,6 @@ class HostObject final : public FormPart {
         result.ptr()->vt = VT_ARRAY | VT_VARIANT;
         result.ptr()->parray = array.detach();
         return result;
-    }
-
-    // Opened for every line and closed again, so that a reader outside sees each line as soon as it is written.
-    static void Append(const Text& file, const Text& line) {
-        if (file.empty()) return;
-        const HANDLE handle = CreateFileW(Wide(file), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                          OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (handle == INVALID_HANDLE_VALUE) {
-            throw RunTimeError(75, u"cannot write to \"" + file + u"\"");
-        }
-        const UniqueKernelObject owner(handle);
-        const std::string bytes = EncodeUtf8(line + u"\r\n");
-        DWORD written = 0;
-        WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
     }
 };
 
@@ -256,19 +242,19 @@ void FormObject::AddWindowMembers() {
     addSize(u"ScaleWidth", true, true);
     addSize(u"ScaleHeight", false, true);
     AddProperty(u"Visible", [this](const Call& call) {
-        if (call.put) ShowWindow(Form().Handle(), call.BoolValue() ? SW_SHOW : SW_HIDE);
-        return Variant(IsWindowVisible(Form().Handle()) != FALSE);
+        if (call.put) ShowWindow(RunningForm().Handle(), call.BoolValue() ? SW_SHOW : SW_HIDE);
+        return Variant(Form().Designer() || IsWindowVisible(Form().Handle()) != FALSE);
     });
     AddProperty(u"Enabled", [this](const Call& call) {
-        if (call.put) EnableWindow(Form().Handle(), call.BoolValue());
+        if (call.put) EnableWindow(RunningForm().Handle(), call.BoolValue());
         return Variant(IsWindowEnabled(Form().Handle()) != FALSE);
     });
     AddMethod(u"Show", [this](const Call&) {
-        ShowWindow(Form().Handle(), SW_SHOW);
+        ShowWindow(RunningForm().Handle(), SW_SHOW);
         return Variant();
     });
     AddMethod(u"Hide", [this](const Call&) {
-        ShowWindow(Form().Handle(), SW_HIDE);
+        ShowWindow(RunningForm().Handle(), SW_HIDE);
         return Variant();
     });
     AddMethod(u"Refresh", [this](const Call&) {
@@ -276,7 +262,7 @@ void FormObject::AddWindowMembers() {
         return Variant();
     });
     const auto close = [this](const Call&) {
-        Form().AskToClose();
+        RunningForm().AskToClose();
         return Variant();
     };
     AddMethod(u"Close", close);
@@ -335,6 +321,11 @@ DesignHost& FormObject::RequireDesigner() const {
     DesignHost* designer = Form().Designer();
     if (!designer) throw RunTimeError(errors::setNotSupportedAtRunTime, u"Set not supported at runtime");
     return *designer;
+}
+
+HostForm& FormObject::RunningForm() const {
+    if (Form().Designer()) throw RunTimeError(errors::setNotPermitted, u"Set not permitted");
+    return Form();
 }
 
 HostForm& FormObject::Form() const {

@@ -32,6 +32,8 @@ class FormObject final : public NamedObject, public IOleContainer {
   private:
     ~FormObject() override = default;
     HostForm& Form() const;
+    // For what a form under design does not do. Throws RunTimeError 387 there.
+    HostForm& RunningForm() const;
     void AddWindowMembers();
     void AddLookMembers();
     void AddFrameMembers();

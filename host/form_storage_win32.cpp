@@ -7,6 +7,7 @@
 #include "com/text.h"
 #include "common/run_time_error.h"
 #include "host/form_file.h"
+#include "host/text_encoding.h"
 #include "win/handles.h"
 
 namespace qvx::host {
@@ -52,6 +53,18 @@ void ReplaceFileBytes(const Text& path, const std::string& bytes) {
         if (handle != INVALID_HANDLE_VALUE) DeleteFileW(Wide(beside));
         throw RunTimeError(errors::pathFileAccess, u"cannot write \"" + path + u"\"");
     }
+}
+
+void AppendLine(const Text& path, const Text& line) {
+    if (path.empty()) return;
+    const HANDLE handle = CreateFileW(Wide(path), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        throw RunTimeError(errors::pathFileAccess, u"cannot write to \"" + path + u"\"");
+    const UniqueKernelObject owner(handle);
+    const std::string bytes = EncodeUtf8(line + u"\r\n");
+    DWORD written = 0;
+    WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
 }
 
 Text FullPath(const Text& path) {

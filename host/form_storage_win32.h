@@ -18,6 +18,10 @@ std::optional<std::string> TryReadFileBytes(const Text& path);
 // RunTimeError 75 when that cannot be done.
 void ReplaceFileBytes(const Text& path, const std::string& bytes);
 
+// Adds a line to a log; an empty path is no log. Opened for every line and closed again, so that a reader outside sees
+// each line as soon as it is written. Throws RunTimeError 75.
+void AppendLine(const Text& path, const Text& line);
+
 Text FullPath(const Text& path);
 // The folder of a full path, without the last separator.
 Text FolderOf(const Text& path);

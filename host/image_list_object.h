@@ -9,7 +9,9 @@
 //        EndProperty
 //     End
 //
-// It shows nothing itself. Scripts reach the pictures through ListImages: Count, Item(number or key), Add([Index],
+// It shows nothing itself. Under design, pictures that have come from nowhere but a property page are written to files
+// beside the form when the list is saved.
+// Scripts reach the pictures through ListImages: Count, Item(number or key), Add([Index],
 // [Key], [Picture]), Remove, Clear; an image has Index, Key, Tag and Picture. Numbers begin with 1.
 #pragma once
 
@@ -25,6 +27,8 @@ namespace qvx::host {
 // The picture in a file of any format the system reads. `path` is relative to `folder` unless it begins with a drive or
 // a slash. Throws RunTimeError 53 for a file that cannot be read and ComError for one that holds no picture.
 ComPtr<IPictureDisp> LoadPictureFile(const Text& folder, const Text& path);
+
+class ImagesObject;
 
 class ImageListControl final : public FormControl {
   public:
@@ -42,11 +46,12 @@ class ImageListControl final : public FormControl {
     bool AcceptsFocus() const override { return false; }
     void ApplyBounds(const RECT& pixels) override;
     void ApplyVisible(bool) override {}
-    // Pictures that a script adds are the script's: the file keeps the ones it names.
-    void SaveOwn(SavedProperties&) override {}
+    // Pictures that a script adds are the script's: the file keeps the ones it names. Under design they are the form's.
+    void SaveOwn(SavedProperties& saved) override;
     std::vector<Text> KnownProperties() const override { return {}; }
 
   private:
+    ComPtr<ImagesObject> images_;
     ComPtr<IDispatch> members_;
     DesignBox box_;  // under design only
 };

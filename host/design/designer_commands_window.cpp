@@ -11,6 +11,8 @@
 #include "common/run_time_error.h"
 #include "host/design/designer_window.h"
 #include "host/design/form_text.h"
+#include "host/design/image_editor_dialog.h"
+#include "host/design/menu_editor_dialog.h"
 #include "host/form_storage_win32.h"
 #include "host/sited_control.h"
 #include "win/clipboard.h"
@@ -101,10 +103,7 @@ bool DesignerWindow::Carry(Command command) {
             break;
         case Command::undo:
         case Command::redo:
-            if (command == Command::undo ? document_->Undo() : document_->Redo()) {
-                form_->FollowBlocks();
-                AfterChange();
-            }
+            GoThroughHistory(command == Command::undo);
             break;
         case Command::cut:
         case Command::copy:
@@ -194,6 +193,19 @@ bool DesignerWindow::Carry(Command command) {
             return false;
     }
     return true;
+}
+
+void DesignerWindow::GoThroughHistory(bool back) {
+    const std::vector<ObjectId> before = document_->Controls();
+    if (!(back ? document_->Undo() : document_->Redo())) return;
+    form_->FollowBlocks();
+    // What has come back is what is looked at.
+    std::vector<ObjectId> came;
+    for (const ObjectId& id : document_->Controls()) {
+        if (std::find(before.begin(), before.end(), id) == before.end()) came.push_back(id);
+    }
+    if (!came.empty() && came.size() <= 50) selection_.Set({came.front()});
+    AfterChange();
 }
 
 void DesignerWindow::Arrange(Arrangement arrangement) {
@@ -376,6 +388,7 @@ bool DesignerWindow::SaveTo(const Text& path) {
     }
     document_->MarkSaved();
     UpdateView();
+    Log(u"Designer: saved");
     return true;
 }
 
@@ -483,6 +496,7 @@ void DesignerWindow::RunForm() {
 
 void DesignerWindow::FollowRun() {
     if (running_ && WaitForSingleObject(running_.Get(), 0) == WAIT_TIMEOUT) return;
+    if (running_) Log(u"Designer: the form has ended");
     running_.Reset();
     KillTimer(Handle(), runTimer);
     if (!runCopy_.empty()) DeleteFileW(Wide(runCopy_));
@@ -491,8 +505,27 @@ void DesignerWindow::FollowRun() {
 
 // --- Editors.
 
-void DesignerWindow::EditMenus() {}
+void DesignerWindow::EditMenus() {
+    CapturePending();
+    MenuEditor editor(document_->File().form);
+    Log(u"Designer: menu editor");
+    if (!editor.Ask(Handle())) return;
+    Change(u"Menus", [&] { WriteMenuLines(document_->File().form, editor.Lines()); });
+}
 
-void DesignerWindow::EditImages() {}
+void DesignerWindow::EditImages() {
+    const ObjectId* primary = selection_.Primary();
+    const Block* block = primary ? document_->Find(*primary) : nullptr;
+    if (!block || !SameName(block->className, u"ImageList")) return;
+    const ObjectId id = *primary;
+    ImageEditor editor(ReadImages(*block), form_->Folder(), [this](HWND owner) {
+        using namespace std::string_literals;
+        return questions_.file(owner, false, {}, u"Pictures\0*.bmp;*.ico;*.gif;*.jpg;*.png\0All files\0*.*\0"s);
+    });
+    if (!editor.Ask(Handle())) return;
+    Change(u"Images", [&] {
+        if (Block* list = document_->Find(id)) WriteImages(*list, editor.Images());
+    });
+}
 
 }  // namespace qvx::host::design

@@ -11,6 +11,7 @@
 #include "common/number_text.h"
 #include "common/run_time_error.h"
 #include "host/design_box_window.h"
+#include "host/form_storage_win32.h"
 #include "host/sited_control.h"
 #include "win/dpi.h"
 #include "win/module.h"
@@ -20,6 +21,7 @@ namespace qvx::host::design {
 namespace {
 
 constexpr UINT messageCapture = WM_APP + 1;
+constexpr UINT messageReady = WM_APP + 2;
 constexpr UINT_PTR runTimer = 1;
 constexpr WORD iconResource = 1;
 constexpr int paletteWidth = 136;  // pixels at 96 dots per inch
@@ -121,6 +123,15 @@ void DesignerWindow::Show() {
     ShowWindow(Handle(), SW_SHOWDEFAULT);
     UpdateWindow(Handle());
     SetFocus(canvas_.Handle());
+    PostMessageW(Handle(), messageReady, 0, 0);
+}
+
+void DesignerWindow::Log(const Text& line) {
+    try {
+        AppendLine(options_.log, line);
+    } catch (const RunTimeError& error) {
+        reporter_.Note(error.Description());
+    }
 }
 
 void DesignerWindow::Run() {
@@ -466,6 +477,10 @@ LRESULT DesignerWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             return 0;
         }
+        case messageReady:
+            SetFocus(canvas_.Handle());
+            Log(u"Designer: ready");
+            return 0;
         case WM_TIMER:
             if (wParam == runTimer) FollowRun();
             return 0;

@@ -92,6 +92,8 @@ class DesignerWindow final : public Window, public DesignHost {
     void UpdateCaption();
     void UpdateStatus();
     void UpdateMenus();
+    // For whoever plays keys from outside: the log tells when something is done.
+    void Log(const Text& line);
     CommandState State() const;
     FormControl* Find(const ObjectId& id) const;
     Dpi FormDpi() const;
@@ -110,6 +112,7 @@ class DesignerWindow final : public Window, public DesignHost {
 
     // Commands.
     bool Carry(Command command);
+    void GoThroughHistory(bool back);
     void Arrange(Arrangement arrangement);
     void CopySelection();
     void PasteClipboard(bool asArray);

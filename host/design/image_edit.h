@@ -24,9 +24,4 @@ void WriteImages(Block& imageList, const std::vector<ImageLine>& images);
 // The first key that is there twice, if one is.
 std::optional<Text> DoubleKey(const std::vector<ImageLine>& images);
 
-// The name of a file for a picture of that list and key, without its suffix: what no file can be called becomes "_".
-Text PictureFileName(TextView list, TextView key);
-// `file` as a form in that folder names it: relative when it stands there or below.
-Text RelativeTo(TextView folder, TextView file);
-
 }  // namespace qvx::host::design
