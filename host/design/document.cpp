@@ -260,7 +260,7 @@ void Document::KeepTabOrder(const std::vector<ObjectId>& before) {
 
 ObjectId Document::Place(TextView className, const std::optional<ObjectId>& container, const TwipsRect& bounds) {
     Block& into = Container(container);
-    const std::vector<ObjectId> order = TabOrder();
+    std::vector<ObjectId> order = TabOrder();
     const std::vector<Visit> visits = Walk(file_.form);
     int next = 0;
     for (const int index : TabIndexes(visits)) {
@@ -273,6 +273,7 @@ ObjectId Document::Place(TextView className, const std::optional<ObjectId>& cont
     }
     auto made = ObjectsIn(NewBlockText(className, name, bounds, next));
     Insert(into, Reindented(*made.front(), InnerIndent(into), into.begin.lineEnd), front);
+    order.push_back({name, -1});
     KeepTabOrder(order);
     return {name, -1};
 }
@@ -400,7 +401,7 @@ std::size_t Document::CountIn(TextView text) {
 std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectId>& container, bool asArray) {
     Block& into = Container(container);
     auto objects = ObjectsIn(text);
-    const std::vector<ObjectId> order = TabOrder();
+    std::vector<ObjectId> order;
     Indexes used = UsedNames();
     const auto name = [&](const auto& self, Block& block) -> void {
         const int wanted = IdOf(block).index;
@@ -449,6 +450,7 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
         return false;
     };
     while (covers() && aside < farthest) aside += pasteStep;
+    order = TabOrder();
     int next = 0;
     for (const int index : TabIndexes(Walk(file_.form))) {
         if (index < std::numeric_limits<int>::max()) next = std::max(next, index + 1);
@@ -456,6 +458,7 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
     const auto number = [&](const auto& self, Block& block) -> void {
         block.Set(u"TabIndex", std::int32_t{next});
         if (next < std::numeric_limits<int>::max()) ++next;
+        order.push_back(IdOf(block));
         for (Block* inner : block.Objects()) self(self, *inner);
     };
     std::vector<ObjectId> pasted;

@@ -76,6 +76,19 @@ LRESULT EditorDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 OnCommand(LOWORD(wParam), HIWORD(wParam));
             }
             return 0;
+        case WM_NEXTDLGCTL: {
+            // The access key of a label means the field behind it.
+            HWND next = lParam ? reinterpret_cast<HWND>(wParam)
+                               : GetNextDlgTabItem(Handle(), GetFocus(), static_cast<BOOL>(wParam));
+            if (next && (SendMessageW(next, WM_GETDLGCODE, 0, 0) & DLGC_STATIC)) {
+                next = GetNextDlgTabItem(Handle(), next, FALSE);
+            }
+            if (next) SetFocus(next);
+            if (next && (SendMessageW(next, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL)) {
+                SendMessageW(next, EM_SETSEL, 0, -1);
+            }
+            return 0;
+        }
         case DM_GETDEFID:
             return MAKELRESULT(IDOK, DC_HASDEFID);
         case WM_CTLCOLORSTATIC:
