@@ -61,6 +61,8 @@ class FormControl {
     // The buttons that Enter and Escape mean when the active control leaves these keys alone.
     bool IsDefault() const { return default_; }
     bool IsCancel() const { return cancel_; }
+    void SetDefault(bool isDefault) { default_ = isDefault; }
+    void SetCancel(bool isCancel) { cancel_ = isCancel; }
 
     // What a form file keeps of the control, as it is now. Throws RunTimeError when the control cannot say.
     SavedProperties Saved();
@@ -145,6 +147,8 @@ class ExtendedControl final : public NamedObject {
     ~ExtendedControl() override = default;
     FormControl& Control() const;
     void AddPosition(const char16_t* name, int TwipsRect::*field);
+    // The control; error 438 where it is no button.
+    FormControl& ButtonControl() const;
 
     FormControl* control_;
 };

@@ -140,6 +140,8 @@ Text PropertyLabel(const PropertyInfo& info) {
     return above ? u"(" + info.name + u")" : info.name;
 }
 
+bool IsForUsers(TextView name) { return !SameName(name, u"hWnd") && !SameName(name, u"hDC"); }
+
 Text CategoryOf(TextView name, PropertyKind kind) {
     static const std::vector<NamedCategory> known = {
         {u"Appearance",
@@ -229,6 +231,7 @@ Text ShowValue(const PropertyInfo& info, const PropertyValue& value) {
 PropertyValue ParseTyped(const PropertyInfo& info, TextView typed, const PropertyValue& current) {
     // What is shown for the value that is there stands for that value.
     if (!std::holds_alternative<std::monostate>(current) && typed == ShowValue(info, current)) return current;
+    if (info.optional && Trim(typed).empty()) return {};
     switch (info.kind) {
         case PropertyKind::boolean:
             return ParseBoolean(typed);

@@ -538,6 +538,7 @@ void PropertyRowsWindow::OpenBox() {
     if (row->info.kind == PropertyKind::color) {
         box_ = MakeColorBox(value, [this, index] { owner_.OpenDialog(index); });
     } else if (auto choices = ChoicesOf(row->info); !choices.empty()) {
+        for (PropertyChoice& choice : choices) choice.name = ShowValue(row->info, choice.value);
         box_ = MakeChoiceBox(std::move(choices), value);
     } else {
         const Text* text = std::get_if<Text>(&value);
