@@ -334,7 +334,15 @@ void PropertyListWindow::View::Refuse(const PropertyInfo& info, const RunTimeErr
 void PropertyListWindow::View::ShowRefusal() {
     const Text message = std::exchange(refusal_, {});
     const Text title = title_.empty() ? Text(u"Properties") : title_;
-    if (!message.empty()) MessageBoxW(Owner(), Wide(message), Wide(title), MB_OK | MB_ICONEXCLAMATION);
+    if (message.empty()) return;
+    const LifeWatch alive = window_.Watch();
+    const bool editing = rows_.Editing();
+    const HWND focus = GetFocus();
+    MessageBoxW(Owner(), Wide(message), Wide(title), MB_OK | MB_ICONEXCLAMATION);
+    // The user goes on where the message came up.
+    if (!alive.Alive() || !window_.Handle()) return;
+    if (editing && rows_.BeginEdit()) return;
+    if (IsWindow(focus)) SetFocus(focus);
 }
 
 template <class Write>
