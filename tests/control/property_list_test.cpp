@@ -504,6 +504,168 @@ TEST_F(HostileObjects, ObjectsMayChangeTheListWhileTheyAreAsked) {
     EXPECT_EQ(list_, nullptr);
 }
 
+// A button's description over a control that knows words and choices of its own, and has pages.
+class TalkativeControl final : public ComObject<UntypedDispatch, IPerPropertyBrowsing, ISpecifyPropertyPages> {
+  public:
+    ComPtr<ITypeInfo> info;
+    std::map<DISPID, Variant> values;
+
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** out) override {
+        *out = info.copy();
+        return S_OK;
+    }
+    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result, EXCEPINFO*,
+                        UINT*) override {
+        if (flags & DISPATCH_PROPERTYPUT) {
+            values[member] = Variant(arguments->rgvarg[0]);
+        } else {
+            *result = Variant(values[member]).detach();
+        }
+        return S_OK;
+    }
+    STDMETHODIMP GetDisplayString(DISPID member, BSTR* text) override {
+        if (member != DISPID_FOCUSRECT) return S_FALSE;
+        *text = NewBstr(u"as it comes");
+        return S_OK;
+    }
+    STDMETHODIMP MapPropertyToPage(DISPID, CLSID*) override { return PERPROP_E_NOPAGEAVAILABLE; }
+    STDMETHODIMP GetPredefinedStrings(DISPID member, CALPOLESTR* names, CADWORD* cookies) override {
+        if (member != DISPID_CAPTION) return E_NOTIMPL;
+        const wchar_t* const words[] = {L"Short", L"Broken", L"Long"};
+        names->cElems = 3;
+        names->pElems = static_cast<LPOLESTR*>(CoTaskMemAlloc(3 * sizeof(LPOLESTR)));
+        cookies->cElems = 3;
+        cookies->pElems = static_cast<DWORD*>(CoTaskMemAlloc(3 * sizeof(DWORD)));
+        for (DWORD i = 0; i < 3; ++i) {
+            const std::size_t bytes = (wcslen(words[i]) + 1) * sizeof(wchar_t);
+            names->pElems[i] = static_cast<LPOLESTR>(memcpy(CoTaskMemAlloc(bytes), words[i], bytes));
+            cookies->pElems[i] = 40 + i;
+        }
+        return S_OK;
+    }
+    STDMETHODIMP GetPredefinedValue(DISPID, DWORD cookie, VARIANT* value) override {
+        if (cookie == 41) return E_FAIL;
+        *value = Variant(cookie == 40 ? u"s" : u"a long caption").detach();
+        return S_OK;
+    }
+    STDMETHODIMP GetPages(CAUUID* pages) override {
+        pages->cElems = 1;
+        pages->pElems = static_cast<GUID*>(CoTaskMemAlloc(sizeof(GUID)));
+        *pages->pElems = {};
+        return S_OK;
+    }
+
+    static constexpr DISPID DISPID_FOCUSRECT = 1;
+
+  private:
+    ~TalkativeControl() override = default;
+};
+
+TEST_F(PropertyListTest, AControlMayOfferWordsChoicesAndPages) {
+    const auto control = MakeObject<TalkativeControl>();
+    SubjectOf(u"cmdOk").own->GetTypeInfo(0, LOCALE_USER_DEFAULT, control->info.put());
+    control->values[DISPID_CAPTION] = Variant(u"s");
+    control->values[TalkativeControl::DISPID_FOCUSRECT] = Variant(true);
+    std::vector<std::size_t> pages;
+    list_->onPages = [&](std::size_t subject) { pages.push_back(subject); };
+    const PropertyListWindow::Subject subject{u"x", nullptr, control,
+                                              ComPtr<IUnknown>(static_cast<IDispatch*>(control.get()))};
+    list_->Show({subject}, {u"x"});
+    EXPECT_EQ(Row(u"FocusRect").reading.text, u"as it comes");
+    EXPECT_EQ(Row(u"Caption").reading.text, u"Short");
+    EXPECT_EQ(Row(u"Caption").info.choices.size(), 2u) << "what has no value is no choice";
+    Edit(u"Caption");
+    TypeKey(VK_F4);
+    Settle();
+    TypeKey(VK_END);
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(control->values[DISPID_CAPTION].ToText(), u"a long caption");
+    Type("mine");
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(control->values[DISPID_CAPTION].ToText(), u"mine");
+    list_->GoTo(u"Custom");
+    SetFocus(list_->RowsWindow());
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(pages, std::vector<std::size_t>{0});
+    list_->Show({subject, subject}, {u"x", u"x"});
+    EXPECT_FALSE(Has(u"Custom"));
+}
+
+TEST_F(PropertyListTest, ATextOfSeveralLinesIsTypedInItsBox) {
+    Show({u"cmdOk"});
+    EXPECT_TRUE(list_->SetValue(u"Caption", Text(u"one\ntwo")));
+    EXPECT_EQ(Row(u"Caption").reading.text, u"one\\ntwo");
+    Edit(u"Caption");
+    TypeKey(VK_F4);
+    Settle();
+    EXPECT_EQ(FocusText(), u"one\r\ntwo");
+    TypeKey(VK_RETURN, {VK_CONTROL});
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"one\ntwo") << "left alone, it stays what it was";
+    TypeKey(VK_F4);
+    Settle();
+    Type("a");
+    TypeKey(VK_RETURN);
+    Type("b");
+    TypeKey(VK_RETURN, {VK_CONTROL});
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"a\r\nb");
+    EXPECT_EQ(FocusText(), u"a\\r\\nb");
+    // Leaving the box applies as well; Escape does not.
+    TypeKey(VK_F4);
+    Settle();
+    Type("c");
+    SetActiveWindow(frame_.Handle());
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"c");
+    list_->GoTo(u"Caption");
+    TypeKey(VK_F4);
+    Settle();
+    Type("d");
+    TypeKey(VK_ESCAPE);
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"c");
+}
+
+TEST_F(PropertyListTest, TheSelectorAndTheTabsLeadOn) {
+    std::vector<std::size_t> picked;
+    list_->onSelect = [&](std::size_t index) {
+        picked.push_back(index);
+        if (index == 3) Show({u"txtName"});
+    };
+    Show({u"cmdOk"});
+    const HWND selector = FindWindowExW(list_->Handle(), nullptr, L"ComboBox", nullptr);
+    EXPECT_EQ(SendMessageW(selector, CB_GETCURSEL, 0, 0), 1);
+    SetFocus(selector);
+    TypeKey(VK_DOWN);
+    TypeKey(VK_DOWN);
+    Settle();
+    EXPECT_EQ(picked, (std::vector<std::size_t>{2, 3}));
+    EXPECT_TRUE(Has(u"MinValue"));
+    // Tab: the tabs, the rows' names, the value, and round to the selector.
+    TypeKey(VK_TAB);
+    TypeKey(VK_RIGHT);
+    Settle();
+    EXPECT_EQ(list_->Table()->Order(), PropertyOrder::categorized);
+    TypeKey(VK_TAB);
+    Settle();
+    EXPECT_EQ(GetFocus(), list_->RowsWindow());
+    list_->GoTo(u"Text");
+    TypeKey(VK_TAB);
+    Settle();
+    EXPECT_EQ(GetParent(GetFocus()), list_->RowsWindow());
+    TypeKey(VK_TAB, {VK_SHIFT});
+    Settle();
+    EXPECT_EQ(GetFocus(), list_->RowsWindow());
+    TypeKey(VK_TAB);
+    TypeKey(VK_TAB);
+    Settle();
+    EXPECT_EQ(GetFocus(), selector);
+}
+
 TEST_F(PropertyListTest, EverySizeWillDoAndNothingStaysBehind) {
     const auto make = [&](int width) {
         PropertyListWindow list;
