@@ -88,7 +88,7 @@ PropertyValue ParseChoice(const std::vector<PropertyChoice>& choices, TextView t
         if (auto begun = ChoiceByBeginning(choices, text)) return *begun;
         Mismatch();
     }
-    const PropertyValue value = ParseInteger(head);
+    PropertyValue value = ParseInteger(head);
     const bool known = std::any_of(choices.begin(), choices.end(), [&](const auto& c) { return c.value == value; });
     if (!known) Invalid();
     return value;

@@ -121,6 +121,6 @@ TextView SystemColorName(OleColor color) {
     return {};
 }
 
-std::span<const OleColor, paletteColumns * paletteRows> Palette() { return palette; }
+std::span<const OleColor, paletteCells> Palette() { return palette; }
 
 }  // namespace qvx::host
