@@ -88,10 +88,13 @@ PropertyValue ParseChoice(const std::vector<PropertyChoice>& choices, TextView t
         if (auto begun = ChoiceByBeginning(choices, text)) return *begun;
         Mismatch();
     }
-    PropertyValue value = ParseInteger(head);
-    const bool known = std::any_of(choices.begin(), choices.end(), [&](const auto& c) { return c.value == value; });
+    const std::int32_t typedNumber = ParseInteger(head);
+    const bool known = std::any_of(choices.begin(), choices.end(), [&](const PropertyChoice& choice) {
+        const auto* own = std::get_if<std::int32_t>(&choice.value);
+        return own && *own == typedNumber;
+    });
     if (!known) Invalid();
-    return value;
+    return typedNumber;
 }
 
 bool ParseBoolean(TextView typed) {
