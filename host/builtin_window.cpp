@@ -3,8 +3,10 @@
 #include <olectl.h>
 
 #include <algorithm>
+#include <type_traits>
 
 #include "com/text.h"
+#include "common/flag_scope.h"
 #include "common/run_time_error.h"
 #include "host/form_font.h"
 #include "host/form_window.h"
@@ -58,15 +60,7 @@ class BuiltInControl::Members final : public NamedObject {
             AddTextBoxMembers();
         } else {
             AddText(u"Caption");
-        }
-        if (control.kind_ != BuiltIn::frame) {
-            AddStyle(u"Alignment", &BuiltInControl::alignment_, 2);
-            AddStyle(u"BorderStyle", &BuiltInControl::borderStyle_, 1);
-        }
-        if (control.kind_ == BuiltIn::label) {
-            AddDesigned(
-                u"BackStyle", [](BuiltInControl& c) { return Variant(c.opaque_ ? 1 : 0); },
-                [](BuiltInControl& c, const Call& call) { c.opaque_ = call.LongValue() != 0; });
+            if (control.kind_ == BuiltIn::label) AddLabelMembers();
         }
     }
     void Forget() { control_ = nullptr; }
@@ -87,39 +81,50 @@ class BuiltInControl::Members final : public NamedObject {
         SetDefaultMember(name);
     }
 
-    // What the system's window is made with: it can be changed under design only, and makes another window.
-    template <class Get, class Put>
-    void AddDesigned(const char16_t* name, Get get, Put put) {
-        AddProperty(name, [this, get, put](const Call& call) {
+    // What the window is made with; `most` is the largest number that means anything.
+    template <typename Field>
+    void AddStyle(const char16_t* name, Field BuiltInControl::*field, long most) {
+        AddProperty(name, [this, field, most](const Call& call) {
+            BuiltInControl& c = Control();
             if (call.put) {
-                if (!Control().Form().DesignMode()) {
-                    throw RunTimeError(errors::setNotSupportedAtRunTime, u"Set not supported at runtime");
-                }
-                put(Control(), call);
-                Control().Remake();
+                const long number =
+                    std::is_same_v<Field, bool> && call.Value().Type() == VT_BOOL ? call.BoolValue() : call.LongValue();
+                if (number < 0 || number > most)
+                    throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
+                c.*field = static_cast<Field>(number);
+                c.RecreateSystemWindow();
             }
-            return get(Control());
+            return Variant(c.*field);
         });
     }
-    void AddStyle(const char16_t* name, int BuiltInControl::*field, int largest) {
-        AddDesigned(
-            name, [field](BuiltInControl& c) { return Variant(c.*field); },
-            [field, largest](BuiltInControl& c, const Call& call) {
-                if (call.LongValue() < 0 || call.LongValue() > largest) {
+
+    void AddLabelMembers() {
+        AddStyle(u"Alignment", &BuiltInControl::alignment_, 2);
+        AddStyle(u"BorderStyle", &BuiltInControl::borderStyle_, 1);
+        AddProperty(u"BackStyle", [this](const Call& call) {
+            if (call.put) {
+                const long number = call.LongValue();
+                if (number < 0 || number > 1)
                     throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
-                }
-                c.*field = static_cast<int>(call.LongValue());
-            });
+                Control().opaque_ = number != 0;
+                RedrawWindow(Control().window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
+            }
+            return Variant(Control().opaque_ ? 1 : 0);
+        });
     }
 
     void AddTextBoxMembers() {
-        AddDesigned(
-            u"MultiLine", [](BuiltInControl& c) { return Variant(c.multiLine_); },
-            [](BuiltInControl& c, const Call& call) { c.multiLine_ = call.BoolValue(); });
+        AddStyle(u"Alignment", &BuiltInControl::alignment_, 2);
+        AddStyle(u"BorderStyle", &BuiltInControl::borderStyle_, 1);
         AddStyle(u"ScrollBars", &BuiltInControl::scrollBars_, 3);
-        AddDesigned(
-            u"PasswordChar", [](BuiltInControl& c) { return Variant(c.passwordChar_); },
-            [](BuiltInControl& c, const Call& call) { c.passwordChar_ = call.StringValue().substr(0, 1); });
+        AddStyle(u"MultiLine", &BuiltInControl::multiLine_, 1);
+        AddProperty(u"PasswordChar", [this](const Call& call) {
+            if (call.put) {
+                Control().passwordChar_ = call.StringValue().substr(0, 1);
+                Control().RecreateSystemWindow();
+            }
+            return Variant(Control().passwordChar_);
+        });
         AddProperty(u"MaxLength", [this](const Call& call) {
             if (call.put) {
                 Control().maxLength_ = static_cast<int>(std::max(call.LongValue(), 0L));
@@ -273,16 +278,19 @@ void BuiltInControl::CreateSystemWindow() {
     SetColor(backColor_, backColor_);
 }
 
-void BuiltInControl::Remake() {
-    const Text text = WindowText(window_);
-    const HWND before = GetWindow(window_, GW_HWNDPREV);
-    quiet_ = true;
-    DestroyWindow(window_);
+void BuiltInControl::RecreateSystemWindow() {
+    const FlagScope scope(quiet_);
+    const HWND old = window_;
+    const bool focused = GetFocus() == old;
+    const Text text = WindowText(old);
+    const HWND above = GetWindow(old, GW_HWNDPREV);
     CreateSystemWindow();
     ApplyFont();
     SetWindowTextW(window_, Wide(text));
-    SetWindowPos(window_, before ? before : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    quiet_ = false;
+    SetWindowPos(window_, above ? above : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    if (focused) SetFocus(window_);
+    DestroyWindow(old);
+    Form().UpdateToolTip(*this);
 }
 
 void BuiltInControl::ApplyFont() {

@@ -55,8 +55,8 @@ class BuiltInControl final : public FormControl {
     class Relay;
 
     void CreateSystemWindow();
-    // With other styles, in place of the one there is.
-    void Remake();
+    // The same control in a new system window, for what the system decides when it makes one.
+    void RecreateSystemWindow();
     void ApplyFont();
     void SetColor(OLE_COLOR& color, OLE_COLOR value);
     DWORD StyleBits() const;

@@ -213,6 +213,14 @@ ExtendedControl::ExtendedControl(FormControl& control) : NamedObject(firstExtend
         if (call.put) Control().SetEnabled(call.BoolValue());
         return Variant(Control().Enabled());
     });
+    AddProperty(u"Default", [this](const Call& call) {
+        if (call.put) ButtonControl().SetDefault(call.BoolValue());
+        return Variant(ButtonControl().IsDefault());
+    });
+    AddProperty(u"Cancel", [this](const Call& call) {
+        if (call.put) ButtonControl().SetCancel(call.BoolValue());
+        return Variant(ButtonControl().IsCancel());
+    });
     AddMethod(u"Move", [this](const Call& call) {
         TwipsRect bounds = Control().Bounds();
         bounds.left = static_cast<int>(call.Long(0));
@@ -256,6 +264,12 @@ STDMETHODIMP ExtendedControl::Invoke(DISPID member, REFIID iid, LCID locale, WOR
     const bool put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
     if (put && SUCCEEDED(answer) && control_) control_->NoteChange();
     return answer;
+}
+
+FormControl& ExtendedControl::ButtonControl() const {
+    constexpr int noSuchMember = 438;
+    if (!Control().IsButton()) throw RunTimeError(noSuchMember, u"Object doesn't support this property or method");
+    return Control();
 }
 
 void ExtendedControl::AddPosition(const char16_t* name, int TwipsRect::*field) {

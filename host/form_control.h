@@ -56,6 +56,8 @@ class FormControl {
     // The buttons that Enter and Escape mean when the active control leaves these keys alone.
     bool IsDefault() const { return default_; }
     bool IsCancel() const { return cancel_; }
+    void SetDefault(bool isDefault) { default_ = isDefault; }
+    void SetCancel(bool isCancel) { cancel_ = isCancel; }
 
     // What a form file keeps of the control, as it is now. Throws RunTimeError when the control cannot say.
     SavedProperties Saved();
@@ -167,6 +169,8 @@ class ExtendedControl final : public NamedObject {
     // Throws RunTimeError 382 where nobody designs the form.
     DesignHost& RequireDesigner() const;
     void AddPosition(const char16_t* name, int TwipsRect::*field);
+    // The control; error 438 where it is no button.
+    FormControl& ButtonControl() const;
 
     FormControl* control_;
 };

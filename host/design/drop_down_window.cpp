@@ -187,7 +187,8 @@ bool DropDown::Open(HWND owner, const Rect& cell, Closed closed) {
     SetWindowPos(Handle(), HWND_TOP, place.left, place.top, place.Width(), place.Height(), SWP_NOACTIVATE);
     MakeContents();
     closed_ = std::move(closed);
-    ShowWindow(Handle(), SW_SHOW);
+    SetWindowPos(Handle(), nullptr, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
     SetActiveWindow(Handle());
     FocusContents();
     return true;

@@ -17,12 +17,13 @@ struct HostMember {
     TextView help;
     Choices choices = Choices::none;
     bool single = false;
+    bool optional = false;
 };
 
 constexpr HostMember members[] = {
     {u"Name", PropertyKind::text, u"The name by which scripts know the object.", Choices::none, true},
     {u"Index", PropertyKind::integer, u"The number of the control in its control array; empty when it is in none.",
-     Choices::none, true},
+     Choices::none, true, true},
     {u"Left", PropertyKind::integer, u"The distance from the left edge of what the control stands in, in twips."},
     {u"Top", PropertyKind::integer, u"The distance from the top edge of what the control stands in, in twips."},
     {u"Width", PropertyKind::integer, u"The width in twips."},
@@ -91,6 +92,7 @@ std::optional<PropertyInfo> DescribeHostMember(TextView name, bool ofForm) {
         info.kind = member.kind;
         info.help = member.help;
         info.single = member.single;
+        info.optional = member.optional;
         info.category = CategoryOf(member.name, member.kind);
         info.choices = ChoicesFor(formBorder ? Choices::formBorder : member.choices);
         return info;

@@ -202,6 +202,8 @@ class PredefinedStrings {
 ObjectProperties::ObjectProperties(const ComPtr<IDispatch>& extended, const ComPtr<IDispatch>& own,
                                    const ComPtr<IUnknown>& control) {
     Add(extended, false);
+    // What the form adds for some kinds of controls only, it denies the others.
+    std::erase_if(members_, [this](const Member& member) { return Denied(member); });
     if (!(own == extended)) Add(own, true);
     browsing_ = control ? control.As<IPerPropertyBrowsing>() : own ? own.As<IPerPropertyBrowsing>() : nullptr;
     AskForMore();
@@ -246,8 +248,20 @@ void ObjectProperties::AskForMore() {
     }
 }
 
-Variant ObjectProperties::Get(const Member& member) const {
+Variant ObjectProperties::Get(const Member& member) {
     return InvokeMember(member.object.get(), member.type.id, DISPATCH_PROPERTYGET, nullptr);
+}
+
+bool ObjectProperties::Denied(const Member& member) {
+    try {
+        Get(member);
+        return false;
+    } catch (const RunTimeError& error) {
+        constexpr int noSuchMember = 438;
+        return error.Number() == noSuchMember;
+    } catch (const ComError&) {
+        return false;
+    }
 }
 
 PropertyReading ObjectProperties::Read(std::size_t place) const {
@@ -263,6 +277,7 @@ PropertyReading ObjectProperties::Read(std::size_t place) const {
             reading.text = PictureWords(value);
             return reading;
         }
+        if (info.optional && value.Empty()) return reading;
         reading.value = ValueOfKind(info.kind, value);
         const bool empty = std::holds_alternative<std::monostate>(reading.value);
         if (empty && !IsObject(info.kind)) return unreadable;
@@ -279,7 +294,7 @@ PropertyReading ObjectProperties::Read(std::size_t place) const {
     }
 }
 
-void ObjectProperties::Put(const Member& member, Variant value) const {
+void ObjectProperties::Put(const Member& member, Variant value) {
     if (member.type.info.readOnly) throw RunTimeError(errors::setNotPermitted, u"Set not permitted");
     const WORD flags = member.type.byReference ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT;
     InvokeMember(member.object.get(), member.type.id, flags, &value);

@@ -42,8 +42,9 @@ class ObjectProperties {
 
     void Add(const ComPtr<IDispatch>& object, bool own);
     void AskForMore();
-    Variant Get(const Member& member) const;
-    void Put(const Member& member, Variant value) const;
+    static bool Denied(const Member& member);
+    static Variant Get(const Member& member);
+    static void Put(const Member& member, Variant value);
 
     std::vector<Member> members_;
     std::vector<PropertyInfo> infos_;

@@ -29,7 +29,10 @@ class AccessibleRows final : public AccessibleObject {
         if (child == CHILDID_SELF) return std::nullopt;
         return Text(RowOf(child) ? u"Edit" : LineOf(child).open ? u"Collapse" : u"Expand");
     }
-    long Role(long child) override { return child == CHILDID_SELF ? ROLE_SYSTEM_LIST : ROLE_SYSTEM_LISTITEM; }
+    long Role(long child) override {
+        if (child == CHILDID_SELF) return ROLE_SYSTEM_LIST;
+        return Checked(child), ROLE_SYSTEM_LISTITEM;
+    }
     long State(long child) override {
         const bool focused = GetFocus() == rows_->Handle() || rows_->Editing();
         if (child == CHILDID_SELF) return STATE_SYSTEM_FOCUSABLE;

@@ -179,7 +179,9 @@ void PropertyListWindow::View::Layout() {
     int y = gap;
     areas_.selector = {gap, y, client.right - gap, y + static_cast<int>(combo.bottom - combo.top)};
     y = areas_.selector.bottom + gap;
-    areas_.tabs = {gap, y, client.right - gap, y + line + Scaled(9)};
+    RECT tab{};
+    SendMessageW(tabs_, TCM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&tab));
+    areas_.tabs = {gap, y, client.right - gap, y + static_cast<int>(tab.bottom) + 1};
     areas_.header = {gap, areas_.tabs.bottom, client.right - gap, areas_.tabs.bottom + line + Scaled(6)};
     const int room = client.bottom - gap - areas_.header.bottom;
     const int help = std::clamp(Scaled(helpHeight_), 0, std::max(0, room - 3 * line));
@@ -332,7 +334,15 @@ void PropertyListWindow::View::Refuse(const PropertyInfo& info, const RunTimeErr
 void PropertyListWindow::View::ShowRefusal() {
     const Text message = std::exchange(refusal_, {});
     const Text title = title_.empty() ? Text(u"Properties") : title_;
-    if (!message.empty()) MessageBoxW(Owner(), Wide(message), Wide(title), MB_OK | MB_ICONEXCLAMATION);
+    if (message.empty()) return;
+    const LifeWatch alive = window_.Watch();
+    const bool editing = rows_.Editing();
+    const HWND focus = GetFocus();
+    MessageBoxW(Owner(), Wide(message), Wide(title), MB_OK | MB_ICONEXCLAMATION);
+    // The user goes on where the message came up.
+    if (!alive.Alive() || !window_.Handle()) return;
+    if (editing && rows_.BeginEdit()) return;
+    if (IsWindow(focus)) SetFocus(focus);
 }
 
 template <class Write>

@@ -88,10 +88,13 @@ PropertyValue ParseChoice(const std::vector<PropertyChoice>& choices, TextView t
         if (auto begun = ChoiceByBeginning(choices, text)) return *begun;
         Mismatch();
     }
-    const PropertyValue value = ParseInteger(head);
-    const bool known = std::any_of(choices.begin(), choices.end(), [&](const auto& c) { return c.value == value; });
+    const std::int32_t typedNumber = ParseInteger(head);
+    const bool known = std::any_of(choices.begin(), choices.end(), [&](const PropertyChoice& choice) {
+        const auto* own = std::get_if<std::int32_t>(&choice.value);
+        return own && *own == typedNumber;
+    });
     if (!known) Invalid();
-    return value;
+    return typedNumber;
 }
 
 bool ParseBoolean(TextView typed) {
@@ -139,6 +142,8 @@ Text PropertyLabel(const PropertyInfo& info) {
     const bool above = info.kind == PropertyKind::pages || (info.single && SameName(info.name, u"Name"));
     return above ? u"(" + info.name + u")" : info.name;
 }
+
+bool IsForUsers(TextView name) { return !SameName(name, u"hWnd") && !SameName(name, u"hDC"); }
 
 Text CategoryOf(TextView name, PropertyKind kind) {
     static const std::vector<NamedCategory> known = {
@@ -229,6 +234,7 @@ Text ShowValue(const PropertyInfo& info, const PropertyValue& value) {
 PropertyValue ParseTyped(const PropertyInfo& info, TextView typed, const PropertyValue& current) {
     // What is shown for the value that is there stands for that value.
     if (!std::holds_alternative<std::monostate>(current) && typed == ShowValue(info, current)) return current;
+    if (info.optional && Trim(typed).empty()) return {};
     switch (info.kind) {
         case PropertyKind::boolean:
             return ParseBoolean(typed);

@@ -35,6 +35,8 @@ struct PropertyInfo {
     bool readOnly = false;
     // Means nothing to several objects at once: a name, an index.
     bool single = false;
+    // May have no value, which is written by an empty text.
+    bool optional = false;
     // Has a property page of its own.
     bool page = false;
     Text help{};
@@ -53,6 +55,9 @@ struct PropertyReading {
 
 // "(Name)" and "(Custom)" stand above the letters; all others are called by their names.
 Text PropertyLabel(const PropertyInfo& info);
+
+// Whether a property is anything to a user: window handles and device contexts are not.
+bool IsForUsers(TextView name);
 
 // The heading under which a property stands when its object does not say: by its name, else by its kind.
 Text CategoryOf(TextView name, PropertyKind kind);
@@ -77,7 +82,7 @@ PropertyValue ParseTyped(const PropertyInfo& info, TextView typed, const Propert
 // none. Booleans have two.
 PropertyValue NextChoice(const PropertyInfo& info, const PropertyValue& current, bool forward = true);
 
-// True and False, or the choices that the property has.
+// True and False, or the choices that the property has, by their bare names.
 std::vector<PropertyChoice> ChoicesOf(const PropertyInfo& info);
 
 }  // namespace qvx::host

@@ -193,6 +193,7 @@ void PropertyRowsWindow::ValuesChanged() {
     if (editing_ && row && !committing_ && !SendMessageW(edit, EM_GETMODIFY, 0, 0)) {
         SetWindowTextW(edit, Wide(row->reading.text));
         SendMessageW(edit, EM_SETMODIFY, FALSE, 0);
+        SendMessageW(edit, EM_SETSEL, 0, -1);
     }
     Invalidate();
 }
@@ -538,6 +539,7 @@ void PropertyRowsWindow::OpenBox() {
     if (row->info.kind == PropertyKind::color) {
         box_ = MakeColorBox(value, [this, index] { owner_.OpenDialog(index); });
     } else if (auto choices = ChoicesOf(row->info); !choices.empty()) {
+        for (PropertyChoice& choice : choices) choice.name = ShowValue(row->info, choice.value);
         box_ = MakeChoiceBox(std::move(choices), value);
     } else {
         const Text* text = std::get_if<Text>(&value);
@@ -558,6 +560,8 @@ void PropertyRowsWindow::BoxClosed(std::size_t row, const std::shared_ptr<Proper
     const bool focusInside = GetFocus() == nullptr || GetFocus() == Handle() ||
                              IsChild(GetParent(Handle()), GetFocus()) || GetFocus() == GetAncestor(Handle(), GA_ROOT);
     if (focusInside) SetFocus(editing_ ? edit_->Handle() : Handle());
+    // What is typed now takes the place of the value, as when the field has just opened.
+    if (editing_) SendMessageW(edit_->Handle(), EM_SETSEL, 0, -1);
     if (!picked || model_ != model) return;
     owner_.EnterValue(row, *picked);
 }

@@ -40,7 +40,7 @@ constexpr unsigned dark = 0x80;
 constexpr unsigned middle = 0xC0;
 constexpr unsigned full = 0xFF;
 
-constexpr std::array<OleColor, paletteColumns* paletteRows> palette = {
+constexpr std::array<OleColor, paletteCells> palette = {
     // white to black
     Rgb(full, full, full),
     Rgb(0xE0, 0xE0, 0xE0),
@@ -121,6 +121,6 @@ TextView SystemColorName(OleColor color) {
     return {};
 }
 
-std::span<const OleColor, paletteColumns * paletteRows> Palette() { return palette; }
+std::span<const OleColor, paletteCells> Palette() { return palette; }
 
 }  // namespace qvx::host

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <span>
 
@@ -25,7 +26,8 @@ TextView SystemColorName(OleColor color);
 
 constexpr int paletteColumns = 8;
 constexpr int paletteRows = 6;
+constexpr std::size_t paletteCells = static_cast<std::size_t>(paletteColumns) * paletteRows;
 // Row by row: greys and full colours first, from dark to light in each column.
-std::span<const OleColor, paletteColumns * paletteRows> Palette();
+std::span<const OleColor, paletteCells> Palette();
 
 }  // namespace qvx::host

@@ -223,7 +223,7 @@ class Collector {
         info.name = name.ToText();
         info.help = help.ToText();
         info.category = CategoryOf(info.name, info.kind);
-        return !info.name.empty();
+        return !info.name.empty() && IsForUsers(info.name);
     }
 
     ITypeInfo* info_;
