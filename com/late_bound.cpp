@@ -1,5 +1,6 @@
 #include "com/late_bound.h"
 
+#include <objbase.h>
 #include <oleauto.h>
 
 #include <algorithm>
@@ -12,6 +13,7 @@ namespace {
 
 constexpr int noSuchMember = 438;
 constexpr int noObject = 91;
+constexpr int noSuchClass = 429;
 
 bool IsNumbered(HRESULT code) { return HRESULT_FACILITY(code) == FACILITY_CONTROL; }
 
@@ -69,6 +71,16 @@ RunTimeError ForeignError(HRESULT code, IUnknown* object, REFIID interfaceId) {
     if (support && support->InterfaceSupportsErrorInfo(interfaceId) == S_OK && GetErrorInfo(0, info.put()) == S_OK)
         info->GetDescription(words.put());
     return WithWords(code, Text(words.View()));
+}
+
+ComPtr<IDispatch> CreateNamedObject(const wchar_t* className) {
+    CLSID id{};
+    ComPtr<IDispatch> object;
+    if (FAILED(CLSIDFromProgID(className, &id)) ||
+        FAILED(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.put_void())) || !object) {
+        throw RunTimeError(noSuchClass, u"ActiveX component can't create object");
+    }
+    return object;
 }
 
 LateMember::LateMember(IDispatch* object, const wchar_t* name) {

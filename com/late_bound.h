@@ -21,6 +21,10 @@ RunTimeError ForeignError(HRESULT code, const EXCEPINFO* exception = nullptr);
 // The same for a call through a vtable, whose description lies in the thread's error object.
 RunTimeError ForeignError(HRESULT code, IUnknown* object, REFIID interfaceId);
 
+// A new object of another program's class, by the name that scripts give it. Error 429 where no such class is installed
+// or it makes no object for names.
+ComPtr<IDispatch> CreateNamedObject(const wchar_t* className);
+
 // One member, looked up once and called many times. The object is not held.
 class LateMember {
   public:

@@ -1,11 +1,11 @@
 // The bytes of a text file and the text in them, each recoverable from the other without loss.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "common/text.h"
+#include "common/utf8.h"
 
 namespace qvx::host {
 
@@ -19,13 +19,6 @@ struct DecodedText {
     Encoding encoding = Encoding::utf8;
     Text text;
 };
-
-// Strict: nullopt for overlong forms, surrogates and anything beyond U+10FFFF, so that encoding the result gives the
-// same bytes again.
-std::optional<Text> DecodeUtf8(std::string_view bytes);
-
-// An unpaired surrogate becomes U+FFFD.
-std::string EncodeUtf8(TextView text);
 
 // UTF-8 where the bytes are that, else Windows-1252 (whose five unassigned bytes stand for themselves).
 DecodedText DecodeFile(std::string_view bytes);

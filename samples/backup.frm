@@ -57,7 +57,6 @@ Begin Form frmShop
       Width           =   1560
       Height          =   375
       TabIndex        =   5
-      Cancel          =   -1  'True
    End
    Begin Label lblStatus
       Caption         =   ""

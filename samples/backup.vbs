@@ -44,43 +44,28 @@ Function OpenDatabase()
 End Function
 
 Sub ShowSales()
-    Dim connection, records, row
+    Dim connection, records, count, row
     Set connection = OpenDatabase()
     Set records = CreateObject("ADODB.Recordset")
     records.CursorLocation = ClientCursor
     records.Open "select strftime('%Y-%m-%d', day), article, amount from sales order by id", connection
+    count = records.RecordCount
     grdSales.Bind records
     records.Close
     connection.Close
-    For row = 1 To grdSales.Rows - 1
+    For row = 1 To count
         Host.Log "Shown: " & grdSales.TextMatrix(row, 1) & "|" & grdSales.TextMatrix(row, 2) & "|" & grdSales.TextMatrix(row, 3)
     Next
-    Host.Log "Loaded " & grdSales.Rows - 1 & " sales"
-    Say grdSales.Rows - 1 & " sales"
+    Host.Log "Loaded " & count & " sales"
+    Say count & " sales"
 End Sub
 
-' The names of a folder's files, smallest first.
+' The names of a folder's files.
 Function FilesIn(Folder)
-    Dim file, names, i
-    Set names = CreateObject("Scripting.Dictionary")
+    Dim file
     For Each file In CreateObject("Scripting.FileSystemObject").GetFolder(Folder).Files
-        names.Add file.Name, ""
+        FilesIn = FilesIn & " " & file.Name
     Next
-    FilesIn = Sorted(names.Keys)
-End Function
-
-Function Sorted(Names)
-    Dim i, j, name
-    For i = 0 To UBound(Names)
-        For j = i + 1 To UBound(Names)
-            If Names(j) < Names(i) Then
-                name = Names(i)
-                Names(i) = Names(j)
-                Names(j) = name
-            End If
-        Next
-    Next
-    Sorted = Join(Names, " ")
 End Function
 
 Sub Say(Text)

@@ -26,6 +26,16 @@ class Control : public Dispatch<I>, public ControlBase {
     ~Control() override = default;
 
     IUnknown* Unknown() override { return static_cast<I*>(this); }
+
+    // The whole of a property's setter: `apply` takes the value, then the host hears of it under the property's name.
+    template <typename Apply>
+    HRESULT Put(TextView name, Apply apply) {
+        return Guard([&] {
+            const auto keep = KeepAlive();  // a handler of what the change raises may let go of the control
+            apply();
+            ControlBase::Changed(name);
+        });
+    }
 };
 
 // For ControlClass::create.

@@ -41,6 +41,20 @@ wait_window_gone() {
   return 1
 }
 
+# press_until_gone KEY TITLE: for a window that is busy, or behind another program's, for a time that nobody knows.
+press_until_gone() {
+  local deadline=$((SECONDS + keys_limit)) found
+  while ((SECONDS <= deadline)); do
+    sleep 1
+    found=$(find_window "$2" || true)
+    [[ -n $found ]] || return 0
+    timeout 5 xdotool windowactivate --sync "$found" 2>/dev/null || true
+    xdotool key --delay 60 -- "$1"
+  done
+  keys_fail "the window with \"$2\" in its title is still there after $keys_limit s."
+  return 1
+}
+
 # A message box has its form's title.
 wait_other_window() {
   local deadline=$((SECONDS + keys_limit)) pattern
@@ -94,6 +108,7 @@ play_line() {
   case $command in
     wait-window) wait_window "$rest" ;;
     wait-gone) wait_window_gone "$rest" ;;
+    until-gone) press_until_gone "${words[0]}" "${rest#"${words[0]}" }" ;;
     wait-other) wait_other_window "$rest" ;;
     wait-log) wait_log "$rest" ;;
     no-log)

@@ -2,9 +2,9 @@
 # shellcheck shell=bash disable=SC2034
 
 packages_build=(cmake ninja-build g++ ccache)
-packages_native=(googletest)
-packages_x64=(g++-mingw-w64-x86-64-posix mingw-w64-tools libwine googletest)
-packages_x86=(g++-mingw-w64-i686-posix mingw-w64-tools libwine googletest)
+packages_native=(googletest zlib1g-dev)
+packages_x64=(g++-mingw-w64-x86-64-posix mingw-w64-tools libwine libz-mingw-w64-dev googletest)
+packages_x86=(g++-mingw-w64-i686-posix mingw-w64-tools libwine libz-mingw-w64-dev googletest)
 packages_wine=(wine wine64 fonts-wine)
 packages_display=(xvfb openbox fonts-dejavu-core xdotool x11-utils imagemagick)
 packages_lint=(clang-format clang-tidy shellcheck python3)

@@ -49,7 +49,7 @@ STDMETHODIMP ButtonControl::get_Behavior(::Style* result) {
 }
 
 STDMETHODIMP ButtonControl::put_Behavior(::Style value) {
-    return Set(u"Behavior", [&] {
+    return Put(u"Behavior", [&] {
         if (value < bFlatSimple || value > bSimpleHeavy) {
             throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
         }
@@ -62,13 +62,13 @@ STDMETHODIMP ButtonControl::get_DropDown(VARIANT_BOOL* result) {
 }
 
 STDMETHODIMP ButtonControl::put_DropDown(VARIANT_BOOL value) {
-    return Set(u"DropDown", [&] { button_.SetDropDown(value != VARIANT_FALSE); });
+    return Put(u"DropDown", [&] { button_.SetDropDown(value != VARIANT_FALSE); });
 }
 
 STDMETHODIMP ButtonControl::get_Focus(VARIANT_BOOL* result) { return Give(result, ToVariantBool(button_.Focused())); }
 
 STDMETHODIMP ButtonControl::put_Focus(VARIANT_BOOL value) {
-    return Set(u"Focus", [&] { button_.SetFocused(value != VARIANT_FALSE); });
+    return Put(u"Focus", [&] { button_.SetFocused(value != VARIANT_FALSE); });
 }
 
 STDMETHODIMP ButtonControl::DRAWBUTTON(short state) {

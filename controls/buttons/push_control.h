@@ -27,7 +27,7 @@ class PushControl : public Control<I> {
         return Guard([&] { return Give(result, NewBstr(button_.Look().caption)); });
     }
     STDMETHODIMP put_Caption(BSTR value) override {
-        return Set(u"Caption", [&] {
+        return this->Put(u"Caption", [&] {
             button_.SetCaption(Text(FromBstr(value)));
             this->AccessKeysChanged();
         });
@@ -43,27 +43,27 @@ class PushControl : public Control<I> {
     }
     STDMETHODIMP get_ForeColor(OLE_COLOR* result) override { return Give(result, button_.Look().foreColor); }
     STDMETHODIMP put_ForeColor(OLE_COLOR value) override {
-        return Set(u"ForeColor", [&] { button_.SetForeColor(value); });
+        return this->Put(u"ForeColor", [&] { button_.SetForeColor(value); });
     }
     STDMETHODIMP get_BackColor(OLE_COLOR* result) override { return Give(result, button_.Look().backColor); }
     STDMETHODIMP put_BackColor(OLE_COLOR value) override {
-        return Set(u"BackColor", [&] { button_.SetBackColor(value); });
+        return this->Put(u"BackColor", [&] { button_.SetBackColor(value); });
     }
     STDMETHODIMP get_BorderColor(OLE_COLOR* result) override { return Give(result, button_.Look().borderColor); }
     STDMETHODIMP put_BorderColor(OLE_COLOR value) override {
-        return Set(u"BorderColor", [&] { button_.SetBorderColor(value); });
+        return this->Put(u"BorderColor", [&] { button_.SetBorderColor(value); });
     }
     STDMETHODIMP get_FocusRect(VARIANT_BOOL* result) override {
         return Give(result, ToVariantBool(button_.Look().focusRect));
     }
     STDMETHODIMP put_FocusRect(VARIANT_BOOL value) override {
-        return Set(u"FocusRect", [&] { button_.SetFocusRect(value != VARIANT_FALSE); });
+        return this->Put(u"FocusRect", [&] { button_.SetFocusRect(value != VARIANT_FALSE); });
     }
     STDMETHODIMP get_Enabled(VARIANT_BOOL* result) override {
         return Give(result, ToVariantBool(button_.Look().enabled));
     }
     STDMETHODIMP put_Enabled(VARIANT_BOOL value) override {
-        return Set(u"Enabled", [&] {
+        return this->Put(u"Enabled", [&] {
             button_.SetEnabled(value != VARIANT_FALSE);
             this->AccessKeysChanged();
         });
@@ -173,14 +173,6 @@ class PushControl : public Control<I> {
         if (!result) return E_POINTER;
         *result = value;
         return S_OK;
-    }
-    // The whole of a setter: the element takes the value, the host hears of it.
-    template <typename Apply>
-    HRESULT Set(const char16_t* name, Apply apply) {
-        return Guard([&] {
-            apply();
-            this->Changed(name);
-        });
     }
     // A designer only looks at its controls, and a host whose program is halted wants no input taken.
     bool TakesInput() const { return this->UserMode() && !this->Host().UiDead(); }

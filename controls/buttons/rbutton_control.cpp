@@ -49,7 +49,7 @@ const PropertyTable& RButtonControl::Properties() {
 }
 
 HRESULT RButtonControl::SetOutline(const char16_t* name, OleColor RButtonLook::*outline, OLE_COLOR value) {
-    return Set(name, [&] { button_.SetOutline(outline, value); });
+    return Put(name, [&] { button_.SetOutline(outline, value); });
 }
 
 STDMETHODIMP RButtonControl::put_UpTopColor(OLE_COLOR value) {

@@ -11,6 +11,7 @@
 #include "controls/grid/column_index_object.h"
 #include "controls/grid/lifecycle.h"
 #include "forms/msgbox/show_message.h"
+#include "server/error_report.h"
 #include "server/resource.h"
 #include "win/accessible.h"
 #include "win/gdi_surface.h"
@@ -240,10 +241,8 @@ void ComboGridControl::EnterCell() { Fire(grid_event::enterCell); }
 void ComboGridControl::LeaveCell() { Fire(grid_event::leaveCell); }
 
 void ComboGridControl::ReportError(int number, const Text& description) {
-    if (number == 0) return;
     const DialogScope dialog(*this);
-    const Text title = ApplicationTitle() + u" : " + IntegerToText(number);
-    msgbox::ShowMessage(WindowHandle(), description, msgbox::messages::errorReport, title);
+    ShowErrorReport(WindowHandle(), number, description);
 }
 
 bool ComboGridControl::Say(TextView prompt, const msgbox::MessageKind& kind) {

@@ -225,7 +225,6 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     void RebuildColIndex();
     void FocusCell(int row, int col);
 
-    // A setter's body, the notification under the property's name behind it.
     // A field of the control's state, or what the inner grid says.
     template <class Result, class Value>
     HRESULT Get(Result* result, Value ControlState::*field) {
@@ -242,6 +241,7 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
         });
     }
     // Sets either, and tells the host's property store under the given name.
+    using Control::Put;
     template <class Value, class Given>
     HRESULT Put(TextView name, Value ControlState::*field, Given given) {
         return Put(name, [&] { State().*field = FromHost<Value>(given); });
@@ -254,14 +254,6 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     HRESULT PutCount(TextView name, void (flexgrid::Grid::*member)(int), long value) {
         return Put(name, [&] { entry_.ChangeRows([&] { (Model().*member)(static_cast<int>(value)); }); });
     }
-    template <class Body>
-    HRESULT Put(TextView name, Body body) {
-        return Guard([&] {
-            body();
-            ControlBase::Changed(name);
-        });
-    }
-
     template <class Leave>
     HRESULT CommitThen(Leave leave);
 

@@ -1,88 +1,19 @@
 #include "controls/grid/record_source_win32.h"
 
-#include <oleauto.h>
-
 #include <algorithm>
 #include <optional>
 #include <vector>
 
-#include "com/bstr.h"
+#include "com/ado.h"
 #include "com/late_bound.h"
 #include "com/pointer.h"
 #include "com/safearray.h"
 #include "com/variant.h"
-#include "common/number_text.h"
 #include "common/run_time_error.h"
 
 namespace qvx::grid {
 
-// ---- The record set's own interfaces -------------------------------------------------------------------------------
-// Only what is called here has its real parameters; the rest keeps the places in between. On 64-bit systems counts and
-// positions are written in 32 or 64 bits, as the record set's version has it, so the variable for them is of 64.
-//
-// Not in the unnamed namespace: there the compiler would see that nobody implements them, and drop the calls.
-
-struct AdoField : IDispatch {
-    virtual HRESULT STDMETHODCALLTYPE get_Properties(void**) = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_ActualSize(void*) = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_Attributes(void*) = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_DefinedSize(void*) = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_Name(BSTR*) = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_Type(void*) = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_Value(VARIANT* value) = 0;
-};
-
-struct AdoFields : IDispatch {
-    virtual HRESULT STDMETHODCALLTYPE get_Count(LONGLONG* count) = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_NewEnum(IUnknown**) = 0;
-    virtual HRESULT STDMETHODCALLTYPE Refresh() = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_Item(VARIANT index, AdoField** field) = 0;
-};
-
-struct AdoRecordset : IDispatch {
-    virtual HRESULT STDMETHODCALLTYPE get_Properties(void**) = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_AbsolutePosition(LONGLONG* position) = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved9() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved10() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved11() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved12() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved13() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved14() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved15() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved16() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved17() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved18() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved19() = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_EOF(VARIANT_BOOL* end) = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_Fields(AdoFields** fields) = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved22() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved23() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved24() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved25() = 0;
-    virtual HRESULT STDMETHODCALLTYPE get_RecordCount(LONGLONG* count) = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved27() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved28() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved29() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved30() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved31() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved32() = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved33() = 0;
-    virtual HRESULT STDMETHODCALLTYPE GetRows(LONG rows, VARIANT start, VARIANT fields, VARIANT* values) = 0;
-    virtual HRESULT STDMETHODCALLTYPE Reserved35() = 0;
-    virtual HRESULT STDMETHODCALLTYPE MoveNext() = 0;
-};
-
 namespace {
-
-[[noreturn]] void RefuseValue() {
-    throw RunTimeError(errors::typeMismatch,
-                       u"Type mismatch: a field holds binary data or an object, which a cell "
-                       u"cannot show.");
-}
-
-// Both ages of the interface, with the same beginning.
-constexpr IID recordset15{0x0000150E, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x6D, 0x2E, 0xA4}};
-constexpr IID oldRecordset15{0x0000050E, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x6D, 0x2E, 0xA4}};
 
 // ---- One record at a time ------------------------------------------------------------------------------------------
 
@@ -102,7 +33,7 @@ class Recordset {
 
 class AdoReader final : public Recordset {
   public:
-    AdoReader(ComPtr<AdoRecordset> set, const IID& iid) : set_(std::move(set)), iid_(iid) {}
+    explicit AdoReader(AdoInterface<AdoRecordset> set) : set_(std::move(set)) {}
 
     std::int64_t Count() override { return Number(&AdoRecordset::get_RecordCount); }
     std::int64_t Position() override { return Number(&AdoRecordset::get_AbsolutePosition); }
@@ -148,12 +79,9 @@ class AdoReader final : public Recordset {
         Called((set_.get()->*read)(&number));
         return static_cast<LONG>(number);
     }
-    void Called(HRESULT result) {
-        if (FAILED(result)) throw ForeignError(result, set_.get(), iid_);
-    }
+    void Called(HRESULT result) const { set_.Check(result); }
 
-    ComPtr<AdoRecordset> set_;
-    IID iid_;
+    AdoInterface<AdoRecordset> set_;
     std::vector<ComPtr<AdoField>> fields_;
 };
 
@@ -275,7 +203,7 @@ class BlockReader final : public RecordSource {
     void AppendFields(Text& row) override {
         Settle(false);
         for (int field = 0; field < *fields_; ++field) {
-            AppendValue(block_ ? block_->At(at_, field) : set_->Value(field).get(), row);
+            AppendFieldText(block_ ? block_->At(at_, field) : set_->Value(field).get(), row);
             row += u'\t';
         }
     }
@@ -337,42 +265,9 @@ class BlockReader final : public RecordSource {
 
 }  // namespace
 
-void AppendValue(const VARIANT& value, Text& row) {
-    switch (value.vt) {
-        case VT_EMPTY:
-        case VT_NULL:
-            return;
-        case VT_BSTR:
-            row.append(FromBstr(value.bstrVal));
-            return;
-        case VT_I4:
-        case VT_INT:
-            row.append(IntegerToText(value.lVal));
-            return;
-        case VT_R8:
-            row.append(DoubleToText(value.dblVal));
-            return;
-        case VT_DATE: {
-            Bstr text;
-            if (FAILED(VarBstrFromDate(value.date, LOCALE_USER_DEFAULT, 0, text.put()))) RefuseValue();
-            row.append(text.View());
-            return;
-        }
-        default:
-            break;
-    }
-    const bool plain = !(value.vt & (VT_ARRAY | VT_BYREF)) && value.vt != VT_DISPATCH && value.vt != VT_UNKNOWN &&
-                       value.vt != VT_ERROR;
-    const auto text = plain ? Variant(value).ToText() : std::nullopt;
-    if (!text) RefuseValue();
-    row.append(*text);
-}
-
 std::unique_ptr<RecordSource> MakeRecordSource(IDispatch* recordSet) {
-    for (const IID* iid : {&recordset15, &oldRecordset15}) {
-        ComPtr<AdoRecordset> set;
-        if (recordSet && SUCCEEDED(recordSet->QueryInterface(*iid, reinterpret_cast<void**>(set.put()))) && set)
-            return std::make_unique<BlockReader>(std::make_unique<AdoReader>(std::move(set), *iid));
+    if (AdoInterface<AdoRecordset> set(recordSet); set) {
+        return std::make_unique<BlockReader>(std::make_unique<AdoReader>(std::move(set)));
     }
     return std::make_unique<BlockReader>(std::make_unique<NamedReader>(recordSet));
 }

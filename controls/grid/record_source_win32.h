@@ -17,8 +17,4 @@ namespace qvx::grid {
 // is held, not moved to its first record, and left behind the last one read. Error 91 without an object.
 std::unique_ptr<RecordSource> MakeRecordSource(IDispatch* recordSet);
 
-// A field's value as text, the way cells show it: nothing for Null and Empty; numbers with "." as decimal point;
-// True and False; dates and times in the system's short form. Error 13 for what has no such text: binary data, objects.
-void AppendValue(const VARIANT& value, Text& row);
-
 }  // namespace qvx::grid

@@ -101,8 +101,7 @@ class TextEditControl final : public Control<_TextEdit>, private TextBoxListener
     HRESULT Get(Result* result, Value (TextBoxWindow::*member)() const);
     template <class Parameter, class Given>
     HRESULT Put(TextView name, void (TextBoxWindow::*member)(Parameter), Given value);
-    template <class Apply>
-    HRESULT Put(TextView name, Apply apply);
+    using Control::Put;
 
     TextEntry Entry() const;
     int Take(const KeyAnswer& answer);

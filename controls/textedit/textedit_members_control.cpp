@@ -133,15 +133,6 @@ HRESULT TextEditControl::Get(Result* result, Value (TextBoxWindow::*member)() co
     return Guard([&] { *Required(result) = ToHost<Result>((box_.*member)()); });
 }
 
-template <class Apply>
-HRESULT TextEditControl::Put(TextView name, Apply apply) {
-    return Guard([&] {
-        const auto keep = KeepAlive();
-        apply();
-        Changed(name);
-    });
-}
-
 template <class Parameter, class Given>
 HRESULT TextEditControl::Put(TextView name, void (TextBoxWindow::*member)(Parameter), Given value) {
     return Put(name, [&] { (box_.*member)(FromHost<Parameter>(value)); });

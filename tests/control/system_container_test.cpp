@@ -60,7 +60,7 @@ class SystemContainer : public ::testing::TestWithParam<const CLSID*> {
     CreatableClasses classes_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Controls, SystemContainer, ::testing::ValuesIn(EachControlId()), ControlName);
+INSTANTIATE_TEST_SUITE_P(Controls, SystemContainer, ::testing::ValuesIn(EachVisibleControlId()), ControlName);
 
 TEST_P(SystemContainer, ActivatesResizesAndTakesTheFocus) {
     const HWND host = Host(Spell(*GetParam()));

@@ -15,15 +15,20 @@ struct NamedControl {
 };
 
 inline constexpr NamedControl namedControls[] = {
-    {"Button", &CLSID_Button},
-    {"RButton", &CLSID_RButton},
-    {"ComboGrid", &CLSID_ComboGrid},
-    {"TextEdit", &CLSID_TextEdit},
+    {"Button", &CLSID_Button},     {"RButton", &CLSID_RButton}, {"ComboGrid", &CLSID_ComboGrid},
+    {"TextEdit", &CLSID_TextEdit}, {"Backup", &CLSID_Backup},
 };
 
 inline std::vector<const CLSID*> EachControlId() {
     std::vector<const CLSID*> ids;
     for (const NamedControl& control : namedControls) ids.push_back(control.id);
+    return ids;
+}
+
+// Those that show themselves at run time, have a size of the host's choice and take the focus.
+inline std::vector<const CLSID*> EachVisibleControlId() {
+    std::vector<const CLSID*> ids = EachControlId();
+    std::erase_if(ids, [](const CLSID* id) { return *id == CLSID_Backup; });
     return ids;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tests/support/ado/connection_string.h"
 #include "tests/support/ado/errors.h"
 #include "tests/support/ado/recordset_object.h"
 
@@ -26,7 +27,7 @@ ConnectionObject::ConnectionObject() {
     });
     AddReadOnly(u"State", [this](const host::Call&) { return Variant(database_ ? 1 : 0); });
     AddMethod(u"Open", [this](const host::Call& call) {
-        Open(call.String(0));
+        OpenBy(call);
         return Variant();
     });
     AddMethod(u"Close", [this](const host::Call&) {
@@ -61,6 +62,22 @@ ComPtr<ConnectionObject> ConnectionObject::From(IDispatch* object) {
     void* own = nullptr;
     if (!object || FAILED(object->QueryInterface(ownConnectionId, &own))) return nullptr;
     return ComPtr<ConnectionObject>::Adopt(static_cast<ConnectionObject*>(own));
+}
+
+void ConnectionObject::OpenBy(const host::Call& call) {
+    Text settings = call.String(0);
+    const struct {
+        std::size_t argument;
+        const char16_t* key;
+    } given[] = {{1, u"UID"}, {2, u"PWD"}};
+    for (const auto& [argument, key] : given) {
+        const Text value = call.Has(argument) ? call.String(argument) : Text();
+        // What is in front counts where a string says something twice.
+        if (!value.empty()) settings = WriteConnectionString({{key, value}}) + settings;
+    }
+    // Nothing else than opening at once.
+    if (call.Has(3) && call.Long(3) != -1) ThrowWrongArguments();
+    Open(settings);
 }
 
 void ConnectionObject::Open(const Text& connectionString) {

@@ -24,6 +24,7 @@ class ConnectionObject final : public host::NamedObject {
     static ComPtr<ConnectionObject> From(IDispatch* object);
 
     void Open(const Text& connectionString);
+    void Close();
     // Error 3709 while closed.
     Database& OpenDatabase() const;
     long CursorPlace() const { return cursorLocation_; }
@@ -34,7 +35,8 @@ class ConnectionObject final : public host::NamedObject {
     ~ConnectionObject() override = default;
     const wchar_t* ErrorSource() const override;
 
-    void Close();
+    // Connection string, user, password, options.
+    void OpenBy(const host::Call& call);
     Variant Execute(const host::Call& call);
 
     std::unique_ptr<Database> database_;

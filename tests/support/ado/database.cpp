@@ -10,6 +10,7 @@
 #include <cstring>
 #include <string>
 
+#include "common/utf8.h"
 #include "host/form_value.h"
 #include "host/text_encoding.h"
 #include "tests/support/ado/connection_string.h"
@@ -19,11 +20,10 @@ namespace qvx::ado {
 
 namespace {
 
-using host::EncodeUtf8;
 using host::SameName;
 
 Text Decode(std::string_view bytes) {
-    if (auto text = host::DecodeUtf8(bytes)) return std::move(*text);
+    if (auto text = DecodeUtf8(bytes)) return std::move(*text);
     return host::DecodeFile(bytes).text;
 }
 

@@ -1,6 +1,5 @@
 #include "tests/support/ado/recordset_object.h"
 
-#include "tests/support/ado/connection_object.h"
 #include "tests/support/ado/errors.h"
 
 namespace qvx::ado {
@@ -27,6 +26,7 @@ void RecordsetObject::AddOpening() {
     AddMethod(u"Close", [this](const Call&) {
         records_->Close();
         fields_.reset();
+        own_.reset();
         return Variant();
     });
     AddReadOnly(u"State", [this](const Call&) { return Variant(records_->IsOpen() ? 1 : 0); });
@@ -84,13 +84,19 @@ long RecordsetObject::Open(ConnectionObject& connection, TextView source, bool f
 
 void RecordsetObject::OpenBy(const Call& call) {
     if (records_->IsOpen()) ThrowObjectOpen();
-    const ComPtr<ConnectionObject> connection =
-        call.Has(1) ? ConnectionObject::From(call.At(1).ToObject<IDispatch>().get()) : nullptr;
+    const Variant given = call.Has(1) ? call.At(1) : Variant();
+    own_.reset();
+    auto connection = ConnectionObject::From(given.ToObject<IDispatch>().get());
+    if (given.Type() == VT_BSTR) {
+        connection = MakeObject<ConnectionObject>();
+        connection->Open(call.String(1));
+    }
     if (!connection) ThrowInvalidConnection();
     // Records kept by the client are a copy that goes both ways, whatever was asked for.
     const bool kept = cursorLocation_ == clientCursor || connection->CursorPlace() == clientCursor;
     const long cursorType = call.Has(2) ? call.Long(2) : long{forwardOnlyCursor};
     Open(*connection, call.String(0), !kept && (cursorType == forwardOnlyCursor || cursorType == dynamicCursor));
+    if (given.Type() == VT_BSTR) own_ = connection;
 }
 
 FieldsObject& RecordsetObject::Fields() {

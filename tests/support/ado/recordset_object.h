@@ -4,12 +4,11 @@
 #include <memory>
 
 #include "host/named_object.h"
+#include "tests/support/ado/connection_object.h"
 #include "tests/support/ado/fields_object.h"
 #include "tests/support/ado/records.h"
 
 namespace qvx::ado {
-
-class ConnectionObject;
 
 class RecordsetObject final : public host::NamedObject {
   public:
@@ -25,13 +24,14 @@ class RecordsetObject final : public host::NamedObject {
     void AddOpening();
     void AddMoving();
     void AddReading();
-    // Statement, connection, cursor type; what else there may be is of no account.
+    // Statement, connection (or the string for one), cursor type; what else there may be is of no account.
     void OpenBy(const host::Call& call);
     FieldsObject& Fields();
 
     std::shared_ptr<Records> records_ = std::make_shared<Records>();
     ComPtr<FieldsObject> fields_;
     long cursorLocation_;
+    ComPtr<ConnectionObject> own_;  // made from a string, for as long as the set is open
 };
 
 }  // namespace qvx::ado
