@@ -107,19 +107,35 @@ std::vector<ClassSource::Known> ClassSource::ClassesWith(const Text& registeredC
     return found;
 }
 
+ComPtr<IUnknown> ClassSource::CreateFromFile(const CLSID& id) const {
+    using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
+    const auto get =
+        reinterpret_cast<GetClassObject>(reinterpret_cast<void*>(GetProcAddress(module_, "DllGetClassObject")));
+    if (!get) throw ComError(CO_E_ERRORINDLL);
+    ComPtr<IClassFactory> factory;
+    ComPtr<IUnknown> object;
+    Check(get(id, IID_IClassFactory, factory.put_void()));
+    Check(factory->CreateInstance(nullptr, IID_IUnknown, object.put_void()));
+    return object;
+}
+
+ComPtr<IUnknown> ClassSource::CreateById(const CLSID& id) const {
+    if (module_) {
+        try {
+            return CreateFromFile(id);
+        } catch (const ComError&) {
+            // Not one of that file's.
+        }
+    }
+    ComPtr<IUnknown> object;
+    Check(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.put_void()));
+    return object;
+}
+
 ComPtr<IUnknown> ClassSource::Create(const Text& className) const {
     ComPtr<IUnknown> object;
     CLSID id{};
-    if (FindInFile(className, id)) {
-        using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-        const auto get =
-            reinterpret_cast<GetClassObject>(reinterpret_cast<void*>(GetProcAddress(module_, "DllGetClassObject")));
-        if (!get) throw ComError(CO_E_ERRORINDLL);
-        ComPtr<IClassFactory> factory;
-        Check(get(id, IID_IClassFactory, factory.put_void()));
-        Check(factory->CreateInstance(nullptr, IID_IUnknown, object.put_void()));
-        return object;
-    }
+    if (FindInFile(className, id)) return CreateFromFile(id);
     if (FAILED(CLSIDFromProgID(Wide(className), &id))) throw ComError(REGDB_E_CLASSNOTREG);
     Check(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.put_void()));
     return object;

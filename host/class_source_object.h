@@ -28,6 +28,9 @@ class ClassSource {
     // the class.
     virtual ComPtr<IUnknown> Create(const Text& className) const;
 
+    // The same by the identifier of a class that need not be in any type library, such as a property page.
+    ComPtr<IUnknown> CreateById(const CLSID& id) const;
+
     // What can be made of a library: the loaded file's, or the one a registered class belongs to.
     struct Known {
         Text className;    // "Library.Class"
@@ -37,6 +40,7 @@ class ClassSource {
     std::vector<Known> ClassesWith(const Text& registeredClass) const;
 
   private:
+    ComPtr<IUnknown> CreateFromFile(const CLSID& id) const;
     bool FindInFile(const Text& className, CLSID& id) const;
 
     HMODULE module_ = nullptr;

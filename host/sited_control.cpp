@@ -265,26 +265,13 @@ void SitedControl::SaveOwn(SavedProperties& saved) {
     }
 }
 
-bool SitedControl::HasPages() const {
+std::vector<CLSID> SitedControl::Pages() const {
     const auto specify = object_.As<ISpecifyPropertyPages>();
     CAUUID pages{};
-    if (!specify || FAILED(specify->GetPages(&pages))) return false;
+    if (!specify || FAILED(specify->GetPages(&pages)) || !pages.pElems) return {};
+    std::vector<CLSID> ids(pages.pElems, pages.pElems + pages.cElems);
     CoTaskMemFree(pages.pElems);
-    return pages.cElems > 0;
-}
-
-bool SitedControl::ShowPages(HWND owner) {
-    const auto specify = object_.As<ISpecifyPropertyPages>();
-    CAUUID pages{};
-    if (!specify || FAILED(specify->GetPages(&pages))) return false;
-    const bool any = pages.cElems > 0;
-    if (any) {
-        IUnknown* object = object_.get();
-        OleCreatePropertyFrame(owner ? owner : Form().Handle(), 0, 0, Wide(Title()), 1, &object, pages.cElems,
-                               pages.pElems, LOCALE_USER_DEFAULT, 0, nullptr);
-    }
-    CoTaskMemFree(pages.pElems);
-    return any;
+    return ids;
 }
 
 }  // namespace qvx::host

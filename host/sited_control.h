@@ -31,9 +31,8 @@ class SitedControl final : public FormControl {
     bool IsButton() const override { return (status_ & OLEMISC_ACTSLIKEBUTTON) != 0; }
     void OnLeft() override;
     void OnAmbientChanged(DISPID property) override;
-    // Shows the control's property pages over a window (null: the form's). False when it has none.
-    bool ShowPages(HWND owner = nullptr);
-    bool HasPages() const;
+    // The classes of the control's own property pages.
+    std::vector<CLSID> Pages() const;
     IUnknown* Object() const { return object_.get(); }
 
   protected:

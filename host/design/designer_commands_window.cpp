@@ -13,6 +13,7 @@
 #include "host/design/form_text.h"
 #include "host/design/image_editor_dialog.h"
 #include "host/design/menu_editor_dialog.h"
+#include "host/design/property_frame_dialog.h"
 #include "host/form_storage_win32.h"
 #include "host/sited_control.h"
 #include "win/clipboard.h"
@@ -279,8 +280,14 @@ void DesignerWindow::Paste(const Text& text, bool asArray) {
 
 void DesignerWindow::ShowPages(const ObjectId& id) {
     auto* sited = dynamic_cast<SitedControl*>(Find(id));
-    if (sited && sited->HasPages()) {
-        sited->ShowPages(Handle());
+    if (const auto pages = sited ? sited->Pages() : std::vector<CLSID>(); !pages.empty()) {
+        try {
+            const auto frame = PropertyFrame::Make(Handle(), sited->Title(), sited->Object(), pages, classes_);
+            Log(u"Designer: property pages");
+            frame->Ask(Handle());
+        } catch (...) {
+            reporter_.Error(FailureInFlightText());
+        }
         CapturePending();
         return;
     }

@@ -409,7 +409,7 @@ CommandState DesignerWindow::State() const {
     state.tabOrder = tabOrderView_;
     if (const ObjectId* primary = selection_.Primary()) {
         const auto* sited = dynamic_cast<SitedControl*>(Find(*primary));
-        state.hasPages = sited && sited->HasPages();
+        state.hasPages = sited && !sited->Pages().empty();
         const Block* block = document_->Find(*primary);
         state.imageList = block && SameName(block->className, u"ImageList");
     }

@@ -21,11 +21,16 @@ bool EditorDialog::Ask(HWND owner) {
                 owner)) {
         return false;
     }
-    const int right = inside_.width - 12;
+    constexpr int step = 88;
+    const int right = inside_.width - 12 - (applies_ ? step : 0);
     const int top = inside_.height - 36;
     Build();
     AddButton(u"OK", {right - 168, top, right - 88, top + 25}, IDOK, BS_DEFPUSHBUTTON);
     AddButton(u"Cancel", {right - 80, top, right, top + 25}, IDCANCEL);
+    if (applies_) {
+        AddButton(u"&Apply", {right + 8, top, right + step, top + 25}, applyId);
+        EnableWindow(Item(applyId), FALSE);
+    }
     open_ = true;
     ModalScope modal(Handle());
     ShowWindow(Handle(), SW_SHOW);
@@ -33,7 +38,7 @@ bool EditorDialog::Ask(HWND owner) {
     RunModalLoop([this] { return open_ && Handle(); },
                  [this](const MSG& message) {
                      MSG copy = message;
-                     return Handle() && IsDialogMessageW(Handle(), &copy) != FALSE;
+                     return Handle() && (TranslateKey(copy) || IsDialogMessageW(Handle(), &copy));
                  });
     modal.End();
     Destroy();
@@ -52,6 +57,8 @@ HWND EditorDialog::Add(const wchar_t* className, TextView text, DWORD style, con
     SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(font_->Get()), FALSE);
     return window;
 }
+
+bool EditorDialog::TranslateKey(MSG&) { return false; }
 
 Text EditorDialog::TextOf(int id) const { return WindowText(Item(id)); }
 

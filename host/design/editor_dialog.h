@@ -32,6 +32,7 @@ class EditorDialog : public Window {
     Text TextOf(int id) const;
     void SetText(int id, TextView text);
     int Scaled(int pixels) const;
+    Size Inside() const { return inside_; }
     const GdiFont& Font() const { return *font_; }
 
     // Makes the controls.
@@ -40,8 +41,14 @@ class EditorDialog : public Window {
     // Whether what has been entered can be taken; says why not.
     virtual bool Accept() = 0;
 
+    // A key before the dialog's own handling; true when it was used.
+    virtual bool TranslateKey(MSG& message);
+
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void OnFault() noexcept override {}
+
+    static constexpr int applyId = 90;
+    bool applies_ = false;  // there is an Apply button too, for OnCommand
 
   private:
     Text title_;
