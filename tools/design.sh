@@ -1,8 +1,25 @@
 # Opening a form in the designer, by hand or by a key script.
 # shellcheck shell=bash
 
-# The name that the designer's caption begins with, also while there is a "*" behind it.
+# What the designer's caption begins with, also while there is a "*" behind it.
 designer_title() { basename "$1"; }
+
+# copy_form FORM FOLDER: the form with its script and the pictures beside it into an empty folder, for whoever changes it unattended.
+# The copy's name is left in `copied_form`.
+copy_form() {
+  local form=$1 folder=$2 file suffix
+  rm -rf "${folder:?}"
+  mkdir -p "$folder"
+  for file in "$form" "${form%.frm}.vbs" "${form%.frm}.js"; do
+    [[ ! -f $file ]] || cp "$file" "$folder/"
+  done
+  for suffix in bmp ico gif jpg png; do
+    for file in "$(dirname "$form")"/*."$suffix"; do
+      [[ ! -f $file ]] || cp "$file" "$folder/"
+    done
+  done
+  copied_form=$folder/$(basename "$form")
+}
 
 # start_designer FORM LOG SAVE: leaves its process group in `host_group`.
 start_designer() {
@@ -31,20 +48,7 @@ run_designer() {
     wait "$host_group" || status=$?
   else
     demo_limit=600 start_designer "$form" "$log" "$save"
-    if [[ -n $keys ]]; then
-      play_keys "$keys" "$log" || status=1
-    else
-      keys_limit=30 keys_where=design
-      wait_window "$title" || status=1
-      wait_for_still_window
-    fi
-    if [[ -n $screenshot ]]; then
-      keys_window=$(find_window "$title" || true)
-      take_picture "$screenshot" "$keys_window" || status=1
-    fi
-    close_host "$title" || status=1
-    end_group "$host_group"
-    wait "$host_group" || status=$?
+    attend_host "$title" "$keys" "$screenshot" "$log" || status=$?
   fi
   if ((status != 0)); then
     tail -n 20 "$logs/qvxhost.log" "$log" >&2
@@ -76,6 +80,11 @@ qvx_design() {
   if [[ -z $keys && -z $screenshot ]] && { [[ -n $virtual ]] || ! display_is_reachable; }; then
     screenshot=$root/build/design/designer.png
     say "There is no display to show it on: it opens by itself and leaves a picture."
+  fi
+  if [[ -n $form && -n $keys$screenshot ]]; then
+    copy_form "$form" "$root/build/design/$(basename "$form" .frm)"
+    form=$copied_form
+    say "Working on a copy: $form"
   fi
   start_wine
   use_display $virtual

@@ -198,6 +198,7 @@ bool DesignerWindow::Carry(Command command) {
 
 void DesignerWindow::GoThroughHistory(bool back) {
     const std::vector<ObjectId> before = document_->Controls();
+    const Text what = back ? document_->UndoName() : document_->RedoName();
     if (!(back ? document_->Undo() : document_->Redo())) return;
     form_->FollowBlocks();
     // What has come back is what is looked at.
@@ -207,6 +208,7 @@ void DesignerWindow::GoThroughHistory(bool back) {
     }
     if (!came.empty() && came.size() <= 50) selection_.Set({came.front()});
     AfterChange();
+    Log((back ? u"Designer: undone " : u"Designer: redone ") + what);
 }
 
 void DesignerWindow::Arrange(Arrangement arrangement) {

@@ -241,6 +241,8 @@ bool DesignerWindow::TranslateKey(MSG& message) {
     if (item) {
         const auto command = static_cast<Command>(item->id);
         if (IsEditing(command) && !onCanvas) return false;
+        // There, F4 opens what is to choose from.
+        if (command == Command::properties && IsChild(properties_.Handle(), message.hwnd)) return false;
         Do(command);
         return true;
     }

@@ -107,7 +107,8 @@ void DesignerWindow::Open(const Text& path) {
             Select({controls[index - 1]});
         }
     };
-    properties_.onChanged = [this](TextView) {
+    properties_.onChanged = [this](TextView name) {
+        Log(u"Designer: set " + Text(name));
         // Whoever does not tell of a change is asked as well.
         for (const ObjectId& id : selection_.All()) {
             if (FormControl* control = Find(id)) OnChanged(control);
@@ -172,6 +173,7 @@ bool DesignerWindow::Change(const Text& what, const std::function<void()>& body,
         return false;
     }
     AfterChange();
+    if (changed) Log(u"Designer: step " + what);
     return changed;
 }
 
@@ -352,6 +354,7 @@ void DesignerWindow::UpdateProperties() {
         return;
     }
     listed_ = std::move(objects);
+    Log(u"Designer: shows " + subjects.front().title);
     properties_.Show(std::move(subjects), std::move(titles));
 }
 
