@@ -64,6 +64,8 @@ class HostForm final : public Window {
     Dpi FormDpi() const;
     bool DesignMode() const { return options_.design; }
     const Text& Folder() const { return folder_; }
+    // Of a form under design that has been saved elsewhere.
+    void SetFolder(Text folder) { folder_ = std::move(folder); }
     PictureNames& Pictures() { return pictures_; }
     FontProperty& Font() { return font_; }
     OLE_COLOR BackColor() const { return backColor_; }

@@ -388,9 +388,14 @@ bool DesignerWindow::SaveTo(const Text& path) {
         }
     }
     try {
+        const Text folder = FolderOf(path);
+        if (folder != form_->Folder()) TakePicturesAlong(form_->Folder(), folder);
         std::string bytes = document_->Bytes();
         ReplaceFileBytes(path, bytes);
-        if (path == path_) onDisk_ = std::move(bytes);
+        if (path == path_) {
+            onDisk_ = std::move(bytes);
+            form_->SetFolder(folder);
+        }
     } catch (...) {
         reporter_.Error(FailureInFlightText());
         return false;
@@ -529,7 +534,9 @@ void DesignerWindow::EditImages() {
     const ObjectId id = *primary;
     ImageEditor editor(ReadImages(*block), form_->Folder(), [this](HWND owner) {
         using namespace std::string_literals;
-        return questions_.file(owner, false, {}, u"Pictures\0*.bmp;*.ico;*.gif;*.jpg;*.png\0All files\0*.*\0"s);
+        const Text chosen =
+            questions_.file(owner, false, {}, u"Pictures\0*.bmp;*.ico;*.gif;*.jpg;*.png\0All files\0*.*\0"s);
+        return chosen.empty() ? chosen : KeepPicture(FullPath(chosen));
     });
     if (!editor.Ask(Handle())) return;
     Change(u"Images", [&] {

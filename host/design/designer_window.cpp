@@ -115,6 +115,7 @@ void DesignerWindow::Open(const Text& path) {
         }
         if (selection_.Empty()) OnChanged(nullptr);
     };
+    properties_.onLoadPicture = [this](const Text& file) { return LoadPicture(file); };
     properties_.onPages = [this](std::size_t subject) { ShowPagesOfSubject(subject); };
     Layout();
     Load(path);

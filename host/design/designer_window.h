@@ -123,6 +123,15 @@ class DesignerWindow final : public Window, public DesignHost {
     void EditImages();
     void ShowKeys();
 
+    // Pictures.
+    // The file of a picture that the form is to name: the same when it stands in the form's folder or below, else a
+    // copy of it there.
+    Text KeepPicture(const Text& path);
+    ComPtr<IPictureDisp> LoadPicture(const Text& path);
+    // Copies the pictures that the form names into another folder, as far as they are not there. Throws RunTimeError
+    // 75.
+    void TakePicturesAlong(const Text& from, const Text& to);
+
     // Files.
     void Load(const Text& path);
     bool Save();
