@@ -1,5 +1,7 @@
 #include "host/design/editor_dialog.h"
 
+#include <utility>
+
 #include "win/dpi.h"
 #include "win/modal.h"
 #include "win/module.h"
@@ -38,6 +40,7 @@ bool EditorDialog::Ask(HWND owner) {
     RunModalLoop([this] { return open_ && Handle(); },
                  [this](const MSG& message) {
                      MSG copy = message;
+                     byLabel_ = false;
                      return Handle() && (TranslateKey(copy) || IsDialogMessageW(Handle(), &copy));
                  });
     modal.End();
@@ -84,11 +87,13 @@ LRESULT EditorDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             return 0;
         case WM_NEXTDLGCTL: {
-            // The access key of a label means the field behind it.
+            // The access key of a label means the field behind it. Some systems then ask for the next one themselves.
+            if (!lParam && std::exchange(byLabel_, false)) return 0;
             HWND next = lParam ? reinterpret_cast<HWND>(wParam)
                                : GetNextDlgTabItem(Handle(), GetFocus(), static_cast<BOOL>(wParam));
             if (next && (SendMessageW(next, WM_GETDLGCODE, 0, 0) & DLGC_STATIC)) {
                 next = GetNextDlgTabItem(Handle(), next, FALSE);
+                byLabel_ = true;
             }
             if (next) SetFocus(next);
             if (next && (SendMessageW(next, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL)) {

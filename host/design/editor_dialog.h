@@ -57,6 +57,7 @@ class EditorDialog : public Window {
     SharedFont font_;
     bool open_ = false;
     bool accepted_ = false;
+    bool byLabel_ = false;  // the key in hand was a label's, and has reached its field
 };
 
 }  // namespace qvx::host::design
