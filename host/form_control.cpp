@@ -191,20 +191,6 @@ ExtendedControl::ExtendedControl(FormControl& control) : NamedObject(firstExtend
         if (call.put) Control().SetTabStop(call.BoolValue());
         return Variant(Control().HasTabStop());
     });
-    AddProperty(u"Default", [this](const Call& call) {
-        if (call.put) {
-            RequireDesigner();
-            Control().default_ = call.BoolValue();
-        }
-        return Variant(Control().default_);
-    });
-    AddProperty(u"Cancel", [this](const Call& call) {
-        if (call.put) {
-            RequireDesigner();
-            Control().cancel_ = call.BoolValue();
-        }
-        return Variant(Control().cancel_);
-    });
     AddProperty(u"Visible", [this](const Call& call) {
         if (call.put) Control().SetVisible(call.BoolValue());
         return Variant(Control().Visible());

@@ -111,7 +111,7 @@ TEST_F(PropertyListTest, RowsComeFromTypeInformationAndFromTheHost) {
          u"The border of the button at rest and under the mouse."},
         {u"DropDown", PropertyKind::boolean, false, u"False", u"Whether an arrow is drawn at the right edge."},
         {u"Font", PropertyKind::font, false, u"Tahoma, 8.25", u"The font of the caption."},
-        {u"Name", PropertyKind::text, true, u"cmdOk", u"The name by which scripts know the object."},
+        {u"Name", PropertyKind::text, false, u"cmdOk", u"The name by which scripts know the object."},
         {u"Width", PropertyKind::integer, false, u"1200", u"The width in twips."},
         {u"Visible", PropertyKind::boolean, false, u"True", u"Whether the object is seen."},
     };
@@ -592,6 +592,47 @@ TEST_F(PropertyListTest, AControlMayOfferWordsChoicesAndPages) {
     EXPECT_EQ(pages, std::vector<std::size_t>{0});
     list_->Show({subject, subject}, {u"x", u"x"});
     EXPECT_FALSE(Has(u"Custom"));
+}
+
+// The system's dialogs, with somebody in front of them.
+TEST_F(PropertyListTest, ColoursFontsAndPicturesComeFromTheSystemsDialogs) {
+    const auto person = [](const std::function<void()>& acts) {
+        return std::make_unique<test::Person>([acts] {
+            HWND dialog = nullptr;
+            EXPECT_TRUE(WaitFor(
+                [&] {
+                    dialog = FindWindowW(L"#32770", nullptr);
+                    return dialog && IsWindowVisible(dialog) && GetForegroundWindow() == dialog;
+                },
+                8000, false));
+            Sleep(300);
+            acts();
+        });
+    };
+    const auto open = [&](TextView name) {
+        Edit(name);
+        TypeKey(VK_F4);
+        Settle(400);
+    };
+    Show({u"cmdOk"});
+    // A fixed colour opens on its own; of the drop-down's pages the dialog is what a double-click in the palette asks.
+    {
+        const auto someone = person([] {
+            TypeKey('S', {VK_MENU});  // the size
+            for (const int key : {'1', '4'}) TypeKey(key);
+            Sleep(200);
+            TypeKey(VK_RETURN);
+        });
+        open(u"Font");
+    }
+    const auto font = Value(u"cmdOk", L"Font").ToObject<IDispatch>();
+    EXPECT_EQ(Call(font.get(), L"Size").ToLong(), 14);
+    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 14");
+    {
+        const auto someone = person([] { TypeKey(VK_ESCAPE); });
+        open(u"Font");
+    }
+    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 14") << "called off";
 }
 
 TEST_F(PropertyListTest, ATextOfSeveralLinesIsTypedInItsBox) {
