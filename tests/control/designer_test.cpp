@@ -38,6 +38,25 @@ constexpr char formText[] =
     "         Height = 240\r\n      End\r\n   End\r\n"
     "End\r\n";
 
+// One pixel.
+const std::string dotPicture(
+    "BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0\0\0\0\0\4\0\0\0"
+    "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\xFF\0\0\0",
+    58);
+
+// From a person's thread: one of the designer's editors or the frame of pages, once it takes keys.
+HWND WaitForEditor() {
+    HWND editor = nullptr;
+    EXPECT_TRUE(WaitFor(
+        [&] {
+            editor = FindWindowW(L"QvxDesignEditor", nullptr);
+            return editor && GetForegroundWindow() == editor;
+        },
+        8000, false));
+    Sleep(200);
+    return editor;
+}
+
 void Write(const Text& path, const std::string& bytes) {
     std::ofstream file(Wide(path), std::ios::binary);
     file << bytes;
@@ -326,14 +345,7 @@ TEST_F(DesignerTest, TabOrderIsClicked) {
 
 TEST_F(DesignerTest, TheMenuEditorMakesMenus) {
     test::Person person([&] {
-        HWND editor = nullptr;
-        ASSERT_TRUE(WaitFor(
-            [&] {
-                return (editor = FindWindowW(L"QvxDesignEditor", nullptr)) != nullptr &&
-                       GetForegroundWindow() == editor;
-            },
-            8000, false));
-        Sleep(200);
+        WaitForEditor();
         const auto type = [](const char* keys) {
             for (; *keys; ++keys) {
                 const SHORT key = VkKeyScanW(static_cast<wchar_t>(*keys));
@@ -361,18 +373,13 @@ TEST_F(DesignerTest, TheMenuEditorMakesMenus) {
 }
 
 TEST_F(DesignerTest, PicturesAreKeptBesideTheForm) {
-    // One pixel, and a file that only says so.
-    const std::string bitmap(
-        "BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0\0\0\0\0\4\0\0\0"
-        "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\xFF\0\0\0",
-        58);
     wchar_t temp[MAX_PATH];
     GetTempPathW(MAX_PATH, temp);
     const Text outside = Text(FromWide(temp)) + u"qvx_dot.bmp";
-    Write(outside, bitmap);
+    Write(outside, dotPicture);
     const ComPtr<IPictureDisp> picture = designer_->Properties().onLoadPicture(outside);
     EXPECT_TRUE(picture);
-    EXPECT_EQ(Bytes(folder_ + u"\\qvx_dot.bmp"), bitmap);
+    EXPECT_EQ(Bytes(folder_ + u"\\qvx_dot.bmp"), dotPicture);
     Write(folder_ + u"\\bad.bmp", "BM and nothing else");
     EXPECT_ANY_THROW(designer_->Properties().onLoadPicture(folder_ + u"\\bad.bmp"));
     // An image list that a property page fills: the picture gets a file, and the form names it.
@@ -402,6 +409,57 @@ TEST_F(DesignerTest, PicturesAreKeptBesideTheForm) {
     }
     EXPECT_TRUE(RemoveDirectoryW(Wide(other)));
     DeleteFileW(Wide(outside));
+}
+
+TEST_F(DesignerTest, TheImageListEditorTakesPicturesFromFiles) {
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    const Text outside = Text(FromWide(temp)) + u"qvx_spot.bmp";
+    Write(outside, dotPicture);
+    Place(u"ImageList");
+    file_ = outside;
+    test::Person person([&] {
+        WaitForEditor();
+        TypeKey('A', {VK_MENU});
+        Sleep(300);
+        TypeKey('T', {VK_MENU});
+        Sleep(200);
+        TypeKey('7');
+        Sleep(200);
+        TypeKey(VK_RETURN);
+    });
+    EXPECT_TRUE(designer_->Do(Command::images));
+    const std::string bytes = Saved();
+    for (const char* line :
+         {"Key             =   \"qvx_spot\"", "Tag             =   \"7\"", "Picture         =   \"qvx_spot.bmp\""}) {
+        EXPECT_NE(bytes.find(line), std::string::npos) << line << "\n" << bytes;
+    }
+    EXPECT_EQ(Bytes(folder_ + u"\\qvx_spot.bmp"), dotPicture);
+    DeleteFileW(Wide(outside));
+}
+
+// The system's own dialog for files, with somebody in front of it.
+TEST_F(DesignerTest, FilesAreChosenInTheSystemsDialog) {
+    test::Person person([&] {
+        HWND dialog = nullptr;
+        EXPECT_TRUE(WaitFor(
+            [&] {
+                dialog = FindWindowW(L"#32770", nullptr);
+                return dialog && IsWindowVisible(dialog) && GetForegroundWindow() == dialog;
+            },
+            8000, false));
+        Sleep(500);
+        for (const char c : std::string("TEST.FRM")) TypeKey(c == '.' ? VK_OEM_PERIOD : c);
+        Sleep(200);
+        TypeKey(VK_RETURN);
+    });
+    using namespace std::string_literals;
+    wchar_t before[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, before);
+    SetCurrentDirectoryW(Wide(folder_));
+    const Text chosen = SystemQuestions().file(designer_->Handle(), false, {}, u"Forms\0*.frm\0"s);
+    SetCurrentDirectoryW(before);
+    EXPECT_TRUE(SameName(chosen, path_)) << Narrow(chosen);
 }
 
 TEST_F(DesignerTest, AFileThatCannotBeWrittenStaysWhole) {
@@ -549,17 +607,7 @@ class PageTest : public DesignerTest {
     bool Ask(std::vector<CLSID> pages, const std::function<void(HWND frame)>& acts) {
         const auto frame = PropertyFrame::Make(
             designer_->Handle(), u"cmdOk", dynamic_cast<SitedControl*>(Control(u"cmdOk"))->Object(), pages, source_);
-        test::Person person([&] {
-            HWND window = nullptr;
-            EXPECT_TRUE(WaitFor(
-                [&] {
-                    return (window = FindWindowW(L"QvxDesignEditor", nullptr)) != nullptr &&
-                           GetForegroundWindow() == window;
-                },
-                8000, false));
-            Sleep(200);
-            acts(window);
-        });
+        test::Person person([&] { acts(WaitForEditor()); });
         return frame->Ask(designer_->Handle());
     }
     Text Caption() { return Call(Members(u"cmdOk").get(), L"Caption").ToText().value_or(Text()); }

@@ -595,7 +595,7 @@ TEST_F(PropertyListTest, AControlMayOfferWordsChoicesAndPages) {
 }
 
 // The system's dialogs, with somebody in front of them.
-TEST_F(PropertyListTest, ColoursFontsAndPicturesComeFromTheSystemsDialogs) {
+TEST_F(PropertyListTest, ColoursAndFontsComeFromTheSystemsDialogs) {
     const auto person = [](const std::function<void()>& acts) {
         return std::make_unique<test::Person>([acts] {
             HWND dialog = nullptr;
@@ -610,16 +610,19 @@ TEST_F(PropertyListTest, ColoursFontsAndPicturesComeFromTheSystemsDialogs) {
         });
     };
     const auto open = [&](TextView name) {
-        Edit(name);
+        list_->GoTo(name);
+        SetFocus(list_->RowsWindow());
         TypeKey(VK_F4);
         Settle(400);
     };
+    const auto number = [](int value) {
+        for (const char digit : std::to_string(value)) TypeKey(digit);
+    };
     Show({u"cmdOk"});
-    // A fixed colour opens on its own; of the drop-down's pages the dialog is what a double-click in the palette asks.
     {
-        const auto someone = person([] {
+        const auto someone = person([&] {
             TypeKey('S', {VK_MENU});  // the size
-            for (const int key : {'1', '4'}) TypeKey(key);
+            number(14);
             Sleep(200);
             TypeKey(VK_RETURN);
         });
@@ -627,12 +630,31 @@ TEST_F(PropertyListTest, ColoursFontsAndPicturesComeFromTheSystemsDialogs) {
     }
     const auto font = Value(u"cmdOk", L"Font").ToObject<IDispatch>();
     EXPECT_EQ(Call(font.get(), L"Size").ToLong(), 14);
-    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 14");
+    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 14.25");
     {
         const auto someone = person([] { TypeKey(VK_ESCAPE); });
         open(u"Font");
     }
-    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 14") << "called off";
+    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 14.25") << "called off";
+    // From the box of colours by its button.
+    open(u"BackColor");
+    TypeKey(VK_TAB);
+    Settle();
+    EXPECT_EQ(FocusText(), u"&Other...");
+    {
+        const auto someone = person([&] {
+            for (const auto& [key, value] : {std::pair('R', 16), std::pair('G', 32), std::pair('B', 48)}) {
+                TypeKey(key, {VK_MENU});
+                Sleep(100);
+                number(value);
+            }
+            Sleep(200);
+            TypeKey(VK_RETURN);
+        });
+        TypeKey(VK_RETURN);
+        Settle(400);
+    }
+    EXPECT_EQ(Value(u"cmdOk", L"BackColor").ToLong(), 0x302010);
 }
 
 TEST_F(PropertyListTest, ATextOfSeveralLinesIsTypedInItsBox) {
