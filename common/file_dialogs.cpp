@@ -27,6 +27,17 @@ OpenFileRequest MakeOpenFileRequest(TextView title, TextView initialName) {
     return request;
 }
 
+OpenFileRequest MakePictureFileRequest() {
+    using namespace std::string_view_literals;
+    constexpr std::uint32_t longestPath = 4096;
+    OpenFileRequest request;
+    request.filter = u"(Bitmaps)\0*.bmp\0(ICons)\0*.ico\0\0"sv;
+    request.file.assign(longestPath, u'\0');
+    request.maxFile = longestPath;
+    request.flags = openFileFlags;
+    return request;
+}
+
 Text ChosenFile(bool confirmed, TextView buffer) {
     const auto end = buffer.find(u'\0');
     return confirmed && end != TextView::npos ? Text(buffer.substr(0, end)) : Text();

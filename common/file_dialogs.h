@@ -1,4 +1,4 @@
-// The two standard dialogs the backup uses: which archive to restore, and which folder to put one into.
+// The standard dialogs: which archive to restore, which folder to put one into, which picture to take.
 #pragma once
 
 #include <cstdint>
@@ -20,11 +20,15 @@ struct OpenFileRequest {
 // An initial name that is longer than the buffer is cut.
 OpenFileRequest MakeOpenFileRequest(TextView title, TextView initialName);
 
+// For a bitmap or an icon.
+OpenFileRequest MakePictureFileRequest();
+
 // The chosen file, given whether the dialog was confirmed and what it left in the buffer.
 Text ChosenFile(bool confirmed, TextView buffer);
 
-// `owner` is a window handle (HWND), as hosts give it. Both return an empty text when the user cancels. Windows only.
+// `owner` is a window handle (HWND), as hosts give it. They return an empty text when the user cancels. Windows only.
 Text ShowOpenFile(std::intptr_t owner, TextView title, TextView initialName);
+Text ShowOpenPicture(std::intptr_t owner);
 Text BrowseForFolder(std::intptr_t owner, TextView title);
 
 }  // namespace qvx

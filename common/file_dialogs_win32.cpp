@@ -20,10 +20,10 @@ struct ReleaseItemList {
     void operator()(void* list) const { CoTaskMemFree(list); }
 };
 
-}  // namespace
+// Empty for what the request leaves to the system.
+const wchar_t* WideOrNone(const Text& text) { return text.empty() ? nullptr : Wide(text); }
 
-Text ShowOpenFile(std::intptr_t owner, TextView title, TextView initialName) {
-    OpenFileRequest request = MakeOpenFileRequest(title, initialName);
+Text Open(std::intptr_t owner, const OpenFileRequest& request) {
     Text buffer = request.file;
     buffer.resize(std::max<std::size_t>(buffer.size(), request.maxFile), u'\0');
     OPENFILENAMEW record{};
@@ -32,11 +32,19 @@ Text ShowOpenFile(std::intptr_t owner, TextView title, TextView initialName) {
     record.lpstrFilter = Wide(request.filter);
     record.lpstrFile = WideBuffer(buffer);
     record.nMaxFile = request.maxFile;
-    record.lpstrTitle = Wide(request.title);
-    record.lpstrDefExt = Wide(request.defaultExtension);
+    record.lpstrTitle = WideOrNone(request.title);
+    record.lpstrDefExt = WideOrNone(request.defaultExtension);
     record.Flags = request.flags;
     return ChosenFile(GetOpenFileNameW(&record) != 0, buffer);
 }
+
+}  // namespace
+
+Text ShowOpenFile(std::intptr_t owner, TextView title, TextView initialName) {
+    return Open(owner, MakeOpenFileRequest(title, initialName));
+}
+
+Text ShowOpenPicture(std::intptr_t owner) { return Open(owner, MakePictureFileRequest()); }
 
 Text BrowseForFolder(std::intptr_t owner, TextView title) {
     const Text heading(title);

@@ -17,6 +17,10 @@
 
 namespace qvx::host {
 
+namespace {
+constexpr int sunkenFrame = 2;  // a frame's BorderStyle
+}
+
 std::optional<BuiltIn> FindBuiltIn(TextView className) {
     if (SameName(className, u"Label")) return BuiltIn::label;
     if (SameName(className, u"TextBox")) return BuiltIn::textBox;
@@ -212,7 +216,7 @@ BuiltInControl::BuiltInControl(HostForm& form, Block& block, FormControl* contai
       ownForeColor_(block.Find(u"ForeColor") != nullptr),
       ownFont_(block.FindGroup(u"Font") != nullptr),
       alignment_(block.IntOf(u"Alignment", 0)),
-      borderStyle_(block.IntOf(u"BorderStyle", kind == BuiltIn::textBox ? 1 : 0)),
+      borderStyle_(block.IntOf(u"BorderStyle", kind == BuiltIn::label ? 0 : 1)),
       opaque_(block.IntOf(u"BackStyle", 1) != 0),
       multiLine_(block.BoolOf(u"MultiLine", false)),
       scrollBars_(block.IntOf(u"ScrollBars", 0)),
@@ -243,7 +247,7 @@ BuiltInControl::~BuiltInControl() {
 }
 
 DWORD BuiltInControl::StyleBits() const {
-    if (kind_ == BuiltIn::frame) return BS_GROUPBOX | WS_CLIPCHILDREN;
+    if (kind_ == BuiltIn::frame) return WS_CLIPCHILDREN | (IsPanel() ? SS_LEFT : BS_GROUPBOX);
     if (kind_ == BuiltIn::label) {
         const DWORD alignment = alignment_ == 1 ? SS_RIGHT : alignment_ == 2 ? SS_CENTER : SS_LEFT;
         return SS_NOTIFY | alignment | (borderStyle_ ? WS_BORDER : 0u);
@@ -259,10 +263,14 @@ DWORD BuiltInControl::StyleBits() const {
 
 void BuiltInControl::CreateSystemWindow() {
     const RECT bounds = PixelBounds();
-    const wchar_t* className = kind_ == BuiltIn::label ? L"STATIC" : kind_ == BuiltIn::frame ? L"BUTTON" : L"EDIT";
-    const DWORD style = WS_CHILD | WS_CLIPSIBLINGS | StyleBits() | (ShownAs(Visible()) ? WS_VISIBLE : 0u) |
-                        (enabled_ ? 0u : WS_DISABLED);
-    const DWORD exStyle = kind_ == BuiltIn::textBox && borderStyle_ ? WS_EX_CLIENTEDGE : 0u;
+    const wchar_t* className = kind_ == BuiltIn::label || IsPanel() ? L"STATIC"
+                               : kind_ == BuiltIn::frame            ? L"BUTTON"
+                                                                    : L"EDIT";
+    const DWORD style =
+        WS_CHILD | WS_CLIPSIBLINGS | StyleBits() | (ShownAs(Visible()) ? WS_VISIBLE : 0u) | (enabled_ ? 0u : WS_DISABLED);
+    const bool sunken =
+        kind_ == BuiltIn::frame ? borderStyle_ == sunkenFrame : kind_ == BuiltIn::textBox && borderStyle_;
+    const DWORD exStyle = sunken ? WS_EX_CLIENTEDGE : 0u;
     window_ =
         CreateWindowExW(exStyle, className, L"", style, bounds.left, bounds.top, bounds.right - bounds.left,
                         bounds.bottom - bounds.top, Form().ParentWindow(*this), nullptr, ModuleInstance(), nullptr);
@@ -382,7 +390,7 @@ void BuiltInControl::SaveOwn(SavedProperties& saved) {
     addUnless(textBox ? u"Text" : u"Caption", text.empty(), text);
     addUnless(u"Enabled", enabled_, false);
     addUnless(u"Alignment", alignment_ == 0, std::int32_t{alignment_});
-    addUnless(u"BorderStyle", borderStyle_ == (textBox ? 1 : 0), std::int32_t{borderStyle_});
+    addUnless(u"BorderStyle", borderStyle_ == (kind_ == BuiltIn::label ? 0 : 1), std::int32_t{borderStyle_});
     addUnless(u"BackStyle", opaque_, std::int32_t{0});
     addUnless(u"MultiLine", !multiLine_, true);
     addUnless(u"ScrollBars", scrollBars_ == 0, std::int32_t{scrollBars_});

@@ -4,7 +4,8 @@
 //     Label     Caption Alignment BackStyle BorderStyle BackColor ForeColor Font; Click DblClick
 //     TextBox   Text MaxLength Locked Alignment MultiLine ScrollBars PasswordChar SelStart SelLength SelText
 //               BackColor ForeColor Font; Change
-//     Frame     Caption BackColor ForeColor Font; holds other controls
+//     Frame     Caption BorderStyle (0 none, 1 a line with the caption, 2 sunken) BackColor ForeColor Font; holds other
+//               controls
 //
 // All of them raise GotFocus and LostFocus where they can have the focus.
 #pragma once
@@ -60,6 +61,8 @@ class BuiltInControl final : public FormControl {
     void ApplyFont();
     void SetColor(OLE_COLOR& color, OLE_COLOR value);
     DWORD StyleBits() const;
+    // A frame without the line that a caption stands in.
+    bool IsPanel() const { return kind_ == BuiltIn::frame && borderStyle_ != 1; }
 
     BuiltIn kind_;
     HWND window_ = nullptr;

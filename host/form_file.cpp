@@ -187,8 +187,7 @@ using UsedNames = std::map<Text, std::set<int>>;
 
 void CheckNamesIn(const Block& block, UsedNames& used) {
     for (const Block* object : block.Objects()) {
-        const bool menu = SameName(object->className, u"Menu");
-        const int index = menu ? -1 : std::max(object->IntOf(u"Index", -1), -1);
+        const int index = std::max(object->IntOf(u"Index", -1), -1);
         std::set<int>& indexes = used[FoldedText(object->name)];
         const bool taken = index < 0 ? !indexes.empty() : indexes.contains(-1);
         if (taken || !indexes.insert(index).second) {

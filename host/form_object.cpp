@@ -1,10 +1,13 @@
 #include "host/form_object.h"
 
+#include <set>
+
 #include "com/enumerator.h"
 #include "com/guard.h"
 #include "com/module.h"
 #include "com/safearray.h"
 #include "common/run_time_error.h"
+#include "common/text_compare.h"
 #include "host/form_storage_win32.h"
 
 namespace qvx::host {
@@ -34,35 +37,54 @@ class FormPart : public NamedObject {
     LifeWatch watch_;
 };
 
-// The controls by number (from 0) and by name.
+// Everything on the form that scripts can reach: its controls, then its menus.
+struct NamedPart {
+    Text name;
+    int index;  // -1 for what is no element of an array
+    ComPtr<IDispatch> object;
+};
+
+std::vector<NamedPart> PartsOf(HostForm& form) {
+    std::vector<NamedPart> parts;
+    for (const auto& control : form.Controls()) {
+        parts.push_back({control->Name(), control->Index(), ComPtr<IDispatch>(control->Extended())});
+    }
+    for (const MenuItem* menu : form.Menus().All()) {
+        parts.push_back({menu->name, menu->index, ComPtr<IDispatch>(form.Menus().Automation(*menu))});
+    }
+    return parts;
+}
+
+// The controls and menus by number (from 0) and by name.
 class ControlsObject final : public FormPart {
   public:
     explicit ControlsObject(HostForm& form) : FormPart(form) {
-        AddReadOnly(u"Count", [this](const Call&) { return Variant(static_cast<long>(Form().Controls().size())); });
+        AddReadOnly(u"Count", [this](const Call&) { return Variant(static_cast<long>(PartsOf(Form()).size())); });
         AddReadOnly(u"Item", [this](const Call& call) { return Item(Form(), call); });
         SetDefaultMember(u"Item");
         AddEnumerator([this] {
             std::vector<ComPtr<IDispatch>> all;
-            for (const auto& control : Form().Controls()) all.emplace_back(control->Extended());
+            for (const NamedPart& part : PartsOf(Form())) all.push_back(part.object);
             return all;
         });
     }
 
-    // The control that the first argument names or counts.
-    static Variant Item(const HostForm& form, const Call& call) {
+    // What the first argument names or counts.
+    static Variant Item(HostForm& form, const Call& call) {
+        const std::vector<NamedPart> parts = PartsOf(form);
         if (call.At(0).Type() == VT_BSTR) {
-            const FormControl* control = form.FindControl(call.String(0));
-            if (!control) {
-                constexpr int elementNotFound = 730;
-                throw RunTimeError(elementNotFound, u"Control '" + call.String(0) + u"' not found");
+            const Text name = call.String(0);
+            for (const NamedPart& part : parts) {
+                if (SameName(part.name, name)) return Variant(part.object.get());
             }
-            return Variant(control->Extended());
+            constexpr int elementNotFound = 730;
+            throw RunTimeError(elementNotFound, u"Control '" + name + u"' not found");
         }
         const long number = call.Long(0);
-        if (number < 0 || static_cast<std::size_t>(number) >= form.Controls().size()) {
+        if (number < 0 || static_cast<std::size_t>(number) >= parts.size()) {
             throw RunTimeError(errors::subscriptOutOfRange, u"Subscript out of range");
         }
-        return Variant(form.Controls()[static_cast<std::size_t>(number)]->Extended());
+        return Variant(parts[static_cast<std::size_t>(number)].object.get());
     }
 
   private:
@@ -75,39 +97,37 @@ class ControlArrayObject final : public FormPart {
         AddReadOnly(u"Count", [this](const Call&) { return Variant(static_cast<long>(Elements().size())); });
         AddReadOnly(u"LBound", [this](const Call&) { return Variant(Bounds().first); });
         AddReadOnly(u"UBound", [this](const Call&) { return Variant(Bounds().second); });
-        AddReadOnly(u"Item",
-                    [this](const Call& call) { return Variant(Element(Form(), name_, call.Long(0)).Extended()); });
+        AddReadOnly(u"Item", [this](const Call& call) { return Variant(Element(Form(), name_, call.Long(0)).get()); });
         SetDefaultMember(u"Item");
         AddEnumerator([this] {
             std::vector<ComPtr<IDispatch>> all;
-            for (const FormControl* element : Elements()) all.emplace_back(element->Extended());
+            for (const NamedPart& element : Elements()) all.push_back(element.object);
             return all;
         });
     }
 
-    static const FormControl& Element(HostForm& form, const Text& name, long index) {
+    static ComPtr<IDispatch> Element(HostForm& form, const Text& name, long index) {
         constexpr int elementMissing = 340;
-        const FormControl* element = index < 0 ? nullptr : form.FindControl(name, static_cast<int>(index));
-        if (!element) throw RunTimeError(elementMissing, u"Control array element does not exist");
-        return *element;
+        for (const NamedPart& part : PartsOf(form)) {
+            if (index >= 0 && part.index == index && SameName(part.name, name)) return part.object;
+        }
+        throw RunTimeError(elementMissing, u"Control array element does not exist");
     }
 
   private:
     ~ControlArrayObject() override = default;
 
-    std::vector<const FormControl*> Elements() const {
-        std::vector<const FormControl*> elements;
-        for (const auto& control : Form().Controls()) {
-            if (control->Index() >= 0 && SameName(control->Name(), name_)) elements.push_back(control.get());
-        }
+    std::vector<NamedPart> Elements() const {
+        std::vector<NamedPart> elements = PartsOf(Form());
+        std::erase_if(elements, [&](const NamedPart& part) { return part.index < 0 || !SameName(part.name, name_); });
         return elements;
     }
     std::pair<int, int> Bounds() const {
         std::pair<int, int> bounds{0, -1};
         bool first = true;
-        for (const FormControl* element : Elements()) {
-            bounds.first = first ? element->Index() : std::min(bounds.first, element->Index());
-            bounds.second = first ? element->Index() : std::max(bounds.second, element->Index());
+        for (const NamedPart& element : Elements()) {
+            bounds.first = first ? element.index : std::min(bounds.first, element.index);
+            bounds.second = first ? element.index : std::max(bounds.second, element.index);
             first = false;
         }
         return bounds;
@@ -119,18 +139,21 @@ class ControlArrayObject final : public FormPart {
 class ControlArraysObject final : public FormPart {
   public:
     explicit ControlArraysObject(HostForm& form) : FormPart(form) {
-        for (const auto& control : form.Controls()) {
-            if (control->Index() < 0 || form.FindControl(control->Name()) != control.get()) continue;
-            // The name lives as long as the control, and nobody calls this object when the form is gone.
-            AddReadOnly(control->Name().c_str(), [this, name = control->Name()](const Call& call) {
+        for (const NamedPart& part : PartsOf(form)) {
+            if (part.index >= 0) names_.insert(FoldedText(part.name));
+        }
+        for (const Text& name : names_) {
+            AddReadOnly(name.c_str(), [this, name](const Call& call) {
                 if (!call.Has(0)) return Variant(MakeControlArray(Form(), name).get());
-                return Variant(ControlArrayObject::Element(Form(), name, call.Long(0)).Extended());
+                return Variant(ControlArrayObject::Element(Form(), name, call.Long(0)).get());
             });
         }
     }
 
   private:
     ~ControlArraysObject() override = default;
+
+    std::set<Text> names_;  // whatever their letters' case
 };
 
 class HostObject final : public FormPart {
@@ -385,10 +408,10 @@ HRESULT FormObject::InvokeOther(DISPID member, LCID locale, WORD flags, DISPPARA
     }
     const Text& name = names_[index];
     ComPtr<IDispatch> object;
-    if (const FormControl* control = Form().FindControl(name)) {
-        object = control->Index() >= 0 ? MakeControlArray(Form(), name) : ComPtr<IDispatch>(control->Extended());
-    } else {
-        object = ComPtr<IDispatch>(Form().Menus().Automation(name));
+    for (const NamedPart& part : PartsOf(Form())) {
+        if (!SameName(part.name, name)) continue;
+        object = part.index >= 0 ? MakeControlArray(Form(), name) : part.object;
+        break;
     }
     if (!object) return DISP_E_MEMBERNOTFOUND;
     // frm.txtField(2): the argument is the element's.

@@ -127,7 +127,9 @@ bool HostForm::Start(TextView scriptName, TextView source) {
             if (control->Index() < 0) script_->AddObject(control->Name(), control->Extended());
         }
         script_->AddGlobals(u"ControlArrays", MakeControlArrays(*this).get());
-        for (const Text& name : menus_.Names()) script_->AddObject(name, menus_.Automation(name));
+        for (const MenuItem* menu : menus_.All()) {
+            if (menu->index < 0) script_->AddObject(menu->name, menus_.Automation(*menu));
+        }
         running_ = true;
         compiled = script_->Run(source);
     }
@@ -279,7 +281,10 @@ void HostForm::OnCommand(WPARAM wParam, LPARAM lParam) {
     const MenuItem* item = menus_.Find(id);
     if (!item) return;
     if (running_) {
-        script_->Call(item->name + u"_Click", {});
+        Variant index(item->index);
+        std::vector<VARIANT*> arguments;
+        if (item->index >= 0) arguments.push_back(index.ptr());
+        script_->Call(item->name + u"_Click", arguments);
     }
 }
 

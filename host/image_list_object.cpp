@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "com/guard.h"
+#include "com/picture_file.h"
 #include "common/number_text.h"
 #include "common/run_time_error.h"
 #include "common/text_compare.h"
@@ -163,30 +164,8 @@ class ImageListObject final : public NamedObject {
 }  // namespace
 
 ComPtr<IPictureDisp> LoadPictureFile(const Text& folder, const Text& path) {
-    constexpr int fileNotFound = 53;
-    constexpr LONGLONG largest = 256 << 20;
     const bool rooted = path.find(u':') != Text::npos || path.substr(0, 1) == u"\\" || path.substr(0, 1) == u"/";
-    const Text full = rooted ? path : folder + u"\\" + path;
-    const auto fail = [&] { throw RunTimeError(fileNotFound, u"cannot read \"" + full + u"\""); };
-    const HANDLE handle = CreateFileW(Wide(full), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (handle == INVALID_HANDLE_VALUE) fail();
-    const UniqueKernelObject owner(handle);
-    LARGE_INTEGER size{};
-    if (!GetFileSizeEx(handle, &size) || size.QuadPart > largest) fail();
-    const auto bytes = static_cast<DWORD>(size.QuadPart);
-    UniqueGlobal memory(GlobalAlloc(GMEM_MOVEABLE, bytes ? bytes : 1));
-    if (!memory) throw std::bad_alloc();
-    {
-        const GlobalLockScope<char> lock(memory.Get());
-        DWORD count = 0;
-        if (!ReadFile(handle, lock.Get(), bytes, &count, nullptr) || count != bytes) fail();
-    }
-    ComPtr<IStream> stream;
-    Check(CreateStreamOnHGlobal(memory.Get(), TRUE, stream.put()));
-    memory.Detach();  // the stream's now
-    ComPtr<IPictureDisp> picture;
-    Check(OleLoadPicture(stream.get(), static_cast<LONG>(bytes), FALSE, IID_IPictureDisp, picture.put_void()));
-    return picture;
+    return qvx::LoadPictureFile(rooted ? path : folder + u"\\" + path);
 }
 
 ImageListControl::ImageListControl(HostForm& form, Block& block, FormControl* container)

@@ -25,7 +25,7 @@
 namespace qvx::host {
 
 // The picture in a file of any format the system reads. `path` is relative to `folder` unless it begins with a drive or
-// a slash. Throws RunTimeError 53 for a file that cannot be read and ComError for one that holds no picture.
+// a slash. Throws as the function of that name in com/picture_file.h.
 ComPtr<IPictureDisp> LoadPictureFile(const Text& folder, const Text& path);
 
 class ImagesObject;

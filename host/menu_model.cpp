@@ -1,5 +1,6 @@
 #include "host/menu_model.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -33,6 +34,7 @@ constexpr int functionKey1 = keys::f2 - 1;
 MenuItem ReadItem(const Block& block, unsigned& nextId) {
     MenuItem item;
     item.name = block.name;
+    item.index = std::max(block.IntOf(u"Index", -1), -1);
     item.caption = block.TextOf(u"Caption");
     item.enabled = block.BoolOf(u"Enabled", true);
     item.visible = block.BoolOf(u"Visible", true);
@@ -123,14 +125,14 @@ const MenuItem* FindShortcut(const std::vector<MenuItem>& items, Shortcut presse
     return nullptr;
 }
 
-std::vector<Text> MenuNames(const std::vector<MenuItem>& items) {
-    std::vector<Text> names;
+std::vector<const MenuItem*> AllMenuItems(const std::vector<MenuItem>& items) {
+    std::vector<const MenuItem*> all;
     for (const MenuItem& item : items) {
-        names.push_back(item.name);
-        const std::vector<Text> inner = MenuNames(item.items);
-        names.insert(names.end(), inner.begin(), inner.end());
+        all.push_back(&item);
+        const std::vector<const MenuItem*> inner = AllMenuItems(item.items);
+        all.insert(all.end(), inner.begin(), inner.end());
     }
-    return names;
+    return all;
 }
 
 MenuItem* FindMenuItem(std::vector<MenuItem>& items, const std::function<bool(const MenuItem&)>& matches) {

@@ -11,7 +11,8 @@ namespace qvx::host {
 
 struct MenuItem {
     Text name;
-    Text caption;  // "-" is a dividing line
+    int index = -1;  // in the array of its name; -1 for a menu that is no element of one
+    Text caption;    // "-" is a dividing line
     bool enabled = true;
     bool visible = true;
     bool checked = false;
@@ -44,7 +45,7 @@ MenuItem* FindMenuItem(std::vector<MenuItem>& items, const std::function<bool(co
 // there is none.
 const MenuItem* FindShortcut(const std::vector<MenuItem>& items, Shortcut pressed);
 
-// The names of all items, each menu before what is in it.
-std::vector<Text> MenuNames(const std::vector<MenuItem>& items);
+// All items, each menu before what is in it.
+std::vector<const MenuItem*> AllMenuItems(const std::vector<MenuItem>& items);
 
 }  // namespace qvx::host

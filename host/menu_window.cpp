@@ -6,8 +6,13 @@ namespace qvx::host {
 
 class MenuBar::Object final : public NamedObject {
   public:
-    Object(MenuBar& bar, Text name) : bar_(&bar), name_(std::move(name)) {
-        AddReadOnly(u"Name", [this](const Call&) { return Variant(name_); });
+    Object(MenuBar& bar, unsigned id) : bar_(&bar), id_(id) {
+        AddReadOnly(u"Name", [this](const Call&) { return Variant(Item().name); });
+        AddReadOnly(u"Index", [this](const Call&) {
+            constexpr int notAnArray = 343;
+            if (Item().index < 0) throw RunTimeError(notAnArray, u"Object not an array");
+            return Variant(Item().index);
+        });
         AddProperty(u"Caption", [this](const Call& call) {
             if (call.put) {
                 Item().caption = call.StringValue();
@@ -34,19 +39,19 @@ class MenuBar::Object final : public NamedObject {
         });
     }
     MenuItem& Item() const {
-        MenuItem* item = bar_ ? bar_->Find(name_) : nullptr;
+        MenuItem* item = bar_ ? bar_->Find(id_) : nullptr;
         if (!item) ThrowObjectNotSet();
         return *item;
     }
 
     MenuBar* bar_;
-    Text name_;
+    unsigned id_;
 };
 
 MenuBar::MenuBar() = default;
 
 MenuBar::~MenuBar() {
-    for (auto& [name, object] : objects_) object->Forget();
+    for (auto& [id, object] : objects_) object->Forget();
 }
 
 void MenuBar::Show(HWND window, std::vector<MenuItem> items) {
@@ -90,14 +95,10 @@ MenuItem* MenuBar::Find(TextView name) {
 
 const MenuItem* MenuBar::FindShortcut(Shortcut pressed) const { return host::FindShortcut(items_, pressed); }
 
-IDispatch* MenuBar::Automation(TextView name) {
-    const MenuItem* item = Find(name);
-    if (!item) return nullptr;
-    auto& object = objects_[item->name];
-    if (!object) object = MakeObject<Object>(*this, item->name);
+IDispatch* MenuBar::Automation(const MenuItem& item) {
+    auto& object = objects_[item.id];
+    if (!object) object = MakeObject<Object>(*this, item.id);
     return object.get();
 }
-
-std::vector<Text> MenuBar::Names() const { return MenuNames(items_); }
 
 }  // namespace qvx::host

@@ -24,12 +24,14 @@ class MenuBar {
     // After a change of the items.
     void Update();
     MenuItem* Find(unsigned id);
+    // Of an array the first element.
     MenuItem* Find(TextView name);
+    // All of them, each menu before what is in it.
+    std::vector<const MenuItem*> All() const { return AllMenuItems(items_); }
     // The command whose shortcut these keys are; nullptr for none, and for one that is disabled.
     const MenuItem* FindShortcut(Shortcut pressed) const;
-    // The menu of that name as an object for scripts; null when there is none.
-    IDispatch* Automation(TextView name);
-    std::vector<Text> Names() const;
+    // The menu as an object for scripts.
+    IDispatch* Automation(const MenuItem& item);
 
   private:
     class Object;
@@ -37,7 +39,7 @@ class MenuBar {
 
     HWND window_ = nullptr;
     std::vector<MenuItem> items_;
-    std::map<Text, ComPtr<Object>> objects_;
+    std::map<unsigned, ComPtr<Object>> objects_;  // by the items' identifiers
 };
 
 }  // namespace qvx::host

@@ -1,4 +1,4 @@
-// The maker of controls that the system asks for.
+// The maker of controls and property pages that the system asks for.
 #pragma once
 
 #include <windows.h>
@@ -12,13 +12,13 @@ namespace qvx {
 
 class ClassFactory final : public ComObject<IClassFactory> {
   public:
-    explicit ClassFactory(const ControlClass& controlClass) : class_(controlClass) {}
+    explicit ClassFactory(CreateFunction create) : create_(create) {}
     STDMETHODIMP CreateInstance(IUnknown* outer, REFIID iid, void** object) override;
     STDMETHODIMP LockServer(BOOL lock) override;
 
   private:
     ~ClassFactory() override = default;
-    const ControlClass& class_;
+    CreateFunction create_;
 };
 
 }  // namespace qvx

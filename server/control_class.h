@@ -9,6 +9,9 @@
 
 namespace qvx {
 
+// Makes an object, with the interface asked for. May throw.
+using CreateFunction = HRESULT (*)(REFIID iid, void** object);
+
 struct ControlClass {
     const CLSID* id;
     const IID* events;           // the source dispinterface
@@ -16,8 +19,7 @@ struct ControlClass {
     const wchar_t* description;  // shown by hosts in their lists of controls
     int toolboxBitmap;           // resource number
     DWORD miscStatus;            // OLEMISC_xxx
-    // Makes one, with the interface asked for. May throw.
-    HRESULT (*create)(REFIID iid, void** object);
+    CreateFunction create;
 };
 
 // The bits of every visible control: activated whenever it is visible, laid out by the container, and sited before it
@@ -25,7 +27,15 @@ struct ControlClass {
 constexpr DWORD usualMiscStatus = OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT |
                                   OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST;
 
-// All controls of the library, in one table.
+// A page of properties that controls name as theirs. It is no control, and not in the type library.
+struct PageClass {
+    const CLSID* id;
+    const wchar_t* description;
+    CreateFunction create;
+};
+
+// All controls of the library, in one table, and all pages.
 std::span<const ControlClass> AllControls();
+std::span<const PageClass> AllPages();
 
 }  // namespace qvx

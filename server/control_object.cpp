@@ -256,7 +256,9 @@ void ControlBase::ActivateInPlace() {
     inPlaceActive_ = true;
     SetParent(window, parent);
     MoveWindowTo(position, clip);
-    ShowWindow(window, SW_SHOWNA);
+    // Some containers activate at run time what has nothing to show then.
+    const bool hidden = (class_.miscStatus & OLEMISC_INVISIBLEATRUNTIME) && UserMode();
+    ShowWindow(window, hidden ? SW_HIDE : SW_SHOWNA);
     OnShow();
 }
 

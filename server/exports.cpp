@@ -17,8 +17,14 @@ STDAPI DllGetClassObject(REFCLSID id, REFIID iid, LPVOID* object) {
     return Guard([&]() -> HRESULT {
         if (!object) return E_POINTER;
         *object = nullptr;
+        const auto make = [&](const auto& served) {
+            return qvx::MakeObject<qvx::ClassFactory>(served.create)->QueryInterface(iid, object);
+        };
         for (const qvx::ControlClass& control : qvx::AllControls()) {
-            if (*control.id == id) return qvx::MakeObject<qvx::ClassFactory>(control)->QueryInterface(iid, object);
+            if (*control.id == id) return make(control);
+        }
+        for (const qvx::PageClass& page : qvx::AllPages()) {
+            if (*page.id == id) return make(page);
         }
         return CLASS_E_CLASSNOTAVAILABLE;
     });

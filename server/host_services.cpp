@@ -70,6 +70,19 @@ Text ProductName(const Text& path) {
     return {};
 }
 
+// Numbers that hosts give as windows are not believed blindly.
+bool IsOurs(HWND window) {
+    DWORD process = 0;
+    return IsWindow(window) && GetWindowThreadProcessId(window, &process) && process == GetCurrentProcessId();
+}
+
+HWND WindowOf(IDispatch* object) {
+    const auto value = ReadMember(object, L"hWnd");
+    const auto number = value ? value->ToLong() : std::nullopt;
+    const auto window = reinterpret_cast<HWND>(static_cast<LONG_PTR>(number.value_or(0)));
+    return IsOurs(window) ? window : nullptr;
+}
+
 bool FocusIsInside(HWND window) {
     const HWND focus = GetFocus();
     return window && focus && (focus == window || IsChild(window, focus));
@@ -175,6 +188,27 @@ Text HostServices::FormCaption(HWND window) const {
         if (Text title = WindowText(GetAncestor(window, GA_ROOT)); !title.empty()) return title;
     }
     return ApplicationTitle();
+}
+
+HWND HostServices::ContainerWindow(HWND window) const {
+    const ComPtr<IDispatch> extended = Extended();
+    const auto container = ObjectMember(extended.get(), L"Container");
+    if (const HWND found = WindowOf(container.get())) return found;
+    if (!container) {
+        if (const HWND found = WindowOf(Form().get())) return found;
+    }
+    HWND place = nullptr;
+    if (const auto site = Site().As<IOleInPlaceSite>()) site->GetWindow(&place);
+    if (IsOurs(place)) return place;
+    if (const HWND found = WindowOf(Form().get())) return found;
+    const HWND parent = window ? GetAncestor(window, GA_PARENT) : nullptr;
+    return parent != GetDesktopWindow() && IsOurs(parent) ? parent : nullptr;
+}
+
+HWND HostServices::FormWindow(HWND window) const {
+    if (const HWND found = WindowOf(Form().get())) return found;
+    const HWND container = ContainerWindow(window);
+    return container ? GetAncestor(container, GA_ROOT) : nullptr;
 }
 
 ComPtr<IDispatch> HostServices::Controls() const { return ObjectMember(Form().get(), L"Controls"); }

@@ -60,6 +60,11 @@ class HostServices {
     // The form's Caption, else the title of the top window that holds `window` (may be null), else the application's
     // title.
     Text FormCaption(HWND window) const;
+    // The window that the control stands on: its container's hWnd, else the one that the host gives its windows to live
+    // in, else the parent of `window` (the control's own, may be null). Null when there is none of this process.
+    HWND ContainerWindow(HWND window) const;
+    // The form's hWnd, else the top window around what the control stands on.
+    HWND FormWindow(HWND window) const;
     // The form's collection of controls; null when there is none.
     ComPtr<IDispatch> Controls() const;
     // The name of the form's active control. Without such a form: the control's own display name while the keyboard

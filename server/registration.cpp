@@ -166,6 +166,14 @@ std::vector<RegistryValue> RegistrationEntries() {
                            {base + L"\\Version", L"", libraryVersion},
                        });
     }
+    for (const PageClass& page : AllPages()) {
+        const std::wstring base = L"CLSID\\" + Spell(*page.id);
+        entries.insert(entries.end(), {
+                                          {base, L"", page.description},
+                                          {base + L"\\InprocServer32", L"", server},
+                                          {base + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
+                                      });
+    }
     return entries;
 }
 

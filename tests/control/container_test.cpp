@@ -65,7 +65,7 @@ class EachControl : public ::testing::TestWithParam<const CLSID*> {
     std::optional<Container> container_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Controls, EachControl, ::testing::ValuesIn(EachControlId()), ControlName);
+INSTANTIATE_TEST_SUITE_P(Controls, EachControl, ::testing::ValuesIn(EachVisibleControlId()), ControlName);
 
 TEST_P(EachControl, ActivatesMovesAndGoesInactive) {
     Container& container = Sited();

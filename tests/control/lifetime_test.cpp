@@ -12,21 +12,29 @@ namespace qvx::test {
 namespace {
 
 // Runs it a hundred times for caches to fill, then a thousand times, and compares. Heap blocks may come and go by a
-// few with the system's own caches; one a round would be a thousand.
+// few with the system's own caches; one a round would be a thousand. A heap that begins to manage small blocks in
+// another way grows by some hundreds once, and not again when the thousand are repeated.
 template <typename Round>
 void ExpectNothingLeft(Round round) {
+    constexpr long fewBlocks = 100;
+    constexpr long fewBytes = 65536;
     const HRESULT idle = ServerUnderTest::Get().CanUnload();
     for (int i = 0; i < 100; ++i) round();
     Pump();
-    const ResourceCounts before = CountResources();
-    for (int i = 0; i < 1000; ++i) round();
-    Pump();
-    const ResourceCounts after = CountResources();
+    ResourceCounts before;
+    ResourceCounts after;
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        before = CountResources();
+        for (int i = 0; i < 1000; ++i) round();
+        Pump();
+        after = CountResources();
+        if (after.heapBlocks - before.heapBlocks < fewBlocks && after.heapBytes - before.heapBytes < fewBytes) break;
+    }
     EXPECT_EQ(before.windows, after.windows);
     EXPECT_EQ(before.gdiObjects, after.gdiObjects);
     EXPECT_EQ(before.userObjects, after.userObjects);
-    EXPECT_LT(after.heapBlocks - before.heapBlocks, 100);
-    EXPECT_LT(after.heapBytes - before.heapBytes, 65536);
+    EXPECT_LT(after.heapBlocks - before.heapBlocks, fewBlocks);
+    EXPECT_LT(after.heapBytes - before.heapBytes, fewBytes);
     EXPECT_GT(before.heapBlocks, 0) << "the counting itself works";
     std::printf("windows %ld, graphics objects %ld -> %ld, heap blocks %ld -> %ld, bytes %ld -> %ld\n", after.windows,
                 before.gdiObjects, after.gdiObjects, before.heapBlocks, after.heapBlocks, before.heapBytes,
@@ -58,24 +66,13 @@ TEST_P(Lifetime, SaveAndLoad) {
     ASSERT_EQ(S_OK, source.As<IPersistStreamInit>()->InitNew());
     const auto bytes = SaveToStream(source.get());
     const auto bag = SaveToBag(source.get());
-    {
-        // The source stays: only what the rounds make is counted against the server.
-        for (int i = 0; i < 100; ++i) {
-            const auto control = ServerUnderTest::Get().Create(*GetParam());
-            ASSERT_EQ(S_OK, LoadFromStream(control.get(), bytes));
-        }
-        const ResourceCounts before = CountResources();
-        for (int i = 0; i < 1000; ++i) {
-            const auto control = ServerUnderTest::Get().Create(*GetParam());
-            ASSERT_EQ(S_OK, LoadFromStream(control.get(), bytes));
-            ASSERT_EQ(S_OK, LoadFromBag(control.get(), bag.get()));
-            ASSERT_EQ(bytes, SaveToStream(control.get()));
-        }
-        const ResourceCounts after = CountResources();
-        EXPECT_EQ(before.windows, after.windows);
-        EXPECT_EQ(before.gdiObjects, after.gdiObjects);
-        EXPECT_LT(after.heapBlocks - before.heapBlocks, 100);
-    }
+    // The source stays: only what the rounds make is counted against the server.
+    ExpectNothingLeft([&] {
+        const auto control = ServerUnderTest::Get().Create(*GetParam());
+        ASSERT_EQ(S_OK, LoadFromStream(control.get(), bytes));
+        ASSERT_EQ(S_OK, LoadFromBag(control.get(), bag.get()));
+        ASSERT_EQ(bytes, SaveToStream(control.get()));
+    });
 }
 
 }  // namespace

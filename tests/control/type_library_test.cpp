@@ -197,10 +197,12 @@ TEST(TypeLibrary, ClassesAndFactoriesAgree) {
     std::vector<std::wstring> names;
     for (const auto& control : ServerUnderTest::Get().Controls()) names.push_back(control.name);
     std::sort(names.begin(), names.end());
-    EXPECT_EQ((std::vector<std::wstring>{L"Backup", L"Button", L"ComboGrid", L"RButton", L"TextEdit"}), names);
+    EXPECT_EQ((std::vector<std::wstring>{L"Backup", L"Button", L"CMenus", L"ComboGrid", L"FlatBorder", L"RButton",
+                                         L"TextEdit"}),
+              names);
     ComPtr<IUnknown> object;
-    // FlatBorder's identifier is reserved; the control is not in this release.
-    const CLSID reserved{0x4DE5F512, 0x0402, 0x49F2, {0x93, 0xDB, 0xDE, 0xAC, 0x18, 0xCC, 0x28, 0x9F}};
+    // An identifier of the library's range that nothing has.
+    const CLSID reserved{0x4DE5F5FF, 0x0402, 0x49F2, {0x93, 0xDB, 0xDE, 0xAC, 0x18, 0xCC, 0x28, 0x9F}};
     EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, ServerUnderTest::Get().ClassObject(reserved, IID_IUnknown, object.put_void()));
 }
 

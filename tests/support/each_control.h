@@ -16,7 +16,8 @@ struct NamedControl {
 
 inline constexpr NamedControl namedControls[] = {
     {"Button", &CLSID_Button},     {"RButton", &CLSID_RButton}, {"ComboGrid", &CLSID_ComboGrid},
-    {"TextEdit", &CLSID_TextEdit}, {"Backup", &CLSID_Backup},
+    {"TextEdit", &CLSID_TextEdit}, {"Backup", &CLSID_Backup},   {"FlatBorder", &CLSID_FlatBorder},
+    {"CMenus", &CLSID_CMenus},
 };
 
 inline std::vector<const CLSID*> EachControlId() {
@@ -25,10 +26,21 @@ inline std::vector<const CLSID*> EachControlId() {
     return ids;
 }
 
+inline bool IsInvisible(const CLSID* id) {
+    return *id == CLSID_Backup || *id == CLSID_FlatBorder || *id == CLSID_CMenus;
+}
+
 // Those that show themselves at run time, have a size of the host's choice and take the focus.
 inline std::vector<const CLSID*> EachVisibleControlId() {
     std::vector<const CLSID*> ids = EachControlId();
-    std::erase_if(ids, [](const CLSID* id) { return *id == CLSID_Backup; });
+    std::erase_if(ids, IsInvisible);
+    return ids;
+}
+
+// Those that have one size and show themselves to designers only.
+inline std::vector<const CLSID*> EachInvisibleControlId() {
+    std::vector<const CLSID*> ids = EachControlId();
+    std::erase_if(ids, [](const CLSID* id) { return !IsInvisible(id); });
     return ids;
 }
 

@@ -245,7 +245,7 @@ TEST(CheckNames, EachNameStandsOnceExceptInArrays) {
         {"Begin Frame b\nBegin Label a\nEnd\nEnd\nBegin Label a\nEnd\n", 6},
         {"Begin Label a\nEnd\nBegin Menu m\nBegin Menu A\nEnd\nEnd\n", 5},
         {"Begin Menu m\nBegin Menu m\nEnd\nEnd\n", 3},
-        {"Begin Menu m\nIndex = 1\nEnd\nBegin Menu m\nIndex = 2\nEnd\n", 5},
+        {"Begin Menu m\nIndex = 1\nEnd\nBegin Menu m\nIndex = 1\nEnd\n", 5},
         {"Begin Menu f\nEnd\n", 2},
     };
     for (const auto& c : cases) {

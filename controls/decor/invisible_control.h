@@ -1,0 +1,56 @@
+// What controls that nobody sees at run time have in common: `I` is the dual interface. Windows only.
+#pragma once
+
+#include <utility>
+
+#include "com/members.h"
+#include "common/about_dialog.h"
+#include "server/control.h"
+#include "win/dpi.h"
+
+namespace qvx::decor {
+
+constexpr DWORD invisibleMiscStatus = usualMiscStatus | OLEMISC_INVISIBLEATRUNTIME | OLEMISC_NOUIACTIVATE;
+
+template <typename I>
+class InvisibleControl : public Control<I> {
+  public:
+    STDMETHODIMP ShowAbout() override {
+        return Guard([&] {
+            const ControlBase::DialogScope dialog(*this);
+            ShowAboutBox(this->InPlaceActive() ? this->WindowHandle() : nullptr);
+        });
+    }
+
+  protected:
+    // `size` is in twips; the control keeps it whatever the host does.
+    InvisibleControl(const ControlClass& controlClass, Size size) : Control<I>(controlClass), size_(size) {}
+    ~InvisibleControl() override = default;
+
+    // What the control works on may be another window than before, or none. Called often; only at run time, with
+    // properties read and a host to ask, does `working` hold.
+    virtual void Follow(bool working) = 0;
+    // The control's picture for designers.
+    virtual void DrawPicture(Surface& surface, const Rect& area) = 0;
+
+    Size DefaultPixelSize() const override { return TwipsToPixels(size_, Dpi{}); }
+    void OnResize(Size) override { this->RequestPixelSize(TwipsToPixels(size_, WindowDpi(this->WindowHandle()))); }
+    void DrawControl(Surface& surface, const Rect& area) override {
+        if (!this->UserMode()) DrawPicture(surface, area);
+    }
+    void OnAfterRead() override {
+        read_ = true;
+        FollowHost();
+    }
+    void OnAmbientChange(DISPID) override { FollowHost(); }
+    void OnShow() override { FollowHost(); }
+    void OnTerminate() override { Follow(false); }
+
+  private:
+    void FollowHost() { Follow(read_ && this->Host().Site() && this->UserMode()); }
+
+    Size size_;
+    bool read_ = false;
+};
+
+}  // namespace qvx::decor

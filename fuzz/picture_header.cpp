@@ -1,0 +1,31 @@
+// Picture files: what is let through to a decoder holds what it promises. The input is the file.
+#include "common/picture_header.h"
+
+#include <cstdlib>
+#include <vector>
+
+#include "fuzz/fuzz_input.h"
+
+namespace qvx {
+namespace {
+
+// From a copy of just that size, so that a read behind the end is seen.
+void Check(const std::vector<std::uint8_t>& file) {
+    const auto extent = PictureExtent(file);
+    if (!MayDecodePicture(file) || !extent) return;
+    Require(extent->width > 0 && extent->height != 0, "a picture that may be decoded has an extent");
+    Require(extent->width <= 8192 && std::abs(extent->height) <= 8192, "which is not larger than any picture is");
+    const bool bitmap = file.size() > 30 && file[0] == 'B' && file[1] == 'M' && file[14] == 40 && file[30] == 0;
+    if (!bitmap) return;
+    const std::size_t pixels =
+        static_cast<std::size_t>(extent->width) * static_cast<std::size_t>(std::abs(extent->height));
+    Require(file.size() >= pixels / 8, "and whose pixels are in the file");
+}
+
+}  // namespace
+}  // namespace qvx
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    qvx::Check({data, data + size});
+    return 0;
+}

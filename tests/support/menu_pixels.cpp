@@ -1,0 +1,93 @@
+#include "tests/support/menu_pixels.h"
+
+#include <gtest/gtest.h>
+#include <olectl.h>
+
+#include "win/handles.h"
+
+namespace qvx::test {
+
+namespace {
+
+MENUITEMINFOW InfoOf(HMENU menu, int position) {
+    MENUITEMINFOW info{};
+    info.cbSize = sizeof info;
+    info.fMask = MIIM_ID | MIIM_DATA;
+    GetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &info);
+    return info;
+}
+
+}  // namespace
+
+ComPtr<IPictureDisp> SolidPicture(Size size, COLORREF color) {
+    const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof info.bmiHeader, size.width, -size.height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    UniqueBitmap bitmap(CreateDIBSection(dc.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    {
+        const SelectedObject selected(dc.Get(), bitmap.Get());
+        const UniqueBrush brush(CreateSolidBrush(color));
+        const RECT all{0, 0, size.width, size.height};
+        FillRect(dc.Get(), &all, brush.Get());
+    }
+    PICTDESC description{};
+    description.cbSizeofstruct = sizeof description;
+    description.picType = PICTYPE_BITMAP;
+    description.bmp.hbitmap = bitmap.Get();
+    ComPtr<IPictureDisp> picture;
+    EXPECT_EQ(S_OK, OleCreatePictureIndirect(&description, IID_IPictureDisp, TRUE, picture.put_void()));
+    bitmap.Detach();  // the picture's now
+    return picture;
+}
+
+ComPtr<IPictureDisp> EmptyPicture() {
+    PICTDESC description{};
+    description.cbSizeofstruct = sizeof description;
+    description.picType = PICTYPE_NONE;
+    ComPtr<IPictureDisp> picture;
+    EXPECT_EQ(S_OK, OleCreatePictureIndirect(&description, IID_IPictureDisp, TRUE, picture.put_void()));
+    return picture;
+}
+
+Size MeasureItem(HWND window, HMENU menu, int position) {
+    const MENUITEMINFOW info = InfoOf(menu, position);
+    MEASUREITEMSTRUCT request{};
+    request.CtlType = ODT_MENU;
+    request.itemID = info.wID;
+    request.itemData = info.dwItemData;
+    SendMessageW(window, WM_MEASUREITEM, 0, reinterpret_cast<LPARAM>(&request));
+    return {static_cast<int>(request.itemWidth), static_cast<int>(request.itemHeight)};
+}
+
+PixelPicture DrawnItem(HWND window, HMENU menu, int position, UINT state) {
+    constexpr int moreThanAsked = 40;
+    Size size = MeasureItem(window, menu, position);
+    size.width += moreThanAsked;
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof info.bmiHeader, size.width, -size.height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
+    const UniqueBitmap bitmap(CreateDIBSection(dc.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    const SelectedObject selected(dc.Get(), bitmap.Get());
+    const MENUITEMINFOW item = InfoOf(menu, position);
+    DRAWITEMSTRUCT request{};
+    request.CtlType = ODT_MENU;
+    request.itemID = item.wID;
+    request.itemAction = ODA_DRAWENTIRE;
+    request.itemState = state;
+    request.hwndItem = reinterpret_cast<HWND>(menu);
+    request.hDC = dc.Get();
+    request.rcItem = {0, 0, size.width, size.height};
+    request.itemData = item.dwItemData;
+    SendMessageW(window, WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&request));
+    GdiFlush();
+    PixelPicture picture(size);
+    for (std::size_t i = 0; i < picture.pixels.size(); ++i) {
+        const DWORD pixel = static_cast<DWORD*>(bits)[i];
+        picture.pixels[i] = RGB(pixel >> 16 & 0xFF, pixel >> 8 & 0xFF, pixel & 0xFF);
+    }
+    return picture;
+}
+
+}  // namespace qvx::test
