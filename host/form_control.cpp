@@ -126,18 +126,19 @@ void FormControl::RememberBlock(Block& block) {
     shownName_ = block.name;
 }
 
-void FormControl::FollowBlock(Block& block) {
+bool FormControl::FollowBlock(Block& block) {
     block_ = &block;
     const TwipsRect bounds{block.IntOf(u"Left", 0), block.IntOf(u"Top", 0), block.IntOf(u"Width", defaultControlSize),
                            block.IntOf(u"Height", defaultControlSize)};
     tabIndex_ = block.IntOf(u"TabIndex", form_.NextTabIndex());
     loaded_.Add(u"TabIndex", std::int32_t{tabIndex_});
-    if (bounds == bounds_) return;
+    if (bounds == bounds_) return true;
     loaded_.Add(u"Left", std::int32_t{bounds.left});
     loaded_.Add(u"Top", std::int32_t{bounds.top});
     loaded_.Add(u"Width", std::int32_t{bounds.width});
     loaded_.Add(u"Height", std::int32_t{bounds.height});
     Move(bounds);
+    return bounds_ == bounds;
 }
 
 void FormControl::NoteChange() { form_.NoteChange(this); }

@@ -75,8 +75,9 @@ class FormControl {
     void RememberBlock(Block& block);
     void RememberBlock() { RememberBlock(*block_); }
     const Text& ShownName() const { return shownName_; }
-    // Takes position and tab index from the block. The block has been found by Shows.
-    void FollowBlock(Block& block);
+    // Takes position and tab index from the block, which has been found by Shows. False when the control has kept to
+    // another place than the block says.
+    bool FollowBlock(Block& block);
     // Tells the designer, if there is one.
     void NoteChange();
 

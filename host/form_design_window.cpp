@@ -134,7 +134,8 @@ void HostForm::FollowBlocks(const std::function<bool(const Block&)>& fresh) {
                 std::unique_ptr<FormControl>& candidate = *at->second;
                 if (!candidate || candidate->Container() != parent || !candidate->Shows(*block)) continue;
                 control = candidate.get();
-                control->FollowBlock(*block);
+                // A control of a fixed size does not take every place: the block is to say the one it has.
+                if (!control->FollowBlock(*block) && designer_) designer_->OnChanged(control);
                 controls_.push_back(std::move(candidate));
             }
             if (!control) {

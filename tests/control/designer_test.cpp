@@ -214,17 +214,61 @@ TEST_F(DesignerTest, ANewControlTakesItsFormsFont) {
 }
 
 TEST_F(DesignerTest, ControlsWithoutAWindowAtRunTimeKeepTheirSize) {
-    Place(u"Qvx.Backup");
-    EXPECT_EQ(Bounds(u"Backup1").width, 270);
-    EXPECT_EQ(Bounds(u"Backup1").height, 270);
-    // Neither the mouse nor the property list gets it larger.
-    const POINT corner = At(360 + 270, 2400 + 270);
-    Drag({corner.x + 3, corner.y + 3}, At(2000, 3600));
-    const Variant wide(1200);
-    Invoke(Control(u"Backup1")->Extended(), L"Width", DISPATCH_PROPERTYPUT, {*wide.ptr()});
+    struct Case {
+        const char16_t* name;
+        int width;
+        int height;
+    };
+    for (const Case& c : {Case{u"Backup1", 270, 270}, Case{u"FlatBorder1", 180, 225}, Case{u"CMenus1", 220, 220}}) {
+        const Text name = c.name;
+        Place(u"Qvx." + name.substr(0, name.size() - 1));
+        // Whole pixels on the way: no more than that.
+        const auto keeps = [&](const char* when) {
+            const TwipsRect is = Bounds(name);
+            EXPECT_NEAR(is.width, c.width, 15) << Narrow(name) << when;
+            EXPECT_NEAR(is.height, c.height, 15) << Narrow(name) << when;
+        };
+        keeps(" placed");
+        // Neither the mouse nor the property list gets it larger.
+        const POINT corner = At(360 + c.width, 2400 + c.height);
+        Drag({corner.x + 3, corner.y + 3}, At(2000, 3600));
+        keeps(" sized by the mouse");
+        const Variant wide(1200);
+        Invoke(Control(name)->Extended(), L"Width", DISPATCH_PROPERTYPUT, {*wide.ptr()});
+        Settle();
+        keeps(" given a width");
+        designer_->Select({{name}});
+        EXPECT_TRUE(designer_->Do(Command::remove));
+    }
+}
+
+TEST_F(DesignerTest, AControlThatCannotSaySoKeepsWhatItHad) {
+    const auto mute = MakeObject<ScriptedControl>();
+    source_.objects[u"Test.Mute"] = ComPtr<IUnknown>(static_cast<IOleObject*>(mute.get()));
+    const std::string text =
+        "Begin Form frmTest\r\n   Begin Test.Mute mute\r\n      Left = 240\r\n      Own = 7\r\n   End\r\nEnd\r\n";
+    Open(text);
+    ASSERT_TRUE(Control(u"mute"));
+    mute->saves = [] { return E_FAIL; };
+    const int errors = reporter_.Errors();
+    designer_->OnChanged(Control(u"mute"));
     Settle();
-    EXPECT_EQ(Bounds(u"Backup1").width, 270);
-    EXPECT_EQ(Bounds(u"Backup1").height, 270);
+    EXPECT_EQ(reporter_.Errors(), errors + 1);
+    EXPECT_FALSE(designer_->Form().Dirty());
+    EXPECT_EQ(Saved(), text);
+    // One that tells of changes whenever it is asked is not asked for ever.
+    int asked = 0;
+    mute->saves = [&] {
+        ++asked;
+        designer_->OnChanged(Control(u"mute"));
+        return S_OK;
+    };
+    designer_->OnChanged(Control(u"mute"));
+    Settle();
+    EXPECT_GT(asked, 0);
+    EXPECT_LT(asked, 100);
+    mute->saves = [] { return S_OK; };
+    EXPECT_EQ(Saved().find("Own = 7"), text.find("Own = 7"));
 }
 
 TEST_F(DesignerTest, ValuesAreGuardedAsTheControlsSay) {
@@ -472,6 +516,11 @@ TEST_F(DesignerTest, AFileThatCannotBeWrittenStaysWhole) {
     EXPECT_EQ(Bytes(path_), formText);
     EXPECT_EQ(GetFileAttributesW(Wide(path_ + u".new")), INVALID_FILE_ATTRIBUTES);
     SetFileAttributesW(Wide(path_), FILE_ATTRIBUTE_NORMAL);
+    // No room for the file that is written aside: a folder has its name.
+    CreateDirectoryW(Wide(path_ + u".new"), nullptr);
+    EXPECT_FALSE(designer_->Do(Command::save));
+    EXPECT_EQ(Bytes(path_), formText);
+    RemoveDirectoryW(Wide(path_ + u".new"));
     // Somewhere that is not there: the form stays that of its old file.
     file_ = folder_ + u"\\nowhere\\x.frm";
     EXPECT_FALSE(designer_->Do(Command::saveAs));
