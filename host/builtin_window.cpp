@@ -266,8 +266,8 @@ void BuiltInControl::CreateSystemWindow() {
     const wchar_t* className = kind_ == BuiltIn::label || IsPanel() ? L"STATIC"
                                : kind_ == BuiltIn::frame            ? L"BUTTON"
                                                                     : L"EDIT";
-    const DWORD style =
-        WS_CHILD | WS_CLIPSIBLINGS | StyleBits() | (ShownAs(Visible()) ? WS_VISIBLE : 0u) | (enabled_ ? 0u : WS_DISABLED);
+    const DWORD style = WS_CHILD | WS_CLIPSIBLINGS | StyleBits() | (ShownAs(Visible()) ? WS_VISIBLE : 0u) |
+                        (enabled_ ? 0u : WS_DISABLED);
     const bool sunken =
         kind_ == BuiltIn::frame ? borderStyle_ == sunkenFrame : kind_ == BuiltIn::textBox && borderStyle_;
     const DWORD exStyle = sunken ? WS_EX_CLIENTEDGE : 0u;
