@@ -3,8 +3,10 @@
 #include <olectl.h>
 
 #include <algorithm>
+#include <type_traits>
 
 #include "com/text.h"
+#include "common/flag_scope.h"
 #include "common/run_time_error.h"
 #include "host/form_font.h"
 #include "host/form_window.h"
@@ -62,6 +64,7 @@ class BuiltInControl::Members final : public NamedObject {
             AddTextBoxMembers();
         } else {
             AddText(u"Caption");
+            if (control.kind_ == BuiltIn::label) AddLabelMembers();
         }
     }
     void Forget() { control_ = nullptr; }
@@ -82,7 +85,50 @@ class BuiltInControl::Members final : public NamedObject {
         SetDefaultMember(name);
     }
 
+    // What the window is made with; `most` is the largest number that means anything.
+    template <typename Field>
+    void AddStyle(const char16_t* name, Field BuiltInControl::*field, long most) {
+        AddProperty(name, [this, field, most](const Call& call) {
+            BuiltInControl& c = Control();
+            if (call.put) {
+                const long number =
+                    std::is_same_v<Field, bool> && call.Value().Type() == VT_BOOL ? call.BoolValue() : call.LongValue();
+                if (number < 0 || number > most)
+                    throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
+                c.*field = static_cast<Field>(number);
+                c.RecreateSystemWindow();
+            }
+            return Variant(c.*field);
+        });
+    }
+
+    void AddLabelMembers() {
+        AddStyle(u"Alignment", &BuiltInControl::alignment_, 2);
+        AddStyle(u"BorderStyle", &BuiltInControl::borderStyle_, 1);
+        AddProperty(u"BackStyle", [this](const Call& call) {
+            if (call.put) {
+                const long number = call.LongValue();
+                if (number < 0 || number > 1)
+                    throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
+                Control().opaque_ = number != 0;
+                RedrawWindow(Control().window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE);
+            }
+            return Variant(Control().opaque_ ? 1 : 0);
+        });
+    }
+
     void AddTextBoxMembers() {
+        AddStyle(u"Alignment", &BuiltInControl::alignment_, 2);
+        AddStyle(u"BorderStyle", &BuiltInControl::borderStyle_, 1);
+        AddStyle(u"ScrollBars", &BuiltInControl::scrollBars_, 3);
+        AddStyle(u"MultiLine", &BuiltInControl::multiLine_, 1);
+        AddProperty(u"PasswordChar", [this](const Call& call) {
+            if (call.put) {
+                Control().passwordChar_ = call.StringValue().substr(0, 1);
+                Control().RecreateSystemWindow();
+            }
+            return Variant(Control().passwordChar_);
+        });
         AddProperty(u"MaxLength", [this](const Call& call) {
             if (call.put) {
                 Control().maxLength_ = static_cast<int>(std::max(call.LongValue(), 0L));
@@ -220,8 +266,8 @@ void BuiltInControl::CreateSystemWindow() {
     const wchar_t* className = kind_ == BuiltIn::label || IsPanel() ? L"STATIC"
                                : kind_ == BuiltIn::frame            ? L"BUTTON"
                                                                     : L"EDIT";
-    const DWORD style =
-        WS_CHILD | WS_CLIPSIBLINGS | StyleBits() | (Visible() ? WS_VISIBLE : 0u) | (enabled_ ? 0u : WS_DISABLED);
+    const DWORD style = WS_CHILD | WS_CLIPSIBLINGS | StyleBits() | (ShownAs(Visible()) ? WS_VISIBLE : 0u) |
+                        (enabled_ ? 0u : WS_DISABLED);
     const bool sunken =
         kind_ == BuiltIn::frame ? borderStyle_ == sunkenFrame : kind_ == BuiltIn::textBox && borderStyle_;
     // A frame's edge is three pixels wide, a text box's two.
@@ -239,6 +285,21 @@ void BuiltInControl::CreateSystemWindow() {
         if (!passwordChar_.empty()) SendMessageW(window_, EM_SETPASSWORDCHAR, passwordChar_[0], 0);
     }
     SetColor(backColor_, backColor_);
+}
+
+void BuiltInControl::RecreateSystemWindow() {
+    const FlagScope scope(quiet_);
+    const HWND old = window_;
+    const bool focused = GetFocus() == old;
+    const Text text = WindowText(old);
+    const HWND above = GetWindow(old, GW_HWNDPREV);
+    CreateSystemWindow();
+    ApplyFont();
+    SetWindowTextW(window_, Wide(text));
+    SetWindowPos(window_, above ? above : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    if (focused) SetFocus(window_);
+    DestroyWindow(old);
+    Form().UpdateToolTip(*this);
 }
 
 void BuiltInControl::ApplyFont() {

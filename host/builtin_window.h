@@ -56,6 +56,8 @@ class BuiltInControl final : public FormControl {
     class Relay;
 
     void CreateSystemWindow();
+    // The same control in a new system window, for what the system decides when it makes one.
+    void RecreateSystemWindow();
     void ApplyFont();
     void SetColor(OLE_COLOR& color, OLE_COLOR value);
     DWORD StyleBits() const;

@@ -6,6 +6,8 @@
 
 #include <oaidl.h>
 
+#include <vector>
+
 #include "com/pointer.h"
 #include "common/text.h"
 
@@ -26,7 +28,19 @@ class ClassSource {
     // the class.
     virtual ComPtr<IUnknown> Create(const Text& className) const;
 
+    // The same by the identifier of a class that need not be in any type library, such as a property page.
+    ComPtr<IUnknown> CreateById(const CLSID& id) const;
+
+    // What can be made of a library: the loaded file's, or the one a registered class belongs to.
+    struct Known {
+        Text className;    // "Library.Class"
+        Text description;  // the library's help string, or empty
+        CLSID id;
+    };
+    std::vector<Known> ClassesWith(const Text& registeredClass) const;
+
   private:
+    ComPtr<IUnknown> CreateFromFile(const CLSID& id) const;
     bool FindInFile(const Text& className, CLSID& id) const;
 
     HMODULE module_ = nullptr;

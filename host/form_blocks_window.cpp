@@ -6,6 +6,7 @@
 #include "common/run_time_error.h"
 #include "host/builtin_window.h"
 #include "host/form_font.h"
+#include "host/form_storage_win32.h"
 #include "host/form_window.h"
 #include "host/image_list_object.h"
 #include "host/sited_control.h"
@@ -16,7 +17,6 @@ namespace qvx::host {
 
 namespace {
 
-constexpr int pathAccessError = 75;
 constexpr int objectNotSet = 91;
 constexpr WORD iconResource = 1;
 
@@ -28,17 +28,10 @@ void HostForm::Build() {
                             u"the file begins with a \"" + file_.form.className + u"\", not with a \"Form\"");
     }
     CheckNames(file_.form);
-    const int borderStyle = file_.form.IntOf(u"BorderStyle", 2);  // 0 none, 1 fixed, 2 sizable, 3 fixed dialog
-    DWORD style = WS_CLIPCHILDREN | (borderStyle == 0 ? WS_POPUP : WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU);
-    if (borderStyle == 2) style |= WS_THICKFRAME;
-    if (borderStyle == 1 || borderStyle == 2) {
-        if (file_.form.BoolOf(u"MinButton", true)) style |= WS_MINIMIZEBOX;
-        if (file_.form.BoolOf(u"MaxButton", true)) style |= WS_MAXIMIZEBOX;
-    }
     static const WindowClass windowClass = {L"QvxHostForm", CS_DBLCLKS};
     keepsClientSize_ = true;
     const Text title = options_.design ? caption_ + u" [design]" : caption_;
-    if (!Create(windowClass, Wide(title), style, borderStyle == 3 ? WS_EX_DLGMODALFRAME : 0, {0, 0, 100, 100},
+    if (!Create(windowClass, Wide(title), WindowStyle(), borderStyle_ == 3 ? WS_EX_DLGMODALFRAME : 0, {0, 0, 100, 100},
                 nullptr)) {
         throw FormFileError(0, u"the system refuses a window for the form");
     }
@@ -47,15 +40,9 @@ void HostForm::Build() {
     SendMessageW(Handle(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
     SendMessageW(Handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
     backBrush_.Reset(CreateSolidBrush(ResolveColor(backColor_)));
-    toolTips_ =
-        CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP, CW_USEDEFAULT, CW_USEDEFAULT,
-                        CW_USEDEFAULT, CW_USEDEFAULT, Handle(), nullptr, ModuleInstance(), nullptr);
+    CreateToolTips();
     BuildControls(file_.form, nullptr);
-    if (options_.design) {
-        BuildDesignMenu();
-    } else {
-        menus_.Show(Handle(), ReadMenus(file_.form));
-    }
+    menus_.Show(Handle(), ReadMenus(file_.form));
     SetClientSize(clientWidth_, clientHeight_);
     RECT whole{};
     RECT work{};
@@ -75,7 +62,13 @@ void HostForm::Build() {
     loaded_ = Saved();
 }
 
-std::unique_ptr<FormControl> HostForm::MakeControl(Block& block, FormControl* parent) {
+void HostForm::CreateToolTips() {
+    toolTips_ =
+        CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP, CW_USEDEFAULT, CW_USEDEFAULT,
+                        CW_USEDEFAULT, CW_USEDEFAULT, Handle(), nullptr, ModuleInstance(), nullptr);
+}
+
+std::unique_ptr<FormControl> HostForm::MakeControl(Block& block, FormControl* parent, bool fresh) {
     if (const auto kind = FindBuiltIn(block.className)) {
         return std::make_unique<BuiltInControl>(*this, block, parent, *kind);
     }
@@ -84,7 +77,7 @@ std::unique_ptr<FormControl> HostForm::MakeControl(Block& block, FormControl* pa
         throw FormFileError(block.lineNumber,
                             u"there is no class \"" + block.className + u"\" (components are called Library.Class)");
     }
-    return std::make_unique<SitedControl>(*this, block, parent);
+    return std::make_unique<SitedControl>(*this, block, parent, fresh);
 }
 
 void HostForm::BuildControls(Block& container, FormControl* parent) {
@@ -124,8 +117,18 @@ SavedProperties HostForm::Saved() {
     if (backColor_ != colors::buttonFace) saved.Add(u"BackColor", static_cast<std::int32_t>(backColor_));
     if (foreColor_ != colors::buttonText) saved.Add(u"ForeColor", static_cast<std::int32_t>(foreColor_));
     if (!tag_.empty()) saved.Add(u"Tag", tag_);
+    if (borderStyle_ != 2) saved.Add(u"BorderStyle", std::int32_t{borderStyle_});
+    if (!minButton_) saved.Add(u"MinButton", false);
+    if (!maxButton_) saved.Add(u"MaxButton", false);
     if (!(font_.Value() == DefaultFont())) saved.AddGroup(u"Font", SaveFont(font_.Value()));
     return saved;
+}
+
+const std::vector<Text>& HostForm::KnownFormProperties() {
+    static const std::vector<Text> known = {u"Caption",    u"ClientHeight", u"ClientWidth", u"ScaleHeight",
+                                            u"ScaleWidth", u"BackColor",    u"ForeColor",   u"Tag",
+                                            u"Font",       u"BorderStyle",  u"MinButton",   u"MaxButton"};
+    return known;
 }
 
 void HostForm::Save(const Text& path) {
@@ -137,30 +140,11 @@ void HostForm::Save(const Text& path) {
     for (const auto& control : controls_) saved.push_back(control->Saved());
     for (std::size_t i = 0; i < controls_.size(); ++i) controls_[i]->SaveToBlock(saved[i], mode);
     SavedProperties own = Saved();
-    MergeSaved(file_.form, loaded_, own,
-               {u"Caption", u"ClientHeight", u"ClientWidth", u"ScaleHeight", u"ScaleWidth", u"BackColor", u"ForeColor",
-                u"Tag", u"Font"},
-               mode);
+    MergeSaved(file_.form, loaded_, own, KnownFormProperties(), mode);
     // What the blocks say is what is loaded from now on.
     for (std::size_t i = 0; i < controls_.size(); ++i) controls_[i]->RememberAsLoaded(std::move(saved[i]));
     loaded_ = std::move(own);
-    const std::string bytes = file_.Write();
-    // Beside the target first: a full disk must not cost the form that is there.
-    const Text beside = path + u".new";
-    const HANDLE handle =
-        CreateFileW(Wide(beside), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    bool written = handle != INVALID_HANDLE_VALUE;
-    if (written) {
-        const UniqueKernelObject owner(handle);
-        DWORD count = 0;
-        written =
-            WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr) && count == bytes.size();
-    }
-    if (written) written = MoveFileExW(Wide(beside), Wide(path), MOVEFILE_REPLACE_EXISTING) != FALSE;
-    if (!written) {
-        DeleteFileW(Wide(beside));
-        throw RunTimeError(pathAccessError, u"cannot write \"" + path + u"\"");
-    }
+    ReplaceFileBytes(path, file_.Write());
 }
 
 }  // namespace qvx::host

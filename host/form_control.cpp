@@ -1,5 +1,7 @@
 #include "host/form_control.h"
 
+#include <algorithm>
+
 #include "common/run_time_error.h"
 #include "host/form_window.h"
 
@@ -8,16 +10,15 @@ namespace qvx::host {
 namespace {
 // Far above what controls use, so that their own identifiers pass through unchanged.
 constexpr DISPID firstExtendedMember = 0x60000000;
-constexpr int defaultSize = 480;  // twips, for a control whose block says nothing
 }  // namespace
 
 FormControl::FormControl(HostForm& form, Block& block, FormControl* container)
     : form_(form),
-      block_(block),
+      block_(&block),
       container_(container),
       index_(block.IntOf(u"Index", -1)),
-      bounds_{block.IntOf(u"Left", 0), block.IntOf(u"Top", 0), block.IntOf(u"Width", defaultSize),
-              block.IntOf(u"Height", defaultSize)},
+      bounds_{block.IntOf(u"Left", 0), block.IntOf(u"Top", 0), block.IntOf(u"Width", defaultControlSize),
+              block.IntOf(u"Height", defaultControlSize)},
       visible_(block.BoolOf(u"Visible", true)),
       tabIndex_(block.IntOf(u"TabIndex", form.NextTabIndex())),
       tabStop_(block.BoolOf(u"TabStop", true)),
@@ -48,15 +49,19 @@ void FormControl::Move(const TwipsRect& bounds) {
     if (bounds.width < 0 || bounds.height < 0) {
         throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
     }
+    const bool changed = !(bounds_ == bounds);
     bounds_ = bounds;
     ApplyBounds(PixelBounds());
+    if (changed) NoteChange();
 }
 
 bool FormControl::Reachable() const { return visible_ && Enabled() && (!container_ || container_->Reachable()); }
 
+bool FormControl::ShownAs(bool visible) const { return visible || form_.DesignMode(); }
+
 void FormControl::SetVisible(bool visible) {
     visible_ = visible;
-    ApplyVisible(visible);
+    ApplyVisible(ShownAs(visible));
 }
 
 void FormControl::SetToolTip(Text text) {
@@ -90,21 +95,79 @@ void FormControl::SaveToBlock(const SavedProperties& saved, MergeMode mode) {
                                                 u"TabStop", u"Visible", u"Tag", u"ToolTipText", u"Default", u"Cancel"};
     std::vector<Text> known = KnownProperties();
     known.insert(known.end(), ofTheForm.begin(), ofTheForm.end());
-    MergeSaved(block_, loaded_, saved, known, mode);
+    MergeSaved(*block_, loaded_, saved, known, mode);
 }
+
+namespace {
+constexpr const char16_t* placing[] = {u"Left", u"Top", u"Width", u"Height", u"TabIndex"};
+}  // namespace
+
+Text FormControl::LookOf(const Block& block) {
+    Text text = block.begin.text;
+    for (const Entry& entry : block.entries) {
+        if (entry.block) {
+            if (entry.block->kind == Block::Kind::propertyGroup) text += u"\n" + LookOf(*entry.block) + u"\n";
+        } else if (std::none_of(std::begin(placing), std::end(placing),
+                                [&](const char16_t* name) { return SameName(entry.name, name); })) {
+            text += u"\n" + entry.line.text;
+        }
+    }
+    return text;
+}
+
+bool FormControl::Shows(const Block& block) const {
+    return SameName(block.className, shownClass_) && block.name == shownName_ && LookOf(block) == look_;
+}
+
+void FormControl::RememberBlock(Block& block) {
+    block_ = &block;
+    look_ = LookOf(block);
+    shownClass_ = block.className;
+    shownName_ = block.name;
+}
+
+bool FormControl::FollowBlock(Block& block) {
+    block_ = &block;
+    const TwipsRect bounds{block.IntOf(u"Left", 0), block.IntOf(u"Top", 0), block.IntOf(u"Width", defaultControlSize),
+                           block.IntOf(u"Height", defaultControlSize)};
+    tabIndex_ = block.IntOf(u"TabIndex", form_.NextTabIndex());
+    loaded_.Add(u"TabIndex", std::int32_t{tabIndex_});
+    if (bounds == bounds_) return true;
+    loaded_.Add(u"Left", std::int32_t{bounds.left});
+    loaded_.Add(u"Top", std::int32_t{bounds.top});
+    loaded_.Add(u"Width", std::int32_t{bounds.width});
+    loaded_.Add(u"Height", std::int32_t{bounds.height});
+    Move(bounds);
+    return bounds_ == bounds;
+}
+
+void FormControl::NoteChange() { form_.NoteChange(this); }
 
 bool FormControl::TranslateKey(MSG&) { return false; }
 
 void FormControl::OnAccessKey(MSG&) {}
 
 ExtendedControl::ExtendedControl(FormControl& control) : NamedObject(firstExtendedMember), control_(&control) {
-    AddReadOnly(u"Name", [this](const Call&) { return Variant(Control().Name()); });
+    AddProperty(u"Name", [this](const Call& call) {
+        if (call.put) {
+            RequireDesigner().Rename(control_, call.StringValue());
+            return Variant();
+        }
+        return Variant(Control().Name());
+    });
     AddReadOnly(u"Parent", [this](const Call&) { return Variant(Control().Form().Automation()); });
     AddReadOnly(u"Container", [this](const Call&) {
         const FormControl* container = Control().Container();
         return Variant(container ? container->Extended() : Control().Form().Automation());
     });
-    AddReadOnly(u"Index", [this](const Call&) {
+    AddProperty(u"Index", [this](const Call& call) {
+        if (call.put) {
+            const bool none = call.Value().ToText().value_or(u"x").empty();
+            RequireDesigner().SetIndex(Control(), none ? -1 : static_cast<int>(call.LongValue()));
+            return Variant();
+        }
+        // A property list shows an empty field for what is no element.
+        if (Control().Index() < 0 && Control().Form().Designer()) return Variant(u"");
         if (Control().Index() < 0) throw RunTimeError(343, u"Object not an array");
         return Variant(Control().Index());
     });
@@ -137,6 +200,14 @@ ExtendedControl::ExtendedControl(FormControl& control) : NamedObject(firstExtend
         if (call.put) Control().SetEnabled(call.BoolValue());
         return Variant(Control().Enabled());
     });
+    AddProperty(u"Default", [this](const Call& call) {
+        if (call.put) ButtonControl().SetDefault(call.BoolValue());
+        return Variant(ButtonControl().IsDefault());
+    });
+    AddProperty(u"Cancel", [this](const Call& call) {
+        if (call.put) ButtonControl().SetCancel(call.BoolValue());
+        return Variant(ButtonControl().IsCancel());
+    });
     AddMethod(u"Move", [this](const Call& call) {
         TwipsRect bounds = Control().Bounds();
         bounds.left = static_cast<int>(call.Long(0));
@@ -165,6 +236,27 @@ ExtendedControl::ExtendedControl(FormControl& control) : NamedObject(firstExtend
 FormControl& ExtendedControl::Control() const {
     if (!control_) ThrowObjectNotSet();
     return *control_;
+}
+
+DesignHost& ExtendedControl::RequireDesigner() const {
+    DesignHost* designer = Control().Form().Designer();
+    if (!designer) throw RunTimeError(errors::setNotSupportedAtRunTime, u"Set not supported at runtime");
+    return *designer;
+}
+
+STDMETHODIMP ExtendedControl::Invoke(DISPID member, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters,
+                                     VARIANT* result, EXCEPINFO* exception, UINT* argumentInError) {
+    const HRESULT answer =
+        NamedObject::Invoke(member, iid, locale, flags, parameters, result, exception, argumentInError);
+    const bool put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+    if (put && SUCCEEDED(answer) && control_) control_->NoteChange();
+    return answer;
+}
+
+FormControl& ExtendedControl::ButtonControl() const {
+    constexpr int noSuchMember = 438;
+    if (!Control().IsButton()) throw RunTimeError(noSuchMember, u"Object doesn't support this property or method");
+    return Control();
 }
 
 void ExtendedControl::AddPosition(const char16_t* name, int TwipsRect::*field) {

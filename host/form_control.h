@@ -12,18 +12,13 @@
 #include "host/form_file.h"
 #include "host/named_object.h"
 #include "host/saved_properties.h"
+#include "host/twips_rect.h"
 
 namespace qvx::host {
 
+class DesignHost;
 class HostForm;
 class ExtendedControl;
-
-struct TwipsRect {
-    int left = 0;
-    int top = 0;
-    int width = 0;
-    int height = 0;
-};
 
 class FormControl {
   public:
@@ -35,9 +30,9 @@ class FormControl {
 
     HostForm& Form() const { return form_; }
     FormControl* Container() const { return container_; }
-    const Text& Name() const { return block_.name; }
-    const Text& ClassName() const { return block_.className; }
-    int LineNumber() const { return block_.lineNumber; }
+    const Text& Name() const { return block_->name; }
+    const Text& ClassName() const { return block_->className; }
+    int LineNumber() const { return block_->lineNumber; }
     // The Index of an element of a control array, or -1.
     int Index() const { return index_; }
     // What the name and the index are to the user: "txtField" or "txtField(2)".
@@ -61,6 +56,8 @@ class FormControl {
     // The buttons that Enter and Escape mean when the active control leaves these keys alone.
     bool IsDefault() const { return default_; }
     bool IsCancel() const { return cancel_; }
+    void SetDefault(bool isDefault) { default_ = isDefault; }
+    void SetCancel(bool isCancel) { cancel_ = isCancel; }
 
     // What a form file keeps of the control, as it is now. Throws RunTimeError when the control cannot say.
     SavedProperties Saved();
@@ -68,6 +65,21 @@ class FormControl {
     void RememberAsLoaded(SavedProperties saved) { loaded_ = std::move(saved); }
     // Brings what differs from what was loaded (or everything) into the block.
     void SaveToBlock(const SavedProperties& saved, MergeMode mode);
+
+    // Under design the blocks of a form are replaced as a whole by every step back.
+    // What its block says of it apart from where it stands and when Tab visits it.
+    static Text LookOf(const Block& block);
+    // Whether the control is the one that a block describes: then only FollowBlock is needed.
+    bool Shows(const Block& block) const;
+    // The block is what the control shows, from now on.
+    void RememberBlock(Block& block);
+    void RememberBlock() { RememberBlock(*block_); }
+    const Text& ShownName() const { return shownName_; }
+    // Takes position and tab index from the block, which has been found by Shows. False when the control has kept to
+    // another place than the block says.
+    bool FollowBlock(Block& block);
+    // Tells the designer, if there is one.
+    void NoteChange();
 
     // The window of the control, or null for one that has none. Children of a container are children of this window.
     virtual HWND Window() const = 0;
@@ -111,11 +123,15 @@ class FormControl {
     // The names that the control knows in its block.
     virtual std::vector<Text> KnownProperties() const = 0;
 
-    const Block& File() const { return block_; }
+    const Block& File() const { return *block_; }
+    // Whether it is shown on the screen: under design everything is.
+    bool ShownAs(bool visible) const;
 
   private:
+    friend class ExtendedControl;
+
     HostForm& form_;
-    Block& block_;
+    Block* block_;
     FormControl* container_;
     ComPtr<ExtendedControl> extended_;
     int index_;
@@ -128,6 +144,10 @@ class FormControl {
     bool default_;
     bool cancel_;
     SavedProperties loaded_;
+    // What the block was when it was last the same as the control.
+    Text look_;
+    Text shownClass_;
+    Text shownName_;
 };
 
 class ExtendedControl final : public NamedObject {
@@ -135,6 +155,9 @@ class ExtendedControl final : public NamedObject {
     explicit ExtendedControl(FormControl& control);
     // The control is gone; scripts that still hold this object get error 91.
     void Forget() { control_ = nullptr; }
+
+    STDMETHODIMP Invoke(DISPID member, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                        EXCEPINFO* exception, UINT* argumentInError) override;
 
   protected:
     HRESULT FindOther(LPOLESTR name, DISPID* id) override;
@@ -144,7 +167,11 @@ class ExtendedControl final : public NamedObject {
   private:
     ~ExtendedControl() override = default;
     FormControl& Control() const;
+    // Throws RunTimeError 382 where nobody designs the form.
+    DesignHost& RequireDesigner() const;
     void AddPosition(const char16_t* name, int TwipsRect::*field);
+    // The control; error 438 where it is no button.
+    FormControl& ButtonControl() const;
 
     FormControl* control_;
 };

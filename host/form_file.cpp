@@ -311,7 +311,13 @@ void Block::Set(TextView wanted, const FormValue& value) {
     SetLine(wanted, value, source, {});
 }
 
-void Block::SetLine(TextView wanted, const FormValue& value, TextView source, TextView remark) {
+void Block::SetSource(TextView wanted, TextView source) {
+    const Entry* found = FindProperty(wanted);
+    if (found && found->source == source) return;
+    SetLine(wanted, std::nullopt, source, {});
+}
+
+void Block::SetLine(TextView wanted, const std::optional<FormValue>& value, TextView source, TextView remark) {
     if (!IsPropertyName(wanted) || source.size() + wanted.size() + 1024 > limits::lineLength) {
         throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
     }

@@ -94,6 +94,8 @@ class Block {
     // Changes a property's line in place, or adds one behind the block's last property. A line whose value is already
     // that one is left alone. Throws RunTimeError 380 for a name or a value that a line cannot hold.
     void Set(TextView name, const FormValue& value);
+    // The same for a value in a form that this reader does not know, such as a shortcut key.
+    void SetSource(TextView name, TextView source);
     // The property group of that name, added behind the last property when it is missing. `classId` may be empty.
     Block& Group(TextView name, TextView classId);
     // Removes the property or property group of that name; false when there is none.
@@ -102,7 +104,7 @@ class Block {
   private:
     Text ChildIndent() const;
     std::size_t InsertPosition() const;
-    void SetLine(TextView name, const FormValue& value, TextView source, TextView remark);
+    void SetLine(TextView name, const std::optional<FormValue>& value, TextView source, TextView remark);
 };
 
 struct Warning {

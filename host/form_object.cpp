@@ -8,7 +8,7 @@
 #include "com/safearray.h"
 #include "common/run_time_error.h"
 #include "common/text_compare.h"
-#include "host/text_encoding.h"
+#include "host/form_storage_win32.h"
 
 namespace qvx::host {
 
@@ -160,7 +160,7 @@ class HostObject final : public FormPart {
   public:
     HostObject(HostForm& form, const Options& options) : FormPart(form) {
         AddMethod(u"Log", [file = options.log](const Call& call) {
-            Append(file, call.String(0));
+            AppendLine(file, call.String(0));
             return Variant();
         });
         AddMethod(u"SaveForm", [this, &options](const Call& call) {
@@ -194,20 +194,6 @@ class HostObject final : public FormPart {
         result.ptr()->parray = array.detach();
         return result;
     }
-
-    // Opened for every line and closed again, so that a reader outside sees each line as soon as it is written.
-    static void Append(const Text& file, const Text& line) {
-        if (file.empty()) return;
-        const HANDLE handle = CreateFileW(Wide(file), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                          OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (handle == INVALID_HANDLE_VALUE) {
-            throw RunTimeError(75, u"cannot write to \"" + file + u"\"");
-        }
-        const UniqueKernelObject owner(handle);
-        const std::string bytes = EncodeUtf8(line + u"\r\n");
-        DWORD written = 0;
-        WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    }
 };
 
 class AppObject final : public NamedObject {
@@ -228,7 +214,10 @@ class AppObject final : public NamedObject {
 }  // namespace
 
 FormObject::FormObject(HostForm& form) : form_(&form), controls_(MakeObject<ControlsObject>(form)) {
-    AddReadOnly(u"Name", [this](const Call&) { return Variant(Form().Name()); });
+    AddProperty(u"Name", [this](const Call& call) {
+        if (call.put) RequireDesigner().Rename(nullptr, call.StringValue());
+        return Variant(Form().Name());
+    });
     AddReadOnly(u"Controls", [this](const Call& call) {
         return call.Has(0) ? ControlsObject::Item(Form(), call) : Variant(controls_.get());
     });
@@ -238,11 +227,15 @@ FormObject::FormObject(HostForm& form) : form_(&form), controls_(MakeObject<Cont
         return Variant(active ? active->Extended() : nullptr);
     });
     AddProperty(u"Tag", [this](const Call& call) {
-        if (call.put) Form().SetTag(call.StringValue());
+        if (call.put) {
+            Form().SetTag(call.StringValue());
+            Form().NoteChange(nullptr);
+        }
         return Variant(Form().Tag());
     });
     AddWindowMembers();
     AddLookMembers();
+    AddFrameMembers();
 }
 
 void FormObject::AddWindowMembers() {
@@ -272,19 +265,19 @@ void FormObject::AddWindowMembers() {
     addSize(u"ScaleWidth", true, true);
     addSize(u"ScaleHeight", false, true);
     AddProperty(u"Visible", [this](const Call& call) {
-        if (call.put) ShowWindow(Form().Handle(), call.BoolValue() ? SW_SHOW : SW_HIDE);
-        return Variant(IsWindowVisible(Form().Handle()) != FALSE);
+        if (call.put) ShowWindow(RunningForm().Handle(), call.BoolValue() ? SW_SHOW : SW_HIDE);
+        return Variant(Form().Designer() || IsWindowVisible(Form().Handle()) != FALSE);
     });
     AddProperty(u"Enabled", [this](const Call& call) {
-        if (call.put) EnableWindow(Form().Handle(), call.BoolValue());
+        if (call.put) EnableWindow(RunningForm().Handle(), call.BoolValue());
         return Variant(IsWindowEnabled(Form().Handle()) != FALSE);
     });
     AddMethod(u"Show", [this](const Call&) {
-        ShowWindow(Form().Handle(), SW_SHOW);
+        ShowWindow(RunningForm().Handle(), SW_SHOW);
         return Variant();
     });
     AddMethod(u"Hide", [this](const Call&) {
-        ShowWindow(Form().Handle(), SW_HIDE);
+        ShowWindow(RunningForm().Handle(), SW_HIDE);
         return Variant();
     });
     AddMethod(u"Refresh", [this](const Call&) {
@@ -292,7 +285,7 @@ void FormObject::AddWindowMembers() {
         return Variant();
     });
     const auto close = [this](const Call&) {
-        Form().AskToClose();
+        RunningForm().AskToClose();
         return Variant();
     };
     AddMethod(u"Close", close);
@@ -321,6 +314,41 @@ void FormObject::AddLookMembers() {
         const auto font = ComPtr<IFontDisp>::Adopt(Form().Font().Get());
         return Variant(static_cast<IDispatch*>(font.get()));
     });
+}
+
+void FormObject::AddFrameMembers() {
+    AddProperty(u"BorderStyle", [this](const Call& call) {
+        if (call.put) {
+            RequireDesigner();
+            Form().SetFrame(static_cast<int>(call.LongValue()), Form().MinButton(), Form().MaxButton());
+        }
+        return Variant(Form().BorderStyle());
+    });
+    AddProperty(u"MinButton", [this](const Call& call) {
+        if (call.put) {
+            RequireDesigner();
+            Form().SetFrame(Form().BorderStyle(), call.BoolValue(), Form().MaxButton());
+        }
+        return Variant(Form().MinButton());
+    });
+    AddProperty(u"MaxButton", [this](const Call& call) {
+        if (call.put) {
+            RequireDesigner();
+            Form().SetFrame(Form().BorderStyle(), Form().MinButton(), call.BoolValue());
+        }
+        return Variant(Form().MaxButton());
+    });
+}
+
+DesignHost& FormObject::RequireDesigner() const {
+    DesignHost* designer = Form().Designer();
+    if (!designer) throw RunTimeError(errors::setNotSupportedAtRunTime, u"Set not supported at runtime");
+    return *designer;
+}
+
+HostForm& FormObject::RunningForm() const {
+    if (Form().Designer()) throw RunTimeError(errors::setNotPermitted, u"Set not permitted");
+    return Form();
 }
 
 HostForm& FormObject::Form() const {

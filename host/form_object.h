@@ -32,8 +32,13 @@ class FormObject final : public NamedObject, public IOleContainer {
   private:
     ~FormObject() override = default;
     HostForm& Form() const;
+    // For what a form under design does not do. Throws RunTimeError 387 there.
+    HostForm& RunningForm() const;
     void AddWindowMembers();
     void AddLookMembers();
+    void AddFrameMembers();
+    // Throws RunTimeError 382 where nobody designs the form.
+    DesignHost& RequireDesigner() const;
 
     HostForm* form_;
     ComPtr<IDispatch> controls_;

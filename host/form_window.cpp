@@ -1,5 +1,6 @@
-// A form at work: its script, focus on the window's messages, the design menu. Between form and file:
-// form_blocks_window.cpp; keys: form_keyboard_window.cpp.
+// A form at work: its script, focus on the window's messages. Between form and file:
+// form_blocks_window.cpp; keys: form_keyboard_window.cpp; under design:
+// form_design_window.cpp.
 #include "host/form_window.h"
 
 #include <olectl.h>
@@ -24,32 +25,65 @@ namespace {
 constexpr int defaultWidth = 4800;  // twips
 constexpr int defaultHeight = 3600;
 
-// Commands of the design menu; properties of the controls follow from the last one on.
-constexpr unsigned designSave = 40000;
-constexpr unsigned designClose = 40001;
-constexpr unsigned designProperties = 40010;
-
 constexpr int exitNotSaved = 4;
 constexpr UINT messageClose = WM_APP + 1;
 
 }  // namespace
 
 HostForm::HostForm(FormFile file, const Options& options, Text folder, const ClassSource& classes, Reporter& reporter)
-    : file_(std::move(file)),
+    : own_(std::move(file)),
+      file_(own_),
       options_(options),
       folder_(std::move(folder)),
       classes_(classes),
       reporter_(reporter),
-      caption_(file_.form.TextOf(u"Caption", file_.form.name)),
-      tag_(file_.form.TextOf(u"Tag")),
-      backColor_(static_cast<OLE_COLOR>(file_.form.IntOf(u"BackColor", static_cast<std::int32_t>(colors::buttonFace)))),
-      foreColor_(static_cast<OLE_COLOR>(file_.form.IntOf(u"ForeColor", static_cast<std::int32_t>(colors::buttonText)))),
-      clientWidth_(file_.form.IntOf(u"ClientWidth", file_.form.IntOf(u"ScaleWidth", defaultWidth))),
-      clientHeight_(file_.form.IntOf(u"ClientHeight", file_.form.IntOf(u"ScaleHeight", defaultHeight))),
-      font_([this] { AmbientChanged(DISPID_AMBIENT_FONT); }) {
-    const Block* font = file_.form.FindGroup(u"Font");
-    font_.Load(font ? ReadFont(*font, DefaultFont()) : DefaultFont());
+      font_([this] {
+          AmbientChanged(DISPID_AMBIENT_FONT);
+          NoteChange(nullptr);
+      }) {
+    ReadLook();
     automation_ = MakeObject<FormObject>(*this);
+}
+
+HostForm::HostForm(FormFile& file, const Options& options, Text folder, const ClassSource& classes, Reporter& reporter,
+                   DesignHost& designer)
+    : file_(file),
+      designer_(&designer),
+      options_(options),
+      folder_(std::move(folder)),
+      classes_(classes),
+      reporter_(reporter),
+      font_([this] {
+          AmbientChanged(DISPID_AMBIENT_FONT);
+          NoteChange(nullptr);
+      }) {
+    ReadLook();
+    automation_ = MakeObject<FormObject>(*this);
+}
+
+void HostForm::ReadLook() {
+    const Block& form = file_.form;
+    caption_ = form.TextOf(u"Caption", form.name);
+    tag_ = form.TextOf(u"Tag");
+    backColor_ = static_cast<OLE_COLOR>(form.IntOf(u"BackColor", static_cast<std::int32_t>(colors::buttonFace)));
+    foreColor_ = static_cast<OLE_COLOR>(form.IntOf(u"ForeColor", static_cast<std::int32_t>(colors::buttonText)));
+    clientWidth_ = form.IntOf(u"ClientWidth", form.IntOf(u"ScaleWidth", defaultWidth));
+    clientHeight_ = form.IntOf(u"ClientHeight", form.IntOf(u"ScaleHeight", defaultHeight));
+    borderStyle_ = form.IntOf(u"BorderStyle", 2);
+    minButton_ = form.BoolOf(u"MinButton", true);
+    maxButton_ = form.BoolOf(u"MaxButton", true);
+    const Block* font = form.FindGroup(u"Font");
+    font_.Load(font ? ReadFont(*font, DefaultFont()) : DefaultFont());
+}
+
+DWORD HostForm::WindowStyle() const {
+    DWORD style = WS_CLIPCHILDREN | (borderStyle_ == 0 ? WS_POPUP : WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU);
+    if (borderStyle_ == 2) style |= WS_THICKFRAME;
+    if (borderStyle_ == 1 || borderStyle_ == 2) {
+        if (minButton_) style |= WS_MINIMIZEBOX;
+        if (maxButton_) style |= WS_MAXIMIZEBOX;
+    }
+    return style;
 }
 
 HostForm::~HostForm() {
@@ -153,18 +187,22 @@ FormControl* HostForm::FindControl(TextView name, int index) const {
 void HostForm::SetCaption(Text caption) {
     caption_ = std::move(caption);
     SetWindowTextW(Handle(), Wide(caption_));
+    NoteChange(nullptr);
 }
 
 void HostForm::SetBackColor(OLE_COLOR color) {
     backColor_ = color;
     backBrush_.Reset(CreateSolidBrush(ResolveColor(color)));
     AmbientChanged(DISPID_AMBIENT_BACKCOLOR);
+    gridBrush_.Reset();
     RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    NoteChange(nullptr);
 }
 
 void HostForm::SetForeColor(OLE_COLOR color) {
     foreColor_ = color;
     AmbientChanged(DISPID_AMBIENT_FORECOLOR);
+    NoteChange(nullptr);
 }
 
 void HostForm::AmbientChanged(DISPID property) {
@@ -175,6 +213,7 @@ void HostForm::SetClientSize(int width, int height) {
     if (width < 0 || height < 0) throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
     clientWidth_ = width;
     clientHeight_ = height;
+    NoteChange(nullptr);
     const bool kept = keepsClientSize_;
     keepsClientSize_ = true;
     const Dpi dpi = FormDpi();
@@ -233,42 +272,6 @@ void HostForm::OnClose(int code) {
     Destroy();
 }
 
-void HostForm::BuildDesignMenu() {
-    const auto item = [](Text name, Text caption, unsigned id) {
-        MenuItem made;
-        made.name = std::move(name);
-        made.caption = std::move(caption);
-        made.id = id;
-        return made;
-    };
-    MenuItem file = item(u"mnuDesignFile", u"&File", 0);
-    file.items = {item(u"mnuDesignSave", u"&Save", designSave), item(u"mnuDesignClose", u"&Close", designClose)};
-    file.items.front().shortcut = u"^S";
-    std::vector<MenuItem> menus{file};
-    MenuItem properties = item(u"mnuDesignProperties", u"&Properties", 0);
-    for (std::size_t i = 0; i < controls_.size(); ++i) {
-        const FormControl& control = *controls_[i];
-        properties.items.push_back(
-            item(control.Name(), control.Title() + u" ...", designProperties + static_cast<unsigned>(i)));
-        properties.items.back().enabled = dynamic_cast<const SitedControl*>(&control) != nullptr;
-    }
-    if (!properties.items.empty()) menus.push_back(std::move(properties));
-    menus_.Show(Handle(), std::move(menus));
-}
-
-void HostForm::OnDesignCommand(unsigned id) {
-    if (id == designSave) {
-        Save(options_.save.empty() ? options_.form : options_.save);
-    } else if (id == designClose) {
-        AskToClose();
-    } else if (id >= designProperties && id - designProperties < controls_.size()) {
-        auto* control = dynamic_cast<SitedControl*>(controls_[id - designProperties].get());
-        if (control && !control->ShowPages()) {
-            reporter_.Note(control->Title() + u" has no property pages");
-        }
-    }
-}
-
 void HostForm::OnCommand(WPARAM wParam, LPARAM lParam) {
     if (lParam) {
         if (FormControl* control = ControlOf(reinterpret_cast<HWND>(lParam))) control->OnCommand(HIWORD(wParam));
@@ -277,9 +280,7 @@ void HostForm::OnCommand(WPARAM wParam, LPARAM lParam) {
     const unsigned id = LOWORD(wParam);
     const MenuItem* item = menus_.Find(id);
     if (!item) return;
-    if (options_.design) {
-        OnDesignCommand(id);
-    } else if (running_) {
+    if (running_) {
         Variant index(item->index);
         std::vector<VARIANT*> arguments;
         if (item->index >= 0) arguments.push_back(index.ptr());
@@ -305,6 +306,7 @@ void HostForm::OnFault() noexcept {
 }
 
 LRESULT HostForm::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (designer_) return OnDesignMessage(message, wParam, lParam);
     switch (message) {
         case WM_COMMAND:
             OnCommand(wParam, lParam);

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "com/font_object.h"
 #include "com/pointer.h"
 #include "host/class_source_object.h"
+#include "host/design_host.h"
 #include "host/form_control.h"
 #include "host/form_file.h"
 #include "host/menu_window.h"
@@ -29,10 +31,30 @@ class HostForm final : public Window {
   public:
     // `folder` is where the form's file is. All three references outlive the form.
     HostForm(FormFile file, const Options& options, Text folder, const ClassSource& classes, Reporter& reporter);
+    // A form under design. The file is the designer's, and outlives the form as well.
+    HostForm(FormFile& file, const Options& options, Text folder, const ClassSource& classes, Reporter& reporter,
+             DesignHost& designer);
     ~HostForm() override;
 
     // Makes the window, its menus and controls; throws FormFileError, with the line of the control in question.
     void Build();
+    // The same for a form under design, as a picture of itself inside the designer's window: what cannot be made is
+    // shown as a box that says why. Throws RunTimeError when there is no window for it at all.
+    void BuildForDesign(HWND parent);
+    // Makes the controls what the blocks say. Those that are as they were stay; `fresh` tells the ones that are placed
+    // for the first time and have nothing to load.
+    void FollowBlocks(const std::function<bool(const Block&)>& fresh = {});
+    // Brings what has changed of a control, or (null) of the form itself, into its block. Throws RunTimeError when the
+    // control cannot say.
+    void Capture(FormControl* control, MergeMode mode = MergeMode::changes);
+    // From a control, or (null) from the form itself.
+    void NoteChange(FormControl* control);
+    DesignHost* Designer() const { return designer_; }
+    // The window that shows the menus of a form under design begins here, in client pixels: above the inside.
+    int MenuStripHeight() const { return menuStrip_; }
+    // The menu of the bar at a point of the strip, counted from 0; in pixels from the window's inside.
+    std::optional<std::size_t> MenuAt(Point point) const;
+
     // Runs the script's own code and Form_Load, then shows the form. False when the script does not even compile.
     bool Start(TextView scriptName, TextView source);
     // The message loop; returns when the form is gone.
@@ -42,6 +64,8 @@ class HostForm final : public Window {
     Dpi FormDpi() const;
     bool DesignMode() const { return options_.design; }
     const Text& Folder() const { return folder_; }
+    // Of a form under design that has been saved elsewhere.
+    void SetFolder(Text folder) { folder_ = std::move(folder); }
     PictureNames& Pictures() { return pictures_; }
     FontProperty& Font() { return font_; }
     OLE_COLOR BackColor() const { return backColor_; }
@@ -69,6 +93,11 @@ class HostForm final : public Window {
     const Text& Name() const { return file_.form.name; }
     const Text& Caption() const { return caption_; }
     void SetCaption(Text caption);
+    int BorderStyle() const { return borderStyle_; }
+    bool MinButton() const { return minButton_; }
+    bool MaxButton() const { return maxButton_; }
+    // Of a form under design only. Throws RunTimeError 380 for a style there is not.
+    void SetFrame(int borderStyle, bool minButton, bool maxButton);
     void SetBackColor(OLE_COLOR color);
     void SetForeColor(OLE_COLOR color);
     // Client area in twips.
@@ -95,15 +124,23 @@ class HostForm final : public Window {
 
   private:
     void BuildControls(Block& container, FormControl* parent);
-    std::unique_ptr<FormControl> MakeControl(Block& block, FormControl* parent);
-    void BuildDesignMenu();
-    void OnDesignCommand(unsigned id);
+    std::unique_ptr<FormControl> MakeControl(Block& block, FormControl* parent, bool fresh = false);
+    void ReadLook();
+    DWORD WindowStyle() const;
+    void CreateToolTips();
+    std::unique_ptr<FormControl> MakeControlOrBox(Block& block, FormControl* parent, bool fresh);
+    void FollowForm();
+    void ApplyFrame();
+    LRESULT OnDesignMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    void PaintMenuStrip();
+    void FillDesignBackground(HDC dc);
     void OnCommand(WPARAM wParam, LPARAM lParam);
     LRESULT OnColor(UINT message, WPARAM wParam, LPARAM lParam);
     void OnClose(int code);
     void FireForm(TextView event, const std::vector<VARIANT*>& arguments = {});
     void AmbientChanged(DISPID property);
     SavedProperties Saved();
+    static const std::vector<Text>& KnownFormProperties();
     void ReportScriptError(const ScriptError& error);
 
     FormControl* ControlOf(HWND window) const;
@@ -112,7 +149,9 @@ class HostForm final : public Window {
     bool PressAccessKey(MSG& message);
     bool PressDefaultOrCancel(MSG& message);
 
-    FormFile file_;
+    FormFile own_;
+    FormFile& file_;
+    DesignHost* designer_ = nullptr;
     const Options& options_;
     Text folder_;
     const ClassSource& classes_;
@@ -121,10 +160,13 @@ class HostForm final : public Window {
 
     Text caption_;
     Text tag_;
-    OLE_COLOR backColor_;
-    OLE_COLOR foreColor_;
-    int clientWidth_;
-    int clientHeight_;
+    OLE_COLOR backColor_{};
+    OLE_COLOR foreColor_{};
+    int clientWidth_ = 0;
+    int clientHeight_ = 0;
+    int borderStyle_ = 2;  // 0 none, 1 fixed, 2 sizable, 3 fixed dialog
+    bool minButton_ = true;
+    bool maxButton_ = true;
     bool keepsClientSize_ = false;  // while the window is made, its size messages do not count as the user's
     FontProperty font_;
     UniqueBrush backBrush_;
@@ -141,6 +183,14 @@ class HostForm final : public Window {
     bool running_ = false;  // the script has been loaded and the form is not closing
     int exitCode_ = 0;
     std::optional<int> closing_;  // the exit code of the closing under way
+
+    // Of a form under design.
+    Text look_;      // what its block was when it was last the same as the form
+    Text menuLook_;  // the same of its menus
+    int menuStrip_ = 0;
+    std::vector<Rect> menuAreas_;
+    UniqueBrush gridBrush_;
+    bool quiet_ = false;  // the changes under way come from the blocks
 };
 
 }  // namespace qvx::host

@@ -6,9 +6,12 @@
 
 #include "com/guard.h"
 #include "com/picture_file.h"
+#include "common/number_text.h"
 #include "common/run_time_error.h"
 #include "common/text_compare.h"
+#include "host/form_storage_win32.h"
 #include "host/form_window.h"
+#include "host/picture_names.h"
 
 namespace qvx::host {
 
@@ -22,7 +25,10 @@ class ImageObject final : public NamedObject {
         AddReadOnly(u"Index", [this](const Call&) { return Variant(index); });
         AddReadOnly(u"Key", [this](const Call&) { return Variant(key); });
         AddProperty(u"Tag", [this](const Call& call) {
-            if (call.put) tag = call.Value();
+            if (call.put) {
+                tag = call.Value();
+                if (changed) changed();
+            }
             return tag;
         });
         AddProperty(u"Picture", [this](const Call& call) {
@@ -30,6 +36,7 @@ class ImageObject final : public NamedObject {
                 auto given = call.Value().ToObject<IPictureDisp>();
                 if (!given) ThrowTypeMismatch();
                 picture = std::move(given);
+                if (changed) changed();
             }
             return Variant(static_cast<IDispatch*>(picture.get()));
         });
@@ -39,10 +46,16 @@ class ImageObject final : public NamedObject {
     Text key;
     Variant tag;
     ComPtr<IPictureDisp> picture;
+    // The file that the picture came from, and the picture that did: another one has no file yet.
+    Text file;
+    ComPtr<IPictureDisp> fromFile;
+    std::function<void()> changed = {};
 
   private:
     ~ImageObject() override = default;
 };
+
+}  // namespace
 
 class ImagesObject final : public NamedObject {
   public:
@@ -63,13 +76,20 @@ class ImagesObject final : public NamedObject {
         AddMethod(u"Remove", [this](const Call& call) {
             images_.erase(images_.begin() + static_cast<std::ptrdiff_t>(Find(call.At(0))));
             Renumber();
+            Changed();
             return Variant();
         });
         AddMethod(u"Clear", [this](const Call&) {
             images_.clear();
+            Changed();
             return Variant();
         });
     }
+
+    using Images = std::vector<ComPtr<ImageObject>>;
+    const Images& All() const { return images_; }
+    // Called after every change; set once the list has been loaded.
+    std::function<void()> changed;
 
     // Throws RunTimeError 457 for a key that is there already.
     ComPtr<ImageObject> Add(std::size_t position, Text key, ComPtr<IPictureDisp> picture) {
@@ -78,8 +98,12 @@ class ImagesObject final : public NamedObject {
                                u"This key is already associated with an element of this collection");
         }
         const auto image = MakeObject<ImageObject>(std::move(key), std::move(picture));
+        image->changed = [this, life = std::weak_ptr<int>(life_)] {
+            if (life.lock()) Changed();
+        };
         images_.insert(images_.begin() + static_cast<std::ptrdiff_t>(position), image);
         Renumber();
+        Changed();
         return image;
     }
     std::size_t Count() const { return images_.size(); }
@@ -89,9 +113,11 @@ class ImagesObject final : public NamedObject {
     }
 
   private:
-    using Images = std::vector<ComPtr<ImageObject>>;
-
     ~ImagesObject() override = default;
+
+    void Changed() const {
+        if (changed) changed();
+    }
 
     [[noreturn]] static void ThrowOutOfRange() {
         throw RunTimeError(errors::subscriptOutOfRange, u"Subscript out of range");
@@ -116,7 +142,10 @@ class ImagesObject final : public NamedObject {
     }
 
     Images images_;
+    std::shared_ptr<int> life_ = std::make_shared<int>(0);
 };
+
+namespace {
 
 class ImageListObject final : public NamedObject {
   public:
@@ -142,6 +171,7 @@ ComPtr<IPictureDisp> LoadPictureFile(const Text& folder, const Text& path) {
 ImageListControl::ImageListControl(HostForm& form, Block& block, FormControl* container)
     : FormControl(form, block, container) {
     const auto images = MakeObject<ImagesObject>();
+    images_ = images;
     if (const Block* group = block.FindGroup(u"Images")) {
         for (const Entry& entry : group->entries) {
             if (!entry.block || entry.block->kind != Block::Kind::propertyGroup) continue;
@@ -151,6 +181,8 @@ ImageListControl::ImageListControl(HostForm& form, Block& block, FormControl* co
                 auto picture = file.empty() ? nullptr : LoadPictureFile(form.Folder(), file);
                 const auto added = images->Add(images->Count(), image.TextOf(u"Key"), std::move(picture));
                 added->tag = Variant(image.TextOf(u"Tag"));
+                added->file = file;
+                added->fromFile = added->picture;
             } catch (const RunTimeError& error) {
                 throw FormFileError(image.lineNumber, error.Description());
             } catch (const ComError& error) {
@@ -160,8 +192,79 @@ ImageListControl::ImageListControl(HostForm& form, Block& block, FormControl* co
         }
     }
     members_ = MakeObject<ImageListObject>(images);
+    images->changed = [this] { NoteChange(); };
+    if (form.DesignMode()) box_.Open(form.ParentWindow(*this), PixelBounds(), u"img", false);
 }
 
-ImageListControl::~ImageListControl() = default;
+void ImageListControl::ApplyBounds(const RECT& pixels) {
+    if (!box_.Handle()) return;
+    SetWindowPos(box_.Handle(), nullptr, pixels.left, pixels.top, pixels.right - pixels.left,
+                 pixels.bottom - pixels.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+ImageListControl::~ImageListControl() { images_->changed = nullptr; }
+
+namespace {
+
+// A picture's own bytes, as a file of its kind holds them. Throws ComError.
+std::string PictureBytes(IPictureDisp* picture) {
+    const auto held = ComPtr<IPictureDisp>(picture).As<IPicture>();
+    if (!held) throw ComError(E_NOINTERFACE);
+    ComPtr<IStream> stream;
+    Check(CreateStreamOnHGlobal(nullptr, TRUE, stream.put()));
+    LONG written = 0;
+    Check(held->SaveAsFile(stream.get(), TRUE, &written));
+    STATSTG about{};
+    Check(stream->Stat(&about, STATFLAG_NONAME));
+    std::string bytes(static_cast<std::size_t>(about.cbSize.QuadPart), '\0');
+    Check(stream->Seek({}, STREAM_SEEK_SET, nullptr));
+    ULONG read = 0;
+    Check(stream->Read(bytes.data(), static_cast<ULONG>(bytes.size()), &read));
+    bytes.resize(read);
+    if (bytes.empty()) throw ComError(E_FAIL);
+    return bytes;
+}
+
+// Writes the picture beside the form under a name that is free, or is that of a file with the very same bytes. Returns
+// the name without its folder. Throws RunTimeError 75.
+Text StorePicture(HostForm& form, const Text& list, const Text& key, IPictureDisp* picture) {
+    const std::string bytes = PictureBytes(picture);
+    const bool icon = bytes.size() > 4 && bytes.compare(0, 4, std::string("\0\0\1\0", 4)) == 0;
+    const Text stem = PictureFileName(list, key);
+    for (int number = 1; number < 10000; ++number) {
+        const Text name = stem + (number > 1 ? u"-" + IntegerToText(number) : Text()) + (icon ? u".ico" : u".bmp");
+        const Text path = form.Folder() + u"\\" + name;
+        if (const auto there = TryReadFileBytes(path)) {
+            if (*there == bytes) return name;
+            continue;
+        }
+        if (GetFileAttributesW(Wide(path)) != INVALID_FILE_ATTRIBUTES) continue;
+        ReplaceFileBytes(path, bytes);
+        if (form.Designer()) form.Designer()->OnFileMade(path);
+        return name;
+    }
+    throw RunTimeError(errors::pathFileAccess, u"cannot write the pictures of \"" + list + u"\"");
+}
+
+}  // namespace
+
+void ImageListControl::SaveOwn(SavedProperties& saved) {
+    if (!Form().Designer() || images_->All().empty()) return;
+    auto group = std::make_shared<SavedGroup>();
+    int number = 0;
+    for (const auto& image : images_->All()) {
+        if (image->picture && !(image->picture == image->fromFile && !image->file.empty())) {
+            image->file = StorePicture(Form(), Title(), image->key, image->picture.get());
+            image->fromFile = image->picture;
+        }
+        auto one = std::make_shared<SavedGroup>();
+        if (!image->key.empty()) one->properties.Add(u"Key", image->key);
+        const Text tag = image->tag.ToText().value_or(Text());
+        if (!tag.empty()) one->properties.Add(u"Tag", tag);
+        if (image->picture && !image->file.empty()) one->properties.Add(u"Picture", image->file);
+        group->properties.AddGroup(u"ListImage" + IntegerToText(++number), std::move(one));
+    }
+    saved.AddGroup(u"Images", std::move(group));
+}
 
 }  // namespace qvx::host

@@ -9,7 +9,9 @@
 //        EndProperty
 //     End
 //
-// It shows nothing itself. Scripts reach the pictures through ListImages: Count, Item(number or key), Add([Index],
+// It shows nothing itself. Under design, pictures that have come from nowhere but a property page are written to files
+// beside the form when the list is saved.
+// Scripts reach the pictures through ListImages: Count, Item(number or key), Add([Index],
 // [Key], [Picture]), Remove, Clear; an image has Index, Key, Tag and Picture. Numbers begin with 1.
 #pragma once
 
@@ -17,6 +19,7 @@
 
 #include <ocidl.h>
 
+#include "host/design_box_window.h"
 #include "host/form_control.h"
 
 namespace qvx::host {
@@ -25,13 +28,15 @@ namespace qvx::host {
 // a slash. Throws as the function of that name in com/picture_file.h.
 ComPtr<IPictureDisp> LoadPictureFile(const Text& folder, const Text& path);
 
+class ImagesObject;
+
 class ImageListControl final : public FormControl {
   public:
     // Throws FormFileError for a picture that cannot be loaded.
     ImageListControl(HostForm& form, Block& block, FormControl* container);
     ~ImageListControl() override;
 
-    HWND Window() const override { return nullptr; }
+    HWND Window() const override { return box_.Handle(); }
     void Focus(const MSG*) override {}
     bool Enabled() const override { return true; }
     void SetEnabled(bool) override {}
@@ -39,14 +44,16 @@ class ImageListControl final : public FormControl {
 
   protected:
     bool AcceptsFocus() const override { return false; }
-    void ApplyBounds(const RECT&) override {}
+    void ApplyBounds(const RECT& pixels) override;
     void ApplyVisible(bool) override {}
-    // Pictures that a script adds are the script's: the file keeps the ones it names.
-    void SaveOwn(SavedProperties&) override {}
+    // Pictures that a script adds are the script's: the file keeps the ones it names. Under design they are the form's.
+    void SaveOwn(SavedProperties& saved) override;
     std::vector<Text> KnownProperties() const override { return {}; }
 
   private:
+    ComPtr<ImagesObject> images_;
     ComPtr<IDispatch> members_;
+    DesignBox box_;  // under design only
 };
 
 }  // namespace qvx::host

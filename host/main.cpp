@@ -15,11 +15,12 @@
 #include "com/text.h"
 #include "common/run_time_error.h"
 #include "host/class_source_object.h"
+#include "host/design/designer_window.h"
+#include "host/form_storage_win32.h"
 #include "host/form_window.h"
 #include "host/options.h"
 #include "host/report_dialog.h"
 #include "host/text_encoding.h"
-#include "win/handles.h"
 
 namespace {
 
@@ -38,30 +39,6 @@ std::vector<Text> Arguments() {
     return arguments;
 }
 
-Text FullPath(const Text& path) {
-    if (path.empty()) return path;
-    std::vector<wchar_t> buffer(32768);
-    const DWORD length = GetFullPathNameW(Wide(path), static_cast<DWORD>(buffer.size()), buffer.data(), nullptr);
-    return length ? Text(FromWide(std::wstring_view(buffer.data(), length))) : path;
-}
-
-// Throws RunTimeError 53 when the file cannot be read.
-std::string ReadFileBytes(const Text& path) {
-    constexpr int fileNotFound = 53;
-    const HANDLE handle = CreateFileW(Wide(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (handle == INVALID_HANDLE_VALUE) throw RunTimeError(fileNotFound, u"cannot open \"" + path + u"\"");
-    const UniqueKernelObject owner(handle);
-    std::string bytes;
-    char buffer[65536];
-    DWORD count = 0;
-    // Beyond the limit of a form the rest does not matter: the parser refuses the file for its size.
-    while (bytes.size() <= limits::fileBytes && ReadFile(handle, buffer, sizeof buffer, &count, nullptr) && count) {
-        bytes.append(buffer, count);
-    }
-    return bytes;
-}
-
 class OleSession {
   public:
     OleSession() { Check(OleInitialize(nullptr)); }
@@ -77,12 +54,19 @@ int RunForm(const Options& options, Reporter& reporter) {
     try {
         ClassSource source;
         if (!options.server.empty()) source.UseFile(options.server);
+        if (options.design) {
+            design::DesignerWindow designer(options, source, reporter);
+            designer.Open(options.form);
+            designer.Show();
+            designer.Run();
+            return designer.ExitCode();
+        }
         FormFile file = FormFile::Parse(ReadFileBytes(options.form));
         for (const Warning& warning : file.warnings) {
             reporter.Note(options.form + u"(" + ValueAsText(FormValue(std::int32_t{warning.line})) + u"): " +
                           warning.message);
         }
-        const Text folder = options.form.substr(0, options.form.find_last_of(u"\\/"));
+        const Text folder = FolderOf(options.form);
         HostForm form(std::move(file), options, folder, source, reporter);
         form.Build();
         const Text script = options.script.empty() ? Text() : DecodeFile(ReadFileBytes(options.script)).text;

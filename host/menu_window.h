@@ -18,8 +18,9 @@ class MenuBar {
     MenuBar& operator=(const MenuBar&) = delete;
     ~MenuBar();
 
-    // Shows the menus on the window; without any the window has no bar.
+    // Shows the menus on the window; without any the window has no bar. Without a window they are only known.
     void Show(HWND window, std::vector<MenuItem> items);
+    const std::vector<MenuItem>& Items() const { return items_; }
     // After a change of the items.
     void Update();
     MenuItem* Find(unsigned id);

@@ -12,6 +12,9 @@ namespace {
 constexpr int argumentNotOptional = 449;
 constexpr int objectNotSet = 91;
 
+// Not an interface: whoever asks for it gets the object itself, as nobody outside this program does.
+constexpr GUID namedObjectId = {0x8A1F32C6, 0x5B0E, 0x4D83, {0x9C, 0x47, 0x2E, 0x61, 0xD0, 0xB7, 0x35, 0xFA}};
+
 struct CopyVariant {
     static void Out(const ComPtr<IDispatch>& object, VARIANT* to) { *to = Variant(object.get()).detach(); }
 };
@@ -75,6 +78,29 @@ bool Call::BoolValue() const { return OrMismatch(Value().ToBool()); }
 Text Call::StringValue() const { return OrMismatch(Value().ToText()); }
 
 void NamedObject::Add(Kind kind, const char16_t* name, Body body) { members_.push_back({kind, name, std::move(body)}); }
+
+ComPtr<NamedObject> NamedObject::From(IUnknown* object) {
+    ComPtr<NamedObject> own;
+    if (object) object->QueryInterface(namedObjectId, own.put_void());
+    return own;
+}
+
+std::vector<NamedObject::ListedProperty> NamedObject::ListProperties() const {
+    std::vector<ListedProperty> properties;
+    for (std::size_t i = 0; i < members_.size(); ++i) {
+        const Member& member = members_[i];
+        if (member.kind == Kind::method) continue;
+        properties.push_back({member.name, firstMember_ + static_cast<DISPID>(i), member.kind == Kind::readOnly});
+    }
+    return properties;
+}
+
+STDMETHODIMP NamedObject::QueryInterface(REFIID iid, void** object) {
+    if (!object || iid != namedObjectId) return ComObject::QueryInterface(iid, object);
+    *object = this;
+    AddRef();
+    return S_OK;
+}
 
 void NamedObject::SetDefaultMember(const char16_t* name) { defaultMember_ = FindMember(name); }
 

@@ -47,6 +47,19 @@ struct Call {
 
 class NamedObject : public ComObject<UntypedDispatch> {
   public:
+    // The object of ours behind a pointer that may lead to anybody's; null when it is none.
+    static ComPtr<NamedObject> From(IUnknown* object);
+
+    // One of the object's own properties, for lists of them.
+    struct ListedProperty {
+        Text name;
+        DISPID id = DISPID_UNKNOWN;
+        bool readOnly = false;
+    };
+    // In the order in which they were added; methods are left out.
+    std::vector<ListedProperty> ListProperties() const;
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
     STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
     STDMETHODIMP Invoke(DISPID member, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                         EXCEPINFO* exception, UINT* argumentInError) override;

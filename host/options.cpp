@@ -6,10 +6,11 @@ namespace qvx::host {
 
 const TextView usage =
     u"qvxhost FORM.frm [SCRIPT.vbs|SCRIPT.js] [options] [-- ARGUMENTS...]\n"
+    u"qvxhost --design [FORM.frm] [options]\n"
     u"\n"
     u"Shows a form and runs the script behind it.\n"
     u"\n"
-    u"  --design      show the form as a designer does: nothing runs, File > Save writes it back\n"
+    u"  --design      open the form in the designer; without one, a new form\n"
     u"  --save FILE   write the form to FILE when it closes\n"
     u"  --rewrite     when saving, write every property anew instead of only what changed\n"
     u"  --log FILE    append what the script hands to Host.Log to FILE\n"
@@ -56,7 +57,7 @@ Options ParseOptions(const std::vector<Text>& arguments) {
             fail(u"unexpected argument " + argument);
         }
     }
-    if (options.form.empty() && !options.help) fail(u"no form file is given");
+    if (options.form.empty() && !options.help && !options.design) fail(u"no form file is given");
     return options;
 }
 

@@ -22,6 +22,20 @@ void Write(Block& block, const SavedProperty& property) {
     }
 }
 
+// Takes out of a group what it does not hold any more.
+void RemoveGone(Block& block, const SavedGroup& before, const SavedGroup& now) {
+    for (const SavedProperty& property : before.properties.All()) {
+        const SavedProperty* still = now.properties.Find(property.name);
+        if (!still) {
+            block.Remove(property.name);
+            continue;
+        }
+        const auto* inner = std::get_if<std::shared_ptr<SavedGroup>>(&property.value);
+        const auto* innerNow = std::get_if<std::shared_ptr<SavedGroup>>(&still->value);
+        if (inner && innerNow) RemoveGone(block.Group(property.name, (*innerNow)->classId), **inner, **innerNow);
+    }
+}
+
 }  // namespace
 
 void SavedProperties::Put(SavedProperty property) {
@@ -72,6 +86,9 @@ void MergeSaved(Block& block, const SavedProperties& loaded, const SavedProperti
         const SavedProperty* before = loaded.Find(property.name);
         if (before && SameSaved(*before, property)) continue;
         Write(block, property);
+        const auto* groupBefore = before ? std::get_if<std::shared_ptr<SavedGroup>>(&before->value) : nullptr;
+        const auto* group = std::get_if<std::shared_ptr<SavedGroup>>(&property.value);
+        if (groupBefore && group) RemoveGone(block.Group(property.name, (*group)->classId), **groupBefore, **group);
     }
 }
 

@@ -22,10 +22,43 @@ SIZEL ToHimetric(const TwipsRect& bounds) {
 
 }  // namespace
 
-SitedControl::SitedControl(HostForm& form, Block& block, FormControl* container) : FormControl(form, block, container) {
+// Hears that a property has changed, whoever changed it.
+class SitedControl::ChangeSink final : public ComObject<IPropertyNotifySink> {
+  public:
+    explicit ChangeSink(SitedControl& control) : control_(&control) {}
+
+    bool Connect(IUnknown* source) {
+        ComPtr<IConnectionPointContainer> container;
+        if (FAILED(source->QueryInterface(IID_IConnectionPointContainer, container.put_void()))) return false;
+        return SUCCEEDED(container->FindConnectionPoint(IID_IPropertyNotifySink, point_.put())) &&
+               SUCCEEDED(point_->Advise(this, &cookie_));
+    }
+    void Disconnect() {
+        control_ = nullptr;
+        if (point_ && cookie_) point_->Unadvise(cookie_);
+        point_.reset();
+        cookie_ = 0;
+    }
+
+    STDMETHODIMP OnChanged(DISPID) override {
+        return Guard([&] {
+            if (control_) control_->NoteChange();
+        });
+    }
+    STDMETHODIMP OnRequestEdit(DISPID) override { return S_OK; }
+
+  private:
+    ~ChangeSink() override = default;
+    SitedControl* control_;
+    ComPtr<IConnectionPoint> point_;
+    DWORD cookie_ = 0;
+};
+
+SitedControl::SitedControl(HostForm& form, Block& block, FormControl* container, bool fresh)
+    : FormControl(form, block, container) {
     try {
         object_ = form.Classes().Create(ClassName());
-        Load();
+        Load(fresh);
     } catch (const ComError& error) {
         Unload();
         const bool unknown = error.Result() == REGDB_E_CLASSNOTREG;
@@ -39,6 +72,7 @@ SitedControl::SitedControl(HostForm& form, Block& block, FormControl* container)
 SitedControl::~SitedControl() { Unload(); }
 
 void SitedControl::Unload() {
+    if (changes_) changes_->Disconnect();
     if (events_) events_->Disconnect();
     if (inPlace_ && activated_) inPlace_->InPlaceDeactivate();
     if (ole_) {
@@ -48,7 +82,7 @@ void SitedControl::Unload() {
     if (site_) site_->Forget();
 }
 
-void SitedControl::Load() {
+void SitedControl::Load(bool fresh) {
     ole_ = object_.As<IOleObject>();
     if (!ole_) throw ComError(E_NOINTERFACE);
     control_ = object_.As<IOleControl>();
@@ -65,7 +99,7 @@ void SitedControl::Load() {
     ole_->SetExtent(DVASPECT_CONTENT, &extent);
     // What happens while the control is loaded is not the user's doing.
     if (control_) control_->FreezeEvents(TRUE);
-    LoadProperties();
+    LoadProperties(fresh);
     if (!siteFirst) Check(ole_->SetClientSite(site_.get()));
     ole_->SetHostNames(L"qvxhost", Wide(Form().Caption()));
     events_ = MakeObject<EventSink>(
@@ -73,9 +107,23 @@ void SitedControl::Load() {
     events_->Connect(object_.get());
     Activate();
     if (control_) control_->FreezeEvents(FALSE);
+    if (Form().Designer()) WatchChanges();
 }
 
-void SitedControl::LoadProperties() {
+void SitedControl::WatchChanges() {
+    changes_ = MakeObject<ChangeSink>(*this);
+    if (!changes_->Connect(object_.get())) changes_.reset();
+}
+
+void SitedControl::LoadProperties(bool fresh) {
+    if (fresh) {
+        if (persist_) {
+            Check(persist_->InitNew());
+        } else if (const auto stream = object_.As<IPersistStreamInit>()) {
+            Check(stream->InitNew());
+        }
+        return;
+    }
     if (persist_) {
         const auto bag = MakeObject<ReadingBag>(File(), Form().Folder(), Form().Font().Value(), &Form().Pictures());
         Check(persist_->Load(bag.get(), nullptr));
@@ -110,7 +158,7 @@ void SitedControl::Activate() {
     if (nothingToShow) return;
     Check(DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr));
     activated_ = true;
-    if (!Visible()) ApplyVisible(false);
+    if (!ShownAs(Visible())) ApplyVisible(false);
 }
 
 HWND SitedControl::Window() const {
@@ -217,18 +265,13 @@ void SitedControl::SaveOwn(SavedProperties& saved) {
     }
 }
 
-bool SitedControl::ShowPages() {
+std::vector<CLSID> SitedControl::Pages() const {
     const auto specify = object_.As<ISpecifyPropertyPages>();
     CAUUID pages{};
-    if (!specify || FAILED(specify->GetPages(&pages))) return false;
-    const bool any = pages.cElems > 0;
-    if (any) {
-        IUnknown* object = object_.get();
-        OleCreatePropertyFrame(Form().Handle(), 0, 0, Wide(Title()), 1, &object, pages.cElems, pages.pElems,
-                               LOCALE_USER_DEFAULT, 0, nullptr);
-    }
+    if (!specify || FAILED(specify->GetPages(&pages)) || !pages.pElems) return {};
+    std::vector<CLSID> ids(pages.pElems, pages.pElems + pages.cElems);
     CoTaskMemFree(pages.pElems);
-    return any;
+    return ids;
 }
 
 }  // namespace qvx::host

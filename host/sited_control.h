@@ -14,8 +14,9 @@ namespace qvx::host {
 
 class SitedControl final : public FormControl {
   public:
-    // Creates, loads and activates the control. Throws FormFileError with the line of the block.
-    SitedControl(HostForm& form, Block& block, FormControl* container);
+    // Creates, loads and activates the control; one that is `fresh` is placed for the first time, and takes its
+    // defaults instead of loading. Throws FormFileError with the line of the block.
+    SitedControl(HostForm& form, Block& block, FormControl* container, bool fresh = false);
     ~SitedControl() override;
 
     HWND Window() const override;
@@ -30,8 +31,9 @@ class SitedControl final : public FormControl {
     bool IsButton() const override { return (status_ & OLEMISC_ACTSLIKEBUTTON) != 0; }
     void OnLeft() override;
     void OnAmbientChanged(DISPID property) override;
-    // Shows the control's property pages. False when it has none.
-    bool ShowPages();
+    // The classes of the control's own property pages.
+    std::vector<CLSID> Pages() const;
+    IUnknown* Object() const { return object_.get(); }
 
   protected:
     bool AcceptsFocus() const override;
@@ -42,11 +44,14 @@ class SitedControl final : public FormControl {
 
   private:
     class Site;
+    class ChangeSink;
 
-    void Load();
+    void Load(bool fresh);
+    // Under design the control says itself when it has something new to save.
+    void WatchChanges();
     // Takes the control off its form; also one that was loaded only half-way.
     void Unload();
-    void LoadProperties();
+    void LoadProperties(bool fresh);
     void Activate();
     HRESULT DoVerb(LONG verb, const MSG* message);
     CONTROLINFO Info() const;
@@ -60,6 +65,7 @@ class SitedControl final : public FormControl {
     ComPtr<IPersistPropertyBag> persist_;
     ComPtr<IDispatch> members_;
     ComPtr<EventSink> events_;
+    ComPtr<ChangeSink> changes_;
     std::vector<Text> known_;
     DWORD status_ = 0;  // OLEMISC_...
     bool activated_ = false;

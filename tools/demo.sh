@@ -78,6 +78,28 @@ close_host() {
   return 1
 }
 
+# attend_host TITLE KEYS SCREENSHOT LOG: what somebody would do with the host that has just been started: plays the key script, takes the
+# picture, closes the window. Fails with the first of these that fails, or with the host's own number.
+attend_host() {
+  local title=$1 keys=$2 screenshot=$3 log=$4 status=0
+  if [[ -n $keys ]]; then
+    play_keys "$keys" "$log" || status=1
+  else
+    keys_limit=30 keys_where=demo
+    wait_window "$title" || status=1
+    # The picture is of a form that has drawn itself: two looks at it half a second apart are the same.
+    wait_for_still_window
+  fi
+  if [[ -n $screenshot ]]; then
+    keys_window=$(find_window "$title" || true)
+    take_picture "$screenshot" "$keys_window" || status=1
+  fi
+  close_host "$title" || status=1
+  end_group "$host_group"
+  wait "$host_group" || status=$?
+  return "$status"
+}
+
 # run_demo FORM KEYS SCREENSHOT LOG SAVE [DATABASE]: a prefix and a display must be there. Unattended when there is a key script or a
 # screenshot to take. Wine's own data objects open no database, so that a form that works on one gets ours.
 run_demo() {
@@ -98,21 +120,7 @@ run_demo() {
     wait "$host_group" || status=$?
   else
     demo_limit=600 start_host "$form" "$log" "$save" "$database"
-    if [[ -n $keys ]]; then
-      play_keys "$keys" "$log" || status=1
-    else
-      keys_limit=30 keys_where=demo
-      wait_window "$title" || status=1
-      # The picture is of a form that has drawn itself: two looks at it half a second apart are the same.
-      wait_for_still_window
-    fi
-    if [[ -n $screenshot ]]; then
-      keys_window=$(find_window "$title" || true)
-      take_picture "$screenshot" "$keys_window" || status=1
-    fi
-    close_host "$title" || status=1
-    end_group "$host_group"
-    wait "$host_group" || status=$?
+    attend_host "$title" "$keys" "$screenshot" "$log" || status=$?
   fi
   if ((status != 0)); then
     tail -n 20 "$logs/qvxhost.log" "$log" >&2

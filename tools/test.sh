@@ -124,6 +124,23 @@ run_demo_test() {
   cmp "$saved.frm" "$saved-again.frm"
 }
 
+# A copy of a sample form is changed in the designer by keys from outside: tests/design/NAME-*.keys is for samples/NAME.frm, with
+# NAME-*.vbs behind its script. The saved form must differ from the sample as NAME-*.diff says and in nothing else, and the designer must open it
+# again and save the same bytes.
+run_design_test() {
+  local keys=$1 name form saved
+  name=$(basename "$keys" .keys)
+  form=samples/${name%%-*}.frm
+  saved=$root/build/test/$name
+  copy_form "$form" "$saved"
+  [[ ! -f tests/design/$name.vbs ]] || cat "tests/design/$name.vbs" >>"${copied_form%.frm}.vbs"
+  run_designer "$copied_form" "$keys" "$saved.png" "$saved.log" '' || return 1
+  diff "$form" "$copied_form" >"$saved.diff" || true
+  diff "tests/design/$name.diff" "$saved.diff" || return 1
+  run_designer "$copied_form" '' "$saved-again.png" "$saved-again.log" "$saved-again.frm" || return 1
+  cmp "$copied_form" "$saved-again.frm"
+}
+
 test_demo() {
   local keys name
   want "${packages_database[@]}"
@@ -138,6 +155,10 @@ test_demo() {
       continue
     fi
     check demo "$name" run_demo_test "$keys"
+  done
+  for keys in tests/design/*.keys; do
+    [[ -f $keys ]] || continue
+    check demo "design-$(basename "$keys" .keys)" run_design_test "$keys"
   done
 }
 

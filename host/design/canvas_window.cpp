@@ -1,0 +1,485 @@
+#include "host/design/canvas_window.h"
+
+#include <algorithm>
+
+#include "win/dpi.h"
+#include "win/gdi_surface.h"
+
+namespace qvx::host::design {
+
+namespace {
+
+constexpr WORD arrowCursor = 32512;
+constexpr int margin = 16;  // pixels at 96 dots per inch around the form
+
+int Scaled(int pixels, HWND window) { return ScaleRounded(pixels, WindowDpi(window).x, 96); }
+
+void ShowCursorOf(WORD cursor) { ::SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(cursor))); }
+
+}  // namespace
+
+WORD CursorOf(Grip handle) {
+    switch (handle) {
+        case Grip::topLeft:
+        case Grip::bottomRight:
+            return 32642;
+        case Grip::topRight:
+        case Grip::bottomLeft:
+            return 32643;
+        case Grip::left:
+        case Grip::right:
+            return 32644;
+        default:
+            return 32645;
+    }
+}
+
+// Lies over everything in the form and takes the mouse. Nothing below is hidden by it: it is transparent, and paints
+// nothing.
+class CanvasWindow::Glass final : public Window {
+  public:
+    explicit Glass(CanvasWindow& canvas) : canvas_(canvas) {}
+    ~Glass() override { Destroy(); }
+
+    bool Open(HWND form) {
+        static const WindowClass windowClass = {L"QvxDesignGlass", CS_DBLCLKS};
+        return Create(windowClass, L"", WS_CHILD | WS_VISIBLE, WS_EX_TRANSPARENT, {0, 0, 10, 10}, form);
+    }
+    WORD cursor = arrowCursor;
+
+  protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+        switch (message) {
+            case WM_LBUTTONDOWN:
+                ::SetFocus(canvas_.Handle());
+                return Tell(MouseAction::press, wParam, lParam);
+            case WM_LBUTTONDBLCLK:
+                ::SetFocus(canvas_.Handle());
+                return Tell(MouseAction::doublePress, wParam, lParam);
+            case WM_MOUSEMOVE:
+                return Tell(MouseAction::move, wParam, lParam);
+            case WM_LBUTTONUP:
+                return Tell(MouseAction::release, wParam, lParam);
+            case WM_RBUTTONDOWN:
+                ::SetFocus(canvas_.Handle());
+                return 0;
+            case WM_RBUTTONUP:
+                return Tell(MouseAction::menu, wParam, lParam);
+            case WM_CAPTURECHANGED:
+                return Tell(MouseAction::cancel, 0, 0);
+            case WM_MOUSEACTIVATE:
+                return MA_ACTIVATE;
+            case WM_SETCURSOR:
+                ShowCursorOf(cursor);
+                return TRUE;
+            case WM_ERASEBKGND:
+                return 1;
+            case WM_PAINT:
+                ValidateRect(Handle(), nullptr);
+                return 0;
+            default:
+                return Default(message, wParam, lParam);
+        }
+    }
+
+  private:
+    LRESULT Tell(MouseAction action, WPARAM keys, LPARAM place) {
+        Mouse mouse;
+        mouse.action = action;
+        mouse.at = MousePoint(place);
+        mouse.shift = (keys & MK_SHIFT) != 0;
+        mouse.control = (keys & MK_CONTROL) != 0;
+        mouse.alt = GetKeyState(VK_MENU) < 0;
+        mouse.held = (keys & MK_LBUTTON) != 0;
+        if (canvas_.onMouse) canvas_.onMouse(mouse);
+        return 0;
+    }
+
+    CanvasWindow& canvas_;
+};
+
+// As large as the form's inside, but cut down to what there is to draw.
+class CanvasWindow::Marks final : public Window {
+  public:
+    ~Marks() override { Destroy(); }
+
+    bool Open(HWND form) {
+        static const WindowClass windowClass = {L"QvxDesignMarks", 0};
+        return Create(windowClass, L"", WS_CHILD | WS_CLIPSIBLINGS, 0, {0, 0, 10, 10}, form);
+    }
+
+    void Show(std::vector<Mark> marks) {
+        marks_ = std::move(marks);
+        if (marks_.empty()) {
+            ShowWindow(Handle(), SW_HIDE);
+            return;
+        }
+        const int thick = std::max(Scaled(1, Handle()), 1);
+        std::vector<Rect> parts;
+        for (const Mark& mark : marks_) {
+            if (mark.look != Mark::Look::outline) {
+                parts.push_back(mark.area);
+                continue;
+            }
+            const Rect& a = mark.area;
+            parts.push_back({a.left, a.top, a.right, a.top + thick});
+            parts.push_back({a.left, a.bottom - thick, a.right, a.bottom});
+            parts.push_back({a.left, a.top + thick, a.left + thick, a.bottom - thick});
+            parts.push_back({a.right - thick, a.top + thick, a.right, a.bottom - thick});
+        }
+        const Rect inside = ClientArea();
+        std::vector<char> memory(sizeof(RGNDATAHEADER) + parts.size() * sizeof(RECT));
+        auto* data = reinterpret_cast<RGNDATA*>(memory.data());
+        auto* rects = reinterpret_cast<RECT*>(data->Buffer);
+        DWORD count = 0;
+        for (const Rect& part : parts) {
+            const Rect visible = part.Intersect(inside);
+            if (!visible.Empty()) rects[count++] = ToRECT(visible);
+        }
+        data->rdh = {sizeof(RGNDATAHEADER), RDH_RECTANGLES, count, static_cast<DWORD>(count * sizeof(RECT)),
+                     ToRECT(inside)};
+        UniqueRegion region(
+            ExtCreateRegion(nullptr, static_cast<DWORD>(sizeof(RGNDATAHEADER) + count * sizeof(RECT)), data));
+        if (!region) return;
+        // The region is the window's from now on.
+        if (SetWindowRgn(Handle(), region.Get(), TRUE)) region.Detach();
+        ShowWindow(Handle(), SW_SHOWNA);
+        InvalidateRect(Handle(), nullptr, FALSE);
+    }
+
+  protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+        switch (message) {
+            case WM_NCHITTEST:
+                return HTTRANSPARENT;
+            case WM_ERASEBKGND:
+                return 1;
+            case WM_PAINT:
+                Paint();
+                return 0;
+            default:
+                return Default(message, wParam, lParam);
+        }
+    }
+
+  private:
+    void Paint() {
+        const PaintScope paint(Handle());
+        const Dpi dpi = WindowDpi(Handle());
+        GdiSurface surface(paint.Dc(), dpi);
+        FontSpec font;
+        for (const Mark& mark : marks_) {
+            const bool badge = mark.look == Mark::Look::badge || mark.look == Mark::Look::doneBadge;
+            switch (mark.look) {
+                case Mark::Look::outline:
+                    surface.FillRect(mark.area, colors::highlight);
+                    break;
+                case Mark::Look::primaryHandle:
+                    surface.FillRect(mark.area, colors::highlight);
+                    surface.FrameRect(mark.area, colors::windowBackground);
+                    break;
+                case Mark::Look::handle:
+                    surface.FillRect(mark.area, colors::windowBackground);
+                    surface.FrameRect(mark.area, colors::highlight);
+                    break;
+                case Mark::Look::weakHandle:
+                    surface.FillRect(mark.area, colors::windowBackground);
+                    surface.FrameRect(mark.area, colors::grayText);
+                    break;
+                case Mark::Look::badge:
+                    surface.FillRect(mark.area, colors::highlight);
+                    break;
+                case Mark::Look::doneBadge:
+                    surface.FillRect(mark.area, colors::windowBackground);
+                    surface.FrameRect(mark.area, colors::highlight);
+                    break;
+            }
+            if (!badge) continue;
+            const bool done = mark.look == Mark::Look::doneBadge;
+            surface.DrawLabel(mark.text, mark.area, font, done ? colors::highlight : colors::highlightText,
+                              text_format::center | text_format::middle | text_format::singleLine);
+        }
+    }
+
+    std::vector<Mark> marks_;
+};
+
+CanvasWindow::CanvasWindow() = default;
+
+CanvasWindow::~CanvasWindow() { Destroy(); }
+
+bool CanvasWindow::Create(HWND parent, const Rect& bounds) {
+    static const WindowClass windowClass = {L"QvxDesignCanvas", CS_DBLCLKS};
+    return Window::Create(windowClass, L"Form",
+                          WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPCHILDREN | WS_HSCROLL | WS_VSCROLL,
+                          WS_EX_CLIENTEDGE, bounds, parent);
+}
+
+int CanvasWindow::HandleSize() const { return std::max(Scaled(7, Handle()), 7); }
+
+void CanvasWindow::SetForm(HWND form) {
+    if (form != form_) {
+        glass_.reset();
+        marks_.reset();
+        form_ = form;
+        offset_ = {};
+        if (form) {
+            glass_ = std::make_unique<Glass>(*this);
+            glass_->Open(form);
+            marks_ = std::make_unique<Marks>();
+            marks_->Open(form);
+        }
+    }
+    Layout();
+    RaiseGlass();
+}
+
+void CanvasWindow::RaiseGlass() {
+    if (!form_) return;
+    RECT inside{};
+    GetClientRect(form_, &inside);
+    for (const HWND window : {glass_->Handle(), marks_->Handle()}) {
+        SetWindowPos(window, HWND_TOP, 0, 0, inside.right, inside.bottom, SWP_NOACTIVATE);
+    }
+}
+
+void CanvasWindow::SetMarks(std::vector<Mark> marks) {
+    if (marks_) marks_->Show(std::move(marks));
+}
+
+void CanvasWindow::SetFormSelected(bool selected) {
+    if (formSelected_ == selected) return;
+    formSelected_ = selected;
+    Invalidate();
+}
+
+void CanvasWindow::SetCursor(WORD cursor) {
+    if (glass_) glass_->cursor = cursor;
+}
+
+void CanvasWindow::CaptureMouse(bool capture) {
+    if (!glass_) return;
+    if (capture) {
+        SetCapture(glass_->Handle());
+    } else if (GetCapture() == glass_->Handle()) {
+        ReleaseCapture();
+    }
+}
+
+Rect CanvasWindow::FormFrame() const {
+    RECT frame{};
+    GetWindowRect(form_, &frame);
+    MapWindowPoints(nullptr, Handle(), reinterpret_cast<POINT*>(&frame), 2);
+    return FromRECT(frame);
+}
+
+void CanvasWindow::Layout() {
+    if (!Handle()) return;
+    const int around = Scaled(margin, Handle());
+    extent_ = {};
+    if (form_) {
+        const Rect frame = FormFrame();
+        extent_ = {frame.Width() + 2 * around, frame.Height() + 2 * around};
+    }
+    // A bar that comes takes room from the other direction: twice is enough.
+    for (int round = 0; round < 2; ++round) {
+        const Rect client = ClientArea();
+        for (const int bar : {SB_HORZ, SB_VERT}) {
+            const bool across = bar == SB_HORZ;
+            SCROLLINFO info{};
+            info.cbSize = sizeof info;
+            info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
+            info.nMax = std::max((across ? extent_.width : extent_.height) - 1, 0);
+            info.nPage = static_cast<UINT>(std::max(across ? client.Width() : client.Height(), 0));
+            info.nPos = across ? offset_.x : offset_.y;
+            SetScrollInfo(Handle(), bar, &info, TRUE);
+        }
+    }
+    ScrollTo(offset_);
+    RaiseGlass();
+}
+
+void CanvasWindow::ScrollTo(Point offset) {
+    const Rect client = ClientArea();
+    offset_.x = std::clamp(offset.x, 0, std::max(extent_.width - client.Width(), 0));
+    offset_.y = std::clamp(offset.y, 0, std::max(extent_.height - client.Height(), 0));
+    SetScrollPos(Handle(), SB_HORZ, offset_.x, TRUE);
+    SetScrollPos(Handle(), SB_VERT, offset_.y, TRUE);
+    if (!form_) return;
+    const int around = Scaled(margin, Handle());
+    SetWindowPos(form_, nullptr, around - offset_.x, around - offset_.y, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    Invalidate();
+}
+
+void CanvasWindow::Scroll(int bar, WPARAM wParam) {
+    const bool across = bar == SB_HORZ;
+    SCROLLINFO info{};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_ALL;
+    GetScrollInfo(Handle(), bar, &info);
+    const int line = Scaled(24, Handle());
+    const int page = std::max(static_cast<int>(info.nPage) - line, line);
+    int position = info.nPos;
+    switch (LOWORD(wParam)) {
+        case SB_LINEUP:
+            position -= line;
+            break;
+        case SB_LINEDOWN:
+            position += line;
+            break;
+        case SB_PAGEUP:
+            position -= page;
+            break;
+        case SB_PAGEDOWN:
+            position += page;
+            break;
+        case SB_THUMBTRACK:
+        case SB_THUMBPOSITION:
+            position = info.nTrackPos;
+            break;
+        case SB_TOP:
+            position = 0;
+            break;
+        case SB_BOTTOM:
+            position = info.nMax;
+            break;
+        default:
+            break;
+    }
+    ScrollTo(across ? Point{position, offset_.y} : Point{offset_.x, position});
+}
+
+void CanvasWindow::Reveal(const Rect& area) {
+    if (!form_) return;
+    RECT rect = ToRECT(area.Inflated(HandleSize(), HandleSize()));
+    MapWindowPoints(form_, Handle(), reinterpret_cast<POINT*>(&rect), 2);
+    const Rect client = ClientArea();
+    const auto shift = [](int from, int to, int room) {
+        if (from < 0) return from;
+        if (to > room) return std::min(from, to - room);
+        return 0;
+    };
+    const Point by{shift(rect.left, rect.right, client.Width()), shift(rect.top, rect.bottom, client.Height())};
+    if (by.x || by.y) ScrollTo({offset_.x + by.x, offset_.y + by.y});
+}
+
+std::optional<Grip> CanvasWindow::FormHandleAt(Point point) const {
+    if (!form_ || !formSelected_) return std::nullopt;
+    const auto handle = GripAt(FormFrame(), point, HandleSize());
+    const bool sizes = handle == Grip::right || handle == Grip::bottom || handle == Grip::bottomRight;
+    return sizes ? handle : std::nullopt;
+}
+
+void CanvasWindow::Paint() {
+    const PaintScope paint(Handle());
+    const Dpi dpi = WindowDpi(Handle());
+    GdiSurface surface(paint.Dc(), dpi);
+    constexpr OleColor workspace = 0x8000000C;
+    surface.FillRect(ClientArea(), workspace);
+    if (!form_ || !formSelected_) return;
+    const Rect frame = FormFrame();
+    for (int i = 0; i < handleCount; ++i) {
+        const auto handle = static_cast<Grip>(i);
+        const bool sizes = handle == Grip::right || handle == Grip::bottom || handle == Grip::bottomRight;
+        const Rect area = GripArea(frame, handle, HandleSize());
+        surface.FillRect(area, sizes && GetFocus() == this->Handle() ? colors::highlight : colors::windowBackground);
+        surface.FrameRect(area, sizes ? colors::windowBackground : colors::grayText);
+    }
+    if (formDrag_) surface.FrameRect(formOutline_, colors::highlight);
+}
+
+void CanvasWindow::DragForm(UINT message, Point at) {
+    const Rect frame = FormFrame();
+    Rect outline = frame;
+    if (*formDrag_ != Grip::bottom) outline.right = std::max(frame.right + at.x - formDragFrom_.x, frame.left + 80);
+    if (*formDrag_ != Grip::right) outline.bottom = std::max(frame.bottom + at.y - formDragFrom_.y, frame.top + 40);
+    if (message == WM_MOUSEMOVE) {
+        formOutline_ = outline;
+        Invalidate();
+        return;
+    }
+    formDrag_.reset();
+    ReleaseCapture();
+    Invalidate();
+    RECT inside{};
+    GetClientRect(form_, &inside);
+    const Size size{static_cast<int>(inside.right) + outline.Width() - frame.Width(),
+                    static_cast<int>(inside.bottom) + outline.Height() - frame.Height()};
+    if (onFormSize && !(outline == frame)) onFormSize(size);
+}
+
+LRESULT CanvasWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_SIZE:
+            Layout();
+            return 0;
+        case WM_HSCROLL:
+            Scroll(SB_HORZ, wParam);
+            return 0;
+        case WM_VSCROLL:
+            Scroll(SB_VERT, wParam);
+            return 0;
+        case WM_MOUSEWHEEL: {
+            const int by = -GET_WHEEL_DELTA_WPARAM(wParam) * Scaled(72, Handle()) / WHEEL_DELTA;
+            const bool across = (GET_KEYSTATE_WPARAM(wParam) & MK_SHIFT) != 0;
+            ScrollTo(across ? Point{offset_.x + by, offset_.y} : Point{offset_.x, offset_.y + by});
+            return 0;
+        }
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT:
+            Paint();
+            return 0;
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK: {
+            ::SetFocus(Handle());
+            const Point at = MousePoint(lParam);
+            if (const auto handle = FormHandleAt(at)) {
+                formDrag_ = handle;
+                formDragFrom_ = at;
+                formOutline_ = FormFrame();
+                SetCapture(Handle());
+            } else if (onForm) {
+                onForm(message == WM_LBUTTONDBLCLK);
+            }
+            return 0;
+        }
+        case WM_MOUSEMOVE:
+        case WM_LBUTTONUP:
+            if (formDrag_) DragForm(message, MousePoint(lParam));
+            return 0;
+        case WM_CAPTURECHANGED:
+            formDrag_.reset();
+            Invalidate();
+            return 0;
+        case WM_SETCURSOR: {
+            POINT point{};
+            GetCursorPos(&point);
+            ScreenToClient(Handle(), &point);
+            const auto handle = FormHandleAt({static_cast<int>(point.x), static_cast<int>(point.y)});
+            if (LOWORD(lParam) != HTCLIENT || !handle) return Default(message, wParam, lParam);
+            ShowCursorOf(CursorOf(*handle));
+            return TRUE;
+        }
+        case WM_GETDLGCODE:
+            return DLGC_WANTALLKEYS;
+        case WM_KEYDOWN:
+        case WM_SYSKEYDOWN:
+            if (onKey && onKey(static_cast<int>(wParam), ShiftState())) return 0;
+            return Default(message, wParam, lParam);
+        case WM_CONTEXTMENU:
+            // From the keyboard; the mouse's comes through the glass.
+            if (onMouse) onMouse({MouseAction::menu, {-1, -1}});
+            return 0;
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+            if (onFocus) onFocus();
+            Invalidate();
+            return 0;
+        default:
+            return Default(message, wParam, lParam);
+    }
+}
+
+}  // namespace qvx::host::design

@@ -1,0 +1,58 @@
+// Where things land while they are dragged and nudged: snapping to the grid, the eight handles, and what several
+// controls have done to them together. Twips unless a name says pixels.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "common/geometry.h"
+#include "host/twips_rect.h"
+
+namespace qvx::host::design {
+
+constexpr int gridStep = 120;
+constexpr int smallestSize = 60;
+// Far beyond any screen; what a stored position or a drag may come to.
+constexpr int farthest = 1 << 20;
+
+// The nearest point of the grid, halves upwards.
+int Snapped(int twips);
+
+// In reading order around the frame, beginning top left.
+enum class Grip { topLeft, top, topRight, right, bottomRight, bottom, bottomLeft, left };
+constexpr int handleCount = 8;
+
+// The square of one handle on a frame, in pixels, `size` wide and outside the frame's edge.
+Rect GripArea(const Rect& frame, Grip handle, int size);
+// The handle at a point in pixels; those in the corners win.
+std::optional<Grip> GripAt(const Rect& frame, Point point, int size);
+
+// The rectangle after one of its handles has been dragged by (dx, dy): the edges that move land on the grid when `snap`
+// is set, and stop before the rectangle turns inside out.
+TwipsRect Sized(const TwipsRect& start, Grip handle, int dx, int dy, bool snap);
+
+// All moved by the same distance: that which brings `primary` to the grid when `snap` is set.
+std::vector<TwipsRect> Moved(const std::vector<TwipsRect>& start, std::size_t primary, int dx, int dy, bool snap);
+
+// The rectangle that a drag from one point to another draws, for a control that is placed so. `usual` is its size when
+// the drag is no more than a click: below half a step of the grid both ways.
+TwipsRect Drawn(Point from, Point to, Size usual, bool snap);
+
+// What several selected controls have done to them; `primary` is the one that stays as it is.
+enum class Arrangement {
+    lefts,
+    centers,
+    rights,
+    tops,
+    middles,
+    bottoms,  // aligned
+    widths,
+    heights,
+    sizes,  // made the same
+    acrossEvenly,
+    downEvenly,  // equal gaps between the outermost two
+    toGrid
+};
+std::vector<TwipsRect> Arranged(const std::vector<TwipsRect>& start, std::size_t primary, Arrangement arrangement);
+
+}  // namespace qvx::host::design

@@ -1,0 +1,16 @@
+// The property list as assistive programs see it: a list whose items have the properties' names and values.
+#pragma once
+
+#include <windows.h>
+
+#include <oleacc.h>
+
+#include "com/pointer.h"
+
+namespace qvx::host {
+
+class PropertyRowsWindow;
+
+ComPtr<IAccessible> MakeAccessibleRows(PropertyRowsWindow& rows);
+
+}  // namespace qvx::host

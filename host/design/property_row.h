@@ -1,0 +1,88 @@
+// What the property list knows of a property, and the way between its value and the text that is shown and typed.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "common/property_value.h"
+#include "common/text.h"
+
+namespace qvx::host {
+
+enum class PropertyKind {
+    text,
+    integer,
+    real,
+    boolean,
+    enumeration,
+    color,
+    date,
+    font,
+    picture,
+    variant,  // whatever it holds at the time
+    pages,    // no property: the way to the object's property pages
+};
+
+struct PropertyChoice {
+    Text name;
+    PropertyValue value;
+    friend bool operator==(const PropertyChoice&, const PropertyChoice&) = default;
+};
+
+struct PropertyInfo {
+    Text name;
+    PropertyKind kind = PropertyKind::text;
+    bool readOnly = false;
+    // Means nothing to several objects at once: a name, an index.
+    bool single = false;
+    // May have no value, which is written by an empty text.
+    bool optional = false;
+    // Has a property page of its own.
+    bool page = false;
+    Text help{};
+    Text category{};
+    // The values there are; of kinds other than enumerations, some of them.
+    std::vector<PropertyChoice> choices{};
+};
+
+// A property's value as it was read.
+struct PropertyReading {
+    PropertyValue value{};  // nothing for pictures, and for what could not be read
+    Text text{};            // as it is shown
+    bool readable = true;
+    friend bool operator==(const PropertyReading&, const PropertyReading&) = default;
+};
+
+// "(Name)" and "(Custom)" stand above the letters; all others are called by their names.
+Text PropertyLabel(const PropertyInfo& info);
+
+// Whether a property is anything to a user: window handles and device contexts are not.
+bool IsForUsers(TextView name);
+
+// The heading under which a property stands when its object does not say: by its name, else by its kind.
+Text CategoryOf(TextView name, PropertyKind kind);
+
+// --- Values as text ---
+
+// A text that holds line breaks or other control characters is shown with \r, \n, \t, \x1F and \\ in it; any other as
+// it is, backslashes included.
+bool NeedsEscapes(TextView text);
+Text ShownText(TextView text);
+// The other way round; `escaped` when the text that was replaced NeedsEscapes. An unknown escape stands for itself.
+Text TypedText(TextView typed, bool escaped);
+
+// The value as it is shown: True, "2 - grdFocusHeavy", &H8000000F&, "Tahoma, 8.25".
+Text ShowValue(const PropertyInfo& info, const PropertyValue& value);
+
+// What somebody typed, as a value of the property's kind; `current` is what was there before. Error 13 for what cannot
+// be read, 380 for what the property does not have, 6 for a number out of range.
+PropertyValue ParseTyped(const PropertyInfo& info, TextView typed, const PropertyValue& current);
+
+// The value after (or before) the current one among the choices, from the last to the first; nothing when there are
+// none. Booleans have two.
+PropertyValue NextChoice(const PropertyInfo& info, const PropertyValue& current, bool forward = true);
+
+// True and False, or the choices that the property has, by their bare names.
+std::vector<PropertyChoice> ChoicesOf(const PropertyInfo& info);
+
+}  // namespace qvx::host

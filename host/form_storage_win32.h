@@ -1,0 +1,29 @@
+// Form files on the disk, as bytes.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "common/text.h"
+
+namespace qvx::host {
+
+// The whole file; of one that is larger than a form may be, only so much that a reader sees it. Throws RunTimeError 53
+// when it cannot be read.
+std::string ReadFileBytes(const Text& path);
+// The same, or nothing for a file that is not there or cannot be read.
+std::optional<std::string> TryReadFileBytes(const Text& path);
+
+// Writes beside the target first and replaces it then: neither a full disk nor a crash costs what is there. Throws
+// RunTimeError 75 when that cannot be done.
+void ReplaceFileBytes(const Text& path, const std::string& bytes);
+
+// Adds a line to a log; an empty path is no log. Opened for every line and closed again, so that a reader outside sees
+// each line as soon as it is written. Throws RunTimeError 75.
+void AppendLine(const Text& path, const Text& line);
+
+Text FullPath(const Text& path);
+// The folder of a full path, without the last separator.
+Text FolderOf(const Text& path);
+
+}  // namespace qvx::host

@@ -1,0 +1,739 @@
+// The forms designer over real controls: the mouse and keys, what controls do at design time, files, and what goes
+// wrong.
+#include "host/design/designer_window.h"
+
+#include <gtest/gtest.h>
+#include <olectl.h>
+
+#include "com/text.h"
+#include "common/run_time_error.h"
+#include "host/design/property_frame_dialog.h"
+#include "host/design_box_window.h"
+#include "host/sited_control.h"
+#include "tests/control/host_form.h"
+#include "tests/support/input.h"
+#include "tests/support/resource_counts.h"
+#include "tests/support/thread_windows.h"
+#include "win/clipboard.h"
+#include "win/dpi.h"
+#include "win/wide.h"
+
+namespace qvx::host::design {
+namespace {
+
+using test::Call;
+using test::Invoke;
+using test::Narrow;
+using test::TypeKey;
+using test::WaitFor;
+
+constexpr char formText[] =
+    "' Kept as it is.\r\nBegin Form frmTest\r\n   Caption = \"Test\"\r\n   ClientWidth = 6000\r\n"
+    "   ClientHeight = 4200\r\n   BackColor = &H00E0F0FF&\r\n   ForeColor = &H00000080&\r\n"
+    "   BeginProperty Font\r\n      Name = \"Tahoma\"\r\n      Size = 14\r\n   EndProperty\r\n"
+    "   Begin Qvx.Button cmdOk\r\n      Caption = \"OK\"\r\n      Left = 240\r\n      Top = 240\r\n"
+    "      Width = 1200\r\n      Height = 360\r\n   End\r\n"
+    "   Begin Frame fraBox\r\n      Left = 2400\r\n      Top = 240\r\n      Width = 3000\r\n      Height = 1800\r\n"
+    "      Begin Label lblIn\r\n         Left = 240\r\n         Top = 480\r\n         Width = 960\r\n"
+    "         Height = 240\r\n      End\r\n   End\r\n"
+    "End\r\n";
+
+// One pixel.
+const std::string dotPicture(
+    "BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0\0\0\0\0\4\0\0\0"
+    "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\xFF\0\0\0",
+    58);
+
+// From a person's thread: one of the designer's editors or the frame of pages, once it takes keys.
+HWND WaitForEditor() {
+    HWND editor = nullptr;
+    EXPECT_TRUE(WaitFor(
+        [&] {
+            editor = FindWindowW(L"QvxDesignEditor", nullptr);
+            return editor && GetForegroundWindow() == editor;
+        },
+        8000, false));
+    Sleep(200);
+    return editor;
+}
+
+void Write(const Text& path, const std::string& bytes) {
+    std::ofstream file(Wide(path), std::ios::binary);
+    file << bytes;
+    ASSERT_TRUE(file.good());
+}
+
+class DesignerTest : public ::testing::Test {
+  protected:
+    DesignerTest() {
+        source_.UseFile(Text(FromWide(test::ServerUnderTest::Get().Path())));
+        wchar_t folder[MAX_PATH];
+        GetTempPathW(MAX_PATH, folder);
+        folder_ = Text(FromWide(folder)) + u"qvx_designer";
+        CreateDirectoryW(Wide(folder_), nullptr);
+        path_ = folder_ + u"\\test.frm";
+        questions_.ask = [this](HWND, const Text& question, UINT) {
+            asked_.push_back(question);
+            return answer_;
+        };
+        questions_.file = [this](HWND, bool, const Text&, const Text&) { return file_; };
+        Open(formText);
+    }
+    ~DesignerTest() override {
+        designer_.reset();
+        MSG message;
+        PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+        WIN32_FIND_DATAW found{};
+        const HANDLE search = FindFirstFileW(Wide(folder_ + u"\\*"), &found);
+        for (BOOL more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found)) {
+            const Text file = folder_ + u"\\" + Text(FromWide(found.cFileName));
+            SetFileAttributesW(Wide(file), FILE_ATTRIBUTE_NORMAL);
+            DeleteFileW(Wide(file));
+        }
+        FindClose(search);
+        RemoveDirectoryW(Wide(folder_));
+    }
+
+    void Open(const std::string& text) {
+        Write(path_, text);
+        designer_.reset();
+        designer_ = std::make_unique<DesignerWindow>(Options{}, source_, reporter_, questions_);
+        designer_->Open(path_);
+        designer_->Show();
+        EXPECT_TRUE(test::BringToFront(designer_->Handle()));
+        Settle();
+    }
+    void Settle(int milliseconds = 100) {
+        WaitFor([] { return false; }, milliseconds);
+    }
+    FormControl* Control(TextView name, int index = -1) { return designer_->Picture().FindControl(name, index); }
+    ComPtr<IDispatch> Members(TextView name) { return Control(name)->Inner(); }
+    HRESULT ErrorOf(TextView name, const wchar_t* member, WORD flags, const std::vector<VARIANT>& arguments = {}) {
+        return Invoke(Members(name).get(), member, flags, arguments).scode;
+    }
+    TwipsRect Bounds(TextView name, int index = -1) {
+        const Block* block = designer_->Form().Find({Text(name), index});
+        EXPECT_TRUE(block) << Narrow(name);
+        return block ? Document::BoundsOf(*block) : TwipsRect{};
+    }
+    std::vector<int> PlaceOf(TextView name) {
+        const TwipsRect bounds = Bounds(name);
+        return {bounds.left, bounds.top, bounds.width, bounds.height};
+    }
+    std::vector<Text> Names() {
+        std::vector<Text> names;
+        for (const ObjectId& id : designer_->Form().Controls()) names.push_back(TitleOf(id));
+        return names;
+    }
+    std::string Saved() {
+        EXPECT_TRUE(designer_->Do(Command::save));
+        return Bytes(path_);
+    }
+    // Twips of the form's inside on the screen.
+    POINT At(int x, int y) {
+        POINT point{TwipsToPixels(x, ScreenDpi().x), TwipsToPixels(y, ScreenDpi().y)};
+        ClientToScreen(designer_->Picture().Handle(), &point);
+        return point;
+    }
+    void Drag(POINT from, POINT to) {
+        test::MoveMouseTo(from);
+        Settle(50);
+        test::LeftButton(true);
+        Settle(50);
+        test::MoveMouseTo({(from.x + to.x) / 2, (from.y + to.y) / 2});
+        Settle(50);
+        test::MoveMouseTo(to);
+        Settle(50);
+        test::LeftButton(false);
+        Settle();
+    }
+    void Click(POINT at) { Drag(at, at); }
+    void Arm(TextView className) {
+        const auto& tools = designer_->Palette().Tools();
+        const auto found =
+            std::find_if(tools.begin(), tools.end(), [&](const Tool& tool) { return tool.className == className; });
+        ASSERT_NE(found, tools.end()) << Narrow(className);
+        SendMessageW(designer_->Palette().List(), LB_SETCURSEL, static_cast<WPARAM>(found - tools.begin()), 0);
+    }
+    void Place(const Text& className, const TwipsRect& where = {360, 2400, 1200, 600}) {
+        designer_->PlaceControl(className, std::nullopt, &where);
+    }
+
+    TestClasses source_;
+    Reporter reporter_{true};
+    Questions questions_;
+    std::vector<Text> asked_;
+    int answer_ = IDNO;
+    Text file_;
+    Text folder_;
+    Text path_;
+    std::unique_ptr<DesignerWindow> designer_;
+};
+
+TEST_F(DesignerTest, EveryToolPlacesAControlThatFollowsItsForm) {
+    struct Case {
+        const char16_t* className;
+        const wchar_t* member;
+        const char16_t* fresh;  // what InitProperties makes of it; null for nothing to see
+    };
+    const Case cases[] = {{u"Qvx.ComboGrid", L"BindFrom", u"1"},   {u"Qvx.TextEdit", L"Text", u"TextEdit1"},
+                          {u"Qvx.Button", L"Caption", u"Button1"}, {u"Qvx.RButton", L"Caption", u"Button1"},
+                          {u"Qvx.Backup", nullptr, nullptr},       {u"Label", L"Caption", nullptr},
+                          {u"TextBox", L"Text", nullptr},          {u"Frame", L"Caption", nullptr},
+                          {u"ImageList", nullptr, nullptr}};
+    for (const Case& c : cases) {
+        const std::string what = Narrow(c.className);
+        const std::size_t before = Names().size();
+        Arm(c.className);
+        Drag(At(360, 2400), At(1800, 3000));
+        ASSERT_EQ(Names().size(), before + 1) << what;
+        const ObjectId* placed = designer_->Selected().Primary();
+        ASSERT_TRUE(placed) << what;
+        EXPECT_EQ(designer_->Palette().Armed(), u"") << what;
+        FormControl* control = Control(placed->name);
+        ASSERT_TRUE(control) << what;
+        EXPECT_FALSE(dynamic_cast<BrokenControl*>(control)) << what;
+        if (c.fresh) {
+            EXPECT_EQ(Narrow(Call(control->Inner().get(), c.member).ToText().value_or(u"?")), Narrow(c.fresh)) << what;
+        }
+        EXPECT_TRUE(designer_->Do(Command::undo)) << what;
+        EXPECT_EQ(Names().size(), before) << what;
+        EXPECT_FALSE(designer_->Form().Dirty()) << what;
+    }
+    EXPECT_EQ(Saved(), formText);
+}
+
+TEST_F(DesignerTest, ANewControlTakesItsFormsFont) {
+    for (const TextView name : {u"Button1", u"RButton1", u"TextEdit1"}) {
+        Place(u"Qvx." + Text(name.substr(0, name.size() - 1)));
+        const auto font = Call(Members(name).get(), L"Font").ToObject<IDispatch>();
+        EXPECT_EQ(Call(font.get(), L"Size").ToLong(), 14) << Narrow(name);
+    }
+    // What was only taken from the form is not the control's own to save.
+    EXPECT_EQ(Saved().find("Font", std::string(formText).find("EndProperty") + 12), std::string::npos);
+}
+
+TEST_F(DesignerTest, ControlsWithoutAWindowAtRunTimeKeepTheirSize) {
+    struct Case {
+        const char16_t* name;
+        int width;
+        int height;
+    };
+    for (const Case& c : {Case{u"Backup1", 270, 270}, Case{u"FlatBorder1", 180, 225}, Case{u"CMenus1", 220, 220}}) {
+        const Text name = c.name;
+        Place(u"Qvx." + name.substr(0, name.size() - 1));
+        // Whole pixels on the way: no more than that.
+        const auto keeps = [&](const char* when) {
+            const TwipsRect is = Bounds(name);
+            EXPECT_NEAR(is.width, c.width, 15) << Narrow(name) << when;
+            EXPECT_NEAR(is.height, c.height, 15) << Narrow(name) << when;
+        };
+        keeps(" placed");
+        // Neither the mouse nor the property list gets it larger.
+        const POINT corner = At(360 + c.width, 2400 + c.height);
+        Drag({corner.x + 3, corner.y + 3}, At(2000, 3600));
+        keeps(" sized by the mouse");
+        const Variant wide(1200);
+        Invoke(Control(name)->Extended(), L"Width", DISPATCH_PROPERTYPUT, {*wide.ptr()});
+        Settle();
+        keeps(" given a width");
+        designer_->Select({{name}});
+        EXPECT_TRUE(designer_->Do(Command::remove));
+    }
+}
+
+TEST_F(DesignerTest, AControlThatCannotSaySoKeepsWhatItHad) {
+    const auto mute = MakeObject<ScriptedControl>();
+    source_.objects[u"Test.Mute"] = ComPtr<IUnknown>(static_cast<IOleObject*>(mute.get()));
+    const std::string text =
+        "Begin Form frmTest\r\n   Begin Test.Mute mute\r\n      Left = 240\r\n      Own = 7\r\n   End\r\nEnd\r\n";
+    Open(text);
+    ASSERT_TRUE(Control(u"mute"));
+    mute->saves = [] { return E_FAIL; };
+    const int errors = reporter_.Errors();
+    designer_->OnChanged(Control(u"mute"));
+    Settle();
+    EXPECT_EQ(reporter_.Errors(), errors + 1);
+    EXPECT_FALSE(designer_->Form().Dirty());
+    EXPECT_EQ(Saved(), text);
+    // One that tells of changes whenever it is asked is not asked for ever.
+    int asked = 0;
+    mute->saves = [&] {
+        ++asked;
+        designer_->OnChanged(Control(u"mute"));
+        return S_OK;
+    };
+    designer_->OnChanged(Control(u"mute"));
+    Settle();
+    EXPECT_GT(asked, 0);
+    EXPECT_LT(asked, 100);
+    mute->saves = [] { return S_OK; };
+    EXPECT_EQ(Saved().find("Own = 7"), text.find("Own = 7"));
+}
+
+TEST_F(DesignerTest, ValuesAreGuardedAsTheControlsSay) {
+    constexpr auto setRefused = static_cast<HRESULT>(0x800A0183);  // 387
+    Place(u"Qvx.RButton");
+    designer_->Do(Command::save);
+    const Variant on(true);
+    EXPECT_EQ(ErrorOf(u"cmdOk", L"Value", DISPATCH_PROPERTYPUT, {*on.ptr()}), setRefused);
+    EXPECT_EQ(ErrorOf(u"RButton1", L"Value", DISPATCH_PROPERTYPUT, {*on.ptr()}), setRefused);
+    EXPECT_EQ(ErrorOf(u"RButton1", L"Value", DISPATCH_PROPERTYGET), S_OK) << "393 belongs to run time";
+    const int errors = reporter_.Errors();
+    Settle();
+    EXPECT_FALSE(designer_->Form().Dirty());
+    EXPECT_EQ(reporter_.Errors(), errors);
+}
+
+TEST_F(DesignerTest, WhatAControlTellsOfItselfMakesTheFormDirty) {
+    EXPECT_FALSE(designer_->Form().Dirty());
+    const Variant caption(u"Fine");
+    Invoke(Members(u"cmdOk").get(), L"Caption", DISPATCH_PROPERTYPUT, {*caption.ptr()});
+    EXPECT_TRUE(WaitFor([&] { return designer_->Form().Dirty(); }));
+    EXPECT_EQ(WindowText(designer_->Handle()).substr(0, 9), u"test.frm*");
+    EXPECT_EQ(designer_->Form().Find({u"cmdOk"})->TextOf(u"Caption"), u"Fine");
+    // Nobody saved it: undoing leads back to the file, and to a control that says so.
+    EXPECT_TRUE(designer_->Do(Command::undo));
+    EXPECT_FALSE(designer_->Form().Dirty());
+    EXPECT_EQ(Call(Members(u"cmdOk").get(), L"Caption").ToText(), u"OK");
+    EXPECT_TRUE(designer_->Do(Command::redo));
+    EXPECT_EQ(Call(Members(u"cmdOk").get(), L"Caption").ToText(), u"Fine");
+    // The same value again is no change.
+    designer_->Do(Command::save);
+    Invoke(Members(u"cmdOk").get(), L"Caption", DISPATCH_PROPERTYPUT, {*caption.ptr()});
+    Settle();
+    EXPECT_FALSE(designer_->Form().Dirty());
+}
+
+TEST_F(DesignerTest, TheMouseMovesAndSizesOnTheGrid) {
+    Click(At(840, 420));
+    ASSERT_TRUE(designer_->Selected().Primary());
+    EXPECT_EQ(designer_->Selected().Primary()->name, u"cmdOk");
+    Settle(static_cast<int>(GetDoubleClickTime()) + 100);  // a second press so soon would ask for the pages
+    Drag(At(840, 420), At(1240, 1390));
+    EXPECT_EQ(PlaceOf(u"cmdOk"), (std::vector<int>{600, 1200, 1200, 360}));
+    const POINT corner = At(1800, 1560);
+    Drag({corner.x + 3, corner.y + 3}, At(2190, 2060));
+    EXPECT_EQ(PlaceOf(u"cmdOk"), (std::vector<int>{600, 1200, 1560, 840}));
+    EXPECT_TRUE(designer_->Do(Command::undo));
+    EXPECT_TRUE(designer_->Do(Command::undo));
+    EXPECT_FALSE(designer_->Form().Dirty());
+    // Escape calls a drag off.
+    test::MoveMouseTo(At(840, 420));
+    test::LeftButton(true);
+    Settle(50);
+    test::MoveMouseTo(At(2000, 2000));
+    Settle(50);
+    TypeKey(VK_ESCAPE);
+    Settle(50);
+    test::LeftButton(false);
+    Settle();
+    EXPECT_FALSE(designer_->Form().Dirty());
+}
+
+TEST_F(DesignerTest, KeysSelectMoveSizeAndDelete) {
+    SetFocus(designer_->Canvas().Handle());
+    TypeKey(VK_TAB);
+    Settle();
+    ASSERT_TRUE(designer_->Selected().Primary());
+    EXPECT_EQ(designer_->Selected().Primary()->name, u"cmdOk");
+    TypeKey(VK_RIGHT);
+    TypeKey(VK_DOWN, {VK_SHIFT});
+    Settle();
+    EXPECT_EQ(PlaceOf(u"cmdOk"), (std::vector<int>{360, 240, 1200, 480}));
+    EXPECT_TRUE(designer_->Do(Command::remove));
+    EXPECT_EQ(Names(), (std::vector<Text>{u"fraBox", u"lblIn"}));
+    EXPECT_EQ(Control(u"cmdOk"), nullptr);
+    while (designer_->Do(Command::undo)) {
+    }
+    EXPECT_EQ(Saved(), formText);
+}
+
+TEST_F(DesignerTest, TheClipboardHoldsFormText) {
+    designer_->Select({{u"fraBox"}});
+    EXPECT_TRUE(designer_->Do(Command::copy));
+    const auto text = TextOnClipboard(designer_->Handle());
+    ASSERT_TRUE(text);
+    EXPECT_TRUE(text->starts_with(u"Begin Frame fraBox")) << Narrow(*text);
+    EXPECT_TRUE(designer_->Do(Command::paste));
+    EXPECT_EQ(Names(), (std::vector<Text>{u"Frame1", u"Label1", u"cmdOk", u"fraBox", u"lblIn"}));
+    EXPECT_TRUE(Control(u"Label1"));
+    // Text that anybody has typed works as well; nonsense is refused whole.
+    PutOnClipboard(designer_->Handle(), u"Begin Qvx.Button cmdOk\nCaption = \"Two\"\nEnd\n");
+    designer_->Select({});
+    EXPECT_TRUE(designer_->Do(Command::paste));
+    EXPECT_EQ(Call(Members(u"Button1").get(), L"Caption").ToText(), u"Two");
+    const auto names = Names();
+    for (const TextView nonsense :
+         {u"hello", u"Begin Label", u"Begin Label x\nEnd\nEnd\n", u"Begin Form f\nEnd\n", u"Begin Label a b c\n\0x"}) {
+        PutOnClipboard(designer_->Handle(), Text(nonsense));
+        designer_->Do(Command::paste);
+        EXPECT_EQ(Names(), names) << Narrow(nonsense);
+    }
+    // A class that nobody knows stays as it is written, in a box.
+    PutOnClipboard(designer_->Handle(), u"Begin Nobody.Knows who\n   Odd = 7\nEnd\n");
+    EXPECT_TRUE(designer_->Do(Command::paste));
+    EXPECT_EQ(Names().size(), names.size() + 1);
+}
+
+TEST_F(DesignerTest, TabOrderIsClicked) {
+    EXPECT_TRUE(designer_->Do(Command::tabOrder));
+    Click(At(2400 + 2600, 300));
+    Click(At(840, 420));
+    EXPECT_TRUE(designer_->Do(Command::tabOrder));
+    const auto order = designer_->Form().TabOrder();
+    ASSERT_GE(order.size(), 2u);
+    EXPECT_EQ(order[0].name, u"fraBox");
+    EXPECT_EQ(order[1].name, u"cmdOk");
+}
+
+TEST_F(DesignerTest, TheMenuEditorMakesMenus) {
+    test::Person person([&] {
+        WaitForEditor();
+        const auto type = [](const char* keys) {
+            for (; *keys; ++keys) {
+                const SHORT key = VkKeyScanW(static_cast<wchar_t>(*keys));
+                TypeKey(LOBYTE(key),
+                        HIBYTE(key) & 1 ? std::initializer_list<int>{VK_SHIFT} : std::initializer_list<int>{});
+            }
+        };
+        TypeKey('I', {VK_MENU});
+        Sleep(200);
+        type("&File");
+        Sleep(200);
+        TypeKey('N', {VK_MENU});
+        Sleep(200);
+        type("mnuFile");
+        Sleep(300);
+        TypeKey(VK_RETURN);
+    });
+    EXPECT_TRUE(designer_->Do(Command::menus));
+    const std::string bytes = Saved();
+    EXPECT_NE(bytes.find("Begin Menu mnuFile"), std::string::npos) << bytes;
+    EXPECT_NE(bytes.find("\"&File\""), std::string::npos) << bytes;
+    EXPECT_GT(designer_->Picture().MenuStripHeight(), 0);
+    EXPECT_TRUE(designer_->Do(Command::undo));
+    EXPECT_EQ(Saved(), formText);
+}
+
+TEST_F(DesignerTest, PicturesAreKeptBesideTheForm) {
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    const Text outside = Text(FromWide(temp)) + u"qvx_dot.bmp";
+    Write(outside, dotPicture);
+    const ComPtr<IPictureDisp> picture = designer_->Properties().onLoadPicture(outside);
+    EXPECT_TRUE(picture);
+    EXPECT_EQ(Bytes(folder_ + u"\\qvx_dot.bmp"), dotPicture);
+    Write(folder_ + u"\\bad.bmp", "BM and nothing else");
+    EXPECT_ANY_THROW(designer_->Properties().onLoadPicture(folder_ + u"\\bad.bmp"));
+    // An image list that a property page fills: the picture gets a file, and the form names it.
+    Place(u"ImageList");
+    const auto images = Call(Members(u"ImageList1").get(), L"ListImages").ToObject<IDispatch>();
+    const Variant place(1);
+    const Variant key(u"mnuFile");
+    const Variant value(static_cast<IDispatch*>(picture.get()));
+    EXPECT_EQ(Invoke(images.get(), L"Add", DISPATCH_METHOD, {*place.ptr(), *key.ptr(), *value.ptr()}).result, S_OK);
+    const std::string bytes = Saved();
+    EXPECT_NE(bytes.find("Key             =   \"mnuFile\""), std::string::npos) << bytes;
+    EXPECT_NE(bytes.find("ImageList1-mnuFile.bmp"), std::string::npos) << bytes;
+    EXPECT_NE(GetFileAttributesW(Wide(folder_ + u"\\ImageList1-mnuFile.bmp")), INVALID_FILE_ATTRIBUTES);
+    // The saved form finds it.
+    Open(bytes);
+    const auto again = Call(Members(u"ImageList1").get(), L"ListImages").ToObject<IDispatch>();
+    EXPECT_EQ(Call(again.get(), L"Count").ToLong(), 1);
+    // And so does what is saved elsewhere.
+    const Text other = folder_ + u"\\other";
+    CreateDirectoryW(Wide(other), nullptr);
+    file_ = other + u"\\moved.frm";
+    EXPECT_TRUE(designer_->Do(Command::saveAs));
+    EXPECT_NE(GetFileAttributesW(Wide(other + u"\\ImageList1-mnuFile.bmp")), INVALID_FILE_ATTRIBUTES);
+    designer_.reset();
+    for (const TextView file : {u"moved.frm", u"ImageList1-mnuFile.bmp"}) {
+        DeleteFileW(Wide(other + u"\\" + Text(file)));
+    }
+    EXPECT_TRUE(RemoveDirectoryW(Wide(other)));
+    DeleteFileW(Wide(outside));
+}
+
+TEST_F(DesignerTest, TheImageListEditorTakesPicturesFromFiles) {
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    const Text outside = Text(FromWide(temp)) + u"qvx_spot.bmp";
+    Write(outside, dotPicture);
+    Place(u"ImageList");
+    file_ = outside;
+    test::Person person([&] {
+        WaitForEditor();
+        TypeKey('A', {VK_MENU});
+        Sleep(300);
+        TypeKey('T', {VK_MENU});
+        Sleep(200);
+        TypeKey('7');
+        Sleep(200);
+        TypeKey(VK_RETURN);
+    });
+    EXPECT_TRUE(designer_->Do(Command::images));
+    const std::string bytes = Saved();
+    for (const char* line :
+         {"Key             =   \"qvx_spot\"", "Tag             =   \"7\"", "Picture         =   \"qvx_spot.bmp\""}) {
+        EXPECT_NE(bytes.find(line), std::string::npos) << line << "\n" << bytes;
+    }
+    EXPECT_EQ(Bytes(folder_ + u"\\qvx_spot.bmp"), dotPicture);
+    DeleteFileW(Wide(outside));
+}
+
+// The system's own dialog for files, with somebody in front of it.
+TEST_F(DesignerTest, FilesAreChosenInTheSystemsDialog) {
+    test::Person person([&] {
+        HWND dialog = nullptr;
+        EXPECT_TRUE(WaitFor(
+            [&] {
+                dialog = FindWindowW(L"#32770", nullptr);
+                return dialog && IsWindowVisible(dialog) && GetForegroundWindow() == dialog;
+            },
+            8000, false));
+        Sleep(500);
+        for (const char c : std::string("TEST.FRM")) TypeKey(c == '.' ? VK_OEM_PERIOD : c);
+        Sleep(200);
+        TypeKey(VK_RETURN);
+    });
+    using namespace std::string_literals;
+    wchar_t before[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, before);
+    SetCurrentDirectoryW(Wide(folder_));
+    const Text chosen = SystemQuestions().file(designer_->Handle(), false, {}, u"Forms\0*.frm\0"s);
+    SetCurrentDirectoryW(before);
+    EXPECT_TRUE(SameName(chosen, path_)) << Narrow(chosen);
+}
+
+TEST_F(DesignerTest, AFileThatCannotBeWrittenStaysWhole) {
+    Place(u"Label");
+    SetFileAttributesW(Wide(path_), FILE_ATTRIBUTE_READONLY);
+    const int errors = reporter_.Errors();
+    EXPECT_FALSE(designer_->Do(Command::save));
+    EXPECT_EQ(reporter_.Errors(), errors + 1);
+    EXPECT_TRUE(designer_->Form().Dirty());
+    EXPECT_EQ(Bytes(path_), formText);
+    EXPECT_EQ(GetFileAttributesW(Wide(path_ + u".new")), INVALID_FILE_ATTRIBUTES);
+    SetFileAttributesW(Wide(path_), FILE_ATTRIBUTE_NORMAL);
+    // No room for the file that is written aside: a folder has its name.
+    CreateDirectoryW(Wide(path_ + u".new"), nullptr);
+    EXPECT_FALSE(designer_->Do(Command::save));
+    EXPECT_EQ(Bytes(path_), formText);
+    RemoveDirectoryW(Wide(path_ + u".new"));
+    // Somewhere that is not there: the form stays that of its old file.
+    file_ = folder_ + u"\\nowhere\\x.frm";
+    EXPECT_FALSE(designer_->Do(Command::saveAs));
+    EXPECT_EQ(designer_->Path(), path_);
+    // Changed by somebody else meanwhile: asked, and left alone.
+    Write(path_, "Begin Form frmOther\r\nEnd\r\n");
+    EXPECT_FALSE(designer_->Do(Command::save));
+    ASSERT_EQ(asked_.size(), 1u);
+    EXPECT_EQ(Bytes(path_), "Begin Form frmOther\r\nEnd\r\n");
+    answer_ = IDYES;
+    EXPECT_TRUE(designer_->Do(Command::save));
+    EXPECT_NE(Bytes(path_).find("Label1"), std::string::npos);
+}
+
+TEST_F(DesignerTest, NonsenseIsRefusedAndTheOpenFormStays) {
+    for (const char* text : {"", "nonsense", "Begin Label x\r\nEnd\r\n", "Begin Form f\r\n",
+                             "Begin Form f\r\nBegin Label a\r\nEnd\r\nBegin Label A\r\nEnd\r\nEnd\r\n"}) {
+        file_ = folder_ + u"\\bad.frm";
+        Write(file_, text);
+        const int errors = reporter_.Errors();
+        designer_->Do(Command::open);
+        EXPECT_EQ(reporter_.Errors(), errors + 1) << text;
+        EXPECT_EQ(designer_->Path(), path_) << text;
+    }
+    EXPECT_EQ(Names().size(), 3u);
+    file_ = folder_ + u"\\missing.frm";
+    designer_->Do(Command::open);
+    EXPECT_EQ(designer_->Path(), path_);
+}
+
+TEST_F(DesignerTest, WhatCannotBeMadeIsABoxAndIsSavedAsItWas) {
+    const std::string text =
+        "Begin Form frmTest\r\n   Begin Nobody.Knows odd\r\n      Left = 240\r\n      Strange = 7 'kept\r\n"
+        "      Begin Label lblIn\r\n      End\r\n   End\r\n   Begin Test.Broken bad\r\n      Width = 600\r\n   End\r\n"
+        "   Begin Qvx.Button cmdBad\r\n      BackColor = \"no colour\"\r\n      Font = 7\r\n   End\r\nEnd\r\n";
+    const auto broken = MakeObject<ScriptedControl>();
+    broken->loads = E_FAIL;
+    source_.objects[u"Test.Broken"] = ComPtr<IUnknown>(static_cast<IOleObject*>(broken.get()));
+    Open(text);
+    EXPECT_TRUE(dynamic_cast<BrokenControl*>(Control(u"odd")));
+    EXPECT_TRUE(dynamic_cast<BrokenControl*>(Control(u"bad")));
+    designer_->Select({{u"odd"}});
+    Settle();
+    EXPECT_EQ(Saved(), text);
+    designer_->Select({{u"bad"}});
+    EXPECT_TRUE(designer_->Do(Command::remove));
+    EXPECT_EQ(Saved().find("Test.Broken"), std::string::npos);
+}
+
+// --- Property pages.
+
+constexpr CLSID pageClass{0x7B0E2A54, 0x3D1F, 0x4F0B, {0x9C, 0x11, 0x52, 0x40, 0x6A, 0x8E, 0x77, 0x01}};
+
+// A page that sets a caption when it is applied.
+class CaptionPage final : public ComObject<IPropertyPage> {
+  public:
+    bool dirty = false;
+    HRESULT applies = S_OK;
+    std::string calls;
+    ComPtr<IPropertyPageSite> site;
+    ComPtr<IDispatch> object;
+
+    STDMETHODIMP SetPageSite(IPropertyPageSite* given) override {
+        site = ComPtr<IPropertyPageSite>(given);
+        calls += given ? "site " : "nosite ";
+        return S_OK;
+    }
+    STDMETHODIMP Activate(HWND, LPCRECT area, BOOL) override {
+        EXPECT_GE(area->right, 400);
+        EXPECT_GE(area->bottom, 200);
+        calls += "activate ";
+        return S_OK;
+    }
+    STDMETHODIMP Deactivate() override {
+        calls += "deactivate ";
+        return S_OK;
+    }
+    STDMETHODIMP GetPageInfo(PROPPAGEINFO* info) override {
+        info->pszTitle = static_cast<LPOLESTR>(CoTaskMemAlloc(20));
+        lstrcpyW(info->pszTitle, L"Caption");
+        info->pszDocString = nullptr;
+        info->pszHelpFile = nullptr;
+        info->size = {400, 200};
+        return S_OK;
+    }
+    STDMETHODIMP SetObjects(ULONG count, IUnknown** objects) override {
+        object = count ? ComPtr<IUnknown>(objects[0]).As<IDispatch>() : nullptr;
+        return S_OK;
+    }
+    STDMETHODIMP Show(UINT command) override {
+        calls += command == SW_HIDE ? "hide " : "show ";
+        return S_OK;
+    }
+    STDMETHODIMP Move(LPCRECT) override { return S_OK; }
+    STDMETHODIMP IsPageDirty() override { return dirty ? S_OK : S_FALSE; }
+    STDMETHODIMP Apply() override {
+        calls += "apply ";
+        if (FAILED(applies)) return applies;
+        dirty = false;
+        const Variant caption(u"By page");
+        Invoke(object.get(), L"Caption", DISPATCH_PROPERTYPUT, {*caption.ptr()});
+        return S_OK;
+    }
+    STDMETHODIMP Help(LPCOLESTR) override { return E_NOTIMPL; }
+    STDMETHODIMP TranslateAccelerator(MSG*) override { return S_FALSE; }
+
+  private:
+    ~CaptionPage() override = default;
+};
+
+class PageFactory final : public ComObject<IClassFactory> {
+  public:
+    explicit PageFactory(ComPtr<CaptionPage> page) : page_(std::move(page)) {}
+    STDMETHODIMP CreateInstance(IUnknown*, REFIID iid, void** object) override {
+        return page_->QueryInterface(iid, object);
+    }
+    STDMETHODIMP LockServer(BOOL) override { return S_OK; }
+
+  private:
+    ~PageFactory() override = default;
+    ComPtr<CaptionPage> page_;
+};
+
+class PageTest : public DesignerTest {
+  protected:
+    PageTest() : page_(MakeObject<CaptionPage>()) {
+        const auto factory = MakeObject<PageFactory>(page_);
+        CoRegisterClassObject(pageClass, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
+    }
+    ~PageTest() override { CoRevokeClassObject(cookie_); }
+
+    // The frame over cmdOk; what somebody does there runs beside it.
+    bool Ask(std::vector<CLSID> pages, const std::function<void(HWND frame)>& acts) {
+        const auto frame = PropertyFrame::Make(
+            designer_->Handle(), u"cmdOk", dynamic_cast<SitedControl*>(Control(u"cmdOk"))->Object(), pages, source_);
+        test::Person person([&] { acts(WaitForEditor()); });
+        return frame->Ask(designer_->Handle());
+    }
+    Text Caption() { return Call(Members(u"cmdOk").get(), L"Caption").ToText().value_or(Text()); }
+    static HWND ApplyButton(HWND frame) { return FindWindowExW(frame, nullptr, nullptr, L"&Apply"); }
+
+    ComPtr<CaptionPage> page_;
+    DWORD cookie_ = 0;
+};
+
+TEST_F(PageTest, OkAppliesWhatIsDirtyAndTheFormFollows) {
+    EXPECT_TRUE(Ask({pageClass}, [&](HWND frame) {
+        EXPECT_FALSE(IsWindowEnabled(ApplyButton(frame)));
+        TypeKey(VK_RETURN);
+    }));
+    EXPECT_EQ(Caption(), u"OK") << "nothing was dirty";
+    EXPECT_EQ(page_->calls, "site activate show hide deactivate nosite ");
+    page_->calls.clear();
+    page_->dirty = true;
+    EXPECT_TRUE(Ask({pageClass}, [](HWND) { TypeKey(VK_RETURN); }));
+    EXPECT_EQ(Caption(), u"By page");
+    EXPECT_TRUE(WaitFor([&] { return designer_->Form().Dirty(); }));
+    EXPECT_TRUE(designer_->Do(Command::undo));
+    EXPECT_EQ(Caption(), u"OK");
+}
+
+TEST_F(PageTest, CancelAppliesNothingAndApplyStaysOpen) {
+    page_->dirty = true;
+    EXPECT_FALSE(Ask({pageClass}, [](HWND) { TypeKey(VK_ESCAPE); }));
+    EXPECT_EQ(Caption(), u"OK");
+    EXPECT_FALSE(Ask({pageClass}, [&](HWND frame) {
+        PostMessageW(frame, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(ApplyButton(frame)), BN_CLICKED), 0);
+        EXPECT_TRUE(WaitFor([&] { return !page_->dirty; }, 5000, false));
+        Sleep(100);
+        TypeKey(VK_ESCAPE);
+    }));
+    EXPECT_EQ(Caption(), u"By page");
+}
+
+TEST_F(PageTest, APageThatRefusesKeepsTheFrameOpenAndOneThatIsMissingIsLeftOut) {
+    page_->dirty = true;
+    page_->applies = E_FAIL;
+    EXPECT_FALSE(Ask({CLSID{1, 2, 3, {}}, pageClass}, [&](HWND frame) {
+        TypeKey(VK_RETURN);
+        HWND box = nullptr;
+        EXPECT_TRUE(
+            WaitFor([&] { return (box = FindWindowW(L"#32770", nullptr)) != nullptr && GetForegroundWindow() == box; },
+                    8000, false));
+        Sleep(200);
+        TypeKey(VK_RETURN);
+        EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == frame; }, 8000, false));
+        Sleep(200);
+        TypeKey(VK_ESCAPE);
+    }));
+    EXPECT_EQ(Caption(), u"OK");
+    EXPECT_THROW(PropertyFrame::Make(designer_->Handle(), u"x", nullptr, {CLSID{1, 2, 3, {}}}, source_), RunTimeError);
+    EXPECT_THROW(PropertyFrame::Make(designer_->Handle(), u"x", nullptr, {}, source_), RunTimeError);
+}
+
+TEST_F(DesignerTest, NothingStaysBehind) {
+    const auto cycle = [&] {
+        Open(formText);
+        for (const char16_t* name : {u"Qvx.ComboGrid", u"Qvx.TextEdit", u"Qvx.Backup", u"Label", u"ImageList"})
+            Place(name);
+        designer_->Do(Command::selectAll);
+        designer_->Do(Command::remove);
+        while (designer_->Do(Command::undo)) {
+        }
+        designer_.reset();
+    };
+    cycle();
+    cycle();
+    const test::ResourceCounts before = test::CountResources();
+    for (int i = 0; i < 4; ++i) cycle();
+    const test::ResourceCounts after = test::CountResources();
+    EXPECT_EQ(after.windows, before.windows);
+    EXPECT_LE(after.gdiObjects, before.gdiObjects);
+}
+
+}  // namespace
+}  // namespace qvx::host::design

@@ -1,0 +1,758 @@
+// The property list over real controls on a form under design, driven by real keys and clicks.
+#include "host/design/property_list_window.h"
+
+#include <gtest/gtest.h>
+#include <oleacc.h>
+#include <olectl.h>
+
+#include "com/font_object.h"
+#include "tests/control/host_form.h"
+#include "tests/support/input.h"
+#include "tests/support/resource_counts.h"
+#include "tests/support/thread_windows.h"
+#include "win/dpi.h"
+#include "win/wide.h"
+
+namespace qvx::host {
+namespace {
+
+using test::Call;
+using test::TypeKey;
+using test::WaitFor;
+
+class Frame final : public Window {
+  public:
+    explicit Frame(Size size) {
+        Create(WindowClass{L"QvxPropertyTestFrame"}, L"Properties", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0,
+               {700, 40, 700 + size.width, 40 + size.height}, nullptr);
+    }
+};
+
+constexpr char formText[] =
+    "Begin Form frmTest\r\n   Caption = \"Test\"\r\n   ClientWidth = 6000\r\n   ClientHeight = 3000\r\n"
+    "   Begin Qvx.Button cmdOk\r\n      Caption = \"OK\"\r\n      Width = 1200\r\n      Height = 375\r\n   End\r\n"
+    "   Begin Qvx.Button cmdNo\r\n      Caption = \"No\"\r\n      Left = 1500\r\n      Width = 1200\r\n"
+    "      Height = 375\r\n   End\r\n"
+    "   Begin Qvx.TextEdit txtName\r\n      Top = 600\r\n      Width = 1200\r\n      Height = 375\r\n   End\r\n"
+    "   Begin Qvx.ComboGrid grdItems\r\n      Top = 1200\r\n      Width = 2400\r\n      Height = 900\r\n   End\r\n"
+    "   Begin Label lblName\r\n      Caption = \"Name\"\r\n      Left = 3000\r\n      Width = 900\r\n   End\r\n"
+    "End\r\n";
+
+class PropertyListTest : public HostFormTest {
+  protected:
+    PropertyListTest() : frame_({300, 520}) {
+        options_.design = true;
+        Load(formText);
+        list_ = std::make_unique<PropertyListWindow>();
+        list_->onBeforeChange = [this] { told_ += u"before "; };
+        list_->onChanged = [this](TextView name) { told_ += u"changed:" + Text(name) + u" "; };
+        EXPECT_TRUE(list_->Create(frame_.Handle(), frame_.ClientArea()));
+        EXPECT_TRUE(test::BringToFront(frame_.Handle()));
+    }
+
+    PropertyListWindow::Subject SubjectOf(TextView name) {
+        FormControl* control = form_->FindControl(name);
+        const auto own = control->Inner();
+        return {Text(name), ComPtr<IDispatch>(control->Extended()), own, own};
+    }
+    void Show(const std::vector<TextView>& names) {
+        std::vector<PropertyListWindow::Subject> subjects;
+        for (const TextView name : names) subjects.push_back(SubjectOf(name));
+        list_->Show(std::move(subjects), {u"frmTest", u"cmdOk", u"cmdNo", u"txtName", u"grdItems", u"lblName"});
+    }
+    const PropertyRow& Row(TextView name) {
+        const auto row = list_->Table()->FindRow(name);
+        EXPECT_TRUE(row) << test::Narrow(name);
+        static const PropertyRow none;
+        return row ? list_->Table()->Rows()[*row] : none;
+    }
+    bool Has(TextView name) { return list_->Table()->FindRow(name).has_value(); }
+    Variant Value(TextView control, const wchar_t* name) {
+        return Call(form_->FindControl(control)->Inner().get(), name);
+    }
+    void Settle(int milliseconds = 150) {
+        WaitFor([] { return false; }, milliseconds);
+    }
+    // Goes to a property, into its value, as somebody with the keyboard.
+    void Edit(TextView name) {
+        list_->GoTo(name);
+        SetFocus(list_->RowsWindow());
+        TypeKey(VK_TAB);
+        Settle();
+    }
+    void Type(const char* keys) {
+        for (; *keys; ++keys) {
+            const SHORT key = VkKeyScanW(static_cast<wchar_t>(*keys));
+            TypeKey(LOBYTE(key), HIBYTE(key) & 1 ? std::initializer_list<int>{VK_SHIFT} : std::initializer_list<int>{});
+        }
+        Settle();
+    }
+    Text FocusText() { return WindowText(GetFocus()); }
+
+    Frame frame_;
+    std::unique_ptr<PropertyListWindow> list_;
+    Text told_;
+};
+
+TEST_F(PropertyListTest, RowsComeFromTypeInformationAndFromTheHost) {
+    Show({u"cmdOk"});
+    struct Case {
+        const char16_t* name;
+        PropertyKind kind;
+        bool readOnly;
+        const char16_t* text;
+        const char16_t* help;
+    };
+    const Case cases[] = {
+        {u"Caption", PropertyKind::text, false, u"OK",
+         u"The text on the button; the character after an & is its access key."},
+        {u"BackColor", PropertyKind::color, false, u"&H8000000F&", u"The colour of the face."},
+        {u"Behavior", PropertyKind::enumeration, false, u"2 - bSimpleHeavy",
+         u"The border of the button at rest and under the mouse."},
+        {u"DropDown", PropertyKind::boolean, false, u"False", u"Whether an arrow is drawn at the right edge."},
+        {u"Font", PropertyKind::font, false, u"Tahoma, 8.25", u"The font of the caption."},
+        {u"Name", PropertyKind::text, false, u"cmdOk", u"The name by which scripts know the object."},
+        {u"Width", PropertyKind::integer, false, u"1200", u"The width in twips."},
+        {u"Visible", PropertyKind::boolean, false, u"True", u"Whether the object is seen."},
+    };
+    for (const Case& c : cases) {
+        const PropertyRow& row = Row(c.name);
+        const std::string name = test::Narrow(c.name);
+        EXPECT_EQ(row.info.kind, c.kind) << name;
+        EXPECT_EQ(row.info.readOnly, c.readOnly) << name;
+        EXPECT_EQ(test::Narrow(row.reading.text), test::Narrow(c.text)) << name;
+        EXPECT_EQ(test::Narrow(row.info.help), test::Narrow(c.help)) << name;
+    }
+    EXPECT_FALSE(Has(u"Value")) << "it can only be written";
+    EXPECT_FALSE(Has(u"ShowAbout")) << "it is a method";
+    EXPECT_FALSE(Has(u"Object")) << "an object is nothing to edit";
+    const auto& choices = Row(u"Behavior").info.choices;
+    ASSERT_EQ(choices.size(), 3u);
+    EXPECT_EQ(choices[1], (PropertyChoice{u"bFlatHeavy", std::int32_t{1}}));
+}
+
+TEST_F(PropertyListTest, GridsTextBoxesAndLabelsHaveTheirRows) {
+    Show({u"grdItems"});
+    EXPECT_EQ(Row(u"FocusRect").info.choices.size(), 3u);
+    EXPECT_EQ(Row(u"Rows").info.kind, PropertyKind::integer);
+    EXPECT_EQ(Row(u"ForeColor").info.kind, PropertyKind::color);
+    EXPECT_FALSE(Has(u"TextMatrix")) << "it wants a row and a column";
+    Show({u"txtName"});
+    EXPECT_EQ(Row(u"MinValue").info.kind, PropertyKind::real);
+    EXPECT_EQ(Row(u"Alignment").reading.text, u"0 - txtAlignLeft");
+    EXPECT_FALSE(Has(u"Default")) << "it is no button";
+    Show({u"lblName"});
+    EXPECT_EQ(Row(u"Caption").reading.text, u"Name");
+    EXPECT_EQ(Row(u"Alignment").reading.text, u"0 - Left");
+    EXPECT_TRUE(list_->SetValue(u"Alignment", std::int32_t{2}));
+    EXPECT_EQ(Row(u"Alignment").reading.text, u"2 - Center");
+    const HWND label = form_->FindControl(u"lblName")->Window();
+    EXPECT_EQ(GetWindowLongW(label, GWL_STYLE) & SS_TYPEMASK, SS_CENTER);
+    EXPECT_EQ(WindowText(label), u"Name");
+    list_->Show({{u"frmTest", nullptr, ComPtr<IDispatch>(form_->Automation()), nullptr}}, {u"frmTest"});
+    EXPECT_EQ(Row(u"Caption").reading.text, u"Test");
+    EXPECT_EQ(Row(u"Font").info.kind, PropertyKind::font);
+    EXPECT_FALSE(Has(u"ActiveControl"));
+    list_->Show({}, {});
+    EXPECT_TRUE(list_->Table()->Lines().empty());
+}
+
+TEST_F(PropertyListTest, ATextIsTyped) {
+    Show({u"cmdOk"});
+    Edit(u"Caption");
+    EXPECT_EQ(FocusText(), u"OK");
+    Type("Go");
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"OK") << "not before Enter";
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Go");
+    EXPECT_EQ(Row(u"Caption").reading.text, u"Go");
+    EXPECT_EQ(told_, u"before changed:Caption ");
+    Type("Gone");
+    TypeKey(VK_ESCAPE);
+    Settle();
+    EXPECT_EQ(FocusText(), u"Go");
+    TypeKey(VK_DOWN);
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Go") << "what was put back is not applied";
+    EXPECT_EQ(told_, u"before changed:Caption ");
+}
+
+TEST_F(PropertyListTest, LeavingTheFieldApplies) {
+    Show({u"cmdOk"});
+    Edit(u"Caption");
+    Type("Left");
+    TypeKey(VK_DOWN);
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Left");
+    Edit(u"Caption");
+    Type("Gone");
+    SetFocus(frame_.Handle());
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Gone");
+}
+
+TEST_F(PropertyListTest, AnEnumerationIsPickedAndCycled) {
+    Show({u"cmdOk"});
+    Edit(u"Behavior");
+    TypeKey(VK_F4);
+    Settle();
+    ASSERT_EQ(test::ThreadWindows(L"QvxPropertyDropDown").size(), 1u);
+    TypeKey(VK_HOME);
+    TypeKey(VK_DOWN);
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Behavior").ToLong(), 1);
+    EXPECT_EQ(FocusText(), u"1 - bFlatHeavy");
+    EXPECT_TRUE(test::ThreadWindows(L"QvxPropertyDropDown").empty());
+    TypeKey(VK_F4);
+    Settle();
+    TypeKey(VK_UP);
+    TypeKey(VK_ESCAPE);
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Behavior").ToLong(), 1);
+    Type("bsi");
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Behavior").ToLong(), 2);
+    // Two clicks on the value go on to the next choice.
+    test::MoveMouseTo(test::CenterOf(GetFocus()));
+    for (int i = 0; i < 2; ++i) test::LeftButton(true), test::LeftButton(false);
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Behavior").ToLong(), 0);
+}
+
+TEST_F(PropertyListTest, AColorIsPickedFromThePaletteAndFromTheSystems) {
+    Show({u"cmdOk"});
+    list_->GoTo(u"BackColor");
+    SetFocus(list_->RowsWindow());
+    Settle();
+    TypeKey(VK_F4);  // on the system's colours: the present one is among them
+    Settle();
+    TypeKey(VK_HOME);
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(Row(u"BackColor").reading.text, u"&H80000000&");
+    EXPECT_TRUE(list_->SetValue(u"BackColor", std::int32_t{0xFFFFFF}));
+    TypeKey(VK_F4);
+    Settle();
+    TypeKey(VK_DOWN);
+    TypeKey(VK_RIGHT);
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(Row(u"BackColor").reading.text, u"&H00C0E0FF&");
+    EXPECT_EQ(GetFocus(), list_->RowsWindow());
+    Edit(u"BackColor");
+    Type("Highlight");
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(Row(u"BackColor").reading.text, u"&H8000000D&");
+}
+
+TEST_F(PropertyListTest, AFontAndAPictureAreWrittenAsTheirDialogsDo) {
+    Show({u"cmdOk", u"cmdNo"});
+    FontSpec font;
+    font.face = u"Tahoma";
+    font.points = 12;
+    font.weight = FW_BOLD;
+    EXPECT_TRUE(list_->SetValue(u"Font", font));
+    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 12");
+    const auto first = Value(u"cmdOk", L"Font").ToObject<IFont>();
+    const auto second = Value(u"cmdNo", L"Font").ToObject<IFont>();
+    EXPECT_EQ(ReadFontObject(first.get()), font);
+    EXPECT_FALSE(first == second) << "each has a font of its own";
+    Show({u"cmdOk"});
+    EXPECT_FALSE(list_->SetPicture(u"Caption", u""));
+    EXPECT_FALSE(list_->SetValue(u"NoSuch", true));
+}
+
+TEST_F(PropertyListTest, WhatIsRefusedIsSaidAndPutBack) {
+    Show({u"cmdOk"});
+    Edit(u"Behavior");
+    Type("9");
+    Text said;
+    {
+        test::Person person([&said] {
+            HWND box = nullptr;
+            EXPECT_TRUE(
+                WaitFor([&] { return (box = FindWindowW(L"#32770", nullptr)) != nullptr && IsWindowVisible(box); },
+                        5000, false));
+            Sleep(200);
+            said = WindowText(GetDlgItem(box, 0xFFFF));
+            PostMessageW(box, WM_COMMAND, IDOK, 0);
+        });
+        TypeKey(VK_RETURN);
+        EXPECT_TRUE(WaitFor([&] { return !said.empty() && !FindWindowW(L"#32770", nullptr); }));
+    }
+    Settle();
+    EXPECT_EQ(said, u"Behavior: Invalid property value");
+    EXPECT_EQ(Row(u"Behavior").reading.text, u"2 - bSimpleHeavy");
+    EXPECT_EQ(FocusText(), u"2 - bSimpleHeavy");
+    EXPECT_TRUE(told_.empty());
+}
+
+TEST_F(PropertyListTest, SeveralObjectsAreWrittenAtOnce) {
+    Show({u"cmdOk", u"cmdNo"});
+    EXPECT_FALSE(Has(u"Name"));
+    EXPECT_EQ(Row(u"Caption").reading.text, u"");
+    EXPECT_EQ(Row(u"Width").reading.text, u"1200");
+    Edit(u"Caption");
+    Type("Both");
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Both");
+    EXPECT_EQ(Value(u"cmdNo", L"Caption").ToText(), u"Both");
+    Show({u"cmdOk", u"txtName", u"grdItems"});
+    EXPECT_TRUE(Has(u"Enabled"));
+    EXPECT_FALSE(Has(u"Caption"));
+    EXPECT_TRUE(list_->SetValue(u"Enabled", false));
+    for (const TextView name : {u"cmdOk", u"txtName", u"grdItems"})
+        EXPECT_EQ(Value(name, L"Enabled").ToBool(), false) << test::Narrow(name);
+    told_.clear();
+    EXPECT_FALSE(list_->SetValue(u"Width", std::int32_t{-1}));
+    MSG message;
+    EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_APP + 1, WM_APP + 1, PM_REMOVE)) << "the message to the user";
+    EXPECT_EQ(told_, u"before ") << "nothing has changed";
+}
+
+TEST_F(PropertyListTest, KeysWalkAndSearch) {
+    Show({u"cmdOk"});
+    const HWND rows = list_->RowsWindow();
+    list_->GoTo(u"Name");
+    SetFocus(rows);
+    ComPtr<IAccessible> accessible;
+    ASSERT_TRUE(SUCCEEDED(
+        AccessibleObjectFromWindow(rows, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible, accessible.put_void())));
+    const auto current = [&] {
+        VARIANT focus{};
+        accessible->get_accFocus(&focus);
+        Bstr name;
+        accessible->get_accName(focus, name.put());
+        return test::Narrow(name.ToText());
+    };
+    Settle();
+    EXPECT_EQ(current(), "Name");
+    TypeKey(VK_DOWN);
+    Settle();
+    EXPECT_EQ(current(), "BackColor");
+    TypeKey(VK_END);
+    Settle();
+    EXPECT_EQ(current(), "Width");
+    TypeKey(VK_PRIOR);
+    Settle();
+    EXPECT_NE(current(), "Width");
+    TypeKey(VK_HOME);
+    Type("fo");
+    EXPECT_EQ(current(), "Focus");
+    Type("n");
+    EXPECT_EQ(current(), "Font");
+    TypeKey('C', {VK_CONTROL, VK_SHIFT});
+    Settle();
+    EXPECT_EQ(current(), "Cancel");
+    TypeKey('C', {VK_CONTROL, VK_SHIFT});
+    Settle();
+    EXPECT_EQ(current(), "Caption");
+    // What assistive programs read and do.
+    VARIANT item{};
+    item.vt = VT_I4;
+    long count = 0;
+    ASSERT_EQ(accessible->get_accChildCount(&count), S_OK);
+    EXPECT_EQ(static_cast<std::size_t>(count), list_->Table()->Lines().size());
+    item.lVal = static_cast<long>(*list_->Table()->LineOf(u"Caption")) + 1;
+    Bstr value;
+    EXPECT_EQ(accessible->get_accValue(item, value.put()), S_OK);
+    EXPECT_EQ(value.View(), u"OK");
+    VARIANT role{};
+    accessible->get_accRole(item, &role);
+    EXPECT_EQ(role.lVal, ROLE_SYSTEM_LISTITEM);
+    item.lVal = count + 1;
+    EXPECT_EQ(accessible->get_accRole(item, &role), E_INVALIDARG);
+}
+
+// An object whose members the test chooses: by names alone, or with a description of its own.
+class HostileObject final : public ComObject<UntypedDispatch> {
+  public:
+    std::function<HRESULT(WORD flags, DISPPARAMS*, VARIANT*, EXCEPINFO*)> invoke;
+    ComPtr<ITypeInfo> info;
+
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** out) override {
+        *out = info.copy();
+        return info ? S_OK : E_FAIL;
+    }
+    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
+                        UINT*) override {
+        return invoke(flags, arguments, result, exception);
+    }
+
+  private:
+    ~HostileObject() override = default;
+};
+
+class HostileObjects : public PropertyListTest {
+  protected:
+    HostileObjects() : object_(MakeObject<HostileObject>()) {
+        // The description of a real control, with members of every kind, over an object that does as it likes.
+        SubjectOf(u"grdItems").own->GetTypeInfo(0, LOCALE_USER_DEFAULT, object_->info.put());
+    }
+    void ShowIt() { list_->Show({{u"bad", nullptr, object_, nullptr}}, {u"bad"}); }
+
+    ComPtr<HostileObject> object_;
+};
+
+TEST_F(HostileObjects, WhatCannotBeReadIsShownEmpty) {
+    struct Case {
+        const char* what;
+        std::function<HRESULT(VARIANT*, EXCEPINFO*)> get;
+        const char16_t* text;  // of the whole number Rows
+    };
+    static VARIANT itself{};
+    itself.vt = VT_BYREF | VT_VARIANT;
+    itself.pvarVal = &itself;
+    static long number = 17;
+    const Case cases[] = {
+        {"error 393",
+         [](VARIANT*, EXCEPINFO* exception) {
+             exception->scode = static_cast<SCODE>(0x800A0189);
+             exception->bstrDescription = SysAllocString(L"Get not supported at run time");
+             return DISP_E_EXCEPTION;
+         },
+         u""},
+        {"failure", [](VARIANT*, EXCEPINFO*) { return E_FAIL; }, u""},
+        {"an exception", [](VARIANT*, EXCEPINFO*) -> HRESULT { throw std::runtime_error("out"); }, u""},
+        {"nothing", [](VARIANT*, EXCEPINFO*) { return S_OK; }, u"0"},
+        {"a reference to itself",
+         [](VARIANT* result, EXCEPINFO*) {
+             *result = itself;
+             return S_OK;
+         },
+         u""},
+        {"a reference",
+         [](VARIANT* result, EXCEPINFO*) {
+             result->vt = VT_BYREF | VT_I4;
+             result->plVal = &number;
+             return S_OK;
+         },
+         u"17"},
+        {"a text",
+         [](VARIANT* result, EXCEPINFO*) {
+             *result = Variant(u"no number").detach();
+             return S_OK;
+         },
+         u""},
+        {"an array",
+         [](VARIANT* result, EXCEPINFO*) {
+             result->vt = VT_ARRAY | VT_I4;
+             result->parray = SafeArrayCreateVector(VT_I4, 0, 3);
+             return S_OK;
+         },
+         u""},
+        {"no object",
+         [](VARIANT* result, EXCEPINFO*) {
+             result->vt = VT_DISPATCH;
+             result->pdispVal = nullptr;
+             return S_OK;
+         },
+         u""},
+    };
+    for (const Case& c : cases) {
+        object_->invoke = [&c](WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO* exception) {
+            return c.get(result, exception);
+        };
+        ShowIt();
+        ASSERT_GT(list_->Table()->Rows().size(), 40u) << c.what;
+        EXPECT_EQ(test::Narrow(Row(u"Rows").reading.text), test::Narrow(c.text)) << c.what;
+        list_->SetOrder(PropertyOrder::categorized);
+        UpdateWindow(list_->RowsWindow());
+        list_->SetOrder(PropertyOrder::alphabetic);
+    }
+}
+
+TEST_F(HostileObjects, ObjectsMayChangeTheListWhileTheyAreAsked) {
+    int depth = 0;
+    object_->invoke = [&](WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*) {
+        if (++depth < 4) {
+            ShowIt();
+        } else if (depth == 100) {
+            Show({u"cmdOk"});
+        }
+        *result = Variant(1).detach();
+        return S_OK;
+    };
+    ShowIt();
+    EXPECT_TRUE(Has(u"Caption")) << "the last call counts";
+    EXPECT_FALSE(Has(u"Rows"));
+    // Gone in the middle of a write, with the object's last reference.
+    object_->invoke = [](WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*) {
+        if (result) *result = Variant(1).detach();
+        return S_OK;
+    };
+    ShowIt();
+    SetFocus(list_->RowsWindow());
+    HostileObject* const alone = object_.get();
+    alone->invoke = [&](WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO*) {
+        if (flags & DISPATCH_PROPERTYPUT) list_.reset();
+        if (result) *result = Variant(1).detach();
+        return S_OK;
+    };
+    object_.reset();
+    list_->GoTo(u"Rows");
+    TypeKey(VK_TAB);
+    Settle();
+    Type("7");
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(list_, nullptr);
+}
+
+// A button's description over a control that knows words and choices of its own, and has pages.
+class TalkativeControl final : public ComObject<UntypedDispatch, IPerPropertyBrowsing, ISpecifyPropertyPages> {
+  public:
+    ComPtr<ITypeInfo> info;
+    std::map<DISPID, Variant> values;
+
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** out) override {
+        *out = info.copy();
+        return S_OK;
+    }
+    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result, EXCEPINFO*,
+                        UINT*) override {
+        if (flags & DISPATCH_PROPERTYPUT) {
+            values[member] = Variant(arguments->rgvarg[0]);
+        } else {
+            *result = Variant(values[member]).detach();
+        }
+        return S_OK;
+    }
+    STDMETHODIMP GetDisplayString(DISPID member, BSTR* text) override {
+        if (member != DISPID_FOCUSRECT) return S_FALSE;
+        *text = NewBstr(u"as it comes");
+        return S_OK;
+    }
+    STDMETHODIMP MapPropertyToPage(DISPID, CLSID*) override { return PERPROP_E_NOPAGEAVAILABLE; }
+    STDMETHODIMP GetPredefinedStrings(DISPID member, CALPOLESTR* names, CADWORD* cookies) override {
+        if (member != DISPID_CAPTION) return E_NOTIMPL;
+        const wchar_t* const words[] = {L"Short", L"Broken", L"Long"};
+        names->cElems = 3;
+        names->pElems = static_cast<LPOLESTR*>(CoTaskMemAlloc(3 * sizeof(LPOLESTR)));
+        cookies->cElems = 3;
+        cookies->pElems = static_cast<DWORD*>(CoTaskMemAlloc(3 * sizeof(DWORD)));
+        for (DWORD i = 0; i < 3; ++i) {
+            const std::size_t bytes = (wcslen(words[i]) + 1) * sizeof(wchar_t);
+            names->pElems[i] = static_cast<LPOLESTR>(memcpy(CoTaskMemAlloc(bytes), words[i], bytes));
+            cookies->pElems[i] = 40 + i;
+        }
+        return S_OK;
+    }
+    STDMETHODIMP GetPredefinedValue(DISPID, DWORD cookie, VARIANT* value) override {
+        if (cookie == 41) return E_FAIL;
+        *value = Variant(cookie == 40 ? u"s" : u"a long caption").detach();
+        return S_OK;
+    }
+    STDMETHODIMP GetPages(CAUUID* pages) override {
+        pages->cElems = 1;
+        pages->pElems = static_cast<GUID*>(CoTaskMemAlloc(sizeof(GUID)));
+        *pages->pElems = {};
+        return S_OK;
+    }
+
+    static constexpr DISPID DISPID_FOCUSRECT = 1;
+
+  private:
+    ~TalkativeControl() override = default;
+};
+
+TEST_F(PropertyListTest, AControlMayOfferWordsChoicesAndPages) {
+    const auto control = MakeObject<TalkativeControl>();
+    SubjectOf(u"cmdOk").own->GetTypeInfo(0, LOCALE_USER_DEFAULT, control->info.put());
+    control->values[DISPID_CAPTION] = Variant(u"s");
+    control->values[TalkativeControl::DISPID_FOCUSRECT] = Variant(true);
+    std::vector<std::size_t> pages;
+    list_->onPages = [&](std::size_t subject) { pages.push_back(subject); };
+    const PropertyListWindow::Subject subject{u"x", nullptr, control,
+                                              ComPtr<IUnknown>(static_cast<IDispatch*>(control.get()))};
+    list_->Show({subject}, {u"x"});
+    EXPECT_EQ(Row(u"FocusRect").reading.text, u"as it comes");
+    EXPECT_EQ(Row(u"Caption").reading.text, u"Short");
+    EXPECT_EQ(Row(u"Caption").info.choices.size(), 2u) << "what has no value is no choice";
+    Edit(u"Caption");
+    TypeKey(VK_F4);
+    Settle();
+    TypeKey(VK_END);
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(control->values[DISPID_CAPTION].ToText(), u"a long caption");
+    Type("mine");
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(control->values[DISPID_CAPTION].ToText(), u"mine");
+    list_->GoTo(u"Custom");
+    SetFocus(list_->RowsWindow());
+    TypeKey(VK_RETURN);
+    Settle();
+    EXPECT_EQ(pages, std::vector<std::size_t>{0});
+    list_->Show({subject, subject}, {u"x", u"x"});
+    EXPECT_FALSE(Has(u"Custom"));
+}
+
+// The system's dialogs, with somebody in front of them.
+TEST_F(PropertyListTest, ColoursAndFontsComeFromTheSystemsDialogs) {
+    const auto person = [](const std::function<void()>& acts) {
+        return std::make_unique<test::Person>([acts] {
+            HWND dialog = nullptr;
+            EXPECT_TRUE(WaitFor(
+                [&] {
+                    dialog = FindWindowW(L"#32770", nullptr);
+                    return dialog && IsWindowVisible(dialog) && GetForegroundWindow() == dialog;
+                },
+                8000, false));
+            Sleep(300);
+            acts();
+        });
+    };
+    const auto open = [&](TextView name) {
+        list_->GoTo(name);
+        SetFocus(list_->RowsWindow());
+        TypeKey(VK_F4);
+        Settle(400);
+    };
+    const auto number = [](int value) {
+        for (const char digit : std::to_string(value)) TypeKey(digit);
+    };
+    Show({u"cmdOk"});
+    {
+        const auto someone = person([&] {
+            TypeKey('S', {VK_MENU});  // the size
+            number(14);
+            Sleep(200);
+            TypeKey(VK_RETURN);
+        });
+        open(u"Font");
+    }
+    const auto font = Value(u"cmdOk", L"Font").ToObject<IDispatch>();
+    EXPECT_EQ(Call(font.get(), L"Size").ToLong(), 14);
+    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 14.25");
+    {
+        const auto someone = person([] { TypeKey(VK_ESCAPE); });
+        open(u"Font");
+    }
+    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 14.25") << "called off";
+    // From the box of colours by its button.
+    open(u"BackColor");
+    TypeKey(VK_TAB);
+    Settle();
+    EXPECT_EQ(FocusText(), u"&Other...");
+    {
+        const auto someone = person([&] {
+            for (const auto& [key, value] : {std::pair('R', 16), std::pair('G', 32), std::pair('B', 48)}) {
+                TypeKey(key, {VK_MENU});
+                Sleep(100);
+                number(value);
+            }
+            Sleep(200);
+            TypeKey(VK_RETURN);
+        });
+        TypeKey(VK_RETURN);
+        Settle(400);
+    }
+    EXPECT_EQ(Value(u"cmdOk", L"BackColor").ToLong(), 0x302010);
+}
+
+TEST_F(PropertyListTest, ATextOfSeveralLinesIsTypedInItsBox) {
+    Show({u"cmdOk"});
+    EXPECT_TRUE(list_->SetValue(u"Caption", Text(u"one\ntwo")));
+    EXPECT_EQ(Row(u"Caption").reading.text, u"one\\ntwo");
+    Edit(u"Caption");
+    TypeKey(VK_F4);
+    Settle();
+    EXPECT_EQ(FocusText(), u"one\r\ntwo");
+    TypeKey(VK_RETURN, {VK_CONTROL});
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"one\ntwo") << "left alone, it stays what it was";
+    TypeKey(VK_F4);
+    Settle();
+    Type("a");
+    TypeKey(VK_RETURN);
+    Type("b");
+    TypeKey(VK_RETURN, {VK_CONTROL});
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"a\r\nb");
+    EXPECT_EQ(FocusText(), u"a\\r\\nb");
+    // Leaving the box applies as well; Escape does not.
+    TypeKey(VK_F4);
+    Settle();
+    Type("c");
+    SetActiveWindow(frame_.Handle());
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"c");
+    list_->GoTo(u"Caption");
+    TypeKey(VK_F4);
+    Settle();
+    Type("d");
+    TypeKey(VK_ESCAPE);
+    Settle();
+    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"c");
+}
+
+TEST_F(PropertyListTest, TheSelectorAndTheTabsLeadOn) {
+    std::vector<std::size_t> picked;
+    list_->onSelect = [&](std::size_t index) {
+        picked.push_back(index);
+        if (index == 3) Show({u"txtName"});
+    };
+    Show({u"cmdOk"});
+    const HWND selector = FindWindowExW(list_->Handle(), nullptr, L"ComboBox", nullptr);
+    EXPECT_EQ(SendMessageW(selector, CB_GETCURSEL, 0, 0), 1);
+    SetFocus(selector);
+    TypeKey(VK_DOWN);
+    TypeKey(VK_DOWN);
+    Settle();
+    EXPECT_EQ(picked, (std::vector<std::size_t>{2, 3}));
+    EXPECT_TRUE(Has(u"MinValue"));
+    // Tab: the tabs, the rows' names, the value, and round to the selector.
+    TypeKey(VK_TAB);
+    TypeKey(VK_RIGHT);
+    Settle();
+    EXPECT_EQ(list_->Table()->Order(), PropertyOrder::categorized);
+    TypeKey(VK_TAB);
+    Settle();
+    EXPECT_EQ(GetFocus(), list_->RowsWindow());
+    list_->GoTo(u"Text");
+    TypeKey(VK_TAB);
+    Settle();
+    EXPECT_EQ(GetParent(GetFocus()), list_->RowsWindow());
+    TypeKey(VK_TAB, {VK_SHIFT});
+    Settle();
+    EXPECT_EQ(GetFocus(), list_->RowsWindow());
+    TypeKey(VK_TAB);
+    TypeKey(VK_TAB);
+    Settle();
+    EXPECT_EQ(GetFocus(), selector);
+}
+
+TEST_F(PropertyListTest, EverySizeWillDoAndNothingStaysBehind) {
+    const auto make = [&](int width) {
+        PropertyListWindow list;
+        ASSERT_TRUE(list.Create(frame_.Handle(), {0, 0, width, width * 2}));
+        list.Show({SubjectOf(u"grdItems")}, {u"grdItems"});
+        list.SetOrder(PropertyOrder::categorized);
+        UpdateWindow(list.RowsWindow());
+        RECT rows{};
+        GetWindowRect(list.RowsWindow(), &rows);
+        EXPECT_GE(rows.bottom, rows.top);
+        if (width == 300) {
+            EXPECT_GT(rows.bottom - rows.top, 200);
+        }
+    };
+    for (const int dots : {96, 192}) {
+        const DpiOverride dpi({dots, dots});
+        for (const int width : {0, 1, 40, 300, 3000}) make(width);
+        const test::ResourceCounts before = test::CountResources();
+        for (int i = 0; i < 5; ++i) make(300);
+        const test::ResourceCounts after = test::CountResources();
+        EXPECT_EQ(after.windows, before.windows);
+        EXPECT_LE(after.gdiObjects, before.gdiObjects);
+    }
+}
+
+}  // namespace
+}  // namespace qvx::host

@@ -1,0 +1,94 @@
+# Opening a form in the designer, by hand or by a key script.
+# shellcheck shell=bash
+
+# What the designer's caption begins with, also while there is a "*" behind it.
+designer_title() { basename "$1"; }
+
+# copy_form FORM FOLDER: the form with its script and the pictures beside it into an empty folder, for whoever changes it unattended.
+# The copy's name is left in `copied_form`.
+copy_form() {
+  local form=$1 folder=$2 file suffix
+  rm -rf "${folder:?}"
+  mkdir -p "$folder"
+  for file in "$form" "${form%.frm}.vbs" "${form%.frm}.js"; do
+    [[ ! -f $file ]] || cp "$file" "$folder/"
+  done
+  for suffix in bmp ico gif jpg png; do
+    for file in "$(dirname "$form")"/*."$suffix"; do
+      [[ ! -f $file ]] || cp "$file" "$folder/"
+    done
+  done
+  copied_form=$folder/$(basename "$form")
+}
+
+# start_designer FORM LOG SAVE: leaves its process group in `host_group`.
+start_designer() {
+  local form=$1 log=$2 save=$3 arguments
+  arguments=(--design)
+  [[ -z $form ]] || arguments+=("$(windows_path "$form")")
+  arguments+=(--log "$(windows_path "$log")")
+  [[ -z $save ]] || arguments+=(--save "$(windows_path "$save")")
+  start_group run_windows "${demo_limit:-86400}" "$host_program" "${arguments[@]}" >"$logs/qvxhost.log" 2>&1
+  host_group=$group
+}
+
+# run_designer FORM KEYS SCREENSHOT LOG SAVE: a prefix and a display must be there. Unattended when there is a key script or a
+# screenshot to take.
+run_designer() {
+  local form=$1 keys=$2 screenshot=$3 log=$4 save=$5 title status=0
+  title=$(designer_title "${form:-Form1}")
+  : >"$log"
+  register_server "$ocx" || {
+    warn "The component server could not be registered."
+    return 1
+  }
+  if [[ -z $keys && -z $screenshot ]]; then
+    start_designer "$form" "$log" "$save"
+    say "The designer is open; close its window to end."
+    wait "$host_group" || status=$?
+  else
+    demo_limit=600 start_designer "$form" "$log" "$save"
+    attend_host "$title" "$keys" "$screenshot" "$log" || status=$?
+  fi
+  if ((status != 0)); then
+    tail -n 20 "$logs/qvxhost.log" "$log" >&2
+  fi
+  return "$status"
+}
+
+qvx_design() {
+  local form='' keys='' screenshot='' log='' save='' virtual=''
+  while ((${#})); do
+    case $1 in
+      --keys | --screenshot | --log | --save)
+        (($# > 1)) || die "$1 needs a file name."
+        printf -v "${1#--}" '%s' "$(from_caller "$2")"
+        shift
+        ;;
+      --virtual) virtual=virtual ;;
+      -*) die "There is no option '$1' (see ./qvx help)." ;;
+      *) form=$(from_caller "$1") ;;
+    esac
+    shift
+  done
+  [[ -z $form || -f $form ]] || die "There is no form $form."
+  [[ -z $keys || -f $keys ]] || die "There is no key script $keys."
+  build x64 --target qvx_server qvxhost || die "The build failed."
+  need "${packages_display[@]}"
+  mkdir -p "$root/build/design"
+  log=${log:-$root/build/design/designer.log}
+  if [[ -z $keys && -z $screenshot ]] && { [[ -n $virtual ]] || ! display_is_reachable; }; then
+    screenshot=$root/build/design/designer.png
+    say "There is no display to show it on: it opens by itself and leaves a picture."
+  fi
+  if [[ -n $form && -n $keys$screenshot ]]; then
+    copy_form "$form" "$root/build/design/$(basename "$form" .frm)"
+    form=$copied_form
+    say "Working on a copy: $form"
+  fi
+  start_wine
+  use_display $virtual
+  run_designer "$form" "$keys" "$screenshot" "$log" "$save" || die "The designer failed."
+  [[ -z $screenshot ]] || say "Picture: $screenshot"
+  [[ -z $save ]] || say "Saved form: $save"
+}
