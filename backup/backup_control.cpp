@@ -1,25 +1,29 @@
 #include "backup/backup_control.h"
 
 #include "backup/backup_dialog.h"
-#include "backup/control_picture.h"
 #include "backup/dialog_environment_win32.h"
 #include "backup/names.h"
 #include "backup/procedure.h"
-#include "common/about_dialog.h"
+#include "elements/surface/block_picture.h"
 #include "forms/msgbox/show_message.h"
 #include "server/error_report.h"
 #include "server/resource.h"
-#include "win/dpi.h"
 
 namespace qvx::backup {
+
+namespace {
+constexpr Size twips{270, 270};
+}
 
 const ControlClass BackupControl::classInfo{&CLSID_Backup,
                                             &DIID___Backup,
                                             L"Backup",
                                             L"Saves a database to an archive and brings it back",
                                             QVX_TOOLBOX_BACKUP,
-                                            usualMiscStatus | OLEMISC_INVISIBLEATRUNTIME | OLEMISC_NOUIACTIVATE,
+                                            invisibleMiscStatus,
                                             &CreateControl<BackupControl>};
+
+BackupControl::BackupControl() : InvisibleControl(classInfo, twips) {}
 
 const PropertyTable& BackupControl::Properties() {
     using C = BackupControl;
@@ -53,13 +57,6 @@ const PropertyTable& BackupControl::Properties() {
     return table;
 }
 
-HWND BackupControl::OwnerWindow() {
-    const auto form = ReadMember(Host().Form().get(), L"hWnd");
-    const auto number = form ? form->ToLong() : std::nullopt;
-    const HWND window = number ? reinterpret_cast<HWND>(static_cast<INT_PTR>(*number)) : nullptr;
-    return IsWindow(window) ? window : GetActiveWindow();
-}
-
 void BackupControl::Run(Mode mode, HWND owner) {
     // A host may set properties from a timer while the dialog is open; what was begun goes on as it was.
     const Settings settings = settings_;
@@ -90,19 +87,18 @@ STDMETHODIMP BackupControl::Show(ActionType* action) {
     });
 }
 
-STDMETHODIMP BackupControl::ShowAbout() {
-    return Guard([&] {
-        const DialogScope scope(*this);
-        ShowAboutBox(OwnerWindow());
-    });
-}
-
-Size BackupControl::DefaultPixelSize() const { return TwipsToPixels(controlSize, Dpi{}); }
-
-void BackupControl::OnResize(Size) { RequestPixelSize(TwipsToPixels(controlSize, WindowDpi(WindowHandle()))); }
-
-void BackupControl::DrawControl(Surface& surface, const Rect& area) {
-    if (!UserMode()) PaintControlPicture(surface, area);
+// A disk.
+void BackupControl::DrawPicture(Surface& surface, const Rect& area) {
+    constexpr OleColor body = Rgb(0, 0, 128);
+    constexpr OleColor paper = Rgb(255, 255, 255);
+    constexpr OleColor metal = Rgb(192, 192, 192);
+    static const PictureBlock disk[] = {
+        {{3, 3, 15, 15}, body},    // the case
+        {{5, 8, 13, 15}, paper},   // the label
+        {{6, 10, 12, 11}, metal},  // and what is written on it
+        {{6, 12, 12, 13}, metal}, {{6, 3, 12, 7}, metal}, {{10, 4, 11, 6}, body},
+    };
+    DrawBlockPicture(surface, area, 18, disk);
 }
 
 }  // namespace qvx::backup

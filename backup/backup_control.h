@@ -6,15 +6,15 @@
 #include "Qvx.h"
 #include "backup/settings.h"
 #include "com/members.h"
-#include "server/control.h"
+#include "server/invisible_control.h"
 
 namespace qvx::backup {
 
-class BackupControl final : public Control<_Backup> {
+class BackupControl final : public InvisibleControl<_Backup> {
   public:
     static const ControlClass classInfo;
 
-    BackupControl() : Control(classInfo) {}
+    BackupControl();
 
     const PropertyTable& Properties() override;
 
@@ -43,12 +43,9 @@ class BackupControl final : public Control<_Backup> {
 
     // Any number but 0 opens the dialog for a backup. What `action` points to is left as it is; null is E_POINTER.
     STDMETHODIMP Show(ActionType* action) override;
-    STDMETHODIMP ShowAbout() override;
 
   protected:
-    Size DefaultPixelSize() const override;
-    void OnResize(Size size) override;
-    void DrawControl(Surface& surface, const Rect& area) override;
+    void DrawPicture(Surface& surface, const Rect& area) override;
 
   private:
     ~BackupControl() override = default;
@@ -62,8 +59,6 @@ class BackupControl final : public Control<_Backup> {
     HRESULT Put(TextView name, Value Settings::*field, Given given) {
         return Put(name, [&] { settings_.*field = FromHost<Value>(given); });
     }
-    // The form's window; the control itself has none to see.
-    HWND OwnerWindow();
     void Run(Mode mode, HWND owner);
 
     Settings settings_;

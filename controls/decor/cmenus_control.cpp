@@ -1,6 +1,7 @@
 #include "controls/decor/cmenus_control.h"
 
 #include "controls/decor/menu_page_object.h"
+#include "elements/surface/block_picture.h"
 #include "server/resource.h"
 
 namespace qvx::decor {
@@ -12,7 +13,7 @@ constexpr Size twips{220, 220};
 const ControlClass CMenusControl::classInfo{&CLSID_CMenus,
                                             &DIID___CMenus,
                                             L"CMenus",
-                                            L"Qvx.CMenus",
+                                            L"Shows pictures beside the items of its form's menus",
                                             QVX_TOOLBOX_CMENUS,
                                             invisibleMiscStatus,
                                             &CreateControl<CMenusControl>};
@@ -65,28 +66,25 @@ MenuSource CMenusControl::Read() {
 }
 
 void CMenusControl::Follow(bool working) {
-    const HWND form = working ? Host().FormWindow(InPlaceActive() ? WindowHandle() : nullptr) : nullptr;
+    const HWND form = working ? Host().FormWindow(PlacedWindow()) : nullptr;
     if (form == images_.Form()) return;
     images_.End();
     if (form) images_.Start(form);
 }
 
-// A menu of three items with pictures, on a field of so many steps each way.
+// A menu of three items with pictures.
 void CMenusControl::DrawPicture(Surface& surface, const Rect& area) {
-    constexpr int steps = 15;
-    const auto fill = [&](int left, int top, int right, int bottom, OleColor color) {
-        const auto x = [&](int step) { return area.left + ScaleRounded(step, area.Width(), steps); };
-        const auto y = [&](int step) { return area.top + ScaleRounded(step, area.Height(), steps); };
-        surface.FillRect({x(left), y(top), x(right), y(bottom)}, color);
+    constexpr OleColor bar = Rgb(0, 0, 128);
+    static const PictureBlock menu[] = {
+        {{2, 2, 13, 4}, bar},
+        {{3, 5, 5, 7}, Rgb(200, 40, 40)},
+        {{6, 6, 12, 7}, colors::buttonText},
+        {{3, 8, 5, 10}, Rgb(40, 150, 60)},
+        {{6, 9, 12, 10}, colors::buttonText},
+        {{3, 11, 5, 13}, Rgb(40, 80, 200)},
+        {{6, 12, 12, 13}, colors::buttonText},
     };
-    surface.FillRect(area, colors::buttonFace);
-    surface.DrawEdge(area, edge::raised, edge::allSides);
-    constexpr OleColor pictures[] = {Rgb(200, 40, 40), Rgb(40, 150, 60), Rgb(40, 80, 200)};
-    fill(2, 2, 13, 4, Rgb(0, 0, 128));
-    for (int i = 0; i < 3; ++i) {
-        fill(3, 5 + 3 * i, 5, 7 + 3 * i, pictures[i]);
-        fill(6, 6 + 3 * i, 12, 7 + 3 * i, colors::buttonText);
-    }
+    DrawBlockPicture(surface, area, 15, menu);
 }
 
 }  // namespace qvx::decor

@@ -11,7 +11,7 @@ constexpr Size twips{180, 225};
 const ControlClass FlatBorderControl::classInfo{&CLSID_FlatBorder,
                                                 &DIID___FlatBorder,
                                                 L"FlatBorder",
-                                                L"Qvx.FlatBorder",
+                                                L"Paints a flat border in two colours around its container",
                                                 QVX_TOOLBOX_FLATBORDER,
                                                 invisibleMiscStatus,
                                                 &CreateControl<FlatBorderControl>};
@@ -55,7 +55,7 @@ void FlatBorderControl::Take(OleColor BorderColors::*color, OleColor value) {
 }
 
 void FlatBorderControl::Follow(bool working) {
-    const HWND window = working ? Host().ContainerWindow(InPlaceActive() ? WindowHandle() : nullptr) : nullptr;
+    const HWND window = working ? Host().ContainerWindow(PlacedWindow()) : nullptr;
     if (window == border_.Window()) return;
     border_.End();
     if (window) border_.Start(window, colors_);

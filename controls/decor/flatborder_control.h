@@ -2,8 +2,8 @@
 #pragma once
 
 #include "Qvx.h"
-#include "controls/decor/invisible_control.h"
 #include "controls/decor/window_border_win32.h"
+#include "server/invisible_control.h"
 
 namespace qvx::decor {
 

@@ -1,14 +1,12 @@
 // What controls that nobody sees at run time have in common: `I` is the dual interface. Windows only.
 #pragma once
 
-#include <utility>
-
 #include "com/members.h"
 #include "common/about_dialog.h"
 #include "server/control.h"
 #include "win/dpi.h"
 
-namespace qvx::decor {
+namespace qvx {
 
 constexpr DWORD invisibleMiscStatus = usualMiscStatus | OLEMISC_INVISIBLEATRUNTIME | OLEMISC_NOUIACTIVATE;
 
@@ -18,7 +16,7 @@ class InvisibleControl : public Control<I> {
     STDMETHODIMP ShowAbout() override {
         return Guard([&] {
             const ControlBase::DialogScope dialog(*this);
-            ShowAboutBox(this->InPlaceActive() ? this->WindowHandle() : nullptr);
+            ShowAboutBox(OwnerWindow());
         });
     }
 
@@ -29,9 +27,17 @@ class InvisibleControl : public Control<I> {
 
     // What the control works on may be another window than before, or none. Called often; only at run time, with
     // properties read and a host to ask, does `working` hold.
-    virtual void Follow(bool working) = 0;
+    virtual void Follow([[maybe_unused]] bool working) {}
     // The control's picture for designers.
     virtual void DrawPicture(Surface& surface, const Rect& area) = 0;
+
+    // The control's own window, where it has one that is in place, else null.
+    HWND PlacedWindow() const { return this->InPlaceActive() ? this->WindowHandle() : nullptr; }
+    // The form's window, for dialogs: the control itself has none to see.
+    HWND OwnerWindow() {
+        const HWND form = this->Host().FormWindow(PlacedWindow());
+        return form ? form : GetActiveWindow();
+    }
 
     Size DefaultPixelSize() const override { return TwipsToPixels(size_, Dpi{}); }
     void OnResize(Size) override { this->RequestPixelSize(TwipsToPixels(size_, WindowDpi(this->WindowHandle()))); }
@@ -53,4 +59,4 @@ class InvisibleControl : public Control<I> {
     bool read_ = false;
 };
 
-}  // namespace qvx::decor
+}  // namespace qvx
