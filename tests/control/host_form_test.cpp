@@ -40,9 +40,10 @@ TEST_F(HostFormTest, ScriptsSeeTheFormAndItsControls) {
          u"  all = all & \" \" & cmdGo.Left & \" \" & TypeName(cmdGo.Object)\n"
          u"  f.Tag = all\n"
          u"End Sub\n");
-    EXPECT_EQ(Said().substr(0, Said().rfind(u' ')),
-              u"txtLast fraBox lblFirst txtItem txtItem txtHidden txtSkipped cmdGo mnuA mnuB 10 extra txtLast 424fraBox "
-              u"&Go2Fields lastB 150");
+    EXPECT_EQ(
+        Said().substr(0, Said().rfind(u' ')),
+        u"txtLast fraBox lblFirst txtItem txtItem txtHidden txtSkipped cmdGo mnuA mnuB 10 extra txtLast 424fraBox "
+        u"&Go2Fields lastB 150");
     EXPECT_EQ(reporter_.Errors(), 0);
 }
 
