@@ -152,6 +152,7 @@ std::vector<ObjectId> Document::TabOrder() const {
     for (std::size_t i = 0; i < order.size(); ++i) order[i] = i;
     std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return indexes[a] < indexes[b]; });
     std::vector<ObjectId> ids;
+    ids.reserve(order.size());
     for (const std::size_t at : order) ids.push_back(IdOf(*visits[at].block));
     return ids;
 }

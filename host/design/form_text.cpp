@@ -126,7 +126,6 @@ void Insert(Block& container, std::unique_ptr<Block> object, bool front) {
             entry.kind == Entry::Kind::property || (entry.block && entry.block->kind == Block::Kind::propertyGroup);
         if (control && front) {
             position = i;
-            controls = true;
             break;
         }
         if (control || (property && !controls)) position = i + 1;

@@ -225,8 +225,11 @@ void WriteMenuLines(Block& form, const std::vector<MenuLine>& lines) {
         if (line.origin && *line.origin < taken.size() && taken[*line.origin]) {
             block = std::move(taken[*line.origin]);
         } else {
-            const Text text =
-                u"Begin Form f\r\n" + indent + u"Begin Menu " + line.name + u"\r\n" + indent + u"End\r\nEnd\r\n";
+            Text text = u"Begin Form f\r\n";
+            for (const TextView part : {TextView(indent), TextView(u"Begin Menu "), TextView(line.name),
+                                        TextView(u"\r\n"), TextView(indent), TextView(u"End\r\nEnd\r\n")}) {
+                text += part;
+            }
             FormFile made = FormFile::Parse(EncodeUtf8(text));
             block = std::move(made.form.entries.front().block);
             block->begin.lineEnd = block->end.lineEnd = form.begin.lineEnd;
