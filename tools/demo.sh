@@ -143,8 +143,10 @@ from_caller() {
   if [[ -z $1 || $1 == /* ]]; then echo "$1"; else realpath -m "$caller/$1"; fi
 }
 
-qvx_demo() {
-  local name=invoice keys='' screenshot='' log='' save='' virtual='' form database='' targets=(qvx_server qvxhost)
+# read_run_options ARGUMENT...: what demo and design are called with, into the caller's subject, keys, screenshot, log, save and virtual.
+# shellcheck disable=SC2034
+read_run_options() {
+  subject='' keys='' screenshot='' log='' save='' virtual=''
   while ((${#})); do
     case $1 in
       --keys | --screenshot | --log | --save)
@@ -154,13 +156,24 @@ qvx_demo() {
         ;;
       --virtual) virtual=virtual ;;
       -*) die "There is no option '$1' (see ./qvx help)." ;;
-      *) name=$1 ;;
+      *) subject=$1 ;;
     esac
     shift
   done
+  [[ -z $keys || -f $keys ]] || die "There is no key script $keys."
+}
+
+# Whether nobody can see what runs, though it is not said how it shall run by itself.
+is_unseen() {
+  [[ -z $keys && -z $screenshot ]] && { [[ -n $virtual ]] || ! display_is_reachable; }
+}
+
+qvx_demo() {
+  local subject keys screenshot log save virtual name form database='' targets=(qvx_server qvxhost)
+  read_run_options "$@"
+  name=${subject:-invoice}
   form=$root/samples/$name.frm
   [[ -f $form ]] || die "There is no form samples/$name.frm."
-  [[ -z $keys || -f $keys ]] || die "There is no key script $keys."
   if [[ -f samples/$name.sql ]]; then
     need "${packages_database[@]}"
     targets+=(qvx_ado)
@@ -171,7 +184,7 @@ qvx_demo() {
   need "${packages_display[@]}"
   mkdir -p "$root/build/demo"
   log=${log:-$root/build/demo/$name.log}
-  if [[ -z $keys && -z $screenshot ]] && { [[ -n $virtual ]] || ! display_is_reachable; }; then
+  if is_unseen; then
     screenshot=$root/build/demo/$name.png
     [[ ! -f samples/$name.keys ]] || keys=samples/$name.keys
     say "There is no display to show it on: it runs by itself and leaves a picture."

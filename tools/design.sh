@@ -57,27 +57,15 @@ run_designer() {
 }
 
 qvx_design() {
-  local form='' keys='' screenshot='' log='' save='' virtual=''
-  while ((${#})); do
-    case $1 in
-      --keys | --screenshot | --log | --save)
-        (($# > 1)) || die "$1 needs a file name."
-        printf -v "${1#--}" '%s' "$(from_caller "$2")"
-        shift
-        ;;
-      --virtual) virtual=virtual ;;
-      -*) die "There is no option '$1' (see ./qvx help)." ;;
-      *) form=$(from_caller "$1") ;;
-    esac
-    shift
-  done
+  local subject keys screenshot log save virtual form
+  read_run_options "$@"
+  form=$(from_caller "$subject")
   [[ -z $form || -f $form ]] || die "There is no form $form."
-  [[ -z $keys || -f $keys ]] || die "There is no key script $keys."
   build x64 --target qvx_server qvxhost || die "The build failed."
   need "${packages_display[@]}"
   mkdir -p "$root/build/design"
   log=${log:-$root/build/design/designer.log}
-  if [[ -z $keys && -z $screenshot ]] && { [[ -n $virtual ]] || ! display_is_reachable; }; then
+  if is_unseen; then
     screenshot=$root/build/design/designer.png
     say "There is no display to show it on: it opens by itself and leaves a picture."
   fi
