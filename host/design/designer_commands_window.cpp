@@ -50,12 +50,16 @@ Questions SystemQuestions() {
     };
     questions.file = [](HWND owner, bool save, const Text& initial, const Text& filter) {
         std::vector<wchar_t> buffer(32768);
-        const std::wstring_view name = Wide(TextView(initial));
+        const Text fileName = FileName(initial);
+        const Text folder = initial.substr(0, initial.size() - fileName.size());
+        const std::wstring_view name = Wide(TextView(fileName));
         std::copy_n(name.begin(), std::min(name.size(), buffer.size() - 1), buffer.begin());
         OPENFILENAMEW request{};
         request.lStructSize = sizeof request;
         request.hwndOwner = owner;
         request.lpstrFilter = Wide(filter);
+        // Where the system begins otherwise is anybody's guess: in the folder of the file that was chosen last.
+        request.lpstrInitialDir = folder.empty() ? nullptr : Wide(folder);
         request.lpstrFile = buffer.data();
         request.nMaxFile = static_cast<DWORD>(buffer.size());
         request.Flags = OFN_NOCHANGEDIR | OFN_HIDEREADONLY |
@@ -81,7 +85,7 @@ bool DesignerWindow::Carry(Command command) {
             break;
         case Command::open: {
             if (!MayGo()) break;
-            const Text file = questions_.file(Handle(), false, {}, FormFilter());
+            const Text file = questions_.file(Handle(), false, form_->Folder() + u'\\', FormFilter());
             if (file.empty()) break;
             try {
                 Load(file);
@@ -534,8 +538,8 @@ void DesignerWindow::EditImages() {
     const ObjectId id = *primary;
     ImageEditor editor(ReadImages(*block), form_->Folder(), [this](HWND owner) {
         using namespace std::string_literals;
-        const Text chosen =
-            questions_.file(owner, false, {}, u"Pictures\0*.bmp;*.ico;*.gif;*.jpg;*.png\0All files\0*.*\0"s);
+        const Text chosen = questions_.file(owner, false, form_->Folder() + u'\\',
+                                            u"Pictures\0*.bmp;*.ico;*.gif;*.jpg;*.png\0All files\0*.*\0"s);
         return chosen.empty() ? chosen : KeepPicture(FullPath(chosen));
     });
     if (!editor.Ask(Handle())) return;

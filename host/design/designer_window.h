@@ -27,7 +27,8 @@ namespace qvx::host::design {
 struct Questions {
     // The system's message box; the answer is IDYES and so on.
     std::function<int(HWND owner, const Text& question, UINT kind)> ask;
-    // The name of a file to open or to write; empty when the question is called off.
+    // The name of a file to open or to write; empty when the question is called off. `initial` is what is offered: a
+    // path, of which a folder with a separator at its end is enough.
     std::function<Text(HWND owner, bool save, const Text& initial, const Text& filter)> file;
 };
 Questions SystemQuestions();
