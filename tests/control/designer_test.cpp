@@ -9,6 +9,7 @@
 #include "common/run_time_error.h"
 #include "host/design/property_frame_dialog.h"
 #include "host/design_box_window.h"
+#include "host/image_list_object.h"
 #include "host/sited_control.h"
 #include "tests/control/host_form.h"
 #include "tests/support/input.h"
@@ -431,7 +432,8 @@ TEST_F(DesignerTest, PicturesAreKeptBesideTheForm) {
     const auto images = Call(Members(u"ImageList1").get(), L"ListImages").ToObject<IDispatch>();
     const Variant place(1);
     const Variant key(u"mnuFile");
-    const Variant value(static_cast<IDispatch*>(picture.get()));
+    const ComPtr<IPictureDisp> made = LoadPictureFile({}, outside);
+    const Variant value(static_cast<IDispatch*>(made.get()));
     EXPECT_EQ(Invoke(images.get(), L"Add", DISPATCH_METHOD, {*place.ptr(), *key.ptr(), *value.ptr()}).result, S_OK);
     const std::string bytes = Saved();
     EXPECT_NE(bytes.find("Key             =   \"mnuFile\""), std::string::npos) << bytes;
@@ -441,6 +443,16 @@ TEST_F(DesignerTest, PicturesAreKeptBesideTheForm) {
     Open(bytes);
     const auto again = Call(Members(u"ImageList1").get(), L"ListImages").ToObject<IDispatch>();
     EXPECT_EQ(Call(again.get(), L"Count").ToLong(), 1);
+    // A page takes out all pictures and puts them in again: those that nobody has changed keep their files.
+    const auto image = Call(again.get(), L"Item", {place}).ToObject<IDispatch>();
+    const Variant same = Call(image.get(), L"Picture");
+    Call(again.get(), L"Clear");
+    const Variant otherKey(u"mnuEdit");
+    EXPECT_EQ(Invoke(again.get(), L"Add", DISPATCH_METHOD, {*place.ptr(), *otherKey.ptr(), *same.ptr()}).result, S_OK);
+    const std::string kept = Saved();
+    EXPECT_NE(kept.find("Key             =   \"mnuEdit\""), std::string::npos) << kept;
+    EXPECT_NE(kept.find("ImageList1-mnuFile.bmp"), std::string::npos) << kept;
+    EXPECT_EQ(kept.find("ImageList1-mnuEdit.bmp"), std::string::npos) << kept;
     // And so does what is saved elsewhere.
     const Text other = folder_ + u"\\other";
     CreateDirectoryW(Wide(other), nullptr);
