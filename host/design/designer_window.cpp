@@ -274,6 +274,16 @@ void DesignerWindow::Select(std::vector<ObjectId> ids) {
 void DesignerWindow::UpdateView() {
     if (!form_ || !Handle()) return;
     shapes_ = document_->ShapesAt(FormDpi());
+    for (const auto& control : form_->Controls()) {
+        // One of a fixed size whose size the form does not say.
+        if (control->SaysSize()) continue;
+        const ObjectId id{control->Name(), control->Index()};
+        const auto shape = std::find_if(shapes_.begin(), shapes_.end(), [&](const Shape& one) { return one.id == id; });
+        if (shape == shapes_.end()) continue;
+        const RECT pixels = control->PixelBounds();
+        shape->area.right = shape->area.left + (pixels.right - pixels.left);
+        shape->area.bottom = shape->area.top + (pixels.bottom - pixels.top);
+    }
     selection_.Keep(shapes_);
     canvas_.SetForm(form_->Handle());
     canvas_.SetFormSelected(selection_.Empty());

@@ -243,6 +243,28 @@ TEST_F(DesignerTest, ControlsWithoutAWindowAtRunTimeKeepTheirSize) {
     }
 }
 
+TEST_F(DesignerTest, AFormThatDoesNotSayTheSizeOfSuchAControl) {
+    const std::string text =
+        "Begin Form frmTest\r\n   Begin Qvx.Backup bak\r\n      Left = 1200\r\n      Top = 1200\r\n   End\r\nEnd\r\n";
+    Open(text);
+    EXPECT_FALSE(designer_->Form().Dirty());
+    // What is beside it is the form.
+    Click(At(1200 + 400, 1200 + 400));
+    EXPECT_TRUE(designer_->Selected().Empty());
+    Drag(At(1300, 1300), At(1900, 2500));
+    Settle(300);
+    EXPECT_EQ(PlaceOf(u"bak")[0], 1800);
+    EXPECT_TRUE(designer_->Form().Dirty());
+    // Back in one step, which its size does not become another one of.
+    EXPECT_TRUE(designer_->Do(Command::undo));
+    Settle(300);
+    EXPECT_FALSE(designer_->Form().Dirty());
+    EXPECT_EQ(Saved(), text);
+    EXPECT_TRUE(designer_->Do(Command::redo));
+    Settle(300);
+    EXPECT_EQ(PlaceOf(u"bak")[0], 1800);
+}
+
 TEST_F(DesignerTest, AControlThatCannotSaySoKeepsWhatItHad) {
     const auto mute = MakeObject<ScriptedControl>();
     source_.objects[u"Test.Mute"] = ComPtr<IUnknown>(static_cast<IOleObject*>(mute.get()));
