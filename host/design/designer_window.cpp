@@ -401,7 +401,9 @@ void DesignerWindow::UpdateStatus() {
         }
     } else if (const ObjectId* primary = selection_.Primary()) {
         if (const Block* block = document_->Find(*primary)) bounds = Document::BoundsOf(*block);
-        if (const auto* broken = dynamic_cast<BrokenControl*>(Find(*primary))) hint = broken->Reason();
+        const FormControl* control = Find(*primary);
+        if (control && !control->SaysSize()) bounds = control->Bounds();
+        if (const auto* broken = dynamic_cast<const BrokenControl*>(control)) hint = broken->Reason();
         placed = true;
         if (hint.empty()) hint = TitleOf(*primary);
     } else if (hint.empty()) {
