@@ -133,12 +133,15 @@ bool FormControl::FollowBlock(Block& block) {
     tabIndex_ = block.IntOf(u"TabIndex", form_.NextTabIndex());
     loaded_.Add(u"TabIndex", std::int32_t{tabIndex_});
     if (bounds == bounds_) return true;
+    Move(bounds);
+    // Another size than one that is said is a change of the control's.
+    const TwipsRect& said = SaysSize() ? bounds : bounds_;
     loaded_.Add(u"Left", std::int32_t{bounds.left});
     loaded_.Add(u"Top", std::int32_t{bounds.top});
-    loaded_.Add(u"Width", std::int32_t{bounds.width});
-    loaded_.Add(u"Height", std::int32_t{bounds.height});
-    Move(bounds);
-    return bounds_ == bounds;
+    loaded_.Add(u"Width", std::int32_t{said.width});
+    loaded_.Add(u"Height", std::int32_t{said.height});
+    return bounds_.left == bounds.left && bounds_.top == bounds.top && bounds_.width == said.width &&
+           bounds_.height == said.height;
 }
 
 void FormControl::NoteChange() { form_.NoteChange(this); }

@@ -78,6 +78,8 @@ class FormControl {
     // Takes position and tab index from the block, which has been found by Shows. False when the control has kept to
     // another place than the block says.
     bool FollowBlock(Block& block);
+    // Whether the form says how large it is. What it does not say is the control's own matter.
+    bool SaysSize() const { return block_->Find(u"Width") || block_->Find(u"Height"); }
     // Tells the designer, if there is one.
     void NoteChange();
 

@@ -46,9 +46,6 @@ class ImageObject final : public NamedObject {
     Text key;
     Variant tag;
     ComPtr<IPictureDisp> picture;
-    // The file that the picture came from, and the picture that did: another one has no file yet.
-    Text file;
-    ComPtr<IPictureDisp> fromFile;
     std::function<void()> changed = {};
 
   private:
@@ -168,6 +165,16 @@ ComPtr<IPictureDisp> LoadPictureFile(const Text& folder, const Text& path) {
     return qvx::LoadPictureFile(rooted ? path : folder + u"\\" + path);
 }
 
+namespace {
+
+// A property page takes all pictures out and puts them in again: the same picture keeps its file.
+void RememberFile(HostForm& form, IPictureDisp* picture, const Text& file) {
+    const auto identity = ComPtr<IPictureDisp>(picture).As<IUnknown>();
+    form.Pictures().insert_or_assign(identity.get(), std::pair(identity, file));
+}
+
+}  // namespace
+
 ImageListControl::ImageListControl(HostForm& form, Block& block, FormControl* container)
     : FormControl(form, block, container) {
     const auto images = MakeObject<ImagesObject>();
@@ -181,8 +188,7 @@ ImageListControl::ImageListControl(HostForm& form, Block& block, FormControl* co
                 auto picture = file.empty() ? nullptr : LoadPictureFile(form.Folder(), file);
                 const auto added = images->Add(images->Count(), image.TextOf(u"Key"), std::move(picture));
                 added->tag = Variant(image.TextOf(u"Tag"));
-                added->file = file;
-                added->fromFile = added->picture;
+                if (added->picture && form.DesignMode()) RememberFile(form, added->picture.get(), file);
             } catch (const RunTimeError& error) {
                 throw FormFileError(image.lineNumber, error.Description());
             } catch (const ComError& error) {
@@ -246,6 +252,15 @@ Text StorePicture(HostForm& form, const Text& list, const Text& key, IPictureDis
     throw RunTimeError(errors::pathFileAccess, u"cannot write the pictures of \"" + list + u"\"");
 }
 
+// The file that the picture came from, or one that is written for it now. Throws RunTimeError 75.
+Text FileOf(HostForm& form, const Text& list, const Text& key, IPictureDisp* picture) {
+    const auto known = form.Pictures().find(ComPtr<IPictureDisp>(picture).As<IUnknown>().get());
+    if (known != form.Pictures().end()) return known->second.second;
+    const Text file = StorePicture(form, list, key, picture);
+    RememberFile(form, picture, file);
+    return file;
+}
+
 }  // namespace
 
 void ImageListControl::SaveOwn(SavedProperties& saved) {
@@ -253,15 +268,11 @@ void ImageListControl::SaveOwn(SavedProperties& saved) {
     auto group = std::make_shared<SavedGroup>();
     int number = 0;
     for (const auto& image : images_->All()) {
-        if (image->picture && !(image->picture == image->fromFile && !image->file.empty())) {
-            image->file = StorePicture(Form(), Title(), image->key, image->picture.get());
-            image->fromFile = image->picture;
-        }
         auto one = std::make_shared<SavedGroup>();
         if (!image->key.empty()) one->properties.Add(u"Key", image->key);
         const Text tag = image->tag.ToText().value_or(Text());
         if (!tag.empty()) one->properties.Add(u"Tag", tag);
-        if (image->picture && !image->file.empty()) one->properties.Add(u"Picture", image->file);
+        if (image->picture) one->properties.Add(u"Picture", FileOf(Form(), Title(), image->key, image->picture.get()));
         group->properties.AddGroup(u"ListImage" + IntegerToText(++number), std::move(one));
     }
     saved.AddGroup(u"Images", std::move(group));

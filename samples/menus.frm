@@ -42,7 +42,7 @@ Begin Form frmNotes
       End
       Begin Menu mnuExit
          Caption         =   "E&xit"
-         Shortcut        =   {F10}
+         Shortcut        =   ^Q
       End
    End
    Begin Menu mnuEdit

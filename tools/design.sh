@@ -4,8 +4,8 @@
 # What the designer's caption begins with, also while there is a "*" behind it.
 designer_title() { basename "$1"; }
 
-# copy_form FORM FOLDER: the form with its script and the pictures beside it into an empty folder, for whoever changes it unattended.
-# The copy's name is left in `copied_form`.
+# copy_form FORM FOLDER: the form with its script, the pictures beside it and those that it names into an empty folder, for whoever
+# changes it unattended. The copy's name is left in `copied_form`.
 copy_form() {
   local form=$1 folder=$2 file suffix
   rm -rf "${folder:?}"
@@ -18,6 +18,11 @@ copy_form() {
       [[ ! -f $file ]] || cp "$file" "$folder/"
     done
   done
+  while IFS= read -r file; do
+    [[ $file != /* && $file != ../* && -f $(dirname "$form")/$file ]] || continue
+    mkdir -p "$folder/$(dirname "$file")"
+    cp "$(dirname "$form")/$file" "$folder/$file"
+  done < <(tr -d '\r' <"$form" | sed -n 's/^[[:space:]]*Picture[[:space:]]*=[[:space:]]*"\(.*\)".*/\1/p' | tr '\\' /)
   copied_form=$folder/$(basename "$form")
 }
 

@@ -87,6 +87,23 @@ wait_log() {
   return 1
 }
 
+# wait_color X Y RRGGBB: what is seen at that point of the target window, be it the window's own or what lies above it.
+wait_color() {
+  local deadline=$((SECONDS + keys_limit)) left top seen=
+  [[ -n $keys_window ]] || {
+    keys_fail "there is no target window yet; wait-window comes first."
+    return 1
+  }
+  while ((SECONDS <= deadline)); do
+    read -r left top < <(xwininfo -id "$keys_window" | awk '/Absolute upper-left/ { printf "%s ", $NF }') || true
+    seen=$(timeout 10 import -window root -crop "1x1+$((left + $1))+$((top + $2))" +repage -depth 8 rgb:- | od -An -tx1 | tr -d ' \n') || true
+    [[ ${seen^^} != "${3^^}" ]] || return 0
+    sleep 0.1
+  done
+  keys_fail "the colour at $1,$2 is $seen, not $3."
+  return 1
+}
+
 # pointer ACTION X Y: moves to the point of the target window, then clicks button by button.
 pointer() {
   [[ -n $keys_window ]] || {
@@ -111,6 +128,7 @@ play_line() {
     until-gone) press_until_gone "${words[0]}" "${rest#"${words[0]}" }" ;;
     wait-other) wait_other_window "$rest" ;;
     wait-log) wait_log "$rest" ;;
+    wait-color) wait_color "${words[@]}" ;;
     no-log)
       [[ -z $(find_in_log "$rest") ]] || {
         keys_fail "the log says \"$rest\"."

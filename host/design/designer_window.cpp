@@ -274,6 +274,16 @@ void DesignerWindow::Select(std::vector<ObjectId> ids) {
 void DesignerWindow::UpdateView() {
     if (!form_ || !Handle()) return;
     shapes_ = document_->ShapesAt(FormDpi());
+    for (const auto& control : form_->Controls()) {
+        // One of a fixed size whose size the form does not say.
+        if (control->SaysSize()) continue;
+        const ObjectId id{control->Name(), control->Index()};
+        const auto shape = std::find_if(shapes_.begin(), shapes_.end(), [&](const Shape& one) { return one.id == id; });
+        if (shape == shapes_.end()) continue;
+        const RECT pixels = control->PixelBounds();
+        shape->area.right = shape->area.left + (pixels.right - pixels.left);
+        shape->area.bottom = shape->area.top + (pixels.bottom - pixels.top);
+    }
     selection_.Keep(shapes_);
     canvas_.SetForm(form_->Handle());
     canvas_.SetFormSelected(selection_.Empty());
@@ -391,7 +401,9 @@ void DesignerWindow::UpdateStatus() {
         }
     } else if (const ObjectId* primary = selection_.Primary()) {
         if (const Block* block = document_->Find(*primary)) bounds = Document::BoundsOf(*block);
-        if (const auto* broken = dynamic_cast<BrokenControl*>(Find(*primary))) hint = broken->Reason();
+        const FormControl* control = Find(*primary);
+        if (control && !control->SaysSize()) bounds = control->Bounds();
+        if (const auto* broken = dynamic_cast<const BrokenControl*>(control)) hint = broken->Reason();
         placed = true;
         if (hint.empty()) hint = TitleOf(*primary);
     } else if (hint.empty()) {

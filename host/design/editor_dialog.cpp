@@ -36,7 +36,7 @@ bool EditorDialog::Ask(HWND owner) {
     open_ = true;
     ModalScope modal(Handle());
     ShowWindow(Handle(), SW_SHOW);
-    SetFocus(GetNextDlgTabItem(Handle(), nullptr, FALSE));
+    SetFocus(FirstField());
     RunModalLoop([this] { return open_ && Handle(); },
                  [this](const MSG& message) {
                      MSG copy = message;

@@ -37,6 +37,8 @@ class EditorDialog : public Window {
 
     // Makes the controls.
     virtual void Build() = 0;
+    // Where the user begins.
+    virtual HWND FirstField() const { return GetNextDlgTabItem(Handle(), nullptr, FALSE); }
     virtual void OnCommand(int id, int notification) = 0;
     // Whether what has been entered can be taken; says why not.
     virtual bool Accept() = 0;

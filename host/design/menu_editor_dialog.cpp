@@ -63,6 +63,9 @@ void MenuEditor::Build() {
     ShowList(0);
 }
 
+// Where there is no menu yet, its caption is what there is to do.
+HWND MenuEditor::FirstField() const { return lines_.empty() ? Item(caption) : EditorDialog::FirstField(); }
+
 Text MenuEditor::ItemText(const MenuLine& line) const {
     Text text;
     for (int level = 0; level < line.level; ++level) text += u"\u00B7\u00B7\u00B7\u00B7";

@@ -14,6 +14,7 @@ class MenuEditor final : public EditorDialog {
 
   protected:
     void Build() override;
+    HWND FirstField() const override;
     void OnCommand(int id, int notification) override;
     bool Accept() override;
 

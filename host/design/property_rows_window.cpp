@@ -228,7 +228,8 @@ PropertyRowsWindow::Button PropertyRowsWindow::ButtonOf(const PropertyRow* row) 
     if (info.page) return Button::dialog;
     const bool text = info.kind == PropertyKind::text ||
                       (info.kind == PropertyKind::variant && std::holds_alternative<Text>(row->reading.value));
-    return text ? Button::dropDown : Button::none;
+    // Several lines are for texts that may have them: names may not.
+    return text && !info.single ? Button::dropDown : Button::none;
 }
 
 Rect PropertyRowsWindow::ButtonArea() const {
