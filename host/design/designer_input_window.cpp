@@ -13,7 +13,6 @@ namespace qvx::host::design {
 
 namespace {
 
-constexpr WORD arrowCursor = 32512;
 constexpr WORD crossCursor = 32515;
 
 std::optional<std::size_t> PositionOf(const Shapes& shapes, const ObjectId& id) {
@@ -245,10 +244,6 @@ bool DesignerWindow::TranslateKey(MSG& message) {
         if (command == Command::properties && IsChild(properties_.Handle(), message.hwnd)) return false;
         Do(command);
         return true;
-    }
-    if (!onCanvas && key == keys::escape && message.hwnd != palette_.List()) {
-        // Out of the property list, which has taken the key itself while something is edited there.
-        return false;
     }
     return false;
 }

@@ -134,6 +134,8 @@ class DesignerWindow final : public Window, public DesignHost {
 
     // Files.
     void Load(const Text& path);
+    // A form that the user chooses.
+    void LoadAsked();
     bool Save();
     bool SaveAs();
     bool SaveTo(const Text& path);
@@ -143,6 +145,8 @@ class DesignerWindow final : public Window, public DesignHost {
     void FollowRun();
     void RemoveUnusedFiles();
     void OnClose();
+
+    static constexpr UINT_PTR runTimer = 1;
 
     Options options_;
     const ClassSource& classes_;
