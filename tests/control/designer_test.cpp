@@ -504,13 +504,7 @@ TEST_F(DesignerTest, TheImageListEditorTakesPicturesFromFiles) {
 // The system's own dialog for files, with somebody in front of it.
 TEST_F(DesignerTest, FilesAreChosenInTheSystemsDialog) {
     test::Person person([&] {
-        HWND dialog = nullptr;
-        EXPECT_TRUE(WaitFor(
-            [&] {
-                dialog = FindWindowW(L"#32770", nullptr);
-                return dialog && IsWindowVisible(dialog) && GetForegroundWindow() == dialog;
-            },
-            8000, false));
+        EXPECT_TRUE(test::WaitForDialog());
         Sleep(500);
         for (const char c : std::string("TEST.FRM")) TypeKey(c == '.' ? VK_OEM_PERIOD : c);
         Sleep(200);
