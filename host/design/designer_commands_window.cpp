@@ -129,13 +129,8 @@ void DesignerWindow::GoThroughHistory(bool back) {
 }
 
 void DesignerWindow::Arrange(Arrangement arrangement) {
-    const std::vector<ObjectId> ids = selection_.All();
-    std::vector<TwipsRect> bounds;
-    for (const ObjectId& id : ids) bounds.push_back(Document::BoundsOf(*document_->Find(id)));
-    bounds = Arranged(bounds, bounds.size() - 1, arrangement);
-    Change(u"Format", [&] {
-        for (std::size_t i = 0; i < ids.size(); ++i) document_->SetBounds(ids[i], bounds[i]);
-    });
+    const std::vector<TwipsRect> bounds = SelectedBounds();
+    SetSelectedBounds(u"Format", Arranged(bounds, bounds.size() - 1, arrangement));
 }
 
 void DesignerWindow::PlaceControl(const Text& className, const std::optional<ObjectId>& container,

@@ -146,6 +146,22 @@ void DesignerWindow::Run() {
 
 FormControl* DesignerWindow::Find(const ObjectId& id) const { return form_->FindControl(id.name, id.index); }
 
+std::vector<TwipsRect> DesignerWindow::SelectedBounds() const {
+    std::vector<TwipsRect> bounds;
+    for (const ObjectId& id : selection_.All()) bounds.push_back(Document::BoundsOf(*document_->Find(id)));
+    return bounds;
+}
+
+void DesignerWindow::SetSelectedBounds(const Text& what, const std::vector<TwipsRect>& bounds, TextView merge) {
+    const std::vector<ObjectId> ids = selection_.All();
+    Change(
+        what,
+        [&] {
+            for (std::size_t i = 0; i < ids.size(); ++i) document_->SetBounds(ids[i], bounds[i]);
+        },
+        merge);
+}
+
 Dpi DesignerWindow::FormDpi() const { return form_->FormDpi(); }
 
 // --- Steps.

@@ -96,6 +96,9 @@ class DesignerWindow final : public Window, public DesignHost {
     void Log(const Text& line);
     CommandState State() const;
     FormControl* Find(const ObjectId& id) const;
+    // Of what is selected, in that order; and the same, changed, written as a step.
+    std::vector<TwipsRect> SelectedBounds() const;
+    void SetSelectedBounds(const Text& what, const std::vector<TwipsRect>& bounds, TextView merge = {});
     Dpi FormDpi() const;
 
     // Mouse and keys.

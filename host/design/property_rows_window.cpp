@@ -1,14 +1,13 @@
+// The list of properties: where its lines are, and its keys and mouse. The field over a value:
+// property_rows_edit_window.cpp; how the lines look: rows_painter.cpp.
 #include "host/design/property_rows_window.h"
 
 #include <algorithm>
 
-#include "common/flag_scope.h"
 #include "host/design/property_list_accessible_object.h"
 #include "host/form_font.h"
 #include "win/accessible.h"
 #include "win/dpi.h"
-#include "win/module.h"
-#include "win/wide.h"
 
 namespace qvx::host {
 
@@ -90,6 +89,15 @@ Text PropertyRowsWindow::ValueText(std::size_t line) const {
     return row ? row->reading.text : Text();
 }
 
+void PropertyRowsWindow::GoOnFrom(const Text& name) {
+    const auto line = model_ ? model_->Table().LineOf(name) : std::nullopt;
+    const bool none = !model_ || model_->Table().Lines().empty();
+    current_ = none ? -1 : line ? static_cast<int>(*line) : 0;
+    UpdateBar();
+    if (current_ >= 0) ScrollTo(View().TopShowing(current_));
+    Invalidate();
+}
+
 void PropertyRowsWindow::SetModel(std::shared_ptr<PropertyModel> model) {
     EndEdit();
     if (box_) box_->Close(std::nullopt);
@@ -97,12 +105,7 @@ void PropertyRowsWindow::SetModel(std::shared_ptr<PropertyModel> model) {
     const Text name = before ? before->info.name : Text();
     model_ = std::move(model);
     search_.Reset();
-    const auto line = model_ ? model_->Table().LineOf(name) : std::nullopt;
-    const bool none = !model_ || model_->Table().Lines().empty();
-    current_ = none ? -1 : line ? static_cast<int>(*line) : 0;
-    UpdateBar();
-    if (current_ >= 0) ScrollTo(View().TopShowing(current_));
-    Invalidate();
+    GoOnFrom(name);
 }
 
 void PropertyRowsWindow::SetOrder(PropertyOrder order) {
@@ -113,13 +116,8 @@ void PropertyRowsWindow::SetOrder(PropertyOrder order) {
     EndEdit();
     const PropertyRow* row = CurrentRow();
     const Text name = row ? row->info.name : Text();
-    PropertyTable& table = model_->Table();
-    table.SetOrder(order);
-    const auto line = table.LineOf(name);
-    current_ = table.Lines().empty() ? -1 : line ? static_cast<int>(*line) : 0;
-    UpdateBar();
-    if (current_ >= 0) ScrollTo(View().TopShowing(current_));
-    Invalidate();
+    model_->Table().SetOrder(order);
+    GoOnFrom(name);
     owner_.LineChanged();
 }
 

@@ -90,6 +90,8 @@ class PropertyRowsWindow final : public Window {
     // Puts a text into the field that counts as left alone, and selects it.
     void FillEdit(const Text& text);
     void Layout();
+    // The row of that name becomes the current one of a list that is new; else the first.
+    void GoOnFrom(const Text& name);
     void UpdateBar();
     void ScrollTo(int top);
     void OnScroll(WPARAM wParam);
