@@ -65,6 +65,7 @@ class BuiltInControl::Members final : public NamedObject {
         } else {
             AddText(u"Caption");
             if (control.kind_ == BuiltIn::label) AddLabelMembers();
+            if (control.kind_ == BuiltIn::frame) AddStyle(u"BorderStyle", &BuiltInControl::borderStyle_, sunkenFrame);
         }
     }
     void Forget() { control_ = nullptr; }
@@ -297,6 +298,10 @@ void BuiltInControl::RecreateSystemWindow() {
     ApplyFont();
     SetWindowTextW(window_, Wide(text));
     SetWindowPos(window_, above ? above : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    // What a frame holds moves over, the rearmost first: each comes to lie in front of the ones before.
+    std::vector<HWND> held;
+    for (HWND child = GetWindow(old, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) held.push_back(child);
+    std::for_each(held.rbegin(), held.rend(), [this](HWND child) { SetParent(child, window_); });
     if (focused) SetFocus(window_);
     DestroyWindow(old);
     Form().UpdateToolTip(*this);

@@ -1,4 +1,4 @@
-// What scripts see of the host: the form, its controls, the program, and the host itself.
+// What scripts see of a form, and what its controls see of it as their container.
 #pragma once
 
 #include <windows.h>
@@ -44,15 +44,5 @@ class FormObject final : public NamedObject, public IOleContainer {
     ComPtr<IDispatch> controls_;
     std::vector<Text> names_;  // of controls and menus that were asked for, by their identifiers
 };
-
-// A control array, as the name of its elements alone gives it: txtField(2), txtField.Count, For Each.
-ComPtr<IDispatch> MakeControlArray(HostForm& form, const Text& name);
-// All control arrays of the form by name. Script engines call a member with the index as its argument, where they would
-// refuse an argument to an object that is known by its own name.
-ComPtr<IDispatch> MakeControlArrays(HostForm& form);
-// "Host": Log, SaveForm, Quit, Arguments, DesignMode.
-ComPtr<IDispatch> MakeHostObject(HostForm& form, const Options& options);
-// "App": Title, Path, EXEName.
-ComPtr<IDispatch> MakeAppObject();
 
 }  // namespace qvx::host

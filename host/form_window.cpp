@@ -13,6 +13,8 @@
 #include "common/run_time_error.h"
 #include "host/form_font.h"
 #include "host/form_object.h"
+#include "host/form_parts_object.h"
+#include "host/host_object.h"
 #include "host/sited_control.h"
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
@@ -31,24 +33,17 @@ constexpr UINT messageClose = WM_APP + 1;
 }  // namespace
 
 HostForm::HostForm(FormFile file, const Options& options, Text folder, const ClassSource& classes, Reporter& reporter)
-    : own_(std::move(file)),
-      file_(own_),
-      options_(options),
-      folder_(std::move(folder)),
-      classes_(classes),
-      reporter_(reporter),
-      font_([this] {
-          AmbientChanged(DISPID_AMBIENT_FONT);
-          NoteChange(nullptr);
-      }) {
-    ReadLook();
-    automation_ = MakeObject<FormObject>(*this);
-}
+    : HostForm(std::move(file), nullptr, nullptr, options, std::move(folder), classes, reporter) {}
 
 HostForm::HostForm(FormFile& file, const Options& options, Text folder, const ClassSource& classes, Reporter& reporter,
                    DesignHost& designer)
-    : file_(file),
-      designer_(&designer),
+    : HostForm(FormFile(), &file, &designer, options, std::move(folder), classes, reporter) {}
+
+HostForm::HostForm(FormFile own, FormFile* shared, DesignHost* designer, const Options& options, Text folder,
+                   const ClassSource& classes, Reporter& reporter)
+    : own_(std::move(own)),
+      file_(shared ? *shared : own_),
+      designer_(designer),
       options_(options),
       folder_(std::move(folder)),
       classes_(classes),

@@ -149,6 +149,10 @@ class HostForm final : public Window {
     bool PressAccessKey(MSG& message);
     bool PressDefaultOrCancel(MSG& message);
 
+    // A form whose file is `shared`, or its own for null.
+    HostForm(FormFile own, FormFile* shared, DesignHost* designer, const Options& options, Text folder,
+             const ClassSource& classes, Reporter& reporter);
+
     FormFile own_;
     FormFile& file_;
     DesignHost* designer_ = nullptr;

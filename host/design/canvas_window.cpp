@@ -9,200 +9,11 @@ namespace qvx::host::design {
 
 namespace {
 
-constexpr WORD arrowCursor = 32512;
 constexpr int margin = 16;  // pixels at 96 dots per inch around the form
 
 int Scaled(int pixels, HWND window) { return ScaleRounded(pixels, WindowDpi(window).x, 96); }
 
-void ShowCursorOf(WORD cursor) { ::SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(cursor))); }
-
 }  // namespace
-
-WORD CursorOf(Grip handle) {
-    switch (handle) {
-        case Grip::topLeft:
-        case Grip::bottomRight:
-            return 32642;
-        case Grip::topRight:
-        case Grip::bottomLeft:
-            return 32643;
-        case Grip::left:
-        case Grip::right:
-            return 32644;
-        default:
-            return 32645;
-    }
-}
-
-// Lies over everything in the form and takes the mouse. Nothing below is hidden by it: it is transparent, and paints
-// nothing.
-class CanvasWindow::Glass final : public Window {
-  public:
-    explicit Glass(CanvasWindow& canvas) : canvas_(canvas) {}
-    ~Glass() override { Destroy(); }
-
-    bool Open(HWND form) {
-        static const WindowClass windowClass = {L"QvxDesignGlass", CS_DBLCLKS};
-        return Create(windowClass, L"", WS_CHILD | WS_VISIBLE, WS_EX_TRANSPARENT, {0, 0, 10, 10}, form);
-    }
-    WORD cursor = arrowCursor;
-
-  protected:
-    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
-        switch (message) {
-            case WM_LBUTTONDOWN:
-                ::SetFocus(canvas_.Handle());
-                return Tell(MouseAction::press, wParam, lParam);
-            case WM_LBUTTONDBLCLK:
-                ::SetFocus(canvas_.Handle());
-                return Tell(MouseAction::doublePress, wParam, lParam);
-            case WM_MOUSEMOVE:
-                return Tell(MouseAction::move, wParam, lParam);
-            case WM_LBUTTONUP:
-                return Tell(MouseAction::release, wParam, lParam);
-            case WM_RBUTTONDOWN:
-                ::SetFocus(canvas_.Handle());
-                return 0;
-            case WM_RBUTTONUP:
-                return Tell(MouseAction::menu, wParam, lParam);
-            case WM_CAPTURECHANGED:
-                return Tell(MouseAction::cancel, 0, 0);
-            case WM_MOUSEACTIVATE:
-                return MA_ACTIVATE;
-            case WM_SETCURSOR:
-                ShowCursorOf(cursor);
-                return TRUE;
-            case WM_ERASEBKGND:
-                return 1;
-            case WM_PAINT:
-                ValidateRect(Handle(), nullptr);
-                return 0;
-            default:
-                return Default(message, wParam, lParam);
-        }
-    }
-
-  private:
-    LRESULT Tell(MouseAction action, WPARAM keys, LPARAM place) {
-        Mouse mouse;
-        mouse.action = action;
-        mouse.at = MousePoint(place);
-        mouse.shift = (keys & MK_SHIFT) != 0;
-        mouse.control = (keys & MK_CONTROL) != 0;
-        mouse.alt = GetKeyState(VK_MENU) < 0;
-        mouse.held = (keys & MK_LBUTTON) != 0;
-        if (canvas_.onMouse) canvas_.onMouse(mouse);
-        return 0;
-    }
-
-    CanvasWindow& canvas_;
-};
-
-// As large as the form's inside, but cut down to what there is to draw.
-class CanvasWindow::Marks final : public Window {
-  public:
-    ~Marks() override { Destroy(); }
-
-    bool Open(HWND form) {
-        static const WindowClass windowClass = {L"QvxDesignMarks", 0};
-        return Create(windowClass, L"", WS_CHILD | WS_CLIPSIBLINGS, 0, {0, 0, 10, 10}, form);
-    }
-
-    void Show(std::vector<Mark> marks) {
-        marks_ = std::move(marks);
-        if (marks_.empty()) {
-            ShowWindow(Handle(), SW_HIDE);
-            return;
-        }
-        const int thick = std::max(Scaled(1, Handle()), 1);
-        std::vector<Rect> parts;
-        for (const Mark& mark : marks_) {
-            if (mark.look != Mark::Look::outline) {
-                parts.push_back(mark.area);
-                continue;
-            }
-            const Rect& a = mark.area;
-            parts.push_back({a.left, a.top, a.right, a.top + thick});
-            parts.push_back({a.left, a.bottom - thick, a.right, a.bottom});
-            parts.push_back({a.left, a.top + thick, a.left + thick, a.bottom - thick});
-            parts.push_back({a.right - thick, a.top + thick, a.right, a.bottom - thick});
-        }
-        const Rect inside = ClientArea();
-        std::vector<char> memory(sizeof(RGNDATAHEADER) + parts.size() * sizeof(RECT));
-        auto* data = reinterpret_cast<RGNDATA*>(memory.data());
-        auto* rects = reinterpret_cast<RECT*>(data->Buffer);
-        DWORD count = 0;
-        for (const Rect& part : parts) {
-            const Rect visible = part.Intersect(inside);
-            if (!visible.Empty()) rects[count++] = ToRECT(visible);
-        }
-        data->rdh = {sizeof(RGNDATAHEADER), RDH_RECTANGLES, count, static_cast<DWORD>(count * sizeof(RECT)),
-                     ToRECT(inside)};
-        UniqueRegion region(
-            ExtCreateRegion(nullptr, static_cast<DWORD>(sizeof(RGNDATAHEADER) + count * sizeof(RECT)), data));
-        if (!region) return;
-        // The region is the window's from now on.
-        if (SetWindowRgn(Handle(), region.Get(), TRUE)) region.Detach();
-        ShowWindow(Handle(), SW_SHOWNA);
-        InvalidateRect(Handle(), nullptr, FALSE);
-    }
-
-  protected:
-    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
-        switch (message) {
-            case WM_NCHITTEST:
-                return HTTRANSPARENT;
-            case WM_ERASEBKGND:
-                return 1;
-            case WM_PAINT:
-                Paint();
-                return 0;
-            default:
-                return Default(message, wParam, lParam);
-        }
-    }
-
-  private:
-    void Paint() {
-        const PaintScope paint(Handle());
-        const Dpi dpi = WindowDpi(Handle());
-        GdiSurface surface(paint.Dc(), dpi);
-        FontSpec font;
-        for (const Mark& mark : marks_) {
-            const bool badge = mark.look == Mark::Look::badge || mark.look == Mark::Look::doneBadge;
-            switch (mark.look) {
-                case Mark::Look::outline:
-                    surface.FillRect(mark.area, colors::highlight);
-                    break;
-                case Mark::Look::primaryHandle:
-                    surface.FillRect(mark.area, colors::highlight);
-                    surface.FrameRect(mark.area, colors::windowBackground);
-                    break;
-                case Mark::Look::handle:
-                    surface.FillRect(mark.area, colors::windowBackground);
-                    surface.FrameRect(mark.area, colors::highlight);
-                    break;
-                case Mark::Look::weakHandle:
-                    surface.FillRect(mark.area, colors::windowBackground);
-                    surface.FrameRect(mark.area, colors::grayText);
-                    break;
-                case Mark::Look::badge:
-                    surface.FillRect(mark.area, colors::highlight);
-                    break;
-                case Mark::Look::doneBadge:
-                    surface.FillRect(mark.area, colors::windowBackground);
-                    surface.FrameRect(mark.area, colors::highlight);
-                    break;
-            }
-            if (!badge) continue;
-            const bool done = mark.look == Mark::Look::doneBadge;
-            surface.DrawLabel(mark.text, mark.area, font, done ? colors::highlight : colors::highlightText,
-                              text_format::center | text_format::middle | text_format::singleLine);
-        }
-    }
-
-    std::vector<Mark> marks_;
-};
 
 CanvasWindow::CanvasWindow() = default;
 
@@ -224,9 +35,13 @@ void CanvasWindow::SetForm(HWND form) {
         form_ = form;
         offset_ = {};
         if (form) {
-            glass_ = std::make_unique<Glass>(*this);
+            glass_ = std::make_unique<GlassWindow>();
+            glass_->onMouse = [this](const Mouse& mouse) {
+                if (onMouse) onMouse(mouse);
+            };
+            glass_->onPress = [this] { ::SetFocus(Handle()); };
             glass_->Open(form);
-            marks_ = std::make_unique<Marks>();
+            marks_ = std::make_unique<MarksWindow>();
             marks_->Open(form);
         }
     }

@@ -9,34 +9,12 @@
 #include <vector>
 
 #include "common/geometry.h"
-#include "common/text.h"
+#include "host/design/glass_window.h"
+#include "host/design/marks_window.h"
 #include "host/design/placement.h"
 #include "win/window.h"
 
 namespace qvx::host::design {
-
-// Something drawn above the form, in pixels of its inside.
-struct Mark {
-    enum class Look { primaryHandle, handle, weakHandle, outline, badge, doneBadge };
-    Look look = Look::handle;
-    Rect area;
-    Text text;  // of badges
-};
-
-enum class MouseAction { press, doublePress, move, release, menu, cancel };
-
-// The mouse on the form's inside, where `at` is in pixels from its top left and may lie outside.
-struct Mouse {
-    MouseAction action = MouseAction::move;
-    Point at;
-    bool shift = false;
-    bool control = false;
-    bool alt = false;
-    bool held = false;  // the left button
-};
-
-// The cursor over a handle; one of the system's, by its identifier.
-WORD CursorOf(Grip handle);
 
 class CanvasWindow final : public Window {
   public:
@@ -73,9 +51,6 @@ class CanvasWindow final : public Window {
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    class Glass;
-    class Marks;
-
     Rect FormFrame() const;  // in client pixels
     void Layout();
     void Scroll(int bar, WPARAM wParam);
@@ -85,8 +60,8 @@ class CanvasWindow final : public Window {
     void DragForm(UINT message, Point at);
 
     HWND form_ = nullptr;
-    std::unique_ptr<Glass> glass_;
-    std::unique_ptr<Marks> marks_;
+    std::unique_ptr<GlassWindow> glass_;
+    std::unique_ptr<MarksWindow> marks_;
     Point offset_;
     Size extent_;
     bool formSelected_ = false;

@@ -149,4 +149,35 @@ bool IsEditing(Command command) {
     }
 }
 
+std::optional<Arrangement> ArrangementOf(Command command) {
+    switch (command) {
+        case Command::alignLefts:
+            return Arrangement::lefts;
+        case Command::alignCenters:
+            return Arrangement::centers;
+        case Command::alignRights:
+            return Arrangement::rights;
+        case Command::alignTops:
+            return Arrangement::tops;
+        case Command::alignMiddles:
+            return Arrangement::middles;
+        case Command::alignBottoms:
+            return Arrangement::bottoms;
+        case Command::alignToGrid:
+            return Arrangement::toGrid;
+        case Command::sameWidth:
+            return Arrangement::widths;
+        case Command::sameHeight:
+            return Arrangement::heights;
+        case Command::sameSize:
+            return Arrangement::sizes;
+        case Command::spaceAcross:
+            return Arrangement::acrossEvenly;
+        case Command::spaceDown:
+            return Arrangement::downEvenly;
+        default:
+            return std::nullopt;
+    }
+}
+
 }  // namespace qvx::host::design

@@ -1,8 +1,10 @@
 // The commands of the designer's menus and keys.
 #pragma once
 
+#include <optional>
 #include <vector>
 
+#include "host/design/placement.h"
 #include "host/menu_model.h"
 
 namespace qvx::host::design {
@@ -65,5 +67,7 @@ std::vector<MenuItem> DesignerMenus(const CommandState& state);
 std::vector<MenuItem> ContextMenu(const CommandState& state);
 // Those keys belong to a text that is being typed as long as there is one.
 bool IsEditing(Command command);
+// What a command of the menu Format does to the controls; nothing for any other.
+std::optional<Arrangement> ArrangementOf(Command command);
 
 }  // namespace qvx::host::design

@@ -13,7 +13,6 @@ namespace qvx::host::design {
 
 namespace {
 
-constexpr WORD arrowCursor = 32512;
 constexpr WORD crossCursor = 32515;
 
 std::optional<std::size_t> PositionOf(const Shapes& shapes, const ObjectId& id) {
@@ -103,10 +102,8 @@ void DesignerWindow::Press(const Mouse& mouse) {
         const auto handle = at ? GripAt(shapes_[*at].area, mouse.at, canvas_.HandleSize()) : std::nullopt;
         if (handle) {
             // All of the selection is sized by the same amount.
-            std::vector<TwipsRect> bounds;
-            for (const ObjectId& id : selection_.All()) bounds.push_back(Document::BoundsOf(*document_->Find(id)));
             begin(Drag::Kind::size, shapes_[*at].container);
-            drag_.Take(std::move(bounds), selection_.All().size() - 1, *handle);
+            drag_.Take(SelectedBounds(), selection_.All().size() - 1, *handle);
             canvas_.SetCursor(CursorOf(*handle));
             return;
         }
@@ -121,10 +118,8 @@ void DesignerWindow::Press(const Mouse& mouse) {
     selection_.Press(shapes_, *hit, toggle);
     UpdateView();
     if (toggle) return;
-    std::vector<TwipsRect> bounds;
-    for (const ObjectId& id : selection_.All()) bounds.push_back(Document::BoundsOf(*document_->Find(id)));
     begin(Drag::Kind::move, shapes_[*hit].container);
-    drag_.Take(std::move(bounds), selection_.All().size() - 1);
+    drag_.Take(SelectedBounds(), selection_.All().size() - 1);
 }
 
 void DesignerWindow::Release(const Mouse& mouse) {
@@ -159,14 +154,9 @@ void DesignerWindow::Release(const Mouse& mouse) {
             break;
         }
         case Drag::Kind::move:
-        case Drag::Kind::size: {
-            if (!moved) break;
-            const std::vector<ObjectId> ids = selection_.All();
-            Change(kind == Drag::Kind::move ? u"Move" : u"Size", [&] {
-                for (std::size_t i = 0; i < ids.size(); ++i) document_->SetBounds(ids[i], bounds[i]);
-            });
+        case Drag::Kind::size:
+            if (moved) SetSelectedBounds(kind == Drag::Kind::move ? u"Move" : u"Size", bounds);
             break;
-        }
         case Drag::Kind::none:
             break;
     }
@@ -246,10 +236,6 @@ bool DesignerWindow::TranslateKey(MSG& message) {
         Do(command);
         return true;
     }
-    if (!onCanvas && key == keys::escape && message.hwnd != palette_.List()) {
-        // Out of the property list, which has taken the key itself while something is edited there.
-        return false;
-    }
     return false;
 }
 
@@ -314,29 +300,23 @@ void DesignerWindow::Nudge(int key, int shift) {
     const int down = key == keys::up ? -1 : key == keys::down ? 1 : 0;
     const int dx = across * (fine ? TwipsPerPixel(dpi.x) : gridStep);
     const int dy = down * (fine ? TwipsPerPixel(dpi.y) : gridStep);
-    std::vector<TwipsRect> bounds;
-    for (const ObjectId& id : selection_.All()) bounds.push_back(Document::BoundsOf(*document_->Find(id)));
+    const std::vector<TwipsRect> before = SelectedBounds();
+    std::vector<TwipsRect> bounds = before;
     if (size) {
         for (TwipsRect& rect : bounds) rect = Sized(rect, Grip::bottomRight, dx, dy, !fine);
         // The other direction stays, on the grid or off it.
         for (std::size_t i = 0; i < bounds.size(); ++i) {
-            const TwipsRect before = Document::BoundsOf(*document_->Find(selection_.All()[i]));
-            if (!across) bounds[i].width = before.width;
-            if (!down) bounds[i].height = before.height;
+            if (!across) bounds[i].width = before[i].width;
+            if (!down) bounds[i].height = before[i].height;
         }
     } else {
         bounds = Moved(bounds, bounds.size() - 1, dx, dy, !fine);
     }
     Text merge = size ? u"size" : u"move";
     for (const ObjectId& id : selection_.All()) merge += u" " + TitleOf(id);
-    const std::vector<ObjectId> ids = selection_.All();
-    Change(
-        size ? u"Size" : u"Move",
-        [&] {
-            for (std::size_t i = 0; i < ids.size(); ++i) document_->SetBounds(ids[i], bounds[i]);
-        },
-        merge);
-    if (const auto at = PositionOf(shapes_, ids.back())) canvas_.Reveal(shapes_[*at].area);
+    const ObjectId last = *selection_.Primary();
+    SetSelectedBounds(size ? u"Size" : u"Move", bounds, merge);
+    if (const auto at = PositionOf(shapes_, last)) canvas_.Reveal(shapes_[*at].area);
 }
 
 }  // namespace qvx::host::design

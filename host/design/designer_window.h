@@ -97,6 +97,9 @@ class DesignerWindow final : public Window, public DesignHost {
     void Log(const Text& line);
     CommandState State() const;
     FormControl* Find(const ObjectId& id) const;
+    // Of what is selected, in that order; and the same, changed, written as a step.
+    std::vector<TwipsRect> SelectedBounds() const;
+    void SetSelectedBounds(const Text& what, const std::vector<TwipsRect>& bounds, TextView merge = {});
     Dpi FormDpi() const;
 
     // Mouse and keys.
@@ -135,6 +138,8 @@ class DesignerWindow final : public Window, public DesignHost {
 
     // Files.
     void Load(const Text& path);
+    // A form that the user chooses.
+    void LoadAsked();
     bool Save();
     bool SaveAs();
     bool SaveTo(const Text& path);
@@ -144,6 +149,8 @@ class DesignerWindow final : public Window, public DesignHost {
     void FollowRun();
     void RemoveUnusedFiles();
     void OnClose();
+
+    static constexpr UINT_PTR runTimer = 1;
 
     Options options_;
     const ClassSource& classes_;

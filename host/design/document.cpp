@@ -1,12 +1,12 @@
+// The designer's document: steps and commands. Copying and pasting: document_paste.cpp.
 #include "host/design/document.h"
 
 #include <algorithm>
-#include <limits>
+#include <utility>
 
-#include "common/ascii.h"
 #include "common/number_text.h"
-#include "common/run_time_error.h"
 #include "common/text_compare.h"
+#include "host/design/control_walk.h"
 #include "host/design/form_text.h"
 #include "host/design/placement.h"
 
@@ -16,43 +16,6 @@ namespace {
 
 constexpr std::size_t mostSteps = 500;
 constexpr std::size_t mostHistoryBytes = 64u << 20;
-constexpr int pasteStep = gridStep;
-
-[[noreturn]] void Refuse(Text sentence) { throw RunTimeError(errors::invalidPropertyValue, std::move(sentence)); }
-
-ObjectId IdOf(const Block& block) { return {block.name, std::max(block.IntOf(u"Index", -1), -1)}; }
-
-// A control that a walk over the blocks has come to.
-struct Visit {
-    const Block* block;
-    std::optional<std::size_t> container;  // among the ones before
-};
-
-void Walk(const Block& container, std::optional<std::size_t> at, std::vector<Visit>& found) {
-    for (const Block* block : container.Objects()) {
-        if (IsMenu(*block)) continue;
-        found.push_back({block, at});
-        if (HoldsOthers(block->className)) Walk(*block, found.size() - 1, found);
-    }
-}
-
-std::vector<Visit> Walk(const Block& form) {
-    std::vector<Visit> found;
-    Walk(form, std::nullopt, found);
-    return found;
-}
-
-// What the form gives each control as its TabIndex.
-std::vector<int> TabIndexes(const std::vector<Visit>& visits) {
-    std::vector<int> indexes;
-    int highest = -1;
-    for (const Visit& visit : visits) {
-        const int next = highest < std::numeric_limits<int>::max() ? highest + 1 : highest;
-        indexes.push_back(visit.block->IntOf(u"TabIndex", next));
-        highest = std::max(highest, indexes.back());
-    }
-    return indexes;
-}
 
 // The entry of a block in its container, searched for in everything below `container`.
 struct Spot {
@@ -84,15 +47,17 @@ bool Overlaps(const TwipsRect& a, const TwipsRect& b) {
            b.top < end(a.top, a.height);
 }
 
+void RequireObjectName(const Text& name) {
+    if (!IsObjectName(name)) {
+        Refuse(u"\"" + name + u"\" is no name: a letter, then letters, digits and \"_\", 40 characters at most.");
+    }
+}
+
 void SetIfOther(Block& block, TextView name, int value, int implied) {
     if (block.IntOf(name, implied) != value) block.Set(name, std::int32_t{value});
 }
 
 }  // namespace
-
-bool HoldsOthers(TextView className) { return SameName(className, u"Frame"); }
-
-bool IsMenu(const Block& block) { return SameName(block.className, u"Menu"); }
 
 Document::Document(FormFile file) : file_(std::move(file)) {}
 
@@ -232,10 +197,9 @@ Document::Indexes Document::UsedNames() const {
     return used;
 }
 
-Text Document::FreshName(TextView className) const {
+Text Document::FreshNameIn(const Indexes& used, TextView className) {
     const std::size_t dot = className.rfind(u'.');
     const Text base(dot == TextView::npos ? className : className.substr(dot + 1));
-    const Indexes used = UsedNames();
     for (int number = 1;; ++number) {
         Text name = base + IntegerToText(number);
         if (!used.contains(FoldedText(name))) return name;
@@ -262,17 +226,12 @@ void Document::KeepTabOrder(const std::vector<ObjectId>& before) {
 ObjectId Document::Place(TextView className, const std::optional<ObjectId>& container, const TwipsRect& bounds) {
     Block& into = Container(container);
     std::vector<ObjectId> order = TabOrder();
-    const std::vector<Visit> visits = Walk(file_.form);
-    int next = 0;
-    for (const int index : TabIndexes(visits)) {
-        if (index < std::numeric_limits<int>::max()) next = std::max(next, index + 1);
-    }
-    const Text name = FreshName(className);
+    const Text name = FreshNameIn(UsedNames(), className);
     bool front = false;
     for (const Block* sibling : into.Objects()) {
         front = front || (!IsMenu(*sibling) && Overlaps(BoundsOf(*sibling), bounds));
     }
-    auto made = ObjectsIn(NewBlockText(className, name, bounds, next));
+    auto made = ObjectsIn(NewBlockText(className, name, bounds, NextTabIndex(Walk(file_.form))));
     Insert(into, Reindented(*made.front(), InnerIndent(into), into.begin.lineEnd), front);
     order.push_back({name, -1});
     KeepTabOrder(order);
@@ -296,16 +255,6 @@ void Document::SetBounds(const ObjectId& id, const TwipsRect& bounds) {
     SetIfOther(block, u"Width", bounds.width, defaultControlSize);
     SetIfOther(block, u"Height", bounds.height, defaultControlSize);
 }
-
-namespace {
-
-void RequireObjectName(const Text& name) {
-    if (!IsObjectName(name)) {
-        Refuse(u"\"" + name + u"\" is no name: a letter, then letters, digits and \"_\", 40 characters at most.");
-    }
-}
-
-}  // namespace
 
 void Document::Rename(const ObjectId& id, const Text& name) {
     Block& block = Require(id);
@@ -374,118 +323,6 @@ void Document::SetTabOrder(const std::vector<ObjectId>& first) {
         const bool implicit = !block.Find(u"TabIndex");
         if (implicit || indexes[i] != at) block.Set(u"TabIndex", static_cast<std::int32_t>(at));
     }
-}
-
-Text Document::CopyText(const std::vector<ObjectId>& ids) const {
-    Text text;
-    std::vector<std::optional<std::size_t>> inside;  // of a copied one, by position in the walk
-    const std::vector<Visit> visits = Walk(file_.form);
-    std::vector<bool> copied(visits.size());
-    for (std::size_t i = 0; i < visits.size(); ++i) {
-        const bool along = visits[i].container && copied[*visits[i].container];
-        copied[i] = along || std::find(ids.begin(), ids.end(), IdOf(*visits[i].block)) != ids.end();
-        if (copied[i] && !along) text += BlockText(*visits[i].block, {}, u"\r\n");
-    }
-    return text;
-}
-
-std::size_t Document::CountIn(TextView text) {
-    std::size_t count = 0;
-    for (const auto& block : ObjectsIn(text)) {
-        std::vector<Visit> visits;
-        Walk(*block, std::nullopt, visits);
-        count += 1 + visits.size();
-    }
-    return count;
-}
-
-std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectId>& container, bool asArray) {
-    Block& into = Container(container);
-    auto objects = ObjectsIn(text);
-    std::vector<ObjectId> order;
-    Indexes used = UsedNames();
-    const auto name = [&](const auto& self, Block& block) -> void {
-        const int wanted = IdOf(block).index;
-        const bool usable = IsObjectName(block.name);
-        auto& taken = used[FoldedText(block.name)];
-        const bool array = !taken.empty() && std::find(taken.begin(), taken.end(), -1) == taken.end();
-        int index = wanted;
-        if (usable && taken.empty()) {
-            // Free as it is.
-        } else if (usable && array && (wanted >= 0 || asArray)) {
-            const bool free = wanted >= 0 && std::find(taken.begin(), taken.end(), wanted) == taken.end();
-            index = free ? wanted : *std::max_element(taken.begin(), taken.end()) + 1;
-        } else if (usable && asArray && Find({block.name, -1}) &&
-                   SameName(Find({block.name, -1})->className, block.className)) {
-            // The one that is there becomes the first element.
-            Find({block.name, -1})->Set(u"Index", std::int32_t{0});
-            taken = {0};
-            index = 1;
-        } else {
-            if (taken.empty()) used.erase(FoldedText(block.name));
-            const std::size_t dot = block.className.rfind(u'.');
-            const Text base = dot == Text::npos ? block.className : block.className.substr(dot + 1);
-            Text fresh;
-            for (int number = 1; fresh.empty() || used.contains(FoldedText(fresh)); ++number) {
-                fresh = base + IntegerToText(number);
-            }
-            design::Rename(block, fresh);
-            index = -1;
-        }
-        used[FoldedText(block.name)].push_back(index);
-        if (index >= 0 && index != wanted) block.Set(u"Index", std::int32_t{index});
-        if (index < 0) block.Remove(u"Index");
-        for (Block* inner : block.Objects()) self(self, *inner);
-    };
-    // As a group, aside of what lies exactly there.
-    int aside = 0;
-    const auto covers = [&] {
-        for (const auto& object : objects) {
-            TwipsRect bounds = BoundsOf(*object);
-            bounds.left += aside;
-            bounds.top += aside;
-            for (const Block* sibling : into.Objects()) {
-                if (!IsMenu(*sibling) && BoundsOf(*sibling) == bounds) return true;
-            }
-        }
-        return false;
-    };
-    while (covers() && aside < farthest) aside += pasteStep;
-    order = TabOrder();
-    int next = 0;
-    for (const int index : TabIndexes(Walk(file_.form))) {
-        if (index < std::numeric_limits<int>::max()) next = std::max(next, index + 1);
-    }
-    const auto number = [&](const auto& self, Block& block) -> void {
-        block.Set(u"TabIndex", std::int32_t{next});
-        if (next < std::numeric_limits<int>::max()) ++next;
-        order.push_back(IdOf(block));
-        for (Block* inner : block.Objects()) self(self, *inner);
-    };
-    std::vector<ObjectId> pasted;
-    std::vector<std::unique_ptr<Block>> ready;
-    for (auto& object : objects) {
-        name(name, *object);
-        TwipsRect bounds = BoundsOf(*object);
-        if (aside > 0) {
-            object->Set(u"Left", std::int32_t{std::min(bounds.left, farthest) + aside});
-            object->Set(u"Top", std::int32_t{std::min(bounds.top, farthest) + aside});
-        }
-        number(number, *object);
-        pasted.push_back(IdOf(*object));
-        ready.push_back(Reindented(*object, InnerIndent(into), into.begin.lineEnd));
-    }
-    // The last one first, each before the others: so they lie as they lay.
-    std::reverse(ready.begin(), ready.end());
-    for (auto& object : ready) Insert(into, std::move(object), true);
-    KeepTabOrder(order);
-    try {
-        // What would not be read again must not get into the form.
-        CheckNames(FormFile::Parse(Bytes()).form);
-    } catch (const FormFileError& error) {
-        Refuse(u"This cannot be pasted here: " + error.Message() + u".");
-    }
-    return pasted;
 }
 
 }  // namespace qvx::host::design

@@ -10,15 +10,12 @@
 #include <string>
 #include <vector>
 
+#include "host/design/control_walk.h"
 #include "host/design/selection.h"
 #include "host/form_file.h"
 #include "host/twips_rect.h"
 
 namespace qvx::host::design {
-
-// Whether controls of that class may hold others.
-bool HoldsOthers(TextView className);
-bool IsMenu(const Block& block);
 
 class Document {
   public:
@@ -76,8 +73,6 @@ class Document {
     // index of the same name. Controls that would lie exactly over others step aside. Returns the new ones.
     std::vector<ObjectId> Paste(TextView text, const std::optional<ObjectId>& container, bool asArray);
 
-    // The next free name like "Button1".
-    Text FreshName(TextView className) const;
     // The position of a block as its control takes it.
     static TwipsRect BoundsOf(const Block& block);
 
@@ -92,6 +87,8 @@ class Document {
     using Indexes = std::map<Text, std::vector<int>>;  // by folded names; -1 for what is no element of an array
 
     Indexes UsedNames() const;
+    // The first name like "Button1" that is not used.
+    static Text FreshNameIn(const Indexes& used, TextView className);
     Block& Require(const ObjectId& id);
     Block& Container(const std::optional<ObjectId>& id);
     void GoTo(std::deque<Step>& from, std::deque<Step>& to);

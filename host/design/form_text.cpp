@@ -10,8 +10,6 @@ namespace qvx::host::design {
 
 namespace {
 
-[[noreturn]] void Refuse(Text sentence) { throw RunTimeError(errors::invalidPropertyValue, std::move(sentence)); }
-
 Text IndentOf(TextView line) {
     std::size_t end = 0;
     while (end < line.size() && IsBlank(line[end])) ++end;
@@ -49,6 +47,8 @@ std::size_t CountObjects(const Block& block) {
 }
 
 }  // namespace
+
+void Refuse(Text sentence) { throw RunTimeError(errors::invalidPropertyValue, std::move(sentence)); }
 
 Text BlockText(const Block& block, TextView indent, TextView lineEnd) {
     Text text;

@@ -9,6 +9,9 @@ namespace qvx::host::design {
 // What a clipboard may bring at most.
 constexpr std::size_t pastedControls = 5000;
 
+// Throws RunTimeError 380 with a sentence for the user.
+[[noreturn]] void Refuse(Text sentence);
+
 // The lines of a block with their indentation changed so that it begins with `indent`, each ended by `lineEnd`.
 Text BlockText(const Block& block, TextView indent, TextView lineEnd);
 

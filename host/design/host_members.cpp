@@ -9,7 +9,7 @@ namespace qvx::host {
 
 namespace {
 
-enum class Choices { none, alignment, backStyle, border, formBorder, scrollBars };
+enum class Choices { none, alignment, backStyle, border, formBorder, frameBorder, scrollBars };
 
 struct HostMember {
     TextView name;
@@ -73,6 +73,8 @@ std::vector<PropertyChoice> ChoicesFor(Choices choices) {
             return Numbered({u"None", u"Fixed Single"});
         case Choices::formBorder:
             return Numbered({u"None", u"Fixed Single", u"Sizable", u"Fixed Dialog"});
+        case Choices::frameBorder:
+            return Numbered({u"None", u"Fixed Single", u"Sunken"});
         case Choices::scrollBars:
             return Numbered({u"None", u"Horizontal", u"Vertical", u"Both"});
         case Choices::none:
@@ -81,12 +83,16 @@ std::vector<PropertyChoice> ChoicesFor(Choices choices) {
     return {};
 }
 
+Choices ChoicesOfKind(Choices choices, HostObjectKind kind) {
+    if (choices != Choices::border || kind == HostObjectKind::control) return choices;
+    return kind == HostObjectKind::form ? Choices::formBorder : Choices::frameBorder;
+}
+
 }  // namespace
 
-std::optional<PropertyInfo> DescribeHostMember(TextView name, bool ofForm) {
+std::optional<PropertyInfo> DescribeHostMember(TextView name, HostObjectKind kind) {
     for (const HostMember& member : members) {
         if (!SameName(member.name, name)) continue;
-        const bool formBorder = ofForm && member.choices == Choices::border;
         PropertyInfo info;
         info.name = member.name;
         info.kind = member.kind;
@@ -94,7 +100,7 @@ std::optional<PropertyInfo> DescribeHostMember(TextView name, bool ofForm) {
         info.single = member.single;
         info.optional = member.optional;
         info.category = CategoryOf(member.name, member.kind);
-        info.choices = ChoicesFor(formBorder ? Choices::formBorder : member.choices);
+        info.choices = ChoicesFor(ChoicesOfKind(member.choices, kind));
         return info;
     }
     return std::nullopt;

@@ -8,8 +8,11 @@
 
 namespace qvx::host {
 
-// The description of a property by its name. `ofForm`: the object is a form, whose borders differ from a control's.
+// Whose property it is: each has borders of its own.
+enum class HostObjectKind { form, frame, control };
+
+// The description of a property by its name.
 // Nothing for what is no use to a designer: window handles, objects, selections.
-std::optional<PropertyInfo> DescribeHostMember(TextView name, bool ofForm);
+std::optional<PropertyInfo> DescribeHostMember(TextView name, HostObjectKind kind);
 
 }  // namespace qvx::host

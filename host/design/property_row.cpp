@@ -275,4 +275,20 @@ PropertyValue NextChoice(const PropertyInfo& info, const PropertyValue& current,
     return choices[(index + (forward ? 1 : count - 1)) % count].value;
 }
 
+ValueButton ButtonOf(const PropertyInfo& info, const PropertyValue& value) {
+    if (info.kind == PropertyKind::pages) return ValueButton::dialog;
+    if (info.readOnly) return ValueButton::none;
+    if (info.kind == PropertyKind::font || info.kind == PropertyKind::picture) return ValueButton::dialog;
+    if (!ChoicesOf(info).empty() || info.kind == PropertyKind::color) return ValueButton::dropDown;
+    if (info.page) return ValueButton::dialog;
+    // Texts have a box of several lines; a name never does.
+    const bool text =
+        info.kind == PropertyKind::text || (info.kind == PropertyKind::variant && std::holds_alternative<Text>(value));
+    return text && !info.single ? ValueButton::dropDown : ValueButton::none;
+}
+
+bool IsTyped(PropertyKind kind) {
+    return kind != PropertyKind::font && kind != PropertyKind::picture && kind != PropertyKind::pages;
+}
+
 }  // namespace qvx::host

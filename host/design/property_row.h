@@ -85,4 +85,10 @@ PropertyValue NextChoice(const PropertyInfo& info, const PropertyValue& current,
 // True and False, or the choices that the property has, by their bare names.
 std::vector<PropertyChoice> ChoicesOf(const PropertyInfo& info);
 
+// The button at the end of a value: it opens a box below, or a dialog.
+enum class ValueButton { none, dropDown, dialog };
+ValueButton ButtonOf(const PropertyInfo& info, const PropertyValue& value);
+// Whether the value is edited as text in its place.
+bool IsTyped(PropertyKind kind);
+
 }  // namespace qvx::host

@@ -1,24 +1,20 @@
+// The list of properties: where its lines are, and its keys and mouse. The field over a value:
+// property_rows_edit_window.cpp; how the lines look: rows_painter.cpp.
 #include "host/design/property_rows_window.h"
 
 #include <algorithm>
 
-#include "common/flag_scope.h"
 #include "host/design/property_list_accessible_object.h"
 #include "host/form_font.h"
 #include "win/accessible.h"
 #include "win/dpi.h"
-#include "win/module.h"
-#include "win/wide.h"
 
 namespace qvx::host {
 
 namespace {
 
 const WindowClass rowsClass{L"QvxPropertyRows", CS_DBLCLKS, 32512};
-constexpr UINT disposeOfBox = WM_APP + 1;
 constexpr int dividerReach = 3;
-// What a cell can show of a text at the most.
-constexpr std::size_t longestShown = 500;
 
 bool Held(int key) { return GetKeyState(key) < 0; }
 
@@ -41,100 +37,21 @@ std::optional<RowStep> StepFor(WPARAM key) {
     }
 }
 
-bool IsTyped(PropertyKind kind) {
-    return kind != PropertyKind::font && kind != PropertyKind::picture && kind != PropertyKind::pages;
-}
-
 }  // namespace
-
-// The field over a value.
-class PropertyRowsWindow::EditTap final : public WindowSubclass {
-  public:
-    EditTap(PropertyRowsWindow& rows, HWND edit) : rows_(rows) { Attach(edit); }
-    ~EditTap() override {
-        const HWND edit = Handle();
-        Detach();
-        if (edit) DestroyWindow(edit);
-    }
-
-  protected:
-    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
-        const LifeWatch alive = Watch();
-        switch (message) {
-            case WM_GETDLGCODE:
-                return Default(message, wParam, lParam) | DLGC_WANTALLKEYS;
-            case WM_SYSKEYDOWN:
-            case WM_KEYDOWN:
-                if (rows_.OnEditKey(message, wParam)) return 0;
-                break;
-            case WM_CHAR:
-                // Their keys have been dealt with; the field would beep.
-                if (wParam == VK_RETURN || wParam == VK_ESCAPE || wParam == VK_TAB) return 0;
-                break;
-            case WM_MOUSEWHEEL:
-                rows_.OnWheel(GET_WHEEL_DELTA_WPARAM(wParam));
-                return 0;
-            case WM_LBUTTONDOWN:
-            case WM_LBUTTONDBLCLK: {
-                // The first of two clicks may have gone to the list, before the field was there.
-                const DWORD since = static_cast<DWORD>(GetMessageTime()) - rows_.clickTime_;
-                const bool twice = message == WM_LBUTTONDBLCLK || since <= GetDoubleClickTime();
-                rows_.clickTime_ = 0;
-                const PropertyRow* row = rows_.CurrentRow();
-                if (twice && row && !row->info.readOnly && !ChoicesOf(row->info).empty()) {
-                    rows_.Cycle();
-                    return 0;
-                }
-                break;
-            }
-            case WM_KILLFOCUS: {
-                const LRESULT result = Default(message, wParam, lParam);
-                const auto next = reinterpret_cast<HWND>(wParam);
-                const bool toBox = rows_.box_ && rows_.box_->Handle() &&
-                                   (next == rows_.box_->Handle() || IsChild(rows_.box_->Handle(), next));
-                if (!alive.Alive() || toBox || rows_.committing_ || !rows_.editing_) return result;
-                PropertyRowsWindow& rows = rows_;
-                const LifeWatch rowsAlive = rows.Watch();
-                rows.CommitEdit();
-                if (rowsAlive.Alive() && GetFocus() != rows.edit_->Handle()) rows.EndEdit();
-                return result;
-            }
-            default:
-                break;
-        }
-        return alive.Alive() && Handle() ? Default(message, wParam, lParam) : 0;
-    }
-
-  private:
-    PropertyRowsWindow& rows_;
-};
-
-PropertyRowsWindow::PropertyRowsWindow(PropertyRowsOwner& owner) : owner_(owner) {}
-
-PropertyRowsWindow::~PropertyRowsWindow() {
-    editing_ = false;
-    box_.reset();
-    edit_.reset();
-    Destroy();
-}
 
 int PropertyRowsWindow::Scaled(int pixels) const { return ScaleRounded(pixels, WindowDpi(Handle()).x, 96); }
 
 bool PropertyRowsWindow::Create(HWND parent, const Rect& bounds) {
     constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_CLIPCHILDREN;
     if (!Window::Create(rowsClass, L"Properties", style, 0, bounds, parent)) return false;
-    const HWND edit = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | ES_AUTOHSCROLL, 0, 0, 0, 0, Handle(), nullptr,
-                                      ModuleInstance(), nullptr);
-    if (!edit) return false;
-    SendMessageW(edit, EM_SETLIMITTEXT, 0, 0);
-    edit_ = std::make_unique<EditTap>(*this, edit);
+    if (!CreateEdit()) return false;
     AcquireFonts();
     return true;
 }
 
 void PropertyRowsWindow::AcquireFonts() {
     SharedFont font = AcquireFont(DefaultFont(), WindowDpi(Handle()));
-    if (edit_->Handle()) SendMessageW(edit_->Handle(), WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
+    if (Edit()) SendMessageW(Edit(), WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
     font_ = std::move(font);  // the former one only now: the field has let go of it
     UpdateBar();
     Layout();
@@ -172,13 +89,7 @@ Text PropertyRowsWindow::ValueText(std::size_t line) const {
     return row ? row->reading.text : Text();
 }
 
-void PropertyRowsWindow::SetModel(std::shared_ptr<PropertyModel> model) {
-    EndEdit();
-    if (box_) box_->Close(std::nullopt);
-    const PropertyRow* before = CurrentRow();
-    const Text name = before ? before->info.name : Text();
-    model_ = std::move(model);
-    search_.Reset();
+void PropertyRowsWindow::GoOnFrom(const Text& name) {
     const auto line = model_ ? model_->Table().LineOf(name) : std::nullopt;
     const bool none = !model_ || model_->Table().Lines().empty();
     current_ = none ? -1 : line ? static_cast<int>(*line) : 0;
@@ -187,15 +98,14 @@ void PropertyRowsWindow::SetModel(std::shared_ptr<PropertyModel> model) {
     Invalidate();
 }
 
-void PropertyRowsWindow::ValuesChanged() {
-    const PropertyRow* row = CurrentRow();
-    const HWND edit = edit_ ? edit_->Handle() : nullptr;
-    if (editing_ && row && !committing_ && !SendMessageW(edit, EM_GETMODIFY, 0, 0)) {
-        SetWindowTextW(edit, Wide(row->reading.text));
-        SendMessageW(edit, EM_SETMODIFY, FALSE, 0);
-        SendMessageW(edit, EM_SETSEL, 0, -1);
-    }
-    Invalidate();
+void PropertyRowsWindow::SetModel(std::shared_ptr<PropertyModel> model) {
+    EndEdit();
+    if (box_) box_->Close(std::nullopt);
+    const PropertyRow* before = CurrentRow();
+    const Text name = before ? before->info.name : Text();
+    model_ = std::move(model);
+    search_.Reset();
+    GoOnFrom(name);
 }
 
 void PropertyRowsWindow::SetOrder(PropertyOrder order) {
@@ -206,54 +116,32 @@ void PropertyRowsWindow::SetOrder(PropertyOrder order) {
     EndEdit();
     const PropertyRow* row = CurrentRow();
     const Text name = row ? row->info.name : Text();
-    PropertyTable& table = model_->Table();
-    table.SetOrder(order);
-    const auto line = table.LineOf(name);
-    current_ = table.Lines().empty() ? -1 : line ? static_cast<int>(*line) : 0;
-    UpdateBar();
-    if (current_ >= 0) ScrollTo(View().TopShowing(current_));
-    Invalidate();
+    model_->Table().SetOrder(order);
+    GoOnFrom(name);
     owner_.LineChanged();
 }
 
 // --- Where things are ---
 
-PropertyRowsWindow::Button PropertyRowsWindow::ButtonOf(const PropertyRow* row) const {
-    if (!row) return Button::none;
-    const PropertyInfo& info = row->info;
-    if (info.kind == PropertyKind::pages) return Button::dialog;
-    if (info.readOnly) return Button::none;
-    if (info.kind == PropertyKind::font || info.kind == PropertyKind::picture) return Button::dialog;
-    if (!ChoicesOf(info).empty() || info.kind == PropertyKind::color) return Button::dropDown;
-    if (info.page) return Button::dialog;
-    const bool text = info.kind == PropertyKind::text ||
-                      (info.kind == PropertyKind::variant && std::holds_alternative<Text>(row->reading.value));
-    // Several lines are for texts that may have them: names may not.
-    return text && !info.single ? Button::dropDown : Button::none;
+RowsLook PropertyRowsWindow::Look() const {
+    RowsLook look;
+    look.table = model_ ? &model_->Table() : nullptr;
+    look.view = View();
+    look.current = current_;
+    look.editing = editing_;
+    look.buttonDown = buttonDown_;
+    look.buttonWidth = Scaled(GetSystemMetrics(SM_CXVSCROLL));
+    look.dpi = WindowDpi(Handle());
+    return look;
 }
 
-Rect PropertyRowsWindow::ButtonArea() const {
-    if (ButtonOf(CurrentRow()) == Button::none) return {};
-    const Rect value = View().ValueArea(current_);
-    const int width = std::min(value.Width() / 2, GetSystemMetrics(SM_CXVSCROLL) * Scaled(96) / 96);
-    return {value.right - width, value.top, value.right, value.bottom};
-}
-
-Rect PropertyRowsWindow::EditArea() const {
-    Rect area = View().ValueArea(current_);
-    const Rect button = ButtonArea();
-    if (!button.Empty()) area.right = button.left;
+ValueButton PropertyRowsWindow::CurrentButton() const {
     const PropertyRow* row = CurrentRow();
-    if (row && row->info.kind == PropertyKind::color) area.left += Scaled(20);
-    return {area.left + Scaled(3), area.top + (area.Height() - font_->LineHeight()) / 2, area.right - Scaled(1),
-            area.bottom};
+    return row ? ButtonOf(row->info, row->reading.value) : ValueButton::none;
 }
 
-void PropertyRowsWindow::Layout() {
-    if (!editing_ || !edit_->Handle()) return;
-    const Rect area = EditArea();
-    SetWindowPos(edit_->Handle(), nullptr, area.left, area.top, std::max(0, area.Width()), std::max(0, area.Height()),
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+std::size_t PropertyRowsWindow::CurrentIndex() const {
+    return *model_->Table().Lines()[static_cast<std::size_t>(current_)].row;
 }
 
 void PropertyRowsWindow::UpdateBar() {
@@ -314,96 +202,6 @@ void PropertyRowsWindow::OnWheel(int delta) {
     ScrollTo(top_ - whole);
 }
 
-// --- Drawing ---
-
-void PropertyRowsWindow::Paint(Surface& surface) const {
-    const RowsView view = View();
-    surface.FillRect({0, 0, view.client.width, view.client.height}, colors::windowBackground);
-    for (int line = top_; line < view.count && view.LineArea(line).top < view.client.height; ++line)
-        PaintLine(surface, view, line);
-    PaintButton(surface);
-}
-
-void PropertyRowsWindow::PaintLine(Surface& surface, const RowsView& view, int line) const {
-    const PropertyTable::Line& shown = model_->Table().Lines()[static_cast<std::size_t>(line)];
-    const PropertyRow* row = model_->Table().RowAt(static_cast<std::size_t>(line));
-    const bool current = line == current_;
-    const Rect whole = view.LineArea(line);
-    constexpr unsigned format =
-        text_format::singleLine | text_format::middle | text_format::noPrefix | text_format::endEllipsis;
-    const OleColor fore = current ? colors::highlightText : colors::windowText;
-    const Rect name = row ? view.NameArea(line) : Rect{0, whole.top, whole.right, whole.bottom - 1};
-    if (current) {
-        surface.FillRect(name, colors::highlight);
-    } else if (!row) {
-        surface.FillRect(name, colors::buttonFace);
-    }
-    surface.DrawLine({0, whole.bottom - 1}, {whole.right, whole.bottom - 1}, colors::light3d, 1);
-    if (!row) {
-        FontSpec bold = DefaultFont();
-        bold.weight = FW_BOLD;
-        const int box = Scaled(9);
-        const int top = name.top + (name.Height() - box) / 2;
-        const Rect sign{Scaled(4), top, Scaled(4) + box, top + box};
-        const OleColor color = current ? colors::highlightText : colors::buttonText;
-        surface.FrameRect(sign, color);
-        const int middleX = sign.left + box / 2;
-        const int middleY = sign.top + box / 2;
-        surface.DrawLine({sign.left + 2, middleY}, {sign.right - 2, middleY}, color, 1);
-        if (!shown.open) surface.DrawLine({middleX, sign.top + 2}, {middleX, sign.bottom - 2}, color, 1);
-        surface.DrawLabel(shown.heading, {sign.right + Scaled(4), name.top, name.right, name.bottom}, bold, color,
-                          format);
-        return;
-    }
-    const int indent = Scaled(model_->Table().Order() == PropertyOrder::categorized ? 17 : 4);
-    surface.DrawLabel(PropertyLabel(row->info), {name.left + indent, name.top, name.right, name.bottom}, DefaultFont(),
-                      fore, format);
-    surface.DrawLine({name.right, whole.top}, {name.right, whole.bottom}, colors::light3d, 1);
-    PaintValue(surface, view, line, *row);
-}
-
-void PropertyRowsWindow::PaintValue(Surface& surface, const RowsView& view, int line, const PropertyRow& row) const {
-    Rect area = view.ValueArea(line);
-    const auto* color = std::get_if<std::int32_t>(&row.reading.value);
-    if (row.info.kind == PropertyKind::color && color) {
-        const Rect swatch{area.left + Scaled(3), area.top + Scaled(2), area.left + Scaled(19), area.bottom - Scaled(2)};
-        surface.FillRect(swatch, static_cast<OleColor>(*color));
-        surface.FrameRect(swatch, colors::windowText);
-        area.left = swatch.right + Scaled(1);
-    }
-    if (line == current_ && editing_) return;
-    if (line == current_ && ButtonOf(&row) != Button::none) area.right = ButtonArea().left;
-    const bool grey = row.info.readOnly || !row.reading.readable;
-    surface.DrawLabel(TextView(row.reading.text).substr(0, longestShown),
-                      {area.left + Scaled(4), area.top, area.right, area.bottom}, DefaultFont(),
-                      grey ? colors::grayText : colors::windowText,
-                      text_format::singleLine | text_format::middle | text_format::noPrefix | text_format::endEllipsis);
-}
-
-void PropertyRowsWindow::PaintButton(Surface& surface) const {
-    const Button button = ButtonOf(CurrentRow());
-    const Rect area = ButtonArea();
-    if (button == Button::none || area.Empty()) return;
-    surface.FillRect(area, colors::buttonFace);
-    surface.DrawEdge(area, buttonDown_ ? edge::sunkenOuter : edge::raised, edge::allSides);
-    const int shift = buttonDown_ ? 1 : 0;
-    const int middleX = (area.left + area.right) / 2 + shift;
-    const int middleY = (area.top + area.bottom) / 2 + shift;
-    if (button == Button::dropDown) {
-        const int half = std::max(2, area.Width() / 5);
-        for (int i = 0; i <= half; ++i) {
-            const int y = middleY - half / 2 + i;
-            surface.FillRect({middleX - half + i, y, middleX + half - i + 1, y + 1}, colors::buttonText);
-        }
-        return;
-    }
-    const int dot = std::max(1, Scaled(1));
-    for (int i = -1; i <= 1; ++i) {
-        const int x = middleX + i * 3 * dot;
-        surface.FillRect({x, middleY + dot, x + dot, middleY + 2 * dot}, colors::buttonText);
-    }
-}
-
 // --- Walking ---
 
 void PropertyRowsWindow::GoTo(int line) {
@@ -443,137 +241,19 @@ void PropertyRowsWindow::JumpTo(char16_t letter) {
     if (alive.Alive() && line && inValues && !BeginEdit()) SetFocus(Handle());
 }
 
-// --- Editing ---
-
-bool PropertyRowsWindow::BeginEdit() {
-    const PropertyRow* row = CurrentRow();
-    const HWND edit = edit_ ? edit_->Handle() : nullptr;
-    if (!row || !edit || !IsTyped(row->info.kind)) return false;
-    ScrollTo(View().TopShowing(current_));
-    const bool started = !editing_;
-    editing_ = true;
-    if (started) {
-        SendMessageW(edit, EM_SETREADONLY, row->info.readOnly, 0);
-        SetWindowTextW(edit, Wide(row->reading.text));
-        SendMessageW(edit, EM_SETMODIFY, FALSE, 0);
-        SendMessageW(edit, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(0, 0));
-    }
-    Layout();
-    ShowWindow(edit, SW_SHOWNA);
-    SetFocus(edit);
-    SendMessageW(edit, EM_SETSEL, 0, -1);
-    Invalidate();
-    return true;
-}
-
-bool PropertyRowsWindow::CommitEdit() {
-    const PropertyRow* row = CurrentRow();
-    const HWND edit = edit_ ? edit_->Handle() : nullptr;
-    if (!editing_ || !row || committing_ || row->info.readOnly) return true;
-    if (!SendMessageW(edit, EM_GETMODIFY, 0, 0)) return true;
-    const Text typed = WindowText(edit);
-    const Text shown = row->reading.text;
-    // From here on the text counts as left alone: what happens meanwhile must not apply it again.
-    SendMessageW(edit, EM_SETMODIFY, FALSE, 0);
-    if (typed == shown) return true;
-    const LifeWatch alive = Watch();
-    const std::shared_ptr<PropertyModel> model = model_;
-    const std::size_t index = *model->Table().Lines()[static_cast<std::size_t>(current_)].row;
-    bool accepted = false;
-    committing_ = true;
-    try {
-        accepted = owner_.EnterText(index, typed);
-    } catch (...) {
-        if (alive.Alive()) committing_ = false;
-        throw;
-    }
-    if (!alive.Alive()) return accepted;
-    committing_ = false;
-    if (model_ == model && editing_ && edit_->Handle()) {
-        SetWindowTextW(edit, Wide(model->Table().Rows()[index].reading.text));
-        SendMessageW(edit, EM_SETMODIFY, FALSE, 0);
-        SendMessageW(edit, EM_SETSEL, 0, -1);
-    }
-    return accepted;
-}
-
-void PropertyRowsWindow::EndEdit() {
-    if (!editing_) return;
-    editing_ = false;
-    const HWND edit = edit_ ? edit_->Handle() : nullptr;
-    if (!edit) return;
-    if (GetFocus() == edit) SetFocus(Handle());
-    ShowWindow(edit, SW_HIDE);
-    Invalidate();
-}
-
-void PropertyRowsWindow::Cycle() {
-    const PropertyRow* row = CurrentRow();
-    if (!row || row->info.readOnly) return;
-    const PropertyValue next = NextChoice(row->info, row->reading.value, !Held(VK_SHIFT));
-    if (std::holds_alternative<std::monostate>(next)) return;
-    const std::size_t index = *model_->Table().Lines()[static_cast<std::size_t>(current_)].row;
-    if (edit_->Handle()) SendMessageW(edit_->Handle(), EM_SETMODIFY, FALSE, 0);
-    const LifeWatch alive = Watch();
-    owner_.EnterValue(index, next);
-    if (alive.Alive() && editing_ && edit_->Handle()) SendMessageW(edit_->Handle(), EM_SETSEL, 0, -1);
-}
-
-void PropertyRowsWindow::PressButton() {
-    const Button button = ButtonOf(CurrentRow());
-    if (button == Button::none) return;
-    if (button == Button::dropDown) return OpenBox();
-    const std::size_t index = *model_->Table().Lines()[static_cast<std::size_t>(current_)].row;
-    owner_.OpenDialog(index);
-}
-
-void PropertyRowsWindow::OpenBox() {
-    // What has been typed so far is what the box begins with.
-    const LifeWatch alive = Watch();
-    const std::shared_ptr<PropertyModel> model = model_;
-    if (editing_ && !CommitEdit()) return;
-    const PropertyRow* row = CurrentRow();
-    if (!alive.Alive() || model_ != model || !row) return;
-    const std::size_t index = *model->Table().Lines()[static_cast<std::size_t>(current_)].row;
-    if (box_ && box_->IsOpen()) return box_->Close(std::nullopt);
-    const PropertyValue& value = row->reading.value;
-    if (row->info.kind == PropertyKind::color) {
-        box_ = MakeColorBox(value, [this, index] { owner_.OpenDialog(index); });
-    } else if (auto choices = ChoicesOf(row->info); !choices.empty()) {
-        for (PropertyChoice& choice : choices) choice.name = ShowValue(row->info, choice.value);
-        box_ = MakeChoiceBox(std::move(choices), value);
-    } else {
-        const Text* text = std::get_if<Text>(&value);
-        box_ = MakeTextBox(text ? *text : Text());
-    }
-    const Rect cell = View().ValueArea(current_);
-    POINT corners[] = {{cell.left, cell.top}, {cell.right, cell.bottom}};
-    MapWindowPoints(Handle(), nullptr, corners, 2);
-    box_->Open(
-        Handle(), {corners[0].x, corners[0].y, corners[1].x, corners[1].y},
-        [this, index, model](std::optional<PropertyValue> picked) { BoxClosed(index, model, std::move(picked)); });
-}
-
-void PropertyRowsWindow::BoxClosed(std::size_t row, const std::shared_ptr<PropertyModel>& model,
-                                   std::optional<PropertyValue> picked) {
-    // The box itself is in the middle of a message.
-    PostMessageW(Handle(), disposeOfBox, 0, 0);
-    const bool focusInside = GetFocus() == nullptr || GetFocus() == Handle() ||
-                             IsChild(GetParent(Handle()), GetFocus()) || GetFocus() == GetAncestor(Handle(), GA_ROOT);
-    if (focusInside) SetFocus(editing_ ? edit_->Handle() : Handle());
-    // What is typed now takes the place of the value, as when the field has just opened.
-    if (editing_) SendMessageW(edit_->Handle(), EM_SETSEL, 0, -1);
-    if (!picked || model_ != model) return;
-    owner_.EnterValue(row, *picked);
-}
-
 // --- Keys and mouse ---
 
-bool PropertyRowsWindow::OnKey(UINT message, WPARAM key) {
+bool PropertyRowsWindow::OnKeyAnywhere(UINT message, WPARAM key) {
     const bool alt = message == WM_SYSKEYDOWN;
     if ((alt && (key == VK_DOWN || key == VK_UP)) || (!alt && key == VK_F4)) return PressButton(), true;
-    if (alt) return false;
-    if (Held(VK_CONTROL) && Held(VK_SHIFT) && key >= 'A' && key <= 'Z') return JumpTo(static_cast<char16_t>(key)), true;
+    const bool letter = key >= 'A' && key <= 'Z';
+    if (!alt && letter && Held(VK_CONTROL) && Held(VK_SHIFT)) return JumpTo(static_cast<char16_t>(key)), true;
+    return false;
+}
+
+bool PropertyRowsWindow::OnKey(UINT message, WPARAM key) {
+    if (OnKeyAnywhere(message, key)) return true;
+    if (message == WM_SYSKEYDOWN) return false;
     const PropertyRow* row = CurrentRow();
     const bool heading = current_ >= 0 && !row;
     if (heading && (key == VK_LEFT || key == VK_RIGHT || key == VK_RETURN)) {
@@ -596,46 +276,8 @@ bool PropertyRowsWindow::OnKey(UINT message, WPARAM key) {
             return true;
         case VK_DELETE:
             if (!row || row->info.kind != PropertyKind::picture || row->info.readOnly) return false;
-            owner_.ClearPicture(*model_->Table().Lines()[static_cast<std::size_t>(current_)].row);
+            owner_.ClearPicture(CurrentIndex());
             return true;
-        default:
-            return false;
-    }
-}
-
-bool PropertyRowsWindow::OnEditKey(UINT message, WPARAM key) {
-    const bool alt = message == WM_SYSKEYDOWN;
-    if ((alt && (key == VK_DOWN || key == VK_UP)) || (!alt && key == VK_F4)) return PressButton(), true;
-    if (alt) return false;
-    const LifeWatch alive = Watch();
-    if (Held(VK_CONTROL) && Held(VK_SHIFT) && key >= 'A' && key <= 'Z') return JumpTo(static_cast<char16_t>(key)), true;
-    switch (key) {
-        case VK_UP:
-        case VK_DOWN:
-        case VK_PRIOR:
-        case VK_NEXT:
-            return Walk(*StepFor(key)), true;
-        case VK_RETURN:
-            CommitEdit();
-            if (alive.Alive() && editing_) SendMessageW(edit_->Handle(), EM_SETSEL, 0, -1);
-            return true;
-        case VK_ESCAPE: {
-            const PropertyRow* row = CurrentRow();
-            const bool changed = SendMessageW(edit_->Handle(), EM_GETMODIFY, 0, 0) != 0;
-            if (!changed || !row) return EndEdit(), true;
-            SetWindowTextW(edit_->Handle(), Wide(row->reading.text));
-            SendMessageW(edit_->Handle(), EM_SETMODIFY, FALSE, 0);
-            SendMessageW(edit_->Handle(), EM_SETSEL, 0, -1);
-            return true;
-        }
-        case VK_TAB: {
-            const bool back = Held(VK_SHIFT);
-            CommitEdit();
-            if (!alive.Alive()) return true;
-            EndEdit();
-            if (!back) owner_.LeaveByTab(true);
-            return true;
-        }
         default:
             return false;
     }
@@ -652,7 +294,7 @@ void PropertyRowsWindow::Activate(int line) {
         Invalidate();
     } else if (!row->info.readOnly && !ChoicesOf(row->info).empty()) {
         Cycle();
-    } else if (ButtonOf(row) == Button::dialog) {
+    } else if (CurrentButton() == ValueButton::dialog) {
         PressButton();
     } else {
         BeginEdit();
@@ -674,13 +316,13 @@ void PropertyRowsWindow::OnButtonDown(Point at, bool twice) {
     if (twice) return Activate(*line);
     const bool heading = model_ && !model_->Table().RowAt(static_cast<std::size_t>(*line));
     if (heading && at.x < Scaled(16)) return Activate(*line);
-    if (*line == current_ && ButtonArea().Contains(at)) {
+    if (*line == current_ && Look().ButtonArea().Contains(at)) {
         buttonDown_ = true;
         Invalidate();
         // The box's closing by this very click must not open it again.
         if (box_ && box_->IsOpen()) return;
         SetCapture(Handle());
-        if (ButtonOf(CurrentRow()) == Button::dropDown) {
+        if (CurrentButton() == ValueButton::dropDown) {
             ReleaseCapture();
             buttonDown_ = false;
             PressButton();
@@ -705,12 +347,12 @@ LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
         case WM_PAINT: {
             const Rect client = ClientArea();
             BufferedPaint paint(Handle(), WindowDpi(Handle()), buffer_, {client.Width(), client.Height()});
-            Paint(paint.Surface());
+            PaintRows(paint.Surface(), Look());
             return 0;
         }
         case WM_PRINTCLIENT: {
             GdiSurface surface(reinterpret_cast<HDC>(wParam), WindowDpi(Handle()));
-            Paint(surface);
+            PaintRows(surface, Look());
             return 0;
         }
         case WM_SIZE:
@@ -742,7 +384,7 @@ LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
             if (dragging_) SetDivider(MousePoint(lParam).x);
             return 0;
         case WM_LBUTTONUP: {
-            const bool press = buttonDown_ && ButtonArea().Contains(MousePoint(lParam));
+            const bool press = buttonDown_ && Look().ButtonArea().Contains(MousePoint(lParam));
             dragging_ = buttonDown_ = false;
             if (GetCapture() == Handle()) ReleaseCapture();
             Invalidate();

@@ -9,7 +9,7 @@
 
 #include "host/design/drop_down_window.h"
 #include "host/design/property_model_win32.h"
-#include "host/design/rows_view.h"
+#include "host/design/rows_painter.h"
 #include "win/fonts.h"
 #include "win/gdi_surface.h"
 #include "win/window.h"
@@ -77,20 +77,27 @@ class PropertyRowsWindow final : public Window {
 
   private:
     class EditTap;
-    enum class Button { none, dropDown, dialog };
+    // Posted by a box that has closed, and is in the middle of a message of its own.
+    static constexpr UINT disposeOfBox = WM_APP + 1;
 
-    Button ButtonOf(const PropertyRow* row) const;
-    Rect ButtonArea() const;
-    Rect EditArea() const;
-    void Paint(Surface& surface) const;
-    void PaintLine(Surface& surface, const RowsView& view, int line) const;
-    void PaintValue(Surface& surface, const RowsView& view, int line, const PropertyRow& row) const;
-    void PaintButton(Surface& surface) const;
+    RowsLook Look() const;
+    ValueButton CurrentButton() const;
+    // Of the current line among the rows; it must be one.
+    std::size_t CurrentIndex() const;
+    bool CreateEdit();
+    // The field; null before it is made and after it is gone.
+    HWND Edit() const;
+    // Puts a text into the field that counts as left alone, and selects it.
+    void FillEdit(const Text& text);
     void Layout();
+    // The row of that name becomes the current one of a list that is new; else the first.
+    void GoOnFrom(const Text& name);
     void UpdateBar();
     void ScrollTo(int top);
     void OnScroll(WPARAM wParam);
     void OnWheel(int delta);
+    // Keys that do the same in the list and in the field.
+    bool OnKeyAnywhere(UINT message, WPARAM key);
     bool OnKey(UINT message, WPARAM key);
     bool OnEditKey(UINT message, WPARAM key);
     void OnButtonDown(Point at, bool twice);

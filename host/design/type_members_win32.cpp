@@ -2,6 +2,7 @@
 
 #include <ocidl.h>
 
+#include <algorithm>
 #include <map>
 #include <optional>
 
@@ -253,11 +254,16 @@ ComPtr<ITypeInfo> DefaultInterface(IDispatch* object) {
 
 std::vector<TypeMember> ReadListed(const NamedObject& object) {
     const std::vector<NamedObject::ListedProperty> listed = object.ListProperties();
-    bool ofForm = false;
-    for (const auto& property : listed) ofForm |= property.name == u"Controls";
+    const auto has = [&](TextView name) {
+        return std::any_of(listed.begin(), listed.end(), [&](const auto& property) { return property.name == name; });
+    };
+    // A frame is the one with a border and no text to align in it.
+    const HostObjectKind kind = has(u"Controls")    ? HostObjectKind::form
+                                : has(u"Alignment") ? HostObjectKind::control
+                                                    : HostObjectKind::frame;
     std::vector<TypeMember> members;
     for (const auto& property : listed) {
-        auto info = DescribeHostMember(property.name, ofForm);
+        auto info = DescribeHostMember(property.name, kind);
         if (!info) continue;
         info->readOnly = property.readOnly;
         const bool object_ = info->kind == PropertyKind::font || info->kind == PropertyKind::picture;

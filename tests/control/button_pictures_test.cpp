@@ -13,6 +13,7 @@
 #include "controls/buttons/rbutton_face.h"
 #include "tests/control/golden.h"
 #include "tests/control/push_button_form.h"
+#include "tests/support/drawn_picture.h"
 #include "tests/support/png_file.h"
 #include "win/gdi_surface.h"
 #include "win/handles.h"
@@ -64,47 +65,36 @@ UniqueRegion Shape(Size size, int dpi) {
 // What the rules draw, cut to the window's shape on a white ground.
 PixelPicture Drawn(int row, State state, int dpi) {
     const Size size = CellSize(dpi);
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof info.bmiHeader, size.width, -size.height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void* bits = nullptr;
-    const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
-    const UniqueBitmap bitmap(CreateDIBSection(dc.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    const SelectedObject selected(dc.Get(), bitmap.Get());
-    PatBlt(dc.Get(), 0, 0, size.width, size.height, WHITENESS);
-    {
-        const bool focused = state == State::focused || state == State::pressed;
-        const auto prepare = [&](PushLook& look) {
-            look.caption = caption;
-            look.face = {0, 0, size.width, size.height};
-            look.enabled = state != State::disabled;
-        };
-        GdiSurface surface(dc.Get(), Dpi{dpi, dpi});
-        if (row == roundedRow) {
-            SelectClipRgn(dc.Get(), Shape(size, dpi).Get());
-            RButtonLook look;
-            prepare(look);
-            const RButtonState shown = state == State::hot       ? RButtonState::raised
-                                       : state == State::pressed ? RButtonState::held
-                                                                 : RButtonState::idle;
-            DrawRButton(surface, look, shown, focused);
-        } else {
-            ButtonLook look;
-            prepare(look);
-            look.behavior = static_cast<buttons::Style>(row);
-            look.borderColor = Rgb(0, 0, 160);
-            ButtonImage image;
-            image.Draw(state == State::pressed ? button_state::pressed : button_state::normal, focused);
-            if (state == State::hot) image.Draw(button_state::hot, focused);
-            image.Paint(surface, look);
+    return PictureOf(size, [&](HDC dc) {
+        PatBlt(dc, 0, 0, size.width, size.height, WHITENESS);
+        {
+            const bool focused = state == State::focused || state == State::pressed;
+            const auto prepare = [&](PushLook& look) {
+                look.caption = caption;
+                look.face = {0, 0, size.width, size.height};
+                look.enabled = state != State::disabled;
+            };
+            GdiSurface surface(dc, Dpi{dpi, dpi});
+            if (row == roundedRow) {
+                SelectClipRgn(dc, Shape(size, dpi).Get());
+                RButtonLook look;
+                prepare(look);
+                const RButtonState shown = state == State::hot       ? RButtonState::raised
+                                           : state == State::pressed ? RButtonState::held
+                                                                     : RButtonState::idle;
+                DrawRButton(surface, look, shown, focused);
+            } else {
+                ButtonLook look;
+                prepare(look);
+                look.behavior = static_cast<buttons::Style>(row);
+                look.borderColor = Rgb(0, 0, 160);
+                ButtonImage image;
+                image.Draw(state == State::pressed ? button_state::pressed : button_state::normal, focused);
+                if (state == State::hot) image.Draw(button_state::hot, focused);
+                image.Paint(surface, look);
+            }
         }
-    }
-    GdiFlush();
-    PixelPicture picture(size);
-    for (size_t i = 0; i < picture.pixels.size(); ++i) {
-        const DWORD pixel = static_cast<DWORD*>(bits)[i];
-        picture.pixels[i] = RGB(pixel >> 16 & 0xFF, pixel >> 8 & 0xFF, pixel & 0xFF);
-    }
-    return picture;
+    });
 }
 
 PixelPicture Cell(const PixelPicture& sheet, int row, State state, int dpi) {

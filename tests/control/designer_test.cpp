@@ -308,6 +308,25 @@ TEST_F(DesignerTest, ValuesAreGuardedAsTheControlsSay) {
     EXPECT_EQ(reporter_.Errors(), errors);
 }
 
+TEST_F(DesignerTest, AFrameTakesAnotherBorderWithWhatItHolds) {
+    designer_->Select({{u"fraBox", -1}});
+    const PropertyTable* table = designer_->Properties().Table();
+    const auto row = table->FindRow(u"BorderStyle");
+    ASSERT_TRUE(row);
+    EXPECT_EQ(table->Rows()[*row].info.choices.size(), 3u);
+    for (const std::int32_t border : {2, 0, 1}) {
+        EXPECT_TRUE(designer_->Properties().SetValue(u"BorderStyle", border)) << border;
+        Settle();
+        EXPECT_EQ(designer_->Form().Find({u"fraBox"})->IntOf(u"BorderStyle", 1), border);
+        const HWND frame = Control(u"fraBox")->Window();
+        ASSERT_TRUE(IsWindow(frame)) << border;
+        const HWND inner = Control(u"lblIn")->Window();
+        EXPECT_TRUE(IsWindow(inner) && GetParent(inner) == frame) << border;
+        EXPECT_EQ((GetWindowLongW(frame, GWL_EXSTYLE) & WS_EX_CLIENTEDGE) != 0, border == 2) << border;
+    }
+    EXPECT_FALSE(designer_->Properties().SetValue(u"BorderStyle", 3));
+}
+
 TEST_F(DesignerTest, WhatAControlTellsOfItselfMakesTheFormDirty) {
     EXPECT_FALSE(designer_->Form().Dirty());
     const Variant caption(u"Fine");
@@ -518,13 +537,7 @@ TEST_F(DesignerTest, TheImageListEditorTakesPicturesFromFiles) {
 // The system's own dialog for files, with somebody in front of it.
 TEST_F(DesignerTest, FilesAreChosenInTheSystemsDialog) {
     test::Person person([&] {
-        HWND dialog = nullptr;
-        EXPECT_TRUE(WaitFor(
-            [&] {
-                dialog = FindWindowW(L"#32770", nullptr);
-                return dialog && IsWindowVisible(dialog) && GetForegroundWindow() == dialog;
-            },
-            8000, false));
+        EXPECT_TRUE(test::WaitForDialog());
         Sleep(500);
         for (const char c : std::string("TEST.FRM")) TypeKey(c == '.' ? VK_OEM_PERIOD : c);
         Sleep(200);

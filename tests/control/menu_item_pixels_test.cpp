@@ -5,6 +5,7 @@
 
 #include "controls/decor/menu_item.h"
 #include "controls/decor/menu_picture_gdi.h"
+#include "tests/support/drawn_picture.h"
 #include "tests/support/menu_pixels.h"
 #include "win/gdi_surface.h"
 #include "win/handles.h"
@@ -37,23 +38,12 @@ class MenuItemPixels : public ::testing::TestWithParam<int> {
     }
     PixelPicture Drawn() const {
         const Size size{At(item.width), At(item.height)};
-        BITMAPINFO info{};
-        info.bmiHeader = {sizeof info.bmiHeader, size.width, -size.height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-        void* bits = nullptr;
-        const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
-        const UniqueBitmap bitmap(CreateDIBSection(dc.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-        const SelectedObject chosen(dc.Get(), bitmap.Get());
-        {
-            GdiSurface surface(dc.Get(), Dpi{Dots(), Dots()});
-            DrawMenuItem(surface, {0, 0, size.width, size.height}, look);
-        }
-        GdiFlush();
-        PixelPicture picture(size);
-        for (std::size_t i = 0; i < picture.pixels.size(); ++i) {
-            const DWORD pixel = static_cast<DWORD*>(bits)[i];
-            picture.pixels[i] = RGB(pixel >> 16 & 0xFF, pixel >> 8 & 0xFF, pixel & 0xFF);
-        }
-        return picture;
+        return PictureOf(size, [&](HDC dc) {
+            {
+                GdiSurface surface(dc, Dpi{Dots(), Dots()});
+                DrawMenuItem(surface, {0, 0, size.width, size.height}, look);
+            }
+        });
     }
     // The picture's column at 96 dots per inch, where one character stands for a pixel of it, or for a square of pixels
     // that are all the same: "?" where they are not. `shift` is in the pixels of the resolution.

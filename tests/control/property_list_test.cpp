@@ -598,13 +598,7 @@ TEST_F(PropertyListTest, AControlMayOfferWordsChoicesAndPages) {
 TEST_F(PropertyListTest, ColoursAndFontsComeFromTheSystemsDialogs) {
     const auto person = [](const std::function<void()>& acts) {
         return std::make_unique<test::Person>([acts] {
-            HWND dialog = nullptr;
-            EXPECT_TRUE(WaitFor(
-                [&] {
-                    dialog = FindWindowW(L"#32770", nullptr);
-                    return dialog && IsWindowVisible(dialog) && GetForegroundWindow() == dialog;
-                },
-                8000, false));
+            EXPECT_TRUE(test::WaitForDialog());
             Sleep(300);
             acts();
         });

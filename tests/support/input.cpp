@@ -77,4 +77,13 @@ bool BringToFront(HWND window) {
     return WaitFor([&] { return GetForegroundWindow() == window; });
 }
 
+bool WaitForDialog() {
+    return WaitFor(
+        [] {
+            const HWND dialog = FindWindowW(L"#32770", nullptr);
+            return dialog && IsWindowVisible(dialog) && GetForegroundWindow() == dialog;
+        },
+        8000, false);
+}
+
 }  // namespace qvx::test

@@ -27,6 +27,9 @@ void ClickOn(HWND window);
 // Brings a top-level window to the front and waits until it is there.
 bool BringToFront(HWND window);
 
+// For somebody: waits until one of the system's dialogs has come to the front. False after eight seconds.
+bool WaitForDialog();
+
 // Somebody who acts while the test's own thread is in a modal loop.
 class Person {
   public:

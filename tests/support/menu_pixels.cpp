@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <olectl.h>
 
+#include "tests/support/drawn_picture.h"
 #include "win/handles.h"
 
 namespace qvx::test {
@@ -64,30 +65,19 @@ PixelPicture DrawnItem(HWND window, HMENU menu, int position, UINT state) {
     constexpr int moreThanAsked = 40;
     Size size = MeasureItem(window, menu, position);
     size.width += moreThanAsked;
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof info.bmiHeader, size.width, -size.height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void* bits = nullptr;
-    const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
-    const UniqueBitmap bitmap(CreateDIBSection(dc.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    const SelectedObject selected(dc.Get(), bitmap.Get());
-    const MENUITEMINFOW item = InfoOf(menu, position);
-    DRAWITEMSTRUCT request{};
-    request.CtlType = ODT_MENU;
-    request.itemID = item.wID;
-    request.itemAction = ODA_DRAWENTIRE;
-    request.itemState = state;
-    request.hwndItem = reinterpret_cast<HWND>(menu);
-    request.hDC = dc.Get();
-    request.rcItem = {0, 0, size.width, size.height};
-    request.itemData = item.dwItemData;
-    SendMessageW(window, WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&request));
-    GdiFlush();
-    PixelPicture picture(size);
-    for (std::size_t i = 0; i < picture.pixels.size(); ++i) {
-        const DWORD pixel = static_cast<DWORD*>(bits)[i];
-        picture.pixels[i] = RGB(pixel >> 16 & 0xFF, pixel >> 8 & 0xFF, pixel & 0xFF);
-    }
-    return picture;
+    return PictureOf(size, [&](HDC dc) {
+        const MENUITEMINFOW item = InfoOf(menu, position);
+        DRAWITEMSTRUCT request{};
+        request.CtlType = ODT_MENU;
+        request.itemID = item.wID;
+        request.itemAction = ODA_DRAWENTIRE;
+        request.itemState = state;
+        request.hwndItem = reinterpret_cast<HWND>(menu);
+        request.hDC = dc;
+        request.rcItem = {0, 0, size.width, size.height};
+        request.itemData = item.dwItemData;
+        SendMessageW(window, WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&request));
+    });
 }
 
 }  // namespace qvx::test

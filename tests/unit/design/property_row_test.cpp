@@ -171,17 +171,48 @@ TEST(PropertyRow, ChoicesGoRound) {
     EXPECT_TRUE(NextChoice(Info(PropertyKind::text), Text(u"x")) == PropertyValue());
 }
 
+TEST(PropertyRow, ButtonsOpenWhatThereIsToOpen) {
+    PropertyInfo name = Info(PropertyKind::text);
+    name.single = true;
+    PropertyInfo readOnly = Info(PropertyKind::enumeration, borders);
+    readOnly.readOnly = true;
+    PropertyInfo paged = Info(PropertyKind::integer);
+    paged.page = true;
+    struct Case {
+        PropertyInfo info;
+        PropertyValue value;
+        ValueButton expected;
+    };
+    const Case cases[] = {
+        {Info(PropertyKind::text), Text(u"x"), ValueButton::dropDown},
+        {name, Text(u"cmdOk"), ValueButton::none},
+        {Info(PropertyKind::integer), Whole{1}, ValueButton::none},
+        {paged, Whole{1}, ValueButton::dialog},
+        {Info(PropertyKind::boolean), true, ValueButton::dropDown},
+        {Info(PropertyKind::enumeration, borders), Whole{1}, ValueButton::dropDown},
+        {readOnly, Whole{1}, ValueButton::none},
+        {Info(PropertyKind::color), Whole{1}, ValueButton::dropDown},
+        {Info(PropertyKind::font), {}, ValueButton::dialog},
+        {Info(PropertyKind::pages), {}, ValueButton::dialog},
+        {Info(PropertyKind::variant), Text(u"x"), ValueButton::dropDown},
+        {Info(PropertyKind::variant), Whole{1}, ValueButton::none},
+    };
+    for (std::size_t i = 0; i < std::size(cases); ++i)
+        EXPECT_EQ(ButtonOf(cases[i].info, cases[i].value), cases[i].expected) << i;
+}
+
 TEST(PropertyRow, HostMembersAreDescribed) {
-    const auto border = [](bool ofForm) { return DescribeHostMember(u"borderstyle", ofForm)->choices.size(); };
-    EXPECT_EQ(border(false), 2u);
-    EXPECT_EQ(border(true), 4u);
-    EXPECT_EQ(DescribeHostMember(u"Left", false)->category, u"Position");
-    EXPECT_EQ(DescribeHostMember(u"BackColor", false)->kind, PropertyKind::color);
-    EXPECT_TRUE(DescribeHostMember(u"Index", false)->single);
-    EXPECT_FALSE(DescribeHostMember(u"hWnd", false));
-    EXPECT_FALSE(DescribeHostMember(u"ActiveControl", true));
-    EXPECT_EQ(PropertyLabel(*DescribeHostMember(u"Name", true)), u"(Name)");
-    EXPECT_EQ(PropertyLabel(*DescribeHostMember(u"Index", true)), u"Index");
+    const auto border = [](HostObjectKind kind) { return DescribeHostMember(u"borderstyle", kind)->choices.size(); };
+    EXPECT_EQ(border(HostObjectKind::control), 2u);
+    EXPECT_EQ(border(HostObjectKind::frame), 3u);
+    EXPECT_EQ(border(HostObjectKind::form), 4u);
+    EXPECT_EQ(DescribeHostMember(u"Left", HostObjectKind::control)->category, u"Position");
+    EXPECT_EQ(DescribeHostMember(u"BackColor", HostObjectKind::control)->kind, PropertyKind::color);
+    EXPECT_TRUE(DescribeHostMember(u"Index", HostObjectKind::control)->single);
+    EXPECT_FALSE(DescribeHostMember(u"hWnd", HostObjectKind::control));
+    EXPECT_FALSE(DescribeHostMember(u"ActiveControl", HostObjectKind::form));
+    EXPECT_EQ(PropertyLabel(*DescribeHostMember(u"Name", HostObjectKind::form)), u"(Name)");
+    EXPECT_EQ(PropertyLabel(*DescribeHostMember(u"Index", HostObjectKind::form)), u"Index");
     EXPECT_EQ(CategoryOf(u"MouseIcon", PropertyKind::picture), u"Appearance");
     EXPECT_EQ(CategoryOf(u"HeadFont", PropertyKind::font), u"Font");
     EXPECT_EQ(CategoryOf(u"SpecialWord", PropertyKind::text), u"Misc");
