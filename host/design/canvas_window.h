@@ -24,7 +24,7 @@ class CanvasWindow final : public Window {
     bool Create(HWND parent, const Rect& bounds);
     // The form to show, a child of this window; null for none. Call it again when the form's size has changed.
     void SetForm(HWND form);
-    // The form's menus stand above its inside; a double press there goes to onMenuStrip.
+    // What is drawn above the form, in place of what was.
     void SetMarks(std::vector<Mark> marks);
     // The form's own frame is marked, and can be sized at its right and bottom.
     void SetFormSelected(bool selected);

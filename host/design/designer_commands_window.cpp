@@ -2,8 +2,6 @@
 #include <algorithm>
 
 #include "com/guard.h"
-#include "com/text.h"
-#include "common/run_time_error.h"
 #include "host/design/designer_window.h"
 #include "host/design/form_text.h"
 #include "host/design/image_editor_dialog.h"
@@ -12,7 +10,6 @@
 #include "host/form_storage_win32.h"
 #include "host/sited_control.h"
 #include "win/clipboard.h"
-#include "win/dpi.h"
 
 namespace qvx::host::design {
 

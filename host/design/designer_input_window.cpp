@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "common/keys.h"
-#include "common/number_text.h"
 #include "host/design/designer_window.h"
 #include "host/design/form_text.h"
 #include "win/dpi.h"

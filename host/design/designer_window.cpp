@@ -9,11 +9,8 @@
 
 #include "com/guard.h"
 #include "com/text.h"
-#include "common/number_text.h"
 #include "common/run_time_error.h"
-#include "host/design_box_window.h"
 #include "host/form_storage_win32.h"
-#include "host/sited_control.h"
 #include "win/dpi.h"
 #include "win/module.h"
 

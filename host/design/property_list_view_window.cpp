@@ -11,7 +11,6 @@
 #include "host/design/value_dialogs_win32.h"
 #include "host/form_font.h"
 #include "host/image_list_object.h"
-#include "win/gdi_surface.h"
 #include "win/module.h"
 #include "win/wide.h"
 
