@@ -22,8 +22,8 @@ class OutputVolumes {
 struct Place {
     std::uint32_t volume = 0;
     std::uint64_t offset = 0;
-    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the comparison with 0 in the generated operator for a
-    // pointer.
+    // clang-tidy 14 takes the comparison with 0 in the generated operator for a pointer.
+    // NOLINTNEXTLINE(modernize-use-nullptr)
     auto operator<=>(const Place&) const = default;
 };
 

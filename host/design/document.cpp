@@ -34,7 +34,9 @@ Spot SpotOf(Block& container, const Block& wanted) {
     return {};
 }
 
+// Null for a place that is none.
 std::unique_ptr<Block> TakeOut(const Spot& place) {
+    if (!place.container) return nullptr;
     Entry& entry = place.container->entries[place.position];
     std::unique_ptr<Block> block = std::move(entry.block);
     place.container->entries.erase(place.container->entries.begin() + static_cast<std::ptrdiff_t>(place.position));
