@@ -62,6 +62,7 @@ class PropertyFrame::Site final : public ComObject<IPropertyPageSite> {
     STDMETHODIMP GetPageContainer(IUnknown** container) override {
         if (!container) return E_POINTER;
         *container = nullptr;
+        // The answer that the interface asks of every frame: pages are not to know their container.
         return E_NOTIMPL;
     }
     // A key that the page has no use for.
