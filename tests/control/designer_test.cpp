@@ -1,17 +1,10 @@
 // The forms designer over real controls: the mouse and keys, what controls do at design time, files, and what goes
 // wrong.
-#include "host/design/designer_window.h"
-
-#include <gtest/gtest.h>
-#include <olectl.h>
-
-#include "com/text.h"
 #include "common/run_time_error.h"
-#include "host/design/property_frame_dialog.h"
 #include "host/design_box_window.h"
 #include "host/image_list_object.h"
 #include "host/sited_control.h"
-#include "tests/control/host_form.h"
+#include "tests/control/designer_form.h"
 #include "tests/support/input.h"
 #include "tests/support/resource_counts.h"
 #include "tests/support/thread_windows.h"
@@ -22,154 +15,11 @@
 namespace qvx::host::design {
 namespace {
 
-using test::Call;
-using test::Invoke;
-using test::Narrow;
-using test::TypeKey;
-using test::WaitFor;
-
-constexpr char formText[] =
-    "' Kept as it is.\r\nBegin Form frmTest\r\n   Caption = \"Test\"\r\n   ClientWidth = 6000\r\n"
-    "   ClientHeight = 4200\r\n   BackColor = &H00E0F0FF&\r\n   ForeColor = &H00000080&\r\n"
-    "   BeginProperty Font\r\n      Name = \"Tahoma\"\r\n      Size = 14\r\n   EndProperty\r\n"
-    "   Begin Qvx.Button cmdOk\r\n      Caption = \"OK\"\r\n      Left = 240\r\n      Top = 240\r\n"
-    "      Width = 1200\r\n      Height = 360\r\n   End\r\n"
-    "   Begin Frame fraBox\r\n      Left = 2400\r\n      Top = 240\r\n      Width = 3000\r\n      Height = 1800\r\n"
-    "      Begin Label lblIn\r\n         Left = 240\r\n         Top = 480\r\n         Width = 960\r\n"
-    "         Height = 240\r\n      End\r\n   End\r\n"
-    "End\r\n";
-
 // One pixel.
 const std::string dotPicture(
     "BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0\0\0\0\0\4\0\0\0"
     "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\xFF\0\0\0",
     58);
-
-// From a person's thread: one of the designer's editors or the frame of pages, once it takes keys.
-HWND WaitForEditor() {
-    HWND editor = nullptr;
-    EXPECT_TRUE(WaitFor(
-        [&] {
-            editor = FindWindowW(L"QvxDesignEditor", nullptr);
-            return editor && GetForegroundWindow() == editor;
-        },
-        8000, false));
-    Sleep(200);
-    return editor;
-}
-
-void Write(const Text& path, const std::string& bytes) {
-    std::ofstream file(Wide(path), std::ios::binary);
-    file << bytes;
-    ASSERT_TRUE(file.good());
-}
-
-class DesignerTest : public ::testing::Test {
-  protected:
-    DesignerTest() {
-        source_.UseFile(Text(FromWide(test::ServerUnderTest::Get().Path())));
-        wchar_t folder[MAX_PATH];
-        GetTempPathW(MAX_PATH, folder);
-        folder_ = Text(FromWide(folder)) + u"qvx_designer";
-        CreateDirectoryW(Wide(folder_), nullptr);
-        path_ = folder_ + u"\\test.frm";
-        questions_.ask = [this](HWND, const Text& question, UINT) {
-            asked_.push_back(question);
-            return answer_;
-        };
-        questions_.file = [this](HWND, bool, const Text&, const Text&) { return file_; };
-        Open(formText);
-    }
-    ~DesignerTest() override {
-        designer_.reset();
-        MSG message;
-        PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
-        WIN32_FIND_DATAW found{};
-        const HANDLE search = FindFirstFileW(Wide(folder_ + u"\\*"), &found);
-        for (BOOL more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found)) {
-            const Text file = folder_ + u"\\" + Text(FromWide(found.cFileName));
-            SetFileAttributesW(Wide(file), FILE_ATTRIBUTE_NORMAL);
-            DeleteFileW(Wide(file));
-        }
-        FindClose(search);
-        RemoveDirectoryW(Wide(folder_));
-    }
-
-    void Open(const std::string& text) {
-        Write(path_, text);
-        designer_.reset();
-        designer_ = std::make_unique<DesignerWindow>(Options{}, source_, reporter_, questions_);
-        designer_->Open(path_);
-        designer_->Show();
-        EXPECT_TRUE(test::BringToFront(designer_->Handle()));
-        Settle();
-    }
-    void Settle(int milliseconds = 100) {
-        WaitFor([] { return false; }, milliseconds);
-    }
-    FormControl* Control(TextView name, int index = -1) { return designer_->Picture().FindControl(name, index); }
-    ComPtr<IDispatch> Members(TextView name) { return Control(name)->Inner(); }
-    HRESULT ErrorOf(TextView name, const wchar_t* member, WORD flags, const std::vector<VARIANT>& arguments = {}) {
-        return Invoke(Members(name).get(), member, flags, arguments).scode;
-    }
-    TwipsRect Bounds(TextView name, int index = -1) {
-        const Block* block = designer_->Form().Find({Text(name), index});
-        EXPECT_TRUE(block) << Narrow(name);
-        return block ? Document::BoundsOf(*block) : TwipsRect{};
-    }
-    std::vector<int> PlaceOf(TextView name) {
-        const TwipsRect bounds = Bounds(name);
-        return {bounds.left, bounds.top, bounds.width, bounds.height};
-    }
-    std::vector<Text> Names() {
-        std::vector<Text> names;
-        for (const ObjectId& id : designer_->Form().Controls()) names.push_back(TitleOf(id));
-        return names;
-    }
-    std::string Saved() {
-        EXPECT_TRUE(designer_->Do(Command::save));
-        return Bytes(path_);
-    }
-    // Twips of the form's inside on the screen.
-    POINT At(int x, int y) {
-        POINT point{TwipsToPixels(x, ScreenDpi().x), TwipsToPixels(y, ScreenDpi().y)};
-        ClientToScreen(designer_->Picture().Handle(), &point);
-        return point;
-    }
-    void Drag(POINT from, POINT to) {
-        test::MoveMouseTo(from);
-        Settle(50);
-        test::LeftButton(true);
-        Settle(50);
-        test::MoveMouseTo({(from.x + to.x) / 2, (from.y + to.y) / 2});
-        Settle(50);
-        test::MoveMouseTo(to);
-        Settle(50);
-        test::LeftButton(false);
-        Settle();
-    }
-    void Click(POINT at) { Drag(at, at); }
-    void Arm(TextView className) {
-        const auto& tools = designer_->Palette().Tools();
-        const auto found =
-            std::find_if(tools.begin(), tools.end(), [&](const Tool& tool) { return tool.className == className; });
-        ASSERT_NE(found, tools.end()) << Narrow(className);
-        SendMessageW(designer_->Palette().List(), LB_SETCURSEL, static_cast<WPARAM>(found - tools.begin()), 0);
-    }
-    void Place(const Text& className, const TwipsRect& where = {360, 2400, 1200, 600}) {
-        designer_->PlaceControl(className, std::nullopt, &where);
-    }
-
-    TestClasses source_;
-    Reporter reporter_{true};
-    Questions questions_;
-    std::vector<Text> asked_;
-    int answer_ = IDNO;
-    Text file_;
-    Text folder_;
-    Text path_;
-    std::unique_ptr<DesignerWindow> designer_;
-};
 
 TEST_F(DesignerTest, EveryToolPlacesAControlThatFollowsItsForm) {
     struct Case {
@@ -617,151 +467,6 @@ TEST_F(DesignerTest, WhatCannotBeMadeIsABoxAndIsSavedAsItWas) {
     EXPECT_EQ(Saved().find("Test.Broken"), std::string::npos);
 }
 
-// --- Property pages.
-
-constexpr CLSID pageClass{0x7B0E2A54, 0x3D1F, 0x4F0B, {0x9C, 0x11, 0x52, 0x40, 0x6A, 0x8E, 0x77, 0x01}};
-
-// A page that sets a caption when it is applied.
-class CaptionPage final : public ComObject<IPropertyPage> {
-  public:
-    bool dirty = false;
-    HRESULT applies = S_OK;
-    std::string calls;
-    ComPtr<IPropertyPageSite> site;
-    ComPtr<IDispatch> object;
-
-    STDMETHODIMP SetPageSite(IPropertyPageSite* given) override {
-        site = ComPtr<IPropertyPageSite>(given);
-        calls += given ? "site " : "nosite ";
-        return S_OK;
-    }
-    STDMETHODIMP Activate(HWND, LPCRECT area, BOOL) override {
-        EXPECT_GE(area->right, 400);
-        EXPECT_GE(area->bottom, 200);
-        calls += "activate ";
-        return S_OK;
-    }
-    STDMETHODIMP Deactivate() override {
-        calls += "deactivate ";
-        return S_OK;
-    }
-    STDMETHODIMP GetPageInfo(PROPPAGEINFO* info) override {
-        info->pszTitle = static_cast<LPOLESTR>(CoTaskMemAlloc(20));
-        lstrcpyW(info->pszTitle, L"Caption");
-        info->pszDocString = nullptr;
-        info->pszHelpFile = nullptr;
-        info->size = {400, 200};
-        return S_OK;
-    }
-    STDMETHODIMP SetObjects(ULONG count, IUnknown** objects) override {
-        object = count ? ComPtr<IUnknown>(objects[0]).As<IDispatch>() : nullptr;
-        return S_OK;
-    }
-    STDMETHODIMP Show(UINT command) override {
-        calls += command == SW_HIDE ? "hide " : "show ";
-        return S_OK;
-    }
-    STDMETHODIMP Move(LPCRECT) override { return S_OK; }
-    STDMETHODIMP IsPageDirty() override { return dirty ? S_OK : S_FALSE; }
-    STDMETHODIMP Apply() override {
-        calls += "apply ";
-        if (FAILED(applies)) return applies;
-        dirty = false;
-        const Variant caption(u"By page");
-        Invoke(object.get(), L"Caption", DISPATCH_PROPERTYPUT, {*caption.ptr()});
-        return S_OK;
-    }
-    STDMETHODIMP Help(LPCOLESTR) override { return E_NOTIMPL; }
-    STDMETHODIMP TranslateAccelerator(MSG*) override { return S_FALSE; }
-
-  private:
-    ~CaptionPage() override = default;
-};
-
-class PageFactory final : public ComObject<IClassFactory> {
-  public:
-    explicit PageFactory(ComPtr<CaptionPage> page) : page_(std::move(page)) {}
-    STDMETHODIMP CreateInstance(IUnknown*, REFIID iid, void** object) override {
-        return page_->QueryInterface(iid, object);
-    }
-    STDMETHODIMP LockServer(BOOL) override { return S_OK; }
-
-  private:
-    ~PageFactory() override = default;
-    ComPtr<CaptionPage> page_;
-};
-
-class PageTest : public DesignerTest {
-  protected:
-    PageTest() : page_(MakeObject<CaptionPage>()) {
-        const auto factory = MakeObject<PageFactory>(page_);
-        CoRegisterClassObject(pageClass, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
-    }
-    ~PageTest() override { CoRevokeClassObject(cookie_); }
-
-    // The frame over cmdOk; what somebody does there runs beside it.
-    bool Ask(std::vector<CLSID> pages, const std::function<void(HWND frame)>& acts) {
-        const auto frame = PropertyFrame::Make(
-            designer_->Handle(), u"cmdOk", dynamic_cast<SitedControl*>(Control(u"cmdOk"))->Object(), pages, source_);
-        test::Person person([&] { acts(WaitForEditor()); });
-        return frame->Ask(designer_->Handle());
-    }
-    Text Caption() { return Call(Members(u"cmdOk").get(), L"Caption").ToText().value_or(Text()); }
-    static HWND ApplyButton(HWND frame) { return FindWindowExW(frame, nullptr, nullptr, L"&Apply"); }
-
-    ComPtr<CaptionPage> page_;
-    DWORD cookie_ = 0;
-};
-
-TEST_F(PageTest, OkAppliesWhatIsDirtyAndTheFormFollows) {
-    EXPECT_TRUE(Ask({pageClass}, [&](HWND frame) {
-        EXPECT_FALSE(IsWindowEnabled(ApplyButton(frame)));
-        TypeKey(VK_RETURN);
-    }));
-    EXPECT_EQ(Caption(), u"OK") << "nothing was dirty";
-    EXPECT_EQ(page_->calls, "site activate show hide deactivate nosite ");
-    page_->calls.clear();
-    page_->dirty = true;
-    EXPECT_TRUE(Ask({pageClass}, [](HWND) { TypeKey(VK_RETURN); }));
-    EXPECT_EQ(Caption(), u"By page");
-    EXPECT_TRUE(WaitFor([&] { return designer_->Form().Dirty(); }));
-    EXPECT_TRUE(designer_->Do(Command::undo));
-    EXPECT_EQ(Caption(), u"OK");
-}
-
-TEST_F(PageTest, CancelAppliesNothingAndApplyStaysOpen) {
-    page_->dirty = true;
-    EXPECT_FALSE(Ask({pageClass}, [](HWND) { TypeKey(VK_ESCAPE); }));
-    EXPECT_EQ(Caption(), u"OK");
-    EXPECT_FALSE(Ask({pageClass}, [&](HWND frame) {
-        PostMessageW(frame, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(ApplyButton(frame)), BN_CLICKED), 0);
-        EXPECT_TRUE(WaitFor([&] { return !page_->dirty; }, 5000, false));
-        Sleep(100);
-        TypeKey(VK_ESCAPE);
-    }));
-    EXPECT_EQ(Caption(), u"By page");
-}
-
-TEST_F(PageTest, APageThatRefusesKeepsTheFrameOpenAndOneThatIsMissingIsLeftOut) {
-    page_->dirty = true;
-    page_->applies = E_FAIL;
-    EXPECT_FALSE(Ask({CLSID{1, 2, 3, {}}, pageClass}, [&](HWND frame) {
-        TypeKey(VK_RETURN);
-        HWND box = nullptr;
-        EXPECT_TRUE(
-            WaitFor([&] { return (box = FindWindowW(L"#32770", nullptr)) != nullptr && GetForegroundWindow() == box; },
-                    8000, false));
-        Sleep(200);
-        TypeKey(VK_RETURN);
-        EXPECT_TRUE(WaitFor([&] { return GetForegroundWindow() == frame; }, 8000, false));
-        Sleep(200);
-        TypeKey(VK_ESCAPE);
-    }));
-    EXPECT_EQ(Caption(), u"OK");
-    EXPECT_THROW(PropertyFrame::Make(designer_->Handle(), u"x", nullptr, {CLSID{1, 2, 3, {}}}, source_), RunTimeError);
-    EXPECT_THROW(PropertyFrame::Make(designer_->Handle(), u"x", nullptr, {}, source_), RunTimeError);
-}
-
 TEST_F(DesignerTest, NothingStaysBehind) {
     const auto cycle = [&] {
         Open(formText);
@@ -773,13 +478,7 @@ TEST_F(DesignerTest, NothingStaysBehind) {
         }
         designer_.reset();
     };
-    cycle();
-    cycle();
-    const test::ResourceCounts before = test::CountResources();
-    for (int i = 0; i < 4; ++i) cycle();
-    const test::ResourceCounts after = test::CountResources();
-    EXPECT_EQ(after.windows, before.windows);
-    EXPECT_LE(after.gdiObjects, before.gdiObjects);
+    test::ExpectNothingLeftBehind(4, cycle);
 }
 
 }  // namespace

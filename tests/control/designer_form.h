@@ -1,0 +1,165 @@
+// The forms designer over a small form in a folder of its own, with real controls, a mouse and keys.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <olectl.h>
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "com/text.h"
+#include "host/design/designer_window.h"
+#include "tests/control/host_form.h"
+#include "tests/support/input.h"
+#include "win/dpi.h"
+#include "win/wide.h"
+
+namespace qvx::host::design {
+
+using test::Call;
+using test::Invoke;
+using test::Narrow;
+using test::TypeKey;
+using test::WaitFor;
+
+inline constexpr char formText[] =
+    "' Kept as it is.\r\nBegin Form frmTest\r\n   Caption = \"Test\"\r\n   ClientWidth = 6000\r\n"
+    "   ClientHeight = 4200\r\n   BackColor = &H00E0F0FF&\r\n   ForeColor = &H00000080&\r\n"
+    "   BeginProperty Font\r\n      Name = \"Tahoma\"\r\n      Size = 14\r\n   EndProperty\r\n"
+    "   Begin Qvx.Button cmdOk\r\n      Caption = \"OK\"\r\n      Left = 240\r\n      Top = 240\r\n"
+    "      Width = 1200\r\n      Height = 360\r\n   End\r\n"
+    "   Begin Frame fraBox\r\n      Left = 2400\r\n      Top = 240\r\n      Width = 3000\r\n      Height = 1800\r\n"
+    "      Begin Label lblIn\r\n         Left = 240\r\n         Top = 480\r\n         Width = 960\r\n"
+    "         Height = 240\r\n      End\r\n   End\r\n"
+    "End\r\n";
+
+// From a person's thread: one of the designer's editors or the frame of pages, once it takes keys.
+inline HWND WaitForEditor() {
+    HWND editor = nullptr;
+    EXPECT_TRUE(WaitFor(
+        [&] {
+            editor = FindWindowW(L"QvxDesignEditor", nullptr);
+            return editor && GetForegroundWindow() == editor;
+        },
+        8000, false));
+    Sleep(200);
+    return editor;
+}
+
+inline void Write(const Text& path, const std::string& bytes) {
+    std::ofstream file(Wide(path), std::ios::binary);
+    file << bytes;
+    ASSERT_TRUE(file.good());
+}
+
+class DesignerTest : public ::testing::Test {
+  protected:
+    DesignerTest() {
+        source_.UseFile(Text(FromWide(test::ServerUnderTest::Get().Path())));
+        wchar_t folder[MAX_PATH];
+        GetTempPathW(MAX_PATH, folder);
+        folder_ = Text(FromWide(folder)) + u"qvx_designer";
+        CreateDirectoryW(Wide(folder_), nullptr);
+        path_ = folder_ + u"\\test.frm";
+        questions_.ask = [this](HWND, const Text& question, UINT) {
+            asked_.push_back(question);
+            return answer_;
+        };
+        questions_.file = [this](HWND, bool, const Text&, const Text&) { return file_; };
+        Open(formText);
+    }
+    ~DesignerTest() override {
+        designer_.reset();
+        MSG message;
+        PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+        WIN32_FIND_DATAW found{};
+        const HANDLE search = FindFirstFileW(Wide(folder_ + u"\\*"), &found);
+        for (BOOL more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found)) {
+            const Text file = folder_ + u"\\" + Text(FromWide(found.cFileName));
+            SetFileAttributesW(Wide(file), FILE_ATTRIBUTE_NORMAL);
+            DeleteFileW(Wide(file));
+        }
+        FindClose(search);
+        RemoveDirectoryW(Wide(folder_));
+    }
+
+    void Open(const std::string& text) {
+        Write(path_, text);
+        designer_.reset();
+        designer_ = std::make_unique<DesignerWindow>(Options{}, source_, reporter_, questions_);
+        designer_->Open(path_);
+        designer_->Show();
+        EXPECT_TRUE(test::BringToFront(designer_->Handle()));
+        Settle();
+    }
+    void Settle(int milliseconds = 100) {
+        WaitFor([] { return false; }, milliseconds);
+    }
+    FormControl* Control(TextView name, int index = -1) { return designer_->Picture().FindControl(name, index); }
+    ComPtr<IDispatch> Members(TextView name) { return Control(name)->Inner(); }
+    HRESULT ErrorOf(TextView name, const wchar_t* member, WORD flags, const std::vector<VARIANT>& arguments = {}) {
+        return Invoke(Members(name).get(), member, flags, arguments).scode;
+    }
+    TwipsRect Bounds(TextView name, int index = -1) {
+        const Block* block = designer_->Form().Find({Text(name), index});
+        EXPECT_TRUE(block) << Narrow(name);
+        return block ? Document::BoundsOf(*block) : TwipsRect{};
+    }
+    std::vector<int> PlaceOf(TextView name) {
+        const TwipsRect bounds = Bounds(name);
+        return {bounds.left, bounds.top, bounds.width, bounds.height};
+    }
+    std::vector<Text> Names() {
+        std::vector<Text> names;
+        for (const ObjectId& id : designer_->Form().Controls()) names.push_back(TitleOf(id));
+        return names;
+    }
+    std::string Saved() {
+        EXPECT_TRUE(designer_->Do(Command::save));
+        return Bytes(path_);
+    }
+    // Twips of the form's inside on the screen.
+    POINT At(int x, int y) {
+        POINT point{TwipsToPixels(x, ScreenDpi().x), TwipsToPixels(y, ScreenDpi().y)};
+        ClientToScreen(designer_->Picture().Handle(), &point);
+        return point;
+    }
+    void Drag(POINT from, POINT to) {
+        test::MoveMouseTo(from);
+        Settle(50);
+        test::LeftButton(true);
+        Settle(50);
+        test::MoveMouseTo({(from.x + to.x) / 2, (from.y + to.y) / 2});
+        Settle(50);
+        test::MoveMouseTo(to);
+        Settle(50);
+        test::LeftButton(false);
+        Settle();
+    }
+    void Click(POINT at) { Drag(at, at); }
+    void Arm(TextView className) {
+        const auto& tools = designer_->Palette().Tools();
+        const auto found =
+            std::find_if(tools.begin(), tools.end(), [&](const Tool& tool) { return tool.className == className; });
+        ASSERT_NE(found, tools.end()) << Narrow(className);
+        SendMessageW(designer_->Palette().List(), LB_SETCURSEL, static_cast<WPARAM>(found - tools.begin()), 0);
+    }
+    void Place(const Text& className, const TwipsRect& where = {360, 2400, 1200, 600}) {
+        designer_->PlaceControl(className, std::nullopt, &where);
+    }
+
+    TestClasses source_;
+    Reporter reporter_{true};
+    Questions questions_;
+    std::vector<Text> asked_;
+    int answer_ = IDNO;
+    Text file_;
+    Text folder_;
+    Text path_;
+    std::unique_ptr<DesignerWindow> designer_;
+};
+
+}  // namespace qvx::host::design
