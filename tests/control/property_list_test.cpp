@@ -1,12 +1,10 @@
 // The property list over real controls on a form under design, driven by real keys and clicks.
-#include "host/design/property_list_window.h"
-
 #include <gtest/gtest.h>
 #include <oleacc.h>
 #include <olectl.h>
 
 #include "com/font_object.h"
-#include "tests/control/host_form.h"
+#include "tests/control/property_list_form.h"
 #include "tests/support/input.h"
 #include "tests/support/resource_counts.h"
 #include "tests/support/thread_windows.h"
@@ -15,84 +13,6 @@
 
 namespace qvx::host {
 namespace {
-
-using test::Call;
-using test::TypeKey;
-using test::WaitFor;
-
-class Frame final : public Window {
-  public:
-    explicit Frame(Size size) {
-        Create(WindowClass{L"QvxPropertyTestFrame"}, L"Properties", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0,
-               {700, 40, 700 + size.width, 40 + size.height}, nullptr);
-    }
-};
-
-constexpr char formText[] =
-    "Begin Form frmTest\r\n   Caption = \"Test\"\r\n   ClientWidth = 6000\r\n   ClientHeight = 3000\r\n"
-    "   Begin Qvx.Button cmdOk\r\n      Caption = \"OK\"\r\n      Width = 1200\r\n      Height = 375\r\n   End\r\n"
-    "   Begin Qvx.Button cmdNo\r\n      Caption = \"No\"\r\n      Left = 1500\r\n      Width = 1200\r\n"
-    "      Height = 375\r\n   End\r\n"
-    "   Begin Qvx.TextEdit txtName\r\n      Top = 600\r\n      Width = 1200\r\n      Height = 375\r\n   End\r\n"
-    "   Begin Qvx.ComboGrid grdItems\r\n      Top = 1200\r\n      Width = 2400\r\n      Height = 900\r\n   End\r\n"
-    "   Begin Label lblName\r\n      Caption = \"Name\"\r\n      Left = 3000\r\n      Width = 900\r\n   End\r\n"
-    "End\r\n";
-
-class PropertyListTest : public HostFormTest {
-  protected:
-    PropertyListTest() : frame_({300, 520}) {
-        options_.design = true;
-        Load(formText);
-        list_ = std::make_unique<PropertyListWindow>();
-        list_->onBeforeChange = [this] { told_ += u"before "; };
-        list_->onChanged = [this](TextView name) { told_ += u"changed:" + Text(name) + u" "; };
-        EXPECT_TRUE(list_->Create(frame_.Handle(), frame_.ClientArea()));
-        EXPECT_TRUE(test::BringToFront(frame_.Handle()));
-    }
-
-    PropertyListWindow::Subject SubjectOf(TextView name) {
-        FormControl* control = form_->FindControl(name);
-        const auto own = control->Inner();
-        return {Text(name), ComPtr<IDispatch>(control->Extended()), own, own};
-    }
-    void Show(const std::vector<TextView>& names) {
-        std::vector<PropertyListWindow::Subject> subjects;
-        for (const TextView name : names) subjects.push_back(SubjectOf(name));
-        list_->Show(std::move(subjects), {u"frmTest", u"cmdOk", u"cmdNo", u"txtName", u"grdItems", u"lblName"});
-    }
-    const PropertyRow& Row(TextView name) {
-        const auto row = list_->Table()->FindRow(name);
-        EXPECT_TRUE(row) << test::Narrow(name);
-        static const PropertyRow none;
-        return row ? list_->Table()->Rows()[*row] : none;
-    }
-    bool Has(TextView name) { return list_->Table()->FindRow(name).has_value(); }
-    Variant Value(TextView control, const wchar_t* name) {
-        return Call(form_->FindControl(control)->Inner().get(), name);
-    }
-    void Settle(int milliseconds = 150) {
-        WaitFor([] { return false; }, milliseconds);
-    }
-    // Goes to a property, into its value, as somebody with the keyboard.
-    void Edit(TextView name) {
-        list_->GoTo(name);
-        SetFocus(list_->RowsWindow());
-        TypeKey(VK_TAB);
-        Settle();
-    }
-    void Type(const char* keys) {
-        for (; *keys; ++keys) {
-            const SHORT key = VkKeyScanW(static_cast<wchar_t>(*keys));
-            TypeKey(LOBYTE(key), HIBYTE(key) & 1 ? std::initializer_list<int>{VK_SHIFT} : std::initializer_list<int>{});
-        }
-        Settle();
-    }
-    Text FocusText() { return WindowText(GetFocus()); }
-
-    Frame frame_;
-    std::unique_ptr<PropertyListWindow> list_;
-    Text told_;
-};
 
 TEST_F(PropertyListTest, RowsComeFromTypeInformationAndFromTheHost) {
     Show({u"cmdOk"});
@@ -369,141 +289,6 @@ TEST_F(PropertyListTest, KeysWalkAndSearch) {
     EXPECT_EQ(accessible->get_accRole(item, &role), E_INVALIDARG);
 }
 
-// An object whose members the test chooses: by names alone, or with a description of its own.
-class HostileObject final : public ComObject<UntypedDispatch> {
-  public:
-    std::function<HRESULT(WORD flags, DISPPARAMS*, VARIANT*, EXCEPINFO*)> invoke;
-    ComPtr<ITypeInfo> info;
-
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** out) override {
-        *out = info.copy();
-        return info ? S_OK : E_FAIL;
-    }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
-                        UINT*) override {
-        return invoke(flags, arguments, result, exception);
-    }
-
-  private:
-    ~HostileObject() override = default;
-};
-
-class HostileObjects : public PropertyListTest {
-  protected:
-    HostileObjects() : object_(MakeObject<HostileObject>()) {
-        // The description of a real control, with members of every kind, over an object that does as it likes.
-        SubjectOf(u"grdItems").own->GetTypeInfo(0, LOCALE_USER_DEFAULT, object_->info.put());
-    }
-    void ShowIt() { list_->Show({{u"bad", nullptr, object_, nullptr}}, {u"bad"}); }
-
-    ComPtr<HostileObject> object_;
-};
-
-TEST_F(HostileObjects, WhatCannotBeReadIsShownEmpty) {
-    struct Case {
-        const char* what;
-        std::function<HRESULT(VARIANT*, EXCEPINFO*)> get;
-        const char16_t* text;  // of the whole number Rows
-    };
-    static VARIANT itself{};
-    itself.vt = VT_BYREF | VT_VARIANT;
-    itself.pvarVal = &itself;
-    static long number = 17;
-    const Case cases[] = {
-        {"error 393",
-         [](VARIANT*, EXCEPINFO* exception) {
-             exception->scode = static_cast<SCODE>(0x800A0189);
-             exception->bstrDescription = SysAllocString(L"Get not supported at run time");
-             return DISP_E_EXCEPTION;
-         },
-         u""},
-        {"failure", [](VARIANT*, EXCEPINFO*) { return E_FAIL; }, u""},
-        {"an exception", [](VARIANT*, EXCEPINFO*) -> HRESULT { throw std::runtime_error("out"); }, u""},
-        {"nothing", [](VARIANT*, EXCEPINFO*) { return S_OK; }, u"0"},
-        {"a reference to itself",
-         [](VARIANT* result, EXCEPINFO*) {
-             *result = itself;
-             return S_OK;
-         },
-         u""},
-        {"a reference",
-         [](VARIANT* result, EXCEPINFO*) {
-             result->vt = VT_BYREF | VT_I4;
-             result->plVal = &number;
-             return S_OK;
-         },
-         u"17"},
-        {"a text",
-         [](VARIANT* result, EXCEPINFO*) {
-             *result = Variant(u"no number").detach();
-             return S_OK;
-         },
-         u""},
-        {"an array",
-         [](VARIANT* result, EXCEPINFO*) {
-             result->vt = VT_ARRAY | VT_I4;
-             result->parray = SafeArrayCreateVector(VT_I4, 0, 3);
-             return S_OK;
-         },
-         u""},
-        {"no object",
-         [](VARIANT* result, EXCEPINFO*) {
-             result->vt = VT_DISPATCH;
-             result->pdispVal = nullptr;
-             return S_OK;
-         },
-         u""},
-    };
-    for (const Case& c : cases) {
-        object_->invoke = [&c](WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO* exception) {
-            return c.get(result, exception);
-        };
-        ShowIt();
-        ASSERT_GT(list_->Table()->Rows().size(), 40u) << c.what;
-        EXPECT_EQ(test::Narrow(Row(u"Rows").reading.text), test::Narrow(c.text)) << c.what;
-        list_->SetOrder(PropertyOrder::categorized);
-        UpdateWindow(list_->RowsWindow());
-        list_->SetOrder(PropertyOrder::alphabetic);
-    }
-}
-
-TEST_F(HostileObjects, ObjectsMayChangeTheListWhileTheyAreAsked) {
-    int depth = 0;
-    object_->invoke = [&](WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*) {
-        if (++depth < 4) {
-            ShowIt();
-        } else if (depth == 100) {
-            Show({u"cmdOk"});
-        }
-        *result = Variant(1).detach();
-        return S_OK;
-    };
-    ShowIt();
-    EXPECT_TRUE(Has(u"Caption")) << "the last call counts";
-    EXPECT_FALSE(Has(u"Rows"));
-    // Gone in the middle of a write, with the object's last reference.
-    object_->invoke = [](WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*) {
-        if (result) *result = Variant(1).detach();
-        return S_OK;
-    };
-    ShowIt();
-    SetFocus(list_->RowsWindow());
-    HostileObject* const alone = object_.get();
-    alone->invoke = [&](WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO*) {
-        if (flags & DISPATCH_PROPERTYPUT) list_.reset();
-        if (result) *result = Variant(1).detach();
-        return S_OK;
-    };
-    object_.reset();
-    list_->GoTo(u"Rows");
-    TypeKey(VK_TAB);
-    Settle();
-    Type("7");
-    TypeKey(VK_RETURN);
-    Settle();
-    EXPECT_EQ(list_, nullptr);
-}
-
 // A button's description over a control that knows words and choices of its own, and has pages.
 class TalkativeControl final : public ComObject<UntypedDispatch, IPerPropertyBrowsing, ISpecifyPropertyPages> {
   public:
@@ -740,11 +525,7 @@ TEST_F(PropertyListTest, EverySizeWillDoAndNothingStaysBehind) {
     for (const int dots : {96, 192}) {
         const DpiOverride dpi({dots, dots});
         for (const int width : {0, 1, 40, 300, 3000}) make(width);
-        const test::ResourceCounts before = test::CountResources();
-        for (int i = 0; i < 5; ++i) make(300);
-        const test::ResourceCounts after = test::CountResources();
-        EXPECT_EQ(after.windows, before.windows);
-        EXPECT_LE(after.gdiObjects, before.gdiObjects);
+        test::ExpectNothingLeftBehind(5, [&] { make(300); });
     }
 }
 

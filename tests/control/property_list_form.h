@@ -1,0 +1,95 @@
+// The property list beside a form under design, with somebody at the keyboard.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <memory>
+#include <vector>
+
+#include "host/design/property_list_window.h"
+#include "tests/control/host_form.h"
+#include "tests/support/input.h"
+#include "win/wide.h"
+
+namespace qvx::host {
+
+using test::Call;
+using test::TypeKey;
+using test::WaitFor;
+
+class PropertyFrameWindow final : public Window {
+  public:
+    explicit PropertyFrameWindow(Size size) {
+        Create(WindowClass{L"QvxPropertyTestFrame"}, L"Properties", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0,
+               {700, 40, 700 + size.width, 40 + size.height}, nullptr);
+    }
+};
+
+inline constexpr char formText[] =
+    "Begin Form frmTest\r\n   Caption = \"Test\"\r\n   ClientWidth = 6000\r\n   ClientHeight = 3000\r\n"
+    "   Begin Qvx.Button cmdOk\r\n      Caption = \"OK\"\r\n      Width = 1200\r\n      Height = 375\r\n   End\r\n"
+    "   Begin Qvx.Button cmdNo\r\n      Caption = \"No\"\r\n      Left = 1500\r\n      Width = 1200\r\n"
+    "      Height = 375\r\n   End\r\n"
+    "   Begin Qvx.TextEdit txtName\r\n      Top = 600\r\n      Width = 1200\r\n      Height = 375\r\n   End\r\n"
+    "   Begin Qvx.ComboGrid grdItems\r\n      Top = 1200\r\n      Width = 2400\r\n      Height = 900\r\n   End\r\n"
+    "   Begin Label lblName\r\n      Caption = \"Name\"\r\n      Left = 3000\r\n      Width = 900\r\n   End\r\n"
+    "End\r\n";
+
+class PropertyListTest : public HostFormTest {
+  protected:
+    PropertyListTest() : frame_({300, 520}) {
+        options_.design = true;
+        Load(formText);
+        list_ = std::make_unique<PropertyListWindow>();
+        list_->onBeforeChange = [this] { told_ += u"before "; };
+        list_->onChanged = [this](TextView name) { told_ += u"changed:" + Text(name) + u" "; };
+        EXPECT_TRUE(list_->Create(frame_.Handle(), frame_.ClientArea()));
+        EXPECT_TRUE(test::BringToFront(frame_.Handle()));
+    }
+
+    PropertyListWindow::Subject SubjectOf(TextView name) {
+        FormControl* control = form_->FindControl(name);
+        const auto own = control->Inner();
+        return {Text(name), ComPtr<IDispatch>(control->Extended()), own, own};
+    }
+    void Show(const std::vector<TextView>& names) {
+        std::vector<PropertyListWindow::Subject> subjects;
+        for (const TextView name : names) subjects.push_back(SubjectOf(name));
+        list_->Show(std::move(subjects), {u"frmTest", u"cmdOk", u"cmdNo", u"txtName", u"grdItems", u"lblName"});
+    }
+    const PropertyRow& Row(TextView name) {
+        const auto row = list_->Table()->FindRow(name);
+        EXPECT_TRUE(row) << test::Narrow(name);
+        static const PropertyRow none;
+        return row ? list_->Table()->Rows()[*row] : none;
+    }
+    bool Has(TextView name) { return list_->Table()->FindRow(name).has_value(); }
+    Variant Value(TextView control, const wchar_t* name) {
+        return Call(form_->FindControl(control)->Inner().get(), name);
+    }
+    void Settle(int milliseconds = 150) {
+        WaitFor([] { return false; }, milliseconds);
+    }
+    // Goes to a property, into its value, as somebody with the keyboard.
+    void Edit(TextView name) {
+        list_->GoTo(name);
+        SetFocus(list_->RowsWindow());
+        TypeKey(VK_TAB);
+        Settle();
+    }
+    void Type(const char* keys) {
+        for (; *keys; ++keys) {
+            const SHORT key = VkKeyScanW(static_cast<wchar_t>(*keys));
+            TypeKey(LOBYTE(key), HIBYTE(key) & 1 ? std::initializer_list<int>{VK_SHIFT} : std::initializer_list<int>{});
+        }
+        Settle();
+    }
+    Text FocusText() { return WindowText(GetFocus()); }
+
+    PropertyFrameWindow frame_;
+    std::unique_ptr<PropertyListWindow> list_;
+    Text told_;
+};
+
+}  // namespace qvx::host
