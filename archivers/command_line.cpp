@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "archivers/exit_code.h"
-#include "archivers/names.h"
+#include "archivers/file_names.h"
 #include "common/ascii.h"
 
 namespace qvx::archivers {

@@ -95,8 +95,8 @@ class Workers {
     explicit Workers(unsigned count) {
         try {
             for (; count > 0; --count) threads_.emplace_back([this] { Work(); });
-        } catch (const std::system_error&) {
-            // Fewer threads than wanted do as well, but none does not.
+        } catch (const std::exception&) {
+            // Fewer threads than wanted do as well, but none does not. Those that run must not be left behind.
             if (threads_.empty()) throw;
         }
     }

@@ -1,5 +1,5 @@
 #include "archivers/disk_volumes.h"
-#include "archivers/names.h"
+#include "archivers/file_names.h"
 #include "common/number_text.h"
 
 namespace qvx::archivers {

@@ -3,7 +3,7 @@
 
 #include "archivers/checksum.h"
 #include "archivers/disk_volumes.h"
-#include "archivers/names.h"
+#include "archivers/file_names.h"
 #include "common/number_text.h"
 
 namespace qvx::archivers {
@@ -68,10 +68,10 @@ void SplitArchive::Next() {
 
 void SplitArchive::Commit() {
     for (const auto& part : parts_) part->Flush();
-    for (std::uint32_t i = 0; i < parts_.size(); ++i) {
-        const bool isLast = i + 1 == parts_.size();
-        parts_[i]->Commit(isLast ? path_ : SplitPartPath(path_, i), ReadOnlyTarget::refuse);
-    }
+    std::vector<Text> paths;
+    for (std::uint32_t i = 0; i + 1 < parts_.size(); ++i) paths.push_back(SplitPartPath(path_, i));
+    paths.push_back(path_);
+    for (std::size_t i = 0; i < parts_.size(); ++i) parts_[i]->Commit(paths[i], ReadOnlyTarget::refuse);
 }
 
 void SplitArchive::WrittenParts::SetLast(std::uint32_t last) {
@@ -131,6 +131,7 @@ InputVolumes* DiskArchive::Written() {
 void DiskArchive::FinishPart() {
     part_->Flush();
     if (SumOf(*part_) != part_->Sum()) throw ArchiveError(ExitCode::readWrite, Text(FileNameOf(path_)));
+    finished_.reserve(finished_.size() + 1);
     part_->Commit(path_, ReadOnlyTarget::refuse);
     finished_.push_back({part_->Size(), part_->Sum()});
     part_.reset();
@@ -184,12 +185,12 @@ void DiskArchive::Next() {
         console_.AskForEnter(
             full + u"Press Enter to replace the archive on it and go on with another disk, or Ctrl+C to stop.");
     }
+    const Text insert = u"Insert " + DiskName(finished_.size() + 2) + u" and press Enter, or Ctrl+C to stop.";
     FinishPart();
-    const Text insert = u"Insert " + DiskName(finished_.size() + 1) + u" and press Enter, or Ctrl+C to stop.";
     try {
         console_.AskForEnter(full + insert);
         while (!TryDisk()) console_.AskForEnter(insert);
-    } catch (const ArchiveError&) {
+    } catch (...) {
         RemovePart();
         throw;
     }

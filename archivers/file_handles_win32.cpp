@@ -5,11 +5,13 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
-#include "archivers/names.h"
+#include "archivers/file_names.h"
 #include "archivers/system_files.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "win/handles.h"
+#include "win/replacing_file.h"
 
 namespace qvx::archivers {
 
@@ -69,22 +71,17 @@ class SystemInput final : public InputFile {
 
 class SystemOutput final : public OutputFile {
   public:
-    SystemOutput(UniqueKernelObject file, const Text& path) : file_(std::move(file)), path_(path) {}
-    ~SystemOutput() override {
-        if (isCommitted_) return;
-        file_.Reset();
-        DeleteFileW(Wide(LongPath(path_)));
+    explicit SystemOutput(const Text& path) : file_(LongPath(path)), path_(path) {
+        if (!file_.Handle()) ThrowSystemError(path);
     }
-    SystemOutput(const SystemOutput&) = delete;
-    SystemOutput& operator=(const SystemOutput&) = delete;
 
     FileFacts Facts() override {
-        FileFacts facts = FactsOf(file_.Get(), path_);
+        FileFacts facts = FactsOf(file_.Handle(), path_);
         facts.size = std::max(facts.size, end_);
         return facts;
     }
     std::size_t ReadAt(std::uint64_t offset, std::span<std::uint8_t> into) override {
-        return Read(file_.Get(), path_, offset, into);
+        return Read(file_.Handle(), path_, offset, into);
     }
     void Write(ByteView bytes) override {
         WriteAt(end_, bytes);
@@ -94,7 +91,7 @@ class SystemOutput final : public OutputFile {
         if (!isSparse_ && count >= 65536) {
             // Where the file system cannot, zeros are stored after all.
             DWORD returned = 0;
-            DeviceIoControl(file_.Get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &returned, nullptr);
+            DeviceIoControl(file_.Handle(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &returned, nullptr);
             isSparse_ = true;
         }
         end_ += count;
@@ -105,7 +102,7 @@ class SystemOutput final : public OutputFile {
             OVERLAPPED place = AtOffset(offset);
             DWORD count = 0;
             const auto wanted = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1 << 24));
-            if (!WriteFile(file_.Get(), bytes.data(), wanted, &count, &place)) ThrowSystemError(path_);
+            if (!WriteFile(file_.Handle(), bytes.data(), wanted, &count, &place)) ThrowSystemError(path_);
             if (count == 0) throw ArchiveError(ExitCode::diskFull, Text(FileNameOf(path_)));
             bytes = bytes.subspan(count);
             offset += count;
@@ -117,40 +114,38 @@ class SystemOutput final : public OutputFile {
         end_ = size;
     }
     void Flush() override {
-        if (endsInHole_) SetSize(end_);
-        endsInHole_ = false;
-        if (!FlushFileBuffers(file_.Get())) ThrowSystemError(path_);
+        FillHole();
+        if (!file_.Flush()) ThrowSystemError(path_);
     }
     void SetStamp(FileTime modified, std::uint32_t attributes) override {
         modified_ = modified;
         attributes_ = attributes;
     }
     void Commit(const Text& path, ReadOnlyTarget target) override {
-        Flush();
+        FillHole();
         Stamp();
-        file_.Reset();
-        const Text from = LongPath(path_);
         const Text to = LongPath(path);
         const DWORD before = GetFileAttributesW(Wide(to));
         const bool isProtected = before != INVALID_FILE_ATTRIBUTES && (before & FILE_ATTRIBUTE_READONLY) != 0;
         if (isProtected && target == ReadOnlyTarget::replace) {
             SetFileAttributesW(Wide(to), before & ~DWORD{FILE_ATTRIBUTE_READONLY});
         }
-        if (!MoveFileExW(Wide(from), Wide(to), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        if (!file_.TakePlaceOf(to)) {
             const DWORD error = GetLastError();
             if (isProtected) SetFileAttributesW(Wide(to), before);
-            SetFileAttributesW(Wide(from), FILE_ATTRIBUTE_NORMAL);
             SetLastError(error);
             ThrowSystemError(path);
         }
-        isCommitted_ = true;
     }
 
   private:
+    void FillHole() {
+        if (std::exchange(endsInHole_, false)) SetSize(end_);
+    }
     void SetSize(std::uint64_t size) {
         LARGE_INTEGER place{};
         place.QuadPart = static_cast<LONGLONG>(size);
-        if (!SetFilePointerEx(file_.Get(), place, nullptr, FILE_BEGIN) || !SetEndOfFile(file_.Get())) {
+        if (!SetFilePointerEx(file_.Handle(), place, nullptr, FILE_BEGIN) || !SetEndOfFile(file_.Handle())) {
             ThrowSystemError(path_);
         }
     }
@@ -160,17 +155,16 @@ class SystemOutput final : public OutputFile {
         FILE_BASIC_INFO information{};
         information.LastWriteTime.QuadPart = *modified_;
         information.FileAttributes = attributes_ != 0 ? attributes_ : DWORD{FILE_ATTRIBUTE_NORMAL};
-        if (!SetFileInformationByHandle(file_.Get(), FileBasicInfo, &information, sizeof information)) {
+        if (!SetFileInformationByHandle(file_.Handle(), FileBasicInfo, &information, sizeof information)) {
             ThrowSystemError(path_);
         }
     }
 
-    UniqueKernelObject file_;
+    ReplacingFile file_;
     Text path_;
     std::uint64_t end_ = 0;
     bool isSparse_ = false;
     bool endsInHole_ = false;
-    bool isCommitted_ = false;
     std::optional<FileTime> modified_;
     std::uint32_t attributes_ = 0;
 };
@@ -192,9 +186,7 @@ std::unique_ptr<InputFile> SystemFiles::OpenInput(const Text& path) {
 std::unique_ptr<OutputFile> SystemFiles::CreateOutput(const Text& temporaryPath) {
     // What is left of a killed run may have any attributes.
     Remove(temporaryPath);
-    UniqueKernelObject file = Open(temporaryPath, GENERIC_READ | GENERIC_WRITE, 0, CREATE_NEW, FILE_ATTRIBUTE_NORMAL);
-    if (!file) ThrowSystemError(temporaryPath);
-    return std::make_unique<SystemOutput>(std::move(file), temporaryPath);
+    return std::make_unique<SystemOutput>(temporaryPath);
 }
 
 }  // namespace qvx::archivers

@@ -1,6 +1,6 @@
 #include "archivers/files.h"
 
-#include "archivers/names.h"
+#include "archivers/file_names.h"
 
 namespace qvx::archivers {
 

@@ -78,6 +78,7 @@ class Stream {
             while (stream_.avail_out > 0 && result != Z_STREAM_END) {
                 Feed(input);
                 result = inflate(&stream_, Z_NO_FLUSH);
+                if (result == Z_MEM_ERROR) throw std::bad_alloc();
                 if (result != Z_OK && result != Z_STREAM_END) throw ArchiveError(ExitCode::damaged);
             }
             output.Add(ByteView(buffer).first(buffer.size() - stream_.avail_out));

@@ -6,7 +6,7 @@
 
 #include "archivers/program.h"
 #include "archivers/system_files.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 
 namespace {
 

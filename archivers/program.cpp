@@ -2,13 +2,26 @@
 
 #include <new>
 
-#include "archivers/names.h"
+#include "archivers/file_names.h"
 #include "archivers/pack.h"
 #include "archivers/unpack.h"
 
 namespace qvx::archivers {
 
 namespace {
+
+// The exit code says how it went, whether or not there is memory to say so on the console.
+template <class Telling>
+void Tell(Telling&& tell) noexcept {
+    try {
+        tell();
+    } catch (const std::exception&) {
+    }
+}
+
+void SayDone(const Text& archive, Console& console) {
+    Tell([&] { console.Say(Printable(FileNameOf(archive)) + u": " + Text(TextOf(ExitCode::done))); });
+}
 
 ExitCode RunPack(const std::vector<Text>& words, Files& files, Console& console, unsigned threads) {
     const PackOptions options = ParsePackOptions(words);
@@ -17,7 +30,7 @@ ExitCode RunPack(const std::vector<Text>& words, Files& files, Console& console,
         return words.empty() ? ExitCode::usage : ExitCode::done;
     }
     Pack(options, files, console, threads);
-    console.Say(Printable(FileNameOf(options.archive)) + u": " + Text(TextOf(ExitCode::done)));
+    SayDone(options.archive, console);
     return ExitCode::done;
 }
 
@@ -28,38 +41,29 @@ ExitCode RunUnpack(const std::vector<Text>& words, Files& files, Console& consol
         return words.empty() ? ExitCode::usage : ExitCode::done;
     }
     const ExitCode result = Unpack(options, files, console);
-    if (result == ExitCode::done) {
-        console.Say(Printable(FileNameOf(options.archive)) + u": " + Text(TextOf(ExitCode::done)));
-    }
+    if (result == ExitCode::done) SayDone(options.archive, console);
     return result;
-}
-
-ExitCode RunGuarded(Program program, TextView commandLine, Files& files, Console& console, unsigned threads) {
-    Text message;
-    ExitCode code = ExitCode::internal;
-    try {
-        const std::vector<Text> words = SplitCommandLine(commandLine);
-        return program == Program::pack ? RunPack(words, files, console, threads) : RunUnpack(words, files, console);
-    } catch (const ArchiveError& error) {
-        code = error.Code();
-        if (!error.Name().empty()) message = Printable(error.Name()) + u": ";
-    } catch (const std::bad_alloc&) {
-        code = ExitCode::outOfMemory;
-    } catch (const std::exception&) {
-        code = ExitCode::internal;
-    }
-    console.Complain(message + Text(TextOf(code)));
-    if (code == ExitCode::usage) console.Say(Text(program == Program::pack ? packUsage : unpackUsage));
-    return code;
 }
 
 }  // namespace
 
 ExitCode RunProgram(Program program, TextView commandLine, Files& files, Console& console, unsigned threads) noexcept {
+    const auto complain = [&](ExitCode code, TextView name = {}) {
+        Tell([&] {
+            console.Complain((name.empty() ? Text() : Printable(name) + u": ") + Text(TextOf(code)));
+            if (code == ExitCode::usage) console.Say(Text(program == Program::pack ? packUsage : unpackUsage));
+        });
+        return code;
+    };
     try {
-        return RunGuarded(program, commandLine, files, console, threads);
+        const std::vector<Text> words = SplitCommandLine(commandLine);
+        return program == Program::pack ? RunPack(words, files, console, threads) : RunUnpack(words, files, console);
+    } catch (const ArchiveError& error) {
+        return complain(error.Code(), error.Name());
+    } catch (const std::bad_alloc&) {
+        return complain(ExitCode::outOfMemory);
     } catch (...) {
-        return ExitCode::internal;
+        return complain(ExitCode::internal);
     }
 }
 

@@ -3,7 +3,7 @@
 #include <atomic>
 
 #include "archivers/system_files.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "common/number_text.h"
 #include "common/utf8.h"
 

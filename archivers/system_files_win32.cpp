@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "archivers/names.h"
-#include "com/text.h"
+#include "archivers/file_names.h"
+#include "com/wide_text.h"
 
 namespace qvx::archivers {
 
@@ -100,12 +100,12 @@ std::vector<ListedFile> SystemFiles::List(const Text& folder) {
     std::vector<ListedFile> files;
     WIN32_FIND_DATAW found{};
     const Text pattern = LongPath(Joined(folder.empty() ? Text(u".") : folder, u"*"));
-    const HANDLE search = FindFirstFileW(Wide(pattern), &found);
-    if (search == INVALID_HANDLE_VALUE) return files;
+    const HANDLE first = FindFirstFileW(Wide(pattern), &found);
+    if (first == INVALID_HANDLE_VALUE) return files;
+    const UniqueFileSearch search(first);
     do {
         files.push_back({Text(FromWide(found.cFileName)), (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0});
-    } while (FindNextFileW(search, &found));
-    FindClose(search);
+    } while (FindNextFileW(search.Get(), &found));
     return files;
 }
 

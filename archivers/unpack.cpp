@@ -5,7 +5,7 @@
 
 #include "archivers/archive_reader.h"
 #include "archivers/disk_volumes.h"
-#include "archivers/names.h"
+#include "archivers/file_names.h"
 #include "common/text_compare.h"
 
 namespace qvx::archivers {

@@ -1,6 +1,6 @@
 #include <zlib.h>
 
-#include "archivers/names.h"
+#include "archivers/file_names.h"
 #include "archivers/zip_records.h"
 #include "common/utf8.h"
 

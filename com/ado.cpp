@@ -2,11 +2,7 @@
 
 #include <oleauto.h>
 
-#include <optional>
-
-#include "com/bstr.h"
-#include "com/variant.h"
-#include "common/number_text.h"
+#include "com/value_text.h"
 
 namespace qvx {
 
@@ -26,8 +22,7 @@ template <>
 constexpr IID identifiers<AdoConnection>[2] = {FamilyId(0x1550), FamilyId(0x0550)};
 
 [[noreturn]] void RefuseValue() {
-    throw RunTimeError(errors::typeMismatch,
-                       u"Type mismatch: a field holds binary data or an object, which has no text.");
+    throw RunTimeError(errors::typeMismatch, u"Type mismatch: a field holds binary data, which has no text.");
 }
 
 }  // namespace
@@ -47,34 +42,7 @@ template class AdoInterface<AdoRecordset>;
 template class AdoInterface<AdoConnection>;
 
 void AppendFieldText(const VARIANT& value, Text& text) {
-    switch (value.vt) {
-        case VT_EMPTY:
-        case VT_NULL:
-            return;
-        case VT_BSTR:
-            text.append(FromBstr(value.bstrVal));
-            return;
-        case VT_I4:
-        case VT_INT:
-            text.append(IntegerToText(value.lVal));
-            return;
-        case VT_R8:
-            text.append(DoubleToText(value.dblVal));
-            return;
-        case VT_DATE: {
-            Bstr date;
-            if (FAILED(VarBstrFromDate(value.date, LOCALE_USER_DEFAULT, 0, date.put()))) RefuseValue();
-            text.append(date.View());
-            return;
-        }
-        default:
-            break;
-    }
-    const bool plain = !(value.vt & (VT_ARRAY | VT_BYREF)) && value.vt != VT_DISPATCH && value.vt != VT_UNKNOWN &&
-                       value.vt != VT_ERROR;
-    const auto read = plain ? Variant(value).ToText() : std::nullopt;
-    if (!read) RefuseValue();
-    text.append(*read);
+    if (!AppendValueText(value, text)) RefuseValue();
 }
 
 }  // namespace qvx

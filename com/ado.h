@@ -111,8 +111,7 @@ class AdoInterface {
 extern template class AdoInterface<AdoRecordset>;
 extern template class AdoInterface<AdoConnection>;
 
-// A field's value as text, put behind `text`: nothing for Null and Empty; numbers with "." as decimal point; True and
-// False; dates and times in the system's short form. Error 13 for what has no such text: binary data, objects.
+// A field's value as text, put behind `text`; see AppendValueText. Error 13 for what has none: binary data.
 void AppendFieldText(const VARIANT& value, Text& text);
 
 }  // namespace qvx

@@ -9,7 +9,7 @@
 #include <new>
 #include <utility>
 
-#include "com/text.h"
+#include "com/wide_text.h"
 
 namespace qvx {
 

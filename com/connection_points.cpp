@@ -12,18 +12,6 @@ namespace qvx {
 
 namespace {
 
-struct Connection {
-    DWORD cookie;
-    ComPtr<IUnknown> sink;  // a pointer to the connection point's own interface
-};
-
-struct CopyConnection {
-    static void Out(const Connection& from, CONNECTDATA* to) {
-        to->dwCookie = from.cookie;
-        to->pUnk = from.sink.copy();
-    }
-};
-
 struct CopyPoint {
     static void Out(const ComPtr<IConnectionPoint>& from, IConnectionPoint** to) { *to = from.copy(); }
 };
@@ -32,6 +20,18 @@ struct CopyPoint {
 
 // May outlive its container: then it answers that it is cut off.
 class ConnectionPoint final : public ComObject<IConnectionPoint> {
+    struct Connection {
+        DWORD cookie;
+        ComPtr<IUnknown> sink;  // a pointer to the connection point's own interface
+    };
+
+    struct CopyConnection {
+        static void Out(const Connection& from, CONNECTDATA* to) {
+            to->dwCookie = from.cookie;
+            to->pUnk = from.sink.copy();
+        }
+    };
+
   public:
     ConnectionPoint(IConnectionPointContainer* owner, REFIID iid) : owner_(owner), iid_(iid) {}
 

@@ -3,59 +3,46 @@
 #include <oleauto.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <utility>
+#include <vector>
 
-#include "com/text.h"
+#include "com/value_text.h"
 #include "com/variant.h"
+#include "com/wide_text.h"
+#include "common/run_time_error.h"
 
 namespace qvx {
 
 namespace {
 
-// An argument that stands in for the caller's during the call, because the parameter is a typed reference and the
-// caller passed something else.
-struct StandIn {
-    Variant value;     // of the parameter's type
-    Variant before;    // the same, as the method got it
-    VARIANT caller{};  // what was passed: a reference to the variable to write back into, or a mere value
-    UINT index = 0;    // of the argument in the call
+using Member = MemberTable::Member;
 
-    // A number that the method has left as it was. Written back, it would still change the kind of a variable that
-    // holds it as a text, for instance. One that held nothing at all becomes a number.
-    bool LeftAlone() const {
-        const bool number = value.Type() != VT_BSTR && value.Type() != VT_DISPATCH && value.Type() != VT_UNKNOWN &&
-                            value.Type() != VT_VARIANT;
-        const VARIANT* held = caller.vt == (VT_BYREF | VT_VARIANT) ? caller.pvarVal : &caller;
-        return number && held->vt != VT_EMPTY && before.Type() == value.Type() &&
-               before.get().llVal == value.get().llVal;
-    }
-};
-
-struct Parameters {
-    const std::vector<VARTYPE>* types = nullptr;  // null for a member that has none
-    size_t required = 0;
-};
-
-Parameters ParametersOf(const MemberTable& members, DISPID member, WORD flags) {
+const Member* Find(const MemberTable& table, DISPID member, WORD flags) {
     for (const INVOKEKIND kind : {INVOKE_FUNC, INVOKE_PROPERTYGET, INVOKE_PROPERTYPUT, INVOKE_PROPERTYPUTREF}) {
         if (!(flags & kind)) continue;
-        const auto found = members.parameters.find({member, kind});
-        if (found != members.parameters.end()) return {&found->second, members.required.at({member, kind})};
+        const auto found = table.members.find({member, kind});
+        if (found != table.members.end()) return &found->second;
     }
-    return {};
+    return nullptr;
 }
 
-// The number of the parameter that argument `index` of the call is for; arguments stand right to left, named ones
-// first.
-size_t ParameterIndex(const DISPPARAMS& arguments, UINT index, size_t parameters) {
-    if (index < arguments.cNamedArgs) {
-        const DISPID name = arguments.rgdispidNamedArgs[index];
-        return name == DISPID_PROPERTYPUT ? parameters - 1 : static_cast<size_t>(name);
-    }
-    return arguments.cArgs - 1 - index;
+bool IsPut(const Member& member) { return member.kind == INVOKE_PROPERTYPUT || member.kind == INVOKE_PROPERTYPUTREF; }
+
+// Whether every reference in the call leads to a variable.
+bool IsWhole(const DISPPARAMS& call) {
+    if ((call.cArgs && !call.rgvarg) || (call.cNamedArgs && !call.rgdispidNamedArgs)) return false;
+    return std::all_of(call.rgvarg, call.rgvarg + call.cArgs, [](const VARIANT& argument) {
+        const VARIANT* at = &argument;
+        while (at->vt == (VT_BYREF | VT_VARIANT) && at->pvarVal) at = at->pvarVal;
+        return !(at->vt & VT_BYREF) || at->byref;
+    });
 }
 
-void PointInto(VARIANT& argument, Variant& target, VARTYPE type) {
-    argument.vt = static_cast<VARTYPE>(type | VT_BYREF);
+// Makes an argument of a reference to `target`.
+void PointInto(VARIANT& argument, Variant& target) {
+    argument.vt = static_cast<VARTYPE>(target.Type() | VT_BYREF);
     // Every member of the value lies at the same place.
     argument.byref = &target.ptr()->llVal;
 }
@@ -93,102 +80,230 @@ Variant ZeroOf(VARTYPE type) {
     return zero;
 }
 
-// How many arguments are to be added at the end so that the method gets a variable for each optional reference. The
-// system cannot make one up.
-UINT MissingReferences(const DISPPARAMS& call, const Parameters& parameters) {
-    size_t wanted = call.cArgs;
-    if (call.cNamedArgs > 0 || wanted < parameters.required) return 0;
-    for (size_t p = wanted; p < parameters.types->size(); ++p)
-        if (IsPlainReference((*parameters.types)[p])) wanted = p + 1;
-    return static_cast<UINT>(wanted - call.cArgs);
+// An argument that stands in for the caller's during the call, because the parameter is a typed reference and the
+// caller passed something else.
+struct StandIn {
+    Variant value;   // of the parameter's type
+    Variant before;  // the same, as the method got it
+    // What was passed: a reference to the variable to write back into, or a mere value. Null for nothing.
+    const VARIANT* caller = nullptr;
+
+    // A number that the method has left as it was. Written back, it would still change the kind of a variable that
+    // holds it as a text, for instance. One that held nothing at all becomes a number.
+    bool LeftAlone() const {
+        const bool number = value.Type() != VT_BSTR && value.Type() != VT_DISPATCH && value.Type() != VT_UNKNOWN &&
+                            value.Type() != VT_VARIANT;
+        const VARIANT* held = caller->vt == (VT_BYREF | VT_VARIANT) ? caller->pvarVal : caller;
+        return number && held->vt != VT_EMPTY && before.Type() == value.Type() &&
+               before.get().llVal == value.get().llVal;
+    }
+    void WriteBack() const {
+        if (caller && !LeftAlone()) StoreThrough(*caller, value);
+    }
+};
+
+// A call as the system gets it: every argument in the place of its parameter and of a kind that the system converts.
+class AdaptedCall {
+  public:
+    // The caller's arguments live longer; the member is not looked at after Adapt.
+    AdaptedCall(const Member& member, const DISPPARAMS& caller) : member_(member), caller_(caller) {}
+
+    // S_OK, or what is wrong with the arguments; the index of the wrong one then goes to `wrong`.
+    HRESULT Adapt(UINT* wrong);
+    // For the system; valid as long as this.
+    DISPPARAMS* Arguments() { return &arguments_; }
+    // The index of the caller's own argument that the system means by one of the adapted call.
+    std::optional<UINT> CallersIndex(UINT index) const;
+    void WriteBack() const {
+        for (const StandIn& standIn : standIns_) standIn.WriteBack();
+    }
+
+  private:
+    static constexpr UINT notGiven = static_cast<UINT>(-1);
+
+    HRESULT Place(UINT* wrong);
+    bool Fit(VARIANT& argument, VARTYPE type, const VARIANT& given);
+    void Omit(VARIANT& argument, VARTYPE type);
+    StandIn& Stand(Variant value, const VARIANT* caller);
+
+    const Member& member_;
+    const DISPPARAMS& caller_;
+    std::vector<UINT> places_;  // by parameter: the index of the caller's argument
+    std::vector<VARIANT> values_;
+    std::vector<StandIn> standIns_;
+    DISPID value_ = DISPID_PROPERTYPUT;
+    DISPPARAMS arguments_{};
+};
+
+// Arguments stand right to left, named ones first. The system takes it for granted that no parameter is named twice and
+// that none is there which the member does not have.
+HRESULT AdaptedCall::Place(UINT* wrong) {
+    const std::size_t count = member_.parameters.size();
+    const auto refuse = [&](HRESULT result, UINT index) {
+        if (wrong) *wrong = index;
+        return result;
+    };
+    if (caller_.cNamedArgs > caller_.cArgs || caller_.cArgs > count || caller_.cArgs < member_.required) {
+        return DISP_E_BADPARAMCOUNT;
+    }
+    if (IsPut(member_) && (caller_.cNamedArgs == 0 || caller_.rgdispidNamedArgs[0] != DISPID_PROPERTYPUT)) {
+        return refuse(DISP_E_PARAMNOTFOUND, 0);
+    }
+    places_.assign(count, notGiven);
+    for (UINT i = 0; i < caller_.cArgs; ++i) {
+        const bool named = i < caller_.cNamedArgs;
+        const bool value = named && IsPut(member_) && caller_.rgdispidNamedArgs[i] == DISPID_PROPERTYPUT;
+        const std::size_t parameter = value   ? count - 1
+                                      : named ? static_cast<std::size_t>(caller_.rgdispidNamedArgs[i])
+                                              : caller_.cArgs - 1 - i;
+        if (parameter >= count || places_[parameter] != notGiven) return refuse(DISP_E_PARAMNOTFOUND, i);
+        places_[parameter] = i;
+    }
+    const bool complete = std::all_of(places_.begin(), places_.begin() + static_cast<std::ptrdiff_t>(member_.required),
+                                      [](UINT place) { return place != notGiven; });
+    return complete ? S_OK : DISP_E_PARAMNOTOPTIONAL;
 }
 
-// Rewrites the arguments for the method's parameters. Returns the index of an argument that cannot be read as its
-// parameter's type.
-std::optional<UINT> Adapt(std::vector<VARIANT>& arguments, const DISPPARAMS& call, const Parameters& parameters,
-                          std::vector<StandIn>& standIns) {
-    const std::vector<VARTYPE>& types = *parameters.types;
-    for (UINT i = 0; i < call.cArgs; ++i) {
-        const size_t parameter = ParameterIndex(call, i, types.size());
-        if (parameter >= types.size()) continue;
-        const VARTYPE type = types[parameter];
-        const auto target = static_cast<VARTYPE>(type & ~VT_BYREF);
-        if (IsMissing(arguments[i])) {
-            if (parameter >= parameters.required && IsPlainReference(type))
-                standIns.push_back({ZeroOf(target), {}, VARIANT{}, i});
-            continue;
-        }
-        VARIANT& argument = arguments[i];
-        if (target == VT_VARIANT) {
-            // A mere value for a variant that may be written: the method gets a copy, so that the caller's stays whole.
-            if ((type & VT_BYREF) && !(argument.vt & VT_BYREF))
-                standIns.push_back({Variant(argument), {}, argument, i});
-            continue;
-        }
-        if (!(type & VT_BYREF)) {
-            // A typed value: a borrowed look at the caller's variable is enough, the system converts it.
-            while (argument.vt == (VT_BYREF | VT_VARIANT)) {
-                const VARIANT* inner = argument.pvarVal;
-                argument = *inner;
-            }
-            continue;
-        }
-        if (argument.vt == type || !IsPlain(target)) continue;
-        Variant plain(argument);
-        auto converted = plain.Type() == target ? std::optional(std::move(plain)) : plain.To(target);
-        // An empty variable passed for an object is Nothing.
-        if (!converted && plain.Empty() && (target == VT_DISPATCH || target == VT_UNKNOWN)) {
-            converted = target == VT_DISPATCH ? Variant(static_cast<IDispatch*>(nullptr))
-                                              : Variant(static_cast<IUnknown*>(nullptr));
-        }
-        if (!converted) return i;
-        Variant before(*converted);
-        standIns.push_back({std::move(*converted), std::move(before), argument, i});
+// A value given for a text. The system would go by the user's settings, and write a number that could not be read
+// again.
+std::optional<Text> TextFor(const VARIANT& value) {
+    Text text;
+    try {
+        return AppendValueText(value, text) ? std::optional(std::move(text)) : std::nullopt;
+    } catch (const RunTimeError&) {
+        return std::nullopt;
     }
-    // Only now, when the list no longer grows.
-    for (StandIn& standIn : standIns) {
-        VARIANT& argument = arguments[standIn.index];
-        const size_t parameter = ParameterIndex(call, standIn.index, types.size());
-        if (types[parameter] == (VT_BYREF | VT_VARIANT)) {
+}
+
+StandIn& AdaptedCall::Stand(Variant value, const VARIANT* caller) {
+    Variant before(value);
+    standIns_.push_back({std::move(value), std::move(before), caller});
+    return standIns_.back();
+}
+
+// An optional parameter that gets nothing. The system cannot make up a variable for the method to write into; optional
+// ones are all 0 by default.
+void AdaptedCall::Omit(VARIANT& argument, VARTYPE type) {
+    if (!IsPlainReference(type)) {
+        argument = Variant::Missing().detach();
+        return;
+    }
+    PointInto(argument, Stand(ZeroOf(static_cast<VARTYPE>(type & ~VT_BYREF)), nullptr).value);
+}
+
+// False when what is given cannot be read as the parameter's type.
+bool AdaptedCall::Fit(VARIANT& argument, VARTYPE type, const VARIANT& given) {
+    argument = given;
+    const auto target = static_cast<VARTYPE>(type & ~VT_BYREF);
+    if (target == VT_VARIANT) {
+        // A mere value for a variant that may be written: the method gets a copy, so that the caller's stays whole.
+        if ((type & VT_BYREF) && !(given.vt & VT_BYREF)) {
             argument.vt = VT_BYREF | VT_VARIANT;
-            argument.pvarVal = standIn.value.ptr();
+            argument.pvarVal = Stand(Variant(given), &given).value.ptr();
+        }
+        return true;
+    }
+    if (!(type & VT_BYREF)) {
+        // A typed value: a borrowed look at the caller's variable is enough, the system converts it.
+        const VARIANT* plain = &given;
+        while (plain->vt == (VT_BYREF | VT_VARIANT)) plain = plain->pvarVal;
+        const bool isText = (plain->vt & ~VT_BYREF) == VT_BSTR;
+        const auto text = type == VT_BSTR && !isText ? TextFor(*plain) : std::nullopt;
+        argument = text ? Stand(Variant(*text), nullptr).value.get() : *plain;
+        return true;
+    }
+    if (given.vt == type || !IsPlain(target)) return true;
+    Variant plain(given);
+    auto converted = plain.Type() == target ? std::optional(std::move(plain)) : plain.To(target);
+    // An empty variable passed for an object is Nothing.
+    if (!converted && plain.Empty() && (target == VT_DISPATCH || target == VT_UNKNOWN)) {
+        converted = target == VT_DISPATCH ? Variant(static_cast<IDispatch*>(nullptr))
+                                          : Variant(static_cast<IUnknown*>(nullptr));
+    }
+    if (!converted) return false;
+    PointInto(argument, Stand(std::move(*converted), &given).value);
+    return true;
+}
+
+HRESULT AdaptedCall::Adapt(UINT* wrong) {
+    if (const HRESULT placed = Place(wrong); FAILED(placed)) return placed;
+    const std::vector<VARTYPE>& types = member_.parameters;
+    // Up to the last that is given or must be there for the method to write into; the rest is the system's to fill.
+    std::size_t count = types.size();
+    while (count > 0 && places_[count - 1] == notGiven && !IsPlainReference(types[count - 1])) --count;
+    values_.resize(count);
+    standIns_.reserve(count);
+    for (std::size_t p = 0; p < count; ++p) {
+        VARIANT& argument = values_[count - 1 - p];
+        const VARIANT* given = places_[p] == notGiven ? nullptr : &caller_.rgvarg[places_[p]];
+        const bool missing = !given || (IsMissing(*given) && (types[p] & ~VT_BYREF) != VT_VARIANT);
+        HRESULT fits = S_OK;
+        if (!missing) {
+            fits = Fit(argument, types[p], *given) ? S_OK : DISP_E_TYPEMISMATCH;
+        } else if (p < member_.required) {
+            fits = DISP_E_PARAMNOTOPTIONAL;
         } else {
-            PointInto(argument, standIn.value, standIn.value.Type());
+            Omit(argument, types[p]);
+        }
+        if (FAILED(fits)) {
+            if (wrong) *wrong = places_[p];
+            return fits;
         }
     }
-    return std::nullopt;
+    const bool put = IsPut(member_);
+    arguments_ = {values_.data(), put ? &value_ : nullptr, static_cast<UINT>(count), put ? 1u : 0u};
+    return S_OK;
+}
+
+std::optional<UINT> AdaptedCall::CallersIndex(UINT index) const {
+    if (index >= arguments_.cArgs) return std::nullopt;
+    const UINT place = places_[arguments_.cArgs - 1 - index];
+    return place == notGiven ? std::nullopt : std::optional(place);
+}
+
+// A property that gives an object and is called with arguments means that object's default member: ColIndex("Qty").
+bool MeansDefaultMember(const Member& member, const DISPPARAMS& call) {
+    return member.kind == INVOKE_PROPERTYGET && member.parameters.empty() && call.cArgs > 0 &&
+           (member.result == VT_DISPATCH || member.result == VT_UNKNOWN);
 }
 
 }  // namespace
 
-HRESULT InvokeThroughTypeLibrary(const MemberTable& members, void* self, DISPID member, WORD flags,
-                                 DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
-                                 UINT* argumentInError) noexcept {
-    return Guard([&]() -> HRESULT {
-        if (!arguments) return E_POINTER;
-        SetErrorInfo(0, nullptr);
-        const Parameters parameters = ParametersOf(members, member, flags);
-        const UINT added = parameters.types ? MissingReferences(*arguments, parameters) : 0;
-        // Arguments stand right to left.
-        std::vector<VARIANT> adapted(added, Variant::Missing().get());
-        adapted.insert(adapted.end(), arguments->rgvarg, arguments->rgvarg + arguments->cArgs);
-        DISPPARAMS call = *arguments;
-        call.rgvarg = adapted.data();
-        call.cArgs += added;
-        std::vector<StandIn> standIns;
-        if (parameters.types && !parameters.types->empty()) {
-            if (const auto wrong = Adapt(adapted, call, parameters, standIns)) {
-                if (argumentInError) *argumentInError = *wrong - added;
-                return DISP_E_TYPEMISMATCH;
-            }
-        }
-        const HRESULT outcome = members.info->Invoke(self, member, flags, &call, result, exception, argumentInError);
-        if (FAILED(outcome) && argumentInError && *argumentInError >= added) *argumentInError -= added;
-        for (const StandIn& standIn : standIns) {
-            if (!standIn.LeftAlone()) StoreThrough(standIn.caller, standIn.value);
-        }
+HRESULT NamesThroughTypeLibrary(const MemberTable& table, LPOLESTR* names, UINT count, DISPID* ids) {
+    if (!names || !ids) return E_POINTER;
+    if (count == 0 || std::find(names, names + count, nullptr) != names + count) return E_INVALIDARG;
+    return table.info->GetIDsOfNames(names, count, ids);
+}
+
+HRESULT InvokeThroughTypeLibrary(const MemberTable& table, void* self, DISPID id, WORD flags, DISPPARAMS* arguments,
+                                 VARIANT* result, EXCEPINFO* exception, UINT* argumentInError) {
+    if (!arguments || !IsWhole(*arguments)) return E_POINTER;
+    const Member* member = Find(table, id, flags);
+    if (!member) return DISP_E_MEMBERNOTFOUND;
+    const bool chained = MeansDefaultMember(*member, *arguments);
+    const DISPPARAMS none{};
+    AdaptedCall call(*member, chained ? none : *arguments);
+    if (const HRESULT adapted = call.Adapt(argumentInError); FAILED(adapted)) return adapted;
+    Variant answer;
+    VARIANT* const wanted = member->result == VT_EMPTY ? nullptr : answer.put();
+    // A handler may let go of the object and its table with it.
+    const auto kind = static_cast<WORD>(member->kind);
+    UINT wrong = static_cast<UINT>(-1);
+    HRESULT outcome = table.info->Invoke(self, id, kind, call.Arguments(), wanted, exception, &wrong);
+    if (SUCCEEDED(outcome) && chained) {
+        const auto object = answer.ToObject<IDispatch>();
+        if (!object) return DISP_E_BADPARAMCOUNT;
+        answer = {};
+        outcome = object->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, arguments,
+                                 answer.put(), exception, argumentInError);
+    }
+    if (FAILED(outcome)) {
+        if (const auto index = call.CallersIndex(wrong); index && argumentInError) *argumentInError = *index;
         return outcome;
-    });
+    }
+    call.WriteBack();
+    if (result) *result = answer.detach();
+    return outcome;
 }
 
 }  // namespace qvx

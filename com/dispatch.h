@@ -15,10 +15,15 @@
 namespace qvx {
 
 // The late-bound call of `self` (a pointer to the dual interface). By-reference variants, which scripts always pass,
-// are taken apart for typed parameters, and what the method wrote is copied back into the caller's variable.
+// are taken apart for typed parameters, and what the method wrote is copied back into the caller's variable when it has
+// succeeded. Arguments that do not fit the member's parameters in number, name or kind never reach the method, nor the
+// system's own call, which does not check them all. `result` is written only on success. Throws ComError,
+// std::bad_alloc.
 HRESULT InvokeThroughTypeLibrary(const MemberTable& members, void* self, DISPID member, WORD flags,
-                                 DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
-                                 UINT* argumentInError) noexcept;
+                                 DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception, UINT* argumentInError);
+// The numbers of a member and its parameters. E_POINTER and E_INVALIDARG where there is no name or no room for a
+// number.
+HRESULT NamesThroughTypeLibrary(const MemberTable& members, LPOLESTR* names, UINT count, DISPID* ids);
 
 template <typename I>
 class Dispatch : public I {
@@ -35,10 +40,11 @@ class Dispatch : public I {
         return Guard([&] { *info = Members().info.copy(); });
     }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
-        return Guard([&] { return Members().info->GetIDsOfNames(names, count, ids); });
+        return Guard([&] { return NamesThroughTypeLibrary(Members(), names, count, ids); });
     }
     STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
                         EXCEPINFO* exception, UINT* argumentInError) override {
+        if (result) VariantInit(result);
         return Guard([&] {
             return InvokeThroughTypeLibrary(Members(), static_cast<I*>(this), member, flags, arguments, result,
                                             exception, argumentInError);

@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "com/pointer.h"
-#include "elements/surface/font_spec.h"
+#include "common/font_spec.h"
 
 namespace qvx {
 

@@ -6,7 +6,7 @@
 #include <new>
 
 #include "com/pointer.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "common/run_time_error.h"
 
 namespace qvx {
@@ -26,6 +26,8 @@ HRESULT ReportFailure(HRESULT code, TextView description) noexcept {
     }
     return code;
 }
+
+void ForgetEarlierFailure() noexcept { SetErrorInfo(0, nullptr); }
 
 HRESULT FailureInFlight() noexcept {
     try {

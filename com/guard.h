@@ -41,9 +41,14 @@ HRESULT ReportFailure(HRESULT code, TextView description) noexcept;
 // Inside a catch block only: the HRESULT of the exception in flight, with its rich error information published.
 HRESULT FailureInFlight() noexcept;
 
+// Takes away what an earlier call of this thread has left as its error, which a failure without a description of its
+// own would seem to say otherwise.
+void ForgetEarlierFailure() noexcept;
+
 // Runs the body of one interface method. The body returns nothing (S_OK) or an HRESULT, and may throw anything.
 template <typename Body>
 HRESULT Guard(Body&& body) noexcept {
+    ForgetEarlierFailure();
     try {
         if constexpr (std::is_void_v<decltype(body())>) {
             body();
@@ -53,6 +58,16 @@ HRESULT Guard(Body&& body) noexcept {
         }
     } catch (...) {
         return FailureInFlight();
+    }
+}
+
+// Runs what must not fail its caller, in the middle of a method or outside of any: whatever it throws ends here.
+template <typename Body>
+void Contain(Body&& body) noexcept {
+    try {
+        body();
+    } catch (...) {
+        // Nobody is to be told.
     }
 }
 

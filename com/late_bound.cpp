@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "com/bstr.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 
 namespace qvx {
 namespace {

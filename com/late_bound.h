@@ -32,6 +32,8 @@ class LateMember {
     LateMember(IDispatch* object, const wchar_t* name);
     // Nothing instead of error 438.
     static std::optional<LateMember> Find(IDispatch* object, const wchar_t* name);
+    // The member that stands for the object itself; whether there is one, Get finds out.
+    static LateMember Default() { return LateMember(DISPID_VALUE); }
 
     // A property read or a method called, whichever it is; arguments from left to right. What fails is raised.
     Variant Get(IDispatch* object, std::initializer_list<Variant> arguments = {}) const;

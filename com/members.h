@@ -27,11 +27,23 @@ template <class Result, class Value>
 Result ToHost(const Value& value) {
     if constexpr (std::is_same_v<Result, BSTR>) {
         return NewBstr(value);
+    } else if constexpr (std::is_same_v<Result, VARIANT>) {
+        return Variant(value).detach();
     } else if constexpr (std::is_same_v<Value, bool>) {
         return ToVariantBool(value);
     } else {
         return static_cast<Result>(value);
     }
+}
+
+// The whole of a getter: gives out what `body` returns. E_POINTER for a null `result`; where the body fails, the host
+// finds 0, null or Empty there.
+template <class Result, class Body>
+HRESULT Give(Result* result, Body&& body) noexcept {
+    return Guard([&] {
+        *Required(result) = Result{};
+        *result = ToHost<Result>(body());
+    });
 }
 
 // What a host gave as the model takes it: a parameter of a method, or a field. Run-time error 380 for a number that an

@@ -3,13 +3,14 @@
 #include <atomic>
 
 #include "com/guard.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 
 namespace qvx {
 
 namespace {
 std::atomic<long> liveObjects{0};
-}
+std::atomic<detail::ModuleObject*> latest{nullptr};
+}  // namespace
 
 HMODULE ThisModule() {
     HMODULE module = nullptr;
@@ -33,5 +34,17 @@ Text ModulePath(HMODULE module) {
 long LiveObjects() { return liveObjects.load(); }
 
 void CountObject(long change) { liveObjects += change; }
+
+void detail::DestroyAtUnload(ModuleObject* object) {
+    object->earlier = latest;
+    while (!latest.compare_exchange_weak(object->earlier, object)) continue;
+}
+
+void DestroyModuleObjects() {
+    while (detail::ModuleObject* object = latest) {
+        latest = object->earlier;
+        delete object;
+    }
+}
 
 }  // namespace qvx

@@ -3,11 +3,13 @@
 #include <oleauto.h>
 
 #include <cstring>
+#include <memory>
 #include <mutex>
 
 #include "com/guard.h"
+#include "com/lock.h"
 #include "com/module.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 
 namespace qvx {
 
@@ -18,16 +20,10 @@ struct GuidOrder {
 };
 
 struct Cache {
-    std::mutex mutex;
+    Lock access;
     ComPtr<ITypeLib> library;
     std::map<GUID, std::shared_ptr<const MemberTable>, GuidOrder> tables;
 };
-
-// Never destroyed: at process end the system's automation library may be gone before us.
-Cache& TheCache() {
-    static Cache* cache = new Cache;
-    return *cache;
-}
 
 VARTYPE ParameterType(ITypeInfo& info, const TYPEDESC& type) {
     switch (type.vt) {
@@ -70,18 +66,20 @@ std::shared_ptr<const MemberTable> Describe(const ComPtr<ITypeInfo>& info) {
     for (UINT i = 0; i < count; ++i) {
         FUNCDESC* function = nullptr;
         Check(info->GetFuncDesc(i, &function));
-        std::vector<VARTYPE> types;
-        size_t required = 0;
+        auto release = [&](FUNCDESC* described) { info->ReleaseFuncDesc(described); };
+        const std::unique_ptr<FUNCDESC, decltype(release)> owner(function, release);
+        MemberTable::Member member;
+        member.kind = function->invkind;
+        const TYPEDESC& result = function->elemdescFunc.tdesc;
+        if (result.vt != VT_VOID && result.vt != VT_HRESULT) member.result = ParameterType(*info.get(), result);
         for (SHORT p = 0; p < function->cParams; ++p) {
             const ELEMDESC& parameter = function->lprgelemdescParam[p];
             if (!(parameter.paramdesc.wParamFlags & (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID))) {
-                types.push_back(ParameterType(*info.get(), parameter.tdesc));
-                if (!(parameter.paramdesc.wParamFlags & PARAMFLAG_FOPT)) required = types.size();
+                member.parameters.push_back(ParameterType(*info.get(), parameter.tdesc));
+                if (!(parameter.paramdesc.wParamFlags & PARAMFLAG_FOPT)) member.required = member.parameters.size();
             }
         }
-        table->required.emplace(std::pair(function->memid, function->invkind), required);
-        table->parameters.emplace(std::pair(function->memid, function->invkind), std::move(types));
-        info->ReleaseFuncDesc(function);
+        table->members.emplace(std::pair(function->memid, function->invkind), std::move(member));
     }
     return table;
 }
@@ -96,8 +94,8 @@ ComPtr<ITypeLib> Library(Cache& cache) {
 }  // namespace
 
 ComPtr<ITypeLib> LoadOwnTypeLibrary() {
-    Cache& cache = TheCache();
-    const std::scoped_lock lock(cache.mutex);
+    auto& cache = OfModule<Cache>();
+    const std::scoped_lock lock(cache.access);
     return Library(cache);
 }
 
@@ -108,8 +106,8 @@ ComPtr<ITypeInfo> TypeInfoOf(REFGUID id) {
 }
 
 std::shared_ptr<const MemberTable> MembersOf(REFIID iid) {
-    Cache& cache = TheCache();
-    const std::scoped_lock lock(cache.mutex);
+    auto& cache = OfModule<Cache>();
+    const std::scoped_lock lock(cache.access);
     auto& table = cache.tables[iid];
     if (!table) {
         ComPtr<ITypeInfo> info;
@@ -120,8 +118,8 @@ std::shared_ptr<const MemberTable> MembersOf(REFIID iid) {
 }
 
 void ReleaseTypeLibrary() {
-    Cache& cache = TheCache();
-    const std::scoped_lock lock(cache.mutex);
+    auto& cache = OfModule<Cache>();
+    const std::scoped_lock lock(cache.access);
     cache.tables.clear();
     cache.library.reset();
 }

@@ -5,6 +5,7 @@
 
 #include <oaidl.h>
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <utility>
@@ -19,13 +20,17 @@ ComPtr<ITypeLib> LoadOwnTypeLibrary();
 // The description of an interface or class. Throws ComError.
 ComPtr<ITypeInfo> TypeInfoOf(REFGUID id);
 
-// One interface's members as late-bound calls see them: for each member and kind of call (INVOKE_FUNC and so on) the
-// parameters' types from left to right, VT_BYREF set for pointers.
+// One interface's members as late-bound calls see them.
 struct MemberTable {
+    struct Member {
+        INVOKEKIND kind = INVOKE_FUNC;
+        // Of the parameters from left to right, without the one that takes the result; VT_BYREF set for pointers.
+        std::vector<VARTYPE> parameters;
+        std::size_t required = 0;   // how many of them a call must give; the rest are optional
+        VARTYPE result = VT_EMPTY;  // of what the call gives back, if anything
+    };
     ComPtr<ITypeInfo> info;
-    std::map<std::pair<MEMBERID, INVOKEKIND>, std::vector<VARTYPE>> parameters;
-    // How many of them a call must give; the rest are optional.
-    std::map<std::pair<MEMBERID, INVOKEKIND>, size_t> required;
+    std::map<std::pair<MEMBERID, INVOKEKIND>, Member> members;
 };
 
 // Made at first use and kept until ReleaseTypeLibrary. Throws ComError.

@@ -1,5 +1,6 @@
 #include "com/variant.h"
 
+#include <new>
 #include <utility>
 
 #include "com/guard.h"
@@ -23,6 +24,7 @@ Variant Variant::Missing() {
 std::optional<Variant> Variant::To(VARTYPE type) const {
     Variant converted;
     const HRESULT result = VariantChangeTypeEx(converted.put(), Source(value_), LOCALE_INVARIANT, 0, type);
+    if (result == E_OUTOFMEMORY) throw std::bad_alloc();
     if (FAILED(result)) return std::nullopt;
     return converted;
 }

@@ -10,7 +10,7 @@
 
 #include "com/bstr.h"
 #include "com/pointer.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 
 namespace qvx {
 

@@ -158,7 +158,6 @@ class Interpreter {
         : a_(parts.items[0]), b_(parts.items[1]), c_(parts.items[2]), settings_(settings) {}
 
     bool Three() {
-        if (c_.isName || a_.isName + b_.isName > 1) return false;
         if (a_.isName) return Take(a_, b_, c_) || Take(a_, c_, b_);
         const bool yearFirst = settings_.order == ShortDateOrder::yearMonthDay;
         if (b_.isName) return yearFirst ? Take(b_, c_, a_) || Take(b_, a_, c_) : Take(b_, a_, c_) || Take(b_, c_, a_);
@@ -175,7 +174,6 @@ class Interpreter {
     }
 
     bool Two() {
-        if (a_.isName && b_.isName) return false;
         if (a_.isName) return TakeThisYear(a_, b_) || TakeFirst(a_, b_);
         if (b_.isName) return TakeThisYear(b_, a_) || (a_.HasYearsLength() && TakeFirst(b_, a_));
         const bool dayFirst = settings_.order == ShortDateOrder::dayMonthYear;
@@ -201,6 +199,7 @@ class Interpreter {
         });
     }
 
+    // A name is a month: no day and no year can be one.
     bool Set(const Part& month, int day, int year) {
         const Date date{year, month.value, day, 0};
         if (!month.CanBeMonth() || !IsValidDate(date)) return false;

@@ -53,11 +53,4 @@ Text FormatDate(const Date& date, TextView pattern, TextView separator = u"/");
 // The date in the settings' order and separator: two digits for day and month, four for the year.
 Text ShortDateText(const Date& date, const DateSettings& settings);
 
-// Days since 30 December 1899; the time is the fraction, which counts away from zero before that day. The date is
-// valid.
-double ToAutomationDate(const Date& date);
-
-// To the nearest second; nothing outside the range of dates.
-std::optional<Date> FromAutomationDate(double days);
-
 }  // namespace qvx

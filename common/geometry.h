@@ -63,6 +63,8 @@ constexpr int ScaleRounded(std::int64_t value, std::int64_t numerator, std::int6
     return static_cast<int>(std::clamp<std::int64_t>(scaled, INT32_MIN, INT32_MAX));
 }
 
+// What measures so many pixels at 96 dots per inch, at another resolution.
+constexpr int Scaled(int pixels, int dotsPerInch) { return ScaleRounded(pixels, dotsPerInch, 96); }
 constexpr int TwipsToPixels(int twips, int dotsPerInch) { return ScaleRounded(twips, dotsPerInch, twipsPerInch); }
 constexpr int PixelsToTwips(int pixels, int dotsPerInch) { return ScaleRounded(pixels, twipsPerInch, dotsPerInch); }
 

@@ -21,14 +21,20 @@ class KeyedCollection {
   public:
     std::size_t Count() const noexcept { return entries_.size(); }
 
-    // Error 457 when the key is taken; then nothing is added. An empty key is a key like any other.
+    // Error 457 when the key is taken; whatever fails, nothing is added. An empty key is a key like any other.
     void Add(Item item, std::optional<TextView> key = std::nullopt) {
         auto entry = std::make_unique<Entry>(Entry{std::move(item), key ? FoldedText(*key) : Text(), key.has_value()});
         if (entry->hasKey && byKey_.contains(entry->key))
             throw RunTimeError(errors::keyAlreadyExists,
                                u"This key is already associated with an element of this collection");
-        entries_.push_back(std::move(entry));
-        if (entries_.back()->hasKey) byKey_.emplace(entries_.back()->key, entries_.back().get());
+        entries_.emplace_back();
+        try {
+            if (entry->hasKey) byKey_.emplace(entry->key, entry.get());
+        } catch (...) {
+            entries_.pop_back();
+            throw;
+        }
+        entries_.back() = std::move(entry);
     }
 
     // By number from 1: error 9 outside 1 to Count.

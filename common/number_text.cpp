@@ -280,10 +280,4 @@ std::int32_t RoundToLong(double value) {
     return static_cast<std::int32_t>(rounded);
 }
 
-std::int16_t RoundToInteger(double value) {
-    const double rounded = RoundHalfEven(value);
-    if (!(rounded >= -32768.0 && rounded <= 32767.0)) throw RunTimeError(errors::overflow, u"Overflow");
-    return static_cast<std::int16_t>(rounded);
-}
-
 }  // namespace qvx

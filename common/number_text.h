@@ -27,8 +27,7 @@ Text FormatFixed(double value, int decimals);
 // Half to even: 2.5 gives 2, 3.5 gives 4.
 double RoundHalfEven(double value);
 
-// The same as a 32-bit, or 16-bit, whole number. Error 6 "Overflow" for what does not fit (and for no number at all).
+// The same as a 32-bit whole number. Error 6 "Overflow" for what does not fit (and for no number at all).
 std::int32_t RoundToLong(double value);
-std::int16_t RoundToInteger(double value);
 
 }  // namespace qvx

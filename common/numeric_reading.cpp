@@ -207,7 +207,7 @@ std::optional<double> ReadWholeNumeric(const Char* at, const Char* end) {
     }
     if (!digits.Any()) return std::nullopt;
     std::int64_t exponent = 0;
-    if (at != end && IsExponentMark(static_cast<unsigned>(*at))) {
+    if (at != end && (*at == 'E' || *at == 'e')) {
         ++at;
         const bool negativeExponent = at != end && *at == '-';
         if (at != end && (*at == '-' || *at == '+')) ++at;

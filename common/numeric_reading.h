@@ -18,7 +18,7 @@ double Val(TextView text);
 
 // The number a whole text stands for, or nothing when it is not one: optional blanks and tabs around, an optional sign
 // before or behind, digits with at most one "." and at least one digit, digit-group commas behind the first digit of
-// the whole part, an optional exponent (E or D). What a double cannot hold is no number.
+// the whole part, an optional exponent (E only). What a double cannot hold is no number.
 std::optional<double> ReadNumeric(TextView text) noexcept;
 
 // Whether ReadNumeric finds a number.

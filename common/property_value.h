@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <variant>
 
+#include "common/font_spec.h"
 #include "common/text.h"
-#include "elements/surface/font_spec.h"
 
 namespace qvx {
 

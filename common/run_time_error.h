@@ -1,8 +1,10 @@
-// A run-time error as hosts know it: a number and a description that travel together up to the automation edge.
+// A run-time error as hosts know it: a number and a description that travel together up to the automation edge. Copying
+// one never fails, and neither does making one with a literal, so that errors can be told of when memory has run out.
 #pragma once
 
+#include <exception>
+#include <memory>
 #include <new>
-#include <stdexcept>
 #include <utility>
 
 #include "common/text.h"
@@ -11,14 +13,19 @@ namespace qvx {
 
 class RunTimeError : public std::exception {
   public:
-    RunTimeError(int number, Text description) : number_(number), description_(std::move(description)) {}
+    RunTimeError(int number, Text description)
+        : number_(number), made_(std::make_shared<const Text>(std::move(description))), description_(*made_) {}
+    // A description that lasts for ever, as literals do.
+    RunTimeError(int number, const char16_t* description) noexcept : number_(number), description_(description) {}
     int Number() const noexcept { return number_; }
-    const Text& Description() const noexcept { return description_; }
+    // As long as this error or a copy of it.
+    TextView Description() const noexcept { return description_; }
     const char* what() const noexcept override { return "run-time error"; }
 
   private:
     int number_;
-    Text description_;
+    std::shared_ptr<const Text> made_;  // null for a literal
+    TextView description_;
 };
 
 namespace errors {
@@ -48,7 +55,7 @@ constexpr int lastRowRemoval = 30015;
 }  // namespace errors
 
 // The number and description under which an error travels on; for use inside a catch block.
-inline RunTimeError CurrentError() {
+inline RunTimeError CurrentError() noexcept {
     try {
         throw;
     } catch (const RunTimeError& error) {

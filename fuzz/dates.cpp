@@ -24,7 +24,6 @@ void Check(FuzzInput& input) {
     if (!date) return;
     Require(IsValidDate(*date), "the date is in the calendar");
     Require(FormatDate(*date, pattern).size() <= pattern.size() * 10, "a pattern's letter writes a word at most");
-    Require(FromAutomationDate(ToAutomationDate(*date)) == *date, "the automation date is the same date");
     for (const TextView separator : {u"/", u"-", u".", u" "}) {
         settings.separator = separator;
         Require(ParseDate(ShortDateText(*date, settings), settings) == DayOf(*date), "the short form reads back");

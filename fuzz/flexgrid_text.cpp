@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "common/run_time_error.h"
-#include "elements/flexgrid/grid.h"
 #include "fuzz/fuzz_input.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::flexgrid {
 namespace {

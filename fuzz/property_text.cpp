@@ -3,8 +3,8 @@
 #include <cstdint>
 
 #include "common/run_time_error.h"
+#include "designer/properties/property_row.h"
 #include "fuzz/fuzz_input.h"
-#include "host/design/property_row.h"
 
 namespace qvx::host {
 namespace {

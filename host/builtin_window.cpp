@@ -5,15 +5,15 @@
 #include <algorithm>
 #include <type_traits>
 
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "common/flag_scope.h"
 #include "common/run_time_error.h"
 #include "host/form_font.h"
 #include "host/form_window.h"
 #include "host/tab_order.h"
 #include "win/gdi_surface.h"
-#include "win/module.h"
-#include "win/wide.h"
+#include "win/module_instance.h"
+#include "win/window_text.h"
 
 namespace qvx::host {
 
@@ -207,7 +207,7 @@ class BuiltInControl::Relay final : public WindowSubclass {
     const UniqueBrush& brush_;
 };
 
-BuiltInControl::BuiltInControl(HostForm& form, Block& block, FormControl* container, BuiltIn kind)
+BuiltInControl::BuiltInControl(HostForm& form, const Block& block, FormControl* container, BuiltIn kind)
     : FormControl(form, block, container),
       kind_(kind),
       enabled_(block.BoolOf(u"Enabled", true)),
@@ -354,6 +354,11 @@ std::vector<char16_t> BuiltInControl::AccessKeys() const {
     if (kind_ == BuiltIn::textBox) return {};
     const char16_t key = AccessKey(WindowText(window_));
     return key ? std::vector<char16_t>{key} : std::vector<char16_t>{};
+}
+
+void BuiltInControl::FollowResolution() {
+    ApplyFont();
+    FormControl::FollowResolution();
 }
 
 void BuiltInControl::OnAmbientChanged(DISPID property) {

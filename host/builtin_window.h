@@ -29,7 +29,7 @@ std::optional<BuiltIn> FindBuiltIn(TextView className);
 
 class BuiltInControl final : public FormControl {
   public:
-    BuiltInControl(HostForm& form, Block& block, FormControl* container, BuiltIn kind);
+    BuiltInControl(HostForm& form, const Block& block, FormControl* container, BuiltIn kind);
     ~BuiltInControl() override;
 
     HWND Window() const override { return window_; }
@@ -40,6 +40,7 @@ class BuiltInControl final : public FormControl {
     std::vector<char16_t> AccessKeys() const override;
     bool TakesReturn() const override { return kind_ == BuiltIn::textBox && multiLine_; }
     bool IgnoresReturn() const override { return kind_ == BuiltIn::textBox && !multiLine_; }
+    void FollowResolution() override;
     void OnAmbientChanged(DISPID property) override;
     void OnCommand(UINT notification) override;
     HBRUSH OnColor(HDC dc) override;

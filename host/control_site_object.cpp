@@ -102,10 +102,18 @@ STDMETHODIMP SitedControl::Site::OnPosRectChange(LPCRECT position) {
     return Guard([&]() -> HRESULT {
         if (!position) return E_POINTER;
         if (!control_) return E_UNEXPECTED;
+        const RECT present = control_->PixelBounds();
+        TwipsRect bounds = control_->Bounds();
         const Dpi dpi = form_->FormDpi();
-        control_->Move({PixelsToTwips(position->left, dpi.x), PixelsToTwips(position->top, dpi.y),
-                        PixelsToTwips(position->right - position->left, dpi.x),
-                        PixelsToTwips(position->bottom - position->top, dpi.y)});
+        // What is the same in pixels keeps its twips, of which a pixel holds several.
+        const auto take = [](int& twips, LONG before, LONG now, int dots) {
+            if (now != before) twips = PixelsToTwips(static_cast<int>(now), dots);
+        };
+        take(bounds.left, present.left, position->left, dpi.x);
+        take(bounds.top, present.top, position->top, dpi.y);
+        take(bounds.width, present.right - present.left, position->right - position->left, dpi.x);
+        take(bounds.height, present.bottom - present.top, position->bottom - position->top, dpi.y);
+        control_->Move(bounds);
         return S_OK;
     });
 }
@@ -139,11 +147,12 @@ STDMETHODIMP SitedControl::Site::TransformCoords(POINTL* himetric, POINTF* conta
     return E_INVALIDARG;
 }
 
-STDMETHODIMP SitedControl::Site::TranslateAccelerator(MSG* message, DWORD) {
+STDMETHODIMP SitedControl::Site::TranslateAccelerator(MSG* message, DWORD modifiers) {
     return Guard([&]() -> HRESULT {
         if (!message) return E_POINTER;
         MSG copy = *message;
-        return form_ && form_->HandleKey(copy) ? S_OK : S_FALSE;
+        // The bits are those of key events.
+        return form_ && form_->HandleKey(copy, static_cast<int>(modifiers)) ? S_OK : S_FALSE;
     });
 }
 

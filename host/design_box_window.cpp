@@ -49,7 +49,7 @@ LRESULT DesignBox::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-BrokenControl::BrokenControl(HostForm& form, Block& block, FormControl* container, Text reason)
+BrokenControl::BrokenControl(HostForm& form, const Block& block, FormControl* container, Text reason)
     : FormControl(form, block, container), reason_(std::move(reason)) {
     box_.Open(form.ParentWindow(*this), PixelBounds(), ClassName(), true);
 }

@@ -25,7 +25,7 @@ class DesignBox final : public Window {
 // A control that cannot be created or loaded: its block is kept as it is, apart from where it stands.
 class BrokenControl final : public FormControl {
   public:
-    BrokenControl(HostForm& form, Block& block, FormControl* container, Text reason);
+    BrokenControl(HostForm& form, const Block& block, FormControl* container, Text reason);
     ~BrokenControl() override;
 
     const Text& Reason() const { return reason_; }

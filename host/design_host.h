@@ -15,6 +15,8 @@ class DesignHost {
     virtual void Rename(FormControl* control, const Text& name) = 0;
     // Makes the control an element of a control array, or with -1 takes it out. Throws RunTimeError.
     virtual void SetIndex(FormControl& control, int index) = 0;
+    // The form and what stands on it have followed another resolution.
+    virtual void OnResolution() = 0;
     // A file that pictures were written to: nobody misses it when the form is not saved.
     virtual void OnFileMade(const Text& path) = 0;
 

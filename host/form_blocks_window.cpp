@@ -11,7 +11,7 @@
 #include "host/image_list_object.h"
 #include "host/sited_control.h"
 #include "win/gdi_surface.h"
-#include "win/module.h"
+#include "win/module_instance.h"
 
 namespace qvx::host {
 
@@ -68,7 +68,7 @@ void HostForm::CreateToolTips() {
                         CW_USEDEFAULT, CW_USEDEFAULT, Handle(), nullptr, ModuleInstance(), nullptr);
 }
 
-std::unique_ptr<FormControl> HostForm::MakeControl(Block& block, FormControl* parent, bool fresh) {
+std::unique_ptr<FormControl> HostForm::MakeControl(const Block& block, FormControl* parent, bool fresh) {
     if (const auto kind = FindBuiltIn(block.className)) {
         return std::make_unique<BuiltInControl>(*this, block, parent, *kind);
     }
@@ -80,13 +80,13 @@ std::unique_ptr<FormControl> HostForm::MakeControl(Block& block, FormControl* pa
     return std::make_unique<SitedControl>(*this, block, parent, fresh);
 }
 
-void HostForm::BuildControls(Block& container, FormControl* parent) {
-    for (Block* block : container.Objects()) {
+void HostForm::BuildControls(const Block& container, FormControl* parent) {
+    for (const Block* block : container.Objects()) {
         if (SameName(block->className, u"Menu")) continue;
         std::unique_ptr<FormControl> made = MakeControl(*block, parent);
         FormControl* control = made.get();
         controls_.push_back(std::move(made));
-        const std::vector<Block*> inner = block->Objects();
+        const std::vector<const Block*> inner = block->Objects();
         if (inner.empty()) continue;
         if (FindBuiltIn(block->className) != BuiltIn::frame) {
             throw FormFileError(inner.front()->lineNumber, u"only a frame can hold other controls");
@@ -107,6 +107,11 @@ void HostForm::UpdateToolTip(const FormControl& control) {
     tool.lpszText = WideBuffer(text);
     SendMessageW(toolTips_, TTM_DELTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
     if (!text.empty()) SendMessageW(toolTips_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+Block* HostForm::BlockOf(const FormControl& control) {
+    Block* container = control.Container() ? BlockOf(*control.Container()) : &file_.form;
+    return container ? control.BlockAmong(container->Objects()) : nullptr;
 }
 
 SavedProperties HostForm::Saved() {
@@ -138,7 +143,9 @@ void HostForm::Save(const Text& path) {
     // All are asked before the first block changes: what one of them cannot say must leave the file as it is.
     std::vector<SavedProperties> saved;
     for (const auto& control : controls_) saved.push_back(control->Saved());
-    for (std::size_t i = 0; i < controls_.size(); ++i) controls_[i]->SaveToBlock(saved[i], mode);
+    for (std::size_t i = 0; i < controls_.size(); ++i) {
+        if (Block* block = BlockOf(*controls_[i])) controls_[i]->SaveToBlock(*block, saved[i], mode);
+    }
     SavedProperties own = Saved();
     MergeSaved(file_.form, loaded_, own, KnownFormProperties(), mode);
     // What the blocks say is what is loaded from now on.

@@ -10,11 +10,16 @@ namespace qvx::host {
 namespace {
 // Far above what controls use, so that their own identifiers pass through unchanged.
 constexpr DISPID firstExtendedMember = 0x60000000;
+
+bool SaysSizeIn(const Block& block) { return block.Find(u"Width") || block.Find(u"Height"); }
 }  // namespace
 
-FormControl::FormControl(HostForm& form, Block& block, FormControl* container)
+FormControl::FormControl(HostForm& form, const Block& block, FormControl* container)
     : form_(form),
-      block_(&block),
+      name_(block.name),
+      className_(block.className),
+      lineNumber_(block.lineNumber),
+      saysSize_(SaysSizeIn(block)),
       container_(container),
       index_(block.IntOf(u"Index", -1)),
       bounds_{block.IntOf(u"Left", 0), block.IntOf(u"Top", 0), block.IntOf(u"Width", defaultControlSize),
@@ -29,7 +34,17 @@ FormControl::FormControl(HostForm& form, Block& block, FormControl* container)
     extended_ = MakeObject<ExtendedControl>(*this);
 }
 
-FormControl::~FormControl() { extended_->Forget(); }
+FormControl::~FormControl() {
+    form_.ForgetControl(*this);
+    extended_->Forget();
+}
+
+Block* FormControl::BlockAmong(const std::vector<Block*>& objects) const {
+    const auto found = std::find_if(objects.begin(), objects.end(), [&](const Block* block) {
+        return block->name == name_ && block->IntOf(u"Index", -1) == index_;
+    });
+    return found == objects.end() ? nullptr : *found;
+}
 
 Text FormControl::Title() const {
     if (index_ < 0) return Name();
@@ -53,6 +68,14 @@ void FormControl::Move(const TwipsRect& bounds) {
     bounds_ = bounds;
     ApplyBounds(PixelBounds());
     if (changed) NoteChange();
+}
+
+void FormControl::FollowResolution() {
+    const TwipsRect before = bounds_;
+    ApplyBounds(PixelBounds());
+    // The size that a control takes by itself at a resolution is nobody's change.
+    if (bounds_.width != before.width) loaded_.Add(u"Width", std::int32_t{bounds_.width});
+    if (bounds_.height != before.height) loaded_.Add(u"Height", std::int32_t{bounds_.height});
 }
 
 bool FormControl::Reachable() const { return visible_ && Enabled() && (!container_ || container_->Reachable()); }
@@ -90,12 +113,12 @@ SavedProperties FormControl::Saved() {
     return saved;
 }
 
-void FormControl::SaveToBlock(const SavedProperties& saved, MergeMode mode) {
+void FormControl::SaveToBlock(Block& block, const SavedProperties& saved, MergeMode mode) const {
     static const std::vector<Text> ofTheForm = {u"Index",   u"Left",    u"Top", u"Width",       u"Height",  u"TabIndex",
                                                 u"TabStop", u"Visible", u"Tag", u"ToolTipText", u"Default", u"Cancel"};
     std::vector<Text> known = KnownProperties();
     known.insert(known.end(), ofTheForm.begin(), ofTheForm.end());
-    MergeSaved(*block_, loaded_, saved, known, mode);
+    MergeSaved(block, loaded_, saved, known, mode);
 }
 
 namespace {
@@ -116,18 +139,18 @@ Text FormControl::LookOf(const Block& block) {
 }
 
 bool FormControl::Shows(const Block& block) const {
-    return SameName(block.className, shownClass_) && block.name == shownName_ && LookOf(block) == look_;
+    return SameName(block.className, className_) && block.name == name_ && LookOf(block) == look_;
 }
 
-void FormControl::RememberBlock(Block& block) {
-    block_ = &block;
+void FormControl::RememberBlock(const Block& block) {
     look_ = LookOf(block);
-    shownClass_ = block.className;
-    shownName_ = block.name;
+    className_ = block.className;
+    name_ = block.name;
+    saysSize_ = SaysSizeIn(block);
 }
 
-bool FormControl::FollowBlock(Block& block) {
-    block_ = &block;
+bool FormControl::FollowBlock(const Block& block) {
+    saysSize_ = SaysSizeIn(block);
     const TwipsRect bounds{block.IntOf(u"Left", 0), block.IntOf(u"Top", 0), block.IntOf(u"Width", defaultControlSize),
                            block.IntOf(u"Height", defaultControlSize)};
     tabIndex_ = block.IntOf(u"TabIndex", form_.NextTabIndex());

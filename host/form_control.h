@@ -20,19 +20,24 @@ class DesignHost;
 class HostForm;
 class ExtendedControl;
 
+// A control is known to the blocks of its form by container, name and index alone: under design the blocks are replaced
+// as a whole by every step back, so that nobody keeps one.
 class FormControl {
   public:
     // `container` is the control this one stands in (a frame), or null for the form itself. Both outlive the control.
-    FormControl(HostForm& form, Block& block, FormControl* container);
+    FormControl(HostForm& form, const Block& block, FormControl* container);
     FormControl(const FormControl&) = delete;
     FormControl& operator=(const FormControl&) = delete;
     virtual ~FormControl();
 
     HostForm& Form() const { return form_; }
     FormControl* Container() const { return container_; }
-    const Text& Name() const { return block_->name; }
-    const Text& ClassName() const { return block_->className; }
-    int LineNumber() const { return block_->lineNumber; }
+    const Text& Name() const { return name_; }
+    const Text& ClassName() const { return className_; }
+    // In the file that the control was loaded from.
+    int LineNumber() const { return lineNumber_; }
+    // The block that describes the control, of the objects in its container; null when there is none any more.
+    Block* BlockAmong(const std::vector<Block*>& objects) const;
     // The Index of an element of a control array, or -1.
     int Index() const { return index_; }
     // What the name and the index are to the user: "txtField" or "txtField(2)".
@@ -64,22 +69,20 @@ class FormControl {
     // `saved` is what the block says: when the form has been loaded, and whenever it has been saved.
     void RememberAsLoaded(SavedProperties saved) { loaded_ = std::move(saved); }
     // Brings what differs from what was loaded (or everything) into the block.
-    void SaveToBlock(const SavedProperties& saved, MergeMode mode);
+    void SaveToBlock(Block& block, const SavedProperties& saved, MergeMode mode) const;
 
-    // Under design the blocks of a form are replaced as a whole by every step back.
+    // --- Under design.
     // What its block says of it apart from where it stands and when Tab visits it.
     static Text LookOf(const Block& block);
     // Whether the control is the one that a block describes: then only FollowBlock is needed.
     bool Shows(const Block& block) const;
     // The block is what the control shows, from now on.
-    void RememberBlock(Block& block);
-    void RememberBlock() { RememberBlock(*block_); }
-    const Text& ShownName() const { return shownName_; }
+    void RememberBlock(const Block& block);
     // Takes position and tab index from the block, which has been found by Shows. False when the control has kept to
     // another place than the block says.
-    bool FollowBlock(Block& block);
+    bool FollowBlock(const Block& block);
     // Whether the form says how large it is. What it does not say is the control's own matter.
-    bool SaysSize() const { return block_->Find(u"Width") || block_->Find(u"Height"); }
+    bool SaysSize() const { return saysSize_; }
     // Tells the designer, if there is one.
     void NoteChange();
 
@@ -108,6 +111,8 @@ class FormControl {
     virtual bool IsButton() const { return false; }
     // Focus leaves the control for another one of the form.
     virtual void OnLeft() {}
+    // The form is of another resolution.
+    virtual void FollowResolution();
     // The form's font or colours have changed.
     virtual void OnAmbientChanged(DISPID) {}
     // A command of the control's window (BN_CLICKED, EN_CHANGE ...).
@@ -125,7 +130,6 @@ class FormControl {
     // The names that the control knows in its block.
     virtual std::vector<Text> KnownProperties() const = 0;
 
-    const Block& File() const { return *block_; }
     // Whether it is shown on the screen: under design everything is.
     bool ShownAs(bool visible) const;
 
@@ -133,7 +137,10 @@ class FormControl {
     friend class ExtendedControl;
 
     HostForm& form_;
-    Block* block_;
+    Text name_;
+    Text className_;
+    int lineNumber_;
+    bool saysSize_;
     FormControl* container_;
     ComPtr<ExtendedControl> extended_;
     int index_;
@@ -148,8 +155,6 @@ class FormControl {
     SavedProperties loaded_;
     // What the block was when it was last the same as the control.
     Text look_;
-    Text shownClass_;
-    Text shownName_;
 };
 
 class ExtendedControl final : public NamedObject {

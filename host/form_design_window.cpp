@@ -4,6 +4,7 @@
 #include <map>
 
 #include "com/guard.h"
+#include "common/flag_scope.h"
 #include "common/run_time_error.h"
 #include "common/text_compare.h"
 #include "host/builtin_window.h"
@@ -31,19 +32,8 @@ Text MenuText(const Block& block) {
     return text;
 }
 
-struct QuietScope {
-    bool& flag;
-    bool before;
-    explicit QuietScope(bool& quiet) : flag(quiet), before(quiet) { flag = true; }
-    QuietScope(const QuietScope&) = delete;
-    QuietScope& operator=(const QuietScope&) = delete;
-    ~QuietScope() { flag = before; }
-};
-
-UniqueFont MenuFont() {
-    NONCLIENTMETRICSW metrics{};
-    metrics.cbSize = sizeof metrics;
-    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+UniqueFont MenuFont(Dpi dpi) {
+    const NONCLIENTMETRICSW metrics = FrameMetrics(dpi);
     return UniqueFont(CreateFontIndirectW(&metrics.lfMenuFont));
 }
 
@@ -60,7 +50,7 @@ void HostForm::NoteChange(FormControl* control) {
 }
 
 void HostForm::BuildForDesign(HWND parent) {
-    const QuietScope quiet(quiet_);
+    const FlagScope quiet(quiet_);
     keepsClientSize_ = true;
     static const WindowClass windowClass = {L"QvxDesignedForm", CS_DBLCLKS};
     if (!Create(windowClass, Wide(caption_), AsChild(WindowStyle()), borderStyle_ == 3 ? WS_EX_DLGMODALFRAME : 0,
@@ -81,7 +71,7 @@ void HostForm::FollowForm() {
     look_ = std::move(look);
     ReadLook();
     menus_.Show(nullptr, ReadMenus(file_.form));
-    menuStrip_ = menus_.Items().empty() ? 0 : GetSystemMetrics(SM_CYMENU);
+    menuStrip_ = MenuStripSize();
     SetWindowTextW(Handle(), Wide(caption_));
     ApplyFrame();
     SetBackColor(backColor_);
@@ -92,6 +82,8 @@ void HostForm::FollowForm() {
     RedrawWindow(Handle(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_ERASE);
 }
 
+int HostForm::MenuStripSize() const { return menus_.Items().empty() ? 0 : SystemMetric(SM_CYMENU, FormDpi()); }
+
 void HostForm::ApplyFrame() {
     SetWindowLongPtrW(
         Handle(), GWL_STYLE,
@@ -100,7 +92,7 @@ void HostForm::ApplyFrame() {
     SetWindowPos(Handle(), nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_FRAMECHANGED);
 }
 
-std::unique_ptr<FormControl> HostForm::MakeControlOrBox(Block& block, FormControl* parent, bool fresh) {
+std::unique_ptr<FormControl> HostForm::MakeControlOrBox(const Block& block, FormControl* parent, bool fresh) {
     Text reason;
     try {
         return MakeControl(block, parent, fresh);
@@ -114,7 +106,7 @@ std::unique_ptr<FormControl> HostForm::MakeControlOrBox(Block& block, FormContro
 }
 
 void HostForm::FollowBlocks(const std::function<bool(const Block&)>& fresh) {
-    const QuietScope quiet(quiet_);
+    const FlagScope quiet(quiet_);
     FollowForm();
     std::vector<std::unique_ptr<FormControl>> before = std::move(controls_);
     controls_.clear();
@@ -122,7 +114,7 @@ void HostForm::FollowBlocks(const std::function<bool(const Block&)>& fresh) {
     std::multimap<Text, std::unique_ptr<FormControl>*> byName;
     for (auto& control : before) {
         formerOrder.push_back(control.get());
-        byName.emplace(FoldedText(control->ShownName()), &control);
+        byName.emplace(FoldedText(control->Name()), &control);
     }
     bool same = true;
     const auto walk = [&](const auto& self, Block& container, FormControl* parent) -> void {
@@ -145,7 +137,7 @@ void HostForm::FollowBlocks(const std::function<bool(const Block&)>& fresh) {
                 try {
                     SavedProperties saved = control->Saved();
                     // What a new control is by itself belongs into the file.
-                    if (isFresh) control->SaveToBlock(saved, MergeMode::changes);
+                    if (isFresh) control->SaveToBlock(*block, saved, MergeMode::changes);
                     control->RememberAsLoaded(std::move(saved));
                 } catch (const RunTimeError&) {
                     // It can be shown all the same; whoever saves the form will hear of it.
@@ -173,10 +165,12 @@ void HostForm::FollowBlocks(const std::function<bool(const Block&)>& fresh) {
 
 void HostForm::Capture(FormControl* control, MergeMode mode) {
     if (control) {
+        Block* block = BlockOf(*control);
+        if (!block) return;
         SavedProperties saved = control->Saved();
-        control->SaveToBlock(saved, mode);
+        control->SaveToBlock(*block, saved, mode);
         control->RememberAsLoaded(std::move(saved));
-        control->RememberBlock();
+        control->RememberBlock(*block);
         return;
     }
     SavedProperties saved = Saved();
@@ -216,11 +210,11 @@ void HostForm::PaintMenuStrip() {
         const int top = static_cast<int>(inside.y - whole.top) - menuStrip_;
         RECT strip{left, top, left + ClientArea().Width(), top + menuStrip_};
         FillRect(dc, &strip, GetSysColorBrush(COLOR_MENU));
-        const UniqueFont font = MenuFont();
+        const UniqueFont font = MenuFont(FormDpi());
         const SelectedObject selected(dc, font.Get());
         SetBkMode(dc, TRANSPARENT);
         int x = left;
-        const int margin = GetSystemMetrics(SM_CXSMICON) / 2;
+        const int margin = SystemMetric(SM_CXSMICON, FormDpi()) / 2;
         for (const MenuItem& item : menus_.Items()) {
             RECT text{};
             DrawTextW(dc, Wide(item.caption), -1, &text, DT_SINGLELINE | DT_CALCRECT);
@@ -286,10 +280,14 @@ LRESULT HostForm::OnDesignMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CTLCOLORBTN:
             return OnColor(message, wParam, lParam);
         case WM_SYSCOLORCHANGE: {
-            const QuietScope quiet(quiet_);
+            const FlagScope quiet(quiet_);
             SetBackColor(backColor_);
             return Default(message, wParam, lParam);
         }
+        case WM_DPICHANGED_AFTERPARENT:
+            FollowResolution();
+            if (designer_) designer_->OnResolution();
+            return 0;
         case WM_COMMAND:
         case WM_CLOSE:
         case WM_SYSCOMMAND:

@@ -326,10 +326,12 @@ void Block::SetLine(TextView wanted, const std::optional<FormValue>& value, Text
         const std::size_t equals = entry.line.text.find(u'=');
         std::size_t start = equals + 1;
         while (start < entry.line.text.size() && IsBlank(entry.line.text[start])) ++start;
-        entry.line.text.resize(start);
-        entry.line.text.append(source).append(remark);
-        entry.value = value;
-        entry.source = Trim(source);
+        Text line = entry.line.text.substr(0, start).append(source).append(remark);
+        std::optional<FormValue> newValue = value;
+        Text newSource(Trim(source));
+        entry.line.text = std::move(line);
+        entry.value = std::move(newValue);
+        entry.source = std::move(newSource);
         return;
     }
     Entry entry;

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "elements/surface/font_spec.h"
+#include "common/font_spec.h"
 #include "host/saved_properties.h"
 
 namespace qvx::host {

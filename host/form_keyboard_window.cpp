@@ -47,19 +47,18 @@ bool HostForm::TranslateKey(MSG& message) {
             if (IsMouseMessage(message.message)) return true;
             message.hwnd = Handle();
         }
-        return IsKeyMessage(message.message) && HandleKey(message);
+        return IsKeyMessage(message.message) && HandleKey(message, ShiftState());
     }
     if (!IsKeyMessage(message.message)) return false;
     FormControl* focused = ControlOf(GetFocus());
     if (focused && focused->TranslateKey(message)) return true;
-    return HandleKey(message);
+    return HandleKey(message, ShiftState());
 }
 
-bool HostForm::HandleKey(MSG& message) {
+bool HostForm::HandleKey(MSG& message, int shift) {
     if (message.message == WM_SYSCHAR) return PressAccessKey(message);
     if (message.message != WM_KEYDOWN && message.message != WM_SYSKEYDOWN) return false;
     const int key = static_cast<int>(message.wParam);
-    const int shift = ShiftState();
     if (const MenuItem* item = menus_.FindShortcut({key, shift})) {
         SendMessageW(Handle(), WM_COMMAND, item->id, 0);
         return true;

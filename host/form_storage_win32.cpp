@@ -4,11 +4,12 @@
 
 #include <vector>
 
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "common/run_time_error.h"
 #include "host/form_file.h"
 #include "host/text_encoding.h"
 #include "win/handles.h"
+#include "win/replacing_file.h"
 
 namespace qvx::host {
 
@@ -35,24 +36,17 @@ std::string ReadFileBytes(const Text& path) {
 }
 
 void ReplaceFileBytes(const Text& path, const std::string& bytes) {
-    const Text beside = path + u".new";
-    const HANDLE handle =
-        CreateFileW(Wide(beside), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    bool written = handle != INVALID_HANDLE_VALUE;
-    if (written) {
-        const UniqueKernelObject owner(handle);
-        DWORD count = 0;
-        written =
-            WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr) && count == bytes.size();
-    }
     // A file that must not be changed is not replaced either, whatever its folder would allow.
     const DWORD attributes = GetFileAttributesW(Wide(path));
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)) written = false;
-    if (written) written = MoveFileExW(Wide(beside), Wide(path), MOVEFILE_REPLACE_EXISTING) != FALSE;
-    if (!written) {
-        if (handle != INVALID_HANDLE_VALUE) DeleteFileW(Wide(beside));
-        throw RunTimeError(errors::pathFileAccess, u"cannot write \"" + path + u"\"");
+    bool written = attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_READONLY);
+    if (written) {
+        ReplacingFile file(path + u".~new");
+        DWORD count = 0;
+        written = file.Handle() &&
+                  WriteFile(file.Handle(), bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr) &&
+                  count == bytes.size() && file.TakePlaceOf(path);
     }
+    if (!written) throw RunTimeError(errors::pathFileAccess, u"cannot write \"" + path + u"\"");
 }
 
 void AppendLine(const Text& path, const Text& line) {

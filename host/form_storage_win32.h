@@ -14,8 +14,7 @@ std::string ReadFileBytes(const Text& path);
 // The same, or nothing for a file that is not there or cannot be read.
 std::optional<std::string> TryReadFileBytes(const Text& path);
 
-// Writes beside the target first and replaces it then: neither a full disk nor a crash costs what is there. Throws
-// RunTimeError 75 when that cannot be done.
+// Neither a full disk nor a loss of power costs what is there. Throws RunTimeError 75 when the file cannot be written.
 void ReplaceFileBytes(const Text& path, const std::string& bytes);
 
 // Adds a line to a log; an empty path is no log. Opened for every line and closed again, so that a reader outside sees

@@ -15,7 +15,17 @@
 
 namespace qvx::host {
 
-using FormValue = std::variant<Text, std::int32_t, double, bool>;
+class FormValue : public std::variant<Text, std::int32_t, double, bool> {
+  public:
+    using variant::variant;
+    FormValue(FormValue&&) noexcept = default;
+    FormValue& operator=(const FormValue&) = default;
+    FormValue& operator=(FormValue&&) noexcept = default;
+    // GCC 12's variant takes one of strings and numbers for never without a value, and would destroy the text that a
+    // copy has found no memory for.
+    FormValue(const FormValue& other) : variant(Text()) { *this = other; }
+    ~FormValue() = default;
+};
 
 struct ValueLine {
     std::optional<FormValue> value;  // empty when the line holds no value this reader knows

@@ -9,7 +9,8 @@
 #include <limits>
 
 #include "com/guard.h"
-#include "com/text.h"
+#include "com/wide_text.h"
+#include "common/flag_scope.h"
 #include "common/run_time_error.h"
 #include "host/form_font.h"
 #include "host/form_object.h"
@@ -18,7 +19,7 @@
 #include "host/sited_control.h"
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
-#include "win/module.h"
+#include "win/module_instance.h"
 
 namespace qvx::host {
 
@@ -97,10 +98,27 @@ IDispatch* HostForm::Automation() const { return static_cast<NamedObject*>(autom
 
 Dpi HostForm::FormDpi() const { return WindowDpi(Handle()); }
 
+void HostForm::FollowResolution() {
+    // Nobody has changed anything that a file keeps.
+    const FlagScope quiet(quiet_);
+    if (designer_) {
+        menuStrip_ = MenuStripSize();
+        ApplyFrame();
+    }
+    if (!IsZoomed(Handle()) && !IsIconic(Handle())) SetClientSize(clientWidth_, clientHeight_);
+    for (const auto& control : controls_) control->FollowResolution();
+    gridBrush_.Reset();
+    RedrawWindow(Handle(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
 int HostForm::NextTabIndex() const {
     int highest = -1;
     for (const auto& control : controls_) highest = std::max(highest, control->TabIndex());
     return highest < std::numeric_limits<int>::max() ? highest + 1 : highest;
+}
+
+void HostForm::ForgetControl(const FormControl& control) {
+    if (active_ == &control) active_ = nullptr;
 }
 
 HWND HostForm::ParentWindow(const FormControl& control) const {
@@ -327,22 +345,22 @@ LRESULT HostForm::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             if (wParam != SIZE_MINIMIZED) FireForm(u"Resize");
             return 0;
+        case WM_DPICHANGED: {
+            const DpiChange change(Handle(), wParam, lParam);
+            {
+                // The system's rounding is not the user's wish; a form that fills its monitor takes what there is.
+                const FlagScope kept(keepsClientSize_, !IsZoomed(Handle()));
+                change.Follow();
+            }
+            FollowResolution();
+            return 0;
+        }
         case WM_SETFOCUS:
             // The window itself has no use for the focus: the control that had it last has.
             if (active_ && active_->CanFocus()) active_->Focus(nullptr);
             return 0;
         case WM_ACTIVATE:
-            // Default handling would take the focus from inside the form when it comes back.
-            if (LOWORD(wParam) == WA_INACTIVE) {
-                lastFocus_ = IsChild(Handle(), GetFocus()) ? GetFocus() : lastFocus_;
-                return 0;
-            }
-            if (HIWORD(wParam)) return 0;
-            if (lastFocus_ && IsChild(Handle(), lastFocus_) && IsWindowVisible(lastFocus_)) {
-                SetFocus(lastFocus_);
-                return 0;
-            }
-            return Default(message, wParam, lParam);
+            return focus_.OnActivate(Handle(), wParam) ? 0 : Default(message, wParam, lParam);
         case WM_CLOSE:
             OnClose(0);
             return 0;

@@ -20,6 +20,7 @@
 #include "host/report_dialog.h"
 #include "host/script_engine_object.h"
 #include "host/tab_order.h"
+#include "win/focus_memory.h"
 #include "win/handles.h"
 #include "win/window.h"
 
@@ -62,11 +63,13 @@ class HostForm final : public Window {
 
     // What controls ask their form.
     Dpi FormDpi() const;
+    // Of another resolution than before, the form and all on it take the same room in twips as before.
+    void FollowResolution();
     bool DesignMode() const { return options_.design; }
     const Text& Folder() const { return folder_; }
     // Of a form under design that has been saved elsewhere.
     void SetFolder(Text folder) { folder_ = std::move(folder); }
-    PictureNames& Pictures() { return pictures_; }
+    FormPictures& Pictures() { return pictures_; }
     FontProperty& Font() { return font_; }
     OLE_COLOR BackColor() const { return backColor_; }
     OLE_COLOR ForeColor() const { return foreColor_; }
@@ -75,6 +78,8 @@ class HostForm final : public Window {
     // For a control whose block gives no TabIndex: behind all that came before.
     int NextTabIndex() const;
     HWND ParentWindow(const FormControl& control) const;
+    // From a control that goes.
+    void ForgetControl(const FormControl& control);
     void UpdateToolTip(const FormControl& control);
     // Runs Name_Event of the script, if it has one. Elements of a control array pass their index first.
     void Fire(const FormControl& control, TextView event, const std::vector<VARIANT*>& arguments);
@@ -83,8 +88,8 @@ class HostForm final : public Window {
     // True when the form has used the key message: by its active control, a menu, Tab, an access key, or as Enter and
     // Escape for the default and cancel buttons.
     bool TranslateKey(MSG& message);
-    // The form's own part of the above, for keys that a control hands back.
-    bool HandleKey(MSG& message);
+    // The form's own part of the above, for keys that a control hands back. `shift` holds the bits of key events.
+    bool HandleKey(MSG& message, int shift);
     // Looks who has the focus and tells the controls that lost and got it.
     void FollowFocus();
     FormControl* Active() const { return active_; }
@@ -123,14 +128,16 @@ class HostForm final : public Window {
     void OnFault() noexcept override;
 
   private:
-    void BuildControls(Block& container, FormControl* parent);
-    std::unique_ptr<FormControl> MakeControl(Block& block, FormControl* parent, bool fresh = false);
+    void BuildControls(const Block& container, FormControl* parent);
+    std::unique_ptr<FormControl> MakeControl(const Block& block, FormControl* parent, bool fresh = false);
     void ReadLook();
     DWORD WindowStyle() const;
     void CreateToolTips();
-    std::unique_ptr<FormControl> MakeControlOrBox(Block& block, FormControl* parent, bool fresh);
+    std::unique_ptr<FormControl> MakeControlOrBox(const Block& block, FormControl* parent, bool fresh);
     void FollowForm();
     void ApplyFrame();
+    // Of the strip that stands for the form's menu bar; 0 without menus.
+    int MenuStripSize() const;
     LRESULT OnDesignMessage(UINT message, WPARAM wParam, LPARAM lParam);
     void PaintMenuStrip();
     void FillDesignBackground(HDC dc);
@@ -139,6 +146,8 @@ class HostForm final : public Window {
     void OnClose(int code);
     void FireForm(TextView event, const std::vector<VARIANT*>& arguments = {});
     void AmbientChanged(DISPID property);
+    // What the file says of a control now; null when it says nothing any more.
+    Block* BlockOf(const FormControl& control);
     SavedProperties Saved();
     static const std::vector<Text>& KnownFormProperties();
     void ReportScriptError(const ScriptError& error);
@@ -160,7 +169,7 @@ class HostForm final : public Window {
     Text folder_;
     const ClassSource& classes_;
     Reporter& reporter_;
-    PictureNames pictures_;
+    FormPictures pictures_;
 
     Text caption_;
     Text tag_;
@@ -178,7 +187,7 @@ class HostForm final : public Window {
     MenuBar menus_;
     std::vector<std::unique_ptr<FormControl>> controls_;
     FormControl* active_ = nullptr;
-    HWND lastFocus_ = nullptr;
+    FocusMemory focus_;
     SavedProperties loaded_;
     std::unique_ptr<ScriptEngine> script_;
     Text scriptName_;

@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "com/guard.h"
-#include "com/picture_file.h"
 #include "common/number_text.h"
 #include "common/run_time_error.h"
 #include "common/text_compare.h"
@@ -14,8 +13,6 @@
 #include "host/picture_names.h"
 
 namespace qvx::host {
-
-namespace {
 
 // One picture; it knows its number as long as it is in a list.
 class ImageObject final : public NamedObject {
@@ -51,8 +48,6 @@ class ImageObject final : public NamedObject {
   private:
     ~ImageObject() override = default;
 };
-
-}  // namespace
 
 class ImagesObject final : public NamedObject {
   public:
@@ -160,22 +155,7 @@ class ImageListObject final : public NamedObject {
 
 }  // namespace
 
-ComPtr<IPictureDisp> LoadPictureFile(const Text& folder, const Text& path) {
-    const bool rooted = path.find(u':') != Text::npos || path.substr(0, 1) == u"\\" || path.substr(0, 1) == u"/";
-    return qvx::LoadPictureFile(rooted ? path : folder + u"\\" + path);
-}
-
-namespace {
-
-// A property page takes all pictures out and puts them in again: the same picture keeps its file.
-void RememberFile(HostForm& form, IPictureDisp* picture, const Text& file) {
-    const auto identity = ComPtr<IPictureDisp>(picture).As<IUnknown>();
-    form.Pictures().insert_or_assign(identity.get(), std::pair(identity, file));
-}
-
-}  // namespace
-
-ImageListControl::ImageListControl(HostForm& form, Block& block, FormControl* container)
+ImageListControl::ImageListControl(HostForm& form, const Block& block, FormControl* container)
     : FormControl(form, block, container) {
     const auto images = MakeObject<ImagesObject>();
     images_ = images;
@@ -185,12 +165,11 @@ ImageListControl::ImageListControl(HostForm& form, Block& block, FormControl* co
             const Block& image = *entry.block;
             try {
                 const Text file = image.TextOf(u"Picture");
-                auto picture = file.empty() ? nullptr : LoadPictureFile(form.Folder(), file);
+                auto picture = file.empty() ? nullptr : form.Pictures().Load(form.Folder(), file);
                 const auto added = images->Add(images->Count(), image.TextOf(u"Key"), std::move(picture));
                 added->tag = Variant(image.TextOf(u"Tag"));
-                if (added->picture && form.DesignMode()) RememberFile(form, added->picture.get(), file);
             } catch (const RunTimeError& error) {
-                throw FormFileError(image.lineNumber, error.Description());
+                throw FormFileError(image.lineNumber, Text(error.Description()));
             } catch (const ComError& error) {
                 throw FormFileError(image.lineNumber, u"the picture of \"" + image.name + u"\" cannot be shown: " +
                                                           FailureText(error.Result()));
@@ -254,10 +233,10 @@ Text StorePicture(HostForm& form, const Text& list, const Text& key, IPictureDis
 
 // The file that the picture came from, or one that is written for it now. Throws RunTimeError 75.
 Text FileOf(HostForm& form, const Text& list, const Text& key, IPictureDisp* picture) {
-    const auto known = form.Pictures().find(ComPtr<IPictureDisp>(picture).As<IUnknown>().get());
-    if (known != form.Pictures().end()) return known->second.second;
+    // A property page takes all pictures out and puts them in again: the same picture keeps its file.
+    if (const Text* known = form.Pictures().FileOf(picture)) return *known;
     const Text file = StorePicture(form, list, key, picture);
-    RememberFile(form, picture, file);
+    form.Pictures().Remember(picture, file);
     return file;
 }
 

@@ -24,16 +24,12 @@
 
 namespace qvx::host {
 
-// The picture in a file of any format the system reads. `path` is relative to `folder` unless it begins with a drive or
-// a slash. Throws as the function of that name in com/picture_file.h.
-ComPtr<IPictureDisp> LoadPictureFile(const Text& folder, const Text& path);
-
 class ImagesObject;
 
 class ImageListControl final : public FormControl {
   public:
     // Throws FormFileError for a picture that cannot be loaded.
-    ImageListControl(HostForm& form, Block& block, FormControl* container);
+    ImageListControl(HostForm& form, const Block& block, FormControl* container);
     ~ImageListControl() override;
 
     HWND Window() const override { return box_.Handle(); }

@@ -109,9 +109,7 @@ Text ShortcutText(Shortcut shortcut) {
     for (const NamedKey& named : namedKeys) {
         if (named.key == shortcut.key) return text + Text(named.shown);
     }
-    if (shortcut.key >= functionKey1 && shortcut.key < functionKey1 + 12) {
-        return text + u"F" + IntegerToText(shortcut.key - functionKey1 + 1);
-    }
+    if (shortcut.key >= functionKey1) return text + u"F" + IntegerToText(shortcut.key - functionKey1 + 1);
     return text + static_cast<char16_t>(shortcut.key);
 }
 

@@ -7,7 +7,6 @@
 #include "com/guard.h"
 #include "com/variant.h"
 #include "host/form_font.h"
-#include "host/image_list_object.h"
 
 namespace qvx::host {
 
@@ -60,11 +59,12 @@ FormValue ToFormValue(const VARIANT& source) {
 STDMETHODIMP ReadingBag::Read(LPCOLESTR name, VARIANT* value, IErrorLog*) {
     return Guard([&]() -> HRESULT {
         if (!name || !value) return E_POINTER;
+        if (!block_) return E_UNEXPECTED;
         const VARTYPE wanted = value->vt;
         asked_.emplace_back(FromWide(name));
         const Text& key = asked_.back();
-        if (const Block* group = block_.FindGroup(key)) return ReadObject(*group, value);
-        const FormValue* stored = block_.Find(key);
+        if (const Block* group = block_->FindGroup(key)) return ReadObject(*group, value);
+        const FormValue* stored = block_->Find(key);
         if (!stored) return E_INVALIDARG;
         if (wanted == VT_UNKNOWN || wanted == VT_DISPATCH) {
             const Text* file = std::get_if<Text>(stored);
@@ -95,7 +95,7 @@ HRESULT ReadingBag::ReadObject(const Block& group, VARIANT* value) {
         Check(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.put_void()));
         const auto persist = object.As<IPersistPropertyBag>();
         if (!persist) return E_NOINTERFACE;
-        const auto bag = MakeObject<ReadingBag>(group, folder_, font_, pictures_);
+        const Lent<ReadingBag> bag(group, folder_, font_, pictures_);
         Check(persist->InitNew());
         Check(persist->Load(bag.get(), nullptr));
     }
@@ -114,8 +114,7 @@ HRESULT ReadingBag::ReadObject(const Block& group, VARIANT* value) {
 }
 
 HRESULT ReadingBag::ReadPicture(const Text& file, VARIANT* value) {
-    ComPtr<IPictureDisp> picture = LoadPictureFile(folder_, file);
-    if (pictures_) pictures_->insert_or_assign(picture.As<IUnknown>().get(), std::pair(picture.As<IUnknown>(), file));
+    ComPtr<IPictureDisp> picture = pictures_.Load(folder_, file);
     const VARTYPE wanted = value->vt;
     VariantClear(value);
     value->vt = wanted;
@@ -126,25 +125,23 @@ HRESULT ReadingBag::ReadPicture(const Text& file, VARIANT* value) {
 STDMETHODIMP WritingBag::Write(LPCOLESTR name, VARIANT* value) {
     return Guard([&]() -> HRESULT {
         if (!name || !value) return E_POINTER;
+        if (!saved_) return E_UNEXPECTED;
         Text key(FromWide(name));
         if (!IsPropertyName(key)) return E_INVALIDARG;
         if (value->vt == VT_EMPTY || value->vt == VT_NULL) return S_OK;
         if (value->vt != VT_UNKNOWN && value->vt != VT_DISPATCH) {
-            saved_.Add(std::move(key), ToFormValue(*value));
+            saved_->Add(std::move(key), ToFormValue(*value));
             return S_OK;
         }
         const ComPtr<IUnknown> object(value->punkVal);
         if (!object) return S_OK;  // no object is what a missing property means
         if (object.As<IFont>()) {
-            saved_.AddGroup(std::move(key), SaveFont(ReadFontObject(object.get())));
+            saved_->AddGroup(std::move(key), SaveFont(ReadFontObject(object.get())));
             return S_OK;
         }
-        if (pictures_) {
-            const auto found = pictures_->find(object.As<IUnknown>().get());
-            if (found != pictures_->end()) {
-                saved_.Add(std::move(key), found->second.second);
-                return S_OK;
-            }
+        if (const Text* file = pictures_.FileOf(object.get())) {
+            saved_->Add(std::move(key), *file);
+            return S_OK;
         }
         const auto persist = object.As<IPersistPropertyBag>();
         if (!persist) return DISP_E_TYPEMISMATCH;
@@ -152,9 +149,9 @@ STDMETHODIMP WritingBag::Write(LPCOLESTR name, VARIANT* value) {
         CLSID id{};
         Check(persist->GetClassID(&id));
         group->classId = ClassIdText(id);
-        const auto bag = MakeObject<WritingBag>(group->properties, pictures_);
+        const Lent<WritingBag> bag(group->properties, pictures_);
         Check(persist->Save(bag.get(), FALSE, TRUE));
-        saved_.AddGroup(std::move(key), std::move(group));
+        saved_->AddGroup(std::move(key), std::move(group));
         return S_OK;
     });
 }

@@ -6,31 +6,45 @@
 
 #include <ocidl.h>
 
-#include <map>
 #include <vector>
 
 #include "com/object.h"
 #include "com/variant.h"
-#include "elements/surface/font_spec.h"
+#include "common/font_spec.h"
+#include "host/form_pictures_object.h"
 #include "host/saved_properties.h"
 
 namespace qvx::host {
 
-// Pictures that came from files named in the form, so that a picture still in use is written back by its name.
-using PictureNames = std::map<IUnknown*, std::pair<ComPtr<IUnknown>, Text>>;
+// A bag that a control has for the length of one call: whoever keeps it longer finds nothing in it any more.
+template <typename Bag>
+class Lent {
+  public:
+    template <typename... Arguments>
+    explicit Lent(Arguments&&... arguments) : bag_(MakeObject<Bag>(std::forward<Arguments>(arguments)...)) {}
+    ~Lent() { bag_->TakeBack(); }
+    Lent(const Lent&) = delete;
+    Lent& operator=(const Lent&) = delete;
+    Bag* get() const { return bag_.get(); }
+    Bag* operator->() const { return bag_.get(); }
 
-// Reads from `block`, which must outlive the bag's use. Values are converted to the type the control hints at; a
+  private:
+    ComPtr<Bag> bag_;
+};
+
+// Reads from `block`. Values are converted to the type the control hints at; a
 // property that is missing, or cannot be converted, is E_INVALIDARG, as containers answer.
 class ReadingBag final : public ComObject<IPropertyBag> {
   public:
     // `folder` is where the files that the form names are; `font` completes fonts that name only some members.
-    ReadingBag(const Block& block, Text folder, FontSpec font, PictureNames* pictures)
-        : block_(block), folder_(std::move(folder)), font_(std::move(font)), pictures_(pictures) {}
+    ReadingBag(const Block& block, Text folder, FontSpec font, FormPictures& pictures)
+        : block_(&block), folder_(std::move(folder)), font_(std::move(font)), pictures_(pictures) {}
 
     STDMETHODIMP Read(LPCOLESTR name, VARIANT* value, IErrorLog* log) override;
     // A bag for loading only; WritingBag is the other.
     STDMETHODIMP Write(LPCOLESTR, VARIANT*) override { return E_NOTIMPL; }
 
+    void TakeBack() { block_ = nullptr; }
     // The names that were asked for.
     const std::vector<Text>& Asked() const { return asked_; }
 
@@ -39,25 +53,26 @@ class ReadingBag final : public ComObject<IPropertyBag> {
     HRESULT ReadObject(const Block& group, VARIANT* value);
     HRESULT ReadPicture(const Text& file, VARIANT* value);
 
-    const Block& block_;
+    const Block* block_;  // null when the bag has been taken back
     Text folder_;
     FontSpec font_;
-    PictureNames* pictures_;
+    FormPictures& pictures_;
     std::vector<Text> asked_;
 };
 
 class WritingBag final : public ComObject<IPropertyBag> {
   public:
-    WritingBag(SavedProperties& saved, const PictureNames* pictures) : saved_(saved), pictures_(pictures) {}
+    WritingBag(SavedProperties& saved, const FormPictures& pictures) : saved_(&saved), pictures_(pictures) {}
 
     STDMETHODIMP Read(LPCOLESTR, VARIANT*, IErrorLog*) override { return E_INVALIDARG; }
     STDMETHODIMP Write(LPCOLESTR name, VARIANT* value) override;
+    void TakeBack() { saved_ = nullptr; }
 
   private:
     ~WritingBag() override = default;
 
-    SavedProperties& saved_;
-    const PictureNames* pictures_;
+    SavedProperties* saved_;  // null when the bag has been taken back
+    const FormPictures& pictures_;
 };
 
 // A value of the file as a script or a property sees it.

@@ -5,7 +5,7 @@
 
 #include "com/guard.h"
 #include "com/module.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "common/run_time_error.h"
 #include "host/text_encoding.h"
 
@@ -61,7 +61,7 @@ Text FailureInFlightText() {
     try {
         throw;
     } catch (const RunTimeError& error) {
-        return error.Description();
+        return Text(error.Description());
     } catch (const ComError& error) {
         return FailureText(error.Result());
     } catch (const std::exception& error) {

@@ -54,15 +54,15 @@ class SitedControl::ChangeSink final : public ComObject<IPropertyNotifySink> {
     DWORD cookie_ = 0;
 };
 
-SitedControl::SitedControl(HostForm& form, Block& block, FormControl* container, bool fresh)
+SitedControl::SitedControl(HostForm& form, const Block& block, FormControl* container, bool fresh)
     : FormControl(form, block, container) {
     try {
         object_ = form.Classes().Create(ClassName());
-        Load(fresh);
+        Load(block, fresh);
     } catch (const ComError& error) {
         Unload();
         const bool unknown = error.Result() == REGDB_E_CLASSNOTREG;
-        throw FormFileError(LineNumber(),
+        throw FormFileError(block.lineNumber,
                             u"cannot create \"" + Name() + u"\": the class \"" + ClassName() + u"\" " +
                                 (unknown ? u"is not registered (is its component file installed, or given with --ocx?)"
                                          : u"fails with " + FailureText(error.Result())));
@@ -82,7 +82,7 @@ void SitedControl::Unload() {
     if (site_) site_->Forget();
 }
 
-void SitedControl::Load(bool fresh) {
+void SitedControl::Load(const Block& block, bool fresh) {
     ole_ = object_.As<IOleObject>();
     if (!ole_) throw ComError(E_NOINTERFACE);
     control_ = object_.As<IOleControl>();
@@ -99,7 +99,7 @@ void SitedControl::Load(bool fresh) {
     ole_->SetExtent(DVASPECT_CONTENT, &extent);
     // What happens while the control is loaded is not the user's doing.
     if (control_) control_->FreezeEvents(TRUE);
-    LoadProperties(fresh);
+    LoadProperties(block, fresh);
     if (!siteFirst) Check(ole_->SetClientSite(site_.get()));
     ole_->SetHostNames(L"qvxhost", Wide(Form().Caption()));
     events_ = MakeObject<EventSink>(
@@ -115,7 +115,7 @@ void SitedControl::WatchChanges() {
     if (!changes_->Connect(object_.get())) changes_.reset();
 }
 
-void SitedControl::LoadProperties(bool fresh) {
+void SitedControl::LoadProperties(const Block& block, bool fresh) {
     if (fresh) {
         if (persist_) {
             Check(persist_->InitNew());
@@ -125,14 +125,14 @@ void SitedControl::LoadProperties(bool fresh) {
         return;
     }
     if (persist_) {
-        const auto bag = MakeObject<ReadingBag>(File(), Form().Folder(), Form().Font().Value(), &Form().Pictures());
+        const Lent<ReadingBag> bag(block, Form().Folder(), Form().Font().Value(), Form().Pictures());
         Check(persist_->Load(bag.get(), nullptr));
         known_ = bag->Asked();
         return;
     }
     // A control without property bags starts out fresh, and gets what the file says through its automation members.
     if (const auto stream = object_.As<IPersistStreamInit>()) Check(stream->InitNew());
-    for (const Entry& entry : File().entries) {
+    for (const Entry& entry : block.entries) {
         if (entry.kind != Entry::Kind::property || !entry.value || !members_) continue;
         Text name = entry.name;
         wchar_t* spelled = WideBuffer(name);
@@ -258,7 +258,7 @@ void SitedControl::ApplyVisible(bool visible) {
 
 void SitedControl::SaveOwn(SavedProperties& saved) {
     if (!persist_) return;
-    const auto bag = MakeObject<WritingBag>(saved, &Form().Pictures());
+    const Lent<WritingBag> bag(saved, Form().Pictures());
     const HRESULT result = persist_->Save(bag.get(), FALSE, TRUE);
     if (FAILED(result)) {
         throw RunTimeError(errors::invalidPropertyValue, u"cannot save \"" + Title() + u"\": " + FailureText(result));

@@ -16,7 +16,7 @@ class SitedControl final : public FormControl {
   public:
     // Creates, loads and activates the control; one that is `fresh` is placed for the first time, and takes its
     // defaults instead of loading. Throws FormFileError with the line of the block.
-    SitedControl(HostForm& form, Block& block, FormControl* container, bool fresh = false);
+    SitedControl(HostForm& form, const Block& block, FormControl* container, bool fresh = false);
     ~SitedControl() override;
 
     HWND Window() const override;
@@ -46,12 +46,12 @@ class SitedControl final : public FormControl {
     class Site;
     class ChangeSink;
 
-    void Load(bool fresh);
+    void Load(const Block& block, bool fresh);
     // Under design the control says itself when it has something new to save.
     void WatchChanges();
     // Takes the control off its form; also one that was loaded only half-way.
     void Unload();
-    void LoadProperties(bool fresh);
+    void LoadProperties(const Block& block, bool fresh);
     void Activate();
     HRESULT DoVerb(LONG verb, const MSG* message);
     CONTROLINFO Info() const;

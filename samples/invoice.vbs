@@ -6,6 +6,7 @@ Option Explicit
 
 Const TaxPercent = 19
 Const MostPieces = 9999
+Const PriceLimit = 1000000
 
 Dim Articles(5)          ' number, name, description, price
 Dim ColArticle, ColDescription, ColQty, ColPrice, ColDelivery, ColAmount, ColKey
@@ -60,12 +61,23 @@ Sub grdLines_BeforeCellChange(Row, Col, Data, Cancel)
     End If
 End Sub
 
-' More than 9999 pieces of anything are a slip of the finger. Setting Cancel here gives the cell its old text back.
+' More than 9999 pieces of anything, or a price of a million, are a slip of the finger. Setting Cancel here gives the cell its
+' old text back. Row -1 says that lines have come or gone as a whole.
 Sub grdLines_AfterCellChange(Row, Col, OldData, NewData, Cancel)
     Host.Log "AfterCellChange " & Row & "," & Col & " [" & OldData & "] [" & NewData & "]"
+    If Row < 0 Then
+        ShowTotals
+        Exit Sub
+    End If
     If Col = ColQty Then
         If Number(NewData) > MostPieces Then
             Say "A line may have up to " & MostPieces & " pieces."
+            Cancel = True
+            Exit Sub
+        End If
+    ElseIf Col = ColPrice Then
+        If Number(NewData) >= PriceLimit Then
+            Say "A price has to be below " & PriceLimit & "."
             Cancel = True
             Exit Sub
         End If
@@ -218,17 +230,20 @@ Sub Say(Text)
     lblStatus.Caption = Text
 End Sub
 
-' Reads the text of a number cell, in any country.
+' A text with "." as the decimal point, whatever the country. What is no number counts as nothing, and one that is longer
+' than any that makes sense as a very large one: neither is worth an error.
 Function Number(Text)
-    Dim point
+    Dim point, digits
     Number = 0
-    If Text = "" Then Exit Function
-    point = InStr(Text, ".")
-    If point = 0 Then
-        Number = CDbl(Text)
-    Else
-        Number = CDbl(Replace(Text, ".", "")) / 10 ^ (Len(Text) - point)
+    If Len(Text) > 30 Or InStr(Text, "E+") > 0 Then
+        Number = 1E+12
+        Exit Function
     End If
+    point = InStr(Text, ".")
+    digits = Replace(Text, ".", "")
+    If Not IsNumeric(digits) Then Exit Function
+    Number = CDbl(digits)
+    If point > 0 Then Number = Number / 10 ^ (Len(Text) - point)
 End Function
 
 Function Money(Value)

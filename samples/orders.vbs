@@ -155,11 +155,14 @@ Sub grdOrders_AfterCellChange(Row, Col, OldData, NewData, Cancel)
     If Row > 0 Then FollowOrder  ' a row that has been put in becomes the current one without being entered
 End Sub
 
-' Row -1 says that lines have come or gone as a whole.
+' Row -1 says that lines have come or gone as a whole: by undoing, too.
 Sub grdLines_AfterCellChange(Row, Col, OldData, NewData, Cancel)
     Dim i
     Host.Log "Lines changed " & Row & "," & Col & " [" & OldData & "] [" & NewData & "]"
-    If Row < 0 Then Exit Sub
+    If Row < 0 Then
+        ShowTotal
+        Exit Sub
+    End If
     Say ""
     If Col = ColArticle Then
         For i = 0 To UBound(Articles, 2)

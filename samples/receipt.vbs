@@ -37,26 +37,32 @@ Sub cmdPrint_Click()
     Host.Log "Printed"
 End Sub
 
-' Cents are whole numbers, so that nothing is lost to binary fractions or to a country's decimal sign.
 Sub ShowAmount(What)
-    Dim Cents, Text
-    Cents = CLng(Number(txtQuantity.Text) * Number(txtPrice.Text) * (100 - Number(txtDiscount.Text)))
-    Text = Right("00" & Abs(Cents), 2)
-    lblAmount.Caption = Cents \ 100 & "." & Text
+    lblAmount.Caption = Money(Number(txtQuantity.Text) * Number(txtPrice.Text) * (100 - Number(txtDiscount.Text)) / 100)
     Host.Log What & " amount " & lblAmount.Caption
 End Sub
 
-' A text with "." as the decimal point, whatever the country; what is half typed counts as far as it goes.
+' A text with "." as the decimal point, whatever the country. What is no number, or only half typed, counts as nothing, and
+' one that is longer than any that makes sense as a very large one: neither is worth an error.
 Function Number(Text)
-    Dim Point, Whole, Fraction
+    Dim point, digits
     Number = 0
-    Point = InStr(Text, ".")
-    If Point = 0 Then
-        If IsNumeric(Text) Then Number = CDbl(Text)
+    If Len(Text) > 30 Or InStr(Text, "E+") > 0 Then
+        Number = 1E+12
         Exit Function
     End If
-    Whole = Left(Text, Point - 1)
-    Fraction = Mid(Text, Point + 1)
-    If IsNumeric(Whole) Then Number = CDbl(Whole)
-    If IsNumeric(Fraction) Then Number = Number + CDbl(Fraction) / 10 ^ Len(Fraction)
+    point = InStr(Text, ".")
+    digits = Replace(Text, ".", "")
+    If Not IsNumeric(digits) Then Exit Function
+    Number = CDbl(digits)
+    If point > 0 Then Number = Number / 10 ^ (Len(Text) - point)
+End Function
+
+' Cents are whole numbers, so that nothing is lost to binary fractions or to a country's decimal sign.
+Function Money(Value)
+    Dim cents, sign
+    sign = ""
+    If Value < 0 Then sign = "-"
+    cents = Int(Abs(Value) * 100 + 0.5)
+    Money = sign & Int(cents / 100) & "." & Right("0" & (cents - Int(cents / 100) * 100), 2)
 End Function

@@ -6,10 +6,33 @@
 #include "com/guard.h"
 #include "com/module.h"
 #include "com/type_library.h"
-#include "server/class_factory.h"
+#include "kit/class_factory.h"
 #include "server/registration.h"
 
 using qvx::Guard;
+
+// What the linker tells the system of the module's part in each thread.
+extern "C" const IMAGE_TLS_DIRECTORY _tls_used;
+
+namespace {
+
+// A module hears of threads that end, but where it goes before they do, what the toolchain's libraries have made for
+// them stays. For the thread that unloads it, at least, this is like its end.
+void LeaveThread(HINSTANCE module) {
+    const auto* callback = reinterpret_cast<const PIMAGE_TLS_CALLBACK*>(_tls_used.AddressOfCallBacks);
+    for (; *callback; ++callback) (*callback)(module, DLL_THREAD_DETACH, nullptr);
+}
+
+}  // namespace
+
+// The system says whether the module is unloaded or the whole process ends.
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnds) {
+    if (reason == DLL_PROCESS_DETACH && !processEnds) {
+        qvx::DestroyModuleObjects();
+        LeaveThread(module);
+    }
+    return TRUE;
+}
 
 // Exported through the module definition file, undecorated on every architecture.
 
@@ -32,6 +55,7 @@ STDAPI DllGetClassObject(REFCLSID id, REFIID iid, LPVOID* object) {
 
 STDAPI DllCanUnloadNow() {
     if (qvx::LiveObjects() != 0) return S_FALSE;
+    // Here rather than when the module is unloaded: other modules may not be called then.
     qvx::ReleaseTypeLibrary();
     return S_OK;
 }

@@ -10,9 +10,9 @@
 #include "Qvx.h"
 #include "com/guard.h"
 #include "com/module.h"
-#include "com/text.h"
 #include "com/type_library.h"
-#include "server/control_class.h"
+#include "com/wide_text.h"
+#include "kit/control_class.h"
 
 // The cross-compiler's headers leave these two out.
 extern "C" HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* helpFolder);
@@ -67,6 +67,26 @@ void Write(HKEY classes, const RegistryValue& value) {
         static_cast<DWORD>(RegSetValueExW(key.get(), value.name.empty() ? nullptr : value.name.c_str(), 0, REG_SZ,
                                           reinterpret_cast<const BYTE*>(value.data.c_str()),
                                           static_cast<DWORD>((value.data.size() + 1) * sizeof(wchar_t))))));
+}
+
+// Those of the entries that are there, with the data that they have now.
+std::vector<RegistryValue> Present(HKEY classes, const std::vector<RegistryValue>& entries) {
+    std::vector<RegistryValue> present;
+    for (const RegistryValue& entry : entries) {
+        RegistryKey key;
+        if (RegOpenKeyExW(classes, entry.key.c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS) continue;
+        DWORD bytes = 0;
+        std::wstring data;
+        LSTATUS read = RegGetValueW(key.get(), nullptr, entry.name.c_str(), RRF_RT_REG_SZ, nullptr, nullptr, &bytes);
+        if (read == ERROR_SUCCESS) {
+            data.resize(bytes / sizeof(wchar_t));
+            read = RegGetValueW(key.get(), nullptr, entry.name.c_str(), RRF_RT_REG_SZ, nullptr, data.data(), &bytes);
+            data.resize(std::min(data.size(), data.find(L'\0')));
+        }
+        const bool keyAlone = entry.name.empty() && entry.data.empty();
+        if (read == ERROR_SUCCESS || keyAlone) present.push_back({entry.key, entry.name, data});
+    }
+    return present;
 }
 
 bool IsEmpty(HKEY key) {
@@ -181,11 +201,13 @@ HRESULT RegisterServer(ClassRoot root) {
     const std::vector<RegistryValue> entries = RegistrationEntries();
     RegistryKey classes;
     Open(root, classes);
+    const std::vector<RegistryValue> before = Present(classes.get(), entries);
     try {
         for (const RegistryValue& entry : entries) Write(classes.get(), entry);
         Check(RegisterLibrary(root));
     } catch (...) {
         Remove(classes.get(), entries);
+        for (const RegistryValue& entry : before) Contain([&] { Write(classes.get(), entry); });
         throw;
     }
     return S_OK;

@@ -22,7 +22,7 @@ struct RegistryValue {
 // Everything RegisterServer writes beside the type library's own keys, in order.
 std::vector<RegistryValue> RegistrationEntries();
 
-// All or nothing: a failure removes what was written before it.
+// All or nothing: a failure puts back what was there before, be it nothing or an earlier registration.
 HRESULT RegisterServer(ClassRoot root = ClassRoot::standard);
 // Removes the same values, and the keys that are empty then: keys that others put something into stay.
 HRESULT UnregisterServer(ClassRoot root = ClassRoot::standard);

@@ -299,8 +299,12 @@ test_removable_disks() {
   [[ -z $(ls -A "$folder/out") ]] || return 1
   with_disks 1 2 -- 60 "$root/build/x64/PkunZip.exe" 'A:\b.qvx' "$(windows_path "$folder/out")" || return 1
   cmp "$folder/out/noise.bin" "$folder/noise.bin" || return 1
-  rm "$archives/disks/1/b.qvx"
+  # An old archive that fills the disk stays, and must be deleted before there is room for another.
   insert 1
+  head -c 990000 /dev/zero >"$archives/disks/1/b.qvx"
+  expect 5 pkzip '-&' 'A:\b.qvx' "$(windows_path "$folder/noise.bin")" || return 1
+  [[ $(stat -c %s "$archives/disks/1/b.qvx") == 990000 ]] || return 1
+  rm "$archives/disks/1/b.qvx"
   expect 14 pkzip '-&' 'A:\b.qvx' "$(windows_path "$folder/noise.bin")" || return 1
   [[ -z $(ls -A "$archives/disks/1") ]] && expect 5 pkzip 'A:\b.qvx' "$(windows_path "$folder/noise.bin")" &&
     [[ -z $(ls -A "$archives/disks/1") ]]
@@ -317,6 +321,7 @@ prepare_disks() {
   insert 1
   run_windows 60 reg add 'HKLM\Software\Wine\Drives' /v a: /t REG_SZ /d floppy /f >/dev/null
   end_wine "$prefix"
+  keep_wine "$prefix"
 }
 
 # make_room: an empty folder with the files to pack.

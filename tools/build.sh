@@ -3,6 +3,8 @@
 
 # The compiler's cache then serves a clone in another folder too, such as CI's.
 export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=true
+# It is to keep what stands on precompiled headers too.
+export CCACHE_SLOPPINESS=pch_defines,time_macros
 
 need_for_build() {
   case $1 in

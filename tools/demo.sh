@@ -1,10 +1,6 @@
 # Showing a sample form in the forms host, by hand or by a key script.
 # shellcheck shell=bash
 
-ocx=build/x64/server/Qvx.ocx
-host_program=build/x64/qvxhost.exe
-data_objects=build/x64/tests/support/ado/QvxAdo.dll
-
 # The caption a form file gives its form: the first one in it, since a form's own properties stand before its controls.
 form_caption() { tr -d '\r' <"$1" | sed -n 's/^[[:space:]]*Caption[[:space:]]*=[[:space:]]*"\(.*\)".*/\1/p' | head -n 1; }
 
@@ -27,21 +23,22 @@ database_of() {
   if makes_backups "$1"; then echo "$2/data/Shop.db"; else echo "$2.db"; fi
 }
 
-# prepare_drive FOLDER: drive Q: of this run's Windows environment, with the folders that a form which makes backups counts on:
-# data, copies, temp, and zip with the archivers. They are empty at first.
-prepare_drive() {
+# fill_drive FOLDER: the folders that a form which makes backups counts on: data, copies, temp, and zip with the archivers. They are empty at first.
+fill_drive() {
   local folder
   for folder in data copies temp zip; do
     rm -rf "${1:?}/$folder"
     mkdir -p "$1/$folder"
   done
-  cp build/x64/PkZip.exe build/x64/PkunZip.exe "$1/zip/"
-  ln -sfn "$(realpath "$1")" "$prefix/dosdevices/q:"
+  cp "build/$wine_arch/PkZip.exe" "build/$wine_arch/PkunZip.exe" "$1/zip/"
 }
 
-# place_database NAME FORM BASE: makes the database of samples/NAME.frm anew, and the drive where it needs one.
+# place_database NAME FORM BASE: makes the database of samples/NAME.frm anew, and this run's drive Q: where it needs one.
 place_database() {
-  ! makes_backups "$2" || prepare_drive "$3"
+  if makes_backups "$2"; then
+    fill_drive "$3"
+    ln -sfn "$(realpath "$3")" "$prefix/dosdevices/q:"
+  fi
   make_database "samples/$1.sql" "$(database_of "$2" "$3")"
 }
 

@@ -7,32 +7,41 @@ has_window_manager() {
   [[ $(timeout 5 xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null) == *"window id"* ]]
 }
 
-# Captions and borders come from a window manager, and coordinates in key scripts count on them.
+# Captions, borders and the way of the focus come from a window manager: without one nothing that is tested here means much.
 start_window_manager() {
-  local i
-  start_group openbox --sm-disable >"$logs/openbox.log" 2>&1
-  for ((i = 0; i < 100; i++)); do
+  local i log=$logs/openbox$DISPLAY.log
+  mkdir -p "$logs"
+  start_group openbox --sm-disable >"$log" 2>&1
+  for ((i = 0; i < 300; i++)); do
     has_window_manager && return 0
     sleep 0.1
   done
-  warn "The window manager did not start; see build/logs/openbox.log."
+  die "The window manager did not start; see ${log#"$root"/}."
 }
 
 start_virtual_display() {
-  local number_file i
+  local number_file i log
   mkdir -p "$logs"
+  log=$(mktemp "$logs/xvfb.XXXXXX.log")
   number_file=$(mktemp)
-  # The server looks for a free display itself and writes its number.
-  start_group Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$number_file" >"$logs/xvfb.log" 2>&1
+  # The server looks for a free display itself and writes its number. It must not begin anew whenever its last client leaves: whoever
+  # comes at that moment, the window manager after a probe, is turned away.
+  start_group Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$number_file" >"$log" 2>&1
   for ((i = 0; i < 100; i++)); do
     [[ -s $number_file ]] && break
     sleep 0.1
   done
   DISPLAY=:$(tr -d '[:space:]' <"$number_file")
   rm -f "$number_file"
-  [[ $DISPLAY != : ]] || die "The virtual display did not start; see build/logs/xvfb.log."
+  [[ $DISPLAY != : ]] || die "The virtual display did not start; see ${log#"$root"/}."
+  mv "$log" "$logs/xvfb$DISPLAY.log"
   export DISPLAY
   unset XAUTHORITY WAYLAND_DISPLAY
+  # On a busy machine it tells its number some time before it lets programs in.
+  for ((i = 0; i < 100; i++)); do
+    display_is_reachable && break
+    sleep 0.1
+  done
   start_window_manager
 }
 

@@ -16,13 +16,33 @@ window_pattern() { sed 's/[][\\.*^$+?(){}|]/\\&/g' <<<"$1"; }
 # find_window TITLE: the newest visible window with that text in its title. Window managers' own frames have no title.
 find_window() { xdotool search --onlyvisible --name "$(window_pattern "$1")" 2>/dev/null | tail -n 1; }
 
+# wait_focus WINDOW SECONDS: until keys go there. Asked of the display: what the window manager calls active may still be a window of the same
+# number that an earlier program had.
+wait_focus() {
+  local deadline=$((SECONDS + $2))
+  while ((SECONDS <= deadline)); do
+    [[ $(timeout 5 xdotool getwindowfocus 2>/dev/null) != "$1" ]] || return 0
+    sleep 0.05
+  done
+  return 1
+}
+
+# focus_window WINDOW: puts it in front and waits until keys go there. One that is disabled never gets them.
+focus_window() {
+  local i
+  for ((i = 0; i < 5; i++)); do
+    timeout 5 xdotool windowactivate "$1" 2>/dev/null || timeout 5 xdotool windowfocus "$1" 2>/dev/null || true
+    ! wait_focus "$1" 1 || return 0
+  done
+}
+
 wait_window() {
   local deadline=$((SECONDS + keys_limit)) found
   while ((SECONDS <= deadline)); do
     found=$(find_window "$1" || true)
     if [[ -n $found ]]; then
       keys_window=$found
-      timeout 5 xdotool windowactivate --sync "$found" 2>/dev/null || timeout 5 xdotool windowfocus "$found" 2>/dev/null || true
+      focus_window "$found"
       return 0
     fi
     sleep 0.1
@@ -48,7 +68,7 @@ press_until_gone() {
     sleep 1
     found=$(find_window "$2" || true)
     [[ -n $found ]] || return 0
-    timeout 5 xdotool windowactivate --sync "$found" 2>/dev/null || true
+    focus_window "$found"
     xdotool key --delay 60 -- "$1"
   done
   keys_fail "the window with \"$2\" in its title is still there after $keys_limit s."
@@ -57,10 +77,14 @@ press_until_gone() {
 
 # A message box has its form's title.
 wait_other_window() {
-  local deadline=$((SECONDS + keys_limit)) pattern
+  local deadline=$((SECONDS + keys_limit)) pattern found
   pattern=$(window_pattern "$1")
   while ((SECONDS <= deadline)); do
-    if xdotool search --onlyvisible --name "$pattern" 2>/dev/null | grep -qvxF "$keys_window"; then return 0; fi
+    found=$(xdotool search --onlyvisible --name "$pattern" 2>/dev/null | grep -vxF "$keys_window" | tail -n 1) || true
+    if [[ -n $found ]]; then
+      wait_focus "$found" 5 || true
+      return 0
+    fi
     sleep 0.1
   done
   keys_fail "no other window with \"$1\" in its title appeared within $keys_limit s."
@@ -113,6 +137,9 @@ pointer() {
   xdotool mousemove --window "$keys_window" "$1" "$2"
 }
 
+# seconds MILLISECONDS
+seconds() { printf '%d.%03d' $(($1 / 1000)) $(($1 % 1000)); }
+
 # play_line COMMAND REST
 play_line() {
   local command=$1 rest=$2 words limit=$keys_limit
@@ -148,7 +175,8 @@ play_line() {
     wheel) xdotool click --repeat "${words[1]:-1}" --delay 30 "$([[ ${words[0]} == up ]] && echo 4 || echo 5)" ;;
     type) xdotool type --delay 40 -- "$rest" ;;
     key) xdotool key --delay 60 -- "${words[@]}" ;;
-    pause) sleep "$(printf '%d.%03d' $((rest / 1000)) $((rest % 1000)))" ;;
+    hold) xdotool keydown "${words[0]}" sleep "$(seconds "${words[1]}")" keyup "${words[0]}" ;;
+    pause) sleep "$(seconds "$rest")" ;;
     screenshot) take_picture "$rest" "$keys_window" ;;
     screenshot-all) take_picture "$rest" ;;
     close) xdotool key --delay 60 alt+F4 ;;

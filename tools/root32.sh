@@ -7,7 +7,7 @@
 root32_home=${QVX_CACHE:-$([[ $EUID == 0 && -z ${XDG_CACHE_HOME:-} ]] && echo /var/cache || echo "${XDG_CACHE_HOME:-$HOME/.cache}")/qvx}
 root32=$root32_home/root32
 wine32=/usr/lib/wine/wine
-root32_way= # "beside" or "chroot" once known
+root32_way= # "beside", "chroot" or "none" once known
 
 # The archive this machine installs from, whichever of apt's two formats says so.
 configured_mirror() {
@@ -99,6 +99,8 @@ in_root32() {
     ' sh "$system" "$root" "$limit" "$@" </dev/null
 }
 
+keep_root32() { in_root32 "$1" 20 "$2" wineserver -p60 >/dev/null 2>&1 || true; }
+
 end_root32() {
   in_root32 "$1" 20 "$2" wineserver -k >/dev/null 2>&1 || true
   in_root32 "$1" 20 "$2" wineserver -w >/dev/null 2>&1 || true
@@ -106,9 +108,14 @@ end_root32() {
 
 # prepare_root32: leaves in `root32_way` how 32-bit programs run here; fails where they cannot.
 prepare_root32() {
+  if [[ -n $root32_way ]]; then
+    [[ $root32_way != none ]]
+    return
+  fi
   mkdir -p "$logs"
   if ! can_be_root; then
     warn "32-bit programs cannot be run: that needs root or sudo."
+    root32_way=none
     return 1
   fi
   if [[ -d $root32/var/qvx/template ]]; then
@@ -123,6 +130,7 @@ prepare_root32() {
     root32_way=chroot
   else
     warn "32-bit programs cannot be run: neither Wine's 32-bit packages nor a 32-bit system of the distribution could be had."
+    root32_way=none
     return 1
   fi
   want_database32
@@ -136,10 +144,12 @@ start_wine32() {
     DISPLAY='' wine32_beside 180 wineboot -i >"$logs/root32-wineboot.log" 2>&1 || return 1
     end_wine "$prefix32"
     cp /usr/share/wine/fonts/*.ttf "$prefix32/drive_c/windows/Fonts/"
+    keep_wine "$prefix32"
   else
     prefix32=/var/qvx/run.$$
     at_exit "end_root32 '$root32' '$prefix32'; as_root rm -rf '$root32$prefix32'"
     as_root cp -a --reflink=auto "$root32/var/qvx/template" "$root32$prefix32"
+    keep_root32 "$root32" "$prefix32"
   fi
 }
 

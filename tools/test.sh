@@ -1,8 +1,11 @@
 # Running the tests, layer by layer, and summing up.
 # shellcheck shell=bash
 
-all_layers=(lint native fuzz x64 x86 demo archives)
+all_layers=(lint native fuzz x64 x86 demo soak archives)
+# What waits for windows more than it reckons shares the machine: of these lists one runs beside the other.
+lanes=("x64 soak" "x86 demo archives")
 test_name= # what tests' names must contain, or nothing
+fuzz_runs= # how many inputs each fuzzer tries, or nothing for a short run
 
 # run_ctest PATTERN LAYER: the native programs whose names match. Programs of GoogleTest leave a report each; others pass or fail as a whole.
 run_ctest() {
@@ -52,7 +55,28 @@ test_native() {
 
 test_fuzz() {
   build_for_test native
-  run_ctest '^fuzz_' fuzz
+  if [[ -n $fuzz_runs ]]; then run_fuzzers; else run_ctest '^fuzz_' fuzz; fi
+}
+
+# A long run, from a seed of its own. An input that fails is left in build/fuzz/NAME/.
+run_fuzzers() {
+  local program name folder log seed=$RANDOM started
+  for program in build/native/fuzz/fuzz_*"$test_name"*; do
+    [[ -f $program && -x $program ]] || continue
+    name=$(basename "$program")
+    folder=$root/build/fuzz/$name
+    log=$logs/$name.log
+    mkdir -p "$folder"
+    started=$SECONDS
+    if (cd "$folder" && nice "$root/$program" "-runs=$fuzz_runs" "-seed=$seed" "$folder" "$root/fuzz/corpus/${name#fuzz_}") >"$log" 2>&1; then
+      count fuzz "$name" 1 0 0
+      say "fuzz: $name tried $fuzz_runs inputs from seed $seed in $((SECONDS - started)) s: nothing found"
+    else
+      count fuzz "$name" 0 1 0
+      tail -n 20 "$log" >&2
+      warn "fuzz: $name FAILED after $((SECONDS - started)) s from seed $seed; its input is in build/fuzz/$name/"
+    fi
+  done
 }
 
 image_options='HKLM\Software\Microsoft\Windows NT\CurrentVersion\Image File Execution Options'
@@ -94,10 +118,10 @@ test_x86() {
   fi
   start_wine_once
   start_wine32 || die "The 32-bit Windows environment could not be prepared."
-  wine_arch=x86
+  use_arch x86
   run_control_tests x86
   [[ -n $test_name ]] || test_archives_x86
-  wine_arch=x64
+  use_arch x64
 }
 
 # A sample form is filled in by keys from outside: tests/demo/NAME-*.keys is for samples/NAME.frm, and its waits say what the form's
@@ -164,6 +188,28 @@ test_demo() {
   done
 }
 
+# The samples and the designer under random input for two minutes, the same input every time, and what went wrong in such runs before.
+test_soak() {
+  local file prefix_before
+  want "${packages_database[@]}"
+  if ! has_database_driver; then
+    warn "THE SOAK IS SKIPPED: there is no ODBC driver for SQLite."
+    count soak random 0 0 1
+    return 0
+  fi
+  build_for_test x64
+  start_wine_once
+  # What is used at random has an environment of its own.
+  prefix_before=$prefix
+  start_soak || die "The Windows environment could not be prepared."
+  check soak prepare prepare_soak
+  for file in tests/soak/*.replay; do
+    check soak "$(basename "$file" .replay)" replay_soak "$file"
+  done
+  check soak random soak_for 120 1 60 "${soak_subjects[@]}"
+  prefix=$prefix_before
+}
+
 start_wine_once() {
   [[ -n ${prefix:-} ]] || {
     start_wine
@@ -171,13 +217,59 @@ start_wine_once() {
   }
 }
 
+run_layers() {
+  local layer
+  for layer in "$@"; do
+    say "Testing: $layer"
+    "test_$layer"
+  done
+}
+
+# run_lane LAYER...: in a shell of its own, which then has a Windows environment and a display of its own.
+run_lane() (
+  watch_exit
+  run_layers "$@"
+)
+
+# run_lanes LAYER...: those of the lanes, when nothing is left to build or to install that two of them need.
+run_lanes() {
+  local lane layer chosen pids=() firsts=() i template
+  want "${packages_database[@]}"
+  need "${packages_display[@]}"
+  build_for_test x64
+  prepare_wine
+  if [[ " $* " == *" x86 "* ]]; then
+    build_for_test x86
+    prepare_root32 || true
+  fi
+  for lane in "${lanes[@]}"; do
+    chosen=()
+    for layer in $lane; do
+      [[ " $* " != *" $layer "* ]] || chosen+=("$layer")
+    done
+    ((${#chosen[@]})) || continue
+    run_lane "${chosen[@]}" &
+    pids+=("$!") firsts+=("${chosen[0]}")
+    at_exit "kill $! 2>/dev/null && wait $!"
+  done
+  for i in "${!pids[@]}"; do
+    wait "${pids[i]}" || count "${firsts[i]}" "and-after-it" 0 1 0
+  done
+}
+
 qvx_test() {
-  local argument layers=() layer started=$SECONDS
-  for argument in "$@"; do
-    case " ${all_layers[*]} " in
-      *" $argument "*) layers+=("$argument") ;;
-      *) test_name=$argument ;;
-    esac
+  local layers=() together=() layer started=$SECONDS
+  while (($#)); do
+    if [[ $1 == --runs ]]; then
+      [[ ${2:-} =~ ^[1-9][0-9]*$ ]] || die "--runs needs the number of inputs that each fuzzer is to try."
+      fuzz_runs=$2
+      shift
+    elif [[ " ${all_layers[*]} " == *" $1 "* ]]; then
+      layers+=("$1")
+    else
+      test_name=$1
+    fi
+    shift
   done
   if ((${#layers[@]} == 0)); then
     if [[ -n $test_name ]]; then layers=(native x64); else layers=("${all_layers[@]}"); fi
@@ -185,9 +277,9 @@ qvx_test() {
   rm -rf "$root/build/test"
   mkdir -p "$results" "$logs"
   for layer in "${layers[@]}"; do
-    say "Testing: $layer"
-    "test_$layer"
+    if [[ " ${lanes[*]} " == *" $layer "* ]]; then together+=("$layer"); else run_layers "$layer"; fi
   done
+  if ((${#together[@]} > 1)); then run_lanes "${together[@]}"; else run_layers "${together[@]}"; fi
   say "Took $((SECONDS - started)) s."
   close_counts
 }

@@ -2,10 +2,19 @@
 # Windows programs or with the run before.
 # shellcheck shell=bash
 
-wine_arch=x64
 wine64=/usr/lib/wine/wine64
 # No Mono, no HTML engine (their installers would ask), no crash dialog (a crash then ends the program with an error), no menu entries.
 wine_environment=(WINEDEBUG=-all "WINEDLLOVERRIDES=mscoree,mshtml=;winedbg.exe=d;winemenubuilder.exe=")
+
+# use_arch ARCH: whose programs run_windows takes from here on, and where the build leaves the main ones.
+# shellcheck disable=SC2034
+use_arch() {
+  wine_arch=$1
+  ocx=build/$1/server/Qvx.ocx
+  host_program=build/$1/qvxhost.exe
+  data_objects=build/$1/tests/support/ado/QvxAdo.dll
+}
+use_arch x64
 
 # wine_in_prefix PREFIX SECONDS COMMAND...: the 64-bit Windows of this machine, within a time limit.
 wine_in_prefix() {
@@ -13,6 +22,9 @@ wine_in_prefix() {
   shift 2
   env "${wine_environment[@]}" WINEARCH=win64 WINEPREFIX="$prefix" timeout --foreground -k 5 "$limit" "$@" </dev/null
 }
+
+# A server that stays for a minute after its last program: one that ends with each may turn away the next, which comes at that moment.
+keep_wine() { wine_in_prefix "$1" 20 wineserver -p60 >/dev/null 2>&1 || true; }
 
 end_wine() {
   wine_in_prefix "$1" 20 wineserver -k >/dev/null 2>&1 || true
@@ -31,18 +43,25 @@ make_template() {
   mv "$template.new" "$template"
 }
 
-# start_wine: makes this run's prefix and leaves it in `prefix`.
-start_wine() {
-  local version template
+# prepare_wine: leaves in `template` the prefix that those of runs are copied from.
+prepare_wine() {
+  local version
   need "${packages_wine[@]}"
   version=$(dpkg-query -W -f '${Version}' wine64 2>/dev/null | tr -c '[:alnum:].\n' _)
   template=$root/build/wine/template-$version
   if [[ ! -d $template ]]; then
     make_template "$template" || die "The Windows environment could not be prepared."
   fi
+}
+
+# start_wine: makes this run's prefix and leaves it in `prefix`.
+start_wine() {
+  local template
+  prepare_wine
   prefix=$(mktemp -d "${TMPDIR:-/tmp}/qvx-run.XXXXXX")
   at_exit "end_wine '$prefix'; rm -rf '$prefix'"
   cp -a --reflink=auto "$template/." "$prefix/"
+  keep_wine "$prefix"
 }
 
 # run_windows SECONDS PROGRAM ARGUMENT...: in this run's prefix, on either architecture (see root32.sh for x86).

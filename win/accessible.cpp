@@ -4,7 +4,7 @@
 #include "com/guard.h"
 #include "com/members.h"
 #include "common/caption.h"
-#include "win/wide.h"
+#include "win/window_text.h"
 
 namespace qvx {
 

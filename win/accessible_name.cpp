@@ -6,7 +6,7 @@
 #include "com/guard.h"
 #include "com/members.h"
 #include "win/accessible.h"
-#include "win/wide.h"
+#include "win/window_text.h"
 
 namespace qvx {
 

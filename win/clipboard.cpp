@@ -3,7 +3,8 @@
 #include <cstring>
 
 #include "common/run_time_error.h"
-#include "win/wide.h"
+#include "win/handles.h"
+#include "win/window_text.h"
 
 namespace qvx {
 namespace {
@@ -58,12 +59,10 @@ void PutOnClipboard(HWND owner, TextView text) {
 std::optional<Text> TextOnClipboard(HWND owner) {
     const OpenedClipboard clipboard(owner);
     const HANDLE memory = GetClipboardData(CF_UNICODETEXT);
-    const void* bytes = memory ? GlobalLock(memory) : nullptr;
-    if (!bytes) return std::nullopt;
-    const TextView all(static_cast<const char16_t*>(bytes), GlobalSize(memory) / sizeof(char16_t));
-    Text text(all.substr(0, all.find(u'\0')));
-    GlobalUnlock(memory);
-    return text;
+    const GlobalLockScope<const char16_t> units(memory);
+    if (!units.Get()) return std::nullopt;
+    const TextView all(units.Get(), GlobalSize(memory) / sizeof(char16_t));
+    return Text(all.substr(0, all.find(u'\0')));
 }
 
 }  // namespace qvx

@@ -1,5 +1,6 @@
 #include "win/dpi.h"
 
+#include "win/gdi_surface.h"
 #include "win/handles.h"
 
 namespace qvx {
@@ -8,14 +9,12 @@ namespace {
 
 std::optional<Dpi> overridden;
 
-// Present from Windows 10 on; a process there can have windows of different resolutions.
-using GetDpiForWindowCall = UINT(WINAPI*)(HWND);
-
-GetDpiForWindowCall FindGetDpiForWindow() {
+// Of the calls that are present from Windows 10 on: a process there can have windows of different resolutions. Null on
+// an older system.
+template <typename Call>
+Call Find(const char* name) {
     const HMODULE user = GetModuleHandleW(L"user32.dll");
-    return user
-               ? reinterpret_cast<GetDpiForWindowCall>(reinterpret_cast<void*>(GetProcAddress(user, "GetDpiForWindow")))
-               : nullptr;
+    return user ? reinterpret_cast<Call>(reinterpret_cast<void*>(GetProcAddress(user, name))) : nullptr;
 }
 
 Dpi OfDevice(HDC dc) {
@@ -38,13 +37,53 @@ Dpi WindowDpi(HWND window) {
     if (overridden) {
         return *overridden;
     }
-    static const GetDpiForWindowCall call = FindGetDpiForWindow();
+    static const auto call = Find<UINT(WINAPI*)(HWND)>("GetDpiForWindow");
     if (window && call) {
         if (const UINT dpi = call(window)) {
             return {static_cast<int>(dpi), static_cast<int>(dpi)};
         }
     }
     return ScreenDpi();
+}
+
+DpiChange::DpiChange(HWND changed, WPARAM wParam, LPARAM lParam)
+    : window(changed), dpi{LOWORD(wParam), HIWORD(wParam)} {
+    RECT place{};
+    if (lParam) {
+        place = *reinterpret_cast<const RECT*>(lParam);
+    } else {
+        GetWindowRect(window, &place);
+    }
+    suggested = FromRECT(place);
+}
+
+void DpiChange::Follow(Size size) const {
+    SetWindowPos(window, nullptr, suggested.left, suggested.top, size.width, size.height,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+int SystemMetric(int index, Dpi dpi) {
+    static const auto call = Find<int(WINAPI*)(int, UINT)>("GetSystemMetricsForDpi");
+    return call ? call(index, static_cast<UINT>(dpi.y)) : GetSystemMetrics(index);
+}
+
+Size FrameSize(DWORD style, DWORD exStyle, Dpi dpi) {
+    static const auto call = Find<BOOL(WINAPI*)(RECT*, DWORD, BOOL, DWORD, UINT)>("AdjustWindowRectExForDpi");
+    RECT frame{};
+    if (!call || !call(&frame, style, FALSE, exStyle, static_cast<UINT>(dpi.y))) {
+        AdjustWindowRectEx(&frame, style, FALSE, exStyle);
+    }
+    return {static_cast<int>(frame.right - frame.left), static_cast<int>(frame.bottom - frame.top)};
+}
+
+NONCLIENTMETRICSW FrameMetrics(Dpi dpi) {
+    static const auto call = Find<BOOL(WINAPI*)(UINT, UINT, void*, UINT, UINT)>("SystemParametersInfoForDpi");
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    if (!call || !call(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, static_cast<UINT>(dpi.y))) {
+        SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    }
+    return metrics;
 }
 
 DpiOverride::DpiOverride(Dpi dpi) : previous_(overridden) { overridden = dpi; }

@@ -5,7 +5,7 @@
 #include "common/run_time_error.h"
 #include "common/text_direction.h"
 #include "win/gdi_surface.h"
-#include "win/wide.h"
+#include "win/window_text.h"
 
 namespace qvx {
 namespace {

@@ -6,7 +6,9 @@
 #include <mutex>
 #include <numeric>
 
-#include "win/wide.h"
+#include "com/lock.h"
+#include "com/module.h"
+#include "win/window_text.h"
 
 namespace qvx {
 
@@ -21,14 +23,10 @@ struct CacheEntry {
     SharedFont font;
 };
 
-// Most recently used first. Never destroyed: at the module's end the system frees the handles, and windows of other
-// static objects may still draw.
-std::list<CacheEntry>& Cache() {
-    static auto* cache = new std::list<CacheEntry>;
-    return *cache;
-}
-
-std::mutex cacheMutex;
+struct FontCache {
+    Lock access;
+    std::list<CacheEntry> entries;  // most recently used first
+};
 
 }  // namespace
 
@@ -87,8 +85,8 @@ int GdiFont::RunWidth(HDC dc, TextView text) const {
 }
 
 SharedFont AcquireFont(const FontSpec& value, Dpi dpi) {
-    const std::lock_guard lock(cacheMutex);
-    std::list<CacheEntry>& cache = Cache();
+    auto& [access, cache] = OfModule<FontCache>();
+    const std::lock_guard lock(access);
     const auto found = std::find_if(cache.begin(), cache.end(),
                                     [&](const CacheEntry& entry) { return entry.dpi == dpi && entry.value == value; });
     if (found != cache.end()) {

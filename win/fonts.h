@@ -7,9 +7,9 @@
 #include <array>
 #include <memory>
 
+#include "common/font_spec.h"
 #include "common/geometry.h"
 #include "common/text.h"
-#include "elements/surface/font_spec.h"
 #include "win/handles.h"
 
 namespace qvx {

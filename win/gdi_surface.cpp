@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "win/dpi.h"
-#include "win/wide.h"
+#include "win/window_text.h"
 
 namespace qvx {
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "elements/surface/surface.h"
+#include "drawing/surface.h"
 #include "win/fonts.h"
 #include "win/handles.h"
 

@@ -57,6 +57,9 @@ struct Global {
 struct Kernel {
     void operator()(HANDLE object) const { CloseHandle(object); }
 };
+struct FileSearch {
+    void operator()(HANDLE search) const { FindClose(search); }
+};
 }  // namespace release
 
 using UniqueFont = UniqueHandle<HFONT, release::GdiObject>;
@@ -66,6 +69,7 @@ using UniqueRegion = UniqueHandle<HRGN, release::GdiObject>;
 using UniqueMemoryDc = UniqueHandle<HDC, release::Dc>;
 using UniqueGlobal = UniqueHandle<HGLOBAL, release::Global>;
 using UniqueKernelObject = UniqueHandle<HANDLE, release::Kernel>;
+using UniqueFileSearch = UniqueHandle<HANDLE, release::FileSearch>;
 
 // An object selected into a device context for the length of a scope.
 class SelectedObject {

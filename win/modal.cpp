@@ -1,9 +1,11 @@
 #include "win/modal.h"
 
+#include <new>
 #include <utility>
 
-#include "common/placement.h"
+#include "common/dialog_placement.h"
 #include "win/gdi_surface.h"
+#include "win/thread_value.h"
 
 namespace qvx {
 
@@ -11,36 +13,43 @@ namespace {
 
 struct Search {
     HWND dialog;
-    std::vector<HWND>* found;
+    std::list<HWND>* found;
+    bool complete = true;
 };
 
+// Called by the system, through which no exception may pass.
 BOOL CALLBACK CollectEnabled(HWND window, LPARAM data) {
-    const auto* search = reinterpret_cast<const Search*>(data);
-    if (window != search->dialog && IsWindowVisible(window) && IsWindowEnabled(window)) {
+    auto* search = reinterpret_cast<Search*>(data);
+    if (window == search->dialog || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
+    try {
         search->found->push_back(window);
+    } catch (const std::bad_alloc&) {
+        search->complete = false;
     }
-    return TRUE;
+    return search->complete;
 }
 
 // The latest scope of the thread that has not ended.
-thread_local ModalScope* innermost = nullptr;
+[[gnu::section(".tls$")]] ModalScope* innermost = nullptr;
 
 }  // namespace
 
-ModalScope::ModalScope(HWND dialog) : focus_(GetFocus()), outer_(innermost) {
-    const Search search{dialog, &disabled_};
+ModalScope::ModalScope(HWND dialog) : dialog_(dialog), focus_(GetFocus()), outer_(OfThisThread(innermost)) {
+    Search search{dialog, &disabled_};
     EnumThreadWindows(GetCurrentThreadId(), CollectEnabled, reinterpret_cast<LPARAM>(&search));
+    if (!search.complete) throw std::bad_alloc();
+    if (outer_) outer_->keys_.Leave();
     for (const HWND window : disabled_) {
         EnableWindow(window, FALSE);
     }
-    innermost = this;
+    OfThisThread(innermost) = this;
 }
 
 ModalScope::~ModalScope() { End(); }
 
 void ModalScope::End() {
     if (std::exchange(ended_, true)) return;
-    ModalScope** link = &innermost;
+    ModalScope** link = &OfThisThread(innermost);
     ModalScope* inner = nullptr;
     while (*link != this) {
         inner = *link;
@@ -48,8 +57,7 @@ void ModalScope::End() {
     }
     *link = outer_;
     if (inner) {
-        inner->disabled_.insert(inner->disabled_.end(), disabled_.begin(), disabled_.end());
-        disabled_.clear();
+        inner->disabled_.splice(inner->disabled_.end(), disabled_);
     }
     for (const HWND window : disabled_) {
         if (IsWindow(window)) {
@@ -66,7 +74,24 @@ void ModalScope::RestoreFocus() const {
     }
 }
 
-void RunModalLoop(const std::function<bool()>& running, const std::function<bool(const MSG&)>& filter) {
+bool ModalScope::Drops(const MSG& message) {
+    if (message.hwnd != dialog_ && !IsChild(dialog_, message.hwnd)) return false;
+    const auto key = static_cast<int>(message.wParam);
+    switch (message.message) {
+        case WM_KEYDOWN:
+        case WM_SYSKEYDOWN:
+            return !keys_.Down(key, (message.lParam & static_cast<LPARAM>(KF_REPEAT) << 16) != 0);
+        case WM_KEYUP:
+        case WM_SYSKEYUP:
+            keys_.Up(key);
+            return false;
+        default:
+            return false;
+    }
+}
+
+void RunModalLoop(ModalScope& modal, const std::function<bool()>& running,
+                  const std::function<bool(const MSG&)>& filter) {
     MSG message{};
     while (running()) {
         const BOOL got = GetMessageW(&message, nullptr, 0, 0);
@@ -77,7 +102,7 @@ void RunModalLoop(const std::function<bool()>& running, const std::function<bool
         if (got < 0) {
             return;
         }
-        if (!filter(message)) {
+        if (!modal.Drops(message) && !filter(message)) {
             TranslateMessage(&message);
             DispatchMessageW(&message);
         }

@@ -4,9 +4,10 @@
 #include <windows.h>
 
 #include <functional>
-#include <vector>
+#include <list>
 
 #include "common/geometry.h"
+#include "common/held_keys.h"
 
 namespace qvx {
 
@@ -17,6 +18,7 @@ namespace qvx {
 // stays so until the inner ones have ended, too.
 class ModalScope {
   public:
+    // Throws std::bad_alloc, with every window as it was.
     explicit ModalScope(HWND dialog);
     ~ModalScope();
     ModalScope(const ModalScope&) = delete;
@@ -24,17 +26,23 @@ class ModalScope {
     void End();
     // After the dialog is gone.
     void RestoreFocus() const;
+    // Whether a message of the dialog's is to be dropped: the repeat of a key that did not go down in it.
+    bool Drops(const MSG& message);
 
   private:
-    std::vector<HWND> disabled_;
+    HWND dialog_;
+    HeldKeys keys_;
+    std::list<HWND> disabled_;
     HWND focus_;
     ModalScope* outer_;
     bool ended_ = false;
 };
 
-// Runs messages until `running` is false. `filter` sees each one first and returns true for those it has dealt with.
-// A request to quit the thread ends the loop and is posted again for the loop outside.
-void RunModalLoop(const std::function<bool()>& running, const std::function<bool(const MSG&)>& filter);
+// Runs messages until `running` is false. `filter` sees each one first, but for those that the dialog drops, and
+// returns true for those it has dealt with. A request to quit the thread ends the loop and is posted again for the loop
+// outside.
+void RunModalLoop(ModalScope& modal, const std::function<bool()>& running,
+                  const std::function<bool(const MSG&)>& filter);
 
 // The place on the screen for a dialog of that size in pixels: over its owner, on the owner's monitor; in the middle of
 // the screen without a visible owner.

@@ -4,8 +4,8 @@
 
 #include <utility>
 
-#include "win/module.h"
-#include "win/wide.h"
+#include "win/module_instance.h"
+#include "win/window_text.h"
 
 namespace qvx {
 

@@ -6,9 +6,11 @@
 #include <set>
 #include <string>
 
+#include "com/lock.h"
+#include "com/module.h"
 #include "common/keys.h"
 #include "win/gdi_surface.h"
-#include "win/module.h"
+#include "win/module_instance.h"
 
 namespace qvx {
 
@@ -23,7 +25,7 @@ class ClassRegistry {
         }
     }
     bool Ensure(const WindowClass& windowClass, WNDPROC procedure) {
-        const std::lock_guard lock(mutex_);
+        const std::lock_guard lock(access_);
         if (names_.contains(windowClass.name)) {
             return true;
         }
@@ -35,22 +37,19 @@ class ClassRegistry {
         record.hInstance = ModuleInstance();
         record.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(windowClass.cursor));
         record.lpszClassName = windowClass.name;
+        // Noted first, so that none stays registered of which nobody knows.
+        const auto noted = names_.insert(windowClass.name).first;
         if (!RegisterClassExW(&record) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
+            names_.erase(noted);
             return false;
         }
-        names_.insert(windowClass.name);
         return true;
     }
 
   private:
-    std::mutex mutex_;
+    Lock access_;
     std::set<std::wstring> names_;
 };
-
-ClassRegistry& Registry() {
-    static ClassRegistry registry;
-    return registry;
-}
 
 // What a message answers whose handler failed: nothing was created, nothing was done, and painting is not asked for
 // again at once.
@@ -95,7 +94,7 @@ void Window::Destroy() {
 
 bool Window::Create(const WindowClass& windowClass, const wchar_t* title, DWORD style, DWORD exStyle,
                     const Rect& bounds, HWND parent, int id) {
-    if (handle_ || !Registry().Ensure(windowClass, &Window::Procedure)) {
+    if (handle_ || !OfModule<ClassRegistry>().Ensure(windowClass, &Window::Procedure)) {
         return false;
     }
     const auto menu = reinterpret_cast<HMENU>(static_cast<INT_PTR>(id));
@@ -197,10 +196,11 @@ LRESULT CALLBACK WindowSubclass::Procedure(HWND window, UINT message, WPARAM wPa
     return result;
 }
 
+bool IsKeyDown(int key) { return GetKeyState(key) < 0; }
+
 int ShiftState() {
-    const auto down = [](int key) { return GetKeyState(key) < 0; };
-    return (down(VK_SHIFT) ? keys::shiftMask : 0) | (down(VK_CONTROL) ? keys::controlMask : 0) |
-           (down(VK_MENU) ? keys::altMask : 0);
+    return (IsKeyDown(VK_SHIFT) ? keys::shiftMask : 0) | (IsKeyDown(VK_CONTROL) ? keys::controlMask : 0) |
+           (IsKeyDown(VK_MENU) ? keys::altMask : 0);
 }
 
 }  // namespace qvx

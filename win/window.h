@@ -119,6 +119,9 @@ inline Point MousePoint(LPARAM lParam) {
     return {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
 }
 
+// True while a key of that VK_ code is held, as of the message that is being handled.
+bool IsKeyDown(int key);
+
 // The Shift argument of key and mouse events (keys::shiftMask and so on) from the keyboard's present state.
 int ShiftState();
 

@@ -13,7 +13,7 @@
 #include "controls/grid/duplicate_rows.h"
 #include "controls/grid/row_operations.h"
 #include "controls/grid/validation.h"
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::bench {
 

@@ -16,7 +16,7 @@
 #include "com/bstr.h"
 #include "com/pointer.h"
 #include "common/numeric_reading.h"
-#include "elements/flexgrid/flexgrid_window.h"
+#include "widgets/flexgrid/flexgrid_window.h"
 
 namespace qvx::bench {
 namespace {

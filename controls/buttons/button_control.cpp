@@ -1,7 +1,7 @@
 #include "controls/buttons/button_control.h"
 
 #include "common/run_time_error.h"
-#include "server/resource.h"
+#include "kit/resource.h"
 
 namespace qvx::buttons {
 
@@ -45,7 +45,7 @@ const PropertyTable& ButtonControl::Properties() {
 }
 
 STDMETHODIMP ButtonControl::get_Behavior(::Style* result) {
-    return Give(result, static_cast<::Style>(button_.Look().behavior));
+    return Give(result, [&] { return static_cast<::Style>(button_.Look().behavior); });
 }
 
 STDMETHODIMP ButtonControl::put_Behavior(::Style value) {
@@ -58,14 +58,16 @@ STDMETHODIMP ButtonControl::put_Behavior(::Style value) {
 }
 
 STDMETHODIMP ButtonControl::get_DropDown(VARIANT_BOOL* result) {
-    return Give(result, ToVariantBool(button_.Look().dropDown));
+    return Give(result, [&] { return button_.Look().dropDown; });
 }
 
 STDMETHODIMP ButtonControl::put_DropDown(VARIANT_BOOL value) {
     return Put(u"DropDown", [&] { button_.SetDropDown(value != VARIANT_FALSE); });
 }
 
-STDMETHODIMP ButtonControl::get_Focus(VARIANT_BOOL* result) { return Give(result, ToVariantBool(button_.Focused())); }
+STDMETHODIMP ButtonControl::get_Focus(VARIANT_BOOL* result) {
+    return Give(result, [&] { return button_.Focused(); });
+}
 
 STDMETHODIMP ButtonControl::put_Focus(VARIANT_BOOL value) {
     return Put(u"Focus", [&] { button_.SetFocused(value != VARIANT_FALSE); });

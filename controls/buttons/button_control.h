@@ -1,8 +1,8 @@
 // The Button control: the flat push button for host forms.
 #pragma once
 
-#include "controls/buttons/button_element.h"
 #include "controls/buttons/push_control.h"
+#include "widgets/button/button_element_win32.h"
 
 namespace qvx::buttons {
 

@@ -7,15 +7,13 @@
 #include <utility>
 
 #include "Qvx.h"
-#include "com/bstr.h"
 #include "com/font_object.h"
-#include "com/guard.h"
-#include "com/variant.h"
-#include "common/about_dialog.h"
+#include "com/members.h"
 #include "common/keys.h"
-#include "controls/buttons/access_key.h"
-#include "controls/buttons/push_value.h"
-#include "server/control.h"
+#include "dialogs/about_dialog.h"
+#include "kit/control.h"
+#include "widgets/button/access_key.h"
+#include "widgets/button/push_value.h"
 #include "win/window.h"
 
 namespace qvx::buttons {
@@ -24,7 +22,7 @@ template <typename I, typename Element>
 class PushControl : public Control<I> {
   public:
     STDMETHODIMP get_Caption(BSTR* result) override {
-        return Guard([&] { return Give(result, NewBstr(button_.Look().caption)); });
+        return Give(result, [&] { return button_.Look().caption; });
     }
     STDMETHODIMP put_Caption(BSTR value) override {
         return this->Put(u"Caption", [&] {
@@ -33,7 +31,7 @@ class PushControl : public Control<I> {
         });
     }
     STDMETHODIMP get_Font(IFontDisp** result) override {
-        return Guard([&] { return Give(result, font_.Get()); });
+        return Give(result, [&] { return font_.Get(); });
     }
     STDMETHODIMP put_Font(IFontDisp* value) override {
         return Guard([&] { font_.Set(value, true); });
@@ -41,26 +39,32 @@ class PushControl : public Control<I> {
     STDMETHODIMP putref_Font(IFontDisp* value) override {
         return Guard([&] { font_.Set(value, false); });
     }
-    STDMETHODIMP get_ForeColor(OLE_COLOR* result) override { return Give(result, button_.Look().foreColor); }
+    STDMETHODIMP get_ForeColor(OLE_COLOR* result) override {
+        return Give(result, [&] { return button_.Look().foreColor; });
+    }
     STDMETHODIMP put_ForeColor(OLE_COLOR value) override {
         return this->Put(u"ForeColor", [&] { button_.SetForeColor(value); });
     }
-    STDMETHODIMP get_BackColor(OLE_COLOR* result) override { return Give(result, button_.Look().backColor); }
+    STDMETHODIMP get_BackColor(OLE_COLOR* result) override {
+        return Give(result, [&] { return button_.Look().backColor; });
+    }
     STDMETHODIMP put_BackColor(OLE_COLOR value) override {
         return this->Put(u"BackColor", [&] { button_.SetBackColor(value); });
     }
-    STDMETHODIMP get_BorderColor(OLE_COLOR* result) override { return Give(result, button_.Look().borderColor); }
+    STDMETHODIMP get_BorderColor(OLE_COLOR* result) override {
+        return Give(result, [&] { return button_.Look().borderColor; });
+    }
     STDMETHODIMP put_BorderColor(OLE_COLOR value) override {
         return this->Put(u"BorderColor", [&] { button_.SetBorderColor(value); });
     }
     STDMETHODIMP get_FocusRect(VARIANT_BOOL* result) override {
-        return Give(result, ToVariantBool(button_.Look().focusRect));
+        return Give(result, [&] { return button_.Look().focusRect; });
     }
     STDMETHODIMP put_FocusRect(VARIANT_BOOL value) override {
         return this->Put(u"FocusRect", [&] { button_.SetFocusRect(value != VARIANT_FALSE); });
     }
     STDMETHODIMP get_Enabled(VARIANT_BOOL* result) override {
-        return Give(result, ToVariantBool(button_.Look().enabled));
+        return Give(result, [&] { return button_.Look().enabled; });
     }
     STDMETHODIMP put_Enabled(VARIANT_BOOL value) override {
         return this->Put(u"Enabled", [&] {
@@ -73,18 +77,18 @@ class PushControl : public Control<I> {
         return Guard([&] {
             RequireValueSettable(this->UserMode());
             const auto keep = this->KeepAlive();
-            ValueSet(value != VARIANT_FALSE);
             this->Changed(u"Value");
             if (value != VARIANT_FALSE) {
                 button_.Click();
             }
+            ValueSet(value != VARIANT_FALSE);
         });
     }
     STDMETHODIMP get_hWnd(long* result) override {
-        return Guard([&] { return Give(result, this->WindowNumber()); });
+        return Give(result, [&] { return this->WindowNumber(); });
     }
     STDMETHODIMP get_hDC(long* result) override {
-        return Guard([&] { return Give(result, this->DeviceContextNumber()); });
+        return Give(result, [&] { return this->DeviceContextNumber(); });
     }
     STDMETHODIMP DRAWFocus() override {
         return Guard([&] { button_.DrawFocus(); });
@@ -108,7 +112,7 @@ class PushControl : public Control<I> {
 
     // What a new button is called.
     virtual Text DefaultCaption() const = 0;
-    // `Value` was set; the click follows.
+    // `Value` was set, and the click that follows has been made.
     virtual void ValueSet(bool) {}
 
     void OnWindowCreated(HWND window) override { button_.Attach(window); }
@@ -168,12 +172,6 @@ class PushControl : public Control<I> {
         }
     }
 
-    template <typename T, typename Value>
-    static HRESULT Give(T* result, Value value) {
-        if (!result) return E_POINTER;
-        *result = value;
-        return S_OK;
-    }
     // A designer only looks at its controls, and a host whose program is halted wants no input taken.
     bool TakesInput() const { return this->UserMode() && !this->Host().UiDead(); }
     void LoadFont(const FontSpec& font) {

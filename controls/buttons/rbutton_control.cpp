@@ -1,7 +1,7 @@
 #include "controls/buttons/rbutton_control.h"
 
 #include "com/late_bound.h"
-#include "server/resource.h"
+#include "kit/resource.h"
 #include "win/dpi.h"
 
 namespace qvx::buttons {
@@ -73,9 +73,9 @@ STDMETHODIMP RButtonControl::put_MaskColor(OLE_COLOR value) {
 }
 
 STDMETHODIMP RButtonControl::get_Value(VARIANT_BOOL* result) {
-    return Guard([&] {
+    return Give(result, [&] {
         RequireValueReadable(UserMode());
-        return Give(result, ToVariantBool(value_));
+        return value_;
     });
 }
 

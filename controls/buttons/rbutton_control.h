@@ -2,7 +2,7 @@
 #pragma once
 
 #include "controls/buttons/push_control.h"
-#include "controls/buttons/rbutton_element.h"
+#include "controls/buttons/rbutton_element_win32.h"
 
 namespace qvx::buttons {
 
@@ -14,17 +14,25 @@ class RButtonControl final : public PushControl<_RButton, RButtonElement> {
 
     const PropertyTable& Properties() override;
 
-    STDMETHODIMP get_UpTopColor(OLE_COLOR* result) override { return Give(result, button_.Look().upTopColor); }
+    STDMETHODIMP get_UpTopColor(OLE_COLOR* result) override {
+        return Give(result, [&] { return button_.Look().upTopColor; });
+    }
     STDMETHODIMP put_UpTopColor(OLE_COLOR value) override;
-    STDMETHODIMP get_UpBottomColor(OLE_COLOR* result) override { return Give(result, button_.Look().upBottomColor); }
+    STDMETHODIMP get_UpBottomColor(OLE_COLOR* result) override {
+        return Give(result, [&] { return button_.Look().upBottomColor; });
+    }
     STDMETHODIMP put_UpBottomColor(OLE_COLOR value) override;
-    STDMETHODIMP get_DownTopColor(OLE_COLOR* result) override { return Give(result, button_.Look().downTopColor); }
+    STDMETHODIMP get_DownTopColor(OLE_COLOR* result) override {
+        return Give(result, [&] { return button_.Look().downTopColor; });
+    }
     STDMETHODIMP put_DownTopColor(OLE_COLOR value) override;
     STDMETHODIMP get_DownBottomColor(OLE_COLOR* result) override {
-        return Give(result, button_.Look().downBottomColor);
+        return Give(result, [&] { return button_.Look().downBottomColor; });
     }
     STDMETHODIMP put_DownBottomColor(OLE_COLOR value) override;
-    STDMETHODIMP get_MaskColor(OLE_COLOR* result) override { return Give(result, button_.Look().maskColor); }
+    STDMETHODIMP get_MaskColor(OLE_COLOR* result) override {
+        return Give(result, [&] { return button_.Look().maskColor; });
+    }
     STDMETHODIMP put_MaskColor(OLE_COLOR value) override;
     // Run-time error 393 at run time.
     STDMETHODIMP get_Value(VARIANT_BOOL* result) override;

@@ -1,4 +1,4 @@
-#include "controls/buttons/rbutton_element.h"
+#include "controls/buttons/rbutton_element_win32.h"
 
 #include <utility>
 

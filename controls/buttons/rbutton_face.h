@@ -1,7 +1,7 @@
 // What a rounded two-state button looks like.
 #pragma once
 
-#include "controls/buttons/push_look.h"
+#include "widgets/button/push_look.h"
 
 namespace qvx::buttons {
 

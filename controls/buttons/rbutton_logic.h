@@ -1,7 +1,7 @@
 // How the rounded two-state button answers its events.
 #pragma once
 
-#include "controls/buttons/push_logic.h"
+#include "widgets/button/push_logic.h"
 
 namespace qvx::buttons {
 

@@ -8,7 +8,7 @@
 #include <span>
 
 #include "common/text.h"
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 

@@ -6,7 +6,7 @@
 
 #include "common/text.h"
 #include "controls/grid/control_state.h"
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 
@@ -17,7 +17,7 @@ class RecordSource {
     // How many there are; -1 when it is not known.
     virtual std::int64_t Count() = 0;
     virtual bool AtEnd() = 0;
-    // The current record's number, from 1 on.
+    // The current record's number, as the records count; below 0 when it is not known.
     virtual std::int64_t Position() = 0;
     // The texts of the current record's fields, a tab behind each.
     virtual void AppendFields(Text& row) = 0;
@@ -26,9 +26,10 @@ class RecordSource {
 
 // Adds a row for every record left: its number in column 0 when rows are numbered, the first field in column BindFrom,
 // fields beyond the last column dropped. After each, `goOn` is told how many there are so far and may end the loading.
-// An error of the records comes out and leaves the rows added so far. Error 5 for a BindFrom below 0.
+// `wanted` is asked whenever the records or the listeners of the grid have had their turn: once it says no, neither is
+// touched any more. An error of the records comes out and leaves the rows added so far. Error 5 for a BindFrom below 0.
 void LoadRecords(flexgrid::Grid& grid, const ControlState& state, RecordSource& records,
-                 const std::function<bool(std::int64_t loaded)>& goOn);
+                 const std::function<bool()>& wanted, const std::function<bool(std::int64_t loaded)>& goOn);
 
 // Keeps the events that tell of progress to ten a second, the first after a tenth of a second. Times in milliseconds.
 class ProgressClock {

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <concepts>
-#include <exception>
-#include <new>
+#include <optional>
 #include <utility>
 
+#include "common/flag_scope.h"
 #include "common/run_time_error.h"
 #include "controls/grid/cell_clean.h"
 #include "controls/grid/column_lists.h"
@@ -13,7 +13,7 @@
 #include "controls/grid/edit_history.h"
 #include "controls/grid/editor_placement.h"
 #include "controls/grid/list_match.h"
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 
@@ -44,11 +44,11 @@ concept CellEditor = requires(E editor, TextView text, bool flag, const EditorPl
 
 // What the host program is told; its answers come back through the flag.
 template <class H>
-concept EditEvents = requires(H events, int number, const Text& text, bool& flag) {
+concept EditEvents = requires(H events, int number, const Text& text, TextView description, bool& flag) {
     events.BeforeCellChange(number, number, text, flag);
     events.AfterCellChange(number, number, text, text, flag);
-    events.OnError(number, text, flag);
-    events.ReportError(number, text);
+    events.OnError(number, description, flag);
+    events.ReportError(number, description);
 };
 
 // True when an editor may be opened on the current cell at all: it is no fixed one, where only a program can put the
@@ -66,13 +66,19 @@ inline bool MayEdit(const flexgrid::Grid& grid, const ControlState& state, int r
 
 inline Text CurrentText(const flexgrid::Grid& grid) { return grid.TextMatrix(grid.Row(), grid.Col()); }
 
-inline bool EditIsOpen(const ControlState& state) { return state.editRow >= 0 && state.editCol >= 0; }
+inline void EndEditing(ControlState& state) {
+    state.editRow = -1;
+    state.editCol = -1;
+}
 
 // Opens an edit of the current cell, unless its column has no width or the host refuses. `hideButton` is true for a
 // column of free text, false for one with a list. Returns whether the edit is open now. An error on the way goes to
-// OnError, and to ReportError unless the host answers that; what was done so far stays.
+// OnError, and to ReportError unless the host answers that. One that comes before the editor has the cell's text opens
+// no edit, which would write an empty text in its place; after it the edit stays open.
 template <CellEditor Editor, EditEvents Events>
 bool ShowCellEditor(flexgrid::Grid& grid, ControlState& state, Editor& editor, Events& events, bool hideButton) {
+    int number = 0;  // of the edit, once it is begun
+    bool handedOver = false;
     try {
         state.eventFlag = false;
         if (grid.ColWidth(grid.Col()) == 0) return false;
@@ -84,7 +90,7 @@ bool ShowCellEditor(flexgrid::Grid& grid, ControlState& state, Editor& editor, E
         }
         state.editCol = grid.Col();
         state.editRow = grid.Row();
-        ++state.editNumber;
+        number = ++state.editNumber;
         const EditorPlacement placement =
             PlaceEditor(editor.Cell(), static_cast<int>(grid.Appearance()), static_cast<int>(grid.BorderStyle()),
                         hideButton, editor.ScrollBarPixels(), editor.TwipsPerPixelX(), grid.RightToLeft());
@@ -98,12 +104,17 @@ bool ShowCellEditor(flexgrid::Grid& grid, ControlState& state, Editor& editor, E
         editor.SetComboText(text);
         // From here on the text lives in the editor alone.
         grid.SetTextMatrix(state.editRow, state.editCol, {});
+        handedOver = true;
         if (!hideButton) editor.DropDown();
         editor.FocusCombo();
         state.editing = false;
     } catch (...) {
         const RunTimeError error = CurrentError();
         state.editing = false;
+        if (number == state.editNumber && !handedOver) {
+            EndEditing(state);
+            editor.ShowFrame(false);
+        }
         state.eventFlag = true;
         events.OnError(error.Number(), error.Description(), state.eventFlag);
         if (state.eventFlag) events.ReportError(error.Number(), error.Description());
@@ -138,7 +149,8 @@ Text CommittedText(const flexgrid::Grid& grid, const ControlState& state, Editor
 // validated and again when it loses the focus; the second run finds no edit any more, and so does a run from within
 // AfterCellChange, whose handler may well take the focus away with a window of its own. What stands in the cell then
 // is remembered in the history, unless the host or the user has taken it back. An edit whose row is gone is
-// not ended but moved to the last row, and that run does nothing else.
+// not ended but moved to the last row, and that run does nothing else. An error goes to ReportError; when it comes
+// before the cell is written the edit stays open, since what was typed is in the editor alone.
 template <CellEditor Editor, EditEvents Events>
 void CommitEdit(flexgrid::Grid& grid, ControlState& state, EditHistory& history, Editor& editor, Events& events) {
     if (!EditIsOpen(state) || state.committing == state.editNumber) return;
@@ -148,38 +160,41 @@ void CommitEdit(flexgrid::Grid& grid, ControlState& state, EditHistory& history,
     }
     if (state.editCol > grid.Cols() - 1) {
         // Its column is gone, and there is no cell left to write.
-        state.editRow = -1;
-        state.editCol = -1;
+        EndEditing(state);
         return;
     }
     const int number = state.editNumber;
     const int row = state.editRow;
     const int col = state.editCol;
-    state.committing = number;
+    const ValueScope committing(state.committing, number);
+    bool written = false;
+    std::optional<RunTimeError> error;
     try {
         const Text oldText = editor.ComboTag();
         const bool abandoned = editor.FrameTag() == abandonedTag;
         const Text newText = CommittedText(grid, state, editor);
         const std::uint64_t structure = grid.StructureVersion();
         grid.SetTextMatrix(row, col, newText);
+        written = true;
         state.eventFlag = false;
         events.AfterCellChange(row, col, oldText, newText, state.eventFlag);
         const bool cellStands = row < grid.Rows() && col < grid.Cols();
         if (state.eventFlag && cellStands)
             grid.SetTextMatrix(row, col, oldText);
         else if (cellStands && !abandoned)
-            history.CellChanged(structure, row, col, oldText, grid.TextMatrix(row, col));
+            history.CellChanged(structure, row, col, oldText, grid.Cell(row, col));
     } catch (...) {
-        const RunTimeError error = CurrentError();
-        events.ReportError(error.Number(), error.Description());
+        error = CurrentError();
     }
-    state.changed = true;
-    state.committing = 0;
-    // A handler that lets input through may have opened the next edit by now; that one stays open.
-    if (state.editNumber != number) return;
-    editor.SetFrameTag({});
-    state.editRow = -1;
-    state.editCol = -1;
+    if (written) {
+        state.changed = true;
+        // A handler that lets input through may have opened the next edit by now; that one stays open.
+        if (state.editNumber == number) {
+            editor.SetFrameTag({});
+            EndEditing(state);
+        }
+    }
+    if (error) events.ReportError(error->Number(), error->Description());
 }
 
 }  // namespace qvx::grid

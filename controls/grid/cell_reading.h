@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "common/numeric_reading.h"
-#include "elements/flexgrid/cell_view.h"
+#include "widgets/flexgrid/cell_view.h"
 
 namespace qvx::grid {
 

@@ -2,6 +2,7 @@
 
 #include "common/keyed_collection.h"
 #include "common/number_text.h"
+#include "controls/grid/column_lists.h"
 
 namespace qvx::grid {
 
@@ -12,7 +13,7 @@ ColumnIndex RefreshColIndex(const flexgrid::Grid& grid) {
     // each time would make many equal captions cost their square.
     KeyedCollection<int> lastTried;
     for (int col = 0; col < grid.Cols(); ++col) {
-        const Text caption = grid.TextArray(col);
+        const Text caption = CaptionOf(grid, col);
         Text key = caption;
         if (taken.Contains(key)) {
             if (!lastTried.Contains(caption)) lastTried.Add(0, caption);

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "common/text.h"
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 

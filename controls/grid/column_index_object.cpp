@@ -6,6 +6,7 @@
 #include "Qvx.h"
 #include "com/dispatch.h"
 #include "com/enumerator.h"
+#include "com/members.h"
 #include "com/object.h"
 #include "com/variant.h"
 #include "common/keyed_collection.h"
@@ -22,19 +23,13 @@ class ColumnIndexObject final : public ComObject<Dispatch<IColumnIndex>, ErrorIn
     void Add(Variant item, std::optional<TextView> key) { items_.Add(std::move(item), key); }
 
     STDMETHODIMP get_Item(VARIANT index, VARIANT* result) override {
-        return Guard([&]() -> HRESULT {
-            if (!result) return E_POINTER;
+        return Give(result, [&] {
             const Variant place(index);
-            *result = Variant(IsKey(place) ? items_.At(Key(place)) : items_.At(Number(place))).detach();
-            return S_OK;
+            return IsKey(place) ? items_.At(Key(place)) : items_.At(Number(place));
         });
     }
     STDMETHODIMP get_Count(long* result) override {
-        return Guard([&]() -> HRESULT {
-            if (!result) return E_POINTER;
-            *result = static_cast<long>(items_.Count());
-            return S_OK;
-        });
+        return Give(result, [&] { return items_.Count(); });
     }
     STDMETHODIMP Add(VARIANT item, VARIANT key, VARIANT before, VARIANT after) override {
         return Guard([&] {
@@ -63,12 +58,10 @@ class ColumnIndexObject final : public ComObject<Dispatch<IColumnIndex>, ErrorIn
         });
     }
     STDMETHODIMP get__NewEnum(IUnknown** result) override {
-        return Guard([&]() -> HRESULT {
-            if (!result) return E_POINTER;
+        return Give(result, [&] {
             std::vector<Variant> all;
             for (long index = 1; index <= static_cast<long>(items_.Count()); ++index) all.push_back(items_.At(index));
-            *result = MakeObject<Enumerator<IEnumVARIANT, VARIANT, Variant, CopyVariant>>(std::move(all)).detach();
-            return S_OK;
+            return MakeObject<Enumerator<IEnumVARIANT, VARIANT, Variant, CopyVariant>>(std::move(all)).detach();
         });
     }
 

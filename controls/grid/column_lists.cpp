@@ -18,12 +18,16 @@ bool HasColumnCode(TextView list, TextView caption, int code) {
     return ContainsNoCase(list, item);
 }
 
+Text CaptionOf(const flexgrid::Grid& grid, int col) {
+    return grid.Rows() == 0 && col >= 0 && col < grid.Cols() ? Text() : grid.TextArray(col);
+}
+
 bool IsListedColumn(const flexgrid::Grid& grid, TextView list, int col) {
-    return IsListedColumn(list, grid.TextArray(col));
+    return IsListedColumn(list, CaptionOf(grid, col));
 }
 
 bool HasColumnCode(const flexgrid::Grid& grid, TextView list, int col, int code) {
-    return HasColumnCode(list, grid.TextArray(col), code);
+    return HasColumnCode(list, CaptionOf(grid, col), code);
 }
 
 }  // namespace qvx::grid

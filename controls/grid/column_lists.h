@@ -2,7 +2,7 @@
 #pragma once
 
 #include "common/text.h"
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 
@@ -21,7 +21,11 @@ bool IsListedColumn(TextView list, TextView caption);
 // True when ";caption-code;" stands anywhere in the list, whatever its case. `code` is 0 to 9.
 bool HasColumnCode(TextView list, TextView caption, int code);
 
-// The same for a column of the grid, whose caption is its TextArray(col). Raises 381 where the grid has no such cell.
+// What stands above a column: its TextArray(col), nothing in a grid without rows. Raises 381 where the grid has no such
+// cell.
+Text CaptionOf(const flexgrid::Grid& grid, int col);
+
+// The same for a column of the grid, by its caption.
 bool IsListedColumn(const flexgrid::Grid& grid, TextView list, int col);
 bool HasColumnCode(const flexgrid::Grid& grid, TextView list, int col, int code);
 

@@ -25,7 +25,7 @@ STDMETHODIMP ComboGridControl::ValidateEntry(VARIANT_BOOL* result) {
         if (!invalid) return;
         // Before anything else can fail: a grid that was found wanting is not to be saved.
         *result = VARIANT_TRUE;
-        Say(invalid->message, msgbox::messages::entryCheck);
+        Say(invalid->message, dialogs::messages::entryCheck);
         int start = invalid->col - 1;
         const int col = grid::GetNextColumn(Model(), State(), start);
         FocusCell(invalid->row, col);

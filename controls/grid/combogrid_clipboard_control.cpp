@@ -12,11 +12,11 @@ STDMETHODIMP ComboGridControl::Redo() {
 }
 
 STDMETHODIMP ComboGridControl::get_CanUndo(VARIANT_BOOL* result) {
-    return Guard([&] { *Required(result) = ToVariantBool(entry_.CanUndo()); });
+    return Give(result, [&] { return entry_.CanUndo(); });
 }
 
 STDMETHODIMP ComboGridControl::get_CanRedo(VARIANT_BOOL* result) {
-    return Guard([&] { *Required(result) = ToVariantBool(entry_.CanRedo()); });
+    return Give(result, [&] { return entry_.CanRedo(); });
 }
 
 STDMETHODIMP ComboGridControl::Copy() {

@@ -6,12 +6,13 @@
 
 #include "com/bstr.h"
 #include "com/variant.h"
-#include "common/about_dialog.h"
+#include "common/flag_scope.h"
 #include "controls/grid/column_index_object.h"
 #include "controls/grid/lifecycle.h"
-#include "forms/msgbox/show_message.h"
-#include "server/error_report.h"
-#include "server/resource.h"
+#include "dialogs/about_dialog.h"
+#include "dialogs/show_message_dialog.h"
+#include "kit/error_report.h"
+#include "kit/resource.h"
 #include "win/accessible.h"
 #include "win/gdi_surface.h"
 
@@ -44,9 +45,19 @@ void ComboGridControl::InitProperties() {
 
 void ComboGridControl::OnBeforeRead(TextView key) {
     // The control is prepared before its last property is known; nothing in the preparation needs that one.
-    if (key != lastKey || !UserMode()) return;
+    if (key != lastKey) return;
+    readForDesign_ = !UserMode();
+    if (!readForDesign_) Prepare();
+}
+
+void ComboGridControl::Prepare() {
     RebuildColIndex();
     entry_.Show(true);
+}
+
+void ComboGridControl::OnShow() {
+    if (UserMode() && std::exchange(readForDesign_, false)) return Prepare();
+    entry_.Show(UserMode());
 }
 
 void ComboGridControl::OnWindowCreated(HWND window) {
@@ -81,7 +92,7 @@ void ComboGridControl::OnTerminate() {
 template <class Leave>
 HRESULT ComboGridControl::CommitThen(Leave leave) {
     const auto keep = ControlBase::KeepAlive();
-    Guard([&] { entry_.CommitOpenEdit(); });
+    Contain([&] { entry_.CommitOpenEdit(); });
     return leave();
 }
 
@@ -110,11 +121,10 @@ STDMETHODIMP ComboGridControl::RefreshColIndex() {
 }
 
 STDMETHODIMP ComboGridControl::get_ColIndex(IDispatch** result) {
-    return Guard([&] {
-        *Required(result) = nullptr;
+    return Give(result, [&] {
         // Made at first need: a control has its collection, an empty one, from the start.
         if (!colIndex_) colIndex_ = MakeColumnIndexObject({});
-        *result = colIndex_.copy();
+        return colIndex_.copy();
     });
 }
 
@@ -123,34 +133,33 @@ STDMETHODIMP ComboGridControl::putref_ColIndex(IDispatch* value) {
 }
 
 STDMETHODIMP ComboGridControl::get_InVisibleColumns(BSTR* result) {
-    return Guard([&] { *Required(result) = NewBstr(State().inVisibleColumns); });
+    return Give(result, [&] { return State().inVisibleColumns; });
 }
 
 STDMETHODIMP ComboGridControl::put_InVisibleColumns(BSTR value) {
     return Guard([&] {
-        State().inVisibleColumns = FromBstr(value);
+        TentativeValue columns(State().inVisibleColumns, Text(FromBstr(value)));
         ControlBase::Changed(u"InVisibleColumns");
         ApplyInVisibleColumns(Model(), State());
+        columns.Done();
     });
 }
 
 STDMETHODIMP ComboGridControl::get_Lists(short index, IDispatch** result) {
-    return Guard([&] {
-        *Required(result) = nullptr;
-        *result = entry_.Lists(index);
-    });
+    return Give(result, [&] { return entry_.Lists(index); });
 }
 
 STDMETHODIMP ComboGridControl::GetNextColumn(long* col, long* result) {
-    return Guard([&] {
+    return Give(result, [&] {
         int start = static_cast<int>(*Required(col));
-        *Required(result) = grid::GetNextColumn(Model(), State(), start);
+        const int next = grid::GetNextColumn(Model(), State(), start);
         *col = start;
+        return next;
     });
 }
 
 STDMETHODIMP ComboGridControl::GetActiveList(short* result) {
-    return Guard([&] { *Required(result) = static_cast<short>(grid::GetActiveList(Model(), State())); });
+    return Give(result, [&] { return grid::GetActiveList(Model(), State()); });
 }
 
 // ---- Rows ----------------------------------------------------------------------------------------------------------
@@ -178,18 +187,15 @@ STDMETHODIMP ComboGridControl::RemoveItem(long index) {
 }
 
 STDMETHODIMP ComboGridControl::Grid(IDispatch** result) {
-    return Guard([&] {
-        *Required(result) = nullptr;
-        *result = entry_.GridObject();
-    });
+    return Give(result, [&] { return entry_.GridObject(); });
 }
 
 STDMETHODIMP ComboGridControl::get_hWnd(long* result) {
-    return Guard([&] { *Required(result) = WindowNumber(); });
+    return Give(result, [&] { return WindowNumber(); });
 }
 
 STDMETHODIMP ComboGridControl::get_hDC(long* result) {
-    return Guard([&] { *Required(result) = DeviceContextNumber(); });
+    return Give(result, [&] { return DeviceContextNumber(); });
 }
 
 STDMETHODIMP ComboGridControl::ShowAbout() {
@@ -209,12 +215,15 @@ void ComboGridControl::BeforeCellChange(int row, int col, const Text& data, bool
 }
 
 void ComboGridControl::AfterCellChange(int row, int col, const Text& oldData, const Text& newData, bool& cancel) {
-    Fire(grid_event::afterCellChange,
-         EventArguments().In(row).In(col).In(Variant(oldData)).In(Variant(newData)).InOut(cancel));
+    // The cell has changed: what cannot be told for want of memory is lost, rather than called a failure.
+    Contain([&] {
+        Fire(grid_event::afterCellChange,
+             EventArguments().In(row).In(col).In(Variant(oldData)).In(Variant(newData)).InOut(cancel));
+    });
 }
 
-void ComboGridControl::OnError(int number, const Text& description, bool& response) {
-    Fire(grid_event::onError, EventArguments().In(number).In(description).InOut(response));
+void ComboGridControl::OnError(int number, TextView description, bool& response) {
+    Fire(grid_event::onError, EventArguments().In(number).In(Text(description)).InOut(response));
 }
 
 void ComboGridControl::ListChange(int row, int col, const Text& data) {
@@ -239,14 +248,14 @@ void ComboGridControl::EnterCell() { Fire(grid_event::enterCell); }
 
 void ComboGridControl::LeaveCell() { Fire(grid_event::leaveCell); }
 
-void ComboGridControl::ReportError(int number, const Text& description) {
+void ComboGridControl::ReportError(int number, TextView description) {
     const DialogScope dialog(*this);
     ShowErrorReport(WindowHandle(), number, description);
 }
 
-bool ComboGridControl::Say(TextView prompt, const msgbox::MessageKind& kind) {
+bool ComboGridControl::Say(TextView prompt, const dialogs::MessageKind& kind) {
     const DialogScope dialog(*this);
-    return msgbox::ShowMessage(WindowHandle(), prompt, kind, Host().FormCaption(WindowHandle()));
+    return dialogs::ShowMessage(WindowHandle(), prompt, kind, Host().FormCaption(WindowHandle()));
 }
 
 }  // namespace qvx::grid

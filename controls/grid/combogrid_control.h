@@ -9,7 +9,7 @@
 #include "com/members.h"
 #include "controls/grid/combogrid_events.h"
 #include "controls/grid/entry_grid_window.h"
-#include "server/control.h"
+#include "kit/control.h"
 
 namespace qvx::grid {
 
@@ -171,9 +171,10 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     void InitProperties() override;
     void OnBeforeRead(TextView key) override;
     void OnWindowCreated(HWND window) override;
-    void OnWindowGoing() override { entry_.CommitOpenEdit(); }
+    void OnWindowGoing() override { entry_.Detach(); }
+    bool IsCovered() override { return entry_.GridWindow().Handle() != nullptr; }
     void OnResize(Size size) override { entry_.Resize(size); }
-    void OnShow() override { entry_.Show(UserMode()); }
+    void OnShow() override;
     HWND FocusWindow() override;
     void DrawControl(Surface& surface, const Rect& area) override;
     bool WantsKey(const MSG& message) override { return entry_.WantsKey(message); }
@@ -185,7 +186,7 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     // EntryGridEvents
     void BeforeCellChange(int row, int col, const Text& data, bool& cancel) override;
     void AfterCellChange(int row, int col, const Text& oldData, const Text& newData, bool& cancel) override;
-    void OnError(int number, const Text& description, bool& response) override;
+    void OnError(int number, TextView description, bool& response) override;
     void ListChange(int row, int col, const Text& data) override;
     void ListClick(int row, int col, const Text& data) override;
     void KeyDown(short& keyCode, short& shift) override;
@@ -205,40 +206,41 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     void RowColChange() override { Fire(grid_event::rowColChange); }
     void SelChange() override { Fire(grid_event::selChange); }
     void Scroll() override { Fire(grid_event::scroll); }
+    // The inner grid's window paints itself; without one its picture is the control's to paint.
+    void Invalidated() override {
+        if (!IsCovered()) Invalidate();
+    }
     void Mouse(DISPID event, short button, short shift, float x, float y) {
         Fire(event, EventArguments().In(button).In(shift).In(x).In(y));
     }
     void OnDelete(int row) override;
     bool Listens() override { return HasListeners(); }
+    bool TellsEvents() override { return ControlBase::TellsEvents(); }
     void BindProgress(long loaded, long total, bool& cancel) override;
     void EnterCell() override;
     void LeaveCell() override;
-    void ReportError(int number, const Text& description) override;
-    bool Say(TextView prompt, const msgbox::MessageKind& kind) override;
+    void ReportError(int number, TextView description) override;
+    bool Say(TextView prompt, const dialogs::MessageKind& kind) override;
     void FocusMovesTo(HWND moving) override { ControlBase::FocusMovesTo(moving); }
+    bool MoveFocusOn(bool backwards) override { return ControlBase::MoveFocusOn(backwards); }
     HWND ControlWindow() override { return EnsureWindow(); }
     Text AccessibleName() override;
     ComPtr<IUnknown> KeepAlive() override { return ControlBase::KeepAlive(); }
 
     ControlState& State() { return entry_.State(); }
     flexgrid::Grid& Model() { return entry_.Model(); }
+    void Prepare();
     void RebuildColIndex();
     void FocusCell(int row, int col);
 
     // A field of the control's state, or what the inner grid says.
     template <class Result, class Value>
     HRESULT Get(Result* result, Value ControlState::*field) {
-        return Guard([&] {
-            *Required(result) = Result{};
-            *result = ToHost<Result>(State().*field);
-        });
+        return Give(result, [&] { return State().*field; });
     }
     template <class Result, class Owner, class Value, class... Parameters, class... Given>
     HRESULT Get(Result* result, Value (Owner::*member)(Parameters...) const, Given... given) {
-        return Guard([&] {
-            *Required(result) = Result{};
-            *result = ToHost<Result>((Model().*member)(FromHost<Parameters>(given)...));
-        });
+        return Give(result, [&] { return (Model().*member)(FromHost<Parameters>(given)...); });
     }
     // Sets either, and tells the host's property store under the given name.
     using Control::Put;
@@ -275,6 +277,7 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
 
     EntryGrid entry_;
     ComPtr<IDispatch> colIndex_;
+    bool readForDesign_ = false;  // and not shown in run mode since
 };
 
 }  // namespace qvx::grid

@@ -30,9 +30,20 @@ void LoadCols(flexgrid::Grid& grid, int cols) {
     grid.SetCols(cols);
 }
 
-// A grid without any columns has no fixed ones, but keeps the default in mind for the columns to come.
-int LoadedFixedCols(const flexgrid::Grid& grid) { return grid.Cols() == 0 ? 1 : grid.FixedCols(); }
-int LoadedFixedRows(const flexgrid::Grid& grid) { return grid.Rows() == 0 ? 1 : grid.FixedRows(); }
+// A grid left with nothing but fixed rows was once one with more, and has to become so again on the same way.
+void LoadFixedRows(flexgrid::Grid& grid, int count) {
+    const int rows = grid.Rows();
+    if (count == rows && count > 0) grid.SetRows(rows + 1);
+    grid.SetFixedRows(count);
+    grid.SetRows(rows);
+}
+// One column alone cannot be fixed. It waits for others, as none at all does.
+void LoadFixedCols(flexgrid::Grid& grid, int count) {
+    const int cols = grid.Cols();
+    if (count == 1 && cols == 1) grid.SetCols(0);
+    grid.SetFixedCols(count);
+    grid.SetCols(cols);
+}
 
 }  // namespace
 
@@ -48,11 +59,11 @@ const PropertyTable& ComboGridControl::Properties() {
                 u"Cols", 40, 0, [](C& c) { return c.Model().Cols(); },
                 [](C& c, std::int32_t v) { LoadCols(c.Model(), v); })
             .Long(
-                u"FixedCols", 41, 1, [](C& c) { return LoadedFixedCols(c.Model()); },
-                [](C& c, std::int32_t v) { c.Model().SetFixedCols(v); })
+                u"FixedCols", 41, 1, [](C& c) { return c.Model().WantedFixedCols(); },
+                [](C& c, std::int32_t v) { LoadFixedCols(c.Model(), v); })
             .Long(
-                u"FixedRows", 42, 1, [](C& c) { return LoadedFixedRows(c.Model()); },
-                [](C& c, std::int32_t v) { c.Model().SetFixedRows(v); })
+                u"FixedRows", 42, 1, [](C& c) { return c.Model().WantedFixedRows(); },
+                [](C& c, std::int32_t v) { LoadFixedRows(c.Model(), v); })
             .Color(
                 u"BackColorBkg", 43, 0x8000000F, [](C& c) { return c.Model().BackColorBkg(); },
                 [](C& c, OleColor v) { c.Model().SetBackColorBkg(v); })

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "com/safearray.h"
+#include "com/value_text.h"
 #include "controls/grid/aggregates.h"
 #include "controls/grid/combogrid_control.h"
 #include "controls/grid/duplicate_rows.h"
@@ -12,10 +13,10 @@
 namespace qvx::grid {
 namespace {
 
-Text TextOf(const Variant& value) {
-    const auto text = value.ToText();
-    if (!text) throw RunTimeError(errors::typeMismatch, u"Type mismatch");
-    return *text;
+Text TextOf(const VARIANT& value) {
+    Text text;
+    if (!IsMissing(value) && !AppendValueText(value, text)) throw RunTimeError(errors::typeMismatch, u"Type mismatch");
+    return text;
 }
 
 // Scripts of the kind that has no arrays of the system's own pass an object with a length.
@@ -47,7 +48,7 @@ std::vector<Variant> ElementsOf(const VARIANT& list) {
 
 std::vector<int> ColumnNumbers(const VARIANT& list) {
     std::vector<int> columns;
-    for (const Variant& element : ElementsOf(list)) columns.push_back(ColumnNumber(TextOf(element)));
+    for (const Variant& element : ElementsOf(list)) columns.push_back(ColumnNumber(TextOf(element.get())));
     if (columns.empty()) throw RunTimeError(errors::subscriptOutOfRange, u"Subscript out of range");
     return columns;
 }
@@ -64,16 +65,13 @@ STDMETHODIMP ComboGridControl::RemoveEmptyRows(VARIANT_BOOL byKeyColumn) {
 
 STDMETHODIMP ComboGridControl::RemoveAllRecords() {
     const auto keep = ControlBase::KeepAlive();
-    return Guard([&] {
-        entry_.CommitOpenEdit();
-        entry_.ChangeRows([&] { grid::RemoveAllRecords(Model(), State()); });
-    });
+    return Guard([&] { entry_.RemoveAllRecords(); });
 }
 
 STDMETHODIMP ComboGridControl::SetCell(long row, long col, VARIANT text, VARIANT_BOOL focus) {
     const auto keep = ControlBase::KeepAlive();
     return Guard([&] {
-        const Text written = TextOf(Variant(text));
+        const Text written = TextOf(text);
         if (!written.empty()) Model().SetTextMatrix(static_cast<int>(row), static_cast<int>(col), written);
         if (focus == VARIANT_FALSE) return;
         FocusCell(static_cast<int>(row), static_cast<int>(col));
@@ -96,28 +94,24 @@ STDMETHODIMP ComboGridControl::DuplicateRecord(long* record, long* matchOn, VARI
         if (record) *record = rows->first;
         *result = VARIANT_TRUE;
         if (response == VARIANT_FALSE) return;
-        Say(DuplicatesPrompt(*rows), msgbox::messages::duplicateRecords);
+        Say(DuplicatesPrompt(*rows), dialogs::messages::duplicateRecords);
         FocusCell(rows->second, Model().FixedCols());
         Model().SetColSel(Model().Cols() - 1);
     });
 }
 
 STDMETHODIMP ComboGridControl::GetSumOf(RC rowOrCol, long index, VARIANT* result) {
-    return Guard([&] {
-        VariantInit(Required(result));
+    return Give(result, [&] {
         const int number = static_cast<int>(index);
-        *result = Variant(rowOrCol == gdRow ? SumOfRow(Model(), number) : SumOfColumn(Model(), number)).detach();
+        return rowOrCol == gdRow ? SumOfRow(Model(), number) : SumOfColumn(Model(), number);
     });
 }
 
 STDMETHODIMP ComboGridControl::GetProductOf(long col2Set, VARIANT* cols, VARIANT* result) {
-    return Guard([&] {
-        VariantInit(Required(result));
-        double total = 0;
+    return Give(result, [&] {
         // The list is first looked at for the first row.
-        if (HasDataRows(Model()))
-            total = SumOfProducts(Model(), static_cast<int>(col2Set), ColumnNumbers(*Required(cols)));
-        *result = Variant(total).detach();
+        if (!HasDataRows(Model())) return 0.0;
+        return SumOfProducts(Model(), static_cast<int>(col2Set), ColumnNumbers(*Required(cols)));
     });
 }
 

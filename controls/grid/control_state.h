@@ -37,4 +37,6 @@ struct ControlState {
     bool initialised = false;  // the run-time preparation is done; never reset
 };
 
+inline bool EditIsOpen(const ControlState& state) { return state.editRow >= 0 && state.editCol >= 0; }
+
 }  // namespace qvx::grid

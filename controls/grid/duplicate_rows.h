@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "common/text.h"
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 

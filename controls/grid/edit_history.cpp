@@ -1,30 +1,33 @@
 #include "controls/grid/edit_history.h"
 
 #include <algorithm>
+#include <iterator>
+#include <new>
 #include <utility>
 
 #include "controls/grid/lifecycle.h"
 
 namespace qvx::grid {
 
-EditHistory::EditHistory(flexgrid::Grid& grid, const Limits& limits)
+using flexgrid::Grid;
+using Reach = Grid::AllOrNothing::Reach;
+
+EditHistory::EditHistory(Grid& grid, const Limits& limits)
     : grid_(grid), limits_(limits), version_(grid.StructureVersion()) {}
 
-void EditHistory::Clear() {
+void EditHistory::Clear() noexcept {
     done_.clear();
     undone_.clear();
-    pending_ = {};
+    if (!fresh_.empty()) Pending() = {};
     characters_ = 0;
     version_ = grid_.StructureVersion();
+    broken_ = depth_ > 0;
 }
 
 // ---- Recording -----------------------------------------------------------------------------------------------------
 
 bool EditHistory::Follow() {
-    if (version_ != grid_.StructureVersion()) {
-        Clear();
-        broken_ = depth_ > 0;
-    }
+    if (version_ != grid_.StructureVersion()) Clear();
     return paused_ == 0 && !broken_;
 }
 
@@ -41,37 +44,56 @@ bool EditHistory::RowsHaveMoved(std::uint64_t before) {
 
 void EditHistory::Begin() {
     if (depth_ == 0) {
+        if (fresh_.empty()) fresh_.push_back(std::make_shared<EditStep>());
         Follow();
         broken_ = false;
     }
     ++depth_;
 }
 
-void EditHistory::End() {
+void EditHistory::End() noexcept {
     Follow();
     if (--depth_ > 0) return;
-    EditStep step = std::exchange(pending_, {});
-    if (std::exchange(broken_, false) || step.Empty()) return;
-    for (const Step& undone : undone_) characters_ -= undone->Characters();
+    if (std::exchange(broken_, false)) Pending() = {};
+    if (Pending().Empty()) return;
+    for (const auto& undone : undone_) characters_ -= undone->Characters();
     undone_.clear();
-    Push(done_, std::make_shared<const EditStep>(std::move(step)));
+    Push(done_, fresh_);
 }
 
-void EditHistory::CellChanged(std::uint64_t structure, int row, int col, flexgrid::CellView before, TextView after) {
-    const Group group(*this);
-    if (!Follow() || structure != version_ || before == after) return;
-    pending_.AddCell(row, col, before, after);
+EditHistory::WholeGroup::WholeGroup(EditHistory& history, Reach reach)
+    : history_(history), group_(history), version_(history.version_), whole_(std::in_place, history.grid_, reach) {}
+
+EditHistory::WholeGroup::~WholeGroup() {
+    if (!whole_) return;
+    whole_.reset();
+    if (history_.grid_.StructureVersion() != version_) return;  // not even taken back
+    history_.version_ = version_;
+    if (history_.depth_ == 1) history_.Pending() = {};  // a group around this one is given up as well
+}
+
+void EditHistory::CellChanged(std::uint64_t structure, int row, int col, TextView before,
+                              flexgrid::CellView after) noexcept {
+    try {
+        const Group group(*this);
+        if (!Follow() || structure != version_ || after == before) return;
+        Text scratch;
+        Pending().AddCell(row, col, flexgrid::CellView(before.data(), before.size()), after.AsWide(scratch));
+    } catch (const std::bad_alloc&) {
+        Clear();
+    }
 }
 
 void EditHistory::CellsChanged(std::uint64_t structure, int row, int col, const flexgrid::RowView& before,
                                std::span<const TextView> after) {
     const Group group(*this);
-    if (Follow() && structure == version_) pending_.AddCells(row, col, before, after);
+    if (Follow() && structure == version_) Pending().AddCells(row, col, before, after);
 }
 
-void EditHistory::Push(std::deque<Step>& stack, Step step) {
-    characters_ += step->Characters();
-    stack.push_back(std::move(step));
+// Moves the one step that a list holds.
+void EditHistory::Push(Steps& stack, Steps& step) noexcept {
+    characters_ += step.front()->Characters();
+    stack.splice(stack.end(), step);
     const auto tooMuch = [&] {
         const std::size_t steps = done_.size() + undone_.size();
         return steps > limits_.steps || (steps > 1 && characters_ > limits_.characters);
@@ -79,7 +101,7 @@ void EditHistory::Push(std::deque<Step>& stack, Step step) {
     while (tooMuch()) {
         // The oldest; when none is left to be taken back, the one that would be done again last. Never the new one.
         const std::size_t fresh = &stack == &done_ ? 1 : 0;
-        std::deque<Step>& oldest = done_.size() > fresh ? done_ : undone_;
+        Steps& oldest = done_.size() > fresh ? done_ : undone_;
         if (oldest.empty()) return;
         characters_ -= oldest.front()->Characters();
         oldest.pop_front();
@@ -88,35 +110,46 @@ void EditHistory::Push(std::deque<Step>& stack, Step step) {
 
 // ---- Undoing -------------------------------------------------------------------------------------------------------
 
-EditHistory::Step EditHistory::Move(std::deque<Step>& from, std::deque<Step>& to, ControlState& state) {
+EditHistory::Step EditHistory::Move(Steps& from, Steps& to, ControlState& state) {
     if (!Ready() || from.empty()) return nullptr;
-    const Step step = std::move(from.back());
-    from.pop_back();
+    Steps moved;
+    moved.splice(moved.end(), from, std::prev(from.end()));
+    const Step step = moved.front();
     characters_ -= step->Characters();
     const Pause pause(*this);
+    const std::uint64_t version = version_;
     bool intact = true;
     const auto go = [&] {
         intact = grid_.StructureVersion() == ++version_;
         return intact;
     };
-    Step made;
+    std::shared_ptr<EditStep> made;
+    EditStep::Place place;
     try {
-        made = std::make_shared<const EditStep>(step->Revert(grid_, go));
+        Grid::AllOrNothing whole(grid_, step->RowsChanged() ? Reach::all : Reach::texts);
+        made = std::make_shared<EditStep>(step->Revert(grid_, go));
+        place = made->FirstPlace();
+        if (made->RowsChanged() && place.row >= 0) RenumberFrom(grid_, state, std::max(place.row, 1));
+        whole.Commit();
     } catch (...) {
-        Clear();
+        version_ = version;
+        Push(from, moved);
         throw;
     }
     state.changed = true;
-    if (intact)
-        Push(to, made);
-    else
+    if (intact) {
+        moved.front() = made;
+        Push(to, moved);
+    } else {
         Clear();
-    const EditStep::Place place = made->FirstPlace();
-    if (place.row < 0) return made;
-    if (made->RowsChanged()) RenumberFrom(grid_, state, std::max(place.row, 1));
-    if (grid_.Rows() > 0 && grid_.Cols() > 0) {
+    }
+    if (place.row >= 0 && grid_.Rows() > 0 && grid_.Cols() > 0) {
         const int col = place.col >= 0 ? place.col : grid_.Col();
-        grid_.MoveTo(std::min(place.row, grid_.Rows() - 1), std::min(col, grid_.Cols() - 1));
+        try {
+            grid_.MoveTo(std::min(place.row, grid_.Rows() - 1), std::min(col, grid_.Cols() - 1));
+        } catch (const std::bad_alloc&) {
+            // The step is undone, and the current cell a convenience.
+        }
     }
     return made;
 }

@@ -144,6 +144,12 @@ void EditStep::AddCells(int row, int col, const flexgrid::RowView& before, std::
     }
 }
 
+void EditStep::ReserveChange() {
+    const auto reserve = [](auto& list) { list.reserve(list.size() == list.capacity() ? 2 * list.size() + 1 : 0); };
+    reserve(changes_);
+    reserve(kept_);
+}
+
 void EditStep::AddRowsInserted(int at, int count) {
     changes_.push_back({Kind::rowsInserted, at, 0, count, 0});
     rowsChanged_ = true;

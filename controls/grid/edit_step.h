@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "common/text.h"
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 
@@ -35,6 +35,8 @@ class EditStep {
     void AddCell(int row, int col, flexgrid::CellView before, TextView after);
     // Neighbouring cells of one row at once, from column `col` on; those whose text stays the same are left out.
     void AddCells(int row, int col, const flexgrid::RowView& before, std::span<const TextView> after);
+    // The next change of rows is added without any memory.
+    void ReserveChange();
     void AddRowsInserted(int at, int count);
     void AddRowsRemoved(int at, KeptRows rows);
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "common/text.h"
-#include "elements/combo/combo_object.h"
-#include "elements/combo/combo_window.h"
+#include "widgets/combo/combo_object.h"
+#include "widgets/combo/combo_window.h"
 #include "win/window.h"
 
 namespace qvx::grid {

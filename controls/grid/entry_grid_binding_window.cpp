@@ -3,6 +3,7 @@
 
 #include "common/number_text.h"
 #include "controls/grid/entry_grid_window.h"
+#include "win/queued_messages.h"
 
 namespace qvx::grid {
 namespace {
@@ -22,8 +23,9 @@ class Hidden {
 // The thread's windows are painted, but no input is taken. A window that never counts as painted must not hold this up.
 void AnswerPaints() {
     constexpr int most = 64;
+    QueuedMessages queue;
     MSG message;
-    for (int i = 0; i < most && PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE | PM_QS_PAINT); ++i)
+    for (int i = 0; i < most && queue.Take(message, nullptr, WM_PAINT, WM_PAINT, PM_QS_PAINT); ++i)
         DispatchMessageW(&message);
 }
 
@@ -33,33 +35,46 @@ long ToLong(std::int64_t number) {
 
 }  // namespace
 
+// Handlers of whatever this raises, and the records themselves, may ask for another set of records. That one is loaded
+// whole by then, and this one has nothing left to do.
 void EntryGrid::Bind(RecordSource& records) {
     const int binding = ++bindings_;
+    const auto wanted = [&] { return binding == bindings_; };
     CommitOpenEdit();
     state_.changed = false;
+    if (!wanted()) return;
+    // The rows go when nobody is told any more: a handler might fill the grid with others, which must not go.
+    if (Model().Row() > 0 && Model().Cols() > 0) ChangeRows([&] { Model().MoveTo(0, Model().Col()); });
+    if (!wanted()) {
+        const bool onHeader = Model().Row() < Model().FixedRows() && Model().FixedRows() < Model().Rows();
+        if (onHeader) Model().MoveTo(Model().FixedRows(), Model().Col());
+        return;
+    }
     ChangeRows([&] { Model().SetRows(1); });
+    if (!wanted()) return;
     const std::int64_t total = records.Count();
+    if (!wanted()) return;
     if (total != 0) {
         const Hidden hidden(window_->Handle());
         ProgressClock clock(GetTickCount64());
         ChangeRows([&] {
-            LoadRecords(Model(), state_, records,
-                        [&](std::int64_t loaded) { return GoOnBinding(binding, loaded, total, clock); });
+            LoadRecords(Model(), state_, records, wanted,
+                        [&](std::int64_t loaded) { return GoOnBinding(loaded, total, clock); });
         });
     } else {
         ChangeRows([&] { Model().SetRows(2); });
-        if (state_.autoRecordNumber) Model().SetTextMatrix(Model().FixedRows(), 0, IntegerToText(1));
+        if (wanted() && state_.autoRecordNumber) Model().SetTextMatrix(Model().FixedRows(), 0, IntegerToText(1));
     }
-    if (binding == bindings_) TellThatRowsChanged();
+    if (wanted()) TellThatRowsChanged();
 }
 
-bool EntryGrid::GoOnBinding(int binding, std::int64_t loaded, std::int64_t total, ProgressClock& clock) {
+bool EntryGrid::GoOnBinding(std::int64_t loaded, std::int64_t total, ProgressClock& clock) {
     bool cancel = false;
     if (clock.Due(GetTickCount64())) {
         events_.BindProgress(ToLong(loaded), ToLong(total), cancel);
         AnswerPaints();
     }
-    return !cancel && binding == bindings_;
+    return !cancel;
 }
 
 }  // namespace qvx::grid

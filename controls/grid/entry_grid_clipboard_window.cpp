@@ -1,4 +1,5 @@
 // Undo, redo and the clipboard of a grid for data entry: the editor's while it is open, else the grid's.
+#include "com/guard.h"
 #include "common/locale.h"
 #include "controls/grid/entry_grid_window.h"
 #include "win/clipboard.h"
@@ -23,10 +24,13 @@ void EntryGrid::StepInHistory(bool back) {
     }
     if (!(back ? history_.CanUndo() : history_.CanRedo())) return;
     EditHistory::Step step;
-    ChangeShownRows([&] { step = back ? history_.Undo(state_) : history_.Redo(state_); });
+    ChangeKeptRows([&] { step = back ? history_.Undo(state_) : history_.Redo(state_); });
     if (!step) return;
-    window_->ScrollIntoView(Model().Row(), Model().Col());
-    TellOfStep(Model(), state_, history_, *step, back, events_);
+    // The step is taken: what cannot be shown or told for want of memory is lost, rather than called a failure.
+    Contain([&] {
+        window_->ScrollIntoView(Model().Row(), Model().Col());
+        TellOfStep(Model(), state_, history_, *step, back, events_);
+    });
 }
 
 void EntryGrid::Copy() {

@@ -2,55 +2,63 @@
 #include <utility>
 
 #include "common/keys.h"
-#include "common/send_key.h"
 #include "common/text_direction.h"
 #include "controls/grid/entry_grid_window.h"
 #include "controls/grid/row_commands.h"
+#include "win/send_key.h"
 
 namespace qvx::grid {
 
-void EntryGrid::Go(const CellStep& step, short shift) {
-    switch (step.kind) {
-        case CellStep::Kind::Stay:
-            return;
-        case CellStep::Kind::Leave:
-            LeaveGrid((shift & keys::shiftMask) != 0);
-            return;
-        case CellStep::Kind::AddRow:
-            ChangeRows([this] { AppendRows(Model(), state_, history_, 1); });
-            break;
-        case CellStep::Kind::Move:
-            break;
-    }
+// What a Tab needs of the windows on its way.
+struct EntryGrid::TabWindows {
+    EntryGrid& grid;
+    bool EndEdit() { return grid.EndEdit(); }
+    void TellKeyDown(short& key, short& shift) { grid.events_.KeyDown(key, shift); }
+    bool HasFocus() const { return grid.HasFocus(); }
+};
+
+void EntryGrid::Go(const CellStep& step) {
+    if (step.kind == CellStep::Kind::Stay) return;
+    if (step.kind == CellStep::Kind::AddRow) ChangeRows([this] { AppendRows(Model(), state_, history_, 1); });
     if (step.row < Model().Rows() && step.col < Model().Cols()) Model().MoveTo(step.row, step.col);
     window_->ScrollIntoView(Model().Row(), Model().Col());
 }
 
-// Hosts that move the focus themselves were asked before (WantsKey); others have their windows in dialog order.
-void EntryGrid::LeaveGrid(bool backwards) {
+void EntryGrid::GoByTab(const PressedKey& tab) {
+    const CellStep step = StepOf(tab, Model(), state_);
+    if (step.kind == CellStep::Kind::Leave)
+        LeaveGrid(tab);
+    else
+        Go(step);
+}
+
+// Where the host does not move the focus, its windows may be in dialog order.
+void EntryGrid::LeaveGrid(const PressedKey& tab) {
+    if (!tab.declined && events_.MoveFocusOn(tab.Backwards())) return;
     const HWND control = events_.ControlWindow();
     const HWND top = GetAncestor(control, GA_ROOT);
-    const HWND next = top ? GetNextDlgTabItem(top, control, backwards) : nullptr;
+    const HWND next = top ? GetNextDlgTabItem(top, control, tab.Backwards()) : nullptr;
     if (next && next != control && !IsChild(control, next)) SetFocus(next);
+}
+
+bool EntryGrid::HasFocus() const {
+    const HWND focus = GetFocus();
+    return focus && (focus == window_->Handle() || (frame_ && frame_->Handle() && IsChild(frame_->Handle(), focus)));
 }
 
 void EntryGrid::KeyDown(short& keyCode, short& shift) {
     const auto keep = events_.KeepAlive();
-    dropCharacter_ = false;
-    if (std::exchange(dropNextKey_, false)) {
-        keyCode = 0;
-        return;
-    }
-    if (!std::exchange(keyAlreadyTold_, false)) events_.KeyDown(keyCode, shift);
-    if (keyCode == 0) {
-        dropCharacter_ = true;
-        return;
-    }
+    TabWindows windows{*this};
+    const PressedKey press = tabWay_.ArrivedAtGrid(keyCode, shift, windows);
+    keyCode = press.key;
+    shift = press.shift;
+    dropCharacter_ = keyCode == 0;
+    if (keyCode == 0) return;
     try {
         const GridKey action = DecideGridKey(keyCode, shift, Model(), state_);
         if (action == GridKey::PassOn) return;
         keyCode = 0;
-        UseGridKey(action, shift);
+        UseGridKey(action, press);
     } catch (...) {
         keyCode = 0;
         const RunTimeError error = CurrentError();
@@ -58,7 +66,7 @@ void EntryGrid::KeyDown(short& keyCode, short& shift) {
     }
 }
 
-void EntryGrid::UseGridKey(GridKey action, short shift) {
+void EntryGrid::UseGridKey(GridKey action, const PressedKey& press) {
     switch (action) {
         case GridKey::OpenEditor:
             OpenEditor();
@@ -67,7 +75,7 @@ void EntryGrid::UseGridKey(GridKey action, short shift) {
             TypeIntoCell({});
             break;
         case GridKey::InsertRow:
-            ChangeShownRows([this] { InsertRow(Model(), state_, history_); });
+            ChangeKeptRows([this] { InsertRow(Model(), state_, history_); });
             break;
         case GridKey::DeleteRow:
             DeleteSelectedRow();
@@ -86,20 +94,23 @@ void EntryGrid::UseGridKey(GridKey action, short shift) {
             break;
         case GridKey::EndEntry:
             // A key stroke, so that a host with an order of its own moves the focus by that.
-            nextTabLeaves_ = true;
+            tabWay_.EndEntry();
             SendKey(keys::tab, 0);
             break;
+        case GridKey::Tab:
+            GoByTab(press);
+            break;
         default:
-            if (const auto step = StepOf(action, Model(), state_)) Go(*step, shift);
+            if (const auto step = StepOf(action, Model(), state_)) Go(*step);
     }
 }
 
 void EntryGrid::DeleteSelectedRow() {
-    const bool yes = events_.Say(msgbox::messages::deleteRowPrompt, msgbox::messages::deleteRow);
+    const bool yes = events_.Say(dialogs::messages::deleteRowPrompt, dialogs::messages::deleteRow);
     window_->Refresh();
     if (!yes) return;
     int row = 0;
-    ChangeShownRows([&] { row = DeleteRow(Model(), state_, history_); });
+    ChangeKeptRows([&] { row = DeleteRow(Model(), state_, history_); });
     state_.changed = true;
     events_.OnDelete(row);
     TellThatRowsChanged();
@@ -132,9 +143,18 @@ void EntryGrid::TypeIntoCell(TextView typed) {
 
 void EntryGrid::ComboKeyDown(ComboWindow& combo, int& keyCode, int shift) {
     const auto keep = events_.KeepAlive();
+    if (keyCode == keys::tab) {
+        keyCode = 0;
+        TabWindows windows{*this};
+        const PressedKey press = tabWay_.ArrivedAtEditor(static_cast<short>(shift), state_, windows);
+        if (press.key != 0) GoByTab(press);
+        return;
+    }
+    // Handlers of Scroll may end the edit.
+    if (EditIsOpen() && BringsEditorBack(keyCode)) BringEditorIntoView();
     if (!EditIsOpen()) {
         // The edit ended while the key was on its way.
-        if (keyCode == keys::tab || keyCode == keys::enter || keyCode == keys::escape) keyCode = 0;
+        if (keyCode == keys::enter || keyCode == keys::escape) keyCode = 0;
         return;
     }
     const Text text = combo.GetText();
@@ -142,10 +162,10 @@ void EntryGrid::ComboKeyDown(ComboWindow& combo, int& keyCode, int shift) {
                       ReadsRightToLeft(text, Model().RightToLeft())};
     const bool list = frame_->IndexOf(combo) != freeTextEditor;
     const EditorKey action = DecideEditorKey(keyCode, shift, caret, list, state_);
-    if (action != EditorKey::PassOn) UseEditorKey(action, combo, keyCode, shift);
+    if (action != EditorKey::PassOn) UseEditorKey(action, combo, keyCode);
 }
 
-void EntryGrid::UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode, int shift) {
+void EntryGrid::UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode) {
     const int key = std::exchange(keyCode, 0);
     if (action == EditorKey::Nothing) return;
     if (action == EditorKey::Abandon) Abandon(combo);
@@ -153,31 +173,9 @@ void EntryGrid::UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode,
     // A handler that has moved the current cell has decided where to go on.
     if (!EndEdit()) return;
     if (action == EditorKey::CommitPage) SendMessageW(window_->Handle(), WM_KEYDOWN, static_cast<WPARAM>(key), 0);
-    if (const auto step = StepOf(action, Model(), state_)) Go(*step, static_cast<short>(shift));
+    if (const auto step = StepOf(action, Model(), state_)) Go(*step);
     // The pick list goes on showing what was typed, whatever the cell has made of it.
     if (key == keys::enter && !EditIsOpen()) combo.SetText(typed);
-}
-
-bool EntryGrid::TabLeaves(int shift) {
-    const auto step = [&] {
-        return (shift & keys::shiftMask) != 0 ? StepBack(Model(), state_) : StepForward(Model(), state_, true);
-    };
-    if (std::exchange(nextTabLeaves_, false)) return true;
-    const bool out = DecideGridKey(keys::tab, shift, Model(), state_) == GridKey::PassOut;
-    if (!out && step().kind != CellStep::Kind::Leave) return false;
-    if (EditIsOpen()) {
-        if (!EndEdit()) return false;
-        if (out || step().kind == CellStep::Kind::Leave) return true;
-        // The handlers have made room for another step.
-        Go(step(), static_cast<short>(shift));
-        return false;
-    }
-    short key = keys::tab;
-    auto bits = static_cast<short>(shift);
-    events_.KeyDown(key, bits);
-    dropNextKey_ = key == 0;
-    keyAlreadyTold_ = key != 0;
-    return key != 0;
 }
 
 bool EntryGrid::WantsKey(const MSG& message) {
@@ -186,7 +184,9 @@ bool EntryGrid::WantsKey(const MSG& message) {
     if (message.message != WM_KEYDOWN) return false;
     const auto key = static_cast<int>(message.wParam);
     const int shift = ShiftState();
-    return key == keys::tab ? !TabLeaves(shift) : KeepsKey(key, shift, EditIsOpen());
+    if (key != keys::tab) return KeepsKey(key, shift, EditIsOpen());
+    TabWindows windows{*this};
+    return tabWay_.Asked(shift, Model(), state_, windows);
 }
 
 }  // namespace qvx::grid

@@ -2,13 +2,12 @@
 
 #include "common/keys.h"
 #include "common/locale.h"
-#include "common/send_key.h"
 #include "common/text_direction.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/lifecycle.h"
-#include "controls/grid/projection.h"
-#include "controls/grid/row_commands.h"
+#include "controls/grid/row_operations.h"
 #include "win/dpi.h"
+#include "win/send_key.h"
 
 namespace qvx::grid {
 
@@ -65,9 +64,12 @@ class EntryGrid::Editor {
 };
 
 EntryGrid::EntryGrid(EntryGridEvents& events)
-    : events_(events), window_(std::make_unique<flexgrid::FlexGridWindow>()), history_(window_->Model()) {
+    : events_(events),
+      window_(std::make_unique<flexgrid::FlexGridWindow>()),
+      projection_(window_->Model(), state_),
+      history_(window_->Model()) {
     accessible_ = MakeAccessible();
-    automation_ = std::make_unique<flexgrid::GridAutomation>(*window_);
+    automation_ = std::make_unique<flexgrid::GridAutomation>(*window_, [this] { return events_.TellsEvents(); });
     window_->AddEvents(this);
     window_->Model().AddListener(this);
 }
@@ -93,6 +95,12 @@ void EntryGrid::AttachTo(HWND control) {
         GetClientRect(control, &client);
         window_->CreateIn(control, FromRECT(client));
     }
+}
+
+void EntryGrid::Detach() {
+    CommitOpenEdit();
+    if (frame_) frame_->Destroy();
+    window_->Destroy();
 }
 
 HWND EntryGrid::FocusWindow() const {
@@ -183,6 +191,11 @@ void EntryGrid::CommitOpenEdit() {
     if (EditIsOpen()) EndEdit();
 }
 
+void EntryGrid::RemoveAllRecords() {
+    CommitOpenEdit();
+    ChangeRows([this] { grid::RemoveAllRecords(Model(), state_, history_); });
+}
+
 void EntryGrid::Abandon(ComboWindow& combo) {
     Editor editor(*this, *frame_, combo);
     AbandonEdit(editor);
@@ -204,24 +217,13 @@ bool EntryGrid::EndEdit() {
 
 // ---- Mouse, scrolling, focus ---------------------------------------------------------------------------------------
 
-bool EntryGrid::OnCurrentCell() const {
-    const DWORD position = GetMessagePos();
-    RECT outer{};
-    GetWindowRect(window_->Handle(), &outer);
-    const Point pixels{static_cast<short>(LOWORD(position)) - static_cast<int>(outer.left),
-                       static_cast<short>(HIWORD(position)) - static_cast<int>(outer.top)};
-    const Dpi dpi = window_->Model().Metrics().Resolution();
-    return window_->CellTwips().Contains({PixelsToTwips(pixels.x, dpi.x), PixelsToTwips(pixels.y, dpi.y)});
-}
-
 std::shared_ptr<void> EntryGrid::Hold() { return std::make_shared<ComPtr<IUnknown>>(events_.KeepAlive()); }
 
 void EntryGrid::DblClick() {
     const auto keep = events_.KeepAlive();
+    const flexgrid::Hit pressed = window_->PressedCell();
     events_.DblClick();
-    const flexgrid::Grid& grid = Model();
-    const bool fixed = grid.Row() < grid.FixedRows() || grid.Col() < grid.FixedCols();
-    if (!fixed && OnCurrentCell()) OpenEditor();
+    if (MeansCurrentCell(pressed, Model())) OpenEditor();
 }
 
 void EntryGrid::MouseDown(short button, short shift, float x, float y) {
@@ -250,6 +252,11 @@ void EntryGrid::PlaceOverCell() {
     frame_->MoveTo({corner.x, corner.y, corner.x + size.width, corner.y + size.height});
 }
 
+void EntryGrid::BringEditorIntoView() {
+    if (state_.editRow < Model().Rows() && state_.editCol < Model().Cols())
+        window_->ScrollIntoView(state_.editRow, state_.editCol);
+}
+
 void EntryGrid::GotFocus() {
     const auto keep = events_.KeepAlive();
     events_.FocusMovesTo(GetFocus());
@@ -257,9 +264,7 @@ void EntryGrid::GotFocus() {
 
 void EntryGrid::LostFocus() {
     const auto keep = events_.KeepAlive();
-    keyAlreadyTold_ = false;
-    dropNextKey_ = false;
-    nextTabLeaves_ = false;
+    tabWay_.Forget();
     events_.FocusMovesTo(GetFocus());
 }
 
@@ -272,13 +277,13 @@ void EntryGrid::LeaveCell() {
     const auto keep = events_.KeepAlive();
     if (EditIsOpen() && !changingRows_ && !state_.editing && state_.committing == 0) EndEdit();
     events_.LeaveCell();
-    EndProjection(Model(), state_);
+    projection_.Leave();
 }
 
 void EntryGrid::EnterCell() {
     const auto keep = events_.KeepAlive();
     events_.EnterCell();
-    Project(Model(), state_);
+    projection_.Enter();
 }
 
 // ---- Combos --------------------------------------------------------------------------------------------------------
@@ -291,6 +296,12 @@ void EntryGrid::ComboChange(ComboWindow& combo) {
 void EntryGrid::ComboClick(ComboWindow& combo) {
     const auto keep = events_.KeepAlive();
     events_.ListClick(state_.editRow, state_.editCol, combo.GetText());
+}
+
+// The editor stays open on its cell, as in a spreadsheet, and may go out of sight with it.
+void EntryGrid::ComboWheel(ComboWindow&, UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto keep = events_.KeepAlive();
+    SendMessageW(window_->Handle(), message, wParam, lParam);
 }
 
 void EntryGrid::ComboGotFocus(ComboWindow&) {

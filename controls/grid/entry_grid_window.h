@@ -12,15 +12,16 @@
 #include "common/text.h"
 #include "controls/grid/binding.h"
 #include "controls/grid/cell_edit.h"
+#include "controls/grid/cell_step.h"
 #include "controls/grid/control_state.h"
 #include "controls/grid/edit_history.h"
 #include "controls/grid/editor_frame_window.h"
-#include "controls/grid/navigation.h"
 #include "controls/grid/paste.h"
 #include "controls/grid/projection.h"
-#include "elements/flexgrid/flexgrid_object.h"
-#include "elements/flexgrid/flexgrid_window.h"
-#include "forms/msgbox/messages.h"
+#include "controls/grid/tab_way.h"
+#include "dialogs/messages.h"
+#include "widgets/flexgrid/flexgrid_object.h"
+#include "widgets/flexgrid/flexgrid_window.h"
 
 namespace qvx::grid {
 
@@ -30,7 +31,7 @@ class EntryGridEvents {
     virtual ~EntryGridEvents() = default;
     virtual void BeforeCellChange(int row, int col, const Text& data, bool& cancel) = 0;
     virtual void AfterCellChange(int row, int col, const Text& oldData, const Text& newData, bool& cancel) = 0;
-    virtual void OnError(int number, const Text& description, bool& response) = 0;
+    virtual void OnError(int number, TextView description, bool& response) = 0;
     virtual void ListChange(int row, int col, const Text& data) = 0;
     virtual void ListClick(int row, int col, const Text& data) = 0;
     virtual void KeyDown(short& keyCode, short& shift) = 0;
@@ -45,18 +46,25 @@ class EntryGridEvents {
     virtual void RowColChange() = 0;
     virtual void SelChange() = 0;
     virtual void Scroll() = 0;
+    // Something that the inner grid shows has changed, by whomever. In the middle of the change, and as often as there
+    // are changes.
+    virtual void Invalidated() = 0;
     virtual void OnDelete(int row) = 0;
     // Whether anybody hears of all this.
     virtual bool Listens() = 0;
+    // Whether anybody may, of the inner grid's own events as well.
+    virtual bool TellsEvents() = 0;
     // Loaded records, and how many there are in all (-1: not known).
     virtual void BindProgress(long loaded, long total, bool& cancel) = 0;
     virtual void EnterCell() = 0;
     virtual void LeaveCell() = 0;
-    virtual void ReportError(int number, const Text& description) = 0;
+    virtual void ReportError(int number, TextView description) = 0;
     // A message to the user under the form's caption; true for OK and Yes.
-    virtual bool Say(TextView prompt, const msgbox::MessageKind& kind) = 0;
+    virtual bool Say(TextView prompt, const dialogs::MessageKind& kind) = 0;
     // The keyboard focus goes to that window (null: elsewhere).
     virtual void FocusMovesTo(HWND moving) = 0;
+    // Asks the host to move the focus on to the next or the previous control; false when it does not.
+    virtual bool MoveFocusOn(bool backwards) = 0;
     // The control's window, made when it is not there yet.
     virtual HWND ControlWindow() = 0;
     // What the grid is called for those who cannot see it.
@@ -80,8 +88,10 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     // The pick list of a column, with a reference for the caller: error 9 when it is none, 340 when it was not loaded.
     IDispatch* Lists(int col);
 
-    // Makes the inner windows in the control's. They go with it.
+    // Makes the inner windows in the control's. They go with it, or before it when it is used otherwise.
     void AttachTo(HWND control);
+    // An open edit is ended first.
+    void Detach();
     // Where the keyboard focus belongs: the open editor, else the inner grid.
     HWND FocusWindow() const;
     void Resize(Size pixels);
@@ -104,6 +114,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
         changingRows_ = before;
     }
 
+    void RemoveAllRecords();
     // Replaces the data rows by the records, one row each, while the inner grid is out of sight; without any record one
     // empty row is left. Errors come out, with the rows so far.
     void Bind(RecordSource& records);
@@ -118,19 +129,22 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void Cut();
     void Paste();
 
-    // Whether a key message that a host is about to use is the grid's. A Tab that leaves the grid is not; by then the
-    // edit it leaves is committed.
+    // Whether a key message that a host is about to use is the grid's. A Tab that leaves the grid is not.
     bool WantsKey(const MSG& message);
 
   private:
     class Editor;
     class AccessibleEditing;
+    struct TabWindows;
 
     // GridListener
+    void CellsMove() noexcept override { projection_.Hold(); }
+    void CellsMoved() noexcept override { projection_.Release(); }
     void LeaveCell() override;
     void EnterCell() override;
     void RowColChange() override { events_.RowColChange(); }
     void SelChange() override { events_.SelChange(); }
+    void Invalidated(flexgrid::GridChange, const flexgrid::CellRange&) override { events_.Invalidated(); }
     // GridWindowEvents
     std::shared_ptr<void> Hold() override;
     void Click() override { events_.Click(); }
@@ -149,6 +163,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void ComboChange(ComboWindow& combo) override;
     void ComboClick(ComboWindow& combo) override;
     void ComboKeyDown(ComboWindow& combo, int& keyCode, int shift) override;
+    void ComboWheel(ComboWindow& combo, UINT message, WPARAM wParam, LPARAM lParam) override;
     void ComboGotFocus(ComboWindow& combo) override;
     void ComboLostFocus(ComboWindow& combo) override;
 
@@ -161,19 +176,19 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     bool OpenEditor();
     void DressEditor(ComboWindow& combo);
     std::unique_ptr<flexgrid::AccessibleHost> MakeAccessible();
-    bool TabLeaves(int shift);
-    bool OnCurrentCell() const;
-    // Whether the current cell is drawn in the selection's colour.
     void Commit();
     // Commits, gives the focus back to the inner grid, and tells whether the current cell is where it was before.
     bool EndEdit();
     void Abandon(ComboWindow& combo);
-    void Go(const CellStep& step, short shift);
-    void LeaveGrid(bool backwards);
+    void Go(const CellStep& step);
+    void GoByTab(const PressedKey& tab);
+    void LeaveGrid(const PressedKey& tab);
+    bool HasFocus() const;
     void PlaceOverCell();
+    void BringEditorIntoView();
     static void LoadList(EditorFrame& frame, int col);
-    void UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode, int shift);
-    void UseGridKey(GridKey action, short shift);
+    void UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode);
+    void UseGridKey(GridKey action, const PressedKey& press);
     // Opens the editor with what was typed in place of the cell's text.
     void TypeIntoCell(TextView typed);
     void DeleteSelectedRow();
@@ -183,23 +198,18 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     // The edit field of the open edit; null when none is open.
     HWND OpenEditField() const;
     void WriteCells(const CellRectangle& rectangle);
-    // Runs a change of rows that moves the current cell's look along with them.
+    // A change whose rows the history keeps: without the current cell's look, which would come back with them.
     template <class Change>
-    void ChangeShownRows(Change change) {
-        EndProjection(Model(), state_);
-        try {
-            ChangeRows(change);
-        } catch (...) {
-            Project(Model(), state_);
-            throw;
-        }
-        Project(Model(), state_);
+    void ChangeKeptRows(Change change) {
+        const Projection::Held held(projection_);
+        ChangeRows(change);
     }
-    bool GoOnBinding(int binding, std::int64_t loaded, std::int64_t total, ProgressClock& clock);
+    bool GoOnBinding(std::int64_t loaded, std::int64_t total, ProgressClock& clock);
 
     EntryGridEvents& events_;
     ControlState state_;
     std::unique_ptr<flexgrid::FlexGridWindow> window_;
+    Projection projection_;
     EditHistory history_;
     std::unique_ptr<flexgrid::AccessibleHost> accessible_;
     std::unique_ptr<flexgrid::GridAutomation> automation_;
@@ -215,11 +225,9 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     std::map<int, Dress> dresses_;
     int editor_ = -1;  // the combo of the edit that is open
     bool changingRows_ = false;
-    int bindings_ = 0;             // counts Bind, so that one that was started by a handler ends those around it
-    bool nextTabLeaves_ = false;   // the Tab that is about to arrive ends the entry of rows
-    bool dropNextKey_ = false;     // the host has refused the key that is about to arrive
-    bool keyAlreadyTold_ = false;  // the host was told of the key that is about to arrive
-    bool dropCharacter_ = false;   // the host has refused the key that this character comes from
+    int bindings_ = 0;            // counts Bind, so that the one asked for last ends those around it
+    bool dropCharacter_ = false;  // the host has refused the key that this character comes from
+    TabWay tabWay_;
 };
 
 }  // namespace qvx::grid

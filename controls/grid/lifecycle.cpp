@@ -30,17 +30,21 @@ void Renumber(flexgrid::Grid& grid, const ControlState& state) { RenumberFrom(gr
 
 void RenumberFrom(flexgrid::Grid& grid, const ControlState& state, int first) {
     if (!state.autoRecordNumber) return;
+    flexgrid::Grid::AllOrNothing whole(grid, flexgrid::Grid::AllOrNothing::Reach::texts);
     for (int row = first; row < grid.Rows(); ++row) {
         const Text number = IntegerToText(row);
         // Most rows of a long grid have theirs already, and reading is quicker than writing.
         if (!(grid.Cell(row, 0) == TextView(number))) grid.SetTextMatrix(row, 0, number);
     }
+    whole.Commit();
 }
 
 void ApplyInVisibleColumns(flexgrid::Grid& grid, const ControlState& state) {
+    flexgrid::Grid::AllOrNothing whole(grid, flexgrid::Grid::AllOrNothing::Reach::all);
     grid.SetFormatString(grid.FormatString());
     for (int col = 0; col < grid.Cols(); ++col)
         if (IsListedColumn(grid, state.inVisibleColumns, col)) grid.SetColWidth(col, 0);
+    whole.Commit();
 }
 
 }  // namespace qvx::grid

@@ -5,7 +5,7 @@
 
 #include "common/text.h"
 #include "controls/grid/control_state.h"
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 

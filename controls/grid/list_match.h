@@ -2,7 +2,7 @@
 #pragma once
 
 #include "common/text.h"
-#include "elements/combo/completion.h"
+#include "widgets/combo/completion.h"
 
 namespace qvx::grid {
 

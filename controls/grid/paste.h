@@ -16,7 +16,7 @@
 #include "controls/grid/edit_history.h"
 #include "controls/grid/list_match.h"
 #include "controls/grid/row_commands.h"
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 
@@ -78,13 +78,15 @@ class CellWriter {
 
     // Writes the rectangle as far as it lies within the grid's columns, and within its rows or with AutoAddNew below
     // them: one step of the history. Every cell is treated as one that was typed: cleaned by its column, the host asked
-    // before and told afterwards. The grid counts as changed when a cell was reached. Raises the grid's errors.
+    // before and told afterwards. The grid counts as changed when a cell was reached. Raises the grid's errors: what
+    // the host was told of stays, and when nobody was told nothing has changed.
     void Write(const CellRectangle& rectangle);
 
   private:
     bool Exists(int row, int col) const { return row < grid_.Rows() && col < grid_.Cols(); }
     void WriteCell(int row, int col, TextView given);
-    void WriteRow(int row, int left, std::span<const TextView> given, const std::vector<ColumnRules>& rules);
+    // Whether a cell was reached.
+    bool WriteRow(int row, int left, std::span<const TextView> given, const std::vector<ColumnRules>& rules);
 
     flexgrid::Grid& grid_;
     ControlState& state_;
@@ -99,22 +101,30 @@ template <ChangeEvents Events>
 void CellWriter<Events>::Write(const CellRectangle& rectangle) {
     flexgrid::CellRange target = rectangle.Target();
     if (target.Empty()) return;
-    const EditHistory::Group group(history_);
-    if (target.bottom >= grid_.Rows() && state_.autoAddNew)
-        AppendRows(grid_, state_, history_, target.bottom - grid_.Rows() + 1);
-    const bool told = events_.Listens();
-    std::vector<ColumnRules> rules;
-    if (!told)
-        for (int col = 0; col < grid_.Cols(); ++col) rules.push_back(RulesOf(grid_, state_, col));
-    for (int row = target.top; row <= target.bottom && row < grid_.Rows(); ++row) {
-        std::span<const TextView> given = rectangle.Row(row);
-        if (!told) {
-            WriteRow(row, target.left, given, rules);
-            continue;
+    const bool appends = target.bottom >= grid_.Rows() && state_.autoAddNew;
+    const auto append = [&] {
+        if (appends) AppendRows(grid_, state_, history_, target.bottom - grid_.Rows() + 1);
+    };
+    if (events_.Listens()) {
+        const EditHistory::Group group(history_);
+        append();
+        for (int row = target.top; row <= target.bottom && row < grid_.Rows(); ++row) {
+            int col = target.left;
+            for (const TextView text : rectangle.Row(row)) WriteCell(row, col++, text);
         }
-        int col = target.left;
-        for (const TextView text : given) WriteCell(row, col++, text);
+        return;
     }
+    using Reach = flexgrid::Grid::AllOrNothing::Reach;
+    EditHistory::WholeGroup whole(history_, appends ? Reach::all : Reach::texts);
+    append();
+    std::vector<ColumnRules> rules;
+    rules.reserve(static_cast<std::size_t>(grid_.Cols()));
+    for (int col = 0; col < grid_.Cols(); ++col) rules.push_back(RulesOf(grid_, state_, col));
+    bool reached = false;
+    for (int row = target.top; row <= target.bottom && row < grid_.Rows(); ++row)
+        reached = WriteRow(row, target.left, rectangle.Row(row), rules) || reached;
+    whole.Commit();
+    state_.changed = state_.changed || reached;
 }
 
 template <ChangeEvents Events>
@@ -136,16 +146,17 @@ void CellWriter<Events>::WriteCell(int row, int col, TextView given) {
     if (state_.eventFlag)
         grid_.SetTextMatrix(row, col, oldText);
     else
-        history_.CellChanged(structure, row, col, oldText, grid_.TextMatrix(row, col));
+        history_.CellChanged(structure, row, col, oldText, grid_.Cell(row, col));
 }
 
 template <ChangeEvents Events>
-void CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> given,
+bool CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> given,
                                   const std::vector<ColumnRules>& rules) {
-    if (row < grid_.FixedRows()) return;
+    if (row < grid_.FixedRows()) return false;
     given = given.first(std::min(given.size(), static_cast<std::size_t>(grid_.Cols() - left)));
     cleaned_.resize(std::max(cleaned_.size(), given.size()));
     int first = left;
+    bool reached = false;
     texts_.clear();
     const auto writeRun = [&] {
         if (texts_.empty()) return;
@@ -153,7 +164,7 @@ void CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> g
             history_.CellsChanged(grid_.StructureVersion(), row, first, cells, texts_);
         });
         grid_.SetTexts(row, first, texts_);
-        state_.changed = true;
+        reached = true;
         texts_.clear();
     };
     for (std::size_t i = 0; i < given.size(); ++i) {
@@ -172,6 +183,7 @@ void CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> g
         texts_.push_back(text);
     }
     writeRun();
+    return reached;
 }
 
 // Tells the host of what undoing or redoing has done: a change of rows as a whole, or else cell after cell. It cannot

@@ -1,24 +1,49 @@
 #include "controls/grid/projection.h"
 
+#include <optional>
+
 namespace qvx::grid {
-namespace {
 
-bool Projects(const flexgrid::Grid& grid, const ControlState& state) {
-    return state.projectSelection && state.initialised && grid.Rows() > 0 && grid.Cols() > 0;
+bool Projection::OnDataCell() const {
+    return grid_.Row() >= grid_.FixedRows() && grid_.Row() < grid_.Rows() && grid_.Col() >= grid_.FixedCols() &&
+           grid_.Col() < grid_.Cols();
 }
 
-}  // namespace
-
-void Project(flexgrid::Grid& grid, const ControlState& state) {
-    if (!Projects(grid, state)) return;
-    grid.SetCellForeColor(grid.ForeColorSel());
-    if (state.projectionBold) grid.SetCellFontBold(true);
+void Projection::TakeBack() {
+    if (OnDataCell()) grid_.SetForeColorAndBoldOf(grid_.Row(), grid_.Col(), grid_.ForeColor(), false);
+    shown_ = false;
 }
 
-void EndProjection(flexgrid::Grid& grid, const ControlState& state) {
-    if (!Projects(grid, state)) return;
-    grid.SetCellFontBold(false);
-    grid.SetCellForeColor(grid.ForeColor());
+void Projection::Show() {
+    if (!state_.projectSelection || !state_.initialised || !OnDataCell()) return;
+    grid_.SetForeColorAndBoldOf(grid_.Row(), grid_.Col(), grid_.ForeColorSel(),
+                                state_.projectionBold ? std::optional(true) : std::nullopt);
+    shown_ = true;
+}
+
+void Projection::Leave() {
+    if (held_ == 0 && (shown_ || (state_.projectSelection && state_.initialised))) TakeBack();
+}
+
+void Projection::Enter() {
+    if (held_ == 0) Show();
+}
+
+// A look that there is no memory for is not worth the change of rows that it goes with.
+void Projection::Hold() noexcept {
+    if (held_++ > 0 || !shown_) return;
+    try {
+        TakeBack();
+    } catch (...) {
+    }
+}
+
+void Projection::Release() noexcept {
+    if (--held_ > 0) return;
+    try {
+        Show();
+    } catch (...) {
+    }
 }
 
 }  // namespace qvx::grid

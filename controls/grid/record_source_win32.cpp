@@ -196,8 +196,8 @@ class BlockReader final : public RecordSource {
 
     std::int64_t Position() override {
         Settle(true);
-        // Unknown positions are below 0 and the same for every record.
-        return block_ && position_ > 0 ? position_ + at_ : block_ ? position_ : set_->Position();
+        if (!block_) return set_->Position();
+        return IsKnown(position_) ? position_ + at_ : position_;
     }
 
     void AppendFields(Text& row) override {
@@ -233,11 +233,13 @@ class BlockReader final : public RecordSource {
     }
 
     // A block that cannot be had leaves its records to be read one by one up to the one that fails, provided that it
-    // has used none of them up.
+    // has used none of them up. A record set that does not say where it stands cannot tell, so a block of its is one
+    // record.
     std::optional<Variant> NextBlock() {
-        const auto before = KnownPosition();
+        const auto before = tells_ ? KnownPosition() : std::nullopt;
+        tells_ = before.has_value();
         try {
-            return set_->GetRows(blockSize);
+            return set_->GetRows(before ? blockSize : 1);
         } catch (const RunTimeError&) {
             if (!before || KnownPosition() != before) throw;
             return std::nullopt;
@@ -247,11 +249,14 @@ class BlockReader final : public RecordSource {
     std::optional<std::int64_t> KnownPosition() {
         try {
             const std::int64_t position = set_->Position();
-            return position > 0 ? std::optional(position) : std::nullopt;
+            return IsKnown(position) ? std::optional(position) : std::nullopt;
         } catch (const RunTimeError&) {
             return std::nullopt;
         }
     }
+
+    // Some count from 0. Unknown positions are below that, and the same for every record.
+    static bool IsKnown(std::int64_t position) { return position >= 0; }
 
     static constexpr int blockSize = 512;
 
@@ -261,6 +266,7 @@ class BlockReader final : public RecordSource {
     int at_ = 0;
     std::int64_t position_ = 0;
     bool inBlocks_ = true;
+    bool tells_ = true;  // where it stands, as far as is known
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "controls/grid/row_commands.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "common/number_text.h"
 #include "controls/grid/lifecycle.h"
@@ -8,29 +9,49 @@
 namespace qvx::grid {
 
 bool SelectionIsRow(const flexgrid::Grid& grid) {
-    return grid.Col() != grid.ColSel() && grid.Row() == grid.RowSel() && grid.Row() >= grid.FixedRows();
+    const flexgrid::CellRange selected = grid.Selection();
+    return selected.left != selected.right && selected.top == selected.bottom && selected.top >= grid.FixedRows();
 }
+
+namespace {
+
+// Makes a change of rows, after which they are numbered anew from row `first` on: both or neither.
+template <class Change>
+void ChangeNumbered(flexgrid::Grid& grid, const ControlState& state, EditHistory& history, int first, Change change) {
+    if (!state.autoRecordNumber) {
+        change();
+        return;
+    }
+    EditHistory::WholeGroup whole(history, flexgrid::Grid::AllOrNothing::Reach::all);
+    change();
+    RenumberFrom(grid, state, first);
+    whole.Commit();
+}
+
+}  // namespace
 
 void InsertRow(flexgrid::Grid& grid, const ControlState& state, EditHistory& history) {
     const int row = grid.Row();
-    history.InsertRows(row, 1, [&] { grid.AddItem(state.autoRecordNumber ? IntegerToText(row) : Text(), row); });
-    RenumberFrom(grid, state, row + 1);
+    ChangeNumbered(grid, state, history, row + 1, [&] {
+        history.InsertRows(row, 1, [&] { grid.AddItem(state.autoRecordNumber ? IntegerToText(row) : Text(), row); });
+    });
 }
 
 int DeleteRow(flexgrid::Grid& grid, const ControlState& state, EditHistory& history) {
     constexpr int lastDataRow = 1;
     const int row = grid.Row();
     if (grid.Rows() >= 3) {
-        history.RemoveRows(row, 1, [&] { grid.RemoveItem(row); });
-        Renumber(grid, state);
+        ChangeNumbered(grid, state, history, 1, [&] { history.RemoveRows(row, 1, [&] { grid.RemoveItem(row); }); });
         return row;
     }
-    const EditHistory::Group group(history);
-    for (int col = grid.FixedCols(); col < grid.Cols(); ++col) {
-        const Text before = grid.TextMatrix(lastDataRow, col);
-        grid.SetTextMatrix(lastDataRow, col, {});
-        history.CellChanged(grid.StructureVersion(), lastDataRow, col, before, {});
-    }
+    const int first = grid.FixedCols();
+    const std::vector<TextView> empty(static_cast<std::size_t>(std::max(grid.Cols() - first, 0)));
+    EditHistory::WholeGroup whole(history, flexgrid::Grid::AllOrNothing::Reach::texts);
+    grid.ForEachRow(lastDataRow, lastDataRow, [&](int, const flexgrid::RowView& cells) {
+        history.CellsChanged(grid.StructureVersion(), lastDataRow, first, cells, empty);
+    });
+    grid.SetTexts(lastDataRow, first, empty);
+    whole.Commit();
     return lastDataRow;
 }
 

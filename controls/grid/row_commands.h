@@ -5,12 +5,12 @@
 #include "common/text.h"
 #include "controls/grid/control_state.h"
 #include "controls/grid/edit_history.h"
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 
-// Whether the Delete key means the row: the selection spans columns and stays within one row that is not fixed. Else it
-// means the current cell.
+// Whether the Delete key means the row: what is highlighted spans columns and stays within one row that is not fixed,
+// as it always does while rows are selected whole (SelectionMode). Else it means the current cell.
 bool SelectionIsRow(const flexgrid::Grid& grid);
 
 // An empty row above the current one, which gets its number and moves those below on by one when rows are numbered. The

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "elements/flexgrid/cell_view.h"
-#include "elements/flexgrid/record.h"
+#include "widgets/flexgrid/cell_view.h"
+#include "widgets/flexgrid/record.h"
 
 namespace qvx::grid {
 

@@ -90,18 +90,23 @@ void RemoveEmptyRows(flexgrid::Grid& grid, const ControlState& state, bool byKey
     Trapped([&] { Renumber(grid, state); });
 }
 
-void RemoveAllRecords(flexgrid::Grid& grid, ControlState& state) {
-    grid.SetRows(grid.FixedRows() + 1);
+void RemoveAllRecords(flexgrid::Grid& grid, ControlState& state, EditHistory& history) {
+    flexgrid::Grid::AllOrNothing whole(grid, flexgrid::Grid::AllOrNothing::Reach::all);
+    grid.SetRows(grid.WantedFixedRows() + 1);
     ClearRow(grid, grid.FixedRows(), allColumns, {});
+    whole.Commit();
+    history.Clear();
     state.changed = false;
 }
 
 void ClearRow(flexgrid::Grid& grid, int row, TextView clearCols, TextView avoidCols) {
+    flexgrid::Grid::AllOrNothing whole(grid, flexgrid::Grid::AllOrNothing::Reach::texts);
     const bool listed = avoidCols.empty() && !EqualNoCase(clearCols, allColumns);
     for (int col = listed ? 0 : grid.FixedCols(); col < grid.Cols(); ++col) {
         if (IsListedColumn(grid, listed ? clearCols : avoidCols, col) != listed) continue;
         if (!grid.Cell(row, col).Empty()) grid.SetTextMatrix(row, col, {});
     }
+    whole.Commit();
 }
 
 }  // namespace qvx::grid

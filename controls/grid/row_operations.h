@@ -4,7 +4,8 @@
 
 #include "common/text.h"
 #include "controls/grid/control_state.h"
-#include "elements/flexgrid/grid.h"
+#include "controls/grid/edit_history.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 
@@ -14,8 +15,9 @@ namespace qvx::grid {
 // where all are empty the first of them stays. No error comes out; one keeps the rows that it is about.
 void RemoveEmptyRows(flexgrid::Grid& grid, const ControlState& state, bool byKeyColumn);
 
-// Leaves one data row, emptied but for its fixed columns, in a grid that counts as unchanged.
-void RemoveAllRecords(flexgrid::Grid& grid, ControlState& state);
+// Leaves one data row, emptied but for its fixed columns, in a grid that counts as unchanged. The history begins anew:
+// no record of before is there, even where the row is the same.
+void RemoveAllRecords(flexgrid::Grid& grid, ControlState& state, EditHistory& history);
 
 inline constexpr TextView allColumns = u"All";
 

@@ -6,12 +6,12 @@
 
 #include "controls/grid/cell_reading.h"
 #include "controls/grid/column_lists.h"
-#include "forms/msgbox/messages.h"
+#include "dialogs/messages.h"
 
 namespace qvx::grid {
 namespace {
 
-namespace messages = msgbox::messages;
+namespace messages = dialogs::messages;
 
 constexpr std::array<TextView, sign_rule::count> brokenRule{messages::lessThanZeroPrompt, messages::atMostZeroPrompt,
                                                             messages::greaterThanZeroPrompt,

@@ -6,10 +6,13 @@
 #include <utility>
 
 #include "com/variant.h"
+#include "common/flag_scope.h"
 #include "common/keys.h"
-#include "common/send_key.h"
-#include "forms/msgbox/show_message.h"
+#include "dialogs/show_message_dialog.h"
 #include "win/accessible.h"
+#include "win/dpi.h"
+#include "win/send_key.h"
+#include "win/thread_value.h"
 
 namespace qvx::textedit {
 namespace {
@@ -22,7 +25,7 @@ constexpr DISPID changeEvent = 1;
 
 // While a box takes the focus back. The one that loses it to that has been left for a moment only, and by no will of
 // the user's: were it checked too, two empty boxes would send the focus to and fro for ever.
-thread_local bool takingBack = false;
+[[gnu::section(".tls$")]] bool takingBack = false;
 
 }  // namespace
 
@@ -49,7 +52,7 @@ Text TextEditControl::AccessibleName() {
 
 void TextEditControl::OnResize(Size size) {
     // The text decides the height, the host the width.
-    RequestPixelSize({size.width, box_.NaturalHeight()});
+    RequestPixelSize({size.width, box_.NaturalHeight(WindowDpi(WindowHandle()))});
     box_.Resize(PixelSize());
 }
 
@@ -168,33 +171,37 @@ void TextEditControl::TextBoxLostFocus(HWND to) {
 // A user who looks at another window, a message box among them, has not left the box.
 bool TextEditControl::LeavesBy(HWND to) const {
     const HWND window = WindowHandle();
-    if (takingBack || !InPlaceActive() || !window || !to || to == window || IsChild(window, to)) return false;
+    if (OfThisThread(takingBack) || !InPlaceActive() || !window || !to || to == window || IsChild(window, to))
+        return false;
     return IsWindowVisible(window) && GetAncestor(to, GA_ROOT) == GetAncestor(window, GA_ROOT);
 }
 
 bool TextEditControl::MayLeave() {
-    if (!allowEmpty_ && IsEmptyEntry(box_.GetText())) return false;
-    if (rules_.dataType != data_type::none) NormaliseInPlace();
-    return true;
+    bool may = true;
+    // The focus goes even where the text cannot be brought into its form, as with negative places: it is left as it is.
+    Contain([&] {
+        may = allowEmpty_ || !IsEmptyEntry(box_.GetText());
+        if (may && rules_.dataType != data_type::none) NormaliseInPlace();
+    });
+    return may;
 }
 
 void TextEditControl::SayEmpty() {
     const auto keep = KeepAlive();
     {
         const DialogScope dialog(*this);
-        namespace messages = msgbox::messages;
-        msgbox::ShowMessage(WindowHandle(), messages::emptyValuePrompt, messages::emptyValue,
-                            Text(messages::emptyValueTitle));
+        namespace messages = dialogs::messages;
+        dialogs::ShowMessage(WindowHandle(), messages::emptyValuePrompt, messages::emptyValue,
+                             Text(messages::emptyValueTitle));
     }
     TakeFocusBack();
 }
 
 void TextEditControl::TakeFocusBack() {
     if (!InPlaceActive() || !box_.Window()) return;
-    const bool before = std::exchange(takingBack, true);
+    const FlagScope scope(OfThisThread(takingBack));
     TakeFocus();
     if (!HasFocus()) SetFocus(FocusWindow());
-    takingBack = before;
 }
 
 STDMETHODIMP TextEditControl::TranslateAccelerator(LPMSG message) {
@@ -202,13 +209,10 @@ STDMETHODIMP TextEditControl::TranslateAccelerator(LPMSG message) {
                         (ShiftState() & keys::controlMask) == 0 && box_.HasFocus();
     if (leaves) {
         const auto keep = KeepAlive();
-        bool refused = false;
-        const HRESULT result = Guard([&] {
-            refused = !MayLeave();
-            if (refused) SayEmpty();
-        });
-        if (refused) return S_OK;
-        if (FAILED(result)) return result;
+        if (!MayLeave()) {
+            Contain([&] { SayEmpty(); });
+            return S_OK;
+        }
     }
     return ControlBase::TranslateAccelerator(message);
 }

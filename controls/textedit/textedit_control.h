@@ -6,8 +6,8 @@
 #include "Qvx.h"
 #include "com/members.h"
 #include "controls/textedit/key_filter.h"
-#include "elements/textbox/text_box_object.h"
-#include "server/control.h"
+#include "kit/control.h"
+#include "widgets/textbox/text_box_object.h"
 
 namespace qvx::textedit {
 
@@ -79,6 +79,7 @@ class TextEditControl final : public Control<_TextEdit>, private TextBoxListener
     void OnWindowCreated(HWND window) override;
     void OnWindowGoing() override { box_.Destroy(); }
     std::optional<LRESULT> OnWindowMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    bool IsCovered() override { return box_.Window() != nullptr; }
     void OnResize(Size size) override;
     void OnAmbientChange(DISPID property) override;
     HWND FocusWindow() override;
@@ -107,7 +108,8 @@ class TextEditControl final : public Control<_TextEdit>, private TextBoxListener
     int Take(const KeyAnswer& answer);
     void NormaliseInPlace();
     void DataTypeChanged();
-    // The check before the focus goes: false when the text must not be left, else it is in its form afterwards.
+    // The check before the focus goes: false when the text must not be left, else it is in its form afterwards if it
+    // can be. Never fails.
     bool MayLeave();
     bool LeavesBy(HWND to) const;
     void SayEmpty();

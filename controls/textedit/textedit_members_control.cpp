@@ -1,10 +1,13 @@
 // The TextEdit control's members and what is kept of it.
 #include <olectl.h>
 
+#include <new>
+#include <utility>
+
 #include "com/bstr.h"
-#include "common/about_dialog.h"
 #include "controls/textedit/textedit_control.h"
-#include "server/resource.h"
+#include "dialogs/about_dialog.h"
+#include "kit/resource.h"
 
 namespace qvx::textedit {
 namespace {
@@ -110,19 +113,30 @@ STDMETHODIMP TextEditControl::put_Text(BSTR value) {
 STDMETHODIMP TextEditControl::put_DataType(dtaType value) {
     return Guard([&] {
         const auto keep = KeepAlive();
-        rules_.dataType = static_cast<std::int32_t>(value);
+        const std::int32_t before = std::exchange(rules_.dataType, static_cast<std::int32_t>(value));
         DataTypeChanged();
         Changed(u"DataType");
-        if (rules_.dataType != data_type::none) NormaliseInPlace();
+        try {
+            if (rules_.dataType != data_type::none) NormaliseInPlace();
+        } catch (const std::bad_alloc&) {
+            rules_.dataType = before;
+            DataTypeChanged();
+            throw;
+        }
     });
 }
 
 STDMETHODIMP TextEditControl::put_DecimalPlaces(short value) {
     return Guard([&] {
         const auto keep = KeepAlive();
-        decimalPlaces_ = value;
+        const std::int16_t before = std::exchange(decimalPlaces_, value);
         Changed(u"DecimalPlaces");
-        if (rules_.dataType == data_type::numerics) NormaliseInPlace();
+        try {
+            if (rules_.dataType == data_type::numerics) NormaliseInPlace();
+        } catch (const std::bad_alloc&) {
+            decimalPlaces_ = before;
+            throw;
+        }
     });
 }
 
@@ -130,7 +144,7 @@ STDMETHODIMP TextEditControl::put_DecimalPlaces(short value) {
 
 template <class Result, class Value>
 HRESULT TextEditControl::Get(Result* result, Value (TextBoxWindow::*member)() const) {
-    return Guard([&] { *Required(result) = ToHost<Result>((box_.*member)()); });
+    return Give(result, [&] { return (box_.*member)(); });
 }
 
 template <class Parameter, class Given>
@@ -188,57 +202,57 @@ STDMETHODIMP TextEditControl::put_Appearance(TextAppearance value) {
 }
 
 STDMETHODIMP TextEditControl::get_DataType(dtaType* result) {
-    return Guard([&] { *Required(result) = ToHost<dtaType>(rules_.dataType); });
+    return Give(result, [&] { return rules_.dataType; });
 }
 
 STDMETHODIMP TextEditControl::get_AllowEmpty(VARIANT_BOOL* result) {
-    return Guard([&] { *Required(result) = ToHost<VARIANT_BOOL>(allowEmpty_); });
+    return Give(result, [&] { return allowEmpty_; });
 }
 STDMETHODIMP TextEditControl::put_AllowEmpty(VARIANT_BOOL value) {
     return Put(u"AllowEmpty", [&] { allowEmpty_ = value != VARIANT_FALSE; });
 }
 
 STDMETHODIMP TextEditControl::get_UseEnterKey(VARIANT_BOOL* result) {
-    return Guard([&] { *Required(result) = ToHost<VARIANT_BOOL>(useEnterKey_); });
+    return Give(result, [&] { return useEnterKey_; });
 }
 STDMETHODIMP TextEditControl::put_UseEnterKey(VARIANT_BOOL value) {
     return Put(u"UseEnterKey", [&] { useEnterKey_ = value != VARIANT_FALSE; });
 }
 
 STDMETHODIMP TextEditControl::get_MinValue(double* result) {
-    return Guard([&] { *Required(result) = ToHost<double>(rules_.minValue); });
+    return Give(result, [&] { return rules_.minValue; });
 }
 STDMETHODIMP TextEditControl::put_MinValue(double value) {
     return Put(u"MinValue", [&] { rules_.minValue = value; });
 }
 
 STDMETHODIMP TextEditControl::get_MaxValue(double* result) {
-    return Guard([&] { *Required(result) = ToHost<double>(rules_.maxValue); });
+    return Give(result, [&] { return rules_.maxValue; });
 }
 STDMETHODIMP TextEditControl::put_MaxValue(double value) {
     return Put(u"MaxValue", [&] { rules_.maxValue = value; });
 }
 
 STDMETHODIMP TextEditControl::get_AutoSelection(VARIANT_BOOL* result) {
-    return Guard([&] { *Required(result) = ToHost<VARIANT_BOOL>(autoSelection_); });
+    return Give(result, [&] { return autoSelection_; });
 }
 STDMETHODIMP TextEditControl::put_AutoSelection(VARIANT_BOOL value) {
     return Put(u"AutoSelection", [&] { autoSelection_ = value != VARIANT_FALSE; });
 }
 
 STDMETHODIMP TextEditControl::get_DecimalPlaces(short* result) {
-    return Guard([&] { *Required(result) = ToHost<short>(decimalPlaces_); });
+    return Give(result, [&] { return decimalPlaces_; });
 }
 
 STDMETHODIMP TextEditControl::get_Boundaries(VARIANT_BOOL* result) {
-    return Guard([&] { *Required(result) = ToHost<VARIANT_BOOL>(rules_.boundaries); });
+    return Give(result, [&] { return rules_.boundaries; });
 }
 STDMETHODIMP TextEditControl::put_Boundaries(VARIANT_BOOL value) {
     return Put(u"Boundaries", [&] { rules_.boundaries = value != VARIANT_FALSE; });
 }
 
 STDMETHODIMP TextEditControl::get_Font(IFontDisp** result) {
-    return Guard([&] { *Required(result) = automation_.Font().Get(); });
+    return Give(result, [&] { return automation_.Font().Get(); });
 }
 STDMETHODIMP TextEditControl::put_Font(IFontDisp* value) {
     return Guard([&] { automation_.Font().Set(value, true); });
@@ -248,18 +262,15 @@ STDMETHODIMP TextEditControl::putref_Font(IFontDisp* value) {
 }
 
 STDMETHODIMP TextEditControl::get_TextBox(IDispatch** result) {
-    return Guard([&] {
-        *Required(result) = nullptr;
-        *result = automation_.Get();
-    });
+    return Give(result, [&] { return automation_.Get(); });
 }
 
 STDMETHODIMP TextEditControl::get_hDC(long* result) {
-    return Guard([&] { *Required(result) = DeviceContextNumber(); });
+    return Give(result, [&] { return DeviceContextNumber(); });
 }
 
 STDMETHODIMP TextEditControl::get_hWnd(long* result) {
-    return Guard([&] { *Required(result) = WindowNumber(); });
+    return Give(result, [&] { return WindowNumber(); });
 }
 
 STDMETHODIMP TextEditControl::ShowAbout() {

@@ -3,11 +3,11 @@
 
 #include <atomic>
 
-#include "common/about_box.h"
-#include "common/about_dialog.h"
+#include "dialogs/about_box.h"
+#include "dialogs/about_dialog.h"
 #include "tests/support/input.h"
 #include "win/dpi.h"
-#include "win/wide.h"
+#include "win/window_text.h"
 
 namespace qvx {
 namespace {
@@ -99,6 +99,17 @@ TEST_F(AboutBoxOnScreen, AnyKeyClosesIt) {
         EXPECT_TRUE(IsWindowEnabled(owner_));
         WaitFor([&] { return GetForegroundWindow() == owner_; }, 1000);
     }
+}
+
+TEST_F(AboutBoxOnScreen, AKeyHeldSinceBeforeDoesNotCloseIt) {
+    std::atomic<bool> stays{false};
+    ShowTo([&] {
+        const HWND about = InFront(L"QvxAbout");
+        test::RepeatAndRelease(about, VK_RETURN);
+        stays = about && IsWindow(about);
+        TypeKey(VK_RETURN);
+    });
+    EXPECT_TRUE(stays);
 }
 
 TEST_F(AboutBoxOnScreen, AClickOnTheFormClosesItOneOnALabelDoesNot) {

@@ -3,10 +3,10 @@
 
 #include <memory>
 
-#include "backup/password_source_win32.h"
-#include "backup/system_services_win32.h"
 #include "com/ado.h"
 #include "common/run_time_error.h"
+#include "controls/backup/password_source_win32.h"
+#include "controls/backup/system_services_win32.h"
 #include "tests/support/ado_server.h"
 #include "tests/support/files.h"
 #include "tests/support/narrow.h"

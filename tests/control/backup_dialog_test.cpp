@@ -7,11 +7,11 @@
 
 #include <atomic>
 
-#include "backup/backup_dialog.h"
-#include "backup/password_dialog.h"
 #include "com/bstr.h"
 #include "com/pointer.h"
 #include "common/run_time_error.h"
+#include "controls/backup/backup_dialog.h"
+#include "controls/backup/password_dialog.h"
 #include "tests/support/beep_count.h"
 #include "tests/support/form_window.h"
 #include "tests/support/input.h"
@@ -102,6 +102,7 @@ class BackupDialogOnScreen : public OnScreen {
             if (IsWindow(form)) PostMessageW(form, WM_CLOSE, 0, 0);
         });
         dialog.Run(owner_);
+        quit_ = test::TakeQuit();
         EXPECT_EQ(nullptr, dialog.Handle());
         EXPECT_TRUE(IsWindowEnabled(owner_));
         Settle();
@@ -112,6 +113,7 @@ class BackupDialogOnScreen : public OnScreen {
     std::function<void(FormState&)> run_;
     std::atomic<int> browsed_{0};
     std::atomic<int> ran_{0};
+    std::optional<int> quit_;  // what the loop outside hears
 };
 
 TEST_F(BackupDialogOnScreen, SaysWhatItIsFor) {
@@ -352,6 +354,19 @@ TEST_F(BackupDialogOnScreen, TakesNoInputMeanwhile) {
     });
 }
 
+// The dialog closes and the host's own loop hears of it, although what was typed meanwhile is dropped.
+TEST_F(BackupDialogOnScreen, TheProgramEndsMeanwhile) {
+    run_ = [](FormState&) { PostQuitMessage(42); };
+    bool closed = false;
+    With(Mode::backup, [&](const Parts& parts) {
+        TypeText(L"path");
+        TypeKey(VK_RETURN);
+        closed = WaitFor([&] { return !IsWindow(parts.form); }, 3000, false);
+    });
+    EXPECT_TRUE(closed);
+    EXPECT_EQ(quit_, 42);
+}
+
 TEST_F(BackupDialogOnScreen, ScreenReadersLearnWhatTheFieldsAre) {
     Text location;
     Text group;
@@ -427,6 +442,23 @@ TEST_F(PasswordPromptOnScreen, AcceptsThePassword) {
         TypeText(L"Secret");
         TypeKey(VK_RETURN);
     }));
+}
+
+TEST_F(PasswordPromptOnScreen, KeysHeldSinceBeforeTypeAndPressNothing) {
+    for (const int key : {static_cast<int>('X'), VK_RETURN, VK_SPACE}) {
+        int asked = 0;
+        const auto source = [&] {
+            ++asked;
+            return Secret();
+        };
+        EXPECT_TRUE(Ask(source, [&](HWND form) {
+            test::RepeatAndRelease(form, key);
+            EXPECT_EQ(L"", TextOf(test::ChildrenOf(form, L"EDIT").at(0))) << key;
+            TypeText(L"Secret");
+            TypeKey(VK_RETURN);
+        })) << key;
+        EXPECT_EQ(1, asked) << key;
+    }
 }
 
 TEST_F(PasswordPromptOnScreen, NullAcceptsAnything) {

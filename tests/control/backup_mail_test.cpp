@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "backup/system_services_win32.h"
 #include "common/run_time_error.h"
+#include "controls/backup/system_services_win32.h"
 #include "tests/support/fake_mail.h"
 #include "tests/support/narrow.h"
 
@@ -27,7 +27,7 @@ Failed Send(const Text& path = archive) {
         Services::SendMail(nullptr, {u"Database", path, path});
     } catch (const RunTimeError& error) {
         EXPECT_EQ(error.Description().find(u"Copies"), Text::npos) << Narrow(error.Description());
-        return {error.Number(), error.Description()};
+        return {error.Number(), Text(error.Description())};
     }
     return {};
 }

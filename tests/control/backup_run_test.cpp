@@ -6,17 +6,19 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "backup/names.h"
-#include "backup/password_source_win32.h"
-#include "backup/procedure.h"
-#include "backup/system_environment_win32.h"
 #include "com/late_bound.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "common/number_text.h"
 #include "common/run_time_error.h"
+#include "controls/backup/backup_names.h"
+#include "controls/backup/password_source_win32.h"
+#include "controls/backup/procedure.h"
+#include "controls/backup/set_aside.h"
+#include "controls/backup/system_environment_win32.h"
 #include "tests/support/ado_server.h"
 #include "tests/support/fake_mail.h"
 #include "tests/support/files.h"
@@ -37,6 +39,8 @@ class Computer final : public backup::SystemEnvironment {
     Text typed = u"Sesame";
     bool shortNames = true;  // whether the volume keeps them
     std::function<void()> whenArchiverEnds;
+    std::optional<backup::DriveKind> drive;  // of another kind than it is
+    std::optional<std::uint64_t> freeSpace;  // less than there is
 
     std::string Said() const {
         std::string all;
@@ -45,7 +49,7 @@ class Computer final : public backup::SystemEnvironment {
     }
 
     void Refresh(const FormState&) override {}
-    bool ShowMessage(TextView prompt, const msgbox::MessageKind& kind, const std::optional<Text>& title) override {
+    bool ShowMessage(TextView prompt, const dialogs::MessageKind& kind, const std::optional<Text>& title) override {
         std::string line = Narrow(prompt);
         std::replace(line.begin(), line.end(), '\r', '|');
         said.push_back(Narrow(title.value_or(u"-")) + ": " + line + " (" + std::to_string(kind.buttons) + ", " +
@@ -65,6 +69,12 @@ class Computer final : public backup::SystemEnvironment {
     Text ShortPath(TextView file) override {
         const Text shortPath = SystemEnvironment::ShortPath(file);
         return shortNames ? shortPath : Text(file);
+    }
+    backup::DriveKind DriveTypeOf(TextView path) override {
+        return drive ? *drive : SystemEnvironment::DriveTypeOf(path);
+    }
+    std::optional<std::uint64_t> FreeSpace(TextView path) override {
+        return freeSpace ? freeSpace : SystemEnvironment::FreeSpace(path);
     }
     void StartArchiver(TextView commandLine) override {
         commands.emplace_back(commandLine);
@@ -287,6 +297,55 @@ TEST_F(BackupRun, WhatIsInABackupsWayLeavesTheOldArchive) {
     EXPECT_EQ(Run(Mode::backup, archive_), "Completed Successfully.");
     EXPECT_EQ(Read(archive_).substr(0, 2), "PK");
     EXPECT_EQ(FilesIn(copies_).size(), 1u);
+}
+
+TEST_F(BackupRun, AFullDiskIsWrittenOver) {
+    const std::string old(100'000, 'o');
+    for (const auto drive : {backup::DriveKind::removable, backup::DriveKind::other}) {
+        computer_.drive = drive;
+        computer_.freeSpace = 0;
+        Write(archive_, old);
+        bool oldIsGone = false;
+        computer_.whenArchiverEnds = [&] { oldIsGone = FilesIn(copies_).size() == 1; };
+        EXPECT_EQ(Run(Mode::backup, archive_), "Completed Successfully.");
+        EXPECT_TRUE(oldIsGone);
+        EXPECT_EQ(Read(archive_).substr(0, 2), "PK");
+        // Not for an archive that would not fit even then.
+        Write(archive_, "the old archive");
+        EXPECT_EQ(Run(Mode::backup, archive_), "Not Completed Successfully.");
+        EXPECT_EQ(computer_.said.back(), "error 61: Disk full");
+        EXPECT_EQ(Read(archive_), "the old archive");
+    }
+}
+
+TEST_F(BackupRun, AnArchiverThatLeavesNoneIsTold) {
+    Write(archive_, "the old archive");
+    const OpenElsewhere held(live_, GENERIC_READ | GENERIC_WRITE, 0);
+    EXPECT_EQ(
+        Run(Mode::backup, archive_),
+        "Completed Successfully. The archiver ended with exit code 4. The previous archive is back in its place.");
+    EXPECT_EQ(computer_.said.back(), "error 53: The archiver has left no archive.");
+    EXPECT_EQ(Read(archive_), "the old archive");
+    EXPECT_EQ(FilesIn(copies_).size(), 1u);
+}
+
+// As if the program had ended while the archiver was at work.
+TEST_F(BackupRun, AnInterruptedBackupIsMadeGood) {
+    EXPECT_EQ(Run(Mode::backup, archive_), "Completed Successfully.");
+    ASSERT_TRUE(MoveFileW(Wide(archive_), Wide(backup::SetAsideName(archive_, 1))));
+    settings_.checkSecurity = false;
+    EXPECT_EQ(Run(Mode::restore, archive_),
+              "Completed Successfully. A backup to this place was cut short; the archive before it was taken.");
+    EXPECT_TRUE(Read(live_) == saved_);
+    // What only looks a little like the leftovers is the user's.
+    Write(archive_ + u".old", "own");
+    Write(live_ + u".new", "own");
+    EXPECT_EQ(Run(Mode::backup, archive_), "Completed Successfully.");
+    EXPECT_EQ(computer_.said.size(), 1u) << "no question before the old archive is written over";
+    EXPECT_EQ(Run(Mode::restore, archive_), "Completed Successfully.");
+    EXPECT_EQ(FilesIn(copies_).size(), 2u);
+    EXPECT_EQ(FilesIn(settings_.dataPath).size(), 2u);
+    EXPECT_EQ(Read(archive_ + u".old") + Read(live_ + u".new"), "ownown");
 }
 
 // A disk on which the file that is written next has room for so many bytes only.

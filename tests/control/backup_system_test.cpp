@@ -1,5 +1,5 @@
 // The backup's steps on the system: files, folders, drives, archivers, databases and mail as they are there.
-#include "backup/system_services_win32.h"
+#include "controls/backup/system_services_win32.h"
 
 #include <windows.h>
 
@@ -8,13 +8,15 @@
 #include <sddl.h>
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "common/number_text.h"
 #include "common/run_time_error.h"
+#include "controls/backup/backup_names.h"
 #include "tests/support/files.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/narrow.h"
@@ -30,7 +32,7 @@ int Failure(const std::function<void()>& work) {
     try {
         work();
     } catch (const RunTimeError& error) {
-        const Text& words = error.Description();
+        const TextView words = error.Description();
         EXPECT_FALSE(words.empty());
         EXPECT_EQ(words.find(u"secret"), Text::npos) << Narrow(words);
         EXPECT_EQ(words.find(u'\\'), Text::npos) << Narrow(words);
@@ -96,18 +98,13 @@ TEST_F(Files, FailuresHaveTheNumbersThatHostsKnow) {
         {"rename to a name taken", [&] { Services::RenameFile(In(u"a"), In(u"b")); }, {58}},
         {"rename read-only", [&] { Services::RenameFile(In(u"fixed"), In(u"c")); }, {75}},
         {"rename what is in use", [&] { Services::RenameFile(In(u"held"), In(u"c")); }, {70}},
-        {"copy none", [&] { Services::CopyFile(In(u"none"), In(u"c")); }, {53}},
-        {"copy into no folder", [&] { Services::CopyFile(In(u"a"), In(u"no\\c")); }, {76}},
-        {"copy over read-only", [&] { Services::CopyFile(In(u"a"), In(u"fixed")); }, {75}},
-        {"copy over what is in use", [&] { Services::CopyFile(In(u"a"), In(u"held")); }, {70}},
-        {"copy onto itself", [&] { Services::CopyFile(In(u"a"), In(u"A")); }, {70}},
-        {"copy a folder", [&] { Services::CopyFile(In(u"folder"), In(u"c")); }, {75}},
         {"replace by none", [&] { Services::ReplaceFile(In(u"none"), In(u"c")); }, {53}},
         {"replace by none what is there", [&] { Services::ReplaceFile(In(u"none"), In(u"b")); }, {53}},
         {"replace in no folder", [&] { Services::ReplaceFile(In(u"a"), In(u"no\\c")); }, {76}},
         {"replace read-only", [&] { Services::ReplaceFile(In(u"a"), In(u"fixed")); }, {75}},
         {"replace what is in use", [&] { Services::ReplaceFile(In(u"a"), In(u"held")); }, {70}},
         {"replace a folder", [&] { Services::ReplaceFile(In(u"a"), In(u"folder")); }, {70, 75}},
+        {"replace by a folder", [&] { Services::ReplaceFile(In(u"folder"), In(u"c")); }, {75}},
         {"the short path of none", [&] { Services::ShortPath(In(u"none")); }, {53}},
         {"the short path of a folder", [&] { Services::ShortPath(root_); }, {53}},
         {"empty no folder", [&] { Services::DeleteFiles(In(u"no\\")); }, {}},
@@ -121,6 +118,9 @@ TEST_F(Files, FailuresHaveTheNumbersThatHostsKnow) {
         EXPECT_TRUE(expected) << c.what << " failed with " << number;
     }
     EXPECT_FALSE(IsThere(In(u"c")));
+    for (const TextView name : {u"b", u"c", u"fixed", u"held", u"folder"}) {
+        EXPECT_FALSE(IsThere(In(backup::ArrivingName(name)))) << Narrow(name);
+    }
     const struct {
         const char16_t* name;
         const char* content;
@@ -162,14 +162,17 @@ BOOL WINAPI NoRoomInTheEnd(HANDLE) {
     return FALSE;
 }
 
-TEST_F(Files, ACopyIsThereOnlyOnceItIsOnTheDisk) {
+TEST_F(Files, AReplacementIsThereOnlyOnceItIsOnTheDisk) {
     Write(In(u"from"), "content");
+    Write(In(u"to"), "old");
     const ImportPatch full(GetModuleHandleW(nullptr), "FlushFileBuffers", reinterpret_cast<void*>(&NoRoomInTheEnd));
     ASSERT_TRUE(full.Found());
-    EXPECT_EQ(Failure([&] { Services::CopyFile(In(u"from"), In(u"to")); }), 61);
+    EXPECT_EQ(Failure([&] { Services::ReplaceFile(In(u"from"), In(u"to")); }), 61);
+    EXPECT_EQ(Read(In(u"to")), "old");
+    EXPECT_FALSE(IsThere(In(backup::ArrivingName(u"to"))));
 }
 
-TEST_F(Files, ACopyHasTheBytesAndTheTimeAndCanBeWrittenOver) {
+TEST_F(Files, AReplacementHasTheBytesAndTheTimeAndCanBeReplaced) {
     std::string content(3 * 1024 * 1024 + 17, '\0');
     for (std::size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 31 >> 3);
     Write(In(u"from"), content);
@@ -190,29 +193,32 @@ TEST_F(Files, ACopyHasTheBytesAndTheTimeAndCanBeWrittenOver) {
     // Whoever else has the source open, and however, is no hindrance.
     const OpenElsewhere reader(In(u"from"), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
     for (const TextView name : {u"to", u"new", u"to"}) {
-        Services::CopyFile(In(u"from"), In(name));
+        Services::ReplaceFile(In(u"from"), In(name));
         EXPECT_TRUE(Read(In(name)) == content) << Narrow(name);
         WIN32_FILE_ATTRIBUTE_DATA data{};
         EXPECT_TRUE(GetFileAttributesExW(Wide(In(name)), GetFileExInfoStandard, &data));
         EXPECT_EQ(CompareFileTime(&data.ftLastWriteTime, &written), 0) << Narrow(name);
         EXPECT_FALSE(data.dwFileAttributes & FILE_ATTRIBUTE_READONLY) << Narrow(name);
-        EXPECT_TRUE(data.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) << Narrow(name);
+        // What takes nobody's place has nobody's attributes but those of its source.
+        EXPECT_EQ((data.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) != 0, name == u"new") << Narrow(name);
     }
     // And nothing is kept open.
     EXPECT_TRUE(DeleteFileW(Wide(In(u"to"))));
 }
 
 TEST_F(Files, AReplacementTakesThePlaceOfAFileOrOfNone) {
+    // Of a run that was interrupted.
+    Write(In(backup::ArrivingName(u"a.db")), "half of it");
     Write(In(u"new"), "the new one");
     Services::ReplaceFile(In(u"new"), In(u"a.db"));
     EXPECT_EQ(Read(In(u"a.db")), "the new one");
-    EXPECT_FALSE(IsThere(In(u"new")));
+    EXPECT_FALSE(IsThere(In(backup::ArrivingName(u"a.db"))));
 
     Write(In(u"new"), "a newer one");
     SetFileAttributesW(Wide(In(u"a.db")), FILE_ATTRIBUTE_HIDDEN);
     Services::ReplaceFile(In(u"new"), In(u"a.db"));
     EXPECT_EQ(Read(In(u"a.db")), "a newer one");
-    EXPECT_FALSE(IsThere(In(u"new")));
+    EXPECT_EQ(Read(In(u"new")), "a newer one") << "a copy takes its place";
     EXPECT_TRUE(GetFileAttributesW(Wide(In(u"a.db"))) & FILE_ATTRIBUTE_HIDDEN);
 }
 
@@ -248,17 +254,48 @@ TEST_F(Files, AReplacementKeepsThePermissionsOfTheOldFile) {
     EXPECT_EQ(Narrow(Permissions(In(u"a.db"))), Narrow(before));
 }
 
+// A share whose server lets nobody set permissions, or has none.
+DWORD settingPermissions = 0;
+UINT driveOfAll = 0;
+DWORD WINAPI RefusePermissions(LPWSTR, SE_OBJECT_TYPE, SECURITY_INFORMATION, PSID, PSID, PACL, PACL) {
+    return settingPermissions;
+}
+UINT WINAPI TellDrive(LPCWSTR) { return driveOfAll; }
+
+TEST_F(Files, AReplacementNeedsNoPermissionsWhereNobodyCanSetThem) {
+    const struct {
+        DWORD refusal;
+        UINT drive;
+        int error;
+    } cases[] = {{ERROR_ACCESS_DENIED, DRIVE_FIXED, 75},
+                 {ERROR_ACCESS_DENIED, DRIVE_REMOTE, 0},
+                 {ERROR_NOT_SUPPORTED, DRIVE_FIXED, 0},
+                 {ERROR_NOT_ENOUGH_MEMORY, DRIVE_REMOTE, 7}};
+    const ImportPatch setting(GetModuleHandleW(nullptr), "SetNamedSecurityInfoW",
+                              reinterpret_cast<void*>(&RefusePermissions));
+    const ImportPatch drive(GetModuleHandleW(nullptr), "GetDriveTypeW", reinterpret_cast<void*>(&TellDrive));
+    ASSERT_TRUE(setting.Found() && drive.Found());
+    for (const auto& c : cases) {
+        Write(In(u"a.db"), "old");
+        Write(In(u"new"), "new");
+        settingPermissions = c.refusal;
+        driveOfAll = c.drive;
+        EXPECT_EQ(Failure([&] { Services::ReplaceFile(In(u"new"), In(u"a.db")); }), c.error) << c.refusal;
+        EXPECT_EQ(Read(In(u"a.db")), c.error == 0 ? "new" : "old") << c.refusal;
+    }
+}
+
 TEST_F(Files, PathsLongerThanTheSystemsOldLimitWork) {
     Text folder = root_;
     for (int i = 0; i < 3; ++i) {
-        folder += Text(100, static_cast<char16_t>(u'a' + i)) + u'\\';
+        folder.append(100, static_cast<char16_t>(u'a' + i)).append(1, u'\\');
         ASSERT_TRUE(CreateDirectoryW(Wide(u"\\\\?\\" + folder), nullptr)) << GetLastError();
     }
     Services::CreateEmptyFile(folder + u"empty");
     EXPECT_EQ(Services::FileSize(folder + u"empty"), 0u);
     Write(In(u"short"), "content");
-    Services::CopyFile(In(u"short"), folder + u"arriving.new");
-    Services::ReplaceFile(folder + u"arriving.new", folder + u"a.db");
+    Services::ReplaceFile(In(u"short"), folder + u"a.db");
+    Services::ReplaceFile(In(u"short"), folder + u"a.db");
     Services::RenameFile(folder + u"a.db", folder + u"b.db");
     EXPECT_EQ(Services::FileSize(folder + u"b.db"), 7u);
     EXPECT_EQ(Services::FirstFile(folder, u".db"), u"b.db");
@@ -341,6 +378,28 @@ TEST_F(Files, AFolderIsTheSameHoweverItIsSpelled) {
     SetCurrentDirectoryW(before);
 }
 
+// A server that has no numbers for its folders.
+BOOL WINAPI NoNumber(HANDLE folder, LPBY_HANDLE_FILE_INFORMATION data) {
+    *data = {};
+    data->dwFileAttributes = GetFileType(folder) == FILE_TYPE_DISK ? FILE_ATTRIBUTE_DIRECTORY : 0;
+    return TRUE;
+}
+BOOL WINAPI NoLongNumber(HANDLE, FILE_INFO_BY_HANDLE_CLASS, LPVOID number, DWORD size) {
+    std::memset(number, 0, size);
+    return TRUE;
+}
+
+TEST_F(Files, FoldersWithoutNumbersAreToldApartByTheirPaths) {
+    CreateDirectoryW(Wide(In(u"one")), nullptr);
+    CreateDirectoryW(Wide(In(u"two")), nullptr);
+    const HMODULE self = GetModuleHandleW(nullptr);
+    const ImportPatch number(self, "GetFileInformationByHandle", reinterpret_cast<void*>(&NoNumber));
+    const ImportPatch longNumber(self, "GetFileInformationByHandleEx", reinterpret_cast<void*>(&NoLongNumber));
+    ASSERT_TRUE(number.Found() && longNumber.Found());
+    EXPECT_FALSE(Services::SameFolder(In(u"one\\"), In(u"two\\")));
+    EXPECT_TRUE(Services::SameFolder(In(u"one\\"), In(u"two\\..\\ONE")));
+}
+
 // ---- Names and drives ----------------------------------------------------------------------------------------------
 
 TEST_F(Files, AShortPathLeadsToTheFile) {
@@ -355,6 +414,17 @@ TEST(BackupDrives, AreToldByAnyPathOnThem) {
         EXPECT_EQ(Services::DriveTypeOf(path), DriveKind::other) << Narrow(path);
     }
     EXPECT_EQ(Failure([] { Services::DriveTypeOf(u"Q:\\secret\\x"); }), 68);
+}
+
+TEST_F(Files, TheFreeSpaceIsThatOfTheFolderAPathIsIn) {
+    ULARGE_INTEGER free{};
+    ASSERT_TRUE(GetDiskFreeSpaceExW(Wide(root_), &free, nullptr, nullptr));
+    const auto told = Services::FreeSpace(In(u"no such.file"));
+    ASSERT_TRUE(told);
+    // Others write to the disk meanwhile.
+    EXPECT_NEAR(static_cast<double>(*told), static_cast<double>(free.QuadPart), 1e9);
+    EXPECT_EQ(Services::FreeSpace(u"Q:\\secret\\x"), std::nullopt);
+    EXPECT_EQ(Services::FreeSpace(In(u"no such\\folder.file")), std::nullopt);
 }
 
 TEST(BackupDrives, ChangingTheDriveGoesToItsCurrentFolder) {

@@ -9,12 +9,13 @@
 #include <cstdlib>
 
 #include "Qvx.h"
-#include "controls/buttons/button_face.h"
 #include "controls/buttons/rbutton_face.h"
 #include "tests/control/golden.h"
 #include "tests/control/push_button_form.h"
 #include "tests/support/drawn_picture.h"
 #include "tests/support/png_file.h"
+#include "tests/support/source_folder.h"
+#include "widgets/button/button_face.h"
 #include "win/gdi_surface.h"
 #include "win/handles.h"
 
@@ -107,7 +108,7 @@ PixelPicture Cell(const PixelPicture& sheet, int row, State state, int dpi) {
 }
 
 std::wstring SheetPath(int dpi) {
-    const std::string source = QVX_SOURCE_DIR;
+    const std::string source = sourceFolder;
     const std::wstring folder(source.begin(), source.end());
     const bool hasDrive = folder.size() > 1 && folder[1] == L':';
     return (hasDrive ? folder : L"Z:" + folder) + L"/tests/control/golden/buttons-" + std::to_wstring(dpi) + L".png";

@@ -1,4 +1,4 @@
-// Record sets into a ComboGrid, and the whole grid checked, as a host does both.
+// Record sets into a ComboGrid, as a host binds them.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -7,8 +7,11 @@
 #include "com/late_bound.h"
 #include "com/safearray.h"
 #include "tests/control/combogrid_form.h"
+#include "tests/support/dialog_closer.h"
+#include "tests/support/input.h"
 #include "tests/support/message_box.h"
 #include "tests/support/narrow.h"
+#include "tests/support/server_allocations.h"
 
 namespace qvx::test {
 namespace {
@@ -47,13 +50,16 @@ class ScriptRecords final : public ComObject<IDispatch> {
     std::vector<std::vector<Variant>> records;
     long counted = -2;  // what RecordCount says; -2: how many there are
     bool hasCount = true;
-    bool hasRows = false;       // GetRows is there
-    size_t failsAt = SIZE_MAX;  // reading that record fails
-    HRESULT closed = S_OK;      // what everything fails with
-    bool slow = false;          // a block takes a while
+    bool hasRows = false;                // GetRows is there
+    bool hasPosition = true;             // AbsolutePosition is there
+    bool losesBlock = false;             // records of a block that fails are used up
+    std::function<void(DISPID)> onCall;  // before a member is answered, by its place in the list of names
+    size_t failsAt = SIZE_MAX;           // reading that record fails
+    HRESULT closed = S_OK;               // what everything fails with
+    bool slow = false;                   // a block takes a while
     size_t at = 0;
     int blocks = 0;
-    long firstPosition = 1;
+    long firstPosition = 1;                                               // below 0: of all
     enum class Fields { itself, steady, fresh } fields = Fields::itself;  // objects in each record
 
     STDMETHODIMP GetTypeInfoCount(UINT* count) override { return *count = 0, S_OK; }
@@ -64,7 +70,7 @@ class ScriptRecords final : public ComObject<IDispatch> {
                                                L"Item",        L"Count",  L"Value"};
         for (DISPID i = 0; i < static_cast<DISPID>(std::size(known)); ++i) {
             if (std::wstring(known[i]) != names[0]) continue;
-            if ((i == 0 && !hasCount) || (i == 5 && !hasRows)) break;
+            if ((i == 0 && !hasCount) || (i == 5 && !hasRows) || (i == 2 && !hasPosition)) break;
             *ids = i;
             return S_OK;
         }
@@ -77,6 +83,7 @@ class ScriptRecords final : public ComObject<IDispatch> {
             exception->bstrDescription = SysAllocString(words);
             return DISP_E_EXCEPTION;
         };
+        if (onCall) onCall(member);
         if (FAILED(closed)) return fail(closed, L"Operation is not allowed when the object is closed.");
         Variant answer;
         switch (member) {
@@ -87,7 +94,7 @@ class ScriptRecords final : public ComObject<IDispatch> {
                 answer = Variant(at >= records.size());
                 break;
             case 2:
-                answer = Variant(static_cast<long>(at) + firstPosition);
+                answer = Variant(firstPosition < 0 ? firstPosition : static_cast<long>(at) + firstPosition);
                 break;
             case 3:
                 ++at;
@@ -100,7 +107,10 @@ class ScriptRecords final : public ComObject<IDispatch> {
                 if (slow) Sleep(30);
                 const auto wanted = static_cast<size_t>(*Variant(arguments->rgvarg[0]).ToLong());
                 const size_t count = std::min(wanted, records.size() - at);
-                if (failsAt >= at && failsAt < at + count) return fail(E_FAIL, L"The data are damaged.");
+                if (failsAt >= at && failsAt < at + count) {
+                    if (losesBlock) at += count;
+                    return fail(E_FAIL, L"The data are damaged.");
+                }
                 answer = Rows(count);
                 at += count;
                 break;
@@ -194,6 +204,27 @@ TEST(ComboGridBinding, RecordsBecomeRows) {
     }
 }
 
+TEST(ComboGridBinding, RowsHaveTheNumbersThatTheRecordsHave) {
+    struct Case {
+        long first;
+        const char* numbers;  // of the first row, of those around the end of the first block, and of the last
+    };
+    for (const Case& c : {Case{1, "1 512 513 600"}, Case{0, "0 511 512 599"}, Case{-1, "-1 -1 -1 -1"}}) {
+        for (const bool inBlocks : {false, true}) {
+            F form({{L"AutoRecordNumber", Variant(true)}});
+            const auto records = MakeObject<ScriptRecords>();
+            records->firstPosition = c.first;
+            records->hasRows = inBlocks;
+            records->records.assign(600, {Variant(u"x")});
+            Bind(form, records.get());
+            ASSERT_EQ(form.Number(L"Rows"), 601);
+            std::string numbers;
+            for (const int row : {1, 512, 513, 600}) numbers += Narrow(form.Cell(row, F::no)) + (row < 600 ? " " : "");
+            EXPECT_EQ(numbers, c.numbers) << inBlocks;
+        }
+    }
+}
+
 TEST(ComboGridBinding, FieldsMayNumberTheirMembersAsTheyLike) {
     for (const auto fields : {ScriptRecords::Fields::steady, ScriptRecords::Fields::fresh}) {
         F form;
@@ -228,6 +259,17 @@ TEST(ComboGridBinding, WhatRecordSetsMaySay) {
         {"failing", [&](ScriptRecords& r) { three(r), r.failsAt = 2; }, ": -2147467259", 3, ""},
         {"failing in a block", [&](ScriptRecords& r) { three(r), r.failsAt = 2, r.hasRows = true; }, ": -2147467259", 3,
          ""},
+        {"failing in a block nobody knows where",
+         [&](ScriptRecords& r) { three(r), r.failsAt = 2, r.hasRows = r.losesBlock = true, r.firstPosition = -1; },
+         ": -2147467259", 3, ""},
+        {"failing in a block without places, and uncounted",
+         [&](ScriptRecords& r) {
+             three(r), r.failsAt = 2, r.hasRows = r.losesBlock = true, r.hasPosition = false, r.counted = -1;
+         },
+         ": -2147467259", 3, ""},
+        {"without places, and uncounted",
+         [&](ScriptRecords& r) { three(r), r.hasRows = true, r.hasPosition = false, r.counted = -1; }, "", 4,
+         "2(-1, -1, , , False)\n"},
         {"without fields",
          [](ScriptRecords& r) {
              r.records = {{}, {}};
@@ -268,6 +310,116 @@ TEST(ComboGridBinding, WhatRecordSetsMaySay) {
         EXPECT_EQ(form.Log(), c.events) << c.what;
         EXPECT_TRUE(GridIsShown(form)) << c.what;
     }
+}
+
+// Records are missing then; the grid is whole, and takes them all when it is bound again.
+TEST(ComboGridBinding, CanBeDoneAgainAfterMemoryHasRunOut) {
+    const ServerAllocations allocations;
+    const DialogCloser closer;
+    for (const bool inBlocks : {false, true}) {
+        F form;
+        const auto records = MakeObject<ScriptRecords>();
+        records->hasRows = inBlocks;
+        records->records.assign(3, {Variant(u"a name that is long enough"), Variant(7)});
+        const Variant argument(static_cast<IDispatch*>(records.get()));
+        ServerAllocations::ForEach([&](int passing, bool forGood) {
+            records->at = 0;
+            bool happened = false;
+            {
+                const ServerAllocations::Failure failure(passing, forGood);
+                Invoke(form.grid.get(), L"Bind", DISPATCH_METHOD, {argument.get()});
+                happened = failure.Happened();
+            }
+            EXPECT_TRUE(GridIsShown(form)) << passing;
+            EXPECT_LE(form.Number(L"Rows"), 4) << passing;
+            records->at = 0;
+            Bind(form, records.get());
+            EXPECT_EQ(form.Number(L"Rows"), 4) << passing;
+            EXPECT_EQ(Row(form, 3, 3), ",a name that is long enough,7") << passing;
+            return happened;
+        });
+    }
+}
+
+// A number's decimal comma, for as long as the scope lasts.
+class DecimalComma {
+  public:
+    DecimalComma() {
+        GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, before_, 8);
+        SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, L",");
+    }
+    ~DecimalComma() { SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, before_); }
+    DecimalComma(const DecimalComma&) = delete;
+    DecimalComma& operator=(const DecimalComma&) = delete;
+
+  private:
+    wchar_t before_[8]{};
+};
+
+Variant Of(VARTYPE type, const Variant& value) {
+    const auto converted = value.To(type);
+    EXPECT_TRUE(converted) << type;
+    return converted.value_or(Variant());
+}
+
+// However a value comes into a cell, it reads the same there.
+TEST(ComboGridBinding, ValuesHaveOneText) {
+    const DecimalComma comma;
+    Bstr spelled;
+    ASSERT_EQ(S_OK, VarBstrFromR8(0.5, LOCALE_USER_DEFAULT, 0, spelled.put()));
+    ASSERT_EQ(Narrow(spelled.View()), "0,5") << "the system does as the user likes";
+    constexpr double day = 45355;  // 4 March 2024
+    Bstr shortDate;
+    ASSERT_EQ(S_OK, VarBstrFromDate(day, LOCALE_USER_DEFAULT, 0, shortDate.put()));
+    const std::pair<Variant, std::string> cases[] = {
+        {Variant(u"as it is"), "as it is"},
+        {Variant(12), "12"},
+        {Variant(static_cast<short>(-7)), "-7"},
+        {Variant(1234.5), "1234.5"},
+        {Variant(1e15), "1E+15"},
+        {Of(VT_R4, Variant(0.25)), "0.25"},
+        {Of(VT_CY, Variant(3.5)), "3.5"},
+        {Of(VT_DECIMAL, Variant(u"12.345")), "12.345"},
+        {Variant(true), "True"},
+        {Variant(false), "False"},
+        {Of(VT_DATE, Variant(day)), Narrow(shortDate.View())},
+        {Null(), ""},
+        {Variant(), ""},
+    };
+    F form;
+    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    for (const auto& [value, text] : cases) {
+        SCOPED_TRACE(std::to_string(value.Type()) + " " + text);
+        const Variant plain(value);
+        const Variant field(
+            static_cast<IDispatch*>(MakeObject<ScriptField>(DISPID_VALUE, [plain] { return plain; }).get()));
+        const auto records = MakeObject<ScriptRecords>();
+        records->records = {{value, field}};
+        Bind(form, records.get());
+        EXPECT_EQ(Row(form, 1, 3), "," + text + "," + text) << "bound";
+        for (const Variant& given : {value, field}) {
+            const auto cell = [&](const auto& write) {
+                form.SetCell(1, F::name, u"former");
+                write();
+                return Narrow(form.Cell(1, F::name));
+            };
+            EXPECT_EQ(cell([&] {
+                          Call(form.grid.get(), L"SetCell", {Variant(1), Variant(int{F::name}), given});
+                      }),
+                      text.empty() ? "former" : text);
+            for (IDispatch* grid : {form.grid.get(), inner.get()})
+                EXPECT_EQ(cell([&] { Put(grid, L"TextMatrix", {Variant(1), Variant(int{F::name}), given}); }), text);
+        }
+    }
+    // What has no text stays out.
+    Variant error;
+    error.ptr()->vt = VT_ERROR;
+    error.ptr()->scode = E_FAIL;
+    for (const Variant& given : {error, Variant(static_cast<IDispatch*>(nullptr))})
+        EXPECT_EQ(Invoke(form.grid.get(), L"SetCell", DISPATCH_METHOD,
+                         {Variant(1).get(), Variant(int{F::name}).get(), given.get()})
+                      .scode,
+                  static_cast<HRESULT>(0x800A000D));
 }
 
 TEST(ComboGridBinding, AnEmptySetLeavesARowToEnter) {
@@ -337,10 +489,12 @@ TEST(ComboGridBinding, LongLoadsTellAndMayBeCalledOff) {
         hiddenMeanwhile = hiddenMeanwhile && !GridIsShown(form);
         EXPECT_EQ(arguments.rgvarg[1].lVal, 20'000);
         records.reset();  // the grid holds its own
+        PostQuitMessage(7);
         if (form.events->Count(grid_event::bindProgress) == 2) Answer(arguments, true);
     };
     Bind(form, records.get());
     form.events->onEvent = nullptr;
+    EXPECT_EQ(TakeQuit(), 7) << "painting meanwhile has taken the end away from the host's loop";
     const auto told = form.events->Count(grid_event::bindProgress);
     EXPECT_EQ(told, 2U);
     EXPECT_GT(form.Number(L"Rows"), 500);
@@ -350,64 +504,63 @@ TEST(ComboGridBinding, LongLoadsTellAndMayBeCalledOff) {
     EXPECT_EQ(form.events->Count(grid_event::afterCellChange), 1U);
 }
 
-TEST(ComboGridBinding, AHandlerMayBindAnew) {
-    F form;
-    const auto outer = MakeObject<ScriptRecords>();
-    outer->records.assign(100, {Variant(u"outer")});
-    const auto inner = MakeObject<ScriptRecords>();
-    inner->records.assign(5, {Variant(u"inner")});
-    form.events->onEvent = [&](DISPID id, DISPPARAMS&) {
-        if (id != grid_event::enterCell || form.Number(L"Rows") != 2) return;
-        form.events->onEvent = nullptr;
-        Bind(form, inner.get());
-    };
-    Bind(form, outer.get());
-    EXPECT_EQ(form.Number(L"Rows"), 6);
-    EXPECT_EQ(Row(form, 5, 2), ",inner");
-    EXPECT_TRUE(GridIsShown(form));
-}
-
-TEST(ComboGridValidation, TheFirstWrongCellIsToldAndTheCursorGoesInFrontOfIt) {
+// Whoever binds while the grid is being bound has the last word, wherever the first call stands.
+TEST(ComboGridBinding, TheRecordsAskedForLastAreThereWhole) {
     struct Case {
-        const wchar_t* required;
-        const wchar_t* rules;
-        bool wrong;
-        const char* current;
+        const char* what;
+        DISPID event;  // or, below 0, the call of the records with that place among their names
+        int times;     // that it comes before the other records are asked for
     };
     const Case cases[] = {
-        {L"", L"", false, "2,4"},
-        {L";Qty;", L"", true, "1,1"},  // the column before the failing one
-        {L"", L";Rate-2;", true, "1,2"},
-        {L";Skip;", L"", true, "1,1"},  // before it stands an inactive column: from the first one on
-        {L";No;", L"", true, "1,1"},    // and so before the first
+        {"an open edit is committed", grid_event::afterCellChange, 1},
+        {"the cursor leaves its row", grid_event::leaveCell, 1},
+        {"the cursor is on the header", grid_event::enterCell, 1},
+        {"told of another row", grid_event::rowColChange, 1},
+        {"told of another selection", grid_event::selChange, 1},
+        {"the cursor leaves the header", grid_event::leaveCell, 2},
+        {"the cursor is on the first row", grid_event::enterCell, 2},
+        {"the first row is selected", grid_event::selChange, 2},
+        {"records are counted", ~0, 1},
+        {"the end is asked for", ~1, 1},
+        {"the end is asked for again", ~1, 2},
+        {"the place is asked for", ~2, 1},
+        {"the next record is asked for", ~3, 1},
+        {"a value is asked for", ~8, 1},
     };
     for (const Case& c : cases) {
-        F form({{L"RequiredFields", Variant(FromWide(c.required))}, {L"CheckValueFor", Variant(FromWide(c.rules))}});
-        form.GoTo(2, F::month);
-        long answer = 7;
-        {
-            const Person person([&] {
-                if (!c.wrong) return;
-                // It closes itself.
-                if (WaitForBox()) WaitFor([] { return !FindBox(); }, 4000, false);
-            });
-            answer = *Call(form.grid.get(), L"ValidateEntry").ToLong();
+        for (const std::size_t count : {std::size_t{100}, std::size_t{0}}) {
+            if (c.event < ~0 && count == 0) continue;
+            SCOPED_TRACE(std::string(c.what) + ", of " + std::to_string(count));
+            F form({{L"AutoRecordNumber", Variant(true)}});
+            const auto outer = MakeObject<ScriptRecords>();
+            outer->records.assign(count, {Variant(u"outer")});
+            const auto inner = MakeObject<ScriptRecords>();
+            inner->records.assign(5, {Variant(u"inner")});
+            inner->firstPosition = 7;
+            form.GoTo(2, F::name);
+            if (c.event == grid_event::afterCellChange) form.Type(L"x");
+            form.Log();
+            int left = c.times;
+            const auto bindAnew = [&](DISPID id) {
+                if (id == c.event && --left == 0) Bind(form, inner.get());
+            };
+            form.events->onEvent = [&](DISPID id, DISPPARAMS&) { bindAnew(id); };
+            outer->onCall = [&](DISPID member) { bindAnew(~member); };
+            Bind(form, outer.get());
+            form.events->onEvent = nullptr;
+            ASSERT_LE(left, 0) << "it came";
+            EXPECT_EQ(form.Number(L"Rows"), 6);
+            EXPECT_EQ(Row(form, 1, 2), "7,inner");
+            EXPECT_EQ(Row(form, 5, 2), "11,inner");
+            EXPECT_EQ(form.Current(), "1,1") << "ready for entry";
+            EXPECT_EQ(inner->at, 5U);
+            EXPECT_LE(outer->at, 1U) << "the others are left where they were";
+            EXPECT_EQ(form.Number(L"Changed"), 0);
+            const std::string told = form.Log();
+            EXPECT_EQ(told.substr(told.find("2(-1")), "2(-1, -1, , , False)\n") << "once";
+            EXPECT_TRUE(GridIsShown(form));
         }
-        EXPECT_EQ(answer != 0, c.wrong);
-        EXPECT_EQ(form.Current(), c.current);
-        EXPECT_EQ(GetFocus(), form.InnerGrid());
     }
-}
-
-TEST(ComboGridValidation, AnOpenEditCounts) {
-    F form({{L"RequiredFields", Variant(u";Name;")}});
-    form.SetCell(2, F::name, u"b");
-    form.GoTo(1, F::name);
-    form.Type(L"a");
-    ASSERT_TRUE(form.Frame());
-    EXPECT_EQ(*Call(form.grid.get(), L"ValidateEntry").ToLong(), 0);
-    EXPECT_FALSE(form.Frame());
-    EXPECT_EQ(form.Cell(1, F::name), u"a");
 }
 
 }  // namespace

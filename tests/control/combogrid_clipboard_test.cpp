@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "Qvx.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "tests/control/combogrid_form.h"
 #include "tests/support/message_box.h"
 
@@ -300,16 +300,63 @@ TEST(ComboGridUndo, ADeletedRowComesBackAsItWas) {
 }
 
 TEST(ComboGridUndo, RowsThatTheHostMovesBeginItAnew) {
+    using Act = std::function<void(IDispatch*, IDispatch*)>;  // on the control or on its inner grid
+    const struct {
+        const char* what;
+        Act run;
+        bool remembered = false;
+    } acts[] = {
+        {"AddItem", [](IDispatch* g, IDispatch*) { Call(g, L"AddItem", {Variant(u"9\tz")}); }},
+        {"AddItem above",
+         [](IDispatch* g, IDispatch*) {
+             Call(g, L"AddItem", {Variant(u"9\tz"), Variant(1)});
+         }},
+        {"Clear", [](IDispatch* g, IDispatch*) { Call(g, L"Clear"); }},
+        {"Rows", [](IDispatch* g, IDispatch*) { Put(g, L"Rows", {Variant(9)}); }},
+        {"Cols", [](IDispatch* g, IDispatch*) { Put(g, L"Cols", {Variant(12)}); }},
+        {"FixedRows", [](IDispatch* g, IDispatch*) { Put(g, L"FixedRows", {Variant(0)}); }},
+        {"FixedCols", [](IDispatch* g, IDispatch*) { Put(g, L"FixedCols", {Variant(0)}); }},
+        {"FormatString", [](IDispatch* g, IDispatch*) { Put(g, L"FormatString", {Variant(u"A|B")}); }},
+        {"RemoveAllRecords", [](IDispatch* g, IDispatch*) { Call(g, L"RemoveAllRecords"); }},
+        {"inner AddItem", [](IDispatch*, IDispatch* i) { Call(i, L"AddItem", {Variant(u"9\tz")}); }},
+        {"inner Clear", [](IDispatch*, IDispatch* i) { Call(i, L"Clear"); }},
+        {"inner ColPosition",
+         [](IDispatch*, IDispatch* i) {
+             Put(i, L"ColPosition", {Variant(1), Variant(2)});
+         }},
+        // Neither moves a row: one has a single row to look at, one is the cells' texts.
+        {"inner RowPosition",
+         [](IDispatch*, IDispatch* i) {
+             Put(i, L"RowPosition", {Variant(1), Variant(1)});
+         },
+         true},
+        {"ClearRow", [](IDispatch* g, IDispatch*) { Call(g, L"ClearRow", {Variant(1)}); }, true},
+        {"SetCell",
+         [](IDispatch* g, IDispatch*) {
+             Call(g, L"SetCell", {Variant(1), Variant(2), Variant(7)});
+         },
+         true},
+        {"RemoveEmptyRows", [](IDispatch* g, IDispatch*) { Call(g, L"RemoveEmptyRows"); }, true},
+    };
     F form;
-    form.GoTo(1, F::name);
-    form.Type(L"ab");
-    form.Press(VK_RETURN);
-    form.SetCell(1, F::qty, u"7");
-    EXPECT_TRUE(Can(form, L"CanUndo"));
-    Call(form.grid.get(), L"AddItem", {Variant(u"9\tz")});
-    EXPECT_FALSE(Can(form, L"CanUndo"));
-    form.Press('Z', {VK_CONTROL});
-    EXPECT_EQ(u"ab", form.Cell(1, F::name));
+    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    // A grid with one row for records, where some have nothing to move.
+    for (const auto& act : acts) {
+        SCOPED_TRACE(act.what);
+        for (const wchar_t* count : {L"FixedRows", L"FixedCols"}) Put(form.grid.get(), count, {Variant(1)});
+        Put(form.grid.get(), L"Rows", {Variant(2)});
+        Call(form.grid.get(), L"ClearRow", {Variant(1)});
+        form.GoTo(1, F::rate);
+        form.Type(L"7");
+        form.Press(VK_RETURN);
+        ASSERT_TRUE(Can(form, L"CanUndo"));
+        act.run(form.grid.get(), inner.get());
+        EXPECT_EQ(act.remembered, Can(form, L"CanUndo"));
+        const Text cell = form.Cell(1, F::rate);
+        form.GoTo(1, F::rate);
+        form.Press('Z', {VK_CONTROL});
+        EXPECT_EQ(act.remembered ? Text() : cell, form.Cell(1, F::rate));
+    }
 }
 
 TEST(ComboGridClipboard, AHeldClipboardIsAClearErrorAndKeysJustBeep) {

@@ -170,6 +170,40 @@ TEST(ComboGridOpenEdit, FollowsItsCellWhenTheGridScrolls) {
     EXPECT_EQ(u"x", form.Cell(5, F::name));
 }
 
+// As in a spreadsheet: one looks at other rows, and the entry goes on where it was.
+TEST(ComboGridOpenEdit, TheWheelScrollsTheGridUnderIt) {
+    for (const int col : {F::name, F::item}) {
+        F form({{L"Rows", Variant(60)}});
+        form.GoTo(5, col);
+        form.Type(col == F::item ? L"ba" : L"a");
+        const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+        const auto topRow = [&] { return *Call(inner.get(), L"TopRow").ToLong(); };
+        const auto turn = [&](int notches) {
+            const auto movement = static_cast<WPARAM>(static_cast<DWORD>(notches * WHEEL_DELTA) << 16);
+            SendMessageW(GetFocus(), WM_MOUSEWHEEL, movement, 0);
+            form.Pump();
+        };
+        if (col == F::item) {
+            turn(-1);
+            EXPECT_EQ(1, topRow()) << "the open list has the wheel";
+            SendMessageW(GetParent(GetFocus()), CB_SHOWDROPDOWN, FALSE, 0);
+        }
+        turn(-1);
+        EXPECT_EQ(4, topRow());
+        EXPECT_TRUE(form.Frame());
+        turn(-10);
+        EXPECT_EQ(34, topRow());
+        EXPECT_TRUE(form.Frame()) << "out of sight, but open";
+        form.Type(col == F::item ? L"n" : L"b");
+        EXPECT_GE(5, topRow()) << "typing brings it back into view";
+        RECT frame{};
+        GetWindowRect(form.Frame(), &frame);
+        EXPECT_LT(0, frame.left);
+        form.Press(VK_RETURN);
+        EXPECT_EQ(col == F::item ? u"Banana" : u"ab", form.Cell(5, col));
+    }
+}
+
 TEST(ComboGridOpenEdit, HandlerThatTakesTheFocusAwayCommitsNothingTwice) {
     F form;
     const HWND other = CreateWindowW(L"EDIT", L"", WS_CHILD | WS_VISIBLE, 300, 300, 80, 20, form.container.Window(),

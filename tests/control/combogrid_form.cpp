@@ -6,15 +6,18 @@
 #include <sstream>
 
 #include "Qvx.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "tests/support/input.h"
 #include "tests/support/narrow.h"
 
 namespace qvx::test {
 namespace {
 
-Container::Options OptionsFor(bool userMode) {
+Container::Options OptionsFor(bool userMode, const ComboGridForm& form) {
     Container::Options options;
+    options.usesKey = [&form](const MSG& message, DWORD modifiers) {
+        return form.usesKey && form.usesKey(message, modifiers);
+    };
     options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(userMode));
     options.bounds = {0, 0, 480, 300};
     return options;
@@ -53,7 +56,7 @@ void Answer(DISPPARAMS& arguments, bool value) {
 }
 
 ComboGridForm::ComboGridForm(const std::vector<std::pair<std::wstring, Variant>>& changes, bool userMode)
-    : container(OptionsFor(userMode)), events(MakeObject<EventRecorder>()) {
+    : container(OptionsFor(userMode, *this)), events(MakeObject<EventRecorder>()) {
     const auto bag = MakeObject<MemoryBag>();
     bag->Set(L"Cols", Variant(9));
     bag->Set(L"FormatString", Variant(u"No|Name|Qty|Rate|Month|Item|Locked|Skip|Key"));
@@ -100,11 +103,11 @@ void ComboGridForm::Pump() {
     for (int round = 0; round < 3; ++round) {
         while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
             const bool typed = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
-            if (typed && active) {
+            if (typed && active && asksForKeys) {
                 if (active->TranslateAccelerator(&message) == S_OK) continue;
                 if (message.message == WM_KEYDOWN) {
                     leftToContainer_ = true;
-                    continue;
+                    if (!deliversKeysLeft) continue;
                 }
             }
             TranslateMessage(&message);
@@ -148,15 +151,14 @@ void ComboGridForm::GoTo(int row, int col) {
     Log();
 }
 
-void ComboGridForm::Click(int row, int col, bool twice) {
+void ComboGridForm::Click(int row, int col, bool twice, int pixelsIn) {
     const auto inner = Call(grid.get(), L"Grid").ToObject<IDispatch>();
     const HDC dc = GetDC(nullptr);
     const int dpiX = GetDeviceCaps(dc, LOGPIXELSX);
     const int dpiY = GetDeviceCaps(dc, LOGPIXELSY);
     ReleaseDC(nullptr, dc);
-    // A few pixels into the cell, past the border that RowPos and ColPos count from.
-    const int x = static_cast<int>(*Call(inner.get(), L"ColPos", {Variant(col)}).ToLong()) * dpiX / 1440 + 4;
-    const int y = static_cast<int>(*Call(inner.get(), L"RowPos", {Variant(row)}).ToLong()) * dpiY / 1440 + 4;
+    const int x = static_cast<int>(*Call(inner.get(), L"ColPos", {Variant(col)}).ToLong()) * dpiX / 1440 + pixelsIn;
+    const int y = static_cast<int>(*Call(inner.get(), L"RowPos", {Variant(row)}).ToLong()) * dpiY / 1440 + pixelsIn;
     POINT corner{x, y};
     RECT outer{};
     GetWindowRect(InnerGrid(), &outer);

@@ -6,6 +6,7 @@
 
 #include <olectl.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -27,10 +28,16 @@ class ComboGridForm {
     void GoTo(int row, int col);
     // Text by its keys, letter by letter.
     void Type(const std::wstring& text);
+    // Containers differ: this one asks the control for keys, and uses up those that are left to it.
+    bool asksForKeys = true;
+    bool deliversKeysLeft = false;
+    // The site's answer to keys that the control offers it (Container::Options).
+    std::function<bool(const MSG& message, DWORD modifiers)> usesKey;
+
     // A key with the given ones held (VK_SHIFT and so on). True when the container was left to use it.
     bool Press(int virtualKey, const std::vector<int>& held = {});
-    // The left button on a cell of the inner grid.
-    void Click(int row, int col, bool twice = false);
+    // The left button on a cell of the inner grid, so many pixels from its corner.
+    void Click(int row, int col, bool twice = false, int pixelsIn = 4);
     void Pump();
 
     Text Cell(int row, int col) const;

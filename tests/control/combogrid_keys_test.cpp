@@ -72,18 +72,18 @@ TEST(ComboGridKeys, DeleteOfASelectedRowAsksFirst) {
         bool yes;
         const char* names;
         const char* events;
+        bool byRow = false;
     };
     const Case cases[] = {
-        {3, 2, true, "Name;a;c;", "6(2)\n2(-1, -1, , , False)\n"},
-        {3, 2, false, "Name;a;b;c;", ""},
-        {1, 1, true, "Name;;", "6(1)\n2(-1, -1, , , False)\n"},
-        {1, 1, false, "Name;a;", ""},
+        {3, 2, true, "Name;a;c;", "6(2)\n2(-1, -1, , , False)\n"},       {3, 2, false, "Name;a;b;c;", ""},
+        {1, 1, true, "Name;;", "6(1)\n2(-1, -1, , , False)\n"},          {1, 1, false, "Name;a;", ""},
+        {3, 2, true, "Name;a;c;", "6(2)\n2(-1, -1, , , False)\n", true},
     };
     for (const Case& c : cases) {
-        F form({{L"AutoRecordNumber", Variant(true)}});
+        F form({{L"AutoRecordNumber", Variant(true)}, {L"SelectionMode", Variant(c.byRow ? 1 : 0)}});
         Fill(form, c.rows);
         form.GoTo(c.row, F::name);
-        SelectRow(form, c.row);
+        if (!c.byRow) SelectRow(form, c.row);
         form.Log();
         {
             const Person person([&] {
@@ -116,6 +116,64 @@ TEST(ComboGridKeys, EnterInARowWithoutItsKeyLeavesTheGrid) {
     form.Press(VK_RETURN);
     WaitFor([] { return !FindBox(); }, 8000);
     EXPECT_EQ(form.Current(), "1,3");
+}
+
+// Whoever moves the focus: the container itself, its site when the control asks, or the order of the dialog.
+TEST(ComboGridKeys, TabsLeaveTheGridInEveryContainer) {
+    enum class Kind { deliversOnly, deliversOnlyWithSite, asks, asksAndDelivers };
+    struct Case {
+        int key;
+        bool open;
+        std::vector<int> held;
+    };
+    const Case cases[] = {
+        {VK_TAB, false, {}},          {VK_TAB, true, {}},     {VK_TAB, false, {VK_CONTROL}},
+        {VK_TAB, true, {VK_CONTROL}}, {VK_RETURN, false, {}},  // in a row without its key
+    };
+    for (const Kind kind : {Kind::deliversOnly, Kind::deliversOnlyWithSite, Kind::asks, Kind::asksAndDelivers}) {
+        for (const Case& c : cases) {
+            SCOPED_TRACE(testing::Message() << "container " << static_cast<int>(kind) << " key " << c.key
+                                            << (c.open ? " open" : "") << (c.held.empty() ? "" : " with Ctrl"));
+            F form({{L"KeyColumn", Variant(F::name)}});
+            const HWND next = CreateWindowW(L"EDIT", L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 300, 320, 80, 20,
+                                            form.container.Window(), nullptr, nullptr, nullptr);
+            form.GoTo(2, F::item);
+            if (c.open) form.Type(L"ch");
+            form.asksForKeys = kind == Kind::asks || kind == Kind::asksAndDelivers;
+            form.deliversKeysLeft = kind == Kind::asksAndDelivers;
+            int siteAsked = 0;
+            form.usesKey = [&](const MSG& message, DWORD modifiers) {
+                const bool moves = message.wParam == VK_TAB && modifiers == 0 && kind != Kind::asksAndDelivers;
+                if (message.wParam == VK_TAB && modifiers == 0) ++siteAsked;
+                if (moves && kind != Kind::deliversOnly) SetFocus(next);
+                return moves && kind != Kind::deliversOnly;
+            };
+            form.Press(c.key, c.held);
+            form.Pump();
+            const bool containersOwn = kind == Kind::asks && !c.held.empty();
+            EXPECT_EQ(GetFocus() == next, !containersOwn);
+            EXPECT_EQ(siteAsked, containersOwn ? 0 : 1) << "a container is asked once";
+            EXPECT_EQ(form.Cell(2, F::item), c.open ? u"Cherry" : u"");
+            EXPECT_EQ(form.Current(), "2,5");
+            DestroyWindow(next);
+        }
+    }
+}
+
+TEST(ComboGridKeys, ATabThatTheContainerUsesUpLeavesTheNextKeyToTheHost) {
+    F form;
+    form.GoTo(2, F::item);
+    EXPECT_TRUE(form.Press(VK_TAB));
+    form.events->onEvent = [](DISPID id, DISPPARAMS& arguments) {
+        if (id == DISPID_KEYDOWN) *arguments.rgvarg[1].piVal = 0;
+    };
+    form.Press(VK_INSERT);
+    EXPECT_EQ(form.Number(L"Rows"), 3);
+    form.events->onEvent = [](DISPID id, DISPPARAMS& arguments) {
+        if (id == DISPID_KEYDOWN && *arguments.rgvarg[1].piVal == VK_TAB) *arguments.rgvarg[1].piVal = VK_UP;
+    };
+    EXPECT_FALSE(form.Press(VK_TAB)) << "another key is no Tab any more";
+    EXPECT_EQ(form.Current(), "1,5");
 }
 
 TEST(ComboGridKeys, HostsMayRefuseAndChangeKeys) {

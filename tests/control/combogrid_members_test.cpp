@@ -1,10 +1,14 @@
 // A ComboGrid's properties, methods and saved form.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
+
 #include "Qvx.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "tests/control/combogrid_form.h"
 #include "tests/control/golden.h"
+#include "tests/control/grid_counts.h"
 #include "tests/support/narrow.h"
 
 namespace qvx::test {
@@ -38,6 +42,39 @@ TEST(ComboGridSaving, FixedColumnWaitsForColumnsToCome) {
     EXPECT_EQ(3, Call(grid.get(), L"Cols").ToLong());
     EXPECT_EQ(1, Call(grid.get(), L"FixedCols").ToLong());
     EXPECT_EQ(1, Call(grid.get(), L"FixedRows").ToLong());
+}
+
+TEST(ComboGridSaving, EveryCombinationOfCountsComesBack) {
+    for (const bool userMode : {false, true}) {
+        Container::Options options;
+        options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(userMode));
+        Container container(options);
+        const auto check = [&](const GridCounts& counts) {
+            container.Place(New());
+            const auto grid = container.Automation();
+            SetCounts(grid.get(), counts);
+            const std::string shown = CountsOf(grid.get());
+            SCOPED_TRACE(shown + (userMode ? "running" : "designed"));
+            const auto bag = SaveToBag(container.Control());
+            const auto stream = SaveToStream(container.Control());
+            const std::string grown = CountsWhenGrown(grid.get());
+            container.Close();
+            for (const bool fromBag : {true, false}) {
+                container.Place(New(), [&](IUnknown* control) {
+                    EXPECT_EQ(S_OK, fromBag ? LoadFromBag(control, bag.get()) : LoadFromStream(control, stream));
+                });
+                EXPECT_EQ(shown, CountsOf(container.Automation().get()));
+                EXPECT_EQ(Narrow(bag->Print()), Narrow(SaveToBag(container.Control())->Print()));
+                EXPECT_EQ(grown, CountsWhenGrown(container.Automation().get()));
+                container.Close();
+            }
+        };
+        for (int rows = 0; rows <= 3; ++rows)
+            for (int fixedRows = 0; fixedRows <= std::max(rows, 1); ++fixedRows)
+                for (int cols = 0; cols <= 3; ++cols)
+                    for (int fixedCols = 0; fixedCols <= std::max(cols - 1, 1); ++fixedCols)
+                        check({rows, fixedRows, cols, fixedCols});
+    }
 }
 
 TEST(ComboGridSaving, ANewControlKeepsTheGridAsItIsMade) {
@@ -118,6 +155,66 @@ TEST(ComboGridMembers, RunModeIsPreparedByLoading) {
     EXPECT_EQ(0, Call(form.grid.get(), L"ColWidth", {Variant(int{F::key})}).ToLong());
     EXPECT_EQ(u"[No],[Name],[Qty],[Rate],[Month],[Item],[Locked],[Skip],[Key]",
               Call(form.grid.get(), L"StringFormat").ToText());
+}
+
+// A form that is half there has no handlers yet, whoever reads it a second time.
+TEST(ComboGridMembers, NobodyHearsOfTheCursorWhileItIsRead) {
+    F form({{L"Rows", Variant(2)}});
+    const auto bag = SaveToBag(form.container.Control());
+    const auto stream = SaveToStream(form.container.Control());
+    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    const auto innerEvents = MakeObject<EventRecorder>();
+    const Connection connection(inner.get(), __uuidof(__FlexGrid), innerEvents.get());
+    const auto control = Query<IOleControl>(form.container.Control());
+    const std::pair<const char*, std::function<void()>> cases[] = {
+        {"bag", [&] { EXPECT_EQ(S_OK, LoadFromBag(form.container.Control(), bag.get())); }},
+        {"stream", [&] { EXPECT_EQ(S_OK, LoadFromStream(form.container.Control(), stream)); }},
+        {"frozen",
+         [&] {
+             control->FreezeEvents(TRUE);
+             Put(form.grid.get(), L"Row", {Variant(1)});
+             control->FreezeEvents(FALSE);
+         }},
+    };
+    for (const auto& [what, run] : cases) {
+        SCOPED_TRACE(what);
+        Put(form.grid.get(), L"Rows", {Variant(4)});
+        form.GoTo(3, F::rate);
+        EXPECT_NE(0u, innerEvents->events.size());
+        innerEvents->events.clear();
+        run();
+        EXPECT_EQ(1, form.Number(L"Row")) << "the cursor has moved";
+        EXPECT_EQ(0u, form.events->events.size());
+        EXPECT_EQ(0u, innerEvents->events.size());
+    }
+}
+
+// Some hosts turn from designing to running, and back, without making the controls of their forms anew.
+TEST(ComboGridMembers, IsPreparedWhenItsHostTurnsToRunning) {
+    F form({{L"AutoRecordNumber", Variant(true)}}, false);
+    form.container.Activate();
+    EXPECT_EQ(nullptr, form.InnerGrid());
+    for (const bool again : {false, true}) {
+        form.container.SetAmbient(DISPID_AMBIENT_USERMODE, Variant(true));
+        ASSERT_NE(nullptr, form.InnerGrid());
+        RECT control{}, inner{};
+        GetClientRect(form.container.ControlWindow(), &control);
+        GetWindowRect(form.InnerGrid(), &inner);
+        EXPECT_EQ(control.right, inner.right - inner.left);
+        EXPECT_EQ(u"1", form.Cell(1, F::no));
+        EXPECT_EQ(
+            3,
+            Call(Call(form.grid.get(), L"ColIndex").ToObject<IDispatch>().get(), L"Item", {Variant(u"Rate")}).ToLong());
+        EXPECT_EQ(0, Call(form.List(F::item).get(), L"ListCount").ToLong());
+        Put(form.grid.get(), L"Row", {Variant(1)});
+        Put(form.grid.get(), L"Col", {Variant(int{F::name})});
+        SetFocus(form.InnerGrid());
+        SendMessageW(form.InnerGrid(), WM_CHAR, again ? 'b' : 'a', 0);
+        ASSERT_NE(nullptr, form.Frame());
+        form.container.SetAmbient(DISPID_AMBIENT_USERMODE, Variant(false));
+        EXPECT_EQ(again ? u"b" : u"a", form.Cell(1, F::name)) << "what was being typed is kept";
+        EXPECT_EQ(nullptr, form.InnerGrid());
+    }
 }
 
 TEST(ComboGridMembers, ListsIsForListColumnsOnly) {
@@ -273,20 +370,59 @@ TEST(ComboGridMembers, GetNextColumnWritesItsArgument) {
     EXPECT_EQ(5, Call(form.grid.get(), L"GetActiveList").ToLong());
 }
 
-TEST(ComboGridMembers, CurrentCellIsProjected) {
-    F form({{L"ProjectionBold", Variant(true)}});
-    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
-    const auto look = [&](int row) {
-        Put(form.grid.get(), L"Row", {Variant(row)});
-        return std::pair(Call(inner.get(), L"CellForeColor").ToLong(), Call(inner.get(), L"CellFontBold").ToBool());
-    };
-    look(1);
-    EXPECT_EQ(std::pair(Call(form.grid.get(), L"ForeColorSel").ToLong(), std::optional(true)), look(2));
-    // Turned off while a cell is the current one, it leaves no bold cell behind.
-    Put(form.grid.get(), L"ProjectionBold", {Variant(false)});
-    look(1);
+// Reading the look of a cell makes it the current one, which with the projection turned off leaves the others as they
+// are.
+std::string CellsLikeSelected(const F& form, IDispatch* inner) {
+    const std::string current = form.Current();
+    std::string cells = Call(inner, L"CellForeColor").ToLong() == 0x030201 ? current + " " : "none ";
     Put(form.grid.get(), L"ProjectSelection", {Variant(false)});
-    EXPECT_EQ(std::pair(Call(form.grid.get(), L"ForeColor").ToLong(), std::optional(false)), look(2));
+    for (long row = 1; row < form.Number(L"Rows"); ++row)
+        for (long col = 0; col < form.Number(L"Cols"); ++col) {
+            Put(inner, L"Row", {Variant(row)});
+            Put(inner, L"Col", {Variant(col)});
+            if (Call(inner, L"CellForeColor").ToLong() == 0x030201 && form.Current() != current)
+                cells += "and " + form.Current() + " ";
+        }
+    Put(form.grid.get(), L"ProjectSelection", {Variant(true)});
+    return cells;
+}
+
+TEST(ComboGridMembers, ExactlyTheCurrentCellIsProjected) {
+    using Act = std::function<void(IDispatch*, IDispatch*)>;  // on the control or on its inner grid
+    const std::pair<const char*, Act> acts[] = {
+        {"moving", [](IDispatch* g, IDispatch*) { Put(g, L"Row", {Variant(2)}); }},
+        {"RemoveItem", [](IDispatch* g, IDispatch*) { Call(g, L"RemoveItem", {Variant(1)}); }},
+        {"RemoveEmptyRows", [](IDispatch* g, IDispatch*) { Call(g, L"RemoveEmptyRows"); }},
+        {"RemoveAllRecords", [](IDispatch* g, IDispatch*) { Call(g, L"RemoveAllRecords"); }},
+        {"AddItem",
+         [](IDispatch* g, IDispatch*) {
+             Call(g, L"AddItem", {Variant(u"x"), Variant(2)});
+         }},
+        {"Rows", [](IDispatch* g, IDispatch*) { Put(g, L"Rows", {Variant(2)}); }},
+        {"Clear", [](IDispatch* g, IDispatch*) { Call(g, L"Clear"); }},
+        {"inner RemoveItem", [](IDispatch*, IDispatch* i) { Call(i, L"RemoveItem", {Variant(1)}); }},
+        {"inner AddItem",
+         [](IDispatch*, IDispatch* i) {
+             Call(i, L"AddItem", {Variant(u"x"), Variant(1)});
+         }},
+        {"inner Sort", [](IDispatch*, IDispatch* i) { Put(i, L"Sort", {Variant(2)}); }},
+        {"inner RowPosition",
+         [](IDispatch*, IDispatch* i) {
+             Put(i, L"RowPosition", {Variant(3), Variant(1)});
+         }},
+    };
+    F form({{L"Rows", Variant(5)}, {L"ForeColorSel", Variant(0x030201)}});
+    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    for (const auto& [what, act] : acts) {
+        SCOPED_TRACE(what);
+        Call(form.grid.get(), L"RemoveAllRecords");
+        for (const char16_t* item : {u"\ta", u"", u"\tb", u"\tc"}) Call(form.grid.get(), L"AddItem", {Variant(item)});
+        form.GoTo(1, F::name);
+        form.GoTo(4, F::name);
+        act(form.grid.get(), inner.get());
+        const std::string current = form.Current() + " ";
+        EXPECT_EQ(current, CellsLikeSelected(form, inner.get()));
+    }
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 #include "Qvx.h"
 #include "com/safearray.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "tests/control/combogrid_form.h"
 #include "tests/support/late_bound_object.h"
 #include "tests/support/message_box.h"

@@ -70,6 +70,23 @@ TEST(ComboGridTyping, F2AndDoubleClickGoOnWithTheText) {
     EXPECT_EQ(u"best!", form.Cell(1, F::name));
 }
 
+TEST(ComboGridTyping, ADoubleClickBesideTheCurrentCellLeavesTheViewAlone) {
+    F form({{L"Rows", Variant(60)}, {L"AllowUserResizing", Variant(1)}});
+    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    struct Case {
+        int row;
+        int col;
+        int pixelsIn;
+    };
+    for (const Case& c : {Case{0, F::qty, 6}, {0, F::qty, 0}, {0, F::no, 6}, {25, F::no, 6}}) {
+        form.GoTo(1, F::name);
+        Put(inner.get(), L"TopRow", {Variant(20)});
+        form.Click(c.row, c.col, true, c.pixelsIn);
+        EXPECT_EQ(20, Call(inner.get(), L"TopRow").ToLong()) << c.row << "," << c.col << " " << c.pixelsIn;
+        EXPECT_FALSE(form.Frame());
+    }
+}
+
 TEST(ComboGridTyping, BackspaceEmptiesTheCellAndDeleteInTheEditorRemoves) {
     F form;
     form.SetCell(1, F::name, u"old");
@@ -184,6 +201,16 @@ TEST(ComboGridTyping, TabAndEnterGoOnByColumnsThatMayBeEntered) {
         way += form.Current() + " ";
     }
     EXPECT_EQ("2,2 2,1 1,5 1,4 ", way);
+    // In the editor Enter is Enter, whatever is held; on the grid other commands may have it with that.
+    for (const int held : {VK_SHIFT, VK_CONTROL}) {
+        form.GoTo(1, F::name);
+        form.Type(L"a");
+        EXPECT_FALSE(form.Press(VK_RETURN, {held}));
+        EXPECT_FALSE(form.Frame());
+        EXPECT_EQ("1,2", form.Current());
+        form.Press(VK_RETURN, {held});
+        EXPECT_EQ("1,2", form.Current());
+    }
 }
 
 TEST(ComboGridTyping, TabBehindTheLastCellLeavesTheGridWithTheEntryWritten) {

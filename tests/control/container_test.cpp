@@ -6,6 +6,7 @@
 #include <olectl.h>
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 
 #include "Qvx.h"
@@ -66,6 +67,30 @@ class EachControl : public ::testing::TestWithParam<const CLSID*> {
 };
 
 INSTANTIATE_TEST_SUITE_P(Controls, EachControl, ::testing::ValuesIn(EachVisibleControlId()), ControlName);
+
+// A designer's control is a picture; one that runs has the windows that its user types into.
+TEST_P(EachControl, HasTheInnerWindowsOfItsHostsMode) {
+    const auto active = [&](bool userMode) {
+        Container::Options options = RunMode();
+        options.ambients[DISPID_AMBIENT_USERMODE] = Variant(userMode);
+        auto container = std::make_unique<Container>(std::move(options));
+        container->Place(New(*GetParam()));
+        container->Activate();
+        return container;
+    };
+    const auto inner = [](const std::unique_ptr<Container>& container) {
+        return GetWindow(container->ControlWindow(), GW_CHILD) != nullptr;
+    };
+    const bool running = inner(active(true));
+    const bool designed = inner(active(false));
+    EXPECT_EQ(running, *GetParam() == CLSID_ComboGrid || *GetParam() == CLSID_TextEdit);
+    EXPECT_FALSE(designed);
+    const auto turned = active(false);
+    for (const bool userMode : {true, false, true}) {
+        turned->SetAmbient(DISPID_AMBIENT_USERMODE, Variant(userMode));
+        EXPECT_EQ(inner(turned), userMode && running);
+    }
+}
 
 TEST_P(EachControl, ActivatesMovesAndGoesInactive) {
     Container& container = Sited();
@@ -214,6 +239,24 @@ TEST_P(EachControl, ARefusedActivationIsTakenBack) {
         container.ActivateUi();
         EXPECT_TRUE(IsWindowVisible(container.ControlWindow()));
     }
+}
+
+// The window that the control is to stand in has gone, or somebody else's program has it.
+TEST_P(EachControl, IsNotActiveWithoutAPlace) {
+    Container::Options options = RunMode();
+    Container* place = nullptr;
+    options.answer = [&](const std::string& call) -> HRESULT {
+        if (call == "GetWindowContext") DestroyWindow(place->Window());
+        return S_OK;
+    };
+    Container container(options);
+    place = &container;
+    container.Place(New(*GetParam()));
+    EXPECT_TRUE(FAILED(DoVerb(container, OLEIVERB_UIACTIVATE)));
+    EXPECT_EQ(nullptr, container.ControlWindow());
+    EXPECT_EQ(1, Count(container, "OnInPlaceActivate"));
+    EXPECT_EQ(1, Count(container, "OnInPlaceDeactivate"));
+    EXPECT_EQ(0, Count(container, "OnUIActivate"));
 }
 
 // A site that will not have the user interface active still has the control in its place, and gets no frame calls.

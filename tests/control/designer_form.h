@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
-#include "com/text.h"
-#include "host/design/designer_window.h"
+#include "com/wide_text.h"
+#include "designer/designer_window.h"
 #include "tests/control/host_form.h"
 #include "tests/support/input.h"
 #include "win/dpi.h"
-#include "win/wide.h"
+#include "win/window_text.h"
 
 namespace qvx::host::design {
 
@@ -35,6 +35,12 @@ inline constexpr char formText[] =
     "      Begin Label lblIn\r\n         Left = 240\r\n         Top = 480\r\n         Width = 960\r\n"
     "         Height = 240\r\n      End\r\n   End\r\n"
     "End\r\n";
+
+// One pixel.
+inline const std::string dotPicture(
+    "BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0\0\0\0\0\4\0\0\0"
+    "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\xFF\0\0\0",
+    58);
 
 // From a person's thread: one of the designer's editors or the frame of pages, once it takes keys.
 inline HWND WaitForEditor() {
@@ -73,8 +79,7 @@ class DesignerTest : public ::testing::Test {
     }
     ~DesignerTest() override {
         designer_.reset();
-        MSG message;
-        PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+        test::TakeQuit();
         WIN32_FIND_DATAW found{};
         const HANDLE search = FindFirstFileW(Wide(folder_ + u"\\*"), &found);
         for (BOOL more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found)) {

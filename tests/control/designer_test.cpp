@@ -2,7 +2,7 @@
 // wrong.
 #include "common/run_time_error.h"
 #include "host/design_box_window.h"
-#include "host/image_list_object.h"
+#include "host/form_pictures_object.h"
 #include "host/sited_control.h"
 #include "tests/control/designer_form.h"
 #include "tests/support/input.h"
@@ -10,16 +10,10 @@
 #include "tests/support/thread_windows.h"
 #include "win/clipboard.h"
 #include "win/dpi.h"
-#include "win/wide.h"
+#include "win/window_text.h"
 
 namespace qvx::host::design {
 namespace {
-
-// One pixel.
-const std::string dotPicture(
-    "BM\x3A\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\1\0\0\0\1\0\0\0\1\0\x18\0\0\0\0\0\4\0\0\0"
-    "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\xFF\0\0\0",
-    58);
 
 TEST_F(DesignerTest, EveryToolPlacesAControlThatFollowsItsForm) {
     struct Case {
@@ -160,7 +154,7 @@ TEST_F(DesignerTest, ValuesAreGuardedAsTheControlsSay) {
 
 TEST_F(DesignerTest, AFrameTakesAnotherBorderWithWhatItHolds) {
     designer_->Select({{u"fraBox", -1}});
-    const PropertyTable* table = designer_->Properties().Table();
+    const ListedProperties* table = designer_->Properties().Table();
     const auto row = table->FindRow(u"BorderStyle");
     ASSERT_TRUE(row);
     EXPECT_EQ(table->Rows()[*row].info.choices.size(), 3u);
@@ -411,13 +405,13 @@ TEST_F(DesignerTest, AFileThatCannotBeWrittenStaysWhole) {
     EXPECT_EQ(reporter_.Errors(), errors + 1);
     EXPECT_TRUE(designer_->Form().Dirty());
     EXPECT_EQ(Bytes(path_), formText);
-    EXPECT_EQ(GetFileAttributesW(Wide(path_ + u".new")), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(GetFileAttributesW(Wide(path_ + u".~new")), INVALID_FILE_ATTRIBUTES);
     SetFileAttributesW(Wide(path_), FILE_ATTRIBUTE_NORMAL);
     // No room for the file that is written aside: a folder has its name.
-    CreateDirectoryW(Wide(path_ + u".new"), nullptr);
+    CreateDirectoryW(Wide(path_ + u".~new"), nullptr);
     EXPECT_FALSE(designer_->Do(Command::save));
     EXPECT_EQ(Bytes(path_), formText);
-    RemoveDirectoryW(Wide(path_ + u".new"));
+    RemoveDirectoryW(Wide(path_ + u".~new"));
     // Somewhere that is not there: the form stays that of its old file.
     file_ = folder_ + u"\\nowhere\\x.frm";
     EXPECT_FALSE(designer_->Do(Command::saveAs));
@@ -479,6 +473,50 @@ TEST_F(DesignerTest, NothingStaysBehind) {
         designer_.reset();
     };
     test::ExpectNothingLeftBehind(4, cycle);
+}
+
+TEST_F(DesignerTest, PicturesThatComeBackAreNoNewOnes) {
+    Write(folder_ + u"\\dot.bmp", dotPicture);
+    Open(
+        "Begin Form frmTest\r\n   Begin ImageList imlTest\r\n      BeginProperty Images\r\n"
+        "         BeginProperty ListImage1\r\n            Picture = \"dot.bmp\"\r\n         EndProperty\r\n"
+        "      EndProperty\r\n   End\r\n"
+        "   Begin Qvx.Button cmdTest\r\n      Picture = \"dot.bmp\"\r\n   End\r\nEnd\r\n");
+    designer_->Do(Command::selectAll);
+    designer_->Do(Command::remove);
+    test::ExpectNothingLeftBehind(10, [&] {
+        EXPECT_TRUE(designer_->Do(Command::undo));
+        EXPECT_TRUE(designer_->Do(Command::redo));
+    });
+    // A file that has been drawn anew meanwhile is: 2 pixels across.
+    std::string wider = dotPicture;
+    wider[18] = 2;
+    wider.append(4, '\0');
+    Write(folder_ + u"\\dot.bmp", wider);
+    EXPECT_TRUE(designer_->Do(Command::undo));
+    const auto images = Call(Members(u"imlTest").get(), L"ListImages").ToObject<IDispatch>();
+    const auto image = Call(images.get(), L"Item", {Variant(1)}).ToObject<IDispatch>();
+    const auto picture = Call(image.get(), L"Picture").ToObject<IPictureDisp>().As<IPicture>();
+    OLE_XSIZE_HIMETRIC width = 0;
+    OLE_YSIZE_HIMETRIC height = 0;
+    picture->get_Width(&width);
+    picture->get_Height(&height);
+    EXPECT_GT(width, height);
+}
+
+TEST_F(DesignerTest, TheFocusIsWhereItWasAfterALookAtAnotherProgram) {
+    const HWND other = CreateWindowExW(0, L"STATIC", L"Other", WS_POPUP | WS_VISIBLE, 100, 100, 300, 200, nullptr,
+                                       nullptr, nullptr, nullptr);
+    for (const HWND pane : {designer_->Properties().Handle(), designer_->Palette().Handle()}) {
+        SetFocus(pane);
+        const HWND inside = GetFocus();
+        EXPECT_TRUE(IsChild(pane, inside));
+        SetActiveWindow(other);
+        EXPECT_NE(GetFocus(), inside);
+        SetActiveWindow(designer_->Handle());
+        EXPECT_EQ(GetFocus(), inside);
+    }
+    DestroyWindow(other);
 }
 
 }  // namespace

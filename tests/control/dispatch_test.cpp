@@ -2,8 +2,12 @@
 #include <gtest/gtest.h>
 
 #include "Qvx.h"
+#include "com/guard.h"
 #include "tests/support/container.h"
+#include "tests/support/each_control.h"
 #include "tests/support/late_bound_object.h"
+#include "tests/support/members.h"
+#include "tests/support/narrow.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::test {
@@ -177,6 +181,36 @@ TEST_F(LateBound, ErrorsAreRich) {
     EXPECT_EQ(u"Invalid Row value.", description.ToText());
     EXPECT_EQ(S_OK, direct->get_Row(&none));
     EXPECT_EQ(S_OK, grid_.As<ISupportErrorInfo>()->InterfaceSupportsErrorInfo(IID__ComboGrid));
+}
+
+// What an earlier call has left as the thread's error is not what a later failure without a description says.
+TEST_F(LateBound, AnEarlierFailuresDescriptionIsForgotten) {
+    const auto leaveAnError = [] {
+        ReportFailure(E_FAIL, u"earlier");
+        ComPtr<IErrorInfo> left;
+        ASSERT_EQ(S_OK, GetErrorInfo(0, left.put()));
+        SetErrorInfo(0, left.get());
+    };
+    int tried = 0;
+    for (const NamedControl& named : namedControls) {
+        const auto control = ServerUnderTest::Get().Create(*named.id).As<IDispatch>();
+        for (const Member& member : MembersOfInterface(control.get())) {
+            if (member.kind != INVOKE_PROPERTYGET || member.parameters != 1) continue;
+            SCOPED_TRACE(std::string(named.name) + "." + Narrow(FromWide(member.name.c_str())));
+            leaveAnError();
+            // A read into nothing, which has no more to say than its code.
+            using Get = HRESULT(WINAPI*)(IDispatch*, void*);
+            const Get* table = *reinterpret_cast<const Get**>(control.get());
+            EXPECT_TRUE(FAILED(table[member.place](control.get(), nullptr)));
+            // Where it has a description it is a new one: some properties cannot be read at run time.
+            ComPtr<IErrorInfo> now;
+            Bstr description;
+            if (GetErrorInfo(0, now.put()) == S_OK) now->GetDescription(description.put());
+            EXPECT_NE(u"earlier", description.ToText());
+            ++tried;
+        }
+    }
+    EXPECT_GT(tried, 100);
 }
 
 // Every function that gives something back refuses a null pointer instead of writing through it.

@@ -1,5 +1,5 @@
 // The flexible grid's window: real keys and mouse, bars, scrolling, and what is on the screen.
-#include "elements/flexgrid/flexgrid_window.h"
+#include "widgets/flexgrid/flexgrid_window.h"
 
 #include <windows.h>
 

@@ -1,4 +1,5 @@
 #include "tests/control/golden.h"
+#include "tests/support/source_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@ namespace {
 
 // The sources' own path; where the tests run under Wine it lies on drive Z.
 std::string PathOf(const std::string& fileName) {
-    const std::string path = std::string(QVX_SOURCE_DIR) + "/tests/control/golden/";
+    const std::string path = std::string(sourceFolder) + "/tests/control/golden/";
     const bool hasDrive = path.size() > 1 && path[1] == ':';
     return (hasDrive ? path : "Z:" + path) + fileName;
 }

@@ -167,8 +167,7 @@ TEST_F(HostClosingTest, AnErrorWhileLoadingIsShown) {
         reporter.Error(error.Message());
         EXPECT_GT(BoxCloser::seen, 0);
     }
-    MSG message;
-    EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "there was no loop to end";
+    EXPECT_FALSE(test::TakeQuit()) << "there was no loop to end";
 }
 
 }  // namespace

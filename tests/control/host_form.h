@@ -8,12 +8,15 @@
 #include <functional>
 #include <iterator>
 #include <map>
+#include <vector>
 
 #include "com/object.h"
 #include "host/form_window.h"
 #include "tests/support/inert_object.h"
+#include "tests/support/input.h"
 #include "tests/support/narrow.h"
 #include "tests/support/server_under_test.h"
+#include "tests/support/source_folder.h"
 
 namespace qvx::host {
 
@@ -25,7 +28,7 @@ inline std::string Bytes(const Text& path) {
 
 // A file of the sources, by the path that Windows programs know it by.
 inline Text SourceFile(TextView path) {
-    const std::string_view folder = QVX_SOURCE_DIR;
+    const std::string_view folder = test::sourceFolder;
     Text file = u"Z:" + Text(folder.begin(), folder.end()) + Text(path);
     std::replace(file.begin(), file.end(), u'/', u'\\');
     return file;
@@ -81,8 +84,7 @@ class HostFormTest : public ::testing::Test {
     ~HostFormTest() override {
         form_.reset();
         // The last form of a program ends its message loop; there are more tests to come.
-        MSG message;
-        PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+        test::TakeQuit();
     }
 
     void Load(const std::string& text) {
@@ -106,6 +108,23 @@ class HostFormTest : public ::testing::Test {
         input.wParam = key;
         input.lParam = message == WM_SYSCHAR ? 1 << 29 : 1;
         return form_->TranslateKey(input);
+    }
+    // A key that is pressed while others are held down. What the form has no use for goes to the window that it is for.
+    bool Press(int key, const std::vector<int>& held) {
+        BYTE before[256] = {};
+        GetKeyboardState(before);
+        BYTE state[256] = {};
+        for (const int down : held) state[down] = 0x80;
+        SetKeyboardState(state);
+        MSG input{};
+        input.hwnd = GetFocus();
+        input.message = WM_KEYDOWN;
+        input.wParam = static_cast<WPARAM>(key);
+        input.lParam = 1;
+        const bool used = form_->TranslateKey(input);
+        if (!used) DispatchMessageW(&input);
+        SetKeyboardState(before);
+        return used;
     }
     Text SavedPath() const { return folder_ + u"qvx_host_test.frm"; }
     std::string SavedBytes() {

@@ -3,7 +3,11 @@
 
 #include <algorithm>
 
+#include "common/run_time_error.h"
+#include "host/form_storage_win32.h"
+#include "tests/control/grid_counts.h"
 #include "tests/control/host_form.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/narrow.h"
 
 namespace qvx::host {
@@ -181,7 +185,7 @@ TEST_F(HostFormTest, AnImageListHoldsPicturesByNumberAndKey) {
     const std::string text =
         "Begin Form f\n  Begin ImageList iml\n    BeginProperty Images\n"
         "      BeginProperty ListImage1\n        Key = \"one\"\n        Picture = \"" +
-        test::Narrow(SourceFile(u"/host/qvxhost.ico")) +
+        test::Narrow(SourceFile(u"/qvxhost/qvxhost.ico")) +
         "\"\n"
         "        Tag = \"t\"\n      EndProperty\n"
         "      BeginProperty ListImage2\n      EndProperty\n    EndProperty\n  End\nEnd\n";
@@ -208,7 +212,7 @@ TEST_F(HostFormTest, AFormsFolderMayHaveALongPath) {
         folders.push_back(folder_);
         CreateDirectoryW(Wide(u"\\\\?\\" + folder_), nullptr);
     }
-    ASSERT_TRUE(CopyFileW(Wide(SourceFile(u"/host/qvxhost.ico")), Wide(folder_ + u"\\i.ico"), FALSE));
+    ASSERT_TRUE(CopyFileW(Wide(SourceFile(u"/qvxhost/qvxhost.ico")), Wide(folder_ + u"\\i.ico"), FALSE));
     folder_ += u"\\";
     options_.log = folder_ + u"log.txt";
     const std::string text =
@@ -242,12 +246,7 @@ TEST_F(HostFormTest, AGridsEntriesReachTheScriptAndItsAnswersComeBack) {
         SetWindowTextW(GetFocus(), text);
     };
     enter(1, L"x");
-    BYTE pressed[256] = {};
-    pressed[VK_CONTROL] = 0x80;
-    SetKeyboardState(pressed);
-    EXPECT_TRUE(Key(WM_KEYDOWN, 'S'));  // the menu's, though a cell is open
-    pressed[VK_CONTROL] = 0;
-    SetKeyboardState(pressed);
+    EXPECT_TRUE(Press('S', {VK_CONTROL}));  // the menu's, though a cell is open
     Key(WM_KEYDOWN, VK_RETURN);
     test::Put(grid, L"Col", {Variant(2)});
     Key(WM_KEYDOWN, VK_F2);
@@ -259,6 +258,38 @@ TEST_F(HostFormTest, AGridsEntriesReachTheScriptAndItsAnswersComeBack) {
     EXPECT_EQ(test::Call(grid, L"TextMatrix", {Variant(1), Variant(1)}).ToText(), u"x");
     EXPECT_EQ(test::Call(grid, L"TextMatrix", {Variant(1), Variant(3)}).ToText(), u"45");
     EXPECT_EQ(reporter_.Errors(), 0);
+}
+
+TEST_F(HostFormTest, CtrlTabLeavesAGridFromAnyCell) {
+    Load(
+        "Begin Form f\n  ClientWidth = 6000\n  ClientHeight = 3000\n"
+        "  Begin TextBox txtBefore\n    TabIndex = 0\n  End\n"
+        "  Begin Qvx.ComboGrid g\n    TabIndex = 1\n    Width = 5000\n    Height = 2500\n    Rows = 4\n    Cols = 4\n"
+        "    FormatString = \"No|Name|Fixed|Qty\"\n  End\n"
+        "  Begin TextBox txtBehind\n    TabIndex = 2\n  End\nEnd\n",
+        u"");
+    const auto grid = form_->FindControl(u"g")->Extended();
+    const struct {
+        std::vector<int> held;
+        TextView active;
+    } cases[] = {{{}, u"g"}, {{VK_CONTROL}, u"txtBehind"}, {{VK_CONTROL, VK_SHIFT}, u"txtBefore"}};
+    for (const bool editing : {false, true}) {
+        for (const auto& [held, active] : cases) {
+            SCOPED_TRACE(test::Narrow(active) + (editing ? " from an edit" : ""));
+            form_->FindControl(u"g")->Focus(nullptr);
+            test::Put(grid, L"TextMatrix", {Variant(1), Variant(1), Variant(u"before")});
+            test::Put(grid, L"Row", {Variant(1)});
+            test::Put(grid, L"Col", {Variant(1)});
+            if (editing) {
+                Key(WM_KEYDOWN, VK_F2);
+                SetWindowTextW(GetFocus(), L"entered");
+            }
+            Press(VK_TAB, held);
+            EXPECT_EQ(ActiveName(), active);
+            EXPECT_EQ(test::Call(grid, L"TextMatrix", {Variant(1), Variant(1)}).ToText(),
+                      editing ? u"entered" : u"before");
+        }
+    }
 }
 
 TEST_F(HostFormTest, UnloadMayBeRefused) {
@@ -295,6 +326,35 @@ TEST_F(HostFormTest, SampleFormsAreSavedAsTheyWere) {
     }
 }
 
+// What is done to files, in order. Functions, because the system's calling convention on x86 is not that of lambdas.
+std::string fileSteps;
+bool diskIsFull = false;
+BOOL WINAPI RecordFlush(HANDLE) {
+    fileSteps += "flush ";
+    SetLastError(ERROR_DISK_FULL);
+    return !diskIsFull;
+}
+BOOL WINAPI RecordRename(LPCWSTR from, LPCWSTR to, DWORD flags) {
+    fileSteps += flags & MOVEFILE_WRITE_THROUGH ? "rename-through " : "rename ";
+    return MoveFileWithProgressW(from, to, nullptr, nullptr, flags);
+}
+
+TEST_F(HostFormTest, ASavedFormIsOnTheDiskBeforeItTakesItsPlace) {
+    const test::ImportPatch flush(GetModuleHandleW(nullptr), "FlushFileBuffers", reinterpret_cast<void*>(&RecordFlush));
+    const test::ImportPatch rename(GetModuleHandleW(nullptr), "MoveFileExW", reinterpret_cast<void*>(&RecordRename));
+    ASSERT_TRUE(flush.Found() && rename.Found());
+    const Text path = SavedPath();
+    ReplaceFileBytes(path, "old");
+    EXPECT_EQ(std::exchange(fileSteps, {}), "flush rename-through ");
+    diskIsFull = true;
+    EXPECT_THROW(ReplaceFileBytes(path, "new"), RunTimeError);
+    diskIsFull = false;
+    EXPECT_EQ(std::exchange(fileSteps, {}), "flush ");
+    EXPECT_EQ(Bytes(path), "old");
+    EXPECT_EQ(GetFileAttributesW(Wide(path + u".~new")), INVALID_FILE_ATTRIBUTES);
+    DeleteFileW(Wide(path));
+}
+
 TEST_F(HostFormTest, ARewrittenFormIsStable) {
     options_.rewrite = true;
     Load(Bytes(SourceFile(u"/samples/invoice.frm")));
@@ -304,6 +364,32 @@ TEST_F(HostFormTest, ARewrittenFormIsStable) {
     EXPECT_EQ(SavedBytes(), once);
     EXPECT_NE(once.find("ListColumns     =   \";Article;\""), std::string::npos);
     EXPECT_NE(once.find("AutoAddNew      =   -1  'True"), std::string::npos);
+}
+
+TEST_F(HostFormTest, AGridsCountsComeBackWithItsForm) {
+    const test::GridCounts cases[] = {{1, 1, 3, 1}, {2, 2, 3, 0}, {3, 1, 0, 0},
+                                      {0, 0, 3, 1}, {0, 1, 3, 1}, {3, 0, 1, 1}};
+    for (const bool design : {false, true}) {
+        for (const bool rewrite : {false, true}) {
+            for (const auto& counts : cases) {
+                options_.design = design;
+                options_.rewrite = rewrite;
+                Load(
+                    "Begin Form f\n  Begin Qvx.ComboGrid g\n    Rows = 4\n    Cols = 2\n    FixedCols = 0\n  "
+                    "End\nEnd\n");
+                test::SetCounts(form_->FindControl(u"g")->Extended(), counts);
+                const std::string before = test::CountsOf(form_->FindControl(u"g")->Extended());
+                const std::string bytes = SavedBytes();
+                const std::string grown = test::CountsWhenGrown(form_->FindControl(u"g")->Extended());
+                SCOPED_TRACE(before + bytes);
+                Load(bytes);
+                EXPECT_EQ(test::CountsOf(form_->FindControl(u"g")->Extended()), before);
+                EXPECT_EQ(SavedBytes(), bytes);
+                EXPECT_EQ(test::CountsWhenGrown(form_->FindControl(u"g")->Extended()), grown);
+            }
+        }
+    }
+    EXPECT_EQ(reporter_.Errors(), 0);
 }
 
 TEST_F(HostFormTest, AChangeOfAControlGoesToItsLine) {

@@ -249,9 +249,10 @@ TEST(PropertyBags, ReadingConvertsToTheTypeHintedAt) {
     const FormFile file = FormFile::Parse(
         "Begin A b\n Count = 3\n Color = &H80000012&\n Flag = -1 'True\n Word = \"12\"\n Size = 8.5\n"
         " BeginProperty Font\n  Name = \"Tahoma\"\n  Italic = -1 'True\n EndProperty\nEnd\n");
+    FormPictures pictures;
     FontSpec base;
     base.points = 12;  // a whole number of pixels: the system rounds others
-    const auto bag = MakeObject<ReadingBag>(file.form, Text(), base, nullptr);
+    const auto bag = MakeObject<ReadingBag>(file.form, Text(), base, pictures);
     const struct {
         const wchar_t* name;
         VARTYPE hint;
@@ -292,8 +293,9 @@ TEST(PropertyBags, ReadingConvertsToTheTypeHintedAt) {
 }
 
 TEST(PropertyBags, WritingKeepsTheOrderAndRefusesWhatALineCannotHold) {
+    FormPictures pictures;
     SavedProperties saved;
-    const auto bag = MakeObject<WritingBag>(saved, nullptr);
+    const auto bag = MakeObject<WritingBag>(saved, pictures);
     FontSpec value;
     value.face = u"Tahoma";
     const auto font = MakeFontObject(value);

@@ -1,5 +1,5 @@
 // What controls ask of hosts that offer everything, something and nothing.
-#include "server/host_services.h"
+#include "kit/host_services.h"
 
 #include <gtest/gtest.h>
 #include <olectl.h>

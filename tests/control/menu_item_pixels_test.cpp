@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "controls/decor/menu_item.h"
-#include "controls/decor/menu_picture_gdi.h"
+#include "controls/menus/menu_item.h"
+#include "controls/menus/menu_picture_gdi.h"
 #include "tests/support/drawn_picture.h"
 #include "tests/support/menu_pixels.h"
 #include "win/gdi_surface.h"
@@ -13,7 +13,7 @@
 namespace qvx::test {
 namespace {
 
-using namespace qvx::decor;
+using namespace qvx::menus;
 
 constexpr COLORREF ground = RGB(236, 233, 216);
 constexpr COLORREF ink = RGB(0, 0, 0);

@@ -7,9 +7,10 @@
 #include <fstream>
 
 #include "Qvx.h"
-#include "controls/decor/menu_page_object.h"
+#include "controls/menus/menu_page_object.h"
 #include "tests/control/host_form.h"
 #include "tests/support/container.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/input.h"
 #include "tests/support/menu_pixels.h"
 #include "tests/support/resource_counts.h"
@@ -19,8 +20,8 @@ namespace qvx::host {
 namespace {
 
 using namespace qvx::test;
-using decor::KeyedPicture;
-using decor::MenuPageWindow;
+using menus::KeyedPicture;
+using menus::MenuPageWindow;
 
 const std::string menus =
     "Begin Form f\n Begin Menu mnuFile\n  Caption = \"&File\"\n"
@@ -358,6 +359,29 @@ TEST_F(MenuPage, StandsInAPropertyFrame) {
     EXPECT_TRUE(whole) << "nothing of it is cut off";
     EXPECT_EQ(Keys(), u"mnuOpen ");
     CoRevokeClassObject(cookie);
+}
+
+std::vector<std::string>* calls = nullptr;  // of the container that the frame is opened in
+
+HRESULT WINAPI OpenNoFrame(HWND, UINT, UINT, LPCOLESTR, ULONG, LPUNKNOWN*, ULONG, LPCLSID, LCID, DWORD, LPVOID) {
+    calls->emplace_back("the frame");
+    return S_OK;
+}
+
+// The frame is a modal dialog of the control's: the host closes its own other windows to input meanwhile.
+TEST(PropertyFrame, IsToldToTheHost) {
+    const ImportPatch patch(ServerUnderTest::Get().Module(), "OleCreatePropertyFrame",
+                            reinterpret_cast<void*>(&OpenNoFrame));
+    ASSERT_TRUE(patch.Found());
+    Container container({});
+    container.Place(ServerUnderTest::Get().Create(CLSID_CMenus));
+    container.Activate();
+    container.Calls().clear();
+    calls = &container.Calls();
+    EXPECT_EQ(S_OK, Query<IOleObject>(container.Control())
+                        ->DoVerb(OLEIVERB_PROPERTIES, nullptr, nullptr, 0, container.Window(), nullptr));
+    EXPECT_EQ(container.Calls(),
+              (std::vector<std::string>{"EnableModeless(False)", "the frame", "EnableModeless(True)"}));
 }
 
 TEST_F(MenuPage, AThousandPagesLeaveNothingBehind) {

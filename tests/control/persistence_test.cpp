@@ -1,5 +1,6 @@
 // Saving and loading: property bags, streams, storages; what is missing, unknown, damaged or hostile.
 #include <gtest/gtest.h>
+#include <olectl.h>
 
 #include <random>
 
@@ -119,6 +120,22 @@ TEST_P(SavedControl, ComesBackTheSameThroughEveryStore) {
     EXPECT_EQ(stream, SaveToStream(throughStorage.get()));
     EXPECT_EQ(CO_E_ALREADYINITIALIZED, throughStorage.As<IPersistStorage>()->Load(storage.get()));
     EXPECT_EQ(S_OK, throughStorage.As<IPersistStorage>()->HandsOffStorage());
+}
+
+TEST_P(SavedControl, TellsNothingOfItselfWhileItIsRead) {
+    const auto original = GetParam().make();
+    Container::Options options;
+    options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(true));
+    Container container(options);
+    container.Place(New(*GetParam().id));
+    container.Activate();
+    GUID source{};
+    ASSERT_EQ(S_OK, Query<IProvideClassInfo2>(container.Control())->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source));
+    const auto events = MakeObject<EventRecorder>();
+    const Connection connection(container.Control(), source, events.get());
+    EXPECT_EQ(S_OK, LoadFromBag(container.Control(), SaveToBag(original.get()).get()));
+    EXPECT_EQ(S_OK, LoadFromStream(container.Control(), SaveToStream(original.get())));
+    EXPECT_EQ(0u, events->events.size());
 }
 
 TEST_P(SavedControl, UnknownKeysAreIgnored) {

@@ -1,5 +1,5 @@
 // Picture files of all kinds on their way through the system's decoders, the damaged ones among them.
-#include "com/picture_file.h"
+#include "win/picture_file.h"
 
 #include <windows.h>
 
@@ -9,9 +9,9 @@
 #include <random>
 
 #include "com/guard.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "common/run_time_error.h"
-#include "controls/decor/menu_picture_gdi.h"
+#include "controls/menus/menu_picture_gdi.h"
 #include "tests/control/host_form.h"
 #include "win/handles.h"
 
@@ -42,8 +42,8 @@ class PictureFile : public ::testing::Test {
     }
     // On a menu item, as it is and greyed.
     static void Draw(IPictureDisp* picture) {
-        const auto plain = std::make_shared<decor::MenuPicture>(picture);
-        const decor::DisabledMenuPicture grey(plain);
+        const auto plain = std::make_shared<menus::MenuPicture>(picture);
+        const menus::DisabledMenuPicture grey(plain);
         const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
         const UniqueBitmap bitmap(CreateBitmap(20, 20, 1, 32, nullptr));
         const SelectedObject selected(dc.Get(), bitmap.Get());
@@ -76,14 +76,14 @@ TEST_F(PictureFile, AnySizeAndDepthIsRead) {
             Write(Bitmap(size.width, size.height, bits));
             const auto picture = Loaded();
             ASSERT_TRUE(picture);
-            EXPECT_EQ(decor::MenuPicture(picture.get()).PixelSize({}), size);
+            EXPECT_EQ(menus::MenuPicture(picture.get()).PixelSize({}), size);
             Draw(picture.get());
         }
     }
     for (const TextView name : {u"new.ico", u"help.ico", u"tools.bmp"}) {
         const auto picture = qvx::LoadPictureFile(SourceFile(u"/samples/pictures/" + Text(name)));
         ASSERT_TRUE(picture);
-        EXPECT_FALSE(decor::MenuPicture(picture.get()).Empty());
+        EXPECT_FALSE(menus::MenuPicture(picture.get()).Empty());
         Draw(picture.get());
     }
 }

@@ -1,5 +1,5 @@
 // The frame of property pages over a page of the test's own: when it applies, refuses and closes.
-#include "host/design/property_frame_dialog.h"
+#include "designer/editors/property_frame_dialog.h"
 
 #include "common/run_time_error.h"
 #include "host/sited_control.h"

@@ -7,10 +7,11 @@
 #include <memory>
 #include <vector>
 
-#include "host/design/property_list_window.h"
+#include "designer/properties/property_list_window.h"
 #include "tests/control/host_form.h"
 #include "tests/support/input.h"
-#include "win/wide.h"
+#include "win/focus_memory.h"
+#include "win/window_text.h"
 
 namespace qvx::host {
 
@@ -24,6 +25,14 @@ class PropertyFrameWindow final : public Window {
         Create(WindowClass{L"QvxPropertyTestFrame"}, L"Properties", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0,
                {700, 40, 700 + size.width, 40 + size.height}, nullptr);
     }
+
+  private:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+        if (message == WM_ACTIVATE && focus_.OnActivate(Handle(), wParam)) return 0;
+        return Default(message, wParam, lParam);
+    }
+
+    FocusMemory focus_;
 };
 
 inline constexpr char formText[] =

@@ -9,7 +9,7 @@
 #include "tests/support/resource_counts.h"
 #include "tests/support/thread_windows.h"
 #include "win/dpi.h"
-#include "win/wide.h"
+#include "win/window_text.h"
 
 namespace qvx::host {
 namespace {

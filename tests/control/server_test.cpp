@@ -115,6 +115,34 @@ TEST_F(Registration, RemovesExactlyWhatItWrote) {
     EXPECT_EQ(S_OK, server.Install(false, L"user"));
 }
 
+// What cannot be written to its end puts back what was there: an earlier version goes on working.
+TEST_F(Registration, AFailedOneLeavesTheEarlierOneAsItWas) {
+    const auto& server = ServerUnderTest::Get();
+    ASSERT_EQ(S_OK, server.Install(true, L"user"));
+    const std::wstring classes = L"Software\\Classes\\CLSID\\";
+    const auto write = [](const std::wstring& path, DWORD options, const wchar_t* name, std::wstring_view value) {
+        HKEY key = nullptr;
+        ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, options, KEY_WRITE,
+                                                 nullptr, &key, nullptr));
+        RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.data()),
+                       static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+        RegCloseKey(key);
+    };
+    for (const auto& control : server.Controls()) {
+        write(classes + Spell(control.id) + L"\\InprocServer32", 0, nullptr, L"C:\\Earlier\\Qvx.ocx");
+    }
+    // The page comes last. Nothing that lasts can be written below a key that does not.
+    const std::wstring page = classes + L"{4DE5F516-0402-49F2-93DB-DEAC18CC289F}";
+    ASSERT_EQ(ERROR_SUCCESS, RegDeleteTreeW(HKEY_CURRENT_USER, page.c_str()));
+    write(page, REG_OPTION_VOLATILE, L"Note", L"not ours");
+    const Snapshot before = UserClasses();
+    EXPECT_TRUE(FAILED(server.Install(true, L"user")));
+    EXPECT_EQ(before, UserClasses());
+    RegDeleteTreeW(HKEY_CURRENT_USER, page.c_str());
+    EXPECT_EQ(S_OK, server.Install(true, L"user"));
+    EXPECT_EQ(S_OK, server.Install(false, L"user"));
+}
+
 // A key that somebody else put a value into stays, with that value alone.
 TEST_F(Registration, LeavesOthersValuesAlone) {
     const auto& server = ServerUnderTest::Get();

@@ -1,12 +1,14 @@
 // Real keys into a TextEdit control, and what becomes of them when the focus goes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "common/keys.h"
 #include "tests/control/textedit_form.h"
 #include "tests/support/beep_count.h"
 #include "tests/support/message_box.h"
 #include "win/clipboard.h"
-#include "win/wide.h"
+#include "win/window_text.h"
 
 namespace qvx::test {
 namespace {
@@ -158,19 +160,32 @@ TEST(TextEditTyping, LeavingNormalisesWhateverCameIn) {
     form.Set(L"DataType", Variant(2));
     struct {
         TextView left;
+        int places;
         TextView expected;
-    } const cases[] = {{u"12.3456", u"12.35"}, {u"", u"0.00"}, {u"999 kg", u"999.00"}, {u"7.00", u"7.00"}};
+    } const cases[] = {{u"12.3456", 2, u"12.35"},
+                       {u"", 2, u"0.00"},
+                       {u"999 kg", 2, u"999.00"},
+                       {u"7.00", 2, u"7.00"},
+                       // No number can be written with them: the box is left as it is, but left.
+                       {u"12.3456", -1, u"12.3456"}};
     form.Set(L"Boundaries", Variant(true));
     form.Set(L"MaxValue", Variant(10));
     for (const auto& c : cases) {
+        Invoke(form.box.get(), L"DecimalPlaces", DISPATCH_PROPERTYPUT, {Variant(c.places).get()});
         form.Focus();
         // As a paste or an input method would.
         SendMessageW(form.Edit(), EM_SETSEL, 0, -1);
         const Text left(c.left);
         SendMessageW(form.Edit(), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(Wide(left)));
+        MSG tab{form.Edit(), WM_KEYDOWN, VK_TAB, 0, 0, {}};
+        const auto active = Query<IOleInPlaceActiveObject>(form.container->Control());
+        EXPECT_EQ(S_FALSE, active->TranslateAccelerator(&tab)) << "the host's to move on with";
+        form.container->Calls().clear();
         SetFocus(neighbour.Window());
         EXPECT_EQ(form.Shown(), c.expected);
         EXPECT_EQ(GetFocus(), neighbour.Window());
+        const std::vector<std::string>& calls = form.container->Calls();
+        EXPECT_EQ(1, std::count(calls.begin(), calls.end(), "OnFocus(False)")) << "the host hears of it";
     }
 }
 

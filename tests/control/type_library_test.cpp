@@ -8,7 +8,7 @@
 #include "Qvx.h"
 #include "com/bstr.h"
 #include "com/guard.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "tests/control/golden.h"
 #include "tests/support/server_under_test.h"
 

@@ -7,7 +7,7 @@
 
 #include "com/font_object.h"
 #include "com/guard.h"
-#include "com/text.h"
+#include "com/wide_text.h"
 
 namespace qvx::test {
 
@@ -212,7 +212,9 @@ class Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControl
         return *out ? S_OK : E_NOTIMPL;
     }
     STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
-    STDMETHODIMP TranslateAccelerator(MSG*, DWORD) override { return S_FALSE; }
+    STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override {
+        return options_.usesKey && options_.usesKey(*message, modifiers) ? S_OK : S_FALSE;
+    }
     STDMETHODIMP OnFocus(BOOL got) override { return Note(got ? "OnFocus(True)" : "OnFocus(False)"); }
     STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
     // IDispatch: the ambient properties
@@ -270,14 +272,18 @@ Container::~Container() {
     DestroyWindow(window_);
 }
 
-void Container::Place(const ComPtr<IUnknown>& control, const std::function<void(IUnknown*)>& prepare) {
+HRESULT Container::PutIn(const ComPtr<IUnknown>& control) {
     control_ = control;
-    const auto object = control_.As<IOleObject>();
+    return control_.As<IOleObject>()->SetClientSite(site_.get());
+}
+
+void Container::Place(const ComPtr<IUnknown>& control, const std::function<void(IUnknown*)>& prepare) {
+    const auto object = control.As<IOleObject>();
     ASSERT_TRUE(object);
     DWORD misc = 0;
     ASSERT_EQ(S_OK, object->GetMiscStatus(DVASPECT_CONTENT, &misc));
     EXPECT_TRUE(misc & OLEMISC_SETCLIENTSITEFIRST);
-    ASSERT_EQ(S_OK, object->SetClientSite(site_.get()));
+    ASSERT_EQ(S_OK, PutIn(control));
     if (prepare) {
         prepare(control_.get());
     } else {

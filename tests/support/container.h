@@ -95,6 +95,8 @@ class Container {
         // The extended control that GetExtendedControl gives; null for none.
         ComPtr<IDispatch> extended;
         RECT bounds{10, 10, 210, 110};
+        // Whether the site has used a key that the control offers it, with the system's KEYMOD_ bits; none without.
+        std::function<bool(const MSG& message, DWORD modifiers)> usesKey;
         // What the site and its frame answer to a call of that name, which may do something of its own; S_OK without.
         std::function<HRESULT(const std::string& call)> answer;
     };
@@ -105,6 +107,8 @@ class Container {
 
     // Sites a control. `prepare` initialises or loads it once it is sited; InitNew by default.
     void Place(const ComPtr<IUnknown>& control, const std::function<void(IUnknown*)>& prepare = {});
+    // The siting alone, which may fail.
+    HRESULT PutIn(const ComPtr<IUnknown>& control);
     void Activate();
     void ActivateUi();
     void MoveTo(const RECT& bounds);

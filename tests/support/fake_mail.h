@@ -9,7 +9,7 @@
 #include <cwchar>
 #include <string>
 
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "tests/support/ado_server.h"
 #include "tests/support/import_patch.h"
 

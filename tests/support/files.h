@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "com/text.h"
+#include "com/wide_text.h"
 #include "common/number_text.h"
 #include "tests/support/narrow.h"
 

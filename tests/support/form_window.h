@@ -43,13 +43,6 @@ inline std::vector<HWND> ChildrenOf(HWND form, const wchar_t* className) {
     return found;
 }
 
-inline HWND FocusOf(HWND form) {
-    GUITHREADINFO info{};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(GetWindowThreadProcessId(form, nullptr), &info);
-    return info.hwndFocus;
-}
-
 // Characters as the keyboard of whatever layout gives them.
 inline void TypeText(const wchar_t* text) {
     for (; *text; ++text) {

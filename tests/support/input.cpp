@@ -37,6 +37,12 @@ bool WaitFor(const std::function<bool()>& holds, int milliseconds, bool pump) {
     return true;
 }
 
+std::optional<int> TakeQuit() {
+    MSG message;
+    if (!PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) return std::nullopt;
+    return static_cast<int>(message.wParam);
+}
+
 void KeyDown(int key) { Send(KeyInput(key, 0)); }
 void KeyUp(int key) { Send(KeyInput(key, KEYEVENTF_KEYUP)); }
 
@@ -45,6 +51,24 @@ void TypeKey(int key, const std::initializer_list<int>& modifiers) {
     KeyDown(key);
     KeyUp(key);
     for (const int modifier : modifiers) KeyUp(modifier);
+}
+
+HWND FocusOf(HWND window) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
+    return info.hwndFocus;
+}
+
+void RepeatAndRelease(HWND window, int key) {
+    constexpr LPARAM held = static_cast<LPARAM>(KF_REPEAT) << 16 | 1;
+    constexpr LPARAM up = static_cast<LPARAM>(KF_UP) << 16;
+    for (int i = 0; i < 3; ++i) {
+        PostMessageW(FocusOf(window), WM_KEYDOWN, static_cast<WPARAM>(key), held);
+        Sleep(60);
+    }
+    PostMessageW(FocusOf(window), WM_KEYUP, static_cast<WPARAM>(key), held | up);
+    Sleep(200);
 }
 
 void MoveMouseTo(POINT place) {

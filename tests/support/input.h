@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <optional>
 #include <thread>
 
 namespace qvx::test {
@@ -12,10 +13,20 @@ namespace qvx::test {
 // milliseconds.
 bool WaitFor(const std::function<bool()>& holds, int milliseconds = 5000, bool pump = true);
 
+// Takes the request to end this thread out of its queue and returns with its exit code; nothing when there is none.
+std::optional<int> TakeQuit();
+
 void KeyDown(int key);
 void KeyUp(int key);
 // Down and up, with modifiers held around it.
 void TypeKey(int key, const std::initializer_list<int>& modifiers = {});
+
+// The window with the focus among those of another window's thread.
+HWND FocusOf(HWND window);
+
+// A key that somebody has been holding down: the keyboard repeats it for a while, then it comes up. Posted to the
+// window with the focus, because under Wine a window that comes to the front lets go of keys that only software holds.
+void RepeatAndRelease(HWND window, int key);
 
 // Screen pixels.
 void MoveMouseTo(POINT place);

@@ -10,8 +10,8 @@
 #include <memory>
 #include <optional>
 
+#include "archivers/file_names.h"
 #include "archivers/files.h"
-#include "archivers/names.h"
 #include "common/text_compare.h"
 
 namespace qvx::archivers {
@@ -55,9 +55,8 @@ class MemoryFiles : public Files {
     std::function<void(const Text&)> onRead;
 
     MemoryNode& Put(const Text& path, Bytes bytes, std::uint32_t attributes = 0) {
-        MemoryNode& node = DiskOf(path).nodes[FoldedText(Plain(path))];
-        node = {Plain(path), std::move(bytes), FromUnixTime(1'000'000'001), attributes, false};
-        return node;
+        MemoryNode node = {Plain(path), std::move(bytes), FromUnixTime(1'000'000'001), attributes, false};
+        return DiskOf(path).nodes.insert_or_assign(FoldedText(node.path), std::move(node)).first->second;
     }
     MemoryNode* Find(const Text& path) {
         auto& nodes = DiskOf(path).nodes;
@@ -73,8 +72,9 @@ class MemoryFiles : public Files {
         Change();
         const MemoryNode* old = Find(path);
         if (old && old->isOpen && !isDead) throw ArchiveError(ExitCode::accessDenied);
+        auto output = std::make_unique<Output>(*this, path);
         Put(path, {}).isOpen = true;
-        return std::make_unique<Output>(*this, path);
+        return output;
     }
     std::vector<ListedFile> List(const Text& folder) override {
         std::vector<ListedFile> files;
@@ -94,8 +94,12 @@ class MemoryFiles : public Files {
     }
     bool Remove(const Text& path) noexcept override {
         if (isDead) return false;
-        const MemoryNode* node = Find(path);
-        return node && !node->isOpen && DiskOf(path).nodes.erase(FoldedText(Plain(path))) > 0;
+        try {
+            const MemoryNode* node = Find(path);
+            return node && !node->isOpen && DiskOf(path).nodes.erase(FoldedText(Plain(path))) > 0;
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
     }
     Text FullPath(const Text& path) override { return Find(path) ? Find(path)->path : Plain(path); }
     bool IsRemovable(const Text& path) override { return isRemovable && IsOnDisk(path); }
@@ -116,7 +120,7 @@ class MemoryFiles : public Files {
         }
     }
     std::size_t Temporaries() const {
-        const auto isOne = [](const auto& pair) { return pair.first.find(u".~") != Text::npos; };
+        const auto isOne = [](const auto& pair) { return pair.first.find(u".~pk") != Text::npos; };
         auto count = std::count_if(fixed.nodes.begin(), fixed.nodes.end(), isOne);
         for (const MemoryDisk& disk : disks) count += std::count_if(disk.nodes.begin(), disk.nodes.end(), isOne);
         return static_cast<std::size_t>(count);
@@ -147,11 +151,9 @@ class MemoryFiles : public Files {
 
     class Output final : public OutputFile {
       public:
-        Output(MemoryFiles& owner, Text path) : owner_(owner), path_(std::move(path)) {}
+        Output(MemoryFiles& owner, const Text& path) : owner_(owner), path_(path), key_(FoldedText(Plain(path))) {}
         ~Output() override {
-            if (isCommitted_ || owner_.isDead) return;
-            if (MemoryNode* node = owner_.Find(path_)) node->isOpen = false;
-            owner_.Remove(path_);
+            if (!isCommitted_ && !owner_.isDead) owner_.DiskOf(path_).nodes.erase(key_);
         }
         Output(const Output&) = delete;
         Output& operator=(const Output&) = delete;
@@ -183,13 +185,19 @@ class MemoryFiles : public Files {
             owner_.Change();
             const bool isProtected = (owner_.Attributes(path) & attribute::readOnly) != 0;
             if (isProtected && target == ReadOnlyTarget::refuse) throw ArchiveError(ExitCode::accessDenied);
-            MemoryNode node = Node();
-            owner_.DiskOf(path_).nodes.erase(FoldedText(Plain(path_)));
             // Whatever name it had, the name is the one given from now on.
-            if (const MemoryNode* old = owner_.Find(path)) owner_.DiskOf(path).nodes.erase(FoldedText(old->path));
-            node.path = Plain(path);
-            node.isOpen = false;
-            owner_.DiskOf(path).nodes[FoldedText(Plain(path))] = std::move(node);
+            const MemoryNode* old = owner_.Find(path);
+            const Text oldKey = old ? FoldedText(old->path) : Text();
+            Text newPath = Plain(path);
+            Text newKey = FoldedText(newPath);
+            auto& nodes = owner_.DiskOf(path).nodes;
+            nodes.erase(oldKey);
+            nodes.erase(newKey);
+            auto node = nodes.extract(key_);
+            node.key() = std::move(newKey);
+            node.mapped().path = std::move(newPath);
+            node.mapped().isOpen = false;
+            nodes.insert(std::move(node));
             isCommitted_ = true;
         }
 
@@ -201,6 +209,7 @@ class MemoryFiles : public Files {
         }
         MemoryFiles& owner_;
         Text path_;
+        Text key_;
         bool isCommitted_ = false;
     };
 

@@ -2,49 +2,13 @@
 
 #include <windows.h>
 
-#include <cstddef>
 #include <vector>
+
+#include "soak/watch/handle_counts.h"
 
 namespace qvx::test {
 
 namespace {
-
-BOOL CALLBACK CountInner(HWND, LPARAM count) {
-    ++*reinterpret_cast<long*>(count);
-    return TRUE;
-}
-
-BOOL CALLBACK CountTop(HWND window, LPARAM count) {
-    ++*reinterpret_cast<long*>(count);
-    EnumChildWindows(window, CountInner, count);
-    return TRUE;
-}
-
-// The table of graphics handles that every process sees through its environment block. GetGuiResources would do, but
-// answers 0 where the tests usually run.
-long GdiHandles() {
-    if (const DWORD told = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) return static_cast<long>(told);
-    // The environment block's address, and where the table's stands in it.
-    using CurrentBlock = const std::byte*(WINAPI*)();
-    const auto currentBlock =
-        reinterpret_cast<CurrentBlock>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetCurrentPeb"));
-    if (!currentBlock) return 0;
-    constexpr std::size_t tableOffset = sizeof(void*) == 8 ? 0xF8 : 0x94;
-    struct Entry {
-        ULONG64 object;
-        ULONG owner;
-        USHORT unique;
-        UCHAR type;
-        UCHAR flags;
-        ULONG64 user;
-    };
-    const auto* table = *reinterpret_cast<const Entry* const*>(currentBlock() + tableOffset);
-    if (!table) return 0;
-    constexpr int size = 0x4000;
-    long count = 0;
-    for (int i = 0; i < size; ++i) count += table[i].object != 0 ? 1 : 0;
-    return count;
-}
 
 // A heap that checks what is freed holds the last thousand or so blocks back to see whether they are still written to.
 // They would be counted until others push them out.
@@ -57,7 +21,7 @@ void PushOutFreed(HANDLE heap) {
 
 ResourceCounts CountResources() {
     ResourceCounts counts;
-    EnumThreadWindows(GetCurrentThreadId(), CountTop, reinterpret_cast<LPARAM>(&counts.windows));
+    counts.windows = ThreadWindows();
     counts.gdiObjects = GdiHandles();
     counts.userObjects = static_cast<long>(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS));
     std::vector<HANDLE> heaps(64);

@@ -44,7 +44,13 @@ std::optional<Variant> ReadDate(TextView text) {
     settings.order = ShortDateOrder::yearMonthDay;
     const auto date = ParseDate(spelled, settings);
     if (!date) return std::nullopt;
-    Variant value(ToAutomationDate(*date));
+    const int second = date->secondOfDay;
+    const auto word = [](int part) { return static_cast<WORD>(part); };
+    SYSTEMTIME time{word(date->year),       word(date->month), 0, word(date->day), word(second / 3600),
+                    word(second / 60 % 60), word(second % 60), 0};
+    double days = 0;
+    if (!SystemTimeToVariantTime(&time, &days)) return std::nullopt;
+    Variant value(days);
     value.ptr()->vt = VT_DATE;
     return value;
 }

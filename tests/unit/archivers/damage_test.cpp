@@ -1,4 +1,6 @@
 // Archives that are not what they should be, and runs that break off.
+#include <zlib.h>
+
 #include "tests/unit/archivers/archive_fixture.h"
 
 namespace qvx::archivers {
@@ -97,6 +99,28 @@ TEST_F(Damage, EachKindHasItsCode) {
     Bytes prefixed(1000, 'x');
     prefixed.insert(prefixed.end(), whole.begin(), whole.end());
     EXPECT_EQ(UnpackBytes(prefixed), ExitCode::done) << "behind something else";
+}
+
+// Data that several entries share makes a small archive a large disk full of files.
+TEST_F(Damage, EntriesWithinTheDataOfAnother) {
+    std::vector<Entry> entries(3);
+    for (std::size_t i = 0; i < entries.size(); ++i) entries[i].name = Text(1, static_cast<char16_t>(u'a' + i));
+    WriteArchive(entries, RandomBytes(60));
+    Bytes archive = ContentOf(u"C:\\a.zip");
+    constexpr std::size_t local = localHeaderSize + 1 + 60;
+    const auto put = [&](std::size_t at, std::uint32_t value) {
+        for (std::size_t i = 0; i < 4; ++i) archive[at + i] = static_cast<std::uint8_t>(value >> 8 * i);
+    };
+    // The second one goes on to the third one's end.
+    const std::size_t data = local + localHeaderSize + 1;
+    const std::size_t header = 3 * local + centralHeaderSize + 1;
+    ASSERT_EQ(archive[header], 'P');
+    constexpr std::uint32_t size = 60 + local;
+    put(header + 16, static_cast<std::uint32_t>(crc32(0, archive.data() + data, size)));
+    put(header + 20, size);
+    put(header + 24, size);
+    EXPECT_EQ(UnpackBytes(archive), ExitCode::damaged);
+    EXPECT_EQ(Unpacked(), 1u) << "the old file";
 }
 
 TEST_F(Damage, HostileNamesAreRefusedAndTheOthersUnpacked) {

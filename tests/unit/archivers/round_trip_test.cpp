@@ -87,6 +87,9 @@ TEST_F(RoundTrip, FoldersAreMade) {
     WriteArchive({entries[0]}, {});
     EXPECT_EQ(PkunZip(u"C:\\a.zip C:\\new"), ExitCode::done);
     EXPECT_EQ(files.Attributes(u"C:\\new\\sub"), attribute::folder);
+    entries[1].name = u"SUB";
+    WriteArchive({entries[0], entries[1]}, {});
+    EXPECT_EQ(PkunZip(u"C:\\a.zip C:\\new"), ExitCode::unsafeName) << "a file of that name is a second one";
 }
 
 TEST_F(RoundTrip, WildcardsTakeFilesOnly) {
@@ -249,6 +252,40 @@ TEST(ZipRecords, TheWideFormIsReadBackAndOnlyThereWhereItIsNeeded) {
     }
     for (const std::uint64_t entries : {std::uint64_t{65534}, std::uint64_t{65535}}) {
         EXPECT_EQ(NeedsEnd64({0, 0, entries, entries, 9, 9}), entries == 65535);
+    }
+    const EndRecord end{70000, 69999, limit32 + 1, limit32 + 2, limit32 + 3, limit32 + 4};
+    const EndRecord read = ReadEnd64(End64(end));
+    EXPECT_EQ(std::tie(read.disk, read.centralDisk, read.entriesHere, read.entries),
+              std::tie(end.disk, end.centralDisk, end.entriesHere, end.entries));
+    EXPECT_EQ(std::tie(read.centralSize, read.centralOffset), std::tie(end.centralSize, end.centralOffset));
+    const auto place = ReadEnd64Locator(End(end, End64Place{65536, limit32 + 5}));
+    ASSERT_TRUE(place);
+    EXPECT_EQ(std::pair(place->disk, place->offset), std::pair(65536U, limit32 + 5));
+}
+
+// Fields that our own reader passes over.
+TEST(ZipRecords, OtherProgramsFindTheirFieldsToo) {
+    Entry entry;
+    entry.name = u"n";
+    entry.size = 9;
+    const EndRecord end{4, 4, 1, 1, 9, 9};
+    const struct {
+        const char* what;
+        Bytes record;
+        std::size_t at, size;
+        std::uint64_t value;
+    } cases[] = {
+        {"the version that reads the wide form", LocalHeader(entry, true, true), 4, 2, 45},
+        {"the wide sizes' tag", LocalHeader(entry, true, true), localHeaderSize + 1, 2, 1},
+        {"how long they are", LocalHeader(entry, true, true), localHeaderSize + 3, 2, 16},
+        {"the wide size", LocalHeader(entry, true, true), localHeaderSize + 5, 8, 9},
+        {"what kind of text it is", CentralHeader(entry), 36, 2, 0},
+        {"the number of disks", End(end, End64Place{}), 16, 4, 5},
+    };
+    for (const auto& test : cases) {
+        std::uint64_t value = 0;
+        for (std::size_t i = test.size; i-- > 0;) value = value << 8 | test.record[test.at + i];
+        EXPECT_EQ(value, test.value) << test.what;
     }
 }
 

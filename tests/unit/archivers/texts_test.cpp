@@ -2,8 +2,8 @@
 
 #include "archivers/command_line.h"
 #include "archivers/exit_code.h"
+#include "archivers/file_names.h"
 #include "archivers/file_time.h"
-#include "archivers/names.h"
 
 namespace qvx::archivers {
 namespace {
@@ -36,6 +36,7 @@ TEST(ArchiverCommandLine, ReadsOptionsBeforeTheNames) {
     EXPECT_EQ(options.files, (std::vector<Text>{u"b", u"-&"}));
     EXPECT_TRUE(ParsePackOptions({u"-?"}).help);
     EXPECT_TRUE(ParseUnpackOptions({}).help);
+    EXPECT_TRUE(ParseUnpackOptions({u"-?", u"a"}).help);
     EXPECT_EQ(ParseUnpackOptions({u"a", u"b\\"}).folder, u"b\\");
     const std::vector<std::vector<Text>> packErrors = {{u"a"},
                                                        {u"-x", u"a", u"b"},
@@ -82,6 +83,15 @@ TEST(ArchiverNames, SafeOnesAreOrdinary) {
     }
 }
 
+TEST(ArchiverNames, MarksOfDirectionAreNoPartOfOne) {
+    for (const char16_t mark : TextView(u"\u200E\u200F\u2028\u202E\u2066\u2069\uFEFF")) {
+        EXPECT_FALSE(IsSafeName(Text{u'a', mark})) << int{mark};
+    }
+    for (const char16_t other : TextView(u"\u200D\u2010\u2027\u202F\u2065\u206A\uFEFE\uFF00")) {
+        EXPECT_TRUE(IsSafeName(Text{u'a', other})) << int{other};
+    }
+}
+
 TEST(ArchiverNames, Wildcards) {
     const struct {
         TextView pattern, name;
@@ -101,7 +111,9 @@ TEST(ArchiverNames, Wildcards) {
 
 TEST(ArchiverNames, PathsAreTakenApart) {
     EXPECT_EQ(TemporaryPath(u"C:\\x\\a.qvx", u".~pkzip"), u"C:\\x\\a.qvx.~pkzip");
-    EXPECT_EQ(TemporaryPath(Text(69, u'x') + u"\U0001F600", u".~"), Text(69, u'x') + u".~");
+    for (const TextView pair : {u"\U00010000", u"\U0001F600", u"\U0010FFFF"}) {
+        EXPECT_EQ(TemporaryPath(Text(69, u'x').append(pair), u".~"), Text(69, u'x') + u".~") << "no half of a pair";
+    }
     EXPECT_EQ(SplitPartPath(u"C:\\x.y\\a", 0), u"C:\\x.y\\a.z01");
     EXPECT_EQ(SplitPartPath(u"a.b.zip", 99), u"a.b.z100");
     EXPECT_EQ(Joined(u"C:", u"a"), u"C:a");

@@ -1,11 +1,11 @@
-#include "backup/dialog_layout.h"
+#include "controls/backup/dialog_layout.h"
 
 #include <gtest/gtest.h>
 
 #include <set>
 #include <vector>
 
-#include "controls/buttons/access_key.h"
+#include "widgets/button/access_key.h"
 
 namespace qvx::backup {
 namespace {

@@ -2,15 +2,16 @@
 // given beforehand. Any step can fail, and the program can end before any step.
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "backup/environment.h"
-#include "backup/names.h"
 #include "common/run_time_error.h"
 #include "common/text_compare.h"
+#include "controls/backup/backup_names.h"
+#include "controls/backup/environment.h"
 
 namespace qvx::backup {
 
@@ -47,6 +48,14 @@ class FakeEnvironment final : public Environment {
     Text pickedFile;
     Date today{1, 3};
     Text removableDrive;  // "A:"
+    // Bytes of each drive that has an end; the others take anything. An archiver that may go on over several disks asks
+    // for the next one where this one is full.
+    std::map<Text, std::uint64_t> capacity;
+    bool tellsFreeSpace = true;
+    Files nextDisk;               // what is on the disk that is put into the removable drive
+    bool swapsWhenDone = false;   // the disk is changed before anybody looks at the archive
+    bool pulledWhenDone = false;  // the drive itself goes, and says so whenever it is asked
+    std::vector<Files> disksTakenOut;
     std::uint32_t exitCode = 0;
     enum class Archiver { works, leavesNothing, leavesHalf } archiver = Archiver::works;
     bool shortNames = false;  // 8.3 forms differ from the names
@@ -64,12 +73,14 @@ class FakeEnvironment final : public Environment {
             Step("refresh [" + Narrow(form.outcome) + "]");
         } catch (const ProgramEnded&) {
             // Nobody looks any more.
+        } catch (const std::bad_alloc&) {
+            // Never fails.
         }
     }
-    bool ShowMessage(TextView prompt, const msgbox::MessageKind& kind, const std::optional<Text>& title) override {
+    bool ShowMessage(TextView prompt, const dialogs::MessageKind& kind, const std::optional<Text>& title) override {
         Step("message " + Narrow(prompt) + " (" + Narrow(title.value_or(u"-")) + ", " + std::to_string(kind.buttons) +
              ", " + std::to_string(kind.icon) + ", " + std::to_string(kind.timeOut) + ")");
-        return kind.buttons == msgbox::button_set::okOnly || answer;
+        return kind.buttons == dialogs::button_set::okOnly || answer;
     }
     void ReportError(int number, TextView description) override {
         if (ended_) return;
@@ -92,6 +103,9 @@ class FakeEnvironment final : public Environment {
 
     std::optional<std::uint64_t> FileSize(TextView path) override {
         Look("size " + Narrow(path));
+        if (pulledWhenDone && !disksTakenOut.empty() && OnDrive(removableDrive, path)) {
+            throw RunTimeError(errors::deviceUnavailable, u"Device unavailable");
+        }
         const auto found = files.find(Text(path));
         return found == files.end() ? std::nullopt : std::optional<std::uint64_t>(found->second.size());
     }
@@ -108,15 +122,12 @@ class FakeEnvironment final : public Environment {
         if (files.count(Text(to))) throw RunTimeError(errors::fileAlreadyExists, u"File already exists");
         Move(from, to);
     }
-    void CopyFile(TextView from, TextView to) override {
-        // What fails in the middle leaves a part.
-        if (steps + 1 == failAt || steps + 1 == endAt) files[Text(to)] = "half";
-        Step("copy " + Narrow(from) + " > " + Narrow(to));
-        files[Text(to)] = files.at(Text(from));
-    }
     void ReplaceFile(TextView from, TextView to) override {
+        // A program that ends in the middle leaves a part.
+        if (steps + 1 == endAt) files[ArrivingName(to)] = "half";
         Step("replace " + Narrow(from) + " > " + Narrow(to));
-        Move(from, to);
+        files.erase(ArrivingName(to));
+        files[Text(to)] = files.at(Text(from));
     }
     Text FirstFile(TextView folder, TextView extension) override {
         Look("first " + Narrow(folder) + "*" + Narrow(extension));
@@ -144,7 +155,8 @@ class FakeEnvironment final : public Environment {
     }
     bool SameFolder(TextView one, TextView other) override {
         Look("same " + Narrow(one) + " " + Narrow(other));
-        return EqualNoCase(one, other);
+        const auto name = [](TextView folder) { return folder.substr(0, folder.find_last_not_of(u'\\') + 1); };
+        return EqualNoCase(name(one), name(other));
     }
     Text ShortPath(TextView file) override {
         Look("short " + Narrow(file));
@@ -154,6 +166,10 @@ class FakeEnvironment final : public Environment {
     DriveKind DriveTypeOf(TextView path) override {
         Look("drive " + Narrow(path));
         return !removableDrive.empty() && path.substr(0, 2) == removableDrive ? DriveKind::removable : DriveKind::other;
+    }
+    std::optional<std::uint64_t> FreeSpace(TextView path) override {
+        Look("free " + Narrow(path));
+        return tellsFreeSpace ? std::optional<std::uint64_t>(Free(path)) : std::nullopt;
     }
     void ChangeDrive(TextView path) override { Step("change drive " + Narrow(path)); }
     Text TemporaryName() override { return u"rad12345.tmp"; }
@@ -170,6 +186,7 @@ class FakeEnvironment final : public Environment {
     // An archiver ends its work whether or not somebody still waits for it.
     std::uint32_t WaitForArchiver() override {
         if (!ended_ && archiver != Archiver::leavesNothing) Work();
+        if (swapsWhenDone || pulledWhenDone) ChangeDisk();
         Step("wait");
         return exitCode;
     }
@@ -198,13 +215,31 @@ class FakeEnvironment final : public Environment {
         return path.size() > folder.size() && EqualNoCase(path.substr(0, folder.size()), folder) &&
                path.find(u'\\', folder.size()) == TextView::npos;
     }
+    std::uint64_t Free(TextView path) const {
+        const auto limit = capacity.find(Text(path.substr(0, 2)));
+        if (limit == capacity.end()) return ~std::uint64_t{0};
+        std::uint64_t used = 0;
+        for (const auto& [file, bytes] : files) used += OnDrive(limit->first, file) ? bytes.size() : 0;
+        return limit->second - std::min(limit->second, used);
+    }
+    static bool OnDrive(TextView drive, TextView path) { return EqualNoCase(path.substr(0, 2), drive); }
+    void ChangeDisk() {
+        Files out;
+        for (const auto& [file, bytes] : files) {
+            if (OnDrive(removableDrive, file)) out[file] = bytes;
+        }
+        for (const auto& [file, bytes] : out) files.erase(file);
+        files.insert(nextDisk.begin(), nextDisk.end());
+        disksTakenOut.push_back(std::move(out));
+    }
     void Move(TextView from, TextView to) {
+        Text target(to);
         const auto found = files.find(Text(from));
         if (found == files.end()) throw RunTimeError(errors::fileNotFound, u"File not found");
-        const std::string bytes = found->second;
-        files.erase(found);
-        files.erase(Text(to));
-        files[Text(to)] = bytes;
+        auto moved = files.extract(found);
+        files.erase(target);
+        moved.key() = std::move(target);
+        files.insert(std::move(moved));
     }
     // Folders with blanks are cut, names with more than eight characters too.
     Text ShortForm(TextView path) const {
@@ -240,8 +275,21 @@ class FakeEnvironment final : public Environment {
         const bool packing = ContainsNoCase(words[0], u"PkZip.exe");
         if (packing) {
             const Text source = LongForm(words.back());
-            const std::string packed = Packed(Narrow(source.substr(FolderOf(source).size())), files.at(source));
-            files[words[words.size() - 2]] = archiver == Archiver::leavesHalf ? packed.substr(0, 5) : packed;
+            std::string packed = Packed(Narrow(source.substr(FolderOf(source).size())), files.at(source));
+            if (archiver == Archiver::leavesHalf) packed.resize(5);
+            const Text& target = words[words.size() - 2];
+            const bool spans = words[1] == u"-&";
+            if (spans && Free(target) < packed.size() && Free(target) > 0) {
+                const std::string part = packed.substr(0, Free(target));
+                files[target] = part;
+                ChangeDisk();
+                packed.erase(0, part.size());
+            }
+            if (Free(target) < packed.size()) {
+                exitCode = 5;
+                return;
+            }
+            files[target] = packed;
             return;
         }
         const std::string& packed = files.at(LongForm(words[1]));

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 
-#include "backup/procedure.h"
+#include "controls/backup/procedure.h"
+#include "controls/backup/set_aside.h"
+#include "tests/support/portable/failing_allocation.h"
 #include "tests/unit/backup/fake_environment.h"
 
 namespace qvx::backup {
@@ -25,12 +27,15 @@ struct Scenario {
     bool group;
     bool shortNames;
     FakeEnvironment::Archiver archiver;
+    bool full = false;  // a disk without room for an old archive beside a new one
 };
 
 const Scenario scenarios[] = {
     {"first backup", Mode::backup, false, false, false, true, FakeEnvironment::Archiver::works},
     {"backup over an archive", Mode::backup, true, false, false, false, FakeEnvironment::Archiver::works},
     {"backup over an archive, short names", Mode::backup, true, false, false, true, FakeEnvironment::Archiver::works},
+    {"backup over an archive, full disk", Mode::backup, true, false, false, false, FakeEnvironment::Archiver::works,
+     true},
     {"backup, archiver fails", Mode::backup, true, false, false, false, FakeEnvironment::Archiver::leavesNothing},
     {"restore", Mode::restore, true, false, false, false, FakeEnvironment::Archiver::works},
     {"restore with password", Mode::restore, true, true, false, false, FakeEnvironment::Archiver::works},
@@ -55,6 +60,10 @@ class Attempt {
                           {u"C:\\Zip\\PkZip.exe", "MZ"},
                           {u"C:\\Zip\\PkunZip.exe", "MZ"}};
         if (scenario.archiveThere) computer.files[archive] = oldArchive;
+        if (scenario.full) {
+            computer.removableDrive = u"D:";
+            computer.capacity[u"D:"] = 64 * 1024 + oldArchive.size();
+        }
         computer.shortNames = scenario.shortNames;
         computer.archiver = scenario.archiver;
         computer.exitCode = scenario.archiver == FakeEnvironment::Archiver::works ? 0 : 12;
@@ -62,11 +71,17 @@ class Attempt {
 
     // The program is started (again) and OK pressed.
     void Press() {
+        Press([](const auto& run) { run(); });
+    }
+    // within(run) carries it out.
+    template <class Within>
+    void Press(Within within) {
         FormState form;
         form.location = archive;
         form.email = scenario_.group;
         form.groupName = u"abc";
-        Procedure(computer, settings_, scenario_.mode).Run(form);
+        Procedure procedure(computer, settings_, scenario_.mode);
+        within([&] { procedure.Run(form); });
         outcome = form.outcome;
     }
 
@@ -86,8 +101,8 @@ class Attempt {
             EXPECT_EQ(group, "db of another group");
             const std::string there = At(archive);
             EXPECT_TRUE(there == "(none)" || there.empty() || there == oldArchive || there == newArchive) << there;
-            if (scenario_.archiveThere && there != oldArchive && there != newArchive) {
-                EXPECT_EQ(At(archive + u".old"), oldArchive);
+            if (scenario_.archiveThere && !scenario_.full && there != oldArchive && there != newArchive) {
+                EXPECT_EQ(At(SetAsideName(archive, 1)), oldArchive);
             }
         } else {
             EXPECT_EQ(At(archive), oldArchive);
@@ -144,18 +159,41 @@ TEST(BackupFaults, EachStepFailing) {
             run.Press();
             SCOPED_TRACE(std::string(scenario.name) + ", step " + std::to_string(step) + "\n" + run.computer.Log());
             run.CheckNothingIsLost();
-            EXPECT_FALSE(run.computer.files.count(database + u".new")) << "an unfinished copy was left";
+            EXPECT_FALSE(run.computer.files.count(ArrivingName(database))) << "an unfinished copy was left";
             // The old archive is where the user looks for it, or a new one is. Where the archiver has failed already,
             // it may be the bringing back that fails; it then stays where it was set aside.
-            if (scenario.mode == Mode::backup && scenario.archiveThere &&
+            if (scenario.mode == Mode::backup && scenario.archiveThere && !scenario.full &&
                 scenario.archiver == FakeEnvironment::Archiver::works) {
                 EXPECT_TRUE(run.At(archive) == oldArchive || run.At(archive) == newArchive);
             }
             run.Mend();
             run.Press();
-            run.computer.files.erase(archive + u".old");  // a step that failed was the removal of the one before
+            run.computer.files.erase(SetAsideName(archive, 1));  // a step that failed was the removal of the one before
             run.CheckEnd();
         }
+    }
+}
+
+TEST(BackupFaults, EachAllocationFailing) {
+    for (const Scenario& scenario : scenarios) {
+        test::ForEachAllocation([&](int passing, test::Starvation starvation) {
+            Attempt run(scenario);
+            run.computer.log.reserve(200);
+            bool happened = false;
+            run.Press([&](const auto& whole) {
+                const test::FailingAllocation failing(passing, starvation);
+                whole();
+                happened = failing.Happened();
+            });
+            SCOPED_TRACE(std::string(scenario.name) + ", allocation " + std::to_string(passing) + "\n" +
+                         run.computer.Log());
+            run.CheckNothingIsLost();
+            run.Mend();
+            run.Press();
+            run.computer.files.erase(archive + u".old");  // as above
+            run.CheckEnd();
+            return happened && !testing::Test::HasFailure();
+        });
     }
 }
 
@@ -170,7 +208,7 @@ TEST(BackupFaults, ProgramEndingBetweenSteps) {
                          run.computer.Log());
             run.CheckNothingIsLost();
             run.Mend();
-            if (scenario.mode == Mode::backup && scenario.archiveThere) {
+            if (scenario.mode == Mode::backup && scenario.archiveThere && !scenario.full) {
                 // Opened again, the dialog finds an archive under its name, and it is one that the user may keep.
                 run.computer.answer = false;
                 run.Press();
@@ -178,7 +216,7 @@ TEST(BackupFaults, ProgramEndingBetweenSteps) {
                 run.computer.answer = true;
             }
             run.Press();
-            run.computer.files.erase(archive + u".old");
+            run.computer.files.erase(SetAsideName(archive, 1));
             // An archiver that outlived the program has left its archive under its short name.
             run.computer.files.erase(u"D:\\Monday~1.qvx");
             run.CheckEnd();

@@ -1,8 +1,8 @@
-#include "backup/file_rules.h"
+#include "controls/backup/file_rules.h"
 
 #include <gtest/gtest.h>
 
-#include "backup/mail_errors.h"
+#include "controls/backup/mail_errors.h"
 
 namespace qvx::backup {
 namespace {
@@ -24,10 +24,12 @@ TEST(FileErrors, AreCalledWhatHostsCallThem) {
         {33, 70, u"Permission denied", false},
         {39, 61, u"Disk full", false},
         {53, 76, u"Path not found", true},
+        {64, 68, u"Device unavailable", false},
         {80, 58, u"File already exists", false},
         {112, 61, u"Disk full", false},
         {123, 52, u"Bad file name or number", true},
         {183, 58, u"File already exists", false},
+        {206, 52, u"Bad file name or number", true},
         {267, 76, u"Path not found", true},
         {1224, 70, u"Permission denied", false},
         {1295, 61, u"Disk full", false},
@@ -118,6 +120,47 @@ TEST(FilePaths, EndInAnExtensionOrAreAFolders) {
     EXPECT_TRUE(IsFolderPath(u"C:\\a\\"));
     EXPECT_TRUE(IsFolderPath(u"C:/a/"));
     for (const TextView file : {u"C:\\a", u"C:", u""}) EXPECT_FALSE(IsFolderPath(file));
+}
+
+FolderIdentity Folder(std::uint64_t volume, std::uint8_t file, const char16_t* path) {
+    FolderIdentity folder{volume, {}, path};
+    folder.file[3] = file;
+    return folder;
+}
+
+TEST(FilePaths, FoldersAreToldApartByNumbersWhereThereAreAny) {
+    const struct {
+        const char* what;
+        FolderIdentity one;
+        FolderIdentity other;
+        bool same;
+    } cases[] = {
+        {"other path", Folder(1, 2, u"C:\\a"), Folder(1, 2, u"S:\\b"), true},
+        {"other number", Folder(1, 2, u"C:\\a"), Folder(1, 3, u"C:\\a"), false},
+        {"other volume", Folder(1, 2, u"C:\\a"), Folder(2, 2, u"C:\\a"), false},
+        {"no numbers", Folder(0, 0, u"\\\\?\\UNC\\s\\v\\A"), Folder(0, 0, u"\\\\s\\v\\a\\"), true},
+        {"no numbers, other path", Folder(0, 0, u"\\\\s\\v\\a"), Folder(0, 0, u"\\\\s\\v\\b"), false},
+        {"no number of a folder", Folder(1, 0, u"C:\\a"), Folder(1, 0, u"C:\\b"), false},
+        {"no number of a volume", Folder(0, 5, u"S:\\"), Folder(0, 5, u"T:\\"), false},
+        {"one number only", Folder(1, 2, u"C:\\a"), Folder(0, 0, u"\\\\?\\C:\\a"), true},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(SameFolder(c.one, c.other), c.same) << c.what;
+        EXPECT_EQ(SameFolder(c.other, c.one), c.same) << c.what;
+    }
+}
+
+TEST(FileErrors, PermissionsMayBeLackedWhereNobodyCanSetThem) {
+    const struct {
+        std::uint32_t code;
+        bool here;
+        bool onServer;
+    } cases[] = {{1, true, true},  {50, true, true},  {120, true, true},
+                 {5, false, true}, {65, false, true}, {32, false, false}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(MayLackPermissions(c.code, false), c.here) << c.code;
+        EXPECT_EQ(MayLackPermissions(c.code, true), c.onServer) << c.code;
+    }
 }
 
 TEST(MailErrors, AllHaveWordsAndTheNumberThatHostsKnow) {

@@ -1,4 +1,4 @@
-#include "backup/password.h"
+#include "controls/backup/password.h"
 
 #include <gtest/gtest.h>
 
@@ -35,6 +35,7 @@ TEST(Password, NothingOfItStaysInItsMemory) {
     for (const std::size_t length : {std::size_t{5}, std::size_t{50}}) {
         Text text(length, u'x');
         text.reserve(length + 20);
+        text.resize(text.capacity(), u'x');
         text.resize(length / 2);  // the characters behind the end are still there
         const char16_t* memory = text.data();
         const std::size_t capacity = text.capacity();

@@ -1,8 +1,9 @@
 // What the dialog's buttons do, step by step and word by word.
-#include "backup/procedure.h"
+#include "controls/backup/procedure.h"
 
 #include <gtest/gtest.h>
 
+#include "controls/backup/set_aside.h"
 #include "tests/unit/backup/fake_environment.h"
 
 namespace qvx::backup {
@@ -79,12 +80,12 @@ TEST_F(BackupProcedure, AsksBeforeItWritesOverAnArchive) {
               "refresh []\n"
               "message This will overwrite the previous backup files under the directory.|D:\\Ac-1-3.qvx|Continue with "
               "Backup...? (Backup, 2, 7, 0)\n"
-              "rename D:\\Ac-1-3.qvx > D:\\Ac-1-3.qvx.old\n"
+              "rename D:\\Ac-1-3.qvx > D:\\Ac-1-3.~previous-5d2e9c41.qvx\n"
               "create D:\\Ac-1-3.qvx\n"
               "delete D:\\Ac-1-3.qvx\n"
               "start C:\\Zip\\PkZip.exe D:\\Ac-1-3.qvx C:\\Data\\Accounts.mdb\n"
               "wait\n"
-              "delete D:\\Ac-1-3.qvx.old\n"
+              "delete D:\\Ac-1-3.~previous-5d2e9c41.qvx\n"
               "refresh [Completed Successfully.]\n");
     EXPECT_EQ(File(u"D:\\Ac-1-3.qvx"), FakeEnvironment::Packed("Accounts.mdb", live));
     EXPECT_EQ(computer_.files.size(), before.size());
@@ -144,33 +145,168 @@ TEST_F(BackupProcedure, ArchiversThatFail) {
         const char16_t* tip;
         std::string left;
         std::string aside;
+        bool missing;
     } const cases[] = {
         {"nothing written", FakeEnvironment::Archiver::leavesNothing, 12,
-         u"The archiver ended with exit code 12. The previous archive is back in its place.", old, "(none)"},
+         u"The archiver ended with exit code 12. The previous archive is back in its place.", old, "(none)", true},
         {"nothing written, no word of it", FakeEnvironment::Archiver::leavesNothing, 0,
-         u"The previous archive is back in its place.", old, "(none)"},
+         u"The previous archive is back in its place.", old, "(none)", true},
         {"half written", FakeEnvironment::Archiver::leavesHalf, 12,
-         u"The archiver ended with exit code 12. The previous archive is kept beside it.", "zip|A", old},
+         u"The archiver ended with exit code 12. The previous archive is kept beside it.", "zip|A", old, false},
         {"a warning", FakeEnvironment::Archiver::works, 1,
          u"The archiver ended with exit code 1. The previous archive is kept beside it.",
-         FakeEnvironment::Packed("Accounts.mdb", live), old},
+         FakeEnvironment::Packed("Accounts.mdb", live), old, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        computer_.files.erase(u"D:\\Ac-1-3.qvx.old");
+        computer_.files.erase(SetAsideName(form_.location, 1));
         computer_.files[form_.location] = old;
         computer_.archiver = c.archiver;
         computer_.exitCode = c.code;
-        Run(Mode::backup);
-        // What was started counts.
+        const std::string log = Run(Mode::backup);
+        // What was started counts, but nobody is left to believe in an archive that is not there.
         EXPECT_EQ(form_.outcome, u"Completed Successfully.");
+        EXPECT_EQ(log.ends_with("refresh [Completed Successfully.]\nerror 53 The archiver has left no archive.\n"),
+                  c.missing)
+            << log;
         EXPECT_EQ(form_.outcomeTip, c.tip);
         EXPECT_EQ(File(form_.location), c.left);
-        EXPECT_EQ(File(form_.location + u".old"), c.aside);
+        EXPECT_EQ(File(SetAsideName(form_.location, 1)), c.aside);
     }
 }
 
+// The user's own files, whatever they are called, are no leftovers of a backup's or a restore's.
+TEST_F(BackupProcedure, LeavesTheUsersOwnFilesAlone) {
+    const Files own{{u"D:\\Ac-1-3.qvx.old", "old letters"},
+                    {u"D:\\Ac-1-3.old.qvx", "older letters"},
+                    {u"C:\\Data\\Accounts.mdb.new", "new letters"}};
+    for (const bool archiveThere : {false, true}) {
+        for (const Mode mode : {Mode::backup, Mode::restore}) {
+            computer_.files.insert(own.begin(), own.end());
+            if (!archiveThere && mode == Mode::backup) computer_.files.erase(form_.location);
+            Run(mode);
+            EXPECT_EQ(form_.outcome, u"Completed Successfully.");
+            for (const auto& [path, bytes] : own) EXPECT_EQ(File(path), bytes);
+        }
+    }
+}
+
+// A backup that was cut short has set the old archive aside and written none, or but begun with one.
+TEST_F(BackupProcedure, RestoresWhatAnInterruptedBackupSetAside) {
+    const std::string old = File(form_.location);
+    struct {
+        const char* name;
+        const char* archive;  // null for none
+        const char* log;
+        const char16_t* outcome;
+    } const cases[] = {
+        {"none yet", nullptr, "short D:\\Ac-1-3.~previous-5d2e9c41.qvx\n", u"Completed Successfully."},
+        {"an empty one", "", "short D:\\Ac-1-3.~previous-5d2e9c41.qvx\n", u"Completed Successfully."},
+        {"a damaged one", "zip|A", "short D:\\Ac-1-3.qvx\n", u"Not Completed Successfully."},
+    };
+    computer_.logLooks = true;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        computer_.files.erase(form_.location);
+        if (c.archive) computer_.files[form_.location] = c.archive;
+        computer_.files[SetAsideName(form_.location, 1)] = old;
+        const std::string log = Run(Mode::restore);
+        EXPECT_NE(log.find(c.log), std::string::npos) << log;
+        EXPECT_EQ(form_.outcome, c.outcome);
+        EXPECT_EQ(File(SetAsideName(form_.location, 1)), old);
+    }
+}
+
+// What is in the drive when a disk has been changed is another disk's, whatever it is called.
+TEST_F(BackupProcedure, DisksThatFillAndChange) {
+    const std::string database = "db " + std::string(100'000, 'x');
+    const std::string packed = FakeEnvironment::Packed("Accounts.mdb", database);
+    const std::string old(150'000, 'o');
+    const Text archive = u"A:\\Ac-1-3.qvx";
+    const Text aside = SetAsideName(archive, 1);
+    const char* const done = "Completed Successfully.";
+    struct {
+        const char* name;
+        std::function<void(FakeEnvironment&)> change;
+        const char* outcome;
+        std::string archive;  // of the disk that was in the drive first; "(none)"
+        std::string aside;
+        const char* said;  // of errors
+    } const cases[] = {
+        {"room for both", [](auto&) {}, done, packed, "(none)", ""},
+        {"full", [](auto& c) { c.files[u"A:\\photos"] = std::string(350'000, 'p'); }, done, packed, "(none)", ""},
+        {"full, over two disks",
+         [](auto& c) { c.capacity[u"A:"] = 160'000, c.files[u"A:\\x"] = std::string(90'000, 'x'); }, done,
+         packed.substr(0, 70'000), "(none)", ""},
+        {"so full that nothing is gained",
+         [&](auto& c) { c.files[archive] = "old", c.files[u"A:\\photos"] = std::string(499'000, 'p'); },
+         "Not Completed Successfully.", "old", "(none)", "error 61 Disk full\n"},
+        {"changed at the end", [](auto& c) { c.swapsWhenDone = true; }, done, packed, old, ""},
+        {"pulled at the end", [](auto& c) { c.pulledWhenDone = true; }, done, packed, old, ""},
+        {"pulled, and the archiver failed", [](auto& c) { c.pulledWhenDone = true, c.exitCode = 9; }, done, packed, old,
+         "error 68 Device unavailable\n"},
+        {"changed for one with such an archive",
+         [&](auto& c) {
+             c.swapsWhenDone = true, c.nextDisk = {{archive, "another"}, {aside, "its own"}};
+         },
+         done, packed, old, ""},
+        {"changed, and the archiver failed",
+         [](auto& c) { c.swapsWhenDone = true, c.archiver = FakeEnvironment::Archiver::leavesNothing, c.exitCode = 9; },
+         done, "(none)", old, "error 53 The archiver has left no archive.\n"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        FakeEnvironment computer;
+        computer.files = computer_.files;
+        computer.files[u"C:\\Data\\Accounts.mdb"] = database;
+        computer.files[archive] = old;
+        computer.removableDrive = u"A:";
+        computer.capacity[u"A:"] = 500'000;
+        c.change(computer);
+        FormState form;
+        form.location = archive;
+        Procedure(computer, settings_, Mode::backup).Run(form);
+        SCOPED_TRACE(computer.Log());
+        EXPECT_EQ(Narrow(form.outcome), c.outcome);
+        std::string said;
+        for (const std::string& line : computer.log) said += line.starts_with("error") ? line + "\n" : "";
+        EXPECT_EQ(said, c.said);
+        const Files& first = computer.disksTakenOut.empty() ? computer.files : computer.disksTakenOut[0];
+        const auto at = [&](const Text& path) { return first.count(path) ? first.at(path) : "(none)"; };
+        EXPECT_TRUE(at(archive) == c.archive) << at(archive).substr(0, 20);
+        EXPECT_TRUE(at(aside) == c.aside) << at(aside).substr(0, 20);
+        for (const auto& [path, bytes] : computer.nextDisk) EXPECT_EQ(computer.files.at(path), bytes);
+        if (computer.disksTakenOut.empty()) continue;
+        // With the first disk back, another backup leaves one archive, the new one.
+        computer.files.erase(archive);
+        for (const auto& [path, bytes] : first) computer.files[path] = bytes;
+        computer.swapsWhenDone = computer.pulledWhenDone = false;
+        computer.archiver = FakeEnvironment::Archiver::works;
+        computer.exitCode = 0;
+        computer.capacity.clear();
+        Procedure(computer, settings_, Mode::backup).Run(form);
+        EXPECT_TRUE(computer.files.at(archive) == packed);
+        EXPECT_EQ(computer.files.count(aside), 0U);
+    }
+}
+
+TEST_F(BackupProcedure, WhatCannotBeRemovedAfterwardsDoesNotUndoABackup) {
+    computer_.logLooks = true;
+    Run(Mode::backup);
+    const auto removal =
+        std::find(computer_.log.begin(), computer_.log.end(), "delete D:\\Ac-1-3.~previous-5d2e9c41.qvx") -
+        computer_.log.begin();
+    computer_.steps = 0;
+    computer_.failAt = static_cast<int>(removal) + 1;
+    const std::string log = Run(Mode::backup);
+    EXPECT_EQ(form_.outcome, u"Completed Successfully.");
+    EXPECT_EQ(form_.outcomeTip, u"The previous archive is kept beside it.");
+    EXPECT_EQ(log.find("error"), std::string::npos) << log;
+}
+
 TEST_F(BackupProcedure, MissingArchivers) {
+    settings_.database = u"File";  // as the message has it, too
+    computer_.files[u"C:\\Data\\File.mdb"] = live;
     const auto before = computer_.files;
     for (const Mode mode : {Mode::backup, Mode::restore}) {
         computer_.files = before;
@@ -187,9 +323,10 @@ TEST_F(BackupProcedure, MissingArchivers) {
 TEST_F(BackupProcedure, MailsTheArchive) {
     form_.email = true;
     std::string log = Run(Mode::backup);
-    EXPECT_NE(log.find("wait\ndelete D:\\Ac-1-3.qvx.old\nmail Database D:\\Ac-1-3.qvx as D:\\Ac-1-3.qvx\n"
-                       "refresh [Completed Successfully.]\n"),
-              std::string::npos)
+    EXPECT_NE(
+        log.find("wait\ndelete D:\\Ac-1-3.~previous-5d2e9c41.qvx\nmail Database D:\\Ac-1-3.qvx as D:\\Ac-1-3.qvx\n"
+                 "refresh [Completed Successfully.]\n"),
+        std::string::npos)
         << log;
     struct {
         const char16_t* error;
@@ -221,8 +358,7 @@ TEST_F(BackupProcedure, RestoresInThisOrder) {
               "delete C:\\Temp\\x\n"
               "start C:\\Zip\\PkunZip.exe D:\\Ac-1-3.qvx C:\\Temp\\\n"
               "wait\n"
-              "copy C:\\Temp\\Accounts.mdb > C:\\Data\\Accounts.mdb.new\n"
-              "replace C:\\Data\\Accounts.mdb.new > C:\\Data\\Accounts.mdb\n"
+              "replace C:\\Temp\\Accounts.mdb > C:\\Data\\Accounts.mdb\n"
               "delete all C:\\Temp\\\n"
               "refresh [Completed Successfully.]\n");
     EXPECT_EQ(File(u"C:\\Data\\Accounts.mdb"), saved);
@@ -277,7 +413,6 @@ TEST_F(BackupProcedure, RestoresAsASeparateGroup) {
 }
 
 TEST_F(BackupProcedure, RefusesToRestore) {
-    const auto before = computer_.files;
     struct {
         const char* name;
         std::function<void(FakeEnvironment&, Settings&, FormState&)> change;
@@ -302,18 +437,32 @@ TEST_F(BackupProcedure, RefusesToRestore) {
          "error 75 The working folder must be one of its own, since every file in it is deleted.\n"},
         {"archivers in the working folder", [](auto&, auto& settings, auto&) { settings.tempPath = u"C:\\Zip\\"; },
          "error 75 The working folder must be one of its own, since every file in it is deleted.\n"},
+        {"data in the current folder, which is the working folder",
+         [](auto&, auto& settings, auto&) { settings.dataPath = u"", settings.tempPath = u".\\"; },
+         "error 75 The working folder must be one of its own, since every file in it is deleted.\n"},
+        {"names that begin in the working folder",
+         [](auto&, auto& settings, auto&) { settings.dataPath = u"C:\\Temp\\My "; },
+         "error 75 The working folder must be one of its own, since every file in it is deleted.\n"},
+        {"a name that does more than to name a file",
+         [](auto& c, auto&, auto& form) {
+             c.files[form.location] = FakeEnvironment::Packed("x;Mode=Write.mdb", saved);
+         },
+         "error 52 The database in the archive has a name that cannot be opened safely.\n"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         FakeEnvironment computer;
-        computer.files = before;
+        computer.files = computer_.files;
         Settings settings = settings_;
         FormState form = form_;
+        form.outcome = u"Completed Successfully.";
         c.change(computer, settings, form);
+        const Files before = computer.files;
         Procedure(computer, settings, Mode::restore).Run(form);
         EXPECT_NE(computer.Log().find(c.says), std::string::npos) << computer.Log();
+        EXPECT_TRUE(computer.Log().starts_with("refresh []\n")) << "nothing is said before the last outcome is gone";
         EXPECT_EQ(form.outcome, u"Not Completed Successfully.");
-        computer.files.erase(u"C:\\Temp\\Accounts.mdb");
+        computer.DeleteFiles(u"C:\\Temp\\");
         EXPECT_EQ(computer.files, before);
     }
 }

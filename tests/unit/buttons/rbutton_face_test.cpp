@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "controls/buttons/push_value.h"
-#include "elements/surface/recording_surface.h"
+#include "drawing/recording_surface.h"
+#include "widgets/button/push_value.h"
 
 namespace qvx::buttons {
 namespace {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "common/keys.h"
-#include "tests/unit/buttons/sequences.h"
+#include "tests/unit/button/sequences.h"
 
 namespace qvx::buttons {
 namespace {
@@ -56,7 +56,8 @@ TEST(RButtonLogic, Sequences) {
         {"another button, released outside",
          {RightPress("capture"), MoveWithRightButton(out, "release 0"), Release(out, "release")}},
         {"the mouse was taken away while pressed",
-         {Press("capture 2"), MouseTaken("0"), Release(in, ""), Press("capture 2"), Release(in, "release 0 click")}},
+         {Press("capture 2"), MouseTaken("0"), Up(keys::tab, 0, false, "0"), Release(in, ""), Press("capture 2"),
+          Release(in, "release 0 click")}},
         {"space clicks when it comes up", {Typed(u' ', "2"), SpaceUp("0 click"), SpaceUp("0")}},
         {"space repeats", {Typed(u' ', "2"), Typed(u' ', "2"), SpaceUp("0 click")}},
         {"the mouse does nothing while space is held",
@@ -76,7 +77,11 @@ TEST(RButtonLogic, Sequences) {
          {Typed(u' ', "2"), SetOrRemoveFocus("0"), SpaceUp("0")}},
         {"focus removed by the program while the mouse is held",
          {Press("capture 2"), SetOrRemoveFocus("0"), Release(in, "")}},
-        {"disabled while pressed", {Press("capture 2"), Disabled("release 0"), Release(in, "")}},
+        {"disabled while pressed",
+         {Press("capture 2"), Disabled("release 0"), Up(keys::tab, 0, false, "0"), Release(in, "")}},
+        {"disabled while space is held", {Typed(u' ', "2"), Disabled("release 0"), SpaceUp("0")}},
+        {"a key that comes up while the mouse is held outside",
+         {Press("capture 2"), Drag(out, "0"), Up(keys::tab, 0, false, "0")}},
         {"disabled under the mouse", {Move(in, false, "capture 1"), Disabled("release 0")}},
         {"enter clicks at once and looks no different",
          {Down(keys::enter, 0, ""), Typed(u'\r', "click"), Up(keys::enter, 0, false, "0")}},

@@ -1,4 +1,4 @@
-#include "elements/combo/completion.h"
+#include "widgets/combo/completion.h"
 
 #include <gtest/gtest.h>
 
@@ -30,6 +30,7 @@ TEST_F(CompletionTest, NothingIsAddedWithoutAMatchOrInsideTheTextOrWhileDeleting
     EXPECT_EQ(Complete(u"pe", 2, true), (Completion{-1, u"pe", 2, 0}));
     // A whole entry is chosen all the same.
     EXPECT_EQ(Complete(u"pen", 3, true), (Completion{1, u"pen", 3, 0}));
+    EXPECT_EQ(Complete(u"pencil", 3), (Completion{0, u"pencil", 3, 0}));
     EXPECT_EQ(Complete(u"INK", 1), (Completion{2, u"INK", 1, 0}));
 }
 
@@ -50,6 +51,7 @@ TEST_F(CompletionTest, ExactEntryIsFoundBehindALongerOne) {
     EXPECT_EQ(FindBeginningWith(4, entry, u"pen"), 0);
     EXPECT_EQ(FindExactly(4, entry, u"pens"), -1);
     EXPECT_EQ(FindBeginningWith(4, entry, u""), -1);
+    EXPECT_EQ(FindBeginningWith(4, entry, u"x"), -1);
 }
 
 }  // namespace

@@ -177,7 +177,7 @@ TEST(ReadNumeric, TakesTheWholeText) {
         {u".5", 0.5},
         {u"5.", 5},
         {u"1E3", 1000},
-        {u"1.5d-1", 0.15},
+        {u"1.5e-1", 0.15},
         {u"1E3-", -1000},
         {u"1E-400", 0},
         {u"-1,000.25", -1000.25},
@@ -186,9 +186,10 @@ TEST(ReadNumeric, TakesTheWholeText) {
         EXPECT_TRUE(IsNumeric(c.text)) << Ascii(c.text);
         EXPECT_EQ(ReadNumeric(c.text).value_or(-99), c.value) << Ascii(c.text);
     }
-    const TextView others[] = {u"",     u" ",   u".",    u"-",   u"+",     u"abc", u"12a",   u"1 2",   u"1.2.3", u"-5-",
-                               u"5--",  u",5",  u"1.5,", u"1E",  u"1E+",   u"E5",  u"--5",   u"5 -",   u"$5",    u"(5)",
-                               u"&H10", u"50%", u"1e5e", u"\n5", u"1E400", nines,  u"1.2,3", u"\uFF15"};
+    const TextView others[] = {u"",      u" ",   u".",     u"-",      u"+",    u"abc", u"12a",  u"1 2",
+                               u"1.2.3", u"-5-", u"5--",   u",5",     u"1.5,", u"1E",  u"1E+",  u"E5",
+                               u"--5",   u"5 -", u"$5",    u"(5)",    u"&H10", u"50%", u"1e5e", u"\n5",
+                               u"1E400", nines,  u"1.2,3", u"\uFF15", u"1d5",  u"1D-2"};
     for (const TextView text : others) EXPECT_FALSE(IsNumeric(text)) << Ascii(text);
 }
 

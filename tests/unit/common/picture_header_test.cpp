@@ -125,6 +125,7 @@ TEST(PictureHeader, LetsThroughWhatHoldsAllThatItPromises) {
         {"pixels at the end of the world", Bitmap({}, 1000, 0xFFFFFFFF), false},
         {"the old kind", OldBitmap(16, 16, 4, 48 + 16 * 8), true},
         {"the old kind, short", OldBitmap(16, 16, 4, 47), false},
+        {"the old kind, no room for the palette", OldBitmap(1, 1, 8, 4), false},
         {"two letters", {'B', 'M'}, false},
         {"an icon", Icon({IconImage({16, 16, 32}, icon32)}), true},
         {"a cursor", Icon({IconImage({16, 16, 32}, icon32)}, 2), true},

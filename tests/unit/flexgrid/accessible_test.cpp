@@ -3,9 +3,9 @@
 
 #include <sstream>
 
-#include "elements/flexgrid/accessible_events.h"
-#include "elements/flexgrid/accessible_view.h"
 #include "tests/support/narrow.h"
+#include "widgets/flexgrid/accessible_events.h"
+#include "widgets/flexgrid/accessible_view.h"
 
 namespace qvx::flexgrid {
 namespace {

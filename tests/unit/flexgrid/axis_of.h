@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "elements/flexgrid/axis.h"
+#include "widgets/flexgrid/axis.h"
 
 namespace qvx::flexgrid {
 

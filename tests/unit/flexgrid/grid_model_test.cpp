@@ -2,39 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <new>
+#include <optional>
 #include <random>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "elements/flexgrid/grid.h"
-
-namespace {
-
-// Allocations until one fails; below 0 none does.
-int allocationsLeft = -1;
-
-}  // namespace
-
-[[gnu::noinline]] void* operator new(std::size_t size) {
-    if (allocationsLeft >= 0 && allocationsLeft-- == 0) {
-        throw std::bad_alloc();
-    }
-    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    if (allocationsLeft >= 0 && allocationsLeft-- == 0) {
-        return nullptr;
-    }
-    return std::malloc(size == 0 ? 1 : size);
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+#include "tests/support/portable/failing_allocation.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::flexgrid {
 namespace {
@@ -323,7 +299,10 @@ class Work {
     bool Try(Call call, int expectedError) {
         int error = 0;
         for (int attempt = 0;; ++attempt) {
-            allocationsLeft = attempt < 3 ? Below(7) : -1;
+            std::optional<test::FailingAllocation> failing;
+            if (attempt < 3) {
+                failing.emplace(Below(7), test::Starvation::once);
+            }
             bool starved = false;
             try {
                 call();
@@ -332,7 +311,7 @@ class Work {
             } catch (const RunTimeError& raised) {
                 error = raised.Number();
             }
-            allocationsLeft = -1;
+            failing.reset();
             if (!starved) {
                 break;
             }

@@ -1,50 +1,15 @@
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
-#include "elements/flexgrid/merge.h"
+#include "tests/unit/flexgrid/grid_texts.h"
 
 namespace qvx::flexgrid {
 namespace {
-
-// The number of the error a call raises, 0 when it raises none.
-template <class Call>
-int ErrorOf(Call call) {
-    try {
-        call();
-    } catch (const RunTimeError& error) {
-        return error.Number();
-    }
-    return 0;
-}
-
-// All rows as one text, "a,b/c,d".
-std::string Shown(const Grid& grid) {
-    std::string shown;
-    for (int row = 0; row < grid.Rows(); ++row) {
-        shown += row > 0 ? "/" : "";
-        for (int col = 0; col < grid.Cols(); ++col) {
-            shown += col > 0 ? "," : "";
-            for (const char16_t unit : grid.TextMatrix(row, col)) {
-                shown += static_cast<char>(unit);
-            }
-        }
-    }
-    return shown;
-}
-
-void Load(Grid& grid, int fixedRows, int fixedCols, int cols, TextView block) {
-    grid.SetFixedRows(0);
-    grid.SetFixedCols(0);
-    grid.SetRows(0);
-    grid.SetCols(cols);
-    grid.AddItems(block);
-    grid.SetFixedRows(fixedRows);
-    grid.SetFixedCols(fixedCols);
-}
 
 // Writes down what it is told.
 class Recorder final : public GridListener {
@@ -157,7 +122,7 @@ TEST(GridCounts, ErrorsInWords) {
         try {
             call();
         } catch (const RunTimeError& error) {
-            return error.Description();
+            return Text(error.Description());
         }
         return u"none";
     };
@@ -199,10 +164,20 @@ TEST(GridCounts, FixedCountWaitsForColumns) {
     other.SetFixedRows(0);
     other.SetRows(0);
     other.SetFixedRows(1);
+    EXPECT_EQ(other.FixedRows(), 0);
+    EXPECT_EQ(other.WantedFixedRows(), 1);
     other.AddItem(u"head");
+    EXPECT_EQ(other.FixedRows(), 1) << "there may be nothing but headers";
+    EXPECT_EQ(other.Row(), 0);
     other.AddItem(u"body");
     EXPECT_EQ(other.FixedRows(), 1);
+    EXPECT_EQ(other.Row(), 1);
     EXPECT_EQ(ErrorOf([&] { other.SetFixedCols(4); }), 30001);
+    // Rows leave the header without any column as well.
+    other.SetRows(1);
+    other.SetCols(0);
+    other.SetRows(3);
+    EXPECT_EQ(other.Row(), 1);
 
     // A refused count leaves the waiting one alone.
     Grid refusing;
@@ -374,201 +349,6 @@ TEST(GridFormatString, Cases) {
     EXPECT_EQ(Shown(grid), "X,B,C,D/,,,");
     EXPECT_EQ(ErrorOf([&] { grid.SetFormatString(Text(Grid::maxCols, u'|')); }), 30006);
     EXPECT_EQ(grid.FormatString(), u"X");
-}
-
-TEST(GridSort, Orders) {
-    struct Case {
-        GridSort order;
-        const char* sorted;
-    };
-    const Case cases[] = {
-        {GridSort::none, "b1,10,,9x,B2,-3,a,2"},
-        {GridSort::genericAscending, "-3,2,10,,9x,a,b1,B2"},
-        {GridSort::genericDescending, "B2,b1,a,9x,,10,2,-3"},
-        {GridSort::numericAscending, "-3,b1,,B2,a,2,9x,10"},
-        {GridSort::numericDescending, "10,9x,2,b1,,B2,a,-3"},
-        {GridSort::stringNoCaseAscending, ",-3,10,2,9x,a,b1,B2"},
-        {GridSort::stringNoCaseDescending, "B2,b1,a,9x,2,10,-3,"},
-        {GridSort::stringAscending, ",-3,10,2,9x,B2,a,b1"},
-        {GridSort::stringDescending, "b1,a,B2,9x,2,10,-3,"},
-    };
-    for (const Case& test : cases) {
-        Grid grid;
-        Load(grid, 1, 0, 1, u"head\rb1\r10\r\r9x\rB2\r-3\ra\r2");
-        grid.Sort(test.order);
-        std::string sorted = Shown(grid);
-        std::replace(sorted.begin(), sorted.end(), '/', ',');
-        EXPECT_EQ(sorted, std::string("head,") + test.sorted) << static_cast<int>(test.order);
-    }
-}
-
-TEST(GridSort, StableBySelectionAndSeveralColumns) {
-    Grid grid;
-    Load(grid, 0, 0, 3, u"2\tx\tA\r1\ty\tB\r2\tw\tC\r1\ty\tD\r0\tz\tE");
-    grid.Select(0, 0, 3, 0);
-    grid.Sort(GridSort::numericAscending);
-    EXPECT_EQ(Shown(grid), "1,y,B/1,y,D/2,x,A/2,w,C/0,z,E");
-    grid.Select(0, 0, 0, 1);
-    grid.Sort(GridSort::stringDescending);
-    EXPECT_EQ(Shown(grid), "2,x,A/2,w,C/1,y,B/1,y,D/0,z,E");
-}
-
-TEST(GridSort, CustomAsksAndSurvivesContradiction) {
-    struct Judge final : GridListener {
-        bool Compare(int row1, int row2, int& result) override {
-            ++asked;
-            result = random ? static_cast<int>(state = state * 1103515245 + 12345) >> 16 : row2 - row1;
-            return true;
-        }
-        bool random = false;
-        unsigned state = 1;
-        int asked = 0;
-    };
-    Grid grid;
-    Load(grid, 0, 0, 1, u"a\rb\rc\rd\re");
-    Judge judge;
-    grid.AddListener(&judge);
-    grid.Sort(GridSort::custom);
-    EXPECT_EQ(Shown(grid), "e/d/c/b/a");
-    EXPECT_LE(judge.asked, 15);
-    judge.random = true;
-    for (int i = 0; i < 50; ++i) {
-        grid.Sort(GridSort::custom);
-        std::string shown = Shown(grid);
-        std::sort(shown.begin(), shown.end());
-        EXPECT_EQ(shown, "////abcde");
-    }
-}
-
-TEST(GridMerge, Modes) {
-    // Each cell is shown by the number of its range, in order of appearance.
-    const auto ranges = [](const Grid& grid) {
-        std::vector<int> rows;
-        std::vector<int> cols;
-        for (int row = 0; row < grid.Rows(); ++row) {
-            rows.push_back(row);
-        }
-        for (int col = 0; col < grid.Cols(); ++col) {
-            cols.push_back(col);
-        }
-        const MergeMap map(grid, rows, cols);
-        std::vector<CellRange> seen;
-        std::string shown;
-        for (const int row : rows) {
-            shown += row > 0 ? "/" : "";
-            for (const int col : cols) {
-                const CellRange range = map.RangeOf(row, col);
-                EXPECT_TRUE(range.Contains(row, col));
-                auto found = std::find(seen.begin(), seen.end(), range);
-                if (found == seen.end()) {
-                    EXPECT_TRUE(range.top == row && range.left == col);
-                    found = seen.insert(seen.end(), range);
-                }
-                shown += static_cast<char>('A' + (found - seen.begin()));
-            }
-        }
-        return shown;
-    };
-    struct Case {
-        GridMerge mode;
-        bool rows, cols;
-        const char* shown;
-    };
-    // x x y
-    // x x y
-    // z y y
-    // z q q
-    const Case cases[] = {
-        {GridMerge::never, true, true, "ABC/DEF/GHI/JKL"},
-        {GridMerge::free, false, false, "ABC/DEF/GHI/JKL"},
-        {GridMerge::free, true, false, "AAB/CCD/EFF/GHH"},
-        {GridMerge::free, false, true, "ABC/ABC/DEC/DFG"},
-        {GridMerge::free, true, true, "AAB/AAB/CDD/CEE"},
-        {GridMerge::restrictRows, true, false, "AAB/CCD/EFG/HIJ"},
-        {GridMerge::restrictColumns, false, true, "ABC/ABC/DEF/DGH"},
-        {GridMerge::restrictBoth, true, true, "AAB/AAB/CDE/CFG"},
-    };
-    for (const Case& test : cases) {
-        Grid grid;
-        Load(grid, 0, 0, 3, u"x\tx\ty\rx\tx\ty\rz\ty\ty\rz\tq\tq");
-        grid.SetMergeCells(test.mode);
-        grid.SetMergeRow(Grid::all, test.rows);
-        grid.SetMergeCol(Grid::all, test.cols);
-        EXPECT_EQ(ranges(grid), test.shown) << static_cast<int>(test.mode) << test.rows << test.cols;
-    }
-    Grid fixed;
-    Load(fixed, 1, 1, 3, u"x\tx\tx\rx\tx\tx\rx\t\t");
-    fixed.SetMergeCells(GridMerge::free);
-    fixed.SetMergeRow(Grid::all, true);
-    fixed.SetMergeCol(Grid::all, true);
-    EXPECT_EQ(ranges(fixed), "ABB/CDD/CEF");
-}
-
-TEST(GridGeometry, HiddenMinimumAndDefaults) {
-    Grid grid;
-    grid.SetRows(6);
-    grid.SetRowHeight(1, 0);
-    grid.SetRowHeight(2, 150);
-    grid.SetRowHeight(4, 3000);
-    const int tops[] = {0, 16, 16, 26, 42, 242, 258};
-    for (int row = 0; row <= 6; ++row) {
-        EXPECT_EQ(grid.RowTop(row), tops[row]) << row;
-    }
-    EXPECT_EQ(grid.RowAt(-1), -1);
-    EXPECT_EQ(grid.RowAt(15), 0);
-    EXPECT_EQ(grid.RowAt(16), 2);
-    EXPECT_EQ(grid.RowAt(241), 4);
-    EXPECT_EQ(grid.RowAt(258), 6);
-    grid.SetRowHeightMin(450);
-    EXPECT_EQ(grid.RowHeight(1), 0);
-    EXPECT_EQ(grid.RowHeight(2), 450);
-    EXPECT_EQ(grid.RowTop(6), 4 * 30 + 200);
-    grid.SetRowHeight(Grid::all, Grid::defaultSize);
-    EXPECT_EQ(grid.RowTop(6), 6 * 30);
-    grid.SetRowHeightMin(0);
-    FontSpec font;
-    font.points = 16.5;
-    grid.SetFont(font);
-    EXPECT_EQ(grid.RowHeight(0), 29 * 15);
-    const FixedTextMetrics twice(Dpi{192, 192});
-    grid.SetTextMetrics(&twice);
-    EXPECT_EQ(grid.RowPixels(0), 58);
-    EXPECT_EQ(grid.ColPixels(0), 128);
-    grid.SetTextMetrics(nullptr);
-
-    grid.SetColWidth(0, 0);
-    EXPECT_EQ(grid.ColAt(0), 1);
-    EXPECT_EQ(grid.ColAt(64), 2);
-    grid.SetColWidth(Grid::all, 300);
-    grid.SetCols(3);
-    EXPECT_EQ(grid.ColLeft(3), 60);
-}
-
-TEST(GridFormats, SelectionFontsAndAlignment) {
-    Grid grid;
-    Load(grid, 1, 0, 2, u"h\th\r12\tabc\r-1.5\t ");
-    EXPECT_EQ(grid.AlignmentOf(1, 0, grid.TextMatrix(1, 0)), GridAlignment::rightCenter);
-    EXPECT_EQ(grid.AlignmentOf(1, 1, grid.TextMatrix(1, 1)), GridAlignment::leftCenter);
-    EXPECT_EQ(grid.AlignmentOf(2, 0, grid.TextMatrix(2, 0)), GridAlignment::rightCenter);
-    grid.SetFixedAlignment(0, GridAlignment::centerTop);
-    EXPECT_EQ(grid.AlignmentOf(0, 0, grid.TextMatrix(0, 0)), GridAlignment::centerTop);
-    grid.Select(1, 0, 2, 1);
-    grid.SetFillStyle(GridFillStyle::repeat);
-    grid.SetCellFontBold(true);
-    grid.SetCellAlignment(GridAlignment::leftBottom);
-    EXPECT_EQ(grid.FontOf(2, 1).weight, 700);
-    EXPECT_EQ(grid.FontOf(0, 1).weight, 400);
-    EXPECT_EQ(grid.AlignmentOf(2, 0, grid.TextMatrix(2, 0)), GridAlignment::leftBottom);
-    FontSpec font;
-    font.points = 12;
-    grid.SetFont(font);
-    EXPECT_EQ(grid.FontOf(2, 1).points, 12);
-    EXPECT_EQ(grid.FontOf(2, 1).weight, 700);
-    grid.SetCellForeColor(1);
-    grid.SetCellForeColor(0);
-    EXPECT_EQ(grid.CellForeColor(), 0u);
-    grid.Clear();
-    EXPECT_EQ(grid.FormatOf(1, 0), nullptr);
 }
 
 }  // namespace

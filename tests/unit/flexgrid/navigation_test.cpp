@@ -1,14 +1,14 @@
 // Keys, clicks, drags of the selection, and drags of header borders.
-#include "elements/flexgrid/navigation.h"
+#include "widgets/flexgrid/navigation.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 #include "common/keys.h"
-#include "elements/flexgrid/button_steps.h"
-#include "elements/flexgrid/resizing.h"
 #include "tests/unit/flexgrid/axis_of.h"
+#include "widgets/flexgrid/button_steps.h"
+#include "widgets/flexgrid/resizing.h"
 
 namespace qvx::flexgrid {
 namespace {
@@ -70,6 +70,8 @@ TEST(Keys, MoveTheCursorAndBringItIntoView) {
     EXPECT_EQ(KeyStep(keys::home, 0, {2, 2, 2, 2}, Rows(1), mirrored)->cursor, (Cursor{2, 1, 2, 1}));
     EXPECT_FALSE(KeyStep(keys::down, keys::altMask, {1, 1, 1, 1}, Rows(1), Columns(1)));
     EXPECT_FALSE(KeyStep(keys::down, 0, {}, AxisOf(0, 0, 0, 96, [](int) { return 16; }), Columns(1)));
+    const Axis noHeader = AxisOf(100, 0, 20, 96, [](int) { return 16; });
+    EXPECT_EQ(KeyStep(keys::up, keys::controlMask, {20, 2, 20, 2}, noHeader, Columns(1))->cursor, (Cursor{0, 2, 0, 2}));
     const Axis allHidden = AxisOf(4, 1, 1, 96, [](int) { return 0; });
     EXPECT_EQ(Show(*KeyStep(keys::end, keys::controlMask, {2, 1, 2, 1}, allHidden, Columns(1))),
               "2,5:2,5 top 1 left 2");

@@ -1,11 +1,11 @@
 // What a grid draws, as lines of text. A character is 6 pixels wide, a line 13 high, a row 16, a column 64.
-#include "elements/flexgrid/paint.h"
+#include "widgets/flexgrid/paint.h"
 
 #include <gtest/gtest.h>
 
 #include <sstream>
 
-#include "elements/surface/recording_surface.h"
+#include "drawing/recording_surface.h"
 
 namespace qvx::flexgrid {
 namespace {
@@ -109,7 +109,9 @@ TEST_F(PaintTest, TheSelectionIsHighlightedButForTheCursorWhichHasTheFrame) {
          "invert (64,16,127,18)\ninvert (64,29,127,31)\ninvert (64,18,66,29)\ninvert (125,18,127,29)\n"},
     };
     grid_.Select(1, 1, 2, 2);
-    for (const Case& c : cases) {
+    for (std::size_t i = 0; i < 2 * std::size(cases); ++i) {
+        const Case& c = cases[i / 2];
+        grid_.SetMergeCells(i % 2 ? GridMerge::free : GridMerge::never);  // though there is nothing to merge
         grid_.SetHighLight(c.highLight);
         grid_.SetFocusRect(c.frame);
         view_.focused = c.focused;

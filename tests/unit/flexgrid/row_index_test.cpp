@@ -1,4 +1,4 @@
-#include "elements/flexgrid/row_index.h"
+#include "widgets/flexgrid/row_index.h"
 
 #include <gtest/gtest.h>
 
@@ -103,6 +103,7 @@ TEST(RowIndex, AgreesWithPlainArrays) {
             }
             const auto y = static_cast<std::int64_t>(random() % (reference.ids.size() * shared + 10));
             ASSERT_EQ(index.PositionAt(y, shared), reference.PositionAt(y, shared));
+            ASSERT_EQ(index.PositionAt(index.ExtentBefore(index.Size(), shared), shared), index.Size());
         }
     }
 }
@@ -113,6 +114,7 @@ TEST(RowIndex, AppendedRowsFillTheirLeaves) {
         index.Insert(index.Size(), std::span(&id, 1));
     }
     EXPECT_LT(index.MemoryUsed(), 200'000 * 4.2);
+    EXPECT_GE(index.MemoryUsed(), 200'000u * sizeof(RowId));
     for (int i = 0; i < 100'000; ++i) {
         index.Remove(i, 1);
     }

@@ -1,4 +1,4 @@
-#include "elements/flexgrid/scroll_copy.h"
+#include "widgets/flexgrid/scroll_copy.h"
 
 #include <gtest/gtest.h>
 

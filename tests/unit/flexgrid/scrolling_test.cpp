@@ -1,10 +1,10 @@
 // Rows and columns in the window: spans, positions, first item, bars, wheel and automatic scrolling.
-#include "elements/flexgrid/scrolling.h"
+#include "widgets/flexgrid/scrolling.h"
 
 #include <gtest/gtest.h>
 
-#include "elements/flexgrid/hit_test.h"
 #include "tests/unit/flexgrid/axis_of.h"
+#include "widgets/flexgrid/hit_test.h"
 
 namespace qvx::flexgrid {
 namespace {
@@ -71,6 +71,7 @@ TEST(Scrolling, TheLastPageIsFullAndHiddenItemsAtTheEndDoNotCount) {
         {Uniform(5, 1, 1, 96), 1, "everything fits"},
         {Make({10, 50, 50, 500}, 1, 1, 100), 3, "the last alone is too large"},
         {Make({10, 50, 50, 50, 0, 0}, 1, 1, 110), 2, "hidden ones at the end"},
+        {Make({10, 0, 50, 50}, 1, 1, 110), 1, "everything just fits, and the first one is hidden"},
         {Make({200, 50, 50}, 1, 1, 100), 2, "no room behind the header"},
         {Uniform(1'000'000, 1, 1, 600), 999'964, "a million rows"},
         {Make({}, 0, 0, 100), 0, "nothing at all"},

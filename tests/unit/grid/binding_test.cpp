@@ -29,6 +29,8 @@ class Records final : public RecordSource {
     std::size_t at_ = 0;
 };
 
+bool always() { return true; }
+
 // Rows by "/", cells by ",".
 std::string Shown(const flexgrid::Grid& grid) {
     std::string all;
@@ -63,7 +65,7 @@ TEST_F(Binding, FieldsStandFromTheirColumnOn) {
         state.autoRecordNumber = c.numbered;
         Records records({u"a\tb\t", u"c\t\t"});
         records.firstPosition = 4;
-        LoadRecords(grid, state, records, [](std::int64_t) { return true; });
+        LoadRecords(grid, state, records, always, [](std::int64_t) { return true; });
         EXPECT_EQ(Shown(grid), c.shown) << c.bindFrom;
         EXPECT_TRUE(records.AtEnd());
     }
@@ -72,20 +74,35 @@ TEST_F(Binding, FieldsStandFromTheirColumnOn) {
 TEST_F(Binding, WhatFailsOrIsCalledOffKeepsTheRowsSoFar) {
     Records failing({u"a\t", u"b\t", u"c\t"});
     failing.failsAt = 2;
-    EXPECT_THROW(LoadRecords(grid, state, failing, [](std::int64_t) { return true; }), RunTimeError);
+    EXPECT_THROW(LoadRecords(grid, state, failing, always, [](std::int64_t) { return true; }), RunTimeError);
     EXPECT_EQ(Shown(grid), ",a,,/,b,,/");
     grid.SetRows(1);
     Records records({u"a\t", u"b\t", u"c\t"});
     std::string told;
-    LoadRecords(grid, state, records, [&](std::int64_t loaded) {
+    LoadRecords(grid, state, records, always, [&](std::int64_t loaded) {
         told += std::to_string(loaded) + " ";
         return loaded < 2;
     });
     EXPECT_EQ(told, "1 2 ");
     EXPECT_EQ(Shown(grid), ",a,,/,b,,/");
     state.bindFrom = -1;
-    EXPECT_THROW(LoadRecords(grid, state, records, [](std::int64_t) { return true; }), RunTimeError);
+    EXPECT_THROW(LoadRecords(grid, state, records, always, [](std::int64_t) { return true; }), RunTimeError);
     EXPECT_EQ(grid.Rows(), 3);
+}
+
+// Once others are wanted, nothing is added to what they have made of the grid, and the records stay where they are.
+TEST_F(Binding, WhatIsNotWantedAnyMoreTouchesNothing) {
+    const std::pair<int, const char*> cases[] = {{0, ""}, {1, ""}, {2, ",a,,/"}, {3, ",a,,/"}, {5, ",a,,/,b,,/"}};
+    for (const auto& [times, shown] : cases) {
+        grid.SetRows(1);
+        Records records({u"a\t", u"b\t", u"c\t"});
+        int left = times;
+        int told = 0;
+        LoadRecords(
+            grid, state, records, [&] { return left-- > 0; }, [&](std::int64_t) { return ++told, true; });
+        EXPECT_EQ(Shown(grid), shown) << times;
+        EXPECT_EQ(records.Position(), 1 + told) << times;
+    }
 }
 
 TEST(ProgressClock, TenASecond) {

@@ -36,7 +36,9 @@ TEST(CleanDigits, JoinsTheDigitsAroundThePoint) {
         {u"10.00", u"10"},
         {u"50.5%", u"505"},
         {u"1e3", u"1000"},
+        {u"123456789012345", u"123456789012345"},
         // A number too large for digits alone keeps its exponent, only the point goes.
+        {u"1234567890123456", u"123456789012346E+15"},
         {u"1.5E20", u"15E+20"},
     };
     for (const CleanCase& c : cases) EXPECT_EQ(Narrow(CleanDigits(c.typed)), Narrow(c.cell)) << Narrow(c.typed);

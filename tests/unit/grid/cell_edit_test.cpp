@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "controls/grid/navigation.h"
+#include "controls/grid/cell_step.h"
 #include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {
@@ -58,11 +58,11 @@ class Recorder {
              Narrow(grid_.TextMatrix(row, col)) + "'" + Flag(cancel));
         if (onAfter) onAfter(cancel);
     }
-    void OnError(int number, const Text& description, bool& response) {
+    void OnError(int number, TextView description, bool& response) {
         Note("error " + std::to_string(number) + " " + Narrow(description) + Flag(response));
         if (onError) onError(response);
     }
-    void ReportError(int number, const Text&) { Note("report " + std::to_string(number)); }
+    void ReportError(int number, TextView) { Note("report " + std::to_string(number)); }
 
     std::string Take() { return std::exchange(log_, {}); }
 

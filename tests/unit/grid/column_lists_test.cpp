@@ -79,6 +79,13 @@ TEST(ColumnLists, ColumnsGoByTheirCaptionInTheFirstRow) {
     EXPECT_TRUE(HasColumnCode(grid, u";Qty-2;", 2, 2));
     EXPECT_THROW(IsListedColumn(grid, u";qty;", -1), RunTimeError);
     EXPECT_THROW(IsListedColumn(grid, u";qty;", 6), RunTimeError);
+    // Without any row there is nothing above the columns.
+    grid.SetFixedRows(0);
+    grid.SetRows(0);
+    EXPECT_FALSE(IsListedColumn(grid, u";qty;", 1));
+    EXPECT_TRUE(IsListedColumn(grid, u";;", 1));
+    EXPECT_THROW(IsListedColumn(grid, u";;", 3), RunTimeError);
+    EXPECT_EQ(Narrow(RefreshColIndex(grid).stringFormat), "[],[1],[2]");
 }
 
 struct IndexCase {

@@ -7,6 +7,7 @@
 
 #include "controls/grid/lifecycle.h"
 #include "controls/grid/paste.h"
+#include "tests/support/portable/failing_allocation.h"
 #include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {
@@ -247,16 +248,19 @@ TEST_F(EditHistoryTest, AnEditWhoseRowHasMovedMeanwhileLeavesNoStep) {
 }
 
 TEST_F(EditHistoryTest, AGroupThatTheHostMeddlesWithLeavesNoStep) {
-    Edit(1, 1, u"x");
-    {
-        const EditHistory::Group group(*history);
-        Edit(1, 2, u"1");
-        grid.RemoveItem(2);
-        Edit(1, 2, u"2");
+    const std::function<void()> meddles[] = {[&] { grid.RemoveItem(2); }, [&] { history->Clear(); }};
+    for (const auto& meddle : meddles) {
+        Edit(1, 1, u"x");
+        {
+            const EditHistory::Group group(*history);
+            Edit(1, 2, u"1");
+            meddle();
+            Edit(1, 2, u"2");
+        }
+        EXPECT_FALSE(history->CanUndo());
+        Edit(1, 1, u"y");
+        EXPECT_TRUE(history->CanUndo());
     }
-    EXPECT_FALSE(history->CanUndo());
-    Edit(1, 1, u"y");
-    EXPECT_TRUE(history->CanUndo());
 }
 
 // A host whose LeaveCell handler takes rows away, in the middle of the grid's own removal.
@@ -320,6 +324,17 @@ TEST_F(EditHistoryTest, APauseRecordsAndUndoesNothing) {
         Edit(1, 2, u"1");
     }
     EXPECT_EQ("1,1 x>a ", Told(history->Undo(state), true));
+    EXPECT_FALSE(history->CanUndo());
+}
+
+// What came before could no longer be taken back in its order.
+TEST_F(EditHistoryTest, AChangeThatThereIsNoMemoryForEndsTheHistory) {
+    Edit(1, 1, u"x");
+    grid.SetTextMatrix(1, 2, u"11");
+    {
+        const test::FailingAllocation failing(0, test::Starvation::forGood);
+        history->CellChanged(grid.StructureVersion(), 1, 2, u"10", TextView(u"11"));
+    }
     EXPECT_FALSE(history->CanUndo());
 }
 

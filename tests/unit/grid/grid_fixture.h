@@ -6,7 +6,7 @@
 
 #include "common/text.h"
 #include "controls/grid/list_match.h"
-#include "elements/flexgrid/grid.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 

@@ -191,7 +191,11 @@ TEST(RemoveAllRecords, OneEmptyRowIsLeft) {
         if (rows > 1) grid.SetFixedRows(1);
         ControlState state;
         state.changed = true;
-        RemoveAllRecords(grid, state);
+        EditHistory history(grid);
+        grid.SetTextMatrix(rows - 1, 1, u"new");
+        history.CellChanged(grid.StructureVersion(), rows - 1, 1, u"a", u"new");
+        RemoveAllRecords(grid, state, history);
+        EXPECT_FALSE(history.CanUndo()) << "a record that is not there any more";
         if (rows > 1) {
             EXPECT_EQ(Shown(grid), "N|Name|Qty/1||") << "the fixed column keeps its text";
         }

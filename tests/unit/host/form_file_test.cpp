@@ -41,6 +41,7 @@ TEST(FormFile, ReadsNestedBlocks) {
     const FormFile file = FormFile::Parse(realistic);
     EXPECT_EQ(file.form.className, u"Form");
     EXPECT_EQ(file.form.TextOf(u"caption"), u"Invoice \"A\"");
+    EXPECT_EQ(file.form.FindProperty(u"Caption")->source, u"\"Invoice \"\"A\"\"\"");
     EXPECT_EQ(file.form.IntOf(u"BackColor", 0), static_cast<std::int32_t>(0x8000000F));
     EXPECT_EQ(file.form.IntOf(u"ScaleMode", 0), 1);
     EXPECT_FALSE(file.form.BoolOf(u"MaxButton", true));
@@ -135,6 +136,7 @@ TEST(FormFile, AChangeTouchesItsOwnLineOnly) {
     file.form.Set(u"ForeColor", static_cast<std::int32_t>(0x80000008));
     file.form.Set(u"Visible", false);
     Block& font = file.form.Group(u"Font", u"{0BE35203-8F91-11CE-9DE3-00AA004BB851}");
+    EXPECT_EQ(font.className, u"{0BE35203-8F91-11CE-9DE3-00AA004BB851}");
     font.Set(u"Size", 8.25);
     file.form.Objects()[0]->Set(u"Caption", Text(u"two\r\nlines"));
     EXPECT_EQ(file.Write(),
@@ -154,7 +156,9 @@ TEST(FormFile, AChangeTouchesItsOwnLineOnly) {
               "End\r\n");
     EXPECT_TRUE(file.form.Remove(u"font"));
     EXPECT_FALSE(file.form.Remove(u"Font"));
-    EXPECT_THROW(file.form.Set(u"two words", true), RunTimeError);
+    for (const TextView name : {u"two words", u"", u"1st", u"a\xD800", u"a\xDFFF", u"a\uFEFF"}) {
+        EXPECT_THROW(file.form.Set(name, true), RunTimeError) << testing::PrintToString(name);
+    }
 }
 
 TEST(FormFile, TextBeyondTheOldCodePageTurnsTheFileToUtf8) {
@@ -210,7 +214,8 @@ TEST(FormValue, ReadsEveryForm) {
 TEST(FormValue, TextOfAnyCharactersComesBack) {
     Text all;
     for (char32_t c = 0; c <= 0xFFFF; ++c) all.push_back(static_cast<char16_t>(c));
-    for (const Text& text : {all, Text(u"\xD83D\xDE00\xDE00\xD83D"), Text(u"\r"), Text(u"\""), Text(u"a\0b", 3)}) {
+    for (const Text& text :
+         {all, Text(u"\xD83D\xDE00\xDE00\xD83D"), Text(u"\U0001F600"), Text(u"\r"), Text(u"\""), Text(u"a\0b", 3)}) {
         FormFile file = FormFile::Parse("Begin Form f\nEnd\n");
         file.form.Set(u"Tag", text);
         EXPECT_TRUE(FormFile::Parse(file.Write()).form.TextOf(u"Tag") == text);

@@ -5,6 +5,7 @@
 #include "host/form_font.h"
 #include "host/menu_model.h"
 #include "host/options.h"
+#include "host/picture_names.h"
 #include "host/saved_properties.h"
 #include "host/tab_order.h"
 
@@ -106,11 +107,26 @@ TEST(FormFont, ComesBackAndTakesNonsenseFromItsBase) {
 
     const FormFile odd = FormFile::Parse(
         "Begin Form f\nBeginProperty Font {11111111-2222-3333-4444-555555555555}\n"
-        "Size = -4\nWeight = 5000\nCharset = 300\nUnderline = -1\nEndProperty\nEnd\n");
+        "Underline = -1\nEndProperty\nEnd\n");
     EXPECT_FALSE(IsFontBlock(*odd.form.FindGroup(u"Font")));
     FontSpec expected = font;
     expected.underline = true;
     EXPECT_EQ(ReadFont(*odd.form.FindGroup(u"Font"), font), expected);
+
+    const struct {
+        std::string lines;
+        double points;
+        int weight, charset;
+    } bounds[] = {
+        {"Size = 1\nWeight = 1\nCharset = 0\n", 1, 1, 0},
+        {"Size = 2048\nWeight = 1000\nCharset = 255\n", 2048, 1000, 255},
+        {"Size = 0.9\nWeight = 0\nCharset = -1\n", 9.75, 700, 238},
+        {"Size = 2048.5\nWeight = 1001\nCharset = 256\n", 9.75, 700, 238},
+    };
+    for (const auto& [lines, points, weight, charset] : bounds) {
+        const FontSpec read = ReadFont(FormFile::Parse("Begin Form f\n" + lines + "End\n").form, font);
+        EXPECT_EQ(std::tie(read.points, read.weight, read.charset), std::tie(points, weight, charset)) << lines;
+    }
 }
 
 TEST(Options, ReadsTheCommandLine) {
@@ -239,6 +255,8 @@ TEST(Menus, ReadsShortcuts) {
         {u"^", {}, u""},
         {u"{F13}", {}, u""},
         {u"^{F4", {}, u""},
+        {u"{F4x", {}, u""},
+        {u"xF4}", {}, u""},
         {u"", {}, u""},
     };
     for (const auto& c : cases) {
@@ -246,6 +264,14 @@ TEST(Menus, ReadsShortcuts) {
         EXPECT_EQ(ParseShortcut(c.source), c.shortcut);
         EXPECT_EQ(ShortcutText(ParseShortcut(c.source)), Text(c.shown));
     }
+}
+
+TEST(PictureNames, AreFileNamesBelowTheForm) {
+    EXPECT_EQ(PictureFileName(u"iml", u"mnuFile(2)"), u"iml-mnuFile(2)");
+    EXPECT_EQ(PictureFileName(u"iml", u"..\\a/b:\u00E4"), u"iml-___a_b__");
+    EXPECT_EQ(PictureFileName(u"iml", Text(500, u'x')).size(), 80u);
+    EXPECT_EQ(RelativeTo(u"C:\\Forms", u"c:/forms/pics/a.bmp"), u"pics/a.bmp");
+    EXPECT_EQ(RelativeTo(u"C:\\Forms", u"C:\\Formsold\\a.bmp"), u"C:\\Formsold\\a.bmp");
 }
 
 }  // namespace

@@ -1,10 +1,11 @@
 // What a text box paints as a picture, as the list of drawing calls, and how high it is.
-#include "elements/textbox/text_box_face.h"
+#include "widgets/textbox/text_box_face.h"
 
 #include <gtest/gtest.h>
 
-#include "elements/surface/recording_surface.h"
-#include "elements/textbox/dropped_text.h"
+#include "drawing/recording_surface.h"
+#include "tests/support/portable/failing_allocation.h"
+#include "widgets/textbox/dropped_text.h"
 
 namespace qvx {
 namespace {
@@ -46,6 +47,11 @@ unclip
         RecordingSurface surface;
         PaintTextBox(surface, look, u"a & b", {0, 0, 80, c.height});
         EXPECT_EQ(surface.Log(), c.expected);
+        test::ExpectAllOrNothing(c.expected, [&] {
+            RecordingSurface starved;
+            PaintTextBox(starved, look, u"a & b", {0, 0, 80, c.height});
+            return starved.Log();
+        });
     }
 }
 

@@ -87,6 +87,7 @@ TEST(KeyFilter, Sequences) {
          u"a7-.\x1B"
          u"8\xE9",
          u"78", 5},
+        {"every digit and none of its neighbours", digits, Box(u"", 0), u"/0123456789:", u"0123456789", 2},
         {"a digits box may lose its digits", digits, Box(u"12", 2), u"<<<", u"", 0},
         {"bounds hold for digits too", {data_type::digits, true, 0, 9}, Box(u"", 0), u"123", u"1", 2},
         {"deleting is free in a digits box", {data_type::digits, true, 10, 99}, Box(u"10", 2), u"<", u"1", 0},
@@ -95,6 +96,7 @@ TEST(KeyFilter, Sequences) {
         {"a minus behind a number passes", numerics, Box(u"1", 1), u"-", u"1-", 0},
         {"two do not", numerics, Box(u"", 0), u"--", u"-", 1},
         {"an exponent cannot be begun", numerics, Box(u"", 0), u"1e5", u"15", 1},
+        {"its mark is the E, put between digits", numerics, Box(u"15", 1), u"dDe", u"1e5", 2},
         {"but its digits can change", numerics, Box(u"1e5", 3), u"0", u"1e50", 0},
         {"a point into nothing", numerics, Box(u"", 0), u".", u"0.", 1},
         {"a point over everything", numerics, Box(u"12", 0, 2), u".5", u"0.5", 1},
@@ -139,6 +141,10 @@ TEST(KeyFilter, ALockedBoxIsLeftAlone) {
     EXPECT_EQ(typist.Beeps(), 0);
 }
 
+TEST(KeyFilter, WhatIsSelectedGoesFirst) {
+    EXPECT_EQ(PrepareForCharacter(fromTen, Box(u"571", 1, 2), u'6'), Box(u"5", 1));
+}
+
 TEST(KeyFilter, StaleCandidate) {
     // 5 is refused and stays the candidate; Backspace at the start finds nothing to delete and judges the 5 again.
     Typist typist(fromTen, Box(u"", 0));
@@ -154,11 +160,12 @@ TEST(KeyFilter, OtherKeysPass) {
     for (const int key : {keys::enter, keys::left, keys::insert, static_cast<int>(u'A')}) {
         EXPECT_EQ(FilterKeyDown(fromTen, entry, key), (KeyAnswer{key, false, u""})) << key;
     }
-    // Ctrl+C, Ctrl+V, Enter
-    for (const int character : {3, 22, 13}) {
+    // Ctrl+C, Ctrl+V, Enter, Ctrl+Z
+    for (const int character : {3, 22, 13, 26}) {
         EXPECT_EQ(FilterCharacter(fromTen, entry, character), (KeyAnswer{character, false, u""})) << character;
         EXPECT_EQ(PrepareForCharacter(fromTen, entry, character), entry) << character;
     }
+    EXPECT_EQ(FilterCharacter(fromTen, entry, 27), (KeyAnswer{0, true, u"50\x1B"})) << "the first that is judged";
 }
 
 TEST(KeyFilter, KeysThatTheHostGetsFirst) {
@@ -178,7 +185,9 @@ TEST(KeyFilter, KeysThatTheHostGetsFirst) {
         {keys::deleteKey, keys::controlMask, false, true},
         {keys::tab, 0, true, false},
         {keys::escape, 0, true, false},
-        {keys::f4, 0, false, false},
+        {keys::f1, 0, false, false},
+        {keys::f24, 0, false, false},
+        {keys::f24 + 1, 0, false, true},
         {keys::enter, 0, false, false},
         {keys::enter, 0, true, true},
     };

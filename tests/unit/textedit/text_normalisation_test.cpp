@@ -6,6 +6,7 @@
 #include <string>
 
 #include "common/run_time_error.h"
+#include "tests/support/portable/failing_allocation.h"
 
 namespace qvx::textedit {
 namespace {
@@ -35,6 +36,9 @@ TEST(TextNormalisation, Texts) {
         {digits, 2, u"TextEdit1", u"0"},
         {digits, 2, u"0012", u"12"},
         {digits, 2, u"7.25", u"7.25"},
+        {digits, 2, u"012345678901234", u"12345678901234"},
+        {digits, 2, u"123456789012345", u"123456789012345"},
+        {digits, 2, u"1234567890123456", u"1.23456789012346E+15"},
         {digits, 2, u"", u"0"},
         {digits, 2, u"1 250 kg", u"1250"},
         {numerics, 2, u"TextEdit1", u"0.00"},
@@ -78,6 +82,12 @@ TEST(TextNormalisation, ExtremeLengths) {
     EXPECT_EQ(most.size(), 2u + 32767u);
     EXPECT_EQ(most.substr(0, 4), u"1.50");
     EXPECT_EQ(NormalisedText(Text(1'000'000, u'0') + u"7", data_type::digits, 0), u"7");
+}
+
+TEST(TextNormalisation, NeedsNoMemoryButItsOwn) {
+    for (const std::int32_t type : {data_type::none, data_type::digits, data_type::numerics}) {
+        test::ExpectAllOrNothing(std::to_string(type), [&] { return NormalisedText(u" 1234567.254", type, 20); });
+    }
 }
 
 }  // namespace

@@ -1,0 +1,60 @@
+// The archiver that was started last, and the wait for its end.
+#include <windows.h>
+
+#include "com/wide_text.h"
+#include "controls/backup/file_rules.h"
+#include "controls/backup/system_services_win32.h"
+#include "win/queued_messages.h"
+
+namespace qvx::backup {
+
+namespace {
+
+// Under the time after which the system takes a thread that does not look at its messages for hung, and covers its
+// windows with a ghost.
+constexpr DWORD longestBlindness = 1000;  // milliseconds
+
+// Paints what is due in a window and those in it, and lets messages in that others send.
+void Paint(HWND window, QueuedMessages& queue) {
+    // Where the window is gone, the thread's messages to no window: there is nothing to paint among them.
+    const HWND painted = IsWindow(window) ? window : reinterpret_cast<HWND>(-1);
+    MSG message{};
+    while (queue.Take(message, painted, WM_PAINT, WM_PAINT)) DispatchMessageW(&message);
+}
+
+}  // namespace
+
+void SystemServices::StartArchiver(TextView commandLine) {
+    if (commandLine.find(u'\0') != TextView::npos) throw StartError(ERROR_INVALID_NAME);
+    Text writable(commandLine);  // the call may write into it
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    start.dwFlags = STARTF_USESHOWWINDOW;
+    start.wShowWindow = SW_SHOWNORMAL;
+    PROCESS_INFORMATION process{};
+    // A console of its own: what an archiver says and asks needs a window even where the host itself has a console.
+    if (!CreateProcessW(nullptr, WideBuffer(writable), nullptr, nullptr, FALSE, CREATE_NEW_CONSOLE, nullptr, nullptr,
+                        &start, &process)) {
+        throw StartError(GetLastError());
+    }
+    const UniqueKernelObject thread(process.hThread);
+    archiver_.Reset(process.hProcess);
+}
+
+std::uint32_t SystemServices::WaitForArchiver(HWND dialog) {
+    const UniqueKernelObject process = std::move(archiver_);
+    if (!process) throw RunTimeError(errors::invalidProcedureCall, u"Invalid procedure call or argument");
+    QueuedMessages queue;
+    const HANDLE handle = process.Get();
+    DWORD result = WAIT_TIMEOUT;
+    while (result != WAIT_OBJECT_0) {
+        Paint(dialog, queue);
+        result = MsgWaitForMultipleObjects(1, &handle, FALSE, longestBlindness, QS_PAINT | QS_SENDMESSAGE);
+        if (result == WAIT_FAILED) break;
+    }
+    DWORD exitCode = 0;
+    if (result == WAIT_FAILED || !GetExitCodeProcess(handle, &exitCode)) throw FileError(GetLastError());
+    return exitCode;
+}
+
+}  // namespace qvx::backup

@@ -1,0 +1,104 @@
+#include "controls/backup/backup_control.h"
+
+#include "controls/backup/backup_dialog.h"
+#include "controls/backup/backup_names.h"
+#include "controls/backup/dialog_environment_win32.h"
+#include "controls/backup/procedure.h"
+#include "dialogs/show_message_dialog.h"
+#include "drawing/block_picture.h"
+#include "kit/error_report.h"
+#include "kit/resource.h"
+
+namespace qvx::backup {
+
+namespace {
+constexpr Size twips{270, 270};
+}
+
+const ControlClass BackupControl::classInfo{&CLSID_Backup,
+                                            &DIID___Backup,
+                                            L"Backup",
+                                            L"Saves a database to an archive and brings it back",
+                                            QVX_TOOLBOX_BACKUP,
+                                            invisibleMiscStatus,
+                                            &CreateControl<BackupControl>};
+
+BackupControl::BackupControl() : InvisibleControl(classInfo, twips) {}
+
+const PropertyTable& BackupControl::Properties() {
+    using C = BackupControl;
+    static const PropertyTable table =
+        PropertyRows<C>()
+            .String(
+                u"CnnString", 1, u"", [](C& c) { return c.settings_.cnnString; },
+                [](C& c, const Text& v) { c.settings_.cnnString = v; })
+            .String(
+                u"Database", 2, u"", [](C& c) { return c.settings_.database; },
+                [](C& c, const Text& v) { c.settings_.database = v; })
+            .String(
+                u"TempPath", 3, u"", [](C& c) { return c.settings_.tempPath; },
+                [](C& c, const Text& v) { c.settings_.tempPath = v; })
+            .String(
+                u"DataPath", 4, u"", [](C& c) { return c.settings_.dataPath; },
+                [](C& c, const Text& v) { c.settings_.dataPath = v; })
+            .String(
+                u"ZipPath", 5, u"", [](C& c) { return c.settings_.zipPath; },
+                [](C& c, const Text& v) { c.settings_.zipPath = v; })
+            .String(
+                u"BackupExtension", 6, u"", [](C& c) { return c.settings_.backupExtension; },
+                [](C& c, const Text& v) { c.settings_.backupExtension = v; })
+            .String(
+                u"DataExtension", 7, u"", [](C& c) { return c.settings_.dataExtension; },
+                [](C& c, const Text& v) { c.settings_.dataExtension = v; })
+            .Bool(
+                u"CheckSecurity", 8, false, [](C& c) { return c.settings_.checkSecurity; },
+                [](C& c, bool v) { c.settings_.checkSecurity = v; })
+            .Done();
+    return table;
+}
+
+void BackupControl::Run(Mode mode, HWND owner) {
+    // A host may set properties from a timer while the dialog is open; what was begun goes on as it was.
+    const Settings settings = settings_;
+    if (SystemServices::FileSize(LockFile(settings))) {
+        namespace messages = dialogs::messages;
+        dialogs::ShowMessage(owner, messages::othersLoggedOnPrompt, messages::othersLoggedOn);
+        return;
+    }
+    BackupDialog dialog(mode);
+    DialogEnvironment environment(dialog);
+    Procedure procedure(environment, settings, mode);
+    dialog.onBrowse = [&](FormState& form) { procedure.Browse(form); };
+    dialog.onRun = [&](FormState& form) { procedure.Run(form); };
+    dialog.Run(owner);
+}
+
+STDMETHODIMP BackupControl::Show(ActionType* action) {
+    return Guard([&] {
+        const Mode mode = *Required(action) != Restore ? Mode::backup : Mode::restore;
+        const DialogScope scope(*this);
+        const HWND owner = OwnerWindow();
+        try {
+            Run(mode, owner);
+        } catch (...) {
+            const RunTimeError error = CurrentError();
+            ShowErrorReport(owner, error.Number(), Discreet(error.Description()));
+        }
+    });
+}
+
+// A disk.
+void BackupControl::DrawPicture(Surface& surface, const Rect& area) {
+    constexpr OleColor body = Rgb(0, 0, 128);
+    constexpr OleColor paper = Rgb(255, 255, 255);
+    constexpr OleColor metal = Rgb(192, 192, 192);
+    static const PictureBlock disk[] = {
+        {{3, 3, 15, 15}, body},    // the case
+        {{5, 8, 13, 15}, paper},   // the label
+        {{6, 10, 12, 11}, metal},  // and what is written on it
+        {{6, 12, 12, 13}, metal}, {{6, 3, 12, 7}, metal}, {{10, 4, 11, 6}, body},
+    };
+    DrawBlockPicture(surface, area, 18, disk);
+}
+
+}  // namespace qvx::backup

@@ -1,0 +1,17 @@
+#include "controls/backup/password.h"
+
+namespace qvx::backup {
+
+void SecretText::Overwrite(Text& text) noexcept {
+    text.resize(text.capacity());  // within its memory, so nothing is moved
+    // Memory that is let go next need not be written, as the compiler sees it, unless it is told to.
+    volatile char16_t* character = text.data();
+    for (std::size_t left = text.size(); left > 0; --left) *character++ = u'\0';
+    text.clear();
+}
+
+bool PasswordAccepted(const std::optional<SecretText>& stored, TextView typed) {
+    return !stored || stored->View() == typed;
+}
+
+}  // namespace qvx::backup

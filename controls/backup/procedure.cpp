@@ -1,0 +1,366 @@
+#include "controls/backup/procedure.h"
+
+#include <new>
+#include <optional>
+#include <utility>
+
+#include "common/number_text.h"
+#include "common/run_time_error.h"
+#include "common/text_compare.h"
+#include "controls/backup/backup_names.h"
+#include "controls/backup/set_aside.h"
+
+namespace qvx::backup {
+
+namespace {
+
+namespace messages = dialogs::messages;
+
+constexpr TextView chooseFolderTitle = u"Select a location";
+constexpr TextView chooseArchiveTitle = u"Restore Database From";
+constexpr TextView mailSubject = u"Database";
+constexpr TextView completedText = u"Completed Successfully.";
+constexpr TextView notCompletedText = u"Not Completed Successfully.";
+constexpr TextView backupTitle = u"Backup";
+constexpr TextView restoreTitle = u"Restore";
+
+// Does something at the end of a scope however that is left, unless it has been called off.
+template <typename Work>
+class ScopeEnd {
+  public:
+    explicit ScopeEnd(Work work) : work_(std::move(work)) {}
+    ~ScopeEnd() {
+        if (!armed_) return;
+        try {
+            work_();
+        } catch (...) {
+            // What made the scope end is what the user hears of.
+        }
+    }
+    ScopeEnd(const ScopeEnd&) = delete;
+    ScopeEnd& operator=(const ScopeEnd&) = delete;
+    void CallOff() { armed_ = false; }
+
+  private:
+    Work work_;
+    bool armed_ = true;
+};
+
+// Sentences for the outcome line's tip, one behind the other.
+void AddTip(FormState& form, TextView sentence) {
+    if (!form.outcomeTip.empty()) form.outcomeTip += u' ';
+    form.outcomeTip += sentence;
+}
+
+// An empty file is no archive: it was there for a moment, to have its short path looked up.
+bool HoldsArchive(Environment& environment, const Text& path) { return environment.FileSize(path).value_or(0) > 0; }
+
+// How many archives wait beside this one.
+int CountSetAside(Environment& environment, const Text& location) {
+    int count = 0;
+    while (environment.FileSize(SetAsideName(location, count + 1))) ++count;
+    return count;
+}
+
+// The one that was set aside last; empty when there is none.
+Text LastSetAside(Environment& environment, const Text& location) {
+    const int count = CountSetAside(environment, location);
+    return count > 0 ? SetAsideName(location, count) : Text();
+}
+
+// What was set aside goes back, if nothing has come into its place.
+void BringBack(Environment& environment, const Text& location, const Text& aside) {
+    if (HoldsArchive(environment, location) || !environment.FileSize(aside)) return;
+    if (environment.FileSize(location)) environment.DeleteFile(location);
+    environment.RenameFile(aside, location);
+}
+
+// The last of several disks may have been taken out as soon as its archiver was done, which must be believed then.
+bool MayBeOutOfReach(DriveKind drive, std::uint32_t exitCode) { return drive == DriveKind::removable && exitCode == 0; }
+
+// From the last one on, so that those that are left have the first numbers.
+void DeleteSetAside(Environment& environment, const Text& location) {
+    for (int number = CountSetAside(environment, location); number > 0; --number) {
+        environment.DeleteFile(SetAsideName(location, number));
+    }
+}
+
+}  // namespace
+
+template <typename Work>
+void Procedure::Reporting(Work work) {
+    try {
+        work();
+    } catch (...) {
+        const RunTimeError error = CurrentError();
+        Report(error.Number(), Discreet(error.Description()));
+    }
+}
+
+void Procedure::Report(int number, TextView description) {
+    try {
+        environment_.ReportError(number, description);
+    } catch (const std::bad_alloc&) {
+        // There is no memory even for the message; the outcome line remains.
+    }
+}
+
+void Procedure::Say(TextView prompt, const dialogs::MessageKind& kind, TextView title) {
+    environment_.ShowMessage(prompt, kind, Text(title));
+}
+
+// ---- Browse --------------------------------------------------------------------------------------------------------
+
+void Procedure::Browse(FormState& form) {
+    Reporting([&] { AskForLocation(form); });
+    environment_.Refresh(form);
+}
+
+void Procedure::AskForLocation(FormState& form) {
+    form.outcome.clear();
+    form.outcomeTip.clear();
+    environment_.Refresh(form);
+    if (mode_ == Mode::backup) {
+        form.location = environment_.BrowseForFolder(chooseFolderTitle);
+        if (!Trimmed(form.location).empty()) {
+            const Date today = environment_.Today();
+            form.location = ArchivePath(WithSeparator(form.location), settings_, today.day, today.month);
+        }
+    } else {
+        form.location = environment_.ShowOpenFile(chooseArchiveTitle);
+    }
+    const bool chosen = !Trimmed(form.location).empty();
+    if (chosen && environment_.DriveTypeOf(form.location) == DriveKind::removable) {
+        // Else the removable drive would be kept busy for as long as it is the current one.
+        environment_.ChangeDrive(settings_.dataPath);
+    }
+}
+
+// ---- OK ------------------------------------------------------------------------------------------------------------
+
+void Procedure::Run(FormState& form) {
+    form.outcome.clear();
+    form.outcomeTip.clear();
+    if (Trimmed(form.location).empty()) {
+        Browse(form);
+        if (Trimmed(form.location).empty()) return;
+    }
+    // At once: what the work says first must not stand before the outcome of the work before.
+    environment_.Refresh(form);
+    completed_ = false;
+    archiveMissing_ = false;
+    Reporting([&] {
+        form.outcome.reserve(notCompletedText.size());
+        if (mode_ == Mode::backup) {
+            BackUp(form);
+        } else {
+            Restore(form);
+        }
+    });
+    if (form.outcome.capacity() >= notCompletedText.size())
+        form.outcome = completed_ ? completedText : notCompletedText;
+    environment_.Refresh(form);
+    if (archiveMissing_) Report(errors::fileNotFound, u"The archiver has left no archive.");
+}
+
+// ---- Backup --------------------------------------------------------------------------------------------------------
+
+bool Procedure::AskToOverwrite(const Text& location) {
+    Text prompt(messages::overwriteBackupPrompt);
+    prompt += u'\r' + location + u'\r';
+    prompt += messages::overwriteBackupQuestion;
+    return environment_.ShowMessage(prompt, messages::overwriteBackup, Text(messages::overwriteBackupTitle));
+}
+
+void Procedure::BackUp(FormState& form) {
+    const Text& location = form.location;
+    BringBack(environment_, location, LastSetAside(environment_, location));
+    const auto oldSize = environment_.FileSize(location);
+    if (oldSize && !AskToOverwrite(location)) return;
+
+    // What can be known to be missing is found out before the old archive is touched.
+    const Text live = LiveDatabase(settings_);
+    const Text archiver = environment_.ShortPath(settings_.zipPath + u"PkZip.exe");
+    const Text database = environment_.ShortPath(live);
+    const DriveKind drive = environment_.DriveTypeOf(location);
+    const Plan plan =
+        PlanFor({drive, environment_.FreeSpace(location), environment_.FileSize(live).value_or(0), oldSize});
+    if (plan == Plan::noRoom) throw RunTimeError(errors::diskFull, u"Disk full");
+
+    std::optional<SetAside> aside;
+    if (oldSize && plan == Plan::deleteOld) {
+        environment_.DeleteFile(location);
+    } else if (oldSize) {
+        aside = {SetAsideName(location, CountSetAside(environment_, location) + 1), *oldSize};
+        environment_.RenameFile(location, aside->path);
+    }
+    ScopeEnd putBack([&] {
+        if (aside) BringBack(environment_, location, aside->path);
+    });
+    const Text shortLocation = ShortPathOfNewFile(location);
+    // On a removable drive the archive may go on over several disks.
+    const TextView spanning = drive == DriveKind::removable ? u" -& " : u" ";
+    const std::uint32_t exitCode =
+        RunArchiver(form, Argument(archiver) + Text(spanning) + Argument(shortLocation) + u' ' + Argument(database));
+    try {
+        Finish(form, shortLocation, aside, exitCode);
+    } catch (const RunTimeError&) {
+        if (!MayBeOutOfReach(drive, exitCode)) throw;
+    }
+    archiveMissing_ = archiveMissing_ && !MayBeOutOfReach(drive, exitCode);
+    putBack.CallOff();
+    if (form.email) SendByMail(location);
+}
+
+void Procedure::Finish(FormState& form, const Text& shortLocation, const std::optional<SetAside>& aside,
+                       std::uint32_t exitCode) {
+    const Text& location = form.location;
+    // To the archiver the short path was a name like any other.
+    if (!environment_.FileSize(location) && environment_.FileSize(shortLocation)) {
+        environment_.RenameFile(shortLocation, location);
+    }
+    archiveMissing_ = !HoldsArchive(environment_, location);
+    // Another disk may be in the drive by now.
+    if (!aside || environment_.FileSize(aside->path) != aside->size) return;
+    if (archiveMissing_) {
+        BringBack(environment_, location, aside->path);
+        AddTip(form, u"The previous archive is back in its place.");
+        return;
+    }
+    try {
+        if (exitCode == 0) DeleteSetAside(environment_, location);
+    } catch (const RunTimeError&) {
+        // A backup that is done is not undone by what is left beside it.
+    }
+    if (environment_.FileSize(aside->path)) AddTip(form, u"The previous archive is kept beside it.");
+}
+
+Text Procedure::ShortPathOfNewFile(const Text& path) {
+    environment_.CreateEmptyFile(path);
+    ScopeEnd remove([&] { environment_.DeleteFile(path); });
+    Text shortPath = environment_.ShortPath(path);
+    remove.CallOff();
+    environment_.DeleteFile(path);
+    return shortPath;
+}
+
+std::uint32_t Procedure::RunArchiver(FormState& form, const Text& commandLine) {
+    environment_.StartArchiver(commandLine);
+    // An archive that was begun counts, whatever becomes of it; what a restore unpacks is looked at.
+    completed_ = mode_ == Mode::backup;
+    const std::uint32_t exitCode = environment_.WaitForArchiver();
+    if (exitCode != 0) AddTip(form, u"The archiver ended with exit code " + IntegerToText(exitCode) + u'.');
+    return exitCode;
+}
+
+void Procedure::SendByMail(const Text& location) {
+    try {
+        if (archiveMissing_) throw RunTimeError(errors::fileNotFound, u"File not found");
+        environment_.SendMail({Text(mailSubject), location, location});
+    } catch (...) {
+        const RunTimeError error = CurrentError();
+        Say((Text(messages::backupMailFailedPrompt) + u'\r').append(Discreet(error.Description())),
+            messages::backupMailFailed, backupTitle);
+    }
+}
+
+// ---- Restore -------------------------------------------------------------------------------------------------------
+
+void Procedure::Restore(FormState& form) {
+    const Text archive = ArchiveToRestore(form);
+    if (archive.empty()) {
+        Say(Text(messages::nothingToRestorePrompt) + u'\r' + form.location, messages::nothingToRestore, restoreTitle);
+        return;
+    }
+    CheckWorkingFolder(archive);
+    EmptyWorkingFolder();
+    Unpack(form, archive);
+    const Text file = environment_.FirstFile(settings_.tempPath, settings_.dataExtension);
+    CheckName(file);
+    const Text unpacked = settings_.tempPath + file;
+    if (file.empty() || !environment_.DatabaseOpens(settings_.cnnString + unpacked)) {
+        Say(messages::restoreFailedPrompt, messages::restoreFailed, messages::restoreFailedTitle);
+        return;
+    }
+    if (form.email) {
+        RestoreAsGroup(form, unpacked);
+    } else if (!RestoreOver(form, file)) {
+        return;
+    }
+    completed_ = true;
+    EmptyWorkingFolder();
+}
+
+// Empty when there is none. A backup that was cut short has left only the archive that it was to write over.
+Text Procedure::ArchiveToRestore(FormState& form) {
+    const Text& location = form.location;
+    if (!HoldsArchive(environment_, location)) {
+        Text aside = LastSetAside(environment_, location);
+        if (!aside.empty()) {
+            AddTip(form, u"A backup to this place was cut short; the archive before it was taken.");
+            return aside;
+        }
+    }
+    return environment_.FileSize(location) ? location : Text();
+}
+
+// Everything in the working folder goes. That must not be what is restored, or from what, or by what.
+void Procedure::CheckWorkingFolder(const Text& archive) {
+    const Text& folder = settings_.tempPath;
+    if (FolderOf(folder).empty() || FolderOf(folder).size() != folder.size()) {
+        throw RunTimeError(errors::pathNotFound, u"Path not found");
+    }
+    // Paths are joined as they stand, so a setting itself may be empty, or end in the beginning of a name.
+    for (const Text& file : {LiveDatabase(settings_), settings_.dataPath + u'x', settings_.zipPath + u'x', archive}) {
+        const TextView other = FolderOf(file);
+        if (!environment_.SameFolder(folder, other.empty() ? u"." : other)) continue;
+        throw RunTimeError(errors::pathFileAccess,
+                           u"The working folder must be one of its own, since every file in it is deleted.");
+    }
+}
+
+// The name of a file from an archive, which anybody may have made, goes into connection strings. The host's own
+// database is opened by its name anyway.
+void Procedure::CheckName(const Text& unpacked) const {
+    if (FitsConnectionString(unpacked) || EqualNoCase(unpacked, settings_.database + settings_.dataExtension)) return;
+    constexpr int badFileName = 52;
+    throw RunTimeError(badFileName, u"The database in the archive has a name that cannot be opened safely.");
+}
+
+void Procedure::EmptyWorkingFolder() {
+    if (!environment_.FirstFile(settings_.tempPath, u"").empty()) environment_.DeleteFiles(settings_.tempPath);
+}
+
+void Procedure::Unpack(FormState& form, const Text& archive) {
+    Text shortFolder = ShortPathOfNewFile(settings_.tempPath + u'x');
+    shortFolder.pop_back();
+    Text command = Argument(environment_.ShortPath(settings_.zipPath + u"PkunZip.exe")) + u' ';
+    command += Argument(environment_.ShortPath(archive)) + u' ';
+    command += Argument(shortFolder);
+    RunArchiver(form, command);
+}
+
+void Procedure::RestoreAsGroup(const FormState& form, const Text& unpacked) {
+    Text name = GroupName(form.groupName);
+    if (name.empty()) name = SpareGroupName(environment_.TemporaryName());
+    environment_.ReplaceFile(unpacked, settings_.dataPath + name + settings_.dataExtension);
+}
+
+bool Procedure::RestoreOver(const FormState& form, const Text& file) {
+    const Text from = settings_.tempPath + file;
+    const Text target = settings_.dataPath + file;
+    const Text connection = settings_.cnnString + target;
+    const bool guarded =
+        environment_.FileSize(target) && settings_.checkSecurity && environment_.DatabaseOpens(connection);
+    if (!guarded) {
+        environment_.ReplaceFile(from, target);
+        return true;
+    }
+    const bool accepted = environment_.RunPasswordPrompt(connection);
+    ScopeEnd close([&] { environment_.ClosePasswordPrompt(); });
+    environment_.Refresh(form);
+    if (accepted) environment_.ReplaceFile(from, target);
+    return accepted;
+}
+
+}  // namespace qvx::backup

@@ -1,0 +1,272 @@
+#include "controls/grid/cell_step.h"
+
+#include <algorithm>
+
+#include "common/keys.h"
+#include "controls/grid/column_lists.h"
+#include "controls/grid/row_commands.h"
+
+namespace qvx::grid {
+namespace {
+
+bool TakesFocus(const flexgrid::Grid& grid, const ControlState& state, int col) {
+    return grid.ColWidth(col) >= 1 && !IsListedColumn(grid, state.inActiveColumns, col);
+}
+
+// The nearest column from `col` on, in direction `step`, that may be entered; -1 for none.
+int EnterableFrom(const flexgrid::Grid& grid, const ControlState& state, int col, int step) {
+    if (step > 0) col = std::max(col, grid.FixedCols());  // from a header on to what scrolls
+    for (; col >= grid.FixedCols() && col < grid.Cols(); col += step)
+        if (MayEnter(grid, state, col)) return col;
+    return -1;
+}
+
+// The nearest row from `row` on that has a height; -1 for none.
+int ShownRowFrom(const flexgrid::Grid& grid, int row, int step) {
+    if (step > 0) row = std::max(row, grid.FixedRows());
+    for (; row >= grid.FixedRows() && row < grid.Rows(); row += step)
+        if (grid.RowHeight(row) > 0) return row;
+    return -1;
+}
+
+// Whether a key pressed with Ctrl belongs to an open editor rather than to the host's menus: select all, clipboard and
+// undo, deleting a word, and what Ctrl and Alt together type on many keyboards.
+bool IsEditorCommand(int keyCode, int shift) {
+    if ((shift & keys::altMask) != 0) return true;
+    switch (keyCode) {
+        case 'A':
+        case 'C':
+        case 'V':
+        case 'X':
+        case 'Y':
+        case 'Z':
+        case keys::insert:
+        case keys::deleteKey:
+        case keys::backspace:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+int GetNextColumn(const flexgrid::Grid& grid, const ControlState& state, int& col) {
+    if (col < 0 || !TakesFocus(grid, state, col)) col = grid.FixedCols();
+    for (int candidate = col; candidate < grid.Cols(); ++candidate)
+        if (TakesFocus(grid, state, candidate)) return candidate;
+    return 0;
+}
+
+int GetActiveList(const flexgrid::Grid& grid, const ControlState& state) {
+    return IsListedColumn(grid, state.listColumns, grid.Col()) ? grid.Col() : freeTextEditor;
+}
+
+bool MayEnter(const flexgrid::Grid& grid, const ControlState& state, int col) {
+    return col >= grid.FixedCols() && col < grid.Cols() && TakesFocus(grid, state, col) &&
+           !IsListedColumn(grid, state.nonFocusColumns, col);
+}
+
+CellStep StepForward(const flexgrid::Grid& grid, const ControlState& state, bool leave) {
+    using Kind = CellStep::Kind;
+    const CellStep end{leave ? Kind::Leave : Kind::Stay, -1, -1};
+    const int next = EnterableFrom(grid, state, grid.Col() + 1, 1);
+    if (next >= 0) return {Kind::Move, grid.Row(), next};
+    const int first = EnterableFrom(grid, state, grid.FixedCols(), 1);
+    if (first < 0) return end;
+    const int row = ShownRowFrom(grid, grid.Row() + 1, 1);
+    if (row >= 0) return {Kind::Move, row, first};
+    return state.autoAddNew ? CellStep{Kind::AddRow, grid.Rows(), first} : end;
+}
+
+CellStep StepBack(const flexgrid::Grid& grid, const ControlState& state) {
+    using Kind = CellStep::Kind;
+    const int previous = EnterableFrom(grid, state, grid.Col() - 1, -1);
+    if (previous >= 0) return {Kind::Move, grid.Row(), previous};
+    const int last = EnterableFrom(grid, state, grid.Cols() - 1, -1);
+    const int row = ShownRowFrom(grid, grid.Row() - 1, -1);
+    if (last < 0 || row < 0) return {Kind::Leave, -1, -1};
+    return {Kind::Move, row, last};
+}
+
+CellStep StepSideways(const flexgrid::Grid& grid, const ControlState& state, int step) {
+    const int from = step > 0 ? std::max(grid.Col() + 1, grid.FixedCols()) : grid.Col() - 1;
+    for (int col = from; col >= grid.FixedCols() && col < grid.Cols(); col += step)
+        if (grid.ColWidth(col) >= 1 && !IsListedColumn(grid, state.nonFocusColumns, col))
+            return {CellStep::Kind::Move, grid.Row(), col};
+    return {};
+}
+
+CellStep StepVertically(const flexgrid::Grid& grid, int step) {
+    const int row = ShownRowFrom(grid, grid.Row() + step, step);
+    if (row < 0) return {};
+    return {CellStep::Kind::Move, row, grid.Col()};
+}
+
+namespace {
+
+// The clipboard, undo and redo, by the keys that have long been theirs.
+GridKey CommandOf(int keyCode, int shift) {
+    if (shift == keys::shiftMask) {
+        if (keyCode == keys::insert) return GridKey::Paste;
+        return keyCode == keys::deleteKey ? GridKey::Cut : GridKey::PassOn;
+    }
+    if (shift == (keys::controlMask | keys::shiftMask)) return keyCode == 'Z' ? GridKey::Redo : GridKey::PassOn;
+    if (shift != keys::controlMask) return GridKey::PassOn;
+    switch (keyCode) {
+        case 'A':
+            return GridKey::SelectAll;
+        case 'C':
+        case keys::insert:
+            return GridKey::Copy;
+        case 'X':
+            return GridKey::Cut;
+        case 'V':
+            return GridKey::Paste;
+        case 'Y':
+            return GridKey::Redo;
+        case 'Z':
+            return GridKey::Undo;
+        default:
+            return GridKey::PassOn;
+    }
+}
+
+// Entering a row without its key ends the entry of rows.
+bool RowLacksKey(const flexgrid::Grid& grid, const ControlState& state) {
+    return grid.Row() < grid.Rows() && state.keyColumn >= 0 && grid.Cell(grid.Row(), state.keyColumn).Empty();
+}
+
+}  // namespace
+
+GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const ControlState& state) {
+    if (const GridKey command = CommandOf(keyCode, shift); command != GridKey::PassOn) return command;
+    const bool plain = shift == 0;
+    switch (keyCode) {
+        case keys::tab:
+            return GridKey::Tab;
+        case keys::enter:
+            if (!plain || !state.autoTab) return GridKey::Nothing;
+            return RowLacksKey(grid, state) ? GridKey::EndEntry : GridKey::ForwardStay;
+        case keys::insert:
+            return plain ? GridKey::InsertRow : GridKey::PassOn;
+        case keys::deleteKey:
+            if (!plain) return GridKey::PassOn;
+            return SelectionIsRow(grid) ? GridKey::DeleteRow : GridKey::ClearCell;
+        case keys::f2:
+            return plain ? GridKey::OpenEditor : GridKey::PassOn;
+        case keys::left:
+            return plain ? GridKey::Left : GridKey::PassOn;
+        case keys::right:
+            return plain ? GridKey::Right : GridKey::PassOn;
+        default:
+            return GridKey::PassOn;
+    }
+}
+
+std::optional<CellStep> StepOf(GridKey key, const flexgrid::Grid& grid, const ControlState& state) {
+    switch (key) {
+        case GridKey::ForwardStay:
+            return StepForward(grid, state, false);
+        case GridKey::Left:
+            return StepSideways(grid, state, grid.RightToLeft() ? 1 : -1);
+        case GridKey::Right:
+            return StepSideways(grid, state, grid.RightToLeft() ? -1 : 1);
+        default:
+            return std::nullopt;
+    }
+}
+
+bool MeansCurrentCell(const flexgrid::Hit& pressed, const flexgrid::Grid& grid) {
+    return pressed.OnCell() && !pressed.OnFixed() && pressed.row == grid.Row() && pressed.col == grid.Col();
+}
+
+bool OpensEditor(char16_t character) {
+    constexpr char16_t del = 0x7F;
+    return character == keys::backspace || (character >= keys::space && character != del);
+}
+
+EditorKey DecideEditorKey(int keyCode, int shift, const Caret& caret, bool listColumn, const ControlState& state) {
+    const bool plain = shift == 0;
+    const bool alt = (shift & keys::altMask) != 0;
+    switch (keyCode) {
+        case keys::escape:
+            return EditorKey::Abandon;
+        case keys::enter:
+            return state.autoTab ? EditorKey::CommitForwardStay : EditorKey::Commit;
+        case keys::left:
+        case keys::right: {
+            const bool left = keyCode == keys::left;
+            const bool out = left != caret.rightToLeft ? caret.start == 0 : caret.start >= caret.textLength;
+            if (!plain || caret.length != 0 || !out) return EditorKey::PassOn;
+            return left ? EditorKey::CommitLeft : EditorKey::CommitRight;
+        }
+        case keys::up:
+        case keys::down:
+            if (listColumn) return EditorKey::PassOn;
+            // The free-text combo's empty list must not drop down.
+            if (alt) return EditorKey::Nothing;
+            return keyCode == keys::up ? EditorKey::CommitUp : EditorKey::CommitDown;
+        case keys::pageUp:
+        case keys::pageDown:
+            return listColumn || !plain ? EditorKey::PassOn : EditorKey::CommitPage;
+        case keys::f4:
+            return listColumn || alt ? EditorKey::PassOn : EditorKey::Nothing;
+        default:
+            return EditorKey::PassOn;
+    }
+}
+
+std::optional<CellStep> StepOf(EditorKey key, const flexgrid::Grid& grid, const ControlState& state) {
+    switch (key) {
+        case EditorKey::CommitForwardStay:
+            return StepOf(GridKey::ForwardStay, grid, state);
+        case EditorKey::CommitLeft:
+            return StepOf(GridKey::Left, grid, state);
+        case EditorKey::CommitRight:
+            return StepOf(GridKey::Right, grid, state);
+        case EditorKey::CommitUp:
+            return StepVertically(grid, -1);
+        case EditorKey::CommitDown:
+            return StepVertically(grid, 1);
+        default:
+            return std::nullopt;
+    }
+}
+
+bool BringsEditorBack(int keyCode) {
+    return keyCode != keys::shift && keyCode != keys::control && keyCode != keys::alt;
+}
+
+bool KeepsKey(int keyCode, int shift, bool editOpen) {
+    switch (keyCode) {
+        case keys::escape:
+        case keys::f4:
+            return editOpen;
+        case keys::enter:
+            return editOpen || shift == 0;
+        case keys::f2:
+            return shift == 0;
+        case keys::left:
+        case keys::right:
+        case keys::up:
+        case keys::down:
+        case keys::home:
+        case keys::end:
+        case keys::pageUp:
+        case keys::pageDown:
+            return true;
+        default:
+            // Keys with Ctrl are the host's menus', but for the clipboard, undo and redo, and what else an editor
+            // knows. Function keys are the host's.
+            if ((shift & keys::controlMask) != 0)
+                return editOpen ? IsEditorCommand(keyCode, shift) : CommandOf(keyCode, shift) != GridKey::PassOn;
+            return keyCode < keys::f1 || keyCode > keys::f24;
+    }
+}
+
+Text CellTipText(const ControlState& state, TextView text, bool cutOff) {
+    return state.cellToolTip && cutOff ? Text(text) : Text();
+}
+
+}  // namespace qvx::grid

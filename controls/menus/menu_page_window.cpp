@@ -1,0 +1,251 @@
+#include "controls/menus/menu_page_window.h"
+
+#include <algorithm>
+
+#include "com/guard.h"
+#include "common/keys.h"
+#include "common/run_time_error.h"
+#include "common/text_compare.h"
+#include "dialogs/file_dialogs.h"
+#include "win/dpi.h"
+#include "win/gdi_surface.h"
+#include "win/picture_file.h"
+
+namespace qvx::menus {
+
+namespace {
+
+constexpr int headerRow = 0;
+constexpr int keyColumn = 0;
+constexpr int pictureColumn = 1;
+
+// At 96 dots per inch.
+constexpr Size pageSize{330, 210};
+constexpr int margin = 7;
+constexpr int hintHeight = 30;
+constexpr int smallestPicture = 16;
+constexpr int largestPicture = 64;  // as far as a row grows
+constexpr int pictureMargin = 2;
+constexpr int pictureColumnTwips = 1400;
+
+constexpr UINT messageChoose = WM_APP + 1;
+
+const FontSpec font{u"Tahoma", 8.25};
+
+// Some frames give a page more room than they show of it, and have become smaller when it is seen.
+RECT Visible(HWND parent, const RECT& bounds) {
+    RECT inside{};
+    RECT shown{};
+    return GetClientRect(parent, &inside) && IntersectRect(&shown, &inside, &bounds) ? shown : bounds;
+}
+
+}  // namespace
+
+MenuPageWindow::MenuPageWindow(std::function<void()> onChange, std::function<std::shared_ptr<void>()> hold)
+    : onChange_(std::move(onChange)), hold_(std::move(hold)) {
+    flexgrid::Grid& grid = grid_.Model();
+    grid.SetFont(font);
+    grid.SetFixedRows(0);
+    grid.SetRows(1);
+    grid.SetTextMatrix(headerRow, keyColumn, u"Menu");
+    grid.SetTextMatrix(headerRow, pictureColumn, u"Picture");
+    grid.SetColWidth(pictureColumn, pictureColumnTwips);
+    grid.SetAllowUserResizing(flexgrid::GridResizing::columns);
+    grid.SetBackColorBkg(colors::windowBackground);
+    grid_.AddEvents(this);
+}
+
+MenuPageWindow::~MenuPageWindow() {
+    grid_.RemoveEvents(this);
+    grid_.Destroy();
+    Destroy();
+}
+
+void MenuPageWindow::Fill(const std::vector<Text>& keys, const std::vector<KeyedPicture>& pictures) {
+    flexgrid::Grid& grid = grid_.Model();
+    keys_ = keys;
+    if (keys_.empty()) return;
+    grid.SetRows(static_cast<int>(keys_.size()) + 1);
+    grid.SetFixedRows(1);
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+        const int row = static_cast<int>(i) + 1;
+        grid.SetTextMatrix(row, keyColumn, keys_[i]);
+        const auto found = std::find_if(pictures.begin(), pictures.end(), [&](const KeyedPicture& picture) {
+            return EqualNoCase(picture.key, keys_[i]);
+        });
+        SetPicture(row, found == pictures.end() ? nullptr : found->picture.get());
+    }
+    grid.MoveTo(1, pictureColumn);
+}
+
+std::vector<KeyedPicture> MenuPageWindow::Pictures() const {
+    std::vector<KeyedPicture> pictures;
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+        const auto* format = grid_.Model().FormatOf(static_cast<int>(i) + 1, pictureColumn);
+        const auto* picture = format ? dynamic_cast<const PictureObject*>(format->picture.get()) : nullptr;
+        if (picture) pictures.push_back({keys_[i], ComPtr<IPictureDisp>::Adopt(picture->Get())});
+    }
+    return pictures;
+}
+
+void MenuPageWindow::SetPicture(int row, IPictureDisp* picture) {
+    flexgrid::Grid& grid = grid_.Model();
+    auto shown = std::make_shared<PictureObject>(picture);
+    if (shown->Empty()) shown = nullptr;
+    grid.MoveTo(row, pictureColumn);
+    grid.SetCellPicture(shown);
+    grid.SetCellPictureAlignment(flexgrid::GridAlignment::centerCenter);
+    FitRow(row, shown.get());
+}
+
+void MenuPageWindow::FitRow(int row, const Picture* picture) {
+    const Dpi dpi = WindowDpi(Handle());
+    const int wanted = picture ? picture->PixelSize(dpi).height : 0;
+    const int height = std::clamp(wanted, Scaled(smallestPicture, dpi.y), Scaled(largestPicture, dpi.y));
+    grid_.Model().SetRowHeight(row, PixelsToTwips(height + 2 * Scaled(pictureMargin, dpi.y), dpi.y));
+}
+
+void MenuPageWindow::CreateIn(HWND parent, const RECT& bounds) {
+    static const WindowClass windowClass{L"QvxMenuPage"};
+    bounds_ = bounds;
+    if (!Create(windowClass, L"", WS_CHILD | WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, FromRECT(Visible(parent, bounds)),
+                parent) ||
+        !grid_.CreateIn(Handle(), {0, 0, 10, 10})) {
+        throw ComError(E_FAIL);
+    }
+    const HWND grid = grid_.Handle();
+    SetWindowLongW(grid, GWL_STYLE, GetWindowLongW(grid, GWL_STYLE) | WS_TABSTOP);
+    Layout();
+}
+
+void MenuPageWindow::MoveTo(const RECT& bounds) {
+    bounds_ = bounds;
+    Fit();
+}
+
+void MenuPageWindow::Fit() const {
+    const RECT place = Visible(GetParent(Handle()), bounds_);
+    SetWindowPos(Handle(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void MenuPageWindow::Layout() {
+    if (!grid_.Handle()) return;
+    const Dpi dpi = WindowDpi(Handle());
+    Rect area = ClientArea().Inflated(-Scaled(margin, dpi.x), -Scaled(margin, dpi.y));
+    area.bottom = std::max(area.top, area.bottom - Scaled(hintHeight, dpi.y));
+    grid_.MoveTo(area);
+    // The keys have all the room that pictures, lines and a scroll bar leave.
+    const int bar = GetSystemMetrics(SM_CXVSCROLL) + Scaled(6, dpi.x);
+    const int keys = PixelsToTwips(area.Width() - bar, dpi.x) - pictureColumnTwips;
+    constexpr int narrowest = 600;  // twips
+    grid_.Model().SetColWidth(keyColumn, std::max(narrowest, keys));
+}
+
+void MenuPageWindow::TakeFocus() const { SetFocus(grid_.Handle()); }
+
+Size MenuPageWindow::WantedSize() {
+    const Dpi dpi = ScreenDpi();
+    return {Scaled(pageSize.width, dpi.x), Scaled(pageSize.height, dpi.y)};
+}
+
+bool MenuPageWindow::TranslateKey(MSG& message) const {
+    if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST || GetFocus() != grid_.Handle()) return false;
+    constexpr int used[] = {keys::enter, keys::space,  keys::deleteKey, keys::up,       keys::down, keys::left,
+                            keys::right, keys::pageUp, keys::home,      keys::pageDown, keys::end};
+    const int key = static_cast<int>(message.wParam);
+    const bool down = message.message == WM_KEYDOWN || message.message == WM_KEYUP;
+    const bool character = message.message == WM_CHAR && (key == keys::enter || key == keys::space);
+    if (!character && (!down || std::find(std::begin(used), std::end(used), key) == std::end(used))) return false;
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+    return true;
+}
+
+LRESULT MenuPageWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_SIZE:
+        case WM_DPICHANGED_AFTERPARENT:
+            Layout();
+            return 0;
+        case WM_SETFOCUS:
+            TakeFocus();
+            return 0;
+        case WM_PAINT: {
+            Fit();
+            const PaintScope paint(Handle());
+            const Dpi dpi = WindowDpi(Handle());
+            GdiSurface surface(paint.Dc(), dpi);
+            Rect area = ClientArea();
+            surface.FillRect(area, colors::buttonFace);
+            area = area.Inflated(-Scaled(margin, dpi.x), -Scaled(margin, dpi.y));
+            area.top = std::max(area.top, area.bottom - Scaled(hintHeight - margin / 2, dpi.y));
+            surface.DrawLabel(u"A click, Enter or the space bar chooses the picture of a menu, Delete takes it away.",
+                              area, font, colors::buttonText, text_format::wordBreak | text_format::noPrefix);
+            return 0;
+        }
+        case WM_ERASEBKGND:
+            return 1;
+        case messageChoose: {
+            // The dialog may end in the page's end.
+            const auto keep = hold_();
+            ChooseFile();
+            return 0;
+        }
+        default:
+            return Default(message, wParam, lParam);
+    }
+}
+
+int MenuPageWindow::CurrentRow() const {
+    const int row = grid_.Model().Row();
+    return row > headerRow && static_cast<std::size_t>(row) <= keys_.size() ? row : 0;
+}
+
+void MenuPageWindow::MouseUp(short, short, float, float y) { releasedAt_ = y; }
+
+// The dialog opens once the grid is done with the click or key that it is opened by.
+void MenuPageWindow::Click() {
+    const int row = grid_.MouseRow();
+    if (row <= headerRow || static_cast<std::size_t>(row) > keys_.size()) return;
+    // Below the last row there is nothing to choose for.
+    if (releasedAt_ >= static_cast<float>(grid_.RowPos(row) + grid_.Model().RowHeight(row))) return;
+    grid_.Model().MoveTo(row, pictureColumn);
+    PostMessageW(Handle(), messageChoose, 0, 0);
+}
+
+void MenuPageWindow::KeyDown(short& keyCode, short& shift) {
+    if (shift != 0 || CurrentRow() == 0) return;
+    if (keyCode == keys::enter || keyCode == keys::space) {
+        keyCode = 0;
+        PostMessageW(Handle(), messageChoose, 0, 0);
+    } else if (keyCode == keys::deleteKey) {
+        keyCode = 0;
+        SetPicture(CurrentRow(), nullptr);
+        onChange_();
+    }
+}
+
+// No file chosen is an empty picture: that is how a click takes one away.
+void MenuPageWindow::ChooseFile() {
+    const int row = CurrentRow();
+    if (row == 0) return;
+    const HWND owner = GetAncestor(Handle(), GA_ROOT);
+    const LifeWatch alive = Watch();
+    const Text file = ShowOpenPicture(reinterpret_cast<std::intptr_t>(owner));
+    if (!alive.Alive()) return;
+    ComPtr<IPictureDisp> picture;
+    if (!file.empty()) {
+        try {
+            picture = LoadPictureFile(file);
+        } catch (const RunTimeError&) {
+            return;
+        } catch (const ComError&) {
+            return;
+        }
+    }
+    SetPicture(row, picture.get());
+    onChange_();
+}
+
+}  // namespace qvx::menus

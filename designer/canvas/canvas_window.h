@@ -1,0 +1,73 @@
+// The middle of the designer: the form as it will look, with its controls behind a sheet of glass that takes the mouse,
+// the marks of the selection above it, and scroll bars around it.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "common/geometry.h"
+#include "designer/canvas/glass_window.h"
+#include "designer/canvas/marks_window.h"
+#include "designer/document/placement.h"
+#include "win/window.h"
+
+namespace qvx::host::design {
+
+class CanvasWindow final : public Window {
+  public:
+    CanvasWindow();
+    ~CanvasWindow() override;
+
+    bool Create(HWND parent, const Rect& bounds);
+    // The form to show, a child of this window; null for none. Call it again when the form's size has changed.
+    void SetForm(HWND form);
+    // What is drawn above the form, in place of what was.
+    void SetMarks(std::vector<Mark> marks);
+    // The form's own frame is marked, and can be sized at its right and bottom.
+    void SetFormSelected(bool selected);
+    // The cursor over a point of the form; one of the system's, by its identifier.
+    void SetCursor(WORD cursor);
+    // Brings the glass and the marks before the controls, after some of these were made or moved in front.
+    void RaiseGlass();
+    // Scrolls so that an area of the form's inside is in view.
+    void Reveal(const Rect& area);
+    int HandleSize() const;
+    void CaptureMouse(bool capture);
+
+    std::function<void(const Mouse&)> onMouse;
+    // A press beside the form or on its caption.
+    std::function<void(bool twice)> onForm;
+    // The form was sized to so many pixels inside by its handles.
+    std::function<void(Size inside)> onFormSize;
+    // A key; true when it was used.
+    std::function<bool(int key, int shift)> onKey;
+    // The focus came or went.
+    std::function<void()> onFocus;
+
+  protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    Rect FormFrame() const;  // in client pixels
+    void Layout();
+    void Scroll(int bar, WPARAM wParam);
+    void ScrollTo(Point offset);
+    void Paint();
+    std::optional<Grip> FormHandleAt(Point point) const;
+    void DragForm(UINT message, Point at);
+
+    HWND form_ = nullptr;
+    std::unique_ptr<GlassWindow> glass_;
+    std::unique_ptr<MarksWindow> marks_;
+    Point offset_;
+    Size extent_;
+    bool formSelected_ = false;
+    std::optional<Grip> formDrag_;
+    Point formDragFrom_;
+    Rect formOutline_;
+};
+
+}  // namespace qvx::host::design

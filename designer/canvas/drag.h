@@ -1,0 +1,47 @@
+// One drag of the mouse on a form under design, from the press to the release.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "designer/document/placement.h"
+
+namespace qvx::host::design {
+
+class Drag {
+  public:
+    enum class Kind { none, band, move, size, place };
+
+    // `at` is where the button went down, `origin` the top left of the container that all coordinates of controls are
+    // relative to; both in pixels of the form's inside. `bounds` are those of what is moved or sized.
+    void Begin(Kind kind, Point at, Point origin, Dpi dpi);
+    void Take(std::vector<TwipsRect> bounds, std::size_t primary, Grip handle = Grip::bottomRight);
+
+    Kind What() const { return kind_; }
+    bool Under() const { return kind_ != Kind::none; }
+    // The mouse has moved; false while it has not gone far enough to be a drag. `snap` is off while Alt is held.
+    bool MoveTo(Point at, bool snap);
+    // Whether it has ever gone far enough.
+    bool Moved() const { return moved_; }
+    void End() { kind_ = Kind::none; }
+
+    // Where everything would be if the button came up now, in twips of the container: of a band or a placement, one
+    // rectangle; `usual` is the size of what is placed by a click.
+    std::vector<TwipsRect> Bounds(Size usual = {}) const;
+    // The same in pixels of the form's inside.
+    std::vector<Rect> Outlines(Size usual = {}) const;
+
+  private:
+    Kind kind_ = Kind::none;
+    Point from_;
+    Point at_;
+    Point origin_;
+    Dpi dpi_;
+    bool snap_ = true;
+    bool moved_ = false;
+    std::vector<TwipsRect> start_;
+    std::size_t primary_ = 0;
+    Grip handle_ = Grip::bottomRight;
+};
+
+}  // namespace qvx::host::design

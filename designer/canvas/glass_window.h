@@ -1,0 +1,52 @@
+// The sheet of glass over a form under design, which takes the mouse in place of the controls.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+#include "common/geometry.h"
+#include "designer/document/placement.h"
+#include "win/window.h"
+
+namespace qvx::host::design {
+
+enum class MouseAction { press, doublePress, move, release, menu, cancel };
+
+// The mouse on the form's inside, where `at` is in pixels from its top left and may lie outside.
+struct Mouse {
+    MouseAction action = MouseAction::move;
+    Point at;
+    bool shift = false;
+    bool control = false;
+    bool alt = false;
+    bool held = false;  // the left button
+};
+
+constexpr WORD arrowCursor = 32512;  // the system's, by its identifier
+// The cursor over a handle; one of the system's, by its identifier.
+WORD CursorOf(Grip handle);
+
+void ShowCursorOf(WORD cursor);
+
+// Lies over everything in the form and takes the mouse. Nothing below is hidden by it: it is transparent, and paints
+// nothing.
+class GlassWindow final : public Window {
+  public:
+    ~GlassWindow() override { Destroy(); }
+
+    bool Open(HWND form);
+
+    WORD cursor = arrowCursor;
+    std::function<void(const Mouse&)> onMouse;
+    // Before a press of either button: the keys are to go to the canvas.
+    std::function<void()> onPress;
+
+  protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    LRESULT Tell(MouseAction action, WPARAM keys, LPARAM place);
+};
+
+}  // namespace qvx::host::design

@@ -1,0 +1,32 @@
+// What is drawn above a form under design: the handles of what is selected, outlines of a drag, the numbers of the tab
+// order. All in pixels of the form's inside.
+#pragma once
+
+#include <vector>
+
+#include "designer/document/selection.h"
+#include "drawing/surface.h"
+
+namespace qvx::host::design {
+
+struct Mark {
+    enum class Look { primaryHandle, handle, weakHandle, outline, badge, doneBadge };
+    Look look = Look::handle;
+    Rect area;
+    Text text;  // of badges
+};
+
+// The handles around all that is selected: eight of the primary, the corners of the others; weak while the keys go
+// elsewhere.
+std::vector<Mark> SelectionMarks(const Shapes& shapes, const Selection& selection, bool focused, int handleSize);
+
+// The place of every control in the tab order, `done` being those that have been clicked so far.
+std::vector<Mark> TabOrderMarks(const Shapes& shapes, const std::vector<ObjectId>& order,
+                                const std::vector<ObjectId>& done, Dpi dpi);
+
+// The areas that the marks cover: an outline's are its four sides.
+std::vector<Rect> PartsOf(const std::vector<Mark>& marks, int outlineWidth);
+
+void PaintMarks(Surface& surface, const std::vector<Mark>& marks);
+
+}  // namespace qvx::host::design

@@ -1,0 +1,73 @@
+// The commands of the designer's menus and keys.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "designer/document/placement.h"
+#include "host/menu_model.h"
+
+namespace qvx::host::design {
+
+enum class Command : unsigned {
+    none = 0,
+    newForm = firstMenuId,
+    open,
+    save,
+    saveAs,
+    run,
+    close,
+    undo,
+    redo,
+    cut,
+    copy,
+    paste,
+    pasteArray,
+    duplicate,
+    remove,
+    selectAll,
+    tabOrder,
+    properties,
+    palette,
+    menus,
+    images,
+    pages,
+    alignLefts,
+    alignCenters,
+    alignRights,
+    alignTops,
+    alignMiddles,
+    alignBottoms,
+    alignToGrid,
+    sameWidth,
+    sameHeight,
+    sameSize,
+    spaceAcross,
+    spaceDown,
+    bringToFront,
+    sendToBack,
+    keys,
+};
+
+// What the commands apply to at present.
+struct CommandState {
+    std::size_t selected = 0;
+    Text undo;  // what would be undone; empty for nothing
+    Text redo;
+    bool canPaste = false;
+    bool hasPages = false;
+    bool imageList = false;  // the primary is one
+    bool tabOrder = false;   // the view is on
+};
+
+bool Available(Command command, const CommandState& state);
+// The menu bar, with identifiers of commands.
+std::vector<MenuItem> DesignerMenus(const CommandState& state);
+// The menu of a right click.
+std::vector<MenuItem> ContextMenu(const CommandState& state);
+// Those keys belong to a text that is being typed as long as there is one.
+bool IsEditing(Command command);
+// What a command of the menu Format does to the controls; nothing for any other.
+std::optional<Arrangement> ArrangementOf(Command command);
+
+}  // namespace qvx::host::design

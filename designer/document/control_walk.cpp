@@ -1,0 +1,53 @@
+#include "designer/document/control_walk.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "common/text_compare.h"
+
+namespace qvx::host::design {
+
+namespace {
+
+void Walk(const Block& container, std::optional<std::size_t> at, std::vector<Visit>& found) {
+    for (const Block* block : container.Objects()) {
+        if (IsMenu(*block)) continue;
+        found.push_back({block, at});
+        if (HoldsOthers(block->className)) Walk(*block, found.size() - 1, found);
+    }
+}
+
+}  // namespace
+
+bool HoldsOthers(TextView className) { return SameName(className, u"Frame"); }
+
+bool IsMenu(const Block& block) { return SameName(block.className, u"Menu"); }
+
+ObjectId IdOf(const Block& block) { return {block.name, std::max(block.IntOf(u"Index", -1), -1)}; }
+
+std::vector<Visit> Walk(const Block& form) {
+    std::vector<Visit> found;
+    Walk(form, std::nullopt, found);
+    return found;
+}
+
+std::vector<int> TabIndexes(const std::vector<Visit>& visits) {
+    std::vector<int> indexes;
+    int highest = -1;
+    for (const Visit& visit : visits) {
+        const int next = highest < std::numeric_limits<int>::max() ? highest + 1 : highest;
+        indexes.push_back(visit.block->IntOf(u"TabIndex", next));
+        highest = std::max(highest, indexes.back());
+    }
+    return indexes;
+}
+
+int NextTabIndex(const std::vector<Visit>& visits) {
+    int next = 0;
+    for (const int index : TabIndexes(visits)) {
+        if (index < std::numeric_limits<int>::max()) next = std::max(next, index + 1);
+    }
+    return next;
+}
+
+}  // namespace qvx::host::design

@@ -1,0 +1,114 @@
+// A form under design: the blocks of its file, the commands that change them, and the way back through every step.
+//
+// A step is everything that happens between Begin and Commit. What it did is undone by going back to the bytes of the
+// file before it, so that no command needs a reverse of its own; what no command touches stays byte for byte.
+#pragma once
+
+#include <deque>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "designer/document/control_walk.h"
+#include "designer/document/selection.h"
+#include "host/form_file.h"
+#include "host/twips_rect.h"
+
+namespace qvx::host::design {
+
+class Document {
+  public:
+    explicit Document(FormFile file);
+
+    // The blocks. They move with every Undo, Redo and Cancel: nobody keeps a pointer into them over these.
+    FormFile& File() { return file_; }
+    const FormFile& File() const { return file_; }
+    std::string Bytes() const { return file_.Write(); }
+
+    // All controls, each container before what stands in it.
+    std::vector<ObjectId> Controls() const;
+    Block* Find(const ObjectId& id);
+    const Block* Find(const ObjectId& id) const;
+    // Controls in pixels, for selecting and drawing.
+    Shapes ShapesAt(Dpi dpi) const;
+    // Controls in the order in which Tab visits them.
+    std::vector<ObjectId> TabOrder() const;
+
+    // --- Steps. Begin may be nested: the outermost counts.
+    void Begin();
+    // Ends the step; false when it has changed nothing. Steps in a row with the same `merge` (if any) become one. The
+    // step is still open when it throws.
+    bool Commit(Text what, TextView merge = {});
+    // Ends the step, if one is open, and takes back what it did. Needs no memory.
+    void Cancel() noexcept;
+    bool InStep() const { return depth_ > 0; }
+    bool Undo();
+    bool Redo();
+    // What Undo and Redo would take back and do again; empty for nothing.
+    Text UndoName() const { return undo_.empty() ? Text() : undo_.back().what; }
+    Text RedoName() const { return redo_.empty() ? Text() : redo_.back().what; }
+    // Whether the form differs from the last one marked as saved.
+    bool Dirty() const { return state_ != savedState_; }
+    void MarkSaved();
+
+    // --- Commands, inside a step. All of them throw RunTimeError with a sentence for the user.
+    // A new control in front of what it would otherwise be hidden by. `container` is a control that holds others, or
+    // none for the form.
+    ObjectId Place(TextView className, const std::optional<ObjectId>& container, const TwipsRect& bounds);
+    void Delete(const std::vector<ObjectId>& ids);
+    void SetBounds(const ObjectId& id, const TwipsRect& bounds);
+    void Rename(const ObjectId& id, const Text& name);
+    void RenameForm(const Text& name);
+    // Makes it an element of the control array of its name, or (-1) takes it out.
+    void SetIndex(const ObjectId& id, int index);
+    // In front of or behind all others in its container, keeping their own order.
+    void Restack(const std::vector<ObjectId>& ids, bool front);
+    // These come first, in this order; the others follow as before.
+    void SetTabOrder(const std::vector<ObjectId>& first);
+    // The blocks of controls as text that Paste and an editor take; what stands in them comes along.
+    Text CopyText(const std::vector<ObjectId>& ids) const;
+    // How many controls CopyText's or anybody's text would bring; throws for what is no form text.
+    static std::size_t CountIn(TextView text);
+    // Names that are taken become new ones; with `asArray`, and for what was an element of an array already, the next
+    // index of the same name. Controls that would lie exactly over others step aside. Returns the new ones.
+    std::vector<ObjectId> Paste(TextView text, const std::optional<ObjectId>& container, bool asArray);
+
+    // The position of a block as its control takes it.
+    static TwipsRect BoundsOf(const Block& block);
+
+  private:
+    struct Step {
+        Text what;
+        Text merge;
+        std::string bytes;  // of the form on the other side of the step
+        unsigned state = 0;
+    };
+
+    using Indexes = std::map<Text, std::vector<int>>;  // by folded names; -1 for what is no element of an array
+
+    Indexes UsedNames() const;
+    // The first name like "Button1" that is not used.
+    static Text FreshNameIn(const Indexes& used, TextView className);
+    Block& Require(const ObjectId& id);
+    Block& Container(const std::optional<ObjectId>& id);
+    void GoTo(std::deque<Step>& from, std::deque<Step>& to);
+    void Trim();
+    // Implicit tab indexes follow from the order of the blocks. Where a change of that order would change what Tab
+    // does, they are written down.
+    void KeepTabOrder(const std::vector<ObjectId>& before);
+
+    FormFile file_;
+    std::deque<Step> undo_;
+    std::deque<Step> redo_;
+    int depth_ = 0;
+    // The form before the step, as bytes and as what takes its place when the step is cancelled.
+    std::string before_;
+    FormFile unchanged_;
+    unsigned state_ = 0;
+    unsigned lastState_ = 0;
+    unsigned savedState_ = 0;
+    bool mayMerge_ = false;
+};
+
+}  // namespace qvx::host::design

@@ -1,0 +1,118 @@
+// Controls of the designer's document as text, and back.
+#include <algorithm>
+#include <limits>
+
+#include "common/text_compare.h"
+#include "designer/document/control_walk.h"
+#include "designer/document/document.h"
+#include "designer/document/form_text.h"
+#include "designer/document/placement.h"
+
+namespace qvx::host::design {
+
+namespace {
+
+constexpr int pasteStep = gridStep;
+
+}  // namespace
+
+Text Document::CopyText(const std::vector<ObjectId>& ids) const {
+    Text text;
+    const std::vector<Visit> visits = Walk(file_.form);
+    std::vector<bool> copied(visits.size());
+    for (std::size_t i = 0; i < visits.size(); ++i) {
+        const bool along = visits[i].container && copied[*visits[i].container];
+        copied[i] = along || std::find(ids.begin(), ids.end(), IdOf(*visits[i].block)) != ids.end();
+        if (copied[i] && !along) text += BlockText(*visits[i].block, {}, u"\r\n");
+    }
+    return text;
+}
+
+std::size_t Document::CountIn(TextView text) {
+    std::size_t count = 0;
+    for (const auto& block : ObjectsIn(text)) {
+        count += 1 + Walk(*block).size();
+    }
+    return count;
+}
+
+std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectId>& container, bool asArray) {
+    Block& into = Container(container);
+    auto objects = ObjectsIn(text);
+    Indexes used = UsedNames();
+    const auto name = [&](const auto& self, Block& block) -> void {
+        const int wanted = IdOf(block).index;
+        const bool usable = IsObjectName(block.name);
+        auto& taken = used[FoldedText(block.name)];
+        const bool array = !taken.empty() && std::find(taken.begin(), taken.end(), -1) == taken.end();
+        int index = wanted;
+        if (usable && taken.empty()) {
+            // Free as it is.
+        } else if (usable && array && (wanted >= 0 || asArray)) {
+            const bool free = wanted >= 0 && std::find(taken.begin(), taken.end(), wanted) == taken.end();
+            index = free ? wanted : *std::max_element(taken.begin(), taken.end()) + 1;
+        } else if (usable && asArray && Find({block.name, -1}) &&
+                   SameName(Find({block.name, -1})->className, block.className)) {
+            // The one that is there becomes the first element.
+            Find({block.name, -1})->Set(u"Index", std::int32_t{0});
+            taken = {0};
+            index = 1;
+        } else {
+            if (taken.empty()) used.erase(FoldedText(block.name));
+            design::Rename(block, FreshNameIn(used, block.className));
+            index = -1;
+        }
+        used[FoldedText(block.name)].push_back(index);
+        if (index >= 0 && index != wanted) block.Set(u"Index", std::int32_t{index});
+        if (index < 0) block.Remove(u"Index");
+        for (Block* inner : block.Objects()) self(self, *inner);
+    };
+    // As a group, aside of what lies exactly there.
+    int aside = 0;
+    const auto covers = [&] {
+        for (const auto& object : objects) {
+            TwipsRect bounds = BoundsOf(*object);
+            bounds.left += aside;
+            bounds.top += aside;
+            for (const Block* sibling : into.Objects()) {
+                if (!IsMenu(*sibling) && BoundsOf(*sibling) == bounds) return true;
+            }
+        }
+        return false;
+    };
+    while (covers() && aside < farthest) aside += pasteStep;
+    std::vector<ObjectId> order = TabOrder();
+    int next = NextTabIndex(Walk(file_.form));
+    const auto number = [&](const auto& self, Block& block) -> void {
+        block.Set(u"TabIndex", std::int32_t{next});
+        if (next < std::numeric_limits<int>::max()) ++next;
+        order.push_back(IdOf(block));
+        for (Block* inner : block.Objects()) self(self, *inner);
+    };
+    std::vector<ObjectId> pasted;
+    std::vector<std::unique_ptr<Block>> ready;
+    for (auto& object : objects) {
+        name(name, *object);
+        TwipsRect bounds = BoundsOf(*object);
+        if (aside > 0) {
+            object->Set(u"Left", std::int32_t{std::min(bounds.left, farthest) + aside});
+            object->Set(u"Top", std::int32_t{std::min(bounds.top, farthest) + aside});
+        }
+        number(number, *object);
+        pasted.push_back(IdOf(*object));
+        ready.push_back(Reindented(*object, InnerIndent(into), into.begin.lineEnd));
+    }
+    // The last one first, each before the others: so they lie as they lay.
+    std::reverse(ready.begin(), ready.end());
+    for (auto& object : ready) Insert(into, std::move(object), true);
+    KeepTabOrder(order);
+    try {
+        // What would not be read again must not get into the form.
+        CheckNames(FormFile::Parse(Bytes()).form);
+    } catch (const FormFileError& error) {
+        Refuse(u"This cannot be pasted here: " + error.Message() + u".");
+    }
+    return pasted;
+}
+
+}  // namespace qvx::host::design

@@ -1,0 +1,66 @@
+// Which controls of a form are selected. All of them stand in the same container, so that they can be moved, aligned
+// and cut together; the last one is the primary, which the others follow.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "common/geometry.h"
+#include "common/text.h"
+
+namespace qvx::host::design {
+
+// A control by what the form file calls it. Names compare without case.
+struct ObjectId {
+    Text name;
+    int index = -1;  // of an element of a control array
+    friend bool operator==(const ObjectId& a, const ObjectId& b);
+};
+
+// "txtField" or "txtField(2)".
+Text TitleOf(const ObjectId& id);
+
+// A control as it stands on the form: its area in pixels from the form's inside, and the position in the list of what
+// it stands in.
+struct Shape {
+    ObjectId id;
+    std::optional<std::size_t> container;
+    Rect area;
+    bool holdsOthers = false;
+};
+
+// Containers come before what they hold; of two that overlap in one container, the one before lies in front.
+using Shapes = std::vector<Shape>;
+
+// The innermost, foremost one at a point. What sticks out of its container is not there.
+std::optional<std::size_t> ShapeAt(const Shapes& shapes, Point point);
+// The innermost container at a point, for what is placed there; none is the form.
+std::optional<std::size_t> ContainerAt(const Shapes& shapes, Point point);
+
+class Selection {
+  public:
+    const std::vector<ObjectId>& All() const { return selected_; }
+    bool Empty() const { return selected_.empty(); }
+    bool Has(const ObjectId& id) const;
+    // The last one selected; none when it is the form that is shown.
+    const ObjectId* Primary() const { return selected_.empty() ? nullptr : &selected_.back(); }
+
+    void Clear() { selected_.clear(); }
+    void Set(std::vector<ObjectId> ids) { selected_ = std::move(ids); }
+    // A press on a control. With `toggle` (Ctrl or Shift) it is added or taken out; without, it becomes the only one,
+    // unless it is selected already: then it becomes the primary, so that a drag takes all of them along.
+    void Press(const Shapes& shapes, std::size_t position, bool toggle);
+    // A rubber band in one container: what it touches is selected; with `add`, beside what is.
+    void Band(const Shapes& shapes, std::optional<std::size_t> container, const Rect& band, bool add);
+    // The control behind or before the primary in `order`, around the end; the first or last one at the beginning.
+    void Cycle(const std::vector<ObjectId>& order, bool forward);
+    // All in the primary's container, or on the form.
+    void SelectAll(const Shapes& shapes);
+    // Takes out what is no longer there.
+    void Keep(const Shapes& shapes);
+
+  private:
+    std::vector<ObjectId> selected_;
+};
+
+}  // namespace qvx::host::design

@@ -1,0 +1,64 @@
+// The boxes that open below a value: choices, colours, a text of several lines. Each closes itself when something is
+// picked, on Escape, and when it is no longer active.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "common/ole_color.h"
+#include "designer/properties/property_row.h"
+#include "win/fonts.h"
+#include "win/window.h"
+
+namespace qvx::host {
+
+class DropDown : public Window {
+  public:
+    // The value that was picked, or nothing. The box is hidden by then and may be destroyed.
+    using Closed = std::function<void(std::optional<PropertyValue> picked)>;
+
+    DropDown();
+    ~DropDown() override;
+
+    // Opens it; `cell` in screen pixels. False when the system refuses a window.
+    bool Open(HWND owner, const Rect& cell, Closed closed);
+    bool IsOpen() const { return Handle() && IsWindowVisible(Handle()); }
+    // Hides it and tells so, once.
+    void Close(std::optional<PropertyValue> picked);
+    // As it is closed from outside.
+    virtual void Dismiss() { Close(std::nullopt); }
+
+  protected:
+    // Pixels, without the border.
+    virtual Size WantedSize(int cellWidth) = 0;
+    virtual void MakeContents() = 0;
+    virtual void FocusContents() = 0;
+
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    int Scaled(int pixels) const;
+    // A system control over a part of the box, in the list's font.
+    HWND AddChild(const wchar_t* className, const wchar_t* title, DWORD style, const Rect& area, int id);
+    // Watches the keys and the mouse of a child.
+    void Tap(HWND child);
+    // A key or a mouse message of a child: true when it has been dealt with.
+    virtual bool OnChildMessage(HWND, UINT, WPARAM, LPARAM) { return false; }
+
+  private:
+    class ChildTap;
+
+    Closed closed_;
+    HWND root_ = nullptr;
+    SharedFont font_;
+    std::vector<std::unique_ptr<ChildTap>> taps_;
+};
+
+std::unique_ptr<DropDown> MakeChoiceBox(std::vector<PropertyChoice> choices, const PropertyValue& current);
+// Closes with a colour as a whole number. `other` runs when a colour from the system's dialog is asked for.
+std::unique_ptr<DropDown> MakeColorBox(const PropertyValue& current, std::function<void()> other);
+std::unique_ptr<DropDown> MakeTextBox(const Text& current);
+
+}  // namespace qvx::host

@@ -1,0 +1,55 @@
+// The properties of one selected object: what the form adds and what is its own, read and written by late-bound calls.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+#include <ocidl.h>
+
+#include <vector>
+
+#include "com/pointer.h"
+#include "com/variant.h"
+#include "designer/properties/property_row.h"
+#include "designer/properties/type_members_win32.h"
+
+namespace qvx::host {
+
+class ObjectProperties {
+  public:
+    // Any of them may be null. A name that both have is the form's. `control` is asked for what it offers beyond its
+    // type information: choices, words for values, pages.
+    ObjectProperties(const ComPtr<IDispatch>& extended, const ComPtr<IDispatch>& own, const ComPtr<IUnknown>& control);
+
+    // By place; the places stay.
+    const std::vector<PropertyInfo>& Infos() const { return infos_; }
+    bool HasPages() const { return hasPages_; }
+
+    // What the object gives, as far as it can be shown. An object that refuses, or gives something else than it says,
+    // makes the reading unreadable.
+    PropertyReading Read(std::size_t place) const;
+    // Throws RunTimeError with what the object says against it.
+    void Write(std::size_t place, const PropertyValue& value) const;
+    // Null for no picture.
+    void WritePicture(std::size_t place, IPictureDisp* picture) const;
+
+  private:
+    struct Member {
+        ComPtr<IDispatch> object;
+        TypeMember type;
+        bool own;
+    };
+
+    void Add(const ComPtr<IDispatch>& object, bool own);
+    void AskForMore();
+    static bool Denied(const Member& member);
+    static Variant Get(const Member& member);
+    static void Put(const Member& member, Variant value);
+
+    std::vector<Member> members_;
+    std::vector<PropertyInfo> infos_;
+    ComPtr<IPerPropertyBrowsing> browsing_;
+    bool hasPages_ = false;
+};
+
+}  // namespace qvx::host

@@ -1,0 +1,431 @@
+// The list of properties: where its lines are, and its keys and mouse. The field over a value:
+// property_rows_edit_window.cpp; how the lines look: rows_painter.cpp.
+#include "designer/properties/property_rows_window.h"
+
+#include <algorithm>
+
+#include "designer/properties/property_list_accessible_object.h"
+#include "host/form_font.h"
+#include "win/accessible.h"
+#include "win/dpi.h"
+
+namespace qvx::host {
+
+namespace {
+
+const WindowClass rowsClass{L"QvxPropertyRows", CS_DBLCLKS, 32512};
+constexpr int dividerReach = 3;
+
+std::optional<RowStep> StepFor(WPARAM key) {
+    switch (key) {
+        case VK_UP:
+            return RowStep::previous;
+        case VK_DOWN:
+            return RowStep::next;
+        case VK_PRIOR:
+            return RowStep::pageUp;
+        case VK_NEXT:
+            return RowStep::pageDown;
+        case VK_HOME:
+            return RowStep::first;
+        case VK_END:
+            return RowStep::last;
+        default:
+            return std::nullopt;
+    }
+}
+
+}  // namespace
+
+int PropertyRowsWindow::Scaled(int pixels) const { return qvx::Scaled(pixels, Handle()); }
+
+bool PropertyRowsWindow::Create(HWND parent, const Rect& bounds) {
+    constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_CLIPCHILDREN;
+    if (!Window::Create(rowsClass, L"Properties", style, 0, bounds, parent)) return false;
+    if (!CreateEdit()) return false;
+    AcquireFonts();
+    return true;
+}
+
+void PropertyRowsWindow::AcquireFonts() {
+    SharedFont font = AcquireFont(DefaultFont(), WindowDpi(Handle()));
+    if (Edit()) SendMessageW(Edit(), WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
+    font_ = std::move(font);  // the former one only now: the field has let go of it
+    UpdateBar();
+    Layout();
+    Invalidate();
+}
+
+RowsView PropertyRowsWindow::View() const {
+    const Rect client = ClientArea();
+    RowsView view;
+    view.client = {client.Width(), client.Height()};
+    view.lineHeight = (font_ ? font_->LineHeight() : 13) + Scaled(4);
+    view.count = model_ ? static_cast<int>(model_->Table().Lines().size()) : 0;
+    view.top = top_;
+    view.divider = Divider();
+    return view;
+}
+
+int PropertyRowsWindow::Divider() const { return DividerAt(ClientArea().Width(), share_, Scaled(40)); }
+
+void PropertyRowsWindow::SetDivider(int x) {
+    const int width = ClientArea().Width();
+    if (width <= 0) return;
+    share_ = std::clamp(static_cast<double>(x) / width, 0.05, 0.95);
+    Layout();
+    Invalidate();
+    owner_.DividerMoved();
+}
+
+const PropertyRow* PropertyRowsWindow::CurrentRow() const {
+    return model_ && current_ >= 0 ? model_->Table().RowAt(static_cast<std::size_t>(current_)) : nullptr;
+}
+
+Text PropertyRowsWindow::ValueText(std::size_t line) const {
+    const PropertyRow* row = model_ ? model_->Table().RowAt(line) : nullptr;
+    return row ? row->reading.text : Text();
+}
+
+void PropertyRowsWindow::GoOnFrom(const Text& name) {
+    const auto line = model_ ? model_->Table().LineOf(name) : std::nullopt;
+    const bool none = !model_ || model_->Table().Lines().empty();
+    current_ = none ? -1 : line ? static_cast<int>(*line) : 0;
+    UpdateBar();
+    if (current_ >= 0) ScrollTo(View().TopShowing(current_));
+    Invalidate();
+}
+
+void PropertyRowsWindow::SetModel(std::shared_ptr<PropertyModel> model) {
+    EndEdit();
+    if (box_) box_->Close(std::nullopt);
+    const PropertyRow* before = CurrentRow();
+    const Text name = before ? before->info.name : Text();
+    model_ = std::move(model);
+    search_.Reset();
+    GoOnFrom(name);
+}
+
+void PropertyRowsWindow::SetOrder(PropertyOrder order) {
+    if (!model_) return;
+    const LifeWatch alive = Watch();
+    if (editing_) CommitEdit();
+    if (!alive.Alive() || !model_) return;
+    EndEdit();
+    const PropertyRow* row = CurrentRow();
+    const Text name = row ? row->info.name : Text();
+    model_->Table().SetOrder(order);
+    GoOnFrom(name);
+    owner_.LineChanged();
+}
+
+// --- Where things are ---
+
+RowsLook PropertyRowsWindow::Look() const {
+    RowsLook look;
+    look.table = model_ ? &model_->Table() : nullptr;
+    look.view = View();
+    look.current = current_;
+    look.editing = editing_;
+    look.buttonDown = buttonDown_;
+    look.dpi = WindowDpi(Handle());
+    look.buttonWidth = SystemMetric(SM_CXVSCROLL, look.dpi);
+    return look;
+}
+
+ValueButton PropertyRowsWindow::CurrentButton() const {
+    const PropertyRow* row = CurrentRow();
+    return row ? ButtonOf(row->info, row->reading.value) : ValueButton::none;
+}
+
+std::size_t PropertyRowsWindow::CurrentIndex() const {
+    return *model_->Table().Lines()[static_cast<std::size_t>(current_)].row;
+}
+
+void PropertyRowsWindow::UpdateBar() {
+    if (!Handle()) return;
+    const RowsView view = View();
+    SCROLLINFO info{};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_PAGE | SIF_POS | SIF_RANGE | SIF_DISABLENOSCROLL;
+    info.nMax = std::max(0, view.count - 1);
+    info.nPage = static_cast<UINT>(view.Page());
+    info.nPos = top_ = view.ClampTop(top_);
+    SetScrollInfo(Handle(), SB_VERT, &info, TRUE);
+}
+
+void PropertyRowsWindow::ScrollTo(int top) {
+    top = View().ClampTop(top);
+    if (top == top_) return;
+    top_ = top;
+    UpdateBar();
+    Layout();
+    Invalidate();
+}
+
+void PropertyRowsWindow::OnScroll(WPARAM wParam) {
+    SCROLLINFO info{};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_TRACKPOS;
+    const int page = View().Page();
+    switch (LOWORD(wParam)) {
+        case SB_LINEUP:
+            return ScrollTo(top_ - 1);
+        case SB_LINEDOWN:
+            return ScrollTo(top_ + 1);
+        case SB_PAGEUP:
+            return ScrollTo(top_ - page);
+        case SB_PAGEDOWN:
+            return ScrollTo(top_ + page);
+        case SB_TOP:
+            return ScrollTo(0);
+        case SB_BOTTOM:
+            return ScrollTo(View().LastTop());
+        case SB_THUMBPOSITION:
+        case SB_THUMBTRACK:
+            GetScrollInfo(Handle(), SB_VERT, &info);
+            return ScrollTo(info.nTrackPos);
+        default:
+            return;
+    }
+}
+
+void PropertyRowsWindow::OnWheel(int delta) {
+    UINT lines = 3;
+    SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &lines, 0);
+    if (lines == WHEEL_PAGESCROLL) lines = static_cast<UINT>(View().Page());
+    wheelRest_ += delta * static_cast<int>(std::min(lines, 100U));
+    const int whole = wheelRest_ / WHEEL_DELTA;
+    wheelRest_ -= whole * WHEEL_DELTA;
+    ScrollTo(top_ - whole);
+}
+
+// --- Walking ---
+
+void PropertyRowsWindow::GoTo(int line) {
+    if (!model_ || line < 0 || line >= View().count) return;
+    const LifeWatch alive = Watch();
+    const std::shared_ptr<PropertyModel> before = model_;
+    if (editing_ && line != current_ && !CommitEdit()) return;
+    if (!alive.Alive() || model_ != before) return;
+    if (line != current_) EndEdit();
+    current_ = line;
+    ScrollTo(View().TopShowing(line));
+    Invalidate();
+    TellAssistive(EVENT_OBJECT_FOCUS, Handle(), line + 1);
+    TellAssistive(EVENT_OBJECT_SELECTION, Handle(), line + 1);
+    owner_.LineChanged();
+}
+
+void PropertyRowsWindow::Walk(RowStep step) {
+    const bool inValues = editing_;
+    const LifeWatch alive = Watch();
+    GoTo(View().Step(current_, step));
+    if (alive.Alive() && inValues && !BeginEdit()) SetFocus(Handle());
+}
+
+void PropertyRowsWindow::Search(char16_t letter) {
+    if (!model_ || current_ < 0) return;
+    const auto line = search_.Type(model_->Table(), static_cast<std::size_t>(current_), letter, GetTickCount64());
+    if (line) GoTo(static_cast<int>(*line));
+}
+
+void PropertyRowsWindow::JumpTo(char16_t letter) {
+    if (!model_) return;
+    const auto line = model_->Table().FindBeginning(TextView(&letter, 1), static_cast<std::size_t>(current_ + 1));
+    const bool inValues = editing_;
+    const LifeWatch alive = Watch();
+    if (line) GoTo(static_cast<int>(*line));
+    if (alive.Alive() && line && inValues && !BeginEdit()) SetFocus(Handle());
+}
+
+// --- Keys and mouse ---
+
+bool PropertyRowsWindow::OnKeyAnywhere(UINT message, WPARAM key) {
+    const bool alt = message == WM_SYSKEYDOWN;
+    if ((alt && (key == VK_DOWN || key == VK_UP)) || (!alt && key == VK_F4)) return PressButton(), true;
+    const bool letter = key >= 'A' && key <= 'Z';
+    if (!alt && letter && IsKeyDown(VK_CONTROL) && IsKeyDown(VK_SHIFT)) return JumpTo(static_cast<char16_t>(key)), true;
+    return false;
+}
+
+bool PropertyRowsWindow::OnKey(UINT message, WPARAM key) {
+    if (OnKeyAnywhere(message, key)) return true;
+    if (message == WM_SYSKEYDOWN) return false;
+    const PropertyRow* row = CurrentRow();
+    const bool heading = current_ >= 0 && !row;
+    if (heading && (key == VK_LEFT || key == VK_RIGHT || key == VK_RETURN)) {
+        const auto line = static_cast<std::size_t>(current_);
+        const bool open = model_->Table().Lines()[line].open;
+        if (key == VK_RETURN || open == (key == VK_LEFT)) model_->Table().Toggle(line);
+        UpdateBar();
+        Invalidate();
+        return true;
+    }
+    if (const auto step = StepFor(key)) return Walk(*step), true;
+    switch (key) {
+        case VK_TAB:
+            if (IsKeyDown(VK_SHIFT) || !BeginEdit()) owner_.LeaveByTab(!IsKeyDown(VK_SHIFT));
+            return true;
+        case VK_F2:
+            return BeginEdit(), true;
+        case VK_RETURN:
+            if (!BeginEdit()) PressButton();
+            return true;
+        case VK_DELETE:
+            if (!row || row->info.kind != PropertyKind::picture || row->info.readOnly) return false;
+            owner_.ClearPicture(CurrentIndex());
+            return true;
+        default:
+            return false;
+    }
+}
+
+void PropertyRowsWindow::Activate(int line) {
+    const LifeWatch alive = Watch();
+    GoTo(line);
+    if (!alive.Alive() || current_ != line) return;
+    const PropertyRow* row = CurrentRow();
+    if (!row) {
+        model_->Table().Toggle(static_cast<std::size_t>(line));
+        UpdateBar();
+        Invalidate();
+    } else if (!row->info.readOnly && !ChoicesOf(row->info).empty()) {
+        Cycle();
+    } else if (CurrentButton() == ValueButton::dialog) {
+        PressButton();
+    } else {
+        BeginEdit();
+    }
+}
+
+void PropertyRowsWindow::OnButtonDown(Point at, bool twice) {
+    const RowsView view = View();
+    if (view.OnDivider(at, Scaled(dividerReach))) {
+        dragging_ = true;
+        SetCapture(Handle());
+        return;
+    }
+    const LifeWatch alive = Watch();
+    if (GetFocus() != Handle() && !editing_) SetFocus(Handle());
+    if (!alive.Alive()) return;
+    const auto line = view.LineAt(at);
+    if (!line) return;
+    if (twice) return Activate(*line);
+    const bool heading = model_ && !model_->Table().RowAt(static_cast<std::size_t>(*line));
+    if (heading && at.x < Scaled(16)) return Activate(*line);
+    if (*line == current_ && Look().ButtonArea().Contains(at)) {
+        buttonDown_ = true;
+        Invalidate();
+        // The box's closing by this very click must not open it again.
+        if (box_ && box_->IsOpen()) return;
+        SetCapture(Handle());
+        if (CurrentButton() == ValueButton::dropDown) {
+            ReleaseCapture();
+            buttonDown_ = false;
+            PressButton();
+        }
+        return;
+    }
+    const bool onValue = at.x > view.divider;
+    const auto model = model_;
+    GoTo(*line);
+    if (!alive.Alive() || model_ != model || current_ != *line) return;
+    if (onValue && BeginEdit()) {
+        clickTime_ = static_cast<DWORD>(GetMessageTime());
+    } else {
+        SetFocus(Handle());
+    }
+}
+
+LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT: {
+            const Rect client = ClientArea();
+            BufferedPaint paint(Handle(), WindowDpi(Handle()), buffer_, {client.Width(), client.Height()});
+            PaintRows(paint.Surface(), Look());
+            return 0;
+        }
+        case WM_PRINTCLIENT: {
+            GdiSurface surface(reinterpret_cast<HDC>(wParam), WindowDpi(Handle()));
+            PaintRows(surface, Look());
+            return 0;
+        }
+        case WM_SIZE:
+            UpdateBar();
+            Layout();
+            Invalidate();
+            owner_.DividerMoved();
+            return 0;
+        case WM_VSCROLL:
+            OnScroll(wParam);
+            return 0;
+        case WM_MOUSEWHEEL:
+            OnWheel(GET_WHEEL_DELTA_WPARAM(wParam));
+            return 0;
+        case WM_GETDLGCODE:
+            return DLGC_WANTALLKEYS;
+        case WM_SYSKEYDOWN:
+        case WM_KEYDOWN:
+            if (OnKey(message, wParam)) return 0;
+            break;
+        case WM_CHAR:
+            if (wParam > L' ') Search(static_cast<char16_t>(wParam));
+            return 0;
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+            OnButtonDown(MousePoint(lParam), message == WM_LBUTTONDBLCLK);
+            return 0;
+        case WM_MOUSEMOVE:
+            if (dragging_) SetDivider(MousePoint(lParam).x);
+            return 0;
+        case WM_LBUTTONUP: {
+            const bool press = buttonDown_ && Look().ButtonArea().Contains(MousePoint(lParam));
+            dragging_ = buttonDown_ = false;
+            if (GetCapture() == Handle()) ReleaseCapture();
+            Invalidate();
+            if (press && !(box_ && box_->IsOpen())) PressButton();
+            return 0;
+        }
+        case WM_CAPTURECHANGED:
+            dragging_ = buttonDown_ = false;
+            Invalidate();
+            return 0;
+        case WM_SETCURSOR: {
+            POINT at{};
+            GetCursorPos(&at);
+            ScreenToClient(Handle(), &at);
+            const bool inside = LOWORD(lParam) == HTCLIENT && reinterpret_cast<HWND>(wParam) == Handle();
+            if (inside && View().OnDivider({static_cast<int>(at.x), static_cast<int>(at.y)}, Scaled(dividerReach))) {
+                SetCursor(LoadCursorW(nullptr, IDC_SIZEWE));
+                return TRUE;
+            }
+            break;
+        }
+        case WM_SETFOCUS:
+            if (current_ >= 0) TellAssistive(EVENT_OBJECT_FOCUS, Handle(), current_ + 1);
+            return 0;
+        case WM_CTLCOLOREDIT:
+        case WM_CTLCOLORSTATIC: {
+            const PropertyRow* row = CurrentRow();
+            const auto dc = reinterpret_cast<HDC>(wParam);
+            SetTextColor(dc, GetSysColor(row && row->info.readOnly ? COLOR_GRAYTEXT : COLOR_WINDOWTEXT));
+            SetBkColor(dc, GetSysColor(COLOR_WINDOW));
+            return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
+        }
+        case WM_GETOBJECT:
+            if (const auto answer = AnswerGetObject(wParam, lParam, [this] { return MakeAccessibleRows(*this); }))
+                return *answer;
+            break;
+        case disposeOfBox:
+            if (box_ && !box_->IsOpen()) box_.reset();
+            return 0;
+        default:
+            break;
+    }
+    return Default(message, wParam, lParam);
+}
+
+}  // namespace qvx::host

@@ -1,0 +1,20 @@
+// The system's own dialogs for values. Messages are dispatched while they are open.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+
+#include "common/font_spec.h"
+#include "common/ole_color.h"
+#include "common/text.h"
+
+namespace qvx::host {
+
+// Nothing when the dialog was called off.
+std::optional<OleColor> AskColor(HWND owner, OleColor before);
+std::optional<FontSpec> AskFont(HWND owner, const FontSpec& before);
+// The path of a file that is there; empty when the dialog was called off.
+Text AskPictureFile(HWND owner);
+
+}  // namespace qvx::host

@@ -1,0 +1,19 @@
+// Small pictures that are drawn rather than loaded: a raised button with filled rectangles on it.
+#pragma once
+
+#include <span>
+
+#include "common/geometry.h"
+#include "drawing/surface.h"
+
+namespace qvx {
+
+struct PictureBlock {
+    Rect place;  // on a field of so many steps each way
+    OleColor color;
+};
+
+// Later blocks cover earlier ones.
+void DrawBlockPicture(Surface& surface, const Rect& area, int steps, std::span<const PictureBlock> blocks);
+
+}  // namespace qvx

@@ -1,0 +1,468 @@
+// The control kit as a container's object: site, verbs, activation in place, keyboard.
+#include <olectl.h>
+
+#include <cwctype>
+#include <vector>
+
+#include "com/enumerator.h"
+#include "common/keys.h"
+#include "kit/control_base.h"
+#include "kit/control_window.h"
+#include "win/dpi.h"
+#include "win/extent.h"
+#include "win/gdi_surface.h"
+
+namespace qvx {
+
+namespace {
+
+HRESULT NewTaskString(const wchar_t* text, LPOLESTR* out) {
+    const size_t bytes = (wcslen(text) + 1) * sizeof(wchar_t);
+    *out = static_cast<LPOLESTR>(CoTaskMemAlloc(bytes));
+    if (!*out) return E_OUTOFMEMORY;
+    memcpy(*out, text, bytes);
+    return S_OK;
+}
+
+struct CopyVerb {
+    static void Out(const OLEVERB& from, OLEVERB* to) {
+        *to = from;
+        Check(NewTaskString(from.lpszVerbName, &to->lpszVerbName));
+    }
+};
+
+}  // namespace
+
+// --- IOleObject ---
+
+STDMETHODIMP ControlBase::SetClientSite(IOleClientSite* site) {
+    return Guard([&] {
+        if (!site) Deactivate();
+        host_.SetSite(site);
+        if (!site) return;
+        if (initPending_) {
+            InitialiseNew();
+        } else {
+            OnAmbientChange(DISPID_UNKNOWN);
+        }
+        FollowUserMode();
+    });
+}
+
+STDMETHODIMP ControlBase::GetClientSite(IOleClientSite** site) {
+    if (!site) return E_POINTER;
+    *site = host_.Site().detach();
+    return S_OK;
+}
+
+// Names for a window of our own, which a control never opens.
+STDMETHODIMP ControlBase::SetHostNames(LPCOLESTR, LPCOLESTR) { return S_OK; }
+
+STDMETHODIMP ControlBase::Close(DWORD saveOption) {
+    return Guard([&] {
+        const auto keep = KeepAlive();
+        const auto site = host_.Site();
+        if (saveOption != OLECLOSE_NOSAVE && dirty_ && site) site->SaveObject();
+        Deactivate();
+        if (advises_) advises_->SendOnClose();
+    });
+}
+
+// Monikers are for objects that others link to, and controls say that they cannot be linked to.
+STDMETHODIMP ControlBase::SetMoniker(DWORD, IMoniker*) { return E_NOTIMPL; }
+
+STDMETHODIMP ControlBase::GetMoniker(DWORD, DWORD, IMoniker** moniker) {
+    if (moniker) *moniker = nullptr;
+    return E_NOTIMPL;
+}
+
+// A control is neither made from the clipboard nor copied to it by itself; the designer copies its properties.
+STDMETHODIMP ControlBase::InitFromData(IDataObject*, BOOL, DWORD) { return E_NOTIMPL; }
+
+STDMETHODIMP ControlBase::GetClipboardData(DWORD, IDataObject** data) {
+    if (data) *data = nullptr;
+    return E_NOTIMPL;
+}
+
+STDMETHODIMP ControlBase::DoVerb(LONG verb, LPMSG, IOleClientSite* site, LONG, HWND parent, LPCRECT) {
+    return Guard([&]() -> HRESULT {
+        const auto keep = KeepAlive();
+        if (site && !host_.Site()) Check(SetClientSite(site));
+        switch (verb) {
+            case OLEIVERB_PRIMARY:
+            case OLEIVERB_UIACTIVATE:
+                Activate(true);
+                return S_OK;
+            case OLEIVERB_SHOW:
+            case OLEIVERB_INPLACEACTIVATE:
+                Activate(false);
+                return S_OK;
+            case OLEIVERB_HIDE:
+                Deactivate();
+                return S_OK;
+            case OLEIVERB_DISCARDUNDOSTATE:
+                return S_OK;
+            case OLEIVERB_PROPERTIES: {
+                const auto pages = PropertyPages();
+                if (pages.empty()) return OLEOBJ_S_INVALIDVERB;
+                // The host's own dialog comes first.
+                const auto controlSite = host_.ControlSite();
+                if (controlSite && controlSite->ShowPropertyFrame() == S_OK) return S_OK;
+                const DialogScope dialog(*this);
+                IUnknown* self = Unknown();
+                const RECT none{};
+                return OleCreatePropertyFrame(parent, none.left, none.top, class_.name, 1, &self,
+                                              static_cast<ULONG>(pages.size()), const_cast<CLSID*>(pages.data()),
+                                              LOCALE_USER_DEFAULT, 0, nullptr);
+            }
+            default:
+                // Negative numbers are the system's own verbs: one that is not known here has a meaning, only not for
+                // us, and doing something else instead would surprise. Unknown verbs of an object's own do what the
+                // first one does; hosts are told so.
+                if (verb < 0) return E_NOTIMPL;
+                Activate(true);
+                return OLEOBJ_S_INVALIDVERB;
+        }
+    });
+}
+
+STDMETHODIMP ControlBase::EnumVerbs(IEnumOLEVERB** verbs) {
+    return Guard([&]() -> HRESULT {
+        if (!verbs) return E_POINTER;
+        *verbs = nullptr;
+        if (PropertyPages().empty()) return OLEOBJ_E_NOVERBS;
+        static wchar_t name[] = L"&Properties";
+        std::vector<OLEVERB> known{{OLEIVERB_PROPERTIES, name, 0, OLEVERBATTRIB_ONCONTAINERMENU}};
+        using All = Enumerator<IEnumOLEVERB, OLEVERB, OLEVERB, CopyVerb>;
+        *verbs = MakeObject<All>(std::move(known)).detach();
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::Update() { return S_OK; }
+STDMETHODIMP ControlBase::IsUpToDate() { return S_OK; }
+STDMETHODIMP ControlBase::GetUserClassID(CLSID* id) { return GetClassID(id); }
+
+STDMETHODIMP ControlBase::GetUserType(DWORD form, LPOLESTR* name) {
+    if (!name) return E_POINTER;
+    return NewTaskString(form == USERCLASSTYPE_FULL ? class_.description : class_.name, name);
+}
+
+// An active control's window follows through SetObjectRects.
+void ControlBase::TakeExtent(const SIZEL& extent) {
+    extent_ = extent;
+    if (inPlaceActive_) return;
+    pixels_ = HimetricToPixels(extent_, WindowDpi(WindowHandle()));
+    if (const HWND window = WindowHandle()) {
+        SetWindowPos(window, nullptr, 0, 0, pixels_.width, pixels_.height, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOMOVE);
+    }
+}
+
+STDMETHODIMP ControlBase::SetExtent(DWORD aspect, SIZEL* size) {
+    return Guard([&]() -> HRESULT {
+        if (!size) return E_POINTER;
+        if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+        if (size->cx < 0 || size->cy < 0) return E_INVALIDARG;
+        TakeExtent(*size);
+        if (!inPlaceActive_) OnResize(pixels_);
+        ViewChanged();
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::GetExtent(DWORD aspect, SIZEL* size) {
+    return Guard([&]() -> HRESULT {
+        if (!size) return E_POINTER;
+        if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+        if (extent_.cx == 0 && extent_.cy == 0) EnsureSize();
+        *size = extent_;
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::Advise(IAdviseSink* sink, DWORD* connection) {
+    if (!advises_) {
+        const HRESULT made = CreateOleAdviseHolder(advises_.put());
+        if (FAILED(made)) return made;
+    }
+    return advises_->Advise(sink, connection);
+}
+
+STDMETHODIMP ControlBase::Unadvise(DWORD connection) {
+    return advises_ ? advises_->Unadvise(connection) : OLE_E_NOCONNECTION;
+}
+
+STDMETHODIMP ControlBase::EnumAdvise(IEnumSTATDATA** advises) {
+    if (!advises) return E_POINTER;
+    *advises = nullptr;
+    return advises_ ? advises_->EnumAdvise(advises) : S_OK;
+}
+
+STDMETHODIMP ControlBase::GetMiscStatus(DWORD aspect, DWORD* status) {
+    if (!status) return E_POINTER;
+    *status = aspect == DVASPECT_CONTENT ? class_.miscStatus : 0;
+    return S_OK;
+}
+
+// System colours need no palette.
+STDMETHODIMP ControlBase::SetColorScheme(LOGPALETTE*) { return S_OK; }
+
+// --- Activation in place ---
+
+void ControlBase::Activate(bool withUi) {
+    if (!host_.Site()) throw ComError(OLE_E_NOT_INPLACEACTIVE);
+    // A host that asks again from inside its own answers has only to wait.
+    if (!inPlaceActive_ && !activating_) {
+        setUp_ = true;
+        ActivateInPlace();
+    }
+    // The host may have changed its mind, or even its site, in any call out; each step asks again.
+    if (const auto client = host_.Site(); client && inPlaceActive_) client->ShowObject();
+    if (withUi) ActivateUi();
+}
+
+void ControlBase::ActivateInPlace() {
+    const auto client = host_.Site();
+    const auto site = client.As<IOleInPlaceSite>();
+    if (!site || site->CanInPlaceActivate() != S_OK) throw ComError(E_FAIL);
+    // Deactivate ends this too: the host may change its mind from inside its own answers.
+    activating_ = true;
+    struct Undo {
+        bool& activating;
+        IOleInPlaceSite* told;
+        ~Undo() {
+            activating = false;
+            if (told) told->OnInPlaceDeactivate();
+        }
+    } undo{activating_, nullptr};
+    Check(site->OnInPlaceActivate());
+    // Until the control is in its place, whatever fails takes the host's activation back.
+    undo.told = site.get();
+    HWND parent = nullptr;
+    Check(site->GetWindow(&parent));
+    RECT position{};
+    RECT clip{};
+    OLEINPLACEFRAMEINFO frameInfo{};
+    frameInfo.cb = sizeof frameInfo;
+    ComPtr<IOleInPlaceFrame> frame;
+    ComPtr<IOleInPlaceUIWindow> uiWindow;
+    Check(site->GetWindowContext(frame.put(), uiWindow.put(), &position, &clip, &frameInfo));
+    const bool wanted = activating_ && parent && host_.Site() == client;
+    const HWND window = wanted ? EnsureWindow() : nullptr;
+    if (!window || !SetParent(window, parent)) throw ComError(E_FAIL);
+    undo.told = nullptr;
+    inPlaceSite_ = site;
+    frame_ = std::move(frame);
+    uiWindow_ = std::move(uiWindow);
+    inPlaceActive_ = true;
+    MoveWindowTo(position, clip);
+    const bool hidden = (class_.miscStatus & OLEMISC_INVISIBLEATRUNTIME) && UserMode();
+    ShowWindow(window, hidden ? SW_HIDE : SW_SHOWNA);
+    OnShow();
+}
+
+void ControlBase::ActivateUi() {
+    if (!inPlaceActive_ || (class_.miscStatus & OLEMISC_NOUIACTIVATE)) return;
+    if (!uiActive_) {
+        const auto site = inPlaceSite_;
+        uiActive_ = true;
+        if (FAILED(site->OnUIActivate())) uiActive_ = false;
+        // Containers differ in which of these they implement; none of them is needed for typing to work. Each call may
+        // deactivate the control again, and then the rest is not to be told any more.
+        auto* self = static_cast<IOleInPlaceActiveObject*>(this);
+        const auto announce = [&](const auto& window) {
+            if (uiActive_ && window) window->SetActiveObject(self, class_.name);
+            if (uiActive_ && window) window->SetBorderSpace(nullptr);
+        };
+        announce(ComPtr<IOleInPlaceFrame>(frame_));
+        announce(ComPtr<IOleInPlaceUIWindow>(uiWindow_));
+        if (!uiActive_) return;
+    }
+    const HWND focus = GetFocus();
+    const HWND window = WindowHandle();
+    if (focus != window && !IsChild(window, focus)) SetFocus(FocusWindow());
+}
+
+void ControlBase::DeactivateUi() {
+    if (!std::exchange(uiActive_, false)) return;
+    const auto site = inPlaceSite_;
+    const auto frame = frame_;
+    const auto uiWindow = uiWindow_;
+    if (frame) frame->SetActiveObject(nullptr, nullptr);
+    if (uiWindow) uiWindow->SetActiveObject(nullptr, nullptr);
+    if (site) site->OnUIDeactivate(FALSE);
+}
+
+void ControlBase::Deactivate() {
+    activating_ = false;
+    if (!inPlaceActive_) return;
+    DeactivateUi();
+    if (!std::exchange(inPlaceActive_, false)) return;  // from inside one of those calls
+    const ComPtr<IOleInPlaceSite> site = std::move(inPlaceSite_);
+    frame_.reset();
+    uiWindow_.reset();
+    if (WindowHandle()) window_->Park();
+    if (site) site->OnInPlaceDeactivate();
+}
+
+void ControlBase::MoveWindowTo(const RECT& position, const RECT& clip) {
+    const HWND window = WindowHandle();
+    const Rect whole = FromRECT(position);
+    const Rect visible = whole.Intersect(FromRECT(clip));
+    SetPixelSize({std::max(0, whole.Width()), std::max(0, whole.Height())});
+    // Some containers leave the clip empty when they have nothing to say.
+    const bool clip0 = clip.left == clip.right && clip.top == clip.bottom;
+    clip_.reset();
+    if (!clip0 && visible != whole) clip_ = visible.Empty() ? Rect{} : visible.Offset(-whole.left, -whole.top);
+    CutWindow(pixels_);
+    SetWindowPos(window, nullptr, whole.left, whole.top, whole.Width(), whole.Height(),
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+}
+
+void ControlBase::CutWindow(Size size) {
+    UniqueRegion region = WindowShape(size);
+    if (clip_) {
+        UniqueRegion visible(CreateRectRgn(clip_->left, clip_->top, clip_->right, clip_->bottom));
+        if (region) {
+            CombineRgn(visible.Get(), visible.Get(), region.Get(), RGN_AND);
+        }
+        region = std::move(visible);
+    }
+    const bool wasCut = std::exchange(cut_, static_cast<bool>(region));
+    // The window owns its region.
+    if (wasCut || cut_) SetWindowRgn(WindowHandle(), region.Detach(), TRUE);
+}
+
+STDMETHODIMP ControlBase::GetWindow(HWND* window) {
+    if (!window) return E_POINTER;
+    *window = inPlaceActive_ ? WindowHandle() : nullptr;
+    return *window ? S_OK : E_FAIL;
+}
+
+// A mode of asking for help by a click that no host uses on controls.
+STDMETHODIMP ControlBase::ContextSensitiveHelp(BOOL) { return E_NOTIMPL; }
+
+STDMETHODIMP ControlBase::InPlaceDeactivate() {
+    return Guard([&] {
+        const auto keep = KeepAlive();
+        Deactivate();
+    });
+}
+
+STDMETHODIMP ControlBase::UIDeactivate() {
+    return Guard([&] {
+        const auto keep = KeepAlive();
+        DeactivateUi();
+    });
+}
+
+STDMETHODIMP ControlBase::SetObjectRects(LPCRECT position, LPCRECT clip) {
+    return Guard([&]() -> HRESULT {
+        if (!position) return E_POINTER;
+        if (!inPlaceActive_) return OLE_E_NOT_INPLACEACTIVE;
+        MoveWindowTo(*position, clip ? *clip : *position);
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::ReactivateAndUndo() { return INPLACE_E_NOTUNDOABLE; }
+
+// --- IOleInPlaceActiveObject, IOleControl ---
+
+STDMETHODIMP ControlBase::TranslateAccelerator(LPMSG message) {
+    return Guard([&]() -> HRESULT {
+        if (!message) return E_POINTER;
+        if (message->message < WM_KEYFIRST || message->message > WM_KEYLAST) return S_FALSE;
+        const auto keep = KeepAlive();
+        if (WantsKey(*message)) {
+            TranslateMessage(message);
+            DispatchMessageW(message);
+            return S_OK;
+        }
+        const auto site = host_.ControlSite();
+        if (!site) return S_FALSE;
+        // The system's KEYMOD_ bits are those of key events.
+        const auto modifiers = static_cast<DWORD>(ShiftState());
+        return site->TranslateAccelerator(message, modifiers) == S_OK ? S_OK : S_FALSE;
+    });
+}
+
+STDMETHODIMP ControlBase::OnFrameWindowActivate(BOOL) { return S_OK; }
+STDMETHODIMP ControlBase::OnDocWindowActivate(BOOL) { return S_OK; }
+// Controls have no tools around the document.
+STDMETHODIMP ControlBase::ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) { return S_OK; }
+STDMETHODIMP ControlBase::EnableModeless(BOOL) { return S_OK; }
+
+STDMETHODIMP ControlBase::GetControlInfo(CONTROLINFO* info) {
+    return Guard([&]() -> HRESULT {
+        if (!info) return E_POINTER;
+        // Hosts match against the key that was pressed or the character it gave, whichever message they look at.
+        std::vector<ACCEL> table;
+        for (const char16_t key : AccessKeys()) {
+            const SHORT scanned = VkKeyScanW(static_cast<wchar_t>(key));
+            if (scanned != -1) {
+                table.push_back({FALT | FVIRTKEY, LOBYTE(scanned), static_cast<WORD>(table.size())});
+            }
+            const auto lower = static_cast<WORD>(std::towlower(key));
+            table.push_back({FALT, lower, static_cast<WORD>(table.size())});
+        }
+        if (accelerators_) DestroyAcceleratorTable(accelerators_);
+        accelerators_ = table.empty() ? nullptr : CreateAcceleratorTableW(table.data(), static_cast<int>(table.size()));
+        info->hAccel = accelerators_;
+        info->cAccel = static_cast<USHORT>(accelerators_ ? table.size() : 0);
+        info->dwFlags = 0;
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::OnMnemonic(LPMSG message) {
+    return Guard([&]() -> HRESULT {
+        if (!message) return E_POINTER;
+        const auto keep = KeepAlive();
+        const bool character = message->message == WM_CHAR || message->message == WM_SYSCHAR;
+        WPARAM key = message->wParam;
+        // Enter and Escape have the same number as keys and as characters.
+        if (!character && key != keys::enter && key != keys::escape) {
+            key = MapVirtualKeyW(static_cast<UINT>(key), MAPVK_VK_TO_CHAR) & 0xFFFF;
+        }
+        OnAccessKey(static_cast<int>(std::towlower(static_cast<wint_t>(key))));
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::OnAmbientPropertyChange(DISPID property) {
+    return Guard([&] {
+        const auto keep = KeepAlive();
+        OnAmbientChange(property);
+        if (property == DISPID_AMBIENT_USERMODE || property == DISPID_UNKNOWN) FollowUserMode();
+    });
+}
+
+STDMETHODIMP ControlBase::FreezeEvents(BOOL freeze) {
+    frozen_ += freeze ? 1 : -1;
+    if (frozen_ < 0) frozen_ = 0;
+    return S_OK;
+}
+
+// --- IQuickActivate ---
+
+STDMETHODIMP ControlBase::QuickActivate(QACONTAINER* container, QACONTROL* control) {
+    return Guard([&]() -> HRESULT {
+        if (!container || !control) return E_POINTER;
+        const ULONG size = control->cbSize;
+        *control = {};
+        control->cbSize = size;
+        if (container->pClientSite) Check(SetClientSite(container->pClientSite));
+        if (container->pAdviseSink) Check(SetAdvise(DVASPECT_CONTENT, 0, container->pAdviseSink));
+        Check(connections_.Connect(container->pUnkEventSink, &control->dwEventCookie, container->pPropertyNotifySink,
+                                   &control->dwPropNotifyCookie));
+        control->dwMiscStatus = class_.miscStatus;
+        Check(GetViewStatus(&control->dwViewStatus));
+        return S_OK;
+    });
+}
+
+STDMETHODIMP ControlBase::SetContentExtent(LPSIZEL size) { return SetExtent(DVASPECT_CONTENT, size); }
+STDMETHODIMP ControlBase::GetContentExtent(LPSIZEL size) { return GetExtent(DVASPECT_CONTENT, size); }
+
+}  // namespace qvx

@@ -1,0 +1,36 @@
+#include "kit/control_window.h"
+
+#include "com/thread_shared.h"
+
+namespace qvx {
+
+namespace {
+const WindowClass parkingClass{L"QvxParking"};
+// Its own device context, because hosts ask for it by number and draw on it.
+const WindowClass controlClass{L"QvxControl", CS_DBLCLKS | CS_OWNDC};
+}  // namespace
+
+std::shared_ptr<ParkingWindow> ParkingWindow::OfThisThread() {
+    auto parking = ThreadShared<ParkingWindow>::Get();
+    // A thread that ended with controls left took its windows along, and another one may have its number now.
+    if (GetWindowThreadProcessId(parking->Handle(), nullptr) != GetCurrentThreadId()) {
+        parking->Destroy();
+        if (!parking->CreateParking()) return nullptr;
+    }
+    return parking;
+}
+
+bool ParkingWindow::CreateParking() { return Create(parkingClass, L"", WS_POPUP, WS_EX_TOOLWINDOW, {}, nullptr); }
+
+bool ControlWindow::CreateParked(Size size) {
+    return parking_ && Create(controlClass, L"", WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, 0,
+                              {0, 0, size.width, size.height}, parking_->Handle());
+}
+
+void ControlWindow::Park() {
+    ShowWindow(Handle(), SW_HIDE);
+    // It must not stay in a window that is not the control's any more; another one is made when it is needed.
+    if (!SetParent(Handle(), parking_->Handle())) Destroy();
+}
+
+}  // namespace qvx

@@ -1,0 +1,51 @@
+#include "soak/growth.h"
+
+namespace qvx::soak {
+
+namespace {
+
+// What a session may keep: what is made at first use, and what shows just then.
+constexpr long kept = 120;
+
+constexpr struct {
+    const char* name;
+    long Counts::*member;
+} held[] = {{"windows", &Counts::windows}, {"graphics objects", &Counts::graphics}, {"menus", &Counts::menus}};
+
+Grown Describe(const char* name, long before, long after, std::size_t from, std::size_t to) {
+    return {std::string(name) + " grew from " + std::to_string(before) + " to " + std::to_string(after), from, to};
+}
+
+}  // namespace
+
+std::optional<Grown> Growth(const std::vector<Counts>& counts) {
+    for (std::size_t distance = 1; distance < counts.size(); ++distance) {
+        for (std::size_t from = 0; from + distance < counts.size(); ++from) {
+            const Counts& before = counts[from];
+            const Counts& after = counts[from + distance];
+            if (after.windows > before.windows) continue;
+            for (const auto& [name, member] : held) {
+                if (after.*member <= before.*member + kept) continue;
+                return Describe(name, before.*member, after.*member, from, from + distance);
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<Grown> GrowthByTurns(const std::vector<Counts>& counts, bool mayShowMore) {
+    // The first turns make what is made once.
+    constexpr std::size_t firstTurns = 3;
+    if (counts.size() < firstTurns + 4) return std::nullopt;
+    const Counts& before = counts[firstTurns - 1];
+    const Counts& after = counts.back();
+    if (mayShowMore && after.windows > before.windows) return std::nullopt;
+    const long turns = static_cast<long>(counts.size() - firstTurns);
+    for (const auto& [name, member] : held) {
+        if (after.*member - before.*member < turns) continue;
+        return Describe(name, before.*member, after.*member, firstTurns - 1, counts.size() - 1);
+    }
+    return std::nullopt;
+}
+
+}  // namespace qvx::soak

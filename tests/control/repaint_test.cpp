@@ -1,0 +1,234 @@
+// What a shown control looks like after a change, beside one that was made with it: every property of every control and
+// of the grid inside one, as the type library lists them, in design mode and in run mode, and other sizes.
+#include <gtest/gtest.h>
+#include <olectl.h>
+
+#include <memory>
+
+#include "com/bstr.h"
+#include "com/font_object.h"
+#include "common/run_time_error.h"
+#include "tests/support/container.h"
+#include "tests/support/drawn_picture.h"
+#include "tests/support/each_control.h"
+#include "tests/support/input.h"
+#include "tests/support/menu_pixels.h"
+#include "tests/support/narrow.h"
+#include "tests/support/server_under_test.h"
+
+namespace qvx::test {
+namespace {
+
+constexpr RECT usual{10, 10, 250, 130};
+
+// One value for one property; indexed ones are set at 1.
+struct Change {
+    std::wstring property;
+    std::vector<Variant> arguments;
+
+    std::string Print() const {
+        Text text;
+        for (const Variant& argument : arguments) text += u" " + argument.ToText().value_or(u"(object)");
+        return Narrow(FromWide(property.c_str())) + Narrow(text);
+    }
+    bool ApplyTo(IDispatch* object) const {
+        std::vector<VARIANT> given;
+        for (const Variant& argument : arguments) given.push_back(argument.get());
+        return SUCCEEDED(Invoke(object, property.c_str(), DISPATCH_PROPERTYPUT, given).result);
+    }
+};
+
+ComPtr<ITypeInfo> Referred(ITypeInfo* info, HREFTYPE type) {
+    ComPtr<ITypeInfo> referred;
+    EXPECT_EQ(S_OK, info->GetRefTypeInfo(type, referred.put()));
+    return referred;
+}
+
+std::vector<Variant> EnumerationValues(ITypeInfo* enumeration, UINT count) {
+    std::vector<Variant> values;
+    for (UINT i = 0; i < count; ++i) {
+        VARDESC* member = nullptr;
+        EXPECT_EQ(S_OK, enumeration->GetVarDesc(i, &member));
+        values.emplace_back(*member->lpvarValue);
+        enumeration->ReleaseVarDesc(member);
+    }
+    return values;
+}
+
+// Texts that mean something to the property; others take any.
+TextView TextFor(const std::wstring& property) {
+    if (property == L"FormatString") return u"<No|>Quantity|Price";
+    if (property == L"InVisibleColumns") return u";B;";
+    return u"15";
+}
+
+// Values that differ from what a control begins with; all that an enumeration has.
+std::vector<Variant> ValuesOf(ITypeInfo* info, const TYPEDESC& type, const std::wstring& property) {
+    switch (type.vt) {
+        case VT_BOOL:
+            return {Variant(true), Variant(false)};
+        case VT_I2:
+        case VT_I4:
+            return {Variant(2), Variant(5)};
+        case VT_R4:
+        case VT_R8:
+            return {Variant(2.5)};
+        case VT_BSTR:
+            return {Variant(TextFor(property))};
+        case VT_PTR:
+            if (property.ends_with(L"Font")) {
+                FontSpec look;
+                look.points = 18;
+                return {Variant(static_cast<IDispatch*>(MakeFontObject(look).get()))};
+            }
+            if (property.ends_with(L"Picture")) {
+                return {Variant(static_cast<IDispatch*>(SolidPicture({9, 9}, RGB(10, 120, 230)).get()))};
+            }
+            return {};
+        case VT_USERDEFINED: {
+            const auto user = Referred(info, type.hreftype);
+            TYPEATTR* attributes = nullptr;
+            EXPECT_EQ(S_OK, user->GetTypeAttr(&attributes));
+            const TYPEKIND kind = attributes->typekind;
+            const UINT members = attributes->cVars;
+            user->ReleaseTypeAttr(attributes);
+            if (kind == TKIND_ENUM) return EnumerationValues(user.get(), members);
+            return {Variant(static_cast<long>(RGB(230, 120, 10)))};  // a colour is another name of a number
+        }
+        default:
+            return {};
+    }
+}
+
+// All that can be written of an object.
+std::vector<Change> ChangesOf(IDispatch* object) {
+    ComPtr<ITypeInfo> info;
+    EXPECT_EQ(S_OK, object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put()));
+    TYPEATTR* attributes = nullptr;
+    EXPECT_EQ(S_OK, info->GetTypeAttr(&attributes));
+    const UINT functions = attributes->cFuncs;
+    info->ReleaseTypeAttr(attributes);
+    std::vector<Change> changes;
+    for (UINT i = 0; i < functions; ++i) {
+        FUNCDESC* function = nullptr;
+        EXPECT_EQ(S_OK, info->GetFuncDesc(i, &function));
+        if (function->invkind == INVOKE_PROPERTYPUT) {
+            Bstr name;
+            EXPECT_EQ(S_OK, info->GetDocumentation(function->memid, name.put(), nullptr, nullptr, nullptr));
+            const auto last = static_cast<std::size_t>(function->cParams) - 1;
+            for (const Variant& value : ValuesOf(info.get(), function->lprgelemdescParam[last].tdesc, name.get())) {
+                changes.push_back({name.get(), std::vector<Variant>(last, Variant(1))});
+                changes.back().arguments.push_back(value);
+            }
+        }
+        info->ReleaseFuncDesc(function);
+    }
+    return changes;
+}
+
+class RepaintTest : public ::testing::TestWithParam<std::tuple<const CLSID*, bool>> {
+  protected:
+    RepaintTest() { MoveMouseTo({600, 500}); }
+
+    // A control that holds something to see.
+    std::unique_ptr<Container> Make(RECT bounds = usual) const {
+        const auto [id, userMode] = GetParam();
+        Container::Options options;
+        options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(userMode));
+        options.ambients.emplace(DISPID_AMBIENT_DISPLAYNAME, Variant(u"Thing1"));
+        options.bounds = bounds;
+        auto container = std::make_unique<Container>(std::move(options));
+        const auto bag = MakeObject<MemoryBag>();
+        if (*id == CLSID_ComboGrid) {
+            bag->Set(L"Rows", Variant(4));
+            bag->Set(L"Cols", Variant(4));
+            bag->Set(L"FormatString", Variant(u"No|A|B|C;No|x|x|y"));
+            bag->Set(L"ColWidth0", Variant(600));
+        }
+        container->Place(ServerUnderTest::Get().Create(*id),
+                         [&](IUnknown* control) { EXPECT_EQ(S_OK, LoadFromBag(control, bag.get())); });
+        return container;
+    }
+    static PixelPicture Shown(const Container& container) {
+        Pump();
+        const HWND window = container.ControlWindow();
+        RECT area{};
+        GetWindowRect(window, &area);
+        const Size size{static_cast<int>(area.right - area.left), static_cast<int>(area.bottom - area.top)};
+        return PictureOf(size, [&](HDC dc) {
+            const HDC source = GetDC(window);
+            BitBlt(dc, 0, 0, size.width, size.height, source, 0, 0, SRCCOPY);
+            ReleaseDC(window, source);
+        });
+    }
+    // Makes each change of an object that a control has, or of the control, and returns how many of them show.
+    int CompareChanges(const std::function<ComPtr<IDispatch>(const Container&)>& object) const {
+        const auto container = Make();
+        int visible = 0;
+        for (const Change& change : ChangesOf(object(*container).get())) {
+            SCOPED_TRACE(change.Print());
+            const auto fresh = Make();
+            if (!change.ApplyTo(object(*fresh).get())) continue;
+            fresh->Activate();
+            const PixelPicture expected = Shown(*fresh);
+            fresh->Close();
+            const auto living = Make();
+            living->Activate();
+            const PixelPicture before = Shown(*living);
+            EXPECT_TRUE(change.ApplyTo(object(*living).get()));
+            EXPECT_EQ(0, Different(expected, Shown(*living)));
+            visible += Different(before, expected) != 0 ? 1 : 0;
+        }
+        return visible;
+    }
+    static int Different(const PixelPicture& a, const PixelPicture& b) {
+        if (a.size != b.size) return INT_MAX;
+        int different = 0;
+        for (std::size_t i = 0; i < a.pixels.size(); ++i) different += a.pixels[i] != b.pixels[i] ? 1 : 0;
+        return different;
+    }
+};
+
+std::string ModeName(const ::testing::TestParamInfo<std::tuple<const CLSID*, bool>>& parameter) {
+    const auto [id, userMode] = parameter.param;
+    return ControlName({id, parameter.index}) + (userMode ? "InRunMode" : "InDesignMode");
+}
+
+INSTANTIATE_TEST_SUITE_P(Controls, RepaintTest,
+                         ::testing::Combine(::testing::ValuesIn(EachControlId()), ::testing::Bool()), ModeName);
+
+TEST_P(RepaintTest, ASetPropertyShowsAtOnce) {
+    const bool hidden = std::get<bool>(GetParam()) && IsInvisible(std::get<0>(GetParam()));
+    const int visible = CompareChanges([](const Container& control) { return control.Automation(); });
+    const CLSID& id = *std::get<0>(GetParam());
+    const bool plain = id == CLSID_Backup || id == CLSID_CMenus;
+    EXPECT_EQ(!hidden && !plain, visible > 0) << "something is there to see";
+}
+
+TEST_P(RepaintTest, AnotherSizeShowsWhole) {
+    for (const RECT& bounds : {RECT{10, 10, 330, 190}, RECT{10, 10, 170, 80}, RECT{10, 10, 330, 80}}) {
+        const auto fresh = Make(bounds);
+        fresh->Activate();
+        const PixelPicture expected = Shown(*fresh);
+        fresh->Close();
+        const auto living = Make();
+        living->Activate();
+        Shown(*living);
+        living->MoveTo(bounds);
+        EXPECT_EQ(0, Different(expected, Shown(*living))) << bounds.right << " x " << bounds.bottom;
+    }
+}
+
+class InnerGridRepaintTest : public RepaintTest {};
+
+INSTANTIATE_TEST_SUITE_P(Controls, InnerGridRepaintTest,
+                         ::testing::Combine(::testing::Values(&CLSID_ComboGrid), ::testing::Bool()), ModeName);
+
+TEST_P(InnerGridRepaintTest, ASetPropertyShowsAtOnce) {
+    const int visible = CompareChanges(
+        [](const Container& control) { return Call(control.Automation().get(), L"Grid").ToObject<IDispatch>(); });
+    EXPECT_GT(visible, 40);
+}
+
+}  // namespace
+}  // namespace qvx::test

@@ -1,0 +1,249 @@
+// Windows that come to a monitor of another resolution: they become what they would have been there from the start, and
+// what they were when they come back.
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "Qvx.h"
+#include "controls/backup/password_dialog.h"
+#include "designer/editors/image_editor_dialog.h"
+#include "designer/editors/menu_editor_dialog.h"
+#include "dialogs/about_dialog.h"
+#include "dialogs/show_message_dialog.h"
+#include "tests/control/designer_form.h"
+#include "tests/support/form_window.h"
+#include "tests/support/input.h"
+#include "tests/support/message_box.h"
+#include "tests/support/resolution.h"
+
+namespace qvx {
+namespace {
+
+using test::LookOf;
+using test::Monitor;
+
+constexpr int resolutions[] = {96, 144, 192};
+
+// ---- Dialogs -------------------------------------------------------------------------------------------------------
+
+// What somebody sees of one.
+struct Seen {
+    std::string look;
+    test::PixelPicture picture;
+
+    explicit Seen(HWND dialog) : look(LookOf(dialog)), picture(test::PictureOnScreen(dialog)) {}
+    Seen() = default;
+};
+
+struct Dialog {
+    const char* name;
+    std::function<void(HWND owner)> show;
+    std::function<HWND()> wait;  // from the person's thread
+    bool still;                  // nothing blinks in it
+};
+
+class Resolution : public ::testing::TestWithParam<Dialog> {
+  protected:
+    void SetUp() override {
+        owner_ = CreateWindowExW(0, L"STATIC", L"Owner", WS_OVERLAPPEDWINDOW, 100, 100, 500, 300, nullptr, nullptr,
+                                 nullptr, nullptr);
+        ASSERT_TRUE(test::BringToFront(owner_));
+        // Off the buttons, which rise under it.
+        test::MoveMouseTo({1, 1});
+    }
+    void TearDown() override {
+        DestroyWindow(owner_);
+        test::WaitFor([] { return false; }, 30);
+    }
+    void With(const std::function<void(HWND dialog)>& acts) {
+        const test::Person person([&] {
+            const HWND dialog = GetParam().wait();
+            if (!dialog) return;
+            acts(dialog);
+            // By the close box, which no key that went astray can press.
+            PostMessageW(dialog, WM_CLOSE, 0, 0);
+        });
+        GetParam().show(owner_);
+        test::WaitFor([&] { return GetForegroundWindow() == owner_; }, 1000);
+    }
+    static Seen Look(HWND dialog) {
+        UpdateWindow(dialog);
+        Sleep(300);
+        return Seen(dialog);
+    }
+
+    HWND owner_ = nullptr;
+};
+
+TEST_P(Resolution, ADialogFollowsItsMonitor) {
+    std::map<int, Seen> fresh;
+    for (const int dots : resolutions) {
+        const Monitor monitor(dots);
+        With([&](HWND dialog) { fresh[dots] = Look(dialog); });
+    }
+    EXPECT_NE(fresh[96].look, fresh[192].look);
+    Monitor monitor(96);
+    With([&](HWND dialog) {
+        for (const int dots : {192, 96, 144, 192, 144, 96}) {
+            const Rect suggested = monitor.Become(dots, dialog);
+            RECT place{};
+            GetWindowRect(dialog, &place);
+            EXPECT_EQ(place.left, suggested.left) << dots;
+            EXPECT_EQ(place.top, suggested.top) << dots;
+            const Seen now = Look(dialog);
+            EXPECT_EQ(now.look, fresh[dots].look) << dots;
+            if (GetParam().still) {
+                EXPECT_TRUE(now.picture.pixels == fresh[dots].picture.pixels) << dots;
+            }
+        }
+    });
+}
+
+HWND WaitForAbout() {
+    HWND found = nullptr;
+    EXPECT_TRUE(test::WaitFor(
+        [&] {
+            found = FindWindowW(L"QvxAbout", nullptr);
+            return found && IsWindowVisible(found) && GetForegroundWindow() == found;
+        },
+        8000, false));
+    return found;
+}
+
+const Dialog dialogs[] = {
+    {"MessageBox",
+     [](HWND owner) {
+         dialogs::ShowMessage(owner, u"Error sending mail. Make sure that you have your email client.", 3,
+                              Text(u"Send E-mail"), 7, false, 0);
+     },
+     &test::WaitForBox, true},
+    {"AboutBox", [](HWND owner) { ShowAboutBox(owner); }, &WaitForAbout, true},
+    {"PasswordPrompt",
+     [](HWND owner) { backup::PasswordDialog([]() -> std::optional<Text> { return u"x"; }).Run(owner); },
+     [] { return test::WaitForForm(L"Password"); }, false},
+    {"MenuEditor",
+     [](HWND owner) {
+         const auto file = host::FormFile::Parse("Begin Form f\nBegin Menu m\nCaption = \"M\"\nEnd\nEnd\n");
+         host::design::MenuEditor(file.form).Ask(owner);
+     },
+     &host::design::WaitForEditor, false},
+    {"ImageListEditor", [](HWND owner) { host::design::ImageEditor({}, u"", nullptr).Ask(owner); },
+     &host::design::WaitForEditor, false},
+};
+
+INSTANTIATE_TEST_SUITE_P(Dialogs, Resolution, ::testing::ValuesIn(dialogs),
+                         [](const ::testing::TestParamInfo<Dialog>& parameter) {
+                             return std::string(parameter.param.name);
+                         });
+
+// ---- Forms and controls --------------------------------------------------------------------------------------------
+
+class FormResolution : public host::HostFormTest {
+  protected:
+    // With components of this very program, whose resolution the tests give.
+    void Open() {
+        const std::pair<const char16_t*, const CLSID*> components[] = {
+            {u"Qvx.TextEdit", &CLSID_TextEdit}, {u"Qvx.RButton", &CLSID_RButton}, {u"Qvx.ComboGrid", &CLSID_ComboGrid}};
+        for (const auto& [name, id] : components) {
+            ComPtr<IClassFactory> factory;
+            ASSERT_EQ(DllGetClassObject(*id, IID_IClassFactory, factory.put_void()), S_OK);
+            ASSERT_EQ(factory->CreateInstance(nullptr, IID_IUnknown, source_.objects[name].put_void()), S_OK);
+        }
+        Load(text_, u"");
+        test::WaitFor([] { return false; }, 50);
+        source_.objects.clear();
+    }
+
+    const std::string text_ =
+        "Begin Form f\r\n  Caption = \"Fields\"\r\n  ClientWidth = 6015\r\n  ClientHeight = 3015\r\n"
+        "  Begin Label lblFirst\r\n    Caption = \"First\"\r\n    Left = 105\r\n    Top = 105\r\n    Width = 915\r\n"
+        "    Height = 255\r\n  End\r\n"
+        "  Begin Qvx.TextEdit txtFirst\r\n    Left = 1095\r\n    Top = 105\r\n    Width = 1215\r\n"
+        "    Height = 375\r\n  End\r\n"
+        "  Begin Frame fraBox\r\n    Left = 2505\r\n    Top = 105\r\n    Width = 2010\r\n    Height = 1005\r\n"
+        "    Begin TextBox txtIn\r\n      Left = 105\r\n      Top = 255\r\n      Width = 900\r\n      Height = 285\r\n"
+        "    End\r\n  End\r\n"
+        "  Begin Qvx.RButton cmdGo\r\n    Left = 105\r\n    Top = 1200\r\n    Width = 1215\r\n    Height = 375\r\n"
+        "  End\r\n"
+        "  Begin Qvx.ComboGrid grd\r\n    Left = 1500\r\n    Top = 1200\r\n    Width = 3000\r\n    Height = 1500\r\n"
+        "  End\r\nEnd\r\n";
+};
+
+TEST_F(FormResolution, AFormAndItsControlsFollowTheirMonitor) {
+    std::map<int, std::string> fresh;
+    for (const int dots : resolutions) {
+        const Monitor monitor(dots);
+        Open();
+        fresh[dots] = LookOf(form_->Handle());
+        form_.reset();
+    }
+    EXPECT_NE(fresh[96], fresh[192]);
+    Monitor monitor(96);
+    Open();
+    const std::string saved = SavedBytes();
+    for (const int dots : {192, 96, 144, 192, 144, 96}) {
+        monitor.Become(dots, form_->Handle());
+        EXPECT_EQ(LookOf(form_->Handle()), fresh[dots]) << dots;
+        EXPECT_EQ(form_->ClientWidth(), 6015) << dots;
+        EXPECT_EQ(form_->ClientHeight(), 3015) << dots;
+        // Nobody has changed anything.
+        EXPECT_EQ(SavedBytes(), saved) << dots;
+    }
+    DeleteFileW(Wide(SavedPath()));
+}
+
+// Before Windows 10 the system told top-level windows alone, and a host then sized its controls.
+TEST_F(FormResolution, ATextEditFollowsAHostThatOnlySizesIt) {
+    std::map<int, std::string> fresh;
+    for (const int dots : resolutions) {
+        const Monitor monitor(dots);
+        Open();
+        fresh[dots] = LookOf(form_->FindControl(u"txtFirst")->Window());
+        form_.reset();
+    }
+    const Monitor monitor(96);
+    Open();
+    host::FormControl* box = form_->FindControl(u"txtFirst");
+    for (const int dots : {192, 96, 144}) {
+        const DpiOverride told(Dpi{dots, dots});
+        box->FollowResolution();
+        EXPECT_EQ(LookOf(box->Window()), fresh[dots]) << dots;
+    }
+}
+
+}  // namespace
+}  // namespace qvx
+
+namespace qvx::host::design {
+namespace {
+
+TEST_F(DesignerTest, TheDesignerFollowsItsMonitor) {
+    std::map<int, std::string> fresh;
+    for (const int dots : {96, 144, 192}) {
+        const test::Monitor monitor(dots);
+        Open(formText);
+        fresh[dots] = test::LookOf(designer_->Picture().Handle());
+    }
+    test::Monitor monitor(96);
+    Open(formText);
+    for (const int dots : {192, 96, 144, 96}) {
+        designer_->Select({});
+        const Rect suggested = monitor.Become(dots, designer_->Handle());
+        Settle();
+        RECT place{};
+        GetWindowRect(designer_->Handle(), &place);
+        EXPECT_EQ(place.left, suggested.left) << dots;
+        EXPECT_EQ(place.top, suggested.top) << dots;
+        EXPECT_EQ(test::LookOf(designer_->Picture().Handle()), fresh[dots]) << dots;
+        EXPECT_EQ(SendMessageW(designer_->Palette().List(), LB_GETITEMHEIGHT, 0, 0), 24 * dots / 96) << dots;
+        EXPECT_EQ(designer_->Form().Bytes(), formText) << dots;
+        // Shapes are where they are drawn.
+        Click(At(840, 420));
+        ASSERT_TRUE(designer_->Selected().Primary()) << dots;
+        EXPECT_EQ(designer_->Selected().Primary()->name, u"cmdOk") << dots;
+        EXPECT_FALSE(designer_->Form().Dirty()) << dots;
+    }
+}
+
+}  // namespace
+}  // namespace qvx::host::design

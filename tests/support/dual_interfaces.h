@@ -1,0 +1,89 @@
+// The dual interfaces of the server, as its type library has them, with an object for each and calls of its members.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "com/pointer.h"
+#include "com/variant.h"
+#include "tests/support/container.h"
+
+namespace qvx::test {
+
+struct Parameter {
+    std::string name;
+    VARTYPE type = VT_EMPTY;  // VT_BYREF set for pointers
+    bool optional = false;
+    bool result = false;
+
+    VARTYPE Target() const { return static_cast<VARTYPE>(type & ~VT_BYREF); }
+    bool Pointer() const { return (type & VT_BYREF) != 0; }
+};
+
+struct Function {
+    std::string name;
+    MEMBERID id = 0;
+    INVOKEKIND kind = INVOKE_FUNC;
+    SHORT offset = 0;                   // in the vtable
+    std::vector<Parameter> parameters;  // from left to right, the result last
+
+    bool Put() const { return kind == INVOKE_PROPERTYPUT || kind == INVOKE_PROPERTYPUTREF; }
+    // Without the result.
+    size_t Arguments() const {
+        return static_cast<size_t>(
+            std::count_if(parameters.begin(), parameters.end(), [](const Parameter& p) { return !p.result; }));
+    }
+    size_t Required() const {
+        size_t required = 0;
+        for (size_t p = 0; p < Arguments(); ++p) required = parameters[p].optional ? required : p + 1;
+        return required;
+    }
+    bool GivesObject() const {
+        return !parameters.empty() && parameters.back().result &&
+               (parameters.back().Target() == VT_DISPATCH || parameters.back().Target() == VT_UNKNOWN);
+    }
+};
+
+struct Interface {
+    std::string name;
+    IID id{};
+    std::vector<Function> functions;
+};
+
+std::vector<Interface> DualInterfaces();
+
+// A control in place, and its object of one interface: the control itself or one inside it.
+struct Subject {
+    std::unique_ptr<Container> container;
+    ComPtr<IDispatch> object;
+    bool inside = false;
+};
+
+Subject Make(const Interface& face);
+
+// One that a member takes; `number` where it takes numbers.
+Variant Plausible(VARTYPE target, long number = 1);
+std::vector<Variant> PlausibleArguments(const Function& function);
+
+struct LateResult {
+    HRESULT result = S_OK;
+    HRESULT scode = S_OK;
+    UINT wrong = 0;
+};
+
+// `names`: of the last arguments, left to right; a put's value has its own. What a failed call leaves in the result is
+// checked here, whatever it was called with. `value` gets what a call that succeeds gives back.
+LateResult CallLate(IDispatch* object, const Function& function, const std::vector<Variant>& arguments,
+                    std::vector<DISPID> names = {}, Variant* value = nullptr);
+
+// Every member, on an object that those of its interface share.
+void ForEachFunction(const std::function<void(const Interface&, const Function&, const Subject&)>& act);
+
+}  // namespace qvx::test

@@ -1,0 +1,179 @@
+// What a button paints, as the list of drawing calls.
+#include "widgets/button/button_face.h"
+
+#include <gtest/gtest.h>
+
+#include "drawing/recording_surface.h"
+
+namespace qvx::buttons {
+namespace {
+
+struct Case {
+    const char* name;
+    void (*change)(ButtonLook&);
+    int state;
+    bool focused;
+    const char* expected;
+};
+
+const Case cases[] = {
+    {"at rest", [](ButtonLook&) {}, 0, false,
+     R"(fill (0,0,100,24) &H8000000F
+text "&Save" (0,0,100,24) 8.25 &H80000012 format 37
+edge (0,0,100,24) style 4 sides 15
+)"},
+    {"at rest, focused", [](ButtonLook&) {}, 0, true,
+     R"(fill (0,0,100,24) &H8000000F
+text "&Save" (0,0,100,24) 8.25 &H80000012 format 37
+edge (0,0,100,24) style 4 sides 15
+focus (3,3,97,21)
+)"},
+    {"no focus rectangle wanted", [](ButtonLook& look) { look.focusRect = false; }, 0, true,
+     R"(fill (0,0,100,24) &H8000000F
+text "&Save" (0,0,100,24) 8.25 &H80000012 format 37
+edge (0,0,100,24) style 4 sides 15
+)"},
+    {"disabled is embossed and shows no focus", [](ButtonLook& look) { look.enabled = false; }, 0, true,
+     R"(fill (0,0,100,24) &H8000000F
+text "&Save" (1,1,101,25) 8.25 &H80000014 format 37
+text "&Save" (0,0,100,24) 8.25 &H80000010 format 37
+edge (0,0,100,24) style 4 sides 15
+)"},
+    {"flat with a drop-down",
+     [](ButtonLook& look) {
+         look.behavior = Style::flatHeavy;
+         look.dropDown = true;
+         look.borderColor = Rgb(1, 2, 3);
+         look.backColor = Rgb(255, 255, 255);
+         look.foreColor = Rgb(0, 0, 255);
+     },
+     0, false,
+     R"(fill (0,0,100,24) &H00FFFFFF
+text "&Save" (0,0,100,24) 8.25 &H00FF0000 format 37
+control (85,0,98,24) kind 5 state 16
+frame (0,0,100,24) &H00030201
+)"},
+    {"flat, disabled, with a drop-down",
+     [](ButtonLook& look) {
+         look.behavior = Style::flatSimple;
+         look.dropDown = true;
+         look.enabled = false;
+     },
+     0, false,
+     R"(fill (0,0,100,24) &H8000000F
+text "&Save" (1,1,101,25) 8.25 &H80000014 format 37
+text "&Save" (0,0,100,24) 8.25 &H80000010 format 37
+control (85,0,98,24) kind 5 state 272
+frame (0,0,100,24) &H8000000F
+)"},
+    {"hot, simple raise", [](ButtonLook& look) { look.behavior = Style::flatSimple; }, 1, true,
+     "edge (0,0,100,24) style 4 sides 15\n"},
+    {"hot, flat at rest", [](ButtonLook& look) { look.behavior = Style::flatHeavy; }, 1, false,
+     "edge (0,0,100,24) style 5 sides 15\n"},
+    {"hot, raised at rest", [](ButtonLook&) {}, 1, false, "edge (0,0,100,24) style 5 sides 15\n"},
+    {"pressed, with everything", [](ButtonLook& look) { look.dropDown = true; }, 2, true,
+     R"(fill (0,0,100,24) &H8000000F
+text "&Save" (1,1,101,25) 8.25 &H80000012 format 37
+control (86,1,99,25) kind 5 state 16
+edge (0,0,100,24) style 2 sides 15
+focus (3,3,97,21)
+)"},
+    {"above pressed is pressed", [](ButtonLook&) {}, 7, false,
+     R"(fill (0,0,100,24) &H8000000F
+text "&Save" (1,1,101,25) 8.25 &H80000012 format 37
+edge (0,0,100,24) style 2 sides 15
+)"},
+    {"below normal draws nothing", [](ButtonLook&) {}, -1, true, ""},
+};
+
+ButtonLook Look() {
+    ButtonLook look;
+    look.caption = u"&Save";
+    look.face = {0, 0, 100, 24};
+    return look;
+}
+
+TEST(ButtonFace, EachState) {
+    for (const Case& c : cases) {
+        ButtonLook look = Look();
+        c.change(look);
+        RecordingSurface surface;
+        DrawButton(surface, look, c.state, c.focused);
+        EXPECT_EQ(surface.Log(), c.expected) << c.name;
+    }
+}
+
+TEST(ButtonFace, DistancesFollowTheResolution) {
+    ButtonLook look = Look();
+    look.dropDown = true;
+    look.face = {0, 0, 200, 48};
+    RecordingSurface surface(Dpi{192, 192});
+    DrawButton(surface, look, 0, true);
+    EXPECT_NE(surface.Log().find("control (170,0,196,48)"), std::string::npos) << surface.Log();
+    EXPECT_NE(surface.Log().find("focus (6,6,194,42)"), std::string::npos) << surface.Log();
+}
+
+TEST(ButtonFace, NoFocusRectangleWhereThereIsNoRoom) {
+    ButtonLook look = Look();
+    look.face = {0, 0, 6, 6};
+    RecordingSurface surface;
+    DrawFocus(surface, look);
+    EXPECT_EQ(surface.Log(), "");
+}
+
+// A repaint shows what the calls so far have left on the button.
+TEST(ButtonFace, ImageRemembersWhatWasDrawn) {
+    struct {
+        const char* name;
+        void (*draw)(ButtonImage&);
+        std::vector<std::pair<int, bool>> expected;  // the calls of DrawButton that make the same picture
+    } const sequences[] = {
+        {"nothing yet", [](ButtonImage&) {}, {{0, false}}},
+        {"hot over rest", [](ButtonImage& i) { i.Draw(1, false); }, {{0, false}, {1, false}}},
+        {"focus drawn twice is drawn once",
+         [](ButtonImage& i) {
+             i.DrawFocus();
+             i.DrawFocus();
+         },
+         {{0, true}}},
+        {"focus drawn on a hot button",
+         [](ButtonImage& i) {
+             i.Draw(1, false);
+             i.DrawFocus();
+         },
+         {{0, true}, {1, true}}},
+        {"hot over pressed",
+         [](ButtonImage& i) {
+             i.Draw(2, true);
+             i.Draw(1, true);
+         },
+         {{2, true}, {1, true}}},
+        {"rest wipes all",
+         [](ButtonImage& i) {
+             i.Draw(2, true);
+             i.Draw(1, true);
+             i.Draw(0, false);
+         },
+         {{0, false}}},
+        {"below normal changes nothing",
+         [](ButtonImage& i) {
+             i.Draw(2, false);
+             i.Draw(-3, true);
+         },
+         {{2, false}}},
+    };
+    for (const auto& s : sequences) {
+        ButtonImage image;
+        s.draw(image);
+        RecordingSurface painted;
+        image.Paint(painted, Look());
+        RecordingSurface expected;
+        for (const auto& [state, focused] : s.expected) {
+            DrawButton(expected, Look(), state, focused);
+        }
+        EXPECT_EQ(painted.Log(), expected.Log()) << s.name;
+    }
+}
+
+}  // namespace
+}  // namespace qvx::buttons

@@ -1,0 +1,118 @@
+// How a button answers sequences of events.
+#include "widgets/button/button_logic.h"
+
+#include <gtest/gtest.h>
+
+#include "common/keys.h"
+#include "tests/unit/button/sequences.h"
+#include "widgets/button/access_key.h"
+
+namespace qvx::buttons {
+namespace {
+
+TEST(ButtonLogic, Sequences) {
+    ExpectSequences<ButtonLogic>({
+        {"hover and leave", {Move(in, false, "capture 1"), Move(out, false, "release 0")}},
+        {"the edge is inside",
+         {Move({0, 0}, false, "capture 1"), Move({100, 24}, false, "capture 1"), Move({100, 25}, false, "release 0"),
+          Move({-1, 3}, false, "release 0")}},
+        {"click once", {Press("capture 2"), Release(in, "release 0 click"), Release(in, "release 0")}},
+        {"dragged off, released outside: no click",
+         {Press("capture 2"), Move(out, true, "0"), Release(out, "release 0")}},
+        {"another button clicks too",
+         {{[](PushLogic& b) { return b.OtherButtonDown(); }, "capture"}, Release(in, "release 0 click")}},
+        {"pressed elsewhere, released here: no click", {Move(in, true, "capture 2"), Release(in, "release 0")}},
+        {"the mouse was taken away while pressed",
+         {Press("capture 2"), {[](PushLogic& b) { return b.CaptureLost(); }, "0"}, Release(in, "release 0")}},
+        {"dragged off and back",
+         {Press("capture 2"), Move(out, true, "0"), Move(in, true, "capture 2"), Release(in, "release 0 click")}},
+        {"another button held outside keeps the mouse",
+         {{[](PushLogic& b) {
+               return b.MouseMove({out, face, false, true});
+           },
+           "0"},
+          {[](PushLogic& b) {
+               return b.MouseMove({in, face, false, true});
+           },
+           "capture 1"}}},
+        {"the mouse was taken away",
+         {Press("capture 2"), {[](PushLogic& b) { return b.CaptureLost(); }, "0"}, AccessKeyPressed('S', "0 click")}},
+        {"space clicks when it comes up",
+         {Down(keys::space, 0, "capture 2"), Up(keys::space, 0, false, "0 release click")}},
+        {"space repeats", {Down(keys::space, 0, "capture 2"), Down(keys::space, 0, "")}},
+        {"the mouse does nothing while space is held",
+         {Down(keys::space, 0, "capture 2"), Move(out, false, ""), Up(keys::space, 0, true, "0 release click"),
+          Move(out, false, "release 0")}},
+        {"space with the mouse held as well: the mouse decides",
+         {Press("capture 2"), Down(keys::space, 0, "capture 2"), Up(keys::space, 0, true, ""),
+          Release(in, "release 0 click")}},
+        {"space with the mouse held outside",
+         {Press("capture 2"), Down(keys::space, 0, "capture 2"), Up(keys::space, 0, false, "0"),
+          Release(out, "release 0")}},
+        {"space that went down elsewhere", {Up(keys::space, 0, true, "")}},
+        {"space with shift is not the button's", {Down(keys::space, keys::shiftMask, "")}},
+        {"shift pressed meanwhile calls the click off",
+         {Down(keys::space, 0, "capture 2"), Up(keys::space, keys::shiftMask, true, "0 release")}},
+        {"focus lost while space is held",
+         {Focus("focus"), Down(keys::space, 0, "capture 2"), Blur("release 0"), Up(keys::space, 0, true, "")}},
+        {"disabled while pressed",
+         {Press("capture 2"),
+          {[](PushLogic& b) { return b.Cancel(); }, "release 0"},
+          AccessKeyPressed('S', "0 click")}},
+        {"arrows move the focus",
+         {Down(keys::left, 0, "shift-tab"), Down(keys::right, 0, "tab"), Down(keys::left, keys::controlMask, ""),
+          Down(keys::up, 0, ""), Down(keys::enter, 0, "")}},
+        {"access key", {AccessKeyPressed('S', "0 click")}},
+        {"access key while busy",
+         {Press("capture 2"), AccessKeyPressed('S', ""), Release(out, "release 0"), Down(keys::space, 0, "capture 2"),
+          AccessKeyPressed('S', "")}},
+    });
+}
+
+TEST(ButtonLogic, KeysThatEndAtTheButton) {
+    const ButtonLogic logic;
+    for (const int key : {keys::space, keys::left, keys::right}) {
+        EXPECT_TRUE(logic.Wants(key, 0)) << key;
+        EXPECT_FALSE(logic.Wants(key, keys::shiftMask)) << key;
+        EXPECT_FALSE(logic.Wants(key, keys::controlMask)) << key;
+    }
+    for (const int key : {keys::up, keys::down, keys::enter, keys::escape, keys::tab}) {
+        EXPECT_FALSE(logic.Wants(key, 0)) << key;
+    }
+}
+
+TEST(ButtonLogic, WhatCountsAsFocused) {
+    ButtonLogic logic;
+    logic.AccessKeyPress(keys::enter);
+    logic.AccessKeyPress(keys::escape);
+    EXPECT_FALSE(logic.Focused()) << "a default or cancel button does not take the focus";
+    logic.AccessKeyPress('S');
+    EXPECT_TRUE(logic.Focused());
+    logic.LostFocus();
+    EXPECT_FALSE(logic.Focused());
+    logic.GotFocus();
+    EXPECT_TRUE(logic.Focused());
+    logic.SetFocused(false);
+    EXPECT_FALSE(logic.Focused());
+    logic.SetFocused(true);
+    EXPECT_TRUE(logic.Focused());
+}
+
+TEST(AccessKey, CharacterAndMatching) {
+    struct {
+        const char16_t* caption;
+        char16_t key;
+    } const cases[] = {{u"&Save", u'S'}, {u"Sa&ve && quit", u'v'}, {u"OK", u'O'},
+                       {u"", 0},         {u"Trailing&", 0},        {u"&&", u'&'},
+                       {u"&Änd", u'Ä'},  {u"A && &B", u'&'},       {u" leading", u' '}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(AccessKey(c.caption), c.key) << static_cast<int>(c.key);
+    }
+    EXPECT_TRUE(IsAccessKey(u"&Save", u's'));
+    EXPECT_TRUE(IsAccessKey(u"&\u00C4nd", u'\u00E4'));
+    EXPECT_FALSE(IsAccessKey(u"&Save", u'a'));
+    EXPECT_FALSE(IsAccessKey(u"", u'\0'));
+}
+
+}  // namespace
+}  // namespace qvx::buttons

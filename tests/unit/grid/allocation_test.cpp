@@ -1,0 +1,346 @@
+// The data-entry grid without memory: each allocation of each call fails once, alone and with all behind it.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "controls/grid/aggregates.h"
+#include "controls/grid/binding.h"
+#include "controls/grid/cell_edit.h"
+#include "controls/grid/clipboard_text.h"
+#include "controls/grid/column_index.h"
+#include "controls/grid/duplicate_rows.h"
+#include "controls/grid/edit_history.h"
+#include "controls/grid/lifecycle.h"
+#include "controls/grid/paste.h"
+#include "controls/grid/projection.h"
+#include "controls/grid/row_commands.h"
+#include "controls/grid/row_operations.h"
+#include "controls/grid/validation.h"
+#include "tests/support/portable/failing_allocation.h"
+#include "tests/unit/flexgrid/grid_description.h"
+#include "tests/unit/grid/grid_fixture.h"
+
+namespace qvx::grid {
+namespace {
+
+using test::ExpectAllOrNothing;
+using test::FailingAllocation;
+using test::Starvation;
+
+const TextView longText = u"a text that no string holds within itself";
+
+// A grid, an editor over its cells and a host program, which cancels what it is told of when it is asked to.
+struct Scene {
+    Scene() {
+        Fill(grid, {u"No\tName\tQty\tRate\tItem", u"1\tfirst of the names\t1\t2\tPen", u"2\tsecond\t3\t4\tPencil",
+                    u"3\t\u0416\u0416\u0416 wide\t5\t6\tInk", u"4\t\t\t\t"});
+        state.autoRecordNumber = true;
+        state.initialised = true;
+        state.columnsDataType = u";Qty-0;Rate-1;";
+        state.requiredFields = u";Name;Item;";
+        state.inVisibleColumns = u";Rate;";
+        state.nonFocusColumns = u";Qty;";
+        for (const int row : {1, 2, 3, 4}) grid.SetRowData(row, row);
+        grid.MoveTo(3, 1);
+    }
+
+    // CellEditor
+    void MoveFrame(const EditorPlacement&) {}
+    void MoveCombo(const EditorPlacement&) {}
+    void BringComboToFront() {}
+    void SetComboText(TextView text) { comboText = text; }
+    Text ComboText() const { return comboText; }
+    void SetComboTag(TextView text) { comboTag = text; }
+    Text ComboTag() const { return comboTag; }
+    void ShowFrame(bool shown) { frameShown = shown; }
+    void SetFrameTag(TextView text) { frameTag = text; }
+    Text FrameTag() const { return frameTag; }
+    void DropDown() {}
+    void FocusCombo() {}
+    ListState List() const { return ListOf({u"Pen", u"Pencil", u"Ink"}); }
+    CellBox Cell() const { return {}; }
+    DateSettings DateSettingsNow() const { return {}; }
+    int ScrollBarPixels() const { return 17; }
+    int TwipsPerPixelX() const { return 15; }
+    // EditEvents, ChangeEvents
+    bool Listens() const { return listens; }
+    void BeforeCellChange(int, int, const Text& text, bool&) { told = text; }
+    void AfterCellChange(int, int, const Text&, const Text& text, bool& cancel) {
+        told = text;
+        cancel = cancels;
+    }
+    void OnError(int, TextView, bool&) {}
+    void ReportError(int number, TextView) { reported = number; }
+
+    void Paste(TextView text) {
+        const ClipboardCells cells(text);
+        const CellRectangle rectangle(grid, cells);
+        CellWriter<Scene>(grid, state, history, *this, sources).Write(rectangle);
+    }
+
+    flexgrid::Grid grid;
+    ControlState state;
+    EditHistory history{grid};
+    Projection projection{grid, state};
+    CellSources sources{{}, [this](int) { return List(); }};
+    Text comboText, comboTag, frameTag, told;
+    bool frameShown = false;
+    bool listens = false;
+    bool cancels = false;
+    int reported = 0;
+};
+
+std::string Describe(const Scene& scene) {
+    const ControlState& state = scene.state;
+    return flexgrid::Describe(scene.grid) + "\nedit " + std::to_string(state.editRow) + ',' +
+           std::to_string(state.editCol) + (state.changed ? " changed" : "") + (state.editing ? " editing" : "") +
+           (state.committing != 0 ? " committing" : "") + (scene.history.CanUndo() ? " undo" : "") +
+           (scene.history.CanRedo() ? " redo" : "");
+}
+
+struct Row {
+    const char* name;
+    void (*call)(Scene& scene);
+    void (*prepare)(Scene& scene) = [](Scene&) {};
+};
+
+void PasteRows(Scene& scene) {
+    scene.state.autoAddNew = true;
+    scene.Paste(u"one of the pasted\t12\ttwo\r\nthree\r\n\"four\r\n\"\t7%\r\n\u0416\t8\t\r\n");
+}
+void Undo(Scene& scene) { (void)scene.history.Undo(scene.state); }
+void Redo(Scene& scene) { (void)scene.history.Redo(scene.state); }
+void InsertAbove(Scene& scene) { InsertRow(scene.grid, scene.state, scene.history); }
+void DeleteCurrent(Scene& scene) { DeleteRow(scene.grid, scene.state, scene.history); }
+
+const Row rows[] = {
+    {"a row inserted", InsertAbove},
+    {"a row inserted where none is numbered", InsertAbove, [](Scene& scene) { scene.state.autoRecordNumber = false; }},
+    {"a row deleted", DeleteCurrent},
+    {"a row deleted where none is numbered", DeleteCurrent, [](Scene& scene) { scene.state.autoRecordNumber = false; }},
+    {"the last row deleted", DeleteCurrent, [](Scene& scene) { scene.grid.SetRows(2); }},
+    {"rows appended", [](Scene& scene) { AppendRows(scene.grid, scene.state, scene.history, 600); }},
+    {"cells pasted", [](Scene& scene) { scene.Paste(u"one\ttwo\r\nthree\r\n"); }},
+    {"a cell pasted everywhere", [](Scene& scene) { scene.Paste(longText); },
+     [](Scene& scene) { scene.grid.Select(1, 1, 4, 4); }},
+    {"cells pasted beyond the end", PasteRows},
+    {"undoing cells", Undo, [](Scene& scene) { scene.Paste(u"one\ttwo\r\nthree\r\n"); }},
+    {"undoing an insertion", Undo, InsertAbove},
+    {"undoing a deletion", Undo, DeleteCurrent},
+    {"undoing a deletion where none is numbered", Undo,
+     [](Scene& scene) {
+         scene.state.autoRecordNumber = false;
+         DeleteCurrent(scene);
+     }},
+    {"undoing appended rows with cells", Undo, PasteRows},
+    {"redoing cells", Redo,
+     [](Scene& scene) {
+         scene.Paste(u"one\ttwo\r\nthree\r\n");
+         Undo(scene);
+     }},
+    {"redoing an insertion", Redo,
+     [](Scene& scene) {
+         InsertAbove(scene);
+         Undo(scene);
+     }},
+    {"redoing a deletion", Redo,
+     [](Scene& scene) {
+         DeleteCurrent(scene);
+         Undo(scene);
+     }},
+    {"redoing appended rows with cells", Redo,
+     [](Scene& scene) {
+         PasteRows(scene);
+         Undo(scene);
+     }},
+    {"numbering", [](Scene& scene) { Renumber(scene.grid, scene.state); },
+     [](Scene& scene) {
+         scene.grid.SetRows(30'000);
+         scene.grid.SetRows(40);
+     }},
+    {"invisible columns", [](Scene& scene) { ApplyInVisibleColumns(scene.grid, scene.state); },
+     [](Scene& scene) { scene.grid.SetFormatString(u"No|Name|Qty|Rate|Item|Another of them"); }},
+    {"all records removed", [](Scene& scene) { RemoveAllRecords(scene.grid, scene.state, scene.history); }},
+    {"a row cleared", [](Scene& scene) { ClearRow(scene.grid, 1, allColumns, {}); }},
+    {"a row cleared in part", [](Scene& scene) { ClearRow(scene.grid, 1, u";Name;Item;", {}); }},
+    {"a projected cell", [](Scene& scene) { scene.projection.Enter(); },
+     [](Scene& scene) { scene.state.projectionBold = true; }},
+    {"a projection ended", [](Scene& scene) { scene.projection.Leave(); },
+     [](Scene& scene) {
+         scene.state.projectionBold = true;
+         scene.projection.Enter();
+     }},
+    {"reading",
+     [](Scene& scene) {
+         (void)RefreshColIndex(scene.grid);
+         (void)FindInvalidCell(scene.grid, scene.state);
+         (void)FirstDuplicate(scene.grid, 1);
+         (void)CopiedText(scene.grid);
+         (void)SumOfColumn(scene.grid, 2);
+     }},
+};
+
+TEST(EntryGridAllocations, LeaveTheGridAsItWasOrDoAll) {
+    for (const Row& row : rows) {
+        const auto make = [&] {
+            auto scene = std::make_unique<Scene>();
+            row.prepare(*scene);
+            return scene;
+        };
+        ExpectAllOrNothing(row.name, make, row.call, Describe);
+    }
+}
+
+// What was recorded before a call that has run out of memory can still be taken back.
+TEST(EntryGridAllocations, LeaveTheHistoryWhatItWas) {
+    for (const Row& row : {Row{"inserting", InsertAbove}, Row{"deleting", DeleteCurrent}, Row{"pasting", PasteRows}}) {
+        test::ForEachAllocation([&](int passing, Starvation starvation) {
+            SCOPED_TRACE(row.name + std::to_string(passing));
+            Scene scene;
+            const std::string first = flexgrid::Describe(scene.grid);
+            scene.Paste(u"x");
+            bool happened = false;
+            bool starved = false;
+            {
+                const FailingAllocation failing(passing, starvation);
+                starved = test::RunsOutOfMemory([&] { row.call(scene); });
+                happened = failing.Happened();
+            }
+            if (starved) {
+                EXPECT_TRUE(scene.history.CanUndo());
+                Undo(scene);
+                EXPECT_EQ(flexgrid::Describe(scene.grid), first);
+            }
+            return happened;
+        });
+    }
+}
+
+// What was typed is in the cell or still in the open editor, and so is the old text before it was typed over.
+TEST(EntryGridAllocations, LoseNothingThatWasTyped) {
+    for (const bool cancels : {false, true}) {
+        test::ForEachAllocation([&](int passing, Starvation starvation) {
+            SCOPED_TRACE((cancels ? "cancelled " : "") + std::to_string(passing));
+            Scene scene;
+            scene.cancels = cancels;
+            scene.grid.Select(1, 1, 1, 1);
+            const Text old = scene.grid.TextMatrix(1, 1);
+            bool happened = false;
+            {
+                const FailingAllocation failing(passing, starvation);
+                ShowCellEditor(scene.grid, scene.state, scene, scene, true);
+                happened = failing.Happened();
+            }
+            EXPECT_FALSE(scene.state.editing);
+            EXPECT_EQ(EditIsOpen(scene.state) ? scene.comboText : scene.grid.TextMatrix(1, 1), old);
+            EXPECT_EQ(scene.reported, happened ? errors::outOfMemory : 0);
+            if (!EditIsOpen(scene.state)) {
+                EXPECT_FALSE(scene.frameShown);
+                EXPECT_TRUE(ShowCellEditor(scene.grid, scene.state, scene, scene, true));
+            }
+            scene.comboText = longText;
+            scene.reported = 0;
+            {
+                const FailingAllocation failing(passing, starvation);
+                CommitEdit(scene.grid, scene.state, scene.history, scene, scene);
+                happened = failing.Happened() || happened;
+            }
+            EXPECT_EQ(scene.state.committing, 0);
+            if (EditIsOpen(scene.state)) {
+                EXPECT_EQ(scene.comboText, longText);
+                EXPECT_EQ(scene.reported, errors::outOfMemory);
+                scene.reported = 0;
+                CommitEdit(scene.grid, scene.state, scene.history, scene, scene);
+            }
+            EXPECT_FALSE(EditIsOpen(scene.state));
+            // A text that could not be put back was reported.
+            EXPECT_EQ(scene.grid.TextMatrix(1, 1), cancels && scene.reported == 0 ? old : longText);
+            return happened;
+        });
+    }
+}
+
+// The host was told of each cell, so what it was told of stays.
+TEST(EntryGridAllocations, LeaveWhatTheHostWasToldOf) {
+    test::ForEachAllocation([](int passing, Starvation starvation) {
+        SCOPED_TRACE(passing);
+        Scene scene;
+        scene.listens = true;
+        scene.grid.Select(1, 1, 1, 1);
+        bool happened = false;
+        {
+            const FailingAllocation failing(passing, starvation);
+            test::RunsOutOfMemory([&] { scene.Paste(u"a text too long for itself\t12\r\nanother of them\t13\r\n"); });
+            happened = failing.Happened();
+        }
+        const Text pasted[] = {u"a text too long for itself", u"12", u"another of them", u"13"};
+        const Text before[] = {u"first of the names", u"1", u"second", u"3"};
+        bool reached = true;
+        for (int i = 0; i < 4; ++i) {
+            const Text now = scene.grid.TextMatrix(1 + i / 2, 1 + i % 2);
+            reached = reached && now == pasted[i];
+            EXPECT_EQ(now, reached ? pasted[i] : before[i]);
+        }
+        EXPECT_TRUE(reached || happened);
+        return happened;
+    });
+}
+
+// An error of the records leaves the rows so far, each of them whole.
+TEST(EntryGridAllocations, LeaveTheRecordsLoadedSoFar) {
+    class Records final : public RecordSource {
+      public:
+        std::int64_t Count() override { return 5; }
+        bool AtEnd() override { return at_ == 5; }
+        std::int64_t Position() override { return at_ + 1; }
+        void AppendFields(Text& row) override { row.append(longText).append(u"\t"); }
+        void MoveNext() override { ++at_; }
+
+      private:
+        std::int64_t at_ = 0;
+    };
+    test::ForEachAllocation([](int passing, Starvation starvation) {
+        SCOPED_TRACE(passing);
+        Scene scene;
+        scene.grid.SetRows(1);
+        Records records;
+        bool happened = false;
+        {
+            const FailingAllocation failing(passing, starvation);
+            test::RunsOutOfMemory([&] {
+                LoadRecords(
+                    scene.grid, scene.state, records, [] { return true; }, [](std::int64_t) { return true; });
+            });
+            happened = failing.Happened();
+        }
+        EXPECT_TRUE(happened || scene.grid.Rows() == 6);
+        for (int row = 1; row < scene.grid.Rows(); ++row) {
+            EXPECT_EQ(scene.grid.TextMatrix(row, 0), Text(1, static_cast<char16_t>(u'0' + row)));
+            EXPECT_EQ(scene.grid.TextMatrix(row, 1), longText);
+        }
+        return happened;
+    });
+}
+
+// No error comes out of it; then the emptied rows that are left can be removed again.
+TEST(EntryGridAllocations, OfRemovingEmptyRowsAreNobodysBusiness) {
+    Scene unharmed;
+    RemoveEmptyRows(unharmed.grid, unharmed.state, false);
+    test::ForEachAllocation([&](int passing, Starvation starvation) {
+        SCOPED_TRACE(passing);
+        Scene scene;
+        bool happened = false;
+        {
+            const FailingAllocation failing(passing, starvation);
+            RemoveEmptyRows(scene.grid, scene.state, false);
+            happened = failing.Happened();
+        }
+        RemoveEmptyRows(scene.grid, scene.state, false);
+        EXPECT_EQ(Describe(scene), Describe(unharmed));
+        return happened;
+    });
+}
+
+}  // namespace
+}  // namespace qvx::grid

@@ -1,0 +1,412 @@
+#include "controls/grid/cell_step.h"
+
+#include <gtest/gtest.h>
+
+#include "common/keys.h"
+#include "controls/grid/lifecycle.h"
+#include "tests/unit/grid/grid_fixture.h"
+
+namespace qvx::grid {
+namespace {
+
+using Kind = CellStep::Kind;
+
+// Columns: No (fixed), A, B (hidden), C (inactive), D (non-focus), E; three data rows.
+class NavigationTest : public ::testing::Test {
+  protected:
+    NavigationTest() {
+        Fill(grid, {u"No\tA\tB\tC\tD\tE", u"1", u"2", u"3"});
+        grid.SetColWidth(2, 0);
+        state.inActiveColumns = u";C;";
+        state.nonFocusColumns = u";D;";
+    }
+    CellStep Forward(int row, int col, bool leave = true) {
+        grid.MoveTo(row, col);
+        return StepForward(grid, state, leave);
+    }
+    CellStep Back(int row, int col) {
+        grid.MoveTo(row, col);
+        return StepBack(grid, state);
+    }
+    flexgrid::Grid grid;
+    ControlState state;
+};
+
+TEST_F(NavigationTest, ForwardSkipsWhatMayNotBeEnteredAndWraps) {
+    const CellStep leave{Kind::Leave, -1, -1};
+    EXPECT_EQ(Forward(1, 1), (CellStep{Kind::Move, 1, 5}));
+    EXPECT_EQ(Forward(1, 3), (CellStep{Kind::Move, 1, 5}));
+    EXPECT_EQ(Forward(1, 5), (CellStep{Kind::Move, 2, 1}));
+    EXPECT_EQ(Forward(3, 5), leave);
+    EXPECT_EQ(Forward(3, 5, false), CellStep{});
+    grid.SetRowHeight(2, 0);
+    EXPECT_EQ(Forward(1, 5), (CellStep{Kind::Move, 3, 1}));
+    grid.SetRowHeight(3, 0);
+    EXPECT_EQ(Forward(1, 5), leave);
+}
+
+TEST_F(NavigationTest, LastRowIsFollowedByANewOne) {
+    state.autoAddNew = true;
+    EXPECT_EQ(Forward(3, 5), (CellStep{Kind::AddRow, 4, 1}));
+    EXPECT_EQ(Forward(3, 5, false), (CellStep{Kind::AddRow, 4, 1}));
+    EXPECT_EQ(Forward(2, 5), (CellStep{Kind::Move, 3, 1}));
+    // Nothing could be entered in the new row either.
+    state.inActiveColumns = u";A;C;D;E;";
+    EXPECT_EQ(Forward(3, 5), (CellStep{Kind::Leave, -1, -1}));
+}
+
+TEST_F(NavigationTest, BackIsTheSameTheOtherWay) {
+    EXPECT_EQ(Back(1, 5), (CellStep{Kind::Move, 1, 1}));
+    EXPECT_EQ(Back(2, 1), (CellStep{Kind::Move, 1, 5}));
+    EXPECT_EQ(Back(1, 1), (CellStep{Kind::Leave, -1, -1}));
+}
+
+TEST_F(NavigationTest, ArrowsPassHiddenAndNonFocusColumnsButReachInactiveOnes) {
+    grid.MoveTo(1, 1);
+    EXPECT_EQ(StepSideways(grid, state, 1), (CellStep{Kind::Move, 1, 3}));
+    EXPECT_EQ(StepSideways(grid, state, -1), CellStep{});
+    grid.MoveTo(1, 3);
+    EXPECT_EQ(StepSideways(grid, state, 1), (CellStep{Kind::Move, 1, 5}));
+    EXPECT_EQ(StepVertically(grid, 1), (CellStep{Kind::Move, 2, 3}));
+    EXPECT_EQ(StepVertically(grid, -1), CellStep{});
+}
+
+TEST_F(NavigationTest, ArrowsGoAsTheEyeDoesInAGridFromRightToLeft) {
+    grid.SetRightToLeft(true);
+    grid.MoveTo(2, 3);
+    EXPECT_EQ(StepOf(GridKey::Left, grid, state), (CellStep{Kind::Move, 2, 5}));
+    EXPECT_EQ(StepOf(EditorKey::CommitRight, grid, state), (CellStep{Kind::Move, 2, 1}));
+    EXPECT_EQ(StepOf(GridKey::ForwardStay, grid, state), (CellStep{Kind::Move, 2, 5})) << "Enter goes by number";
+}
+
+// Programs may put the cursor on a header, and there may be several.
+TEST_F(NavigationTest, StepsFromHeadersLeadToWhatScrolls) {
+    grid.SetFixedCols(3);
+    grid.SetFixedRows(2);
+    state.inActiveColumns.clear();
+    grid.MoveTo(0, 0);
+    EXPECT_EQ(StepForward(grid, state, true), (CellStep{Kind::Move, 0, 3}));
+    EXPECT_EQ(StepSideways(grid, state, 1), (CellStep{Kind::Move, 0, 3}));
+    EXPECT_EQ(StepVertically(grid, 1), (CellStep{Kind::Move, 2, 0}));
+}
+
+TEST_F(NavigationTest, GetNextColumnAnswersAtOrBehindItsArgument) {
+    struct Case {
+        int col;
+        int answer;
+        int written;
+    };
+    // Non-focus columns qualify; a hidden or inactive one starts over at the first column that is not fixed.
+    const Case cases[] = {{1, 1, 1}, {2, 1, 1}, {3, 1, 1}, {4, 4, 4}, {5, 5, 5}, {0, 0, 0}, {-1, 1, 1}, {-9, 1, 1}};
+    for (const Case& c : cases) {
+        int col = c.col;
+        EXPECT_EQ(GetNextColumn(grid, state, col), c.answer) << c.col;
+        EXPECT_EQ(col, c.written) << c.col;
+    }
+    int beyond = 6;
+    EXPECT_THROW(GetNextColumn(grid, state, beyond), RunTimeError);
+    state.inActiveColumns = u";A;C;D;E;";
+    int col = 4;
+    EXPECT_EQ(GetNextColumn(grid, state, col), 0);
+    EXPECT_EQ(col, 1);
+}
+
+TEST_F(NavigationTest, ActiveListIsTheColumnOrTheFreeTextEditor) {
+    state.listColumns = u";E;";
+    grid.MoveTo(1, 5);
+    EXPECT_EQ(GetActiveList(grid, state), 5);
+    grid.MoveTo(1, 1);
+    EXPECT_EQ(GetActiveList(grid, state), 100);
+}
+
+TEST(GridKeys, TableOfKeys) {
+    struct Case {
+        int key;
+        int shift;
+        bool autoTab;
+        GridKey does;
+        int keyColumn = -1;
+        int colSel = 1;
+        int rowSel = 1;
+        flexgrid::GridSelectionMode mode = flexgrid::GridSelectionMode::free;
+    };
+    constexpr auto byRow = flexgrid::GridSelectionMode::byRow;
+    constexpr auto byColumn = flexgrid::GridSelectionMode::byColumn;
+    const Case cases[] = {
+        {keys::tab, keys::controlMask, false, GridKey::Tab},
+        {keys::enter, 0, true, GridKey::ForwardStay},
+        {keys::enter, 0, false, GridKey::Nothing},
+        {keys::f2, 0, true, GridKey::OpenEditor},
+        {keys::f2, keys::altMask, true, GridKey::PassOn},
+        {keys::left, 0, true, GridKey::Left},
+        {keys::right, 0, false, GridKey::Right},
+        {keys::right, keys::shiftMask, true, GridKey::PassOn},
+        {keys::left, keys::controlMask, true, GridKey::PassOn},
+        {keys::down, 0, true, GridKey::PassOn},
+        {keys::home, 0, true, GridKey::PassOn},
+        {u'A', 0, true, GridKey::PassOn},
+        {keys::enter, 0, true, GridKey::EndEntry, 2},
+        {keys::enter, 0, true, GridKey::ForwardStay, 1},
+        {keys::enter, 0, false, GridKey::Nothing, 2},
+        {keys::enter, keys::shiftMask, true, GridKey::Nothing, 2},
+        {keys::insert, 0, true, GridKey::InsertRow},
+        {keys::insert, keys::shiftMask, true, GridKey::Paste},
+        {keys::insert, keys::controlMask, true, GridKey::Copy},
+        {keys::insert, keys::altMask, true, GridKey::PassOn},
+        {keys::deleteKey, keys::shiftMask, true, GridKey::Cut, -1, 2},
+        {'C', keys::controlMask, true, GridKey::Copy},
+        {'X', keys::controlMask, true, GridKey::Cut},
+        {'V', keys::controlMask, true, GridKey::Paste},
+        {'Z', keys::controlMask, true, GridKey::Undo},
+        {'Y', keys::controlMask, true, GridKey::Redo},
+        {'Z', keys::controlMask | keys::shiftMask, true, GridKey::Redo},
+        {'A', keys::controlMask, true, GridKey::SelectAll},
+        {'C', keys::controlMask | keys::altMask, true, GridKey::PassOn},
+        {'Z', keys::shiftMask, true, GridKey::PassOn},
+        {keys::deleteKey, 0, true, GridKey::ClearCell},
+        {keys::deleteKey, 0, true, GridKey::DeleteRow, -1, 2},
+        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 1, 2},
+        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 2, 2},
+        {keys::deleteKey, keys::controlMask, true, GridKey::PassOn, -1, 2},
+        {keys::deleteKey, 0, true, GridKey::DeleteRow, -1, 1, 1, byRow},
+        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 1, 2, byRow},
+        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 2, 1, byColumn},
+    };
+    flexgrid::Grid grid;
+    Fill(grid, {u"No\tA\tB", u"1\ta\t", u"2\t\t"});
+    for (const Case& c : cases) {
+        ControlState state;
+        state.autoTab = c.autoTab;
+        state.keyColumn = c.keyColumn;
+        grid.SetSelectionMode(c.mode);
+        grid.Select(1, 1, c.rowSel, c.colSel);
+        EXPECT_EQ(DecideGridKey(c.key, c.shift, grid, state), c.does) << c.key << " shift " << c.shift;
+    }
+    grid.SetSelectionMode(flexgrid::GridSelectionMode::free);
+    ControlState state;
+    grid.Select(0, 0, 0, 2);
+    EXPECT_EQ(DecideGridKey(keys::deleteKey, 0, grid, state), GridKey::ClearCell) << "the header is no row to delete";
+    state.keyColumn = 9;
+    EXPECT_THROW(DecideGridKey(keys::enter, 0, grid, state), RunTimeError);
+    grid.SetFixedRows(0);
+    grid.SetRows(0);
+    EXPECT_EQ(DecideGridKey(keys::enter, 0, grid, state), GridKey::ForwardStay);
+}
+
+TEST(EditorKeys, TableOfKeys) {
+    const Caret atStart{0, 0, 3}, inside{1, 0, 3}, atEnd{3, 0, 3}, all{0, 3, 3}, empty{0, 0, 0};
+    // Texts of scripts that run from right to left: the start is at the right.
+    const Caret hebrewStart{0, 0, 3, true}, hebrewEnd{3, 0, 3, true}, hebrewEmpty{0, 0, 0, true};
+    struct Case {
+        int key;
+        int shift;
+        Caret caret;
+        bool list;
+        EditorKey does;
+    };
+    const Case cases[] = {
+        {keys::left, 0, atStart, false, EditorKey::CommitLeft},
+        {keys::left, 0, inside, false, EditorKey::PassOn},
+        {keys::left, 0, atEnd, false, EditorKey::PassOn},
+        {keys::left, 0, all, false, EditorKey::PassOn},
+        {keys::left, 0, empty, true, EditorKey::CommitLeft},
+        {keys::left, keys::shiftMask, atStart, false, EditorKey::PassOn},
+        {keys::right, 0, atEnd, true, EditorKey::CommitRight},
+        {keys::right, 0, inside, false, EditorKey::PassOn},
+        {keys::right, 0, all, false, EditorKey::PassOn},
+        {keys::right, 0, empty, false, EditorKey::CommitRight},
+        {keys::right, keys::controlMask, atEnd, false, EditorKey::PassOn},
+        {keys::left, 0, hebrewStart, false, EditorKey::PassOn},
+        {keys::left, 0, hebrewEnd, false, EditorKey::CommitLeft},
+        {keys::right, 0, hebrewStart, false, EditorKey::CommitRight},
+        {keys::right, 0, hebrewEnd, true, EditorKey::PassOn},
+        {keys::left, 0, hebrewEmpty, false, EditorKey::CommitLeft},
+        {keys::right, 0, hebrewEmpty, false, EditorKey::CommitRight},
+        {keys::up, 0, inside, false, EditorKey::CommitUp},
+        {keys::down, 0, inside, false, EditorKey::CommitDown},
+        {keys::up, 0, inside, true, EditorKey::PassOn},
+        {keys::down, 0, inside, true, EditorKey::PassOn},
+        {keys::down, keys::altMask, inside, true, EditorKey::PassOn},
+        {keys::down, keys::altMask, inside, false, EditorKey::Nothing},
+        {keys::f4, 0, inside, false, EditorKey::Nothing},
+        {keys::f4, keys::altMask, inside, false, EditorKey::PassOn},
+        {keys::pageDown, 0, inside, false, EditorKey::CommitPage},
+        {keys::pageDown, 0, inside, true, EditorKey::PassOn},
+        {keys::escape, 0, inside, true, EditorKey::Abandon},
+        {keys::enter, 0, inside, false, EditorKey::CommitForwardStay},
+        {keys::enter, keys::shiftMask, inside, true, EditorKey::CommitForwardStay},
+        {keys::enter, keys::controlMask, inside, false, EditorKey::CommitForwardStay},
+        {keys::home, 0, inside, false, EditorKey::PassOn},
+        {keys::deleteKey, 0, inside, false, EditorKey::PassOn},
+        {keys::f2, 0, inside, false, EditorKey::PassOn},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(DecideEditorKey(c.key, c.shift, c.caret, c.list, {}), c.does)
+            << c.key << " shift " << c.shift << " caret " << c.caret.start << (c.list ? " list" : "");
+    ControlState noAutoTab;
+    noAutoTab.autoTab = false;
+    EXPECT_EQ(DecideEditorKey(keys::enter, keys::shiftMask, inside, false, noAutoTab), EditorKey::Commit);
+}
+
+TEST(DoubleClick, MeansTheCurrentCellOnly) {
+    flexgrid::Grid grid;
+    Fill(grid, {u"No\tA\tB", u"1", u"2"});
+    grid.MoveTo(2, 1);
+    EXPECT_TRUE(MeansCurrentCell({2, 1}, grid));
+    for (const flexgrid::Hit& beside :
+         {flexgrid::Hit{2, 2}, {1, 1}, {0, 1, true, false}, {2, 0, false, true}, {-1, 1}, {-1, -1}})
+        EXPECT_FALSE(MeansCurrentCell(beside, grid)) << beside.row << "," << beside.col;
+    grid.MoveTo(0, 1);
+    EXPECT_FALSE(MeansCurrentCell({0, 1, true, false}, grid)) << "a header, where programs may put the cursor";
+}
+
+TEST(EditorKeys, CharactersThatOpenTheEditor) {
+    for (const char16_t c : {u'a', u' ', u'%', u'-', u'\u00E9', u'\u4E2D', u'\b'}) EXPECT_TRUE(OpensEditor(c));
+    for (const char16_t c : {u'\t', u'\r', u'\n', u'\x1B', u'\x7F', u'\x01', u'\0'}) EXPECT_FALSE(OpensEditor(c));
+}
+
+TEST(EditorKeys, ThatMeanNothingAloneLeaveTheEditorOutOfSight) {
+    for (const int key : {keys::shift, keys::control, keys::alt}) EXPECT_FALSE(BringsEditorBack(key)) << key;
+    for (const int key : {keys::space, keys::f2, int{'A'}}) EXPECT_TRUE(BringsEditorBack(key)) << key;
+}
+
+TEST(KeepsKey, TellsTheGridsKeysFromItsHosts) {
+    constexpr int ctrl = keys::controlMask;
+    struct Case {
+        int key;
+        int shift;
+        bool whileOpen;
+        bool whileClosed;
+    };
+    const Case cases[] = {
+        {'A', 0, true, true},
+        {keys::down, 0, true, true},
+        {keys::home, ctrl, true, true},
+        {keys::deleteKey, 0, true, true},
+        {keys::escape, 0, true, false},
+        {keys::f4, 0, true, false},
+        {keys::enter, 0, true, true},
+        {keys::enter, ctrl, true, false},
+        {keys::f2, 0, true, true},
+        {keys::f2, keys::shiftMask, false, false},
+        {keys::f1, 0, false, false},
+        {keys::f24, 0, false, false},
+        // Clipboard and undo work on the grid and in an editor; nearly all else with Ctrl is the host's menus'.
+        {'C', ctrl, true, true},
+        {'V', ctrl, true, true},
+        {'Z', ctrl, true, true},
+        {'Z', ctrl | keys::shiftMask, true, true},
+        {'Z', ctrl | keys::altMask, true, false},
+        {keys::insert, ctrl, true, true},
+        {keys::insert, keys::shiftMask, true, true},
+        {keys::backspace, ctrl, true, false},
+        {'S', ctrl, false, false},
+        {'B', ctrl, false, false},
+        {'Q', ctrl | keys::altMask, true, false},  // types "@" on many keyboards
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(KeepsKey(c.key, c.shift, true), c.whileOpen) << c.key << " shift " << c.shift;
+        EXPECT_EQ(KeepsKey(c.key, c.shift, false), c.whileClosed) << c.key << " shift " << c.shift;
+    }
+}
+
+TEST(CellTip, ShowsTextThatDoesNotFit) {
+    ControlState state;
+    EXPECT_EQ(CellTipText(state, u"long", true), u"");
+    state.cellToolTip = true;
+    EXPECT_EQ(CellTipText(state, u"long", true), u"long");
+    EXPECT_EQ(CellTipText(state, u"long", false), u"");
+}
+
+class LifecycleTest : public ::testing::Test {
+  protected:
+    LifecycleTest() {
+        grid.SetRows(3);
+        grid.SetFormatString(u"No|Code|Name|Qty");
+        state.listColumns = u";Name;Qty;";
+        state.inVisibleColumns = u";Code;";
+    }
+    void DoShow(bool userMode = true) {
+        Show(grid, state, userMode, [this](int col) { loaded.push_back(col); });
+    }
+    flexgrid::Grid grid;
+    ControlState state;
+    std::vector<int> loaded;
+};
+
+TEST_F(LifecycleTest, FirstShowInRunModePreparesOnce) {
+    state.autoRecordNumber = true;
+    DoShow(false);
+    EXPECT_TRUE(loaded.empty());
+    EXPECT_FALSE(state.initialised);
+    EXPECT_GT(grid.ColWidth(1), 0);
+    DoShow();
+    EXPECT_EQ(loaded, (std::vector<int>{2, 3}));
+    EXPECT_EQ(grid.ColWidth(1), 0);
+    EXPECT_EQ(grid.TextMatrix(0, 0), u"No");
+    EXPECT_EQ(grid.TextMatrix(1, 0), u"1");
+    EXPECT_EQ(grid.TextMatrix(2, 0), u"2");
+    EXPECT_EQ(state.editRow, -1);
+    EXPECT_TRUE(state.initialised);
+    grid.SetColWidth(1, 500);
+    DoShow();
+    EXPECT_EQ(loaded.size(), 2u);
+    EXPECT_EQ(grid.ColWidth(1), 500);
+}
+
+TEST_F(LifecycleTest, FailedShowLeavesNothingMarkedAsDone) {
+    state.autoRecordNumber = true;
+    EXPECT_THROW(Show(grid, state, true, [](int) { throw RunTimeError(360, u"Object already loaded"); }), RunTimeError);
+    EXPECT_FALSE(state.initialised);
+    // The hidden column before the failing one is hidden already.
+    EXPECT_EQ(grid.ColWidth(1), 0);
+    EXPECT_EQ(grid.TextMatrix(1, 0), u"");
+}
+
+TEST_F(LifecycleTest, InVisibleColumnsGiveBackTheFormatStringsWidths) {
+    const int width = grid.ColWidth(1);
+    state.inVisibleColumns = u";code;Qty;";
+    ApplyInVisibleColumns(grid, state);
+    EXPECT_EQ(grid.ColWidth(1), 0);
+    EXPECT_EQ(grid.ColWidth(3), 0);
+    state.inVisibleColumns = u";Qty;";
+    ApplyInVisibleColumns(grid, state);
+    EXPECT_EQ(grid.ColWidth(1), width);
+    EXPECT_EQ(grid.ColWidth(3), 0);
+    state.inVisibleColumns = u"";
+    ApplyInVisibleColumns(grid, state);
+    EXPECT_GT(grid.ColWidth(3), 0);
+    EXPECT_EQ(grid.Cols(), 4);
+    EXPECT_EQ(grid.Rows(), 3);
+}
+
+TEST_F(LifecycleTest, NumberingStartsAtRowOneWhateverIsFixed) {
+    grid.SetRows(5);
+    grid.SetFixedRows(2);
+    Renumber(grid, state);
+    EXPECT_EQ(grid.TextMatrix(1, 0), u"");
+    state.autoRecordNumber = true;
+    Renumber(grid, state);
+    EXPECT_EQ(grid.TextMatrix(1, 0), u"1");
+    EXPECT_EQ(grid.TextMatrix(4, 0), u"4");
+    grid.RemoveItem(3);
+    Renumber(grid, state);
+    EXPECT_EQ(grid.TextMatrix(3, 0), u"3");
+}
+
+TEST_F(LifecycleTest, TerminateUnloadsWhatShowLoaded) {
+    std::vector<int> unloaded;
+    const auto unload = [&](int col) { unloaded.push_back(col); };
+    state.changed = true;
+    Terminate(grid, state, unload);
+    EXPECT_TRUE(unloaded.empty());
+    EXPECT_FALSE(state.changed);
+    DoShow();
+    state.stringFormat = u"[No]";
+    Terminate(grid, state, unload);
+    EXPECT_EQ(unloaded, loaded);
+    EXPECT_TRUE(state.stringFormat.empty());
+}
+
+}  // namespace
+}  // namespace qvx::grid

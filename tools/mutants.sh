@@ -1,0 +1,8 @@
+# Small faults seeded into the rules, to learn which of them no test notices.
+# shellcheck shell=bash
+
+qvx_mutants() {
+  need_for_build native
+  cd "$root"
+  nice python3 tools/mutants.py "$@"
+}

@@ -1,0 +1,38 @@
+#!/usr/bin/env python3
+"""Prints which part of the code the tests are, and fails where that is more than it may be.
+
+Counted are lines that are neither blank nor comments. Tests are what is in tests/ (with what supports them) and fuzz/.
+"""
+
+import os
+import re
+import sys
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+MOST = 0.40
+COUNTED = (".cpp", ".h", ".idl")
+COMMENT = re.compile(r"/\*.*?\*/", re.S)
+
+
+def lines_of(path):
+    text = COMMENT.sub("", path.read_text(encoding="utf-8"))
+    return sum(1 for line in text.split("\n") if line.strip() and not line.strip().startswith("//"))
+
+
+def main():
+    tests = everything = 0
+    for folder, folders, files in os.walk(ROOT):
+        folders[:] = [name for name in folders if name != "build" and not name.startswith(".")]
+        for name in files:
+            if name.endswith(COUNTED):
+                lines = lines_of(Path(folder, name))
+                everything += lines
+                if Path(folder).relative_to(ROOT).parts[:1] in (("tests",), ("fuzz",)):
+                    tests += lines
+    print(f"Tests are {tests / everything:.1%} of the code: {tests} of {everything} lines.")
+    sys.exit(tests / everything > MOST)
+
+
+if __name__ == "__main__":
+    main()

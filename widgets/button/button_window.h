@@ -1,0 +1,33 @@
+// The push button as a child window, for the library's own dialogs.
+#pragma once
+
+#include <functional>
+
+#include "widgets/button/button_element_win32.h"
+#include "win/window.h"
+
+namespace qvx::buttons {
+
+class ButtonWindow final : public Window {
+  public:
+    ~ButtonWindow() override { Destroy(); }
+
+    // A child of `parent`, in its client pixels; hidden until shown. False when the system refuses.
+    bool Create(HWND parent, int id, const Rect& bounds);
+
+    ButtonElement& Button() { return button_; }
+    // The focus came (true) or went; may be left empty.
+    std::function<void(bool)> onFocus;
+
+  protected:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnGone() override { button_.Attach(nullptr); }
+
+  private:
+    void Paint();
+    void TellFocus(bool focused);
+
+    ButtonElement button_;
+};
+
+}  // namespace qvx::buttons

@@ -1,0 +1,27 @@
+// What the pictures of the library's push buttons have in common.
+#pragma once
+
+#include "common/font_spec.h"
+#include "common/geometry.h"
+#include "common/ole_color.h"
+#include "common/text.h"
+#include "drawing/surface.h"
+
+namespace qvx::buttons {
+
+struct PushLook {
+    Text caption;
+    FontSpec font;
+    OleColor foreColor = colors::buttonText;
+    OleColor backColor = colors::buttonFace;
+    OleColor borderColor = colors::buttonFace;
+    bool focusRect = true;
+    bool enabled = true;
+    Rect face;  // pixels, from (0, 0)
+};
+
+// In the middle of the area, on one line, the access key underlined. A caption in a script that runs from right to left
+// is laid out so.
+void DrawCaption(Surface& surface, const PushLook& look, const Rect& area, OleColor color);
+
+}  // namespace qvx::buttons

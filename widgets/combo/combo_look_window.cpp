@@ -1,0 +1,112 @@
+// How a combo looks and where its parts lie.
+#include <windows.h>
+
+#include <algorithm>
+
+#include "widgets/combo/combo_window.h"
+#include "win/dpi.h"
+#include "win/gdi_surface.h"
+#include "win/window_text.h"
+
+namespace qvx {
+namespace {
+
+// Entries that a dropped list shows at once.
+constexpr int rowsInView = 8;
+// The system's own border around the closed combo, in pixels at any resolution.
+constexpr int comboBorder = 2;
+// From the field's left edge to its text, in pixels at 96 dots per inch: as in the cells of a grid.
+constexpr int textMargin = 3;
+
+}  // namespace
+
+void ComboWindow::SetFont(const FontSpec& font) {
+    font_ = font;
+    gdiFont_ = AcquireFont(font, WindowDpi(Window()));
+    SendMessageW(Window(), WM_SETFONT, reinterpret_cast<WPARAM>(gdiFont_->Get()), TRUE);
+    PlaceEditField();
+}
+
+void ComboWindow::SetBackColor(OleColor color) {
+    colors_.SetBack(color);
+    InvalidateRect(Window(), nullptr, TRUE);
+}
+
+void ComboWindow::SetForeColor(OleColor color) {
+    colors_.SetFore(color);
+    InvalidateRect(Window(), nullptr, TRUE);
+}
+
+void ComboWindow::SetToolTipText(TextView text) { toolTip_.Set(Window(), EditWindow(), text); }
+
+void ComboWindow::SetAccessibleName(TextView name) {
+    for (AccessibleNameTap& tap : names_) tap.SetName(name);
+}
+
+void ComboWindow::Place(Point origin, int width, int fieldHeight) {
+    fieldHeight_ = fieldHeight;
+    // The field between the borders covers at least the place it is for.
+    const int line = gdiFont_ ? gdiFont_->LineHeight() : 0;
+    SendMessageW(Window(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max(line, fieldHeight) + comboBorder);
+    SetWindowPos(Window(), nullptr, origin.x, origin.y, width, fieldHeight + line * rowsInView + 4 * comboBorder,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    PlaceEditField();
+}
+
+void ComboWindow::PlaceEditField() {
+    if (!EditWindow() || !gdiFont_ || fieldHeight_ == 0) return;
+    COMBOBOXINFO info{};
+    info.cbSize = sizeof info;
+    GetComboBoxInfo(Window(), &info);
+    RECT combo{};
+    RECT room{};
+    GetWindowRect(Window(), &combo);
+    GetClientRect(GetParent(Window()), &room);
+    MapWindowPoints(nullptr, GetParent(Window()), reinterpret_cast<POINT*>(&combo), 2);
+    // A mirrored combo counts from its right edge.
+    const POINT origin{rightToLeft_ ? room.right - combo.right : combo.left, combo.top};
+    // One line of text in the middle of the place, as a grid draws its cells.
+    const Dpi dpi = WindowDpi(Window());
+    const int line = gdiFont_->LineHeight();
+    const int left = Scaled(textMargin, dpi.x) - origin.x;
+    const int top = (fieldHeight_ - line) / 2 - origin.y;
+    const int right = std::max<int>(left + 1, static_cast<int>(info.rcButton.left) - 1);
+    SendMessageW(EditWindow(), EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
+    SetWindowPos(EditWindow(), nullptr, left, top, right - left, line, SWP_NOZORDER | SWP_NOACTIVATE);
+    InvalidateRect(Window(), nullptr, TRUE);
+}
+
+void ComboWindow::FitList() {
+    // Wide enough for the longest entry, and high enough for eight.
+    const WindowDc dc(Window());
+    int widest = 0;
+    for (int index = 0; index < ListCount(); ++index)
+        widest = std::max(widest, gdiFont_->RunWidth(dc.Get(), List(index)));
+    const int room = GetSystemMetrics(SM_CXVSCROLL) + 4 * textMargin;
+    SendMessageW(Window(), CB_SETDROPPEDWIDTH, static_cast<WPARAM>(widest + room), 0);
+    RECT combo{};
+    GetWindowRect(Window(), &combo);
+    const int rows = std::clamp(ListCount(), 1, rowsInView);
+    const int item = static_cast<int>(SendMessageW(Window(), CB_GETITEMHEIGHT, 0, 0));
+    SetWindowPos(Window(), nullptr, 0, 0, combo.right - combo.left,
+                 combo.bottom - combo.top + rows * item + comboBorder, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    PlaceEditField();
+}
+
+void ComboWindow::PaintSurround() {
+    COMBOBOXINFO info{};
+    info.cbSize = sizeof info;
+    if (!EditWindow() || !GetComboBoxInfo(Window(), &info)) return;
+    RECT edit{};
+    GetWindowRect(EditWindow(), &edit);
+    MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&edit), 2);
+    RECT field{};
+    GetClientRect(Window(), &field);
+    // The border too: only its right side shows where the combo is used, and that belongs to the button.
+    field.right = info.rcButton.left;
+    const WindowDc dc(Window());
+    ExcludeClipRect(dc.Get(), edit.left, edit.top, edit.right, edit.bottom);
+    FillRect(dc.Get(), &field, colors_.Brush());
+}
+
+}  // namespace qvx

@@ -1,0 +1,178 @@
+// The editor combo: the system's combo box with the members that hosts know on one.
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <optional>
+
+#include "common/font_spec.h"
+#include "common/geometry.h"
+#include "common/ole_color.h"
+#include "common/text.h"
+#include "widgets/combo/completion.h"
+#include "win/accessible.h"
+#include "win/edit_field.h"
+#include "win/fonts.h"
+#include "win/tool_tip.h"
+#include "win/window.h"
+
+namespace qvx {
+
+class ComboWindow;
+
+// What happens in a combo. A listener may change the combo, and destroy it in LostFocus and Click.
+class ComboListener {
+  public:
+    virtual ~ComboListener() = default;
+    // The text is another one, by typing or by a program.
+    virtual void ComboChange(ComboWindow&) {}
+    // An entry was chosen, by mouse, keys or ListIndex.
+    virtual void ComboClick(ComboWindow&) {}
+    // A virtual key, which the listener may change; 0 refuses it.
+    virtual void ComboKeyDown(ComboWindow&, int& /*keyCode*/, int /*shift*/) {}
+    // The wheel, which an open list takes for itself, turned over the closed combo.
+    virtual void ComboWheel(ComboWindow&, UINT /*message*/, WPARAM, LPARAM) {}
+    virtual void ComboGotFocus(ComboWindow&) {}
+    virtual void ComboLostFocus(ComboWindow&) {}
+};
+
+class ComboWindow final : private WindowSubclass {
+  public:
+    // A hidden combo with an edit field in `parent`, which must hand it the WM_COMMAND messages that bear its handle
+    // (OnCommand). `listener` may be null. Throws error 7 when the system gives no window.
+    ComboWindow(HWND parent, ComboListener* listener, bool sorted = false);
+    ~ComboWindow() override;
+
+    HWND Window() const { return WindowSubclass::Handle(); }
+    HWND EditWindow() const { return edit_.Handle(); }
+    using WindowSubclass::Watch;
+    // The notification code of a WM_COMMAND message.
+    void OnCommand(WORD code);
+
+    // Error 5 for an index outside 0 to ListCount.
+    void AddItem(TextView item, std::optional<int> index = std::nullopt);
+    // Error 5 for an index outside the list, here and in all that take one.
+    void RemoveItem(int index);
+    // Empties list and text.
+    void Clear();
+    // "" outside the list.
+    Text List(int index) const;
+    void SetList(int index, TextView item);
+    int ListCount() const;
+    // -1 while no entry is chosen. Choosing one raises Click; -1 empties the text. Error 380 outside -1 to ListCount-1.
+    int ListIndex() const;
+    void SetListIndex(int index);
+    LONG ItemData(int index) const;
+    void SetItemData(int index, LONG data);
+    // The index of the entry added last, -1 after a removal.
+    int NewIndex() const { return newIndex_; }
+    // The first entry in view.
+    int TopIndex() const;
+    void SetTopIndex(int index);
+    // Fixed at creation.
+    bool Sorted() const { return sorted_; }
+
+    // A text set by a program is no choice from the list: ListIndex becomes -1.
+    Text GetText() const;
+    void SetText(TextView text);
+    // In characters. Error 380 for negative values; what lies beyond the text is cut off.
+    int SelStart() const;
+    void SetSelStart(int start);
+    int SelLength() const;
+    void SetSelLength(int length);
+    Text SelText() const;
+    // Replaces the selection.
+    void SetSelText(TextView text);
+
+    // Shown and copied from, but changed by programs only.
+    bool Locked() const { return locked_; }
+    void SetLocked(bool locked);
+    bool Enabled() const;
+    void SetEnabled(bool enabled);
+    const Text& Tag() const { return tag_; }
+    void SetTag(TextView tag) { tag_ = tag; }
+    const FontSpec& Font() const { return font_; }
+    void SetFont(const FontSpec& font);
+    OleColor BackColor() const { return colors_.Back(); }
+    void SetBackColor(OleColor color);
+    OleColor ForeColor() const { return colors_.Fore(); }
+    void SetForeColor(OleColor color);
+    const Text& ToolTipText() const { return toolTip_.Text(); }
+    void SetToolTipText(TextView text);
+    // Text from right to left, the button at the left. Not while the combo has the focus: it gets new windows, as an
+    // edit field keeps the alignment that it was made with.
+    bool RightToLeft() const { return rightToLeft_; }
+    void SetRightToLeft(bool rightToLeft);
+    // What assistive programs call the field and its list.
+    void SetAccessibleName(TextView name);
+
+    // Whether typing chooses the first entry that begins with the typed text.
+    void SetSelectsAsTyped(bool selects) { selectsAsTyped_ = selects; }
+    // Position in the parent and width, in pixels. The height of the closed combo is what puts a line of text into the
+    // middle of a field of `fieldHeight`.
+    void Place(Point origin, int width, int fieldHeight);
+    void SetVisible(bool visible);
+    void BringToFront();
+    void Focus();
+    bool HasFocus() const;
+    // Opens the list, with the entry that is the present text chosen, else the first that begins with it on top.
+    void DropDown();
+    bool IsDroppedDown() const;
+    // As if the user had typed this text over the whole field.
+    void TypeOver(TextView text);
+
+  private:
+    // The edit field in the combo, where the keys go.
+    class EditField final : public WindowSubclass {
+      public:
+        explicit EditField(ComboWindow& owner) : owner_(owner) {}
+
+      private:
+        LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+        LRESULT OnKeyDown(UINT message, WPARAM wParam, LPARAM lParam);
+        LRESULT OnCharacter(WPARAM wParam, LPARAM lParam);
+        ComboWindow& owner_;
+        bool dropNextCharacter_ = false;
+    };
+
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    // Whether the wheel was not for the list.
+    bool OnWheel(UINT message, WPARAM wParam, LPARAM lParam);
+    void MakeWindows(HWND parent);
+    void CheckIndex(int index) const;
+    void OnTyped();
+    void OnChosen();
+    // The list's highlight alone; the text stays.
+    void HighlightEntry(int index);
+    // The field's text alone, without an event.
+    void WriteText(TextView text);
+    void TellChange();
+    void PlaceEditField();
+    void PaintSurround();
+    void FitList();
+    EntryReader Entries() const;
+
+    ComboListener* listener_;
+    EditField edit_;
+    HWND list_ = nullptr;
+    bool sorted_;
+    bool rightToLeft_ = false;
+    bool locked_ = false;
+    bool selectsAsTyped_ = false;
+    bool writing_ = false;   // the field's notifications are of our own making
+    bool deleting_ = false;  // the last key takes characters away
+    // What is chosen; the list's own highlight also follows the mouse and the system's searches.
+    int chosen_ = -1;
+    int newIndex_ = -1;
+    int fieldHeight_ = 0;
+    Text tag_;
+    Text lastText_;  // as of the last Change
+    FontSpec font_;
+    SharedFont gdiFont_;
+    FieldColors colors_;
+    ToolTip toolTip_;
+    std::array<AccessibleNameTap, 3> names_;  // of the combo, its field and its list
+};
+
+}  // namespace qvx

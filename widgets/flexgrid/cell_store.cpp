@@ -1,0 +1,421 @@
+#include "widgets/flexgrid/cell_store.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <new>
+#include <optional>
+
+#include "common/run_time_error.h"
+
+namespace qvx::flexgrid {
+
+// ---- Identities ----------------------------------------------------------------------------------------------------
+
+void CellStore::TakeIds(std::span<RowId> ids) {
+    std::size_t taken = 0;
+    while (taken < ids.size() && firstFree_ != noRow) {
+        ids[taken] = firstFree_;
+        firstFree_ = addresses_[firstFree_];
+        addresses_[ids[taken++]] = 0;
+    }
+    const std::size_t fresh = ids.size() - taken;
+    try {
+        if (fresh == 1) {
+            addresses_.push_back(0);
+        } else {
+            addresses_.resize(addresses_.size() + fresh);
+        }
+    } catch (...) {
+        while (taken > 0) {
+            ReturnId(ids[--taken]);
+        }
+        throw;
+    }
+    for (std::size_t i = 0; i < fresh; ++i) {
+        ids[taken + i] = static_cast<RowId>(addresses_.size() - fresh + i);
+    }
+}
+
+void CellStore::ReturnId(RowId id) noexcept {
+    addresses_[id] = firstFree_;
+    firstFree_ = id;
+}
+
+void CellStore::Discard(RowId id) noexcept {
+    arena_.Release(ViewOf(id).Size());
+    ReturnId(id);
+}
+
+// ---- Records -------------------------------------------------------------------------------------------------------
+
+Arena::Address CellStore::Append(Arena& arena, std::span<const std::uint8_t> record) {
+    if (record.empty()) {
+        return 0;
+    }
+    const Arena::Address address = arena.Allocate(record.size());
+    std::memcpy(arena.At(address), record.data(), record.size());
+    return address;
+}
+
+void CellStore::Store(RowId id, std::span<const std::uint8_t> record) {
+    const Arena::Address old = addresses_[id];
+    if (batches_ > 0) {
+        undo_.reserve(undo_.size() == undo_.capacity() ? 2 * undo_.size() + 16 : 0);
+        const Arena::Address address = Append(arena_, record);
+        undo_.emplace_back(id, old);
+        addresses_[id] = address;
+        return;
+    }
+    const std::size_t oldSize = ViewOf(id).Size();
+    if (old != 0 && !record.empty() && arena_.Resize(old, oldSize, record.size())) {
+        std::copy(record.begin(), record.end(), arena_.At(old));
+    } else {
+        addresses_[id] = Append(arena_, record);
+        arena_.Release(oldSize);
+    }
+    Tidy();
+}
+
+void CellStore::StoreCell(RowId id, int col, TextView text) {
+    const RowView row = ViewOf(id);
+    const ShortCellEdit edit(row, col, text);
+    if (batches_ > 0 || !edit.Possible()) {
+        Store(id, builder_.WithCell(row, col, text));
+        return;
+    }
+    const Arena::Address old = addresses_[id];
+    if (!arena_.Resize(old, edit.OldSize(), edit.NewSize())) {
+        const Arena::Address moved = arena_.Allocate(edit.NewSize());
+        std::memcpy(arena_.At(moved), arena_.At(old), edit.OldSize());
+        addresses_[id] = moved;
+        arena_.Release(edit.OldSize());
+    }
+    edit.Apply(arena_.At(addresses_[id]));
+    Tidy();
+}
+
+void CellStore::CopyLiving() noexcept {
+    const std::size_t dead = arena_.Dead();
+    if (batches_ > 0 || dead <= tidyAt_) {
+        return;
+    }
+    try {
+        Arena fresh;
+        std::vector<Arena::Address> addresses(addresses_);
+        order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
+            for (const RowId id : ids) {
+                if (addresses[id] != 0) {
+                    addresses[id] = Append(fresh, {arena_.At(addresses[id]), ViewOf(id).Size()});
+                }
+            }
+        });
+        arena_ = std::move(fresh);
+        addresses_.swap(addresses);
+        tidyAt_ = 0;
+    } catch (const std::bad_alloc&) {
+        tidyAt_ = 2 * dead;
+    } catch (const RunTimeError&) {
+        tidyAt_ = 2 * dead;
+    }
+}
+
+// ---- Rows ----------------------------------------------------------------------------------------------------------
+
+template <class Fill>
+void CellStore::InsertPieces(int at, int count, Fill&& fill) {
+    if (count > 0) {
+        BeforeRowsChange();
+    }
+    int done = 0;
+    try {
+        while (done < count) {
+            std::array<RowId, RowIndex::leafCapacity> buffer;
+            const std::span ids(buffer.data(), std::min(buffer.size(), static_cast<std::size_t>(count - done)));
+            TakeIds(ids);
+            try {
+                fill(ids);
+                order_.Insert(at + done, ids);
+            } catch (...) {
+                for (const RowId id : ids) {
+                    Discard(id);
+                }
+                throw;
+            }
+            done += static_cast<int>(ids.size());
+        }
+    } catch (...) {
+        RemoveRows(at, done, [](RowId) {});
+        throw;
+    }
+}
+
+void CellStore::InsertEmptyRows(int at, int count) {
+    InsertPieces(at, count, [](std::span<const RowId>) {});
+}
+
+void CellStore::InsertRow(int at, TextView item, int cols) {
+    InsertPieces(
+        at, 1, [&](std::span<const RowId> ids) { addresses_[ids[0]] = Append(arena_, builder_.FromItem(item, cols)); });
+}
+
+int CellStore::InsertBlock(int at, TextView block, int cols, int most) {
+    // Cuts the first row off the block.
+    const auto takeRow = [](TextView& rest) {
+        const std::size_t end = rest.find_first_of(u"\r\n", 0, 2);
+        const TextView row = rest.substr(0, end);
+        if (end == TextView::npos) {
+            rest = {};
+        } else {
+            const bool pair = rest[end] == u'\r' && end + 1 < rest.size() && rest[end + 1] == u'\n';
+            rest.remove_prefix(end + (pair ? 2 : 1));
+        }
+        return row;
+    };
+    int count = 0;
+    for (TextView rest = block; !rest.empty(); ++count) {
+        if (count == most) {
+            return -1;
+        }
+        takeRow(rest);
+    }
+    InsertPieces(at, count, [&](std::span<const RowId> ids) {
+        for (const RowId id : ids) {
+            addresses_[id] = Append(arena_, builder_.FromItem(takeRow(block), cols));
+        }
+    });
+    return count;
+}
+
+void CellStore::MoveRow(int from, int to) {
+    BeforeRowsChange();
+    const RowId id = IdAt(from);
+    const int deviation = order_.Deviation(id);
+    order_.ReserveForInsert();
+    order_.Remove(from, 1);
+    order_.Insert(to, std::span(&id, 1));
+    // Removal has made room for this entry, so that setting it again cannot fail.
+    order_.SetDeviation(to, deviation);
+}
+
+// ---- Texts ---------------------------------------------------------------------------------------------------------
+
+namespace {
+
+constexpr std::size_t longestShort = 255;
+
+// The record of a row in which neighbouring cells get other texts, built in one go where it is short and of Latin-1
+// before and afterwards. Returns its size, 0 when the row is left without text; nothing when it is no such row.
+std::optional<std::size_t> BuildShort(const RowView& old, std::size_t first, std::span<const TextView> texts,
+                                      std::uint8_t* bytes) {
+    if (old.Data() && !old.IsShort()) {
+        return std::nullopt;
+    }
+    constexpr static std::uint8_t noCells[2]{};
+    const std::uint8_t* const data = old.Data() ? old.Data() : noCells;
+    const std::size_t oldCount = data[1];
+    const std::uint8_t* const oldEnds = data + 2;
+    const std::uint8_t* const oldText = oldEnds + oldCount;
+    const auto oldEnd = [&](std::size_t cells) -> std::size_t {
+        cells = std::min(cells, oldCount);
+        return cells == 0 ? 0 : oldEnds[cells - 1];
+    };
+    const std::size_t behind = first + texts.size();
+    const std::size_t start = oldEnd(first);
+    std::size_t count = std::max(oldCount, behind);
+    std::size_t characters = start + oldEnd(oldCount) - oldEnd(behind);
+    for (const TextView text : texts) {
+        characters += text.size();
+    }
+    if (characters > longestShort || count > longestShort) {
+        return std::nullopt;
+    }
+    std::uint8_t* const ends = bytes + 2;
+    for (std::size_t i = 0; i < first; ++i) {
+        ends[i] = static_cast<std::uint8_t>(oldEnd(i + 1));
+    }
+    std::size_t end = start;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        end += texts[i].size();
+        ends[first + i] = static_cast<std::uint8_t>(end);
+    }
+    for (std::size_t i = behind; i < oldCount; ++i) {
+        ends[i] = static_cast<std::uint8_t>(oldEnds[i] - oldEnd(behind) + end);
+    }
+    while (count > 0 && ends[count - 1] == (count == 1 ? 0 : ends[count - 2])) {
+        --count;
+    }
+    if (count == 0) {
+        return 0;
+    }
+    bytes[0] = record::widthCode<std::uint8_t>;
+    bytes[1] = static_cast<std::uint8_t>(count);
+    std::uint8_t* to = std::copy_n(oldText, start, ends + count);
+    unsigned bits = 0;
+    for (const TextView text : texts) {
+        for (const char16_t unit : text) {
+            bits |= unit;
+            *to++ = static_cast<std::uint8_t>(unit);
+        }
+    }
+    std::copy(oldText + oldEnd(behind), oldText + oldEnd(oldCount), to);
+    return bits <= 0xFF ? std::optional(2 + count + characters) : std::nullopt;
+}
+
+}  // namespace
+
+void CellStore::SetCells(int row, int firstCol, std::span<const TextView> texts) {
+    const RowId id = IdAt(row);
+    const RowView old = ViewOf(id);
+    const auto first = static_cast<std::size_t>(firstCol);
+    std::array<std::uint8_t, 2 + 2 * longestShort> record;
+    if (const auto size = BuildShort(old, first, texts, record.data())) {
+        Store(id, {record.data(), *size});
+        return;
+    }
+    cells_.assign(std::max(static_cast<std::size_t>(old.Count()), first + texts.size()), CellView());
+    for (int col = 0; col < old.Count(); ++col) {
+        cells_[static_cast<std::size_t>(col)] = old[col];
+    }
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        cells_[first + i] = CellView(texts[i].data(), texts[i].size());
+    }
+    Store(id, builder_.FromCells(cells_));
+}
+
+void CellStore::FillCells(int firstRow, int lastRow, int firstCol, int lastCol, TextView text) {
+    const Text kept(text);  // the view may point into the store
+    const std::vector<TextView> texts(static_cast<std::size_t>(lastCol - firstCol + 1), kept);
+    Batch batch(*this);
+    for (int row = firstRow; row <= lastRow; ++row) {
+        SetCells(row, firstCol, texts);
+    }
+    batch.Commit();
+}
+
+CellStore::Batch::Batch(CellStore& store, Reach reach)
+    : store_(store),
+      number_(store.batchNumber_),
+      firstUndo_(store.undo_.size()),
+      used_(store.arena_.Used()),
+      dead_(store.arena_.Dead()) {
+    if (reach == Reach::rows && store.batches_ == 0) {
+        rows_ = std::make_unique<Rows>();
+        rows_->addresses = store.addresses_;
+        rows_->firstFree = store.firstFree_;
+        rows_->order.CopyFrom(store.order_);
+        store.rowsAreKept_ = true;
+    }
+    ++store.batches_;
+}
+
+CellStore::Batch::~Batch() {
+    if (!open_ || Dissolved()) {
+        return;
+    }
+    if (rows_) {
+        store_.addresses_.swap(rows_->addresses);
+        store_.firstFree_ = rows_->firstFree;
+        store_.order_.Swap(rows_->order);
+        store_.rowsAreKept_ = false;
+    } else {
+        // Backward, so that a row written twice gets its first record again.
+        for (; store_.undo_.size() > firstUndo_; store_.undo_.pop_back()) {
+            store_.addresses_[store_.undo_.back().first] = store_.undo_.back().second;
+        }
+    }
+    store_.arena_.ReleaseSince(used_, dead_);
+    if (--store_.batches_ == 0) {
+        store_.undo_ = {};
+    }
+}
+
+void CellStore::Batch::Commit() noexcept {
+    open_ = false;
+    if (Dissolved() || --store_.batches_ > 0) {
+        return;
+    }
+    for (const auto& [id, address] : store_.undo_) {
+        if (address != 0) {
+            store_.arena_.Release(RowView(store_.arena_.At(address)).Size());
+        }
+    }
+    store_.undo_ = {};
+    store_.rowsAreKept_ = false;
+    store_.Tidy();
+}
+
+void CellStore::DissolveBatches() noexcept {
+    if (batches_ > 0) {
+        ++batchNumber_;
+        batches_ = 0;
+        rowsAreKept_ = false;
+        undo_ = {};
+    }
+}
+
+void CellStore::TruncateColumns(int cols) noexcept {
+    DissolveBatches();
+    order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
+        for (const RowId id : ids) {
+            const RowView row = ViewOf(id);
+            if (row.Count() <= cols) {
+                continue;
+            }
+            const std::size_t before = row.Size();
+            const std::size_t after = TruncateRecord(arena_.At(addresses_[id]), cols);
+            if (after == 0) {
+                arena_.Release(before);
+                addresses_[id] = 0;
+            } else {
+                arena_.Resize(addresses_[id], before, after);
+            }
+        }
+    });
+    Tidy();
+}
+
+void CellStore::MoveColumn(int from, int to) {
+    DissolveBatches();
+    Arena fresh;
+    std::vector<Arena::Address> addresses(addresses_);
+    const auto source = static_cast<std::size_t>(from);
+    const auto target = static_cast<std::size_t>(to);
+    order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
+        for (const RowId id : ids) {
+            const RowView row = ViewOf(id);
+            if (row.Count() == 0) {
+                continue;
+            }
+            cells_.assign(std::max({static_cast<std::size_t>(row.Count()), source + 1, target + 1}), CellView());
+            for (int col = 0; col < row.Count(); ++col) {
+                cells_[static_cast<std::size_t>(col)] = row[col];
+            }
+            const auto begin = cells_.begin();
+            if (source < target) {
+                std::rotate(begin + from, begin + from + 1, begin + to + 1);
+            } else {
+                std::rotate(begin + to, begin + from, begin + from + 1);
+            }
+            addresses[id] = Append(fresh, builder_.FromCells(cells_));
+        }
+    });
+    arena_ = std::move(fresh);
+    addresses_.swap(addresses);
+}
+
+void CellStore::ClearText() noexcept {
+    DissolveBatches();
+    order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
+        for (const RowId id : ids) {
+            addresses_[id] = 0;
+        }
+    });
+    arena_ = Arena();
+}
+
+std::size_t CellStore::MemoryUsed() const {
+    return arena_.MemoryUsed() + addresses_.capacity() * sizeof(Arena::Address) + order_.MemoryUsed();
+}
+
+}  // namespace qvx::flexgrid

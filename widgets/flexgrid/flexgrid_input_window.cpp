@@ -1,0 +1,378 @@
+// The grid window's keys, mouse and tool tip.
+#include <algorithm>
+#include <utility>
+
+#include "common/keys.h"
+#include "widgets/flexgrid/button_steps.h"
+#include "widgets/flexgrid/flexgrid_window.h"
+#include "widgets/flexgrid/hit_test.h"
+
+namespace qvx::flexgrid {
+
+namespace {
+
+constexpr UINT_PTR scrollTimer = 1;
+constexpr UINT scrollInterval = 50;  // milliseconds between steps of automatic scrolling
+
+short ButtonOf(UINT message) {
+    switch (message) {
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONUP:
+        case WM_LBUTTONDBLCLK:
+            return leftButton;
+        case WM_RBUTTONDOWN:
+        case WM_RBUTTONUP:
+        case WM_RBUTTONDBLCLK:
+            return rightButton;
+        default:
+            return middleButton;
+    }
+}
+
+bool IsButtonUp(UINT message) { return message == WM_LBUTTONUP || message == WM_RBUTTONUP || message == WM_MBUTTONUP; }
+
+ButtonAction ActionOf(UINT message) {
+    const bool twice = message == WM_LBUTTONDBLCLK || message == WM_RBUTTONDBLCLK || message == WM_MBUTTONDBLCLK;
+    return twice ? ButtonAction::downTwice : IsButtonUp(message) ? ButtonAction::up : ButtonAction::down;
+}
+
+// Buttons held during a move.
+short ButtonsOf(WPARAM wParam) {
+    return static_cast<short>(((wParam & MK_LBUTTON) != 0 ? leftButton : 0) |
+                              ((wParam & MK_RBUTTON) != 0 ? rightButton : 0) |
+                              ((wParam & MK_MBUTTON) != 0 ? middleButton : 0));
+}
+
+float ToTwips(int pixels, int dotsPerInch) {
+    return static_cast<float>(pixels) * static_cast<float>(twipsPerInch) / static_cast<float>(dotsPerInch);
+}
+
+}  // namespace
+
+// Calls every listener; false when one of them destroyed this window object. Listeners may come and go meanwhile.
+template <class Call>
+bool FlexGridWindow::Tell(Call call) {
+    const LifeWatch watch = Watch();
+    for (std::size_t i = 0; i < events_.size(); ++i) {
+        if (GridWindowEvents* events = events_[i]) {
+            call(*events);
+            if (!watch.Alive()) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+void FlexGridWindow::TellScroll() {
+    Tell([](GridWindowEvents& events) { events.Scroll(); });
+}
+
+bool FlexGridWindow::TellFocus(bool got) {
+    return Tell([&](GridWindowEvents& events) { got ? events.GotFocus() : events.LostFocus(); });
+}
+
+// ---- Keys ----------------------------------------------------------------------------------------------------------
+
+LRESULT FlexGridWindow::OnKey(UINT message, WPARAM wParam, LPARAM lParam) {
+    short key = static_cast<short>(wParam);
+    auto shift = static_cast<short>(ShiftState());
+    switch (message) {
+        case WM_KEYDOWN:
+        case WM_SYSKEYDOWN:
+            if (key == keys::escape && (drag_ != Drag::None || border_.kind != Border::Kind::None)) {
+                EndDrag();
+                return 0;
+            }
+            if (!Tell([&](GridWindowEvents& events) { events.KeyDown(key, shift); })) {
+                return 0;
+            }
+            if (key != 0 && ActOnKey(key, shift)) {
+                return 0;
+            }
+            break;
+        case WM_KEYUP:
+        case WM_SYSKEYUP:
+            if (!Tell([&](GridWindowEvents& events) { events.KeyUp(key, shift); })) {
+                return 0;
+            }
+            break;
+        default:
+            Tell([&](GridWindowEvents& events) { events.KeyPress(key); });
+            return 0;
+    }
+    // Menus' keys go on to the system whatever the listeners made of them.
+    return message == WM_SYSKEYDOWN || message == WM_SYSKEYUP ? Default(message, wParam, lParam) : 0;
+}
+
+bool FlexGridWindow::ActOnKey(int key, int shift) {
+    SettleLayout();
+    const View view = CurrentView();
+    const Cursor cursor = grid_.CurrentCursor();
+    const auto step = KeyStep(key, shift, cursor, RowAxis(grid_, view), ColumnAxis(grid_, view));
+    if (!step) {
+        return false;
+    }
+    const LifeWatch watch = Watch();
+    if (step->cursor != cursor) {
+        grid_.Select(step->cursor);
+    }
+    // A handler may have changed the grid, so that the step's place in it is asked for again.
+    if (watch.Alive()) {
+        ScrollTo(step->topRow, step->leftCol);
+    }
+    if (watch.Alive()) {
+        ScrollIntoView(grid_.RowSel(), grid_.ColSel());
+    }
+    return true;
+}
+
+// ---- Mouse ---------------------------------------------------------------------------------------------------------
+
+bool FlexGridWindow::TellMouse(UINT message, WPARAM wParam, Point point) {
+    const Dpi dpi = grid_.Metrics().Resolution();
+    const float x = ToTwips(point.x, dpi.x);
+    const float y = ToTwips(point.y, dpi.y);
+    const auto shift = static_cast<short>(ShiftState());
+    return Tell([&](GridWindowEvents& events) {
+        if (message == WM_MOUSEMOVE) {
+            events.MouseMove(ButtonsOf(wParam), shift, x, y);
+        } else if (IsButtonUp(message)) {
+            events.MouseUp(ButtonOf(message), shift, x, y);
+        } else {
+            events.MouseDown(ButtonOf(message), shift, x, y);
+        }
+    });
+}
+
+LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
+    const LifeWatch watch = Watch();
+    const Point point = MousePoint(lParam);
+    lastPoint_ = point;
+    tip_.Press(message, point);
+    bool click = false;
+    for (const ButtonStep step : StepsOf(ButtonOf(message), ActionOf(message))) {
+        switch (step) {
+            case ButtonStep::takeFocus:
+                if (GetFocus() != Handle()) {
+                    SetFocus(Handle());
+                }
+                break;
+            case ButtonStep::tellDown:
+            case ButtonStep::tellUp:
+                TellMouse(message, wParam, point);
+                break;
+            case ButtonStep::press:
+                OnLeftDown(point, ShiftState());
+                break;
+            case ButtonStep::tellDblClick:
+                clicking_ = false;
+                if (Tell([](GridWindowEvents& events) { events.DblClick(); }) && GetFocus() != Handle()) {
+                    drag_ = Drag::None;  // an editor has opened, to stay over its cell
+                }
+                break;
+            case ButtonStep::release:
+                click = OnLeftUp(point);
+                break;
+            case ButtonStep::tellClick:
+                if (click) {
+                    Tell([](GridWindowEvents& events) { events.Click(); });
+                }
+                break;
+        }
+        if (!watch.Alive() || !Handle()) {
+            return 0;
+        }
+    }
+    return 0;
+}
+
+void FlexGridWindow::OnLeftDown(Point point, int shift) {
+    SettleLayout();
+    const View view = CurrentView();
+    const Axis rows = RowAxis(grid_, view);
+    const Axis columns = ColumnAxis(grid_, view);
+    pressed_ = true;
+    clicking_ = true;
+    const Border border =
+        BorderAt(rows, columns, point, static_cast<int>(grid_.AllowUserResizing()), grid_.Metrics().Resolution());
+    if (border.kind != Border::Kind::None) {
+        border_ = border;
+        clicking_ = false;
+        SetCapture(Handle());
+        OnMove(point);
+        return;
+    }
+    const Cursor cursor = grid_.CurrentCursor();
+    const Press press = MousePress(HitTest(rows, columns, point), (shift & keys::shiftMask) != 0,
+                                   grid_.AllowBigSelection(), grid_.SelectionMode(), cursor, rows, columns);
+    const LifeWatch watch = Watch();
+    if (press.cursor != cursor) {
+        grid_.Select(press.cursor);
+    }
+    // A handler of the cursor's events may have laid an editor over the new cell, which then has the focus: the press
+    // is over.
+    if (watch.Alive() && Handle() && pressed_ && GetFocus() == Handle()) {
+        drag_ = press.drag;
+        SetCapture(Handle());
+    }
+}
+
+void FlexGridWindow::OnMove(Point point) {
+    lastPoint_ = point;
+    if (border_.kind != Border::Kind::None) {
+        const View view = CurrentView();
+        const bool column = border_.kind == Border::Kind::Column;
+        const Axis axis = column ? ColumnAxis(grid_, view) : RowAxis(grid_, view);
+        const Dpi dpi = grid_.Metrics().Resolution();
+        borderLine_ =
+            DraggedBorder(border_, axis.Along(column ? point.x : point.y), axis.extent, column ? dpi.x : dpi.y);
+        MarkAllStale();
+        return;
+    }
+    if (drag_ != Drag::None) {
+        DragSelection(point);
+        return;
+    }
+    tip_.Follow(Handle(), HitAt(point), point, grid_.RightToLeft());
+}
+
+void FlexGridWindow::DragSelection(Point point) {
+    const View view = CurrentView();
+    const Axis rows = RowAxis(grid_, view);
+    const Axis columns = ColumnAxis(grid_, view);
+    const bool outside = point.x < 0 || point.y < 0 || point.x >= view.client.width || point.y >= view.client.height;
+    const Cursor cursor = grid_.CurrentCursor();
+    const Cursor moved = MouseDrag(drag_, cursor, point, rows, columns);
+    const LifeWatch watch = Watch();
+    if (moved != cursor) {
+        grid_.Select(moved);
+    }
+    if (!watch.Alive() || !Handle() || drag_ == Drag::None) {
+        return;
+    }
+    if (outside) {
+        SetTimer(Handle(), scrollTimer, scrollInterval, nullptr);
+    } else {
+        KillTimer(Handle(), scrollTimer);
+    }
+}
+
+void FlexGridWindow::OnTimer() {
+    if (drag_ == Drag::None) {
+        KillTimer(Handle(), scrollTimer);
+        return;
+    }
+    SettleLayout();
+    const View view = CurrentView();
+    const Axis rows = RowAxis(grid_, view);
+    const Axis columns = ColumnAxis(grid_, view);
+    const Dpi dpi = grid_.Metrics().Resolution();
+    int top = grid_.TopRow();
+    int left = grid_.LeftCol();
+    if (drag_ != Drag::Columns) {
+        top = ClampFirst(rows, StepShown(rows, top, AutoScrollSteps(rows.Along(lastPoint_.y), 0, rows.extent, dpi.y)));
+    }
+    if (drag_ != Drag::Rows) {
+        left = ClampFirst(
+            columns, StepShown(columns, left, AutoScrollSteps(columns.Along(lastPoint_.x), 0, columns.extent, dpi.x)));
+    }
+    const LifeWatch watch = Watch();
+    ScrollTo(top, left);
+    if (watch.Alive() && Handle()) {
+        DragSelection(lastPoint_);
+    }
+}
+
+// True when the release makes a click.
+bool FlexGridWindow::OnLeftUp(Point point) {
+    const Rect client = ClientArea();
+    const bool click = pressed_ && clicking_ && client.Contains(point);
+    const Border border = border_;
+    const LifeWatch watch = Watch();
+    if (border.kind != Border::Kind::None) {
+        OnMove(point);
+        const int line = borderLine_;
+        EndDrag();
+        const bool column = border.kind == Border::Kind::Column;
+        const Dpi dpi = grid_.Metrics().Resolution();
+        const int twips = DraggedSizeTwips(border, line, column ? dpi.x : dpi.y);
+        if (column && border.index < grid_.Cols()) {
+            grid_.SetColWidth(border.index, twips);
+        } else if (!column && border.index < grid_.Rows()) {
+            grid_.SetRowHeight(border.index, twips);
+        }
+        if (watch.Alive()) {
+            Tell([](GridWindowEvents& events) { events.Resized(); });
+        }
+        return false;
+    }
+    EndDrag();
+    return click;
+}
+
+void FlexGridWindow::EndDrag() {
+    const bool resizing = border_.kind != Border::Kind::None;
+    drag_ = Drag::None;
+    border_ = {};
+    borderLine_ = -1;
+    pressed_ = false;
+    if (!Handle()) {
+        return;
+    }
+    KillTimer(Handle(), scrollTimer);
+    if (resizing) {
+        MarkAllStale();
+    }
+    if (GetCapture() == Handle()) {
+        ReleaseCapture();
+    }
+}
+
+bool FlexGridWindow::OnSetCursor() {
+    POINT at{};
+    if (!GetCursorPos(&at) || !ScreenToClient(Handle(), &at)) {
+        return false;
+    }
+    Border border = border_;
+    if (border.kind == Border::Kind::None) {
+        const View view = CurrentView();
+        border =
+            BorderAt(RowAxis(grid_, view), ColumnAxis(grid_, view), {static_cast<int>(at.x), static_cast<int>(at.y)},
+                     static_cast<int>(grid_.AllowUserResizing()), grid_.Metrics().Resolution());
+    }
+    if (border.kind == Border::Kind::None) {
+        return false;
+    }
+    SetCursor(LoadCursorW(nullptr, border.kind == Border::Kind::Column ? IDC_SIZEWE : IDC_SIZENS));
+    return true;
+}
+
+// ---- Tool tip ------------------------------------------------------------------------------------------------------
+
+Hit FlexGridWindow::HitAt(Point point) const {
+    const View view = CurrentView();
+    return HitTest(RowAxis(grid_, view), ColumnAxis(grid_, view), point);
+}
+
+LRESULT FlexGridWindow::OnNotify(WPARAM wParam, LPARAM lParam) {
+    NMTTDISPINFOW* question = tip_.QuestionOf(lParam);
+    if (!question) {
+        return Default(WM_NOTIFY, wParam, lParam);
+    }
+    // The grid may have changed and scrolled since the pointer came to rest.
+    SettleLayout();
+    const Hit hit = HitAt(lastPoint_);
+    Text text;
+    const auto ask = [&](GridWindowEvents& events) {
+        if (text.empty() && hit.OnCell()) {
+            text = events.ToolTip(hit.row, hit.col);
+        }
+    };
+    if (Tell(ask)) {
+        tip_.Answer(*question, std::move(text));
+    }
+    return 0;
+}
+
+}  // namespace qvx::flexgrid

@@ -1,0 +1,36 @@
+// The grid's automation object, which hosts reach through ComboGrid.Grid.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <functional>
+
+#include "com/pointer.h"
+#include "widgets/flexgrid/flexgrid_window.h"
+
+namespace qvx::flexgrid {
+
+class FlexGridObject;
+
+// The object of one window, made when first asked for. Hosts may keep it longer than the window lives: from then on
+// every member fails with run-time error 364 "Object was unloaded".
+class GridAutomation {
+  public:
+    // The window must outlive this. Events are raised as long as `tells` says so.
+    GridAutomation(FlexGridWindow& window, std::function<bool()> tells);
+    ~GridAutomation();
+    GridAutomation(const GridAutomation&) = delete;
+    GridAutomation& operator=(const GridAutomation&) = delete;
+
+    // With a reference for the caller. Throws ComError, std::bad_alloc.
+    IDispatch* Get();
+
+  private:
+    FlexGridWindow& window_;
+    std::function<bool()> tells_;
+    ComPtr<FlexGridObject> object_;
+};
+
+}  // namespace qvx::flexgrid

@@ -1,0 +1,149 @@
+// How far the window is scrolled: bars, wheel, and what hosts ask for.
+#include <algorithm>
+
+#include "widgets/flexgrid/flexgrid_window.h"
+#include "widgets/flexgrid/scrolling.h"
+
+namespace qvx::flexgrid {
+
+// Brings bars and scroll position in line with counts and sizes; whatever depends on the client's size asks for this
+// first.
+void FlexGridWindow::SettleLayout() {
+    if (!layoutChanged_ || settling_) {
+        return;
+    }
+    settling_ = true;
+    layoutChanged_ = false;
+    UpdateBars();
+    // Only a grid that now reaches less far than it is scrolled is pulled back.
+    ScrollTo(grid_.TopRow(), grid_.LeftCol());
+    settling_ = false;
+    UpdateBars();
+}
+
+void FlexGridWindow::UpdateBars() {
+    const HWND window = Handle();
+    if (!window) {
+        return;
+    }
+    const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
+    const Size thickness{GetSystemMetrics(SM_CXVSCROLL), GetSystemMetrics(SM_CYHSCROLL)};
+    const bool hasVertical = (style & WS_VSCROLL) != 0;
+    const bool hasHorizontal = (style & WS_HSCROLL) != 0;
+    View view = CurrentView();
+    const Size room{view.client.width + (hasVertical ? thickness.width : 0),
+                    view.client.height + (hasHorizontal ? thickness.height : 0)};
+    const BarChoice choice = ChooseBars(RowAxis(grid_, view), ColumnAxis(grid_, view), room, thickness,
+                                        static_cast<int>(grid_.ScrollBars()));
+    // Showing a bar resizes the client, which comes back as WM_SIZE and settles again when this is done.
+    if (choice.vertical != hasVertical) {
+        ShowScrollBar(window, SB_VERT, choice.vertical);
+    }
+    if (choice.horizontal != hasHorizontal) {
+        ShowScrollBar(window, SB_HORZ, choice.horizontal);
+    }
+    view = CurrentView();
+    const auto set = [&](int which, const Bar& bar, Bar& known) {
+        if (bar == known) {
+            return;
+        }
+        // Drawing a bar costs more than drawing rows, so it is drawn when its thumb moves by a pixel or more: among
+        // very many rows that is seldom.
+        const int length =
+            which == SB_VERT ? view.client.height - 2 * thickness.height : view.client.width - 2 * thickness.width;
+        const bool moves = ThumbMoves(known, bar, length);
+        if (moves) {
+            known = bar;
+        }
+        SCROLLINFO info{sizeof info,
+                        SIF_RANGE | SIF_PAGE | SIF_POS,
+                        bar.min,
+                        bar.max,
+                        static_cast<UINT>(bar.page),
+                        bar.position,
+                        0};
+        SetScrollInfo(window, which, &info, moves);
+    };
+    if (choice.vertical) {
+        set(SB_VERT, BarOf(RowAxis(grid_, view)), drawnBars_[0]);
+    } else {
+        drawnBars_[0] = {};
+    }
+    if (choice.horizontal) {
+        set(SB_HORZ, BarOf(ColumnAxis(grid_, view)), drawnBars_[1]);
+    } else {
+        drawnBars_[1] = {};
+    }
+}
+
+void FlexGridWindow::SetTopRow(int row) {
+    SettleLayout();
+    const Axis rows = RowAxis(grid_, CurrentView());
+    grid_.SetTopRow(rows.CanBeFirst(row) ? ClampFirst(rows, row) : row);
+}
+
+void FlexGridWindow::SetLeftCol(int col) {
+    SettleLayout();
+    const Axis columns = ColumnAxis(grid_, CurrentView());
+    grid_.SetLeftCol(columns.CanBeFirst(col) ? ClampFirst(columns, col) : col);
+}
+
+void FlexGridWindow::ScrollTo(int topRow, int leftCol) {
+    SettleLayout();
+    const View view = CurrentView();
+    const Axis rows = RowAxis(grid_, view);
+    const Axis columns = ColumnAxis(grid_, view);
+    const int top = ClampFirst(rows, topRow);
+    const int left = ClampFirst(columns, leftCol);
+    if (rows.HasScrollable() && top != grid_.TopRow()) {
+        grid_.SetTopRow(top);
+    }
+    if (columns.HasScrollable() && left != grid_.LeftCol()) {
+        grid_.SetLeftCol(left);
+    }
+}
+
+void FlexGridWindow::ScrollIntoView(int row, int col) {
+    SettleLayout();
+    const View view = CurrentView();
+    ScrollTo(FirstToShow(RowAxis(grid_, view), row), FirstToShow(ColumnAxis(grid_, view), col));
+}
+
+void FlexGridWindow::OnBar(bool vertical, WPARAM wParam) {
+    const int code = LOWORD(wParam);
+    if (code > SB_BOTTOM || (code == SB_THUMBTRACK && !grid_.ScrollTrack())) {
+        return;
+    }
+    SettleLayout();
+    // The message itself carries 16 bits only.
+    SCROLLINFO info{sizeof info, SIF_TRACKPOS, 0, 0, 0, 0, 0};
+    GetScrollInfo(Handle(), vertical ? SB_VERT : SB_HORZ, &info);
+    const auto request = static_cast<BarRequest>(code);
+    const View view = CurrentView();
+    const int first = FirstAfter(vertical ? RowAxis(grid_, view) : ColumnAxis(grid_, view), request, info.nTrackPos);
+    ScrollTo(vertical ? first : grid_.TopRow(), vertical ? grid_.LeftCol() : first);
+}
+
+bool FlexGridWindow::OnWheel(bool vertical, WPARAM wParam) {
+    SettleLayout();
+    const View view = CurrentView();
+    const bool down = vertical && (LOWORD(wParam) & MK_SHIFT) == 0;
+    const Axis axis = down ? RowAxis(grid_, view) : ColumnAxis(grid_, view);
+    if (!axis.HasScrollable() || !Overflows(axis, axis.extent)) {
+        return false;
+    }
+    UINT lines = 3;
+    SystemParametersInfoW(down ? SPI_GETWHEELSCROLLLINES : SPI_GETWHEELSCROLLCHARS, 0, &lines, 0);
+    const int perNotch = lines == WHEEL_PAGESCROLL ? PageOf(axis) : static_cast<int>(std::min(lines, 100U));
+    // Turned away from the user rows move back; tilted to the right columns move on.
+    const int delta = static_cast<short>(HIWORD(wParam));
+    WheelCounter& counter = down ? wheelDown_ : wheelAcross_;
+    const int steps = counter.Take(vertical ? -delta : delta, perNotch);
+    if (steps != 0) {
+        const int first = ClampFirst(axis, StepShown(axis, axis.first, steps));
+        ScrollTo(down ? first : grid_.TopRow(), down ? grid_.LeftCol() : first);
+    }
+    return true;
+}
+
+}  // namespace qvx::flexgrid

@@ -1,0 +1,330 @@
+// The window itself: its life and its messages. What hosts ask about places is in flexgrid_geometry_window.cpp,
+// scrolling in flexgrid_scrolling_window.cpp, painting in flexgrid_paint_window.cpp, keys and mouse in
+// flexgrid_input_window.cpp.
+#include "widgets/flexgrid/flexgrid_window.h"
+
+#include <algorithm>
+
+#include "widgets/flexgrid/hit_test.h"
+#include "widgets/flexgrid/paint.h"
+#include "win/dpi.h"
+#include "win/fonts.h"
+#include "win/module_instance.h"
+
+namespace qvx::flexgrid {
+
+// The grid's questions about fonts, answered from the window's device.
+class FlexGridWindow::DeviceMetrics final : public TextMetrics {
+  public:
+    explicit DeviceMetrics(HWND window) : dpi_(WindowDpi(window)), dc_(CreateCompatibleDC(nullptr)) {}
+    Dpi Resolution() const override { return dpi_; }
+    int TextWidth(TextView text, const FontSpec& font) const override {
+        return AcquireFont(font, dpi_)->RunWidth(dc_.Get(), text);
+    }
+    int LineHeight(const FontSpec& font) const override { return AcquireFont(font, dpi_)->LineHeight(); }
+
+  private:
+    Dpi dpi_;
+    UniqueMemoryDc dc_;
+};
+
+namespace {
+
+const WindowClass gridClass{L"QvxFlexGrid"};
+
+}  // namespace
+
+FlexGridWindow::FlexGridWindow() : metrics_(std::make_unique<DeviceMetrics>(nullptr)) {
+    grid_.SetTextMetrics(metrics_.get());
+    grid_.AddListener(this);
+    toldTop_ = grid_.TopRow();
+    toldLeft_ = grid_.LeftCol();
+}
+
+FlexGridWindow::~FlexGridWindow() {
+    Destroy();
+    grid_.RemoveListener(this);
+    grid_.SetTextMetrics(nullptr);
+}
+
+void FlexGridWindow::AddEvents(GridWindowEvents* events) {
+    // Listeners come and go while others are being told, so nobody's place may shift.
+    if (!events_.empty() && !events_.back()) {
+        events_.back() = events;
+    } else {
+        events_.push_back(events);
+    }
+}
+
+void FlexGridWindow::RemoveEvents(GridWindowEvents* events) {
+    std::replace(events_.begin(), events_.end(), events, static_cast<GridWindowEvents*>(nullptr));
+}
+
+std::vector<std::shared_ptr<void>> FlexGridWindow::Hold() const {
+    std::vector<std::shared_ptr<void>> held;
+    held.reserve(events_.size());
+    for (GridWindowEvents* events : events_) {
+        if (events) {
+            held.push_back(events->Hold());
+        }
+    }
+    return held;
+}
+
+bool FlexGridWindow::CreateIn(HWND parent, const Rect& bounds, int id) {
+    headlessSize_ = {bounds.Width(), bounds.Height()};
+    const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | (grid_.Enabled() ? 0 : WS_DISABLED);
+    if (!Create(gridClass, L"", style, 0, bounds, parent, id)) {
+        return false;
+    }
+    OnResolutionChange();
+    ApplyStyle();
+    return true;
+}
+
+void FlexGridWindow::MoveTo(const Rect& bounds) {
+    headlessSize_ = {bounds.Width(), bounds.Height()};
+    if (Handle()) {
+        SetWindowPos(Handle(), nullptr, bounds.left, bounds.top, bounds.Width(), bounds.Height(),
+                     SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+    } else {
+        layoutChanged_ = true;
+    }
+}
+
+void FlexGridWindow::OnGone() {
+    buffer_.Release();
+    drawnBars_ = {};
+    tip_.Destroy();
+    accessibility_.Gone();
+    drag_ = Drag::None;
+    border_ = {};
+    allStale_ = true;
+    paintRequested_ = false;
+}
+
+Size FlexGridWindow::OuterSize() const {
+    RECT outer{};
+    if (!Handle() || !GetWindowRect(Handle(), &outer)) {
+        return headlessSize_;
+    }
+    return {static_cast<int>(outer.right - outer.left), static_cast<int>(outer.bottom - outer.top)};
+}
+
+Rect FlexGridWindow::BorderPixels() const {
+    if (grid_.BorderStyle() == GridBorder::none) {
+        return {};
+    }
+    const bool threeD = grid_.Appearance() == GridAppearance::threeD;
+    const int across = GetSystemMetrics(threeD ? SM_CXEDGE : SM_CXBORDER);
+    const int down = GetSystemMetrics(threeD ? SM_CYEDGE : SM_CYBORDER);
+    return {across, down, across, down};
+}
+
+Point FlexGridWindow::ClientCorner() const {
+    RECT outer{};
+    RECT client{};
+    if (!Handle() || !GetWindowRect(Handle(), &outer) || !GetClientRect(Handle(), &client)) {
+        const Rect border = BorderPixels();
+        return {border.left, border.top};
+    }
+    MapWindowPoints(Handle(), nullptr, reinterpret_cast<POINT*>(&client), 2);
+    return {static_cast<int>(client.left - outer.left), static_cast<int>(client.top - outer.top)};
+}
+
+View FlexGridWindow::CurrentView() const {
+    View view;
+    if (Handle()) {
+        const Rect client = ClientArea();
+        view.client = {client.Width(), client.Height()};
+        view.focused = GetFocus() == Handle();
+    } else {
+        const Rect border = BorderPixels();
+        view.client = {std::max(0, headlessSize_.width - border.left - border.right),
+                       std::max(0, headlessSize_.height - border.top - border.bottom)};
+    }
+    if (border_.kind == Border::Kind::Column) {
+        view.draggedColumn = borderLine_;
+    } else if (border_.kind == Border::Kind::Row) {
+        view.draggedRow = borderLine_;
+    }
+    return view;
+}
+
+View FlexGridWindow::SettledView() {
+    SettleLayout();
+    return CurrentView();
+}
+
+// ---- Changes of the grid -------------------------------------------------------------------------------------------
+
+void FlexGridWindow::Invalidated(GridChange change, const CellRange& range) {
+    switch (change) {
+        case GridChange::texts:
+        case GridChange::formats:
+        case GridChange::selection:
+            changedCells_ = changedCells_.Union(range);
+            break;
+        case GridChange::layout:
+            layoutChanged_ = true;
+            allStale_ = true;
+            break;
+        case GridChange::scroll:
+            break;
+        case GridChange::look:
+            layoutChanged_ = true;
+            allStale_ = true;
+            if (Handle()) {
+                ApplyStyle();
+            }
+            break;
+    }
+    RequestPaint();
+    if (toldTop_ != grid_.TopRow() || toldLeft_ != grid_.LeftCol()) {
+        toldTop_ = grid_.TopRow();
+        toldLeft_ = grid_.LeftCol();
+        TellScroll();
+    }
+}
+
+// One internal paint message stands for any number of changes; what they come to is worked out when it arrives.
+void FlexGridWindow::RequestPaint() {
+    if (Handle() && grid_.Redraw() && !paintRequested_) {
+        paintRequested_ = true;
+        RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT);
+    }
+}
+
+void FlexGridWindow::ApplyStyle() {
+    const HWND window = Handle();
+    LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
+    LONG_PTR exStyle = GetWindowLongPtrW(window, GWL_EXSTYLE);
+    const LONG_PTR oldStyle = style;
+    const LONG_PTR oldExStyle = exStyle;
+    const bool border = grid_.BorderStyle() != GridBorder::none;
+    const bool threeD = border && grid_.Appearance() == GridAppearance::threeD;
+    const auto put = [](LONG_PTR& bits, LONG_PTR bit, bool on) { bits = on ? bits | bit : bits & ~bit; };
+    put(style, WS_BORDER, border && !threeD);
+    put(exStyle, WS_EX_CLIENTEDGE, threeD);
+    put(exStyle, WS_EX_LEFTSCROLLBAR, grid_.RightToLeft());
+    if (style != oldStyle || exStyle != oldExStyle) {
+        SetWindowLongPtrW(window, GWL_STYLE, style);
+        SetWindowLongPtrW(window, GWL_EXSTYLE, exStyle);
+        SetWindowPos(window, nullptr, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+    }
+    const bool enabled = IsWindowEnabled(window) != 0;
+    if (enabled != grid_.Enabled()) {
+        EnableWindow(window, grid_.Enabled());
+    }
+}
+
+void FlexGridWindow::OnResolutionChange() {
+    metrics_ = [this] {
+        auto fresh = std::make_unique<DeviceMetrics>(Handle());
+        grid_.SetTextMetrics(fresh.get());
+        return fresh;
+    }();
+    layoutChanged_ = true;
+    MarkAllStale();
+}
+
+LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto held = Hold();
+    switch (message) {
+        case WM_PAINT:
+            OnPaint();
+            return 0;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PRINTCLIENT: {
+            const View view = CurrentView();
+            GdiSurface surface(reinterpret_cast<HDC>(wParam), grid_.Metrics().Resolution());
+            Paint(grid_, view, surface, {0, 0, view.client.width, view.client.height});
+            return 0;
+        }
+        case WM_SIZE:
+            layoutChanged_ = true;
+            MarkAllStale();
+            return 0;
+        case WM_SETREDRAW:
+            grid_.SetRedraw(wParam != 0);
+            return 0;
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+            MarkAllStale();
+            if (message == WM_SETFOCUS) {
+                accessibility_.FocusCame();
+            }
+            TellFocus(message == WM_SETFOCUS);
+            return 0;
+        case WM_ENABLE:
+            grid_.SetEnabled(wParam != 0);
+            return 0;
+        case WM_SYSCOLORCHANGE:
+        case WM_THEMECHANGED:
+            MarkAllStale();
+            return 0;
+        case WM_SETTINGCHANGE:
+        case WM_DPICHANGED_AFTERPARENT:
+        case WM_DISPLAYCHANGE:
+            OnResolutionChange();
+            return 0;
+        case WM_KEYDOWN:
+        case WM_SYSKEYDOWN:
+        case WM_KEYUP:
+        case WM_SYSKEYUP:
+        case WM_CHAR:
+            return OnKey(message, wParam, lParam);
+        case WM_GETDLGCODE:
+            return DLGC_WANTARROWS | DLGC_WANTCHARS;
+        case WM_VSCROLL:
+        case WM_HSCROLL:
+            OnBar(message == WM_VSCROLL, wParam);
+            return 0;
+        case WM_MOUSEWHEEL:
+        case WM_MOUSEHWHEEL:
+            return OnWheel(message == WM_MOUSEWHEEL, wParam) ? 0 : Default(message, wParam, lParam);
+        case WM_LBUTTONDOWN:
+        case WM_RBUTTONDOWN:
+        case WM_MBUTTONDOWN:
+        case WM_LBUTTONDBLCLK:
+        case WM_RBUTTONDBLCLK:
+        case WM_MBUTTONDBLCLK:
+        case WM_LBUTTONUP:
+        case WM_RBUTTONUP:
+        case WM_MBUTTONUP:
+            return OnButton(message, wParam, lParam);
+        case WM_MOUSEMOVE:
+            // The button may have been let go elsewhere, as over a message box that a handler has shown.
+            if (pressed_ && (wParam & MK_LBUTTON) == 0) {
+                EndDrag();
+            }
+            if (TellMouse(message, wParam, MousePoint(lParam))) {
+                OnMove(MousePoint(lParam));
+            }
+            return 0;
+        case WM_CAPTURECHANGED:
+        case WM_CANCELMODE:
+            EndDrag();
+            return 0;
+        case WM_TIMER:
+            OnTimer();
+            return 0;
+        case WM_SETCURSOR:
+            return LOWORD(lParam) == HTCLIENT && OnSetCursor() ? TRUE : Default(message, wParam, lParam);
+        case WM_NOTIFY:
+            return OnNotify(wParam, lParam);
+        case WM_GETOBJECT: {
+            const auto object = accessibility_.Answer(wParam, lParam);
+            return object ? *object : Default(message, wParam, lParam);
+        }
+        case GridAccessibility::tellMessage:
+            accessibility_.TellNow();
+            return 0;
+        default:
+            return Default(message, wParam, lParam);
+    }
+}
+
+}  // namespace qvx::flexgrid

@@ -1,0 +1,419 @@
+// Sizes, settings and formats of columns, rows and cells, and the positions that follow from them.
+#include <algorithm>
+#include <utility>
+
+#include "common/numeric_reading.h"
+#include "widgets/flexgrid/grid.h"
+#include "widgets/flexgrid/grid_errors.h"
+
+namespace qvx::flexgrid {
+
+namespace {
+
+void CheckSize(int twips) {
+    if (twips < Grid::defaultSize) {
+        RefuseValue();
+    }
+}
+
+}  // namespace
+
+// ---- Columns -------------------------------------------------------------------------------------------------------
+
+int Grid::ColWidth(int col) const {
+    CheckCol(col);
+    const int width = columns_[static_cast<std::size_t>(col)].width;
+    return width == defaultSize ? defaultColWidth : width;
+}
+
+template <class Set>
+void Grid::ChangeColumns(int col, GridChange change, Set set) {
+    if (col == all) {
+        set(newColumn_);
+        std::for_each(columns_.begin(), columns_.end(), set);
+        col = 0;
+    } else {
+        CheckCol(col);
+        set(columns_[static_cast<std::size_t>(col)]);
+    }
+    InvalidateColumnPositions();
+    TellChange(change, {0, col, Rows() - 1, Cols() - 1});
+}
+
+void Grid::SetColWidth(int col, int twips) {
+    CheckSize(twips);
+    ChangeColumns(col, GridChange::layout, [&](Column& column) { column.width = twips; });
+}
+
+GridAlignment Grid::ColAlignment(int col) const {
+    CheckCol(col);
+    return columns_[static_cast<std::size_t>(col)].alignment;
+}
+
+void Grid::SetColAlignment(int col, GridAlignment alignment) {
+    ChangeColumns(col, GridChange::formats, [&](Column& column) { column.alignment = alignment; });
+}
+
+GridAlignment Grid::FixedAlignment(int col) const {
+    CheckCol(col);
+    const Column& column = columns_[static_cast<std::size_t>(col)];
+    return column.hasFixedAlignment ? column.fixedAlignment : column.alignment;
+}
+
+void Grid::SetFixedAlignment(int col, GridAlignment alignment) {
+    ChangeColumns(col, GridChange::formats, [&](Column& column) {
+        column.fixedAlignment = alignment;
+        column.hasFixedAlignment = true;
+    });
+}
+
+std::int32_t Grid::ColData(int col) const {
+    CheckCol(col);
+    return columns_[static_cast<std::size_t>(col)].data;
+}
+
+void Grid::SetColData(int col, std::int32_t data) {
+    if (col != all) {
+        CheckCol(col);
+        columns_[static_cast<std::size_t>(col)].data = data;
+        return;
+    }
+    for (Column& column : columns_) {
+        column.data = data;
+    }
+}
+
+bool Grid::MergeCol(int col) const {
+    CheckCol(col);
+    return columns_[static_cast<std::size_t>(col)].merge;
+}
+
+void Grid::SetMergeCol(int col, bool merge) {
+    ChangeColumns(col, GridChange::formats, [&](Column& column) { column.merge = merge; });
+}
+
+// ---- Rows ----------------------------------------------------------------------------------------------------------
+
+int Grid::EffectiveHeight(int own) const {
+    if (own == 0) {
+        return 0;
+    }
+    return std::max(own == defaultSize ? defaultRowHeight_ : own, rowHeightMin_);
+}
+
+int Grid::RowHeight(int row) const {
+    CheckRow(row);
+    const int* own = heights_.Find(store_.IdAt(row));
+    return EffectiveHeight(own ? *own : allHeights_);
+}
+
+void Grid::SetRowHeight(int row, int twips) {
+    CheckSize(twips);
+    if (row == all) {
+        allHeights_ = twips;
+        heights_.Clear();
+        store_.SetDeviations({});
+        LayoutChanged(0, 0);
+        return;
+    }
+    CheckRow(row);
+    const RowId id = store_.IdAt(row);
+    if (twips == allHeights_) {
+        store_.SetDeviation(row, 0);
+        heights_.Erase(id);
+    } else {
+        heights_.Reserve(heights_.Size() + 1);
+        store_.SetDeviation(row, PixelsDown(EffectiveHeight(twips)) - SharedRowPixels());
+        heights_.Set(id, twips);
+    }
+    LayoutChanged(row, 0);
+}
+
+template <class T>
+void Grid::ChangeHeights(T& field, T value) {
+    const int heightBefore = defaultRowHeight_;
+    std::swap(field, value);
+    try {
+        const int dpi = metrics_->Resolution().y;
+        const int pixels = metrics_->LineHeight(font_) + Scaled(cellSpaceDown, dpi);
+        defaultRowHeight_ = PixelsToTwips(pixels, dpi);
+        store_.SetDeviations(MeasureDeviations());
+    } catch (...) {
+        std::swap(field, value);
+        defaultRowHeight_ = heightBefore;
+        throw;
+    }
+}
+
+SparseMap<int> Grid::MeasureDeviations() const {
+    SparseMap<int> deviations;
+    const int shared = SharedRowPixels();
+    deviations.Reserve(heights_.Size());
+    heights_.ForEach([&](RowId id, int own) {
+        if (const int deviation = PixelsDown(EffectiveHeight(own)) - shared; deviation != 0) {
+            deviations.Set(id, deviation);
+        }
+    });
+    return deviations;
+}
+
+void Grid::SetRowHeightMin(int twips) {
+    if (twips < 0) {
+        RefuseValue();
+    }
+    if (twips != rowHeightMin_) {
+        ChangeHeights(rowHeightMin_, twips);
+        LayoutChanged(0, 0);
+    }
+}
+
+std::int32_t Grid::RowData(int row) const {
+    CheckRow(row);
+    const std::int32_t* data = rowData_.Find(store_.IdAt(row));
+    return data ? *data : 0;
+}
+
+void Grid::SetRowData(int row, std::int32_t data) {
+    if (row != all) {
+        CheckRow(row);
+        if (data == 0) {
+            rowData_.Erase(store_.IdAt(row));
+        } else {
+            rowData_.Set(store_.IdAt(row), data);
+        }
+        return;
+    }
+    if (data == 0) {
+        rowData_.Clear();
+        return;
+    }
+    rowData_.Reserve(static_cast<std::size_t>(Rows()));
+    for (int r = 0; r < Rows(); ++r) {
+        rowData_.Set(store_.IdAt(r), data);
+    }
+}
+
+bool Grid::MergeRow(int row) const {
+    CheckRow(row);
+    return mergeRows_.Find(store_.IdAt(row)) ? !allMergeRows_ : allMergeRows_;
+}
+
+void Grid::SetMergeRow(int row, bool merge) {
+    if (row == all) {
+        allMergeRows_ = merge;
+        mergeRows_.Clear();
+        TellChange(GridChange::formats, {0, 0, Rows() - 1, Cols() - 1});
+        return;
+    }
+    CheckRow(row);
+    if (merge == allMergeRows_) {
+        mergeRows_.Erase(store_.IdAt(row));
+    } else {
+        mergeRows_.Set(store_.IdAt(row), merge);
+    }
+    TellChange(GridChange::formats, {row, 0, row, Cols() - 1});
+}
+
+// ---- Geometry ------------------------------------------------------------------------------------------------------
+
+int Grid::PixelsDown(int twips) const {
+    return twips <= 0 ? 0 : std::max(1, TwipsToPixels(twips, metrics_->Resolution().y));
+}
+
+int Grid::PixelsAcross(int twips) const {
+    return twips <= 0 ? 0 : std::max(1, TwipsToPixels(twips, metrics_->Resolution().x));
+}
+
+std::int64_t Grid::RowTop(int row) const {
+    if (row != Rows()) {
+        CheckRow(row);
+    }
+    return store_.ExtentBefore(row, SharedRowPixels());
+}
+
+int Grid::RowPixels(int row) const { return PixelsDown(RowHeight(row)); }
+
+int Grid::RowAt(std::int64_t y) const { return y < 0 ? -1 : store_.RowAtExtent(y, SharedRowPixels()); }
+
+const std::vector<std::int64_t>& Grid::ColumnStarts() const {
+    if (columnStarts_.empty()) {
+        columnStarts_.reserve(columns_.size() + 1);
+        std::int64_t x = 0;
+        columnStarts_.push_back(x);
+        for (int col = 0; col < Cols(); ++col) {
+            x += PixelsAcross(ColWidth(col));
+            columnStarts_.push_back(x);
+        }
+    }
+    return columnStarts_;
+}
+
+std::int64_t Grid::ColLeft(int col) const {
+    if (col != Cols()) {
+        CheckCol(col);
+    }
+    return ColumnStarts()[static_cast<std::size_t>(col)];
+}
+
+int Grid::ColPixels(int col) const { return PixelsAcross(ColWidth(col)); }
+
+int Grid::ColAt(std::int64_t x) const {
+    if (x < 0) {
+        return -1;
+    }
+    const std::vector<std::int64_t>& starts = ColumnStarts();
+    const auto behind = std::upper_bound(starts.begin(), starts.end(), x);
+    return static_cast<int>(behind - starts.begin()) - 1;
+}
+
+// ---- Font ----------------------------------------------------------------------------------------------------------
+
+void Grid::FontOrMetricsChanged() {
+    formats_.FontsChanged();
+    InvalidateColumnPositions();
+    LookChanged();
+    LayoutChanged(0, 0);
+}
+
+void Grid::SetFont(const FontSpec& font) {
+    if (!(font == font_)) {
+        ChangeHeights(font_, font);
+        FontOrMetricsChanged();
+    }
+}
+
+void Grid::SetTextMetrics(const TextMetrics* metrics) {
+    ChangeHeights(metrics_, metrics ? metrics : &FixedTextMetrics::Default());
+    FontOrMetricsChanged();
+}
+
+void Grid::SetPicture(std::shared_ptr<const qvx::Picture> picture) {
+    picture_ = std::move(picture);
+    LookChanged();
+}
+
+// ---- Cell formats --------------------------------------------------------------------------------------------------
+
+const CellFormat* Grid::FormatOf(int row, int col) const {
+    return formats_.Empty() ? nullptr : formats_.Find(store_.IdAt(row), col);
+}
+
+const FontSpec& Grid::FontOf(int row, int col) const {
+    return formats_.Empty() ? font_ : formats_.FontOf(store_.IdAt(row), col, font_);
+}
+
+GridAlignment Grid::DeclaredAlignment(int row, int col) const {
+    if (const CellFormat* format = FormatOf(row, col); format && format->alignment) {
+        return *format->alignment;
+    }
+    return row < fixedRows_ || col < fixedCols_ ? FixedAlignment(col) : ColAlignment(col);
+}
+
+GridAlignment Grid::AlignmentOf(int row, int col, qvx::TextView text) const {
+    const GridAlignment declared = DeclaredAlignment(row, col);
+    if (declared != GridAlignment::general) {
+        return declared;
+    }
+    return IsNumeric(text) ? GridAlignment::rightCenter : GridAlignment::leftCenter;
+}
+
+const CellFormat& Grid::CursorFormat() const {
+    static const CellFormat plain;
+    CheckCell(row_, col_);
+    const CellFormat* format = FormatOf(row_, col_);
+    return format ? *format : plain;
+}
+
+template <class Change>
+void Grid::ChangeFormat(Change change) {
+    CheckCell(row_, col_);
+    ChangeFormats(FillStyle() == GridFillStyle::repeat ? Selection() : CellRange{row_, col_, row_, col_}, change);
+}
+
+template <class Change>
+void Grid::ChangeFormats(const CellRange& range, Change change) {
+    std::vector<RowId> rows;
+    rows.reserve(static_cast<std::size_t>(range.bottom - range.top) + 1);
+    for (int row = range.top; row <= range.bottom; ++row) {
+        rows.push_back(store_.IdAt(row));
+    }
+    formats_.ChangeCells(rows, range.left, range.right, change);
+    TellChange(GridChange::formats, range);
+}
+
+GridAlignment Grid::CellAlignment() const {
+    CheckCell(row_, col_);
+    return DeclaredAlignment(row_, col_);
+}
+OleColor Grid::CellBackColor() const { return CursorFormat().backColor; }
+OleColor Grid::CellForeColor() const { return CursorFormat().foreColor; }
+qvx::Text Grid::CellFontName() const { return CursorFormat().fontName.value_or(font_.face); }
+double Grid::CellFontSize() const { return CursorFormat().fontSize.value_or(font_.points); }
+double Grid::CellFontWidth() const { return CursorFormat().fontWidth.value_or(font_.widthPoints); }
+bool Grid::CellFontBold() const { return CursorFormat().fontBold.value_or(font_.weight >= 600); }
+bool Grid::CellFontItalic() const { return CursorFormat().fontItalic.value_or(font_.italic); }
+bool Grid::CellFontUnderline() const { return CursorFormat().fontUnderline.value_or(font_.underline); }
+bool Grid::CellFontStrikeThrough() const { return CursorFormat().fontStrikeThrough.value_or(font_.strikeThrough); }
+std::shared_ptr<const qvx::Picture> Grid::CellPicture() const { return CursorFormat().picture; }
+GridAlignment Grid::CellPictureAlignment() const { return CursorFormat().pictureAlignment; }
+GridTextStyle Grid::CellTextStyle() const {
+    const bool fixed = row_ < fixedRows_ || col_ < fixedCols_;
+    return CursorFormat().textStyle.value_or(fixed ? TextStyleFixed() : TextStyle());
+}
+
+void Grid::SetCellAlignment(GridAlignment alignment) {
+    ChangeFormat([&](CellFormat& format) { format.alignment = alignment; });
+}
+void Grid::SetCellBackColor(OleColor color) {
+    ChangeFormat([&](CellFormat& format) { format.backColor = color; });
+}
+void Grid::SetCellForeColor(OleColor color) {
+    ChangeFormat([&](CellFormat& format) { format.foreColor = color; });
+}
+void Grid::SetCellFontName(TextView name) {
+    ChangeFormat([&](CellFormat& format) { format.fontName = name; });
+}
+void Grid::SetCellFontSize(double points) {
+    // What a font can be asked for; written so that a not-a-number is refused as well.
+    if (!(points > 0 && points <= maxFontPoints)) {
+        RefuseValue();
+    }
+    ChangeFormat([&](CellFormat& format) { format.fontSize = points; });
+}
+void Grid::SetCellFontWidth(double points) {
+    if (!(points >= 0 && points <= maxFontPoints)) {
+        RefuseValue();
+    }
+    ChangeFormat([&](CellFormat& format) { format.fontWidth = points; });
+}
+void Grid::SetCellFontBold(bool value) {
+    ChangeFormat([&](CellFormat& format) { format.fontBold = value; });
+}
+void Grid::SetCellFontItalic(bool value) {
+    ChangeFormat([&](CellFormat& format) { format.fontItalic = value; });
+}
+void Grid::SetCellFontUnderline(bool value) {
+    ChangeFormat([&](CellFormat& format) { format.fontUnderline = value; });
+}
+void Grid::SetCellFontStrikeThrough(bool value) {
+    ChangeFormat([&](CellFormat& format) { format.fontStrikeThrough = value; });
+}
+void Grid::SetCellPicture(std::shared_ptr<const qvx::Picture> picture) {
+    ChangeFormat([&](CellFormat& format) { format.picture = picture; });
+}
+void Grid::SetCellPictureAlignment(GridAlignment alignment) {
+    ChangeFormat([&](CellFormat& format) { format.pictureAlignment = alignment; });
+}
+void Grid::SetCellTextStyle(GridTextStyle style) {
+    ChangeFormat([&](CellFormat& format) { format.textStyle = style; });
+}
+
+void Grid::SetForeColorAndBoldOf(int row, int col, OleColor color, std::optional<bool> bold) {
+    CheckCell(row, col);
+    ChangeFormats({row, col, row, col}, [&](CellFormat& format) {
+        format.foreColor = color;
+        format.fontBold = bold ? bold : format.fontBold;
+    });
+}
+
+}  // namespace qvx::flexgrid

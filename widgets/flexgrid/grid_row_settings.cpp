@@ -1,0 +1,26 @@
+// What a row has besides its texts, as one value.
+#include "widgets/flexgrid/grid.h"
+
+namespace qvx::flexgrid {
+
+Grid::RowSettings Grid::SettingsOf(int row) const {
+    CheckRow(row);
+    const RowId id = store_.IdAt(row);
+    const int* height = heights_.Find(id);
+    return {height ? *height : allHeights_, RowData(row), MergeRow(row), formats_.OfRow(id)};
+}
+
+void Grid::SetSettings(int row, const RowSettings& settings) {
+    CheckRow(row);
+    // Only the height can fail then, and it comes first.
+    formats_.ReserveForRow();
+    rowData_.Reserve(rowData_.Size() + 1);
+    mergeRows_.Reserve(mergeRows_.Size() + 1);
+    SetRowHeight(row, settings.height);
+    SetRowData(row, settings.data);
+    SetMergeRow(row, settings.merge);
+    formats_.SetRow(store_.IdAt(row), settings.formats);
+    TellChange(GridChange::formats, {row, 0, row, Cols() - 1});
+}
+
+}  // namespace qvx::flexgrid

@@ -1,0 +1,150 @@
+// Rows that come, go and move, and columns that move.
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <utility>
+
+#include "widgets/flexgrid/grid.h"
+#include "widgets/flexgrid/grid_errors.h"
+
+namespace qvx::flexgrid {
+
+int Grid::InsertionPoint(int index) const {
+    if (index < atEnd || index > Rows()) {
+        RefuseRow();
+    }
+    if (index != atEnd && index < fixedRows_) {
+        RefuseFixedRowAddition();
+    }
+    return index == atEnd ? Rows() : index;
+}
+
+void Grid::AddItem(TextView item, int index) {
+    const int at = InsertionPoint(index);
+    CheckCounts({Rows() + 1, Cols(), fixedRows_, fixedCols_});
+    std::optional<CellsMoving> moving;
+    if (at <= row_) {
+        moving.emplace(*this);
+    }
+    store_.InsertRow(at, item, Cols());
+    RowsAdded(at, 1);
+}
+
+// New rows never move the cursor, unless a fixed row has been waiting for them or there was nothing but headers.
+void Grid::RowsAdded(int at, int count) {
+    ++structureVersion_;
+    LayoutChanged(at, 0);
+    if (wantFixedRow_) {
+        ChangeShape([&] { return CurrentShape(); }, [](const Shape&) {});
+    }
+    LeaveHeader(Rows() - count);
+}
+
+int Grid::AddItems(TextView block, int index) {
+    const int at = InsertionPoint(index);
+    const std::int64_t byCells = Cols() == 0 ? maxRows : maxCells / Cols();
+    const int room = static_cast<int>(std::min<std::int64_t>(maxRows, byCells)) - Rows();
+    std::optional<CellsMoving> moving;
+    if (at <= row_) {
+        moving.emplace(*this);
+    }
+    const int added = store_.InsertBlock(at, block, Cols(), room);
+    if (added < 0) {
+        RefuseCells();
+    }
+    RowsAdded(at, added);
+    return added;
+}
+
+void Grid::RemoveItem(int index) {
+    const auto check = [&] {
+        CheckRow(index);
+        if (index < fixedRows_) {
+            RefuseFixedRowRemoval();
+        }
+        if (Rows() - fixedRows_ <= 1) {
+            RefuseLastRow();
+        }
+    };
+    ChangeShape(
+        [&] {
+            check();
+            return Shape{Rows() - 1, Cols(), fixedRows_, fixedCols_};
+        },
+        [&](const Shape&) { store_.RemoveRows(index, 1, [this](RowId id) { DropRowSettings(id); }); });
+}
+
+int Grid::RemoveMarked(std::vector<bool>& marked, int count) {
+    if (count == 0) {
+        return 0;
+    }
+    if (count == Rows() - fixedRows_) {
+        marked[static_cast<std::size_t>(fixedRows_)] = false;
+        if (--count == 0) {
+            return 0;
+        }
+    }
+    const std::uint64_t version = structureVersion_;
+    ChangeShape(
+        [&] {
+            return Shape{Rows() - count, Cols(), fixedRows_, fixedCols_};
+        },
+        [&](const Shape&) {
+            if (version != structureVersion_) {
+                Refuse(errors::invalidProcedureCall, u"Rows were changed while others were being removed.");
+            }
+            store_.RemoveMarked(marked, [this](RowId id) { DropRowSettings(id); });
+        });
+    return count;
+}
+
+void Grid::DropRowSettings(RowId id) noexcept {
+    heights_.Erase(id);
+    rowData_.Erase(id);
+    mergeRows_.Erase(id);
+    formats_.RemoveRow(id);
+}
+
+void Grid::Clear() {
+    const CellsMoving moving(*this);
+    store_.ClearText();
+    formats_.Clear();
+    ++structureVersion_;
+    TellChange(GridChange::texts, {0, 0, Rows() - 1, Cols() - 1});
+}
+
+void Grid::SetRowPosition(int row, int position) {
+    CheckRow(row);
+    CheckRow(position);
+    if (row != position) {
+        const CellsMoving moving(*this);
+        store_.MoveRow(row, position);
+        ++structureVersion_;
+        LayoutChanged(std::min(row, position), 0);
+    }
+}
+
+void Grid::SetColPosition(int col, int position) {
+    CheckCol(col);
+    CheckCol(position);
+    if (col == position) {
+        return;
+    }
+    const CellsMoving moving(*this);
+    FormatTable moved = formats_;
+    moved.MoveColumn(col, position);
+    store_.MoveColumn(col, position);
+    formats_ = std::move(moved);
+    const auto from = columns_.begin() + col;
+    const auto to = columns_.begin() + position;
+    if (col < position) {
+        std::rotate(from, from + 1, to + 1);
+    } else {
+        std::rotate(to, from, from + 1);
+    }
+    InvalidateColumnPositions();
+    ++structureVersion_;
+    LayoutChanged(0, std::min(col, position));
+}
+
+}  // namespace qvx::flexgrid

@@ -1,0 +1,390 @@
+#include "widgets/flexgrid/paint.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "common/text_direction.h"
+
+namespace qvx::flexgrid {
+
+namespace {
+
+int ScaledAtLeastOne(int pixels, int dotsPerInch) { return std::max(1, Scaled(pixels, dotsPerInch)); }
+
+bool Is3d(GridLineStyle style) { return style == GridLineStyle::inset || style == GridLineStyle::raised; }
+
+bool HasLineBreak(TextView text) { return text.find_first_of(u"\r\n") != TextView::npos; }
+
+// Without trailing blanks, which format strings use to widen columns and which would shift centred and right-aligned
+// captions.
+TextView Trimmed(TextView text) { return text.substr(0, text.find_last_not_of(u' ') + 1); }
+
+// Where a cell's text goes in its area. A line of text in a row made for one line lies in the same place whichever way
+// it is aligned.
+Rect TextRoom(const Grid& grid, const Rect& area, bool fixed) {
+    const Dpi dpi = grid.Metrics().Resolution();
+    const int across = ScaledAtLeastOne(cellMarginAcross, dpi.x);
+    const int down = ScaledAtLeastOne(1, dpi.y);
+    const int line = LineWidth(grid, fixed);
+    const bool mirrored = grid.RightToLeft();
+    return {area.left + across + (mirrored ? line : 0), area.top + down, area.right - across - (mirrored ? 0 : line),
+            area.bottom - line - down};
+}
+
+// How one cell's text is drawn.
+struct Ink {
+    const FontSpec* font;
+    OleColor fore;
+    OleColor back;
+    GridTextStyle style;
+};
+
+// Draws one dirty rectangle.
+class Painter {
+  public:
+    Painter(const Grid& grid, const View& view, Surface& surface, const Rect& dirty)
+        : grid_(grid),
+          view_(view),
+          surface_(surface),
+          dirty_(dirty.Intersect({0, 0, view.client.width, view.client.height})),
+          dpi_(surface.Resolution()),
+          mirrored_(grid.RightToLeft()),
+          selection_(grid.Selection()),
+          shown_(grid, view) {
+        highlights_ = grid.Enabled() && (grid.HighLight() == GridHighLight::always ||
+                                         (grid.HighLight() == GridHighLight::withFocus && view.focused));
+        cellsBottom_ = shown_.rows.empty() ? 0 : shown_.rows.back().end;
+        Split(shown_.rows, grid.FixedRows(), dirty_.top, dirty_.bottom, fixedRows_, scrolledRows_);
+        Split(shown_.columns, grid.FixedCols(), dirty_.left, dirty_.right, fixedColumns_, scrolledColumns_);
+    }
+
+    void Run() {
+        if (dirty_.Empty()) {
+            return;
+        }
+        const ClipScope clip(surface_, dirty_);
+        PaintGround();
+        PaintBlock(scrolledRows_, scrolledColumns_, false);
+        PaintBlock(fixedRows_, scrolledColumns_, true);
+        PaintBlock(scrolledRows_, fixedColumns_, true);
+        PaintBlock(fixedRows_, fixedColumns_, true);
+        PaintFocus();
+        PaintDraggedBorder();
+    }
+
+  private:
+    // Keeps the spans that lie in from..to, fixed and scrolled ones apart.
+    static void Split(const std::vector<Span>& spans, int fixed, int from, int to, std::vector<Span>& fixedOnes,
+                      std::vector<Span>& scrolledOnes) {
+        for (const Span& span : spans) {
+            if (span.start < to && span.end > from) {
+                (span.index < fixed ? fixedOnes : scrolledOnes).push_back(span);
+            }
+        }
+    }
+
+    // The window beyond the last row and column.
+    void PaintGround() {
+        const Axis columns = ColumnAxis(grid_, view_);
+        // Mirrored twice it is the end along the axis.
+        const int end = shown_.columns.empty() ? 0 : columns.InWindow(shown_.columns.back()).end;
+        const Span ground = columns.InWindow({0, end, columns.extent});
+        const Rect beside{ground.start, 0, ground.end, view_.client.height};
+        const Rect below{0, cellsBottom_, view_.client.width, view_.client.height};
+        for (const Rect& part : {beside.Intersect(dirty_), below.Intersect(dirty_)}) {
+            if (!part.Empty()) {
+                surface_.FillRect(part, grid_.BackColorBkg());
+            }
+        }
+    }
+
+    void PaintBlock(const std::vector<Span>& rows, const std::vector<Span>& columns, bool fixed) {
+        if (rows.empty() || columns.empty()) {
+            return;
+        }
+        if (grid_.MergeCells() != GridMerge::never) {
+            PaintMergedBlock(rows, columns, fixed);
+            return;
+        }
+        for (const Span& row : rows) {
+            for (const Span& column : columns) {
+                PaintCell(row.index, column.index, {column.start, row.start, column.end, row.end}, fixed);
+            }
+        }
+        PaintLines(rows, columns, fixed);
+    }
+
+    // Each group of merged cells is drawn once, at its first cell in the block, over the stretch of it that shows.
+    void PaintMergedBlock(const std::vector<Span>& rows, const std::vector<Span>& columns, bool fixed) {
+        std::vector<bool> done(rows.size() * columns.size());
+        for (std::size_t r = 0; r < rows.size(); ++r) {
+            for (std::size_t c = 0; c < columns.size(); ++c) {
+                if (done[r * columns.size() + c]) {
+                    continue;
+                }
+                const CellRange merged = shown_.Merged(rows[r].index, columns[c].index);
+                std::size_t lastRow = r;
+                std::size_t lastColumn = c;
+                while (lastRow + 1 < rows.size() && rows[lastRow + 1].index <= merged.bottom) {
+                    ++lastRow;
+                }
+                while (lastColumn + 1 < columns.size() && columns[lastColumn + 1].index <= merged.right) {
+                    ++lastColumn;
+                }
+                for (std::size_t i = r; i <= lastRow; ++i) {
+                    for (std::size_t j = c; j <= lastColumn; ++j) {
+                        done[i * columns.size() + j] = true;
+                    }
+                }
+                // The whole group, so that its text stands still whatever part of it is repainted.
+                const Rect area = shown_.AreaOf(merged);
+                PaintCell(merged.top, merged.left, area, fixed);
+                PaintLines({{rows[r].index, area.top, area.bottom}}, {{columns[c].index, area.left, area.right}},
+                           fixed);
+            }
+        }
+    }
+
+    Ink InkOf(int row, int col, const CellFormat* format, bool fixed) const {
+        Ink ink{&grid_.FontOf(row, col), fixed ? grid_.ForeColorFixed() : grid_.ForeColor(),
+                fixed ? grid_.BackColorFixed() : grid_.BackColor(), fixed ? grid_.TextStyleFixed() : grid_.TextStyle()};
+        if (format) {
+            ink.fore = format->foreColor ? format->foreColor : ink.fore;
+            ink.back = format->backColor ? format->backColor : ink.back;
+            ink.style = format->textStyle.value_or(ink.style);
+        }
+        if (!fixed && highlights_ && selection_.Contains(row, col) && !IsCursor(row, col)) {
+            ink.fore = grid_.ForeColorSel();
+            ink.back = grid_.BackColorSel();
+        } else if (!grid_.Enabled()) {
+            ink.fore = colors::grayText;
+        } else if (!fixed && IsCursor(row, col) && format && format->foreColor == grid_.ForeColorSel() &&
+                   !format->backColor) {
+            // A host that writes the current cell in the selection's colour counts on the selection's ground, without
+            // which it could not be read.
+            ink.back = grid_.BackColorSel();
+        }
+        return ink;
+    }
+
+    bool IsCursor(int row, int col) const {
+        if (row == grid_.Row() && col == grid_.Col()) {
+            return true;
+        }
+        return grid_.MergeCells() != GridMerge::never && shown_.Merged(row, col).Contains(grid_.Row(), grid_.Col());
+    }
+
+    void PaintCell(int row, int col, const Rect& area, bool fixed) {
+        const CellFormat* format = grid_.FormatOf(row, col);
+        const Ink ink = InkOf(row, col, format, fixed);
+        const Rect inside = InsideLines(grid_, area, fixed);
+        if (inside.Empty()) {
+            return;
+        }
+        const TextView text = Trimmed(grid_.Cell(row, col).AsWide(scratch_));
+        const bool picture = format && format->picture;
+        if (!picture && text.empty()) {
+            surface_.FillRect(inside, ink.back);
+            return;
+        }
+        // Text keeps its distance from the cell's own edges, not from the lines inside them, so that captions stand
+        // exactly above what is below them.
+        const Rect room = TextRoom(grid_, area, fixed);
+        const int alignment = static_cast<int>(grid_.AlignmentOf(row, col, text));
+        const bool broken = HasLineBreak(text);
+        // The quick path draws from left to right.
+        const bool plain = !mirrored_ || LooksSameBothWays(text);
+        if (!picture && !broken && plain && ink.style == GridTextStyle::flat) {
+            const int across = Across(alignment);
+            const bool wrap = grid_.WordWrap();
+            const int width = wrap || across != 0 ? surface_.MeasureText(text, *ink.font, 0, oneLine).width : 0;
+            if (!wrap || width <= room.Width()) {
+                const Point origin = OriginOf(room, {width, surface_.LineHeight(*ink.font)}, across, alignment % 3);
+                surface_.DrawCellText(text, origin, inside, *ink.font, ink.fore, ink.back);
+                return;
+            }
+        }
+        PaintElaborate(text, inside, room, alignment, ink, picture ? format : nullptr);
+    }
+
+    // Everything but one plain run of text: pictures, several lines, raised or sunken letters.
+    void PaintElaborate(TextView text, const Rect& inside, const Rect& room, int alignment, const Ink& ink,
+                        const CellFormat* withPicture) {
+        surface_.FillRect(inside, ink.back);
+        const ClipScope clip(surface_, inside);
+        if (withPicture) {
+            const Size size = withPicture->picture->PixelSize(dpi_);
+            const int placed = static_cast<int>(withPicture->pictureAlignment);
+            const Point at = OriginOf(inside, size, Across(placed == 9 ? 0 : placed), placed % 3);
+            surface_.DrawPicture(*withPicture->picture, {at.x, at.y, at.x + size.width, at.y + size.height});
+        }
+        if (text.empty()) {
+            return;
+        }
+        const int across = Across(alignment);
+        const bool wrap = grid_.WordWrap();
+        const unsigned format =
+            text_format::noPrefix | static_cast<unsigned>(across) | (wrap ? text_format::wordBreak : 0U) |
+            (!wrap && !HasLineBreak(text) ? text_format::singleLine : 0U) | (mirrored_ ? text_format::rightToLeft : 0U);
+        Size size = surface_.MeasureText(text, *ink.font, room.Width(), format);
+        size.width = std::max(size.width, room.Width());
+        const Point at = OriginOf(room, size, across, alignment % 3);
+        const Rect lines{at.x, at.y, at.x + size.width, at.y + size.height};
+        const int shift = ScaledAtLeastOne(1, dpi_.x);
+        const bool sunken = ink.style == GridTextStyle::inset || ink.style == GridTextStyle::insetLight;
+        const bool both = ink.style == GridTextStyle::raised || ink.style == GridTextStyle::inset;
+        if (ink.style != GridTextStyle::flat) {
+            // Light falls from the top left: on the upper edge of raised letters, on the lower edge of sunken ones.
+            const int light = sunken ? shift : -shift;
+            surface_.DrawLabel(text, lines.Offset(light, light), *ink.font, colors::buttonHighlight, format);
+            if (both) {
+                surface_.DrawLabel(text, lines.Offset(-light, -light), *ink.font, colors::buttonShadow, format);
+            }
+        }
+        surface_.DrawLabel(text, lines, *ink.font, ink.fore, format);
+    }
+
+    static constexpr unsigned oneLine = text_format::singleLine | text_format::noPrefix;
+
+    // 0 left, 1 centre, 2 right on the screen; a right-to-left grid takes the other side.
+    int Across(int alignment) const { return mirrored_ ? 2 - alignment / 3 : alignment / 3; }
+
+    // Where something of a size goes in a room. What is too large starts at the room's start, so that its first part
+    // is seen.
+    Point OriginOf(const Rect& room, Size size, int across, int down) const {
+        Point at{room.left, room.top};
+        const int spareAcross = room.Width() - size.width;
+        const int spareDown = room.Height() - size.height;
+        if (spareAcross < 0) {
+            at.x += mirrored_ ? spareAcross : 0;
+        } else {
+            at.x += spareAcross * across / 2;
+        }
+        at.y += std::max(0, spareDown) * down / 2;
+        return at;
+    }
+
+    // Lines of a block of cells, all at once: what is lit first, what lies in shadow over it.
+    void PaintLines(const std::vector<Span>& rows, const std::vector<Span>& columns, bool fixed) {
+        const GridLineStyle style = fixed ? grid_.GridLinesFixed() : grid_.GridLines();
+        const int line = LineWidth(grid_, fixed);
+        if (style == GridLineStyle::none) {
+            return;
+        }
+        const int top = rows.front().start;
+        const int bottom = rows.back().end;
+        const int left = std::min(columns.front().start, columns.back().start);
+        const int right = std::max(columns.front().end, columns.back().end);
+        const auto atStart = [&](OleColor color) {
+            for (const Span& row : rows) {
+                surface_.FillRect({left, row.start, right, row.start + line}, color);
+            }
+            for (const Span& column : columns) {
+                surface_.FillRect({column.start, top, column.start + line, bottom}, color);
+            }
+        };
+        const auto atEnd = [&](OleColor color) {
+            for (const Span& row : rows) {
+                surface_.FillRect({left, row.end - line, right, row.end}, color);
+            }
+            for (const Span& column : columns) {
+                surface_.FillRect({column.end - line, top, column.end, bottom}, color);
+            }
+        };
+        if (!Is3d(style)) {
+            const OleColor color = fixed ? grid_.GridColorFixed() : grid_.GridColor();
+            for (const Span& row : rows) {
+                surface_.FillRect({left, row.end - line, right, row.end}, color);
+            }
+            for (const Span& column : columns) {
+                const int x = mirrored_ ? column.start : column.end - line;
+                surface_.FillRect({x, top, x + line, bottom}, color);
+            }
+        } else if (style == GridLineStyle::inset) {
+            // A line cut in between the cells makes them stand out.
+            atStart(colors::buttonHighlight);
+            atEnd(grid_.Appearance() == GridAppearance::threeD ? colors::darkShadow3d : colors::buttonShadow);
+        } else {
+            atStart(grid_.Appearance() == GridAppearance::threeD ? colors::darkShadow3d : colors::buttonShadow);
+            atEnd(colors::buttonHighlight);
+        }
+    }
+
+    void PaintFocus() {
+        if (grid_.FocusRect() == GridFocusRect::none || !view_.focused || grid_.Rows() == 0 || grid_.Cols() == 0) {
+            return;
+        }
+        const int row = grid_.Row();
+        const int col = grid_.Col();
+        const bool fixedRow = row < grid_.FixedRows();
+        const bool fixedCol = col < grid_.FixedCols();
+        const Rect frame = InsideLines(grid_, shown_.AreaOf(shown_.Merged(row, col)), fixedRow || fixedCol);
+        if (frame.Intersect(dirty_).Empty()) {
+            return;
+        }
+        if (grid_.FocusRect() == GridFocusRect::light) {
+            surface_.DrawFocusRect(frame, Rgb(0, 0, 0));
+            return;
+        }
+        const int thick = std::min({ScaledAtLeastOne(2, dpi_.x), frame.Width() / 2, frame.Height() / 2});
+        surface_.InvertRect({frame.left, frame.top, frame.right, frame.top + thick});
+        surface_.InvertRect({frame.left, frame.bottom - thick, frame.right, frame.bottom});
+        surface_.InvertRect({frame.left, frame.top + thick, frame.left + thick, frame.bottom - thick});
+        surface_.InvertRect({frame.right - thick, frame.top + thick, frame.right, frame.bottom - thick});
+    }
+
+    void PaintDraggedBorder() {
+        const int thick = ScaledAtLeastOne(1, dpi_.x);
+        if (view_.draggedColumn >= 0) {
+            const Span line = ColumnAxis(grid_, view_).InWindow({0, view_.draggedColumn - thick, view_.draggedColumn});
+            surface_.InvertRect({line.start, 0, line.end, view_.client.height});
+        }
+        if (view_.draggedRow >= 0) {
+            surface_.InvertRect({0, view_.draggedRow - thick, view_.client.width, view_.draggedRow});
+        }
+    }
+
+    const Grid& grid_;
+    const View& view_;
+    Surface& surface_;
+    const Rect dirty_;
+    const Dpi dpi_;
+    const bool mirrored_;
+    const CellRange selection_;
+    const Shown shown_;
+    bool highlights_ = false;
+    int cellsBottom_ = 0;
+    std::vector<Span> fixedRows_;
+    std::vector<Span> scrolledRows_;
+    std::vector<Span> fixedColumns_;
+    std::vector<Span> scrolledColumns_;
+    Text scratch_;
+};
+
+}  // namespace
+
+Rect InsideLines(const Grid& grid, const Rect& area, bool fixed) {
+    const int line = LineWidth(grid, fixed);
+    const bool allRound = Is3d(fixed ? grid.GridLinesFixed() : grid.GridLines());
+    const bool mirrored = grid.RightToLeft();
+    return {area.left + (allRound || mirrored ? line : 0), area.top + (allRound ? line : 0),
+            area.right - (allRound || !mirrored ? line : 0), area.bottom - line};
+}
+
+bool IsCut(const Grid& grid, const View& view, Surface& surface, int row, int col) {
+    Text scratch;
+    const TextView text = Trimmed(grid.Cell(row, col).AsWide(scratch));
+    const bool fixed = row < grid.FixedRows() || col < grid.FixedCols();
+    const Rect area = CellArea(grid, view, row, col);
+    const Rect room = TextRoom(grid, area, fixed);
+    const unsigned format = text_format::noPrefix | (grid.WordWrap() ? text_format::wordBreak : 0U) |
+                            (HasLineBreak(text) || grid.WordWrap() ? 0U : text_format::singleLine);
+    const Size size = surface.MeasureText(text, grid.FontOf(row, col), room.Width(), format);
+    return size.width > room.Width() || size.height > InsideLines(grid, area, fixed).Height();
+}
+
+void Paint(const Grid& grid, const View& view, Surface& surface, const Rect& dirty) {
+    Painter(grid, view, surface, dirty).Run();
+}
+
+}  // namespace qvx::flexgrid

@@ -1,0 +1,20 @@
+// Draws a grid.
+#pragma once
+
+#include "drawing/surface.h"
+#include "widgets/flexgrid/view.h"
+
+namespace qvx::flexgrid {
+
+// Draws what shows in `dirty` (pixels of the client area) and nothing outside it. The surface's resolution must be that
+// of the grid's text metrics.
+void Paint(const Grid& grid, const View& view, Surface& surface, const Rect& dirty);
+
+// The rectangle that the focus frame takes in a cell's area, and the editor that is laid over the cell: the area
+// without its grid lines.
+Rect InsideLines(const Grid& grid, const Rect& area, bool fixed);
+
+// Whether a cell's text does not fit into its cell and is cut off.
+bool IsCut(const Grid& grid, const View& view, Surface& surface, int row, int col);
+
+}  // namespace qvx::flexgrid

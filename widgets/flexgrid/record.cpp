@@ -1,0 +1,218 @@
+#include "widgets/flexgrid/record.h"
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+#include <algorithm>
+#include <bit>
+#include <limits>
+#include <type_traits>
+
+#include "common/run_time_error.h"
+
+namespace qvx::flexgrid {
+
+namespace {
+
+constexpr std::size_t chunk = 16;  // characters read at a time where the processor can
+constexpr std::size_t smallest = std::numeric_limits<std::uint8_t>::max();
+
+std::uint8_t* Bytes(std::vector<std::uint32_t>& words, std::size_t size) {
+    if (words.size() * 4 < size) {
+        words.resize((size + 3) / 4);
+    }
+    return reinterpret_cast<std::uint8_t*>(words.data());
+}
+
+}  // namespace
+
+template <class Number>
+std::span<const std::uint8_t> RecordBuilder::Build(std::span<const CellView> cells, bool wide, std::size_t characters) {
+    using Layout = record::Layout<Number>;
+    const std::size_t start = Layout::TextStart(cells.size(), wide);
+    const std::size_t size = start + characters * (wide ? 2 : 1);
+    std::uint8_t* bytes = Bytes(buffer_, size);
+    auto* numbers = reinterpret_cast<Number*>(bytes);
+    numbers[0] = 0;
+    bytes[0] = static_cast<std::uint8_t>(record::widthCode<Number> | (wide ? record::wideBit : 0));
+    numbers[1] = static_cast<Number>(cells.size());
+    std::size_t end = 0;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const CellView& cell = cells[i];
+        if (!wide && cell.IsLatin1()) {
+            std::copy(cell.Latin1().begin(), cell.Latin1().end(), bytes + start + end);
+        } else if (!wide) {
+            std::transform(cell.Wide().begin(), cell.Wide().end(), bytes + start + end,
+                           [](char16_t unit) { return static_cast<std::uint8_t>(unit); });
+        } else {
+            auto* units = reinterpret_cast<char16_t*>(bytes + start) + end;
+            for (std::size_t c = 0; c < cell.Size(); ++c) {
+                units[c] = cell[c];
+            }
+        }
+        end += cell.Size();
+        numbers[2 + i] = static_cast<Number>(end);
+    }
+    return {bytes, size};
+}
+
+std::span<const std::uint8_t> RecordBuilder::FromCells(std::span<const CellView> cells) {
+    while (!cells.empty() && cells.back().Empty()) {
+        cells = cells.first(cells.size() - 1);
+    }
+    if (cells.empty()) {
+        return {};
+    }
+    std::uint64_t characters = 0;
+    unsigned bits = 0;
+    for (const CellView& cell : cells) {
+        characters += cell.Size();
+        if (!cell.IsLatin1()) {
+            for (const char16_t unit : cell.Wide()) {
+                bits |= unit;
+            }
+        }
+    }
+    if (characters > std::numeric_limits<std::int32_t>::max()) {
+        throw RunTimeError(errors::outOfMemory, u"Out of memory");
+    }
+    const bool wide = bits > 0xFF;
+    const std::size_t largest = std::max<std::size_t>(static_cast<std::size_t>(characters), cells.size());
+    if (largest <= smallest) {
+        return Build<std::uint8_t>(cells, wide, static_cast<std::size_t>(characters));
+    }
+    if (largest <= std::numeric_limits<std::uint16_t>::max()) {
+        return Build<std::uint16_t>(cells, wide, static_cast<std::size_t>(characters));
+    }
+    return Build<std::uint32_t>(cells, wide, static_cast<std::size_t>(characters));
+}
+
+// Most rows are short and of Latin-1. Their record is put together from the text forward and from the ends backward:
+// the ends are written right in front of the text, with room for as many cells as the grid has, which most rows fill.
+std::span<const std::uint8_t> RecordBuilder::FromShortItem(TextView item, std::size_t most, bool& latin1) {
+    const std::size_t room = std::min(most, smallest);
+    std::uint8_t* const ends = Bytes(buffer_, 2 + 2 * smallest + chunk) + 2;
+    std::uint8_t* const text = ends + room;
+    std::size_t count = 0;      // of cells closed
+    std::size_t textCount = 0;  // of cells up to the last that holds text
+    std::size_t used = 0;
+    unsigned bits = 0;
+    const auto closeCell = [&] {
+        const std::size_t before = count == 0 ? 0 : ends[count - 1];
+        ends[count++] = static_cast<std::uint8_t>(used);
+        textCount = used > before ? count : textCount;
+    };
+    std::size_t at = 0;
+#ifdef __SSE2__
+    // Sixteen characters at a time: narrowed, stored whole behind the text so far, and once more behind each tab.
+    for (; at + chunk <= item.size() && count < room; at += chunk) {
+        const auto* units = reinterpret_cast<const __m128i*>(item.data() + at);
+        const __m128i low = _mm_loadu_si128(units);
+        const __m128i high = _mm_loadu_si128(units + 1);
+        const __m128i wide = _mm_andnot_si128(_mm_set1_epi16(0xFF), _mm_or_si128(low, high));
+        if (_mm_movemask_epi8(_mm_cmpeq_epi16(wide, _mm_setzero_si128())) != 0xFFFF) {
+            bits = 0x100;  // perhaps only in surplus cells, which the slow way finds out
+            break;
+        }
+        const __m128i narrow = _mm_packus_epi16(low, high);
+        auto tabs = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(narrow, _mm_set1_epi8('\t'))));
+        alignas(16) std::uint8_t bytes[2 * chunk];
+        _mm_store_si128(reinterpret_cast<__m128i*>(bytes), narrow);
+        std::size_t start = 0;
+        while (tabs != 0 && count < room) {
+            const auto tab = static_cast<std::size_t>(std::countr_zero(tabs));
+            tabs &= tabs - 1;
+            std::memcpy(text + used, bytes + start, chunk);
+            used += tab - start;
+            start = tab + 1;
+            closeCell();
+        }
+        if (count < room) {
+            std::memcpy(text + used, bytes + start, chunk);
+            used += chunk - start;
+        }
+    }
+#endif
+    for (; at < item.size() && count < room && bits <= 0xFF; ++at) {
+        const char16_t unit = item[at];
+        if (unit == u'\t') {
+            closeCell();
+        } else {
+            bits |= unit;
+            text[used++] = static_cast<std::uint8_t>(unit);
+        }
+    }
+    if (count < room) {
+        closeCell();
+    }
+    latin1 = bits <= 0xFF;
+    if (!latin1 || textCount == 0) {
+        return {};
+    }
+    std::uint8_t* const start = text - textCount - 2;
+    if (textCount != room) {
+        std::memmove(start + 2, ends, textCount);
+    }
+    start[0] = record::widthCode<std::uint8_t>;
+    start[1] = static_cast<std::uint8_t>(textCount);
+    return {start, 2 + textCount + used};
+}
+
+std::span<const std::uint8_t> RecordBuilder::FromItem(TextView item, int cols) {
+    const auto most = static_cast<std::size_t>(cols);
+    if (most == 0) {
+        return {};
+    }
+    if (item.size() < smallest) {
+        bool latin1 = false;
+        const auto record = FromShortItem(item, most, latin1);
+        if (latin1) {
+            return record;
+        }
+    }
+    cells_.clear();
+    while (cells_.size() < most) {
+        const std::size_t tab = item.find(u'\t');
+        const TextView cell = item.substr(0, tab);
+        cells_.emplace_back(cell.data(), cell.size());
+        if (tab == TextView::npos) {
+            break;
+        }
+        item.remove_prefix(tab + 1);
+    }
+    return FromCells(cells_);
+}
+
+std::span<const std::uint8_t> RecordBuilder::WithCell(const RowView& row, int col, TextView text) {
+    const auto at = static_cast<std::size_t>(col);
+    cells_.assign(std::max(static_cast<std::size_t>(row.Count()), at + 1), CellView());
+    for (int i = 0; i < row.Count(); ++i) {
+        cells_[static_cast<std::size_t>(i)] = row[i];
+    }
+    cells_[at] = CellView(text.data(), text.size());
+    return FromCells(cells_);
+}
+
+std::size_t TruncateRecord(std::uint8_t* bytes, int cols) noexcept {
+    return record::With(bytes[0], [&](auto layout) -> std::size_t {
+        const bool wide = (bytes[0] & record::wideBit) != 0;
+        const std::size_t before = layout.Count(bytes);
+        std::size_t count = std::min(before, static_cast<std::size_t>(cols));
+        const auto* ends = layout.Ends(bytes);
+        while (count > 0 && ends[count - 1] == (count == 1 ? 0 : ends[count - 2])) {
+            --count;
+        }
+        if (count == 0) {
+            return 0;
+        }
+        const std::size_t characters = ends[count - 1];
+        std::memmove(bytes + layout.TextStart(count, wide), bytes + layout.TextStart(before, wide),
+                     characters * (wide ? 2 : 1));
+        using Number = std::remove_const_t<std::remove_reference_t<decltype(*ends)>>;
+        reinterpret_cast<Number*>(bytes)[1] = static_cast<Number>(count);
+        return layout.Size(bytes);
+    });
+}
+
+}  // namespace qvx::flexgrid

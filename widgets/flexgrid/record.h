@@ -1,0 +1,265 @@
+// A row's cells packed into one record.
+//
+//     kind   how wide the numbers are (1, 2 or 4 bytes) and whether the text is Latin-1 or UTF-16
+//     count  of cells; those behind the last that holds text are left out
+//     ends   for each cell, the number of characters up to its end
+//     text   of all cells, one behind the other
+//
+// "Ann", "", "42" takes 10 bytes: 00 03 03 03 05 'A' 'n' 'n' '4' '2'. A row without any text has no record.
+#pragma once
+
+#include <algorithm>
+#include <cassert>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "common/text.h"
+#include "widgets/flexgrid/cell_view.h"
+
+namespace qvx::flexgrid {
+
+namespace record {
+
+// The kind's two low bits tell the width of the numbers, the third the text's encoding.
+constexpr std::uint8_t widthBits = 3;
+constexpr std::uint8_t wideBit = 4;
+
+template <class Number>
+constexpr std::uint8_t widthCode = sizeof(Number) == 1   ? 0
+                                   : sizeof(Number) == 2 ? 1
+                                                         : 2;
+
+// The parts of a record whose numbers have this type. Records start at multiples of four bytes, so that numbers and
+// UTF-16 lie aligned.
+template <class Number>
+struct Layout {
+    static std::size_t TextStart(std::size_t count, bool wide) {
+        const std::size_t start = (2 + count) * sizeof(Number);
+        return wide ? (start + 1) & ~std::size_t{1} : start;
+    }
+    static std::size_t Count(const std::uint8_t* bytes) { return reinterpret_cast<const Number*>(bytes)[1]; }
+    static const Number* Ends(const std::uint8_t* bytes) { return reinterpret_cast<const Number*>(bytes) + 2; }
+
+    static CellView Cell(const std::uint8_t* bytes, std::size_t col) {
+        const std::size_t count = Count(bytes);
+        if (col >= count) {
+            return {};
+        }
+        const Number* ends = Ends(bytes);
+        const std::size_t start = col == 0 ? 0 : ends[col - 1];
+        const std::size_t size = ends[col] - start;
+        if ((bytes[0] & wideBit) == 0) {
+            return {bytes + TextStart(count, false) + start, size};
+        }
+        return {reinterpret_cast<const char16_t*>(bytes + TextStart(count, true)) + start, size};
+    }
+    static std::size_t Size(const std::uint8_t* bytes) {
+        const std::size_t count = Count(bytes);
+        const bool wide = (bytes[0] & wideBit) != 0;
+        return TextStart(count, wide) + Ends(bytes)[count - 1] * (wide ? 2u : 1u);
+    }
+};
+
+// use(Layout) with the layout of this record's numbers.
+template <class Use>
+auto With(std::uint8_t kind, Use&& use) {
+    switch (kind & widthBits) {
+        case 0:
+            return use(Layout<std::uint8_t>{});
+        case 1:
+            return use(Layout<std::uint16_t>{});
+        default:
+            return use(Layout<std::uint32_t>{});
+    }
+}
+
+}  // namespace record
+
+// The cells of a row; good until the grid is next changed.
+class RowView {
+  public:
+    // nullptr is a row without text.
+    explicit RowView(const std::uint8_t* bytes) : bytes_(bytes) {}
+
+    // Any column from 0 on; empty behind the last that holds text.
+    CellView operator[](int col) const {
+        assert(col >= 0);
+        if (!bytes_) {
+            return {};
+        }
+        const auto at = static_cast<std::size_t>(col);
+        if (!IsShort()) {
+            return record::With(bytes_[0], [&](auto layout) { return layout.Cell(bytes_, at); });
+        }
+        // Nearly all rows: short and of Latin-1.
+        const std::size_t count = bytes_[1];
+        if (at >= count) {
+            return {};
+        }
+        const std::uint8_t* ends = bytes_ + 2;
+        const std::size_t start = at == 0 ? 0 : ends[at - 1];
+        return {ends + count + start, ends[at] - start};
+    }
+    // The texts of column `col` and of all behind it as one, without anything between them.
+    CellView TextFrom(int col) const {
+        assert(col >= 0);
+        if (col >= Count()) {
+            return {};
+        }
+        const CellView first = (*this)[col];
+        const CellView last = (*this)[Count() - 1];
+        // A record's texts lie one behind the other.
+        return first.IsLatin1()
+                   ? CellView(Bytes(first), static_cast<std::size_t>(Bytes(last) - Bytes(first)) + last.Size())
+                   : CellView(first.Wide().data(),
+                              static_cast<std::size_t>(last.Wide().data() - first.Wide().data()) + last.Size());
+    }
+    // Cells up to the last that holds text.
+    int Count() const {
+        return bytes_ ? static_cast<int>(record::With(bytes_[0], [&](auto layout) { return layout.Count(bytes_); }))
+                      : 0;
+    }
+    // One of fewer than 256 characters, all of Latin-1, and not empty: see ShortRow.
+    bool IsShort() const { return bytes_ && bytes_[0] == record::widthCode<std::uint8_t>; }
+    // The record; nullptr for a row without text.
+    const std::uint8_t* Data() const { return bytes_; }
+    // Bytes of the record.
+    std::size_t Size() const {
+        if (!bytes_) {
+            return 0;
+        }
+        if (IsShort()) {
+            const std::size_t count = bytes_[1];
+            return 2 + count + bytes_[1 + count];
+        }
+        return record::With(bytes_[0], [&](auto layout) { return layout.Size(bytes_); });
+    }
+
+  private:
+    static const std::uint8_t* Bytes(const CellView& cell) {
+        return reinterpret_cast<const std::uint8_t*>(cell.Latin1().data());
+    }
+
+    const std::uint8_t* bytes_;
+};
+
+// The cells of a row that IsShort(), for loops over many cells: nearly all rows are such, and what is asked of each
+// cell is asked once of the row.
+class ShortRow {
+  public:
+    explicit ShortRow(const RowView& row)
+        : count_(row.Data()[1]), ends_(row.Data() + 2), text_(reinterpret_cast<const char*>(ends_) + count_) {}
+    // As RowView's.
+    std::string_view operator[](int col) const {
+        const auto at = static_cast<std::size_t>(col);
+        if (at >= count_) {
+            return {};
+        }
+        const std::size_t start = at == 0 ? 0 : ends_[at - 1];
+        return {text_ + start, ends_[at] - start};
+    }
+
+  private:
+    std::size_t count_;
+    const std::uint8_t* ends_;
+    const char* text_;
+};
+
+// Builds records in a buffer of its own, one at a time.
+class RecordBuilder {
+  public:
+    // The record of a row of tab-separated cells, at most `cols` of them. Empty when none holds text. Good until the
+    // next call; it need not lie aligned.
+    std::span<const std::uint8_t> FromItem(TextView item, int cols);
+    // The record of these cells.
+    std::span<const std::uint8_t> FromCells(std::span<const CellView> cells);
+    // The record of the same row with another text in column `col`.
+    std::span<const std::uint8_t> WithCell(const RowView& row, int col, TextView text);
+
+  private:
+    // Of fewer than 255 characters; `latin1` tells whether they were all read and the record holds.
+    std::span<const std::uint8_t> FromShortItem(TextView item, std::size_t most, bool& latin1);
+    template <class Number>
+    std::span<const std::uint8_t> Build(std::span<const CellView> cells, bool wide, std::size_t characters);
+
+    std::vector<std::uint32_t> buffer_;  // of words, for alignment
+    std::vector<CellView> cells_;
+};
+
+// Another text for one cell of a short row of Latin-1, put into its record where that lies.
+class ShortCellEdit {
+  public:
+    // Not possible when the old or the new record is no such row's, or its last cell becomes empty. The text is copied.
+    ShortCellEdit(const RowView& row, int col, TextView text);
+    bool Possible() const { return possible_; }
+    // Bytes of the record.
+    std::size_t OldSize() const { return 2 + oldCount_ + characters_; }
+    std::size_t NewSize() const { return 2 + count_ + characters_ - (end_ - start_) + size_; }
+    // The record is changed; there must be room for the new one. Only when it is possible.
+    void Apply(std::uint8_t* record) const noexcept;
+
+  private:
+    static constexpr std::size_t longest = 255;
+
+    std::size_t col_;
+    std::size_t size_;  // of the text
+    std::size_t oldCount_ = 0;
+    std::size_t characters_ = 0;  // of the old record
+    std::size_t start_ = 0;       // of the cell's old text
+    std::size_t end_ = 0;
+    std::size_t count_ = 0;
+    bool possible_ = false;
+    std::uint8_t text_[longest];
+};
+
+inline ShortCellEdit::ShortCellEdit(const RowView& row, int col, TextView text)
+    : col_(static_cast<std::size_t>(col)), size_(text.size()) {
+    const std::uint8_t* const old = row.Data();
+    if (!row.IsShort() || size_ > longest) {
+        return;
+    }
+    oldCount_ = old[1];
+    const std::uint8_t* const ends = old + 2;
+    characters_ = ends[oldCount_ - 1];
+    start_ = col_ == 0 ? 0 : ends[std::min(col_, oldCount_) - 1];
+    end_ = col_ < oldCount_ ? ends[col_] : characters_;
+    count_ = std::max(oldCount_, col_ + 1);
+    if (characters_ - (end_ - start_) + size_ > longest || count_ > longest || (size_ == 0 && col_ + 1 == count_)) {
+        return;
+    }
+    unsigned bits = 0;
+    for (std::size_t i = 0; i < size_; ++i) {
+        bits |= text[i];
+        text_[i] = static_cast<std::uint8_t>(text[i]);
+    }
+    possible_ = bits <= 0xFF;
+}
+
+inline void ShortCellEdit::Apply(std::uint8_t* record) const noexcept {
+    std::uint8_t* const ends = record + 2;
+    // The texts behind first, to whichever side they go.
+    std::uint8_t* const text = ends + count_;
+    const std::uint8_t* const oldText = ends + oldCount_;
+    if (end_ != characters_ && (text != oldText || size_ != end_ - start_)) {
+        std::memmove(text + start_ + size_, oldText + end_, characters_ - end_);
+    }
+    if (text != oldText) {
+        std::memmove(text, oldText, start_);
+        std::fill(ends + oldCount_, ends + col_, static_cast<std::uint8_t>(characters_));
+        record[1] = static_cast<std::uint8_t>(count_);
+    }
+    std::copy_n(text_, size_, text + start_);
+    ends[col_] = static_cast<std::uint8_t>(start_ + size_);
+    for (std::size_t i = col_ + 1; i < oldCount_; ++i) {
+        ends[i] = static_cast<std::uint8_t>(ends[i] + size_ - (end_ - start_));
+    }
+}
+
+// Cuts a record down to its first cells, in place. Returns the size of what is left, 0 when no text is.
+std::size_t TruncateRecord(std::uint8_t* bytes, int cols) noexcept;
+
+}  // namespace qvx::flexgrid

@@ -1,0 +1,45 @@
+#include "widgets/flexgrid/scroll_copy.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+
+#include "widgets/flexgrid/view.h"
+
+namespace qvx::flexgrid {
+namespace {
+
+// One direction: what lies behind the headers and moves along, by how much, and what is bared. As it lies in the
+// window.
+struct Slide {
+    Span body;
+    int by = 0;
+    Span bared;
+};
+
+std::optional<Slide> SlideFrom(const Axis& axis, int oldFirst) {
+    const std::int64_t moved = axis.startOf(std::min(oldFirst, axis.count)) - axis.startOf(axis.first);
+    const int length = axis.extent;
+    const int fixed = static_cast<int>(std::min<std::int64_t>(axis.FixedExtent(), length));
+    if (std::abs(moved) >= length - fixed) return std::nullopt;
+    const int by = static_cast<int>(moved);
+    const Span bared = by < 0 ? Span{0, length + by, length} : Span{0, fixed, fixed + by};
+    return Slide{axis.InWindow({0, fixed, length}), axis.mirrored ? -by : by, axis.InWindow(bared)};
+}
+
+}  // namespace
+
+std::optional<ScrollCopy> FollowScroll(const Grid& grid, Size client, int oldTop, int oldLeft) {
+    const bool down = oldTop != grid.TopRow();
+    const bool across = oldLeft != grid.LeftCol();
+    if (down == across || grid.MergeCells() != GridMerge::never) return std::nullopt;
+    const View view{client};
+    const auto slide = down ? SlideFrom(RowAxis(grid, view), oldTop) : SlideFrom(ColumnAxis(grid, view), oldLeft);
+    if (!slide) return std::nullopt;
+    const auto& [body, by, bared] = *slide;
+    if (down)
+        return ScrollCopy{{0, body.start, client.width, body.end}, 0, by, {0, bared.start, client.width, bared.end}};
+    return ScrollCopy{{body.start, 0, body.end, client.height}, by, 0, {bared.start, 0, bared.end, client.height}};
+}
+
+}  // namespace qvx::flexgrid

@@ -1,0 +1,25 @@
+// Which part of a drawn picture can be moved when the view scrolls, so that only what comes into sight is drawn.
+#pragma once
+
+#include <optional>
+
+#include "common/geometry.h"
+#include "widgets/flexgrid/grid.h"
+
+namespace qvx::flexgrid {
+
+// Pixels of the client area: `body` moves by `dx` and `dy`, after which `bared` has to be drawn.
+struct ScrollCopy {
+    Rect body;
+    int dx = 0;
+    int dy = 0;
+    Rect bared;
+    friend bool operator==(const ScrollCopy&, const ScrollCopy&) = default;
+};
+
+// The move from a picture drawn at the given first row and column to the grid's present ones. Nothing when too little
+// of it stays to be worth moving, when both directions have changed, and with merged cells, whose looks depend on what
+// shows.
+std::optional<ScrollCopy> FollowScroll(const Grid& grid, Size client, int oldTop, int oldLeft);
+
+}  // namespace qvx::flexgrid

@@ -1,0 +1,100 @@
+#include "win/replaced_procedure.h"
+
+#include "win/thread_value.h"
+
+namespace qvx {
+
+namespace {
+
+// A message being passed on, and those around it.
+struct Passing {
+    HWND window;
+    UINT message;
+    WPARAM wParam;
+    LPARAM lParam;
+    const Passing* outer;
+
+    bool Same(const Passing& other) const {
+        return window == other.window && message == other.message && wParam == other.wParam && lParam == other.lParam;
+    }
+};
+
+[[gnu::section(".tls$")]] const Passing* passing = nullptr;
+
+// How often one message may be on its way to one window at a time before it counts as going round in circles.
+constexpr int mostRounds = 3;
+
+ATOM ClassOf(HWND window) { return static_cast<ATOM>(GetClassLongPtrW(window, GCW_ATOM)); }
+
+void KeepModuleLoaded(WNDPROC code) {
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       reinterpret_cast<const wchar_t*>(code), &module);
+}
+
+}  // namespace
+
+bool ReplacedProcedure::Start(HWND window) {
+    const std::lock_guard lock(access_);
+    // It may also be there behind somebody else's. Noted first: a procedure of which nobody knew could not pass on.
+    const auto [noted, isNew] = windows_.try_emplace(window);
+    if (!isNew) return true;
+    const auto previous =
+        reinterpret_cast<WNDPROC>(SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(own_)));
+    if (!previous) {
+        windows_.erase(noted);
+        return false;
+    }
+    kept_ = previous;
+    keptClass_ = ClassOf(window);
+    noted->second = {previous, keptClass_};
+    return true;
+}
+
+// The kept procedure is good for all windows of its class. Another class's would take what lies in the window's extra
+// bytes for its own: such a window keeps to the procedure it had itself.
+WNDPROC ReplacedProcedure::PreviousOf(HWND window, bool ownOnly) const {
+    const auto found = windows_.find(window);
+    if (found == windows_.end()) return nullptr;
+    return !ownOnly && kept_ && found->second.windowClass == keptClass_ ? kept_ : found->second.previous;
+}
+
+void ReplacedProcedure::End(HWND window) {
+    const std::lock_guard lock(access_);
+    const WNDPROC previous = PreviousOf(window, false);
+    if (!previous) return;
+    if (reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_WNDPROC)) != own_) {
+        KeepModuleLoaded(own_);
+        return;
+    }
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previous));
+    windows_.erase(window);
+    if (windows_.empty()) kept_ = nullptr;
+}
+
+void ReplacedProcedure::Forget(HWND window) {
+    const std::lock_guard lock(access_);
+    windows_.erase(window);
+    if (windows_.empty()) kept_ = nullptr;
+}
+
+LRESULT ReplacedProcedure::PassOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const {
+    const Passing*& innermost = OfThisThread(passing);
+    const Passing here{window, message, wParam, lParam, innermost};
+    // The kept procedure may be one that serves many windows and finds its way from each back to us: two windows, one
+    // tapped before us and one after, and the message never ends. The window's own previous procedure leads out.
+    int rounds = 0;
+    for (const Passing* outer = innermost; outer; outer = outer->outer) rounds += outer->Same(here);
+    WNDPROC previous = nullptr;
+    {
+        const std::lock_guard lock(access_);
+        previous = PreviousOf(window, rounds >= mostRounds);
+    }
+    if (!previous || rounds > 2 * mostRounds) return DefWindowProcW(window, message, wParam, lParam);
+    innermost = &here;
+    const LRESULT result = CallWindowProcW(previous, window, message, wParam, lParam);
+    innermost = here.outer;
+    return result;
+}
+
+}  // namespace qvx

@@ -1,0 +1,10 @@
+// Synthetic key strokes for the window that has the focus.
+#pragma once
+
+namespace qvx {
+
+// Sends the strokes that KeyStrokes gives for them. `key` and `modifier` are virtual keys; a `modifier` of 0 or less
+// means none.
+void SendKey(int key, int modifier);
+
+}  // namespace qvx
