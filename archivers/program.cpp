@@ -11,16 +11,16 @@ namespace qvx::archivers {
 namespace {
 
 // The exit code says how it went, whether or not there is memory to say so on the console.
-template <class Telling>
-void Tell(Telling&& tell) noexcept {
+template <class Action>
+void Report(Action&& action) noexcept {
     try {
-        tell();
+        action();
     } catch (const std::exception&) {
     }
 }
 
 void SayDone(const Text& archive, Console& console) {
-    Tell([&] { console.Say(Printable(FileNameOf(archive)) + u": " + Text(TextOf(ExitCode::done))); });
+    Report([&] { console.Say(Printable(FileNameOf(archive)) + u": " + Text(TextOf(ExitCode::done))); });
 }
 
 ExitCode RunPack(const std::vector<Text>& words, Files& files, Console& console, unsigned threads) {
@@ -49,7 +49,7 @@ ExitCode RunUnpack(const std::vector<Text>& words, Files& files, Console& consol
 
 ExitCode RunProgram(Program program, TextView commandLine, Files& files, Console& console, unsigned threads) noexcept {
     const auto complain = [&](ExitCode code, TextView name = {}) {
-        Tell([&] {
+        Report([&] {
             console.Complain((name.empty() ? Text() : Printable(name) + u": ") + Text(TextOf(code)));
             if (code == ExitCode::usage) console.Say(Text(program == Program::pack ? packUsage : unpackUsage));
         });

@@ -3,7 +3,7 @@
 
 #include "common/text.h"
 
-namespace qvx::maker {
+namespace qvx::vendor {
 
 constexpr TextView company = u"ORVANE";
 constexpr TextView location = u"7 Harbour Row, Larkhaven";
@@ -11,4 +11,4 @@ constexpr TextView location = u"7 Harbour Row, Larkhaven";
 constexpr TextView supportAddress = u"support@orvane.example";
 constexpr TextView supportLinkAddress = u"qvx-support@orvane.example";
 
-}  // namespace qvx::maker
+}  // namespace qvx::vendor

@@ -1,6 +1,6 @@
 #include "designer/commands.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -89,7 +89,7 @@ std::vector<MenuItem> DesignerMenus(const CommandState& state) {
              item(Command::duplicate, u"Dup&licate", u"^D"), item(Command::remove, u"&Delete", u"{DEL}"), Line(),
              item(Command::selectAll, u"Select &All", u"^A")}),
         Popup(u"&View",
-              {item(Command::properties, u"&Properties", u"{F4}"), item(Command::palette, u"Tool&box", u"^{F4}"),
+              {item(Command::properties, u"&Properties", u"{F4}"), item(Command::toolbox, u"Tool&box", u"^{F4}"),
                item(Command::pages, u"Property pa&ges...", u"+{F4}"), Line(), std::move(tabOrder)}),
         Popup(u"F&ormat",
               {Popup(u"&Align", {item(Command::alignLefts, u"&Lefts"), item(Command::alignCenters, u"&Centers"),
@@ -180,4 +180,4 @@ std::optional<Arrangement> ArrangementOf(Command command) {
     }
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

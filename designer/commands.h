@@ -7,7 +7,7 @@
 #include "designer/document/placement.h"
 #include "host/menu_model.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 enum class Command : unsigned {
     none = 0,
@@ -28,7 +28,7 @@ enum class Command : unsigned {
     selectAll,
     tabOrder,
     properties,
-    palette,
+    toolbox,
     menus,
     images,
     pages,
@@ -70,4 +70,4 @@ bool IsEditing(Command command);
 // What a command of the menu Format does to the controls; nothing for any other.
 std::optional<Arrangement> ArrangementOf(Command command);
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -12,17 +12,17 @@
 #include "host/sited_control.h"
 #include "win/clipboard.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 bool DesignerWindow::Do(Command command) {
     if (busy_) return false;
     CapturePending();
     CancelDrag();
     if (!Available(command, State())) return false;
-    return Carry(command);
+    return Execute(command);
 }
 
-bool DesignerWindow::Carry(Command command) {
+bool DesignerWindow::Execute(Command command) {
     switch (command) {
         case Command::newForm:
             if (MayGo()) Load({});
@@ -72,8 +72,8 @@ bool DesignerWindow::Carry(Command command) {
         case Command::properties:
             SetFocus(properties_.Handle());
             break;
-        case Command::palette:
-            SetFocus(palette_.Handle());
+        case Command::toolbox:
+            SetFocus(toolbox_.Handle());
             break;
         case Command::menus:
             EditMenus();
@@ -261,4 +261,4 @@ void DesignerWindow::EditImages() {
     });
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -12,7 +12,7 @@
 #include "designer/designer_window.h"
 #include "host/form_storage_win32.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -273,4 +273,4 @@ void DesignerWindow::FollowRun() {
     runCopy_.clear();
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -8,7 +8,7 @@
 #include "designer/document/form_text.h"
 #include "win/dpi.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -38,7 +38,7 @@ void DesignerWindow::OnMouse(const Mouse& mouse) {
             Press(mouse);
             break;
         case MouseAction::doublePress:
-            if (const auto at = ShapeAt(shapes_, mouse.at); at && palette_.Armed().empty() && !tabOrderView_) {
+            if (const auto at = ShapeAt(shapes_, mouse.at); at && toolbox_.Armed().empty() && !tabOrderView_) {
                 ShowPages(shapes_[*at].id);
             } else {
                 Press(mouse);
@@ -50,7 +50,7 @@ void DesignerWindow::OnMouse(const Mouse& mouse) {
             } else if (!mouse.held) {
                 CancelDrag();
             } else if (drag_.MoveTo(mouse.at, !mouse.alt)) {
-                UpdateMarks();
+                UpdateAdorners();
                 UpdateStatus();
             }
             break;
@@ -68,7 +68,7 @@ void DesignerWindow::OnMouse(const Mouse& mouse) {
 
 void DesignerWindow::Hover(const Mouse& mouse) {
     WORD cursor = arrowCursor;
-    if (tabOrderView_ || !palette_.Armed().empty()) {
+    if (tabOrderView_ || !toolbox_.Armed().empty()) {
         cursor = crossCursor;
     } else if (selection_.All().size() == 1) {
         if (const auto at = PositionOf(shapes_, *selection_.Primary())) {
@@ -92,7 +92,7 @@ void DesignerWindow::Press(const Mouse& mouse) {
         drag_.Begin(kind, mouse.at, OriginOf(shapes_, container), dpi);
         canvas_.CaptureMouse(true);
     };
-    if (!palette_.Armed().empty()) {
+    if (!toolbox_.Armed().empty()) {
         begin(Drag::Kind::place, ContainerAt(shapes_, mouse.at));
         return;
     }
@@ -125,7 +125,7 @@ void DesignerWindow::Press(const Mouse& mouse) {
 void DesignerWindow::Release(const Mouse& mouse) {
     drag_.MoveTo(mouse.at, !mouse.alt);
     const Drag::Kind kind = drag_.What();
-    const Text armed = palette_.Armed();
+    const Text armed = toolbox_.Armed();
     const UsualSize usual = UsualSizeOf(armed);
     const std::vector<TwipsRect> bounds = drag_.Bounds({usual.width, usual.height});
     const std::vector<Rect> outlines = drag_.Outlines();
@@ -134,7 +134,7 @@ void DesignerWindow::Release(const Mouse& mouse) {
     canvas_.CaptureMouse(false);
     switch (kind) {
         case Drag::Kind::place:
-            palette_.Disarm();
+            toolbox_.Disarm();
             if (armed == u"Menu") {
                 EditMenus();
             } else {
@@ -160,7 +160,7 @@ void DesignerWindow::Release(const Mouse& mouse) {
         case Drag::Kind::none:
             break;
     }
-    UpdateMarks();
+    UpdateAdorners();
     UpdateStatus();
 }
 
@@ -169,7 +169,7 @@ void DesignerWindow::CancelDrag() {
     drag_.End();
     canvas_.CaptureMouse(false);
     canvas_.SetCursor(arrowCursor);
-    UpdateMarks();
+    UpdateAdorners();
     UpdateStatus();
 }
 
@@ -182,7 +182,7 @@ void DesignerWindow::PressInTabOrder(Point at) {
     tabOrderDone_.push_back(id);
     Change(
         u"Tab Order", [&] { document_->SetTabOrder(tabOrderDone_); }, u"taborder");
-    UpdateMarks();
+    UpdateAdorners();
 }
 
 void DesignerWindow::ShowContextMenu(Point at) {
@@ -240,7 +240,7 @@ bool DesignerWindow::TranslateKey(MSG& message) {
 }
 
 void DesignerWindow::FocusNextPane(bool forward) {
-    const HWND panes[] = {canvas_.Handle(), properties_.Handle(), palette_.Handle()};
+    const HWND panes[] = {canvas_.Handle(), properties_.Handle(), toolbox_.Handle()};
     const HWND focus = GetFocus();
     std::size_t at = 0;
     for (std::size_t i = 0; i < 3; ++i) {
@@ -269,8 +269,8 @@ bool DesignerWindow::OnKey(int key, int shift) {
         case keys::escape:
             if (drag_.Under()) {
                 CancelDrag();
-            } else if (!palette_.Armed().empty()) {
-                palette_.Disarm();
+            } else if (!toolbox_.Armed().empty()) {
+                toolbox_.Disarm();
             } else if (tabOrderView_) {
                 Do(Command::tabOrder);
             } else if (const ObjectId* primary = selection_.Primary()) {
@@ -281,8 +281,8 @@ bool DesignerWindow::OnKey(int key, int shift) {
             }
             return true;
         case keys::enter:
-            if (const Text armed = palette_.Armed(); !armed.empty()) {
-                if (palette_.onPlace) palette_.onPlace(armed);
+            if (const Text armed = toolbox_.Armed(); !armed.empty()) {
+                if (toolbox_.onPlace) toolbox_.onPlace(armed);
             } else if (const ObjectId* primary = selection_.Primary()) {
                 ShowPages(*primary);
             }
@@ -320,4 +320,4 @@ void DesignerWindow::Nudge(int key, int shift) {
     if (const auto at = PositionOf(shapes_, last)) canvas_.Reveal(shapes_[*at].area);
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

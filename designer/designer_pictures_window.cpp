@@ -9,7 +9,7 @@
 #include "host/form_storage_win32.h"
 #include "host/picture_names.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -88,4 +88,4 @@ void DesignerWindow::TakePicturesAlong(const Text& from, const Text& to) {
     }
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

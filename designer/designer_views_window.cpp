@@ -1,5 +1,5 @@
-// What the designer shows of the document: the marks on the form, the property list, the caption, the status line and
-// the menus.
+// What the designer shows of the document: the adorners on the form, the property list, the caption, the status line
+// and the menus.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -14,11 +14,11 @@
 #include "host/sited_control.h"
 #include "win/dpi.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
-constexpr int paletteWidth = 136;  // pixels at 96 dots per inch
+constexpr int toolboxWidth = 136;  // pixels at 96 dots per inch
 constexpr int propertiesWidth = 280;
 
 }  // namespace
@@ -49,25 +49,25 @@ void DesignerWindow::UpdateView() {
     selection_.Keep(shapes_);
     canvas_.SetForm(form_->Handle());
     canvas_.SetFormSelected(selection_.Empty());
-    UpdateMarks();
+    UpdateAdorners();
     UpdateProperties();
     UpdateCaption();
     UpdateStatus();
     UpdateMenus();
 }
 
-void DesignerWindow::UpdateMarks() {
+void DesignerWindow::UpdateAdorners() {
     if (!form_) return;
     if (tabOrderView_) {
-        canvas_.SetMarks(TabOrderMarks(shapes_, document_->TabOrder(), tabOrderDone_, WindowDpi(Handle())));
+        canvas_.SetAdorners(TabOrderAdorners(shapes_, document_->TabOrder(), tabOrderDone_, WindowDpi(Handle())));
         return;
     }
     const bool focused = GetFocus() == canvas_.Handle();
-    std::vector<Mark> marks = SelectionMarks(shapes_, selection_, focused, canvas_.HandleSize());
+    std::vector<Adorner> adorners = SelectionAdorners(shapes_, selection_, focused, canvas_.HandleSize());
     if (drag_.Under() && drag_.Moved()) {
-        for (const Rect& outline : drag_.Outlines()) marks.push_back({Mark::Look::outline, outline, {}});
+        for (const Rect& outline : drag_.Outlines()) adorners.push_back({Adorner::Look::outline, outline, {}});
     }
-    canvas_.SetMarks(std::move(marks));
+    canvas_.SetAdorners(std::move(adorners));
 }
 
 void DesignerWindow::UpdateProperties() {
@@ -118,7 +118,7 @@ void DesignerWindow::UpdateStatus() {
     Text hint;
     Text place;
     Text size;
-    if (const Text armed = palette_.Armed(); !armed.empty()) {
+    if (const Text armed = toolbox_.Armed(); !armed.empty()) {
         hint = armed == u"Menu" ? u"Press Enter or double-click to edit the form's menus."
                                 : u"Draw the " + armed + u" on the form, or press Enter.";
     } else if (tabOrderView_) {
@@ -185,16 +185,16 @@ void DesignerWindow::Layout() {
     GetWindowRect(status_, &statusArea);
     const Rect client = ClientArea();
     const int bottom = client.bottom - static_cast<int>(statusArea.bottom - statusArea.top);
-    const int left = std::min(Scaled(paletteWidth, Handle()), client.Width() / 4);
+    const int left = std::min(Scaled(toolboxWidth, Handle()), client.Width() / 4);
     const int right = client.right - std::min(Scaled(propertiesWidth, Handle()), client.Width() / 3);
     const auto place = [](HWND window, const Rect& area) {
         MoveWindow(window, area.left, area.top, std::max(area.Width(), 0), std::max(area.Height(), 0), TRUE);
     };
-    place(palette_.Handle(), {0, 0, left, bottom});
+    place(toolbox_.Handle(), {0, 0, left, bottom});
     place(canvas_.Handle(), {left, 0, right, bottom});
     place(properties_.Handle(), {right, 0, client.right, bottom});
     const int parts[] = {client.right - Scaled(300, Handle()), client.right - Scaled(180, Handle()), -1};
     SendMessageW(status_, SB_SETPARTS, 3, reinterpret_cast<LPARAM>(parts));
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

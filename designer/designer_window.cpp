@@ -16,7 +16,7 @@
 #include "win/dpi.h"
 #include "win/module_instance.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -58,20 +58,20 @@ void DesignerWindow::Open(const Text& path) {
     SendMessageW(Handle(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
     SendMessageW(Handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon));
     reporter_.SetOwner(Handle());
-    palette_.Create(Handle(), {0, 0, 10, 10});
+    toolbox_.Create(Handle(), {0, 0, 10, 10});
     canvas_.Create(Handle(), {0, 0, 10, 10});
     properties_.Create(Handle(), {0, 0, 10, 10});
     status_ = CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0, Handle(),
                               nullptr, ModuleInstance(), nullptr);
-    palette_.Fill(classes_, u"Qvx.Button");
-    palette_.onArmed = [this] { UpdateStatus(); };
-    palette_.onPlace = [this](const Text& className) {
+    toolbox_.Fill(classes_, u"Qvx.Button");
+    toolbox_.onArmed = [this] { UpdateStatus(); };
+    toolbox_.onPlace = [this](const Text& className) {
         if (className == u"Menu") {
-            palette_.Disarm();
+            toolbox_.Disarm();
             EditMenus();
         } else if (!className.empty()) {
             PlaceControl(className, std::nullopt, nullptr);
-            palette_.Disarm();
+            toolbox_.Disarm();
         }
         SetFocus(canvas_.Handle());
     };
@@ -93,7 +93,7 @@ void DesignerWindow::Open(const Text& path) {
         Change(u"Size", [&] { form_->SetClientSize(twips(inside.width, at.x), twips(inside.height, at.y)); });
     };
     canvas_.onKey = [this](int key, int shift) { return OnKey(key, shift); };
-    canvas_.onFocus = [this] { UpdateMarks(); };
+    canvas_.onFocus = [this] { UpdateAdorners(); };
     properties_.onSelect = [this](std::size_t index) {
         const std::vector<ObjectId> controls = document_->Controls();
         if (index == 0 || index > controls.size()) {
@@ -346,4 +346,4 @@ LRESULT DesignerWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

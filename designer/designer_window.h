@@ -1,4 +1,4 @@
-// The forms designer: menu, palette, the form in the middle, its properties at the right and a status line.
+// The forms designer: menu, toolbox, the form in the middle, its properties at the right and a status line.
 //
 // What it shows follows from a Document; every change is a step of it. What controls change by themselves, or others
 // change of them, is gathered and brought into the document as a step of its own.
@@ -15,14 +15,14 @@
 #include "designer/canvas/drag.h"
 #include "designer/commands.h"
 #include "designer/document/document.h"
-#include "designer/palette_window.h"
 #include "designer/properties/property_list_window.h"
+#include "designer/toolbox_window.h"
 #include "host/form_window.h"
 #include "host/menu_window.h"
 #include "host/options.h"
 #include "win/focus_memory.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 // What the designer asks of people. Replaced where nobody is there to answer.
 struct Questions {
@@ -56,7 +56,7 @@ class DesignerWindow final : public Window, public DesignHost {
     HostForm& Picture() { return *form_; }
     Selection& Selected() { return selection_; }
     CanvasWindow& Canvas() { return canvas_; }
-    PaletteWindow& Palette() { return palette_; }
+    ToolboxWindow& Toolbox() { return toolbox_; }
     PropertyListWindow& Properties() { return properties_; }
     const Text& Path() const { return path_; }
 
@@ -90,7 +90,7 @@ class DesignerWindow final : public Window, public DesignHost {
     // Views.
     void Layout();
     void UpdateView();
-    void UpdateMarks();
+    void UpdateAdorners();
     void UpdateProperties();
     void UpdateCaption();
     void UpdateStatus();
@@ -117,7 +117,7 @@ class DesignerWindow final : public Window, public DesignHost {
     void FocusNextPane(bool forward);
 
     // Commands.
-    bool Carry(Command command);
+    bool Execute(Command command);
     void GoThroughHistory(bool back);
     void Arrange(Arrangement arrangement);
     void CopySelection();
@@ -176,7 +176,7 @@ class DesignerWindow final : public Window, public DesignHost {
     std::vector<ObjectId> tabOrderDone_;
 
     CanvasWindow canvas_;
-    PaletteWindow palette_;
+    ToolboxWindow toolbox_;
     PropertyListWindow properties_;
     std::vector<void*> listed_;  // the objects that the property list shows
     HWND status_ = nullptr;
@@ -193,4 +193,4 @@ class DesignerWindow final : public Window, public DesignHost {
     int exitCode_ = 0;
 };
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

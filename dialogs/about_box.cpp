@@ -39,10 +39,10 @@ FontSpec Verdana(double points, int weight = 400, bool underline = false) {
 const std::vector<LabelLook>& Labels() {
     static const std::vector<LabelLook> labels{
         {u"Developed by", {420, 300, 4200, 540}, Verdana(8.25), quietColor},
-        {maker::company, {450, 570, 4230, 1290}, Verdana(27.75, 700), shadowColor},
-        {maker::company, {420, 540, 4200, 1260}, Verdana(27.75, 700), companyColor},
-        {maker::supportAddress, {420, 1800, 2700, 2040}, Verdana(8.25, 400, true), linkColor},
-        {maker::location, {420, 1500, 4200, 1740}, Verdana(8.25), quietColor},
+        {vendor::company, {450, 570, 4230, 1290}, Verdana(27.75, 700), shadowColor},
+        {vendor::company, {420, 540, 4200, 1260}, Verdana(27.75, 700), companyColor},
+        {vendor::supportAddress, {420, 1800, 2700, 2040}, Verdana(8.25, 400, true), linkColor},
+        {vendor::location, {420, 1500, 4200, 1740}, Verdana(8.25), quietColor},
     };
     return labels;
 }
@@ -80,7 +80,7 @@ Answer AnswerForKey(int key) { return key == keys::shift || key == keys::control
 
 Text MailLink() {
     Text link(u"mailto:");
-    link += maker::supportLinkAddress;
+    link += vendor::supportLinkAddress;
     link += u"?";
     return link;
 }

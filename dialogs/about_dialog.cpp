@@ -35,7 +35,7 @@ class AboutDialog final : public Window {
     // The whole window, for its resolution.
     Size WindowSize() const;
     void Paint();
-    void Carry(about::Answer answer);
+    void Execute(about::Answer answer);
     void OpenMail();
     void Close();
     bool OverLink() const;
@@ -94,7 +94,7 @@ bool AboutDialog::OverLink() const {
     return about::LabelAt({static_cast<int>(cursor.x), static_cast<int>(cursor.y)}, dpi_) == about::Label::mail;
 }
 
-void AboutDialog::Carry(about::Answer answer) {
+void AboutDialog::Execute(about::Answer answer) {
     if (answer == about::Answer::close) {
         Close();
     } else if (answer == about::Answer::mail) {
@@ -135,14 +135,14 @@ LRESULT AboutDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_LBUTTONUP: {
             const about::Answer answer = press_.Up(MousePoint(lParam), dpi_);
             ReleaseCapture();
-            Carry(answer);
+            Execute(answer);
             return 0;
         }
         case WM_CAPTURECHANGED:
             press_.CallOff();
             return 0;
         case WM_KEYDOWN:
-            Carry(about::AnswerForKey(static_cast<int>(wParam)));
+            Execute(about::AnswerForKey(static_cast<int>(wParam)));
             return 0;
         case WM_DPICHANGED: {
             const DpiChange change(Handle(), wParam, lParam);

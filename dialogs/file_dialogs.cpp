@@ -6,7 +6,7 @@ namespace {
 
 constexpr std::size_t fileBufferLength = 250;
 // Five more than the buffer holds, for as long as anyone remembers; whoever runs the dialog gives it the memory.
-constexpr std::uint32_t fileBufferLengthTold = 255;
+constexpr std::uint32_t fileBufferLengthStated = 255;
 
 // The read-only box is hidden (4); path (2048) and file (4096) must exist.
 constexpr std::uint32_t openFileFlags = 6148;
@@ -19,7 +19,7 @@ OpenFileRequest MakeOpenFileRequest(TextView title, TextView initialName) {
     request.filter = u"Backup Files (*.qvx)\0*.qvx\0\0"sv;
     request.file = initialName.substr(0, fileBufferLength - 1);
     request.file.resize(fileBufferLength, u'\0');
-    request.maxFile = fileBufferLengthTold;
+    request.maxFile = fileBufferLengthStated;
     request.title = title;
     // A pattern where the system wants a bare extension; kept, since an extension typed by the user is untouched by it.
     request.defaultExtension = u"*.qvx";

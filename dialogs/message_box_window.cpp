@@ -65,7 +65,7 @@ bool MessageBoxWindow::Open(HWND owner, const MessageRequest& request) {
     if (!ok_.Create(Handle(), okId, {}) || !cancel_.Create(Handle(), cancelId, {})) {
         return false;
     }
-    Dress(WindowDpi(owner), owner, std::nullopt);
+    ApplyLayout(WindowDpi(owner), owner, std::nullopt);
     okActive_ = layout_.ok.tabIndex == 0;
     ok_.onFocus = [this](bool focused) { okActive_ = focused || okActive_; };
     cancel_.onFocus = [this](bool focused) { okActive_ = okActive_ && !focused; };
@@ -74,7 +74,7 @@ bool MessageBoxWindow::Open(HWND owner, const MessageRequest& request) {
     return true;
 }
 
-void MessageBoxWindow::Dress(Dpi dpi, HWND owner, const std::optional<Point>& at) {
+void MessageBoxWindow::ApplyLayout(Dpi dpi, HWND owner, const std::optional<Point>& at) {
     dpi_ = dpi;
     icon_ = OnBackground(DrawIcon(PictureNumber(request_.icon), IconArea().Width()), design::backColor);
     {
@@ -263,7 +263,7 @@ LRESULT MessageBoxWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) 
             return 0;
         case WM_DPICHANGED: {
             const DpiChange change(Handle(), wParam, lParam);
-            Dress(change.dpi, nullptr, change.Corner());
+            ApplyLayout(change.dpi, nullptr, change.Corner());
             return 0;
         }
         case WM_CLOSE:

@@ -36,7 +36,7 @@ class MessageBoxWindow final : public Window {
   private:
     bool Open(HWND owner, const MessageRequest& request);
     // Size, buttons and picture for a resolution. The upper left corner goes to `at`, or over `owner` without one.
-    void Dress(Dpi dpi, HWND owner, const std::optional<Point>& at);
+    void ApplyLayout(Dpi dpi, HWND owner, const std::optional<Point>& at);
     void PlaceButton(buttons::ButtonWindow& button, const ButtonPlace& place);
     // Paints caption, message and outline on the image that every later repaint copies.
     void PaintImage();

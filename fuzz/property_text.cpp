@@ -6,7 +6,7 @@
 #include "designer/properties/property_row.h"
 #include "fuzz/fuzz_input.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 namespace {
 
 void Check(FuzzInput& input) {
@@ -31,10 +31,10 @@ void Check(FuzzInput& input) {
 }
 
 }  // namespace
-}  // namespace qvx::host
+}  // namespace qvx::host::designer
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     qvx::FuzzInput input(data, size);
-    qvx::host::Check(input);
+    qvx::host::designer::Check(input);
     return 0;
 }

@@ -316,7 +316,7 @@ void ControlBase::ViewChanged() {
 }
 
 void ControlBase::Fire(DISPID event, EventArguments arguments) {
-    if (!TellsEvents()) return;
+    if (!RaisesEvents()) return;
     const auto keep = KeepAlive();
     Contain([&] { connections_.Fire(event, std::move(arguments)); });
 }

@@ -205,8 +205,8 @@ class ControlBase : public IOleObject,
     // by-reference arguments is in the caller's variables afterwards.
     void Fire(DISPID event, EventArguments arguments = {});
     // Whether Fire would reach anybody: for events that come by the thousand.
-    bool HasListeners() const { return TellsEvents() && connections_.HasListeners(); }
-    bool TellsEvents() const { return frozen_ == 0 && loading_ == 0; }
+    bool HasListeners() const { return RaisesEvents() && connections_.HasListeners(); }
+    bool RaisesEvents() const { return frozen_ == 0 && loading_ == 0; }
     // To be called when AccessKeys would answer otherwise than before.
     void AccessKeysChanged();
     // Asks for another size, in pixels, for a control that knows better than its host how large it has to be. An active

@@ -55,7 +55,7 @@ int RunForm(const Options& options, Reporter& reporter) {
         ClassSource source;
         if (!options.server.empty()) source.UseFile(options.server);
         if (options.design) {
-            design::DesignerWindow designer(options, source, reporter);
+            designer::DesignerWindow designer(options, source, reporter);
             designer.Open(options.form);
             designer.Show();
             designer.Run();

@@ -9,8 +9,8 @@ Kind KindOf(std::string_view className) {
     constexpr std::array<std::pair<std::string_view, Kind>, 21> kinds{{
         {"QvxFlexGrid", Kind::grid},
         {"QvxDesignCanvas", Kind::canvas},
-        {"QvxDesignGlass", Kind::canvas},
-        {"QvxDesignPalette", Kind::palette},
+        {"QvxDesignOverlay", Kind::canvas},
+        {"QvxDesignToolbox", Kind::palette},
         {"QvxPropertyList", Kind::list},
         {"QvxPropertyRows", Kind::list},
         {"QvxPropertyDropDown", Kind::list},

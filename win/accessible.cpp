@@ -226,7 +226,7 @@ std::optional<LRESULT> AnswerGetObject(WPARAM wParam, LPARAM lParam, const std::
     return LresultFromObject(__uuidof(IAccessible), wParam, object.get());
 }
 
-void TellAssistive(DWORD event, HWND window, long child) {
+void NotifyAssistive(DWORD event, HWND window, long child) {
     if (window) NotifyWinEvent(event, window, OBJID_CLIENT, child);
 }
 

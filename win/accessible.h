@@ -107,16 +107,16 @@ class AccessibleObject : public ComObject<AccessibleDispatch, IOleWindow> {
 std::optional<LRESULT> AnswerGetObject(WPARAM wParam, LPARAM lParam, const std::function<ComPtr<IAccessible>()>& make);
 
 // Tells assistive programs of something that has happened to a window's client area or to a child of it.
-void TellAssistive(DWORD event, HWND window, long child);
+void NotifyAssistive(DWORD event, HWND window, long child);
 
 // The label that stands in front of a window in its parent, without the mark of its access key; empty for none.
 Text LabelBefore(HWND window);
 
 // Gives one of the system's controls a name of our own, in place of the text or the label that it would be called by.
 // The rest of what the system says of it stays; where it says nothing of a text's or a list's value, that is said too.
-class AccessibleNameTap final : public WindowSubclass {
+class AccessibleNameSubclass final : public WindowSubclass {
   public:
-    AccessibleNameTap() = default;
+    AccessibleNameSubclass() = default;
 
     const Text& Name() const { return *name_; }
     void SetName(TextView name) { *name_ = name; }

@@ -118,7 +118,7 @@ class NamedAccessible final : public ComObject<AccessibleDispatch, IOleWindow> {
 
 }  // namespace
 
-LRESULT AccessibleNameTap::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT AccessibleNameSubclass::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_GETOBJECT && !name_->empty()) {
         const auto make = [this] { return ComPtr<IAccessible>(MakeObject<NamedAccessible>(Handle(), name_)); };
         if (const auto answer = AnswerGetObject(wParam, lParam, make)) return *answer;

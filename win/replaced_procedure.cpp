@@ -82,7 +82,7 @@ LRESULT ReplacedProcedure::PassOn(HWND window, UINT message, WPARAM wParam, LPAR
     const Passing*& innermost = OfThisThread(passing);
     const Passing here{window, message, wParam, lParam, innermost};
     // The kept procedure may be one that serves many windows and finds its way from each back to us: two windows, one
-    // tapped before us and one after, and the message never ends. The window's own previous procedure leads out.
+    // subclassed before us and one after, and the message never ends. The window's own previous procedure leads out.
     int rounds = 0;
     for (const Passing* outer = innermost; outer; outer = outer->outer) rounds += outer->Same(here);
     WNDPROC previous = nullptr;

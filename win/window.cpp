@@ -61,13 +61,13 @@ LRESULT AnswerAfterFault(HWND window, UINT message) {
 }
 
 // Handles a message so that nothing unwinds into the system. The object may be gone afterwards.
-template <typename Handle, typename TellFault>
-LRESULT Fenced(HWND window, UINT message, const LifeWatch& watch, Handle handle, TellFault tellFault) {
+template <typename Handle, typename ReportFault>
+LRESULT Fenced(HWND window, UINT message, const LifeWatch& watch, Handle handle, ReportFault reportFault) {
     try {
         return handle();
     } catch (...) {
         if (watch.Alive()) {
-            tellFault();
+            reportFault();
         }
         return AnswerAfterFault(window, message);
     }

@@ -1,5 +1,5 @@
-// Windows of our own classes, and taps into the system's controls. Messages go to a virtual function behind a fence,
-// so that no C++ exception ever unwinds into the system or the host.
+// Windows of our own classes, and subclasses of the system's controls. Messages go to a virtual function behind a
+// fence, so that no C++ exception ever unwinds into the system or the host.
 #pragma once
 
 #include <windows.h>
@@ -102,7 +102,7 @@ class WindowSubclass {
 
   protected:
     virtual LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
-    // The window's own handling, or the next tap's.
+    // The window's own handling, or the next subclass's.
     LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam);
     virtual void OnFault() noexcept {}
 

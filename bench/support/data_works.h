@@ -98,13 +98,13 @@ class DataWorks {
                 Check(Is(*peer, onTop + 1, 2), "remove_half");
             }
         }
-        Tell("load", load);
-        if (BytesInUse() != 0) Tell("memory", memory);
-        Tell("sum", sum);
-        Tell("scan", scan);
-        Tell("insert_top", insert);
-        Tell("insert_block", block);
-        Tell("remove_half", remove);
+        Report("load", load);
+        if (BytesInUse() != 0) Report("memory", memory);
+        Report("sum", sum);
+        Report("scan", scan);
+        Report("insert_top", insert);
+        Report("insert_block", block);
+        Report("remove_half", remove);
     }
 
     static constexpr std::size_t inserted = 1000;
@@ -151,7 +151,7 @@ class DataWorks {
         return estimate_[work] <= limit_;
     }
 
-    void Tell(const std::string& work, const Times& times) {
+    void Report(const std::string& work, const Times& times) {
         if (times.values.empty()) {
             ReportCut(work.c_str(), rows_, Peer::Name(), estimate_[work]);
             return;

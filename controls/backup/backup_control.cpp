@@ -82,7 +82,7 @@ STDMETHODIMP BackupControl::Show(ActionType* action) {
             Run(mode, owner);
         } catch (...) {
             const RunTimeError error = CurrentError();
-            ShowErrorReport(owner, error.Number(), Discreet(error.Description()));
+            ShowErrorReport(owner, error.Number(), Redacted(error.Description()));
         }
     });
 }

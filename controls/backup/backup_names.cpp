@@ -61,7 +61,7 @@ TextView FolderOf(TextView path) {
     return last == TextView::npos ? TextView() : path.substr(0, last + 1);
 }
 
-TextView Discreet(TextView description) noexcept {
+TextView Redacted(TextView description) noexcept {
     const bool tells = description.find_first_of(u"\\=") != TextView::npos || description.find(u":/") != TextView::npos;
     return tells ? TextView() : description;
 }

@@ -43,6 +43,6 @@ TextView FolderOf(TextView path);
 
 // An error's description as it may be shown: one that repeats any path or connection string is left out, since it would
 // put on the screen what the user may not know.
-TextView Discreet(TextView description) noexcept;
+TextView Redacted(TextView description) noexcept;
 
 }  // namespace qvx::backup

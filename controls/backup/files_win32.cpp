@@ -73,7 +73,7 @@ bool KeepsPermissions(HANDLE file) {
 }
 
 // The system's code where they could not be read or set, else 0.
-DWORD TryToCarryPermissions(Text from, Text to) {
+DWORD TryToCopyPermissions(Text from, Text to) {
     const UniqueKernelObject file = OpenFile(from, READ_CONTROL, sharedByAll, OPEN_EXISTING);
     if (!file) return GetLastError();
     if (!KeepsPermissions(file.Get())) return ERROR_SUCCESS;
@@ -93,8 +93,8 @@ DWORD TryToCarryPermissions(Text from, Text to) {
                                  nullptr, list, nullptr);
 }
 
-void CarryPermissions(const Text& from, const Text& to) {
-    const DWORD refused = TryToCarryPermissions(from, to);
+void CopyPermissions(const Text& from, const Text& to) {
+    const DWORD refused = TryToCopyPermissions(from, to);
     if (refused == ERROR_SUCCESS) return;
     if (!MayLackPermissions(refused, GetDriveTypeW(Wide(VolumeRoot(from))) == DRIVE_REMOTE)) ThrowFileError(refused);
 }
@@ -167,7 +167,7 @@ void SystemServices::ReplaceFile(TextView from, TextView to) {
         CheckReplaceable(target, *old);
         target = WithLongNames(target);
         // What whoever looks at the old file knows it by: permissions, attributes, the day it was made.
-        CarryPermissions(target, beside);
+        CopyPermissions(target, beside);
         basics.CreationTime = Ticks(old->ftCreationTime);
         data.dwFileAttributes = old->dwFileAttributes;
     }

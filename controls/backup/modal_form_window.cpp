@@ -48,7 +48,7 @@ HWND ModalForm::AddControl(const wchar_t* windowClass, TextView caption, DWORD s
     return control;
 }
 
-void ModalForm::DressControls() {
+void ModalForm::ApplyFonts() {
     // The old font lives on until no control has it any more.
     const SharedFont before = std::exchange(font_, AcquireFont(FontSpec{}, dpi_));
     for (const HWND control : controls_) {
@@ -209,7 +209,7 @@ LRESULT ModalForm::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             const DpiChange change(Handle(), wParam, lParam);
             dpi_ = change.dpi;
             corner_ = change.Corner();
-            DressControls();
+            ApplyFonts();
             LayOut();
             corner_.reset();
             RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);

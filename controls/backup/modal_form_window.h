@@ -58,7 +58,7 @@ class ModalForm : public Window {
     // The one with the focus, if any.
     buttons::ButtonWindow* FocusedButton() const;
     buttons::ButtonWindow* ButtonOf(int id) const;
-    void DressControls();
+    void ApplyFonts();
 
     Dpi dpi_;
     std::optional<Point> corner_;  // where the system wants the form, while it is laid out for another resolution

@@ -93,7 +93,7 @@ void Procedure::Reporting(Work work) {
         work();
     } catch (...) {
         const RunTimeError error = CurrentError();
-        Report(error.Number(), Discreet(error.Description()));
+        Report(error.Number(), Redacted(error.Description()));
     }
 }
 
@@ -259,7 +259,7 @@ void Procedure::SendByMail(const Text& location) {
         environment_.SendMail({Text(mailSubject), location, location});
     } catch (...) {
         const RunTimeError error = CurrentError();
-        Say((Text(messages::backupMailFailedPrompt) + u'\r').append(Discreet(error.Description())),
+        Say((Text(messages::backupMailFailedPrompt) + u'\r').append(Redacted(error.Description())),
             messages::backupMailFailed, backupTitle);
     }
 }

@@ -215,7 +215,7 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     }
     void OnDelete(int row) override;
     bool Listens() override { return HasListeners(); }
-    bool TellsEvents() override { return ControlBase::TellsEvents(); }
+    bool RaisesEvents() override { return ControlBase::RaisesEvents(); }
     void BindProgress(long loaded, long total, bool& cancel) override;
     void EnterCell() override;
     void LeaveCell() override;

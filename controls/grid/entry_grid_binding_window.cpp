@@ -65,7 +65,7 @@ void EntryGrid::Bind(RecordSource& records) {
         ChangeRows([&] { Model().SetRows(2); });
         if (wanted() && state_.autoRecordNumber) Model().SetTextMatrix(Model().FixedRows(), 0, IntegerToText(1));
     }
-    if (wanted()) TellThatRowsChanged();
+    if (wanted()) NotifyRowsChanged();
 }
 
 bool EntryGrid::GoOnBinding(std::int64_t loaded, std::int64_t total, ProgressClock& clock) {

@@ -29,7 +29,7 @@ void EntryGrid::StepInHistory(bool back) {
     // The step is taken: what cannot be shown or told for want of memory is lost, rather than called a failure.
     Contain([&] {
         window_->ScrollIntoView(Model().Row(), Model().Col());
-        TellOfStep(Model(), state_, history_, *step, back, events_);
+        NotifyOfStep(Model(), state_, history_, *step, back, events_);
     });
 }
 

@@ -13,7 +13,7 @@ namespace qvx::grid {
 struct EntryGrid::TabWindows {
     EntryGrid& grid;
     bool EndEdit() { return grid.EndEdit(); }
-    void TellKeyDown(short& key, short& shift) { grid.events_.KeyDown(key, shift); }
+    void NotifyKeyDown(short& key, short& shift) { grid.events_.KeyDown(key, shift); }
     bool HasFocus() const { return grid.HasFocus(); }
 };
 
@@ -113,10 +113,10 @@ void EntryGrid::DeleteSelectedRow() {
     ChangeKeptRows([&] { row = DeleteRow(Model(), state_, history_); });
     state_.changed = true;
     events_.OnDelete(row);
-    TellThatRowsChanged();
+    NotifyRowsChanged();
 }
 
-void EntryGrid::TellThatRowsChanged() {
+void EntryGrid::NotifyRowsChanged() {
     state_.eventFlag = false;
     events_.AfterCellChange(-1, -1, {}, {}, state_.eventFlag);
 }

@@ -23,7 +23,7 @@ class EntryGrid::Editor {
     void MoveFrame(const EditorPlacement& placement) { frame_.MoveTo(FramePixels(placement)); }
     void MoveCombo(const EditorPlacement& placement) {
         const Dpi dpi = Resolution();
-        owner_.DressEditor(combo_);
+        owner_.ApplyCellFormat(combo_);
         combo_.Place({TwipsToPixels(placement.comboLeft, dpi.x), TwipsToPixels(placement.comboTop, dpi.y)},
                      TwipsToPixels(placement.comboWidth, dpi.x), FramePixels(placement).Height());
     }
@@ -69,7 +69,7 @@ EntryGrid::EntryGrid(EntryGridEvents& events)
       projection_(window_->Model(), state_),
       history_(window_->Model()) {
     accessible_ = MakeAccessible();
-    automation_ = std::make_unique<flexgrid::GridAutomation>(*window_, [this] { return events_.TellsEvents(); });
+    automation_ = std::make_unique<flexgrid::GridAutomation>(*window_, [this] { return events_.RaisesEvents(); });
     window_->AddEvents(this);
     window_->Model().AddListener(this);
 }
@@ -118,7 +118,7 @@ EditorFrame& EntryGrid::Frame() {
     frame_ = std::make_unique<EditorFrame>(static_cast<ComboListener&>(*this));
     frame_->CreateIn(control);
     frame_->Load(freeTextEditor);
-    dresses_.clear();
+    cellFormats_.clear();
     // In a new window the list columns are list columns still; their entries went with the combos of the old one.
     if (!retired_.empty())
         for (const int col : retired_.back()->Loaded())
@@ -151,16 +151,16 @@ int EntryGrid::EditorIndex() {
     return Frame().Find(index) ? index : freeTextEditor;
 }
 
-void EntryGrid::DressEditor(ComboWindow& combo) {
+void EntryGrid::ApplyCellFormat(ComboWindow& combo) {
     const flexgrid::Grid& grid = Model();
     combo.SetRightToLeft(grid.RightToLeft());
-    Dress& dress = dresses_[frame_->IndexOf(combo)];
-    const Dress wanted{grid.FontOf(grid.Row(), grid.Col()), grid.BackColor(), grid.ForeColor()};
-    if (combo.Font() == dress.font) combo.SetFont(wanted.font);
-    if (combo.BackColor() == dress.back) combo.SetBackColor(wanted.back);
-    if (combo.ForeColor() == dress.fore) combo.SetForeColor(wanted.fore);
+    CellFormat& format = cellFormats_[frame_->IndexOf(combo)];
+    const CellFormat wanted{grid.FontOf(grid.Row(), grid.Col()), grid.BackColor(), grid.ForeColor()};
+    if (combo.Font() == format.font) combo.SetFont(wanted.font);
+    if (combo.BackColor() == format.back) combo.SetBackColor(wanted.back);
+    if (combo.ForeColor() == format.fore) combo.SetForeColor(wanted.fore);
     combo.SetAccessibleName(flexgrid::ColumnName(grid, grid.Col()));
-    dress = wanted;
+    format = wanted;
 }
 
 bool EntryGrid::OpenEditor() {

@@ -53,7 +53,7 @@ class EntryGridEvents {
     // Whether anybody hears of all this.
     virtual bool Listens() = 0;
     // Whether anybody may, of the inner grid's own events as well.
-    virtual bool TellsEvents() = 0;
+    virtual bool RaisesEvents() = 0;
     // Loaded records, and how many there are in all (-1: not known).
     virtual void BindProgress(long loaded, long total, bool& cancel) = 0;
     virtual void EnterCell() = 0;
@@ -174,7 +174,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     int EditorIndex();
     // True when the editor is open now.
     bool OpenEditor();
-    void DressEditor(ComboWindow& combo);
+    void ApplyCellFormat(ComboWindow& combo);
     std::unique_ptr<flexgrid::AccessibleHost> MakeAccessible();
     void Commit();
     // Commits, gives the focus back to the inner grid, and tells whether the current cell is where it was before.
@@ -192,7 +192,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     // Opens the editor with what was typed in place of the cell's text.
     void TypeIntoCell(TextView typed);
     void DeleteSelectedRow();
-    void TellThatRowsChanged();
+    void NotifyRowsChanged();
     void UseClipboardKey(GridKey action);
     void StepInHistory(bool back);
     // The edit field of the open edit; null when none is open.
@@ -217,12 +217,12 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     // Frames whose windows went with a control's window that the host destroyed; somebody may still be using them.
     std::vector<std::unique_ptr<EditorFrame>> retired_;
     // The looks that combos were given; what the host has changed since is its own.
-    struct Dress {
+    struct CellFormat {
         FontSpec font;
         OleColor back = colors::windowBackground;
         OleColor fore = colors::windowText;
     };
-    std::map<int, Dress> dresses_;
+    std::map<int, CellFormat> cellFormats_;
     int editor_ = -1;  // the combo of the edit that is open
     bool changingRows_ = false;
     int bindings_ = 0;            // counts Bind, so that the one asked for last ends those around it

@@ -189,8 +189,8 @@ bool CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> g
 // Tells the host of what undoing or redoing has done: a change of rows as a whole, or else cell after cell. It cannot
 // cancel that.
 template <ChangeEvents Events>
-void TellOfStep(const flexgrid::Grid& grid, ControlState& state, EditHistory& history, const EditStep& step,
-                bool backwards, Events& events) {
+void NotifyOfStep(const flexgrid::Grid& grid, ControlState& state, EditHistory& history, const EditStep& step,
+                  bool backwards, Events& events) {
     if (!events.Listens()) return;
     const EditHistory::Pause pause(history);
     if (step.RowsChanged()) {

@@ -236,8 +236,8 @@ class BlockReader final : public RecordSource {
     // has used none of them up. A record set that does not say where it stands cannot tell, so a block of its is one
     // record.
     std::optional<Variant> NextBlock() {
-        const auto before = tells_ ? KnownPosition() : std::nullopt;
-        tells_ = before.has_value();
+        const auto before = knowsPosition_ ? KnownPosition() : std::nullopt;
+        knowsPosition_ = before.has_value();
         try {
             return set_->GetRows(before ? blockSize : 1);
         } catch (const RunTimeError&) {
@@ -266,7 +266,7 @@ class BlockReader final : public RecordSource {
     int at_ = 0;
     std::int64_t position_ = 0;
     bool inBlocks_ = true;
-    bool tells_ = true;  // where it stands, as far as is known
+    bool knowsPosition_ = true;  // where it stands, as far as is known
 };
 
 }  // namespace

@@ -36,7 +36,7 @@ class TabWay {
     // The container asks for a Tab: whether it is to be delivered. Else it leaves the grid, which is the container's
     // to do. `windows` has
     //   bool EndEdit()                              false when a handler has moved the current cell meanwhile
-    //   void TellKeyDown(short& key, short& shift)  a handler may put another key in its place, 0 is none
+    //   void NotifyKeyDown(short& key, short& shift)  a handler may put another key in its place, 0 is none
     //   bool HasFocus()                             whether the grid or its editor has it
     template <class Windows>
     bool Asked(int shift, const flexgrid::Grid& grid, const ControlState& state, Windows& windows) {
@@ -44,7 +44,7 @@ class TabWay {
         if (EditIsOpen(state))
             End(press, windows);
         else
-            Tell(press, windows);
+            Notify(press, windows);
         const bool leaves = press.key == keys::tab && StepOf(press, grid, state).kind == CellStep::Kind::Leave;
         // No container moves the focus for a Tab with Ctrl or Alt: that one can still be asked for a plain one.
         press.declined = leaves && (shift & ~keys::shiftMask) == 0;
@@ -70,7 +70,7 @@ class TabWay {
         const auto asked = std::exchange(asked_, std::nullopt);
         if (asked && key == keys::tab) return *asked;
         PressedKey press{key, shift, key == keys::tab && std::exchange(endsEntry_, false), false};
-        Tell(press, windows);
+        Notify(press, windows);
         return press;
     }
 
@@ -78,9 +78,9 @@ class TabWay {
     // A handler that moves the focus itself has done what a Tab is for, and so has one of AfterCellChange that moves
     // the current cell.
     template <class Windows>
-    static void Tell(PressedKey& press, Windows& windows) {
+    static void Notify(PressedKey& press, Windows& windows) {
         const bool hadFocus = windows.HasFocus();
-        windows.TellKeyDown(press.key, press.shift);
+        windows.NotifyKeyDown(press.key, press.shift);
         if (press.key == keys::tab && hadFocus && !windows.HasFocus()) press.key = 0;
     }
     template <class Windows>

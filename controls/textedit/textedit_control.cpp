@@ -56,7 +56,7 @@ void TextEditControl::OnResize(Size size) {
     box_.Resize(PixelSize());
 }
 
-void TextEditControl::TextBoxDressed() {
+void TextEditControl::TextBoxPrepared() {
     if (WindowHandle()) OnResize(PixelSize());
     Invalidate();
 }

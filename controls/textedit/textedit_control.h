@@ -96,7 +96,7 @@ class TextEditControl final : public Control<_TextEdit>, private TextBoxListener
     void TextBoxKeyDown(int& key, int shift) override;
     void TextBoxKeyPress(int& character) override;
     void TextBoxKeyUp(int key, int shift) override;
-    void TextBoxDressed() override;
+    void TextBoxPrepared() override;
 
     template <class Result, class Value>
     HRESULT Get(Result* result, Value (TextBoxWindow::*member)() const);

@@ -5,7 +5,7 @@
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -28,36 +28,36 @@ int CanvasWindow::HandleSize() const { return std::max(Scaled(7, Handle()), 7); 
 
 void CanvasWindow::SetForm(HWND form) {
     if (form != form_) {
-        glass_.reset();
-        marks_.reset();
+        overlay_.reset();
+        adorners_.reset();
         form_ = form;
         offset_ = {};
         if (form) {
-            glass_ = std::make_unique<GlassWindow>();
-            glass_->onMouse = [this](const Mouse& mouse) {
+            overlay_ = std::make_unique<OverlayWindow>();
+            overlay_->onMouse = [this](const Mouse& mouse) {
                 if (onMouse) onMouse(mouse);
             };
-            glass_->onPress = [this] { ::SetFocus(Handle()); };
-            glass_->Open(form);
-            marks_ = std::make_unique<MarksWindow>();
-            marks_->Open(form);
+            overlay_->onPress = [this] { ::SetFocus(Handle()); };
+            overlay_->Open(form);
+            adorners_ = std::make_unique<AdornerWindow>();
+            adorners_->Open(form);
         }
     }
     Layout();
-    RaiseGlass();
+    RaiseOverlay();
 }
 
-void CanvasWindow::RaiseGlass() {
+void CanvasWindow::RaiseOverlay() {
     if (!form_) return;
     RECT inside{};
     GetClientRect(form_, &inside);
-    for (const HWND window : {glass_->Handle(), marks_->Handle()}) {
+    for (const HWND window : {overlay_->Handle(), adorners_->Handle()}) {
         SetWindowPos(window, HWND_TOP, 0, 0, inside.right, inside.bottom, SWP_NOACTIVATE);
     }
 }
 
-void CanvasWindow::SetMarks(std::vector<Mark> marks) {
-    if (marks_) marks_->Show(std::move(marks));
+void CanvasWindow::SetAdorners(std::vector<Adorner> adorners) {
+    if (adorners_) adorners_->Show(std::move(adorners));
 }
 
 void CanvasWindow::SetFormSelected(bool selected) {
@@ -67,14 +67,14 @@ void CanvasWindow::SetFormSelected(bool selected) {
 }
 
 void CanvasWindow::SetCursor(WORD cursor) {
-    if (glass_) glass_->cursor = cursor;
+    if (overlay_) overlay_->cursor = cursor;
 }
 
 void CanvasWindow::CaptureMouse(bool capture) {
-    if (!glass_) return;
+    if (!overlay_) return;
     if (capture) {
-        SetCapture(glass_->Handle());
-    } else if (GetCapture() == glass_->Handle()) {
+        SetCapture(overlay_->Handle());
+    } else if (GetCapture() == overlay_->Handle()) {
         ReleaseCapture();
     }
 }
@@ -109,7 +109,7 @@ void CanvasWindow::Layout() {
         }
     }
     ScrollTo(offset_);
-    RaiseGlass();
+    RaiseOverlay();
 }
 
 void CanvasWindow::ScrollTo(Point offset) {
@@ -283,7 +283,7 @@ LRESULT CanvasWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             if (onKey && onKey(static_cast<int>(wParam), ShiftState())) return 0;
             return Default(message, wParam, lParam);
         case WM_CONTEXTMENU:
-            // From the keyboard; the mouse's comes through the glass.
+            // From the keyboard; the mouse's comes through the overlay.
             if (onMouse) onMouse({MouseAction::menu, {-1, -1}});
             return 0;
         case WM_SETFOCUS:
@@ -296,4 +296,4 @@ LRESULT CanvasWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

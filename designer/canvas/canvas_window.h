@@ -1,5 +1,5 @@
-// The middle of the designer: the form as it will look, with its controls behind a sheet of glass that takes the mouse,
-// the marks of the selection above it, and scroll bars around it.
+// The middle of the designer: the form as it will look, with its controls behind a transparent sheet that takes the
+// mouse, the adorners of the selection above it, and scroll bars around it.
 #pragma once
 
 #include <windows.h>
@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "common/geometry.h"
-#include "designer/canvas/glass_window.h"
-#include "designer/canvas/marks_window.h"
+#include "designer/canvas/adorner_window.h"
+#include "designer/canvas/overlay_window.h"
 #include "designer/document/placement.h"
 #include "win/window.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 class CanvasWindow final : public Window {
   public:
@@ -25,13 +25,13 @@ class CanvasWindow final : public Window {
     // The form to show, a child of this window; null for none. Call it again when the form's size has changed.
     void SetForm(HWND form);
     // What is drawn above the form, in place of what was.
-    void SetMarks(std::vector<Mark> marks);
+    void SetAdorners(std::vector<Adorner> adorners);
     // The form's own frame is marked, and can be sized at its right and bottom.
     void SetFormSelected(bool selected);
     // The cursor over a point of the form; one of the system's, by its identifier.
     void SetCursor(WORD cursor);
-    // Brings the glass and the marks before the controls, after some of these were made or moved in front.
-    void RaiseGlass();
+    // Brings the overlay and the adorners before the controls, after some of these were made or moved in front.
+    void RaiseOverlay();
     // Scrolls so that an area of the form's inside is in view.
     void Reveal(const Rect& area);
     int HandleSize() const;
@@ -60,8 +60,8 @@ class CanvasWindow final : public Window {
     void DragForm(UINT message, Point at);
 
     HWND form_ = nullptr;
-    std::unique_ptr<GlassWindow> glass_;
-    std::unique_ptr<MarksWindow> marks_;
+    std::unique_ptr<OverlayWindow> overlay_;
+    std::unique_ptr<AdornerWindow> adorners_;
     Point offset_;
     Size extent_;
     bool formSelected_ = false;
@@ -70,4 +70,4 @@ class CanvasWindow final : public Window {
     Rect formOutline_;
 };
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 // Pixels at 96 dots per inch that a press may tremble.
@@ -42,7 +42,7 @@ std::vector<TwipsRect> Drag::Bounds(Size usual) const {
         case Kind::none:
             return {};
         case Kind::move:
-            return design::Moved(start_, primary_, dx, dy, snap_);
+            return designer::Moved(start_, primary_, dx, dy, snap_);
         case Kind::size: {
             std::vector<TwipsRect> sized;
             for (const TwipsRect& rect : start_) sized.push_back(moved_ ? Sized(rect, handle_, dx, dy, snap_) : rect);
@@ -71,4 +71,4 @@ std::vector<Rect> Drag::Outlines(Size usual) const {
     return outlines;
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -6,7 +6,7 @@
 
 #include "designer/document/placement.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 class Drag {
   public:
@@ -44,4 +44,4 @@ class Drag {
     Grip handle_ = Grip::bottomRight;
 };
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -5,7 +5,7 @@
 
 #include "common/text_compare.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -50,4 +50,4 @@ int NextTabIndex(const std::vector<Visit>& visits) {
     return next;
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

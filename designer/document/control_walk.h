@@ -7,7 +7,7 @@
 #include "designer/document/selection.h"
 #include "host/form_file.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 // Whether controls of that class may hold others.
 bool HoldsOthers(TextView className);
@@ -28,4 +28,4 @@ std::vector<int> TabIndexes(const std::vector<Visit>& visits);
 // The one behind all of them.
 int NextTabIndex(const std::vector<Visit>& visits);
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

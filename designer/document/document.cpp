@@ -11,7 +11,7 @@
 #include "designer/document/form_text.h"
 #include "designer/document/placement.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -296,7 +296,7 @@ void Document::Rename(const ObjectId& id, const Text& name) {
                                                             [&](int index) { return index >= 0 && index != id.index; });
         if (!intoArray) Refuse(u"The name \"" + name + u"\" is used already.");
     }
-    design::Rename(block, name);
+    designer::Rename(block, name);
 }
 
 void Document::RenameForm(const Text& name) {
@@ -304,7 +304,7 @@ void Document::RenameForm(const Text& name) {
     if (!SameName(name, file_.form.name) && UsedNames().contains(FoldedText(name))) {
         Refuse(u"The name \"" + name + u"\" is used already.");
     }
-    design::Rename(file_.form, name);
+    designer::Rename(file_.form, name);
 }
 
 void Document::SetIndex(const ObjectId& id, int index) {
@@ -354,4 +354,4 @@ void Document::SetTabOrder(const std::vector<ObjectId>& first) {
     }
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

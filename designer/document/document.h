@@ -15,7 +15,7 @@
 #include "host/form_file.h"
 #include "host/twips_rect.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 class Document {
   public:
@@ -111,4 +111,4 @@ class Document {
     bool mayMerge_ = false;
 };
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -8,7 +8,7 @@
 #include "designer/document/form_text.h"
 #include "designer/document/placement.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -59,7 +59,7 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
             index = 1;
         } else {
             if (taken.empty()) used.erase(FoldedText(block.name));
-            design::Rename(block, FreshNameIn(used, block.className));
+            designer::Rename(block, FreshNameIn(used, block.className));
             index = -1;
         }
         used[FoldedText(block.name)].push_back(index);
@@ -115,4 +115,4 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
     return pasted;
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

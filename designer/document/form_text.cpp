@@ -6,7 +6,7 @@
 #include "common/run_time_error.h"
 #include "host/text_encoding.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -189,4 +189,4 @@ bool IsObjectName(TextView name) {
                        [](char16_t c) { return IsAsciiLetter(c) || IsDigit(c) || c == u'_'; });
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

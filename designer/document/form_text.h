@@ -4,7 +4,7 @@
 #include "host/form_file.h"
 #include "host/twips_rect.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 // What a clipboard may bring at most.
 constexpr std::size_t pastedControls = 5000;
@@ -45,4 +45,4 @@ UsualSize UsualSizeOf(TextView className);
 // A letter, then letters, digits and "_", forty at most: what scripts can call an object.
 bool IsObjectName(TextView name);
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -6,7 +6,7 @@
 #include "common/number_text.h"
 #include "common/text_compare.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -70,4 +70,4 @@ std::optional<Text> DoubleKey(const std::vector<ImageLine>& images) {
     return std::nullopt;
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

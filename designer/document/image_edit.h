@@ -7,7 +7,7 @@
 #include "common/text.h"
 #include "host/form_file.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 struct ImageLine {
     Text key;
@@ -24,4 +24,4 @@ void WriteImages(Block& imageList, const std::vector<ImageLine>& images);
 // The first key that is there twice, if one is.
 std::optional<Text> DoubleKey(const std::vector<ImageLine>& images);
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

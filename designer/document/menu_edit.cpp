@@ -11,7 +11,7 @@
 #include "host/menu_model.h"
 #include "host/text_encoding.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -266,4 +266,4 @@ const std::vector<ShortcutChoice>& ShortcutChoices() {
     return choices;
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

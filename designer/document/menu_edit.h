@@ -7,7 +7,7 @@
 #include "common/text.h"
 #include "host/form_file.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 struct MenuLine {
     int level = 0;
@@ -55,4 +55,4 @@ struct ShortcutChoice {
 };
 const std::vector<ShortcutChoice>& ShortcutChoices();
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

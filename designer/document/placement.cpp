@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <numeric>
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -159,4 +159,4 @@ std::vector<TwipsRect> Arranged(const std::vector<TwipsRect>& start, std::size_t
     return all;
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

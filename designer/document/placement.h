@@ -8,7 +8,7 @@
 #include "common/geometry.h"
 #include "host/twips_rect.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 constexpr int gridStep = 120;
 constexpr int smallestSize = 60;
@@ -55,4 +55,4 @@ enum class Arrangement {
 };
 std::vector<TwipsRect> Arranged(const std::vector<TwipsRect>& start, std::size_t primary, Arrangement arrangement);
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

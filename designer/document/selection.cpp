@@ -5,7 +5,7 @@
 #include "common/number_text.h"
 #include "host/form_value.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -100,4 +100,4 @@ void Selection::Keep(const Shapes& shapes) {
     std::erase_if(selected_, [&](const ObjectId& id) { return !PositionOf(shapes, id); });
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -8,7 +8,7 @@
 #include "common/geometry.h"
 #include "common/text.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 // A control by what the form file calls it. Names compare without case.
 struct ObjectId {
@@ -63,4 +63,4 @@ class Selection {
     std::vector<ObjectId> selected_;
 };
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

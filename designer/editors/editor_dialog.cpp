@@ -7,7 +7,7 @@
 #include "win/module_instance.h"
 #include "win/window_text.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -153,4 +153,4 @@ LRESULT EditorDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

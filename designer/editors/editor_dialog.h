@@ -12,7 +12,7 @@
 #include "win/fonts.h"
 #include "win/window.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 class EditorDialog : public Window {
   public:
@@ -73,4 +73,4 @@ class EditorDialog : public Window {
     bool byLabel_ = false;  // the key in hand was a label's, and has reached its field
 };
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -9,7 +9,7 @@
 #include "win/gdi_surface.h"
 #include "win/window_text.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -207,4 +207,4 @@ LRESULT ImageEditor::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     return EditorDialog::OnMessage(message, wParam, lParam);
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

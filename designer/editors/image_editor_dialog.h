@@ -10,7 +10,7 @@
 #include "designer/document/image_edit.h"
 #include "designer/editors/editor_dialog.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 class ImageEditor final : public EditorDialog {
   public:
@@ -45,4 +45,4 @@ class ImageEditor final : public EditorDialog {
     bool showing_ = false;
 };
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

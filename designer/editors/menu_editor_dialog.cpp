@@ -7,7 +7,7 @@
 #include "host/report_dialog.h"
 #include "win/window_text.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 MenuEditor::MenuEditor(const Block& form)
     : EditorDialog(u"Menu editor", {596, 400}), form_(form), lines_(ReadMenuLines(form)) {}
@@ -197,4 +197,4 @@ bool MenuEditor::Accept() {
     return false;
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

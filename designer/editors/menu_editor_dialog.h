@@ -4,7 +4,7 @@
 #include "designer/document/menu_edit.h"
 #include "designer/editors/editor_dialog.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 class MenuEditor final : public EditorDialog {
   public:
@@ -49,4 +49,4 @@ class MenuEditor final : public EditorDialog {
     bool showing_ = false;
 };
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -13,7 +13,7 @@
 #include "win/dpi.h"
 #include "win/window_text.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -275,4 +275,4 @@ LRESULT PropertyFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     return EditorDialog::OnMessage(message, wParam, lParam);
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

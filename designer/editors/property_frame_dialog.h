@@ -11,7 +11,7 @@
 #include "designer/editors/editor_dialog.h"
 #include "host/class_source_object.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 class PropertyFrame final : public EditorDialog {
   public:
@@ -55,4 +55,4 @@ class PropertyFrame final : public EditorDialog {
     std::unique_ptr<Holder> holder_;
 };
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -9,7 +9,7 @@
 #include "win/gdi_surface.h"
 #include "win/window_text.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -47,8 +47,8 @@ class ColorBox final : public DropDown {
         button_ =
             AddChild(L"BUTTON", L"&Other...", BS_PUSHBUTTON,
                      {Scaled(4), listBottom + Scaled(4), client.right - Scaled(4), client.bottom - Scaled(4)}, otherId);
-        Tap(list_);
-        Tap(button_);
+        Subclass(list_);
+        Subclass(button_);
     }
     void FocusContents() override { SetFocus(SendMessageW(list_, LB_GETCURSEL, 0, 0) >= 0 ? list_ : Handle()); }
 
@@ -202,4 +202,4 @@ std::unique_ptr<DropDown> MakeColorBox(const PropertyValue& current, std::functi
     return std::make_unique<ColorBox>(current, std::move(other));
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -11,7 +11,7 @@
 #include "win/module_instance.h"
 #include "win/window_text.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -58,7 +58,7 @@ class ChoiceBox final : public DropDown {
         for (const PropertyChoice& choice : choices_)
             SendMessageW(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(choice.name)));
         SendMessageW(list_, LB_SETCURSEL, static_cast<WPARAM>(chosen_), 0);
-        Tap(list_);
+        Subclass(list_);
     }
     void FocusContents() override { SetFocus(list_); }
     bool OnChildMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam) override {
@@ -112,7 +112,7 @@ class TextBox final : public DropDown {
         }
         SetWindowTextW(edit_, Wide(lines));
         SendMessageW(edit_, EM_SETMODIFY, FALSE, 0);
-        Tap(edit_);
+        Subclass(edit_);
     }
     void FocusContents() override {
         SetFocus(edit_);
@@ -138,9 +138,9 @@ class TextBox final : public DropDown {
 
 }  // namespace
 
-class DropDown::ChildTap final : public WindowSubclass {
+class DropDown::ChildSubclass final : public WindowSubclass {
   public:
-    explicit ChildTap(DropDown& box) : box_(box) {}
+    explicit ChildSubclass(DropDown& box) : box_(box) {}
 
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
@@ -172,9 +172,9 @@ HWND DropDown::AddChild(const wchar_t* className, const wchar_t* title, DWORD st
     return child;
 }
 
-void DropDown::Tap(HWND child) {
-    taps_.push_back(std::make_unique<ChildTap>(*this));
-    taps_.back()->Attach(child);
+void DropDown::Subclass(HWND child) {
+    subclasses_.push_back(std::make_unique<ChildSubclass>(*this));
+    subclasses_.back()->Attach(child);
 }
 
 bool DropDown::Open(HWND owner, const Rect& cell, Closed closed) {
@@ -229,4 +229,4 @@ std::unique_ptr<DropDown> MakeChoiceBox(std::vector<PropertyChoice> choices, con
 
 std::unique_ptr<DropDown> MakeTextBox(const Text& current) { return std::make_unique<TextBox>(current); }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -14,7 +14,7 @@
 #include "win/fonts.h"
 #include "win/window.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 class DropDown : public Window {
   public:
@@ -43,17 +43,17 @@ class DropDown : public Window {
     // A system control over a part of the box, in the list's font.
     HWND AddChild(const wchar_t* className, const wchar_t* title, DWORD style, const Rect& area, int id);
     // Watches the keys and the mouse of a child.
-    void Tap(HWND child);
+    void Subclass(HWND child);
     // A key or a mouse message of a child: true when it has been dealt with.
     virtual bool OnChildMessage(HWND, UINT, WPARAM, LPARAM) { return false; }
 
   private:
-    class ChildTap;
+    class ChildSubclass;
 
     Closed closed_;
     HWND root_ = nullptr;
     SharedFont font_;
-    std::vector<std::unique_ptr<ChildTap>> taps_;
+    std::vector<std::unique_ptr<ChildSubclass>> subclasses_;
 };
 
 std::unique_ptr<DropDown> MakeChoiceBox(std::vector<PropertyChoice> choices, const PropertyValue& current);
@@ -61,4 +61,4 @@ std::unique_ptr<DropDown> MakeChoiceBox(std::vector<PropertyChoice> choices, con
 std::unique_ptr<DropDown> MakeColorBox(const PropertyValue& current, std::function<void()> other);
 std::unique_ptr<DropDown> MakeTextBox(const Text& current);
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

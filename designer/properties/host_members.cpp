@@ -5,7 +5,7 @@
 
 #include "host/form_value.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -106,4 +106,4 @@ std::optional<PropertyInfo> DescribeHostMember(TextView name, HostObjectKind kin
     return std::nullopt;
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

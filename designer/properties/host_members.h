@@ -6,7 +6,7 @@
 
 #include "designer/properties/property_row.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 // Whose property it is: each has borders of its own.
 enum class HostObjectKind { form, frame, control };
@@ -15,4 +15,4 @@ enum class HostObjectKind { form, frame, control };
 // Nothing for what is no use to a designer: window handles, objects, selections.
 std::optional<PropertyInfo> DescribeHostMember(TextView name, HostObjectKind kind);
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

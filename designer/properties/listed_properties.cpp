@@ -7,7 +7,7 @@
 #include "common/text_compare.h"
 #include "host/form_value.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -142,4 +142,4 @@ std::optional<std::size_t> TypedSearch::Type(const ListedProperties& table, std:
     return std::nullopt;
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -9,7 +9,7 @@
 
 #include "designer/properties/property_row.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 // A property that all of the objects have, and its place among the properties of each.
 struct CommonProperty {
@@ -82,4 +82,4 @@ class TypedSearch {
     unsigned long long last_ = 0;
 };
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -12,7 +12,7 @@
 #include "common/run_time_error.h"
 #include "common/text_compare.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -311,4 +311,4 @@ void ObjectProperties::WritePicture(std::size_t place, IPictureDisp* picture) co
     Put(member, Variant(static_cast<IDispatch*>(picture)));
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -13,7 +13,7 @@
 #include "designer/properties/property_row.h"
 #include "designer/properties/type_members_win32.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 class ObjectProperties {
   public:
@@ -52,4 +52,4 @@ class ObjectProperties {
     bool hasPages_ = false;
 };
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

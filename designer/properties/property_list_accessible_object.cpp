@@ -4,7 +4,7 @@
 #include "designer/properties/property_rows_window.h"
 #include "win/accessible.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -111,4 +111,4 @@ ComPtr<IAccessible> MakeAccessibleRows(PropertyRowsWindow& rows) {
     return ComPtr<IAccessible>(MakeObject<AccessibleRows>(rows));
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -7,10 +7,10 @@
 
 #include "com/pointer.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 class PropertyRowsWindow;
 
 ComPtr<IAccessible> MakeAccessibleRows(PropertyRowsWindow& rows);
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

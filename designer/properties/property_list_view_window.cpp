@@ -14,14 +14,14 @@
 #include "win/module_instance.h"
 #include "win/window_text.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
 // Tab leaves one of the system's controls where the program's message loop does not see to it.
-class TabTap final : public WindowSubclass {
+class TabSubclass final : public WindowSubclass {
   public:
-    TabTap(HWND window, std::function<void(HWND, bool)> leave) : leave_(std::move(leave)) { Attach(window); }
+    TabSubclass(HWND window, std::function<void(HWND, bool)> leave) : leave_(std::move(leave)) { Attach(window); }
 
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
@@ -70,7 +70,8 @@ bool PropertyListWindow::View::Create() {
         SendMessageW(header_, HDM_INSERTITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
     }
     for (const HWND control : {selector_, tabs_})
-        taps_.push_back(std::make_unique<TabTap>(control, [this](HWND from, bool forward) { Leave(from, forward); }));
+        subclasses_.push_back(
+            std::make_unique<TabSubclass>(control, [this](HWND from, bool forward) { Leave(from, forward); }));
     AcquireFonts();
     Layout();
     return true;
@@ -355,4 +356,4 @@ void PropertyListWindow::View::OpenDialog(std::size_t row) {
     }
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

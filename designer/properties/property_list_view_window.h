@@ -12,7 +12,7 @@
 #include "win/dpi.h"
 #include "win/fonts.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 class PropertyListWindow::View final : public PropertyRowsOwner {
   public:
@@ -68,7 +68,7 @@ class PropertyListWindow::View final : public PropertyRowsOwner {
     HWND selector_ = nullptr;
     HWND tabs_ = nullptr;
     HWND header_ = nullptr;
-    std::vector<std::unique_ptr<WindowSubclass>> taps_;
+    std::vector<std::unique_ptr<WindowSubclass>> subclasses_;
     SharedFont font_;
     // Pixels of the window.
     struct {
@@ -89,4 +89,4 @@ class PropertyListWindow::View final : public PropertyRowsOwner {
     bool settingHeader_ = false;
 };
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

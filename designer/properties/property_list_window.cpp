@@ -3,7 +3,7 @@
 #include "designer/properties/property_list_view_window.h"
 #include "win/gdi_surface.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -120,4 +120,4 @@ LRESULT PropertyListWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
     return Default(message, wParam, lParam);
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

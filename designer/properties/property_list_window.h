@@ -22,7 +22,7 @@
 #include "designer/properties/listed_properties.h"
 #include "win/window.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 class PropertyListWindow : public Window {
   public:
@@ -78,4 +78,4 @@ class PropertyListWindow : public Window {
     std::unique_ptr<View> view_;
 };
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -3,7 +3,7 @@
 #include "com/guard.h"
 #include "com/late_bound.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 PropertyModel::PropertyModel(std::vector<ObjectProperties> objects) : objects_(std::move(objects)) {
     std::vector<std::vector<PropertyInfo>> infos;
@@ -57,4 +57,4 @@ PropertyModel::Written PropertyModel::WritePicture(std::size_t row, IPictureDisp
                     [&](const ObjectProperties& object, std::size_t place) { object.WritePicture(place, picture); });
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

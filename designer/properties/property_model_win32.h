@@ -12,7 +12,7 @@
 #include "designer/properties/listed_properties.h"
 #include "designer/properties/object_properties_win32.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 // Calls of the objects may lead to anything, the end of the list included: whoever makes one holds the model meanwhile.
 class PropertyModel {
@@ -41,4 +41,4 @@ class PropertyModel {
     ListedProperties table_;
 };
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -13,7 +13,7 @@
 #include "designer/properties/system_colors.h"
 #include "host/form_value.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -291,4 +291,4 @@ bool IsTyped(PropertyKind kind) {
     return kind != PropertyKind::font && kind != PropertyKind::picture && kind != PropertyKind::pages;
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -7,7 +7,7 @@
 #include "common/property_value.h"
 #include "common/text.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 enum class PropertyKind {
     text,
@@ -91,4 +91,4 @@ ValueButton ButtonOf(const PropertyInfo& info, const PropertyValue& value);
 // Whether the value is edited as text in its place.
 bool IsTyped(PropertyKind kind);
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

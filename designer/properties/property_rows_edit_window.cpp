@@ -5,13 +5,13 @@
 #include "win/module_instance.h"
 #include "win/window_text.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 // The field over a value.
-class PropertyRowsWindow::EditTap final : public WindowSubclass {
+class PropertyRowsWindow::EditSubclass final : public WindowSubclass {
   public:
-    EditTap(PropertyRowsWindow& rows, HWND edit) : rows_(rows) { Attach(edit); }
-    ~EditTap() override {
+    EditSubclass(PropertyRowsWindow& rows, HWND edit) : rows_(rows) { Attach(edit); }
+    ~EditSubclass() override {
         const HWND edit = Handle();
         Detach();
         if (edit) DestroyWindow(edit);
@@ -83,7 +83,7 @@ bool PropertyRowsWindow::CreateEdit() {
                                       ModuleInstance(), nullptr);
     if (!edit) return false;
     SendMessageW(edit, EM_SETLIMITTEXT, 0, 0);
-    edit_ = std::make_unique<EditTap>(*this, edit);
+    edit_ = std::make_unique<EditSubclass>(*this, edit);
     return true;
 }
 
@@ -269,4 +269,4 @@ bool PropertyRowsWindow::OnEditKey(UINT message, WPARAM key) {
     }
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -9,7 +9,7 @@
 #include "win/accessible.h"
 #include "win/dpi.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -212,8 +212,8 @@ void PropertyRowsWindow::GoTo(int line) {
     current_ = line;
     ScrollTo(View().TopShowing(line));
     Invalidate();
-    TellAssistive(EVENT_OBJECT_FOCUS, Handle(), line + 1);
-    TellAssistive(EVENT_OBJECT_SELECTION, Handle(), line + 1);
+    NotifyAssistive(EVENT_OBJECT_FOCUS, Handle(), line + 1);
+    NotifyAssistive(EVENT_OBJECT_SELECTION, Handle(), line + 1);
     owner_.LineChanged();
 }
 
@@ -405,7 +405,7 @@ LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
             break;
         }
         case WM_SETFOCUS:
-            if (current_ >= 0) TellAssistive(EVENT_OBJECT_FOCUS, Handle(), current_ + 1);
+            if (current_ >= 0) NotifyAssistive(EVENT_OBJECT_FOCUS, Handle(), current_ + 1);
             return 0;
         case WM_CTLCOLOREDIT:
         case WM_CTLCOLORSTATIC: {
@@ -428,4 +428,4 @@ LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
     return Default(message, wParam, lParam);
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

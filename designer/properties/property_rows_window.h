@@ -14,7 +14,7 @@
 #include "win/gdi_surface.h"
 #include "win/window.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 // What the list asks of the window around it. Every call may end in the destruction of both.
 class PropertyRowsOwner {
@@ -76,7 +76,7 @@ class PropertyRowsWindow final : public Window {
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    class EditTap;
+    class EditSubclass;
     // Posted by a box that has closed, and is in the middle of a message of its own.
     static constexpr UINT disposeOfBox = WM_APP + 1;
 
@@ -116,7 +116,7 @@ class PropertyRowsWindow final : public Window {
     int top_ = 0;
     double share_ = 0.45;
     SharedFont font_;
-    std::unique_ptr<EditTap> edit_;
+    std::unique_ptr<EditSubclass> edit_;
     bool editing_ = false;
     bool committing_ = false;
     bool dragging_ = false;
@@ -128,4 +128,4 @@ class PropertyRowsWindow final : public Window {
     BackBuffer buffer_;
 };
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

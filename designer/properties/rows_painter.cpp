@@ -4,7 +4,7 @@
 
 #include "host/form_font.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -129,4 +129,4 @@ void PaintRows(Surface& surface, const RowsLook& look) {
     PaintButton(surface, look);
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

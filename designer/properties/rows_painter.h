@@ -5,7 +5,7 @@
 #include "designer/properties/rows_view.h"
 #include "drawing/surface.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 // What is to be seen. Pixels of the client area.
 struct RowsLook {
@@ -27,4 +27,4 @@ struct RowsLook {
 
 void PaintRows(Surface& surface, const RowsLook& look);
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

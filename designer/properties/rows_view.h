@@ -6,7 +6,7 @@
 
 #include "common/geometry.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 enum class RowStep { previous, next, pageUp, pageDown, first, last };
 
@@ -73,4 +73,4 @@ constexpr Rect PlaceBelow(const Rect& cell, Size box, const Rect& work) {
     return {left, top, left + box.width, top + box.height};
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

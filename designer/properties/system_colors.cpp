@@ -2,7 +2,7 @@
 
 #include "common/text_compare.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -117,4 +117,4 @@ std::optional<OleColor> SystemColorByName(TextView name) {
 
 std::span<const OleColor, paletteCells> Palette() { return palette; }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

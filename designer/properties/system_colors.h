@@ -9,7 +9,7 @@
 #include "common/ole_color.h"
 #include "common/text.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 struct SystemColor {
     TextView name;
@@ -28,4 +28,4 @@ constexpr std::size_t paletteCells = static_cast<std::size_t>(paletteColumns) * 
 // Row by row: greys and full colours first, from dark to light in each column.
 std::span<const OleColor, paletteCells> Palette();
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -14,7 +14,7 @@
 #include "designer/properties/host_members.h"
 #include "host/named_object.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -291,4 +291,4 @@ std::vector<TypeMember> ReadTypeMembers(IDispatch* object) {
     }
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

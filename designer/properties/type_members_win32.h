@@ -9,7 +9,7 @@
 
 #include "designer/properties/property_row.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 struct TypeMember {
     PropertyInfo info;
@@ -26,4 +26,4 @@ std::vector<TypeMember> ReadTypeMembers(IDispatch* object);
 // The same from a description alone.
 std::vector<TypeMember> ReadTypeMembers(ITypeInfo* info);
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

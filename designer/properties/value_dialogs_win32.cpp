@@ -10,7 +10,7 @@
 #include "win/gdi_surface.h"
 #include "win/window_text.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 std::optional<OleColor> AskColor(HWND owner, OleColor before) {
     // Kept for as long as the program runs, as the dialog's users expect.
@@ -59,4 +59,4 @@ Text AskPictureFile(HWND owner) {
     return GetOpenFileNameW(&open) ? Text(path.c_str()) : Text();
 }
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

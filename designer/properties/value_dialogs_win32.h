@@ -9,7 +9,7 @@
 #include "common/ole_color.h"
 #include "common/text.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 // Nothing when the dialog was called off.
 std::optional<OleColor> AskColor(HWND owner, OleColor before);
@@ -17,4 +17,4 @@ std::optional<FontSpec> AskFont(HWND owner, const FontSpec& before);
 // The path of a file that is there; empty when the dialog was called off.
 Text AskPictureFile(HWND owner);
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

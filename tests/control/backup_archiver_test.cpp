@@ -88,13 +88,13 @@ TEST(BackupArchiver, InheritsNothing) {
 }
 
 // What a window has been told.
-struct Told {
+struct Notified {
     std::atomic<int> paints = 0;
     std::atomic<int> input = 0;
 };
 
 LRESULT CALLBACK Listen(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* told = reinterpret_cast<Told*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    auto* told = reinterpret_cast<Notified*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (told && message == WM_PAINT) ++told->paints;
     if (told && (message == WM_KEYDOWN || message == WM_LBUTTONDOWN || message == WM_COMMAND)) ++told->input;
     if (message == WM_APP) return 42;
@@ -111,24 +111,24 @@ class Window {
         RegisterClassW(&listening);
         handle_ = CreateWindowExW(0, listening.lpszClassName, L"", parent ? WS_CHILD | WS_VISIBLE : WS_POPUP, 10, 10,
                                   200, 100, parent, nullptr, listening.hInstance, nullptr);
-        SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&told_));
+        SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&notifications_));
         ShowWindow(handle_, SW_SHOWNA);
         UpdateWindow(handle_);
         MSG message{};
         while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
-        told_.paints = 0;
-        told_.input = 0;
+        notifications_.paints = 0;
+        notifications_.input = 0;
     }
     ~Window() { DestroyWindow(handle_); }
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
 
     HWND Handle() const { return handle_; }
-    const Told& Heard() const { return told_; }
+    const Notified& Heard() const { return notifications_; }
 
   private:
     HWND handle_ = nullptr;
-    Told told_;
+    Notified notifications_;
 };
 
 bool Within10Seconds(const auto& condition) {

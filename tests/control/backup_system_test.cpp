@@ -260,7 +260,7 @@ UINT driveOfAll = 0;
 DWORD WINAPI RefusePermissions(LPWSTR, SE_OBJECT_TYPE, SECURITY_INFORMATION, PSID, PSID, PACL, PACL) {
     return settingPermissions;
 }
-UINT WINAPI TellDrive(LPCWSTR) { return driveOfAll; }
+UINT WINAPI ReportDrive(LPCWSTR) { return driveOfAll; }
 
 TEST_F(Files, AReplacementNeedsNoPermissionsWhereNobodyCanSetThem) {
     const struct {
@@ -273,7 +273,7 @@ TEST_F(Files, AReplacementNeedsNoPermissionsWhereNobodyCanSetThem) {
                  {ERROR_NOT_ENOUGH_MEMORY, DRIVE_REMOTE, 7}};
     const ImportPatch setting(GetModuleHandleW(nullptr), "SetNamedSecurityInfoW",
                               reinterpret_cast<void*>(&RefusePermissions));
-    const ImportPatch drive(GetModuleHandleW(nullptr), "GetDriveTypeW", reinterpret_cast<void*>(&TellDrive));
+    const ImportPatch drive(GetModuleHandleW(nullptr), "GetDriveTypeW", reinterpret_cast<void*>(&ReportDrive));
     ASSERT_TRUE(setting.Found() && drive.Found());
     for (const auto& c : cases) {
         Write(In(u"a.db"), "old");

@@ -22,7 +22,7 @@ std::string Narrow(TextView text) {
 }
 
 // What the host has been told about cells since the last call.
-std::string Told(F& form) {
+std::string Notified(F& form) {
     std::ostringstream told;
     for (const auto& event : form.events->events) {
         if (event.id != grid_event::beforeCellChange && event.id != grid_event::afterCellChange) continue;
@@ -69,7 +69,7 @@ void Select(F& form, int row, int col, int rowSel, int colSel) {
     const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
     Put(inner.get(), L"RowSel", {Variant(rowSel)});
     Put(inner.get(), L"ColSel", {Variant(colSel)});
-    Told(form);
+    Notified(form);
 }
 
 std::string Row(const F& form, int row) {
@@ -87,17 +87,17 @@ TEST(ComboGridClipboard, CopiesAndPastesByKeysOneCellAfterTheOther) {
     Select(form, 1, F::name, 1, F::qty);
     EXPECT_FALSE(form.Press('C', {VK_CONTROL}));
     EXPECT_EQ("Nut|8/ ", Clipboard::Get(form));
-    EXPECT_EQ("", Told(form));
+    EXPECT_EQ("", Notified(form));
     form.GoTo(2, F::name);
     EXPECT_FALSE(form.Press('V', {VK_CONTROL}));
-    EXPECT_EQ("before 2,1 \nafter 2,1  Nut\nbefore 2,2 \nafter 2,2  8\n", Told(form));
+    EXPECT_EQ("before 2,1 \nafter 2,1  Nut\nbefore 2,2 \nafter 2,2  8\n", Notified(form));
     EXPECT_EQ("Nut|8|||", Row(form, 2));
     EXPECT_TRUE(Can(form, L"Changed"));
     form.Press('Z', {VK_CONTROL});
-    EXPECT_EQ("after 2,1 Nut \nafter 2,2 8 \n", Told(form));
+    EXPECT_EQ("after 2,1 Nut \nafter 2,2 8 \n", Notified(form));
     EXPECT_EQ("||||", Row(form, 2));
     form.Press('Y', {VK_CONTROL});
-    EXPECT_EQ("after 2,1  Nut\nafter 2,2  8\n", Told(form));
+    EXPECT_EQ("after 2,1  Nut\nafter 2,2  8\n", Notified(form));
     EXPECT_EQ("2,1", form.Current());
     EXPECT_FALSE(form.Frame());
 }
@@ -141,9 +141,9 @@ TEST(ComboGridClipboard, PastedCellsAreCleanedAndRefusedAsTypedOnesAre) {
     EXPECT_EQ("two/ lines|0|7||", Row(form, 3));
     EXPECT_EQ(u"3", form.Cell(3, F::no));
     EXPECT_EQ(5, form.Number(L"Rows"));
-    Told(form);
+    Notified(form);
     form.Press('Z', {VK_CONTROL});
-    EXPECT_EQ("after -1,-1  \n", Told(form)) << "rows have changed as a whole";
+    EXPECT_EQ("after -1,-1  \n", Notified(form)) << "rows have changed as a whole";
     EXPECT_EQ(3, form.Number(L"Rows"));
     EXPECT_EQ("||||", Row(form, 2));
     EXPECT_FALSE(Can(form, L"CanUndo"));
@@ -170,7 +170,7 @@ TEST(ComboGridClipboard, HostMayKeepTheKeysForItself) {
     };
     form.Press('V', {VK_CONTROL});
     EXPECT_EQ(u"", form.Cell(1, F::name));
-    EXPECT_EQ("", Told(form));
+    EXPECT_EQ("", Notified(form));
 }
 
 TEST(ComboGridClipboard, HostRefusesAPastedCellAndTakesOneBack) {
@@ -201,20 +201,20 @@ TEST(ComboGridUndo, EditsGoBackOneAfterTheOther) {
     form.Press(VK_RETURN);
     form.Type(L"9");
     form.Press(VK_ESCAPE);
-    Told(form);
+    Notified(form);
     EXPECT_TRUE(Can(form, L"CanUndo"));
     form.Press('Z', {VK_CONTROL});
-    EXPECT_EQ("after 1,2 8 \n", Told(form)) << "the abandoned edit left no step";
+    EXPECT_EQ("after 1,2 8 \n", Notified(form)) << "the abandoned edit left no step";
     EXPECT_EQ("1,2", form.Current());
     EXPECT_TRUE(Can(form, L"CanRedo"));
     form.Press('Z', {VK_CONTROL});
-    EXPECT_EQ("after 1,1 ab \n", Told(form));
+    EXPECT_EQ("after 1,1 ab \n", Notified(form));
     EXPECT_EQ("1,1", form.Current());
     form.Press('Z', {VK_CONTROL});
-    EXPECT_EQ("", Told(form));
+    EXPECT_EQ("", Notified(form));
     Call(form.grid.get(), L"Redo");
     form.Press('Z', {VK_CONTROL, VK_SHIFT});
-    EXPECT_EQ("after 1,1  ab\nafter 1,2  8\n", Told(form));
+    EXPECT_EQ("after 1,1  ab\nafter 1,2  8\n", Notified(form));
     EXPECT_FALSE(Can(form, L"CanRedo"));
     form.events->onEvent = [](DISPID id, DISPPARAMS& arguments) {
         if (id == grid_event::afterCellChange) Answer(arguments, true);
@@ -249,9 +249,9 @@ TEST(ComboGridUndo, InsertedAndAppendedRowsGoAndComeBack) {
     form.GoTo(1, F::name);
     form.Press(VK_INSERT);
     EXPECT_EQ(u"first", form.Cell(2, F::name));
-    Told(form);
+    Notified(form);
     form.Press('Z', {VK_CONTROL});
-    EXPECT_EQ("after -1,-1  \n", Told(form));
+    EXPECT_EQ("after -1,-1  \n", Notified(form));
     EXPECT_EQ(u"first", form.Cell(1, F::name));
     EXPECT_EQ(u"2", form.Cell(2, F::no));
     EXPECT_EQ(3, form.Number(L"Rows"));
@@ -283,11 +283,11 @@ TEST(ComboGridUndo, ADeletedRowComesBackAsItWas) {
     }
     EXPECT_EQ("d||||", Row(form, 2));
     EXPECT_EQ(3, form.Number(L"Rows"));
-    Told(form);
+    Notified(form);
     form.GoTo(1, F::qty);
-    Told(form);
+    Notified(form);
     form.Press('Z', {VK_CONTROL});
-    EXPECT_EQ("after -1,-1  \n", Told(form));
+    EXPECT_EQ("after -1,-1  \n", Notified(form));
     EXPECT_EQ("c||||", Row(form, 2));
     EXPECT_EQ("d||||", Row(form, 3));
     EXPECT_EQ(u"3", form.Cell(3, F::no));

@@ -17,7 +17,7 @@
 #include "win/dpi.h"
 #include "win/window_text.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 using test::Call;
 using test::Invoke;
@@ -167,4 +167,4 @@ class DesignerTest : public ::testing::Test {
     std::unique_ptr<DesignerWindow> designer_;
 };
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

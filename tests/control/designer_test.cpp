@@ -12,7 +12,7 @@
 #include "win/dpi.h"
 #include "win/window_text.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 namespace {
 
 TEST_F(DesignerTest, EveryToolPlacesAControlThatFollowsItsForm) {
@@ -520,4 +520,4 @@ TEST_F(DesignerTest, TheFocusIsWhereItWasAfterALookAtAnotherProgram) {
 }
 
 }  // namespace
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -5,7 +5,7 @@
 #include "tests/support/each_control.h"
 #include "win/clipboard.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 namespace {
 
 // A control that asks for its name whenever its surroundings change, and keeps the bags that it is lent.
@@ -271,4 +271,4 @@ TEST_F(DesignerHistoryTest, AStepThatFailsIsTakenBackUnderEveryControl) {
 }
 
 }  // namespace
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

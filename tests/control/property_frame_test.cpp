@@ -6,7 +6,7 @@
 #include "tests/control/designer_form.h"
 #include "tests/support/input.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 namespace {
 
 constexpr CLSID pageClass{0x7B0E2A54, 0x3D1F, 0x4F0B, {0x9C, 0x11, 0x52, 0x40, 0x6A, 0x8E, 0x77, 0x01}};
@@ -153,4 +153,4 @@ TEST_F(PageTest, APageThatRefusesKeepsTheFrameOpenAndOneThatIsMissingIsLeftOut) 
 }
 
 }  // namespace
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -13,7 +13,7 @@
 #include "win/focus_memory.h"
 #include "win/window_text.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 
 using test::Call;
 using test::TypeKey;
@@ -51,8 +51,8 @@ class PropertyListTest : public HostFormTest {
         options_.design = true;
         Load(formText);
         list_ = std::make_unique<PropertyListWindow>();
-        list_->onBeforeChange = [this] { told_ += u"before "; };
-        list_->onChanged = [this](TextView name) { told_ += u"changed:" + Text(name) + u" "; };
+        list_->onBeforeChange = [this] { notifications_ += u"before "; };
+        list_->onChanged = [this](TextView name) { notifications_ += u"changed:" + Text(name) + u" "; };
         EXPECT_TRUE(list_->Create(frame_.Handle(), frame_.ClientArea()));
         EXPECT_TRUE(test::BringToFront(frame_.Handle()));
     }
@@ -98,7 +98,7 @@ class PropertyListTest : public HostFormTest {
 
     PropertyFrameWindow frame_;
     std::unique_ptr<PropertyListWindow> list_;
-    Text told_;
+    Text notifications_;
 };
 
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

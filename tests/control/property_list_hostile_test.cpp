@@ -11,7 +11,7 @@
 #include "win/dpi.h"
 #include "win/window_text.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 namespace {
 
 // An object whose members the test chooses: by names alone, or with a description of its own.
@@ -150,4 +150,4 @@ TEST_F(HostileObjects, ObjectsMayChangeTheListWhileTheyAreAsked) {
 }
 
 }  // namespace
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -11,7 +11,7 @@
 #include "win/dpi.h"
 #include "win/window_text.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 namespace {
 
 TEST_F(PropertyListTest, RowsComeFromTypeInformationAndFromTheHost) {
@@ -87,7 +87,7 @@ TEST_F(PropertyListTest, ATextIsTyped) {
     Settle();
     EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Go");
     EXPECT_EQ(Row(u"Caption").reading.text, u"Go");
-    EXPECT_EQ(told_, u"before changed:Caption ");
+    EXPECT_EQ(notifications_, u"before changed:Caption ");
     Type("Gone");
     TypeKey(VK_ESCAPE);
     Settle();
@@ -95,7 +95,7 @@ TEST_F(PropertyListTest, ATextIsTyped) {
     TypeKey(VK_DOWN);
     Settle();
     EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Go") << "what was put back is not applied";
-    EXPECT_EQ(told_, u"before changed:Caption ");
+    EXPECT_EQ(notifications_, u"before changed:Caption ");
 }
 
 TEST_F(PropertyListTest, LeavingTheFieldApplies) {
@@ -208,7 +208,7 @@ TEST_F(PropertyListTest, WhatIsRefusedIsSaidAndPutBack) {
     EXPECT_EQ(said, u"Behavior: Invalid property value");
     EXPECT_EQ(Row(u"Behavior").reading.text, u"2 - bSimpleHeavy");
     EXPECT_EQ(FocusText(), u"2 - bSimpleHeavy");
-    EXPECT_TRUE(told_.empty());
+    EXPECT_TRUE(notifications_.empty());
 }
 
 TEST_F(PropertyListTest, SeveralObjectsAreWrittenAtOnce) {
@@ -228,11 +228,11 @@ TEST_F(PropertyListTest, SeveralObjectsAreWrittenAtOnce) {
     EXPECT_TRUE(list_->SetValue(u"Enabled", false));
     for (const TextView name : {u"cmdOk", u"txtName", u"grdItems"})
         EXPECT_EQ(Value(name, L"Enabled").ToBool(), false) << test::Narrow(name);
-    told_.clear();
+    notifications_.clear();
     EXPECT_FALSE(list_->SetValue(u"Width", std::int32_t{-1}));
     MSG message;
     EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_APP + 1, WM_APP + 1, PM_REMOVE)) << "the message to the user";
-    EXPECT_EQ(told_, u"before ") << "nothing has changed";
+    EXPECT_EQ(notifications_, u"before ") << "nothing has changed";
 }
 
 TEST_F(PropertyListTest, KeysWalkAndSearch) {
@@ -530,4 +530,4 @@ TEST_F(PropertyListTest, EverySizeWillDoAndNothingStaysBehind) {
 }
 
 }  // namespace
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -124,11 +124,11 @@ const Dialog dialogs[] = {
     {"MenuEditor",
      [](HWND owner) {
          const auto file = host::FormFile::Parse("Begin Form f\nBegin Menu m\nCaption = \"M\"\nEnd\nEnd\n");
-         host::design::MenuEditor(file.form).Ask(owner);
+         host::designer::MenuEditor(file.form).Ask(owner);
      },
-     &host::design::WaitForEditor, false},
-    {"ImageListEditor", [](HWND owner) { host::design::ImageEditor({}, u"", nullptr).Ask(owner); },
-     &host::design::WaitForEditor, false},
+     &host::designer::WaitForEditor, false},
+    {"ImageListEditor", [](HWND owner) { host::designer::ImageEditor({}, u"", nullptr).Ask(owner); },
+     &host::designer::WaitForEditor, false},
 };
 
 INSTANTIATE_TEST_SUITE_P(Dialogs, Resolution, ::testing::ValuesIn(dialogs),
@@ -214,7 +214,7 @@ TEST_F(FormResolution, ATextEditFollowsAHostThatOnlySizesIt) {
 }  // namespace
 }  // namespace qvx
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 namespace {
 
 TEST_F(DesignerTest, TheDesignerFollowsItsMonitor) {
@@ -246,4 +246,4 @@ TEST_F(DesignerTest, TheDesignerFollowsItsMonitor) {
 }
 
 }  // namespace
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

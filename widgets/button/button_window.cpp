@@ -27,7 +27,7 @@ void ButtonWindow::Paint() {
     button_.Paint(paint.Surface());
 }
 
-void ButtonWindow::TellFocus(bool focused) {
+void ButtonWindow::NotifyFocus(bool focused) {
     const LifeWatch watch = Watch();
     button_.FocusChanged(focused);
     if (watch.Alive() && onFocus) {
@@ -51,10 +51,10 @@ LRESULT ButtonWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             Invalidate();
             return 0;
         case WM_SETFOCUS:
-            TellFocus(true);
+            NotifyFocus(true);
             return 0;
         case WM_KILLFOCUS:
-            TellFocus(false);
+            NotifyFocus(false);
             return 0;
         default:
             break;

@@ -25,7 +25,7 @@ class ButtonWindow final : public Window {
 
   private:
     void Paint();
-    void TellFocus(bool focused);
+    void NotifyFocus(bool focused);
 
     ButtonElement button_;
 };

@@ -27,7 +27,7 @@ void PushElement::Resize(Size pixels) {
 
 void PushElement::SetCaption(Text caption) {
     EditLook().caption = std::move(caption);
-    TellAssistive(EVENT_OBJECT_NAMECHANGE, window_, CHILDID_SELF);
+    NotifyAssistive(EVENT_OBJECT_NAMECHANGE, window_, CHILDID_SELF);
     Draw(ButtonAction::drawNormal);
 }
 

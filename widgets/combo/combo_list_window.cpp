@@ -52,7 +52,7 @@ void ComboWindow::Clear() {
     }
     chosen_ = -1;
     newIndex_ = -1;
-    TellChange();
+    NotifyChange();
 }
 
 qvx::Text ComboWindow::List(int index) const {

@@ -40,7 +40,7 @@ void ComboWindow::SetForeColor(OleColor color) {
 void ComboWindow::SetToolTipText(TextView text) { toolTip_.Set(Window(), EditWindow(), text); }
 
 void ComboWindow::SetAccessibleName(TextView name) {
-    for (AccessibleNameTap& tap : names_) tap.SetName(name);
+    for (AccessibleNameSubclass& part : names_) part.SetName(name);
 }
 
 void ComboWindow::Place(Point origin, int width, int fieldHeight) {

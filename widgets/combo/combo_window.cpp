@@ -71,7 +71,7 @@ void ComboWindow::SetRightToLeft(bool rightToLeft) {
     const FlagScope scope(writing_);
     edit_.Detach();
     Detach();
-    for (AccessibleNameTap& tap : names_) tap.Detach();
+    for (AccessibleNameSubclass& part : names_) part.Detach();
     toolTip_.Destroy();
     rightToLeft_ = rightToLeft;
     MakeWindows(GetParent(old));
@@ -94,7 +94,7 @@ void ComboWindow::SetText(TextView text) {
     chosen_ = -1;
     HighlightEntry(-1);
     WriteText(text);
-    TellChange();
+    NotifyChange();
 }
 
 void ComboWindow::WriteText(TextView text) {
@@ -103,7 +103,7 @@ void ComboWindow::WriteText(TextView text) {
     SetWindowTextW(EditWindow(), Wide(copy));
 }
 
-void ComboWindow::TellChange() {
+void ComboWindow::NotifyChange() {
     qvx::Text text = GetText();
     if (text == lastText_) return;
     lastText_ = std::move(text);
@@ -124,7 +124,7 @@ void ComboWindow::SetSelText(TextView text) {
     }
     chosen_ = -1;
     HighlightEntry(-1);
-    TellChange();
+    NotifyChange();
 }
 
 void ComboWindow::SetLocked(bool locked) {
@@ -170,7 +170,7 @@ void ComboWindow::OnTyped() {
             SendMessageW(EditWindow(), EM_SETSEL, completion.text.size(), completion.selStart);
         }
     }
-    TellChange();
+    NotifyChange();
 }
 
 void ComboWindow::OnChosen() {

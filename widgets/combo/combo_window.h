@@ -147,7 +147,7 @@ class ComboWindow final : private WindowSubclass {
     void HighlightEntry(int index);
     // The field's text alone, without an event.
     void WriteText(TextView text);
-    void TellChange();
+    void NotifyChange();
     void PlaceEditField();
     void PaintSurround();
     void FitList();
@@ -172,7 +172,7 @@ class ComboWindow final : private WindowSubclass {
     SharedFont gdiFont_;
     FieldColors colors_;
     ToolTip toolTip_;
-    std::array<AccessibleNameTap, 3> names_;  // of the combo, its field and its list
+    std::array<AccessibleNameSubclass, 3> names_;  // of the combo, its field and its list
 };
 
 }  // namespace qvx

@@ -40,9 +40,9 @@ std::vector<AccessibleEvent> AccessibleEvents::Take(const Grid& grid, bool focus
     const bool hasCells = grid.Rows() > 0 && grid.Cols() > 0;
     const AccessiblePart cell = hasCells ? AccessiblePart{grid.Row(), grid.Col()} : AccessiblePart{};
     const int id = IdInGrid(grid, cell);
-    const bool otherCell = cell != toldCell_;
-    const bool otherText = !edited && hasCells && grid.Text() != toldText_;
-    const bool reordered = structure_ && grid.StructureVersion() != toldStructure_;
+    const bool otherCell = cell != notifiedCell_;
+    const bool otherText = !edited && hasCells && grid.Text() != notifiedText_;
+    const bool reordered = structure_ && grid.StructureVersion() != notifiedStructure_;
     if (reordered) {
         events.push_back({Kind::reorder, 0});
     }
@@ -51,7 +51,7 @@ std::vector<AccessibleEvent> AccessibleEvents::Take(const Grid& grid, bool focus
         events.push_back({Kind::focus, id});
     }
     const CellRange selection = grid.Selection();
-    if ((moved_ || reordered) && hasCells && selection != toldSelection_) {
+    if ((moved_ || reordered) && hasCells && selection != notifiedSelection_) {
         const bool one = SelectedIn(grid, {}).Count() == 1;
         events.push_back(one ? AccessibleEvent{Kind::selection, IdInGrid(grid, SelectedIn(grid, {}).At(0))}
                              : AccessibleEvent{Kind::selectionWithin, 0});
@@ -74,11 +74,11 @@ std::vector<AccessibleEvent> AccessibleEvents::Take(const Grid& grid, bool focus
     pending_ = focus_ = moved_ = structure_ = cells_ = false;
     values_.clear();
     names_.clear();
-    toldStructure_ = grid.StructureVersion();
-    toldCell_ = cell;
-    toldSelection_ = selection;
+    notifiedStructure_ = grid.StructureVersion();
+    notifiedCell_ = cell;
+    notifiedSelection_ = selection;
     if (otherText) {
-        toldText_ = grid.Text();
+        notifiedText_ = grid.Text();
     }
     return events;
 }

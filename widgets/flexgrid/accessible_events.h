@@ -59,10 +59,10 @@ class AccessibleEvents {
     std::vector<AccessiblePart> names_;
 
     // As of the last events.
-    std::uint64_t toldStructure_ = 0;
-    AccessiblePart toldCell_;
-    CellRange toldSelection_;
-    Text toldText_;
+    std::uint64_t notifiedStructure_ = 0;
+    AccessiblePart notifiedCell_;
+    CellRange notifiedSelection_;
+    Text notifiedText_;
 };
 
 }  // namespace qvx::flexgrid

@@ -6,8 +6,8 @@ namespace qvx::flexgrid {
 
 std::span<const ButtonStep> StepsOf(short button, ButtonAction action) {
     using enum ButtonStep;
-    static constexpr std::array down{takeFocus, tellDown, press, tellDblClick};
-    static constexpr std::array up{release, tellUp, tellClick};
+    static constexpr std::array down{takeFocus, notifyDown, press, notifyDblClick};
+    static constexpr std::array up{release, notifyUp, notifyClick};
     const bool left = button == leftButton;
     if (action == ButtonAction::up) {
         return left ? std::span(up) : std::span(up).subspan(1, 1);

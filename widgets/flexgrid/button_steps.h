@@ -18,12 +18,12 @@ enum class ButtonAction {
 
 enum class ButtonStep {
     takeFocus,  // first of all: an editor over a cell is left, and its text written, before anything changes
-    tellDown,
+    notifyDown,
     press,  // the cursor, a selection or a border's drag
-    tellDblClick,
+    notifyDblClick,
     release,  // ends what the press began
-    tellUp,
-    tellClick  // when the release ends a press that can be a click
+    notifyUp,
+    notifyClick  // when the release ends a press that can be a click
 };
 
 // In their order. The second press of a double click is one like any other, since program or user may have moved the

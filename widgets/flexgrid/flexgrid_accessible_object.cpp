@@ -239,7 +239,7 @@ void GridAccessibility::Note(NoteDown note) {
     const HWND window = link_->window->Handle();
     if (!window || (!pending && !SomebodyListens())) return;
     note();
-    if (!pending && events_.Pending() && !PostMessageW(window, tellMessage, 0, 0)) events_ = {};
+    if (!pending && events_.Pending() && !PostMessageW(window, notifyMessage, 0, 0)) events_ = {};
 }
 
 void GridAccessibility::FocusCame() {
@@ -265,7 +265,7 @@ void GridAccessibility::Invalidated(GridChange change, const CellRange& range) {
     }
 }
 
-void GridAccessibility::TellNow() {
+void GridAccessibility::NotifyNow() {
     FlexGridWindow& window = *link_->window;
     const Grid& grid = window.Model();
     const HWND handle = window.Handle();
@@ -280,7 +280,7 @@ void GridAccessibility::TellNow() {
         events_ = {};
     }
     for (const AccessibleEvent& event : events)
-        if (watch.Alive()) TellAssistive(EventOf(event.kind), window.Handle(), event.childId);
+        if (watch.Alive()) NotifyAssistive(EventOf(event.kind), window.Handle(), event.childId);
 }
 
 }  // namespace qvx::flexgrid

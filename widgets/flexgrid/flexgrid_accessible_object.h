@@ -39,8 +39,8 @@ struct AccessibleLink {
 // A window's side of it.
 class GridAccessibility final : private GridListener {
   public:
-    // The window's own message that it sends itself to have what is pending told (TellNow).
-    static constexpr UINT tellMessage = WM_USER + 1;
+    // The window's own message that it sends itself to have what is pending told (NotifyNow).
+    static constexpr UINT notifyMessage = WM_USER + 1;
 
     // The window owns this, and its grid is there already.
     explicit GridAccessibility(FlexGridWindow& window);
@@ -55,7 +55,7 @@ class GridAccessibility final : private GridListener {
     void FocusCame();
     // The user has given a cell another text.
     void ValueEntered(int row, int col);
-    void TellNow();
+    void NotifyNow();
     // The window is gone; there may be another later.
     void Gone() { events_ = {}; }
 

@@ -51,7 +51,7 @@ float ToTwips(int pixels, int dotsPerInch) {
 
 // Calls every listener; false when one of them destroyed this window object. Listeners may come and go meanwhile.
 template <class Call>
-bool FlexGridWindow::Tell(Call call) {
+bool FlexGridWindow::Notify(Call call) {
     const LifeWatch watch = Watch();
     for (std::size_t i = 0; i < events_.size(); ++i) {
         if (GridWindowEvents* events = events_[i]) {
@@ -64,12 +64,12 @@ bool FlexGridWindow::Tell(Call call) {
     return true;
 }
 
-void FlexGridWindow::TellScroll() {
-    Tell([](GridWindowEvents& events) { events.Scroll(); });
+void FlexGridWindow::NotifyScroll() {
+    Notify([](GridWindowEvents& events) { events.Scroll(); });
 }
 
-bool FlexGridWindow::TellFocus(bool got) {
-    return Tell([&](GridWindowEvents& events) { got ? events.GotFocus() : events.LostFocus(); });
+bool FlexGridWindow::NotifyFocus(bool got) {
+    return Notify([&](GridWindowEvents& events) { got ? events.GotFocus() : events.LostFocus(); });
 }
 
 // ---- Keys ----------------------------------------------------------------------------------------------------------
@@ -84,7 +84,7 @@ LRESULT FlexGridWindow::OnKey(UINT message, WPARAM wParam, LPARAM lParam) {
                 EndDrag();
                 return 0;
             }
-            if (!Tell([&](GridWindowEvents& events) { events.KeyDown(key, shift); })) {
+            if (!Notify([&](GridWindowEvents& events) { events.KeyDown(key, shift); })) {
                 return 0;
             }
             if (key != 0 && ActOnKey(key, shift)) {
@@ -93,12 +93,12 @@ LRESULT FlexGridWindow::OnKey(UINT message, WPARAM wParam, LPARAM lParam) {
             break;
         case WM_KEYUP:
         case WM_SYSKEYUP:
-            if (!Tell([&](GridWindowEvents& events) { events.KeyUp(key, shift); })) {
+            if (!Notify([&](GridWindowEvents& events) { events.KeyUp(key, shift); })) {
                 return 0;
             }
             break;
         default:
-            Tell([&](GridWindowEvents& events) { events.KeyPress(key); });
+            Notify([&](GridWindowEvents& events) { events.KeyPress(key); });
             return 0;
     }
     // Menus' keys go on to the system whatever the listeners made of them.
@@ -129,12 +129,12 @@ bool FlexGridWindow::ActOnKey(int key, int shift) {
 
 // ---- Mouse ---------------------------------------------------------------------------------------------------------
 
-bool FlexGridWindow::TellMouse(UINT message, WPARAM wParam, Point point) {
+bool FlexGridWindow::NotifyMouse(UINT message, WPARAM wParam, Point point) {
     const Dpi dpi = grid_.Metrics().Resolution();
     const float x = ToTwips(point.x, dpi.x);
     const float y = ToTwips(point.y, dpi.y);
     const auto shift = static_cast<short>(ShiftState());
-    return Tell([&](GridWindowEvents& events) {
+    return Notify([&](GridWindowEvents& events) {
         if (message == WM_MOUSEMOVE) {
             events.MouseMove(ButtonsOf(wParam), shift, x, y);
         } else if (IsButtonUp(message)) {
@@ -158,25 +158,25 @@ LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
                     SetFocus(Handle());
                 }
                 break;
-            case ButtonStep::tellDown:
-            case ButtonStep::tellUp:
-                TellMouse(message, wParam, point);
+            case ButtonStep::notifyDown:
+            case ButtonStep::notifyUp:
+                NotifyMouse(message, wParam, point);
                 break;
             case ButtonStep::press:
                 OnLeftDown(point, ShiftState());
                 break;
-            case ButtonStep::tellDblClick:
+            case ButtonStep::notifyDblClick:
                 clicking_ = false;
-                if (Tell([](GridWindowEvents& events) { events.DblClick(); }) && GetFocus() != Handle()) {
+                if (Notify([](GridWindowEvents& events) { events.DblClick(); }) && GetFocus() != Handle()) {
                     drag_ = Drag::None;  // an editor has opened, to stay over its cell
                 }
                 break;
             case ButtonStep::release:
                 click = OnLeftUp(point);
                 break;
-            case ButtonStep::tellClick:
+            case ButtonStep::notifyClick:
                 if (click) {
-                    Tell([](GridWindowEvents& events) { events.Click(); });
+                    Notify([](GridWindowEvents& events) { events.Click(); });
                 }
                 break;
         }
@@ -303,7 +303,7 @@ bool FlexGridWindow::OnLeftUp(Point point) {
             grid_.SetRowHeight(border.index, twips);
         }
         if (watch.Alive()) {
-            Tell([](GridWindowEvents& events) { events.Resized(); });
+            Notify([](GridWindowEvents& events) { events.Resized(); });
         }
         return false;
     }
@@ -369,7 +369,7 @@ LRESULT FlexGridWindow::OnNotify(WPARAM wParam, LPARAM lParam) {
             text = events.ToolTip(hit.row, hit.col);
         }
     };
-    if (Tell(ask)) {
+    if (Notify(ask)) {
         tip_.Answer(*question, std::move(text));
     }
     return 0;

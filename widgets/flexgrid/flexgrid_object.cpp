@@ -45,9 +45,9 @@ class FlexGridObject final
       private GridWindowEvents,
       private GridListener {
   public:
-    FlexGridObject(FlexGridWindow& window, std::function<bool()> tells)
+    FlexGridObject(FlexGridWindow& window, std::function<bool()> raisesEvents)
         : GridReach(window),
-          tells_(std::move(tells)),
+          raisesEvents_(std::move(raisesEvents)),
           points_(this, __uuidof(__FlexGrid)),
           font_([this] { OnFontChanged(); }) {
         window.AddEvents(this);
@@ -331,7 +331,7 @@ class FlexGridObject final
 
     // The object outlives the handlers it calls.
     void Fire(DISPID event, EventArguments arguments = {}) {
-        if (!tells_()) {
+        if (!raisesEvents_()) {
             return;
         }
         const ComPtr<IUnknown> alive(static_cast<IFlexGrid*>(this));
@@ -373,13 +373,13 @@ class FlexGridObject final
         return true;
     }
 
-    std::function<bool()> tells_;  // asked while there is a window only
+    std::function<bool()> raisesEvents_;  // asked while there is a window only
     ConnectionPoints points_;
     FontProperty font_;
 };
 
-GridAutomation::GridAutomation(FlexGridWindow& window, std::function<bool()> tells)
-    : window_(window), tells_(std::move(tells)) {}
+GridAutomation::GridAutomation(FlexGridWindow& window, std::function<bool()> raisesEvents)
+    : window_(window), raisesEvents_(std::move(raisesEvents)) {}
 
 GridAutomation::~GridAutomation() {
     if (object_) {
@@ -389,7 +389,7 @@ GridAutomation::~GridAutomation() {
 
 IDispatch* GridAutomation::Get() {
     if (!object_) {
-        object_ = MakeObject<FlexGridObject>(window_, tells_);
+        object_ = MakeObject<FlexGridObject>(window_, raisesEvents_);
     }
     return static_cast<IFlexGrid*>(object_.copy());
 }

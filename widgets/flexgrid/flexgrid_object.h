@@ -19,7 +19,7 @@ class FlexGridObject;
 class GridAutomation {
   public:
     // The window must outlive this. Events are raised as long as `tells` says so.
-    GridAutomation(FlexGridWindow& window, std::function<bool()> tells);
+    GridAutomation(FlexGridWindow& window, std::function<bool()> raisesEvents);
     ~GridAutomation();
     GridAutomation(const GridAutomation&) = delete;
     GridAutomation& operator=(const GridAutomation&) = delete;
@@ -29,7 +29,7 @@ class GridAutomation {
 
   private:
     FlexGridWindow& window_;
-    std::function<bool()> tells_;
+    std::function<bool()> raisesEvents_;
     ComPtr<FlexGridObject> object_;
 };
 

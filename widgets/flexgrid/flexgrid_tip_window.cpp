@@ -22,11 +22,11 @@ bool CellTip::CreateFor(HWND window) {
     }
     window_ = window;
     SendMessageW(tip_, TTM_SETMAXTIPWIDTH, 0, widestTip);
-    TellTool(TTM_ADDTOOLW);
+    SendToolMessage(TTM_ADDTOOLW);
     return true;
 }
 
-void CellTip::TellTool(UINT message) {
+void CellTip::SendToolMessage(UINT message) {
     TTTOOLINFOW tool{};
     tool.cbSize = TTTOOLINFOW_V1_SIZE;
     tool.uFlags = TTF_IDISHWND | (rightToLeft_ ? TTF_RTLREADING : 0);
@@ -49,7 +49,7 @@ void CellTip::Follow(HWND window, const Hit& cell, Point point, bool rightToLeft
         return;
     }
     if (turned) {
-        TellTool(TTM_SETTOOLINFOW);
+        SendToolMessage(TTM_SETTOOLINFOW);
     }
     if (cell != cell_) {
         cell_ = cell;

@@ -34,7 +34,7 @@ class CellTip {
 
   private:
     bool CreateFor(HWND window);
-    void TellTool(UINT message);
+    void SendToolMessage(UINT message);
     void Relay(UINT message, Point point);
 
     HWND tip_ = nullptr;

@@ -37,8 +37,8 @@ const WindowClass gridClass{L"QvxFlexGrid"};
 FlexGridWindow::FlexGridWindow() : metrics_(std::make_unique<DeviceMetrics>(nullptr)) {
     grid_.SetTextMetrics(metrics_.get());
     grid_.AddListener(this);
-    toldTop_ = grid_.TopRow();
-    toldLeft_ = grid_.LeftCol();
+    notifiedTop_ = grid_.TopRow();
+    notifiedLeft_ = grid_.LeftCol();
 }
 
 FlexGridWindow::~FlexGridWindow() {
@@ -180,10 +180,10 @@ void FlexGridWindow::Invalidated(GridChange change, const CellRange& range) {
             break;
     }
     RequestPaint();
-    if (toldTop_ != grid_.TopRow() || toldLeft_ != grid_.LeftCol()) {
-        toldTop_ = grid_.TopRow();
-        toldLeft_ = grid_.LeftCol();
-        TellScroll();
+    if (notifiedTop_ != grid_.TopRow() || notifiedLeft_ != grid_.LeftCol()) {
+        notifiedTop_ = grid_.TopRow();
+        notifiedLeft_ = grid_.LeftCol();
+        NotifyScroll();
     }
 }
 
@@ -256,7 +256,7 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             if (message == WM_SETFOCUS) {
                 accessibility_.FocusCame();
             }
-            TellFocus(message == WM_SETFOCUS);
+            NotifyFocus(message == WM_SETFOCUS);
             return 0;
         case WM_ENABLE:
             grid_.SetEnabled(wParam != 0);
@@ -300,7 +300,7 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             if (pressed_ && (wParam & MK_LBUTTON) == 0) {
                 EndDrag();
             }
-            if (TellMouse(message, wParam, MousePoint(lParam))) {
+            if (NotifyMouse(message, wParam, MousePoint(lParam))) {
                 OnMove(MousePoint(lParam));
             }
             return 0;
@@ -319,8 +319,8 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             const auto object = accessibility_.Answer(wParam, lParam);
             return object ? *object : Default(message, wParam, lParam);
         }
-        case GridAccessibility::tellMessage:
-            accessibility_.TellNow();
+        case GridAccessibility::notifyMessage:
+            accessibility_.NotifyNow();
             return 0;
         default:
             return Default(message, wParam, lParam);

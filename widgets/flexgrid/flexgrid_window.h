@@ -89,9 +89,9 @@ class FlexGridWindow final : public Window, private GridListener {
     void Invalidated(GridChange change, const CellRange& range) override;
 
     template <class Call>
-    bool Tell(Call call);
-    void TellScroll();
-    bool TellFocus(bool got);
+    bool Notify(Call call);
+    void NotifyScroll();
+    bool NotifyFocus(bool got);
     View CurrentView() const;
     Rect BorderPixels() const;
     // From the window's outer corner to its client area, in pixels: a right-to-left grid has its bar on that side.
@@ -122,7 +122,7 @@ class FlexGridWindow final : public Window, private GridListener {
     void EndDrag();
     bool OnSetCursor();
     void OnResolutionChange();
-    bool TellMouse(UINT message, WPARAM wParam, Point point);
+    bool NotifyMouse(UINT message, WPARAM wParam, Point point);
     LRESULT OnNotify(WPARAM wParam, LPARAM lParam);
     Hit HitAt(Point point) const;
 
@@ -142,8 +142,8 @@ class FlexGridWindow final : public Window, private GridListener {
     int paintedTop_ = 0;
     int paintedLeft_ = 0;
     std::array<Bar, 2> drawnBars_{};  // the vertical and the horizontal one as they are on the screen
-    int toldTop_ = -1;                // the scroll position that listeners know of
-    int toldLeft_ = -1;
+    int notifiedTop_ = -1;            // the scroll position that listeners know of
+    int notifiedLeft_ = -1;
 
     // Mouse
     Drag drag_ = Drag::None;

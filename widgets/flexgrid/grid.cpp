@@ -18,7 +18,7 @@ void Grid::RemoveListener(GridListener* listener) {
     if (found == listeners_.end()) {
         return;
     }
-    if (telling_ > 0) {
+    if (notifying_ > 0) {
         *found = nullptr;  // a loop over the list is running
     } else {
         listeners_.erase(found);
@@ -26,12 +26,12 @@ void Grid::RemoveListener(GridListener* listener) {
 }
 
 template <class Call>
-void Grid::Tell(Call call) {
-    struct Telling {
+void Grid::Notify(Call call) {
+    struct Notifying {
         Grid& grid;
-        explicit Telling(Grid& g) : grid(g) { ++grid.telling_; }
-        ~Telling() {
-            if (--grid.telling_ == 0) {
+        explicit Notifying(Grid& g) : grid(g) { ++grid.notifying_; }
+        ~Notifying() {
+            if (--grid.notifying_ == 0) {
                 std::erase(grid.listeners_, nullptr);
             }
         }
@@ -44,8 +44,8 @@ void Grid::Tell(Call call) {
 }
 
 template <class Call>
-void Grid::TellAfterwards(Call call) noexcept {
-    Tell([&](GridListener& listener) {
+void Grid::NotifyAfterwards(Call call) noexcept {
+    Notify([&](GridListener& listener) {
         try {
             call(listener);
         } catch (...) {
@@ -55,39 +55,39 @@ void Grid::TellAfterwards(Call call) noexcept {
 }
 
 // A listener may refuse, for want of memory; the cursor then stays, and so do those that have been told.
-void Grid::TellLeave() {
+void Grid::NotifyLeave() {
     try {
-        Tell([](GridListener& listener) { listener.LeaveCell(); });
+        Notify([](GridListener& listener) { listener.LeaveCell(); });
     } catch (...) {
-        TellAfterwards([](GridListener& listener) { listener.EnterCell(); });
+        NotifyAfterwards([](GridListener& listener) { listener.EnterCell(); });
         throw;
     }
 }
 
-void Grid::TellChange(GridChange change, const CellRange& range) {
+void Grid::NotifyChange(GridChange change, const CellRange& range) {
     if (!listeners_.empty()) {
-        TellAfterwards([&](GridListener& listener) { listener.Invalidated(change, range); });
+        NotifyAfterwards([&](GridListener& listener) { listener.Invalidated(change, range); });
     }
 }
 
 Grid::CellsMoving::CellsMoving(Grid& grid) : grid_(grid) {
-    grid_.Tell([](GridListener& listener) { listener.CellsMove(); });
+    grid_.Notify([](GridListener& listener) { listener.CellsMove(); });
 }
 
 Grid::CellsMoving::~CellsMoving() {
-    grid_.Tell([](GridListener& listener) { listener.CellsMoved(); });
+    grid_.Notify([](GridListener& listener) { listener.CellsMoved(); });
 }
 
 int Grid::AskOrder(int row1, int row2) {
     int result = 0;
     bool answered = false;
-    Tell([&](GridListener& listener) { answered = answered || listener.Compare(row1, row2, result); });
+    Notify([&](GridListener& listener) { answered = answered || listener.Compare(row1, row2, result); });
     return result;
 }
 
-void Grid::LookChanged() { TellChange(GridChange::look, {0, 0, Rows() - 1, Cols() - 1}); }
+void Grid::LookChanged() { NotifyChange(GridChange::look, {0, 0, Rows() - 1, Cols() - 1}); }
 
-void Grid::LayoutChanged(int row, int col) { TellChange(GridChange::layout, {row, col, Rows() - 1, Cols() - 1}); }
+void Grid::LayoutChanged(int row, int col) { NotifyChange(GridChange::layout, {row, col, Rows() - 1, Cols() - 1}); }
 
 // ---- Counts --------------------------------------------------------------------------------------------------------
 
@@ -166,7 +166,7 @@ void Grid::ChangeShape(const std::function<Shape()>& target, const std::function
     Cursor after = Fitted(before, shape);
     const bool leaves = after.row != before.row || after.col != before.col;
     if (leaves) {
-        TellLeave();
+        NotifyLeave();
     }
     const CellsMoving moving(*this);
     try {
@@ -178,7 +178,7 @@ void Grid::ChangeShape(const std::function<Shape()>& target, const std::function
         change(shape);
     } catch (...) {
         if (leaves) {
-            TellAfterwards([](GridListener& listener) { listener.EnterCell(); });
+            NotifyAfterwards([](GridListener& listener) { listener.EnterCell(); });
         }
         throw;
     }
@@ -186,11 +186,11 @@ void Grid::ChangeShape(const std::function<Shape()>& target, const std::function
     std::tie(row_, col_, rowSel_, colSel_) = std::tie(after.row, after.col, after.rowSel, after.colSel);
     LayoutChanged(0, 0);
     if (leaves) {
-        TellAfterwards([](GridListener& listener) { listener.EnterCell(); });
-        TellAfterwards([](GridListener& listener) { listener.RowColChange(); });
+        NotifyAfterwards([](GridListener& listener) { listener.EnterCell(); });
+        NotifyAfterwards([](GridListener& listener) { listener.RowColChange(); });
     }
     if (before != after) {
-        TellAfterwards([](GridListener& listener) { listener.SelChange(); });
+        NotifyAfterwards([](GridListener& listener) { listener.SelChange(); });
     }
 }
 
@@ -268,17 +268,17 @@ void Grid::MoveCursor(Cursor target) {
     }
     const bool leaves = target.row != before.row || target.col != before.col;
     if (leaves) {
-        TellLeave();
+        NotifyLeave();
         target = Fitted(target, CurrentShape());  // a listener may have made the grid smaller
     }
     const CellRange old = Selection();
     std::tie(row_, col_, rowSel_, colSel_) = std::tie(target.row, target.col, target.rowSel, target.colSel);
-    TellChange(GridChange::selection, old.Union(Selection()));
+    NotifyChange(GridChange::selection, old.Union(Selection()));
     if (leaves) {
-        TellAfterwards([](GridListener& listener) { listener.EnterCell(); });
-        TellAfterwards([](GridListener& listener) { listener.RowColChange(); });
+        NotifyAfterwards([](GridListener& listener) { listener.EnterCell(); });
+        NotifyAfterwards([](GridListener& listener) { listener.RowColChange(); });
     }
-    TellAfterwards([](GridListener& listener) { listener.SelChange(); });
+    NotifyAfterwards([](GridListener& listener) { listener.SelChange(); });
 }
 
 // To where it was before the cells were what they are again.
@@ -287,8 +287,8 @@ void Grid::PutCursorBack(const Cursor& to) noexcept {
     std::tie(row_, col_, rowSel_, colSel_) = std::tie(to.row, to.col, to.rowSel, to.colSel);
     LayoutChanged(0, 0);
     if (left != to) {
-        TellAfterwards([](GridListener& listener) { listener.RowColChange(); });
-        TellAfterwards([](GridListener& listener) { listener.SelChange(); });
+        NotifyAfterwards([](GridListener& listener) { listener.RowColChange(); });
+        NotifyAfterwards([](GridListener& listener) { listener.SelChange(); });
     }
 }
 
@@ -348,7 +348,7 @@ void Grid::SetTopRow(int row) {
     }
     if (row != topRow_) {
         topRow_ = row;
-        TellChange(GridChange::scroll, {0, 0, Rows() - 1, Cols() - 1});
+        NotifyChange(GridChange::scroll, {0, 0, Rows() - 1, Cols() - 1});
     }
 }
 
@@ -358,7 +358,7 @@ void Grid::SetLeftCol(int col) {
     }
     if (col != leftCol_) {
         leftCol_ = col;
-        TellChange(GridChange::scroll, {0, 0, Rows() - 1, Cols() - 1});
+        NotifyChange(GridChange::scroll, {0, 0, Rows() - 1, Cols() - 1});
     }
 }
 

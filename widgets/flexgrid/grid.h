@@ -297,12 +297,12 @@ class Grid final : public GridLook {
 
     void LookChanged() override;
     template <class Call>
-    void Tell(Call call);
-    void TellLeave();
+    void Notify(Call call);
+    void NotifyLeave();
     // Of what has been done: that a listener could not take it in, for want of memory, does not undo it.
     template <class Call>
-    void TellAfterwards(Call call) noexcept;
-    void TellChange(GridChange change, const CellRange& range);
+    void NotifyAfterwards(Call call) noexcept;
+    void NotifyChange(GridChange change, const CellRange& range);
     void LayoutChanged(int row, int col);
 
     // Counts as they are or are to become.
@@ -405,8 +405,8 @@ class Grid final : public GridLook {
     const TextMetrics* metrics_;
     std::uint64_t structureVersion_ = 0;
     bool isWhole_ = false;                  // an AllOrNothing is open
-    std::vector<GridListener*> listeners_;  // removed ones are nullptr while telling_ > 0
-    int telling_ = 0;
+    std::vector<GridListener*> listeners_;  // removed ones are nullptr while notifying_ > 0
+    int notifying_ = 0;
 };
 
 template <class Predicate>
@@ -440,10 +440,10 @@ void Grid::SetColumn(int col, int first, int last, TextOf&& textOf) {
     try {
         store_.SetColumn(col, first, last, std::forward<TextOf>(textOf));
     } catch (...) {
-        TellChange(GridChange::texts, {first, col, last, col});
+        NotifyChange(GridChange::texts, {first, col, last, col});
         throw;
     }
-    TellChange(GridChange::texts, {first, col, last, col});
+    NotifyChange(GridChange::texts, {first, col, last, col});
 }
 
 template <class Visit>

@@ -37,7 +37,7 @@ void Grid::ChangeColumns(int col, GridChange change, Set set) {
         set(columns_[static_cast<std::size_t>(col)]);
     }
     InvalidateColumnPositions();
-    TellChange(change, {0, col, Rows() - 1, Cols() - 1});
+    NotifyChange(change, {0, col, Rows() - 1, Cols() - 1});
 }
 
 void Grid::SetColWidth(int col, int twips) {
@@ -202,7 +202,7 @@ void Grid::SetMergeRow(int row, bool merge) {
     if (row == all) {
         allMergeRows_ = merge;
         mergeRows_.Clear();
-        TellChange(GridChange::formats, {0, 0, Rows() - 1, Cols() - 1});
+        NotifyChange(GridChange::formats, {0, 0, Rows() - 1, Cols() - 1});
         return;
     }
     CheckRow(row);
@@ -211,7 +211,7 @@ void Grid::SetMergeRow(int row, bool merge) {
     } else {
         mergeRows_.Set(store_.IdAt(row), merge);
     }
-    TellChange(GridChange::formats, {row, 0, row, Cols() - 1});
+    NotifyChange(GridChange::formats, {row, 0, row, Cols() - 1});
 }
 
 // ---- Geometry ------------------------------------------------------------------------------------------------------
@@ -338,7 +338,7 @@ void Grid::ChangeFormats(const CellRange& range, Change change) {
         rows.push_back(store_.IdAt(row));
     }
     formats_.ChangeCells(rows, range.left, range.right, change);
-    TellChange(GridChange::formats, range);
+    NotifyChange(GridChange::formats, range);
 }
 
 GridAlignment Grid::CellAlignment() const {

@@ -20,7 +20,7 @@ void Grid::SetSettings(int row, const RowSettings& settings) {
     SetRowData(row, settings.data);
     SetMergeRow(row, settings.merge);
     formats_.SetRow(store_.IdAt(row), settings.formats);
-    TellChange(GridChange::formats, {row, 0, row, Cols() - 1});
+    NotifyChange(GridChange::formats, {row, 0, row, Cols() - 1});
 }
 
 }  // namespace qvx::flexgrid

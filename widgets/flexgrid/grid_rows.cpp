@@ -110,7 +110,7 @@ void Grid::Clear() {
     store_.ClearText();
     formats_.Clear();
     ++structureVersion_;
-    TellChange(GridChange::texts, {0, 0, Rows() - 1, Cols() - 1});
+    NotifyChange(GridChange::texts, {0, 0, Rows() - 1, Cols() - 1});
 }
 
 void Grid::SetRowPosition(int row, int position) {

@@ -16,7 +16,7 @@ qvx::Text Grid::TextMatrix(int row, int col) const { return Cell(row, col).ToTex
 void Grid::SetTextMatrix(int row, int col, TextView text) {
     CheckCell(row, col);
     store_.SetCell(row, col, text);
-    TellChange(GridChange::texts, {row, col, row, col});
+    NotifyChange(GridChange::texts, {row, col, row, col});
 }
 
 void Grid::SetTexts(int row, int firstCol, std::span<const TextView> texts) {
@@ -28,7 +28,7 @@ void Grid::SetTexts(int row, int firstCol, std::span<const TextView> texts) {
         RefuseSubscript();
     }
     store_.SetCells(row, firstCol, texts);
-    TellChange(GridChange::texts, {row, firstCol, row, firstCol + static_cast<int>(texts.size()) - 1});
+    NotifyChange(GridChange::texts, {row, firstCol, row, firstCol + static_cast<int>(texts.size()) - 1});
 }
 
 qvx::Text Grid::TextArray(int index) const {
@@ -55,7 +55,7 @@ void Grid::SetText(TextView text) {
     CheckCell(row_, col_);
     const CellRange range = Selection();
     store_.FillCells(range.top, range.bottom, range.left, range.right, text);
-    TellChange(GridChange::texts, range);
+    NotifyChange(GridChange::texts, range);
 }
 
 qvx::Text Grid::Clip() const {
@@ -108,7 +108,7 @@ void Grid::SetClip(TextView text) {
         }
     }
     batch.Commit();
-    TellChange(GridChange::texts, range);
+    NotifyChange(GridChange::texts, range);
 }
 
 }  // namespace qvx::flexgrid

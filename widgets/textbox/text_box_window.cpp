@@ -133,11 +133,11 @@ void TextBoxWindow::SetText(TextView text) {
         const FlagScope writing(writing_);
         SetWindowTextW(Window(), Wide(wanted));
     }
-    TellChange();
+    NotifyChange();
 }
 
 // The text has changed: what cannot be told for want of memory is lost, rather than called a failure.
-void TextBoxWindow::TellChange() {
+void TextBoxWindow::NotifyChange() {
     Contain([&] {
         qvx::Text text = GetText();
         if (text == lastText_) return;
@@ -179,7 +179,7 @@ void TextBoxWindow::SetSelText(TextView text) {
         text_.replace(static_cast<std::size_t>(selection_.start), static_cast<std::size_t>(selection_.length), text);
         selection_ = {selection_.start + static_cast<int>(text.size()), 0};
     }
-    TellChange();
+    NotifyChange();
 }
 
 void TextBoxWindow::SelectAll() {
@@ -221,11 +221,11 @@ bool TextBoxWindow::Remake(Value& value, Value wanted) {
 void TextBoxWindow::SetAlignment(TextAlign align) { Remake(align_, align); }
 
 void TextBoxWindow::SetBorderStyle(TextBorder border) {
-    if (Remake(border_, border)) listener_.TextBoxDressed();
+    if (Remake(border_, border)) listener_.TextBoxPrepared();
 }
 
 void TextBoxWindow::SetAppearance(TextDepth depth) {
-    if (Remake(depth_, depth)) listener_.TextBoxDressed();
+    if (Remake(depth_, depth)) listener_.TextBoxPrepared();
 }
 
 void TextBoxWindow::SetPasswordChar(TextView character) {
@@ -238,7 +238,7 @@ void TextBoxWindow::SetPasswordChar(TextView character) {
 void TextBoxWindow::SetFont(const FontSpec& font) {
     font_ = font;
     if (Window()) ApplyFont();
-    listener_.TextBoxDressed();
+    listener_.TextBoxPrepared();
 }
 
 void TextBoxWindow::ApplyFont() {
@@ -281,7 +281,7 @@ void TextBoxWindow::ApplyTouchKeys() {
 // ---- Messages ------------------------------------------------------------------------------------------------------
 
 void TextBoxWindow::OnCommand(WORD code) {
-    if (code == EN_CHANGE && !writing_) TellChange();
+    if (code == EN_CHANGE && !writing_) NotifyChange();
 }
 
 LRESULT TextBoxWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -32,7 +32,7 @@ class TextBoxListener {
     virtual void TextBoxKeyPress(int& /*character*/) {}
     virtual void TextBoxKeyUp(int /*key*/, int /*shift*/) {}
     // The height that suits the box may be another one.
-    virtual void TextBoxDressed() {}
+    virtual void TextBoxPrepared() {}
 };
 
 // Which keys a touch keyboard offers first, by the system's numbers of input scopes.
@@ -112,7 +112,7 @@ class TextBoxWindow final : private WindowSubclass {
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     LRESULT OnKey(UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnCharacter(WPARAM wParam, LPARAM lParam);
-    void TellChange();
+    void NotifyChange();
     void LetGo();
     bool Make(HWND parent);
     void Dress(HWND parent);
@@ -141,7 +141,7 @@ class TextBoxWindow final : private WindowSubclass {
     qvx::Text passwordChar_;
     qvx::Text tag_;
     ToolTip toolTip_;
-    AccessibleNameTap name_;
+    AccessibleNameSubclass name_;
     TextDropTarget drops_;
 };
 

@@ -86,7 +86,7 @@ TEST(BackupNames, DescriptionsThatTellTooMuchAreLeftOut) {
         {u"\\\\server\\share is offline", false},
         {u"", true},
     };
-    for (const auto& c : cases) EXPECT_EQ(Discreet(c.description), c.shown ? c.description : u"");
+    for (const auto& c : cases) EXPECT_EQ(Redacted(c.description), c.shown ? c.description : u"");
 }
 
 }  // namespace

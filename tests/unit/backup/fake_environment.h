@@ -51,7 +51,7 @@ class FakeEnvironment final : public Environment {
     // Bytes of each drive that has an end; the others take anything. An archiver that may go on over several disks asks
     // for the next one where this one is full.
     std::map<Text, std::uint64_t> capacity;
-    bool tellsFreeSpace = true;
+    bool reportsFreeSpace = true;
     Files nextDisk;               // what is on the disk that is put into the removable drive
     bool swapsWhenDone = false;   // the disk is changed before anybody looks at the archive
     bool pulledWhenDone = false;  // the drive itself goes, and says so whenever it is asked
@@ -169,7 +169,7 @@ class FakeEnvironment final : public Environment {
     }
     std::optional<std::uint64_t> FreeSpace(TextView path) override {
         Look("free " + Narrow(path));
-        return tellsFreeSpace ? std::optional<std::uint64_t>(Free(path)) : std::nullopt;
+        return reportsFreeSpace ? std::optional<std::uint64_t>(Free(path)) : std::nullopt;
     }
     void ChangeDrive(TextView path) override { Step("change drive " + Narrow(path)); }
     Text TemporaryName() override { return u"rad12345.tmp"; }

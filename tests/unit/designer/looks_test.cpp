@@ -3,11 +3,11 @@
 
 #include <algorithm>
 
-#include "designer/canvas/marks.h"
+#include "designer/canvas/adorners.h"
 #include "designer/properties/rows_painter.h"
 #include "drawing/recording_surface.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 namespace {
 
 ListedProperties Table() {
@@ -93,11 +93,6 @@ TEST(RowsPainter, HeadingsShowWhetherTheyAreOpen) {
     EXPECT_TRUE(Has(closed, upright.Log())) << closed;
 }
 
-}  // namespace
-
-namespace design {
-namespace {
-
 const Shapes shapes = {{{u"a", -1}, std::nullopt, {0, 0, 40, 20}, false},
                        {{u"b", -1}, std::nullopt, {50, 0, 90, 20}, false},
                        {{u"c", -1}, std::nullopt, {0, 50, 40, 70}, false}};
@@ -105,53 +100,53 @@ const Shapes shapes = {{{u"a", -1}, std::nullopt, {0, 0, 40, 20}, false},
 TEST(Marks, ThePrimaryHasEightHandlesAndTheOthersFour) {
     Selection selection;
     selection.Set({{u"a", -1}, {u"b", -1}});
-    const std::vector<Mark> marks = SelectionMarks(shapes, selection, true, 6);
-    const auto count = [](const std::vector<Mark>& all, Mark::Look look) {
-        return std::count_if(all.begin(), all.end(), [&](const Mark& mark) { return mark.look == look; });
+    const std::vector<Adorner> adorners = SelectionAdorners(shapes, selection, true, 6);
+    const auto count = [](const std::vector<Adorner>& all, Adorner::Look look) {
+        return std::count_if(all.begin(), all.end(), [&](const Adorner& adorner) { return adorner.look == look; });
     };
-    EXPECT_EQ(count(marks, Mark::Look::handle), 4);
-    EXPECT_EQ(count(marks, Mark::Look::primaryHandle), 8);
-    EXPECT_EQ(marks.size(), 12u);
-    EXPECT_EQ(count(SelectionMarks(shapes, selection, false, 6), Mark::Look::weakHandle), 12);
-    EXPECT_TRUE(SelectionMarks(shapes, {}, true, 6).empty());
+    EXPECT_EQ(count(adorners, Adorner::Look::handle), 4);
+    EXPECT_EQ(count(adorners, Adorner::Look::primaryHandle), 8);
+    EXPECT_EQ(adorners.size(), 12u);
+    EXPECT_EQ(count(SelectionAdorners(shapes, selection, false, 6), Adorner::Look::weakHandle), 12);
+    EXPECT_TRUE(SelectionAdorners(shapes, {}, true, 6).empty());
 }
 
 TEST(Marks, BadgesCountTheTabOrder) {
-    const std::vector<Mark> marks =
-        TabOrderMarks(shapes, {{u"c", -1}, {u"a", -1}, {u"b", -1}}, {{u"c", -1}}, Dpi{192, 192});
-    ASSERT_EQ(marks.size(), 3u);
-    EXPECT_EQ(marks[0].text, u"1");
-    EXPECT_EQ(marks[1].text, u"2");
-    EXPECT_EQ(marks[2].text, u"0");
-    EXPECT_EQ(marks[1].look, Mark::Look::badge);
-    EXPECT_EQ(marks[2].look, Mark::Look::doneBadge);
-    EXPECT_EQ(marks[2].area, (Rect{0, 50, 36, 86}));
+    const std::vector<Adorner> adorners =
+        TabOrderAdorners(shapes, {{u"c", -1}, {u"a", -1}, {u"b", -1}}, {{u"c", -1}}, Dpi{192, 192});
+    ASSERT_EQ(adorners.size(), 3u);
+    EXPECT_EQ(adorners[0].text, u"1");
+    EXPECT_EQ(adorners[1].text, u"2");
+    EXPECT_EQ(adorners[2].text, u"0");
+    EXPECT_EQ(adorners[1].look, Adorner::Look::badge);
+    EXPECT_EQ(adorners[2].look, Adorner::Look::doneBadge);
+    EXPECT_EQ(adorners[2].area, (Rect{0, 50, 36, 86}));
 }
 
 TEST(Marks, OnlyTheSidesOfAnOutlineAreCovered) {
     const std::vector<Rect> parts =
-        PartsOf({{Mark::Look::outline, {10, 10, 50, 40}, {}}, {Mark::Look::handle, {0, 0, 6, 6}, {}}}, 2);
+        PartsOf({{Adorner::Look::outline, {10, 10, 50, 40}, {}}, {Adorner::Look::handle, {0, 0, 6, 6}, {}}}, 2);
     EXPECT_EQ(parts, (std::vector<Rect>{
                          {10, 10, 50, 12}, {10, 38, 50, 40}, {10, 12, 12, 38}, {48, 12, 50, 38}, {0, 0, 6, 6}}));
 }
 
 TEST(Marks, EachLookStandsOutFromTheForm) {
     const struct {
-        Mark::Look look;
+        Adorner::Look look;
         OleColor fill;
         std::optional<OleColor> frame, text;
     } cases[] = {
-        {Mark::Look::outline, colors::highlight, {}, {}},
-        {Mark::Look::primaryHandle, colors::highlight, colors::windowBackground, {}},
-        {Mark::Look::handle, colors::windowBackground, colors::highlight, {}},
-        {Mark::Look::weakHandle, colors::windowBackground, colors::grayText, {}},
-        {Mark::Look::badge, colors::highlight, {}, colors::highlightText},
-        {Mark::Look::doneBadge, colors::windowBackground, colors::highlight, colors::highlight},
+        {Adorner::Look::outline, colors::highlight, {}, {}},
+        {Adorner::Look::primaryHandle, colors::highlight, colors::windowBackground, {}},
+        {Adorner::Look::handle, colors::windowBackground, colors::highlight, {}},
+        {Adorner::Look::weakHandle, colors::windowBackground, colors::grayText, {}},
+        {Adorner::Look::badge, colors::highlight, {}, colors::highlightText},
+        {Adorner::Look::doneBadge, colors::windowBackground, colors::highlight, colors::highlight},
     };
     constexpr Rect area{0, 0, 18, 18};
     for (const auto& [look, fill, frame, text] : cases) {
         RecordingSurface surface;
-        PaintMarks(surface, {{look, area, u"7"}});
+        PaintAdorners(surface, {{look, area, u"7"}});
         RecordingSurface expected;
         expected.FillRect(area, fill);
         if (frame) expected.FrameRect(area, *frame);
@@ -162,5 +157,4 @@ TEST(Marks, EachLookStandsOutFromTheForm) {
 }
 
 }  // namespace
-}  // namespace design
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

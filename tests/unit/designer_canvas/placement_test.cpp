@@ -4,7 +4,7 @@
 
 #include "designer/canvas/drag.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 namespace {
 
 TEST(Placement, SnapsToTheNearestPointOfTheGrid) {
@@ -102,4 +102,4 @@ TEST(Dragging, ATremblingPressMovesNothing) {
 }
 
 }  // namespace
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -7,7 +7,7 @@
 #include "designer/document/document.h"
 #include "tests/support/portable/failing_allocation.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 namespace {
 
 const std::string sample =
@@ -108,4 +108,4 @@ TEST(DesignAllocations, LeaveTheStepsThatThereAre) {
 }
 
 }  // namespace
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -11,7 +11,7 @@
 #include "host/text_encoding.h"
 #include "tests/support/source_folder.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 namespace {
 
 const std::string small =
@@ -301,4 +301,4 @@ TEST(DesignDocument, AllStepsCanBeUndoneAndRedone) {
 }
 
 }  // namespace
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

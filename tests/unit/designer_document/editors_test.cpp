@@ -3,7 +3,7 @@
 #include "designer/document/image_edit.h"
 #include "designer/document/menu_edit.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 namespace {
 
 const std::string menus =
@@ -145,4 +145,4 @@ TEST(ImageEdit, ImagesInTheirPlacesStayByteForByte) {
 }
 
 }  // namespace
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

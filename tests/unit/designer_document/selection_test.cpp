@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 namespace {
 
 ObjectId Id(TextView name) { return {Text(name), -1}; }
@@ -77,4 +77,4 @@ TEST(Selecting, BandsCyclesAndAll) {
 }
 
 }  // namespace
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -5,7 +5,7 @@
 
 #include "designer/properties/rows_view.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 namespace {
 
 PropertyInfo Info(TextView name, PropertyKind kind = PropertyKind::text, TextView category = u"Misc") {
@@ -160,4 +160,4 @@ TEST(RowsView, DividerAndBoxesStayInside) {
 }
 
 }  // namespace
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

@@ -7,7 +7,7 @@
 #include "designer/properties/host_members.h"
 #include "designer/properties/system_colors.h"
 
-namespace qvx::host {
+namespace qvx::host::designer {
 namespace {
 
 using Whole = std::int32_t;
@@ -221,4 +221,4 @@ TEST(PropertyRow, HostMembersAreDescribed) {
 }
 
 }  // namespace
-}  // namespace qvx::host
+}  // namespace qvx::host::designer

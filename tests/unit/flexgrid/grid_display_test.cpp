@@ -208,7 +208,7 @@ TEST(GridFormats, SelectionFontsAndAlignment) {
 
 // Every cell that reads or looks differently after a call lies in a range that the listener has been told.
 TEST(GridListening, TellsOfEveryCellThatHasChanged) {
-    struct Told final : GridListener {
+    struct Notified final : GridListener {
         void Invalidated(GridChange change, const CellRange& range) override {
             const bool all = change == GridChange::look || change == GridChange::layout;
             ranges.push_back(all ? CellRange{range.top, range.left, 99, 99} : range);
@@ -252,7 +252,7 @@ TEST(GridListening, TellsOfEveryCellThatHasChanged) {
         };
         std::vector<decltype(shown(0, 0))> before;
         for (int cell = 0; cell < 24; ++cell) before.push_back(shown(cell / 4, cell % 4));
-        Told told;
+        Notified told;
         grid.AddListener(&told);
         c.call(grid);
         for (int cell = 0; cell < 24; ++cell) {

@@ -47,7 +47,7 @@ class EditHistoryTest : public ::testing::Test {
     }
     std::string Current() const { return std::to_string(grid.Row()) + "," + std::to_string(grid.Col()); }
     // The cells that a step has changed, as hosts are told.
-    static std::string Told(const EditHistory::Step& step, bool backwards) {
+    static std::string Report(const EditHistory::Step& step, bool backwards) {
         if (!step) return "nothing";
         std::string out = step->RowsChanged() ? "rows " : "";
         step->ForEachCell(backwards, [&](int row, int col, TextView before, TextView after) {
@@ -63,17 +63,17 @@ class EditHistoryTest : public ::testing::Test {
 
 TEST_F(EditHistoryTest, EditsGoBackAndForth) {
     EXPECT_FALSE(history->CanUndo());
-    EXPECT_EQ("nothing", Told(history->Undo(state), true));
+    EXPECT_EQ("nothing", Report(history->Undo(state), true));
     Edit(1, 1, u"x");
     Edit(2, 2, u"");
     grid.MoveTo(3, 1);
-    EXPECT_EQ("2,2 >20 ", Told(history->Undo(state), true));
+    EXPECT_EQ("2,2 >20 ", Report(history->Undo(state), true));
     EXPECT_EQ("2,2", Current());
     EXPECT_TRUE(state.changed);
-    EXPECT_EQ("1,1 x>a ", Told(history->Undo(state), true));
+    EXPECT_EQ("1,1 x>a ", Report(history->Undo(state), true));
     EXPECT_EQ("1,1", Current());
     EXPECT_FALSE(history->CanUndo());
-    EXPECT_EQ("1,1 a>x ", Told(history->Redo(state), false));
+    EXPECT_EQ("1,1 a>x ", Report(history->Redo(state), false));
     EXPECT_TRUE(history->CanRedo());
     Edit(3, 1, u"new");
     EXPECT_FALSE(history->CanRedo()) << "what is new ends what was undone";
@@ -95,7 +95,7 @@ TEST_F(EditHistoryTest, RowsComeBackAsTheyWere) {
     Edit(2, 1, u"bb");
     Remove(2);
     EXPECT_EQ("1|a|10\n2|c|30\n", Show(grid));
-    EXPECT_EQ("rows ", Told(history->Undo(state), true));
+    EXPECT_EQ("rows ", Report(history->Undo(state), true));
     EXPECT_EQ("1|a|10\n2|bb|20\n3|c|30\n", Show(grid));
     EXPECT_EQ(500, grid.RowHeight(2));
     EXPECT_EQ(240, grid.RowHeight(3));
@@ -114,7 +114,7 @@ TEST_F(EditHistoryTest, RowsComeBackAsTheyWere) {
 TEST_F(EditHistoryTest, AnInsertedRowGoesAndComesBackWithWhatTheHostWroteIntoIt) {
     Insert(2);
     grid.SetTextMatrix(2, 1, u"by the host");
-    EXPECT_EQ("rows ", Told(history->Undo(state), true));
+    EXPECT_EQ("rows ", Report(history->Undo(state), true));
     EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n", Show(grid));
     history->Redo(state);
     EXPECT_EQ("1|a|10\n2|by the host|\n3|b|20\n4|c|30\n", Show(grid));
@@ -160,9 +160,9 @@ TEST_F(EditHistoryTest, CellsAreToldFromTheTopLeftOn) {
         Edit(2, 1, u"y");
         Edit(2, 2, u"2");
     }
-    EXPECT_EQ("1,1 x>a 1,2 1>10 2,1 y>b 2,2 2>20 ", Told(history->Undo(state), true));
-    EXPECT_EQ("1,1 a>x 1,2 10>1 2,1 b>y 2,2 20>2 ", Told(history->Redo(state), false));
-    EXPECT_EQ("1,1 x>a 1,2 1>10 2,1 y>b 2,2 2>20 ", Told(history->Undo(state), true));
+    EXPECT_EQ("1,1 x>a 1,2 1>10 2,1 y>b 2,2 2>20 ", Report(history->Undo(state), true));
+    EXPECT_EQ("1,1 a>x 1,2 10>1 2,1 b>y 2,2 20>2 ", Report(history->Redo(state), false));
+    EXPECT_EQ("1,1 x>a 1,2 1>10 2,1 y>b 2,2 2>20 ", Report(history->Undo(state), true));
 }
 
 // A cell that a group changes twice, and neighbours in no order.
@@ -203,8 +203,8 @@ TEST_F(EditHistoryTest, TextsOfEveryKindAndSizeComeBack) {
 TEST_F(EditHistoryTest, WhatTheHostHasWrittenIsOverwrittenAndComesBackWithRedo) {
     Edit(1, 1, u"x");
     grid.SetTextMatrix(1, 1, u"host");
-    EXPECT_EQ("1,1 host>a ", Told(history->Undo(state), true));
-    EXPECT_EQ("1,1 a>host ", Told(history->Redo(state), false));
+    EXPECT_EQ("1,1 host>a ", Report(history->Undo(state), true));
+    EXPECT_EQ("1,1 a>host ", Report(history->Redo(state), false));
 }
 
 TEST_F(EditHistoryTest, RowsAndColumnsMovedByTheHostBeginItAnew) {
@@ -323,7 +323,7 @@ TEST_F(EditHistoryTest, APauseRecordsAndUndoesNothing) {
         EXPECT_FALSE(history->Undo(state));
         Edit(1, 2, u"1");
     }
-    EXPECT_EQ("1,1 x>a ", Told(history->Undo(state), true));
+    EXPECT_EQ("1,1 x>a ", Report(history->Undo(state), true));
     EXPECT_FALSE(history->CanUndo());
 }
 

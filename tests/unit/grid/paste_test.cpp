@@ -127,7 +127,7 @@ TEST_F(PasteTest, TellsTheHostOfEveryCellInTurn) {
         "before 2,1 b\nafter 2,1 b>y\n",
         host.Take());
     const auto step = history.Undo(state);
-    TellOfStep(grid, state, history, *step, true, host);
+    NotifyOfStep(grid, state, history, *step, true, host);
     EXPECT_EQ("after 1,1 x>a\nafter 1,2 5>10\nafter 1,3 0>1.5\nafter 2,1 y>b\n", host.Take());
 }
 
@@ -223,7 +223,7 @@ TEST_F(PasteTest, HandlersCannotUndoTheStepTheyAreToldOf) {
     host.onAfter = [&](int, int, bool&) { EXPECT_FALSE(history.Undo(state) || history.CanUndo()); };
     Paste(u"x\ty");
     const auto step = history.Undo(state);
-    TellOfStep(grid, state, history, *step, true, host);
+    NotifyOfStep(grid, state, history, *step, true, host);
     EXPECT_TRUE(history.CanRedo());
 }
 

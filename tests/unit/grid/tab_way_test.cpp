@@ -70,7 +70,7 @@ struct Keyboard {
         if (handler) handler(*this, none);
         return grid.CurrentCursor() == before;
     }
-    void TellKeyDown(short& key, short&) {
+    void NotifyKeyDown(short& key, short&) {
         log += "told ";
         if (handler) handler(*this, key);
     }

@@ -8,7 +8,7 @@
 namespace qvx::grid {
 namespace {
 
-std::string Told(const std::optional<InvalidCell>& found) {
+std::string Report(const std::optional<InvalidCell>& found) {
     if (!found) return "passes";
     return std::to_string(found->row) + "," + std::to_string(found->col) + " " + Narrow(found->message);
 }
@@ -46,7 +46,7 @@ TEST(Validation, OneCellAgainstTheRulesOfItsColumn) {
             ControlState state;
             state.requiredFields = c.required;
             state.checkValueFor = c.rules;
-            EXPECT_EQ(Told(FindInvalidCell(grid, state)), c.verdict)
+            EXPECT_EQ(Report(FindInvalidCell(grid, state)), c.verdict)
                 << Narrow(c.cell) << " " << Narrow(c.rules) << " beside " << other.size();
         }
     }
@@ -58,17 +58,18 @@ TEST(Validation, TheFirstCellRowByRowFixedColumnsAndRowsBelowTheFirstIncluded) {
     ControlState state;
     state.requiredFields = u";A;No;";
     state.checkValueFor = u";B-2;";
-    EXPECT_EQ(Told(FindInvalidCell(grid, state)), "2,1 You must enter a valid data.");
+    EXPECT_EQ(Report(FindInvalidCell(grid, state)), "2,1 You must enter a valid data.");
     grid.SetTextMatrix(2, 1, u"x");
-    EXPECT_EQ(Told(FindInvalidCell(grid, state)), "2,2 Value should be greater than zero.");
+    EXPECT_EQ(Report(FindInvalidCell(grid, state)), "2,2 Value should be greater than zero.");
     grid.SetTextMatrix(2, 2, u"1");
-    EXPECT_EQ(Told(FindInvalidCell(grid, state)), "3,0 You must enter a valid data.");
+    EXPECT_EQ(Report(FindInvalidCell(grid, state)), "3,0 You must enter a valid data.");
     grid.SetFixedRows(2);
     grid.SetTextMatrix(1, 1, u"");
-    EXPECT_EQ(Told(FindInvalidCell(grid, state)), "1,1 You must enter a valid data.") << "from row 1 on, fixed or not";
+    EXPECT_EQ(Report(FindInvalidCell(grid, state)), "1,1 You must enter a valid data.")
+        << "from row 1 on, fixed or not";
     grid.SetFixedRows(1);
     grid.SetRows(1);
-    EXPECT_EQ(Told(FindInvalidCell(grid, state)), "passes");
+    EXPECT_EQ(Report(FindInvalidCell(grid, state)), "passes");
 }
 
 }  // namespace

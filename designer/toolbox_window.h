@@ -1,4 +1,4 @@
-// The palette of the designer: a list of what can be placed, each with its picture.
+// The toolbox of the designer: a list of what can be placed, each with its picture.
 #pragma once
 
 #include <windows.h>
@@ -12,20 +12,20 @@
 #include "win/fonts.h"
 #include "win/window.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 struct Tool {
     Text className;  // empty for the pointer
     Text caption;
     Text tip;
     CLSID id{};        // of a component
-    int picture = -1;  // in the palette's pictures, or -1
+    int picture = -1;  // in the toolbox's pictures, or -1
 };
 
-class PaletteWindow final : public Window {
+class ToolboxWindow final : public Window {
   public:
-    PaletteWindow();
-    ~PaletteWindow() override;
+    ToolboxWindow();
+    ~ToolboxWindow() override;
 
     bool Create(HWND parent, const Rect& bounds);
     // The host's own classes, and those of the component server that has a registered class, or of the loaded file.
@@ -58,4 +58,4 @@ class PaletteWindow final : public Window {
     std::unique_ptr<ListKeys> keys_;
 };
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

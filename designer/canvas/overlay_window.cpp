@@ -1,6 +1,6 @@
-#include "designer/canvas/glass_window.h"
+#include "designer/canvas/overlay_window.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 WORD CursorOf(Grip handle) {
     switch (handle) {
@@ -20,30 +20,30 @@ WORD CursorOf(Grip handle) {
 
 void ShowCursorOf(WORD cursor) { ::SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(cursor))); }
 
-bool GlassWindow::Open(HWND form) {
-    static const WindowClass windowClass = {L"QvxDesignGlass", CS_DBLCLKS};
+bool OverlayWindow::Open(HWND form) {
+    static const WindowClass windowClass = {L"QvxDesignOverlay", CS_DBLCLKS};
     return Create(windowClass, L"", WS_CHILD | WS_VISIBLE, WS_EX_TRANSPARENT, {0, 0, 10, 10}, form);
 }
 
-LRESULT GlassWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT OverlayWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_LBUTTONDOWN:
             if (onPress) onPress();
-            return Tell(MouseAction::press, wParam, lParam);
+            return Notify(MouseAction::press, wParam, lParam);
         case WM_LBUTTONDBLCLK:
             if (onPress) onPress();
-            return Tell(MouseAction::doublePress, wParam, lParam);
+            return Notify(MouseAction::doublePress, wParam, lParam);
         case WM_MOUSEMOVE:
-            return Tell(MouseAction::move, wParam, lParam);
+            return Notify(MouseAction::move, wParam, lParam);
         case WM_LBUTTONUP:
-            return Tell(MouseAction::release, wParam, lParam);
+            return Notify(MouseAction::release, wParam, lParam);
         case WM_RBUTTONDOWN:
             if (onPress) onPress();
             return 0;
         case WM_RBUTTONUP:
-            return Tell(MouseAction::menu, wParam, lParam);
+            return Notify(MouseAction::menu, wParam, lParam);
         case WM_CAPTURECHANGED:
-            return Tell(MouseAction::cancel, 0, 0);
+            return Notify(MouseAction::cancel, 0, 0);
         case WM_MOUSEACTIVATE:
             return MA_ACTIVATE;
         case WM_SETCURSOR:
@@ -59,7 +59,7 @@ LRESULT GlassWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-LRESULT GlassWindow::Tell(MouseAction action, WPARAM keys, LPARAM place) {
+LRESULT OverlayWindow::Notify(MouseAction action, WPARAM keys, LPARAM place) {
     Mouse mouse;
     mouse.action = action;
     mouse.at = MousePoint(place);
@@ -71,4 +71,4 @@ LRESULT GlassWindow::Tell(MouseAction action, WPARAM keys, LPARAM place) {
     return 0;
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

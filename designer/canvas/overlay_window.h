@@ -1,4 +1,4 @@
-// The sheet of glass over a form under design, which takes the mouse in place of the controls.
+// The transparent sheet over a form under design, which takes the mouse in place of the controls.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 #include "designer/document/placement.h"
 #include "win/window.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 enum class MouseAction { press, doublePress, move, release, menu, cancel };
 
@@ -31,9 +31,9 @@ void ShowCursorOf(WORD cursor);
 
 // Lies over everything in the form and takes the mouse. Nothing below is hidden by it: it is transparent, and paints
 // nothing.
-class GlassWindow final : public Window {
+class OverlayWindow final : public Window {
   public:
-    ~GlassWindow() override { Destroy(); }
+    ~OverlayWindow() override { Destroy(); }
 
     bool Open(HWND form);
 
@@ -46,7 +46,7 @@ class GlassWindow final : public Window {
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    LRESULT Tell(MouseAction action, WPARAM keys, LPARAM place);
+    LRESULT Notify(MouseAction action, WPARAM keys, LPARAM place);
 };
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -7,9 +7,9 @@
 #include "designer/document/selection.h"
 #include "drawing/surface.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
-struct Mark {
+struct Adorner {
     enum class Look { primaryHandle, handle, weakHandle, outline, badge, doneBadge };
     Look look = Look::handle;
     Rect area;
@@ -18,15 +18,15 @@ struct Mark {
 
 // The handles around all that is selected: eight of the primary, the corners of the others; weak while the keys go
 // elsewhere.
-std::vector<Mark> SelectionMarks(const Shapes& shapes, const Selection& selection, bool focused, int handleSize);
+std::vector<Adorner> SelectionAdorners(const Shapes& shapes, const Selection& selection, bool focused, int handleSize);
 
 // The place of every control in the tab order, `done` being those that have been clicked so far.
-std::vector<Mark> TabOrderMarks(const Shapes& shapes, const std::vector<ObjectId>& order,
-                                const std::vector<ObjectId>& done, Dpi dpi);
+std::vector<Adorner> TabOrderAdorners(const Shapes& shapes, const std::vector<ObjectId>& order,
+                                      const std::vector<ObjectId>& done, Dpi dpi);
 
-// The areas that the marks cover: an outline's are its four sides.
-std::vector<Rect> PartsOf(const std::vector<Mark>& marks, int outlineWidth);
+// The areas that the adorners cover: an outline's are its four sides.
+std::vector<Rect> PartsOf(const std::vector<Adorner>& adorners, int outlineWidth);
 
-void PaintMarks(Surface& surface, const std::vector<Mark>& marks);
+void PaintAdorners(Surface& surface, const std::vector<Adorner>& adorners);
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -1,4 +1,4 @@
-#include "designer/palette_window.h"
+#include "designer/toolbox_window.h"
 
 #include <array>
 #include <utility>
@@ -10,7 +10,7 @@
 #include "win/module_instance.h"
 #include "win/window_text.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
 namespace {
 
@@ -71,19 +71,19 @@ void DrawGlyph(HDC dc, const Text& className, const Rect& box, COLORREF ink, HFO
 }  // namespace
 
 // Enter places what is chosen; Escape goes back to the pointer.
-class PaletteWindow::ListKeys final : public WindowSubclass {
+class ToolboxWindow::ListKeys final : public WindowSubclass {
   public:
-    explicit ListKeys(PaletteWindow& palette) : palette_(palette) {}
+    explicit ListKeys(ToolboxWindow& toolbox) : toolbox_(toolbox) {}
 
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
         if (message == WM_KEYDOWN && wParam == VK_RETURN) {
-            const Text chosen = palette_.Armed();
-            if (palette_.onPlace) palette_.onPlace(chosen);
+            const Text chosen = toolbox_.Armed();
+            if (toolbox_.onPlace) toolbox_.onPlace(chosen);
             return 0;
         }
         if (message == WM_KEYDOWN && wParam == VK_ESCAPE) {
-            palette_.Disarm();
+            toolbox_.Disarm();
             return 0;
         }
         if (message == WM_CHAR && (wParam == VK_RETURN || wParam == VK_ESCAPE)) return 0;
@@ -91,19 +91,19 @@ class PaletteWindow::ListKeys final : public WindowSubclass {
     }
 
   private:
-    PaletteWindow& palette_;
+    ToolboxWindow& toolbox_;
 };
 
-PaletteWindow::PaletteWindow() = default;
+ToolboxWindow::ToolboxWindow() = default;
 
-PaletteWindow::~PaletteWindow() {
+ToolboxWindow::~ToolboxWindow() {
     keys_.reset();
     Destroy();
     if (pictures_) ImageList_Destroy(pictures_);
 }
 
-bool PaletteWindow::Create(HWND parent, const Rect& bounds) {
-    static const WindowClass windowClass = {L"QvxDesignPalette", 0};
+bool ToolboxWindow::Create(HWND parent, const Rect& bounds) {
+    static const WindowClass windowClass = {L"QvxDesignToolbox", 0};
     if (!Window::Create(windowClass, L"", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, bounds,
                         parent)) {
         return false;
@@ -120,7 +120,7 @@ bool PaletteWindow::Create(HWND parent, const Rect& bounds) {
     return true;
 }
 
-void PaletteWindow::FollowResolution() {
+void ToolboxWindow::FollowResolution() {
     const SharedFont before = std::exchange(font_, AcquireFont(FontSpec{}, WindowDpi(Handle())));
     SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(font_->Get()), FALSE);
     SendMessageW(list_, LB_SETITEMHEIGHT, 0, Scaled(itemHeight, Handle()));
@@ -128,14 +128,14 @@ void PaletteWindow::FollowResolution() {
     InvalidateRect(list_, nullptr, TRUE);
 }
 
-void PaletteWindow::DrawPictures() {
+void ToolboxWindow::DrawPictures() {
     if (pictures_) ImageList_Destroy(std::exchange(pictures_, nullptr));
     for (Tool& tool : tools_) {
         if (tool.id != CLSID_NULL) tool.picture = AddPicture(tool.id);
     }
 }
 
-int PaletteWindow::AddPicture(const CLSID& id) {
+int ToolboxWindow::AddPicture(const CLSID& id) {
     wchar_t* spelled = nullptr;
     if (FAILED(StringFromCLSID(id, &spelled))) return -1;
     const std::wstring key = std::wstring(L"CLSID\\") + spelled + L"\\ToolboxBitmap32";
@@ -179,7 +179,7 @@ int PaletteWindow::AddPicture(const CLSID& id) {
     return ImageList_AddMasked(pictures_, square.Get(), nothing);
 }
 
-void PaletteWindow::Fill(const ClassSource& classes, const Text& registeredClass) {
+void ToolboxWindow::Fill(const ClassSource& classes, const Text& registeredClass) {
     tools_ = {{u"", u"Pointer", u"Select, move and size controls"},
               {u"Label", u"Label", u"A text that the user cannot change"},
               {u"TextBox", u"TextBox", u"A plain text box"},
@@ -200,17 +200,17 @@ void PaletteWindow::Fill(const ClassSource& classes, const Text& registeredClass
     SendMessageW(list_, LB_SETCURSEL, 0, 0);
 }
 
-Text PaletteWindow::Armed() const {
+Text ToolboxWindow::Armed() const {
     const auto at = static_cast<std::size_t>(SendMessageW(list_, LB_GETCURSEL, 0, 0));
     return at < tools_.size() ? tools_[at].className : Text();
 }
 
-void PaletteWindow::Disarm() {
+void ToolboxWindow::Disarm() {
     SendMessageW(list_, LB_SETCURSEL, 0, 0);
     if (onArmed) onArmed();
 }
 
-void PaletteWindow::DrawItem(const DRAWITEMSTRUCT& draw) {
+void ToolboxWindow::DrawItem(const DRAWITEMSTRUCT& draw) {
     if (draw.itemID >= tools_.size()) return;
     const Tool& tool = tools_[draw.itemID];
     const bool selected = (draw.itemState & ODS_SELECTED) != 0;
@@ -235,7 +235,7 @@ void PaletteWindow::DrawItem(const DRAWITEMSTRUCT& draw) {
     if (draw.itemState & ODS_FOCUS) DrawFocusRect(draw.hDC, &draw.rcItem);
 }
 
-LRESULT PaletteWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT ToolboxWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_SIZE:
             MoveWindow(list_, 0, 0, LOWORD(lParam), HIWORD(lParam), TRUE);
@@ -261,4 +261,4 @@ LRESULT PaletteWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer

@@ -1,25 +1,25 @@
-#include "designer/canvas/marks_window.h"
+#include "designer/canvas/adorner_window.h"
 
 #include <algorithm>
 
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
 
-namespace qvx::host::design {
+namespace qvx::host::designer {
 
-bool MarksWindow::Open(HWND form) {
-    static const WindowClass windowClass = {L"QvxDesignMarks", 0};
+bool AdornerWindow::Open(HWND form) {
+    static const WindowClass windowClass = {L"QvxDesignAdorners", 0};
     return Create(windowClass, L"", WS_CHILD | WS_CLIPSIBLINGS, 0, {0, 0, 10, 10}, form);
 }
 
-void MarksWindow::Show(std::vector<Mark> marks) {
-    marks_ = std::move(marks);
-    if (marks_.empty()) {
+void AdornerWindow::Show(std::vector<Adorner> adorners) {
+    adorners_ = std::move(adorners);
+    if (adorners_.empty()) {
         ShowWindow(Handle(), SW_HIDE);
         return;
     }
     const int thick = std::max(Scaled(1, Handle()), 1);
-    const std::vector<Rect> parts = PartsOf(marks_, thick);
+    const std::vector<Rect> parts = PartsOf(adorners_, thick);
     const Rect inside = ClientArea();
     std::vector<char> memory(sizeof(RGNDATAHEADER) + parts.size() * sizeof(RECT));
     auto* data = reinterpret_cast<RGNDATA*>(memory.data());
@@ -40,7 +40,7 @@ void MarksWindow::Show(std::vector<Mark> marks) {
     InvalidateRect(Handle(), nullptr, FALSE);
 }
 
-LRESULT MarksWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT AdornerWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_NCHITTEST:
             return HTTRANSPARENT;
@@ -49,7 +49,7 @@ LRESULT MarksWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_PAINT: {
             const PaintScope paint(Handle());
             GdiSurface surface(paint.Dc(), WindowDpi(Handle()));
-            PaintMarks(surface, marks_);
+            PaintAdorners(surface, adorners_);
             return 0;
         }
         default:
@@ -57,4 +57,4 @@ LRESULT MarksWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-}  // namespace qvx::host::design
+}  // namespace qvx::host::designer
