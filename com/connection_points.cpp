@@ -7,6 +7,7 @@
 #include "com/enumerator.h"
 #include "com/guard.h"
 #include "com/object.h"
+#include "com/type_library.h"
 
 namespace qvx {
 
@@ -110,7 +111,8 @@ class ConnectionPoint final : public ComObject<IConnectionPoint> {
 };
 
 ConnectionPoints::ConnectionPoints(IConnectionPointContainer* owner, REFIID events)
-    : events_(MakeObject<ConnectionPoint>(owner, events)),
+    : eventsId_(events),
+      events_(MakeObject<ConnectionPoint>(owner, events)),
       properties_(MakeObject<ConnectionPoint>(owner, IID_IPropertyNotifySink)) {}
 
 ConnectionPoints::~ConnectionPoints() {
@@ -141,8 +143,11 @@ HRESULT ConnectionPoints::Find(REFIID iid, IConnectionPoint** out) noexcept {
     return CONNECT_E_NOCONNECTION;
 }
 
-void ConnectionPoints::Fire(DISPID event, EventArguments arguments) {
-    events_->ForEach([&](IUnknown* sink) { arguments.Call(static_cast<IDispatch*>(sink), event); });
+void ConnectionPoints::Fire(TextView event, EventArguments arguments) {
+    if (!HasListeners()) return;
+    const DISPID number = MembersOf(eventsId_)->NumberOf(event);
+    if (number == DISPID_UNKNOWN) return;
+    events_->ForEach([&](IUnknown* sink) { arguments.Call(static_cast<IDispatch*>(sink), number); });
 }
 
 bool ConnectionPoints::HasListeners() const { return !events_->Empty(); }

@@ -11,6 +11,7 @@
 
 #include "com/event_arguments.h"
 #include "com/pointer.h"
+#include "common/text.h"
 
 namespace qvx {
 
@@ -28,9 +29,9 @@ class ConnectionPoints {
     HRESULT Enumerate(IEnumConnectionPoints** out) noexcept;
     HRESULT Find(REFIID iid, IConnectionPoint** out) noexcept;
 
-    // Calls every connected handler in the order of connection.
-    void Fire(DISPID event, EventArguments arguments);
-    void Fire(DISPID event) { Fire(event, EventArguments()); }
+    // Calls every connected handler in the order of connection, with the number that the source interface gives to the
+    // event of that name. A name that it does not have reaches nobody.
+    void Fire(TextView event, EventArguments arguments);
     // Whether anybody listens to events.
     bool HasListeners() const;
 
@@ -41,6 +42,7 @@ class ConnectionPoints {
     HRESULT Connect(IUnknown* events, DWORD* eventCookie, IPropertyNotifySink* properties, DWORD* propertyCookie);
 
   private:
+    IID eventsId_;
     ComPtr<ConnectionPoint> events_;
     ComPtr<ConnectionPoint> properties_;
 };

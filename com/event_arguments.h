@@ -2,7 +2,7 @@
 // wrote is read back afterwards.
 //
 //     bool cancel = false;
-//     FireEvent(dispid, EventArguments().In(row).In(col).InOut(data).InOut(cancel));
+//     Fire(u"BeforeChange", EventArguments().In(row).In(col).InOut(data).InOut(cancel));
 #pragma once
 
 #include <windows.h>

@@ -62,6 +62,55 @@ auto FromHost(const Given& given) {
     }
 }
 
+// Members that do no more than hand on to a part of the object. `Self` derives from it and has
+//
+//     Part& PartOf(std::type_identity<Part>);                          // for each class of part, and for its bases
+//     template <class Apply> HRESULT Put(TextView name, Apply apply);  // the whole of a setter, or of a method
+//
+template <class Self>
+class MemberAccess {
+  protected:
+    template <class Result, class Part, class Value>
+    requires std::is_object_v<Value> HRESULT GetMember(Result* result, Value Part::*field) {
+        return Give(result, [&]() -> const Value& { return PartOf<Part>().*field; });
+    }
+    template <class Result, class Part, class Value, class... Parameters, class... Given>
+    HRESULT GetMember(Result* result, Value (Part::*getter)(Parameters...) const, Given... given) {
+        return Give(result, [&] { return (PartOf<Part>().*getter)(FromHost<Parameters>(given)...); });
+    }
+    template <class Part, class Value, class Given>
+    requires std::is_object_v<Value> HRESULT PutMember(TextView name, Value Part::*field, Given given) {
+        return self().Put(name, [&] { PartOf<Part>().*field = FromHost<Value>(given); });
+    }
+    template <class Part, class... Parameters, class... Given>
+    HRESULT PutMember(TextView name, void (Part::*setter)(Parameters...), Given... given) {
+        return self().Put(name, [&] { (PartOf<Part>().*setter)(FromHost<Parameters>(given)...); });
+    }
+
+  private:
+    Self& self() { return static_cast<Self&>(*this); }
+    template <class Part>
+    auto& PartOf() {
+        return self().PartOf(std::type_identity<Part>());
+    }
+};
+
+// A property of the dual interface in one line: getter and setter of a value that is kept in the field, as in
+// QVX_FIELD(BSTR, DateFormat, ControlState::dateFormat), or that a class of part has under the same name, with the
+// setter SetName, as in QVX_PROPERTY(OLE_COLOR, BackColor, Grid).
+#define QVX_FIELD(Type, Name, Field)                                                           \
+    STDMETHODIMP get_##Name(Type* result) override { return this->GetMember(result, &Field); } \
+    STDMETHODIMP put_##Name(Type value) override { return this->PutMember(u## #Name, &Field, value); }
+#define QVX_PROPERTY(Type, Name, Part)                                                              \
+    STDMETHODIMP get_##Name(Type* result) override { return this->GetMember(result, &Part::Name); } \
+    STDMETHODIMP put_##Name(Type value) override { return this->PutMember(u## #Name, &Part::Set##Name, value); }
+// The same with an index, which names a row or a column.
+#define QVX_INDEXED_PROPERTY(Type, Name, Part)                                                                         \
+    STDMETHODIMP get_##Name(long index, Type* result) override { return this->GetMember(result, &Part::Name, index); } \
+    STDMETHODIMP put_##Name(long index, Type value) override {                                                         \
+        return this->PutMember(u## #Name, &Part::Set##Name, index, value);                                             \
+    }
+
 // An optional number: nothing when it is left out, run-time error 13 when it is none.
 inline std::optional<long> OptionalNumber(const VARIANT& argument) {
     if (IsMissing(argument)) return std::nullopt;

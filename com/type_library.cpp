@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 
+#include "com/bstr.h"
 #include "com/guard.h"
 #include "com/lock.h"
 #include "com/module.h"
@@ -80,6 +81,10 @@ std::shared_ptr<const MemberTable> Describe(const ComPtr<ITypeInfo>& info) {
             }
         }
         table->members.emplace(std::pair(function->memid, function->invkind), std::move(member));
+        Bstr name;
+        UINT names = 0;
+        Check(info->GetNames(function->memid, name.put(), 1, &names));
+        table->numbers.emplace(FromBstr(name.get()), function->memid);
     }
     return table;
 }
@@ -92,6 +97,11 @@ ComPtr<ITypeLib> Library(Cache& cache) {
 }
 
 }  // namespace
+
+MEMBERID MemberTable::NumberOf(TextView name) const {
+    const auto found = numbers.find(name);
+    return found == numbers.end() ? DISPID_UNKNOWN : found->second;
+}
 
 ComPtr<ITypeLib> LoadOwnTypeLibrary() {
     auto& cache = OfModule<Cache>();

@@ -6,12 +6,14 @@
 #include <oaidl.h>
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <memory>
 #include <utility>
 #include <vector>
 
 #include "com/pointer.h"
+#include "common/text.h"
 
 namespace qvx {
 
@@ -20,7 +22,7 @@ ComPtr<ITypeLib> LoadOwnTypeLibrary();
 // The description of an interface or class. Throws ComError.
 ComPtr<ITypeInfo> TypeInfoOf(REFGUID id);
 
-// One interface's members as late-bound calls see them.
+// One interface's members as late-bound calls see them, or the events of a source interface.
 struct MemberTable {
     struct Member {
         INVOKEKIND kind = INVOKE_FUNC;
@@ -31,6 +33,10 @@ struct MemberTable {
     };
     ComPtr<ITypeInfo> info;
     std::map<std::pair<MEMBERID, INVOKEKIND>, Member> members;
+    std::map<Text, MEMBERID, std::less<>> numbers;
+
+    // The number of the member that is spelt exactly so; DISPID_UNKNOWN where there is none.
+    MEMBERID NumberOf(TextView name) const;
 };
 
 // Made at first use and kept until ReleaseTypeLibrary. Throws ComError.

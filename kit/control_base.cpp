@@ -277,28 +277,17 @@ bool ControlBase::MoveFocusOn(bool backwards) {
 
 // --- Telling the host ---
 
-void ControlBase::Changed(DISPID member) {
+void ControlBase::Changed(TextView name) {
     if (loading_ > 0) return;
     // A listener may let go of the control, which then hangs by nothing but a font that it listens to.
     const auto keep = KeepAlive();
     dirty_ = true;
     initPending_ = false;
     // The change is made: what cannot be told for want of memory is lost, rather than called a failure.
+    DISPID member = DISPID_UNKNOWN;
+    Contain([&] { member = MembersOf(interfaceId_)->NumberOf(name); });
     Contain([&] { connections_.NotifyChanged(member); });
     Invalidate();
-}
-
-void ControlBase::Changed(TextView name) {
-    for (const PropertyRow& row : Properties()) {
-        if (name == row.key) return Changed(row.member);
-    }
-    DISPID id = DISPID_UNKNOWN;
-    Contain([&] {
-        Text copy(name);
-        wchar_t* spelled = WideBuffer(copy);
-        if (FAILED(MembersOf(interfaceId_)->info->GetIDsOfNames(&spelled, 1, &id))) id = DISPID_UNKNOWN;
-    });
-    Changed(id);
 }
 
 void ControlBase::Invalidate() {
@@ -315,7 +304,7 @@ void ControlBase::ViewChanged() {
     sink->OnViewChange(DVASPECT_CONTENT, -1);
 }
 
-void ControlBase::Fire(DISPID event, EventArguments arguments) {
+void ControlBase::Fire(TextView event, EventArguments arguments) {
     if (!RaisesEvents()) return;
     const auto keep = KeepAlive();
     Contain([&] { connections_.Fire(event, std::move(arguments)); });

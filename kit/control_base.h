@@ -1,32 +1,5 @@
-// The control kit: everything that hosts expect of any control. How a control is written with it:
-//
-//     class LampControl final : public Control<_Lamp> {            // kit/control.h; _Lamp is its dual interface
-//       public:
-//         static const ControlClass classInfo;                     // add it to server/controls.cpp
-//         STDMETHODIMP get_Lit(VARIANT_BOOL* result) override {
-//             return Guard([&] { *result = ToVariantBool(lit_); });
-//         }
-//         STDMETHODIMP put_Lit(VARIANT_BOOL value) override {
-//             return Put(u"Lit", [&] { lit_ = value != VARIANT_FALSE; });
-//         }
-//         const PropertyTable& Properties() override {
-//             static const PropertyTable table = PropertyRows<LampControl>()
-//                 .Bool(u"Lit", 1, false, [](LampControl& c) { return c.lit_; }, [](LampControl& c, bool v) { c.lit_ =
-//                 v; }) .Done();
-//             return table;
-//         }
-//       protected:
-//         void DrawControl(Surface& surface, const Rect& area) override {
-//             surface.FillRect(area, lit_ ? Rgb(255, 255, 0) : colors::buttonFace);
-//         }
-//         std::optional<LRESULT> OnWindowMessage(UINT message, WPARAM, LPARAM) override {
-//             if (message == WM_LBUTTONUP) Fire(DISPID_CLICK);      // handlers may release this control: it lives on
-//             return std::nullopt;                                  // until the message is done
-//         }
-//       private:
-//         ~LampControl() override = default;
-//         bool lit_ = false;
-//     };
+// The control kit: everything that hosts expect of any control. tests/control/lamp_control.h shows a whole control that
+// is written with it.
 //
 // The control's window exists from the first need of it on; while the control is not active in place it lies hidden in
 // a window of ours. Hooks are called on the host's one thread.
@@ -194,16 +167,15 @@ class ControlBase : public IOleObject,
 
     // --- What a control calls. ---
 
-    // A setter's last call: the control is dirty, listeners hear of it, and it is painted anew.
-    void Changed(DISPID member);
-    // By the property's own name; the persisted ones are found in the table, others through the type library.
+    // A setter's last call, with the property's name as the type library spells it: the control is dirty, listeners
+    // hear of it, and it is painted anew.
     void Changed(TextView name);
     // Asks for the control to be painted anew, active or not.
     void Invalidate();
-    // Calls the host's handlers. Nothing while the host has frozen events, nor while properties are being read: a form
-    // that is half there has no handlers yet. Throws nothing; what handlers wrote into
-    // by-reference arguments is in the caller's variables afterwards.
-    void Fire(DISPID event, EventArguments arguments = {});
+    // Calls the host's handlers of the event, named as the type library spells it. Nothing while the host has frozen
+    // events, nor while properties are being read: a form that is half there has no handlers yet. Throws nothing; what
+    // handlers wrote into by-reference arguments is in the caller's variables afterwards.
+    void Fire(TextView event, EventArguments arguments = {});
     // Whether Fire would reach anybody: for events that come by the thousand.
     bool HasListeners() const { return RaisesEvents() && connections_.HasListeners(); }
     bool RaisesEvents() const { return frozen_ == 0 && loading_ == 0; }

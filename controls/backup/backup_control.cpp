@@ -26,34 +26,16 @@ const ControlClass BackupControl::classInfo{&CLSID_Backup,
 BackupControl::BackupControl() : InvisibleControl(classInfo, twips) {}
 
 const PropertyTable& BackupControl::Properties() {
-    using C = BackupControl;
-    static const PropertyTable table =
-        PropertyRows<C>()
-            .String(
-                u"CnnString", 1, u"", [](C& c) { return c.settings_.cnnString; },
-                [](C& c, const Text& v) { c.settings_.cnnString = v; })
-            .String(
-                u"Database", 2, u"", [](C& c) { return c.settings_.database; },
-                [](C& c, const Text& v) { c.settings_.database = v; })
-            .String(
-                u"TempPath", 3, u"", [](C& c) { return c.settings_.tempPath; },
-                [](C& c, const Text& v) { c.settings_.tempPath = v; })
-            .String(
-                u"DataPath", 4, u"", [](C& c) { return c.settings_.dataPath; },
-                [](C& c, const Text& v) { c.settings_.dataPath = v; })
-            .String(
-                u"ZipPath", 5, u"", [](C& c) { return c.settings_.zipPath; },
-                [](C& c, const Text& v) { c.settings_.zipPath = v; })
-            .String(
-                u"BackupExtension", 6, u"", [](C& c) { return c.settings_.backupExtension; },
-                [](C& c, const Text& v) { c.settings_.backupExtension = v; })
-            .String(
-                u"DataExtension", 7, u"", [](C& c) { return c.settings_.dataExtension; },
-                [](C& c, const Text& v) { c.settings_.dataExtension = v; })
-            .Bool(
-                u"CheckSecurity", 8, false, [](C& c) { return c.settings_.checkSecurity; },
-                [](C& c, bool v) { c.settings_.checkSecurity = v; })
-            .Done();
+    static const PropertyTable table = PropertyRows<BackupControl>()
+                                           .Field(u"CnnString", &Settings::cnnString)
+                                           .Field(u"Database", &Settings::database)
+                                           .Field(u"TempPath", &Settings::tempPath)
+                                           .Field(u"DataPath", &Settings::dataPath)
+                                           .Field(u"ZipPath", &Settings::zipPath)
+                                           .Field(u"BackupExtension", &Settings::backupExtension)
+                                           .Field(u"DataExtension", &Settings::dataExtension)
+                                           .Field(u"CheckSecurity", &Settings::checkSecurity)
+                                           .Done();
     return table;
 }
 

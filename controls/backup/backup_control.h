@@ -10,7 +10,7 @@
 
 namespace qvx::backup {
 
-class BackupControl final : public InvisibleControl<_Backup> {
+class BackupControl final : public InvisibleControl<_Backup>, private MemberAccess<BackupControl> {
   public:
     static const ControlClass classInfo;
 
@@ -18,28 +18,14 @@ class BackupControl final : public InvisibleControl<_Backup> {
 
     const PropertyTable& Properties() override;
 
-    STDMETHODIMP get_CnnString(BSTR* result) override { return Get(result, &Settings::cnnString); }
-    STDMETHODIMP put_CnnString(BSTR value) override { return Put(u"CnnString", &Settings::cnnString, value); }
-    STDMETHODIMP get_Database(BSTR* result) override { return Get(result, &Settings::database); }
-    STDMETHODIMP put_Database(BSTR value) override { return Put(u"Database", &Settings::database, value); }
-    STDMETHODIMP get_TempPath(BSTR* result) override { return Get(result, &Settings::tempPath); }
-    STDMETHODIMP put_TempPath(BSTR value) override { return Put(u"TempPath", &Settings::tempPath, value); }
-    STDMETHODIMP get_DataPath(BSTR* result) override { return Get(result, &Settings::dataPath); }
-    STDMETHODIMP put_DataPath(BSTR value) override { return Put(u"DataPath", &Settings::dataPath, value); }
-    STDMETHODIMP get_ZipPath(BSTR* result) override { return Get(result, &Settings::zipPath); }
-    STDMETHODIMP put_ZipPath(BSTR value) override { return Put(u"ZipPath", &Settings::zipPath, value); }
-    STDMETHODIMP get_BackupExtension(BSTR* result) override { return Get(result, &Settings::backupExtension); }
-    STDMETHODIMP put_BackupExtension(BSTR value) override {
-        return Put(u"BackupExtension", &Settings::backupExtension, value);
-    }
-    STDMETHODIMP get_DataExtension(BSTR* result) override { return Get(result, &Settings::dataExtension); }
-    STDMETHODIMP put_DataExtension(BSTR value) override {
-        return Put(u"DataExtension", &Settings::dataExtension, value);
-    }
-    STDMETHODIMP get_CheckSecurity(VARIANT_BOOL* result) override { return Get(result, &Settings::checkSecurity); }
-    STDMETHODIMP put_CheckSecurity(VARIANT_BOOL value) override {
-        return Put(u"CheckSecurity", &Settings::checkSecurity, value);
-    }
+    QVX_FIELD(BSTR, CnnString, Settings::cnnString)
+    QVX_FIELD(BSTR, Database, Settings::database)
+    QVX_FIELD(BSTR, TempPath, Settings::tempPath)
+    QVX_FIELD(BSTR, DataPath, Settings::dataPath)
+    QVX_FIELD(BSTR, ZipPath, Settings::zipPath)
+    QVX_FIELD(BSTR, BackupExtension, Settings::backupExtension)
+    QVX_FIELD(BSTR, DataExtension, Settings::dataExtension)
+    QVX_FIELD(VARIANT_BOOL, CheckSecurity, Settings::checkSecurity)
 
     // Any number but 0 opens the dialog for a backup. What `action` points to is left as it is; null is E_POINTER.
     STDMETHODIMP Show(ActionType* action) override;
@@ -48,17 +34,12 @@ class BackupControl final : public InvisibleControl<_Backup> {
     void DrawPicture(Surface& surface, const Rect& area) override;
 
   private:
+    friend MemberAccess;
+    friend PropertyRows<BackupControl>;
+
     ~BackupControl() override = default;
 
-    template <class Result, class Value>
-    HRESULT Get(Result* result, Value Settings::*field) {
-        return Give(result, [&] { return settings_.*field; });
-    }
-    using Control::Put;
-    template <class Value, class Given>
-    HRESULT Put(TextView name, Value Settings::*field, Given given) {
-        return Put(name, [&] { settings_.*field = FromHost<Value>(given); });
-    }
+    Settings& PartOf(std::type_identity<Settings>) { return settings_; }
     void Run(Mode mode, HWND owner);
 
     Settings settings_;

@@ -23,10 +23,10 @@ const PropertyTable& FlatBorderControl::Properties() {
     static const PropertyTable table =
         PropertyRows<C>()
             .Color(
-                u"InnerBorder", 1, BorderColors{}.inner, [](C& c) { return c.colors_.inner; },
+                u"InnerBorder", BorderColors{}.inner, [](C& c) { return c.colors_.inner; },
                 [](C& c, OleColor v) { c.Take(&BorderColors::inner, v); })
             .Color(
-                u"OuterBorder", 2, BorderColors{}.outer, [](C& c) { return c.colors_.outer; },
+                u"OuterBorder", BorderColors{}.outer, [](C& c) { return c.colors_.outer; },
                 [](C& c, OleColor v) { c.Take(&BorderColors::outer, v); })
             .Done();
     return table;

@@ -30,13 +30,13 @@ const PropertyTable& ButtonControl::Properties() {
         rows.ForeColor();
         rows.BackColor();
         rows.BorderColor(colors::buttonFace);
-        rows.FocusRect(1);
+        rows.FocusRect();
         rows.Long(
-            u"Behavior", 2, static_cast<std::int32_t>(Style::simpleHeavy),
+            u"Behavior", static_cast<std::int32_t>(Style::simpleHeavy),
             [](C& c) { return static_cast<std::int32_t>(c.button_.Look().behavior); },
             [](C& c, std::int32_t v) { c.button_.SetBehavior(StyleFromStore(v)); });
         rows.Bool(
-            u"DropDown", 3, false, [](C& c) { return c.button_.Look().dropDown; },
+            u"DropDown", false, [](C& c) { return c.button_.Look().dropDown; },
             [](C& c, bool v) { c.button_.SetDropDown(v); });
         rows.Enabled();
         return rows.Done();

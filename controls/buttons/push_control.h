@@ -106,7 +106,7 @@ class PushControl : public Control<I> {
               button_.SetFont(font_.Value());
               this->Changed(u"Font");
           }) {
-        button_.onClick = [this] { this->Fire(DISPID_CLICK); };
+        button_.onClick = [this] { this->Fire(u"Click"); };
     }
     ~PushControl() override = default;
 
@@ -185,42 +185,38 @@ class PushControl : public Control<I> {
       public:
         void Caption() {
             this->String(
-                u"Caption", DISPID_CAPTION, [](PushControl& c) { return c.DefaultCaption(); },
+                u"Caption", [](PushControl& c) { return c.DefaultCaption(); },
                 [](PushControl& c) { return c.button_.Look().caption; },
                 [](PushControl& c, Text v) { c.button_.SetCaption(std::move(v)); });
         }
         void Font() {
             PropertyRows<C>::Font(
-                u"Font", DISPID_FONT, [](PushControl& c) { return c.Host().Font(); },
-                [](PushControl& c) { return c.font_.Value(); },
+                u"Font", [](PushControl& c) { return c.Host().Font(); }, [](PushControl& c) { return c.font_.Value(); },
                 [](PushControl& c, const FontSpec& v) { c.LoadFont(v); });
         }
         void ForeColor() {
             this->Color(
-                u"ForeColor", DISPID_FORECOLOR, colors::buttonText,
-                [](PushControl& c) { return c.button_.Look().foreColor; },
+                u"ForeColor", colors::buttonText, [](PushControl& c) { return c.button_.Look().foreColor; },
                 [](PushControl& c, OleColor v) { c.button_.SetForeColor(v); });
         }
         void BackColor() {
             this->Color(
-                u"BackColor", DISPID_BACKCOLOR, colors::buttonFace,
-                [](PushControl& c) { return c.button_.Look().backColor; },
+                u"BackColor", colors::buttonFace, [](PushControl& c) { return c.button_.Look().backColor; },
                 [](PushControl& c, OleColor v) { c.button_.SetBackColor(v); });
         }
         void BorderColor(OleColor fallback) {
             this->Color(
-                u"BorderColor", DISPID_BORDERCOLOR, fallback,
-                [](PushControl& c) { return c.button_.Look().borderColor; },
+                u"BorderColor", fallback, [](PushControl& c) { return c.button_.Look().borderColor; },
                 [](PushControl& c, OleColor v) { c.button_.SetBorderColor(v); });
         }
-        void FocusRect(DISPID member) {
+        void FocusRect() {
             this->Bool(
-                u"FocusRect", member, true, [](PushControl& c) { return c.button_.Look().focusRect; },
+                u"FocusRect", true, [](PushControl& c) { return c.button_.Look().focusRect; },
                 [](PushControl& c, bool v) { c.button_.SetFocusRect(v); });
         }
         void Enabled() {
             this->Bool(
-                u"Enabled", DISPID_ENABLED, true, [](PushControl& c) { return c.button_.Look().enabled; },
+                u"Enabled", true, [](PushControl& c) { return c.button_.Look().enabled; },
                 [](PushControl& c, bool v) { c.button_.SetEnabled(v); });
         }
     };

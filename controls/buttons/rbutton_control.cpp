@@ -22,26 +22,25 @@ const PropertyTable& RButtonControl::Properties() {
     using C = RButtonControl;
     static const PropertyTable table = [] {
         Rows<C> rows;
-        const auto outline = [&rows](const char16_t* key, DISPID member, OleColor fallback,
-                                     OleColor RButtonLook::*color) {
+        const auto outline = [&rows](const char16_t* key, OleColor fallback, OleColor RButtonLook::*color) {
             rows.Color(
-                key, member, fallback, [=](C& c) { return c.button_.Look().*color; },
+                key, fallback, [=](C& c) { return c.button_.Look().*color; },
                 [=](C& c, OleColor v) { c.button_.SetOutline(color, v); });
         };
         const RButtonLook look;
         rows.Caption();
         rows.Bool(
-            u"Value", DISPID_VALUE, false, [](C& c) { return c.value_; }, [](C& c, bool v) { c.value_ = v; });
+            u"Value", false, [](C& c) { return c.value_; }, [](C& c, bool v) { c.value_ = v; });
         rows.BorderColor(look.borderColor);
-        outline(u"UpTopColor", 1, look.upTopColor, &RButtonLook::upTopColor);
-        outline(u"UpBottomColor", 2, look.upBottomColor, &RButtonLook::upBottomColor);
-        outline(u"DownTopColor", 3, look.downTopColor, &RButtonLook::downTopColor);
-        outline(u"DownBottomColor", 4, look.downBottomColor, &RButtonLook::downBottomColor);
-        outline(u"MaskColor", 5, look.maskColor, &RButtonLook::maskColor);
+        outline(u"UpTopColor", look.upTopColor, &RButtonLook::upTopColor);
+        outline(u"UpBottomColor", look.upBottomColor, &RButtonLook::upBottomColor);
+        outline(u"DownTopColor", look.downTopColor, &RButtonLook::downTopColor);
+        outline(u"DownBottomColor", look.downBottomColor, &RButtonLook::downBottomColor);
+        outline(u"MaskColor", look.maskColor, &RButtonLook::maskColor);
         rows.ForeColor();
         rows.BackColor();
         rows.Enabled();
-        rows.FocusRect(6);
+        rows.FocusRect();
         rows.Font();
         return rows.Done();
     }();

@@ -209,7 +209,7 @@ STDMETHODIMP ComboGridControl::ShowAbout() {
 
 void ComboGridControl::BeforeCellChange(int row, int col, const Text& data, bool& cancel) {
     const bool active = InPlaceActive();
-    Fire(grid_event::beforeCellChange, EventArguments().In(row).In(col).In(Variant(data)).InOut(cancel));
+    Fire(u"BeforeCellChange", EventArguments().In(row).In(col).In(Variant(data)).InOut(cancel));
     // A handler that closed the control has refused the edit as well.
     if (active && !InPlaceActive()) cancel = true;
 }
@@ -217,36 +217,28 @@ void ComboGridControl::BeforeCellChange(int row, int col, const Text& data, bool
 void ComboGridControl::AfterCellChange(int row, int col, const Text& oldData, const Text& newData, bool& cancel) {
     // The cell has changed: what cannot be told for want of memory is lost, rather than called a failure.
     Contain([&] {
-        Fire(grid_event::afterCellChange,
+        Fire(u"AfterCellChange",
              EventArguments().In(row).In(col).In(Variant(oldData)).In(Variant(newData)).InOut(cancel));
     });
 }
 
 void ComboGridControl::OnError(int number, TextView description, bool& response) {
-    Fire(grid_event::onError, EventArguments().In(number).In(Text(description)).InOut(response));
+    Fire(u"OnError", EventArguments().In(number).In(Text(description)).InOut(response));
 }
 
 void ComboGridControl::ListChange(int row, int col, const Text& data) {
-    Fire(grid_event::listChange, EventArguments().In(row).In(col).In(Variant(data)));
+    Fire(u"ListChange", EventArguments().In(row).In(col).In(Variant(data)));
 }
 
 void ComboGridControl::ListClick(int row, int col, const Text& data) {
-    Fire(grid_event::listClick, EventArguments().In(row).In(col).In(Variant(data)));
+    Fire(u"ListClick", EventArguments().In(row).In(col).In(Variant(data)));
 }
 
-void ComboGridControl::KeyDown(short& keyCode, short& shift) {
-    Fire(DISPID_KEYDOWN, EventArguments().InOut(keyCode).InOut(shift));
-}
-
-void ComboGridControl::OnDelete(int row) { Fire(grid_event::onDelete, EventArguments().In(row)); }
+void ComboGridControl::OnDelete(int row) { Fire(u"OnDelete", EventArguments().In(row)); }
 
 void ComboGridControl::BindProgress(long loaded, long total, bool& cancel) {
-    Fire(grid_event::bindProgress, EventArguments().In(loaded).In(total).InOut(cancel));
+    Fire(u"BindProgress", EventArguments().In(loaded).In(total).InOut(cancel));
 }
-
-void ComboGridControl::EnterCell() { Fire(grid_event::enterCell); }
-
-void ComboGridControl::LeaveCell() { Fire(grid_event::leaveCell); }
 
 void ComboGridControl::ReportError(int number, TextView description) {
     const DialogScope dialog(*this);

@@ -7,60 +7,43 @@
 
 #include "Qvx.h"
 #include "com/members.h"
-#include "controls/grid/combogrid_events.h"
 #include "controls/grid/entry_grid_window.h"
 #include "kit/control.h"
 
 namespace qvx::grid {
 
-class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEvents {
+class ComboGridControl final : public Control<_ComboGrid>,
+                               private MemberAccess<ComboGridControl>,
+                               private EntryGridEvents {
   public:
     static const ControlClass classInfo;
 
     ComboGridControl();
 
     // Columns by caption
-    STDMETHODIMP get_ListColumns(BSTR* result) override;
-    STDMETHODIMP put_ListColumns(BSTR value) override;
-    STDMETHODIMP get_UnChangableColumns(BSTR* result) override;
-    STDMETHODIMP put_UnChangableColumns(BSTR value) override;
-    STDMETHODIMP get_InActiveColumns(BSTR* result) override;
-    STDMETHODIMP put_InActiveColumns(BSTR value) override;
-    STDMETHODIMP get_NonFocusColumns(BSTR* result) override;
-    STDMETHODIMP put_NonFocusColumns(BSTR value) override;
+    QVX_FIELD(BSTR, ListColumns, ControlState::listColumns)
+    QVX_FIELD(BSTR, UnChangableColumns, ControlState::unChangableColumns)
+    QVX_FIELD(BSTR, InActiveColumns, ControlState::inActiveColumns)
+    QVX_FIELD(BSTR, NonFocusColumns, ControlState::nonFocusColumns)
     STDMETHODIMP get_InVisibleColumns(BSTR* result) override;
     STDMETHODIMP put_InVisibleColumns(BSTR value) override;
-    STDMETHODIMP get_RequiredFields(BSTR* result) override;
-    STDMETHODIMP put_RequiredFields(BSTR value) override;
-    STDMETHODIMP get_ColumnsDataType(BSTR* result) override;
-    STDMETHODIMP put_ColumnsDataType(BSTR value) override;
-    STDMETHODIMP get_CheckValueFor(BSTR* result) override;
-    STDMETHODIMP put_CheckValueFor(BSTR value) override;
+    QVX_FIELD(BSTR, RequiredFields, ControlState::requiredFields)
+    QVX_FIELD(BSTR, ColumnsDataType, ControlState::columnsDataType)
+    QVX_FIELD(BSTR, CheckValueFor, ControlState::checkValueFor)
     STDMETHODIMP get_ColIndex(IDispatch** result) override;
     STDMETHODIMP putref_ColIndex(IDispatch* value) override;
-    STDMETHODIMP get_StringFormat(BSTR* result) override;
-    STDMETHODIMP put_StringFormat(BSTR value) override;
+    QVX_FIELD(BSTR, StringFormat, ControlState::stringFormat)
     // State
-    STDMETHODIMP get_Changed(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_Changed(VARIANT_BOOL value) override;
-    STDMETHODIMP get_DateFormat(BSTR* result) override;
-    STDMETHODIMP put_DateFormat(BSTR value) override;
-    STDMETHODIMP get_KeyColumn(short* result) override;
-    STDMETHODIMP put_KeyColumn(short value) override;
-    STDMETHODIMP get_CellToolTip(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_CellToolTip(VARIANT_BOOL value) override;
-    STDMETHODIMP get_ProjectionBold(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_ProjectionBold(VARIANT_BOOL value) override;
-    STDMETHODIMP get_BindFrom(short* result) override;
-    STDMETHODIMP put_BindFrom(short value) override;
-    STDMETHODIMP get_AutoTab(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_AutoTab(VARIANT_BOOL value) override;
-    STDMETHODIMP get_ProjectSelection(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_ProjectSelection(VARIANT_BOOL value) override;
-    STDMETHODIMP get_AutoRecordNumber(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_AutoRecordNumber(VARIANT_BOOL value) override;
-    STDMETHODIMP get_AutoAddNew(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_AutoAddNew(VARIANT_BOOL value) override;
+    QVX_FIELD(VARIANT_BOOL, Changed, ControlState::changed)
+    QVX_FIELD(BSTR, DateFormat, ControlState::dateFormat)
+    QVX_FIELD(short, KeyColumn, ControlState::keyColumn)
+    QVX_FIELD(VARIANT_BOOL, CellToolTip, ControlState::cellToolTip)
+    QVX_FIELD(VARIANT_BOOL, ProjectionBold, ControlState::projectionBold)
+    QVX_FIELD(short, BindFrom, ControlState::bindFrom)
+    QVX_FIELD(VARIANT_BOOL, AutoTab, ControlState::autoTab)
+    QVX_FIELD(VARIANT_BOOL, ProjectSelection, ControlState::projectSelection)
+    QVX_FIELD(VARIANT_BOOL, AutoRecordNumber, ControlState::autoRecordNumber)
+    QVX_FIELD(VARIANT_BOOL, AutoAddNew, ControlState::autoAddNew)
     // Methods
     STDMETHODIMP get_Lists(short index, IDispatch** result) override;
     STDMETHODIMP RefreshColIndex() override;
@@ -92,70 +75,51 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     STDMETHODIMP Cut() override;
     STDMETHODIMP Paste() override;
     // The inner grid's members
-    STDMETHODIMP get_TextArray(long index, BSTR* result) override;
-    STDMETHODIMP put_TextArray(long index, BSTR value) override;
-    STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override;
-    STDMETHODIMP put_TextMatrix(long row, long col, BSTR value) override;
-    STDMETHODIMP get_Rows(long* result) override;
-    STDMETHODIMP put_Rows(long value) override;
-    STDMETHODIMP get_Cols(long* result) override;
-    STDMETHODIMP put_Cols(long value) override;
-    STDMETHODIMP get_FixedCols(long* result) override;
-    STDMETHODIMP put_FixedCols(long value) override;
-    STDMETHODIMP get_FixedRows(long* result) override;
-    STDMETHODIMP put_FixedRows(long value) override;
-    STDMETHODIMP get_BackColorBkg(OLE_COLOR* result) override;
-    STDMETHODIMP put_BackColorBkg(OLE_COLOR value) override;
-    STDMETHODIMP get_AllowUserResizing(GridResizing* result) override;
-    STDMETHODIMP put_AllowUserResizing(GridResizing value) override;
-    STDMETHODIMP get_Appearance(GridAppearance* result) override;
-    STDMETHODIMP put_Appearance(GridAppearance value) override;
-    STDMETHODIMP get_BackColor(OLE_COLOR* result) override;
-    STDMETHODIMP put_BackColor(OLE_COLOR value) override;
-    STDMETHODIMP get_BackColorSel(OLE_COLOR* result) override;
-    STDMETHODIMP put_BackColorSel(OLE_COLOR value) override;
-    STDMETHODIMP get_FocusRect(GridFocusRect* result) override;
-    STDMETHODIMP put_FocusRect(GridFocusRect value) override;
-    STDMETHODIMP get_ForeColor(OLE_COLOR* result) override;
-    STDMETHODIMP put_ForeColor(OLE_COLOR value) override;
-    STDMETHODIMP get_ForeColorFixed(OLE_COLOR* result) override;
-    STDMETHODIMP put_ForeColorFixed(OLE_COLOR value) override;
-    STDMETHODIMP get_ForeColorSel(OLE_COLOR* result) override;
-    STDMETHODIMP put_ForeColorSel(OLE_COLOR value) override;
-    STDMETHODIMP get_FormatString(BSTR* result) override;
-    STDMETHODIMP put_FormatString(BSTR value) override;
-    STDMETHODIMP get_GridColor(OLE_COLOR* result) override;
-    STDMETHODIMP put_GridColor(OLE_COLOR value) override;
-    STDMETHODIMP get_GridColorFixed(OLE_COLOR* result) override;
-    STDMETHODIMP put_GridColorFixed(OLE_COLOR value) override;
-    STDMETHODIMP get_GridLines(GridLineStyle* result) override;
-    STDMETHODIMP put_GridLines(GridLineStyle value) override;
-    STDMETHODIMP get_GridLinesFixed(GridLineStyle* result) override;
-    STDMETHODIMP put_GridLinesFixed(GridLineStyle value) override;
-    STDMETHODIMP get_HighLight(GridHighLight* result) override;
-    STDMETHODIMP put_HighLight(GridHighLight value) override;
-    STDMETHODIMP get_MergeCells(GridMerge* result) override;
-    STDMETHODIMP put_MergeCells(GridMerge value) override;
-    STDMETHODIMP get_ScrollBars(GridScrollBars* result) override;
-    STDMETHODIMP put_ScrollBars(GridScrollBars value) override;
-    STDMETHODIMP get_ScrollTrack(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_ScrollTrack(VARIANT_BOOL value) override;
-    STDMETHODIMP get_SelectionMode(GridSelection* result) override;
-    STDMETHODIMP put_SelectionMode(GridSelection value) override;
-    STDMETHODIMP get_BackColorFixed(OLE_COLOR* result) override;
-    STDMETHODIMP put_BackColorFixed(OLE_COLOR value) override;
-    STDMETHODIMP get_Enabled(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_Enabled(VARIANT_BOOL value) override;
-    STDMETHODIMP get_BorderStyle(GridBorder* result) override;
-    STDMETHODIMP put_BorderStyle(GridBorder value) override;
-    STDMETHODIMP get_ColAlignment(long index, short* result) override;
-    STDMETHODIMP put_ColAlignment(long index, short value) override;
-    STDMETHODIMP get_ColWidth(long index, long* result) override;
-    STDMETHODIMP put_ColWidth(long index, long value) override;
-    STDMETHODIMP get_Row(long* result) override;
-    STDMETHODIMP put_Row(long value) override;
-    STDMETHODIMP get_Col(long* result) override;
-    STDMETHODIMP put_Col(long value) override;
+    QVX_INDEXED_PROPERTY(BSTR, TextArray, flexgrid::Grid)
+    STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override {
+        return GetMember(result, &flexgrid::Grid::TextMatrix, row, col);
+    }
+    STDMETHODIMP put_TextMatrix(long row, long col, BSTR value) override {
+        return PutMember(u"TextMatrix", &flexgrid::Grid::SetTextMatrix, row, col, value);
+    }
+    STDMETHODIMP get_Rows(long* result) override { return GetMember(result, &flexgrid::Grid::Rows); }
+    STDMETHODIMP put_Rows(long value) override { return PutCount(u"Rows", &flexgrid::Grid::SetRows, value); }
+    STDMETHODIMP get_Cols(long* result) override { return GetMember(result, &flexgrid::Grid::Cols); }
+    STDMETHODIMP put_Cols(long value) override { return PutCount(u"Cols", &flexgrid::Grid::SetCols, value); }
+    STDMETHODIMP get_FixedCols(long* result) override { return GetMember(result, &flexgrid::Grid::FixedCols); }
+    STDMETHODIMP put_FixedCols(long value) override {
+        return PutCount(u"FixedCols", &flexgrid::Grid::SetFixedCols, value);
+    }
+    STDMETHODIMP get_FixedRows(long* result) override { return GetMember(result, &flexgrid::Grid::FixedRows); }
+    STDMETHODIMP put_FixedRows(long value) override {
+        return PutCount(u"FixedRows", &flexgrid::Grid::SetFixedRows, value);
+    }
+    QVX_PROPERTY(OLE_COLOR, BackColorBkg, flexgrid::Grid)
+    QVX_PROPERTY(GridResizing, AllowUserResizing, flexgrid::Grid)
+    QVX_PROPERTY(GridAppearance, Appearance, flexgrid::Grid)
+    QVX_PROPERTY(OLE_COLOR, BackColor, flexgrid::Grid)
+    QVX_PROPERTY(OLE_COLOR, BackColorSel, flexgrid::Grid)
+    QVX_PROPERTY(GridFocusRect, FocusRect, flexgrid::Grid)
+    QVX_PROPERTY(OLE_COLOR, ForeColor, flexgrid::Grid)
+    QVX_PROPERTY(OLE_COLOR, ForeColorFixed, flexgrid::Grid)
+    QVX_PROPERTY(OLE_COLOR, ForeColorSel, flexgrid::Grid)
+    QVX_PROPERTY(BSTR, FormatString, flexgrid::Grid)
+    QVX_PROPERTY(OLE_COLOR, GridColor, flexgrid::Grid)
+    QVX_PROPERTY(OLE_COLOR, GridColorFixed, flexgrid::Grid)
+    QVX_PROPERTY(GridLineStyle, GridLines, flexgrid::Grid)
+    QVX_PROPERTY(GridLineStyle, GridLinesFixed, flexgrid::Grid)
+    QVX_PROPERTY(GridHighLight, HighLight, flexgrid::Grid)
+    QVX_PROPERTY(GridMerge, MergeCells, flexgrid::Grid)
+    QVX_PROPERTY(GridScrollBars, ScrollBars, flexgrid::Grid)
+    QVX_PROPERTY(VARIANT_BOOL, ScrollTrack, flexgrid::Grid)
+    QVX_PROPERTY(GridSelection, SelectionMode, flexgrid::Grid)
+    QVX_PROPERTY(OLE_COLOR, BackColorFixed, flexgrid::Grid)
+    QVX_PROPERTY(VARIANT_BOOL, Enabled, flexgrid::Grid)
+    QVX_PROPERTY(GridBorder, BorderStyle, flexgrid::Grid)
+    QVX_INDEXED_PROPERTY(short, ColAlignment, flexgrid::Grid)
+    QVX_INDEXED_PROPERTY(long, ColWidth, flexgrid::Grid)
+    QVX_PROPERTY(long, Row, flexgrid::Grid)
+    QVX_PROPERTY(long, Col, flexgrid::Grid)
     STDMETHODIMP get_hWnd(long* result) override;
     STDMETHODIMP get_hDC(long* result) override;
 
@@ -181,6 +145,9 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     void OnTerminate() override;
 
   private:
+    friend MemberAccess;
+    friend PropertyRows<ComboGridControl>;
+
     ~ComboGridControl() override = default;
 
     // EntryGridEvents
@@ -189,36 +156,19 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
     void OnError(int number, TextView description, bool& response) override;
     void ListChange(int row, int col, const Text& data) override;
     void ListClick(int row, int col, const Text& data) override;
-    void KeyDown(short& keyCode, short& shift) override;
-    void Click() override { Fire(DISPID_CLICK); }
-    void DblClick() override { Fire(DISPID_DBLCLICK); }
-    void KeyPress(short& keyAscii) override { Fire(DISPID_KEYPRESS, EventArguments().InOut(keyAscii)); }
-    void KeyUp(short& keyCode, short& shift) override {
-        Fire(DISPID_KEYUP, EventArguments().InOut(keyCode).InOut(shift));
+    void Raise(TextView event, EventArguments arguments) override { Fire(event, std::move(arguments)); }
+    void KeyDown(short& keyCode, short& shift) override {
+        Fire(u"KeyDown", EventArguments().InOut(keyCode).InOut(shift));
     }
-    void MouseDown(short button, short shift, float x, float y) override {
-        Mouse(DISPID_MOUSEDOWN, button, shift, x, y);
-    }
-    void MouseMove(short button, short shift, float x, float y) override {
-        Mouse(DISPID_MOUSEMOVE, button, shift, x, y);
-    }
-    void MouseUp(short button, short shift, float x, float y) override { Mouse(DISPID_MOUSEUP, button, shift, x, y); }
-    void RowColChange() override { Fire(grid_event::rowColChange); }
-    void SelChange() override { Fire(grid_event::selChange); }
-    void Scroll() override { Fire(grid_event::scroll); }
+    void KeyUp(short& keyCode, short shift) override { Fire(u"KeyUp", EventArguments().InOut(keyCode).InOut(shift)); }
     // The inner grid's window paints itself; without one its picture is the control's to paint.
-    void Invalidated() override {
+    void Invalidated(flexgrid::GridChange, const flexgrid::CellRange&) override {
         if (!IsCovered()) Invalidate();
-    }
-    void Mouse(DISPID event, short button, short shift, float x, float y) {
-        Fire(event, EventArguments().In(button).In(shift).In(x).In(y));
     }
     void OnDelete(int row) override;
     bool Listens() override { return HasListeners(); }
     bool RaisesEvents() override { return ControlBase::RaisesEvents(); }
     void BindProgress(long loaded, long total, bool& cancel) override;
-    void EnterCell() override;
-    void LeaveCell() override;
     void ReportError(int number, TextView description) override;
     bool Say(TextView prompt, const dialogs::MessageKind& kind) override;
     void FocusMovesTo(HWND moving) override { ControlBase::FocusMovesTo(moving); }
@@ -229,29 +179,15 @@ class ComboGridControl final : public Control<_ComboGrid>, private EntryGridEven
 
     ControlState& State() { return entry_.State(); }
     flexgrid::Grid& Model() { return entry_.Model(); }
+    ControlState& PartOf(std::type_identity<ControlState>) { return State(); }
+    template <class Base>
+    requires std::is_base_of_v<Base, flexgrid::Grid> flexgrid::Grid& PartOf(std::type_identity<Base>) {
+        return Model();
+    }
     void Prepare();
     void RebuildColIndex();
     void FocusCell(int row, int col);
 
-    // A field of the control's state, or what the inner grid says.
-    template <class Result, class Value>
-    HRESULT Get(Result* result, Value ControlState::*field) {
-        return Give(result, [&] { return State().*field; });
-    }
-    template <class Result, class Owner, class Value, class... Parameters, class... Given>
-    HRESULT Get(Result* result, Value (Owner::*member)(Parameters...) const, Given... given) {
-        return Give(result, [&] { return (Model().*member)(FromHost<Parameters>(given)...); });
-    }
-    // Sets either, and tells the host's property store under the given name.
-    using Control::Put;
-    template <class Value, class Given>
-    HRESULT Put(TextView name, Value ControlState::*field, Given given) {
-        return Put(name, [&] { State().*field = FromHost<Value>(given); });
-    }
-    template <class Owner, class... Parameters, class... Given>
-    HRESULT Put(TextView name, void (Owner::*member)(Parameters...), Given... given) {
-        return Put(name, [&] { (Model().*member)(FromHost<Parameters>(given)...); });
-    }
     // Rows and columns come and go under an open edit without ending it.
     HRESULT PutCount(TextView name, void (flexgrid::Grid::*member)(int), long value) {
         return Put(name, [&] { entry_.ChangeRows([&] { (Model().*member)(static_cast<int>(value)); }); });

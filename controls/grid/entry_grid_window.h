@@ -22,33 +22,19 @@
 #include "dialogs/messages.h"
 #include "widgets/flexgrid/flexgrid_object.h"
 #include "widgets/flexgrid/flexgrid_window.h"
+#include "widgets/flexgrid/grid_event_source_object.h"
 
 namespace qvx::grid {
 
-// What the control around the grid passes on to its host. A handler may do anything, short of destroying the EntryGrid.
-class EntryGridEvents {
+// What the control around the grid passes on to its host: the inner grid's own events, before the grid for data entry
+// acts on them, and those of data entry. A handler may do anything, short of destroying the EntryGrid.
+class EntryGridEvents : public flexgrid::GridEventSource {
   public:
-    virtual ~EntryGridEvents() = default;
     virtual void BeforeCellChange(int row, int col, const Text& data, bool& cancel) = 0;
     virtual void AfterCellChange(int row, int col, const Text& oldData, const Text& newData, bool& cancel) = 0;
     virtual void OnError(int number, TextView description, bool& response) = 0;
     virtual void ListChange(int row, int col, const Text& data) = 0;
     virtual void ListClick(int row, int col, const Text& data) = 0;
-    virtual void KeyDown(short& keyCode, short& shift) = 0;
-    // What else the inner grid tells, before the grid for data entry acts on it.
-    virtual void Click() = 0;
-    virtual void DblClick() = 0;
-    virtual void KeyPress(short& keyAscii) = 0;
-    virtual void KeyUp(short& keyCode, short& shift) = 0;
-    virtual void MouseDown(short button, short shift, float x, float y) = 0;
-    virtual void MouseMove(short button, short shift, float x, float y) = 0;
-    virtual void MouseUp(short button, short shift, float x, float y) = 0;
-    virtual void RowColChange() = 0;
-    virtual void SelChange() = 0;
-    virtual void Scroll() = 0;
-    // Something that the inner grid shows has changed, by whomever. In the middle of the change, and as often as there
-    // are changes.
-    virtual void Invalidated() = 0;
     virtual void OnDelete(int row) = 0;
     // Whether anybody hears of all this.
     virtual bool Listens() = 0;
@@ -56,8 +42,6 @@ class EntryGridEvents {
     virtual bool RaisesEvents() = 0;
     // Loaded records, and how many there are in all (-1: not known).
     virtual void BindProgress(long loaded, long total, bool& cancel) = 0;
-    virtual void EnterCell() = 0;
-    virtual void LeaveCell() = 0;
     virtual void ReportError(int number, TextView description) = 0;
     // A message to the user under the form's caption; true for OK and Yes.
     virtual bool Say(TextView prompt, const dialogs::MessageKind& kind) = 0;
@@ -144,7 +128,9 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void EnterCell() override;
     void RowColChange() override { events_.RowColChange(); }
     void SelChange() override { events_.SelChange(); }
-    void Invalidated(flexgrid::GridChange, const flexgrid::CellRange&) override { events_.Invalidated(); }
+    void Invalidated(flexgrid::GridChange change, const flexgrid::CellRange& range) override {
+        events_.Invalidated(change, range);
+    }
     // GridWindowEvents
     std::shared_ptr<void> Hold() override;
     void Click() override { events_.Click(); }

@@ -25,7 +25,7 @@ const PropertyTable& CMenusControl::Properties() {
     static const PropertyTable table =
         PropertyRows<C>()
             .String(
-                u"ImageList", 1, u"", [](C& c) { return c.imageList_; }, [](C& c, Text v) { c.Take(std::move(v)); })
+                u"ImageList", u"", [](C& c) { return c.imageList_; }, [](C& c, Text v) { c.Take(std::move(v)); })
             .Done();
     return table;
 }

@@ -20,9 +20,6 @@ namespace {
 // To the control's own window: a text that must not be left has been left.
 constexpr UINT leftEmptyMessage = WM_APP + 1;
 
-// The event that has no number of the system's, as the type library has it.
-constexpr DISPID changeEvent = 1;
-
 // While a box takes the focus back. The one that loses it to that has been left for a moment only, and by no will of
 // the user's: were it checked too, two empty boxes would send the focus to and fro for ever.
 [[gnu::section(".tls$")]] bool takingBack = false;
@@ -110,10 +107,10 @@ int TextEditControl::Take(const KeyAnswer& answer) {
 
 void TextEditControl::TextBoxKeyDown(int& key, int shift) {
     const auto keep = KeepAlive();
-    if (key == keys::enter && useEnterKey_) SendKey(keys::tab, 0);
+    if (key == keys::enter && settings_.useEnterKey) SendKey(keys::tab, 0);
     auto keyCode = static_cast<short>(key);
     auto state = static_cast<short>(shift);
-    Fire(DISPID_KEYDOWN, EventArguments().InOut(keyCode).InOut(state));
+    Fire(u"KeyDown", EventArguments().InOut(keyCode).InOut(state));
     key = keyCode & 0xFFFF;
     if (box_.Window()) key = Take(FilterKeyDown(rules_, Entry(), key));
 }
@@ -132,7 +129,7 @@ void TextEditControl::TextBoxKeyPress(int& character) {
     }
     left = Take(FilterCharacter(rules_, Entry(), left));
     auto keyAscii = static_cast<short>(left);
-    Fire(DISPID_KEYPRESS, EventArguments().InOut(keyAscii));
+    Fire(u"KeyPress", EventArguments().InOut(keyAscii));
     character = keyAscii & 0xFFFF;
     // The text box would only beep at it.
     if (character == keys::enter) character = 0;
@@ -142,22 +139,23 @@ void TextEditControl::TextBoxKeyUp(int key, int shift) {
     const auto keep = KeepAlive();
     auto keyCode = static_cast<short>(key);
     auto state = static_cast<short>(shift);
-    Fire(DISPID_KEYUP, EventArguments().InOut(keyCode).InOut(state));
+    Fire(u"KeyUp", EventArguments().InOut(keyCode).InOut(state));
 }
 
 bool TextEditControl::WantsKey(const MSG& message) {
     if (message.message == WM_CHAR || message.message == WM_KEYUP) return true;
-    return message.message == WM_KEYDOWN && KeepsKey(static_cast<int>(message.wParam), ShiftState(), useEnterKey_);
+    return message.message == WM_KEYDOWN &&
+           KeepsKey(static_cast<int>(message.wParam), ShiftState(), settings_.useEnterKey);
 }
 
 // ---- Focus ---------------------------------------------------------------------------------------------------------
 
-void TextEditControl::TextBoxChange() { Fire(changeEvent); }
+void TextEditControl::TextBoxChange() { Fire(u"Change"); }
 
 HWND TextEditControl::FocusWindow() { return box_.Window() && box_.Enabled() ? box_.Window() : WindowHandle(); }
 
 void TextEditControl::TextBoxGotFocus() {
-    if (autoSelection_) box_.SelectAll();
+    if (settings_.autoSelection) box_.SelectAll();
     FocusMovesTo(box_.Window());
 }
 
@@ -180,7 +178,7 @@ bool TextEditControl::MayLeave() {
     bool may = true;
     // The focus goes even where the text cannot be brought into its form, as with negative places: it is left as it is.
     Contain([&] {
-        may = allowEmpty_ || !IsEmptyEntry(box_.GetText());
+        may = settings_.allowEmpty || !IsEmptyEntry(box_.GetText());
         if (may && rules_.dataType != data_type::none) NormaliseInPlace();
     });
     return may;

@@ -11,7 +11,12 @@
 
 namespace qvx::textedit {
 
-class TextEditControl final : public Control<_TextEdit>, private TextBoxListener {
+// Decimal places of a box that was not given another number.
+constexpr std::int16_t defaultPlaces = 2;
+
+class TextEditControl final : public Control<_TextEdit>,
+                              private MemberAccess<TextEditControl>,
+                              private TextBoxListener {
   public:
     static const ControlClass classInfo;
 
@@ -20,49 +25,34 @@ class TextEditControl final : public Control<_TextEdit>, private TextBoxListener
     const PropertyTable& Properties() override;
 
     // What the inner box holds. Numbers that an enumeration does not have are run-time error 380.
-    STDMETHODIMP get_BackColor(OLE_COLOR* result) override;
-    STDMETHODIMP put_BackColor(OLE_COLOR value) override;
-    STDMETHODIMP get_ForeColor(OLE_COLOR* result) override;
-    STDMETHODIMP put_ForeColor(OLE_COLOR value) override;
+    QVX_PROPERTY(OLE_COLOR, BackColor, TextBoxWindow)
+    QVX_PROPERTY(OLE_COLOR, ForeColor, TextBoxWindow)
     STDMETHODIMP get_Font(IFontDisp** result) override;
     STDMETHODIMP put_Font(IFontDisp* value) override;
     STDMETHODIMP putref_Font(IFontDisp* value) override;
-    STDMETHODIMP get_BorderStyle(TextBorderStyle* result) override;
-    STDMETHODIMP put_BorderStyle(TextBorderStyle value) override;
-    STDMETHODIMP get_Alignment(TextAlignment* result) override;
-    STDMETHODIMP put_Alignment(TextAlignment value) override;
-    STDMETHODIMP get_MaxLength(long* result) override;
-    STDMETHODIMP put_MaxLength(long value) override;
+    QVX_PROPERTY(TextBorderStyle, BorderStyle, TextBoxWindow)
+    QVX_PROPERTY(TextAlignment, Alignment, TextBoxWindow)
+    QVX_PROPERTY(long, MaxLength, TextBoxWindow)
     STDMETHODIMP get_Text(BSTR* result) override;
     // Brought into the form of the data type first; error 5 for a negative DecimalPlaces, in a decimal box.
     STDMETHODIMP put_Text(BSTR value) override;
-    STDMETHODIMP get_ToolTipText(BSTR* result) override;
-    STDMETHODIMP put_ToolTipText(BSTR value) override;
-    STDMETHODIMP get_Enabled(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_Enabled(VARIANT_BOOL value) override;
-    STDMETHODIMP get_Locked(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_Locked(VARIANT_BOOL value) override;
-    STDMETHODIMP get_Appearance(TextAppearance* result) override;
-    STDMETHODIMP put_Appearance(TextAppearance value) override;
+    QVX_PROPERTY(BSTR, ToolTipText, TextBoxWindow)
+    QVX_PROPERTY(VARIANT_BOOL, Enabled, TextBoxWindow)
+    QVX_PROPERTY(VARIANT_BOOL, Locked, TextBoxWindow)
+    QVX_PROPERTY(TextAppearance, Appearance, TextBoxWindow)
 
     // What is checked. Nothing is refused here: any type, places and bounds are stored as given. The text follows a
     // new type and new places afterwards, with error 5 for negative places when it does.
     STDMETHODIMP get_DataType(dtaType* result) override;
     STDMETHODIMP put_DataType(dtaType value) override;
-    STDMETHODIMP get_AllowEmpty(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_AllowEmpty(VARIANT_BOOL value) override;
-    STDMETHODIMP get_UseEnterKey(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_UseEnterKey(VARIANT_BOOL value) override;
-    STDMETHODIMP get_MinValue(double* result) override;
-    STDMETHODIMP put_MinValue(double value) override;
-    STDMETHODIMP get_MaxValue(double* result) override;
-    STDMETHODIMP put_MaxValue(double value) override;
-    STDMETHODIMP get_AutoSelection(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_AutoSelection(VARIANT_BOOL value) override;
+    QVX_FIELD(VARIANT_BOOL, AllowEmpty, Settings::allowEmpty)
+    QVX_FIELD(VARIANT_BOOL, UseEnterKey, Settings::useEnterKey)
+    QVX_FIELD(double, MinValue, KeyRules::minValue)
+    QVX_FIELD(double, MaxValue, KeyRules::maxValue)
+    QVX_FIELD(VARIANT_BOOL, AutoSelection, Settings::autoSelection)
     STDMETHODIMP get_DecimalPlaces(short* result) override;
     STDMETHODIMP put_DecimalPlaces(short value) override;
-    STDMETHODIMP get_Boundaries(VARIANT_BOOL* result) override;
-    STDMETHODIMP put_Boundaries(VARIANT_BOOL value) override;
+    QVX_FIELD(VARIANT_BOOL, Boundaries, KeyRules::boundaries)
 
     STDMETHODIMP get_TextBox(IDispatch** result) override;
     STDMETHODIMP get_hDC(long* result) override;
@@ -87,7 +77,21 @@ class TextEditControl final : public Control<_TextEdit>, private TextBoxListener
     bool WantsKey(const MSG& message) override;
 
   private:
+    // What it knows besides the rules for its keys.
+    struct Settings {
+        bool allowEmpty = true;
+        bool useEnterKey = false;
+        bool autoSelection = true;
+        std::int16_t decimalPlaces = defaultPlaces;
+    };
+    friend MemberAccess;
+    friend PropertyRows<TextEditControl>;
+
     ~TextEditControl() override = default;
+
+    TextBoxWindow& PartOf(std::type_identity<TextBoxWindow>) { return box_; }
+    KeyRules& PartOf(std::type_identity<KeyRules>) { return rules_; }
+    Settings& PartOf(std::type_identity<Settings>) { return settings_; }
 
     // TextBoxListener
     void TextBoxChange() override;
@@ -97,12 +101,6 @@ class TextEditControl final : public Control<_TextEdit>, private TextBoxListener
     void TextBoxKeyPress(int& character) override;
     void TextBoxKeyUp(int key, int shift) override;
     void TextBoxPrepared() override;
-
-    template <class Result, class Value>
-    HRESULT Get(Result* result, Value (TextBoxWindow::*member)() const);
-    template <class Parameter, class Given>
-    HRESULT Put(TextView name, void (TextBoxWindow::*member)(Parameter), Given value);
-    using Control::Put;
 
     TextEntry Entry() const;
     int Take(const KeyAnswer& answer);
@@ -120,10 +118,7 @@ class TextEditControl final : public Control<_TextEdit>, private TextBoxListener
     TextBoxAutomation automation_;
     AmbientFont ambientFont_;
     KeyRules rules_;
-    bool allowEmpty_ = true;
-    bool useEnterKey_ = false;
-    bool autoSelection_ = true;
-    std::int16_t decimalPlaces_ = 2;
+    Settings settings_;
 };
 
 }  // namespace qvx::textedit

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "controls/grid/combogrid_events.h"
+#include "tests/control/combogrid_events.h"
 #include "tests/support/container.h"
 #include "tests/support/server_under_test.h"
 

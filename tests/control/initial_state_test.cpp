@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 #include <olectl.h>
 
+#include <algorithm>
+#include <set>
+
 #include "com/font_object.h"
 #include "tests/support/container.h"
 #include "tests/support/each_control.h"
@@ -114,6 +117,43 @@ TEST_P(NeverInitialised, StartsOutAsIfInitialised) {
     }
     EXPECT_EQ(S_FALSE, fresh.As<IPersistStreamInit>()->IsDirty());
     EXPECT_EQ(SaveToStream(initialised.get()), SaveToStream(fresh.get()));
+}
+
+class NamedProperties : public ::testing::TestWithParam<const CLSID*> {};
+
+INSTANTIATE_TEST_SUITE_P(Controls, NamedProperties, ::testing::ValuesIn(EachControlId()), ControlName);
+
+// A control names its properties in its setters and in its table; the type library has the numbers.
+TEST_P(NamedProperties, AreReportedByTheirNumbersAndKeptUnderTheirNames) {
+    Container::Options options;
+    options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(true));
+    Container container(options);
+    container.Place(ServerUnderTest::Get().Create(*GetParam()));
+    const auto automation = container.Automation();
+    const auto listener = MakeObject<PropertyListener>();
+    const Connection connection(container.Control(), IID_IPropertyNotifySink, listener.get());
+    std::set<std::wstring> names;
+    for (const Member& member : MembersOfInterface(automation.get())) {
+        names.insert(member.name);
+        if (member.kind != INVOKE_PROPERTYPUT) continue;
+        const std::vector<VARIANT> index(static_cast<std::size_t>(member.parameters - 1), Variant(1).get());
+        listener->changed.clear();
+        if (!Change(automation.get(), member, index)) continue;
+        SCOPED_TRACE(Narrow(FromWide(member.name.c_str())));
+        const auto reported = [&](DISPID id) {
+            return std::count(listener->changed.begin(), listener->changed.end(), id);
+        };
+        EXPECT_GT(reported(member.id), 0);
+        EXPECT_EQ(0, reported(DISPID_UNKNOWN));
+    }
+    const auto bag = MakeObject<MemoryBag>();
+    ASSERT_EQ(S_OK, container.Automation().As<IPersistPropertyBag>()->Save(bag.get(), TRUE, FALSE));
+    EXPECT_FALSE(bag->entries.empty());
+    for (const auto& [key, value] : bag->entries) {
+        // Where a property has an index, the value for 0 is kept.
+        const bool indexed = key.back() == L'0' && names.contains(key.substr(0, key.size() - 1));
+        EXPECT_TRUE(names.contains(key) || indexed) << Narrow(FromWide(key.c_str()));
+    }
 }
 
 }  // namespace

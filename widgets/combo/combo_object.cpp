@@ -21,7 +21,8 @@ short ToShort(int value) {
 
 }  // namespace
 
-class ComboObject final : public ComObject<Dispatch<IEditorCombo>, ErrorInfoSupport<IEditorCombo>> {
+class ComboObject final : public ComObject<Dispatch<IEditorCombo>, ErrorInfoSupport<IEditorCombo>>,
+                          private MemberAccess<ComboObject> {
   public:
     explicit ComboObject(ComboWindow& combo) : combo_(&combo), font_([this] { OnFontChanged(); }) {
         font_.Load(combo.Font());
@@ -83,45 +84,15 @@ class ComboObject final : public ComObject<Dispatch<IEditorCombo>, ErrorInfoSupp
     STDMETHODIMP get_Sorted(VARIANT_BOOL* result) override {
         return Give(result, [&] { return Combo().Sorted(); });
     }
-    STDMETHODIMP get_SelStart(long* result) override {
-        return Give(result, [&] { return Combo().SelStart(); });
-    }
-    STDMETHODIMP put_SelStart(long value) override {
-        return Guard([&] { Combo().SetSelStart(static_cast<int>(value)); });
-    }
-    STDMETHODIMP get_SelLength(long* result) override {
-        return Give(result, [&] { return Combo().SelLength(); });
-    }
-    STDMETHODIMP put_SelLength(long value) override {
-        return Guard([&] { Combo().SetSelLength(static_cast<int>(value)); });
-    }
-    STDMETHODIMP get_SelText(BSTR* result) override {
-        return Give(result, [&] { return Combo().SelText(); });
-    }
-    STDMETHODIMP put_SelText(BSTR value) override {
-        return Guard([&] { Combo().SetSelText(FromBstr(value)); });
-    }
-    STDMETHODIMP get_Locked(VARIANT_BOOL* result) override {
-        return Give(result, [&] { return Combo().Locked(); });
-    }
-    STDMETHODIMP put_Locked(VARIANT_BOOL value) override {
-        return Guard([&] { Combo().SetLocked(value != VARIANT_FALSE); });
-    }
-    STDMETHODIMP get_Enabled(VARIANT_BOOL* result) override {
-        return Give(result, [&] { return Combo().Enabled(); });
-    }
-    STDMETHODIMP put_Enabled(VARIANT_BOOL value) override {
-        return Guard([&] { Combo().SetEnabled(value != VARIANT_FALSE); });
-    }
-    STDMETHODIMP get_Tag(BSTR* result) override {
-        return Give(result, [&] { return Combo().Tag(); });
-    }
-    STDMETHODIMP put_Tag(BSTR value) override {
-        return Guard([&] { Combo().SetTag(FromBstr(value)); });
-    }
+    QVX_PROPERTY(long, SelStart, ComboWindow)
+    QVX_PROPERTY(long, SelLength, ComboWindow)
+    QVX_PROPERTY(BSTR, SelText, ComboWindow)
+    QVX_PROPERTY(VARIANT_BOOL, Locked, ComboWindow)
+    QVX_PROPERTY(VARIANT_BOOL, Enabled, ComboWindow)
+    QVX_PROPERTY(BSTR, Tag, ComboWindow)
     STDMETHODIMP get_Font(IFontDisp** result) override {
         return Give(result, [&] {
-            // The combo is dressed as its cell is, too.
+            // The combo also takes on its cell's font.
             if (font_.Value() != Combo().Font()) font_.Load(Combo().Font());
             return font_.Get();
         });
@@ -138,32 +109,24 @@ class ComboObject final : public ComObject<Dispatch<IEditorCombo>, ErrorInfoSupp
             font_.Set(value, false);
         });
     }
-    STDMETHODIMP get_BackColor(OLE_COLOR* result) override {
-        return Give(result, [&] { return Combo().BackColor(); });
-    }
-    STDMETHODIMP put_BackColor(OLE_COLOR value) override {
-        return Guard([&] { Combo().SetBackColor(static_cast<OleColor>(value)); });
-    }
-    STDMETHODIMP get_ForeColor(OLE_COLOR* result) override {
-        return Give(result, [&] { return Combo().ForeColor(); });
-    }
-    STDMETHODIMP put_ForeColor(OLE_COLOR value) override {
-        return Guard([&] { Combo().SetForeColor(static_cast<OleColor>(value)); });
-    }
-    STDMETHODIMP get_ToolTipText(BSTR* result) override {
-        return Give(result, [&] { return Combo().ToolTipText(); });
-    }
-    STDMETHODIMP put_ToolTipText(BSTR value) override {
-        return Guard([&] { Combo().SetToolTipText(FromBstr(value)); });
-    }
+    QVX_PROPERTY(OLE_COLOR, BackColor, ComboWindow)
+    QVX_PROPERTY(OLE_COLOR, ForeColor, ComboWindow)
+    QVX_PROPERTY(BSTR, ToolTipText, ComboWindow)
     STDMETHODIMP get_hWnd(long* result) override {
         // Handles have 32 significant bits on every architecture.
         return Give(result, [&] { return reinterpret_cast<LONG_PTR>(Combo().Window()); });
     }
 
   private:
+    friend MemberAccess;
+
     ~ComboObject() override = default;
 
+    ComboWindow& PartOf(std::type_identity<ComboWindow>) const { return Combo(); }
+    template <class Apply>
+    HRESULT Put(TextView, Apply apply) {
+        return Guard(apply);
+    }
     ComboWindow& Combo() const {
         if (!combo_ || !combo_->Window()) throw RunTimeError(errors::objectUnloaded, u"Object was unloaded");
         return *combo_;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <type_traits>
+#include <utility>
 
 #include "com/guard.h"
 #include "com/members.h"
@@ -10,8 +11,10 @@
 
 namespace qvx::flexgrid {
 
-class GridReach {
+class GridReach : protected MemberAccess<GridReach> {
   protected:
+    friend MemberAccess;
+
     explicit GridReach(FlexGridWindow& window) : window_(&window) {}
     ~GridReach() = default;
 
@@ -24,16 +27,24 @@ class GridReach {
     }
     Grid& Model() const { return Shown().Model(); }
 
-    template <class Result, class Object, class Value, class... Parameters, class... Given>
-    HRESULT Get(Result* result, Value (Object::*member)(Parameters...) const, Given... given) {
-        return Give(result, [&] { return (Model().*member)(FromHost<Parameters>(given)...); });
+    template <class Base>
+    requires std::is_base_of_v<Base, Grid> Grid& PartOf(std::type_identity<Base>) const { return Model(); }
+    FlexGridWindow& PartOf(std::type_identity<FlexGridWindow>) const { return Shown(); }
+    template <class Apply>
+    HRESULT Put(TextView, Apply apply) {
+        return Guard([&] {
+            const auto held = Shown().Hold();
+            apply();
+        });
     }
+
+    using MemberAccess::GetMember;
     template <class Result, class Value, class... Parameters, class... Given>
-    HRESULT Get(Result* result, Value (FlexGridWindow::*member)(Parameters...), Given... given) {
+    HRESULT GetMember(Result* result, Value (FlexGridWindow::*getter)(Parameters...), Given... given) {
         return Give(result, [&] {
             // The window's answers depend on where it is scrolled to, and it may have to scroll first.
             const auto held = Shown().Hold();
-            return (Shown().*member)(FromHost<Parameters>(given)...);
+            return (Shown().*getter)(FromHost<Parameters>(given)...);
         });
     }
     template <class Side>
@@ -43,18 +54,6 @@ class GridReach {
             return side(Shown().CellTwips());
         });
     }
-    template <class Object, class... Parameters, class... Given>
-    HRESULT Put(void (Object::*member)(Parameters...), Given... given) {
-        return Guard([&] {
-            const auto held = Shown().Hold();
-            if constexpr (std::is_same_v<Object, FlexGridWindow>) {
-                (Shown().*member)(FromHost<Parameters>(given)...);
-            } else {
-                (Model().*member)(FromHost<Parameters>(given)...);
-            }
-        });
-    }
-
     FlexGridWindow* window_;
 };
 

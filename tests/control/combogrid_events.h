@@ -1,4 +1,4 @@
-// Dispatch numbers of the ComboGrid's events that have none of the system's, as the type library has them.
+// The numbers by which hosts know the ComboGrid's events that have none of the system's.
 #pragma once
 
 namespace qvx::grid_event {
