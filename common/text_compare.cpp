@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <iterator>
 
+#include "common/surrogates.h"
+
 namespace qvx {
 namespace {
 
@@ -33,9 +35,6 @@ const std::array<char16_t, 256> latinFolding = [] {
     for (unsigned c = 0; c < table.size(); ++c) table[c] = static_cast<char16_t>(FoldByRuns(c));
     return table;
 }();
-
-constexpr bool IsHighSurrogate(char16_t c) { return (c & 0xFC00) == 0xD800; }
-constexpr bool IsLowSurrogate(char16_t c) { return (c & 0xFC00) == 0xDC00; }
 
 void Append(Text& text, char32_t character) {
     if (character < 0x10000) {

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "common/ascii.h"
+#include "common/surrogates.h"
 
 namespace qvx {
 namespace {
@@ -47,7 +48,7 @@ std::optional<bool> DirectionOf(char32_t c) {
 bool ReadsRightToLeft(TextView text, bool otherwise) noexcept {
     for (std::size_t i = 0; i < text.size(); ++i) {
         char32_t c = text[i];
-        if ((c & 0xFC00) == 0xD800 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00)
+        if (IsHighSurrogate(c) && i + 1 < text.size() && IsLowSurrogate(text[i + 1]))
             c = 0x10000 + ((c & 0x3FF) << 10) + (text[++i] & 0x3FFU);
         if (const auto direction = DirectionOf(c)) return *direction;
     }

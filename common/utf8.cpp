@@ -3,14 +3,9 @@
 #include <array>
 #include <cstddef>
 
+#include "common/surrogates.h"
+
 namespace qvx {
-
-namespace {
-
-constexpr bool IsLeadSurrogate(char16_t c) { return c >= 0xD800 && c <= 0xDBFF; }
-constexpr bool IsTrailSurrogate(char16_t c) { return c >= 0xDC00 && c <= 0xDFFF; }
-
-}  // namespace
 
 std::optional<Text> DecodeUtf8(std::string_view bytes) {
     Text text;
@@ -48,7 +43,7 @@ std::string EncodeUtf8(TextView text) {
     bytes.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
         char32_t point = text[i];
-        if (IsLeadSurrogate(text[i]) && i + 1 < text.size() && IsTrailSurrogate(text[i + 1])) {
+        if (IsHighSurrogate(text[i]) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
             point = 0x10000u + ((point - 0xD800u) << 10) + (text[i + 1] - 0xDC00u);
             ++i;
         } else if (point >= 0xD800 && point <= 0xDFFF) {

@@ -22,10 +22,11 @@ inline constexpr TextView abandonedTag = u"ESCAPE";
 
 // A frame and the combo in it, as far as an edit is concerned.
 template <class E>
-concept CellEditor = requires(E editor, TextView text, bool flag, const EditorPlacement& placement) {
+concept CellEditor = requires(E editor, TextView text, bool flag, int number, const EditorPlacement& placement) {
     editor.MoveFrame(placement);
     editor.MoveCombo(placement);
     editor.BringComboToFront();
+    editor.SetComboMaxLength(number);
     editor.SetComboText(text);
     { editor.ComboText() } -> std::convertible_to<Text>;
     editor.SetComboTag(text);
@@ -97,6 +98,7 @@ bool ShowCellEditor(flexgrid::Grid& grid, ControlState& state, Editor& editor, E
         editor.MoveFrame(placement);
         editor.MoveCombo(placement);
         editor.BringComboToFront();
+        editor.SetComboMaxLength(ColumnNumber(state.columnsMaxLength, grid.TextArray(state.editCol)));
         editor.SetComboText({});
         const Text text = CurrentText(grid);
         editor.SetComboTag(text);

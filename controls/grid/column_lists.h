@@ -21,6 +21,10 @@ bool IsListedColumn(TextView list, TextView caption);
 // True when ";caption-code;" stands anywhere in the list, whatever its case. `code` is 0 to 9.
 bool HasColumnCode(TextView list, TextView caption, int code);
 
+// The number N of the first item ";caption-N;" in the list, whatever its case: decimal digits, and the largest int for
+// more than it holds. 0 without such an item.
+int ColumnNumber(TextView list, TextView caption);
+
 // What stands above a column: its TextArray(col), nothing in a grid without rows. Raises 381 where the grid has no such
 // cell.
 Text CaptionOf(const flexgrid::Grid& grid, int col);

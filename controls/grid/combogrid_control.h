@@ -30,6 +30,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     QVX_FIELD(BSTR, RequiredFields, ControlState::requiredFields)
     QVX_FIELD(BSTR, ColumnsDataType, ControlState::columnsDataType)
     QVX_FIELD(BSTR, CheckValueFor, ControlState::checkValueFor)
+    QVX_FIELD(BSTR, ColumnsMaxLength, ControlState::columnsMaxLength)
     STDMETHODIMP get_ColIndex(IDispatch** result) override;
     STDMETHODIMP putref_ColIndex(IDispatch* value) override;
     QVX_FIELD(BSTR, StringFormat, ControlState::stringFormat)

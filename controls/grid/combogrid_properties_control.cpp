@@ -120,6 +120,7 @@ const PropertyTable& ComboGridControl::Properties() {
             .Field(u"DateFormat", &ControlState::dateFormat)
             .Member(u"BackColorFixed", &Grid::BackColorFixed, &Grid::SetBackColorFixed)
             .Field(u"NonFocusColumns", &ControlState::nonFocusColumns)
+            .Field(u"ColumnsMaxLength", &ControlState::columnsMaxLength)
             .Done();
     return table;
 }

@@ -20,7 +20,8 @@ struct ControlState {
     Text inVisibleColumns;
     bool projectSelection = true;
     Text requiredFields;
-    Text columnsDataType;  // coded list
+    Text columnsDataType;   // coded list
+    Text columnsMaxLength;  // like a coded list, with any number
     bool autoRecordNumber = false;
     bool autoAddNew = false;
     Text unChangableColumns;

@@ -28,6 +28,7 @@ class EntryGrid::Editor {
                      TwipsToPixels(placement.comboWidth, dpi.x), FramePixels(placement).Height());
     }
     void BringComboToFront() { combo_.BringToFront(); }
+    void SetComboMaxLength(int length) { combo_.SetMaxLength(length); }
     void SetComboText(TextView text) { combo_.SetText(text); }
     Text ComboText() const { return combo_.GetText(); }
     void SetComboTag(TextView text) { combo_.SetTag(text); }

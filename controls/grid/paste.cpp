@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "common/surrogates.h"
 #include "controls/grid/column_lists.h"
 
 namespace qvx::grid {
@@ -28,11 +29,17 @@ ColumnRules RulesOf(const flexgrid::Grid& grid, const ControlState& state, int c
     const Text caption = grid.TextArray(col);
     const bool refuses =
         col < grid.FixedCols() || grid.ColWidth(col) == 0 || IsListedColumn(state.inActiveColumns, caption);
-    return {refuses, IsListedColumn(state.unChangableColumns, caption), CleaningCode(state.columnsDataType, caption)};
+    return {refuses, IsListedColumn(state.unChangableColumns, caption), CleaningCode(state.columnsDataType, caption),
+            ColumnNumber(state.columnsMaxLength, caption)};
 }
 
 Text TextFor(const ColumnRules& rules, int col, TextView given, TextView oldText, const ControlState& state,
              const CellSources& sources) {
+    // As typing it would have ended; never within a character that takes two units.
+    if (rules.maxLength > 0 && given.size() > static_cast<std::size_t>(rules.maxLength)) {
+        given = given.substr(0, static_cast<std::size_t>(rules.maxLength));
+        if (IsHighSurrogate(given.back())) given.remove_suffix(1);
+    }
     Text cleaned = CleanByCode(given, rules.cleaning, state.dateFormat, sources.dates);
     return rules.listOnly ? MatchGivenEntry(sources.list(col), cleaned, oldText) : cleaned;
 }

@@ -45,6 +45,7 @@ struct ColumnRules {
     bool refuses = false;  // fixed, inactive or hidden
     bool listOnly = false;
     int cleaning = noCleaning;
+    int maxLength = 0;  // in UTF-16 units; 0 for no limit
 };
 ColumnRules RulesOf(const flexgrid::Grid& grid, const ControlState& state, int col);
 // The text that the cell gets for a given one.
@@ -175,7 +176,7 @@ bool CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> g
             continue;
         }
         TextView text = given[i];
-        if (rule.listOnly || rule.cleaning != noCleaning) {
+        if (rule.listOnly || rule.cleaning != noCleaning || rule.maxLength > 0) {
             cleaned_[i] = TextFor(rule, col, text, grid_.TextMatrix(row, col), state_, sources_);
             text = cleaned_[i];
         }

@@ -103,8 +103,9 @@ TEST(ComboGridSaving, KeysAndTheirOrderAreFixed) {
     for (const wchar_t* color : {L"BackColorBkg", L"BackColor", L"BackColorSel", L"ForeColor", L"ForeColorFixed",
                                  L"ForeColorSel", L"GridColor", L"GridColorFixed", L"BackColorFixed"})
         put(color, Variant(0x123456));
-    for (const wchar_t* list : {L"InActiveColumns", L"ListColumns", L"UnChangableColumns", L"ColumnsDataType",
-                                L"RequiredFields", L"InVisibleColumns", L"CheckValueFor", L"NonFocusColumns"})
+    for (const wchar_t* list :
+         {L"InActiveColumns", L"ListColumns", L"UnChangableColumns", L"ColumnsDataType", L"RequiredFields",
+          L"InVisibleColumns", L"CheckValueFor", L"NonFocusColumns", L"ColumnsMaxLength"})
         put(list, Variant(u";B;"));
     for (const wchar_t* on : {L"AutoAddNew", L"AutoRecordNumber", L"ProjectionBold", L"CellToolTip"})
         put(on, Variant(true));
@@ -120,7 +121,7 @@ TEST(ComboGridSaving, KeysAndTheirOrderAreFixed) {
     Put(grid.get(), L"ColWidth", {Variant(0), Variant(1200)});
     Put(grid.get(), L"TextMatrix", {Call(grid.get(), L"Row"), Call(grid.get(), L"Col"), Variant(u"current")});
     const auto bag = SaveToBag(control.get());
-    EXPECT_EQ(47u, bag->entries.size());
+    EXPECT_EQ(48u, bag->entries.size());
     ExpectGolden("combogrid_bag.txt", Narrow(bag->Print()));
     const auto again = New();
     ASSERT_EQ(S_OK, LoadFromBag(again.get(), bag.get()));

@@ -44,6 +44,28 @@ TEST(ComboGridTyping, EntriesAreCleanedByTheirColumn) {
     }
 }
 
+TEST(ComboGridTyping, AColumnTakesAsManyCharactersAsItsLength) {
+    F form({{L"ColumnsMaxLength", Variant(u";Name-4;Item-2;")}});
+    form.SetCell(1, F::name, u"longer");
+    form.GoTo(1, F::name);
+    form.Press(VK_F2);
+    form.Type(L"x");
+    form.Press(VK_RETURN);
+    EXPECT_EQ(u"longer", form.Cell(1, F::name)) << "what is there already stays";
+    form.GoTo(1, F::name);
+    form.Type(L"abcdefg");
+    form.Press(VK_RETURN);
+    EXPECT_EQ(u"abcd", form.Cell(1, F::name));
+    form.GoTo(1, F::item);
+    form.Type(L"ban");
+    form.Press(VK_RETURN);
+    EXPECT_EQ(u"Banana", form.Cell(1, F::item)) << "an entry of the list comes whole";
+    form.GoTo(1, F::qty);
+    form.Type(L"123456");
+    form.Press(VK_RETURN);
+    EXPECT_EQ(u"123456", form.Cell(1, F::qty));
+}
+
 TEST(ComboGridTyping, FirstCharacterAppearsOnceAndReplacesTheText) {
     F form;
     form.SetCell(1, F::name, u"before");

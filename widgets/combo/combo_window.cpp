@@ -42,7 +42,7 @@ void ComboWindow::MakeWindows(HWND parent) {
     names_[0].Attach(window);
     names_[1].Attach(info.hwndItem);
     names_[2].Attach(list_);
-    SendMessageW(info.hwndItem, EM_SETLIMITTEXT, 0, 0);
+    SendMessageW(info.hwndItem, EM_SETLIMITTEXT, static_cast<WPARAM>(maxLength_), 0);
     SetFont(font_);
 }
 
@@ -89,6 +89,11 @@ void ComboWindow::SetRightToLeft(bool rightToLeft) {
 }
 
 qvx::Text ComboWindow::GetText() const { return WindowText(EditWindow()); }
+
+void ComboWindow::SetMaxLength(int length) {
+    maxLength_ = length;
+    SendMessageW(EditWindow(), EM_SETLIMITTEXT, static_cast<WPARAM>(length), 0);
+}
 
 void ComboWindow::SetText(TextView text) {
     chosen_ = -1;

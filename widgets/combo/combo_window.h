@@ -76,6 +76,8 @@ class ComboWindow final : private WindowSubclass {
     // A text set by a program is no choice from the list: ListIndex becomes -1.
     Text GetText() const;
     void SetText(TextView text);
+    // How many UTF-16 units can be typed or pasted; 0 for no limit. What a program or the list sets may be longer.
+    void SetMaxLength(int length);
     // In characters. Error 380 for negative values; what lies beyond the text is cut off.
     int SelStart() const;
     void SetSelStart(int start);
@@ -160,6 +162,7 @@ class ComboWindow final : private WindowSubclass {
     bool rightToLeft_ = false;
     bool locked_ = false;
     bool selectsAsTyped_ = false;
+    int maxLength_ = 0;
     bool writing_ = false;   // the field's notifications are of our own making
     bool deleting_ = false;  // the last key takes characters away
     // What is chosen; the list's own highlight also follows the mouse and the system's searches.

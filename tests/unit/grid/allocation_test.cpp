@@ -49,6 +49,7 @@ struct Scene {
     void MoveFrame(const EditorPlacement&) {}
     void MoveCombo(const EditorPlacement&) {}
     void BringComboToFront() {}
+    void SetComboMaxLength(int) {}
     void SetComboText(TextView text) { comboText = text; }
     Text ComboText() const { return comboText; }
     void SetComboTag(TextView text) { comboTag = text; }

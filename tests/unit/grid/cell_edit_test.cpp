@@ -24,6 +24,7 @@ class Recorder {
              std::to_string(p.comboWidth));
     }
     void BringComboToFront() { Note("front"); }
+    void SetComboMaxLength(int length) { maxLength = length; }
     void SetComboText(TextView text) {
         comboText = text;
         list.listIndex = -1;
@@ -66,6 +67,7 @@ class Recorder {
 
     std::string Take() { return std::exchange(log_, {}); }
 
+    int maxLength = -1;
     Text comboText, comboTag, frameTag;
     ListState list;
     bool failOnShow = false;
@@ -129,6 +131,15 @@ TEST_F(CellEditTest, OnlyWhatStandsInTheCellAfterwardsIsAStep) {
     ASSERT_TRUE(history.CanUndo());
     history.Undo(state);
     EXPECT_EQ("x", Cell(1, 1));
+}
+
+TEST_F(CellEditTest, TheEditorTakesAsMuchAsItsColumn) {
+    state.columnsMaxLength = u";Name-30;";
+    ASSERT_TRUE(Open(1, 1));
+    EXPECT_EQ(30, host.maxLength);
+    Commit();
+    ASSERT_TRUE(Open(1, 2));
+    EXPECT_EQ(0, host.maxLength) << "no limit";
 }
 
 TEST_F(CellEditTest, OpensFreeTextInThePrescribedOrder) {

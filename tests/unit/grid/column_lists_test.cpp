@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "controls/grid/column_index.h"
 #include "tests/unit/grid/grid_fixture.h"
 
@@ -42,6 +44,22 @@ TEST(ColumnLists, AnItemIsListedBetweenItsTwoSemicolonsOnly) {
     };
     for (const ListCase& c : cases)
         EXPECT_EQ(IsListedColumn(c.list, c.caption), c.listed) << Narrow(c.caption) << " in " << Narrow(c.list);
+}
+
+TEST(ColumnLists, ANumberIsPartOfItsItem) {
+    const struct {
+        TextView list;
+        int number;
+    } cases[] = {
+        {u";Qty-1;Name-30;", 30},
+        {u";NAME-007;", 7},
+        {u";Name-30", 0},
+        {u"Name-30;", 0},
+        {u";Name 2-30;Name-;Name-x;Name-3 ;Name--3;Name-5;Name-6;", 5},
+        {u";Name-99999999999999999999;", std::numeric_limits<int>::max()},
+        {u"", 0},
+    };
+    for (const auto& c : cases) EXPECT_EQ(ColumnNumber(c.list, u"Name"), c.number) << Narrow(c.list);
 }
 
 TEST(ColumnLists, ACodeIsPartOfItsItem) {

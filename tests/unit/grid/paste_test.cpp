@@ -65,6 +65,19 @@ class PasteTest : public ::testing::Test {
     CellSources sources;
 };
 
+// What comes from the clipboard ends where typing would have, and is cleaned after that.
+TEST_F(PasteTest, CutsTextsToTheColumnsLength) {
+    state.columnsMaxLength = u";name-3;Qty-2;Item-2;";
+    for (const bool listens : {true, false}) {
+        host.listens = listens;
+        grid.Select(1, name, 1, name);
+        Paste(u"abcdef\t1234\t1234\tBanana");
+        EXPECT_EQ(Row(1), "1|abc|12|1234|Banana|x|k1");
+        Paste(u"ab\U0001F600\t7");
+        EXPECT_EQ(Row(1), "1|ab|7|1234|Banana|x|k1") << "half a character is none";
+    }
+}
+
 TEST_F(PasteTest, ReachesTheCellsFromTheFirstSelectedOneOn) {
     const struct {
         int row, col, rowSel, colSel;
