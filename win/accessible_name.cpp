@@ -1,4 +1,4 @@
-// The system's own object for one of its controls, under another name.
+// Wraps the system's accessible object of one of its controls under another name.
 #include <memory>
 #include <utility>
 
@@ -52,7 +52,7 @@ class NamedAccessible final : public ComObject<AccessibleDispatch, IOleWindow> {
             const HRESULT result = inner_->get_accValue(child, out);
             const ControlKind kind = KindOf(window_);
             if (*out || !IsSelf(child) || kind == ControlKind::other || !IsWindow(window_)) return result;
-            // A password is read out by nobody.
+            // The text of a password field must not be read out.
             if (GetWindowLongW(window_, GWL_STYLE) & ES_PASSWORD && kind == ControlKind::edit) return E_ACCESSDENIED;
             *out = NewBstr(kind == ControlKind::edit ? WindowText(window_) : ChosenEntry(window_));
             return S_OK;
@@ -62,7 +62,7 @@ class NamedAccessible final : public ComObject<AccessibleDispatch, IOleWindow> {
         return Guard([&]() -> HRESULT {
             VariantInit(Required(out));
             const HRESULT result = inner_->get_accRole(child, out);
-            // Where the system's object knows nothing of the kind of control.
+            // The system's object does not know this kind of control.
             if (SUCCEEDED(result) && IsSelf(child) && out->vt == VT_I4 && out->lVal == ROLE_SYSTEM_CLIENT) {
                 const ControlKind kind = KindOf(window_);
                 if (kind == ControlKind::edit) out->lVal = ROLE_SYSTEM_TEXT;
@@ -72,22 +72,33 @@ class NamedAccessible final : public ComObject<AccessibleDispatch, IOleWindow> {
         });
     }
 
-    // All else is the system's.
-    // clang-format off
+    // All other members are the system's. clang-format off
     STDMETHODIMP get_accParent(IDispatch** out) override { return inner_->get_accParent(out); }
     STDMETHODIMP get_accChildCount(long* out) override { return inner_->get_accChildCount(out); }
     STDMETHODIMP get_accChild(VARIANT child, IDispatch** out) override { return inner_->get_accChild(child, out); }
-    STDMETHODIMP get_accDescription(VARIANT child, BSTR* out) override { return inner_->get_accDescription(child, out); }
+    STDMETHODIMP get_accDescription(VARIANT child, BSTR* out) override {
+        return inner_->get_accDescription(child, out);
+    }
     STDMETHODIMP get_accState(VARIANT child, VARIANT* out) override { return inner_->get_accState(child, out); }
     STDMETHODIMP get_accHelp(VARIANT child, BSTR* out) override { return inner_->get_accHelp(child, out); }
-    STDMETHODIMP get_accHelpTopic(BSTR* file, VARIANT child, long* topic) override { return inner_->get_accHelpTopic(file, child, topic); }
-    STDMETHODIMP get_accKeyboardShortcut(VARIANT child, BSTR* out) override { return inner_->get_accKeyboardShortcut(child, out); }
+    STDMETHODIMP get_accHelpTopic(BSTR* file, VARIANT child, long* topic) override {
+        return inner_->get_accHelpTopic(file, child, topic);
+    }
+    STDMETHODIMP get_accKeyboardShortcut(VARIANT child, BSTR* out) override {
+        return inner_->get_accKeyboardShortcut(child, out);
+    }
     STDMETHODIMP get_accFocus(VARIANT* out) override { return inner_->get_accFocus(out); }
     STDMETHODIMP get_accSelection(VARIANT* out) override { return inner_->get_accSelection(out); }
-    STDMETHODIMP get_accDefaultAction(VARIANT child, BSTR* out) override { return inner_->get_accDefaultAction(child, out); }
+    STDMETHODIMP get_accDefaultAction(VARIANT child, BSTR* out) override {
+        return inner_->get_accDefaultAction(child, out);
+    }
     STDMETHODIMP accSelect(long flags, VARIANT child) override { return inner_->accSelect(flags, child); }
-    STDMETHODIMP accLocation(long* left, long* top, long* width, long* height, VARIANT child) override { return inner_->accLocation(left, top, width, height, child); }
-    STDMETHODIMP accNavigate(long direction, VARIANT start, VARIANT* out) override { return inner_->accNavigate(direction, start, out); }
+    STDMETHODIMP accLocation(long* left, long* top, long* width, long* height, VARIANT child) override {
+        return inner_->accLocation(left, top, width, height, child);
+    }
+    STDMETHODIMP accNavigate(long direction, VARIANT start, VARIANT* out) override {
+        return inner_->accNavigate(direction, start, out);
+    }
     STDMETHODIMP accHitTest(long x, long y, VARIANT* out) override { return inner_->accHitTest(x, y, out); }
     STDMETHODIMP accDoDefaultAction(VARIANT child) override { return inner_->accDoDefaultAction(child); }
     STDMETHODIMP put_accName(VARIANT child, BSTR name) override { return inner_->put_accName(child, name); }

@@ -1,4 +1,4 @@
-// Between pixels and the hundredths of a millimetre that extents travel in.
+// Conversion between pixels and hundredths of a millimetre, the unit of extents.
 #pragma once
 
 #include <windows.h>
