@@ -32,7 +32,7 @@ constexpr DISPID compare = 6;
 
 constexpr short gridVersion = 100;
 
-// A very wide cell may reach from one end of the range to beyond the other.
+// A very wide cell may extend from one end of the range to beyond the other.
 int Distance(int from, int to) {
     return static_cast<int>(std::min<std::int64_t>(static_cast<std::int64_t>(to) - from, INT32_MAX));
 }
@@ -75,8 +75,7 @@ class FlexGridObject final
         });
     }
 
-    // Members that the model or the window answers as they are.
-    // clang-format off
+    // Members that pass on calls to the model or the window unchanged. clang-format off
     STDMETHODIMP get_Rows(long* result) override { return Get(result, &Grid::Rows); }
     STDMETHODIMP put_Rows(long value) override { return Put(&Grid::SetRows, value); }
     STDMETHODIMP get_Cols(long* result) override { return Get(result, &Grid::Cols); }
@@ -95,8 +94,12 @@ class FlexGridObject final
     STDMETHODIMP put_ColSel(long value) override { return Put(&Grid::SetColSel, value); }
     STDMETHODIMP get_Text(BSTR* result) override { return Get(result, &Grid::Text); }
     STDMETHODIMP put_Text(BSTR value) override { return Put(&Grid::SetText, value); }
-    STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override { return Get(result, &Grid::TextMatrix, row, col); }
-    STDMETHODIMP put_TextMatrix(long row, long col, BSTR value) override { return Put(&Grid::SetTextMatrix, row, col, value); }
+    STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override {
+        return Get(result, &Grid::TextMatrix, row, col);
+    }
+    STDMETHODIMP put_TextMatrix(long row, long col, BSTR value) override {
+        return Put(&Grid::SetTextMatrix, row, col, value);
+    }
     STDMETHODIMP get_TextArray(long index, BSTR* result) override { return Get(result, &Grid::TextArray, index); }
     STDMETHODIMP put_TextArray(long index, BSTR value) override { return Put(&Grid::SetTextArray, index, value); }
     STDMETHODIMP get_Clip(BSTR* result) override { return Get(result, &Grid::Clip); }
@@ -111,10 +114,18 @@ class FlexGridObject final
     STDMETHODIMP put_RowHeight(long index, long value) override { return Put(&Grid::SetRowHeight, index, value); }
     STDMETHODIMP get_RowHeightMin(long* result) override { return Get(result, &Grid::RowHeightMin); }
     STDMETHODIMP put_RowHeightMin(long value) override { return Put(&Grid::SetRowHeightMin, value); }
-    STDMETHODIMP get_ColAlignment(long index, short* result) override { return Get(result, &Grid::ColAlignment, index); }
-    STDMETHODIMP put_ColAlignment(long index, short value) override { return Put(&Grid::SetColAlignment, index, value); }
-    STDMETHODIMP get_FixedAlignment(long index, short* result) override { return Get(result, &Grid::FixedAlignment, index); }
-    STDMETHODIMP put_FixedAlignment(long index, short value) override { return Put(&Grid::SetFixedAlignment, index, value); }
+    STDMETHODIMP get_ColAlignment(long index, short* result) override {
+        return Get(result, &Grid::ColAlignment, index);
+    }
+    STDMETHODIMP put_ColAlignment(long index, short value) override {
+        return Put(&Grid::SetColAlignment, index, value);
+    }
+    STDMETHODIMP get_FixedAlignment(long index, short* result) override {
+        return Get(result, &Grid::FixedAlignment, index);
+    }
+    STDMETHODIMP put_FixedAlignment(long index, short value) override {
+        return Put(&Grid::SetFixedAlignment, index, value);
+    }
     STDMETHODIMP get_ColData(long index, long* result) override { return Get(result, &Grid::ColData, index); }
     STDMETHODIMP put_ColData(long index, long value) override { return Put(&Grid::SetColData, index, value); }
     STDMETHODIMP get_RowData(long index, long* result) override { return Get(result, &Grid::RowData, index); }
@@ -137,8 +148,12 @@ class FlexGridObject final
     STDMETHODIMP put_CellFontItalic(VARIANT_BOOL value) override { return Put(&Grid::SetCellFontItalic, value); }
     STDMETHODIMP get_CellFontUnderline(VARIANT_BOOL* result) override { return Get(result, &Grid::CellFontUnderline); }
     STDMETHODIMP put_CellFontUnderline(VARIANT_BOOL value) override { return Put(&Grid::SetCellFontUnderline, value); }
-    STDMETHODIMP get_CellFontStrikeThrough(VARIANT_BOOL* result) override { return Get(result, &Grid::CellFontStrikeThrough); }
-    STDMETHODIMP put_CellFontStrikeThrough(VARIANT_BOOL value) override { return Put(&Grid::SetCellFontStrikeThrough, value); }
+    STDMETHODIMP get_CellFontStrikeThrough(VARIANT_BOOL* result) override {
+        return Get(result, &Grid::CellFontStrikeThrough);
+    }
+    STDMETHODIMP put_CellFontStrikeThrough(VARIANT_BOOL value) override {
+        return Put(&Grid::SetCellFontStrikeThrough, value);
+    }
     STDMETHODIMP get_CellFontWidth(float* result) override { return Get(result, &Grid::CellFontWidth); }
     STDMETHODIMP put_CellFontWidth(float value) override { return Put(&Grid::SetCellFontWidth, value); }
     STDMETHODIMP get_CellPictureAlignment(short* result) override { return Get(result, &Grid::CellPictureAlignment); }
@@ -163,8 +178,12 @@ class FlexGridObject final
     STDMETHODIMP put_SelectionMode(::GridSelection value) override { return Put(&Grid::SetSelectionMode, value); }
     STDMETHODIMP get_ScrollBars(::GridScrollBars* result) override { return Get(result, &Grid::ScrollBars); }
     STDMETHODIMP put_ScrollBars(::GridScrollBars value) override { return Put(&Grid::SetScrollBars, value); }
-    STDMETHODIMP get_AllowUserResizing(::GridResizing* result) override { return Get(result, &Grid::AllowUserResizing); }
-    STDMETHODIMP put_AllowUserResizing(::GridResizing value) override { return Put(&Grid::SetAllowUserResizing, value); }
+    STDMETHODIMP get_AllowUserResizing(::GridResizing* result) override {
+        return Get(result, &Grid::AllowUserResizing);
+    }
+    STDMETHODIMP put_AllowUserResizing(::GridResizing value) override {
+        return Put(&Grid::SetAllowUserResizing, value);
+    }
     STDMETHODIMP get_FillStyle(::GridFill* result) override { return Get(result, &Grid::FillStyle); }
     STDMETHODIMP put_FillStyle(::GridFill value) override { return Put(&Grid::SetFillStyle, value); }
     STDMETHODIMP get_TextStyle(::GridTextStyle* result) override { return Get(result, &Grid::TextStyle); }
@@ -178,8 +197,12 @@ class FlexGridObject final
     STDMETHODIMP get_MergeCol(long index, VARIANT_BOOL* result) override { return Get(result, &Grid::MergeCol, index); }
     STDMETHODIMP put_MergeCol(long index, VARIANT_BOOL value) override { return Put(&Grid::SetMergeCol, index, value); }
     STDMETHODIMP put_Sort(::GridSort value) override { return Put(&Grid::Sort, value); }
-    STDMETHODIMP get_RowIsVisible(long index, VARIANT_BOOL* result) override { return Get(result, &FlexGridWindow::RowIsVisible, index); }
-    STDMETHODIMP get_ColIsVisible(long index, VARIANT_BOOL* result) override { return Get(result, &FlexGridWindow::ColIsVisible, index); }
+    STDMETHODIMP get_RowIsVisible(long index, VARIANT_BOOL* result) override {
+        return Get(result, &FlexGridWindow::RowIsVisible, index);
+    }
+    STDMETHODIMP get_ColIsVisible(long index, VARIANT_BOOL* result) override {
+        return Get(result, &FlexGridWindow::ColIsVisible, index);
+    }
     STDMETHODIMP get_RowPos(long index, long* result) override { return Get(result, &FlexGridWindow::RowPos, index); }
     STDMETHODIMP get_ColPos(long index, long* result) override { return Get(result, &FlexGridWindow::ColPos, index); }
     STDMETHODIMP get_TopRow(long* result) override { return Get(result, &Grid::TopRow); }
@@ -223,7 +246,7 @@ class FlexGridObject final
     STDMETHODIMP AddItem(BSTR item, VARIANT index) override {
         return Guard([&] {
             const auto number = OptionalNumber(index);
-            // What means the end within is no row that a host can name.
+            // The number that means the end internally is not a row number that a host can use.
             if (number && static_cast<int>(*number) == Grid::atEnd) {
                 throw RunTimeError(errors::invalidRowValue, u"Invalid Row value.");
             }
@@ -264,7 +287,7 @@ class FlexGridObject final
 
     STDMETHODIMP get_Font(IFontDisp** result) override {
         return Give(result, [&] {
-            // The control around the grid sets the model's font without asking here.
+            // The control around the grid sets the model's font directly.
             if (font_.Value() != Model().Font()) {
                 font_.Load(Model().Font());
             }
@@ -329,7 +352,7 @@ class FlexGridObject final
         }
     }
 
-    // The object outlives the handlers it calls.
+    // The object must outlive the handlers that it calls.
     void Fire(DISPID event, EventArguments arguments = {}) {
         if (!raisesEvents_()) {
             return;
@@ -373,7 +396,7 @@ class FlexGridObject final
         return true;
     }
 
-    std::function<bool()> raisesEvents_;  // asked while there is a window only
+    std::function<bool()> raisesEvents_;  // called only while there is a window
     ConnectionPoints points_;
     FontProperty font_;
 };
