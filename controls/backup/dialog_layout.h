@@ -29,8 +29,8 @@ constexpr int contentHeight = 1500;
 // Returns the height of the whole window. `frameHeight` is the total height of the system's frame above and below the
 // client area; a frame that leaves too little room for the content makes the window higher.
 int Height(bool groupNameShown, int frameHeight);
-// Returns the position in the client area. The name of a separate group is just below the visible part of the lower
-// window.
+// Returns the position in the client area. While the window has its smaller height, the name of a separate group is
+// just below the visible part.
 Rect Place(Item item, int frameHeight);
 
 // Whether the OK button is enabled.
