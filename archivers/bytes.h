@@ -1,4 +1,4 @@
-// Numbers as an archive holds them: little endian, at any address.
+// Numbers as an archive stores them: little-endian, at any address.
 #pragma once
 
 #include <algorithm>
@@ -34,7 +34,7 @@ class ByteWriter {
     Bytes bytes_;
 };
 
-// Takes numbers off the front; throws ExitCode::damaged past the end.
+// Removes numbers from the front; throws ExitCode::damaged past the end.
 class ByteReader {
   public:
     explicit ByteReader(ByteView bytes) : bytes_(bytes) {}
