@@ -45,7 +45,7 @@ void GiveBack(void* memory) noexcept {
     taken[static_cast<std::size_t>(block - reserve.data())].clear(std::memory_order_release);
 }
 
-// ---- Exceptions in flight ------------------------------------------------------------------------------------------
+// ---- Exceptions in flight -------------------------------------------------------------------------------------------
 
 // The runtime knows this structure by another name.
 struct Exceptions {
