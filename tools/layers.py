@@ -14,9 +14,9 @@ ROOT = Path(__file__).resolve().parent.parent
 TABLE = ROOT / "CONTRIBUTING.md"
 COMPONENT = re.compile(r"^qvx_component\((\w+) ([\w/]+)(?: RULES ([\w ]+?))?(?: WINDOWS ([\w ]+?))?\)$", re.M)
 INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)', re.M)
-# Headers of the language's standard library have no suffix; of those that have one, these are portable.
+# Headers of the standard library have no suffix; of those that have one, these are portable.
 PORTABLE_HEADERS = {"emmintrin.h", "zlib.h"}
-# What the type library's compiler makes of its source.
+# The output of the type library's compiler.
 GENERATED_HEADER = "Qvx.h"
 ROW = re.compile(r"^\| `([\w/]+)/` \|(.*)\|([^|]*)\|$")
 

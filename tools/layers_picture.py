@@ -36,7 +36,7 @@ def main():
     place = {}
     for r, members in enumerate(rows):
         step = WIDTH / len(members)
-        # Where the things below it stand decides which way along the row a component goes.
+        # The positions of the components below decide where in the row a component is placed.
         members.sort(key=lambda c: sum(place[u][0] for u in uses[c.name]) / len(uses[c.name]) if uses[c.name] else 0)
         for i, component in enumerate(members):
             place[component.name] = (step * (i + 0.5), height - ROW * (r + 1) + 20)

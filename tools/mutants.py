@@ -47,8 +47,8 @@ def components():
     return {name: folder for name, folder in declared if (ROOT / "tests" / "unit" / name).is_dir()}
 
 
-# What may stand in for what. Binary operators have blanks around them in this tree, which tells them from templates, pointers
-# and references.
+# The replacements. Binary operators have blanks around them in this tree, which distinguishes them from templates,
+# pointers and references.
 SWAPS = [
     (re.compile(r"(?<= )(<|<=|>|>=|==|!=)(?= )"), {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=="}),
     (re.compile(r"(?<= )(&&|\|\|)(?= )"), {"&&": "||", "||": "&&"}),
@@ -87,7 +87,7 @@ def mutants_of(path):
             for match in pattern.finditer(line):
                 add(match.start(), match.end(), swaps[match.group()])
         for match in NUMBER.finditer(line):
-            # What is large is a measure, and a fraction of a pixel more of it makes no difference.
+            # A large number is a measurement, and a fraction of a pixel more makes no difference.
             number = int(match.group())
             add(match.start(), match.end(), str(number + (1 if number < 100 else number // 2)))
         if STATEMENT.match(line) and not DECLARATION.match(line):

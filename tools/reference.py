@@ -101,7 +101,7 @@ def print_interface(body):
 
 
 def main():
-    # Whole-line comments only: a // may stand inside a help string.
+    # Only whole-line comments: a help string may contain a //.
     text = re.sub(r'^\s*//.*$', '', read_with_includes(Path(sys.argv[1])), flags=re.M)
     print('<!-- Written by `./qvx reference` from typelib/Qvx.idl. -->\n')
     print('# Reference\n')
