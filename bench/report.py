@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Turns the benchmarks' lines (work, rows, peer, value or "cut", runs; parted by tabs) into a Markdown report.
+"""Turns the benchmarks' lines (work, rows, peer, value or "cut", runs; separated by tabs) into a Markdown report.
 
     bench/report.py RESULTS... > report.md
 
-Works in seconds: load, sum, scan, insert_top, insert_block, remove_half, duplicates, product, product_set, validate,
+Operations in seconds: load, sum, scan, insert_top, insert_block, remove_half, duplicates, product, product_set, validate,
 remove_empty, load_cells, paste, undo_paste, first_frame. In bytes per cell: memory. In frames per second: frames, scroll.
 """
 import sys

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Compares every include with what CMakeLists.txt lets its component use, and CONTRIBUTING's table of folders with the same.
 
-A component may stand on components above it only, so that there can be no cycle; a portable source uses what stands after RULES,
-a window unit that and what stands after WINDOWS. With --write the last column of the table is written anew.
+A component may only use components above it, so that there can be no cycle. A portable source may use the components after
+RULES, a window unit those and the components after WINDOWS. --write updates the last column of the table.
 """
 
 import re

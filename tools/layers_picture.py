@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Prints the picture of the layers for docs/architecture.md: each component on the lowest row that is above all it may use.
 
-A line is drawn only where no other way of lines leads; what a program's command line or a watcher stands on is drawn like the rest.
+A line is drawn only where no other path of lines leads; what a program's command line or a watcher uses is drawn like the rest.
 """
 
 from html import escape
@@ -15,7 +15,7 @@ OTHER_FILL = "#eeeeee"
 
 
 def reach(uses):
-    """All that each component stands on, directly or not. `uses` is in the order of the layers."""
+    """All components that each component uses, directly or not. `uses` is in the order of the layers."""
     below = {}
     for name, direct in uses.items():
         below[name] = set(direct).union(*(below[used] for used in direct))
