@@ -41,6 +41,7 @@ class ByteReader {
     std::uint16_t U16() { return static_cast<std::uint16_t>(Number(2)); }
     std::uint32_t U32() { return static_cast<std::uint32_t>(Number(4)); }
     std::uint64_t U64() { return Number(8); }
+    // Removes `count` bytes from the front; the view is as long-lived as the underlying bytes.
     ByteView Raw(std::size_t count) {
         if (bytes_.size() < count) throw ArchiveError(ExitCode::damaged);
         const ByteView taken = bytes_.first(count);

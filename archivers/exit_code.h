@@ -55,6 +55,7 @@ constexpr std::array<ExitText, 17> exitTexts = {{
     {ExitCode::internal, u"something unexpected went wrong"},
 }};
 
+// Returns the console message of a code.
 TextView TextOf(ExitCode code);
 
 class ArchiveError : public std::exception {

@@ -46,10 +46,13 @@ enum class ReadOnlyTarget { refuse, replace };
 // A file that is being written under a temporary name. It is deleted with this object unless it was committed.
 class OutputFile : public InputFile {
   public:
+    // Appends the bytes.
     virtual void Write(ByteView bytes) = 0;
     // Appends zeros, which need not be stored.
     virtual void Skip(std::uint64_t count) = 0;
+    // Overwrites bytes; does not change where Write appends.
     virtual void WriteAt(std::uint64_t offset, ByteView bytes) = 0;
+    // Cuts the file to `size` bytes; Write continues there.
     virtual void Truncate(std::uint64_t size) = 0;
     // When this returns, all bytes are on the disk.
     virtual void Flush() = 0;
@@ -88,6 +91,7 @@ class Files {
     // Returns how large a file in the folder of that path could become: the disk's free space, limited to the largest
     // file that its file system supports.
     virtual std::uint64_t RoomFor(const Text& path) = 0;
+    // Convert between UTC and the local time zone.
     virtual CivilTime LocalTime(FileTime time) = 0;
     virtual FileTime FromLocalTime(const CivilTime& local) = 0;
 };
@@ -95,13 +99,16 @@ class Files {
 class Console {
   public:
     virtual ~Console() = default;
+    // Writes a line to the standard output.
     virtual void Say(const Text& line) = 0;
+    // Writes a line to the error output.
     virtual void Complain(const Text& line) = 0;
     // Shows progress where somebody can see it change; percent is 0 to 100.
     virtual void Progress(const Text& name, int percent) = 0;
     // Waits for Enter. Throws ExitCode::stopped when the user stops the program, ExitCode::noNextDisk when nobody is
     // there.
     virtual void AskForEnter(const Text& question) = 0;
+    // Whether the user has asked the program to stop.
     virtual bool IsStopped() = 0;
 };
 

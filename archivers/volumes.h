@@ -37,6 +37,7 @@ class VolumeWriter {
     Place Reserve(std::size_t count);
     // Writes a record for which room was reserved.
     void PutRecord(ByteView record);
+    // Writes data, and continues on new volumes as needed.
     void PutData(ByteView data);
     Place Position() const { return position_; }
     // Returns to a place in a single file, and drops what follows it.
@@ -58,6 +59,7 @@ class InputVolumes {
     virtual bool AskForLast() = 0;
     // Sets the number in its end record: volumes are numbered 0 to `last`.
     virtual void SetLast(std::uint32_t last) = 0;
+    // Returns a volume by its number, from 0.
     virtual InputFile& Volume(std::uint32_t number) = 0;
     // If that volume is not the right one: whether there is another one to try.
     virtual bool AskAgain(std::uint32_t number) = 0;

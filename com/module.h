@@ -14,6 +14,7 @@ Text ModulePath(HMODULE module);
 
 // The number of live objects and server locks; the module may be unloaded when it is 0.
 long LiveObjects();
+// Adds to or subtracts from the number of live objects and server locks.
 void CountObject(long change);
 
 namespace detail {

@@ -31,6 +31,7 @@ constexpr int maxYear = 9999;
 // Returns 28 to 31; the month is 1 to 12.
 int DaysInMonth(int year, int month);
 
+// Whether the year is minYear to maxYear, the day exists in the calendar, and the time is in its range.
 bool IsValidDate(const Date& date);
 
 // Returns 0 for Sunday to 6 for Saturday.

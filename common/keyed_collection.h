@@ -53,8 +53,10 @@ class KeyedCollection {
 
     bool Contains(TextView key) const { return Find(key) != nullptr; }
 
+    // Removes an item by number from 1; error 9 outside 1 to Count.
     void Remove(long index) { RemovePosition(Position(index)); }
 
+    // Removes an item by key; error 5 when there is none.
     void Remove(TextView key) {
         const Entry* const entry = &EntryOf(key);
         const auto at =

@@ -18,6 +18,7 @@ Text DoubleToText(double value);
 using NumberBuffer = std::array<char16_t, 32>;
 TextView DoubleToText(double value, NumberBuffer& buffer);
 
+// Writes a whole number in decimal, with "-" if it is negative.
 Text IntegerToText(std::int64_t value);
 
 // Writes exactly `decimals` (0 to 32767) digits after the point (no point for 0), and at least one digit before it; the

@@ -42,7 +42,7 @@ enum class Answer { none, close, mail };
 class Press {
   public:
     void Down(Point point, Dpi dpi) { on_ = Spot{LabelAt(point, dpi)}; }
-    // Points are pixels of the form, and may lie outside.
+    // Points are pixels of the form, and may be outside it.
     Answer Up(Point point, Dpi dpi);
     // Other code has taken the mouse capture.
     void CallOff() { on_.reset(); }

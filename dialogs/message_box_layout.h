@@ -33,6 +33,7 @@ struct ButtonSet {
     bool yesNo = false;
     bool cancelFirst = false;
 };
+// Returns the set of a code; OK alone for an unknown code. See dialogs/messages.h.
 ButtonSet ButtonSetOf(int buttons);
 
 // One button. `tag` is "1" for a button that is shown; the one with tab index 0 gets the focus, and its answer is that

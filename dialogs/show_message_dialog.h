@@ -18,6 +18,7 @@ namespace qvx::dialogs {
 bool ShowMessage(HWND owner, TextView prompt, int buttons, const std::optional<Text>& title, int icon, bool blink,
                  int timeOut);
 
+// Shows one of the library's messages in the same way.
 bool ShowMessage(HWND owner, TextView prompt, const MessageKind& kind, const std::optional<Text>& title = {});
 
 }  // namespace qvx::dialogs

@@ -63,6 +63,7 @@ class Surface {
   public:
     virtual ~Surface() = default;
 
+    // The resolution of the target.
     virtual Dpi Resolution() const = 0;
 
     // Returns width and height of the text. With wordBreak among the flags, lines break at wrapWidth; otherwise
@@ -77,6 +78,7 @@ class Surface {
     // Draws a solid horizontal or vertical line; its thickness in pixels extends to the right or down, and the end
     // point is not drawn.
     virtual void DrawLine(Point from, Point to, OleColor color, int thickness) = 0;
+    // Draws as the system's calls of these names do; see the constants above.
     virtual void DrawEdge(const Rect& area, unsigned style, unsigned sides) = 0;
     virtual void DrawFrameControl(const Rect& area, unsigned kind, unsigned state) = 0;
     // Draws a dotted rectangle: half of its dots invert what is there, the others mix it with `color`; black leaves the

@@ -38,6 +38,7 @@ struct Action {
     friend bool operator==(const Action&, const Action&) = default;
 };
 
+// Returns the action's line in a replay, without a line end.
 std::string LineOf(const Action& action);
 // Returns nullopt when the line is not one that LineOf writes.
 std::optional<Action> ActionOf(std::string_view line);
@@ -63,6 +64,7 @@ struct KeyPress {
     bool alt = false;
     friend bool operator==(const KeyPress&, const KeyPress&) = default;
 };
+// Returns nullopt when there is no key of that name.
 std::optional<KeyPress> KeyOf(std::string_view name);
 
 }  // namespace qvx::soak

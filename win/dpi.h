@@ -26,8 +26,7 @@ struct DpiChange {
 
     DpiChange(HWND changed, WPARAM wParam, LPARAM lParam);
     Point Corner() const { return {suggested.left, suggested.top}; }
-    // Moves the window to the suggested place, in the suggested size or in one that it has calculated for the
-    // resolution.
+    // Moves the window to the suggested place, in the suggested size or in one that was calculated for the resolution.
     void Follow() const { Follow({suggested.Width(), suggested.Height()}); }
     void Follow(Size size) const;
 };
@@ -37,6 +36,7 @@ struct DpiChange {
 int SystemMetric(int index, Dpi dpi);
 // Returns the size that the frame of such a window adds to its client area, without a menu.
 Size FrameSize(DWORD style, DWORD exStyle, Dpi dpi);
+// Returns the metrics and fonts of captions, menus and message boxes.
 NONCLIENTMETRICSW FrameMetrics(Dpi dpi);
 
 // Makes all of the functions above use one resolution for the duration of a scope, so that tests can lay out and draw

@@ -20,6 +20,7 @@ struct EditSelection {
 // Limits a selection to a text of `size` characters. Throws error 380 for negative values.
 EditSelection ClampedSelection(int start, int length, std::size_t size);
 
+// Returns the present selection.
 EditSelection SelectionOf(HWND edit);
 qvx::Text SelectedText(HWND edit);
 // A position beyond the text is limited to its end. Throws error 380 for negative values.
@@ -41,6 +42,7 @@ class FieldColors {
     // Returns the answer to WM_CTLCOLOREDIT and related messages, whose wParam this is; the text is grey for a field
     // that is disabled.
     LRESULT Apply(WPARAM wParam, bool enabled);
+    // Returns a brush in the background colour; this object owns it.
     HBRUSH Brush();
 
   private:

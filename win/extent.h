@@ -8,6 +8,7 @@
 
 namespace qvx {
 
+// Both round half away from zero.
 inline SIZEL PixelsToHimetric(Size pixels, Dpi dpi) {
     return {ScaleRounded(pixels.width, himetricPerInch, dpi.x), ScaleRounded(pixels.height, himetricPerInch, dpi.y)};
 }

@@ -38,6 +38,7 @@ class GdiSurface final : public Surface {
     GdiSurface& operator=(const GdiSurface&) = delete;
 
     HDC Dc() const { return dc_; }
+    // Drops what is known of the device context's selected font and colours.
     void Forget();
 
     Dpi Resolution() const override { return dpi_; }

@@ -27,6 +27,7 @@ class UniqueHandle {
 
     Handle Get() const { return handle_; }
     explicit operator bool() const { return handle_ != nullptr; }
+    // Takes ownership of another handle, and releases the previous one.
     void Reset(Handle handle = nullptr) {
         if (Handle old = std::exchange(handle_, handle)) {
             Release{}(old);

@@ -23,6 +23,7 @@ class ModalScope {
     ~ModalScope();
     ModalScope(const ModalScope&) = delete;
     ModalScope& operator=(const ModalScope&) = delete;
+    // Enables the windows again; a second call does nothing.
     void End();
     // To be called after the dialog has been destroyed.
     void RestoreFocus() const;

@@ -96,6 +96,7 @@ class WindowSubclass {
     WindowSubclass(const WindowSubclass&) = delete;
     WindowSubclass& operator=(const WindowSubclass&) = delete;
 
+    // Subclasses the window, instead of any previous one. Returns false when the system refuses.
     bool Attach(HWND window);
     void Detach();
     HWND Handle() const { return handle_; }

@@ -21,8 +21,8 @@ bool IsForbiddenInNames(char16_t character);
 // Returns the text without those characters.
 Text CleanName(TextView text);
 
-// Returns the file name of a database that is restored as a group of its own; where nothing usable was typed, up to
-// eight characters of `spare` are used.
+// Returns the file name of a database that is restored as a group of its own, from the typed name; where nothing usable
+// was typed, from up to eight characters of `spare`.
 Text GroupName(TextView typed);
 Text SpareGroupName(TextView spare);
 

@@ -44,7 +44,9 @@ class Environment {
 
     // Displays the contents of the fields and paints the dialog at once. Never fails.
     virtual void Refresh(const FormState& form) = 0;
+    // Returns true for OK and Yes, false otherwise, as dialogs::ShowMessage does.
     virtual bool ShowMessage(TextView prompt, const dialogs::MessageKind& kind, const std::optional<Text>& title) = 0;
+    // Shows an error with the hosts' number.
     virtual void ReportError(int number, TextView description) = 0;
     // Empty when the user cancels.
     virtual Text BrowseForFolder(TextView title) = 0;

@@ -43,6 +43,7 @@ struct MenuItemLook {
 // Returns the size that the item needs, in pixels of the surface. The system adds the room for its arrow to the width.
 Size MeasureMenuItem(Surface& surface, const MenuItemLook& look);
 
+// Draws the item in `area`, in pixels of the surface.
 void DrawMenuItem(Surface& surface, const Rect& area, const MenuItemLook& look);
 
 // Returns the area of the picture in an item; the picture is scaled to it, whatever its own size.

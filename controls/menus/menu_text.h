@@ -12,6 +12,7 @@ struct MenuText {
     Text keys;   // the text after the first tab, or after the mark that moves the rest to the far edge
 };
 
+// Splits an item's text into the label and the keys.
 MenuText SplitMenuText(TextView text);
 
 // Returns the character after the last "&" that is not doubled, which the system underlines, in lower case; 0 without

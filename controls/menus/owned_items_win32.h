@@ -60,8 +60,9 @@ class OwnedItems {
     const OwnedItem* Find(ULONG_PTR data) const;
     // Returns the present state of an item; nullopt for one that has been removed from its menu.
     static std::optional<ItemState> Locate(const OwnedItem& item);
+    // Whether the library already draws the item in that menu.
     bool Owns(const ItemState& state, HMENU menu) const;
-    // Whether the library may draw the item: not one that is already owner-drawn, or shows a bitmap.
+    // Whether the library may draw the item: not a separator, a bitmap item, or one that other code draws.
     bool MayOwn(const ItemState& state, HMENU menu) const;
 
     // Makes an item owner-drawn, or updates one that already is. Returns false when the system refuses.

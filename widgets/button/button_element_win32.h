@@ -21,6 +21,7 @@ class ButtonElement final : public PushElement {
     void SetFocused(bool focused) { Perform(logic_.SetFocused(focused)); }
     // Paints one of the three states at once.
     void DrawButton(int state);
+    // Paints the focus rectangle at once.
     void DrawFocus();
     // Whether a character typed with Alt is the button's access key.
     bool AnswersTo(char16_t character) const;

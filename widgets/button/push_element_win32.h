@@ -31,6 +31,7 @@ class PushElement {
     // everything works, but nothing is shown.
     void Attach(HWND window);
     HWND WindowHandle() const { return window_; }
+    // Sets the size of the face and draws the normal state.
     void Resize(Size pixels);
     // Whether HandleMessage may react to this message, which requires that the button accepts input.
     static bool IsInput(UINT message);
@@ -39,6 +40,7 @@ class PushElement {
     // Handles mouse and keyboard messages of the window, and changes of its state; returns nullopt for messages that do
     // not concern the button. Focus messages come through FocusChanged.
     std::optional<LRESULT> HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    // The window has got or lost the keyboard focus.
     void FocusChanged(bool focused);
     // Whether the button wants a key before its host moves the focus with it.
     bool Wants(int key, int shift) { return Logic().Wants(key, shift); }

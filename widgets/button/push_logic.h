@@ -41,6 +41,7 @@ class PushLogic {
     virtual bool Wants(int key, int shift) const = 0;
 
     virtual ButtonActions LeftButtonDown() = 0;
+    // A mouse button other than the left one went down.
     virtual ButtonActions OtherButtonDown() = 0;
     virtual ButtonActions MouseMove(const MouseMovement& movement) = 0;
     // For any mouse button; in the units of MouseMovement.
@@ -70,6 +71,7 @@ constexpr bool InsideFace(Point p, Size face) {
 
 // The left and right arrow keys, when no other key is held, move the focus as Shift+Tab and Tab do.
 bool MovesFocus(int key, int shift);
+// Returns the action for such a key.
 ButtonActions FocusMove(int key, int shift);
 
 }  // namespace qvx::buttons

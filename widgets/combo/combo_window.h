@@ -52,7 +52,8 @@ class ComboWindow final : private WindowSubclass {
 
     // Throws error 5 for an index outside 0 to ListCount.
     void AddItem(TextView item, std::optional<int> index = std::nullopt);
-    // Throws error 5 for an index outside the list, like all members with an index.
+    // Throws error 5 for an index outside the list, as SetList (up to ListCount, which adds an entry), ItemData,
+    // SetItemData and SetTopIndex do.
     void RemoveItem(int index);
     // Empties list and text.
     void Clear();

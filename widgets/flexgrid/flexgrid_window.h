@@ -50,6 +50,7 @@ class FlexGridWindow final : public Window, private GridListener {
     // out of view.
     int RowPos(int row);
     int ColPos(int col);
+    // Whether any part of the row or column is visible.
     bool RowIsVisible(int row);
     bool ColIsVisible(int col);
     // Returns the position where the mouse was last pressed or moved to. Unlike CellTwips, it scrolls nothing.
@@ -63,6 +64,7 @@ class FlexGridWindow final : public Window, private GridListener {
     void SetLeftCol(int col);
     // Sets both, limited in the same way; any numbers are accepted.
     void ScrollTo(int topRow, int leftCol);
+    // Scrolls as little as needed to make the cell completely visible.
     void ScrollIntoView(int row, int col);
     // Whether the cell's text is cut off at the cell's edge.
     bool IsTextCut(int row, int col);

@@ -55,6 +55,7 @@ class TextBoxWindow final : private WindowSubclass {
     // `code` is the notification code of a WM_COMMAND message of the box.
     void OnCommand(WORD code);
     LRESULT OnColors(WPARAM wParam) { return colors_.Apply(wParam, enabled_); }
+    // Sets the window's outer size.
     void Resize(Size pixels);
     // Returns the height in pixels.
     int NaturalHeight(Dpi dpi) const;
@@ -101,6 +102,7 @@ class TextBoxWindow final : private WindowSubclass {
     void SetForeColor(OleColor color);
     const qvx::Text& ToolTipText() const { return toolTip_.Text(); }
     void SetToolTipText(TextView text) { toolTip_.Set(GetParent(Window()), Window(), text); }
+    // Takes effect on systems with touch keyboards only.
     void SetTouchKeys(TouchKeys keys);
     // Sets the name of the box for assistive programs.
     void SetAccessibleName(TextView name) { name_.SetName(name); }
