@@ -72,33 +72,22 @@ class NamedAccessible final : public ComObject<AccessibleDispatch, IOleWindow> {
         });
     }
 
-    // All other members are the system's. clang-format off
+    // All other members are the system's.
+    // clang-format off
     STDMETHODIMP get_accParent(IDispatch** out) override { return inner_->get_accParent(out); }
     STDMETHODIMP get_accChildCount(long* out) override { return inner_->get_accChildCount(out); }
     STDMETHODIMP get_accChild(VARIANT child, IDispatch** out) override { return inner_->get_accChild(child, out); }
-    STDMETHODIMP get_accDescription(VARIANT child, BSTR* out) override {
-        return inner_->get_accDescription(child, out);
-    }
+    STDMETHODIMP get_accDescription(VARIANT child, BSTR* out) override { return inner_->get_accDescription(child, out); }
     STDMETHODIMP get_accState(VARIANT child, VARIANT* out) override { return inner_->get_accState(child, out); }
     STDMETHODIMP get_accHelp(VARIANT child, BSTR* out) override { return inner_->get_accHelp(child, out); }
-    STDMETHODIMP get_accHelpTopic(BSTR* file, VARIANT child, long* topic) override {
-        return inner_->get_accHelpTopic(file, child, topic);
-    }
-    STDMETHODIMP get_accKeyboardShortcut(VARIANT child, BSTR* out) override {
-        return inner_->get_accKeyboardShortcut(child, out);
-    }
+    STDMETHODIMP get_accHelpTopic(BSTR* file, VARIANT child, long* topic) override { return inner_->get_accHelpTopic(file, child, topic); }
+    STDMETHODIMP get_accKeyboardShortcut(VARIANT child, BSTR* out) override { return inner_->get_accKeyboardShortcut(child, out); }
     STDMETHODIMP get_accFocus(VARIANT* out) override { return inner_->get_accFocus(out); }
     STDMETHODIMP get_accSelection(VARIANT* out) override { return inner_->get_accSelection(out); }
-    STDMETHODIMP get_accDefaultAction(VARIANT child, BSTR* out) override {
-        return inner_->get_accDefaultAction(child, out);
-    }
+    STDMETHODIMP get_accDefaultAction(VARIANT child, BSTR* out) override { return inner_->get_accDefaultAction(child, out); }
     STDMETHODIMP accSelect(long flags, VARIANT child) override { return inner_->accSelect(flags, child); }
-    STDMETHODIMP accLocation(long* left, long* top, long* width, long* height, VARIANT child) override {
-        return inner_->accLocation(left, top, width, height, child);
-    }
-    STDMETHODIMP accNavigate(long direction, VARIANT start, VARIANT* out) override {
-        return inner_->accNavigate(direction, start, out);
-    }
+    STDMETHODIMP accLocation(long* left, long* top, long* width, long* height, VARIANT child) override { return inner_->accLocation(left, top, width, height, child); }
+    STDMETHODIMP accNavigate(long direction, VARIANT start, VARIANT* out) override { return inner_->accNavigate(direction, start, out); }
     STDMETHODIMP accHitTest(long x, long y, VARIANT* out) override { return inner_->accHitTest(x, y, out); }
     STDMETHODIMP accDoDefaultAction(VARIANT child) override { return inner_->accDoDefaultAction(child); }
     STDMETHODIMP put_accName(VARIANT child, BSTR name) override { return inner_->put_accName(child, name); }

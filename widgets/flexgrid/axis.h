@@ -19,8 +19,8 @@ struct Span {
 
 // Positions along an axis count from the window's top edge or from where its columns start: the left edge, or the right
 // one where the axis is `mirrored`. Items 0..fixed-1 are fixed: they are at the start and never scroll. They are
-// followed by the items from `first` on. Invariants: 0 <= fixed <= count, and first >= fixed. The functions take no
-// more than O(log count), so they must not walk along runs of hidden items or to distant ones.
+// followed by the items from `first` on. Invariants: 0 <= fixed <= count, and first >= fixed. The functions take
+// O(log count) at most, so that nothing here has to walk along runs of hidden items or to distant ones.
 struct Axis {
     int count = 0;
     int fixed = 0;
@@ -28,7 +28,7 @@ struct Axis {
     int extent = 0;                  // room in the window, in pixels
     std::function<int(int)> sizeOf;  // pixels of an item; 0 means hidden
     std::function<std::int64_t(int)>
-        startOf;  // start of an item when all are laid end to end from 0; for `count`, their whole length
+        startOf;  // start of an item, laid end to end from 0; for `count`, the whole length
     std::function<int(std::int64_t)> shownAt;  // the shown item that covers such a position; `count` after the last one
     bool mirrored = false;
 

@@ -75,7 +75,8 @@ class FlexGridObject final
         });
     }
 
-    // Members that pass on calls to the model or the window unchanged. clang-format off
+    // Members that pass on calls to the model or the window unchanged.
+    // clang-format off
     STDMETHODIMP get_Rows(long* result) override { return Get(result, &Grid::Rows); }
     STDMETHODIMP put_Rows(long value) override { return Put(&Grid::SetRows, value); }
     STDMETHODIMP get_Cols(long* result) override { return Get(result, &Grid::Cols); }
@@ -94,12 +95,8 @@ class FlexGridObject final
     STDMETHODIMP put_ColSel(long value) override { return Put(&Grid::SetColSel, value); }
     STDMETHODIMP get_Text(BSTR* result) override { return Get(result, &Grid::Text); }
     STDMETHODIMP put_Text(BSTR value) override { return Put(&Grid::SetText, value); }
-    STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override {
-        return Get(result, &Grid::TextMatrix, row, col);
-    }
-    STDMETHODIMP put_TextMatrix(long row, long col, BSTR value) override {
-        return Put(&Grid::SetTextMatrix, row, col, value);
-    }
+    STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override { return Get(result, &Grid::TextMatrix, row, col); }
+    STDMETHODIMP put_TextMatrix(long row, long col, BSTR value) override { return Put(&Grid::SetTextMatrix, row, col, value); }
     STDMETHODIMP get_TextArray(long index, BSTR* result) override { return Get(result, &Grid::TextArray, index); }
     STDMETHODIMP put_TextArray(long index, BSTR value) override { return Put(&Grid::SetTextArray, index, value); }
     STDMETHODIMP get_Clip(BSTR* result) override { return Get(result, &Grid::Clip); }
@@ -114,18 +111,10 @@ class FlexGridObject final
     STDMETHODIMP put_RowHeight(long index, long value) override { return Put(&Grid::SetRowHeight, index, value); }
     STDMETHODIMP get_RowHeightMin(long* result) override { return Get(result, &Grid::RowHeightMin); }
     STDMETHODIMP put_RowHeightMin(long value) override { return Put(&Grid::SetRowHeightMin, value); }
-    STDMETHODIMP get_ColAlignment(long index, short* result) override {
-        return Get(result, &Grid::ColAlignment, index);
-    }
-    STDMETHODIMP put_ColAlignment(long index, short value) override {
-        return Put(&Grid::SetColAlignment, index, value);
-    }
-    STDMETHODIMP get_FixedAlignment(long index, short* result) override {
-        return Get(result, &Grid::FixedAlignment, index);
-    }
-    STDMETHODIMP put_FixedAlignment(long index, short value) override {
-        return Put(&Grid::SetFixedAlignment, index, value);
-    }
+    STDMETHODIMP get_ColAlignment(long index, short* result) override { return Get(result, &Grid::ColAlignment, index); }
+    STDMETHODIMP put_ColAlignment(long index, short value) override { return Put(&Grid::SetColAlignment, index, value); }
+    STDMETHODIMP get_FixedAlignment(long index, short* result) override { return Get(result, &Grid::FixedAlignment, index); }
+    STDMETHODIMP put_FixedAlignment(long index, short value) override { return Put(&Grid::SetFixedAlignment, index, value); }
     STDMETHODIMP get_ColData(long index, long* result) override { return Get(result, &Grid::ColData, index); }
     STDMETHODIMP put_ColData(long index, long value) override { return Put(&Grid::SetColData, index, value); }
     STDMETHODIMP get_RowData(long index, long* result) override { return Get(result, &Grid::RowData, index); }
@@ -148,12 +137,8 @@ class FlexGridObject final
     STDMETHODIMP put_CellFontItalic(VARIANT_BOOL value) override { return Put(&Grid::SetCellFontItalic, value); }
     STDMETHODIMP get_CellFontUnderline(VARIANT_BOOL* result) override { return Get(result, &Grid::CellFontUnderline); }
     STDMETHODIMP put_CellFontUnderline(VARIANT_BOOL value) override { return Put(&Grid::SetCellFontUnderline, value); }
-    STDMETHODIMP get_CellFontStrikeThrough(VARIANT_BOOL* result) override {
-        return Get(result, &Grid::CellFontStrikeThrough);
-    }
-    STDMETHODIMP put_CellFontStrikeThrough(VARIANT_BOOL value) override {
-        return Put(&Grid::SetCellFontStrikeThrough, value);
-    }
+    STDMETHODIMP get_CellFontStrikeThrough(VARIANT_BOOL* result) override { return Get(result, &Grid::CellFontStrikeThrough); }
+    STDMETHODIMP put_CellFontStrikeThrough(VARIANT_BOOL value) override { return Put(&Grid::SetCellFontStrikeThrough, value); }
     STDMETHODIMP get_CellFontWidth(float* result) override { return Get(result, &Grid::CellFontWidth); }
     STDMETHODIMP put_CellFontWidth(float value) override { return Put(&Grid::SetCellFontWidth, value); }
     STDMETHODIMP get_CellPictureAlignment(short* result) override { return Get(result, &Grid::CellPictureAlignment); }
@@ -178,12 +163,8 @@ class FlexGridObject final
     STDMETHODIMP put_SelectionMode(::GridSelection value) override { return Put(&Grid::SetSelectionMode, value); }
     STDMETHODIMP get_ScrollBars(::GridScrollBars* result) override { return Get(result, &Grid::ScrollBars); }
     STDMETHODIMP put_ScrollBars(::GridScrollBars value) override { return Put(&Grid::SetScrollBars, value); }
-    STDMETHODIMP get_AllowUserResizing(::GridResizing* result) override {
-        return Get(result, &Grid::AllowUserResizing);
-    }
-    STDMETHODIMP put_AllowUserResizing(::GridResizing value) override {
-        return Put(&Grid::SetAllowUserResizing, value);
-    }
+    STDMETHODIMP get_AllowUserResizing(::GridResizing* result) override { return Get(result, &Grid::AllowUserResizing); }
+    STDMETHODIMP put_AllowUserResizing(::GridResizing value) override { return Put(&Grid::SetAllowUserResizing, value); }
     STDMETHODIMP get_FillStyle(::GridFill* result) override { return Get(result, &Grid::FillStyle); }
     STDMETHODIMP put_FillStyle(::GridFill value) override { return Put(&Grid::SetFillStyle, value); }
     STDMETHODIMP get_TextStyle(::GridTextStyle* result) override { return Get(result, &Grid::TextStyle); }
@@ -197,12 +178,8 @@ class FlexGridObject final
     STDMETHODIMP get_MergeCol(long index, VARIANT_BOOL* result) override { return Get(result, &Grid::MergeCol, index); }
     STDMETHODIMP put_MergeCol(long index, VARIANT_BOOL value) override { return Put(&Grid::SetMergeCol, index, value); }
     STDMETHODIMP put_Sort(::GridSort value) override { return Put(&Grid::Sort, value); }
-    STDMETHODIMP get_RowIsVisible(long index, VARIANT_BOOL* result) override {
-        return Get(result, &FlexGridWindow::RowIsVisible, index);
-    }
-    STDMETHODIMP get_ColIsVisible(long index, VARIANT_BOOL* result) override {
-        return Get(result, &FlexGridWindow::ColIsVisible, index);
-    }
+    STDMETHODIMP get_RowIsVisible(long index, VARIANT_BOOL* result) override { return Get(result, &FlexGridWindow::RowIsVisible, index); }
+    STDMETHODIMP get_ColIsVisible(long index, VARIANT_BOOL* result) override { return Get(result, &FlexGridWindow::ColIsVisible, index); }
     STDMETHODIMP get_RowPos(long index, long* result) override { return Get(result, &FlexGridWindow::RowPos, index); }
     STDMETHODIMP get_ColPos(long index, long* result) override { return Get(result, &FlexGridWindow::ColPos, index); }
     STDMETHODIMP get_TopRow(long* result) override { return Get(result, &Grid::TopRow); }
