@@ -25,10 +25,9 @@ struct Axis {
     int count = 0;
     int fixed = 0;
     int first = 0;
-    int extent = 0;                  // room in the window, in pixels
-    std::function<int(int)> sizeOf;  // pixels of an item; 0 means hidden
-    std::function<std::int64_t(int)>
-        startOf;  // start of an item, laid end to end from 0; for `count`, the whole length
+    int extent = 0;                            // room in the window, in pixels
+    std::function<int(int)> sizeOf;            // pixels of an item; 0 means hidden
+    std::function<std::int64_t(int)> startOf;  // start of an item, laid end to end from 0; for `count`, the end
     std::function<int(std::int64_t)> shownAt;  // the shown item that covers such a position; `count` after the last one
     bool mirrored = false;
 
