@@ -21,7 +21,7 @@ bool HasSignature(ByteView bytes, std::uint32_t wanted) {
     return bytes.size() >= 4 && ByteReader(bytes).U32() == wanted;
 }
 
-// The place of the end record in the last bytes of a file, whose comment must fit behind it.
+// Returns the position of the end record in the last bytes of a file; its comment must fit after it.
 std::optional<std::size_t> FindEndRecord(ByteView tail) {
     if (tail.size() < endSize) return std::nullopt;
     for (std::size_t at = tail.size() - endSize + 1; at-- > 0;) {
@@ -44,7 +44,7 @@ ArchiveReader::ArchiveReader(InputVolumes& volumes) : volumes_(volumes) {
     CheckOverlaps();
 }
 
-// The last volume is the one with an end; whatever else was inserted instead is none.
+// The last volume is the one with an end record; any other inserted volume is wrong.
 void ArchiveReader::ReadEndRecords() {
     for (;;) {
         try {
@@ -70,7 +70,8 @@ void ArchiveReader::FindEnd() {
     const Bytes before = ReadPart(file, endOffset_ - end64LocatorSize, end64LocatorSize);
     const auto wide = ReadEnd64Locator(before);
     if (!wide) return;
-    // It stands directly before its locator; an archive behind something else in its file has moved with that.
+    // The record is directly before its locator; if the archive follows other data in its file, the record has moved by
+    // the same distance.
     if (endOffset_ < end64LocatorSize + end64Size) Damaged();
     endOffset_ -= end64LocatorSize + end64Size;
     end_ = ReadEnd64(ReadPart(file, endOffset_, end64Size));
@@ -92,7 +93,7 @@ void ArchiveReader::ReadDirectory() {
         entry.offset += prefix_;
         entries_.push_back(std::move(entry));
     }
-    // Only a signature of the directory may follow.
+    // Only the directory's signature may follow.
     constexpr std::uint32_t directorySignature = 0x05054B50;
     if (reader.Left() > 0 && reader.U32() != directorySignature) Damaged();
 }
@@ -106,7 +107,7 @@ void ArchiveReader::CheckOverlaps() {
         const Place limit = i + 1 < entries_.size() ? StartOf(entries_[i + 1]) : directory;
         const Place start = StartOf(entry);
         if (limit <= start) Damaged();
-        // Both on one volume: there must be room between them, for the header and the data at least.
+        // If both are on one volume, there must be room between them for at least the header and the data.
         const std::uint64_t least = localHeaderSize + entry.rawName.size();
         if (start.volume == limit.volume && (!FitsBefore(start.offset, least, limit.offset) ||
                                              entry.packedSize > limit.offset - start.offset - least)) {
@@ -116,7 +117,7 @@ void ArchiveReader::CheckOverlaps() {
     }
 }
 
-// Behind the entry's own header, which must be the one that the directory means.
+// The data follows the entry's own header, which must be the one that the directory refers to.
 Place ArchiveReader::DataOf(const Entry& entry) {
     for (;;) {
         VolumeReader reader(volumes_, end_.disk, StartOf(entry));

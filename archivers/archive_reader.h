@@ -1,4 +1,4 @@
-// Reads an archive's directory and the data of its entries. Everything an archive says is doubted.
+// Reads an archive's directory and the data of its entries. Nothing in an archive is trusted.
 #pragma once
 
 #include "archivers/inflate.h"
@@ -9,15 +9,15 @@ namespace qvx::archivers {
 
 class ArchiveReader {
   public:
-    // Reads the directory. Throws ExitCode::damaged when that does not hold together: numbers that contradict each
-    // other, records outside the file, entries whose data overlap.
+    // Reads the directory. Throws ExitCode::damaged when it is inconsistent: numbers that contradict each other,
+    // records outside the file, entries whose data overlap.
     explicit ArchiveReader(InputVolumes& volumes);
 
-    // In the order of their data.
+    // The entries in the order of their data.
     const std::vector<Entry>& Entries() const { return entries_; }
 
-    // Hands the content of an entry of Entries() to the sink, as Inflate does. ExitCode::unsupported for what cannot be
-    // read.
+    // Passes the content of an entry of Entries() to the sink, as Inflate does. Throws ExitCode::unsupported when it
+    // cannot be read.
     void Read(const Entry& entry, const Sink& sink);
 
   private:
@@ -31,9 +31,9 @@ class ArchiveReader {
     InputVolumes& volumes_;
     EndRecord end_;
     std::uint64_t endOffset_ = 0;  // of the end records, in the last volume
-    std::uint64_t prefix_ = 0;     // what stands before the archive in its file
+    std::uint64_t prefix_ = 0;     // size of what precedes the archive in its file
     std::vector<Entry> entries_;
-    std::vector<Place> limits_;  // where the data of each must have ended
+    std::vector<Place> limits_;  // where the data of each entry must have ended
 };
 
 }  // namespace qvx::archivers

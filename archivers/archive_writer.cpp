@@ -63,9 +63,9 @@ void ArchiveWriter::Add(Entry entry, InputFile& file, const ProgressCall& progre
     entries_.push_back(std::move(entry));
 }
 
-// What fits in memory is packed first; everything is known when its header is written.
+// A file that fits in memory is compressed first, so that everything is known when its header is written.
 void ArchiveWriter::AddSmall(Entry& entry, std::uint64_t size, const Source& source) {
-    // One byte more than there should be, to see whether the file has grown.
+    // One byte more than expected, to find out whether the file has grown.
     Bytes content(static_cast<std::size_t>(size) + 1);
     content.resize(source(content));
     const Bytes packed = DeflateWhole(content);
@@ -84,7 +84,7 @@ void ArchiveWriter::AddLarge(Entry& entry, InputFile& file, std::uint64_t size, 
     const bool wide = NeedsLocal64(size);
     const bool isSingle = volumes_.IsSingle();
     entry.method = method::deflated;
-    // On several disks the header may be out of reach by the time the sizes are known.
+    // On several disks, the header may be out of reach by the time the sizes are known.
     if (!isSingle) entry.flags |= flag::descriptor;
     const Place header = PutHeader(entry, wide, isSingle);
     const Place data = writer_.Position();
@@ -94,7 +94,7 @@ void ArchiveWriter::AddLarge(Entry& entry, InputFile& file, std::uint64_t size, 
     entry.size = sums.size;
     entry.packedSize = sums.packedSize;
     if (!wide && std::max(entry.size, entry.packedSize) >= limit32) {
-        // The file has grown beyond what its header can say.
+        // The file has grown beyond the size that its header can represent.
         throw ArchiveError(ExitCode::sourceChanged, entry.name);
     }
     if (!isSingle) {
@@ -140,7 +140,7 @@ void ArchiveWriter::Finish() {
         writer_.PutRecord(header);
     }
     end.entries = entries_.size();
-    // The numbers of the last disk's own: known when the record has its place.
+    // The numbers that refer to the last disk are known only when the record has its place.
     const auto settle = [&](std::size_t size) {
         end.disk = writer_.Reserve(size).volume;
         end.entriesHere =

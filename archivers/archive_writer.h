@@ -1,4 +1,4 @@
-// Puts files into an archive, one after another.
+// Adds files to an archive, one after another.
 #pragma once
 
 #include <functional>
@@ -9,19 +9,19 @@
 
 namespace qvx::archivers {
 
-// Told how many bytes of the current file have been read; may throw to stop the work.
+// Called with the number of bytes of the current file that have been read; may throw to stop the work.
 using ProgressCall = std::function<void(std::uint64_t)>;
 
 class ArchiveWriter {
   public:
-    // `threads` as Deflate takes it.
+    // `threads` as in Deflate.
     ArchiveWriter(OutputVolumes& volumes, unsigned threads);
 
-    // The entry comes with name, times and attributes; the rest is filled in. ExitCode::sourceChanged when the file is
-    // not the same before and after it was read.
+    // The caller sets name, times and attributes of the entry; the rest is filled in. Throws ExitCode::sourceChanged
+    // when the file has changed while it was read.
     void Add(Entry entry, InputFile& file, const ProgressCall& progress);
 
-    // The central directory and the end. Nothing is added any more.
+    // Writes the central directory and the end record. Nothing can be added afterwards.
     void Finish();
 
     const std::vector<Entry>& Entries() const { return entries_; }

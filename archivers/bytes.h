@@ -1,4 +1,4 @@
-// Numbers as an archive holds them: little endian, at any address.
+// Numbers as an archive stores them: little-endian, at any address.
 #pragma once
 
 #include <algorithm>
@@ -34,13 +34,14 @@ class ByteWriter {
     Bytes bytes_;
 };
 
-// Takes numbers off the front; throws ExitCode::damaged past the end.
+// Removes numbers from the front; throws ExitCode::damaged past the end.
 class ByteReader {
   public:
     explicit ByteReader(ByteView bytes) : bytes_(bytes) {}
     std::uint16_t U16() { return static_cast<std::uint16_t>(Number(2)); }
     std::uint32_t U32() { return static_cast<std::uint32_t>(Number(4)); }
     std::uint64_t U64() { return Number(8); }
+    // Removes `count` bytes from the front; the view is as long-lived as the underlying bytes.
     ByteView Raw(std::size_t count) {
         if (bytes_.size() < count) throw ArchiveError(ExitCode::damaged);
         const ByteView taken = bytes_.first(count);

@@ -1,11 +1,11 @@
-// The sum that an archive keeps of each file (CRC-32), taken piece by piece.
+// The checksum that an archive stores for each file (CRC-32), calculated piece by piece.
 #pragma once
 
 #include "archivers/bytes.h"
 
 namespace qvx::archivers {
 
-// Long runs of zeros, as in files that are mostly holes, cost next to nothing.
+// Long runs of zeros, as in files that consist mostly of holes, cost next to nothing.
 class Checksum {
   public:
     void Add(ByteView bytes);
@@ -13,7 +13,7 @@ class Checksum {
 
   private:
     std::uint32_t value_ = 0;
-    // Of the last piece that was all zeros.
+    // Size of the last piece that was all zeros.
     std::size_t zeroSize_ = 0;
     std::uint32_t zeroSum_ = 0;
     std::uint32_t zeroStep_ = 0;

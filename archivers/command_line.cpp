@@ -28,13 +28,13 @@ const TextView unpackUsage =
 
 namespace {
 
-// A part must hold the longest record there can be.
+// A part must be able to contain the longest possible record.
 constexpr std::uint64_t leastPart = 4096;
 constexpr std::uint64_t mostPart = std::uint64_t{1} << 50;
 
 [[noreturn]] void Misused(const Text& word = {}) { throw ArchiveError(ExitCode::usage, word); }
 
-// Bytes, or with k, m or g behind the number so many thousands (of 1024) of them.
+// Reads a number of bytes, or with k, m or g after the number, a multiple of a power of 1024.
 std::uint64_t ParseSize(TextView digits, const Text& word) {
     std::uint64_t unit = 1;
     if (!digits.empty() && !IsDigit(digits.back())) {

@@ -11,14 +11,14 @@ namespace qvx::archivers {
 extern const TextView packUsage;
 extern const TextView unpackUsage;
 
-// The words behind the program's own name. Double quotes hold a word with blanks together; a backslash always stands
-// for itself, since no file name has a quote in it: "C:\my folder\" is that folder, whatever follows it.
+// Returns the words after the program's own name. Double quotes enclose a word with blanks; a backslash is always an
+// ordinary character, since no file name contains a quote: "C:\my folder\" is that folder, whatever follows.
 std::vector<Text> SplitCommandLine(TextView line);
 
 struct PackOptions {
     bool help = false;
     bool spans = false;          // -&
-    std::uint64_t partSize = 0;  // -s: bytes a part, 0 for one file
+    std::uint64_t partSize = 0;  // -s: bytes per part, 0 for one file
     Text archive;
     std::vector<Text> files;  // may have wildcards in their names
 };

@@ -13,10 +13,10 @@ namespace qvx::archivers {
 
 namespace {
 
-// How far back a match may reach.
+// How far back a match may be.
 constexpr std::size_t window = 32768;
 constexpr int level = 6;
-// One more takes an eighth more time for a thousandth less.
+// One more would take an eighth more time to save a thousandth.
 constexpr int memoryLevel = 8;
 
 struct Block {
@@ -36,7 +36,7 @@ struct Block {
 class BlockDeflater {
   public:
     BlockDeflater() {
-        // Raw data, without a header of the library's own.
+        // Raw data, without a header of the compression library.
         if (deflateInit2(&stream_, level, Z_DEFLATED, -MAX_WBITS, memoryLevel, Z_DEFAULT_STRATEGY) != Z_OK) {
             throw std::bad_alloc();
         }
@@ -46,7 +46,7 @@ class BlockDeflater {
     BlockDeflater& operator=(const BlockDeflater&) = delete;
 
     void Run(Block& block) {
-        // A hole in a file is block after block of the same zeros.
+        // A hole in a file consists of many identical blocks of zeros.
         const bool isHole = !block.isLast && block.dictionary == window && IsAllZero(block.data);
         if (isHole && !hole_.empty()) {
             block.packed = hole_;
@@ -69,7 +69,7 @@ class BlockDeflater {
         if (block.dictionary > 0) {
             deflateSetDictionary(&stream_, block.Dictionary().data(), static_cast<uInt>(block.dictionary));
         }
-        // The bound is of a finished stream; an unfinished one's empty block at its end takes a little more.
+        // The bound is that of a finished stream; an unfinished one's empty block at its end takes a little more.
         block.packed.resize(deflateBound(&stream_, static_cast<uLong>(content.size())) + 64);
         stream_.next_in = const_cast<Bytef*>(content.data());
         stream_.avail_in = static_cast<uInt>(content.size());
@@ -89,14 +89,14 @@ class BlockDeflater {
 
 using BlockPointer = std::shared_ptr<Block>;
 
-// Threads that take blocks in any order; whoever waits for one gets it when it is done.
+// Threads that take blocks in any order; the caller gets each block when it is done.
 class Workers {
   public:
     explicit Workers(unsigned count) {
         try {
             for (; count > 0; --count) threads_.emplace_back([this] { Work(); });
         } catch (const std::exception&) {
-            // Fewer threads than wanted do as well, but none does not. Those that run must not be left behind.
+            // Fewer threads than wanted are enough, but at least one is needed. Those that run must not be abandoned.
             if (threads_.empty()) throw;
         }
     }
@@ -160,7 +160,7 @@ class Cutter {
   public:
     explicit Cutter(const Source& source) : source_(source) {}
 
-    // Null behind the last block.
+    // Returns null after the last block.
     BlockPointer Next() {
         if (isAtEnd_) return nullptr;
         auto block = std::make_shared<Block>();

@@ -1,5 +1,5 @@
-// Packing, on all processors at once: the data is cut into blocks that are deflated each on its own, primed with what
-// stands before it, and put together again to one stream that every program reads.
+// Compression on all processors at once: the data is cut into blocks, each is deflated on its own with the preceding
+// data as its dictionary, and the results are joined into one stream that every program can read.
 #pragma once
 
 #include <cstdint>
@@ -9,11 +9,11 @@
 
 namespace qvx::archivers {
 
-// Fills what it is given, and less only at the end of the data.
+// Fills the buffer, and returns less only at the end of the data.
 using Source = std::function<std::size_t(std::span<std::uint8_t>)>;
 using Sink = std::function<void(ByteView)>;
 
-// What is worth more than one processor is larger than this.
+// Data must be larger than this to be worth more than one processor.
 constexpr std::size_t deflateBlock = std::size_t{512} * 1024;
 
 struct Packed {
@@ -22,12 +22,12 @@ struct Packed {
     std::uint32_t crc = 0;
 };
 
-// Source and sink are called on this thread only, in order. Memory is a few blocks a thread, however much data there
-// is. What source or sink throw comes out of here. The result depends on the data alone, not on the number of threads
-// (1 or more).
+// Compresses the data of `source`. Source and sink are called on this thread only, in order, and their exceptions are
+// passed on. The memory used is a few blocks per thread, however much data there is. The result depends on the data
+// alone, not on the number of threads (1 or more).
 Packed Deflate(const Source& source, const Sink& sink, unsigned threads);
 
-// The same for at most deflateBlock bytes that are all there.
+// Compresses at most deflateBlock bytes that are all in memory.
 Bytes DeflateWhole(ByteView data);
 
 }  // namespace qvx::archivers

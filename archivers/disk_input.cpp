@@ -17,7 +17,7 @@ bool DiskInput::AskForLast() {
 
 void DiskInput::SetLast(std::uint32_t last) { current_ = last_ = last; }
 
-// The disk must be free to be taken out while the question stands.
+// The disk's files must be closed while the question is open, so that the user can remove the disk.
 void DiskInput::Ask(const Text& which) {
     file_.reset();
     const Text question = u"Insert " + which + u" and press Enter, or Ctrl+C to stop.";

@@ -13,9 +13,9 @@ const TextView archiveSuffix = u".~pkzip";
 namespace {
 
 constexpr std::size_t mostParts = 999;
-// What is left free on a disk, for the growth of its directory.
+// Space that is left free on a disk, for the growth of its directory.
 constexpr std::uint64_t reserve = std::uint64_t{32} * 1024;
-// The least that makes a disk worth beginning.
+// The least space that makes a disk worth using.
 constexpr std::uint64_t leastRoom = std::uint64_t{16} * 1024;
 
 std::uint32_t SumOf(InputFile& file) {
@@ -153,7 +153,7 @@ void DiskArchive::RemovePart() noexcept {
     try {
         if (HasFinishedPart()) files_.Remove(path_);
     } catch (const std::exception&) {
-        // The disk is out already, and the part with it.
+        // The disk has already been removed, and the part with it.
     }
 }
 

@@ -7,19 +7,21 @@
 
 namespace qvx::archivers {
 
-// What unfinished archives are called.
+// The suffix of unfinished archives.
 extern const TextView archiveSuffix;
 
 // An archive that gets its final name only at the end.
 class PendingArchive : public OutputVolumes {
   public:
-    // What was written, for reading it once more before it gets its name; null when not all of it is within reach.
+    // Returns the written archive, so that it can be read once more before it gets its name; null when not all of it is
+    // accessible.
     virtual InputVolumes* Written() = 0;
-    // The archive takes the place of the old one.
+    // Replaces the old archive.
     virtual void Commit() = 0;
 };
 
-// `spans` asks for one disk after another where the archive is on a removable drive; a part size of 0 is one file.
+// With `spans`, asks for one disk after another if the archive is on a removable drive; a part size of 0 means one
+// file.
 std::unique_ptr<PendingArchive> MakeArchive(Files& files, Console& console, const Text& path, bool spans,
                                             std::uint64_t partSize);
 
@@ -39,8 +41,8 @@ class SingleArchive final : public PendingArchive {
     SingleInput written_;
 };
 
-// Parts of a given size beside each other: NAME.z01, NAME.z02 and so on, the last under the archive's own name. All get
-// their names at the end, the last one last.
+// Parts of a given size beside each other: NAME.z01, NAME.z02 and so on, the last one under the archive's own name. All
+// get their names at the end, the last part last.
 class SplitArchive final : public PendingArchive {
   public:
     SplitArchive(Files& files, const Text& path, std::uint64_t partSize);
@@ -72,9 +74,9 @@ class SplitArchive final : public PendingArchive {
     WrittenParts written_;
 };
 
-// One part a disk, each under the archive's name. A part is read back and gets its name when its disk is full, since
-// the disk is taken out then; an archive that was there before goes only with the user's consent. When the next disk
-// does not come, the part is removed again from the disk that is in the drive.
+// One part per disk, each under the archive's name. A part is read back and gets its name when its disk is full, since
+// the disk is removed then; an existing archive is replaced only with the user's consent. When the next disk is not
+// inserted, the part is removed again from the disk that is in the drive.
 class DiskArchive final : public PendingArchive {
   public:
     DiskArchive(Files& files, Console& console, const Text& path);
@@ -86,16 +88,16 @@ class DiskArchive final : public PendingArchive {
     void Commit() override;
 
   private:
-    // A part that has its name, to know it again.
+    // A part that already has its name, with the data to recognise it.
     struct Finished {
         std::uint64_t size = 0;
         std::uint32_t sum = 0;
     };
-    // Sums up what goes through it.
+    // Calculates the checksum of the written data.
     class Part;
 
     void Begin();
-    // Whether this disk does for the next part; says so when not.
+    // Whether this disk can be used for the next part; tells the user if not.
     bool TryDisk();
     void FinishPart();
     bool HasFinishedPart();
@@ -110,8 +112,8 @@ class DiskArchive final : public PendingArchive {
     std::vector<Finished> finished_;
 };
 
-// Reads any of these. Parts that lie beside the archive are taken from there; the user is asked for other disks where
-// the archive is on a removable one.
+// Reads archives of all these kinds. Parts beside the archive are read from there; the user is asked for other disks if
+// the archive is on a removable drive.
 class DiskInput final : public InputVolumes {
   public:
     DiskInput(Files& files, Console& console, const Text& path);

@@ -1,4 +1,4 @@
-// How PkZip and PkunZip end, and the error that leads there.
+// The exit codes of PkZip and PkunZip, and the error that leads to them.
 #pragma once
 
 #include <array>
@@ -32,7 +32,7 @@ enum class ExitCode {
 
 struct ExitText {
     ExitCode code;
-    TextView text;  // what the console says, behind the file's name where there is one
+    TextView text;  // the message on the console, after the file's name if there is one
 };
 
 constexpr std::array<ExitText, 17> exitTexts = {{
@@ -55,6 +55,7 @@ constexpr std::array<ExitText, 17> exitTexts = {{
     {ExitCode::internal, u"something unexpected went wrong"},
 }};
 
+// Returns the console message of a code.
 TextView TextOf(ExitCode code);
 
 class ArchiveError : public std::exception {

@@ -1,4 +1,4 @@
-// Open files: the sources, and those in the making.
+// Open files: the sources, and those being written.
 #include <windows.h>
 
 #include <winioctl.h>
@@ -89,7 +89,7 @@ class SystemOutput final : public OutputFile {
     }
     void Skip(std::uint64_t count) override {
         if (!isSparse_ && count >= 65536) {
-            // Where the file system cannot, zeros are stored after all.
+            // If the file system does not support it, zeros are stored after all.
             DWORD returned = 0;
             DeviceIoControl(file_.Handle(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &returned, nullptr);
             isSparse_ = true;
@@ -149,7 +149,8 @@ class SystemOutput final : public OutputFile {
             ThrowSystemError(path_);
         }
     }
-    // The attributes go with the time in one call on the open file, which a read-only one could not be opened for.
+    // Attributes and time are set in one call on the open file, since a file that is already read-only could not be
+    // opened for it.
     void Stamp() {
         if (!modified_) return;
         FILE_BASIC_INFO information{};
@@ -175,7 +176,7 @@ std::unique_ptr<InputFile> SystemFiles::OpenInput(const Text& path) {
     constexpr DWORD flags = FILE_FLAG_SEQUENTIAL_SCAN;
     UniqueKernelObject file = Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_EXISTING, flags);
     if (!file && GetLastError() == ERROR_SHARING_VIOLATION) {
-        // Somebody has it open for writing: read all the same, and see afterwards whether it has changed.
+        // Another program has the file open for writing: it is read all the same, and checked for changes afterwards.
         constexpr DWORD everybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
         file = Open(path, GENERIC_READ, everybody, OPEN_EXISTING, flags);
     }
@@ -184,7 +185,7 @@ std::unique_ptr<InputFile> SystemFiles::OpenInput(const Text& path) {
 }
 
 std::unique_ptr<OutputFile> SystemFiles::CreateOutput(const Text& temporaryPath) {
-    // What is left of a killed run may have any attributes.
+    // A file left by a killed run may have any attributes.
     Remove(temporaryPath);
     return std::make_unique<SystemOutput>(temporaryPath);
 }

@@ -22,7 +22,8 @@ constexpr TextView codePage437 =
 static_assert(codePage437.size() == 128);
 
 constexpr std::size_t longestComponent = 255;
-// What a temporary's name keeps of the final one's; a name on other systems' disks counts bytes, three to a character.
+// The part of the final name in a temporary name; on other systems' disks, the length of a name counts bytes, three per
+// character.
 constexpr std::size_t longestStem = 70;
 
 bool IsSeparator(char16_t c) { return c == u'\\' || c == u'/'; }
@@ -32,7 +33,7 @@ std::size_t NameStart(TextView path) {
     return found == TextView::npos ? 0 : found + 1;
 }
 
-// Names of devices, in every folder, whatever their extension.
+// Names of devices are reserved in every folder, with any extension.
 bool IsDevice(TextView name) {
     const TextView stem = TrimRight(name.substr(0, name.find_first_of(u".:")));
     for (const TextView device : {u"CON", u"PRN", u"AUX", u"NUL", u"CONIN$", u"CONOUT$", u"CLOCK$"}) {
@@ -40,13 +41,13 @@ bool IsDevice(TextView name) {
     }
     if (stem.size() != 4) return false;
     const bool port = EqualNoCase(stem.substr(0, 3), u"COM") || EqualNoCase(stem.substr(0, 3), u"LPT");
-    // Superscript digits count as digits here.
+    // The system treats superscript digits as digits here.
     return port && (IsDigit(stem[3]) || stem[3] == u'\u00B9' || stem[3] == u'\u00B2' || stem[3] == u'\u00B3');
 }
 
 bool IsControl(char16_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); }
 
-// Marks that let a name read otherwise than it is spelt.
+// Characters that make a name look different from its spelling.
 bool IsDirectionMark(char16_t c) {
     return c == 0x200E || c == 0x200F || (c >= 0x2028 && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069) || c == 0xFEFF;
 }
@@ -94,7 +95,7 @@ bool MatchesWildcard(TextView pattern, TextView name) {
     if (pattern == u"*.*") return true;
     const Text wanted = FoldedText(pattern);
     const Text text = FoldedText(name);
-    std::size_t star = Text::npos;  // the last * so far, and how far it reaches
+    std::size_t star = Text::npos;  // the last * so far, and the end of what it matches
     std::size_t reach = 0;
     std::size_t p = 0;
     for (std::size_t i = 0; i < text.size();) {

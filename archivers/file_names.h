@@ -1,4 +1,4 @@
-// Names: of files, in archives, on command lines.
+// Names of files, on disks, in archives and on command lines.
 #pragma once
 
 #include <optional>
@@ -8,34 +8,36 @@
 
 namespace qvx::archivers {
 
-// The part behind the last \, / or drive's colon.
+// Returns the part after the last \, / or drive's colon.
 TextView FileNameOf(TextView path);
-// The part before it, with what ends it; empty for a bare name.
+// Returns the part before it, including its last separator; empty for a bare name.
 TextView FolderOf(TextView path);
-// Puts a \ between them where there is none.
+// Joins both, with a \ in between if there is none.
 Text Joined(TextView folder, TextView name);
 
-// The temporary's path: the name, cut so that names stay as short as file systems want them, and the suffix.
+// Returns the path of a temporary file: the name, cut to a length that file systems accept, and the suffix.
 Text TemporaryPath(const Text& path, TextView suffix);
 
-// The path of one part of a split archive: "name.z01" for part 0 of "name.zip".
+// Returns the path of one part of a split archive: "name.z01" for part 0 of "name.zip".
 Text SplitPartPath(const Text& archive, std::uint32_t part);
 
 bool HasWildcard(TextView name);
-// * stands for any characters and ? for one, without regard to case; *.* matches every name, as it always has.
+// Matches with * for any characters and ? for one, ignoring case; *.* matches every name, as it always has.
 bool MatchesWildcard(TextView pattern, TextView name);
 
-// Whether one folder's file or folder may get this name: nothing that the system reads otherwise than as a plain name
-// of that folder (devices, streams, wildcards, control characters, blanks or dots at its end), and 1 to 255 units long.
+// Whether a file or folder may safely get this name: 1 to 255 UTF-16 units that the system takes for nothing but a
+// plain name in its folder (no devices, streams, wildcards or control characters, and no blank or dot at the end).
 bool IsSafeComponent(TextView name);
 
-// Whether a whole stored name is safe below a folder: safe components between single slashes, at most one at the end.
+// Whether a whole stored name is safe below a folder: safe components between single slashes, with at most one slash at
+// the end.
 bool IsSafeName(TextView name);
 
-// The name for the console: control characters, and what turns the direction of writing, become question marks.
+// Returns the name for the console: control characters, and those that change the writing direction, become question
+// marks.
 Text Printable(TextView name);
 
-// What an archive's name bytes say, by its oldest convention: code page 437.
+// Decodes the bytes of a name in an archive by the oldest convention: code page 437.
 Text DecodeCodePage437(ByteView bytes);
 
 }  // namespace qvx::archivers

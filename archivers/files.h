@@ -1,7 +1,8 @@
-// What the archivers ask of the system: files, disks, local time and somebody at the console. The product's are
-// Windows' own; tests have disks of a few bytes that fill up and fail when told to.
+// The interfaces through which the archivers use the system: files, disks, local time and the user at the console. The
+// product implements them with Windows; tests have disks of a few bytes that fill up, and operations that fail on
+// request.
 //
-// Every operation throws ArchiveError with the code that fits and the file's own name.
+// Every operation throws ArchiveError with the appropriate code and the file's own name.
 #pragma once
 
 #include <memory>
@@ -13,7 +14,7 @@
 
 namespace qvx::archivers {
 
-// Attributes as DOS numbers them; an archive holds the same.
+// Attributes with the numbers of DOS, which archives use as well.
 namespace attribute {
 constexpr std::uint32_t readOnly = 1;
 constexpr std::uint32_t hidden = 2;
@@ -33,29 +34,32 @@ struct FileFacts {
 class InputFile {
   public:
     virtual ~InputFile() = default;
-    // As they are now, which may be otherwise than at the opening.
+    // Returns the present facts, which may have changed since the file was opened.
     virtual FileFacts Facts() = 0;
-    // Fewer bytes than asked for only at the file's end.
+    // Returns fewer bytes than requested only at the file's end.
     virtual std::size_t ReadAt(std::uint64_t offset, std::span<std::uint8_t> into) = 0;
 };
 
-// What becomes of an existing read-only file when another takes its place.
+// What to do with an existing read-only file that is to be replaced.
 enum class ReadOnlyTarget { refuse, replace };
 
-// A file in the making under a temporary name. It goes away with this object unless it was committed.
+// A file that is being written under a temporary name. It is deleted with this object unless it was committed.
 class OutputFile : public InputFile {
   public:
+    // Appends the bytes.
     virtual void Write(ByteView bytes) = 0;
-    // Zeros that need not be stored.
+    // Appends zeros, which need not be stored.
     virtual void Skip(std::uint64_t count) = 0;
+    // Overwrites bytes; does not change where Write appends.
     virtual void WriteAt(std::uint64_t offset, ByteView bytes) = 0;
+    // Cuts the file to `size` bytes; Write continues there.
     virtual void Truncate(std::uint64_t size) = 0;
-    // All bytes are on the disk when this returns.
+    // When this returns, all bytes are on the disk.
     virtual void Flush() = 0;
-    // Flushes, and gives the file its final name in one step; what had that name before is gone then, and as it was if
+    // Flushes, and gives the file its final name in one step; the file of that name is replaced, or left as it was if
     // this fails.
     virtual void Commit(const Text& path, ReadOnlyTarget target) = 0;
-    // Before Commit: the committed file's time and attributes.
+    // Sets the time and attributes of the committed file; to be called before Commit.
     virtual void SetStamp(FileTime modified, std::uint32_t attributes) = 0;
 };
 
@@ -67,26 +71,27 @@ struct ListedFile {
 class Files {
   public:
     virtual ~Files() = default;
-    // Writers are kept out while the file is open, where none has it open already.
+    // Other programs cannot open the file for writing meanwhile, unless one already has it open.
     virtual std::unique_ptr<InputFile> OpenInput(const Text& path) = 0;
-    // What a killed run has left under that name is written over; what is in use is refused.
+    // Overwrites a file of that name that a killed run has left; refuses one that is in use.
     virtual std::unique_ptr<OutputFile> CreateOutput(const Text& temporaryPath) = 0;
-    // Empty for a folder that is not there.
+    // Returns an empty list for a folder that does not exist.
     virtual std::vector<ListedFile> List(const Text& folder) = 0;
     virtual bool Exists(const Text& path) = 0;
-    // 0 for a file that is not there.
+    // Returns 0 for a file that does not exist.
     virtual std::uint32_t Attributes(const Text& path) = 0;
-    // Nothing when it is there already. A link to elsewhere in its place is ExitCode::unsafeName unless links are
+    // Does nothing when the folder exists. Throws ExitCode::unsafeName for a link to another place, unless links are
     // allowed.
     virtual void MakeFolder(const Text& path, bool linkAllowed) = 0;
-    // False when it is in use or cannot be removed.
+    // Returns false when the file is in use or cannot be removed.
     virtual bool Remove(const Text& path) noexcept = 0;
-    // From the root on; of what is there under the names it has, whichever short ones lead to it.
+    // Returns the path from the root; existing parts have their long names, even if the given path has short ones.
     virtual Text FullPath(const Text& path) = 0;
     virtual bool IsRemovable(const Text& path) = 0;
-    // How large a file beside that path could become: the disk's free space, and no more than its file system lets a
-    // file hold.
+    // Returns how large a file in the folder of that path could become: the disk's free space, limited to the largest
+    // file that its file system supports.
     virtual std::uint64_t RoomFor(const Text& path) = 0;
+    // Convert between UTC and the local time zone.
     virtual CivilTime LocalTime(FileTime time) = 0;
     virtual FileTime FromLocalTime(const CivilTime& local) = 0;
 };
@@ -94,20 +99,23 @@ class Files {
 class Console {
   public:
     virtual ~Console() = default;
+    // Writes a line to the standard output.
     virtual void Say(const Text& line) = 0;
+    // Writes a line to the error output.
     virtual void Complain(const Text& line) = 0;
-    // Shown where somebody can see it change; percent is 0 to 100.
+    // Shows progress where somebody can see it change; percent is 0 to 100.
     virtual void Progress(const Text& name, int percent) = 0;
-    // Waits for Enter. Throws ExitCode::stopped when the user stops the program, ExitCode::noNextDisk when there is
-    // nobody.
+    // Waits for Enter. Throws ExitCode::stopped when the user stops the program, ExitCode::noNextDisk when nobody is
+    // there.
     virtual void AskForEnter(const Text& question) = 0;
+    // Whether the user has asked the program to stop.
     virtual bool IsStopped() = 0;
 };
 
-// Removes the temporaries that killed runs have left in the folder of that path; those in use stay.
+// Removes the temporary files that killed runs have left in the folder of that path; those in use stay.
 void RemoveStale(Files& files, const Text& path, TextView suffix);
 
-// Throws ExitCode::stopped once the user has asked for it.
+// Throws ExitCode::stopped if the user has requested it.
 inline void CheckStopped(Console& console) {
     if (console.IsStopped()) throw ArchiveError(ExitCode::stopped);
 }

@@ -13,15 +13,15 @@ namespace {
 
 constexpr std::uint64_t largestPiece = std::uint64_t{256} * 1024;
 
-// What is handled at once: never more than there is.
+// The size of the next piece: never more than the rest.
 std::size_t PieceOf(std::uint64_t size) { return static_cast<std::size_t>(std::min(size, largestPiece)); }
 
-// The packed bytes of one entry, and not one more.
+// The compressed bytes of one entry, and not one more.
 class PackedInput {
   public:
     PackedInput(const Source& source, std::uint64_t size) : source_(source), left_(size), buffer_(PieceOf(size)) {}
 
-    // Empty at the end.
+    // Returns an empty view at the end.
     ByteView Next() {
         const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(left_, buffer_.size()));
         const std::size_t count = wanted > 0 ? source_(std::span(buffer_).first(wanted)) : 0;
@@ -37,7 +37,7 @@ class PackedInput {
     Bytes buffer_;
 };
 
-// What comes out: counted, summed up and handed on.
+// The decompressed data: counted, added to the checksum and passed on.
 class Output {
   public:
     Output(std::uint64_t size, const Sink& sink) : left_(size), sink_(sink) {}
@@ -68,7 +68,7 @@ class Stream {
     Stream& operator=(const Stream&) = delete;
 
     void Run(PackedInput& input, Output& output, std::uint64_t size) {
-        // With room for a byte too many, so that it shows.
+        // The buffer has room for one byte too many, so that a larger size is noticed.
         Bytes buffer(PieceOf(size) + 1);
         int result = Z_OK;
         while (result != Z_STREAM_END) {

@@ -19,7 +19,7 @@ constexpr unsigned mostThreads = 16;
 
 }  // namespace
 
-// The command line is taken as it was given, not in the runtime's reading of its quotes.
+// The command line is used as it was given, not with the runtime's interpretation of its quotes.
 int wmain() {
     SetErrorMode(SEM_FAILCRITICALERRORS);
     qvx::archivers::SystemFiles files;

@@ -17,7 +17,7 @@ bool IsSamePath(Files& files, const Text& one, const Text& other) {
     return EqualNoCase(files.FullPath(one), files.FullPath(other));
 }
 
-// The files that a name with wildcards means: none of folders, unfinished archives, or the archive itself.
+// Returns the files that match a name with wildcards, excluding folders, unfinished archives and the archive itself.
 std::vector<Text> Matching(const Text& pattern, const PackOptions& options, Files& files) {
     const Text folder(FolderOf(pattern));
     std::vector<Text> found;
@@ -32,7 +32,7 @@ std::vector<Text> Matching(const Text& pattern, const PackOptions& options, File
     return found;
 }
 
-// Every file once, each under a name of its own: the long one, whatever short one it was given by.
+// Returns every file once, each under its long name, whatever short name it was given by.
 std::vector<Text> Sources(const PackOptions& options, Files& files) {
     std::vector<Text> sources;
     for (const Text& given : options.files) {
@@ -76,7 +76,7 @@ void AddFile(const Text& path, ArchiveWriter& writer, Files& files, Console& con
     });
 }
 
-// What stands in the unfinished archive must be what was read.
+// The unfinished archive must contain exactly what was read.
 void CheckWritten(InputVolumes& volumes, const ArchiveWriter& writer, Console& console) {
     ArchiveReader reader(volumes);
     const std::vector<Entry>& written = reader.Entries();
@@ -99,7 +99,7 @@ void PackInto(PendingArchive& archive, const std::vector<Text>& sources, Files& 
         try {
             CheckWritten(*written, writer, console);
         } catch (const ArchiveError& error) {
-            // Damaged on its way to the disk.
+            // The data was damaged on its way to the disk.
             const bool isStop = error.Code() == ExitCode::stopped;
             throw ArchiveError(isStop ? ExitCode::stopped : ExitCode::readWrite, error.Name());
         }
@@ -113,7 +113,7 @@ void PackInto(PendingArchive& archive, const std::vector<Text>& sources, Files& 
 void Pack(const PackOptions& options, Files& files, Console& console, unsigned threads) {
     const Text name(FileNameOf(options.archive));
     if (!IsSafeComponent(name)) throw ArchiveError(ExitCode::unsafeName, name);
-    // What is protected is not to be replaced; better said before the work than after it.
+    // A protected archive must not be replaced; it is better to say so before the work than after it.
     if ((files.Attributes(options.archive) & (attribute::readOnly | attribute::folder)) != 0) {
         throw ArchiveError(ExitCode::accessDenied, name);
     }

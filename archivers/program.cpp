@@ -10,7 +10,7 @@ namespace qvx::archivers {
 
 namespace {
 
-// The exit code says how it went, whether or not there is memory to say so on the console.
+// The exit code reports the result even when there is no memory for a message on the console.
 template <class Action>
 void Report(Action&& action) noexcept {
     try {

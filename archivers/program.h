@@ -1,4 +1,4 @@
-// The two programs: from a command line to an exit code.
+// The two programs, from a command line to an exit code.
 #pragma once
 
 #include "archivers/exit_code.h"
@@ -8,7 +8,7 @@ namespace qvx::archivers {
 
 enum class Program { pack, unpack };
 
-// Says on the console how it went. Nothing is thrown.
+// Reports the result on the console. Throws nothing.
 ExitCode RunProgram(Program program, TextView commandLine, Files& files, Console& console, unsigned threads) noexcept;
 
 }  // namespace qvx::archivers

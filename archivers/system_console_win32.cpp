@@ -15,7 +15,8 @@ std::atomic<bool> isStopped = false;
 
 BOOL WINAPI OnControl(DWORD kind) {
     isStopped = true;
-    // The system ends the program when this returns for a closed window: time to tidy up, within what it grants.
+    // For a closed window, the system ends the program when this returns: the wait leaves time to remove unfinished
+    // files, within the limit that the system grants.
     if (kind != CTRL_C_EVENT && kind != CTRL_BREAK_EVENT) Sleep(4000);
     return TRUE;
 }
@@ -25,7 +26,7 @@ bool IsConsole(HANDLE handle) {
     return GetConsoleMode(handle, &mode) != 0;
 }
 
-// A console takes any script; a file or a pipe gets UTF-8.
+// A console displays any script; a file or a pipe gets UTF-8.
 void Print(DWORD stream, const Text& text) {
     const HANDLE handle = GetStdHandle(stream);
     DWORD written = 0;
@@ -75,7 +76,7 @@ void SystemConsole::AskForEnter(const Text& question) {
         char byte = 0;
         DWORD count = 0;
         const bool isRead = ReadFile(input, &byte, 1, &count, nullptr) != 0;
-        // The signal may come a moment after the reading has been broken off.
+        // The signal may arrive a moment after the read was interrupted.
         if (!isRead || count == 0) Sleep(100);
         if (isStopped) throw ArchiveError(ExitCode::stopped);
         if (!isRead || count == 0) throw ArchiveError(ExitCode::noNextDisk);

@@ -5,7 +5,7 @@
 
 namespace qvx::archivers {
 
-// Any path works, however long and in whatever script.
+// Accepts any path, however long and in any script.
 class SystemFiles final : public Files {
   public:
     std::unique_ptr<InputFile> OpenInput(const Text& path) override;
@@ -22,7 +22,7 @@ class SystemFiles final : public Files {
     FileTime FromLocalTime(const CivilTime& local) override;
 };
 
-// Ctrl+C, Ctrl+Break and closing the window ask the program to stop; what it has unfinished is tidied up then.
+// Ctrl+C, Ctrl+Break and closing the window ask the program to stop, which then removes its unfinished files.
 class SystemConsole final : public Console {
   public:
     SystemConsole();
@@ -39,10 +39,10 @@ class SystemConsole final : public Console {
     bool isTerminal_ = false;
 };
 
-// The path as the system takes it without a limit of length: absolute, and marked as such.
+// Returns the path in the form that the system accepts at any length: absolute, and with a prefix.
 Text LongPath(const Text& path);
 
-// Throws what the system's last error amounts to, with the file's own name.
+// Throws the error for the system's last error, with the file's own name.
 [[noreturn]] void ThrowSystemError(TextView path);
 
 }  // namespace qvx::archivers

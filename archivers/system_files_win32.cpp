@@ -13,13 +13,13 @@ namespace {
 
 constexpr std::size_t longestPath = 32768;
 
-// The root of the volume that a path is on, with its backslash.
+// Returns the root of the volume that a path is on, with its backslash.
 Text VolumeOf(const Text& path) {
     Text root(MAX_PATH + 1, u'\0');
     const Text full = LongPath(Joined(FolderOf(path), u""));
     if (!GetVolumePathNameW(Wide(full), WideBuffer(root), static_cast<DWORD>(root.size()))) ThrowSystemError(path);
     Text plain(root.c_str());
-    // Not every system knows the drive in "\\?\A:\".
+    // Not every system recognises the drive in "\\?\A:\".
     if (plain.size() > 5 && plain.starts_with(u"\\\\?\\") && plain[5] == u':') plain.erase(0, 4);
     return plain;
 }
@@ -47,14 +47,14 @@ Text AbsolutePath(const Text& path) {
     return full;
 }
 
-// An absolute path as the system takes it without a limit of length.
+// Returns an absolute path in the form that the system accepts at any length.
 Text Marked(const Text& path) {
     if (path.starts_with(u"\\\\?\\") || path.starts_with(u"\\\\.\\")) return path;
     if (path.starts_with(u"\\\\")) return u"\\\\?\\UNC\\" + path.substr(2);
     return u"\\\\?\\" + path;
 }
 
-// Newer than the headers here.
+// Missing in the older headers used here.
 constexpr DWORD diskQuotaExceeded = 1295;
 
 ExitCode CodeOf(DWORD error) {
@@ -146,7 +146,7 @@ bool SystemFiles::Remove(const Text& path) noexcept {
 
 Text SystemFiles::FullPath(const Text& path) {
     const Text absolute = AbsolutePath(path);
-    // Some systems do not look into a marked path; the others do not take an unmarked one of any length.
+    // Some systems do not resolve a path with the prefix; others do not accept one of any length without it.
     for (const Text& form : {absolute, Marked(absolute)}) {
         Text longForm(longestPath, u'\0');
         const DWORD length = GetLongPathNameW(Wide(form), WideBuffer(longForm), static_cast<DWORD>(longForm.size()));

@@ -25,7 +25,7 @@ bool IsUnix(const Entry& entry) { return entry.system == 3 || entry.system == 19
 
 std::uint32_t UnixMode(const Entry& entry) { return IsUnix(entry) ? entry.attributes >> 16 : 0; }
 
-// Links, devices and the like.
+// Whether the entry is a link, a device or the like.
 bool IsSpecial(const Entry& entry) {
     const std::uint32_t kind = UnixMode(entry) & unix_mode::kinds;
     return kind != 0 && kind != unix_mode::regular && kind != unix_mode::folder;
@@ -39,7 +39,7 @@ std::uint32_t AttributesOf(const Entry& entry) {
     return IsUnix(entry) ? 0 : entry.attributes & attribute::kept;
 }
 
-// Codes after which nothing else is worth trying.
+// Whether the code means that trying the other entries is pointless.
 bool ConcernsAll(ExitCode code) {
     switch (code) {
         case ExitCode::diskFull:
@@ -54,7 +54,7 @@ bool ConcernsAll(ExitCode code) {
     }
 }
 
-// Writes what comes out of an entry; long runs of zeros become holes.
+// Writes the content of an entry; long runs of zeros become holes.
 class UnpackedFile {
   public:
     explicit UnpackedFile(std::unique_ptr<OutputFile> file) : file_(std::move(file)) {}
@@ -100,7 +100,7 @@ class Unpacker {
     void UnpackEntry(const Entry& entry) {
         const TextView name = entry.name;
         const bool isOurs = name.ends_with(unpackedSuffix) || name.ends_with(archiveSuffix);
-        // Two names that the system takes for one would leave only the second.
+        // Of two names that are the same for the system, only the second file would remain.
         const Text plain = FoldedText(IsFolder(entry) ? name.substr(0, name.size() - 1) : name);
         if (!IsSafeName(name) || isOurs || IsSpecial(entry) || !names_.insert(plain).second) {
             throw ArchiveError(ExitCode::unsafeName);
@@ -111,7 +111,7 @@ class Unpacker {
         UnpackFile(entry, path);
     }
 
-    // Makes the folders between ours and the name, and returns the whole path.
+    // Creates the folders between the target folder and the name, and returns the whole path.
     Text MakeFoldersOf(TextView name) {
         Text folder = folder_;
         for (std::size_t slash = name.find(u'/'); slash != TextView::npos; slash = name.find(u'/')) {
@@ -142,9 +142,9 @@ class Unpacker {
         console_.Progress(Printable(name), 100);
     }
 
-    // What is replaced keeps its long name, even where the archive knows it by its short one.
+    // A file that is replaced keeps its long name, even if the archive contains its short one.
     void Commit(OutputFile& file, const Text& path) {
-        // And what has come out of this archive is not replaced: one file has several names there.
+        // A file that came out of this archive is not replaced: the archive names one file in several ways.
         const Text target = files_.FullPath(path);
         if (written_.contains(FoldedText(target))) throw ArchiveError(ExitCode::unsafeName);
         file.Commit(target, ReadOnlyTarget::replace);

@@ -5,7 +5,7 @@
 namespace qvx::archivers {
 
 void VolumeWriter::GoOn() {
-    // A volume that takes nothing although nothing is on it will not get better.
+    // A volume that is empty and still has no room will not get any.
     if (position_.offset == 0) throw ArchiveError(ExitCode::diskFull);
     volumes_.Next();
     position_ = {position_.volume + 1, 0};
@@ -53,7 +53,7 @@ std::size_t VolumeReader::Read(std::span<std::uint8_t> into) {
 }
 
 Bytes VolumeReader::Take(std::size_t count) {
-    // Grown as the bytes come, so that a size that is not true costs nothing.
+    // The buffer grows with the data, so that a false size costs nothing.
     constexpr std::size_t step = 65536;
     Bytes bytes;
     while (bytes.size() < count) {

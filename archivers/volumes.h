@@ -1,19 +1,19 @@
-// An archive's place: one file, parts beside each other, or one disk after another.
+// The storage of an archive: one file, parts beside each other, or one disk after another.
 #pragma once
 
 #include "archivers/files.h"
 
 namespace qvx::archivers {
 
-// Where an archive is written. Volumes count from 0.
+// The volumes that an archive is written to. Volumes count from 0.
 class OutputVolumes {
   public:
     virtual ~OutputVolumes() = default;
-    // How many bytes the current volume still takes.
+    // Returns how many bytes still fit on the current volume.
     virtual std::uint64_t Room() = 0;
-    // The current volume's file.
+    // Returns the current volume's file.
     virtual OutputFile& Current() = 0;
-    // Whether all of the archive is within reach until the end.
+    // Whether the whole archive stays accessible until the end.
     virtual bool IsSingle() const = 0;
     // Finishes the current volume and goes on to a new one.
     virtual void Next() = 0;
@@ -22,24 +22,25 @@ class OutputVolumes {
 struct Place {
     std::uint32_t volume = 0;
     std::uint64_t offset = 0;
-    // clang-tidy 14 takes the comparison with 0 in the generated operator for a pointer.
+    // clang-tidy 14 mistakes the comparison with 0 in the generated operator for one with a pointer.
     // NOLINTNEXTLINE(modernize-use-nullptr)
     auto operator<=>(const Place&) const = default;
 };
 
-// Spreads bytes over volumes: data fills each to its end, a record is never cut.
+// Distributes bytes over volumes: data fills each to its end, a record is never split.
 class VolumeWriter {
   public:
     explicit VolumeWriter(OutputVolumes& volumes) : volumes_(volumes) {}
 
-    // Sees to it that so many bytes fit here, on a new volume where they do not fit on this one; ExitCode::diskFull
-    // when not even an empty one has the room. Returns where they will stand.
+    // Ensures that so many bytes fit into the current volume, and starts a new one if they do not; throws
+    // ExitCode::diskFull when not even an empty volume has the room. Returns where they will be.
     Place Reserve(std::size_t count);
-    // A record for which room was reserved.
+    // Writes a record for which room was reserved.
     void PutRecord(ByteView record);
+    // Writes data, and continues on new volumes as needed.
     void PutData(ByteView data);
     Place Position() const { return position_; }
-    // Back to a place in a single file; what stands behind it is gone.
+    // Returns to a place in a single file, and drops what follows it.
     void Rewind(Place place);
 
   private:
@@ -48,29 +49,30 @@ class VolumeWriter {
     Place position_;
 };
 
-// Where an archive is read from.
+// The volumes that an archive is read from.
 class InputVolumes {
   public:
     virtual ~InputVolumes() = default;
-    // The volume that should have the archive's end.
+    // Returns the volume that should contain the archive's end.
     virtual InputFile& Last() = 0;
-    // When it had not: whether there is another to try.
+    // If it does not: whether there is another one to try.
     virtual bool AskForLast() = 0;
-    // What its end said: volumes are numbered 0 to `last`.
+    // Sets the number in its end record: volumes are numbered 0 to `last`.
     virtual void SetLast(std::uint32_t last) = 0;
+    // Returns a volume by its number, from 0.
     virtual InputFile& Volume(std::uint32_t number) = 0;
-    // When that was not what it should be: whether there is another to try.
+    // If that volume is not the right one: whether there is another one to try.
     virtual bool AskAgain(std::uint32_t number) = 0;
 };
 
-// Reads on from one volume to the next.
+// Reads continuously from one volume to the next.
 class VolumeReader {
   public:
     VolumeReader(InputVolumes& volumes, std::uint32_t last, Place place)
         : volumes_(volumes), last_(last), position_(place) {}
-    // Fewer bytes only at the archive's end.
+    // Returns fewer bytes only at the archive's end.
     std::size_t Read(std::span<std::uint8_t> into);
-    // Exactly so many, or ExitCode::damaged.
+    // Reads exactly that many bytes, or throws ExitCode::damaged.
     Bytes Take(std::size_t count);
     Place Position() const { return position_; }
 
@@ -80,7 +82,7 @@ class VolumeReader {
     Place position_;
 };
 
-// An archive of one volume, whatever file that is.
+// An archive in one volume, in any file.
 class SingleInput final : public InputVolumes {
   public:
     explicit SingleInput(InputFile& file) : file_(file) {}

@@ -16,7 +16,8 @@ std::optional<Text> Utf8Name(ByteView bytes) {
     return DecodeUtf8({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
 }
 
-// The numbers that the short header has no room for stand here in their fixed order, each only where it is needed.
+// Reads the numbers that do not fit into the short header; they are in a fixed order, and each is present only if
+// needed.
 void ReadWideNumbers(Entry& entry, ByteReader field) {
     if (entry.size == limit32) entry.size = field.U64();
     if (entry.packedSize == limit32) entry.packedSize = field.U64();
@@ -39,7 +40,7 @@ std::optional<FileTime> ReadUnixTime(ByteReader field) {
     return FromUnixTime(static_cast<std::int32_t>(field.U32()));
 }
 
-// A second name in Unicode, valid as long as the first is the one it was made for.
+// Reads a second name in Unicode, which is valid only if it was made for this first name.
 std::optional<Text> ReadUnicodeName(ByteReader field, ByteView rawName) {
     const std::uint8_t version = field.Raw(1)[0];
     const std::uint32_t sum = field.U32();
@@ -53,7 +54,7 @@ struct ExtraFacts {
     std::optional<Text> name;
 };
 
-// Fields that break off are taken for what other programs have left there, but for the one that has sizes in it.
+// Truncated fields are ignored as remains of other programs, except the one that contains sizes.
 ExtraFacts ReadExtra(Entry& entry, ByteReader extra) {
     ExtraFacts facts;
     bool wideSeen = false;
@@ -80,16 +81,16 @@ ExtraFacts ReadExtra(Entry& entry, ByteReader extra) {
     return facts;
 }
 
-// Within what the system can show: from 1601 to the year 30827, with room for a time zone at both ends.
+// Whether the system can represent the time: from 1601 to the year 30827, with room for a time zone at both ends.
 bool IsPlausible(FileTime time) { return time > 864'000'000'000 && time < 0x7FFF35F4F06C58F0; }
 
 Text NameOf(const Entry& entry, std::optional<Text>&& unicodeName) {
     if ((entry.flags & flag::utf8) != 0) {
-        // What is no UTF-8 is no name: an unpaired surrogate, which is never safe to write.
+        // Bytes that are not UTF-8 become an unpaired surrogate, which is never safe to write.
         return Utf8Name(entry.rawName).value_or(Text(1, char16_t{0xD800}));
     }
     if (unicodeName) return std::move(*unicodeName);
-    // There a name is the bytes that the file system has for it, nearly always UTF-8, without anything that says so.
+    // On Unix, a name is the bytes in the file system, nearly always UTF-8, though nothing says so.
     const bool isUnix = entry.system == 3 || entry.system == 19;
     if (auto name = isUnix ? Utf8Name(entry.rawName) : std::nullopt) return std::move(*name);
     return DecodeCodePage437(entry.rawName);
@@ -104,7 +105,7 @@ LocalFacts ReadLocalHeader(ByteView fixedPart) {
     LocalFacts facts;
     facts.flags = reader.U16();
     facts.method = reader.U16();
-    reader.Raw(16);  // time, sum and sizes: the central directory's count
+    reader.Raw(16);  // time, checksum and sizes: those of the central directory are used
     facts.nameSize = reader.U16();
     facts.extraSize = reader.U16();
     return facts;

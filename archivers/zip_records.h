@@ -1,5 +1,5 @@
-// The records that an archive consists of besides the files' data: a header before each file, the central directory
-// with a header for each, and the end record; in their 64-bit form only where a number needs it.
+// The records of an archive besides the files' data: a header before each file, the central directory with a header for
+// each file, and the end record; their 64-bit forms are used only where a number requires it.
 #pragma once
 
 #include <optional>
@@ -17,7 +17,7 @@ constexpr std::uint32_t end = 0x06054B50;
 constexpr std::uint32_t end64 = 0x06064B50;
 constexpr std::uint32_t end64Locator = 0x07064B50;
 constexpr std::uint32_t descriptor = 0x08074B50;
-// The first four bytes of an archive on several disks, and of one that was meant to be but fitted on one.
+// The first four bytes of an archive on several disks, and of one that was prepared for several but fitted on one.
 constexpr std::uint32_t spanned = 0x08074B50;
 constexpr std::uint32_t notSpanned = 0x30304B50;
 }  // namespace signature
@@ -29,7 +29,7 @@ constexpr std::uint16_t patched = 32;
 constexpr std::uint16_t strongEncryption = 64;
 constexpr std::uint16_t utf8 = 2048;
 constexpr std::uint16_t maskedHeader = 8192;
-// What says that the data is not what the method alone would read.
+// Flags of data that cannot be read by its method alone.
 constexpr std::uint16_t unreadable = encrypted | patched | strongEncryption | maskedHeader;
 }  // namespace flag
 
@@ -51,8 +51,8 @@ struct Entry {
     std::uint32_t disk = 0;
     std::uint64_t offset = 0;  // of the local header on that disk
     std::uint32_t dosTime = 0;
-    std::optional<FileTime> modified;  // more exact than dosTime, where the archive says so
-    std::uint8_t system = 0;           // who wrote the attributes: 0 as DOS does, 3 as Unix
+    std::optional<FileTime> modified;  // more precise than dosTime, where the archive has it
+    std::uint8_t system = 0;           // the system of the attributes: 0 for DOS, 3 for Unix
     std::uint32_t attributes = 0;
     Bytes rawName;  // as read
 };
@@ -60,22 +60,22 @@ struct Entry {
 // Whether the header before a file of that size needs the 64-bit form, with a margin for data that does not shrink.
 bool NeedsLocal64(std::uint64_t size);
 
-// `known` says whether the entry's sizes and sum are known already; without them a descriptor follows the data.
+// `known`: the entry's sizes and checksum are already known; otherwise, a descriptor follows the data.
 Bytes LocalHeader(const Entry& entry, bool wide, bool known);
-// What follows the data then.
+// Returns the record that follows the data in that case.
 Bytes Descriptor(const Entry& entry, bool wide);
 Bytes CentralHeader(const Entry& entry);
 
 struct EndRecord {
     std::uint32_t disk = 0;         // this disk's number, from 0
-    std::uint32_t centralDisk = 0;  // where the central directory begins
+    std::uint32_t centralDisk = 0;  // the disk on which the central directory begins
     std::uint64_t entriesHere = 0;  // on this disk
     std::uint64_t entries = 0;
     std::uint64_t centralSize = 0;
     std::uint64_t centralOffset = 0;
 };
 
-// Of the end record in its 64-bit form: where it begins itself.
+// The position of the 64-bit form of the end record.
 struct End64Place {
     std::uint32_t disk = 0;
     std::uint64_t offset = 0;
@@ -83,10 +83,10 @@ struct End64Place {
 
 bool NeedsEnd64(const EndRecord& end);
 Bytes End64(const EndRecord& end);
-// The short record; with the place of the 64-bit form, the locator before it.
+// Returns the short record; if the place of the 64-bit form is given, its locator precedes it.
 Bytes End(const EndRecord& end, const std::optional<End64Place>& wide);
 
-// The readers below throw ExitCode::damaged for what is not the record it should be.
+// The functions below throw ExitCode::damaged for bytes that are not the expected record.
 
 constexpr std::size_t localHeaderSize = 30;
 constexpr std::size_t centralHeaderSize = 46;
@@ -102,12 +102,12 @@ struct LocalFacts {
 };
 LocalFacts ReadLocalHeader(ByteView fixedPart);
 
-// Takes one header off the front.
+// Removes one header from the front.
 Entry ReadCentralHeader(ByteReader& reader);
 
 EndRecord ReadEnd(ByteView record);
 EndRecord ReadEnd64(ByteView record);
-// nullopt where the bytes are no locator.
+// Returns nullopt when the bytes are not a locator.
 std::optional<End64Place> ReadEnd64Locator(ByteView record);
 
 }  // namespace qvx::archivers

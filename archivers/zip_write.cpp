@@ -15,15 +15,15 @@ std::uint64_t Narrow16(std::uint64_t value) { return std::min(value, limit16); }
 
 ByteView BytesOf(const std::string& text) { return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}; }
 
-// Whole seconds of UTC since 1970, where 32 bits hold them.
+// Writes whole seconds of UTC since 1970, if 32 bits can represent them.
 void PutUnixTime(ByteWriter& extra, FileTime modified) {
     const std::int64_t seconds = UnixTime(modified);
     if (seconds < 0 || seconds > 0x7FFFFFFF) return;
     extra.U16(0x5455).U16(5).Raw(Bytes{1}).U32(static_cast<std::uint64_t>(seconds));
 }
 
-// The system's own measure of time, for modification, access and creation; the last two are not kept, so all are the
-// first.
+// Writes the times of modification, access and creation in the system's own format; the last two are not kept, so all
+// three are the first.
 void PutSystemTime(ByteWriter& extra, FileTime modified) {
     const auto ticks = static_cast<std::uint64_t>(modified);
     extra.U16(0x000A).U16(32).U32(0).U16(1).U16(24).U64(ticks).U64(ticks).U64(ticks);

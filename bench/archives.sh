@@ -28,7 +28,8 @@ work=$root/build/bench/archives
 rm -rf "$work"
 mkdir -p "$work" "$(dirname "$report")"
 
-# Customers, orders and their lines: words, codes, dates, prices, and indexes over them. The same rows in every run.
+# Creates customers, orders and their lines: words, codes, dates, prices, and indexes over them, with the same rows in
+# every run.
 make_database() {
   sqlite3 -batch -init /dev/null "$1" >/dev/null <<END
 pragma journal_mode = off; pragma synchronous = off;
@@ -57,7 +58,7 @@ create index ByCode on Lines (Code);
 END
 }
 
-# measure NAME COMMAND...: one line more of elapsed and processor seconds for it.
+# measure NAME COMMAND...: appends a line with the elapsed and processor seconds of the command.
 measure() {
   local name=$1 TIMEFORMAT='%R %U %S'
   shift
@@ -67,10 +68,10 @@ measure() {
 median() { sort -n | sed -n "$(((runs + 1) / 2))p"; }
 elapsed_of() { awk '{ print $1 }' "$work/$1.times" | median; }
 processor_of() { awk '{ print $2 + $3 }' "$work/$1.times" | median; }
-# PkZip and PkunZip end when what they have written is on the disk.
+# PkZip and PkunZip end when their output is on the disk.
 zip_to_disk() { zip -q -j "$1" "$2" && sync "$1"; }
 unzip_to_disk() { unzip -q -d "$2" "$1" && sync "$2/shop.db"; }
-# on_one COMMAND...: in a shell that stays on one processor, with all that it starts.
+# on_one COMMAND...: runs the command, with all that it starts, in a shell that stays on one processor.
 on_one() { (taskset -p -c 0 "$BASHPID" >/dev/null && "$@"); }
 ratio() { awk -v ours="$1" -v theirs="$2" 'BEGIN { printf "%.2f", ours / theirs }'; }
 # row WORK OURS THEIRS UNIT

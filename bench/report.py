@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Turns the benchmarks' lines (work, rows, peer, value or "cut", runs; parted by tabs) into a Markdown report.
+"""Turns the benchmarks' lines (work, rows, peer, value or "cut", runs; separated by tabs) into a Markdown report.
 
     bench/report.py RESULTS... > report.md
 
-Works in seconds: load, sum, scan, insert_top, insert_block, remove_half, duplicates, product, product_set, validate,
+Operations in seconds: load, sum, scan, insert_top, insert_block, remove_half, duplicates, product, product_set, validate,
 remove_empty, load_cells, paste, undo_paste, first_frame. In bytes per cell: memory. In frames per second: frames, scroll.
 """
 import sys
@@ -11,8 +11,8 @@ from collections import defaultdict
 
 OURS = "Qvx rules"
 WINDOW = "Qvx window"
-# The toolkits' own tables are the peers. With the others the store is the programmer's own: they are floors for the
-# works on data.
+# The toolkits' own tables are the peers. The others use the program's own storage: they are baselines for operations on
+# data.
 TOOLKITS = ["wxWidgets grid table", "wxWidgets grid", "Qt table widget", "Qt standard item model"]
 FLOORS = ["Bare arrays", "Qt model over arrays", "Qt view over arrays"]
 LIST_VIEWS = ["List view, report", "List view, owner data"]
@@ -103,7 +103,7 @@ def compare(title, table, ours_table, peers, goal_index, works):
     print("|---|---:|---:|---:|---|---:|---:|")
     for work in works:
         sizes = table.get(work, {})
-        # The large tables, and the largest that the peers could bear.
+        # The large tables, and the largest that the peers could handle.
         largest = max((n for n in sizes if best(work, sizes[n], peers)), default=0)
         for rows in sorted(sizes):
             if rows < 100_000 and rows != largest:

@@ -24,7 +24,7 @@ source tools/wine.sh
 build native-release --target bench_rules bench_wx bench_qt || die "The native benchmarks were not built."
 build x64 --target qvx_server bench_windows || die "The Windows benchmarks were not built."
 
-# Always the same kind of display, and nobody's mouse over the windows.
+# The same kind of display in every run, and no user's mouse over the windows.
 use_display virtual
 start_wine
 
@@ -32,7 +32,8 @@ results=$root/build/bench
 mkdir -p "$results" "$(dirname "$report")"
 rm -f "$results"/*.tsv
 
-# run_one NAME COMMAND...: its lines of results; what it printed before it failed or ran out of time still counts.
+# run_one NAME COMMAND...: prints its lines of results; those that it printed before it failed or ran out of time still
+# count.
 run_one() {
   local name=$1 seconds=$SECONDS
   shift

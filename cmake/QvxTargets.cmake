@@ -1,6 +1,6 @@
-# What every target of the project has in common: warnings, sanitizers, and the split of a folder into its two halves.
+# The common parts of all targets of the project: warnings, sanitizers, and the split of a folder into its two halves.
 
-# A file's suffix tells its half: these touch the operating system, everything else is portable.
+# A file's suffix decides its half: these touch the operating system, everything else is portable.
 set(QVX_WINDOWS_SUFFIXES "_(window|control|dialog|object|gdi|win32)\\.cpp$")
 # Whole folders that exist only on Windows.
 set(QVX_WINDOWS_FOLDERS "^(com|win|kit|server|qvxhost|soak/watch)$")
@@ -13,7 +13,7 @@ target_compile_options(qvx_options INTERFACE
   -Wimplicit-fallthrough -Wextra-semi)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(qvx_options INTERFACE -Wduplicated-cond -Wduplicated-branches -Wlogical-op
-    # GCC 12 reports an overlap that cannot be in `"literal" + std::string` (its own bug 105651).
+    # GCC 12 reports an impossible overlap in `"literal" + std::string` (its own bug 105651).
     -Wno-restrict)
 endif()
 if(QVX_SANITIZE)
@@ -21,17 +21,19 @@ if(QVX_SANITIZE)
   target_link_options(qvx_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(WIN32)
-  # The "W" calls only; Windows 7 and later. The system's headers are C++98-minded, so two warnings of theirs stay off.
+  # Only the "W" calls; Windows 7 and later. The system's headers are written for C++98, so two warnings about them are
+  # off.
   target_compile_definitions(qvx_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0A00 WINVER=0x0A00)
-  # The system's interfaces have no virtual destructors and need none: a COM object is deleted by its own Release only.
+  # The system's interfaces have no virtual destructors and need none: only its own Release deletes a COM object.
   target_compile_options(qvx_options INTERFACE -Wno-unknown-pragmas -Wno-cast-function-type -Wno-non-virtual-dtor)
   target_link_options(qvx_options INTERFACE -static)
 endif()
 
 option(QVX_UNITY "Compile the sources of a component some at a time, which builds faster than each by itself" ON)
 
-# qvx_batches(<variable> <target> <source>...): the sources, or files that include a batch of them each. CMake's own unity builds name
-# sources by their full paths; these are the same in every folder, so that the compiler's cache serves them all.
+# qvx_batches(<variable> <target> <source>...): returns the sources, or files that include a batch of them each. CMake's
+# own unity builds name sources by their full paths; these files are the same in every folder, so that the compiler's
+# cache serves them all.
 function(qvx_batches variable target)
   if(NOT QVX_UNITY)
     set(${variable} ${ARGN} PARENT_SCOPE)
@@ -57,10 +59,10 @@ function(qvx_batches variable target)
   set(${variable} ${batches} PARENT_SCOPE)
 endfunction()
 
-# qvx_component(<name> <folder> [RULES <component>...] [WINDOWS <component>...])
-# Makes <name>_rules from the folder's portable sources, linked with the rules of the components after RULES, and on Windows
-# <name>_windows from its window units. Either is left out when the folder has no such source. A window unit may include the generated
-# interface header of the type library. Window units are linked where a program lists them, so WINDOWS is for the reader and the check.
+# qvx_component(<name> <folder> [RULES <component>...] [WINDOWS <component>...]) creates <name>_rules from the folder's
+# portable sources, linked with the rules of the components after RULES, and on Windows <name>_windows from its window
+# units. Either is left out when the folder has no such source. A window unit may include the generated interface header
+# of the type library. Window units are linked where a program lists them, so WINDOWS is for the reader and the check.
 function(qvx_component name folder)
   cmake_parse_arguments(ARG "" "" "RULES;WINDOWS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
@@ -94,8 +96,9 @@ function(qvx_component name folder)
   endif()
 endfunction()
 
-# qvx_gtest(<target> <sources>...): a GoogleTest executable; GoogleTest itself is built from the distribution's sources, for whatever
-# the target platform is. Its headers, the standard library's and the system's are read once for all tests.
+# qvx_gtest(<target> <sources>...): creates a GoogleTest executable; GoogleTest itself is built from the distribution's
+# sources for the target platform. Its headers, the standard library's and the system's are precompiled once for all
+# tests.
 function(qvx_gtest target)
   if(NOT TARGET qvx_googletest)
     set(root /usr/src/googletest)

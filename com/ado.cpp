@@ -8,12 +8,12 @@ namespace qvx {
 
 namespace {
 
-// Identifiers of the data objects' family differ in their beginning only.
+// The identifiers of the data objects' interfaces differ only in their first part.
 constexpr IID FamilyId(unsigned long first) {
     return {first, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x6D, 0x2E, 0xA4}};
 }
 
-// Both ages of an interface have the same beginning.
+// Both versions of an interface begin with the same methods.
 template <typename Interface>
 constexpr IID identifiers[2] = {};
 template <>

@@ -1,4 +1,5 @@
-// The system's data objects, called through their own interfaces where an object has them: some answer to no names.
+// The system's data objects, called through their own interfaces where an object supports them: some objects cannot be
+// called by member names.
 #pragma once
 
 #include <windows.h>
@@ -11,10 +12,11 @@
 
 namespace qvx {
 
-// Only what is called here has its real parameters; the rest keeps the places in between. On 64-bit systems counts and
-// positions are written in 32 or 64 bits, as the record set's version has it, so the variable for them is of 64.
+// Only the methods called here have their real parameters; the others are placeholders that keep the vtable's order. On
+// 64-bit systems, counts and positions have 32 or 64 bits depending on the version of the record set, so the variables
+// for them have 64.
 //
-// Not in an unnamed namespace: there the compiler would see that nobody implements them, and drop the calls.
+// These are not in an unnamed namespace: there the compiler would see that nobody implements them, and drop the calls.
 
 struct AdoField : IDispatch {
     virtual HRESULT STDMETHODCALLTYPE get_Properties(void**) = 0;
@@ -88,17 +90,18 @@ struct AdoConnection : IDispatch {
     virtual HRESULT STDMETHODCALLTYPE Open(BSTR connection, BSTR user, BSTR password, LONG options) = 0;
 };
 
-// An object's own interface and the identifier that it knows it by; empty for objects that are called by names only.
+// An object's own interface and the identifier under which the object supports it; empty for objects that are called by
+// member names only.
 template <typename Interface>
 class AdoInterface {
   public:
-    // Null gives an empty one.
+    // A null object gives an empty AdoInterface.
     explicit AdoInterface(IUnknown* object);
 
     explicit operator bool() const { return static_cast<bool>(object_); }
     Interface* operator->() const { return object_.get(); }
     Interface* get() const { return object_.get(); }
-    // Throws what a failed call through the interface, or of an object from it, has to say.
+    // Throws the error of a failed call through the interface, or through that of an object obtained from it.
     void Check(HRESULT result) const {
         if (FAILED(result)) throw ForeignError(result, object_.get(), iid_);
     }
@@ -111,7 +114,8 @@ class AdoInterface {
 extern template class AdoInterface<AdoRecordset>;
 extern template class AdoInterface<AdoConnection>;
 
-// A field's value as text, put behind `text`; see AppendValueText. Error 13 for what has none: binary data.
+// Appends a field's value as text to `text`; see AppendValueText. Throws error 13 for a value without a text: binary
+// data.
 void AppendFieldText(const VARIANT& value, Text& text);
 
 }  // namespace qvx

@@ -16,7 +16,7 @@ namespace qvx {
 class Bstr {
   public:
     Bstr() = default;
-    // Throws std::bad_alloc. An empty text gives an empty string, not null.
+    // Throws std::bad_alloc. An empty text becomes an empty string, not null.
     explicit Bstr(TextView text) : text_(SysAllocStringLen(Wide(text).data(), static_cast<UINT>(text.size()))) {
         if (!text_) throw std::bad_alloc();
     }
@@ -41,7 +41,7 @@ class Bstr {
     BSTR text_ = nullptr;
 };
 
-// For out parameters: a new string that the caller frees. Throws std::bad_alloc.
+// Returns a new string for an out parameter; the caller frees it. Throws std::bad_alloc.
 inline BSTR NewBstr(TextView text) { return Bstr(text).detach(); }
 
 }  // namespace qvx

@@ -19,7 +19,7 @@ struct CopyPoint {
 
 }  // namespace
 
-// May outlive its container: then it answers that it is cut off.
+// A connection point may outlive its container; it then reports that it is disconnected.
 class ConnectionPoint final : public ComObject<IConnectionPoint> {
     struct Connection {
         DWORD cookie;
@@ -53,7 +53,7 @@ class ConnectionPoint final : public ComObject<IConnectionPoint> {
             if (!owner_) return CONNECT_E_CANNOTCONNECT;
             ComPtr<IUnknown> answer;
             HRESULT found = sink->QueryInterface(iid_, answer.put_void());
-            // A late-bound sink need not know the event interface by name.
+            // A late-bound sink need not support the event interface by its identifier.
             if (FAILED(found) && iid_ != IID_IPropertyNotifySink) {
                 found = sink->QueryInterface(IID_IDispatch, answer.put_void());
             }
@@ -66,7 +66,7 @@ class ConnectionPoint final : public ComObject<IConnectionPoint> {
     STDMETHODIMP Unadvise(DWORD cookie) override {
         const auto found = Find(cookie);
         if (found == connections_.end()) return CONNECT_E_NOCONNECTION;
-        // The sink's last words may come back here, so it is released after it left the list.
+        // The sink is released only after it has left the list, since its destructor may call back into this object.
         const Connection last = std::move(*found);
         connections_.erase(found);
         return S_OK;
@@ -80,7 +80,7 @@ class ConnectionPoint final : public ComObject<IConnectionPoint> {
         });
     }
 
-    // Visits those sinks of the moment of the call that are still connected when their turn comes.
+    // Visits the sinks that were connected at the moment of the call and still are when their turn comes.
     template <typename Visit>
     void ForEach(Visit visit) {
         const ComPtr<ConnectionPoint> keepMe(this);

@@ -1,5 +1,5 @@
-// Outgoing interfaces: the connection points of an object, and firing through them. Handlers may do anything during an
-// event: disconnect themselves or others, connect, or release the object itself.
+// Outgoing interfaces: the connection points of an object, and raising events through them. During an event, handlers
+// may do anything: disconnect themselves or others, connect, or release the object itself.
 #pragma once
 
 #include <windows.h>
@@ -19,26 +19,26 @@ class ConnectionPoint;
 
 class ConnectionPoints {
   public:
-    // The container's object, which owns this member; events to `events` go through IDispatch.
+    // `owner` is the object that contains this member; events of the dispinterface `events` go through IDispatch.
     ConnectionPoints(IConnectionPointContainer* owner, REFIID events);
     ConnectionPoints(const ConnectionPoints&) = delete;
     ConnectionPoints& operator=(const ConnectionPoints&) = delete;
     ~ConnectionPoints();
 
-    // IConnectionPointContainer's two methods.
+    // The two methods of IConnectionPointContainer.
     HRESULT Enumerate(IEnumConnectionPoints** out) noexcept;
     HRESULT Find(REFIID iid, IConnectionPoint** out) noexcept;
 
-    // Calls every connected handler in the order of connection, with the number that the source interface gives to the
-    // event of that name. A name that it does not have reaches nobody.
+    // Calls every connected handler in the order in which they connected, with the number that the source interface gives
+    // to the event of that name. An event that the interface does not have calls nobody.
     void Fire(TextView event, EventArguments arguments);
-    // Whether anybody listens to events.
+    // Whether any handler is connected for events.
     bool HasListeners() const;
 
-    // IPropertyNotifySink.
+    // Notifies the sinks of IPropertyNotifySink.
     void NotifyChanged(DISPID property);
 
-    // IQuickActivate connects both sinks in one call; null sinks are passed over. The cookies are 0 then.
+    // Connects both sinks in one call, for IQuickActivate. Null sinks are skipped; their cookies are 0.
     HRESULT Connect(IUnknown* events, DWORD* eventCookie, IPropertyNotifySink* properties, DWORD* propertyCookie);
 
   private:

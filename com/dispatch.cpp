@@ -30,7 +30,7 @@ const Member* Find(const MemberTable& table, DISPID member, WORD flags) {
 
 bool IsPut(const Member& member) { return member.kind == INVOKE_PROPERTYPUT || member.kind == INVOKE_PROPERTYPUTREF; }
 
-// Whether every reference in the call leads to a variable.
+// Whether every reference in the call refers to a variable.
 bool IsWhole(const DISPPARAMS& call) {
     if ((call.cArgs && !call.rgvarg) || (call.cNamedArgs && !call.rgdispidNamedArgs)) return false;
     return std::all_of(call.rgvarg, call.rgvarg + call.cArgs, [](const VARIANT& argument) {
@@ -40,10 +40,10 @@ bool IsWhole(const DISPPARAMS& call) {
     });
 }
 
-// Makes an argument of a reference to `target`.
+// Makes an argument refer to `target`.
 void PointInto(VARIANT& argument, Variant& target) {
     argument.vt = static_cast<VARTYPE>(target.Type() | VT_BYREF);
-    // Every member of the value lies at the same place.
+    // All members of the value have the same address.
     argument.byref = &target.ptr()->llVal;
 }
 
@@ -73,23 +73,24 @@ bool IsPlain(VARTYPE type) {
 
 bool IsPlainReference(VARTYPE type) { return (type & VT_BYREF) && IsPlain(static_cast<VARTYPE>(type & ~VT_BYREF)); }
 
-// A variable for the method to write into where the caller gave none; optional ones are all 0 by default.
+// Returns a variable for the method to write into where the caller passed none; optional ones are all 0 by default.
 Variant ZeroOf(VARTYPE type) {
     Variant zero;
     zero.ptr()->vt = type;
     return zero;
 }
 
-// An argument that stands in for the caller's during the call, because the parameter is a typed reference and the
-// caller passed something else.
+// An argument that replaces the caller's during the call, because the parameter is a typed reference and the caller
+// passed something else.
 struct StandIn {
     Variant value;   // of the parameter's type
-    Variant before;  // the same, as the method got it
-    // What was passed: a reference to the variable to write back into, or a mere value. Null for nothing.
+    Variant before;  // the same, as the method received it
+    // The argument that was passed: a reference to the variable to write back into, or a mere value; null when nothing
+    // was passed.
     const VARIANT* caller = nullptr;
 
-    // A number that the method has left as it was. Written back, it would still change the kind of a variable that
-    // holds it as a text, for instance. One that held nothing at all becomes a number.
+    // Whether the method has left a number unchanged. Writing it back would still change the type of a variable that
+    // contains it as text, for instance. A variable that was empty becomes a number.
     bool LeftAlone() const {
         const bool number = value.Type() != VT_BSTR && value.Type() != VT_DISPATCH && value.Type() != VT_UNKNOWN &&
                             value.Type() != VT_VARIANT;
@@ -102,17 +103,18 @@ struct StandIn {
     }
 };
 
-// A call as the system gets it: every argument in the place of its parameter and of a kind that the system converts.
+// A call as the system receives it: every argument in the position of its parameter, and of a type that the system
+// converts.
 class AdaptedCall {
   public:
-    // The caller's arguments live longer; the member is not looked at after Adapt.
+    // The caller's arguments must outlive this; the member is not used after Adapt.
     AdaptedCall(const Member& member, const DISPPARAMS& caller) : member_(member), caller_(caller) {}
 
-    // S_OK, or what is wrong with the arguments; the index of the wrong one then goes to `wrong`.
+    // Returns S_OK, or the error in the arguments; `wrong` then receives the index of the wrong one.
     HRESULT Adapt(UINT* wrong);
-    // For the system; valid as long as this.
+    // For the system's call; valid as long as this.
     DISPPARAMS* Arguments() { return &arguments_; }
-    // The index of the caller's own argument that the system means by one of the adapted call.
+    // Returns the index of the caller's argument that corresponds to an argument of the adapted call.
     std::optional<UINT> CallersIndex(UINT index) const;
     void WriteBack() const {
         for (const StandIn& standIn : standIns_) standIn.WriteBack();
@@ -135,8 +137,8 @@ class AdaptedCall {
     DISPPARAMS arguments_{};
 };
 
-// Arguments stand right to left, named ones first. The system takes it for granted that no parameter is named twice and
-// that none is there which the member does not have.
+// Arguments are ordered from right to left, named ones first. The system does not check that no parameter is named
+// twice and that the member has all of the named parameters.
 HRESULT AdaptedCall::Place(UINT* wrong) {
     const std::size_t count = member_.parameters.size();
     const auto refuse = [&](HRESULT result, UINT index) {
@@ -164,8 +166,8 @@ HRESULT AdaptedCall::Place(UINT* wrong) {
     return complete ? S_OK : DISP_E_PARAMNOTOPTIONAL;
 }
 
-// A value given for a text. The system would go by the user's settings, and write a number that could not be read
-// again.
+// Converts a value passed for a text parameter. The system would use the user's settings, and write a number that could
+// not be read again.
 std::optional<Text> TextFor(const VARIANT& value) {
     Text text;
     try {
@@ -181,8 +183,8 @@ StandIn& AdaptedCall::Stand(Variant value, const VARIANT* caller) {
     return standIns_.back();
 }
 
-// An optional parameter that gets nothing. The system cannot make up a variable for the method to write into; optional
-// ones are all 0 by default.
+// Fills an optional parameter that gets no argument. The system cannot create a variable for the method to write into;
+// optional ones are all 0 by default.
 void AdaptedCall::Omit(VARIANT& argument, VARTYPE type) {
     if (!IsPlainReference(type)) {
         argument = Variant::Missing().detach();
@@ -191,12 +193,13 @@ void AdaptedCall::Omit(VARIANT& argument, VARTYPE type) {
     PointInto(argument, Stand(ZeroOf(static_cast<VARTYPE>(type & ~VT_BYREF)), nullptr).value);
 }
 
-// False when what is given cannot be read as the parameter's type.
+// Returns false when the argument cannot be converted to the parameter's type.
 bool AdaptedCall::Fit(VARIANT& argument, VARTYPE type, const VARIANT& given) {
     argument = given;
     const auto target = static_cast<VARTYPE>(type & ~VT_BYREF);
     if (target == VT_VARIANT) {
-        // A mere value for a variant that may be written: the method gets a copy, so that the caller's stays whole.
+        // For a mere value passed for a by-reference variant, the method gets a copy, so that the caller's value stays
+        // unchanged.
         if ((type & VT_BYREF) && !(given.vt & VT_BYREF)) {
             argument.vt = VT_BYREF | VT_VARIANT;
             argument.pvarVal = Stand(Variant(given), &given).value.ptr();
@@ -204,7 +207,7 @@ bool AdaptedCall::Fit(VARIANT& argument, VARTYPE type, const VARIANT& given) {
         return true;
     }
     if (!(type & VT_BYREF)) {
-        // A typed value: a borrowed look at the caller's variable is enough, the system converts it.
+        // For a typed parameter, a borrowed reference to the caller's variable is enough; the system converts it.
         const VARIANT* plain = &given;
         while (plain->vt == (VT_BYREF | VT_VARIANT)) plain = plain->pvarVal;
         const bool isText = (plain->vt & ~VT_BYREF) == VT_BSTR;
@@ -228,7 +231,8 @@ bool AdaptedCall::Fit(VARIANT& argument, VARTYPE type, const VARIANT& given) {
 HRESULT AdaptedCall::Adapt(UINT* wrong) {
     if (const HRESULT placed = Place(wrong); FAILED(placed)) return placed;
     const std::vector<VARTYPE>& types = member_.parameters;
-    // Up to the last that is given or must be there for the method to write into; the rest is the system's to fill.
+    // The arguments extend to the last one that is passed or that the method must be able to write into; the system
+    // fills in the others.
     std::size_t count = types.size();
     while (count > 0 && places_[count - 1] == notGiven && !IsPlainReference(types[count - 1])) --count;
     values_.resize(count);
@@ -261,7 +265,7 @@ std::optional<UINT> AdaptedCall::CallersIndex(UINT index) const {
     return place == notGiven ? std::nullopt : std::optional(place);
 }
 
-// A property that gives an object and is called with arguments means that object's default member: ColIndex("Qty").
+// A call with arguments of a property that returns an object refers to that object's default member: ColIndex("Qty").
 bool MeansDefaultMember(const Member& member, const DISPPARAMS& call) {
     return member.kind == INVOKE_PROPERTYGET && member.parameters.empty() && call.cArgs > 0 &&
            (member.result == VT_DISPATCH || member.result == VT_UNKNOWN);
@@ -286,7 +290,7 @@ HRESULT InvokeThroughTypeLibrary(const MemberTable& table, void* self, DISPID id
     if (const HRESULT adapted = call.Adapt(argumentInError); FAILED(adapted)) return adapted;
     Variant answer;
     VARIANT* const wanted = member->result == VT_EMPTY ? nullptr : answer.put();
-    // A handler may let go of the object and its table with it.
+    // A handler may release the object, and the table with it.
     const auto kind = static_cast<WORD>(member->kind);
     UINT wrong = static_cast<UINT>(-1);
     HRESULT outcome = table.info->Invoke(self, id, kind, call.Arguments(), wanted, exception, &wrong);

@@ -1,5 +1,5 @@
-// IDispatch of a dual interface, driven by the type library: an object derives from Dispatch<_Thing> and writes only
-// the interface's own methods.
+// IDispatch of a dual interface, implemented with the type library: an object derives from Dispatch<_Thing> and
+// implements only the interface's own methods.
 #pragma once
 
 #include <windows.h>
@@ -14,15 +14,15 @@
 
 namespace qvx {
 
-// The late-bound call of `self` (a pointer to the dual interface). By-reference variants, which scripts always pass,
-// are taken apart for typed parameters, and what the method wrote is copied back into the caller's variable when it has
-// succeeded. Arguments that do not fit the member's parameters in number, name or kind never reach the method, nor the
-// system's own call, which does not check them all. `result` is written only on success. Throws ComError,
-// std::bad_alloc.
+// Makes a late-bound call of `self` (a pointer to the dual interface). By-reference variants, which scripts always
+// pass, are converted for typed parameters, and what the method wrote is copied back into the caller's variable if the
+// call has succeeded. A call whose arguments do not fit the member's parameters in number, name or kind reaches neither
+// the method nor the system's own call, which does not check all of them. `result` is written only on success. Throws
+// ComError, std::bad_alloc.
 HRESULT InvokeThroughTypeLibrary(const MemberTable& members, void* self, DISPID member, WORD flags,
                                  DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception, UINT* argumentInError);
-// The numbers of a member and its parameters. E_POINTER and E_INVALIDARG where there is no name or no room for a
-// number.
+// Returns the numbers of a member and its parameters. Returns E_POINTER or E_INVALIDARG when the names, or the space
+// for the numbers, are missing.
 HRESULT NamesThroughTypeLibrary(const MemberTable& members, LPOLESTR* names, UINT count, DISPID* ids);
 
 template <typename I>
@@ -68,7 +68,7 @@ struct InterfaceTraits<Dispatch<I>> {
     static bool Answers(REFIID iid) { return iid == __uuidof(I) || iid == __uuidof(IDispatch); }
 };
 
-// Says that methods of the given interface leave rich error information behind.
+// Declares that methods of the given interface provide rich error information.
 template <typename I>
 class ErrorInfoSupport : public ISupportErrorInfo {
   public:

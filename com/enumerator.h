@@ -1,5 +1,5 @@
-// An enumerator over a snapshot of elements, for any of the system's IEnumXxx interfaces. A Copy type says how an
-// element is given out: `static void Out(const Stored&, Element* to)` may throw; what it gave is the caller's.
+// An enumerator over a snapshot of elements, for any of the system's IEnumXxx interfaces. A Copy type defines how an
+// element is returned: `static void Out(const Stored&, Element* to)` may throw; the caller owns the copy.
 #pragma once
 
 #include <vector>

@@ -23,7 +23,7 @@ HRESULT EventArguments::Call(IDispatch* sink, DISPID event) {
     std::vector<VARIANT> call(arguments_.size());
     for (size_t i = 0; i < arguments_.size(); ++i) {
         Argument& argument = arguments_[i];
-        // Late-bound calls take their arguments from right to left.
+        // Late-bound calls pass their arguments from right to left.
         VARIANT& slot = call[arguments_.size() - 1 - i];
         slot = argument.value.get();
         if (argument.variant) {

@@ -26,7 +26,7 @@ class EventArguments {
     EventArguments& In(const Text& value) { return Add(Variant(value)); }
     EventArguments& In(const Variant& value) { return Add(value); }
 
-    // The variable must outlive the arguments' use.
+    // The variable must outlive these arguments.
     EventArguments& InOut(bool& variable) { return AddReference(Variant(variable), &variable, {}, {}, {}, {}); }
     EventArguments& InOut(short& variable) { return AddReference(Variant(variable), {}, &variable, {}, {}, {}); }
     EventArguments& InOut(long& variable) { return AddReference(Variant(variable), {}, {}, &variable, {}, {}); }
@@ -34,7 +34,7 @@ class EventArguments {
     // A Variant argument by reference (VT_BYREF | VT_VARIANT).
     EventArguments& InOut(Variant& variable) { return AddReference(variable, {}, {}, {}, {}, &variable); }
 
-    // Calls one handler and reads by-reference arguments back, whatever the handler answered.
+    // Calls one handler and reads by-reference arguments back, even when the handler failed.
     HRESULT Call(IDispatch* sink, DISPID event);
 
   private:
@@ -53,7 +53,7 @@ class EventArguments {
                                  Variant* variant);
     void ReadBack();
 
-    // In the order of the event's declaration; a deque keeps its elements where they are.
+    // In the order of the event's declaration. It is a deque because elements must keep their addresses.
     std::deque<Argument> arguments_;
 };
 

@@ -13,7 +13,7 @@ namespace qvx {
 
 namespace {
 
-// Sizes travel as currency: ten-thousandths.
+// Sizes are passed as currency values, in ten-thousandths.
 constexpr double currencyUnit = 10000;
 
 CY ToCurrency(double value) {
@@ -102,7 +102,7 @@ void FontProperty::Set(IFontDisp* font, bool copy) {
 
 void FontProperty::Attach(ComPtr<IFontDisp> font) {
     object_ = std::move(font);
-    // A font of the host's own making that does not tell of its changes is taken all the same.
+    // A font object of the host's own that does not support change notifications is accepted all the same.
     const auto container = object_.As<IConnectionPointContainer>();
     if (!container || FAILED(container->FindConnectionPoint(IID_IPropertyNotifySink, point_.put()))) return;
     listener_ = MakeObject<Listener>(this);

@@ -1,4 +1,4 @@
-// Fonts as hosts hold them: the system's standard font object, and a property that keeps one.
+// Fonts as hosts use them: the system's standard font object, and a property that contains one.
 #pragma once
 
 #include <windows.h>
@@ -13,14 +13,15 @@
 
 namespace qvx {
 
-// A new standard font object. Throws ComError.
+// Creates a new standard font object. Throws ComError.
 ComPtr<IFontDisp> MakeFontObject(const FontSpec& value);
 
-// What a font object says; the default font for null and for what an object refuses to say.
+// Reads the values of a font object; null, and every value that the object fails to return, gives the default font's
+// value.
 FontSpec ReadFontObject(IUnknown* font);
 
-// A font property. Hosts change the object behind it (`Font.Bold = True`) and expect the control to follow, so it
-// listens. `changed` is called after any change, whoever makes it.
+// A font property. Hosts change its object (`Font.Bold = True`) and expect the control to follow, so the property
+// listens to the object. `changed` is called after any change, whoever makes it.
 class FontProperty {
   public:
     explicit FontProperty(std::function<void()> changed);
@@ -32,10 +33,10 @@ class FontProperty {
     // Replaces the object by a new one; `changed` is not called.
     void Load(const FontSpec& value);
 
-    // The object itself, made at first use; with a reference for the caller. Throws ComError.
+    // Returns the object itself, with a reference for the caller; creates it at first use. Throws ComError.
     IFontDisp* Get();
-    // Takes a copy of the value (`copy`, a property put) or shares the object (a property set). Null is refused with
-    // run-time error 380.
+    // Copies the value (`copy`, a property put) or shares the object (a property set). Throws run-time error 380 for
+    // null.
     void Set(IFontDisp* font, bool copy);
 
   private:

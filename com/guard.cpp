@@ -22,7 +22,7 @@ HRESULT ReportFailure(HRESULT code, TextView description) noexcept {
         creator->SetDescription(WideBuffer(copy));
         if (const auto info = creator.As<IErrorInfo>()) SetErrorInfo(0, info.get());
     } catch (...) {
-        // Without memory for its description the code alone must do.
+        // Without memory for its description, the code alone must do.
     }
     return code;
 }

@@ -1,4 +1,4 @@
-// The fence between our code and its callers: no C++ exception leaves through a vtable, a window procedure or an
+// The boundary between the library's code and its callers: no C++ exception crosses a vtable, a window procedure or an
 // export.
 #pragma once
 
@@ -13,7 +13,7 @@
 
 namespace qvx {
 
-// A failed call of the system, on its way to the fence.
+// A failed system call, on its way to the boundary.
 class ComError : public std::exception {
   public:
     explicit ComError(HRESULT result) : result_(result) {}
@@ -24,13 +24,13 @@ class ComError : public std::exception {
     HRESULT result_;
 };
 
-// Throws ComError when the call failed. Returns the result for calls with several kinds of success.
+// Throws ComError when the call failed. Otherwise returns the result, for calls with several success codes.
 inline HRESULT Check(HRESULT result) {
     if (FAILED(result)) throw ComError(result);
     return result;
 }
 
-// What a run-time error is called at the automation edge.
+// The HRESULT of a run-time error at the automation interfaces.
 constexpr HRESULT RunTimeErrorCode(int number) {
     return static_cast<HRESULT>(0x800A0000u + static_cast<unsigned>(number & 0xFFFF));
 }
@@ -38,11 +38,12 @@ constexpr HRESULT RunTimeErrorCode(int number) {
 // Publishes rich error information (source "Qvx") for the calling thread and returns the code.
 HRESULT ReportFailure(HRESULT code, TextView description) noexcept;
 
-// Inside a catch block only: the HRESULT of the exception in flight, with its rich error information published.
+// Returns the HRESULT of the exception in flight and publishes its rich error information. For use inside a catch block
+// only.
 HRESULT FailureInFlight() noexcept;
 
-// Takes away what an earlier call of this thread has left as its error, which a failure without a description of its
-// own would seem to say otherwise.
+// Clears the error that an earlier call has left on this thread: a failure without a description of its own would
+// otherwise seem to have that one.
 void ForgetEarlierFailure() noexcept;
 
 // Runs the body of one interface method. The body returns nothing (S_OK) or an HRESULT, and may throw anything.
@@ -61,13 +62,13 @@ HRESULT Guard(Body&& body) noexcept {
     }
 }
 
-// Runs what must not fail its caller, in the middle of a method or outside of any: whatever it throws ends here.
+// Runs code whose failure must not reach its caller, inside a method or outside of any: exceptions end here.
 template <typename Body>
 void Contain(Body&& body) noexcept {
     try {
         body();
     } catch (...) {
-        // Nobody is to be told.
+        // There is nobody to report the error to.
     }
 }
 

@@ -1,4 +1,4 @@
-// Members of somebody else's object, called by their names.
+// Calls of members of foreign objects by name.
 #pragma once
 
 #include <windows.h>
@@ -15,27 +15,27 @@
 
 namespace qvx {
 
-// What a failed call of another object's says, as a run-time error: a number of the hosts' kind where the code holds
-// one, else the whole code. The description is the one that the object gave, else the system's.
+// Returns the error of a failed call of a foreign object as a run-time error: a number as hosts know it if the code
+// contains one, otherwise the whole code. The description is the one that the object gave, otherwise the system's.
 RunTimeError ForeignError(HRESULT code, const EXCEPINFO* exception = nullptr);
-// The same for a call through a vtable, whose description lies in the thread's error object.
+// The same for a call through a vtable, whose description is in the thread's error object.
 RunTimeError ForeignError(HRESULT code, IUnknown* object, REFIID interfaceId);
 
-// A new object of another program's class, by the name that scripts give it. Error 429 where no such class is installed
-// or it makes no object for names.
+// Creates an object of another program's class by its program identifier, as scripts do. Throws error 429 where no such
+// class is installed or it cannot create an object that is called by names.
 ComPtr<IDispatch> CreateNamedObject(const wchar_t* className);
 
-// One member, looked up once and called many times. The object is not held.
+// One member, looked up once and called many times. It does not keep a reference to the object.
 class LateMember {
   public:
-    // Error 438 when the object has no such member, 91 without an object.
+    // Throws error 438 when the object has no such member, 91 without an object.
     LateMember(IDispatch* object, const wchar_t* name);
-    // Nothing instead of error 438.
+    // Returns nullopt instead of error 438.
     static std::optional<LateMember> Find(IDispatch* object, const wchar_t* name);
-    // The member that stands for the object itself; whether there is one, Get finds out.
+    // The default member, which represents the object itself; Get finds out whether there is one.
     static LateMember Default() { return LateMember(DISPID_VALUE); }
 
-    // A property read or a method called, whichever it is; arguments from left to right. What fails is raised.
+    // Reads a property or calls a method, whichever it is; arguments are from left to right. Throws the object's error.
     Variant Get(IDispatch* object, std::initializer_list<Variant> arguments = {}) const;
 
   private:
@@ -43,11 +43,12 @@ class LateMember {
     DISPID id_ = DISPID_UNKNOWN;
 };
 
-// The same member of one object after the other: looked up again only when the object is another one, since a member's
-// number is the object's own and stays for its life. Holds the object that was used last.
+// The same member of several objects in turn. It is looked up again only when the object is a different one, since a
+// member's number belongs to the object and stays the same for its life. Keeps a reference to the object that was used
+// last.
 class RepeatedMember {
   public:
-    // The name must live as long.
+    // The name must live as long as this.
     explicit RepeatedMember(const wchar_t* name) : name_(name) {}
 
     // As LateMember's constructor and Get.

@@ -1,12 +1,12 @@
-// A lock that is nothing but a word: it never allocates and leaves nothing behind in a module that is unloaded, as the
-// standard library's does here.
+// A lock that consists of a single word: unlike the standard library's here, it never allocates and leaves nothing
+// behind in a module that is unloaded.
 #pragma once
 
 #include <windows.h>
 
 namespace qvx {
 
-// For std::lock_guard and its kin; not recursive.
+// For std::lock_guard and similar classes; not recursive.
 class Lock {
   public:
     Lock() = default;

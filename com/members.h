@@ -1,4 +1,4 @@
-// What every method of an automation object does with its arguments: between the interface's types and a model's.
+// Conversion of the arguments of automation methods between the interface's types and a model's.
 #pragma once
 
 #include <windows.h>
@@ -15,14 +15,14 @@
 
 namespace qvx {
 
-// An out argument. Throws ComError E_POINTER for null.
+// Dereferences an out argument. Throws ComError E_POINTER for null.
 template <class T>
 T* Required(T* pointer) {
     if (!pointer) throw ComError(E_POINTER);
     return pointer;
 }
 
-// A model's value as the interface gives it out.
+// Converts a model's value to the interface's type.
 template <class Result, class Value>
 Result ToHost(const Value& value) {
     if constexpr (std::is_same_v<Result, BSTR>) {
@@ -36,8 +36,8 @@ Result ToHost(const Value& value) {
     }
 }
 
-// The whole of a getter: gives out what `body` returns. E_POINTER for a null `result`; where the body fails, the host
-// finds 0, null or Empty there.
+// The body of a getter: returns what `body` returns. The result is E_POINTER for a null `result`; where the body fails,
+// the host finds 0, null or Empty there.
 template <class Result, class Body>
 HRESULT Give(Result* result, Body&& body) noexcept {
     return Guard([&] {
@@ -46,8 +46,8 @@ HRESULT Give(Result* result, Body&& body) noexcept {
     });
 }
 
-// What a host gave as the model takes it: a parameter of a method, or a field. Run-time error 380 for a number that an
-// enumeration does not have. Texts are borrowed.
+// Converts a value from a host to the model's type, that of a method's parameter or a field. Throws run-time error 380
+// for a number that an enumeration does not have. Texts are borrowed.
 template <class Parameter, class Given>
 auto FromHost(const Given& given) {
     using Value = std::remove_cvref_t<Parameter>;
@@ -111,7 +111,7 @@ class MemberAccess {
         return this->PutMember(u## #Name, &Part::Set##Name, index, value);                                             \
     }
 
-// An optional number: nothing when it is left out, run-time error 13 when it is none.
+// Reads an optional number: nullopt when it was left out. Throws run-time error 13 when it is not a number.
 inline std::optional<long> OptionalNumber(const VARIANT& argument) {
     if (IsMissing(argument)) return std::nullopt;
     const auto number = Variant(argument).ToLong();

@@ -1,4 +1,4 @@
-// What the binary that this code is linked into keeps for all its COM objects.
+// State that the binary containing this code keeps for all its COM objects.
 #pragma once
 
 #include <windows.h>
@@ -7,13 +7,14 @@
 
 namespace qvx {
 
-// The module (a .dll, .ocx or .exe) that holds this code, whoever loaded it.
+// The module (a .dll, .ocx or .exe) that contains this code, whoever loaded it.
 HMODULE ThisModule();
-// Its full path.
+// The module's full path.
 Text ModulePath(HMODULE module);
 
-// Live objects and server locks together; the module may be unloaded at none.
+// The number of live objects and server locks; the module may be unloaded when it is 0.
 long LiveObjects();
+// Adds to or subtracts from the number of live objects and server locks.
 void CountObject(long change);
 
 namespace detail {
@@ -26,13 +27,14 @@ struct ModuleObject {
     ModuleObject* earlier = nullptr;
 };
 
-// Takes it over.
+// Takes ownership of the object.
 void DestroyAtUnload(ModuleObject* object);
 
 }  // namespace detail
 
-// The module's one object of a type, made at first use. It goes when the module is unloaded, but stays at the end of
-// the process, when the system's modules may have gone before this one and windows still get messages.
+// Returns the module's single object of a type, and creates it at first use. It is destroyed when the module is
+// unloaded, but not at the end of the process, when the system's modules may be gone before this one while windows
+// still get messages.
 template <typename T>
 T& OfModule() {
     struct Holder final : detail::ModuleObject {
@@ -46,7 +48,7 @@ T& OfModule() {
     return object;
 }
 
-// Destroys those objects, the latest first; for the module's unloading only.
+// Destroys those objects, the latest first. Called only when the module is unloaded.
 void DestroyModuleObjects();
 
 }  // namespace qvx

@@ -22,7 +22,7 @@
 
 namespace qvx {
 
-// Whether a pointer to I also answers for iid: I itself and the interfaces it extends.
+// Whether a pointer to I also supports `iid`: I itself and the interfaces that it extends.
 template <typename I>
 struct InterfaceTraits {
     static bool Answers(REFIID iid) { return iid == __uuidof(I); }
@@ -52,7 +52,7 @@ struct InterfaceTraits<IPersistStreamInit> {
     static bool Answers(REFIID iid) { return iid == __uuidof(IPersistStreamInit) || iid == __uuidof(IPersist); }
 };
 
-// The reference count, and the module's count of live objects.
+// The reference count of an object, which also updates the module's count of live objects.
 class ReferenceCount {
   public:
     ReferenceCount() { CountObject(1); }
@@ -61,7 +61,7 @@ class ReferenceCount {
     ~ReferenceCount() { CountObject(-1); }
     ULONG Add() { return ++count_; }
     ULONG Remove() { return --count_; }
-    // While an object takes itself apart it may be handed out and given back once more without dying twice.
+    // While an object is being destroyed, references may be added and released once more without destroying it twice.
     void BeginDestruction() { count_ = destructionCount; }
 
   private:
@@ -112,7 +112,7 @@ class ComObject : public First, public Others... {
     ReferenceCount references_;
 };
 
-// A new object, owned. Throws what its constructor throws.
+// Creates an object and returns its owner. Throws what its constructor throws.
 template <typename T, typename... Arguments>
 ComPtr<T> MakeObject(Arguments&&... arguments) {
     return ComPtr<T>::Adopt(new T(std::forward<Arguments>(arguments)...));

@@ -15,8 +15,8 @@ template <typename T>
 class ComPtr {
   public:
     ComPtr() = default;
-    ComPtr(std::nullptr_t) {}  // NOLINT(google-explicit-constructor): a null pointer is a null owner
-    // Shares: adds a reference of its own.
+    ComPtr(std::nullptr_t) {}  // NOLINT(google-explicit-constructor): a null pointer converts to an empty owner
+    // Shares the object: adds a reference of its own.
     explicit ComPtr(T* object) : object_(object) {
         if (object_) object_->AddRef();
     }
@@ -30,7 +30,7 @@ class ComPtr {
         return *this;
     }
 
-    // Takes over a reference the caller already holds.
+    // Takes over a reference that the caller already has.
     static ComPtr Adopt(T* object) {
         ComPtr owner;
         owner.object_ = object;
@@ -60,7 +60,7 @@ class ComPtr {
         if (object_) object_->AddRef();
         return object_;
     }
-    // The member is empty before the object is released: its last words may come back here.
+    // The member is cleared before the object is released, since the object's destructor may call back into this.
     void reset() {
         if (T* last = std::exchange(object_, nullptr)) last->Release();
     }

@@ -8,7 +8,7 @@ SafeArray SafeArray::OfVariants(const std::vector<Variant>& elements) {
     SafeArray array(SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(elements.size())));
     if (!array.get()) throw std::bad_alloc();
     for (LONG i = 0; i < static_cast<LONG>(elements.size()); ++i) {
-        // The array copies; the system's prototype takes the source as not constant.
+        // The array copies the element; the system's prototype declares the source as not constant.
         Check(SafeArrayPutElement(array.get(), &i, const_cast<VARIANT*>(elements[static_cast<size_t>(i)].ptr())));
     }
     return array;
@@ -30,7 +30,7 @@ std::vector<Variant> ReadElements(SAFEARRAY* array) {
             Check(SafeArrayGetElement(array, &i, element.put()));
             element = Variant(element.get());
         } else {
-            // The value part of a variant lies at one place for every type that fits in it.
+            // The value part of a variant is at the same address for every type that fits in it.
             switch (type) {
                 case VT_I1:
                 case VT_UI1:

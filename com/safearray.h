@@ -26,7 +26,7 @@ class SafeArray {
         if (array_) SafeArrayDestroy(array_);
     }
 
-    // A zero-based array of variants. Throws std::bad_alloc, ComError.
+    // Creates a zero-based array of variants. Throws std::bad_alloc, ComError.
     static SafeArray OfVariants(const std::vector<Variant>& elements);
 
     SAFEARRAY* get() const { return array_; }
@@ -36,11 +36,11 @@ class SafeArray {
     SAFEARRAY* array_ = nullptr;
 };
 
-// The elements of a one-dimensional array of any element type, from its lower bound up, each as a plain variant. Null
-// gives none. Throws ComError for more dimensions and for element types that no variant holds.
+// Returns the elements of a one-dimensional array of any element type, from its lower bound up, each as a plain
+// variant. Null gives no elements. Throws ComError for more dimensions and for element types that no variant can hold.
 std::vector<Variant> ReadElements(SAFEARRAY* array);
 
-// The array inside a variant, whether passed by value or by any level of reference; null when there is none.
+// Returns the array inside a variant, whether passed by value or by any level of reference; null when there is none.
 SAFEARRAY* ArrayOf(const VARIANT& value);
 
 }  // namespace qvx

@@ -1,4 +1,4 @@
-// What its users on one thread share.
+// Objects that all users on one thread share.
 #pragma once
 
 #include <windows.h>
@@ -12,13 +12,12 @@
 
 namespace qvx {
 
-// One object of a type for each thread that uses one. Variables of a thread's own would not do: whatever has a
-// destructor there keeps the module loaded until the thread ends, and unloads it in the middle of the system's own work
-// then.
+// One object of a type for each thread that uses it. Thread-local variables are no alternative: one with a destructor
+// keeps the module loaded until the thread ends, and unloads it then in the middle of the system's own work.
 template <typename T>
 class ThreadShared {
   public:
-    // The calling thread's, made for its first user and gone with the last.
+    // Returns the calling thread's object, which is created for its first user and destroyed with the last.
     static std::shared_ptr<T> Get() {
         auto& all = OfModule<ThreadShared>();
         const std::lock_guard lock(all.access_);
@@ -28,7 +27,7 @@ class ThreadShared {
         if (!object) kept = object = std::make_shared<T>();
         return object;
     }
-    // The same; null for a thread without users.
+    // Returns the same, or null for a thread without users.
     static std::shared_ptr<T> Find() {
         auto& all = OfModule<ThreadShared>();
         const std::lock_guard lock(all.access_);

@@ -29,7 +29,8 @@ struct Cache {
 VARTYPE ParameterType(ITypeInfo& info, const TYPEDESC& type) {
     switch (type.vt) {
         case VT_PTR: {
-            // A pointer to an object's interface is an object by value, a pointer to that one by reference.
+            // A pointer to an object's interface is an object by value, and a pointer to that pointer is one by
+            // reference.
             const VARTYPE target = ParameterType(info, *type.lptdesc);
             if (type.lptdesc->vt == VT_USERDEFINED && (target == VT_DISPATCH || target == VT_UNKNOWN)) return target;
             return static_cast<VARTYPE>(target | VT_BYREF);

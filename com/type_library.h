@@ -1,4 +1,4 @@
-// The type library inside this module, and what late-bound calls need to know of each interface.
+// The type library inside this module, and the information about each interface that late-bound calls need.
 #pragma once
 
 #include <windows.h>
@@ -17,19 +17,20 @@
 
 namespace qvx {
 
-// Loaded from the module's own resource, so that it is there without registration. Throws ComError.
+// Loads the library from the module's own resource, so that no registration is needed. Throws ComError.
 ComPtr<ITypeLib> LoadOwnTypeLibrary();
-// The description of an interface or class. Throws ComError.
+// Returns the type information of an interface or class. Throws ComError.
 ComPtr<ITypeInfo> TypeInfoOf(REFGUID id);
 
 // One interface's members as late-bound calls see them, or the events of a source interface.
 struct MemberTable {
     struct Member {
         INVOKEKIND kind = INVOKE_FUNC;
-        // Of the parameters from left to right, without the one that takes the result; VT_BYREF set for pointers.
+        // Types of the parameters from left to right, without the one that returns the result; VT_BYREF is set for
+        // pointers.
         std::vector<VARTYPE> parameters;
-        std::size_t required = 0;   // how many of them a call must give; the rest are optional
-        VARTYPE result = VT_EMPTY;  // of what the call gives back, if anything
+        std::size_t required = 0;   // how many of them a call must pass; the others are optional
+        VARTYPE result = VT_EMPTY;  // of the returned value, if any
     };
     ComPtr<ITypeInfo> info;
     std::map<std::pair<MEMBERID, INVOKEKIND>, Member> members;
@@ -39,10 +40,11 @@ struct MemberTable {
     MEMBERID NumberOf(TextView name) const;
 };
 
-// Made at first use and kept until ReleaseTypeLibrary. Throws ComError.
+// Returns the members of an interface. The table is created at first use and kept until ReleaseTypeLibrary. Throws
+// ComError.
 std::shared_ptr<const MemberTable> MembersOf(REFIID iid);
 
-// Forgets what was loaded; called before the module goes.
+// Releases what was loaded; called before the module is unloaded.
 void ReleaseTypeLibrary();
 
 }  // namespace qvx

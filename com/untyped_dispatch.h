@@ -1,4 +1,4 @@
-// IDispatch of an object without type information: late bound only.
+// IDispatch of an object without type information, for late binding only.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 
 namespace qvx {
 
-// An object derives from ComObject<UntypedDispatch> and writes Invoke, and GetIDsOfNames where its members have names.
+// An object derives from ComObject<UntypedDispatch> and implements Invoke, and GetIDsOfNames if its members have names.
 class UntypedDispatch : public IDispatch {
   public:
     STDMETHODIMP GetTypeInfoCount(UINT* count) override {

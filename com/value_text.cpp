@@ -11,7 +11,7 @@ namespace qvx {
 
 namespace {
 
-// Objects that have an object as their value are asked on, but not for ever.
+// An object whose value is another object is followed, but not for ever.
 bool AppendObjectText(const VARIANT& value, Text& text) {
     constexpr int deepest = 8;
     Variant held(value);

@@ -1,4 +1,4 @@
-// Values of hosts, records and scripts as texts.
+// Conversion of values from hosts, records and scripts to text.
 #pragma once
 
 #include <windows.h>
@@ -9,9 +9,10 @@
 
 namespace qvx {
 
-// The text of a value, put behind `text`: nothing for Null and Empty; numbers with "." as decimal point, whatever the
-// user's own is; True and False; dates and times in the system's short form; for an object its default member's value.
-// False, with nothing added, for what has no such text: arrays, errors, no object at all. Raises what the object does.
+// Appends the text of a value to `text`: nothing for Null and Empty; numbers with "." as decimal point, whatever the
+// user's setting; True and False; dates and times in the system's short form; for an object, its default member's
+// value. Returns false, with nothing added, for values without a text: arrays, errors, no object at all. Throws the
+// errors that the object raises.
 bool AppendValueText(const VARIANT& value, Text& text);
 
 }  // namespace qvx

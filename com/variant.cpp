@@ -8,7 +8,7 @@
 namespace qvx {
 
 namespace {
-// The cross-compiler's headers take sources as not constant; the calls only read them.
+// The cross-compiler's headers declare sources as not constant; the calls only read them.
 VARIANT* Source(const VARIANT& value) { return const_cast<VARIANT*>(&value); }
 }  // namespace
 
@@ -47,7 +47,7 @@ std::optional<double> Variant::ToDouble() const {
 std::optional<Text> Variant::ToText() const {
     if (value_.vt == VT_BSTR) return Text(FromBstr(value_.bstrVal));
     if (value_.vt == VT_EMPTY || value_.vt == VT_NULL || IsMissing(value_)) return Text();
-    // The system spells a Boolean by its number in the invariant locale; hosts see words.
+    // In the invariant locale, the system writes a Boolean as a number; hosts expect words.
     if (value_.vt == VT_BOOL) return Text(value_.boolVal ? u"True" : u"False");
     const auto converted = To(VT_BSTR);
     return converted ? std::optional(Text(FromBstr(converted->get().bstrVal))) : std::nullopt;
@@ -101,7 +101,7 @@ bool StoreThrough(const VARIANT& reference, const Variant& value) {
         case VT_CY:
             *reference.pcyVal = from.cyVal;
             return true;
-        // These own something: the variable takes it over, and its former value goes.
+        // These types own memory: the variable takes it over, and its former value is freed.
         case VT_BSTR:
             SysFreeString(std::exchange(*reference.pbstrVal, converted->detach().bstrVal));
             return true;

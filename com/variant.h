@@ -1,4 +1,4 @@
-// The owner of a VARIANT, and the readings of one that come from scripts and property bags.
+// The owner of a VARIANT, and conversions of values from scripts and property bags.
 #pragma once
 
 #include <windows.h>
@@ -51,9 +51,9 @@ class Variant {
         value_.vt = VT_UNKNOWN;
         value_.punkVal = ComPtr<IUnknown>(object).detach();
     }
-    // A copy with every by-reference level taken off. Throws ComError.
+    // Copies the value with every by-reference level removed. Throws ComError.
     explicit Variant(const VARIANT& value);
-    // The missing optional argument of a late-bound call.
+    // The value of an optional argument that a late-bound call omits.
     static Variant Missing();
 
     Variant(const Variant& other) : Variant(other.value_) {}
@@ -78,14 +78,14 @@ class Variant {
         VariantInit(&value_);
         return value;
     }
-    // Conversions of the system in the invariant locale; nothing when the value cannot be read so.
+    // Converts with the system's conversions in the invariant locale; nullopt when the value cannot be converted.
     std::optional<Variant> To(VARTYPE type) const;
     std::optional<long> ToLong() const;
     std::optional<bool> ToBool() const;
     std::optional<double> ToDouble() const;
-    // Empty, Null and Missing read as "". Nothing for objects without a value and for arrays.
+    // Empty, Null and Missing give "". Returns nullopt for objects without a value and for arrays.
     std::optional<Text> ToText() const;
-    // The object inside, asked for another interface; null when there is none.
+    // Returns another interface of the object inside; null when there is none.
     template <typename T>
     ComPtr<T> ToObject() const {
         if (value_.vt != VT_DISPATCH && value_.vt != VT_UNKNOWN) return nullptr;
@@ -99,9 +99,9 @@ class Variant {
 // Whether an optional VARIANT argument was left out by the caller.
 bool IsMissing(const VARIANT& value);
 
-// Stores a value in the caller's variable that `reference` leads to, through any number of variants that refer on to
-// others, converted to the variable's own type. False, with the variable as it was, when that cannot be done or
-// `reference` is no reference at all.
+// Stores a value in the caller's variable to which `reference` refers, directly or through any number of variants,
+// converted to the variable's own type. Returns false, with the variable unchanged, when that is impossible or
+// `reference` is not a reference.
 bool StoreThrough(const VARIANT& reference, const Variant& value);
 
 }  // namespace qvx

@@ -1,5 +1,5 @@
-// The way between the rules' text and the system's strings. `wchar_t` is UTF-16 on this system, so both views look at
-// the same characters; this header is the one place that says so to the compiler.
+// Conversion between the rules' text and the system's strings. `wchar_t` is UTF-16 on this system, so both views refer
+// to the same characters; only this header relies on that in casts.
 #pragma once
 
 #include <windows.h>
@@ -25,7 +25,7 @@ inline TextView FromWide(std::wstring_view text) {
 }
 // A zero-terminated string; null reads as empty.
 inline TextView FromWide(const wchar_t* text) { return text ? FromWide(std::wstring_view(text)) : TextView(); }
-// A BSTR carries its length and may hold zeroes; null reads as empty.
+// A BSTR contains its length and may contain zero characters; null reads as empty.
 inline TextView FromBstr(BSTR text) {
     return text ? FromWide(std::wstring_view(text, SysStringLen(text))) : TextView();
 }

@@ -1,11 +1,11 @@
-// Captions whose "&" marks the letter that, with Alt, is their access key.
+// Captions in which "&" marks the access key: the letter that acts together with Alt.
 #pragma once
 
 #include "common/text.h"
 
 namespace qvx {
 
-// The caption as it is read: without the mark, and with one "&" for each "&&".
+// Returns the caption as it is read: without the mark, and with a single "&" for each "&&".
 inline Text WithoutAccessMark(TextView caption) {
     Text text;
     for (std::size_t i = 0; i < caption.size(); ++i) {

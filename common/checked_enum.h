@@ -1,12 +1,12 @@
-// Numbers from outside as enumerations.
+// Conversion of numbers from outside to enumerations.
 #pragma once
 
 #include "common/run_time_error.h"
 
 namespace qvx {
 
-// The enumeration's value with this number; 380 "Invalid property value" when it has none. The enumeration counts from
-// 0 to its `last`.
+// Returns the enumeration's value with this number. Throws error 380 "Invalid property value" if there is none. The
+// enumeration must count from 0 to its `last`.
 template <class Enum>
 Enum CheckedEnum(int number) {
     if (number < 0 || number > static_cast<int>(Enum::last)) {

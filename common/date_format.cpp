@@ -39,7 +39,7 @@ class Formatter {
     }
     int Minute() const { return date_.secondOfDay / 60 % 60; }
 
-    // AM/PM or A/P, each half in the case its letters have in the pattern.
+    // Writes AM/PM or A/P, each half in the case that its letters have in the pattern.
     bool PutHalf() {
         for (const TextView mark : {TextView(u"AM/PM"), TextView(u"A/P")}) {
             if (!StartsWithNoCase(rest_, mark)) continue;
@@ -53,7 +53,7 @@ class Formatter {
         return false;
     }
 
-    // The longest field at the front, when there is one.
+    // Writes the longest field at the front, if there is one.
     bool PutField() {
         const char16_t letter = LowerAscii(rest_.front());
         std::size_t run = 1;
@@ -64,7 +64,7 @@ class Formatter {
         return taken > 0;
     }
 
-    // How many of the run's letters make a field, after writing it; 0 for none.
+    // Writes the field that the run's letters begin. Returns how many of them it used, 0 for none.
     std::size_t TakeField(char16_t letter, std::size_t run) {
         const std::size_t upToTwo = run < 2 ? run : 2;
         const std::size_t upToFour = run < 4 ? run : 4;
@@ -122,7 +122,7 @@ class Formatter {
     TextView rest_;
     TextView separator_;
     bool twelveHours_;
-    bool afterHour_ = false;  // the last field was the hour, with nothing but marks since
+    bool afterHour_ = false;  // the last field was the hour, followed by nothing but punctuation
     Text text_;
 };
 

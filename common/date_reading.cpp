@@ -11,7 +11,7 @@
 namespace qvx {
 namespace {
 
-// 1 to 12, or 0 for any other word.
+// Returns 1 to 12, or 0 for any other word.
 int MonthOfWord(TextView word) {
     for (std::size_t i = 0; i < monthNames.size(); ++i)
         if (EqualNoCase(word, monthNames[i]) || EqualNoCase(word, ShortName(monthNames[i])))
@@ -84,7 +84,7 @@ class Reader {
         return isMark;
     }
 
-    // At most four digits; 0 when there are none or more.
+    // Reads at most four digits. Returns their number, or 0 when there are none or more.
     int TakeNumber(int& value) {
         std::size_t length = 0;
         while (length < rest_.size() && IsDigit(rest_[length])) ++length;
@@ -113,7 +113,7 @@ class Reader {
         return part.digits != 0;
     }
 
-    // Takes a time that fills the rest of the text, or takes nothing.
+    // Reads a time that fills the rest of the text, or nothing.
     bool ReadTime(int& secondOfDay) {
         const TextView before = rest_;
         std::array<int, 3> fields{};
@@ -199,7 +199,7 @@ class Interpreter {
         });
     }
 
-    // A name is a month: no day and no year can be one.
+    // A name is always the month, as no day and no year can be a name.
     bool Set(const Part& month, int day, int year) {
         const Date date{year, month.value, day, 0};
         if (!month.CanBeMonth() || !IsValidDate(date)) return false;

@@ -1,4 +1,4 @@
-// Where a dialog stands.
+// The position of a dialog.
 #pragma once
 
 #include <algorithm>
@@ -7,8 +7,8 @@
 
 namespace qvx {
 
-// In the middle of `over` (a window or the screen), inside `work` as far as it fits; of a box too high for that the
-// lower part with the buttons. Pixels.
+// Centres a box of size `box` over `over` (a window or the screen) and keeps it inside `work` as far as it fits; of a
+// box that is too high, the lower part with the buttons stays inside. All values are in pixels.
 constexpr Point PlaceOver(const Rect& over, const Rect& work, Size box) {
     const int x = over.left + (over.Width() - box.width) / 2;
     const int y = over.top + (over.Height() - box.height) / 2;

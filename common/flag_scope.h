@@ -4,7 +4,7 @@
 
 namespace qvx {
 
-// Gives a variable another value for the length of a scope.
+// Sets a variable to another value for the duration of a scope.
 template <class Value>
 class ValueScope {
   public:
@@ -18,7 +18,7 @@ class ValueScope {
     Value before_;
 };
 
-// Gives a variable another value, and its former one back at the end of the scope unless what goes with it is done.
+// Sets a variable to another value, and restores the previous one at the end of the scope unless Done was called.
 template <class Value>
 class TentativeValue {
   public:
@@ -37,7 +37,7 @@ class TentativeValue {
     bool done_ = false;
 };
 
-// Sets a flag for the length of a scope.
+// Sets a flag for the duration of a scope.
 class FlagScope : public ValueScope<bool> {
   public:
     explicit FlagScope(bool& flag, bool value = true) : ValueScope(flag, value) {}

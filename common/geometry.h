@@ -1,4 +1,4 @@
-// Points, sizes and rectangles in device pixels, and the way between them and the twips of the control interfaces.
+// Points, sizes and rectangles in device pixels, and the conversion from and to the twips of the control interfaces.
 #pragma once
 
 #include <algorithm>
@@ -34,7 +34,7 @@ struct Rect {
     constexpr Rect Intersect(const Rect& o) const {
         return {std::max(left, o.left), std::max(top, o.top), std::min(right, o.right), std::min(bottom, o.bottom)};
     }
-    // The smallest rectangle around both; an empty one does not count.
+    // The smallest rectangle around both; an empty one is ignored.
     constexpr Rect Union(const Rect& o) const {
         if (Empty() || o.Empty()) return Empty() ? o : *this;
         return {std::min(left, o.left), std::min(top, o.top), std::max(right, o.right), std::max(bottom, o.bottom)};
@@ -42,7 +42,7 @@ struct Rect {
     friend constexpr bool operator==(const Rect&, const Rect&) = default;
 };
 
-// Dots per inch of a device, across and down; 96 is one device pixel to 15 twips.
+// Dots per inch of a device, horizontally and vertically; at 96, one device pixel is 15 twips.
 struct Dpi {
     int x = 96;
     int y = 96;
@@ -51,11 +51,11 @@ struct Dpi {
 
 constexpr int twipsPerInch = 1440;
 
-// Twips in one pixel, at least 1; 15 at 96 dots per inch. Fractions are cut off, as hosts' own screen objects report
-// it.
+// Twips per pixel, at least 1; 15 at 96 dots per inch. Fractions are truncated, as in the values that hosts' own screen
+// objects report.
 constexpr int TwipsPerPixel(int dotsPerInch) { return std::max(1, twipsPerInch / dotsPerInch); }
 
-// Rounded half away from zero. Results beyond 32 bits are clamped.
+// Returns value * numerator / denominator, rounded half away from zero. Results beyond 32 bits are clamped.
 constexpr int ScaleRounded(std::int64_t value, std::int64_t numerator, std::int64_t denominator) {
     const std::int64_t product = value * numerator;
     const std::int64_t half = denominator / 2;
@@ -63,7 +63,7 @@ constexpr int ScaleRounded(std::int64_t value, std::int64_t numerator, std::int6
     return static_cast<int>(std::clamp<std::int64_t>(scaled, INT32_MIN, INT32_MAX));
 }
 
-// What measures so many pixels at 96 dots per inch, at another resolution.
+// Converts a length in pixels at 96 dots per inch to pixels at another resolution.
 constexpr int Scaled(int pixels, int dotsPerInch) { return ScaleRounded(pixels, dotsPerInch, 96); }
 constexpr int TwipsToPixels(int twips, int dotsPerInch) { return ScaleRounded(twips, dotsPerInch, twipsPerInch); }
 constexpr int PixelsToTwips(int pixels, int dotsPerInch) { return ScaleRounded(pixels, twipsPerInch, dotsPerInch); }

@@ -1,4 +1,4 @@
-// Extents travel between controls and containers in hundredths of a millimetre.
+// Controls and containers exchange extents in hundredths of a millimetre.
 #pragma once
 
 namespace qvx {

@@ -1,5 +1,5 @@
-// A collection as hosts know it: items from 1 in the order they were added, each with an optional key that is compared
-// without regard to case.
+// A collection as hosts expect it: items are numbered from 1 in the order in which they were added, and each may have a
+// key, which is compared without regard to case.
 #pragma once
 
 #include <algorithm>
@@ -21,7 +21,7 @@ class KeyedCollection {
   public:
     std::size_t Count() const noexcept { return entries_.size(); }
 
-    // Error 457 when the key is taken; whatever fails, nothing is added. An empty key is a key like any other.
+    // Throws error 457 when the key is in use; whatever fails, nothing is added. An empty key is a key like any other.
     void Add(Item item, std::optional<TextView> key = std::nullopt) {
         auto entry = std::make_unique<Entry>(Entry{std::move(item), key ? FoldedText(*key) : Text(), key.has_value()});
         if (entry->hasKey && byKey_.contains(entry->key))
@@ -37,15 +37,15 @@ class KeyedCollection {
         entries_.back() = std::move(entry);
     }
 
-    // By number from 1: error 9 outside 1 to Count.
+    // Access by number from 1; error 9 outside 1 to Count.
     Item& At(long index) { return entries_[Position(index)]->item; }
     const Item& At(long index) const { return entries_[Position(index)]->item; }
 
-    // By key: error 5 when there is none.
+    // Access by key; error 5 when there is none.
     Item& At(TextView key) { return EntryOf(key).item; }
     const Item& At(TextView key) const { return EntryOf(key).item; }
 
-    // Null when the key is not there.
+    // Returns null when there is no such key.
     const Item* Find(TextView key) const {
         const auto found = byKey_.find(FoldedText(key));
         return found == byKey_.end() ? nullptr : &found->second->item;
@@ -53,8 +53,10 @@ class KeyedCollection {
 
     bool Contains(TextView key) const { return Find(key) != nullptr; }
 
+    // Removes an item by number from 1; error 9 outside 1 to Count.
     void Remove(long index) { RemovePosition(Position(index)); }
 
+    // Removes an item by key; error 5 when there is none.
     void Remove(TextView key) {
         const Entry* const entry = &EntryOf(key);
         const auto at =
@@ -70,7 +72,7 @@ class KeyedCollection {
   private:
     struct Entry {
         Item item;
-        Text key;  // folded
+        Text key;  // case-folded
         bool hasKey;
     };
 
@@ -92,7 +94,7 @@ class KeyedCollection {
         entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(position));
     }
 
-    // Every entry with a key is in byKey_ under it, and only those; entries stay where they are while vectors grow.
+    // byKey_ contains every entry with a key, and only those; entries keep their addresses while vectors grow.
     std::vector<std::unique_ptr<Entry>> entries_;
     std::unordered_map<Text, Entry*> byKey_;
 };

@@ -6,7 +6,7 @@ namespace {
 
 bool IsPatternLetter(char16_t c) { return c == u'd' || c == u'M' || c == u'y'; }
 
-// What stands between the first two of day, month and year, without blanks around it, quotes and era letters.
+// Returns the text between the first two of day, month and year, without surrounding blanks, quotes and era letters.
 Text SeparatorOf(TextView pattern) {
     Text separator;
     bool letters = false;

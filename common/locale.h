@@ -1,15 +1,15 @@
-// The system's way of writing dates.
+// The system's settings for dates.
 #pragma once
 
 #include "common/dates.h"
 
 namespace qvx {
 
-// Order and separator of a short date pattern ("dd.MM.yyyy"). A pattern that lacks one of the three has the order
-// day-month-year; one without a separator gets "/".
+// Returns order and separator of a short date pattern ("dd.MM.yyyy"). For a pattern that lacks day, month or year, the
+// order is day-month-year; without a separator, it is "/".
 DateSettings DateSettingsOf(TextView shortDatePattern, int currentYear);
 
-// Of the user's settings at this moment. Windows only.
+// Returns the user's current settings. Windows only.
 DateSettings SystemDateSettings();
 
 }  // namespace qvx

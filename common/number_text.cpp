@@ -14,7 +14,7 @@ namespace {
 
 constexpr int maxSignificantDigits = 15;
 
-// A finite value as 0.d1d2d3… times ten to the power of `point`; no digit for zero, no trailing zero otherwise.
+// A finite value as 0.d1d2d3… times ten to the power of `point`; zero has no digits, other values no trailing zeros.
 struct Decimal {
     bool negative = false;
     std::string digits;
@@ -40,7 +40,7 @@ Decimal ToDecimal(double value) {
 
 Text Widen(const std::string& ascii) { return Text(ascii.begin(), ascii.end()); }
 
-// Digits before the point, padded with zeros; at least one.
+// Returns the digits before the point, padded with zeros; at least one.
 std::string WholePart(const Decimal& decimal) {
     if (decimal.point <= 0) return "0";
     std::string whole = decimal.digits.substr(0, static_cast<std::size_t>(decimal.point));
@@ -55,7 +55,7 @@ std::string FractionPart(const Decimal& decimal) {
     return std::string(static_cast<std::size_t>(-decimal.point), '0') + decimal.digits;
 }
 
-// Cuts the digits behind the given decimal, a half going away from zero.
+// Cuts the digits after the given decimal and rounds half away from zero.
 void RoundHalfAway(Decimal& decimal, int decimals) {
     const int kept = decimal.point + decimals;
     if (kept >= static_cast<int>(decimal.digits.size())) return;
@@ -81,23 +81,23 @@ std::string NotFiniteText(double value) {
     return value < 0 ? "-1.#INF" : "1.#INF";
 }
 
-// Rounds decimals from `cut` on away, a half up; where those from `begin` on are then to end. nullptr when a further
-// digit would be needed in front.
+// Cuts a number at `cut` and rounds up what remains from `begin` on. Returns the new end, or nullptr when a further
+// digit would be needed at the front.
 char* RoundUp(char* begin, char* cut) {
     char* end = cut;
     while (end != begin && (end[-1] == '9' || end[-1] == '.')) --end;
     if (end == begin || end[-1] == '-') return nullptr;
     ++end[-1];
     char* const point = std::find(begin, cut, '.');
-    if (end > point) return end;  // what were nines behind the point are gone
+    if (end > point) return end;  // nines after the point are dropped
     std::fill(end, point, '0');
     return point;
 }
 
 // ---- Doubles without an exponent -----------------------------------------------------------------------------------
 
-// Where the point of a number stands in the buffer: in front of it is room for the digits of any whole number, always
-// written eight at a time.
+// The position of the decimal point in the buffer: the space before it is enough for the digits of any whole number,
+// which are always written eight at a time.
 constexpr std::size_t pointAt = 24;
 
 constexpr auto digitPairs = [] {
@@ -109,7 +109,7 @@ constexpr auto digitPairs = [] {
 
 void WritePair(std::uint32_t value, char16_t* to) { std::copy_n(digitPairs.data() + std::size_t{2} * value, 2, to); }
 
-// Eight digits in front of `end`, zeros in front of the number's own. Returns where those begin.
+// Writes eight digits before `end`, with leading zeros. Returns where the number's own digits begin.
 char16_t* WriteBelow100Million(std::uint32_t value, char16_t* end) {
     const std::uint32_t high = value / 10'000;
     const std::uint32_t low = value % 10'000;
@@ -117,7 +117,7 @@ char16_t* WriteBelow100Million(std::uint32_t value, char16_t* end) {
     WritePair(high % 100, end - 6);
     WritePair(low / 100, end - 4);
     WritePair(low % 100, end - 2);
-    // Added up, since no processor guesses how long the next number is.
+    // A sum of comparisons, since no processor can predict how long the next number is.
     const int digits = 1 + (value >= 10) + (value >= 100) + (value >= 1000) + (value >= 10'000) + (value >= 100'000) +
                        (value >= 1'000'000) + (value >= 10'000'000);
     return end - digits;
@@ -130,8 +130,8 @@ char16_t* WriteWhole(std::uint64_t value, char16_t* end) {
     return WriteBelow100Million(static_cast<std::uint32_t>(value), end);
 }
 
-// The decimals behind the point, `count` of them an even number; without zeros at the end, and without the point when
-// nothing else is left. Returns where they end.
+// Writes the decimals after the point, an even number of them (`count`), without trailing zeros, and without the point
+// when no decimal is left. Returns where they end.
 template <int count>
 char16_t* WriteFraction(std::uint32_t value, char16_t* point) {
     if constexpr (count > 2)
@@ -150,17 +150,18 @@ struct Written {
     char16_t* end = nullptr;
 };
 
-// Writes the number when it has so many decimals but for what the last bits of a double cannot hold.
+// Writes the number when it has at most that many decimals, apart from the inaccuracy in the last bits of a double.
 //
-// The number of that many decimals next to the value is found with certainty where it has at most 15 digits. It is the
-// 15-digit form when no other number of 15 digits lies nearer, so when it is no farther from the value than half of
-// their distance, which is at least 5e-16 of the value. Scaling takes the value 2^-53 of it, 1.1e-16, away at most.
+// The number with that many decimals next to the value is certain where it has at most 15 digits. It is the 15-digit
+// form when no other number of 15 digits is nearer, that is, when its distance from the value is at most half of the
+// distance between two such numbers, which is at least 5e-16 of the value. Scaling adds an error of at most 2^-53 of
+// the value, 1.1e-16.
 template <int decimals>
 Written WriteDecimal(double value, NumberBuffer& buffer) {
     constexpr std::int64_t scale = decimals == 6 ? 1'000'000 : decimals == 2 ? 100 : 1;
     constexpr double closeness = 3.5e-16;
     const double scaled = std::fabs(value) * static_cast<double>(scale);
-    // NOLINTNEXTLINE(bugprone-incorrect-roundings): where it is not the nearest, the next line refuses it.
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings): the next line refuses the result where it is not the nearest.
     const auto units = static_cast<std::int64_t>(scaled + 0.5);
     if (!(std::fabs(scaled - static_cast<double>(units)) <= scaled * closeness)) return {};
     char16_t* const point = buffer.data() + pointAt;
@@ -170,7 +171,7 @@ Written WriteDecimal(double value, NumberBuffer& buffer) {
     return {begin, WriteFraction<decimals>(static_cast<std::uint32_t>(units % scale), point)};
 }
 
-// Nearly all numbers in cells have few decimals. Nothing for one that has more, and for what is large or small.
+// Nearly all numbers in cells have few decimals. Returns nothing for a number with more, and for large or small ones.
 Written WriteQuickly(double value, NumberBuffer& buffer) {
     const double size = std::fabs(value);
     if (size < 1e9) return size >= 1e-4 || size == 0 ? WriteDecimal<6>(value, buffer) : Written();
@@ -178,10 +179,11 @@ Written WriteQuickly(double value, NumberBuffer& buffer) {
     return size < 1e15 ? WriteDecimal<0>(value, buffer) : Written();
 }
 
-// The shortest text that reads as the same double is quickly found. Where it has no more than 15 digits no other
-// decimal of 15 digits lies nearer. Where it has more it is rounded to 15: it lies on the same side of every half as
-// the double itself, since a half in between would have been the shorter text, or as short and nearer; only when it is
-// a half that does not tell. Returns where the text ends; nullptr then, and for numbers that are large or small.
+// The shortest text that reads as the same double is found quickly. Where it has at most 15 digits, no other decimal of
+// 15 digits is nearer. Where it has more, it is rounded to 15: it is on the same side of every half as the double
+// itself, since a half in between would have been the shorter text, or as short and nearer; only when it is exactly a
+// half, the side is unknown. Returns where the text ends; nullptr in that case, and for numbers that are large or
+// small.
 char16_t* WriteShortest(double value, char16_t* to) {
     if (!(std::fabs(value) < 1e15 && std::fabs(value) >= 1e-4)) return nullptr;
     std::array<char, 32> buffer;
@@ -193,7 +195,7 @@ char16_t* WriteShortest(double value, char16_t* to) {
     const bool pointBehind = std::find(first, end, '.') != end;
     const std::ptrdiff_t kept = maxSignificantDigits + (pointBehind ? 1 : 0);
     if (end - first > kept) {
-        char* const cut = first + kept;  // behind the point: the whole part has no more than 15 digits
+        char* const cut = first + kept;  // after the point: the whole part has at most 15 digits
         if (*cut == '5' && cut + 1 == end) return nullptr;
         end = *cut >= '5' ? RoundUp(begin, cut) : cut;
         if (!end) return nullptr;

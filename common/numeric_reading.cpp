@@ -20,11 +20,11 @@ constexpr std::array<double, 23> powersOfTen = {1e0,  1e1,  1e2,  1e3,  1e4,  1e
 constexpr bool IsSkipped(unsigned c) { return c == ' ' || c == '\t' || c == '\n'; }
 constexpr bool IsExponentMark(unsigned c) { return c == 'E' || c == 'e' || c == 'D' || c == 'd'; }
 
-// Characters behind a plain decimal that the quick reading leaves to the full one.
+// Whether this character after a plain decimal requires the full reading instead of the quick one.
 constexpr bool NeedsFullReading(unsigned c) { return IsSkipped(c) || IsExponentMark(c) || c == '%' || c == '&'; }
 
-// Gathers decimal digits and hands them to the library's exact conversion. More digits than can matter to a double are
-// counted but not kept, so that nothing is ever allocated.
+// Collects decimal digits and passes them to the library's exact conversion. More digits than can matter to a double
+// are counted but not kept, so that nothing is ever allocated.
 class DecimalDigits {
   public:
     void Add(unsigned digit, bool behindPoint) {
@@ -42,13 +42,13 @@ class DecimalDigits {
 
     bool Any() const { return any_; }
 
-    // False when the value is too large for a double; too small a value is 0.
+    // Returns false when the value is too large for a double; a value that is too small becomes 0.
     bool ToDouble(bool negative, std::int64_t exponent, double& value) {
         value = negative ? -0.0 : 0.0;
         if (length_ == 0) return true;
         std::int64_t scale = scale_ + exponent;
         std::size_t end = length_;
-        if (lost_) {  // any digit behind the kept ones breaks a tie the same way
+        if (lost_) {  // any digit after the kept ones breaks a tie in the same way
             buffer_[end++] = '1';
             --scale;
         }
@@ -125,7 +125,7 @@ class ValReader {
         if (!digits.Any()) return {};
         std::int64_t exponent = 0;
         const bool hasExponent = ReadExponent(exponent);
-        if (!hasExponent) at_ = behind;  // a type character counts only directly behind the number
+        if (!hasExponent) at_ = behind;  // a type character counts only directly after the number
         const unsigned type = Here();
         if (type == '%' || type == '&') {
             if (point || hasExponent) return {0, errors::typeMismatch};
@@ -178,14 +178,14 @@ class ValReader {
         return {static_cast<double>(static_cast<std::int32_t>(value)), 0};
     }
 
-    // What is no digit is beyond every radix.
+    // A character that is not a digit is beyond every radix.
     static unsigned DigitOf(unsigned c) { return static_cast<unsigned>(HexDigitValue(c)); }
 
     const Char* at_;
     const Char* end_;
 };
 
-// One pass over a whole text; the grammar stands at ReadNumeric.
+// Reads a whole text in one pass; ReadNumeric documents the grammar.
 template <class Char>
 std::optional<double> ReadWholeNumeric(const Char* at, const Char* end) {
     while (at != end && IsBlank(static_cast<unsigned>(*at))) ++at;
@@ -234,8 +234,8 @@ template <class Char>
     return ReadWholeNumeric(begin, stop).value_or(0);
 }
 
-// Plain decimals, which nearly all cells hold, are read here: up to 2^53 and 22 decimals the division of two exact
-// doubles is the nearest double. Everything else goes through the full reading.
+// Reads plain decimals, which nearly all cells contain: up to 2^53 and 22 decimals, the quotient of two exact doubles
+// is the nearest double. Everything else goes through the full reading.
 template <class Char>
 double QuickNumericValue(const Char* const begin, const Char* const end) {
     const Char* at = begin;
@@ -259,7 +259,7 @@ double QuickNumericValue(const Char* const begin, const Char* const end) {
         (at != end && NeedsFullReading(static_cast<unsigned>(*at))))
         return FullNumericValue(begin, end);
     if (digits == 0) return 0;
-    // Where doubles are computed in wider registers the quotient would be rounded twice.
+    // Where doubles are computed in wider registers, the quotient would be rounded twice.
     if (FLT_EVAL_METHOD != 0 && decimals != 0) return FullNumericValue(begin, end);
     const auto whole = static_cast<double>(static_cast<std::int64_t>(mantissa));
     const double value = decimals == 0 ? whole : whole / powersOfTen[static_cast<std::size_t>(decimals)];

@@ -1,4 +1,4 @@
-// Colours as hosts give them: 0x00BBGGRR, or with the high bit set the index of a system colour in the low byte.
+// Colours as hosts pass them: 0x00BBGGRR, or with the high bit set the index of a system colour in the low byte.
 #pragma once
 
 #include <cstdint>

@@ -13,7 +13,7 @@ using Bytes = std::span<const std::uint8_t>;
 constexpr std::int64_t longestSide = 8192;  // pixels
 constexpr int deepestPixel = 32;            // bits
 
-// Little-endian numbers; 0 beyond the end, whose absence the callers check by size.
+// Reads a little-endian number; the result is 0 beyond the end, which the callers exclude by checking sizes.
 std::uint32_t Number(Bytes bytes, std::size_t at, std::size_t length) {
     std::uint32_t value = 0;
     for (std::size_t i = length; i-- > 0;) {
@@ -45,12 +45,12 @@ constexpr std::size_t fileHeaderSize = 14;  // of a bitmap
 constexpr std::size_t oldInfoSize = 12;
 constexpr std::size_t infoSize = 40;
 
-// The description of a bitmap, in files and in icons.
+// The header of a bitmap's pixels, in bitmap files and in icons.
 struct BitmapInfo {
     Size extent;
-    int bits = 0;  // a pixel
+    int bits = 0;  // per pixel
     std::uint32_t compression = 0;
-    std::int64_t bytes = 0;  // of the description, colours included
+    std::int64_t bytes = 0;  // of the header, colours included
 };
 
 constexpr std::uint32_t uncompressed = 0;
@@ -76,7 +76,7 @@ std::optional<BitmapInfo> ReadInfo(Bytes info) {
     if (size < infoSize || info.size() < infoSize) return std::nullopt;
     const int bits = Signed(Number(info, 14, 2));
     const std::uint32_t compression = Number(info, 16, 4);
-    constexpr int masks = 12;  // bytes, behind a description that has no room for them itself
+    constexpr int masks = 12;  // bytes, after a header that has no room for them itself
     return BitmapInfo{{Signed(Number(info, 4, 4)), Signed(Number(info, 8, 4))},
                       bits,
                       compression,
@@ -86,13 +86,13 @@ std::optional<BitmapInfo> ReadInfo(Bytes info) {
 
 std::int64_t RowBytes(int width, int bits) { return (std::int64_t{width} * bits + 31) / 32 * 4; }
 
-// Whether the pixels are of a kind that decoders know.
+// Whether decoders know this kind of pixels.
 bool IsKnown(const BitmapInfo& info) {
     return info.bits > 0 && info.bits <= deepestPixel && info.compression <= bitFields;
 }
 
 bool IsSane(Size extent) {
-    // A bitmap of negative height stands on its head.
+    // A bitmap of negative height is stored from the top down.
     const std::int64_t height = std::abs(std::int64_t{extent.height});
     return extent.width > 0 && extent.width <= longestSide && height > 0 && height <= longestSide;
 }
@@ -115,7 +115,8 @@ std::optional<Size> IconImageExtent(Bytes image) {
 
 bool IsIcon(Bytes file) { return StartsWith(file, iconSignature) || StartsWith(file, cursorSignature); }
 
-// Calls `visit` with the bytes of each image until it returns false. False when it did, or an image is not all there.
+// Calls `visit` with the bytes of each image until it returns false. Returns false when it did, or when an image is
+// incomplete.
 template <typename Visit>
 bool ForEachIconImage(Bytes file, Visit visit) {
     constexpr std::size_t headerSize = 6;
@@ -144,7 +145,7 @@ bool MayDecodeBitmap(Bytes file) {
     return offset + RowBytes(info->extent.width, info->bits) * height <= size;
 }
 
-// The mask is a bitmap of one bit a pixel behind the other one.
+// The mask is a bitmap with one bit per pixel after the image itself.
 bool MayDecodeIconImage(Bytes image) {
     const auto extent = IconImageExtent(image);
     if (!extent || !IsSane(*extent)) return false;

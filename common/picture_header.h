@@ -1,5 +1,5 @@
-// What a picture file says of itself at its beginning, looked at before any system decoder is let near it: files come
-// from anywhere, and a few bytes can ask for gigabytes.
+// The claims that a picture file makes about itself in its header. They are checked before any system decoder gets the
+// file: files come from anywhere, and a few bytes can ask for gigabytes.
 #pragma once
 
 #include <cstdint>
@@ -10,12 +10,13 @@
 
 namespace qvx {
 
-// The extent in pixels of a bitmap (.bmp), icon or cursor (the largest image in it), PNG or GIF file, exactly as the
-// file says, which may be nonsense. Nothing for other files, and for those that end before they say it.
+// Returns the extent in pixels of a bitmap (.bmp), icon or cursor (the largest image in it), PNG or GIF file, exactly
+// as the file claims it, which may be nonsense. Returns nullopt for other files, and for those that end before the
+// extent.
 std::optional<Size> PictureExtent(std::span<const std::uint8_t> file);
 
-// Whether a decoder may have the file: not when it is one of the formats above and is empty or larger than any picture
-// for a button or a menu has reason to be, or holds less than it promises. Other formats pass.
+// Returns whether a decoder may have the file. It may not when the file is in one of the formats above and is empty,
+// larger than any picture for a button or a menu needs to be, or shorter than its header promises. Other formats pass.
 bool MayDecodePicture(std::span<const std::uint8_t> file);
 
 }  // namespace qvx

@@ -18,7 +18,7 @@ constexpr std::uint8_t italicBit = 1;
 constexpr std::uint8_t underlineBit = 2;
 constexpr std::uint8_t strikeThroughBit = 4;
 
-// Takes numbers off the front of the bytes; once there are too few, everything fails.
+// Removes numbers from the front of the bytes; once there are too few, all reads fail.
 class Reader {
   public:
     explicit Reader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
@@ -50,7 +50,7 @@ class Reader {
         return taken;
     }
     std::size_t Left() const { return bytes_.size(); }
-    // Every read was answered, and nothing is left over.
+    // Whether every read succeeded and no bytes are left over.
     bool Complete() const { return good_ && bytes_.empty(); }
     bool Good() const { return good_; }
 
@@ -74,15 +74,15 @@ FontSpec ReadFont(Reader& reader) {
 }
 
 bool Sensible(const FontSpec& font) {
-    constexpr double largestPoints = 2160;  // what the system's own font dialog takes
+    constexpr double largestPoints = 2160;  // the limit of the system's own font dialog
     constexpr std::size_t longestFace = 255;
     return font.points > 0 && font.points <= largestPoints && font.widthPoints >= 0 &&
            font.widthPoints <= largestPoints && font.weight <= 1000 && !font.face.empty() &&
            font.face.size() <= longestFace;
 }
 
-// No value (monostate) for what no control can use: one bad property is no reason to lose the others. Nothing when the
-// bytes are not of their kind at all.
+// Returns no value (monostate) for a value that no control can use: one bad property is no reason to lose the others.
+// Returns nullopt when the bytes do not match their kind at all.
 std::optional<PropertyValue> ReadValue(std::uint8_t kind, std::span<const std::uint8_t> bytes) {
     Reader reader(bytes);
     PropertyValue value;

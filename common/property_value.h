@@ -1,4 +1,4 @@
-// The value of a persisted property, free of the system's types.
+// The value of a persisted property, independent of the system's types.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,8 @@
 
 namespace qvx {
 
-// Whole numbers and colours are one kind: hosts keep both as Long. Nothing (monostate) stands for a value that a store
-// could not give back.
+// Whole numbers and colours are one kind, since hosts keep both as Long. No value (monostate) represents a value that a
+// store could not return.
 using PropertyValue = std::variant<std::monostate, bool, std::int32_t, double, Text, FontSpec>;
 
 }  // namespace qvx

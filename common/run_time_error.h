@@ -1,5 +1,6 @@
-// A run-time error as hosts know it: a number and a description that travel together up to the automation edge. Copying
-// one never fails, and neither does making one with a literal, so that errors can be told of when memory has run out.
+// A run-time error as hosts know it: a number and a description, which are passed on together up to the automation
+// interfaces. Copying an error never fails, and neither does creating one from a literal, so that errors can be
+// reported when memory has run out.
 #pragma once
 
 #include <exception>
@@ -15,10 +16,10 @@ class RunTimeError : public std::exception {
   public:
     RunTimeError(int number, Text description)
         : number_(number), made_(std::make_shared<const Text>(std::move(description))), description_(*made_) {}
-    // A description that lasts for ever, as literals do.
+    // For a description that is never freed, such as a literal.
     RunTimeError(int number, const char16_t* description) noexcept : number_(number), description_(description) {}
     int Number() const noexcept { return number_; }
-    // As long as this error or a copy of it.
+    // Valid for as long as this error or a copy of it exists.
     TextView Description() const noexcept { return description_; }
     const char* what() const noexcept override { return "run-time error"; }
 
@@ -54,7 +55,7 @@ constexpr int invalidColValue = 30010;
 constexpr int lastRowRemoval = 30015;
 }  // namespace errors
 
-// The number and description under which an error travels on; for use inside a catch block.
+// Returns the number and description with which the current exception is passed on; for use inside a catch block.
 inline RunTimeError CurrentError() noexcept {
     try {
         throw;

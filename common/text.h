@@ -1,4 +1,4 @@
-// The one text type of the rules: UTF-16, as the system's own strings are.
+// The only text type of the rules: UTF-16, like the system's own strings.
 #pragma once
 
 #include <string>

@@ -29,7 +29,7 @@ char32_t FoldByRuns(char32_t character) noexcept {
     return static_cast<char32_t>(static_cast<std::int64_t>(character) + run->distance);
 }
 
-// Latin-1 has a table of its own: nearly every comparison stays inside it.
+// Latin-1 has a table of its own, since nearly every comparison needs only that.
 const std::array<char16_t, 256> latinFolding = [] {
     std::array<char16_t, 256> table{};
     for (unsigned c = 0; c < table.size(); ++c) table[c] = static_cast<char16_t>(FoldByRuns(c));

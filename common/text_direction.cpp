@@ -11,7 +11,7 @@ namespace {
 
 constexpr bool Within(char32_t c, char32_t first, char32_t last) { return c >= first && c <= last; }
 
-// The blocks of Hebrew, Arabic and their neighbours, in the basic plane and in the next.
+// The blocks of Hebrew, Arabic and related scripts, in the basic plane and in the next.
 constexpr bool IsRightToLeftBlock(char32_t c) {
     return Within(c, 0x590, 0x8FF) || Within(c, 0xFB1D, 0xFDFF) || Within(c, 0xFE70, 0xFEFC) ||
            Within(c, 0x10800, 0x10FFF) || Within(c, 0x1E800, 0x1EFFF);

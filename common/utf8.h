@@ -1,4 +1,4 @@
-// Text as UTF-8 bytes.
+// Conversion between text and UTF-8 bytes.
 #pragma once
 
 #include <optional>
@@ -9,8 +9,8 @@
 
 namespace qvx {
 
-// Strict: nullopt for overlong forms, surrogates and anything beyond U+10FFFF, so that encoding the result gives the
-// same bytes again.
+// Strict decoding: nullopt for overlong forms, surrogates and anything beyond U+10FFFF, so that encoding the result
+// gives the same bytes again.
 std::optional<Text> DecodeUtf8(std::string_view bytes);
 
 // An unpaired surrogate becomes U+FFFD.

@@ -1,4 +1,4 @@
-// Who makes this library, as the About box tells it. All of it is invented.
+// The vendor's details for the About box. All of them are fictitious.
 #pragma once
 
 #include "common/text.h"
@@ -7,7 +7,8 @@ namespace qvx::vendor {
 
 constexpr TextView company = u"ORVANE";
 constexpr TextView location = u"7 Harbour Row, Larkhaven";
-// What the About box shows, and where its link leads: mail is sorted by product behind the address that people know.
+// The address that the About box shows, and the one that its link opens: the vendor sorts mail by a separate address
+// per product.
 constexpr TextView supportAddress = u"support@orvane.example";
 constexpr TextView supportLinkAddress = u"qvx-support@orvane.example";
 

@@ -17,12 +17,12 @@ constexpr OleColor shadowColor = Rgb(196, 206, 220);
 constexpr OleColor linkColor = Rgb(0, 84, 180);
 constexpr OleColor quietColor = Rgb(90, 90, 90);
 
-// Twips: the coloured band along the left edge.
+// The width in twips of the coloured band along the left edge.
 constexpr int bandWidth = 120;
 
 constexpr unsigned labelFormat = text_format::singleLine | text_format::noPrefix;
 
-// Failures of the system's call to open a document are numbered up to this.
+// The largest number with which the system's call to open a document reports a failure.
 constexpr double lastFailure = 32;
 
 FontSpec Verdana(double points, int weight = 400, bool underline = false) {

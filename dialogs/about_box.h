@@ -1,4 +1,4 @@
-// What the About box shows and does.
+// The contents and behaviour of the About box.
 #pragma once
 
 #include <optional>
@@ -12,7 +12,7 @@
 
 namespace qvx::about {
 
-// The labels by index: the company's name stands twice, the first copy being the shadow of the second.
+// The labels by index. The company's name appears twice; the first copy is the shadow of the second.
 enum class Label { developedBy = 0, companyShadow = 1, company = 2, mail = 3, location = 4 };
 
 struct LabelLook {
@@ -22,29 +22,29 @@ struct LabelLook {
     OleColor color;
 };
 
-constexpr Size client{4500, 2400};  // twips
+constexpr Size client{4500, 2400};  // twips, the client area
 constexpr TextView title = u"About Qvx";
 
-// By index.
+// Returns the looks of the labels by index.
 const std::vector<LabelLook>& Labels();
 
-// The label at a point, in pixels of the form; the upper one where two overlap.
+// Returns the label at a point in pixels of the form; where two overlap, the upper one.
 std::optional<Label> LabelAt(Point point, Dpi dpi);
 
-// `inside` is all that the window has inside its frame, in pixels.
+// Paints the form. `inside` is the whole client area in pixels.
 void Paint(Surface& surface, const Rect& inside);
 
-// What an input to the form makes the dialog do.
+// The reaction of the dialog to an input.
 enum class Answer { none, close, mail };
 
-// The left mouse button over the form. Only a press that began here counts, and only where it is let go on the same
-// label, or off them on the form: the release of the click that opened the dialog must not close it.
+// The left mouse button over the form. Only a press that began here counts, and only where it is released on the same
+// label, or beside the labels on the form: the release of the click that opened the dialog must not close it.
 class Press {
   public:
     void Down(Point point, Dpi dpi) { on_ = Spot{LabelAt(point, dpi)}; }
-    // Points are pixels of the form, and may lie outside.
+    // Points are pixels of the form, and may be outside it.
     Answer Up(Point point, Dpi dpi);
-    // Someone else took the mouse.
+    // Other code has taken the mouse capture.
     void CallOff() { on_.reset(); }
 
   private:
@@ -54,13 +54,14 @@ class Press {
     std::optional<Spot> on_;
 };
 
-// Any key closes the form but Shift and Control.
+// Any key except Shift and Control closes the form.
 Answer AnswerForKey(int key);
 
-// The link that the mail label opens.
+// Returns the link that the mail label opens.
 Text MailLink();
 
-// Whether opening it failed, from the answer as the label's tag keeps it: decimal text, failing up to 32.
+// Returns whether opening the link failed. `tag` is the result of the system's call as decimal text; numbers up to 32
+// are failures.
 bool MailFailed(TextView tag);
 
 }  // namespace qvx::about

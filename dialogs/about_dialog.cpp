@@ -32,7 +32,7 @@ class AboutDialog final : public Window {
 
   private:
     bool Open(HWND owner);
-    // The whole window, for its resolution.
+    // Returns the size of the whole window in pixels at its resolution.
     Size WindowSize() const;
     void Paint();
     void Execute(about::Answer answer);
@@ -46,7 +46,7 @@ class AboutDialog final : public Window {
     bool closed_ = false;
 };
 
-// The single instance of a thread while it is shown.
+// The thread's single instance while it is visible.
 [[gnu::section(".tls$")]] AboutDialog* shown = nullptr;
 
 bool AboutDialog::Open(HWND owner) {
@@ -123,7 +123,7 @@ LRESULT AboutDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 1;
         case WM_SETCURSOR:
             if (LOWORD(lParam) == HTCLIENT && OverLink()) {
-                SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)));  // the hand
+                SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)));  // the hand cursor
                 return TRUE;
             }
             break;

@@ -5,8 +5,9 @@
 
 namespace qvx {
 
-// Shows it modally over `owner`'s top-level window (may be null) and returns when it is closed: by any key, by a click
-// on the form, by its close box. While it is open a second call only brings it to the front.
+// Shows the box modally over `owner`'s top-level window (may be null) and returns when it is closed: by any key except
+// Shift and Control, by a click on the form, or by its close box. While it is open, a second call only brings it to the
+// front.
 void ShowAboutBox(HWND owner);
 
 }  // namespace qvx

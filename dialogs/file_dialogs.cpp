@@ -5,10 +5,10 @@ namespace qvx {
 namespace {
 
 constexpr std::size_t fileBufferLength = 250;
-// Five more than the buffer holds, for as long as anyone remembers; whoever runs the dialog gives it the memory.
+// The stated length has always been five more than the buffer's; the code that runs the dialog allocates that much.
 constexpr std::uint32_t fileBufferLengthStated = 255;
 
-// The read-only box is hidden (4); path (2048) and file (4096) must exist.
+// Hides the read-only box (4); path (2048) and file (4096) must exist.
 constexpr std::uint32_t openFileFlags = 6148;
 
 }  // namespace
@@ -21,7 +21,8 @@ OpenFileRequest MakeOpenFileRequest(TextView title, TextView initialName) {
     request.file.resize(fileBufferLength, u'\0');
     request.maxFile = fileBufferLengthStated;
     request.title = title;
-    // A pattern where the system wants a bare extension; kept, since an extension typed by the user is untouched by it.
+    // This is a pattern, although the system expects a bare extension. It is kept, since it does not affect an
+    // extension that the user types.
     request.defaultExtension = u"*.qvx";
     request.flags = openFileFlags;
     return request;

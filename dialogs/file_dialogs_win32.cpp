@@ -1,5 +1,5 @@
 #include <windows.h>
-// windows.h first: the two below rely on it.
+// windows.h comes first, since the next two headers rely on it.
 #include <commdlg.h>
 #include <objbase.h>
 #include <shlobj.h>
@@ -20,7 +20,7 @@ struct ReleaseItemList {
     void operator()(void* list) const { CoTaskMemFree(list); }
 };
 
-// Empty for what the request leaves to the system.
+// Returns null for a text that the request leaves to the system.
 const wchar_t* WideOrNone(const Text& text) { return text.empty() ? nullptr : Wide(text); }
 
 Text Open(std::intptr_t owner, const OpenFileRequest& request) {

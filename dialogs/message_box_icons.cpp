@@ -11,7 +11,7 @@ namespace qvx::dialogs {
 
 namespace {
 
-// Shapes live on a field of 16 by 16 units, a pixel of the smallest picture each.
+// A point on the field of 16 by 16 units on which shapes are drawn; a unit is one pixel of the smallest picture.
 struct Spot {
     double x;
     double y;
@@ -28,7 +28,7 @@ Paint Mix(const Paint& a, const Paint& b, double share) {
     return {a.red + (b.red - a.red) * share, a.green + (b.green - a.green) * share, a.blue + (b.blue - a.blue) * share};
 }
 
-// Signed distances: below 0 inside.
+// These functions return signed distances, which are negative inside the shape.
 double Circle(Spot p, Spot center, double radius) { return std::hypot(p.x - center.x, p.y - center.y) - radius; }
 
 double Box(Spot p, Spot low, Spot high, double radius) {
@@ -44,7 +44,7 @@ double Segment(Spot p, Spot a, Spot b) {
     return std::hypot(p.x - a.x - t * (b.x - a.x), p.y - a.y - t * (b.y - a.y));
 }
 
-// A line with round ends along the points.
+// A line with round ends through the points.
 double Stroke(Spot p, std::initializer_list<Spot> points, double thickness) {
     double nearest = 1e9;
     for (const Spot* a = points.begin(); a + 1 < points.end(); ++a) {
@@ -53,7 +53,7 @@ double Stroke(Spot p, std::initializer_list<Spot> points, double thickness) {
     return nearest - thickness / 2;
 }
 
-// Convex, clockwise on a field whose y grows downwards.
+// A convex polygon with its corners in clockwise order; the field's y axis points downwards.
 template <std::size_t N>
 double Polygon(Spot p, const std::array<Spot, N>& corners) {
     double outside = -1e9;
@@ -66,7 +66,7 @@ double Polygon(Spot p, const std::array<Spot, N>& corners) {
     return outside;
 }
 
-// One sample: what the shapes drawn so far leave at a point.
+// The colour at one point after the shapes drawn so far.
 class Sample {
   public:
     explicit Sample(Spot at) : at_(at) {}
@@ -77,7 +77,7 @@ class Sample {
             covered_ = true;
         }
     }
-    // Lighter at the top of the field, with a darker rim of one unit.
+    // Draws a body that is lighter at the top of the field and has a darker rim, one unit wide.
     void Body(double distance, const Paint& top, const Paint& bottom, const Paint& rim) {
         Fill(distance, rim);
         Fill(distance + 0.9, Mix(top, bottom, at_.y / 16));
@@ -108,7 +108,7 @@ void Information(Sample& s) {
 
 void Warning(Sample& s) {
     const Spot p = s.At();
-    // A triangle grown by its rounding.
+    // The triangle is enlarged by the radius of its rounding.
     const double triangle = Polygon(p, std::array<Spot, 3>{{{8, 2.6}, {14.6, 14.2}, {1.4, 14.2}}}) - 1;
     s.Body(std::max(triangle, 0.7 - p.y), {255, 214, 74}, {247, 172, 12}, {150, 98, 0});
     Exclamation(s, {8, 5.2}, 10.4, 12.4, ink);
@@ -143,7 +143,7 @@ void Notice(Sample& s) {
 void Question(Sample& s) {
     Disc(s, {120, 120, 216}, {72, 62, 172}, {46, 38, 122});
     const Spot p = s.At();
-    // The hook: three quarters of a circle, then down to the stem.
+    // The hook of the question mark: three quarters of a circle, then down to the stem.
     constexpr Spot center{8, 5.9};
     constexpr double radius = 2.3;
     const double angle = std::atan2(p.y - center.y, p.x - center.x);
@@ -183,7 +183,7 @@ void Lock(Sample& s) {
 using Drawing = void (*)(Sample&);
 constexpr std::array<Drawing, 9> drawings{Information, Warning, Error, Ok, Mail, Notice, Question, Failure, Lock};
 
-// Samples across and down a pixel.
+// The number of samples per pixel in each direction.
 constexpr int fineness = 8;
 
 std::uint32_t Packed(double alpha, double red, double green, double blue) {

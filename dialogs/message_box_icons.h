@@ -8,16 +8,16 @@
 
 namespace qvx::dialogs {
 
-// Square, rows from the top; a pixel is 0xAARRGGBB with the colours multiplied by the alpha value.
+// A square image with rows from the top; a pixel is 0xAARRGGBB with the colours multiplied by the alpha value.
 struct IconImage {
     int size = 0;
     std::vector<std::uint32_t> pixels;
 };
 
-// `number` 1 to 9, `size` in pixels from 1 to 256.
+// `number` is 1 to 9, `size` is in pixels from 1 to 256.
 IconImage DrawIcon(int number, int size);
 
-// The picture on a plain background, which must not be a system colour: every pixel opaque.
+// Returns the picture with opaque pixels on a plain background, which must not be a system colour.
 IconImage OnBackground(IconImage image, OleColor background);
 
 }  // namespace qvx::dialogs

@@ -19,7 +19,7 @@ constexpr int cornerSize = 20;
 
 // Half the gap between the two buttons, in twips.
 constexpr int halfButtonGap = 10;
-// What two buttons need beside their own widths, in twips.
+// The space that two buttons need in addition to their own widths, in twips.
 constexpr int twoButtonsExtra = 250;
 
 constexpr int indexOutOfBounds = 35600;
@@ -60,7 +60,8 @@ BoxLayout LayOut(int buttons, Size text, Dpi dpi) {
     const int left = Scaled(textLeft, dpi.x);
     const int top = Scaled(textTop, dpi.y);
     box.text = {left, top, left + text.width, top + text.height};
-    // The vertical resolution stands in for the horizontal one: the width is the one the box has always had.
+    // The vertical resolution is used instead of the horizontal one, since it gives the width that the box has always
+    // had.
     box.size.width = PixelsToTwips(box.text.right + Scaled(textRightMargin, dpi.x), dpi.y);
     box.size.height = design::button.height + PixelsToTwips(text.height + top + Scaled(textBottomMargin, dpi.y), dpi.y);
     box.size = EnlargedForButtons(box.size, set);
@@ -105,7 +106,7 @@ int PictureNumber(int icon) {
 }
 
 Answer AnswerForKey(int key, int shift, bool cancelVisible) {
-    // Of two buttons, the next one and the one before are the same.
+    // With two buttons, the next and the previous one are the same.
     if (key == keys::tab && (shift & ~keys::shiftMask) == 0) {
         return Answer::moveFocus;
     }
@@ -121,7 +122,7 @@ Answer AnswerForKey(int key, int shift, bool cancelVisible) {
             return Answer::cancel;
         case keys::escape:
             return cancelVisible ? Answer::none : Answer::ok;
-        // Not among the box's own keys; it presses the button with the focus, as in every dialog of the system.
+        // Enter is not one of the box's own keys; it presses the focused button, as in every dialog of the system.
         case keys::enter:
             return Answer::focused;
         default:

@@ -1,4 +1,4 @@
-// The message box's rules: sizes, button sets, keys. Twips where nothing else is said.
+// The rules of the message box: sizes, button sets, keys. Lengths are in twips unless stated otherwise.
 #pragma once
 
 #include "common/font_spec.h"
@@ -9,7 +9,7 @@
 
 namespace qvx::dialogs {
 
-// The form as it was designed.
+// The dimensions that the form was designed with.
 namespace design {
 constexpr Size client{4815, 2175};
 constexpr TextView caption = u"  Information";
@@ -27,16 +27,17 @@ constexpr int iconCount = 9;
 
 constexpr unsigned textFormat = text_format::wordBreak | text_format::noClip;
 
-// Which buttons a code shows, under which captions, and which of them has the focus.
+// The buttons that a code shows, their captions, and which of them has the focus.
 struct ButtonSet {
     bool cancelShown = false;
     bool yesNo = false;
     bool cancelFirst = false;
 };
+// Returns the set of a code; OK alone for an unknown code. See dialogs/messages.h.
 ButtonSet ButtonSetOf(int buttons);
 
-// One button. `tag` is "1" for a button that takes part; the one with tab index 0 gets the focus and so answers a
-// time-out.
+// One button. `tag` is "1" for a button that is shown; the one with tab index 0 gets the focus, and its answer is that
+// of a time-out.
 struct ButtonPlace {
     int left = 0;
     int top = 0;
@@ -47,7 +48,7 @@ struct ButtonPlace {
 };
 
 struct BoxLayout {
-    Size size;  // the form
+    Size size;  // of the form
     ButtonPlace ok;
     ButtonPlace cancel;
     Rect text;     // pixels
@@ -55,23 +56,23 @@ struct BoxLayout {
     Size corner;   // pixels: the ellipse of the outline's corners
 };
 
-// Width in pixels at which the message breaks.
+// Returns the width in pixels at which the message is wrapped.
 int WrapWidth(Dpi dpi);
 
-// Everything's place for a message measured as `text` pixels at WrapWidth.
+// Lays out the box for a message that measures `text` pixels when wrapped at WrapWidth.
 BoxLayout LayOut(int buttons, Size text, Dpi dpi);
 
-// The form's caption for a title.
+// Returns the form's caption for a title.
 Text CaptionFor(TextView title);
 
-// The picture's number for the number a caller gives: anything above 9 or below 0 is 6. There is no picture 0, and the
-// list of pictures refuses it: run-time error 35600.
+// Returns the number of the picture for a caller's number: 6 for any number above 9 or below 0. Throws run-time error
+// 35600 for 0, which has no picture.
 int PictureNumber(int icon);
 
 enum class Answer { none, ok, cancel, focused, moveFocus };
 
-// What a key typed anywhere in the box does: clicks OK, Cancel or the button with the focus, or moves the focus to the
-// other button. A "C" or "N" clicks Cancel even where it is not visible.
+// Returns the effect of a key typed anywhere in the box: it clicks OK, Cancel or the focused button, or moves the focus
+// to the other button. "C" and "N" click Cancel even where it is not visible.
 Answer AnswerForKey(int key, int shift, bool cancelVisible);
 
 }  // namespace qvx::dialogs

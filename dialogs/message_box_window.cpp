@@ -15,7 +15,7 @@ constexpr UINT_PTR closeTimer = 2;
 constexpr int okId = 1;
 constexpr int cancelId = 2;
 
-// The small icon of a window or its class, for the caption; null when it has none.
+// Returns the small icon of a window or its class, for the caption; null when it has none.
 HICON SmallIcon(HWND window) {
     if (!window) {
         return nullptr;
@@ -25,7 +25,7 @@ HICON SmallIcon(HWND window) {
     return reinterpret_cast<HICON>(icon ? icon : GetClassLongPtrW(window, GCLP_HICONSM));
 }
 
-// The loop waits for a message, and what ended the box may not have been one that was posted.
+// Wakes the message loop, since what ended the box may not have been a posted message.
 void WakeLoop() { PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0); }
 
 void DrawImage(HDC dc, const IconImage& image, const Rect& area) {
@@ -86,12 +86,12 @@ void MessageBoxWindow::ApplyLayout(Dpi dpi, HWND owner, const std::optional<Poin
     const Size size = TwipsToPixels(layout_.size, dpi);
     const Point place = at ? *at : PlaceDialog(owner, size);
     SetWindowPos(Handle(), nullptr, place.x, place.y, size.width, size.height, SWP_NOZORDER | SWP_NOACTIVATE);
-    // There is another resolution, for which this has been called meanwhile.
+    // The resolution has changed again, and this function has been called for the new one meanwhile.
     if (dpi_ != dpi) return;
     PlaceButton(ok_, layout_.ok);
     PlaceButton(cancel_, layout_.cancel);
     PaintImage();
-    // The system owns the region from here on, and the outline was drawn with one of its own.
+    // The system owns the region from here on; the outline was drawn with a region of its own.
     SetWindowRgn(Handle(),
                  CreateRoundRectRgn(0, 0, size.width, size.height, layout_.corner.width, layout_.corner.height), TRUE);
     RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
@@ -134,7 +134,7 @@ void MessageBoxWindow::Close(bool result) {
     if (modal_) {
         modal_->End();
     }
-    // A drag that is going on ends too.
+    // This also ends a drag that is in progress.
     SendMessageW(Handle(), WM_CANCELMODE, 0, 0);
     ShowWindow(Handle(), SW_HIDE);
     WakeLoop();
@@ -256,7 +256,7 @@ LRESULT MessageBoxWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) 
             StartDrag();
             return 0;
         case WM_NCLBUTTONDBLCLK:
-            return 0;  // a caption is double-clicked to maximize; this one is only for dragging
+            return 0;  // a double-click on a caption maximizes; this caption is only for dragging
         case WM_SYSCOLORCHANGE:
             PaintImage();
             Invalidate();
@@ -267,7 +267,7 @@ LRESULT MessageBoxWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) 
             return 0;
         }
         case WM_CLOSE:
-            // Alt+F4: as if the user had not agreed.
+            // Alt+F4 counts as a refusal.
             Close(false);
             return 0;
         default:

@@ -1,4 +1,4 @@
-// The message box's window: it paints itself, takes the keys before its buttons and closes itself.
+// The window of the message box: it paints itself, handles keys before its buttons and closes itself.
 #pragma once
 
 #include <optional>
@@ -35,7 +35,8 @@ class MessageBoxWindow final : public Window {
 
   private:
     bool Open(HWND owner, const MessageRequest& request);
-    // Size, buttons and picture for a resolution. The upper left corner goes to `at`, or over `owner` without one.
+    // Applies size, buttons and picture for a resolution. The upper left corner goes to `at`; without it, the box is
+    // placed over `owner`.
     void ApplyLayout(Dpi dpi, HWND owner, const std::optional<Point>& at);
     void PlaceButton(buttons::ButtonWindow& button, const ButtonPlace& place);
     // Paints caption, message and outline on the image that every later repaint copies.
@@ -44,7 +45,7 @@ class MessageBoxWindow final : public Window {
     void Close(bool result);
     void Tick();
     void StartDrag();
-    // Whether the box took the message; buttons get what is left.
+    // Returns whether the box handled the message; the buttons get the others.
     bool BeforeDispatch(const MSG& message);
     bool TakeKey(int key);
     bool TakeAccessKey(char16_t character);

@@ -1,5 +1,5 @@
-// Everything the library says to the user: each call of the message box with its texts, buttons, icon and time-out, in
-// one place, so that no caller makes up its own.
+// All messages that the library shows to the user: each with its texts, buttons, icon and time-out, in one place, so
+// that callers do not make up their own.
 #pragma once
 
 #include <optional>
@@ -8,7 +8,7 @@
 
 namespace qvx::dialogs {
 
-// Button set codes. Any other code shows OK alone; callers write okOnly.
+// Codes of button sets. Any other code shows OK alone; callers use okOnly.
 namespace button_set {
 constexpr int okOnly = 1;
 constexpr int yesNo = 2;      // focus on Yes; 6 is the same
@@ -40,7 +40,7 @@ struct MessageKind {
 
 namespace messages {
 
-// The grid. Their titles are the host form's caption, the error report's is the application's title.
+// Messages of the grid. Their title is the host form's caption; that of the error report is the application's title.
 constexpr MessageKind deleteRow{button_set::yesNo, icon::question, false, 0};
 constexpr TextView deleteRowPrompt = u"Delete selected item?";
 constexpr MessageKind duplicateRecords{button_set::okOnly, icon::failure, false, 2500};
@@ -53,33 +53,33 @@ constexpr TextView zeroValuePrompt = u"Value should not be zero.";
 constexpr TextView invalidDataPrompt = u"You must enter a valid data.";
 constexpr MessageKind errorReport{button_set::okOnly, icon::failure, false, 0};
 
-// The validated text box.
+// Messages of the validated text box.
 constexpr MessageKind emptyValue{button_set::okOnly, icon::failure, false, 2000};
 constexpr TextView emptyValuePrompt = u"This should not be empty.";
 constexpr TextView emptyValueTitle = u"Empty Data";
 
-// Backup and restore.
+// Messages of backup and restore.
 constexpr MessageKind othersLoggedOn{button_set::okOnly, icon::failure, false, 4000};  // without a title
 constexpr TextView othersLoggedOnPrompt = u"All other users must be logged off before doing this.";
 constexpr MessageKind overwriteBackup{button_set::yesNo, icon::question, false, 0};
-// Then the archive's path and the question, on lines of their own.
+// The archive's path and the question follow on lines of their own.
 constexpr TextView overwriteBackupPrompt = u"This will overwrite the previous backup files under the directory.";
 constexpr TextView overwriteBackupQuestion = u"Continue with Backup...?";
 constexpr TextView overwriteBackupTitle = u"Backup";
 constexpr MessageKind nothingToRestore{button_set::okOnly, icon::notice, false, 3000};
-constexpr TextView nothingToRestorePrompt = u"No Backup files found under this directory.";  // and the path
+constexpr TextView nothingToRestorePrompt = u"No Backup files found under this directory.";  // followed by the path
 constexpr MessageKind restoreFailed{button_set::okOnly, icon::failure, false, 2000};
 constexpr TextView restoreFailedPrompt = u"Could not restore data. File may be correpted.";
 constexpr TextView restoreFailedTitle = u"Restore";
 constexpr MessageKind backupMailFailed{button_set::okOnly, icon::failure, false, 0};
-constexpr TextView backupMailFailedPrompt = u"Could n't e-mail your database.";  // and the error's description
+constexpr TextView backupMailFailedPrompt = u"Could n't e-mail your database.";  // followed by the error's description
 
-// The password prompt.
+// Messages of the password prompt.
 constexpr MessageKind invalidPassword{button_set::okOnly, icon::notice, false, 1000};
 constexpr TextView invalidPasswordPrompt = u"Invalid Password.";
 constexpr TextView invalidPasswordTitle = u"Error:Password";
 
-// The About box.
+// Messages of the About box.
 constexpr MessageKind aboutMailFailed{button_set::okOnly, icon::notice, false, 3000};
 constexpr TextView aboutMailFailedPrompt =
     u"Error sending mail. Make sure that you have your email client correctly installed and configured.";

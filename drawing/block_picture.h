@@ -9,11 +9,11 @@
 namespace qvx {
 
 struct PictureBlock {
-    Rect place;  // on a field of so many steps each way
+    Rect place;  // in steps, on a field of `steps` steps each way
     OleColor color;
 };
 
-// Later blocks cover earlier ones.
+// Draws the blocks on a field of `steps` by `steps` that fills `area`; later blocks cover earlier ones.
 void DrawBlockPicture(Surface& surface, const Rect& area, int steps, std::span<const PictureBlock> blocks);
 
 }  // namespace qvx

@@ -24,7 +24,8 @@ std::string ShowColor(OleColor color) {
     return buffer;
 }
 
-// Printable ASCII as it is, everything else as \u and four hexadecimal digits, so that golden files stay plain text.
+// Shows printable ASCII as it is, and everything else as \u and four hexadecimal digits, so that golden files stay
+// plain text.
 std::string ShowText(TextView text) {
     std::string out = "\"";
     for (const char16_t c : text) {
@@ -154,7 +155,7 @@ void RecordingSurface::PopClip() {
     try {
         Line("unclip");
     } catch (const std::bad_alloc&) {
-        // Destructors call this while a drawing is given up that has run out of memory.
+        // Destructors call this while a drawing that has run out of memory is abandoned.
     }
 }
 

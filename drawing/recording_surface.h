@@ -1,6 +1,6 @@
-// Writes drawing calls down as lines of text. Metrics are fixed and simple: at 96 dots per inch every character of
-// an 8.25-point font is 6 pixels wide and every line 13 high, other sizes and resolutions in proportion, so that
-// expected layouts can be worked out by hand.
+// Records drawing calls as lines of text. Metrics are fixed and simple, so that expected layouts can be worked out by
+// hand: at 96 dots per inch every character of an 8.25-point font is 6 pixels wide and every line 13 pixels high; other
+// sizes and resolutions are in proportion.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ class RecordingSurface final : public Surface {
   public:
     explicit RecordingSurface(Dpi dpi = {}) : dpi_(dpi) {}
 
-    // The calls so far, one a line.
+    // The calls so far, one per line.
     const std::string& Log() const { return log_; }
     void Clear() { log_.clear(); }
 

@@ -1,5 +1,6 @@
-// Every drawing call the library makes. The product draws through the system's GDI; tests draw into lines of text, so
-// that what a control paints is a golden file a reviewer can read. Coordinates are device pixels of the surface.
+// The interface of every drawing call that the library makes. The product draws through the system's GDI; tests record
+// lines of text, so that what a control paints is a golden file that a reviewer can read. Coordinates are device pixels
+// of the surface.
 #pragma once
 
 #include <cstdint>
@@ -50,11 +51,11 @@ constexpr unsigned menuArrowDown =
 constexpr unsigned inactive = 256;
 }  // namespace frame_control
 
-// A picture that a surface can draw; what is behind it is the surface's business.
+// A picture that a surface can draw; each kind of surface has its own implementation.
 class Picture {
   public:
     virtual ~Picture() = default;
-    // In device pixels at the given resolution.
+    // The size in device pixels at the given resolution.
     virtual Size PixelSize(Dpi dpi) const = 0;
 };
 
@@ -62,39 +63,41 @@ class Surface {
   public:
     virtual ~Surface() = default;
 
+    // The resolution of the target.
     virtual Dpi Resolution() const = 0;
 
-    // Width and height of the text. With wordBreak among the flags lines break at wrapWidth; otherwise wrapWidth is
-    // ignored and only line breaks in the text count (unless singleLine).
+    // Returns width and height of the text. With wordBreak among the flags, lines break at wrapWidth; otherwise
+    // wrapWidth is ignored and only line breaks in the text count (unless singleLine is set).
     virtual Size MeasureText(TextView text, const FontSpec& font, int wrapWidth, unsigned format) = 0;
-    // Height of one line, external leading left out.
+    // The height of one line without external leading.
     virtual int LineHeight(const FontSpec& font) = 0;
 
     virtual void FillRect(const Rect& area, OleColor color) = 0;
-    // One-pixel outline inside the rectangle.
+    // Draws a one-pixel outline inside the rectangle.
     virtual void FrameRect(const Rect& area, OleColor color) = 0;
-    // Solid line of the given thickness in pixels growing right or down; the end point is not drawn. Horizontal or
-    // vertical only.
+    // Draws a solid horizontal or vertical line; its thickness in pixels extends to the right or down, and the end
+    // point is not drawn.
     virtual void DrawLine(Point from, Point to, OleColor color, int thickness) = 0;
+    // Draws as the system's calls of these names do; see the constants above.
     virtual void DrawEdge(const Rect& area, unsigned style, unsigned sides) = 0;
     virtual void DrawFrameControl(const Rect& area, unsigned kind, unsigned state) = 0;
-    // Dotted rectangle: half of its dots invert what is there, the others mix it with `color`, which black leaves as it
-    // is.
+    // Draws a dotted rectangle: half of its dots invert what is there, the others mix it with `color`; black leaves the
+    // latter unchanged.
     virtual void DrawFocusRect(const Rect& area, OleColor color) = 0;
     virtual void InvertRect(const Rect& area) = 0;
-    // As the system's DrawText does (whose name its headers redefine); transparent background.
+    // Draws as the system's DrawText does, with a transparent background. The system's headers redefine that name.
     virtual void DrawLabel(TextView text, const Rect& area, const FontSpec& font, OleColor color, unsigned format) = 0;
-    // The quick path of table cells: one run of text from `origin`, clipped to `area`, which is filled with
-    // `background` first.
+    // The fast path for table cells: fills `area` with `background` and draws one run of text from `origin`, clipped to
+    // it.
     virtual void DrawCellText(TextView text, Point origin, const Rect& area, const FontSpec& font, OleColor color,
                               OleColor background) = 0;
-    // Scaled to the area.
+    // Scales the picture to the area.
     virtual void DrawPicture(const Picture& picture, const Rect& area) = 0;
-    // The outline of a rounded rectangle whose corners are quarter ellipses of the given full width and height, one
-    // pixel wide.
+    // Draws the outline, one pixel wide, of a rounded rectangle whose corners are quarter ellipses of the given full
+    // width and height.
     virtual void FrameRoundRect(const Rect& area, Size corner, OleColor color) = 0;
-    // The same outline as a pen draws it, as the system's own call of that name does: its corners differ by some pixels
-    // from those of a region's frame.
+    // Draws the same outline as a pen does, like the system's call of that name: its corners differ by some pixels from
+    // those of a region's frame.
     virtual void RoundRect(const Rect& area, Size corner, OleColor color) = 0;
 
     // Drawing outside the area has no effect until the matching PopClip; clips nest.
@@ -102,7 +105,7 @@ class Surface {
     virtual void PopClip() = 0;
 };
 
-// Keeps a clip for the length of a scope.
+// Applies a clip for the duration of a scope.
 class ClipScope {
   public:
     ClipScope(Surface& surface, const Rect& area) : surface_(surface) { surface_.PushClip(area); }

@@ -1,6 +1,7 @@
-// Archives from anywhere: whatever is unpacked stands below the folder under a safe name, has the content its sum says,
-// and never stands there unfinished. The first byte chooses: an archive as it is, one on two disks, entries with the
-// names of the input in an archive that is whole otherwise, or a whole archive in which the input changes a few bytes.
+// Archives of any origin: every unpacked file is below the target folder under a safe name, has the content that its
+// checksum says, and never exists there unfinished. The first byte selects the kind: an archive as it is, one on two
+// disks, entries with the names of the input in an otherwise valid archive, or a valid archive in which the input
+// changes a few bytes.
 #include <cstdint>
 
 #include "archivers/archive_reader.h"
@@ -16,7 +17,7 @@ namespace {
 
 constexpr TextView target = u"C:\\out\\";
 
-// A small disk: the densest archives fill it up.
+// A small disk, which the densest archives fill.
 constexpr std::uint64_t capacity = 512 * 1024;
 
 void CheckDisk(const MemoryFiles& files, const Bytes& archive) {
@@ -34,7 +35,7 @@ void CheckDisk(const MemoryFiles& files, const Bytes& archive) {
     }
 }
 
-// What the directory lists and can be read has the size and the sum it is said to have.
+// Entries of the directory that can be read have the stated size and checksum.
 void CheckReading(const MemoryNode& archive) {
     MemoryFiles files;
     files.Put(u"C:\\a.zip", archive.bytes);
@@ -84,7 +85,7 @@ void NamesOf(FuzzInput& input, MemoryFiles& files) {
     files.Remove(u"C:\\content");
 }
 
-// What is changed at random all over hardly ever gets as far as an entry; this does.
+// Random changes all over the archive hardly ever reach an entry; these do.
 void ChangesOf(FuzzInput& input, MemoryFiles& files) {
     ScriptedConsole console;
     Bytes text(600);

@@ -1,5 +1,5 @@
-// Tab-separated text from other programs: what is read from it is written so that the same is read again, cells of any
-// text survive the way there and back, and a paste that is undone leaves the grid as it was.
+// Tab-separated text from other programs: a text that was read and written reads the same again, cells with any text
+// survive writing and reading, and a paste that is undone leaves the grid as it was.
 #include <cstdint>
 #include <vector>
 
@@ -11,7 +11,7 @@
 namespace qvx::grid {
 namespace {
 
-// The same, with what must hold for any text.
+// Reads the text and checks what must hold for any text.
 Table ReadChecked(TextView text) {
     const ClipboardCells cells(text);
     Table table = Read(text);
@@ -25,7 +25,7 @@ Table ReadChecked(TextView text) {
     return table;
 }
 
-// Cells of the characters that matter, and a few others.
+// Creates cells of the characters that matter, and a few others.
 Table MakeTable(FuzzInput& input) {
     constexpr TextView characters = u"\t\r\n\"\"a \u20AC";
     Table table(1, std::vector<Text>(1));

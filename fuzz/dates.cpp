@@ -1,5 +1,5 @@
-// Dates: whatever reads as one is a date of the calendar that survives being written and read again, and any pattern
-// can be written. The input: order, current year, pattern's length, pattern, text.
+// Dates: every text that reads as a date gives a date of the calendar that survives being written and read again, and
+// any pattern can be written. The input: order, current year, pattern's length, pattern, text.
 #include <cstdint>
 
 #include "common/dates.h"

@@ -1,6 +1,5 @@
-// Runs a fuzz target without libFuzzer, under the same command line: every file of the given folders first, then
-// -runs=N mutations of them from -seed=S. The same seed gives the same run. The input that fails is left as
-// ./crash-input.
+// Runs a fuzz target without libFuzzer, with the same command line: first every file of the given folders, then -runs=N
+// mutations of them from -seed=S. The same seed gives the same run. The failing input is saved as ./crash-input.
 #include <algorithm>
 #include <array>
 #include <csignal>
@@ -42,7 +41,7 @@ void OnAbort(int) {
 
 void Run(Bytes input) {
     current = std::move(input);
-    // A copy of exactly the input's size, so that reading past its end is seen.
+    // A copy of exactly the input's size, so that reading past its end is detected.
     const Bytes exact(current.begin(), current.end());
     LLVMFuzzerTestOneInput(exact.data(), exact.size());
 }
@@ -86,13 +85,13 @@ class Mutator {
                 input.erase(place, place + static_cast<std::ptrdiff_t>(
                                                Below(std::min<std::size_t>(input.size() - at, 16) + 1)));
                 break;
-            case 6: {  // repeat a piece of itself
+            case 6: {  // repeat a piece of the input
                 const Bytes piece(place, place + static_cast<std::ptrdiff_t>(Below(input.size() - at + 1)));
                 input.insert(input.begin() + static_cast<std::ptrdiff_t>(Below(input.size() + 1)), piece.begin(),
                              piece.end());
                 break;
             }
-            default: {  // go on as another input does
+            default: {  // continue as another input does
                 const Bytes& other = corpus_[Below(corpus_.size())];
                 input.erase(place, input.end());
                 input.insert(input.end(), other.begin() + static_cast<std::ptrdiff_t>(Below(other.size() + 1)),
@@ -107,7 +106,7 @@ class Mutator {
     std::mt19937_64 random_;
 };
 
-// Files in the order of their names, so that a run does not depend on the file system.
+// Reads the files in the order of their names, so that a run does not depend on the file system.
 std::vector<Bytes> ReadCorpus(const std::vector<std::string>& paths) {
     std::vector<std::filesystem::path> files;
     for (const std::string& path : paths) {

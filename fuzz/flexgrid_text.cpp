@@ -1,5 +1,5 @@
-// The texts that a grid takes apart: format strings, items, blocks of items and clips. What comes out is checked
-// against a plain splitting of the same text, and a clip that is read and written back changes nothing.
+// The texts that a grid parses: format strings, items, blocks of items and clips. The results are compared with a plain
+// splitting of the same text, and a clip that is read and written back changes nothing.
 #include <algorithm>
 #include <cstdint>
 #include <vector>
@@ -81,7 +81,7 @@ void Paste(Grid& grid, FuzzInput& input, const Text& clip) {
     grid.Select(row, col, rowBelow(), colBelow());
     grid.SetClip(clip);
     const Text read = grid.Clip();
-    // A cell that holds a tab or a line break itself cannot be told from two.
+    // A cell that contains a tab or a line break cannot be distinguished from two cells.
     const CellRange range = grid.Selection();
     const auto rowEnds = range.bottom - range.top;
     const auto tabs = (rowEnds + 1) * (range.right - range.left);

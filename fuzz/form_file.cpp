@@ -1,5 +1,5 @@
-// Form files: what is accepted is written back byte for byte, and still reads the same after a change. The input: the
-// length of a text, the text, then the file.
+// Form files: an accepted file is written back byte for byte, and reads the same after a change. The input: the length
+// of a text, the text, then the file.
 #include <cstdint>
 #include <string>
 

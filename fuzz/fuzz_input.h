@@ -1,4 +1,4 @@
-// What fuzz targets share: taking typed values off the input, and failing loudly.
+// Common parts of fuzz targets: reading typed values from the input, and failing loudly.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 
 namespace qvx {
 
-// Hands out the bytes of an input from the front; zeros when it is used up.
+// Returns the bytes of an input from the front; zeros when it is used up.
 class FuzzInput {
   public:
     FuzzInput(const std::uint8_t* data, std::size_t size) : at_(data), end_(data + size) {}
@@ -21,16 +21,16 @@ class FuzzInput {
         const std::uint16_t low = Byte();
         return static_cast<std::uint16_t>(low | Byte() << 8);
     }
-    // 0 to limit - 1; limit is 1 to 65536.
+    // Returns 0 to limit - 1; limit is 1 to 65536.
     std::size_t Below(std::size_t limit) { return Word() % limit; }
 
-    // The next bytes, at most `count`, as characters of one byte each.
+    // Returns the next bytes, at most `count`, as characters of one byte each.
     Text Latin(std::size_t count) {
         Text text;
         while (count-- > 0 && at_ != end_) text += static_cast<char16_t>(*at_++);
         return text;
     }
-    // All bytes left, two to a character.
+    // Returns all remaining bytes, two per character.
     Text RestWide() {
         Text text;
         while (Left() >= 2) text += static_cast<char16_t>(Word());
@@ -43,7 +43,7 @@ class FuzzInput {
     const std::uint8_t* end_;
 };
 
-// Ends the run as a crash does when something that must always hold does not.
+// Ends the run as a crash does when a condition that must always hold does not.
 inline void Require(bool holds, const char* what) {
     if (holds) return;
     std::fprintf(stderr, "does not hold: %s\n", what);

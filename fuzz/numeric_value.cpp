@@ -1,5 +1,5 @@
-// The tolerant number reading: any text gives a finite number, the same over bytes and over UTF-16, and the same as the
-// strict readings and the standard library where those apply. The first byte chooses the width of the rest.
+// The tolerant reading of numbers: any text gives a finite number, the same for bytes and for UTF-16, and the same as
+// the strict readings and the standard library where those apply. The first byte selects the width of the rest.
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace {
 
 bool Same(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
-// An optional minus, digits, and perhaps a point and more digits; nothing else.
+// Whether the text is an optional minus and digits, optionally with a point and more digits, and nothing else.
 bool IsPlainDecimal(const std::string& text) {
     std::size_t at = text.starts_with('-') ? 1 : 0;
     const std::size_t first = at;
@@ -48,7 +48,7 @@ void Check(const Text& text) {
     }
     const auto strict = ReadNumeric(text);
     Require(strict.has_value() == IsNumeric(text), "the test and the reading agree");
-    // Commas and a sign behind belong to the strict reading only.
+    // Only the strict reading accepts commas and a sign after the number.
     if (strict && text.find_first_of(u",") == Text::npos) {
         const std::size_t last = text.find_last_not_of(u" \t");
         if (text[last] != u'-' && text[last] != u'+') Require(Same(*strict, value), "strict numbers read the same");

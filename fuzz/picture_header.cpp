@@ -1,4 +1,4 @@
-// Picture files: what is let through to a decoder holds what it promises. The input is the file.
+// Picture files: a file that is passed to a decoder contains what its header promises. The input is the file.
 #include "common/picture_header.h"
 
 #include <cstdlib>
@@ -9,7 +9,7 @@
 namespace qvx {
 namespace {
 
-// From a copy of just that size, so that a read behind the end is seen.
+// From a copy of exactly that size, so that a read past the end is detected.
 void Check(const std::vector<std::uint8_t>& file) {
     const auto extent = PictureExtent(file);
     if (!MayDecodePicture(file) || !extent) return;

@@ -1,4 +1,5 @@
-// Property streams: whatever reads is written as a stream that reads the same. The input is the stream itself.
+// Property streams: every stream that can be read is written as one that reads the same. The input is the stream
+// itself.
 #include <cstdint>
 #include <span>
 

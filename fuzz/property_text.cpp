@@ -1,5 +1,5 @@
-// What is typed into the property list: it becomes a value of the property's kind or an error, and the value, shown and
-// typed again, is the same one. The input: kind, whether the text before had line breaks, text.
+// Text that is typed into the property list: it becomes a value of the property's kind or an error, and the value,
+// shown and typed again, is the same. The input: kind, whether the previous text had line breaks, text.
 #include <cstdint>
 
 #include "common/run_time_error.h"
@@ -26,7 +26,7 @@ void Check(FuzzInput& input) {
             info.kind != PropertyKind::variant && info.kind != PropertyKind::real)
             Require(ParseTyped(info, shown, {}) == value, "and anywhere else");
     } catch (const RunTimeError&) {
-        // Refused, which is an answer.
+        // A refusal is a valid result.
     }
 }
 

@@ -1,6 +1,5 @@
-// Random keys, deletions, selections and pastes into a validated text box. Whatever they are: no accepted insertion
-// takes a bounded value out of its bounds, a refused one adds nothing, and typing brings nothing but digits into a
-// digits box.
+// Random keys, deletions, selections and pastes in a validated text box. Whatever they are: no accepted insertion takes
+// a bounded value out of its bounds, a refused one adds nothing, and typing adds nothing but digits to a digits box.
 #include <cstdint>
 
 #include "common/keys.h"

@@ -1,5 +1,5 @@
-// The library's controls. A control is in the library, registered and creatable exactly when it is in this table;
-// so are property pages, in theirs.
+// The library's controls. A control is part of the library, registered and creatable exactly if it is in this table;
+// the same holds for property pages and their table.
 #include <array>
 
 #include "controls/backup/backup_control.h"

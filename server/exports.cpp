@@ -1,4 +1,4 @@
-// What the system calls in a component server.
+// The functions that the system calls in a component server.
 #include <windows.h>
 
 #include <olectl.h>
@@ -11,13 +11,14 @@
 
 using qvx::Guard;
 
-// What the linker tells the system of the module's part in each thread.
+// The linker's description of the module's thread-local section.
 extern "C" const IMAGE_TLS_DIRECTORY _tls_used;
 
 namespace {
 
-// A module hears of threads that end, but where it goes before they do, what the toolchain's libraries have made for
-// them stays. For the thread that unloads it, at least, this is like its end.
+// A module is notified when a thread ends, but if the module is unloaded first, memory that the toolchain's libraries
+// have allocated for the thread remains. At least for the thread that unloads the module, this function has the effect
+// of the thread's end.
 void LeaveThread(HINSTANCE module) {
     const auto* callback = reinterpret_cast<const PIMAGE_TLS_CALLBACK*>(_tls_used.AddressOfCallBacks);
     for (; *callback; ++callback) (*callback)(module, DLL_THREAD_DETACH, nullptr);
@@ -25,7 +26,7 @@ void LeaveThread(HINSTANCE module) {
 
 }  // namespace
 
-// The system says whether the module is unloaded or the whole process ends.
+// `processEnds` tells whether the module is unloaded or the whole process ends.
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnds) {
     if (reason == DLL_PROCESS_DETACH && !processEnds) {
         qvx::DestroyModuleObjects();
@@ -55,7 +56,7 @@ STDAPI DllGetClassObject(REFCLSID id, REFIID iid, LPVOID* object) {
 
 STDAPI DllCanUnloadNow() {
     if (qvx::LiveObjects() != 0) return S_FALSE;
-    // Here rather than when the module is unloaded: other modules may not be called then.
+    // This is done here and not when the module is unloaded, since other modules must not be called then.
     qvx::ReleaseTypeLibrary();
     return S_OK;
 }
@@ -68,7 +69,7 @@ STDAPI DllUnregisterServer() {
     return Guard([] { return qvx::UnregisterServer(); });
 }
 
-// Called by the system's registration tool for its "install" switch, with "user" for the current user only.
+// The system's registration tool calls this for its "install" switch, with "user" for the current user only.
 STDAPI DllInstall(BOOL install, LPCWSTR commandLine) {
     return Guard([&] {
         const bool perUser = commandLine && lstrcmpiW(commandLine, L"user") == 0;

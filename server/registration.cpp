@@ -14,7 +14,7 @@
 #include "com/wide_text.h"
 #include "kit/control_class.h"
 
-// The cross-compiler's headers leave these two out.
+// The cross-compiler's headers do not declare these two.
 extern "C" HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* helpFolder);
 extern "C" HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID library, WORD major, WORD minor, LCID locale, SYSKIND kind);
 
@@ -40,7 +40,7 @@ class RegistryKey {
     HKEY key_ = nullptr;
 };
 
-// Where classes are kept: a key that is always open, and a path from it, which may be empty.
+// The place of the classes: a key that is always open, and a path below it, which may be empty.
 std::pair<HKEY, std::wstring> PlaceOf(ClassRoot root) {
     if (root == ClassRoot::standard) return {HKEY_CLASSES_ROOT, {}};
     return {root == ClassRoot::user ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE, L"Software\\Classes"};
@@ -69,7 +69,7 @@ void Write(HKEY classes, const RegistryValue& value) {
                                           static_cast<DWORD>((value.data.size() + 1) * sizeof(wchar_t))))));
 }
 
-// Those of the entries that are there, with the data that they have now.
+// Returns the entries that exist, with their present data.
 std::vector<RegistryValue> Present(HKEY classes, const std::vector<RegistryValue>& entries) {
     std::vector<RegistryValue> present;
     for (const RegistryValue& entry : entries) {
@@ -97,7 +97,7 @@ bool IsEmpty(HKEY key) {
     return queried == ERROR_SUCCESS && keys == 0 && values == 0;
 }
 
-// Takes the values away, then every key of theirs that nothing is left in, from the innermost out.
+// Removes the values, then every key of theirs that has become empty, starting with the innermost.
 void Remove(HKEY classes, const std::vector<RegistryValue>& entries) {
     std::set<std::wstring> keys;
     for (const RegistryValue& entry : entries) {
@@ -108,7 +108,7 @@ void Remove(HKEY classes, const std::vector<RegistryValue>& entries) {
         for (std::wstring path = entry.key;;) {
             keys.insert(path);
             const auto parent = path.find_last_of(L'\\');
-            // The lists that all servers share are not ours to remove.
+            // The lists that all servers share must not be removed.
             if (parent == std::wstring::npos || path.substr(0, parent) == L"CLSID") break;
             path.resize(parent);
         }
@@ -125,11 +125,11 @@ void Remove(HKEY classes, const std::vector<RegistryValue>& entries) {
 
 bool IsClassEntry(const RegistryValue& entry) { return entry.key.rfind(L"CLSID\\", 0) == 0; }
 
-// Programs of both widths find classes by the same names, but each width has classes of its own. The names are left
-// behind for the other one's sake as long as it is registered.
+// 32-bit and 64-bit programs find classes by the same names, but each kind has classes of its own. The names are kept
+// as long as the server of the other kind is registered.
 bool OtherWidthIsRegistered(ClassRoot root, const ControlClass& control) {
     constexpr REGSAM otherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
-    // By the whole path: a key opened in one width's view may stay in it for what is below.
+    // The whole path is used: a key that was opened in one registry view may stay in that view for its subkeys.
     const auto [base, place] = PlaceOf(root);
     const std::wstring path =
         place + (place.empty() ? L"" : L"\\") + L"CLSID\\" + Spell(*control.id) + L"\\InprocServer32";
@@ -145,7 +145,7 @@ HRESULT RegisterLibrary(ClassRoot root) {
 }
 
 HRESULT UnregisterLibrary(ClassRoot root, HKEY classes) {
-    // Unregistering twice is no failure.
+    // Unregistering twice is not a failure.
     RegistryKey registered;
     const std::wstring path = L"TypeLib\\" + Spell(LIBID_Qvx);
     if (RegOpenKeyExW(classes, path.c_str(), 0, KEY_READ, registered.put()) != ERROR_SUCCESS) return S_OK;
@@ -218,7 +218,7 @@ HRESULT UnregisterServer(ClassRoot root) {
     Open(root, classes);
     std::vector<RegistryValue> names = RegistrationEntries();
     const auto firstClass = std::stable_partition(names.begin(), names.end(), std::not_fn(IsClassEntry));
-    // The classes go first: where both widths share them, nobody is left to keep the names for.
+    // The classes are removed first: where both kinds share them, the names are no longer needed then.
     Remove(classes.get(), {firstClass, names.end()});
     names.erase(firstClass, names.end());
     const auto controls = AllControls();

@@ -1,4 +1,4 @@
-// What the server writes about itself into the registry, and removes again.
+// The registry entries that the server writes and removes.
 #pragma once
 
 #include <windows.h>
@@ -8,8 +8,8 @@
 
 namespace qvx {
 
-// Where classes are written: for all users, for the current user, or wherever HKEY_CLASSES_ROOT leads (for all users as
-// far as the caller may, which is what registration tools expect).
+// Where classes are written: for all users, for the current user, or wherever HKEY_CLASSES_ROOT leads (for all users if
+// the caller may, as registration tools expect).
 enum class ClassRoot { standard, machine, user };
 
 // One value; an empty name is the key's default value.
@@ -19,12 +19,13 @@ struct RegistryValue {
     std::wstring data;
 };
 
-// Everything RegisterServer writes beside the type library's own keys, in order.
+// Returns everything that RegisterServer writes besides the type library's own keys, in order.
 std::vector<RegistryValue> RegistrationEntries();
 
-// All or nothing: a failure puts back what was there before, be it nothing or an earlier registration.
+// Registers all or nothing: after a failure, the previous state is restored, whether it was none or an earlier
+// registration.
 HRESULT RegisterServer(ClassRoot root = ClassRoot::standard);
-// Removes the same values, and the keys that are empty then: keys that others put something into stay.
+// Removes the same values, and the keys that are empty then; keys with others' entries stay.
 HRESULT UnregisterServer(ClassRoot root = ClassRoot::standard);
 
 }  // namespace qvx

@@ -1,7 +1,8 @@
-// Parts of the language's runtime library in a version for a module that comes and goes in a host's process, and that
-// must tell its host when memory has run out. The toolchain's own are written for programs: they allocate what they
-// need to throw, to lock and to initialise when a thread first does so, end the process or call themselves for ever
-// when they cannot, and leave handles and memory behind when the module is unloaded. The linker takes these instead.
+// Replacements for parts of the language's runtime library, for a module that is loaded and unloaded in a host's
+// process and must report to its host when memory has run out. The toolchain's versions are written for programs: they
+// allocate what they need to throw, to lock and to initialise when a thread first does so; when they cannot, they end
+// the process or call themselves for ever; and they leak handles and memory when the module is unloaded. The linker
+// uses these versions instead.
 #include <windows.h>
 
 #include <cxxabi.h>
@@ -18,7 +19,7 @@ namespace {
 
 // ---- Memory of exceptions -------------------------------------------------------------------------------------------
 
-// The runtime's own data lie before the exception; here is room for more than it needs.
+// The runtime's own data precede the exception; this is more room than they need.
 constexpr std::size_t headerSize = 256;
 constexpr std::size_t blockSize = 1024;
 
@@ -26,7 +27,7 @@ struct alignas(16) Block {
     std::array<std::byte, blockSize> bytes;
 };
 
-// For exceptions when there is no other memory: far more than can be on their way at a time.
+// For exceptions when there is no other memory: far more than can be in flight at a time.
 std::array<Block, 16> reserve;
 std::array<std::atomic_flag, 16> taken;
 
@@ -44,9 +45,9 @@ void GiveBack(void* memory) noexcept {
     taken[static_cast<std::size_t>(block - reserve.data())].clear(std::memory_order_release);
 }
 
-// ---- Exceptions on their way ----------------------------------------------------------------------------------------
+// ---- Exceptions in flight -------------------------------------------------------------------------------------------
 
-// As the runtime knows it by another name.
+// The runtime knows this structure by another name.
 struct Exceptions {
     void* caught;
     unsigned uncaught;
@@ -56,7 +57,7 @@ struct Exceptions {
 
 // ---- Initialisation of local statics --------------------------------------------------------------------------------
 
-// The compiler's code looks at the first byte before it calls; the rest is the runtime's.
+// The compiler's code examines the first byte before it calls these functions; the rest belongs to the runtime.
 struct GuardWord {
     std::atomic<char> done;
     bool busy;
@@ -89,7 +90,7 @@ void* __cxa_allocate_exception(std::size_t size) noexcept {
 
 void __cxa_free_exception(void* exception) noexcept { GiveBack(static_cast<std::byte*>(exception) - headerSize); }
 
-// What stands for an exception that is thrown again; the runtime's data alone.
+// Represents an exception that is thrown again; it consists of the runtime's data alone.
 __cxa_dependent_exception* __cxa_allocate_dependent_exception() noexcept {
     void* const memory = TakeBlock(headerSize);
     return static_cast<__cxa_dependent_exception*>(std::memset(memory, 0, headerSize));

@@ -9,7 +9,7 @@ namespace qvx::soak {
 
 namespace {
 
-// What stands behind a deed's word in its line.
+// The kind of arguments after an action's word in its line.
 enum class Shape { none, text, place, places, count, extent };
 
 struct Word {
@@ -183,7 +183,7 @@ std::optional<KeyPress> KeyOf(std::string_view name) {
     for (const auto& [named, key] : namedKeys) {
         if (named == name) press.key = key;
     }
-    // Letters and digits have the numbers of their capital characters.
+    // Letters and digits have the numbers of their upper-case characters.
     constexpr std::string_view characters = "0123456789abcdefghijklmnopqrstuvwxyz";
     const std::size_t place = name.size() == 1 ? characters.find(name) : std::string_view::npos;
     if (place != std::string_view::npos) press.key = static_cast<int>(place) + (place < 10 ? 48 : 65 - 10);

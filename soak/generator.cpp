@@ -9,8 +9,8 @@ namespace {
 
 using Names = std::string_view;
 
-// What is entered: words that some list knows, numbers with and without meaning, dates, and things that are too long,
-// too large or foreign. Nothing here names a folder or a drive.
+// Texts to enter: words that some list contains, valid and invalid numbers, dates, and texts that are too long, too
+// large or foreign. None of them names a folder or a drive.
 constexpr std::array<Names, 56> entries{
     "Desk lamp",
     "Binder A4",
@@ -97,7 +97,7 @@ constexpr std::array<Names, 12> menuKeys{
     "Down", "Down", "Down", "Up", "Right", "Left", "Return", "Return", "Escape", "Home", "End", "n",
 };
 
-// Whether the active window wants an answer.
+// Whether the active window expects an answer.
 bool Asks(const Scene& scene) { return !scene.main && !scene.run; }
 
 Action Press(Names name) { return {.deed = Deed::key, .text = std::string(name)}; }
@@ -111,7 +111,7 @@ int Generator::Below(int limit) {
 
 Action Generator::Next(const Scene& scene) {
     Action action = Choose(scene);
-    // The system's own file dialogs do not all survive a name that is longer than any path may be.
+    // Not all of the system's own file dialogs survive a name that is longer than any path may be.
     constexpr std::size_t longestAnswer = 12;
     if (action.deed == Deed::type && Asks(scene) && action.text.size() > longestAnswer)
         action.text.resize(longestAnswer);
@@ -124,9 +124,9 @@ Action Generator::Choose(const Scene& scene) {
     for (const Part& part : scene.parts) {
         if (part.kind == Kind::popup && Chance(75)) return AtMenu(scene);
     }
-    // Whatever wants an answer gets one in the end, however little comes of the usual ways.
+    // A window that expects an answer gets one in the end, even if the usual answers have no effect.
     if (Asks(scene) && (Chance(30) || (scene.answers > 40 && Chance(80)))) return Answer(scene);
-    // The designer has been waiting for long enough.
+    // The form has been running in the designer for long enough.
     if (scene.run && scene.answers > 80 && Chance(10)) return Press("alt+F4");
     if (planned_.empty() && Chance(15)) Plan(scene);
     if (!planned_.empty()) {
@@ -160,19 +160,19 @@ void Generator::Plan(const Scene& scene) {
     switch (way) {
         case 0:
         case 1: {
-            // Cell after cell.
+            // Enters cell after cell.
             const Names next = Chance(50) ? "Tab" : "Return";
             for (int i = Below(4); i >= 0; --i) enter(next);
             break;
         }
         case 2:
-            // Rows come and go, and come back.
+            // Inserts and deletes rows, and undoes it.
             press(OneOf(changeKeys), 1 + Below(3));
             press("ctrl+z", 1 + Below(4));
             press("ctrl+y", Below(4));
             break;
         case 3:
-            // A block is marked, copied and put elsewhere.
+            // Selects a block, copies it and pastes it elsewhere.
             press(Chance(50) ? "shift+Down" : "shift+Right", 1 + Below(3));
             press(Chance(70) ? "ctrl+c" : "ctrl+x");
             press(OneOf(wayKeys), 1 + Below(2));
@@ -185,7 +185,7 @@ void Generator::Plan(const Scene& scene) {
             press("ctrl+z", Below(3));
             break;
         case 5:
-            // A property of what is selected.
+            // Changes a property of the selection.
             press("Escape", Below(3));
             press("F4");
             press(OneOf(wayKeys), Below(6));
@@ -194,7 +194,7 @@ void Generator::Plan(const Scene& scene) {
             press("ctrl+y", Below(3));
             break;
         case 6: {
-            // A new control.
+            // Places a new control.
             planned_.push_back(At(Deed::click, PlaceIn(find(Kind::palette))));
             const Point from = PlaceIn(canvas);
             planned_.push_back({.deed = Deed::drag, .at = from, .to = {from.x + Below(200), from.y + Below(120)}});
@@ -209,11 +209,11 @@ void Generator::Plan(const Scene& scene) {
             press("ctrl+y", Below(3));
             break;
         case 8:
-            // What is designed is run, and then used like any other form.
+            // Runs the designed form, which is then used like any other.
             press("F5");
             break;
         default:
-            // A click on a row of the property list, and another value for it.
+            // Clicks on a row of the property list and enters another value.
             planned_.push_back(At(Deed::click, PlaceIn(find(Kind::list))));
             if (Chance(40)) planned_.push_back(At(Deed::doubleClick, PlaceIn(find(Kind::list))));
             enter("Return");
@@ -262,7 +262,7 @@ Action Generator::Keys(const Scene& scene) {
     return Press("alt+F4");
 }
 
-// Edges are where headers, borders and scroll bars are.
+// Prefers the edges, where headers, borders and scroll bars are.
 Point Generator::PlaceIn(const Part& part) {
     const Rect& area = part.area;
     const auto along = [&](int from, int to) {

@@ -1,4 +1,4 @@
-// Chooses what a person might do next: at random, with a weight for what the window in question understands.
+// Chooses a user's next action at random, weighted by what the target window understands.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace qvx::soak {
 
 class Generator {
   public:
-    // The same seed and the same scenes give the same actions, on every machine.
+    // The same seed and the same scenes give the same actions on every machine.
     explicit Generator(std::uint64_t seed) : random_(seed) {}
 
     Action Next(const Scene& scene);
@@ -32,7 +32,7 @@ class Generator {
     Action Keys(const Scene& scene);
     Action Mouse(const Scene& scene);
     Action Window(const Scene& scene);
-    // Begins something that takes several steps, as people do it.
+    // Starts an activity that takes several steps, as users perform it.
     void Plan(const Scene& scene);
     std::string Entry();
     Point PlaceIn(const Part& part);

@@ -4,7 +4,7 @@ namespace qvx::soak {
 
 namespace {
 
-// What a session may keep: what is made at first use, and what shows just then.
+// The growth that a session is allowed: objects created at first use, and those visible at the moment.
 constexpr long kept = 120;
 
 constexpr struct {
@@ -34,7 +34,7 @@ std::optional<Grown> Growth(const std::vector<Counts>& counts) {
 }
 
 std::optional<Grown> GrowthByTurns(const std::vector<Counts>& counts, bool mayShowMore) {
-    // The first turns make what is made once.
+    // The first turns create the objects that are created once.
     constexpr std::size_t firstTurns = 3;
     if (counts.size() < firstTurns + 4) return std::nullopt;
     const Counts& before = counts[firstTurns - 1];

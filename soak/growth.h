@@ -1,4 +1,4 @@
-// Whether a program keeps what it should have given back.
+// Detects whether a program keeps resources that it should have released.
 #pragma once
 
 #include <optional>
@@ -7,7 +7,7 @@
 
 namespace qvx::soak {
 
-// Taken while the program waits for input.
+// The counts are taken while the program waits for input.
 struct Counts {
     long windows = 0;
     long graphics = 0;  // pens, brushes, fonts, bitmaps, regions, device contexts
@@ -15,18 +15,18 @@ struct Counts {
 };
 
 struct Grown {
-    std::string what;  // and by how much
+    std::string what;  // the kind of resource, and the growth
     std::size_t from = 0;
     std::size_t to = 0;
 };
 
-// Looks for two moments of one session of which the later has far more, though it shows no more windows; the two of
-// them that are nearest to each other.
+// Looks for two moments of one session of which the later has far more resources, though it shows no more windows;
+// returns the two of them that are nearest to each other.
 std::optional<Grown> Growth(const std::vector<Counts>& counts);
 
-// For a list that is gone through again and again: nothing may be left behind by every turn. `counts` holds what there
-// was behind each turn. Where every turn may add something to see, as in a designer, more windows excuse more of
-// everything.
+// For a list that is played repeatedly: it must not leave something behind with every turn. `counts` contains the
+// counts after each turn. Where every turn may add something visible, as in a designer (`mayShowMore`), more windows
+// excuse more of everything.
 std::optional<Grown> GrowthByTurns(const std::vector<Counts>& counts, bool mayShowMore);
 
 }  // namespace qvx::soak

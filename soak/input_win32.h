@@ -1,4 +1,4 @@
-// Keys and mouse as the system gets them from a person's.
+// Keyboard and mouse input, in the form in which the system gets a user's.
 #pragma once
 
 #include <windows.h>
@@ -9,21 +9,21 @@
 
 namespace qvx::soak {
 
-// Whoever is in front gets what is sent.
+// The foreground window receives the input.
 class Input {
   public:
     // A key by its name, as KeyOf takes it.
     void Press(const std::string& name);
-    // UTF-8, by the keys that the characters are on, where there are such.
+    // Types UTF-8 text with the keys of its characters, if there are such keys.
     void Type(const std::string& text);
-    // The pointer, in pixels of the screen; held within it.
+    // Moves the pointer to a position in pixels of the screen; the position is limited to the screen.
     void MoveTo(Point place);
-    // MOUSEEVENTF_LEFTDOWN and its like, where the pointer is.
+    // Sends MOUSEEVENTF_LEFTDOWN and similar events at the pointer's position.
     void Button(DWORD flags);
-    // Away from the person when positive.
+    // Positive values turn the wheel away from the user.
     void Wheel(int notches);
 
-    // Events sent so far.
+    // The number of events sent so far.
     long Sent() const { return sent_; }
 
   private:

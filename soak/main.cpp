@@ -1,11 +1,11 @@
-// soak.exe: uses the forms host at random until something goes wrong, and writes down shortly how. Or goes through such
-// lists again.
+// soak.exe: uses the forms host at random until something goes wrong, and writes a short list of actions that shows it;
+// or plays such lists again.
 //
-//   soak.exe run SECONDS SEED SHORTEN RESULTS SUBJECT...   SHORTEN: seconds that may be spent on shortening one find
+//   soak.exe run SECONDS SEED SHORTEN RESULTS SUBJECT...   SHORTEN: seconds that may be spent on shortening one list
 //   soak.exe replay FILE...
 //
-// It stands in a folder with qvxhost.exe and SoakWatch.dll; beside that folder, "pristine" holds the samples, and the
-// folders of the sessions are made. Ends with 0 when nothing went wrong.
+// It is in a folder with qvxhost.exe and SoakWatch.dll; beside that folder, "pristine" contains the samples, and the
+// folders of the sessions are created there. The exit code is 0 when nothing went wrong.
 #include <windows.h>
 
 #include <algorithm>
@@ -31,14 +31,14 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t countEvery = 25;  // actions
 constexpr std::size_t longestSession = 600;
-constexpr ULONGLONG shortestTurn = 6'000;  // milliseconds that every subject gets in its turn
+constexpr ULONGLONG shortestTurn = 6'000;  // milliseconds that every subject gets per turn
 constexpr ULONGLONG longestTurn = 60'000;
 constexpr int turnsForGrowth = 8;
 constexpr const char* growthKind = "growth";
 constexpr const char* startKind = "start";
-constexpr std::size_t findsToShorten = 12;  // of one run; others are only told
+constexpr std::size_t findsToShorten = 12;  // per run; others are only reported
 
-// Every line is out before the next thing can go wrong.
+// Every line is flushed before the next failure can happen.
 void Say(const std::string& line) {
     std::printf("%s\n", line.c_str());
     std::fflush(stdout);
@@ -78,8 +78,8 @@ class Soak {
         return std::nullopt;
     }
 
-    // One session until the form is closed, something goes wrong, or it has lasted long enough. What was done is left
-    // in `replay`.
+    // Plays one session until the form is closed, something goes wrong, or it has lasted long enough. `replay` receives
+    // the actions.
     std::optional<Failure> Explore(Replay& replay, std::uint64_t seed, const std::function<bool()>& inTime) {
         Generator generator(seed);
         Session session(watch_, places_, replay.subject);
@@ -133,20 +133,21 @@ std::function<bool()> Until(ULONGLONG time) {
     return [time] { return GetTickCount64() < time; };
 }
 
-// What a run has found so far: it is told, written down, and made short within `shorten` milliseconds each.
+// The failures that a run has found so far: each is reported, written down, and shortened within `shorten`
+// milliseconds.
 class Finds {
   public:
     Finds(Soak& soak, fs::path folder, ULONGLONG shorten)
         : soak_(soak), folder_(std::move(folder)), shorten_(shorten) {}
 
     void Add(Replay replay, Failure failure) {
-        // The system's own dialogs make a lot once; a fault is what comes again with every turn.
+        // The system's own dialogs allocate much at first use; only growth that repeats with every turn is a fault.
         if (failure.kind == growthKind) {
             const auto again = soak_.Play(replay);
             if (!again) return;
             failure = *again;
         }
-        // The same again is counted only.
+        // The same failure again is only counted.
         const std::string kind = replay.subject + ": " + failure.kind;
         if (++times_[kind] > 1) return;
         Say("FAILED " + kind + " after " + std::to_string(replay.actions.size()) + " actions\n" + failure.report);

@@ -1,4 +1,4 @@
-// Programs as they are seen from outside.
+// Programs as other programs see them.
 #pragma once
 
 #include <windows.h>
@@ -12,7 +12,7 @@ namespace qvx::soak {
 
 using Kernel = UniqueHandle<HANDLE, release::Kernel>;
 
-// Classes of the host's main windows.
+// The window class of the host's main windows.
 constexpr std::string_view formClass = "QvxHostForm";
 constexpr std::string_view designerClass = "QvxDesigner";
 
@@ -22,15 +22,16 @@ struct Program {
     Kernel process{};
     DWORD id = 0;
     DWORD thread = 0;       // the one with the windows
-    HWND window = nullptr;  // the main one
+    HWND window = nullptr;  // the main window
 };
 
 enum class Wanted { main, any };
 
-// Waits until the program shows a window: null when it ends before that, or takes longer than it may on a busy machine.
+// Waits until the program shows a window; returns null when the program ends before that, or takes longer than it may
+// on a busy machine.
 HWND WaitForWindow(const Program& program, Wanted wanted);
 
-// The number of a process that the one with the number `parent` has started from a file of that name; 0 when there is
+// Returns the identifier of a process that the process `parent` has started from a file of that name; 0 when there is
 // none.
 DWORD FindChild(DWORD parent, const wchar_t* name);
 

@@ -1,4 +1,4 @@
-// What somebody sees who looks at the screen before doing the next thing.
+// What a user sees on the screen before the next action.
 #pragma once
 
 #include <string_view>
@@ -8,20 +8,20 @@
 
 namespace qvx::soak {
 
-// What a window understands.
+// The kind of input that a window understands.
 enum class Kind {
-    form,     // the window of a form or of the designer, and everything without a meaning of its own
+    form,     // the window of a form or of the designer, and every window without a kind of its own
     grid,     // cells with headers, borders and scroll bars
     edit,     // takes text
     list,     // rows to choose from: lists, combo boxes, trees, the designer's property list
     button,   // pressed
-    canvas,   // the designer's: things are drawn, moved and sized on it
-    palette,  // its toolbox
-    popup,    // a menu that is open
-    dialog,   // a window that wants an answer
+    canvas,   // the designer's: controls are drawn, moved and sized on it
+    palette,  // the designer's toolbox
+    popup,    // an open menu
+    dialog,   // a window that expects an answer
 };
 
-// By the name of the window's class.
+// Returns the kind by the name of the window's class.
 Kind KindOf(std::string_view className);
 
 struct Part {
@@ -31,13 +31,13 @@ struct Part {
 
 struct Scene {
     bool away = false;       // another program is active, or none
-    bool minimized = false;  // the form is
-    bool main = true;        // the active window is the form's own and nothing lies above it
-    bool run = false;        // it is that of a form which the designer runs, and likewise
-    int answers = 0;         // how many actions some other window has been the active one for
+    bool minimized = false;  // whether the form is minimized
+    bool main = true;        // the active window is the form's own and nothing is above it
+    bool run = false;        // the same for a form that the designer runs
+    int answers = 0;         // for how many actions another window has been the active one
     Kind focus = Kind::form;
     Size size{};              // of the active window
-    std::vector<Part> parts;  // the windows in it and its open menus, all visible
+    std::vector<Part> parts;  // the windows in the active one and its open menus, all visible
 };
 
 }  // namespace qvx::soak

@@ -17,14 +17,14 @@ namespace fs = std::filesystem;
 
 constexpr wchar_t hostName[] = L"qvxhost.exe";
 constexpr DWORD hangTime = 20'000;  // milliseconds without an answer
-constexpr DWORD moment = 200;       // for whoever need not answer now
+constexpr DWORD moment = 200;       // for threads that need not answer now
 
 std::string FileText(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-// The window that another program would show.
+// The window that represents another program.
 HWND otherProgram = nullptr;
 
 DWORD WINAPI ShowOtherProgram(void* ready) {
@@ -166,7 +166,8 @@ bool Session::FollowRun() {
         run_.process.Reset(OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION | PROCESS_TERMINATE, FALSE, run_.id));
         if (!run_.process) return false;
     }
-    // A form that cannot be loaded shows a message first, and one that has closed is not gone before its program is.
+    // A form that cannot be loaded shows a message first, and a form that has closed is not gone before its process has
+    // ended.
     run_.window = WaitForWindow(run_, Wanted::any);
     LookForEnd();
     if (run_.process && !run_.window) Fail("hang", "the form that the designer runs neither shows nor ends");
@@ -223,7 +224,7 @@ void Session::Do(const Action& action) {
     };
     switch (action.deed) {
         case Deed::key:
-            // The desktop takes the keys that nobody else does, and Alt+F4 there shuts the whole environment down.
+            // The desktop receives keys that no window gets, and Alt+F4 there shuts the whole environment down.
             if (active) input_.Press(action.text);
             break;
         case Deed::type:
@@ -279,7 +280,7 @@ void Session::Do(const Action& action) {
             SetForegroundWindow(OtherProgram());
             break;
         case Deed::back: {
-            // A message box that is open takes the place of the window that it belongs to.
+            // An open message box replaces the window that it belongs to.
             const HWND last = GetLastActivePopup(host_.window);
             SetForegroundWindow(last ? last : host_.window);
             break;
@@ -292,7 +293,7 @@ void Session::Do(const Action& action) {
 void Session::Settle(Wait wait, bool count) {
     if (!Runs()) return;
     DWORD thread = host_.thread;
-    // Whoever is active takes the input; what is counted is the host's.
+    // The active thread receives the input; the counts are those of the host.
     if (const HWND active = count ? nullptr : Active()) {
         const DWORD other = GetWindowThreadProcessId(active, nullptr);
         if (other && (hooked_.contains(other) || watch_.Hook(other))) {
@@ -304,7 +305,7 @@ void Session::Settle(Wait wait, bool count) {
     ResetEvent(watch_.idle.Get());
     if (PostThreadMessageW(thread, watch_.ask, static_cast<WPARAM>(request_), count ? 1 : 0)) {
         const HANDLE ends[] = {host_.process.Get(), watch_.idle.Get()};
-        // Counted in what has been waited for: a machine that stands still meanwhile is no hang.
+        // The time is counted in completed waits: if the machine stands still meanwhile, that is no hang.
         constexpr DWORD slice = 250;
         DWORD left = wait == Wait::forAnswer ? hangTime : moment;
         for (;;) {
@@ -317,7 +318,7 @@ void Session::Settle(Wait wait, bool count) {
                 Fail("hang", "no answer for " + std::to_string(hangTime / 1000) + " s");
                 break;
             }
-            // A form that the designer has started may have gone in the meantime.
+            // A form that the designer has started may have ended in the meantime.
             if (thread != host_.thread && !PostThreadMessageW(thread, WM_NULL, 0, 0)) break;
         }
     }
@@ -335,7 +336,7 @@ void Session::LookForEnd() {
     const std::string said = FileText(places_.output);
     ended_ = HasEnded(host_);
     if (HasEnded(run_)) run_ = {};
-    // Of the designer's user, it is not always the program's fault.
+    // In the designer, errors caused by the user's actions are not always the program's fault.
     if (!failure_ && !design_ && !said.empty()) Fail("error " + said.substr(0, said.find('\n')), said);
 }
 
@@ -343,7 +344,7 @@ bool Session::HasEnded(const Program& program) {
     DWORD code = 0;
     if (!program.process || WaitForSingleObject(program.process.Get(), 0) != WAIT_OBJECT_0) return false;
     GetExitCodeProcess(program.process.Get(), &code);
-    // What a script or a form that cannot be written ends with is smaller than what a crash does.
+    // The exit code after a script error or a form that cannot be written is smaller than after a crash.
     if (failure_ || code <= 255) return true;
     std::ostringstream number;
     number << std::hex << code;

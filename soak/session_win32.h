@@ -1,4 +1,4 @@
-// One run of the forms host under somebody's hands.
+// One run of the forms host under random input.
 #pragma once
 
 #include <windows.h>
@@ -19,12 +19,12 @@
 
 namespace qvx::soak {
 
-// What the watching part in the program under test shares with this one, and its hook.
+// The memory that the watching part in the program under test shares with this program, and its hook.
 class Watch {
   public:
-    // `library` is the file of that part.
+    // `library` is the file of the watching part.
     explicit Watch(const std::filesystem::path& library);
-    // For a thread that has a queue; for its life.
+    // Hooks a thread that has a message queue, for the rest of the thread's life.
     bool Hook(DWORD thread) const;
 
     Shared* shared = nullptr;
@@ -36,17 +36,17 @@ class Watch {
     HMODULE library_ = nullptr;
 };
 
-// Where things are. All in folders of the run's own.
+// The folders of a run; all of them are its own.
 struct Places {
     std::filesystem::path programs;  // qvxhost.exe
-    std::filesystem::path pristine;  // the samples as they are, with their databases
-    std::filesystem::path work;      // made from that anew for every session
-    std::filesystem::path output;    // what the host writes to its error output
+    std::filesystem::path pristine;  // the unchanged samples with their databases
+    std::filesystem::path work;      // copied from there anew for every session
+    std::filesystem::path output;    // the file for the host's error output
 };
 
 struct Failure {
-    std::string kind;    // the same for the same fault, as far as can be seen from outside
-    std::string report;  // all that is known
+    std::string kind;    // equal for equal faults, as far as can be seen from outside
+    std::string report;  // everything that is known
 };
 
 class Session {
@@ -55,36 +55,36 @@ class Session {
     Session(Watch& watch, const Places& places, const std::string& subject);
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
-    // Ends everything that the session has started.
+    // Ends all processes that the session has started.
     ~Session();
 
-    // What is on the screen.
+    // Returns what is on the screen.
     Scene Look();
-    // Does it, and waits until the program has nothing left to do.
+    // Performs the action, and waits until the program has nothing left to do.
     void Do(const Action& action);
-    // Counts what the program holds. Nothing when it cannot be asked.
+    // Counts the program's resources. Returns nullopt when the program does not answer.
     std::optional<Counts> Count();
-    // Whether the library has reported an error of its own, which a form's script may have written to its log.
+    // Checks whether the library has reported an error of its own, which a form's script may have written to its log.
     void LookIntoLog();
-    // False when the form has been closed, as well as when something went wrong.
+    // Returns false when the form has been closed, and when something went wrong.
     bool Runs() const;
     const std::optional<Failure>& Failed() const { return failure_; }
-    // Events that were sent to the program.
+    // The number of events that were sent to the program.
     long Inputs() const { return input_.Sent(); }
 
   private:
     void Start(const std::string& subject);
     void End();
-    // The designer runs a form in a program of its own: waits until one that it has started shows, or is gone where its
-    // window has. True when there is a new window.
+    // The designer runs a form in a process of its own: waits until a process that it has started shows its window, or
+    // the process of the present window has ended. Returns true when there is a new window.
     bool FollowRun();
     HWND Active() const;
     bool IsRun(HWND window) const;
-    // While a button is held down, the system's own loops may look at nothing but the mouse.
+    // While a button is held down, the system's own loops may process nothing but the mouse.
     enum class Wait { forAnswer, aMoment };
     void Settle(Wait wait = Wait::forAnswer, bool count = false);
     void LookForEnd();
-    // A crash is a failure.
+    // Records a crash as a failure.
     bool HasEnded(const Program& program);
     void Fail(std::string kind, const std::string& report);
     std::string FaultText() const;
@@ -94,7 +94,7 @@ class Session {
     bool design_ = false;
     Kernel job_;
     Program host_;
-    Program run_;  // the form that the designer has started last, while it runs
+    Program run_;  // the form that the designer started last, while it runs
     Input input_;
     int answers_ = 0;
     LONG request_ = 0;

@@ -1,4 +1,4 @@
-// Makes a list of actions that goes wrong as short as it can be.
+// Shortens a failing list of actions as far as possible.
 #pragma once
 
 #include <functional>
@@ -8,11 +8,11 @@
 
 namespace qvx::soak {
 
-// Whether a list goes wrong in the way that is looked into.
+// Whether a list fails in the way under investigation.
 using GoesWrong = std::function<bool(const std::vector<Action>&)>;
 
-// `actions` goes wrong. First the shortest tail that still does is looked for, since what matters is mostly what came
-// last; then ever smaller pieces are left out. `inTime` ends it with what it has by then.
+// `actions` must fail. The shortest tail that still fails is found first, since the last actions matter most; then ever
+// smaller pieces are removed. When `inTime` returns false, the result so far is returned.
 std::vector<Action> Shortened(std::vector<Action> actions, const GoesWrong& goesWrong,
                               const std::function<bool()>& inTime);
 

@@ -2,11 +2,11 @@
 """What the tests of the archivers need beyond the distribution's archive programs.
 
     archives.py pack ARCHIVE FILE...      packs with this language's own library
-    archives.py hostile ARCHIVE           names that lead elsewhere, with two between them that are good
-    archives.py flip FILE OFFSET          turns over one bit
+    archives.py hostile ARCHIVE           unsafe names, with two good ones among them
+    archives.py flip FILE OFFSET          inverts one bit
     archives.py pack-huge ARCHIVE FILE    stores a file that is mostly a hole as an entry that is mostly a hole
     archives.py check-huge ARCHIVE FILE   compares the archive's only entry with such a file
-    archives.py same FILE OTHER           compares two such files, holes not read
+    archives.py same FILE OTHER           compares two such files without reading their holes
 """
 import os
 import stat
@@ -94,12 +94,12 @@ def check_huge(archive, file):
 
 
 def extents(file, size):
-    """Where bytes other than zeros may be."""
+    """Yields the ranges in which bytes other than zeros may be."""
     end = 0
     while end < size:
         try:
             start = os.lseek(file, end, os.SEEK_DATA)
-        except OSError:  # nothing but a hole any more
+        except OSError:  # only a hole remains
             return
         end = os.lseek(file, start, os.SEEK_HOLE)
         for offset in range(start, end, PIECE):

@@ -1,4 +1,4 @@
-# The archivers beside the archive programs of the distribution: what one packs the other must unpack, byte for byte.
+# Compares the archivers with the distribution's archive programs: what one packs, the other must unpack byte for byte.
 # shellcheck shell=bash
 
 archives= # the folder in which they work, once it is made
@@ -17,14 +17,14 @@ expect() {
   }
 }
 
-# new_folder NAME: an empty one, whose path is left in `folder`.
+# new_folder NAME: creates an empty folder; its path is left in `folder`.
 new_folder() {
   folder=$archives/$1
   rm -rf "$folder"
   mkdir -p "$folder"
 }
 
-# Files of every kind that one folder can hold.
+# Files of every kind that one folder can contain.
 make_archive_files() {
   local from=$archives/files
   mkdir -p "$from"
@@ -40,7 +40,8 @@ make_archive_files() {
   chmod a-w "$from/protected.txt"
 }
 
-# same_times FOLDER SECONDS: what is in the folder has the times of what was packed, or differs by so much at most.
+# same_times FOLDER SECONDS: the times of the folder's files differ from those that were packed by at most so many
+# seconds.
 same_times() {
   local file here there
   for file in "$archives/files"/*; do
@@ -52,7 +53,8 @@ same_times() {
   done
 }
 
-# same_files FOLDER SECONDS: the folder holds what was packed, its times within so many seconds, and the protected file protected.
+# same_files FOLDER SECONDS: the folder contains what was packed, with times within so many seconds, and the protected
+# file is protected.
 same_files() {
   diff -r "$archives/files" "$1" && same_times "$1" "$2" || return 1
   [[ $(stat -c %A "$1/protected.txt") == ?r-?r-?r-* ]] || {
@@ -75,7 +77,7 @@ test_own_archive_in_others() {
   same_files "$folder" 0
 }
 
-# Everything that other programs write: what is stored, what has its sizes behind it, names in their several ways.
+# All forms that other programs write: stored data, data followed by its sizes, names in several encodings.
 test_other_archives() {
   local folder archive
   cd "$archives/files" || return 1
@@ -84,7 +86,7 @@ test_other_archives() {
   zip -q - -- * >"$archives/streamed.zip" || return 1
   zip -q -fz "$archives/wide.zip" -- * || return 1
   7z a -bso0 -bsp0 -tzip "$archives/7z.zip" -- * || return 1
-  # Nothing but the time as DOS has it.
+  # Only the DOS time.
   python3 "$root/tools/archives.py" pack "$archives/python.zip" * || return 1
   for archive in zip stored streamed wide 7z python; do
     new_folder "from $archive"
@@ -93,8 +95,8 @@ test_other_archives() {
   done
 }
 
-# More than four gigabytes, of which hardly any are on the disk. Other programs take a minute to pack such a file; one that stores it,
-# holes and all, takes seconds. A file system in memory reads holes much faster than one on a disk does.
+# More than four gigabytes, of which hardly any are on the disk. Other programs take a minute to pack such a file;
+# storing it, holes included, takes seconds. A file system in memory reads holes much faster than one on a disk does.
 test_huge_file() {
   local folder=$1 huge=$1/huge.db windows
   windows=$(windows_path "$folder")
@@ -112,7 +114,8 @@ test_huge_file() {
   pkunzip "$windows\\other.zip" "$windows\\other" && python3 tools/archives.py same "$folder/other/huge.db" "$huge"
 }
 
-# check_huge_file LAYER: where there is room, with twice the file's whole size on disks, should one not know of holes.
+# check_huge_file LAYER: runs where there is room; on a disk, for twice the file's whole size, in case holes are not
+# supported.
 check_huge_file() {
   local folder least=12000
   folder=$(mktemp -d /dev/shm/qvx-archives.XXXXXX 2>/dev/null) && least=100 || folder=$(mktemp -d "$archives/huge.XXXXXX")
@@ -126,7 +129,7 @@ check_huge_file() {
   rm -rf "$folder"
 }
 
-# A program that is killed in the middle leaves the old archive, and what it has left is gone after the next run.
+# A program that is killed in the middle leaves the old archive, and its unfinished file is removed by the next run.
 test_killed() {
   local folder i group
   new_folder killed
@@ -141,13 +144,13 @@ test_killed() {
   wait "$group" 2>/dev/null
   [[ -f $folder/a.qvx.~pkzip && $(<"$folder/a.qvx") == old ]] || return 1
   truncate -s 1000 "$folder/noise.bin"
-  # The system may notice a moment later that the killed program's files are free.
+  # The system may release the killed program's files a moment later.
   sleep 1
   pkzip "$(windows_path "$folder/a.qvx")" "$(windows_path "$folder/noise.bin")" || return 1
   [[ ! -e $folder/a.qvx.~pkzip ]] && unzip -tq "$folder/a.qvx"
 }
 
-# Quotes, blanks and backslashes as a program writes them into a command line, and a file that its writer still has open.
+# Quotes, blanks and backslashes as programs write them into command lines, and a file that its writer still has open.
 test_command_lines() {
   local folder
   new_folder lines
@@ -167,7 +170,7 @@ END
   [[ $(<"$folder/out folder/a b.db") == data && $(unzip -p "$folder/open.qvx") == data ]]
 }
 
-# A path beyond the length that the system's old calls take.
+# A path beyond the limit of the system's old calls.
 test_long_path() {
   local folder i
   new_folder long
@@ -198,15 +201,15 @@ test_exit_codes() {
   (cd "$folder" && zip -q -P secret locked.zip data && printf 'x%.0s' {1..300} >../outside && zip -q up.zip ../outside) || return 1
   expect 11 pkunzip "$to\\locked.zip" "$to\\out" || return 1
   expect 12 pkunzip "$to\\up.zip" "$to\\out" || return 1
-  # The first byte of what is stored without more than its name before it.
+  # The first byte of an entry that is stored with nothing but its name before it.
   zip -q -X -0 -j "$folder/flipped.zip" "$folder/data" && python3 tools/archives.py flip "$folder/flipped.zip" 34 || return 1
   expect 10 pkunzip "$to\\flipped.zip" "$to\\out" && [[ -z $(ls -A "$folder/out") ]]
 }
 
-# files_in FOLDER: all that is below it, but for the folders.
+# files_in FOLDER: all files below it, without the folders.
 files_in() { (cd "$1" && find . ! -type d -printf '%P\n' | LC_ALL=C sort); }
 
-# Whatever an archive calls its entries, nothing is written elsewhere, and what has a good name is unpacked all the same.
+# Whatever names an archive contains, nothing is written elsewhere, and entries with good names are still unpacked.
 test_hostile_names() {
   local folder to outside
   new_folder hostile
@@ -221,14 +224,14 @@ test_hostile_names() {
   [[ $(<"$folder/out/good/first.txt") == first && $(ls -A / "$prefix/drive_c" .) == "$outside" ]]
 }
 
-# short_path FILE: as Windows programs see it, with the last name in its short form, which is left in `short`.
+# short_path FILE: the Windows path with the last name in its short form, which is left in `short`.
 short_path() {
   short=$(run_windows 60 cmd /c dir /x "$(windows_path "$1")" | tr -d '\r' | sed -n "s/.* \([^ ]*~[^ ]*\)  *${1##*/}\$/\1/p")
   [[ -n $short ]] || return 1
   short=$(windows_path "${1%/*}")\\$short
 }
 
-# Hosts hand over short names; nothing is called by them afterwards.
+# Hosts pass short names; no file gets one as its name afterwards.
 test_short_names() {
   local folder to short
   new_folder short
@@ -236,7 +239,7 @@ test_short_names() {
   printf new >"$folder/Customers of today.db"
   short_path "$folder/Customers of today.db" && pkzip "$to\\a.qvx" "$short" || return 1
   [[ $(unzip -Z1 "$folder/a.qvx") == 'Customers of today.db' ]] || return 1
-  # An archive that knows the file by its short name, as old programs made them.
+  # An archive that contains the short name of the file, as old programs created them.
   mkdir "$folder/old"
   printf old >"$folder/old/${short##*\\}"
   (cd "$folder/old" && zip -q ../old.zip -- *) && pkunzip "$to\\old.zip" "$to" || return 1
@@ -247,7 +250,7 @@ test_short_names() {
   [[ $(files_in "$folder") == *'The archive of today.qvx'* ]] && unzip -tq "$folder/The archive of today.qvx"
 }
 
-# Parts beside each other are what other programs take for a split archive.
+# Other programs accept parts beside each other as a split archive.
 test_split() {
   local folder
   new_folder split
@@ -257,10 +260,11 @@ test_split() {
   pkunzip "$(windows_path "$folder/a.zip")" "$(windows_path "$folder/own")" && same_files "$folder/own" 0
 }
 
-# insert DISK: into the drive A: of this run.
+# insert DISK: inserts it into drive A: of this run.
 insert() { ln -sfn "$archives/disks/$1" "$prefix/dosdevices/a:"; }
 
-# with_disks NUMBER... -- SECONDS PROGRAM ARGUMENT...: each disk goes in when the program asks for one; then there is nobody.
+# with_disks NUMBER... -- SECONDS PROGRAM ARGUMENT...: inserts each disk when the program asks for one; after that,
+# nobody answers.
 with_disks() {
   local disks=() disk asked=0 program
   while [[ $1 != -- ]]; do
@@ -294,12 +298,12 @@ test_removable_disks() {
   insert 1
   with_disks 2 -- 60 "$root/build/x64/PkZip.exe" '-&' 'A:\b.qvx' "$(windows_path "$folder/noise.bin")" || return 1
   [[ -f $archives/disks/1/b.qvx && -f $archives/disks/2/b.qvx && $(find "$archives/disks" -type f | wc -l) == 2 ]] || return 1
-  # The last one is in the drive; without anybody there it ends, and with somebody it asks for the first and the second.
+  # The last disk is in the drive; without a user the program ends, with one it asks for the first and the second disk.
   expect 14 pkunzip 'A:\b.qvx' "$(windows_path "$folder/out")" || return 1
   [[ -z $(ls -A "$folder/out") ]] || return 1
   with_disks 1 2 -- 60 "$root/build/x64/PkunZip.exe" 'A:\b.qvx' "$(windows_path "$folder/out")" || return 1
   cmp "$folder/out/noise.bin" "$folder/noise.bin" || return 1
-  # An old archive that fills the disk stays, and must be deleted before there is room for another.
+  # An old archive that fills the disk is kept, and has to be deleted before there is room for another one.
   insert 1
   head -c 990000 /dev/zero >"$archives/disks/1/b.qvx"
   expect 5 pkzip '-&' 'A:\b.qvx' "$(windows_path "$folder/noise.bin")" || return 1
@@ -310,7 +314,7 @@ test_removable_disks() {
     [[ -z $(ls -A "$archives/disks/1") ]]
 }
 
-# Two small file systems stand for two disks, where this account may mount them. Drives are looked up when Windows starts.
+# Two small file systems act as two disks, if this account may mount them. Drives are looked up when Windows starts.
 prepare_disks() {
   local disk
   for disk in 1 2; do
@@ -324,7 +328,7 @@ prepare_disks() {
   keep_wine "$prefix"
 }
 
-# make_room: an empty folder with the files to pack.
+# make_room: creates an empty folder with the files to pack.
 make_room() {
   archives=$root/build/test/archives-$wine_arch
   rm -rf "$archives"
@@ -332,7 +336,7 @@ make_room() {
 }
 
 test_archives() {
-  # Other programs take names for what the locale says they are.
+  # Other programs decode names as the locale says.
   local name LC_ALL=C.UTF-8
   export LC_ALL
   need "${packages_archives[@]}"
@@ -351,7 +355,7 @@ test_archives() {
   fi
 }
 
-# The 32-bit archivers, in the environment of the other 32-bit tests: what depends on how wide a number is.
+# The 32-bit archivers, in the environment of the other 32-bit tests: everything that depends on the width of numbers.
 test_archives_x86() {
   local name LC_ALL=C.UTF-8
   export LC_ALL

@@ -1,5 +1,5 @@
-# Measuring the grid beside the tables of widely used toolkits, natively, and beside the system's list view in a Windows process; and the
-# archivers beside the distribution's.
+# Compares the grid with the tables of widely used toolkits, natively, and with the system's list view in a Windows
+# process; and the archivers with the distribution's.
 # shellcheck shell=bash
 
 qvx_bench() {

@@ -1,9 +1,9 @@
 # Configuring and building one architecture or all of them.
 # shellcheck shell=bash
 
-# The compiler's cache then serves a clone in another folder too, such as CI's.
+# With these, the compiler's cache also serves a clone in another folder, such as CI's.
 export CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=true
-# It is to keep what stands on precompiled headers too.
+# The cache also has to store what depends on precompiled headers.
 export CCACHE_SLOPPINESS=pch_defines,time_macros
 
 need_for_build() {
@@ -15,7 +15,7 @@ need_for_build() {
   esac
 }
 
-# build PRESET [ARGUMENT...]: everything of that preset; arguments are those of `cmake --build`.
+# build PRESET [ARGUMENT...]: builds everything of that preset; arguments are those of `cmake --build`.
 build() {
   local preset=$1 seconds=$SECONDS
   shift

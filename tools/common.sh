@@ -1,4 +1,4 @@
-# Messages, logs, and what must be tidied up when the script ends. Sourced by ./qvx; `root` is the source tree.
+# Messages, logs, and cleaning up when the script ends. Sourced by ./qvx; `root` is the source tree.
 # shellcheck shell=bash
 
 logs=$root/build/logs
@@ -35,7 +35,7 @@ watch_exit
 
 at_exit() { cleanups+=("$1"); }
 
-# Ends a process group that start_group made, and waits for it.
+# Ends a process group that start_group has started, and waits for it.
 end_group() {
   kill -TERM -- "-$1" 2>/dev/null || return 0
   local i
@@ -46,8 +46,8 @@ end_group() {
   kill -KILL -- "-$1" 2>/dev/null || true
 }
 
-# start_group COMMAND...: starts it in the background in a process group of its own, so that all of it can be ended; the group's
-# number is left in `group`.
+# start_group COMMAND...: starts the command in the background in a process group of its own, so that all of it can be
+# ended; the group's number is left in `group`.
 start_group() {
   set -m
   "$@" </dev/null &
@@ -56,7 +56,7 @@ start_group() {
   at_exit "end_group $group"
 }
 
-# The end of a log; of a build's, rather what went wrong in it.
+# The end of a log; of a build's log, the errors instead.
 show_log() {
   if grep -q '^FAILED: ' "$1"; then
     grep -E 'error:|undefined reference|multiple definition|^FAILED: ' "$1" | head -n 30
@@ -65,8 +65,8 @@ show_log() {
   fi
 }
 
-# with_log LOG COMMAND...: runs the command with its output in build/logs/LOG.log and shows the end of that when it fails. The command
-# is waited for in the background, since a trap only runs at once while the shell waits.
+# with_log LOG COMMAND...: runs the command with its output in build/logs/LOG.log, and shows the end of that when it
+# fails. The shell waits for the command in the background, since a trap only runs at once during a wait.
 with_log() {
   local log=$logs/$1.log status=0 group
   shift

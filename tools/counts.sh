@@ -1,4 +1,4 @@
-# Counting what passed. Every layer writes one line per program or check into a file; the closing line is their sum.
+# Counts what passed. Every layer writes one line per program or check into a file; the closing line is their sum.
 # shellcheck shell=bash
 
 results=$root/build/test/results
@@ -9,7 +9,7 @@ count() {
   printf '%s %s %s %s\n' "$2" "$3" "$4" "$5" >>"$results/$1"
 }
 
-# check LAYER NAME COMMAND...: one check that passes or fails as the command does.
+# check LAYER NAME COMMAND...: one check that passes or fails with the command.
 check() {
   local layer=$1 name=$2
   shift 2
@@ -24,8 +24,9 @@ check() {
 
 xml_attribute() { sed -n "/<testsuites /{s/.* $1=\"\([0-9]*\)\".*/\1/p;q}" "$2"; }
 
-# count_gtest LAYER NAME XML STATUS: adds up one GoogleTest program. It writes its report last of all, so a missing one means that it did
-# not live to the end; that, and a bad end after a good report (a leak, say), count as one failed test more.
+# count_gtest LAYER NAME XML STATUS: adds the results of one GoogleTest program. It writes its report last of all, so a
+# missing report means that it did not finish; that, and an error after a good report (a leak, for example), count as
+# one more failed test.
 count_gtest() {
   local layer=$1 name=$2 xml=$3 status=$4 tests failed skipped
   if [[ ! -s $xml ]] || ! tail -n 1 "$xml" | grep -q '</testsuites>'; then

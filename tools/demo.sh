@@ -1,15 +1,15 @@
-# Showing a sample form in the forms host, by hand or by a key script.
+# Shows a sample form in the forms host, interactively or with a key script.
 # shellcheck shell=bash
 
-# The caption a form file gives its form: the first one in it, since a form's own properties stand before its controls.
+# The caption in a form file: the first one in it, since a form's own properties come before its controls.
 form_caption() { tr -d '\r' <"$1" | sed -n 's/^[[:space:]]*Caption[[:space:]]*=[[:space:]]*"\(.*\)".*/\1/p' | head -n 1; }
 
-# register_server OCX: for this run's prefix only.
+# register_server OCX: registers it for this run's prefix only.
 register_server() {
   run_windows 60 regsvr32 /s "$(windows_path "$1")" >>"$logs/register.log" 2>&1
 }
 
-# make_database SQL FILE: anew, for a form that works on one.
+# make_database SQL FILE: creates the database anew, for a form that works on one.
 make_database() {
   rm -f "$2"
   with_log database sqlite3 -bail -init /dev/null "$2" ".read '$1'"
@@ -18,12 +18,13 @@ make_database() {
 # Whether a form makes backups.
 makes_backups() { grep -q 'Begin Qvx\.Backup ' "$1"; }
 
-# database_of FORM BASE: the file of the database that a form works on. One that makes backups has it on a drive of its own.
+# database_of FORM BASE: the database file of a form. A form that makes backups has it on a drive of its own.
 database_of() {
   if makes_backups "$1"; then echo "$2/data/Shop.db"; else echo "$2.db"; fi
 }
 
-# fill_drive FOLDER: the folders that a form which makes backups counts on: data, copies, temp, and zip with the archivers. They are empty at first.
+# fill_drive FOLDER: creates the folders that a form which makes backups expects: data, copies, temp, and zip with the
+# archivers. The others are empty at first.
 fill_drive() {
   local folder
   for folder in data copies temp zip; do
@@ -33,7 +34,7 @@ fill_drive() {
   cp "build/$wine_arch/PkZip.exe" "build/$wine_arch/PkunZip.exe" "$1/zip/"
 }
 
-# place_database NAME FORM BASE: makes the database of samples/NAME.frm anew, and this run's drive Q: where it needs one.
+# place_database NAME FORM BASE: creates the database of samples/NAME.frm anew, and this run's drive Q: if it needs one.
 place_database() {
   if makes_backups "$2"; then
     fill_drive "$3"
@@ -42,7 +43,7 @@ place_database() {
   make_database "samples/$1.sql" "$(database_of "$2" "$3")"
 }
 
-# Whether programs reach SQLite through ODBC here.
+# Whether programs can use SQLite through ODBC here.
 has_database_driver() { [[ -n $(command -v sqlite3) ]] && odbcinst -q -d 2>/dev/null | grep -qi sqlite3; }
 
 # start_host FORM LOG SAVE [DATABASE]: leaves its process group in `host_group`.
@@ -60,7 +61,7 @@ start_host() {
 
 host_is_running() { kill -0 -- "-$host_group" 2>/dev/null; }
 
-# close_host TITLE: as a person would, by Alt+F4.
+# close_host TITLE: closes the form as a user would, with Alt+F4.
 close_host() {
   local i
   host_is_running || return 0
@@ -75,8 +76,8 @@ close_host() {
   return 1
 }
 
-# attend_host TITLE KEYS SCREENSHOT LOG: what somebody would do with the host that has just been started: plays the key script, takes the
-# picture, closes the window. Fails with the first of these that fails, or with the host's own number.
+# attend_host TITLE KEYS SCREENSHOT LOG: operates the host that has just been started: plays the key script, takes the
+# picture, closes the window. Fails with the first of these that fails, or with the host's own exit code.
 attend_host() {
   local title=$1 keys=$2 screenshot=$3 log=$4 status=0
   if [[ -n $keys ]]; then
@@ -84,7 +85,7 @@ attend_host() {
   else
     keys_limit=30 keys_where=demo
     wait_window "$title" || status=1
-    # The picture is of a form that has drawn itself: two looks at it half a second apart are the same.
+    # The form must have drawn itself: two pictures taken half a second apart have to be the same.
     wait_for_still_window
   fi
   if [[ -n $screenshot ]]; then
@@ -97,8 +98,9 @@ attend_host() {
   return "$status"
 }
 
-# run_demo FORM KEYS SCREENSHOT LOG SAVE [DATABASE]: a prefix and a display must be there. Unattended when there is a key script or a
-# screenshot to take. Wine's own data objects open no database, so that a form that works on one gets ours.
+# run_demo FORM KEYS SCREENSHOT LOG SAVE [DATABASE]: needs a prefix and a display. The run is unattended with a key
+# script or a screenshot. Wine's own data objects cannot open a database, so a form that works on one gets the
+# project's.
 run_demo() {
   local form=$1 keys=$2 screenshot=$3 log=$4 save=$5 database=${6:-} title status=0
   title=$(form_caption "$form")
@@ -135,12 +137,13 @@ wait_for_still_window() {
   done
 }
 
-# from_caller FILE: a file name as the person who typed it meant it.
+# from_caller FILE: resolves a file name in the folder where the user typed it.
 from_caller() {
   if [[ -z $1 || $1 == /* ]]; then echo "$1"; else realpath -m "$caller/$1"; fi
 }
 
-# read_run_options ARGUMENT...: what demo and design are called with, into the caller's subject, keys, screenshot, log, save and virtual.
+# read_run_options ARGUMENT...: reads the options of demo and design into the caller's subject, keys, screenshot, log,
+# save and virtual.
 # shellcheck disable=SC2034
 read_run_options() {
   subject='' keys='' screenshot='' log='' save='' virtual=''
@@ -160,7 +163,7 @@ read_run_options() {
   [[ -z $keys || -f $keys ]] || die "There is no key script $keys."
 }
 
-# Whether nobody can see what runs, though it is not said how it shall run by itself.
+# Whether nobody can see the windows, although no option makes the run unattended.
 is_unseen() {
   [[ -z $keys && -z $screenshot ]] && { [[ -n $virtual ]] || ! display_is_reachable; }
 }

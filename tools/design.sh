@@ -1,11 +1,11 @@
-# Opening a form in the designer, by hand or by a key script.
+# Opens a form in the designer, interactively or with a key script.
 # shellcheck shell=bash
 
-# What the designer's caption begins with, also while there is a "*" behind it.
+# The beginning of the designer's caption, whether or not a "*" follows.
 designer_title() { basename "$1"; }
 
-# copy_form FORM FOLDER: the form with its script, the pictures beside it and those that it names into an empty folder, for whoever
-# changes it unattended. The copy's name is left in `copied_form`.
+# copy_form FORM FOLDER: copies the form with its script, the pictures beside it and those that it names into an empty
+# folder, for changing it unattended. The copy's name is left in `copied_form`.
 copy_form() {
   local form=$1 folder=$2 file suffix
   rm -rf "${folder:?}"
@@ -37,8 +37,8 @@ start_designer() {
   host_group=$group
 }
 
-# run_designer FORM KEYS SCREENSHOT LOG SAVE: a prefix and a display must be there. Unattended when there is a key script or a
-# screenshot to take.
+# run_designer FORM KEYS SCREENSHOT LOG SAVE: needs a prefix and a display. The run is unattended with a key script or a
+# screenshot.
 run_designer() {
   local form=$1 keys=$2 screenshot=$3 log=$4 save=$5 title status=0
   title=$(designer_title "${form:-Form1}")

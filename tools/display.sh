@@ -1,4 +1,4 @@
-# A display to show windows on: the current one, or a virtual one that lives as long as this script.
+# The display for windows: the current one, or a virtual one that lives as long as this script.
 # shellcheck shell=bash
 
 display_is_reachable() { [[ -n ${DISPLAY:-} ]] && timeout 5 xdpyinfo >/dev/null 2>&1; }
@@ -7,7 +7,7 @@ has_window_manager() {
   [[ $(timeout 5 xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null) == *"window id"* ]]
 }
 
-# Captions, borders and the way of the focus come from a window manager: without one nothing that is tested here means much.
+# A window manager provides captions, borders and focus changes: without one, these tests would mean little.
 start_window_manager() {
   local i log=$logs/openbox$DISPLAY.log
   mkdir -p "$logs"
@@ -24,8 +24,8 @@ start_virtual_display() {
   mkdir -p "$logs"
   log=$(mktemp "$logs/xvfb.XXXXXX.log")
   number_file=$(mktemp)
-  # The server looks for a free display itself and writes its number. It must not begin anew whenever its last client leaves: whoever
-  # comes at that moment, the window manager after a probe, is turned away.
+  # The server looks for a free display itself and writes its number. It must not reset when its last client leaves: a
+  # client that connects at that moment, such as the window manager after a probe, would be rejected.
   start_group Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$number_file" >"$log" 2>&1
   for ((i = 0; i < 100; i++)); do
     [[ -s $number_file ]] && break
@@ -37,7 +37,7 @@ start_virtual_display() {
   mv "$log" "$logs/xvfb$DISPLAY.log"
   export DISPLAY
   unset XAUTHORITY WAYLAND_DISPLAY
-  # On a busy machine it tells its number some time before it lets programs in.
+  # On a busy machine, the server writes its number some time before it accepts clients.
   for ((i = 0; i < 100; i++)); do
     display_is_reachable && break
     sleep 0.1
@@ -57,7 +57,7 @@ use_display() {
   fi
 }
 
-# take_picture FILE [WINDOW]: the screen, or the part of it where the window and its frame are (with whatever lies above it).
+# take_picture FILE [WINDOW]: the screen, or the part of it with the window and its frame (and anything above it).
 take_picture() {
   local file=$1 window=${2:-} crop=() x y width height left right top bottom
   if [[ -n $window ]]; then

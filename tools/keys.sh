@@ -1,5 +1,5 @@
-# Plays a key script: keystrokes and clicks sent to the display from outside the program, as a person's would arrive. The commands are
-# described in docs/demo-keys.md.
+# Plays a key script: keystrokes and clicks are sent to the display from outside the program, as a person's would
+# arrive. docs/demo-keys.md describes the commands.
 # shellcheck shell=bash
 
 keys_log=      # the log file that wait-log and no-log read
@@ -10,14 +10,14 @@ keys_where=    # script and line, for messages
 
 keys_fail() { warn "$keys_where: $*"; }
 
-# A title as the pattern that xdotool takes.
+# A title as a pattern for xdotool.
 window_pattern() { sed 's/[][\\.*^$+?(){}|]/\\&/g' <<<"$1"; }
 
 # find_window TITLE: the newest visible window with that text in its title. Window managers' own frames have no title.
 find_window() { xdotool search --onlyvisible --name "$(window_pattern "$1")" 2>/dev/null | tail -n 1; }
 
-# wait_focus WINDOW SECONDS: until keys go there. Asked of the display: what the window manager calls active may still be a window of the same
-# number that an earlier program had.
+# wait_focus WINDOW SECONDS: waits until the window receives keys. The display is asked, since the window that the
+# window manager considers active may be an earlier program's with the same number.
 wait_focus() {
   local deadline=$((SECONDS + $2))
   while ((SECONDS <= deadline)); do
@@ -27,7 +27,7 @@ wait_focus() {
   return 1
 }
 
-# focus_window WINDOW: puts it in front and waits until keys go there. One that is disabled never gets them.
+# focus_window WINDOW: brings it to the front and waits until it receives keys. A disabled window never does.
 focus_window() {
   local i
   for ((i = 0; i < 5; i++)); do
@@ -61,7 +61,7 @@ wait_window_gone() {
   return 1
 }
 
-# press_until_gone KEY TITLE: for a window that is busy, or behind another program's, for a time that nobody knows.
+# press_until_gone KEY TITLE: for a window that is busy, or behind another program's, for an unknown time.
 press_until_gone() {
   local deadline=$((SECONDS + keys_limit)) found
   while ((SECONDS <= deadline)); do
@@ -91,7 +91,7 @@ wait_other_window() {
   return 1
 }
 
-# The line number of the first log line with that text behind the ones already passed, or nothing.
+# The line number of the first log line with that text after the ones already passed, or nothing.
 find_in_log() {
   [[ -f $keys_log ]] || return 0
   tr -d '\r' <"$keys_log" | awk -v from="$keys_log_line" -v text="$1" 'NR > from && index($0, text) { print NR; exit }'
@@ -111,7 +111,8 @@ wait_log() {
   return 1
 }
 
-# wait_color X Y RRGGBB: what is seen at that point of the target window, be it the window's own or what lies above it.
+# wait_color X Y RRGGBB: waits for the visible colour at that point of the target window, in the window itself or in
+# anything above it.
 wait_color() {
   local deadline=$((SECONDS + keys_limit)) left top seen=
   [[ -n $keys_window ]] || {
@@ -128,7 +129,7 @@ wait_color() {
   return 1
 }
 
-# pointer ACTION X Y: moves to the point of the target window, then clicks button by button.
+# pointer ACTION X Y: moves to the point of the target window, then clicks the given buttons in turn.
 pointer() {
   [[ -n $keys_window ]] || {
     keys_fail "there is no target window yet; wait-window comes first."

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Compares every include with what CMakeLists.txt lets its component use, and CONTRIBUTING's table of folders with the same.
 
-A component may stand on components above it only, so that there can be no cycle; a portable source uses what stands after RULES,
-a window unit that and what stands after WINDOWS. With --write the last column of the table is written anew.
+A component may only use components above it, so that there can be no cycle. A portable source may use the components after
+RULES, a window unit those and the components after WINDOWS. --write updates the last column of the table.
 """
 
 import re
@@ -14,9 +14,9 @@ ROOT = Path(__file__).resolve().parent.parent
 TABLE = ROOT / "CONTRIBUTING.md"
 COMPONENT = re.compile(r"^qvx_component\((\w+) ([\w/]+)(?: RULES ([\w ]+?))?(?: WINDOWS ([\w ]+?))?\)$", re.M)
 INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)', re.M)
-# Headers of the language's standard library have no suffix; of those that have one, these are portable.
+# Headers of the standard library have no suffix; of those that have one, these are portable.
 PORTABLE_HEADERS = {"emmintrin.h", "zlib.h"}
-# What the type library's compiler makes of its source.
+# The output of the type library's compiler.
 GENERATED_HEADER = "Qvx.h"
 ROW = re.compile(r"^\| `([\w/]+)/` \|(.*)\|([^|]*)\|$")
 

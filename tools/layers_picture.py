@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Prints the picture of the layers for docs/architecture.md: each component on the lowest row that is above all it may use.
 
-A line is drawn only where no other way of lines leads; what a program's command line or a watcher stands on is drawn like the rest.
+A line is drawn only where no other path of lines leads; what a program's command line or a watcher uses is drawn like the rest.
 """
 
 from html import escape
@@ -15,7 +15,7 @@ OTHER_FILL = "#eeeeee"
 
 
 def reach(uses):
-    """All that each component stands on, directly or not. `uses` is in the order of the layers."""
+    """All components that each component uses, directly or not. `uses` is in the order of the layers."""
     below = {}
     for name, direct in uses.items():
         below[name] = set(direct).union(*(below[used] for used in direct))
@@ -36,7 +36,7 @@ def main():
     place = {}
     for r, members in enumerate(rows):
         step = WIDTH / len(members)
-        # Where the things below it stand decides which way along the row a component goes.
+        # The positions of the components below decide where in the row a component is placed.
         members.sort(key=lambda c: sum(place[u][0] for u in uses[c.name]) / len(uses[c.name]) if uses[c.name] else 0)
         for i, component in enumerate(members):
             place[component.name] = (step * (i + 0.5), height - ROW * (r + 1) + 20)

@@ -10,11 +10,12 @@ project_files() {
 
 lint_format() { project_files '*.cpp' '*.h' | xargs -r -d '\n' clang-format --dry-run -Werror; }
 
-# The main script names the others, so all are read together.
+# The main script sources the others, so all are checked together.
 lint_shell() { shellcheck -x qvx .ci/run; }
 
-# The native build's own list of commands names what clang-tidy can read: the rules, in the batches that they are built in. It knows
-# fewer warnings than the compiler does. The tests' macros expand into what the checks dislike, so they are left out.
+# The native build's compilation database lists what clang-tidy can read: the rules, in the batches in which they are
+# built. clang-tidy knows fewer warnings than the compiler does. The tests are left out, since their macros expand into
+# code that the checks reject.
 lint_tidy() {
   sed -n 's|^ *"file": "\(.*_rules_[0-9]*\.cpp\)".*|\1|p' build/native/compile_commands.json | tr '\n' '\0' |
     xargs -0 -P "$(nproc)" -n 1 clang-tidy --quiet -p build/native \
@@ -23,7 +24,7 @@ lint_tidy() {
 
 lint_reference() { python3 tools/reference.py typelib/Qvx.idl | diff -u docs/reference.md - || { echo "Run ./qvx reference."; return 1; }; }
 
-# Tables and the generated reference are as wide as they must be.
+# Tables and the generated reference may be wider.
 lint_lines() {
   local files
   mapfile -t files < <(project_files '*.md' | grep -v '^docs/reference.md$')

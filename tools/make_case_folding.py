@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes common/case_folding_table.inc: simple case folding of all of Unicode as ranges.
 
-A character folds to its one-character full folding where there is one, else to its one-character lower form; characters
+A character folds to its one-character full folding if there is one, otherwise to its one-character lower form; characters
 whose only foldings are longer than one character stay as they are. Run it from the root of the source tree:
 
     python3 tools/make_case_folding.py > common/case_folding_table.inc

@@ -2,10 +2,10 @@
 """Seeds small faults into the rules and tells which of them the native tests of their component let pass.
 
 Works on a copy of the tree in build/mutants/. Each mutant changes one place in one file: the component's test program is
-built with it and run, and the file is put back. A mutant is killed when a test fails, the program crashes or does not end in
-time; one that does not compile does not count. What survives is a place where a fault would go unnoticed, or a change that
-makes no difference: the list in tools/mutants.accepted says which survivors are known to be of the second kind, and why.
-Files that it names as a whole are left alone.
+built with it and run, and the file is restored. A mutant is killed when a test fails, the program crashes or does not end in
+time; one that does not compile does not count. A survivor is a place where a fault would go unnoticed, or a change that makes
+no difference: the list in tools/mutants.accepted says which survivors are known to be of the second kind, and why. Files that
+it names as a whole are left alone.
 """
 
 import argparse
@@ -31,8 +31,8 @@ WINDOWS_SOURCE = re.compile(r"_(window|control|dialog|object|gdi|win32)\.cpp$|/m
 
 @dataclass(frozen=True)
 class Mutant:
-    path: str  # from the root
-    line: int  # from 1 on
+    path: str  # relative to the root
+    line: int  # counted from 1
     start: int  # in the line
     end: int
     replacement: str
@@ -47,8 +47,8 @@ def components():
     return {name: folder for name, folder in declared if (ROOT / "tests" / "unit" / name).is_dir()}
 
 
-# What may stand in for what. Binary operators have blanks around them in this tree, which tells them from templates, pointers
-# and references.
+# The replacements. Binary operators have blanks around them in this tree, which distinguishes them from templates,
+# pointers and references.
 SWAPS = [
     (re.compile(r"(?<= )(<|<=|>|>=|==|!=)(?= )"), {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=="}),
     (re.compile(r"(?<= )(&&|\|\|)(?= )"), {"&&": "||", "||": "&&"}),
@@ -87,7 +87,7 @@ def mutants_of(path):
             for match in pattern.finditer(line):
                 add(match.start(), match.end(), swaps[match.group()])
         for match in NUMBER.finditer(line):
-            # What is large is a measure, and a fraction of a pixel more of it makes no difference.
+            # A large number is a measurement, and a fraction of a pixel more makes no difference.
             number = int(match.group())
             add(match.start(), match.end(), str(number + (1 if number < 100 else number // 2)))
         if STATEMENT.match(line) and not DECLARATION.match(line):
@@ -97,12 +97,12 @@ def mutants_of(path):
 
 
 def key_of(mutant, line):
-    """What an accepted survivor is known by: its text, so that it stays known when lines move."""
+    """Returns the key of an accepted survivor: its text, so that it is still recognised when lines move."""
     return f"{mutant.path}: {line.strip()} => {mutant.changed(line).strip()}"
 
 
 def accepted():
-    """Reasons by key. The file has a key to a line and its reason, indented, on the next."""
+    """Returns reasons by key. The file has one key per line and its reason, indented, on the next line."""
     reasons, key = {}, None
     for line in ACCEPTED.read_text().splitlines() if ACCEPTED.exists() else []:
         if line.startswith("    ") and key:
@@ -113,7 +113,7 @@ def accepted():
 
 
 def copy_tree():
-    """Only what has changed is copied, so that the next run builds little."""
+    """Copies only changed files, so that the next run builds little."""
     WORK.mkdir(parents=True, exist_ok=True)
     listed = subprocess.run(["git", "-C", str(ROOT), "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
                             check=True, capture_output=True).stdout.decode().split("\0")
@@ -128,7 +128,7 @@ def copy_tree():
 
 
 def ninja(target, jobs, mutated=False):
-    """What has been put back comes from the compiler's cache; no mutant goes into it."""
+    """Builds a target. Restored files come from the compiler's cache; mutants are not stored in it."""
     environment = dict(os.environ, CCACHE_BASEDIR=str(TREE), CCACHE_NOHASHDIR="true")
     if mutated:
         environment["CCACHE_READONLY"] = "1"
@@ -152,13 +152,13 @@ class Tests:
         self.rounds = [["--gtest_filter=-" + ":".join(slow)]] + ([["--gtest_filter=" + ":".join(slow)]] if slow else [])
 
     def bound(self):
-        """On the processor's time, as the machine may be busy, and on what a loop without end may fill."""
+        """Limits the processor time, since the machine may be busy, and the memory that an endless loop may fill."""
         resource.setrlimit(resource.RLIMIT_CPU, (self.limit, self.limit + 1))
         resource.setrlimit(resource.RLIMIT_AS, (4 << 30, 4 << 30))
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
     def run(self, *arguments):
-        """What the program returns; below 0 the signal that has ended it."""
+        """Returns the exit code of the program, or minus the signal that ended it."""
         command = [str(self.program), "--gtest_brief=1", "--gtest_fail_fast", *arguments]
         try:
             return subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, timeout=1200, cwd=WORK,
@@ -167,7 +167,7 @@ class Tests:
             return -signal.SIGXCPU
 
     def pass_or_not(self):
-        """Whether they pass, and whether they came to an end in their time."""
+        """Returns whether the tests pass, and whether they ended in time."""
         for arguments in self.rounds:
             if code := self.run(*arguments):
                 return False, code != -signal.SIGXCPU

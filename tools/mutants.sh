@@ -1,4 +1,4 @@
-# Small faults seeded into the rules, to learn which of them no test notices.
+# Puts small faults into the rules, to find out which of them no test notices.
 # shellcheck shell=bash
 
 qvx_mutants() {

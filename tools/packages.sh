@@ -1,4 +1,4 @@
-# What each job needs from the distribution, installed when it is missing.
+# The distribution's packages that each job needs; they are installed when missing.
 # shellcheck shell=bash disable=SC2034
 
 packages_build=(cmake ninja-build g++ ccache)
@@ -24,7 +24,7 @@ install_packages() {
   apt_quietly install -y --no-install-recommends "$@"
 }
 
-# need PACKAGE...: installs those that are missing. The package lists are fetched only when they turn out to be missing or too old.
+# need PACKAGE...: installs those that are missing. The package lists are fetched only when they are missing or too old.
 need() {
   local package missing=() log=$logs/packages.log
   if ! command -v apt-get >/dev/null; then
@@ -47,5 +47,6 @@ need() {
   fi
 }
 
-# want PACKAGE...: the same, for what only some tests need; those are skipped where it cannot be had.
+# want PACKAGE...: the same for packages that only some tests need; those tests are skipped when a package is not
+# available.
 want() { (need "$@") || warn "Going on without: $*"; }

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes the reference of the library's properties, methods, events and enumerations, from the help strings of its interface.
 
-Reads Qvx.idl and what it includes, prints Markdown. Only the few forms that our own interface files use are understood.
+Reads Qvx.idl and the files that it includes, and prints Markdown. It understands only the few forms that these files use.
 """
 import re
 import sys
@@ -41,7 +41,7 @@ def type_name(declared):
 
 
 def arguments_of(member):
-    """The arguments as a caller sees them, and the type of what comes back."""
+    """Returns the arguments as a caller sees them, and the type of the result."""
     shown, result = [], ''
     for piece in re.split(r',(?![^\[]*\])', member['arguments']):
         found = re.match(r'\s*\[([^\]]*)\]\s*(?:const\s+)?([\w()]+(?:\s+int)?\s*\**)\s*(\w+)\s*$', piece)
@@ -101,7 +101,7 @@ def print_interface(body):
 
 
 def main():
-    # Whole-line comments only: a // may stand inside a help string.
+    # Only whole-line comments: a help string may contain a //.
     text = re.sub(r'^\s*//.*$', '', read_with_includes(Path(sys.argv[1])), flags=re.M)
     print('<!-- Written by `./qvx reference` from typelib/Qvx.idl. -->\n')
     print('# Reference\n')

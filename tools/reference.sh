@@ -1,4 +1,4 @@
-# Writing the reference of properties, methods and events from the help strings of the public interface.
+# Writes the reference of properties, methods and events from the help strings of the public interface.
 # shellcheck shell=bash
 
 qvx_reference() {

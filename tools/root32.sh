@@ -1,7 +1,7 @@
-# Running 32-bit Windows programs. Where the distribution's 32-bit packages can be installed beside the 64-bit ones, this machine's Wine
-# runs them; where they cannot (a mirror without that index, versions out of step), a small 32-bit system of the same
-# distribution is kept in a folder outside the source tree and entered with chroot. Mounts are made in a mount namespace of each call's
-# own, so none can be left behind.
+# Runs 32-bit Windows programs. Where the distribution's 32-bit packages can be installed beside the 64-bit ones, this
+# machine's Wine runs them. Where they cannot (a mirror without that index, versions out of step), a small 32-bit system
+# of the same distribution is kept in a folder outside the source tree and entered with chroot. Mounts are made in a
+# mount namespace of each call's own, so none can be left behind.
 # shellcheck shell=bash
 
 root32_home=${QVX_CACHE:-$([[ $EUID == 0 && -z ${XDG_CACHE_HOME:-} ]] && echo /var/cache || echo "${XDG_CACHE_HOME:-$HOME/.cache}")/qvx}
@@ -9,15 +9,15 @@ root32=$root32_home/root32
 wine32=/usr/lib/wine/wine
 root32_way= # "beside", "chroot" or "none" once known
 
-# The archive this machine installs from, whichever of apt's two formats says so.
+# The package archive that this machine installs from, in either of apt's two formats.
 configured_mirror() {
   # shellcheck disable=SC2016
   apt-get indextargets --format '$(CREATED_BY) $(SITE) $(RELEASE) $(REPO_URI)' 2>/dev/null |
     awk -v suite="$1" '$1 == "Packages" && $3 == suite { print $4; exit }'
 }
 
-# Whether the 32-bit packages could be installed here, asked of package lists in a folder of our own: the machine's own set of
-# architectures only changes when the answer is yes.
+# Whether the 32-bit packages could be installed here. Package lists in a separate folder are queried, so that the
+# machine's own set of architectures changes only when the answer is yes.
 root32_fits_beside() {
   local lists config status=1
   is_installed wine32:i386 && return 0
@@ -65,7 +65,8 @@ make_root32() {
   as_root mv "$new" "$root32"
 }
 
-# The driver that the database tests need; a system made earlier may lack it. Without it those tests are skipped.
+# The driver that the database tests need; a system that was created earlier may lack it. Without it, those tests are
+# skipped.
 want_database32() {
   local log=$logs/root32-database.log
   if [[ $root32_way == beside ]]; then
@@ -79,7 +80,8 @@ want_database32() {
   fi
 }
 
-# in_root32 SYSTEM SECONDS PREFIX COMMAND...: inside the 32-bit system, the source tree at its own path so that paths mean the same.
+# in_root32 SYSTEM SECONDS PREFIX COMMAND...: runs the command in the 32-bit system, with the source tree at its own
+# path, so that paths mean the same.
 in_root32() {
   local system=$1 limit=$2 inner_prefix=$3
   shift 3
@@ -106,7 +108,7 @@ end_root32() {
   in_root32 "$1" 20 "$2" wineserver -w >/dev/null 2>&1 || true
 }
 
-# prepare_root32: leaves in `root32_way` how 32-bit programs run here; fails where they cannot.
+# prepare_root32: leaves in `root32_way` how 32-bit programs are run here; fails where they cannot be run.
 prepare_root32() {
   if [[ -n $root32_way ]]; then
     [[ $root32_way != none ]]
@@ -136,7 +138,7 @@ prepare_root32() {
   want_database32
 }
 
-# start_wine32: makes this run's 32-bit prefix and leaves it in `prefix32`; prepare_root32 must have succeeded.
+# start_wine32: creates this run's 32-bit prefix and leaves it in `prefix32`; prepare_root32 must have succeeded.
 start_wine32() {
   if [[ $root32_way == beside ]]; then
     prefix32=$(mktemp -d "${TMPDIR:-/tmp}/qvx-run32.XXXXXX")

@@ -1,4 +1,4 @@
-# Using the samples and the designer at random from outside (soak/), and going through what went wrong once again.
+# Uses the samples and the designer at random from outside (soak/), and replays what went wrong before.
 # shellcheck shell=bash
 
 soak_subjects=(first invoice receipt buttons orders menus backup 'design invoice' 'design menus' 'design orders' 'design receipt')
@@ -10,7 +10,7 @@ soak_files() {
   if [[ $soak_prefix == "$root32"/* ]]; then as_root "$@"; else "$@"; fi
 }
 
-# start_soak: makes that environment, of the current architecture.
+# start_soak: creates that environment for the current architecture.
 start_soak() {
   if [[ $wine_arch == x86 ]]; then
     prepare_root32 && start_wine32 || return 1
@@ -22,7 +22,8 @@ start_soak() {
   fi
 }
 
-# prepare_soak: nothing can be written in it then but in its own folder C:\soak: whoever uses file dialogs at random finds no way out of it.
+# prepare_soak: makes C:\soak the only folder of the environment that can be written to, so that random use of file
+# dialogs cannot leave it.
 prepare_soak() {
   local stage form name
   stage=$(mktemp -d)
@@ -45,26 +46,26 @@ prepare_soak() {
   for name in "$ocx" "$data_objects"; do
     run_windows 60 regsvr32 /s "C:\\soak\\bin\\$(basename "$name")" || return 1
   done
-  # Wine draws frames itself then, so that the pointer reaches them.
+  # Wine then draws frames itself, so that the pointer reaches them.
   run_windows 60 reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 || return 1
-  # Links to addresses lead nowhere.
+  # Links to addresses open nothing.
   for name in Browsers Mailers; do
     run_windows 60 reg add 'HKCU\Software\Wine\WineBrowser' /v "$name" /d true /f >/dev/null 2>&1 || return 1
   done
-  # Freed memory is overwritten and checked, so that its later use shows.
+  # Freed memory is overwritten and checked, so that a later use is detected.
   run_windows 60 reg add "$image_options\\qvxhost.exe" /v GlobalFlag /t REG_DWORD /d 0x30 /f >/dev/null 2>&1 || return 1
-  # The file dialogs' own ways out of drive C:: other drives, the whole file system, the user's folders.
+  # The file dialogs' own ways out of drive C: are other drives, the whole file system, and the user's folders.
   run_windows 60 reg delete 'HKLM\Software\Microsoft\Windows\CurrentVersion\Explorer\Desktop\Namespace\{9D20AAE8-0625-44B0-9CA7-71889C2254D9}' \
     /f >/dev/null 2>&1 || true
   soak_files find "$soak_prefix/dosdevices" -mindepth 1 ! -name c: ! -name q: -delete || return 1
   # shellcheck disable=SC2016
   soak_files find "$soak_prefix/drive_c/users" -type l -exec sh -c 'for link; do rm "$link" && mkdir "$link"; done' sh {} + || return 1
-  # Away from where windows open.
+  # Moves the pointer away from where windows open.
   xdotool mousemove 1279 1023
 }
 
-# run_soak END ARGUMENT...: soak.exe in that environment. Its last line must match END: a program that is ended from outside counts as
-# one that ended well otherwise.
+# run_soak END ARGUMENT...: runs soak.exe in that environment. Its last line must match END: a program that is ended
+# from outside would otherwise count as one that ended well.
 run_soak() {
   local end=$1 told status=0
   shift
@@ -75,7 +76,7 @@ run_soak() {
   return "$status"
 }
 
-# soak_for SECONDS SEED SHORTEN SUBJECT...: what is found is in build/soak afterwards.
+# soak_for SECONDS SEED SHORTEN SUBJECT...: the results are in build/soak afterwards.
 soak_for() {
   local status=0
   soak_limit=$(($1 * 4 + 900)) run_soak ' faults$' run "$1" "$2" "$3" 'C:\soak\results' "${@:4}" || status=$?
@@ -84,7 +85,7 @@ soak_for() {
   return "$status"
 }
 
-# replay_soak FILE: whether it goes well.
+# replay_soak FILE: whether the replay passes.
 replay_soak() {
   soak_files cp "$1" "$soak_prefix/drive_c/soak/replay"
   soak_limit=600 run_soak '^passed' replay 'C:\soak\replay'

@@ -1,18 +1,19 @@
-# Running the tests, layer by layer, and summing up.
+# Runs the tests, layer by layer, and sums up.
 # shellcheck shell=bash
 
 all_layers=(lint native fuzz x64 x86 demo soak archives)
-# What waits for windows more than it reckons shares the machine: of these lists one runs beside the other.
+# Layers that mostly wait for windows share the machine: these lists run in parallel.
 lanes=("x64 soak" "x86 demo archives")
 test_name= # what tests' names must contain, or nothing
 fuzz_runs= # how many inputs each fuzzer tries, or nothing for a short run
 
-# run_ctest PATTERN LAYER: the native programs whose names match. Programs of GoogleTest leave a report each; others pass or fail as a whole.
+# run_ctest PATTERN LAYER: runs the native programs whose names match. GoogleTest programs write a report each; others
+# pass or fail as a whole.
 run_ctest() {
   local pattern=$1 layer=$2 reports=$root/build/test/native-$2 log=$logs/$2.log line name state
   rm -rf "$reports"
   mkdir -p "$reports"
-  # The limit is for hangs; sanitized programs on a busy machine are slow.
+  # The time limit is for hangs; sanitized programs on a busy machine are slow.
   GTEST_OUTPUT="xml:$reports/" GTEST_FILTER="*$test_name*" ASAN_OPTIONS=detect_leaks=1 \
     log_tail=0 with_log "$layer" ctest --test-dir build/native -R "$pattern" -j "$(nproc)" --timeout 600 --output-on-failure 2>/dev/null || true
   while IFS= read -r line; do
@@ -58,7 +59,7 @@ test_fuzz() {
   if [[ -n $fuzz_runs ]]; then run_fuzzers; else run_ctest '^fuzz_' fuzz; fi
 }
 
-# A long run, from a seed of its own. An input that fails is left in build/fuzz/NAME/.
+# A long run with a seed of its own. A failing input is left in build/fuzz/NAME/.
 run_fuzzers() {
   local program name folder log seed=$RANDOM started
   for program in build/native/fuzz/fuzz_*"$test_name"*; do
@@ -91,7 +92,7 @@ run_control_tests() {
       continue
     }
     name=$(basename "$program" .exe)
-    # Freed memory is overwritten and checked, so that its later use shows.
+    # Freed memory is overwritten and checked, so that a later use is detected.
     with_log "$arch-heap" run_windows 60 reg add "$image_options\\$name.exe" /v GlobalFlag /t REG_DWORD /d 0x30 /f || true
     report=$root/build/test/$arch-$name.xml
     rm -f "$report"
@@ -124,9 +125,9 @@ test_x86() {
   use_arch x64
 }
 
-# A sample form is filled in by keys from outside: tests/demo/NAME-*.keys is for samples/NAME.frm, and its waits say what the form's
-# script must have seen. What is saved then must load again and be saved as the same bytes. Where the form works on a database, what
-# tests/demo/NAME-*.sql asks it in the end must be what the script logged as shown.
+# Keys from outside fill in a sample form: tests/demo/NAME-*.keys is for samples/NAME.frm, and its waits say what the
+# form's script must have seen. The saved form must load again and be saved as the same bytes. Where the form works on a
+# database, the results of tests/demo/NAME-*.sql at the end must be what the script logged as shown.
 run_demo_test() {
   local keys=$1 name form saved database=
   name=$(basename "$keys" .keys)
@@ -142,15 +143,15 @@ run_demo_test() {
     tr -d '\r' <"$saved.log" | sed -n 's/^Shown: //p' >"$saved.shown"
     [[ -s $saved.shown ]] && diff "$saved.shown" "$saved.stored" || return 1
   fi
-  # What is saved names pictures by where they lie from the form.
+  # A saved form names pictures by their paths relative to the form.
   cp -r samples/pictures "$root/build/test/"
   run_demo "$saved.frm" '' "$saved-again.png" "$saved-again.log" "$saved-again.frm" || return 1
   cmp "$saved.frm" "$saved-again.frm"
 }
 
-# A copy of a sample form is changed in the designer by keys from outside: tests/design/NAME-*.keys is for samples/NAME.frm, with
-# NAME-*.vbs behind its script. The saved form must differ from the sample as NAME-*.diff says and in nothing else, and the designer must open it
-# again and save the same bytes.
+# Keys from outside change a copy of a sample form in the designer: tests/design/NAME-*.keys is for samples/NAME.frm,
+# with NAME-*.vbs appended to its script. The saved form must differ from the sample as NAME-*.diff says and in nothing
+# else, and the designer must open it again and save the same bytes.
 run_design_test() {
   local keys=$1 name form saved
   name=$(basename "$keys" .keys)
@@ -158,7 +159,7 @@ run_design_test() {
   saved=$root/build/test/$name
   copy_form "$form" "$saved"
   [[ ! -f tests/design/$name.vbs ]] || cat "tests/design/$name.vbs" >>"${copied_form%.frm}.vbs"
-  # The system's dialogs begin in the folder of the script before otherwise.
+  # Otherwise, the system's dialogs would open in the folder of the previous script.
   run_windows 60 reg delete 'HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\ComDlg32' /f >/dev/null 2>&1 || true
   run_designer "$copied_form" "$keys" "$saved.png" "$saved.log" '' || return 1
   diff "$form" "$copied_form" >"$saved.diff" || true
@@ -188,7 +189,8 @@ test_demo() {
   done
 }
 
-# The samples and the designer under random input for two minutes, the same input every time, and what went wrong in such runs before.
+# Random input for the samples and the designer for two minutes, the same input every time, and replays of earlier
+# failures.
 test_soak() {
   local file prefix_before
   want "${packages_database[@]}"
@@ -199,7 +201,7 @@ test_soak() {
   fi
   build_for_test x64
   start_wine_once
-  # What is used at random has an environment of its own.
+  # Random input runs in an environment of its own.
   prefix_before=$prefix
   start_soak || die "The Windows environment could not be prepared."
   check soak prepare prepare_soak
@@ -225,13 +227,13 @@ run_layers() {
   done
 }
 
-# run_lane LAYER...: in a shell of its own, which then has a Windows environment and a display of its own.
+# run_lane LAYER...: runs in a shell of its own, which then has its own Windows environment and display.
 run_lane() (
   watch_exit
   run_layers "$@"
 )
 
-# run_lanes LAYER...: those of the lanes, when nothing is left to build or to install that two of them need.
+# run_lanes LAYER...: runs the layers of the lanes, after everything that two of them need has been built and installed.
 run_lanes() {
   local lane layer chosen pids=() firsts=() i template
   want "${packages_database[@]}"

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Prints which part of the code the tests are, and fails where that is more than it may be.
+"""Prints the share of the tests in the code, and fails where it exceeds the limit.
 
-Counted are lines that are neither blank nor comments. Tests are what is in tests/ (with what supports them) and fuzz/.
+It counts lines that are neither blank nor comments. Tests are the files in tests/ (including their support) and fuzz/.
 """
 
 import os

@@ -1,12 +1,13 @@
-# Running Windows programs. Every run gets a prefix of its own, copied from a ready one, so that nothing is shared with the user's own
-# Windows programs or with the run before.
+# Runs Windows programs. Every run gets a prefix of its own, copied from a prepared one, so that nothing is shared with
+# the user's own Windows programs or with the previous run.
 # shellcheck shell=bash
 
 wine64=/usr/lib/wine/wine64
 # No Mono, no HTML engine (their installers would ask), no crash dialog (a crash then ends the program with an error), no menu entries.
 wine_environment=(WINEDEBUG=-all "WINEDLLOVERRIDES=mscoree,mshtml=;winedbg.exe=d;winemenubuilder.exe=")
 
-# use_arch ARCH: whose programs run_windows takes from here on, and where the build leaves the main ones.
+# use_arch ARCH: selects the architecture whose programs run_windows runs from here on, and the folder where the build
+# puts the main ones.
 # shellcheck disable=SC2034
 use_arch() {
   wine_arch=$1
@@ -16,14 +17,15 @@ use_arch() {
 }
 use_arch x64
 
-# wine_in_prefix PREFIX SECONDS COMMAND...: the 64-bit Windows of this machine, within a time limit.
+# wine_in_prefix PREFIX SECONDS COMMAND...: runs the 64-bit Windows of this machine, within a time limit.
 wine_in_prefix() {
   local prefix=$1 limit=$2
   shift 2
   env "${wine_environment[@]}" WINEARCH=win64 WINEPREFIX="$prefix" timeout --foreground -k 5 "$limit" "$@" </dev/null
 }
 
-# A server that stays for a minute after its last program: one that ends with each may turn away the next, which comes at that moment.
+# Starts a server that stays for a minute after its last program: one that ends with each program may reject the next,
+# which connects at that moment.
 keep_wine() { wine_in_prefix "$1" 20 wineserver -p60 >/dev/null 2>&1 || true; }
 
 end_wine() {
@@ -36,14 +38,14 @@ make_template() {
   rm -rf "$template" "$template.new"
   mkdir -p "$(dirname "$template")"
   say "Preparing the Windows environment"
-  # Without a display nothing can ask a question.
+  # Without a display, nothing can ask a question.
   DISPLAY='' with_log wineboot wine_in_prefix "$template.new" 180 "$wine64" wineboot -i || return 1
   end_wine "$template.new"
   cp /usr/share/wine/fonts/*.ttf "$template.new/drive_c/windows/Fonts/"
   mv "$template.new" "$template"
 }
 
-# prepare_wine: leaves in `template` the prefix that those of runs are copied from.
+# prepare_wine: leaves the prefix that those of runs are copied from in `template`.
 prepare_wine() {
   local version
   need "${packages_wine[@]}"
@@ -54,7 +56,7 @@ prepare_wine() {
   fi
 }
 
-# start_wine: makes this run's prefix and leaves it in `prefix`.
+# start_wine: creates this run's prefix and leaves it in `prefix`.
 start_wine() {
   local template
   prepare_wine
@@ -64,7 +66,8 @@ start_wine() {
   keep_wine "$prefix"
 }
 
-# run_windows SECONDS PROGRAM ARGUMENT...: in this run's prefix, on either architecture (see root32.sh for x86).
+# run_windows SECONDS PROGRAM ARGUMENT...: runs the program in this run's prefix, on either architecture (see root32.sh
+# for x86).
 run_windows() {
   if [[ $wine_arch == x86 ]]; then
     run_in_root32 "$@"
@@ -75,7 +78,7 @@ run_windows() {
   fi
 }
 
-# windows_path FILE: as Windows programs see it.
+# windows_path FILE: the path that Windows programs see.
 windows_path() {
   local path
   path=$(realpath -m "$1")

@@ -10,7 +10,7 @@ namespace qvx {
 
 namespace {
 
-// The system's library that describes IAccessible, under its one version.
+// The system's type library that describes IAccessible; it has only one version.
 constexpr GUID accessibilityLibrary{0x1EA4DBF0, 0x3C3B, 0x11CF, {0x81, 0x0C, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
 
 ComPtr<ITypeInfo> AccessibleTypeInfo() {

@@ -1,5 +1,5 @@
-// What every object of the system's accessibility interface shares: late binding through the system's own type library,
-// the checks at the edge, and the way a window gives its object out.
+// The common parts of objects of the system's accessibility interface: late binding through the system's own type
+// library, the checks at the interface, and the way in which a window returns its object.
 #pragma once
 
 #include <windows.h>
@@ -35,10 +35,10 @@ struct InterfaceTraits<AccessibleDispatch> {
     static bool Answers(REFIID iid) { return iid == __uuidof(IAccessible) || iid == __uuidof(IDispatch); }
 };
 
-// An object of our own, for a whole window or a part of one. A class says what it has in plain values; it throws
-// ComError for what it refuses, and CheckConnected throws CO_E_OBJNOTCONNECTED once what it tells of is gone, which
-// clients may hold on to for as long as they like. `child` is 0 for the object itself, or one of its children's
-// numbers.
+// An accessible object of the library's own, for a whole window or a part of one. A class provides its properties as
+// plain values and throws ComError for what it refuses. CheckConnected throws CO_E_OBJNOTCONNECTED once the described
+// part is gone, since clients may keep the object for as long as they like. `child` is 0 for the object itself, or the
+// number of one of its children.
 class AccessibleObject : public ComObject<AccessibleDispatch, IOleWindow> {
   public:
     STDMETHODIMP get_accParent(IDispatch** out) final;
@@ -68,13 +68,13 @@ class AccessibleObject : public ComObject<AccessibleDispatch, IOleWindow> {
   protected:
     ~AccessibleObject() override = default;
 
-    // The window that it belongs to, or null when that is gone.
+    // The window that the object belongs to, or null when that is gone.
     virtual HWND LiveWindow() const = 0;
     virtual void CheckConnected() const;
-    // The window's own object, with its frame, by default.
+    // By default, the object of the window itself with its frame.
     virtual ComPtr<IDispatch> Parent();
     virtual long ChildCount() { return 0; }
-    // An object for a child; null refuses the number.
+    // Returns an object for a child; null refuses the number.
     virtual ComPtr<IDispatch> Child(long /*child*/) { return nullptr; }
     virtual std::optional<Text> Name(long child) = 0;
     virtual std::optional<Text> Value(long /*child*/) { return std::nullopt; }
@@ -82,9 +82,9 @@ class AccessibleObject : public ComObject<AccessibleDispatch, IOleWindow> {
     virtual std::optional<Text> DefaultAction(long /*child*/) { return std::nullopt; }
     virtual long Role(long child) = 0;
     virtual long State(long child) = 0;
-    // Screen pixels.
+    // In screen pixels.
     virtual Rect Location(long child) = 0;
-    // A child's object or number, 0 for the object itself, empty for nothing.
+    // Returns a child's object or number, 0 for the object itself, empty when nothing is hit.
     virtual Variant HitTest(Point screen) = 0;
     virtual Variant Focus() { return {}; }
     virtual Variant Selection() { return {}; }
@@ -94,7 +94,7 @@ class AccessibleObject : public ComObject<AccessibleDispatch, IOleWindow> {
     virtual void SetValue(long child, TextView value);
 
   private:
-    // The number in a child argument; E_INVALIDARG for anything else.
+    // Returns the number in a child argument; throws E_INVALIDARG for anything else.
     long Checked(const VARIANT& child) const;
     template <typename Ask>
     HRESULT Say(const VARIANT& child, BSTR* out, Ask ask);
@@ -102,18 +102,19 @@ class AccessibleObject : public ComObject<AccessibleDispatch, IOleWindow> {
     HRESULT Give(VARIANT* out, Ask ask);
 };
 
-// The answer to WM_GETOBJECT with the object that `make` gives, when the message asks for the one of the window's
-// client area.
+// Handles WM_GETOBJECT: returns the object that `make` creates when the message asks for the object of the window's
+// client area, otherwise nullopt.
 std::optional<LRESULT> AnswerGetObject(WPARAM wParam, LPARAM lParam, const std::function<ComPtr<IAccessible>()>& make);
 
-// Tells assistive programs of something that has happened to a window's client area or to a child of it.
+// Notifies assistive programs of an event in a window's client area or in a child of it.
 void NotifyAssistive(DWORD event, HWND window, long child);
 
-// The label that stands in front of a window in its parent, without the mark of its access key; empty for none.
+// Returns the text of the label that comes directly before a window in its parent, without the mark of its access key;
+// empty if there is none.
 Text LabelBefore(HWND window);
 
-// Gives one of the system's controls a name of our own, in place of the text or the label that it would be called by.
-// The rest of what the system says of it stays; where it says nothing of a text's or a list's value, that is said too.
+// Gives one of the system's controls an accessible name of our own instead of its text or label. Its other properties
+// remain the system's; where the system provides no value for a text or a list, this class does.
 class AccessibleNameSubclass final : public WindowSubclass {
   public:
     AccessibleNameSubclass() = default;
@@ -124,7 +125,7 @@ class AccessibleNameSubclass final : public WindowSubclass {
   private:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
-    // Shared with the objects given out, so that they follow it.
+    // Shared with the objects that clients hold, so that they follow changes of the name.
     std::shared_ptr<Text> name_ = std::make_shared<Text>();
 };
 

@@ -1,4 +1,4 @@
-// The system's own object for one of its controls, under another name.
+// Wraps the system's accessible object of one of its controls under another name.
 #include <memory>
 #include <utility>
 
@@ -52,7 +52,7 @@ class NamedAccessible final : public ComObject<AccessibleDispatch, IOleWindow> {
             const HRESULT result = inner_->get_accValue(child, out);
             const ControlKind kind = KindOf(window_);
             if (*out || !IsSelf(child) || kind == ControlKind::other || !IsWindow(window_)) return result;
-            // A password is read out by nobody.
+            // The text of a password field must not be read out.
             if (GetWindowLongW(window_, GWL_STYLE) & ES_PASSWORD && kind == ControlKind::edit) return E_ACCESSDENIED;
             *out = NewBstr(kind == ControlKind::edit ? WindowText(window_) : ChosenEntry(window_));
             return S_OK;
@@ -62,7 +62,7 @@ class NamedAccessible final : public ComObject<AccessibleDispatch, IOleWindow> {
         return Guard([&]() -> HRESULT {
             VariantInit(Required(out));
             const HRESULT result = inner_->get_accRole(child, out);
-            // Where the system's object knows nothing of the kind of control.
+            // The system's object does not know this kind of control.
             if (SUCCEEDED(result) && IsSelf(child) && out->vt == VT_I4 && out->lVal == ROLE_SYSTEM_CLIENT) {
                 const ControlKind kind = KindOf(window_);
                 if (kind == ControlKind::edit) out->lVal = ROLE_SYSTEM_TEXT;
@@ -72,7 +72,7 @@ class NamedAccessible final : public ComObject<AccessibleDispatch, IOleWindow> {
         });
     }
 
-    // All else is the system's.
+    // All other members are the system's.
     // clang-format off
     STDMETHODIMP get_accParent(IDispatch** out) override { return inner_->get_accParent(out); }
     STDMETHODIMP get_accChildCount(long* out) override { return inner_->get_accChildCount(out); }

@@ -12,7 +12,7 @@ namespace {
 class OpenedClipboard {
   public:
     explicit OpenedClipboard(HWND owner) {
-        // Somebody who looks at the clipboard whenever it changes has it open for a moment.
+        // Programs that examine the clipboard whenever it changes have it open for a moment.
         constexpr int attempts = 10;
         constexpr DWORD pause = 25;
         for (int attempt = 1; !OpenClipboard(owner); ++attempt) {

@@ -9,14 +9,15 @@
 
 namespace qvx {
 
-// The error of both when another program holds the clipboard, and goes on holding it for a quarter of a second.
+// The error that both functions throw when another program keeps the clipboard open for longer than a quarter of a
+// second.
 constexpr int clipboardUnavailable = 521;
 
-// Replaces what is on the clipboard. A text ends where it has a NUL, as every text there does. `owner` is a window of
-// this thread. Throws clipboardUnavailable, or error 7.
+// Replaces the contents of the clipboard. The text ends at its first NUL, as every text on the clipboard does. `owner`
+// is a window of this thread. Throws clipboardUnavailable, or error 7.
 void PutOnClipboard(HWND owner, TextView text);
 
-// Nothing when no text is there. Throws clipboardUnavailable.
+// Returns nullopt when there is no text on the clipboard. Throws clipboardUnavailable.
 std::optional<Text> TextOnClipboard(HWND owner);
 
 }  // namespace qvx

@@ -9,8 +9,8 @@ namespace {
 
 std::optional<Dpi> overridden;
 
-// Of the calls that are present from Windows 10 on: a process there can have windows of different resolutions. Null on
-// an older system.
+// Returns one of the calls that exist from Windows 10 on, where a process can have windows of different resolutions;
+// null on an older system.
 template <typename Call>
 Call Find(const char* name) {
     const HMODULE user = GetModuleHandleW(L"user32.dll");

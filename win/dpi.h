@@ -9,16 +9,16 @@
 
 namespace qvx {
 
-// Of the monitor a window is on as far as its process is aware of it; of the screen for no window.
+// The resolution of the window's monitor, as far as its process is aware of it; that of the screen for a null window.
 Dpi WindowDpi(HWND window);
-// The screen's.
+// The resolution of the screen.
 Dpi ScreenDpi();
 
-// What measures so many pixels at 96 dots per inch, across and on that window's monitor.
+// Converts a horizontal length in pixels at 96 dots per inch to pixels on the window's monitor.
 inline int Scaled(int pixels, HWND window) { return Scaled(pixels, WindowDpi(window).x); }
 
-// What the system tells a top-level window by WM_DPICHANGED: it is on a monitor of another resolution now, where it
-// would look the same in the suggested place. Pixels of the screen.
+// The contents of WM_DPICHANGED for a top-level window: it is now on a monitor of another resolution, where it would
+// look the same at the suggested place. The place is in screen pixels.
 struct DpiChange {
     HWND window;
     Dpi dpi;
@@ -26,20 +26,21 @@ struct DpiChange {
 
     DpiChange(HWND changed, WPARAM wParam, LPARAM lParam);
     Point Corner() const { return {suggested.left, suggested.top}; }
-    // Moves the window there: in the suggested size, or in one that it has worked out for the resolution.
+    // Moves the window to the suggested place, in the suggested size or in one that was calculated for the resolution.
     void Follow() const { Follow({suggested.Width(), suggested.Height()}); }
     void Follow(Size size) const;
 };
 
-// What follows is the system's GetSystemMetrics and its kin at a resolution; where only that of the screen is known,
-// this.
+// These functions return the system's metrics (GetSystemMetrics and the like) at a resolution; on systems that provide
+// only those of the screen, they return those.
 int SystemMetric(int index, Dpi dpi);
-// What the frame of such a window adds to the size of its inside; without a menu.
+// Returns the size that the frame of such a window adds to its client area, without a menu.
 Size FrameSize(DWORD style, DWORD exStyle, Dpi dpi);
+// Returns the metrics and fonts of captions, menus and message boxes.
 NONCLIENTMETRICSW FrameMetrics(Dpi dpi);
 
-// Makes all of the above answer one value for the length of a scope, so that tests can lay out and draw at any
-// resolution.
+// Makes all of the functions above use one resolution for the duration of a scope, so that tests can lay out and draw
+// at any resolution.
 class DpiOverride {
   public:
     explicit DpiOverride(Dpi dpi);

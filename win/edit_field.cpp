@@ -56,7 +56,7 @@ void ReplaceSelection(HWND edit, TextView text) {
 }
 
 void FollowDirection(HWND edit) {
-    // As the field's own Ctrl+Shift on either side of the keyboard.
+    // The styles that the field's own Ctrl+Shift on either side of the keyboard sets.
     constexpr LONG rightToLeft = WS_EX_RTLREADING | WS_EX_RIGHT;
     const LONG style = GetWindowLongW(edit, GWL_EXSTYLE);
     const bool was = (style & WS_EX_RTLREADING) != 0;

@@ -1,4 +1,4 @@
-// Between pixels and the hundredths of a millimetre that extents travel in.
+// Conversion between pixels and hundredths of a millimetre, the unit of extents.
 #pragma once
 
 #include <windows.h>
@@ -8,6 +8,7 @@
 
 namespace qvx {
 
+// Both round half away from zero.
 inline SIZEL PixelsToHimetric(Size pixels, Dpi dpi) {
     return {ScaleRounded(pixels.width, himetricPerInch, dpi.x), ScaleRounded(pixels.height, himetricPerInch, dpi.y)};
 }

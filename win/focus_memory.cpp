@@ -10,7 +10,7 @@ bool FocusMemory::OnActivate(HWND window, WPARAM wParam) {
         for (HWND each = focus; each && each != window; each = GetParent(each)) last_.push_back(each);
         return true;
     }
-    // A window that is activated while it is minimized takes no focus.
+    // A window that is activated while it is minimized does not accept the focus.
     return HIWORD(wParam) || Restore(window);
 }
 

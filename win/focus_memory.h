@@ -1,4 +1,4 @@
-// Which child of a top-level window has the focus when the user comes back to it.
+// Remembers which child of a top-level window has the focus when the user switches away and back.
 #pragma once
 
 #include <windows.h>
@@ -7,15 +7,16 @@
 
 namespace qvx {
 
-// The system gives the focus to a top-level window itself whenever it is activated; keys would then miss the field that
-// the user was in before a switch to another program and back.
+// The system gives the focus to the top-level window itself whenever it is activated; after a switch to another program
+// and back, keys would then not reach the field that the user was in.
 class FocusMemory {
   public:
-    // For WM_ACTIVATE of `window`: keeps who has the focus when the window is left, and gives the focus back when the
-    // window is activated. False where the system's own handling is wanted: nobody inside had the focus yet.
+    // Handles WM_ACTIVATE of `window`: remembers the focus when the window is deactivated, and restores it when the
+    // window is activated. Returns false where the system's own handling is wanted, since nothing inside had the focus
+    // yet.
     bool OnActivate(HWND window, WPARAM wParam);
-    // Gives the focus to the child that had it last or, where that one takes it no longer, to the innermost of its
-    // parents that does. False without one.
+    // Gives the focus to the child that had it last or, if that one no longer accepts it, to the innermost of its
+    // parents that does. Returns false if there is none.
     bool Restore(HWND window) const;
 
   private:

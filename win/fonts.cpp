@@ -14,7 +14,8 @@ namespace qvx {
 
 namespace {
 
-// Fonts kept beyond their last user. A form draws with a handful; each is one of the process's 10,000 GDI handles.
+// The number of fonts kept after their last user is gone. A form draws with only a few; each takes one of the process's
+// 10,000 GDI handles.
 constexpr std::size_t keptFonts = 32;
 
 struct CacheEntry {
@@ -55,8 +56,8 @@ GdiFont::GdiFont(const FontSpec& value, Dpi dpi) {
     GetTextMetricsW(screen.Get(), &metrics);
     lineHeight_ = std::max(1, static_cast<int>(metrics.tmHeight));
     if (GetCharWidth32W(screen.Get(), 0, 255, widths_.data())) {
-        // The table may be used only where a run is as wide as its characters together: not for faces with overhang
-        // or kerning.
+        // The table may be used only where the width of a run is the sum of its characters' widths: not for faces with
+        // overhang or kerning.
         const TextView probe = u"AVATo. Ly/fi (0123456789) wW-_,\u00C4\u00E9";
         SIZE size{};
         const int sum = std::accumulate(probe.begin(), probe.end(), 0, [this](int total, char16_t c) {

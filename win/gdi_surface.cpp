@@ -14,7 +14,7 @@ HBRUSH BrushOf(HDC dc, OleColor color) {
     return static_cast<HBRUSH>(GetStockObject(DC_BRUSH));
 }
 
-// Where a system does not draw the menu arrow itself: a triangle pointing down in the middle of the area.
+// Replaces the system's menu arrow where a system does not draw it: a triangle pointing down in the middle of the area.
 void DrawMenuArrow(HDC dc, const Rect& area, unsigned state) {
     const int half = std::max(2, area.Width() / 4);
     const int x = area.left + area.Width() / 2;
@@ -110,7 +110,7 @@ void GdiSurface::FillRect(const Rect& area, OleColor color) {
     if (area.Empty()) {
         return;
     }
-    // Opaque text without text: the quickest solid fill, and no brush is made.
+    // Opaque text without characters is the fastest solid fill, and creates no brush.
     SetBackground(color);
     const RECT r = ToRECT(area);
     ExtTextOutW(dc_, 0, 0, ETO_OPAQUE, &r, L"", 0, nullptr);
@@ -146,7 +146,7 @@ void GdiSurface::DrawFrameControl(const Rect& area, unsigned kind, unsigned stat
 }
 
 void GdiSurface::DrawFocusRect(const Rect& area, OleColor color) {
-    // The system dots it with the current colours; black on white inverts every second pixel of what is there.
+    // The system draws the dots with the current colours; black on white inverts every second pixel.
     SetColors(color, Rgb(255, 255, 255));
     const RECT r = ToRECT(area);
     ::DrawFocusRect(dc_, &r);

@@ -1,4 +1,4 @@
-// The drawing seam over a system device context.
+// The drawing interface, implemented with a system device context.
 #pragma once
 
 #include <windows.h>
@@ -12,7 +12,7 @@
 
 namespace qvx {
 
-// The colour as the system draws it: system colours looked up, palette bits dropped.
+// Returns the colour as the system draws it: system colours are looked up, palette bits dropped.
 COLORREF ResolveColor(OleColor color);
 
 inline RECT ToRECT(const Rect& r) { return {r.left, r.top, r.right, r.bottom}; }
@@ -20,24 +20,25 @@ inline Rect FromRECT(const RECT& r) {
     return {static_cast<int>(r.left), static_cast<int>(r.top), static_cast<int>(r.right), static_cast<int>(r.bottom)};
 }
 
-// A picture that GDI can draw. Every picture given to a GdiSurface is one.
+// A picture that GDI can draw. Every picture passed to a GdiSurface must be one.
 class GdiPicture : public Picture {
   public:
-    // Scaled to the area; parts of the picture may be transparent.
+    // Draws the picture scaled to the area; parts of the picture may be transparent.
     virtual void Draw(HDC dc, const Rect& area) const = 0;
 };
 
-// Draws on a device context that it does not own, and leaves it as it found it. It keeps the last font and colours
-// selected between calls; anyone else who changes them on the same device context meanwhile calls Forget.
+// Draws on a device context that it does not own, and restores it at the end. Between calls, it keeps the last font and
+// colours selected; code that changes them on the same device context meanwhile must call Forget.
 class GdiSurface final : public Surface {
   public:
-    // The resolution is that of what is drawn on.
+    // `dpi` is the resolution of the target.
     GdiSurface(HDC dc, Dpi dpi);
     ~GdiSurface() override;
     GdiSurface(const GdiSurface&) = delete;
     GdiSurface& operator=(const GdiSurface&) = delete;
 
     HDC Dc() const { return dc_; }
+    // Drops what is known of the device context's selected font and colours.
     void Forget();
 
     Dpi Resolution() const override { return dpi_; }
@@ -68,17 +69,17 @@ class GdiSurface final : public Surface {
     HDC dc_;
     Dpi dpi_;
     int savedState_;
-    // The last font asked for, and whether it is the selected one.
+    // The last font that was used, and whether it is still selected.
     FontSpec fontSpec_;
     SharedFont font_;
     bool fontSelected_ = false;
     COLORREF textColor_ = CLR_INVALID;
     COLORREF backColor_ = CLR_INVALID;
-    // Regions to go back to; an empty owner stands for no clip.
+    // Regions to restore; an empty owner means no clip.
     std::vector<UniqueRegion> clips_;
 };
 
-// A bitmap to paint on. It keeps its bitmap while the size stays below what it once needed.
+// A bitmap to paint on. It is reused while the requested sizes do not exceed its own.
 class BackBuffer {
   public:
     ~BackBuffer();
@@ -86,15 +87,16 @@ class BackBuffer {
     BackBuffer(const BackBuffer&) = delete;
     BackBuffer& operator=(const BackBuffer&) = delete;
 
-    // Makes room for at least `size` pixels in the format of `reference`. Returns the device context to draw on, null
-    // when the system has no memory for it. True in `fresh` when old contents were lost.
+    // Provides a bitmap of at least `size` pixels in the format of `reference`. Returns the device context to draw on,
+    // or null when the system has no memory for it. Sets `fresh` to true when old contents were lost.
     HDC Prepare(HDC reference, Size size, bool* fresh = nullptr);
     HDC Dc() const { return dc_.Get(); }
-    // Copies an area to the same place of another device context.
+    // Copies an area to the same position in another device context.
     void CopyTo(HDC target, const Rect& area) const;
-    // Moves what is inside `area` by (dx, dy); what is moved out is lost, what is uncovered keeps old contents.
+    // Moves the contents of `area` by (dx, dy); what is moved out is lost, and the uncovered part keeps its old
+    // contents.
     void Scroll(const Rect& area, int dx, int dy) const;
-    // Gives the bitmap away, at least as large as was asked for, and becomes empty.
+    // Gives up ownership of the bitmap, which is at least as large as requested, and becomes empty.
     UniqueBitmap TakeBitmap();
     void Release();
 
@@ -105,21 +107,21 @@ class BackBuffer {
     Size size_;
 };
 
-// The answer to WM_PAINT: what is drawn goes to a buffer, and from there to the window in one copy at the end, so that
-// nothing flickers. Where the system has no memory for a buffer, it is drawn straight on the window.
+// Handles WM_PAINT: drawing goes to a buffer, which is copied to the window at the end in one step, so that nothing
+// flickers. Where the system has no memory for a buffer, drawing goes directly to the window.
 class BufferedPaint {
   public:
-    // `size` is the client area's, in pixels; {} takes a buffer that there is as it is.
+    // `size` is the client area's, in pixels; {} uses an existing buffer as it is.
     BufferedPaint(HWND window, Dpi dpi, BackBuffer& buffer, Size size);
     ~BufferedPaint();
     BufferedPaint(const BufferedPaint&) = delete;
     BufferedPaint& operator=(const BufferedPaint&) = delete;
 
     GdiSurface& Surface() { return *surface_; }
-    // What the system asks for.
+    // The area that the system wants to be painted.
     Rect UpdateArea() const { return FromRECT(paint_.Area()); }
     bool Buffered() const { return buffer_.Dc() != nullptr; }
-    // Nothing is left of what was drawn before.
+    // Whether nothing that was drawn before is left.
     bool Fresh() const { return fresh_; }
 
   private:

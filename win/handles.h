@@ -1,4 +1,4 @@
-// Owners of system handles: each releases what it holds when its scope ends. Moved, never copied.
+// Owners of system handles: each releases its handle at the end of its scope. They can be moved, but not copied.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +8,7 @@
 
 namespace qvx {
 
-// `Release` is a stateless callable that takes the handle; no handle is null.
+// `Release` is a stateless callable that takes the handle; a null handle means none.
 template <class Handle, class Release>
 class UniqueHandle {
   public:
@@ -27,14 +27,15 @@ class UniqueHandle {
 
     Handle Get() const { return handle_; }
     explicit operator bool() const { return handle_ != nullptr; }
+    // Takes ownership of another handle, and releases the previous one.
     void Reset(Handle handle = nullptr) {
         if (Handle old = std::exchange(handle_, handle)) {
             Release{}(old);
         }
     }
-    // Gives the handle away, to a caller or to the system.
+    // Gives up ownership of the handle, to a caller or to the system.
     Handle Detach() { return std::exchange(handle_, nullptr); }
-    // For calls that hand a handle back through a pointer.
+    // For calls that return a handle through a pointer.
     Handle* Put() {
         assert(!handle_);
         return &handle_;
@@ -71,7 +72,7 @@ using UniqueGlobal = UniqueHandle<HGLOBAL, release::Global>;
 using UniqueKernelObject = UniqueHandle<HANDLE, release::Kernel>;
 using UniqueFileSearch = UniqueHandle<HANDLE, release::FileSearch>;
 
-// An object selected into a device context for the length of a scope.
+// Selects an object into a device context for the duration of a scope.
 class SelectedObject {
   public:
     SelectedObject(HDC dc, HGDIOBJ object) : dc_(dc), previous_(SelectObject(dc, object)) {}
@@ -88,7 +89,7 @@ class SelectedObject {
     HGDIOBJ previous_;
 };
 
-// A window's device context, or the screen's for no window, borrowed for the length of a scope.
+// Borrows a window's device context, or the screen's for a null window, for the duration of a scope.
 class WindowDc {
   public:
     explicit WindowDc(HWND window) : window_(window), dc_(GetDC(window)) {}
@@ -121,7 +122,7 @@ class PaintScope {
     PAINTSTRUCT paint_{};
 };
 
-// A device context's whole state, put back at the end of a scope.
+// Saves the whole state of a device context and restores it at the end of a scope.
 class SavedDc {
   public:
     explicit SavedDc(HDC dc) : dc_(dc), state_(SaveDC(dc)) {}
@@ -138,7 +139,7 @@ class SavedDc {
     int state_;
 };
 
-// Movable memory, locked for the length of a scope.
+// Locks movable memory for the duration of a scope.
 template <class T>
 class GlobalLockScope {
   public:

@@ -17,7 +17,7 @@ struct Search {
     bool complete = true;
 };
 
-// Called by the system, through which no exception may pass.
+// The system calls this function, so no exception may leave it.
 BOOL CALLBACK CollectEnabled(HWND window, LPARAM data) {
     auto* search = reinterpret_cast<Search*>(data);
     if (window == search->dialog || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
@@ -29,7 +29,7 @@ BOOL CALLBACK CollectEnabled(HWND window, LPARAM data) {
     return search->complete;
 }
 
-// The latest scope of the thread that has not ended.
+// The thread's latest scope that has not ended.
 [[gnu::section(".tls$")]] ModalScope* innermost = nullptr;
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The module this code is linked into: where its window classes and resources belong.
+// The module that contains this code: its window classes and resources belong to it.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +7,7 @@ extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace qvx {
 
-// The component server when loaded into a host, the program itself when linked into a test.
+// Returns the component server when loaded into a host, the program itself when linked into a test.
 inline HINSTANCE ModuleInstance() { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
 
 }  // namespace qvx

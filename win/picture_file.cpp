@@ -33,7 +33,7 @@ ComPtr<IPictureDisp> LoadPictureFile(const Text& path) {
     }
     ComPtr<IStream> stream;
     Check(CreateStreamOnHGlobal(memory.Get(), TRUE, stream.put()));
-    memory.Detach();  // the stream's now
+    memory.Detach();  // the stream owns it now
     ComPtr<IPictureDisp> picture;
     Check(OleLoadPicture(stream.get(), static_cast<LONG>(bytes), FALSE, IID_IPictureDisp, picture.put_void()));
     return picture;

@@ -1,4 +1,4 @@
-// Pictures out of files, decoded by the system.
+// Loading of pictures from files, decoded by the system.
 #pragma once
 
 #include <windows.h>
@@ -10,8 +10,8 @@
 
 namespace qvx {
 
-// The picture in a file of any format the system reads. Throws RunTimeError 53 for a file that cannot be read, 481
-// "Invalid picture" for one that no decoder should be given, and ComError for one that holds no picture.
+// Loads the picture from a file of any format that the system reads. Throws RunTimeError 53 for a file that cannot be
+// read, 481 "Invalid picture" for one that no decoder should get, and ComError for one that contains no picture.
 ComPtr<IPictureDisp> LoadPictureFile(const Text& path);
 
 }  // namespace qvx

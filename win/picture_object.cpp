@@ -28,7 +28,7 @@ void PictureObject::Draw(HDC dc, const Rect& area) const {
     if (!picture_ || area.Empty() || FAILED(picture_->get_Width(&width)) || FAILED(picture_->get_Height(&height))) {
         return;
     }
-    // A picture's own coordinates grow upward.
+    // The vertical axis of a picture's own coordinates points upwards.
     const RECT bounds = ToRECT(area);
     picture_->Render(dc, area.left, area.top, area.Width(), area.Height(), 0, height, width, -height, &bounds);
 }

@@ -1,4 +1,4 @@
-// Pictures as hosts hold them, drawn by our surfaces.
+// Pictures of hosts, which the library's surfaces draw.
 #pragma once
 
 #include <windows.h>
@@ -10,14 +10,14 @@
 
 namespace qvx {
 
-// A host's picture (bitmap, icon or metafile), shared.
+// A host's picture object (bitmap, icon or metafile), shared.
 class PictureObject final : public GdiPicture {
   public:
-    // Any of the picture's interfaces; null is an empty picture.
+    // Accepts any of the picture's interfaces; null gives an empty picture.
     explicit PictureObject(IUnknown* picture);
 
     bool Empty() const { return !picture_; }
-    // With a reference for the caller; null when empty.
+    // Returns the object with a reference for the caller; null when empty.
     IPictureDisp* Get() const;
 
     Size PixelSize(Dpi dpi) const override;

@@ -1,4 +1,4 @@
-// Some of the messages that wait for this thread, taken out of turn.
+// Removes some of the messages that wait for this thread, out of turn.
 #pragma once
 
 #include <windows.h>
@@ -7,8 +7,8 @@
 
 namespace qvx {
 
-// A request to end the thread comes with any look into the queue, whatever messages are asked for, and the look takes
-// it away. It is kept here and posted again at the end of the scope, for the loop that it is meant for.
+// Every look into the queue also returns a request to end the thread, whatever messages are asked for, and removes it.
+// This class keeps the request and posts it again at the end of the scope, for the loop that it is meant for.
 class QueuedMessages {
   public:
     QueuedMessages() = default;
@@ -18,8 +18,8 @@ class QueuedMessages {
     QueuedMessages(const QueuedMessages&) = delete;
     QueuedMessages& operator=(const QueuedMessages&) = delete;
 
-    // Takes the next message between `first` and `last` for a window and those in it, or for the whole thread where it
-    // is null. `kinds` are of the system's PM_QS_ flags, none for all. False when none waits.
+    // Removes the next message between `first` and `last` for a window and its children, or for the whole thread if
+    // `window` is null. `kinds` are the system's PM_QS_ flags, 0 for all. Returns false when no message waits.
     bool Take(MSG& message, HWND window, UINT first, UINT last, UINT kinds = 0) {
         while (PeekMessageW(&message, window, first, last, PM_REMOVE | kinds)) {
             if (message.message != WM_QUIT) return true;

@@ -6,7 +6,7 @@ namespace qvx {
 
 namespace {
 
-// A message being passed on, and those around it.
+// A message that is being passed on, linked with the messages around it.
 struct Passing {
     HWND window;
     UINT message;
@@ -21,7 +21,7 @@ struct Passing {
 
 [[gnu::section(".tls$")]] const Passing* passing = nullptr;
 
-// How often one message may be on its way to one window at a time before it counts as going round in circles.
+// How often one message may be in progress for one window at a time before it counts as an endless loop.
 constexpr int mostRounds = 3;
 
 ATOM ClassOf(HWND window) { return static_cast<ATOM>(GetClassLongPtrW(window, GCW_ATOM)); }
@@ -36,7 +36,8 @@ void KeepModuleLoaded(WNDPROC code) {
 
 bool ReplacedProcedure::Start(HWND window) {
     const std::lock_guard lock(access_);
-    // It may also be there behind somebody else's. Noted first: a procedure of which nobody knew could not pass on.
+    // The library's procedure may also still be in use below other code's. The window is noted first: the procedure
+    // could not pass on messages of an unknown window.
     const auto [noted, isNew] = windows_.try_emplace(window);
     if (!isNew) return true;
     const auto previous =
@@ -51,8 +52,8 @@ bool ReplacedProcedure::Start(HWND window) {
     return true;
 }
 
-// The kept procedure is good for all windows of its class. Another class's would take what lies in the window's extra
-// bytes for its own: such a window keeps to the procedure it had itself.
+// The kept procedure works for all windows of its class. That of another class would misinterpret the window's extra
+// bytes, so a window of another class uses the procedure that it had itself.
 WNDPROC ReplacedProcedure::PreviousOf(HWND window, bool ownOnly) const {
     const auto found = windows_.find(window);
     if (found == windows_.end()) return nullptr;
@@ -81,8 +82,9 @@ void ReplacedProcedure::Forget(HWND window) {
 LRESULT ReplacedProcedure::PassOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const {
     const Passing*& innermost = OfThisThread(passing);
     const Passing here{window, message, wParam, lParam, innermost};
-    // The kept procedure may be one that serves many windows and finds its way from each back to us: two windows, one
-    // subclassed before us and one after, and the message never ends. The window's own previous procedure leads out.
+    // The kept procedure may serve many windows and return from each of them to the library's: with two windows, one
+    // subclassed before and one after the library, the message would never end. The window's own previous procedure
+    // breaks the loop.
     int rounds = 0;
     for (const Passing* outer = innermost; outer; outer = outer->outer) rounds += outer->Same(here);
     WNDPROC previous = nullptr;

@@ -1,5 +1,5 @@
-// A message procedure that takes the place of windows' own ones, with one value for the library that keeps the previous
-// procedure: the window that comes last decides it for all.
+// A message procedure that replaces those of windows. The library keeps a single value for the previous procedure: the
+// window that comes last decides it for all.
 #pragma once
 
 #include <windows.h>
@@ -13,22 +13,23 @@ namespace qvx {
 
 class ReplacedProcedure {
   public:
-    // `own` is the procedure that windows get.
+    // `own` is the procedure that the windows get.
     explicit ReplacedProcedure(WNDPROC own) : own_(own) {}
     ReplacedProcedure(const ReplacedProcedure&) = delete;
     ReplacedProcedure& operator=(const ReplacedProcedure&) = delete;
 
-    // Puts the own procedure in the window's place and keeps the previous one. A window that has it already keeps it:
-    // what is kept must never be the own procedure, which would call itself for ever. False when the system refuses.
-    // Throws std::bad_alloc, with the window as it was.
+    // Replaces the window's procedure with the library's own and keeps the previous one. A window that already has the
+    // library's procedure stays as it is: the kept procedure must never be that one, which would call itself for ever.
+    // Returns false when the system refuses. Throws std::bad_alloc, with the window left as it was.
     bool Start(HWND window);
-    // Gives the window back the kept procedure. Where somebody else has replaced the procedure meanwhile, his stays,
-    // and the own one goes on behind it, passing on what it gets; the module then stays loaded for it.
+    // Restores the kept procedure of the window. Where other code has replaced the procedure meanwhile, that code's
+    // procedure stays, and the library's continues to pass on the messages it gets from there; the module then stays
+    // loaded.
     void End(HWND window);
-    // The window is gone.
+    // The window has been destroyed.
     void Forget(HWND window);
 
-    // A message on its way to whoever had the window before.
+    // Passes a message on to the procedure that the window had before.
     LRESULT PassOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const;
 
   private:
@@ -41,9 +42,9 @@ class ReplacedProcedure {
 
     WNDPROC own_;
     mutable Lock access_;
-    WNDPROC kept_ = nullptr;  // the library's one value
-    ATOM keptClass_ = 0;      // of the window that it was the procedure of
-    // Windows whose messages come here, ended or not.
+    WNDPROC kept_ = nullptr;  // the library's single value
+    ATOM keptClass_ = 0;      // the class of the window that it came from
+    // Windows whose messages come here, including those that were ended while others' procedures were on top.
     std::map<HWND, Record> windows_;
 };
 

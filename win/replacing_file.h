@@ -1,5 +1,5 @@
-// A file that is written beside the one whose place it takes. Its bytes are on the disk before it gets there, and it
-// gets there in one step: neither a full disk nor a loss of power costs what was there before.
+// A file that is written beside the one that it replaces. Its bytes are on the disk before it replaces that file, and
+// it does so in one step: neither a full disk nor a loss of power destroys the previous file.
 #pragma once
 
 #include <windows.h>
@@ -9,18 +9,17 @@
 
 namespace qvx {
 
-// Gives the file `from` the name `to`, which the file of that name loses. This is on the disk when it returns; the
-// bytes of `from` are there only if they were flushed before. False leaves both as they were; the system's last error
-// says why.
+// Renames the file `from` to `to`, and replaces a file of that name. The new name is on the disk when the function
+// returns; the bytes of `from` are only if they were flushed before. Returns false, with both files unchanged, on
+// failure; the system's last error gives the reason.
 inline bool RenameOver(const Text& from, const Text& to) {
     return MoveFileExW(Wide(from), Wide(to), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
 }
 
-// It goes away with this object unless it has taken its place. What fails leaves the system's last error.
+// The file is deleted with this object unless it has replaced its target. Failures set the system's last error.
 class ReplacingFile {
   public:
-    // Makes the file, in place of what an interrupted run has left under that name. Handle is null when that is
-    // refused.
+    // Creates the file, and replaces one that an interrupted run has left under that name. On failure, Handle is null.
     explicit ReplacingFile(const Text& path) : path_(path) {
         DeleteFileW(Wide(path_));
         const HANDLE made = CreateFileW(Wide(path_), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW,
@@ -37,10 +36,10 @@ class ReplacingFile {
     ReplacingFile(const ReplacingFile&) = delete;
     ReplacingFile& operator=(const ReplacingFile&) = delete;
 
-    // Open for reading and writing, and closed to everybody else; null once the file has taken its place.
+    // The file is open for reading and writing, and nobody else can open it; null once it has replaced its target.
     HANDLE Handle() const { return file_.Get(); }
     bool Flush() const { return FlushFileBuffers(file_.Get()) != FALSE; }
-    // Flushes, and gives the file its final name.
+    // Flushes the file and gives it its final name.
     bool TakePlaceOf(const Text& target) {
         if (!Flush()) return false;
         file_.Reset();

@@ -3,8 +3,7 @@
 
 namespace qvx {
 
-// Sends the strokes that KeyStrokes gives for them. `key` and `modifier` are virtual keys; a `modifier` of 0 or less
-// means none.
+// Sends the key strokes of KeyStrokes. `key` and `modifier` are virtual keys; a `modifier` of 0 or less means none.
 void SendKey(int key, int modifier);
 
 }  // namespace qvx

@@ -1,4 +1,4 @@
-// Variables of which each thread has one of its own, in a module that may be unloaded.
+// Variables that each thread has a copy of, in a module that may be unloaded.
 #pragma once
 
 #include <type_traits>
@@ -9,10 +9,10 @@ namespace detail {
 void* CopyOfThisThread(const void* original) noexcept;
 }  // namespace detail
 
-// The calling thread's copy of a variable of namespace scope that is declared [[gnu::section(".tls$")]]. The system
-// makes the copies, from what the variable is initialised to, and takes them back with the thread or the module. The
-// compiler's own thread_local allocates at each thread's first use, ends the process when it cannot, and leaves memory
-// and handles behind with each unloading.
+// Returns the calling thread's copy of a variable of namespace scope that is declared [[gnu::section(".tls$")]]. The
+// system creates the copies with the variable's initial value, and frees them with the thread or the module. The
+// compiler's own thread_local is not used: it allocates at each thread's first use, ends the process when it cannot,
+// and leaks memory and handles with each unloading.
 template <typename T>
 T& OfThisThread(T& original) noexcept {
     static_assert(std::is_trivially_destructible_v<T>, "nobody calls a destructor");

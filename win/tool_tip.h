@@ -15,9 +15,10 @@ class ToolTip {
     ToolTip& operator=(const ToolTip&) = delete;
 
     const qvx::Text& Text() const { return text_; }
-    // Shown when the mouse rests over `tool`, a window of `owner`'s or `owner` itself; empty for none.
+    // Sets the tip to show while the mouse rests over `tool`, a child window of `owner` or `owner` itself; an empty
+    // text shows none.
     void Set(HWND owner, HWND tool, TextView text);
-    // The window went or is going; the text stays for the next one.
+    // To be called when the window is destroyed; the text is kept for the next window.
     void Destroy();
 
   private:

@@ -16,7 +16,8 @@ namespace qvx {
 
 namespace {
 
-// A class stays registered when its module is unloaded, and its next window would call into nothing.
+// Unregisters the classes: a class would stay registered when its module is unloaded, and its next window would call
+// freed code.
 class ClassRegistry {
   public:
     ~ClassRegistry() {
@@ -37,7 +38,7 @@ class ClassRegistry {
         record.hInstance = ModuleInstance();
         record.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(windowClass.cursor));
         record.lpszClassName = windowClass.name;
-        // Noted first, so that none stays registered of which nobody knows.
+        // The name is noted first, so that no class stays registered unnoticed.
         const auto noted = names_.insert(windowClass.name).first;
         if (!RegisterClassExW(&record) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
             names_.erase(noted);
@@ -51,8 +52,8 @@ class ClassRegistry {
     std::set<std::wstring> names_;
 };
 
-// What a message answers whose handler failed: nothing was created, nothing was done, and painting is not asked for
-// again at once.
+// Returns the result of a message whose handler failed: nothing was created, nothing was done, and painting is not
+// requested again at once.
 LRESULT AnswerAfterFault(HWND window, UINT message) {
     if (message == WM_PAINT) {
         ValidateRect(window, nullptr);
@@ -60,7 +61,7 @@ LRESULT AnswerAfterFault(HWND window, UINT message) {
     return message == WM_CREATE ? -1 : 0;
 }
 
-// Handles a message so that nothing unwinds into the system. The object may be gone afterwards.
+// Handles a message so that no exception unwinds into the system. The object may be gone afterwards.
 template <typename Handle, typename ReportFault>
 LRESULT Fenced(HWND window, UINT message, const LifeWatch& watch, Handle handle, ReportFault reportFault) {
     try {
@@ -84,7 +85,7 @@ void Window::Destroy() {
     }
     const LifeWatch watch = Watch();
     if (!DestroyWindow(window) && IsWindow(window)) {
-        // Another thread's window: the system keeps it, but it must not find us any more.
+        // The window belongs to another thread: the system keeps it, but it must no longer find this object.
         SetWindowLongPtrW(window, 0, 0);
     }
     if (watch.Alive()) {
@@ -132,7 +133,7 @@ LRESULT CALLBACK Window::Procedure(HWND window, UINT message, WPARAM wParam, LPA
         try {
             self->OnGone();
         } catch (...) {
-            // Nobody is left to tell.
+            // There is nobody to report the error to.
         }
     }
     return result;

@@ -1,5 +1,5 @@
-// Windows of our own classes, and subclasses of the system's controls. Messages go to a virtual function behind a
-// fence, so that no C++ exception ever unwinds into the system or the host.
+// Windows of the library's own classes, and subclasses of the system's controls. A virtual function handles the
+// messages behind a barrier, so that no C++ exception ever unwinds into the system or the host.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@
 namespace qvx {
 
 namespace detail {
-// Tells those who may outlive an object whether it is still there.
+// Lets code that may outlive an object find out whether the object still exists.
 class LifeToken {
   public:
     LifeToken() : alive_(std::make_shared<bool>(true)) {}
@@ -25,7 +25,8 @@ class LifeToken {
 };
 }  // namespace detail
 
-// Whether an object is still there after a call that may have destroyed it: hosts delete controls in event handlers.
+// Tells whether an object still exists after a call that may have destroyed it: hosts delete controls in event
+// handlers.
 class LifeWatch {
   public:
     explicit LifeWatch(std::shared_ptr<const bool> alive) : alive_(std::move(alive)) {}
@@ -35,21 +36,21 @@ class LifeWatch {
     std::shared_ptr<const bool> alive_;
 };
 
-// A class of windows; registered when its first window is created, unregistered when the module is unloaded.
+// A window class; it is registered when its first window is created, and unregistered when the module is unloaded.
 struct WindowClass {
     const wchar_t* name;
     UINT style = CS_DBLCLKS;
-    WORD cursor = 32512;  // identifier of one of the system's cursors; this is the arrow
+    WORD cursor = 32512;  // identifier of one of the system's cursors; the default is the arrow
 };
 
-// One window. Destroying the object destroys the window; the window may also go first (with its parent), then Handle
-// becomes null. The object may be destroyed while it handles a message: code that runs after a call out to a host
-// asks a LifeWatch before touching members again.
+// A window. Destroying the object destroys the window; the window may also be destroyed first (with its parent), and
+// Handle then becomes null. The object may be destroyed while it handles a message: code that runs after a call to a
+// host asks a LifeWatch before it uses members again.
 class Window {
   public:
     Window() = default;
-    // Messages sent while the base class destroys the window no longer reach the derived one: a class that wants its
-    // WM_DESTROY calls Destroy in its own destructor.
+    // Messages that are sent while the base class destroys the window no longer reach the derived class: a class that
+    // needs WM_DESTROY calls Destroy in its own destructor.
     virtual ~Window();
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
@@ -59,24 +60,24 @@ class Window {
     LifeWatch Watch() const { return LifeWatch(life_.Watch()); }
     void Destroy();
 
-    // Client area in pixels, from (0, 0).
+    // The client area in pixels, from (0, 0).
     Rect ClientArea() const;
-    // Asks for the whole window, or a part in client pixels, to be painted; the window paints all of it itself.
+    // Invalidates the whole window, or a part in client pixels; the window paints all of it itself.
     void Invalidate() const;
     void Invalidate(const Rect& area) const;
 
   protected:
-    // Position in pixels: relative to the parent for child windows, to the screen for others. `id` is a child's
-    // identifier. False when the system refuses or WM_CREATE's handler fails.
+    // Creates the window. The position is in pixels: relative to the parent for child windows, to the screen for
+    // others. `id` is a child's identifier. Returns false when the system refuses or WM_CREATE's handler fails.
     bool Create(const WindowClass& windowClass, const wchar_t* title, DWORD style, DWORD exStyle, const Rect& bounds,
                 HWND parent, int id = 0);
 
     virtual LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
-    // The system's own handling.
+    // Calls the system's own handling.
     LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam);
-    // Called inside the handler of an exception that OnMessage let through (rethrow to look at it). It must not throw.
+    // Called inside the handler of an exception that OnMessage has thrown (rethrow to examine it). It must not throw.
     virtual void OnFault() noexcept {}
-    // After the last message; Handle is null already. The object may delete itself here.
+    // Called after the last message; Handle is already null. The object may delete itself here.
     virtual void OnGone() {}
 
   private:
@@ -86,8 +87,8 @@ class Window {
     detail::LifeToken life_;
 };
 
-// Sees a window's messages before the window itself; for the system's controls. Detached automatically when the
-// window goes.
+// Receives a window's messages before the window itself; for the system's controls. It is removed automatically when
+// the window is destroyed.
 class WindowSubclass {
   public:
     WindowSubclass() = default;
@@ -95,6 +96,7 @@ class WindowSubclass {
     WindowSubclass(const WindowSubclass&) = delete;
     WindowSubclass& operator=(const WindowSubclass&) = delete;
 
+    // Subclasses the window, instead of any previous one. Returns false when the system refuses.
     bool Attach(HWND window);
     void Detach();
     HWND Handle() const { return handle_; }
@@ -102,7 +104,7 @@ class WindowSubclass {
 
   protected:
     virtual LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
-    // The window's own handling, or the next subclass's.
+    // Calls the window's own handling, or that of the next subclass.
     LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam);
     virtual void OnFault() noexcept {}
 
@@ -114,15 +116,15 @@ class WindowSubclass {
     detail::LifeToken life_;
 };
 
-// Signed client coordinates of a mouse message.
+// Returns the signed client coordinates of a mouse message.
 inline Point MousePoint(LPARAM lParam) {
     return {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
 }
 
-// True while a key of that VK_ code is held, as of the message that is being handled.
+// Returns whether a key of that VK_ code is held down, as of the message that is being handled.
 bool IsKeyDown(int key);
 
-// The Shift argument of key and mouse events (keys::shiftMask and so on) from the keyboard's present state.
+// Returns the Shift argument of key and mouse events (keys::shiftMask and so on) for the current state of the keyboard.
 int ShiftState();
 
 }  // namespace qvx

@@ -1,4 +1,4 @@
-// Texts of windows; the way between the rules' text and the system's strings is com/wide_text.h's.
+// Texts of windows; com/wide_text.h converts between the rules' text and the system's strings.
 #pragma once
 
 #include <windows.h>
@@ -7,10 +7,10 @@
 
 namespace qvx {
 
-// The characters alone, not closed by a NUL.
+// Returns the characters alone, without a terminating NUL.
 inline const wchar_t* WideData(TextView text) { return Wide(text).data(); }
 
-// The window's text; empty for no window.
+// Returns the window's text; empty for a null window.
 inline Text WindowText(HWND window) {
     const int length = window ? GetWindowTextLengthW(window) : 0;
     Text text(static_cast<std::size_t>(length) + 1, u'\0');

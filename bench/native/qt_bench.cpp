@@ -26,7 +26,7 @@ const std::vector<QString>& Texts() {
     return texts;
 }
 
-// take(column, text) for each cell of a row.
+// Calls take(column, text) for each cell of a row.
 template <class Take>
 void Split(const QString& text, Take take) {
     int start = 0;
@@ -44,7 +44,7 @@ bool IsBlank(const QString& text) {
     return true;
 }
 
-// Reading through the interface that all Qt models share.
+// Reads through the interface that all Qt models share.
 double SumOf(const QAbstractItemModel& model) {
     double sum = 0;
     const int rows = model.rowCount();
@@ -208,7 +208,7 @@ class ItemModelPeer {
     QStandardItemModel model_;
 };
 
-// The store is the programmer's own here, so this is a floor beside the bare arrays: what Qt's interface adds to them.
+// The storage is the program's own here, so this is a baseline for what Qt's interface adds to the bare arrays.
 class VectorModel : public QAbstractTableModel {
   public:
     int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : rows_.size(); }
@@ -279,7 +279,7 @@ void Prepare(QTableView& view) {
                                   QItemSelectionModel::Select);
 }
 
-// Counts the times a view's cells are painted.
+// Counts how often a view's cells are painted.
 class PaintCounter : public QObject {
   public:
     explicit PaintCounter(QTableView& view) { view.viewport()->installEventFilter(this); }
@@ -295,7 +295,7 @@ class PaintCounter : public QObject {
     int count_ = 0;
 };
 
-// All of the view painted anew, or what scrolling has left to paint, and sent to the display.
+// Repaints the whole view, or the part that scrolling has invalidated, and sends it to the display.
 void PaintNow(QTableView& view, const PaintCounter& counter, bool everything) {
     const int before = counter.Count();
     if (everything) {

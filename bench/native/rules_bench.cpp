@@ -1,4 +1,4 @@
-// Our rules, and the floor: bare arrays of strings without any table around them.
+// The library's rules, and the baseline: bare arrays of strings without any table around them.
 #include <algorithm>
 #include <array>
 #include <string>

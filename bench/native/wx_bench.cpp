@@ -23,7 +23,7 @@ const std::vector<wxString>& Texts() {
     return texts;
 }
 
-// All rows are made in one call and then filled: quicker there than a call a row.
+// Creates all rows in one call and then fills them, which is faster there than a call per row.
 void Fill(wxGridStringTable& table, std::size_t first, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         const wxString& text = Texts()[i % distinctRows];

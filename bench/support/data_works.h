@@ -1,13 +1,13 @@
-// The works on a table's data, the same for every peer.
+// The operations on a table's data, the same for every peer.
 //
 // A peer is a class with
 //   static const char* Name();
-//   void Load(std::size_t rows);             row i from text i of the workload, the way the peer does it best
+//   void Load(std::size_t rows);             row i from text i of the workload, in the way that suits the peer best
 //   double Sum();                            of column 3
-//   std::size_t CountBlank();                cells that are empty but for blanks, every cell asked
-//   void InsertAtTop(std::size_t count);     a call a row, row i from text i
-//   void InsertBlockAtTop(std::size_t count) the same in as few calls as the peer can
-//   void RemoveEverySecond();                rows 1, 3, 5 …, as the peer does it best
+//   std::size_t CountBlank();                cells that are empty or blank, checking every cell
+//   void InsertAtTop(std::size_t count);     one call per row, row i from text i
+//   void InsertBlockAtTop(std::size_t count) the same in as few calls as the peer allows
+//   void RemoveEverySecond();                rows 1, 3, 5 …, in the way that suits the peer best
 //   std::size_t Rows();
 //   std::string Cell(row, column);
 #pragma once
@@ -24,7 +24,7 @@
 
 namespace qvx::bench {
 
-// What the works must come to, worked out from the rows' own text.
+// The expected results of the work, calculated from the rows' own text.
 struct Expected {
     explicit Expected(std::size_t rows) {
         double sumOfTexts[distinctRows];
@@ -60,13 +60,13 @@ struct Expected {
 template <class Peer>
 class DataWorks {
   public:
-    // No single work is begun that is likely to take longer than `limit` seconds.
+    // Work that is likely to take longer than `limit` seconds is skipped.
     explicit DataWorks(double limit) : limit_(limit) {}
 
     void Run(std::size_t rows) {
         rows_ = rows;
         const Expected expected(rows);
-        // Five runs; more where one is too short for the clock, a single one where it is long.
+        // Five repetitions; more where one is too short for the clock, a single one where it is long.
         const std::size_t fresh = std::clamp<std::size_t>(100'000 / rows, 5, 20);
         Times load, memory, sum, scan, insert, block, remove;
         for (std::size_t run = 0; run < fresh; ++run) {
@@ -119,7 +119,7 @@ class DataWorks {
             work();
             values.push_back(watch.Seconds());
         }
-        // As often as fills 20 milliseconds.
+        // Repeats the work often enough to fill 20 milliseconds.
         template <class Work>
         void AddRepeated(Work work) {
             const WorkStopwatch watch;
@@ -142,7 +142,7 @@ class DataWorks {
         return true;
     }
 
-    // From the time at a tenth of the rows, growing by `factor`.
+    // Estimates from the time at a tenth of the rows, growing by `factor`.
     bool Affordable(const std::string& work, double factor) {
         const auto known = last_.find(work);
         if (known == last_.end() || known->second.first == rows_) return true;
@@ -167,7 +167,7 @@ class DataWorks {
     std::map<std::string, double> estimate_;
 };
 
-// Options of every benchmark program: [--rows=N] the largest table, [--limit=SECONDS] for a single work.
+// Options of every benchmark program: [--rows=N] for the largest table, [--limit=SECONDS] for a single piece of work.
 struct Options {
     std::size_t maxRows = 1'000'000;
     double limit = 30;

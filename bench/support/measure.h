@@ -17,7 +17,7 @@
 
 namespace qvx::bench {
 
-// Elapsed time, for work that other processes take part in (a display server).
+// Measures elapsed time, for work in which other processes take part (a display server).
 class Stopwatch {
   public:
     double Seconds() const { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count(); }
@@ -26,7 +26,7 @@ class Stopwatch {
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
-// Time of work that is all this thread's own: its processor time where the system counts that finely, so that a busy
+// Measures work done by this thread alone: its processor time where the system counts that precisely, so that a busy
 // machine disturbs less.
 class WorkStopwatch {
   public:
@@ -46,7 +46,8 @@ class WorkStopwatch {
     double start_ = Now();
 };
 
-// Bytes the C library's allocator has handed out; 0 under Windows, where nothing counts them as exactly.
+// Returns the bytes that the C library's allocator has handed out; 0 under Windows, where nothing counts them as
+// precisely.
 inline std::size_t BytesInUse() {
 #ifdef _WIN32
     return 0;
@@ -61,20 +62,20 @@ inline double Median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-// Stops the whole run: a peer that did other work than the rest must not be compared with it.
+// Stops the whole run: a peer that did different work must not be compared with the others.
 inline void CheckSameWork(bool same, const char* peer, const char* work) {
     if (same) return;
     std::fprintf(stderr, "%s did not do the work '%s' as it is meant\n", peer, work);
     std::exit(1);
 }
 
-// One line of results, columns parted by tabs; see bench/report.py.
+// Prints one line of results, with tabs between columns; see bench/report.py.
 inline void Report(const char* work, std::size_t rows, const std::string& peer, double value, std::size_t runs) {
     std::printf("%s\t%zu\t%s\t%.9g\t%zu\n", work, rows, peer.c_str(), value, runs);
     std::fflush(stdout);
 }
 
-// A work that would have taken too long at this size; `estimate` in seconds.
+// Reports work that would have taken too long at this size; `estimate` is in seconds.
 inline void ReportCut(const char* work, std::size_t rows, const std::string& peer, double estimate) {
     std::printf("%s\t%zu\t%s\tcut\t%.9g\n", work, rows, peer.c_str(), estimate);
     std::fflush(stdout);

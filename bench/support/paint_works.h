@@ -1,9 +1,9 @@
-// The works on a table on the screen: 800 by 600 pixels with headers on both sides and two selected columns, full of
-// cells of 80 by 20 pixels.
+// The operations on a table on the screen: 800 by 600 pixels with headers on both sides and two selected columns, full
+// of cells of 80 by 20 pixels.
 //
 // A screen is a class whose constructor takes the number of rows, loads them, shows the table and returns once it has
-// been painted, and whose DrawFrame(topRow, everything) scrolls there and has all of the window painted anew, or as
-// much as the table finds needful, before it returns.
+// been painted. Its DrawFrame(topRow, everything) scrolls there and repaints the whole window, or as much as the table
+// considers necessary, before it returns.
 #pragma once
 
 #include <cstddef>

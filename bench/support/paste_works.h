@@ -1,5 +1,5 @@
-// Cells pasted over a whole table and the paste undone, beside the plain load of the same cells one by one: every
-// value goes through its column's rules into the grid and into the history.
+// Pasting cells over a whole table and undoing the paste, compared with the plain load of the same cells one by one:
+// every value goes through its column's rules into the grid and into the history.
 #pragma once
 
 #include <algorithm>

@@ -1,14 +1,13 @@
-// The works on rows as records, the same for every peer: a table of which no two rows are the same is searched for
-// duplicates, two columns are multiplied, clean cells are checked, and rows without text are removed from among the
-// others.
+// The operations on rows as records, the same for every peer: a table without equal rows is searched for duplicates,
+// two columns are multiplied, valid cells are checked, and rows without text are removed from among the others.
 //
-// A peer is one of the data works' (data_works.h) that has besides
+// A peer is one of data_works.h that also has
 //   void SetCell(std::size_t row, int col, const std::string& text);   before the clock runs
-//   bool HasDuplicate();     of two rows whose cells, one behind the other and whatever their case, make the same text
-//   void RemoveEmptyRows();  those whose cells all hold nothing but blanks
+//   bool HasDuplicate();     of two rows whose cells, joined and regardless of case, give the same text
+//   void RemoveEmptyRows();  those in which all cells are empty or blank
 //   double Product(bool write);   of columns 3 and 4, added up; written as text into column 9 of each row when asked
-//   std::size_t FirstInvalidRow();   from row 1 on (row 0 holds captions) the first with a cell of nothing but blanks
-//                                    or not above 0 in columns 3 and 4; Rows() when there is none
+//   std::size_t FirstInvalidRow();   from row 1 on (row 0 contains captions) the first with an empty or blank cell,
+//                                    or one not above 0 in columns 3 and 4; Rows() when there is none
 #pragma once
 
 #include <cmath>
@@ -28,7 +27,7 @@ constexpr int productColumn = 9;
 
 inline std::string Caption(int col) { return "Column" + std::to_string(col); }
 
-// Captions in row 0, and no cell below it that is blank or, where a number above 0 belongs, 0.
+// Row 0 contains captions, and no cell below it is blank, or 0 where a number above 0 is required.
 template <class Peer>
 void MakeValid(Peer& peer) {
     const std::size_t rows = peer.Rows();
@@ -70,7 +69,7 @@ void RunRecordWorks(const Options& options) {
     const char* const works[] = {"duplicates", "product", "remove_empty", "product_set", "validate"};
     for (std::size_t rows = 10'000; rows <= options.maxRows; rows *= 10) {
         std::vector<double> times[5];
-        // From the time at a tenth of the rows; removal may be quadratic.
+        // Estimates from the time at a tenth of the rows; removal may be quadratic.
         const auto affordable = [&](int work) { return last[work] * (work == 2 ? 100 : 10) <= options.limit; };
         double expected = 0;
         for (std::size_t row = 0; row < rows; ++row) expected += products[row % distinctRows];

@@ -89,7 +89,7 @@ class RulesPeer {
         return texts;
     }
 
-    // Every column is required; the factors have to be above 0.
+    // Every column is required; the factors must be above 0.
     static grid::ControlState ValidatedState() {
         const auto wide = [](const std::string& text) { return Text(text.begin(), text.end()); };
         grid::ControlState state;
@@ -103,7 +103,7 @@ class RulesPeer {
     flexgrid::Grid grid_;
 };
 
-// The same rows taken out one call at a time, as a host's loop would.
+// Removes the same rows with one call each, as a host's loop would.
 class RulesOneByOnePeer : public RulesPeer {
   public:
     static const char* Name() { return "Qvx rules, a call a row"; }

@@ -1,4 +1,4 @@
-// The same rows for every peer: ten columns of short texts, one tab-separated text a row.
+// The same rows for every peer: ten columns of short texts, one tab-separated text per row.
 #pragma once
 
 #include <array>
@@ -12,15 +12,15 @@ namespace qvx::bench {
 constexpr int columnCount = 10;
 constexpr int sumColumn = 3;
 
-// How many different rows there are; row i holds text i modulo this, so that the input is made before the clock starts
-// and still fits the processor's caches as one read from a file would.
+// The number of different rows; row i has text i modulo this number, so that the input is created before the clock
+// starts and still fits the processor's caches, like one read from a file.
 constexpr std::size_t distinctRows = 4096;
 
-// Cells of 0 to 11 characters, 6 on average; column 3 holds amounts, one cell in 16 of column 7 is blank.
+// Cells have 0 to 11 characters, 6 on average; column 3 contains amounts, and one cell in 16 of column 7 is blank.
 inline std::string RowText(std::size_t row) {
     static constexpr std::array<const char*, 8> words = {"North", "South", "East",     "West",
                                                          "Paid",  "Open",  "Returned", "In transit"};
-    // A multiplier that spreads consecutive numbers; any good one serves.
+    // A multiplier that spreads consecutive numbers; any good one will do.
     const auto mixed = static_cast<std::uint32_t>(row) * 2654435761U;
     const auto digits = [](std::uint32_t value, std::uint32_t limit) { return std::to_string(value % limit); };
     std::string text = std::to_string(row + 1);

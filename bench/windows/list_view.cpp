@@ -10,7 +10,7 @@ HWND CreateFrame(int width, int height, WNDPROC procedure, void* context) {
     windowClass.hInstance = GetModuleHandleW(nullptr);
     const std::wstring name = L"bench" + std::to_wstring(reinterpret_cast<ULONG_PTR>(procedure));
     windowClass.lpszClassName = name.c_str();
-    RegisterClassW(&windowClass);  // fails harmlessly when it is there already
+    RegisterClassW(&windowClass);  // fails harmlessly when the class is already registered
     const HWND frame = CreateWindowExW(WS_EX_TOOLWINDOW, name.c_str(), L"", WS_POPUP | WS_CLIPCHILDREN, 0, 0, width,
                                        height, nullptr, nullptr, windowClass.hInstance, nullptr);
     SetWindowLongPtrW(frame, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(context));

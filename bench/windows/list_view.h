@@ -31,10 +31,11 @@ inline WideRow SplitWide(const std::wstring& text) {
     return row;
 }
 
-// A popup window that holds one list view and answers its questions for owner data.
+// A popup window that contains one list view and answers its requests for owner data.
 class ListView {
   public:
-    // With `numbered` the first column is the row's number, as tables' row headers are. Hidden until Show.
+    // With `numbered`, the first column is the row's number, like the row headers of tables. The window is hidden until
+    // Show.
     ListView(bool ownerData, bool numbered, int width, int height, int columnWidth);
     ~ListView();
     ListView(const ListView&) = delete;
@@ -43,15 +44,15 @@ class ListView {
     HWND Handle() const { return list_; }
     void Show() { ShowWindow(frame_, SW_SHOWNOACTIVATE); }
 
-    // Row `at` becomes text `text` of the workload.
+    // Sets row `at` to text `text` of the workload.
     void InsertRow(std::size_t at, std::size_t text);
-    // Owner data: the rows were changed.
+    // For owner data: the rows have been changed.
     void CountChanged();
     std::vector<WideRow>& OwnRows() { return rows_; }
     bool OwnsData() const { return ownerData_; }
 
     std::size_t Count() const { return static_cast<std::size_t>(SendMessageW(list_, LVM_GETITEMCOUNT, 0, 0)); }
-    // Good until the next call.
+    // Valid until the next call.
     const wchar_t* Cell(std::size_t row, std::size_t col);
 
   private:
@@ -67,7 +68,7 @@ class ListView {
     std::wstring number_;
 };
 
-// A window to put a child in, at the screen's top left corner.
+// Creates a window for a child, at the screen's top left corner.
 HWND CreateFrame(int width, int height, WNDPROC procedure, void* context);
 
 }  // namespace qvx::bench

@@ -1,5 +1,5 @@
-// In one Windows process: our rules, our control through its automation object as a host fills it, our window on the
-// screen, and the system's list view.
+// Compares in one Windows process: the library's rules, the control filled through its automation object as by a host,
+// the grid's window on the screen, and the system's list view.
 #include <windows.h>
 
 #include <cstdio>
@@ -58,7 +58,7 @@ const std::vector<BSTR>& BstrTexts() {
     return texts;
 }
 
-// Every call crosses the control's automation edge, by its dual interface.
+// Every call goes through the control's automation interface, the dual one.
 class DualPeer {
   public:
     static const char* Name() { return "Qvx automation, dual"; }
@@ -128,7 +128,7 @@ class DualPeer {
     ComPtr<IFlexGrid> grid_;
 };
 
-// The same, with rows added by IDispatch::Invoke as scripts do.
+// The same, with rows added through IDispatch::Invoke as scripts do.
 class LateBoundPeer : public DualPeer {
   public:
     static const char* Name() { return "Qvx automation, late bound"; }
@@ -160,7 +160,7 @@ class ListViewPeer {
 
     void Load(std::size_t rows) {
         SendMessageW(list_.Handle(), WM_SETREDRAW, FALSE, 0);
-        if (!ownerData) SendMessageW(list_.Handle(), LVM_SETITEMCOUNT, rows, 0);  // a hint to take room
+        if (!ownerData) SendMessageW(list_.Handle(), LVM_SETITEMCOUNT, rows, 0);  // a hint to allocate memory
         for (std::size_t i = 0; i < rows; ++i) list_.InsertRow(i, i);
         Changed();
     }
@@ -236,7 +236,7 @@ void HandleMessages() {
     }
 }
 
-// All that is drawn has left the process.
+// When this returns, all drawing has left the process.
 void Repaint(HWND window, bool everything) {
     RedrawWindow(window, nullptr, nullptr, (everything ? RDW_INVALIDATE : 0U) | RDW_UPDATENOW | RDW_ALLCHILDREN);
     GdiFlush();
@@ -252,7 +252,7 @@ class ListViewScreen {
         if (!ownerData) SendMessageW(list_.Handle(), LVM_SETITEMCOUNT, rows, 0);
         for (std::size_t i = 0; i < rows; ++i) list_.InsertRow(i, i);
         if (ownerData) list_.CountChanged();
-        // It selects whole rows only: one in five, as many cells as two columns of ten.
+        // The list view selects whole rows only: one in five, which is as many cells as two columns of ten.
         LVITEMW state{};
         state.state = LVIS_SELECTED;
         state.stateMask = LVIS_SELECTED;
@@ -318,7 +318,7 @@ class GridScreen {
     void DrawFrame(std::size_t topRow, bool everything) {
         flexgrid::Grid& grid = window_->Model();
         grid.SetTopRow(1 + static_cast<int>(topRow));
-        // Its back bitmap would answer an invalid window; a changed colour really has all of it drawn again.
+        // The back buffer would answer an invalid window; a changed colour makes the grid draw everything again.
         if (everything) grid.SetGridColor(grid.GridColor() ^ 1U);
         Repaint(window_->Handle(), everything);
     }
@@ -353,7 +353,7 @@ int main(int argc, char** argv) {
     RunDataWorks<LateBoundPeer>(options);
     RunDataWorks<ListViewPeer<false>>(options);
     RunDataWorks<ListViewPeer<true>>(options);
-    RunPaintWorks<ListViewScreen<false>>();  // last: filling it takes longer than all the rest
+    RunPaintWorks<ListViewScreen<false>>();  // last, since filling it takes longer than everything else
     std::puts("done");
     OleUninitialize();
 }

@@ -1,4 +1,4 @@
-// The archiver that was started last, and the wait for its end.
+// Starting an archiver, and waiting for its end.
 #include <windows.h>
 
 #include "com/wide_text.h"
@@ -10,13 +10,13 @@ namespace qvx::backup {
 
 namespace {
 
-// Under the time after which the system takes a thread that does not look at its messages for hung, and covers its
-// windows with a ghost.
+// Below the time after which the system considers a thread that does not process its messages as hung, and replaces its
+// windows with ghost windows.
 constexpr DWORD longestBlindness = 1000;  // milliseconds
 
-// Paints what is due in a window and those in it, and lets messages in that others send.
+// Paints pending updates of a window and its children, and handles messages that others send.
 void Paint(HWND window, QueuedMessages& queue) {
-    // Where the window is gone, the thread's messages to no window: there is nothing to paint among them.
+    // If the window has been destroyed, only messages without a window are read: they contain nothing to paint.
     const HWND painted = IsWindow(window) ? window : reinterpret_cast<HWND>(-1);
     MSG message{};
     while (queue.Take(message, painted, WM_PAINT, WM_PAINT)) DispatchMessageW(&message);
@@ -26,13 +26,14 @@ void Paint(HWND window, QueuedMessages& queue) {
 
 void SystemServices::StartArchiver(TextView commandLine) {
     if (commandLine.find(u'\0') != TextView::npos) throw StartError(ERROR_INVALID_NAME);
-    Text writable(commandLine);  // the call may write into it
+    Text writable(commandLine);  // the call may modify it
     STARTUPINFOW start{};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESHOWWINDOW;
     start.wShowWindow = SW_SHOWNORMAL;
     PROCESS_INFORMATION process{};
-    // A console of its own: what an archiver says and asks needs a window even where the host itself has a console.
+    // The archiver gets a console of its own, since its messages and questions need a window even where the host itself
+    // has a console.
     if (!CreateProcessW(nullptr, WideBuffer(writable), nullptr, nullptr, FALSE, CREATE_NEW_CONSOLE, nullptr, nullptr,
                         &start, &process)) {
         throw StartError(GetLastError());

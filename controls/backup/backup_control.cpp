@@ -40,7 +40,7 @@ const PropertyTable& BackupControl::Properties() {
 }
 
 void BackupControl::Run(Mode mode, HWND owner) {
-    // A host may set properties from a timer while the dialog is open; what was begun goes on as it was.
+    // A host may set properties from a timer while the dialog is open; a run in progress uses the old ones.
     const Settings settings = settings_;
     if (SystemServices::FileSize(LockFile(settings))) {
         namespace messages = dialogs::messages;
@@ -77,7 +77,7 @@ void BackupControl::DrawPicture(Surface& surface, const Rect& area) {
     static const PictureBlock disk[] = {
         {{3, 3, 15, 15}, body},    // the case
         {{5, 8, 13, 15}, paper},   // the label
-        {{6, 10, 12, 11}, metal},  // and what is written on it
+        {{6, 10, 12, 11}, metal},  // and the writing on it
         {{6, 12, 12, 13}, metal}, {{6, 3, 12, 7}, metal}, {{10, 4, 11, 6}, body},
     };
     DrawBlockPicture(surface, area, 18, disk);

@@ -1,4 +1,4 @@
-// The Backup control: settings, and the way to the dialog.
+// The Backup control: its settings, and opening the dialog.
 #pragma once
 
 #include <olectl.h>
@@ -27,7 +27,8 @@ class BackupControl final : public InvisibleControl<_Backup>, private MemberAcce
     QVX_FIELD(BSTR, DataExtension, Settings::dataExtension)
     QVX_FIELD(VARIANT_BOOL, CheckSecurity, Settings::checkSecurity)
 
-    // Any number but 0 opens the dialog for a backup. What `action` points to is left as it is; null is E_POINTER.
+    // Opens the dialog; any number but 0 opens it for a backup. The value that `action` points to is not changed;
+    // returns E_POINTER for null.
     STDMETHODIMP Show(ActionType* action) override;
 
   protected:

@@ -17,7 +17,7 @@ void SetStyle(HWND window, LONG bit, bool on) {
     SetWindowLongW(window, GWL_STYLE, on ? style | bit : style & ~bit);
 }
 
-// The cursor of a program that is at work, for the length of a scope.
+// Shows the wait cursor for the duration of a scope.
 class WaitCursor {
   public:
     WaitCursor() : before_(SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(32514)))) {}
@@ -57,7 +57,7 @@ bool BackupDialog::Fill(HWND owner) {
         !AddButton(cancel_, IDCANCEL, caption(form::Item::cancel), [this] { OnCloseBox(); })) {
         return false;
     }
-    // Behind what is inside it, which would be cut out of it otherwise.
+    // The frame is below its contents in the z-order, which would otherwise be cut out of it.
     SetWindowPos(frame_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     ShowGroupName(false);
     EnableOk();
@@ -122,7 +122,7 @@ void BackupDialog::Refresh(const FormState& form) {
     if (!Handle()) return;
     if (location_.GetText() != form.location) {
         location_.SetText(form.location);
-        // The end of a long path tells more than its beginning.
+        // The end of a long path says more than its beginning.
         location_.SetSelStart(static_cast<int>(form.location.size()));
     }
     if (WindowText(outcome_) != form.outcome) SetWindowTextW(outcome_, Wide(form.outcome));
@@ -169,8 +169,8 @@ void BackupDialog::Operate(const std::function<void(FormState&)>& work) {
     DropInput();
 }
 
-// Typed or clicked on something that looked as it did before: it would close a dialog that has just begun to tell how
-// the work went.
+// Drops keys and clicks that were meant for the dialog as it looked before: they could close a dialog that has just
+// begun to show the result.
 void BackupDialog::DropInput() const {
     if (!Handle()) return;
     QueuedMessages queue;

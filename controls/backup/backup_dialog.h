@@ -1,4 +1,4 @@
-// The dialog that backs a database up or restores one, as a window: what its buttons do is told from outside.
+// The window of the dialog that backs up or restores a database; its owner provides the actions of its buttons.
 #pragma once
 
 #include <windows.h>
@@ -16,8 +16,8 @@ namespace qvx::backup {
 
 class BackupDialog final : public ModalForm, private TextBoxListener {
   public:
-    // The Browse and the OK button, with the fields' contents. They show what they change by Refresh. While one of
-    // them runs the dialog takes no input, and what was typed and clicked meanwhile is dropped.
+    // The actions of the Browse and the OK button, which get the contents of the fields and display their changes with
+    // Refresh. While one of them runs, the dialog accepts no input, and keys and clicks are dropped.
     std::function<void(FormState&)> onBrowse;
     std::function<void(FormState&)> onRun;
 
@@ -27,9 +27,9 @@ class BackupDialog final : public ModalForm, private TextBoxListener {
     // Shows the dialog over `owner`'s top-level window (may be null) and returns when it is closed, or when its owner
     // or the program ends meanwhile.
     void Run(HWND owner);
-    // Puts the fields' contents on the screen, at once.
+    // Displays the contents of the fields at once.
     void Refresh(const FormState& form);
-    // Paints what waits to be painted, while no message is handled.
+    // Paints pending updates, while no message is handled.
     void Repaint() const;
 
   protected:
@@ -38,7 +38,7 @@ class BackupDialog final : public ModalForm, private TextBoxListener {
     void OnCloseBox() override;
 
   private:
-    // Which field a notification is from is not known here; both follow their texts.
+    // The notification does not say which field has changed; both are updated.
     void TextBoxChange() override;
     void TextBoxKeyPress(int& character) override;
 

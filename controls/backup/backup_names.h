@@ -1,4 +1,4 @@
-// Names of archives and databases, and how they stand in command lines and messages.
+// Names of archives and databases, and their form in command lines and messages.
 #pragma once
 
 #include "common/text.h"
@@ -6,43 +6,44 @@
 
 namespace qvx::backup {
 
-// Without the blanks at both ends.
+// Returns the text without the blanks at both ends.
 TextView Trimmed(TextView text);
 
-// A folder with the separator that joining paths needs; nothing is added to one that has it.
+// Returns a folder with the separator that joining paths needs; none is added if it already has one.
 Text WithSeparator(TextView folder);
 
-// The archive of one day and month in a folder (which ends in a separator), for example "C:\Copies\Ac-1-3.qvx". There
-// is no year in it: every year writes over the archive of the year before.
+// Returns the archive of one day and month in a folder (which ends in a separator), for example "C:\Copies\Ac-1-3.qvx".
+// The name contains no year: every year overwrites the archive of the year before.
 Text ArchivePath(TextView folder, const Settings& settings, int day, int month);
 
-// Characters that no file name can hold: \ / : * ? " < > and the vertical bar.
+// Whether no file name can contain the character: \ / : * ? " < > and the vertical bar.
 bool IsForbiddenInNames(char16_t character);
-// The text without them.
+// Returns the text without those characters.
 Text CleanName(TextView text);
 
-// The file name that a restored database gets as a group of its own; `spare` serves where nothing usable was typed, its
-// first eight characters at most.
+// Returns the file name of a database that is restored as a group of its own, from the typed name; where nothing usable
+// was typed, from up to eight characters of `spare`.
 Text GroupName(TextView typed);
 Text SpareGroupName(TextView spare);
 
-// A path as one argument of a command line: in double quotes when it has blanks in it, else as it is. Programs take a
-// backslash before the closing quote for a quoted quote, so a folder's last one is doubled there.
+// Returns a path as one argument of a command line: in double quotes when it contains blanks, otherwise unchanged.
+// Programs take a backslash before the closing quote for an escaped quote, so a folder's last backslash is doubled in
+// that case.
 Text Argument(TextView path);
 
-// Where the file that takes another one's place is written: beside it, so that one step moves it. It does not end in
-// the extension of databases, and nobody calls a file of his own so.
+// Returns the temporary name for a file that will replace `path`: it is in the same folder, so that one step moves it.
+// It does not end in the extension of databases, and no user names a file like that.
 Text ArrivingName(TextView path);
 
-// Whether a file's name can stand at the end of a connection string and mean that file: one with ";", "=" or a quote in
-// it may end the value and begin another.
+// Whether a file's name can be at the end of a connection string and mean that file: one with ";", "=" or a quote in it
+// may end the value and begin another.
 bool FitsConnectionString(TextView name);
 
-// The folder part of a path with its last separator; empty without one.
+// Returns the folder part of a path with its last separator; empty without one.
 TextView FolderOf(TextView path);
 
-// An error's description as it may be shown: one that repeats any path or connection string is left out, since it would
-// put on the screen what the user may not know.
+// Returns an error's description if it may be shown: one that contains a path or a connection string is replaced with
+// an empty text, since the user may not be allowed to know them.
 TextView Redacted(TextView description) noexcept;
 
 }  // namespace qvx::backup

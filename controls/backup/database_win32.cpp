@@ -1,4 +1,4 @@
-// The database: whether it opens, and its administrator's password.
+// The database: whether it can be opened, and its administrator's password.
 #include <windows.h>
 
 #include <memory>
@@ -14,7 +14,7 @@ namespace qvx::backup {
 
 namespace {
 
-// What the data objects are told where they have defaults of their own.
+// Arguments that select the defaults of the data objects.
 constexpr LONG optionsUnspecified = -1;
 constexpr int keysetCursor = 1;
 constexpr int optimisticLock = 3;
@@ -43,7 +43,7 @@ void OpenAndClose(TextView connection) {
     }
 }
 
-// The records that a query on a connection string gives, open for as long as the object is there.
+// The records of a query on a connection string, open for as long as this object exists.
 class PasswordRecords {
   public:
     explicit PasswordRecords(TextView connection)
@@ -65,13 +65,13 @@ class PasswordRecords {
                 CallNamed(object_.get(), L"Close");
             }
         } catch (const std::exception&) {
-            // They close with their object at the latest.
+            // The records are closed with their object at the latest.
         }
     }
     PasswordRecords(const PasswordRecords&) = delete;
     PasswordRecords& operator=(const PasswordRecords&) = delete;
 
-    // Of the current record.
+    // Returns the value of the current record.
     Variant Value() const {
         if (!direct_) {
             const auto fields = ObjectNamed(object_.get(), L"Fields");
@@ -91,7 +91,7 @@ class PasswordRecords {
     AdoInterface<AdoRecordset> direct_;
 };
 
-// The same error in words of our own: those of data objects repeat connection strings and files.
+// Replaces an error's description with one of our own: those of data objects contain connection strings and files.
 template <typename Work>
 auto Reworded(TextView words, Work work) {
     try {
@@ -120,7 +120,7 @@ std::optional<Text> AdministratorPassword(TextView connection) {
     Text password;
     Reworded(u"The administrator's password in the database is no text.",
              [&] { AppendFieldText(value.get(), password); });
-    // The value's memory is given back as it is.
+    // The system does not clear the value's memory when it is freed.
     if (value.Type() == VT_BSTR) SecureZeroMemory(value.ptr()->bstrVal, SysStringByteLen(value.get().bstrVal));
     return password;
 }

@@ -1,5 +1,5 @@
-// The surroundings of the backup's procedure in the product: the dialog for what the user sees, the system for the
-// rest.
+// The environment of the backup procedure in the product: the dialog for everything that the user sees, the system for
+// the rest.
 #pragma once
 
 #include <optional>
@@ -12,7 +12,7 @@ namespace qvx::backup {
 
 class DialogEnvironment final : public SystemEnvironment {
   public:
-    // `dialog` must outlive it.
+    // `dialog` must outlive this object.
     explicit DialogEnvironment(BackupDialog& dialog) : dialog_(dialog) {}
 
     void Refresh(const FormState& form) override;

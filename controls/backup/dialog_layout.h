@@ -1,5 +1,5 @@
-// The backup dialog and the password prompt as they were designed: texts, places, the order of Tab. Twips where nothing
-// else is said.
+// The design of the backup dialog and the password prompt: texts, positions, tab order. Lengths are in twips unless
+// stated otherwise.
 #pragma once
 
 #include <array>
@@ -12,27 +12,28 @@ namespace qvx::backup {
 
 namespace form {
 
-// What is on the dialog, in the order of Tab.
+// The items of the dialog, in tab order.
 enum class Item { frame, location, browse, email, groupLabel, groupName, outcome, ok, cancel };
 inline constexpr std::array items{Item::frame,     Item::location, Item::browse, Item::email, Item::groupLabel,
                                   Item::groupName, Item::outcome,  Item::ok,     Item::cancel};
 
 TextView Caption(Mode mode);
-// Empty for the fields and the outcome line, which come without a text.
+// Empty for the fields and the outcome line, which initially have no text.
 TextView Caption(Item item, Mode mode);
 
-// Of the client area.
+// The width of the client area.
 constexpr int width = 5550;
-// What lies above the name of a separate group needs at least that much of the client area.
+// The items above the name of a separate group need at least this height of the client area.
 constexpr int contentHeight = 1500;
 
-// The whole window's height with the frame that the system gives it, which is `frameHeight` high above and below the
-// client area together. A frame that leaves the content too little room makes the window higher.
+// Returns the height of the whole window. `frameHeight` is the total height of the system's frame above and below the
+// client area; a frame that leaves too little room for the content makes the window higher.
 int Height(bool groupNameShown, int frameHeight);
-// In the client area. The name of a separate group lies just below what the lower window shows.
+// Returns the position in the client area. While the window has its smaller height, the name of a separate group is
+// just below the visible part.
 Rect Place(Item item, int frameHeight);
 
-// Whether the OK button takes input.
+// Whether the OK button is enabled.
 bool MayRun(TextView location);
 
 }  // namespace form

@@ -1,5 +1,5 @@
-// Short and fresh names, drives, the calendar: of the system's scripting objects where they are installed and answer,
-// else of the system itself.
+// Short names, temporary names, drives, the calendar: from the system's scripting objects where they are installed and
+// work, otherwise from the system itself.
 #include <windows.h>
 
 #include <objbase.h>
@@ -14,7 +14,7 @@ namespace qvx::backup {
 
 namespace {
 
-// What `ask` gets from the objects; nothing where they are missing or fail, in whichever way.
+// Returns the result of `ask` with the objects; nullopt where they are missing or fail in any way.
 template <typename Ask>
 auto AskScripting(Ask ask) -> std::optional<decltype(ask(nullptr))> {
     try {
@@ -96,7 +96,7 @@ void SystemServices::ChangeDrive(TextView path) {
     const Text fullPath = FullPath(path);
     const Text drive(DriveName(fullPath));
     if (drive.empty()) ThrowFileError(ERROR_INVALID_DRIVE);
-    // The drive's own current folder, or its root if that has gone; servers have but the latter.
+    // The drive's own current folder, or its root if that folder no longer exists; a server has only its root.
     const bool lettered = drive.size() == 2;
     if (lettered && SetCurrentDirectoryW(Wide(drive))) return;
     if (!SetCurrentDirectoryW(Wide(drive + u'\\'))) ThrowFileError(lettered ? ERROR_INVALID_DRIVE : GetLastError());

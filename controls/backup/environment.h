@@ -1,6 +1,6 @@
-// Everything the backup does outside itself, step by step: what the user sees and is asked, files, the archivers,
-// the database, mail and the calendar. The dialog stands behind it in the product; tests have one of their own, in
-// which each step can fail and the program can end between any two.
+// All effects of the backup outside itself, step by step: messages and questions to the user, files, the archivers, the
+// database, mail and the calendar. In the product, the dialog and the system implement them; tests have an
+// implementation in which each step can fail and the program can end between any two.
 #pragma once
 
 #include <cstdint>
@@ -11,13 +11,13 @@
 
 namespace qvx::backup {
 
-// What the dialog's fields hold.
+// The contents of the dialog's fields.
 struct FormState {
     Text location;
-    bool email = false;  // "as a separate group" in a restore
+    bool email = false;  // in a restore, "as a separate group"
     Text groupName;
     Text outcome;
-    Text outcomeTip;  // shown over the outcome line; empty for none
+    Text outcomeTip;  // the tool tip of the outcome line; empty for none
 };
 
 struct Date {
@@ -30,74 +30,78 @@ enum class DriveKind { removable, other };
 struct Mail {
     Text subject;
     Text attachment;      // full path
-    Text attachmentName;  // as the receiver sees it
+    Text attachmentName;  // the name that the receiver sees
 };
 
 // Steps that fail throw RunTimeError with the hosts' number (53 "File not found", 61 "Disk full", 70 "Permission
-// denied", 75 "Path/File access error", 76 "Path not found", 68 "Device unavailable") and a description that names no
-// path. A step that failed has changed nothing except where it says so.
+// denied", 75 "Path/File access error", 76 "Path not found", 68 "Device unavailable") and a description that contains
+// no path. A step that failed has changed nothing unless stated otherwise.
 class Environment {
   public:
     virtual ~Environment() = default;
 
     // --- The user ---
 
-    // Puts the fields' contents on the screen and paints the dialog at once. Never fails.
+    // Displays the contents of the fields and paints the dialog at once. Never fails.
     virtual void Refresh(const FormState& form) = 0;
+    // Returns true for OK and Yes, false otherwise, as dialogs::ShowMessage does.
     virtual bool ShowMessage(TextView prompt, const dialogs::MessageKind& kind, const std::optional<Text>& title) = 0;
+    // Shows an error with the hosts' number.
     virtual void ReportError(int number, TextView description) = 0;
     // Empty when the user cancels.
     virtual Text BrowseForFolder(TextView title) = 0;
     virtual Text ShowOpenFile(TextView title) = 0;
-    // Shows the password prompt on a database and returns with whether its password was given. The prompt's form stays,
+    // Shows the password prompt for a database and returns whether its password was given. The prompt's form stays,
     // hidden, until it is closed.
     virtual bool RunPasswordPrompt(TextView connection) = 0;
     virtual void ClosePasswordPrompt() = 0;
 
     virtual Date Today() = 0;
 
-    // --- Files. Paths are taken as they are, wildcards only where it says so. ---
+    // --- Files. Paths are used as they are; wildcards are allowed only where stated. ---
 
-    // Bytes of a file; nothing when there is none (a folder is none).
+    // Returns the size of a file in bytes; nullopt when there is no such file (a folder is not a file).
     virtual std::optional<std::uint64_t> FileSize(TextView path) = 0;
-    // Leaves an empty file there, whatever was there before.
+    // Creates an empty file, or empties the existing one.
     virtual void CreateEmptyFile(TextView path) = 0;
     virtual void DeleteFile(TextView path) = 0;
-    // Within a folder, to a name that nobody has. A read-only file refuses, as it refuses to be deleted: what is set
-    // aside so is to go.
+    // Renames a file within its folder to an unused name. Fails for a read-only file, as deleting does: a file that is
+    // set aside must be deletable.
     virtual void RenameFile(TextView from, TextView to) = 0;
-    // Puts a copy of a file in the place of `to` (which may be there or not): written beside it under a name of its
-    // own, through to the disk, and moved there in one step. Whenever the program or the system stops, `to` is the
-    // whole old file or the whole new one. Permissions of the old one stay.
+    // Replaces `to` (which need not exist) with a copy of a file: the copy is written beside it under a temporary name,
+    // flushed to the disk, and moved in one step. Whenever the program or the system stops, `to` is either the whole
+    // old file or the whole new one. The permissions of the old file are kept.
     virtual void ReplaceFile(TextView from, TextView to) = 0;
-    // The name, without folder, of the first file in a folder (which ends in a separator) whose name ends in
-    // `extension`, in any case; empty when there is none.
+    // Returns the name, without folder, of the first file in a folder (which ends in a separator) whose name ends in
+    // `extension`, ignoring case; empty when there is none.
     virtual Text FirstFile(TextView folder, TextView extension) = 0;
-    // Deletes every file of a folder, but no folder in it. On failure some may be gone.
+    // Deletes every file of a folder, but no subfolder. When it fails, some files may have been deleted.
     virtual void DeleteFiles(TextView folder) = 0;
-    // Whether both name the same folder, however they spell it.
+    // Whether both paths name the same folder, however they are written.
     virtual bool SameFolder(TextView one, TextView other) = 0;
-    // The 8.3 form of an existing file's path, or the path itself where the system keeps no such form. Error 53 when
-    // there is no such file.
+    // Returns the 8.3 form of an existing file's path, or the path itself where the system keeps no such form. Error 53
+    // when there is no such file.
     virtual Text ShortPath(TextView file) = 0;
-    // Of the drive a path is on; the path itself need not exist.
+    // Returns the type of the drive of a path; the path itself need not exist.
     virtual DriveKind DriveTypeOf(TextView path) = 0;
-    // Bytes that the user may still write on the medium with a path's folder; nothing where the system does not tell.
+    // Returns the bytes that the user may still write on the medium of a path's folder; nullopt where the system does
+    // not report them.
     virtual std::optional<std::uint64_t> FreeSpace(TextView path) = 0;
     // Makes the drive of a path the current one.
     virtual void ChangeDrive(TextView path) = 0;
-    // A fresh name for a temporary file, without folder.
+    // Returns an unused name for a temporary file, without folder.
     virtual Text TemporaryName() = 0;
 
     // --- Others ---
 
-    // Whether a connection opens; it is closed again. Never fails.
+    // Whether a connection can be opened; it is closed again. Never fails.
     virtual bool DatabaseOpens(TextView connection) = 0;
     // Starts an archiver in a normal window.
     virtual void StartArchiver(TextView commandLine) = 0;
-    // Waits, as long as it takes, for the one started last, and repaints the dialog meanwhile. Its exit code.
+    // Waits, however long it takes, for the archiver that was started last, and repaints the dialog meanwhile. Returns
+    // the exit code.
     virtual std::uint32_t WaitForArchiver() = 0;
-    // Through the mail program's own dialog. Fails with the mail system's description.
+    // Sends mail through the mail program's own dialog. Fails with the mail system's description.
     virtual void SendMail(const Mail& mail) = 0;
 };
 

@@ -38,7 +38,7 @@ struct Row {
 constexpr Row rows[] = {
     {fileNotFound, 2, true},  // no such file
     {pathNotFound, 3, true},  // no such folder
-    {tooManyFiles, 4},        // too many open
+    {tooManyFiles, 4},        // too many open files
     {pathFileAccess, 5},      // access denied
     {outOfMemory, 8},
     {outOfMemory, 14},
@@ -57,7 +57,7 @@ constexpr Row rows[] = {
     {diskFull, 39},
     {deviceUnavailable, 51},   // the server does not answer
     {pathNotFound, 53, true},  // no such server
-    {deviceUnavailable, 55},   // no longer there
+    {deviceUnavailable, 55},   // no longer present
     {deviceError, 59},         // network
     {deviceUnavailable, 64},   // the connection is gone
     {permissionDenied, 65},    // network
@@ -67,7 +67,7 @@ constexpr Row rows[] = {
     {permissionDenied, 108},  // the drive is in use
     {diskFull, 112},
     {badName, 123, true},
-    {pathNotFound, 161, true},  // no path at all
+    {pathNotFound, 161, true},  // not a path
     {fileAlreadyExists, 183},
     {badName, 206, true},        // too long
     {pathNotFound, 267, true},   // a file where a folder should be
@@ -91,7 +91,7 @@ const Row* Find(std::uint32_t code) {
 
 RunTimeError Raised(const Description& description) { return {description.number, Text(description.words)}; }
 
-// The system's own limit, less the 8.3 name that a folder's path must leave room for.
+// The system's own limit, minus an 8.3 name, for which a folder's path must leave room.
 constexpr std::size_t longestOrdinary = 247;
 
 constexpr TextView longPrefix = u"\\\\?\\";
@@ -125,7 +125,7 @@ RunTimeError StartError(std::uint32_t systemCode) {
             return Raised(fileNotFound);
         case 5:
         case 32:
-        case 740:   // asks for an administrator
+        case 740:   // requires an administrator
         case 1260:  // forbidden by a policy
             return Raised(permissionDenied);
         case 8:
@@ -142,7 +142,7 @@ Text LongForm(TextView fullPath) {
     if (fullPath.size() > 2 && BeginsWithDrive(fullPath) && fullPath[2] == u'\\') {
         return Text(longPrefix) + Text(fullPath);
     }
-    // "\\?\" and "\\.\" have no server's name behind the first two.
+    // After the two backslashes of "\\?\" and "\\.\", there is no server's name.
     if (BeginsWithServer(fullPath) && fullPath[2] != u'?' && fullPath[2] != u'.') {
         return Text(longServerPrefix) + Text(fullPath.substr(2));
     }

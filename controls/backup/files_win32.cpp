@@ -1,4 +1,4 @@
-// Single files: what there is, made, deleted, renamed, copied and put in another one's place.
+// Operations on single files: examining, creating, deleting, renaming, copying and replacing.
 #include <windows.h>
 
 #include <aclapi.h>
@@ -17,7 +17,7 @@ namespace qvx::backup {
 namespace {
 
 constexpr DWORD sharedByAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-// What a copy takes over. A copy that could not be written over again would be in the way of the next one.
+// The attributes that a copy keeps. A copy that could not be overwritten would block the next one.
 constexpr DWORD keptAttributes =
     FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
 constexpr DWORD copiedAtOnce = 1 << 20;  // bytes
@@ -38,14 +38,14 @@ LARGE_INTEGER Ticks(const FILETIME& time) {
     return ticks;
 }
 
-// Times that are 0 stay as they are.
+// Times that are 0 are not changed.
 void SetBasics(HANDLE file, FILE_BASIC_INFO basics, DWORD attributes) {
-    // No attribute at all would leave them as they are.
+    // With no attribute at all, the call would not change them.
     basics.FileAttributes = attributes & keptAttributes ? attributes & keptAttributes : FILE_ATTRIBUTE_NORMAL;
     if (!SetFileInformationByHandle(file, FileBasicInfo, &basics, sizeof basics)) ThrowFileError();
 }
 
-// The system's calls refuse these, too, but not where whoever runs them may do anything to files.
+// The system's calls refuse these files, too, but not for users who may do anything to files.
 void RefuseReadOnly(DWORD attributes) {
     if (attributes & FILE_ATTRIBUTE_READONLY) ThrowFileError(ERROR_ACCESS_DENIED);
 }
@@ -72,7 +72,7 @@ bool KeepsPermissions(HANDLE file) {
     return !told || features & FILE_PERSISTENT_ACLS;
 }
 
-// The system's code where they could not be read or set, else 0.
+// Returns the system's code where the permissions could not be read or set, otherwise 0.
 DWORD TryToCopyPermissions(Text from, Text to) {
     const UniqueKernelObject file = OpenFile(from, READ_CONTROL, sharedByAll, OPEN_EXISTING);
     if (!file) return GetLastError();
@@ -86,7 +86,7 @@ DWORD TryToCopyPermissions(Text from, Text to) {
     SECURITY_DESCRIPTOR_CONTROL control = 0;
     DWORD revision = 0;
     if (!GetSecurityDescriptorControl(descriptor.get(), &control, &revision)) return GetLastError();
-    // What a file does not inherit it must not begin to inherit now.
+    // A file that does not inherit permissions must not begin to inherit them.
     const SECURITY_INFORMATION inheriting =
         control & SE_DACL_PROTECTED ? PROTECTED_DACL_SECURITY_INFORMATION : UNPROTECTED_DACL_SECURITY_INFORMATION;
     return SetNamedSecurityInfoW(WideBuffer(to), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION | inheriting, nullptr,
@@ -99,7 +99,7 @@ void CopyPermissions(const Text& from, const Text& to) {
     if (!MayLackPermissions(refused, GetDriveTypeW(Wide(VolumeRoot(from))) == DRIVE_REMOTE)) ThrowFileError(refused);
 }
 
-// A rename over the target would not always tell that it must not be replaced, or is in use.
+// A rename over the target would not always report that it must not be replaced, or is in use.
 void CheckReplaceable(const Text& target, const WIN32_FILE_ATTRIBUTE_DATA& old) {
     if (IsFolder(old)) ThrowFileError(ERROR_ACCESS_DENIED);
     RefuseReadOnly(old.dwFileAttributes);
@@ -108,7 +108,8 @@ void CheckReplaceable(const Text& target, const WIN32_FILE_ATTRIBUTE_DATA& old) 
     }
 }
 
-// The path of a file that is there by its long names: a file that is replaced is called what the rename calls it.
+// Returns the path of an existing file with its long names: the rename gives its target exactly the name that it is
+// called with.
 Text WithLongNames(const Text& systemPath) {
     Text names(32768, u'\0');
     const DWORD length = GetLongPathNameW(Wide(systemPath), WideBuffer(names), static_cast<DWORD>(names.size()));
@@ -125,14 +126,14 @@ std::optional<std::uint64_t> SystemServices::FileSize(TextView path) {
     return std::uint64_t{data->nFileSizeHigh} << 32 | data->nFileSizeLow;
 }
 
-// What is there is emptied, not created anew: that is refused for a hidden file.
+// An existing file is emptied, not created anew, which the system refuses for a hidden file.
 void SystemServices::CreateEmptyFile(TextView path) {
     const UniqueKernelObject file =
         OpenFile(SystemPath(path), GENERIC_WRITE, 0, OPEN_ALWAYS, FILE_FLAG_SEQUENTIAL_SCAN | FILE_ATTRIBUTE_NORMAL);
     BY_HANDLE_FILE_INFORMATION data{};
     if (!file || !GetFileInformationByHandle(file.Get(), &data)) ThrowFileError();
     RefuseReadOnly(data.dwFileAttributes);
-    // On a full disk even the end of an empty file may be refused.
+    // On a full disk, even setting the end of an empty file may fail.
     const bool empty = data.nFileSizeHigh == 0 && data.nFileSizeLow == 0;
     if (!empty && !SetEndOfFile(file.Get())) ThrowFileError();
 }
@@ -149,8 +150,8 @@ void SystemServices::RenameFile(TextView from, TextView to) {
     if (!MoveFileExW(Wide(source), Wide(SystemPath(to)), 0)) ThrowFileError();
 }
 
-// A rename over the target, since the system's ReplaceFileW is not one step: without a backup's name it deletes the
-// target first, and if it is stopped then, or cannot move the new file after that, there is none of that name.
+// Uses a rename over the target, since the system's ReplaceFileW is not atomic: without the name of a backup it deletes
+// the target first, and if it is stopped then, or cannot move the new file after that, there is no file of that name.
 void SystemServices::ReplaceFile(TextView from, TextView to) {
     const UniqueKernelObject source =
         OpenFile(SystemPath(from), GENERIC_READ, sharedByAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
@@ -166,7 +167,8 @@ void SystemServices::ReplaceFile(TextView from, TextView to) {
     if (const auto old = Find(target)) {
         CheckReplaceable(target, *old);
         target = WithLongNames(target);
-        // What whoever looks at the old file knows it by: permissions, attributes, the day it was made.
+        // The copy keeps the properties by which users know the old file: permissions, attributes, the date of
+        // creation.
         CopyPermissions(target, beside);
         basics.CreationTime = Ticks(old->ftCreationTime);
         data.dwFileAttributes = old->dwFileAttributes;

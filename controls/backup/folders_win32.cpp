@@ -1,4 +1,4 @@
-// The files of a folder, and which folder it is.
+// The files of a folder, and the identity of a folder.
 #include <windows.h>
 
 #include <algorithm>
@@ -12,8 +12,8 @@ namespace qvx::backup {
 
 namespace {
 
-// Calls `visit` with each file of a folder, in the system's order, until it returns false. A folder that is not there
-// has none.
+// Calls `visit` with each file of a folder, in the system's order, until it returns false. A folder that does not exist
+// has no files.
 template <typename Visit>
 void VisitFiles(TextView folder, Visit visit) {
     WIN32_FIND_DATAW entry{};
@@ -48,7 +48,7 @@ Text PathOf(HANDLE folder, TextView given) {
 }
 
 std::optional<FolderIdentity> Identify(TextView path) {
-    // A folder can be opened so, and without any access to what is in it.
+    // A folder can be opened in this way even without any access to its contents.
     const UniqueKernelObject folder =
         OpenFile(SystemPath(path), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                  OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
@@ -58,7 +58,7 @@ std::optional<FolderIdentity> Identify(TextView path) {
     if (!(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) return std::nullopt;
     FolderIdentity identity;
     identity.path = PathOf(folder.Get(), path);
-    // Some file systems' numbers have more than the 64 bits that all can tell.
+    // The numbers of some file systems exceed the 64 bits that all systems can report.
     FILE_ID_INFO whole{};
     if (GetFileInformationByHandleEx(folder.Get(), FileIdInfo, &whole, sizeof whole)) {
         identity.volume = whole.VolumeSerialNumber;
@@ -92,7 +92,7 @@ void SystemServices::DeleteFiles(TextView folder) {
         Text name;
         DWORD attributes;
     };
-    // All of them first: a folder that changes while it is listed may hide some.
+    // All of them are listed first: a folder that changes during the listing may hide some.
     std::vector<File> files;
     VisitFiles(folder, [&](const WIN32_FIND_DATAW& entry) {
         files.push_back({Text(FromWide(entry.cFileName)), entry.dwFileAttributes});

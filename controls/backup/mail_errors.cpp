@@ -10,7 +10,7 @@ constexpr int mailErrors = 32000;
 constexpr std::uint32_t failure = 2;
 constexpr std::uint32_t attachmentNotFound = 11;
 
-// By their codes; 7 is not in use.
+// Indexed by code; 7 is not in use.
 constexpr TextView words[] = {
     u"",
     u"The mail was cancelled.",

@@ -1,4 +1,4 @@
-// What the mail system's failures are called.
+// The errors of the mail system.
 #pragma once
 
 #include <cstdint>
@@ -7,14 +7,14 @@
 
 namespace qvx::backup {
 
-// By the code that Simple MAPI returns (never 0, which is success), under the number that hosts know it by: 32000 and
+// Returns the error for a code of Simple MAPI (never 0, which is success), under the number that hosts know: 32000 plus
 // the code.
 RunTimeError MailError(std::uint32_t code);
 
-// There is no mail program, or none that can be called.
+// The error when there is no mail program, or none that can be called.
 RunTimeError NoMailSystem();
 
-// The attachment's name cannot be written in any of the ways that the mail system reads.
+// The error when the attachment's name cannot be represented in any of the ways that the mail system reads.
 RunTimeError UnwritableAttachmentName();
 
 }  // namespace qvx::backup

@@ -13,13 +13,13 @@ namespace qvx::backup {
 
 namespace {
 
-constexpr ULONG unicodeNotSupported = 27;  // which the system's header does not know
+constexpr ULONG unicodeNotSupported = 27;  // missing in the system's header
 
 struct UnloadLibrary {
     void operator()(HMODULE library) const { FreeLibrary(library); }
 };
 
-// The interface's records, for both widths of characters: the system's header knows the narrow ones only.
+// The interface's records, for both widths of characters: the system's header only declares the narrow ones.
 template <typename Character>
 struct MailFile {
     ULONG reserved = 0;
@@ -78,7 +78,7 @@ class MailSystem {
     UniqueHandle<HMODULE, UnloadLibrary> library_;
 };
 
-// From logon to logoff, whatever happens in between.
+// A session from logon to logoff, whatever happens in between.
 class Session {
   public:
     Session(const MailSystem& system, HWND owner) : system_(system), owner_(owner) {
@@ -111,14 +111,14 @@ class Session {
     LHANDLE session_ = 0;
 };
 
-// In the system's narrow characters; nothing when some of them are not among those.
+// Converts the text to the system's narrow characters; nullopt when it contains others.
 std::optional<std::string> Narrowed(TextView text) {
     if (text.empty()) return std::string();
     const bool everyCharacter = GetACP() == CP_UTF8;
     const DWORD flags = everyCharacter ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS;
     BOOL replaced = FALSE;
     const std::wstring_view wide = Wide(text);
-    // At most as many bytes as a character has in UTF-8.
+    // A character has at most as many bytes as in UTF-8.
     std::string narrow(text.size() * 4, '\0');
     const int length =
         WideCharToMultiByte(CP_ACP, flags, wide.data(), static_cast<int>(wide.size()), narrow.data(),
@@ -131,7 +131,7 @@ std::optional<std::string> Narrowed(TextView text) {
 std::wstring Widened(TextView text) { return std::wstring(Wide(text)); }
 
 ULONG SendThrough(const MailSystem& system, const Session& session, const Mail& mail, const Text& path) {
-    // Narrow where that will do: every mail program knows it.
+    // The narrow call is preferred, since every mail program supports it.
     const std::string subject = Narrowed(mail.subject).value_or("");
     const auto name = Narrowed(mail.attachmentName);
     const auto narrowPath = Narrowed(path);
@@ -149,7 +149,7 @@ ULONG SendThrough(const MailSystem& system, const Session& session, const Mail& 
 }  // namespace
 
 void SystemServices::SendMail(HWND owner, const Mail& mail) {
-    // The mail program may look for it from another folder.
+    // The mail program may have another current folder.
     const Text path = FullPath(mail.attachment);
     const MailSystem system;
     const Session session(system, owner);

@@ -49,7 +49,7 @@ HWND ModalForm::AddControl(const wchar_t* windowClass, TextView caption, DWORD s
 }
 
 void ModalForm::ApplyFonts() {
-    // The old font lives on until no control has it any more.
+    // The old font is released only when no control uses it any more.
     const SharedFont before = std::exchange(font_, AcquireFont(FontSpec{}, dpi_));
     for (const HWND control : controls_) {
         SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_->Get()), FALSE);
@@ -98,7 +98,7 @@ void ModalForm::RunModal(HWND first) {
     RunModalLoop(
         modal, [this] { return !finished_ && Handle(); },
         [this](const MSG& message) { return BeforeDispatch(message); });
-    // What ended the loop may have been the end of the program.
+    // The loop may have ended because the program ends.
     Finish();
     modal_ = nullptr;
     modal.RestoreFocus();
@@ -112,7 +112,7 @@ void ModalForm::Finish() {
 }
 
 void ModalForm::OnGone() {
-    // The system has taken the children along.
+    // The system has destroyed the children, too.
     controls_.clear();
     PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
 }
@@ -125,7 +125,7 @@ void ModalForm::Press(buttons::ButtonWindow& button, int key) {
 
 bool ModalForm::TakeKey(WPARAM key, LPARAM details) {
     if (key != VK_RETURN && key != VK_ESCAPE) return false;
-    // However long it is held, the work that it starts is done once.
+    // The work that the key starts is done once, however long the key is held.
     if (details & static_cast<LPARAM>(KF_REPEAT) << 16) return true;
     buttons::ButtonWindow* button = key == VK_ESCAPE ? ButtonOf(IDCANCEL) : FocusedButton();
     if (!button) button = ButtonOf(IDOK);
@@ -145,7 +145,7 @@ bool ModalForm::TakeAccessKey(char16_t character) {
         Press(*button, character);
         return true;
     }
-    // A label passes the focus on to what it stands before; check boxes are the system's business.
+    // A label passes the focus on to the control after it; the system handles check boxes.
     for (const HWND control : controls_) {
         const Text caption = WindowText(control);
         if (!IsWindowVisible(control)) continue;
@@ -169,7 +169,7 @@ bool ModalForm::BeforeDispatch(const MSG& message) {
             if (TakeAccessKey(static_cast<char16_t>(message.wParam))) return true;
             break;
         case WM_CHAR:
-            // Where nothing is typed, a letter does without Alt.
+            // Where no text is typed, a letter works without Alt.
             if (!(SendMessageW(message.hwnd, WM_GETDLGCODE, 0, 0) & DLGC_WANTCHARS) && message.wParam > VK_SPACE &&
                 TakeAccessKey(static_cast<char16_t>(message.wParam))) {
                 return true;

@@ -1,5 +1,5 @@
-// What the backup's forms share: a window with the library's buttons and the system's controls on it, shown modally
-// and worked with the keys of every dialog.
+// The common parts of the backup's forms: a modal window with the library's buttons and the system's controls on it,
+// used with the keys of every dialog.
 #pragma once
 
 #include <windows.h>
@@ -20,31 +20,32 @@ namespace qvx::backup {
 
 class ModalForm : public Window {
   protected:
-    // The empty form over `owner`'s top-level window (may be null), not visible yet. False when the system refuses.
+    // Creates the empty form over `owner`'s top-level window (may be null), not yet visible. Returns false when the
+    // system refuses.
     bool Open(HWND owner, TextView caption);
-    // Children are made in the order of Tab. Buttons by Enter and Escape are the ones with the identifiers IDOK and
-    // IDCANCEL. False when the system refuses.
+    // Children are created in tab order. Enter and Escape click the buttons with the identifiers IDOK and IDCANCEL.
+    // Returns false when the system refuses.
     bool AddButton(buttons::ButtonWindow& button, int id, TextView caption, std::function<void()> click);
-    // One of the system's; null when it refuses.
+    // Adds one of the system's controls; returns null when the system refuses.
     HWND AddControl(const wchar_t* windowClass, TextView caption, DWORD style, DWORD exStyle = 0);
 
-    // Shows the form and returns when it has finished, hidden, or is gone. The focus starts at `first`, with its text
-    // selected.
+    // Shows the form and returns when it has finished and is hidden, or has been destroyed. The focus starts at
+    // `first`, with its text selected.
     void RunModal(HWND first);
     void Finish();
-    // Gives a field the focus, with its text selected.
+    // Gives the focus to a field and selects its text.
     static void EnterField(HWND field);
 
     Dpi Resolution() const { return dpi_; }
-    // What the system's frame adds to the client area, in pixels.
+    // Returns the size that the system's frame adds to the client area, in pixels.
     Size FrameSize() const;
     void Place(HWND child, const Rect& twips) const;
     // Keeps the upper left corner once the form is visible.
     void SetWindowSize(Size pixels) const;
 
-    // Puts everything in its place: at the beginning, and when the resolution is another one.
+    // Positions everything: at the beginning, and when the resolution changes.
     virtual void LayOut() = 0;
-    // The window's close box.
+    // The window's close box was clicked.
     virtual void OnCloseBox() = 0;
 
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -55,13 +56,13 @@ class ModalForm : public Window {
     bool TakeKey(WPARAM key, LPARAM details);
     bool TakeAccessKey(char16_t character);
     void Press(buttons::ButtonWindow& button, int key);
-    // The one with the focus, if any.
+    // Returns the button with the focus, if any.
     buttons::ButtonWindow* FocusedButton() const;
     buttons::ButtonWindow* ButtonOf(int id) const;
     void ApplyFonts();
 
     Dpi dpi_;
-    std::optional<Point> corner_;  // where the system wants the form, while it is laid out for another resolution
+    std::optional<Point> corner_;  // where the system wants the form during the layout for another resolution
     HWND owner_ = nullptr;
     SharedFont font_;
     std::vector<buttons::ButtonWindow*> buttons_;

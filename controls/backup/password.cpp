@@ -3,8 +3,8 @@
 namespace qvx::backup {
 
 void SecretText::Overwrite(Text& text) noexcept {
-    text.resize(text.capacity());  // within its memory, so nothing is moved
-    // Memory that is let go next need not be written, as the compiler sees it, unless it is told to.
+    text.resize(text.capacity());  // within its capacity, so nothing is moved
+    // Without volatile, the compiler may omit writes to memory that is about to be freed.
     volatile char16_t* character = text.data();
     for (std::size_t left = text.size(); left > 0; --left) *character++ = u'\0';
     text.clear();

@@ -1,4 +1,4 @@
-// The administrator's password: what is stored, what is typed, and whether the one is the other.
+// The administrator's password: the stored text, the typed text, and their comparison.
 #pragma once
 
 #include <functional>
@@ -9,7 +9,7 @@
 
 namespace qvx::backup {
 
-// A text that nobody is to find in memory afterwards: overwritten before it is let go.
+// A text that must not remain in memory: it is overwritten before it is freed.
 class SecretText {
   public:
     SecretText() = default;
@@ -22,18 +22,18 @@ class SecretText {
 
     TextView View() const { return text_; }
 
-    // Every character becomes 0, up to what the text's memory holds.
+    // Sets every character to 0, up to the capacity of the text.
     static void Overwrite(Text& text) noexcept;
 
   private:
     Text text_;
 };
 
-// Where the stored password is read, anew for every try. Nothing for Null.
+// Reads the stored password, anew for every attempt. Returns nullopt for Null.
 using PasswordSource = std::function<std::optional<Text>()>;
 
-// Whether what was typed opens the way. Letter case counts. Null is neither equal to a text nor different from it, and
-// only what is different is refused.
+// Whether the typed password is accepted. The comparison is case-sensitive. Null is neither equal to a text nor
+// different from it, and only what is different is refused.
 bool PasswordAccepted(const std::optional<SecretText>& stored, TextView typed);
 
 }  // namespace qvx::backup

@@ -14,7 +14,7 @@ PasswordDialog::~PasswordDialog() { Destroy(); }
 bool PasswordDialog::Fill(HWND owner) {
     if (!Open(owner, prompt::caption)) return false;
     notice_ = AddControl(L"STATIC", prompt::Caption(prompt::Item::notice), SS_LEFT | SS_NOPREFIX);
-    // Straight before the field, which it names and takes the access key for.
+    // The label is directly before the field, which it names and whose access key it shows.
     label_ = AddControl(L"STATIC", prompt::Caption(prompt::Item::label), SS_LEFT);
     password_ = AddControl(L"EDIT", {}, ES_PASSWORD | ES_AUTOHSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE);
     return notice_ && label_ && password_ &&
@@ -79,7 +79,7 @@ void PasswordDialog::Refuse() {
     if (Handle()) EnterField(password_);
 }
 
-// The field writes over the text in its own memory; a shorter one would leave the rest there.
+// The field overwrites the text in its own memory; a shorter text would leave the rest there.
 void PasswordDialog::ClearPassword() const {
     if (!Handle()) return;
     const Text blanks(static_cast<std::size_t>(GetWindowTextLengthW(password_)), u' ');
@@ -89,7 +89,7 @@ void PasswordDialog::ClearPassword() const {
 }
 
 LRESULT PasswordDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    // Someone may destroy the window, its owner's for instance, without the prompt being answered.
+    // The window may be destroyed without an answer, for instance together with its owner.
     if (message == WM_DESTROY) ClearPassword();
     return ModalForm::OnMessage(message, wParam, lParam);
 }

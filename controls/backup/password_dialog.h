@@ -11,12 +11,12 @@ namespace qvx::backup {
 
 class PasswordDialog final : public ModalForm {
   public:
-    // `stored` is asked for every try.
+    // `stored` is called for every attempt.
     explicit PasswordDialog(PasswordSource stored) : stored_(std::move(stored)) {}
     ~PasswordDialog() override;
 
-    // Shows the prompt over `owner` and returns with whether the password was given; the window stays, hidden, until
-    // the object goes. An error of the source ends the showing and is thrown on.
+    // Shows the prompt over `owner` and returns whether the password was given; the window stays, hidden, until the
+    // object is destroyed. An error from `stored` closes the prompt and is thrown on.
     bool Run(HWND owner);
 
   protected:

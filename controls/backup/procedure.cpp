@@ -24,7 +24,7 @@ constexpr TextView notCompletedText = u"Not Completed Successfully.";
 constexpr TextView backupTitle = u"Backup";
 constexpr TextView restoreTitle = u"Restore";
 
-// Does something at the end of a scope however that is left, unless it has been called off.
+// Runs an action at the end of a scope, however the scope is left, unless it has been cancelled.
 template <typename Work>
 class ScopeEnd {
   public:
@@ -34,7 +34,7 @@ class ScopeEnd {
         try {
             work_();
         } catch (...) {
-            // What made the scope end is what the user hears of.
+            // The user is shown the error that ended the scope.
         }
     }
     ScopeEnd(const ScopeEnd&) = delete;
@@ -46,39 +46,39 @@ class ScopeEnd {
     bool armed_ = true;
 };
 
-// Sentences for the outcome line's tip, one behind the other.
+// Appends a sentence to the tip of the outcome line.
 void AddTip(FormState& form, TextView sentence) {
     if (!form.outcomeTip.empty()) form.outcomeTip += u' ';
     form.outcomeTip += sentence;
 }
 
-// An empty file is no archive: it was there for a moment, to have its short path looked up.
+// An empty file is not an archive: it existed for a moment, so that its short path could be looked up.
 bool HoldsArchive(Environment& environment, const Text& path) { return environment.FileSize(path).value_or(0) > 0; }
 
-// How many archives wait beside this one.
+// Returns how many archives have been set aside for this one.
 int CountSetAside(Environment& environment, const Text& location) {
     int count = 0;
     while (environment.FileSize(SetAsideName(location, count + 1))) ++count;
     return count;
 }
 
-// The one that was set aside last; empty when there is none.
+// Returns the archive that was set aside last; empty when there is none.
 Text LastSetAside(Environment& environment, const Text& location) {
     const int count = CountSetAside(environment, location);
     return count > 0 ? SetAsideName(location, count) : Text();
 }
 
-// What was set aside goes back, if nothing has come into its place.
+// Puts back what was set aside, if nothing has replaced it.
 void BringBack(Environment& environment, const Text& location, const Text& aside) {
     if (HoldsArchive(environment, location) || !environment.FileSize(aside)) return;
     if (environment.FileSize(location)) environment.DeleteFile(location);
     environment.RenameFile(aside, location);
 }
 
-// The last of several disks may have been taken out as soon as its archiver was done, which must be believed then.
+// The last of several disks may have been removed as soon as its archiver was done; the exit code must be trusted then.
 bool MayBeOutOfReach(DriveKind drive, std::uint32_t exitCode) { return drive == DriveKind::removable && exitCode == 0; }
 
-// From the last one on, so that those that are left have the first numbers.
+// Starts with the last one, so that those that remain have the first numbers.
 void DeleteSetAside(Environment& environment, const Text& location) {
     for (int number = CountSetAside(environment, location); number > 0; --number) {
         environment.DeleteFile(SetAsideName(location, number));
@@ -131,7 +131,7 @@ void Procedure::AskForLocation(FormState& form) {
     }
     const bool chosen = !Trimmed(form.location).empty();
     if (chosen && environment_.DriveTypeOf(form.location) == DriveKind::removable) {
-        // Else the removable drive would be kept busy for as long as it is the current one.
+        // Otherwise the removable drive would stay in use for as long as it is the current one.
         environment_.ChangeDrive(settings_.dataPath);
     }
 }
@@ -145,7 +145,7 @@ void Procedure::Run(FormState& form) {
         Browse(form);
         if (Trimmed(form.location).empty()) return;
     }
-    // At once: what the work says first must not stand before the outcome of the work before.
+    // At once: the first message of the work must not appear beside the outcome of the previous work.
     environment_.Refresh(form);
     completed_ = false;
     archiveMissing_ = false;
@@ -178,7 +178,7 @@ void Procedure::BackUp(FormState& form) {
     const auto oldSize = environment_.FileSize(location);
     if (oldSize && !AskToOverwrite(location)) return;
 
-    // What can be known to be missing is found out before the old archive is touched.
+    // Everything that can be found missing is found before the old archive is changed.
     const Text live = LiveDatabase(settings_);
     const Text archiver = environment_.ShortPath(settings_.zipPath + u"PkZip.exe");
     const Text database = environment_.ShortPath(live);
@@ -198,7 +198,7 @@ void Procedure::BackUp(FormState& form) {
         if (aside) BringBack(environment_, location, aside->path);
     });
     const Text shortLocation = ShortPathOfNewFile(location);
-    // On a removable drive the archive may go on over several disks.
+    // On a removable drive, the archive may span several disks.
     const TextView spanning = drive == DriveKind::removable ? u" -& " : u" ";
     const std::uint32_t exitCode =
         RunArchiver(form, Argument(archiver) + Text(spanning) + Argument(shortLocation) + u' ' + Argument(database));
@@ -215,7 +215,7 @@ void Procedure::BackUp(FormState& form) {
 void Procedure::Finish(FormState& form, const Text& shortLocation, const std::optional<SetAside>& aside,
                        std::uint32_t exitCode) {
     const Text& location = form.location;
-    // To the archiver the short path was a name like any other.
+    // The archiver treated the short path as an ordinary name.
     if (!environment_.FileSize(location) && environment_.FileSize(shortLocation)) {
         environment_.RenameFile(shortLocation, location);
     }
@@ -230,7 +230,7 @@ void Procedure::Finish(FormState& form, const Text& shortLocation, const std::op
     try {
         if (exitCode == 0) DeleteSetAside(environment_, location);
     } catch (const RunTimeError&) {
-        // A backup that is done is not undone by what is left beside it.
+        // A leftover file does not make a completed backup fail.
     }
     if (environment_.FileSize(aside->path)) AddTip(form, u"The previous archive is kept beside it.");
 }
@@ -246,7 +246,7 @@ Text Procedure::ShortPathOfNewFile(const Text& path) {
 
 std::uint32_t Procedure::RunArchiver(FormState& form, const Text& commandLine) {
     environment_.StartArchiver(commandLine);
-    // An archive that was begun counts, whatever becomes of it; what a restore unpacks is looked at.
+    // A backup counts as completed once its archiver has started, whatever happens; the result of unpacking is checked.
     completed_ = mode_ == Mode::backup;
     const std::uint32_t exitCode = environment_.WaitForArchiver();
     if (exitCode != 0) AddTip(form, u"The archiver ended with exit code " + IntegerToText(exitCode) + u'.');
@@ -291,7 +291,7 @@ void Procedure::Restore(FormState& form) {
     EmptyWorkingFolder();
 }
 
-// Empty when there is none. A backup that was cut short has left only the archive that it was to write over.
+// Empty when there is none. After an interrupted backup, the only archive may be the one that was set aside.
 Text Procedure::ArchiveToRestore(FormState& form) {
     const Text& location = form.location;
     if (!HoldsArchive(environment_, location)) {
@@ -304,13 +304,13 @@ Text Procedure::ArchiveToRestore(FormState& form) {
     return environment_.FileSize(location) ? location : Text();
 }
 
-// Everything in the working folder goes. That must not be what is restored, or from what, or by what.
+// Everything in the working folder is deleted. It must not contain the database, the archive or the archivers.
 void Procedure::CheckWorkingFolder(const Text& archive) {
     const Text& folder = settings_.tempPath;
     if (FolderOf(folder).empty() || FolderOf(folder).size() != folder.size()) {
         throw RunTimeError(errors::pathNotFound, u"Path not found");
     }
-    // Paths are joined as they stand, so a setting itself may be empty, or end in the beginning of a name.
+    // Paths are joined without changes, so a setting may be empty, or end in the beginning of a name.
     for (const Text& file : {LiveDatabase(settings_), settings_.dataPath + u'x', settings_.zipPath + u'x', archive}) {
         const TextView other = FolderOf(file);
         if (!environment_.SameFolder(folder, other.empty() ? u"." : other)) continue;
@@ -319,7 +319,7 @@ void Procedure::CheckWorkingFolder(const Text& archive) {
     }
 }
 
-// The name of a file from an archive, which anybody may have made, goes into connection strings. The host's own
+// The name of a file from an archive, which anybody may have made, becomes part of connection strings. The host's own
 // database is opened by its name anyway.
 void Procedure::CheckName(const Text& unpacked) const {
     if (FitsConnectionString(unpacked) || EqualNoCase(unpacked, settings_.database + settings_.dataExtension)) return;

@@ -1,4 +1,4 @@
-// What the backup dialog's buttons do, in the exact order of their effects.
+// The actions of the backup dialog's buttons, in the exact order of their effects.
 #pragma once
 
 #include "controls/backup/environment.h"
@@ -11,16 +11,17 @@ class Procedure {
     Procedure(Environment& environment, Settings settings, Mode mode)
         : environment_(environment), settings_(std::move(settings)), mode_(mode) {}
 
-    // The Browse button: asks where to put the archive, or which one to take. Errors are reported, not thrown.
+    // The Browse button: asks for the folder of the new archive, or for the archive to restore. Errors are shown, not
+    // thrown.
     void Browse(FormState& form);
-    // The OK button: runs the backup or the restore and says in the outcome line how it went. Errors are reported, not
+    // The OK button: runs the backup or the restore and writes the result to the outcome line. Errors are shown, not
     // thrown.
     //
-    // Neither a failure nor the end of the program at any moment loses a file. What a backup writes over is set aside
-    // until the archiver has left a new archive, and put back if it does not; a run that was cut short is made good by
-    // the next backup to the same place, and until then a restore takes the archive that waits there. Only where the
-    // medium has no room for both does the old archive go first. What a restore writes comes in beside the target and
-    // takes its place in one step.
+    // Neither a failure nor the end of the program at any moment loses a file. The archive that a backup overwrites is
+    // set aside until the archiver has created a new one, and put back if it does not. After an interrupted run, the
+    // next backup to the same place puts it back, and until then a restore uses the archive that was set aside. Only
+    // where the medium has no room for both archives, the old one is deleted first. A restore writes its files beside
+    // the target and replaces the target in one step.
     void Run(FormState& form);
 
   private:
@@ -29,7 +30,7 @@ class Procedure {
     void Report(int number, TextView description);
     void AskForLocation(FormState& form);
 
-    // An archive that waits for the new one, and its size, to know it again.
+    // An archive that was set aside, and its size, by which it is recognised.
     struct SetAside {
         Text path;
         std::uint64_t size = 0;
@@ -37,11 +38,11 @@ class Procedure {
 
     void BackUp(FormState& form);
     bool AskToOverwrite(const Text& location);
-    // The archiver's exit code.
+    // Returns the archiver's exit code.
     std::uint32_t RunArchiver(FormState& form, const Text& commandLine);
-    // Of a file that is not there: one is made for that and deleted again.
+    // For a file that does not exist: it is created for that and deleted again.
     Text ShortPathOfNewFile(const Text& path);
-    // Looks at what the archiver has left.
+    // Examines what the archiver has left.
     void Finish(FormState& form, const Text& shortLocation, const std::optional<SetAside>& aside,
                 std::uint32_t exitCode);
     void SendByMail(const Text& location);
@@ -53,7 +54,7 @@ class Procedure {
     void EmptyWorkingFolder();
     void Unpack(FormState& form, const Text& archive);
     void RestoreAsGroup(const FormState& form, const Text& unpacked);
-    // False when the password was refused.
+    // Returns false when the password was refused.
     bool RestoreOver(const FormState& form, const Text& file);
 
     void Say(TextView prompt, const dialogs::MessageKind& kind, TextView title);
@@ -62,7 +63,7 @@ class Procedure {
     const Settings settings_;
     const Mode mode_;
     bool completed_ = false;
-    bool archiveMissing_ = false;  // after an archiver that should have left one
+    bool archiveMissing_ = false;  // after an archiver that should have created one
 };
 
 }  // namespace qvx::backup

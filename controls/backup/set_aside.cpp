@@ -12,13 +12,13 @@ namespace {
 constexpr TextView mark = u".~previous-5d2e9c41";
 
 constexpr std::uint64_t kilobyte = 1024;
-// For directories, blocks that are begun, and what archivers leave free.
+// For directories, partly filled blocks, and the space that archivers leave free.
 constexpr std::uint64_t reserve = 64 * kilobyte;
-// Less than this takes no archive at all, or none that is worth a disk.
+// With less space than this, no archive fits, or none that is worth a disk.
 constexpr std::uint64_t leastRoom = kilobyte;
 constexpr std::uint64_t leastRoomOnADisk = reserve;
 
-// Of an archive, when nothing in the database can be packed.
+// Returns the largest size of an archive, when nothing in the database can be compressed.
 std::uint64_t MostOf(std::uint64_t database) { return database + database / 1000 + reserve; }
 
 std::uint64_t LikelyLike(std::uint64_t oldArchive) { return oldArchive + oldArchive / 8 + reserve; }

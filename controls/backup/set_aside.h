@@ -1,4 +1,4 @@
-// The archive that a backup writes over: where it waits until there is a new one, and whether there is room for both.
+// The archive that a backup overwrites: its name while it is set aside, and whether there is room for both archives.
 #pragma once
 
 #include <cstdint>
@@ -9,27 +9,28 @@
 
 namespace qvx::backup {
 
-// Beside the archive, so that one step moves it, and with the archive's extension, so that it shows where archives are
-// looked for. The rest of the name is nothing that anybody calls a file of his own. `number` counts from 1.
+// Returns the name for an archive that is set aside: in the same folder, so that one step moves it, and with the
+// archive's extension, so that users see it where they look for archives. No user would choose the rest of the name.
+// `number` counts from 1.
 Text SetAsideName(TextView archive, int number);
 
-// What is known of the medium before anything on it is touched, in bytes.
+// The state of the medium before anything on it is changed, in bytes.
 struct Room {
     DriveKind drive = DriveKind::other;
-    std::optional<std::uint64_t> free;  // nothing where the system does not tell
+    std::optional<std::uint64_t> free;  // nullopt where the system does not report it
     std::uint64_t database = 0;
-    std::optional<std::uint64_t> oldArchive;  // nothing where there is none
+    std::optional<std::uint64_t> oldArchive;  // nullopt where there is none
 };
 
 enum class Plan {
     keepOld,    // until the new archive is there
     deleteOld,  // at once: the new one has no room beside it
-    noRoom,     // not even then; nothing may be touched
+    noRoom,     // not even without the old one; nothing may be changed
 };
 
-// On a removable drive the old archive is kept only where the new one fits on the same disk in any case: what goes on
-// over several disks ends with another one in the drive. Elsewhere it is expected to be about as large as the old one,
-// and if it is not, the old one comes back.
+// On a removable drive, the old archive is kept only where the new one is certain to fit on the same disk: an archive
+// that spans several disks ends with another disk in the drive. Elsewhere the new archive is expected to be about as
+// large as the old one, and if there is no room for it, the old one is put back.
 Plan PlanFor(const Room& room);
 
 }  // namespace qvx::backup

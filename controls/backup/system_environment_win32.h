@@ -1,4 +1,4 @@
-// The system's part of the backup's surroundings, as it is: everything but the user.
+// The system's part of the backup's environment: everything except the user.
 #pragma once
 
 #include <optional>
@@ -32,7 +32,7 @@ class SystemEnvironment : public Environment {
     // clang-format on
 
   protected:
-    // Painted while an archiver is waited for, and below what the mail program shows; may be null.
+    // The window to paint while an archiver runs, and the owner of the mail program's dialogs; may be null.
     virtual HWND DialogWindow() const = 0;
 
   private:

@@ -1,4 +1,4 @@
-// Paths as the system's file calls take them, and what their failures become.
+// Paths in the form that the system's file calls accept, and the failures of those calls.
 #pragma once
 
 #include <windows.h>
@@ -11,16 +11,16 @@ namespace qvx::backup {
 
 [[noreturn]] inline void ThrowFileError(DWORD code = GetLastError()) { throw FileError(code); }
 
-// From the current folder on, with "\" throughout; the path itself where the system makes nothing of it. Error 52 for a
-// text with a NUL in it, which the system would cut there.
+// Returns the path resolved from the current folder, with "\" throughout; the path itself where the system cannot
+// resolve it. Error 52 for a text with a NUL in it, where the system would cut the text.
 Text FullPath(TextView path);
-// For a call of the system: of any length.
+// Returns the path for a call of the system; it may be of any length.
 Text SystemPath(TextView path);
 
-// What the volume that a path is on, or would be on, is reached by.
+// Returns the root of the volume that a path is on, or would be on.
 Text VolumeRoot(const Text& fullPath);
 
-// Empty where CreateFileW fails.
+// Empty when CreateFileW fails.
 UniqueKernelObject OpenFile(const Text& systemPath, DWORD access, DWORD sharing, DWORD disposition, DWORD flags = 0);
 
 }  // namespace qvx::backup

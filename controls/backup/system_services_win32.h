@@ -1,6 +1,6 @@
-// What the backup does outside itself that needs no dialog: files, drives, the archivers' processes, the database,
-// mail. What each step does and how it fails is said in controls/backup/environment.h. No description that leaves here
-// names a path, a connection string or a password.
+// The effects of the backup that need no dialog: files, drives, the archivers' processes, the database, mail.
+// controls/backup/environment.h documents each step and its errors. No description that is thrown from here contains a
+// path, a connection string or a password.
 #pragma once
 
 #include <windows.h>
@@ -36,14 +36,14 @@ class SystemServices {
     // --- Others ---
     static bool DatabaseOpens(TextView connection);
     void StartArchiver(TextView commandLine);
-    // Error 5 when none was started. Of the dialog (and the windows in it) only painting goes on, and what other
-    // threads and processes send: input waits in the queue, and so does a request to end the thread.
+    // Throws error 5 when none was started. Only painting of the dialog (and the windows in it) continues, and messages
+    // from other threads and processes are handled: input waits in the queue, and so does a request to end the thread.
     std::uint32_t WaitForArchiver(HWND dialog);
-    // `owner` is the window that the mail program's dialogs are put over; may be null.
+    // `owner` is the window over which the mail program's dialogs appear; may be null.
     static void SendMail(HWND owner, const Mail& mail);
 
   private:
-    UniqueKernelObject archiver_;  // the one started last, until it has been waited for
+    UniqueKernelObject archiver_;  // the one that was started last, until it has been waited for
 };
 
 }  // namespace qvx::backup

@@ -1,4 +1,4 @@
-// The colours of a flat border, and what is painted with them.
+// The colours of a flat border, and the bands that are painted with them.
 #pragma once
 
 #include <array>
@@ -20,7 +20,7 @@ struct BorderBand {
     friend bool operator==(const BorderBand&, const BorderBand&) = default;
 };
 
-// In the order of painting: the narrow band goes over the edge of the wide one.
+// Returns the bands in the order of painting: the narrow band is painted over the edge of the wide one.
 std::array<BorderBand, 2> BorderBands(const BorderColors& colors);
 
 }  // namespace qvx::borders

@@ -1,4 +1,4 @@
-// The FlatBorder control: it gives the window that it stands on a flat border.
+// The FlatBorder control: it gives the window that contains it a flat border.
 #pragma once
 
 #include "Qvx.h"

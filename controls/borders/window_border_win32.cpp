@@ -43,7 +43,7 @@ void PaintBorder(HWND window, const BorderColors& colors) {
     }
 }
 
-// After these the window's frame has been painted anew, by the system or by the window.
+// Whether the system or the window has repainted the window's frame after this message.
 bool PaintsFrame(UINT message) { return message == WM_NCPAINT || message == WM_NCACTIVATE || message == WM_SETTEXT; }
 
 void RepaintFrame(HWND window) { RedrawWindow(window, nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE | RDW_NOCHILDREN); }
@@ -59,7 +59,7 @@ struct BorderWindows {
     std::vector<WindowBorder*> borders;  // in the order in which they were given colours
 
     static BorderWindows& All() { return OfModule<BorderWindows>(); }
-    // Tells the borders of one window.
+    // Selects the borders of one window.
     static auto On(HWND window) {
         return [window](const WindowBorder* border) { return border->window_ == window; };
     }
@@ -79,7 +79,7 @@ struct BorderWindows {
         const auto moved = std::find(borders.begin(), borders.end(), &border);
         if (moved != borders.end()) std::rotate(moved, moved + 1, borders.end());
     }
-    // False while another border is left on the window.
+    // Returns false while another border is left on the window.
     bool Remove(WindowBorder& border) {
         const std::lock_guard lock(access);
         std::erase(borders, &border);
@@ -99,7 +99,7 @@ struct BorderWindows {
 namespace {
 
 LRESULT CALLBACK BorderProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    // A handler of the host's may let go of the library's last object in the middle of this.
+    // A handler of the host may release the library's last object during this call.
     CountObject(1);
     BorderWindows& all = BorderWindows::All();
     const LRESULT result = all.procedure.PassOn(window, message, wParam, lParam);

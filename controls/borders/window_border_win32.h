@@ -14,13 +14,13 @@ class WindowBorder {
     WindowBorder(const WindowBorder&) = delete;
     WindowBorder& operator=(const WindowBorder&) = delete;
 
-    // A window of this thread. Of several borders on one window the last one is seen.
+    // Starts the border on a window of this thread. Of several borders on one window, the last one is visible.
     void Start(HWND window, const BorderColors& colors);
-    // Seen at once.
+    // The new colours are visible at once.
     void SetColors(const BorderColors& colors);
-    // The window is its own again, and shows the frame that it had.
+    // Ends the border; the window shows its previous frame again.
     void End();
-    // Null before Start, after End and when the window has been destroyed.
+    // Null before Start, after End, and when the window has been destroyed.
     HWND Window() const { return window_; }
 
   private:

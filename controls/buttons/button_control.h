@@ -15,7 +15,7 @@ class ButtonControl final : public PushControl<_Button, ButtonElement> {
     const PropertyTable& Properties() override;
 
     STDMETHODIMP get_Behavior(::Style* result) override;
-    // Run-time error 380 for anything but the three styles.
+    // Throws run-time error 380 for anything but the three styles.
     STDMETHODIMP put_Behavior(::Style value) override;
     STDMETHODIMP get_DropDown(VARIANT_BOOL* result) override;
     STDMETHODIMP put_DropDown(VARIANT_BOOL value) override;

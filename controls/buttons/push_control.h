@@ -1,5 +1,5 @@
-// What the library's push button controls have in common as controls: `I` is the dual interface, `Element` the working
-// parts. Windows only.
+// The common parts of the library's push button controls: `I` is the dual interface, `Element` the implementation in a
+// window. Windows only.
 #pragma once
 
 #include <olectl.h>
@@ -72,7 +72,7 @@ class PushControl : public Control<I> {
             this->AccessKeysChanged();
         });
     }
-    // Run-time error 387 at design time.
+    // Throws run-time error 387 at design time.
     STDMETHODIMP put_Value(VARIANT_BOOL value) override {
         return Guard([&] {
             RequireValueSettable(this->UserMode());
@@ -110,9 +110,9 @@ class PushControl : public Control<I> {
     }
     ~PushControl() override = default;
 
-    // What a new button is called.
+    // Returns the caption of a new button.
     virtual Text DefaultCaption() const = 0;
-    // `Value` was set, and the click that follows has been made.
+    // `Value` was set, and the resulting click has been made.
     virtual void ValueSet(bool) {}
 
     void OnWindowCreated(HWND window) override { button_.Attach(window); }
@@ -125,7 +125,7 @@ class PushControl : public Control<I> {
         if (Element::IsNews(message) || (message == WM_GETOBJECT && this->UserMode())) {
             return button_.HandleMessage(message, wParam, lParam);
         }
-        // The host is asked only for what its answer matters to.
+        // The host is asked only if its answer matters.
         if (!Element::IsInput(message) || !TakesInput()) {
             return std::nullopt;
         }
@@ -152,7 +152,7 @@ class PushControl : public Control<I> {
         }
         if (key != keys::enter && key != keys::escape) {
             this->TakeFocus();
-            // The handlers of who lost the focus may have disabled the button or let go of it.
+            // The handlers of the control that lost the focus may have disabled or released the button.
             if (!pressable()) {
                 return;
             }
@@ -172,14 +172,14 @@ class PushControl : public Control<I> {
         }
     }
 
-    // A designer only looks at its controls, and a host whose program is halted wants no input taken.
+    // A designer only displays its controls, and a host whose program is halted must not have input handled.
     bool TakesInput() const { return this->UserMode() && !this->Host().UiDead(); }
     void LoadFont(const FontSpec& font) {
         font_.Load(font);
         button_.SetFont(font);
     }
 
-    // The rows of the property table that they share; each control calls them in its own order.
+    // The common rows of the property table; each control adds them in its own order.
     template <typename C>
     class Rows : public PropertyRows<C> {
       public:

@@ -95,8 +95,8 @@ STDMETHODIMP RButtonControl::RemoveFocus() {
 void RButtonControl::OnAmbientChange(DISPID property) {
     const auto keep = KeepAlive();
     PushControl::OnAmbientChange(property);
-    // By way of the form, whose object around the control may have a RemoveFocus of its own; what fails there is the
-    // form's business.
+    // The call goes through the form, whose object around the control may have a RemoveFocus of its own; failures there
+    // are the form's.
     try {
         const ComPtr<IDispatch> outer = Host().ControlNamed(Host().DisplayName());
         LateMember(outer.get(), L"RemoveFocus").Get(outer.get());

@@ -34,7 +34,7 @@ class RButtonControl final : public PushControl<_RButton, RButtonElement> {
         return Give(result, [&] { return button_.Look().maskColor; });
     }
     STDMETHODIMP put_MaskColor(OLE_COLOR value) override;
-    // Run-time error 393 at run time.
+    // Throws run-time error 393 at run time.
     STDMETHODIMP get_Value(VARIANT_BOOL* result) override;
     STDMETHODIMP SetFocus() override;
     STDMETHODIMP RemoveFocus() override;
@@ -47,7 +47,7 @@ class RButtonControl final : public PushControl<_RButton, RButtonElement> {
 
   private:
     ~RButtonControl() override = default;
-    // The outlines and the focus rectangle's dots are not drawn before the button is.
+    // The outlines and the dots of the focus rectangle change only when the button is next drawn.
     HRESULT SetOutline(const char16_t* name, OleColor RButtonLook::*outline, OLE_COLOR value);
 
     bool value_ = false;  // as last set or loaded

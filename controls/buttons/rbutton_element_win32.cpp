@@ -21,7 +21,7 @@ void RButtonElement::Draw(ButtonAction action) {
             state = RButtonState::idle;
             break;
     }
-    // Every movement over the button asks for the same picture.
+    // Every movement over the button requests the same picture.
     if (std::exchange(state_, state) != state || state == RButtonState::idle) {
         Repaint(false);
     }

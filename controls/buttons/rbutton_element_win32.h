@@ -1,4 +1,4 @@
-// The rounded two-state button's working parts in a window. Windows only.
+// The implementation of the rounded two-state button in a window. Windows only.
 #pragma once
 
 #include <functional>
@@ -11,16 +11,16 @@ namespace qvx::buttons {
 
 class RButtonElement final : public PushElement {
   public:
-    // Whether the button is its form's active control. It is asked whenever the button is painted: of two controls that
-    // hand the focus on, the one that loses it hears of that before the form has another active control.
+    // Whether the button is its form's active control. It is called whenever the button is painted: when the focus
+    // moves between two controls, the one that loses it is notified before the form has another active control.
     std::function<bool()> isActive;
 
     const RButtonLook& Look() const override { return look_; }
     void Paint(Surface& surface) const override;
 
-    // Not drawn before the button is.
+    // The change is visible when the button is next drawn.
     void SetOutline(OleColor RButtonLook::*outline, OleColor color) { look_.*outline = color; }
-    // What was begun is no click, and the idle state is drawn.
+    // Cancels a press that has begun, and draws the idle state.
     void LetGo() { Perform(logic_.LetGo()); }
     void DrawFocus() { Repaint(false); }
 

@@ -6,8 +6,8 @@ namespace qvx::buttons {
 
 namespace {
 
-// How far the text rectangle's corner moves while the button is held down, at 96 dots per inch. The other corner stays,
-// so that the caption in its middle moves by half of this.
+// The distance by which the text rectangle's corner moves while the button is held down, at 96 dots per inch. The
+// opposite corner stays, so that the caption in the middle moves by half of this.
 constexpr int heldOffset = 2;
 
 int Rounded(double value) { return static_cast<int>(RoundHalfEven(value)); }
@@ -20,9 +20,9 @@ void DrawOutlines(Surface& surface, const Rect& face, Size corner, OleColor top,
 
 void DrawRButtonFocus(Surface& surface, const RButtonLook& look) {
     const Dpi dpi = surface.Resolution();
-    // The caption as it is written, "&" and all.
+    // The width is that of the caption as it is written, including "&".
     const int width = surface.MeasureText(look.caption, look.font, 0, text_format::noPrefix).width;
-    // The height goes by the horizontal resolution too.
+    // The height uses the horizontal resolution too.
     const double height = static_cast<double>(surface.LineHeight(look.font)) * dpi.x / dpi.y;
     surface.DrawFocusRect(RButtonFocusArea({look.face.Width(), look.face.Height()}, width, height), look.maskColor);
 }

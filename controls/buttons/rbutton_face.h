@@ -1,4 +1,4 @@
-// What a rounded two-state button looks like.
+// The appearance of a rounded two-state button.
 #pragma once
 
 #include "widgets/button/push_look.h"
@@ -8,7 +8,7 @@ namespace qvx::buttons {
 struct RButtonLook : PushLook {
     RButtonLook() { borderColor = Rgb(0x80, 0x80, 0x80); }
 
-    // The two outlines while the mouse is over it, and while it is held down.
+    // The colours of the two outlines while the mouse is over the button, and while it is held down.
     OleColor upTopColor = colors::buttonHighlight;
     OleColor upBottomColor = colors::darkShadow3d;
     OleColor downTopColor = colors::darkShadow3d;
@@ -18,17 +18,17 @@ struct RButtonLook : PushLook {
 
 enum class RButtonState { idle, raised, held };
 
-// The caption of a new button: "Button" and the last character of the name that its host gave it.
+// Returns the caption of a new button: "Button" and the last character of the name that its host has given it.
 Text DefaultRButtonCaption(TextView displayName);
 
-// Full width and height of the quarter ellipses at the corners, in pixels; the window's shape has the same.
+// Returns the full width and height of the quarter ellipses at the corners, in pixels; the window's shape has the same.
 constexpr Size RButtonCorner(Dpi dpi) { return {Scaled(10, dpi.x), Scaled(10, dpi.y)}; }
 
-// Where the focus rectangle goes: around a caption of that width, in the middle of the face. `textHeight` may have a
-// fraction; coordinates are rounded half to even. All in pixels.
+// Returns the position of the focus rectangle: around a caption of that width, in the middle of the face. `textHeight`
+// may have a fraction; coordinates are rounded half to even. All values are in pixels.
 Rect RButtonFocusArea(Size face, int textWidth, double textHeight);
 
-// The whole picture. The focus rectangle is part of it while the button is `active` on its form and wants one.
+// Draws the whole picture, including the focus rectangle while the button is `active` on its form and FocusRect is set.
 void DrawRButton(Surface& surface, const RButtonLook& look, RButtonState state, bool active);
 
 }  // namespace qvx::buttons

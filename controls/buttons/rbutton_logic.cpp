@@ -20,7 +20,7 @@ ButtonActions RButtonLogic::OtherButtonDown() { return {ButtonAction::capture}; 
 
 ButtonActions RButtonLogic::MouseMove(const MouseMovement& movement) {
     if (!movement.spaceHeld) {
-        spaceClicks_ = false;  // it came up where nobody told
+        spaceClicks_ = false;  // the key came up where no event reported it
         pressed_ = pressed_ && movement.anyDown;
     }
     if (movement.leftDown && movement.active) {
@@ -43,10 +43,10 @@ ButtonActions RButtonLogic::MouseUp(Point point, Size face) {
     spaceClicks_ = false;
     const bool inside = InsideFace(point, face);
     if (!std::exchange(pressed_, false)) {
-        // Over the button the mouse stays captured, so that it is noticed when it leaves.
+        // Over the button, the mouse stays captured, so that the button notices when the mouse leaves.
         return inside ? ButtonActions{} : ButtonActions{ButtonAction::releaseCapture};
     }
-    // The mouse is let go before the click: a window that the click opens needs it.
+    // The mouse capture is released before the click: a window that the click opens needs it.
     ButtonActions actions{ButtonAction::releaseCapture, ButtonAction::drawNormal};
     if (inside) {
         actions.push_back(ButtonAction::click);
@@ -78,7 +78,7 @@ ButtonActions RButtonLogic::KeyUp(int key, int, bool) {
         return {};
     }
     pressed_ = false;
-    // A space that went down elsewhere, in the window that opened this one for instance, is no click here.
+    // A space that went down elsewhere, in the window that opened this one for instance, does not click this button.
     if (key == keys::space && std::exchange(spaceClicks_, false)) {
         return {ButtonAction::drawNormal, ButtonAction::click};
     }

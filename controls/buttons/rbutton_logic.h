@@ -1,4 +1,4 @@
-// How the rounded two-state button answers its events.
+// The reactions of the rounded two-state button to its events.
 #pragma once
 
 #include "widgets/button/push_logic.h"
@@ -11,7 +11,7 @@ class RButtonLogic final : public PushLogic {
 
     ButtonActions LeftButtonDown() override;
     ButtonActions OtherButtonDown() override;
-    // A press that left the button and comes back goes on, if the button is its form's active control.
+    // A press whose mouse left the button and returns continues, if the button is its form's active control.
     ButtonActions MouseMove(const MouseMovement& movement) override;
     ButtonActions MouseUp(Point point, Size face) override;
     ButtonActions CaptureLost() override;
@@ -24,13 +24,13 @@ class RButtonLogic final : public PushLogic {
     ButtonActions GotFocus() override;
     ButtonActions LostFocus() override;
     ButtonActions Cancel() override;
-    // The program's own SetFocus and RemoveFocus: what was begun is no click.
+    // For the program's own SetFocus and RemoveFocus: cancels a press that has begun.
     ButtonActions LetGo();
 
   private:
     bool pressed_ = false;    // held down, by mouse or Space
-    bool mouseHeld_ = false;  // the left mouse button went down here and did not come up yet
-    // Space went down here and will click when it comes up, though another key that comes up meanwhile ends the
+    bool mouseHeld_ = false;  // the left mouse button went down here and has not come up yet
+    // Space went down here and will click when it comes up, even if another key that comes up meanwhile ends the
     // pressed look.
     bool spaceClicks_ = false;
 };

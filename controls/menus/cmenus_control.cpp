@@ -56,7 +56,7 @@ void CMenusControl::Take(Text imageList) {
     images_.SourceChanged();
 }
 
-// The host may let go of the control while it is asked.
+// The host may release the control during the calls.
 MenuSource CMenusControl::Read() {
     const auto keep = KeepAlive();
     MenuSource source;

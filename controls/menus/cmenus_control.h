@@ -17,7 +17,7 @@ class CMenusControl final : public InvisibleControl<_CMenus> {
 
     STDMETHODIMP get_ImageList(BSTR* result) override;
     STDMETHODIMP put_ImageList(BSTR value) override;
-    // Nothing in a host that has no such objects.
+    // Returns Nothing in a host that has no such objects.
     STDMETHODIMP get_Controls(IDispatch** result) override;
     STDMETHODIMP get_OWNParent(IDispatch** result) override;
 

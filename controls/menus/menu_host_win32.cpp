@@ -10,12 +10,12 @@ namespace qvx::menus {
 
 namespace {
 
-// No form has more controls; a collection that counts more is not believed.
+// No form has more controls; the count of a larger collection is not trusted.
 constexpr long mostControls = 0xFFFF;
 
 bool HasMember(IDispatch* object, const wchar_t* name) { return LateMember::Find(object, name).has_value(); }
 
-// What the type information calls the object's class, without the "_" of its interface.
+// Returns the class name in the object's type information, without the "_" of its interface.
 Text ClassName(IDispatch* object) {
     ComPtr<ITypeInfo> info;
     const auto provider = Query<IProvideClassInfo>(object);
@@ -31,7 +31,8 @@ Text ClassName(IDispatch* object) {
     return Text(view);
 }
 
-// By the collection's own enumerator, as For Each does it; by numbers where it has none.
+// Returns the members in the order of the collection's own enumerator, as For Each does, or by number where it has
+// none.
 std::vector<ComPtr<IDispatch>> Members(IDispatch* collection) {
     std::vector<ComPtr<IDispatch>> members;
     if (!collection) return members;
@@ -87,7 +88,7 @@ std::vector<MenuControl> MenuControls(IDispatch* controls) {
     std::vector<MenuControl> menus;
     for (const auto& control : Members(controls)) {
         if (!IsMenuControl(control.get())) continue;
-        // Only elements of an array have an index; others say so by an error.
+        // Only elements of an array have an index; other objects report an error.
         std::optional<std::int32_t> index;
         if (const auto number = ReadMember(control.get(), L"Index")) {
             if (const auto value = number->ToLong(); value && *value >= 0) index = *value;

@@ -1,4 +1,4 @@
-// A host's menu objects and its image list, read by their members' names.
+// A host's menu objects and its image list, accessed by the names of their members.
 #pragma once
 
 #include <windows.h>
@@ -12,8 +12,8 @@
 
 namespace qvx::menus {
 
-// Whether a control of a form is one of its menus: its class is called "Menu", or it has members as menus have them,
-// Caption and Checked, and no place on the form (Left).
+// Whether a control of a form is one of its menus: its class is called "Menu", or it has the members of a menu, Caption
+// and Checked, and no position on the form (Left).
 bool IsMenuControl(IDispatch* control);
 
 struct MenuControl {
@@ -21,7 +21,7 @@ struct MenuControl {
     MenuObject object;
 };
 
-// The menus among a form's controls, in their order; none for a host without such a collection.
+// Returns the menus among a form's controls, in their order; none for a host without such a collection.
 std::vector<MenuControl> MenuControls(IDispatch* controls);
 
 struct KeyedPicture {
@@ -29,9 +29,9 @@ struct KeyedPicture {
     ComPtr<IPictureDisp> picture;
 };
 
-// What an image list holds; nothing of one that does not answer. Pictures that are none are left out.
+// Returns the pictures of an image list; none if the list does not respond. Entries that are not pictures are skipped.
 std::vector<KeyedPicture> ReadPictures(IDispatch* imageList);
-// Puts these in place of what the image list holds. Throws RunTimeError with what the list says.
+// Replaces the contents of the image list with these pictures. Throws RunTimeError with the list's error.
 void StorePictures(IDispatch* imageList, const std::vector<KeyedPicture>& pictures);
 
 }  // namespace qvx::menus

@@ -18,7 +18,7 @@ namespace qvx::menus {
 
 namespace {
 
-// Menus inside one another; the system draws no more of them than that.
+// The greatest depth of nested menus; the system draws no more levels than that.
 constexpr int deepestMenu = 64;
 
 LRESULT CALLBACK MenuProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -60,7 +60,7 @@ std::vector<MenuObject> ObjectsOf(const MenuSource& source) {
     return objects;
 }
 
-// The pictures under their own keys, then those of menus under the menus' numbers.
+// Copies the pictures under their own keys, then those of menus under the menus' numbers.
 std::shared_ptr<const PictureList> CopyPictures(const MenuSource& source) {
     PictureList copied;
     for (const KeyedPicture& picture : source.pictures) {
@@ -78,7 +78,7 @@ std::shared_ptr<const PictureList> CopyPictures(const MenuSource& source) {
     return keyed;
 }
 
-// The procedure of all forms, of whatever thread.
+// The procedure of all forms, on any thread.
 ReplacedProcedure& ReplacedProcedures() {
     struct Replaced : ReplacedProcedure {
         Replaced() : ReplacedProcedure(MenuProcedure) {}
@@ -88,7 +88,7 @@ ReplacedProcedure& ReplacedProcedures() {
 
 }  // namespace
 
-// What the library keeps for the forms of one thread whose menus it draws.
+// The forms of one thread whose menus the library draws.
 class MenuWindows {
   public:
     void Add(MenuImages& images, HWND form) {
@@ -117,7 +117,7 @@ class MenuWindows {
     LRESULT OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
   private:
-    // Of several on one form the last one.
+    // Of several on one form, the last one.
     MenuImages* ImagesOf(HWND form) const {
         const auto found = std::find_if(images_.rbegin(), images_.rend(),
                                         [&](const MenuImages* images) { return images->form_ == form; });
@@ -150,7 +150,7 @@ class MenuWindows {
 
     std::vector<MenuImages*> images_;
     OwnedItems items_;
-    HWND form_ = nullptr;  // the one that was set up last, and what was made for it
+    HWND form_ = nullptr;  // the one that was set up last, and the objects created for it
     HMENU menu_ = nullptr;
     UniqueMemoryDc dc_;
     std::optional<FontSpec> font_;
@@ -167,14 +167,14 @@ void MenuWindows::TakeItems(HWND form, std::span<const FoundItem> items, const s
     }
 }
 
-// `opening` is a menu about to be shown, which need not be on the form's bar: one that a program pops up is the form's
-// when it holds what some of the form's menu objects say.
+// `opening` is a menu that is about to be shown, which need not be on the form's menu bar: a pop-up menu is the form's
+// when its items match some of the form's menu objects.
 void MenuWindows::SetUp(HWND form, HMENU opening) {
     MenuImages* images = ImagesOf(form);
     if (!images) return;
     const auto read = images->read_;
     const MenuSource source = read();
-    // Reading asks the host, who may have ended everything.
+    // Reading calls the host, which may have ended everything.
     images = ImagesOf(form);
     if (!images) return;
     const auto pictures = CopyPictures(source);
@@ -197,7 +197,7 @@ void MenuWindows::SetUp(HWND form, HMENU opening) {
     images->setUp_ = true;
 }
 
-// Before a menu opens: programs change menus whenever they like, and what they put in is the system's to draw.
+// Called before a menu opens: programs change menus whenever they like, and the system draws the items that they add.
 void MenuWindows::Prepare(HWND form, HMENU opening) {
     const MenuImages* images = ImagesOf(form);
     if (!images) return;
@@ -220,7 +220,7 @@ std::optional<MenuItemLook> MenuWindows::LookOf(const OwnedItem& item) {
     if (!state) return std::nullopt;
     if (!font_) font_ = SystemMenuFont();
     MenuItemLook look;
-    // Systems that keep no text with what they do not draw have it from us.
+    // Systems that store no text for items that they do not draw get it from this object.
     look.text = FromWide(state->text.empty() ? item.text : state->text);
     look.font = *font_;
     look.colors = SystemMenuColors();
@@ -257,7 +257,7 @@ bool MenuWindows::Draw(HWND form, const DRAWITEMSTRUCT& request) {
     look->checked = (request.itemState & ODS_CHECKED) != 0;
     look->hideAccessKeys = (request.itemState & ODS_NOACCEL) != 0;
     const SavedDc saved(request.hDC);
-    // A mirrored menu is drawn from right to left as it is; only pictures must not be.
+    // A mirrored device context already draws menus from right to left; only pictures must not be mirrored.
     if (const DWORD layout = GetLayout(request.hDC); layout != GDI_ERROR && (layout & LAYOUT_RTL)) {
         SetLayout(request.hDC, layout | LAYOUT_BITMAPORIENTATIONPRESERVED);
         look->rightToLeft = false;
@@ -289,7 +289,7 @@ std::optional<LRESULT> MenuWindows::Choose(HMENU menu, WPARAM wParam) const {
 
 LRESULT MenuWindows::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     const auto passOn = [&] { return ReplacedProcedures().PassOn(window, message, wParam, lParam); };
-    // A procedure that somebody who came later has kept alive.
+    // The procedure is still called because other code that subclassed the window later keeps it in use.
     if (!ImagesOf(window)) {
         const LRESULT result = passOn();
         if (message == WM_NCDESTROY) FormGone(window);
@@ -314,7 +314,7 @@ LRESULT MenuWindows::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM 
                 break;
         }
     } catch (...) {
-        // Without memory the message is the form's, as if nobody had looked at it.
+        // Without memory, the form gets the message unchanged.
     }
     const LRESULT result = passOn();
     try {
@@ -325,7 +325,7 @@ LRESULT MenuWindows::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM 
                 break;
             }
             case WM_INITMENUPOPUP:
-                // The system menu is nobody else's.
+                // The system menu is left to the system.
                 if (!HIWORD(lParam)) Prepare(window, reinterpret_cast<HMENU>(wParam));
                 break;
             case WM_SETTINGCHANGE:
@@ -340,7 +340,7 @@ LRESULT MenuWindows::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM 
                 break;
         }
     } catch (...) {
-        // What could not be set up stays the system's.
+        // Items that could not be set up stay the system's.
     }
     return result;
 }
@@ -348,7 +348,7 @@ LRESULT MenuWindows::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM 
 namespace {
 
 LRESULT CALLBACK MenuProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    // A handler of the host's may let go of the library's last object in the middle of this.
+    // A handler of the host may release the library's last object during this call.
     CountObject(1);
     LRESULT result = 0;
     if (const auto windows = ThreadShared<MenuWindows>::Find()) {

@@ -11,7 +11,7 @@
 
 namespace qvx::menus {
 
-// What is known of a form's menus at one time.
+// The state of a form's menus at one time.
 struct MenuSource {
     std::vector<MenuControl> controls;
     std::vector<KeyedPicture> pictures;  // of the form's image list
@@ -21,26 +21,26 @@ class MenuWindows;
 
 class MenuImages {
   public:
-    // `read` asks the host, which may do anything meanwhile.
+    // `read` calls the host, which may do anything meanwhile.
     explicit MenuImages(std::function<MenuSource()> read) : read_(std::move(read)) {}
     ~MenuImages() { End(); }
     MenuImages(const MenuImages&) = delete;
     MenuImages& operator=(const MenuImages&) = delete;
 
-    // A top-level window of this thread; others are left alone. Its menus are set up when it is painted first, or when
-    // a menu opens before.
+    // Starts with a top-level window of this thread; other windows are left alone. Its menus are set up when it is
+    // first painted, or when a menu opens before that.
     void Start(HWND form);
-    // Has the menus set up again when the next one opens: `read` would say something else than before.
+    // Sets the menus up again when the next one opens, since `read` would return something else than before.
     void SourceChanged() { setUp_ = false; }
-    // The menus are the system's again.
+    // Ends the drawing; the system draws the menus again.
     void End();
-    // Null before Start, after End and when the form has been destroyed.
+    // Null before Start, after End, and when the form has been destroyed.
     HWND Form() const { return form_; }
 
   private:
     friend class MenuWindows;
 
-    std::shared_ptr<MenuWindows> windows_;  // there is a form
+    std::shared_ptr<MenuWindows> windows_;  // not null while there is a form
     HWND form_ = nullptr;
     std::function<MenuSource()> read_;
     bool setUp_ = false;

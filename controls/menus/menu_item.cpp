@@ -15,11 +15,12 @@ constexpr int pictureSize = 16;
 constexpr int pictureMargin = 3;  // between the picture and the edges of its column, frame included
 constexpr int labelGap = 5;       // between the column and the label
 constexpr int keysGap = 16;       // between the label and the keys, at least
-constexpr int farMargin = 16;     // behind the keys: as far from the edge as the system's arrow reaches
+constexpr int farMargin = 16;     // after the keys: as far from the edge as the system's arrow extends
 constexpr int lineMargin = 3;     // above and below the text
 constexpr int glyphSize = 7;      // of the check mark and the dot
 
-// Grey text on a selected item is given up where it could not be told from its ground.
+// Where the contrast of grey text on a selected item is lower than this, the item is drawn without the selection's
+// background.
 constexpr double leastContrast = 1.8;
 
 double Brightness(OleColor color) {
@@ -36,7 +37,7 @@ double Contrast(OleColor a, OleColor b) {
     return std::max(first, second) / std::min(first, second);
 }
 
-// The part of an area between two distances from the side where reading begins.
+// Returns the part of an area between two distances from the side where reading begins.
 Rect Span(const Rect& area, int from, int to, bool rightToLeft) {
     return rightToLeft ? Rect{area.right - to, area.top, area.right - from, area.bottom}
                        : Rect{area.left + from, area.top, area.left + to, area.bottom};
@@ -62,7 +63,7 @@ unsigned TextFormat(const MenuItemLook& look) {
            (look.rightToLeft ? text_format::rightToLeft : text_format::left);
 }
 
-// A tick: two columns down, four up, of strokes three pixels high.
+// Draws a tick: two columns down, four up, in strokes three pixels high.
 void DrawCheck(Surface& surface, const Rect& column, OleColor color) {
     constexpr std::array tops{2, 3, 4, 3, 2, 1, 0};
     constexpr int stroke = 3;
@@ -80,7 +81,7 @@ void DrawDot(Surface& surface, const Rect& column, OleColor color) {
     const Dpi dpi = surface.Resolution();
     const int size = Scaled(glyphSize, dpi.y);
     const Rect glyph = Centered(column, {Scaled(glyphSize, dpi.x), size});
-    // Row by row, each as wide as a circle is there.
+    // Each row is as wide as the circle is there.
     for (int y = 0; y < size; ++y) {
         const double height = (y + 0.5) * 2 / size - 1;
         const int half = static_cast<int>(std::lround(std::sqrt(1 - height * height) * glyph.Width() / 2));
@@ -140,7 +141,7 @@ void DrawMenuItem(Surface& surface, const Rect& area, const MenuItemLook& look) 
     const unsigned format = TextFormat(look);
     const unsigned near = look.rightToLeft ? text_format::right : text_format::left;
     const unsigned far = look.rightToLeft ? text_format::left : text_format::right;
-    // Not every system knows how to leave the underline away.
+    // Not every system can omit the underline.
     if (look.hideAccessKeys) {
         surface.DrawLabel(WithoutAccessMark(text.label), line, font, color, format | near | text_format::noPrefix);
     } else {

@@ -1,9 +1,9 @@
-// A menu item with a picture: how large it is and how it is drawn.
+// The size and drawing of a menu item with a picture.
 //
 //     |pic|  Label                 Ctrl+K  >|
 //
-// The picture's column is there for items without a picture too, so that all labels begin at one place. The arrow of
-// an item that opens a menu is the system's.
+// Items without a picture have the picture's column too, so that all labels are aligned. The system draws the arrow of
+// an item that opens a menu.
 #pragma once
 
 #include <array>
@@ -18,14 +18,14 @@ struct MenuColors {
     OleColor ground = 0;
     OleColor text = 0;
     OleColor disabledText = 0;
-    OleColor selected = 0;       // behind a selected item
-    OleColor selectedFrame = 0;  // around it
+    OleColor selected = 0;       // the background of a selected item
+    OleColor selectedFrame = 0;  // the frame around it
     OleColor selectedText = 0;
-    OleColor checkedGround = 0;  // behind the picture of a checked item
+    OleColor checkedGround = 0;  // the background of a checked item's picture
 };
 
 struct MenuItemLook {
-    Text text;  // as the menu has it, keys behind a tab
+    Text text;  // as the menu stores it, with the keys after a tab
     FontSpec font;
     MenuColors colors;
     // Both null for an item without one.
@@ -36,16 +36,17 @@ struct MenuItemLook {
     bool checked = false;
     bool radio = false;           // a checked item shows a dot
     bool isDefault = false;       // bold
-    bool hideAccessKeys = false;  // as long as the user has not taken the keyboard
+    bool hideAccessKeys = false;  // while the user has not used the keyboard
     bool rightToLeft = false;     // the picture is at the right
 };
 
-// What the item needs, in pixels of the surface. The system adds the room for its arrow to the width.
+// Returns the size that the item needs, in pixels of the surface. The system adds the room for its arrow to the width.
 Size MeasureMenuItem(Surface& surface, const MenuItemLook& look);
 
+// Draws the item in `area`, in pixels of the surface.
 void DrawMenuItem(Surface& surface, const Rect& area, const MenuItemLook& look);
 
-// Where the picture is drawn in an item, scaled to it whatever its own size.
+// Returns the area of the picture in an item; the picture is scaled to it, whatever its own size.
 Rect MenuPictureArea(const Rect& item, Dpi dpi, bool rightToLeft);
 
 }  // namespace qvx::menus

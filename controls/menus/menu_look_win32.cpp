@@ -13,7 +13,7 @@ FontSpec SystemMenuFont() {
     FontSpec font;
     if (!SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) return font;
     const LOGFONTW& log = metrics.lfMenuFont;
-    // The setting is for the screen's own resolution.
+    // The setting is in pixels at the screen's own resolution.
     const WindowDc screen(nullptr);
     const int dpi = GetDeviceCaps(screen.Get(), LOGPIXELSY);
     font.face = FromWide(log.lfFaceName);

@@ -1,4 +1,4 @@
-// What the system has set for menus.
+// The system's settings for menus.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +7,7 @@
 
 namespace qvx::menus {
 
-// The font of menus, in points.
+// Returns the font of menus, with its size in points.
 FontSpec SystemMenuFont();
 MenuColors SystemMenuColors();
 

@@ -10,7 +10,7 @@ namespace qvx::menus {
 namespace {
 
 constexpr TextView dividingLine = u"-";
-// Beyond this product of both lengths the table of the exact search is not worth its memory.
+// If the product of both lengths is larger than this, the table of the exact search is not worth its memory.
 constexpr std::size_t largestTable = std::size_t{1} << 22;
 
 using Objects = std::span<const MenuObject>;
@@ -35,8 +35,8 @@ void MatchForward(Objects objects, Entries entries, std::size_t from, std::span<
     }
 }
 
-// The longest common subsequence, by the usual table: best(o, e) is how many can be matched from there on. Where there
-// is a choice the earlier object is taken.
+// Finds the longest common subsequence with the usual table: best(o, e) is the number of matches from there on. Where
+// there is a choice, the earlier object is taken.
 void MatchLongest(Objects objects, Entries entries, std::size_t from, std::span<int> result) {
     const std::size_t width = entries.size() + 1;
     std::vector<std::uint32_t> table((objects.size() + 1) * width);
@@ -71,7 +71,7 @@ Text NumberKey(int number) { return IntegerToText(number) + u"_"; }
 
 std::vector<int> MatchMenus(Objects objects, Entries entries) {
     std::vector<int> numbers(entries.size());
-    // Mostly everything is where it is expected, and only what lies between the equal ends is left to search.
+    // Mostly everything is where it is expected, and only the part between the equal ends has to be searched.
     std::size_t front = 0;
     while (front < objects.size() && front < entries.size() && Equal(objects[front], entries[front])) {
         numbers[front] = static_cast<int>(front) + 1;

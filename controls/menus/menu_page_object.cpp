@@ -118,7 +118,7 @@ STDMETHODIMP MenuPage::Apply() {
     });
 }
 
-// The hint on the page says all there is.
+// The page's own text is all the help there is.
 STDMETHODIMP MenuPage::Help(LPCOLESTR) { return S_FALSE; }
 
 STDMETHODIMP MenuPage::TranslateAccelerator(MSG* message) {

@@ -1,4 +1,4 @@
-// prpctlMenu: the property page of CMenus, which gives menus their pictures.
+// prpctlMenu: the property page of CMenus, which assigns pictures to menus.
 #pragma once
 
 #include <windows.h>
@@ -21,7 +21,7 @@ struct InterfaceTraits<IPropertyPage2> {
 
 namespace qvx::menus {
 
-// The page's identifier; it is no class of the type library.
+// The page's class identifier; the type library does not contain the class.
 extern const CLSID CLSID_prpctlMenu;
 extern const PageClass menuPageClass;
 
@@ -33,12 +33,12 @@ class MenuPage final : public ComObject<IPropertyPage2> {
     STDMETHODIMP Activate(HWND parent, LPCRECT bounds, BOOL modal) override;
     STDMETHODIMP Deactivate() override;
     STDMETHODIMP GetPageInfo(PROPPAGEINFO* info) override;
-    // Of several controls the first one counts.
+    // Of several controls, the first one is used.
     STDMETHODIMP SetObjects(ULONG count, IUnknown** objects) override;
     STDMETHODIMP Show(UINT command) override;
     STDMETHODIMP Move(LPCRECT bounds) override;
     STDMETHODIMP IsPageDirty() override;
-    // Puts the pictures in place of all that the image list holds. Without an image list there is nothing to do.
+    // Replaces the whole contents of the image list with the pictures. Does nothing without an image list.
     STDMETHODIMP Apply() override;
     STDMETHODIMP Help(LPCOLESTR folder) override;
     STDMETHODIMP TranslateAccelerator(MSG* message) override;
@@ -49,13 +49,13 @@ class MenuPage final : public ComObject<IPropertyPage2> {
 
     void Fill();
     void Changed();
-    // The image list that the control names; null when the form has none of that name.
+    // Returns the image list that the control names; null when the form has none of that name.
     ComPtr<IDispatch> ImageList() const;
 
     ComPtr<IPropertyPageSite> site_;
     ComPtr<_CMenus> control_;
     MenuPageWindow window_;
-    bool filled_ = false;  // once for the life of the page: what the user has chosen must not go
+    bool filled_ = false;  // the page is filled only once, since the user's choices must not be lost
     bool dirty_ = false;
 };
 

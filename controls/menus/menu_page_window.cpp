@@ -19,12 +19,12 @@ constexpr int headerRow = 0;
 constexpr int keyColumn = 0;
 constexpr int pictureColumn = 1;
 
-// At 96 dots per inch.
+// In pixels at 96 dots per inch.
 constexpr Size pageSize{330, 210};
 constexpr int margin = 7;
 constexpr int hintHeight = 30;
 constexpr int smallestPicture = 16;
-constexpr int largestPicture = 64;  // as far as a row grows
+constexpr int largestPicture = 64;  // the limit up to which a row grows
 constexpr int pictureMargin = 2;
 constexpr int pictureColumnTwips = 1400;
 
@@ -32,7 +32,7 @@ constexpr UINT messageChoose = WM_APP + 1;
 
 const FontSpec font{u"Tahoma", 8.25};
 
-// Some frames give a page more room than they show of it, and have become smaller when it is seen.
+// Some frames give a page more room than they show of it, and have become smaller by the time the page is visible.
 RECT Visible(HWND parent, const RECT& bounds) {
     RECT inside{};
     RECT shown{};
@@ -135,7 +135,7 @@ void MenuPageWindow::Layout() {
     Rect area = ClientArea().Inflated(-Scaled(margin, dpi.x), -Scaled(margin, dpi.y));
     area.bottom = std::max(area.top, area.bottom - Scaled(hintHeight, dpi.y));
     grid_.MoveTo(area);
-    // The keys have all the room that pictures, lines and a scroll bar leave.
+    // The keys' column gets all the room that pictures, lines and a scroll bar leave.
     const int bar = GetSystemMetrics(SM_CXVSCROLL) + Scaled(6, dpi.x);
     const int keys = PixelsToTwips(area.Width() - bar, dpi.x) - pictureColumnTwips;
     constexpr int narrowest = 600;  // twips
@@ -187,7 +187,7 @@ LRESULT MenuPageWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_ERASEBKGND:
             return 1;
         case messageChoose: {
-            // The dialog may end in the page's end.
+            // The page may be destroyed while the dialog is open.
             const auto keep = hold_();
             ChooseFile();
             return 0;
@@ -204,11 +204,11 @@ int MenuPageWindow::CurrentRow() const {
 
 void MenuPageWindow::MouseUp(short, short, float, float y) { releasedAt_ = y; }
 
-// The dialog opens once the grid is done with the click or key that it is opened by.
+// The dialog opens when the grid has finished with the click or key that opens it.
 void MenuPageWindow::Click() {
     const int row = grid_.MouseRow();
     if (row <= headerRow || static_cast<std::size_t>(row) > keys_.size()) return;
-    // Below the last row there is nothing to choose for.
+    // A click below the last row chooses nothing.
     if (releasedAt_ >= static_cast<float>(grid_.RowPos(row) + grid_.Model().RowHeight(row))) return;
     grid_.Model().MoveTo(row, pictureColumn);
     PostMessageW(Handle(), messageChoose, 0, 0);
@@ -226,7 +226,7 @@ void MenuPageWindow::KeyDown(short& keyCode, short& shift) {
     }
 }
 
-// No file chosen is an empty picture: that is how a click takes one away.
+// If no file is chosen, the picture is empty: this is how a click removes one.
 void MenuPageWindow::ChooseFile() {
     const int row = CurrentRow();
     if (row == 0) return;

@@ -1,4 +1,4 @@
-// The inside of the menu property page: a grid with a row for each menu, its key and its picture.
+// The contents of the menu property page: a grid with a row for each menu, its key and its picture.
 #pragma once
 
 #include <windows.h>
@@ -14,28 +14,28 @@
 
 namespace qvx::menus {
 
-// Rows and pictures are there without a window too; the window may be made and destroyed as often as one likes.
+// Rows and pictures exist without a window too; the window may be created and destroyed any number of times.
 class MenuPageWindow final : public Window, private flexgrid::GridWindowEvents {
   public:
-    // `onChange`: the user has given a row another picture, or taken it away. `hold` keeps the owner of this window
-    // alive for the length of a call.
+    // `onChange`: the user has assigned a picture to a row or removed it. `hold` keeps the owner of this window alive
+    // during a call.
     MenuPageWindow(std::function<void()> onChange, std::function<std::shared_ptr<void>()> hold);
     ~MenuPageWindow() override;
 
-    // A row for each key, in this order, with the picture of that key where there is one.
+    // Creates a row for each key, in this order, with the picture of that key if there is one.
     void Fill(const std::vector<Text>& keys, const std::vector<KeyedPicture>& pictures);
-    // What the rows hold, without those that have no picture.
+    // Returns the pictures of the rows that have one, with their keys.
     std::vector<KeyedPicture> Pictures() const;
 
-    // Hidden, in pixels of the parent. Throws ComError when the system refuses.
+    // Creates the window, hidden, in pixels of the parent. Throws ComError when the system refuses.
     void CreateIn(HWND parent, const RECT& bounds);
     void MoveTo(const RECT& bounds);
     void TakeFocus() const;
-    // A key message for the grid, before the frame around the page uses it. False for keys that the grid has no use
-    // for.
+    // Passes a key message to the grid before the frame around the page uses it. Returns false for keys that the grid
+    // does not use.
     bool TranslateKey(MSG& message) const;
 
-    // In pixels of the screen's resolution.
+    // Returns the size in pixels at the screen's resolution.
     static Size WantedSize();
 
   protected:
@@ -48,9 +48,9 @@ class MenuPageWindow final : public Window, private flexgrid::GridWindowEvents {
     void MouseUp(short button, short shift, float x, float y) override;
 
     void Layout();
-    // Into the part of the bounds that the parent shows.
+    // Fits the window into the part of the bounds that the parent shows.
     void Fit() const;
-    // The row of the cursor; 0 where there is none for a menu.
+    // Returns the row of the cursor; 0 where there is no row of a menu.
     int CurrentRow() const;
     void ChooseFile();
     void SetPicture(int row, IPictureDisp* picture);
@@ -60,7 +60,7 @@ class MenuPageWindow final : public Window, private flexgrid::GridWindowEvents {
     std::function<std::shared_ptr<void>()> hold_;
     flexgrid::FlexGridWindow grid_;
     RECT bounds_{};           // as the parent gave them
-    std::vector<Text> keys_;  // of the rows behind the fixed one
+    std::vector<Text> keys_;  // of the rows after the fixed one
     float releasedAt_ = 0;    // twips from the top
 };
 

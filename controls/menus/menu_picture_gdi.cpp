@@ -7,7 +7,7 @@ namespace qvx::menus {
 
 namespace {
 
-// A bitmap of 32 bits a pixel to draw on, from the top.
+// A bitmap with 32 bits per pixel to draw on, with rows from the top.
 class Canvas {
   public:
     Canvas(HDC reference, Size size) : size_(size), dc_(CreateCompatibleDC(reference)) {
@@ -43,12 +43,12 @@ class Canvas {
     HGDIOBJ original_ = nullptr;
 };
 
-// What a pixel that looks so on black and on white is in grey: its grey value and its opacity, times each other as the
-// system wants them.
+// Returns the grey value and opacity of a pixel, multiplied with each other as the system requires, from its colours on
+// black and on white.
 std::uint32_t Greyed(std::uint32_t onBlack, std::uint32_t onWhite) {
     const auto part = [](std::uint32_t pixel, int shift) { return static_cast<int>(pixel >> shift & 0xFF); };
     const int opacity = std::clamp(255 - (part(onWhite, 8) - part(onBlack, 8)), 0, 255);
-    // On black the colours come multiplied already.
+    // On black, the colours are already multiplied.
     const int grey = (part(onBlack, 16) * 30 + part(onBlack, 8) * 59 + part(onBlack, 0) * 11) / 100;
     const auto half = [](int value) { return static_cast<std::uint32_t>(value / 2); };
     const std::uint32_t value = half(std::min(grey, opacity));

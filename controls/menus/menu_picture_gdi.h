@@ -1,4 +1,4 @@
-// A host's picture on a menu item, as it is and greyed.
+// A host's picture on a menu item, unchanged and in grey.
 #pragma once
 
 #include <memory>
@@ -7,12 +7,12 @@
 
 namespace qvx::menus {
 
-// Scaled smoothly to whatever place it gets.
+// The picture, scaled smoothly to its area.
 class MenuPicture final : public GdiPicture {
   public:
     explicit MenuPicture(IUnknown* picture) : picture_(picture) {}
 
-    // Nothing to show: no picture, or one without an extent.
+    // Whether there is nothing to show: no picture, or one without an extent.
     bool Empty() const;
     Size PixelSize(Dpi dpi) const override { return picture_.PixelSize(dpi); }
     void Draw(HDC dc, const Rect& area) const override;
@@ -21,7 +21,7 @@ class MenuPicture final : public GdiPicture {
     PictureObject picture_;
 };
 
-// The same in shades of grey, half transparent, for a disabled item.
+// The picture in shades of grey, half transparent, for a disabled item.
 class DisabledMenuPicture final : public GdiPicture {
   public:
     explicit DisabledMenuPicture(std::shared_ptr<const MenuPicture> picture) : picture_(std::move(picture)) {}

@@ -10,7 +10,7 @@ namespace {
 
 constexpr char16_t mark = u'&';
 
-// One character alone, as texts are compared.
+// Returns a single character in the form in which texts are compared.
 char16_t Folded(char16_t character) { return static_cast<char16_t>(FoldCase(character)); }
 
 char16_t FirstCharacter(TextView text) { return text.empty() ? u'\0' : Folded(text.front()); }

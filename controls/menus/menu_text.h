@@ -1,4 +1,4 @@
-// The text of a menu item: what it says, its shortcut, its access key, and which item a typed character means.
+// The text of a menu item: its label, its shortcut, its access key, and the item that a typed character selects.
 #pragma once
 
 #include <span>
@@ -8,16 +8,18 @@
 namespace qvx::menus {
 
 struct MenuText {
-    Text label;  // "&" in front of the access key, "&&" for one that is shown
-    Text keys;   // what stands behind the first tab, or behind the mark that moves the rest to the far edge
+    Text label;  // "&" before the access key, "&&" for an "&" that is shown
+    Text keys;   // the text after the first tab, or after the mark that moves the rest to the far edge
 };
 
+// Splits an item's text into the label and the keys.
 MenuText SplitMenuText(TextView text);
 
-// The character behind the last "&" that is not doubled, as the system underlines it, in lower case; 0 without one.
+// Returns the character after the last "&" that is not doubled, which the system underlines, in lower case; 0 without
+// one.
 char16_t MenuAccessKey(TextView text);
 
-// An item as the keyboard finds it.
+// The properties of an item that the keyboard search uses.
 struct MenuChoice {
     Text text;
     bool selected = false;
@@ -31,9 +33,9 @@ struct MenuAnswer {
     friend bool operator==(const MenuAnswer&, const MenuAnswer&) = default;
 };
 
-// What a typed character does. The items with it as their access key count; when there are none, those without an
-// access key that begin with it. One item is executed, or selected while it is disabled; of several the one behind the
-// selected item is selected, the first one behind the last.
+// Returns the effect of a typed character. Items with it as their access key match; when there are none, those without
+// an access key whose text begins with it. A single match is executed, or selected if it is disabled; of several
+// matches, the one after the selected item is selected, and after the last one the first.
 MenuAnswer ChooseByKey(std::span<const MenuChoice> items, char16_t typed);
 
 }  // namespace qvx::menus

@@ -48,7 +48,7 @@ std::optional<ItemState> ReadItem(HMENU menu, int position) {
         item.text.resize(info.cch);
         info = Asking(MIIM_STRING);
         info.dwTypeData = item.text.data();
-        info.cch = static_cast<UINT>(item.text.size()) + 1;  // the string has room for its end
+        info.cch = static_cast<UINT>(item.text.size()) + 1;  // the string has room for its terminator
         if (!GetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &info)) item.text.clear();
         item.text.resize(std::min<std::size_t>(item.text.size(), info.cch));
         item.text.resize(std::min(item.text.find(L'\0'), item.text.size()));

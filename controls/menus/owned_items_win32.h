@@ -1,4 +1,4 @@
-// Menu items that are drawn by the library instead of the system.
+// Menu items that the library draws instead of the system.
 #pragma once
 
 #include <windows.h>
@@ -17,28 +17,28 @@
 
 namespace qvx::menus {
 
-// The library's copies of an image list's pictures, by the numbers of the menu objects that they are for.
+// The library's copies of an image list's pictures, by the numbers of the menu objects that they belong to.
 struct MenuPictures {
     std::shared_ptr<const MenuPicture> plain;
     std::shared_ptr<const DisabledMenuPicture> disabled;
 };
 using PictureList = KeyedCollection<MenuPictures>;
 
-// What an owner-drawn item carries as its data: screen readers know the structure at its beginning, from which they
-// read the text that nobody draws for them.
+// The data of an owner-drawn item: screen readers know the structure at its beginning, from which they read the text
+// that the system does not draw.
 struct OwnedItem {
     MSAAMENUINFO accessible{};
-    std::wstring text;  // as it was when the item was last looked at
+    std::wstring text;  // as it was when the item was last examined
     HWND form = nullptr;
     HMENU menu = nullptr;
     std::shared_ptr<const PictureList> pictures;
     Text key;                // of its picture in `pictures`; empty for none
-    ULONG_PTR dataBefore{};  // what the item carried as its own
+    ULONG_PTR dataBefore{};  // the item's own previous data
 
     const MenuPictures* Picture() const { return key.empty() || !pictures ? nullptr : pictures->Find(key); }
 };
 
-// An item as the system has it now.
+// The present state of an item in the system.
 struct ItemState {
     int position = 0;
     UINT type = 0;
@@ -50,27 +50,28 @@ struct ItemState {
     bool Separator() const { return (type & MFT_SEPARATOR) != 0; }
 };
 
-// Nothing for a position that is not there. Texts of any length.
+// Returns nullopt for a position that does not exist. Texts may be of any length.
 std::optional<ItemState> ReadItem(HMENU menu, int position);
 
-// All of them, whatever form they are on.
+// All items that the library draws, on any form.
 class OwnedItems {
   public:
-    // Null for data that is none of ours.
+    // Returns null for data that is not the library's.
     const OwnedItem* Find(ULONG_PTR data) const;
-    // Where an item is now; nothing for one that has been taken out of its menu.
+    // Returns the present state of an item; nullopt for one that has been removed from its menu.
     static std::optional<ItemState> Locate(const OwnedItem& item);
+    // Whether the library already draws the item in that menu.
     bool Owns(const ItemState& state, HMENU menu) const;
-    // Whether the library may draw it: not what draws itself already, or shows a bitmap.
+    // Whether the library may draw the item: not a separator, a bitmap item, or one that other code draws.
     bool MayOwn(const ItemState& state, HMENU menu) const;
 
-    // Makes an item owner-drawn, or brings one up to date that is. False when the system refuses.
+    // Makes an item owner-drawn, or updates one that already is. Returns false when the system refuses.
     bool Take(HWND form, HMENU menu, const ItemState& state, std::shared_ptr<const PictureList> pictures, Text key);
-    // Forgets items of menus and positions that are gone.
+    // Drops items of menus and positions that no longer exist.
     void Sweep();
-    // Has the system ask for the sizes of a form's items again.
+    // Makes the system request the sizes of a form's items again.
     void MeasureAgain(HWND form);
-    // Gives a form's items back to the system.
+    // Restores a form's items, so that the system draws them.
     void Restore(HWND form);
 
   private:

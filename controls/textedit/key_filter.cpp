@@ -18,7 +18,7 @@ bool IsDigit(int character) { return character >= u'0' && character <= u'9'; }
 bool IsInsertion(const KeyRules& rules, int character) {
     if (character < firstPrintable) return false;
     if (rules.dataType == data_type::digits) return IsDigit(character);
-    // The comma groups digits in the numeric test and would pass it.
+    // The numeric test accepts the comma as a digit separator and would let it through.
     return rules.dataType == data_type::numerics && character != u',';
 }
 
@@ -30,7 +30,7 @@ bool OutOfBounds(const KeyRules& rules, TextView candidate) {
 KeyAnswer Pass(const TextEntry& entry, int key) { return {key, false, entry.tag}; }
 KeyAnswer Refuse(Text tag, bool beep = true) { return {0, beep, std::move(tag)}; }
 
-// The text without the character at the caret; nothing where there is none. The selection plays no part.
+// Returns the text without the character at the caret; nullopt where there is none. The selection is ignored.
 std::optional<Text> WithoutOne(const TextEntry& entry, int key) {
     const std::size_t caret = std::min(entry.selStart, entry.text.size());
     if (key == keys::backspace) {
@@ -43,7 +43,7 @@ std::optional<Text> WithoutOne(const TextEntry& entry, int key) {
 
 KeyAnswer CheckDeletion(const KeyRules& rules, const TextEntry& entry, int key) {
     if (entry.locked) return Pass(entry, key);
-    // With nothing to delete, the candidate of the key before is judged once more: hosts have always seen it so.
+    // With nothing to delete, the candidate of the previous key is checked once more, as hosts have always seen it.
     Text candidate = WithoutOne(entry, key).value_or(entry.tag);
     if (IsNumeric(candidate) && OutOfBounds(rules, candidate)) return Refuse(std::move(candidate));
     return {key, false, std::move(candidate)};

@@ -1,5 +1,5 @@
-// Which keys a validated text box lets through. Every decision falls on the key itself; nothing is corrected later but
-// by the normalisation when the box is left.
+// Decides which keys a validated text box accepts. Every decision is made when the key is pressed; the only later
+// correction is the normalisation when the focus leaves the box.
 #pragma once
 
 #include <cstddef>
@@ -17,42 +17,43 @@ struct KeyRules {
     double maxValue = 0;
 };
 
-// A text box between two keys. Positions are in characters, within the text.
+// The state of a text box between two keys. Positions are in characters, within the text.
 struct TextEntry {
     Text text;
     std::size_t selStart = 0;
     std::size_t selLength = 0;
     bool locked = false;
-    // The text that the last checked key would have led to.
+    // The text to which the last checked key would have led.
     Text tag;
 
     friend bool operator==(const TextEntry&, const TextEntry&) = default;
 };
 
-// What is left of a key.
+// The result of checking a key.
 struct KeyAnswer {
-    int key = 0;  // 0: refused
+    int key = 0;  // 0 means refused
     bool beep = false;
-    Text tag;  // the box's from now on
+    Text tag;  // the new value of the box's tag
 
     friend bool operator==(const KeyAnswer&, const KeyAnswer&) = default;
 };
 
-// A key goes down, after the host has heard of it. `key` is a virtual key.
+// Checks a key that goes down, after the host has been notified. `key` is a virtual key.
 KeyAnswer FilterKeyDown(const KeyRules& rules, const TextEntry& entry, int key);
 
-// The box as it is when a character, a UTF-16 unit, comes to be judged: what is selected goes first, whether or not the
-// character is then let in, and a point typed into an empty box brings "0.".
+// Returns the state of the box in which a character, a UTF-16 unit, is checked: the selection is deleted first, whether
+// or not the character is then accepted, and a point typed into an empty box gives "0.".
 TextEntry PrepareForCharacter(const KeyRules& rules, TextEntry entry, int character);
 
-// A character is about to be inserted (or is one of the control characters, 1 to 26) into a box prepared for it.
+// Checks a character that is about to be inserted (or one of the control characters, 1 to 26) into a box prepared for
+// it.
 KeyAnswer FilterCharacter(const KeyRules& rules, const TextEntry& entry, int character);
 
-// Whether a key that goes down belongs to the box before its host may use it, for moving the focus and for shortcuts of
-// its own. `shift`: bits of common/keys.h.
+// Whether the box handles a key that goes down before its host may use the key, to move the focus or as a shortcut.
+// `shift`: bits of common/keys.h.
 bool KeepsKey(int key, int shift, bool useEnterKey);
 
-// Whether a text counts as no entry at all: nothing, or only blanks.
+// Whether a text counts as no entry: empty, or only blanks.
 bool IsEmptyEntry(TextView text);
 
 }  // namespace qvx::textedit

@@ -1,4 +1,4 @@
-// The TextEdit control's life and what the user does in it. Its members are in textedit_members_control.cpp.
+// The TextEdit control's lifetime and the user's input. Its members are in textedit_members_control.cpp.
 #include "controls/textedit/textedit_control.h"
 
 #include <olectl.h>
@@ -17,11 +17,11 @@
 namespace qvx::textedit {
 namespace {
 
-// To the control's own window: a text that must not be left has been left.
+// Posted to the control's own window when the focus has left a text that it must not leave.
 constexpr UINT leftEmptyMessage = WM_APP + 1;
 
-// While a box takes the focus back. The one that loses it to that has been left for a moment only, and by no will of
-// the user's: were it checked too, two empty boxes would send the focus to and fro for ever.
+// True while a box takes the focus back. The box that loses the focus to it has been left only for a moment, and not by
+// the user: if it were checked too, two empty boxes would move the focus back and forth for ever.
 [[gnu::section(".tls$")]] bool takingBack = false;
 
 }  // namespace
@@ -35,20 +35,20 @@ void TextEditControl::OnAfterRead() {
 }
 
 void TextEditControl::OnWindowCreated(HWND window) {
-    // A designer's box is a picture: a window would take the mouse from the designer.
+    // In a designer, the box is only a picture: a window would take the mouse from the designer.
     if (!UserMode()) return;
     box_.Create(window);
     box_.SetAccessibleName(AccessibleName());
 }
 
-// A label says what users call the box; the name is a programmer's.
+// A label contains the name that users know; the control's own name is for programmers.
 Text TextEditControl::AccessibleName() {
     const Text label = LabelBefore(WindowHandle());
     return label.empty() ? Host().DisplayName() : label;
 }
 
 void TextEditControl::OnResize(Size size) {
-    // The text decides the height, the host the width.
+    // The text determines the height, the host the width.
     RequestPixelSize({size.width, box_.NaturalHeight(WindowDpi(WindowHandle()))});
     box_.Resize(PixelSize());
 }
@@ -79,11 +79,11 @@ std::optional<LRESULT> TextEditControl::OnWindowMessage(UINT message, WPARAM wPa
         case WM_CTLCOLORSTATIC:
             return box_.OnColors(wParam);
         case WM_SYSCOLORCHANGE:
-            // The box's brush is made of the system's colours, too.
+            // The box's brush depends on the system's colours, too.
             box_.SetBackColor(box_.BackColor());
             return std::nullopt;
         case leftEmptyMessage:
-            // A host may have come back, or closed the form, in the meantime.
+            // A host may have returned the focus, or closed the form, in the meantime.
             if (HasFocus() || !InPlaceActive() || !box_.Window() || MayLeave()) return 0;
             SayEmpty();
             return 0;
@@ -117,8 +117,8 @@ void TextEditControl::TextBoxKeyDown(int& key, int shift) {
 
 void TextEditControl::TextBoxKeyPress(int& character) {
     const auto keep = KeepAlive();
-    int left = std::exchange(character, 0);  // whatever fails below has refused it
-    // A handler of Change may write a text of its own after each step, so each asks anew.
+    int left = std::exchange(character, 0);  // any failure below refuses the character
+    // A handler of Change may write a text of its own after each step, so each step reads the text anew.
     const TextEntry before = Entry();
     if (PrepareForCharacter(rules_, before, left).selLength < before.selLength) box_.SetSelText(u"");
     const TextEntry cleared = Entry();
@@ -131,7 +131,7 @@ void TextEditControl::TextBoxKeyPress(int& character) {
     auto keyAscii = static_cast<short>(left);
     Fire(u"KeyPress", EventArguments().InOut(keyAscii));
     character = keyAscii & 0xFFFF;
-    // The text box would only beep at it.
+    // The text box would only beep.
     if (character == keys::enter) character = 0;
 }
 
@@ -161,12 +161,12 @@ void TextEditControl::TextBoxGotFocus() {
 
 void TextEditControl::TextBoxLostFocus(HWND to) {
     const auto keep = KeepAlive();
-    // The message has to wait until the focus has arrived where it is going.
+    // The message must wait until the focus has reached its new window.
     if (LeavesBy(to) && !MayLeave()) PostMessageW(WindowHandle(), leftEmptyMessage, 0, 0);
     FocusMovesTo(to);
 }
 
-// A user who looks at another window, a message box among them, has not left the box.
+// A user who switches to another window, for instance a message box, has not left the box.
 bool TextEditControl::LeavesBy(HWND to) const {
     const HWND window = WindowHandle();
     if (OfThisThread(takingBack) || !InPlaceActive() || !window || !to || to == window || IsChild(window, to))
@@ -176,7 +176,7 @@ bool TextEditControl::LeavesBy(HWND to) const {
 
 bool TextEditControl::MayLeave() {
     bool may = true;
-    // The focus goes even where the text cannot be brought into its form, as with negative places: it is left as it is.
+    // The focus leaves even if the text cannot be normalised, as with negative places: the text then stays as it is.
     Contain([&] {
         may = settings_.allowEmpty || !IsEmptyEntry(box_.GetText());
         if (may && rules_.dataType != data_type::none) NormaliseInPlace();

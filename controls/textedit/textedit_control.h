@@ -1,4 +1,4 @@
-// The TextEdit control: a text box for data entry that checks what is typed and what is left behind.
+// The TextEdit control: a text box for data entry that checks typed and remaining text.
 #pragma once
 
 #include <windows.h>
@@ -24,7 +24,7 @@ class TextEditControl final : public Control<_TextEdit>,
 
     const PropertyTable& Properties() override;
 
-    // What the inner box holds. Numbers that an enumeration does not have are run-time error 380.
+    // Properties of the inner box. Numbers that an enumeration does not have are run-time error 380.
     QVX_PROPERTY(OLE_COLOR, BackColor, TextBoxWindow)
     QVX_PROPERTY(OLE_COLOR, ForeColor, TextBoxWindow)
     STDMETHODIMP get_Font(IFontDisp** result) override;
@@ -34,15 +34,15 @@ class TextEditControl final : public Control<_TextEdit>,
     QVX_PROPERTY(TextAlignment, Alignment, TextBoxWindow)
     QVX_PROPERTY(long, MaxLength, TextBoxWindow)
     STDMETHODIMP get_Text(BSTR* result) override;
-    // Brought into the form of the data type first; error 5 for a negative DecimalPlaces, in a decimal box.
+    // The text is normalised for the data type first; error 5 for a negative DecimalPlaces in a numerics box.
     STDMETHODIMP put_Text(BSTR value) override;
     QVX_PROPERTY(BSTR, ToolTipText, TextBoxWindow)
     QVX_PROPERTY(VARIANT_BOOL, Enabled, TextBoxWindow)
     QVX_PROPERTY(VARIANT_BOOL, Locked, TextBoxWindow)
     QVX_PROPERTY(TextAppearance, Appearance, TextBoxWindow)
 
-    // What is checked. Nothing is refused here: any type, places and bounds are stored as given. The text follows a
-    // new type and new places afterwards, with error 5 for negative places when it does.
+    // The settings of the checks. Nothing is refused here: any type, places and bounds are stored as given. The text is
+    // then normalised for a new type and new places, which is error 5 for negative places.
     STDMETHODIMP get_DataType(dtaType* result) override;
     STDMETHODIMP put_DataType(dtaType value) override;
     QVX_FIELD(VARIANT_BOOL, AllowEmpty, Settings::allowEmpty)
@@ -59,7 +59,7 @@ class TextEditControl final : public Control<_TextEdit>,
     STDMETHODIMP get_hWnd(long* result) override;
     STDMETHODIMP ShowAbout() override;
 
-    // A Tab that would leave a text that must not be left goes no further.
+    // A Tab that would leave a text that must not be left is not passed on.
     STDMETHODIMP TranslateAccelerator(LPMSG message) override;
 
   protected:
@@ -106,8 +106,8 @@ class TextEditControl final : public Control<_TextEdit>,
     int Take(const KeyAnswer& answer);
     void NormaliseInPlace();
     void DataTypeChanged();
-    // The check before the focus goes: false when the text must not be left, else it is in its form afterwards if it
-    // can be. Never fails.
+    // The check before the focus leaves: returns false when the text must not be left; otherwise the text is normalised
+    // afterwards if it can be. Never fails.
     bool MayLeave();
     bool LeavesBy(HWND to) const;
     void SayEmpty();

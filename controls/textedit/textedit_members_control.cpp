@@ -1,4 +1,4 @@
-// The TextEdit control's members and what is kept of it.
+// The TextEdit control's members and its persistence.
 #include <olectl.h>
 
 #include <new>
@@ -12,7 +12,8 @@
 namespace qvx::textedit {
 namespace {
 
-// What 16 bits do not hold is as bad as no number: the default. Negative places are kept, as the setter keeps them.
+// A value that does not fit in 16 bits is treated like one that is not a number: the default is used. Negative places
+// are kept, as the setter keeps them.
 std::int16_t PlacesFromStore(std::int32_t places) {
     const auto kept = static_cast<std::int16_t>(places);
     return kept == places ? kept : defaultPlaces;

@@ -27,11 +27,11 @@ long ThreadWindows() {
     return count;
 }
 
-// The table of graphics handles that every process sees through its environment block. GetGuiResources would do, but
-// answers 0 where the tests usually run.
+// The table of graphics handles that every process sees through its environment block. GetGuiResources would be
+// simpler, but returns 0 where the tests usually run.
 long GdiHandles() {
     if (const DWORD told = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) return static_cast<long>(told);
-    // The environment block's address, and where the table's stands in it.
+    // The address of the environment block, and the offset of the table's address in it.
     using CurrentBlock = const std::byte*(WINAPI*)();
     const auto currentBlock =
         reinterpret_cast<CurrentBlock>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetCurrentPeb"));

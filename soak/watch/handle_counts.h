@@ -1,11 +1,11 @@
-// What the calling thread and its process hold of the system's handles.
+// Counts of the system's handles that the calling thread and its process use.
 #pragma once
 
 namespace qvx::test {
 
-// The windows of this thread, inner ones included.
+// The number of windows of this thread, including child windows.
 long ThreadWindows();
-// The graphics objects of this process: pens, brushes, fonts, bitmaps, regions, device contexts.
+// The number of graphics objects of this process: pens, brushes, fonts, bitmaps, regions, device contexts.
 long GdiHandles();
 
 }  // namespace qvx::test

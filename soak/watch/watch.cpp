@@ -1,5 +1,5 @@
-// SoakWatch.dll: gets into the program under test by a hook on its message queue. It tells the driver when a thread has
-// worked off what it was sent, counts what the program holds, and writes down where it faults.
+// SoakWatch.dll: a hook on the message queue brings it into the program under test. It notifies the driver when a
+// thread has processed its input, counts the program's resources, and records where the program faults.
 #include "soak/watch/watch.h"
 
 #include <algorithm>
@@ -18,7 +18,7 @@ UINT ask = 0;
 UINT_PTR timer = 0;
 LONG asked = 0;
 
-// Handles of menus have a small number in their low word, and the system knows a handle by that alone.
+// Menu handles have a small number in their low word, and the system identifies a menu by that alone.
 long CountMenus() {
     long count = 0;
     for (ULONG_PTR handle = 0x20; handle < 0x10000; handle += 2)
@@ -32,7 +32,7 @@ void Count() {
     shared->menus = CountMenus();
 }
 
-// Nothing here allocates: it may be the heap that is broken.
+// Nothing here allocates, since the heap may be damaged.
 LONG CALLBACK OnException(EXCEPTION_POINTERS* exception) {
     const DWORD code = exception->ExceptionRecord->ExceptionCode;
     const bool fatal = code == EXCEPTION_ACCESS_VIOLATION || code == EXCEPTION_STACK_OVERFLOW ||
@@ -62,7 +62,7 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* exception) {
 
 }  // namespace
 
-// A timer's message comes only when there is nothing else to do, input and painting included.
+// A timer message arrives only when there is nothing else to do, input and painting included.
 extern "C" __declspec(dllexport) LRESULT CALLBACK WatchMessages(int code, WPARAM wParam, LPARAM lParam) {
     auto* message = reinterpret_cast<MSG*>(lParam);
     if (code == HC_ACTION && wParam == PM_REMOVE && shared && !message->hwnd) {

@@ -27,7 +27,7 @@ inline std::optional<Text> AccessibleShortcut(const PushLook& look) {
     return key == u'\0' ? std::nullopt : std::optional(Text{u'A', u'l', u't', u'+', key});
 }
 
-// `hasPopup`: it shows that something opens from it.
+// `hasPopup`: the button indicates that it opens something.
 constexpr long AccessibleState(bool enabled, bool focused, bool hasPopup) {
     namespace state = accessible_state;
     if (!enabled) return state::unavailable;

@@ -12,17 +12,17 @@ class PushElement;
 
 class ButtonAccessibility {
   public:
-    // Sent by an object to its window to have the button pressed once its client has its answer: the click may well
-    // open a dialog.
+    // An object sends this message to its window to have the button pressed after its client has received the answer:
+    // the click may open a dialog.
     static constexpr UINT pressMessage = WM_APP + 0x1B0;
 
-    // The element owns this.
+    // The element owns this object.
     explicit ButtonAccessibility(PushElement& element) : link_(std::make_shared<PushElement*>(&element)) {}
     ~ButtonAccessibility() { *link_ = nullptr; }
     ButtonAccessibility(const ButtonAccessibility&) = delete;
     ButtonAccessibility& operator=(const ButtonAccessibility&) = delete;
 
-    // WM_GETOBJECT.
+    // Handles WM_GETOBJECT.
     std::optional<LRESULT> Answer(WPARAM wParam, LPARAM lParam);
 
   private:

@@ -1,4 +1,4 @@
-// The flat push button's working parts in a window. Windows only.
+// The implementation of the flat push button in a window. Windows only.
 #pragma once
 
 #include "widgets/button/button_face.h"
@@ -16,11 +16,12 @@ class ButtonElement final : public PushElement {
     void SetBehavior(Style behavior);
     void SetDropDown(bool dropDown);
 
-    // How it shows itself, whatever window really has the focus.
+    // Whether the button is drawn as focused, whatever window really has the focus.
     bool Focused() const { return logic_.Focused(); }
     void SetFocused(bool focused) { Perform(logic_.SetFocused(focused)); }
-    // Paints one of the three states, now.
+    // Paints one of the three states at once.
     void DrawButton(int state);
+    // Paints the focus rectangle at once.
     void DrawFocus();
     // Whether a character typed with Alt is the button's access key.
     bool AnswersTo(char16_t character) const;

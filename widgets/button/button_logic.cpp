@@ -32,7 +32,7 @@ ButtonActions ButtonLogic::MouseUp(Point point, Size face) {
     // A press that began elsewhere and was drawn over the button ends without a click.
     const bool begunHere = std::exchange(mouseDown_, false);
     pressed_ = false;
-    // The mouse is let go before the click: a window that the click opens needs it.
+    // The mouse capture is released before the click: a window that the click opens needs it.
     ButtonActions actions{ButtonAction::releaseCapture, ButtonAction::drawNormal};
     if (begunHere && InsideFace(point, face)) {
         actions.push_back(ButtonAction::click);
@@ -63,7 +63,7 @@ ButtonActions ButtonLogic::KeyDown(int key, int shift) {
 }
 
 ButtonActions ButtonLogic::KeyUp(int key, int shift, bool cursorInside) {
-    // A space that went down elsewhere, in the window that opened this one for instance, is no click here.
+    // A space that went down elsewhere, in the window that opened this one for instance, does not click this button.
     if (key != keys::space || !spaceHeld_) {
         return {};
     }

@@ -1,4 +1,4 @@
-// How the flat push button answers its events.
+// The reactions of the flat push button to its events.
 #pragma once
 
 #include "widgets/button/push_logic.h"
@@ -14,7 +14,7 @@ class ButtonLogic final : public PushLogic {
     ButtonActions LeftButtonDown() override;
     ButtonActions OtherButtonDown() override;
     ButtonActions MouseMove(const MouseMovement& movement) override;
-    // Clicks only when a button went down here before and the mouse was not taken away since.
+    // Clicks only if a button went down here before and the mouse capture has not been lost since.
     ButtonActions MouseUp(Point point, Size face) override;
     ButtonActions CaptureLost() override;
 
@@ -25,7 +25,7 @@ class ButtonLogic final : public PushLogic {
 
     ButtonActions GotFocus() override;
     ButtonActions LostFocus() override;
-    // The `Focus` property: only how the button shows itself.
+    // The `Focus` property, which only affects the button's appearance.
     ButtonActions SetFocused(bool focused);
     ButtonActions Cancel() override;
 

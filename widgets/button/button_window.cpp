@@ -59,7 +59,7 @@ LRESULT ButtonWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         default:
             break;
     }
-    // The click may have destroyed the button, but only for messages that the element answers.
+    // The click may have destroyed the button, but only for messages that the element handles.
     if (const auto answer = button_.HandleMessage(message, wParam, lParam)) {
         return *answer;
     }

@@ -12,11 +12,12 @@ class ButtonWindow final : public Window {
   public:
     ~ButtonWindow() override { Destroy(); }
 
-    // A child of `parent`, in its client pixels; hidden until shown. False when the system refuses.
+    // Creates the button as a child of `parent`, in its client pixels; it is hidden until shown. Returns false when the
+    // system refuses.
     bool Create(HWND parent, int id, const Rect& bounds);
 
     ButtonElement& Button() { return button_; }
-    // The focus came (true) or went; may be left empty.
+    // Called when the button gets (true) or loses the focus; may be left empty.
     std::function<void(bool)> onFocus;
 
   protected:

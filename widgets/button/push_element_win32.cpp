@@ -99,7 +99,7 @@ void PushElement::Perform(const ButtonActions& actions) {
                 break;
             case ButtonAction::click:
                 if (onClick) {
-                    // What was drawn shows before handlers take their time.
+                    // The new look must be visible before handlers take their time.
                     if (window_) {
                         UpdateWindow(window_);
                     }
@@ -133,7 +133,7 @@ std::optional<LRESULT> PushElement::HandleMessage(UINT message, WPARAM wParam, L
             if (GetFocus() != window_) {
                 SetFocus(window_);
             }
-            // The handlers of who loses the focus may have disabled, hidden or destroyed the button.
+            // The handlers of the control that lost the focus may have disabled, hidden or destroyed the button.
             if (watch.Alive() && TakesInput()) {
                 Perform(logic.LeftButtonDown());
             }
@@ -163,13 +163,13 @@ std::optional<LRESULT> PushElement::HandleMessage(UINT message, WPARAM wParam, L
             }
             return 0;
         case WM_SHOWWINDOW:
-            // Hidden under the mouse, it would keep it.
+            // A button that is hidden under the mouse would keep the mouse capture.
             if (!wParam) {
                 Perform(logic.Cancel());
             }
             return std::nullopt;
         case WM_GETDLGCODE: {
-            // Of the keys that dialogs use themselves, those that end at the button.
+            // Keys that dialogs use themselves, but that the button handles.
             const auto* key = reinterpret_cast<const MSG*>(lParam);
             const bool wanted = key && key->message == WM_KEYDOWN && Wants(static_cast<int>(key->wParam), ShiftState());
             return DLGC_WANTARROWS | (wanted ? DLGC_WANTMESSAGE : 0);

@@ -1,5 +1,5 @@
-// The working parts that push buttons share in a window, whoever owns that window: a control or one of the library's
-// dialogs. What a button looks like and how it answers is its own. Windows only.
+// The common implementation of push buttons in a window, whoever owns that window: a control or one of the library's
+// dialogs. Each kind of button has its own appearance and reactions. Windows only.
 #pragma once
 
 #include <windows.h>
@@ -24,26 +24,28 @@ class PushElement {
 
     virtual const PushLook& Look() const = 0;
     virtual void Paint(Surface& surface) const = 0;
-    // Whether it shows that something opens from it.
+    // Whether the button indicates that it opens something.
     virtual bool HasPopup() const { return false; }
 
-    // The window it works in; null before there is one and after it is gone. Everything works without a window too, but
-    // shows nothing.
+    // Sets the window that the button works in; null before there is one and after it is destroyed. Without a window
+    // everything works, but nothing is shown.
     void Attach(HWND window);
     HWND WindowHandle() const { return window_; }
+    // Sets the size of the face and draws the normal state.
     void Resize(Size pixels);
-    // Whether HandleMessage may have something to do for a message, and the button then has to be one that takes input.
+    // Whether HandleMessage may react to this message, which requires that the button accepts input.
     static bool IsInput(UINT message);
-    // Whether a message belongs here whether or not the button takes input.
+    // Whether a message is handled even if the button does not accept input.
     static bool IsNews(UINT message) { return message == WM_CAPTURECHANGED || message == WM_SHOWWINDOW; }
-    // Mouse and keyboard messages of the window, and news of it; nothing for those that are not the button's. Focus
-    // messages come through FocusChanged.
+    // Handles mouse and keyboard messages of the window, and changes of its state; returns nullopt for messages that do
+    // not concern the button. Focus messages come through FocusChanged.
     std::optional<LRESULT> HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    // The window has got or lost the keyboard focus.
     void FocusChanged(bool focused);
-    // Keys that the button wants before its host moves the focus by them.
+    // Whether the button wants a key before its host moves the focus with it.
     bool Wants(int key, int shift) { return Logic().Wants(key, shift); }
 
-    // The normal state is drawn anew with each of these; colours are repainted in the state that shows.
+    // Each of these redraws the button in the normal state; colours are repainted in the current state.
     void SetCaption(Text caption);
     void SetFont(FontSpec font);
     // The window takes no input while disabled.
@@ -54,7 +56,7 @@ class PushElement {
     void SetFocusRect(bool focusRect);
 
     void Click() { Perform({ButtonAction::click}); }
-    // Alt with the caption's letter (any other key), or Enter or Esc for a default or cancel button.
+    // `key` is the caption's letter pressed with Alt (any other key), or Enter or Esc for a default or cancel button.
     void AccessKeyPress(int key) { Perform(Logic().AccessKeyPress(key)); }
 
   protected:
@@ -63,14 +65,14 @@ class PushElement {
 
     virtual PushLook& EditLook() = 0;
     virtual PushLogic& Logic() = 0;
-    // For one of the actions that draw.
+    // Performs one of the actions that draw.
     virtual void Draw(ButtonAction action) = 0;
-    // Whether the button is its form's active control, for movements of the mouse.
+    // Whether the button is its form's active control; used for mouse movements.
     virtual bool Active() const { return false; }
     virtual void ColorChanged() { Repaint(false); }
 
     void Perform(const ButtonActions& actions);
-    // Asks for a repaint, or makes it be done at once.
+    // Requests a repaint, or forces it at once.
     void Repaint(bool now);
 
   private:
@@ -80,7 +82,7 @@ class PushElement {
     bool TakesInput() const { return window_ && Look().enabled && IsWindowVisible(window_); }
 
     HWND window_ = nullptr;
-    bool releasing_ = false;  // the mouse is let go by the button itself
+    bool releasing_ = false;  // the button itself is releasing the mouse capture
     qvx::detail::LifeToken life_;
     ButtonAccessibility accessibility_{*this};
 };

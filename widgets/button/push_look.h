@@ -1,4 +1,4 @@
-// What the pictures of the library's push buttons have in common.
+// The common parts of the appearance of the library's push buttons.
 #pragma once
 
 #include "common/font_spec.h"
@@ -20,8 +20,8 @@ struct PushLook {
     Rect face;  // pixels, from (0, 0)
 };
 
-// In the middle of the area, on one line, the access key underlined. A caption in a script that runs from right to left
-// is laid out so.
+// Draws the caption on one line in the middle of the area, with the access key underlined. A caption in a script that
+// is written from right to left is laid out in that direction.
 void DrawCaption(Surface& surface, const PushLook& look, const Rect& area, OleColor color);
 
 }  // namespace qvx::buttons

@@ -1,18 +1,18 @@
-// The `Value` of a push button, which is a trigger: programs set it to click the button, designers only look at it.
+// The `Value` of a push button, which is a trigger: programs set it to click the button, designers only read it.
 #pragma once
 
 #include "common/run_time_error.h"
 
 namespace qvx::buttons {
 
-// Run-time error 387 in a designer.
+// Throws run-time error 387 in a designer.
 inline void RequireValueSettable(bool userMode) {
     if (!userMode) {
         throw RunTimeError(errors::setNotPermitted, u"Set not permitted");
     }
 }
 
-// Run-time error 393 outside a designer.
+// Throws run-time error 393 outside a designer.
 inline void RequireValueReadable(bool userMode) {
     if (userMode) {
         throw RunTimeError(errors::getNotSupportedAtRunTime, u"Get not supported at run time");

@@ -131,7 +131,7 @@ void ComboWindow::DropDown() {
     const qvx::Text text = GetText();
     const int chosen = chosen_;
     {
-        // The system looks the text up by itself and may write what it finds.
+        // The system searches for the text itself and may write the entry that it finds.
         const FlagScope scope(writing_);
         SendMessageW(Window(), CB_SHOWDROPDOWN, TRUE, 0);
         if (GetText() != text) WriteText(text);

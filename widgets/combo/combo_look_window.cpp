@@ -1,4 +1,4 @@
-// How a combo looks and where its parts lie.
+// The appearance of a combo and the layout of its parts.
 #include <windows.h>
 
 #include <algorithm>
@@ -11,11 +11,11 @@
 namespace qvx {
 namespace {
 
-// Entries that a dropped list shows at once.
+// The number of entries that a dropped list shows at once.
 constexpr int rowsInView = 8;
 // The system's own border around the closed combo, in pixels at any resolution.
 constexpr int comboBorder = 2;
-// From the field's left edge to its text, in pixels at 96 dots per inch: as in the cells of a grid.
+// From the field's left edge to its text, in pixels at 96 dots per inch, as in the cells of a grid.
 constexpr int textMargin = 3;
 
 }  // namespace
@@ -45,7 +45,7 @@ void ComboWindow::SetAccessibleName(TextView name) {
 
 void ComboWindow::Place(Point origin, int width, int fieldHeight) {
     fieldHeight_ = fieldHeight;
-    // The field between the borders covers at least the place it is for.
+    // The field between the borders covers at least the cell that it is for.
     const int line = gdiFont_ ? gdiFont_->LineHeight() : 0;
     SendMessageW(Window(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max(line, fieldHeight) + comboBorder);
     SetWindowPos(Window(), nullptr, origin.x, origin.y, width, fieldHeight + line * rowsInView + 4 * comboBorder,
@@ -63,9 +63,9 @@ void ComboWindow::PlaceEditField() {
     GetWindowRect(Window(), &combo);
     GetClientRect(GetParent(Window()), &room);
     MapWindowPoints(nullptr, GetParent(Window()), reinterpret_cast<POINT*>(&combo), 2);
-    // A mirrored combo counts from its right edge.
+    // In a mirrored combo, positions count from the right edge.
     const POINT origin{rightToLeft_ ? room.right - combo.right : combo.left, combo.top};
-    // One line of text in the middle of the place, as a grid draws its cells.
+    // One line of text in the middle of the area, as a grid draws its cells.
     const Dpi dpi = WindowDpi(Window());
     const int line = gdiFont_->LineHeight();
     const int left = Scaled(textMargin, dpi.x) - origin.x;
@@ -77,7 +77,7 @@ void ComboWindow::PlaceEditField() {
 }
 
 void ComboWindow::FitList() {
-    // Wide enough for the longest entry, and high enough for eight.
+    // The list is wide enough for the longest entry, and high enough for eight entries.
     const WindowDc dc(Window());
     int widest = 0;
     for (int index = 0; index < ListCount(); ++index)
@@ -102,7 +102,8 @@ void ComboWindow::PaintSurround() {
     MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&edit), 2);
     RECT field{};
     GetClientRect(Window(), &field);
-    // The border too: only its right side shows where the combo is used, and that belongs to the button.
+    // The field includes the border: only its right side is visible where the combo is used, and that belongs to the
+    // button.
     field.right = info.rcButton.left;
     const WindowDc dc(Window());
     ExcludeClipRect(dc.Get(), edit.left, edit.top, edit.right, edit.bottom);

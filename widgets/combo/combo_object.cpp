@@ -14,7 +14,7 @@
 namespace qvx {
 namespace {
 
-// Lists of hosts count in 16 bits; the rest of a longer list is out of their reach.
+// Hosts count the list in 16 bits; they cannot reach the rest of a longer list.
 short ToShort(int value) {
     return static_cast<short>(value > std::numeric_limits<short>::max() ? std::numeric_limits<short>::max() : value);
 }
@@ -92,7 +92,7 @@ class ComboObject final : public ComObject<Dispatch<IEditorCombo>, ErrorInfoSupp
     QVX_PROPERTY(BSTR, Tag, ComboWindow)
     STDMETHODIMP get_Font(IFontDisp** result) override {
         return Give(result, [&] {
-            // The combo also takes on its cell's font.
+            // The grid also gives the combo the font of its cell.
             if (font_.Value() != Combo().Font()) font_.Load(Combo().Font());
             return font_.Get();
         });

@@ -12,7 +12,7 @@ namespace qvx {
 
 class ComboObject;
 
-// The object of one combo, made when first asked for. Hosts may keep it longer than the combo lives: from then on every
+// The object of one combo, created at first use. Hosts may keep it longer than the combo exists: from then on every
 // member fails with run-time error 364 "Object was unloaded".
 class ComboAutomation {
   public:
@@ -22,7 +22,7 @@ class ComboAutomation {
     ComboAutomation(const ComboAutomation&) = delete;
     ComboAutomation& operator=(const ComboAutomation&) = delete;
 
-    // With a reference for the caller. Throws ComError, std::bad_alloc.
+    // Returns the object with a reference for the caller. Throws ComError, std::bad_alloc.
     IDispatch* Get();
 
   private:

@@ -1,5 +1,5 @@
-// The combo's life, text, keys and choices. Its entries are in combo_list_window.cpp; how it looks and where it lies in
-// combo_look_window.cpp.
+// The combo's lifetime, text, keys and choices. Its entries are in combo_list_window.cpp; its appearance and layout are
+// in combo_look_window.cpp.
 #include "widgets/combo/combo_window.h"
 
 #include <algorithm>
@@ -171,7 +171,7 @@ void ComboWindow::OnTyped() {
         HighlightEntry(chosen_);
         if (completion.text != typed) {
             WriteText(completion.text);
-            // Anchored at the end, so that the caret stays where the typing goes on.
+            // The selection is anchored at the end, so that the caret stays where typing continues.
             SendMessageW(EditWindow(), EM_SETSEL, completion.text.size(), completion.selStart);
         }
     }
@@ -182,7 +182,7 @@ void ComboWindow::OnChosen() {
     const auto index = static_cast<int>(SendMessageW(Window(), CB_GETCURSEL, 0, 0));
     if (index < 0) return;
     chosen_ = index;
-    // The system writes the text only after it has told of the choice.
+    // The system writes the text only after it has notified the parent of the choice.
     WriteText(List(index));
     lastText_ = GetText();
     SendMessageW(EditWindow(), EM_SETSEL, 0, -1);
@@ -249,7 +249,7 @@ bool ComboWindow::OnWheel(UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT ComboWindow::EditField::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_GETDLGCODE:
-            // Every key is ours, also in hosts that treat the form as a dialog.
+            // The combo wants every key, also in hosts that treat the form as a dialog.
             return Default(message, wParam, lParam) | DLGC_WANTALLKEYS | DLGC_WANTTAB | DLGC_WANTARROWS;
         case WM_KEYDOWN:
         case WM_SYSKEYDOWN:

@@ -21,17 +21,17 @@ namespace qvx {
 
 class ComboWindow;
 
-// What happens in a combo. A listener may change the combo, and destroy it in LostFocus and Click.
+// Receives the events of a combo. A listener may change the combo, and destroy it in LostFocus and Click.
 class ComboListener {
   public:
     virtual ~ComboListener() = default;
-    // The text is another one, by typing or by a program.
+    // The text has changed, by typing or by a program.
     virtual void ComboChange(ComboWindow&) {}
     // An entry was chosen, by mouse, keys or ListIndex.
     virtual void ComboClick(ComboWindow&) {}
     // A virtual key, which the listener may change; 0 refuses it.
     virtual void ComboKeyDown(ComboWindow&, int& /*keyCode*/, int /*shift*/) {}
-    // The wheel, which an open list takes for itself, turned over the closed combo.
+    // The wheel was turned over the closed combo; an open list uses the wheel itself.
     virtual void ComboWheel(ComboWindow&, UINT /*message*/, WPARAM, LPARAM) {}
     virtual void ComboGotFocus(ComboWindow&) {}
     virtual void ComboLostFocus(ComboWindow&) {}
@@ -39,33 +39,35 @@ class ComboListener {
 
 class ComboWindow final : private WindowSubclass {
   public:
-    // A hidden combo with an edit field in `parent`, which must hand it the WM_COMMAND messages that bear its handle
-    // (OnCommand). `listener` may be null. Throws error 7 when the system gives no window.
+    // Creates a hidden combo with an edit field in `parent`, which must pass on the WM_COMMAND messages with the
+    // combo's handle to OnCommand. `listener` may be null. Throws error 7 when the system cannot create the window.
     ComboWindow(HWND parent, ComboListener* listener, bool sorted = false);
     ~ComboWindow() override;
 
     HWND Window() const { return WindowSubclass::Handle(); }
     HWND EditWindow() const { return edit_.Handle(); }
     using WindowSubclass::Watch;
-    // The notification code of a WM_COMMAND message.
+    // `code` is the notification code of a WM_COMMAND message.
     void OnCommand(WORD code);
 
-    // Error 5 for an index outside 0 to ListCount.
+    // Throws error 5 for an index outside 0 to ListCount.
     void AddItem(TextView item, std::optional<int> index = std::nullopt);
-    // Error 5 for an index outside the list, here and in all that take one.
+    // Throws error 5 for an index outside the list, as SetList (up to ListCount, which adds an entry), ItemData,
+    // SetItemData and SetTopIndex do.
     void RemoveItem(int index);
     // Empties list and text.
     void Clear();
-    // "" outside the list.
+    // Returns "" outside the list.
     Text List(int index) const;
     void SetList(int index, TextView item);
     int ListCount() const;
-    // -1 while no entry is chosen. Choosing one raises Click; -1 empties the text. Error 380 outside -1 to ListCount-1.
+    // -1 while no entry is chosen. Choosing an entry raises Click; -1 empties the text. Throws error 380 outside -1 to
+    // ListCount-1.
     int ListIndex() const;
     void SetListIndex(int index);
     LONG ItemData(int index) const;
     void SetItemData(int index, LONG data);
-    // The index of the entry added last, -1 after a removal.
+    // The index of the entry that was added last, -1 after a removal.
     int NewIndex() const { return newIndex_; }
     // The first entry in view.
     int TopIndex() const;
@@ -73,12 +75,12 @@ class ComboWindow final : private WindowSubclass {
     // Fixed at creation.
     bool Sorted() const { return sorted_; }
 
-    // A text set by a program is no choice from the list: ListIndex becomes -1.
+    // Text that is set by a program is not a choice from the list: ListIndex becomes -1.
     Text GetText() const;
     void SetText(TextView text);
     // How many UTF-16 units can be typed or pasted; 0 for no limit. What a program or the list sets may be longer.
     void SetMaxLength(int length);
-    // In characters. Error 380 for negative values; what lies beyond the text is cut off.
+    // In characters. Throws error 380 for negative values; positions beyond the text are limited to its end.
     int SelStart() const;
     void SetSelStart(int start);
     int SelLength() const;
@@ -87,7 +89,7 @@ class ComboWindow final : private WindowSubclass {
     // Replaces the selection.
     void SetSelText(TextView text);
 
-    // Shown and copied from, but changed by programs only.
+    // The user can view and copy a locked text, but only programs can change it.
     bool Locked() const { return locked_; }
     void SetLocked(bool locked);
     bool Enabled() const;
@@ -102,30 +104,31 @@ class ComboWindow final : private WindowSubclass {
     void SetForeColor(OleColor color);
     const Text& ToolTipText() const { return toolTip_.Text(); }
     void SetToolTipText(TextView text);
-    // Text from right to left, the button at the left. Not while the combo has the focus: it gets new windows, as an
-    // edit field keeps the alignment that it was made with.
+    // Lays out the text from right to left, with the button at the left. Must not be called while the combo has the
+    // focus: it gets new windows, as an edit field keeps the alignment that it was created with.
     bool RightToLeft() const { return rightToLeft_; }
     void SetRightToLeft(bool rightToLeft);
-    // What assistive programs call the field and its list.
+    // Sets the name of the field and its list for assistive programs.
     void SetAccessibleName(TextView name);
 
     // Whether typing chooses the first entry that begins with the typed text.
     void SetSelectsAsTyped(bool selects) { selectsAsTyped_ = selects; }
-    // Position in the parent and width, in pixels. The height of the closed combo is what puts a line of text into the
-    // middle of a field of `fieldHeight`.
+    // Sets the position in the parent and the width, in pixels. The height of the closed combo is such that a line of
+    // text is in the middle of a field of `fieldHeight`.
     void Place(Point origin, int width, int fieldHeight);
     void SetVisible(bool visible);
     void BringToFront();
     void Focus();
     bool HasFocus() const;
-    // Opens the list, with the entry that is the present text chosen, else the first that begins with it on top.
+    // Opens the list. The entry that equals the current text is chosen; without one, the list starts at the first entry
+    // that begins with the text.
     void DropDown();
     bool IsDroppedDown() const;
-    // As if the user had typed this text over the whole field.
+    // Replaces the text as if the user had typed this text over the whole field.
     void TypeOver(TextView text);
 
   private:
-    // The edit field in the combo, where the keys go.
+    // The edit field in the combo, which gets the keys.
     class EditField final : public WindowSubclass {
       public:
         explicit EditField(ComboWindow& owner) : owner_(owner) {}
@@ -139,15 +142,15 @@ class ComboWindow final : private WindowSubclass {
     };
 
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-    // Whether the wheel was not for the list.
+    // Returns whether the list did not use the wheel.
     bool OnWheel(UINT message, WPARAM wParam, LPARAM lParam);
     void MakeWindows(HWND parent);
     void CheckIndex(int index) const;
     void OnTyped();
     void OnChosen();
-    // The list's highlight alone; the text stays.
+    // Moves only the list's highlight; the text stays.
     void HighlightEntry(int index);
-    // The field's text alone, without an event.
+    // Changes only the field's text, without an event.
     void WriteText(TextView text);
     void NotifyChange();
     void PlaceEditField();
@@ -163,9 +166,9 @@ class ComboWindow final : private WindowSubclass {
     bool locked_ = false;
     bool selectsAsTyped_ = false;
     int maxLength_ = 0;
-    bool writing_ = false;   // the field's notifications are of our own making
-    bool deleting_ = false;  // the last key takes characters away
-    // What is chosen; the list's own highlight also follows the mouse and the system's searches.
+    bool writing_ = false;   // the combo itself causes the field's notifications
+    bool deleting_ = false;  // the last key deletes characters
+    // The chosen entry; the list's own highlight also follows the mouse and the system's searches.
     int chosen_ = -1;
     int newIndex_ = -1;
     int fieldHeight_ = 0;

@@ -21,7 +21,7 @@ Completion CompleteTyping(int count, const EntryReader& entry, TextView text, in
     if (deleting || caret != static_cast<int>(text.size()))
         return {FindExactly(count, entry, text), Text(text), caret, 0};
     const int found = FindBeginningWith(count, entry, text);
-    // What no entry begins with no entry is.
+    // If no entry begins with the text, no entry equals it either.
     if (found < 0) return {text.empty() ? FindExactly(count, entry, text) : -1, Text(text), caret, 0};
     Text completed = entry(found);
     const int added = static_cast<int>(completed.size()) - caret;

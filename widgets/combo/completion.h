@@ -1,4 +1,4 @@
-// How a combo with a list follows the text that is typed into it.
+// Completion of the text that is typed into a combo with a list.
 #pragma once
 
 #include <functional>
@@ -7,17 +7,17 @@
 
 namespace qvx {
 
-// The entries of a list, by index from 0.
+// Returns the entries of a list, by index from 0.
 using EntryReader = std::function<Text(int index)>;
 
-// The first entry that begins with the text whatever its case; -1 for none, and for an empty text.
+// Returns the first entry that begins with the text, ignoring case; -1 for none, and for an empty text.
 int FindBeginningWith(int count, const EntryReader& entry, TextView text);
 
-// The first entry that is the text whatever its case; -1 for none.
+// Returns the first entry that equals the text, ignoring case; -1 for none.
 int FindExactly(int count, const EntryReader& entry, TextView text);
 
-// What becomes of an edit field after a character was typed: the entry that is chosen (-1 for none), and the text
-// completed to it, with what was added selected, so that the next character replaces it.
+// The state of an edit field after a character was typed: the chosen entry (-1 for none), and the text completed to it,
+// with the added part selected, so that the next character replaces it.
 struct Completion {
     int entry = -1;
     Text text;
@@ -26,10 +26,10 @@ struct Completion {
     friend bool operator==(const Completion&, const Completion&) = default;
 };
 
-// `text` is the field's text with the caret at `caret`; only a caret at the end completes, so that corrections in the
-// middle are left alone. Taking away characters (`deleting`) completes nothing, else the completion could never be got
-// rid of; an entry that the text is all the same is chosen then, too. The typed part keeps its case only when nothing
-// is found.
+// `text` is the field's text with the caret at `caret`; it is completed only if the caret is at the end, so that
+// corrections in the middle are left alone. Deleting characters (`deleting`) completes nothing, as the completion could
+// otherwise never be removed; an entry that equals the text is still chosen. The typed part keeps its case only when
+// nothing is found.
 Completion CompleteTyping(int count, const EntryReader& entry, TextView text, int caret, bool deleting);
 
 }  // namespace qvx

@@ -46,7 +46,7 @@ std::vector<AccessibleEvent> AccessibleEvents::Take(const Grid& grid, bool focus
     if (reordered) {
         events.push_back({Kind::reorder, 0});
     }
-    // Another row may have come under the cursor where it stands.
+    // Another row may have moved under the cursor.
     if (focused && (focus_ || (moved_ && otherCell) || (reordered && (otherCell || otherText)))) {
         events.push_back({Kind::focus, id});
     }
@@ -65,7 +65,7 @@ std::vector<AccessibleEvent> AccessibleEvents::Take(const Grid& grid, bool focus
             events.push_back({Kind::valueChange, IdInGrid(grid, value)});
         }
     }
-    // After a new order everything is read anew.
+    // After a reordering, clients read everything anew.
     for (const AccessiblePart& name : names_) {
         if (!reordered && HasPart(grid, name)) {
             events.push_back({Kind::nameChange, IdInGrid(grid, name)});

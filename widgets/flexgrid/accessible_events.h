@@ -1,5 +1,6 @@
-// Which events assistive programs are sent about a grid. Changes are only noted, at the cost of a few comparisons, and
-// told of together once whatever made them has come to an end: a load of any number of rows is one event.
+// Decides which events about a grid assistive programs receive. Changes are only noted, at the cost of a few
+// comparisons, and reported together when the code that makes them has finished: a load of any number of rows is one
+// event.
 #pragma once
 
 #include <cstdint>
@@ -20,13 +21,13 @@ struct AccessibleEvent {
 
 class AccessibleEvents {
   public:
-    // The keyboard focus came to the grid, or went.
+    // The grid has got or lost the keyboard focus.
     void NoteFocus() { Note(focus_); }
     // Cursor, selection, or the number and order of rows and columns may have changed.
     void NoteCursor() { Note(moved_); }
     void NoteStructure() { Note(structure_); }
-    // Whether a change of the texts in the range is of interest: the current cell's is, and a header's, which is its
-    // name.
+    // Whether a change of the texts in the range is of interest: that of the current cell is, and that of a header,
+    // which is its name.
     static bool Concerned(const Grid& grid, const CellRange& range) {
         return range.Contains(grid.Row(), grid.Col()) || range.top < grid.FixedRows() || range.left < grid.FixedCols();
     }
@@ -35,12 +36,12 @@ class AccessibleEvents {
     void NoteValue(int row, int col);
     bool Pending() const { return pending_; }
 
-    // What is to be told of now, in order; nothing is pending afterwards. While an editor is open over the current cell
-    // (`edited`), its text is the editor's to tell of.
+    // Returns the events to send now, in order; nothing is pending afterwards. While an editor is open over the current
+    // cell (`edited`), the editor itself reports changes of its text.
     std::vector<AccessibleEvent> Take(const Grid& grid, bool focused, bool edited);
 
   private:
-    // More cells than this at once are no entry by a user any more.
+    // More cells than this at once cannot be an entry by a user.
     static constexpr std::size_t mostCells = 16;
 
     void Note(bool& what) {

@@ -25,7 +25,7 @@ bool IsNumber(TextView text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char16_t c) { return c >= u'0' && c <= u'9'; });
 }
 
-// Headers side by side, each said once.
+// Adds the texts of adjacent headers, equal ones only once.
 void AddHeader(Text& name, Text& last, Text header) {
     if (header.empty() || header == last) {
         return;
@@ -34,7 +34,7 @@ void AddHeader(Text& name, Text& last, Text header) {
     last = std::move(header);
 }
 
-// The next shown item over the border between fixed and scrolling ones; -1 for none.
+// Returns the next shown item, across the border between fixed and scrolling ones; -1 for none.
 int NextShown(const Axis& axis, int index, int step) {
     if (step > 0) {
         const int found = axis.shownAt(axis.startOf(index + 1));
@@ -160,7 +160,7 @@ long StateOf(const Grid& grid, const View& view, const AccessiblePart& part, boo
     long states = 0;
     if (part.IsGrid()) {
         states |= state::focusable | state::multiSelectable | state::extSelectable;
-        // With a cell to go to, that one has the focus.
+        // If there is a cell to move to, that cell has the focus.
         states |= view.focused && !hasCells ? state::focused : 0;
     } else if (!IsHeader(grid, part)) {
         states |= state::selectable | (part.IsCell() ? state::focusable : 0);
@@ -211,7 +211,7 @@ std::optional<AccessiblePart> PartAt(const Grid& grid, const View& view, const A
         if (!AreaOf(grid, view, part).Contains(point)) {
             return std::nullopt;
         }
-        // Beside the last column there is no row.
+        // A row does not extend beyond the last column.
         return hit.OnCell() ? AccessiblePart{hit.row, -1} : part;
     }
     if (part.IsRow()) {

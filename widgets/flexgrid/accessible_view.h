@@ -1,6 +1,7 @@
-// The grid as assistive programs see it: a table of rows of cells, headers among them. What each part is called, where
-// it lies, what it can do and which part comes next; an object of the system's accessibility interface only passes it
-// on. Nothing is kept for a part, so a grid of any size costs nothing until a part is asked about.
+// The grid as assistive programs see it: a table of rows of cells, including headers. These rules decide the name, the
+// position and the actions of each part, and which part comes next; an object of the system's accessibility interface
+// only passes the results on. Nothing is stored for a part, so a grid of any size costs nothing until a client asks
+// about a part.
 #pragma once
 
 #include <cstdint>
@@ -53,7 +54,8 @@ enum class AccessibleStep {
     lastChild = 8
 };
 
-// The whole grid, a row of it, or a cell. Parts go by number: after rows came or went a number means another row.
+// The whole grid, a row of it, or a cell. Parts are identified by number: after rows have been inserted or removed, a
+// number means another row.
 struct AccessiblePart {
     int row = -1;  // -1: the grid
     int col = -1;  // -1: the whole row
@@ -67,45 +69,46 @@ struct AccessiblePart {
 bool HasPart(const Grid& grid, const AccessiblePart& part);
 bool IsHeader(const Grid& grid, const AccessiblePart& part);
 
-// Children are numbered from 1: the rows of the grid, the cells of a row. The grid knows its cells by negative numbers
-// as well, so that one event can name a cell.
+// Children are numbered from 1: the rows of the grid, the cells of a row. The grid also identifies its cells by
+// negative numbers, so that one event can name a cell.
 int ChildCount(const Grid& grid, const AccessiblePart& part);
 std::optional<AccessiblePart> ChildOf(const Grid& grid, const AccessiblePart& part, int id);
-// The number of a part as a child of the grid; 0 for the grid itself.
+// Returns the number of a part as a child of the grid; 0 for the grid itself.
 int IdInGrid(const Grid& grid, const AccessiblePart& part);
 
-// A column's header texts from top to bottom, or "Column 2" when it has none.
+// Returns a column's header texts from top to bottom, or "Column 2" when it has none.
 Text ColumnName(const Grid& grid, int col);
-// A row's header texts, or "Row 2" when it has none; a number alone becomes "Row 2" as well.
+// Returns a row's header texts, or "Row 2" when it has none or only a number.
 Text RowName(const Grid& grid, int row);
-// A cell is called by its column and its row, a header by its own text. The grid has no name of its own: "".
+// A cell is named by its column and its row, a header by its own text. The grid has no name of its own: "".
 Text NameOf(const Grid& grid, const AccessiblePart& part);
-// A cell's text, a row's texts in the columns that are not hidden; nothing for headers and the grid.
+// Returns a cell's text, or a row's texts in the columns that are not hidden; nullopt for headers and the grid.
 std::optional<Text> ValueOf(const Grid& grid, const AccessiblePart& part);
 long RoleOf(const Grid& grid, const AccessiblePart& part);
 // `editable`: the user may change the cell.
 long StateOf(const Grid& grid, const View& view, const AccessiblePart& part, bool editable);
-// Pixels of the window's client area. What shows only in part ends at the window's edge; what does not show lies where
-// scrolling would bring it from.
+// Returns the area in pixels of the window's client area. A part that is partly visible ends at the window's edge; one
+// that is not visible is where scrolling would bring it from.
 Rect AreaOf(const Grid& grid, const View& view, const AccessiblePart& part);
-// The child at a point, the part itself where there is none, nothing outside of it.
+// Returns the child at a point, the part itself where there is no child, nullopt outside of it.
 std::optional<AccessiblePart> PartAt(const Grid& grid, const View& view, const AccessiblePart& part, Point point);
-// Up, down, left and right go as the eye does, past what is hidden; next and previous go by number among siblings.
+// Up, down, left and right are the directions on the screen and skip hidden items; next and previous follow the numbers
+// of siblings.
 std::optional<AccessiblePart> StepFrom(const Grid& grid, const AccessiblePart& part, AccessibleStep step);
 
-// Cursor and selection after a program has asked for a part to be focused or selected (accessible_select's flags).
-// Nothing when it cannot be: headers and rows are selected as a press on a header does it, and no part can be added to
-// or taken from a selection, which is one rectangle.
+// Returns cursor and selection after a program has asked for a part to be focused or selected (accessible_select's
+// flags), or nullopt when that is impossible: headers and rows are selected as a press on a header selects them, and no
+// part can be added to or removed from a selection, which is one rectangle.
 std::optional<Cursor> SelectPart(const Grid& grid, const View& view, const AccessiblePart& part, long flags);
 
-// What is selected, in order: whole rows where rows are what is selected, otherwise cells.
+// The selected parts, in order: whole rows where rows are selected, otherwise cells.
 struct SelectedParts {
     CellRange range;
     bool rows = false;
     std::int64_t Count() const;
     AccessiblePart At(std::int64_t index) const;
 };
-// Within a row: its selected cells, or none; of the grid, all.
+// For a row, its selected cells, if any; for the grid, all selected parts.
 SelectedParts SelectedIn(const Grid& grid, const AccessiblePart& part);
 
 }  // namespace qvx::flexgrid

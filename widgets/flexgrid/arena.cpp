@@ -19,7 +19,7 @@ void Arena::Swap(Arena& other) noexcept {
     std::swap(reserved_, other.reserved_);
 }
 
-// Blocks with the next numbers, neighbours in memory.
+// Adds blocks with the next numbers, adjacent in memory.
 void Arena::AddBlocks(std::size_t count) {
     if (blocks_.size() + count > std::size_t{1} << (32 - blockBits)) {
         throw RunTimeError(errors::outOfMemory, u"Out of memory");
@@ -39,7 +39,7 @@ void Arena::AddBlocks(std::size_t count) {
     reserved_ += count * blockSize;
 }
 
-// A small grid does not pay for a whole block.
+// A small grid does not need a whole block.
 void Arena::GrowFirstBlock(std::size_t needed) {
     std::size_t size = std::max(openSize_, firstBlockSize);
     while (size < needed) {
@@ -55,7 +55,7 @@ void Arena::GrowFirstBlock(std::size_t needed) {
     if (memory_.empty()) {
         memory_.emplace_back(grown);
         blocks_.push_back(grown);
-        open_ = wordSize;  // address 0 is taken by no record
+        open_ = wordSize;  // address 0 is not used by any record
     } else {
         (void)memory_[0].release();
         memory_[0].reset(grown);
@@ -75,7 +75,7 @@ Arena::Address Arena::AllocateAlone(std::size_t padded) {
     return static_cast<Address>(block << blockBits);
 }
 
-// In the open block, or in a new one that is the open one then.
+// Makes room in the open block, or opens a new one.
 void Arena::MakeRoom(std::size_t padded) {
     const bool firstHasRoom = openBlock_ == 0 && std::max(open_, wordSize) + padded <= blockSize;
     if (firstHasRoom) {

@@ -1,5 +1,5 @@
-// Where records lie: blocks that are only ever appended to, addressed by 32-bit numbers in words of four bytes, so that
-// an address takes half of what a pointer does and still reaches 16 GB.
+// Memory for records: blocks that are only ever appended to, addressed by 32-bit numbers in words of four bytes, so
+// that an address takes half the size of a pointer and still reaches 16 GB.
 #pragma once
 
 #include <cassert>
@@ -29,7 +29,7 @@ class Arena {
         return blocks_[address >> blockBits] + std::size_t{address & wordMask} * wordSize;
     }
 
-    // Room for a record; pointers from At are void afterwards. Throws std::bad_alloc or error 7 beyond 16 GB.
+    // Allocates memory for a record; pointers from At become invalid. Throws std::bad_alloc, or error 7 beyond 16 GB.
     Address Allocate(std::size_t size) {
         const std::size_t padded = Padded(size);
         assert(padded > 0);
@@ -44,14 +44,14 @@ class Arena {
         used_ += padded;
         return address;
     }
-    // A record of `size` bytes becomes one of `newSize` where it lies, when that is possible without moving anything:
-    // when it becomes no longer, or is the last one and its block has room. Counts what becomes free as dead.
+    // Resizes a record of `size` bytes to `newSize` in place, if that is possible without moving anything: when it does
+    // not grow, or when it is the last one and its block has room. Bytes that become free count as dead.
     bool Resize(Address address, std::size_t size, std::size_t newSize) noexcept;
-    // A record is no longer used.
+    // Counts a record that is no longer used as dead.
     void Release(std::size_t size) noexcept { dead_ += Padded(size); }
 
-    // All records from `used` bytes on are no longer used, and those before it as they were when Used was that and Dead
-    // was `dead`. None must have been resized since.
+    // Restores the state in which Used was `used` and Dead was `dead`: all later records are dead, and the earlier ones
+    // as they were. None must have been resized since.
     void ReleaseSince(std::size_t used, std::size_t dead) noexcept { dead_ = dead + (used_ - used); }
 
     std::size_t Dead() const { return dead_; }  // bytes
@@ -63,7 +63,7 @@ class Arena {
     static constexpr std::uint32_t wordMask = (1u << blockBits) - 1;
     static constexpr std::size_t wordSize = 4;
     static constexpr std::size_t blockSize = wordSize << blockBits;
-    // The first block doubles from this size and then grows in such steps.
+    // The first block doubles from firstBlockSize on, and later grows by firstBlockStep.
     static constexpr std::size_t firstBlockSize = 1024;
     static constexpr std::size_t firstBlockStep = 16'384;
 
@@ -80,7 +80,7 @@ class Arena {
     void Swap(Arena& other) noexcept;
 
     // Invariants: the open block, the one that takes new records, is filled up to open_ of openSize_ bytes; only the
-    // first block is ever smaller than blockSize. Larger records have neighbouring block numbers to themselves.
+    // first block is ever smaller than blockSize. Larger records have consecutive block numbers to themselves.
     std::vector<Memory> memory_;
     std::vector<std::uint8_t*> blocks_;  // by block number
     std::size_t openBlock_ = 0;

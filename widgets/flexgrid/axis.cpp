@@ -48,7 +48,7 @@ int NearestShown(const Axis& axis, int index, int step) {
 int StepShown(const Axis& axis, int index, int distance) {
     const int step = distance < 0 ? -1 : 1;
     for (int left = std::abs(distance); left > 0; --left) {
-        // A header's next is what scrolls, however many headers lie between.
+        // The item after a header is the first one that scrolls, however many headers are in between.
         const int next = NearestShown(axis, step > 0 ? std::max(index + 1, axis.fixed) : index - 1, step);
         if (next < 0) {
             break;

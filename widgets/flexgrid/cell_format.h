@@ -1,4 +1,4 @@
-// How one cell differs in looks from its grid. What is not set follows the grid.
+// The appearance of one cell where it differs from its grid. Values that are not set are the grid's.
 #pragma once
 
 #include <memory>
@@ -14,8 +14,8 @@ namespace qvx::flexgrid {
 
 struct CellFormat {
     std::optional<GridAlignment> alignment;
-    OleColor backColor = 0;  // 0 is the grid's own colour
-    OleColor foreColor = 0;  // 0 is the grid's own colour
+    OleColor backColor = 0;  // 0 means the grid's own colour
+    OleColor foreColor = 0;  // 0 means the grid's own colour
     std::optional<Text> fontName;
     std::optional<double> fontSize;   // points
     std::optional<double> fontWidth;  // points, average character; 0 leaves it to the face
@@ -30,7 +30,7 @@ struct CellFormat {
     bool ChangesFont() const {
         return fontName || fontSize || fontWidth || fontBold || fontItalic || fontUnderline || fontStrikeThrough;
     }
-    // The grid's font with this format's changes.
+    // Returns the grid's font with this format's changes.
     FontSpec FontFrom(const FontSpec& gridFont) const {
         FontSpec font = gridFont;
         font.face = fontName.value_or(font.face);

@@ -1,4 +1,4 @@
-// Rectangles of cells, and the cursor with the selection that hangs on it, by row and column numbers.
+// Rectangles of cells, and the cursor with its selection, by row and column numbers.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +13,7 @@ struct CellRange {
     int right = -1;
     bool Empty() const { return bottom < top || right < left; }
     bool Contains(int row, int col) const { return row >= top && row <= bottom && col >= left && col <= right; }
-    // The smallest range around both; an empty one does not count.
+    // Returns the smallest range around both; an empty one is ignored.
     CellRange Union(const CellRange& o) const {
         if (Empty() || o.Empty()) {
             return Empty() ? o : *this;

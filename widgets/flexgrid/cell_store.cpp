@@ -160,7 +160,7 @@ void CellStore::InsertRow(int at, TextView item, int cols) {
 }
 
 int CellStore::InsertBlock(int at, TextView block, int cols, int most) {
-    // Cuts the first row off the block.
+    // Removes the first row from the block.
     const auto takeRow = [](TextView& rest) {
         const std::size_t end = rest.find_first_of(u"\r\n", 0, 2);
         const TextView row = rest.substr(0, end);
@@ -204,8 +204,8 @@ namespace {
 
 constexpr std::size_t longestShort = 255;
 
-// The record of a row in which neighbouring cells get other texts, built in one go where it is short and of Latin-1
-// before and afterwards. Returns its size, 0 when the row is left without text; nothing when it is no such row.
+// Builds the record of a row in which adjacent cells get other texts, in one pass where the row is short and in Latin-1
+// before and afterwards. Returns its size, 0 when the row is left without text; nullopt for other rows.
 std::optional<std::size_t> BuildShort(const RowView& old, std::size_t first, std::span<const TextView> texts,
                                       std::uint8_t* bytes) {
     if (old.Data() && !old.IsShort()) {
@@ -319,7 +319,7 @@ CellStore::Batch::~Batch() {
         store_.order_.Swap(rows_->order);
         store_.rowsAreKept_ = false;
     } else {
-        // Backward, so that a row written twice gets its first record again.
+        // In reverse order, so that a row that was written twice gets its first record back.
         for (; store_.undo_.size() > firstUndo_; store_.undo_.pop_back()) {
             store_.addresses_[store_.undo_.back().first] = store_.undo_.back().second;
         }

@@ -1,8 +1,9 @@
 // Rows of texts and their order: packed records (record.h) in an arena (arena.h), an address for every row identity,
 // and the order of the identities (row_index.h). A row of ten short cells takes about 80 bytes in all.
 //
-// A text that is written makes a new record, unless the old one has room; the old one is dead, and when half of the
-// arena is dead the living are copied into a new one. Whatever fails leaves the store as it was, but for SetColumn.
+// Writing a text creates a new record, unless the old one has room; the old one is then dead, and when half of the
+// arena is dead, the live records are copied into a new one. Every operation that fails leaves the store as it was,
+// except SetColumn.
 #pragma once
 
 #include <cstddef>
@@ -27,7 +28,7 @@ class CellStore {
     RowId IdAt(int row) const { return order_.At(row); }
     RowView Row(int row) const { return ViewOf(order_.At(row)); }
     CellView Cell(int row, int col) const { return Row(row)[col]; }
-    // visit(row, RowView) for rows first to last, both included.
+    // Calls visit(row, RowView) for the rows first to last, both included.
     template <class Visit>
     void ForEachRow(int first, int last, Visit&& visit) const {
         int row = first;
@@ -39,12 +40,12 @@ class CellStore {
     }
 
     void InsertEmptyRows(int at, int count);
-    // One row of tab-separated cells, at most `cols` of them.
+    // Inserts one row of tab-separated cells, at most `cols` of them.
     void InsertRow(int at, TextView item, int cols);
-    // Rows separated by CR, LF or CR LF; a separator at the end makes no further row. Returns how many there were. When
-    // they are more than `most`, nothing is inserted and the answer is -1.
+    // Inserts rows separated by CR, LF or CR LF; a separator at the end does not start another row. Returns their
+    // number. When there are more than `most`, nothing is inserted and the result is -1.
     int InsertBlock(int at, TextView block, int cols, int most);
-    // gone(RowId) for each row, before its number is free; must not throw.
+    // Calls gone(RowId) for each row before its identity is freed; `gone` must not throw.
     template <class Gone>
     void RemoveRows(int at, int count, Gone&& gone) noexcept {
         if (count > 0) {
@@ -77,8 +78,8 @@ class CellStore {
     }
 
     void SetCell(int row, int col, TextView text) { StoreCell(order_.At(row), col, text); }
-    // One cell in each of the rows first to last, both included: it becomes textOf(RowView), a text that need last no
-    // longer than until the next call. When that throws or memory runs out, the rows before have theirs.
+    // Writes one cell in each of the rows first to last, both included, to textOf(RowView), a text that must stay valid
+    // only until the next call. When that throws or memory runs out, the previous rows have been written.
     template <class TextOf>
     void SetColumn(int col, int first, int last, TextOf&& textOf) {
         order_.ForEachLeaf(first, last, [&](std::span<const RowId> ids) {
@@ -87,14 +88,14 @@ class CellStore {
             }
         });
     }
-    // Neighbouring cells of one row at once.
+    // Writes adjacent cells of one row at once.
     void SetCells(int row, int firstCol, std::span<const TextView> texts);
-    // The same text in every cell of the range.
+    // Writes the same text into every cell of the range.
     void FillCells(int firstRow, int lastRow, int firstCol, int lastCol, TextView text);
-    // Changes that happen all or not at all: without Commit everything is taken back, which needs no memory. Rows come,
-    // go and move in one that was begun for that, which takes time and memory for each row there is. A batch within
-    // another is part of it, and takes back texts alone. What no batch covers dissolves all: nothing is taken back
-    // then.
+    // Changes that happen all or not at all: without Commit, everything is undone, which needs no memory. Inserting,
+    // removing and moving rows requires a batch that was begun for that, which takes time and memory for each existing
+    // row. A batch within another is part of it, and undoes texts only. A change that no batch supports dissolves all
+    // batches: nothing is undone then.
     class Batch {
       public:
         enum class Reach { texts, rows };
@@ -106,7 +107,7 @@ class CellStore {
         bool Dissolved() const { return number_ != store_.batchNumber_; }
 
       private:
-        // What was there at the beginning.
+        // The state at the beginning of the batch.
         struct Rows {
             std::vector<Arena::Address> addresses;
             RowId firstFree = noRow;
@@ -126,13 +127,13 @@ class CellStore {
     void MoveColumn(int from, int to);
     void MoveRow(int from, int to);
     void ClearText() noexcept;
-    // The rows from `first` on take this order; the identities are those that are there.
+    // Reorders the rows from `first` on; the identities are the existing ones.
     void Reorder(int first, std::span<const RowId> ids) noexcept {
         BeforeRowsChange();
         order_.Assign(first, ids);
     }
 
-    // Heights, see row_index.h.
+    // Heights; see row_index.h.
     void SetDeviation(int row, int pixels) { order_.SetDeviation(row, pixels); }
     void SetDeviations(SparseMap<int> byId) noexcept { order_.SetDeviations(std::move(byId)); }
     std::int64_t ExtentBefore(int row, int shared) const { return order_.ExtentBefore(row, shared); }
@@ -145,17 +146,17 @@ class CellStore {
         const Arena::Address address = addresses_[id];
         return RowView(address == 0 ? nullptr : arena_.At(address));
     }
-    // New identities without text; nothing has changed when it throws.
+    // Allocates identities without text; when it throws, nothing has changed.
     void TakeIds(std::span<RowId> ids);
     void ReturnId(RowId id) noexcept;
     void Discard(RowId id) noexcept;
     void Store(RowId id, std::span<const std::uint8_t> record);
     void StoreCell(RowId id, int col, TextView text);
     Arena::Address Append(Arena& arena, std::span<const std::uint8_t> record);
-    // Inserts rows piece by piece; fill(ids) gives a piece its texts. Takes everything back when something throws.
+    // Inserts rows piece by piece; fill(ids) writes the texts of a piece. Undoes everything when something throws.
     template <class Fill>
     void InsertPieces(int at, int count, Fill&& fill);
-    // Copies the living records into a new arena when too many are dead. Not having the memory for it is no failure.
+    // Copies the live records into a new arena when too many are dead. A lack of memory for that is not a failure.
     void Tidy() noexcept {
         if (arena_.Dead() > smallWaste && arena_.Dead() > arena_.Used() / 2) {
             CopyLiving();
@@ -169,21 +170,22 @@ class CellStore {
     }
     void DissolveBatches() noexcept;
 
-    // Dead bytes that are never worth copying the living for.
+    // The number of dead bytes up to which copying is never worth it.
     static constexpr std::size_t smallWaste = 65'536;
 
     Arena arena_;
-    // By identity: where the row's record lies, 0 for a row without text. Those of no row form a chain of the free.
+    // The address of each row's record by identity, 0 for a row without text. Identities without a row form a chain of
+    // free ones.
     std::vector<Arena::Address> addresses_;
     RowId firstFree_ = noRow;
     RowIndex order_;
     RecordBuilder builder_;
-    std::vector<CellView> cells_;  // of the row being written; kept for its memory
+    std::vector<CellView> cells_;  // cells of the row being written; kept for its memory
     std::size_t tidyAt_ = 0;       // dead bytes before the next attempt, after one that found no memory
 
-    int batches_ = 0;                                     // open, one within the other
-    std::uint64_t batchNumber_ = 0;                       // grows when they are dissolved
-    bool rowsAreKept_ = false;                            // by one of them
+    int batches_ = 0;                                     // number of open batches, one within the other
+    std::uint64_t batchNumber_ = 0;                       // increases when batches are dissolved
+    bool rowsAreKept_ = false;                            // by one of the open batches
     std::vector<std::pair<RowId, Arena::Address>> undo_;  // texts written in the batches, in order
 };
 

@@ -1,4 +1,4 @@
-// A cell's text where it lies in the store, without a copy. Good until the grid is next changed.
+// A cell's text in the store, without a copy. It is valid until the grid is next changed.
 #pragma once
 
 #include <algorithm>
@@ -11,8 +11,8 @@
 
 namespace qvx::flexgrid {
 
-// Text of rows that fit Latin-1 is kept as one byte a character (which is then also its Unicode number); other rows as
-// UTF-16.
+// The text of rows that fit Latin-1 is stored as one byte per character (which is also its Unicode number); that of
+// other rows as UTF-16.
 class CellView {
   public:
     constexpr CellView() = default;
@@ -55,7 +55,7 @@ class CellView {
         return wide_ ? std::copy_n(static_cast<const char16_t*>(data_), size_, to)
                      : std::copy_n(static_cast<const std::uint8_t*>(data_), size_, to);
     }
-    // The text as UTF-16, widened into `scratch` where that is needed.
+    // Returns the text as UTF-16, widened into `scratch` if necessary.
     TextView AsWide(Text& scratch) const {
         if (wide_) {
             return Wide();
@@ -83,7 +83,7 @@ class CellView {
 
   private:
     const void* data_ = nullptr;
-    std::uint32_t size_ = 0;  // not more, so that a view fits two registers
+    std::uint32_t size_ = 0;  // 32 bits, so that a view fits two registers
     bool wide_ = false;
 };
 

@@ -38,7 +38,7 @@ enum class GridSort {
     last = custom
 };
 
-// Across first, then down: value / 3 is left, centre, right and value % 3 is top, centre, bottom.
+// value / 3 is left, centre, right and value % 3 is top, centre, bottom.
 enum class GridAlignment {
     leftTop = 0,
     leftCenter = 1,

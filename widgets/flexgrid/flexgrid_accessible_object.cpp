@@ -94,7 +94,7 @@ class GridPart final : public AccessibleObject {
         const auto cursor = SelectPart(Model(), View(), part, flags);
         if (!cursor) throw ComError(E_INVALIDARG);
         if ((flags & accessible_select::takeFocus) != 0) SetFocus(window.Handle());
-        // Handlers of events may do anything to the grid, or to its window.
+        // Event handlers may do anything to the grid or its window.
         if (watch.Alive()) window.Model().Select(*cursor);
         const bool extended = (flags & accessible_select::extendSelection) != 0;
         const Grid& grid = window.Model();
@@ -123,7 +123,7 @@ class GridPart final : public AccessibleObject {
         if (!part) throw ComError(E_INVALIDARG);
         return *part;
     }
-    // Brings the focus to the cell. What is returned keeps the window alive while it is edited.
+    // Moves the focus to the cell. The result keeps the window alive while the cell is edited.
     std::vector<std::shared_ptr<void>> GoToEdit(const AccessiblePart& part) {
         if (!Model().Enabled() || !IsEditable(part)) throw ComError(DISP_E_MEMBERNOTFOUND);
         auto held = link_->window->Hold();
@@ -144,7 +144,7 @@ ComPtr<IDispatch> PartObject(const std::shared_ptr<AccessibleLink>& link, const 
     return ComPtr<IDispatch>(MakeObject<GridPart>(link, part));
 }
 
-// What was selected when it was asked for; an object is made when its turn comes.
+// Enumerates the parts that were selected when the client asked; each object is created when its turn comes.
 class SelectionEnumerator final : public ComObject<IEnumVARIANT> {
   public:
     SelectionEnumerator(std::shared_ptr<AccessibleLink> link, const SelectedParts& parts, std::int64_t next = 0)
@@ -232,7 +232,7 @@ std::optional<LRESULT> GridAccessibility::Answer(WPARAM wParam, LPARAM lParam) {
                            [this] { return ComPtr<IAccessible>(MakeObject<GridPart>(link_, AccessiblePart{})); });
 }
 
-// Costs next to nothing while no client listens, and a flag for each change after the first while one does.
+// Costs next to nothing while no client listens, and a flag for each change after the first one while a client does.
 template <class NoteDown>
 void GridAccessibility::Note(NoteDown note) {
     const bool pending = events_.Pending();
@@ -270,13 +270,13 @@ void GridAccessibility::NotifyNow() {
     const Grid& grid = window.Model();
     const HWND handle = window.Handle();
     const bool edited = link_->host && link_->host->EditedText(grid.Row(), grid.Col()).has_value();
-    // Whoever listens inside this process may do anything.
+    // Clients inside this process may do anything.
     const LifeWatch watch = window.Watch();
     std::vector<AccessibleEvent> events;
     try {
         events = events_.Take(grid, GetFocus() == handle, edited);
     } catch (const std::bad_alloc&) {
-        // What is still pending would never be told of again, and nothing after it.
+        // Otherwise neither the pending events nor any later ones would ever be sent.
         events_ = {};
     }
     for (const AccessibleEvent& event : events)

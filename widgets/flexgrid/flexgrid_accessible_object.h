@@ -1,5 +1,5 @@
-// The grid's objects for assistive programs, and the events these are sent: what accessible_view.h and
-// accessible_events.h decide, by the system's interface.
+// The grid's objects for assistive programs, and the events that these receive: the rules of accessible_view.h and
+// accessible_events.h behind the system's interface.
 #pragma once
 
 #include <windows.h>
@@ -15,34 +15,35 @@ namespace qvx::flexgrid {
 
 class FlexGridWindow;
 
-// What only the control around the grid knows of it.
+// Information that only the control around the grid has.
 class AccessibleHost {
   public:
     virtual ~AccessibleHost() = default;
-    // What the grid is called; empty for no name.
+    // The name of the grid; empty for none.
     virtual Text AccessibleName() = 0;
     // Whether the user may change the cell.
     virtual bool IsEditable(int row, int col) = 0;
     // The text of an editor that is open over the cell.
     virtual std::optional<Text> EditedText(int row, int col) = 0;
-    // Opens the editor over the current cell, or enters a text there as if it were typed. False when that is refused.
+    // Opens the editor over the current cell, or enters a text there as if it were typed. Returns false when that is
+    // refused.
     virtual bool BeginEdit() = 0;
     virtual bool EnterText(TextView text) = 0;
 };
 
-// Clients keep objects for as long as they like: the link outlives the window and then leads nowhere.
+// Clients keep objects for as long as they like: the link outlives the window, and is empty then.
 struct AccessibleLink {
     FlexGridWindow* window = nullptr;
     AccessibleHost* host = nullptr;
 };
 
-// A window's side of it.
+// The window's side of the link.
 class GridAccessibility final : private GridListener {
   public:
-    // The window's own message that it sends itself to have what is pending told (NotifyNow).
+    // The message that the window sends to itself to report pending events (NotifyNow).
     static constexpr UINT notifyMessage = WM_USER + 1;
 
-    // The window owns this, and its grid is there already.
+    // The window owns this object; its grid must already exist.
     explicit GridAccessibility(FlexGridWindow& window);
     ~GridAccessibility() override;
     GridAccessibility(const GridAccessibility&) = delete;
@@ -50,13 +51,13 @@ class GridAccessibility final : private GridListener {
 
     // Not owned; null for a grid without a control around it.
     void SetHost(AccessibleHost* host) { link_->host = host; }
-    // WM_GETOBJECT.
+    // Handles WM_GETOBJECT.
     std::optional<LRESULT> Answer(WPARAM wParam, LPARAM lParam);
     void FocusCame();
     // The user has given a cell another text.
     void ValueEntered(int row, int col);
     void NotifyNow();
-    // The window is gone; there may be another later.
+    // The window has been destroyed; another may be created later.
     void Gone() { events_ = {}; }
 
   private:

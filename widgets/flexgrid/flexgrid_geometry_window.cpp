@@ -1,4 +1,4 @@
-// Where cells, rows and columns lie, as hosts ask about it.
+// The positions of cells, rows and columns for hosts.
 #include <algorithm>
 #include <cstdint>
 
@@ -10,7 +10,7 @@ namespace qvx::flexgrid {
 
 namespace {
 
-// At the end of the range what lies beyond it.
+// Values beyond the range are limited to its ends.
 int Held(std::int64_t pixels) { return static_cast<int>(std::clamp<std::int64_t>(pixels, INT32_MIN, INT32_MAX)); }
 
 }  // namespace

@@ -36,7 +36,7 @@ ButtonAction ActionOf(UINT message) {
     return twice ? ButtonAction::downTwice : IsButtonUp(message) ? ButtonAction::up : ButtonAction::down;
 }
 
-// Buttons held during a move.
+// Returns the buttons that are held during a move.
 short ButtonsOf(WPARAM wParam) {
     return static_cast<short>(((wParam & MK_LBUTTON) != 0 ? leftButton : 0) |
                               ((wParam & MK_RBUTTON) != 0 ? rightButton : 0) |
@@ -49,7 +49,8 @@ float ToTwips(int pixels, int dotsPerInch) {
 
 }  // namespace
 
-// Calls every listener; false when one of them destroyed this window object. Listeners may come and go meanwhile.
+// Calls every listener; returns false when one of them destroyed this window object. Listeners may be added and removed
+// meanwhile.
 template <class Call>
 bool FlexGridWindow::Notify(Call call) {
     const LifeWatch watch = Watch();
@@ -101,7 +102,7 @@ LRESULT FlexGridWindow::OnKey(UINT message, WPARAM wParam, LPARAM lParam) {
             Notify([&](GridWindowEvents& events) { events.KeyPress(key); });
             return 0;
     }
-    // Menus' keys go on to the system whatever the listeners made of them.
+    // Menu keys go on to the system, whatever the listeners changed.
     return message == WM_SYSKEYDOWN || message == WM_SYSKEYUP ? Default(message, wParam, lParam) : 0;
 }
 
@@ -117,7 +118,7 @@ bool FlexGridWindow::ActOnKey(int key, int shift) {
     if (step->cursor != cursor) {
         grid_.Select(step->cursor);
     }
-    // A handler may have changed the grid, so that the step's place in it is asked for again.
+    // A handler may have changed the grid, so the step is determined again.
     if (watch.Alive()) {
         ScrollTo(step->topRow, step->leftCol);
     }
@@ -168,7 +169,7 @@ LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
             case ButtonStep::notifyDblClick:
                 clicking_ = false;
                 if (Notify([](GridWindowEvents& events) { events.DblClick(); }) && GetFocus() != Handle()) {
-                    drag_ = Drag::None;  // an editor has opened, to stay over its cell
+                    drag_ = Drag::None;  // an editor has opened and must stay over its cell
                 }
                 break;
             case ButtonStep::release:
@@ -210,8 +211,8 @@ void FlexGridWindow::OnLeftDown(Point point, int shift) {
     if (press.cursor != cursor) {
         grid_.Select(press.cursor);
     }
-    // A handler of the cursor's events may have laid an editor over the new cell, which then has the focus: the press
-    // is over.
+    // A handler of the cursor's events may have placed an editor over the new cell, and the editor then has the focus:
+    // the press has ended.
     if (watch.Alive() && Handle() && pressed_ && GetFocus() == Handle()) {
         drag_ = press.drag;
         SetCapture(Handle());
@@ -284,7 +285,7 @@ void FlexGridWindow::OnTimer() {
     }
 }
 
-// True when the release makes a click.
+// Returns true when the release makes a click.
 bool FlexGridWindow::OnLeftUp(Point point) {
     const Rect client = ClientArea();
     const bool click = pressed_ && clicking_ && client.Contains(point);

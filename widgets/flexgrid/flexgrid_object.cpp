@@ -23,7 +23,7 @@ namespace {
 
 constexpr short gridVersion = 100;
 
-// A very wide cell may reach from one end of the range to beyond the other.
+// A very wide cell may extend from one end of the range to beyond the other.
 int Distance(int from, int to) {
     return static_cast<int>(std::min<std::int64_t>(static_cast<std::int64_t>(to) - from, INT32_MAX));
 }
@@ -65,7 +65,7 @@ class FlexGridObject final
         });
     }
 
-    // Members that the model or the window answers as they are.
+    // Members that pass on calls to the model or the window unchanged.
     // clang-format off
     QVX_PROPERTY(long, Rows, Grid)
     QVX_PROPERTY(long, Cols, Grid)
@@ -151,7 +151,7 @@ class FlexGridObject final
     STDMETHODIMP AddItem(BSTR item, VARIANT index) override {
         return Guard([&] {
             const auto number = OptionalNumber(index);
-            // What means the end within is no row that a host can name.
+            // The number that means the end internally is not a row number that a host can use.
             if (number && static_cast<int>(*number) == Grid::atEnd) {
                 throw RunTimeError(errors::invalidRowValue, u"Invalid Row value.");
             }
@@ -192,7 +192,7 @@ class FlexGridObject final
 
     STDMETHODIMP get_Font(IFontDisp** result) override {
         return Give(result, [&] {
-            // The control around the grid sets the model's font without asking here.
+            // The control around the grid sets the model's font directly.
             if (font_.Value() != Model().Font()) {
                 font_.Load(Model().Font());
             }
@@ -258,7 +258,7 @@ class FlexGridObject final
     }
 
     std::shared_ptr<void> Hold() override { return std::make_shared<ComPtr<IUnknown>>(static_cast<IFlexGrid*>(this)); }
-    // The object outlives the handlers it calls.
+    // The object must outlive the handlers that it calls.
     void Raise(TextView event, EventArguments arguments) override {
         if (!raisesEvents_()) {
             return;
@@ -276,7 +276,7 @@ class FlexGridObject final
         return true;
     }
 
-    std::function<bool()> raisesEvents_;  // asked while there is a window only
+    std::function<bool()> raisesEvents_;  // called only while there is a window
     ConnectionPoints points_;
     FontProperty font_;
 };

@@ -14,17 +14,17 @@ namespace qvx::flexgrid {
 
 class FlexGridObject;
 
-// The object of one window, made when first asked for. Hosts may keep it longer than the window lives: from then on
-// every member fails with run-time error 364 "Object was unloaded".
+// The object of one window, created at first use. Hosts may keep it longer than the window exists: from then on every
+// member fails with run-time error 364 "Object was unloaded".
 class GridAutomation {
   public:
-    // The window must outlive this. Events are raised as long as `tells` says so.
+    // The window must outlive this. Events are raised while `raisesEvents` returns true.
     GridAutomation(FlexGridWindow& window, std::function<bool()> raisesEvents);
     ~GridAutomation();
     GridAutomation(const GridAutomation&) = delete;
     GridAutomation& operator=(const GridAutomation&) = delete;
 
-    // With a reference for the caller. Throws ComError, std::bad_alloc.
+    // Returns the object with a reference for the caller. Throws ComError, std::bad_alloc.
     IDispatch* Get();
 
   private:

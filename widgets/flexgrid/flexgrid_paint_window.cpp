@@ -1,4 +1,4 @@
-// How the window gets its changes onto the screen: a back buffer that is drawn where it is stale, and copied.
+// Brings the window's changes to the screen: a back buffer is drawn where it is stale, and copied.
 #include <algorithm>
 #include <optional>
 #include <utility>
@@ -19,8 +19,8 @@ void FlexGridWindow::MarkAllStale() {
     RequestPaint();
 }
 
-// Turns what has changed since the last painting into the rectangle to draw anew, and asks the system for as much of
-// the screen.
+// Converts the changes since the last painting into the rectangle to draw again, and invalidates that part of the
+// window.
 void FlexGridWindow::Settle() {
     paintRequested_ = false;
     SettleLayout();
@@ -28,7 +28,7 @@ void FlexGridWindow::Settle() {
     const CellRange changed = std::exchange(changedCells_, {});
     if (!changed.Empty()) {
         if (grid_.MergeCells() != GridMerge::never) {
-            allStale_ = true;  // a text decides over its neighbours' looks
+            allStale_ = true;  // a text affects the appearance of its neighbours
         } else if (!allStale_) {
             const Rect area = Shown(grid_, view).AreaOf(changed);
             if (!area.Empty()) {
@@ -42,7 +42,7 @@ void FlexGridWindow::Settle() {
     }
 }
 
-// Moves what the back buffer already holds when the view has scrolled.
+// Moves the contents of the back buffer when the view has scrolled.
 void FlexGridWindow::FollowViewScroll() {
     if (grid_.TopRow() == paintedTop_ && grid_.LeftCol() == paintedLeft_) {
         return;
@@ -51,7 +51,7 @@ void FlexGridWindow::FollowViewScroll() {
     const int oldLeft = std::exchange(paintedLeft_, grid_.LeftCol());
     UpdateBars();
     InvalidateRect(Handle(), nullptr, FALSE);
-    // What is stale would move along.
+    // Stale parts would move along.
     const bool movable = !allStale_ && stale_.Empty() && buffer_.Dc();
     const auto copy = movable ? FollowScroll(grid_, CurrentView().client, oldTop, oldLeft) : std::nullopt;
     if (!copy) {
@@ -64,7 +64,7 @@ void FlexGridWindow::FollowViewScroll() {
 
 void FlexGridWindow::PaintStale() {
     const View view = CurrentView();
-    // Without Redraw, what was drawn last is shown.
+    // With Redraw off, the last drawing is shown.
     const bool drawing = grid_.Redraw() || !buffer_.Dc();
     BufferedPaint paint(Handle(), grid_.Metrics().Resolution(), buffer_, drawing ? view.client : Size{});
     if (!drawing) {
@@ -87,13 +87,13 @@ void FlexGridWindow::PaintStale() {
 void FlexGridWindow::OnPaint() {
     if (grid_.Redraw()) {
         Settle();
-        // Settling may have told hosts of scrolling, and hosts may have closed everything.
+        // Settling may have notified hosts of scrolling, and a host may have destroyed the window.
         if (!Handle()) {
             return;
         }
     }
     PaintStale();
-    // Requests made since the message arrived went out with it.
+    // This painting covers all requests made since the message arrived.
     paintRequested_ = false;
     if (!changedCells_.Empty() || layoutChanged_ || allStale_ || grid_.TopRow() != paintedTop_ ||
         grid_.LeftCol() != paintedLeft_) {

@@ -1,4 +1,4 @@
-// How far the window is scrolled: bars, wheel, and what hosts ask for.
+// The scroll position of the window: bars, wheel, and requests of hosts.
 #include <algorithm>
 
 #include "widgets/flexgrid/flexgrid_window.h"
@@ -6,7 +6,7 @@
 
 namespace qvx::flexgrid {
 
-// Brings bars and scroll position in line with counts and sizes; whatever depends on the client's size asks for this
+// Updates bars and scroll position after changes of counts and sizes; code that depends on the client's size calls this
 // first.
 void FlexGridWindow::SettleLayout() {
     if (!layoutChanged_ || settling_) {
@@ -15,7 +15,7 @@ void FlexGridWindow::SettleLayout() {
     settling_ = true;
     layoutChanged_ = false;
     UpdateBars();
-    // Only a grid that now reaches less far than it is scrolled is pulled back.
+    // The scroll position only changes when the grid now ends before it.
     ScrollTo(grid_.TopRow(), grid_.LeftCol());
     settling_ = false;
     UpdateBars();
@@ -35,7 +35,7 @@ void FlexGridWindow::UpdateBars() {
                     view.client.height + (hasHorizontal ? thickness.height : 0)};
     const BarChoice choice = ChooseBars(RowAxis(grid_, view), ColumnAxis(grid_, view), room, thickness,
                                         static_cast<int>(grid_.ScrollBars()));
-    // Showing a bar resizes the client, which comes back as WM_SIZE and settles again when this is done.
+    // Showing a bar resizes the client area, which causes WM_SIZE and another call when this one is done.
     if (choice.vertical != hasVertical) {
         ShowScrollBar(window, SB_VERT, choice.vertical);
     }
@@ -47,8 +47,8 @@ void FlexGridWindow::UpdateBars() {
         if (bar == known) {
             return;
         }
-        // Drawing a bar costs more than drawing rows, so it is drawn when its thumb moves by a pixel or more: among
-        // very many rows that is seldom.
+        // Drawing a bar costs more than drawing rows, so it is drawn only when its thumb moves by a pixel or more,
+        // which is seldom among very many rows.
         const int length =
             which == SB_VERT ? view.client.height - 2 * thickness.height : view.client.width - 2 * thickness.width;
         const bool moves = ThumbMoves(known, bar, length);
@@ -115,7 +115,7 @@ void FlexGridWindow::OnBar(bool vertical, WPARAM wParam) {
         return;
     }
     SettleLayout();
-    // The message itself carries 16 bits only.
+    // The message itself has only 16 bits.
     SCROLLINFO info{sizeof info, SIF_TRACKPOS, 0, 0, 0, 0, 0};
     GetScrollInfo(Handle(), vertical ? SB_VERT : SB_HORZ, &info);
     const auto request = static_cast<BarRequest>(code);
@@ -135,7 +135,7 @@ bool FlexGridWindow::OnWheel(bool vertical, WPARAM wParam) {
     UINT lines = 3;
     SystemParametersInfoW(down ? SPI_GETWHEELSCROLLLINES : SPI_GETWHEELSCROLLCHARS, 0, &lines, 0);
     const int perNotch = lines == WHEEL_PAGESCROLL ? PageOf(axis) : static_cast<int>(std::min(lines, 100U));
-    // Turned away from the user rows move back; tilted to the right columns move on.
+    // Turning the wheel away from the user scrolls to earlier rows; tilting it to the right scrolls to later columns.
     const int delta = static_cast<short>(HIWORD(wParam));
     WheelCounter& counter = down ? wheelDown_ : wheelAcross_;
     const int steps = counter.Take(vertical ? -delta : delta, perNotch);

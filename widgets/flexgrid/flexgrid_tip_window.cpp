@@ -8,13 +8,13 @@
 namespace qvx::flexgrid {
 
 namespace {
-constexpr LPARAM widestTip = 600;  // pixels; longer texts are broken
+constexpr LPARAM widestTip = 600;  // pixels; longer texts are wrapped
 }
 
 bool CellTip::CreateFor(HWND window) {
     INITCOMMONCONTROLSEX classes{sizeof classes, ICC_BAR_CLASSES};
     InitCommonControlsEx(&classes);
-    // Without an owner: that would be the form, which may be another one tomorrow.
+    // It has no owner: that would be the form, and the grid may move to another one later.
     tip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0, 0, 0,
                            nullptr, nullptr, ModuleInstance(), nullptr);
     if (!tip_) {
@@ -55,7 +55,7 @@ void CellTip::Follow(HWND window, const Hit& cell, Point point, bool rightToLeft
         cell_ = cell;
         SendMessageW(tip_, TTM_POP, 0, 0);
     }
-    // Told of the move only now, since it waits for the next rest from here on.
+    // The tip gets the move only now, since it waits for the next rest from here on.
     Relay(WM_MOUSEMOVE, point);
 }
 

@@ -1,4 +1,4 @@
-// The tool tip over the cell that the pointer rests on.
+// The tool tip of the cell under the pointer.
 #pragma once
 
 #include <windows.h>
@@ -11,8 +11,9 @@
 
 namespace qvx::flexgrid {
 
-// One tool tip for all cells of a window, made when the pointer is first over one. The text is asked for when the
-// pointer has come to rest, with a WM_NOTIFY to the window (QuestionOf). Points are pixels of the window's client area.
+// One tool tip for all cells of a window, created when the pointer is first over a cell. When the pointer has come to
+// rest, the tip asks the window for its text with WM_NOTIFY (QuestionOf). Points are pixels of the window's client
+// area.
 class CellTip {
   public:
     CellTip() = default;
@@ -20,16 +21,16 @@ class CellTip {
     CellTip(const CellTip&) = delete;
     CellTip& operator=(const CellTip&) = delete;
 
-    // The pointer has moved over `window`: another cell takes the tip of the last one away. Texts are read from right
-    // to left with `rightToLeft`.
+    // The pointer has moved over `window`; moving to another cell hides the tip of the last one. With `rightToLeft`,
+    // texts are laid out from right to left.
     void Follow(HWND window, const Hit& cell, Point point, bool rightToLeft);
-    // A button went down or up, which takes the tip away as well.
+    // A button was pressed or released, which hides the tip as well.
     void Press(UINT message, Point point) { Relay(message, point); }
-    // What the tip asks with the WM_NOTIFY of that lParam; null when it is another's or asks nothing.
+    // Returns the tip's question in the WM_NOTIFY of that lParam; null when it is another window's or no question.
     NMTTDISPINFOW* QuestionOf(LPARAM lParam) const;
-    // No tip shows for an empty text.
+    // Sets the text; an empty text shows no tip.
     void Answer(NMTTDISPINFOW& question, Text text);
-    // To be called when the window goes; Follow makes a new one for the next.
+    // To be called when the window is destroyed; Follow creates a new tip for the next window.
     void Destroy();
 
   private:
@@ -41,7 +42,7 @@ class CellTip {
     HWND window_ = nullptr;  // that the tip is for
     bool rightToLeft_ = false;
     Hit cell_;
-    Text text_;  // what the tip shows, which it does not copy
+    Text text_;  // the displayed text, which the system does not copy
 };
 
 }  // namespace qvx::flexgrid

@@ -1,6 +1,5 @@
-// The window itself: its life and its messages. What hosts ask about places is in flexgrid_geometry_window.cpp,
-// scrolling in flexgrid_scrolling_window.cpp, painting in flexgrid_paint_window.cpp, keys and mouse in
-// flexgrid_input_window.cpp.
+// The window itself: its lifetime and its messages. Positions for hosts are in flexgrid_geometry_window.cpp, scrolling
+// in flexgrid_scrolling_window.cpp, painting in flexgrid_paint_window.cpp, keys and mouse in flexgrid_input_window.cpp.
 #include "widgets/flexgrid/flexgrid_window.h"
 
 #include <algorithm>
@@ -13,7 +12,7 @@
 
 namespace qvx::flexgrid {
 
-// The grid's questions about fonts, answered from the window's device.
+// The grid's font metrics from the window's device.
 class FlexGridWindow::DeviceMetrics final : public TextMetrics {
   public:
     explicit DeviceMetrics(HWND window) : dpi_(WindowDpi(window)), dc_(CreateCompatibleDC(nullptr)) {}
@@ -48,7 +47,7 @@ FlexGridWindow::~FlexGridWindow() {
 }
 
 void FlexGridWindow::AddEvents(GridWindowEvents* events) {
-    // Listeners come and go while others are being told, so nobody's place may shift.
+    // Listeners are added and removed while others are being notified, so no other listener's position may change.
     if (!events_.empty() && !events_.back()) {
         events_.back() = events;
     } else {
@@ -187,7 +186,7 @@ void FlexGridWindow::Invalidated(GridChange change, const CellRange& range) {
     }
 }
 
-// One internal paint message stands for any number of changes; what they come to is worked out when it arrives.
+// A single internal paint message covers any number of changes; their extent is worked out when it arrives.
 void FlexGridWindow::RequestPaint() {
     if (Handle() && grid_.Redraw() && !paintRequested_) {
         paintRequested_ = true;
@@ -296,7 +295,7 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_MBUTTONUP:
             return OnButton(message, wParam, lParam);
         case WM_MOUSEMOVE:
-            // The button may have been let go elsewhere, as over a message box that a handler has shown.
+            // The button may have been released elsewhere, for instance over a message box that a handler has shown.
             if (pressed_ && (wParam & MK_LBUTTON) == 0) {
                 EndDrag();
             }

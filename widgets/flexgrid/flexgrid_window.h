@@ -1,4 +1,4 @@
-// The window of a flexible grid: it owns the grid, shows it, and turns keys and mouse into what the view rules say.
+// The window of a flexible grid: it owns the grid, displays it, and applies the view rules to keys and the mouse.
 #pragma once
 
 #include <windows.h>
@@ -21,7 +21,7 @@
 
 namespace qvx::flexgrid {
 
-// Works without a window too: then it lays out as one of the size last given would.
+// Works without a window too; the layout is then that of a window of the last size.
 class FlexGridWindow final : public Window, private GridListener {
   public:
     FlexGridWindow();
@@ -30,50 +30,54 @@ class FlexGridWindow final : public Window, private GridListener {
     Grid& Model() { return grid_; }
     const Grid& Model() const { return grid_; }
 
-    // Not owned; told in the order they came. A listener removes itself before it goes.
+    // Not owned; notified in the order in which they were added. A listener removes itself before it is destroyed.
     void AddEvents(GridWindowEvents* events);
     void RemoveEvents(GridWindowEvents* events);
-    // Keeps the owners of all listeners, and so perhaps this window, alive until the result goes. Whoever changes or
-    // scrolls the grid without an owner of its own on the way takes it first: handlers of its events may let go of the
-    // last reference.
+    // Keeps the owners of all listeners, and so perhaps this window, alive until the result is destroyed. Code that
+    // changes or scrolls the grid without holding an owner itself calls this first: handlers of the grid's events may
+    // release the last reference.
     std::vector<std::shared_ptr<void>> Hold() const;
 
-    // A visible child window. `bounds` in the parent's client pixels. False when the system refuses.
+    // Creates a visible child window. `bounds` is in the parent's client pixels. Returns false when the system refuses.
     bool CreateIn(HWND parent, const Rect& bounds, int id = 0);
-    // In the parent's client pixels; without a window only the size counts.
+    // Moves the window, in the parent's client pixels; without a window only the size counts.
     void MoveTo(const Rect& bounds);
 
-    // Twips from the outer corner of the window, border included, as hosts place things over cells. The cursor's cell
-    // is scrolled into view first. Grid lines are left out.
+    // Returns the cursor's cell in twips from the outer corner of the window, border included, as hosts place controls
+    // over cells; grid lines are excluded. The cell is scrolled into view first.
     Rect CellTwips();
-    // Twips between the outer corner of the window and the start of a row or column, which may be scrolled away.
+    // Returns the twips between the outer corner of the window and the start of a row or column, which may be scrolled
+    // out of view.
     int RowPos(int row);
     int ColPos(int col);
+    // Whether any part of the row or column is visible.
     bool RowIsVisible(int row);
     bool ColIsVisible(int col);
-    // Where the mouse was last pressed or moved to. Scrolls nothing, unlike CellTwips.
+    // Returns the position where the mouse was last pressed or moved to. Unlike CellTwips, it scrolls nothing.
     Hit PressedCell() const { return HitAt(lastPoint_); }
-    // The cell under the pointer; beyond the cells the nearest one. 0 without cells.
+    // The cell under the pointer; outside the cells, the nearest one. 0 without cells.
     int MouseRow();
     int MouseCol();
-    // As the grid's own, errors too, but held where the last page is full: what is told of is where the view stays.
+    // Sets the grid's own value and throws its errors, but limits the value so that the last page stays full; listeners
+    // are notified of the resulting position.
     void SetTopRow(int row);
     void SetLeftCol(int col);
-    // Both, held likewise; any numbers.
+    // Sets both, limited in the same way; any numbers are accepted.
     void ScrollTo(int topRow, int leftCol);
+    // Scrolls as little as needed to make the cell completely visible.
     void ScrollIntoView(int row, int col);
     // Whether the cell's text is cut off at the cell's edge.
     bool IsTextCut(int row, int col);
 
-    // What assistive programs see of the window.
+    // The window's support for assistive programs.
     GridAccessibility& Accessibility() { return accessibility_; }
-    // What the rules of the view need to know, with scroll bars and scroll position brought up to date.
+    // Returns the state that the view rules need, with scroll bars and scroll position brought up to date.
     View SettledView();
 
-    // Draws everything now that wants drawing.
+    // Draws all invalid parts at once.
     void Refresh();
-    // Draws the grid as it stands into any device context of the same resolution: border, cells and ground without
-    // bars, in a rectangle of pixels.
+    // Draws the grid as it is into any device context of the same resolution: border, cells and background without
+    // scroll bars, in a rectangle of pixels.
     void DrawTo(HDC dc, const Rect& area);
     // The outer size in pixels.
     Size OuterSize() const;
@@ -94,10 +98,11 @@ class FlexGridWindow final : public Window, private GridListener {
     bool NotifyFocus(bool got);
     View CurrentView() const;
     Rect BorderPixels() const;
-    // From the window's outer corner to its client area, in pixels: a right-to-left grid has its bar on that side.
+    // The offset in pixels from the window's outer corner to its client area, which includes the scroll bar in a
+    // right-to-left grid.
     Point ClientCorner() const;
 
-    // What has changed since the last painting.
+    // Requests painting of everything that has changed since the last painting.
     void RequestPaint();
     void Settle();
     void SettleLayout();
@@ -131,7 +136,7 @@ class FlexGridWindow final : public Window, private GridListener {
     std::vector<GridWindowEvents*> events_;
     Size headlessSize_{};  // outer size while there is no window
 
-    // Painting. The back buffer always holds the window's contents but for `stale_`.
+    // Painting. The back buffer always contains the window's contents, except for `stale_`.
     BackBuffer buffer_;
     Rect stale_{};
     CellRange changedCells_{};  // bounds of changed cells, not yet in stale_
@@ -142,7 +147,7 @@ class FlexGridWindow final : public Window, private GridListener {
     int paintedTop_ = 0;
     int paintedLeft_ = 0;
     std::array<Bar, 2> drawnBars_{};  // the vertical and the horizontal one as they are on the screen
-    int notifiedTop_ = -1;            // the scroll position that listeners know of
+    int notifiedTop_ = -1;            // the scroll position that listeners were last notified of
     int notifiedLeft_ = -1;
 
     // Mouse
@@ -150,7 +155,7 @@ class FlexGridWindow final : public Window, private GridListener {
     Border border_;  // being dragged, or none
     int borderLine_ = -1;
     bool pressed_ = false;   // the left button went down here
-    bool clicking_ = false;  // and its release is a click
+    bool clicking_ = false;  // whether its release is a click
     Point lastPoint_{};
     WheelCounter wheelDown_;
     WheelCounter wheelAcross_;

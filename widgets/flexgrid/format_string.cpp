@@ -72,7 +72,7 @@ void Grid::SetFormatString(TextView format) {
         headers.push_back(segment.text);
     }
     const auto target = [&] {
-        // More segments than any grid holds are refused by number, before they could overflow one.
+        // More segments than any grid can have are refused by their number, before they could overflow one.
         const auto needed = [](std::size_t count, int limit) {
             return static_cast<int>(std::min(count, static_cast<std::size_t>(limit) + 1));
         };

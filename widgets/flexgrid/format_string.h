@@ -1,11 +1,11 @@
 // The format string: column headers and row captions, alignments and widths, all in one text.
 //
 //     "<Name     |>Price|^Unit"          three columns: left, right, centred; widths from the texts, blanks included
-//     "|Qty|Rate;|First|Second"          behind ";" the captions of rows 0, 1, 2 in column 0
+//     "|Qty|Rate;|First|Second"          after ";" the captions of rows 0, 1, 2 in column 0
 //
-// A segment of columns becomes the header in row 0, an empty one leaves the column's width alone. A row caption goes
-// into column 0, an empty one leaves the cell alone; column 0 becomes as wide as the longest of them. Rows and columns
-// are added when there are too few and never removed. Without any text before ";" no column is touched.
+// A segment of columns becomes the header in row 0; an empty one leaves the column's width unchanged. A row caption
+// goes into column 0; an empty one leaves the cell unchanged, and column 0 becomes as wide as the longest caption. Rows
+// and columns are added when there are too few, and never removed. Without any text before ";", no column changes.
 #pragma once
 
 #include <optional>
@@ -17,7 +17,7 @@
 namespace qvx::flexgrid {
 
 struct FormatSegment {
-    std::optional<GridAlignment> alignment;  // left, centre or right, each centred down
+    std::optional<GridAlignment> alignment;  // left, centre or right; vertically centred
     TextView text;                           // within the format string
 };
 

@@ -49,7 +49,7 @@ FormatTable::SharedPattern FormatTable::Share(Pattern pattern) {
 FormatTable::Pattern FormatTable::Changed(const Pattern* pattern, int firstCol, int lastCol,
                                           const std::function<void(CellFormat&)>& change) {
     Pattern changed;
-    std::unordered_map<const Node*, std::shared_ptr<const Node>> done;  // nullptr: becomes plain
+    std::unordered_map<const Node*, std::shared_ptr<const Node>> done;  // nullptr: becomes a plain pattern
     const Pattern none;
     const Pattern& old = pattern ? *pattern : none;
     auto entry = old.begin();
@@ -94,7 +94,8 @@ void FormatTable::ChangeCells(std::span<const RowId> rows, int firstCol, int las
         }
     }
     rows_.Reserve(rows_.Size() + rows.size());
-    // Nothing below allocates. A pattern may go with its last row: its address still stands for it, as none is made.
+    // Nothing below allocates. A pattern may be freed with its last row: its address remains unique, since no pattern
+    // is created here.
     for (const RowId row : rows) {
         if (const SharedPattern& after = changed.find(patternOf(row))->second) {
             rows_.Set(row, after);

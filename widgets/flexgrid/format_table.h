@@ -1,6 +1,6 @@
-// Formats of the cells that have one. A row points to the pattern of its formats, and rows that look the same share
-// one, so that colouring a million rows in two colours takes two patterns. Rows are known by identity: moving and
-// sorting them touches nothing here.
+// Formats of the cells that have one. A row refers to the pattern of its formats, and rows with the same appearance
+// share one, so that colouring a million rows in two colours takes two patterns. Rows are known by identity: moving and
+// sorting them changes nothing here.
 #pragma once
 
 #include <array>
@@ -30,7 +30,7 @@ class FormatTable {
     using RowFormats = SharedPattern;
 
     bool Empty() const { return rows_.Empty(); }
-    // nullptr for a cell without a format of its own; good until the next change.
+    // Returns nullptr for a cell without a format of its own; valid until the next change.
     const CellFormat* Find(RowId row, int col) const {
         const Node* node = FindNode(row, col);
         return node ? &node->format : nullptr;
@@ -39,7 +39,7 @@ class FormatTable {
     const FontSpec& FontOf(RowId row, int col, const FontSpec& gridFont) const;
     void FontsChanged() { ++fontVersion_; }
 
-    // `change` is made once to each kind of format among the cells of columns firstCol to lastCol in the given rows.
+    // Applies `change` once to each distinct format among the cells of columns firstCol to lastCol in the given rows.
     // Strong guarantee.
     void ChangeCells(std::span<const RowId> rows, int firstCol, int lastCol,
                      const std::function<void(CellFormat&)>& change);
@@ -47,7 +47,7 @@ class FormatTable {
         const SharedPattern* found = rows_.Find(row);
         return found ? *found : nullptr;
     }
-    // The next SetRow cannot fail.
+    // After this, the next SetRow cannot fail.
     void ReserveForRow() { rows_.Reserve(rows_.Size() + 1); }
     void SetRow(RowId row, RowFormats formats) {
         if (formats) {
@@ -65,19 +65,19 @@ class FormatTable {
   private:
     struct Node {
         CellFormat format;
-        mutable FontSpec font;  // the grid's with this format's changes, as of fontVersion
+        mutable FontSpec font;  // the grid's font with this format's changes, as of fontVersion
         mutable std::uint64_t fontVersion = 0;
     };
 
     const Node* FindNode(RowId row, int col) const;
-    // One of the patterns made lately that looks the same, else a new one; nullptr for one without entries.
+    // Returns a recently created pattern that is equal, otherwise a new one; nullptr for one without entries.
     SharedPattern Share(Pattern pattern);
     static Pattern Changed(const Pattern* pattern, int firstCol, int lastCol,
                            const std::function<void(CellFormat&)>& change);
-    // Every pattern in use replaced by what `derive` makes of it.
+    // Replaces every pattern in use with the result of `derive`.
     void ReplacePatterns(const std::function<Pattern(const Pattern&)>& derive);
 
-    SparseMap<SharedPattern> rows_;  // none is nullptr or empty
+    SparseMap<SharedPattern> rows_;  // no entry means nullptr or empty
     std::array<SharedPattern, 8> recent_;
     std::size_t nextRecent_ = 0;
     std::uint64_t fontVersion_ = 1;

@@ -19,7 +19,7 @@ void Grid::RemoveListener(GridListener* listener) {
         return;
     }
     if (notifying_ > 0) {
-        *found = nullptr;  // a loop over the list is running
+        *found = nullptr;  // a loop over the list is in progress
     } else {
         listeners_.erase(found);
     }
@@ -49,12 +49,12 @@ void Grid::NotifyAfterwards(Call call) noexcept {
         try {
             call(listener);
         } catch (...) {
-            // The others are told all the same.
+            // The others are still notified.
         }
     });
 }
 
-// A listener may refuse, for want of memory; the cursor then stays, and so do those that have been told.
+// A listener may fail for lack of memory; the cursor then stays, although some listeners have been notified.
 void Grid::NotifyLeave() {
     try {
         Notify([](GridListener& listener) { listener.LeaveCell(); });
@@ -135,7 +135,8 @@ Grid::Shape Grid::WithWantedFixed(Shape shape) const {
 }
 
 Cursor Grid::Fitted(Cursor cursor, const Shape& shape) const {
-    // Only a fixed count that grows pushes the cursor out: a program may have put it on a header on purpose.
+    // Only a fixed count that increases moves the cursor out of the fixed cells: a program may have put it on a header
+    // on purpose.
     const int minRow = shape.fixedRows > fixedRows_ ? shape.fixedRows : 0;
     const int minCol = shape.fixedCols > fixedCols_ ? shape.fixedCols : 0;
     const auto fit = [](int value, int low, int count) {
@@ -213,7 +214,7 @@ void Grid::SetRows(int count) {
     LeaveHeader(before);
 }
 
-// Without any other row the cursor had to be on a header; it does not stay there, where nothing can be entered.
+// Without any other row, the cursor had to be on a header; it must not stay there, where nothing can be entered.
 void Grid::LeaveHeader(int rowsBefore) {
     if (fixedRows_ > 0 && rowsBefore == fixedRows_ && Rows() > fixedRows_ && row_ < fixedRows_) {
         MoveCursor({fixedRows_, col_, fixedRows_, col_});  // there may be no column to move to
@@ -242,7 +243,7 @@ void Grid::SetFixedRows(int count) {
         wantFixedRow_ = count == 1;
         return;
     }
-    // A refused count leaves a waiting one alone.
+    // A refused count does not affect one that is waiting.
     CheckCounts({Rows(), Cols(), count, fixedCols_});
     if (count > 0 && count == Rows() && count != fixedRows_) {
         RefuseFixedRows();
@@ -281,7 +282,7 @@ void Grid::MoveCursor(Cursor target) {
     NotifyAfterwards([](GridListener& listener) { listener.SelChange(); });
 }
 
-// To where it was before the cells were what they are again.
+// Restores the cursor's position after the cells have been restored.
 void Grid::PutCursorBack(const Cursor& to) noexcept {
     const Cursor left = CurrentCursor();
     std::tie(row_, col_, rowSel_, colSel_) = std::tie(to.row, to.col, to.rowSel, to.colSel);

@@ -1,9 +1,9 @@
 // The flexible grid's model: texts, counts, sizes, formats, cursor and selection. It needs no window; a window and a
-// control listen to it. Members carry the names hosts know, setters with `Set` in front.
+// control listen to it. Members have the names that hosts know, and setters are prefixed with `Set`.
 //
 // Rows and columns count from 0; the first FixedRows and FixedCols of them are headers. Sizes are in twips, positions
-// in device pixels of the text metrics in use. A refused call throws RunTimeError and leaves the grid as it was; so
-// does one that runs out of memory.
+// in device pixels of the text metrics in use. A call that is refused throws RunTimeError and leaves the grid as it
+// was, and so does a call that runs out of memory. Numbers of errors are given with the members.
 #pragma once
 
 #include <cstdint>
@@ -31,11 +31,11 @@ namespace qvx::flexgrid {
 constexpr int defaultColWidth = 960;  // twips
 
 class Grid final : public GridLook {
-    struct Kept;  // by AllOrNothing
+    struct Kept;  // used by AllOrNothing
 
   public:
-    // Chosen so that a grid filled with short texts still fits a 64-bit process with ease; a 32-bit one meets the end
-    // of its memory first, which is an error as well. Every cell keeps an index in TextArray, hence the product.
+    // Limits with which a grid of short texts easily fits a 64-bit process; a 32-bit process runs out of memory first,
+    // which is an error as well. Every cell must have an index in TextArray, hence the limit on the product.
     static constexpr int maxRows = 16'777'216;
     static constexpr int maxCols = 16'384;
     static constexpr std::int64_t maxCells = INT32_MAX;
@@ -46,32 +46,33 @@ class Grid final : public GridLook {
     Grid& operator=(const Grid&) = delete;
 
     // ---- Listeners -------------------------------------------------------------------------------------------------
-    // Not owned; told in the order they came.
+    // Not owned; notified in the order in which they were added.
     void AddListener(GridListener* listener);
     void RemoveListener(GridListener* listener);
 
     // ---- Counts ----------------------------------------------------------------------------------------------------
-    // Fewer rows or columns drop cells, the last first. FixedRows is set to less than Rows and FixedCols to less than
-    // Cols, or both to 0: 30001 otherwise. Rows may then go down to the fixed ones, which empties a grid; the cursor
-    // comes back to the first other row when there is one. Below 0: 380. Beyond the limits above: 30006.
+    // Reducing the number of rows or columns drops cells, the last first. FixedRows must be less than Rows and
+    // FixedCols less than Cols, or both 0: 30001 otherwise. Rows may then be reduced to the fixed ones, which empties a
+    // grid; the cursor returns to the first other row as soon as there is one. Below 0: 380. Beyond the limits above:
+    // 30006.
     int Rows() const { return store_.RowCount(); }
     void SetRows(int count);
     int Cols() const { return static_cast<int>(columns_.size()); }
     void SetCols(int count);
-    // A count of 1 set while there are no rows (columns) at all is remembered and takes effect with the first row (the
-    // second column), unless another count is set before; until then the count stays 0.
+    // A fixed count of 1 that is set while there are no rows (columns) at all is remembered and takes effect with the
+    // first row (the second column), unless another count is set before; until then the count stays 0.
     int FixedRows() const { return fixedRows_; }
     void SetFixedRows(int count);
     int FixedCols() const { return fixedCols_; }
     void SetFixedCols(int count);
-    // The counts with those that wait, as a form keeps them.
+    // The counts including those that are waiting, as a form saves them.
     int WantedFixedRows() const { return wantFixedRow_ ? 1 : fixedRows_; }
     int WantedFixedCols() const { return wantFixedCol_ ? 1 : fixedCols_; }
 
     // ---- Cursor and selection --------------------------------------------------------------------------------------
-    // The cursor may be put anywhere by program, on fixed cells too. Setting Row or Col collapses the selection to the
-    // cursor, scrolls nothing, and tells the listeners LeaveCell, EnterCell, RowColChange and SelChange, as far as they
-    // apply. Out of range: 30009 and 30010. Without any cell the cursor reads 0, 0.
+    // A program may move the cursor anywhere, even to fixed cells. Setting Row or Col collapses the selection to the
+    // cursor, scrolls nothing, and notifies the listeners with LeaveCell, EnterCell, RowColChange and SelChange, as
+    // applicable. Out of range: 30009 and 30010. Without any cell, the cursor is 0, 0.
     int Row() const { return row_; }
     void SetRow(int row);
     int Col() const { return col_; }
@@ -82,77 +83,78 @@ class Grid final : public GridLook {
     int ColSel() const { return colSel_; }
     void SetColSel(int col);
     Cursor CurrentCursor() const { return {row_, col_, rowSel_, colSel_}; }
-    // Cursor and far corner in one step, with one round of notifications.
+    // Moves the cursor and the far corner in one step, with one round of notifications.
     void Select(int row, int col, int rowSel, int colSel);
     void Select(const Cursor& to) { Select(to.row, to.col, to.rowSel, to.colSel); }
     void MoveTo(int row, int col) { Select(row, col, row, col); }
-    // The selected cells, widened to whole rows or columns where SelectionMode asks for it; empty without cells.
+    // The selected cells, extended to whole rows or columns where SelectionMode requires it; empty without cells.
     CellRange Selection() const;
     GridSelectionMode SelectionMode() const { return selectionMode_; }
     void SetSelectionMode(GridSelectionMode mode);
 
     // ---- Text ------------------------------------------------------------------------------------------------------
-    // The cursor cell's; writing fills the selection when FillStyle is repeat.
+    // The text of the cursor cell; writing it fills the selection when FillStyle is repeat.
     qvx::Text Text() const;
     void SetText(TextView text);
-    // 381 "Subscript out of range".
+    // Throws 381 "Subscript out of range".
     qvx::Text TextMatrix(int row, int col) const;
     void SetTextMatrix(int row, int col, TextView text);
-    // Neighbouring cells of one row at once, from column `firstCol` on.
+    // Writes adjacent cells of one row at once, from column `firstCol` on.
     void SetTexts(int row, int firstCol, std::span<const TextView> texts);
     // index = row * Cols + col.
     qvx::Text TextArray(int index) const;
     void SetTextArray(int index, TextView text);
-    // The selection's texts, tab between columns and CR between rows. Written, the texts go into the selection from its
-    // first cell on; what does not fit is dropped, and cells that no text is given for stay. A clip written where one
-    // of the same size was read copies it, empty cells included, so a CR at the end gives one more row with an empty
-    // cell. Other programs' CR LF counts as one CR, and makes no further row at the very end.
+    // The selection's texts, with a tab between columns and CR between rows. When Clip is written, the texts go into
+    // the selection from its first cell on; surplus texts are dropped, and cells without a text stay. Writing a clip to
+    // a selection of the size that it was read from copies it, including empty cells, so a CR at the end stands for one
+    // more row with an empty cell. CR LF from other programs counts as one CR, and does not start another row at the
+    // very end.
     qvx::Text Clip() const;
     void SetClip(TextView text);
-    // Without a copy; 381 outside. Good until the grid is next changed.
+    // The text without a copy; 381 outside. Valid until the grid is next changed.
     CellView Cell(int row, int col) const;
 
     // ---- Rows ------------------------------------------------------------------------------------------------------
-    // A row of tab-separated cells from column 0 on, surplus ones dropped; before row `index` (FixedRows to Rows) or
-    // at the end when it is left out. In the fixed rows: 30002; past the end or below -1: 30009.
+    // Inserts a row of tab-separated cells from column 0 on and drops surplus ones; before row `index` (FixedRows to
+    // Rows), or at the end without it. In the fixed rows: 30002; past the end or below -1: 30009.
     static constexpr int atEnd = -1;
     void AddItem(TextView item, int index = atEnd);
-    // Many rows at once, separated by CR, LF or both; a separator at the very end makes no further row. Returns how
-    // many there were.
+    // Inserts many rows at once, separated by CR, LF or both; a separator at the very end does not start another row.
+    // Returns their number.
     int AddItems(TextView block, int index = atEnd);
-    // A fixed row: 30011. The last row that is not fixed: 30015. Out of range: 30009.
+    // Removes a row. A fixed row: 30011. The last row that is not fixed: 30015. Out of range: 30009.
     void RemoveItem(int index);
-    // Removes every non-fixed row that `predicate(row)` says true for, in one linear pass over numbers as they are
-    // before it, and returns how many went. When all would go the first is kept, as a loop of RemoveItem from the end
-    // would leave it.
+    // Removes every non-fixed row for which `predicate(row)` is true, in one linear pass; the numbers are those before
+    // the pass. Returns how many were removed. When all rows match, the first is kept, as it would be by a loop of
+    // RemoveItem from the end.
     template <class Predicate>
     int RemoveRowsIf(Predicate&& predicate);
-    // All texts and cell formats; counts, sizes and column settings stay.
+    // Clears all texts and cell formats; counts, sizes and column settings stay.
     void Clear();
-    // Moves a row or column within its kind or beyond it: afterwards it stands at `position`. 30009 and 30010.
+    // Moves a row or column, across the border of the fixed ones if need be, to `position`. Throws 30009 and 30010.
     void SetRowPosition(int row, int position);
     void SetColPosition(int col, int position);
 
-    // The cell of column `col` in each of the rows first to last (included) becomes textOf(const RowView& cells), which
-    // must not change the grid and whose result need last no longer than until its next call. Told as one change.
-    // Throws 30009, 30010 when out of range; nothing to do when last < first. When textOf throws or memory runs out,
-    // the rows before keep what was written.
+    // Writes the cell of column `col` in each of the rows first to last (included) to textOf(const RowView& cells),
+    // which must not change the grid and whose result must stay valid only until its next call. Listeners are notified
+    // of one change. Throws 30009, 30010 when out of range; does nothing when last < first. When textOf throws or
+    // memory runs out, the previous rows keep what was written.
     template <class TextOf>
     void SetColumn(int col, int first, int last, TextOf&& textOf);
 
     // ---- Walking many cells ----------------------------------------------------------------------------------------
-    // visit(int row, CellView cell) for rows first to last (included) of one column. The grid must not be changed
-    // meanwhile. Throws 30009, 30010 when out of range; nothing to do when last < first.
+    // Calls visit(int row, CellView cell) for rows first to last (included) of one column. The grid must not be changed
+    // meanwhile. Throws 30009, 30010 when out of range; does nothing when last < first.
     template <class Visit>
     void ForEachCellInColumn(int col, int first, int last, Visit&& visit) const;
-    // visit(int row, const RowView& cells): cells[c] is a CellView, for every c below Cols.
+    // Calls visit(int row, const RowView& cells): cells[c] is a CellView, for every c below Cols.
     template <class Visit>
     void ForEachRow(int first, int last, Visit&& visit) const;
 
-    // Calls that happen all or not at all: without Commit everything is taken back, which needs no memory. With
-    // Reach::texts these are calls that write texts and move the cursor; with Reach::all, which takes time and memory
-    // for each row there is, all but Clear and those that move or drop columns; where a listener makes others, what was
-    // done stays. One within another is part of it.
+    // Calls that happen all or not at all: without Commit, everything is undone, which needs no memory. With
+    // Reach::texts, these may be calls that write texts and move the cursor; with Reach::all, which takes time and
+    // memory for each existing row, all calls except Clear and those that move or drop columns. Where a listener makes
+    // other calls, what was done stays. One within another is part of it.
     class AllOrNothing {
       public:
         enum class Reach { texts, all };
@@ -165,7 +167,7 @@ class Grid final : public GridLook {
       private:
         Grid& grid_;
         Cursor cursor_;
-        std::unique_ptr<Kept> kept_;             // for Reach::all
+        std::unique_ptr<Kept> kept_;             // only for Reach::all
         std::optional<CellStore::Batch> batch_;  // none for one within another, and after Commit
     };
 
@@ -176,17 +178,18 @@ class Grid final : public GridLook {
 
     static constexpr int all = -1;          // as an index: every row or column
     static constexpr int defaultSize = -1;  // as a size: back to the default
-    // Twips; 0 is hidden. Index `all` sets those to come as well. Below -1: 380. Reading gives what is in effect.
+    // Twips; 0 means hidden. Index `all` also sets those of columns to be added. Below -1: 380. The getter returns the
+    // width in effect.
     int ColWidth(int col) const;
     void SetColWidth(int col, int twips);
     int RowHeight(int row) const;
     void SetRowHeight(int row, int twips);
-    // Rows shorter than this are shown at this height, hidden ones stay hidden.
+    // Rows shorter than this are shown at this height; hidden rows stay hidden.
     int RowHeightMin() const { return rowHeightMin_; }
     void SetRowHeightMin(int twips);
     GridAlignment ColAlignment(int col) const;
     void SetColAlignment(int col, GridAlignment alignment);
-    // Of the fixed cells of a column; as ColAlignment until set.
+    // The alignment of a column's fixed cells; equal to ColAlignment until it is set.
     GridAlignment FixedAlignment(int col) const;
     void SetFixedAlignment(int col, GridAlignment alignment);
     std::int32_t ColData(int col) const;
@@ -197,7 +200,7 @@ class Grid final : public GridLook {
     void SetMergeCol(int col, bool merge);
     bool MergeRow(int row) const;
     void SetMergeRow(int row, bool merge);
-    // What a row has besides its texts, to be given to one that takes its place.
+    // All settings of a row apart from its texts, to be given to a row that replaces it.
     struct RowSettings {
         int height = defaultSize;  // twips, or defaultSize
         std::int32_t data = 0;
@@ -210,20 +213,20 @@ class Grid final : public GridLook {
     // ---- Geometry: all rows and columns laid end to end, unscrolled ------------------------------------------------
     std::int64_t RowTop(int row) const;  // pixels; row may be Rows, for the full height. O(log rows).
     std::int64_t ColLeft(int col) const;
-    int RowPixels(int row) const;  // 0 is hidden
+    int RowPixels(int row) const;  // 0 means hidden
     int ColPixels(int col) const;
-    // The shown row or column that covers this position; -1 above the first, Rows or Cols behind the last.
+    // Returns the shown row or column that covers this position; -1 above the first, Rows or Cols after the last.
     int RowAt(std::int64_t y) const;
     int ColAt(std::int64_t x) const;
 
     // ---- Cell formats: the cursor cell, or the selection when FillStyle is repeat ----------------------------------
-    GridAlignment CellAlignment() const;  // in effect: the cell's own, else the column's
+    GridAlignment CellAlignment() const;  // in effect: the cell's own, otherwise the column's
     void SetCellAlignment(GridAlignment alignment);
     OleColor CellBackColor() const;  // 0 when the cell has none of its own
     void SetCellBackColor(OleColor color);
     OleColor CellForeColor() const;
     void SetCellForeColor(OleColor color);
-    // Reading gives the font in effect.
+    // The getters return the font in effect.
     qvx::Text CellFontName() const;
     void SetCellFontName(TextView name);
     double CellFontSize() const;
@@ -244,24 +247,25 @@ class Grid final : public GridLook {
     void SetCellPictureAlignment(GridAlignment alignment);
     GridTextStyle CellTextStyle() const;
     void SetCellTextStyle(GridTextStyle style);
-    // The colour and, when it is given, the weight of one cell in one step, wherever the cursor is and whatever
-    // FillStyle says: 381.
+    // Sets the colour and, if given, the weight of one cell in one step, regardless of the cursor and FillStyle. Throws
+    // 381.
     void SetForeColorAndBoldOf(int row, int col, OleColor color, std::optional<bool> bold);
 
-    // For the painter. The format of a cell, or nullptr when it is all the grid's; good until formats are next changed.
+    // For painting: the format of a cell, or nullptr when the cell has none of its own; valid until formats are next
+    // changed.
     const CellFormat* FormatOf(int row, int col) const;
-    // The cell's font, good until fonts or formats are next changed.
+    // The cell's font, valid until fonts or formats are next changed.
     const FontSpec& FontOf(int row, int col) const;
-    // 0 to 8: `general` is resolved by the cell's text, which whoever lays it out has at hand.
+    // Returns 0 to 8: `general` is resolved by the cell's text, which the caller has at hand.
     GridAlignment AlignmentOf(int row, int col, qvx::TextView text) const;
 
     // ---- Merging and sorting ---------------------------------------------------------------------------------------
     // Sorts the selected rows, or all non-fixed ones when a single row is selected, by the columns Col to ColSel, the
-    // leftmost first. Stable. Fixed rows never move. See sort.h for the orders.
+    // leftmost first. The sort is stable. Fixed rows never move. See sort.h for the orders.
     void Sort(GridSort order);
 
     // ---- Scrolling -------------------------------------------------------------------------------------------------
-    // First row and column shown behind the fixed ones. The window may hold them back so that it stays filled. Not a
+    // The first row and column shown after the fixed ones. The window may limit them so that it stays filled. Not a
     // scrollable row or column: 30009, 30010.
     int TopRow() const { return topRow_; }
     void SetTopRow(int row);
@@ -273,16 +277,16 @@ class Grid final : public GridLook {
     void SetFont(const FontSpec& font);
     const std::shared_ptr<const qvx::Picture>& Picture() const { return picture_; }
     void SetPicture(std::shared_ptr<const qvx::Picture> picture);
-    // Not owned; nullptr goes back to the fixed metrics. Call again after its answers have changed (another
-    // resolution).
+    // Not owned; nullptr restores the fixed metrics. To be called again after the answers of `metrics` have changed
+    // (another resolution).
     void SetTextMetrics(const TextMetrics* metrics);
     const TextMetrics& Metrics() const { return *metrics_; }
 
-    // Grows whenever rows or columns come, go or change places, and when all cells are emptied at once: while it stays,
-    // a row's and a column's number mean what they meant.
+    // Increases whenever rows or columns are inserted, removed or moved, and when all cells are cleared at once: while
+    // it stays the same, row and column numbers keep their meaning.
     std::uint64_t StructureVersion() const { return structureVersion_; }
 
-    // Bytes held for texts and row order, for measurements.
+    // Bytes used for texts and row order, for measurements.
     std::size_t MemoryUsed() const { return store_.MemoryUsed(); }
 
   private:
@@ -299,18 +303,18 @@ class Grid final : public GridLook {
     template <class Call>
     void Notify(Call call);
     void NotifyLeave();
-    // Of what has been done: that a listener could not take it in, for want of memory, does not undo it.
+    // Notifies of a change that has been made: a listener that fails, for lack of memory, does not undo it.
     template <class Call>
     void NotifyAfterwards(Call call) noexcept;
     void NotifyChange(GridChange change, const CellRange& range);
     void LayoutChanged(int row, int col);
 
-    // Counts as they are or are to become.
+    // The counts as they are or are to become.
     struct Shape {
         int rows, cols, fixedRows, fixedCols;
     };
 
-    // What Reach::all takes back besides the store and the cursor.
+    // The fields that Reach::all restores besides the store and the cursor.
     auto KeptFields() {
         return std::tie(formats_, columns_, newColumn_, heights_, rowData_, mergeRows_, allHeights_, allMergeRows_,
                         rowHeightMin_, fixedRows_, fixedCols_, wantFixedRow_, wantFixedCol_, topRow_, leftCol_,
@@ -318,7 +322,7 @@ class Grid final : public GridLook {
     }
 
     Shape CurrentShape() const { return {Rows(), Cols(), fixedRows_, fixedCols_}; }
-    // The cursor as near as it can stay in a grid of that shape.
+    // Returns the cursor as near to its place as it can be in a grid of that shape.
     Cursor Fitted(Cursor cursor, const Shape& shape) const;
     Shape WithWantedFixed(Shape shape) const;
     void CheckRow(int row) const;
@@ -327,7 +331,7 @@ class Grid final : public GridLook {
     static void CheckCounts(const Shape& shape);
     void MoveCursor(Cursor target);
     void PutCursorBack(const Cursor& to) noexcept;
-    // For the length of a change that may put another cell under the cursor.
+    // Exists during a change that may put another cell under the cursor.
     class CellsMoving {
       public:
         explicit CellsMoving(Grid& grid);
@@ -338,8 +342,9 @@ class Grid final : public GridLook {
       private:
         Grid& grid_;
     };
-    // Brings the grid to another shape, with the cursor leaving and entering as needed. `target` checks and answers the
-    // shape; it is asked again when a listener has changed the grid. `change` alters the store and may throw.
+    // Changes the grid to another shape, and moves the cursor as needed, with its notifications. `target` checks and
+    // returns the shape; it is called again when a listener has changed the grid. `change` alters the store and may
+    // throw.
     void ChangeShape(const std::function<Shape()>& target, const std::function<void(const Shape&)>& change);
     void StoreShape(const Shape& shape);
     int InsertionPoint(int index) const;
@@ -348,7 +353,7 @@ class Grid final : public GridLook {
     int RemoveMarked(std::vector<bool>& marked, int count);
     template <class Set>
     void ChangeColumns(int col, GridChange change, Set set);
-    int WidthFor(TextView text) const;  // twips of a column that shows the text whole
+    int WidthFor(TextView text) const;  // twips of a column that shows the whole text
     void ApplySegment(Column& column, const FormatSegment& segment) const;
     int AskOrder(int row1, int row2);
     GridAlignment DeclaredAlignment(int row, int col) const;  // may be `general`
@@ -360,7 +365,7 @@ class Grid final : public GridLook {
     void DropRowSettings(RowId id) noexcept;
     int SharedRowPixels() const { return PixelsDown(EffectiveHeight(allHeights_)); }
     void FontOrMetricsChanged();
-    // Sets a field that heights of rows follow from, and measures them anew; the field is as it was when that fails.
+    // Sets a field on which the heights of rows depend, and measures them again; restores the field when that fails.
     template <class T>
     void ChangeHeights(T& field, T value);
     SparseMap<int> MeasureDeviations() const;
@@ -373,10 +378,10 @@ class Grid final : public GridLook {
     CellStore store_;
     FormatTable formats_;
     std::vector<Column> columns_;
-    Column newColumn_;                                // what a column to come starts with
+    Column newColumn_;                                // initial settings of columns to be added
     mutable std::vector<std::int64_t> columnStarts_;  // empty, or Cols + 1 pixel positions
 
-    // Only rows that differ are in these tables, by identity, so that they move with their rows.
+    // These tables contain only rows that differ, by identity, so that the values move with their rows.
     SparseMap<int> heights_;  // twips
     SparseMap<std::int32_t> rowData_;
     SparseMap<bool> mergeRows_;
@@ -411,7 +416,8 @@ class Grid final : public GridLook {
 
 template <class Predicate>
 int Grid::RemoveRowsIf(Predicate&& predicate) {
-    // All questions are asked before the first row goes, so that the predicate sees an unchanged grid and may throw.
+    // The predicate is called for all rows before the first is removed, so that it sees an unchanged grid and may
+    // throw.
     std::vector<bool> marked(static_cast<std::size_t>(Rows()));
     int count = 0;
     for (int row = fixedRows_; row < Rows(); ++row) {

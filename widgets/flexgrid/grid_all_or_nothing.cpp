@@ -1,4 +1,4 @@
-// Taking calls back that could not be made to their end.
+// Undoes calls that could not be completed.
 #include <tuple>
 #include <utility>
 

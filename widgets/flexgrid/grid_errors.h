@@ -1,4 +1,4 @@
-// The errors the grid raises, in the words hosts know or in their manner.
+// The errors that the grid raises, with the texts that hosts know or in the same style.
 #pragma once
 
 #include "common/run_time_error.h"

@@ -374,7 +374,7 @@ void Grid::SetCellFontName(TextView name) {
     ChangeFormat([&](CellFormat& format) { format.fontName = name; });
 }
 void Grid::SetCellFontSize(double points) {
-    // What a font can be asked for; written so that a not-a-number is refused as well.
+    // The range of valid font sizes; written so that a not-a-number is refused as well.
     if (!(points > 0 && points <= maxFontPoints)) {
         RefuseValue();
     }

@@ -1,4 +1,5 @@
-// The grid's properties that only say how it looks and reacts: values, kept and told about, never decided upon here.
+// The grid's properties that only affect its appearance and reactions: they are stored and listeners are notified, but
+// no decisions are made here.
 #pragma once
 
 #include <memory>
@@ -59,7 +60,8 @@ class GridLook {
     void SetScrollBars(GridScrollBars value) { Store(scrollBars_, value); }
     GridResizing AllowUserResizing() const { return allowUserResizing_; }
     void SetAllowUserResizing(GridResizing value) { Store(allowUserResizing_, value); }
-    // Whether Text, Clip-independent writes and the Cell formats take the cursor cell or the whole selection.
+    // Whether writing Text and the Cell formats affects the cursor cell or the whole selection; Clip does not depend on
+    // it.
     GridFillStyle FillStyle() const { return fillStyle_; }
     void SetFillStyle(GridFillStyle value) { Store(fillStyle_, value); }
     GridTextStyle TextStyle() const { return textStyle_; }

@@ -1,4 +1,4 @@
-// How the members of the grid's automation object reach the window and its model, behind their fences.
+// Access of the members of the grid's automation object to the window and its model.
 #pragma once
 
 #include <type_traits>
@@ -18,7 +18,7 @@ class GridReach : protected MemberAccess<GridReach> {
     explicit GridReach(FlexGridWindow& window) : window_(&window) {}
     ~GridReach() = default;
 
-    // Run-time error 364 when the window has gone.
+    // Throws run-time error 364 when the window has been destroyed.
     FlexGridWindow& Shown() const {
         if (!window_) {
             throw RunTimeError(errors::objectUnloaded, u"Object was unloaded");
@@ -42,7 +42,7 @@ class GridReach : protected MemberAccess<GridReach> {
     template <class Result, class Value, class... Parameters, class... Given>
     HRESULT GetMember(Result* result, Value (FlexGridWindow::*getter)(Parameters...), Given... given) {
         return Give(result, [&] {
-            // The window's answers depend on where it is scrolled to, and it may have to scroll first.
+            // The window's answers depend on its scroll position, and it may have to scroll first.
             const auto held = Shown().Hold();
             return (Shown().*getter)(FromHost<Parameters>(given)...);
         });

@@ -1,4 +1,4 @@
-// What a row has besides its texts, as one value.
+// All settings of a row apart from its texts, as one value.
 #include "widgets/flexgrid/grid.h"
 
 namespace qvx::flexgrid {
@@ -12,7 +12,7 @@ Grid::RowSettings Grid::SettingsOf(int row) const {
 
 void Grid::SetSettings(int row, const RowSettings& settings) {
     CheckRow(row);
-    // Only the height can fail then, and it comes first.
+    // After this, only setting the height can fail, and it comes first.
     formats_.ReserveForRow();
     rowData_.Reserve(rowData_.Size() + 1);
     mergeRows_.Reserve(mergeRows_.Size() + 1);

@@ -1,4 +1,4 @@
-// Rows that come, go and move, and columns that move.
+// Inserting, removing and moving rows, and moving columns.
 #include <algorithm>
 #include <cstdint>
 #include <optional>
@@ -30,7 +30,7 @@ void Grid::AddItem(TextView item, int index) {
     RowsAdded(at, 1);
 }
 
-// New rows never move the cursor, unless a fixed row has been waiting for them or there was nothing but headers.
+// New rows never move the cursor, unless a fixed row has been waiting for them or there were only headers.
 void Grid::RowsAdded(int at, int count) {
     ++structureVersion_;
     LayoutChanged(at, 0);

@@ -1,4 +1,4 @@
-// Reading and writing texts, one by one and through the clipboard form.
+// Reading and writing texts, one by one and in the clipboard format.
 #include <algorithm>
 
 #include "widgets/flexgrid/grid.h"

@@ -1,4 +1,4 @@
-// Which part of the grid lies under a point of the window, in device pixels.
+// Finds the part of the grid under a point of the window, in device pixels.
 #pragma once
 
 #include "common/geometry.h"
@@ -16,14 +16,14 @@ struct Hit {
     friend bool operator==(const Hit&, const Hit&) = default;
 };
 
-// The item at a position along the axis; -1 for none.
+// Returns the item at a position along the axis; -1 for none.
 int ItemAt(const Axis& axis, int position);
 
-// The item at a position or, outside, the nearest that shows: what dragging a selection takes. -1 without any. With
-// `scrollableOnly` fixed items are passed over in favour of the first scrolled one.
+// Returns the item at a position or, outside, the nearest visible one: the item that a dragged selection extends to. -1
+// without any. With `scrollableOnly`, the first scrolled item is returned instead of a fixed one.
 int NearestItemAt(const Axis& axis, int position, bool scrollableOnly);
 
-// The point is the window's.
+// The point is in the window's client area.
 Hit HitTest(const Axis& rows, const Axis& columns, Point point);
 
 }  // namespace qvx::flexgrid

@@ -9,7 +9,7 @@ namespace qvx::flexgrid {
 
 namespace {
 
-// Bonds between neighbours, by index in the lists.
+// Bonds between adjacent cells, by index in the lists.
 class Bonds {
   public:
     Bonds(const Grid& grid, const std::vector<int>& rows, const std::vector<int>& cols)
@@ -65,8 +65,8 @@ class Bonds {
   private:
     std::size_t rowCount_;
     std::size_t colCount_;
-    std::vector<bool> across_;  // with the right neighbour
-    std::vector<bool> down_;    // with the one below
+    std::vector<bool> across_;  // with the cell to the right
+    std::vector<bool> down_;    // with the cell below
 };
 
 std::size_t IndexOf(const std::vector<int>& list, int value) {
@@ -88,7 +88,7 @@ MergeMap::MergeMap(const Grid& grid, std::vector<int> rows, std::vector<int> col
             if (!ranges_[bonds.At(r, c)].Empty()) {
                 continue;
             }
-            // As far right as the row bonds, then down as long as the next row bonds over just the same columns.
+            // As far right as the row bonds, then down as long as the next row bonds across exactly the same columns.
             std::size_t right = c;
             while (bonds.Across(r, right)) {
                 ++right;

@@ -1,4 +1,4 @@
-// Which neighbouring cells are drawn as one, among those that show.
+// Decides which adjacent visible cells are drawn as one.
 //
 // Across, the cells of a row with MergeRow merge where their texts are equal; down, those of a column with MergeCol.
 // Restricting rows lets two cells of a row merge only when the two above them do as well; restricting columns lets two
@@ -16,11 +16,12 @@ class Grid;
 
 class MergeMap {
   public:
-    // Of the cells where the given rows and columns cross; both lists ascend and leave hidden ones out. Takes time in
-    // proportion to their product.
+    // For the cells where the given rows and columns cross; both lists ascend and exclude hidden ones. Takes time in
+    // proportion to the product of their lengths.
     MergeMap(const Grid& grid, std::vector<int> rows, std::vector<int> cols);
 
-    // The cells drawn as one with this one, itself included; all within the first and last listed row and column.
+    // Returns the cells drawn as one with this one, itself included; all are within the first and last listed row and
+    // column.
     CellRange RangeOf(int row, int col) const;
 
   private:

@@ -9,7 +9,7 @@ namespace qvx::flexgrid {
 
 namespace {
 
-// The first or last shown item; `otherwise` when all are hidden.
+// Returns the first or last shown item; `otherwise` when all are hidden.
 int EndOf(const Axis& axis, int step, int otherwise) {
     const int found = NearestShown(axis, step > 0 ? axis.count - 1 : axis.fixed, -step);
     return found < 0 ? otherwise : found;
@@ -42,7 +42,7 @@ std::optional<Step> KeyStep(int key, int shift, const Cursor& cursor, const Axis
         case keys::pageUp:
         case keys::pageDown: {
             const int sign = key == keys::pageUp ? -1 : 1;
-            // The view moves as far as the cursor does, so that the cursor stays where the eye is.
+            // The view moves as far as the cursor does, so that the cursor stays at the same place on the screen.
             if (control) {
                 const int page = sign * PageOf(columns);
                 col = StepShown(columns, col, page);

@@ -15,12 +15,12 @@ bool Is3d(GridLineStyle style) { return style == GridLineStyle::inset || style =
 
 bool HasLineBreak(TextView text) { return text.find_first_of(u"\r\n") != TextView::npos; }
 
-// Without trailing blanks, which format strings use to widen columns and which would shift centred and right-aligned
+// Removes trailing blanks, which format strings use to widen columns and which would shift centred and right-aligned
 // captions.
 TextView Trimmed(TextView text) { return text.substr(0, text.find_last_not_of(u' ') + 1); }
 
-// Where a cell's text goes in its area. A line of text in a row made for one line lies in the same place whichever way
-// it is aligned.
+// Returns the area for a cell's text. In a row made for one line, a line of text has the same vertical position with
+// every alignment.
 Rect TextRoom(const Grid& grid, const Rect& area, bool fixed) {
     const Dpi dpi = grid.Metrics().Resolution();
     const int across = ScaledAtLeastOne(cellMarginAcross, dpi.x);
@@ -31,7 +31,7 @@ Rect TextRoom(const Grid& grid, const Rect& area, bool fixed) {
             area.bottom - line - down};
 }
 
-// How one cell's text is drawn.
+// The look of one cell's text.
 struct Ink {
     const FontSpec* font;
     OleColor fore;
@@ -73,7 +73,7 @@ class Painter {
     }
 
   private:
-    // Keeps the spans that lie in from..to, fixed and scrolled ones apart.
+    // Keeps the spans that are within from..to, and separates fixed and scrolled ones.
     static void Split(const std::vector<Span>& spans, int fixed, int from, int to, std::vector<Span>& fixedOnes,
                       std::vector<Span>& scrolledOnes) {
         for (const Span& span : spans) {
@@ -83,10 +83,10 @@ class Painter {
         }
     }
 
-    // The window beyond the last row and column.
+    // Paints the window beyond the last row and column.
     void PaintGround() {
         const Axis columns = ColumnAxis(grid_, view_);
-        // Mirrored twice it is the end along the axis.
+        // Mirrored twice, this is the end along the axis.
         const int end = shown_.columns.empty() ? 0 : columns.InWindow(shown_.columns.back()).end;
         const Span ground = columns.InWindow({0, end, columns.extent});
         const Rect beside{ground.start, 0, ground.end, view_.client.height};
@@ -114,7 +114,7 @@ class Painter {
         PaintLines(rows, columns, fixed);
     }
 
-    // Each group of merged cells is drawn once, at its first cell in the block, over the stretch of it that shows.
+    // Draws each group of merged cells once, at its first cell in the block, over the visible part of the group.
     void PaintMergedBlock(const std::vector<Span>& rows, const std::vector<Span>& columns, bool fixed) {
         std::vector<bool> done(rows.size() * columns.size());
         for (std::size_t r = 0; r < rows.size(); ++r) {
@@ -136,7 +136,7 @@ class Painter {
                         done[i * columns.size() + j] = true;
                     }
                 }
-                // The whole group, so that its text stands still whatever part of it is repainted.
+                // The whole group, so that its text stays in place whatever part of it is repainted.
                 const Rect area = shown_.AreaOf(merged);
                 PaintCell(merged.top, merged.left, area, fixed);
                 PaintLines({{rows[r].index, area.top, area.bottom}}, {{columns[c].index, area.left, area.right}},
@@ -160,8 +160,8 @@ class Painter {
             ink.fore = colors::grayText;
         } else if (!fixed && IsCursor(row, col) && format && format->foreColor == grid_.ForeColorSel() &&
                    !format->backColor) {
-            // A host that writes the current cell in the selection's colour counts on the selection's ground, without
-            // which it could not be read.
+            // A host that sets the current cell's text colour to that of the selection relies on the selection's
+            // background; without it, the text could not be read.
             ink.back = grid_.BackColorSel();
         }
         return ink;
@@ -187,12 +187,12 @@ class Painter {
             surface_.FillRect(inside, ink.back);
             return;
         }
-        // Text keeps its distance from the cell's own edges, not from the lines inside them, so that captions stand
-        // exactly above what is below them.
+        // Text keeps its distance from the cell's own edges, not from the lines inside them, so that captions are
+        // exactly above the texts below them.
         const Rect room = TextRoom(grid_, area, fixed);
         const int alignment = static_cast<int>(grid_.AlignmentOf(row, col, text));
         const bool broken = HasLineBreak(text);
-        // The quick path draws from left to right.
+        // The fast path draws from left to right.
         const bool plain = !mirrored_ || LooksSameBothWays(text);
         if (!picture && !broken && plain && ink.style == GridTextStyle::flat) {
             const int across = Across(alignment);
@@ -207,7 +207,7 @@ class Painter {
         PaintElaborate(text, inside, room, alignment, ink, picture ? format : nullptr);
     }
 
-    // Everything but one plain run of text: pictures, several lines, raised or sunken letters.
+    // Draws everything except a single plain run of text: pictures, several lines, raised or sunken letters.
     void PaintElaborate(TextView text, const Rect& inside, const Rect& room, int alignment, const Ink& ink,
                         const CellFormat* withPicture) {
         surface_.FillRect(inside, ink.back);
@@ -234,7 +234,8 @@ class Painter {
         const bool sunken = ink.style == GridTextStyle::inset || ink.style == GridTextStyle::insetLight;
         const bool both = ink.style == GridTextStyle::raised || ink.style == GridTextStyle::inset;
         if (ink.style != GridTextStyle::flat) {
-            // Light falls from the top left: on the upper edge of raised letters, on the lower edge of sunken ones.
+            // Light comes from the top left: it is on the upper edge of raised letters, and on the lower edge of sunken
+            // ones.
             const int light = sunken ? shift : -shift;
             surface_.DrawLabel(text, lines.Offset(light, light), *ink.font, colors::buttonHighlight, format);
             if (both) {
@@ -246,11 +247,11 @@ class Painter {
 
     static constexpr unsigned oneLine = text_format::singleLine | text_format::noPrefix;
 
-    // 0 left, 1 centre, 2 right on the screen; a right-to-left grid takes the other side.
+    // Returns 0 for left, 1 for centre, 2 for right on the screen; a right-to-left grid uses the other side.
     int Across(int alignment) const { return mirrored_ ? 2 - alignment / 3 : alignment / 3; }
 
-    // Where something of a size goes in a room. What is too large starts at the room's start, so that its first part
-    // is seen.
+    // Returns the position of something of a given size in an area. What is too large starts at the area's start, so
+    // that its first part is visible.
     Point OriginOf(const Rect& room, Size size, int across, int down) const {
         Point at{room.left, room.top};
         const int spareAcross = room.Width() - size.width;
@@ -264,7 +265,7 @@ class Painter {
         return at;
     }
 
-    // Lines of a block of cells, all at once: what is lit first, what lies in shadow over it.
+    // Draws all lines of a block of cells: the lit ones first, then those in shadow over them.
     void PaintLines(const std::vector<Span>& rows, const std::vector<Span>& columns, bool fixed) {
         const GridLineStyle style = fixed ? grid_.GridLinesFixed() : grid_.GridLines();
         const int line = LineWidth(grid_, fixed);
@@ -301,7 +302,7 @@ class Painter {
                 surface_.FillRect({x, top, x + line, bottom}, color);
             }
         } else if (style == GridLineStyle::inset) {
-            // A line cut in between the cells makes them stand out.
+            // A line cut in between the cells makes them look raised.
             atStart(colors::buttonHighlight);
             atEnd(grid_.Appearance() == GridAppearance::threeD ? colors::darkShadow3d : colors::buttonShadow);
         } else {

@@ -6,11 +6,11 @@
 
 namespace qvx::flexgrid {
 
-// Draws what shows in `dirty` (pixels of the client area) and nothing outside it. The surface's resolution must be that
-// of the grid's text metrics.
+// Draws the visible parts in `dirty` (pixels of the client area) and nothing outside it. The surface's resolution must
+// be that of the grid's text metrics.
 void Paint(const Grid& grid, const View& view, Surface& surface, const Rect& dirty);
 
-// The rectangle that the focus frame takes in a cell's area, and the editor that is laid over the cell: the area
+// Returns the rectangle of the focus frame in a cell's area, and of the editor that is placed over the cell: the area
 // without its grid lines.
 Rect InsideLines(const Grid& grid, const Rect& area, bool fixed);
 

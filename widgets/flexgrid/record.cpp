@@ -15,7 +15,7 @@ namespace qvx::flexgrid {
 
 namespace {
 
-constexpr std::size_t chunk = 16;  // characters read at a time where the processor can
+constexpr std::size_t chunk = 16;  // characters read at a time if the processor supports it
 constexpr std::size_t smallest = std::numeric_limits<std::uint8_t>::max();
 
 std::uint8_t* Bytes(std::vector<std::uint32_t>& words, std::size_t size) {
@@ -88,14 +88,14 @@ std::span<const std::uint8_t> RecordBuilder::FromCells(std::span<const CellView>
     return Build<std::uint32_t>(cells, wide, static_cast<std::size_t>(characters));
 }
 
-// Most rows are short and of Latin-1. Their record is put together from the text forward and from the ends backward:
-// the ends are written right in front of the text, with room for as many cells as the grid has, which most rows fill.
+// Most rows are short and in Latin-1. Their record is built from the text forwards and from the ends backwards: the
+// ends are written directly before the text, with room for as many cells as the grid has columns, which most rows fill.
 std::span<const std::uint8_t> RecordBuilder::FromShortItem(TextView item, std::size_t most, bool& latin1) {
     const std::size_t room = std::min(most, smallest);
     std::uint8_t* const ends = Bytes(buffer_, 2 + 2 * smallest + chunk) + 2;
     std::uint8_t* const text = ends + room;
-    std::size_t count = 0;      // of cells closed
-    std::size_t textCount = 0;  // of cells up to the last that holds text
+    std::size_t count = 0;      // of cells that are complete
+    std::size_t textCount = 0;  // of cells up to the last that has text
     std::size_t used = 0;
     unsigned bits = 0;
     const auto closeCell = [&] {
@@ -105,14 +105,14 @@ std::span<const std::uint8_t> RecordBuilder::FromShortItem(TextView item, std::s
     };
     std::size_t at = 0;
 #ifdef __SSE2__
-    // Sixteen characters at a time: narrowed, stored whole behind the text so far, and once more behind each tab.
+    // Sixteen characters at a time are narrowed, stored whole after the text so far, and once more after each tab.
     for (; at + chunk <= item.size() && count < room; at += chunk) {
         const auto* units = reinterpret_cast<const __m128i*>(item.data() + at);
         const __m128i low = _mm_loadu_si128(units);
         const __m128i high = _mm_loadu_si128(units + 1);
         const __m128i wide = _mm_andnot_si128(_mm_set1_epi16(0xFF), _mm_or_si128(low, high));
         if (_mm_movemask_epi8(_mm_cmpeq_epi16(wide, _mm_setzero_si128())) != 0xFFFF) {
-            bits = 0x100;  // perhaps only in surplus cells, which the slow way finds out
+            bits = 0x100;  // possibly only in surplus cells, which the slow path finds out
             break;
         }
         const __m128i narrow = _mm_packus_epi16(low, high);

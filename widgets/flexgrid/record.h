@@ -1,9 +1,9 @@
 // A row's cells packed into one record.
 //
-//     kind   how wide the numbers are (1, 2 or 4 bytes) and whether the text is Latin-1 or UTF-16
-//     count  of cells; those behind the last that holds text are left out
+//     kind   the width of the numbers (1, 2 or 4 bytes) and whether the text is Latin-1 or UTF-16
+//     count  of cells up to the last that has text
 //     ends   for each cell, the number of characters up to its end
-//     text   of all cells, one behind the other
+//     text   of all cells, without separators
 //
 // "Ann", "", "42" takes 10 bytes: 00 03 03 03 05 'A' 'n' 'n' '4' '2'. A row without any text has no record.
 #pragma once
@@ -24,7 +24,7 @@ namespace qvx::flexgrid {
 
 namespace record {
 
-// The kind's two low bits tell the width of the numbers, the third the text's encoding.
+// The kind's two low bits are the width of the numbers, the third is the text's encoding.
 constexpr std::uint8_t widthBits = 3;
 constexpr std::uint8_t wideBit = 4;
 
@@ -34,7 +34,7 @@ constexpr std::uint8_t widthCode = sizeof(Number) == 1   ? 0
                                                          : 2;
 
 // The parts of a record whose numbers have this type. Records start at multiples of four bytes, so that numbers and
-// UTF-16 lie aligned.
+// UTF-16 are aligned.
 template <class Number>
 struct Layout {
     static std::size_t TextStart(std::size_t count, bool wide) {
@@ -64,7 +64,7 @@ struct Layout {
     }
 };
 
-// use(Layout) with the layout of this record's numbers.
+// Calls use(Layout) with the layout of this record's numbers.
 template <class Use>
 auto With(std::uint8_t kind, Use&& use) {
     switch (kind & widthBits) {
@@ -79,13 +79,13 @@ auto With(std::uint8_t kind, Use&& use) {
 
 }  // namespace record
 
-// The cells of a row; good until the grid is next changed.
+// The cells of a row; valid until the grid is next changed.
 class RowView {
   public:
-    // nullptr is a row without text.
+    // nullptr means a row without text.
     explicit RowView(const std::uint8_t* bytes) : bytes_(bytes) {}
 
-    // Any column from 0 on; empty behind the last that holds text.
+    // Returns any column from 0 on; empty after the last that has text.
     CellView operator[](int col) const {
         assert(col >= 0);
         if (!bytes_) {
@@ -95,7 +95,7 @@ class RowView {
         if (!IsShort()) {
             return record::With(bytes_[0], [&](auto layout) { return layout.Cell(bytes_, at); });
         }
-        // Nearly all rows: short and of Latin-1.
+        // The fast path for nearly all rows, which are short and in Latin-1.
         const std::size_t count = bytes_[1];
         if (at >= count) {
             return {};
@@ -104,7 +104,7 @@ class RowView {
         const std::size_t start = at == 0 ? 0 : ends[at - 1];
         return {ends + count + start, ends[at] - start};
     }
-    // The texts of column `col` and of all behind it as one, without anything between them.
+    // Returns the texts of column `col` and of all later ones joined without a separator.
     CellView TextFrom(int col) const {
         assert(col >= 0);
         if (col >= Count()) {
@@ -112,22 +112,22 @@ class RowView {
         }
         const CellView first = (*this)[col];
         const CellView last = (*this)[Count() - 1];
-        // A record's texts lie one behind the other.
+        // The texts of a record are adjacent.
         return first.IsLatin1()
                    ? CellView(Bytes(first), static_cast<std::size_t>(Bytes(last) - Bytes(first)) + last.Size())
                    : CellView(first.Wide().data(),
                               static_cast<std::size_t>(last.Wide().data() - first.Wide().data()) + last.Size());
     }
-    // Cells up to the last that holds text.
+    // Returns the number of cells up to the last that has text.
     int Count() const {
         return bytes_ ? static_cast<int>(record::With(bytes_[0], [&](auto layout) { return layout.Count(bytes_); }))
                       : 0;
     }
-    // One of fewer than 256 characters, all of Latin-1, and not empty: see ShortRow.
+    // Whether the row has fewer than 256 characters, all in Latin-1, and is not empty: see ShortRow.
     bool IsShort() const { return bytes_ && bytes_[0] == record::widthCode<std::uint8_t>; }
-    // The record; nullptr for a row without text.
+    // Returns the record; nullptr for a row without text.
     const std::uint8_t* Data() const { return bytes_; }
-    // Bytes of the record.
+    // Returns the size of the record in bytes.
     std::size_t Size() const {
         if (!bytes_) {
             return 0;
@@ -147,13 +147,13 @@ class RowView {
     const std::uint8_t* bytes_;
 };
 
-// The cells of a row that IsShort(), for loops over many cells: nearly all rows are such, and what is asked of each
-// cell is asked once of the row.
+// The cells of a row that IsShort(), for loops over many cells: nearly all rows are short, and the conditions that
+// RowView checks for each cell are checked once for the row.
 class ShortRow {
   public:
     explicit ShortRow(const RowView& row)
         : count_(row.Data()[1]), ends_(row.Data() + 2), text_(reinterpret_cast<const char*>(ends_) + count_) {}
-    // As RowView's.
+    // The same as RowView's.
     std::string_view operator[](int col) const {
         const auto at = static_cast<std::size_t>(col);
         if (at >= count_) {
@@ -172,34 +172,36 @@ class ShortRow {
 // Builds records in a buffer of its own, one at a time.
 class RecordBuilder {
   public:
-    // The record of a row of tab-separated cells, at most `cols` of them. Empty when none holds text. Good until the
-    // next call; it need not lie aligned.
+    // Builds the record of a row of tab-separated cells, at most `cols` of them. Empty when none has text. Valid until
+    // the next call; it need not be aligned.
     std::span<const std::uint8_t> FromItem(TextView item, int cols);
-    // The record of these cells.
+    // Builds the record of these cells.
     std::span<const std::uint8_t> FromCells(std::span<const CellView> cells);
-    // The record of the same row with another text in column `col`.
+    // Builds the record of the same row with another text in column `col`.
     std::span<const std::uint8_t> WithCell(const RowView& row, int col, TextView text);
 
   private:
-    // Of fewer than 255 characters; `latin1` tells whether they were all read and the record holds.
+    // For rows of fewer than 255 characters; `latin1` is set to whether all characters are Latin-1 and the record is
+    // valid.
     std::span<const std::uint8_t> FromShortItem(TextView item, std::size_t most, bool& latin1);
     template <class Number>
     std::span<const std::uint8_t> Build(std::span<const CellView> cells, bool wide, std::size_t characters);
 
-    std::vector<std::uint32_t> buffer_;  // of words, for alignment
+    std::vector<std::uint32_t> buffer_;  // in words, for alignment
     std::vector<CellView> cells_;
 };
 
-// Another text for one cell of a short row of Latin-1, put into its record where that lies.
+// Changes one cell of a short row in Latin-1 within its record, in place.
 class ShortCellEdit {
   public:
-    // Not possible when the old or the new record is no such row's, or its last cell becomes empty. The text is copied.
+    // The change is not possible when the old or the new record is not of this kind, or its last cell becomes empty.
+    // The text is copied.
     ShortCellEdit(const RowView& row, int col, TextView text);
     bool Possible() const { return possible_; }
-    // Bytes of the record.
+    // Returns the size of the record in bytes.
     std::size_t OldSize() const { return 2 + oldCount_ + characters_; }
     std::size_t NewSize() const { return 2 + count_ + characters_ - (end_ - start_) + size_; }
-    // The record is changed; there must be room for the new one. Only when it is possible.
+    // Changes the record, which must have room for the new one. Only if the change is possible.
     void Apply(std::uint8_t* record) const noexcept;
 
   private:
@@ -241,7 +243,7 @@ inline ShortCellEdit::ShortCellEdit(const RowView& row, int col, TextView text)
 
 inline void ShortCellEdit::Apply(std::uint8_t* record) const noexcept {
     std::uint8_t* const ends = record + 2;
-    // The texts behind first, to whichever side they go.
+    // The texts after the cell are moved first, in either direction.
     std::uint8_t* const text = ends + count_;
     const std::uint8_t* const oldText = ends + oldCount_;
     if (end_ != characters_ && (text != oldText || size_ != end_ - start_)) {
@@ -259,7 +261,7 @@ inline void ShortCellEdit::Apply(std::uint8_t* record) const noexcept {
     }
 }
 
-// Cuts a record down to its first cells, in place. Returns the size of what is left, 0 when no text is.
+// Cuts a record to its first cells, in place. Returns the size of the rest, 0 when no text is left.
 std::size_t TruncateRecord(std::uint8_t* bytes, int cols) noexcept;
 
 }  // namespace qvx::flexgrid

@@ -7,11 +7,11 @@ namespace qvx::flexgrid {
 
 namespace {
 
-constexpr int gripPixels = 4;      // either side of a border, at 96 dots per inch
-constexpr int smallestPixels = 4;  // a resized item's least size, at 96 dots per inch
+constexpr int gripPixels = 4;      // on either side of a border, at 96 dots per inch
+constexpr int smallestPixels = 4;  // the smallest size of a resized item, at 96 dots per inch
 
-// The span whose end is nearest to the position and within the grip. Of two that end close together the later one is
-// taken, so that a narrow column can be widened again.
+// Returns the span whose end is nearest to the position and within the grip. Of two that end close together, the later
+// one is returned, so that a narrow column can be widened again.
 Border EndNear(const Axis& axis, int position, int dotsPerInch, Border::Kind kind) {
     const int grip = Scaled(gripPixels, dotsPerInch);
     Border found;

@@ -62,7 +62,7 @@ RowId RowIndex::FindAt(int position) const {
 // ---- Insertion -----------------------------------------------------------------------------------------------------
 
 void RowIndex::ReserveForInsert() {
-    // One leaf may split, and with it every inner node above and the root.
+    // One leaf may be split, and with it every inner node above and the root.
     const auto inners = static_cast<std::size_t>(height_) + 1;
     path_.reserve(inners);
     if (!spareLeaf_) {
@@ -79,7 +79,7 @@ RowIndex::Leaf& RowIndex::Descend(int& position, bool& rightmost) {
     rightmost = true;
     void* node = root_.node;
     if (position == size_) {
-        // Rows are mostly added at the end, where nothing need be searched.
+        // Rows are mostly added at the end, which needs no search.
         for (int level = height_; level > 0; --level) {
             auto& inner = *static_cast<Inner*>(node);
             path_.push_back({&inner, inner.size - 1});
@@ -91,7 +91,7 @@ RowIndex::Leaf& RowIndex::Descend(int& position, bool& rightmost) {
     for (int level = height_; level > 0; --level) {
         auto& inner = *static_cast<Inner*>(node);
         std::size_t i = 0;
-        // At a border the row goes to the end of the child before it.
+        // At a border, the row goes to the end of the child before it.
         while (position > inner.counts[i]) {
             position -= inner.counts[i++];
         }
@@ -151,7 +151,7 @@ void RowIndex::Insert(int position, std::span<const RowId> ids) {
     out = std::copy(ids.begin(), ids.end(), out);
     out = std::copy(at, end, out);
     const int total = static_cast<int>(out - all.begin());
-    // Rows appended one after the other leave full leaves behind them; elsewhere both halves keep room.
+    // Appending rows one after the other leaves full leaves; elsewhere both halves keep some room.
     rightmost = rightmost && offset == leaf->count;
     const int left = rightmost ? leafCapacity : total / 2;
     Leaf* right = spareLeaf_.release();
@@ -168,7 +168,8 @@ void RowIndex::Insert(int position, std::span<const RowId> ids) {
         left, DeviationOf(ordered.first(static_cast<std::size_t>(left))), rightmost);
 }
 
-// Hangs `child` behind the child the path leads to, which keeps leftCount rows; splits inner nodes on the way up.
+// Inserts `child` after the child to which the path leads, which keeps leftCount rows; splits inner nodes on the way
+// up.
 void RowIndex::AddChildAlongPath(Child child, int leftCount, std::int64_t leftDeviation, bool rightmost) noexcept {
     while (!path_.empty()) {
         Inner& inner = *path_.back().node;
@@ -265,7 +266,7 @@ void RowIndex::SetDeviation(int position, int pixels) {
     } else {
         deviations_.Set(id, pixels);
     }
-    int offset = position + 1;  // the insertion behind the row leads into the row's own leaf
+    int offset = position + 1;  // the insertion after the row leads to the row's own leaf
     bool rightmost = false;
     (void)Descend(offset, rightmost);
     AddAlongPath(0, change);

@@ -1,4 +1,4 @@
-// Taking rows out of the index: emptied nodes are freed, and neighbours that have become small are merged.
+// Removing rows from the index: emptied nodes are freed, and adjacent nodes that have become small are merged.
 #include <algorithm>
 
 #include "widgets/flexgrid/row_index.h"
@@ -80,12 +80,11 @@ void RowIndex::RemoveFrom(Child& child, int level, int position, int count) noex
         }
         inner.size = kept;
     }
-    // Some slack below the full size, so that the next insertions do not split again at once.
+    // The limit is below the full size, so that the next insertions do not split the node again at once.
     MergeChildren(inner, firstTouched - 1, lastTouched, level, leafCapacity * 3 / 4);
 }
 
-// Merges neighbours among the children first to last (and the one behind) whose contents fit one node with room to
-// spare.
+// Merges adjacent children among first to last (and the one after) whose contents fit into one node with room to spare.
 void RowIndex::MergeChildren(Inner& inner, int first, int last, int level, int leafLimit) noexcept {
     for (int i = std::max(first, 0); i <= last && i + 1 < inner.size;) {
         Child left = inner.Get(i);
@@ -145,7 +144,7 @@ void RowIndex::Remove(int position, int count) noexcept {
     }
     Forget();
     if (count == size_ && height_ > 0) {
-        // The leftmost leaf stays as the empty root, so that nothing need be allocated.
+        // The leftmost leaf stays as the empty root, so that nothing has to be allocated.
         ForgetTree(root_.node, height_);
         auto* node = root_.node;
         for (int level = height_; level > 0; --level) {

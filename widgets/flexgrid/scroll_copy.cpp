@@ -9,8 +9,8 @@
 namespace qvx::flexgrid {
 namespace {
 
-// One direction: what lies behind the headers and moves along, by how much, and what is bared. As it lies in the
-// window.
+// The move in one direction, in window coordinates: the part after the headers that moves along, by how much, and the
+// part that is bared.
 struct Slide {
     Span body;
     int by = 0;

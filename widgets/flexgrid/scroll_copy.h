@@ -1,4 +1,5 @@
-// Which part of a drawn picture can be moved when the view scrolls, so that only what comes into sight is drawn.
+// Finds the part of a drawn picture that can be moved when the view scrolls, so that only the newly visible part is
+// drawn.
 #pragma once
 
 #include <optional>
@@ -17,9 +18,9 @@ struct ScrollCopy {
     friend bool operator==(const ScrollCopy&, const ScrollCopy&) = default;
 };
 
-// The move from a picture drawn at the given first row and column to the grid's present ones. Nothing when too little
-// of it stays to be worth moving, when both directions have changed, and with merged cells, whose looks depend on what
-// shows.
+// Returns the move from a picture drawn with the given first row and column to the grid's present ones. Returns nullopt
+// when too little of it stays visible to be worth moving, when both directions have changed, and with merged cells,
+// whose appearance depends on the visible part.
 std::optional<ScrollCopy> FollowScroll(const Grid& grid, Size client, int oldTop, int oldLeft);
 
 }  // namespace qvx::flexgrid

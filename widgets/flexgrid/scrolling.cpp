@@ -12,7 +12,7 @@ BarRequest Opposite(BarRequest request) {
     if (request == BarRequest::ThumbSet || request == BarRequest::Track) {
         return request;
     }
-    // Every other request has its opposite beside it: back and on, start and end.
+    // Every request is next to its opposite: backwards and forwards, start and end.
     return static_cast<BarRequest>(static_cast<int>(request) ^ 1);
 }
 
@@ -23,7 +23,7 @@ int LargestFirst(const Axis& axis) {
     if (last < 0) {
         return axis.fixed;
     }
-    // The first item that lies whole in the last page, or the last one where not even that does.
+    // The first item that is completely within the last page, or the last item if even that is not.
     const std::int64_t page = axis.startOf(axis.count) - axis.ScrolledExtent();
     if (page <= axis.FixedExtent()) {
         return axis.fixed;
@@ -49,7 +49,7 @@ int FirstToShow(const Axis& axis, int index) {
     if (index <= axis.first) {
         return index;
     }
-    // What must lie before the window for the item's end to lie in it.
+    // What has to be before the window so that the item's end is inside it.
     const std::int64_t before = axis.startOf(index + 1) - axis.ScrolledExtent();
     if (before <= axis.startOf(axis.first)) {
         return axis.first;
@@ -75,7 +75,7 @@ bool Overflows(const Axis& axis, int extent) { return axis.startOf(axis.count) >
 
 Bar BarOf(const Axis& axis) {
     const int last = LargestFirst(axis);
-    // The page is the number of items behind the last position, so that the thumb reaches the end exactly there.
+    // The page is the number of items after the last position, so that the thumb reaches the end exactly there.
     const int page = std::max(1, axis.count - last);
     const int first = std::clamp(axis.first, axis.fixed, last);
     return {true, axis.fixed, last + page - 1, page, axis.mirrored ? axis.fixed + last - first : first};
@@ -86,7 +86,7 @@ bool ThumbMoves(const Bar& drawn, const Bar& wanted, int length) {
         drawn.page != wanted.page) {
         return true;
     }
-    // The ends are exact, so that the thumb always rests against its arrow there.
+    // The ends are exact, so that the thumb always touches its arrow there.
     const int last = wanted.max - wanted.page + 1;
     const auto isEnd = [&](int position) { return position <= wanted.min || position >= last; };
     if (isEnd(drawn.position) != isEnd(wanted.position)) {
@@ -146,7 +146,7 @@ int WheelCounter::Take(int delta, int stepsPerNotch) {
 }
 
 int AutoScrollSteps(int position, int from, int to, int dotsPerInch) {
-    // One step more for each quarter inch outside.
+    // One step more for each quarter inch of distance.
     const int quarter = std::max(1, dotsPerInch / 4);
     if (position < from) {
         return -(1 + (from - 1 - position) / quarter);

@@ -13,8 +13,8 @@ namespace qvx::flexgrid {
 
 namespace {
 
-// What a cell sorts by, read once. `rank` settles most comparisons: it grows with the number, or holds the first
-// characters of the text. Where ranks are equal the rest decides.
+// The sort key of a cell, read once. `rank` decides most comparisons: it grows with the number, or contains the first
+// characters of the text. Where ranks are equal, the rest decides.
 struct Key {
     std::uint64_t rank = 0;
     bool isText = false;
@@ -33,7 +33,7 @@ class Keys {
     void Add(const CellView& cell);
     // Rows count from 0 in the order they were added.
     std::uint64_t FirstRank(std::size_t row) const { return keys_[row * columns_].rank; }
-    // Below, at or above 0.
+    // Returns a value below, at or above 0.
     int Compare(std::size_t a, std::size_t b) const;
 
   private:
@@ -62,7 +62,7 @@ Key Keys::TextKey(TextView text) {
 
 Key Keys::NumberKey(double number) {
     Key key;
-    key.number = number == 0 ? 0 : number;  // the two zeros are one
+    key.number = number == 0 ? 0 : number;  // both zeros are equal
     const auto bits = std::bit_cast<std::uint64_t>(key.number);
     key.rank = (bits >> 63) != 0 ? ~bits : bits | std::uint64_t{1} << 63;
     return key;
@@ -84,7 +84,8 @@ void Keys::Add(const CellView& cell) {
             const TextView text = cell.AsWide(scratch_);
             const auto number = ReadNumeric(text);
             key = number ? NumberKey(*number) : TextKey(FoldedText(text));
-            // Numbers rank before texts; the place this takes costs the last bit, which the rest makes good.
+            // Numbers come before texts; the bit for that displaces the last bit, for which the remaining comparison
+            // makes up.
             key.rank = key.rank >> 1 | (number ? 0 : std::uint64_t{1} << 63);
             break;
         }
@@ -134,8 +135,8 @@ std::vector<std::uint32_t> SortedRows(const Grid& grid, GridSort order, int firs
             keys.Add(cells[col]);
         }
     });
-    // The first rank travels with the row number, so that most comparisons look at nothing else. Descending turns the
-    // comparison around, not the result: equal rows keep their order.
+    // The first rank is stored with the row number, so that most comparisons access nothing else. For a descending
+    // order, the comparison is reversed, not the result: equal rows keep their order.
     struct Item {
         std::uint64_t rank;
         std::uint32_t row;
@@ -160,7 +161,8 @@ std::vector<std::uint32_t> SortedRows(const Grid& grid, GridSort order, int firs
 }
 
 std::vector<std::uint32_t> SortedByQuestion(int firstRow, int lastRow, const std::function<int(int, int)>& compare) {
-    // Merging from runs of one row upward: unlike the standard sorts it stays within bounds whatever it is told.
+    // A merge sort from runs of one row upwards: unlike the standard sorts, it stays within bounds whatever the
+    // comparison returns.
     std::vector<std::uint32_t> rows = Numbers(firstRow, lastRow);
     std::vector<std::uint32_t> merged(rows.size());
     for (std::size_t run = 1; run < rows.size(); run *= 2) {

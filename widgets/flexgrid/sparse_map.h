@@ -1,4 +1,5 @@
-// A small table from row identities to values, for what few rows have. One that was never used holds no memory.
+// A small table from row identities to values, for settings that few rows have. A table that was never used takes no
+// memory.
 #pragma once
 
 #include <cassert>
@@ -9,7 +10,7 @@
 
 namespace qvx::flexgrid {
 
-// What a row keeps for life, wherever it moves. Numbers are used again after a row is gone.
+// The identity of a row, which stays the same wherever the row moves. Numbers are reused after a row has been removed.
 using RowId = std::uint32_t;
 constexpr RowId noRow = UINT32_MAX;
 
@@ -43,7 +44,7 @@ class SparseMap {
         Reserve(size_ + 1);
         Place(key, std::move(value));
     }
-    // Room for so many entries in all; setting up to that many does not allocate.
+    // Reserves room for `count` entries in all; setting up to that many does not allocate.
     void Reserve(std::size_t count) {
         if (count * 4 <= slots_.size() * 3) {
             return;
@@ -73,7 +74,7 @@ class SparseMap {
             hole = Next(hole);
         }
         for (std::size_t i = Next(hole); slots_[i].key != noRow; i = Next(i)) {
-            // An entry may move into the hole unless its home lies between the hole and itself.
+            // An entry may move into the hole unless its home slot is between the hole and itself.
             const std::size_t home = Home(slots_[i].key);
             const bool between = hole < i ? home > hole && home <= i : home > hole || home <= i;
             if (!between) {
@@ -88,7 +89,7 @@ class SparseMap {
         std::vector<Slot>().swap(slots_);
         size_ = 0;
     }
-    // use(RowId, Value&), in no particular order.
+    // Calls use(RowId, Value&), in no particular order.
     template <class Use>
     void ForEach(Use&& use) {
         for (Slot& slot : slots_) {

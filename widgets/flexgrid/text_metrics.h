@@ -1,5 +1,5 @@
-// What the grid must know about fonts to size itself. The window answers from its device; without a window the fixed
-// answers below stand in, so that a grid can be laid out headless.
+// The font metrics that the grid needs for its layout. A window provides those of its device; without a window, the
+// fixed metrics below are used, so that a grid can be laid out headless.
 #pragma once
 
 #include <cmath>
@@ -14,13 +14,14 @@ class TextMetrics {
   public:
     virtual ~TextMetrics() = default;
     virtual Dpi Resolution() const = 0;
-    // Width of one line of text in device pixels; trailing blanks count.
+    // Returns the width of one line of text in device pixels; trailing blanks count.
     virtual int TextWidth(TextView text, const FontSpec& font) const = 0;
-    // Height of one line in device pixels, external leading left out.
+    // Returns the height of one line in device pixels, without external leading.
     virtual int LineHeight(const FontSpec& font) const = 0;
 };
 
-// Every character 6 pixels wide and a line 13 high at 8.25 points and 96 dots per inch, in proportion at other sizes.
+// Every character is 6 pixels wide and a line is 13 pixels high at 8.25 points and 96 dots per inch, in proportion at
+// other sizes.
 class FixedTextMetrics final : public TextMetrics {
   public:
     explicit FixedTextMetrics(Dpi dpi = {}) : dpi_(dpi) {}
@@ -41,8 +42,8 @@ class FixedTextMetrics final : public TextMetrics {
     Dpi dpi_;
 };
 
-// Space between a cell's text and its edges, in pixels at 96 dots per inch: on each side across, in all down. A row of
-// one line needs the line and `cellSpaceDown`.
+// The space between a cell's text and its edges, in pixels at 96 dots per inch: `cellMarginAcross` on each side,
+// `cellSpaceDown` in total. A row of one line needs the height of the line and `cellSpaceDown`.
 constexpr int cellMarginAcross = 3;
 constexpr int cellSpaceDown = 3;
 

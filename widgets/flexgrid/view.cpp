@@ -15,7 +15,7 @@ std::vector<int> IndexesOf(const std::vector<Span>& spans) {
     return indexes;
 }
 
-// From the first to the last of the items that show; start > end for none.
+// Returns the span from the first to the last of the visible items; start > end for none.
 Span Reach(const std::vector<Span>& spans, int first, int last) {
     Span reach{first, INT32_MAX, INT32_MIN};
     for (const Span& span : spans) {
@@ -27,7 +27,7 @@ Span Reach(const std::vector<Span>& spans, int first, int last) {
     return reach;
 }
 
-// So far that borders and lines can still be added to it.
+// Limits a position so far that borders and lines can still be added to it.
 int Held(std::int64_t pixels) {
     constexpr std::int64_t farthest = 1 << 30;
     return static_cast<int>(std::clamp(pixels, -farthest, farthest));

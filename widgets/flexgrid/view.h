@@ -1,4 +1,4 @@
-// A grid in a window: where its cells lie, in device pixels of the window's client area.
+// A grid in a window: the positions of its cells, in device pixels of the window's client area.
 #pragma once
 
 #include <vector>
@@ -10,31 +10,32 @@
 
 namespace qvx::flexgrid {
 
-// What the window knows and the grid does not.
+// The state that the window knows and the grid does not.
 struct View {
     Size client;           // without bars and border
     bool focused = false;  // whether the window has the keyboard focus
-    // Where the border of a row or column is being dragged to; -1 is no drag. Along its axis.
+    // The position along its axis of a row's or column's border that is being dragged; -1 without a drag.
     int draggedColumn = -1;
     int draggedRow = -1;
 };
 
-// The grid must outlive the axes, which answer from it.
+// The grid must outlive the axes, which refer to it.
 Axis RowAxis(const Grid& grid, const View& view);
 Axis ColumnAxis(const Grid& grid, const View& view);
 
-// The rectangle of a cell, or of the part that shows of the merged cells it belongs to; grid lines included. It may
-// reach beyond the window. For a cell that does not show: where it would lie, no further than 2^30 pixels away.
+// Returns the rectangle of a cell, or of the visible part of the merged cells that it belongs to; grid lines included.
+// It may extend beyond the window. A cell that is not visible is where it would be, but at most 2^30 pixels away.
 Rect CellArea(const Grid& grid, const View& view, int row, int col);
 
-// What shows in a window at one time: the spans down and across, as they lie there, and which cells are drawn as one.
+// The visible part of a grid at one time: the spans down and across, in window coordinates, and which cells are drawn
+// as one.
 struct Shown {
     Shown(const Grid& grid, const View& view);
 
-    // The cells drawn as one with this one, as far as they show; the cell alone when nothing is merged with it.
+    // Returns the visible cells drawn as one with this one; the cell alone when nothing is merged with it.
     CellRange Merged(int row, int col) const { return merges.RangeOf(row, col); }
-    // The smallest rectangle around the cells of the range that show, which may reach beyond the window; empty for
-    // none.
+    // Returns the smallest rectangle around the visible cells of the range, which may extend beyond the window; empty
+    // for none.
     Rect AreaOf(const CellRange& range) const;
 
     std::vector<Span> rows;
@@ -42,7 +43,8 @@ struct Shown {
     MergeMap merges;
 };
 
-// Pixels of a grid line on this grid's device; 0 for no lines. Fixed cells have lines of their own kind.
+// Returns the width of a grid line in pixels on this grid's device; 0 without lines. Fixed cells have lines of their
+// own kind.
 int LineWidth(const Grid& grid, bool fixed);
 
 }  // namespace qvx::flexgrid

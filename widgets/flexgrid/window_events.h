@@ -1,5 +1,5 @@
-// What a grid's window tells the control around it. What happens to cells and cursor, the grid itself tells
-// (grid_listener.h).
+// The notifications of a grid's window for the control around it. The grid itself sends those about cells and the
+// cursor (grid_listener.h).
 #pragma once
 
 #include <memory>
@@ -8,31 +8,31 @@
 
 namespace qvx::flexgrid {
 
-// Called on the window's thread while it handles a message. A listener may do anything to the grid or the window,
-// destroy it too; but Scroll, like the grid's own events, comes from inside the grid, which must outlast it (Hold).
-// Positions are twips from the window's client corner; `shift` is as in common/keys.h.
+// Called on the window's thread while it handles a message. A listener may do anything to the grid or the window, and
+// may destroy it; but Scroll, like the grid's own events, is called from within the grid, which must outlive the call
+// (Hold). Positions are in twips from the window's client corner; `shift` is as in common/keys.h.
 class GridWindowEvents {
   public:
     virtual ~GridWindowEvents() = default;
-    // Keeps the listener's owner alive while a message or call is worked on.
+    // Keeps the listener's owner alive during a message or call.
     virtual std::shared_ptr<void> Hold() { return {}; }
     virtual void Click() {}
     virtual void DblClick() {}
-    // Before the grid acts on the key: another key may be put in its place, 0 is none.
+    // Called before the grid handles the key: the listener may replace it with another key, 0 for none.
     virtual void KeyDown(short& /*keyCode*/, short& /*shift*/) {}
     virtual void KeyPress(short& /*keyAscii*/) {}
     virtual void KeyUp(short& /*keyCode*/, short /*shift*/) {}
-    // Before the cursor moves; MouseRow and MouseCol already tell the cell.
+    // Called before the cursor moves; MouseRow and MouseCol already return the cell.
     virtual void MouseDown(short /*button*/, short /*shift*/, float /*x*/, float /*y*/) {}
     virtual void MouseMove(short /*button*/, short /*shift*/, float /*x*/, float /*y*/) {}
     virtual void MouseUp(short /*button*/, short /*shift*/, float /*x*/, float /*y*/) {}
-    // TopRow or LeftCol has changed, by whomever.
+    // TopRow or LeftCol has changed, whoever changed it.
     virtual void Scroll() {}
     virtual void GotFocus() {}
     virtual void LostFocus() {}
-    // The user has given a row or column another size.
+    // The user has resized a row or column.
     virtual void Resized() {}
-    // The text of the tool tip for a cell, empty for none; asked when the pointer rests on it.
+    // Returns the text of the tool tip for a cell, empty for none; called when the pointer rests on the cell.
     virtual Text ToolTip(int /*row*/, int /*col*/) { return {}; }
 };
 

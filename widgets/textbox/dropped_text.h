@@ -1,4 +1,4 @@
-// What a single-line box takes of a text that is dropped on it, as of one that is pasted.
+// The part of a text that a single-line box accepts when the text is dropped on it; the same as for a pasted text.
 #pragma once
 
 #include <algorithm>
@@ -8,8 +8,8 @@
 
 namespace qvx {
 
-// The first line, as far as there is room. `length` and `selected` are in characters of the box's present text;
-// `maxLength` 0 is no limit. Half of a surrogate pair is not taken.
+// Returns the first line, as far as there is room. `length` and `selected` are in characters of the box's present text;
+// `maxLength` 0 means no limit. A surrogate pair is not split.
 inline TextView DroppedText(TextView text, std::size_t length, std::size_t selected, std::size_t maxLength) {
     text = text.substr(0, text.find_first_of(TextView(u"\r\n\0", 3)));
     if (maxLength == 0) return text;

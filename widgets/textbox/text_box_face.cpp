@@ -3,7 +3,7 @@
 namespace qvx {
 namespace {
 
-// Between the border and the text, in pixels, as the system's edit control leaves it.
+// The distance between the border and the text, in pixels, as in the system's edit control.
 constexpr int innerMargin = 1;
 constexpr int sideMargin = 2;
 

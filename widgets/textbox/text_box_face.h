@@ -1,4 +1,4 @@
-// How a single-line text box looks, and how high it is.
+// The appearance and the height of a single-line text box.
 #pragma once
 
 #include "common/font_spec.h"
@@ -9,7 +9,7 @@
 
 namespace qvx {
 
-// Numbered as hosts and forms have them.
+// The numbers are those of hosts and forms.
 enum class TextBorder { none = 0, fixedSingle = 1, last = fixedSingle };
 enum class TextAlign { left = 0, right = 1, center = 2, last = center };
 enum class TextDepth { flat = 0, threeD = 1, last = threeD };
@@ -24,13 +24,13 @@ struct TextBoxLook {
     bool enabled = true;
 };
 
-// Pixels, each side: two for the three-dimensional edge, one for the flat line.
+// Returns the pixels on each side: two for the three-dimensional edge, one for the flat line.
 int BorderThickness(const TextBoxLook& look);
 
-// The height in pixels that one line of text gives the box.
+// Returns the height in pixels of a box with one line of text.
 int TextBoxHeight(const TextBoxLook& look, int lineHeight);
 
-// The whole box, for pictures and printing; a box in a window is the system's.
+// Paints the whole box, for pictures and printing; in a window, the system paints the box.
 void PaintTextBox(Surface& surface, const TextBoxLook& look, TextView text, const Rect& bounds);
 
 }  // namespace qvx

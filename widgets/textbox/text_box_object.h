@@ -15,11 +15,11 @@ namespace qvx {
 
 class TextBoxObject;
 
-// The object of one box, made when first asked for. Hosts may keep it longer than the box lives: from then on every
-// member fails with run-time error 364 "Object was unloaded".
+// The object of one box, created at first use. Hosts may keep it longer than the box exists: from then on every member
+// fails with run-time error 364 "Object was unloaded".
 class TextBoxAutomation {
   public:
-    // The box must outlive this. `fontChanged` is called after the box took another font over, whoever gave it.
+    // The box must outlive this. `fontChanged` is called after the font of the box has changed, whoever set it.
     TextBoxAutomation(TextBoxWindow& box, std::function<void()> fontChanged);
     ~TextBoxAutomation();
     TextBoxAutomation(const TextBoxAutomation&) = delete;
@@ -27,9 +27,9 @@ class TextBoxAutomation {
 
     TextBoxWindow& Box() { return box_; }
     FontProperty& Font() { return font_; }
-    // Gives the box a font without telling of it.
+    // Sets the font of the box without a notification.
     void LoadFont(const FontSpec& font);
-    // With a reference for the caller. Throws ComError, std::bad_alloc.
+    // Returns the object with a reference for the caller. Throws ComError, std::bad_alloc.
     IDispatch* Get();
 
   private:

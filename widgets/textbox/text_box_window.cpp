@@ -33,7 +33,7 @@ bool TextBoxWindow::Create(HWND parent) {
     return true;
 }
 
-// The window with what is in it.
+// Creates the window with its contents.
 bool TextBoxWindow::Make(HWND parent) {
     const TextBoxLook look = Look();
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | ES_AUTOHSCROLL | StyleOf(align_) |
@@ -57,7 +57,7 @@ bool TextBoxWindow::Make(HWND parent) {
     return true;
 }
 
-// What it looks like and what it answers to, which takes memory.
+// Applies the appearance and behaviour to the window, which takes memory.
 void TextBoxWindow::Dress(HWND parent) {
     ApplyFont();
     name_.Attach(Window());
@@ -74,7 +74,7 @@ void TextBoxWindow::Destroy() {
     DestroyWindow(window);
 }
 
-// Also when the parent takes the window along: the system keeps a drop target that nobody revokes.
+// This is also needed when the parent destroys the window: the system keeps a drop target that is not revoked.
 void TextBoxWindow::LetGo() {
     text_ = GetText();
     selection_ = SelectionOf(Window());
@@ -83,8 +83,8 @@ void TextBoxWindow::LetGo() {
     name_.Detach();
 }
 
-// For what an edit control takes only when it is made. When it throws, nothing has been done; afterwards it does
-// without what there is no memory for.
+// Creates the window anew, for properties that an edit control accepts only at creation. When it throws, nothing has
+// been done; afterwards, the new window does without the properties that there is no memory for.
 void TextBoxWindow::Recreate() {
     const HWND old = Window();
     if (!old) return;
@@ -96,7 +96,7 @@ void TextBoxWindow::Recreate() {
     if (!focused) return;
     const EditSelection selection = selection_;
     Focus();
-    // A listener that selects what is entered is not to take this for an entry.
+    // A listener may have selected the text, as it does when the user enters the box; this is no such case.
     if (Window())
         SendMessageW(Window(), EM_SETSEL, static_cast<WPARAM>(selection.start), selection.start + selection.length);
 }
@@ -136,7 +136,8 @@ void TextBoxWindow::SetText(TextView text) {
     NotifyChange();
 }
 
-// The text has changed: what cannot be told for want of memory is lost, rather than called a failure.
+// The text has changed: a notification that fails for lack of memory is lost, since the change itself must not be
+// reported as a failure.
 void TextBoxWindow::NotifyChange() {
     Contain([&] {
         qvx::Text text = GetText();
@@ -208,7 +209,7 @@ void TextBoxWindow::SetEnabled(bool enabled) {
     if (Window()) EnableWindow(Window(), enabled);
 }
 
-// The system's edit control makes up its mind about its border, and where its text goes inside it, when it is made.
+// The system's edit control decides at creation about its border and the position of its text.
 template <class Value>
 bool TextBoxWindow::Remake(Value& value, Value wanted) {
     if (value == wanted) return false;
@@ -243,7 +244,7 @@ void TextBoxWindow::SetFont(const FontSpec& font) {
 
 void TextBoxWindow::ApplyFont() {
     dpi_ = WindowDpi(Window());
-    // The former one goes only when the window has let go of it.
+    // The previous font is released only after the window has stopped using it.
     const SharedFont before = std::exchange(gdiFont_, AcquireFont(font_, dpi_));
     SendMessageW(Window(), WM_SETFONT, reinterpret_cast<WPARAM>(gdiFont_->Get()), TRUE);
 }

@@ -1,5 +1,5 @@
-// The text box: the system's single-line edit control with the members that hosts know on one. It keeps everything
-// itself while it has no window: before there is one, after it, and in a form designer.
+// The text box: the system's single-line edit control with the members that hosts expect. It keeps all properties
+// itself while it has no window: before the window is created, after it is destroyed, and in a form designer.
 #pragma once
 
 #include <windows.h>
@@ -17,25 +17,25 @@
 
 namespace qvx {
 
-// What happens in a text box. A listener may change the box, and destroy its window, in all of these.
+// Receives the events of a text box. In all of them, a listener may change the box and destroy its window.
 class TextBoxListener {
   public:
     virtual ~TextBoxListener() = default;
-    // The text is another one, by typing or by a program.
+    // The text has changed, by typing or by a program.
     virtual void TextBoxChange() {}
     virtual void TextBoxGotFocus() {}
-    // `to` has it now; null when it is no window of this thread's.
+    // `to` has the focus now; null when it is not a window of this thread.
     virtual void TextBoxLostFocus(HWND /*to*/) {}
-    // A virtual key, which the listener may change; 0 refuses it. A character that comes of the key comes all the same.
+    // A virtual key, which the listener may change; 0 refuses it. A character that results from the key still arrives.
     virtual void TextBoxKeyDown(int& /*key*/, int /*shift*/) {}
     // A UTF-16 unit, which the listener may change; 0 refuses it.
     virtual void TextBoxKeyPress(int& /*character*/) {}
     virtual void TextBoxKeyUp(int /*key*/, int /*shift*/) {}
-    // The height that suits the box may be another one.
+    // The height that suits the box may have changed.
     virtual void TextBoxPrepared() {}
 };
 
-// Which keys a touch keyboard offers first, by the system's numbers of input scopes.
+// The keys that a touch keyboard offers first, by the system's numbers of input scopes.
 enum class TouchKeys { text = 0, digits = 28, number = 29 };
 
 class TextBoxWindow final : private WindowSubclass {
@@ -44,28 +44,30 @@ class TextBoxWindow final : private WindowSubclass {
     explicit TextBoxWindow(TextBoxListener& listener) : listener_(listener) {}
     ~TextBoxWindow() override;
 
-    // The window, visible, in `parent`, which hands WM_COMMAND and WM_CTLCOLOR... of the box on. False when the system
-    // refuses one.
+    // Creates the window, visible, in `parent`, which passes on WM_COMMAND and WM_CTLCOLOR... of the box. Returns false
+    // when the system refuses.
     bool Create(HWND parent);
-    // Takes over what the window knows, and ends it.
+    // Saves the window's state and destroys it.
     void Destroy();
-    // Null while there is none.
+    // Null while there is no window.
     HWND Window() const { return Handle(); }
     using WindowSubclass::Watch;
-    // The notification code of a WM_COMMAND message of the box.
+    // `code` is the notification code of a WM_COMMAND message of the box.
     void OnCommand(WORD code);
     LRESULT OnColors(WPARAM wParam) { return colors_.Apply(wParam, enabled_); }
+    // Sets the window's outer size.
     void Resize(Size pixels);
-    // In pixels.
+    // Returns the height in pixels.
     int NaturalHeight(Dpi dpi) const;
-    // Takes its font anew if the window is of another resolution than before.
+    // Recreates the font if the resolution of the window has changed.
     void FollowResolution();
     TextBoxLook Look() const;
 
     qvx::Text GetText() const;
-    // What the eye sees of it.
+    // Returns the text as it is displayed.
     qvx::Text ShownText() const;
-    // Cut to MaxLength. Change is raised when it differs from what was there; the caret goes to the start.
+    // The text is cut to MaxLength. Change is raised when it differs from the previous text; the caret goes to the
+    // start.
     void SetText(TextView text);
     // Selections are in characters; see win/edit_field.h.
     int SelStart() const;
@@ -74,7 +76,7 @@ class TextBoxWindow final : private WindowSubclass {
     void SetSelLength(int length);
     qvx::Text SelText() const;
     void SetSelText(TextView text);
-    // 0 for as much as memory holds. Error 380 for a negative number. A text that is longer already stays.
+    // 0 means no limit but memory. Throws error 380 for a negative number. A text that is already longer stays.
     int MaxLength() const { return maxLength_; }
     void SetMaxLength(int length);
     bool Locked() const { return locked_; }
@@ -87,7 +89,7 @@ class TextBoxWindow final : private WindowSubclass {
     void SetBorderStyle(TextBorder border);
     TextDepth Appearance() const { return depth_; }
     void SetAppearance(TextDepth depth);
-    // Shown in place of every character; empty for the text itself. Only the first character counts.
+    // The character shown in place of every character; empty shows the text itself. Only the first character counts.
     const qvx::Text& PasswordChar() const { return passwordChar_; }
     void SetPasswordChar(TextView character);
     const qvx::Text& Tag() const { return tag_; }
@@ -100,8 +102,9 @@ class TextBoxWindow final : private WindowSubclass {
     void SetForeColor(OleColor color);
     const qvx::Text& ToolTipText() const { return toolTip_.Text(); }
     void SetToolTipText(TextView text) { toolTip_.Set(GetParent(Window()), Window(), text); }
+    // Takes effect on systems with touch keyboards only.
     void SetTouchKeys(TouchKeys keys);
-    // What assistive programs call the box.
+    // Sets the name of the box for assistive programs.
     void SetAccessibleName(TextView name) { name_.SetName(name); }
 
     void Focus() { SetFocus(Window()); }
@@ -137,7 +140,7 @@ class TextBoxWindow final : private WindowSubclass {
     int maxLength_ = 0;
     bool locked_ = false;
     bool enabled_ = true;
-    bool writing_ = false;  // the window's notifications are of our own making
+    bool writing_ = false;  // the box itself causes the window's notifications
     qvx::Text passwordChar_;
     qvx::Text tag_;
     ToolTip toolTip_;

@@ -60,7 +60,7 @@ class TextDropTarget::Target final : public ComObject<IDropTarget> {
             hasText_ = false;
             if (!text) return result;
             box_->Focus();
-            // The listener's handlers may have ended the box.
+            // The listener's handlers may have destroyed the box.
             if (!Takes(true)) return result;
             ShowCaret(place);
             const auto length = box_->GetText().size();
@@ -76,7 +76,7 @@ class TextDropTarget::Target final : public ComObject<IDropTarget> {
     bool Takes(bool anything = false) const {
         return box_ && box_->Window() && (hasText_ || anything) && box_->Enabled() && !box_->Locked();
     }
-    // What was dragged stays where it was: another program's text is not ours to remove.
+    // The dragged text stays in its source: another program's text must not be removed.
     HRESULT Answer(DWORD* effect) const {
         if (!effect) return E_POINTER;
         *effect = Takes() ? *effect & DROPEFFECT_COPY : DROPEFFECT_NONE;

@@ -1,4 +1,4 @@
-// Texts dragged onto a text box from other programs.
+// Dropping text from other programs onto a text box.
 #pragma once
 
 #include <windows.h>
@@ -11,8 +11,8 @@ namespace qvx {
 
 class TextBoxWindow;
 
-// Lets texts be dropped on the box while it has a window, where the mouse is. Nothing when the thread's host has not
-// prepared the system's drag and drop, as console programs have not.
+// Accepts texts dropped on the box while it has a window, and inserts them at the position of the mouse. Does nothing
+// when the thread's host has not initialised the system's drag and drop, as console programs have not.
 class TextDropTarget {
   public:
     TextDropTarget();
