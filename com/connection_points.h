@@ -29,8 +29,8 @@ class ConnectionPoints {
     HRESULT Enumerate(IEnumConnectionPoints** out) noexcept;
     HRESULT Find(REFIID iid, IConnectionPoint** out) noexcept;
 
-    // Calls every connected handler in the order in which they connected, with the number that the source interface gives
-    // to the event of that name. An event that the interface does not have calls nobody.
+    // Calls every connected handler in the order in which they connected, with the number that the source interface
+    // gives to the event of that name. An event that the interface does not have calls nobody.
     void Fire(TextView event, EventArguments arguments);
     // Whether any handler is connected for events.
     bool HasListeners() const;
