@@ -37,6 +37,10 @@ END
   return "$status"
 }
 
+# Whether a mount namespace of its own keeps a call's mounts from everybody else. In a chroot whose root is not a mount
+# point the system refuses that, and in most containers it refuses every mount.
+root32_can_mount() { as_root unshare --mount --propagation private true >/dev/null 2>&1; }
+
 make_root32() {
   local suite mirror new=$root32.new
   suite=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
@@ -120,7 +124,7 @@ prepare_root32() {
     root32_way=none
     return 1
   fi
-  if [[ -d $root32/var/qvx/template ]]; then
+  if [[ -d $root32/var/qvx/template ]] && root32_can_mount; then
     root32_way=chroot
   elif root32_fits_beside; then
     if ! is_installed wine32:i386; then
@@ -128,6 +132,10 @@ prepare_root32() {
       need wine32:i386
     fi
     root32_way=beside
+  elif ! root32_can_mount; then
+    warn "32-bit programs cannot be run: the root file system cannot be made private here, as in a plain chroot or a container that may not mount."
+    root32_way=none
+    return 1
   elif make_root32; then
     root32_way=chroot
   else

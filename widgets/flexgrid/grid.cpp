@@ -11,77 +11,32 @@ Grid::Grid() : columns_(2), metrics_(&FixedTextMetrics::Default()) { store_.Inse
 
 // ---- Listeners -----------------------------------------------------------------------------------------------------
 
-void Grid::AddListener(GridListener* listener) { listeners_.push_back(listener); }
-
-void Grid::RemoveListener(GridListener* listener) {
-    const auto found = std::find(listeners_.begin(), listeners_.end(), listener);
-    if (found == listeners_.end()) {
-        return;
-    }
-    if (notifying_ > 0) {
-        *found = nullptr;  // a loop over the list is in progress
-    } else {
-        listeners_.erase(found);
-    }
-}
-
-template <class Call>
-void Grid::Notify(Call call) {
-    struct Notifying {
-        Grid& grid;
-        explicit Notifying(Grid& g) : grid(g) { ++grid.notifying_; }
-        ~Notifying() {
-            if (--grid.notifying_ == 0) {
-                std::erase(grid.listeners_, nullptr);
-            }
-        }
-    } const telling(*this);
-    for (std::size_t i = 0; i < listeners_.size(); ++i) {
-        if (listeners_[i]) {
-            call(*listeners_[i]);
-        }
-    }
-}
-
-template <class Call>
-void Grid::NotifyAfterwards(Call call) noexcept {
-    Notify([&](GridListener& listener) {
-        try {
-            call(listener);
-        } catch (...) {
-            // The others are still notified.
-        }
-    });
-}
-
 // A listener may fail for lack of memory; the cursor then stays, although some listeners have been notified.
 void Grid::NotifyLeave() {
     try {
-        Notify([](GridListener& listener) { listener.LeaveCell(); });
+        listeners_.Notify([](GridListener& listener) { listener.LeaveCell(); });
     } catch (...) {
-        NotifyAfterwards([](GridListener& listener) { listener.EnterCell(); });
+        listeners_.NotifyAfterwards([](GridListener& listener) { listener.EnterCell(); });
         throw;
     }
 }
 
 void Grid::NotifyChange(GridChange change, const CellRange& range) {
-    if (!listeners_.empty()) {
-        NotifyAfterwards([&](GridListener& listener) { listener.Invalidated(change, range); });
-    }
+    listeners_.NotifyAfterwards([&](GridListener& listener) { listener.Invalidated(change, range); });
 }
 
 Grid::CellsMoving::CellsMoving(Grid& grid) : grid_(grid) {
-    grid_.Notify([](GridListener& listener) { listener.CellsMove(); });
+    grid_.listeners_.Notify([](GridListener& listener) { listener.CellsMove(); });
 }
 
 Grid::CellsMoving::~CellsMoving() {
-    grid_.Notify([](GridListener& listener) { listener.CellsMoved(); });
+    grid_.listeners_.Notify([](GridListener& listener) { listener.CellsMoved(); });
 }
 
 int Grid::AskOrder(int row1, int row2) {
     int result = 0;
     bool answered = false;
-    Notify([&](GridListener& listener) { answered = answered || listener.Compare(row1, row2, result); });
+    listeners_.Notify([&](GridListener& listener) { answered = answered || listener.Compare(row1, row2, result); });
     return result;
 }
 
@@ -179,7 +134,7 @@ void Grid::ChangeShape(const std::function<Shape()>& target, const std::function
         change(shape);
     } catch (...) {
         if (leaves) {
-            NotifyAfterwards([](GridListener& listener) { listener.EnterCell(); });
+            listeners_.NotifyAfterwards([](GridListener& listener) { listener.EnterCell(); });
         }
         throw;
     }
@@ -187,11 +142,11 @@ void Grid::ChangeShape(const std::function<Shape()>& target, const std::function
     std::tie(row_, col_, rowSel_, colSel_) = std::tie(after.row, after.col, after.rowSel, after.colSel);
     LayoutChanged(0, 0);
     if (leaves) {
-        NotifyAfterwards([](GridListener& listener) { listener.EnterCell(); });
-        NotifyAfterwards([](GridListener& listener) { listener.RowColChange(); });
+        listeners_.NotifyAfterwards([](GridListener& listener) { listener.EnterCell(); });
+        listeners_.NotifyAfterwards([](GridListener& listener) { listener.RowColChange(); });
     }
     if (before != after) {
-        NotifyAfterwards([](GridListener& listener) { listener.SelChange(); });
+        listeners_.NotifyAfterwards([](GridListener& listener) { listener.SelChange(); });
     }
 }
 
@@ -276,10 +231,10 @@ void Grid::MoveCursor(Cursor target) {
     std::tie(row_, col_, rowSel_, colSel_) = std::tie(target.row, target.col, target.rowSel, target.colSel);
     NotifyChange(GridChange::selection, old.Union(Selection()));
     if (leaves) {
-        NotifyAfterwards([](GridListener& listener) { listener.EnterCell(); });
-        NotifyAfterwards([](GridListener& listener) { listener.RowColChange(); });
+        listeners_.NotifyAfterwards([](GridListener& listener) { listener.EnterCell(); });
+        listeners_.NotifyAfterwards([](GridListener& listener) { listener.RowColChange(); });
     }
-    NotifyAfterwards([](GridListener& listener) { listener.SelChange(); });
+    listeners_.NotifyAfterwards([](GridListener& listener) { listener.SelChange(); });
 }
 
 // Restores the cursor's position after the cells have been restored.
@@ -288,8 +243,8 @@ void Grid::PutCursorBack(const Cursor& to) noexcept {
     std::tie(row_, col_, rowSel_, colSel_) = std::tie(to.row, to.col, to.rowSel, to.colSel);
     LayoutChanged(0, 0);
     if (left != to) {
-        NotifyAfterwards([](GridListener& listener) { listener.RowColChange(); });
-        NotifyAfterwards([](GridListener& listener) { listener.SelChange(); });
+        listeners_.NotifyAfterwards([](GridListener& listener) { listener.RowColChange(); });
+        listeners_.NotifyAfterwards([](GridListener& listener) { listener.SelChange(); });
     }
 }
 

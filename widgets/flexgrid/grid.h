@@ -24,6 +24,8 @@
 #include "widgets/flexgrid/format_table.h"
 #include "widgets/flexgrid/grid_listener.h"
 #include "widgets/flexgrid/grid_look.h"
+#include "widgets/flexgrid/listener_list.h"
+#include "widgets/flexgrid/row_values.h"
 #include "widgets/flexgrid/text_metrics.h"
 
 namespace qvx::flexgrid {
@@ -47,8 +49,8 @@ class Grid final : public GridLook {
 
     // ---- Listeners -------------------------------------------------------------------------------------------------
     // Not owned; notified in the order in which they were added.
-    void AddListener(GridListener* listener);
-    void RemoveListener(GridListener* listener);
+    void AddListener(GridListener* listener) { listeners_.Add(listener); }
+    void RemoveListener(GridListener* listener) { listeners_.Remove(listener); }
 
     // ---- Counts ----------------------------------------------------------------------------------------------------
     // Reducing the number of rows or columns drops cells, the last first. FixedRows must be less than Rows and
@@ -300,12 +302,7 @@ class Grid final : public GridLook {
     };
 
     void LookChanged() override;
-    template <class Call>
-    void Notify(Call call);
     void NotifyLeave();
-    // Notifies of a change that has been made: a listener that fails, for lack of memory, does not undo it.
-    template <class Call>
-    void NotifyAfterwards(Call call) noexcept;
     void NotifyChange(GridChange change, const CellRange& range);
     void LayoutChanged(int row, int col);
 
@@ -316,9 +313,8 @@ class Grid final : public GridLook {
 
     // The fields that Reach::all restores besides the store and the cursor.
     auto KeptFields() {
-        return std::tie(formats_, columns_, newColumn_, heights_, rowData_, mergeRows_, allHeights_, allMergeRows_,
-                        rowHeightMin_, fixedRows_, fixedCols_, wantFixedRow_, wantFixedCol_, topRow_, leftCol_,
-                        formatString_, structureVersion_);
+        return std::tie(formats_, columns_, newColumn_, heights_, rowData_, mergeRows_, rowHeightMin_, fixedRows_,
+                        fixedCols_, wantFixedRow_, wantFixedCol_, topRow_, leftCol_, formatString_, structureVersion_);
     }
 
     Shape CurrentShape() const { return {Rows(), Cols(), fixedRows_, fixedCols_}; }
@@ -363,7 +359,7 @@ class Grid final : public GridLook {
     void ChangeFormats(const CellRange& range, Change change);
     const CellFormat& CursorFormat() const;
     void DropRowSettings(RowId id) noexcept;
-    int SharedRowPixels() const { return PixelsDown(EffectiveHeight(allHeights_)); }
+    int SharedRowPixels() const { return PixelsDown(EffectiveHeight(heights_.Shared())); }
     void FontOrMetricsChanged();
     // Sets a field on which the heights of rows depend, and measures them again; restores the field when that fails.
     template <class T>
@@ -381,12 +377,9 @@ class Grid final : public GridLook {
     Column newColumn_;                                // initial settings of columns to be added
     mutable std::vector<std::int64_t> columnStarts_;  // empty, or Cols + 1 pixel positions
 
-    // These tables contain only rows that differ, by identity, so that the values move with their rows.
-    SparseMap<int> heights_;  // twips
-    SparseMap<std::int32_t> rowData_;
-    SparseMap<bool> mergeRows_;
-    int allHeights_ = defaultSize;  // of the rows not in heights_
-    bool allMergeRows_ = false;     // of the rows not in mergeRows_
+    RowValues<int> heights_{defaultSize};  // twips
+    RowValues<std::int32_t> rowData_{0};
+    RowValues<bool> mergeRows_{false};
     int rowHeightMin_ = 0;
     int defaultRowHeight_ = 240;
 
@@ -409,9 +402,8 @@ class Grid final : public GridLook {
     std::shared_ptr<const qvx::Picture> picture_;
     const TextMetrics* metrics_;
     std::uint64_t structureVersion_ = 0;
-    bool isWhole_ = false;                  // an AllOrNothing is open
-    std::vector<GridListener*> listeners_;  // removed ones are nullptr while notifying_ > 0
-    int notifying_ = 0;
+    bool isWhole_ = false;  // an AllOrNothing is open
+    ListenerList listeners_;
 };
 
 template <class Predicate>

@@ -103,29 +103,24 @@ int Grid::EffectiveHeight(int own) const {
 
 int Grid::RowHeight(int row) const {
     CheckRow(row);
-    const int* own = heights_.Find(store_.IdAt(row));
-    return EffectiveHeight(own ? *own : allHeights_);
+    return EffectiveHeight(heights_.Of(store_.IdAt(row)));
 }
 
 void Grid::SetRowHeight(int row, int twips) {
     CheckSize(twips);
     if (row == all) {
-        allHeights_ = twips;
-        heights_.Clear();
+        heights_.SetAll(twips);
         store_.SetDeviations({});
         LayoutChanged(0, 0);
         return;
     }
     CheckRow(row);
     const RowId id = store_.IdAt(row);
-    if (twips == allHeights_) {
-        store_.SetDeviation(row, 0);
-        heights_.Erase(id);
-    } else {
-        heights_.Reserve(heights_.Size() + 1);
-        store_.SetDeviation(row, PixelsDown(EffectiveHeight(twips)) - SharedRowPixels());
-        heights_.Set(id, twips);
+    if (twips != heights_.Shared()) {
+        heights_.Reserve(1);
     }
+    store_.SetDeviation(row, PixelsDown(EffectiveHeight(twips)) - SharedRowPixels());
+    heights_.Set(id, twips);
     LayoutChanged(row, 0);
 }
 
@@ -148,8 +143,8 @@ void Grid::ChangeHeights(T& field, T value) {
 SparseMap<int> Grid::MeasureDeviations() const {
     SparseMap<int> deviations;
     const int shared = SharedRowPixels();
-    deviations.Reserve(heights_.Size());
-    heights_.ForEach([&](RowId id, int own) {
+    deviations.Reserve(heights_.OwnCount());
+    heights_.ForEachOwn([&](RowId id, int own) {
         if (const int deviation = PixelsDown(EffectiveHeight(own)) - shared; deviation != 0) {
             deviations.Set(id, deviation);
         }
@@ -169,22 +164,18 @@ void Grid::SetRowHeightMin(int twips) {
 
 std::int32_t Grid::RowData(int row) const {
     CheckRow(row);
-    const std::int32_t* data = rowData_.Find(store_.IdAt(row));
-    return data ? *data : 0;
+    return rowData_.Of(store_.IdAt(row));
 }
 
 void Grid::SetRowData(int row, std::int32_t data) {
     if (row != all) {
         CheckRow(row);
-        if (data == 0) {
-            rowData_.Erase(store_.IdAt(row));
-        } else {
-            rowData_.Set(store_.IdAt(row), data);
-        }
+        rowData_.Set(store_.IdAt(row), data);
         return;
     }
+    // Of the rows that there are: those to come have 0.
     if (data == 0) {
-        rowData_.Clear();
+        rowData_.SetAll(0);
         return;
     }
     rowData_.Reserve(static_cast<std::size_t>(Rows()));
@@ -195,22 +186,17 @@ void Grid::SetRowData(int row, std::int32_t data) {
 
 bool Grid::MergeRow(int row) const {
     CheckRow(row);
-    return mergeRows_.Find(store_.IdAt(row)) ? !allMergeRows_ : allMergeRows_;
+    return mergeRows_.Of(store_.IdAt(row));
 }
 
 void Grid::SetMergeRow(int row, bool merge) {
     if (row == all) {
-        allMergeRows_ = merge;
-        mergeRows_.Clear();
+        mergeRows_.SetAll(merge);
         NotifyChange(GridChange::formats, {0, 0, Rows() - 1, Cols() - 1});
         return;
     }
     CheckRow(row);
-    if (merge == allMergeRows_) {
-        mergeRows_.Erase(store_.IdAt(row));
-    } else {
-        mergeRows_.Set(store_.IdAt(row), merge);
-    }
+    mergeRows_.Set(store_.IdAt(row), merge);
     NotifyChange(GridChange::formats, {row, 0, row, Cols() - 1});
 }
 

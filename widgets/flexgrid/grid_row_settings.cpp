@@ -6,16 +6,15 @@ namespace qvx::flexgrid {
 Grid::RowSettings Grid::SettingsOf(int row) const {
     CheckRow(row);
     const RowId id = store_.IdAt(row);
-    const int* height = heights_.Find(id);
-    return {height ? *height : allHeights_, RowData(row), MergeRow(row), formats_.OfRow(id)};
+    return {heights_.Of(id), RowData(row), MergeRow(row), formats_.OfRow(id)};
 }
 
 void Grid::SetSettings(int row, const RowSettings& settings) {
     CheckRow(row);
     // After this, only setting the height can fail, and it comes first.
     formats_.ReserveForRow();
-    rowData_.Reserve(rowData_.Size() + 1);
-    mergeRows_.Reserve(mergeRows_.Size() + 1);
+    rowData_.Reserve(1);
+    mergeRows_.Reserve(1);
     SetRowHeight(row, settings.height);
     SetRowData(row, settings.data);
     SetMergeRow(row, settings.merge);
