@@ -28,7 +28,7 @@ class Control : public Dispatch<I>, public ControlBase {
     IUnknown* Unknown() override { return static_cast<I*>(this); }
 
     // Implements the whole of a property's setter: `apply` applies the value, then the host is notified under the
-    // property's name. Returns what Guard makes of an error that `apply` throws; the host is not notified then.
+    // property's name. An error that `apply` throws becomes the result, and the host is not notified.
     template <typename Apply>
     HRESULT Put(TextView name, Apply apply) {
         return Guard([&] {

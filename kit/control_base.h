@@ -2,7 +2,7 @@
 // is written with it.
 //
 // The control's window exists from the moment it is first needed; while the control is not active in place, it is
-// hidden in a window of the library. The virtual functions are called on the thread that created the control.
+// hidden in a window of the library. The functions that a control overrides are called on the host's single thread.
 #pragma once
 
 #include <windows.h>
@@ -168,8 +168,8 @@ class ControlBase : public IOleObject,
 
     // --- What a control calls. ---
 
-    // Is the last call of a setter, with the property's name as the type library spells it: marks the control as
-    // changed, notifies listeners, and repaints it. Does nothing while properties are being read.
+    // Marks the control as changed, notifies listeners, and repaints it: the last call of a setter, with the property's
+    // name as the type library spells it. Does nothing while properties are being read.
     void Changed(TextView name);
     // Asks for the control to be repainted, whether it is active or not.
     void Invalidate();
@@ -261,7 +261,7 @@ class ControlBase : public IOleObject,
     virtual bool WantsKey(const MSG&) { return false; }
     // Returns the class identifiers of the control's property pages.
     virtual std::span<const CLSID> PropertyPages() const { return {}; }
-    // Is the last call before the object is destroyed; host and window still exist.
+    // Called last, before the object is destroyed; host and window still exist.
     virtual void OnTerminate() {}
 
     // --- For Control<I>. ---
@@ -294,8 +294,7 @@ class ControlBase : public IOleObject,
     void ViewChanged();
     void Terminate();
 
-    // Recreates the inner windows if the host has changed between designing and running while the control is in its
-    // place.
+    // Recreates the inner windows if the host has changed between designing and running while the control has a window.
     void FollowUserMode();
 
     class Loading;

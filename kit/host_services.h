@@ -53,7 +53,7 @@ class HostServices {
     ComPtr<IDispatch> Extended() const;
     // Returns the extended control's Tag; "" without one.
     Text Tag() const;
-    // Sets the extended control's Tag; false when the host has none.
+    // Sets the extended control's Tag; false when this fails.
     bool SetTag(const Text& tag) const;
     // Returns the position in the tab order; -1 when the host keeps none.
     int TabIndex() const;
@@ -63,8 +63,9 @@ class HostServices {
     // Returns the form's Caption, else the title of the top-level window that holds `window` (may be null), else the
     // application's title.
     Text FormCaption(HWND window) const;
-    // Returns the window that the control is on: its container's hWnd, else the window that the host gives its controls
-    // as parent, else the parent of `window` (the control's own, may be null). Null when there is none of this process.
+    // Returns the window that the control is on: its container's hWnd (the form's if it has no container), else the
+    // window that the host gives its controls as parent, else the form's hWnd, else the parent of `window` (the
+    // control's own, may be null). Null when there is none of this process.
     HWND ContainerWindow(HWND window) const;
     // Returns the form's hWnd, else the top-level window around ContainerWindow; null without either.
     HWND FormWindow(HWND window) const;

@@ -85,6 +85,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void Resize(Size pixels);
     // Does the preparation at the first show in run mode. An error is reported.
     void Show(bool userMode);
+    // Unloads the pick lists at the end of the control.
     void Terminate();
 
     // Ends an open edit: before the current cell moves, and before the window is destroyed.
@@ -102,6 +103,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
         changingRows_ = before;
     }
 
+    // Ends an open edit and leaves one empty data row, in a grid that counts as unchanged.
     void RemoveAllRecords();
     // Replaces the data rows with the records, one row for each, while the inner grid is hidden; without any record one
     // empty row remains. Errors are passed on and leave the rows loaded so far.

@@ -20,7 +20,7 @@ class ConnectionObject final : public host::NamedObject {
     ConnectionObject();
 
     STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
-    // Returns the connection behind an object; null for an object of another program.
+    // Returns an object as a connection; null for an object of another program.
     static ComPtr<ConnectionObject> From(IDispatch* object);
 
     void Open(const Text& connectionString);
