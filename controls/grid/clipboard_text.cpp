@@ -89,8 +89,8 @@ TextView ClipboardCells::TakeCell(std::size_t& at) const {
     return {rest.begin(), end};
 }
 
-// The scan for a missing closing quote ends at the next single quote, so that no part of the text is scanned
-// repeatedly.
+// The scan for a missing closing quote ends at the next quote that is not doubled, so that no part of the text is
+// scanned repeatedly.
 bool ClipboardCells::TakeQuoted(std::size_t& at, TextView& cell) const {
     const std::size_t begin = at + 1;
     bool doubled = false;
