@@ -1,4 +1,4 @@
-// The maker of controls and property pages that the system asks for.
+// The class factory of the controls and property pages that the system creates.
 #pragma once
 
 #include <windows.h>
@@ -10,6 +10,7 @@
 
 namespace qvx {
 
+// `create` makes the object; a factory is made for each class. Aggregation is refused (CLASS_E_NOAGGREGATION).
 class ClassFactory final : public ComObject<IClassFactory> {
   public:
     explicit ClassFactory(CreateFunction create) : create_(create) {}

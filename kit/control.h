@@ -27,22 +27,23 @@ class Control : public Dispatch<I>, public ControlBase {
 
     IUnknown* Unknown() override { return static_cast<I*>(this); }
 
-    // The whole of a property's setter: `apply` takes the value, then the host hears of it under the property's name.
+    // Implements the whole of a property's setter: `apply` applies the value, then the host is notified under the
+    // property's name. An error that `apply` throws becomes the result, and the host is not notified.
     template <typename Apply>
     HRESULT Put(TextView name, Apply apply) {
         return Guard([&] {
-            const auto keep = KeepAlive();  // a handler of what the change raises may let go of the control
+            const auto keep = KeepAlive();  // a handler of an event that the change raises may release the control
             apply();
             ControlBase::Changed(name);
         });
     }
 };
 
-// For ControlClass::create.
+// Makes a control, for ControlClass::create.
 template <typename C>
 HRESULT CreateControl(REFIID iid, void** object) {
     const auto control = MakeObject<C>();
-    // Some hosts neither initialise a control nor load it.
+    // Some hosts neither initialise a control nor load it, so it starts with its defaults.
     control->InitialiseNew();
     return control->QueryInterface(iid, object);
 }

@@ -1,4 +1,4 @@
-// The control kit's life of an object: references, window, focus, notifications.
+// The lifetime of a control: references, window, focus, notifications.
 #include "kit/control_base.h"
 
 #include <olectl.h>
@@ -17,7 +17,7 @@ ControlBase::ControlBase(const ControlClass& controlClass, const IID& interfaceI
     : class_(controlClass), interfaceId_(interfaceId), connections_(this, *controlClass.events) {}
 
 ControlBase::~ControlBase() {
-    // The window goes next, and nobody is to be told any more.
+    // The window is destroyed next, and no one is notified any more.
     inPlaceActive_ = false;
     uiActive_ = false;
     if (accelerators_) DestroyAcceleratorTable(accelerators_);
@@ -34,7 +34,7 @@ HRESULT ControlBase::QueryKitInterface(REFIID iid, void** object) {
     offer(static_cast<IOleControl*>(this), IID_IOleControl);
     offer(static_cast<IViewObjectEx*>(this), IID_IViewObjectEx, IID_IViewObject2, IID_IViewObject);
     offer(static_cast<IPersistPropertyBag*>(this), IID_IPersistPropertyBag);
-    // A stream that is not asked whether it is new has the same methods, less the last one.
+    // IPersistStream has the same methods as IPersistStreamInit, except for the last one.
     offer(static_cast<IPersistStreamInit*>(this), IID_IPersistStreamInit, IID_IPersistStream, IID_IPersist);
     offer(static_cast<IPersistStorage*>(this), IID_IPersistStorage);
     offer(static_cast<IProvideClassInfo2*>(this), IID_IProvideClassInfo2, IID_IProvideClassInfo);
@@ -70,7 +70,7 @@ HWND ControlBase::EnsureWindow() {
     if (WindowHandle()) return WindowHandle();
     EnsureSize();
     if (!window_) window_ = std::make_unique<ControlWindow>(*this, ParkingWindow::OfThisThread());
-    // A window that lacks something is none: the next call makes a whole one.
+    // An incomplete window is discarded: the next call creates a complete one.
     const auto giveUp = [this] {
         window_->Destroy();
         window_.reset();
@@ -111,10 +111,10 @@ long ControlBase::WindowNumber() {
 }
 
 long ControlBase::DeviceContextNumber() {
-    // Without a window GetDC would lend the whole screen's.
+    // Without a window, GetDC would return the device context of the whole screen.
     const HWND window = EnsureWindow();
     if (!window) return 0;
-    // The window owns its device context, so there is nothing to give back.
+    // The window owns its device context, so it need not be released.
     return static_cast<long>(reinterpret_cast<LONG_PTR>(GetDC(window)));
 }
 
@@ -131,7 +131,7 @@ void ControlBase::EnsureSize() {
 void ControlBase::SetPixelSize(Size pixels) {
     pixels_ = pixels;
     const Dpi dpi = WindowDpi(WindowHandle());
-    // A container that set the extent gets back what it set, not what pixels made of it.
+    // A container that has set the extent reads the same one again, not one that has been rounded to pixels.
     if (HimetricToPixels(extent_, dpi) != pixels) extent_ = PixelsToHimetric(pixels, dpi);
 }
 
@@ -148,7 +148,7 @@ void ControlBase::RequestPixelSize(Size pixels) {
         site->OnPosRectChange(&position);
     }
     if (pixels != pixels_) {
-        // A container that set the width gets back what it set, not what pixels made of it.
+        // A container that has set the width reads the same one again, not one that has been rounded to pixels.
         const SIZEL extent = PixelsToHimetric(pixels, WindowDpi(WindowHandle()));
         if (pixels.width != pixels_.width) extent_.cx = extent.cx;
         if (pixels.height != pixels_.height) extent_.cy = extent.cy;
@@ -163,7 +163,7 @@ void ControlBase::RequestPixelSize(Size pixels) {
 }
 
 LRESULT ControlBase::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    // A handler of the host's may release the control in the middle of a message.
+    // A handler of the host may release the control in the middle of a message.
     const auto keep = KeepAlive();
     if (const auto answer = OnWindowMessage(message, wParam, lParam)) return *answer;
     return HandleMessage(message, wParam, lParam);
@@ -183,17 +183,17 @@ LRESULT ControlBase::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_ERASEBKGND:
             return 1;
         case WM_SIZE:
-            // Made and parked windows are told their size by EnsureWindow, once inner windows are there.
+            // EnsureWindow reports the size of created and parked windows, once inner windows exist.
             if (inPlaceActive_) {
                 const Size size{LOWORD(lParam), HIWORD(lParam)};
                 OnResize(size);
                 CutWindow(size);
-                // Everything in the picture may have another place.
+                // Everything in the picture may have moved.
                 window_->Invalidate();
             }
             return 0;
         case WM_DPICHANGED_AFTERPARENT:
-            // A host may leave its controls the size that they have in pixels.
+            // A host may keep the size of its controls in pixels.
             if (inPlaceActive_) {
                 OnResize(pixels_);
                 CutWindow(pixels_);
@@ -207,7 +207,7 @@ LRESULT ControlBase::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             FocusMovesTo(reinterpret_cast<HWND>(wParam));
             return 0;
         case WM_MOUSEACTIVATE:
-            // Comes from inner windows too, before any of them sees the button.
+            // The message comes from inner windows too, before any of them receives the button.
             if (UserMode() && !HasFocus()) TakeFocus();
             break;
         case WM_DESTROY:
@@ -227,12 +227,12 @@ void ControlBase::Paint(HWND window) {
 }
 
 void ControlBase::OnWindowGone() {
-    // Destroyed with the host's window; the object may be activated again in another.
+    // The window was destroyed with the host's window; the object may be activated again in another one.
     focused_ = false;
     clip_.reset();
     cut_ = false;
     if (!inPlaceActive_) return;
-    // A frame that still held the active object would keep it alive for ever, as the object holds the frame.
+    // A frame that still holds the active object would keep it alive for ever, because the object holds the frame.
     const auto keep = KeepAlive();
     Deactivate();
 }
@@ -246,12 +246,12 @@ void ControlBase::FocusMovesTo(HWND moving) {
     if (inside != focused_) {
         focused_ = inside;
         if (inside && inPlaceActive_ && !uiActive_) ActivateUi();
-        // The host's handlers may move the focus on; what they did was told from inside then, and is newer.
+        // The host's handlers may move the focus on; a nested call has then reported the newer state already.
         const ComPtr<IOleControlSite> site = host_.ControlSite();
         if (site && focused_ == inside) site->OnFocus(inside);
         if (focused_ == inside) OnFocus(inside);
     }
-    // The outer window passes the focus on to whom it belongs.
+    // The outer window passes the focus on to the window that it is meant for.
     if (inside && moving == window && focused_) {
         const HWND inner = FocusWindow();
         if (inner && inner != window && GetFocus() == window) SetFocus(inner);
@@ -270,20 +270,20 @@ bool ControlBase::MoveFocusOn(bool backwards) {
     const auto site = host_.ControlSite();
     if (!site) return false;
     MSG tab{GetFocus(), WM_KEYDOWN, VK_TAB, 1, static_cast<DWORD>(GetMessageTime()), {}};
-    // The system's KEYMOD_ bits are those of key events.
+    // The system's KEYMOD_ bits equal those of key events.
     const auto modifiers = static_cast<DWORD>(backwards ? keys::shiftMask : 0);
     return site->TranslateAccelerator(&tab, modifiers) == S_OK;
 }
 
-// --- Telling the host ---
+// --- Notifying the host ---
 
 void ControlBase::Changed(TextView name) {
     if (loading_ > 0) return;
-    // A listener may let go of the control, which then hangs by nothing but a font that it listens to.
+    // A listener may release the control, which may then be held by nothing but a font that it listens to.
     const auto keep = KeepAlive();
     dirty_ = true;
     initPending_ = false;
-    // The change is made: what cannot be told for want of memory is lost, rather than called a failure.
+    // The change has been made: a notification that fails for lack of memory is lost, and is not reported as a failure.
     DISPID member = DISPID_UNKNOWN;
     Contain([&] { member = MembersOf(interfaceId_)->NumberOf(name); });
     Contain([&] { connections_.NotifyChanged(member); });
@@ -296,8 +296,8 @@ void ControlBase::Invalidate() {
 }
 
 void ControlBase::ViewChanged() {
-    // A container draws the control itself only while it has no window in place. Of one that is read it hears at the
-    // end.
+    // A container draws the control itself only while it has no window in place. The view of a control that is being
+    // read changes once, at the end.
     if (!viewSink_ || inPlaceActive_ || loading_ > 0) return;
     const ComPtr<IAdviseSink> sink = viewSink_;
     if (viewFlags_ & ADVF_ONLYONCE) viewSink_.reset();

@@ -1,8 +1,8 @@
 // The control kit: everything that hosts expect of any control. tests/control/lamp_control.h shows a whole control that
 // is written with it.
 //
-// The control's window exists from the first need of it on; while the control is not active in place it lies hidden in
-// a window of ours. Hooks are called on the host's one thread.
+// The control's window exists from the moment it is first needed; while the control is not active in place, it is
+// hidden in a window of the library. The functions that a control overrides are called on the host's single thread.
 #pragma once
 
 #include <windows.h>
@@ -46,27 +46,28 @@ class ControlBase : public IOleObject,
     ControlBase& operator=(const ControlBase&) = delete;
 
     const HostServices& Host() const { return host_; }
-    // The persisted properties in their order; one table for all controls of a class.
+    // Returns the persisted properties in their order; there is one table for all controls of a class.
     virtual const PropertyTable& Properties() = 0;
 
-    // The control's window, made when it is not there yet; null only when the system refuses one.
+    // Returns the control's window and creates it if needed; null only when the system refuses one.
     HWND EnsureWindow();
-    // The window if there is one.
+    // Returns the window if there is one, else null.
     HWND WindowHandle() const;
-    // As the hWnd and hDC properties give them.
+    // Return the values of the hWnd and hDC properties; both create the window if needed and are 0 without one.
     long WindowNumber();
     long DeviceContextNumber();
-    // Size of the control in pixels of its window.
+    // Returns the size of the control in pixels of its window.
     Size PixelSize() const;
     // Whether the control runs, as opposed to being designed.
     bool UserMode() const { return host_.UserMode(); }
-    // Gives a new control its initial state; again once there is a host to take defaults from.
+    // Gives a new control its initial state. Without a host this is repeated once there is one to take defaults from.
     void InitialiseNew();
-    // Keeps the control alive for the length of a scope, for code that goes on after a call out to the host.
+    // Keeps the control alive for the length of a scope, for code that continues after a call to the host.
     ComPtr<IUnknown> KeepAlive() { return ComPtr<IUnknown>(Unknown()); }
 
-    // What the control's own window messages and its inner windows report; the kit compares with what it knew and calls
-    // OnFocus on a change. `moving` is the window that takes the focus, null when it goes elsewhere.
+    // Follows the keyboard focus, which the control's own window messages and its inner windows report: compares it
+    // with the state known so far and calls OnFocus on a change. `moving` is the window that takes the focus, null when
+    // the focus goes elsewhere.
     void FocusMovesTo(HWND moving);
 
     // --- The system's interfaces follow; a control leaves them alone. ---
@@ -161,43 +162,44 @@ class ControlBase : public IOleObject,
     STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override;
 
   protected:
-    // `interfaceId` is the dual interface's.
+    // `interfaceId` identifies the dual interface.
     ControlBase(const ControlClass& controlClass, const IID& interfaceId);
     virtual ~ControlBase();
 
     // --- What a control calls. ---
 
-    // A setter's last call, with the property's name as the type library spells it: the control is dirty, listeners
-    // hear of it, and it is painted anew.
+    // Marks the control as changed, notifies listeners, and repaints it: the last call of a setter, with the property's
+    // name as the type library spells it. Does nothing while properties are being read.
     void Changed(TextView name);
-    // Asks for the control to be painted anew, active or not.
+    // Asks for the control to be repainted, whether it is active or not.
     void Invalidate();
-    // Calls the host's handlers of the event, named as the type library spells it. Nothing while the host has frozen
-    // events, nor while properties are being read: a form that is half there has no handlers yet. Throws nothing; what
-    // handlers wrote into by-reference arguments is in the caller's variables afterwards.
+    // Calls the host's handlers of the event, named as the type library spells it. Does nothing while the host has
+    // frozen events, nor while properties are being read, because a form that is only half loaded has no handlers yet.
+    // Throws nothing; what handlers write into by-reference arguments is in the caller's variables afterwards.
     void Fire(TextView event, EventArguments arguments = {});
-    // Whether Fire would reach anybody: for events that come by the thousand.
+    // Whether Fire would reach any handler: for events that are raised thousands of times.
     bool HasListeners() const { return RaisesEvents() && connections_.HasListeners(); }
     bool RaisesEvents() const { return frozen_ == 0 && loading_ == 0; }
-    // To be called when AccessKeys would answer otherwise than before.
+    // Notifies the host that AccessKeys returns something else than before.
     void AccessKeysChanged();
-    // Asks for another size, in pixels, for a control that knows better than its host how large it has to be. An active
-    // control's host is asked to move it; should the host do nothing, and for an inactive control, the size is just
-    // taken. From OnResize, which comes again with the new size.
+    // Requests another size, in pixels, for a control that knows better than its host how large it has to be. An active
+    // control's host is asked to move it; if the host does nothing, and for an inactive control, the size is simply
+    // set. OnResize may call it, and is called again with the new size.
     void RequestPixelSize(Size pixels);
+    // Whether the control is active in place: its window is in the window of the host.
     bool InPlaceActive() const { return inPlaceActive_; }
     // Whether the host has finished setting the control up: by initialising it, by loading it, or by activating it
     // without either.
     bool IsSetUp() const { return setUp_; }
     // Whether the keyboard focus is in the control's window or inside it.
     bool HasFocus() const { return focused_; }
-    // Takes the keyboard focus, made user-interface active first.
+    // Takes the keyboard focus; a control that is active in place becomes user-interface active first.
     void TakeFocus();
-    // Asks the host to move the focus to the next or the previous control, as for a Tab; false when it does not.
+    // Asks the host to move the focus to the next or the previous control, as the Tab key does; false when it does not.
     bool MoveFocusOn(bool backwards);
 
-    // For the length of a modal dialog that the control opens: the host closes its own other windows to input, and
-    // the control lives on whatever happens meanwhile.
+    // Surrounds a modal dialog that the control opens: the host disables its own other windows, and the control stays
+    // alive whatever happens meanwhile.
     class DialogScope {
       public:
         explicit DialogScope(ControlBase& control);
@@ -212,55 +214,61 @@ class ControlBase : public IOleObject,
 
     // --- What a control overrides. ---
 
-    // At 96 dots per inch.
+    // Returns the size of a new control, in pixels at 96 dots per inch.
     virtual Size DefaultPixelSize() const { return {81, 33}; }
-    // A new control, not a loaded one. Sets every property of the table to its default.
+    // Sets every property of the table to its default, for a new control that is not loaded.
     virtual void InitProperties();
-    // Before the row with that key is read. Rows before it are applied already.
+    // Called before the row with that key is read. The rows before it have already been applied.
     virtual void OnBeforeRead(TextView) {}
-    // Whether a stored value that the control refuses ends the loading, with the error told to the host; it is read as
-    // absent otherwise.
+    // Whether a stored value that the control refuses ends the loading, with the error returned to the host; otherwise
+    // the value is treated as absent.
     virtual bool ReportsRefusedValues() const { return false; }
-    // After all rows were read.
+    // Called after all rows have been read.
     virtual void OnAfterRead() {}
-    // The window is there; inner windows are made here. Called again if the host destroyed the first one, and after
+    // Creates the inner windows in the control's window. Called again if the host destroyed the first window, and after
     // OnWindowGoing when UserMode has changed.
     virtual void OnWindowCreated(HWND) {}
-    // Inner windows go here; the window goes next or stays.
+    // Destroys the inner windows; the control's window is destroyed next, or stays.
     virtual void OnWindowGoing() {}
-    // Messages of the control's own window before the kit's handling, which goes on for nullopt. WM_PAINT is the kit's
-    // unless answered here.
+    // Handles messages of the control's own window before the kit does, which continues for nullopt. The kit handles
+    // WM_PAINT unless this function answers it.
     virtual std::optional<LRESULT> OnWindowMessage(UINT, WPARAM, LPARAM) { return std::nullopt; }
-    // Whether inner windows cover all of the control's own, which then has nothing to paint.
+    // Whether inner windows cover all of the control's own window, which then has nothing to paint.
     virtual bool IsCovered() { return false; }
-    // The shape that a window of that size is cut to, in its own pixels; null for all of it.
+    // Returns the shape that a window of that size is cut to, in its own pixels; null for the whole window.
     virtual UniqueRegion WindowShape(Size) const { return {}; }
-    // In pixels; also once when the window is made, and before a control without a window is drawn.
+    // Receives the size in pixels; also called once when the window is created, and before a control without a window
+    // is drawn.
     virtual void OnResize(Size) {}
-    // The control becomes visible in its place, every time.
+    // Called every time the control becomes visible in its place.
     virtual void OnShow() {}
-    // DISPID_UNKNOWN when several changed.
+    // Receives the ambient property that changed; DISPID_UNKNOWN when several did.
     virtual void OnAmbientChange(DISPID) {}
+    // Called after the keyboard focus has entered the control (true) or left it (false).
     virtual void OnFocus(bool) {}
-    // Where the focus goes when the control gets it from its host.
+    // Returns the window that gets the focus when the host gives it to the control.
     virtual HWND FocusWindow() { return WindowHandle(); }
-    // The whole picture of the control, from (0, 0) to its size: painting, printing and designers' pictures alike.
+    // Draws the whole picture of the control, from (0, 0) to its size: for painting, printing and the pictures of
+    // designers.
     virtual void DrawControl(Surface& surface, const Rect& area) = 0;
-    // The characters that press the control together with Alt.
+    // Returns the characters that press the control together with Alt.
     virtual Text AccessKeys() { return {}; }
-    // An access key (lower case), or 13 or 27 when the host uses the control as its default or cancel button.
+    // Receives an access key (in lower case), or 13 or 27 when the host uses the control as its default or cancel
+    // button.
     virtual void OnAccessKey(int) {}
-    // Keys that the control wants itself before the host uses them for moving the focus. They arrive as usual window
-    // messages.
+    // Whether the control uses a key itself, before the host uses it to move the focus. Such keys arrive as usual
+    // window messages.
     virtual bool WantsKey(const MSG&) { return false; }
+    // Returns the class identifiers of the control's property pages.
     virtual std::span<const CLSID> PropertyPages() const { return {}; }
-    // The last call before the object goes, with host and window still there.
+    // Called last, before the object is destroyed; host and window still exist.
     virtual void OnTerminate() {}
 
     // --- For Control<I>. ---
     HRESULT QueryKitInterface(REFIID iid, void** object);
     ULONG AddReference() { return references_.Add(); }
     ULONG ReleaseReference();
+    // Returns the control's identity, without a reference of its own.
     virtual IUnknown* Unknown() = 0;
 
   private:
@@ -277,16 +285,16 @@ class ControlBase : public IOleObject,
     void Deactivate();
     void DeactivateUi();
     void MoveWindowTo(const RECT& position, const RECT& clip);
-    // Cuts the window to the control's shape, within what the container lets show of it.
+    // Cuts the window to the control's shape, within the part of it that the container shows.
     void CutWindow(Size size);
-    // Gives a control that nobody has sized its default size.
+    // Gives a control without a size its default size.
     void EnsureSize();
     void SetPixelSize(Size pixels);
     void TakeExtent(const SIZEL& extent);
     void ViewChanged();
     void Terminate();
 
-    // A host that turns from designing to running, or back, with the control in its place.
+    // Recreates the inner windows if the host has changed between designing and running while the control has a window.
     void FollowUserMode();
 
     class Loading;
@@ -313,21 +321,22 @@ class ControlBase : public IOleObject,
     DWORD viewFlags_ = 0;
     HACCEL accelerators_ = nullptr;
     ComPtr<IStorage> storage_;
-    SIZEL extent_{};  // in 1/100 millimetre; pixels_ is the same size as far as rounding goes
+    SIZEL extent_{};  // in 1/100 millimetre; pixels_ is the same size, except for rounding
     Size pixels_;
     int frozen_ = 0;
-    std::optional<Rect> clip_;  // what the container lets show, in pixels of the window; nothing for all of it
+    std::optional<Rect> clip_;  // what the container shows, in pixels of the window; nothing if it shows all
     bool cut_ = false;          // the window has a region
     int loading_ = 0;
     bool setUp_ = false;
-    bool windowMode_ = false;  // the UserMode that inner windows were made for
-    bool activating_ = false;  // the host is being told, and may still call it off
+    bool windowMode_ = false;  // the UserMode for which the inner windows were created
+    bool activating_ = false;  // the host is being notified, and may still cancel
     bool inPlaceActive_ = false;
     bool uiActive_ = false;
     bool focused_ = false;
     bool dirty_ = false;
-    bool resizing_ = false;  // the control itself asked for it
-    // Set up without a host, and nothing set since; done again once there is one, because defaults come from it.
+    bool resizing_ = false;  // the control itself has requested it
+    // Initialised without a host, and no property has been set since; repeated once there is a host, because defaults
+    // come from it.
     bool initPending_ = false;
     bool terminated_ = false;
 };

@@ -1,4 +1,4 @@
-// What the server knows of a control without making one.
+// The facts that the server knows about a control without creating one.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 
 namespace qvx {
 
-// Makes an object, with the interface asked for. May throw.
+// Makes an object and returns it as the interface `iid`. May throw.
 using CreateFunction = HRESULT (*)(REFIID iid, void** object);
 
 struct ControlClass {
@@ -27,14 +27,14 @@ struct ControlClass {
 constexpr DWORD usualMiscStatus = OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT |
                                   OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST;
 
-// A page of properties that controls name as theirs. It is no control, and not in the type library.
+// A property page that controls list as theirs. It is not a control, and not in the type library.
 struct PageClass {
     const CLSID* id;
     const wchar_t* description;
     CreateFunction create;
 };
 
-// All controls of the library, in one table, and all pages.
+// Return all controls and all property pages of the library.
 std::span<const ControlClass> AllControls();
 std::span<const PageClass> AllPages();
 

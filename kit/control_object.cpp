@@ -1,4 +1,4 @@
-// The control kit as a container's object: site, verbs, activation in place, keyboard.
+// A control as the object of a container: site, verbs, activation in place, keyboard.
 #include <olectl.h>
 
 #include <cwctype>
@@ -55,7 +55,7 @@ STDMETHODIMP ControlBase::GetClientSite(IOleClientSite** site) {
     return S_OK;
 }
 
-// Names for a window of our own, which a control never opens.
+// The names are for a window of the object's own, which a control never opens.
 STDMETHODIMP ControlBase::SetHostNames(LPCOLESTR, LPCOLESTR) { return S_OK; }
 
 STDMETHODIMP ControlBase::Close(DWORD saveOption) {
@@ -68,7 +68,7 @@ STDMETHODIMP ControlBase::Close(DWORD saveOption) {
     });
 }
 
-// Monikers are for objects that others link to, and controls say that they cannot be linked to.
+// Monikers are for objects that others link to; a control declares that it cannot be linked to.
 STDMETHODIMP ControlBase::SetMoniker(DWORD, IMoniker*) { return E_NOTIMPL; }
 
 STDMETHODIMP ControlBase::GetMoniker(DWORD, DWORD, IMoniker** moniker) {
@@ -76,7 +76,7 @@ STDMETHODIMP ControlBase::GetMoniker(DWORD, DWORD, IMoniker** moniker) {
     return E_NOTIMPL;
 }
 
-// A control is neither made from the clipboard nor copied to it by itself; the designer copies its properties.
+// A control is neither created from the clipboard nor copied to it by itself; the designer copies its properties.
 STDMETHODIMP ControlBase::InitFromData(IDataObject*, BOOL, DWORD) { return E_NOTIMPL; }
 
 STDMETHODIMP ControlBase::GetClipboardData(DWORD, IDataObject** data) {
@@ -105,7 +105,7 @@ STDMETHODIMP ControlBase::DoVerb(LONG verb, LPMSG, IOleClientSite* site, LONG, H
             case OLEIVERB_PROPERTIES: {
                 const auto pages = PropertyPages();
                 if (pages.empty()) return OLEOBJ_S_INVALIDVERB;
-                // The host's own dialog comes first.
+                // The host's own dialog has priority.
                 const auto controlSite = host_.ControlSite();
                 if (controlSite && controlSite->ShowPropertyFrame() == S_OK) return S_OK;
                 const DialogScope dialog(*this);
@@ -116,9 +116,9 @@ STDMETHODIMP ControlBase::DoVerb(LONG verb, LPMSG, IOleClientSite* site, LONG, H
                                               LOCALE_USER_DEFAULT, 0, nullptr);
             }
             default:
-                // Negative numbers are the system's own verbs: one that is not known here has a meaning, only not for
-                // us, and doing something else instead would surprise. Unknown verbs of an object's own do what the
-                // first one does; hosts are told so.
+                // Negative numbers are the system's own verbs: an unknown one has a meaning that the control does not
+                // support, and doing something else instead would be a surprise. An unknown verb of the object's own
+                // does what the first verb does, and the result says so to the host.
                 if (verb < 0) return E_NOTIMPL;
                 Activate(true);
                 return OLEOBJ_S_INVALIDVERB;
@@ -148,7 +148,7 @@ STDMETHODIMP ControlBase::GetUserType(DWORD form, LPOLESTR* name) {
     return NewTaskString(form == USERCLASSTYPE_FULL ? class_.description : class_.name, name);
 }
 
-// An active control's window follows through SetObjectRects.
+// The window of an active control gets its size through SetObjectRects instead.
 void ControlBase::TakeExtent(const SIZEL& extent) {
     extent_ = extent;
     if (inPlaceActive_) return;
@@ -204,19 +204,21 @@ STDMETHODIMP ControlBase::GetMiscStatus(DWORD aspect, DWORD* status) {
     return S_OK;
 }
 
-// System colours need no palette.
+// System colours do not need a palette.
 STDMETHODIMP ControlBase::SetColorScheme(LOGPALETTE*) { return S_OK; }
 
 // --- Activation in place ---
 
 void ControlBase::Activate(bool withUi) {
     if (!host_.Site()) throw ComError(OLE_E_NOT_INPLACEACTIVE);
-    // A host that asks again from inside its own answers has only to wait.
+    // A nested request, which a host makes while it is being notified, has nothing to do: the activation is already
+    // under way.
     if (!inPlaceActive_ && !activating_) {
         setUp_ = true;
         ActivateInPlace();
     }
-    // The host may have changed its mind, or even its site, in any call out; each step asks again.
+    // In any of these calls the host may have cancelled the activation or even changed its site, so each step checks
+    // again.
     if (const auto client = host_.Site(); client && inPlaceActive_) client->ShowObject();
     if (withUi) ActivateUi();
 }
@@ -225,7 +227,7 @@ void ControlBase::ActivateInPlace() {
     const auto client = host_.Site();
     const auto site = client.As<IOleInPlaceSite>();
     if (!site || site->CanInPlaceActivate() != S_OK) throw ComError(E_FAIL);
-    // Deactivate ends this too: the host may change its mind from inside its own answers.
+    // Deactivate resets this too, because the host may cancel the activation while it is being notified.
     activating_ = true;
     struct Undo {
         bool& activating;
@@ -236,7 +238,7 @@ void ControlBase::ActivateInPlace() {
         }
     } undo{activating_, nullptr};
     Check(site->OnInPlaceActivate());
-    // Until the control is in its place, whatever fails takes the host's activation back.
+    // Until the control is in its place, any failure undoes the host's activation.
     undo.told = site.get();
     HWND parent = nullptr;
     Check(site->GetWindow(&parent));
@@ -267,8 +269,8 @@ void ControlBase::ActivateUi() {
         const auto site = inPlaceSite_;
         uiActive_ = true;
         if (FAILED(site->OnUIActivate())) uiActive_ = false;
-        // Containers differ in which of these they implement; none of them is needed for typing to work. Each call may
-        // deactivate the control again, and then the rest is not to be told any more.
+        // Containers differ in which of these they implement; typing works without any of them. Each call may
+        // deactivate the control again, and the rest are then skipped.
         auto* self = static_cast<IOleInPlaceActiveObject*>(this);
         const auto announce = [&](const auto& window) {
             if (uiActive_ && window) window->SetActiveObject(self, class_.name);
@@ -297,7 +299,7 @@ void ControlBase::Deactivate() {
     activating_ = false;
     if (!inPlaceActive_) return;
     DeactivateUi();
-    if (!std::exchange(inPlaceActive_, false)) return;  // from inside one of those calls
+    if (!std::exchange(inPlaceActive_, false)) return;  // one of those calls has deactivated the control already
     const ComPtr<IOleInPlaceSite> site = std::move(inPlaceSite_);
     frame_.reset();
     uiWindow_.reset();
@@ -310,7 +312,7 @@ void ControlBase::MoveWindowTo(const RECT& position, const RECT& clip) {
     const Rect whole = FromRECT(position);
     const Rect visible = whole.Intersect(FromRECT(clip));
     SetPixelSize({std::max(0, whole.Width()), std::max(0, whole.Height())});
-    // Some containers leave the clip empty when they have nothing to say.
+    // Some containers leave the clipping rectangle empty when they do not clip.
     const bool clip0 = clip.left == clip.right && clip.top == clip.bottom;
     clip_.reset();
     if (!clip0 && visible != whole) clip_ = visible.Empty() ? Rect{} : visible.Offset(-whole.left, -whole.top);
@@ -329,7 +331,7 @@ void ControlBase::CutWindow(Size size) {
         region = std::move(visible);
     }
     const bool wasCut = std::exchange(cut_, static_cast<bool>(region));
-    // The window owns its region.
+    // The system owns the region of a window.
     if (wasCut || cut_) SetWindowRgn(WindowHandle(), region.Detach(), TRUE);
 }
 
@@ -339,7 +341,7 @@ STDMETHODIMP ControlBase::GetWindow(HWND* window) {
     return *window ? S_OK : E_FAIL;
 }
 
-// A mode of asking for help by a click that no host uses on controls.
+// This is a mode in which a click asks for help; no host uses it with controls.
 STDMETHODIMP ControlBase::ContextSensitiveHelp(BOOL) { return E_NOTIMPL; }
 
 STDMETHODIMP ControlBase::InPlaceDeactivate() {
@@ -381,7 +383,7 @@ STDMETHODIMP ControlBase::TranslateAccelerator(LPMSG message) {
         }
         const auto site = host_.ControlSite();
         if (!site) return S_FALSE;
-        // The system's KEYMOD_ bits are those of key events.
+        // The system's KEYMOD_ bits equal those of key events.
         const auto modifiers = static_cast<DWORD>(ShiftState());
         return site->TranslateAccelerator(message, modifiers) == S_OK ? S_OK : S_FALSE;
     });
@@ -389,14 +391,15 @@ STDMETHODIMP ControlBase::TranslateAccelerator(LPMSG message) {
 
 STDMETHODIMP ControlBase::OnFrameWindowActivate(BOOL) { return S_OK; }
 STDMETHODIMP ControlBase::OnDocWindowActivate(BOOL) { return S_OK; }
-// Controls have no tools around the document.
+// Controls have no toolbars around the document.
 STDMETHODIMP ControlBase::ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) { return S_OK; }
 STDMETHODIMP ControlBase::EnableModeless(BOOL) { return S_OK; }
 
 STDMETHODIMP ControlBase::GetControlInfo(CONTROLINFO* info) {
     return Guard([&]() -> HRESULT {
         if (!info) return E_POINTER;
-        // Hosts match against the key that was pressed or the character it gave, whichever message they look at.
+        // Hosts compare with the pressed key or with the character that it produces, depending on the message that they
+        // examine.
         std::vector<ACCEL> table;
         for (const char16_t key : AccessKeys()) {
             const SHORT scanned = VkKeyScanW(static_cast<wchar_t>(key));

@@ -1,4 +1,4 @@
-// The control kit's persistence: property bags, streams and storages, all run from the property table.
+// The persistence of a control: property bags, streams and storages all use the property table.
 #include <algorithm>
 #include <optional>
 
@@ -12,11 +12,11 @@ namespace qvx {
 namespace {
 
 const wchar_t storageStream[] = L"Contents";
-// Streams have no container beside them that keeps the size.
+// A stream keeps the size of the control itself, because it has no container beside it that does.
 const char16_t extentXKey[] = u"_ExtentX";
 const char16_t extentYKey[] = u"_ExtentY";
 
-// Tells the bag which type to convert to; texts like "007" must not come back as numbers.
+// Returns the type that the bag is to convert to; a text such as "007" must not be read as a number.
 VARTYPE BagType(const PropertyValue& like) {
     if (std::holds_alternative<bool>(like)) return VT_BOOL;
     if (std::holds_alternative<std::int32_t>(like)) return VT_I4;
@@ -25,7 +25,7 @@ VARTYPE BagType(const PropertyValue& like) {
     return VT_UNKNOWN;
 }
 
-// Exactly that many bytes. Throws ComError when the stream ends before.
+// Reads exactly `size` bytes. Throws ComError when the stream ends before that.
 void ReadExactly(IStream* stream, std::uint8_t* to, std::size_t size) {
     while (size > 0) {
         ULONG got = 0;
@@ -36,12 +36,13 @@ void ReadExactly(IStream* stream, std::uint8_t* to, std::size_t size) {
     }
 }
 
+// Reads the whole property stream. Throws ComError when it is damaged or ends early.
 std::vector<property_stream::Record> ReadStream(IStream* stream) {
     property_stream::Bytes bytes(property_stream::headerSize);
     ReadExactly(stream, bytes.data(), bytes.size());
     const auto header = property_stream::ReadHeader(bytes);
     if (!header) throw ComError(STG_E_INVALIDHEADER);
-    // Memory is taken as bytes arrive, not as the header promises.
+    // Memory is allocated as bytes arrive, because the size in the header may be wrong.
     constexpr std::size_t step = 65536;
     bytes.clear();
     while (bytes.size() < header->size) {
@@ -71,7 +72,7 @@ void ControlBase::InitialiseNew() {
     dirty_ = false;
 }
 
-// A source may have the control read another one meanwhile.
+// Loads may be nested, because a source may cause the control to read another one meanwhile.
 class ControlBase::Loading {
   public:
     explicit Loading(ControlBase& control) : control_(control) { ++control_.loading_; }
@@ -94,7 +95,7 @@ void ControlBase::ReadFrom(const PropertySource& source) {
             row.set(*this, value);
         } catch (const RunTimeError&) {
             if (ReportsRefusedValues()) throw;
-            // A value that the control refuses, from a damaged store: it keeps one that it takes.
+            // A damaged store can hold a value that the control refuses: the default, which it accepts, replaces it.
             if (value != fallback) Contain([&] { row.set(*this, fallback); });
         }
     }
@@ -117,7 +118,7 @@ void ControlBase::LoadBag(IPropertyBag* bag, IErrorLog* log) {
         value.ptr()->vt = BagType(like);
         value.ptr()->llVal = 0;
         const HRESULT read = bag->Read(Wide(row.key), value.ptr(), log);
-        // A default in place of a value that is there would be saved over it.
+        // A default that replaces a stored value here would later be saved over it.
         if (read == E_OUTOFMEMORY) throw std::bad_alloc();
         return FAILED(read) ? PropertyValue() : FromVariant(value, like);
     });
@@ -143,7 +144,7 @@ void ControlBase::LoadStream(IStream* stream) {
     if (width && height) {
         const auto* x = std::get_if<std::int32_t>(width);
         const auto* y = std::get_if<std::int32_t>(height);
-        // Beyond this no device is that large at any resolution.
+        // No device is larger than this at any resolution.
         constexpr std::int32_t largest = 1 << 20;
         if (x && y && *x >= 0 && *y >= 0 && *x <= largest && *y <= largest) {
             TakeExtent({*x, *y});
@@ -199,7 +200,7 @@ STDMETHODIMP ControlBase::Load(IPropertyBag* bag, IErrorLog* log) {
     });
 }
 
-// Values equal to their defaults are left out even when a host asks for all: what is not there reads the same.
+// Values equal to their defaults are omitted even when a host asks for all of them: a missing value reads the same.
 STDMETHODIMP ControlBase::Save(IPropertyBag* bag, BOOL clearDirty, BOOL) {
     return Guard([&]() -> HRESULT {
         if (!bag) return E_POINTER;

@@ -1,4 +1,4 @@
-// The control kit as a picture: what containers draw, print or hit-test themselves.
+// A control as a picture: what containers draw, print or hit-test themselves.
 #include "kit/control_base.h"
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
@@ -14,7 +14,7 @@ STDMETHODIMP ControlBase::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, 
         EnsureSize();
         const Size size = pixels_;
         if (size.width <= 0 || size.height <= 0) return S_OK;
-        // A control that was never shown has not been told its size.
+        // A control that has never been shown does not know its size yet.
         if (!WindowHandle()) OnResize(size);
         const SavedDc saved(dc);
         if (bounds) {
@@ -33,14 +33,14 @@ STDMETHODIMP ControlBase::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, 
     });
 }
 
-// The system's palette serves.
+// The control draws with the system's palette.
 STDMETHODIMP ControlBase::GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, HDC, LOGPALETTE** colors) {
     if (!colors) return E_POINTER;
     *colors = nullptr;
     return S_FALSE;
 }
 
-// A control draws what it is now; it keeps no frozen picture of what it was.
+// A control draws its current state; it keeps no frozen picture of an earlier one.
 STDMETHODIMP ControlBase::Freeze(DWORD, LONG, void*, DWORD*) { return E_NOTIMPL; }
 STDMETHODIMP ControlBase::Unfreeze(DWORD) { return E_NOTIMPL; }
 
@@ -68,7 +68,7 @@ STDMETHODIMP ControlBase::GetRect(DWORD aspect, LPRECTL area) {
     const HRESULT got = GetExtent(aspect, &size);
     if (FAILED(got)) return got;
     if (!area) return E_POINTER;
-    // In hundredths of a millimetre that grow upward.
+    // The unit is 1/100 millimetre, and y grows upward.
     *area = {0, 0, size.cx, -size.cy};
     return S_OK;
 }
@@ -98,7 +98,7 @@ STDMETHODIMP ControlBase::GetNaturalExtent(DWORD aspect, LONG, DVTARGETDEVICE*, 
                                            LPSIZEL size) {
     if (!extent || !size) return E_POINTER;
     if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
-    // Any size suits a control: it proposes the one that the container has in mind.
+    // Any size suits a control, so it proposes the one that the container asks about.
     if (extent->dwExtentMode != DVEXTENT_INTEGRAL) return GetExtent(aspect, size);
     *size = extent->sizelProposed;
     return S_OK;

@@ -6,13 +6,14 @@ namespace qvx {
 
 namespace {
 const WindowClass parkingClass{L"QvxParking"};
-// Its own device context, because hosts ask for it by number and draw on it.
+// The window has a device context of its own, because hosts read its number and draw on it.
 const WindowClass controlClass{L"QvxControl", CS_DBLCLKS | CS_OWNDC};
 }  // namespace
 
 std::shared_ptr<ParkingWindow> ParkingWindow::OfThisThread() {
     auto parking = ThreadShared<ParkingWindow>::Get();
-    // A thread that ended with controls left took its windows along, and another one may have its number now.
+    // A thread that ended with controls left destroyed its windows with it, and another thread may have the same number
+    // now.
     if (GetWindowThreadProcessId(parking->Handle(), nullptr) != GetCurrentThreadId()) {
         parking->Destroy();
         if (!parking->CreateParking()) return nullptr;
@@ -29,7 +30,7 @@ bool ControlWindow::CreateParked(Size size) {
 
 void ControlWindow::Park() {
     ShowWindow(Handle(), SW_HIDE);
-    // It must not stay in a window that is not the control's any more; another one is made when it is needed.
+    // The window must not stay in a parent that is no longer the control's; another one is created when it is needed.
     if (!SetParent(Handle(), parking_->Handle())) Destroy();
 }
 

@@ -1,4 +1,4 @@
-// The window of a control, and where it lies while the control is not active in place.
+// The window of a control, and the window that holds it while the control is not active in place.
 #pragma once
 
 #include <memory>
@@ -11,19 +11,23 @@ namespace qvx {
 // A hidden window, shared by the controls of a thread, that holds the windows of controls between activations.
 class ParkingWindow final : public Window {
   public:
+    // Returns the thread's parking window and creates it if needed; null when the system refuses one.
     static std::shared_ptr<ParkingWindow> OfThisThread();
     bool CreateParking();
 };
 
+// Passes its messages on to the control.
 class ControlWindow final : public Window {
   public:
     ControlWindow(ControlBase& owner, std::shared_ptr<ParkingWindow> parking)
         : owner_(owner), parking_(std::move(parking)) {}
     ~ControlWindow() override { Destroy(); }
 
-    // Parked, of the given size in pixels.
+    // Creates the window in the parking window, of the given size in pixels; false when the system refuses.
     bool CreateParked(Size size);
+    // Hides the window and moves it into the parking window.
     void Park();
+    // Does what the system does with the message by default.
     LRESULT DefaultFor(UINT message, WPARAM wParam, LPARAM lParam) { return Default(message, wParam, lParam); }
 
   protected:

@@ -1,4 +1,4 @@
-// How a control reports an error that it trapped, instead of passing it to its host.
+// The report of an error that a control handles instead of returning it to its host.
 #pragma once
 
 #include <windows.h>
@@ -7,8 +7,8 @@
 
 namespace qvx {
 
-// Shows the description over `owner`'s top-level window, titled with the application's title and the number. Nothing
-// for number 0.
+// Shows the description over `owner`'s top-level window, titled with the application's title and the number. Does
+// nothing for number 0.
 void ShowErrorReport(HWND owner, int number, TextView description);
 
 }  // namespace qvx

@@ -70,7 +70,7 @@ Text ProductName(const Text& path) {
     return {};
 }
 
-// Numbers that hosts give as windows are not believed blindly.
+// A host may give any number as a window, so only windows of this process are accepted.
 bool IsOurs(HWND window) {
     DWORD process = 0;
     return IsWindow(window) && GetWindowThreadProcessId(window, &process) && process == GetCurrentProcessId();

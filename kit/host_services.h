@@ -1,5 +1,5 @@
-// What a control asks of its host, with the nearest sensible answer when the host does not offer it. Nothing here
-// fails: hosts that offer less are common.
+// What a control asks of its host, with the most sensible answer when the host does not offer it. Nothing here fails,
+// because hosts that offer less are common.
 #pragma once
 
 #include <windows.h>
@@ -18,62 +18,66 @@
 
 namespace qvx {
 
-// A property of any late-bound object; nothing when it has none of that name or refuses.
+// Reads a property of any late-bound object; nothing when the object has none of that name, refuses, or returns Empty.
 std::optional<Variant> ReadMember(IDispatch* object, const wchar_t* name);
-// Sets one; false when it could not.
+// Sets a property of any late-bound object; false when this fails.
 bool WriteMember(IDispatch* object, const wchar_t* name, const Variant& value);
 
-// The product name from the host program's version resource, else its file name without extension.
+// Returns the product name from the host program's version resource, else its file name without extension.
 Text ApplicationTitle();
 
 class HostServices {
   public:
-    // Null while the control has no site.
+    // `site` is null while the control has none.
     void SetSite(IOleClientSite* site);
-    // Owners, because a call through one may take the site away.
+    // Both return references, because a call through the site may remove it.
     ComPtr<IOleClientSite> Site() const { return site_; }
     ComPtr<IOleControlSite> ControlSite() const { return controlSite_; }
 
-    // Ambient properties.
+    // Reads an ambient property; nothing when the host does not offer it.
     std::optional<Variant> Ambient(DISPID property) const;
-    // The control's name in the host: the ambient display name, else the extended control's name, else "".
+    // Returns the control's name in the host: the ambient display name, else the extended control's name, else "".
     Text DisplayName() const;
-    // False in a form designer; True when the host does not say.
+    // Whether the form runs: false in a form designer, true when the host does not say.
     bool UserMode() const;
+    // Returns the ambient font, or the default font.
     FontSpec Font() const;
-    // Window background and window text by default, as the system's own controls.
+    // Return the ambient colours; by default window background and window text, the defaults of the system's own
+    // controls.
     OleColor BackColor() const;
     OleColor ForeColor() const;
-    // True while the host wants no input taken, as when its program is halted.
+    // Whether the host wants input to be ignored, as while its program is halted; false when it does not say.
     bool UiDead() const;
 
-    // The host's own object around the control (Name, Tag, TabIndex, Parent ...); null when there is none.
+    // Returns the host's own object around the control (Name, Tag, TabIndex, Parent ...); null when there is none.
     ComPtr<IDispatch> Extended() const;
-    // The extended control's Tag; "" without one.
+    // Returns the extended control's Tag; "" without one.
     Text Tag() const;
+    // Sets the extended control's Tag; false when this fails.
     bool SetTag(const Text& tag) const;
-    // -1 when the host keeps no order.
+    // Returns the position in the tab order; -1 when the host keeps none.
     int TabIndex() const;
 
-    // The form that holds the control; null when the host has no such object.
+    // Returns the form that holds the control; null when the host has no such object.
     ComPtr<IDispatch> Form() const;
-    // The form's Caption, else the title of the top window that holds `window` (may be null), else the application's
-    // title.
+    // Returns the form's Caption, else the title of the top-level window that holds `window` (may be null), else the
+    // application's title.
     Text FormCaption(HWND window) const;
-    // The window that the control stands on: its container's hWnd, else the one that the host gives its windows to live
-    // in, else the parent of `window` (the control's own, may be null). Null when there is none of this process.
+    // Returns the window that the control is on: its container's hWnd (the form's if it has no container), else the
+    // window that the host gives its controls as parent, else the form's hWnd, else the parent of `window` (the
+    // control's own, may be null). Null when there is none of this process.
     HWND ContainerWindow(HWND window) const;
-    // The form's hWnd, else the top window around what the control stands on.
+    // Returns the form's hWnd, else the top-level window around ContainerWindow; null without either.
     HWND FormWindow(HWND window) const;
-    // The form's collection of controls; null when there is none.
+    // Returns the form's collection of controls; null when there is none.
     ComPtr<IDispatch> Controls() const;
-    // The name of the form's active control. Without such a form: the control's own display name while the keyboard
-    // focus is inside `window`, else "".
+    // Returns the name of the form's active control. Without such a form: the control's own display name while the
+    // keyboard focus is inside `window`, else "".
     Text ActiveControlName(HWND window) const;
     // Whether the form's active control is this one: by its name, and by its index in an array of controls. Without
     // such a form: whether the keyboard focus is inside `window`.
     bool IsActiveControl(HWND window) const;
-    // The host's object around the control of that name; null when the form has none.
+    // Returns the host's object around the control of that name; null when the form has none.
     ComPtr<IDispatch> ControlNamed(const Text& name) const;
 
   private:
@@ -84,11 +88,11 @@ class HostServices {
     ComPtr<IDispatch> ambients_;
 };
 
-// The host's font as a control follows it that has been given none of its own.
+// Follows the host's font for a control that has not been given a font of its own.
 class AmbientFont {
   public:
     void Remember(const HostServices& host) { font_ = host.Font(); }
-    // The host has another one: that, when what the control shows is the host's until now.
+    // Called when the host has another font. Returns it if the control has shown the host's previous font until now.
     std::optional<FontSpec> Followed(const HostServices& host, const FontSpec& shown) {
         const FontSpec before = std::exchange(font_, host.Font());
         return before == shown ? std::optional(font_) : std::nullopt;

@@ -1,4 +1,4 @@
-// What controls that nobody sees at run time have in common: `I` is the dual interface. Windows only.
+// The common parts of controls that are invisible at run time: `I` is the dual interface. Windows only.
 #pragma once
 
 #include "com/members.h"
@@ -25,15 +25,16 @@ class InvisibleControl : public Control<I> {
     InvisibleControl(const ControlClass& controlClass, Size size) : Control<I>(controlClass), size_(size) {}
     ~InvisibleControl() override = default;
 
-    // What the control works on may be another window than before, or none. Called often; only at run time, with
-    // the control set up and a host to ask, does `working` hold.
+    // Called often, because the window that the control works on may have changed or gone. `working` holds only at run
+    // time, with the control set up and a host to ask.
     virtual void Follow([[maybe_unused]] bool working) {}
-    // The control's picture for designers.
+    // Draws the control's picture for designers.
     virtual void DrawPicture(Surface& surface, const Rect& area) = 0;
 
-    // The control's own window, where it has one that is in place, else null.
+    // Returns the control's own window while it is active in place, else null.
     HWND PlacedWindow() const { return this->InPlaceActive() ? this->WindowHandle() : nullptr; }
-    // The form's window, for dialogs: the control itself has none to see.
+    // Returns the form's window as the owner of dialogs, because the control itself is not visible; else the active
+    // window.
     HWND OwnerWindow() {
         const HWND form = this->Host().FormWindow(PlacedWindow());
         return form ? form : GetActiveWindow();

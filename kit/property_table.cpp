@@ -9,7 +9,7 @@ namespace qvx {
 
 namespace {
 
-// Colours with the high bit set may come as large positive numbers.
+// A colour with the high bit set may be given as a large positive number.
 std::int32_t WrapToLong(double number) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::int64_t>(number)));
 }
@@ -49,7 +49,7 @@ Variant ToVariant(const PropertyValue& value) { return std::visit(VariantOf(), v
 
 PropertyValue ConvertTo(const PropertyValue& like, PropertyValue value) {
     if (like.index() == value.index()) return value;
-    // A font is no other kind, and no other kind is a font.
+    // A font converts to no other kind, and no other kind to a font.
     if (std::holds_alternative<FontSpec>(value)) return {};
     return FromVariant(ToVariant(value), like);
 }

@@ -1,4 +1,4 @@
-// The persisted properties of a control, in one table: every form of saving and loading runs from it, in its order.
+// The persisted properties of a control, in one table that every form of saving and loading follows, in its order.
 #pragma once
 
 #include <windows.h>
@@ -20,11 +20,12 @@ namespace qvx {
 class ControlBase;
 class Variant;
 
-// One row. `get` and `set` go straight at the control's state: `set` applies what was read and notifies nobody.
+// A row of the table. `get` and `set` access the control's state directly: `set` applies what was read and notifies no
+// one.
 struct PropertyRow {
-    // The property's name; "0" follows where it has an index, which is kept for 0 alone.
+    // The property's name; "0" is appended if it has an index, and only the value for index 0 is kept.
     const char16_t* key;
-    // What a store without the key gives; a value equal to it is not written.
+    // The value that applies when a store lacks the key; a value equal to it is not written.
     std::function<PropertyValue(ControlBase&)> fallback;
     std::function<PropertyValue(ControlBase&)> get;
     std::function<void(ControlBase&, const PropertyValue&)> set;
@@ -32,13 +33,14 @@ struct PropertyRow {
 
 using PropertyTable = std::vector<PropertyRow>;
 
-// A value as it is kept: enumerations, colours and short numbers as 32-bit numbers.
+// The type in which a value is stored: enumerations, colours and short numbers as 32-bit numbers.
 template <class Value>
 using StoredAs =
     std::conditional_t<std::is_enum_v<Value> || (std::is_integral_v<Value> && !std::is_same_v<Value, bool>),
                        std::int32_t, Value>;
 
-// What was kept as a parameter or a field takes it. Run-time error 380 for a number that an enumeration does not have.
+// Converts a stored value to the type of a parameter or a field. Throws run-time error 380 for a number that the
+// enumeration does not have.
 template <class Value>
 Value FromStore(const StoredAs<Value>& stored) {
     if constexpr (std::is_enum_v<Value>) {
@@ -49,9 +51,9 @@ Value FromStore(const StoredAs<Value>& stored) {
 }
 
 // Makes rows for the control class C. Field and Member take what com/members.h takes for a property's getter and
-// setter, and have the default from a part that is just made, unless it is given. Each other kind of row takes the
-// default (a value, or a function of the control for defaults that come from the host), how to read the value off a
-// `C&` and how to apply it.
+// setter, and read the default from a newly made part unless it is given. Each other kind of row takes the default (a
+// value, or a function of the control for defaults that come from the host), how to read the value from a `C&` and how
+// to apply it.
 template <typename C>
 class PropertyRows {
     // The class of the part that has a member of the class Part, which may be a base of it.
@@ -135,15 +137,17 @@ class PropertyRows {
     PropertyTable rows_;
 };
 
-// Where values come from: nothing (monostate) for a key that is not there or cannot be read as the kind of `like`.
+// Returns the stored value of a row; nothing (monostate) for a key that is missing or cannot be read as the kind of
+// `like`.
 using PropertySource = std::function<PropertyValue(const PropertyRow& row, const PropertyValue& like)>;
 
-// What a store gave, read as the kind of `like`. Monostate for nothing (Empty), and when it cannot be read so.
+// Converts what a store returned to the kind of `like`. Monostate for nothing (Empty), and when it cannot be converted.
 PropertyValue FromVariant(const Variant& value, const PropertyValue& like);
-// As stores keep it; a font as an object of its own. Empty for no value.
+// Converts a value to the form that stores keep; a font becomes an object of its own. Empty for no value.
 Variant ToVariant(const PropertyValue& value);
 
-// Reads a value kept as another kind as the kind of `like`: numbers as texts and so on. Monostate when it cannot.
+// Converts a value that was stored as another kind to the kind of `like`, for example a number from a text. Monostate
+// when this is impossible.
 PropertyValue ConvertTo(const PropertyValue& like, PropertyValue value);
 
 }  // namespace qvx

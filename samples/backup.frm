@@ -1,4 +1,4 @@
-' A shop's book whose database its user can save and bring back. Its script is backup.vbs; backup.sql makes the database.
+' Sales in a database that the user can back up and restore. The script is backup.vbs; backup.sql makes the database.
 Begin Form frmShop
    Caption         =   "Shop book"
    ClientHeight    =   4500
@@ -66,7 +66,7 @@ Begin Form frmShop
       Height          =   255
       TabIndex        =   6
    End
-   ' Folders end in a backslash; the connection string is completed by the path of a database file.
+   ' Folders end with a backslash; the path of a database file is appended to the connection string.
    Begin Qvx.Backup bakShop
       Left            =   6300
       Top             =   2700

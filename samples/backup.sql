@@ -1,4 +1,4 @@
--- The database that backup.frm works on: a shop's sales, and who may restore over it (user 1 is the administrator).
+-- The database of backup.frm: a shop's sales, and the users who may restore it (user 1 is the administrator).
 create table sales (
   id integer primary key,
   day date not null,

@@ -1,8 +1,8 @@
-' The script behind backup.frm. The Backup control does the work; the script only lets go of the database before, and
-' shows what is in it afterwards.
+' The script of backup.frm. The Backup control does the work; the script only closes the database before, and shows
+' its contents afterwards.
 Option Explicit
 
-Const ClientCursor = 3     ' records that are counted and know their place
+Const ClientCursor = 3     ' for records with a known number and position
 Const MakeBackup = -1      ' Backup
 Const MakeRestore = 0      ' Restore
 
@@ -37,7 +37,7 @@ Sub cmdClose_Click()
     frmShop.Close
 End Sub
 
-' Opened for each use and closed again: a database that is open cannot be replaced.
+' The database is opened for each use and then closed, because an open database cannot be replaced.
 Function OpenDatabase()
     Set OpenDatabase = CreateObject("ADODB.Connection")
     OpenDatabase.Open bakShop.CnnString & bakShop.DataPath & bakShop.Database & bakShop.DataExtension
@@ -60,7 +60,7 @@ Sub ShowSales()
     Say count & " sales"
 End Sub
 
-' The names of a folder's files.
+' Returns the names of a folder's files.
 Function FilesIn(Folder)
     Dim file
     For Each file In CreateObject("Scripting.FileSystemObject").GetFolder(Folder).Files

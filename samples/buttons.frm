@@ -1,4 +1,4 @@
-' A voucher that is posted, then printed, by the buttons at the top. Its script is buttons.vbs.
+' A voucher that the buttons at the top post and then print. The script is buttons.vbs.
 Begin Form frmVoucher
    Caption         =   "Voucher"
    ClientHeight    =   2430

@@ -1,8 +1,8 @@
-' The script behind buttons.frm.
+' The script of buttons.frm.
 Option Explicit
 
-Dim Posted      ' how many vouchers are in the books
-Dim LastPosted  ' what the last one says
+Dim Posted      ' the number of posted vouchers
+Dim LastPosted  ' the text of the last one
 
 Sub Form_Load()
     Posted = 0
@@ -40,7 +40,7 @@ Sub cmdVoid_Click()
     Say "Nothing was posted."
 End Sub
 
-' The menu presses the button: setting Value is a click.
+' The menu item presses the button: setting Value is a click.
 Sub mnuPost_Click()
     cmdPost.Value = True
 End Sub

@@ -1,4 +1,4 @@
-' The script behind first.frm: every Name_Event procedure is called when that event happens.
+' The script of first.frm: every Name_Event procedure is called when that event happens.
 Sub Form_Load()
     txtName.Text = "World"
 End Sub

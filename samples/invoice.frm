@@ -1,4 +1,4 @@
-' An invoice entry form. Its script is invoice.vbs.
+' A form to enter an invoice. The script is invoice.vbs.
 Begin Form frmInvoice
    Caption         =   "Invoice"
    ClientHeight    =   6600
@@ -74,7 +74,7 @@ Begin Form frmInvoice
       TabIndex        =   8
       Rows            =   9
       Cols            =   8
-      ' The caption of a column is its name in all the lists below.
+      ' All the lists below name a column by its caption.
       FormatString    =   ">No|<Article|<Description|>Qty|>Price|^Delivery|>Amount|Key"
       ColWidth0       =   480
       TextArray0      =   "No"

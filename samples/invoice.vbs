@@ -1,7 +1,7 @@
-' The script behind invoice.frm.
+' The script of invoice.frm.
 '
-' What it asks of the grid, it asks by column number; the numbers are looked up once by the captions of the columns.
-' Numbers in cells always have "." as the decimal point, whatever the country.
+' It uses column numbers with the grid, which it looks up once by the captions of the columns. Numbers in cells always
+' have "." as the decimal point, in every country.
 Option Explicit
 
 Const TaxPercent = 19
@@ -52,7 +52,7 @@ Sub Form_Unload(Cancel)
     Host.Log "Closed"
 End Sub
 
-' The price of shipping is fixed: its cell does not open. Setting Cancel here refuses the edit before it begins.
+' The price of shipping is fixed, so its cell does not open: Cancel refuses the edit here before it begins.
 Sub grdLines_BeforeCellChange(Row, Col, Data, Cancel)
     Host.Log "BeforeCellChange " & Row & "," & Col & " [" & Data & "]"
     If Col = ColPrice And grdLines.TextMatrix(Row, ColArticle) = "Shipping" Then
@@ -61,8 +61,8 @@ Sub grdLines_BeforeCellChange(Row, Col, Data, Cancel)
     End If
 End Sub
 
-' More than 9999 pieces of anything, or a price of a million, are a slip of the finger. Setting Cancel here gives the cell its
-' old text back. Row -1 says that lines have come or gone as a whole.
+' More than 9999 pieces of an article, or a price of a million or more, is a typing error: Cancel restores the cell's old
+' text here. Row -1 means that whole lines have been added or removed.
 Sub grdLines_AfterCellChange(Row, Col, OldData, NewData, Cancel)
     Host.Log "AfterCellChange " & Row & "," & Col & " [" & OldData & "] [" & NewData & "]"
     If Row < 0 Then
@@ -94,7 +94,7 @@ Sub grdLines_OnError(ErrNum, Description, Response)
     Response = False
 End Sub
 
-' What the article says about itself fills the cells that are still empty.
+' Fills the cells that are still empty with the details of the article.
 Sub FillFromArticle(Row, Name)
     Dim i
     For i = 0 To UBound(Articles)
@@ -130,7 +130,7 @@ Sub ShowTotals()
     lblTotal.Caption = Money(net + tax)
 End Sub
 
-' The first line that is begun but not complete becomes the current one. True when there is none.
+' Makes the first line that is begun but not complete the current one. Returns True when there is none.
 Function LinesAreComplete()
     Dim row, missing
     LinesAreComplete = False
@@ -178,7 +178,7 @@ End Sub
 ' A real program would write to its database here; this one writes to the log.
 Sub SaveInvoice()
     Dim row, count
-    cmdSave.SetFocus  ' the menu leaves a cell open that is being typed into; this finishes the entry
+    cmdSave.SetFocus  ' the menu does not close a cell that is being edited; this ends the entry
     If Not LinesAreComplete() Then Exit Sub
     count = 0
     For row = 1 To grdLines.Rows - 1
@@ -230,8 +230,8 @@ Sub Say(Text)
     lblStatus.Caption = Text
 End Sub
 
-' A text with "." as the decimal point, whatever the country. What is no number counts as nothing, and one that is longer
-' than any that makes sense as a very large one: neither is worth an error.
+' Reads a text with "." as the decimal point, in every country. What is not a number counts as 0, and one that is longer
+' than any sensible number as a very large one: neither needs an error.
 Function Number(Text)
     Dim point, digits
     Number = 0

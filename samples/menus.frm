@@ -1,4 +1,4 @@
-' A notepad whose menus have pictures and whose page has a flat border. Its script is menus.vbs.
+' A notepad whose menus have pictures and whose page has a flat border. The script is menus.vbs.
 Begin Form frmNotes
    Caption         =   "Notes"
    ClientHeight    =   3600

@@ -1,4 +1,4 @@
-' The script behind menus.frm.
+' The script of menus.frm.
 Option Explicit
 
 Sub Form_Load()
@@ -59,7 +59,7 @@ Sub mnuFind_Click()
     Say "Nothing found"
 End Sub
 
-' The pictures are there as long as the tools are: a form may change its mind while it runs.
+' The pictures are shown only while Tools is checked: a form may change its image list while it runs.
 Sub mnuTools_Click()
     mnuTools.Checked = Not mnuTools.Checked
     If mnuTools.Checked Then mnsPictures.ImageList = "imlMenus" Else mnsPictures.ImageList = ""

@@ -1,4 +1,4 @@
-' Orders and their lines out of a database. Its script is orders.vbs; orders.sql makes the database.
+' Orders and their lines from a database. The script is orders.vbs; orders.sql makes the database.
 Begin Form frmOrders
    Caption         =   "Orders"
    ClientHeight    =   7200
@@ -18,7 +18,7 @@ Begin Form frmOrders
       Height          =   2100
       TabIndex        =   1
       Cols            =   5
-      ' The caption of a column is its name in all the lists below.
+      ' All the lists below name a column by its caption.
       FormatString    =   ">No|>Order|<Customer|^Ordered|<Remark"
       ColWidth0       =   480
       TextArray0      =   "No"

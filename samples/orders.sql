@@ -1,4 +1,4 @@
--- The database that orders.frm works on: orders of a stationer's shop and their lines.
+-- The database of orders.frm: the orders of a stationer's shop and their lines.
 create table articles (
   name text primary key,
   price currency not null

@@ -1,10 +1,10 @@
-' The script behind orders.frm: records come out of a database by Bind, and go back into it in one transaction.
+' The script of orders.frm: Bind loads records from a database, and one transaction writes them back.
 '
-' Numbers in cells always have "." as the decimal point, and dates are written year-month-day, whatever the country: that
-' is how SQL takes them, too.
+' Numbers in cells always have "." as the decimal point, and dates are written year-month-day, in every country, because
+' SQL expects them so.
 Option Explicit
 
-' The database. Its file is the first argument behind "--", or orders.db in the folder of the program.
+' The connection string. The database file is the first argument after "--", or orders.db in the program's folder.
 Function Settings()
     Dim file
     file = App.Path & "\orders.db"
@@ -12,15 +12,15 @@ Function Settings()
     Settings = "Driver={SQLite3 ODBC Driver};Database=" & file & ";NoCreat=1;"
 End Function
 
-Const ClientCursor = 3     ' records that are counted and know their place
+Const ClientCursor = 3     ' for records with a known number and position
 Const DownTheColumn = 1    ' for GetSumOf
 
 Dim Connection
 Dim Articles               ' (0, i) is the name and (1, i) the price
 Dim ColOrder, ColCustomer, ColOrdered, ColRemark
 Dim ColArticle, ColQty, ColPrice, ColAmount
-Dim ShownOrder             ' whose lines are in the lower grid, or 0
-Dim Busy                   ' the script itself moves in the grids
+Dim ShownOrder             ' the order whose lines are in the lower grid, or 0
+Dim Busy                   ' the script itself moves the cursor in the grids
 
 Sub Form_Load()
     ColOrder = grdOrders.ColIndex("Order")
@@ -55,7 +55,7 @@ Function OpenDatabase()
     If Err.Number <> 0 Then Report "The database cannot be opened: " & Err.Description
 End Function
 
-' The records that a statement gives, kept in memory.
+' Returns the records of a statement, kept in memory.
 Function Query(Sql)
     Dim records
     Set records = CreateObject("ADODB.Recordset")
@@ -83,7 +83,7 @@ Sub ShowOrders()
     ShowLines
 End Sub
 
-' The lines of the order that the upper grid stands on.
+' Shows the lines of the current order in the upper grid.
 Sub ShowLines()
     Dim records
     ShownOrder = OrderAt(grdOrders.Row)
@@ -96,7 +96,7 @@ Sub ShowLines()
     Host.Log "Lines of order " & ShownOrder & ": " & records.RecordCount
 End Sub
 
-' The number of the order in a row. One that has been put in gets the next number.
+' Returns the number of the order in a row. A new order gets the next number.
 Function OrderAt(Row)
     Dim highest, other
     If grdOrders.TextMatrix(Row, ColOrder) = "" Then
@@ -111,7 +111,7 @@ Function OrderAt(Row)
     OrderAt = CLng(grdOrders.TextMatrix(Row, ColOrder))
 End Function
 
-' Where the order is whose lines are shown, or 0.
+' Returns the row of the order whose lines are shown, or 0.
 Function ShownRow()
     Dim row
     ShownRow = 0
@@ -152,10 +152,10 @@ End Sub
 
 Sub grdOrders_AfterCellChange(Row, Col, OldData, NewData, Cancel)
     Host.Log "Orders changed " & Row & "," & Col & " [" & OldData & "] [" & NewData & "]"
-    If Row > 0 Then FollowOrder  ' a row that has been put in becomes the current one without being entered
+    If Row > 0 Then FollowOrder  ' an inserted row becomes the current one without an EnterCell event
 End Sub
 
-' Row -1 says that lines have come or gone as a whole: by undoing, too.
+' Row -1 means that whole lines have been added or removed, also by undoing.
 Sub grdLines_AfterCellChange(Row, Col, OldData, NewData, Cancel)
     Dim i
     Host.Log "Lines changed " & Row & "," & Col & " [" & OldData & "] [" & NewData & "]"
@@ -178,7 +178,7 @@ Sub ShowTotal()
     lblTotal.Caption = Money(grdLines.GetSumOf(DownTheColumn, ColAmount))
 End Sub
 
-' Whether nothing is missing. What is has been reported then, and the cursor is there.
+' Whether nothing is missing. Otherwise the first missing entry is reported, and the cursor is there.
 Function IsComplete()
     IsComplete = False
     If grdOrders.ValidateEntry() Then
@@ -195,7 +195,7 @@ Function IsComplete()
     IsComplete = True
 End Function
 
-' A grid keeps its last row even when that is empty.
+' Whether there is any line: a grid keeps its last row even when it is empty.
 Function HasLines()
     HasLines = grdLines.Rows > 2 Or grdLines.TextMatrix(1, ColArticle) <> "" Or grdLines.TextMatrix(1, ColQty) <> "" _
         Or grdLines.TextMatrix(1, ColPrice) <> ""
@@ -255,7 +255,7 @@ Sub WriteLines()
     Next
 End Sub
 
-' What the grids show now, for the log.
+' Logs what the grids show now.
 Sub LogShown()
     Dim row
     For row = 1 To grdOrders.Rows - 1
@@ -299,7 +299,7 @@ Sub SetWidths()
     grdLines.ColWidth(ColAmount) = 2000
 End Sub
 
-' A text as SQL takes it. Nothing typed is nothing stored.
+' Returns a text as an SQL literal: null for an empty one.
 Function Quoted(Text)
     Quoted = "null"
     If Text <> "" Then Quoted = "'" & Replace(Text, "'", "''") & "'"

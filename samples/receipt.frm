@@ -1,4 +1,4 @@
-' Goods received: text boxes that check what is typed. Its script is receipt.vbs.
+' Goods received: text boxes that check what is typed. The script is receipt.vbs.
 Begin Form frmReceipt
    Caption         =   "Goods received"
    ClientHeight    =   3390

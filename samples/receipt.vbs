@@ -1,7 +1,7 @@
-' The script behind receipt.frm.
+' The script of receipt.frm.
 '
-' The boxes keep letters, second points and values out of range from being typed; what comes in by other ways is brought
-' into its form when a box is left. The script only adds up.
+' The boxes refuse typed letters, second decimal points and values out of range; text from other sources is corrected
+' when a box is left. The script only computes the amount.
 Option Explicit
 
 Sub Form_Load()
@@ -12,7 +12,7 @@ Sub txtArticle_Change()
     Host.Log "Article [" & txtArticle.Text & "]"
 End Sub
 
-' The handlers may change a key before the box gets it: articles have capital letters.
+' A handler may change a key before the box gets it: article codes have capital letters.
 Sub txtArticle_KeyPress(KeyAscii)
     If KeyAscii >= 97 And KeyAscii <= 122 Then KeyAscii = KeyAscii - 32
 End Sub
@@ -42,8 +42,8 @@ Sub ShowAmount(What)
     Host.Log What & " amount " & lblAmount.Caption
 End Sub
 
-' A text with "." as the decimal point, whatever the country. What is no number, or only half typed, counts as nothing, and
-' one that is longer than any that makes sense as a very large one: neither is worth an error.
+' Reads a text with "." as the decimal point, in every country. What is not a number, or is incomplete, counts as 0, and
+' one that is longer than any sensible number as a very large one: neither needs an error.
 Function Number(Text)
     Dim point, digits
     Number = 0
@@ -58,7 +58,7 @@ Function Number(Text)
     If point > 0 Then Number = Number / 10 ^ (Len(Text) - point)
 End Function
 
-' Cents are whole numbers, so that nothing is lost to binary fractions or to a country's decimal sign.
+' Formats whole cents, so that neither binary fractions nor a country's decimal sign change the result.
 Function Money(Value)
     Dim cents, sign
     sign = ""

@@ -9,7 +9,7 @@ namespace qvx::grid {
 double SumOfColumn(const flexgrid::Grid& grid, int col) {
     double sum = 0;
     if (!HasDataRows(grid)) return sum;
-    grid.Cell(grid.FixedRows(), col);  // refuses a column that is not there
+    grid.Cell(grid.FixedRows(), col);  // raises the error for a missing column
     grid.ForEachCellInColumn(col, grid.FixedRows(), grid.Rows() - 1,
                              [&](int, flexgrid::CellView cell) { sum += NumberIn(cell); });
     return sum;

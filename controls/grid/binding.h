@@ -1,4 +1,4 @@
-// A grid filled from a set of records, one row each.
+// Filling a grid from a set of records, one row for each.
 #pragma once
 
 #include <cstdint>
@@ -10,31 +10,34 @@
 
 namespace qvx::grid {
 
-// Records that are read once, from where they stand to their end. Any call may raise a run-time error.
+// Records that are read once, from their current position to their end. Any call may raise a run-time error.
 class RecordSource {
   public:
     virtual ~RecordSource() = default;
-    // How many there are; -1 when it is not known.
+    // Returns the number of records; -1 when it is not known.
     virtual std::int64_t Count() = 0;
     virtual bool AtEnd() = 0;
-    // The current record's number, as the records count; below 0 when it is not known.
+    // Returns the current record's number, as the records count; below 0 when it is not known.
     virtual std::int64_t Position() = 0;
-    // The texts of the current record's fields, a tab behind each.
+    // Appends the texts of the current record's fields, each followed by a tab.
     virtual void AppendFields(Text& row) = 0;
     virtual void MoveNext() = 0;
 };
 
-// Adds a row for every record left: its number in column 0 when rows are numbered, the first field in column BindFrom,
-// fields beyond the last column dropped. After each, `goOn` is told how many there are so far and may end the loading.
-// `wanted` is asked whenever the records or the listeners of the grid have had their turn: once it says no, neither is
-// touched any more. An error of the records comes out and leaves the rows added so far. Error 5 for a BindFrom below 0.
+// Adds a row for every remaining record: its number in column 0 when rows are numbered, the first field in column
+// BindFrom; fields beyond the last column are dropped. After each, `goOn` receives the number of records so far and may
+// end the loading. `wanted` is asked after calls to the records and to the listeners of the grid: once it returns
+// false, neither is used any more. An error of the records is passed on and leaves the rows added so far. Raises error
+// 5 for a BindFrom below 0.
 void LoadRecords(flexgrid::Grid& grid, const ControlState& state, RecordSource& records,
                  const std::function<bool()>& wanted, const std::function<bool(std::int64_t loaded)>& goOn);
 
-// Keeps the events that tell of progress to ten a second, the first after a tenth of a second. Times in milliseconds.
+// Limits the events that report progress to ten a second, the first after a tenth of a second. Times are in
+// milliseconds.
 class ProgressClock {
   public:
     explicit ProgressClock(std::uint64_t now) : last_(now) {}
+    // Whether the next event is due.
     bool Due(std::uint64_t now) {
         if (now - last_ < interval) return false;
         last_ = now;

@@ -42,8 +42,8 @@ Text NormalizeDate(TextView text, TextView dateFormat, const DateSettings& setti
     DateSettings reading = settings;
     if (slashes == 1 && IsMonthAndYearFormat(dateFormat)) {
         date.insert(0, u"1/");
-        // The day has just been put first, so that is how it must be read: a system that writes the month first would
-        // take 1/3/2024 for the third of January.
+        // The day has just been put first, so it must be read in this order: with the month first, 1/3/2024 would be
+        // the third of January.
         reading.order = ShortDateOrder::dayMonthYear;
     }
     const std::optional<Date> normal = ParseDate(date, reading);

@@ -1,4 +1,5 @@
-// One edit of a cell from its opening to its commit: what happens, and in which order, for whoever carries it out.
+// One edit of a cell from its opening to its commit: the steps and their order, independent of the windows that execute
+// them.
 #pragma once
 
 #include <concepts>
@@ -17,10 +18,10 @@
 
 namespace qvx::grid {
 
-// The tag that a frame bears while its edit is being abandoned.
+// The tag of a frame while its edit is being abandoned.
 inline constexpr TextView abandonedTag = u"ESCAPE";
 
-// A frame and the combo in it, as far as an edit is concerned.
+// A frame and the combo in it, as far as an edit uses them.
 template <class E>
 concept CellEditor = requires(E editor, TextView text, bool flag, int number, const EditorPlacement& placement) {
     editor.MoveFrame(placement);
@@ -43,7 +44,7 @@ concept CellEditor = requires(E editor, TextView text, bool flag, int number, co
     { editor.TwipsPerPixelX() } -> std::convertible_to<int>;
 };
 
-// What the host program is told; its answers come back through the flag.
+// The events that notify the host program; its answers are returned in the flag.
 template <class H>
 concept EditEvents = requires(H events, int number, const Text& text, TextView description, bool& flag) {
     events.BeforeCellChange(number, number, text, flag);
@@ -52,33 +53,36 @@ concept EditEvents = requires(H events, int number, const Text& text, TextView d
     events.ReportError(number, description);
 };
 
-// True when an editor may be opened on the current cell at all: it is no fixed one, where only a program can put the
-// cursor, and its column none of the inactive ones.
+// Whether an editor may be opened on the current cell at all: the cell is not fixed (only a program can put the cursor
+// on a fixed one), and its column is not inactive.
 inline bool MayEdit(const flexgrid::Grid& grid, const ControlState& state) {
     return grid.Row() >= grid.FixedRows() && grid.Col() >= grid.FixedCols() && grid.Row() < grid.Rows() &&
            grid.Col() < grid.Cols() && !IsListedColumn(grid, state.inActiveColumns, grid.Col());
 }
 
-// The same for any cell of the grid, were it the current one; a column without width never opens.
+// Whether an editor could be opened on any cell of the grid if it were the current one; never in a column without
+// width.
 inline bool MayEdit(const flexgrid::Grid& grid, const ControlState& state, int row, int col) {
     return row >= grid.FixedRows() && col >= grid.FixedCols() && grid.ColWidth(col) != 0 &&
            !IsListedColumn(grid, state.inActiveColumns, col);
 }
 
+// Returns the text of the current cell.
 inline Text CurrentText(const flexgrid::Grid& grid) { return grid.TextMatrix(grid.Row(), grid.Col()); }
 
+// Marks that no edit is open.
 inline void EndEditing(ControlState& state) {
     state.editRow = -1;
     state.editCol = -1;
 }
 
 // Opens an edit of the current cell, unless its column has no width or the host refuses. `hideButton` is true for a
-// column of free text, false for one with a list. Returns whether the edit is open now. An error on the way goes to
-// OnError, and to ReportError unless the host answers that. One that comes before the editor has the cell's text opens
-// no edit, which would write an empty text in its place; after it the edit stays open.
+// column of free text, false for one with a list. Returns whether the edit is now open. An error goes to OnError, and
+// to ReportError unless the host sets the flag to false. An error before the editor has the cell's text opens no edit,
+// because an edit would replace the text with an empty one; after an error that comes later the edit stays open.
 template <CellEditor Editor, EditEvents Events>
 bool ShowCellEditor(flexgrid::Grid& grid, ControlState& state, Editor& editor, Events& events, bool hideButton) {
-    int number = 0;  // of the edit, once it is begun
+    int number = 0;  // of the edit, once it has begun
     bool handedOver = false;
     try {
         state.eventFlag = false;
@@ -104,7 +108,7 @@ bool ShowCellEditor(flexgrid::Grid& grid, ControlState& state, Editor& editor, E
         editor.SetComboTag(text);
         editor.ShowFrame(true);
         editor.SetComboText(text);
-        // From here on the text lives in the editor alone.
+        // From here on, only the editor has the text.
         grid.SetTextMatrix(state.editRow, state.editCol, {});
         handedOver = true;
         if (!hideButton) editor.DropDown();
@@ -124,7 +128,7 @@ bool ShowCellEditor(flexgrid::Grid& grid, ControlState& state, Editor& editor, E
     return EditIsOpen(state);
 }
 
-// Gives the edit up: the editor shows the old text again, and the commit that follows writes that.
+// Abandons the edit: the editor shows the old text again, and the commit that follows writes it.
 template <CellEditor Editor>
 void AbandonEdit(Editor& editor) {
     editor.SetComboText(editor.ComboTag());
@@ -132,7 +136,7 @@ void AbandonEdit(Editor& editor) {
     editor.ShowFrame(false);
 }
 
-// The text that the cell under edit gets from its editor. An abandoned edit gives its old text as it was, neither
+// Returns the text that the edited cell gets from its editor. An abandoned edit returns its old text unchanged, neither
 // cleaned (an empty cell of numbers stays empty) nor matched against the list.
 template <CellEditor Editor>
 Text CommittedText(const flexgrid::Grid& grid, const ControlState& state, Editor& editor) {
@@ -141,18 +145,18 @@ Text CommittedText(const flexgrid::Grid& grid, const ControlState& state, Editor
     const Text typed = editor.ComboText();
     const Text caption = grid.TextArray(state.editCol);
     const Text cleaned = CleanCell(typed, state.columnsDataType, caption, state.dateFormat, editor.DateSettingsNow());
-    // Setting a combo's text drops its selection, so an entry that needs no cleaning is left selected.
+    // Setting a combo's text removes its selection, so an entry that needs no cleaning stays selected.
     if (cleaned != typed) editor.SetComboText(cleaned);
     if (!IsListedColumn(state.unChangableColumns, caption)) return cleaned;
     return MatchListEntry(editor.List(), cleaned, oldText);
 }
 
-// Ends the edit: cleans the text, writes the cell, tells the host, which may take it back. Run when the editor is
-// validated and again when it loses the focus; the second run finds no edit any more, and so does a run from within
-// AfterCellChange, whose handler may well take the focus away with a window of its own. What stands in the cell then
-// is remembered in the history, unless the host or the user has taken it back. An edit whose row is gone is
-// not ended but moved to the last row, and that run does nothing else. An error goes to ReportError; when it comes
-// before the cell is written the edit stays open, since what was typed is in the editor alone.
+// Ends the edit: cleans the text, writes the cell and notifies the host, which may restore the old text. Called when
+// the editor is validated and again when it loses the focus; the second call finds no open edit, and neither does one
+// from within AfterCellChange, whose handler may take the focus away with a window of its own. The history records the
+// resulting text unless the host has restored the old one or the user has abandoned the edit. An edit whose row is gone
+// does not end but moves to the last row, and that call does nothing else. An error goes to ReportError; if it comes
+// before the cell is written the edit stays open, because only the editor has what was typed.
 template <CellEditor Editor, EditEvents Events>
 void CommitEdit(flexgrid::Grid& grid, ControlState& state, EditHistory& history, Editor& editor, Events& events) {
     if (!EditIsOpen(state) || state.committing == state.editNumber) return;
@@ -161,7 +165,7 @@ void CommitEdit(flexgrid::Grid& grid, ControlState& state, EditHistory& history,
         return;
     }
     if (state.editCol > grid.Cols() - 1) {
-        // Its column is gone, and there is no cell left to write.
+        // The column is gone, so there is no cell to write.
         EndEditing(state);
         return;
     }
@@ -190,7 +194,7 @@ void CommitEdit(flexgrid::Grid& grid, ControlState& state, EditHistory& history,
     }
     if (written) {
         state.changed = true;
-        // A handler that lets input through may have opened the next edit by now; that one stays open.
+        // A handler that processes input may have opened the next edit by now; that one stays open.
         if (state.editNumber == number) {
             editor.SetFrameTag({});
             EndEditing(state);

@@ -1,4 +1,4 @@
-// What the rules over many cells read out of one, where it lies.
+// How rules over many cells read a single one, without copying it.
 #pragma once
 
 #include <string_view>
@@ -8,13 +8,14 @@
 
 namespace qvx::grid {
 
+// Reads a number with NumericValue; 0 for a text that is not one.
 inline double NumberIn(flexgrid::CellView cell) noexcept {
     return cell.IsLatin1() ? NumericValue(cell.Latin1()) : NumericValue(cell.Wide());
 }
 
 inline double NumberIn(std::string_view latin1) noexcept { return NumericValue(latin1); }
 
-// Nothing but blanks, or nothing at all. Tabs and other white space are text.
+// Whether a text is empty or has only blanks. Tabs and other white space are text.
 template <class Char>
 bool IsBlank(std::basic_string_view<Char> text) noexcept {
     return text.empty() || (text.front() == Char(' ') && text.find_first_not_of(Char(' ')) == text.npos);

@@ -13,15 +13,15 @@ bool TakesFocus(const flexgrid::Grid& grid, const ControlState& state, int col) 
     return grid.ColWidth(col) >= 1 && !IsListedColumn(grid, state.inActiveColumns, col);
 }
 
-// The nearest column from `col` on, in direction `step`, that may be entered; -1 for none.
+// Returns the nearest column from `col` on, in direction `step`, that may be entered; -1 for none.
 int EnterableFrom(const flexgrid::Grid& grid, const ControlState& state, int col, int step) {
-    if (step > 0) col = std::max(col, grid.FixedCols());  // from a header on to what scrolls
+    if (step > 0) col = std::max(col, grid.FixedCols());  // from a header to the first scrolling column
     for (; col >= grid.FixedCols() && col < grid.Cols(); col += step)
         if (MayEnter(grid, state, col)) return col;
     return -1;
 }
 
-// The nearest row from `row` on that has a height; -1 for none.
+// Returns the nearest row from `row` on that has a height; -1 for none.
 int ShownRowFrom(const flexgrid::Grid& grid, int row, int step) {
     if (step > 0) row = std::max(row, grid.FixedRows());
     for (; row >= grid.FixedRows() && row < grid.Rows(); row += step)
@@ -105,7 +105,7 @@ CellStep StepVertically(const flexgrid::Grid& grid, int step) {
 
 namespace {
 
-// The clipboard, undo and redo, by the keys that have long been theirs.
+// Returns the command of the usual keys for selecting all, clipboard, undo and redo.
 GridKey CommandOf(int keyCode, int shift) {
     if (shift == keys::shiftMask) {
         if (keyCode == keys::insert) return GridKey::Paste;
@@ -132,7 +132,7 @@ GridKey CommandOf(int keyCode, int shift) {
     }
 }
 
-// Entering a row without its key ends the entry of rows.
+// Whether the current row lacks its key: Enter there ends the entry of rows.
 bool RowLacksKey(const flexgrid::Grid& grid, const ControlState& state) {
     return grid.Row() < grid.Rows() && state.keyColumn >= 0 && grid.Cell(grid.Row(), state.keyColumn).Empty();
 }
@@ -257,8 +257,8 @@ bool KeepsKey(int keyCode, int shift, bool editOpen) {
         case keys::pageDown:
             return true;
         default:
-            // Keys with Ctrl are the host's menus', but for the clipboard, undo and redo, and what else an editor
-            // knows. Function keys are the host's.
+            // Keys with Ctrl belong to the host's menus, except for the clipboard, undo and redo, and the other
+            // commands of an editor. Function keys belong to the host.
             if ((shift & keys::controlMask) != 0)
                 return editOpen ? IsEditorCommand(keyCode, shift) : CommandOf(keyCode, shift) != GridKey::PassOn;
             return keyCode < keys::f1 || keyCode > keys::f24;

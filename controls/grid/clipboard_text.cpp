@@ -8,10 +8,10 @@ namespace {
 
 constexpr char16_t quote = u'"';
 
-// Nearly all characters are told by the first comparison.
+// The first comparison decides for nearly all characters.
 constexpr auto endsCell = [](char16_t c) { return c <= u'\r' && (c == u'\t' || c == u'\r' || c == u'\n'); };
 
-// Where the next row begins, behind one that ends at `at`.
+// Returns where the next row begins, after one that ends at `at`.
 std::size_t BehindRow(TextView text, std::size_t at) {
     if (at == text.size()) return at;
     return at + (text.substr(at).starts_with(u"\r\n") ? 2 : 1);
@@ -52,7 +52,7 @@ ClipboardCells::ClipboardCells(TextView text) : text_(text) {
     std::size_t at = 0;
     do {
         starts_.push_back(at);
-        // Only counted where no cell begins with a quote.
+        // This count is used only if no cell begins with a quote.
         std::size_t cells = 1;
         std::size_t end = at;
         bool quoted = false;
@@ -72,7 +72,7 @@ ClipboardCells::ClipboardCells(TextView text) : text_(text) {
     } while (at < text.size());
 }
 
-// Returns where the next row begins.
+// Parses the row at `at` and returns where the next row begins.
 std::size_t ClipboardCells::TakeRow(std::size_t at) const {
     cells_.clear();
     if (!unquoted_.empty()) unquoted_.clear();
@@ -89,8 +89,8 @@ TextView ClipboardCells::TakeCell(std::size_t& at) const {
     return {rest.begin(), end};
 }
 
-// The scan for the closing quote of a cell that has none goes on no farther than to the next quote that stands alone,
-// so that no part of the text is scanned again and again.
+// The scan for a missing closing quote ends at the next quote that is not doubled, so that no part of the text is
+// scanned repeatedly.
 bool ClipboardCells::TakeQuoted(std::size_t& at, TextView& cell) const {
     const std::size_t begin = at + 1;
     bool doubled = false;

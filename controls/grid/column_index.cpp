@@ -9,8 +9,8 @@ namespace qvx::grid {
 ColumnIndex RefreshColIndex(const flexgrid::Grid& grid) {
     ColumnIndex index;
     KeyedCollection<int> taken;
-    // The last number tried behind each caption. No key is ever given back, so all up to it stay taken; beginning at 1
-    // each time would make many equal captions cost their square.
+    // The last number tried after each caption. No key is ever removed, so all up to it stay taken; starting at 1 each
+    // time would take quadratic time for many equal captions.
     KeyedCollection<int> lastTried;
     for (int col = 0; col < grid.Cols(); ++col) {
         const Text caption = CaptionOf(grid, col);

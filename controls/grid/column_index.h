@@ -10,14 +10,14 @@
 namespace qvx::grid {
 
 struct ColumnIndex {
-    // Column numbers under the keys finally used, in column order; keys differ in more than case.
+    // Column numbers with their final keys, in column order; keys differ in more than case.
     std::vector<std::pair<Text, int>> entries;
-    // The keys as "[key],[key]".
+    // All keys as "[key],[key]".
     Text stringFormat;
 };
 
-// Makes the index of all columns. A caption that is taken already gets the first free one of the suffixes 1, 2, 3 ...,
-// counted anew for each column: Qty, Qty, Qty give Qty, Qty1, Qty2.
+// Makes the index of all columns. A caption that is already a key gets the first free of the suffixes 1, 2, 3 ...,
+// counted separately for each column: Qty, Qty, Qty give Qty, Qty1, Qty2.
 ColumnIndex RefreshColIndex(const flexgrid::Grid& grid);
 
 }  // namespace qvx::grid

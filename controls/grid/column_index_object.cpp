@@ -33,7 +33,7 @@ class ColumnIndexObject final : public ComObject<Dispatch<IColumnIndex>, ErrorIn
     }
     STDMETHODIMP Add(VARIANT item, VARIANT key, VARIANT before, VARIANT after) override {
         return Guard([&] {
-            // Columns have their order from the grid; items are added behind them.
+            // The columns have the order of the grid; items are added after them.
             if (!IsMissing(before) || !IsMissing(after))
                 throw RunTimeError(errors::invalidProcedureCall, u"Invalid procedure call or argument");
             if (IsMissing(key)) {

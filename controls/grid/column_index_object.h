@@ -10,7 +10,7 @@
 
 namespace qvx::grid {
 
-// A new collection of column numbers (Long) under their keys, which belongs to the host from then on: it may add and
+// Makes a collection of column numbers (Long) with their keys. It belongs to the host from then on, which may add and
 // remove items.
 ComPtr<IDispatch> MakeColumnIndexObject(const ColumnIndex& index);
 

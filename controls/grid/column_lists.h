@@ -1,4 +1,4 @@
-// The strings that name columns by caption, and the two tests every other rule makes on them.
+// The strings that name columns by caption, and the tests that every other rule makes on them.
 #pragma once
 
 #include "common/text.h"
@@ -13,23 +13,23 @@ constexpr int numerics = 1;
 constexpr int date = 2;
 }  // namespace data_type
 
-// True when ";caption;" stands anywhere in the list, whatever its case. Lists are never repaired: one that lacks its
+// Whether ";caption;" occurs anywhere in the list, regardless of case. Lists are never corrected: one that lacks its
 // first or last ";" does not match the item there, a caption with a ";" of its own may match across two items, and an
-// empty caption is matched by ";;".
+// empty caption matches ";;".
 bool IsListedColumn(TextView list, TextView caption);
 
-// True when ";caption-code;" stands anywhere in the list, whatever its case. `code` is 0 to 9.
+// Whether ";caption-code;" occurs anywhere in the list, regardless of case. `code` is 0 to 9.
 bool HasColumnCode(TextView list, TextView caption, int code);
 
-// The number N of the first item ";caption-N;" in the list, whatever its case: decimal digits, and the largest int for
-// more than it holds. 0 without such an item.
+// Returns the number N of the first item ";caption-N;" in the list, regardless of case: decimal digits, limited to the
+// largest int. 0 without such an item.
 int ColumnNumber(TextView list, TextView caption);
 
-// What stands above a column: its TextArray(col), nothing in a grid without rows. Raises 381 where the grid has no such
+// Returns the caption of a column: its TextArray(col), "" in a grid without rows. Raises 381 if the grid has no such
 // cell.
 Text CaptionOf(const flexgrid::Grid& grid, int col);
 
-// The same for a column of the grid, by its caption.
+// Do the same for a column of the grid, by its caption.
 bool IsListedColumn(const flexgrid::Grid& grid, TextView list, int col);
 bool HasColumnCode(const flexgrid::Grid& grid, TextView list, int col, int code);
 

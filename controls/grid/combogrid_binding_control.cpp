@@ -1,4 +1,4 @@
-// The ComboGrid's records: filled from a record set, checked before they are saved.
+// The ComboGrid's records: loaded from a record set, checked before they are saved.
 #include "common/text_compare.h"
 #include "controls/grid/combogrid_control.h"
 #include "controls/grid/record_source_win32.h"
@@ -8,10 +8,10 @@ namespace qvx::grid {
 
 STDMETHODIMP ComboGridControl::Bind(IDispatch** recSet) {
     return Reporting([&] {
-        // Held here: a handler may let go of it meanwhile.
+        // This reference keeps the record set alive, because a handler may release it meanwhile.
         const auto records = MakeRecordSource(*Required(recSet));
         entry_.Bind(*records);
-        // A grid that had the focus has it again, and one that had not does not take it.
+        // A grid that had the focus gets it again, and one that did not have it does not take it.
         const Text name = Host().DisplayName();
         if (WindowHandle() && !name.empty() && EqualNoCase(Host().ActiveControlName(WindowHandle()), name)) TakeFocus();
     });
@@ -23,7 +23,7 @@ STDMETHODIMP ComboGridControl::ValidateEntry(VARIANT_BOOL* result) {
         entry_.CommitOpenEdit();
         const auto invalid = FindInvalidCell(Model(), State());
         if (!invalid) return;
-        // Before anything else can fail: a grid that was found wanting is not to be saved.
+        // The result is set before anything else can fail: a grid with an invalid cell must not be saved.
         *result = VARIANT_TRUE;
         Say(invalid->message, dialogs::messages::entryCheck);
         int start = invalid->col - 1;

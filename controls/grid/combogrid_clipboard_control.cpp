@@ -1,4 +1,4 @@
-// Undo, redo and the clipboard, as members.
+// The ComboGrid's members for undo, redo and the clipboard.
 #include "controls/grid/combogrid_control.h"
 
 namespace qvx::grid {

@@ -35,7 +35,7 @@ ComboGridControl::ComboGridControl() : Control<_ComboGrid>(classInfo), entry_(*t
 
 // ---- Life ----------------------------------------------------------------------------------------------------------
 
-// A new control in a designer: the fields take their defaults, the inner grid stays as it is made.
+// For a new control in a designer the fields get their defaults, and the inner grid keeps its initial state.
 void ComboGridControl::InitProperties() {
     ControlState& state = State();
     const bool initialised = state.initialised;
@@ -44,7 +44,7 @@ void ComboGridControl::InitProperties() {
 }
 
 void ComboGridControl::OnBeforeRead(TextView key) {
-    // The control is prepared before its last property is known; nothing in the preparation needs that one.
+    // The control is prepared before this property is read; the preparation needs neither it nor those after it.
     if (key != lastKey) return;
     readForDesign_ = !UserMode();
     if (!readForDesign_) Prepare();
@@ -61,11 +61,11 @@ void ComboGridControl::OnShow() {
 }
 
 void ComboGridControl::OnWindowCreated(HWND window) {
-    // A designer's grid is a picture: its window would take the mouse from the designer.
+    // In a designer, the grid is a picture: its window would take the mouse from the designer.
     if (UserMode()) entry_.AttachTo(window);
 }
 
-// A label says what users call the grid; the name is a programmer's.
+// A label has the name that users know; the control's name is meant for programmers.
 Text ComboGridControl::AccessibleName() {
     const Text label = LabelBefore(WindowHandle());
     return label.empty() ? Host().DisplayName() : label;
@@ -88,7 +88,7 @@ void ComboGridControl::OnTerminate() {
     entry_.Terminate();
 }
 
-// An open edit is committed while the control is still what it was.
+// Commits an open edit while the control is still in its previous state.
 template <class Leave>
 HRESULT ComboGridControl::CommitThen(Leave leave) {
     const auto keep = ControlBase::KeepAlive();
@@ -122,7 +122,7 @@ STDMETHODIMP ComboGridControl::RefreshColIndex() {
 
 STDMETHODIMP ComboGridControl::get_ColIndex(IDispatch** result) {
     return Give(result, [&] {
-        // Made at first need: a control has its collection, an empty one, from the start.
+        // The collection is created when it is first needed: a control has an empty one from the start.
         if (!colIndex_) colIndex_ = MakeColumnIndexObject({});
         return colIndex_.copy();
     });
@@ -168,7 +168,7 @@ STDMETHODIMP ComboGridControl::AddItem(BSTR item, VARIANT index) {
     return Guard([&] {
         int place = flexgrid::Grid::atEnd;
         if (const auto number = OptionalNumber(index)) {
-            // A number below 0 is no row; it must not read as the end.
+            // A number below 0 is not a row and must not mean the end.
             place = *number < 0 ? std::numeric_limits<int>::max() : static_cast<int>(*number);
         }
         entry_.ChangeRows([&] { Model().AddItem(FromBstr(item), place); });
@@ -210,12 +210,12 @@ STDMETHODIMP ComboGridControl::ShowAbout() {
 void ComboGridControl::BeforeCellChange(int row, int col, const Text& data, bool& cancel) {
     const bool active = InPlaceActive();
     Fire(u"BeforeCellChange", EventArguments().In(row).In(col).In(Variant(data)).InOut(cancel));
-    // A handler that closed the control has refused the edit as well.
+    // A handler that has deactivated the control has also refused the edit.
     if (active && !InPlaceActive()) cancel = true;
 }
 
 void ComboGridControl::AfterCellChange(int row, int col, const Text& oldData, const Text& newData, bool& cancel) {
-    // The cell has changed: what cannot be told for want of memory is lost, rather than called a failure.
+    // The cell has changed: a notification that fails for lack of memory is lost, and is not reported as a failure.
     Contain([&] {
         Fire(u"AfterCellChange",
              EventArguments().In(row).In(col).In(Variant(oldData)).In(Variant(newData)).InOut(cancel));

@@ -1,4 +1,4 @@
-// The ComboGrid control: its interface, persisted properties and events, over the grid for data entry.
+// The ComboGrid control: its interface, persisted properties and events, for the grid for data entry.
 #pragma once
 
 #include <windows.h>
@@ -60,14 +60,14 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP RemoveAllRecords() override;
     STDMETHODIMP SetCell(long row, long col, VARIANT text, VARIANT_BOOL focus) override;
     STDMETHODIMP ClearRow(long row, BSTR clearCols, BSTR avoidCols) override;
-    // A caller that does not want to know passes null.
+    // A caller that does not need `record` or `matchOn` passes null.
     STDMETHODIMP DuplicateRecord(long* record, long* matchOn, VARIANT_BOOL response, VARIANT_BOOL* result) override;
     STDMETHODIMP GetSumOf(RC rowOrCol, long index, VARIANT* result) override;
     STDMETHODIMP GetProductOf(long col2Set, VARIANT* cols, VARIANT* result) override;
-    // Records
+    // Record sets and checks
     STDMETHODIMP Bind(IDispatch** recSet) override;
     STDMETHODIMP ValidateEntry(VARIANT_BOOL* result) override;
-    // What the user has done, and the clipboard
+    // Undo, redo and the clipboard
     STDMETHODIMP Undo() override;
     STDMETHODIMP Redo() override;
     STDMETHODIMP get_CanUndo(VARIANT_BOOL* result) override;
@@ -124,7 +124,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP get_hWnd(long* result) override;
     STDMETHODIMP get_hDC(long* result) override;
 
-    // An edit that is open ends while its window is still in place.
+    // An open edit ends while its window is still in place.
     STDMETHODIMP InPlaceDeactivate() override;
     STDMETHODIMP UIDeactivate() override;
     STDMETHODIMP Close(DWORD saveOption) override;
@@ -162,7 +162,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
         Fire(u"KeyDown", EventArguments().InOut(keyCode).InOut(shift));
     }
     void KeyUp(short& keyCode, short shift) override { Fire(u"KeyUp", EventArguments().InOut(keyCode).InOut(shift)); }
-    // The inner grid's window paints itself; without one its picture is the control's to paint.
+    // The inner grid's window paints itself; without one the control paints the picture.
     void Invalidated(flexgrid::GridChange, const flexgrid::CellRange&) override {
         if (!IsCovered()) Invalidate();
     }
@@ -189,14 +189,14 @@ class ComboGridControl final : public Control<_ComboGrid>,
     void RebuildColIndex();
     void FocusCell(int row, int col);
 
-    // Rows and columns come and go under an open edit without ending it.
+    // Adding and removing rows and columns does not end an open edit.
     HRESULT PutCount(TextView name, void (flexgrid::Grid::*member)(int), long value) {
         return Put(name, [&] { entry_.ChangeRows([&] { (Model().*member)(static_cast<int>(value)); }); });
     }
     template <class Leave>
     HRESULT CommitThen(Leave leave);
 
-    // A method whose run-time errors are the user's to read, not the caller's.
+    // Executes a method whose run-time errors are reported to the user instead of the caller.
     template <class Body>
     HRESULT Reporting(Body body) {
         return Guard([&] {
@@ -204,7 +204,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
             try {
                 body();
             } catch (const ComError&) {
-                throw;  // a call that was wrong by itself, as with a null argument
+                throw;  // the call itself was wrong, for example with a null argument
             } catch (...) {
                 const RunTimeError error = CurrentError();
                 ReportError(error.Number(), error.Description());
@@ -214,7 +214,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
 
     EntryGrid entry_;
     ComPtr<IDispatch> colIndex_;
-    bool readForDesign_ = false;  // and not shown in run mode since
+    bool readForDesign_ = false;  // and has not been shown in run mode since
 };
 
 }  // namespace qvx::grid

@@ -13,7 +13,7 @@ namespace {
 
 using flexgrid::Grid;
 
-// An Integer of the interface; error 6 for what has no room in 16 bits.
+// Checks an Integer of the interface; raises error 6 for a value that does not fit into 16 bits.
 int CheckedInteger(std::int32_t value) {
     if (value < std::numeric_limits<short>::min() || value > std::numeric_limits<short>::max())
         throw RunTimeError(errors::overflow, u"Overflow");
@@ -22,7 +22,8 @@ int CheckedInteger(std::int32_t value) {
 
 bool HasCells(const Grid& grid) { return grid.Rows() > 0 && grid.Cols() > 0; }
 
-// The counts of a stored form come before its fixed counts, and must not be held up by those the grid has so far.
+// The counts of a stored form are read before its fixed counts, and the current fixed counts of the grid must not
+// restrict them.
 void LoadRows(Grid& grid, int rows) {
     grid.SetFixedRows(0);
     grid.SetRows(rows);
@@ -32,14 +33,14 @@ void LoadCols(Grid& grid, int cols) {
     grid.SetCols(cols);
 }
 
-// A grid left with nothing but fixed rows was once one with more, and has to become so again on the same way.
+// A grid that has only fixed rows once had more rows, and has to reach this state in the same way.
 void LoadFixedRows(Grid& grid, int count) {
     const int rows = grid.Rows();
     if (count == rows && count > 0) grid.SetRows(rows + 1);
     grid.SetFixedRows(count);
     grid.SetRows(rows);
 }
-// One column alone cannot be fixed. It waits for others, as none at all does.
+// A single column cannot be fixed: the count waits for more columns, as it does without any column.
 void LoadFixedCols(Grid& grid, int count) {
     const int cols = grid.Cols();
     if (count == 1 && cols == 1) grid.SetCols(0);
@@ -49,7 +50,7 @@ void LoadFixedCols(Grid& grid, int count) {
 
 }  // namespace
 
-// Where the control's default differs from the inner grid's own, it is given here.
+// A default is given here if the control's differs from the inner grid's own.
 const PropertyTable& ComboGridControl::Properties() {
     using C = ComboGridControl;
     static const PropertyTable table =

@@ -1,4 +1,4 @@
-// Members that manage rows as records and add cells up.
+// The ComboGrid's members that manage rows as records and add up cells.
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -19,7 +19,7 @@ Text TextOf(const VARIANT& value) {
     return text;
 }
 
-// Scripts of the kind that has no arrays of the system's own pass an object with a length.
+// Scripts whose language lacks the system's arrays pass an object with a length.
 std::vector<Variant> ElementsOf(IDispatch* list) {
     const auto length = ReadMember(list, L"length");
     const auto count = length ? length->ToLong() : std::nullopt;
@@ -30,7 +30,7 @@ std::vector<Variant> ElementsOf(IDispatch* list) {
     return elements;
 }
 
-// The elements from number 0 on.
+// Returns the elements from number 0 on.
 std::vector<Variant> ElementsOf(const VARIANT& list) {
     SAFEARRAY* array = ArrayOf(list);
     if (!array) {
@@ -109,13 +109,13 @@ STDMETHODIMP ComboGridControl::GetSumOf(RC rowOrCol, long index, VARIANT* result
 
 STDMETHODIMP ComboGridControl::GetProductOf(long col2Set, VARIANT* cols, VARIANT* result) {
     return Give(result, [&] {
-        // The list is first looked at for the first row.
+        // The list is not read before there is a row.
         if (!HasDataRows(Model())) return 0.0;
         return SumOfProducts(Model(), static_cast<int>(col2Set), ColumnNumbers(*Required(cols)));
     });
 }
 
-// The focus goes to the inner grid itself: an editor that is open in the current cell is closed first.
+// Gives the focus to the inner grid itself: an editor that is open in the current cell is closed first.
 void ComboGridControl::FocusCell(int row, int col) {
     entry_.CommitOpenEdit();
     Model().SetRow(row);

@@ -1,5 +1,5 @@
-// What a ComboGrid remembers besides its inner grid. Columns are named by their captions in the first row, never by
-// number, so every list below survives columns being moved.
+// The state of a ComboGrid besides its inner grid. Columns are named by their captions in the first row, never by
+// number, so that every list below stays valid when columns are moved.
 #pragma once
 
 #include "common/text.h"
@@ -27,10 +27,10 @@ struct ControlState {
     Text unChangableColumns;
     Text listColumns;
     Text inActiveColumns;
-    // The cell under edit; both -1 while no edit is open.
+    // The cell that is being edited; both are -1 while no edit is open.
     int editCol = -1;
     int editRow = -1;
-    // The one variable handed by reference as Cancel and Response to every event that has such an argument.
+    // The single variable that is passed by reference as Cancel and Response to every event that has such an argument.
     bool eventFlag = false;
     bool editing = false;      // an edit is being opened
     int editNumber = 0;        // counts the edits opened so far
@@ -38,6 +38,7 @@ struct ControlState {
     bool initialised = false;  // the run-time preparation is done; never reset
 };
 
+// Whether an edit is open.
 inline bool EditIsOpen(const ControlState& state) { return state.editRow >= 0 && state.editCol >= 0; }
 
 }  // namespace qvx::grid

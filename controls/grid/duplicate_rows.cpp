@@ -12,16 +12,16 @@
 namespace qvx::grid {
 namespace {
 
-// The rows seen so far by their keys, in a table that is open to its next slot on a collision.
+// The rows so far by their keys, in a hash table that uses the next free slot on a collision.
 class RowsByKey {
   public:
     RowsByKey(const flexgrid::Grid& grid, int firstCol, int rows)
         : grid_(grid), firstCol_(firstCol), slots_(std::bit_ceil(static_cast<std::size_t>(rows) * 3 / 2 + 1)) {}
 
-    // To be asked for soon.
+    // Prefetches the slot of a hash that is looked up soon.
     void Fetch(std::uint64_t hash) const { __builtin_prefetch(&slots_[Home(hash)]); }
 
-    // The row above `below` whose key this is; else -1, and then `row` has it from now on when that is at least 0.
+    // Returns the row above `below` with this key; else -1, and then the key is added for `row` if that is at least 0.
     int FindOrAdd(std::uint64_t hash, flexgrid::CellView key, int below, int row) {
         const auto mark = static_cast<std::uint32_t>(hash >> 32);
         std::size_t slot = Home(hash);
@@ -60,7 +60,7 @@ std::optional<RowPair> FirstDuplicate(const flexgrid::Grid& grid, int firstCol) 
     if (rows - first < 2) return std::nullopt;
     RowsByKey seen(grid, firstCol, rows - first);
     std::optional<RowPair> found;
-    // Some rows at a time, so that their slots are on their way from memory while the others are hashed.
+    // Rows are processed in batches, so that their slots are fetched from memory while other rows are hashed.
     constexpr int batchSize = 32;
     struct Entry {
         flexgrid::CellView key;
@@ -78,8 +78,8 @@ std::optional<RowPair> FirstDuplicate(const flexgrid::Grid& grid, int firstCol) 
         });
         for (int row = start; row < end; ++row) {
             const Entry& entry = batch[static_cast<std::size_t>(row - start)];
-            // Once there is a pair, only one whose first row lies further up is of interest, and no row down here can
-            // become that.
+            // Once there is a pair, only one whose first row is further up matters, and no row from here on can become
+            // such a first row.
             const int above = seen.FindOrAdd(entry.hash, entry.key, found ? found->first : row, found ? -1 : row);
             if (above >= 0) found = {above, row};
             if (above == first) return found;

@@ -1,4 +1,4 @@
-// Finding a record that is there twice.
+// The search for a record that exists twice.
 #pragma once
 
 #include <optional>
@@ -14,13 +14,14 @@ struct RowPair {
     friend bool operator==(const RowPair&, const RowPair&) = default;
 };
 
-// The first data row that has its equal further down, and the first of its equals there. Rows are equal when their keys
-// are (row_key.h), `firstCol` being the first column that counts; so rows without any text are, too.
+// Returns the first data row that has an equal row further down, and the first of its equals there. Rows are equal when
+// their keys are (row_key.h), where `firstCol` is the first column that counts; so rows without any text are equal too.
 //
-// Takes time and memory linear in the number of rows: twelve to twenty-four bytes a row, however long the texts are.
+// Takes time and memory linear in the number of rows: twelve to twenty-four bytes a row, regardless of the length of
+// the texts.
 std::optional<RowPair> FirstDuplicate(const flexgrid::Grid& grid, int firstCol);
 
-// What the user is told of it.
+// Returns the message that names the two rows to the user.
 Text DuplicatesPrompt(const RowPair& rows);
 
 }  // namespace qvx::grid

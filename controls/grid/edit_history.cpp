@@ -31,8 +31,8 @@ bool EditHistory::Follow() {
     return paused_ == 0 && !broken_;
 }
 
-// Whether the rows have moved once since then, by the change that is being recorded. When a listener has moved rows as
-// well, nobody knows any more which is which.
+// Whether the rows have moved exactly once since then, by the change that is being recorded. If a listener has moved
+// rows as well, it is unknown which rows are which.
 bool EditHistory::RowsHaveMoved(std::uint64_t before) {
     if (grid_.StructureVersion() == before + 1) {
         version_ = before + 1;
@@ -67,9 +67,9 @@ EditHistory::WholeGroup::WholeGroup(EditHistory& history, Reach reach)
 EditHistory::WholeGroup::~WholeGroup() {
     if (!whole_) return;
     whole_.reset();
-    if (history_.grid_.StructureVersion() != version_) return;  // not even taken back
+    if (history_.grid_.StructureVersion() != version_) return;  // the changes could not be undone
     history_.version_ = version_;
-    if (history_.depth_ == 1) history_.Pending() = {};  // a group around this one is given up as well
+    if (history_.depth_ == 1) history_.Pending() = {};  // an outer group is given up as well
 }
 
 void EditHistory::CellChanged(std::uint64_t structure, int row, int col, TextView before,
@@ -90,7 +90,7 @@ void EditHistory::CellsChanged(std::uint64_t structure, int row, int col, const 
     if (Follow() && structure == version_) Pending().AddCells(row, col, before, after);
 }
 
-// Moves the one step that a list holds.
+// Moves the single step of a list to the end of another.
 void EditHistory::Push(Steps& stack, Steps& step) noexcept {
     characters_ += step.front()->Characters();
     stack.splice(stack.end(), step);
@@ -99,7 +99,7 @@ void EditHistory::Push(Steps& stack, Steps& step) noexcept {
         return steps > limits_.steps || (steps > 1 && characters_ > limits_.characters);
     };
     while (tooMuch()) {
-        // The oldest; when none is left to be taken back, the one that would be done again last. Never the new one.
+        // Drops the oldest undo step; when there is none left, the redo step that is furthest away. Never the new one.
         const std::size_t fresh = &stack == &done_ ? 1 : 0;
         Steps& oldest = done_.size() > fresh ? done_ : undone_;
         if (oldest.empty()) return;
@@ -148,7 +148,7 @@ EditHistory::Step EditHistory::Move(Steps& from, Steps& to, ControlState& state)
         try {
             grid_.MoveTo(std::min(place.row, grid_.Rows() - 1), std::min(col, grid_.Cols() - 1));
         } catch (const std::bad_alloc&) {
-            // The step is undone, and the current cell a convenience.
+            // The step is undone, and moving the current cell is only a convenience.
         }
     }
     return made;

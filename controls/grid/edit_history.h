@@ -1,8 +1,8 @@
-// What the user has done to a grid, so that it can be taken back and done again.
+// The history of what the user has done to a grid, for undo and redo.
 //
-// What the host does itself is no part of it: texts it writes stay out, and when it moves rows or columns, lets them
-// come or go or empties the grid, row and column numbers no longer mean what they meant, and the history begins anew.
-// The grid's structure version tells, so that a host's calls cost nothing here.
+// Changes by the host are not part of it: texts that it writes are not recorded, and when it moves, adds or removes
+// rows or columns, or empties the grid, row and column numbers lose their meaning and the history is cleared. The
+// grid's structure version shows this, so that a host's calls cost nothing here.
 #pragma once
 
 #include <cstddef>
@@ -20,7 +20,7 @@ namespace qvx::grid {
 
 class EditHistory {
   public:
-    // At most so much is remembered; the oldest steps go first. A single step is kept whatever its size.
+    // The limits of what is recorded; the oldest steps are dropped first. A single step is kept whatever its size.
     struct Limits {
         std::size_t steps = 1000;
         std::size_t characters = 16'000'000;
@@ -32,9 +32,8 @@ class EditHistory {
     EditHistory(const EditHistory&) = delete;
     EditHistory& operator=(const EditHistory&) = delete;
 
-    // ---- Recording -------------------------------------------------------------------------------------------------
-    // All that is recorded in the life of a group is one step. One whose rows or columns the host has meddled with
-    // leaves none. Groups within one belong to it.
+    // Everything that is recorded while a group exists is one step. A group whose rows or columns the host has changed
+    // leaves none. Nested groups belong to the outer one.
     class Group {
       public:
         explicit Group(EditHistory& history) : history_(history) { history_.Begin(); }
@@ -65,36 +64,36 @@ class EditHistory {
         std::optional<flexgrid::Grid::AllOrNothing> whole_;
     };
 
-    // A cell has got another text, at a time when the grid's structure version was `structure`; nothing when the texts
-    // are equal or the rows have moved since. Without the memory to remember it the history begins anew.
+    // Records that a cell has a new text, written when the grid's structure version was `structure`; does nothing when
+    // the texts are equal or the rows have moved since. If memory is short, the history is cleared.
     void CellChanged(std::uint64_t structure, int row, int col, TextView before, flexgrid::CellView after) noexcept;
     void CellChanged(std::uint64_t structure, int row, int col, TextView before, TextView after) noexcept {
         CellChanged(structure, row, col, before, flexgrid::CellView(after.data(), after.size()));
     }
-    // Neighbouring cells of a row, from column `col` on, are about to get other texts.
+    // Records that adjacent cells of a row, from column `col` on, are about to get new texts. May throw std::bad_alloc.
     void CellsChanged(std::uint64_t structure, int row, int col, const flexgrid::RowView& before,
                       std::span<const TextView> after);
-    // `change` inserts rows before row `at`, and does nothing else to the grid's rows and columns. What it throws comes
-    // out. It is not made when there is no memory to remember it.
+    // Executes and records `change`, which inserts rows before row `at` and changes nothing else in the grid's rows and
+    // columns. What it throws is passed on. It is not executed if there is no memory to record it.
     template <class Change>
     void InsertRows(int at, int count, Change change);
-    // `change` removes rows from row `at` on.
+    // Executes and records `change`, which removes rows from row `at` on.
     template <class Change>
     void RemoveRows(int at, int count, Change change);
 
     // ---- Undoing and redoing ---------------------------------------------------------------------------------------
     bool CanUndo() const { return Ready() && !done_.empty(); }
     bool CanRedo() const { return Ready() && !undone_.empty(); }
-    // Takes the last step back, or does the last that was taken back again; the current cell goes to where it was, rows
-    // are numbered anew, and the grid counts as changed. Returns what has happened to the grid by that; null when there
-    // is nothing to do. Errors come out; nothing has changed then.
+    // Undo the last step, or redo the last undone one; the current cell moves to where the change is, rows are numbered
+    // again, and the grid counts as changed. Return what this has done to the grid; null when there is nothing to do.
+    // Errors are passed on, and nothing has changed then.
     Step Undo(ControlState& state) { return Move(done_, undone_, state); }
     Step Redo(ControlState& state) { return Move(undone_, done_, state); }
-    // Begins anew. A group that is open leaves no step.
+    // Clears the history. An open group leaves no step.
     void Clear() noexcept;
 
-    // While it lives there is nothing to undo and redo, and nothing is recorded: for whoever tells hosts of changes,
-    // whose handlers must not undo the change that they are being told of.
+    // While it exists, there is nothing to undo and redo, and nothing is recorded: for notifications of changes, whose
+    // handlers must not undo the change that they are notified of.
     class Pause {
       public:
         explicit Pause(EditHistory& history) : history_(history) { ++history_.paused_; }
@@ -107,11 +106,11 @@ class EditHistory {
     };
 
   private:
-    // Lists, whose steps change places without any memory.
+    // Lists, because moving a step from one to another needs no memory.
     using Steps = std::list<std::shared_ptr<EditStep>>;
 
     bool Ready() const { return depth_ == 0 && paused_ == 0 && version_ == grid_.StructureVersion(); }
-    // False when the recording is off. Begins anew when the structure has changed.
+    // Clears the history if the structure has changed. Returns false while recording is off.
     bool Follow();
     bool RowsHaveMoved(std::uint64_t before);
     void Begin();
@@ -122,14 +121,14 @@ class EditHistory {
 
     flexgrid::Grid& grid_;
     Limits limits_;
-    std::uint64_t version_;  // of the grid's structure, that all steps are about
+    std::uint64_t version_;  // of the grid's structure that all steps refer to
     Steps done_;
     Steps undone_;
-    Steps fresh_;                 // that of the group, made before anything is changed; empty before the first group
+    Steps fresh_;                 // the step of the group, made before any change; empty before the first group
     std::size_t characters_ = 0;  // of both
     int depth_ = 0;               // of groups
     int paused_ = 0;
-    bool broken_ = false;  // the group's rows have been meddled with, or it cannot be remembered
+    bool broken_ = false;  // the host has changed the group's rows, or there is no memory to record it
 };
 
 template <class Change>

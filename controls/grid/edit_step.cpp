@@ -22,12 +22,12 @@ KeptRows KeepRows(const flexgrid::Grid& grid, int at, int count) {
 
 // ---- Packing -------------------------------------------------------------------------------------------------------
 
-// A text is its size, twice, plus one when it takes two bytes a character; seven bits of that to a byte, the lowest
-// first, the eighth set when more follow. Behind it come the characters.
+// A text is stored as twice its size, plus one if it takes two bytes a character, with seven bits in each byte, the
+// lowest first; the eighth bit is set when more bytes follow. The characters come after it.
 
 class EditStep::Writer {
   public:
-    // Room for texts of so many characters in all.
+    // Reserves room for `texts` texts of `characters` characters in all.
     Writer(std::vector<std::uint8_t>& bytes, std::size_t texts, std::size_t characters)
         : bytes_(bytes), old_(bytes.size()) {
         constexpr std::size_t sizeBytes = 5;
@@ -49,7 +49,7 @@ class EditStep::Writer {
     }
     void Add(TextView text) {
         unsigned all = 0;
-        if (text.size() < oneByteSizes) {  // and one byte a character, as nearly always
+        if (text.size() < oneByteSizes) {  // and one byte a character, which is nearly always so
             std::uint8_t* to = at_ + 1;
             for (const char16_t c : text) {
                 all |= c;
@@ -68,7 +68,7 @@ class EditStep::Writer {
             std::memcpy(at_, text.data(), text.size() * sizeof(char16_t));
             at_ += text.size() * sizeof(char16_t);
         } else {
-            std::uint8_t* to = at_;  // a byte written through at_ itself could be at_'s own
+            std::uint8_t* to = at_;  // the compiler must assume that a byte written through at_ changes at_ itself
             for (const char16_t c : text) *to++ = static_cast<std::uint8_t>(c);
             at_ = to;
         }
@@ -182,7 +182,7 @@ EditStep::Place EditStep::FirstPlace() const {
 // ---- Reverting -----------------------------------------------------------------------------------------------------
 
 void EditStep::RevertCells(flexgrid::Grid& grid, const Change& change, EditStep& made) const {
-    // There are no such cells only when something has gone wrong before; nothing is ever written beside the grid.
+    // Cells can be missing only after an earlier fault; nothing is ever written outside the grid.
     const int count = std::min(change.count, grid.Cols() - change.col);
     if (change.row >= grid.Rows() || count <= 0) return;
     Text all;
@@ -209,7 +209,7 @@ void EditStep::RevertCells(flexgrid::Grid& grid, const Change& change, EditStep&
 KeptRows EditStep::TakeRows(flexgrid::Grid& grid, int at, int count) {
     KeptRows kept = KeepRows(grid, at, count);
     if (at + count >= grid.Rows()) {
-        // By their number, since the last row of all does not go otherwise.
+        // The row count removes them, because the last row cannot be removed otherwise.
         grid.SetRows(std::min(at, grid.Rows()));
     } else {
         grid.RemoveRowsIf([&](int row) { return row >= at && row < at + count; });

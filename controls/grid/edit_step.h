@@ -1,4 +1,4 @@
-// One step of a history of edits: cells with another text, rows that came and went.
+// One step of a history of edits: cells with new texts, inserted and removed rows.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,7 @@
 
 namespace qvx::grid {
 
-// Neighbouring rows as they were: their texts, one behind the other, and what else was set for them.
+// Adjacent rows in their previous state: their texts, one after the other, and their other settings.
 struct KeptRows {
     struct Row {
         std::size_t cells = 0;  // up to the last that holds text
@@ -25,38 +25,38 @@ struct KeptRows {
     std::size_t Characters() const { return texts.size() + 2 * sizes.size() + 20 * rows.size(); }
 };
 
-// Rows `at` to `at + count - 1`, as far as there are such.
+// Copies rows `at` to `at + count - 1`, as far as they exist.
 KeptRows KeepRows(const flexgrid::Grid& grid, int at, int count);
 
-// Changes in the order in which they happened, packed: cells side by side are one change, and their texts lie behind
-// one another as bytes, one a character where that is enough.
+// Changes in the order in which they happened, packed: adjacent cells are one change, and their texts are stored one
+// after the other as bytes, with one byte a character where that is enough.
 class EditStep {
   public:
     void AddCell(int row, int col, flexgrid::CellView before, TextView after);
-    // Neighbouring cells of one row at once, from column `col` on; those whose text stays the same are left out.
+    // Adds adjacent cells of one row at once, from column `col` on; those whose text stays the same are omitted.
     void AddCells(int row, int col, const flexgrid::RowView& before, std::span<const TextView> after);
-    // The next change of rows is added without any memory.
+    // Reserves memory, so that adding the next change of rows needs none.
     void ReserveChange();
     void AddRowsInserted(int at, int count);
     void AddRowsRemoved(int at, KeptRows rows);
 
     bool Empty() const { return changes_.empty(); }
     bool RowsChanged() const { return rowsChanged_; }
-    // What it takes in memory, in characters.
+    // Returns its memory use, in characters.
     std::size_t Characters() const;
-    // visit(row, col, TextView before, TextView after) for every cell; what was changed last comes first when
-    // `backwards`, but cells side by side from left to right. The texts are good until visit returns.
+    // Calls visit(row, col, TextView before, TextView after) for every cell; with `backwards` the last change comes
+    // first, but adjacent cells still from left to right. The texts are valid until visit returns.
     template <class Visit>
     void ForEachCell(bool backwards, Visit visit) const;
-    // The upmost row that it has changed, and the leftmost of the cells changed there; -1 for none.
+    // The topmost row that the step has changed, and the leftmost of the cells changed there; -1 for none.
     struct Place {
         int row = -1;
         int col = -1;
     };
     Place FirstPlace() const;
 
-    // Takes the changes back, the last one first; what is done for that is returned as a step itself. `go()` is asked
-    // after every change of rows, which a handler may have answered with changes of its own: false ends it.
+    // Undoes the changes, the last one first, and returns what was done for this as a step itself. `go()` is called
+    // after every change of rows, which a handler may have followed with changes of its own: false ends the undoing.
     template <class Go>
     EditStep Revert(flexgrid::Grid& grid, Go go) const;
 
@@ -65,11 +65,11 @@ class EditStep {
     struct Change {
         Kind kind;
         int row;
-        int col;            // the first cell's
+        int col;            // of the first cell
         int count;          // of cells or rows
-        std::size_t texts;  // where the cells' texts begin: before and after of the first, and so on
+        std::size_t texts;  // where the cells' texts begin: before and after for each cell
     };
-    // Texts taken out of the bytes one after the other.
+    // Reads texts from the bytes one after the other.
     class Reader {
       public:
         Reader(const EditStep& step, const Change& change) : at_(step.bytes_.data() + change.texts) {}

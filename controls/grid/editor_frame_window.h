@@ -1,4 +1,4 @@
-// The frame that is laid over a cell, and the combos in it: one for each list column, and one for free text.
+// The frame over the edited cell, and the combos in it: one for each list column, and one for free text.
 #pragma once
 
 #include <windows.h>
@@ -19,27 +19,27 @@ class EditorFrame final : public Window {
     explicit EditorFrame(ComboListener& listener) : listener_(listener) {}
     ~EditorFrame() override;
 
-    // Hidden, in a parent. Throws error 7 when the system refuses.
+    // Creates the frame, hidden. Throws error 7 when the system refuses.
     void CreateIn(HWND parent);
 
-    // Error 360 "Object already loaded" for an index that is there.
+    // Creates the combo with that index. Throws error 360 "Object already loaded" if it exists.
     void Load(int index);
     void Unload(int index);
-    // Null when it is not loaded.
+    // Returns the combo; null when it is not loaded.
     ComboWindow* Find(int index);
-    // With a reference for the caller; error 340 for an element that is not loaded.
+    // Returns the combo's object, with a reference for the caller. Throws error 340 for an element that is not loaded.
     IDispatch* ObjectOf(int index);
     std::vector<int> Loaded() const;
-    // The index of a combo in this frame.
+    // Returns the index of a combo in this frame; -1 for any other.
     int IndexOf(const ComboWindow& combo) const;
 
     const Text& Tag() const { return tag_; }
     void SetTag(TextView tag) { tag_ = tag; }
-    // In pixels of the parent.
+    // Moves the frame, in pixels of the parent, above its siblings.
     void MoveTo(const Rect& bounds);
     void Show(bool shown);
     bool Shown() const;
-    // Draws everything in it now.
+    // Draws the frame and everything in it immediately.
     void Paint();
 
   protected:
@@ -47,7 +47,7 @@ class EditorFrame final : public Window {
 
   private:
     struct Element {
-        // The object lets go of the combo before that is destroyed.
+        // The object is destroyed before the combo that it refers to.
         std::unique_ptr<ComboWindow> combo;
         std::unique_ptr<ComboAutomation> automation;
     };

@@ -1,4 +1,4 @@
-// What assistive programs learn of a grid for data entry beyond its cells.
+// The information for assistive programs about a grid for data entry beyond its cells.
 #include "controls/grid/entry_grid_window.h"
 
 namespace qvx::grid {

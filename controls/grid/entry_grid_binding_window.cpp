@@ -1,4 +1,4 @@
-// Records into the grid: what the user sees and the host hears meanwhile.
+// Loading records into the grid: what the user sees meanwhile, and which events the host gets.
 #include <limits>
 
 #include "common/number_text.h"
@@ -8,7 +8,7 @@
 namespace qvx::grid {
 namespace {
 
-// Out of sight for the length of a scope.
+// Hides a window for the duration of a scope.
 class Hidden {
   public:
     explicit Hidden(HWND window) : window_(window) { ShowWindow(window_, SW_HIDE); }
@@ -20,7 +20,7 @@ class Hidden {
     HWND window_;
 };
 
-// The thread's windows are painted, but no input is taken. A window that never counts as painted must not hold this up.
+// Paints the thread's windows without processing input. The limit is for a window that never validates its area.
 void AnswerPaints() {
     constexpr int most = 64;
     QueuedMessages queue;
@@ -35,15 +35,16 @@ long ToLong(std::int64_t number) {
 
 }  // namespace
 
-// Handlers of whatever this raises, and the records themselves, may ask for another set of records. That one is loaded
-// whole by then, and this one has nothing left to do.
+// Event handlers, and the records themselves, may call Bind with another set of records. That one is completely loaded
+// by then, and this call has nothing left to do.
 void EntryGrid::Bind(RecordSource& records) {
     const int binding = ++bindings_;
     const auto wanted = [&] { return binding == bindings_; };
     CommitOpenEdit();
     state_.changed = false;
     if (!wanted()) return;
-    // The rows go when nobody is told any more: a handler might fill the grid with others, which must not go.
+    // The rows are removed when no more events are raised: a handler might fill the grid with other rows, which must
+    // stay.
     if (Model().Row() > 0 && Model().Cols() > 0) ChangeRows([&] { Model().MoveTo(0, Model().Col()); });
     if (!wanted()) {
         const bool onHeader = Model().Row() < Model().FixedRows() && Model().FixedRows() < Model().Rows();

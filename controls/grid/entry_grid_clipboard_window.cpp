@@ -26,7 +26,7 @@ void EntryGrid::StepInHistory(bool back) {
     EditHistory::Step step;
     ChangeKeptRows([&] { step = back ? history_.Undo(state_) : history_.Redo(state_); });
     if (!step) return;
-    // The step is taken: what cannot be shown or told for want of memory is lost, rather than called a failure.
+    // The step is done: what cannot be shown or notified for lack of memory is lost, and is not reported as a failure.
     Contain([&] {
         window_->ScrollIntoView(Model().Row(), Model().Col());
         NotifyOfStep(Model(), state_, history_, *step, back, events_);

@@ -1,4 +1,4 @@
-// Keys, in the grid and in an open editor: asked of the rules, and carried out.
+// Keys in the grid and in an open editor: the rules decide, and the windows execute.
 #include <utility>
 
 #include "common/keys.h"
@@ -9,7 +9,7 @@
 
 namespace qvx::grid {
 
-// What a Tab needs of the windows on its way.
+// The access of the Tab rules to the windows.
 struct EntryGrid::TabWindows {
     EntryGrid& grid;
     bool EndEdit() { return grid.EndEdit(); }
@@ -32,7 +32,7 @@ void EntryGrid::GoByTab(const PressedKey& tab) {
         Go(step);
 }
 
-// Where the host does not move the focus, its windows may be in dialog order.
+// If the host does not move the focus, its windows may have a dialog's tab order.
 void EntryGrid::LeaveGrid(const PressedKey& tab) {
     if (!tab.declined && events_.MoveFocusOn(tab.Backwards())) return;
     const HWND control = events_.ControlWindow();
@@ -93,7 +93,7 @@ void EntryGrid::UseGridKey(GridKey action, const PressedKey& press) {
             StepInHistory(action == GridKey::Undo);
             break;
         case GridKey::EndEntry:
-            // A key stroke, so that a host with an order of its own moves the focus by that.
+            // A real Tab key is sent, so that a host with a tab order of its own moves the focus by it.
             tabWay_.EndEntry();
             SendKey(keys::tab, 0);
             break;
@@ -129,7 +129,8 @@ void EntryGrid::KeyPress(short& keyAscii) {
     if (!OpensEditor(character)) return;
     keyAscii = 0;
     if (EditIsOpen() && frame_ && frame_->Shown()) {
-        // The second half of a character outside the basic plane, sent to the grid before the editor had the focus.
+        // This is the second half of a character outside the basic plane, sent to the grid before the editor had the
+        // focus.
         if (const ComboWindow* combo = frame_->Find(editor_)) SendMessageW(combo->EditWindow(), WM_CHAR, character, 0);
         return;
     }
@@ -153,7 +154,7 @@ void EntryGrid::ComboKeyDown(ComboWindow& combo, int& keyCode, int shift) {
     // Handlers of Scroll may end the edit.
     if (EditIsOpen() && BringsEditorBack(keyCode)) BringEditorIntoView();
     if (!EditIsOpen()) {
-        // The edit ended while the key was on its way.
+        // The edit has ended while the key was on its way.
         if (keyCode == keys::enter || keyCode == keys::escape) keyCode = 0;
         return;
     }
@@ -170,11 +171,11 @@ void EntryGrid::UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode)
     if (action == EditorKey::Nothing) return;
     if (action == EditorKey::Abandon) Abandon(combo);
     const Text typed = combo.GetText();
-    // A handler that has moved the current cell has decided where to go on.
+    // A handler that has moved the current cell has decided where to continue.
     if (!EndEdit()) return;
     if (action == EditorKey::CommitPage) SendMessageW(window_->Handle(), WM_KEYDOWN, static_cast<WPARAM>(key), 0);
     if (const auto step = StepOf(action, Model(), state_)) Go(*step);
-    // The pick list goes on showing what was typed, whatever the cell has made of it.
+    // The pick list still shows what was typed, whatever text the cell has now.
     if (key == keys::enter && !EditIsOpen()) combo.SetText(typed);
 }
 

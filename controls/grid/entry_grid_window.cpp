@@ -11,7 +11,7 @@
 
 namespace qvx::grid {
 
-// The frame and one combo, as the rules of an edit drive them.
+// The frame and one of its combos, in the form that the rules of an edit use.
 class EntryGrid::Editor {
   public:
     Editor(EntryGrid& owner, EditorFrame& frame, ComboWindow& combo) : owner_(owner), frame_(frame), combo_(combo) {}
@@ -39,7 +39,7 @@ class EntryGrid::Editor {
     void DropDown() { combo_.DropDown(); }
     void FocusCombo() {
         combo_.Focus();
-        // At once, so that the cell does not show empty in between.
+        // The frame is painted immediately, so that the cell does not look empty in between.
         frame_.Paint();
     }
     ListState List() const {
@@ -113,14 +113,14 @@ HWND EntryGrid::FocusWindow() const {
 void EntryGrid::Resize(Size pixels) { window_->MoveTo({0, 0, pixels.width, pixels.height}); }
 
 EditorFrame& EntryGrid::Frame() {
-    // Making the control's window puts an old frame aside.
+    // Creating the control's window retires an old frame.
     const HWND control = events_.ControlWindow();
     if (frame_ && frame_->Handle()) return *frame_;
     frame_ = std::make_unique<EditorFrame>(static_cast<ComboListener&>(*this));
     frame_->CreateIn(control);
     frame_->Load(freeTextEditor);
     cellFormats_.clear();
-    // In a new window the list columns are list columns still; their entries went with the combos of the old one.
+    // In a new window the list columns are still list columns; their entries were lost with the combos of the old one.
     if (!retired_.empty())
         for (const int col : retired_.back()->Loaded())
             if (col != freeTextEditor) LoadList(*frame_, col);
@@ -172,7 +172,7 @@ bool EntryGrid::OpenEditor() {
     ComboWindow& combo = *frame_->Find(index);
     Editor editor(*this, *frame_, combo);
     const bool open = ShowCellEditor(Model(), state_, editor, events_, index == freeTextEditor);
-    // Editing goes on at the end of a text; a list column's text is selected, to be typed over.
+    // In free text the caret is at the end; the text of a list column is selected, so that typing replaces it.
     if (open && index == freeTextEditor) combo.SetSelStart(static_cast<int>(combo.GetText().size()));
     return open;
 }
@@ -205,7 +205,7 @@ void EntryGrid::Abandon(ComboWindow& combo) {
 bool EntryGrid::EndEdit() {
     const int row = Model().Row();
     const int col = Model().Col();
-    // The editor is validated while it has the focus, and tells of losing it afterwards.
+    // The editor is validated while it has the focus, and reports the loss of the focus afterwards.
     Commit();
     const ComboWindow* combo = frame_ ? frame_->Find(editor_) : nullptr;
     if (combo && combo->HasFocus()) SetFocus(window_->Handle());
@@ -239,7 +239,8 @@ void EntryGrid::Scroll() {
     events_.Scroll();
 }
 
-// Keeps the editor on its cell; out of sight with it, but not hidden, which would take the focus away.
+// Keeps the editor on its cell; an invisible cell moves it out of view instead of hiding it, which would take the focus
+// away.
 void EntryGrid::PlaceOverCell() {
     if (state_.editRow >= Model().Rows() || state_.editCol >= Model().Cols()) return;
     RECT frame{};
@@ -299,7 +300,7 @@ void EntryGrid::ComboClick(ComboWindow& combo) {
     events_.ListClick(state_.editRow, state_.editCol, combo.GetText());
 }
 
-// The editor stays open on its cell, as in a spreadsheet, and may go out of sight with it.
+// The editor stays open on its cell, as in a spreadsheet, and may scroll out of view with it.
 void EntryGrid::ComboWheel(ComboWindow&, UINT message, WPARAM wParam, LPARAM lParam) {
     const auto keep = events_.KeepAlive();
     SendMessageW(window_->Handle(), message, wParam, lParam);

@@ -1,4 +1,5 @@
-// A grid for data entry in a window of a control: the inner grid and the editor over its cells, driven by the rules.
+// A grid for data entry in a window of a control: the inner grid and the editor over its cells, controlled by the
+// rules.
 #pragma once
 
 #include <windows.h>
@@ -26,8 +27,8 @@
 
 namespace qvx::grid {
 
-// What the control around the grid passes on to its host: the inner grid's own events, before the grid for data entry
-// acts on them, and those of data entry. A handler may do anything, short of destroying the EntryGrid.
+// The events that the control around the grid passes on to its host: the inner grid's own, before the grid for data
+// entry acts on them, and those of data entry. A handler may do anything except destroy the EntryGrid.
 class EntryGridEvents : public flexgrid::GridEventSource {
   public:
     virtual void BeforeCellChange(int row, int col, const Text& data, bool& cancel) = 0;
@@ -36,24 +37,25 @@ class EntryGridEvents : public flexgrid::GridEventSource {
     virtual void ListChange(int row, int col, const Text& data) = 0;
     virtual void ListClick(int row, int col, const Text& data) = 0;
     virtual void OnDelete(int row) = 0;
-    // Whether anybody hears of all this.
+    // Whether the events of data entry reach any listener.
     virtual bool Listens() = 0;
-    // Whether anybody may, of the inner grid's own events as well.
+    // Whether events may be raised now, including the inner grid's own.
     virtual bool RaisesEvents() = 0;
-    // Loaded records, and how many there are in all (-1: not known).
+    // Reports the number of loaded records and their total (-1: not known).
     virtual void BindProgress(long loaded, long total, bool& cancel) = 0;
+    // Shows an error to the user.
     virtual void ReportError(int number, TextView description) = 0;
-    // A message to the user under the form's caption; true for OK and Yes.
+    // Shows a message to the user, titled with the form's caption; true for OK and Yes.
     virtual bool Say(TextView prompt, const dialogs::MessageKind& kind) = 0;
-    // The keyboard focus goes to that window (null: elsewhere).
+    // Reports that the keyboard focus moves to that window (null: elsewhere).
     virtual void FocusMovesTo(HWND moving) = 0;
-    // Asks the host to move the focus on to the next or the previous control; false when it does not.
+    // Asks the host to move the focus to the next or the previous control; false when it does not.
     virtual bool MoveFocusOn(bool backwards) = 0;
-    // The control's window, made when it is not there yet.
+    // Returns the control's window and creates it if needed.
     virtual HWND ControlWindow() = 0;
-    // What the grid is called for those who cannot see it.
+    // Returns the name of the grid for assistive programs.
     virtual Text AccessibleName() = 0;
-    // Keeps the control and so the EntryGrid alive while a message is handled.
+    // Keeps the control, and with it the EntryGrid, alive while a message is handled.
     virtual ComPtr<IUnknown> KeepAlive() = 0;
 };
 
@@ -67,25 +69,28 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     ControlState& State() { return state_; }
     flexgrid::FlexGridWindow& GridWindow() { return *window_; }
     flexgrid::Grid& Model() { return window_->Model(); }
-    // With a reference for the caller.
+    // Returns the inner grid's object, with a reference for the caller.
     IDispatch* GridObject() { return automation_->Get(); }
-    // The pick list of a column, with a reference for the caller: error 9 when it is none, 340 when it was not loaded.
+    // Returns the pick list of a column, with a reference for the caller. Throws error 9 if the column is not a list
+    // column, 340 if its list was not loaded.
     IDispatch* Lists(int col);
 
-    // Makes the inner windows in the control's. They go with it, or before it when it is used otherwise.
+    // Creates the inner windows in the control's window. They are destroyed with it, or before it by Detach.
     void AttachTo(HWND control);
-    // An open edit is ended first.
+    // Ends an open edit and destroys the inner windows.
     void Detach();
-    // Where the keyboard focus belongs: the open editor, else the inner grid.
+    // Returns the window for the keyboard focus: the open editor, else the inner grid.
     HWND FocusWindow() const;
+    // Resizes the inner grid, in pixels.
     void Resize(Size pixels);
-    // The preparation at the first show in run mode. An error is reported.
+    // Does the preparation at the first show in run mode. An error is reported.
     void Show(bool userMode);
+    // Unloads the pick lists at the end of the control.
     void Terminate();
 
-    // Ends an edit that is open: before the current cell moves, and before the window goes.
+    // Ends an open edit: before the current cell moves, and before the window is destroyed.
     void CommitOpenEdit();
-    // Row changes by the host, which move the cursor without leaving the cell under edit.
+    // Executes a change of rows, which moves the cursor without ending an open edit.
     template <class Change>
     void ChangeRows(Change change) {
         const bool before = std::exchange(changingRows_, true);
@@ -98,13 +103,14 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
         changingRows_ = before;
     }
 
+    // Ends an open edit and leaves one empty data row, in a grid that counts as unchanged.
     void RemoveAllRecords();
-    // Replaces the data rows by the records, one row each, while the inner grid is out of sight; without any record one
-    // empty row is left. Errors come out, with the rows so far.
+    // Replaces the data rows with the records, one row for each, while the inner grid is hidden; without any record one
+    // empty row remains. Errors are passed on and leave the rows loaded so far.
     void Bind(RecordSource& records);
 
-    // While an edit is open these are its editor's; else they work on the grid, and events tell the host. The clipboard
-    // raises clipboardUnavailable. Without anything to do nothing happens.
+    // While an edit is open these work on its editor; otherwise they work on the grid, and events notify the host. The
+    // clipboard functions throw clipboardUnavailable. Without anything to do nothing happens.
     void Undo() { StepInHistory(true); }
     void Redo() { StepInHistory(false); }
     bool CanUndo() const;
@@ -113,7 +119,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void Cut();
     void Paste();
 
-    // Whether a key message that a host is about to use is the grid's. A Tab that leaves the grid is not.
+    // Whether a key message that a host is about to use is meant for the grid. A Tab that leaves the grid is not.
     bool WantsKey(const MSG& message);
 
   private:
@@ -155,15 +161,15 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
 
     bool EditIsOpen() const { return grid::EditIsOpen(state_); }
     EditorFrame& Frame();
-    // The editor for the current column: its own, when it is a list column whose list was loaded, else the free-text
-    // one.
+    // Returns the editor for the current column: its own if it is a list column whose list was loaded, else the
+    // free-text one.
     int EditorIndex();
-    // True when the editor is open now.
+    // Returns whether the editor is now open.
     bool OpenEditor();
     void ApplyCellFormat(ComboWindow& combo);
     std::unique_ptr<flexgrid::AccessibleHost> MakeAccessible();
     void Commit();
-    // Commits, gives the focus back to the inner grid, and tells whether the current cell is where it was before.
+    // Commits, returns the focus to the inner grid, and returns whether the current cell is the same as before.
     bool EndEdit();
     void Abandon(ComboWindow& combo);
     void Go(const CellStep& step);
@@ -175,16 +181,17 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     static void LoadList(EditorFrame& frame, int col);
     void UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode);
     void UseGridKey(GridKey action, const PressedKey& press);
-    // Opens the editor with what was typed in place of the cell's text.
+    // Opens the editor with the typed text instead of the cell's text.
     void TypeIntoCell(TextView typed);
     void DeleteSelectedRow();
     void NotifyRowsChanged();
     void UseClipboardKey(GridKey action);
     void StepInHistory(bool back);
-    // The edit field of the open edit; null when none is open.
+    // Returns the edit field of the open edit; null when none is open.
     HWND OpenEditField() const;
     void WriteCells(const CellRectangle& rectangle);
-    // A change whose rows the history keeps: without the current cell's look, which would come back with them.
+    // Executes a change whose rows the history keeps: without the current cell's highlight, which would be restored
+    // with them.
     template <class Change>
     void ChangeKeptRows(Change change) {
         const Projection::Held held(projection_);
@@ -200,9 +207,9 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     std::unique_ptr<flexgrid::AccessibleHost> accessible_;
     std::unique_ptr<flexgrid::GridAutomation> automation_;
     std::unique_ptr<EditorFrame> frame_;
-    // Frames whose windows went with a control's window that the host destroyed; somebody may still be using them.
+    // Frames whose windows were destroyed with a control's window by the host; they may still be in use.
     std::vector<std::unique_ptr<EditorFrame>> retired_;
-    // The looks that combos were given; what the host has changed since is its own.
+    // The formats that combos were given; what the host has changed since is kept.
     struct CellFormat {
         FontSpec font;
         OleColor back = colors::windowBackground;
@@ -211,8 +218,8 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     std::map<int, CellFormat> cellFormats_;
     int editor_ = -1;  // the combo of the edit that is open
     bool changingRows_ = false;
-    int bindings_ = 0;            // counts Bind, so that the one asked for last ends those around it
-    bool dropCharacter_ = false;  // the host has refused the key that this character comes from
+    int bindings_ = 0;            // counts the calls of Bind, so that the last one ends those around it
+    bool dropCharacter_ = false;  // the host has refused the key that produces this character
     TabWay tabWay_;
 };
 

@@ -33,7 +33,7 @@ void RenumberFrom(flexgrid::Grid& grid, const ControlState& state, int first) {
     flexgrid::Grid::AllOrNothing whole(grid, flexgrid::Grid::AllOrNothing::Reach::texts);
     for (int row = first; row < grid.Rows(); ++row) {
         const Text number = IntegerToText(row);
-        // Most rows of a long grid have theirs already, and reading is quicker than writing.
+        // Most rows of a long grid already have their number, and reading is faster than writing.
         if (!(grid.Cell(row, 0) == TextView(number))) grid.SetTextMatrix(row, 0, number);
     }
     whole.Commit();

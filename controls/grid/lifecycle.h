@@ -1,4 +1,4 @@
-// The steps of a control's life that need no window.
+// The steps of a control's lifetime that need no window.
 #pragma once
 
 #include <functional>
@@ -9,20 +9,21 @@
 
 namespace qvx::grid {
 
-// The preparation at the first show in run mode: a combo for every list column, made by `loadCombo`; no width for the
-// invisible ones; row numbers with AutoRecordNumber. Runs once; an error ends it half way with nothing marked as done,
-// and comes out of here.
+// Prepares the grid when it is first shown in run mode: `loadCombo` makes a combo for every list column, the invisible
+// columns get no width, and with AutoRecordNumber rows are numbered. Runs once; an error ends it midway, marks nothing
+// as done, and is passed on.
 void Show(flexgrid::Grid& grid, ControlState& state, bool userMode, const std::function<void(int col)>& loadCombo);
 
-// The end: unloads the combos that the list columns have, and forgets the index.
+// Unloads the combos of the list columns and clears the index at the end of the control.
 void Terminate(const flexgrid::Grid& grid, ControlState& state, const std::function<void(int col)>& unloadCombo);
 
-// Row numbers into column 0 of all rows from 1 on, whatever the number of fixed rows; with AutoRecordNumber only.
+// Writes row numbers into column 0 of all rows from 1 on, regardless of the number of fixed rows; only with
+// AutoRecordNumber.
 void Renumber(flexgrid::Grid& grid, const ControlState& state);
-// The same from a row on, when those above it have kept their numbers.
+// Does the same from row `first` on, when those above it have kept their numbers.
 void RenumberFrom(flexgrid::Grid& grid, const ControlState& state, int first);
 
-// For a changed list of invisible columns: gives every column the width of the format string again, then hides the
+// Applies a changed list of invisible columns: gives every column the width of the format string again, then hides the
 // listed ones.
 void ApplyInVisibleColumns(flexgrid::Grid& grid, const ControlState& state);
 

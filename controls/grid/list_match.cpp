@@ -24,7 +24,7 @@ Text MatchGivenEntry(const ListState& list, TextView text, TextView oldText) {
     chosen.listIndex = FindExactly(list.count, list.entry, text);
     if (chosen.listIndex < 0) chosen.listIndex = FindBeginningWith(list.count, list.entry, text);
     if (chosen.listIndex < 0 && (text.empty() || !oldText.empty())) return Text(oldText);
-    // Nothing found: the first entry is what a cell without a text gets.
+    // Nothing was found: a cell without a text gets the first entry.
     if (chosen.listIndex < 0) chosen.count = std::min(chosen.count, listRowsInView);
     return MatchListEntry(chosen, text, oldText);
 }

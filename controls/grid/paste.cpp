@@ -35,7 +35,7 @@ ColumnRules RulesOf(const flexgrid::Grid& grid, const ControlState& state, int c
 
 Text TextFor(const ColumnRules& rules, int col, TextView given, TextView oldText, const ControlState& state,
              const CellSources& sources) {
-    // As typing it would have ended; never within a character that takes two units.
+    // The text is cut where typing would have ended, but never within a character that takes two units.
     if (rules.maxLength > 0 && given.size() > static_cast<std::size_t>(rules.maxLength)) {
         given = given.substr(0, static_cast<std::size_t>(rules.maxLength));
         if (IsHighSurrogate(given.back())) given.remove_suffix(1);

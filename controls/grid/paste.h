@@ -1,5 +1,5 @@
-// Cells that come and go through the clipboard: which of them a rectangle of texts reaches, what becomes of each, and
-// in which order the host is told.
+// Cells on their way through the clipboard: which of them a rectangle of texts reaches, which text each of them gets,
+// and the order of the events.
 #pragma once
 
 #include <algorithm>
@@ -20,7 +20,7 @@
 
 namespace qvx::grid {
 
-// What the host program is told of each cell. When nobody listens the cells are written a row at a time.
+// The events that notify the host program of each cell. Without listeners the cells are written a row at a time.
 template <class H>
 concept ChangeEvents = requires(H events, int number, const Text& text, bool& flag) {
     events.BeforeCellChange(number, number, text, flag);
@@ -28,40 +28,42 @@ concept ChangeEvents = requires(H events, int number, const Text& text, bool& fl
     { events.Listens() } -> std::convertible_to<bool>;
 };
 
-// What cleaning asks of the system and of the pick lists.
+// The settings of the system and the pick lists that cleaning uses.
 struct CellSources {
     DateSettings dates;
     std::function<ListState(int col)> list;  // of a list-only column
 };
 
-// The selected cells as text for the clipboard, hidden ones included; "" without any.
+// Returns the selected cells as text for the clipboard, including hidden ones; "" without any.
 Text CopiedText(const flexgrid::Grid& grid);
 
-// Selects all cells but the fixed ones.
+// Selects all cells except the fixed ones.
 void SelectAll(flexgrid::Grid& grid);
 
-// How a column takes texts that are not typed into it.
+// The rules of a column for texts that are not typed into it.
 struct ColumnRules {
     bool refuses = false;  // fixed, inactive or hidden
     bool listOnly = false;
     int cleaning = noCleaning;
     int maxLength = 0;  // in UTF-16 units; 0 for no limit
 };
+// Returns the rules of a column. Raises the grid's errors for a column that it does not have.
 ColumnRules RulesOf(const flexgrid::Grid& grid, const ControlState& state, int col);
-// The text that the cell gets for a given one.
+// Returns the text that the cell gets for a given one.
 Text TextFor(const ColumnRules& rules, int col, TextView given, TextView oldText, const ControlState& state,
              const CellSources& sources);
 
 // A rectangle of texts on its way into the grid.
 class CellRectangle {
   public:
-    // Pasted cells, from the first selected one on; a single one goes into all selected cells.
+    // The pasted cells, from the first selected cell on; a single one for all selected cells.
     CellRectangle(const flexgrid::Grid& grid, const ClipboardCells& cells);
-    // Nothing, into all selected cells.
+    // Empty texts for all selected cells.
     explicit CellRectangle(const flexgrid::Grid& grid);
 
     const flexgrid::CellRange& Target() const { return target_; }
-    // The texts of a row of the target, from its first column on; a short row leaves the rest of the cells alone.
+    // Returns the texts of a row of the target, from its first column on; a short row leaves the rest of the cells
+    // unchanged.
     std::span<const TextView> Row(int row) const;
 
   private:
@@ -77,16 +79,16 @@ class CellWriter {
                const CellSources& sources)
         : grid_(grid), state_(state), history_(history), events_(events), sources_(sources) {}
 
-    // Writes the rectangle as far as it lies within the grid's columns, and within its rows or with AutoAddNew below
-    // them: one step of the history. Every cell is treated as one that was typed: cleaned by its column, the host asked
-    // before and told afterwards. The grid counts as changed when a cell was reached. Raises the grid's errors: what
-    // the host was told of stays, and when nobody was told nothing has changed.
+    // Writes the part of the rectangle that is within the grid's columns, and within its rows or with AutoAddNew below
+    // them, as one step of the history. Every cell is treated as if typed: cleaned by its column, with an event before
+    // that the host can cancel and one after. The grid counts as changed when a cell was reached. Raises the grid's
+    // errors: what the host was notified of stays, and without listeners nothing has changed.
     void Write(const CellRectangle& rectangle);
 
   private:
     bool Exists(int row, int col) const { return row < grid_.Rows() && col < grid_.Cols(); }
     void WriteCell(int row, int col, TextView given);
-    // Whether a cell was reached.
+    // Returns whether a cell was reached.
     bool WriteRow(int row, int left, std::span<const TextView> given, const std::vector<ColumnRules>& rules);
 
     flexgrid::Grid& grid_;
@@ -94,7 +96,7 @@ class CellWriter {
     EditHistory& history_;
     Events& events_;
     const CellSources& sources_;
-    std::vector<Text> cleaned_;  // of the row being written; kept for its memory
+    std::vector<Text> cleaned_;  // of the row being written; a member to reuse its memory
     std::vector<TextView> texts_;
 };
 
@@ -130,7 +132,7 @@ void CellWriter<Events>::Write(const CellRectangle& rectangle) {
 
 template <ChangeEvents Events>
 void CellWriter<Events>::WriteCell(int row, int col, TextView given) {
-    // After every event the grid may be another one.
+    // After every event the grid may have changed.
     if (!Exists(row, col) || row < grid_.FixedRows() || RulesOf(grid_, state_, col).refuses) return;
     state_.eventFlag = false;
     events_.BeforeCellChange(row, col, grid_.TextMatrix(row, col), state_.eventFlag);
@@ -187,8 +189,8 @@ bool CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> g
     return reached;
 }
 
-// Tells the host of what undoing or redoing has done: a change of rows as a whole, or else cell after cell. It cannot
-// cancel that.
+// Notifies the host of what undoing or redoing has done: of a change of rows as a whole, else of cell after cell. The
+// host cannot cancel it.
 template <ChangeEvents Events>
 void NotifyOfStep(const flexgrid::Grid& grid, ControlState& state, EditHistory& history, const EditStep& step,
                   bool backwards, Events& events) {

@@ -29,7 +29,7 @@ void Projection::Enter() {
     if (held_ == 0) Show();
 }
 
-// A look that there is no memory for is not worth the change of rows that it goes with.
+// A highlight that fails for lack of memory must not prevent the change of rows that it accompanies.
 void Projection::Hold() noexcept {
     if (held_++ > 0 || !shown_) return;
     try {

@@ -1,4 +1,4 @@
-// The current cell shown in the colour of selected text, and in bold when that is wanted.
+// The highlight of the current cell: the colour of selected text, and bold if wanted.
 #pragma once
 
 #include "controls/grid/control_state.h"
@@ -6,25 +6,26 @@
 
 namespace qvx::grid {
 
-// Exactly the current cell is shown so, however it became that: the cursor went there, or rows and columns came, went
-// or changed places around it. Nothing is shown before the control was first shown, and no fixed cell is: its ground
-// stays a header's, on which the colour could not be read, and a grid that is being filled has the cursor there.
+// Exactly the current cell is highlighted, however it became the current one: the cursor moved there, or rows and
+// columns around it were added, removed or moved. Nothing is highlighted before the control is first shown, and no
+// fixed cell is: its background stays that of a header, on which the colour could not be read, and the cursor is there
+// while a grid is being filled.
 class Projection {
   public:
     Projection(flexgrid::Grid& grid, const ControlState& state) : grid_(grid), state_(state) {}
     Projection(const Projection&) = delete;
     Projection& operator=(const Projection&) = delete;
 
-    // The current cell is about to be left: its weight and colour are the grid's again. Bold goes whether
-    // ProjectionBold is on or not, as it may have been turned off while the cell was the current one; so may
-    // ProjectSelection.
+    // Called before the current cell is left: removes the highlight, so that its weight and colour are the grid's
+    // again. Bold is removed regardless of ProjectionBold, which may have been turned off while the cell was the
+    // current one; the same holds for ProjectSelection.
     void Leave();
-    // A cell has just become the current one.
+    // Called after a cell has become the current one.
     void Enter();
-    // Between the two no cell is shown so, whatever moves. Pairs may lie within others.
+    // Between the two calls no cell is highlighted, whatever moves. Pairs may be nested.
     void Hold() noexcept;
     void Release() noexcept;
-    // The two for the length of a scope.
+    // Calls the two for the duration of a scope.
     class Held {
       public:
         explicit Held(Projection& projection) : projection_(projection) { projection_.Hold(); }
@@ -43,7 +44,7 @@ class Projection {
 
     flexgrid::Grid& grid_;
     const ControlState& state_;
-    bool shown_ = false;  // the current cell has the look
+    bool shown_ = false;  // the current cell is highlighted
     int held_ = 0;
 };
 

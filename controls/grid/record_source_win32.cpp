@@ -17,7 +17,7 @@ namespace {
 
 // ---- One record at a time ------------------------------------------------------------------------------------------
 
-// What both ways of reading offer to the block reader above them.
+// The interface of both ways of reading for the block reader above them.
 class Recordset {
   public:
     virtual ~Recordset() = default;
@@ -27,7 +27,8 @@ class Recordset {
     virtual int FieldCount() = 0;
     virtual Variant Value(int field) = 0;
     virtual void MoveNext() = 0;
-    // At most that many records as an array of fields and records; nothing when the record set has no such method.
+    // Returns at most that many records as an array of fields and records; nothing when the record set has no such
+    // method.
     virtual std::optional<Variant> GetRows(int most) = 0;
 };
 
@@ -49,7 +50,7 @@ class AdoReader final : public Recordset {
         if (!fields) return 0;
         LONGLONG count = 0;
         Called(fields->get_Count(&count));
-        // A field's object stands for that of whichever record is the current one.
+        // A field's object always refers to the current record.
         for (long i = 0; i < static_cast<long>(count); ++i) {
             ComPtr<AdoField> field;
             Called(fields->get_Item(Variant(i).get(), field.put()));
@@ -66,8 +67,8 @@ class AdoReader final : public Recordset {
     std::optional<Variant> GetRows(int most) override {
         Variant values;
         const HRESULT result = set_->GetRows(most, Variant::Missing().get(), Variant::Missing().get(), values.put());
-        // Some systems' record sets have the place of the method in their interface but not the method: records then
-        // come one by one.
+        // On some systems, the interface of record sets has a slot for the method, but the method is not implemented:
+        // records are then read one by one.
         if (result == E_NOTIMPL) return std::nullopt;
         Called(result);
         return values;
@@ -96,22 +97,22 @@ class NamedReader final : public Recordset {
           rows_(LateMember::Find(set, L"GetRows")) {}
 
     std::int64_t Count() override { return Number(count_.Get(set_.get())); }
-    // Only asked where rows are numbered.
+    // Only read if rows are numbered.
     std::int64_t Position() override { return Number(position_.Get(set_)); }
     bool AtEnd() override {
         const auto end = end_.Get(set_.get()).ToBool();
         if (!end) Mismatch();
         return *end;
     }
-    // The collection belongs to the current record as far as anybody knows.
+    // The collection may belong to the current record only.
     int FieldCount() override {
         const auto fields = Object(fields_.Get(set_.get()));
         const auto count = static_cast<int>(Number(LateMember(fields.get(), L"Count").Get(fields.get())));
         values_.assign(static_cast<std::size_t>(std::max(count, 0)), RepeatedMember(L"Value"));
         return count;
     }
-    // Fields may be other objects in every record, and each may number its members in its own way. Even one that stays
-    // the same is asked for again: that may be what brings the record's value into it.
+    // Fields may be different objects in every record, and each may number its members differently. Even one that stays
+    // the same is requested again, because the request may be what loads the record's value into it.
     Variant Value(int field) override {
         if (field == 0) current_ = Object(fields_.Get(set_.get()));
         const auto object = Object(item_.Get(current_, {Variant(field)}));
@@ -146,13 +147,13 @@ class NamedReader final : public Recordset {
 
 // ---- Blocks of records ---------------------------------------------------------------------------------------------
 
-// The array of fields and records that GetRows gives, locked for reading.
+// The array of fields and records that GetRows returns, locked for reading.
 class Block {
   public:
-    // Nothing else than such an array of variants for that many fields will do.
+    // Accepts only an array of variants with two dimensions and that many fields; else raises error 13.
     Block(Variant values, int fields) : values_(std::move(values)), array_(ArrayOf(values_.get())) {
         if (!array_ || SafeArrayGetDim(array_) != 2 || !(array_->fFeatures & FADF_VARIANT)) RefuseBlock();
-        // Bounds are kept from the last dimension to the first.
+        // Bounds are stored from the last dimension to the first.
         records_ = static_cast<int>(array_->rgsabound[0].cElements);
         if (static_cast<int>(array_->rgsabound[1].cElements) != fields) RefuseBlock();
         fields_ = fields;
@@ -182,7 +183,7 @@ class Block {
     int fields_ = 0;
 };
 
-// Reads ahead. Errors of a block come out when the records before them are used up, as they would one by one.
+// Reads ahead. Errors of a block are raised when the records before them have been used, as if read one by one.
 class BlockReader final : public RecordSource {
   public:
     explicit BlockReader(std::unique_ptr<Recordset> set) : set_(std::move(set)) {}
@@ -217,7 +218,8 @@ class BlockReader final : public RecordSource {
     }
 
   private:
-    // Has the current record at hand. The number of the first one of a block is read before the block moves on.
+    // Makes the current record available. The number of the first record of a block is read before the block moves the
+    // record set.
     void Settle(bool numbered) {
         if (!fields_) fields_ = set_->FieldCount();
         if (block_ || !inBlocks_ || *fields_ == 0) return;
@@ -232,8 +234,8 @@ class BlockReader final : public RecordSource {
         inBlocks_ = false;
     }
 
-    // A block that cannot be had leaves its records to be read one by one up to the one that fails, provided that it
-    // has used none of them up. A record set that does not say where it stands cannot tell, so a block of its is one
+    // If a block cannot be read, its records are read one by one up to the one that fails, provided that the attempt
+    // has not moved past any of them. A record set without a known position cannot show this, so its blocks have one
     // record.
     std::optional<Variant> NextBlock() {
         const auto before = knowsPosition_ ? KnownPosition() : std::nullopt;
@@ -255,7 +257,7 @@ class BlockReader final : public RecordSource {
         }
     }
 
-    // Some count from 0. Unknown positions are below that, and the same for every record.
+    // Some record sets count from 0. Unknown positions are below that, and the same for every record.
     static bool IsKnown(std::int64_t position) { return position >= 0; }
 
     static constexpr int blockSize = 512;
@@ -266,7 +268,7 @@ class BlockReader final : public RecordSource {
     int at_ = 0;
     std::int64_t position_ = 0;
     bool inBlocks_ = true;
-    bool knowsPosition_ = true;  // where it stands, as far as is known
+    bool knowsPosition_ = true;  // the record set has reported its position so far
 };
 
 }  // namespace

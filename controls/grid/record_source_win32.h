@@ -1,4 +1,4 @@
-// Record sets of the system's database objects, and objects that look like one, as sources of records.
+// Record sets of the system's database objects, and objects that behave like one, as sources of records.
 #pragma once
 
 #include <windows.h>
@@ -12,9 +12,10 @@
 
 namespace qvx::grid {
 
-// Reads through the record set's own interface where the object has it, else by the names RecordCount, EOF, Fields
-// (Count, Item, Value), AbsolutePosition and MoveNext; many records at a time where it offers GetRows. The record set
-// is held, not moved to its first record, and left behind the last one read. Error 91 without an object.
+// Reads through the record set's own interface if the object has it, else by the names RecordCount, EOF, Fields (Count,
+// Item, Value), AbsolutePosition and MoveNext; many records at a time if it offers GetRows. Keeps a reference to the
+// record set, does not move it to its first record, and leaves it after the last record read. Throws error 91 without
+// an object.
 std::unique_ptr<RecordSource> MakeRecordSource(IDispatch* recordSet);
 
 }  // namespace qvx::grid

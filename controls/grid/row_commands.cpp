@@ -15,7 +15,7 @@ bool SelectionIsRow(const flexgrid::Grid& grid) {
 
 namespace {
 
-// Makes a change of rows, after which they are numbered anew from row `first` on: both or neither.
+// Executes a change of rows and then numbers them again from row `first` on: both or neither.
 template <class Change>
 void ChangeNumbered(flexgrid::Grid& grid, const ControlState& state, EditHistory& history, int first, Change change) {
     if (!state.autoRecordNumber) {
@@ -57,7 +57,7 @@ int DeleteRow(flexgrid::Grid& grid, const ControlState& state, EditHistory& hist
 
 void AppendRows(flexgrid::Grid& grid, const ControlState& state, EditHistory& history, int count) {
     const int at = grid.Rows();
-    count = std::min(count, flexgrid::Grid::maxRows);  // which the grid refuses as it would refuse more
+    count = std::min(count, flexgrid::Grid::maxRows);  // the grid refuses it like any larger number
     Text block;
     for (int row = at; row < at + count; ++row) {
         if (state.autoRecordNumber) block += IntegerToText(row);

@@ -12,8 +12,7 @@ constexpr std::uint64_t highBits = 0x80 * everyByte;
 
 bool IsAscii(std::uint64_t bytes) { return (bytes & highBits) == 0; }
 
-// Eight ASCII characters at once: bit 7 of each sum tells whether its byte is at least "A", and whether it is behind
-// "Z".
+// Converts eight ASCII characters at once: bit 7 of each sum is set if its byte is at least "A", or after "Z".
 std::uint64_t LowerAscii(std::uint64_t bytes) {
     const std::uint64_t fromA = bytes + (0x80 - 'A') * everyByte;
     const std::uint64_t behindZ = bytes + (0x80 - 'Z' - 1) * everyByte;
@@ -21,7 +20,7 @@ std::uint64_t LowerAscii(std::uint64_t bytes) {
 }
 
 // Hashes the folded characters as a stream of bytes, eight at a time: one byte for ASCII, four for every other. Where a
-// text is cut, and how it is stored, leaves no trace in the stream.
+// text is split, and how it is stored, does not change the stream.
 class FoldedHash {
   public:
     void AddEight(std::uint64_t bytes) {
@@ -32,12 +31,12 @@ class FoldedHash {
         Mix(rest_ | bytes << 8 * waiting_);
         rest_ = bytes >> (64 - 8 * waiting_);
     }
-    // Fewer than eight; the others are 0.
+    // Adds fewer than eight bytes; the others are 0.
     void Add(std::uint64_t bytes, unsigned count) {
         rest_ |= bytes << 8 * waiting_;
         if (waiting_ + count >= 8) {
             Mix(rest_);
-            rest_ = bytes >> (64 - 8 * waiting_);  // not with nothing waiting: that has no room for eight
+            rest_ = bytes >> (64 - 8 * waiting_);  // waiting_ > 0 here, because count < 8
             waiting_ -= 8;
         }
         waiting_ += count;
@@ -51,7 +50,7 @@ class FoldedHash {
     }
     std::uint64_t Finish() {
         Mix(rest_);
-        Mix(waiting_);  // zeros at the end count
+        Mix(waiting_);  // makes zeros at the end count
         state_ ^= state_ >> 29;
         state_ *= 0xBF58476D1CE4E5B9;
         return state_ ^ state_ >> 32;

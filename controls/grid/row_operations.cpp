@@ -13,7 +13,8 @@
 namespace qvx::grid {
 namespace {
 
-// Which rows count as empty. The columns are looked at once: the row of captions is the last that may go.
+// Decides which rows are empty. The columns are examined once, because the row of captions is the last that may be
+// removed.
 class EmptyRows {
   public:
     EmptyRows(const flexgrid::Grid& grid, const ControlState& state, bool byKeyColumn)
@@ -30,9 +31,9 @@ class EmptyRows {
     }
 
     bool operator()(const flexgrid::RowView& cells) const {
-        // A key column that the grid does not have says nothing about its rows.
+        // A key column that does not exist says nothing about the rows.
         if (keyColumn_ >= 0) return keyColumn_ < cols_ && cells[keyColumn_].Empty();
-        const int end = std::min(cols_, cells.Count());  // behind it all are empty
+        const int end = std::min(cols_, cells.Count());  // all cells after it are empty
         for (int col = firstCol_; col < end; ++col) {
             const flexgrid::CellView cell = cells[col];
             if (numeric_[static_cast<std::size_t>(col)] ? NumberIn(cell) != 0 : !IsBlank(cell)) return false;
@@ -47,7 +48,7 @@ class EmptyRows {
     std::vector<bool> numeric_;
 };
 
-// Runs a step whose errors are nobody's business; false when there was one.
+// Executes a step and ignores its errors; false when there was one.
 template <class Step>
 bool Trapped(Step step) {
     try {
@@ -68,7 +69,7 @@ void RemoveInOnePass(flexgrid::Grid& grid, const EmptyRows& isEmpty) {
     grid.RemoveRowsIf([&](int row) { return empty[static_cast<std::size_t>(row)]; });
 }
 
-// For when listeners change the grid while rows are being removed: each row is asked about when its turn comes.
+// Used when listeners change the grid while rows are being removed: each row is checked when its turn comes.
 void RemoveOneByOne(flexgrid::Grid& grid, const EmptyRows& isEmpty) {
     const int first = grid.FixedRows();
     for (int row = grid.Rows() - 1; row >= first; --row) {

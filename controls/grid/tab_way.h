@@ -1,8 +1,8 @@
-// The way of a Tab: from the open editor or the grid, past the host, to another cell or out to the next control.
+// The path of a Tab: from the open editor or the grid, past the host, to another cell or to the next control.
 //
 // Containers differ. One that asks for keys does so before the message arrives, and then moves the focus, uses the key
-// up, or delivers it all the same; one that does not ask just delivers. On each way an edit is committed once, the host
-// hears of a key pressed on the grid once and may refuse or replace it, and only then is it decided where to go.
+// itself, or delivers it nevertheless; one that does not ask just delivers. On each path an edit is committed once, the
+// host is notified once of a key pressed on the grid and may refuse or replace it, and only then is the target decided.
 #pragma once
 
 #include <optional>
@@ -14,29 +14,29 @@
 
 namespace qvx::grid {
 
-// A key as the host has left it. `shift` holds the bits of an event's Shift argument.
+// A key after the host's handlers have seen it. `shift` holds the bits of an event's Shift argument.
 struct PressedKey {
-    short key = 0;  // a virtual key; 0: none any more
+    short key = 0;  // a virtual key; 0: the key has been refused
     short shift = 0;
     bool endsEntry = false;  // a Tab that leaves the grid from any cell
-    bool declined = false;   // the container has been asked to move the focus for it, and has not
+    bool declined = false;   // the container was asked to move the focus for it, and did not
     bool Backwards() const { return !endsEntry && (shift & keys::shiftMask) != 0; }
 };
 
-// Where a Tab leads from the current cell. With Ctrl or Alt, and without AutoTab, it leaves the grid.
+// Returns the step of a Tab from the current cell. With Ctrl or Alt, and without AutoTab, it leaves the grid.
 CellStep StepOf(const PressedKey& tab, const flexgrid::Grid& grid, const ControlState& state);
 
 class TabWay {
   public:
-    // The Tab that is about to arrive ends the entry of rows.
+    // The next Tab to arrive ends the entry of rows.
     void EndEntry() { endsEntry_ = true; }
-    // The focus has gone: keys on their way are no longer for the grid.
+    // The focus has left: keys on their way are no longer meant for the grid.
     void Forget() { *this = {}; }
 
-    // The container asks for a Tab: whether it is to be delivered. Else it leaves the grid, which is the container's
-    // to do. `windows` has
-    //   bool EndEdit()                              false when a handler has moved the current cell meanwhile
-    //   void NotifyKeyDown(short& key, short& shift)  a handler may put another key in its place, 0 is none
+    // The container asks whether a Tab is to be delivered. If not, the Tab leaves the grid, and the container moves the
+    // focus. `windows` has
+    //   bool EndEdit()                              false if a handler has moved the current cell meanwhile
+    //   void NotifyKeyDown(short& key, short& shift)  a handler may replace the key; 0 is none
     //   bool HasFocus()                             whether the grid or its editor has it
     template <class Windows>
     bool Asked(int shift, const flexgrid::Grid& grid, const ControlState& state, Windows& windows) {
@@ -46,13 +46,13 @@ class TabWay {
         else
             Notify(press, windows);
         const bool leaves = press.key == keys::tab && StepOf(press, grid, state).kind == CellStep::Kind::Leave;
-        // No container moves the focus for a Tab with Ctrl or Alt: that one can still be asked for a plain one.
+        // No container moves the focus for a Tab with Ctrl or Alt: it can still be asked to do so for a plain one.
         press.declined = leaves && (shift & ~keys::shiftMask) == 0;
         asked_ = press;
         return !leaves;
     }
 
-    // A Tab arrives at the editor: what is left to do for it.
+    // A Tab arrives at the editor. Returns what is left to do for it.
     template <class Windows>
     PressedKey ArrivedAtEditor(short shift, const ControlState& state, Windows& windows) {
         if (const auto asked = std::exchange(asked_, std::nullopt)) return *asked;
@@ -64,7 +64,7 @@ class TabWay {
         return press;
     }
 
-    // Any key arrives at the grid.
+    // Any key arrives at the grid. Returns what is left to do for it.
     template <class Windows>
     PressedKey ArrivedAtGrid(short key, short shift, Windows& windows) {
         const auto asked = std::exchange(asked_, std::nullopt);
@@ -75,8 +75,8 @@ class TabWay {
     }
 
   private:
-    // A handler that moves the focus itself has done what a Tab is for, and so has one of AfterCellChange that moves
-    // the current cell.
+    // A handler that moves the focus itself has done the job of the Tab, and so has a handler of AfterCellChange that
+    // moves the current cell.
     template <class Windows>
     static void Notify(PressedKey& press, Windows& windows) {
         const bool hadFocus = windows.HasFocus();

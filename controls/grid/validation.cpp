@@ -32,7 +32,7 @@ bool Keeps(double number, int rule) {
     }
 }
 
-// A column that has anything to check; most have not.
+// A column that has something to check; most have nothing.
 struct Checked {
     int col = 0;
     bool required = false;
@@ -50,7 +50,7 @@ std::vector<Checked> CheckedColumns(const flexgrid::Grid& grid, const ControlSta
     return columns;
 }
 
-// Empty when the cell passes.
+// Returns the message for an invalid cell; empty when the cell passes.
 TextView Verdict(flexgrid::CellView cell, const Checked& column) {
     if (column.required && IsBlank(cell)) return messages::invalidDataPrompt;
     if (column.rules.empty()) return {};
@@ -60,8 +60,8 @@ TextView Verdict(flexgrid::CellView cell, const Checked& column) {
     return {};
 }
 
-// Whether all cells of a row pass, the columns by what there is to check: nearly all rows do, and then the order of the
-// cells does not matter.
+// Checks whether all cells of a row pass, grouped by the kind of check: nearly all rows pass, and for them the order of
+// the cells does not matter.
 class RowCheck {
   public:
     explicit RowCheck(const std::vector<Checked>& columns) {
@@ -76,7 +76,7 @@ class RowCheck {
     }
 
   private:
-    // A bit each for numbers below, equal to and above 0.
+    // `signs` has a bit each for numbers below, equal to and above 0.
     struct Ruled {
         int col;
         unsigned signs;

@@ -9,7 +9,7 @@
 
 namespace qvx::grid {
 
-// The rules on a cell's number, by their codes in CheckValueFor.
+// The rules for a cell's number, by their codes in CheckValueFor.
 namespace sign_rule {
 constexpr int negative = 0;
 constexpr int notPositive = 1;
@@ -22,11 +22,12 @@ constexpr int count = 5;
 struct InvalidCell {
     int row = 0;
     int col = 0;
-    TextView message;  // to the user
+    TextView message;  // for the user
 };
 
-// The first cell, row by row from row 1 on and every column of it, that lacks required data (nothing but blanks counts
-// as none) or whose number, 0 where there is none, breaks a rule of its column, tried in the order of their codes.
+// Returns the first cell, row by row from row 1 on and in every column, that lacks required data (only blanks count as
+// none) or whose number, 0 if it has none, breaks a rule of its column; the rules are checked in the order of their
+// codes.
 std::optional<InvalidCell> FindInvalidCell(const flexgrid::Grid& grid, const ControlState& state);
 
 }  // namespace qvx::grid

@@ -10,17 +10,18 @@
 
 namespace qvx::test {
 
-// What the build puts at <build>/...; this program is in <build>/tests/control.
+// Returns the path of a file at <build>/...; this program is in <build>/tests/control.
 std::wstring BuiltFile(const wchar_t* below);
-// The same for <build>/tests/support/...
+// Returns the path of a file at <build>/tests/support/...
 std::wstring SupportLibrary(const wchar_t* below);
 
+// Returns the class identifier of a program identifier.
 CLSID ClassOf(const wchar_t* name);
 
 class AdoServer {
   public:
     AdoServer();
-    // Objects that are left over are a failure.
+    // Expects that no objects are left.
     ~AdoServer();
     AdoServer(const AdoServer&) = delete;
     AdoServer& operator=(const AdoServer&) = delete;
@@ -31,7 +32,7 @@ class AdoServer {
     HMODULE module_;
 };
 
-// An error's description that says that no driver for the database is installed.
+// Whether an error's description means that no driver for the database is installed.
 bool MeansNoDriver(TextView description);
 
 }  // namespace qvx::test

@@ -1,4 +1,4 @@
-// How often a module beeps, heard by standing in for the system's MessageBeep in the module's own table of imports.
+// Counts how often a module beeps, by replacing the system's MessageBeep in the module's own import table.
 #pragma once
 
 #include <utility>
@@ -7,14 +7,14 @@
 
 namespace qvx::test {
 
-// One at a time; the real one is back at the end.
+// Only one may exist at a time; the real function is restored at the end.
 class BeepCount {
   public:
     explicit BeepCount(HMODULE module) : patch_(module, "MessageBeep", reinterpret_cast<void*>(&Beep)) { count_ = 0; }
 
     // Whether the module calls it at all.
     bool Listening() const { return patch_.Found(); }
-    // Since the last asking.
+    // Returns the number of beeps since the last call.
     int Take() { return std::exchange(count_, 0); }
 
   private:

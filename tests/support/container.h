@@ -1,4 +1,4 @@
-// A bare container of our own: one control in a window, with as much of a host around it as a test asks for.
+// A minimal container: one control in a window, with as much of a host around it as a test requests.
 #pragma once
 
 #include <windows.h>
@@ -18,7 +18,7 @@
 
 namespace qvx::test {
 
-// A property bag in memory. What is written is kept in order.
+// A property bag in memory, which keeps the entries in the order of writing.
 class MemoryBag final : public ComObject<IPropertyBag> {
   public:
     STDMETHODIMP Read(LPCOLESTR name, VARIANT* value, IErrorLog* log) override;
@@ -27,22 +27,22 @@ class MemoryBag final : public ComObject<IPropertyBag> {
     std::vector<std::pair<std::wstring, Variant>> entries;
     const Variant* Find(const std::wstring& name) const;
     void Set(const std::wstring& name, Variant value);
-    // "Name=value" lines in the order of writing; objects are told by their fonts' names and sizes.
+    // Returns "Name=value" lines in the order of writing; an object is shown by its font's name and size.
     Text Print() const;
 
   private:
     ~MemoryBag() override = default;
 };
 
-// Writes down what a control fires, and may answer through by-reference arguments.
+// Records the events of a control, and may answer through by-reference arguments.
 class EventRecorder final : public ComObject<UntypedDispatch> {
   public:
     struct Event {
         DISPID id;
-        std::vector<Variant> arguments;  // from left to right, references taken off
+        std::vector<Variant> arguments;  // from left to right, without references
     };
     std::vector<Event> events;
-    // Called for each event with the arguments as they came (from right to left, references and all).
+    // Called for each event with the original arguments (from right to left, with references).
     std::function<void(DISPID, DISPPARAMS&)> onEvent;
 
     size_t Count(DISPID id) const;
@@ -54,7 +54,7 @@ class EventRecorder final : public ComObject<UntypedDispatch> {
     ~EventRecorder() override = default;
 };
 
-// Counts property notifications, and may refuse changes.
+// Records property notifications.
 class PropertyListener final : public ComObject<IPropertyNotifySink> {
   public:
     std::vector<DISPID> changed;
@@ -65,7 +65,7 @@ class PropertyListener final : public ComObject<IPropertyNotifySink> {
     ~PropertyListener() override = default;
 };
 
-// A connection for the length of a scope. `iid` is the connection point's.
+// A connection for the duration of a scope. `iid` is the connection point's interface.
 class Connection {
   public:
     Connection(IUnknown* control, REFIID iid, IUnknown* sink);
@@ -80,7 +80,7 @@ class Connection {
     DWORD cookie_ = 0;
 };
 
-// The default source interface of a control.
+// Returns the default source interface of a control.
 IID EventsOf(IUnknown* control);
 
 class Site;
@@ -88,16 +88,17 @@ class Site;
 class Container {
   public:
     struct Options {
-        // Ambient properties by their numbers; none at all for a host that offers none.
+        // Ambient properties by their numbers; empty for a host that offers none.
         std::map<DISPID, Variant> ambients;
         // Whether the site offers IOleControlSite.
         bool controlSite = true;
-        // The extended control that GetExtendedControl gives; null for none.
+        // The extended control that GetExtendedControl returns; null for none.
         ComPtr<IDispatch> extended;
         RECT bounds{10, 10, 210, 110};
-        // Whether the site has used a key that the control offers it, with the system's KEYMOD_ bits; none without.
+        // Whether the site uses a key that the control offers it, with the system's KEYMOD_ bits; it uses none by
+        // default.
         std::function<bool(const MSG& message, DWORD modifiers)> usesKey;
-        // What the site and its frame answer to a call of that name, which may do something of its own; S_OK without.
+        // The result of the site and its frame for a call of that name; it may have side effects. S_OK by default.
         std::function<HRESULT(const std::string& call)> answer;
     };
     explicit Container(Options options);
@@ -105,24 +106,24 @@ class Container {
     Container(const Container&) = delete;
     Container& operator=(const Container&) = delete;
 
-    // Sites a control. `prepare` initialises or loads it once it is sited; InitNew by default.
+    // Sites a control. `prepare` then initialises or loads it; InitNew by default.
     void Place(const ComPtr<IUnknown>& control, const std::function<void(IUnknown*)>& prepare = {});
-    // The siting alone, which may fail.
+    // Only sites a control, which may fail.
     HRESULT PutIn(const ComPtr<IUnknown>& control);
     void Activate();
     void ActivateUi();
     void MoveTo(const RECT& bounds);
-    // Deactivates, unsites and forgets the control.
+    // Closes and unsites the control, and releases it.
     void Close();
 
     HWND Window() const { return window_; }
-    // The active control's window; null while it is inactive.
+    // Returns the active control's window; null while it is inactive.
     HWND ControlWindow() const;
     IUnknown* Control() const { return control_.get(); }
     ComPtr<IDispatch> Automation() const { return control_.As<IDispatch>(); }
     void SetAmbient(DISPID property, Variant value);
 
-    // What the control told its site: calls by name, in order.
+    // The control's calls to its site by name, in order.
     std::vector<std::string>& Calls();
 
   private:
@@ -131,13 +132,13 @@ class Container {
     ComPtr<IUnknown> control_;
 };
 
-// Lets the messages that wait be handled; at most the given number of rounds.
+// Handles the waiting messages, at most `rounds` of them.
 void Pump(int rounds = 50);
 
-// What a stream holds, and a stream over bytes, positioned at the start.
+// Return a stream over bytes, positioned at the start, and the bytes of a stream.
 ComPtr<IStream> StreamOf(const std::vector<std::uint8_t>& bytes);
 std::vector<std::uint8_t> BytesOf(IStream* stream);
-// The control's saved form.
+// Save a control to and load it from a stream or a property bag.
 std::vector<std::uint8_t> SaveToStream(IUnknown* control);
 HRESULT LoadFromStream(IUnknown* control, const std::vector<std::uint8_t>& bytes);
 ComPtr<MemoryBag> SaveToBag(IUnknown* control);

@@ -1,4 +1,4 @@
-// Dialogs of the library that nobody is there to answer.
+// Closes the library's dialogs where a test has no one to answer them.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +7,7 @@
 
 namespace qvx::test {
 
-// Closes those of this thread as soon as they show.
+// Closes those of this thread as soon as they are shown.
 class DialogCloser {
   public:
     DialogCloser() : hook_(SetWindowsHookExW(WH_CBT, &Close, nullptr, GetCurrentThreadId())) {}

@@ -1,4 +1,4 @@
-// What something draws into a bitmap, as a picture to compare.
+// A drawing into a bitmap, as a picture to compare.
 #pragma once
 
 #include <windows.h>
@@ -10,7 +10,7 @@
 
 namespace qvx::test {
 
-// `draw` finds the bitmap black.
+// The bitmap is black before `draw`.
 inline PixelPicture PictureOf(Size size, const std::function<void(HDC)>& draw) {
     BITMAPINFO info{};
     info.bmiHeader = {sizeof info.bmiHeader, size.width, -size.height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};

@@ -1,4 +1,4 @@
-// The dual interfaces of the server, as its type library has them, with an object for each and calls of its members.
+// The dual interfaces in the server's type library, with an object for each and calls of its members.
 #pragma once
 
 #include <windows.h>
@@ -35,7 +35,7 @@ struct Function {
     std::vector<Parameter> parameters;  // from left to right, the result last
 
     bool Put() const { return kind == INVOKE_PROPERTYPUT || kind == INVOKE_PROPERTYPUTREF; }
-    // Without the result.
+    // Returns the number of arguments without the result.
     size_t Arguments() const {
         return static_cast<size_t>(
             std::count_if(parameters.begin(), parameters.end(), [](const Parameter& p) { return !p.result; }));
@@ -59,7 +59,7 @@ struct Interface {
 
 std::vector<Interface> DualInterfaces();
 
-// A control in place, and its object of one interface: the control itself or one inside it.
+// A control in place, and its object with one interface: the control itself or one inside it.
 struct Subject {
     std::unique_ptr<Container> container;
     ComPtr<IDispatch> object;
@@ -68,7 +68,7 @@ struct Subject {
 
 Subject Make(const Interface& face);
 
-// One that a member takes; `number` where it takes numbers.
+// Returns a value that a member accepts; `number` if it takes numbers.
 Variant Plausible(VARTYPE target, long number = 1);
 std::vector<Variant> PlausibleArguments(const Function& function);
 
@@ -78,12 +78,13 @@ struct LateResult {
     UINT wrong = 0;
 };
 
-// `names`: of the last arguments, left to right; a put's value has its own. What a failed call leaves in the result is
-// checked here, whatever it was called with. `value` gets what a call that succeeds gives back.
+// Calls a member by its number. `names` are the numbers of the last arguments, from left to right; the value of a put
+// has its own. Expects an empty result of a failed call, whatever it was called with. `value` receives the result of a
+// successful call.
 LateResult CallLate(IDispatch* object, const Function& function, const std::vector<Variant>& arguments,
                     std::vector<DISPID> names = {}, Variant* value = nullptr);
 
-// Every member, on an object that those of its interface share.
+// Calls `act` for every member, with one object for each interface.
 void ForEachFunction(const std::function<void(const Interface&, const Function&, const Subject&)>& act);
 
 }  // namespace qvx::test

@@ -1,4 +1,4 @@
-// The controls, for tests that hold for each of them.
+// The controls, for tests that apply to each of them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -30,21 +30,21 @@ inline bool IsInvisible(const CLSID* id) {
     return *id == CLSID_Backup || *id == CLSID_FlatBorder || *id == CLSID_CMenus;
 }
 
-// Those that show themselves at run time, have a size of the host's choice and take the focus.
+// Returns the controls that are visible at run time, get their size from the host and take the focus.
 inline std::vector<const CLSID*> EachVisibleControlId() {
     std::vector<const CLSID*> ids = EachControlId();
     std::erase_if(ids, IsInvisible);
     return ids;
 }
 
-// Those that have one size and show themselves to designers only.
+// Returns the controls that have a fixed size and are visible only in designers.
 inline std::vector<const CLSID*> EachInvisibleControlId() {
     std::vector<const CLSID*> ids = EachControlId();
     std::erase_if(ids, [](const CLSID* id) { return !IsInvisible(id); });
     return ids;
 }
 
-// For the names of parameterised tests.
+// Returns the name of a control for parameterised tests.
 inline std::string ControlName(const ::testing::TestParamInfo<const CLSID*>& parameter) {
     for (const NamedControl& control : namedControls) {
         if (control.id == parameter.param) return control.name;

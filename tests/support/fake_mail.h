@@ -1,4 +1,4 @@
-// The mail program of tests/support/mapi in the place of the system's, for one module and the length of a scope.
+// Replaces the system's mail program with that of tests/support/mapi, for one module and the duration of a scope.
 #pragma once
 
 #include <windows.h>
@@ -17,7 +17,7 @@ namespace qvx::test {
 
 class FakeMail {
   public:
-    // `module` is the one that loads the mail system.
+    // `module` is the module that loads the mail system.
     explicit FakeMail(HMODULE module)
         : load_(module, "LoadLibraryExW", reinterpret_cast<void*>(&Load)),
           find_(module, "GetProcAddress", reinterpret_cast<void*>(&Find)) {
@@ -35,17 +35,17 @@ class FakeMail {
     FakeMail(const FakeMail&) = delete;
     FakeMail& operator=(const FakeMail&) = delete;
 
-    // What logon, sending and sending in wide characters return from now on.
+    // Sets what logon, sending and sending in wide characters return from now on.
     void Answer(ULONG logon, ULONG send, ULONG wide) {
         Exported<void (*)(ULONG, ULONG, ULONG)>("FakeMapiAnswer")(logon, send, wide);
     }
-    // What the program was asked since the last time, one line a call.
+    // Returns the calls to the program since the last time, one line for each.
     Text Take() { return Text(FromWide(Exported<const wchar_t* (*)()>("FakeMapiTake")())); }
 
-    // Whether there is a mail program at all, and one that knows the wide call.
+    // Set whether there is a mail program at all, and whether it has the wide call.
     void Install(bool installed) { installed_ = installed; }
     void KnowWide(bool wide) { wide_ = wide; }
-    // How the mail system was loaded.
+    // Returns the flags with which the mail system was loaded.
     DWORD LoadFlags() const { return flags_; }
 
   private:
@@ -65,7 +65,7 @@ class FakeMail {
         return hidden ? nullptr : realFind_(module, name);
     }
 
-    // Not by name: the module that is watched may be this one.
+    // The real functions are called through these, because the watched module may be this one.
     inline static HMODULE(WINAPI* realLoad_)(LPCWSTR, HANDLE, DWORD);
     inline static FARPROC(WINAPI* realFind_)(HMODULE, LPCSTR);
     inline static bool installed_;

@@ -1,4 +1,4 @@
-// Files as tests make them and look at them, in a folder of the test's own.
+// Files in a folder of the test, with ways to create and examine them.
 #pragma once
 
 #include <windows.h>
@@ -22,6 +22,7 @@ inline void Write(const Text& path, std::string_view content) {
     CloseHandle(file);
 }
 
+// Returns the content of a file; "(none)" when it cannot be read.
 inline std::string Read(const Text& path) {
     const HANDLE file = CreateFileW(Wide(path), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     if (file == INVALID_HANDLE_VALUE) return "(none)";
@@ -34,7 +35,7 @@ inline std::string Read(const Text& path) {
 
 inline bool IsThere(const Text& path) { return GetFileAttributesW(Wide(path)) != INVALID_FILE_ATTRIBUTES; }
 
-// An empty file of its own, in the folder for such.
+// Creates an empty file in the folder for temporary files and returns its path.
 inline Text NewTemporaryFile() {
     wchar_t folder[MAX_PATH] = L"";
     wchar_t file[MAX_PATH] = L"";
@@ -43,7 +44,7 @@ inline Text NewTemporaryFile() {
     return Text(FromWide(file));
 }
 
-// Another program's hold on a file.
+// Keeps a file open, as another program would.
 class OpenElsewhere {
   public:
     OpenElsewhere(const Text& path, DWORD access, DWORD sharing)
@@ -58,7 +59,7 @@ class OpenElsewhere {
     HANDLE file_;
 };
 
-// A folder named so that no description may repeat it, with characters of no one code page.
+// A folder whose name no description may repeat, with characters that no single code page has.
 class TemporaryFolder : public ::testing::Test {
   protected:
     void SetUp() override { ASSERT_TRUE(CreateDirectoryW(Wide(root_), nullptr)) << GetLastError(); }

@@ -1,5 +1,5 @@
-// The library's own forms (the backup dialog, the password prompt) as somebody in front of the screen meets them. From
-// the person's thread, but for what says otherwise.
+// The library's own forms (the backup dialog, the password prompt) as a person in front of the screen sees them.
+// Functions are called from the person's thread unless noted otherwise.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 
 namespace qvx::test {
 
-// Null for any caption.
+// Returns the visible form with that caption, null for any caption; null without one.
 inline HWND FindForm(const wchar_t* caption) {
     for (HWND form = nullptr; (form = FindWindowExW(nullptr, form, L"QvxForm", caption)) != nullptr;) {
         if (IsWindowVisible(form)) return form;
@@ -20,7 +20,7 @@ inline HWND FindForm(const wchar_t* caption) {
     return nullptr;
 }
 
-// The form, once it takes keys; null after some seconds without one, which is a failure.
+// Returns the form once it takes keys; null after eight seconds without one, which is a failure.
 inline HWND WaitForForm(const wchar_t* caption) {
     HWND form = nullptr;
     EXPECT_TRUE(WaitFor(
@@ -34,7 +34,7 @@ inline HWND WaitForForm(const wchar_t* caption) {
     return form;
 }
 
-// Its children of a class, in the order of Tab.
+// Returns the form's children of a class, in tab order.
 inline std::vector<HWND> ChildrenOf(HWND form, const wchar_t* className) {
     std::vector<HWND> found;
     for (HWND child = nullptr; (child = FindWindowExW(form, child, className, nullptr)) != nullptr;) {
@@ -43,7 +43,7 @@ inline std::vector<HWND> ChildrenOf(HWND form, const wchar_t* className) {
     return found;
 }
 
-// Characters as the keyboard of whatever layout gives them.
+// Types characters, independently of the keyboard layout.
 inline void TypeText(const wchar_t* text) {
     for (; *text; ++text) {
         for (const DWORD up : {DWORD{0}, static_cast<DWORD>(KEYEVENTF_KEYUP)}) {
@@ -57,7 +57,7 @@ inline void TypeText(const wchar_t* text) {
     Sleep(100);
 }
 
-// Somebody who leaves no form open, so that a key that went astray fails a test instead of stopping all of them.
+// A person who leaves no form open, so that a lost key fails one test instead of blocking all of them.
 class FormPerson : public Person {
   public:
     explicit FormPerson(std::function<void()> acts)

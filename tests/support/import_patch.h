@@ -1,4 +1,4 @@
-// A function of the system replaced in one module's own table of imports.
+// A function of the system that is replaced in one module's own import table.
 #pragma once
 
 #include <windows.h>
@@ -8,7 +8,7 @@
 
 namespace qvx::test {
 
-// The real one is back at the end of the scope.
+// The real function is restored at the end of the scope.
 class ImportPatch {
   public:
     ImportPatch(HMODULE module, const char* name, void* replacement) : slot_(Find(module, name)) {

@@ -1,4 +1,4 @@
-// An embedded object that does nothing, for tests that need but a part of one.
+// An embedded object that does nothing, for tests that need only a part of one.
 #pragma once
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// Input as the system delivers it from a keyboard and a mouse: it goes to the window in front, whoever that is.
+// Input as the system delivers it from a keyboard and a mouse: it goes to the foreground window, whichever that is.
 #pragma once
 
 #include <windows.h>
@@ -9,39 +9,40 @@
 
 namespace qvx::test {
 
-// Waits until something holds, handling this thread's messages meanwhile when `pump` is set. False after the time in
-// milliseconds.
+// Waits until `holds` returns true, and handles this thread's messages meanwhile if `pump` is set. Returns false after
+// the time in milliseconds.
 bool WaitFor(const std::function<bool()>& holds, int milliseconds = 5000, bool pump = true);
 
-// Takes the request to end this thread out of its queue and returns with its exit code; nothing when there is none.
+// Removes the request to end this thread from its queue and returns its exit code; nothing when there is none.
 std::optional<int> TakeQuit();
 
 void KeyDown(int key);
 void KeyUp(int key);
-// Down and up, with modifiers held around it.
+// Presses and releases a key while modifiers are held.
 void TypeKey(int key, const std::initializer_list<int>& modifiers = {});
 
-// The window with the focus among those of another window's thread.
+// Returns the window with the focus in the thread of `window`.
 HWND FocusOf(HWND window);
 
-// A key that somebody has been holding down: the keyboard repeats it for a while, then it comes up. Posted to the
-// window with the focus, because under Wine a window that comes to the front lets go of keys that only software holds.
+// Simulates a key that is already held: the keyboard repeats it for a while, then it is released. The messages are
+// posted to the window with the focus, because under Wine a window that comes to the front releases keys that only
+// software holds.
 void RepeatAndRelease(HWND window, int key);
 
-// Screen pixels.
+// Positions are in pixels of the screen.
 void MoveMouseTo(POINT place);
 POINT CenterOf(HWND window);
 void LeftButton(bool down);
 void RightButton(bool down);
 void ClickOn(HWND window);
 
-// Brings a top-level window to the front and waits until it is there.
+// Brings a top-level window to the front and waits up to five seconds for it; false if it is not there then.
 bool BringToFront(HWND window);
 
 // For somebody: waits until one of the system's dialogs has come to the front. False after eight seconds.
 bool WaitForDialog();
 
-// Somebody who acts while the test's own thread is in a modal loop.
+// A person who acts while the test's own thread is in a modal loop.
 class Person {
   public:
     explicit Person(std::function<void()> acts) : thread_(std::move(acts)) {}

@@ -1,4 +1,4 @@
-// An object of a host's, reachable by names: a form, an extended control.
+// An object of a host that is accessed by names, such as a form or an extended control.
 #pragma once
 
 #include <windows.h>
@@ -18,7 +18,7 @@ namespace qvx::test {
 class LateBoundObject final : public ComObject<UntypedDispatch> {
   public:
     std::map<std::wstring, Variant> members;
-    // What a call says in place of an answer, when set; its texts become the caller's.
+    // The exception that every call returns if this is set; the caller receives its texts.
     std::optional<EXCEPINFO> failure;
 
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {

@@ -1,5 +1,5 @@
-// Disks in memory for the archivers: one fixed one, C:, and a drive A: that small disks are put into; they fill up,
-// fail and die with the program when told to. And a console whose answers are written down beforehand.
+// Disks in memory for the archivers: a fixed disk C:, and a drive A: for small disks. They fill up, fail, or stop with
+// the program on request. Also a console with prepared answers.
 #pragma once
 
 #include <algorithm>
@@ -21,7 +21,7 @@ struct MemoryNode {
     Bytes bytes;
     FileTime modified = 0;
     std::uint32_t attributes = 0;
-    bool isOpen = false;  // in the making
+    bool isOpen = false;  // is being written
     bool operator==(const MemoryNode&) const = default;
 };
 
@@ -42,16 +42,16 @@ class MemoryFiles : public Files {
     std::vector<MemoryDisk> disks = std::vector<MemoryDisk>(1);
     std::size_t inserted = 0;  // which of them is in the drive
     bool isRemovable = true;
-    // The change of a disk that fails, counted from 1, and how; 0 for none.
+    // The number of the change that fails, from 1, and how; 0 for none.
     int failingChange = 0;
-    std::optional<ExitCode> failure;  // none: the program is killed there, and nothing it does counts any more
+    std::optional<ExitCode> failure;  // none: the program is killed there, and nothing it does has an effect any more
     int changes = 0;
     bool isDead = false;
-    // Local time is that many seconds ahead of UTC.
+    // Local time is this many seconds ahead of UTC.
     std::int64_t zone = 3600;
-    // Files' whole paths by their folded short ones.
+    // The full paths of files by their folded short ones.
     std::map<Text, Text> shortPaths;
-    // Called at every reading of a source.
+    // Called whenever a source is read.
     std::function<void(const Text&)> onRead;
 
     MemoryNode& Put(const Text& path, Bytes bytes, std::uint32_t attributes = 0) {
@@ -110,7 +110,7 @@ class MemoryFiles : public Files {
     CivilTime LocalTime(FileTime time) override { return UtcTime(time + zone * ticksPerSecond); }
     FileTime FromLocalTime(const CivilTime& local) override { return FromUtcTime(local) - zone * ticksPerSecond; }
 
-    // The computer starts again after the program was killed.
+    // Restarts the computer after the program was killed.
     void Restart() {
         isDead = false;
         failingChange = changes = 0;
@@ -185,7 +185,7 @@ class MemoryFiles : public Files {
             owner_.Change();
             const bool isProtected = (owner_.Attributes(path) & attribute::readOnly) != 0;
             if (isProtected && target == ReadOnlyTarget::refuse) throw ArchiveError(ExitCode::accessDenied);
-            // Whatever name it had, the name is the one given from now on.
+            // Another spelling of the name is replaced by the given one.
             const MemoryNode* old = owner_.Find(path);
             const Text oldKey = old ? FoldedText(old->path) : Text();
             Text newPath = Plain(path);
@@ -241,7 +241,7 @@ class MemoryFiles : public Files {
 
 class ScriptedConsole : public Console {
   public:
-    // One for each question; when they are used up, nobody is there.
+    // One for each question; when they are used up, no one answers.
     std::vector<std::function<void()>> answers;
     std::vector<Text> asked;
     std::vector<Text> said;

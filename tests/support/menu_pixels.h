@@ -1,4 +1,4 @@
-// Menu items as the window that owns them measures and draws them, and pictures for them.
+// Owner-drawn menu items as their window measures and draws them, and pictures for them.
 #pragma once
 
 #include <windows.h>
@@ -11,14 +11,14 @@
 
 namespace qvx::test {
 
-// A bitmap of one colour.
+// Makes a picture: a bitmap of one colour.
 ComPtr<IPictureDisp> SolidPicture(Size size, COLORREF color);
-// A picture of no kind, without an extent.
+// Makes a picture of no kind, without an extent.
 ComPtr<IPictureDisp> EmptyPicture();
 
-// What the window answers when it is asked for an owner-drawn item's size; 0 by 0 when it does not.
+// Returns the size that the window reports for an owner-drawn item, in pixels; 0 by 0 when it reports none.
 Size MeasureItem(HWND window, HMENU menu, int position);
-// The item as the window draws it, 40 pixels wider than it asked to be. `state` is one of ODS_xxx.
+// Returns the item as the window draws it, 40 pixels wider than it requested. `state` consists of ODS_xxx bits.
 PixelPicture DrawnItem(HWND window, HMENU menu, int position, UINT state = 0);
 
 }  // namespace qvx::test

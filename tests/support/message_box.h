@@ -1,4 +1,4 @@
-// The library's message box as somebody in front of the screen meets it.
+// The library's message box as a person in front of the screen sees it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ inline HWND WaitForBox() {
     return box;
 }
 
-// The buttons in the order they were made: OK, then Cancel.
+// Returns a button; they are numbered in the order of creation: OK, then Cancel.
 inline HWND ButtonOf(HWND box, int number) { return GetDlgItem(box, number); }
 
 }  // namespace qvx::test

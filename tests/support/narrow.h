@@ -1,4 +1,4 @@
-// Texts as tests print and compare them.
+// Texts in the form in which tests print and compare them.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace qvx::test {
 
-// What is not ASCII shows as "?".
+// Returns a text with "?" for every character outside ASCII.
 inline std::string Narrow(TextView text) {
     std::string out;
     for (const char16_t c : text) out.push_back(c < 0x80 ? static_cast<char>(c) : '?');

@@ -1,4 +1,4 @@
-// Pictures kept beside the tests.
+// Pictures that are stored beside the tests.
 #pragma once
 
 #include <windows.h>
@@ -21,7 +21,7 @@ struct PixelPicture {
     COLORREF At(int x, int y) const { return pixels[static_cast<std::size_t>(y * size.width + x)]; }
 };
 
-// Nothing when there is no such file, or none that is a picture.
+// Reads a picture; nothing when there is no such file, or when it is not a picture.
 std::optional<PixelPicture> ReadPng(const std::wstring& path);
 bool WritePng(const std::wstring& path, const PixelPicture& picture);
 

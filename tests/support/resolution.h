@@ -1,5 +1,5 @@
-// Monitors of different resolutions, as programs see them: what WindowDpi answers, and what the system tells a window
-// that comes to another monitor.
+// Monitors of different resolutions as programs see them: the result of WindowDpi, and the messages of the system to a
+// window that moves to another monitor.
 #pragma once
 
 #include <windows.h>
@@ -18,14 +18,14 @@ class Monitor {
   public:
     explicit Monitor(int dots) : dots_(dots) { now_.emplace(Dpi{dots, dots}); }
 
-    // Windows are on one of that resolution from now on; `window`, a top-level one, and all in it are told so, in the
-    // system's order. Returns where the system suggests the window to be.
+    // Moves all windows to a monitor of that resolution, in dots per inch; notifies `window`, which is a top-level one,
+    // and its children in the system's order. Returns the bounds that the system suggests for the window, in pixels.
     Rect Become(int dots, HWND window) {
         RECT place{};
         GetWindowRect(window, &place);
         place.right = place.left + MulDiv(place.right - place.left, dots, dots_);
         place.bottom = place.top + MulDiv(place.bottom - place.top, dots, dots_);
-        // Elsewhere, so that whoever stays where it was is found out.
+        // The position changes, so that the test detects a window that does not move.
         OffsetRect(&place, 7, 5);
         dots_ = dots;
         now_.reset();
@@ -50,7 +50,8 @@ class Monitor {
     std::optional<DpiOverride> now_;
 };
 
-// Where a window and its visible children are, relative to the window, with the heights of their fonts; a line each.
+// Returns the bounds of a window and its visible children, relative to the window, with the heights of their fonts, one
+// line each.
 inline std::string LookOf(HWND window) {
     struct Listing {
         RECT whole{};

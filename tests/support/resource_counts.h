@@ -1,5 +1,5 @@
-// What the process holds of the system's resources, for tests that repeat something many times and expect nothing to
-// stay behind.
+// The resources that the process holds, for tests that repeat something many times and expect that nothing is left
+// behind.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,14 +9,14 @@ namespace qvx::test {
 struct ResourceCounts {
     long windows = 0;      // of this thread, inner windows included
     long gdiObjects = 0;   // of this process
-    long userObjects = 0;  // of this process, where the system tells; else 0
+    long userObjects = 0;  // of this process, if the system reports them; else 0
     long heapBlocks = 0;   // in use, over all heaps of the process
     long heapBytes = 0;
 };
 
 ResourceCounts CountResources();
-// Runs it for the caches to fill, and then as often again: no window and no graphics object stays, and a heap block for
-// one round in ten at most.
+// Executes the rounds once to fill the caches, and then once more: expects that no window and no graphics object is
+// left behind, and hardly more than a heap block in ten rounds.
 template <typename Round>
 void ExpectNothingLeftBehind(int rounds, Round round) {
     const auto run = [&] {

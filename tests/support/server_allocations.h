@@ -1,6 +1,6 @@
-// Allocations of the component server that fail: its own calls of the C library's malloc and realloc (and so its
-// operator new), of SysAllocString and its kin and of CoTaskMemAlloc, replaced in its table of imports. The system's
-// own go on.
+// Failing allocations of the component server: its own calls of malloc and realloc (and so its operator new),
+// SysAllocStringLen, CoTaskMemAlloc, GlobalAlloc and SafeArrayCreateVector are replaced in its import table. The
+// system's own allocations succeed.
 #pragma once
 
 #include <windows.h>
@@ -17,21 +17,20 @@ class ServerAllocations {
     ServerAllocations(const ServerAllocations&) = delete;
     ServerAllocations& operator=(const ServerAllocations&) = delete;
 
-    // For the length of a scope the calling thread's allocation behind `passing` others fails, alone or with all behind
-    // it.
+    // Within a scope, the calling thread's allocation after `passing` others fails, alone or with all after it.
     class Failure {
       public:
         Failure(int passing, bool forGood);
         ~Failure();
         Failure(const Failure&) = delete;
         Failure& operator=(const Failure&) = delete;
-        // Whether it has come to that.
+        // Whether an allocation has failed.
         bool Happened() const;
     };
 
-    // check(passing, forGood), which are a Failure's arguments, for one allocation after the other as long as it
-    // returns that one has failed. Of what allocates much, only each of the first twenty is tried and then every
-    // fifth part further.
+    // Calls check(passing, forGood), with the arguments of a Failure, for one allocation after the other while it
+    // returns that one has failed. Where there are many allocations, each of the first twenty is tried, and then steps
+    // grow by a fifth of the number so far.
     template <typename Check>
     static void ForEach(Check check) {
         for (const bool forGood : {false, true}) {

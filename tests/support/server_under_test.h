@@ -1,4 +1,4 @@
-// The component server that the control tests load: by its file, without the registry.
+// The component server that the control tests load by its file, without the registry.
 #pragma once
 
 #include <windows.h>
@@ -15,19 +15,20 @@ namespace qvx::test {
 
 class ServerUnderTest {
   public:
-    // Loaded once, from the path in the environment variable QVX_OCX or from the build folder this program lies in.
+    // Returns the server, loaded once, from the path in the environment variable QVX_OCX or from the build folder of
+    // this program.
     static ServerUnderTest& Get();
 
     const std::wstring& Path() const { return path_; }
     HMODULE Module() const { return module_; }
 
-    // A new object of the class; null, with a failed expectation, when the server has none.
+    // Creates an object of the class; null, with a failed expectation, when the server does not have it.
     ComPtr<IUnknown> Create(REFCLSID id) const;
     HRESULT ClassObject(REFCLSID id, REFIID iid, void** object) const;
     HRESULT CanUnload() const { return canUnload_(); }
     HRESULT Install(bool install, const wchar_t* where) const { return install_(install, where); }
 
-    // The classes with a factory in the server, of those in its type library.
+    // A class of the type library that has a factory in the server.
     struct KnownClass {
         std::wstring name;
         CLSID id;
@@ -44,8 +45,8 @@ class ServerUnderTest {
     HRESULT(WINAPI* install_)(BOOL, LPCWSTR) = nullptr;
 };
 
-// Makes the server's classes creatable by identifier in this process for the length of a scope, for containers that
-// create controls themselves.
+// Makes it possible to create the server's classes by identifier in this process for the duration of a scope, for
+// containers that create controls themselves.
 class CreatableClasses {
   public:
     CreatableClasses();
@@ -67,11 +68,12 @@ struct CallResult {
     Text description;
 };
 
-// `arguments` from left to right; the variants themselves are passed, so that by-reference ones can be among them.
+// Calls a member. `arguments` are from left to right and passed themselves, so that by-reference ones can be among
+// them.
 CallResult Invoke(IDispatch* object, const wchar_t* name, WORD flags, std::vector<VARIANT> arguments = {});
-// A method or a property read that must succeed.
+// Calls a method or reads a property, which must succeed.
 Variant Call(IDispatch* object, const wchar_t* name, const std::vector<Variant>& arguments = {});
-// A property write that must succeed; the last argument is the value.
+// Writes a property, which must succeed; the last argument is the value.
 void Put(IDispatch* object, const wchar_t* name, const std::vector<Variant>& arguments);
 
 std::wstring Spell(REFGUID id);

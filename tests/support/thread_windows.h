@@ -9,8 +9,8 @@
 
 namespace qvx::test {
 
-// Those of one class, whatever the case of its name. A function of its own: on x86 the system's callbacks have a
-// calling convention that lambdas lack.
+// Collects the windows of one class, regardless of the case of its name. It is not a lambda, because the system's
+// callbacks on x86 have a calling convention that lambdas lack.
 inline BOOL CALLBACK CollectOfClass(HWND window, LPARAM parameter) {
     auto& [className, found] = *reinterpret_cast<std::pair<const wchar_t*, std::vector<HWND>>*>(parameter);
     wchar_t name[64]{};

@@ -10,9 +10,9 @@
 
 namespace qvx::ado {
 
-// Where records are kept; the client counts them and goes both ways.
+// Where records are kept; the client counts them and can move in both directions.
 enum CursorLocation { serverCursor = 2, clientCursor = 3 };
-// Error 3001 for any other.
+// Returns a valid location; raises error 3001 for any other.
 long CheckedLocation(long location);
 
 class ConnectionObject final : public host::NamedObject {
@@ -20,22 +20,22 @@ class ConnectionObject final : public host::NamedObject {
     ConnectionObject();
 
     STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
-    // Null for another program's object.
+    // Returns an object as a connection; null for an object of another program.
     static ComPtr<ConnectionObject> From(IDispatch* object);
 
     void Open(const Text& connectionString);
     void Close();
-    // Error 3709 while closed.
+    // Returns the open database; raises error 3709 while the connection is closed.
     Database& OpenDatabase() const;
     long CursorPlace() const { return cursorLocation_; }
-    // Record sets close with their connection.
+    // Closes the records together with the connection.
     void CloseWithMe(const std::shared_ptr<Records>& records);
 
   private:
     ~ConnectionObject() override = default;
     const wchar_t* ErrorSource() const override;
 
-    // Connection string, user, password, options.
+    // Takes connection string, user, password and options.
     void OpenBy(const host::Call& call);
     Variant Execute(const host::Call& call);
 

@@ -10,11 +10,12 @@ namespace qvx::ado {
 
 using ConnectionSettings = std::vector<std::pair<Text, Text>>;
 
-// Keys as they are written, without blanks around them; values without braces, in which "}}" stands for "}". What is
-// no pair is left out.
+// Returns the keys as they are written, without blanks around them; values without braces, in which "}}" means "}". A
+// part that is not a pair is ignored.
 ConnectionSettings ParseConnectionString(TextView text);
 
-// In the same order; values with ";" or braces in them, and drivers' names, in braces.
+// Writes the settings in the same order; values that contain ";" or braces, and the names of drivers, are put in
+// braces.
 Text WriteConnectionString(const ConnectionSettings& settings);
 
 }  // namespace qvx::ado

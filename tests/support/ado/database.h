@@ -1,4 +1,4 @@
-// A database behind the system's ODBC.
+// A database that the system's ODBC accesses.
 #pragma once
 
 #include <memory>
@@ -16,7 +16,7 @@ struct Column {
     Kind kind = Kind::text;
 };
 
-// A result, whole and in memory, row after row.
+// A complete result in memory, row after row.
 struct Table {
     std::vector<Column> columns;
     std::vector<Variant> cells;
@@ -24,19 +24,19 @@ struct Table {
     std::size_t Rows() const { return columns.empty() ? 0 : cells.size() / columns.size(); }
 };
 
-// What a statement gave: records, or how many it changed.
+// The result of a statement: records, or the number of records that it changed.
 struct Answer {
     std::optional<Table> table;
     long affected = 0;
 };
 
-// An open database. Every failure is run-time error 3000 with the driver's own words.
+// An open database. Every failure is run-time error 3000 with the driver's own description.
 class Database {
   public:
-    // The settings are ODBC's own. A driver may also be named by its description, which is the name it goes by on
-    // other systems, and a file by its name as Windows programs see it.
+    // The settings are those of ODBC. A driver may also be named by its description, which is its name on other
+    // systems, and a file by its name for Windows programs.
     explicit Database(TextView connectionString);
-    // A transaction that is still open is taken back.
+    // An open transaction is rolled back.
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;

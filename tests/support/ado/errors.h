@@ -1,4 +1,4 @@
-// The run-time errors of the data objects, by the numbers and with the words that scripts know.
+// The run-time errors of the data objects, with the numbers and descriptions that scripts know.
 #pragma once
 
 #include "common/run_time_error.h"

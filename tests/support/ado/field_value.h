@@ -1,4 +1,4 @@
-// What a column holds, and the reading of its values from the text that the driver gives.
+// The type of a column, and its values, read from the text that the driver returns.
 #pragma once
 
 #include <string>
@@ -11,14 +11,14 @@ namespace qvx::ado {
 
 enum class Kind { text, longText, integer, bigInteger, real, boolean, date, timestamp, currency, decimal, binary };
 
-// By the type the column was declared with where the driver's own type says too little (it calls money and exact
-// numbers text), else by the driver's.
+// Returns the kind by the declared type of the column if the driver's own type is not precise enough (it calls money
+// and exact numbers text), else by the driver's.
 Kind KindOf(int driverType, TextView declared);
 
-// The data objects' number for it.
+// Returns the data objects' number for a kind.
 long TypeNumber(Kind kind);
 
-// The value as its column's type has it. What is not of that type, which the database allows, stays text.
+// Reads a value of the column's type. A value of another type, which the database allows, stays text.
 Variant ReadValue(Kind kind, TextView text);
 Variant BinaryValue(std::string_view bytes);
 Variant NullValue();

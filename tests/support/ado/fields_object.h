@@ -26,10 +26,10 @@ class FieldObject final : public host::NamedObject {
 
 class FieldsObject final : public host::NamedObject {
   public:
-    // The records are open.
+    // The records must be open.
     explicit FieldsObject(std::shared_ptr<Records> records);
 
-    // The number of the field with that name, or with that number; error 3265 when there is none.
+    // Returns the number of the field with that name or number; raises error 3265 when there is none.
     std::size_t Find(const Variant& nameOrNumber) const;
     IDispatch* Item(std::size_t field) const { return fields_[field].get(); }
 

@@ -1,4 +1,4 @@
-// The records of a record set and the place in them.
+// The records of a record set and the current position.
 #pragma once
 
 #include <vector>
@@ -11,7 +11,7 @@ namespace qvx::ado {
 class Records {
   public:
     bool IsOpen() const { return open_; }
-    // Records that only go forward know neither their number nor their place.
+    // With `forwardOnly`, the records know neither their number nor their position.
     void Open(Table table, bool forwardOnly);
     void Close();
 
@@ -20,18 +20,18 @@ class Records {
     long Count() const;  // -1 when it is not known
     bool Bof() const;
     bool Eof() const;
-    // From 1; -1 when it is not known, -2 before the first record, -3 behind the last.
+    // Returns the position from 1; -1 when it is not known, -2 before the first record, -3 after the last.
     long Position() const;
     void MoveFirst();
     void MoveLast();
-    // One on (1) or back (-1), to the one before the first or behind the last; error 3021 beyond that.
+    // Moves forward (1) or back (-1), to before the first or after the last record; raises error 3021 beyond that.
     void Move(long by);
 
-    // Of the current record; error 3021 without one.
+    // Returns a value of the current record; raises error 3021 without one.
     const Variant& Value(std::size_t column) const;
 
-    // Up to `count` records (all for -1) from the current one on, and moves behind them: a two-dimensional array of
-    // variants, its first index the field, its second the record.
+    // Returns up to `count` records (all for -1) from the current one on, and moves past them: a two-dimensional array
+    // of variants with the field as its first index and the record as its second.
     Variant Take(long count);
 
   private:
@@ -43,7 +43,7 @@ class Records {
     bool open_ = false;
     bool forwardOnly_ = false;
     bool beforeFirst_ = false;
-    long row_ = 0;  // of the current record; the number of rows when behind the last
+    long row_ = 0;  // of the current record; the number of rows when after the last
 };
 
 }  // namespace qvx::ado

@@ -14,7 +14,7 @@ class RecordsetObject final : public host::NamedObject {
   public:
     RecordsetObject();
 
-    // Executes a statement; one that gives no records leaves the set closed. Returns how many records it changed.
+    // Executes a statement; one without records leaves the set closed. Returns the number of records that it changed.
     long Open(ConnectionObject& connection, TextView source, bool forwardOnly);
 
   private:
@@ -24,14 +24,14 @@ class RecordsetObject final : public host::NamedObject {
     void AddOpening();
     void AddMoving();
     void AddReading();
-    // Statement, connection (or the string for one), cursor type; what else there may be is of no account.
+    // Takes statement, connection (or a connection string) and cursor type; further arguments are ignored.
     void OpenBy(const host::Call& call);
     FieldsObject& Fields();
 
     std::shared_ptr<Records> records_ = std::make_shared<Records>();
     ComPtr<FieldsObject> fields_;
     long cursorLocation_;
-    ComPtr<ConnectionObject> own_;  // made from a string, for as long as the set is open
+    ComPtr<ConnectionObject> own_;  // made from a string; exists while the set is open
 };
 
 }  // namespace qvx::ado

@@ -1,5 +1,5 @@
-// What happens when memory runs out: for tests that let every allocation of a call fail in turn. The program's operator
-// new is replaced, and its malloc and realloc are wrapped (tests/CMakeLists.txt).
+// Running out of memory, for tests that let every allocation of a call fail in turn. The program's operator new is
+// replaced, and its malloc and realloc are wrapped (tests/CMakeLists.txt).
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,10 +12,10 @@
 
 namespace qvx::test {
 
-// How many allocations fail: the one, or all from it on, as when there is no memory left at all.
+// How many allocations fail: a single one, or all from it on, as when no memory is left at all.
 enum class Starvation { once, forGood };
 
-// While it lives the allocation behind `passing` others fails.
+// While it exists, the allocation after `passing` others fails.
 class FailingAllocation {
   public:
     FailingAllocation(int passing, Starvation starvation);
@@ -23,11 +23,11 @@ class FailingAllocation {
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;
 
-    // Whether it has come to that.
+    // Whether an allocation has failed.
     bool Happened() const;
 };
 
-// Runs a call whose allocations may fail; true when it has run out of memory, which is the only error it may raise.
+// Executes a call whose allocations may fail; true when it has run out of memory, which is the only error it may raise.
 template <class Call>
 bool RunsOutOfMemory(Call&& call) {
     try {
@@ -41,8 +41,8 @@ bool RunsOutOfMemory(Call&& call) {
     return false;
 }
 
-// check(passing, starvation) for each allocation of what it runs with a FailingAllocation of these, as long as it
-// returns true: that has happened, and nothing was wrong.
+// Calls check(passing, starvation), with the arguments of a FailingAllocation, for one allocation after the other while
+// it returns true: that allocation has failed, and nothing was wrong.
 template <class Check>
 void ForEachAllocation(Check&& check) {
     for (const Starvation starvation : {Starvation::once, Starvation::forGood}) {
@@ -51,9 +51,9 @@ void ForEachAllocation(Check&& check) {
     }
 }
 
-// Runs `call` on what `make` returns a pointer to, with each of its allocations failing in turn: where it runs out of
-// memory, the subject is as it was before, as far as `describe` tells, and else as after a call with memory enough.
-// Then it still works: the call, made once more, does all it is to do.
+// Executes `call` on what `make` returns a pointer to, with each of its allocations failing in turn. If it runs out of
+// memory, the subject must be as before, as far as `describe` shows, and otherwise as after a call with enough memory.
+// The subject must still work then: a second call has its full effect.
 template <class Make, class Call, class Describe>
 void ExpectAllOrNothing(const std::string& name, Make make, Call call, Describe describe) {
     const auto unharmed = make();
@@ -82,7 +82,8 @@ void ExpectAllOrNothing(const std::string& name, Make make, Call call, Describe 
     });
 }
 
-// The same for what changes nothing: `make` returns what it returns with memory enough, or runs out of it.
+// Does the same for a call that changes nothing: `make` returns the same result as with enough memory, or runs out of
+// it.
 template <class Make>
 void ExpectAllOrNothing(const std::string& name, Make make) {
     const auto whole = make();

@@ -1,4 +1,4 @@
-// What the archivers' tests share: disks in memory and the two programs on them.
+// The common parts of the archivers' tests: disks in memory and the two programs on them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -38,7 +38,7 @@ class ArchiveTest : public testing::Test {
         const MemoryNode* node = files.Find(path);
         return node ? node->bytes : none;
     }
-    // An archive of entries that PkZip would never write: what is given is written as it is.
+    // Writes an archive with entries that PkZip would never write, unchanged.
     void WriteArchive(const std::vector<Entry>& entries, const Bytes& content, const Text& path = u"C:\\a.zip") {
         const auto archive = MakeArchive(files, console, path, false, 0);
         ArchiveWriter writer(*archive, 1);
@@ -51,7 +51,7 @@ class ArchiveTest : public testing::Test {
         archive->Commit();
         files.Remove(u"C:\\content");
     }
-    // How many files and folders are below C:\out, and whether any stands elsewhere that was not put there by the test.
+    // Returns the number of files and folders below C:\out, and expects that no others exist except those of the test.
     std::size_t Unpacked() const {
         std::size_t count = 0;
         for (const auto& [key, node] : files.fixed.nodes) {

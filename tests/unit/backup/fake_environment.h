@@ -1,5 +1,5 @@
-// A computer for the backup's procedure: files in memory, archivers that pack and unpack them, a user whose answers are
-// given beforehand. Any step can fail, and the program can end before any step.
+// A computer for the backup's procedure: files in memory, archivers that pack and unpack them, a user with prepared
+// answers. Any step can fail, and the program can end before any step.
 #pragma once
 
 #include <algorithm>
@@ -26,7 +26,7 @@ struct NoCase {
 };
 using Files = std::map<Text, std::string, NoCase>;
 
-// The program is gone: nothing has an effect any more.
+// The program has ended: nothing has an effect any more.
 struct ProgramEnded : RunTimeError {
     ProgramEnded() : RunTimeError(0, u"") {}
 };
@@ -34,7 +34,7 @@ struct ProgramEnded : RunTimeError {
 class FakeEnvironment final : public Environment {
   public:
     Files files;
-    // What was done, a line a step; looking changes nothing and is not among them unless `logLooks`.
+    // The steps so far, one line for each; those that only read are included if `logLooks` is set.
     std::vector<std::string> log;
     bool logLooks = false;
 
@@ -48,13 +48,13 @@ class FakeEnvironment final : public Environment {
     Text pickedFile;
     Date today{1, 3};
     Text removableDrive;  // "A:"
-    // Bytes of each drive that has an end; the others take anything. An archiver that may go on over several disks asks
-    // for the next one where this one is full.
+    // The capacity in bytes of each drive that has a limit. An archiver that may span disks asks for the next one when
+    // the current one is full.
     std::map<Text, std::uint64_t> capacity;
     bool reportsFreeSpace = true;
-    Files nextDisk;               // what is on the disk that is put into the removable drive
-    bool swapsWhenDone = false;   // the disk is changed before anybody looks at the archive
-    bool pulledWhenDone = false;  // the drive itself goes, and says so whenever it is asked
+    Files nextDisk;               // the files on the disk that is put into the removable drive next
+    bool swapsWhenDone = false;   // the disk is changed before the archive is checked
+    bool pulledWhenDone = false;  // the drive itself is removed, and every access fails
     std::vector<Files> disksTakenOut;
     std::uint32_t exitCode = 0;
     enum class Archiver { works, leavesNothing, leavesHalf } archiver = Archiver::works;
@@ -72,7 +72,7 @@ class FakeEnvironment final : public Environment {
         try {
             Step("refresh [" + Narrow(form.outcome) + "]");
         } catch (const ProgramEnded&) {
-            // Nobody looks any more.
+            // The form is not visible any more.
         } catch (const std::bad_alloc&) {
             // Never fails.
         }
@@ -123,7 +123,7 @@ class FakeEnvironment final : public Environment {
         Move(from, to);
     }
     void ReplaceFile(TextView from, TextView to) override {
-        // A program that ends in the middle leaves a part.
+        // A program that ends midway leaves a partial file.
         if (steps + 1 == endAt) files[ArrivingName(to)] = "half";
         Step("replace " + Narrow(from) + " > " + Narrow(to));
         files.erase(ArrivingName(to));
@@ -183,7 +183,7 @@ class FakeEnvironment final : public Environment {
         Step("start " + Narrow(commandLine));
         commandLine_ = commandLine;
     }
-    // An archiver ends its work whether or not somebody still waits for it.
+    // An archiver finishes its work even if no one waits for it any more.
     std::uint32_t WaitForArchiver() override {
         if (!ended_ && archiver != Archiver::leavesNothing) Work();
         if (swapsWhenDone || pulledWhenDone) ChangeDisk();
@@ -195,7 +195,7 @@ class FakeEnvironment final : public Environment {
         if (!mailError.empty()) throw RunTimeError(3, mailError);
     }
 
-    // What PkZip makes of a file.
+    // Returns the archive that PkZip makes of a file.
     static std::string Packed(const std::string& name, const std::string& bytes) { return "zip|" + name + "|" + bytes; }
 
   private:
@@ -241,7 +241,7 @@ class FakeEnvironment final : public Environment {
         moved.key() = std::move(target);
         files.insert(std::move(moved));
     }
-    // Folders with blanks are cut, names with more than eight characters too.
+    // Shortens names with more than eight characters before the dot.
     Text ShortForm(TextView path) const {
         if (!shortNames) return Text(path);
         const TextView folder = FolderOf(path);

@@ -1,4 +1,4 @@
-// Sequences of events that a button's logic answers, told as tables: what happens, and the actions that follow.
+// Sequences of events for a button's logic as tables: each event and the resulting actions.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -59,7 +59,7 @@ struct Sequence {
     std::vector<Step> steps;
 };
 
-// Each with a logic of its own.
+// Executes each sequence with a logic of its own.
 template <typename Logic>
 void ExpectSequences(const std::vector<Sequence>& sequences) {
     for (const Sequence& sequence : sequences) {

@@ -28,7 +28,7 @@ Axis AxisOf(int count, int fixed, int first, int extent, SizeOf sizeOf) {
             }};
 }
 
-// The same from right to left.
+// Returns the axis from right to left.
 inline Axis Mirrored(Axis axis) {
     axis.mirrored = true;
     return axis;

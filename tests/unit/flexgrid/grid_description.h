@@ -1,4 +1,4 @@
-// A grid as text, for comparisons that print.
+// A grid as text, for comparisons that are printed.
 #pragma once
 
 #include <sstream>
@@ -22,7 +22,7 @@ inline void DescribeFormat(std::ostream& out, const CellFormat& format) {
         << static_cast<int>(format.alignment.value_or(GridAlignment::general)) << '}';
 }
 
-// All that a grid tells of itself.
+// Returns all observable values of a grid.
 inline std::string Describe(const Grid& grid) {
     std::ostringstream out;
     const Cursor cursor = grid.CurrentCursor();

@@ -1,4 +1,4 @@
-// What tests of the grid share: filling it, reading it, and the errors that it raises.
+// The common parts of the grid's tests: filling and reading it, and the errors that it raises.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace qvx::flexgrid {
 
-// The number of the error a call raises, 0 when it raises none.
+// Returns the number of the error that a call raises, 0 when it raises none.
 template <class Call>
 int ErrorOf(Call call) {
     try {
@@ -18,7 +18,7 @@ int ErrorOf(Call call) {
     return 0;
 }
 
-// All rows as one text, "a,b/c,d".
+// Returns all rows as one text, "a,b/c,d".
 inline std::string Shown(const Grid& grid) {
     std::string shown;
     for (int row = 0; row < grid.Rows(); ++row) {

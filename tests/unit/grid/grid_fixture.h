@@ -1,4 +1,4 @@
-// What the tests of the data-entry grid's rules share.
+// The common parts of the tests for the data-entry grid's rules.
 #pragma once
 
 #include <string>
@@ -10,21 +10,22 @@
 
 namespace qvx::grid {
 
-// For messages and comparisons that print; characters outside Latin-1 show as "?".
+// Returns a text for messages and comparisons that are printed; characters outside Latin-1 are "?".
 inline std::string Narrow(TextView text) {
     std::string out;
     for (char16_t c : text) out.push_back(c < 0x100 ? static_cast<char>(c) : '?');
     return out;
 }
 
-// A list of these entries.
+// Returns the state of a list with these entries.
 inline ListState ListOf(std::vector<Text> entries, int listIndex = -1, int topIndex = 0) {
     const int count = static_cast<int>(entries.size());
     return {count, [all = std::move(entries)](int index) { return all.at(static_cast<std::size_t>(index)); }, listIndex,
             topIndex};
 }
 
-// One fixed row of captions, one fixed column, and data rows; each row's cells separated by tabs.
+// Fills the grid with one fixed row of captions, one fixed column, and data rows; the cells of each row are separated
+// by tabs.
 inline void Fill(flexgrid::Grid& grid, const std::vector<TextView>& rows) {
     int cols = 1;
     for (char16_t c : rows.front()) cols += c == u'\t' ? 1 : 0;
