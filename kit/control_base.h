@@ -299,12 +299,11 @@ class ControlBase : public IOleObject,
 
     class Loading;
     void ReadFrom(const PropertySource& source);
+    // The properties that differ from their defaults.
     std::vector<std::pair<Text, PropertyValue>> ChangedProperties();
-    void LoadBag(IPropertyBag* bag, IErrorLog* log);
-    void SaveBag(IPropertyBag* bag);
+    void FinishLoading();
     void LoadStream(IStream* stream);
-    void SaveStream(IStream* stream);
-    std::vector<std::uint8_t> StreamBytes();
+    std::vector<std::uint8_t> BytesForStream();
 
     const ControlClass& class_;
     const IID& interfaceId_;

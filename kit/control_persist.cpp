@@ -1,64 +1,13 @@
 // The persistence of a control: property bags, streams and storages all use the property table.
-#include <algorithm>
-#include <optional>
-
-#include "com/variant.h"
-#include "common/property_stream.h"
 #include "common/run_time_error.h"
 #include "kit/control_base.h"
+#include "kit/property_storage.h"
 
 namespace qvx {
 
 namespace {
 
 const wchar_t storageStream[] = L"Contents";
-// A stream keeps the size of the control itself, because it has no container beside it that does.
-const char16_t extentXKey[] = u"_ExtentX";
-const char16_t extentYKey[] = u"_ExtentY";
-
-// Returns the type that the bag is to convert to; a text such as "007" must not be read as a number.
-VARTYPE BagType(const PropertyValue& like) {
-    if (std::holds_alternative<bool>(like)) return VT_BOOL;
-    if (std::holds_alternative<std::int32_t>(like)) return VT_I4;
-    if (std::holds_alternative<double>(like)) return VT_R8;
-    if (std::holds_alternative<Text>(like)) return VT_BSTR;
-    return VT_UNKNOWN;
-}
-
-// Reads exactly `size` bytes. Throws ComError when the stream ends before that.
-void ReadExactly(IStream* stream, std::uint8_t* to, std::size_t size) {
-    while (size > 0) {
-        ULONG got = 0;
-        Check(stream->Read(to, static_cast<ULONG>(size), &got));
-        if (got == 0 || got > size) throw ComError(STG_E_READFAULT);
-        to += got;
-        size -= got;
-    }
-}
-
-// Reads the whole property stream. Throws ComError when it is damaged or ends early.
-std::vector<property_stream::Record> ReadStream(IStream* stream) {
-    property_stream::Bytes bytes(property_stream::headerSize);
-    ReadExactly(stream, bytes.data(), bytes.size());
-    const auto header = property_stream::ReadHeader(bytes);
-    if (!header) throw ComError(STG_E_INVALIDHEADER);
-    // Memory is allocated as bytes arrive, because the size in the header may be wrong.
-    constexpr std::size_t step = 65536;
-    bytes.clear();
-    while (bytes.size() < header->size) {
-        const std::size_t have = bytes.size();
-        bytes.resize(have + std::min<std::size_t>(step, header->size - have));
-        ReadExactly(stream, bytes.data() + have, bytes.size() - have);
-    }
-    auto records = property_stream::ReadRecords(*header, bytes);
-    if (!records) throw ComError(STG_E_DOCFILECORRUPT);
-    return std::move(*records);
-}
-
-const PropertyValue* Find(const std::vector<property_stream::Record>& records, TextView key) {
-    const auto found = std::find_if(records.begin(), records.end(), [&](const auto& r) { return r.first == key; });
-    return found == records.end() ? nullptr : &found->second;
-}
 
 }  // namespace
 
@@ -102,8 +51,8 @@ void ControlBase::ReadFrom(const PropertySource& source) {
     OnAfterRead();
 }
 
-std::vector<property_stream::Record> ControlBase::ChangedProperties() {
-    std::vector<property_stream::Record> changed;
+StoredValues ControlBase::ChangedProperties() {
+    StoredValues changed;
     for (const PropertyRow& row : Properties()) {
         PropertyValue value = row.get(*this);
         if (value != row.fallback(*this)) changed.emplace_back(row.key, std::move(value));
@@ -111,74 +60,30 @@ std::vector<property_stream::Record> ControlBase::ChangedProperties() {
     return changed;
 }
 
-void ControlBase::LoadBag(IPropertyBag* bag, IErrorLog* log) {
-    setUp_ = true;
-    ReadFrom([&](const PropertyRow& row, const PropertyValue& like) {
-        Variant value;
-        value.ptr()->vt = BagType(like);
-        value.ptr()->llVal = 0;
-        const HRESULT read = bag->Read(Wide(row.key), value.ptr(), log);
-        // A default that replaces a stored value here would later be saved over it.
-        if (read == E_OUTOFMEMORY) throw std::bad_alloc();
-        return FAILED(read) ? PropertyValue() : FromVariant(value, like);
-    });
+void ControlBase::FinishLoading() {
     initPending_ = false;
     dirty_ = false;
     connections_.NotifyChanged(DISPID_UNKNOWN);
     Invalidate();
-}
-
-void ControlBase::SaveBag(IPropertyBag* bag) {
-    for (const auto& [key, value] : ChangedProperties()) {
-        Variant written = ToVariant(value);
-        Check(bag->Write(Wide(key), written.ptr()));
-    }
 }
 
 void ControlBase::LoadStream(IStream* stream) {
-    const auto records = ReadStream(stream);
-    std::optional<Loading> loading(std::in_place, *this);
-    setUp_ = true;
-    const auto* width = Find(records, extentXKey);
-    const auto* height = Find(records, extentYKey);
-    if (width && height) {
-        const auto* x = std::get_if<std::int32_t>(width);
-        const auto* y = std::get_if<std::int32_t>(height);
-        // No device is larger than this at any resolution.
-        constexpr std::int32_t largest = 1 << 20;
-        if (x && y && *x >= 0 && *y >= 0 && *x <= largest && *y <= largest) {
-            TakeExtent({*x, *y});
+    const StreamContents contents(stream);
+    {
+        const Loading loading(*this);
+        setUp_ = true;
+        if (const auto extent = contents.Extent()) {
+            TakeExtent(*extent);
             if (WindowHandle()) OnResize(pixels_);
         }
+        ReadFrom(contents.Source());
     }
-    ReadFrom([&](const PropertyRow& row, const PropertyValue& like) {
-        const PropertyValue* found = Find(records, row.key);
-        return found ? ConvertTo(like, *found) : PropertyValue();
-    });
-    loading.reset();
-    initPending_ = false;
-    dirty_ = false;
-    connections_.NotifyChanged(DISPID_UNKNOWN);
-    Invalidate();
+    FinishLoading();
 }
 
-void ControlBase::SaveStream(IStream* stream) {
-    const auto bytes = StreamBytes();
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        ULONG written = 0;
-        Check(stream->Write(bytes.data() + done, static_cast<ULONG>(bytes.size() - done), &written));
-        if (written == 0) throw ComError(STG_E_WRITEFAULT);
-        done += written;
-    }
-}
-
-std::vector<std::uint8_t> ControlBase::StreamBytes() {
+std::vector<std::uint8_t> ControlBase::BytesForStream() {
     EnsureSize();
-    auto records = ChangedProperties();
-    records.insert(records.begin(), {{extentXKey, static_cast<std::int32_t>(extent_.cx)},
-                                     {extentYKey, static_cast<std::int32_t>(extent_.cy)}});
-    return property_stream::Write(records);
+    return StreamBytes(extent_, ChangedProperties());
 }
 
 // --- IPersistStreamInit, IPersistPropertyBag ---
@@ -195,7 +100,9 @@ STDMETHODIMP ControlBase::IsDirty() { return dirty_ ? S_OK : S_FALSE; }
 STDMETHODIMP ControlBase::Load(IPropertyBag* bag, IErrorLog* log) {
     return Guard([&]() -> HRESULT {
         if (!bag) return E_POINTER;
-        LoadBag(bag, log);
+        setUp_ = true;
+        ReadFrom(ReadBag(bag, log));
+        FinishLoading();
         return S_OK;
     });
 }
@@ -204,7 +111,7 @@ STDMETHODIMP ControlBase::Load(IPropertyBag* bag, IErrorLog* log) {
 STDMETHODIMP ControlBase::Save(IPropertyBag* bag, BOOL clearDirty, BOOL) {
     return Guard([&]() -> HRESULT {
         if (!bag) return E_POINTER;
-        SaveBag(bag);
+        WriteBag(bag, ChangedProperties());
         if (clearDirty) dirty_ = false;
         return S_OK;
     });
@@ -221,7 +128,7 @@ STDMETHODIMP ControlBase::Load(LPSTREAM stream) {
 STDMETHODIMP ControlBase::Save(LPSTREAM stream, BOOL clearDirty) {
     return Guard([&]() -> HRESULT {
         if (!stream) return E_POINTER;
-        SaveStream(stream);
+        WriteStream(stream, BytesForStream());
         if (clearDirty) dirty_ = false;
         return S_OK;
     });
@@ -230,7 +137,7 @@ STDMETHODIMP ControlBase::Save(LPSTREAM stream, BOOL clearDirty) {
 STDMETHODIMP ControlBase::GetSizeMax(ULARGE_INTEGER* size) {
     return Guard([&]() -> HRESULT {
         if (!size) return E_POINTER;
-        size->QuadPart = StreamBytes().size();
+        size->QuadPart = BytesForStream().size();
         return S_OK;
     });
 }
@@ -266,7 +173,7 @@ STDMETHODIMP ControlBase::Save(IStorage* storage, BOOL) {
         if (!target) return E_UNEXPECTED;
         ComPtr<IStream> stream;
         Check(target->CreateStream(storageStream, STGM_CREATE | STGM_WRITE | STGM_SHARE_EXCLUSIVE, 0, 0, stream.put()));
-        SaveStream(stream.get());
+        WriteStream(stream.get(), BytesForStream());
         return S_OK;
     });
 }
