@@ -19,7 +19,7 @@
 namespace qvx::grid {
 namespace {
 
-constexpr TextView lastPreparedKey = u"NonFocusColumns";
+constexpr TextView keyAfterPreparation = u"NonFocusColumns";
 
 }  // namespace
 
@@ -45,7 +45,7 @@ void ComboGridControl::InitProperties() {
 
 void ComboGridControl::OnBeforeRead(TextView key) {
     // The control is prepared before this property is read; the preparation needs neither it nor those after it.
-    if (key != lastPreparedKey) return;
+    if (key != keyAfterPreparation) return;
     readForDesign_ = !UserMode();
     if (!readForDesign_) Prepare();
 }
