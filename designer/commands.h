@@ -58,6 +58,7 @@ struct CommandState {
     bool hasPages = false;
     bool imageList = false;  // the primary is one
     bool tabOrder = false;   // the view is on
+    friend bool operator==(const CommandState&, const CommandState&) = default;
 };
 
 bool Available(Command command, const CommandState& state);

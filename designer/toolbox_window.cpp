@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "common/number_text.h"
+#include "designer/designer_keys.h"
 #include "host/form_font.h"
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
@@ -70,24 +71,24 @@ void DrawGlyph(HDC dc, const Text& className, const Rect& box, COLORREF ink, HFO
 
 }  // namespace
 
-// Enter places what is chosen; Escape goes back to the pointer.
 class ToolboxWindow::ListKeys final : public WindowSubclass {
   public:
     explicit ListKeys(ToolboxWindow& toolbox) : toolbox_(toolbox) {}
 
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
-        if (message == WM_KEYDOWN && wParam == VK_RETURN) {
-            const Text chosen = toolbox_.Armed();
-            if (toolbox_.onPlace) toolbox_.onPlace(chosen);
-            return 0;
-        }
-        if (message == WM_KEYDOWN && wParam == VK_ESCAPE) {
+        const bool down = message == WM_KEYDOWN;
+        const bool typed = message == WM_CHAR;
+        // The character of such a key has the code of the key.
+        const ToolboxAction action = down || typed ? ToolboxActionOf(static_cast<int>(wParam)) : ToolboxAction::none;
+        if (action == ToolboxAction::none) return Default(message, wParam, lParam);
+        if (typed) return 0;
+        if (action == ToolboxAction::disarm) {
             toolbox_.Disarm();
-            return 0;
+        } else if (const Text chosen = toolbox_.Armed(); toolbox_.onPlace) {
+            toolbox_.onPlace(chosen);
         }
-        if (message == WM_CHAR && (wParam == VK_RETURN || wParam == VK_ESCAPE)) return 0;
-        return Default(message, wParam, lParam);
+        return 0;
     }
 
   private:

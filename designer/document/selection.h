@@ -32,6 +32,8 @@ struct Shape {
 // Containers come before what they hold; of two that overlap in one container, the one before lies in front.
 using Shapes = std::vector<Shape>;
 
+// Where a control is in the list; nothing when it is not there.
+std::optional<std::size_t> PositionOf(const Shapes& shapes, const ObjectId& id);
 // The innermost, foremost one at a point. What sticks out of its container is not there.
 std::optional<std::size_t> ShapeAt(const Shapes& shapes, Point point);
 // The innermost container at a point, for what is placed there; none is the form.
@@ -62,5 +64,9 @@ class Selection {
   private:
     std::vector<ObjectId> selected_;
 };
+
+// Where the text of controls is pasted: into a frame that is selected alone (beside it, though, when the text is a
+// frame itself), else beside the primary. Nothing for the form.
+std::optional<ObjectId> PasteContainer(const Shapes& shapes, const Selection& selection, TextView text);
 
 }  // namespace qvx::host::designer
