@@ -9,6 +9,7 @@
 #include "com/object.h"
 #include "com/wide_text.h"
 #include "common/run_time_error.h"
+#include "designer/editors/page_keys.h"
 #include "host/report_dialog.h"
 #include "win/dpi.h"
 #include "win/window_text.h"
@@ -251,12 +252,9 @@ void PropertyFrame::OnCommand(int id, int) {
 
 bool PropertyFrame::TranslateKey(MSG& message) {
     if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
-    const bool down = message.message == WM_KEYDOWN;
-    const bool control = IsKeyDown(VK_CONTROL);
-    if (down && control && (message.wParam == VK_TAB || message.wParam == VK_NEXT || message.wParam == VK_PRIOR)) {
-        const bool back = message.wParam == VK_PRIOR || (message.wParam == VK_TAB && IsKeyDown(VK_SHIFT));
-        Show((current_ + (back ? pages_.size() - 1 : 1)) % pages_.size());
-        return true;
+    if (message.message == WM_KEYDOWN) {
+        const auto next = PageAfterKey(static_cast<int>(message.wParam), ShiftState(), current_, pages_.size());
+        if (next) return Show(*next), true;
     }
     const Page& page = pages_[current_];
     const bool inside = holder_ && (message.hwnd == holder_->Handle() || IsChild(holder_->Handle(), message.hwnd));

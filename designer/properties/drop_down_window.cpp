@@ -27,11 +27,6 @@ Rect WorkAreaAt(const Rect& cell) {
     return FromRECT(monitor.rcWork);
 }
 
-bool IsClosingKey(UINT message, WPARAM key) {
-    if (message == WM_SYSKEYDOWN) return key == VK_UP || key == VK_DOWN;
-    return message == WM_KEYDOWN && (key == VK_ESCAPE || key == VK_F4);
-}
-
 class ChoiceBox final : public DropDown {
   public:
     ChoiceBox(std::vector<PropertyChoice> choices, const PropertyValue& current) : choices_(std::move(choices)) {
@@ -61,8 +56,9 @@ class ChoiceBox final : public DropDown {
         Subclass(list_);
     }
     void FocusContents() override { SetFocus(list_); }
-    bool OnChildMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam) override {
-        if (message == WM_KEYDOWN && wParam == VK_RETURN) return Pick(), true;
+    BoxPart PartOf(HWND) const override { return BoxPart::choices; }
+    bool Act(BoxPart, BoxAction) override { return Pick(), true; }
+    bool OnChildMessage(HWND, UINT message, WPARAM, LPARAM lParam) override {
         if (message == WM_LBUTTONUP) {
             const LRESULT item = SendMessageW(list_, LB_ITEMFROMPOINT, 0, lParam);
             if (HIWORD(item) == 0) Pick();
@@ -118,11 +114,11 @@ class TextBox final : public DropDown {
         SetFocus(edit_);
         SendMessageW(edit_, EM_SETSEL, 0, -1);
     }
+    BoxPart PartOf(HWND) const override { return BoxPart::text; }
+    bool Act(BoxPart, BoxAction) override { return Close(Typed()), true; }
     bool OnChildMessage(HWND, UINT message, WPARAM wParam, LPARAM) override {
-        const bool control = IsKeyDown(VK_CONTROL);
-        if (message == WM_KEYDOWN && wParam == VK_RETURN && control) return Close(Typed()), true;
-        // The character that comes with it.
-        return message == WM_CHAR && wParam == L'\n' && control;
+        // The character of the key that has closed the box.
+        return message == WM_CHAR && wParam == L'\n' && IsKeyDown(VK_CONTROL);
     }
 
   private:
@@ -145,12 +141,10 @@ class DropDown::ChildSubclass final : public WindowSubclass {
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
         if (message == WM_GETDLGCODE) return Default(message, wParam, lParam) | DLGC_WANTALLKEYS;
-        if (IsClosingKey(message, wParam)) {
-            box_.Close(std::nullopt);
-            return 0;
-        }
         const LifeWatch alive = Watch();
-        const bool done = box_.OnChildMessage(Handle(), message, wParam, lParam);
+        const bool key = message == WM_KEYDOWN || message == WM_SYSKEYDOWN;
+        const bool done = key ? box_.OnKey(Handle(), PressedKey(message, wParam))
+                              : box_.OnChildMessage(Handle(), message, wParam, lParam);
         if (done || !alive.Alive() || !Handle()) return 0;
         return Default(message, wParam, lParam);
     }
@@ -158,6 +152,8 @@ class DropDown::ChildSubclass final : public WindowSubclass {
   private:
     DropDown& box_;
 };
+
+ListKey PressedKey(UINT message, WPARAM key) { return {static_cast<int>(key), ShiftState(), message == WM_SYSKEYDOWN}; }
 
 DropDown::DropDown() = default;
 DropDown::~DropDown() = default;
@@ -175,6 +171,15 @@ HWND DropDown::AddChild(const wchar_t* className, const wchar_t* title, DWORD st
 void DropDown::Subclass(HWND child) {
     subclasses_.push_back(std::make_unique<ChildSubclass>(*this));
     subclasses_.back()->Attach(child);
+}
+
+bool DropDown::OnKey(HWND window, const ListKey& key) {
+    const BoxPart part = PartOf(window);
+    const BoxAction action = BoxActionOf(part, key);
+    if (action == BoxAction::none) return false;
+    if (action != BoxAction::close) return Act(part, action);
+    Close(std::nullopt);
+    return true;
 }
 
 bool DropDown::Open(HWND owner, const Rect& cell, Closed closed) {

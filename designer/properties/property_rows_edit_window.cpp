@@ -25,7 +25,7 @@ class PropertyRowsWindow::EditSubclass final : public WindowSubclass {
                 return Default(message, wParam, lParam) | DLGC_WANTALLKEYS;
             case WM_SYSKEYDOWN:
             case WM_KEYDOWN:
-                if (rows_.OnEditKey(message, wParam)) return 0;
+                if (rows_.OnEditKey(PressedKey(message, wParam))) return 0;
                 break;
             case WM_CHAR:
                 // Their keys have been dealt with; the field would beep.
@@ -232,41 +232,42 @@ void PropertyRowsWindow::BoxClosed(std::size_t row, const std::shared_ptr<Proper
     owner_.EnterValue(row, *picked);
 }
 
-bool PropertyRowsWindow::OnEditKey(UINT message, WPARAM key) {
-    if (OnKeyAnywhere(message, key)) return true;
-    if (message == WM_SYSKEYDOWN) return false;
+bool PropertyRowsWindow::OnEditKey(const ListKey& key) {
+    const PropertyRow* row = CurrentRow();
+    const bool changed = row && SendMessageW(Edit(), EM_GETMODIFY, 0, 0) != 0;
+    const FieldKeyMeaning meaning = FieldKeyOf(key, changed);
     const LifeWatch alive = Watch();
-    switch (key) {
-        case VK_UP:
-            return Walk(RowStep::previous), true;
-        case VK_DOWN:
-            return Walk(RowStep::next), true;
-        case VK_PRIOR:
-            return Walk(RowStep::pageUp), true;
-        case VK_NEXT:
-            return Walk(RowStep::pageDown), true;
-        case VK_RETURN:
+    switch (meaning.action) {
+        case FieldAction::none:
+            return false;
+        case FieldAction::pressButton:
+            PressButton();
+            break;
+        case FieldAction::jump:
+            JumpTo(static_cast<char16_t>(key.key));
+            break;
+        case FieldAction::walk:
+            Walk(meaning.step);
+            break;
+        case FieldAction::apply:
             CommitEdit();
             if (alive.Alive() && editing_) SendMessageW(Edit(), EM_SETSEL, 0, -1);
-            return true;
-        case VK_ESCAPE: {
-            const PropertyRow* row = CurrentRow();
-            const bool changed = SendMessageW(Edit(), EM_GETMODIFY, 0, 0) != 0;
-            if (!changed || !row) return EndEdit(), true;
+            break;
+        case FieldAction::restore:
             FillEdit(row->reading.text);
-            return true;
-        }
-        case VK_TAB: {
-            const bool back = IsKeyDown(VK_SHIFT);
-            CommitEdit();
-            if (!alive.Alive()) return true;
+            break;
+        case FieldAction::close:
             EndEdit();
-            if (!back) owner_.LeaveByTab(true);
-            return true;
-        }
-        default:
-            return false;
+            break;
+        case FieldAction::applyToRows:
+        case FieldAction::leave:
+            CommitEdit();
+            if (!alive.Alive()) break;
+            EndEdit();
+            if (meaning.action == FieldAction::leave) owner_.LeaveByTab(true);
+            break;
     }
+    return true;
 }
 
 }  // namespace qvx::host::designer

@@ -16,25 +16,6 @@ namespace {
 const WindowClass rowsClass{L"QvxPropertyRows", CS_DBLCLKS, 32512};
 constexpr int dividerReach = 3;
 
-std::optional<RowStep> StepFor(WPARAM key) {
-    switch (key) {
-        case VK_UP:
-            return RowStep::previous;
-        case VK_DOWN:
-            return RowStep::next;
-        case VK_PRIOR:
-            return RowStep::pageUp;
-        case VK_NEXT:
-            return RowStep::pageDown;
-        case VK_HOME:
-            return RowStep::first;
-        case VK_END:
-            return RowStep::last;
-        default:
-            return std::nullopt;
-    }
-}
-
 }  // namespace
 
 int PropertyRowsWindow::Scaled(int pixels) const { return qvx::Scaled(pixels, Handle()); }
@@ -241,44 +222,53 @@ void PropertyRowsWindow::JumpTo(char16_t letter) {
 
 // --- Keys and mouse ---
 
-bool PropertyRowsWindow::OnKeyAnywhere(UINT message, WPARAM key) {
-    const bool alt = message == WM_SYSKEYDOWN;
-    if ((alt && (key == VK_DOWN || key == VK_UP)) || (!alt && key == VK_F4)) return PressButton(), true;
-    const bool letter = key >= 'A' && key <= 'Z';
-    if (!alt && letter && IsKeyDown(VK_CONTROL) && IsKeyDown(VK_SHIFT)) return JumpTo(static_cast<char16_t>(key)), true;
-    return false;
+bool PropertyRowsWindow::OnKey(const ListKey& key) {
+    const PropertyRow* row = CurrentRow();
+    RowKeyState state;
+    state.heading = model_ && current_ >= 0 && !row;
+    state.open = state.heading && model_->Table().Lines()[static_cast<std::size_t>(current_)].open;
+    state.picture = row && row->info.kind == PropertyKind::picture && !row->info.readOnly;
+    const RowKeyMeaning meaning = RowKeyOf(key, state);
+    switch (meaning.action) {
+        case RowAction::none:
+            return false;
+        case RowAction::idle:
+            break;
+        case RowAction::pressButton:
+            PressButton();
+            break;
+        case RowAction::jump:
+            JumpTo(static_cast<char16_t>(key.key));
+            break;
+        case RowAction::walk:
+            Walk(meaning.step);
+            break;
+        case RowAction::toggle:
+            ToggleHeading();
+            break;
+        case RowAction::edit:
+            BeginEdit();
+            break;
+        case RowAction::editOrPress:
+            if (!BeginEdit()) PressButton();
+            break;
+        case RowAction::editOrLeave:
+            if (!BeginEdit()) owner_.LeaveByTab(true);
+            break;
+        case RowAction::leaveBackwards:
+            owner_.LeaveByTab(false);
+            break;
+        case RowAction::clearPicture:
+            owner_.ClearPicture(CurrentIndex());
+            break;
+    }
+    return true;
 }
 
-bool PropertyRowsWindow::OnKey(UINT message, WPARAM key) {
-    if (OnKeyAnywhere(message, key)) return true;
-    if (message == WM_SYSKEYDOWN) return false;
-    const PropertyRow* row = CurrentRow();
-    const bool heading = current_ >= 0 && !row;
-    if (heading && (key == VK_LEFT || key == VK_RIGHT || key == VK_RETURN)) {
-        const auto line = static_cast<std::size_t>(current_);
-        const bool open = model_->Table().Lines()[line].open;
-        if (key == VK_RETURN || open == (key == VK_LEFT)) model_->Table().Toggle(line);
-        UpdateBar();
-        Invalidate();
-        return true;
-    }
-    if (const auto step = StepFor(key)) return Walk(*step), true;
-    switch (key) {
-        case VK_TAB:
-            if (IsKeyDown(VK_SHIFT) || !BeginEdit()) owner_.LeaveByTab(!IsKeyDown(VK_SHIFT));
-            return true;
-        case VK_F2:
-            return BeginEdit(), true;
-        case VK_RETURN:
-            if (!BeginEdit()) PressButton();
-            return true;
-        case VK_DELETE:
-            if (!row || row->info.kind != PropertyKind::picture || row->info.readOnly) return false;
-            owner_.ClearPicture(CurrentIndex());
-            return true;
-        default:
-            return false;
-    }
+void PropertyRowsWindow::ToggleHeading() {
+    model_->Table().Toggle(static_cast<std::size_t>(current_));
+    UpdateBar();
+    Invalidate();
 }
 
 void PropertyRowsWindow::Activate(int line) {
@@ -287,9 +277,7 @@ void PropertyRowsWindow::Activate(int line) {
     if (!alive.Alive() || current_ != line) return;
     const PropertyRow* row = CurrentRow();
     if (!row) {
-        model_->Table().Toggle(static_cast<std::size_t>(line));
-        UpdateBar();
-        Invalidate();
+        ToggleHeading();
     } else if (!row->info.readOnly && !ChoicesOf(row->info).empty()) {
         Cycle();
     } else if (CurrentButton() == ValueButton::dialog) {
@@ -369,7 +357,7 @@ LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
             return DLGC_WANTALLKEYS;
         case WM_SYSKEYDOWN:
         case WM_KEYDOWN:
-            if (OnKey(message, wParam)) return 0;
+            if (OnKey(PressedKey(message, wParam))) return 0;
             break;
         case WM_CHAR:
             if (wParam > L' ') Search(static_cast<char16_t>(wParam));

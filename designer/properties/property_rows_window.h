@@ -96,10 +96,10 @@ class PropertyRowsWindow final : public Window {
     void ScrollTo(int top);
     void OnScroll(WPARAM wParam);
     void OnWheel(int delta);
-    // Keys that do the same in the list and in the field.
-    bool OnKeyAnywhere(UINT message, WPARAM key);
-    bool OnKey(UINT message, WPARAM key);
-    bool OnEditKey(UINT message, WPARAM key);
+    // In the rows and in the field; true when the key has been used.
+    bool OnKey(const ListKey& key);
+    bool OnEditKey(const ListKey& key);
+    void ToggleHeading();
     void OnButtonDown(Point at, bool twice);
     void Search(char16_t letter);
     void JumpTo(char16_t letter);
