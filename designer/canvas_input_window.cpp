@@ -204,12 +204,12 @@ void CanvasInput::OnContextMenu(Point at) {
 
 void CanvasInput::OnForm(bool twice) {
     if (interaction_.drag.Under()) return;
-    const HostForm& form = session_.Picture();
+    const DesignedForm& form = session_.Picture();
     POINT point{};
     GetCursorPos(&point);
     ScreenToClient(form.Handle(), &point);
     session_.Select({});
-    const bool onMenus = form.MenuAt({static_cast<int>(point.x), static_cast<int>(point.y)}).has_value();
+    const bool onMenus = form.Face().MenuAt({static_cast<int>(point.x), static_cast<int>(point.y)}).has_value();
     if (twice && onMenus) editors_.EditMenus();
 }
 

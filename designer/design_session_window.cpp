@@ -15,12 +15,12 @@ void DesignSession::Open(FormFile file, const Text& path) {
     selection_.Clear();
     path_ = path;
     document_ = std::make_unique<Document>(std::move(file));
-    form_ = std::make_unique<HostForm>(document_->File(), environment_.options,
+    form_ = std::make_unique<DesignedForm>(document_->File(), environment_.options,
                                        FolderOf(path.empty() ? FullPath(u"x.frm") : path), environment_.classes,
                                        environment_.reporter, *this);
     {
         const FlagScope busy(busy_);
-        form_->BuildForDesign(owner_.FormParent());
+        form_->Build(owner_.FormParent());
     }
     Refresh();
 }
@@ -110,8 +110,8 @@ void DesignSession::PlaceControl(const Text& className, const std::optional<Obje
         where = *bounds;
     } else {
         const UsualSize usual = UsualSizeOf(className);
-        where = {Snapped(std::max((form_->ClientWidth() - usual.width) / 2, 0)),
-                 Snapped(std::max((form_->ClientHeight() - usual.height) / 2, 0)), usual.width, usual.height};
+        where = {Snapped(std::max((form_->Look().clientWidth - usual.width) / 2, 0)),
+                 Snapped(std::max((form_->Look().clientHeight - usual.height) / 2, 0)), usual.width, usual.height};
     }
     ObjectId placed;
     Change(

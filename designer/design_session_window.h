@@ -14,7 +14,7 @@
 
 #include "designer/designer_environment_window.h"
 #include "designer/document/document.h"
-#include "host/form_window.h"
+#include "host/designed_form_window.h"
 
 namespace qvx::host::designer {
 
@@ -55,8 +55,8 @@ class DesignSession final : public DesignHost {
 
     Document& Form() { return *document_; }
     const Document& Form() const { return *document_; }
-    HostForm& Picture() { return *form_; }
-    const HostForm& Picture() const { return *form_; }
+    DesignedForm& Picture() { return *form_; }
+    const DesignedForm& Picture() const { return *form_; }
     // The control of that name in the picture; null when there is none.
     FormControl* Find(const ObjectId& id) const { return form_->FindControl(id.name, id.index); }
     Dpi FormDpi() const { return form_->FormDpi(); }
@@ -111,7 +111,7 @@ class DesignSession final : public DesignHost {
     const DesignerEnvironment& environment_;
     SessionOwner& owner_;
     std::unique_ptr<Document> document_;
-    std::unique_ptr<HostForm> form_;
+    std::unique_ptr<DesignedForm> form_;
     Text path_;
     Selection selection_;
     Shapes shapes_;

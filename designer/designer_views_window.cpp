@@ -131,7 +131,7 @@ void DesignerViews::UpdateStatus() {
     }
     const HostForm& form = session_.Picture();
     state.formName = form.Name();
-    state.form = {0, 0, form.ClientWidth(), form.ClientHeight()};
+    state.form = {0, 0, form.Look().clientWidth, form.Look().clientHeight};
     const StatusTexts texts = StatusOf(state);
     WPARAM part = 0;
     for (const Text* text : {&texts.hint, &texts.place, &texts.size}) {

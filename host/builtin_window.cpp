@@ -336,7 +336,7 @@ void BuiltInControl::Focus(const MSG*) {
     SetFocus(window_);
     // As the user finds it after Tab: all of the text is selected.
     if (kind_ == BuiltIn::textBox && !multiLine_) SendMessageW(window_, EM_SETSEL, 0, -1);
-    Form().FollowFocus();
+    Form().Keyboard().FollowFocus();
 }
 
 bool BuiltInControl::AcceptsFocus() const {

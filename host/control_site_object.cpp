@@ -152,13 +152,13 @@ STDMETHODIMP SitedControl::Site::TranslateAccelerator(MSG* message, DWORD modifi
         if (!message) return E_POINTER;
         MSG copy = *message;
         // The bits are those of key events.
-        return form_ && form_->HandleKey(copy, static_cast<int>(modifiers)) ? S_OK : S_FALSE;
+        return form_ && form_->Keyboard().HandleKey(copy, static_cast<int>(modifiers)) ? S_OK : S_FALSE;
     });
 }
 
 STDMETHODIMP SitedControl::Site::OnFocus(WINBOOL gotFocus) {
     return Guard([&] {
-        if (form_ && gotFocus) form_->FollowFocus();
+        if (form_ && gotFocus) form_->Keyboard().FollowFocus();
     });
 }
 

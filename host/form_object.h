@@ -32,8 +32,8 @@ class FormObject final : public NamedObject, public IOleContainer {
   private:
     ~FormObject() override = default;
     HostForm& Form() const;
-    // For what a form under design does not do. Throws RunTimeError 387 there.
-    HostForm& RunningForm() const;
+    // The form, for what one under design does not do. Throws RunTimeError 387 there.
+    HostForm& AtWork() const;
     void AddWindowMembers();
     void AddLookMembers();
     void AddFrameMembers();

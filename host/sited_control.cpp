@@ -101,7 +101,7 @@ void SitedControl::Load(const Block& block, bool fresh) {
     if (control_) control_->FreezeEvents(TRUE);
     LoadProperties(block, fresh);
     if (!siteFirst) Check(ole_->SetClientSite(site_.get()));
-    ole_->SetHostNames(L"qvxhost", Wide(Form().Caption()));
+    ole_->SetHostNames(L"qvxhost", Wide(Form().Look().caption));
     events_ = MakeObject<EventSink>(
         [this](const Text& event, const std::vector<VARIANT*>& arguments) { Form().Fire(*this, event, arguments); });
     events_->Connect(object_.get());
@@ -173,7 +173,7 @@ void SitedControl::Focus(const MSG* message) {
     const HWND window = Window();
     const HWND focus = GetFocus();
     if (window && focus != window && !IsChild(window, focus)) SetFocus(window);
-    Form().FollowFocus();
+    Form().Keyboard().FollowFocus();
 }
 
 bool SitedControl::AcceptsFocus() const {

@@ -296,7 +296,7 @@ TEST_F(DesignerTest, TheMenuEditorMakesMenus) {
     const std::string bytes = Saved();
     EXPECT_NE(bytes.find("Begin Menu mnuFile"), std::string::npos) << bytes;
     EXPECT_NE(bytes.find("\"&File\""), std::string::npos) << bytes;
-    EXPECT_GT(designer_->Session().Picture().MenuStripHeight(), 0);
+    EXPECT_GT(designer_->Session().Picture().Face().StripHeight(), 0);
     EXPECT_TRUE(designer_->Do(Command::undo));
     EXPECT_EQ(Saved(), formText);
 }

@@ -184,8 +184,8 @@ TEST_F(FormResolution, AFormAndItsControlsFollowTheirMonitor) {
     for (const int dots : {192, 96, 144, 192, 144, 96}) {
         monitor.Become(dots, form_->Handle());
         EXPECT_EQ(LookOf(form_->Handle()), fresh[dots]) << dots;
-        EXPECT_EQ(form_->ClientWidth(), 6015) << dots;
-        EXPECT_EQ(form_->ClientHeight(), 3015) << dots;
+        EXPECT_EQ(form_->Look().clientWidth, 6015) << dots;
+        EXPECT_EQ(form_->Look().clientHeight, 3015) << dots;
         // Nobody has changed anything.
         EXPECT_EQ(SavedBytes(), saved) << dots;
     }
