@@ -16,8 +16,8 @@ void DesignSession::Open(FormFile file, const Text& path) {
     path_ = path;
     document_ = std::make_unique<Document>(std::move(file));
     form_ = std::make_unique<DesignedForm>(document_->File(), environment_.options,
-                                       FolderOf(path.empty() ? FullPath(u"x.frm") : path), environment_.classes,
-                                       environment_.reporter, *this);
+                                           FolderOf(path.empty() ? FullPath(u"x.frm") : path), environment_.classes,
+                                           environment_.reporter, *this);
     {
         const FlagScope busy(busy_);
         form_->Build(owner_.FormParent());

@@ -152,7 +152,7 @@ int ToolboxWindow::AddPicture(const CLSID& id) {
                                           LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE);
     if (!module) return -1;
     const int side = Scaled(pictureSize, Handle());
-    // The picture is 16 by 15 or so: in the middle of the square, on the colour that stands for nothing.
+    // The picture is about 16 by 15 pixels; it is centred in the square, on its transparent colour.
     const UniqueBitmap bitmap(
         static_cast<HBITMAP>(LoadImageW(module, MAKEINTRESOURCEW(number), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION)));
     FreeLibrary(module);

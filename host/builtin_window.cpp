@@ -28,7 +28,7 @@ std::optional<BuiltIn> FindBuiltIn(TextView className) {
     return std::nullopt;
 }
 
-// What scripts see behind the extended control.
+// The members that scripts see beside those of the extended control.
 class BuiltInControl::Members final : public NamedObject {
   public:
     explicit Members(BuiltInControl& control) : control_(&control) {
@@ -298,7 +298,7 @@ void BuiltInControl::RecreateSystemWindow() {
     ApplyFont();
     SetWindowTextW(window_, Wide(text));
     SetWindowPos(window_, above ? above : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    // What a frame holds moves over, the rearmost first: each comes to lie in front of the ones before.
+    // The controls in a frame move over, the rearmost first, since each arrives in front of the ones before.
     std::vector<HWND> held;
     for (HWND child = GetWindow(old, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) held.push_back(child);
     std::for_each(held.rbegin(), held.rend(), [this](HWND child) { SetParent(child, window_); });
@@ -325,7 +325,7 @@ HBRUSH BuiltInControl::OnColor(HDC dc) {
     SetBkColor(dc, ResolveColor(backColor_));
     if (kind_ == BuiltIn::label && !opaque_) {
         SetBkMode(dc, TRANSPARENT);
-        // What lies behind is the frame it stands in, or the form.
+        // The background is that of its frame, or of the form.
         const auto* frame = dynamic_cast<const BuiltInControl*>(Container());
         return frame ? frame->brush_.Get() : nullptr;
     }

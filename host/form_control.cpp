@@ -73,7 +73,7 @@ void FormControl::Move(const TwipsRect& bounds) {
 void FormControl::FollowResolution() {
     const TwipsRect before = bounds_;
     ApplyBounds(PixelBounds());
-    // The size that a control takes by itself at a resolution is nobody's change.
+    // The size that a control chooses itself at a resolution is no change to save.
     if (bounds_.width != before.width) loaded_.Add(u"Width", std::int32_t{bounds_.width});
     if (bounds_.height != before.height) loaded_.Add(u"Height", std::int32_t{bounds_.height});
 }
@@ -249,7 +249,7 @@ ExtendedControl::ExtendedControl(FormControl& control) : NamedObject(firstExtend
         Control().Focus(nullptr);
         return Variant();
     });
-    // Position 0 is in front, anything else behind.
+    // Position 0 is the front, any other the back.
     AddMethod(u"ZOrder", [this](const Call& call) {
         const bool front = !call.Has(0) || call.Long(0) == 0;
         if (const HWND window = Control().Window()) {
@@ -300,7 +300,7 @@ HRESULT ExtendedControl::FindOther(LPOLESTR name, DISPID* id) {
     const ComPtr<IDispatch> inner = Control().Inner();
     if (!inner) return DISP_E_UNKNOWNNAME;
     const HRESULT found = inner->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, id);
-    // An identifier of the inner object that looks like one of ours could not be told apart.
+    // An identifier of the inner object that looks like one of ours would be ambiguous.
     return SUCCEEDED(found) && *id >= firstExtendedMember ? DISP_E_UNKNOWNNAME : found;
 }
 

@@ -87,7 +87,7 @@ class Parser {
         ++at_;
     }
 
-    // Reads up to and including the line that closes `block`, which stands `depth` blocks deep.
+    // Reads up to and including the line that closes `block`, which is `depth` blocks deep.
     void ReadBody(Block& block, int depth) {
         for (; at_ < lines_.size(); ++at_) {
             if (lines_[at_].text.size() > limits::lineLength) throw FormFileError(Number(), u"the line is too long");

@@ -37,7 +37,7 @@ class FormObject final : public NamedObject, public IOleContainer {
     void AddWindowMembers();
     void AddLookMembers();
     void AddFrameMembers();
-    // Throws RunTimeError 382 where nobody designs the form.
+    // Throws RunTimeError 382 when the form is not under design.
     DesignHost& RequireDesigner() const;
 
     HostForm* form_;

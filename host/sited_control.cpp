@@ -22,7 +22,7 @@ SIZEL ToHimetric(const TwipsRect& bounds) {
 
 }  // namespace
 
-// Hears that a property has changed, whoever changed it.
+// Is notified of every change of a property, by the control itself or from outside.
 class SitedControl::ChangeSink final : public ComObject<IPropertyNotifySink> {
   public:
     explicit ChangeSink(SitedControl& control) : control_(&control) {}

@@ -270,7 +270,7 @@ ObjectId Document::Place(TextView className, const std::optional<ObjectId>& cont
 void Document::Delete(const std::vector<ObjectId>& ids) {
     const std::vector<ObjectId> order = TabOrder();
     for (const ObjectId& id : ids) {
-        // One that stood in another that is gone already is gone with it.
+        // Deleting a container deletes its contents, so that this control may be gone already.
         const Block* block = Find(id);
         if (block) TakeOut(SpotOf(file_.form, *block));
     }

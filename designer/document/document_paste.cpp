@@ -67,7 +67,7 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
         if (index < 0) block.Remove(u"Index");
         for (Block* inner : block.Objects()) self(self, *inner);
     };
-    // As a group, aside of what lies exactly there.
+    // The whole group moves aside when it would cover a control exactly.
     int aside = 0;
     const auto covers = [&] {
         for (const auto& object : objects) {
@@ -102,7 +102,7 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
         pasted.push_back(IdOf(*object));
         ready.push_back(Reindented(*object, InnerIndent(into), into.begin.lineEnd));
     }
-    // The last one first, each before the others: so they lie as they lay.
+    // Each is inserted before the others, so that the last one goes first and their order stays.
     std::reverse(ready.begin(), ready.end());
     for (auto& object : ready) Insert(into, std::move(object), true);
     KeepTabOrder(order);

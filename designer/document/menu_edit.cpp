@@ -43,7 +43,7 @@ void Read(const Block& container, int level, std::vector<MenuLine>& lines) {
     }
 }
 
-// The line behind all that stands below one.
+// The line after an item and everything below it.
 std::size_t EndOf(const std::vector<MenuLine>& lines, std::size_t at) {
     std::size_t end = at + 1;
     while (end < lines.size() && lines[end].level > lines[at].level) ++end;
@@ -103,7 +103,7 @@ std::vector<MenuLine> ReadMenuLines(const Block& form) {
 void InsertMenuLine(std::vector<MenuLine>& lines, std::size_t at, MenuLine line) {
     at = std::min(at, lines.size());
     const int deepest = at == 0 ? 0 : std::min(lines[at - 1].level + 1, deepestMenu);
-    // What follows must still have a line to stand below.
+    // The lines that follow must still be below one of their own level.
     const int shallowest = at < lines.size() ? std::max(lines[at].level - 1, 0) : 0;
     line.level = std::clamp(line.level, std::min(shallowest, deepest), deepest);
     lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(at), std::move(line));

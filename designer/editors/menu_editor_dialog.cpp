@@ -59,7 +59,7 @@ void MenuEditor::ShowList(std::size_t selected) {
     for (const MenuLine& line : lines_) {
         SendMessageW(Item(list), LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(ItemText(line))));
     }
-    // The place behind the last one is where the next one goes.
+    // The next menu goes into the empty line after the last one.
     SendMessageW(Item(list), LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(L""));
     current_ = std::min(selected, lines_.size());
     SendMessageW(Item(list), LB_SETCURSEL, current_, 0);

@@ -45,7 +45,7 @@ Text ReasonOf(HRESULT result) {
 
 }  // namespace
 
-// What a page sees of its frame. It may outlive it.
+// What a page sees of its frame. A page may keep it longer than the frame exists.
 class PropertyFrame::Site final : public ComObject<IPropertyPageSite> {
   public:
     void SetFrame(PropertyFrame* frame) { frame_ = frame; }
@@ -78,7 +78,7 @@ class PropertyFrame::Site final : public ComObject<IPropertyPageSite> {
     PropertyFrame* frame_ = nullptr;
 };
 
-// The room for pages. It stands between the tabs and the buttons, and so does what a page makes in it, for Tab.
+// The room for pages, which Tab reaches between the tabs and the buttons.
 class PropertyFrame::Holder final : public Window {
   public:
     bool CreateIn(HWND parent, const Rect& area) {
@@ -167,7 +167,7 @@ void PropertyFrame::Build() {
     holder_ = std::make_unique<Holder>();
     holder_->CreateIn(Handle(), {});
     Place(holder_->Handle(), Room());
-    // The strip lies under it.
+    // The strip is below it.
     SetWindowPos(strip, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     SetWindowPos(holder_->Handle(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     Show(0);

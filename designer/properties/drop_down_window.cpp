@@ -64,7 +64,7 @@ class ChoiceBox final : public DropDown {
             if (HIWORD(item) == 0) Pick();
             return false;
         }
-        // The choice under the mouse is marked, as in the system's own boxes.
+        // The choice under the mouse is selected, as in the system's own boxes.
         if (message == WM_MOUSEMOVE && lParam != lastMouse_) {
             lastMouse_ = lParam;
             const LRESULT item = SendMessageW(list_, LB_ITEMFROMPOINT, 0, lParam);
@@ -202,7 +202,7 @@ bool DropDown::Open(HWND owner, const Rect& cell, Closed closed) {
 void DropDown::Close(std::optional<PropertyValue> picked) {
     if (!closed_) return;
     const Closed closed = std::exchange(closed_, nullptr);
-    // The owner first, else the system activates whatever lies behind.
+    // The owner is activated first; otherwise the system activates the next window, whichever it is.
     if (GetActiveWindow() == Handle()) SetActiveWindow(root_);
     ShowWindow(Handle(), SW_HIDE);
     closed(std::move(picked));

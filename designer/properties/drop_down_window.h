@@ -31,9 +31,9 @@ class DropDown : public Window {
     // Opens it; `cell` in screen pixels. False when the system refuses a window.
     bool Open(HWND owner, const Rect& cell, Closed closed);
     bool IsOpen() const { return Handle() && IsWindowVisible(Handle()); }
-    // Hides it and tells so, once.
+    // Hides it and notifies the owner, once.
     void Close(std::optional<PropertyValue> picked);
-    // As it is closed from outside.
+    // The user has turned to another window.
     virtual void Dismiss() { Close(std::nullopt); }
 
   protected:

@@ -11,7 +11,7 @@ namespace qvx::host::designer {
 
 namespace {
 
-// The label without what stands in front of its letters.
+// The label from its first letter on.
 TextView Letters(TextView label) {
     if (!label.empty() && label.front() == u'(') label.remove_prefix(1);
     return label;

@@ -66,7 +66,7 @@ std::optional<PropertyValue> ChoiceByName(const std::vector<PropertyChoice>& cho
     return std::nullopt;
 }
 
-// A beginning that fits one choice only stands for it.
+// A beginning that fits one choice only is taken for it.
 std::optional<PropertyValue> ChoiceByBeginning(const std::vector<PropertyChoice>& choices, TextView typed) {
     std::optional<PropertyValue> found;
     for (const PropertyChoice& choice : choices) {
@@ -232,7 +232,7 @@ Text ShowValue(const PropertyInfo& info, const PropertyValue& value) {
 }
 
 PropertyValue ParseTyped(const PropertyInfo& info, TextView typed, const PropertyValue& current) {
-    // What is shown for the value that is there stands for that value.
+    // The text that is shown for the present value is taken for it.
     if (!std::holds_alternative<std::monostate>(current) && typed == ShowValue(info, current)) return current;
     if (info.optional && Trim(typed).empty()) return {};
     switch (info.kind) {

@@ -19,7 +19,7 @@ namespace qvx::host::designer {
 // What the list asks of the window around it. Every call may end in the destruction of both.
 class PropertyRowsOwner {
   public:
-    // Somebody has typed a value or picked one. False when it was refused.
+    // The user has typed a value or picked one. False when it was refused.
     virtual bool EnterText(std::size_t row, const Text& typed) = 0;
     virtual bool EnterValue(std::size_t row, const PropertyValue& value) = 0;
     // The system's dialog for a colour, a font or a picture, or the property pages.
@@ -47,7 +47,7 @@ class PropertyRowsWindow final : public Window {
     // Values have been read again.
     void ValuesChanged();
     void SetOrder(PropertyOrder order);
-    // Again, when the dots per inch have changed.
+    // Called again when the dots per inch have changed.
     void AcquireFonts();
 
     const PropertyModel* Model() const { return model_.get(); }
@@ -55,13 +55,13 @@ class PropertyRowsWindow final : public Window {
     int Current() const { return current_; }
     const PropertyRow* CurrentRow() const;
     void GoTo(int line);
-    // Opens the field over the current value; false when it has none that is edited so.
+    // Opens the field over the current value; false when that is not edited as text.
     bool BeginEdit();
     bool Editing() const { return editing_; }
     // Applies what has been typed; false when it was refused. The field stays.
     bool CommitEdit();
     void EndEdit();
-    // What a click on the button of the current row does, if it has one.
+    // Does what a click on the button of the current row does, if it has one.
     void PressButton();
 
     // In pixels of the client area.
@@ -82,15 +82,15 @@ class PropertyRowsWindow final : public Window {
 
     RowsLook Look() const;
     ValueButton CurrentButton() const;
-    // Of the current line among the rows; it must be one.
+    // The current line's position among the rows; the line must be a row.
     std::size_t CurrentIndex() const;
     bool CreateEdit();
     // The field; null before it is made and after it is gone.
     HWND Edit() const;
-    // Puts a text into the field that counts as left alone, and selects it.
+    // Puts a text into the field, as one that the user has not changed, and selects it.
     void FillEdit(const Text& text);
     void Layout();
-    // The row of that name becomes the current one of a list that is new; else the first.
+    // Makes the row of that name, else the first, the current one of a new list.
     void GoOnFrom(const Text& name);
     void UpdateBar();
     void ScrollTo(int top);
@@ -103,7 +103,7 @@ class PropertyRowsWindow final : public Window {
     void OnButtonDown(Point at, bool twice);
     void Search(char16_t letter);
     void JumpTo(char16_t letter);
-    // Walks on, and stays in the values where the current row has one.
+    // Goes to another line, and opens its field too when one is open now.
     void Walk(RowStep step);
     void Cycle();
     void OpenBox();
