@@ -86,7 +86,7 @@ class BuiltInControl::Members final : public NamedObject {
         SetDefaultMember(name);
     }
 
-    // What the window is made with; `most` is the largest number that means anything.
+    // A property that the window is made with; `most` is its largest value.
     template <typename Field>
     void AddStyle(const char16_t* name, Field BuiltInControl::*field, long most) {
         AddProperty(name, [this, field, most](const Call& call) {
@@ -311,7 +311,7 @@ void BuiltInControl::ApplyFont() {
     if (!window_) return;
     SharedFont font = AcquireFont(font_.Value(), Form().FormDpi());
     SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
-    systemFont_ = std::move(font);  // the former one only now: the window has let go of it
+    systemFont_ = std::move(font);  // only now, since the window has used the former one until here
 }
 
 void BuiltInControl::SetColor(OLE_COLOR& color, OLE_COLOR value) {
@@ -334,7 +334,7 @@ HBRUSH BuiltInControl::OnColor(HDC dc) {
 
 void BuiltInControl::Focus(const MSG*) {
     SetFocus(window_);
-    // As the user finds it after Tab: all of the text is selected.
+    // As after Tab, all of the text is selected.
     if (kind_ == BuiltIn::textBox && !multiLine_) SendMessageW(window_, EM_SETSEL, 0, -1);
     Form().Keyboard().FollowFocus();
 }

@@ -172,7 +172,7 @@ STDMETHODIMP FormObject::QueryInterface(REFIID iid, void** object) {
 
 STDMETHODIMP FormObject::ParseDisplayName(IBindCtx*, LPOLESTR, ULONG*, IMoniker** moniker) {
     if (moniker) *moniker = nullptr;
-    // The answer of containers that offer no links: nothing on a form is named for that.
+    // The answer of containers that offer no links, since no part of a form can be linked to.
     return E_NOTIMPL;
 }
 
@@ -219,7 +219,7 @@ HRESULT FormObject::InvokeOther(DISPID member, LCID locale, WORD flags, DISPPARA
         break;
     }
     if (!object) return DISP_E_MEMBERNOTFOUND;
-    // frm.txtField(2): the argument is the element's.
+    // In frm.txtField(2), the argument selects the element.
     if (parameters->cArgs > 0) {
         return object->Invoke(DISPID_VALUE, IID_NULL, locale, flags, parameters, result, exception, argumentInError);
     }

@@ -1,7 +1,7 @@
 // qvxhost.exe: shows a form from a text file and runs its script.
 //
-// Exit codes: 0 all went well; 1 the command line makes no sense; 2 the form, a control or the script cannot be loaded;
-// 3 the script failed while it ran; 4 the form could not be saved; others as Host.Quit gave them.
+// Exit codes: 0 success; 1 the command line makes no sense; 2 the form, a control or the script cannot be loaded; 3 the
+// script failed while it ran; 4 the form could not be saved; others as Host.Quit gave them.
 #include <windows.h>
 
 #include <commctrl.h>

@@ -47,13 +47,13 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
         const bool array = !taken.empty() && std::find(taken.begin(), taken.end(), -1) == taken.end();
         int index = wanted;
         if (usable && taken.empty()) {
-            // Free as it is.
+            // The name is free.
         } else if (usable && array && (wanted >= 0 || asArray)) {
             const bool free = wanted >= 0 && std::find(taken.begin(), taken.end(), wanted) == taken.end();
             index = free ? wanted : *std::max_element(taken.begin(), taken.end()) + 1;
         } else if (usable && asArray && Find({block.name, -1}) &&
                    SameName(Find({block.name, -1})->className, block.className)) {
-            // The one that is there becomes the first element.
+            // The control that has the name becomes the first element.
             Find({block.name, -1})->Set(u"Index", std::int32_t{0});
             taken = {0};
             index = 1;
@@ -107,7 +107,7 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
     for (auto& object : ready) Insert(into, std::move(object), true);
     KeepTabOrder(order);
     try {
-        // What would not be read again must not get into the form.
+        // The form must not get a text that could not be read again.
         CheckNames(FormFile::Parse(Bytes()).form);
     } catch (const FormFileError& error) {
         Refuse(u"This cannot be pasted here: " + error.Message() + u".");

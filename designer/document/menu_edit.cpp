@@ -50,7 +50,7 @@ std::size_t EndOf(const std::vector<MenuLine>& lines, std::size_t at) {
     return end;
 }
 
-// Takes the menus out of a container, each before what is in it, in the order of reading.
+// Removes the menus from a container and returns them as they are read, each before its contents.
 void TakeOut(Block& container, std::vector<std::unique_ptr<Block>>& taken) {
     auto& entries = container.entries;
     for (Entry& entry : entries) {
@@ -150,7 +150,7 @@ std::size_t MoveMenuLine(std::vector<MenuLine>& lines, std::size_t at, bool up) 
 
 namespace {
 
-// The names of everything else: the form and its controls, folded.
+// The folded names of the form and its controls.
 std::set<Text> OtherNames(const Block& form) {
     std::set<Text> names{FoldedText(form.name)};
     const auto add = [&](const auto& self, const Block& container) -> void {
@@ -214,7 +214,7 @@ void WriteMenuLines(Block& form, const std::vector<MenuLine>& lines) {
     if (lines == before) return;
     std::vector<std::unique_ptr<Block>> taken;
     TakeOut(form, taken);
-    // The blocks that every level ends in.
+    // The last block of each level.
     std::vector<Block*> into{&form};
     for (const MenuLine& line : lines) {
         const auto level = static_cast<std::size_t>(line.level);

@@ -63,10 +63,10 @@ class PropertyFrame::Site final : public ComObject<IPropertyPageSite> {
     STDMETHODIMP GetPageContainer(IUnknown** container) override {
         if (!container) return E_POINTER;
         *container = nullptr;
-        // The answer that the interface asks of every frame: pages are not to know their container.
+        // The interface asks this answer of every frame, since pages are not to know their container.
         return E_NOTIMPL;
     }
-    // A key that the page has no use for.
+    // The page does not use the key.
     STDMETHODIMP TranslateAccelerator(MSG* message) override {
         if (!message) return E_POINTER;
         return frame_ && frame_->Handle() && IsDialogMessageW(frame_->Handle(), message) ? S_OK : S_FALSE;
@@ -119,7 +119,7 @@ std::unique_ptr<PropertyFrame> PropertyFrame::Make(HWND owner, const Text& title
             Taken(info.pszHelpFile);
             Check(one.page->SetObjects(1, &object));
             const auto side = [](LONG pixels, int dots) {
-                // One more than lost by rounding down.
+                // One more makes up for rounding down.
                 return static_cast<int>(std::clamp<LONG>(pixels, 0, largestPage)) * 96 / dots + 1;
             };
             size.width = std::max(size.width, side(info.size.cx, dpi.x));
@@ -199,7 +199,7 @@ void PropertyFrame::Show(std::size_t index) {
         result = pages_[index].page->Show(SW_SHOW);
     }
     if (FAILED(result)) {
-        // The tab stays empty; the other pages are of use all the same.
+        // The tab stays empty, and the other pages can still be used.
         const Text text = u"This page cannot be shown: " + ReasonOf(result);
         MessageBoxW(Handle(), Wide(text), Wide(ProgramTitle()), MB_OK | MB_ICONEXCLAMATION);
     }

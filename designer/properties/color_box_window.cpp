@@ -1,4 +1,4 @@
-// The box with colours: a palette, the system's colours by name, and the way to the system's dialog.
+// The box with colours: a palette, the system's colours by name, and a button for the system's dialog.
 #include <algorithm>
 
 #include "com/wide_text.h"
@@ -184,7 +184,7 @@ class ColorBox final : public DropDown {
         if (chosen >= 0) Pick(SystemColors()[static_cast<std::size_t>(chosen)].color);
     }
     void AskForOther() {
-        // The box may be gone once it is closed.
+        // Closing may destroy the box.
         const std::function<void()> other = other_;
         Close(std::nullopt);
         other();

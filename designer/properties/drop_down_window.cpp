@@ -90,7 +90,7 @@ class TextBox final : public DropDown {
   public:
     explicit TextBox(const Text& text) : text_(text) {}
     ~TextBox() override { Destroy(); }
-    // What has been typed counts, as it does in a cell.
+    // The typed text is applied, as it is when a field is left.
     void Dismiss() override { Close(Typed()); }
 
   protected:
@@ -99,7 +99,7 @@ class TextBox final : public DropDown {
         edit_ = AddChild(L"EDIT", L"", ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN | WS_VSCROLL, ClientArea(),
                          contentsId);
         SendMessageW(edit_, EM_SETLIMITTEXT, 0, 0);
-        // The field breaks lines at pairs only.
+        // The field only breaks lines at CR LF.
         Text lines;
         for (std::size_t i = 0; i < text_.size(); ++i) {
             if (text_[i] == u'\n' && (i == 0 || text_[i - 1] != u'\r')) lines += u'\r';
@@ -122,7 +122,7 @@ class TextBox final : public DropDown {
     }
 
   private:
-    // Nothing when it was left alone: line breaks of other kinds stay what they are.
+    // Nothing for a text that was not changed, so that its line breaks stay as they are.
     std::optional<PropertyValue> Typed() const {
         if (!SendMessageW(edit_, EM_GETMODIFY, 0, 0)) return std::nullopt;
         return WindowText(edit_);
@@ -211,7 +211,7 @@ void DropDown::Close(std::optional<PropertyValue> picked) {
 LRESULT DropDown::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_ACTIVATE:
-            // The owner still looks like the active window: the box is a part of it.
+            // The box is a part of its owner, which still looks like the active window.
             if (LOWORD(wParam) != WA_INACTIVE) {
                 SendMessageW(root_, WM_NCACTIVATE, TRUE, 0);
             } else {

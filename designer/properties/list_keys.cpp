@@ -96,7 +96,7 @@ BoxAction BoxActionOf(BoxPart part, const ListKey& key) {
         return Has(key, keys::shiftMask) ? BoxAction::previousPart : BoxAction::nextPart;
     }
     const bool enter = key.key == keys::enter;
-    // In a text, Enter alone begins a line. The space bar presses the button by the system's own ways.
+    // In a text, Enter alone begins a line. The space bar presses the button as in any dialog.
     const bool accepts = part == BoxPart::text                                 ? enter && Has(key, keys::controlMask)
                          : part == BoxPart::palette || part == BoxPart::colors ? enter || key.key == keys::space
                                                                                : enter;

@@ -28,7 +28,7 @@ class PropertyRowsWindow::EditSubclass final : public WindowSubclass {
                 if (rows_.OnEditKey(PressedKey(message, wParam))) return 0;
                 break;
             case WM_CHAR:
-                // Their keys have been dealt with; the field would beep.
+                // Their keys have been handled, and the field would beep.
                 if (wParam == VK_RETURN || wParam == VK_ESCAPE || wParam == VK_TAB) return 0;
                 break;
             case WM_MOUSEWHEEL:
@@ -140,7 +140,7 @@ bool PropertyRowsWindow::CommitEdit() {
     if (!SendMessageW(edit, EM_GETMODIFY, 0, 0)) return true;
     const Text typed = WindowText(edit);
     const Text shown = row->reading.text;
-    // From here on the text counts as left alone: what happens meanwhile must not apply it again.
+    // From here on, the text counts as unchanged, so that a nested message does not apply it again.
     SendMessageW(edit, EM_SETMODIFY, FALSE, 0);
     if (typed == shown) return true;
     const LifeWatch alive = Watch();
@@ -193,7 +193,7 @@ void PropertyRowsWindow::PressButton() {
 }
 
 void PropertyRowsWindow::OpenBox() {
-    // What has been typed so far is what the box begins with.
+    // The box begins with the text that has been typed so far.
     const LifeWatch alive = Watch();
     const std::shared_ptr<PropertyModel> model = model_;
     if (editing_ && !CommitEdit()) return;
@@ -221,12 +221,12 @@ void PropertyRowsWindow::OpenBox() {
 
 void PropertyRowsWindow::BoxClosed(std::size_t row, const std::shared_ptr<PropertyModel>& model,
                                    std::optional<PropertyValue> picked) {
-    // The box itself is in the middle of a message.
+    // The box is in the middle of a message, and is destroyed later.
     PostMessageW(Handle(), disposeOfBox, 0, 0);
     const bool focusInside = GetFocus() == nullptr || GetFocus() == Handle() ||
                              IsChild(GetParent(Handle()), GetFocus()) || GetFocus() == GetAncestor(Handle(), GA_ROOT);
     if (focusInside) SetFocus(editing_ ? Edit() : Handle());
-    // What is typed now takes the place of the value, as when the field has just opened.
+    // Typing replaces the value now, as when the field has just opened.
     if (editing_) SendMessageW(Edit(), EM_SETSEL, 0, -1);
     if (!picked || model_ != model) return;
     owner_.EnterValue(row, *picked);

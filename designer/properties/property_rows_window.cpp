@@ -31,7 +31,7 @@ bool PropertyRowsWindow::Create(HWND parent, const Rect& bounds) {
 void PropertyRowsWindow::AcquireFonts() {
     SharedFont font = AcquireFont(DefaultFont(), WindowDpi(Handle()));
     if (Edit()) SendMessageW(Edit(), WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
-    font_ = std::move(font);  // the former one only now: the field has let go of it
+    font_ = std::move(font);  // only now, since the field has used the former one until here
     UpdateBar();
     Layout();
     Invalidate();
@@ -305,7 +305,7 @@ void PropertyRowsWindow::OnButtonDown(Point at, bool twice) {
     if (*line == current_ && Look().ButtonArea().Contains(at)) {
         buttonDown_ = true;
         Invalidate();
-        // The box's closing by this very click must not open it again.
+        // This very click may have closed the box, and must not open it again.
         if (box_ && box_->IsOpen()) return;
         SetCapture(Handle());
         if (CurrentButton() == ValueButton::dropDown) {
