@@ -1,12 +1,23 @@
 #include "designer/run_command.h"
 
 #include "common/number_text.h"
+#include "designer/document/named_pictures.h"
 
 namespace qvx::host::designer {
 
 namespace {
 
-Text Quoted(const Text& argument) { return u"\"" + argument + u"\""; }
+// An argument as a program reads it again: backslashes count only before a quote, where each is written twice.
+Text Quoted(const Text& argument) {
+    Text quoted = u"\"";
+    std::size_t backslashes = 0;
+    for (const char16_t c : argument) {
+        if (c == u'"') quoted.append(backslashes + 1, u'\\');
+        backslashes = c == u'\\' ? backslashes + 1 : 0;
+        quoted += c;
+    }
+    return quoted.append(backslashes, u'\\') + u"\"";
+}
 
 }  // namespace
 
@@ -15,7 +26,10 @@ Text RunCopyName(const Text& name, int attempt) {
 }
 
 std::vector<Text> ScriptsBeside(const Text& form) {
-    const Text stem = form.substr(0, form.find_last_of(u'.'));
+    const std::size_t name = form.size() - FileNameOf(form).size();
+    const std::size_t dot = form.find_last_of(u'.');
+    // A dot in the name of the folder begins no suffix.
+    const Text stem = dot != Text::npos && dot >= name ? form.substr(0, dot) : form;
     return {stem + u".vbs", stem + u".js"};
 }
 

@@ -98,6 +98,22 @@ TEST(DesignerKeys, TextsAndChoicesKeepTheirShortcuts) {
     EXPECT_EQ(ToolboxActionOf(keys::space), ToolboxAction::none);
 }
 
+TEST(RunCommand, ArgumentsArriveAsTheyWere) {
+    const struct {
+        TextView argument, quoted;
+    } cases[] = {
+        {u"", uR"("")"},
+        {u"C:\\a b\\", uR"("C:\a b\\")"},
+        {u"say \"no\"", uR"("say \"no\"")"},
+        {uR"(a\"b\c)", uR"("a\\\"b\c")"},
+    };
+    for (const auto& c : cases) {
+        Options options;
+        options.arguments = {Text(c.argument)};
+        EXPECT_EQ(RunCommandLine(u"h", u"f", u"", options), uR"("h" "f" -- )" + Text(c.quoted));
+    }
+}
+
 TEST(RunCommand, GoesOnAsTheDesignerWasStarted) {
     Options plain;
     plain.save = u"saved.frm";
@@ -112,6 +128,7 @@ TEST(RunCommand, GoesOnAsTheDesignerWasStarted) {
               u"\"h.exe\" \"~a.frm\" \"a.vbs\" --ocx \"C:\\qvx.ocx\" --log \"C:\\a log.txt\" --quiet -- \"one\" "
               u"\"two words\"");
     EXPECT_EQ(ScriptsBeside(u"C:\\f\\a.b.frm"), (std::vector<Text>{u"C:\\f\\a.b.vbs", u"C:\\f\\a.b.js"}));
+    EXPECT_EQ(ScriptsBeside(u"C:\\f.x\\a"), (std::vector<Text>{u"C:\\f.x\\a.vbs", u"C:\\f.x\\a.js"}));
     EXPECT_EQ(RunCopyName(u"a.frm", 0), u"~a.frm");
     EXPECT_EQ(RunCopyName(u"a.frm", 2), u"~2a.frm");
 }
