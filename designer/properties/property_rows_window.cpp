@@ -1,5 +1,3 @@
-// The list of properties: where its lines are, and its keys and mouse. The field over a value:
-// property_rows_edit_window.cpp; how the lines look: rows_painter.cpp.
 #include "designer/properties/property_rows_window.h"
 
 #include <algorithm>
@@ -18,22 +16,29 @@ constexpr int dividerReach = 3;
 
 }  // namespace
 
+PropertyRowsWindow::PropertyRowsWindow(PropertyRowsOwner& owner) : owner_(owner) {}
+
+PropertyRowsWindow::~PropertyRowsWindow() {
+    editor_.Dispose();
+    Destroy();
+}
+
 int PropertyRowsWindow::Scaled(int pixels) const { return qvx::Scaled(pixels, Handle()); }
 
 bool PropertyRowsWindow::Create(HWND parent, const Rect& bounds) {
     constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_CLIPCHILDREN;
     if (!Window::Create(rowsClass, L"Properties", style, 0, bounds, parent)) return false;
-    if (!CreateEdit()) return false;
+    if (!editor_.Create()) return false;
     AcquireFonts();
     return true;
 }
 
 void PropertyRowsWindow::AcquireFonts() {
     SharedFont font = AcquireFont(DefaultFont(), WindowDpi(Handle()));
-    if (Edit()) SendMessageW(Edit(), WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
+    if (editor_.Field()) SendMessageW(editor_.Field(), WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
     font_ = std::move(font);  // only now, since the field has used the former one until here
     UpdateBar();
-    Layout();
+    editor_.Layout();
     Invalidate();
 }
 
@@ -54,7 +59,7 @@ void PropertyRowsWindow::SetDivider(int x) {
     const int width = ClientArea().Width();
     if (width <= 0) return;
     share_ = std::clamp(static_cast<double>(x) / width, 0.05, 0.95);
-    Layout();
+    editor_.Layout();
     Invalidate();
     owner_.DividerMoved();
 }
@@ -78,8 +83,8 @@ void PropertyRowsWindow::GoOnFrom(const Text& name) {
 }
 
 void PropertyRowsWindow::SetModel(std::shared_ptr<PropertyModel> model) {
-    EndEdit();
-    if (box_) box_->Close(std::nullopt);
+    editor_.End();
+    editor_.CloseBox();
     const PropertyRow* before = CurrentRow();
     const Text name = before ? before->info.name : Text();
     model_ = std::move(model);
@@ -90,9 +95,9 @@ void PropertyRowsWindow::SetModel(std::shared_ptr<PropertyModel> model) {
 void PropertyRowsWindow::SetOrder(PropertyOrder order) {
     if (!model_) return;
     const LifeWatch alive = Watch();
-    if (editing_) CommitEdit();
+    editor_.Commit();
     if (!alive.Alive() || !model_) return;
-    EndEdit();
+    editor_.End();
     const PropertyRow* row = CurrentRow();
     const Text name = row ? row->info.name : Text();
     model_->Table().SetOrder(order);
@@ -107,7 +112,7 @@ RowsLook PropertyRowsWindow::Look() const {
     look.table = model_ ? &model_->Table() : nullptr;
     look.view = View();
     look.current = current_;
-    look.editing = editing_;
+    look.editing = Editing();
     look.buttonDown = buttonDown_;
     look.dpi = WindowDpi(Handle());
     look.buttonWidth = SystemMetric(SM_CXVSCROLL, look.dpi);
@@ -121,6 +126,15 @@ ValueButton PropertyRowsWindow::CurrentButton() const {
 
 std::size_t PropertyRowsWindow::CurrentIndex() const {
     return *model_->Table().Lines()[static_cast<std::size_t>(current_)].row;
+}
+
+Rect PropertyRowsWindow::FieldArea() const { return Look().EditArea(font_->LineHeight()); }
+
+void PropertyRowsWindow::RevealCurrent() { ScrollTo(View().TopShowing(current_)); }
+
+void PropertyRowsWindow::ValuesChanged() {
+    editor_.ValuesChanged();
+    Invalidate();
 }
 
 void PropertyRowsWindow::UpdateBar() {
@@ -140,7 +154,7 @@ void PropertyRowsWindow::ScrollTo(int top) {
     if (top == top_) return;
     top_ = top;
     UpdateBar();
-    Layout();
+    editor_.Layout();
     Invalidate();
 }
 
@@ -187,9 +201,9 @@ void PropertyRowsWindow::GoTo(int line) {
     if (!model_ || line < 0 || line >= View().count) return;
     const LifeWatch alive = Watch();
     const std::shared_ptr<PropertyModel> before = model_;
-    if (editing_ && line != current_ && !CommitEdit()) return;
+    if (line != current_ && !editor_.Commit()) return;
     if (!alive.Alive() || model_ != before) return;
-    if (line != current_) EndEdit();
+    if (line != current_) editor_.End();
     current_ = line;
     ScrollTo(View().TopShowing(line));
     Invalidate();
@@ -199,7 +213,7 @@ void PropertyRowsWindow::GoTo(int line) {
 }
 
 void PropertyRowsWindow::Walk(RowStep step) {
-    const bool inValues = editing_;
+    const bool inValues = Editing();
     const LifeWatch alive = Watch();
     GoTo(View().Step(current_, step));
     if (alive.Alive() && inValues && !BeginEdit()) SetFocus(Handle());
@@ -214,7 +228,7 @@ void PropertyRowsWindow::Search(char16_t letter) {
 void PropertyRowsWindow::JumpTo(char16_t letter) {
     if (!model_) return;
     const auto line = model_->Table().FindBeginning(TextView(&letter, 1), static_cast<std::size_t>(current_ + 1));
-    const bool inValues = editing_;
+    const bool inValues = Editing();
     const LifeWatch alive = Watch();
     if (line) GoTo(static_cast<int>(*line));
     if (alive.Alive() && line && inValues && !BeginEdit()) SetFocus(Handle());
@@ -265,6 +279,13 @@ bool PropertyRowsWindow::OnKey(const ListKey& key) {
     return true;
 }
 
+void PropertyRowsWindow::PressButton() {
+    const ValueButton button = CurrentButton();
+    if (button == ValueButton::none) return;
+    if (button == ValueButton::dropDown) return editor_.OpenBox();
+    owner_.OpenDialog(CurrentIndex());
+}
+
 void PropertyRowsWindow::ToggleHeading() {
     model_->Table().Toggle(static_cast<std::size_t>(current_));
     UpdateBar();
@@ -279,7 +300,7 @@ void PropertyRowsWindow::Activate(int line) {
     if (!row) {
         ToggleHeading();
     } else if (!row->info.readOnly && !ChoicesOf(row->info).empty()) {
-        Cycle();
+        editor_.Cycle();
     } else if (CurrentButton() == ValueButton::dialog) {
         PressButton();
     } else {
@@ -295,7 +316,7 @@ void PropertyRowsWindow::OnButtonDown(Point at, bool twice) {
         return;
     }
     const LifeWatch alive = Watch();
-    if (GetFocus() != Handle() && !editing_) SetFocus(Handle());
+    if (GetFocus() != Handle() && !Editing()) SetFocus(Handle());
     if (!alive.Alive()) return;
     const auto line = view.LineAt(at);
     if (!line) return;
@@ -306,7 +327,7 @@ void PropertyRowsWindow::OnButtonDown(Point at, bool twice) {
         buttonDown_ = true;
         Invalidate();
         // This very click may have closed the box, and must not open it again.
-        if (box_ && box_->IsOpen()) return;
+        if (editor_.BoxIsOpen()) return;
         SetCapture(Handle());
         if (CurrentButton() == ValueButton::dropDown) {
             ReleaseCapture();
@@ -320,7 +341,7 @@ void PropertyRowsWindow::OnButtonDown(Point at, bool twice) {
     GoTo(*line);
     if (!alive.Alive() || model_ != model || current_ != *line) return;
     if (onValue && BeginEdit()) {
-        clickTime_ = static_cast<DWORD>(GetMessageTime());
+        editor_.NoteClick();
     } else {
         SetFocus(Handle());
     }
@@ -343,7 +364,7 @@ LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
         }
         case WM_SIZE:
             UpdateBar();
-            Layout();
+            editor_.Layout();
             Invalidate();
             owner_.DividerMoved();
             return 0;
@@ -374,7 +395,7 @@ LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
             dragging_ = buttonDown_ = false;
             if (GetCapture() == Handle()) ReleaseCapture();
             Invalidate();
-            if (press && !(box_ && box_->IsOpen())) PressButton();
+            if (press && !editor_.BoxIsOpen()) PressButton();
             return 0;
         }
         case WM_CAPTURECHANGED:
@@ -408,7 +429,7 @@ LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
                 return *answer;
             break;
         case disposeOfBox:
-            if (box_ && !box_->IsOpen()) box_.reset();
+            editor_.DisposeOfBox();
             return 0;
         default:
             break;

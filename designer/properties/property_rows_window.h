@@ -7,9 +7,9 @@
 #include <memory>
 #include <optional>
 
-#include "designer/properties/drop_down_window.h"
 #include "designer/properties/property_model_win32.h"
 #include "designer/properties/rows_painter.h"
+#include "designer/properties/value_editor_window.h"
 #include "win/fonts.h"
 #include "win/gdi_surface.h"
 #include "win/window.h"
@@ -50,17 +50,14 @@ class PropertyRowsWindow final : public Window {
     // Called again when the dots per inch have changed.
     void AcquireFonts();
 
-    const PropertyModel* Model() const { return model_.get(); }
+    const std::shared_ptr<PropertyModel>& Model() const { return model_; }
     // Line numbers of the table; -1 for none.
     int Current() const { return current_; }
     const PropertyRow* CurrentRow() const;
     void GoTo(int line);
     // Opens the field over the current value; false when that is not edited as text.
-    bool BeginEdit();
-    bool Editing() const { return editing_; }
-    // Applies what has been typed; false when it was refused. The field stays.
-    bool CommitEdit();
-    void EndEdit();
+    bool BeginEdit() { return editor_.Begin(); }
+    bool Editing() const { return editor_.Editing(); }
     // Does what a click on the button of the current row does, if it has one.
     void PressButton();
 
@@ -72,42 +69,36 @@ class PropertyRowsWindow final : public Window {
     Text ValueText(std::size_t line) const;
     void Activate(int line);
 
+    // --- For the editor of the current value.
+    // Posted by a box that has closed, and is in the middle of a message of its own.
+    static constexpr UINT disposeOfBox = WM_APP + 1;
+    PropertyRowsOwner& Owner() { return owner_; }
+    // The current line's position among the rows; the line must be a row.
+    std::size_t CurrentIndex() const;
+    Rect FieldArea() const;
+    void RevealCurrent();
+    // Goes to another line, and opens its field too when one is open now.
+    void Walk(RowStep step);
+    // The same, to the next name with that letter.
+    void JumpTo(char16_t letter);
+    void OnWheel(int delta);
+
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    class EditSubclass;
-    // Posted by a box that has closed, and is in the middle of a message of its own.
-    static constexpr UINT disposeOfBox = WM_APP + 1;
-
     RowsLook Look() const;
     ValueButton CurrentButton() const;
-    // The current line's position among the rows; the line must be a row.
-    std::size_t CurrentIndex() const;
-    bool CreateEdit();
-    // The field; null before it is made and after it is gone.
-    HWND Edit() const;
-    // Puts a text into the field, as one that the user has not changed, and selects it.
-    void FillEdit(const Text& text);
-    void Layout();
     // Makes the row of that name, else the first, the current one of a new list.
     void GoOnFrom(const Text& name);
     void UpdateBar();
     void ScrollTo(int top);
     void OnScroll(WPARAM wParam);
-    void OnWheel(int delta);
-    // In the rows and in the field; true when the key has been used.
+    // True when the key has been used.
     bool OnKey(const ListKey& key);
-    bool OnEditKey(const ListKey& key);
     void ToggleHeading();
     void OnButtonDown(Point at, bool twice);
     void Search(char16_t letter);
-    void JumpTo(char16_t letter);
-    // Goes to another line, and opens its field too when one is open now.
-    void Walk(RowStep step);
-    void Cycle();
-    void OpenBox();
-    void BoxClosed(std::size_t row, const std::shared_ptr<PropertyModel>& model, std::optional<PropertyValue> picked);
     int Scaled(int pixels) const;
 
     PropertyRowsOwner& owner_;
@@ -116,15 +107,11 @@ class PropertyRowsWindow final : public Window {
     int top_ = 0;
     double share_ = 0.45;
     SharedFont font_;
-    std::unique_ptr<EditSubclass> edit_;
-    bool editing_ = false;
-    bool committing_ = false;
+    ValueEditor editor_{*this};
     bool dragging_ = false;
     bool buttonDown_ = false;
     int wheelRest_ = 0;
-    DWORD clickTime_ = 0;
     TypedSearch search_;
-    std::unique_ptr<DropDown> box_;
     BackBuffer buffer_;
 };
 
