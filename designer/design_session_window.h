@@ -66,14 +66,14 @@ class DesignSession final : public DesignHost {
 
     // The controls where they are in the picture.
     const Shapes& AllShapes() const { return shapes_; }
-    // Whoever changes the selection calls Refresh.
+    // After a change of the selection, the caller calls Refresh.
     Selection& Selected() { return selection_; }
     const Selection& Selected() const { return selection_; }
     // Selects these, and scrolls to the primary.
     void Select(std::vector<ObjectId> ids);
     // Brings shapes and selection up to date, and with them what the owner shows.
     void Refresh();
-    // Of what is selected, in that order.
+    // The bounds of the selected controls, in the order of the selection.
     std::vector<TwipsRect> SelectedBounds() const;
 
     // While a step is under way, controls may run message loops; nothing may be changed from there.
@@ -82,15 +82,15 @@ class DesignSession final : public DesignHost {
     // that are placed for the first time. False when nothing has changed.
     bool Change(const Text& what, const std::function<void()>& body, TextView merge = {},
                 const std::function<bool(const Block&)>& fresh = {});
-    // In the order of the selection.
+    // A step that gives the selected controls these bounds, in the order of the selection.
     void SetSelectedBounds(const Text& what, const std::vector<TwipsRect>& bounds, TextView merge = {});
     // A new control of that class; in the middle of the form without `bounds`.
     void PlaceControl(const Text& className, const std::optional<ObjectId>& container, const TwipsRect* bounds);
-    // One step back, or forth again.
+    // Undoes a step, or redoes one.
     void GoThroughHistory(bool back);
     // Brings what controls have changed by themselves into the document, at once.
     void CapturePending();
-    // What SessionOwner::PostCapture asks for.
+    // Called from the message loop after SessionOwner::PostCapture.
     void CapturePosted();
 
     void OnChanged(FormControl* control) override;
@@ -101,9 +101,9 @@ class DesignSession final : public DesignHost {
 
   private:
     void RequireIdle() const;
-    // A step without the picture: the control that asks for it is in the middle of a call.
+    // A step that leaves the picture as it is, since the control that asks for it is in the middle of a call.
     void ChangeDocument(const Text& what, const std::function<void()>& body);
-    // The selection keeps a control that is called something else from now on.
+    // Keeps a control selected that has got another name or index.
     void KeepSelected(const ObjectId& before, const ObjectId& after);
     void CaptureInto();
     void AfterChange();

@@ -11,7 +11,7 @@
 
 namespace qvx::host::designer {
 
-// What the designer asks of people. Replaced where nobody is there to answer.
+// The questions that the designer asks its user. Tests answer them themselves.
 struct Questions {
     // The system's message box; the answer is IDYES and so on.
     std::function<int(HWND owner, const Text& question, UINT kind)> ask;
@@ -33,7 +33,7 @@ struct DesignerEnvironment {
     Text AskForFile(bool save, const Text& initial, const Text& filter) const {
         return questions.file(window, save, initial, filter);
     }
-    // The log shows whoever plays keys from outside when something is done.
+    // The log shows a program that sends keys from outside when something is done.
     void Log(const Text& line) const;
     // Reports the exception that is being handled.
     void ReportFailure() const;

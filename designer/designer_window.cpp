@@ -157,7 +157,7 @@ void DesignerWindow::OnFault() noexcept {
     try {
         environment_.ReportFailure();
     } catch (...) {
-        // There is nobody left to report to, and the designer goes on.
+        // The failure cannot be reported either, and the designer goes on.
     }
 }
 

@@ -91,7 +91,7 @@ void HostForm::OnFault() noexcept {
     try {
         reporter_.Error(FailureInFlightText());
     } catch (...) {
-        // There is nobody left to report to, and the form goes on.
+        // The failure cannot be reported either, and the form goes on.
     }
 }
 

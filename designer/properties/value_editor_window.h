@@ -47,7 +47,7 @@ class ValueEditor {
     void OpenBox();
     bool BoxIsOpen() const { return box_ && box_->IsOpen(); }
     void CloseBox();
-    // What PropertyRowsWindow::disposeOfBox asks for.
+    // Called on PropertyRowsWindow::disposeOfBox.
     void DisposeOfBox();
 
   private:
