@@ -6,6 +6,7 @@
 #include "com/guard.h"
 #include "common/flag_scope.h"
 #include "designer/document/form_text.h"
+#include "designer/document/placement.h"
 #include "host/form_storage_win32.h"
 
 namespace qvx::host::designer {
