@@ -52,12 +52,13 @@ enum class Command : unsigned {
 // What the commands apply to at present.
 struct CommandState {
     std::size_t selected = 0;
-    Text undo;  // what would be undone; empty for nothing
+    Text undo;  // the step that would be undone; empty for none
     Text redo;
     bool canPaste = false;
     bool hasPages = false;
-    bool imageList = false;  // the primary is one
+    bool imageList = false;  // the primary is an image list
     bool tabOrder = false;   // the view is on
+    friend bool operator==(const CommandState&, const CommandState&) = default;
 };
 
 bool Available(Command command, const CommandState& state);
@@ -65,9 +66,9 @@ bool Available(Command command, const CommandState& state);
 std::vector<MenuItem> DesignerMenus(const CommandState& state);
 // The menu of a right click.
 std::vector<MenuItem> ContextMenu(const CommandState& state);
-// Those keys belong to a text that is being typed as long as there is one.
+// Whether a text field has its own use for the command's shortcut.
 bool IsEditing(Command command);
-// What a command of the menu Format does to the controls; nothing for any other.
+// How a command of the menu Format arranges the controls; nothing for any other command.
 std::optional<Arrangement> ArrangementOf(Command command);
 
 }  // namespace qvx::host::designer

@@ -1,93 +1,73 @@
-// Commands of the designer's menus and keys, and its editors. Files: designer_files_window.cpp.
-#include <algorithm>
+#include "designer/designer_commands_window.h"
 
-#include "com/guard.h"
-#include "common/flag_scope.h"
-#include "designer/designer_window.h"
-#include "designer/document/form_text.h"
-#include "designer/editors/image_editor_dialog.h"
-#include "designer/editors/menu_editor_dialog.h"
-#include "designer/editors/property_frame_dialog.h"
-#include "host/form_storage_win32.h"
-#include "host/sited_control.h"
 #include "win/clipboard.h"
 
 namespace qvx::host::designer {
 
-bool DesignerWindow::Do(Command command) {
-    if (busy_) return false;
-    CapturePending();
-    CancelDrag();
-    if (!Available(command, State())) return false;
-    return Execute(command);
-}
-
-bool DesignerWindow::Execute(Command command) {
+bool DesignerCommands::Execute(Command command) {
+    DesignSession& session = parts_.session;
     switch (command) {
         case Command::newForm:
-            if (MayGo()) Load({});
+            if (parts_.files.MayGo()) parts_.files.Load({});
             break;
         case Command::open:
-            if (MayGo()) LoadAsked();
+            if (parts_.files.MayGo()) parts_.files.LoadChosen();
             break;
         case Command::save:
-            return Save();
+            return parts_.files.Save();
         case Command::saveAs:
-            return SaveAs();
+            return parts_.files.SaveAs();
         case Command::run:
-            RunForm();
+            parts_.run.Start();
             break;
         case Command::close:
-            PostMessageW(Handle(), WM_CLOSE, 0, 0);
+            PostMessageW(parts_.environment.window, WM_CLOSE, 0, 0);
             break;
         case Command::undo:
         case Command::redo:
-            GoThroughHistory(command == Command::undo);
+            session.GoThroughHistory(command == Command::undo);
             break;
         case Command::cut:
+            Copy();
+            Delete(u"Cut");
+            break;
         case Command::copy:
-            CopySelection();
-            if (command == Command::copy) break;
-            Change(u"Cut", [&] { document_->Delete(selection_.All()); });
+            Copy();
             break;
         case Command::remove:
-            Change(u"Delete", [&] { document_->Delete(selection_.All()); });
+            Delete(u"Delete");
             break;
         case Command::paste:
         case Command::pasteArray:
             PasteClipboard(command == Command::pasteArray);
             break;
         case Command::duplicate:
-            Paste(document_->CopyText(selection_.All()), false);
+            Paste(session.Form().CopyText(session.Selected().All()), false);
             break;
         case Command::selectAll:
-            selection_.SelectAll(shapes_);
-            UpdateView();
+            SelectAll();
             break;
         case Command::tabOrder:
-            tabOrderView_ = !tabOrderView_;
-            tabOrderDone_.clear();
-            UpdateView();
+            SwitchTabOrder();
             break;
         case Command::properties:
-            SetFocus(properties_.Handle());
+            parts_.views.Focus(Pane::properties);
             break;
         case Command::toolbox:
-            SetFocus(toolbox_.Handle());
+            parts_.views.Focus(Pane::toolbox);
             break;
         case Command::menus:
-            EditMenus();
+            parts_.editors.EditMenus();
             break;
         case Command::images:
-            EditImages();
+            parts_.editors.EditImages();
             break;
         case Command::pages:
-            if (const ObjectId* primary = selection_.Primary()) ShowPages(ObjectId(*primary));
+            parts_.editors.ShowPagesOfSubject(0);
             break;
         case Command::bringToFront:
         case Command::sendToBack:
-            Change(command == Command::bringToFront ? u"Bring to Front" : u"Send to Back",
-                   [&] { document_->Restack(selection_.All(), command == Command::bringToFront); });
+            Restack(command == Command::bringToFront);
             break;
         case Command::alignLefts:
         case Command::alignCenters:
@@ -112,153 +92,73 @@ bool DesignerWindow::Execute(Command command) {
     return true;
 }
 
-void DesignerWindow::GoThroughHistory(bool back) {
-    const std::vector<ObjectId> before = document_->Controls();
-    const Text what = back ? document_->UndoName() : document_->RedoName();
-    {
-        const FlagScope busy(busy_);
-        if (!(back ? document_->Undo() : document_->Redo())) return;
-        form_->FollowBlocks();
-    }
-    // What has come back is what is looked at.
-    std::vector<ObjectId> came;
-    for (const ObjectId& id : document_->Controls()) {
-        if (std::find(before.begin(), before.end(), id) == before.end()) came.push_back(id);
-    }
-    if (!came.empty() && came.size() <= 50) selection_.Set({came.front()});
-    AfterChange();
-    Log((back ? u"Designer: undone " : u"Designer: redone ") + what);
+void DesignerCommands::Delete(const Text& what) {
+    DesignSession& session = parts_.session;
+    session.Change(what, [&] { session.Form().Delete(session.Selected().All()); });
 }
 
-void DesignerWindow::Arrange(Arrangement arrangement) {
-    const std::vector<TwipsRect> bounds = SelectedBounds();
-    SetSelectedBounds(u"Format", Arranged(bounds, bounds.size() - 1, arrangement));
+void DesignerCommands::Restack(bool front) {
+    DesignSession& session = parts_.session;
+    session.Change(front ? u"Bring to Front" : u"Send to Back",
+                   [&] { session.Form().Restack(session.Selected().All(), front); });
 }
 
-void DesignerWindow::PlaceControl(const Text& className, const std::optional<ObjectId>& container,
-                                  const TwipsRect* bounds) {
-    TwipsRect where;
-    if (bounds) {
-        where = *bounds;
-    } else {
-        const UsualSize usual = UsualSizeOf(className);
-        where = {Snapped(std::max((form_->ClientWidth() - usual.width) / 2, 0)),
-                 Snapped(std::max((form_->ClientHeight() - usual.height) / 2, 0)), usual.width, usual.height};
-    }
-    ObjectId placed;
-    Change(
-        u"Place", [&] { placed = document_->Place(className, container, where); }, {},
-        [&](const Block& block) { return block.name == placed.name; });
-    if (!document_->Find(placed)) return;
-    Select({placed});
+void DesignerCommands::Arrange(Arrangement arrangement) {
+    const std::vector<TwipsRect> bounds = parts_.session.SelectedBounds();
+    parts_.session.SetSelectedBounds(u"Format", Arranged(bounds, bounds.size() - 1, arrangement));
 }
 
-void DesignerWindow::CopySelection() {
-    const Text text = document_->CopyText(selection_.All());
+void DesignerCommands::SelectAll() {
+    parts_.session.Selected().SelectAll(parts_.session.AllShapes());
+    parts_.session.Refresh();
+}
+
+void DesignerCommands::SwitchTabOrder() {
+    parts_.interaction.OrderTabs(!parts_.interaction.ordersTabs);
+    parts_.session.Refresh();
+}
+
+void DesignerCommands::Copy() {
+    const Text text = parts_.session.Form().CopyText(parts_.session.Selected().All());
     try {
-        PutOnClipboard(Handle(), text);
+        PutOnClipboard(parts_.environment.window, text);
     } catch (...) {
-        reporter_.Error(FailureInFlightText());
+        parts_.environment.ReportFailure();
     }
-    UpdateMenus();
+    parts_.menus.Update();
 }
 
-void DesignerWindow::PasteClipboard(bool asArray) {
+void DesignerCommands::PasteClipboard(bool asArray) {
     std::optional<Text> text;
     try {
-        text = TextOnClipboard(Handle());
+        text = TextOnClipboard(parts_.environment.window);
     } catch (...) {
-        reporter_.Error(FailureInFlightText());
+        parts_.environment.ReportFailure();
         return;
     }
     if (text) Paste(*text, asArray);
 }
 
-void DesignerWindow::Paste(const Text& text, bool asArray) {
-    // Into the frame that is selected alone, beside what is selected otherwise.
-    std::optional<ObjectId> container;
-    if (const ObjectId* primary = selection_.Primary()) {
-        for (const Shape& shape : shapes_) {
-            if (!(shape.id == *primary)) continue;
-            const bool itself =
-                shape.holdsOthers && selection_.All().size() == 1 && !TextView(text).starts_with(u"Begin Frame");
-            if (itself) {
-                container = shape.id;
-            } else if (shape.container) {
-                container = shapes_[*shape.container].id;
-            }
-        }
-    }
+void DesignerCommands::Paste(const Text& text, bool asArray) {
+    DesignSession& session = parts_.session;
+    const auto container = PasteContainer(session.AllShapes(), session.Selected(), text);
     std::vector<ObjectId> pasted;
-    Change(u"Paste", [&] { pasted = document_->Paste(text, container, asArray); });
-    if (!pasted.empty() && document_->Find(pasted.front())) Select(std::move(pasted));
+    session.Change(u"Paste", [&] { pasted = session.Form().Paste(text, container, asArray); });
+    if (!pasted.empty() && session.Form().Find(pasted.front())) session.Select(std::move(pasted));
 }
 
-void DesignerWindow::ShowPages(const ObjectId& id) {
-    auto* sited = dynamic_cast<SitedControl*>(Find(id));
-    if (const auto pages = sited ? sited->Pages() : std::vector<CLSID>(); !pages.empty()) {
-        try {
-            const auto frame = PropertyFrame::Make(Handle(), sited->Title(), sited->Object(), pages, classes_);
-            Log(u"Designer: property pages");
-            frame->Ask(Handle());
-        } catch (...) {
-            reporter_.Error(FailureInFlightText());
-        }
-        CapturePending();
-        return;
-    }
-    const Block* block = document_->Find(id);
-    if (block && SameName(block->className, u"ImageList")) {
-        EditImages();
-        return;
-    }
-    SetFocus(properties_.Handle());
-}
-
-void DesignerWindow::ShowPagesOfSubject(std::size_t subject) {
-    const std::vector<ObjectId>& ids = selection_.All();
-    if (subject < ids.size()) ShowPages(ObjectId(ids[ids.size() - 1 - subject]));
-}
-
-void DesignerWindow::ShowKeys() {
-    questions_.ask(Handle(),
-                   u"Choose a tool in the toolbox and draw the control on the form, or press Enter.\n\n"
-                   u"Click\tselect; with Ctrl or Shift, add or take out\n"
-                   u"Drag\tmove; on a handle, size; on the form, select by a rubber band (in a frame with Ctrl)\n"
-                   u"Alt\tkeeps off the grid\n"
-                   u"Arrows\tmove by the grid; with Ctrl by a pixel; with Shift, size\n"
-                   u"Tab\tselects the next control, Shift+Tab the one before, Escape what holds it\n"
-                   u"Enter\tproperty pages\n"
-                   u"F4\tproperties; F6 goes round the panes\n"
-                   u"Double-click\tproperty pages; on the form's menu bar, the menu editor",
-                   MB_OK | MB_ICONINFORMATION);
-}
-
-// --- Editors.
-
-void DesignerWindow::EditMenus() {
-    CapturePending();
-    MenuEditor editor(document_->File().form);
-    Log(u"Designer: menu editor");
-    if (!editor.Ask(Handle())) return;
-    Change(u"Menus", [&] { WriteMenuLines(document_->File().form, editor.Lines()); });
-}
-
-void DesignerWindow::EditImages() {
-    const ObjectId* primary = selection_.Primary();
-    const Block* block = primary ? document_->Find(*primary) : nullptr;
-    if (!block || !SameName(block->className, u"ImageList")) return;
-    const ObjectId id = *primary;
-    ImageEditor editor(ReadImages(*block), form_->Folder(), [this](HWND owner) {
-        using namespace std::string_literals;
-        const Text chosen = questions_.file(owner, false, form_->Folder() + u'\\',
-                                            u"Pictures\0*.bmp;*.ico;*.gif;*.jpg;*.png\0All files\0*.*\0"s);
-        return chosen.empty() ? chosen : KeepPicture(FullPath(chosen));
-    });
-    if (!editor.Ask(Handle())) return;
-    Change(u"Images", [&] {
-        if (Block* list = document_->Find(id)) WriteImages(*list, editor.Images());
-    });
+void DesignerCommands::ShowKeys() const {
+    parts_.environment.Ask(
+        u"Choose a tool in the toolbox and draw the control on the form, or press Enter.\n\n"
+        u"Click\tselect; with Ctrl or Shift, add or take out\n"
+        u"Drag\tmove; on a handle, size; on the form, select by a rubber band (in a frame with Ctrl)\n"
+        u"Alt\tkeeps off the grid\n"
+        u"Arrows\tmove by the grid; with Ctrl by a pixel; with Shift, size\n"
+        u"Tab\tselects the next control, Shift+Tab the one before, Escape what holds it\n"
+        u"Enter\tproperty pages\n"
+        u"F4\tproperties; F6 goes round the panes\n"
+        u"Double-click\tproperty pages; on the form's menu bar, the menu editor",
+        MB_OK | MB_ICONINFORMATION);
 }
 
 }  // namespace qvx::host::designer

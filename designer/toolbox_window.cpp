@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "common/number_text.h"
+#include "designer/designer_keys.h"
 #include "host/form_font.h"
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
@@ -70,24 +71,24 @@ void DrawGlyph(HDC dc, const Text& className, const Rect& box, COLORREF ink, HFO
 
 }  // namespace
 
-// Enter places what is chosen; Escape goes back to the pointer.
 class ToolboxWindow::ListKeys final : public WindowSubclass {
   public:
     explicit ListKeys(ToolboxWindow& toolbox) : toolbox_(toolbox) {}
 
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
-        if (message == WM_KEYDOWN && wParam == VK_RETURN) {
-            const Text chosen = toolbox_.Armed();
-            if (toolbox_.onPlace) toolbox_.onPlace(chosen);
-            return 0;
-        }
-        if (message == WM_KEYDOWN && wParam == VK_ESCAPE) {
+        const bool down = message == WM_KEYDOWN;
+        const bool typed = message == WM_CHAR;
+        // The character of such a key has the code of the key.
+        const ToolboxAction action = down || typed ? ToolboxActionOf(static_cast<int>(wParam)) : ToolboxAction::none;
+        if (action == ToolboxAction::none) return Default(message, wParam, lParam);
+        if (typed) return 0;
+        if (action == ToolboxAction::disarm) {
             toolbox_.Disarm();
-            return 0;
+        } else if (const Text chosen = toolbox_.Armed(); toolbox_.onPlace) {
+            toolbox_.onPlace(chosen);
         }
-        if (message == WM_CHAR && (wParam == VK_RETURN || wParam == VK_ESCAPE)) return 0;
-        return Default(message, wParam, lParam);
+        return 0;
     }
 
   private:
@@ -151,7 +152,7 @@ int ToolboxWindow::AddPicture(const CLSID& id) {
                                           LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE);
     if (!module) return -1;
     const int side = Scaled(pictureSize, Handle());
-    // The picture is 16 by 15 or so: in the middle of the square, on the colour that stands for nothing.
+    // The picture is about 16 by 15 pixels; it is centred in the square, on its transparent colour.
     const UniqueBitmap bitmap(
         static_cast<HBITMAP>(LoadImageW(module, MAKEINTRESOURCEW(number), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION)));
     FreeLibrary(module);

@@ -28,7 +28,7 @@ class ToolboxWindow final : public Window {
     ~ToolboxWindow() override;
 
     bool Create(HWND parent, const Rect& bounds);
-    // The host's own classes, and those of the component server that has a registered class, or of the loaded file.
+    // Lists the host's own classes, and those of the component server of a registered class, or of the loaded file.
     void Fill(const ClassSource& classes, const Text& registeredClass);
     const std::vector<Tool>& Tools() const { return tools_; }
     // The class to place next; empty for the pointer.
@@ -37,7 +37,7 @@ class ToolboxWindow final : public Window {
     HWND List() const { return list_; }
 
     std::function<void()> onArmed;
-    // Chosen to be placed at once: double-click or Enter.
+    // A double click or Enter places a control of the class at once.
     std::function<void(const Text& className)> onPlace;
 
   protected:

@@ -28,7 +28,7 @@ std::optional<BuiltIn> FindBuiltIn(TextView className) {
     return std::nullopt;
 }
 
-// What scripts see behind the extended control.
+// The members that scripts see beside those of the extended control.
 class BuiltInControl::Members final : public NamedObject {
   public:
     explicit Members(BuiltInControl& control) : control_(&control) {
@@ -86,7 +86,7 @@ class BuiltInControl::Members final : public NamedObject {
         SetDefaultMember(name);
     }
 
-    // What the window is made with; `most` is the largest number that means anything.
+    // A property that the window is made with; `most` is its largest value.
     template <typename Field>
     void AddStyle(const char16_t* name, Field BuiltInControl::*field, long most) {
         AddProperty(name, [this, field, most](const Call& call) {
@@ -298,7 +298,7 @@ void BuiltInControl::RecreateSystemWindow() {
     ApplyFont();
     SetWindowTextW(window_, Wide(text));
     SetWindowPos(window_, above ? above : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    // What a frame holds moves over, the rearmost first: each comes to lie in front of the ones before.
+    // The controls in a frame move over, the rearmost first, since each arrives in front of the ones before.
     std::vector<HWND> held;
     for (HWND child = GetWindow(old, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) held.push_back(child);
     std::for_each(held.rbegin(), held.rend(), [this](HWND child) { SetParent(child, window_); });
@@ -311,7 +311,7 @@ void BuiltInControl::ApplyFont() {
     if (!window_) return;
     SharedFont font = AcquireFont(font_.Value(), Form().FormDpi());
     SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
-    systemFont_ = std::move(font);  // the former one only now: the window has let go of it
+    systemFont_ = std::move(font);  // only now, since the window has used the former one until here
 }
 
 void BuiltInControl::SetColor(OLE_COLOR& color, OLE_COLOR value) {
@@ -325,7 +325,7 @@ HBRUSH BuiltInControl::OnColor(HDC dc) {
     SetBkColor(dc, ResolveColor(backColor_));
     if (kind_ == BuiltIn::label && !opaque_) {
         SetBkMode(dc, TRANSPARENT);
-        // What lies behind is the frame it stands in, or the form.
+        // The background is that of its frame, or of the form.
         const auto* frame = dynamic_cast<const BuiltInControl*>(Container());
         return frame ? frame->brush_.Get() : nullptr;
     }
@@ -334,9 +334,9 @@ HBRUSH BuiltInControl::OnColor(HDC dc) {
 
 void BuiltInControl::Focus(const MSG*) {
     SetFocus(window_);
-    // As the user finds it after Tab: all of the text is selected.
+    // As after Tab, all of the text is selected.
     if (kind_ == BuiltIn::textBox && !multiLine_) SendMessageW(window_, EM_SETSEL, 0, -1);
-    Form().FollowFocus();
+    Form().Keyboard().FollowFocus();
 }
 
 bool BuiltInControl::AcceptsFocus() const {

@@ -57,12 +57,12 @@ class BuiltInControl final : public FormControl {
     class Relay;
 
     void CreateSystemWindow();
-    // The same control in a new system window, for what the system decides when it makes one.
+    // Makes the control's window anew, for styles that the system only reads then.
     void RecreateSystemWindow();
     void ApplyFont();
     void SetColor(OLE_COLOR& color, OLE_COLOR value);
     DWORD StyleBits() const;
-    // A frame without the line that a caption stands in.
+    // A frame without the line that its caption is in.
     bool IsPanel() const { return kind_ == BuiltIn::frame && borderStyle_ != 1; }
 
     BuiltIn kind_;

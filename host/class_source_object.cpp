@@ -13,13 +13,12 @@ namespace qvx::host {
 
 ClassSource::~ClassSource() {
     library_.reset();
-    // The module stays loaded to the end of the process: its objects' last messages may still be on the way.
+    // The module stays loaded to the end of the process, since its objects' last messages may still be on the way.
 }
 
 void ClassSource::UseFile(const Text& path) {
     constexpr int fileNotFound = 53;
-    // First for the length, which includes the closing NUL; the system searches its folders for paths that are not
-    // full.
+    // The first call gives the length with the closing NUL. The system would search its folders for a relative path.
     const DWORD length = GetFullPathNameW(Wide(path), 0, nullptr, nullptr);
     std::vector<wchar_t> buffer(length + std::size_t{1});
     const wchar_t* full = buffer.data();
@@ -124,7 +123,7 @@ ComPtr<IUnknown> ClassSource::CreateById(const CLSID& id) const {
         try {
             return CreateFromFile(id);
         } catch (const ComError&) {
-            // Not one of that file's.
+            // The class is not one of that file's.
         }
     }
     ComPtr<IUnknown> object;

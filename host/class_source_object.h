@@ -24,14 +24,14 @@ class ClassSource {
     // when there is no such file and ComError when it holds no components.
     void UseFile(const Text& path);
 
-    // A new object of the class a form calls "Library.Class". Throws ComError: REGDB_E_CLASSNOTREG when nobody knows
-    // the class.
+    // A new object of the class that a form calls "Library.Class". Throws ComError: REGDB_E_CLASSNOTREG for an unknown
+    // class.
     virtual ComPtr<IUnknown> Create(const Text& className) const;
 
-    // The same by the identifier of a class that need not be in any type library, such as a property page.
+    // The same by its identifier, for a class that need not be in any type library, such as a property page.
     ComPtr<IUnknown> CreateById(const CLSID& id) const;
 
-    // What can be made of a library: the loaded file's, or the one a registered class belongs to.
+    // A class that can be created from a library: the loaded file's, or that of a registered class.
     struct Known {
         Text className;    // "Library.Class"
         Text description;  // the library's help string, or empty

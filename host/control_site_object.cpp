@@ -12,7 +12,7 @@ namespace qvx::host {
 
 namespace {
 
-// The form's window as the frame of whatever is active in it. It offers no room for tool bars.
+// The form's window as the frame of the active control. It offers no room for tool bars.
 class Frame final : public ComObject<IOleInPlaceFrame> {
   public:
     explicit Frame(HWND window) : window_(window) {}
@@ -30,16 +30,16 @@ class Frame final : public ComObject<IOleInPlaceFrame> {
         *window = window_;
         return S_OK;
     }
-    // No mode of asking for help by a click: forms have tool tips. The answer for a frame without that mode.
+    // The answer of a frame without a mode of asking for help by a click. Forms have tool tips instead.
     STDMETHODIMP ContextSensitiveHelp(WINBOOL) override { return E_NOTIMPL; }
     STDMETHODIMP GetBorder(LPRECT) override { return INPLACE_E_NOTOOLSPACE; }
     STDMETHODIMP RequestBorderSpace(LPCBORDERWIDTHS) override { return INPLACE_E_NOTOOLSPACE; }
     STDMETHODIMP SetBorderSpace(LPCBORDERWIDTHS) override { return S_OK; }
     STDMETHODIMP SetActiveObject(IOleInPlaceActiveObject*, LPCOLESTR) override { return S_OK; }
-    // A form's menu is its own: controls put nothing into it, and this is how a frame says so.
+    // This answer says that controls put nothing into the form's menu.
     STDMETHODIMP InsertMenus(HMENU, LPOLEMENUGROUPWIDTHS) override { return E_NOTIMPL; }
     STDMETHODIMP SetMenu(HMENU, HOLEMENU, HWND) override { return S_OK; }
-    // None were put in, so there are none to take out.
+    // Controls have put no menus in, so that there are none to remove.
     STDMETHODIMP RemoveMenus(HMENU) override { return E_NOTIMPL; }
     STDMETHODIMP SetStatusText(LPCOLESTR) override { return S_OK; }
     STDMETHODIMP EnableModeless(WINBOOL) override { return S_OK; }
@@ -105,7 +105,7 @@ STDMETHODIMP SitedControl::Site::OnPosRectChange(LPCRECT position) {
         const RECT present = control_->PixelBounds();
         TwipsRect bounds = control_->Bounds();
         const Dpi dpi = form_->FormDpi();
-        // What is the same in pixels keeps its twips, of which a pixel holds several.
+        // A position that is the same in pixels keeps its twips, since a pixel has several.
         const auto take = [](int& twips, LONG before, LONG now, int dots) {
             if (now != before) twips = PixelsToTwips(static_cast<int>(now), dots);
         };
@@ -152,13 +152,13 @@ STDMETHODIMP SitedControl::Site::TranslateAccelerator(MSG* message, DWORD modifi
         if (!message) return E_POINTER;
         MSG copy = *message;
         // The bits are those of key events.
-        return form_ && form_->HandleKey(copy, static_cast<int>(modifiers)) ? S_OK : S_FALSE;
+        return form_ && form_->Keyboard().HandleKey(copy, static_cast<int>(modifiers)) ? S_OK : S_FALSE;
     });
 }
 
 STDMETHODIMP SitedControl::Site::OnFocus(WINBOOL gotFocus) {
     return Guard([&] {
-        if (form_ && gotFocus) form_->FollowFocus();
+        if (form_ && gotFocus) form_->Keyboard().FollowFocus();
     });
 }
 

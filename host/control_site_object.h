@@ -1,4 +1,4 @@
-// The site of a control: what the control reaches its form through.
+// The site of a control, through which the control reaches its form.
 #pragma once
 
 #include <windows.h>
@@ -26,7 +26,7 @@ namespace qvx::host {
 class SitedControl::Site final : public ComObject<IOleClientSite, IOleInPlaceSiteEx, IOleControlSite, UntypedDispatch> {
   public:
     Site(SitedControl& control, HostForm& form) : control_(&control), form_(&form) {}
-    // The control leaves the form; what it still asks of the site is answered by a failure.
+    // The control leaves the form. From then on, its calls of the site fail.
     void Forget() {
         control_ = nullptr;
         form_ = nullptr;
@@ -57,7 +57,7 @@ class SitedControl::Site final : public ComObject<IOleClientSite, IOleInPlaceSit
     STDMETHODIMP OnInPlaceDeactivate() override { return S_OK; }
     // The form keeps no undo of its own: there is nothing to discard, and nothing it could undo.
     STDMETHODIMP DiscardUndoState() override { return S_OK; }
-    // With no undo of the form's to go back to, what is left of it is that the control gives the input up.
+    // The form has no undo to go back to, so that the control merely gives up the input.
     STDMETHODIMP DeactivateAndUndo() override;
     STDMETHODIMP OnPosRectChange(LPCRECT position) override;
     // IOleInPlaceSiteEx

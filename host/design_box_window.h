@@ -1,4 +1,4 @@
-// What stands on a form under design for something that has no window of its own: a box with a word in it.
+// A box with a word in it, which a form under design shows for a control without a window.
 #pragma once
 
 #include "host/form_control.h"
@@ -8,7 +8,7 @@ namespace qvx::host {
 
 class DesignBox final : public Window {
   public:
-    // `broken` is the look of what cannot be shown.
+    // `broken` is the look of a control that cannot be shown.
     bool Open(HWND parent, const RECT& bounds, Text word, bool broken);
     ~DesignBox() override { Destroy(); }
 
@@ -22,7 +22,7 @@ class DesignBox final : public Window {
     bool broken_ = false;
 };
 
-// A control that cannot be created or loaded: its block is kept as it is, apart from where it stands.
+// A control that cannot be created or loaded. Its block is kept as it is, apart from its position.
 class BrokenControl final : public FormControl {
   public:
     BrokenControl(HostForm& form, const Block& block, FormControl* container, Text reason);

@@ -55,7 +55,7 @@ IDispatch* FormControl::Extended() const { return extended_.get(); }
 
 RECT FormControl::PixelBounds() const {
     const Dpi dpi = form_.FormDpi();
-    // Edges are converted, not sizes: what meets in twips then meets in pixels.
+    // Edges are converted rather than sizes, so that edges that meet in twips also meet in pixels.
     return {TwipsToPixels(bounds_.left, dpi.x), TwipsToPixels(bounds_.top, dpi.y),
             TwipsToPixels(bounds_.left + bounds_.width, dpi.x), TwipsToPixels(bounds_.top + bounds_.height, dpi.y)};
 }
@@ -73,7 +73,7 @@ void FormControl::Move(const TwipsRect& bounds) {
 void FormControl::FollowResolution() {
     const TwipsRect before = bounds_;
     ApplyBounds(PixelBounds());
-    // The size that a control takes by itself at a resolution is nobody's change.
+    // The size that a control chooses itself at a resolution is no change to save.
     if (bounds_.width != before.width) loaded_.Add(u"Width", std::int32_t{bounds_.width});
     if (bounds_.height != before.height) loaded_.Add(u"Height", std::int32_t{bounds_.height});
 }
@@ -157,7 +157,7 @@ bool FormControl::FollowBlock(const Block& block) {
     loaded_.Add(u"TabIndex", std::int32_t{tabIndex_});
     if (bounds == bounds_) return true;
     Move(bounds);
-    // Another size than one that is said is a change of the control's.
+    // A size other than the form's is a change that the control makes.
     const TwipsRect& said = SaysSize() ? bounds : bounds_;
     loaded_.Add(u"Left", std::int32_t{bounds.left});
     loaded_.Add(u"Top", std::int32_t{bounds.top});
@@ -192,7 +192,7 @@ ExtendedControl::ExtendedControl(FormControl& control) : NamedObject(firstExtend
             RequireDesigner().SetIndex(Control(), none ? -1 : static_cast<int>(call.LongValue()));
             return Variant();
         }
-        // A property list shows an empty field for what is no element.
+        // A property list shows an empty field for a control that is no element.
         if (Control().Index() < 0 && Control().Form().Designer()) return Variant(u"");
         if (Control().Index() < 0) throw RunTimeError(343, u"Object not an array");
         return Variant(Control().Index());
@@ -249,7 +249,7 @@ ExtendedControl::ExtendedControl(FormControl& control) : NamedObject(firstExtend
         Control().Focus(nullptr);
         return Variant();
     });
-    // Position 0 is in front, anything else behind.
+    // Position 0 is the front, any other the back.
     AddMethod(u"ZOrder", [this](const Call& call) {
         const bool front = !call.Has(0) || call.Long(0) == 0;
         if (const HWND window = Control().Window()) {
@@ -300,7 +300,7 @@ HRESULT ExtendedControl::FindOther(LPOLESTR name, DISPID* id) {
     const ComPtr<IDispatch> inner = Control().Inner();
     if (!inner) return DISP_E_UNKNOWNNAME;
     const HRESULT found = inner->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, id);
-    // An identifier of the inner object that looks like one of ours could not be told apart.
+    // An identifier of the inner object that looks like one of ours would be ambiguous.
     return SUCCEEDED(found) && *id >= firstExtendedMember ? DISP_E_UNKNOWNNAME : found;
 }
 

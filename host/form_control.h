@@ -20,11 +20,11 @@ class DesignHost;
 class HostForm;
 class ExtendedControl;
 
-// A control is known to the blocks of its form by container, name and index alone: under design the blocks are replaced
-// as a whole by every step back, so that nobody keeps one.
+// A control is known to the blocks of its form by container, name and index alone. It keeps no pointer to its block,
+// since under design every undo replaces all blocks.
 class FormControl {
   public:
-    // `container` is the control this one stands in (a frame), or null for the form itself. Both outlive the control.
+    // `container` is the control that this one is in (a frame), or null for the form itself. Both outlive the control.
     FormControl(HostForm& form, const Block& block, FormControl* container);
     FormControl(const FormControl&) = delete;
     FormControl& operator=(const FormControl&) = delete;
@@ -40,7 +40,7 @@ class FormControl {
     Block* BlockAmong(const std::vector<Block*>& objects) const;
     // The Index of an element of a control array, or -1.
     int Index() const { return index_; }
-    // What the name and the index are to the user: "txtField" or "txtField(2)".
+    // Name and index as the user sees them: "txtField" or "txtField(2)".
     Text Title() const;
     IDispatch* Extended() const;
 
@@ -58,7 +58,7 @@ class FormControl {
     void SetTag(Text tag) { tag_ = std::move(tag); }
     const Text& ToolTip() const { return toolTip_; }
     void SetToolTip(Text text);
-    // The buttons that Enter and Escape mean when the active control leaves these keys alone.
+    // The buttons that Enter and Escape press when the active control does not use these keys.
     bool IsDefault() const { return default_; }
     bool IsCancel() const { return cancel_; }
     void SetDefault(bool isDefault) { default_ = isDefault; }
@@ -72,24 +72,24 @@ class FormControl {
     void SaveToBlock(Block& block, const SavedProperties& saved, MergeMode mode) const;
 
     // --- Under design.
-    // What its block says of it apart from where it stands and when Tab visits it.
+    // All of a block but the position and the tab index.
     static Text LookOf(const Block& block);
-    // Whether the control is the one that a block describes: then only FollowBlock is needed.
+    // Whether the control is the one that a block describes, so that FollowBlock is all it needs.
     bool Shows(const Block& block) const;
     // The block is what the control shows, from now on.
     void RememberBlock(const Block& block);
-    // Takes position and tab index from the block, which has been found by Shows. False when the control has kept to
-    // another place than the block says.
+    // Takes position and tab index from a block for which Shows is true. False when the control keeps another place
+    // than the block says.
     bool FollowBlock(const Block& block);
-    // Whether the form says how large it is. What it does not say is the control's own matter.
+    // Whether the form file gives its size. If not, the control chooses it.
     bool SaysSize() const { return saysSize_; }
-    // Tells the designer, if there is one.
+    // Notifies the designer, if there is one.
     void NoteChange();
 
     // The window of the control, or null for one that has none. Children of a container are children of this window.
     virtual HWND Window() const = 0;
     virtual void Focus(const MSG* message) = 0;
-    // Whether the keyboard finds it: it and all it stands in are visible and enabled.
+    // Whether the keyboard finds it: it and its containers are visible and enabled.
     bool Reachable() const;
     // Whether it can take the focus, now.
     bool CanFocus() const { return Reachable() && AcceptsFocus(); }
@@ -111,7 +111,7 @@ class FormControl {
     virtual bool IsButton() const { return false; }
     // Focus leaves the control for another one of the form.
     virtual void OnLeft() {}
-    // The form is of another resolution.
+    // The form has another resolution.
     virtual void FollowResolution();
     // The form's font or colours have changed.
     virtual void OnAmbientChanged(DISPID) {}
@@ -153,7 +153,7 @@ class FormControl {
     bool default_;
     bool cancel_;
     SavedProperties loaded_;
-    // What the block was when it was last the same as the control.
+    // The block when control and block were last the same.
     Text look_;
 };
 
@@ -174,7 +174,7 @@ class ExtendedControl final : public NamedObject {
   private:
     ~ExtendedControl() override = default;
     FormControl& Control() const;
-    // Throws RunTimeError 382 where nobody designs the form.
+    // Throws RunTimeError 382 when the form is not under design.
     DesignHost& RequireDesigner() const;
     void AddPosition(const char16_t* name, int TwipsRect::*field);
     // The control; error 438 where it is no button.

@@ -87,7 +87,7 @@ class Parser {
         ++at_;
     }
 
-    // Reads up to and including the line that closes `block`, which stands `depth` blocks deep.
+    // Reads up to and including the line that closes `block`, which is `depth` blocks deep.
     void ReadBody(Block& block, int depth) {
         for (; at_ < lines_.size(); ++at_) {
             if (lines_[at_].text.size() > limits::lineLength) throw FormFileError(Number(), u"the line is too long");
@@ -182,7 +182,7 @@ Text IndentOf(TextView line) {
     return Text(line.substr(0, end));
 }
 
-// The values of Index that each name is used with; -1 is an object that is no element of an array.
+// The values of Index that each name is used with; -1 for an object that is no element of an array.
 using UsedNames = std::map<Text, std::set<int>>;
 
 void CheckNamesIn(const Block& block, UsedNames& used) {
@@ -296,12 +296,12 @@ std::size_t Block::InsertPosition() const {
 void Block::Set(TextView wanted, const FormValue& value) {
     const Entry* found = FindProperty(wanted);
     if (found && found->value == value) return;
-    // A colour stays a colour: hexadecimal where the line was, and by name where there is none yet.
+    // A colour stays hexadecimal when its line was, and is so by its name when there is no line yet.
     bool asHex = wanted.find(u"Color") != TextView::npos;
     if (found) asHex = found->source.substr(0, 2) == u"&H" || found->source.substr(0, 2) == u"&h";
     Text source = FormatValue(value, asHex);
     if (std::holds_alternative<bool>(value)) {
-        // FormatValue brings the remark along; it is part of the line, not of the value as written.
+        // FormatValue adds the remark, which is part of the line and not of the value as written.
         const std::size_t quote = source.find(u'\'');
         const Text remark = source.substr(quote);
         source.resize(quote);

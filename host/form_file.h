@@ -10,8 +10,8 @@
 //        End
 //     End
 //
-// Every line is kept as it was read: what nobody changes is written back byte for byte, with its remarks, order,
-// spacing and line ends. Lines above the form's "Begin" and below its "End" are kept without being looked at.
+// Every line is kept as it was read. What is not changed is written back byte for byte, with its remarks, order,
+// spacing and line ends. Lines above the form's "Begin" and below its "End" are kept unread.
 #pragma once
 
 #include <exception>
@@ -32,7 +32,7 @@ constexpr std::size_t lineLength = 1u << 20;  // UTF-16 units
 constexpr int nesting = 64;                   // blocks within blocks
 }  // namespace limits
 
-// What is wrong with a form file and where. Lines count from 1; 0 stands for the file as a whole.
+// What is wrong with a form file, and where. Lines count from 1; 0 is the file as a whole.
 class FormFileError : public std::exception {
   public:
     FormFileError(int line, Text message) : line_(line), message_(std::move(message)) {}
@@ -91,12 +91,12 @@ class Block {
     std::vector<const Block*> Objects() const;
     std::vector<Block*> Objects();
 
-    // Changes a property's line in place, or adds one behind the block's last property. A line whose value is already
-    // that one is left alone. Throws RunTimeError 380 for a name or a value that a line cannot hold.
+    // Changes a property's line in place, or adds one after the block's last property. A line that has the value
+    // already is left alone. Throws RunTimeError 380 for a name or a value that a line cannot hold.
     void Set(TextView name, const FormValue& value);
     // The same for a value in a form that this reader does not know, such as a shortcut key.
     void SetSource(TextView name, TextView source);
-    // The property group of that name, added behind the last property when it is missing. `classId` may be empty.
+    // The property group of that name, added after the last property when it is missing. `classId` may be empty.
     Block& Group(TextView name, TextView classId);
     // Removes the property or property group of that name; false when there is none.
     bool Remove(TextView name);

@@ -8,7 +8,7 @@
 
 namespace qvx::host {
 
-// The class identifier that stands behind "BeginProperty Font".
+// The class identifier after "BeginProperty Font".
 constexpr TextView fontClassId = u"{0BE35203-8F91-11CE-9DE3-00AA004BB851}";
 
 // The font of a form whose file names none.

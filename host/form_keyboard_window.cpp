@@ -1,7 +1,7 @@
-// Keyboard and focus of a form.
+#include "host/form_keyboard_window.h"
+
 #include "common/keys.h"
 #include "host/form_window.h"
-#include "host/tab_order.h"
 
 namespace qvx::host {
 
@@ -12,58 +12,71 @@ bool IsMouseMessage(UINT message) { return message >= WM_MOUSEFIRST && message <
 
 }  // namespace
 
-FormControl* HostForm::ControlOf(HWND window) const {
-    for (; window && window != Handle(); window = GetParent(window)) {
-        for (const auto& control : controls_) {
-            if (control->Window() == window) return control.get();
-        }
-    }
-    return nullptr;
-}
+// --- Focus.
 
-void HostForm::FollowFocus() {
-    if (!Handle() || options_.design) return;
+void FormKeyboard::FollowFocus() {
+    if (!form_.Handle() || form_.DesignMode()) return;
     const HWND focus = GetFocus();
-    if (!focus || !IsChild(Handle(), focus)) return;  // elsewhere: the form keeps its active control
-    FormControl* now = ControlOf(focus);
+    // While the focus is elsewhere, the form keeps its active control.
+    if (!focus || !IsChild(form_.Handle(), focus)) return;
+    FormControl* now = form_.ControlOf(focus);
     if (!now || now == active_) return;
     FormControl* before = active_;
     active_ = now;
     if (before) {
         before->OnLeft();
-        Fire(*before, u"LostFocus", {});
+        form_.Fire(*before, u"LostFocus", {});
     }
     // The handler may have moved the focus on, or closed the form.
-    if (active_ == now && Handle()) Fire(*now, u"GotFocus", {});
+    if (active_ == now && form_.Handle()) form_.Fire(*now, u"GotFocus", {});
 }
 
-bool HostForm::TranslateKey(MSG& message) {
-    const bool inside = message.hwnd == Handle() || IsChild(Handle(), message.hwnd);
+void FormKeyboard::FocusActive() const {
+    if (active_ && active_->CanFocus()) active_->Focus(nullptr);
+}
+
+void FormKeyboard::FocusFirst() {
+    if (!active_) FocusNext(true, nullptr);
+}
+
+void FormKeyboard::FinishInput() const {
+    if (active_) active_->OnLeft();
+}
+
+void FormKeyboard::Forget(const FormControl& control) {
+    if (active_ == &control) active_ = nullptr;
+}
+
+// --- Keys.
+
+bool FormKeyboard::TranslateKey(MSG& message) {
+    const HWND window = form_.Handle();
+    const bool inside = message.hwnd == window || IsChild(window, message.hwnd);
     if (!inside) return false;
-    if (options_.design) {
+    if (form_.DesignMode()) {
         // Controls under design are looked at, not used.
         const bool input = IsKeyMessage(message.message) || IsMouseMessage(message.message);
-        if (input && message.hwnd != Handle()) {
+        if (input && message.hwnd != window) {
             if (IsMouseMessage(message.message)) return true;
-            message.hwnd = Handle();
+            message.hwnd = window;
         }
         return IsKeyMessage(message.message) && HandleKey(message, ShiftState());
     }
     if (!IsKeyMessage(message.message)) return false;
-    FormControl* focused = ControlOf(GetFocus());
+    FormControl* focused = form_.ControlOf(GetFocus());
     if (focused && focused->TranslateKey(message)) return true;
     return HandleKey(message, ShiftState());
 }
 
-bool HostForm::HandleKey(MSG& message, int shift) {
+bool FormKeyboard::HandleKey(MSG& message, int shift) {
     if (message.message == WM_SYSCHAR) return PressAccessKey(message);
     if (message.message != WM_KEYDOWN && message.message != WM_SYSKEYDOWN) return false;
     const int key = static_cast<int>(message.wParam);
-    if (const MenuItem* item = menus_.FindShortcut({key, shift})) {
-        SendMessageW(Handle(), WM_COMMAND, item->id, 0);
+    if (const MenuItem* item = form_.Menus().FindShortcut({key, shift})) {
+        SendMessageW(form_.Handle(), WM_COMMAND, item->id, 0);
         return true;
     }
-    if (options_.design || message.message != WM_KEYDOWN) return false;
+    if (form_.DesignMode() || message.message != WM_KEYDOWN) return false;
     if (key == keys::tab && (shift & ~keys::shiftMask) == 0) {
         FocusNext((shift & keys::shiftMask) == 0, &message);
         return true;
@@ -72,68 +85,68 @@ bool HostForm::HandleKey(MSG& message, int shift) {
     return false;
 }
 
-std::vector<TabStop> HostForm::TabStops() const {
+std::vector<TabStop> FormKeyboard::TabStops() const {
     std::vector<TabStop> stops;
-    for (const auto& control : controls_) {
+    for (const auto& control : form_.Controls()) {
         stops.push_back({control->TabIndex(), control->HasTabStop() && control->CanFocus()});
     }
     return stops;
 }
 
-void HostForm::FocusNext(bool forward, const MSG* message) {
-    std::optional<std::size_t> from;
-    const FormControl* focused = ControlOf(GetFocus());
-    for (std::size_t i = 0; i < controls_.size(); ++i) {
-        if (focused == controls_[i].get()) from = i;
+std::optional<std::size_t> FormKeyboard::PositionOf(const FormControl* control) const {
+    const auto& controls = form_.Controls();
+    for (std::size_t i = 0; i < controls.size(); ++i) {
+        if (controls[i].get() == control) return i;
     }
-    if (const auto next = NextTabStop(TabStops(), from, forward)) controls_[*next]->Focus(message);
+    return std::nullopt;
 }
 
-bool HostForm::PressAccessKey(MSG& message) {
-    if (options_.design) return false;
+void FormKeyboard::FocusNext(bool forward, const MSG* message) {
+    const auto from = PositionOf(form_.ControlOf(GetFocus()));
+    if (const auto next = NextTabStop(TabStops(), from, forward)) form_.Controls()[*next]->Focus(message);
+}
+
+bool FormKeyboard::PressAccessKey(MSG& message) {
+    if (form_.DesignMode()) return false;
     std::vector<AccessStop> stops;
-    std::optional<std::size_t> from;
-    const auto pressed = static_cast<char16_t>(message.wParam);
-    const FormControl* focused = ControlOf(GetFocus());
-    for (std::size_t i = 0; i < controls_.size(); ++i) {
-        const FormControl& control = *controls_[i];
-        const std::vector<char16_t> keys = control.AccessKeys();
-        stops.push_back({control.TabIndex(), Text(keys.begin(), keys.end()), control.Reachable()});
-        if (focused == &control) from = i;
+    for (const auto& control : form_.Controls()) {
+        const std::vector<char16_t> keys = control->AccessKeys();
+        stops.push_back({control->TabIndex(), Text(keys.begin(), keys.end()), control->Reachable()});
     }
-    const auto found = FindAccessKey(stops, pressed, from);
+    const auto from = PositionOf(form_.ControlOf(GetFocus()));
+    const auto found = FindAccessKey(stops, static_cast<char16_t>(message.wParam), from);
     if (!found) return false;
-    FormControl& control = *controls_[*found];
+    FormControl& control = *form_.Controls()[*found];
     if (control.CanFocus()) {
         control.Focus(nullptr);
         control.OnAccessKey(message);
         return true;
     }
-    // The key of a label is meant for the field behind it.
+    // The access key of a label is that of the field after it.
     if (const auto next = NextTabStop(TabStops(), *found, true)) {
-        controls_[*next]->Focus(&message);
+        form_.Controls()[*next]->Focus(&message);
     } else {
         control.OnAccessKey(message);
     }
     return true;
 }
 
-bool HostForm::PressDefaultOrCancel(MSG& message) {
+bool FormKeyboard::PressDefaultOrCancel(MSG& message) {
     const bool enter = static_cast<int>(message.wParam) == keys::enter;
-    FormControl* focused = ControlOf(GetFocus());
+    FormControl* focused = form_.ControlOf(GetFocus());
     if (enter && focused && focused->TakesReturn()) return false;
-    // A button that has the focus is what Enter means, whichever is the form's default.
+    // Enter presses a button that has the focus, whichever is the form's default.
     if (enter && focused && focused->IsButton()) {
         focused->OnAccessKey(message);
         return true;
     }
-    for (const auto& control : controls_) {
+    for (const auto& control : form_.Controls()) {
         const bool meant = enter ? control->IsDefault() : control->IsCancel();
         if (!meant || !control->Reachable()) continue;
         control->OnAccessKey(message);
         return true;
     }
-    // Without such a button Enter would only make a single-line text box sound the beep.
+    // Without such a button, Enter would only make a single-line text box beep.
     return enter && focused && focused->IgnoresReturn();
 }
 

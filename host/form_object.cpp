@@ -27,16 +27,15 @@ FormObject::FormObject(HostForm& form) : form_(&form), controls_(MakeControls(fo
     AddReadOnly(u"Controls",
                 [this](const Call& call) { return call.Has(0) ? ControlOf(Form(), call) : Variant(controls_.get()); });
     AddReadOnly(u"ActiveControl", [this](const Call&) {
-        Form().FollowFocus();
-        const FormControl* active = Form().Active();
+        Form().Keyboard().FollowFocus();
+        const FormControl* active = Form().Keyboard().Active();
         return Variant(active ? active->Extended() : nullptr);
     });
     AddProperty(u"Tag", [this](const Call& call) {
         if (call.put) {
             Form().SetTag(call.StringValue());
-            Form().NoteChange(nullptr);
         }
-        return Variant(Form().Tag());
+        return Variant(Form().Look().tag);
     });
     AddWindowMembers();
     AddLookMembers();
@@ -60,9 +59,10 @@ void FormObject::AddWindowMembers() {
                                            : PixelsToTwips(whole.bottom - whole.top - client.Height(), dpi.y);
             if (call.put) {
                 const int size = static_cast<int>(call.LongValue()) - frame;
-                form.SetClientSize(horizontal ? size : form.ClientWidth(), horizontal ? form.ClientHeight() : size);
+                form.SetClientSize(horizontal ? size : form.Look().clientWidth,
+                                   horizontal ? form.Look().clientHeight : size);
             }
-            return Variant((horizontal ? form.ClientWidth() : form.ClientHeight()) + frame);
+            return Variant((horizontal ? form.Look().clientWidth : form.Look().clientHeight) + frame);
         });
     };
     addSize(u"Width", true, false);
@@ -70,19 +70,19 @@ void FormObject::AddWindowMembers() {
     addSize(u"ScaleWidth", true, true);
     addSize(u"ScaleHeight", false, true);
     AddProperty(u"Visible", [this](const Call& call) {
-        if (call.put) ShowWindow(RunningForm().Handle(), call.BoolValue() ? SW_SHOW : SW_HIDE);
+        if (call.put) ShowWindow(AtWork().Handle(), call.BoolValue() ? SW_SHOW : SW_HIDE);
         return Variant(Form().Designer() || IsWindowVisible(Form().Handle()) != FALSE);
     });
     AddProperty(u"Enabled", [this](const Call& call) {
-        if (call.put) EnableWindow(RunningForm().Handle(), call.BoolValue());
+        if (call.put) EnableWindow(AtWork().Handle(), call.BoolValue());
         return Variant(IsWindowEnabled(Form().Handle()) != FALSE);
     });
     AddMethod(u"Show", [this](const Call&) {
-        ShowWindow(RunningForm().Handle(), SW_SHOW);
+        ShowWindow(AtWork().Handle(), SW_SHOW);
         return Variant();
     });
     AddMethod(u"Hide", [this](const Call&) {
-        ShowWindow(RunningForm().Handle(), SW_HIDE);
+        ShowWindow(AtWork().Handle(), SW_HIDE);
         return Variant();
     });
     AddMethod(u"Refresh", [this](const Call&) {
@@ -90,7 +90,7 @@ void FormObject::AddWindowMembers() {
         return Variant();
     });
     const auto close = [this](const Call&) {
-        RunningForm().AskToClose();
+        AtWork().AskToClose(0);
         return Variant();
     };
     AddMethod(u"Close", close);
@@ -100,7 +100,7 @@ void FormObject::AddWindowMembers() {
 void FormObject::AddLookMembers() {
     AddProperty(u"Caption", [this](const Call& call) {
         if (call.put) Form().SetCaption(call.StringValue());
-        return Variant(Form().Caption());
+        return Variant(Form().Look().caption);
     });
     AddProperty(u"BackColor", [this](const Call& call) {
         if (call.put) Form().SetBackColor(static_cast<OLE_COLOR>(call.LongValue()));
@@ -125,23 +125,23 @@ void FormObject::AddFrameMembers() {
     AddProperty(u"BorderStyle", [this](const Call& call) {
         if (call.put) {
             RequireDesigner();
-            Form().SetFrame(static_cast<int>(call.LongValue()), Form().MinButton(), Form().MaxButton());
+            Form().SetFrame(static_cast<int>(call.LongValue()), Form().Look().minButton, Form().Look().maxButton);
         }
-        return Variant(Form().BorderStyle());
+        return Variant(Form().Look().borderStyle);
     });
     AddProperty(u"MinButton", [this](const Call& call) {
         if (call.put) {
             RequireDesigner();
-            Form().SetFrame(Form().BorderStyle(), call.BoolValue(), Form().MaxButton());
+            Form().SetFrame(Form().Look().borderStyle, call.BoolValue(), Form().Look().maxButton);
         }
-        return Variant(Form().MinButton());
+        return Variant(Form().Look().minButton);
     });
     AddProperty(u"MaxButton", [this](const Call& call) {
         if (call.put) {
             RequireDesigner();
-            Form().SetFrame(Form().BorderStyle(), Form().MinButton(), call.BoolValue());
+            Form().SetFrame(Form().Look().borderStyle, Form().Look().minButton, call.BoolValue());
         }
-        return Variant(Form().MaxButton());
+        return Variant(Form().Look().maxButton);
     });
 }
 
@@ -151,7 +151,7 @@ DesignHost& FormObject::RequireDesigner() const {
     return *designer;
 }
 
-HostForm& FormObject::RunningForm() const {
+HostForm& FormObject::AtWork() const {
     if (Form().Designer()) throw RunTimeError(errors::setNotPermitted, u"Set not permitted");
     return Form();
 }
@@ -172,7 +172,7 @@ STDMETHODIMP FormObject::QueryInterface(REFIID iid, void** object) {
 
 STDMETHODIMP FormObject::ParseDisplayName(IBindCtx*, LPOLESTR, ULONG*, IMoniker** moniker) {
     if (moniker) *moniker = nullptr;
-    // The answer of containers that offer no links: nothing on a form is named for that.
+    // The answer of containers that offer no links, since no part of a form can be linked to.
     return E_NOTIMPL;
 }
 
@@ -219,7 +219,7 @@ HRESULT FormObject::InvokeOther(DISPID member, LCID locale, WORD flags, DISPPARA
         break;
     }
     if (!object) return DISP_E_MEMBERNOTFOUND;
-    // frm.txtField(2): the argument is the element's.
+    // In frm.txtField(2), the argument selects the element.
     if (parameters->cArgs > 0) {
         return object->Invoke(DISPID_VALUE, IID_NULL, locale, flags, parameters, result, exception, argumentInError);
     }

@@ -32,12 +32,12 @@ class FormObject final : public NamedObject, public IOleContainer {
   private:
     ~FormObject() override = default;
     HostForm& Form() const;
-    // For what a form under design does not do. Throws RunTimeError 387 there.
-    HostForm& RunningForm() const;
+    // The form, for what one under design does not do. Throws RunTimeError 387 there.
+    HostForm& AtWork() const;
     void AddWindowMembers();
     void AddLookMembers();
     void AddFrameMembers();
-    // Throws RunTimeError 382 where nobody designs the form.
+    // Throws RunTimeError 382 when the form is not under design.
     DesignHost& RequireDesigner() const;
 
     HostForm* form_;

@@ -6,8 +6,8 @@
 
 namespace qvx::host {
 
-// An object that belongs to a form, and may outlive it in a script's variable: it reaches the form through the form's
-// own object, which knows.
+// An object that belongs to a form. It may outlive the form in a script's variable; reaching the form then throws
+// RunTimeError 91.
 class FormPart : public NamedObject {
   protected:
     explicit FormPart(HostForm& form) : form_(&form), watch_(form.Watch()) {}
@@ -25,7 +25,7 @@ class FormPart : public NamedObject {
 // Everything on the form that scripts can reach: its controls, then its menus.
 struct NamedPart {
     Text name;
-    int index;  // -1 for what is no element of an array
+    int index;  // -1 for a part that is no element of an array
     ComPtr<IDispatch> object;
 };
 

@@ -23,13 +23,13 @@ class FormPictures {
   public:
     // The picture in the file that a form in `folder` calls `file`. Throws as LoadPictureFile.
     ComPtr<IPictureDisp> Load(const Text& folder, const Text& file);
-    // From now on the picture counts as that file's.
+    // From now on, the picture is known to come from that file.
     void Remember(IUnknown* picture, const Text& file);
     // The file as the form names it; null for an object that came from none.
     const Text* FileOf(IUnknown* object) const;
 
   private:
-    // Each is held, so that no other object gets its address.
+    // Each object is held, so that no other one gets its address.
     std::map<IUnknown*, std::pair<ComPtr<IUnknown>, Text>> files_;
     struct Loaded {
         WIN32_FILE_ATTRIBUTE_DATA file;  // as it was when it was read; all zero where that is not known

@@ -21,7 +21,7 @@ std::optional<std::string> TryReadFileBytes(const Text& path) {
     std::string bytes;
     std::vector<char> buffer(65536);
     DWORD count = 0;
-    // Beyond the limit of a form the rest does not matter: the parser refuses the file for its size.
+    // The rest of a file beyond the limit does not matter, since the parser refuses it for its size.
     while (bytes.size() <= limits::fileBytes &&
            ReadFile(handle, buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr) && count) {
         bytes.append(buffer.data(), count);
@@ -36,7 +36,7 @@ std::string ReadFileBytes(const Text& path) {
 }
 
 void ReplaceFileBytes(const Text& path, const std::string& bytes) {
-    // A file that must not be changed is not replaced either, whatever its folder would allow.
+    // A read-only file is not replaced either, although its folder would allow it.
     const DWORD attributes = GetFileAttributesW(Wide(path));
     bool written = attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_READONLY);
     if (written) {

@@ -13,7 +13,7 @@ namespace qvx::host {
 
 namespace {
 
-// Every letter of the basic plane counts; halves of a surrogate pair do not, since a file may not hold one alone.
+// Every letter of the basic plane is allowed, but no half of a surrogate pair, since a file may not hold one alone.
 constexpr bool IsLetter(char16_t c) {
     if (c >= 0xA0) return (c < 0xD800 || c > 0xDFFF) && c != 0xFEFF;
     return IsAsciiLetter(c);
@@ -60,7 +60,7 @@ std::optional<FormValue> ReadNumber(TextView text) {
     return std::nullopt;
 }
 
-// Reads `"..." & Chr(13) & ...` from the start of `text`; `length` receives how much of it was taken.
+// Reads `"..." & Chr(13) & ...` from the start of `text`; `length` receives the length of what was read.
 std::optional<Text> ReadText(TextView text, std::size_t& length) {
     Text value;
     std::size_t i = 0;

@@ -33,8 +33,8 @@ struct ValueLine {
     TextView remark;                 // from the ' on, or empty
 };
 
-// Reads what stands behind the "=" of a property line. `malformed` tells a broken value (an open quote, "12x") from a
-// form of value that is merely unknown here, such as a shortcut key ^S.
+// Reads what follows the "=" of a property line. `malformed` is set for a broken value (an open quote, "12x"), and not
+// for a form of value that is merely unknown here, such as a shortcut key ^S.
 ValueLine ParseValue(TextView rest, bool& malformed);
 
 // The value in the file's form, with the remark that a Boolean needs. `asHex` writes a whole number as &H0012AB34&,

@@ -12,17 +12,17 @@ namespace {
 
 class HostObject final : public FormPart {
   public:
-    HostObject(HostForm& form, const Options& options) : FormPart(form) {
+    HostObject(RunningForm& form, const Options& options) : FormPart(form), form_(form) {
         AddMethod(u"Log", [file = options.log](const Call& call) {
             AppendLine(file, call.String(0));
             return Variant();
         });
         AddMethod(u"SaveForm", [this, &options](const Call& call) {
-            Form().Save(call.Has(0) ? call.String(0) : options.save.empty() ? options.form : options.save);
+            AtWork().Save(call.Has(0) ? call.String(0) : options.save.empty() ? options.form : options.save);
             return Variant();
         });
         AddMethod(u"Quit", [this](const Call& call) {
-            Form().AskToClose(call.Has(0) ? static_cast<int>(call.Long(0)) : 0);
+            AtWork().AskToClose(call.Has(0) ? static_cast<int>(call.Long(0)) : 0);
             return Variant();
         });
         AddReadOnly(u"Arguments", [arguments = options.arguments](const Call& call) {
@@ -41,6 +41,11 @@ class HostObject final : public FormPart {
   private:
     ~HostObject() override = default;
 
+    RunningForm& AtWork() const {
+        Form();  // throws when there is none any more
+        return form_;
+    }
+
     static Variant ArrayOf(const std::vector<Text>& texts) {
         SafeArray array = SafeArray::OfVariants({texts.begin(), texts.end()});
         Variant result;
@@ -48,6 +53,8 @@ class HostObject final : public FormPart {
         result.ptr()->parray = array.detach();
         return result;
     }
+
+    RunningForm& form_;
 };
 
 class AppObject final : public NamedObject {
@@ -67,7 +74,7 @@ class AppObject final : public NamedObject {
 
 }  // namespace
 
-ComPtr<IDispatch> MakeHostObject(HostForm& form, const Options& options) {
+ComPtr<IDispatch> MakeHostObject(RunningForm& form, const Options& options) {
     return MakeObject<HostObject>(form, options);
 }
 

@@ -1,12 +1,12 @@
 // What scripts see of the host itself, and of the program they run in.
 #pragma once
 
-#include "host/form_window.h"
+#include "host/running_form_window.h"
 
 namespace qvx::host {
 
 // "Host": Log, SaveForm, Quit, Arguments, DesignMode.
-ComPtr<IDispatch> MakeHostObject(HostForm& form, const Options& options);
+ComPtr<IDispatch> MakeHostObject(RunningForm& form, const Options& options);
 // "App": Title, Path, EXEName.
 ComPtr<IDispatch> MakeAppObject();
 

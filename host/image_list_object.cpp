@@ -83,7 +83,7 @@ class ImagesObject final : public NamedObject {
     // Called after every change; set once the list has been loaded.
     std::function<void()> changed;
 
-    // Throws RunTimeError 457 for a key that is there already.
+    // Throws RunTimeError 457 for a key that exists already.
     ComPtr<ImageObject> Add(std::size_t position, Text key, ComPtr<IPictureDisp> picture) {
         if (!key.empty() && FindKey(key) != images_.end()) {
             throw RunTimeError(errors::keyAlreadyExists,
@@ -233,7 +233,7 @@ Text StorePicture(HostForm& form, const Text& list, const Text& key, IPictureDis
 
 // The file that the picture came from, or one that is written for it now. Throws RunTimeError 75.
 Text FileOf(HostForm& form, const Text& list, const Text& key, IPictureDisp* picture) {
-    // A property page takes all pictures out and puts them in again: the same picture keeps its file.
+    // A property page removes all pictures and adds them again; the same picture keeps its file.
     if (const Text* known = form.Pictures().FileOf(picture)) return *known;
     const Text file = StorePicture(form, list, key, picture);
     form.Pictures().Remember(picture, file);

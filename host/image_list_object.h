@@ -9,8 +9,8 @@
 //        EndProperty
 //     End
 //
-// It shows nothing itself. Under design, pictures that have come from nowhere but a property page are written to files
-// beside the form when the list is saved.
+// It shows nothing itself. Under design, pictures that were set by a property page are written to files beside the form
+// when the list is saved.
 // Scripts reach the pictures through ListImages: Count, Item(number or key), Add([Index],
 // [Key], [Picture]), Remove, Clear; an image has Index, Key, Tag and Picture. Numbers begin with 1.
 #pragma once

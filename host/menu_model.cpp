@@ -74,7 +74,7 @@ Shortcut ParseShortcut(TextView text) {
         }
     }
     if (text.size() == 1) {
-        // A letter or digit alone would take it away from every text box.
+        // A letter or digit alone could no longer be typed into any text box.
         const char16_t c = UpperAscii(text.front());
         const bool usable = IsAsciiLetter(c) || IsDigit(c);
         if (usable && (shortcut.shift & keys::controlMask)) {

@@ -33,7 +33,7 @@ struct Shortcut {
     friend bool operator==(const Shortcut&, const Shortcut&) = default;
 };
 
-// Key 0 for what is no shortcut.
+// Key 0 for a text that is no shortcut.
 Shortcut ParseShortcut(TextView text);
 // As a menu shows it: "Ctrl+Shift+F5"; empty for key 0.
 Text ShortcutText(Shortcut shortcut);
@@ -41,8 +41,7 @@ Text ShortcutText(Shortcut shortcut);
 // The item of that identifier or name, at any depth; nullptr when there is none.
 MenuItem* FindMenuItem(std::vector<MenuItem>& items, const std::function<bool(const MenuItem&)>& matches);
 
-// The item that the keys mean: none of those that are disabled, themselves or with the menu they are in. Null when
-// there is none.
+// The item whose shortcut these keys are. Null when there is none, or when it or a menu around it is disabled.
 const MenuItem* FindShortcut(const std::vector<MenuItem>& items, Shortcut pressed);
 
 // All items, each menu before what is in it.

@@ -18,13 +18,13 @@ class MenuBar {
     MenuBar& operator=(const MenuBar&) = delete;
     ~MenuBar();
 
-    // Shows the menus on the window; without any the window has no bar. Without a window they are only known.
+    // Shows the menus on the window, which has no bar when there are none. Without a window, they are only stored.
     void Show(HWND window, std::vector<MenuItem> items);
     const std::vector<MenuItem>& Items() const { return items_; }
     // After a change of the items.
     void Update();
     MenuItem* Find(unsigned id);
-    // Of an array the first element.
+    // The menu of that name; of an array, the first element.
     MenuItem* Find(TextView name);
     // All of them, each menu before what is in it.
     std::vector<const MenuItem*> All() const { return AllMenuItems(items_); }

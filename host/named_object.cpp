@@ -12,7 +12,7 @@ namespace {
 constexpr int argumentNotOptional = 449;
 constexpr int objectNotSet = 91;
 
-// Not an interface: whoever asks for it gets the object itself, as nobody outside this program does.
+// Not an interface, but a key that only this program has: asking for it gives the object itself.
 constexpr GUID namedObjectId = {0x8A1F32C6, 0x5B0E, 0x4D83, {0x9C, 0x47, 0x2E, 0x61, 0xD0, 0xB7, 0x35, 0xFA}};
 
 struct CopyVariant {

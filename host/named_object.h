@@ -38,7 +38,7 @@ struct Call {
     bool Has(std::size_t index) const;
     long Long(std::size_t index) const;
     Text String(std::size_t index) const;
-    // What a property is set to.
+    // The new value of a property that is set.
     const Variant& Value() const;
     long LongValue() const;
     bool BoolValue() const;
@@ -47,7 +47,7 @@ struct Call {
 
 class NamedObject : public ComObject<UntypedDispatch> {
   public:
-    // The object of ours behind a pointer that may lead to anybody's; null when it is none.
+    // The object of this program that a pointer leads to; null for any other object.
     static ComPtr<NamedObject> From(IUnknown* object);
 
     // One of the object's own properties, for lists of them.
@@ -65,7 +65,7 @@ class NamedObject : public ComObject<UntypedDispatch> {
                         EXCEPINFO* exception, UINT* argumentInError) override;
 
   protected:
-    // Own members are numbered from `firstMember` on; what lies below and above is free for others.
+    // The object's own members are numbered from `firstMember` on; lower and higher numbers are free for others.
     explicit NamedObject(DISPID firstMember = 1) : firstMember_(firstMember) {}
 
     using Body = std::function<Variant(const Call&)>;
@@ -74,12 +74,12 @@ class NamedObject : public ComObject<UntypedDispatch> {
     void AddProperty(const char16_t* name, Body body) { Add(Kind::property, name, std::move(body)); }
     void AddReadOnly(const char16_t* name, Body body) { Add(Kind::readOnly, name, std::move(body)); }
     void AddMethod(const char16_t* name, Body body) { Add(Kind::method, name, std::move(body)); }
-    // The member that stands for the object itself; it has been added before.
+    // Makes a member that has been added the default one.
     void SetDefaultMember(const char16_t* name);
     // For Each goes over what `elements` gives at its start.
     void AddEnumerator(std::function<std::vector<ComPtr<IDispatch>>()> elements) { elements_ = std::move(elements); }
 
-    // For names and identifiers that are not the object's own. The fall-back knows none.
+    // For names and identifiers that are not the object's own. By default there are none.
     virtual HRESULT FindOther(LPOLESTR name, DISPID* id);
     virtual HRESULT InvokeOther(DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                                 EXCEPINFO* exception, UINT* argumentInError);

@@ -17,7 +17,7 @@ struct Options {
     bool quiet = false;    // errors go to the error output only, no message boxes
     Text server;           // a component file to take classes from when they are not registered, or empty
     bool help = false;
-    std::vector<Text> arguments;  // what stands behind "--", for the script
+    std::vector<Text> arguments;  // what follows "--", for the script
 };
 
 // What every start without arguments or with --help shows.

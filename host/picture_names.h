@@ -5,9 +5,10 @@
 
 namespace qvx::host {
 
-// The name of a file for a picture of that list and key, without its suffix: what no file can be called becomes "_".
+// The name of a file, without its suffix, for a picture of that list and key. Characters that cannot be in a file's
+// name become "_".
 Text PictureFileName(TextView list, TextView key);
-// `file` as a form in that folder names it: relative when it stands there or below.
+// `file` as a form in that folder names it: relative when it is there or below.
 Text RelativeTo(TextView folder, TextView file);
 
 }  // namespace qvx::host

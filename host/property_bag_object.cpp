@@ -72,7 +72,7 @@ STDMETHODIMP ReadingBag::Read(LPCOLESTR name, VARIANT* value, IErrorLog*) {
         }
         Variant plain = ToVariant(*stored);
         if (wanted != VT_EMPTY && wanted != VT_NULL && wanted != VT_VARIANT && wanted != plain.Type()) {
-            // Colours above &H7FFFFFFF& stand as negative whole numbers, but their bits count.
+            // Colours above &H7FFFFFFF& are negative whole numbers in the file; only their bits count.
             const bool bits = (wanted == VT_UI4 || wanted == VT_UINT) && plain.Type() == VT_I4;
             auto converted = bits ? std::optional(plain) : plain.To(wanted);
             if (!converted) return E_INVALIDARG;

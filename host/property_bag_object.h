@@ -16,7 +16,7 @@
 
 namespace qvx::host {
 
-// A bag that a control has for the length of one call: whoever keeps it longer finds nothing in it any more.
+// A bag that is lent to a control for one call. A control that keeps it longer finds it empty.
 template <typename Bag>
 class Lent {
   public:
@@ -32,8 +32,8 @@ class Lent {
     ComPtr<Bag> bag_;
 };
 
-// Reads from `block`. Values are converted to the type the control hints at; a
-// property that is missing, or cannot be converted, is E_INVALIDARG, as containers answer.
+// Reads from `block`. Values are converted to the type that the control asks for; for a property that is missing or
+// cannot be converted, the answer is E_INVALIDARG, as in other containers.
 class ReadingBag final : public ComObject<IPropertyBag> {
   public:
     // `folder` is where the files that the form names are; `font` completes fonts that name only some members.
@@ -41,7 +41,7 @@ class ReadingBag final : public ComObject<IPropertyBag> {
         : block_(&block), folder_(std::move(folder)), font_(std::move(font)), pictures_(pictures) {}
 
     STDMETHODIMP Read(LPCOLESTR name, VARIANT* value, IErrorLog* log) override;
-    // A bag for loading only; WritingBag is the other.
+    // This bag is for loading; WritingBag is for saving.
     STDMETHODIMP Write(LPCOLESTR, VARIANT*) override { return E_NOTIMPL; }
 
     void TakeBack() { block_ = nullptr; }

@@ -1,4 +1,4 @@
-// How the host speaks to the user about errors: a line on the error output always, a message box unless told to be
+// How the host reports errors to the user: always by a line on the error output, and by a message box unless it is
 // quiet.
 #pragma once
 
@@ -28,7 +28,7 @@ class Reporter {
 // The name of this program as message boxes show it: the product name of its version resource.
 Text ProgramTitle();
 
-// "error 0x80040154" with the system's own words where it has some.
+// "error 0x80040154", with the system's message when there is one.
 Text FailureText(HRESULT result);
 
 // Inside a catch block only: the exception in flight in words.

@@ -22,7 +22,7 @@ void Write(Block& block, const SavedProperty& property) {
     }
 }
 
-// Takes out of a group what it does not hold any more.
+// Removes from a group the properties that it no longer has.
 void RemoveGone(Block& block, const SavedGroup& before, const SavedGroup& now) {
     for (const SavedProperty& property : before.properties.All()) {
         const SavedProperty* still = now.properties.Find(property.name);

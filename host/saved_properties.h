@@ -17,7 +17,7 @@ struct SavedProperty {
     std::variant<FormValue, std::shared_ptr<SavedGroup>> value;
 };
 
-// In the order of writing. A name stands once: writing it again replaces the value.
+// In the order of writing. Writing a name again replaces its value.
 class SavedProperties {
   public:
     void Add(Text name, FormValue value);

@@ -24,7 +24,7 @@ bool EndsWith(TextView text, TextView ending) {
     return text.size() >= ending.size() && SameName(text.substr(text.size() - ending.size()), ending);
 }
 
-// What a failed call says about itself.
+// The error of a failed call, in its own words.
 class ExceptionInfo {
   public:
     ExceptionInfo() = default;
@@ -121,7 +121,7 @@ class ScriptEngine::Site final : public ComObject<IActiveScriptSite, IActiveScri
             return S_OK;
         });
     }
-    // A form's script has no version; the engine then does without.
+    // A form's script has no version, and the engine does not need one.
     STDMETHODIMP GetDocVersionString(BSTR*) override { return E_NOTIMPL; }
     STDMETHODIMP OnScriptTerminate(const VARIANT*, const EXCEPINFO*) override { return S_OK; }
     STDMETHODIMP OnStateChange(SCRIPTSTATE) override { return S_OK; }
@@ -248,7 +248,7 @@ bool ScriptEngine::Call(TextView procedure, const std::vector<VARIANT*>& argumen
             break;
         }
     }
-    // A procedure that failed has assigned what it assigned before: the veto of a handler that then stumbles counts.
+    // A procedure that fails keeps what it has assigned before, so that the veto of a handler that fails later counts.
     for (const auto& argument : passing) argument->CopyBack();
     if (SUCCEEDED(result)) return true;
     if (!site->reported) report({0, 0, Text(procedure) + u": " + exception.Description(result), {}});

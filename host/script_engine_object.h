@@ -1,4 +1,4 @@
-// The system's script engine, running the code behind a form.
+// The system's script engine, which runs the script of a form.
 #pragma once
 
 #include <windows.h>

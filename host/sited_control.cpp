@@ -22,7 +22,7 @@ SIZEL ToHimetric(const TwipsRect& bounds) {
 
 }  // namespace
 
-// Hears that a property has changed, whoever changed it.
+// Is notified of every change of a property, by the control itself or from outside.
 class SitedControl::ChangeSink final : public ComObject<IPropertyNotifySink> {
   public:
     explicit ChangeSink(SitedControl& control) : control_(&control) {}
@@ -92,16 +92,16 @@ void SitedControl::Load(const Block& block, bool fresh) {
     members_ = object_.As<IDispatch>();
     site_ = MakeObject<Site>(*this, Form());
     ole_->GetMiscStatus(DVASPECT_CONTENT, &status_);
-    // Controls that need their surroundings to read their properties say so.
+    // Some controls declare that they need their site before they read their properties.
     const bool siteFirst = (status_ & OLEMISC_SETCLIENTSITEFIRST) != 0;
     if (siteFirst) Check(ole_->SetClientSite(site_.get()));
     SIZEL extent = ToHimetric(Bounds());
     ole_->SetExtent(DVASPECT_CONTENT, &extent);
-    // What happens while the control is loaded is not the user's doing.
+    // Changes while the control is loaded are not the user's.
     if (control_) control_->FreezeEvents(TRUE);
     LoadProperties(block, fresh);
     if (!siteFirst) Check(ole_->SetClientSite(site_.get()));
-    ole_->SetHostNames(L"qvxhost", Wide(Form().Caption()));
+    ole_->SetHostNames(L"qvxhost", Wide(Form().Look().caption));
     events_ = MakeObject<EventSink>(
         [this](const Text& event, const std::vector<VARIANT*>& arguments) { Form().Fire(*this, event, arguments); });
     events_->Connect(object_.get());
@@ -130,7 +130,8 @@ void SitedControl::LoadProperties(const Block& block, bool fresh) {
         known_ = bag->Asked();
         return;
     }
-    // A control without property bags starts out fresh, and gets what the file says through its automation members.
+    // A control without property bags starts with its defaults, and gets the file's properties through its automation
+    // members.
     if (const auto stream = object_.As<IPersistStreamInit>()) Check(stream->InitNew());
     for (const Entry& entry : block.entries) {
         if (entry.kind != Entry::Kind::property || !entry.value || !members_) continue;
@@ -173,7 +174,7 @@ void SitedControl::Focus(const MSG* message) {
     const HWND window = Window();
     const HWND focus = GetFocus();
     if (window && focus != window && !IsChild(window, focus)) SetFocus(window);
-    Form().FollowFocus();
+    Form().Keyboard().FollowFocus();
 }
 
 bool SitedControl::AcceptsFocus() const {
@@ -205,7 +206,7 @@ void SitedControl::SetEnabled(bool enabled) {
 
 bool SitedControl::TranslateKey(MSG& message) {
     if (!active_) return false;
-    const ComPtr<IOleInPlaceActiveObject> active = active_;  // the key may end in the form's closing
+    const ComPtr<IOleInPlaceActiveObject> active = active_;  // the key may close the form
     return active->TranslateAccelerator(&message) == S_OK;
 }
 

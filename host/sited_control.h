@@ -47,9 +47,9 @@ class SitedControl final : public FormControl {
     class ChangeSink;
 
     void Load(const Block& block, bool fresh);
-    // Under design the control says itself when it has something new to save.
+    // Under design, the control notifies the form when it has something new to save.
     void WatchChanges();
-    // Takes the control off its form; also one that was loaded only half-way.
+    // Removes the control from its form, even when it was only partly loaded.
     void Unload();
     void LoadProperties(const Block& block, bool fresh);
     void Activate();

@@ -10,7 +10,7 @@ namespace qvx::host {
 
 namespace {
 
-// Positions by tab index, equal ones as they stand.
+// Positions by tab index; equal ones keep their order.
 template <typename Stop>
 std::vector<std::size_t> Ordered(const std::vector<Stop>& stops) {
     std::vector<std::size_t> order(stops.size());

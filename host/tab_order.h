@@ -20,7 +20,7 @@ struct TabStop {
 std::optional<std::size_t> NextTabStop(const std::vector<TabStop>& stops, std::optional<std::size_t> from,
                                        bool forward);
 
-// The character behind the first single "&" of a caption ("&&" is the sign itself), in lower case for A to Z; 0 when
+// The character after the first single "&" of a caption ("&&" is the sign itself), in lower case for A to Z; 0 when
 // there is none.
 char16_t AccessKey(TextView caption);
 
@@ -30,8 +30,8 @@ struct AccessStop {
     bool available = false;  // visible and enabled
 };
 
-// Which control Alt+`key` means: the first with that access key behind `from` in tab order, around the end, so that
-// repeated presses visit controls that share a key in turn.
+// The control that Alt+`key` selects: the first with that access key after `from` in tab order, and round the end, so
+// that repeated presses visit the controls that share a key in turn.
 std::optional<std::size_t> FindAccessKey(const std::vector<AccessStop>& stops, char16_t key,
                                          std::optional<std::size_t> from);
 

@@ -20,7 +20,7 @@ struct DecodedText {
     Text text;
 };
 
-// UTF-8 where the bytes are that, else Windows-1252 (whose five unassigned bytes stand for themselves).
+// UTF-8 when the bytes are valid, else Windows-1252, whose five unassigned bytes become the characters of their codes.
 DecodedText DecodeFile(std::string_view bytes);
 
 // The exact reverse of DecodeFile. Text that Windows-1252 cannot hold is written as UTF-8 with a mark instead.

@@ -1,4 +1,4 @@
-// Where a control stands in its container, in twips.
+// The position of a control in its container, in twips.
 #pragma once
 
 namespace qvx::host {
@@ -11,7 +11,7 @@ struct TwipsRect {
     friend constexpr bool operator==(const TwipsRect&, const TwipsRect&) = default;
 };
 
-// What a control whose block says nothing is wide and high.
+// Width and height of a control whose block gives none.
 constexpr int defaultControlSize = 480;
 
 }  // namespace qvx::host

@@ -1,7 +1,7 @@
-// qvxhost.exe: shows a form from a text file and runs the script behind it.
+// qvxhost.exe: shows a form from a text file and runs its script.
 //
-// Exit codes: 0 all went well; 1 the command line makes no sense; 2 the form, a control or the script cannot be loaded;
-// 3 the script failed while it ran; 4 the form could not be saved; others as Host.Quit gave them.
+// Exit codes: 0 success; 1 the command line makes no sense; 2 the form, a control or the script cannot be loaded; 3 the
+// script failed while it ran; 4 the form could not be saved; others as Host.Quit gave them.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -17,9 +17,9 @@
 #include "designer/designer_window.h"
 #include "host/class_source_object.h"
 #include "host/form_storage_win32.h"
-#include "host/form_window.h"
 #include "host/options.h"
 #include "host/report_dialog.h"
+#include "host/running_form_window.h"
 #include "host/text_encoding.h"
 
 namespace {
@@ -67,7 +67,7 @@ int RunForm(const Options& options, Reporter& reporter) {
                           warning.message);
         }
         const Text folder = FolderOf(options.form);
-        HostForm form(std::move(file), options, folder, source, reporter);
+        RunningForm form(std::move(file), options, folder, source, reporter);
         form.Build();
         const Text script = options.script.empty() ? Text() : DecodeFile(ReadFileBytes(options.script)).text;
         if (!form.Start(options.script, script)) return exitLoad;

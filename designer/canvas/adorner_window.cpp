@@ -34,7 +34,7 @@ void AdornerWindow::Show(std::vector<Adorner> adorners) {
     UniqueRegion region(
         ExtCreateRegion(nullptr, static_cast<DWORD>(sizeof(RGNDATAHEADER) + count * sizeof(RECT)), data));
     if (!region) return;
-    // The region is the window's from now on.
+    // The window owns the region from now on.
     if (SetWindowRgn(Handle(), region.Get(), TRUE)) region.Detach();
     ShowWindow(Handle(), SW_SHOWNA);
     InvalidateRect(Handle(), nullptr, FALSE);

@@ -10,7 +10,7 @@
 
 namespace qvx::host::designer {
 
-// As large as the form's inside, but cut down to what there is to draw.
+// As large as the form's inside, with a region that only leaves the adorners.
 class AdornerWindow final : public Window {
   public:
     ~AdornerWindow() override { Destroy(); }

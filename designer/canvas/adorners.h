@@ -16,15 +16,15 @@ struct Adorner {
     Text text;  // of badges
 };
 
-// The handles around all that is selected: eight of the primary, the corners of the others; weak while the keys go
-// elsewhere.
+// The handles around the selected controls: eight around the primary, four around each of the others; weak while the
+// canvas does not have the focus.
 std::vector<Adorner> SelectionAdorners(const Shapes& shapes, const Selection& selection, bool focused, int handleSize);
 
-// The place of every control in the tab order, `done` being those that have been clicked so far.
+// The place of every control in the tab order. `done` are the controls that have been clicked so far.
 std::vector<Adorner> TabOrderAdorners(const Shapes& shapes, const std::vector<ObjectId>& order,
                                       const std::vector<ObjectId>& done, Dpi dpi);
 
-// The areas that the adorners cover: an outline's are its four sides.
+// The areas that the adorners cover. An outline covers its four sides only.
 std::vector<Rect> PartsOf(const std::vector<Adorner>& adorners, int outlineWidth);
 
 void PaintAdorners(Surface& surface, const std::vector<Adorner>& adorners);

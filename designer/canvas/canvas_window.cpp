@@ -94,7 +94,7 @@ void CanvasWindow::Layout() {
         const Rect frame = FormFrame();
         extent_ = {frame.Width() + 2 * around, frame.Height() + 2 * around};
     }
-    // A bar that comes takes room from the other direction: twice is enough.
+    // A bar that appears takes room from the other direction, so that the second round is final.
     for (int round = 0; round < 2; ++round) {
         const Rect client = ClientArea();
         for (const int bar : {SB_HORZ, SB_VERT}) {
@@ -283,7 +283,7 @@ LRESULT CanvasWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             if (onKey && onKey(static_cast<int>(wParam), ShiftState())) return 0;
             return Default(message, wParam, lParam);
         case WM_CONTEXTMENU:
-            // From the keyboard; the mouse's comes through the overlay.
+            // This one comes from the keyboard; the mouse's comes through the overlay.
             if (onMouse) onMouse({MouseAction::menu, {-1, -1}});
             return 0;
         case WM_SETFOCUS:

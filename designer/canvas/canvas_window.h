@@ -1,5 +1,5 @@
-// The middle of the designer: the form as it will look, with its controls behind a transparent sheet that takes the
-// mouse, the adorners of the selection above it, and scroll bars around it.
+// The middle of the designer: the form as it will look, under an overlay that takes the mouse and under the adorners of
+// the selection, with scroll bars around it.
 #pragma once
 
 #include <windows.h>
@@ -24,13 +24,13 @@ class CanvasWindow final : public Window {
     bool Create(HWND parent, const Rect& bounds);
     // The form to show, a child of this window; null for none. Call it again when the form's size has changed.
     void SetForm(HWND form);
-    // What is drawn above the form, in place of what was.
+    // Replaces what is drawn above the form.
     void SetAdorners(std::vector<Adorner> adorners);
     // The form's own frame is marked, and can be sized at its right and bottom.
     void SetFormSelected(bool selected);
     // The cursor over a point of the form; one of the system's, by its identifier.
     void SetCursor(WORD cursor);
-    // Brings the overlay and the adorners before the controls, after some of these were made or moved in front.
+    // Brings overlay and adorners in front of the controls again, after controls were made or restacked.
     void RaiseOverlay();
     // Scrolls so that an area of the form's inside is in view.
     void Reveal(const Rect& area);
@@ -40,9 +40,9 @@ class CanvasWindow final : public Window {
     std::function<void(const Mouse&)> onMouse;
     // A press beside the form or on its caption.
     std::function<void(bool twice)> onForm;
-    // The form was sized to so many pixels inside by its handles.
+    // The user has sized the form by its handles; the new inside is in pixels.
     std::function<void(Size inside)> onFormSize;
-    // A key; true when it was used.
+    // A key was pressed. Returns true when it was used.
     std::function<bool(int key, int shift)> onKey;
     // The focus came or went.
     std::function<void()> onFocus;

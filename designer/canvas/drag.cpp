@@ -5,7 +5,7 @@
 namespace qvx::host::designer {
 
 namespace {
-// Pixels at 96 dots per inch that a press may tremble.
+// How far the mouse may move during a click, in pixels at 96 dots per inch.
 constexpr int threshold = 3;
 }  // namespace
 

@@ -13,7 +13,7 @@ namespace qvx::host::designer {
 
 enum class MouseAction { press, doublePress, move, release, menu, cancel };
 
-// The mouse on the form's inside, where `at` is in pixels from its top left and may lie outside.
+// A mouse event on the form. `at` is in pixels from the top left of its inside, and may be outside.
 struct Mouse {
     MouseAction action = MouseAction::move;
     Point at;
@@ -29,8 +29,7 @@ WORD CursorOf(Grip handle);
 
 void ShowCursorOf(WORD cursor);
 
-// Lies over everything in the form and takes the mouse. Nothing below is hidden by it: it is transparent, and paints
-// nothing.
+// Covers the whole form and takes the mouse. It paints nothing, so that the controls below it are seen.
 class OverlayWindow final : public Window {
   public:
     ~OverlayWindow() override { Destroy(); }
@@ -39,7 +38,7 @@ class OverlayWindow final : public Window {
 
     WORD cursor = arrowCursor;
     std::function<void(const Mouse&)> onMouse;
-    // Before a press of either button: the keys are to go to the canvas.
+    // Called before a press of either button, so that the canvas gets the keys.
     std::function<void()> onPress;
 
   protected:

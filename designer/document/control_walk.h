@@ -14,18 +14,18 @@ bool HoldsOthers(TextView className);
 bool IsMenu(const Block& block);
 ObjectId IdOf(const Block& block);
 
-// A control that a walk over the blocks has come to.
+// A control that the walk over the blocks visits.
 struct Visit {
     const Block* block;
-    std::optional<std::size_t> container;  // among the ones before
+    std::optional<std::size_t> container;  // the position of an earlier visit
 };
 
-// All that stand in a block, each container before what stands in it; menus are left out.
+// All controls in a block, each container before its contents. Menus are left out.
 std::vector<Visit> Walk(const Block& form);
 
-// What the form gives each control as its TabIndex.
+// The TabIndex of each control.
 std::vector<int> TabIndexes(const std::vector<Visit>& visits);
-// The one behind all of them.
+// The TabIndex of a control that comes after all of them.
 int NextTabIndex(const std::vector<Visit>& visits);
 
 }  // namespace qvx::host::designer

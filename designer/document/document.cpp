@@ -35,7 +35,7 @@ Spot SpotOf(Block& container, const Block& wanted) {
     return {};
 }
 
-// Null for a place that is none.
+// Null when there is no such container.
 std::unique_ptr<Block> TakeOut(const Spot& place) {
     if (!place.container) return nullptr;
     Entry& entry = place.container->entries[place.position];
@@ -161,12 +161,12 @@ bool Document::Commit(Text what, TextView merge) {
 void Document::Cancel() noexcept {
     if (depth_ == 0) return;
     depth_ = 0;
-    // Only when there is something to put back: the blocks stay where they are otherwise.
+    // Without a change, the blocks stay, and so do pointers into them.
     bool changed = true;
     try {
         changed = Bytes() != before_;
     } catch (const std::bad_alloc&) {
-        // Then whatever there is goes.
+        // Everything there is goes then.
     }
     if (changed) file_ = std::move(unchanged_);
     unchanged_ = {};
@@ -177,7 +177,7 @@ void Document::GoTo(std::deque<Step>& from, std::deque<Step>& to) {
     FormFile other = FormFile::Parse(step.bytes);
     std::string bytes = Bytes();
     to.emplace_back();
-    // Nothing below takes memory.
+    // From here on, nothing allocates memory.
     to.back() = {std::move(step.what), std::move(step.merge), std::move(bytes), state_};
     file_ = std::move(other);
     state_ = step.state;
@@ -270,7 +270,7 @@ ObjectId Document::Place(TextView className, const std::optional<ObjectId>& cont
 void Document::Delete(const std::vector<ObjectId>& ids) {
     const std::vector<ObjectId> order = TabOrder();
     for (const ObjectId& id : ids) {
-        // One that stood in another that is gone already is gone with it.
+        // Deleting a container deletes its contents, so that this control may be gone already.
         const Block* block = Find(id);
         if (block) TakeOut(SpotOf(file_.form, *block));
     }
@@ -343,7 +343,7 @@ void Document::SetTabOrder(const std::vector<ObjectId>& first) {
     for (const ObjectId& id : TabOrder()) {
         if (std::find(first.begin(), first.end(), id) == first.end()) order.push_back(id);
     }
-    // First as they are now: an implicit index depends on the ones before it.
+    // The indexes are all read first, since an implicit one depends on those before it.
     const std::vector<Visit> visits = Walk(file_.form);
     const std::vector<int> indexes = TabIndexes(visits);
     for (std::size_t i = 0; i < visits.size(); ++i) {

@@ -21,16 +21,16 @@ class Document {
   public:
     explicit Document(FormFile file);
 
-    // The blocks. They move with every Undo, Redo and Cancel: nobody keeps a pointer into them over these.
+    // The blocks. Undo, Redo and Cancel replace them, so that pointers into them do not survive these.
     FormFile& File() { return file_; }
     const FormFile& File() const { return file_; }
     std::string Bytes() const { return file_.Write(); }
 
-    // All controls, each container before what stands in it.
+    // All controls, each container before its contents.
     std::vector<ObjectId> Controls() const;
     Block* Find(const ObjectId& id);
     const Block* Find(const ObjectId& id) const;
-    // Controls in pixels, for selecting and drawing.
+    // The areas of the controls in pixels, for selecting and drawing.
     Shapes ShapesAt(Dpi dpi) const;
     // Controls in the order in which Tab visits them.
     std::vector<ObjectId> TabOrder() const;
@@ -45,7 +45,7 @@ class Document {
     bool InStep() const { return depth_ > 0; }
     bool Undo();
     bool Redo();
-    // What Undo and Redo would take back and do again; empty for nothing.
+    // The steps that Undo and Redo would undo and redo; empty when there is none.
     Text UndoName() const { return undo_.empty() ? Text() : undo_.back().what; }
     Text RedoName() const { return redo_.empty() ? Text() : redo_.back().what; }
     // Whether the form differs from the last one marked as saved.
@@ -53,35 +53,35 @@ class Document {
     void MarkSaved();
 
     // --- Commands, inside a step. All of them throw RunTimeError with a sentence for the user.
-    // A new control in front of what it would otherwise be hidden by. `container` is a control that holds others, or
-    // none for the form.
+    // A new control in front of the others in its container. `container` is a control that holds others, or nothing
+    // for the form.
     ObjectId Place(TextView className, const std::optional<ObjectId>& container, const TwipsRect& bounds);
     void Delete(const std::vector<ObjectId>& ids);
     void SetBounds(const ObjectId& id, const TwipsRect& bounds);
     void Rename(const ObjectId& id, const Text& name);
     void RenameForm(const Text& name);
-    // Makes it an element of the control array of its name, or (-1) takes it out.
+    // Makes it an element of the control array of its name; with -1, takes it out of the array.
     void SetIndex(const ObjectId& id, int index);
     // In front of or behind all others in its container, keeping their own order.
     void Restack(const std::vector<ObjectId>& ids, bool front);
-    // These come first, in this order; the others follow as before.
+    // Tab visits these first, in this order, and then the others in theirs.
     void SetTabOrder(const std::vector<ObjectId>& first);
-    // The blocks of controls as text that Paste and an editor take; what stands in them comes along.
+    // The blocks of controls, with their contents, as text for Paste and for text editors.
     Text CopyText(const std::vector<ObjectId>& ids) const;
-    // How many controls CopyText's or anybody's text would bring; throws for what is no form text.
+    // How many controls a text from CopyText or elsewhere contains. Throws RunTimeError when it is no form text.
     static std::size_t CountIn(TextView text);
-    // Names that are taken become new ones; with `asArray`, and for what was an element of an array already, the next
-    // index of the same name. Controls that would lie exactly over others step aside. Returns the new ones.
+    // Controls whose names are taken get new ones; with `asArray`, and for elements of an array, the next index of the
+    // same name. Controls that would cover others exactly are moved aside. Returns the new controls.
     std::vector<ObjectId> Paste(TextView text, const std::optional<ObjectId>& container, bool asArray);
 
-    // The position of a block as its control takes it.
+    // The position that a block gives its control.
     static TwipsRect BoundsOf(const Block& block);
 
   private:
     struct Step {
         Text what;
         Text merge;
-        std::string bytes;  // of the form on the other side of the step
+        std::string bytes;  // of the form that undoing or redoing the step leads to
         unsigned state = 0;
     };
 
@@ -94,15 +94,15 @@ class Document {
     Block& Container(const std::optional<ObjectId>& id);
     void GoTo(std::deque<Step>& from, std::deque<Step>& to);
     void Trim();
-    // Implicit tab indexes follow from the order of the blocks. Where a change of that order would change what Tab
-    // does, they are written down.
+    // Controls without a TabIndex are visited in the order of the blocks. Where a change of that order would change
+    // what Tab does, their indexes are written into the blocks.
     void KeepTabOrder(const std::vector<ObjectId>& before);
 
     FormFile file_;
     std::deque<Step> undo_;
     std::deque<Step> redo_;
     int depth_ = 0;
-    // The form before the step, as bytes and as what takes its place when the step is cancelled.
+    // The form before the step, as bytes and as the file that Cancel restores.
     std::string before_;
     FormFile unchanged_;
     unsigned state_ = 0;

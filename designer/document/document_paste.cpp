@@ -47,13 +47,13 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
         const bool array = !taken.empty() && std::find(taken.begin(), taken.end(), -1) == taken.end();
         int index = wanted;
         if (usable && taken.empty()) {
-            // Free as it is.
+            // The name is free.
         } else if (usable && array && (wanted >= 0 || asArray)) {
             const bool free = wanted >= 0 && std::find(taken.begin(), taken.end(), wanted) == taken.end();
             index = free ? wanted : *std::max_element(taken.begin(), taken.end()) + 1;
         } else if (usable && asArray && Find({block.name, -1}) &&
                    SameName(Find({block.name, -1})->className, block.className)) {
-            // The one that is there becomes the first element.
+            // The control that has the name becomes the first element.
             Find({block.name, -1})->Set(u"Index", std::int32_t{0});
             taken = {0};
             index = 1;
@@ -67,7 +67,7 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
         if (index < 0) block.Remove(u"Index");
         for (Block* inner : block.Objects()) self(self, *inner);
     };
-    // As a group, aside of what lies exactly there.
+    // The whole group moves aside when it would cover a control exactly.
     int aside = 0;
     const auto covers = [&] {
         for (const auto& object : objects) {
@@ -102,12 +102,12 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
         pasted.push_back(IdOf(*object));
         ready.push_back(Reindented(*object, InnerIndent(into), into.begin.lineEnd));
     }
-    // The last one first, each before the others: so they lie as they lay.
+    // Each is inserted before the others, so that the last one goes first and their order stays.
     std::reverse(ready.begin(), ready.end());
     for (auto& object : ready) Insert(into, std::move(object), true);
     KeepTabOrder(order);
     try {
-        // What would not be read again must not get into the form.
+        // The form must not get a text that could not be read again.
         CheckNames(FormFile::Parse(Bytes()).form);
     } catch (const FormFileError& error) {
         Refuse(u"This cannot be pasted here: " + error.Message() + u".");

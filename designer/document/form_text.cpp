@@ -16,7 +16,7 @@ Text IndentOf(TextView line) {
     return Text(line.substr(0, end));
 }
 
-// What is indented less than the block itself moves to where the block begins.
+// A line that is indented less than its block is indented like the block.
 void AddLine(Text& text, TextView line, std::size_t taken, TextView indent, TextView lineEnd) {
     std::size_t blanks = 0;
     while (blanks < line.size() && IsBlank(line[blanks])) ++blanks;
@@ -74,7 +74,7 @@ std::vector<std::unique_ptr<Block>> ObjectsIn(TextView text) {
         file = FormFile::Parse(EncodeUtf8(text));
         wholeForm = SameName(file.form.className, u"Form");
     } catch (const FormFileError&) {
-        // What is wrong with it is said below.
+        // The fault is reported below.
     }
     if (!wholeForm) {
         try {
@@ -98,7 +98,7 @@ std::vector<std::unique_ptr<Block>> ObjectsIn(TextView text) {
     std::vector<std::unique_ptr<Block>> objects;
     for (Entry& entry : file.form.entries) {
         if (!entry.block || entry.block->kind != Block::Kind::object) continue;
-        // Of a whole form its controls are taken.
+        // A whole form gives its controls.
         if (wholeForm && SameName(entry.block->className, u"Menu")) continue;
         if (SameName(entry.block->className, u"Menu")) Refuse(u"Menus are edited in the menu editor, not pasted.");
         if (SameName(entry.block->className, u"Form")) Refuse(u"A form cannot be pasted into a form.");
@@ -139,7 +139,7 @@ void Insert(Block& container, std::unique_ptr<Block> object, bool front) {
 
 void Rename(Block& block, TextView name) {
     Text& line = block.begin.text;
-    // "Begin CLASS NAME": the third word.
+    // The name is the third word of "Begin CLASS NAME".
     std::size_t at = 0;
     for (int word = 0; word < 2; ++word) {
         while (at < line.size() && IsBlank(line[at])) ++at;

@@ -47,7 +47,7 @@ void WriteImages(Block& imageList, const std::vector<ImageLine>& images) {
     }
     Block& group = imageList.Group(u"Images", {});
     const std::size_t before = ImageBlocks(imageList).size();
-    // The groups are filled anew in their places, since their names count them.
+    // The groups stay and are filled anew, since their names are numbered.
     for (std::size_t i = images.size(); i < before; ++i) {
         const Text last = ImageBlocks(imageList).back()->name;
         if (!group.Remove(last)) break;

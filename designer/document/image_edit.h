@@ -13,15 +13,15 @@ struct ImageLine {
     Text key;
     Text file;  // relative to the form's folder, or a full path
     Text tag;
-    // Which of the images that were read it is; none for a new one.
+    // The position among the images that were read; nothing for a new one.
     std::optional<std::size_t> origin;
     friend bool operator==(const ImageLine&, const ImageLine&) = default;
 };
 
 std::vector<ImageLine> ReadImages(const Block& imageList);
-// Images that stay in their place stay byte for byte.
+// Writes the images into the block. An image that keeps its place stays byte for byte.
 void WriteImages(Block& imageList, const std::vector<ImageLine>& images);
-// The first key that is there twice, if one is.
+// The first key that occurs twice; nothing when all differ.
 std::optional<Text> DoubleKey(const std::vector<ImageLine>& images);
 
 }  // namespace qvx::host::designer

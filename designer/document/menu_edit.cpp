@@ -43,14 +43,14 @@ void Read(const Block& container, int level, std::vector<MenuLine>& lines) {
     }
 }
 
-// The line behind all that stands below one.
+// The line after an item and everything below it.
 std::size_t EndOf(const std::vector<MenuLine>& lines, std::size_t at) {
     std::size_t end = at + 1;
     while (end < lines.size() && lines[end].level > lines[at].level) ++end;
     return end;
 }
 
-// Takes the menus out of a container, each before what is in it, in the order of reading.
+// Removes the menus from a container and returns them as they are read, each before its contents.
 void TakeOut(Block& container, std::vector<std::unique_ptr<Block>>& taken) {
     auto& entries = container.entries;
     for (Entry& entry : entries) {
@@ -103,7 +103,7 @@ std::vector<MenuLine> ReadMenuLines(const Block& form) {
 void InsertMenuLine(std::vector<MenuLine>& lines, std::size_t at, MenuLine line) {
     at = std::min(at, lines.size());
     const int deepest = at == 0 ? 0 : std::min(lines[at - 1].level + 1, deepestMenu);
-    // What follows must still have a line to stand below.
+    // The lines that follow must still be below one of their own level.
     const int shallowest = at < lines.size() ? std::max(lines[at].level - 1, 0) : 0;
     line.level = std::clamp(line.level, std::min(shallowest, deepest), deepest);
     lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(at), std::move(line));
@@ -150,7 +150,7 @@ std::size_t MoveMenuLine(std::vector<MenuLine>& lines, std::size_t at, bool up) 
 
 namespace {
 
-// The names of everything else: the form and its controls, folded.
+// The folded names of the form and its controls.
 std::set<Text> OtherNames(const Block& form) {
     std::set<Text> names{FoldedText(form.name)};
     const auto add = [&](const auto& self, const Block& container) -> void {
@@ -214,7 +214,7 @@ void WriteMenuLines(Block& form, const std::vector<MenuLine>& lines) {
     if (lines == before) return;
     std::vector<std::unique_ptr<Block>> taken;
     TakeOut(form, taken);
-    // The blocks that every level ends in.
+    // The last block of each level.
     std::vector<Block*> into{&form};
     for (const MenuLine& line : lines) {
         const auto level = static_cast<std::size_t>(line.level);

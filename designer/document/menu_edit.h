@@ -1,4 +1,4 @@
-// The menus of a form as a list that can be edited: one line an item, indented as deep as it stands.
+// The menus of a form as a list that can be edited: one line for each item, indented by its level.
 #pragma once
 
 #include <optional>
@@ -18,7 +18,7 @@ struct MenuLine {
     bool checked = false;
     bool enabled = true;
     bool visible = true;
-    // Which of the lines that were read it is; none for a new one.
+    // The position among the lines that were read; nothing for a new line.
     std::optional<std::size_t> origin;
     friend bool operator==(const MenuLine&, const MenuLine&) = default;
 };
@@ -27,28 +27,28 @@ constexpr int deepestMenu = 5;  // below the bar
 
 std::vector<MenuLine> ReadMenuLines(const Block& form);
 
-// Edits of one line. All keep the list a tree: no line stands more than one level below the one before. What stands
-// below a line moves with it.
+// Edits of one line. All keep the list a tree: no line is more than one level below the one before. The lines below an
+// item move with it.
 void InsertMenuLine(std::vector<MenuLine>& lines, std::size_t at, MenuLine line);
 void RemoveMenuLine(std::vector<MenuLine>& lines, std::size_t at);
-// By one level inwards or outwards; false where that cannot be.
+// By one level inwards or outwards; false where that is impossible.
 bool IndentMenuLine(std::vector<MenuLine>& lines, std::size_t at, bool inwards);
-// Before the neighbour of the same level, or behind it. Returns where the line is now.
+// Before or after the neighbour of the same level. Returns where the line is now.
 std::size_t MoveMenuLine(std::vector<MenuLine>& lines, std::size_t at, bool up);
-// "mnuItem1" and so on.
+// A name that is free: "mnuItem1" and so on.
 Text FreshMenuName(const std::vector<MenuLine>& lines, const Block& form);
 
-// What is wrong with the first line that cannot be stored, and which.
+// The first line that cannot be stored, and why.
 struct MenuFault {
     std::size_t line = 0;
     Text sentence;
 };
 std::optional<MenuFault> CheckMenuLines(const std::vector<MenuLine>& lines, const Block& form);
 
-// Writes the lines into the form: what has not changed stays byte for byte. They have been checked.
+// Writes lines that have been checked into the form. What has not changed stays byte for byte.
 void WriteMenuLines(Block& form, const std::vector<MenuLine>& lines);
 
-// The shortcuts that a menu can have, in the file's form and as they are shown; the first is none.
+// The shortcuts that a menu can have, as the file writes them and as they are shown; the first is none.
 struct ShortcutChoice {
     Text source;
     Text shown;

@@ -31,7 +31,7 @@ void MoveEdges(int& position, int& size, bool first, bool second, int by, bool s
     }
 }
 
-// Equal gaps between neighbours, in the order they stand in; the first and the last stay.
+// Equal gaps between neighbours in their present order; the first and the last stay.
 void Spread(std::vector<TwipsRect>& all, int TwipsRect::*position, int TwipsRect::*size) {
     if (all.size() < 3) return;
     std::vector<std::size_t> order(all.size());
@@ -89,7 +89,7 @@ TwipsRect Sized(const TwipsRect& start, Grip handle, int dx, int dy, bool snap) 
 std::vector<TwipsRect> Moved(const std::vector<TwipsRect>& start, std::size_t primary, int dx, int dy, bool snap) {
     if (primary >= start.size()) return start;
     const TwipsRect& lead = start[primary];
-    // A distance of nothing stays nothing, also for what does not stand on the grid.
+    // A control off the grid that is not moved in one direction is not snapped in it either.
     if (snap && dx != 0) dx = Snapped(Limited(std::int64_t{lead.left} + dx)) - lead.left;
     if (snap && dy != 0) dy = Snapped(Limited(std::int64_t{lead.top} + dy)) - lead.top;
     std::vector<TwipsRect> moved = start;

@@ -1,5 +1,5 @@
-// Where things land while they are dragged and nudged: snapping to the grid, the eight handles, and what several
-// controls have done to them together. Twips unless a name says pixels.
+// Where controls go when they are dragged, nudged and arranged: the grid, the eight handles, and arranging several
+// controls together. In twips unless a comment says pixels.
 #pragma once
 
 #include <optional>
@@ -12,10 +12,10 @@ namespace qvx::host::designer {
 
 constexpr int gridStep = 120;
 constexpr int smallestSize = 60;
-// Far beyond any screen; what a stored position or a drag may come to.
+// The limit of stored positions and of drags, far beyond any screen.
 constexpr int farthest = 1 << 20;
 
-// The nearest point of the grid, halves upwards.
+// The nearest point of the grid; halves round up.
 int Snapped(int twips);
 
 // In reading order around the frame, beginning top left.
@@ -31,14 +31,14 @@ std::optional<Grip> GripAt(const Rect& frame, Point point, int size);
 // is set, and stop before the rectangle turns inside out.
 TwipsRect Sized(const TwipsRect& start, Grip handle, int dx, int dy, bool snap);
 
-// All moved by the same distance: that which brings `primary` to the grid when `snap` is set.
+// All moved by the same distance; with `snap`, by the one that brings `primary` to the grid.
 std::vector<TwipsRect> Moved(const std::vector<TwipsRect>& start, std::size_t primary, int dx, int dy, bool snap);
 
-// The rectangle that a drag from one point to another draws, for a control that is placed so. `usual` is its size when
-// the drag is no more than a click: below half a step of the grid both ways.
+// The rectangle of a control that is placed by a drag from one point to another. `usual` is its size when the drag is
+// shorter than half a step of the grid both ways, and counts as a click.
 TwipsRect Drawn(Point from, Point to, Size usual, bool snap);
 
-// What several selected controls have done to them; `primary` is the one that stays as it is.
+// How several selected controls are arranged. The primary stays as it is.
 enum class Arrangement {
     lefts,
     centers,

@@ -9,13 +9,6 @@ namespace qvx::host::designer {
 
 namespace {
 
-std::optional<std::size_t> PositionOf(const Shapes& shapes, const ObjectId& id) {
-    for (std::size_t i = 0; i < shapes.size(); ++i) {
-        if (shapes[i].id == id) return i;
-    }
-    return std::nullopt;
-}
-
 std::optional<std::size_t> HitIn(const Shapes& shapes, std::optional<std::size_t> container, Point point) {
     for (std::size_t i = 0; i < shapes.size(); ++i) {
         if (shapes[i].container != container || !shapes[i].area.Contains(point)) continue;
@@ -31,6 +24,13 @@ std::optional<std::size_t> HitIn(const Shapes& shapes, std::optional<std::size_t
 bool operator==(const ObjectId& a, const ObjectId& b) { return a.index == b.index && SameName(a.name, b.name); }
 
 Text TitleOf(const ObjectId& id) { return id.index < 0 ? id.name : id.name + u"(" + IntegerToText(id.index) + u")"; }
+
+std::optional<std::size_t> PositionOf(const Shapes& shapes, const ObjectId& id) {
+    for (std::size_t i = 0; i < shapes.size(); ++i) {
+        if (shapes[i].id == id) return i;
+    }
+    return std::nullopt;
+}
 
 std::optional<std::size_t> ShapeAt(const Shapes& shapes, Point point) { return HitIn(shapes, std::nullopt, point); }
 
@@ -98,6 +98,15 @@ void Selection::SelectAll(const Shapes& shapes) {
 
 void Selection::Keep(const Shapes& shapes) {
     std::erase_if(selected_, [&](const ObjectId& id) { return !PositionOf(shapes, id); });
+}
+
+std::optional<ObjectId> PasteContainer(const Shapes& shapes, const Selection& selection, TextView text) {
+    const auto primary = selection.Primary() ? PositionOf(shapes, *selection.Primary()) : std::nullopt;
+    if (!primary) return std::nullopt;
+    const Shape& shape = shapes[*primary];
+    const bool into = shape.holdsOthers && selection.All().size() == 1 && !text.starts_with(u"Begin Frame");
+    if (into) return shape.id;
+    return shape.container ? std::optional(shapes[*shape.container].id) : std::nullopt;
 }
 
 }  // namespace qvx::host::designer

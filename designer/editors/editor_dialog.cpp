@@ -111,7 +111,7 @@ LRESULT EditorDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             }
             return 0;
         case WM_NEXTDLGCTL: {
-            // The access key of a label means the field behind it. Some systems then ask for the next one themselves.
+            // The access key of a label leads to the field after it. Some systems then ask for the next one again.
             if (!lParam && std::exchange(byLabel_, false)) return 0;
             HWND next = lParam ? reinterpret_cast<HWND>(wParam)
                                : GetNextDlgTabItem(Handle(), GetFocus(), static_cast<BOOL>(wParam));

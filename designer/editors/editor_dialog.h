@@ -1,5 +1,5 @@
-// The base of the designer's modal editors: a window of the system's controls that the keyboard goes round in, with OK
-// and Cancel.
+// The base of the designer's modal editors: a window of the system's controls with OK and Cancel, in which Tab goes
+// round.
 #pragma once
 
 #include <windows.h>
@@ -16,7 +16,7 @@ namespace qvx::host::designer {
 
 class EditorDialog : public Window {
   public:
-    // True when the user ends it with OK and Accept agrees.
+    // True when the user closes it by OK and Accept agrees.
     bool Ask(HWND owner);
 
   protected:
@@ -35,22 +35,22 @@ class EditorDialog : public Window {
     Text TextOf(int id) const;
     void SetText(int id, TextView text);
     int Scaled(int pixels) const;
-    // Puts a window where Add would.
+    // Moves a window to where Add would put it.
     void Place(HWND window, const Rect& area) const;
-    // Puts everything in its place for another resolution.
+    // Fits everything to another resolution.
     virtual void FollowResolution();
     Size Inside() const { return inside_; }
     const GdiFont& Font() const { return *font_; }
 
     // Makes the controls.
     virtual void Build() = 0;
-    // Where the user begins.
+    // The control that has the focus first.
     virtual HWND FirstField() const { return GetNextDlgTabItem(Handle(), nullptr, FALSE); }
     virtual void OnCommand(int id, int notification) = 0;
-    // Whether what has been entered can be taken; says why not.
+    // Whether the input can be accepted. If not, the user has been told why.
     virtual bool Accept() = 0;
 
-    // A key before the dialog's own handling; true when it was used.
+    // A key, before the dialog handles it itself; true when it was used.
     virtual bool TranslateKey(MSG& message);
 
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -70,7 +70,7 @@ class EditorDialog : public Window {
     SharedFont font_;
     bool open_ = false;
     bool accepted_ = false;
-    bool byLabel_ = false;  // the key in hand was a label's, and has reached its field
+    bool byLabel_ = false;  // the present key was a label's, and has reached its field
 };
 
 }  // namespace qvx::host::designer

@@ -56,7 +56,7 @@ IPicture* ImageEditor::PictureOf(const ImageLine& image) {
     try {
         picture = LoadPictureFile(folder_, image.file).As<IPicture>();
     } catch (...) {
-        // Shown as empty; the list keeps the name.
+        // The picture is shown empty, and the list keeps its file.
     }
     return picture.get();
 }
@@ -66,7 +66,7 @@ void ImageEditor::DrawPicture(HDC dc, IPicture* picture, const Rect& area) {
     OLE_XSIZE_HIMETRIC width = 0;
     OLE_YSIZE_HIMETRIC height = 0;
     if (FAILED(picture->get_Width(&width)) || FAILED(picture->get_Height(&height)) || width <= 0 || height <= 0) return;
-    // As large as it is, and smaller where there is no room, in its own proportions.
+    // The picture is drawn in its own size, or smaller in its own proportions where there is no room.
     constexpr int himetric = 2540;
     Size size{std::max(ScaleRounded(width, Scaled(96), himetric), 1),
               std::max(ScaleRounded(height, Scaled(96), himetric), 1)};
@@ -135,7 +135,7 @@ void ImageEditor::AddFromFile() {
                     MB_OK | MB_ICONEXCLAMATION);
         return;
     }
-    // The name of the file is a good key, as long as it is free.
+    // The name of the file becomes the key unless it is taken.
     const std::size_t slash = chosen.find_last_of(u"\\/");
     const Text name = chosen.substr(slash == Text::npos ? 0 : slash + 1);
     image.key = name.substr(0, name.rfind(u'.'));

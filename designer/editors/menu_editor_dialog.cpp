@@ -42,7 +42,7 @@ void MenuEditor::Build() {
     ShowList(0);
 }
 
-// Where there is no menu yet, its caption is what there is to do.
+// Without a menu, the caption of the first one is the field to begin with.
 HWND MenuEditor::FirstField() const { return lines_.empty() ? Item(caption) : EditorDialog::FirstField(); }
 
 Text MenuEditor::ItemText(const MenuLine& line) const {
@@ -59,7 +59,7 @@ void MenuEditor::ShowList(std::size_t selected) {
     for (const MenuLine& line : lines_) {
         SendMessageW(Item(list), LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(ItemText(line))));
     }
-    // The place behind the last one is where the next one goes.
+    // The next menu goes into the empty line after the last one.
     SendMessageW(Item(list), LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(L""));
     current_ = std::min(selected, lines_.size());
     SendMessageW(Item(list), LB_SETCURSEL, current_, 0);
@@ -103,7 +103,7 @@ void MenuEditor::ShowLine() {
 void MenuEditor::TakeFields() {
     if (showing_) return;
     if (current_ >= lines_.size()) {
-        // Typing a caption into the empty place makes a menu.
+        // Typing a caption into the empty line makes a menu.
         if (TextOf(caption).empty()) return;
         MenuLine line;
         line.caption = TextOf(caption);
@@ -123,7 +123,7 @@ void MenuEditor::TakeFields() {
     const auto& choices = ShortcutChoices();
     if (choice >= 0 && static_cast<std::size_t>(choice) < choices.size()) {
         const Text& source = choices[static_cast<std::size_t>(choice)].source;
-        // Other ways to write the same keys stay.
+        // The same keys stay as the file writes them.
         if (!(ParseShortcut(source) == ParseShortcut(line.shortcut))) line.shortcut = source;
     }
     line.checked = SendMessageW(Item(checked), BM_GETCHECK, 0, 0) == BST_CHECKED;

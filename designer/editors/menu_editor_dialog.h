@@ -8,7 +8,7 @@ namespace qvx::host::designer {
 
 class MenuEditor final : public EditorDialog {
   public:
-    // `form` gives the names that are taken; it outlives the dialog.
+    // `form` has the menus and the names that are taken. It outlives the dialog.
     explicit MenuEditor(const Block& form);
     const std::vector<MenuLine>& Lines() const { return lines_; }
 

@@ -9,6 +9,7 @@
 #include "com/object.h"
 #include "com/wide_text.h"
 #include "common/run_time_error.h"
+#include "designer/editors/page_keys.h"
 #include "host/report_dialog.h"
 #include "win/dpi.h"
 #include "win/window_text.h"
@@ -44,7 +45,7 @@ Text ReasonOf(HRESULT result) {
 
 }  // namespace
 
-// What a page sees of its frame. It may outlive it.
+// What a page sees of its frame. A page may keep it longer than the frame exists.
 class PropertyFrame::Site final : public ComObject<IPropertyPageSite> {
   public:
     void SetFrame(PropertyFrame* frame) { frame_ = frame; }
@@ -62,10 +63,10 @@ class PropertyFrame::Site final : public ComObject<IPropertyPageSite> {
     STDMETHODIMP GetPageContainer(IUnknown** container) override {
         if (!container) return E_POINTER;
         *container = nullptr;
-        // The answer that the interface asks of every frame: pages are not to know their container.
+        // The interface asks this answer of every frame, since pages are not to know their container.
         return E_NOTIMPL;
     }
-    // A key that the page has no use for.
+    // The page does not use the key.
     STDMETHODIMP TranslateAccelerator(MSG* message) override {
         if (!message) return E_POINTER;
         return frame_ && frame_->Handle() && IsDialogMessageW(frame_->Handle(), message) ? S_OK : S_FALSE;
@@ -77,7 +78,7 @@ class PropertyFrame::Site final : public ComObject<IPropertyPageSite> {
     PropertyFrame* frame_ = nullptr;
 };
 
-// The room for pages. It stands between the tabs and the buttons, and so does what a page makes in it, for Tab.
+// The room for pages, which Tab reaches between the tabs and the buttons.
 class PropertyFrame::Holder final : public Window {
   public:
     bool CreateIn(HWND parent, const Rect& area) {
@@ -118,7 +119,7 @@ std::unique_ptr<PropertyFrame> PropertyFrame::Make(HWND owner, const Text& title
             Taken(info.pszHelpFile);
             Check(one.page->SetObjects(1, &object));
             const auto side = [](LONG pixels, int dots) {
-                // One more than lost by rounding down.
+                // One more makes up for rounding down.
                 return static_cast<int>(std::clamp<LONG>(pixels, 0, largestPage)) * 96 / dots + 1;
             };
             size.width = std::max(size.width, side(info.size.cx, dpi.x));
@@ -166,7 +167,7 @@ void PropertyFrame::Build() {
     holder_ = std::make_unique<Holder>();
     holder_->CreateIn(Handle(), {});
     Place(holder_->Handle(), Room());
-    // The strip lies under it.
+    // The strip is below it.
     SetWindowPos(strip, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     SetWindowPos(holder_->Handle(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     Show(0);
@@ -198,7 +199,7 @@ void PropertyFrame::Show(std::size_t index) {
         result = pages_[index].page->Show(SW_SHOW);
     }
     if (FAILED(result)) {
-        // The tab stays empty; the other pages are of use all the same.
+        // The tab stays empty, and the other pages can still be used.
         const Text text = u"This page cannot be shown: " + ReasonOf(result);
         MessageBoxW(Handle(), Wide(text), Wide(ProgramTitle()), MB_OK | MB_ICONEXCLAMATION);
     }
@@ -251,12 +252,9 @@ void PropertyFrame::OnCommand(int id, int) {
 
 bool PropertyFrame::TranslateKey(MSG& message) {
     if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
-    const bool down = message.message == WM_KEYDOWN;
-    const bool control = IsKeyDown(VK_CONTROL);
-    if (down && control && (message.wParam == VK_TAB || message.wParam == VK_NEXT || message.wParam == VK_PRIOR)) {
-        const bool back = message.wParam == VK_PRIOR || (message.wParam == VK_TAB && IsKeyDown(VK_SHIFT));
-        Show((current_ + (back ? pages_.size() - 1 : 1)) % pages_.size());
-        return true;
+    if (message.message == WM_KEYDOWN) {
+        const auto next = PageAfterKey(static_cast<int>(message.wParam), ShiftState(), current_, pages_.size());
+        if (next) return Show(*next), true;
     }
     const Page& page = pages_[current_];
     const bool inside = holder_ && (message.hwnd == holder_->Handle() || IsChild(holder_->Handle(), message.hwnd));

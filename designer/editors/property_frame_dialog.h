@@ -1,6 +1,6 @@
 // The frame around a control's own property pages: a tab for each, OK, Cancel and Apply.
 //
-// The system has a frame too, but not every system's applies what has been entered on the pages.
+// The frame of some systems does not apply what has been entered on the pages.
 #pragma once
 
 #include <ocidl.h>
@@ -45,7 +45,7 @@ class PropertyFrame final : public EditorDialog {
     Rect Room() const;
     void Show(std::size_t index);
     void Hide();
-    // Applies every page that has something to apply; stops at the first that refuses, and shows it.
+    // Applies every changed page; stops at the first that refuses, and shows it.
     bool Apply();
     void OnStatus(const Site& site, DWORD flags);
     void UpdateApply();

@@ -1,4 +1,4 @@
-// The box with colours: a palette, the system's colours by name, and the way to the system's dialog.
+// The box with colours: a palette, the system's colours by name, and a button for the system's dialog.
 #include <algorithm>
 
 #include "com/wide_text.h"
@@ -52,14 +52,25 @@ class ColorBox final : public DropDown {
     }
     void FocusContents() override { SetFocus(SendMessageW(list_, LB_GETCURSEL, 0, 0) >= 0 ? list_ : Handle()); }
 
-    bool OnChildMessage(HWND child, UINT message, WPARAM wParam, LPARAM lParam) override {
-        if (message == WM_KEYDOWN && wParam == VK_TAB) return FocusNext(child), true;
-        if (child == list_) {
-            if (message == WM_KEYDOWN && (wParam == VK_RETURN || wParam == VK_SPACE)) return PickListed(), true;
-            if (message == WM_LBUTTONUP && HIWORD(SendMessageW(list_, LB_ITEMFROMPOINT, 0, lParam)) == 0) PickListed();
-        } else if (message == WM_KEYDOWN && wParam == VK_RETURN) {
-            return AskForOther(), true;
+    BoxPart PartOf(HWND window) const override {
+        return window == list_ ? BoxPart::colors : window == button_ ? BoxPart::otherColor : BoxPart::palette;
+    }
+    bool Act(BoxPart part, BoxAction action) override {
+        if (action != BoxAction::accept) {
+            FocusNext(part, action == BoxAction::nextPart);
+        } else if (part == BoxPart::colors) {
+            PickListed();
+        } else if (part == BoxPart::otherColor) {
+            AskForOther();
+        } else {
+            if (cell_ < 0) return false;
+            Pick(Palette()[static_cast<std::size_t>(cell_)]);
         }
+        return true;
+    }
+    bool OnChildMessage(HWND child, UINT message, WPARAM, LPARAM lParam) override {
+        const bool onList = child == list_ && message == WM_LBUTTONUP;
+        if (onList && HIWORD(SendMessageW(list_, LB_ITEMFROMPOINT, 0, lParam)) == 0) PickListed();
         return false;
     }
 
@@ -95,7 +106,7 @@ class ColorBox final : public DropDown {
             }
             case WM_SYSKEYDOWN:
             case WM_KEYDOWN:
-                if (OnKey(message, wParam)) return 0;
+                if (OnPaletteKey(PressedKey(message, wParam))) return 0;
                 break;
             default:
                 break;
@@ -152,29 +163,19 @@ class ColorBox final : public DropDown {
                           text_format::singleLine | text_format::middle | text_format::noPrefix);
     }
 
-    bool OnKey(UINT message, WPARAM key) {
-        constexpr int cells = paletteColumns * paletteRows;
-        int to = cell_;
-        if (message == WM_SYSKEYDOWN && key != VK_UP && key != VK_DOWN) return false;
-        if (message == WM_SYSKEYDOWN || key == VK_ESCAPE || key == VK_F4) return Close(std::nullopt), true;
-        if (key == VK_TAB) return FocusNext(Handle()), true;
-        if ((key == VK_RETURN || key == VK_SPACE) && cell_ >= 0)
-            return Pick(Palette()[static_cast<std::size_t>(cell_)]), true;
-        if (key == VK_LEFT) to = cell_ - 1;
-        if (key == VK_RIGHT) to = cell_ + 1;
-        if (key == VK_UP) to = cell_ - paletteColumns;
-        if (key == VK_DOWN) to = cell_ + paletteColumns;
-        if (to == cell_) return false;
-        if (to >= 0 && to < cells) cell_ = to;
+    bool OnPaletteKey(const ListKey& key) {
+        if (OnKey(Handle(), key)) return true;
+        const auto cell = key.system ? std::nullopt : PaletteCellAfter(key.key, cell_);
+        if (!cell) return false;
+        cell_ = *cell;
         Invalidate();
         return true;
     }
 
-    void FocusNext(HWND from) {
+    void FocusNext(BoxPart from, bool forward) {
         const HWND ring[] = {Handle(), list_, button_};
-        const bool back = IsKeyDown(VK_SHIFT);
-        const auto at = std::find(std::begin(ring), std::end(ring), from) - std::begin(ring);
-        SetFocus(ring[static_cast<std::size_t>(at + (back ? 2 : 1)) % std::size(ring)]);
+        const std::size_t at = from == BoxPart::palette ? 0 : from == BoxPart::colors ? 1 : 2;
+        SetFocus(ring[(at + (forward ? 1 : 2)) % std::size(ring)]);
     }
 
     void Pick(OleColor color) { Close(PropertyValue(static_cast<std::int32_t>(color))); }
@@ -183,7 +184,7 @@ class ColorBox final : public DropDown {
         if (chosen >= 0) Pick(SystemColors()[static_cast<std::size_t>(chosen)].color);
     }
     void AskForOther() {
-        // The box may be gone once it is closed.
+        // Closing may destroy the box.
         const std::function<void()> other = other_;
         Close(std::nullopt);
         other();

@@ -27,11 +27,6 @@ Rect WorkAreaAt(const Rect& cell) {
     return FromRECT(monitor.rcWork);
 }
 
-bool IsClosingKey(UINT message, WPARAM key) {
-    if (message == WM_SYSKEYDOWN) return key == VK_UP || key == VK_DOWN;
-    return message == WM_KEYDOWN && (key == VK_ESCAPE || key == VK_F4);
-}
-
 class ChoiceBox final : public DropDown {
   public:
     ChoiceBox(std::vector<PropertyChoice> choices, const PropertyValue& current) : choices_(std::move(choices)) {
@@ -61,14 +56,15 @@ class ChoiceBox final : public DropDown {
         Subclass(list_);
     }
     void FocusContents() override { SetFocus(list_); }
-    bool OnChildMessage(HWND, UINT message, WPARAM wParam, LPARAM lParam) override {
-        if (message == WM_KEYDOWN && wParam == VK_RETURN) return Pick(), true;
+    BoxPart PartOf(HWND) const override { return BoxPart::choices; }
+    bool Act(BoxPart, BoxAction) override { return Pick(), true; }
+    bool OnChildMessage(HWND, UINT message, WPARAM, LPARAM lParam) override {
         if (message == WM_LBUTTONUP) {
             const LRESULT item = SendMessageW(list_, LB_ITEMFROMPOINT, 0, lParam);
             if (HIWORD(item) == 0) Pick();
             return false;
         }
-        // The choice under the mouse is marked, as in the system's own boxes.
+        // The choice under the mouse is selected, as in the system's own boxes.
         if (message == WM_MOUSEMOVE && lParam != lastMouse_) {
             lastMouse_ = lParam;
             const LRESULT item = SendMessageW(list_, LB_ITEMFROMPOINT, 0, lParam);
@@ -94,7 +90,7 @@ class TextBox final : public DropDown {
   public:
     explicit TextBox(const Text& text) : text_(text) {}
     ~TextBox() override { Destroy(); }
-    // What has been typed counts, as it does in a cell.
+    // The typed text is applied, as it is when a field is left.
     void Dismiss() override { Close(Typed()); }
 
   protected:
@@ -103,7 +99,7 @@ class TextBox final : public DropDown {
         edit_ = AddChild(L"EDIT", L"", ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN | WS_VSCROLL, ClientArea(),
                          contentsId);
         SendMessageW(edit_, EM_SETLIMITTEXT, 0, 0);
-        // The field breaks lines at pairs only.
+        // The field only breaks lines at CR LF.
         Text lines;
         for (std::size_t i = 0; i < text_.size(); ++i) {
             if (text_[i] == u'\n' && (i == 0 || text_[i - 1] != u'\r')) lines += u'\r';
@@ -118,15 +114,15 @@ class TextBox final : public DropDown {
         SetFocus(edit_);
         SendMessageW(edit_, EM_SETSEL, 0, -1);
     }
+    BoxPart PartOf(HWND) const override { return BoxPart::text; }
+    bool Act(BoxPart, BoxAction) override { return Close(Typed()), true; }
     bool OnChildMessage(HWND, UINT message, WPARAM wParam, LPARAM) override {
-        const bool control = IsKeyDown(VK_CONTROL);
-        if (message == WM_KEYDOWN && wParam == VK_RETURN && control) return Close(Typed()), true;
-        // The character that comes with it.
-        return message == WM_CHAR && wParam == L'\n' && control;
+        // The character of the key that has closed the box.
+        return message == WM_CHAR && wParam == L'\n' && IsKeyDown(VK_CONTROL);
     }
 
   private:
-    // Nothing when it was left alone: line breaks of other kinds stay what they are.
+    // Nothing for a text that was not changed, so that its line breaks stay as they are.
     std::optional<PropertyValue> Typed() const {
         if (!SendMessageW(edit_, EM_GETMODIFY, 0, 0)) return std::nullopt;
         return WindowText(edit_);
@@ -145,12 +141,10 @@ class DropDown::ChildSubclass final : public WindowSubclass {
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
         if (message == WM_GETDLGCODE) return Default(message, wParam, lParam) | DLGC_WANTALLKEYS;
-        if (IsClosingKey(message, wParam)) {
-            box_.Close(std::nullopt);
-            return 0;
-        }
         const LifeWatch alive = Watch();
-        const bool done = box_.OnChildMessage(Handle(), message, wParam, lParam);
+        const bool key = message == WM_KEYDOWN || message == WM_SYSKEYDOWN;
+        const bool done = key ? box_.OnKey(Handle(), PressedKey(message, wParam))
+                              : box_.OnChildMessage(Handle(), message, wParam, lParam);
         if (done || !alive.Alive() || !Handle()) return 0;
         return Default(message, wParam, lParam);
     }
@@ -158,6 +152,8 @@ class DropDown::ChildSubclass final : public WindowSubclass {
   private:
     DropDown& box_;
 };
+
+ListKey PressedKey(UINT message, WPARAM key) { return {static_cast<int>(key), ShiftState(), message == WM_SYSKEYDOWN}; }
 
 DropDown::DropDown() = default;
 DropDown::~DropDown() = default;
@@ -175,6 +171,15 @@ HWND DropDown::AddChild(const wchar_t* className, const wchar_t* title, DWORD st
 void DropDown::Subclass(HWND child) {
     subclasses_.push_back(std::make_unique<ChildSubclass>(*this));
     subclasses_.back()->Attach(child);
+}
+
+bool DropDown::OnKey(HWND window, const ListKey& key) {
+    const BoxPart part = PartOf(window);
+    const BoxAction action = BoxActionOf(part, key);
+    if (action == BoxAction::none) return false;
+    if (action != BoxAction::close) return Act(part, action);
+    Close(std::nullopt);
+    return true;
 }
 
 bool DropDown::Open(HWND owner, const Rect& cell, Closed closed) {
@@ -197,7 +202,7 @@ bool DropDown::Open(HWND owner, const Rect& cell, Closed closed) {
 void DropDown::Close(std::optional<PropertyValue> picked) {
     if (!closed_) return;
     const Closed closed = std::exchange(closed_, nullptr);
-    // The owner first, else the system activates whatever lies behind.
+    // The owner is activated first; otherwise the system activates the next window, whichever it is.
     if (GetActiveWindow() == Handle()) SetActiveWindow(root_);
     ShowWindow(Handle(), SW_HIDE);
     closed(std::move(picked));
@@ -206,7 +211,7 @@ void DropDown::Close(std::optional<PropertyValue> picked) {
 LRESULT DropDown::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_ACTIVATE:
-            // The owner still looks like the active window: the box is a part of it.
+            // The box is a part of its owner, which still looks like the active window.
             if (LOWORD(wParam) != WA_INACTIVE) {
                 SendMessageW(root_, WM_NCACTIVATE, TRUE, 0);
             } else {

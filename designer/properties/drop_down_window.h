@@ -10,11 +10,15 @@
 #include <vector>
 
 #include "common/ole_color.h"
+#include "designer/properties/list_keys.h"
 #include "designer/properties/property_row.h"
 #include "win/fonts.h"
 #include "win/window.h"
 
 namespace qvx::host::designer {
+
+// The key of WM_KEYDOWN or WM_SYSKEYDOWN.
+ListKey PressedKey(UINT message, WPARAM key);
 
 class DropDown : public Window {
   public:
@@ -27,9 +31,9 @@ class DropDown : public Window {
     // Opens it; `cell` in screen pixels. False when the system refuses a window.
     bool Open(HWND owner, const Rect& cell, Closed closed);
     bool IsOpen() const { return Handle() && IsWindowVisible(Handle()); }
-    // Hides it and tells so, once.
+    // Hides it and notifies the owner, once.
     void Close(std::optional<PropertyValue> picked);
-    // As it is closed from outside.
+    // The user has turned to another window.
     virtual void Dismiss() { Close(std::nullopt); }
 
   protected:
@@ -44,8 +48,14 @@ class DropDown : public Window {
     HWND AddChild(const wchar_t* className, const wchar_t* title, DWORD style, const Rect& area, int id);
     // Watches the keys and the mouse of a child.
     void Subclass(HWND child);
-    // A key or a mouse message of a child: true when it has been dealt with.
+    // A message of a child other than a key: true when it has been handled.
     virtual bool OnChildMessage(HWND, UINT, WPARAM, LPARAM) { return false; }
+    // Which part of the box a window is, for its keys.
+    virtual BoxPart PartOf(HWND window) const = 0;
+    // The key asks for something other than closing the box; false when there is nothing to do for it.
+    virtual bool Act(BoxPart part, BoxAction action) = 0;
+    // True when the key has been used.
+    bool OnKey(HWND window, const ListKey& key);
 
   private:
     class ChildSubclass;

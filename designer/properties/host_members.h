@@ -8,11 +8,11 @@
 
 namespace qvx::host::designer {
 
-// Whose property it is: each has borders of its own.
+// The class of the object, since each has border styles of its own.
 enum class HostObjectKind { form, frame, control };
 
 // The description of a property by its name.
-// Nothing for what is no use to a designer: window handles, objects, selections.
+// Nothing for a property that is of no use in the designer, such as a window handle, an object or a selection.
 std::optional<PropertyInfo> DescribeHostMember(TextView name, HostObjectKind kind);
 
 }  // namespace qvx::host::designer

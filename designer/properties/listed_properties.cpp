@@ -11,7 +11,7 @@ namespace qvx::host::designer {
 
 namespace {
 
-// The label without what stands in front of its letters.
+// The label from its first letter on.
 TextView Letters(TextView label) {
     if (!label.empty() && label.front() == u'(') label.remove_prefix(1);
     return label;
@@ -26,7 +26,7 @@ bool SameProperty(const PropertyInfo& a, const PropertyInfo& b) {
 std::vector<CommonProperty> CommonProperties(const std::vector<std::vector<PropertyInfo>>& objects) {
     std::vector<CommonProperty> common;
     if (objects.empty()) return common;
-    // By their folded names, so that hundreds of properties of many objects are matched in one pass each.
+    // A map by folded names matches hundreds of properties of many objects in one pass for each.
     std::vector<std::map<Text, std::size_t>> places(objects.size());
     for (std::size_t i = 1; i < objects.size(); ++i)
         for (std::size_t j = 0; j < objects[i].size(); ++j) places[i].emplace(FoldedText(objects[i][j].name), j);
@@ -136,7 +136,7 @@ std::optional<std::size_t> TypedSearch::Type(const ListedProperties& table, std:
     last_ = time;
     typed_ += letter;
     const bool repeated = typed_.find_first_not_of(letter) == Text::npos;
-    // The name that fits already may stay while more of it is typed.
+    // While more of it is typed, a name that still fits stays the current one.
     if (const auto found = table.FindBeginning(typed_, typed_.size() == 1 ? current + 1 : current)) return found;
     if (repeated) return table.FindBeginning(TextView(&letter, 1), current + 1);
     return std::nullopt;

@@ -1,5 +1,5 @@
-// The rows of the property list: what several objects have in common, in which order it stands, and how somebody finds
-// a row by its name.
+// The rows of the property list: the properties that several objects have in common, their order, and the search for a
+// row by its name.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace qvx::host::designer {
 
-// A property that all of the objects have, and its place among the properties of each.
+// A property that all of the objects have, and its position among the properties of each.
 struct CommonProperty {
     PropertyInfo info;
     std::vector<std::size_t> places;
@@ -21,7 +21,7 @@ struct CommonProperty {
 // for all. In the order of the first object.
 std::vector<CommonProperty> CommonProperties(const std::vector<std::vector<PropertyInfo>>& objects);
 
-// One value for several objects: theirs where it is the same for all, else nothing, shown empty.
+// One value for several objects: theirs when it is the same for all, else nothing, which is shown empty.
 PropertyReading CommonReading(const std::vector<PropertyReading>& readings);
 
 struct PropertyRow {
@@ -44,7 +44,7 @@ class ListedProperties {
     void SetProperties(std::vector<PropertyInfo> properties);
     void SetOrder(PropertyOrder order);
     PropertyOrder Order() const { return order_; }
-    // Hides or shows what stands under a heading; lines behind it get other numbers.
+    // Hides or shows the rows below a heading. The lines after it get other numbers.
     void Toggle(std::size_t line);
 
     const std::vector<PropertyRow>& Rows() const { return rows_; }
@@ -56,7 +56,7 @@ class ListedProperties {
     // By the property's name, whatever its case.
     std::optional<std::size_t> FindRow(TextView name) const;
     std::optional<std::size_t> LineOf(TextView name) const;
-    // The first line from `from` on, and round again from the top, whose name begins so; brackets do not count.
+    // The first line from `from` on, and round from the top, whose name begins so. Brackets do not count.
     std::optional<std::size_t> FindBeginning(TextView beginning, std::size_t from) const;
 
   private:
@@ -68,8 +68,8 @@ class ListedProperties {
     std::set<Text> closed_;
 };
 
-// Letters typed one after the other, as the beginning of a name. A pause begins anew; the same letter again and again
-// goes from one name to the next.
+// Letters typed one after the other are the beginning of a name. After a pause, the search begins anew; the same letter
+// again and again leads from one name to the next.
 class TypedSearch {
   public:
     // `time` in milliseconds of any clock. The line to go to from `current`; nothing when no name begins so.

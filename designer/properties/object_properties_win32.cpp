@@ -16,12 +16,12 @@ namespace qvx::host::designer {
 
 namespace {
 
-// Lists longer than that are broken.
+// A longer list is broken.
 constexpr ULONG mostStrings = 4096;
 
 [[noreturn]] void Mismatch() { throw RunTimeError(errors::typeMismatch, u"Type mismatch"); }
 
-// One late-bound call. What the object throws across its edge, which it must not, is a failure like another.
+// One late-bound call. An exception that the object must not let out counts as a failure like any other.
 Variant InvokeMember(IDispatch* object, DISPID id, WORD flags, Variant* argument) {
     DISPID put = DISPID_PROPERTYPUT;
     DISPPARAMS parameters{argument ? argument->ptr() : nullptr, argument ? &put : nullptr, argument ? 1U : 0U,
@@ -44,7 +44,7 @@ Variant InvokeMember(IDispatch* object, DISPID id, WORD flags, Variant* argument
             SysFreeString(text);
         throw error;
     }
-    // Some give a reference to their own variable.
+    // Some objects give a reference to their own variable.
     if (!(given.vt & VT_BYREF)) {
         Variant plain;
         *plain.ptr() = given;
@@ -99,7 +99,7 @@ Variant ToUserText(const Variant& date) {
     return text;
 }
 
-// The value in the property's kind; nothing when the object gave something else.
+// The value in the property's kind; nothing when the object gave a value of another kind.
 PropertyValue ValueOfKind(PropertyKind kind, const Variant& value) {
     switch (kind) {
         case PropertyKind::boolean:
@@ -155,7 +155,7 @@ struct ToVariantOf {
     Variant operator()(bool value) const { return Variant(value); }
     Variant operator()(std::int32_t value) const {
         Variant number(static_cast<long>(value));
-        // Only as what it is declared can a colour of the system pass for the large number that it is.
+        // A colour of the system is a large number, which only the declared type can hold.
         if (type == VT_UI4 || type == VT_UINT) number.ptr()->vt = type;
         return number;
     }
@@ -202,7 +202,7 @@ class PredefinedStrings {
 ObjectProperties::ObjectProperties(const ComPtr<IDispatch>& extended, const ComPtr<IDispatch>& own,
                                    const ComPtr<IUnknown>& control) {
     Add(extended, false);
-    // What the form adds for some kinds of controls only, it denies the others.
+    // The form refuses other controls what it adds to some kinds of controls only.
     std::erase_if(members_, [this](const Member& member) { return Denied(member); });
     if (!(own == extended)) Add(own, true);
     browsing_ = control ? control.As<IPerPropertyBrowsing>() : own ? own.As<IPerPropertyBrowsing>() : nullptr;

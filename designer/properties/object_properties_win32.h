@@ -17,18 +17,18 @@ namespace qvx::host::designer {
 
 class ObjectProperties {
   public:
-    // Any of them may be null. A name that both have is the form's. `control` is asked for what it offers beyond its
-    // type information: choices, words for values, pages.
+    // Any of them may be null. A name that both have is the form's. `control` is asked for what its type information
+    // does not give: choices, words for values, and pages.
     ObjectProperties(const ComPtr<IDispatch>& extended, const ComPtr<IDispatch>& own, const ComPtr<IUnknown>& control);
 
-    // By place; the places stay.
+    // By position; the positions stay the same.
     const std::vector<PropertyInfo>& Infos() const { return infos_; }
     bool HasPages() const { return hasPages_; }
 
-    // What the object gives, as far as it can be shown. An object that refuses, or gives something else than it says,
-    // makes the reading unreadable.
+    // The object's value, as far as it can be shown. When the object refuses, or gives a value of another type than it
+    // declares, the reading is unreadable.
     PropertyReading Read(std::size_t place) const;
-    // Throws RunTimeError with what the object says against it.
+    // Throws RunTimeError with the object's own message when it refuses.
     void Write(std::size_t place, const PropertyValue& value) const;
     // Null for no picture.
     void WritePicture(std::size_t place, IPictureDisp* picture) const;

@@ -18,7 +18,7 @@ namespace qvx::host::designer {
 
 namespace {
 
-// Tab leaves one of the system's controls where the program's message loop does not see to it.
+// Makes Tab leave one of the system's controls, since the program's message loop does not.
 class TabSubclass final : public WindowSubclass {
   public:
     TabSubclass(HWND window, std::function<void(HWND, bool)> leave) : leave_(std::move(leave)) { Attach(window); }
@@ -169,7 +169,7 @@ LRESULT PropertyListWindow::View::OnNotify(const NMHDR& header) {
         item.mask = HDI_WIDTH;
         SendMessageW(header_, HDM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
         if (change.iItem == 0) rows_.SetDivider(item.cxy);
-        // The second column always takes what is left.
+        // The second column always takes the rest of the width.
         DividerMoved();
     }
     return 0;
@@ -199,7 +199,7 @@ void PropertyListWindow::View::Show(std::vector<Subject> subjects, std::vector<T
     const auto model = std::make_shared<PropertyModel>(std::move(objects));
     model->Table().SetOrder(order_);
     model->ReadAll();
-    // The objects may have done anything meanwhile; a later call has been carried out by then.
+    // The objects may have done anything meanwhile; a later call to show others has been completed then.
     if (!alive.Alive() || show != shows_ || !window_.Handle()) return;
     FillSelector(std::move(titles));
     title_ = subjects.size() == 1 ? subjects[0].title : Text();
@@ -242,7 +242,7 @@ void PropertyListWindow::View::OnSelect() {
 
 void PropertyListWindow::View::Refuse(const PropertyInfo& info, const RunTimeError& error) {
     refusal_ = (PropertyLabel(info) + u": ").append(error.Description());
-    // Not now: the focus may just be on its way elsewhere.
+    // The message waits, since the focus may be about to move.
     PostMessageW(window_.Handle(), showRefusal, 0, 0);
 }
 
@@ -254,7 +254,7 @@ void PropertyListWindow::View::ShowRefusal() {
     const bool editing = rows_.Editing();
     const HWND focus = GetFocus();
     MessageBoxW(Owner(), Wide(message), Wide(title), MB_OK | MB_ICONEXCLAMATION);
-    // The user goes on where the message came up.
+    // The user continues where the message came up.
     if (!alive.Alive() || !window_.Handle()) return;
     if (editing && rows_.BeginEdit()) return;
     if (IsWindow(focus)) SetFocus(focus);
@@ -350,7 +350,7 @@ void PropertyListWindow::View::OpenDialog(std::size_t row) {
             return;
         }
         default:
-            // What has pages of its own, or is the way to all of them.
+            // The property has a page of its own, or the row opens all pages.
             if (const auto tell = window_.onPages) tell(0);
             return;
     }

@@ -1,5 +1,5 @@
-// What the window of the property list consists of: the selector of objects, the tabs of the two orders, the rows, and
-// the help below; and how values get from there into the objects.
+// The parts of the property list's window (the selector of objects, the tabs of the two orders, the rows and the help
+// below), and writing the values into the objects.
 #pragma once
 
 #include <memory>

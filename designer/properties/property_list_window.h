@@ -43,11 +43,11 @@ class PropertyListWindow : public Window {
     // The common properties of one or several objects; none empties the list. `allTitles` fill the selector, in which
     // the first subject's title is picked. An edit that is open is dropped.
     void Show(std::vector<Subject> subjects, std::vector<Text> allTitles);
-    // Reads all values again, after the objects were changed by somebody else.
+    // Reads all values again, after the objects were changed elsewhere.
     void RefreshValues();
 
-    // Writes a value as the list itself does: told before and after, refused with a message to the user. False when it
-    // was refused, or when there is no such property.
+    // Writes a value as the list itself does, with the notifications below and a message to the user when it is
+    // refused. False when it was refused, or when there is no such property.
     bool SetValue(TextView name, const PropertyValue& value);
     // From a file, or none for an empty path.
     bool SetPicture(TextView name, const Text& path);
@@ -65,9 +65,9 @@ class PropertyListWindow : public Window {
     std::function<void()> onBeforeChange;
     // A value has been written to all objects.
     std::function<void(TextView name)> onChanged;
-    // The property pages of a subject are wanted.
+    // The user asks for the property pages of a subject.
     std::function<void(std::size_t subject)> onPages;
-    // Makes a picture of a file; the system's own way without. May throw RunTimeError.
+    // Loads a picture from a file; without, the list does so itself. May throw RunTimeError.
     std::function<ComPtr<IPictureDisp>(const Text& path)> onLoadPicture;
 
   protected:

@@ -1,4 +1,4 @@
-// The objects behind the property list and the table of what they have in common.
+// The objects that the property list shows, and the table of their common properties.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@
 
 namespace qvx::host::designer {
 
-// Calls of the objects may lead to anything, the end of the list included: whoever makes one holds the model meanwhile.
+// A call of an object may do anything, even destroy the list, so that callers hold the model meanwhile.
 class PropertyModel {
   public:
     explicit PropertyModel(std::vector<ObjectProperties> objects);
@@ -23,12 +23,12 @@ class PropertyModel {
     const ListedProperties& Table() const { return table_; }
 
     void ReadAll();
-    // How many objects have taken a value, and what the first one that did not says.
+    // How many objects have accepted a value, and the error of the first one that did not.
     struct Written {
         std::size_t count = 0;
         std::optional<RunTimeError> refusal;
     };
-    // To all objects, up to the first that refuses.
+    // Writes to all objects, up to the first that refuses.
     Written Write(std::size_t row, const PropertyValue& value) const;
     Written WritePicture(std::size_t row, IPictureDisp* picture) const;
 

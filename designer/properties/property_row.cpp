@@ -66,7 +66,7 @@ std::optional<PropertyValue> ChoiceByName(const std::vector<PropertyChoice>& cho
     return std::nullopt;
 }
 
-// A beginning that fits one choice only stands for it.
+// A beginning that fits one choice only is taken for it.
 std::optional<PropertyValue> ChoiceByBeginning(const std::vector<PropertyChoice>& choices, TextView typed) {
     std::optional<PropertyValue> found;
     for (const PropertyChoice& choice : choices) {
@@ -80,7 +80,7 @@ std::optional<PropertyValue> ChoiceByBeginning(const std::vector<PropertyChoice>
 PropertyValue ParseChoice(const std::vector<PropertyChoice>& choices, TextView typed) {
     const TextView text = Trim(typed);
     if (auto named = ChoiceByName(choices, text)) return *named;
-    // "2 - grdFocusHeavy", and its number alone.
+    // A choice is typed as "2 - grdFocusHeavy" or by its number alone.
     const std::size_t dash = text.find(u" - ");
     const TextView head = Trim(text.substr(0, dash));
     const bool number = !head.empty() && (IsDigit(head[0]) || head[0] == u'-' || head[0] == u'&');
@@ -115,7 +115,7 @@ PropertyValue ParseVariant(TextView typed, const PropertyValue& current) {
             if (const auto* whole = std::get_if<std::int32_t>(&value)) return *whole;
             if (const auto* real = std::get_if<double>(&value)) return *real;
         } catch (const RunTimeError&) {
-            // A text may take a number's place.
+            // A text may replace a number.
         }
     }
     const Text* text = std::get_if<Text>(&current);
@@ -232,7 +232,7 @@ Text ShowValue(const PropertyInfo& info, const PropertyValue& value) {
 }
 
 PropertyValue ParseTyped(const PropertyInfo& info, TextView typed, const PropertyValue& current) {
-    // What is shown for the value that is there stands for that value.
+    // The text that is shown for the present value is taken for it.
     if (!std::holds_alternative<std::monostate>(current) && typed == ShowValue(info, current)) return current;
     if (info.optional && Trim(typed).empty()) return {};
     switch (info.kind) {
@@ -281,7 +281,7 @@ ValueButton ButtonOf(const PropertyInfo& info, const PropertyValue& value) {
     if (info.kind == PropertyKind::font || info.kind == PropertyKind::picture) return ValueButton::dialog;
     if (!ChoicesOf(info).empty() || info.kind == PropertyKind::color) return ValueButton::dropDown;
     if (info.page) return ValueButton::dialog;
-    // Texts have a box of several lines; a name never does.
+    // Texts have a box of several lines, except names.
     const bool text =
         info.kind == PropertyKind::text || (info.kind == PropertyKind::variant && std::holds_alternative<Text>(value));
     return text && !info.single ? ValueButton::dropDown : ValueButton::none;

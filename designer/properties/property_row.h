@@ -1,4 +1,4 @@
-// What the property list knows of a property, and the way between its value and the text that is shown and typed.
+// What the property list knows of a property, and its value as the text that is shown and typed.
 #pragma once
 
 #include <cstdint>
@@ -19,8 +19,8 @@ enum class PropertyKind {
     date,
     font,
     picture,
-    variant,  // whatever it holds at the time
-    pages,    // no property: the way to the object's property pages
+    variant,  // of the kind of its present value
+    pages,    // no property, but a row that opens the object's property pages
 };
 
 struct PropertyChoice {
@@ -33,15 +33,15 @@ struct PropertyInfo {
     Text name;
     PropertyKind kind = PropertyKind::text;
     bool readOnly = false;
-    // Means nothing to several objects at once: a name, an index.
+    // Makes no sense for several objects at once, such as a name or an index.
     bool single = false;
-    // May have no value, which is written by an empty text.
+    // May have no value; an empty text removes it.
     bool optional = false;
     // Has a property page of its own.
     bool page = false;
     Text help{};
     Text category{};
-    // The values there are; of kinds other than enumerations, some of them.
+    // All values of an enumeration; for other kinds, values that are suggested.
     std::vector<PropertyChoice> choices{};
 };
 
@@ -53,29 +53,29 @@ struct PropertyReading {
     friend bool operator==(const PropertyReading&, const PropertyReading&) = default;
 };
 
-// "(Name)" and "(Custom)" stand above the letters; all others are called by their names.
+// "(Name)" and "(Custom)" sort before the letters; all others have their names.
 Text PropertyLabel(const PropertyInfo& info);
 
-// Whether a property is anything to a user: window handles and device contexts are not.
+// Whether a property makes sense to a user; window handles and device contexts do not.
 bool IsForUsers(TextView name);
 
-// The heading under which a property stands when its object does not say: by its name, else by its kind.
+// The category of a property whose object gives none: by its name, else by its kind.
 Text CategoryOf(TextView name, PropertyKind kind);
 
 // --- Values as text ---
 
-// A text that holds line breaks or other control characters is shown with \r, \n, \t, \x1F and \\ in it; any other as
-// it is, backslashes included.
+// A text with line breaks or other control characters is shown with \r, \n, \t, \x1F and \\ in it; any other text is
+// shown as it is, backslashes included.
 bool NeedsEscapes(TextView text);
 Text ShownText(TextView text);
-// The other way round; `escaped` when the text that was replaced NeedsEscapes. An unknown escape stands for itself.
+// The reverse; `escaped` when the text that was replaced NeedsEscapes. An unknown escape is taken as it is.
 Text TypedText(TextView typed, bool escaped);
 
 // The value as it is shown: True, "2 - grdFocusHeavy", &H8000000F&, "Tahoma, 8.25".
 Text ShowValue(const PropertyInfo& info, const PropertyValue& value);
 
-// What somebody typed, as a value of the property's kind; `current` is what was there before. Error 13 for what cannot
-// be read, 380 for what the property does not have, 6 for a number out of range.
+// A typed text as a value of the property's kind; `current` is the value before. Throws RunTimeError 13 for a text that
+// cannot be read, 380 for a value that the property does not have, and 6 for a number out of range.
 PropertyValue ParseTyped(const PropertyInfo& info, TextView typed, const PropertyValue& current);
 
 // The value after (or before) the current one among the choices, from the last to the first; nothing when there are
@@ -88,7 +88,7 @@ std::vector<PropertyChoice> ChoicesOf(const PropertyInfo& info);
 // The button at the end of a value: it opens a box below, or a dialog.
 enum class ValueButton { none, dropDown, dialog };
 ValueButton ButtonOf(const PropertyInfo& info, const PropertyValue& value);
-// Whether the value is edited as text in its place.
+// Whether the value is edited as text in its row.
 bool IsTyped(PropertyKind kind);
 
 }  // namespace qvx::host::designer

@@ -1,5 +1,3 @@
-// The list of properties: where its lines are, and its keys and mouse. The field over a value:
-// property_rows_edit_window.cpp; how the lines look: rows_painter.cpp.
 #include "designer/properties/property_rows_window.h"
 
 #include <algorithm>
@@ -16,43 +14,31 @@ namespace {
 const WindowClass rowsClass{L"QvxPropertyRows", CS_DBLCLKS, 32512};
 constexpr int dividerReach = 3;
 
-std::optional<RowStep> StepFor(WPARAM key) {
-    switch (key) {
-        case VK_UP:
-            return RowStep::previous;
-        case VK_DOWN:
-            return RowStep::next;
-        case VK_PRIOR:
-            return RowStep::pageUp;
-        case VK_NEXT:
-            return RowStep::pageDown;
-        case VK_HOME:
-            return RowStep::first;
-        case VK_END:
-            return RowStep::last;
-        default:
-            return std::nullopt;
-    }
-}
-
 }  // namespace
+
+PropertyRowsWindow::PropertyRowsWindow(PropertyRowsOwner& owner) : owner_(owner) {}
+
+PropertyRowsWindow::~PropertyRowsWindow() {
+    editor_.Dispose();
+    Destroy();
+}
 
 int PropertyRowsWindow::Scaled(int pixels) const { return qvx::Scaled(pixels, Handle()); }
 
 bool PropertyRowsWindow::Create(HWND parent, const Rect& bounds) {
     constexpr DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_CLIPCHILDREN;
     if (!Window::Create(rowsClass, L"Properties", style, 0, bounds, parent)) return false;
-    if (!CreateEdit()) return false;
+    if (!editor_.Create()) return false;
     AcquireFonts();
     return true;
 }
 
 void PropertyRowsWindow::AcquireFonts() {
     SharedFont font = AcquireFont(DefaultFont(), WindowDpi(Handle()));
-    if (Edit()) SendMessageW(Edit(), WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
-    font_ = std::move(font);  // the former one only now: the field has let go of it
+    if (editor_.Field()) SendMessageW(editor_.Field(), WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
+    font_ = std::move(font);  // only now, since the field has used the former one until here
     UpdateBar();
-    Layout();
+    editor_.Layout();
     Invalidate();
 }
 
@@ -73,7 +59,7 @@ void PropertyRowsWindow::SetDivider(int x) {
     const int width = ClientArea().Width();
     if (width <= 0) return;
     share_ = std::clamp(static_cast<double>(x) / width, 0.05, 0.95);
-    Layout();
+    editor_.Layout();
     Invalidate();
     owner_.DividerMoved();
 }
@@ -97,8 +83,8 @@ void PropertyRowsWindow::GoOnFrom(const Text& name) {
 }
 
 void PropertyRowsWindow::SetModel(std::shared_ptr<PropertyModel> model) {
-    EndEdit();
-    if (box_) box_->Close(std::nullopt);
+    editor_.End();
+    editor_.CloseBox();
     const PropertyRow* before = CurrentRow();
     const Text name = before ? before->info.name : Text();
     model_ = std::move(model);
@@ -109,9 +95,9 @@ void PropertyRowsWindow::SetModel(std::shared_ptr<PropertyModel> model) {
 void PropertyRowsWindow::SetOrder(PropertyOrder order) {
     if (!model_) return;
     const LifeWatch alive = Watch();
-    if (editing_) CommitEdit();
+    editor_.Commit();
     if (!alive.Alive() || !model_) return;
-    EndEdit();
+    editor_.End();
     const PropertyRow* row = CurrentRow();
     const Text name = row ? row->info.name : Text();
     model_->Table().SetOrder(order);
@@ -126,7 +112,7 @@ RowsLook PropertyRowsWindow::Look() const {
     look.table = model_ ? &model_->Table() : nullptr;
     look.view = View();
     look.current = current_;
-    look.editing = editing_;
+    look.editing = Editing();
     look.buttonDown = buttonDown_;
     look.dpi = WindowDpi(Handle());
     look.buttonWidth = SystemMetric(SM_CXVSCROLL, look.dpi);
@@ -140,6 +126,15 @@ ValueButton PropertyRowsWindow::CurrentButton() const {
 
 std::size_t PropertyRowsWindow::CurrentIndex() const {
     return *model_->Table().Lines()[static_cast<std::size_t>(current_)].row;
+}
+
+Rect PropertyRowsWindow::FieldArea() const { return Look().EditArea(font_->LineHeight()); }
+
+void PropertyRowsWindow::RevealCurrent() { ScrollTo(View().TopShowing(current_)); }
+
+void PropertyRowsWindow::ValuesChanged() {
+    editor_.ValuesChanged();
+    Invalidate();
 }
 
 void PropertyRowsWindow::UpdateBar() {
@@ -159,7 +154,7 @@ void PropertyRowsWindow::ScrollTo(int top) {
     if (top == top_) return;
     top_ = top;
     UpdateBar();
-    Layout();
+    editor_.Layout();
     Invalidate();
 }
 
@@ -206,9 +201,9 @@ void PropertyRowsWindow::GoTo(int line) {
     if (!model_ || line < 0 || line >= View().count) return;
     const LifeWatch alive = Watch();
     const std::shared_ptr<PropertyModel> before = model_;
-    if (editing_ && line != current_ && !CommitEdit()) return;
+    if (line != current_ && !editor_.Commit()) return;
     if (!alive.Alive() || model_ != before) return;
-    if (line != current_) EndEdit();
+    if (line != current_) editor_.End();
     current_ = line;
     ScrollTo(View().TopShowing(line));
     Invalidate();
@@ -218,7 +213,7 @@ void PropertyRowsWindow::GoTo(int line) {
 }
 
 void PropertyRowsWindow::Walk(RowStep step) {
-    const bool inValues = editing_;
+    const bool inValues = Editing();
     const LifeWatch alive = Watch();
     GoTo(View().Step(current_, step));
     if (alive.Alive() && inValues && !BeginEdit()) SetFocus(Handle());
@@ -233,7 +228,7 @@ void PropertyRowsWindow::Search(char16_t letter) {
 void PropertyRowsWindow::JumpTo(char16_t letter) {
     if (!model_) return;
     const auto line = model_->Table().FindBeginning(TextView(&letter, 1), static_cast<std::size_t>(current_ + 1));
-    const bool inValues = editing_;
+    const bool inValues = Editing();
     const LifeWatch alive = Watch();
     if (line) GoTo(static_cast<int>(*line));
     if (alive.Alive() && line && inValues && !BeginEdit()) SetFocus(Handle());
@@ -241,44 +236,60 @@ void PropertyRowsWindow::JumpTo(char16_t letter) {
 
 // --- Keys and mouse ---
 
-bool PropertyRowsWindow::OnKeyAnywhere(UINT message, WPARAM key) {
-    const bool alt = message == WM_SYSKEYDOWN;
-    if ((alt && (key == VK_DOWN || key == VK_UP)) || (!alt && key == VK_F4)) return PressButton(), true;
-    const bool letter = key >= 'A' && key <= 'Z';
-    if (!alt && letter && IsKeyDown(VK_CONTROL) && IsKeyDown(VK_SHIFT)) return JumpTo(static_cast<char16_t>(key)), true;
-    return false;
+bool PropertyRowsWindow::OnKey(const ListKey& key) {
+    const PropertyRow* row = CurrentRow();
+    RowKeyState state;
+    state.heading = model_ && current_ >= 0 && !row;
+    state.open = state.heading && model_->Table().Lines()[static_cast<std::size_t>(current_)].open;
+    state.picture = row && row->info.kind == PropertyKind::picture && !row->info.readOnly;
+    const RowKeyMeaning meaning = RowKeyOf(key, state);
+    switch (meaning.action) {
+        case RowAction::none:
+            return false;
+        case RowAction::idle:
+            break;
+        case RowAction::pressButton:
+            PressButton();
+            break;
+        case RowAction::jump:
+            JumpTo(static_cast<char16_t>(key.key));
+            break;
+        case RowAction::walk:
+            Walk(meaning.step);
+            break;
+        case RowAction::toggle:
+            ToggleHeading();
+            break;
+        case RowAction::edit:
+            BeginEdit();
+            break;
+        case RowAction::editOrPress:
+            if (!BeginEdit()) PressButton();
+            break;
+        case RowAction::editOrLeave:
+            if (!BeginEdit()) owner_.LeaveByTab(true);
+            break;
+        case RowAction::leaveBackwards:
+            owner_.LeaveByTab(false);
+            break;
+        case RowAction::clearPicture:
+            owner_.ClearPicture(CurrentIndex());
+            break;
+    }
+    return true;
 }
 
-bool PropertyRowsWindow::OnKey(UINT message, WPARAM key) {
-    if (OnKeyAnywhere(message, key)) return true;
-    if (message == WM_SYSKEYDOWN) return false;
-    const PropertyRow* row = CurrentRow();
-    const bool heading = current_ >= 0 && !row;
-    if (heading && (key == VK_LEFT || key == VK_RIGHT || key == VK_RETURN)) {
-        const auto line = static_cast<std::size_t>(current_);
-        const bool open = model_->Table().Lines()[line].open;
-        if (key == VK_RETURN || open == (key == VK_LEFT)) model_->Table().Toggle(line);
-        UpdateBar();
-        Invalidate();
-        return true;
-    }
-    if (const auto step = StepFor(key)) return Walk(*step), true;
-    switch (key) {
-        case VK_TAB:
-            if (IsKeyDown(VK_SHIFT) || !BeginEdit()) owner_.LeaveByTab(!IsKeyDown(VK_SHIFT));
-            return true;
-        case VK_F2:
-            return BeginEdit(), true;
-        case VK_RETURN:
-            if (!BeginEdit()) PressButton();
-            return true;
-        case VK_DELETE:
-            if (!row || row->info.kind != PropertyKind::picture || row->info.readOnly) return false;
-            owner_.ClearPicture(CurrentIndex());
-            return true;
-        default:
-            return false;
-    }
+void PropertyRowsWindow::PressButton() {
+    const ValueButton button = CurrentButton();
+    if (button == ValueButton::none) return;
+    if (button == ValueButton::dropDown) return editor_.OpenBox();
+    owner_.OpenDialog(CurrentIndex());
+}
+
+void PropertyRowsWindow::ToggleHeading() {
+    model_->Table().Toggle(static_cast<std::size_t>(current_));
+    UpdateBar();
+    Invalidate();
 }
 
 void PropertyRowsWindow::Activate(int line) {
@@ -287,11 +298,9 @@ void PropertyRowsWindow::Activate(int line) {
     if (!alive.Alive() || current_ != line) return;
     const PropertyRow* row = CurrentRow();
     if (!row) {
-        model_->Table().Toggle(static_cast<std::size_t>(line));
-        UpdateBar();
-        Invalidate();
+        ToggleHeading();
     } else if (!row->info.readOnly && !ChoicesOf(row->info).empty()) {
-        Cycle();
+        editor_.Cycle();
     } else if (CurrentButton() == ValueButton::dialog) {
         PressButton();
     } else {
@@ -307,7 +316,7 @@ void PropertyRowsWindow::OnButtonDown(Point at, bool twice) {
         return;
     }
     const LifeWatch alive = Watch();
-    if (GetFocus() != Handle() && !editing_) SetFocus(Handle());
+    if (GetFocus() != Handle() && !Editing()) SetFocus(Handle());
     if (!alive.Alive()) return;
     const auto line = view.LineAt(at);
     if (!line) return;
@@ -317,8 +326,8 @@ void PropertyRowsWindow::OnButtonDown(Point at, bool twice) {
     if (*line == current_ && Look().ButtonArea().Contains(at)) {
         buttonDown_ = true;
         Invalidate();
-        // The box's closing by this very click must not open it again.
-        if (box_ && box_->IsOpen()) return;
+        // This very click may have closed the box, and must not open it again.
+        if (editor_.BoxIsOpen()) return;
         SetCapture(Handle());
         if (CurrentButton() == ValueButton::dropDown) {
             ReleaseCapture();
@@ -332,7 +341,7 @@ void PropertyRowsWindow::OnButtonDown(Point at, bool twice) {
     GoTo(*line);
     if (!alive.Alive() || model_ != model || current_ != *line) return;
     if (onValue && BeginEdit()) {
-        clickTime_ = static_cast<DWORD>(GetMessageTime());
+        editor_.NoteClick();
     } else {
         SetFocus(Handle());
     }
@@ -355,7 +364,7 @@ LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
         }
         case WM_SIZE:
             UpdateBar();
-            Layout();
+            editor_.Layout();
             Invalidate();
             owner_.DividerMoved();
             return 0;
@@ -369,7 +378,7 @@ LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
             return DLGC_WANTALLKEYS;
         case WM_SYSKEYDOWN:
         case WM_KEYDOWN:
-            if (OnKey(message, wParam)) return 0;
+            if (OnKey(PressedKey(message, wParam))) return 0;
             break;
         case WM_CHAR:
             if (wParam > L' ') Search(static_cast<char16_t>(wParam));
@@ -386,7 +395,7 @@ LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
             dragging_ = buttonDown_ = false;
             if (GetCapture() == Handle()) ReleaseCapture();
             Invalidate();
-            if (press && !(box_ && box_->IsOpen())) PressButton();
+            if (press && !editor_.BoxIsOpen()) PressButton();
             return 0;
         }
         case WM_CAPTURECHANGED:
@@ -420,7 +429,7 @@ LRESULT PropertyRowsWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam
                 return *answer;
             break;
         case disposeOfBox:
-            if (box_ && !box_->IsOpen()) box_.reset();
+            editor_.DisposeOfBox();
             return 0;
         default:
             break;

@@ -7,9 +7,9 @@
 #include <memory>
 #include <optional>
 
-#include "designer/properties/drop_down_window.h"
 #include "designer/properties/property_model_win32.h"
 #include "designer/properties/rows_painter.h"
+#include "designer/properties/value_editor_window.h"
 #include "win/fonts.h"
 #include "win/gdi_surface.h"
 #include "win/window.h"
@@ -19,7 +19,7 @@ namespace qvx::host::designer {
 // What the list asks of the window around it. Every call may end in the destruction of both.
 class PropertyRowsOwner {
   public:
-    // Somebody has typed a value or picked one. False when it was refused.
+    // The user has typed a value or picked one. False when it was refused.
     virtual bool EnterText(std::size_t row, const Text& typed) = 0;
     virtual bool EnterValue(std::size_t row, const PropertyValue& value) = 0;
     // The system's dialog for a colour, a font or a picture, or the property pages.
@@ -47,21 +47,18 @@ class PropertyRowsWindow final : public Window {
     // Values have been read again.
     void ValuesChanged();
     void SetOrder(PropertyOrder order);
-    // Again, when the dots per inch have changed.
+    // Called again when the dots per inch have changed.
     void AcquireFonts();
 
-    const PropertyModel* Model() const { return model_.get(); }
+    const std::shared_ptr<PropertyModel>& Model() const { return model_; }
     // Line numbers of the table; -1 for none.
     int Current() const { return current_; }
     const PropertyRow* CurrentRow() const;
     void GoTo(int line);
-    // Opens the field over the current value; false when it has none that is edited so.
-    bool BeginEdit();
-    bool Editing() const { return editing_; }
-    // Applies what has been typed; false when it was refused. The field stays.
-    bool CommitEdit();
-    void EndEdit();
-    // What a click on the button of the current row does, if it has one.
+    // Opens the field over the current value; false when that is not edited as text.
+    bool BeginEdit() { return editor_.Begin(); }
+    bool Editing() const { return editor_.Editing(); }
+    // Does what a click on the button of the current row does, if it has one.
     void PressButton();
 
     // In pixels of the client area.
@@ -72,42 +69,36 @@ class PropertyRowsWindow final : public Window {
     Text ValueText(std::size_t line) const;
     void Activate(int line);
 
+    // --- For the editor of the current value.
+    // Posted by a box that has closed, and is in the middle of a message of its own.
+    static constexpr UINT disposeOfBox = WM_APP + 1;
+    PropertyRowsOwner& Owner() { return owner_; }
+    // The current line's position among the rows; the line must be a row.
+    std::size_t CurrentIndex() const;
+    Rect FieldArea() const;
+    void RevealCurrent();
+    // Goes to another line, and opens its field too when one is open now.
+    void Walk(RowStep step);
+    // The same, to the next name with that letter.
+    void JumpTo(char16_t letter);
+    void OnWheel(int delta);
+
   protected:
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    class EditSubclass;
-    // Posted by a box that has closed, and is in the middle of a message of its own.
-    static constexpr UINT disposeOfBox = WM_APP + 1;
-
     RowsLook Look() const;
     ValueButton CurrentButton() const;
-    // Of the current line among the rows; it must be one.
-    std::size_t CurrentIndex() const;
-    bool CreateEdit();
-    // The field; null before it is made and after it is gone.
-    HWND Edit() const;
-    // Puts a text into the field that counts as left alone, and selects it.
-    void FillEdit(const Text& text);
-    void Layout();
-    // The row of that name becomes the current one of a list that is new; else the first.
+    // Makes the row of that name, else the first, the current one of a new list.
     void GoOnFrom(const Text& name);
     void UpdateBar();
     void ScrollTo(int top);
     void OnScroll(WPARAM wParam);
-    void OnWheel(int delta);
-    // Keys that do the same in the list and in the field.
-    bool OnKeyAnywhere(UINT message, WPARAM key);
-    bool OnKey(UINT message, WPARAM key);
-    bool OnEditKey(UINT message, WPARAM key);
+    // True when the key has been used.
+    bool OnKey(const ListKey& key);
+    void ToggleHeading();
     void OnButtonDown(Point at, bool twice);
     void Search(char16_t letter);
-    void JumpTo(char16_t letter);
-    // Walks on, and stays in the values where the current row has one.
-    void Walk(RowStep step);
-    void Cycle();
-    void OpenBox();
-    void BoxClosed(std::size_t row, const std::shared_ptr<PropertyModel>& model, std::optional<PropertyValue> picked);
     int Scaled(int pixels) const;
 
     PropertyRowsOwner& owner_;
@@ -116,15 +107,11 @@ class PropertyRowsWindow final : public Window {
     int top_ = 0;
     double share_ = 0.45;
     SharedFont font_;
-    std::unique_ptr<EditSubclass> edit_;
-    bool editing_ = false;
-    bool committing_ = false;
+    ValueEditor editor_{*this};
     bool dragging_ = false;
     bool buttonDown_ = false;
     int wheelRest_ = 0;
-    DWORD clickTime_ = 0;
     TypedSearch search_;
-    std::unique_ptr<DropDown> box_;
     BackBuffer buffer_;
 };
 

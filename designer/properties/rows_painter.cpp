@@ -9,7 +9,7 @@ namespace qvx::host::designer {
 namespace {
 
 constexpr int boldWeight = 700;
-// What a cell can show of a text at the most.
+// The longest part of a text that a cell can show.
 constexpr std::size_t longestShown = 500;
 constexpr int swatchRoom = 20;  // pixels at 96 dots per inch before the text of a colour
 

@@ -7,12 +7,12 @@
 
 namespace qvx::host::designer {
 
-// What is to be seen. Pixels of the client area.
+// What is shown. Pixels of the client area.
 struct RowsLook {
     const ListedProperties* table = nullptr;  // null for an empty list
     RowsView view;
     int current = -1;      // a line; -1 for none
-    bool editing = false;  // a field lies over the current value
+    bool editing = false;  // a field covers the current value
     bool buttonDown = false;
     int buttonWidth = 0;  // as wide as a scroll bar
     Dpi dpi;

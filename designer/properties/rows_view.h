@@ -20,9 +20,9 @@ struct RowsView {
     // Whole lines that fit, at least one.
     int Page() const { return std::max(1, client.height / lineHeight); }
     int LastTop() const { return std::max(0, count - Page()); }
-    // The top that comes nearest to what is asked for.
+    // The possible top that is nearest to the wanted one.
     int ClampTop(int wanted) const { return std::clamp(wanted, 0, LastTop()); }
-    // The top with which the line shows in full, as near to the present one as can be.
+    // The top nearest to the present one with which the line shows in full.
     int TopShowing(int line) const { return ClampTop(std::clamp(top, line - Page() + 1, std::max(line, 0))); }
     // From a line (-1 for none) to another one; -1 when there are none.
     int Step(int from, RowStep step) const {
@@ -46,7 +46,7 @@ struct RowsView {
         const int y = (line - top) * lineHeight;
         return {0, y, client.width, y + lineHeight};
     }
-    // Without the grid line below and the one behind the name.
+    // Without the grid lines below and after the name.
     Rect NameArea(int line) const {
         const Rect area = LineArea(line);
         return {area.left, area.top, std::min(divider, area.right), area.bottom - 1};
@@ -58,14 +58,14 @@ struct RowsView {
     bool OnDivider(Point at, int reach) const { return std::abs(at.x - divider) <= reach; }
 };
 
-// The divider for a window of that width, such that both columns can still be used. `share` is the names' part of it.
+// The divider in a window of that width, so that both columns can be used. `share` is the part for the names.
 constexpr int DividerAt(int width, double share, int least) {
     const int wanted = static_cast<int>(width * share);
     return width < 2 * least ? width / 2 : std::clamp(wanted, least, width - least);
 }
 
-// Where a box opens that belongs to a cell: below it, above where only there is room, inside the work area. All in
-// screen pixels.
+// Where the box of a cell opens: below it, or above when only there is room, inside the work area. All in screen
+// pixels.
 constexpr Rect PlaceBelow(const Rect& cell, Size box, const Rect& work) {
     const bool above = cell.bottom + box.height > work.bottom && cell.top - box.height >= work.top;
     const int top = above ? cell.top - box.height : std::max(work.top, std::min(cell.bottom, work.bottom - box.height));

@@ -19,7 +19,7 @@ struct SystemColor {
 // In the order of the system's numbers.
 std::span<const SystemColor> SystemColors();
 
-// By its name, whatever the case and with or without the blanks in it: "Button Face", "buttonface".
+// By its name, in any case and with or without blanks: "Button Face", "buttonface".
 std::optional<OleColor> SystemColorByName(TextView name);
 
 constexpr int paletteColumns = 8;

@@ -18,9 +18,9 @@ namespace qvx::host::designer {
 
 namespace {
 
-// Descriptions refer to others; no honest one goes deeper.
+// Descriptions refer to others; a deeper chain is broken.
 constexpr int deepest = 16;
-// Nobody can use more rows or choices; a description that counts further is broken.
+// More rows or choices are of no use; a description that claims more is broken.
 constexpr UINT mostMembers = 10000;
 constexpr UINT mostChoices = 2000;
 
@@ -28,7 +28,7 @@ constexpr GUID oleColor = {0x66504301, 0xBE0F, 0x101A, {0x8B, 0xBB, 0x00, 0xAA, 
 constexpr GUID fontClass = {0x0BE35203, 0x8F91, 0x11CE, {0x9D, 0xE3, 0x00, 0xAA, 0x00, 0x4B, 0xB8, 0x51}};
 constexpr GUID pictureClass = {0x0BE35204, 0x8F91, 0x11CE, {0x9D, 0xE3, 0x00, 0xAA, 0x00, 0x4B, 0xB8, 0x51}};
 
-// What a description lends out, given back at the end of a scope.
+// A structure that a description lends, which is returned at the end of a scope.
 template <class T, void (STDMETHODCALLTYPE ITypeInfo::*giveBack)(T*)>
 class Lent {
   public:
@@ -286,7 +286,7 @@ std::vector<TypeMember> ReadTypeMembers(IDispatch* object) {
         if (FAILED(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put())) || !info) info = DefaultInterface(object);
         return ReadTypeMembers(info.get());
     } catch (...) {
-        // An object that breaks off in the middle of its description is not described.
+        // An object that fails in the middle of its description counts as not described.
         return {};
     }
 }

@@ -14,13 +14,13 @@ namespace qvx::host::designer {
 struct TypeMember {
     PropertyInfo info;
     DISPID id = DISPID_UNKNOWN;
-    VARTYPE type = VT_EMPTY;   // what a value is given as; enumerations and aliases are resolved
+    VARTYPE type = VT_EMPTY;   // of a value that is written; enumerations and aliases are resolved
     bool byReference = false;  // objects are set (putref) rather than put
 };
 
-// The properties without arguments that can be read, and are meant for a user: hidden, restricted and non-browsable
-// ones are left out, and so is what the list has no way to show (arrays, objects other than fonts and pictures). None
-// for an object that does not tell. Errors of the object count as that.
+// The properties without arguments that can be read and are meant for a user. Hidden, restricted and non-browsable ones
+// are left out, and so are types that the list cannot show (arrays, objects other than fonts and pictures). None for an
+// object without type information, or one that fails to give it.
 std::vector<TypeMember> ReadTypeMembers(IDispatch* object);
 
 // The same from a description alone.

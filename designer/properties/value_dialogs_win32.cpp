@@ -13,7 +13,7 @@
 namespace qvx::host::designer {
 
 std::optional<OleColor> AskColor(HWND owner, OleColor before) {
-    // Kept for as long as the program runs, as the dialog's users expect.
+    // The user's own colours are kept for as long as the program runs.
     static COLORREF custom[16] = {0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF,
                                   0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF};
     CHOOSECOLORW choose{};
@@ -35,7 +35,7 @@ std::optional<FontSpec> AskFont(HWND owner, const FontSpec& before) {
     choose.Flags = CF_SCREENFONTS | CF_INITTOLOGFONTSTRUCT | CF_EFFECTS | CF_FORCEFONTEXIST;
     if (!ChooseFontW(&choose)) return std::nullopt;
     font.face = FromWide(logFont.lfFaceName);
-    // The dialog rounds to whole points; a size that only came back rounded is the old one.
+    // The dialog rounds to whole points, so that a size that only came back rounded has not been changed.
     const double points = choose.iPointSize / 10.0;
     if (std::abs(points - font.points) >= 0.5) font.points = points;
     font.weight = static_cast<int>(logFont.lfWeight);

@@ -11,10 +11,10 @@
 
 namespace qvx::host::designer {
 
-// Nothing when the dialog was called off.
+// Nothing when the user cancels the dialog.
 std::optional<OleColor> AskColor(HWND owner, OleColor before);
 std::optional<FontSpec> AskFont(HWND owner, const FontSpec& before);
-// The path of a file that is there; empty when the dialog was called off.
+// The path of an existing file; empty when the user cancels the dialog.
 Text AskPictureFile(HWND owner);
 
 }  // namespace qvx::host::designer

@@ -103,13 +103,15 @@ class DesignerTest : public ::testing::Test {
     void Settle(int milliseconds = 100) {
         WaitFor([] { return false; }, milliseconds);
     }
-    FormControl* Control(TextView name, int index = -1) { return designer_->Picture().FindControl(name, index); }
+    FormControl* Control(TextView name, int index = -1) {
+        return designer_->Session().Picture().FindControl(name, index);
+    }
     ComPtr<IDispatch> Members(TextView name) { return Control(name)->Inner(); }
     HRESULT ErrorOf(TextView name, const wchar_t* member, WORD flags, const std::vector<VARIANT>& arguments = {}) {
         return Invoke(Members(name).get(), member, flags, arguments).scode;
     }
     TwipsRect Bounds(TextView name, int index = -1) {
-        const Block* block = designer_->Form().Find({Text(name), index});
+        const Block* block = designer_->Session().Form().Find({Text(name), index});
         EXPECT_TRUE(block) << Narrow(name);
         return block ? Document::BoundsOf(*block) : TwipsRect{};
     }
@@ -119,7 +121,7 @@ class DesignerTest : public ::testing::Test {
     }
     std::vector<Text> Names() {
         std::vector<Text> names;
-        for (const ObjectId& id : designer_->Form().Controls()) names.push_back(TitleOf(id));
+        for (const ObjectId& id : designer_->Session().Form().Controls()) names.push_back(TitleOf(id));
         return names;
     }
     std::string Saved() {
@@ -129,7 +131,7 @@ class DesignerTest : public ::testing::Test {
     // Twips of the form's inside on the screen.
     POINT At(int x, int y) {
         POINT point{TwipsToPixels(x, ScreenDpi().x), TwipsToPixels(y, ScreenDpi().y)};
-        ClientToScreen(designer_->Picture().Handle(), &point);
+        ClientToScreen(designer_->Session().Picture().Handle(), &point);
         return point;
     }
     void Drag(POINT from, POINT to) {
@@ -146,14 +148,14 @@ class DesignerTest : public ::testing::Test {
     }
     void Click(POINT at) { Drag(at, at); }
     void Arm(TextView className) {
-        const auto& tools = designer_->Toolbox().Tools();
+        const auto& tools = designer_->Views().Toolbox().Tools();
         const auto found =
             std::find_if(tools.begin(), tools.end(), [&](const Tool& tool) { return tool.className == className; });
         ASSERT_NE(found, tools.end()) << Narrow(className);
-        SendMessageW(designer_->Toolbox().List(), LB_SETCURSEL, static_cast<WPARAM>(found - tools.begin()), 0);
+        SendMessageW(designer_->Views().Toolbox().List(), LB_SETCURSEL, static_cast<WPARAM>(found - tools.begin()), 0);
     }
     void Place(const Text& className, const TwipsRect& where = {360, 2400, 1200, 600}) {
-        designer_->PlaceControl(className, std::nullopt, &where);
+        designer_->Session().PlaceControl(className, std::nullopt, &where);
     }
 
     TestClasses source_;

@@ -91,7 +91,7 @@ class DesignerHistoryTest : public DesignerTest {
     void ExpectItsName() {
         for (const Text& name : std::exchange(asking_->named, {})) EXPECT_EQ(Narrow(name), "asking");
     }
-    std::string Now() { return designer_->Form().Bytes(); }
+    std::string Now() { return designer_->Session().Form().Bytes(); }
     // All the way in that direction; how many steps that were.
     int Go(Command direction) {
         int steps = 0;
@@ -101,8 +101,12 @@ class DesignerHistoryTest : public DesignerTest {
     void Put(IDispatch* object, const wchar_t* member, const Variant& value) {
         Invoke(object, member, DISPATCH_PROPERTYPUT, {*value.ptr()});
     }
-    void PutForm(const wchar_t* member, const Variant& value) { Put(designer_->Picture().Automation(), member, value); }
-    void Canvas(int key) { SendMessageW(designer_->Canvas().Handle(), WM_KEYDOWN, static_cast<WPARAM>(key), 1); }
+    void PutForm(const wchar_t* member, const Variant& value) {
+        Put(designer_->Session().Picture().Automation(), member, value);
+    }
+    void Canvas(int key) {
+        SendMessageW(designer_->Views().Canvas().Handle(), WM_KEYDOWN, static_cast<WPARAM>(key), 1);
+    }
     void SelectAll() { designer_->Do(Command::selectAll); }
     void OnAll(Command command) {
         SelectAll();
@@ -124,7 +128,7 @@ class DesignerHistoryTest : public DesignerTest {
     }
     template <typename Act>
     void WithEach(Act act) {
-        for (const ObjectId& id : designer_->Form().Controls()) {
+        for (const ObjectId& id : designer_->Session().Form().Controls()) {
             if (FormControl* control = Control(id.name, id.index)) act(*control);
             Settle(5);
         }
@@ -148,11 +152,12 @@ TEST_F(DesignerHistoryTest, EveryStepIsTakenBackAndDoneAgainUnderEveryControl) {
          }},
         {"font",
          [&] {
-             Put(Call(designer_->Picture().Automation(), L"Font").ToObject<IDispatch>().get(), L"Size", Variant(14));
+             Put(Call(designer_->Session().Picture().Automation(), L"Font").ToObject<IDispatch>().get(), L"Size",
+                 Variant(14));
          }},
-        {"frame of the form", [&] { designer_->Picture().SetFrame(1, false, false); }},
-        {"size of the form", [&] { designer_->Picture().SetClientSize(7200, 4800); }},
-        {"name of the form", [&] { designer_->Rename(nullptr, u"frmOther"); }},
+        {"frame of the form", [&] { designer_->Session().Picture().SetFrame(1, false, false); }},
+        {"size of the form", [&] { designer_->Session().Picture().SetClientSize(7200, 4800); }},
+        {"name of the form", [&] { designer_->Session().Rename(nullptr, u"frmOther"); }},
         {"tags", [&] { WithEach([&](FormControl& one) { Put(one.Extended(), L"Tag", Variant(u"tag")); }); }},
         {"places", [&] { WithEach([&](FormControl& one) { Put(one.Extended(), L"Left", Variant(3600)); }); }},
         {"own properties",
@@ -161,13 +166,13 @@ TEST_F(DesignerHistoryTest, EveryStepIsTakenBackAndDoneAgainUnderEveryControl) {
         {"names",
          [&] {
              WithEach([&](FormControl& one) {
-                 if (one.Name() != u"asking") designer_->Rename(&one, one.Name() + u"2");
+                 if (one.Name() != u"asking") designer_->Session().Rename(&one, one.Name() + u"2");
              });
          }},
         {"indexes",
          [&] {
              WithEach([&](FormControl& one) {
-                 if (one.Index() < 0) designer_->SetIndex(one, 7);
+                 if (one.Index() < 0) designer_->Session().SetIndex(one, 7);
              });
          }},
         {"picture",
@@ -189,11 +194,11 @@ TEST_F(DesignerHistoryTest, EveryStepIsTakenBackAndDoneAgainUnderEveryControl) {
         {"pasting as an array", [&] { PasteText(u"Begin Qvx.RButton oneRButton\r\nEnd\r\n", Command::pasteArray); }},
         {"to the front",
          [&] {
-             designer_->Select({{u"oneFrame"}, {u"many", 1}}), designer_->Do(Command::bringToFront);
+             designer_->Session().Select({{u"oneFrame"}, {u"many", 1}}), designer_->Do(Command::bringToFront);
          }},
         {"to the back",
          [&] {
-             designer_->Select({{u"odd"}, {u"oneButton"}}), designer_->Do(Command::sendToBack);
+             designer_->Session().Select({{u"odd"}, {u"oneButton"}}), designer_->Do(Command::sendToBack);
          }},
         {"aligning", [&] { OnAll(Command::alignLefts); }},
         {"one size", [&] { OnAll(Command::sameSize); }},
@@ -227,13 +232,13 @@ TEST_F(DesignerHistoryTest, EveryStepIsTakenBackAndDoneAgainUnderEveryControl) {
         const std::string after = Now();
         EXPECT_NE(after, text);
         // Without anything selected the form itself is what the property list asks.
-        designer_->Select({});
+        designer_->Session().Select({});
         int steps = 0;
         for (int round = 0; round < 2; ++round) {
             const int back = Go(Command::undo);
             EXPECT_EQ(Now(), text);
             ExpectItsName();
-            EXPECT_FALSE(designer_->Form().Dirty());
+            EXPECT_FALSE(designer_->Session().Form().Dirty());
             EXPECT_GT(back, 0);
             if (round > 0) {
                 EXPECT_EQ(back, steps);
@@ -256,11 +261,11 @@ TEST_F(DesignerHistoryTest, AStepThatFailsIsTakenBackUnderEveryControl) {
     for (int i = 0; i < 63; ++i) deep += u"Begin Frame f\r\n";
     for (int i = 0; i < 63; ++i) deep += u"End\r\n";
     for (int round = 0; round < 2; ++round) {
-        designer_->Select({{u"oneFrame"}});
+        designer_->Session().Select({{u"oneFrame"}});
         PasteText(deep);
         EXPECT_EQ(reporter_.Errors(), round + 1);
         EXPECT_EQ(Now(), text);
-        EXPECT_FALSE(designer_->Form().Dirty());
+        EXPECT_FALSE(designer_->Session().Form().Dirty());
         // What the controls are asked next.
         PutForm(L"BackColor", Variant(0x00E0F0FF));
         WithEach([&](FormControl& one) { Put(one.Extended(), L"Tag", Variant(u"tag")); });

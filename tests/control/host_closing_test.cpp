@@ -158,8 +158,8 @@ class BoxCloser {
 TEST_F(HostClosingTest, AnErrorWhileLoadingIsShown) {
     Reporter reporter(false);
     try {
-        HostForm form(FormFile::Parse("Begin Form f\n  Begin Nobody.Knows a\n  End\nEnd\n"), options_, folder_, source_,
-                      reporter);
+        RunningForm form(FormFile::Parse("Begin Form f\n  Begin Nobody.Knows a\n  End\nEnd\n"), options_, folder_,
+                         source_, reporter);
         form.Build();
         ADD_FAILURE() << "was built";
     } catch (const FormFileError& error) {

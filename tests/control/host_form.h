@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "com/object.h"
-#include "host/form_window.h"
+#include "host/running_form_window.h"
 #include "tests/support/inert_object.h"
 #include "tests/support/input.h"
 #include "tests/support/narrow.h"
@@ -88,7 +88,7 @@ class HostFormTest : public ::testing::Test {
     }
 
     void Load(const std::string& text) {
-        form_ = std::make_unique<HostForm>(FormFile::Parse(text), options_, folder_, source_, reporter_);
+        form_ = std::make_unique<RunningForm>(FormFile::Parse(text), options_, folder_, source_, reporter_);
         form_->Build();
     }
     bool Start(TextView script) { return form_->Start(u"test.vbs", script); }
@@ -96,10 +96,10 @@ class HostFormTest : public ::testing::Test {
         Load(text);
         ASSERT_TRUE(Start(script));
     }
-    Text Said() { return form_->Tag(); }
+    Text Said() { return form_->Look().tag; }
     Text ActiveName() {
-        form_->FollowFocus();
-        return form_->Active() ? form_->Active()->Title() : Text();
+        form_->Keyboard().FollowFocus();
+        return form_->Keyboard().Active() ? form_->Keyboard().Active()->Title() : Text();
     }
     bool Key(UINT message, WPARAM key) {
         MSG input{};
@@ -107,7 +107,7 @@ class HostFormTest : public ::testing::Test {
         input.message = message;
         input.wParam = key;
         input.lParam = message == WM_SYSCHAR ? 1 << 29 : 1;
-        return form_->TranslateKey(input);
+        return form_->Keyboard().TranslateKey(input);
     }
     // A key that is pressed while others are held down. What the form has no use for goes to the window that it is for.
     bool Press(int key, const std::vector<int>& held) {
@@ -121,7 +121,7 @@ class HostFormTest : public ::testing::Test {
         input.message = WM_KEYDOWN;
         input.wParam = static_cast<WPARAM>(key);
         input.lParam = 1;
-        const bool used = form_->TranslateKey(input);
+        const bool used = form_->Keyboard().TranslateKey(input);
         if (!used) DispatchMessageW(&input);
         SetKeyboardState(before);
         return used;
@@ -137,7 +137,7 @@ class HostFormTest : public ::testing::Test {
     TestClasses source_;
     Reporter reporter_{true};
     Text folder_;
-    std::unique_ptr<HostForm> form_;
+    std::unique_ptr<RunningForm> form_;
 };
 
 }  // namespace qvx::host

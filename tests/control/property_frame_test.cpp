@@ -114,7 +114,7 @@ TEST_F(PageTest, OkAppliesWhatIsDirtyAndTheFormFollows) {
     page_->dirty = true;
     EXPECT_TRUE(Ask({pageClass}, [](HWND) { TypeKey(VK_RETURN); }));
     EXPECT_EQ(Caption(), u"By page");
-    EXPECT_TRUE(WaitFor([&] { return designer_->Form().Dirty(); }));
+    EXPECT_TRUE(WaitFor([&] { return designer_->Session().Form().Dirty(); }));
     EXPECT_TRUE(designer_->Do(Command::undo));
     EXPECT_EQ(Caption(), u"OK");
 }

@@ -35,7 +35,7 @@ class PropertyFrameWindow final : public Window {
     FocusMemory focus_;
 };
 
-inline constexpr char listedFormText[] =
+inline constexpr char listedForm[] =
     "Begin Form frmTest\r\n   Caption = \"Test\"\r\n   ClientWidth = 6000\r\n   ClientHeight = 3000\r\n"
     "   Begin Qvx.Button cmdOk\r\n      Caption = \"OK\"\r\n      Width = 1200\r\n      Height = 375\r\n   End\r\n"
     "   Begin Qvx.Button cmdNo\r\n      Caption = \"No\"\r\n      Left = 1500\r\n      Width = 1200\r\n"
@@ -49,7 +49,7 @@ class PropertyListTest : public HostFormTest {
   protected:
     PropertyListTest() : frame_({300, 520}) {
         options_.design = true;
-        Load(listedFormText);
+        Load(listedForm);
         list_ = std::make_unique<PropertyListWindow>();
         list_->onBeforeChange = [this] { notifications_ += u"before "; };
         list_->onChanged = [this](TextView name) { notifications_ += u"changed:" + Text(name) + u" "; };

@@ -185,8 +185,8 @@ TEST_F(FormResolution, AFormAndItsControlsFollowTheirMonitor) {
     for (const int dots : {192, 96, 144, 192, 144, 96}) {
         monitor.Become(dots, form_->Handle());
         EXPECT_EQ(LookOf(form_->Handle()), fresh[dots]) << dots;
-        EXPECT_EQ(form_->ClientWidth(), 6015) << dots;
-        EXPECT_EQ(form_->ClientHeight(), 3015) << dots;
+        EXPECT_EQ(form_->Look().clientWidth, 6015) << dots;
+        EXPECT_EQ(form_->Look().clientHeight, 3015) << dots;
         // Nobody has changed anything.
         EXPECT_EQ(SavedBytes(), saved) << dots;
     }
@@ -223,26 +223,26 @@ TEST_F(DesignerTest, TheDesignerFollowsItsMonitor) {
     for (const int dots : {96, 144, 192}) {
         const test::Monitor monitor(dots);
         Open(formText);
-        fresh[dots] = test::LookOf(designer_->Picture().Handle());
+        fresh[dots] = test::LookOf(designer_->Session().Picture().Handle());
     }
     test::Monitor monitor(96);
     Open(formText);
     for (const int dots : {192, 96, 144, 96}) {
-        designer_->Select({});
+        designer_->Session().Select({});
         const Rect suggested = monitor.Become(dots, designer_->Handle());
         Settle();
         RECT place{};
         GetWindowRect(designer_->Handle(), &place);
         EXPECT_EQ(place.left, suggested.left) << dots;
         EXPECT_EQ(place.top, suggested.top) << dots;
-        EXPECT_EQ(test::LookOf(designer_->Picture().Handle()), fresh[dots]) << dots;
-        EXPECT_EQ(SendMessageW(designer_->Toolbox().List(), LB_GETITEMHEIGHT, 0, 0), 24 * dots / 96) << dots;
-        EXPECT_EQ(designer_->Form().Bytes(), formText) << dots;
+        EXPECT_EQ(test::LookOf(designer_->Session().Picture().Handle()), fresh[dots]) << dots;
+        EXPECT_EQ(SendMessageW(designer_->Views().Toolbox().List(), LB_GETITEMHEIGHT, 0, 0), 24 * dots / 96) << dots;
+        EXPECT_EQ(designer_->Session().Form().Bytes(), formText) << dots;
         // Shapes are where they are drawn.
         Click(At(840, 420));
-        ASSERT_TRUE(designer_->Selected().Primary()) << dots;
-        EXPECT_EQ(designer_->Selected().Primary()->name, u"cmdOk") << dots;
-        EXPECT_FALSE(designer_->Form().Dirty()) << dots;
+        ASSERT_TRUE(designer_->Session().Selected().Primary()) << dots;
+        EXPECT_EQ(designer_->Session().Selected().Primary()->name, u"cmdOk") << dots;
+        EXPECT_FALSE(designer_->Session().Form().Dirty()) << dots;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "designer/document/image_edit.h"
 #include "designer/document/menu_edit.h"
+#include "designer/document/named_pictures.h"
 
 namespace qvx::host::designer {
 namespace {
@@ -142,6 +143,20 @@ TEST(ImageEdit, ImagesInTheirPlacesStayByteForByte) {
     EXPECT_EQ(ReadImages(list)[0].file, u"b.bmp");
     WriteImages(list, {});
     EXPECT_EQ(file.Write(), "Begin Form f\n  Begin ImageList iml\n  End\nEnd\n");
+}
+
+TEST(NamedPictures, ArePicturesBelowTheFormsFolder) {
+    const FormFile file = FormFile::Parse(
+        "Begin Form f\r\n   Icon = \"a.ICO\"\r\n   Tag = \"a.txt\"\r\n   Begin Frame g\r\n"
+        "      Picture = \"sub\\b.bmp\"\r\n      BeginProperty Images\r\n         Picture = \"c.jpeg\"\r\n"
+        "      EndProperty\r\n   End\r\n   P1 = \"C:\\d.bmp\"\r\n   P2 = \"\\d.bmp\"\r\n   P3 = \"/d.bmp\"\r\n"
+        "   P4 = \"..\\d.bmp\"\r\nEnd\r\n");
+    EXPECT_EQ(PicturesIn(file.form), (std::vector<Text>{u"a.ICO", u"sub\\b.bmp", u"c.jpeg"}));
+    EXPECT_EQ(FileNameOf(u"C:\\x/y.bmp"), u"y.bmp");
+    EXPECT_EQ(FileNameOf(u"y.bmp"), u"y.bmp");
+    EXPECT_EQ(NumberedName(u"a.b.bmp", 1), u"a.b.bmp");
+    EXPECT_EQ(NumberedName(u"a.b.bmp", 3), u"a.b-3.bmp");
+    EXPECT_EQ(NumberedName(u"a", 2), u"a-2");
 }
 
 }  // namespace

@@ -76,5 +76,30 @@ TEST(Selecting, BandsCyclesAndAll) {
     EXPECT_EQ(Names(selection), u"back ");
 }
 
+TEST(Selecting, PastesIntoTheFrameOrBesideThePrimary) {
+    const struct {
+        std::vector<TextView> selected;
+        TextView text;
+        TextView container;  // empty for the form
+    } cases[] = {
+        {{}, u"Begin Label x", u""},
+        {{u"front"}, u"Begin Label x", u""},
+        {{u"frame"}, u"Begin Label x", u"frame"},
+        {{u"frame"}, u"Begin Frame x", u""},
+        {{u"front", u"frame"}, u"Begin Label x", u""},
+        {{u"inner"}, u"Begin Frame x", u"frame"},
+        {{u"inner", u"outside"}, u"Begin Label x", u"frame"},
+        {{u"gone"}, u"Begin Label x", u""},
+    };
+    for (const auto& c : cases) {
+        std::vector<ObjectId> ids;
+        for (const TextView name : c.selected) ids.push_back(Id(name));
+        Selection selection;
+        selection.Set(ids);
+        const auto container = PasteContainer(shapes, selection, c.text);
+        EXPECT_EQ(container ? container->name : Text(), c.container) << &c - cases;
+    }
+}
+
 }  // namespace
 }  // namespace qvx::host::designer

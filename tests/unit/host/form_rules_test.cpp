@@ -3,6 +3,7 @@
 #include "common/keys.h"
 #include "common/run_time_error.h"
 #include "host/form_font.h"
+#include "host/form_look.h"
 #include "host/menu_model.h"
 #include "host/options.h"
 #include "host/picture_names.h"
@@ -41,6 +42,31 @@ SavedProperties GridAsLoaded() {
 }
 
 const std::vector<Text> gridKeys = {u"Rows", u"Cols", u"AutoTab", u"Font"};
+
+TEST(FormLook, IsWrittenWhereItDiffersFromADefault) {
+    const struct {
+        const char* properties;
+        const char* saved;  // in place of them, when everything is written anew
+    } cases[] = {
+        {"", "   Caption         =   \"f\"\n   ClientHeight    =   3600\n   ClientWidth     =   4800\n"},
+        {"   ScaleHeight = 1200\n   ScaleWidth = 2400\n   BorderStyle = 2\n   BackColor = &H8000000F&\n",
+         "   Caption         =   \"f\"\n   ClientHeight    =   1200\n   ClientWidth     =   2400\n"},
+        {"   Caption = \"\"\n   ClientHeight = 10\n   ScaleHeight = 20\n   ClientWidth = 30\n   Tag = \"t\"\n"
+         "   BorderStyle = 3\n   MinButton = 0\n   MaxButton = 0\n   BackColor = 1\n   ForeColor = 2\n",
+         "   Caption         =   \"\"\n   ClientHeight    =   10\n   ClientWidth     =   30\n"
+         "   BackColor       =   &H00000001&\n   ForeColor       =   &H00000002&\n   Tag             =   \"t\"\n"
+         "   BorderStyle     =   3\n   MinButton       =   0   'False\n   MaxButton       =   0   'False\n"},
+    };
+    for (const auto& c : cases) {
+        FormFile file = FormFile::Parse(std::string("Begin Form f\n") + c.properties + "End\n");
+        const SavedProperties saved = SaveLook(ReadLook(file.form));
+        MergeSaved(file.form, saved, saved, LookProperties(), MergeMode::everything);
+        EXPECT_EQ(file.Write(), std::string("Begin Form f\n") + c.saved + "End\n");
+    }
+    const FormFile file = FormFile::Parse("Begin Form f\n BeginProperty Font\n  Size = 14\n EndProperty\nEnd\n");
+    EXPECT_EQ(ReadLook(file.form).font.points, 14);
+    EXPECT_TRUE(SaveLook(ReadLook(file.form)).Find(u"Font"));
+}
 
 TEST(MergeSaved, AnUnchangedControlLeavesTheFileAlone) {
     FormFile file = FormFile::Parse(gridBlock);
