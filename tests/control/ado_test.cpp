@@ -349,11 +349,7 @@ TEST_F(Ado, AConnectionOpensWithUserAndPasswordAndOnADatabaseOnly) {
         EXPECT_EQ(Number(connection_, L"State"), 1);
         Call(connection_.get(), L"Close");
     }
-    const HANDLE file = CreateFileW(Wide(file_), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, 0, nullptr);
-    DWORD written = 0;
-    const std::string nonsense(4096, '?');
-    EXPECT_TRUE(WriteFile(file, nonsense.data(), static_cast<DWORD>(nonsense.size()), &written, nullptr));
-    CloseHandle(file);
+    Write(file_, std::string(4096, '?'));
     const CallResult opened = Try(connection_, L"Open", {Variant(Settings())});
     EXPECT_EQ(opened.scode, Raised(3000));
     EXPECT_NE(opened.description.find(u"not a database"), Text::npos) << Narrow(opened.description);
