@@ -12,18 +12,6 @@ namespace {
 const char* const live = "db live";
 const char* const saved = "db saved";
 
-Settings SampleSettings() {
-    Settings settings;
-    settings.cnnString = u"file=";
-    settings.database = u"Accounts";
-    settings.tempPath = u"C:\\Temp\\";
-    settings.dataPath = u"C:\\Data\\";
-    settings.zipPath = u"C:\\Zip\\";
-    settings.backupExtension = u".qvx";
-    settings.dataExtension = u".mdb";
-    return settings;
-}
-
 class BackupProcedure : public ::testing::Test {
   protected:
     BackupProcedure() {
