@@ -47,6 +47,7 @@ TEST(ParseDate, ReadsWhatPeopleType) {
         {u"2024-3-25", dmy, {2024, 3, 25}},
         {u"3/25/2024", ymd, {2024, 3, 25}},
         {u"99/12/31", dmy, {1999, 12, 31}},
+        {u"100/12/31", dmy, {100, 12, 31}},
         // years
         {u"1/1/0", dmy, {2000, 1, 1}},
         {u"1/1/29", dmy, {2029, 1, 1}},
@@ -158,6 +159,7 @@ TEST(FormatDate, WritesPatterns) {
         {u"hh:mmm", u"14:Mar"},
         {u"h:nn AM/PM", u"2:07 PM"},
         {u"h:mm am/pm", u"2:07 pm"},
+        {u"h am/pm mm", u"2 pm 03"},
         {u"hha/p", u"02p"},
         {u"", u""},
         {u"kg \u20AC", u"kg \u20AC"},
