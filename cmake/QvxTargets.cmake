@@ -3,7 +3,7 @@
 # A file's suffix decides its half: these touch the operating system, everything else is portable.
 set(QVX_WINDOWS_SUFFIXES "_(window|control|dialog|object|gdi|win32)\\.cpp$")
 # Whole folders that exist only on Windows.
-set(QVX_WINDOWS_FOLDERS "^(com|win|kit|server|qvxhost|soak/watch)$")
+set(QVX_WINDOWS_FOLDERS "^(com|win|kit|server|qvxhost|soak/watch|samples/ado)$")
 
 add_library(qvx_options INTERFACE)
 target_compile_features(qvx_options INTERFACE cxx_std_20)

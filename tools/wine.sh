@@ -13,7 +13,7 @@ use_arch() {
   wine_arch=$1
   ocx=build/$1/server/Qvx.ocx
   host_program=build/$1/qvxhost.exe
-  data_objects=build/$1/tests/support/ado/QvxAdo.dll
+  data_objects=build/$1/samples/ado/QvxAdo.dll
 }
 use_arch x64
 

@@ -6,6 +6,7 @@
 #include "dialogs/about_box.h"
 #include "dialogs/about_dialog.h"
 #include "tests/support/input.h"
+#include "tests/support/owned_dialog.h"
 #include "win/dpi.h"
 #include "win/window_text.h"
 
@@ -15,17 +16,7 @@ namespace {
 using test::Person;
 using test::TypeKey;
 using test::WaitFor;
-
-HWND InFront(const wchar_t* windowClass) {
-    HWND found = nullptr;
-    EXPECT_TRUE(WaitFor(
-        [&] {
-            found = FindWindowW(windowClass, nullptr);
-            return found && IsWindowVisible(found) && GetForegroundWindow() == found;
-        },
-        8000, false));
-    return found;
-}
+using test::WaitForWindow;
 
 POINT LabelPoint(HWND about, about::Label label) {
     const Rect& twips = about::Labels()[static_cast<std::size_t>(label)].twips;
@@ -70,41 +61,30 @@ class BrokenMail {
     HKEY classes_ = nullptr;
 };
 
-class AboutBoxOnScreen : public ::testing::Test {
+class AboutBoxOnScreen : public test::OwnedDialogTest {
   protected:
-    void SetUp() override {
-        owner_ = CreateWindowExW(0, L"STATIC", L"Owner", WS_OVERLAPPEDWINDOW, 100, 100, 500, 300, nullptr, nullptr,
-                                 nullptr, nullptr);
-        ASSERT_TRUE(test::BringToFront(owner_));
-    }
-    void TearDown() override {
-        DestroyWindow(owner_);
-        WaitFor([] { return false; }, 30);
-    }
     // Returns when the box is closed and the person has done everything.
     void ShowTo(std::function<void()> acts) const {
         const Person person(std::move(acts));
         ShowAboutBox(owner_);
     }
-
-    HWND owner_ = nullptr;
 };
 
 TEST_F(AboutBoxOnScreen, AnyKeyClosesIt) {
     for (const int key : {VK_ESCAPE, static_cast<int>('X'), VK_F1}) {
         ShowTo([&] {
-            if (InFront(L"QvxAbout")) TypeKey(key);
+            if (WaitForWindow(L"QvxAbout")) TypeKey(key);
         });
         EXPECT_EQ(FindWindowW(L"QvxAbout", nullptr), nullptr);
         EXPECT_TRUE(IsWindowEnabled(owner_));
-        WaitFor([&] { return GetForegroundWindow() == owner_; }, 1000);
+        WaitForOwner();
     }
 }
 
 TEST_F(AboutBoxOnScreen, AKeyHeldSinceBeforeDoesNotCloseIt) {
     std::atomic<bool> stays{false};
     ShowTo([&] {
-        const HWND about = InFront(L"QvxAbout");
+        const HWND about = WaitForWindow(L"QvxAbout");
         test::RepeatAndRelease(about, VK_RETURN);
         stays = about && IsWindow(about);
         TypeKey(VK_RETURN);
@@ -116,7 +96,7 @@ TEST_F(AboutBoxOnScreen, AClickOnTheFormClosesItOneOnALabelDoesNot) {
     std::atomic<bool> openAfterLabel{false};
     std::atomic<bool> openAfterForm{true};
     ShowTo([&] {
-        const HWND about = InFront(L"QvxAbout");
+        const HWND about = WaitForWindow(L"QvxAbout");
         if (!about) return;
         Sleep(200);
         ClickAt(LabelPoint(about, about::Label::company));
@@ -136,11 +116,11 @@ TEST_F(AboutBoxOnScreen, AFailingMailLinkIsReported) {
     Text title;
     std::atomic<bool> aboutStays{false};
     ShowTo([&] {
-        const HWND about = InFront(L"QvxAbout");
+        const HWND about = WaitForWindow(L"QvxAbout");
         if (!about) return;
         Sleep(200);
         ClickAt(LabelPoint(about, about::Label::mail));
-        if (const HWND box = InFront(L"QvxMessageBox")) title = WindowText(box);
+        if (const HWND box = WaitForWindow(L"QvxMessageBox")) title = WindowText(box);
         TypeKey('O');
         Sleep(300);
         aboutStays = IsWindow(about) && IsWindowEnabled(about);
@@ -164,7 +144,7 @@ TEST_F(AboutBoxOnScreen, ASecondCallOnlyBringsItToTheFront) {
     returned = 0;
     SetTimer(owner_, 7, 200, ShowAgain);
     ShowTo([&] {
-        if (!InFront(L"QvxAbout")) return;
+        if (!WaitForWindow(L"QvxAbout")) return;
         WaitFor([] { return returned == 1; }, 3000, false);
         TypeKey(VK_ESCAPE);
     });

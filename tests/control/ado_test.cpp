@@ -269,15 +269,12 @@ TEST_F(Ado, FailuresSayWhy) {
         {unopened, L"Open", {Variant(Settings()), Variant(u""), Variant(u""), Variant(16)}, 3001, u"wrong type"},
         {unopened, L"Open", {Variant(u"Driver=SQLite3;Database=/no/such/folder/x.db")}, 3000, u"connect failed"},
         {closed, L"RecordCount", {}, 3704, u"closed"},
-        {closed, L"Fields", {}, 3704, u"closed"},
-        {closed, L"MoveNext", {}, 3704, u"closed"},
         {closed, L"Open", {Variant(u"select 1")}, 3709, u"connection"},
         {closed, L"Open", {Variant(u"select 1"), Variant(unopened.get())}, 3709, u"closed"},
         {closed, L"Open", {Variant(u"select 1"), Variant(u"Provider=Elsewhere;")}, 3706, u"Provider"},
         {closed, L"Open", {Variant(u"selct 1"), Variant(Settings())}, 3000, u"syntax error"},
         {records, L"Open", {Variant(u"select 1")}, 3705, u"open"},
         {records, L"Fields", {Variant(u"j")}, 3265, u"name or number"},
-        {records, L"Fields", {Variant(1)}, 3265, u"name or number"},
         {records, L"Fields", {Variant(-1)}, 3265, u"name or number"},
         {records, L"GetRows", {Variant(-2)}, 3001, u"wrong type"},
     };
@@ -349,11 +346,7 @@ TEST_F(Ado, AConnectionOpensWithUserAndPasswordAndOnADatabaseOnly) {
         EXPECT_EQ(Number(connection_, L"State"), 1);
         Call(connection_.get(), L"Close");
     }
-    const HANDLE file = CreateFileW(Wide(file_), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, 0, nullptr);
-    DWORD written = 0;
-    const std::string nonsense(4096, '?');
-    EXPECT_TRUE(WriteFile(file, nonsense.data(), static_cast<DWORD>(nonsense.size()), &written, nullptr));
-    CloseHandle(file);
+    Write(file_, std::string(4096, '?'));
     const CallResult opened = Try(connection_, L"Open", {Variant(Settings())});
     EXPECT_EQ(opened.scode, Raised(3000));
     EXPECT_NE(opened.description.find(u"not a database"), Text::npos) << Narrow(opened.description);

@@ -3,9 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include "common/run_time_error.h"
 #include "controls/backup/system_services_win32.h"
+#include "tests/support/error_of.h"
 #include "tests/support/fake_mail.h"
+#include "tests/support/files.h"
 #include "tests/support/narrow.h"
 
 namespace qvx::test {
@@ -17,19 +18,10 @@ constexpr ULONG unicodeNotSupported = 27;
 
 const Text archive = u"C:\\Copies\\Sh-1-3.qvx";
 
-struct Failed {
-    int number = 0;
-    Text words;
-};
-
-Failed Send(const Text& path = archive) {
-    try {
-        Services::SendMail(nullptr, {u"Database", path, path});
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.Description().find(u"Copies"), Text::npos) << Narrow(error.Description());
-        return {error.Number(), Text(error.Description())};
-    }
-    return {};
+Raised Send(const Text& path = archive) {
+    Raised failed = RaisedBy([&] { Services::SendMail(nullptr, {u"Database", path, path}); });
+    EXPECT_EQ(failed.words.find(u"Copies"), Text::npos) << Narrow(failed.words);
+    return failed;
 }
 
 TEST(BackupMail, GoesThroughTheMailProgramsOwnDialog) {
@@ -59,7 +51,7 @@ TEST(BackupMail, FailuresComeOutInWordsAndSessionsEnd) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.number);
         mail.Answer(c.logon, c.send, 0);
-        const Failed failed = Send();
+        const Raised failed = Send();
         EXPECT_EQ(failed.number, c.number);
         EXPECT_NE(failed.words.find(c.words), Text::npos) << Narrow(failed.words);
         EXPECT_EQ(mail.Take().find(u"\nlogoff\n") != Text::npos, c.session);
@@ -69,27 +61,22 @@ TEST(BackupMail, FailuresComeOutInWordsAndSessionsEnd) {
 TEST(BackupMail, WithoutAMailProgramThereIsAClearError) {
     FakeMail mail(GetModuleHandleW(nullptr));
     mail.Install(false);
-    const Failed failed = Send();
+    const Raised failed = Send();
     EXPECT_EQ(failed.number, 32002);
     EXPECT_NE(failed.words.find(u"No mail program"), Text::npos);
     EXPECT_EQ(mail.Take(), u"");
 }
 
 // A name that no one code page can write.
-class BackupMailNames : public ::testing::Test {
+class BackupMailNames : public TemporaryFolder {
   protected:
     void SetUp() override {
-        wchar_t folder[MAX_PATH];
-        GetTempPathW(MAX_PATH, folder);
-        path_ = Text(FromWide(folder)) + u"\u0416\u00e4\u5b57 copy.qvx";
-        const HANDLE file = CreateFileW(Wide(path_), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-        ASSERT_NE(file, INVALID_HANDLE_VALUE);
-        CloseHandle(file);
+        TemporaryFolder::SetUp();
+        Write(path_, "");
         if (GetACP() == CP_UTF8) GTEST_SKIP() << "EVERY NAME CAN BE WRITTEN HERE";
     }
-    void TearDown() override { DeleteFileW(Wide(path_)); }
 
-    Text path_;
+    const Text path_ = In(u"\u0416\u00e4\u5b57 copy.qvx");
 };
 
 TEST_F(BackupMailNames, AreSentInWideCharacters) {
@@ -111,7 +98,7 @@ TEST_F(BackupMailNames, AreSentInTheirShortFormToProgramsThatReadNoWideCharacter
     for (const bool known : {true, false}) {
         mail.KnowWide(known);
         mail.Answer(0, 0, unicodeNotSupported);
-        const Failed failed = Send(path_);
+        const Raised failed = Send(path_);
         const Text asked = mail.Take();
         EXPECT_EQ(asked.find(u"send wide") != Text::npos, known);
         if (replaced) {

@@ -15,8 +15,8 @@
 
 #include "com/wide_text.h"
 #include "common/number_text.h"
-#include "common/run_time_error.h"
 #include "controls/backup/backup_names.h"
+#include "tests/support/error_of.h"
 #include "tests/support/files.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/narrow.h"
@@ -29,16 +29,11 @@ using Services = backup::SystemServices;
 
 // The number that `work` fails with, 0 when it does not. No description may give away what follows "secret".
 int Failure(const std::function<void()>& work) {
-    try {
-        work();
-    } catch (const RunTimeError& error) {
-        const TextView words = error.Description();
-        EXPECT_FALSE(words.empty());
-        EXPECT_EQ(words.find(u"secret"), Text::npos) << Narrow(words);
-        EXPECT_EQ(words.find(u'\\'), Text::npos) << Narrow(words);
-        return error.Number();
-    }
-    return 0;
+    const Raised raised = RaisedBy(work);
+    EXPECT_EQ(raised.words.empty(), raised.number == 0);
+    EXPECT_EQ(raised.words.find(u"secret"), Text::npos) << Narrow(raised.words);
+    EXPECT_EQ(raised.words.find(u'\\'), Text::npos) << Narrow(raised.words);
+    return raised.number;
 }
 
 class Files : public TemporaryFolder {};

@@ -2,12 +2,11 @@
 #include <gtest/gtest.h>
 #include <olectl.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "Qvx.h"
 #include "com/bstr.h"
 #include "tests/support/container.h"
+#include "tests/support/drawn_picture.h"
+#include "tests/support/files.h"
 #include "tests/support/form_window.h"
 #include "tests/support/input.h"
 #include "tests/support/message_box.h"
@@ -54,27 +53,23 @@ TEST(Backup, KeepsItsSettings) {
 }
 
 TEST(Backup, IsASmallSquareOfOneSize) {
-    for (const bool user : {false, true}) {
-        Container container(Mode(user));
-        container.Place(NewBackup());
-        const auto object = Query<IOleObject>(container.Control());
-        // 270 twips in hundredths of a millimetre.
-        SIZEL extent{2540, 5080};
-        ASSERT_EQ(S_OK, object->SetExtent(DVASPECT_CONTENT, &extent));
-        ASSERT_EQ(S_OK, object->GetExtent(DVASPECT_CONTENT, &extent));
-        EXPECT_NEAR(476, extent.cx, 1);
-        EXPECT_NEAR(476, extent.cy, 1);
-        container.Activate();
-        container.MoveTo({30, 40, 180, 90});
-        RECT area{};
-        GetWindowRect(container.ControlWindow(), &area);
-        EXPECT_EQ(18, area.right - area.left);
-        EXPECT_EQ(18, area.bottom - area.top);
-        EXPECT_EQ(!user, IsWindowVisible(container.ControlWindow()) != 0);
-        DWORD status = 0;
-        object->GetMiscStatus(DVASPECT_CONTENT, &status);
-        EXPECT_TRUE(status & OLEMISC_INVISIBLEATRUNTIME);
-    }
+    Container container(Mode(false));
+    container.Place(NewBackup());
+    const auto object = Query<IOleObject>(container.Control());
+    // 270 twips in hundredths of a millimetre.
+    SIZEL extent{2540, 5080};
+    ASSERT_EQ(S_OK, object->SetExtent(DVASPECT_CONTENT, &extent));
+    ASSERT_EQ(S_OK, object->GetExtent(DVASPECT_CONTENT, &extent));
+    EXPECT_NEAR(476, extent.cx, 1);
+    EXPECT_NEAR(476, extent.cy, 1);
+    container.Activate();
+    RECT area{};
+    GetWindowRect(container.ControlWindow(), &area);
+    EXPECT_EQ(18, area.right - area.left);
+    EXPECT_EQ(18, area.bottom - area.top);
+    DWORD status = 0;
+    object->GetMiscStatus(DVASPECT_CONTENT, &status);
+    EXPECT_TRUE(status & OLEMISC_INVISIBLEATRUNTIME);
 }
 
 // It never takes the focus away from what can be typed into.
@@ -91,47 +86,32 @@ TEST(Backup, ShowsItsPictureToDesignersOnly) {
     for (const bool user : {false, true}) {
         Container container(Mode(user));
         container.Place(NewBackup());
-        const HDC screen = GetDC(nullptr);
-        const HDC dc = CreateCompatibleDC(screen);
-        const HBITMAP bitmap = CreateCompatibleBitmap(screen, 18, 18);
-        const HGDIOBJ old = SelectObject(dc, bitmap);
         const RECTL bounds{0, 0, 18, 18};
-        EXPECT_EQ(S_OK, Query<IViewObject>(container.Control())
-                            ->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr, nullptr, 0));
+        const PixelPicture picture = PictureOf({18, 18}, [&](HDC dc) {
+            EXPECT_EQ(S_OK,
+                      Query<IViewObject>(container.Control())
+                          ->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr, nullptr, 0));
+        });
         int drawn = 0;
-        for (int i = 0; i < 18; ++i) drawn += GetPixel(dc, i, i) != RGB(0, 0, 0) ? 1 : 0;
+        for (int i = 0; i < 18; ++i) drawn += picture.At(i, i) != RGB(0, 0, 0) ? 1 : 0;
         EXPECT_EQ(user ? 0 : 18, drawn);
-        SelectObject(dc, old);
-        DeleteObject(bitmap);
-        DeleteDC(dc);
-        ReleaseDC(nullptr, screen);
     }
 }
 
-class BackupShown : public ::testing::Test {
+class BackupShown : public TemporaryFolder {
   protected:
     void SetUp() override {
-        wchar_t folder[MAX_PATH]{};
-        GetTempPathW(MAX_PATH, folder);
-        folder_ = std::wstring(folder) + L"QvxBackupTest\\";
-        CreateDirectoryW(folder_.c_str(), nullptr);
+        TemporaryFolder::SetUp();
         container_.emplace(Mode(true));
         container_->Place(NewBackup());
-        Put(Automation(), L"DataPath", {Variant(Text(FromWide(folder_.c_str())))});
+        Put(Automation(), L"DataPath", {Variant(root_)});
         Put(Automation(), L"Database", {Variant(u"Accounts")});
         ASSERT_TRUE(BringToFront(container_->Window()));
     }
     void TearDown() override {
         container_.reset();
-        DeleteFileW((folder_ + L"Accounts.ldb").c_str());
-        RemoveDirectoryW(folder_.c_str());
+        TemporaryFolder::TearDown();
         WaitFor([] { return false; }, 30);
-    }
-    void Lock() {
-        const HANDLE file = CreateFileW((folder_ + L"Accounts.ldb").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                        FILE_ATTRIBUTE_NORMAL, nullptr);
-        ASSERT_NE(INVALID_HANDLE_VALUE, file);
-        CloseHandle(file);
     }
     IDispatch* Automation() { return automation_ ? automation_.get() : (automation_ = container_->Automation()).get(); }
     // What a caller's variable holds afterwards.
@@ -141,22 +121,19 @@ class BackupShown : public ::testing::Test {
         WaitFor([&] { return GetForegroundWindow() == container_->Window(); }, 1000);
     }
 
-    std::wstring folder_;
     std::optional<Container> container_;
     ComPtr<IDispatch> automation_;
 };
 
 TEST_F(BackupShown, OpensNothingWhileTheDatabaseIsInUse) {
-    Lock();
+    Write(In(u"Accounts.ldb"), "");
     for (const int action : {-1, 0}) {
         bool form = true;
         std::wstring title;
         const FormPerson person([&] {
             const HWND box = WaitForBox();
             form = FindForm(nullptr) != nullptr;
-            wchar_t text[60]{};
-            GetWindowTextW(box, text, 60);
-            title = text;
+            title = TextOf(box);
             if (box) TypeKey('O');
         });
         Show(Variant(action).get());

@@ -147,24 +147,13 @@ TEST_F(FlatBorder, DoesNothingInADesigner) {
     border.Set(L"OuterBorder", red);
     EXPECT_EQ(frame.Procedure(), before);
     EXPECT_EQ(frame.Edge(), edge);
-    // It has one size there, whatever is asked for.
+    // It has a size of its own there.
     const HWND window = border.Site().ControlWindow();
     EXPECT_TRUE(IsWindowVisible(window));
     RECT area{};
     GetClientRect(window, &area);
     EXPECT_EQ(area.right, 12);
     EXPECT_EQ(area.bottom, 15);
-    border.Site().MoveTo({10, 10, 90, 90});
-    GetClientRect(window, &area);
-    EXPECT_EQ(area.right, 12);
-    EXPECT_EQ(area.bottom, 15);
-}
-
-TEST_F(FlatBorder, ShowsNothingOfItselfAtRunTime) {
-    const Framed frame(top_.Window(), nullptr);
-    const Border border(frame.Window());
-    border.Site().Activate();
-    EXPECT_FALSE(IsWindowVisible(border.Site().ControlWindow()));
 }
 
 // The library keeps one previous procedure: the second window's.

@@ -17,9 +17,11 @@
 
 namespace qvx::test {
 
+constexpr auto setRefused = static_cast<HRESULT>(0x800A0183);  // 387
+
 class PushButtonForm : public ::testing::Test {
   public:
-    explicit PushButtonForm(REFCLSID id, bool userMode = true, ComPtr<IDispatch> extended = nullptr) {
+    explicit PushButtonForm(REFCLSID id, bool userMode = true, ComPtr<IDispatch> extended = nullptr) : id_(id) {
         Container::Options options;
         options.extended = std::move(extended);
         options.ambients = {{DISPID_AMBIENT_USERMODE, Variant(userMode)},
@@ -59,6 +61,18 @@ class PushButtonForm : public ::testing::Test {
         return point;
     }
 
+    // In this order; and what is loaded from it is the same.
+    void ExpectSaved(TextView properties) const {
+        const auto bag = SaveToBag(container_->Control());
+        EXPECT_EQ(bag->Print(), properties);
+        const auto other = ServerUnderTest::Get().Create(id_);
+        ASSERT_EQ(LoadFromStream(other.get(), SaveToStream(container_->Control())), S_OK);
+        EXPECT_EQ(SaveToBag(other.get())->Print(), properties);
+        const auto third = ServerUnderTest::Get().Create(id_);
+        ASSERT_EQ(LoadFromBag(third.get(), bag.get()), S_OK);
+        EXPECT_EQ(SaveToBag(third.get())->Print(), properties);
+    }
+
     HRESULT Mnemonic(WPARAM key) const {
         MSG message{};
         message.message = WM_SYSKEYDOWN;
@@ -78,6 +92,7 @@ class PushButtonForm : public ::testing::Test {
         return color;
     }
 
+    const CLSID id_;
     std::function<void(const std::string&)> onCall_;
     std::unique_ptr<Container> container_;
     ComPtr<IDispatch> button_;

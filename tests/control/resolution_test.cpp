@@ -14,6 +14,7 @@
 #include "tests/support/form_window.h"
 #include "tests/support/input.h"
 #include "tests/support/message_box.h"
+#include "tests/support/owned_dialog.h"
 #include "tests/support/resolution.h"
 
 namespace qvx {
@@ -42,18 +43,12 @@ struct Dialog {
     bool still;                  // nothing blinks in it
 };
 
-class Resolution : public ::testing::TestWithParam<Dialog> {
+class Resolution : public test::OwnedDialogTest, public ::testing::WithParamInterface<Dialog> {
   protected:
     void SetUp() override {
-        owner_ = CreateWindowExW(0, L"STATIC", L"Owner", WS_OVERLAPPEDWINDOW, 100, 100, 500, 300, nullptr, nullptr,
-                                 nullptr, nullptr);
-        ASSERT_TRUE(test::BringToFront(owner_));
+        test::OwnedDialogTest::SetUp();
         // Off the buttons, which rise under it.
         test::MoveMouseTo({1, 1});
-    }
-    void TearDown() override {
-        DestroyWindow(owner_);
-        test::WaitFor([] { return false; }, 30);
     }
     void With(const std::function<void(HWND dialog)>& acts) {
         const test::Person person([&] {
@@ -64,15 +59,13 @@ class Resolution : public ::testing::TestWithParam<Dialog> {
             PostMessageW(dialog, WM_CLOSE, 0, 0);
         });
         GetParam().show(owner_);
-        test::WaitFor([&] { return GetForegroundWindow() == owner_; }, 1000);
+        WaitForOwner();
     }
     static Seen Look(HWND dialog) {
         UpdateWindow(dialog);
         Sleep(300);
         return Seen(dialog);
     }
-
-    HWND owner_ = nullptr;
 };
 
 TEST_P(Resolution, ADialogFollowsItsMonitor) {
@@ -100,17 +93,6 @@ TEST_P(Resolution, ADialogFollowsItsMonitor) {
     });
 }
 
-HWND WaitForAbout() {
-    HWND found = nullptr;
-    EXPECT_TRUE(test::WaitFor(
-        [&] {
-            found = FindWindowW(L"QvxAbout", nullptr);
-            return found && IsWindowVisible(found) && GetForegroundWindow() == found;
-        },
-        8000, false));
-    return found;
-}
-
 const Dialog dialogs[] = {
     {"MessageBox",
      [](HWND owner) {
@@ -118,7 +100,7 @@ const Dialog dialogs[] = {
                               Text(u"Send E-mail"), 7, false, 0);
      },
      &test::WaitForBox, true},
-    {"AboutBox", [](HWND owner) { ShowAboutBox(owner); }, &WaitForAbout, true},
+    {"AboutBox", [](HWND owner) { ShowAboutBox(owner); }, [] { return test::WaitForWindow(L"QvxAbout"); }, true},
     {"PasswordPrompt",
      [](HWND owner) { backup::PasswordDialog([]() -> std::optional<Text> { return u"x"; }).Run(owner); },
      [] { return test::WaitForForm(L"Password"); }, false},

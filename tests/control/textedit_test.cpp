@@ -9,15 +9,8 @@ namespace {
 
 HRESULT Scode(int number) { return static_cast<HRESULT>(0x800A0000U + static_cast<unsigned>(number)); }
 
-HRESULT PutFails(IDispatch* object, const wchar_t* name, VARIANT value) {
-    return Invoke(object, name, DISPATCH_PROPERTYPUT, {value}).scode;
-}
-
-VARIANT Number(long value) {
-    VARIANT number{};
-    number.vt = VT_I4;
-    number.lVal = value;
-    return number;
+HRESULT PutFails(IDispatch* object, const wchar_t* name, const Variant& value) {
+    return Invoke(object, name, DISPATCH_PROPERTYPUT, {value.get()}).scode;
 }
 
 SIZEL ExtentOf(IUnknown* control) {
@@ -58,12 +51,9 @@ TEST(TextEdit, SavesInItsOrderAndLoadsTheSame) {
               u"BackColor=16777215\nForeColor=255\nBorderStyle=0\nAlignment=1\nMaxLength=9\nText=12.346\n"
               u"ToolTipText=price\nDataType=2\nAllowEmpty=False\nUseEnterKey=True\nMinValue=-1.5\nMaxValue=99.5\n"
               u"Enabled=False\nLocked=True\nAutoSelection=False\nDecimalPlaces=3\nAppearance=0\nBoundaries=True\n");
-    const auto bytes = SaveToStream(form.container->Control());
-    const auto fromBag = ServerUnderTest::Get().Create(CLSID_TextEdit);
-    const auto fromStream = ServerUnderTest::Get().Create(CLSID_TextEdit);
-    ASSERT_EQ(LoadFromBag(fromBag.get(), bag.get()), S_OK);
-    ASSERT_EQ(LoadFromStream(fromStream.get(), bytes), S_OK);
-    for (const auto& control : {fromBag, fromStream}) EXPECT_EQ(SaveToBag(control.get())->Print(), bag->Print());
+    const auto other = ServerUnderTest::Get().Create(CLSID_TextEdit);
+    ASSERT_EQ(LoadFromBag(other.get(), bag.get()), S_OK);
+    EXPECT_EQ(SaveToBag(other.get())->Print(), bag->Print());
 }
 
 TEST(TextEdit, LoadingNormalisesOnceAndReportsWhatFails) {
@@ -77,7 +67,6 @@ TEST(TextEdit, LoadingNormalisesOnceAndReportsWhatFails) {
         {"integers for truth", {{L"AllowEmpty", Variant(1)}, {L"Text", Variant(u"x")}}, 0, u"x"},
         {"no such border", {{L"BorderStyle", Variant(7)}}, 380, u""},
         {"no such length", {{L"MaxLength", Variant(-1)}}, 380, u""},
-        {"negative places in free text", {{L"DecimalPlaces", Variant(-1)}, {L"Text", Variant(u"x")}}, 0, u"x"},
         {"and in a box of digits", {{L"DecimalPlaces", Variant(-1)}, {L"DataType", Variant(1)}}, 5, u""},
         {"nonsense", {{L"DataType", Variant(u"?")}, {L"MinValue", Variant(u"?")}, {L"Text", Variant(u"9")}}, 0, u"9"},
     };
@@ -105,15 +94,11 @@ TEST(TextEdit, SettersTellTheHostBeforeTheTextFollows) {
     const Connection connection(form.container->Control(), IID_IPropertyNotifySink, listener.get());
     // Stored and told of, although the text cannot follow.
     form.Set(L"DataType", Variant(2));
-    EXPECT_EQ(PutFails(form.box.get(), L"DecimalPlaces", Number(-1)), Scode(5));
+    EXPECT_EQ(PutFails(form.box.get(), L"DecimalPlaces", Variant(-1)), Scode(5));
     EXPECT_EQ(Call(form.box.get(), L"DecimalPlaces").ToText(), u"-1");
-    VARIANT text{};
-    text.vt = VT_BSTR;
-    text.bstrVal = SysAllocString(L"5");
-    EXPECT_EQ(PutFails(form.box.get(), L"Text", text), Scode(5));
-    SysFreeString(text.bstrVal);
-    EXPECT_EQ(PutFails(form.box.get(), L"BorderStyle", Number(2)), Scode(380));
-    EXPECT_EQ(PutFails(form.box.get(), L"MaxLength", Number(-2)), Scode(380));
+    EXPECT_EQ(PutFails(form.box.get(), L"Text", Variant(u"5")), Scode(5));
+    EXPECT_EQ(PutFails(form.box.get(), L"BorderStyle", Variant(2)), Scode(380));
+    EXPECT_EQ(PutFails(form.box.get(), L"MaxLength", Variant(-2)), Scode(380));
     form.Set(L"DecimalPlaces", Variant(0));
     form.Set(L"Text", Variant(u"2.5"));
     EXPECT_EQ(form.Shown(), u"3");
@@ -125,9 +110,6 @@ TEST(TextEdit, SettersTellTheHostBeforeTheTextFollows) {
     EXPECT_EQ(form.Shown(), u"7.25");
     form.Set(L"DataType", Variant(2));
     EXPECT_EQ(form.Shown(), u"7.3");
-    form.Set(L"DataType", Variant(9));
-    form.Set(L"Text", Variant(u"anything"));
-    EXPECT_EQ(form.Shown(), u"anything");
 }
 
 TEST(TextEdit, TheTextDecidesTheHeight) {
@@ -175,7 +157,7 @@ TEST(TextEdit, TheInnerBoxIsReachable) {
         Put(inner.get(), L"SelText", {Variant(u"box")});
         EXPECT_EQ(form.Shown(), u"hello box");
         EXPECT_EQ(Call(inner.get(), L"SelStart").ToText(), u"9");
-        EXPECT_EQ(PutFails(inner.get(), L"SelStart", Number(-1)), Scode(380));
+        EXPECT_EQ(PutFails(inner.get(), L"SelStart", Variant(-1)), Scode(380));
         Put(inner.get(), L"MaxLength", {Variant(4)});
         Put(inner.get(), L"Text", {Variant(u"longer")});
         EXPECT_EQ(form.Shown(), u"long");

@@ -24,7 +24,7 @@ CLSID ClassOf(const wchar_t* name) {
     return id;
 }
 
-AdoServer::AdoServer() : module_(LoadLibraryW(SupportLibrary(L"ado\\QvxAdo.dll").c_str())) {
+AdoServer::AdoServer() : module_(LoadLibraryW(BuiltFile(L"samples\\ado\\QvxAdo.dll").c_str())) {
     if (!module_) ADD_FAILURE() << "QvxAdo.dll cannot be loaded: error " << GetLastError();
     EXPECT_EQ(Run("DllRegisterServer"), S_OK);
 }

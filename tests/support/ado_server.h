@@ -1,4 +1,4 @@
-// The stand-in data objects of tests/support/ado, registered for the length of a scope only.
+// The stand-in data objects of samples/ado, registered for the length of a scope only.
 #pragma once
 
 #include <windows.h>

@@ -28,4 +28,20 @@ inline PixelPicture PictureOf(Size size, const std::function<void(HDC)>& draw) {
     return picture;
 }
 
+// What is on the screen of a window that nothing covers; black outside its region.
+inline PixelPicture PictureOnScreen(HWND window) {
+    UpdateWindow(window);
+    RECT place{};
+    GetWindowRect(window, &place);
+    const Size size{static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top)};
+    const UniqueRegion region(CreateRectRgn(0, 0, 0, 0));
+    const bool cut = GetWindowRgn(window, region.Get()) != ERROR;
+    return PictureOf(size, [&](HDC dc) {
+        if (cut) SelectClipRgn(dc, region.Get());
+        const HDC from = GetWindowDC(window);
+        BitBlt(dc, 0, 0, size.width, size.height, from, 0, 0, SRCCOPY);
+        ReleaseDC(window, from);
+    });
+}
+
 }  // namespace qvx::test

@@ -1,5 +1,7 @@
 #include "tests/support/input.h"
 
+#include <gtest/gtest.h>
+
 namespace qvx::test {
 
 namespace {
@@ -87,7 +89,6 @@ POINT CenterOf(HWND window) {
 }
 
 void LeftButton(bool down) { MouseInput(down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP); }
-void RightButton(bool down) { MouseInput(down ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_RIGHTUP); }
 
 void ClickOn(HWND window) {
     MoveMouseTo(CenterOf(window));
@@ -99,6 +100,17 @@ bool BringToFront(HWND window) {
     ShowWindow(window, SW_SHOW);
     SetForegroundWindow(window);
     return WaitFor([&] { return GetForegroundWindow() == window; });
+}
+
+HWND WaitForWindow(const wchar_t* windowClass) {
+    HWND found = nullptr;
+    EXPECT_TRUE(WaitFor(
+        [&] {
+            found = FindWindowW(windowClass, nullptr);
+            return found && IsWindowVisible(found) && GetForegroundWindow() == found;
+        },
+        8000, false));
+    return found;
 }
 
 bool WaitForDialog() {

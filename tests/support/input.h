@@ -33,11 +33,13 @@ void RepeatAndRelease(HWND window, int key);
 void MoveMouseTo(POINT place);
 POINT CenterOf(HWND window);
 void LeftButton(bool down);
-void RightButton(bool down);
 void ClickOn(HWND window);
 
 // Brings a top-level window to the front and waits up to five seconds for it; false if it is not there then.
 bool BringToFront(HWND window);
+
+// For somebody: a window of that class, once it is in front; null after eight seconds without one, which is a failure.
+HWND WaitForWindow(const wchar_t* windowClass);
 
 // For somebody: waits until one of the system's dialogs has come to the front. False after eight seconds.
 bool WaitForDialog();

@@ -140,11 +140,7 @@ class MemoryFiles : public Files {
         }
 
       private:
-        MemoryNode& Node() {
-            MemoryNode* node = owner_.Find(path_);
-            if (!node) throw ArchiveError(ExitCode::readWrite);
-            return *node;
-        }
+        MemoryNode& Node() { return owner_.NodeOf(path_); }
         MemoryFiles& owner_;
         Text path_;
     };
@@ -202,17 +198,18 @@ class MemoryFiles : public Files {
         }
 
       private:
-        MemoryNode& Node() {
-            MemoryNode* node = owner_.Find(path_);
-            if (!node) throw ArchiveError(ExitCode::readWrite);
-            return *node;
-        }
+        MemoryNode& Node() { return owner_.NodeOf(path_); }
         MemoryFiles& owner_;
         Text path_;
         Text key_;
         bool isCommitted_ = false;
     };
 
+    MemoryNode& NodeOf(const Text& path) {
+        MemoryNode* node = Find(path);
+        if (!node) throw ArchiveError(ExitCode::readWrite);
+        return *node;
+    }
     static std::size_t Copy(const Bytes& bytes, std::uint64_t offset, std::span<std::uint8_t> into) {
         if (offset >= bytes.size()) return 0;
         const auto start = bytes.begin() + static_cast<std::ptrdiff_t>(offset);

@@ -15,13 +15,7 @@ inline HWND FindBox() { return FindWindowW(L"QvxMessageBox", nullptr); }
 // Called from the person's thread: the box, once it takes keys; null after some seconds without one, which is a
 // failure.
 inline HWND WaitForBox() {
-    HWND box = nullptr;
-    EXPECT_TRUE(WaitFor(
-        [&] {
-            box = FindBox();
-            return box && IsWindowVisible(box) && GetForegroundWindow() == box;
-        },
-        8000, false));
+    const HWND box = WaitForWindow(L"QvxMessageBox");
     // Nobody is quicker. A window manager that still confirms the activation would call a press off.
     Sleep(200);
     return box;

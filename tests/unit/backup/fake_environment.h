@@ -21,6 +21,18 @@ inline std::string Narrow(TextView text) {
     return narrow;
 }
 
+inline Settings SampleSettings() {
+    Settings settings;
+    settings.cnnString = u"file=";
+    settings.database = u"Accounts";
+    settings.tempPath = u"C:\\Temp\\";
+    settings.dataPath = u"C:\\Data\\";
+    settings.zipPath = u"C:\\Zip\\";
+    settings.backupExtension = u".qvx";
+    settings.dataExtension = u".mdb";
+    return settings;
+}
+
 struct NoCase {
     bool operator()(const Text& a, const Text& b) const { return CompareTextNoCase(a, b) < 0; }
 };

@@ -46,13 +46,7 @@ const Scenario scenarios[] = {
 class Attempt {
   public:
     explicit Attempt(const Scenario& scenario) : scenario_(scenario) {
-        settings_.cnnString = u"file=";
         settings_.database = u"Accounts of 2026";
-        settings_.tempPath = u"C:\\Temp\\";
-        settings_.dataPath = u"C:\\Data\\";
-        settings_.zipPath = u"C:\\Zip\\";
-        settings_.backupExtension = u".qvx";
-        settings_.dataExtension = u".mdb";
         settings_.checkSecurity = scenario.security;
         computer.files = {{database, live},
                           {u"C:\\Data\\abc.mdb", "db of another group"},
@@ -140,7 +134,7 @@ class Attempt {
 
   private:
     const Scenario& scenario_;
-    Settings settings_;
+    Settings settings_ = SampleSettings();
 };
 
 int StepsOf(const Scenario& scenario) {

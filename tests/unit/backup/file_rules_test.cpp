@@ -97,6 +97,7 @@ TEST(FilePaths, NameTheirDrive) {
         {u"\\\\server\\\\a", u""},
         {u"\\\\server", u""},
         {u"\\\\", u""},
+        {u"\\\\\\a\\b", u""},
         {u"\\a", u""},
         {u"1:\\a", u""},
         {u"C", u""},

@@ -12,18 +12,6 @@ namespace {
 const char* const live = "db live";
 const char* const saved = "db saved";
 
-Settings SampleSettings() {
-    Settings settings;
-    settings.cnnString = u"file=";
-    settings.database = u"Accounts";
-    settings.tempPath = u"C:\\Temp\\";
-    settings.dataPath = u"C:\\Data\\";
-    settings.zipPath = u"C:\\Zip\\";
-    settings.backupExtension = u".qvx";
-    settings.dataExtension = u".mdb";
-    return settings;
-}
-
 class BackupProcedure : public ::testing::Test {
   protected:
     BackupProcedure() {
@@ -413,6 +401,9 @@ TEST_F(BackupProcedure, RestoresAsASeparateGroup) {
 }
 
 TEST_F(BackupProcedure, RefusesToRestore) {
+    constexpr const char* damaged = "message Could not restore data. File may be correpted. (Restore, 1, 8, 2000)\n";
+    constexpr const char* folderOfItsOwn =
+        "error 75 The working folder must be one of its own, since every file in it is deleted.\n";
     struct {
         const char* name;
         std::function<void(FakeEnvironment&, Settings&, FormState&)> change;
@@ -421,28 +412,24 @@ TEST_F(BackupProcedure, RefusesToRestore) {
         {"no such archive", [](auto&, auto&, auto& form) { form.location = u"D:\\none.qvx"; },
          "message No Backup files found under this directory.|D:\\none.qvx (Restore, 1, 6, 3000)\n"},
         {"archiver fails", [](auto& c, auto&, auto&) { c.archiver = FakeEnvironment::Archiver::leavesNothing; },
-         "message Could not restore data. File may be correpted. (Restore, 1, 8, 2000)\n"},
+         damaged},
         {"unpacked file does not open",
-         [](auto& c, auto&, auto&) { c.archiver = FakeEnvironment::Archiver::leavesHalf; },
-         "message Could not restore data. File may be correpted. (Restore, 1, 8, 2000)\n"},
-        {"other extension", [](auto&, auto& settings, auto&) { settings.dataExtension = u".db"; },
-         "message Could not restore data. File may be correpted. (Restore, 1, 8, 2000)\n"},
+         [](auto& c, auto&, auto&) { c.archiver = FakeEnvironment::Archiver::leavesHalf; }, damaged},
+        {"other extension", [](auto&, auto& settings, auto&) { settings.dataExtension = u".db"; }, damaged},
         {"no working folder", [](auto&, auto& settings, auto&) { settings.tempPath = u""; },
          "error 76 Path not found\n"},
         {"working folder without separator", [](auto&, auto& settings, auto&) { settings.tempPath = u"C:\\Temp"; },
          "error 76 Path not found\n"},
         {"data in the working folder", [](auto&, auto& settings, auto&) { settings.tempPath = u"c:\\data\\"; },
-         "error 75 The working folder must be one of its own, since every file in it is deleted.\n"},
+         folderOfItsOwn},
         {"archive in the working folder", [](auto&, auto& settings, auto&) { settings.tempPath = u"D:\\"; },
-         "error 75 The working folder must be one of its own, since every file in it is deleted.\n"},
+         folderOfItsOwn},
         {"archivers in the working folder", [](auto&, auto& settings, auto&) { settings.tempPath = u"C:\\Zip\\"; },
-         "error 75 The working folder must be one of its own, since every file in it is deleted.\n"},
+         folderOfItsOwn},
         {"data in the current folder, which is the working folder",
-         [](auto&, auto& settings, auto&) { settings.dataPath = u"", settings.tempPath = u".\\"; },
-         "error 75 The working folder must be one of its own, since every file in it is deleted.\n"},
+         [](auto&, auto& settings, auto&) { settings.dataPath = u"", settings.tempPath = u".\\"; }, folderOfItsOwn},
         {"names that begin in the working folder",
-         [](auto&, auto& settings, auto&) { settings.dataPath = u"C:\\Temp\\My "; },
-         "error 75 The working folder must be one of its own, since every file in it is deleted.\n"},
+         [](auto&, auto& settings, auto&) { settings.dataPath = u"C:\\Temp\\My "; }, folderOfItsOwn},
         {"a name that does more than to name a file",
          [](auto& c, auto&, auto& form) {
              c.files[form.location] = FakeEnvironment::Packed("x;Mode=Write.mdb", saved);

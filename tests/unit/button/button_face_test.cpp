@@ -8,37 +8,30 @@
 namespace qvx::buttons {
 namespace {
 
+const std::string ground = "fill (0,0,100,24) &H8000000F\n";
+const std::string label = "text \"&Save\" (0,0,100,24) 8.25 &H80000012 format 37\n";
+const std::string disabledLabel =
+    "text \"&Save\" (1,1,101,25) 8.25 &H80000014 format 37\ntext \"&Save\" (0,0,100,24) 8.25 &H80000010 format 37\n";
+const std::string pressedLabel = "text \"&Save\" (1,1,101,25) 8.25 &H80000012 format 37\n";
+const std::string raised = "edge (0,0,100,24) style 4 sides 15\n";
+const std::string higher = "edge (0,0,100,24) style 5 sides 15\n";
+const std::string sunken = "edge (0,0,100,24) style 2 sides 15\n";
+const std::string focus = "focus (3,3,97,21)\n";
+
 struct Case {
     const char* name;
     void (*change)(ButtonLook&);
     int state;
     bool focused;
-    const char* expected;
+    std::string expected;
 };
 
 const Case cases[] = {
-    {"at rest", [](ButtonLook&) {}, 0, false,
-     R"(fill (0,0,100,24) &H8000000F
-text "&Save" (0,0,100,24) 8.25 &H80000012 format 37
-edge (0,0,100,24) style 4 sides 15
-)"},
-    {"at rest, focused", [](ButtonLook&) {}, 0, true,
-     R"(fill (0,0,100,24) &H8000000F
-text "&Save" (0,0,100,24) 8.25 &H80000012 format 37
-edge (0,0,100,24) style 4 sides 15
-focus (3,3,97,21)
-)"},
-    {"no focus rectangle wanted", [](ButtonLook& look) { look.focusRect = false; }, 0, true,
-     R"(fill (0,0,100,24) &H8000000F
-text "&Save" (0,0,100,24) 8.25 &H80000012 format 37
-edge (0,0,100,24) style 4 sides 15
-)"},
+    {"at rest", [](ButtonLook&) {}, 0, false, ground + label + raised},
+    {"at rest, focused", [](ButtonLook&) {}, 0, true, ground + label + raised + focus},
+    {"no focus rectangle wanted", [](ButtonLook& look) { look.focusRect = false; }, 0, true, ground + label + raised},
     {"disabled is embossed and shows no focus", [](ButtonLook& look) { look.enabled = false; }, 0, true,
-     R"(fill (0,0,100,24) &H8000000F
-text "&Save" (1,1,101,25) 8.25 &H80000014 format 37
-text "&Save" (0,0,100,24) 8.25 &H80000010 format 37
-edge (0,0,100,24) style 4 sides 15
-)"},
+     ground + disabledLabel + raised},
     {"flat with a drop-down",
      [](ButtonLook& look) {
          look.behavior = Style::flatHeavy;
@@ -59,30 +52,13 @@ frame (0,0,100,24) &H00030201
          look.dropDown = true;
          look.enabled = false;
      },
-     0, false,
-     R"(fill (0,0,100,24) &H8000000F
-text "&Save" (1,1,101,25) 8.25 &H80000014 format 37
-text "&Save" (0,0,100,24) 8.25 &H80000010 format 37
-control (85,0,98,24) kind 5 state 272
-frame (0,0,100,24) &H8000000F
-)"},
-    {"hot, simple raise", [](ButtonLook& look) { look.behavior = Style::flatSimple; }, 1, true,
-     "edge (0,0,100,24) style 4 sides 15\n"},
-    {"hot, flat at rest", [](ButtonLook& look) { look.behavior = Style::flatHeavy; }, 1, false,
-     "edge (0,0,100,24) style 5 sides 15\n"},
-    {"hot, raised at rest", [](ButtonLook&) {}, 1, false, "edge (0,0,100,24) style 5 sides 15\n"},
+     0, false, ground + disabledLabel + "control (85,0,98,24) kind 5 state 272\nframe (0,0,100,24) &H8000000F\n"},
+    {"hot, simple raise", [](ButtonLook& look) { look.behavior = Style::flatSimple; }, 1, true, raised},
+    {"hot, flat at rest", [](ButtonLook& look) { look.behavior = Style::flatHeavy; }, 1, false, higher},
+    {"hot, raised at rest", [](ButtonLook&) {}, 1, false, higher},
     {"pressed, with everything", [](ButtonLook& look) { look.dropDown = true; }, 2, true,
-     R"(fill (0,0,100,24) &H8000000F
-text "&Save" (1,1,101,25) 8.25 &H80000012 format 37
-control (86,1,99,25) kind 5 state 16
-edge (0,0,100,24) style 2 sides 15
-focus (3,3,97,21)
-)"},
-    {"above pressed is pressed", [](ButtonLook&) {}, 7, false,
-     R"(fill (0,0,100,24) &H8000000F
-text "&Save" (1,1,101,25) 8.25 &H80000012 format 37
-edge (0,0,100,24) style 2 sides 15
-)"},
+     ground + pressedLabel + "control (86,1,99,25) kind 5 state 16\n" + sunken + focus},
+    {"above pressed is pressed", [](ButtonLook&) {}, 7, false, ground + pressedLabel + sunken},
     {"below normal draws nothing", [](ButtonLook&) {}, -1, true, ""},
 };
 

@@ -38,6 +38,19 @@ inline Step Press(const char* expected) {
 inline Step Release(Point p, const char* expected) {
     return {[=](PushLogic& b) { return b.MouseUp(p, face); }, expected};
 }
+inline Step OtherPress(const char* expected) {
+    return {[](PushLogic& b) { return b.OtherButtonDown(); }, expected};
+}
+// With another button than the left one held.
+inline Step OtherMove(Point p, const char* expected) {
+    return {[=](PushLogic& b) { return b.MouseMove({p, face, false, true}); }, expected};
+}
+inline Step MouseTaken(const char* expected) {
+    return {[](PushLogic& b) { return b.CaptureLost(); }, expected};
+}
+inline Step Disabled(const char* expected) {
+    return {[](PushLogic& b) { return b.Cancel(); }, expected};
+}
 inline Step Down(int key, int shift, const char* expected) {
     return {[=](PushLogic& b) { return b.KeyDown(key, shift); }, expected};
 }

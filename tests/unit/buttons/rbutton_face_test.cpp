@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "drawing/recording_surface.h"
+#include "tests/support/error_of.h"
 #include "widgets/button/push_value.h"
 
 namespace qvx::buttons {
@@ -16,46 +17,27 @@ RButtonLook Look() {
     return look;
 }
 
+const std::string ground = "fill (0,0,100,24) &H8000000F\n";
+const std::string label = "text \"&Post\" (0,0,100,24) 8.25 &H80000012 format 37\n";
+const std::string outline = "roundrect (0,0,99,23) corner 10x10 &H00808080\n";
+
 TEST(RButtonFace, EachState) {
     struct {
         const char* name;
         void (*change)(RButtonLook&);
         RButtonState state;
         bool active;
-        const char* expected;
+        std::string expected;
     } const cases[] = {
-        {"idle", [](RButtonLook&) {}, RButtonState::idle, false,
-         R"(fill (0,0,100,24) &H8000000F
-text "&Post" (0,0,100,24) 8.25 &H80000012 format 37
-roundrect (0,0,99,23) corner 10x10 &H00808080
-)"},
+        {"idle", [](RButtonLook&) {}, RButtonState::idle, false, ground + label + outline},
         {"under the mouse", [](RButtonLook&) {}, RButtonState::raised, false,
-         R"(fill (0,0,100,24) &H8000000F
-text "&Post" (0,0,100,24) 8.25 &H80000012 format 37
-roundrect (0,0,99,23) corner 10x10 &H00808080
-roundrect (0,0,100,24) corner 10x10 &H80000014
-roundrect (-1,-1,99,23) corner 10x10 &H80000015
-)"},
-        {"held down, active", [](RButtonLook&) {}, RButtonState::held, true,
-         R"(fill (0,0,100,24) &H8000000F
-text "&Post" (2,2,100,24) 8.25 &H80000012 format 37
-roundrect (0,0,99,23) corner 10x10 &H00808080
-focus (34,6,66,19)
-roundrect (0,0,100,24) corner 10x10 &H80000015
-roundrect (-1,-1,99,23) corner 10x10 &H80000014
-)"},
+         ground + label + outline +
+             "roundrect (0,0,100,24) corner 10x10 &H80000014\nroundrect (-1,-1,99,23) corner 10x10 &H80000015\n"},
         {"active without a focus rectangle", [](RButtonLook& look) { look.focusRect = false; }, RButtonState::idle,
-         true,
-         R"(fill (0,0,100,24) &H8000000F
-text "&Post" (0,0,100,24) 8.25 &H80000012 format 37
-roundrect (0,0,99,23) corner 10x10 &H00808080
-)"},
+         true, ground + label + outline},
         {"disabled", [](RButtonLook& look) { look.enabled = false; }, RButtonState::idle, false,
-         R"(fill (0,0,100,24) &H8000000F
-text "&Post" (0,0,100,24) 8.25 &H80000010 format 37
-roundrect (0,0,99,23) corner 10x10 &H00808080
-)"},
-        {"colours of its own",
+         ground + "text \"&Post\" (0,0,100,24) 8.25 &H80000010 format 37\n" + outline},
+        {"held down and active, in colours of its own",
          [](RButtonLook& look) {
              look.foreColor = 1;
              look.backColor = 2;
@@ -74,10 +56,7 @@ roundrect (-1,-1,99,23) corner 10x10 &H00000005
 )"},
         {"a script from right to left", [](RButtonLook& look) { look.caption = u"\u05E9\u05DC\u05D7!"; },
          RButtonState::idle, false,
-         R"(fill (0,0,100,24) &H8000000F
-text "\u05E9\u05DC\u05D7!" (0,0,100,24) 8.25 &H80000012 format 131109
-roundrect (0,0,99,23) corner 10x10 &H00808080
-)"},
+         ground + "text \"\\u05E9\\u05DC\\u05D7!\" (0,0,100,24) 8.25 &H80000012 format 131109\n" + outline},
     };
     for (const auto& c : cases) {
         RButtonLook look = Look();
@@ -131,20 +110,12 @@ TEST(RButtonFace, DefaultCaption) {
     EXPECT_EQ(DefaultRButtonCaption(u""), u"Button");
 }
 
-int ErrorOf(void (*check)(bool), bool userMode) {
-    try {
-        check(userMode);
-        return 0;
-    } catch (const RunTimeError& error) {
-        return error.Number();
-    }
-}
-
 TEST(PushValue, IsWrittenByProgramsAndReadByDesigners) {
-    EXPECT_EQ(ErrorOf(RequireValueSettable, true), 0);
-    EXPECT_EQ(ErrorOf(RequireValueSettable, false), 387);
-    EXPECT_EQ(ErrorOf(RequireValueReadable, true), 393);
-    EXPECT_EQ(ErrorOf(RequireValueReadable, false), 0);
+    using test::ErrorOf;
+    EXPECT_EQ(ErrorOf([] { RequireValueSettable(true); }), 0);
+    EXPECT_EQ(ErrorOf([] { RequireValueSettable(false); }), 387);
+    EXPECT_EQ(ErrorOf([] { RequireValueReadable(true); }), 393);
+    EXPECT_EQ(ErrorOf([] { RequireValueReadable(false); }), 0);
 }
 
 }  // namespace

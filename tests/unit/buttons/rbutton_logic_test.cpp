@@ -16,24 +16,12 @@ Step Drag(Point p, const char* expected) {
 Step MoveWithSpaceHeld(Point p, const char* expected) {
     return {[=](PushLogic& b) { return b.MouseMove({p, face, false, false, true}); }, expected};
 }
-Step MoveWithRightButton(Point p, const char* expected) {
-    return {[=](PushLogic& b) { return b.MouseMove({p, face, false, true}); }, expected};
-}
 Step Typed(char16_t character, const char* expected) {
     return {[=](PushLogic& b) { return b.KeyPress(character); }, expected};
 }
 Step SpaceUp(const char* expected) { return Up(keys::space, 0, false, expected); }
 Step SetOrRemoveFocus(const char* expected) {
     return {[](PushLogic& b) { return static_cast<RButtonLogic&>(b).LetGo(); }, expected};
-}
-Step Disabled(const char* expected) {
-    return {[](PushLogic& b) { return b.Cancel(); }, expected};
-}
-Step MouseTaken(const char* expected) {
-    return {[](PushLogic& b) { return b.CaptureLost(); }, expected};
-}
-Step RightPress(const char* expected) {
-    return {[](PushLogic& b) { return b.OtherButtonDown(); }, expected};
 }
 
 TEST(RButtonLogic, Sequences) {
@@ -52,9 +40,9 @@ TEST(RButtonLogic, Sequences) {
         {"released outside in one go", {Press("capture 2"), Release(out, "release 0")}},
         {"a release that nobody told", {Press("capture 2"), Move(in, false, "capture 1"), Release(in, "")}},
         {"another button neither presses nor clicks",
-         {RightPress("capture"), MoveWithRightButton(in, "capture 1"), Release(in, ""), Move(out, false, "release 0")}},
+         {OtherPress("capture"), OtherMove(in, "capture 1"), Release(in, ""), Move(out, false, "release 0")}},
         {"another button, released outside",
-         {RightPress("capture"), MoveWithRightButton(out, "release 0"), Release(out, "release")}},
+         {OtherPress("capture"), OtherMove(out, "release 0"), Release(out, "release")}},
         {"the mouse was taken away while pressed",
          {Press("capture 2"), MouseTaken("0"), Up(keys::tab, 0, false, "0"), Release(in, ""), Press("capture 2"),
           Release(in, "release 0 click")}},

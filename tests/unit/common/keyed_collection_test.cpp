@@ -2,20 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
+
+#include "tests/support/error_of.h"
 
 namespace qvx {
 namespace {
 
-int ErrorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const RunTimeError& error) {
-        return error.Number();
-    }
-    return 0;
-}
+using test::ErrorOf;
 
 TEST(KeyedCollection, NumbersItemsFromOneInTheirOrder) {
     KeyedCollection<int> items;

@@ -6,9 +6,9 @@
 #include <string>
 
 #include "common/keys.h"
-#include "common/run_time_error.h"
 #include "dialogs/message_box_icons.h"
 #include "drawing/recording_surface.h"
+#include "tests/support/error_of.h"
 #include "tests/support/narrow.h"
 #include "tests/support/portable/failing_allocation.h"
 
@@ -137,12 +137,7 @@ TEST(MessageBox, PictureNumbers) {
     EXPECT_EQ(PictureNumber(9), 9);
     EXPECT_EQ(PictureNumber(10), 6);
     EXPECT_EQ(PictureNumber(-1), 6);
-    try {
-        PictureNumber(0);
-        FAIL() << "there is no picture 0";
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.Number(), 35600);
-    }
+    EXPECT_EQ(test::ErrorOf([] { PictureNumber(0); }), 35600) << "there is no picture 0";
 }
 
 TEST(MessageBox, Caption) { EXPECT_EQ(CaptionFor(u"Restore"), u"  Restore"); }

@@ -29,111 +29,112 @@ MenuItemLook Open() {
     return look;
 }
 
+// The calls that most items have in common.
+const std::string atRest = "fill (0,40,120,62) &H00FFFFFF\n";
+const std::string selectedGround = "fill (0,40,120,62) &H00C00000\n";
+const std::string frameAround = "frame (0,40,120,62) &H00400000\n";
+const std::string ownPicture = "picture 48x48 (3,43,19,59)\n";
+const std::string greyPicture = "picture 47x47 (3,43,19,59)\n";
+
+std::string Labels(const std::string& color) {
+    return "text \"&Open\" (27,40,104,62) 8.25 &H00" + color + " format 36\ntext \"Ctrl+O\" (27,40,104,62) 8.25 &H00" +
+           color + " format 2086\n";
+}
+
 struct Case {
     const char* name;
     void (*change)(MenuItemLook&);
-    const char* expected;
+    std::string expected;
 };
 
-const Case cases[] = {
-    {"at rest", [](MenuItemLook&) {}, R"(fill (0,40,120,62) &H00FFFFFF
-picture 48x48 (3,43,19,59)
-text "&Open" (27,40,104,62) 8.25 &H00000000 format 36
-text "Ctrl+O" (27,40,104,62) 8.25 &H00000000 format 2086
-)"},
-    {"selected", [](MenuItemLook& look) { look.selected = true; }, R"(fill (0,40,120,62) &H00C00000
-frame (0,40,120,62) &H00400000
-picture 48x48 (3,43,19,59)
-text "&Open" (27,40,104,62) 8.25 &H00EEEEEE format 36
-text "Ctrl+O" (27,40,104,62) 8.25 &H00EEEEEE format 2086
-)"},
-    {"disabled", [](MenuItemLook& look) { look.disabled = true; }, R"(fill (0,40,120,62) &H00FFFFFF
-picture 47x47 (3,43,19,59)
-text "&Open" (27,40,104,62) 8.25 &H00808080 format 36
-text "Ctrl+O" (27,40,104,62) 8.25 &H00808080 format 2086
-)"},
-    {"disabled and selected, in colours that can be told apart",
-     [](MenuItemLook& look) { look.disabled = look.selected = true; }, R"(fill (0,40,120,62) &H00C00000
-frame (0,40,120,62) &H00400000
-picture 47x47 (3,43,19,59)
-text "&Open" (27,40,104,62) 8.25 &H00808080 format 36
-text "Ctrl+O" (27,40,104,62) 8.25 &H00808080 format 2086
-)"},
-    {"disabled and selected, in colours that cannot",
-     [](MenuItemLook& look) {
-         look.disabled = look.selected = true;
-         look.colors.selected = 0x808080;
-     },
-     R"(fill (0,40,120,62) &H00FFFFFF
-frame (0,40,120,62) &H00400000
-picture 47x47 (3,43,19,59)
-text "&Open" (27,40,104,62) 8.25 &H00808080 format 36
-text "Ctrl+O" (27,40,104,62) 8.25 &H00808080 format 2086
-)"},
-    {"checked", [](MenuItemLook& look) { look.checked = true; }, R"(fill (0,40,120,62) &H00FFFFFF
-fill (1,41,21,61) &H00DDDDDD
-edge (1,41,21,61) style 2 sides 15
-picture 48x48 (3,43,19,59)
-text "&Open" (27,40,104,62) 8.25 &H00000000 format 36
-text "Ctrl+O" (27,40,104,62) 8.25 &H00000000 format 2086
-)"},
-    {"without a picture", [](MenuItemLook& look) { look.picture = look.disabledPicture = nullptr; },
-     R"(fill (0,40,120,62) &H00FFFFFF
-text "&Open" (27,40,104,62) 8.25 &H00000000 format 36
-text "Ctrl+O" (27,40,104,62) 8.25 &H00000000 format 2086
-)"},
-    {"checked without a picture",
-     [](MenuItemLook& look) {
-         look.picture = look.disabledPicture = nullptr;
-         look.checked = true;
-     },
-     R"(fill (0,40,120,62) &H00FFFFFF
-fill (7,49,8,52) &H00000000
+void WithoutPicture(MenuItemLook& look) { look.picture = look.disabledPicture = nullptr; }
+
+TEST(MenuItem, PaintsItsStates) {
+    const Case cases[] = {
+        {"at rest", [](MenuItemLook&) {}, atRest + ownPicture + Labels("000000")},
+        {"selected", [](MenuItemLook& look) { look.selected = true; },
+         selectedGround + frameAround + ownPicture + Labels("EEEEEE")},
+        {"disabled", [](MenuItemLook& look) { look.disabled = true; }, atRest + greyPicture + Labels("808080")},
+        {"disabled and selected, in colours that can be told apart",
+         [](MenuItemLook& look) { look.disabled = look.selected = true; },
+         selectedGround + frameAround + greyPicture + Labels("808080")},
+        {"disabled and selected, in colours that cannot",
+         [](MenuItemLook& look) {
+             look.disabled = look.selected = true;
+             look.colors.selected = 0x808080;
+         },
+         atRest + frameAround + greyPicture + Labels("808080")},
+        {"checked", [](MenuItemLook& look) { look.checked = true; },
+         atRest + "fill (1,41,21,61) &H00DDDDDD\nedge (1,41,21,61) style 2 sides 15\n" + ownPicture + Labels("000000")},
+        {"checked and selected", [](MenuItemLook& look) { look.checked = look.selected = true; },
+         selectedGround + frameAround + "edge (1,41,21,61) style 2 sides 15\n" + ownPicture + Labels("EEEEEE")},
+        {"without a picture", &WithoutPicture, atRest + Labels("000000")},
+        {"checked without a picture",
+         [](MenuItemLook& look) {
+             WithoutPicture(look);
+             look.checked = true;
+         },
+         atRest + R"(fill (7,49,8,52) &H00000000
 fill (8,50,9,53) &H00000000
 fill (9,51,10,54) &H00000000
 fill (10,50,11,53) &H00000000
 fill (11,49,12,52) &H00000000
 fill (12,48,13,51) &H00000000
 fill (13,47,14,50) &H00000000
-text "&Open" (27,40,104,62) 8.25 &H00000000 format 36
-text "Ctrl+O" (27,40,104,62) 8.25 &H00000000 format 2086
-)"},
-    {"one of several without a picture",
-     [](MenuItemLook& look) {
-         look.picture = look.disabledPicture = nullptr;
-         look.checked = look.radio = true;
-     },
-     R"(fill (0,40,120,62) &H00FFFFFF
-fill (9,47,12,48) &H00000000
+)" + Labels("000000")},
+        {"one of several without a picture",
+         [](MenuItemLook& look) {
+             WithoutPicture(look);
+             look.checked = look.radio = true;
+         },
+         atRest + R"(fill (9,47,12,48) &H00000000
 fill (8,48,13,49) &H00000000
 fill (8,49,13,50) &H00000000
 fill (7,50,14,51) &H00000000
 fill (8,51,13,52) &H00000000
 fill (8,52,13,53) &H00000000
 fill (9,53,12,54) &H00000000
-text "&Open" (27,40,104,62) 8.25 &H00000000 format 36
-text "Ctrl+O" (27,40,104,62) 8.25 &H00000000 format 2086
-)"},
-    {"the default, with its access key hidden", [](MenuItemLook& look) { look.isDefault = look.hideAccessKeys = true; },
-     R"(fill (0,40,120,62) &H00FFFFFF
-picture 48x48 (3,43,19,59)
-text "Open" (27,40,104,62) 8.25b &H00000000 format 2084
+)" + Labels("000000")},
+        {"the default, with its access key hidden",
+         [](MenuItemLook& look) { look.isDefault = look.hideAccessKeys = true; },
+         atRest + ownPicture + R"(text "Open" (27,40,104,62) 8.25b &H00000000 format 2084
 text "Ctrl+O" (27,40,104,62) 8.25b &H00000000 format 2086
 )"},
-    {"from right to left", [](MenuItemLook& look) { look.rightToLeft = true; }, R"(fill (0,40,120,62) &H00FFFFFF
-picture 48x48 (101,43,117,59)
+        {"from right to left", [](MenuItemLook& look) { look.rightToLeft = true; },
+         atRest + R"(picture 48x48 (101,43,117,59)
 text "&Open" (16,40,93,62) 8.25 &H00000000 format 131110
 text "Ctrl+O" (16,40,93,62) 8.25 &H00000000 format 133156
 )"},
-};
-
-TEST(MenuItem, PaintsItsStates) {
+    };
     for (const Case& c : cases) {
         MenuItemLook look = Open();
         c.change(look);
         RecordingSurface surface;
         DrawMenuItem(surface, {0, 40, 120, 62}, look);
         EXPECT_EQ(c.expected, surface.Log()) << c.name;
+    }
+}
+
+TEST(MenuItem, MarksGrowWithTheResolution) {
+    const struct {
+        void (*change)(MenuItemLook&);
+        const char* mark;
+    } cases[] = {
+        {[](MenuItemLook&) {}, "fill (2,2,42,42) &H00DDDDDD\nedge (2,2,42,42) style 2 sides 15\n"},
+        {&WithoutPicture, "fill (15,19,17,25) &H00000000\nfill (17,21,19,27) &H00000000\n"},
+        {[](MenuItemLook& look) {
+             WithoutPicture(look);
+             look.radio = true;
+         },
+         "fill (19,15,25,16) &H00000000\nfill (18,16,26,17) &H00000000\n"},
+    };
+    for (const auto& c : cases) {
+        MenuItemLook look = Open();
+        look.checked = true;
+        c.change(look);
+        RecordingSurface surface(Dpi{192, 192});
+        DrawMenuItem(surface, {0, 0, 240, 44}, look);
+        EXPECT_NE(surface.Log().find(c.mark), std::string::npos) << surface.Log();
     }
 }
 

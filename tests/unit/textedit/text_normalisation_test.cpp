@@ -2,26 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
 
-#include "common/run_time_error.h"
+#include "tests/support/error_of.h"
 #include "tests/support/portable/failing_allocation.h"
 
 namespace qvx::textedit {
 namespace {
-
-using Normalise = Text (*)(TextView, std::int32_t, std::int16_t);
-
-// Nothing where the run-time error 5 comes.
-std::optional<Text> Try(Normalise normalise, TextView text, std::int32_t type, std::int16_t places) {
-    try {
-        return normalise(text, type, places);
-    } catch (const RunTimeError& error) {
-        EXPECT_EQ(error.Number(), errors::invalidProcedureCall);
-        return std::nullopt;
-    }
-}
 
 TEST(TextNormalisation, Texts) {
     using namespace data_type;
@@ -72,8 +59,9 @@ TEST(TextNormalisation, NegativePlacesFailWhereThePatternIsBuilt) {
                        {data_type::numerics, true, true},
                        {7, false, true}};
     for (const auto& c : cases) {
-        EXPECT_EQ(!Try(&NormalisedText, u"5", c.type, -1), c.setFails) << c.type;
-        EXPECT_EQ(!Try(&NormalisedInPlace, u"5", c.type, -1), c.inPlaceFails) << c.type;
+        constexpr int fails = errors::invalidProcedureCall;
+        EXPECT_EQ(test::ErrorOf([&] { NormalisedText(u"5", c.type, -1); }), c.setFails ? fails : 0) << c.type;
+        EXPECT_EQ(test::ErrorOf([&] { NormalisedInPlace(u"5", c.type, -1); }), c.inPlaceFails ? fails : 0) << c.type;
     }
 }
 

@@ -1,6 +1,6 @@
-#include "tests/support/ado/recordset_object.h"
+#include "samples/ado/recordset_object.h"
 
-#include "tests/support/ado/errors.h"
+#include "samples/ado/errors.h"
 
 namespace qvx::ado {
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "host/named_object.h"
-#include "tests/support/ado/database.h"
-#include "tests/support/ado/records.h"
+#include "samples/ado/database.h"
+#include "samples/ado/records.h"
 
 namespace qvx::ado {
 

@@ -1,10 +1,10 @@
-#include "tests/support/ado/connection_object.h"
+#include "samples/ado/connection_object.h"
 
 #include <algorithm>
 
-#include "tests/support/ado/connection_string.h"
-#include "tests/support/ado/errors.h"
-#include "tests/support/ado/recordset_object.h"
+#include "samples/ado/connection_string.h"
+#include "samples/ado/errors.h"
+#include "samples/ado/recordset_object.h"
 
 namespace qvx::ado {
 

@@ -1,10 +1,10 @@
-#include "tests/support/ado/records.h"
+#include "samples/ado/records.h"
 
 #include <algorithm>
 #include <new>
 #include <numeric>
 
-#include "tests/support/ado/errors.h"
+#include "samples/ado/errors.h"
 
 namespace qvx::ado {
 

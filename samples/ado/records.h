@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "com/variant.h"
-#include "tests/support/ado/database.h"
+#include "samples/ado/database.h"
 
 namespace qvx::ado {
 

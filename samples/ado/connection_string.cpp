@@ -1,4 +1,4 @@
-#include "tests/support/ado/connection_string.h"
+#include "samples/ado/connection_string.h"
 
 #include "host/form_value.h"
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "host/named_object.h"
-#include "tests/support/ado/records.h"
+#include "samples/ado/records.h"
 
 namespace qvx::ado {
 

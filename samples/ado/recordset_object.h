@@ -4,9 +4,9 @@
 #include <memory>
 
 #include "host/named_object.h"
-#include "tests/support/ado/connection_object.h"
-#include "tests/support/ado/fields_object.h"
-#include "tests/support/ado/records.h"
+#include "samples/ado/connection_object.h"
+#include "samples/ado/fields_object.h"
+#include "samples/ado/records.h"
 
 namespace qvx::ado {
 

@@ -1,4 +1,4 @@
-#include "tests/support/ado/database.h"
+#include "samples/ado/database.h"
 
 #include <windows.h>
 
@@ -13,8 +13,8 @@
 #include "common/utf8.h"
 #include "host/form_value.h"
 #include "host/text_encoding.h"
-#include "tests/support/ado/connection_string.h"
-#include "tests/support/ado/errors.h"
+#include "samples/ado/connection_string.h"
+#include "samples/ado/errors.h"
 
 namespace qvx::ado {
 

@@ -7,7 +7,7 @@
 
 #include "com/variant.h"
 #include "common/text.h"
-#include "tests/support/ado/field_value.h"
+#include "samples/ado/field_value.h"
 
 namespace qvx::ado {
 

@@ -1,4 +1,4 @@
-#include "tests/support/ado/field_value.h"
+#include "samples/ado/field_value.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
-#include "tests/support/ado/fields_object.h"
+#include "samples/ado/fields_object.h"
 
 #include "host/form_value.h"
-#include "tests/support/ado/errors.h"
+#include "samples/ado/errors.h"
 
 namespace qvx::ado {
 

@@ -9,8 +9,8 @@
 #include "com/guard.h"
 #include "com/module.h"
 #include "com/object.h"
-#include "tests/support/ado/connection_object.h"
-#include "tests/support/ado/recordset_object.h"
+#include "samples/ado/connection_object.h"
+#include "samples/ado/recordset_object.h"
 
 namespace qvx::ado {
 
