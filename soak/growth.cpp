@@ -1,5 +1,8 @@
 #include "soak/growth.h"
 
+#include <algorithm>
+#include <cstddef>
+
 namespace qvx::soak {
 
 namespace {
@@ -37,13 +40,21 @@ std::optional<Grown> GrowthByTurns(const std::vector<Counts>& counts, bool maySh
     // The first turns create the objects that are created once.
     constexpr std::size_t firstTurns = 3;
     if (counts.size() < firstTurns + 4) return std::nullopt;
-    const Counts& before = counts[firstTurns - 1];
-    const Counts& after = counts.back();
-    if (mayShowMore && after.windows > before.windows) return std::nullopt;
-    const long turns = static_cast<long>(counts.size() - firstTurns);
+    // A turn may end while a dialog is open that other turns have closed, so the least of several turns counts.
+    constexpr std::ptrdiff_t ends = 3;
+    const auto least = [&](auto from, auto to, long Counts::*member) {
+        const auto less = [&](const Counts& one, const Counts& other) { return one.*member < other.*member; };
+        return (*std::min_element(from, to, less)).*member;
+    };
+    const auto begin = counts.begin() + firstTurns - 1;
+    const auto before = [&](long Counts::*member) { return least(begin, begin + 2, member); };
+    const auto after = [&](long Counts::*member) { return least(counts.end() - ends, counts.end(), member); };
+    if (mayShowMore && after(&Counts::windows) > before(&Counts::windows)) return std::nullopt;
+    // From the second turn that may be the least to the first of the last ones.
+    const long turns = counts.end() - begin - ends - 1;
     for (const auto& [name, member] : held) {
-        if (after.*member - before.*member < turns) continue;
-        return Describe(name, before.*member, after.*member, firstTurns - 1, counts.size() - 1);
+        if (after(member) - before(member) < turns) continue;
+        return Describe(name, before(member), after(member), firstTurns - 1, counts.size() - 1);
     }
     return std::nullopt;
 }

@@ -169,8 +169,20 @@ TEST(SoakGrowth, IsWhatComesBackWithEveryTurnOrWithoutMoreToShow) {
         if (grown) {
             EXPECT_EQ(std::pair(grown->from, grown->to), std::pair(counts.size() - 2, counts.size() - 1));
         }
-        counts.back().windows += 1000;
+        for (std::size_t i = counts.size() - 3; i < counts.size(); ++i)
+            counts[i].windows += static_cast<long>(1000 * i);
         EXPECT_FALSE(Growth(counts) || GrowthByTurns(counts, true)) << what << ": there is more to see";
+    }
+}
+
+// Messages that close by themselves let a turn end in a dialog now and then.
+TEST(SoakGrowth, IsNotADialogThatSomeTurnsEndIn) {
+    for (std::size_t open = 0; open < 12; ++open) {
+        std::vector<Counts> counts(12, {13, 300, 20});
+        counts[open] = {23, 375, 20};
+        EXPECT_FALSE(GrowthByTurns(counts, false)) << open;
+        for (std::size_t i = 0; i < counts.size(); ++i) counts[i].graphics += static_cast<long>(i);
+        EXPECT_TRUE(GrowthByTurns(counts, false)) << open << ": every turn leaves one behind all the same";
     }
 }
 
