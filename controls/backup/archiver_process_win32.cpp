@@ -42,14 +42,14 @@ void SystemServices::StartArchiver(TextView commandLine) {
     archiver_.Reset(process.hProcess);
 }
 
-std::uint32_t SystemServices::WaitForArchiver(HWND dialog) {
+std::uint32_t SystemServices::WaitForArchiver() {
     const UniqueKernelObject process = std::move(archiver_);
     if (!process) throw RunTimeError(errors::invalidProcedureCall, u"Invalid procedure call or argument");
     QueuedMessages queue;
     const HANDLE handle = process.Get();
     DWORD result = WAIT_TIMEOUT;
     while (result != WAIT_OBJECT_0) {
-        Paint(dialog, queue);
+        Paint(dialog_(), queue);
         result = MsgWaitForMultipleObjects(1, &handle, FALSE, longestBlindness, QS_PAINT | QS_SENDMESSAGE);
         if (result == WAIT_FAILED) break;
     }

@@ -2,7 +2,7 @@
 
 #include "controls/backup/backup_dialog.h"
 #include "controls/backup/backup_names.h"
-#include "controls/backup/dialog_environment_win32.h"
+#include "controls/backup/dialog_steps_win32.h"
 #include "controls/backup/procedure.h"
 #include "dialogs/show_message_dialog.h"
 #include "drawing/block_picture.h"
@@ -42,14 +42,15 @@ const PropertyTable& BackupControl::Properties() {
 void BackupControl::Run(Mode mode, HWND owner) {
     // A host may set properties from a timer while the dialog is open; a run in progress uses the old ones.
     const Settings settings = settings_;
-    if (SystemServices::FileSize(LockFile(settings))) {
+    if (SystemServices().FileSize(LockFile(settings))) {
         namespace messages = dialogs::messages;
         dialogs::ShowMessage(owner, messages::othersLoggedOnPrompt, messages::othersLoggedOn);
         return;
     }
     BackupDialog dialog(mode);
-    DialogEnvironment environment(dialog);
-    Procedure procedure(environment, settings, mode);
+    DialogSteps user(dialog);
+    SystemServices system([&] { return dialog.Handle(); });
+    Procedure procedure(user, system, settings, mode);
     dialog.onBrowse = [&](FormState& form) { procedure.Browse(form); };
     dialog.onRun = [&](FormState& form) { procedure.Run(form); };
     dialog.Run(owner);

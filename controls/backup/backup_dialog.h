@@ -6,8 +6,8 @@
 #include <functional>
 
 #include "controls/backup/dialog_layout.h"
-#include "controls/backup/environment.h"
 #include "controls/backup/modal_form_window.h"
+#include "controls/backup/steps.h"
 #include "widgets/textbox/text_box_window.h"
 #include "win/accessible.h"
 #include "win/tool_tip.h"

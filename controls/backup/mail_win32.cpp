@@ -141,18 +141,18 @@ ULONG SendThrough(const MailSystem& system, const Session& session, const Mail& 
             session.Send(system.sendWide, Widened(mail.subject), Widened(path), Widened(mail.attachmentName));
         if (result != unicodeNotSupported) return result;
     }
-    const auto shortPath = Narrowed(SystemServices::ShortPath(path));
+    const auto shortPath = Narrowed(SystemServices().ShortPath(path));
     if (!shortPath) throw UnwritableAttachmentName();
     return session.Send(system.send, subject, *shortPath, name.value_or(*shortPath));
 }
 
 }  // namespace
 
-void SystemServices::SendMail(HWND owner, const Mail& mail) {
+void SystemServices::SendMail(const Mail& mail) {
     // The mail program may have another current folder.
     const Text path = FullPath(mail.attachment);
     const MailSystem system;
-    const Session session(system, owner);
+    const Session session(system, dialog_());
     const ULONG result = SendThrough(system, session, mail, path);
     if (result != SUCCESS_SUCCESS) throw MailError(result);
 }

@@ -53,35 +53,35 @@ void AddTip(FormState& form, TextView sentence) {
 }
 
 // An empty file is not an archive: it existed for a moment, so that its short path could be looked up.
-bool HoldsArchive(Environment& environment, const Text& path) { return environment.FileSize(path).value_or(0) > 0; }
+bool HoldsArchive(SystemSteps& system, const Text& path) { return system.FileSize(path).value_or(0) > 0; }
 
 // Returns how many archives have been set aside for this one.
-int CountSetAside(Environment& environment, const Text& location) {
+int CountSetAside(SystemSteps& system, const Text& location) {
     int count = 0;
-    while (environment.FileSize(SetAsideName(location, count + 1))) ++count;
+    while (system.FileSize(SetAsideName(location, count + 1))) ++count;
     return count;
 }
 
 // Returns the archive that was set aside last; empty when there is none.
-Text LastSetAside(Environment& environment, const Text& location) {
-    const int count = CountSetAside(environment, location);
+Text LastSetAside(SystemSteps& system, const Text& location) {
+    const int count = CountSetAside(system, location);
     return count > 0 ? SetAsideName(location, count) : Text();
 }
 
 // Puts back what was set aside, if nothing has replaced it.
-void BringBack(Environment& environment, const Text& location, const Text& aside) {
-    if (HoldsArchive(environment, location) || !environment.FileSize(aside)) return;
-    if (environment.FileSize(location)) environment.DeleteFile(location);
-    environment.RenameFile(aside, location);
+void BringBack(SystemSteps& system, const Text& location, const Text& aside) {
+    if (HoldsArchive(system, location) || !system.FileSize(aside)) return;
+    if (system.FileSize(location)) system.DeleteFile(location);
+    system.RenameFile(aside, location);
 }
 
 // The last of several disks may have been removed as soon as its archiver was done; the exit code must be trusted then.
 bool MayBeOutOfReach(DriveKind drive, std::uint32_t exitCode) { return drive == DriveKind::removable && exitCode == 0; }
 
 // Starts with the last one, so that those that remain have the first numbers.
-void DeleteSetAside(Environment& environment, const Text& location) {
-    for (int number = CountSetAside(environment, location); number > 0; --number) {
-        environment.DeleteFile(SetAsideName(location, number));
+void DeleteSetAside(SystemSteps& system, const Text& location) {
+    for (int number = CountSetAside(system, location); number > 0; --number) {
+        system.DeleteFile(SetAsideName(location, number));
     }
 }
 
@@ -99,40 +99,40 @@ void Procedure::Reporting(Work work) {
 
 void Procedure::Report(int number, TextView description) {
     try {
-        environment_.ReportError(number, description);
+        user_.ReportError(number, description);
     } catch (const std::bad_alloc&) {
         // There is no memory even for the message; the outcome line remains.
     }
 }
 
 void Procedure::Say(TextView prompt, const dialogs::MessageKind& kind, TextView title) {
-    environment_.ShowMessage(prompt, kind, Text(title));
+    user_.ShowMessage(prompt, kind, Text(title));
 }
 
 // ---- Browse --------------------------------------------------------------------------------------------------------
 
 void Procedure::Browse(FormState& form) {
     Reporting([&] { AskForLocation(form); });
-    environment_.Refresh(form);
+    user_.Refresh(form);
 }
 
 void Procedure::AskForLocation(FormState& form) {
     form.outcome.clear();
     form.outcomeTip.clear();
-    environment_.Refresh(form);
+    user_.Refresh(form);
     if (mode_ == Mode::backup) {
-        form.location = environment_.BrowseForFolder(chooseFolderTitle);
+        form.location = user_.BrowseForFolder(chooseFolderTitle);
         if (!Trimmed(form.location).empty()) {
-            const Date today = environment_.Today();
+            const Date today = system_.Today();
             form.location = ArchivePath(WithSeparator(form.location), settings_, today.day, today.month);
         }
     } else {
-        form.location = environment_.ShowOpenFile(chooseArchiveTitle);
+        form.location = user_.ShowOpenFile(chooseArchiveTitle);
     }
     const bool chosen = !Trimmed(form.location).empty();
-    if (chosen && environment_.DriveTypeOf(form.location) == DriveKind::removable) {
+    if (chosen && system_.DriveTypeOf(form.location) == DriveKind::removable) {
         // Otherwise the removable drive would stay in use for as long as it is the current one.
-        environment_.ChangeDrive(settings_.dataPath);
+        system_.ChangeDrive(settings_.dataPath);
     }
 }
 
@@ -146,7 +146,7 @@ void Procedure::Run(FormState& form) {
         if (Trimmed(form.location).empty()) return;
     }
     // At once: the first message of the work must not appear beside the outcome of the previous work.
-    environment_.Refresh(form);
+    user_.Refresh(form);
     completed_ = false;
     archiveMissing_ = false;
     Reporting([&] {
@@ -159,7 +159,7 @@ void Procedure::Run(FormState& form) {
     });
     if (form.outcome.capacity() >= notCompletedText.size())
         form.outcome = completed_ ? completedText : notCompletedText;
-    environment_.Refresh(form);
+    user_.Refresh(form);
     if (archiveMissing_) Report(errors::fileNotFound, u"The archiver has left no archive.");
 }
 
@@ -169,33 +169,32 @@ bool Procedure::AskToOverwrite(const Text& location) {
     Text prompt(messages::overwriteBackupPrompt);
     prompt += u'\r' + location + u'\r';
     prompt += messages::overwriteBackupQuestion;
-    return environment_.ShowMessage(prompt, messages::overwriteBackup, Text(messages::overwriteBackupTitle));
+    return user_.ShowMessage(prompt, messages::overwriteBackup, Text(messages::overwriteBackupTitle));
 }
 
 void Procedure::BackUp(FormState& form) {
     const Text& location = form.location;
-    BringBack(environment_, location, LastSetAside(environment_, location));
-    const auto oldSize = environment_.FileSize(location);
+    BringBack(system_, location, LastSetAside(system_, location));
+    const auto oldSize = system_.FileSize(location);
     if (oldSize && !AskToOverwrite(location)) return;
 
     // Everything that can be found missing is found before the old archive is changed.
     const Text live = LiveDatabase(settings_);
-    const Text archiver = environment_.ShortPath(settings_.zipPath + u"PkZip.exe");
-    const Text database = environment_.ShortPath(live);
-    const DriveKind drive = environment_.DriveTypeOf(location);
-    const Plan plan =
-        PlanFor({drive, environment_.FreeSpace(location), environment_.FileSize(live).value_or(0), oldSize});
+    const Text archiver = system_.ShortPath(settings_.zipPath + u"PkZip.exe");
+    const Text database = system_.ShortPath(live);
+    const DriveKind drive = system_.DriveTypeOf(location);
+    const Plan plan = PlanFor({drive, system_.FreeSpace(location), system_.FileSize(live).value_or(0), oldSize});
     if (plan == Plan::noRoom) throw RunTimeError(errors::diskFull, u"Disk full");
 
     std::optional<SetAside> aside;
     if (oldSize && plan == Plan::deleteOld) {
-        environment_.DeleteFile(location);
+        system_.DeleteFile(location);
     } else if (oldSize) {
-        aside = {SetAsideName(location, CountSetAside(environment_, location) + 1), *oldSize};
-        environment_.RenameFile(location, aside->path);
+        aside = {SetAsideName(location, CountSetAside(system_, location) + 1), *oldSize};
+        system_.RenameFile(location, aside->path);
     }
     ScopeEnd putBack([&] {
-        if (aside) BringBack(environment_, location, aside->path);
+        if (aside) BringBack(system_, location, aside->path);
     });
     const Text shortLocation = ShortPathOfNewFile(location);
     // On a removable drive, the archive may span several disks.
@@ -216,39 +215,39 @@ void Procedure::Finish(FormState& form, const Text& shortLocation, const std::op
                        std::uint32_t exitCode) {
     const Text& location = form.location;
     // The archiver treated the short path as an ordinary name.
-    if (!environment_.FileSize(location) && environment_.FileSize(shortLocation)) {
-        environment_.RenameFile(shortLocation, location);
+    if (!system_.FileSize(location) && system_.FileSize(shortLocation)) {
+        system_.RenameFile(shortLocation, location);
     }
-    archiveMissing_ = !HoldsArchive(environment_, location);
+    archiveMissing_ = !HoldsArchive(system_, location);
     // Another disk may be in the drive by now.
-    if (!aside || environment_.FileSize(aside->path) != aside->size) return;
+    if (!aside || system_.FileSize(aside->path) != aside->size) return;
     if (archiveMissing_) {
-        BringBack(environment_, location, aside->path);
+        BringBack(system_, location, aside->path);
         AddTip(form, u"The previous archive is back in its place.");
         return;
     }
     try {
-        if (exitCode == 0) DeleteSetAside(environment_, location);
+        if (exitCode == 0) DeleteSetAside(system_, location);
     } catch (const RunTimeError&) {
         // A leftover file does not make a completed backup fail.
     }
-    if (environment_.FileSize(aside->path)) AddTip(form, u"The previous archive is kept beside it.");
+    if (system_.FileSize(aside->path)) AddTip(form, u"The previous archive is kept beside it.");
 }
 
 Text Procedure::ShortPathOfNewFile(const Text& path) {
-    environment_.CreateEmptyFile(path);
-    ScopeEnd remove([&] { environment_.DeleteFile(path); });
-    Text shortPath = environment_.ShortPath(path);
+    system_.CreateEmptyFile(path);
+    ScopeEnd remove([&] { system_.DeleteFile(path); });
+    Text shortPath = system_.ShortPath(path);
     remove.CallOff();
-    environment_.DeleteFile(path);
+    system_.DeleteFile(path);
     return shortPath;
 }
 
 std::uint32_t Procedure::RunArchiver(FormState& form, const Text& commandLine) {
-    environment_.StartArchiver(commandLine);
+    system_.StartArchiver(commandLine);
     // A backup counts as completed once its archiver has started, whatever happens; the result of unpacking is checked.
     completed_ = mode_ == Mode::backup;
-    const std::uint32_t exitCode = environment_.WaitForArchiver();
+    const std::uint32_t exitCode = system_.WaitForArchiver();
     if (exitCode != 0) AddTip(form, u"The archiver ended with exit code " + IntegerToText(exitCode) + u'.');
     return exitCode;
 }
@@ -256,7 +255,7 @@ std::uint32_t Procedure::RunArchiver(FormState& form, const Text& commandLine) {
 void Procedure::SendByMail(const Text& location) {
     try {
         if (archiveMissing_) throw RunTimeError(errors::fileNotFound, u"File not found");
-        environment_.SendMail({Text(mailSubject), location, location});
+        system_.SendMail({Text(mailSubject), location, location});
     } catch (...) {
         const RunTimeError error = CurrentError();
         Say((Text(messages::backupMailFailedPrompt) + u'\r').append(Redacted(error.Description())),
@@ -275,10 +274,10 @@ void Procedure::Restore(FormState& form) {
     CheckWorkingFolder(archive);
     EmptyWorkingFolder();
     Unpack(form, archive);
-    const Text file = environment_.FirstFile(settings_.tempPath, settings_.dataExtension);
+    const Text file = system_.FirstFile(settings_.tempPath, settings_.dataExtension);
     CheckName(file);
     const Text unpacked = settings_.tempPath + file;
-    if (file.empty() || !environment_.DatabaseOpens(settings_.cnnString + unpacked)) {
+    if (file.empty() || !system_.DatabaseOpens(settings_.cnnString + unpacked)) {
         Say(messages::restoreFailedPrompt, messages::restoreFailed, messages::restoreFailedTitle);
         return;
     }
@@ -294,14 +293,14 @@ void Procedure::Restore(FormState& form) {
 // Empty when there is none. After an interrupted backup, the only archive may be the one that was set aside.
 Text Procedure::ArchiveToRestore(FormState& form) {
     const Text& location = form.location;
-    if (!HoldsArchive(environment_, location)) {
-        Text aside = LastSetAside(environment_, location);
+    if (!HoldsArchive(system_, location)) {
+        Text aside = LastSetAside(system_, location);
         if (!aside.empty()) {
             AddTip(form, u"A backup to this place was cut short; the archive before it was taken.");
             return aside;
         }
     }
-    return environment_.FileSize(location) ? location : Text();
+    return system_.FileSize(location) ? location : Text();
 }
 
 // Everything in the working folder is deleted. It must not contain the database, the archive or the archivers.
@@ -313,7 +312,7 @@ void Procedure::CheckWorkingFolder(const Text& archive) {
     // Paths are joined without changes, so a setting may be empty, or end in the beginning of a name.
     for (const Text& file : {LiveDatabase(settings_), settings_.dataPath + u'x', settings_.zipPath + u'x', archive}) {
         const TextView other = FolderOf(file);
-        if (!environment_.SameFolder(folder, other.empty() ? u"." : other)) continue;
+        if (!system_.SameFolder(folder, other.empty() ? u"." : other)) continue;
         throw RunTimeError(errors::pathFileAccess,
                            u"The working folder must be one of its own, since every file in it is deleted.");
     }
@@ -328,38 +327,37 @@ void Procedure::CheckName(const Text& unpacked) const {
 }
 
 void Procedure::EmptyWorkingFolder() {
-    if (!environment_.FirstFile(settings_.tempPath, u"").empty()) environment_.DeleteFiles(settings_.tempPath);
+    if (!system_.FirstFile(settings_.tempPath, u"").empty()) system_.DeleteFiles(settings_.tempPath);
 }
 
 void Procedure::Unpack(FormState& form, const Text& archive) {
     Text shortFolder = ShortPathOfNewFile(settings_.tempPath + u'x');
     shortFolder.pop_back();
-    Text command = Argument(environment_.ShortPath(settings_.zipPath + u"PkunZip.exe")) + u' ';
-    command += Argument(environment_.ShortPath(archive)) + u' ';
+    Text command = Argument(system_.ShortPath(settings_.zipPath + u"PkunZip.exe")) + u' ';
+    command += Argument(system_.ShortPath(archive)) + u' ';
     command += Argument(shortFolder);
     RunArchiver(form, command);
 }
 
 void Procedure::RestoreAsGroup(const FormState& form, const Text& unpacked) {
     Text name = GroupName(form.groupName);
-    if (name.empty()) name = SpareGroupName(environment_.TemporaryName());
-    environment_.ReplaceFile(unpacked, settings_.dataPath + name + settings_.dataExtension);
+    if (name.empty()) name = SpareGroupName(system_.TemporaryName());
+    system_.ReplaceFile(unpacked, settings_.dataPath + name + settings_.dataExtension);
 }
 
 bool Procedure::RestoreOver(const FormState& form, const Text& file) {
     const Text from = settings_.tempPath + file;
     const Text target = settings_.dataPath + file;
     const Text connection = settings_.cnnString + target;
-    const bool guarded =
-        environment_.FileSize(target) && settings_.checkSecurity && environment_.DatabaseOpens(connection);
+    const bool guarded = system_.FileSize(target) && settings_.checkSecurity && system_.DatabaseOpens(connection);
     if (!guarded) {
-        environment_.ReplaceFile(from, target);
+        system_.ReplaceFile(from, target);
         return true;
     }
-    const bool accepted = environment_.RunPasswordPrompt(connection);
-    ScopeEnd close([&] { environment_.ClosePasswordPrompt(); });
-    environment_.Refresh(form);
-    if (accepted) environment_.ReplaceFile(from, target);
+    const bool accepted = user_.RunPasswordPrompt(connection);
+    ScopeEnd close([&] { user_.ClosePasswordPrompt(); });
+    user_.Refresh(form);
+    if (accepted) system_.ReplaceFile(from, target);
     return accepted;
 }
 

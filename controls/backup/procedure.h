@@ -1,15 +1,15 @@
 // The actions of the backup dialog's buttons, in the exact order of their effects.
 #pragma once
 
-#include "controls/backup/environment.h"
 #include "controls/backup/settings.h"
+#include "controls/backup/steps.h"
 
 namespace qvx::backup {
 
 class Procedure {
   public:
-    Procedure(Environment& environment, Settings settings, Mode mode)
-        : environment_(environment), settings_(std::move(settings)), mode_(mode) {}
+    Procedure(UserSteps& user, SystemSteps& system, Settings settings, Mode mode)
+        : user_(user), system_(system), settings_(std::move(settings)), mode_(mode) {}
 
     // The Browse button: asks for the folder of the new archive, or for the archive to restore. Errors are shown, not
     // thrown.
@@ -59,7 +59,8 @@ class Procedure {
 
     void Say(TextView prompt, const dialogs::MessageKind& kind, TextView title);
 
-    Environment& environment_;
+    UserSteps& user_;
+    SystemSteps& system_;
     const Settings settings_;
     const Mode mode_;
     bool completed_ = false;

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "common/text.h"
-#include "controls/backup/environment.h"
+#include "controls/backup/steps.h"
 
 namespace qvx::backup {
 

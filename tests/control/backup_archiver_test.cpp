@@ -50,7 +50,7 @@ TEST(BackupArchiver, ItsExitCodeComesBack) {
     Services services;
     for (const DWORD code : {0u, 7u, 255u}) {
         services.StartArchiver(u"cmd.exe /c exit " + IntegerToText(code));
-        EXPECT_EQ(services.WaitForArchiver(nullptr), code);
+        EXPECT_EQ(services.WaitForArchiver(), code);
     }
 }
 
@@ -62,7 +62,7 @@ TEST(BackupArchiver, WhatCannotBeStartedSaysSo) {
     EXPECT_NE(StartFailure(services, u"\"" + file + u"\" secret"), 0);
     EXPECT_NE(StartFailure(services, u""), 0);
     EXPECT_EQ(StartFailure(services, TextView(u"cmd.exe\0 /c exit 0", 18)), 53);
-    EXPECT_THROW(services.WaitForArchiver(nullptr), RunTimeError);
+    EXPECT_THROW(services.WaitForArchiver(), RunTimeError);
     DeleteFileW(Wide(file));
 }
 
@@ -79,7 +79,7 @@ TEST(BackupArchiver, InheritsNothing) {
     EXPECT_FALSE(PeekNamedPipe(read.Get(), nullptr, 0, nullptr, nullptr, nullptr));
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_BROKEN_PIPE));
     archiver.End();
-    EXPECT_EQ(services.WaitForArchiver(nullptr), 3u);
+    EXPECT_EQ(services.WaitForArchiver(), 3u);
 }
 
 // What a window has been told.
@@ -135,10 +135,10 @@ bool Within10Seconds(const auto& condition) {
 }
 
 TEST(BackupArchiver, MeanwhileTheDialogIsPaintedAndTakesNoInput) {
-    Services services;
     const Archiver archiver;
     const Window other;
     const Window dialog;
+    Services services([&] { return dialog.Handle(); });
     const Window field(dialog.Handle());
     services.StartArchiver(archiver.CommandLine(9));
     PostQuitMessage(5);
@@ -158,7 +158,7 @@ TEST(BackupArchiver, MeanwhileTheDialogIsPaintedAndTakesNoInput) {
         }
         archiver.End();
     });
-    const std::uint32_t code = services.WaitForArchiver(dialog.Handle());
+    const std::uint32_t code = services.WaitForArchiver();
     user.join();
     EXPECT_EQ(code, 9u);
     EXPECT_TRUE(answered);
@@ -178,17 +178,17 @@ TEST(BackupArchiver, MeanwhileTheDialogIsPaintedAndTakesNoInput) {
 }
 
 TEST(BackupArchiver, ADialogThatGoesMeanwhileIsNoHindrance) {
-    Services services;
     const Archiver archiver;
     auto dialog = std::make_unique<Window>();
     const HWND handle = dialog->Handle();
+    Services services([&] { return handle; });
     dialog.reset();
     services.StartArchiver(archiver.CommandLine(1));
     std::thread user([&] {
         Sleep(50);
         archiver.End();
     });
-    EXPECT_EQ(services.WaitForArchiver(handle), 1u);
+    EXPECT_EQ(services.WaitForArchiver(), 1u);
     user.join();
 }
 
@@ -211,11 +211,11 @@ TEST(BackupArchiver, LeavesNoHandleBehind) {
         for (int i = 0; i < times; ++i) {
             services.StartArchiver(u"cmd.exe /c exit 0");
             // Now and then nobody waits.
-            if (i % 5 != 0) services.WaitForArchiver(nullptr);
+            if (i % 5 != 0) services.WaitForArchiver();
             StartFailure(services, u"C:\\none\\none.exe");
         }
         services.StartArchiver(u"cmd.exe /c exit 0");
-        services.WaitForArchiver(nullptr);
+        services.WaitForArchiver();
         return Handles();
     };
     const int handles = run(1);

@@ -63,14 +63,14 @@ class BackupDatabase : public ::testing::Test {
 };
 
 TEST_F(BackupDatabase, OpensOrNot) {
-    EXPECT_TRUE(Services::DatabaseOpens(Connection()));
-    EXPECT_FALSE(Services::DatabaseOpens(Connection(file_ + u"x")));
-    EXPECT_FALSE(Services::DatabaseOpens(Connection(u"C:\\no\\such.db")));
-    EXPECT_FALSE(Services::DatabaseOpens(u"Driver={No such driver};Database=" + file_));
-    EXPECT_FALSE(Services::DatabaseOpens(u"nonsense"));
-    EXPECT_FALSE(Services::DatabaseOpens(u""));
+    EXPECT_TRUE(Services().DatabaseOpens(Connection()));
+    EXPECT_FALSE(Services().DatabaseOpens(Connection(file_ + u"x")));
+    EXPECT_FALSE(Services().DatabaseOpens(Connection(u"C:\\no\\such.db")));
+    EXPECT_FALSE(Services().DatabaseOpens(u"Driver={No such driver};Database=" + file_));
+    EXPECT_FALSE(Services().DatabaseOpens(u"nonsense"));
+    EXPECT_FALSE(Services().DatabaseOpens(u""));
     Write(file_, std::string(4096, '?'));
-    EXPECT_FALSE(Services::DatabaseOpens(Connection()));
+    EXPECT_FALSE(Services().DatabaseOpens(Connection()));
 }
 
 TEST_F(BackupDatabase, ThatSomebodyElseWritesDoesNotOpenUntilHeIsDone) {
@@ -81,10 +81,10 @@ TEST_F(BackupDatabase, ThatSomebodyElseWritesDoesNotOpenUntilHeIsDone) {
         const auto other = CreateNamedObject(L"ADODB.Connection");
         LateMember(other.get(), L"Open").Get(other.get(), {Variant(Connection())});
         LateMember(other.get(), L"Execute").Get(other.get(), {Variant(u"begin exclusive")});
-        EXPECT_FALSE(Services::DatabaseOpens(impatient));
+        EXPECT_FALSE(Services().DatabaseOpens(impatient));
         ExpectNoPassword(impatient, 3000);
     }
-    EXPECT_TRUE(Services::DatabaseOpens(impatient));
+    EXPECT_TRUE(Services().DatabaseOpens(impatient));
     EXPECT_EQ(backup::AdministratorPassword(impatient), u"Sesame");
 }
 
@@ -156,7 +156,7 @@ TEST(SystemDataObjects, AreCalledThroughTheirOwnInterfaces) {
     ASSERT_TRUE(set);
     EXPECT_EQ(direct->Close(), closed);
     EXPECT_EQ(set->Close(), closed);
-    EXPECT_FALSE(Services::DatabaseOpens(u"Provider=NoSuchProvider;PWD=secret;Data Source=C:\\a.db"));
+    EXPECT_FALSE(Services().DatabaseOpens(u"Provider=NoSuchProvider;PWD=secret;Data Source=C:\\a.db"));
     EXPECT_EQ(RaisedBy([] {
                   backup::AdministratorPassword(u"Provider=NoSuchProvider;PWD=secret;Data Source=C:\\a.db");
               }).words,

@@ -19,7 +19,7 @@ constexpr ULONG unicodeNotSupported = 27;
 const Text archive = u"C:\\Copies\\Sh-1-3.qvx";
 
 Raised Send(const Text& path = archive) {
-    Raised failed = RaisedBy([&] { Services::SendMail(nullptr, {u"Database", path, path}); });
+    Raised failed = RaisedBy([&] { Services().SendMail({u"Database", path, path}); });
     EXPECT_EQ(failed.words.find(u"Copies"), Text::npos) << Narrow(failed.words);
     return failed;
 }

@@ -18,7 +18,7 @@
 #include "controls/backup/password_source_win32.h"
 #include "controls/backup/procedure.h"
 #include "controls/backup/set_aside.h"
-#include "controls/backup/system_environment_win32.h"
+#include "controls/backup/system_services_win32.h"
 #include "tests/support/ado_server.h"
 #include "tests/support/fake_mail.h"
 #include "tests/support/files.h"
@@ -32,7 +32,7 @@ using backup::FormState;
 using backup::Mode;
 
 // The system with a user who says yes and knows one password. What it says to him is written down.
-class Computer final : public backup::SystemEnvironment {
+class Computer final : public backup::UserSteps, public backup::SystemServices {
   public:
     std::vector<std::string> said;
     std::vector<Text> commands;
@@ -65,21 +65,18 @@ class Computer final : public backup::SystemEnvironment {
     }
     void ClosePasswordPrompt() override {}
     Text ShortPath(TextView file) override {
-        const Text shortPath = SystemEnvironment::ShortPath(file);
+        const Text shortPath = SystemServices::ShortPath(file);
         return shortNames ? shortPath : Text(file);
     }
     void StartArchiver(TextView commandLine) override {
         commands.emplace_back(commandLine);
-        SystemEnvironment::StartArchiver(commandLine);
+        SystemServices::StartArchiver(commandLine);
     }
     std::uint32_t WaitForArchiver() override {
-        const std::uint32_t code = SystemEnvironment::WaitForArchiver();
+        const std::uint32_t code = SystemServices::WaitForArchiver();
         if (whenArchiverEnds) whenArchiverEnds();
         return code;
     }
-
-  private:
-    HWND DialogWindow() const override { return nullptr; }
 };
 
 // Programs start without a console of their own, which takes the longest.
@@ -158,7 +155,7 @@ class BackupRun : public TemporaryFolder {
         form.email = check;
         form.groupName = group;
         computer_.said.clear();
-        backup::Procedure(computer_, settings_, mode).Run(form);
+        backup::Procedure(computer_, computer_, settings_, mode).Run(form);
         return Narrow(form.outcome + (form.outcomeTip.empty() ? Text() : u" " + form.outcomeTip));
     }
 

@@ -32,9 +32,9 @@ TEST_F(ShortNames, AReplacedFileKeepsItsLongOne) {
     // Some systems let a file keep its name when it is replaced by its short one; a rename's own name must be right.
     const ImportPatch rename(GetModuleHandleW(nullptr), "MoveFileExW", reinterpret_cast<void*>(&RecordRename));
     ASSERT_TRUE(rename.Found());
-    Services::ReplaceFile(In(u"new"), shortPath);
+    Services().ReplaceFile(In(u"new"), shortPath);
     EXPECT_EQ(Narrow(renamedTo), Narrow(In(name)));
-    EXPECT_EQ(Services::FirstFile(root_, u".db"), name);
+    EXPECT_EQ(Services().FirstFile(root_, u".db"), name);
     EXPECT_EQ(Read(In(name)), "new");
 }
 

@@ -41,15 +41,15 @@ class Files : public TemporaryFolder {};
 TEST_F(Files, SizeIsThatOfFilesOnly) {
     Write(In(u"a.db"), "four");
     Write(In(u"empty"), "");
-    EXPECT_EQ(Services::FileSize(In(u"a.db")), 4u);
-    EXPECT_EQ(Services::FileSize(In(u"empty")), 0u);
+    EXPECT_EQ(Services().FileSize(In(u"a.db")), 4u);
+    EXPECT_EQ(Services().FileSize(In(u"empty")), 0u);
     Text slashes = In(u"a.db");
     std::replace(slashes.begin(), slashes.end(), u'\\', u'/');
-    EXPECT_EQ(Services::FileSize(slashes), 4u);
+    EXPECT_EQ(Services().FileSize(slashes), 4u);
     for (const Text& none : {In(u"b.db"), In(u"no\\a.db"), In(u"a.*"), In(u"?.db"), In(u"a.db\\b"), Text(root_), Text(),
                              Text(u"\\\\no-such-server\\share\\a.db")}) {
         std::optional<std::uint64_t> size;
-        EXPECT_EQ(Failure([&] { size = Services::FileSize(none); }), 0) << Narrow(none);
+        EXPECT_EQ(Failure([&] { size = Services().FileSize(none); }), 0) << Narrow(none);
         EXPECT_EQ(size, std::nullopt) << Narrow(none);
     }
 }
@@ -61,7 +61,7 @@ TEST_F(Files, AFileLargerThanFourGigabytesHasItsWholeSize) {
     const bool made = SetFilePointerEx(file, end, nullptr, FILE_BEGIN) && SetEndOfFile(file);
     CloseHandle(file);
     ASSERT_TRUE(made);
-    EXPECT_EQ(Services::FileSize(In(u"large")), 5'000'000'000u);
+    EXPECT_EQ(Services().FileSize(In(u"large")), 5'000'000'000u);
 }
 
 TEST_F(Files, FailuresHaveTheNumbersThatHostsKnow) {
@@ -78,33 +78,33 @@ TEST_F(Files, FailuresHaveTheNumbersThatHostsKnow) {
         std::function<void()> step;
         std::vector<int> numbers;  // any of them
     } cases[] = {
-        {"delete none", [&] { Services::DeleteFile(In(u"none")); }, {53}},
-        {"delete in no folder", [&] { Services::DeleteFile(In(u"no\\none")); }, {76}},
-        {"delete read-only", [&] { Services::DeleteFile(In(u"fixed")); }, {75}},
-        {"delete what is in use", [&] { Services::DeleteFile(In(u"held")); }, {70}},
-        {"delete a folder", [&] { Services::DeleteFile(In(u"folder")); }, {75}},
-        {"delete wildcards", [&] { Services::DeleteFile(In(u"?")); }, {52, 53}},
-        {"delete a name cut short", [&] { Services::DeleteFile(nul); }, {52}},
-        {"create in no folder", [&] { Services::CreateEmptyFile(In(u"no\\a")); }, {76}},
-        {"create over read-only", [&] { Services::CreateEmptyFile(In(u"fixed")); }, {75}},
-        {"create over a folder", [&] { Services::CreateEmptyFile(In(u"folder")); }, {75}},
-        {"create over what is in use", [&] { Services::CreateEmptyFile(In(u"held")); }, {70}},
-        {"rename none", [&] { Services::RenameFile(In(u"none"), In(u"c")); }, {53}},
-        {"rename to a name taken", [&] { Services::RenameFile(In(u"a"), In(u"b")); }, {58}},
-        {"rename read-only", [&] { Services::RenameFile(In(u"fixed"), In(u"c")); }, {75}},
-        {"rename what is in use", [&] { Services::RenameFile(In(u"held"), In(u"c")); }, {70}},
-        {"replace by none", [&] { Services::ReplaceFile(In(u"none"), In(u"c")); }, {53}},
-        {"replace by none what is there", [&] { Services::ReplaceFile(In(u"none"), In(u"b")); }, {53}},
-        {"replace in no folder", [&] { Services::ReplaceFile(In(u"a"), In(u"no\\c")); }, {76}},
-        {"replace read-only", [&] { Services::ReplaceFile(In(u"a"), In(u"fixed")); }, {75}},
-        {"replace what is in use", [&] { Services::ReplaceFile(In(u"a"), In(u"held")); }, {70}},
-        {"replace a folder", [&] { Services::ReplaceFile(In(u"a"), In(u"folder")); }, {70, 75}},
-        {"replace by a folder", [&] { Services::ReplaceFile(In(u"folder"), In(u"c")); }, {75}},
-        {"the short path of none", [&] { Services::ShortPath(In(u"none")); }, {53}},
-        {"the short path of a folder", [&] { Services::ShortPath(root_); }, {53}},
-        {"empty no folder", [&] { Services::DeleteFiles(In(u"no\\")); }, {}},
-        {"empty what is no folder's path", [&] { Services::DeleteFiles(In(u"fol")); }, {76}},
-        {"empty nothing", [&] { Services::DeleteFiles(u""); }, {76}},
+        {"delete none", [&] { Services().DeleteFile(In(u"none")); }, {53}},
+        {"delete in no folder", [&] { Services().DeleteFile(In(u"no\\none")); }, {76}},
+        {"delete read-only", [&] { Services().DeleteFile(In(u"fixed")); }, {75}},
+        {"delete what is in use", [&] { Services().DeleteFile(In(u"held")); }, {70}},
+        {"delete a folder", [&] { Services().DeleteFile(In(u"folder")); }, {75}},
+        {"delete wildcards", [&] { Services().DeleteFile(In(u"?")); }, {52, 53}},
+        {"delete a name cut short", [&] { Services().DeleteFile(nul); }, {52}},
+        {"create in no folder", [&] { Services().CreateEmptyFile(In(u"no\\a")); }, {76}},
+        {"create over read-only", [&] { Services().CreateEmptyFile(In(u"fixed")); }, {75}},
+        {"create over a folder", [&] { Services().CreateEmptyFile(In(u"folder")); }, {75}},
+        {"create over what is in use", [&] { Services().CreateEmptyFile(In(u"held")); }, {70}},
+        {"rename none", [&] { Services().RenameFile(In(u"none"), In(u"c")); }, {53}},
+        {"rename to a name taken", [&] { Services().RenameFile(In(u"a"), In(u"b")); }, {58}},
+        {"rename read-only", [&] { Services().RenameFile(In(u"fixed"), In(u"c")); }, {75}},
+        {"rename what is in use", [&] { Services().RenameFile(In(u"held"), In(u"c")); }, {70}},
+        {"replace by none", [&] { Services().ReplaceFile(In(u"none"), In(u"c")); }, {53}},
+        {"replace by none what is there", [&] { Services().ReplaceFile(In(u"none"), In(u"b")); }, {53}},
+        {"replace in no folder", [&] { Services().ReplaceFile(In(u"a"), In(u"no\\c")); }, {76}},
+        {"replace read-only", [&] { Services().ReplaceFile(In(u"a"), In(u"fixed")); }, {75}},
+        {"replace what is in use", [&] { Services().ReplaceFile(In(u"a"), In(u"held")); }, {70}},
+        {"replace a folder", [&] { Services().ReplaceFile(In(u"a"), In(u"folder")); }, {70, 75}},
+        {"replace by a folder", [&] { Services().ReplaceFile(In(u"folder"), In(u"c")); }, {75}},
+        {"the short path of none", [&] { Services().ShortPath(In(u"none")); }, {53}},
+        {"the short path of a folder", [&] { Services().ShortPath(root_); }, {53}},
+        {"empty no folder", [&] { Services().DeleteFiles(In(u"no\\")); }, {}},
+        {"empty what is no folder's path", [&] { Services().DeleteFiles(In(u"fol")); }, {76}},
+        {"empty nothing", [&] { Services().DeleteFiles(u""); }, {76}},
     };
     for (const auto& c : cases) {
         const int number = Failure(c.step);
@@ -121,16 +121,16 @@ TEST_F(Files, FailuresHaveTheNumbersThatHostsKnow) {
         const char* content;
     } left[] = {{u"a", "a"}, {u"b", "b"}, {u"fixed", "fixed"}};
     for (const auto& file : left) EXPECT_EQ(Read(In(file.name)), file.content) << Narrow(file.name);
-    EXPECT_EQ(Services::FileSize(In(u"held")), 4u);
+    EXPECT_EQ(Services().FileSize(In(u"held")), 4u);
 }
 
 TEST_F(Files, AnEmptyFileTakesThePlaceOfWhateverIsThere) {
     Write(In(u"hidden"), "content");
     SetFileAttributesW(Wide(In(u"hidden")), FILE_ATTRIBUTE_HIDDEN);
     for (const TextView name : {u"new", u"hidden"}) {
-        Services::CreateEmptyFile(In(name));
-        EXPECT_EQ(Services::FileSize(In(name)), 0u) << Narrow(name);
-        Services::DeleteFile(In(name));
+        Services().CreateEmptyFile(In(name));
+        EXPECT_EQ(Services().FileSize(In(name)), 0u) << Narrow(name);
+        Services().DeleteFile(In(name));
         EXPECT_FALSE(IsThere(In(name)));
     }
 }
@@ -144,10 +144,10 @@ BOOL WINAPI NoRoomForAnEnd(HANDLE) {
 TEST_F(Files, AnEmptyFileNeedsNoRoom) {
     const ImportPatch full(GetModuleHandleW(nullptr), "SetEndOfFile", reinterpret_cast<void*>(&NoRoomForAnEnd));
     ASSERT_TRUE(full.Found());
-    EXPECT_EQ(Failure([&] { Services::CreateEmptyFile(In(u"new")); }), 0);
-    EXPECT_EQ(Services::FileSize(In(u"new")), 0u);
+    EXPECT_EQ(Failure([&] { Services().CreateEmptyFile(In(u"new")); }), 0);
+    EXPECT_EQ(Services().FileSize(In(u"new")), 0u);
     Write(In(u"old"), "old");
-    EXPECT_EQ(Failure([&] { Services::CreateEmptyFile(In(u"old")); }), 61);
+    EXPECT_EQ(Failure([&] { Services().CreateEmptyFile(In(u"old")); }), 61);
     EXPECT_EQ(Read(In(u"old")), "old");
 }
 
@@ -162,7 +162,7 @@ TEST_F(Files, AReplacementIsThereOnlyOnceItIsOnTheDisk) {
     Write(In(u"to"), "old");
     const ImportPatch full(GetModuleHandleW(nullptr), "FlushFileBuffers", reinterpret_cast<void*>(&NoRoomInTheEnd));
     ASSERT_TRUE(full.Found());
-    EXPECT_EQ(Failure([&] { Services::ReplaceFile(In(u"from"), In(u"to")); }), 61);
+    EXPECT_EQ(Failure([&] { Services().ReplaceFile(In(u"from"), In(u"to")); }), 61);
     EXPECT_EQ(Read(In(u"to")), "old");
     EXPECT_FALSE(IsThere(In(backup::ArrivingName(u"to"))));
 }
@@ -188,7 +188,7 @@ TEST_F(Files, AReplacementHasTheBytesAndTheTimeAndCanBeReplaced) {
     // Whoever else has the source open, and however, is no hindrance.
     const OpenElsewhere reader(In(u"from"), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
     for (const TextView name : {u"to", u"new", u"to"}) {
-        Services::ReplaceFile(In(u"from"), In(name));
+        Services().ReplaceFile(In(u"from"), In(name));
         EXPECT_TRUE(Read(In(name)) == content) << Narrow(name);
         WIN32_FILE_ATTRIBUTE_DATA data{};
         EXPECT_TRUE(GetFileAttributesExW(Wide(In(name)), GetFileExInfoStandard, &data));
@@ -205,13 +205,13 @@ TEST_F(Files, AReplacementTakesThePlaceOfAFileOrOfNone) {
     // Of a run that was interrupted.
     Write(In(backup::ArrivingName(u"a.db")), "half of it");
     Write(In(u"new"), "the new one");
-    Services::ReplaceFile(In(u"new"), In(u"a.db"));
+    Services().ReplaceFile(In(u"new"), In(u"a.db"));
     EXPECT_EQ(Read(In(u"a.db")), "the new one");
     EXPECT_FALSE(IsThere(In(backup::ArrivingName(u"a.db"))));
 
     Write(In(u"new"), "a newer one");
     SetFileAttributesW(Wide(In(u"a.db")), FILE_ATTRIBUTE_HIDDEN);
-    Services::ReplaceFile(In(u"new"), In(u"a.db"));
+    Services().ReplaceFile(In(u"new"), In(u"a.db"));
     EXPECT_EQ(Read(In(u"a.db")), "a newer one");
     EXPECT_EQ(Read(In(u"new")), "a newer one") << "a copy takes its place";
     EXPECT_TRUE(GetFileAttributesW(Wide(In(u"a.db"))) & FILE_ATTRIBUTE_HIDDEN);
@@ -244,7 +244,7 @@ TEST_F(Files, AReplacementKeepsThePermissionsOfTheOldFile) {
     LocalFree(descriptor);
     const Text before = Permissions(In(u"a.db"));
     ASSERT_FALSE(before.empty());
-    Services::ReplaceFile(In(u"new"), In(u"a.db"));
+    Services().ReplaceFile(In(u"new"), In(u"a.db"));
     EXPECT_EQ(Read(In(u"a.db")), "new");
     EXPECT_EQ(Narrow(Permissions(In(u"a.db"))), Narrow(before));
 }
@@ -275,7 +275,7 @@ TEST_F(Files, AReplacementNeedsNoPermissionsWhereNobodyCanSetThem) {
         Write(In(u"new"), "new");
         settingPermissions = c.refusal;
         driveOfAll = c.drive;
-        EXPECT_EQ(Failure([&] { Services::ReplaceFile(In(u"new"), In(u"a.db")); }), c.error) << c.refusal;
+        EXPECT_EQ(Failure([&] { Services().ReplaceFile(In(u"new"), In(u"a.db")); }), c.error) << c.refusal;
         EXPECT_EQ(Read(In(u"a.db")), c.error == 0 ? "new" : "old") << c.refusal;
     }
 }
@@ -286,23 +286,23 @@ TEST_F(Files, PathsLongerThanTheSystemsOldLimitWork) {
         folder.append(100, static_cast<char16_t>(u'a' + i)).append(1, u'\\');
         ASSERT_TRUE(CreateDirectoryW(Wide(u"\\\\?\\" + folder), nullptr)) << GetLastError();
     }
-    Services::CreateEmptyFile(folder + u"empty");
-    EXPECT_EQ(Services::FileSize(folder + u"empty"), 0u);
+    Services().CreateEmptyFile(folder + u"empty");
+    EXPECT_EQ(Services().FileSize(folder + u"empty"), 0u);
     Write(In(u"short"), "content");
-    Services::ReplaceFile(In(u"short"), folder + u"a.db");
-    Services::ReplaceFile(In(u"short"), folder + u"a.db");
-    Services::RenameFile(folder + u"a.db", folder + u"b.db");
-    EXPECT_EQ(Services::FileSize(folder + u"b.db"), 7u);
-    EXPECT_EQ(Services::FirstFile(folder, u".db"), u"b.db");
-    EXPECT_TRUE(Services::SameFolder(folder, folder +
-                                                 u".."
-                                                 u"\\" +
-                                                 Text(100, u'C') + u'\\'));
-    EXPECT_FALSE(Services::ShortPath(folder + u"b.db").empty());
-    EXPECT_EQ(Services::DriveTypeOf(folder + u"b.db"), DriveKind::other);
-    Services::DeleteFile(folder + u"empty");
-    Services::DeleteFiles(folder);
-    EXPECT_EQ(Services::FirstFile(folder, u""), u"");
+    Services().ReplaceFile(In(u"short"), folder + u"a.db");
+    Services().ReplaceFile(In(u"short"), folder + u"a.db");
+    Services().RenameFile(folder + u"a.db", folder + u"b.db");
+    EXPECT_EQ(Services().FileSize(folder + u"b.db"), 7u);
+    EXPECT_EQ(Services().FirstFile(folder, u".db"), u"b.db");
+    EXPECT_TRUE(Services().SameFolder(folder, folder +
+                                                  u".."
+                                                  u"\\" +
+                                                  Text(100, u'C') + u'\\'));
+    EXPECT_FALSE(Services().ShortPath(folder + u"b.db").empty());
+    EXPECT_EQ(Services().DriveTypeOf(folder + u"b.db"), DriveKind::other);
+    Services().DeleteFile(folder + u"empty");
+    Services().DeleteFiles(folder);
+    EXPECT_EQ(Services().FirstFile(folder, u""), u"");
 }
 
 // ---- Folders -------------------------------------------------------------------------------------------------------
@@ -310,14 +310,14 @@ TEST_F(Files, PathsLongerThanTheSystemsOldLimitWork) {
 TEST_F(Files, TheFirstFileEndsInTheExtensionItself) {
     for (const TextView name : {u"x.abcd", u"x.ab", u"abc", u".abcx"}) Write(In(name), "");
     CreateDirectoryW(Wide(In(u"folder.abc")), nullptr);
-    EXPECT_EQ(Services::FirstFile(root_, u".abc"), u"");
-    EXPECT_EQ(Services::FirstFile(In(u"no\\"), u".abc"), u"");
-    EXPECT_EQ(Services::FirstFile(In(u"*\\"), u".abc"), u"");
-    EXPECT_NE(Services::FirstFile(root_, u""), u"");
+    EXPECT_EQ(Services().FirstFile(root_, u".abc"), u"");
+    EXPECT_EQ(Services().FirstFile(In(u"no\\"), u".abc"), u"");
+    EXPECT_EQ(Services().FirstFile(In(u"*\\"), u".abc"), u"");
+    EXPECT_NE(Services().FirstFile(root_, u""), u"");
     Write(In(u"\u0416.ABC"), "");
-    EXPECT_EQ(Services::FirstFile(root_, u".abc"), u"\u0416.ABC");
+    EXPECT_EQ(Services().FirstFile(root_, u".abc"), u"\u0416.ABC");
     SetFileAttributesW(Wide(In(u"\u0416.ABC")), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
-    EXPECT_EQ(Services::FirstFile(root_, u".aBc"), u"\u0416.ABC");
+    EXPECT_EQ(Services().FirstFile(root_, u".aBc"), u"\u0416.ABC");
 }
 
 TEST_F(Files, AFolderIsEmptiedOfFilesOnly) {
@@ -335,12 +335,12 @@ TEST_F(Files, AFolderIsEmptiedOfFilesOnly) {
     for (int i = 0; i < 200; ++i) Write(In(u"many" + IntegerToText(i)), "");
     CreateDirectoryW(Wide(In(u"inner")), nullptr);
     Write(In(u"inner\\kept"), "kept");
-    Services::DeleteFiles(root_);
-    EXPECT_EQ(Services::FirstFile(root_, u""), u"");
+    Services().DeleteFiles(root_);
+    EXPECT_EQ(Services().FirstFile(root_, u""), u"");
     EXPECT_EQ(Read(In(u"inner\\kept")), "kept");
     Write(In(u"held"), "x");
     const OpenElsewhere held(In(u"held"), GENERIC_READ, 0);
-    EXPECT_EQ(Failure([&] { Services::DeleteFiles(root_); }), 70);
+    EXPECT_EQ(Failure([&] { Services().DeleteFiles(root_); }), 70);
 }
 
 TEST_F(Files, AFolderIsTheSameHoweverItIsSpelled) {
@@ -364,12 +364,12 @@ TEST_F(Files, AFolderIsTheSameHoweverItIsSpelled) {
         {u"Q:\\none\\", In(u"one"), false},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(Services::SameFolder(c.one, c.other), c.same) << Narrow(c.one) << " | " << Narrow(c.other);
+        EXPECT_EQ(Services().SameFolder(c.one, c.other), c.same) << Narrow(c.one) << " | " << Narrow(c.other);
     }
     wchar_t before[MAX_PATH];
     GetCurrentDirectoryW(MAX_PATH, before);
     SetCurrentDirectoryW(Wide(In(u"one")));
-    EXPECT_TRUE(Services::SameFolder(u".", In(u"one\\")));
+    EXPECT_TRUE(Services().SameFolder(u".", In(u"one\\")));
     SetCurrentDirectoryW(before);
 }
 
@@ -391,48 +391,48 @@ TEST_F(Files, FoldersWithoutNumbersAreToldApartByTheirPaths) {
     const ImportPatch number(self, "GetFileInformationByHandle", reinterpret_cast<void*>(&NoNumber));
     const ImportPatch longNumber(self, "GetFileInformationByHandleEx", reinterpret_cast<void*>(&NoLongNumber));
     ASSERT_TRUE(number.Found() && longNumber.Found());
-    EXPECT_FALSE(Services::SameFolder(In(u"one\\"), In(u"two\\")));
-    EXPECT_TRUE(Services::SameFolder(In(u"one\\"), In(u"two\\..\\ONE")));
+    EXPECT_FALSE(Services().SameFolder(In(u"one\\"), In(u"two\\")));
+    EXPECT_TRUE(Services().SameFolder(In(u"one\\"), In(u"two\\..\\ONE")));
 }
 
 // ---- Names and drives ----------------------------------------------------------------------------------------------
 
 TEST_F(Files, AShortPathLeadsToTheFile) {
     Write(In(u"a rather long name.database"), "seven77");
-    const Text path = Services::ShortPath(In(u"a rather long name.database"));
-    EXPECT_EQ(Services::FileSize(path), 7u) << Narrow(path);
+    const Text path = Services().ShortPath(In(u"a rather long name.database"));
+    EXPECT_EQ(Services().FileSize(path), 7u) << Narrow(path);
     EXPECT_NE(path.substr(0, 4), u"\\\\?\\");
 }
 
 TEST(BackupDrives, AreToldByAnyPathOnThem) {
     for (const TextView path : {u"C:\\", u"C:\\no such\\file.x", u"c:/windows/x", u"C:", u"no such.file"}) {
-        EXPECT_EQ(Services::DriveTypeOf(path), DriveKind::other) << Narrow(path);
+        EXPECT_EQ(Services().DriveTypeOf(path), DriveKind::other) << Narrow(path);
     }
-    EXPECT_EQ(Failure([] { Services::DriveTypeOf(u"Q:\\secret\\x"); }), 68);
+    EXPECT_EQ(Failure([] { Services().DriveTypeOf(u"Q:\\secret\\x"); }), 68);
 }
 
 TEST_F(Files, TheFreeSpaceIsThatOfTheFolderAPathIsIn) {
     ULARGE_INTEGER free{};
     ASSERT_TRUE(GetDiskFreeSpaceExW(Wide(root_), &free, nullptr, nullptr));
-    const auto told = Services::FreeSpace(In(u"no such.file"));
+    const auto told = Services().FreeSpace(In(u"no such.file"));
     ASSERT_TRUE(told);
     // Others write to the disk meanwhile.
     EXPECT_NEAR(static_cast<double>(*told), static_cast<double>(free.QuadPart), 1e9);
-    EXPECT_EQ(Services::FreeSpace(u"Q:\\secret\\x"), std::nullopt);
-    EXPECT_EQ(Services::FreeSpace(In(u"no such\\folder.file")), std::nullopt);
+    EXPECT_EQ(Services().FreeSpace(u"Q:\\secret\\x"), std::nullopt);
+    EXPECT_EQ(Services().FreeSpace(In(u"no such\\folder.file")), std::nullopt);
 }
 
 TEST(BackupDrives, ChangingTheDriveGoesToItsCurrentFolder) {
     wchar_t before[MAX_PATH];
     GetCurrentDirectoryW(MAX_PATH, before);
     ASSERT_TRUE(SetCurrentDirectoryW(L"Z:\\"));
-    Services::ChangeDrive(u"C:\\no such folder\\a.db");
+    Services().ChangeDrive(u"C:\\no such folder\\a.db");
     wchar_t now[MAX_PATH] = L"";
     GetCurrentDirectoryW(MAX_PATH, now);
     EXPECT_EQ(now[0], L'C');
-    Services::ChangeDrive(u"");
-    Services::ChangeDrive(u"relative.db");
-    EXPECT_EQ(Failure([] { Services::ChangeDrive(u"Q:\\secret\\"); }), 68);
+    Services().ChangeDrive(u"");
+    Services().ChangeDrive(u"relative.db");
+    EXPECT_EQ(Failure([] { Services().ChangeDrive(u"Q:\\secret\\"); }), 68);
     wchar_t after[MAX_PATH] = L"";
     GetCurrentDirectoryW(MAX_PATH, after);
     EXPECT_STREQ(after, now);
@@ -440,18 +440,18 @@ TEST(BackupDrives, ChangingTheDriveGoesToItsCurrentFolder) {
 }
 
 TEST(BackupNames, TemporaryOnesAreFreshAndLongEnough) {
-    const Text one = Services::TemporaryName();
+    const Text one = Services().TemporaryName();
     EXPECT_EQ(one.substr(0, 3), u"rad");
     EXPECT_EQ(one.size(), 12u) << Narrow(one);
     EXPECT_EQ(one.find_first_of(u"\\/:"), Text::npos);
-    EXPECT_NE(one, Services::TemporaryName());
+    EXPECT_NE(one, Services().TemporaryName());
 }
 
 TEST(BackupNames, TodayIsTheLocalDay) {
     SYSTEMTIME before{};
     SYSTEMTIME after{};
     GetLocalTime(&before);
-    const backup::Date today = Services::Today();
+    const backup::Date today = Services().Today();
     GetLocalTime(&after);
     EXPECT_TRUE((today.day == before.wDay && today.month == before.wMonth) ||
                 (today.day == after.wDay && today.month == after.wMonth));

@@ -11,7 +11,7 @@
 #include "common/run_time_error.h"
 #include "common/text_compare.h"
 #include "controls/backup/backup_names.h"
-#include "controls/backup/environment.h"
+#include "controls/backup/steps.h"
 
 namespace qvx::backup {
 
@@ -43,7 +43,7 @@ struct ProgramEnded : RunTimeError {
     ProgramEnded() : RunTimeError(0, u"") {}
 };
 
-class FakeEnvironment final : public Environment {
+class FakeEnvironment final : public UserSteps, public SystemSteps {
   public:
     Files files;
     // The steps so far, one line for each; those that only read are included if `logLooks` is set.

@@ -74,7 +74,7 @@ class Attempt {
         form.location = archive;
         form.email = scenario_.group;
         form.groupName = u"abc";
-        Procedure procedure(computer, settings_, scenario_.mode);
+        Procedure procedure(computer, computer, settings_, scenario_.mode);
         within([&] { procedure.Run(form); });
         outcome = form.outcome;
     }

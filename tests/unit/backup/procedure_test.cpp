@@ -23,12 +23,12 @@ class BackupProcedure : public ::testing::Test {
     }
     std::string Run(Mode mode) {
         computer_.log.clear();
-        Procedure(computer_, settings_, mode).Run(form_);
+        Procedure(computer_, computer_, settings_, mode).Run(form_);
         return computer_.Log();
     }
     std::string Browse(Mode mode) {
         computer_.log.clear();
-        Procedure(computer_, settings_, mode).Browse(form_);
+        Procedure(computer_, computer_, settings_, mode).Browse(form_);
         return computer_.Log();
     }
     std::string File(const Text& path) const {
@@ -110,7 +110,7 @@ TEST_F(BackupProcedure, CommandLines) {
         Settings settings = settings_;
         c.change(computer, settings);
         FormState form = form_;
-        Procedure(computer, settings, Mode::backup).Run(form);
+        Procedure(computer, computer, settings, Mode::backup).Run(form);
         EXPECT_EQ(form.outcome, u"Completed Successfully.");
         EXPECT_NE(std::find(computer.log.begin(), computer.log.end(), c.command), computer.log.end()) << computer.Log();
     }
@@ -253,7 +253,7 @@ TEST_F(BackupProcedure, DisksThatFillAndChange) {
         c.change(computer);
         FormState form;
         form.location = archive;
-        Procedure(computer, settings_, Mode::backup).Run(form);
+        Procedure(computer, computer, settings_, Mode::backup).Run(form);
         SCOPED_TRACE(computer.Log());
         EXPECT_EQ(Narrow(form.outcome), c.outcome);
         std::string said;
@@ -272,7 +272,7 @@ TEST_F(BackupProcedure, DisksThatFillAndChange) {
         computer.archiver = FakeEnvironment::Archiver::works;
         computer.exitCode = 0;
         computer.capacity.clear();
-        Procedure(computer, settings_, Mode::backup).Run(form);
+        Procedure(computer, computer, settings_, Mode::backup).Run(form);
         EXPECT_TRUE(computer.files.at(archive) == packed);
         EXPECT_EQ(computer.files.count(aside), 0U);
     }
@@ -445,7 +445,7 @@ TEST_F(BackupProcedure, RefusesToRestore) {
         form.outcome = u"Completed Successfully.";
         c.change(computer, settings, form);
         const Files before = computer.files;
-        Procedure(computer, settings, Mode::restore).Run(form);
+        Procedure(computer, computer, settings, Mode::restore).Run(form);
         EXPECT_NE(computer.Log().find(c.says), std::string::npos) << computer.Log();
         EXPECT_TRUE(computer.Log().starts_with("refresh []\n")) << "nothing is said before the last outcome is gone";
         EXPECT_EQ(form.outcome, u"Not Completed Successfully.");

@@ -1,6 +1,6 @@
-// All effects of the backup outside itself, step by step: messages and questions to the user, files, the archivers, the
-// database, mail and the calendar. In the product, the dialog and the system implement them; tests have an
-// implementation in which each step can fail and the program can end between any two.
+// All effects of the backup outside itself, step by step: what concerns the user, which the dialog performs in the
+// product, and what concerns files, the archivers, the database, mail and the calendar, which the system performs.
+// Tests have an implementation in which each step can fail and the program can end between any two.
 #pragma once
 
 #include <cstdint>
@@ -36,11 +36,9 @@ struct Mail {
 // Steps that fail throw RunTimeError with the hosts' number (53 "File not found", 61 "Disk full", 70 "Permission
 // denied", 75 "Path/File access error", 76 "Path not found", 68 "Device unavailable") and a description that contains
 // no path. A step that failed has changed nothing unless stated otherwise.
-class Environment {
+class UserSteps {
   public:
-    virtual ~Environment() = default;
-
-    // --- The user ---
+    virtual ~UserSteps() = default;
 
     // Displays the contents of the fields and paints the dialog at once. Never fails.
     virtual void Refresh(const FormState& form) = 0;
@@ -55,6 +53,11 @@ class Environment {
     // hidden, until it is closed.
     virtual bool RunPasswordPrompt(TextView connection) = 0;
     virtual void ClosePasswordPrompt() = 0;
+};
+
+class SystemSteps {
+  public:
+    virtual ~SystemSteps() = default;
 
     virtual Date Today() = 0;
 

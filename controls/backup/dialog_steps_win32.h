@@ -1,19 +1,18 @@
-// The environment of the backup procedure in the product: the dialog for everything that the user sees, the system for
-// the rest.
+// The steps of the backup that concern the user, as the dialog performs them.
 #pragma once
 
 #include <optional>
 
 #include "controls/backup/backup_dialog.h"
 #include "controls/backup/password_dialog.h"
-#include "controls/backup/system_environment_win32.h"
+#include "controls/backup/steps.h"
 
 namespace qvx::backup {
 
-class DialogEnvironment final : public SystemEnvironment {
+class DialogSteps final : public UserSteps {
   public:
     // `dialog` must outlive this object.
-    explicit DialogEnvironment(BackupDialog& dialog) : dialog_(dialog) {}
+    explicit DialogSteps(BackupDialog& dialog) : dialog_(dialog) {}
 
     void Refresh(const FormState& form) override;
     bool ShowMessage(TextView prompt, const dialogs::MessageKind& kind, const std::optional<Text>& title) override;
@@ -22,9 +21,6 @@ class DialogEnvironment final : public SystemEnvironment {
     Text ShowOpenFile(TextView title) override;
     bool RunPasswordPrompt(TextView connection) override;
     void ClosePasswordPrompt() override;
-
-  protected:
-    HWND DialogWindow() const override { return dialog_.Handle(); }
 
   private:
     BackupDialog& dialog_;
