@@ -146,11 +146,11 @@ class DesignerTest : public ::testing::Test {
     }
     void Click(POINT at) { Drag(at, at); }
     void Arm(TextView className) {
-        const auto& tools = designer_->Palette().Tools();
+        const auto& tools = designer_->Toolbox().Tools();
         const auto found =
             std::find_if(tools.begin(), tools.end(), [&](const Tool& tool) { return tool.className == className; });
         ASSERT_NE(found, tools.end()) << Narrow(className);
-        SendMessageW(designer_->Palette().List(), LB_SETCURSEL, static_cast<WPARAM>(found - tools.begin()), 0);
+        SendMessageW(designer_->Toolbox().List(), LB_SETCURSEL, static_cast<WPARAM>(found - tools.begin()), 0);
     }
     void Place(const Text& className, const TwipsRect& where = {360, 2400, 1200, 600}) {
         designer_->PlaceControl(className, std::nullopt, &where);

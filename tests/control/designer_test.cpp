@@ -34,7 +34,7 @@ TEST_F(DesignerTest, EveryToolPlacesAControlThatFollowsItsForm) {
         ASSERT_EQ(Names().size(), before + 1) << what;
         const ObjectId* placed = designer_->Selected().Primary();
         ASSERT_TRUE(placed) << what;
-        EXPECT_EQ(designer_->Palette().Armed(), u"") << what;
+        EXPECT_EQ(designer_->Toolbox().Armed(), u"") << what;
         FormControl* control = Control(placed->name);
         ASSERT_TRUE(control) << what;
         EXPECT_FALSE(dynamic_cast<BrokenControl*>(control)) << what;
@@ -507,7 +507,7 @@ TEST_F(DesignerTest, PicturesThatComeBackAreNoNewOnes) {
 TEST_F(DesignerTest, TheFocusIsWhereItWasAfterALookAtAnotherProgram) {
     const HWND other = CreateWindowExW(0, L"STATIC", L"Other", WS_POPUP | WS_VISIBLE, 100, 100, 300, 200, nullptr,
                                        nullptr, nullptr, nullptr);
-    for (const HWND pane : {designer_->Properties().Handle(), designer_->Palette().Handle()}) {
+    for (const HWND pane : {designer_->Properties().Handle(), designer_->Toolbox().Handle()}) {
         SetFocus(pane);
         const HWND inside = GetFocus();
         EXPECT_TRUE(IsChild(pane, inside));

@@ -235,7 +235,7 @@ TEST_F(DesignerTest, TheDesignerFollowsItsMonitor) {
         EXPECT_EQ(place.left, suggested.left) << dots;
         EXPECT_EQ(place.top, suggested.top) << dots;
         EXPECT_EQ(test::LookOf(designer_->Picture().Handle()), fresh[dots]) << dots;
-        EXPECT_EQ(SendMessageW(designer_->Palette().List(), LB_GETITEMHEIGHT, 0, 0), 24 * dots / 96) << dots;
+        EXPECT_EQ(SendMessageW(designer_->Toolbox().List(), LB_GETITEMHEIGHT, 0, 0), 24 * dots / 96) << dots;
         EXPECT_EQ(designer_->Form().Bytes(), formText) << dots;
         // Shapes are where they are drawn.
         Click(At(840, 420));
