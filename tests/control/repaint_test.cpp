@@ -9,11 +9,11 @@
 #include "com/font_object.h"
 #include "common/run_time_error.h"
 #include "tests/support/container.h"
-#include "tests/support/drawn_picture.h"
 #include "tests/support/each_control.h"
 #include "tests/support/input.h"
 #include "tests/support/menu_pixels.h"
 #include "tests/support/narrow.h"
+#include "tests/support/resolution.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::test {
@@ -133,9 +133,7 @@ class RepaintTest : public ::testing::TestWithParam<std::tuple<const CLSID*, boo
     // A control that holds something to see.
     std::unique_ptr<Container> Make(RECT bounds = usual) const {
         const auto [id, userMode] = GetParam();
-        Container::Options options;
-        options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(userMode));
-        options.ambients.emplace(DISPID_AMBIENT_DISPLAYNAME, Variant(u"Thing1"));
+        Container::Options options = HostInMode(userMode);
         options.bounds = bounds;
         auto container = std::make_unique<Container>(std::move(options));
         const auto bag = MakeObject<MemoryBag>();
@@ -151,15 +149,7 @@ class RepaintTest : public ::testing::TestWithParam<std::tuple<const CLSID*, boo
     }
     static PixelPicture Shown(const Container& container) {
         Pump();
-        const HWND window = container.ControlWindow();
-        RECT area{};
-        GetWindowRect(window, &area);
-        const Size size{static_cast<int>(area.right - area.left), static_cast<int>(area.bottom - area.top)};
-        return PictureOf(size, [&](HDC dc) {
-            const HDC source = GetDC(window);
-            BitBlt(dc, 0, 0, size.width, size.height, source, 0, 0, SRCCOPY);
-            ReleaseDC(window, source);
-        });
+        return PictureOnScreen(container.ControlWindow());
     }
     // Makes each change of an object that a control has, or of the control, and returns how many of them show.
     int CompareChanges(const std::function<ComPtr<IDispatch>(const Container&)>& object) const {

@@ -131,6 +131,9 @@ class Container {
     ComPtr<IUnknown> control_;
 };
 
+// A host that designs or runs forms and calls the control Thing1.
+Container::Options HostInMode(bool userMode);
+
 // Lets the messages that wait be handled; at most the given number of rounds.
 void Pump(int rounds = 50);
 
