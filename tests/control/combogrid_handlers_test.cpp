@@ -154,17 +154,11 @@ TEST(ComboGridHandlers, HearOfTheInnerGridsEvents) {
     form.GoTo(1, F::name);
     form.events->events.clear();
     form.Click(2, F::rate);
-    const DISPID clicked[] = {
-        DISPID_MOUSEDOWN,      grid_event::leaveCell, grid_event::enterCell, grid_event::rowColChange,
-        grid_event::selChange, DISPID_MOUSEUP,        DISPID_CLICK};
-    for (const DISPID id : clicked) EXPECT_EQ(form.events->Count(id), 1U) << id;
-    // At once again, after the program has gone elsewhere: a press like any other, and a double click as well.
-    form.GoTo(1, F::name);
-    form.events->events.clear();
     form.Click(2, F::rate);
-    const DISPID clickedTwice[] = {DISPID_MOUSEDOWN, grid_event::leaveCell, grid_event::enterCell, DISPID_DBLCLICK};
-    for (const DISPID id : clickedTwice) EXPECT_EQ(form.events->Count(id), 1U) << id;
-    EXPECT_EQ(form.events->Count(DISPID_CLICK), 0U);
+    const DISPID clicked[] = {DISPID_MOUSEDOWN,         grid_event::leaveCell, grid_event::enterCell,
+                              grid_event::rowColChange, grid_event::selChange, DISPID_CLICK,
+                              DISPID_DBLCLICK};
+    for (const DISPID id : clicked) EXPECT_EQ(form.events->Count(id), id == DISPID_MOUSEDOWN ? 2U : 1U) << id;
     EXPECT_EQ(form.Current(), "2,3");
     ASSERT_TRUE(form.Frame()) << "the host was told before the editor opened";
     form.Press(VK_ESCAPE);

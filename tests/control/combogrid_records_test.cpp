@@ -133,10 +133,6 @@ TEST(ComboGridRecords, DuplicatesComeBackThroughTheArguments) {
     EXPECT_EQ(4, matchOn.ToLong());
     form.SetCell(4, F::name, u"other");
     short small = 9;
-    double real = 9;
-    EXPECT_EQ(true, duplicate({Reference(VT_I2, &small), Reference(VT_R8, &real)}));
-    EXPECT_EQ(2, small);
-    EXPECT_EQ(3.0, real);
     long number = 9;
     EXPECT_EQ(true, duplicate({Variant::Missing().get(), Reference(VT_I4, &number)}));
     EXPECT_EQ(3, number);
@@ -147,16 +143,6 @@ TEST(ComboGridRecords, DuplicatesComeBackThroughTheArguments) {
     EXPECT_EQ(9, small);
     EXPECT_EQ(0, number);
     EXPECT_EQ("1,1", form.Current()) << "nothing is selected without being asked for";
-
-    const auto early = form.grid.As<_ComboGrid>();
-    form.SetCell(3, F::name, u"B");
-    long first = 9;
-    VARIANT_BOOL found = VARIANT_FALSE;
-    EXPECT_EQ(S_OK, early->DuplicateRecord(&first, &number, VARIANT_FALSE, &found));
-    EXPECT_EQ(VARIANT_TRUE, found);
-    EXPECT_EQ(std::pair(2L, 3L), std::pair(first, number));
-    EXPECT_EQ(S_OK, early->DuplicateRecord(nullptr, nullptr, VARIANT_FALSE, &found));
-    EXPECT_EQ(E_POINTER, early->DuplicateRecord(&first, &number, VARIANT_FALSE, nullptr));
 }
 
 // The text of the box is drawn; its caption is the window's.

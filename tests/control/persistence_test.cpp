@@ -166,24 +166,11 @@ TEST_P(SavedControl, SurvivesAThousandMutatedStreams) {
         Bytes bytes = good;
         const auto edits = 1 + random() % 8;
         for (unsigned i = 0; i < edits && !bytes.empty(); ++i) {
-            const auto at = static_cast<std::ptrdiff_t>(random() % bytes.size());
-            switch (random() % 5) {
-                case 0:
-                    bytes[static_cast<size_t>(at)] = static_cast<std::uint8_t>(random());
-                    break;
-                case 1:
-                    bytes[static_cast<size_t>(at)] ^= static_cast<std::uint8_t>(1u << random() % 8);
-                    break;
-                case 2:
-                    bytes.erase(bytes.begin() + at);
-                    break;
-                case 3:
-                    bytes.insert(bytes.begin() + at, static_cast<std::uint8_t>(random()));
-                    break;
-                default:
-                    bytes[static_cast<size_t>(at)] = 0xFF;
-                    break;
-            }
+            const auto place = bytes.begin() + static_cast<std::ptrdiff_t>(random() % bytes.size());
+            const auto kind = random() % 5;
+            if (kind == 0) bytes.erase(place);
+            if (kind == 1) bytes.insert(place, static_cast<std::uint8_t>(random()));
+            if (kind > 1) *place = kind == 2 ? 0xFF : static_cast<std::uint8_t>(random());
         }
         return bytes;
     };
