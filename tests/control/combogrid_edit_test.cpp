@@ -104,6 +104,22 @@ TEST(ComboGridOpenEdit, RowsRemovedAboveLeaveItOpen) {
     EXPECT_EQ("2(3, 2, , 8, False)\n", form.Log());
 }
 
+TEST(ComboGridOpenEdit, ErrorWhileOpeningIsTheHostsToAnswer) {
+    F form;
+    form.GoTo(1, F::name);
+    form.events->onEvent = [&](DISPID id, DISPPARAMS& arguments) {
+        if (id == grid_event::beforeCellChange) {
+            Put(form.grid.get(), L"FixedCols", {Variant(0)});
+            Put(form.grid.get(), L"Cols", {Variant(0)});
+        } else if (id == grid_event::onError) {
+            Answer(arguments, false);
+        }
+    };
+    form.Press(VK_F2);
+    EXPECT_EQ("1(1, 1, , False)\n3(381, Subscript out of range, True)\n", form.Log());
+    EXPECT_EQ(0, form.Number(L"Cols"));
+}
+
 TEST(ComboGridOpenEdit, FollowsItsCellWhenTheGridScrolls) {
     F form({{L"Rows", Variant(60)}});
     form.GoTo(5, F::name);
