@@ -84,10 +84,7 @@ ComboGridForm::ComboGridForm(const std::vector<std::pair<std::wstring, Variant>>
     }
     container.Activate();
     SetForegroundWindow(container.Window());
-    for (int i = 0; i < 100 && GetForegroundWindow() != container.Window(); ++i) {
-        Sleep(20);
-        Pump();
-    }
+    WaitFor([&] { return GetForegroundWindow() == container.Window(); }, 2000);
     container.ActivateUi();
     Pump();
     Log();
@@ -170,6 +167,22 @@ Text ComboGridForm::Cell(int row, int col) const {
 
 void ComboGridForm::SetCell(int row, int col, const char16_t* text) {
     Put(grid.get(), L"TextMatrix", {Variant(row), Variant(col), Variant(text)});
+}
+
+void ComboGridForm::Fill(const std::vector<std::vector<const char16_t*>>& rows) {
+    Put(grid.get(), L"Rows", {Variant(static_cast<long>(rows.size()) + 1)});
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        for (std::size_t col = 0; col < rows[row].size(); ++col)
+            SetCell(static_cast<int>(row) + 1, name + static_cast<int>(col), rows[row][col]);
+}
+
+std::string ComboGridForm::Column(int col) const {
+    std::string cells;
+    for (long row = 1; row < Number(L"Rows"); ++row) {
+        cells += Narrow(Cell(static_cast<int>(row), col));
+        cells += '/';
+    }
+    return cells;
 }
 
 long ComboGridForm::Number(const wchar_t* property) const { return *Call(grid.get(), property).ToLong(); }

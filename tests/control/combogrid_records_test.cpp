@@ -23,38 +23,21 @@ VARIANT Reference(VARTYPE type, void* variable) {
 
 VARIANT Reference(Variant& variable) { return Reference(VT_VARIANT, variable.ptr()); }
 
-// Name, Qty and Rate of data row after data row; "" leaves a cell as it is.
-void Fill(F& form, const std::vector<std::vector<const char16_t*>>& rows) {
-    Put(form.grid.get(), L"Rows", {Variant(static_cast<long>(rows.size()) + 1)});
-    for (std::size_t row = 0; row < rows.size(); ++row)
-        for (std::size_t col = 0; col < rows[row].size(); ++col)
-            form.SetCell(static_cast<int>(row) + 1, F::name + static_cast<int>(col), rows[row][col]);
-}
-
-std::string Column(const F& form, int col) {
-    std::string cells;
-    for (long row = 1; row < form.Number(L"Rows"); ++row) {
-        cells += Narrow(form.Cell(static_cast<int>(row), col));
-        cells += '/';
-    }
-    return cells;
-}
-
 int ErrorOf(const CallResult& call) { return static_cast<int>(call.scode & 0xFFFF); }
 
 TEST(ComboGridRecords, Go) {
     F form({{L"KeyColumn", Variant(int{F::rate})}, {L"AutoRecordNumber", Variant(true)}});
     const std::vector<std::vector<const char16_t*>> rows{{u"a", u"1", u""}, {u"", u"0", u""}, {u"d", u"", u"5"}};
-    Fill(form, rows);
+    form.Fill(rows);
     Call(form.grid.get(), L"RemoveEmptyRows");
-    EXPECT_EQ("d/", Column(form, F::name)) << "by the key column when nothing else is said";
-    EXPECT_EQ("1/", Column(form, F::no));
-    Fill(form, rows);
+    EXPECT_EQ("d/", form.Column(F::name)) << "by the key column when nothing else is said";
+    EXPECT_EQ("1/", form.Column(F::no));
+    form.Fill(rows);
     Call(form.grid.get(), L"RemoveEmptyRows", {Variant(false)});
-    EXPECT_EQ("a/d/", Column(form, F::name));
+    EXPECT_EQ("a/d/", form.Column(F::name));
     Put(form.grid.get(), L"Changed", {Variant(true)});
     Call(form.grid.get(), L"RemoveAllRecords");
-    EXPECT_EQ("/", Column(form, F::name));
+    EXPECT_EQ("/", form.Column(F::name));
     EXPECT_EQ(false, Call(form.grid.get(), L"Changed").ToBool());
 }
 
@@ -103,7 +86,7 @@ TEST(ComboGridRecords, SetCellMovesTheCursorAndTheFocus) {
 TEST(ComboGridRecords, RowsAreClearedByListsThatMayBeLeftOut) {
     F form;
     const auto clear = [&](const std::vector<Variant>& lists) {
-        Fill(form, {{u"a", u"1", u"2"}});
+        form.Fill({{u"a", u"1", u"2"}});
         form.SetCell(1, F::no, u"1");
         std::vector<Variant> arguments{Variant(1)};
         arguments.insert(arguments.end(), lists.begin(), lists.end());
@@ -119,7 +102,7 @@ TEST(ComboGridRecords, RowsAreClearedByListsThatMayBeLeftOut) {
 
 TEST(ComboGridRecords, DuplicatesComeBackThroughTheArguments) {
     F form({{L"AutoRecordNumber", Variant(true)}});
-    Fill(form, {{u"a", u"1"}, {u"b", u"2"}, {u"B", u"2"}, {u"a1"}});
+    form.Fill({{u"a", u"1"}, {u"b", u"2"}, {u"B", u"2"}, {u"a1"}});
     const auto duplicate = [&](const std::vector<VARIANT>& arguments) {
         const CallResult call = Invoke(form.grid.get(), L"DuplicateRecord", DISPATCH_METHOD, arguments);
         EXPECT_EQ(S_OK, call.result);
@@ -148,7 +131,7 @@ TEST(ComboGridRecords, DuplicatesComeBackThroughTheArguments) {
 // The text of the box is drawn; its caption is the window's.
 TEST(ComboGridRecords, TheUserIsToldOfDuplicates) {
     F form;
-    Fill(form, {{u"x", u"1"}, {u"a", u"2"}, {u"y", u"3"}, {u"A", u"2"}});
+    form.Fill({{u"x", u"1"}, {u"a", u"2"}, {u"y", u"3"}, {u"A", u"2"}});
     SetWindowTextW(form.container.Window(), L"Orders");
     form.GoTo(1, F::rate);
     std::wstring caption;
@@ -179,7 +162,7 @@ TEST(ComboGridRecords, TheUserIsToldOfDuplicates) {
 TEST(ComboGridRecords, AnOpenEditIsFinishedFirst) {
     for (const wchar_t* method : {L"RemoveEmptyRows", L"RemoveAllRecords", L"DuplicateRecord"}) {
         F form;
-        Fill(form, {{u"first"}, {u"second"}});
+        form.Fill({{u"first"}, {u"second"}});
         form.GoTo(2, F::name);
         form.Type(L"typed");
         ASSERT_NE(nullptr, form.Frame());
@@ -189,16 +172,16 @@ TEST(ComboGridRecords, AnOpenEditIsFinishedFirst) {
         EXPECT_EQ(nullptr, form.Frame());
         EXPECT_EQ("2(2, 1, second, typed, False)\n", form.Log()) << "told before the rows move";
         if (std::wstring(method) == L"RemoveAllRecords") {
-            EXPECT_EQ("/", Column(form, F::name));
+            EXPECT_EQ("/", form.Column(F::name));
         } else {
-            EXPECT_EQ("first/typed/", Column(form, F::name));
+            EXPECT_EQ("first/typed/", form.Column(F::name));
         }
     }
 }
 
 TEST(ComboGridRecords, Sums) {
     F form;
-    Fill(form, {{u"x", u"10", u"1,250"}, {u"y", u"", u"12 kg"}});
+    form.Fill({{u"x", u"10", u"1,250"}, {u"y", u"", u"12 kg"}});
     const auto sum = [&](int rowOrCol, int index) {
         const Variant result = Call(form.grid.get(), L"GetSumOf", {Variant(rowOrCol), Variant(index)});
         EXPECT_EQ(VT_R8, result.Type());
@@ -222,7 +205,7 @@ VARIANT AsVariant(const SafeArray& array, VARTYPE type = VT_VARIANT) {
 class Products : public ::testing::Test {
   protected:
     Products() {
-        Fill(form_, {{u"3", u"2", u"2.5"}, {u"x", u"4", u"1"}, {u"1", u"", u"9"}});
+        form_.Fill({{u"3", u"2", u"2.5"}, {u"x", u"4", u"1"}, {u"1", u"", u"9"}});
         // An amount column that is neither written yet nor read.
         form_.SetCell(1, F::skip, u"old");
     }
@@ -240,9 +223,9 @@ class Products : public ::testing::Test {
 TEST_F(Products, AreWrittenAndAddedUp) {
     const SafeArray columns = ArrayOfVariants({Variant(int{F::qty}), Variant(int{F::rate})});
     EXPECT_EQ(9, Product(AsVariant(columns)));
-    EXPECT_EQ("old///", Column(form_, F::skip)) << "below 0 nothing is written";
+    EXPECT_EQ("old///", form_.Column(F::skip)) << "below 0 nothing is written";
     EXPECT_EQ(9, Product(AsVariant(columns), F::skip));
-    EXPECT_EQ("5/4/0/", Column(form_, F::skip));
+    EXPECT_EQ("5/4/0/", form_.Column(F::skip));
     EXPECT_EQ("", form_.Log()) << "no change events";
     EXPECT_EQ(false, Call(form_.grid.get(), L"Changed").ToBool());
 }
@@ -289,7 +272,7 @@ TEST_F(Products, ListsBeginAtElementZero) {
     EXPECT_EQ(-1013, Product(Variant(2).get())) << "no list at all";
     EXPECT_EQ(-1381, Product(AsVariant(ArrayOfVariants({Variant(99)}))));
     EXPECT_EQ(-1381, Product(AsVariant(ArrayOfVariants({Variant(2)})), 99));
-    EXPECT_EQ("old///", Column(form_, F::skip));
+    EXPECT_EQ("old///", form_.Column(F::skip));
 }
 
 }  // namespace

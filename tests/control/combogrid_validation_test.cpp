@@ -10,7 +10,7 @@ namespace {
 
 using F = ComboGridForm;
 
-TEST(ComboGridValidation, AnOpenEditCountsAndTheFirstWrongCellIsToldOf) {
+TEST(ComboGridValidation, AnOpenEditCountsAndTheFirstWrongCellIsReported) {
     F form({{L"RequiredFields", Variant(u";Name;")}});
     form.SetCell(2, F::name, u"b");
     form.GoTo(1, F::name);
