@@ -64,6 +64,7 @@ class Work {
         ++steps_;
         const int rows = grid_.Rows();
         const int cols = grid_.Cols();
+        mostRows = std::max(mostRows, rows);
         const int row = Below(rows + 2) - 1;
         const int col = Below(cols + 2) - 1;
         const bool rowFits = row >= 0 && row < rows;
@@ -100,23 +101,24 @@ class Work {
             case 3: {
                 const int index = Below(rows + 3) - 1;
                 const int error = index > rows ? 30009 : index >= 0 && index < naive_.fixedRows ? 30002 : 0;
-                if (Try([&] { grid_.AddItem(text + u"\t" + text, index); }, error)) {
-                    Insert(index < 0 ? rows : index, {text, text});
+                const std::vector<Text> cells = RandomCells();
+                if (Try([&] { grid_.AddItem(Joined(cells), index); }, error)) {
+                    Insert(index < 0 ? rows : index, cells);
                 }
                 break;
             }
             case 4: {
                 const int at = naive_.fixedRows + Below(rows - naive_.fixedRows + 1);
-                std::vector<Text> texts(static_cast<std::size_t>(Below(large_ ? 1200 : 3)));
+                std::vector<std::vector<Text>> items(static_cast<std::size_t>(Below(large_ ? 1200 : 3)));
                 Text block;
-                for (std::size_t i = 0; i < texts.size(); ++i) {
-                    texts[i] = RandomText();
-                    block += u"x\t" + texts[i];
+                for (std::size_t i = 0; i < items.size(); ++i) {
+                    items[i] = RandomCells();
+                    block += Joined(items[i]);
                     block += i % 3 == 0 ? u"\r" : i % 3 == 1 ? u"\n" : u"\r\n";
                 }
                 if (Try([&] { grid_.AddItems(block, at); }, 0)) {
-                    for (std::size_t i = 0; i < texts.size(); ++i) {
-                        Insert(at + static_cast<int>(i), {u"x", texts[i]});
+                    for (std::size_t i = 0; i < items.size(); ++i) {
+                        Insert(at + static_cast<int>(i), items[i]);
                     }
                 }
                 break;
@@ -216,11 +218,30 @@ class Work {
   private:
     int Below(int n) { return n <= 0 ? 0 : static_cast<int>(random_() % static_cast<unsigned>(n)); }
     Text RandomText() {
-        Text text(static_cast<std::size_t>(Below(40) == 0 ? 300 : Below(5)), static_cast<char16_t>(u'a' + Below(5)));
+        Text text(static_cast<std::size_t>(Below(40) == 0 ? 300 : Below(5)), u' ');
+        for (char16_t& unit : text) {
+            unit = static_cast<char16_t>(u'a' + Below(5));
+        }
         if (Below(9) == 0) {
             text += u'\u03A9';
         }
         return text;
+    }
+    // Of an item. The first is never empty: after a CR, the LF of an empty row would be the second half of a pair.
+    std::vector<Text> RandomCells() {
+        std::vector<Text> cells{u"x"};
+        for (int more = Below(naive_.cols + 2); more > 0; --more) {
+            cells.push_back(RandomText());
+        }
+        return cells;
+    }
+    static Text Joined(const std::vector<Text>& cells) {
+        Text item;
+        for (const Text& cell : cells) {
+            item += cell + u"\t";
+        }
+        item.pop_back();
+        return item;
     }
     static bool Holds(int fixed, int count) { return fixed == 0 || fixed < count; }
 
@@ -372,6 +393,7 @@ class Work {
 
   public:
     int starvedCalls = 0;
+    int mostRows = 0;
 };
 
 TEST(GridModel, AgreesWithANaiveGridAlsoWhenMemoryRunsOut) {
@@ -385,6 +407,7 @@ TEST(GridModel, AgreesWithANaiveGridAlsoWhenMemoryRunsOut) {
         }
         ASSERT_FALSE(HasFailure()) << "seed " << seed;
         EXPECT_GT(work.starvedCalls, 10);
+        EXPECT_GT(work.mostRows, large ? 3000 : 0);
     }
 }
 
