@@ -23,12 +23,6 @@ namespace {
 
 bool OutOfMemory(HRESULT code) { return code == E_OUTOFMEMORY || code == static_cast<HRESULT>(0x800A0007); }
 
-Container::Options Running() {
-    Container::Options options;
-    options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(true));
-    return options;
-}
-
 std::string CellsOf(IDispatch* grid) {
     std::string cells;
     const long rows = Call(grid, L"Rows").ToLong().value_or(0);
@@ -77,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(Controls, Allocations, ::testing::ValuesIn(EachControlI
 // A control that could not be made, sited or shown goes like any other.
 TEST_P(Allocations, OfALife) {
     const HRESULT idle = ServerUnderTest::Get().CanUnload();
-    Container container(Running());
+    Container container(HostInMode(true));
     const auto live = [&](int passing, bool forGood) {
         container.Calls().clear();
         const ServerAllocations::Failure failure(passing, forGood);
@@ -102,7 +96,7 @@ TEST_P(Allocations, OfALife) {
 
 // A control whose loading has failed can be loaded again; one whose saving has failed is what it was.
 TEST_P(Allocations, OfSavingAndLoading) {
-    Container container(Running());
+    Container container(HostInMode(true));
     container.Place(ServerUnderTest::Get().Create(*GetParam()));
     const auto bytes = SaveToStream(container.Control());
     const auto bag = SaveToBag(container.Control());
@@ -136,7 +130,7 @@ TEST_P(Allocations, OfSavingAndLoading) {
 
 TEST_P(Allocations, OfPainting) {
     if (IsInvisible(GetParam())) return;
-    Container container(Running());
+    Container container(HostInMode(true));
     container.Place(ServerUnderTest::Get().Create(*GetParam()));
     container.ActivateUi();
     ExpectNothingLeftBehind(1, [&] {

@@ -11,152 +11,13 @@
 #include "tests/support/input.h"
 #include "tests/support/message_box.h"
 #include "tests/support/narrow.h"
+#include "tests/support/script_records.h"
 #include "tests/support/server_allocations.h"
 
 namespace qvx::test {
 namespace {
 
 using F = ComboGridForm;
-
-// A field that numbers its only member in its own way.
-class ScriptField final : public ComObject<IDispatch> {
-  public:
-    ScriptField(DISPID id, std::function<Variant()> value) : id_(id), value_(std::move(value)) {}
-    static inline int lookups = 0;
-
-    STDMETHODIMP GetTypeInfoCount(UINT* count) override { return *count = 0, S_OK; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
-        if (std::wstring(names[0]) != L"Value") return DISP_E_UNKNOWNNAME;
-        ++lookups;
-        *ids = id_;
-        return S_OK;
-    }
-    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
-        if (member != id_) return DISP_E_MEMBERNOTFOUND;
-        *result = value_().detach();
-        return S_OK;
-    }
-
-  private:
-    ~ScriptField() override = default;
-    DISPID id_;
-    std::function<Variant()> value_;
-};
-
-// A record set of a script's own: three members deep, with everything that can go wrong.
-class ScriptRecords final : public ComObject<IDispatch> {
-  public:
-    std::vector<std::vector<Variant>> records;
-    long counted = -2;  // what RecordCount says; -2: how many there are
-    bool hasCount = true;
-    bool hasRows = false;                // GetRows is there
-    bool hasPosition = true;             // AbsolutePosition is there
-    bool losesBlock = false;             // records of a block that fails are used up
-    std::function<void(DISPID)> onCall;  // before a member is answered, by its place in the list of names
-    size_t failsAt = SIZE_MAX;           // reading that record fails
-    HRESULT closed = S_OK;               // what everything fails with
-    bool slow = false;                   // a block takes a while
-    size_t at = 0;
-    int blocks = 0;
-    long firstPosition = 1;                                               // below 0: of all
-    enum class Fields { itself, steady, fresh } fields = Fields::itself;  // objects in each record
-
-    STDMETHODIMP GetTypeInfoCount(UINT* count) override { return *count = 0, S_OK; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
-        static const wchar_t* const known[] = {L"RecordCount", L"EOF",    L"AbsolutePosition",
-                                               L"MoveNext",    L"Fields", L"GetRows",
-                                               L"Item",        L"Count",  L"Value"};
-        for (DISPID i = 0; i < static_cast<DISPID>(std::size(known)); ++i) {
-            if (std::wstring(known[i]) != names[0]) continue;
-            if ((i == 0 && !hasCount) || (i == 5 && !hasRows) || (i == 2 && !hasPosition)) break;
-            *ids = i;
-            return S_OK;
-        }
-        return DISP_E_UNKNOWNNAME;
-    }
-    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
-                        UINT*) override {
-        const auto fail = [&](HRESULT code, const wchar_t* words) {
-            exception->scode = code;
-            exception->bstrDescription = SysAllocString(words);
-            return DISP_E_EXCEPTION;
-        };
-        if (onCall) onCall(member);
-        if (FAILED(closed)) return fail(closed, L"Operation is not allowed when the object is closed.");
-        Variant answer;
-        switch (member) {
-            case 0:
-                answer = Variant(counted == -2 ? static_cast<long>(records.size()) : counted);
-                break;
-            case 1:
-                answer = Variant(at >= records.size());
-                break;
-            case 2:
-                answer = Variant(firstPosition < 0 ? firstPosition : static_cast<long>(at) + firstPosition);
-                break;
-            case 3:
-                ++at;
-                break;
-            case 4:
-                answer = Variant(static_cast<IDispatch*>(this));
-                break;
-            case 5: {
-                ++blocks;
-                if (slow) Sleep(30);
-                const auto wanted = static_cast<size_t>(*Variant(arguments->rgvarg[0]).ToLong());
-                const size_t count = std::min(wanted, records.size() - at);
-                if (failsAt >= at && failsAt < at + count) {
-                    if (losesBlock) at += count;
-                    return fail(E_FAIL, L"The data are damaged.");
-                }
-                answer = Rows(count);
-                at += count;
-                break;
-            }
-            case 6:
-                if (at == failsAt) return fail(E_FAIL, L"The data are damaged.");
-                field_ = static_cast<size_t>(*Variant(arguments->rgvarg[0]).ToLong());
-                answer = Variant(fields == Fields::itself ? static_cast<IDispatch*>(this) : Field(field_));
-                break;
-            case 7:
-                answer = Variant(records.empty() ? 0L : static_cast<long>(records[0].size()));
-                break;
-            default:
-                answer = records[at][field_];
-        }
-        if (result) *result = answer.detach();
-        return S_OK;
-    }
-
-  private:
-    ~ScriptRecords() override = default;
-    IDispatch* Field(size_t field) {
-        fields_.resize(records[0].size());
-        if (fields == Fields::fresh || !fields_[field]) {
-            const auto id = static_cast<DISPID>(100 + 7 * field + (fields == Fields::fresh ? 1000 * at : 0));
-            fields_[field] =
-                ComPtr<IDispatch>(MakeObject<ScriptField>(id, [this, field] { return records[at][field]; }));
-        }
-        return fields_[field].get();
-    }
-    Variant Rows(size_t count) {
-        SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(records[0].size()), 0}, {static_cast<ULONG>(count), 0}};
-        Variant rows;
-        rows.ptr()->parray = SafeArrayCreate(VT_VARIANT, 2, bounds);
-        rows.ptr()->vt = VT_ARRAY | VT_VARIANT;
-        for (LONG r = 0; r < static_cast<LONG>(count); ++r)
-            for (LONG f = 0; f < static_cast<LONG>(records[0].size()); ++f) {
-                LONG place[] = {f, r};
-                SafeArrayPutElement(rows.get().parray, place,
-                                    records[at + static_cast<size_t>(r)][static_cast<size_t>(f)].ptr());
-            }
-        return rows;
-    }
-    size_t field_ = 0;
-    std::vector<ComPtr<IDispatch>> fields_;
-};
 
 Variant Null() {
     Variant null;
@@ -387,7 +248,7 @@ TEST(ComboGridBinding, ValuesHaveOneText) {
         {Variant(), ""},
     };
     F form;
-    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
+    const auto inner = form.Inner();
     for (const auto& [value, text] : cases) {
         SCOPED_TRACE(std::to_string(value.Type()) + " " + text);
         const Variant plain(value);
@@ -427,9 +288,6 @@ TEST(ComboGridBinding, AnEmptySetLeavesARowToEnter) {
     Bind(form, MakeObject<ScriptRecords>().get());
     EXPECT_EQ(form.Number(L"Rows"), 2);
     EXPECT_EQ(Row(form, 1), "1,,,,");
-    form.Type(L"x");
-    form.Press(VK_RETURN);
-    EXPECT_EQ(Row(form, 1), "1,x,,,");
 }
 
 TEST(ComboGridBinding, NoRecordSetIsAnErrorToTheUser) {

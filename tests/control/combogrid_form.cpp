@@ -9,6 +9,7 @@
 #include "com/wide_text.h"
 #include "tests/support/input.h"
 #include "tests/support/narrow.h"
+#include "win/dpi.h"
 
 namespace qvx::test {
 namespace {
@@ -83,10 +84,7 @@ ComboGridForm::ComboGridForm(const std::vector<std::pair<std::wstring, Variant>>
     }
     container.Activate();
     SetForegroundWindow(container.Window());
-    for (int i = 0; i < 100 && GetForegroundWindow() != container.Window(); ++i) {
-        Sleep(20);
-        Pump();
-    }
+    WaitFor([&] { return GetForegroundWindow() == container.Window(); }, 2000);
     container.ActivateUi();
     Pump();
     Log();
@@ -152,19 +150,10 @@ void ComboGridForm::GoTo(int row, int col) {
 }
 
 void ComboGridForm::Click(int row, int col, bool twice, int pixelsIn) {
-    const auto inner = Call(grid.get(), L"Grid").ToObject<IDispatch>();
-    const HDC dc = GetDC(nullptr);
-    const int dpiX = GetDeviceCaps(dc, LOGPIXELSX);
-    const int dpiY = GetDeviceCaps(dc, LOGPIXELSY);
-    ReleaseDC(nullptr, dc);
-    const int x = static_cast<int>(*Call(inner.get(), L"ColPos", {Variant(col)}).ToLong()) * dpiX / 1440 + pixelsIn;
-    const int y = static_cast<int>(*Call(inner.get(), L"RowPos", {Variant(row)}).ToLong()) * dpiY / 1440 + pixelsIn;
-    POINT corner{x, y};
     RECT outer{};
     GetWindowRect(InnerGrid(), &outer);
-    corner.x += outer.left;
-    corner.y += outer.top;
-    MoveMouseTo(corner);
+    MoveMouseTo({outer.left + Pixels(L"ColPos", {Variant(col)}) + pixelsIn,
+                 outer.top + Pixels(L"RowPos", {Variant(row)}) + pixelsIn});
     for (int press = 0; press < (twice ? 2 : 1); ++press) {
         LeftButton(true);
         LeftButton(false);
@@ -180,6 +169,22 @@ void ComboGridForm::SetCell(int row, int col, const char16_t* text) {
     Put(grid.get(), L"TextMatrix", {Variant(row), Variant(col), Variant(text)});
 }
 
+void ComboGridForm::Fill(const std::vector<std::vector<const char16_t*>>& rows) {
+    Put(grid.get(), L"Rows", {Variant(static_cast<long>(rows.size()) + 1)});
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        for (std::size_t col = 0; col < rows[row].size(); ++col)
+            SetCell(static_cast<int>(row) + 1, name + static_cast<int>(col), rows[row][col]);
+}
+
+std::string ComboGridForm::Column(int col) const {
+    std::string cells;
+    for (long row = 1; row < Number(L"Rows"); ++row) {
+        cells += Narrow(Cell(static_cast<int>(row), col));
+        cells += '/';
+    }
+    return cells;
+}
+
 long ComboGridForm::Number(const wchar_t* property) const { return *Call(grid.get(), property).ToLong(); }
 
 std::string ComboGridForm::Current() const {
@@ -188,6 +193,20 @@ std::string ComboGridForm::Current() const {
 
 ComPtr<IDispatch> ComboGridForm::List(int col) const {
     return Call(grid.get(), L"Lists", {Variant(col)}).ToObject<IDispatch>();
+}
+
+ComPtr<IDispatch> ComboGridForm::Inner() const { return Call(grid.get(), L"Grid").ToObject<IDispatch>(); }
+
+int ComboGridForm::Pixels(const wchar_t* member, const std::vector<Variant>& arguments) const {
+    return TwipsToPixels(static_cast<int>(*Call(Inner().get(), member, arguments).ToLong()), ScreenDpi().x);
+}
+
+ULONG ComboGridForm::ReferencesWhenClosed(const ComPtr<IUnknown>& control) {
+    grid.reset();
+    container.Close();
+    delete std::exchange(connection, nullptr);
+    control->AddRef();
+    return control->Release() - 1;
 }
 
 HWND ComboGridForm::Frame() const {

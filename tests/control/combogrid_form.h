@@ -42,13 +42,22 @@ class ComboGridForm {
 
     Text Cell(int row, int col) const;
     void SetCell(int row, int col, const char16_t* text);
+    // Name, Qty and so on of data row after data row.
+    void Fill(const std::vector<std::vector<const char16_t*>>& rows);
+    // The data rows' cells of a column, each with "/" after it.
+    std::string Column(int col) const;
     long Number(const wchar_t* property) const;
     // "row,col"
     std::string Current() const;
     ComPtr<IDispatch> List(int col) const;
+    ComPtr<IDispatch> Inner() const;
+    // A place or size that the inner grid gives in twips, in pixels.
+    int Pixels(const wchar_t* member, const std::vector<Variant>& arguments = {}) const;
     // The editor's frame while it is shown, else null; the combo in it that has the focus, as a window.
     HWND Frame() const;
     HWND InnerGrid() const;
+    // Closes the control, if nobody has yet; how many references there still are beside the given one.
+    ULONG ReferencesWhenClosed(const ComPtr<IUnknown>& control);
     // Events since the last call, one a line: number, then arguments; those in `without` left out, and those of the
     // inner grid's that are merely passed on.
     std::string Log(const std::vector<DISPID>& without = {grid_event::listChange, grid_event::enterCell,

@@ -11,18 +11,14 @@
 
 #include "Qvx.h"
 #include "com/font_object.h"
+#include "tests/support/drawn_picture.h"
 #include "tests/support/late_bound_object.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::test {
 namespace {
 
-Container::Options RunMode() {
-    Container::Options options;
-    options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(true));
-    options.ambients.emplace(DISPID_AMBIENT_DISPLAYNAME, Variant(u"Thing1"));
-    return options;
-}
+Container::Options RunMode() { return HostInMode(true); }
 
 ComPtr<IUnknown> New(REFCLSID id) { return ServerUnderTest::Get().Create(id); }
 
@@ -71,9 +67,7 @@ INSTANTIATE_TEST_SUITE_P(Controls, EachControl, ::testing::ValuesIn(EachVisibleC
 // A designer's control is a picture; one that runs has the windows that its user types into.
 TEST_P(EachControl, HasTheInnerWindowsOfItsHostsMode) {
     const auto active = [&](bool userMode) {
-        Container::Options options = RunMode();
-        options.ambients[DISPID_AMBIENT_USERMODE] = Variant(userMode);
-        auto container = std::make_unique<Container>(std::move(options));
+        auto container = std::make_unique<Container>(HostInMode(userMode));
         container->Place(New(*GetParam()));
         container->Activate();
         return container;
@@ -186,8 +180,13 @@ TEST_P(EachControl, BecomesUiActiveWithTheFocusAndLosesIt) {
     EXPECT_EQ(2, Count(container, "OnUIActivate"));
 }
 
+// Also those that are invisible at run time.
+class AnyControl : public ::testing::TestWithParam<const CLSID*> {};
+
+INSTANTIATE_TEST_SUITE_P(Controls, AnyControl, ::testing::ValuesIn(EachControlId()), ControlName);
+
 // Hosts that offer nothing but the site itself: the control runs, draws and saves.
-TEST_P(EachControl, WorksInAHostThatOffersNothing) {
+TEST_P(AnyControl, WorksInAHostThatOffersNothing) {
     Container::Options bare;
     bare.controlSite = false;
     Container container(bare);
@@ -195,14 +194,18 @@ TEST_P(EachControl, WorksInAHostThatOffersNothing) {
     container.Activate();
     container.ActivateUi();
     UpdateWindow(container.ControlWindow());
-    EXPECT_TRUE(IsWindowVisible(container.ControlWindow()));
+    EXPECT_EQ(!IsInvisible(GetParam()), IsWindowVisible(container.ControlWindow()) != FALSE);
     EXPECT_FALSE(SaveToStream(container.Control()).empty());
     MSG key{container.ControlWindow(), WM_KEYDOWN, VK_F9, 0, 0, {}};
     EXPECT_EQ(S_FALSE, Query<IOleInPlaceActiveObject>(container.Control())->TranslateAccelerator(&key));
+    // No window, no site: a host that only stores it.
+    const auto stored = New(*GetParam());
+    EXPECT_EQ(S_OK, stored.As<IPersistStreamInit>()->InitNew());
+    EXPECT_FALSE(SaveToStream(stored.get()).empty());
 }
 
 // The host destroys its window without a word to the control, then lets go of it.
-TEST_P(EachControl, OutlivesItsHostsWindow) {
+TEST_P(AnyControl, OutlivesItsHostsWindow) {
     auto control = New(*GetParam());
     {
         Container container(RunMode());
@@ -215,7 +218,8 @@ TEST_P(EachControl, OutlivesItsHostsWindow) {
     Container other(RunMode());
     other.Place(control, [](IUnknown*) {});
     other.Activate();
-    EXPECT_TRUE(IsWindowVisible(other.ControlWindow()));
+    EXPECT_EQ(!IsInvisible(GetParam()), IsWindowVisible(other.ControlWindow()) != FALSE);
+    EXPECT_TRUE(other.ControlWindow());
 }
 
 // A site that refuses a step: what was told before is taken back, and the next attempt works.
@@ -308,29 +312,21 @@ TEST_P(EachControl, AnswersVerbsItDoesNotKnow) {
 // A container that draws the control itself: something is there, in the bounds and nowhere else.
 TEST_P(EachControl, DrawsItselfIntoTheContainersBounds) {
     Container& container = Sited();
-    const HDC screen = GetDC(nullptr);
-    const HDC dc = CreateCompatibleDC(screen);
-    const HBITMAP bitmap = CreateCompatibleBitmap(screen, 120, 80);
-    const HGDIOBJ old = SelectObject(dc, bitmap);
     const COLORREF marker = RGB(1, 2, 3);
-    const HBRUSH brush = CreateSolidBrush(marker);
-    const RECT all{0, 0, 120, 80};
-    FillRect(dc, &all, brush);
-    const RECTL bounds{20, 10, 100, 70};
-    EXPECT_EQ(S_OK, Query<IViewObject>(container.Control())
-                        ->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr, nullptr, 0));
-    EXPECT_EQ(MM_TEXT, GetMapMode(dc)) << "the device context is left as it was";
-    EXPECT_EQ(marker, GetPixel(dc, 19, 40));
-    EXPECT_EQ(marker, GetPixel(dc, 101, 40));
-    EXPECT_EQ(marker, GetPixel(dc, 60, 8));
+    const PixelPicture picture = PictureOf({120, 80}, [&](HDC dc) {
+        const UniqueBrush brush(CreateSolidBrush(marker));
+        const RECT all{0, 0, 120, 80};
+        FillRect(dc, &all, brush.Get());
+        const RECTL bounds{20, 10, 100, 70};
+        EXPECT_EQ(S_OK, Query<IViewObject>(container.Control())
+                            ->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr, nullptr, 0));
+        EXPECT_EQ(MM_TEXT, GetMapMode(dc)) << "the device context is left as it was";
+    });
+    for (const POINT outside : {POINT{19, 40}, {101, 40}, {60, 8}})
+        EXPECT_EQ(marker, picture.At(outside.x, outside.y)) << outside.x << "," << outside.y;
     int drawn = 0;
-    for (int x = 22; x < 98; x += 4) drawn += GetPixel(dc, x, 40) != marker ? 1 : 0;
+    for (int x = 22; x < 98; x += 4) drawn += picture.At(x, 40) != marker ? 1 : 0;
     EXPECT_EQ(19, drawn);
-    DeleteObject(brush);
-    SelectObject(dc, old);
-    DeleteObject(bitmap);
-    DeleteDC(dc);
-    ReleaseDC(nullptr, screen);
 }
 
 // A change is announced by the member's own number, marks the control as to be saved, and has a view drawn anew.

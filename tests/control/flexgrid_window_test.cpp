@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "common/keys.h"
+#include "tests/support/drawn_picture.h"
 #include "tests/support/input.h"
 #include "tests/support/resource_counts.h"
 #include "tests/support/thread_windows.h"
@@ -71,25 +72,17 @@ class Log final : public flexgrid::GridWindowEvents, public flexgrid::GridListen
 std::vector<COLORREF> Pixels(HWND window, bool anew) {
     RECT client{};
     GetClientRect(window, &client);
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof info.bmiHeader, client.right, -client.bottom, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void* bits = nullptr;
-    const HDC source = GetDC(window);
-    const UniqueMemoryDc dc(CreateCompatibleDC(source));
-    const UniqueBitmap bitmap(CreateDIBSection(dc.Get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    std::vector<COLORREF> pixels(static_cast<std::size_t>(client.right * client.bottom));
-    {
-        const SelectedObject selected(dc.Get(), bitmap.Get());
-        if (anew) {
-            SendMessageW(window, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc.Get()), PRF_CLIENT);
-        } else {
-            BitBlt(dc.Get(), 0, 0, client.right, client.bottom, source, 0, 0, SRCCOPY);
-        }
-        GdiFlush();
-        for (std::size_t i = 0; i < pixels.size(); ++i) pixels[i] = static_cast<COLORREF*>(bits)[i] & 0xFFFFFF;
-    }
-    ReleaseDC(window, source);
-    return pixels;
+    return PictureOf({static_cast<int>(client.right), static_cast<int>(client.bottom)},
+                     [&](HDC dc) {
+                         if (anew) {
+                             SendMessageW(window, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
+                             return;
+                         }
+                         const HDC screen = GetDC(window);
+                         BitBlt(dc, 0, 0, client.right, client.bottom, screen, 0, 0, SRCCOPY);
+                         ReleaseDC(window, screen);
+                     })
+        .pixels;
 }
 
 // How many pixels differ between the screen and a fresh drawing; 0 is what there should be.

@@ -5,50 +5,14 @@
 #include <algorithm>
 #include <set>
 
-#include "com/font_object.h"
 #include "tests/support/container.h"
 #include "tests/support/each_control.h"
-#include "tests/support/members.h"
 #include "tests/support/narrow.h"
+#include "tests/support/property_change.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::test {
 namespace {
-
-// What two values of a property are compared by; nothing for what cannot be.
-std::optional<Text> Shown(const Variant& value) {
-    if (const auto font = value.ToObject<IFont>()) return ReadFontObject(font.get()).face;
-    if (value.Type() == VT_DISPATCH || value.Type() == VT_UNKNOWN) return std::nullopt;
-    return value.ToText();
-}
-
-std::optional<Text> Read(IDispatch* control, const Member& member, const std::vector<VARIANT>& index) {
-    const CallResult read = Invoke(control, member.name.c_str(), DISPATCH_PROPERTYGET, index);
-    return SUCCEEDED(read.result) ? Shown(read.value) : std::nullopt;
-}
-
-// Values of which every property takes one, and for most of them it is not the one that they have.
-std::vector<Variant> Candidates() {
-    FontSpec font;
-    font.face = u"Tahoma";
-    std::vector<Variant> candidates{Variant(false), Variant(true), Variant(u";A;"), Variant(1), Variant(2),
-                                    Variant(0),     Variant(3),    Variant(5),      Variant(-1)};
-    candidates.emplace_back(static_cast<IDispatch*>(MakeFontObject(font).get()));
-    return candidates;
-}
-
-// Gives the property another value than it has; nothing when there is none that it takes and gives back.
-std::optional<Text> Change(IDispatch* control, const Member& member, const std::vector<VARIANT>& index) {
-    const auto before = Read(control, member, index);
-    for (const Variant& candidate : Candidates()) {
-        std::vector<VARIANT> arguments = index;
-        arguments.push_back(candidate.get());
-        if (FAILED(Invoke(control, member.name.c_str(), DISPATCH_PROPERTYPUT, arguments).result)) continue;
-        const auto now = Read(control, member, index);
-        if (now && now != before) return now;
-    }
-    return std::nullopt;
-}
 
 class NeverInitialised : public ::testing::TestWithParam<const CLSID*> {
   protected:
@@ -61,17 +25,14 @@ class NeverInitialised : public ::testing::TestWithParam<const CLSID*> {
 
     static Outcome Try(Order order) {
         Outcome outcome;
-        const auto all = MembersOfInterface(New().As<IDispatch>().get());
-        for (const Member& member : all) {
+        const auto all = FunctionsOf(New().As<IDispatch>().get());
+        for (const Function& member : all) {
             if (member.kind != INVOKE_PROPERTYPUT) continue;
             // Of rows and columns those in the middle of a new grid.
-            const std::vector<VARIANT> index(static_cast<std::size_t>(member.parameters - 1), Variant(1).get());
+            const std::vector<VARIANT> index(member.Arguments() - 1, Variant(1).get());
             const auto control = New();
             const auto automation = control.As<IDispatch>();
-            Container::Options options;
-            options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(true));
-            options.ambients.emplace(DISPID_AMBIENT_DISPLAYNAME, Variant(u"Thing1"));
-            Container container(options);
+            Container container(HostInMode(true));
             const auto site = [&] { container.Place(control, [](IUnknown*) {}); };
             if (order == Order::siteThenSet) site();
             const auto set = Change(automation.get(), member, index);
@@ -81,8 +42,8 @@ class NeverInitialised : public ::testing::TestWithParam<const CLSID*> {
             container.Activate();
             const auto shown = Read(automation.get(), member, index);
             if (shown != set) {
-                outcome.lost += Narrow(FromWide(member.name.c_str())) + ": " + Narrow(*set) + " became " +
-                                Narrow(shown.value_or(u"nothing")) + "\n";
+                outcome.lost +=
+                    member.name + ": " + Narrow(*set) + " became " + Narrow(shown.value_or(u"nothing")) + "\n";
             }
         }
         return outcome;
@@ -108,11 +69,11 @@ TEST_P(NeverInitialised, StartsOutAsIfInitialised) {
     const auto fresh = ServerUnderTest::Get().Create(*GetParam());
     const auto initialised = ServerUnderTest::Get().Create(*GetParam());
     ASSERT_EQ(S_OK, initialised.As<IPersistStreamInit>()->InitNew());
-    for (const Member& member : MembersOfInterface(fresh.As<IDispatch>().get())) {
-        if (member.kind != INVOKE_PROPERTYGET || member.parameters != 1 || member.name == L"hWnd" ||
-            member.name == L"hDC")
+    for (const Function& member : FunctionsOf(fresh.As<IDispatch>().get())) {
+        if (member.kind != INVOKE_PROPERTYGET || member.Arguments() != 0 || member.name == "hWnd" ||
+            member.name == "hDC")
             continue;
-        SCOPED_TRACE(Narrow(FromWide(member.name.c_str())));
+        SCOPED_TRACE(member.name);
         EXPECT_EQ(Read(initialised.As<IDispatch>().get(), member, {}), Read(fresh.As<IDispatch>().get(), member, {}));
     }
     EXPECT_EQ(S_FALSE, fresh.As<IPersistStreamInit>()->IsDirty());

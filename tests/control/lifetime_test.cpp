@@ -26,9 +26,7 @@ class Lifetime : public ::testing::TestWithParam<const CLSID*> {};
 INSTANTIATE_TEST_SUITE_P(Controls, Lifetime, ::testing::ValuesIn(EachControlId()), ControlName);
 
 TEST_P(Lifetime, CreateActivatePaintDestroy) {
-    Container::Options options;
-    options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(true));
-    Container container(options);
+    Container container(HostInMode(true));
     auto recorder = MakeObject<EventRecorder>();
     ExpectNothingLeft([&] {
         container.Calls().clear();

@@ -5,15 +5,15 @@
 
 #include <memory>
 
-#include "com/bstr.h"
 #include "com/font_object.h"
 #include "common/run_time_error.h"
 #include "tests/support/container.h"
-#include "tests/support/drawn_picture.h"
+#include "tests/support/dual_interfaces.h"
 #include "tests/support/each_control.h"
 #include "tests/support/input.h"
 #include "tests/support/menu_pixels.h"
 #include "tests/support/narrow.h"
+#include "tests/support/resolution.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::test {
@@ -38,90 +38,53 @@ struct Change {
     }
 };
 
-ComPtr<ITypeInfo> Referred(ITypeInfo* info, HREFTYPE type) {
-    ComPtr<ITypeInfo> referred;
-    EXPECT_EQ(S_OK, info->GetRefTypeInfo(type, referred.put()));
-    return referred;
-}
-
-std::vector<Variant> EnumerationValues(ITypeInfo* enumeration, UINT count) {
-    std::vector<Variant> values;
-    for (UINT i = 0; i < count; ++i) {
-        VARDESC* member = nullptr;
-        EXPECT_EQ(S_OK, enumeration->GetVarDesc(i, &member));
-        values.emplace_back(*member->lpvarValue);
-        enumeration->ReleaseVarDesc(member);
-    }
-    return values;
-}
-
 // Texts that mean something to the property; others take any.
-TextView TextFor(const std::wstring& property) {
-    if (property == L"FormatString") return u"<No|>Quantity|Price";
-    if (property == L"InVisibleColumns") return u";B;";
+TextView TextFor(const std::string& property) {
+    if (property == "FormatString") return u"<No|>Quantity|Price";
+    if (property == "InVisibleColumns") return u";B;";
     return u"15";
 }
 
-// Values that differ from what a control begins with; all that an enumeration has.
-std::vector<Variant> ValuesOf(ITypeInfo* info, const TYPEDESC& type, const std::wstring& property) {
-    switch (type.vt) {
+// Values that differ from what a control begins with; of whole numbers all that enumerations have, and a few more.
+std::vector<Variant> ValuesOf(const Function& put) {
+    switch (put.parameters.back().Target()) {
         case VT_BOOL:
             return {Variant(true), Variant(false)};
         case VT_I2:
-        case VT_I4:
-            return {Variant(2), Variant(5)};
+        case VT_I4: {
+            std::vector<Variant> values;
+            for (long value = 0; value <= 9; ++value) values.emplace_back(value);
+            return values;
+        }
+        case VT_UI4:
+            return {Variant(static_cast<long>(RGB(230, 120, 10)))};
         case VT_R4:
         case VT_R8:
             return {Variant(2.5)};
         case VT_BSTR:
-            return {Variant(TextFor(property))};
-        case VT_PTR:
-            if (property.ends_with(L"Font")) {
-                FontSpec look;
-                look.points = 18;
-                return {Variant(static_cast<IDispatch*>(MakeFontObject(look).get()))};
-            }
-            if (property.ends_with(L"Picture")) {
-                return {Variant(static_cast<IDispatch*>(SolidPicture({9, 9}, RGB(10, 120, 230)).get()))};
-            }
-            return {};
-        case VT_USERDEFINED: {
-            const auto user = Referred(info, type.hreftype);
-            TYPEATTR* attributes = nullptr;
-            EXPECT_EQ(S_OK, user->GetTypeAttr(&attributes));
-            const TYPEKIND kind = attributes->typekind;
-            const UINT members = attributes->cVars;
-            user->ReleaseTypeAttr(attributes);
-            if (kind == TKIND_ENUM) return EnumerationValues(user.get(), members);
-            return {Variant(static_cast<long>(RGB(230, 120, 10)))};  // a colour is another name of a number
-        }
+            return {Variant(TextFor(put.name))};
         default:
-            return {};
+            break;
     }
+    if (put.name.ends_with("Font")) {
+        FontSpec look;
+        look.points = 18;
+        return {Variant(static_cast<IDispatch*>(MakeFontObject(look).get()))};
+    }
+    if (put.name.ends_with("Picture"))
+        return {Variant(static_cast<IDispatch*>(SolidPicture({9, 9}, RGB(10, 120, 230)).get()))};
+    return {};
 }
 
 // All that can be written of an object.
 std::vector<Change> ChangesOf(IDispatch* object) {
-    ComPtr<ITypeInfo> info;
-    EXPECT_EQ(S_OK, object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put()));
-    TYPEATTR* attributes = nullptr;
-    EXPECT_EQ(S_OK, info->GetTypeAttr(&attributes));
-    const UINT functions = attributes->cFuncs;
-    info->ReleaseTypeAttr(attributes);
     std::vector<Change> changes;
-    for (UINT i = 0; i < functions; ++i) {
-        FUNCDESC* function = nullptr;
-        EXPECT_EQ(S_OK, info->GetFuncDesc(i, &function));
-        if (function->invkind == INVOKE_PROPERTYPUT) {
-            Bstr name;
-            EXPECT_EQ(S_OK, info->GetDocumentation(function->memid, name.put(), nullptr, nullptr, nullptr));
-            const auto last = static_cast<std::size_t>(function->cParams) - 1;
-            for (const Variant& value : ValuesOf(info.get(), function->lprgelemdescParam[last].tdesc, name.get())) {
-                changes.push_back({name.get(), std::vector<Variant>(last, Variant(1))});
-                changes.back().arguments.push_back(value);
-            }
+    for (const Function& function : FunctionsOf(object)) {
+        if (function.kind != INVOKE_PROPERTYPUT) continue;
+        for (const Variant& value : ValuesOf(function)) {
+            changes.push_back({function.WideName(), std::vector<Variant>(function.Arguments() - 1, Variant(1))});
+            changes.back().arguments.push_back(value);
         }
-        info->ReleaseFuncDesc(function);
     }
     return changes;
 }
@@ -133,9 +96,7 @@ class RepaintTest : public ::testing::TestWithParam<std::tuple<const CLSID*, boo
     // A control that holds something to see.
     std::unique_ptr<Container> Make(RECT bounds = usual) const {
         const auto [id, userMode] = GetParam();
-        Container::Options options;
-        options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(userMode));
-        options.ambients.emplace(DISPID_AMBIENT_DISPLAYNAME, Variant(u"Thing1"));
+        Container::Options options = HostInMode(userMode);
         options.bounds = bounds;
         auto container = std::make_unique<Container>(std::move(options));
         const auto bag = MakeObject<MemoryBag>();
@@ -151,15 +112,7 @@ class RepaintTest : public ::testing::TestWithParam<std::tuple<const CLSID*, boo
     }
     static PixelPicture Shown(const Container& container) {
         Pump();
-        const HWND window = container.ControlWindow();
-        RECT area{};
-        GetWindowRect(window, &area);
-        const Size size{static_cast<int>(area.right - area.left), static_cast<int>(area.bottom - area.top)};
-        return PictureOf(size, [&](HDC dc) {
-            const HDC source = GetDC(window);
-            BitBlt(dc, 0, 0, size.width, size.height, source, 0, 0, SRCCOPY);
-            ReleaseDC(window, source);
-        });
+        return PictureOnScreen(container.ControlWindow());
     }
     // Makes each change of an object that a control has, or of the control, and returns how many of them show.
     int CompareChanges(const std::function<ComPtr<IDispatch>(const Container&)>& object) const {

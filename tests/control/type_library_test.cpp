@@ -173,25 +173,6 @@ TEST(TypeLibrary, IsWhatItAlwaysWas) {
     ExpectGolden("type_library.txt", out.str());
 }
 
-// A dual interface's own methods come behind IUnknown's three and IDispatch's four; a library made from incomplete
-// definitions of those two counts from 0 and every late-bound call lands in nothing.
-TEST(TypeLibrary, OwnMethodsStartBehindDispatch) {
-    ComPtr<ITypeLib> library;
-    ASSERT_EQ(S_OK, LoadTypeLibEx(ServerUnderTest::Get().Path().c_str(), REGKIND_NONE, library.put()));
-    for (const GUID& id : {IID__Button, IID__ComboGrid, IID_IFlexGrid, IID_IEditorCombo}) {
-        ComPtr<ITypeInfo> dispatch;
-        ASSERT_EQ(S_OK, library->GetTypeInfoOfGuid(id, dispatch.put()));
-        HREFTYPE reference = 0;
-        ASSERT_EQ(S_OK, dispatch->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference));
-        ComPtr<ITypeInfo> vtable;
-        ASSERT_EQ(S_OK, dispatch->GetRefTypeInfo(reference, vtable.put()));
-        FUNCDESC* first = nullptr;
-        ASSERT_EQ(S_OK, vtable->GetFuncDesc(0, &first));
-        EXPECT_EQ(7 * static_cast<int>(sizeof(void*)), first->oVft);
-        vtable->ReleaseFuncDesc(first);
-    }
-}
-
 // Registered or not, every control of the library has a factory, and nothing else has.
 TEST(TypeLibrary, ClassesAndFactoriesAgree) {
     std::vector<std::wstring> names;

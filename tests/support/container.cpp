@@ -308,6 +308,12 @@ void Container::MoveTo(const RECT& bounds) {
     EXPECT_EQ(S_OK, control_.As<IOleInPlaceObject>()->SetObjectRects(&bounds, &clip));
 }
 
+Container::Options HostInMode(bool userMode) {
+    Container::Options options;
+    options.ambients = {{DISPID_AMBIENT_USERMODE, Variant(userMode)}, {DISPID_AMBIENT_DISPLAYNAME, Variant(u"Thing1")}};
+    return options;
+}
+
 void Container::Close() {
     if (!control_) return;
     const auto object = control_.As<IOleObject>();

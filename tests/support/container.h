@@ -132,6 +132,9 @@ class Container {
     ComPtr<IUnknown> control_;
 };
 
+// A host that designs or runs forms and calls the control Thing1.
+Container::Options HostInMode(bool userMode);
+
 // Handles the waiting messages, at most `rounds` of them.
 void Pump(int rounds = 50);
 

@@ -55,7 +55,27 @@ Function Describe(ITypeInfo* info, UINT index) {
     return function;
 }
 
+// The vtable's side of a dual interface; none of others.
+std::vector<Function> FunctionsOf(ITypeInfo* info) {
+    std::vector<Function> functions;
+    ComPtr<ITypeInfo> methods;
+    TYPEATTR* own = nullptr;
+    HREFTYPE reference = 0;
+    if (FAILED(info->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference)) ||
+        FAILED(info->GetRefTypeInfo(reference, methods.put())) || FAILED(methods->GetTypeAttr(&own)))
+        return functions;
+    for (UINT f = 0; f < own->cFuncs; ++f) functions.push_back(Describe(methods.get(), f));
+    methods->ReleaseTypeAttr(own);
+    return functions;
+}
+
 }  // namespace
+
+std::vector<Function> FunctionsOf(IDispatch* object) {
+    ComPtr<ITypeInfo> info;
+    EXPECT_EQ(S_OK, object->GetTypeInfo(0, LOCALE_NEUTRAL, info.put()));
+    return FunctionsOf(info.get());
+}
 
 std::vector<Interface> DualInterfaces() {
     std::vector<Interface> interfaces;
@@ -68,18 +88,9 @@ std::vector<Interface> DualInterfaces() {
         info->GetTypeAttr(&attributes);
         Bstr name;
         info->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
-        HREFTYPE reference = 0;
-        if (attributes->wTypeFlags & TYPEFLAG_FDUAL &&
-            SUCCEEDED(info->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference))) {
-            ComPtr<ITypeInfo> methods;
-            TYPEATTR* own = nullptr;
-            info->GetRefTypeInfo(reference, methods.put());
-            methods->GetTypeAttr(&own);
-            Interface found{Narrow(name.View()), attributes->guid, {}};
-            for (UINT f = 0; f < own->cFuncs; ++f) found.functions.push_back(Describe(methods.get(), f));
-            methods->ReleaseTypeAttr(own);
-            interfaces.push_back(std::move(found));
-        }
+        auto functions = FunctionsOf(info.get());
+        if (attributes->wTypeFlags & TYPEFLAG_FDUAL && !functions.empty())
+            interfaces.push_back({Narrow(name.View()), attributes->guid, std::move(functions)});
         info->ReleaseTypeAttr(attributes);
     }
     return interfaces;
@@ -111,9 +122,7 @@ Subject Make(const Interface& face) {
         }
     }
     if (!control) return subject;
-    Container::Options options;
-    options.ambients = {{DISPID_AMBIENT_USERMODE, Variant(true)}, {DISPID_AMBIENT_DISPLAYNAME, Variant(u"Subject1")}};
-    subject.container = std::make_unique<Container>(options);
+    subject.container = std::make_unique<Container>(HostInMode(true));
     subject.container->Place(control);
     subject.object = subject.container->Automation();
     if (subject.object && Query<_ComboGrid>(subject.object.get())) {

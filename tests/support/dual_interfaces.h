@@ -34,6 +34,7 @@ struct Function {
     SHORT offset = 0;                   // in the vtable
     std::vector<Parameter> parameters;  // from left to right, the result last
 
+    std::wstring WideName() const { return {name.begin(), name.end()}; }
     bool Put() const { return kind == INVOKE_PROPERTYPUT || kind == INVOKE_PROPERTYPUTREF; }
     // Returns the number of arguments without the result.
     size_t Arguments() const {
@@ -58,6 +59,8 @@ struct Interface {
 };
 
 std::vector<Interface> DualInterfaces();
+// Those of an object's own interface.
+std::vector<Function> FunctionsOf(IDispatch* object);
 
 // A control in place, and its object with one interface: the control itself or one inside it.
 struct Subject {

@@ -132,9 +132,7 @@ INSTANTIATE_TEST_SUITE_P(Controls, Across, ::testing::ValuesIn(EachControlId()),
 
 // A worker thread calls a control on the form of this one.
 TEST_P(Across, AWorkerCallsAControlOnAForm) {
-    Container::Options options;
-    options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(true));
-    Container container(options);
+    Container container(HostInMode(true));
     container.Place(CreateByClass(*GetParam()));
     container.Activate();
     ComPtr<IStream> stream;

@@ -49,7 +49,7 @@ class FormMenu {
 // A form on which one control after the other is shown.
 class Form {
   public:
-    Form() : container_(RunMode()), menu_(container_.Window()) {}
+    Form() : container_(HostInMode(true)), menu_(container_.Window()) {}
 
     // A new control, with input, saved, and made to do what has a module keep something: windows and fonts, the type
     // library, an error, an event.
@@ -63,11 +63,6 @@ class Form {
     }
 
   private:
-    static Container::Options RunMode() {
-        Container::Options options;
-        options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(true));
-        return options;
-    }
     void Use(IDispatch* control, bool drawsMenus) {
         const auto recorder = MakeObject<EventRecorder>();
         const Connection connection(control, EventsOf(control), recorder.get());

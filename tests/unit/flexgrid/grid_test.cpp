@@ -132,16 +132,6 @@ TEST(GridCounts, ErrorsInWords) {
     EXPECT_EQ(wordsOf([&] { (void)grid.TextMatrix(9, 9); }), u"Subscript out of range");
 }
 
-TEST(GridCounts, SmallerDropsCellsForGood) {
-    Grid grid;
-    Load(grid, 0, 0, 3, u"a\tb\tc\rd\te\tf\rg\th\ti");
-    grid.SetRows(2);
-    grid.SetCols(2);
-    grid.SetRows(3);
-    grid.SetCols(3);
-    EXPECT_EQ(Shown(grid), "a,b,/d,e,/,,");
-}
-
 TEST(GridCounts, FixedCountWaitsForColumns) {
     Grid grid;
     grid.SetFixedCols(0);
@@ -270,23 +260,6 @@ TEST(GridText, FillAndClip) {
     grid.SetFillStyle(GridFillStyle::repeat);
     grid.SetText(u"y");
     EXPECT_EQ(Shown(grid), "a,b,c/d,y,y/g,y,y");
-}
-
-TEST(GridRows, AddAndRemove) {
-    Grid grid;
-    Load(grid, 1, 0, 2, u"H\tI\r\na\tb");
-    grid.AddItem(u"c\td\tsurplus");
-    grid.AddItem(u"0", 1);
-    EXPECT_EQ(Shown(grid), "H,I/0,/a,b/c,d");
-    EXPECT_EQ(grid.AddItems(u"x\ty\r\rz\r\n", 3), 3);
-    EXPECT_EQ(Shown(grid), "H,I/0,/a,b/x,y/,/z,/c,d");
-    grid.RemoveItem(2);
-    EXPECT_EQ(grid.RemoveRowsIf([&](int row) { return grid.Cell(row, 1).Empty(); }), 3);
-    EXPECT_EQ(Shown(grid), "H,I/x,y/c,d");
-    EXPECT_EQ(grid.RemoveRowsIf([](int) { return true; }), 1);
-    EXPECT_EQ(Shown(grid), "H,I/x,y");
-    grid.Clear();
-    EXPECT_EQ(Shown(grid), ",/,");
 }
 
 TEST(GridRows, SettingsMoveWithTheirRows) {

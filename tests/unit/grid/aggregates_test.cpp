@@ -5,19 +5,13 @@
 #include <cmath>
 
 #include "common/run_time_error.h"
+#include "tests/unit/flexgrid/grid_texts.h"
 #include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {
 namespace {
 
-int ErrorOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const RunTimeError& error) {
-        return error.Number();
-    }
-    return 0;
-}
+using flexgrid::ErrorOf;
 
 flexgrid::Grid& Sample(flexgrid::Grid& grid) {
     Fill(grid, {u"99\t99\t99\tQty\tRate\tAmount", u"1\tx\t10\t2\t2.5\told", u"2\ty\t\t3\t1\told",

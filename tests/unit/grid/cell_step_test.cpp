@@ -24,10 +24,6 @@ class NavigationTest : public ::testing::Test {
         grid.MoveTo(row, col);
         return StepForward(grid, state, leave);
     }
-    CellStep Back(int row, int col) {
-        grid.MoveTo(row, col);
-        return StepBack(grid, state);
-    }
     flexgrid::Grid grid;
     ControlState state;
 };
@@ -53,12 +49,6 @@ TEST_F(NavigationTest, LastRowIsFollowedByANewOne) {
     // Nothing could be entered in the new row either.
     state.inActiveColumns = u";A;C;D;E;";
     EXPECT_EQ(Forward(3, 5), (CellStep{Kind::Leave, -1, -1}));
-}
-
-TEST_F(NavigationTest, BackIsTheSameTheOtherWay) {
-    EXPECT_EQ(Back(1, 5), (CellStep{Kind::Move, 1, 1}));
-    EXPECT_EQ(Back(2, 1), (CellStep{Kind::Move, 1, 5}));
-    EXPECT_EQ(Back(1, 1), (CellStep{Kind::Leave, -1, -1}));
 }
 
 TEST_F(NavigationTest, ArrowsPassHiddenAndNonFocusColumnsButReachInactiveOnes) {

@@ -82,11 +82,6 @@ TEST_F(EditHistoryTest, EditsGoBackAndForth) {
     EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n", Show(grid));
 }
 
-TEST_F(EditHistoryTest, AnEditWithTheSameTextIsNone) {
-    Edit(1, 1, u"a");
-    EXPECT_FALSE(history->CanUndo());
-}
-
 TEST_F(EditHistoryTest, RowsComeBackAsTheyWere) {
     grid.SetRowHeight(2, 500);
     grid.SetRowData(2, 77);

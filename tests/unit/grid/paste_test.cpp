@@ -240,17 +240,6 @@ TEST_F(PasteTest, HandlersCannotUndoTheStepTheyAreToldOf) {
     EXPECT_TRUE(history.CanRedo());
 }
 
-TEST_F(PasteTest, WhatTheHandlerWritesIsWhatRedoBringsBack) {
-    grid.MoveTo(1, name);
-    host.onAfter = [&](int row, int col, bool&) { grid.SetTextMatrix(row, col, u"HOST"); };
-    Paste(u"x");
-    host.onAfter = nullptr;
-    history.Undo(state);
-    EXPECT_EQ(u"a", grid.TextMatrix(1, name));
-    history.Redo(state);
-    EXPECT_EQ(u"HOST", grid.TextMatrix(1, name));
-}
-
 TEST_F(PasteTest, CopyAndEmptyTheSelection) {
     grid.SetTextMatrix(2, name, u"two\nlines");
     grid.Select(2, locked, 1, name);
