@@ -86,21 +86,19 @@ INSTANTIATE_TEST_SUITE_P(Controls, NamedProperties, ::testing::ValuesIn(EachCont
 
 // A control names its properties in its setters and in its table; the type library has the numbers.
 TEST_P(NamedProperties, AreReportedByTheirNumbersAndKeptUnderTheirNames) {
-    Container::Options options;
-    options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(true));
-    Container container(options);
+    Container container(HostInMode(true));
     container.Place(ServerUnderTest::Get().Create(*GetParam()));
     const auto automation = container.Automation();
     const auto listener = MakeObject<PropertyListener>();
     const Connection connection(container.Control(), IID_IPropertyNotifySink, listener.get());
     std::set<std::wstring> names;
-    for (const Member& member : MembersOfInterface(automation.get())) {
-        names.insert(member.name);
+    for (const Function& member : FunctionsOf(automation.get())) {
+        names.insert(member.WideName());
         if (member.kind != INVOKE_PROPERTYPUT) continue;
-        const std::vector<VARIANT> index(static_cast<std::size_t>(member.parameters - 1), Variant(1).get());
+        const std::vector<VARIANT> index(member.Arguments() - 1, Variant(1).get());
         listener->changed.clear();
         if (!Change(automation.get(), member, index)) continue;
-        SCOPED_TRACE(Narrow(FromWide(member.name.c_str())));
+        SCOPED_TRACE(member.name);
         const auto reported = [&](DISPID id) {
             return std::count(listener->changed.begin(), listener->changed.end(), id);
         };
