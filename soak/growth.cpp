@@ -1,7 +1,6 @@
 #include "soak/growth.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace qvx::soak {
 
@@ -38,23 +37,28 @@ std::optional<Grown> Growth(const std::vector<Counts>& counts) {
 
 std::optional<Grown> GrowthByTurns(const std::vector<Counts>& counts, bool mayShowMore) {
     // The first turns create the objects that are created once.
-    constexpr std::size_t firstTurns = 3;
-    if (counts.size() < firstTurns + 4) return std::nullopt;
-    // A turn may end while a dialog is open that other turns have closed, so the least of several turns counts.
-    constexpr std::ptrdiff_t ends = 3;
-    const auto least = [&](auto from, auto to, long Counts::*member) {
-        const auto less = [&](const Counts& one, const Counts& other) { return one.*member < other.*member; };
-        return (*std::min_element(from, to, less)).*member;
+    constexpr std::size_t firstTurns = 2;
+    constexpr std::size_t span = 3;
+    if (counts.size() < firstTurns + 3 * span) return std::nullopt;
+    // A turn may end while a dialog is open that other turns have closed, so the least of three turns counts; and from
+    // some turn on all may end so, hence what grows has to grow twice.
+    const std::size_t starts[] = {firstTurns, (firstTurns + counts.size() - span) / 2, counts.size() - span};
+    const auto least = [&](std::size_t start, long Counts::*member) {
+        long result = counts[start].*member;
+        for (std::size_t i = start; i < start + span; ++i) result = std::min(result, counts[i].*member);
+        return result;
     };
-    const auto begin = counts.begin() + firstTurns - 1;
-    const auto before = [&](long Counts::*member) { return least(begin, begin + 2, member); };
-    const auto after = [&](long Counts::*member) { return least(counts.end() - ends, counts.end(), member); };
-    if (mayShowMore && after(&Counts::windows) > before(&Counts::windows)) return std::nullopt;
-    // From the second turn that may be the least to the first of the last ones.
-    const long turns = counts.end() - begin - ends - 1;
+    if (mayShowMore && least(starts[2], &Counts::windows) > least(starts[0], &Counts::windows)) return std::nullopt;
     for (const auto& [name, member] : held) {
-        if (after(member) - before(member) < turns) continue;
-        return Describe(name, before(member), after(member), firstTurns - 1, counts.size() - 1);
+        const long first = least(starts[0], member);
+        const long middle = least(starts[1], member);
+        const long last = least(starts[2], member);
+        // One with every turn, but for the two that the least may leave out on either side.
+        const auto grows = [](long before, long after, std::size_t turns) {
+            return after - before + 1 >= static_cast<long>(turns);
+        };
+        if (!grows(first, middle, starts[1] - starts[0]) || !grows(middle, last, starts[2] - starts[1])) continue;
+        return Describe(name, first, last, starts[0], counts.size() - 1);
     }
     return std::nullopt;
 }

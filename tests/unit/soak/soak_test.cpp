@@ -175,12 +175,16 @@ TEST(SoakGrowth, IsWhatComesBackWithEveryTurnOrWithoutMoreToShow) {
     }
 }
 
-// Messages that close by themselves let a turn end in a dialog now and then.
+// Messages that close by themselves let a turn end in a dialog now and then, or from some turn on.
 TEST(SoakGrowth, IsNotADialogThatSomeTurnsEndIn) {
     for (std::size_t open = 0; open < 12; ++open) {
+        for (const std::size_t until : {open + 1, std::size_t{12}}) {
+            std::vector<Counts> counts(12, {13, 300, 20});
+            for (std::size_t i = open; i < until; ++i) counts[i] = {23, 375, 20};
+            EXPECT_FALSE(GrowthByTurns(counts, false)) << open;
+        }
         std::vector<Counts> counts(12, {13, 300, 20});
         counts[open] = {23, 375, 20};
-        EXPECT_FALSE(GrowthByTurns(counts, false)) << open;
         for (std::size_t i = 0; i < counts.size(); ++i) counts[i].graphics += static_cast<long>(i);
         EXPECT_TRUE(GrowthByTurns(counts, false)) << open << ": every turn leaves one behind all the same";
     }
