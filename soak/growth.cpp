@@ -58,7 +58,10 @@ std::optional<Grown> GrowthByTurns(const std::vector<Counts>& counts, bool maySh
             return after - before + 1 >= static_cast<long>(turns);
         };
         if (!grows(first, middle, starts[1] - starts[0]) || !grows(middle, last, starts[2] - starts[1])) continue;
-        return Describe(name, first, last, starts[0], counts.size() - 1);
+        Grown grown = Describe(name, first, last, starts[0], counts.size() - 1);
+        grown.what += ", turn by turn:";
+        for (const Counts& turn : counts) grown.what += " " + std::to_string(turn.*member);
+        return grown;
     }
     return std::nullopt;
 }
