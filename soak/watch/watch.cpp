@@ -60,11 +60,23 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* exception) {
     return EXCEPTION_CONTINUE_SEARCH;
 }
 
+// Limits the field of a system dialog as Windows does. Wine's has no limit, and its file dialog joins a name of any
+// length to the folder in a buffer of MAX_PATH characters.
+void LimitSystemField(HWND field) {
+    constexpr WPARAM longestName = 200;
+    wchar_t name[16] = L"";
+    if (!GetClassNameW(field, name, static_cast<int>(std::size(name))) || std::wcscmp(name, L"Edit") != 0) return;
+    const HWND dialog = GetAncestor(field, GA_ROOT);
+    if (!GetClassNameW(dialog, name, static_cast<int>(std::size(name))) || std::wcscmp(name, L"#32770") != 0) return;
+    SendMessageW(field, EM_SETLIMITTEXT, longestName, 0);
+}
+
 }  // namespace
 
 // A timer message arrives only when there is nothing else to do, input and painting included.
 extern "C" __declspec(dllexport) LRESULT CALLBACK WatchMessages(int code, WPARAM wParam, LPARAM lParam) {
     auto* message = reinterpret_cast<MSG*>(lParam);
+    if (code == HC_ACTION && wParam == PM_REMOVE && message->message == WM_KEYDOWN) LimitSystemField(message->hwnd);
     if (code == HC_ACTION && wParam == PM_REMOVE && shared && !message->hwnd) {
         if (message->message == ask) {
             asked = static_cast<LONG>(message->wParam);
