@@ -93,6 +93,11 @@ Session::Session(Watch& watch, const Places& places, const std::string& subject)
     fs::remove_all(places.work, ignored);
     fs::copy(places.pristine, places.work, fs::copy_options::recursive | fs::copy_options::overwrite_existing);
     watch.shared->fault = {};
+    // What an earlier session has copied would be missing when this one is replayed.
+    if (OpenClipboard(nullptr)) {
+        EmptyClipboard();
+        CloseClipboard();
+    }
     OtherProgram();
     try {
         Start(subject);
