@@ -58,6 +58,12 @@ std::optional<Grown> GrowthByTurns(const std::vector<Counts>& counts, bool maySh
             return after - before + 1 >= static_cast<long>(turns);
         };
         if (!grows(first, middle, starts[1] - starts[0]) || !grows(middle, last, starts[2] - starts[1])) continue;
+        // Dialogs that open one after the other and stay make a few steps; what every turn leaves behind makes many.
+        std::size_t steps = 0;
+        for (std::size_t i = firstTurns; i + 1 < counts.size(); ++i) {
+            if (counts[i + 1].*member > counts[i].*member) ++steps;
+        }
+        if (2 * steps < counts.size() - firstTurns - 1) continue;
         Grown grown = Describe(name, first, last, starts[0], counts.size() - 1);
         grown.what += ", turn by turn:";
         for (const Counts& turn : counts) grown.what += " " + std::to_string(turn.*member);

@@ -177,6 +177,9 @@ TEST(SoakGrowth, IsWhatComesBackWithEveryTurnOrWithoutMoreToShow) {
 
 // Messages that close by themselves let a turn end in a dialog now and then, or from some turn on.
 TEST(SoakGrowth, IsNotADialogThatSomeTurnsEndIn) {
+    std::vector<Counts> opening;
+    for (const long windows : {22, 12, 13, 23, 23, 23, 30, 30, 30, 30, 30, 30}) opening.push_back({windows, 300, 20});
+    EXPECT_FALSE(GrowthByTurns(opening, false)) << "one dialog over the other";
     for (std::size_t open = 0; open < 12; ++open) {
         for (const std::size_t until : {open + 1, std::size_t{12}}) {
             std::vector<Counts> counts(12, {13, 300, 20});
