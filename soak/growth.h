@@ -24,9 +24,9 @@ struct Grown {
 // returns the two of them that are nearest to each other.
 std::optional<Grown> Growth(const std::vector<Counts>& counts);
 
-// For a list that is played repeatedly: it must not leave something behind with every turn. `counts` contains the
-// counts after each turn. Where every turn may add something visible, as in a designer (`mayShowMore`), more windows
-// excuse more of everything.
+// For a list that is played repeatedly, 11 times or more (fewer turns show nothing): it must not leave something behind
+// with every turn. `counts` contains the counts after each turn. Where every turn may add something visible, as in a
+// designer (`mayShowMore`), more windows excuse more of everything.
 std::optional<Grown> GrowthByTurns(const std::vector<Counts>& counts, bool mayShowMore);
 
 }  // namespace qvx::soak
