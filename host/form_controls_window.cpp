@@ -130,7 +130,11 @@ void FormControls::Restack() const {
         const HWND window = control->Window();
         if (!window) continue;
         HWND& before = last[control->Container()];
-        SetWindowPos(window, before ? before : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        // Each move makes the system compare the window with all its siblings.
+        const bool inPlace = GetWindow(window, GW_HWNDPREV) == before;
+        if (!inPlace) {
+            SetWindowPos(window, before ? before : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        }
         before = window;
     }
 }

@@ -55,6 +55,7 @@ class NamedObject : public ComObject<UntypedDispatch> {
         Text name;
         DISPID id = DISPID_UNKNOWN;
         bool readOnly = false;
+        friend bool operator==(const ListedProperty&, const ListedProperty&) = default;
     };
     // In the order in which they were added; methods are left out.
     std::vector<ListedProperty> ListProperties() const;

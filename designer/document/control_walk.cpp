@@ -31,6 +31,18 @@ std::vector<Visit> Walk(const Block& form) {
     return found;
 }
 
+const Block* FindControl(const Block& form, const ObjectId& id) {
+    for (const Entry& entry : form.entries) {
+        const Block* block = entry.block.get();
+        if (!block || block->kind != Block::Kind::object || IsMenu(*block)) continue;
+        // The index is a property among others, so that it is read last.
+        if (SameName(block->name, id.name) && IdOf(*block) == id) return block;
+        if (!HoldsOthers(block->className)) continue;
+        if (const Block* inner = FindControl(*block, id)) return inner;
+    }
+    return nullptr;
+}
+
 std::vector<int> TabIndexes(const std::vector<Visit>& visits) {
     std::vector<int> indexes;
     int highest = -1;

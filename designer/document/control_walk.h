@@ -23,6 +23,9 @@ struct Visit {
 // All controls in a block, each container before its contents. Menus are left out.
 std::vector<Visit> Walk(const Block& form);
 
+// A control in a block or in what it contains; null when there is none.
+const Block* FindControl(const Block& form, const ObjectId& id);
+
 // The TabIndex of each control.
 std::vector<int> TabIndexes(const std::vector<Visit>& visits);
 // The TabIndex of a control that comes after all of them.

@@ -75,12 +75,7 @@ std::vector<ObjectId> Document::Controls() const {
     return ids;
 }
 
-const Block* Document::Find(const ObjectId& id) const {
-    for (const Visit& visit : Walk(file_.form)) {
-        if (IdOf(*visit.block) == id) return visit.block;
-    }
-    return nullptr;
-}
+const Block* Document::Find(const ObjectId& id) const { return FindControl(file_.form, id); }
 
 Block* Document::Find(const ObjectId& id) { return const_cast<Block*>(std::as_const(*this).Find(id)); }
 

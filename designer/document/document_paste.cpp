@@ -1,6 +1,9 @@
 // Controls of the designer's document as text, and back.
 #include <algorithm>
+#include <iterator>
 #include <limits>
+#include <set>
+#include <tuple>
 
 #include "common/text_compare.h"
 #include "designer/document/control_walk.h"
@@ -13,6 +16,29 @@ namespace qvx::host::designer {
 namespace {
 
 constexpr int pasteStep = gridStep;
+
+TwipsRect MovedAside(TwipsRect bounds, int distance) {
+    if (distance == 0) return bounds;
+    bounds.left = std::min(bounds.left, farthest) + distance;
+    bounds.top = std::min(bounds.top, farthest) + distance;
+    return bounds;
+}
+
+// How far the group has to move to the right and down so that it covers no control of the container exactly.
+int FreeDistance(const Block& into, const std::vector<std::unique_ptr<Block>>& group) {
+    const auto place = [](const TwipsRect& r) { return std::tuple(r.left, r.top, r.width, r.height); };
+    std::set<std::tuple<int, int, int, int>> taken;
+    for (const Block* sibling : into.Objects()) {
+        if (!IsMenu(*sibling)) taken.insert(place(Document::BoundsOf(*sibling)));
+    }
+    std::vector<TwipsRect> bounds;
+    std::transform(group.begin(), group.end(), std::back_inserter(bounds),
+                   [](const auto& block) { return Document::BoundsOf(*block); });
+    int distance = 0;
+    const auto covers = [&](const TwipsRect& each) { return taken.contains(place(MovedAside(each, distance))); };
+    while (distance < farthest && std::any_of(bounds.begin(), bounds.end(), covers)) distance += pasteStep;
+    return distance;
+}
 
 }  // namespace
 
@@ -67,20 +93,7 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
         if (index < 0) block.Remove(u"Index");
         for (Block* inner : block.Objects()) self(self, *inner);
     };
-    // The whole group moves aside when it would cover a control exactly.
-    int aside = 0;
-    const auto covers = [&] {
-        for (const auto& object : objects) {
-            TwipsRect bounds = BoundsOf(*object);
-            bounds.left += aside;
-            bounds.top += aside;
-            for (const Block* sibling : into.Objects()) {
-                if (!IsMenu(*sibling) && BoundsOf(*sibling) == bounds) return true;
-            }
-        }
-        return false;
-    };
-    while (covers() && aside < farthest) aside += pasteStep;
+    const int aside = FreeDistance(into, objects);
     std::vector<ObjectId> order = TabOrder();
     int next = NextTabIndex(Walk(file_.form));
     const auto number = [&](const auto& self, Block& block) -> void {
@@ -93,10 +106,10 @@ std::vector<ObjectId> Document::Paste(TextView text, const std::optional<ObjectI
     std::vector<std::unique_ptr<Block>> ready;
     for (auto& object : objects) {
         name(name, *object);
-        TwipsRect bounds = BoundsOf(*object);
         if (aside > 0) {
-            object->Set(u"Left", std::int32_t{std::min(bounds.left, farthest) + aside});
-            object->Set(u"Top", std::int32_t{std::min(bounds.top, farthest) + aside});
+            const TwipsRect bounds = MovedAside(BoundsOf(*object), aside);
+            object->Set(u"Left", std::int32_t{bounds.left});
+            object->Set(u"Top", std::int32_t{bounds.top});
         }
         number(number, *object);
         pasted.push_back(IdOf(*object));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <numeric>
+#include <utility>
 
 #include "common/text_compare.h"
 #include "host/form_value.h"
@@ -18,42 +19,65 @@ TextView Letters(TextView label) {
 }
 
 bool SameProperty(const PropertyInfo& a, const PropertyInfo& b) {
-    return a.kind == b.kind && a.choices == b.choices && SameName(a.name, b.name);
+    return &a == &b || (a.kind == b.kind && a.choices == b.choices && SameName(a.name, b.name));
 }
+
+// Where the properties of one object are.
+class Places {
+  public:
+    Places(const std::vector<const PropertyInfo*>& infos) : infos_(infos) {}
+
+    // `likely` is the position among the properties of another object, which is the same for objects of one type.
+    std::optional<std::size_t> Of(const PropertyInfo& property, std::size_t likely) {
+        if (likely < infos_.size() && infos_[likely] == &property) return likely;
+        // A map by folded names finds hundreds of properties in one pass.
+        if (byName_.empty()) {
+            for (std::size_t i = 0; i < infos_.size(); ++i) byName_.emplace(FoldedText(infos_[i]->name), i);
+        }
+        const auto found = byName_.find(FoldedText(property.name));
+        return found == byName_.end() ? std::nullopt : std::optional(found->second);
+    }
+
+  private:
+    const std::vector<const PropertyInfo*>& infos_;
+    std::map<Text, std::size_t> byName_;
+};
 
 }  // namespace
 
-std::vector<CommonProperty> CommonProperties(const std::vector<std::vector<PropertyInfo>>& objects) {
+std::vector<CommonProperty> CommonProperties(const std::vector<std::vector<const PropertyInfo*>>& objects) {
     std::vector<CommonProperty> common;
     if (objects.empty()) return common;
-    // A map by folded names matches hundreds of properties of many objects in one pass for each.
-    std::vector<std::map<Text, std::size_t>> places(objects.size());
-    for (std::size_t i = 1; i < objects.size(); ++i)
-        for (std::size_t j = 0; j < objects[i].size(); ++j) places[i].emplace(FoldedText(objects[i][j].name), j);
+    std::vector<Places> places(objects.begin(), objects.end());
     for (std::size_t j = 0; j < objects[0].size(); ++j) {
-        CommonProperty property{objects[0][j], {j}};
-        const Text key = FoldedText(property.info.name);
-        bool everywhere = objects.size() == 1 || !property.info.single;
+        const PropertyInfo& first = *objects[0][j];
+        CommonProperty property{first, {j}};
+        bool everywhere = objects.size() == 1 || !first.single;
         for (std::size_t i = 1; everywhere && i < objects.size(); ++i) {
-            const auto found = places[i].find(key);
-            everywhere = found != places[i].end() && SameProperty(property.info, objects[i][found->second]);
+            const auto place = places[i].Of(first, j);
+            everywhere = place && SameProperty(first, *objects[i][*place]);
             if (!everywhere) break;
-            property.info.readOnly |= objects[i][found->second].readOnly;
-            property.places.push_back(found->second);
+            property.info.readOnly |= objects[i][*place]->readOnly;
+            property.places.push_back(*place);
         }
         if (everywhere) common.push_back(std::move(property));
     }
     return common;
 }
 
-PropertyReading CommonReading(const std::vector<PropertyReading>& readings) {
-    if (readings.empty()) return {};
-    const bool same = std::all_of(readings.begin(), readings.end(), [&](const auto& r) { return r == readings[0]; });
-    if (same) return readings[0];
-    PropertyReading different;
-    different.readable =
-        std::any_of(readings.begin(), readings.end(), [](const PropertyReading& r) { return r.readable; });
-    return different;
+bool CommonReading::Add(PropertyReading reading) {
+    if (std::exchange(first_, false)) {
+        common_ = std::move(reading);
+        return true;
+    }
+    if (!different_ && !(reading == common_)) {
+        different_ = true;
+        const bool readable = common_.readable;
+        common_ = {};
+        common_.readable = readable;
+    }
+    common_.readable |= reading.readable;
+    return !different_ || !common_.readable;
 }
 
 void ListedProperties::SetProperties(std::vector<PropertyInfo> properties) {

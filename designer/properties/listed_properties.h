@@ -19,10 +19,20 @@ struct CommonProperty {
 
 // Properties are the same when name and kind are, and enumerations have the same choices. What is read-only for one is
 // for all. In the order of the first object.
-std::vector<CommonProperty> CommonProperties(const std::vector<std::vector<PropertyInfo>>& objects);
+std::vector<CommonProperty> CommonProperties(const std::vector<std::vector<const PropertyInfo*>>& objects);
 
 // One value for several objects: theirs when it is the same for all, else nothing, which is shown empty.
-PropertyReading CommonReading(const std::vector<PropertyReading>& readings);
+class CommonReading {
+  public:
+    // Takes the next object's reading. False when those of further objects would make no difference.
+    bool Add(PropertyReading reading);
+    const PropertyReading& Result() const { return common_; }
+
+  private:
+    PropertyReading common_;
+    bool first_ = true;
+    bool different_ = false;
+};
 
 struct PropertyRow {
     PropertyInfo info;

@@ -200,11 +200,11 @@ class PredefinedStrings {
 }  // namespace
 
 ObjectProperties::ObjectProperties(const ComPtr<IDispatch>& extended, const ComPtr<IDispatch>& own,
-                                   const ComPtr<IUnknown>& control) {
-    Add(extended, false);
+                                   const ComPtr<IUnknown>& control, TypeMemberReader& reader) {
+    Add(extended, false, reader);
     // The form refuses other controls what it adds to some kinds of controls only.
     std::erase_if(members_, [this](const Member& member) { return Denied(member); });
-    if (!(own == extended)) Add(own, true);
+    if (!(own == extended)) Add(own, true, reader);
     browsing_ = control ? control.As<IPerPropertyBrowsing>() : own ? own.As<IPerPropertyBrowsing>() : nullptr;
     AskForMore();
     if (const auto pages = Query<ISpecifyPropertyPages>(control.get())) {
@@ -212,44 +212,58 @@ ObjectProperties::ObjectProperties(const ComPtr<IDispatch>& extended, const ComP
         hasPages_ = SUCCEEDED(pages->GetPages(&ids)) && ids.cElems > 0;
         CoTaskMemFree(ids.pElems);
     }
-    for (const Member& member : members_) infos_.push_back(member.type.info);
 }
 
-void ObjectProperties::Add(const ComPtr<IDispatch>& object, bool own) {
+std::vector<const PropertyInfo*> ObjectProperties::Infos() const {
+    std::vector<const PropertyInfo*> infos;
+    for (const Member& member : members_) infos.push_back(&member.type->info);
+    return infos;
+}
+
+void ObjectProperties::Add(const ComPtr<IDispatch>& object, bool own, TypeMemberReader& reader) {
     std::set<Text> names;
-    for (const Member& member : members_) names.insert(FoldedText(member.type.info.name));
-    for (TypeMember& member : ReadTypeMembers(object.get()))
-        if (names.insert(FoldedText(member.info.name)).second) members_.push_back({object, std::move(member), own});
+    for (const Member& member : members_) names.insert(FoldedText(member.type->info.name));
+    for (auto& type : reader.Read(object.get()))
+        if (names.insert(FoldedText(type->info.name)).second) members_.push_back({object, std::move(type), own});
 }
 
 void ObjectProperties::AskForMore() {
     if (!browsing_) return;
     for (Member& member : members_) {
         if (!member.own) continue;
-        PropertyInfo& info = member.type.info;
-        CLSID page{};
-        info.page = SUCCEEDED(browsing_->MapPropertyToPage(member.type.id, &page)) && page != CLSID{};
-        if (IsObject(info.kind)) continue;
-        const PredefinedStrings strings(browsing_.get(), member.type.id);
-        std::vector<PropertyChoice> choices;
-        for (ULONG i = 0; i < strings.Count(); ++i) {
-            VARIANT given;
-            VariantInit(&given);
-            if (FAILED(browsing_->GetPredefinedValue(member.type.id, strings.Cookie(i), &given))) continue;
-            Variant value;
-            *value.ptr() = given;
-            try {
-                choices.push_back({strings.Name(i), ValueOfKind(info.kind, Variant(value.get()))});
-            } catch (const ComError&) {
-                // A value that cannot be copied is no choice.
-            }
-        }
-        if (!choices.empty()) info.choices = std::move(choices);
+        const PropertyInfo& info = member.type->info;
+        CLSID id{};
+        const bool page = SUCCEEDED(browsing_->MapPropertyToPage(member.type->id, &id)) && id != CLSID{};
+        std::vector<PropertyChoice> choices =
+            IsObject(info.kind) ? std::vector<PropertyChoice>() : AskForChoices(member);
+        if (!page && choices.empty()) continue;
+        auto own = std::make_shared<TypeMember>(*member.type);
+        own->info.page = page;
+        if (!choices.empty()) own->info.choices = std::move(choices);
+        member.type = std::move(own);
     }
 }
 
+std::vector<PropertyChoice> ObjectProperties::AskForChoices(const Member& member) const {
+    const PredefinedStrings strings(browsing_.get(), member.type->id);
+    std::vector<PropertyChoice> choices;
+    for (ULONG i = 0; i < strings.Count(); ++i) {
+        VARIANT given;
+        VariantInit(&given);
+        if (FAILED(browsing_->GetPredefinedValue(member.type->id, strings.Cookie(i), &given))) continue;
+        Variant value;
+        *value.ptr() = given;
+        try {
+            choices.push_back({strings.Name(i), ValueOfKind(member.type->info.kind, Variant(value.get()))});
+        } catch (const ComError&) {
+            // A value that cannot be copied is no choice.
+        }
+    }
+    return choices;
+}
+
 Variant ObjectProperties::Get(const Member& member) {
-    return InvokeMember(member.object.get(), member.type.id, DISPATCH_PROPERTYGET, nullptr);
+    return InvokeMember(member.object.get(), member.type->id, DISPATCH_PROPERTYGET, nullptr);
 }
 
 bool ObjectProperties::Denied(const Member& member) {
@@ -267,7 +281,7 @@ bool ObjectProperties::Denied(const Member& member) {
 PropertyReading ObjectProperties::Read(std::size_t place) const {
     // The object may drop its last reference while it is asked.
     const Member member = members_[place];
-    const PropertyInfo& info = member.type.info;
+    const PropertyInfo& info = member.type->info;
     PropertyReading unreadable;
     unreadable.readable = false;
     try {
@@ -284,7 +298,7 @@ PropertyReading ObjectProperties::Read(std::size_t place) const {
         reading.text = ShowValue(info, reading.value);
         Bstr words;
         const bool hasWords = member.own && browsing_ && !IsObject(info.kind) && info.kind != PropertyKind::color &&
-                              browsing_->GetDisplayString(member.type.id, words.put()) == S_OK;
+                              browsing_->GetDisplayString(member.type->id, words.put()) == S_OK;
         if (hasWords && !words.View().empty()) reading.text = ShownText(words.View());
         return reading;
     } catch (const RunTimeError&) {
@@ -295,19 +309,19 @@ PropertyReading ObjectProperties::Read(std::size_t place) const {
 }
 
 void ObjectProperties::Put(const Member& member, Variant value) {
-    if (member.type.info.readOnly) throw RunTimeError(errors::setNotPermitted, u"Set not permitted");
-    const WORD flags = member.type.byReference ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT;
-    InvokeMember(member.object.get(), member.type.id, flags, &value);
+    if (member.type->info.readOnly) throw RunTimeError(errors::setNotPermitted, u"Set not permitted");
+    const WORD flags = member.type->byReference ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT;
+    InvokeMember(member.object.get(), member.type->id, flags, &value);
 }
 
 void ObjectProperties::Write(std::size_t place, const PropertyValue& value) const {
     const Member member = members_[place];
-    Put(member, std::visit(ToVariantOf{member.type.type}, value));
+    Put(member, std::visit(ToVariantOf{member.type->type}, value));
 }
 
 void ObjectProperties::WritePicture(std::size_t place, IPictureDisp* picture) const {
     const Member member = members_[place];
-    if (member.type.info.kind != PropertyKind::picture) Mismatch();
+    if (member.type->info.kind != PropertyKind::picture) Mismatch();
     Put(member, Variant(static_cast<IDispatch*>(picture)));
 }
 

@@ -6,6 +6,7 @@
 #include <oaidl.h>
 #include <ocidl.h>
 
+#include <memory>
 #include <vector>
 
 #include "com/pointer.h"
@@ -19,10 +20,11 @@ class ObjectProperties {
   public:
     // Any of them may be null. A name that both have is the form's. `control` is asked for what its type information
     // does not give: choices, words for values, and pages.
-    ObjectProperties(const ComPtr<IDispatch>& extended, const ComPtr<IDispatch>& own, const ComPtr<IUnknown>& control);
+    ObjectProperties(const ComPtr<IDispatch>& extended, const ComPtr<IDispatch>& own, const ComPtr<IUnknown>& control,
+                     TypeMemberReader& reader);
 
-    // By position; the positions stay the same.
-    const std::vector<PropertyInfo>& Infos() const { return infos_; }
+    // By position; the positions stay the same. Objects of one type share them.
+    std::vector<const PropertyInfo*> Infos() const;
     bool HasPages() const { return hasPages_; }
 
     // The object's value, as far as it can be shown. When the object refuses, or gives a value of another type than it
@@ -36,18 +38,18 @@ class ObjectProperties {
   private:
     struct Member {
         ComPtr<IDispatch> object;
-        TypeMember type;
+        std::shared_ptr<const TypeMember> type;
         bool own;
     };
 
-    void Add(const ComPtr<IDispatch>& object, bool own);
+    void Add(const ComPtr<IDispatch>& object, bool own, TypeMemberReader& reader);
     void AskForMore();
+    std::vector<PropertyChoice> AskForChoices(const Member& member) const;
     static bool Denied(const Member& member);
     static Variant Get(const Member& member);
     static void Put(const Member& member, Variant value);
 
     std::vector<Member> members_;
-    std::vector<PropertyInfo> infos_;
     ComPtr<IPerPropertyBrowsing> browsing_;
     bool hasPages_ = false;
 };

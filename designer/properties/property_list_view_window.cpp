@@ -192,8 +192,9 @@ void PropertyListWindow::View::Show(std::vector<Subject> subjects, std::vector<T
     const LifeWatch alive = window_.Watch();
     std::vector<ObjectProperties> objects;
     objects.reserve(subjects.size());
+    TypeMemberReader reader;
     for (const Subject& subject : subjects) {
-        objects.emplace_back(subject.extended, subject.own, subject.control);
+        objects.emplace_back(subject.extended, subject.own, subject.control, reader);
         if (!alive.Alive()) return;
     }
     const auto model = std::make_shared<PropertyModel>(std::move(objects));

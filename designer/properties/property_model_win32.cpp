@@ -6,7 +6,7 @@
 namespace qvx::host::designer {
 
 PropertyModel::PropertyModel(std::vector<ObjectProperties> objects) : objects_(std::move(objects)) {
-    std::vector<std::vector<PropertyInfo>> infos;
+    std::vector<std::vector<const PropertyInfo*>> infos;
     for (const ObjectProperties& object : objects_) infos.push_back(object.Infos());
     properties_ = CommonProperties(infos);
     if (objects_.size() == 1 && objects_[0].HasPages()) {
@@ -25,9 +25,10 @@ PropertyModel::PropertyModel(std::vector<ObjectProperties> objects) : objects_(s
 void PropertyModel::ReadAll() {
     for (std::size_t row = 0; row < properties_.size(); ++row) {
         const std::vector<std::size_t>& places = properties_[row].places;
-        std::vector<PropertyReading> readings;
-        for (std::size_t i = 0; i < places.size(); ++i) readings.push_back(objects_[i].Read(places[i]));
-        table_.SetReading(row, CommonReading(readings));
+        CommonReading reading;
+        for (std::size_t i = 0; i < places.size() && reading.Add(objects_[i].Read(places[i])); ++i) {
+        }
+        table_.SetReading(row, reading.Result());
     }
 }
 

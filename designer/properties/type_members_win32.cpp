@@ -12,7 +12,6 @@
 #include "com/pointer.h"
 #include "com/variant.h"
 #include "designer/properties/host_members.h"
-#include "host/named_object.h"
 
 namespace qvx::host::designer {
 
@@ -252,8 +251,7 @@ ComPtr<ITypeInfo> DefaultInterface(IDispatch* object) {
     return nullptr;
 }
 
-std::vector<TypeMember> ReadListed(const NamedObject& object) {
-    const std::vector<NamedObject::ListedProperty> listed = object.ListProperties();
+std::vector<TypeMember> DescribeListed(const std::vector<NamedObject::ListedProperty>& listed) {
     const auto has = [&](TextView name) {
         return std::any_of(listed.begin(), listed.end(), [&](const auto& property) { return property.name == name; });
     };
@@ -272,19 +270,45 @@ std::vector<TypeMember> ReadListed(const NamedObject& object) {
     return members;
 }
 
-}  // namespace
-
-std::vector<TypeMember> ReadTypeMembers(ITypeInfo* info) {
-    return info ? Collector(info).Collect() : std::vector<TypeMember>();
+TypeMembers Shared(std::vector<TypeMember> members) {
+    TypeMembers shared;
+    for (TypeMember& member : members) shared.push_back(std::make_shared<const TypeMember>(std::move(member)));
+    return shared;
 }
 
-std::vector<TypeMember> ReadTypeMembers(IDispatch* object) {
+}  // namespace
+
+TypeMembers TypeMemberReader::ReadListed(const NamedObject& object) {
+    Listing listing = object.ListProperties();
+    for (const auto& [known, members] : listed_) {
+        if (known == listing) return members;
+    }
+    TypeMembers members = Shared(DescribeListed(listing));
+    listed_.emplace_back(std::move(listing), members);
+    return members;
+}
+
+TypeMembers TypeMemberReader::ReadDescribed(ITypeInfo* info) {
+    GUID id{};
+    if (LentAttributes attributes(info); SUCCEEDED(info->GetTypeAttr(attributes.put())) && attributes) {
+        id = attributes->guid;
+    }
+    for (const auto& [known, members] : described_) {
+        if (known == id) return members;
+    }
+    TypeMembers members = Shared(Collector(info).Collect());
+    // A type without an identifier is like no other.
+    if (id != GUID{}) described_.emplace_back(id, members);
+    return members;
+}
+
+TypeMembers TypeMemberReader::Read(IDispatch* object) {
     if (!object) return {};
     try {
         if (const auto own = NamedObject::From(object)) return ReadListed(*own);
         ComPtr<ITypeInfo> info;
         if (FAILED(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put())) || !info) info = DefaultInterface(object);
-        return ReadTypeMembers(info.get());
+        return info ? ReadDescribed(info.get()) : TypeMembers();
     } catch (...) {
         // An object that fails in the middle of its description counts as not described.
         return {};

@@ -73,9 +73,15 @@ TEST(ListedProperties, SeveralObjectsShowWhatTheyHaveInCommon) {
                                              Info(u"Only")};
     const std::vector<PropertyInfo> second = {Info(u"WIDTH", PropertyKind::integer), otherBorder, fixed, name,
                                               Info(u"Value", PropertyKind::integer)};
-    EXPECT_EQ(CommonProperties({first}).size(), first.size());
+    const auto all = [](const std::vector<PropertyInfo>& infos) {
+        std::vector<const PropertyInfo*> pointers;
+        for (const PropertyInfo& info : infos) pointers.push_back(&info);
+        return pointers;
+    };
+    EXPECT_EQ(CommonProperties({all(first)}).size(), first.size());
+    EXPECT_EQ(CommonProperties({all(first), all(first)}).size(), first.size() - 1) << "of one type, all but the name";
     EXPECT_TRUE(CommonProperties({}).empty());
-    const auto common = CommonProperties({first, second});
+    const auto common = CommonProperties({all(first), all(second)});
     ASSERT_EQ(common.size(), 2u);
     EXPECT_EQ(common[0].info.name, u"Tag");
     EXPECT_TRUE(common[0].info.readOnly);
@@ -88,11 +94,25 @@ TEST(ListedProperties, AValueIsShownWhereItIsTheSame) {
     const PropertyReading five{std::int32_t{5}, u"5"};
     const PropertyReading six{std::int32_t{6}, u"6"};
     const PropertyReading refused{{}, {}, false};
-    EXPECT_EQ(CommonReading({five, five}), five);
-    EXPECT_EQ(CommonReading({five, six}), PropertyReading());
-    EXPECT_EQ(CommonReading({refused, refused}), refused);
-    EXPECT_TRUE(CommonReading({five, refused}).readable);
-    EXPECT_EQ(CommonReading({}), PropertyReading());
+    struct Case {
+        std::vector<PropertyReading> readings;
+        PropertyReading common;
+        std::size_t asked;  // objects, until the others make no difference
+    };
+    const Case cases[] = {{{}, {}, 0},
+                          {{five, five, five}, five, 3},
+                          {{five, six, five}, {}, 2},
+                          {{five, refused, five}, {}, 2},
+                          {{refused, five, five}, {}, 2},
+                          {{refused, refused}, refused, 2}};
+    for (const Case& c : cases) {
+        CommonReading reading;
+        std::size_t asked = 0;
+        while (asked < c.readings.size() && reading.Add(c.readings[asked++])) {
+        }
+        EXPECT_EQ(reading.Result(), c.common) << &c - cases;
+        EXPECT_EQ(asked, c.asked) << &c - cases;
+    }
 }
 
 TEST(ListedProperties, NamesAreFoundByTheirFirstLetters) {
