@@ -59,6 +59,21 @@ function(qvx_batches variable target)
   set(${variable} ${batches} PARENT_SCOPE)
 endfunction()
 
+# The system's headers and the standard library's, precompiled once for all window units.
+function(qvx_system_headers)
+  if(TARGET qvx_system_headers)
+    return()
+  endif()
+  set(empty ${PROJECT_BINARY_DIR}/batches/system_headers.cpp)
+  file(CONFIGURE OUTPUT ${empty} CONTENT "" @ONLY)
+  add_library(qvx_system_headers OBJECT ${empty})
+  target_link_libraries(qvx_system_headers PRIVATE qvx_options)
+  target_precompile_headers(qvx_system_headers PRIVATE
+    <windows.h> <olectl.h> <ocidl.h> <oleauto.h> <commctrl.h>
+    <algorithm> <array> <cmath> <cstdint> <functional> <map> <memory> <optional> <set> <span> <string> <string_view>
+    <utility> <vector>)
+endfunction()
+
 # qvx_component(<name> <folder> [RULES <component>...] [WINDOWS <component>...]) creates <name>_rules from the folder's
 # portable sources, linked with the rules of the components after RULES, and on Windows <name>_windows from its window
 # units. Either is left out when the folder has no such source. A window unit may include the generated interface header
@@ -93,6 +108,8 @@ function(qvx_component name folder)
     qvx_batches(windows_batches ${name}_windows ${windows})
     add_library(${name}_windows OBJECT ${windows_batches})
     target_link_libraries(${name}_windows PUBLIC qvx_options ${name}_rules qvx_typelib)
+    qvx_system_headers()
+    target_precompile_headers(${name}_windows REUSE_FROM qvx_system_headers)
   endif()
 endfunction()
 
