@@ -88,7 +88,7 @@ void Grid::SetFormatString(TextView format) {
         return shape;
     };
     ChangeShape(target, [&](const Shape& shape) {
-        columns_.reserve(static_cast<std::size_t>(shape.cols));
+        columns_.Reserve(shape.cols);
         const int oldRows = Rows();
         store_.InsertEmptyRows(oldRows, shape.rows - oldRows);
         try {
@@ -106,29 +106,33 @@ void Grid::SetFormatString(TextView format) {
             store_.RemoveRows(oldRows, Rows() - oldRows, [](RowId) {});
             throw;
         }
-        columns_.resize(static_cast<std::size_t>(shape.cols), newColumn_);
+        columns_.Resize(shape.cols);
         for (std::size_t col = 0; col < parsed.columns.size(); ++col) {
-            ApplySegment(columns_[col], parsed.columns[col]);
+            ApplySegment(static_cast<int>(col), parsed.columns[col]);
         }
         int captionWidth = 0;
         for (const FormatSegment& segment : parsed.rows) {
-            columns_[0].alignment = segment.alignment.value_or(columns_[0].alignment);
+            columns_.Change(0, [&](ColumnSettings& captions) {
+                captions.alignment = segment.alignment.value_or(captions.alignment);
+            });
             if (!segment.text.empty()) {
                 captionWidth = std::max(captionWidth, WidthFor(segment.text));
             }
         }
         if (captionWidth > 0) {
-            columns_[0].width = captionWidth;
+            columns_.Change(0, [&](ColumnSettings& captions) { captions.width = captionWidth; });
         }
         formatString_ = std::move(stored);
     });
 }
 
-void Grid::ApplySegment(Column& column, const FormatSegment& segment) const {
-    column.alignment = segment.alignment.value_or(column.alignment);
-    if (!segment.text.empty()) {
-        column.width = WidthFor(segment.text);
-    }
+void Grid::ApplySegment(int col, const FormatSegment& segment) {
+    columns_.Change(col, [&](ColumnSettings& column) {
+        column.alignment = segment.alignment.value_or(column.alignment);
+        if (!segment.text.empty()) {
+            column.width = WidthFor(segment.text);
+        }
+    });
 }
 
 }  // namespace qvx::flexgrid

@@ -7,7 +7,7 @@
 
 namespace qvx::flexgrid {
 
-Grid::Grid() : columns_(2), metrics_(&FixedTextMetrics::Default()) { store_.InsertEmptyRows(0, 2); }
+Grid::Grid() : metrics_(&FixedTextMetrics::Default()) { store_.InsertEmptyRows(0, 2); }
 
 // ---- Listeners -----------------------------------------------------------------------------------------------------
 
@@ -108,7 +108,6 @@ void Grid::StoreShape(const Shape& shape) {
     fixedCols_ = shape.fixedCols;
     topRow_ = std::clamp(topRow_, fixedRows_, std::max(fixedRows_, Rows() - 1));
     leftCol_ = std::clamp(leftCol_, fixedCols_, std::max(fixedCols_, Cols() - 1));
-    InvalidateColumnPositions();
     ++structureVersion_;
     assert(fixedRows_ <= Rows());
     assert(fixedCols_ == 0 || fixedCols_ < Cols());
@@ -189,7 +188,7 @@ void Grid::SetCols(int count) {
                 formats_.TruncateColumns(shape.cols);
                 store_.TruncateColumns(shape.cols);
             }
-            columns_.resize(static_cast<std::size_t>(shape.cols), newColumn_);
+            columns_.Resize(shape.cols);
         });
 }
 

@@ -19,6 +19,7 @@
 #include "widgets/flexgrid/cell_format.h"
 #include "widgets/flexgrid/cell_store.h"
 #include "widgets/flexgrid/cell_view.h"
+#include "widgets/flexgrid/column_table.h"
 #include "widgets/flexgrid/enums.h"
 #include "widgets/flexgrid/format_string.h"
 #include "widgets/flexgrid/format_table.h"
@@ -29,8 +30,6 @@
 #include "widgets/flexgrid/text_metrics.h"
 
 namespace qvx::flexgrid {
-
-constexpr int defaultColWidth = 960;  // twips
 
 class Grid final : public GridLook {
     struct Kept;  // used by AllOrNothing
@@ -59,7 +58,7 @@ class Grid final : public GridLook {
     // 30006.
     int Rows() const { return store_.RowCount(); }
     void SetRows(int count);
-    int Cols() const { return static_cast<int>(columns_.size()); }
+    int Cols() const { return columns_.Count(); }
     void SetCols(int count);
     // A fixed count of 1 that is set while there are no rows (columns) at all is remembered and takes effect with the
     // first row (the second column), unless another count is set before; until then the count stays 0.
@@ -292,15 +291,6 @@ class Grid final : public GridLook {
     std::size_t MemoryUsed() const { return store_.MemoryUsed(); }
 
   private:
-    struct Column {
-        int width = defaultSize;  // twips, or defaultSize
-        GridAlignment alignment = GridAlignment::general;
-        GridAlignment fixedAlignment = GridAlignment::general;
-        bool hasFixedAlignment = false;
-        bool merge = false;
-        std::int32_t data = 0;
-    };
-
     void LookChanged() override;
     void NotifyLeave();
     void NotifyChange(GridChange change, const CellRange& range);
@@ -313,8 +303,8 @@ class Grid final : public GridLook {
 
     // The fields that Reach::all restores besides the store and the cursor.
     auto KeptFields() {
-        return std::tie(formats_, columns_, newColumn_, heights_, rowData_, mergeRows_, rowHeightMin_, fixedRows_,
-                        fixedCols_, wantFixedRow_, wantFixedCol_, topRow_, leftCol_, formatString_, structureVersion_);
+        return std::tie(formats_, columns_, heights_, rowData_, mergeRows_, rowHeightMin_, fixedRows_, fixedCols_,
+                        wantFixedRow_, wantFixedCol_, topRow_, leftCol_, formatString_, structureVersion_);
     }
 
     Shape CurrentShape() const { return {Rows(), Cols(), fixedRows_, fixedCols_}; }
@@ -350,7 +340,7 @@ class Grid final : public GridLook {
     template <class Set>
     void ChangeColumns(int col, GridChange change, Set set);
     int WidthFor(TextView text) const;  // twips of a column that shows the whole text
-    void ApplySegment(Column& column, const FormatSegment& segment) const;
+    void ApplySegment(int col, const FormatSegment& segment);
     int AskOrder(int row1, int row2);
     GridAlignment DeclaredAlignment(int row, int col) const;  // may be `general`
     template <class Change>
@@ -365,17 +355,12 @@ class Grid final : public GridLook {
     template <class T>
     void ChangeHeights(T& field, T value);
     SparseMap<int> MeasureDeviations() const;
-    void InvalidateColumnPositions() { columnStarts_.clear(); }
-    const std::vector<std::int64_t>& ColumnStarts() const;
     int EffectiveHeight(int own) const;
-    int PixelsDown(int twips) const;
-    int PixelsAcross(int twips) const;
+    int PixelsDown(int twips) const { return ShownPixels(twips, metrics_->Resolution().y); }
 
     CellStore store_;
     FormatTable formats_;
-    std::vector<Column> columns_;
-    Column newColumn_;                                // initial settings of columns to be added
-    mutable std::vector<std::int64_t> columnStarts_;  // empty, or Cols + 1 pixel positions
+    ColumnTable columns_{2};
 
     RowValues<int> heights_{defaultSize};  // twips
     RowValues<std::int32_t> rowData_{0};

@@ -50,7 +50,6 @@ Grid::AllOrNothing::~AllOrNothing() {
     batch_.reset();
     if (kept_) {
         grid_.KeptFields() = std::move(kept_->fields);
-        grid_.InvalidateColumnPositions();
     }
     grid_.PutCursorBack(cursor_);
 }

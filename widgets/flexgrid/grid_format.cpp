@@ -22,46 +22,43 @@ void CheckSize(int twips) {
 
 int Grid::ColWidth(int col) const {
     CheckCol(col);
-    const int width = columns_[static_cast<std::size_t>(col)].width;
-    return width == defaultSize ? defaultColWidth : width;
+    return columns_[col].Width();
 }
 
 template <class Set>
 void Grid::ChangeColumns(int col, GridChange change, Set set) {
     if (col == all) {
-        set(newColumn_);
-        std::for_each(columns_.begin(), columns_.end(), set);
+        columns_.ChangeAll(set);
         col = 0;
     } else {
         CheckCol(col);
-        set(columns_[static_cast<std::size_t>(col)]);
+        columns_.Change(col, set);
     }
-    InvalidateColumnPositions();
     NotifyChange(change, {0, col, Rows() - 1, Cols() - 1});
 }
 
 void Grid::SetColWidth(int col, int twips) {
     CheckSize(twips);
-    ChangeColumns(col, GridChange::layout, [&](Column& column) { column.width = twips; });
+    ChangeColumns(col, GridChange::layout, [&](ColumnSettings& column) { column.width = twips; });
 }
 
 GridAlignment Grid::ColAlignment(int col) const {
     CheckCol(col);
-    return columns_[static_cast<std::size_t>(col)].alignment;
+    return columns_[col].alignment;
 }
 
 void Grid::SetColAlignment(int col, GridAlignment alignment) {
-    ChangeColumns(col, GridChange::formats, [&](Column& column) { column.alignment = alignment; });
+    ChangeColumns(col, GridChange::formats, [&](ColumnSettings& column) { column.alignment = alignment; });
 }
 
 GridAlignment Grid::FixedAlignment(int col) const {
     CheckCol(col);
-    const Column& column = columns_[static_cast<std::size_t>(col)];
+    const ColumnSettings& column = columns_[col];
     return column.hasFixedAlignment ? column.fixedAlignment : column.alignment;
 }
 
 void Grid::SetFixedAlignment(int col, GridAlignment alignment) {
-    ChangeColumns(col, GridChange::formats, [&](Column& column) {
+    ChangeColumns(col, GridChange::formats, [&](ColumnSettings& column) {
         column.fixedAlignment = alignment;
         column.hasFixedAlignment = true;
     });
@@ -69,27 +66,27 @@ void Grid::SetFixedAlignment(int col, GridAlignment alignment) {
 
 std::int32_t Grid::ColData(int col) const {
     CheckCol(col);
-    return columns_[static_cast<std::size_t>(col)].data;
+    return columns_[col].data;
 }
 
 void Grid::SetColData(int col, std::int32_t data) {
-    if (col != all) {
-        CheckCol(col);
-        columns_[static_cast<std::size_t>(col)].data = data;
+    const auto set = [&](ColumnSettings& column) { column.data = data; };
+    // Of the columns that there are: those to come have 0.
+    if (col == all) {
+        columns_.ChangeEach(set);
         return;
     }
-    for (Column& column : columns_) {
-        column.data = data;
-    }
+    CheckCol(col);
+    columns_.Change(col, set);
 }
 
 bool Grid::MergeCol(int col) const {
     CheckCol(col);
-    return columns_[static_cast<std::size_t>(col)].merge;
+    return columns_[col].merge;
 }
 
 void Grid::SetMergeCol(int col, bool merge) {
-    ChangeColumns(col, GridChange::formats, [&](Column& column) { column.merge = merge; });
+    ChangeColumns(col, GridChange::formats, [&](ColumnSettings& column) { column.merge = merge; });
 }
 
 // ---- Rows ----------------------------------------------------------------------------------------------------------
@@ -202,14 +199,6 @@ void Grid::SetMergeRow(int row, bool merge) {
 
 // ---- Geometry ------------------------------------------------------------------------------------------------------
 
-int Grid::PixelsDown(int twips) const {
-    return twips <= 0 ? 0 : std::max(1, TwipsToPixels(twips, metrics_->Resolution().y));
-}
-
-int Grid::PixelsAcross(int twips) const {
-    return twips <= 0 ? 0 : std::max(1, TwipsToPixels(twips, metrics_->Resolution().x));
-}
-
 std::int64_t Grid::RowTop(int row) const {
     if (row != Rows()) {
         CheckRow(row);
@@ -221,42 +210,21 @@ int Grid::RowPixels(int row) const { return PixelsDown(RowHeight(row)); }
 
 int Grid::RowAt(std::int64_t y) const { return y < 0 ? -1 : store_.RowAtExtent(y, SharedRowPixels()); }
 
-const std::vector<std::int64_t>& Grid::ColumnStarts() const {
-    if (columnStarts_.empty()) {
-        columnStarts_.reserve(columns_.size() + 1);
-        std::int64_t x = 0;
-        columnStarts_.push_back(x);
-        for (int col = 0; col < Cols(); ++col) {
-            x += PixelsAcross(ColWidth(col));
-            columnStarts_.push_back(x);
-        }
-    }
-    return columnStarts_;
-}
-
 std::int64_t Grid::ColLeft(int col) const {
     if (col != Cols()) {
         CheckCol(col);
     }
-    return ColumnStarts()[static_cast<std::size_t>(col)];
+    return columns_.LeftOf(col, metrics_->Resolution().x);
 }
 
-int Grid::ColPixels(int col) const { return PixelsAcross(ColWidth(col)); }
+int Grid::ColPixels(int col) const { return ShownPixels(ColWidth(col), metrics_->Resolution().x); }
 
-int Grid::ColAt(std::int64_t x) const {
-    if (x < 0) {
-        return -1;
-    }
-    const std::vector<std::int64_t>& starts = ColumnStarts();
-    const auto behind = std::upper_bound(starts.begin(), starts.end(), x);
-    return static_cast<int>(behind - starts.begin()) - 1;
-}
+int Grid::ColAt(std::int64_t x) const { return x < 0 ? -1 : columns_.At(x, metrics_->Resolution().x); }
 
 // ---- Font ----------------------------------------------------------------------------------------------------------
 
 void Grid::FontOrMetricsChanged() {
     formats_.FontsChanged();
-    InvalidateColumnPositions();
     LookChanged();
     LayoutChanged(0, 0);
 }

@@ -135,14 +135,7 @@ void Grid::SetColPosition(int col, int position) {
     moved.MoveColumn(col, position);
     store_.MoveColumn(col, position);
     formats_ = std::move(moved);
-    const auto from = columns_.begin() + col;
-    const auto to = columns_.begin() + position;
-    if (col < position) {
-        std::rotate(from, from + 1, to + 1);
-    } else {
-        std::rotate(to, from, from + 1);
-    }
-    InvalidateColumnPositions();
+    columns_.Move(col, position);
     ++structureVersion_;
     LayoutChanged(0, std::min(col, position));
 }
