@@ -1,65 +1,29 @@
 // Brings the window's changes to the screen: a back buffer is drawn where it is stale, and copied.
-#include <algorithm>
-#include <optional>
-#include <utility>
-
 #include "widgets/flexgrid/flexgrid_window.h"
 #include "widgets/flexgrid/paint.h"
-#include "widgets/flexgrid/scroll_copy.h"
 
 namespace qvx::flexgrid {
 
-void FlexGridWindow::MarkStale(const Rect& area) {
-    stale_ = stale_.Union(area);
-    InvalidateRect(Handle(), nullptr, FALSE);
-}
-
 void FlexGridWindow::MarkAllStale() {
-    allStale_ = true;
+    stale_.AddAll();
     RequestPaint();
 }
 
-// Converts the changes since the last painting into the rectangle to draw again, and invalidates that part of the
-// window.
+// Works out what to draw again after the changes since the last painting, and invalidates the window.
 void FlexGridWindow::Settle() {
     paintRequested_ = false;
     SettleLayout();
-    const View view = CurrentView();
-    const CellRange changed = std::exchange(changedCells_, {});
-    if (!changed.Empty()) {
-        if (grid_.MergeCells() != GridMerge::never) {
-            allStale_ = true;  // a text affects the appearance of its neighbours
-        } else if (!allStale_) {
-            const Rect area = Shown(grid_, view).AreaOf(changed);
-            if (!area.Empty()) {
-                MarkStale(area);
-            }
+    bool invalid = stale_.SettleCells(grid_, CurrentView());
+    if (stale_.Scrolled(grid_)) {
+        UpdateBars();
+        if (const auto copy = stale_.FollowView(grid_, CurrentView().client, buffer_.Dc() != nullptr)) {
+            buffer_.Scroll(copy->body, copy->dx, copy->dy);
         }
+        invalid = true;
     }
-    FollowViewScroll();
-    if (allStale_) {
+    if (invalid || stale_.All()) {
         InvalidateRect(Handle(), nullptr, FALSE);
     }
-}
-
-// Moves the contents of the back buffer when the view has scrolled.
-void FlexGridWindow::FollowViewScroll() {
-    if (grid_.TopRow() == paintedTop_ && grid_.LeftCol() == paintedLeft_) {
-        return;
-    }
-    const int oldTop = std::exchange(paintedTop_, grid_.TopRow());
-    const int oldLeft = std::exchange(paintedLeft_, grid_.LeftCol());
-    UpdateBars();
-    InvalidateRect(Handle(), nullptr, FALSE);
-    // Stale parts would move along.
-    const bool movable = !allStale_ && stale_.Empty() && buffer_.Dc();
-    const auto copy = movable ? FollowScroll(grid_, CurrentView().client, oldTop, oldLeft) : std::nullopt;
-    if (!copy) {
-        allStale_ = true;
-        return;
-    }
-    buffer_.Scroll(copy->body, copy->dx, copy->dy);
-    stale_ = copy->bared;
 }
 
 void FlexGridWindow::PaintStale() {
@@ -70,15 +34,13 @@ void FlexGridWindow::PaintStale() {
     if (!drawing) {
         return;
     }
-    const Rect client{0, 0, view.client.width, view.client.height};
-    Rect area = allStale_ || paint.Fresh() ? client : stale_.Intersect(client);
+    if (paint.Fresh()) {
+        stale_.AddAll();
+    }
+    Rect area = stale_.Take(grid_, {0, 0, view.client.width, view.client.height});
     if (!paint.Buffered()) {
         area = paint.UpdateArea();
     }
-    allStale_ = false;
-    stale_ = {};
-    paintedTop_ = grid_.TopRow();
-    paintedLeft_ = grid_.LeftCol();
     if (!area.Empty()) {
         Paint(grid_, view, paint.Surface(), area);
     }
@@ -95,14 +57,13 @@ void FlexGridWindow::OnPaint() {
     PaintStale();
     // This painting covers all requests made since the message arrived.
     paintRequested_ = false;
-    if (!changedCells_.Empty() || layoutChanged_ || allStale_ || grid_.TopRow() != paintedTop_ ||
-        grid_.LeftCol() != paintedLeft_) {
+    if (layoutChanged_ || stale_.Any(grid_)) {
         RequestPaint();
     }
 }
 
 void FlexGridWindow::Refresh() {
-    allStale_ = true;
+    stale_.AddAll();
     layoutChanged_ = true;
     if (Handle() && grid_.Redraw()) {
         Settle();

@@ -98,7 +98,7 @@ void FlexGridWindow::OnGone() {
     accessibility_.Gone();
     drag_ = Drag::None;
     border_ = {};
-    allStale_ = true;
+    stale_.AddAll();
     paintRequested_ = false;
 }
 
@@ -162,17 +162,17 @@ void FlexGridWindow::Invalidated(GridChange change, const CellRange& range) {
         case GridChange::texts:
         case GridChange::formats:
         case GridChange::selection:
-            changedCells_ = changedCells_.Union(range);
+            stale_.AddCells(range);
             break;
         case GridChange::layout:
             layoutChanged_ = true;
-            allStale_ = true;
+            stale_.AddAll();
             break;
         case GridChange::scroll:
             break;
         case GridChange::look:
             layoutChanged_ = true;
-            allStale_ = true;
+            stale_.AddAll();
             if (Handle()) {
                 ApplyStyle();
             }

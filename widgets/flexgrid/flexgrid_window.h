@@ -14,6 +14,7 @@
 #include "widgets/flexgrid/navigation.h"
 #include "widgets/flexgrid/resizing.h"
 #include "widgets/flexgrid/scrolling.h"
+#include "widgets/flexgrid/stale_area.h"
 #include "widgets/flexgrid/view.h"
 #include "widgets/flexgrid/window_events.h"
 #include "win/gdi_surface.h"
@@ -108,9 +109,7 @@ class FlexGridWindow final : public Window, private GridListener {
     void SettleLayout();
     void ApplyStyle();
     void UpdateBars();
-    void MarkStale(const Rect& area);
     void MarkAllStale();
-    void FollowViewScroll();
     void OnPaint();
     void PaintStale();
 
@@ -138,14 +137,10 @@ class FlexGridWindow final : public Window, private GridListener {
 
     // Painting. The back buffer always contains the window's contents, except for `stale_`.
     BackBuffer buffer_;
-    Rect stale_{};
-    CellRange changedCells_{};  // bounds of changed cells, not yet in stale_
+    StaleArea stale_;
     bool layoutChanged_ = true;
-    bool allStale_ = true;
     bool paintRequested_ = false;
     bool settling_ = false;
-    int paintedTop_ = 0;
-    int paintedLeft_ = 0;
     std::array<Bar, 2> drawnBars_{};  // the vertical and the horizontal one as they are on the screen
     int notifiedTop_ = -1;            // the scroll position that listeners were last notified of
     int notifiedLeft_ = -1;
