@@ -18,8 +18,7 @@ ControlBase::ControlBase(const ControlClass& controlClass, const IID& interfaceI
 
 ControlBase::~ControlBase() {
     // The window is destroyed next, and no one is notified any more.
-    inPlaceActive_ = false;
-    uiActive_ = false;
+    inPlace_.Forget();
     if (accelerators_) DestroyAcceleratorTable(accelerators_);
 }
 
@@ -76,11 +75,11 @@ HWND ControlBase::EnsureWindow() {
         window_.reset();
     };
     try {
-        if (window_->CreateParked(pixels_)) {
+        if (window_->CreateParked(PixelSize())) {
             windowMode_ = UserMode();
             OnWindowCreated(window_->Handle());
-            OnResize(pixels_);
-            CutWindow(pixels_);
+            OnResize(PixelSize());
+            CutWindow(PixelSize());
             return window_->Handle();
         }
     } catch (...) {
@@ -98,8 +97,8 @@ void ControlBase::FollowUserMode() {
     OnWindowGoing();
     if (!WindowHandle()) return;
     OnWindowCreated(WindowHandle());
-    OnResize(pixels_);
-    if (inPlaceActive_) OnShow();
+    OnResize(PixelSize());
+    if (InPlaceActive()) OnShow();
     Invalidate();
 }
 
@@ -118,28 +117,23 @@ long ControlBase::DeviceContextNumber() {
     return static_cast<long>(reinterpret_cast<LONG_PTR>(GetDC(window)));
 }
 
-Size ControlBase::PixelSize() const { return pixels_; }
+Size ControlBase::PixelSize() const { return extent_.Pixels(); }
 
 void ControlBase::EnsureSize() {
-    if (extent_.cx != 0 || extent_.cy != 0) return;
+    if (!extent_.Unset()) return;
     const Dpi dpi = ScreenDpi();
     constexpr int designDpi = 96;
     const Size size = DefaultPixelSize();
     SetPixelSize({ScaleRounded(size.width, dpi.x, designDpi), ScaleRounded(size.height, dpi.y, designDpi)});
 }
 
-void ControlBase::SetPixelSize(Size pixels) {
-    pixels_ = pixels;
-    const Dpi dpi = WindowDpi(WindowHandle());
-    // A container that has set the extent reads the same one again, not one that has been rounded to pixels.
-    if (HimetricToPixels(extent_, dpi) != pixels) extent_ = PixelsToHimetric(pixels, dpi);
-}
+void ControlBase::SetPixelSize(Size pixels) { extent_.SetPixels(pixels, WindowDpi(WindowHandle())); }
 
 void ControlBase::RequestPixelSize(Size pixels) {
-    if (pixels == pixels_ || resizing_) return;
+    if (pixels == PixelSize() || resizing_) return;
     const auto keep = KeepAlive();
     resizing_ = true;
-    if (const auto site = inPlaceSite_; site && inPlaceActive_) {
+    if (const auto site = inPlace_.Site()) {
         RECT position{};
         GetWindowRect(WindowHandle(), &position);
         MapWindowPoints(nullptr, GetParent(WindowHandle()), reinterpret_cast<POINT*>(&position), 2);
@@ -147,12 +141,8 @@ void ControlBase::RequestPixelSize(Size pixels) {
         position.bottom = position.top + pixels.height;
         site->OnPosRectChange(&position);
     }
-    if (pixels != pixels_) {
-        // A container that has set the width reads the same one again, not one that has been rounded to pixels.
-        const SIZEL extent = PixelsToHimetric(pixels, WindowDpi(WindowHandle()));
-        if (pixels.width != pixels_.width) extent_.cx = extent.cx;
-        if (pixels.height != pixels_.height) extent_.cy = extent.cy;
-        pixels_ = pixels;
+    if (pixels != PixelSize()) {
+        extent_.ChangePixels(pixels, WindowDpi(WindowHandle()));
         if (const HWND window = WindowHandle()) {
             SetWindowPos(window, nullptr, 0, 0, pixels.width, pixels.height,
                          SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOMOVE);
@@ -184,7 +174,7 @@ LRESULT ControlBase::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 1;
         case WM_SIZE:
             // EnsureWindow reports the size of created and parked windows, once inner windows exist.
-            if (inPlaceActive_) {
+            if (InPlaceActive()) {
                 const Size size{LOWORD(lParam), HIWORD(lParam)};
                 OnResize(size);
                 CutWindow(size);
@@ -194,9 +184,9 @@ LRESULT ControlBase::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_DPICHANGED_AFTERPARENT:
             // A host may keep the size of its controls in pixels.
-            if (inPlaceActive_) {
-                OnResize(pixels_);
-                CutWindow(pixels_);
+            if (InPlaceActive()) {
+                OnResize(PixelSize());
+                CutWindow(PixelSize());
             }
             Invalidate();
             break;
@@ -231,7 +221,7 @@ void ControlBase::OnWindowGone() {
     focused_ = false;
     clip_.reset();
     cut_ = false;
-    if (!inPlaceActive_) return;
+    if (!InPlaceActive()) return;
     // A frame that still holds the active object would keep it alive for ever, because the object holds the frame.
     const auto keep = KeepAlive();
     Deactivate();
@@ -245,7 +235,7 @@ void ControlBase::FocusMovesTo(HWND moving) {
     const bool inside = window && moving && (moving == window || IsChild(window, moving));
     if (inside != focused_) {
         focused_ = inside;
-        if (inside && inPlaceActive_ && !uiActive_) ActivateUi();
+        if (inside && InPlaceActive() && !inPlace_.UiActive()) ActivateUi();
         // The host's handlers may move the focus on; a nested call has then reported the newer state already.
         const ComPtr<IOleControlSite> site = host_.ControlSite();
         if (site && focused_ == inside) site->OnFocus(inside);
@@ -259,7 +249,7 @@ void ControlBase::FocusMovesTo(HWND moving) {
 }
 
 void ControlBase::TakeFocus() {
-    if (inPlaceActive_ && !uiActive_) {
+    if (InPlaceActive() && !inPlace_.UiActive()) {
         ActivateUi();
     } else if (!HasFocus()) {
         SetFocus(FocusWindow());
@@ -298,7 +288,7 @@ void ControlBase::Invalidate() {
 void ControlBase::ViewChanged() {
     // A container draws the control itself only while it has no window in place. The view of a control that is being
     // read changes once, at the end.
-    if (!viewSink_ || inPlaceActive_ || loading_ > 0) return;
+    if (!viewSink_ || InPlaceActive() || loading_ > 0) return;
     const ComPtr<IAdviseSink> sink = viewSink_;
     if (viewFlags_ & ADVF_ONLYONCE) viewSink_.reset();
     sink->OnViewChange(DVASPECT_CONTENT, -1);
@@ -314,7 +304,8 @@ void ControlBase::AccessKeysChanged() {
     if (const ComPtr<IOleControlSite> site = host_.ControlSite()) site->OnControlInfoChanged();
 }
 
-ControlBase::DialogScope::DialogScope(ControlBase& control) : keep_(control.KeepAlive()), frame_(control.frame_) {
+ControlBase::DialogScope::DialogScope(ControlBase& control)
+    : keep_(control.KeepAlive()), frame_(control.inPlace_.Frame()) {
     if (frame_) frame_->EnableModeless(FALSE);
 }
 

@@ -20,7 +20,9 @@
 #include "common/geometry.h"
 #include "drawing/surface.h"
 #include "kit/control_class.h"
+#include "kit/control_extent.h"
 #include "kit/host_services.h"
+#include "kit/in_place_activation.h"
 #include "kit/property_table.h"
 #include "win/handles.h"
 
@@ -187,7 +189,7 @@ class ControlBase : public IOleObject,
     // set. OnResize may call it, and is called again with the new size.
     void RequestPixelSize(Size pixels);
     // Whether the control is active in place: its window is in the window of the host.
-    bool InPlaceActive() const { return inPlaceActive_; }
+    bool InPlaceActive() const { return inPlace_.Active(); }
     // Whether the host has finished setting the control up: by initialising it, by loading it, or by activating it
     // without either.
     bool IsSetUp() const { return setUp_; }
@@ -280,10 +282,8 @@ class ControlBase : public IOleObject,
     void OnWindowGone();
 
     void Activate(bool withUi);
-    void ActivateInPlace();
     void ActivateUi();
     void Deactivate();
-    void DeactivateUi();
     void MoveWindowTo(const RECT& position, const RECT& clip);
     // Cuts the window to the control's shape, within the part of it that the container shows.
     void CutWindow(Size size);
@@ -311,26 +311,20 @@ class ControlBase : public IOleObject,
     HostServices host_;
     ConnectionPoints connections_;
     std::unique_ptr<ControlWindow> window_;
-    ComPtr<IOleInPlaceSite> inPlaceSite_;
-    ComPtr<IOleInPlaceFrame> frame_;
-    ComPtr<IOleInPlaceUIWindow> uiWindow_;
+    InPlaceActivation inPlace_;
     ComPtr<IOleAdviseHolder> advises_;
     ComPtr<IAdviseSink> viewSink_;
     DWORD viewAspects_ = 0;
     DWORD viewFlags_ = 0;
     HACCEL accelerators_ = nullptr;
     ComPtr<IStorage> storage_;
-    SIZEL extent_{};  // in 1/100 millimetre; pixels_ is the same size, except for rounding
-    Size pixels_;
+    ControlExtent extent_;
     int frozen_ = 0;
     std::optional<Rect> clip_;  // what the container shows, in pixels of the window; nothing if it shows all
     bool cut_ = false;          // the window has a region
     int loading_ = 0;
     bool setUp_ = false;
     bool windowMode_ = false;  // the UserMode for which the inner windows were created
-    bool activating_ = false;  // the host is being notified, and may still cancel
-    bool inPlaceActive_ = false;
-    bool uiActive_ = false;
     bool focused_ = false;
     bool dirty_ = false;
     bool resizing_ = false;  // the control itself has requested it

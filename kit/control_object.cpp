@@ -150,11 +150,12 @@ STDMETHODIMP ControlBase::GetUserType(DWORD form, LPOLESTR* name) {
 
 // The window of an active control gets its size through SetObjectRects instead.
 void ControlBase::TakeExtent(const SIZEL& extent) {
-    extent_ = extent;
-    if (inPlaceActive_) return;
-    pixels_ = HimetricToPixels(extent_, WindowDpi(WindowHandle()));
+    extent_.SetHimetric(extent);
+    if (InPlaceActive()) return;
+    extent_.FollowHimetric(WindowDpi(WindowHandle()));
     if (const HWND window = WindowHandle()) {
-        SetWindowPos(window, nullptr, 0, 0, pixels_.width, pixels_.height, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOMOVE);
+        const Size pixels = PixelSize();
+        SetWindowPos(window, nullptr, 0, 0, pixels.width, pixels.height, SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOMOVE);
     }
 }
 
@@ -164,7 +165,7 @@ STDMETHODIMP ControlBase::SetExtent(DWORD aspect, SIZEL* size) {
         if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
         if (size->cx < 0 || size->cy < 0) return E_INVALIDARG;
         TakeExtent(*size);
-        if (!inPlaceActive_) OnResize(pixels_);
+        if (!InPlaceActive()) OnResize(PixelSize());
         ViewChanged();
         return S_OK;
     });
@@ -174,8 +175,8 @@ STDMETHODIMP ControlBase::GetExtent(DWORD aspect, SIZEL* size) {
     return Guard([&]() -> HRESULT {
         if (!size) return E_POINTER;
         if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
-        if (extent_.cx == 0 && extent_.cy == 0) EnsureSize();
-        *size = extent_;
+        EnsureSize();
+        *size = extent_.Himetric();
         return S_OK;
     });
 }
@@ -213,98 +214,39 @@ void ControlBase::Activate(bool withUi) {
     if (!host_.Site()) throw ComError(OLE_E_NOT_INPLACEACTIVE);
     // A nested request, which a host makes while it is being notified, has nothing to do: the activation is already
     // under way.
-    if (!inPlaceActive_ && !activating_) {
+    if (!inPlace_.UnderWay()) {
         setUp_ = true;
-        ActivateInPlace();
+        const auto client = host_.Site();
+        const auto place = inPlace_.Begin(client, [&](HWND parent) {
+            const HWND window = host_.Site() == client ? EnsureWindow() : nullptr;
+            return window && SetParent(window, parent);
+        });
+        MoveWindowTo(place.position, place.clip);
+        const bool hidden = (class_.miscStatus & OLEMISC_INVISIBLEATRUNTIME) && UserMode();
+        ShowWindow(WindowHandle(), hidden ? SW_HIDE : SW_SHOWNA);
+        OnShow();
     }
     // In any of these calls the host may have cancelled the activation or even changed its site, so each step checks
     // again.
-    if (const auto client = host_.Site(); client && inPlaceActive_) client->ShowObject();
+    if (const auto client = host_.Site(); client && InPlaceActive()) client->ShowObject();
     if (withUi) ActivateUi();
 }
 
-void ControlBase::ActivateInPlace() {
-    const auto client = host_.Site();
-    const auto site = client.As<IOleInPlaceSite>();
-    if (!site || site->CanInPlaceActivate() != S_OK) throw ComError(E_FAIL);
-    // Deactivate resets this too, because the host may cancel the activation while it is being notified.
-    activating_ = true;
-    struct Undo {
-        bool& activating;
-        IOleInPlaceSite* told;
-        ~Undo() {
-            activating = false;
-            if (told) told->OnInPlaceDeactivate();
-        }
-    } undo{activating_, nullptr};
-    Check(site->OnInPlaceActivate());
-    // Until the control is in its place, any failure undoes the host's activation.
-    undo.told = site.get();
-    HWND parent = nullptr;
-    Check(site->GetWindow(&parent));
-    RECT position{};
-    RECT clip{};
-    OLEINPLACEFRAMEINFO frameInfo{};
-    frameInfo.cb = sizeof frameInfo;
-    ComPtr<IOleInPlaceFrame> frame;
-    ComPtr<IOleInPlaceUIWindow> uiWindow;
-    Check(site->GetWindowContext(frame.put(), uiWindow.put(), &position, &clip, &frameInfo));
-    const bool wanted = activating_ && parent && host_.Site() == client;
-    const HWND window = wanted ? EnsureWindow() : nullptr;
-    if (!window || !SetParent(window, parent)) throw ComError(E_FAIL);
-    undo.told = nullptr;
-    inPlaceSite_ = site;
-    frame_ = std::move(frame);
-    uiWindow_ = std::move(uiWindow);
-    inPlaceActive_ = true;
-    MoveWindowTo(position, clip);
-    const bool hidden = (class_.miscStatus & OLEMISC_INVISIBLEATRUNTIME) && UserMode();
-    ShowWindow(window, hidden ? SW_HIDE : SW_SHOWNA);
-    OnShow();
-}
-
 void ControlBase::ActivateUi() {
-    if (!inPlaceActive_ || (class_.miscStatus & OLEMISC_NOUIACTIVATE)) return;
-    if (!uiActive_) {
-        const auto site = inPlaceSite_;
-        uiActive_ = true;
-        if (FAILED(site->OnUIActivate())) uiActive_ = false;
-        // Containers differ in which of these they implement; typing works without any of them. Each call may
-        // deactivate the control again, and the rest are then skipped.
-        auto* self = static_cast<IOleInPlaceActiveObject*>(this);
-        const auto announce = [&](const auto& window) {
-            if (uiActive_ && window) window->SetActiveObject(self, class_.name);
-            if (uiActive_ && window) window->SetBorderSpace(nullptr);
-        };
-        announce(ComPtr<IOleInPlaceFrame>(frame_));
-        announce(ComPtr<IOleInPlaceUIWindow>(uiWindow_));
-        if (!uiActive_) return;
+    if (!InPlaceActive() || (class_.miscStatus & OLEMISC_NOUIACTIVATE)) return;
+    if (!inPlace_.UiActive()) {
+        inPlace_.BeginUi(*this, class_.name);
+        if (!inPlace_.UiActive()) return;
     }
     const HWND focus = GetFocus();
     const HWND window = WindowHandle();
     if (focus != window && !IsChild(window, focus)) SetFocus(FocusWindow());
 }
 
-void ControlBase::DeactivateUi() {
-    if (!std::exchange(uiActive_, false)) return;
-    const auto site = inPlaceSite_;
-    const auto frame = frame_;
-    const auto uiWindow = uiWindow_;
-    if (frame) frame->SetActiveObject(nullptr, nullptr);
-    if (uiWindow) uiWindow->SetActiveObject(nullptr, nullptr);
-    if (site) site->OnUIDeactivate(FALSE);
-}
-
 void ControlBase::Deactivate() {
-    activating_ = false;
-    if (!inPlaceActive_) return;
-    DeactivateUi();
-    if (!std::exchange(inPlaceActive_, false)) return;  // one of those calls has deactivated the control already
-    const ComPtr<IOleInPlaceSite> site = std::move(inPlaceSite_);
-    frame_.reset();
-    uiWindow_.reset();
-    if (WindowHandle()) window_->Park();
-    if (site) site->OnInPlaceDeactivate();
+    inPlace_.End([this] {
+        if (WindowHandle()) window_->Park();
+    });
 }
 
 void ControlBase::MoveWindowTo(const RECT& position, const RECT& clip) {
@@ -316,7 +258,7 @@ void ControlBase::MoveWindowTo(const RECT& position, const RECT& clip) {
     const bool clip0 = clip.left == clip.right && clip.top == clip.bottom;
     clip_.reset();
     if (!clip0 && visible != whole) clip_ = visible.Empty() ? Rect{} : visible.Offset(-whole.left, -whole.top);
-    CutWindow(pixels_);
+    CutWindow(PixelSize());
     SetWindowPos(window, nullptr, whole.left, whole.top, whole.Width(), whole.Height(),
                  SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
 }
@@ -337,7 +279,7 @@ void ControlBase::CutWindow(Size size) {
 
 STDMETHODIMP ControlBase::GetWindow(HWND* window) {
     if (!window) return E_POINTER;
-    *window = inPlaceActive_ ? WindowHandle() : nullptr;
+    *window = InPlaceActive() ? WindowHandle() : nullptr;
     return *window ? S_OK : E_FAIL;
 }
 
@@ -354,14 +296,14 @@ STDMETHODIMP ControlBase::InPlaceDeactivate() {
 STDMETHODIMP ControlBase::UIDeactivate() {
     return Guard([&] {
         const auto keep = KeepAlive();
-        DeactivateUi();
+        inPlace_.EndUi();
     });
 }
 
 STDMETHODIMP ControlBase::SetObjectRects(LPCRECT position, LPCRECT clip) {
     return Guard([&]() -> HRESULT {
         if (!position) return E_POINTER;
-        if (!inPlaceActive_) return OLE_E_NOT_INPLACEACTIVE;
+        if (!InPlaceActive()) return OLE_E_NOT_INPLACEACTIVE;
         MoveWindowTo(*position, clip ? *clip : *position);
         return S_OK;
     });

@@ -74,7 +74,7 @@ void ControlBase::LoadStream(IStream* stream) {
         setUp_ = true;
         if (const auto extent = contents.Extent()) {
             TakeExtent(*extent);
-            if (WindowHandle()) OnResize(pixels_);
+            if (WindowHandle()) OnResize(PixelSize());
         }
         ReadFrom(contents.Source());
     }
@@ -83,7 +83,7 @@ void ControlBase::LoadStream(IStream* stream) {
 
 std::vector<std::uint8_t> ControlBase::BytesForStream() {
     EnsureSize();
-    return StreamBytes(extent_, ChangedProperties());
+    return StreamBytes(extent_.Himetric(), ChangedProperties());
 }
 
 // --- IPersistStreamInit, IPersistPropertyBag ---

@@ -12,7 +12,7 @@ STDMETHODIMP ControlBase::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, 
             return DV_E_DVASPECT;
         if (!dc) return E_INVALIDARG;
         EnsureSize();
-        const Size size = pixels_;
+        const Size size = PixelSize();
         if (size.width <= 0 || size.height <= 0) return S_OK;
         // A control that has never been shown does not know its size yet.
         if (!WindowHandle()) OnResize(size);
