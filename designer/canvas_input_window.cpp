@@ -1,6 +1,7 @@
 #include "designer/canvas_input_window.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "designer/canvas/canvas_keys.h"
 #include "designer/canvas/press.h"
@@ -293,8 +294,9 @@ void CanvasInput::NudgeSelected(const Nudge& nudge) {
 void CanvasInput::SelectContainer() {
     const Shapes& shapes = session_.AllShapes();
     const auto at = PositionOf(shapes, *session_.Selected().Primary());
-    const auto outer = at ? shapes[*at].container : std::nullopt;
-    session_.Select(outer ? std::vector<ObjectId>{shapes[*outer].id} : std::vector<ObjectId>{});
+    std::vector<ObjectId> outer;
+    if (at && shapes[*at].container) outer.push_back(shapes[*shapes[*at].container].id);
+    session_.Select(std::move(outer));
 }
 
 }  // namespace qvx::host::designer

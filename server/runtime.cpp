@@ -121,3 +121,11 @@ void __cxa_guard_abort(__guard* guard) noexcept { EndInitialisation(GuardOf(guar
 }  // extern "C"
 
 }  // namespace __cxxabiv1
+
+namespace __gnu_cxx {
+
+// Called for an exception that nothing catches. A module has no console to describe it on, and the toolchain's version
+// would link a demangler.
+void __verbose_terminate_handler() { std::abort(); }
+
+}  // namespace __gnu_cxx
