@@ -29,7 +29,8 @@ if(WIN32)
   target_link_options(qvx_options INTERFACE -static)
   # What is shipped is what was tested: protected against overwritten returns, and the same bytes wherever and whenever
   # a commit is built.
-  target_compile_options(qvx_options INTERFACE -fstack-protector-strong -ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
+  add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
+  target_compile_options(qvx_options INTERFACE -fstack-protector-strong)
   target_link_options(qvx_options INTERFACE -fstack-protector-strong LINKER:--no-insert-timestamp,--build-id)
 endif()
 

@@ -1,7 +1,7 @@
 # Runs the tests, layer by layer, and sums up.
 # shellcheck shell=bash
 
-all_layers=(lint native fuzz x64 x86 demo soak archives)
+all_layers=(lint native fuzz x64 x86 demo soak archives package)
 # Layers that mostly wait for windows share the machine: these lists run in parallel.
 lanes=("x64 soak" "x86 demo archives")
 test_name= # what tests' names must contain, or nothing
