@@ -3,93 +3,76 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "common/run_time_error.h"
+#include "tests/unit/flexgrid/grid_texts.h"
 #include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {
 namespace {
 
+using flexgrid::Shown;
+
 class RowCommands : public testing::Test {
   protected:
-    // Column 0, one text a row, behind each other; then column 1.
-    std::string Columns() const {
-        std::string all;
-        for (int col = 0; col < 2; ++col) {
-            for (int row = 0; row < grid.Rows(); ++row) all += Narrow(grid.TextMatrix(row, col)) + ",";
-            all.back() = ';';
-        }
-        return all;
-    }
-
     flexgrid::Grid grid;
     ControlState state;
     EditHistory history{grid};
 };
 
 TEST_F(RowCommands, InsertedRowIsNumberedAndTheRestMovesOn) {
-    Fill(grid, {u"No\tA", u"1\ta", u"2\tb", u"3\tc", u"x\td", u"5\te"});
-    state.autoRecordNumber = true;
-    grid.MoveTo(3, 1);
-    InsertRow(grid, state, history);
-    EXPECT_EQ(Columns(), "No,1,2,3,4,5,6;A,a,b,,c,d,e;");
-    EXPECT_EQ(grid.Row(), 3);
-    state.autoRecordNumber = false;
-    InsertRow(grid, state, history);
-    EXPECT_EQ(Columns(), "No,1,2,,3,4,5,6;A,a,b,,,c,d,e;");
-    grid.MoveTo(0, 1);
-    EXPECT_THROW(InsertRow(grid, state, history), RunTimeError);
-    EXPECT_EQ(grid.Rows(), 8);
-}
-
-TEST_F(RowCommands, DeletedRowIsTheCurrentOneAndTheLastIsOnlyEmptied) {
-    Fill(grid, {u"No\tA", u"1\ta", u"2\tb", u"7\tc"});
+    Fill(grid, {u"No\tA", u"1\ta", u"2\tb", u"x\tc"});
     state.autoRecordNumber = true;
     grid.MoveTo(2, 1);
-    EXPECT_EQ(DeleteRow(grid, state, history), 2);
-    EXPECT_EQ(Columns(), "No,1,2;A,a,c;");
-    EXPECT_EQ(DeleteRow(grid, state, history), 2);
-    EXPECT_EQ(DeleteRow(grid, state, history), 1);
-    EXPECT_EQ(Columns(), "No,1;A,;") << "the record number stays";
-}
-
-TEST_F(RowCommands, AppendedRowsAreNumberedWhenRowsAre) {
-    Fill(grid, {u"No\tA", u"1\ta"});
-    state.autoRecordNumber = true;
-    AppendRows(grid, state, history, 2);
+    InsertRow(grid, state, history);
+    EXPECT_EQ(Shown(grid), "No,A/1,a/2,/3,b/4,c");
+    EXPECT_EQ(grid.Row(), 2);
     state.autoRecordNumber = false;
+    InsertRow(grid, state, history);
     AppendRows(grid, state, history, 1);
-    EXPECT_EQ(Columns(), "No,1,2,3,;A,a,,,;");
+    EXPECT_EQ(Shown(grid), "No,A/1,a/,/2,/3,b/4,c/,");
+    grid.MoveTo(0, 1);
+    EXPECT_THROW(InsertRow(grid, state, history), RunTimeError);
+    EXPECT_EQ(grid.Rows(), 7);
 }
 
 TEST_F(RowCommands, AreStepsThatCanBeTakenBackAndDoneAgain) {
     Fill(grid, {u"No\tA", u"1\ta", u"2\tb"});
     state.autoRecordNumber = true;
-    const auto moveTo = [&](int row) { grid.MoveTo(row, 1); };
-    moveTo(1);
-    InsertRow(grid, state, history);
-    moveTo(2);
-    DeleteRow(grid, state, history);
-    AppendRows(grid, state, history, 2);
-    moveTo(3);
-    DeleteRow(grid, state, history);
-    const char* const states[] = {"No,1,2;A,a,b;", "No,1,2,3;A,,a,b;", "No,1,2;A,,b;", "No,1,2,3,4;A,,b,,;",
-                                  "No,1,2,3;A,,b,;"};
-    EXPECT_EQ(Columns(), states[4]);
-    for (int i = 3; i >= 0; --i) {
+    std::vector<std::string> states{Shown(grid)};
+    const std::pair<int, std::function<void()>> commands[] = {
+        {1, [&] { InsertRow(grid, state, history); }},     {2, [&] { EXPECT_EQ(DeleteRow(grid, state, history), 2); }},
+        {2, [&] { AppendRows(grid, state, history, 2); }}, {4, [&] { EXPECT_EQ(DeleteRow(grid, state, history), 4); }},
+        {2, [&] { DeleteRow(grid, state, history); }},     {2, [&] { DeleteRow(grid, state, history); }},
+        {1, [&] { DeleteRow(grid, state, history); }},
+    };
+    grid.SetTextMatrix(1, 1, u"a");
+    for (const auto& [row, command] : commands) {
+        grid.MoveTo(row, 1);
+        command();
+        states.push_back(Shown(grid));
+    }
+    EXPECT_EQ(states, (std::vector<std::string>{"No,A/1,a/2,b", "No,A/1,/2,a/3,b", "No,A/1,/2,b", "No,A/1,/2,b/3,/4,",
+                                                "No,A/1,/2,b/3,", "No,A/1,/2,", "No,A/1,", "No,A/1,"}))
+        << "of the last row only the record number stays";
+    for (std::size_t i = std::size(commands) - 1; i > 0; --i) {
         EXPECT_TRUE(history.Undo(state));
-        EXPECT_EQ(Columns(), states[i]);
+        EXPECT_EQ(Shown(grid), states[i - 1]);
     }
     EXPECT_FALSE(history.CanUndo());
-    for (int i = 1; i <= 4; ++i) {
+    for (std::size_t i = 1; i < std::size(commands); ++i) {
         EXPECT_TRUE(history.Redo(state));
-        EXPECT_EQ(Columns(), states[i]);
+        EXPECT_EQ(Shown(grid), states[i]);
     }
-    grid.SetRows(2);
-    grid.SetTextMatrix(1, 1, u"last");
-    DeleteRow(grid, state, history);
-    EXPECT_EQ(Columns(), "No,1;A,;");
+}
+
+TEST_F(RowCommands, OfTheLastRowTheTextsComeBack) {
+    Fill(grid, {u"No\tA", u"7\tlast"});
+    EXPECT_EQ(DeleteRow(grid, state, history), 1);
+    EXPECT_EQ(Shown(grid), "No,A/7,");
     history.Undo(state);
-    EXPECT_EQ(Columns(), "No,1;A,last;");
+    EXPECT_EQ(Shown(grid), "No,A/7,last");
 }
 
 TEST_F(RowCommands, RefusedDeletionChangesNothing) {
@@ -99,7 +82,7 @@ TEST_F(RowCommands, RefusedDeletionChangesNothing) {
     grid.SetFixedRows(1);
     grid.SetRows(1);
     EXPECT_THROW(DeleteRow(grid, state, history), RunTimeError) << "there is no row 1 to empty";
-    EXPECT_EQ(Columns(), "No;A;");
+    EXPECT_EQ(Shown(grid), "No,A");
 }
 
 }  // namespace
