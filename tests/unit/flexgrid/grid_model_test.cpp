@@ -21,6 +21,7 @@ struct NaiveRow {
     std::vector<OleColor> colors;
     int height = 240;
     std::int32_t data = 0;
+    bool merged = false;
 };
 
 struct Naive {
@@ -32,7 +33,7 @@ struct Naive {
     int Rows() const { return static_cast<int>(rows.size()); }
     NaiveRow Fresh() const {
         return {std::vector<Text>(static_cast<std::size_t>(cols)),
-                std::vector<OleColor>(static_cast<std::size_t>(cols)), 240, 0};
+                std::vector<OleColor>(static_cast<std::size_t>(cols))};
     }
     Text& At(int row, int col) { return rows[static_cast<std::size_t>(row)].cells[static_cast<std::size_t>(col)]; }
     void SetCols(int count) {
@@ -189,6 +190,9 @@ class Work {
             case 13:
                 if (rowFits && Try([&] { grid_.SetRowData(row, col); }, 0)) {
                     naive_.rows[static_cast<std::size_t>(row)].data = col;
+                }
+                if (rowFits && Try([&] { grid_.SetMergeRow(row, col > 1); }, 0)) {
+                    naive_.rows[static_cast<std::size_t>(row)].merged = col > 1;
                 }
                 break;
             case 14:
@@ -368,6 +372,7 @@ class Work {
             top += expected.height / 15;
             ASSERT_EQ(grid_.RowHeight(row), expected.height);
             ASSERT_EQ(grid_.RowData(row), expected.data);
+            ASSERT_EQ(grid_.MergeRow(row), expected.merged);
             for (int col = 0; col < grid_.Cols(); ++col) {
                 const auto c = static_cast<std::size_t>(col);
                 ASSERT_EQ(grid_.Cell(row, col), TextView(expected.cells[c])) << row << " " << col;

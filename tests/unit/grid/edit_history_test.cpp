@@ -4,9 +4,10 @@
 
 #include <functional>
 #include <optional>
+#include <random>
 
 #include "controls/grid/lifecycle.h"
-#include "controls/grid/paste.h"
+#include "controls/grid/row_commands.h"
 #include "tests/support/portable/failing_allocation.h"
 #include "tests/unit/flexgrid/grid_description.h"
 #include "tests/unit/flexgrid/grid_texts.h"
@@ -16,8 +17,6 @@ namespace qvx::grid {
 namespace {
 
 using flexgrid::Shown;
-
-const char* const original = "No,Name,Qty/1,a,10/2,b,20/3,c,30";
 
 class EditHistoryTest : public ::testing::Test {
   protected:
@@ -32,14 +31,6 @@ class EditHistoryTest : public ::testing::Test {
         const Text before = grid.TextMatrix(row, col);
         grid.SetTextMatrix(row, col, text);
         history->CellChanged(grid.StructureVersion(), row, col, before, text);
-    }
-    void Insert(int row) {
-        history->InsertRows(row, 1, [&] { grid.AddItem({}, row); });
-        Renumber(grid, state);
-    }
-    void Remove(int row) {
-        history->RemoveRows(row, 1, [&] { grid.RemoveItem(row); });
-        Renumber(grid, state);
     }
     std::string Current() const { return std::to_string(grid.Row()) + "," + std::to_string(grid.Col()); }
     // The cells that a step has changed, as hosts are told.
@@ -79,58 +70,82 @@ TEST_F(EditHistoryTest, EditsGoBackAndForth) {
     EXPECT_EQ("No,Name,Qty/1,x,10/2,b,20/3,c,30", Shown(grid));
 }
 
-TEST_F(EditHistoryTest, RowsComeBackAsTheyWere) {
-    grid.SetRowHeight(2, 500);
-    grid.SetRowData(2, 77);
-    grid.MoveTo(2, 1);
-    grid.SetCellForeColor(0xFF);
-    const std::string described = flexgrid::Describe(grid);
-    Edit(2, 1, u"bb");
-    Remove(2);
-    EXPECT_EQ("No,Name,Qty/1,a,10/2,c,30", Shown(grid));
-    EXPECT_EQ("rows ", Report(history->Undo(state), true));
-    EXPECT_EQ("No,Name,Qty/1,a,10/2,bb,20/3,c,30", Shown(grid));
-    history->Undo(state);
-    EXPECT_EQ(described, flexgrid::Describe(grid));
-    history->Redo(state);
-    history->Redo(state);
-    EXPECT_EQ("No,Name,Qty/1,a,10/2,c,30", Shown(grid));
-    EXPECT_FALSE(history->CanRedo());
-}
-
-TEST_F(EditHistoryTest, AnInsertedRowGoesAndComesBackWithWhatTheHostWroteIntoIt) {
-    Insert(2);
-    grid.SetTextMatrix(2, 1, u"by the host");
-    EXPECT_EQ("rows ", Report(history->Undo(state), true));
-    EXPECT_EQ(original, Shown(grid));
-    history->Redo(state);
-    EXPECT_EQ("No,Name,Qty/1,a,10/2,by the host,/3,b,20/4,c,30", Shown(grid));
-    EXPECT_EQ(2, grid.Row());
-    // It may have been the only one.
-    grid.SetRows(1);
-    Insert(1);
-    history->Undo(state);
-    EXPECT_EQ(1, grid.Rows());
-    history->Redo(state);
-    EXPECT_EQ(2, grid.Rows());
-}
-
-TEST_F(EditHistoryTest, AGroupIsOneStepAndItsCellsAreToldFromTheTopLeftOn) {
-    {
-        const EditHistory::Group group(*history);
-        AppendRows(grid, state, *history, 2);
-        for (const auto& [row, col] : {std::pair{4, 1}, {4, 2}, {5, 1}}) Edit(row, col, u"d");
-        EXPECT_FALSE(history->CanUndo()) << "not while it is made";
+// Random commands and groups of edits, taken back and done again in any order, beside what the grid was in between.
+TEST_F(EditHistoryTest, GoesBackAndForthThroughAnything) {
+    std::mt19937 random(11);
+    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    const auto picture = [&] {
+        const std::string all = flexgrid::Describe(grid);
+        return all.substr(all.find('\n'));  // without the cursor
+    };
+    int edits = 0;
+    const auto edit = [&](int row, int col) {
+        const Text kinds[] = {u"", u"\u20AC\xD83D\xDE00", Text(63, u'\xFF'), Text(64, u'x'), Text(1, u'\0')};
+        Text text = kinds[below(5)] + Text(1, static_cast<char16_t>(u'a' + ++edits));
+        if (below(90) == 0) text.resize(20'000, u'\u0416');
+        Edit(row, col, text);
+    };
+    for (const int row : {1, 3}) {
+        grid.SetRowHeight(row, 400 + row);
+        grid.SetRowData(row, row);
+        grid.MoveTo(row, 1);
+        grid.SetCellForeColor(0xFF);
     }
-    const std::string appended = Shown(grid);
-    EXPECT_EQ(std::string(original) + "/4,d,d/5,d,", appended);
+    std::vector<std::string> pictures{picture()};
+    std::size_t at = 0;
+    for (int step = 0; step < 500; ++step) {
+        grid.MoveTo(1 + below(grid.Rows() - 1), 1 + below(2));
+        ASSERT_EQ(history->CanUndo(), at > 0);
+        ASSERT_EQ(history->CanRedo(), at + 1 < pictures.size());
+        const int kind = below(10);
+        if (kind < 3) {
+            at -= history->Undo(state) ? 1 : 0;
+        } else if (kind < 5) {
+            at += history->Redo(state) ? 1 : 0;
+        } else {
+            if (kind == 5 && grid.Rows() > 2) {
+                DeleteRow(grid, state, *history);
+            } else if (kind == 6 && grid.Rows() < 30) {
+                InsertRow(grid, state, *history);
+            } else if (kind == 7 && grid.Rows() < 30) {
+                const EditHistory::Group group(*history);
+                AppendRows(grid, state, *history, 2);
+                edit(grid.Rows() - 2, 2);
+                edit(grid.Rows() - 1, 1);
+                EXPECT_FALSE(history->CanUndo()) << "not while it is made";
+            } else {
+                const EditHistory::Group group(*history);
+                for (int i = below(6); i >= 0; --i) edit(1 + below(grid.Rows() - 1), 1 + below(2));
+            }
+            pictures.resize(++at);
+            pictures.push_back(picture());
+        }
+        ASSERT_EQ(picture(), pictures[at]) << "step " << step;
+    }
+    EXPECT_GT(pictures.size(), 20U);
+}
+
+TEST_F(EditHistoryTest, AVeryLongTextComesBack) {
+    const Text before(9'000'000, u'y');
+    grid.SetTextMatrix(1, 1, before);
+    Edit(1, 1, u"short");
     history->Undo(state);
-    EXPECT_EQ(original, Shown(grid));
-    EXPECT_FALSE(history->CanUndo());
+    EXPECT_TRUE(grid.TextMatrix(1, 1) == before);
+}
+
+TEST_F(EditHistoryTest, WhatTheHostWroteIntoAnInsertedRowComesBackWithIt) {
+    grid.SetRows(1);
+    grid.AddItem(u"1");
+    InsertRow(grid, state, *history);
+    grid.SetTextMatrix(1, 1, u"by the host");
+    EXPECT_EQ("rows ", Report(history->Undo(state), true));
+    EXPECT_EQ("No,Name,Qty/1,,", Shown(grid));
     history->Redo(state);
-    EXPECT_EQ(appended, Shown(grid));
-    EXPECT_EQ("4,1", Current());
-    history->Undo(state);
+    EXPECT_EQ("No,Name,Qty/1,by the host,/2,,", Shown(grid));
+    EXPECT_EQ(1, grid.Row());
+}
+
+TEST_F(EditHistoryTest, CellsOfAStepAreToldFromTheTopLeftOn) {
     {
         const EditHistory::Group group(*history);
         for (const auto& [row, col] : {std::pair{1, 1}, {1, 2}, {2, 1}, {2, 2}}) Edit(row, col, u"x");
@@ -139,38 +154,6 @@ TEST_F(EditHistoryTest, AGroupIsOneStepAndItsCellsAreToldFromTheTopLeftOn) {
     EXPECT_EQ(undone, Report(history->Undo(state), true));
     EXPECT_EQ("1,1 a>x 1,2 10>x 2,1 b>x 2,2 20>x ", Report(history->Redo(state), false));
     EXPECT_EQ(undone, Report(history->Undo(state), true));
-    // A cell that a group changes twice, and neighbours in no order.
-    {
-        const EditHistory::Group group(*history);
-        for (const int col : {2, 1, 2, 1, 0}) Edit(1, col, grid.TextMatrix(1, col) + u"+");
-    }
-    const std::string disordered = Shown(grid);
-    history->Undo(state);
-    EXPECT_EQ(original, Shown(grid));
-    history->Redo(state);
-    EXPECT_EQ(disordered, Shown(grid));
-}
-
-TEST_F(EditHistoryTest, TextsOfEveryKindAndSizeComeBack) {
-    const std::vector<Text> texts{u"\u20AC\xD83D\xDE00",   Text(63, u'\xFF'), Text(64, u'x'),
-                                  Text(20'000, u'\u0416'), Text(1, u'\0'),    u"",
-                                  Text(9'000'000, u'y'),   u"short"};
-    history.emplace(grid, EditHistory::Limits{1000, std::size_t{1} << 30});
-    for (const Text& text : texts) {
-        const EditHistory::Group group(*history);
-        Edit(1, 1, text);
-        Edit(1, 2, text + u"2");
-    }
-    for (std::size_t i = texts.size(); i-- > 0;) {
-        if (i == 0) break;
-        ASSERT_TRUE(history->Undo(state)) << i;
-        EXPECT_TRUE(grid.TextMatrix(1, 1) == texts[i - 1]) << i;
-        EXPECT_TRUE(grid.TextMatrix(1, 2) == texts[i - 1] + u"2") << i;
-    }
-    for (std::size_t i = 1; i < texts.size(); ++i) {
-        ASSERT_TRUE(history->Redo(state)) << i;
-        EXPECT_TRUE(grid.TextMatrix(1, 1) == texts[i]) << i;
-    }
 }
 
 TEST_F(EditHistoryTest, RowsAndColumnsMovedByTheHostBeginItAnew) {
