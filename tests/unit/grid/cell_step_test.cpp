@@ -98,53 +98,62 @@ TEST_F(NavigationTest, ActiveListIsTheColumnOrTheFreeTextEditor) {
     }
 }
 
+constexpr int ctrl = keys::controlMask;
+constexpr int alt = keys::altMask;
+constexpr int shifted = keys::shiftMask;
+using Keys = std::vector<std::pair<int, int>>;  // with what is held
+
 TEST(GridKeys, TableOfKeys) {
+    const std::pair<GridKey, Keys> plain[] = {
+        {GridKey::Tab, {{keys::tab, ctrl}}},
+        {GridKey::ForwardStay, {{keys::enter, 0}}},
+        {GridKey::OpenEditor, {{keys::f2, 0}}},
+        {GridKey::Left, {{keys::left, 0}}},
+        {GridKey::Right, {{keys::right, 0}}},
+        {GridKey::InsertRow, {{keys::insert, 0}}},
+        {GridKey::Paste, {{keys::insert, shifted}, {'V', ctrl}}},
+        {GridKey::Copy, {{keys::insert, ctrl}, {'C', ctrl}}},
+        {GridKey::Cut, {{keys::deleteKey, shifted}, {'X', ctrl}}},
+        {GridKey::Undo, {{'Z', ctrl}}},
+        {GridKey::Redo, {{'Y', ctrl}, {'Z', ctrl | shifted}}},
+        {GridKey::SelectAll, {{'A', ctrl}}},
+        {GridKey::ClearCell, {{keys::deleteKey, 0}}},
+        {GridKey::PassOn,
+         {{keys::right, shifted},
+          {keys::left, ctrl},
+          {keys::insert, alt},
+          {keys::deleteKey, ctrl},
+          {'A', 0},
+          {'C', ctrl | alt}}},
+    };
     struct Case {
         int key;
         int shift;
-        bool autoTab;
         GridKey does;
-        int keyColumn = -1;
-        int colSel = 1;
         int rowSel = 1;
+        int colSel = 1;
         flexgrid::GridSelectionMode mode = flexgrid::GridSelectionMode::free;
+        int keyColumn = -1;
+        bool autoTab = true;
     };
+    constexpr auto free = flexgrid::GridSelectionMode::free;
     constexpr auto byRow = flexgrid::GridSelectionMode::byRow;
     constexpr auto byColumn = flexgrid::GridSelectionMode::byColumn;
-    const Case cases[] = {
-        {keys::tab, keys::controlMask, false, GridKey::Tab},
-        {keys::enter, 0, true, GridKey::ForwardStay},
-        {keys::enter, 0, false, GridKey::Nothing},
-        {keys::f2, 0, true, GridKey::OpenEditor},
-        {keys::left, 0, true, GridKey::Left},
-        {keys::right, 0, false, GridKey::Right},
-        {keys::right, keys::shiftMask, true, GridKey::PassOn},
-        {keys::left, keys::controlMask, true, GridKey::PassOn},
-        {u'A', 0, true, GridKey::PassOn},
-        {keys::enter, 0, true, GridKey::EndEntry, 2},
-        {keys::enter, 0, true, GridKey::ForwardStay, 1},
-        {keys::enter, keys::shiftMask, true, GridKey::Nothing, 2},
-        {keys::insert, 0, true, GridKey::InsertRow},
-        {keys::insert, keys::shiftMask, true, GridKey::Paste},
-        {keys::insert, keys::controlMask, true, GridKey::Copy},
-        {keys::insert, keys::altMask, true, GridKey::PassOn},
-        {keys::deleteKey, keys::shiftMask, true, GridKey::Cut, -1, 2},
-        {'C', keys::controlMask, true, GridKey::Copy},
-        {'X', keys::controlMask, true, GridKey::Cut},
-        {'V', keys::controlMask, true, GridKey::Paste},
-        {'Z', keys::controlMask, true, GridKey::Undo},
-        {'Y', keys::controlMask, true, GridKey::Redo},
-        {'Z', keys::controlMask | keys::shiftMask, true, GridKey::Redo},
-        {'A', keys::controlMask, true, GridKey::SelectAll},
-        {'C', keys::controlMask | keys::altMask, true, GridKey::PassOn},
-        {keys::deleteKey, 0, true, GridKey::ClearCell},
-        {keys::deleteKey, 0, true, GridKey::DeleteRow, -1, 2},
-        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 1, 2},
-        {keys::deleteKey, keys::controlMask, true, GridKey::PassOn, -1, 2},
-        {keys::deleteKey, 0, true, GridKey::DeleteRow, -1, 1, 1, byRow},
-        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 1, 2, byRow},
-        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 2, 1, byColumn},
+    std::vector<Case> cases{
+        {keys::enter, 0, GridKey::Nothing, 1, 1, free, -1, false},
+        {keys::enter, 0, GridKey::EndEntry, 1, 1, free, 2},
+        {keys::enter, 0, GridKey::ForwardStay, 1, 1, free, 1},
+        {keys::enter, shifted, GridKey::Nothing, 1, 1, free, 2},
+        {keys::deleteKey, shifted, GridKey::Cut, 1, 2},
+        {keys::deleteKey, 0, GridKey::DeleteRow, 1, 2},
+        {keys::deleteKey, 0, GridKey::ClearCell, 2, 1},
+        {keys::deleteKey, ctrl, GridKey::PassOn, 1, 2},
+        {keys::deleteKey, 0, GridKey::DeleteRow, 1, 1, byRow},
+        {keys::deleteKey, 0, GridKey::ClearCell, 2, 1, byRow},
+        {keys::deleteKey, 0, GridKey::ClearCell, 1, 2, byColumn},
     };
+    for (const auto& [does, pressed] : plain)
+        for (const auto& [key, held] : pressed) cases.push_back({key, held, does});
     flexgrid::Grid grid;
     Fill(grid, {u"No\tA\tB", u"1\ta\t", u"2\t\t"});
     for (const Case& c : cases) {
@@ -171,44 +180,34 @@ TEST(EditorKeys, TableOfKeys) {
     // Texts of scripts that run from right to left: the start is at the right.
     const Caret hebrewStart{0, 0, 3, true}, hebrewEnd{3, 0, 3, true}, hebrewEmpty{0, 0, 0, true};
     struct Case {
-        int key;
-        int shift;
-        Caret caret;
-        bool list;
         EditorKey does;
+        Keys pressed;
+        std::vector<Caret> carets;
+        bool list = false;
     };
     const Case cases[] = {
-        {keys::left, 0, atStart, false, EditorKey::CommitLeft},
-        {keys::left, 0, inside, false, EditorKey::PassOn},
-        {keys::left, 0, all, false, EditorKey::PassOn},
-        {keys::left, 0, empty, true, EditorKey::CommitLeft},
-        {keys::left, keys::shiftMask, atStart, false, EditorKey::PassOn},
-        {keys::right, 0, atEnd, true, EditorKey::CommitRight},
-        {keys::right, 0, inside, false, EditorKey::PassOn},
-        {keys::right, 0, empty, false, EditorKey::CommitRight},
-        {keys::right, keys::controlMask, atEnd, false, EditorKey::PassOn},
-        {keys::left, 0, hebrewStart, false, EditorKey::PassOn},
-        {keys::left, 0, hebrewEnd, false, EditorKey::CommitLeft},
-        {keys::right, 0, hebrewStart, false, EditorKey::CommitRight},
-        {keys::right, 0, hebrewEnd, true, EditorKey::PassOn},
-        {keys::left, 0, hebrewEmpty, false, EditorKey::CommitLeft},
-        {keys::right, 0, hebrewEmpty, false, EditorKey::CommitRight},
-        {keys::up, 0, inside, false, EditorKey::CommitUp},
-        {keys::down, 0, inside, false, EditorKey::CommitDown},
-        {keys::up, 0, inside, true, EditorKey::PassOn},
-        {keys::down, 0, inside, true, EditorKey::PassOn},
-        {keys::down, keys::altMask, inside, false, EditorKey::Nothing},
-        {keys::f4, 0, inside, false, EditorKey::Nothing},
-        {keys::pageDown, 0, inside, false, EditorKey::CommitPage},
-        {keys::pageDown, 0, inside, true, EditorKey::PassOn},
-        {keys::escape, 0, inside, true, EditorKey::Abandon},
-        {keys::enter, 0, inside, false, EditorKey::CommitForwardStay},
-        {keys::enter, keys::controlMask, inside, false, EditorKey::CommitForwardStay},
-        {keys::home, 0, inside, false, EditorKey::PassOn},
+        {EditorKey::CommitLeft, {{keys::left, 0}}, {atStart, hebrewEnd, hebrewEmpty}},
+        {EditorKey::CommitLeft, {{keys::left, 0}}, {empty}, true},
+        {EditorKey::PassOn, {{keys::left, 0}}, {inside, all, hebrewStart}},
+        {EditorKey::PassOn, {{keys::left, shifted}}, {atStart}},
+        {EditorKey::CommitRight, {{keys::right, 0}}, {empty, hebrewStart, hebrewEmpty}},
+        {EditorKey::CommitRight, {{keys::right, 0}}, {atEnd}, true},
+        {EditorKey::PassOn, {{keys::right, 0}}, {inside, hebrewEnd}},
+        {EditorKey::PassOn, {{keys::right, ctrl}}, {atEnd}},
+        {EditorKey::CommitUp, {{keys::up, 0}}, {inside}},
+        {EditorKey::CommitDown, {{keys::down, 0}}, {inside}},
+        {EditorKey::CommitPage, {{keys::pageDown, 0}}, {inside}},
+        {EditorKey::PassOn, {{keys::up, 0}, {keys::down, 0}, {keys::pageDown, 0}}, {inside}, true},
+        {EditorKey::Nothing, {{keys::down, alt}, {keys::f4, 0}}, {inside}},
+        {EditorKey::Abandon, {{keys::escape, 0}}, {inside}, true},
+        {EditorKey::CommitForwardStay, {{keys::enter, 0}, {keys::enter, ctrl}}, {inside}},
+        {EditorKey::PassOn, {{keys::home, 0}}, {inside}},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(DecideEditorKey(c.key, c.shift, c.caret, c.list, {}), c.does)
-            << c.key << " shift " << c.shift << " caret " << c.caret.start << (c.list ? " list" : "");
+        for (const auto& [key, held] : c.pressed)
+            for (const Caret& caret : c.carets)
+                EXPECT_EQ(DecideEditorKey(key, held, caret, c.list, {}), c.does)
+                    << key << " held " << held << " caret " << caret.start << (c.list ? " list" : "");
     ControlState noAutoTab;
     noAutoTab.autoTab = false;
     EXPECT_EQ(DecideEditorKey(keys::enter, keys::shiftMask, inside, false, noAutoTab), EditorKey::Commit);
@@ -237,37 +236,25 @@ TEST(EditorKeys, ThatMeanNothingAloneLeaveTheEditorOutOfSight) {
 }
 
 TEST(KeepsKey, TellsTheGridsKeysFromItsHosts) {
-    constexpr int ctrl = keys::controlMask;
-    struct Case {
-        int key;
-        int shift;
+    const struct {
         bool whileOpen;
         bool whileClosed;
-    };
-    const Case cases[] = {
-        {'A', 0, true, true},
-        {keys::down, 0, true, true},
-        {keys::escape, 0, true, false},
-        {keys::f4, 0, true, false},
-        {keys::enter, 0, true, true},
-        {keys::enter, ctrl, true, false},
-        {keys::f2, 0, true, true},
-        {keys::f2, keys::shiftMask, false, false},
-        {keys::f24, 0, false, false},
+        Keys pressed;
+    } cases[] = {
+        {true, true, {{'A', 0}, {keys::down, 0}, {keys::enter, 0}, {keys::f2, 0}}},
+        {true, false, {{keys::escape, 0}, {keys::f4, 0}, {keys::enter, ctrl}}},
+        {false, false, {{keys::f2, shifted}, {keys::f24, 0}}},
         // Clipboard and undo work on the grid and in an editor; nearly all else with Ctrl is the host's menus'.
-        {'C', ctrl, true, true},
-        {'Z', ctrl, true, true},
-        {'Z', ctrl | keys::shiftMask, true, true},
-        {'Z', ctrl | keys::altMask, true, false},
-        {keys::insert, ctrl, true, true},
-        {keys::insert, keys::shiftMask, true, true},
-        {keys::backspace, ctrl, true, false},
-        {'S', ctrl, false, false},
-        {'Q', ctrl | keys::altMask, true, false},  // types "@" on many keyboards
+        {true, true, {{'C', ctrl}, {'Z', ctrl}, {'Z', ctrl | shifted}, {keys::insert, ctrl}, {keys::insert, shifted}}},
+        {true, false, {{'Z', ctrl | alt}, {keys::backspace, ctrl}}},
+        {false, false, {{'S', ctrl}}},
+        {true, false, {{'Q', ctrl | alt}}},  // types "@" on many keyboards
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(KeepsKey(c.key, c.shift, true), c.whileOpen) << c.key << " shift " << c.shift;
-        EXPECT_EQ(KeepsKey(c.key, c.shift, false), c.whileClosed) << c.key << " shift " << c.shift;
+    for (const auto& c : cases) {
+        for (const auto& [key, held] : c.pressed) {
+            EXPECT_EQ(KeepsKey(key, held, true), c.whileOpen) << key << " held " << held;
+            EXPECT_EQ(KeepsKey(key, held, false), c.whileClosed) << key << " held " << held;
+        }
     }
 }
 

@@ -89,17 +89,12 @@ TEST(FirstDuplicate, IsThePairThatComparingAllFinds) {
 TEST(HashOfKey, TellsTextsApart) {
     std::set<std::uint64_t> hashes;
     std::size_t count = 0;
-    for (std::size_t length = 0; length < 20; ++length) {
-        for (std::size_t change = 0; change <= length; ++change) {
-            Text text(length, u'a');
-            if (change < length) text[change] = u'b';
-            hashes.insert(HashOfKey(flexgrid::CellView(text.data(), text.size())));
-            ++count;
+    for (std::size_t length = 1; length < 20; ++length) {
+        for (std::size_t change = 0; change <= length; ++change, ++count) {
+            Text text(length + 1, u'\0');
+            text[change] = u'b';
+            hashes.insert(HashOfKey(flexgrid::CellView(text.data(), length)));
         }
-    }
-    for (int zeros = 1; zeros < 20; ++zeros, ++count) {
-        const Text text(static_cast<std::size_t>(zeros), u'\0');
-        hashes.insert(HashOfKey(flexgrid::CellView(text.data(), text.size())));
     }
     EXPECT_EQ(hashes.size(), count);
 }

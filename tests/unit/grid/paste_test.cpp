@@ -57,55 +57,39 @@ TEST_F(PasteTest, CutsTextsToTheColumnsLength) {
 }
 
 TEST_F(PasteTest, ReachesTheCellsFromTheFirstSelectedOneOn) {
+    const std::string first = "1,a,10,1.5,Cherry,x,k1/";
+    const std::string second = "2,b,20,2.5,,y,k2/";
+    const std::string third = "3,c,30,3.5,Apple,z,k3";
     const struct {
-        int row, col, rowSel, colSel;
-        const char16_t* text;
-        std::vector<const char*> rows;
+        flexgrid::Cursor selected;
+        TextView text;
+        std::string rows;
     } cases[] = {
-        {1, name, 1, name, u"x\t5\r\ny", {"1|x|5|1.5|Cherry|x|k1", "2|y|20|2.5||y|k2", "3|c|30|3.5|Apple|z|k3"}},
-        {2, qty, 1, name, u"x\t5\r\n", {"1|x|5|1.5|Cherry|x|k1", "2|b|20|2.5||y|k2", "3|c|30|3.5|Apple|z|k3"}},
+        {{1, name, 1, name}, u"x\t5\r\ny", "1,x,5,1.5,Cherry,x,k1/2,y,20,2.5,,y,k2/" + third},
+        {{2, qty, 1, name}, u"x\t5\r\n", "1,x,5,1.5,Cherry,x,k1/" + second + third},
         // One value goes everywhere.
-        {1, name, 2, qty, u"7", {"1|7|7|1.5|Cherry|x|k1", "2|7|7|2.5||y|k2", "3|c|30|3.5|Apple|z|k3"}},
-        {1, name, 2, qty, u"7\n", {"1|7|7|1.5|Cherry|x|k1", "2|7|7|2.5||y|k2", "3|c|30|3.5|Apple|z|k3"}},
+        {{1, name, 2, qty}, u"7\n", "1,7,7,1.5,Cherry,x,k1/2,7,7,2.5,,y,k2/" + third},
         // Below the last row and behind the last column nothing is.
-        {3,
-         rate,
-         3,
-         rate,
-         u"1\tba\tq\tq\tq\tq\r\n2\tap\r\n",
-         {"1|a|10|1.5|Cherry|x|k1", "2|b|20|2.5||y|k2", "3|c|30|1|Banana|z|k3"}},
+        {{3, rate, 3, rate}, u"1\tba\tq\tq\tq\tq\r\n2\tap\r\n", first + second + "3,c,30,1,Banana,z,k3"},
         // Fixed cells keep their texts, and their places in the rectangle.
-        {0, no, 0, no, u"H\tH\n9\tx\n", {"1|x|10|1.5|Cherry|x|k1", "2|b|20|2.5||y|k2", "3|c|30|3.5|Apple|z|k3"}},
+        {{0, no, 0, no}, u"H\tH\n9\tx\n", "1,x,10,1.5,Cherry,x,k1/" + second + third},
         // Cleaned by their columns: digits, numerics, entries of the list.
-        {2,
-         qty,
-         2,
-         qty,
-         u"3.75%\t12abc\tzzz",
-         {"1|a|10|1.5|Cherry|x|k1", "2|b|375|12|Apple|y|k2", "3|c|30|3.5|Apple|z|k3"}},
-        {1, qty, 1, qty, u"\t\tzzz", {"1|a|0|0|Cherry|x|k1", "2|b|20|2.5||y|k2", "3|c|30|3.5|Apple|z|k3"}},
-        {2, item, 2, item, u"\r\nCH", {"1|a|10|1.5|Cherry|x|k1", "2|b|20|2.5||y|k2", "3|c|30|3.5|Cherry|z|k3"}},
+        {{2, qty, 2, qty}, u"3.75%\t12abc\tzzz", first + "2,b,375,12,Apple,y,k2/" + third},
+        {{1, qty, 1, qty}, u"\t\tzzz", "1,a,0,0,Cherry,x,k1/" + second + third},
+        {{2, item, 2, item}, u"\r\nCH", first + second + "3,c,30,3.5,Cherry,z,k3"},
     };
-    const Text before = [&] {
-        grid.Select(0, 0, 3, key);
-        return grid.Clip();
-    }();
-    for (const auto& test : cases) {
+    const std::string headers = "No,Name,Qty,Rate,Item,Locked,Key/";
+    for (const auto& c : cases) {
         for (const bool listens : {false, true}) {
-            grid.Select(0, 0, 3, key);
-            grid.SetClip(before);
-            const std::string headers = Row(0);
+            SCOPED_TRACE(Narrow(c.text));
             host.listens = listens;
-            grid.Select(test.row, test.col, test.rowSel, test.colSel);
-            Paste(test.text);
-            for (int row = 1; row <= 3; ++row)
-                EXPECT_EQ(test.rows[static_cast<std::size_t>(row - 1)], Row(row)) << Narrow(test.text) << listens;
-            EXPECT_EQ(headers, Row(0));
+            grid.Select(c.selected.row, c.selected.col, c.selected.rowSel, c.selected.colSel);
+            Paste(c.text);
+            EXPECT_EQ(flexgrid::Shown(grid), headers + c.rows);
             EXPECT_TRUE(std::exchange(state.changed, false));
             ASSERT_TRUE(history.Undo(state));
             state.changed = false;
-            grid.Select(0, 0, 3, key);
-            EXPECT_EQ(before, grid.Clip()) << "one step takes it back: " << Narrow(test.text) << listens;
+            EXPECT_EQ(flexgrid::Shown(grid), headers + first + second + third) << "one step takes it back";
         }
     }
 }

@@ -168,8 +168,8 @@ TEST(ClearRow, RowsThatAreNotThereRaiseTheGridsError) {
         EXPECT_EQ(ErrorOf([&] { ClearRow(grid, row, u"All", {}); }), 381) << row;
         EXPECT_NO_THROW(ClearRow(grid, row, u";none;", {})) << "no cell is touched";
     }
-    EXPECT_NO_THROW(ClearRow(grid, 0, u"All", {})) << "a header may be cleared";
-    EXPECT_EQ(Shown(grid), "N,/1,a");
+    ClearRow(grid, 0, u"All", {});
+    EXPECT_EQ(Shown(grid), "N,/1,a") << "a header may be cleared";
 }
 
 }  // namespace
