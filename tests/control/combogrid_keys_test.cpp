@@ -59,6 +59,8 @@ TEST(ComboGridKeys, DeleteOfASelectedRowAsksFirst) {
         EXPECT_EQ(form.Log(), c.events);
         EXPECT_EQ(form.Number(L"Changed") != 0, c.yes);
         EXPECT_EQ(form.Column(F::no), c.numbers);
+        form.Press('Z', {VK_CONTROL});
+        EXPECT_EQ(form.Column(F::name), c.rows == 1 ? "a/" : "a/b/c/");
     }
 }
 

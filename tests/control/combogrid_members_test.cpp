@@ -126,14 +126,12 @@ TEST(ComboGridSaving, OnlyIndexZeroOfIndexedMembersIsKept) {
 TEST(ComboGridMembers, NobodyHearsOfTheCursorWhileItIsRead) {
     F form({{L"Rows", Variant(2)}});
     const auto bag = SaveToBag(form.container.Control());
-    const auto stream = SaveToStream(form.container.Control());
     const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
     const auto innerEvents = MakeObject<EventRecorder>();
     const Connection connection(inner.get(), __uuidof(__FlexGrid), innerEvents.get());
     const auto control = Query<IOleControl>(form.container.Control());
     const std::pair<const char*, std::function<void()>> cases[] = {
         {"bag", [&] { EXPECT_EQ(S_OK, LoadFromBag(form.container.Control(), bag.get())); }},
-        {"stream", [&] { EXPECT_EQ(S_OK, LoadFromStream(form.container.Control(), stream)); }},
         {"frozen",
          [&] {
              control->FreezeEvents(TRUE);

@@ -36,10 +36,6 @@ TEST(ComboGridRecords, Go) {
     form.Fill(rows);
     Call(form.grid.get(), L"RemoveEmptyRows", {Variant(false)});
     EXPECT_EQ("a/d/", form.Column(F::name));
-    Put(form.grid.get(), L"Changed", {Variant(true)});
-    Call(form.grid.get(), L"RemoveAllRecords");
-    EXPECT_EQ("/", form.Column(F::name));
-    EXPECT_EQ(false, Call(form.grid.get(), L"Changed").ToBool());
 }
 
 TEST(ComboGridRecords, CellsAreSetButNotCleared) {
@@ -75,7 +71,6 @@ TEST(ComboGridRecords, SetCellMovesTheCursorAndTheFocus) {
     // From a window elsewhere, to the current cell.
     SetFocus(form.container.Window());
     Call(form.grid.get(), L"SetCell", {Variant(2), Variant(int{F::qty}), Variant(u"4"), Variant(true)});
-    EXPECT_EQ(u"4", form.Cell(2, F::qty));
     EXPECT_EQ(form.InnerGrid(), GetFocus());
 }
 
@@ -162,6 +157,7 @@ TEST(ComboGridRecords, AnOpenEditIsFinishedFirst) {
         EXPECT_EQ(nullptr, form.Frame());
         EXPECT_EQ("2(2, 1, second, typed, False)\n", form.Log()) << "told before the rows move";
         EXPECT_EQ(method == std::wstring_view(L"RemoveAllRecords") ? "/" : "first/typed/", form.Column(F::name));
+        EXPECT_EQ(method != std::wstring_view(L"RemoveAllRecords"), Call(form.grid.get(), L"Changed").ToBool());
     }
 }
 

@@ -8,7 +8,7 @@
 
 #include "drawing/recording_surface.h"
 #include "tests/support/portable/failing_allocation.h"
-#include "tests/unit/flexgrid/grid_description.h"
+#include "tests/unit/flexgrid/grid_texts.h"
 #include "widgets/flexgrid/grid.h"
 #include "widgets/flexgrid/paint.h"
 #include "widgets/flexgrid/view.h"

@@ -273,26 +273,23 @@ class Work {
         const auto inside = [&] { return grid_.Cell(top, left); };
         const bool own = !inside().IsLatin1();
         const Text filled = own ? inside().ToText() : text;
-        if (kind == 0 && Try([&] { grid_.SetText(own ? inside().Wide() : TextView(text)); }, 0)) {
+        const auto fill = [&](auto change) {
             for (int row = top; row <= bottom; ++row) {
                 for (int col = left; col <= right; ++col) {
-                    naive_.At(row, col) = filled;
+                    change(naive_.rows[static_cast<std::size_t>(row)], static_cast<std::size_t>(col));
                 }
             }
+        };
+        if (kind == 0 && Try([&] { grid_.SetText(own ? inside().Wide() : TextView(text)); }, 0)) {
+            fill([&](NaiveRow& row, std::size_t col) { row.cells[col] = filled; });
         } else if (kind == 1 && Try([&] { grid_.SetClip(clip); }, 0)) {
-            naive_.At(top, left) = text;
-            if (right > left) {
-                naive_.At(top, left + 1) = text;
-            }
-            if (bottom > top) {
-                naive_.At(top + 1, left) = text;
+            for (const auto& [row, col] : {std::pair{top, left}, {top, left + 1}, {top + 1, left}}) {
+                if (row <= bottom && col <= right) {
+                    naive_.At(row, col) = text;
+                }
             }
         } else if (kind == 2 && Try([&] { grid_.SetCellBackColor(color); }, 0)) {
-            for (int row = top; row <= bottom; ++row) {
-                for (int col = left; col <= right; ++col) {
-                    naive_.rows[static_cast<std::size_t>(row)].colors[static_cast<std::size_t>(col)] = color;
-                }
-            }
+            fill([&](NaiveRow& row, std::size_t col) { row.colors[col] = color; });
         }
         grid_.SetFillStyle(GridFillStyle::single);
     }

@@ -1,6 +1,7 @@
-// The common parts of the grid's tests: filling and reading it, and the errors that it raises.
+// The common parts of the grid's tests: filling it, a grid as text, and the errors that it raises.
 #pragma once
 
+#include <sstream>
 #include <string>
 
 #include "widgets/flexgrid/grid.h"
@@ -41,6 +42,48 @@ inline void Load(Grid& grid, int fixedRows, int fixedCols, int cols, TextView bl
     grid.AddItems(block);
     grid.SetFixedRows(fixedRows);
     grid.SetFixedCols(fixedCols);
+}
+
+inline std::string Bytes(TextView text) {
+    std::string bytes;
+    for (const char16_t unit : text) {
+        bytes += unit < 0x80 ? std::string(1, static_cast<char>(unit)) : "<" + std::to_string(unit) + ">";
+    }
+    return bytes;
+}
+
+inline void DescribeFormat(std::ostream& out, const CellFormat& format) {
+    out << '{' << format.backColor << ' ' << format.foreColor << ' ' << Bytes(format.fontName.value_or(u"-")) << ' '
+        << format.fontSize.value_or(-1) << ' ' << format.fontBold.value_or(false)
+        << static_cast<int>(format.alignment.value_or(GridAlignment::general)) << '}';
+}
+
+// Returns all observable values of a grid.
+inline std::string Describe(const Grid& grid) {
+    std::ostringstream out;
+    const Cursor cursor = grid.CurrentCursor();
+    out << grid.Rows() << 'x' << grid.Cols() << " fixed " << grid.FixedRows() << 'x' << grid.FixedCols() << " cursor "
+        << cursor.row << ',' << cursor.col << '-' << cursor.rowSel << ',' << cursor.colSel << " view " << grid.TopRow()
+        << ',' << grid.LeftCol() << " font " << Bytes(grid.Font().face) << ' ' << grid.Font().points << ' '
+        << grid.RowHeightMin() << " format " << Bytes(grid.FormatString()) << "\ncolumns";
+    for (int col = 0; col < grid.Cols(); ++col) {
+        out << " [" << grid.ColWidth(col) << ' ' << static_cast<int>(grid.ColAlignment(col))
+            << static_cast<int>(grid.FixedAlignment(col)) << ' ' << grid.ColData(col) << ' ' << grid.MergeCol(col)
+            << ' ' << grid.ColLeft(col) << ']';
+    }
+    for (int row = 0; row < grid.Rows(); ++row) {
+        out << '\n'
+            << row << ": " << grid.RowHeight(row) << ' ' << grid.RowTop(row) << ' ' << grid.RowData(row) << ' '
+            << grid.MergeRow(row) << ' ';
+        for (int col = 0; col < grid.Cols(); ++col) {
+            out << '|' << Bytes(grid.TextMatrix(row, col));
+            if (const CellFormat* format = grid.FormatOf(row, col)) {
+                DescribeFormat(out, *format);
+                out << Bytes(grid.FontOf(row, col).face);
+            }
+        }
+    }
+    return out.str();
 }
 
 }  // namespace qvx::flexgrid

@@ -18,7 +18,6 @@
 #include "controls/grid/row_operations.h"
 #include "controls/grid/validation.h"
 #include "tests/support/portable/failing_allocation.h"
-#include "tests/unit/flexgrid/grid_description.h"
 #include "tests/unit/flexgrid/grid_texts.h"
 #include "tests/unit/grid/editor_host.h"
 

@@ -9,7 +9,6 @@
 #include "controls/grid/lifecycle.h"
 #include "controls/grid/row_commands.h"
 #include "tests/support/portable/failing_allocation.h"
-#include "tests/unit/flexgrid/grid_description.h"
 #include "tests/unit/flexgrid/grid_texts.h"
 #include "tests/unit/grid/grid_fixture.h"
 
