@@ -34,6 +34,12 @@ bool PassedOn(DISPID event) {
 
 }  // namespace
 
+int ErrorOf(IDispatch* object, const wchar_t* member, WORD flags, const std::vector<Variant>& arguments) {
+    std::vector<VARIANT> raw;
+    for (const Variant& argument : arguments) raw.push_back(argument.get());
+    return Invoke(object, member, flags, raw).scode & 0xFFFF;
+}
+
 void Answer(DISPPARAMS& arguments, bool value) {
     // Arguments come from right to left.
     VARIANT& last = arguments.rgvarg[0];

@@ -173,7 +173,7 @@ TEST(ComboGridHandlers, MayTakeEverythingAwayFromUnderACall) {
             form.Pump();
             EXPECT_NE(FALSE, HeapValidate(GetProcessHeap(), 0, nullptr));
             if (c.closesOnly) {
-                EXPECT_EQ(Invoke(inner.get(), L"Rows", DISPATCH_PROPERTYGET, {}).scode & 0xFFFF, 364) << "still held";
+                EXPECT_EQ(ErrorOf(inner.get(), L"Rows", DISPATCH_PROPERTYGET), 364) << "still held";
             }
         }
     }

@@ -27,13 +27,6 @@ ComPtr<IDispatch> Loaded(const std::vector<std::pair<std::wstring, Variant>>& va
     return control.As<IDispatch>();
 }
 
-// The number of the error that a call raises; 0 for none.
-int ErrorOf(IDispatch* object, const wchar_t* member, WORD flags, const std::vector<Variant>& arguments) {
-    std::vector<VARIANT> raw;
-    for (const Variant& argument : arguments) raw.push_back(argument.get());
-    return Invoke(object, member, flags, raw).scode & 0xFFFF;
-}
-
 TEST(ComboGridSaving, AnEmptyBagGivesThreeRowsAndAFixedColumnThatWaits) {
     const auto grid = Loaded({});
     EXPECT_EQ("3 1 0 0 ", CountsOf(grid.get()));

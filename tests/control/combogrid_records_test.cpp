@@ -24,8 +24,6 @@ VARIANT Reference(VARTYPE type, void* variable) {
 
 VARIANT Reference(Variant& variable) { return Reference(VT_VARIANT, variable.ptr()); }
 
-int ErrorOf(const CallResult& call) { return static_cast<int>(call.scode & 0xFFFF); }
-
 TEST(ComboGridRecords, Go) {
     F form({{L"KeyColumn", Variant(int{F::rate})}, {L"AutoRecordNumber", Variant(true)}});
     const std::vector<std::vector<const char16_t*>> rows{{u"a", u"1", u""}, {u"", u"0", u""}, {u"d", u"", u"5"}};
@@ -40,10 +38,9 @@ TEST(ComboGridRecords, Go) {
 
 TEST(ComboGridRecords, CellsAreSetButNotCleared) {
     F form;
-    const auto set = [&](int row, const std::vector<Variant>& more) {
-        std::vector<VARIANT> arguments{Variant(row).get(), Variant(int{F::name}).get()};
-        for (const Variant& argument : more) arguments.push_back(argument.get());
-        return ErrorOf(Invoke(form.grid.get(), L"SetCell", DISPATCH_METHOD, arguments));
+    const auto set = [&](int row, std::vector<Variant> more) {
+        more.insert(more.begin(), {Variant(row), Variant(int{F::name})});
+        return ErrorOf(form.grid.get(), L"SetCell", DISPATCH_METHOD, more);
     };
     set(1, {Variant(u"new")});
     for (const std::vector<Variant>& none :
@@ -199,7 +196,7 @@ class Products : public ::testing::Test {
     double Product(VARIANT columns, int col2Set = -1) {
         const CallResult call =
             Invoke(form_.grid.get(), L"GetProductOf", DISPATCH_METHOD, {Variant(col2Set).get(), columns});
-        return FAILED(call.result) ? -1000 - ErrorOf(call) : call.value.ToDouble().value_or(-1);
+        return FAILED(call.result) ? -1000 - (call.scode & 0xFFFF) : call.value.ToDouble().value_or(-1);
     }
     F form_;
 };

@@ -64,6 +64,7 @@ TEST(GridCounts, Refusals) {
         {"left column past the end", 30010, [](Grid& g) { g.SetLeftCol(2); }},
         {"text index past the end", 381, [](Grid& g) { (void)g.TextArray(4); }},
         {"text index below 0", 381, [](Grid& g) { g.SetTextArray(-1, u"x"); }},
+        {"the last row removed", 30015, [](Grid& g) { g.RemoveItem(1); }},
         {"width below -1", 380, [](Grid& g) { g.SetColWidth(0, -2); }},
         {"height below -1", 380, [](Grid& g) { g.SetRowHeight(0, -2); }},
         {"width of no column", 30010, [](Grid& g) { g.SetColWidth(2, 100); }},
@@ -78,17 +79,9 @@ TEST(GridCounts, Refusals) {
         EXPECT_EQ(Shown(grid), ",/,kept") << test.what;
         EXPECT_EQ(grid.FixedRows() + grid.FixedCols(), 2) << test.what;
     }
-    const auto words = [](void (*call)(Grid&)) {
-        Grid grid;
-        try {
-            call(grid);
-        } catch (const RunTimeError& error) {
-            return Text(error.Description());
-        }
-        return Text();
-    };
-    EXPECT_EQ(words([](Grid& g) { g.SetRow(9); }), u"Invalid Row value.");
-    EXPECT_EQ(words([](Grid& g) { g.SetCol(9); }), u"Invalid Col value.");
+    Grid grid;
+    EXPECT_EQ(test::RaisedBy([&] { grid.SetRow(9); }).words, u"Invalid Row value.");
+    EXPECT_EQ(test::RaisedBy([&] { grid.SetCol(9); }).words, u"Invalid Col value.");
 }
 
 TEST(GridCounts, FixedCountWaitsForColumnsAndRows) {

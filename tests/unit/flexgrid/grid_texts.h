@@ -4,20 +4,13 @@
 #include <sstream>
 #include <string>
 
+#include "tests/support/error_of.h"
+#include "tests/support/narrow.h"
 #include "widgets/flexgrid/grid.h"
 
 namespace qvx::flexgrid {
 
-// Returns the number of the error that a call raises, 0 when it raises none.
-template <class Call>
-int ErrorOf(Call call) {
-    try {
-        call();
-    } catch (const RunTimeError& error) {
-        return error.Number();
-    }
-    return 0;
-}
+using test::ErrorOf;
 
 // Returns all rows as one text, "a,b/c,d".
 inline std::string Shown(const Grid& grid) {
@@ -26,9 +19,7 @@ inline std::string Shown(const Grid& grid) {
         shown += row > 0 ? "/" : "";
         for (int col = 0; col < grid.Cols(); ++col) {
             shown += col > 0 ? "," : "";
-            for (const char16_t unit : grid.TextMatrix(row, col)) {
-                shown += static_cast<char>(unit);
-            }
+            shown += test::Narrow(grid.TextMatrix(row, col));
         }
     }
     return shown;

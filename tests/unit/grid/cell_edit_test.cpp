@@ -11,7 +11,7 @@ namespace {
 using flexgrid::GridAppearance;
 using flexgrid::GridBorder;
 
-class CellEditTest : public ::testing::Test {
+class CellEditTest : public EntryGridTest {
   protected:
     CellEditTest() { Prepare(); }
     void Prepare() {
@@ -39,9 +39,6 @@ class CellEditTest : public ::testing::Test {
     std::string Cell(int row, int col) const { return Narrow(grid.TextMatrix(row, col)); }
     std::string Edited() const { return std::to_string(state.editRow) + "," + std::to_string(state.editCol); }
 
-    flexgrid::Grid grid;
-    ControlState state;
-    EditHistory history{grid};
     EditorHost host{grid};
 };
 

@@ -12,7 +12,7 @@ namespace {
 using Kind = CellStep::Kind;
 
 // Columns: No (fixed), A, B (hidden), C (inactive), D (non-focus), E; three data rows.
-class NavigationTest : public ::testing::Test {
+class NavigationTest : public EntryGridTest {
   protected:
     NavigationTest() {
         Fill(grid, {u"No\tA\tB\tC\tD\tE", u"1", u"2", u"3"});
@@ -24,8 +24,6 @@ class NavigationTest : public ::testing::Test {
         grid.MoveTo(row, col);
         return StepForward(grid, state, leave);
     }
-    flexgrid::Grid grid;
-    ControlState state;
 };
 
 TEST_F(NavigationTest, ForwardSkipsWhatMayNotBeEnteredAndWraps) {
@@ -121,6 +119,9 @@ TEST(GridKeys, TableOfKeys) {
         {GridKey::PassOn,
          {{keys::right, shifted},
           {keys::left, ctrl},
+          {keys::f2, alt},
+          {keys::down, 0},
+          {'Z', shifted},
           {keys::insert, alt},
           {keys::deleteKey, ctrl},
           {'A', 0},
@@ -188,11 +189,11 @@ TEST(EditorKeys, TableOfKeys) {
     const Case cases[] = {
         {EditorKey::CommitLeft, {{keys::left, 0}}, {atStart, hebrewEnd, hebrewEmpty}},
         {EditorKey::CommitLeft, {{keys::left, 0}}, {empty}, true},
-        {EditorKey::PassOn, {{keys::left, 0}}, {inside, all, hebrewStart}},
+        {EditorKey::PassOn, {{keys::left, 0}}, {inside, atEnd, all, hebrewStart}},
         {EditorKey::PassOn, {{keys::left, shifted}}, {atStart}},
         {EditorKey::CommitRight, {{keys::right, 0}}, {empty, hebrewStart, hebrewEmpty}},
         {EditorKey::CommitRight, {{keys::right, 0}}, {atEnd}, true},
-        {EditorKey::PassOn, {{keys::right, 0}}, {inside, hebrewEnd}},
+        {EditorKey::PassOn, {{keys::right, 0}}, {inside, all, hebrewEnd}},
         {EditorKey::PassOn, {{keys::right, ctrl}}, {atEnd}},
         {EditorKey::CommitUp, {{keys::up, 0}}, {inside}},
         {EditorKey::CommitDown, {{keys::down, 0}}, {inside}},
@@ -201,7 +202,7 @@ TEST(EditorKeys, TableOfKeys) {
         {EditorKey::Nothing, {{keys::down, alt}, {keys::f4, 0}}, {inside}},
         {EditorKey::Abandon, {{keys::escape, 0}}, {inside}, true},
         {EditorKey::CommitForwardStay, {{keys::enter, 0}, {keys::enter, ctrl}}, {inside}},
-        {EditorKey::PassOn, {{keys::home, 0}}, {inside}},
+        {EditorKey::PassOn, {{keys::home, 0}, {keys::deleteKey, 0}, {keys::f2, 0}, {keys::f4, alt}}, {inside}},
     };
     for (const Case& c : cases)
         for (const auto& [key, held] : c.pressed)
@@ -241,9 +242,11 @@ TEST(KeepsKey, TellsTheGridsKeysFromItsHosts) {
         bool whileClosed;
         Keys pressed;
     } cases[] = {
-        {true, true, {{'A', 0}, {keys::down, 0}, {keys::enter, 0}, {keys::f2, 0}}},
+        {true,
+         true,
+         {{'A', 0}, {keys::down, 0}, {keys::home, ctrl}, {keys::deleteKey, 0}, {keys::enter, 0}, {keys::f2, 0}}},
         {true, false, {{keys::escape, 0}, {keys::f4, 0}, {keys::enter, ctrl}}},
-        {false, false, {{keys::f2, shifted}, {keys::f24, 0}}},
+        {false, false, {{keys::f2, shifted}, {keys::f1, 0}, {keys::f24, 0}}},
         // Clipboard and undo work on the grid and in an editor; nearly all else with Ctrl is the host's menus'.
         {true, true, {{'C', ctrl}, {'Z', ctrl}, {'Z', ctrl | shifted}, {keys::insert, ctrl}, {keys::insert, shifted}}},
         {true, false, {{'Z', ctrl | alt}, {keys::backspace, ctrl}}},
@@ -267,7 +270,7 @@ TEST(CellTip, ShowsTextThatDoesNotFit) {
     }
 }
 
-class LifecycleTest : public ::testing::Test {
+class LifecycleTest : public EntryGridTest {
   protected:
     LifecycleTest() {
         grid.SetRows(3);
@@ -281,8 +284,6 @@ class LifecycleTest : public ::testing::Test {
         for (int col = 0; col < grid.Cols(); ++col) shown += grid.ColWidth(col) > 0 ? '|' : '.';
         return shown;
     }
-    flexgrid::Grid grid;
-    ControlState state;
 };
 
 TEST_F(LifecycleTest, FirstShowInRunModePreparesOnceAndTerminateUnloadsIt) {

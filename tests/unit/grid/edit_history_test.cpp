@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <optional>
 #include <random>
 
 #include "controls/grid/lifecycle.h"
@@ -17,21 +16,20 @@ namespace {
 
 using flexgrid::Shown;
 
-class EditHistoryTest : public ::testing::Test {
+class EditHistoryTest : public EntryGridTest {
   protected:
     EditHistoryTest() {
         Fill(grid, {u"No\tName\tQty", u"1\ta\t10", u"2\tb\t20", u"3\tc\t30"});
         state.autoRecordNumber = true;
-        history.emplace(grid);
     }
 
     // What a committed edit does.
-    void Edit(int row, int col, TextView text) {
+    void Edit(int row, int col, TextView text) { Edit(row, col, text, history); }
+    void Edit(int row, int col, TextView text, EditHistory& recording) {
         const Text before = grid.TextMatrix(row, col);
         grid.SetTextMatrix(row, col, text);
-        history->CellChanged(grid.StructureVersion(), row, col, before, text);
+        recording.CellChanged(grid.StructureVersion(), row, col, before, text);
     }
-    std::string Current() const { return std::to_string(grid.Row()) + "," + std::to_string(grid.Col()); }
     // The cells that a step has changed, as hosts are told.
     static std::string Report(const EditHistory::Step& step, bool backwards) {
         if (!step) return "nothing";
@@ -41,31 +39,27 @@ class EditHistoryTest : public ::testing::Test {
         });
         return out;
     }
-
-    flexgrid::Grid grid;
-    ControlState state;
-    std::optional<EditHistory> history;
 };
 
 TEST_F(EditHistoryTest, EditsGoBackAndForth) {
-    EXPECT_EQ("nothing", Report(history->Undo(state), true));
+    EXPECT_EQ("nothing", Report(history.Undo(state), true));
     Edit(1, 1, u"x");
     Edit(2, 2, u"");
     grid.MoveTo(3, 1);
-    EXPECT_EQ("2,2 >20 ", Report(history->Undo(state), true));
+    EXPECT_EQ("2,2 >20 ", Report(history.Undo(state), true));
     EXPECT_EQ("2,2", Current());
     EXPECT_TRUE(state.changed);
-    EXPECT_EQ("1,1 x>a ", Report(history->Undo(state), true));
+    EXPECT_EQ("1,1 x>a ", Report(history.Undo(state), true));
     EXPECT_EQ("1,1", Current());
-    EXPECT_FALSE(history->CanUndo());
+    EXPECT_FALSE(history.CanUndo());
     grid.SetTextMatrix(1, 1, u"host");
-    EXPECT_EQ("1,1 host>x ", Report(history->Redo(state), false)) << "what the host has written is overwritten";
-    EXPECT_EQ("1,1 x>host ", Report(history->Undo(state), true)) << "and comes back";
-    history->Redo(state);
-    EXPECT_TRUE(history->CanRedo());
+    EXPECT_EQ("1,1 host>x ", Report(history.Redo(state), false)) << "what the host has written is overwritten";
+    EXPECT_EQ("1,1 x>host ", Report(history.Undo(state), true)) << "and comes back";
+    history.Redo(state);
+    EXPECT_TRUE(history.CanRedo());
     Edit(3, 1, u"new");
-    EXPECT_FALSE(history->CanRedo()) << "what is new ends what was undone";
-    history->Undo(state);
+    EXPECT_FALSE(history.CanRedo()) << "what is new ends what was undone";
+    history.Undo(state);
     EXPECT_EQ("No,Name,Qty/1,x,10/2,b,20/3,c,30", Shown(grid));
 }
 
@@ -94,26 +88,26 @@ TEST_F(EditHistoryTest, GoesBackAndForthThroughAnything) {
     std::size_t at = 0;
     for (int step = 0; step < 500; ++step) {
         grid.MoveTo(1 + below(grid.Rows() - 1), 1 + below(2));
-        ASSERT_EQ(history->CanUndo(), at > 0);
-        ASSERT_EQ(history->CanRedo(), at + 1 < pictures.size());
+        ASSERT_EQ(history.CanUndo(), at > 0);
+        ASSERT_EQ(history.CanRedo(), at + 1 < pictures.size());
         const int kind = below(10);
         if (kind < 3) {
-            at -= history->Undo(state) ? 1 : 0;
+            at -= history.Undo(state) ? 1 : 0;
         } else if (kind < 5) {
-            at += history->Redo(state) ? 1 : 0;
+            at += history.Redo(state) ? 1 : 0;
         } else {
             if (kind == 5 && grid.Rows() > 2) {
-                DeleteRow(grid, state, *history);
+                DeleteRow(grid, state, history);
             } else if (kind == 6 && grid.Rows() < 30) {
-                InsertRow(grid, state, *history);
+                InsertRow(grid, state, history);
             } else if (kind == 7 && grid.Rows() < 30) {
-                const EditHistory::Group group(*history);
-                AppendRows(grid, state, *history, 2);
+                const EditHistory::Group group(history);
+                AppendRows(grid, state, history, 2);
                 edit(grid.Rows() - 2, 2);
                 edit(grid.Rows() - 1, 1);
-                EXPECT_FALSE(history->CanUndo()) << "not while it is made";
+                EXPECT_FALSE(history.CanUndo()) << "not while it is made";
             } else {
-                const EditHistory::Group group(*history);
+                const EditHistory::Group group(history);
                 for (int i = below(6); i >= 0; --i) edit(1 + below(grid.Rows() - 1), 1 + below(2));
             }
             pictures.resize(++at);
@@ -128,31 +122,31 @@ TEST_F(EditHistoryTest, AVeryLongTextComesBack) {
     const Text before(9'000'000, u'y');
     grid.SetTextMatrix(1, 1, before);
     Edit(1, 1, u"short");
-    history->Undo(state);
+    history.Undo(state);
     EXPECT_TRUE(grid.TextMatrix(1, 1) == before);
 }
 
 TEST_F(EditHistoryTest, WhatTheHostWroteIntoAnInsertedRowComesBackWithIt) {
     grid.SetRows(1);
     grid.AddItem(u"1");
-    InsertRow(grid, state, *history);
+    InsertRow(grid, state, history);
     grid.SetTextMatrix(1, 1, u"by the host");
-    EXPECT_EQ("rows ", Report(history->Undo(state), true));
+    EXPECT_EQ("rows ", Report(history.Undo(state), true));
     EXPECT_EQ("No,Name,Qty/1,,", Shown(grid));
-    history->Redo(state);
+    history.Redo(state);
     EXPECT_EQ("No,Name,Qty/1,by the host,/2,,", Shown(grid));
     EXPECT_EQ(1, grid.Row());
 }
 
 TEST_F(EditHistoryTest, CellsOfAStepAreToldFromTheTopLeftOn) {
     {
-        const EditHistory::Group group(*history);
+        const EditHistory::Group group(history);
         for (const auto& [row, col] : {std::pair{1, 1}, {1, 2}, {2, 1}, {2, 2}}) Edit(row, col, u"x");
     }
     const char* const undone = "1,1 x>a 1,2 x>10 2,1 x>b 2,2 x>20 ";
-    EXPECT_EQ(undone, Report(history->Undo(state), true));
-    EXPECT_EQ("1,1 a>x 1,2 10>x 2,1 b>x 2,2 20>x ", Report(history->Redo(state), false));
-    EXPECT_EQ(undone, Report(history->Undo(state), true));
+    EXPECT_EQ(undone, Report(history.Undo(state), true));
+    EXPECT_EQ("1,1 a>x 1,2 10>x 2,1 b>x 2,2 20>x ", Report(history.Redo(state), false));
+    EXPECT_EQ(undone, Report(history.Undo(state), true));
 }
 
 TEST_F(EditHistoryTest, RowsAndColumnsMovedByTheHostBeginItAnew) {
@@ -192,18 +186,18 @@ TEST_F(EditHistoryTest, RowsAndColumnsMovedByTheHostBeginItAnew) {
 }
 
 TEST_F(EditHistoryTest, AGroupThatTheHostMeddlesWithLeavesNoStep) {
-    const std::function<void()> meddles[] = {[&] { grid.RemoveItem(2); }, [&] { history->Clear(); }};
+    const std::function<void()> meddles[] = {[&] { grid.RemoveItem(2); }, [&] { history.Clear(); }};
     for (const auto& meddle : meddles) {
         Edit(1, 1, u"x");
         {
-            const EditHistory::Group group(*history);
+            const EditHistory::Group group(history);
             Edit(1, 2, u"1");
             meddle();
             Edit(1, 2, u"2");
         }
-        EXPECT_FALSE(history->CanUndo());
+        EXPECT_FALSE(history.CanUndo());
         Edit(1, 1, u"y");
-        EXPECT_TRUE(history->CanUndo());
+        EXPECT_TRUE(history.CanUndo());
     }
 }
 
@@ -223,52 +217,53 @@ class Meddler : public flexgrid::GridListener {
 
 TEST_F(EditHistoryTest, HandlersMayTakeRowsAwayWhileItWorks) {
     Edit(3, 1, u"x");
-    AppendRows(grid, state, *history, 3);
+    AppendRows(grid, state, history, 3);
     grid.MoveTo(6, 1);
     {
         Meddler meddler(grid);
-        history->Undo(state);  // the cursor has to leave its row
+        history.Undo(state);  // the cursor has to leave its row
     }
-    EXPECT_FALSE(history->CanUndo() || history->CanRedo());
+    EXPECT_FALSE(history.CanUndo() || history.CanRedo());
 
     grid.SetRows(4);
     Edit(3, 1, u"x");
     grid.MoveTo(1, 1);
     Meddler meddler(grid);
-    history->Undo(state);  // the cursor goes to where the change was
+    history.Undo(state);  // the cursor goes to where the change was
     EXPECT_EQ(2, grid.Rows());
-    EXPECT_FALSE(history->CanUndo() || history->CanRedo());
+    EXPECT_FALSE(history.CanUndo() || history.CanRedo());
 }
 
 TEST_F(EditHistoryTest, IsBoundedByStepsAndByCharacters) {
-    history.emplace(grid, EditHistory::Limits{3, 1000});
-    for (const TextView text : {u"1", u"2", u"3", u"4", u"5"}) Edit(1, 1, text);
+    EditHistory limited(grid, EditHistory::Limits{3, 1000});
+    const auto edit = [&](int row, TextView text) { Edit(row, 1, text, limited); };
+    for (const TextView text : {u"1", u"2", u"3", u"4", u"5"}) edit(1, text);
     int undone = 0;
-    while (history->Undo(state)) ++undone;
+    while (limited.Undo(state)) ++undone;
     EXPECT_EQ(3, undone);
     EXPECT_EQ(u"2", grid.TextMatrix(1, 1));
-    while (history->Redo(state)) --undone;
+    while (limited.Redo(state)) --undone;
     EXPECT_EQ(0, undone);
 
-    Edit(1, 1, Text(600, u'x'));
-    EXPECT_TRUE(history->CanUndo());
-    Edit(2, 1, Text(5000, u'y'));
-    history->Undo(state);
+    edit(1, Text(600, u'x'));
+    EXPECT_TRUE(limited.CanUndo());
+    edit(2, Text(5000, u'y'));
+    limited.Undo(state);
     EXPECT_EQ(u"b", grid.TextMatrix(2, 1));
-    EXPECT_FALSE(history->CanUndo()) << "too large, it is kept alone";
-    EXPECT_TRUE(history->CanRedo());
+    EXPECT_FALSE(limited.CanUndo()) << "too large, it is kept alone";
+    EXPECT_TRUE(limited.CanRedo());
 }
 
 TEST_F(EditHistoryTest, APauseRecordsAndUndoesNothing) {
     Edit(1, 1, u"x");
     {
-        const EditHistory::Pause pause(*history);
-        EXPECT_FALSE(history->CanUndo());
-        EXPECT_FALSE(history->Undo(state));
+        const EditHistory::Pause pause(history);
+        EXPECT_FALSE(history.CanUndo());
+        EXPECT_FALSE(history.Undo(state));
         Edit(1, 2, u"1");
     }
-    EXPECT_EQ("1,1 x>a ", Report(history->Undo(state), true));
-    EXPECT_FALSE(history->CanUndo());
+    EXPECT_EQ("1,1 x>a ", Report(history.Undo(state), true));
+    EXPECT_FALSE(history.CanUndo());
 }
 
 // What came before could no longer be taken back in its order.
@@ -277,9 +272,9 @@ TEST_F(EditHistoryTest, AChangeThatThereIsNoMemoryForEndsTheHistory) {
     grid.SetTextMatrix(1, 2, u"11");
     {
         const test::FailingAllocation failing(0, test::Starvation::forGood);
-        history->CellChanged(grid.StructureVersion(), 1, 2, u"10", TextView(u"11"));
+        history.CellChanged(grid.StructureVersion(), 1, 2, u"10", TextView(u"11"));
     }
-    EXPECT_FALSE(history->CanUndo());
+    EXPECT_FALSE(history.CanUndo());
 }
 
 }  // namespace

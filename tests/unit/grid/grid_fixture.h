@@ -1,11 +1,14 @@
 // The common parts of the tests for the data-entry grid's rules.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <string>
 #include <vector>
 
 #include "common/text.h"
+#include "controls/grid/edit_history.h"
 #include "controls/grid/list_match.h"
 #include "tests/support/narrow.h"
 #include "tests/unit/flexgrid/grid_texts.h"
@@ -30,5 +33,15 @@ inline void Fill(flexgrid::Grid& grid, const std::vector<TextView>& rows) {
     flexgrid::Load(grid, rows.size() > 1 ? 1 : 0, tabs > 0 ? 1 : 0, static_cast<int>(tabs) + 1, block);
     if (grid.Rows() > 1) grid.MoveTo(1, grid.FixedCols());
 }
+
+// A grid with the control's state and the history of what is done to it.
+class EntryGridTest : public ::testing::Test {
+  protected:
+    std::string Current() const { return std::to_string(grid.Row()) + "," + std::to_string(grid.Col()); }
+
+    flexgrid::Grid grid;
+    ControlState state;
+    EditHistory history{grid};
+};
 
 }  // namespace qvx::grid

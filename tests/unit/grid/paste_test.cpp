@@ -7,7 +7,7 @@
 namespace qvx::grid {
 namespace {
 
-class PasteTest : public ::testing::Test {
+class PasteTest : public EntryGridTest {
   protected:
     PasteTest() {
         Fill(grid, {u"No\tName\tQty\tRate\tItem\tLocked\tKey", u"1\ta\t10\t1.5\tCherry\tx\tk1",
@@ -36,9 +36,6 @@ class PasteTest : public ::testing::Test {
         return out;
     }
 
-    flexgrid::Grid grid;
-    ControlState state;
-    EditHistory history{grid};
     EditorHost host{grid};
     CellSources sources;
 };

@@ -15,7 +15,7 @@ constexpr OleColor selected = Rgb(1, 2, 3);
 constexpr OleColor plain = Rgb(4, 5, 6);
 
 // A grid of captions and four rows, followed as the control follows its own.
-class ProjectionTest : public ::testing::Test, private flexgrid::GridListener {
+class ProjectionTest : public EntryGridTest, private flexgrid::GridListener {
   protected:
     ProjectionTest() {
         Fill(grid, {u"No\tName\tQty", u"1\td\t", u"2\tc\t", u"3\tb\t", u"4\t\t"});
@@ -39,12 +39,7 @@ class ProjectionTest : public ::testing::Test, private flexgrid::GridListener {
         }
         return cells;
     }
-    std::string Current(const char* weight = "") const {
-        return std::to_string(grid.Row()) + "," + std::to_string(grid.Col()) + weight + " ";
-    }
 
-    flexgrid::Grid grid;
-    ControlState state;
     Projection projection{grid, state};
 
   private:
@@ -112,11 +107,7 @@ TEST_F(ProjectionTest, ExactlyTheCurrentCellHasItWhateverMoves) {
         {"fewer rows", [&] { grid.SetRows(2); }},
         {"more of both", [&] { grid.SetFormatString(u"A|B|C|D;1|2|3|4|5|6"); }},
         {"more fixed columns", [&] { grid.SetFixedCols(2); }},
-        {"all records go",
-         [&] {
-             EditHistory history(grid);
-             RemoveAllRecords(grid, state, history);
-         }},
+        {"all records go", [&] { RemoveAllRecords(grid, state, history); }},
     };
     for (const auto& fill : {flexgrid::GridFillStyle::single, flexgrid::GridFillStyle::repeat}) {
         for (const auto& [name, change] : changes) {
@@ -128,17 +119,16 @@ TEST_F(ProjectionTest, ExactlyTheCurrentCellHasItWhateverMoves) {
             grid.Select(3, 2, 3, 1);
             ASSERT_EQ(Projected(), "3,2* ");
             change();
-            EXPECT_EQ(Projected(), Current("*"));
+            EXPECT_EQ(Projected(), Current() + "* ");
             grid.MoveTo(grid.Rows() - 1, grid.Cols() - 1);
             grid.MoveTo(grid.FixedRows(), grid.FixedCols());
-            EXPECT_EQ(Projected(), Current("*")) << "nothing stays behind";
+            EXPECT_EQ(Projected(), Current() + "* ") << "nothing stays behind";
             for (int col = 0; col < grid.Cols(); ++col) EXPECT_EQ(grid.FormatOf(0, col), nullptr) << "a header";
         }
     }
 }
 
 TEST_F(ProjectionTest, RowsThatTheHistoryKeepsComeBackWithoutIt) {
-    EditHistory history(grid);
     grid.MoveTo(3, 1);
     {
         const Projection::Held held(projection);
@@ -150,7 +140,7 @@ TEST_F(ProjectionTest, RowsThatTheHistoryKeepsComeBackWithoutIt) {
         ASSERT_TRUE(history.Undo(state));
         EXPECT_EQ(Projected(), "");
     }
-    EXPECT_EQ(Projected(), Current());
+    EXPECT_EQ(Projected(), Current() + " ");
     grid.MoveTo(1, 1);
     EXPECT_EQ(Projected(), "1,1 ");
 }

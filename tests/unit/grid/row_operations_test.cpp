@@ -16,12 +16,7 @@ namespace {
 using flexgrid::ErrorOf;
 using flexgrid::Shown;
 
-class RowCommands : public testing::Test {
-  protected:
-    flexgrid::Grid grid;
-    ControlState state;
-    EditHistory history{grid};
-};
+class RowCommands : public EntryGridTest {};
 
 TEST_F(RowCommands, InsertedRowIsNumberedAndTheRestMovesOn) {
     Fill(grid, {u"No\tA", u"1\ta", u"2\tb", u"x\tc"});
