@@ -46,7 +46,7 @@ class Spoken {
     std::string Shortcut() const { return Said(&IAccessible::get_accKeyboardShortcut); }
     long Role() const { return Number(&IAccessible::get_accRole); }
     long State() const { return Number(&IAccessible::get_accState); }
-    // Whether it says that what it told of is gone.
+    // Whether it reports that what it described is gone.
     bool Gone() const {
         Bstr text;
         return object_->get_accName(Child(0), text.put()) == CO_E_OBJNOTCONNECTED;

@@ -185,10 +185,14 @@ TEST(ComboGridHandlers, HearOfTheInnerGridsEvents) {
     form.events->events.clear();
     form.Click(2, F::rate);
     form.Click(2, F::rate);
-    const DISPID clicked[] = {DISPID_MOUSEDOWN,         grid_event::leaveCell, grid_event::enterCell,
-                              grid_event::rowColChange, grid_event::selChange, DISPID_CLICK,
-                              DISPID_DBLCLICK};
-    for (const DISPID id : clicked) EXPECT_EQ(form.events->Count(id), id == DISPID_MOUSEDOWN ? 2U : 1U) << id;
+    std::vector<DISPID> heard;
+    for (const auto& event : form.events->events)
+        if (event.id != DISPID_MOUSEMOVE && event.id != grid_event::beforeCellChange) heard.push_back(event.id);
+    const std::vector<DISPID> clicked{
+        DISPID_MOUSEDOWN, grid_event::leaveCell, grid_event::enterCell, grid_event::rowColChange, grid_event::selChange,
+        DISPID_MOUSEUP,   DISPID_CLICK,          DISPID_MOUSEDOWN,      DISPID_DBLCLICK};
+    heard.resize(clicked.size());
+    EXPECT_EQ(heard, clicked);
     EXPECT_EQ(form.Current(), "2,3");
     ASSERT_TRUE(form.Frame()) << "the host was told before the editor opened";
     form.Press(VK_ESCAPE);

@@ -313,7 +313,7 @@ TEST(ComboGridMembers, TheCurrentCellIsProjectedWhoeverMovesRows) {
         Put(form.grid.get(), L"ProjectSelection", {Variant(false)});
         for (const int row : {1, 2, 3}) {
             Put(form.grid.get(), L"Row", {Variant(row)});
-            EXPECT_FALSE(looksSelected()) << "nothing stays behind in row " << row;
+            EXPECT_FALSE(looksSelected()) << "nothing is left over in row " << row;
         }
         Put(form.grid.get(), L"ProjectSelection", {Variant(true)});
         Call(grid, L"AddItem", {Variant(u"x"), Variant(1)});

@@ -180,13 +180,6 @@ TEST(GridAllOrNothing, TakesBackWhateverHasBeenDone) {
 
 // A listener may do what cannot be taken back. Nothing is then, and the grid works on.
 TEST(GridAllOrNothing, IsOverWhereItDoesNotReach) {
-    struct Meddler final : GridListener {
-        Meddler(Grid& g, void (*m)(Grid&)) : grid(g), meddle(m) { grid.AddListener(this); }
-        ~Meddler() override { grid.RemoveListener(this); }
-        void LeaveCell() override { meddle(grid); }
-        Grid& grid;
-        void (*meddle)(Grid&);
-    };
     for (const Reach reach : {Reach::texts, Reach::all}) {
         for (void (*meddle)(Grid&) : {+[](Grid& g) { g.Clear(); }, +[](Grid& g) { g.SetColPosition(0, 2); },
                                       +[](Grid& g) { g.SetCols(2); }, +[](Grid& g) { g.SetRows(3); }}) {

@@ -1,6 +1,7 @@
 // The common parts of the grid's tests: filling it, a grid as text, and the errors that it raises.
 #pragma once
 
+#include <functional>
 #include <sstream>
 #include <string>
 
@@ -76,5 +77,19 @@ inline std::string Describe(const Grid& grid) {
     }
     return out.str();
 }
+
+// A listener that meddles with the grid whenever the cursor leaves a cell.
+class Meddler final : public GridListener {
+  public:
+    Meddler(Grid& grid, std::function<void(Grid&)> act) : grid_(grid), act_(std::move(act)) { grid_.AddListener(this); }
+    ~Meddler() override { grid_.RemoveListener(this); }
+    Meddler(const Meddler&) = delete;
+    Meddler& operator=(const Meddler&) = delete;
+    void LeaveCell() override { act_(grid_); }
+
+  private:
+    Grid& grid_;
+    std::function<void(Grid&)> act_;
+};
 
 }  // namespace qvx::flexgrid

@@ -84,7 +84,7 @@ TEST_F(Binding, WhatFailsOrIsCalledOffKeepsTheRowsSoFar) {
 
 // Once others are wanted, nothing is added to what they have made of the grid, and the records stay where they are.
 TEST_F(Binding, WhatIsNotWantedAnyMoreTouchesNothing) {
-    // How often they are wanted, the rows that there are then, and how many records the host was told of.
+    // How often they are wanted, the rows that there are then, and how many records the host was notified of.
     const std::tuple<int, const char*, int> cases[] = {
         {0, "", 0}, {1, "", 0}, {2, "/,a,,", 0}, {3, "/,a,,", 1}, {5, "/,a,,/,b,,", 1}};
     for (const auto& [times, shown, progress] : cases) {

@@ -163,7 +163,9 @@ TEST_F(CellEditTest, CommitCleansWritesAndTells) {
         ASSERT_TRUE(Open(1, c.col));
         host.comboText = c.typed;
         host.list.listIndex = c.chosen;
-        host.onAfter = [&](int col, bool&) { EXPECT_EQ(Cell(1, col), c.cell) << "written before the host is told"; };
+        host.onAfter = [&](int col, bool&) {
+            EXPECT_EQ(Cell(1, col), c.cell) << "written before the host is notified";
+        };
         Commit();
         const std::string told = "after 1," + std::to_string(c.col) + " '" + old + "' '" + c.cell + "'\n";
         const std::string log = host.Take();

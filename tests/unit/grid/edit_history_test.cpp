@@ -138,7 +138,7 @@ TEST_F(EditHistoryTest, WhatTheHostWroteIntoAnInsertedRowComesBackWithIt) {
     EXPECT_EQ(1, grid.Row());
 }
 
-TEST_F(EditHistoryTest, CellsOfAStepAreToldFromTheTopLeftOn) {
+TEST_F(EditHistoryTest, CellsOfAStepAreReportedFromTheTopLeftOn) {
     {
         const EditHistory::Group group(history);
         for (const auto& [row, col] : {std::pair{1, 1}, {1, 2}, {2, 1}, {2, 2}}) Edit(row, col, u"x");
@@ -201,26 +201,15 @@ TEST_F(EditHistoryTest, AGroupThatTheHostMeddlesWithLeavesNoStep) {
     }
 }
 
-// A host whose LeaveCell handler takes rows away, in the middle of the grid's own removal.
-class Meddler : public flexgrid::GridListener {
-  public:
-    explicit Meddler(flexgrid::Grid& grid) : grid_(grid) { grid.AddListener(this); }
-    ~Meddler() override { grid_.RemoveListener(this); }
-    void LeaveCell() override {
-        if (left-- > 0) grid_.SetRows(2);
-    }
-    int left = 1;
-
-  private:
-    flexgrid::Grid& grid_;
-};
-
 TEST_F(EditHistoryTest, HandlersMayTakeRowsAwayWhileItWorks) {
     Edit(3, 1, u"x");
     AppendRows(grid, state, history, 3);
     grid.MoveTo(6, 1);
+    const auto takeRows = [left = 1](flexgrid::Grid& g) mutable {
+        if (left-- > 0) g.SetRows(2);
+    };
     {
-        Meddler meddler(grid);
+        const flexgrid::Meddler meddler(grid, takeRows);
         history.Undo(state);  // the cursor has to leave its row
     }
     EXPECT_FALSE(history.CanUndo() || history.CanRedo());
@@ -228,7 +217,7 @@ TEST_F(EditHistoryTest, HandlersMayTakeRowsAwayWhileItWorks) {
     grid.SetRows(4);
     Edit(3, 1, u"x");
     grid.MoveTo(1, 1);
-    Meddler meddler(grid);
+    const flexgrid::Meddler meddler(grid, takeRows);
     history.Undo(state);  // the cursor goes to where the change was
     EXPECT_EQ(2, grid.Rows());
     EXPECT_FALSE(history.CanUndo() || history.CanRedo());

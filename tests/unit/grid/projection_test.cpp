@@ -122,7 +122,7 @@ TEST_F(ProjectionTest, ExactlyTheCurrentCellHasItWhateverMoves) {
             EXPECT_EQ(Projected(), Current() + "* ");
             grid.MoveTo(grid.Rows() - 1, grid.Cols() - 1);
             grid.MoveTo(grid.FixedRows(), grid.FixedCols());
-            EXPECT_EQ(Projected(), Current() + "* ") << "nothing stays behind";
+            EXPECT_EQ(Projected(), Current() + "* ") << "nothing is left over";
             for (int col = 0; col < grid.Cols(); ++col) EXPECT_EQ(grid.FormatOf(0, col), nullptr) << "a header";
         }
     }

@@ -144,24 +144,11 @@ TEST(RemoveEmptyRows, WhatIsLeft) {
     EXPECT_EQ(empty.Rows(), 0);
 }
 
-// A listener that changes rows while the cursor leaves its own.
-class MeddlingListener final : public flexgrid::GridListener {
-  public:
-    explicit MeddlingListener(flexgrid::Grid& grid) : grid_(grid) { grid_.AddListener(this); }
-    ~MeddlingListener() override { grid_.RemoveListener(this); }
-    MeddlingListener(const MeddlingListener&) = delete;
-    MeddlingListener& operator=(const MeddlingListener&) = delete;
-    void LeaveCell() override { grid_.AddItem(u"\tnew"); }
-
-  private:
-    flexgrid::Grid& grid_;
-};
-
 TEST(RemoveEmptyRows, RowsMayComeMeanwhile) {
     flexgrid::Grid grid;
     Fill(grid, {u"N\tName", u"1\ta", u"2\t", u"3\tb", u"4\t", u"5\t"});
     grid.MoveTo(5, 1);
-    const MeddlingListener listener(grid);
+    const flexgrid::Meddler meddler(grid, [](flexgrid::Grid& g) { g.AddItem(u"\tnew"); });
     ControlState state;
     state.autoRecordNumber = true;
     RemoveEmptyRows(grid, state, true);
