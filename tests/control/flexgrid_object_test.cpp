@@ -124,6 +124,8 @@ TEST_F(FlexGridObject, TellsOfAScrollOnceThatIsHeldAtTheEnd) {
         }
     }
     EXPECT_NE(Read(L"TopRow"), u"99") << "held where the page is full";
+    EXPECT_EQ(Read(L"RowIsVisible", {Variant(99)}), u"True");
+    EXPECT_EQ(Read(L"RowIsVisible", {Variant(2)}), u"False");
 }
 
 TEST_F(FlexGridObject, OutlivesItsControlWithAnErrorOnly) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -92,6 +93,46 @@ TEST(Record, ItemsAsTheirCells) {
         const RowView row(bytes.empty() ? nullptr : bytes.data());
         EXPECT_EQ(row.Size(), bytes.size());
         EXPECT_EQ(CellsOf(row, row.Count()), test.cells);
+    }
+}
+
+// A store copies its records anew by what the arena counts as dead.
+TEST(Arena, KeepsItsRecordsAndCountsThem) {
+    struct Record {
+        Arena::Address address;
+        std::size_t size;
+        std::uint8_t mark;
+    };
+    std::mt19937 random(1);
+    const auto padded = [](std::size_t size) { return (size + 3) / 4 * 4; };
+    Arena arena;
+    std::vector<Record> records;
+    std::size_t living = 0;
+    for (int i = 0; i < 4000; ++i) {
+        const std::size_t size = 1 + random() % (random() % 100 == 0 ? 400'000 : 3000);
+        const auto mark = static_cast<std::uint8_t>(i);
+        if (records.empty() || random() % 2 == 0) {
+            records.push_back({arena.Allocate(size), size, mark});
+        } else {
+            // Mostly the last one, which may grow in its place.
+            if (random() % 3 == 0) std::swap(records.back(), records[random() % records.size()]);
+            Record& record = records.back();
+            const std::uint8_t* bytes = arena.At(record.address);
+            ASSERT_TRUE(std::all_of(bytes, bytes + record.size, [&](auto byte) { return byte == record.mark; })) << i;
+            living -= padded(record.size);
+            if (!arena.Resize(record.address, record.size, size)) {
+                arena.Release(record.size);
+                records.pop_back();
+                continue;
+            }
+            record.size = size;
+            record.mark = mark;
+        }
+        living += padded(size);
+        std::fill_n(arena.At(records.back().address), size, mark);
+        ASSERT_EQ(arena.Used() - arena.Dead(), living) << i;
+        ASSERT_GE(arena.MemoryUsed(), arena.Used()) << i;
+        ASSERT_LE(arena.MemoryUsed(), 4 * arena.Used() + 300'000) << i;
     }
 }
 

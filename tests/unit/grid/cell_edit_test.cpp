@@ -170,6 +170,9 @@ TEST_F(CellEditTest, CommitCleansWritesAndTells) {
         const std::string told = "after 1," + std::to_string(c.col) + " '" + old + "' '" + c.cell + "'\n";
         const std::string log = host.Take();
         EXPECT_NE(log.find(told), std::string::npos) << log;
+        if (c.col == 5) {
+            EXPECT_EQ(host.comboText, c.typed) << "the pick list keeps what was typed";
+        }
         EXPECT_EQ(Edited(), "-1,-1");
         EXPECT_TRUE(state.changed);
         // Losing the focus commits once more.

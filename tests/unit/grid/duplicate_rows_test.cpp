@@ -66,7 +66,7 @@ TEST(FirstDuplicate, IsThePairThatComparingAllFinds) {
         const int rows = 2 + static_cast<int>(random() % (round % 10 == 0 ? 150 : 20));
         const int length = 1 + static_cast<int>(random() % 5);
         for (int row = 1; row < rows; ++row) {
-            Text item = u"x\t";
+            Text item = random() % 2 == 0 ? u"x\t" : u"\u0416\t";  // which stores the whole row wide
             for (int i = 0; i < length; ++i) item += pieces[random() % std::size(pieces)];
             item.insert(2 + random() % (item.size() - 1), u"\t");
             grid.AddItem(item);
@@ -90,6 +90,21 @@ TEST(HashOfKey, TellsTextsApart) {
         }
     }
     EXPECT_EQ(hashes.size(), count);
+}
+
+// One text, folded or not, in bytes or wide, gives one hash wherever its ASCII runs are cut.
+TEST(HashOfKey, IsThatOfTheFoldedText) {
+    std::mt19937 random(7);
+    const TextView alphabet = u"AbZz@[`{09 \u00DF\u00C0\u00B5\u00FF\u00F7";
+    for (int round = 0; round < 2000; ++round) {
+        Text text;
+        for (auto n = random() % 30; n > 0; --n) text += alphabet[random() % (round % 2 == 0 ? 11 : alphabet.size())];
+        std::vector<std::uint8_t> bytes(text.begin(), text.end());
+        const Text folded = FoldedText(text);
+        const auto hash = HashOfKey(flexgrid::CellView(folded.data(), folded.size()));
+        EXPECT_EQ(HashOfKey(flexgrid::CellView(text.data(), text.size())), hash);
+        EXPECT_EQ(HashOfKey(flexgrid::CellView(bytes.data(), bytes.size())), hash);
+    }
 }
 
 }  // namespace
