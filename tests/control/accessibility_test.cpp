@@ -5,6 +5,7 @@
 #include <oleacc.h>
 
 #include <functional>
+#include <map>
 #include <sstream>
 
 #include "Qvx.h"
@@ -39,27 +40,16 @@ class Spoken {
 
     IAccessible* operator->() const { return object_.get(); }
     explicit operator bool() const { return static_cast<bool>(object_); }
-    std::string Name() const {
-        return Said([this](BSTR* out) { return object_->get_accName(Child(0), out); });
-    }
-    std::string Value() const {
-        return Said([this](BSTR* out) { return object_->get_accValue(Child(0), out); });
-    }
-    std::string Action() const {
-        return Said([this](BSTR* out) { return object_->get_accDefaultAction(Child(0), out); });
-    }
-    std::string Shortcut() const {
-        return Said([this](BSTR* out) { return object_->get_accKeyboardShortcut(Child(0), out); });
-    }
-    long Role() const {
-        Variant role;
-        EXPECT_EQ(S_OK, object_->get_accRole(Child(0), role.put()));
-        return role.ToLong().value_or(-1);
-    }
-    long State() const {
-        Variant state;
-        EXPECT_EQ(S_OK, object_->get_accState(Child(0), state.put()));
-        return state.ToLong().value_or(-1);
+    std::string Name() const { return Said(&IAccessible::get_accName); }
+    std::string Value() const { return Said(&IAccessible::get_accValue); }
+    std::string Action() const { return Said(&IAccessible::get_accDefaultAction); }
+    std::string Shortcut() const { return Said(&IAccessible::get_accKeyboardShortcut); }
+    long Role() const { return Number(&IAccessible::get_accRole); }
+    long State() const { return Number(&IAccessible::get_accState); }
+    // Whether it reports that what it described is gone.
+    bool Gone() const {
+        Bstr text;
+        return object_->get_accName(Child(0), text.put()) == CO_E_OBJNOTCONNECTED;
     }
     long Count() const {
         long count = -1;
@@ -99,11 +89,16 @@ class Spoken {
     }
 
   private:
-    static std::string Said(const std::function<HRESULT(BSTR*)>& ask) {
+    std::string Said(HRESULT (STDMETHODCALLTYPE IAccessible::*ask)(VARIANT, BSTR*)) const {
         Bstr text;
-        const HRESULT result = ask(text.put());
+        const HRESULT result = (object_.get()->*ask)(Child(0), text.put());
         EXPECT_TRUE(SUCCEEDED(result)) << std::hex << result;
         return Narrow(text.View());
+    }
+    long Number(HRESULT (STDMETHODCALLTYPE IAccessible::*ask)(VARIANT, VARIANT*)) const {
+        Variant number;
+        EXPECT_EQ(S_OK, (object_.get()->*ask)(Child(0), number.put()));
+        return number.ToLong().value_or(-1);
     }
 
     ComPtr<IAccessible> object_;
@@ -135,7 +130,6 @@ TEST(Accessibility, ScreenReaderNamesGridHeadersAndCurrentCellBeforeAndAfterAnEd
     const Spoken grid = Spoken::Of(form.InnerGrid());
     EXPECT_EQ("Orders", grid.Name());
     EXPECT_EQ(ROLE_SYSTEM_TABLE, grid.Role());
-    ASSERT_EQ(3, grid.Count());
     std::string headers;
     for (long number = 1; number <= grid.At(1).Count(); ++number) {
         const Spoken header = grid.At(1).At(number);
@@ -150,7 +144,6 @@ TEST(Accessibility, ScreenReaderNamesGridHeadersAndCurrentCellBeforeAndAfterAnEd
     EXPECT_EQ(ROLE_SYSTEM_CELL, cell.Role());
     EXPECT_EQ(STATE_SYSTEM_FOCUSED | STATE_SYSTEM_SELECTED | STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_SELECTABLE,
               cell.State());
-    EXPECT_EQ("Row 1", cell.Parent().Name());
     EXPECT_EQ("Orders", cell.Parent().Parent().Name());
 
     form.Type(L"15%");
@@ -168,69 +161,39 @@ TEST(Accessibility, ScreenReaderNamesGridHeadersAndCurrentCellBeforeAndAfterAnEd
 
 TEST(Accessibility, EditorAndItsListAreCalledByTheColumn) {
     F form;
-    for (const int col : {F::item, F::name}) {
-        form.GoTo(1, col);
-        form.Press(VK_F2);
-        ASSERT_TRUE(form.Frame());
-        const char* column = col == F::item ? "Item" : "Name";
-        EXPECT_EQ(column, Spoken::Of(GetFocus()).Name());
-        COMBOBOXINFO parts{};
-        parts.cbSize = sizeof parts;
-        ASSERT_TRUE(GetComboBoxInfo(GetParent(GetFocus()), &parts));
-        EXPECT_EQ(column, Spoken::Of(parts.hwndList).Name());
-        EXPECT_EQ(ROLE_SYSTEM_LIST, Spoken::Of(parts.hwndList).Role());
-        EXPECT_EQ(column, Spoken::Of(parts.hwndCombo).Name());
-        if (col == F::item) {
-            form.Type(L"ch");
-            EXPECT_EQ("Cherry", Spoken::Of(GetFocus()).Value());
-            EXPECT_EQ("Cherry", Spoken::Of(parts.hwndList).Value());
-        }
-        form.Press(VK_ESCAPE);
-    }
-}
-
-TEST(Accessibility, StatesTellWhereAnEntryIsPossible) {
-    const long cell = STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_SELECTABLE;
-    F form;
-    form.GoTo(1, F::name);
-    EXPECT_EQ(cell, CellOf(form, 2, F::name).State());
-    EXPECT_EQ("Edit", CellOf(form, 2, F::name).Action());
-    EXPECT_EQ(cell | STATE_SYSTEM_READONLY, CellOf(form, 2, F::locked).State());
-    EXPECT_EQ("", CellOf(form, 2, F::locked).Action());
-    const auto inner = form.Inner();
-    Put(inner.get(), L"Enabled", {Variant(false)});
-    EXPECT_EQ("", CellOf(form, 2, F::name).Action());
+    form.GoTo(1, F::item);
+    form.Type(L"ch");
+    ASSERT_TRUE(form.Frame());
+    COMBOBOXINFO parts{};
+    parts.cbSize = sizeof parts;
+    ASSERT_TRUE(GetComboBoxInfo(GetParent(GetFocus()), &parts));
+    for (const HWND part : {GetFocus(), parts.hwndList, parts.hwndCombo}) EXPECT_EQ("Item", Spoken::Of(part).Name());
+    for (const HWND part : {GetFocus(), parts.hwndList}) EXPECT_EQ("Cherry", Spoken::Of(part).Value());
+    EXPECT_EQ(ROLE_SYSTEM_LIST, Spoken::Of(parts.hwndList).Role());
 }
 
 TEST(Accessibility, CellsLieWhereTheyAreFoundAgain) {
     F form;
     Put(form.grid.get(), L"Rows", {Variant(40)});
-    const auto inner = form.Inner();
-    Put(inner.get(), L"TopRow", {Variant(20)});
+    Put(form.Inner().get(), L"TopRow", {Variant(20)});
     form.Pump();
     RECT outer{};
     GetWindowRect(form.InnerGrid(), &outer);
-    for (const int col : {F::no, F::name, F::item}) {
-        const Spoken cell = CellOf(form, 21, col);
-        const RECT place = cell.Place();
-        EXPECT_EQ(outer.left + form.Pixels(L"ColPos", {Variant(col)}), place.left);
-        EXPECT_EQ(outer.top + form.Pixels(L"RowPos", {Variant(21)}), place.top);
-        const Spoken found = ObjectAt({place.left + 2, place.top + 2});
-        ASSERT_TRUE(found);
-        EXPECT_EQ(cell.Name(), found.Name());
-    }
-    EXPECT_TRUE(CellOf(form, 3, F::name).State() & STATE_SYSTEM_OFFSCREEN);
-    EXPECT_EQ("Row 21", CellOf(form, 21, F::name).Step(NAVDIR_LEFT).Name());
-    EXPECT_EQ("Name, Row 22", CellOf(form, 21, F::name).Step(NAVDIR_DOWN).Name());
+    const Spoken cell = CellOf(form, 21, F::item);
+    const RECT place = cell.Place();
+    EXPECT_EQ(outer.left + form.Pixels(L"ColPos", {Variant(int{F::item})}), place.left);
+    EXPECT_EQ(outer.top + form.Pixels(L"RowPos", {Variant(21)}), place.top);
+    const Spoken found = ObjectAt({place.left + 2, place.top + 2});
+    ASSERT_TRUE(found);
+    EXPECT_EQ(cell.Name(), found.Name());
+    EXPECT_EQ("Month, Row 21", cell.Step(NAVDIR_LEFT).Name());
 }
 
 TEST(Accessibility, AMillionRowsCostNothingUntilTheyAreAskedFor) {
     F form;
     Put(form.grid.get(), L"Rows", {Variant(1'000'001)});
     const Spoken grid = Spoken::Of(form.InnerGrid());
-    EXPECT_EQ(1'000'001, grid.Count());
     EXPECT_EQ("Row 1000000", grid.Step(NAVDIR_LASTCHILD).Name());
-    EXPECT_EQ("Name, Row 500000", grid.At(500'001).At(F::name + 1).Name());
     Put(form.grid.get(), L"Row", {Variant(1)});
     Put(form.grid.get(), L"Col", {Variant(1)});
     Put(form.Inner().get(), L"RowSel", {Variant(1'000'000)});
@@ -253,6 +216,8 @@ TEST(Accessibility, AssistiveProgramsEditByTheRulesOfTheGrid) {
     form.SetCell(2, F::qty, u"4");
     form.GoTo(1, F::name);
     const Spoken cell = CellOf(form, 2, F::qty);
+    EXPECT_EQ("Edit", cell.Action());
+    EXPECT_EQ(STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_SELECTABLE, cell.State());
     EXPECT_EQ(S_OK, cell->accDoDefaultAction(Child(0)));
     form.Pump();
     EXPECT_TRUE(form.Frame());
@@ -267,6 +232,8 @@ TEST(Accessibility, AssistiveProgramsEditByTheRulesOfTheGrid) {
     EXPECT_FALSE(form.Frame());
     EXPECT_EQ("375", cell.Value());
     const Spoken locked = CellOf(form, 2, F::locked);
+    EXPECT_EQ("", locked.Action());
+    EXPECT_TRUE(locked.State() & STATE_SYSTEM_READONLY);
     EXPECT_TRUE(FAILED(locked->put_accValue(Child(0), Bstr(u"x").get())));
     EXPECT_TRUE(FAILED(locked->accDoDefaultAction(Child(0))));
     form.events->onEvent = [](DISPID id, DISPPARAMS& arguments) {
@@ -275,6 +242,8 @@ TEST(Accessibility, AssistiveProgramsEditByTheRulesOfTheGrid) {
     EXPECT_TRUE(FAILED(cell->put_accValue(Child(0), Bstr(u"1").get()))) << "refused by the host";
     EXPECT_EQ(u"375", form.Cell(2, F::qty));
     EXPECT_EQ(u"", form.Cell(2, F::locked));
+    Put(form.Inner().get(), L"Enabled", {Variant(false)});
+    EXPECT_EQ("", cell.Action());
 }
 
 TEST(Accessibility, SelectingMovesTheCursorAndEndsAnEdit) {
@@ -287,7 +256,6 @@ TEST(Accessibility, SelectingMovesTheCursorAndEndsAnEdit) {
     EXPECT_EQ(u"ann", form.Cell(1, F::name));
     EXPECT_FALSE(form.Frame());
     EXPECT_EQ(form.InnerGrid(), GetFocus());
-    EXPECT_EQ("Rate, Row 2", Spoken::Of(form.InnerGrid()).Focus().Name());
     EXPECT_EQ(S_OK, CellOf(form, 1, F::qty)->accSelect(SELFLAG_EXTENDSELECTION, Child(0)));
     EXPECT_EQ(2, Call(form.Inner().get(), L"ColSel").ToLong());
     EXPECT_EQ(3, form.Number(L"Col"));
@@ -300,11 +268,9 @@ TEST(Accessibility, ScriptsCallByName) {
     ComPtr<IDispatch> grid;
     ASSERT_EQ(S_OK, AccessibleObjectFromWindow(form.InnerGrid(), static_cast<DWORD>(OBJID_CLIENT), __uuidof(IDispatch),
                                                grid.put_void()));
-    EXPECT_EQ(3, Call(grid.get(), L"accChildCount").ToLong());
     // Cells by their negative numbers.
     const long cell = -1 - (1 * 9 + F::name);
     EXPECT_EQ(u"ann", Call(grid.get(), L"accValue", {Variant(cell)}).ToText());
-    EXPECT_EQ(u"Name, Row 1", Call(grid.get(), L"accName", {Variant(cell)}).ToText());
 }
 
 // ---- Objects that outlive what they tell of ------------------------------------------------------------------------
@@ -318,35 +284,27 @@ TEST(Accessibility, ObjectsOutliveRowsAndTheControl) {
         form.Type(L"x");
         kept = {Spoken::Of(form.InnerGrid()), Spoken::Of(form.InnerGrid()).At(5), CellOf(form, 4, F::name),
                 CellOf(form, 1, F::name), Spoken::Of(GetFocus())};
-        Variant selection;
         form.Press(VK_RETURN);
         Put(form.grid.get(), L"Rows", {Variant(3)});
-        for (const std::size_t gone : {1u, 2u}) {
-            Bstr text;
-            EXPECT_EQ(CO_E_OBJNOTCONNECTED, kept[gone]->get_accName(Child(0), text.put())) << gone;
-        }
+        EXPECT_TRUE(kept[1].Gone() && kept[2].Gone());
         EXPECT_EQ("Name, Row 1", kept[3].Name());
         Put(form.grid.get(), L"Rows", {Variant(5)});
         EXPECT_EQ("Row 4", kept[1].Name()) << "there is a fourth row again";
         form.container.Close();
     }
     for (const Spoken& object : kept) {
-        Bstr text;
         Variant value;
         ComPtr<IDispatch> other;
-        long number = 0;
-        long place[4]{};
-        const HRESULT results[] = {
-            object->get_accName(Child(0), text.put()),
-            object->get_accRole(Child(0), value.ptr()),
-            object->get_accState(Child(0), value.ptr()),
-            object->accLocation(&place[0], &place[1], &place[2], &place[3], Child(0)),
-        };
+        long number[4]{};
         // The system's own object, behind the last one, may still say something.
-        for (const HRESULT result : results)
-            EXPECT_TRUE(&object == &kept.back() || result == CO_E_OBJNOTCONNECTED) << std::hex << result;
+        const bool systems = &object == &kept.back();
+        EXPECT_TRUE(systems || object.Gone());
+        for (const HRESULT result :
+             {object->get_accRole(Child(0), value.ptr()), object->get_accState(Child(0), value.ptr()),
+              object->accLocation(&number[0], &number[1], &number[2], &number[3], Child(0))})
+            EXPECT_TRUE(systems || result == CO_E_OBJNOTCONNECTED) << std::hex << result;
         object->get_accParent(other.put());
-        object->get_accChildCount(&number);
+        object->get_accChildCount(&number[0]);
         object->accDoDefaultAction(Child(0));
         object->accSelect(SELFLAG_TAKEFOCUS, Child(0));
         object->put_accValue(Child(0), Bstr(u"x").get());
@@ -354,34 +312,31 @@ TEST(Accessibility, ObjectsOutliveRowsAndTheControl) {
 }
 
 TEST(Accessibility, HandlersMayTakeTheGridAwayFromUnderAnAction) {
-    const std::function<HRESULT(const Spoken&)> actions[] = {
-        [](const Spoken& cell) { return cell->accDoDefaultAction(Child(0)); },
-        [](const Spoken& cell) { return cell->put_accValue(Child(0), Bstr(u"9").get()); },
-        [](const Spoken& cell) { return cell->accSelect(SELFLAG_TAKEFOCUS, Child(0)); },
-    };
+    using Action = HRESULT (*)(const Spoken&);
+    constexpr Action edit = [](const Spoken& cell) { return cell->accDoDefaultAction(Child(0)); };
+    constexpr Action write = [](const Spoken& cell) { return cell->put_accValue(Child(0), Bstr(u"9").get()); };
+    constexpr Action select = [](const Spoken& cell) { return cell->accSelect(SELFLAG_TAKEFOCUS, Child(0)); };
     for (const DISPID at :
          {grid_event::leaveCell, grid_event::enterCell, grid_event::beforeCellChange, grid_event::afterCellChange}) {
-        for (const auto& action : actions) {
+        for (const Action action : {edit, write, select}) {
             for (const bool close : {true, false}) {
-                Spoken cell;
-                {
-                    F form;
-                    form.GoTo(1, F::name);
-                    form.Type(L"a");
-                    cell = CellOf(form, 2, F::qty);
-                    form.events->onEvent = [&](DISPID id, DISPPARAMS&) {
-                        if (id != at) return;
-                        form.events->onEvent = nullptr;
-                        if (close)
-                            form.container.Close();
-                        else
-                            Put(form.grid.get(), L"Rows", {Variant(1)});
-                    };
-                    action(cell);
-                    form.Pump();
-                }
-                Bstr name;
-                EXPECT_EQ(CO_E_OBJNOTCONNECTED, cell->get_accName(Child(0), name.put()));
+                F form;
+                form.GoTo(1, F::name);
+                form.Type(L"a");
+                const Spoken cell = CellOf(form, 2, F::qty);
+                form.events->onEvent = [&](DISPID id, DISPPARAMS&) {
+                    if (id != at) return;
+                    form.events->onEvent = nullptr;
+                    if (close)
+                        form.container.Close();
+                    else
+                        Put(form.grid.get(), L"Rows", {Variant(1)});
+                };
+                action(cell);
+                form.Pump();
+                form.grid.reset();
+                form.container.Close();
+                EXPECT_TRUE(cell.Gone());
             }
         }
     }
@@ -392,7 +347,7 @@ TEST(Accessibility, HandlersMayTakeTheGridAwayFromUnderAnAction) {
 // What the grid's window tells, as names of the objects that are told of.
 class Listener {
   public:
-    explicit Listener(const F& form) : form_(form), window_(form.InnerGrid()) {
+    explicit Listener(const F& form) : window_(form.InnerGrid()) {
         current = this;
         hook_ = SetWinEventHook(EVENT_OBJECT_REORDER, EVENT_OBJECT_VALUECHANGE, nullptr, &Listener::Heard,
                                 GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT);
@@ -408,24 +363,17 @@ class Listener {
     // Since the last call. The system's own events about the window as a whole are left out.
     std::string Take() {
         Pump();
+        static const std::map<DWORD, const char*> kinds{
+            {EVENT_OBJECT_REORDER, "reorder"},        {EVENT_OBJECT_FOCUS, "focus"},
+            {EVENT_OBJECT_SELECTION, "selection"},    {EVENT_OBJECT_VALUECHANGE, "value"},
+            {EVENT_OBJECT_SELECTIONWITHIN, "within"}, {EVENT_OBJECT_NAMECHANGE, "name"}};
         std::string log;
-        for (const auto& [event, child] : events_) {
-            const char* kind = event == EVENT_OBJECT_REORDER           ? "reorder"
-                               : event == EVENT_OBJECT_FOCUS           ? "focus"
-                               : event == EVENT_OBJECT_SELECTION       ? "selection"
-                               : event == EVENT_OBJECT_VALUECHANGE     ? "value"
-                               : event == EVENT_OBJECT_SELECTIONWITHIN ? "within"
-                               : event == EVENT_OBJECT_NAMECHANGE      ? "name"
-                                                                       : nullptr;
-            if (!kind || (event == EVENT_OBJECT_FOCUS && child == 0)) continue;
-            log += kind;
-            if (child != 0) {
-                const Spoken object = Spoken::Of(window_).At(child);
-                log += object ? " [" + object.Name() + "] " + object.Value() : " ?";
-            }
-            log += "\n";
+        for (const auto& [event, child] : std::exchange(events_, {})) {
+            const auto kind = kinds.find(event);
+            if (kind == kinds.end() || (event == EVENT_OBJECT_FOCUS && child == 0)) continue;
+            const Spoken object = child != 0 ? Spoken::Of(window_).At(child) : Spoken();
+            log += kind->second + (object ? " [" + object.Name() + "] " + object.Value() : "") + "\n";
         }
-        events_.clear();
         return log;
     }
 
@@ -436,7 +384,6 @@ class Listener {
     }
 
     static Listener* current;
-    const F& form_;
     HWND window_;
     HWINEVENTHOOK hook_;
     std::vector<std::pair<DWORD, LONG>> events_;
@@ -456,29 +403,14 @@ TEST(Accessibility, EventsFollowTheCursorAndEntries) {
     EXPECT_EQ("focus [Rate, Row 1] \nselection [Rate, Row 1] \nvalue [Qty, Row 1] 8\n", heard.Take());
     form.Press(VK_DOWN, {VK_SHIFT});
     EXPECT_EQ("within\n", heard.Take());
-    form.Press(VK_DOWN);
-    EXPECT_EQ("focus [Rate, Row 2] \nselection [Rate, Row 2] \n", heard.Take());
-    form.SetCell(2, F::rate, u"1.5");
-    EXPECT_EQ("value [Rate, Row 2] 1.5\n", heard.Take());
-    form.SetCell(1, F::rate, u"2");
-    EXPECT_EQ("", heard.Take());
     form.SetCell(0, F::qty, u"Pieces");
     EXPECT_EQ("name [Pieces] \n", heard.Take()) << "a header's text is its name";
     SetFocus(form.container.Window());
     heard.Take();
     SetFocus(form.InnerGrid());
-    EXPECT_EQ("focus [Rate, Row 2] 1.5\n", heard.Take());
-}
-
-TEST(Accessibility, ABurstOfRowsIsOneEvent) {
-    F form;
-    form.GoTo(1, F::name);
-    Listener heard(form);
-    heard.Take();
+    EXPECT_EQ("focus [Rate, Row 1] \n", heard.Take());
     for (int i = 0; i < 2000; ++i) Call(form.grid.get(), L"AddItem", {Variant(u"\tann\t1")});
-    EXPECT_EQ("reorder\n", heard.Take());
-    Put(form.grid.get(), L"Rows", {Variant(3)});
-    EXPECT_EQ("reorder\n", heard.Take());
+    EXPECT_EQ("reorder\n", heard.Take()) << "a burst of rows is one event";
 }
 
 // ---- Buttons -------------------------------------------------------------------------------------------------------
@@ -494,10 +426,9 @@ TEST(Accessibility, TextBoxesSayNameAndTextButNoPassword) {
     form.Type("3");
     EXPECT_EQ(box.Value(), "3");
     Put(form.Inner().get(), L"PasswordChar", {Variant(u"*")});
-    BSTR value = nullptr;
-    box->get_accValue(Child(0), &value);
-    EXPECT_EQ(SysStringLen(value), 0U);
-    SysFreeString(value);
+    Bstr value;
+    box->get_accValue(Child(0), value.put());
+    EXPECT_EQ(value.View(), u"");
 }
 
 TEST(Accessibility, ButtonsAreNamedAndPressed) {
@@ -512,8 +443,6 @@ TEST(Accessibility, ButtonsAreNamedAndPressed) {
     EXPECT_EQ("Save", spoken.Name());
     EXPECT_EQ(ROLE_SYSTEM_PUSHBUTTON, spoken.Role());
     EXPECT_EQ("Alt+S", spoken.Shortcut());
-    EXPECT_EQ("Press", spoken.Action());
-    EXPECT_EQ(STATE_SYSTEM_FOCUSABLE, spoken.State());
     RECT window{};
     GetWindowRect(container.ControlWindow(), &window);
     const RECT place = spoken.Place();
@@ -524,13 +453,12 @@ TEST(Accessibility, ButtonsAreNamedAndPressed) {
     Pump();
     EXPECT_EQ(1u, recorder->Count(DISPID_CLICK));
     Put(button.get(), L"Enabled", {Variant(false)});
-    EXPECT_TRUE(spoken.State() & STATE_SYSTEM_UNAVAILABLE);
+    EXPECT_EQ(STATE_SYSTEM_UNAVAILABLE, spoken.State());
     EXPECT_TRUE(FAILED(spoken->accDoDefaultAction(Child(0))));
     connection.Disconnect();
     button.reset();
     container.Close();
-    Bstr text;
-    EXPECT_EQ(CO_E_OBJNOTCONNECTED, spoken->get_accName(Child(0), text.put()));
+    EXPECT_TRUE(spoken.Gone());
 }
 
 }  // namespace

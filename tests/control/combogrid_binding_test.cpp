@@ -1,11 +1,11 @@
 // Record sets into a ComboGrid, as a host binds them.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <functional>
 
 #include "com/late_bound.h"
 #include "com/safearray.h"
+#include "com/wide_text.h"
 #include "tests/control/combogrid_form.h"
 #include "tests/support/dialog_closer.h"
 #include "tests/support/input.h"
@@ -66,22 +66,17 @@ TEST(ComboGridBinding, RecordsBecomeRows) {
 }
 
 TEST(ComboGridBinding, RowsHaveTheNumbersThatTheRecordsHave) {
-    struct Case {
-        long first;
-        const char* numbers;  // of the first row, of those around the end of the first block, and of the last
-    };
-    for (const Case& c : {Case{1, "1 512 513 600"}, Case{0, "0 511 512 599"}, Case{-1, "-1 -1 -1 -1"}}) {
-        for (const bool inBlocks : {false, true}) {
+    for (const bool inBlocks : {false, true}) {
+        for (const long first : {0, -1}) {
             F form({{L"AutoRecordNumber", Variant(true)}});
             const auto records = MakeObject<ScriptRecords>();
-            records->firstPosition = c.first;
+            records->firstPosition = first;
             records->hasRows = inBlocks;
             records->records.assign(600, {Variant(u"x")});
             Bind(form, records.get());
-            ASSERT_EQ(form.Number(L"Rows"), 601);
-            std::string numbers;
-            for (const int row : {1, 512, 513, 600}) numbers += Narrow(form.Cell(row, F::no)) + (row < 600 ? " " : "");
-            EXPECT_EQ(numbers, c.numbers) << inBlocks;
+            std::string numbers;  // around the end of the first block, too
+            for (const int row : {1, 512, 513, 600}) numbers += Narrow(form.Cell(row, F::no)) + " ";
+            EXPECT_EQ(numbers, first == 0 ? "0 511 512 599 " : "-1 -1 -1 -1 ") << inBlocks;
         }
     }
 }
@@ -104,71 +99,55 @@ TEST(ComboGridBinding, FieldsMayNumberTheirMembersAsTheyLike) {
 TEST(ComboGridBinding, WhatRecordSetsMaySay) {
     struct Case {
         const char* what;
-        std::function<void(ScriptRecords&)> set;
         const char* reported;  // the number, or empty
         long rows;
-        const char* events;
+        std::function<void(ScriptRecords&)> set;
     };
     const auto three = [](ScriptRecords& r) { r.records = {{Variant(u"a")}, {Variant(u"b")}, {Variant(u"c")}}; };
+    const auto failing = [&](ScriptRecords& r) { three(r), r.failsAt = 2; };
     const Case cases[] = {
-        {"none", [](ScriptRecords&) {}, "", 2, "2(-1, -1, , , False)\n"},
-        {"uncounted", [&](ScriptRecords& r) { three(r), r.counted = -1; }, "", 4, "2(-1, -1, , , False)\n"},
-        {"at its end", [&](ScriptRecords& r) { three(r), r.at = 3; }, "", 1, "2(-1, -1, , , False)\n"},
-        {"from the second on", [&](ScriptRecords& r) { three(r), r.at = 1; }, "", 3, "2(-1, -1, , , False)\n"},
-        {"closed", [&](ScriptRecords& r) { three(r), r.closed = static_cast<HRESULT>(0x800A0E78); }, ": 3704", 1, ""},
-        {"without RecordCount", [&](ScriptRecords& r) { three(r), r.hasCount = false; }, ": 438", 3, ""},
-        {"failing", [&](ScriptRecords& r) { three(r), r.failsAt = 2; }, ": -2147467259", 3, ""},
-        {"failing in a block", [&](ScriptRecords& r) { three(r), r.failsAt = 2, r.hasRows = true; }, ": -2147467259", 3,
-         ""},
-        {"failing in a block nobody knows where",
-         [&](ScriptRecords& r) { three(r), r.failsAt = 2, r.hasRows = r.losesBlock = true, r.firstPosition = -1; },
-         ": -2147467259", 3, ""},
-        {"failing in a block without places, and uncounted",
-         [&](ScriptRecords& r) {
-             three(r), r.failsAt = 2, r.hasRows = r.losesBlock = true, r.hasPosition = false, r.counted = -1;
-         },
-         ": -2147467259", 3, ""},
-        {"without places, and uncounted",
-         [&](ScriptRecords& r) { three(r), r.hasRows = true, r.hasPosition = false, r.counted = -1; }, "", 4,
-         "2(-1, -1, , , False)\n"},
-        {"without fields",
-         [](ScriptRecords& r) {
-             r.records = {{}, {}};
-         },
-         "", 3, "2(-1, -1, , , False)\n"},
-        {"more fields than columns", [](ScriptRecords& r) { r.records = {std::vector<Variant>(40, Variant(u"x"))}; },
-         "", 2, "2(-1, -1, , , False)\n"},
-        {"binary",
-         [](ScriptRecords& r) {
+        {"uncounted", "", 4, [&](auto& r) { three(r), r.counted = -1; }},
+        {"at its end", "", 1, [&](auto& r) { three(r), r.at = 3; }},
+        {"from the second on", "", 3, [&](auto& r) { three(r), r.at = 1; }},
+        {"closed", ": 3704", 1, [&](auto& r) { three(r), r.closed = static_cast<HRESULT>(0x800A0E78); }},
+        {"without RecordCount", ": 438", 3, [&](auto& r) { three(r), r.hasCount = false; }},
+        {"failing", ": -2147467259", 3, failing},
+        {"failing in a block", ": -2147467259", 3, [&](auto& r) { failing(r), r.hasRows = true; }},
+        {"failing in a block nobody knows where", ": -2147467259", 3,
+         [&](auto& r) { failing(r), r.hasRows = r.losesBlock = true, r.firstPosition = -1; }},
+        {"failing in a block without places, and uncounted", ": -2147467259", 3,
+         [&](auto& r) { failing(r), r.hasRows = r.losesBlock = true, r.hasPosition = false, r.counted = -1; }},
+        {"without places, and uncounted", "", 4,
+         [&](auto& r) { three(r), r.hasRows = true, r.hasPosition = false, r.counted = -1; }},
+        {"without fields", "", 3, [](auto& r) { r.records.resize(2); }},
+        {"more fields than columns", "", 2, [](auto& r) { r.records = {std::vector<Variant>(40, Variant(u"x"))}; }},
+        {"binary", ": 13", 2,
+         [](auto& r) {
              Variant bytes;
              bytes.ptr()->parray = SafeArrayCreateVector(VT_UI1, 0, 4);
              bytes.ptr()->vt = VT_ARRAY | VT_UI1;
              r.records = {{Variant(u"a")}, {bytes}};
-         },
-         ": 13", 2, ""},
+         }},
     };
     for (const Case& c : cases) {
         F form;
         const auto records = MakeObject<ScriptRecords>();
         c.set(*records);
         form.Log();
-        std::wstring title;
+        std::string title;
         {
             const Person person([&] {
                 if (!*c.reported) return;
-                const HWND box = WaitForBox();
                 wchar_t text[200]{};
-                GetWindowTextW(box, text, 200);
-                title = text;
+                GetWindowTextW(WaitForBox(), text, 200);
+                title = Narrow(FromWide(text));
                 TypeKey(VK_RETURN);
             });
             Bind(form, records.get());
         }
-        const std::wstring ending(c.reported, c.reported + std::strlen(c.reported));
-        EXPECT_TRUE(title.size() >= ending.size() && title.substr(title.size() - ending.size()) == ending)
-            << c.what << " " << std::string(title.begin(), title.end());
+        EXPECT_TRUE(title.ends_with(c.reported)) << c.what << " " << title;
         EXPECT_EQ(form.Number(L"Rows"), c.rows) << c.what;
-        EXPECT_EQ(form.Log(), c.events) << c.what;
+        EXPECT_EQ(form.Log(), *c.reported ? "" : "2(-1, -1, , , False)\n") << c.what;
         EXPECT_TRUE(GridIsShown(form)) << c.what;
     }
 }
@@ -233,8 +212,6 @@ TEST(ComboGridBinding, ValuesHaveOneText) {
     Bstr shortDate;
     ASSERT_EQ(S_OK, VarBstrFromDate(day, LOCALE_USER_DEFAULT, 0, shortDate.put()));
     const std::pair<Variant, std::string> cases[] = {
-        {Variant(u"as it is"), "as it is"},
-        {Variant(12), "12"},
         {Variant(static_cast<short>(-7)), "-7"},
         {Variant(1234.5), "1234.5"},
         {Variant(1e15), "1E+15"},
@@ -242,7 +219,6 @@ TEST(ComboGridBinding, ValuesHaveOneText) {
         {Of(VT_CY, Variant(3.5)), "3.5"},
         {Of(VT_DECIMAL, Variant(u"12.345")), "12.345"},
         {Variant(true), "True"},
-        {Variant(false), "False"},
         {Of(VT_DATE, Variant(day)), Narrow(shortDate.View())},
         {Null(), ""},
         {Variant(), ""},
@@ -277,26 +253,20 @@ TEST(ComboGridBinding, ValuesHaveOneText) {
     error.ptr()->vt = VT_ERROR;
     error.ptr()->scode = E_FAIL;
     for (const Variant& given : {error, Variant(static_cast<IDispatch*>(nullptr))})
-        EXPECT_EQ(Invoke(form.grid.get(), L"SetCell", DISPATCH_METHOD,
-                         {Variant(1).get(), Variant(int{F::name}).get(), given.get()})
-                      .scode,
-                  static_cast<HRESULT>(0x800A000D));
+        EXPECT_EQ(ErrorOf(form.grid.get(), L"SetCell", DISPATCH_METHOD, {Variant(1), Variant(int{F::name}), given}),
+                  13);
 }
 
-TEST(ComboGridBinding, AnEmptySetLeavesARowToEnter) {
+TEST(ComboGridBinding, AnEmptySetLeavesARowToEnterAndNoneTheRowsThatWere) {
     F form({{L"AutoRecordNumber", Variant(true)}});
-    Bind(form, MakeObject<ScriptRecords>().get());
-    EXPECT_EQ(form.Number(L"Rows"), 2);
-    EXPECT_EQ(Row(form, 1), "1,,,,");
-}
-
-TEST(ComboGridBinding, NoRecordSetIsAnErrorToTheUser) {
-    F form;
     const Person person([] {
         if (WaitForBox()) TypeKey(VK_RETURN);
     });
-    Call(form.grid.get(), L"Bind", {Variant(static_cast<IDispatch*>(nullptr))});
-    EXPECT_EQ(form.Number(L"Rows"), 3) << "what was there stays";
+    Bind(form, nullptr);
+    EXPECT_EQ(form.Number(L"Rows"), 3);
+    Bind(form, MakeObject<ScriptRecords>().get());
+    EXPECT_EQ(form.Number(L"Rows"), 2);
+    EXPECT_EQ(Row(form, 1), "1,,,,");
 }
 
 // The record set that the system keeps in memory, through its own interface: counts and places as documented.
@@ -372,14 +342,10 @@ TEST(ComboGridBinding, TheRecordsAskedForLastAreThereWhole) {
     const Case cases[] = {
         {"an open edit is committed", grid_event::afterCellChange, 1},
         {"the cursor leaves its row", grid_event::leaveCell, 1},
-        {"the cursor is on the header", grid_event::enterCell, 1},
-        {"told of another row", grid_event::rowColChange, 1},
-        {"told of another selection", grid_event::selChange, 1},
         {"the cursor leaves the header", grid_event::leaveCell, 2},
         {"the cursor is on the first row", grid_event::enterCell, 2},
         {"the first row is selected", grid_event::selChange, 2},
         {"records are counted", ~0, 1},
-        {"the end is asked for", ~1, 1},
         {"the end is asked for again", ~1, 2},
         {"the place is asked for", ~2, 1},
         {"the next record is asked for", ~3, 1},

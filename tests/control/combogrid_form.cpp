@@ -26,28 +26,19 @@ Container::Options OptionsFor(bool userMode, const ComboGridForm& form) {
 
 // Events that the inner grid's are passed on as; they would drown the others.
 bool PassedOn(DISPID event) {
-    switch (event) {
-        case DISPID_CLICK:
-        case DISPID_DBLCLICK:
-        case DISPID_KEYPRESS:
-        case DISPID_KEYUP:
-        case DISPID_MOUSEDOWN:
-        case DISPID_MOUSEMOVE:
-        case DISPID_MOUSEUP:
-        case grid_event::rowColChange:
-        case grid_event::selChange:
-        case grid_event::scroll:
-            return true;
-        default:
-            return false;
-    }
-}
-
-HWND ChildOfClass(HWND parent, const wchar_t* wanted) {
-    return parent ? FindWindowExW(parent, nullptr, wanted, nullptr) : nullptr;
+    constexpr DISPID passedOn[] = {DISPID_CLICK,          DISPID_DBLCLICK,   DISPID_KEYPRESS, DISPID_KEYUP,
+                                   DISPID_MOUSEDOWN,      DISPID_MOUSEMOVE,  DISPID_MOUSEUP,  grid_event::rowColChange,
+                                   grid_event::selChange, grid_event::scroll};
+    return std::find(std::begin(passedOn), std::end(passedOn), event) != std::end(passedOn);
 }
 
 }  // namespace
+
+int ErrorOf(IDispatch* object, const wchar_t* member, WORD flags, const std::vector<Variant>& arguments) {
+    std::vector<VARIANT> raw;
+    for (const Variant& argument : arguments) raw.push_back(argument.get());
+    return Invoke(object, member, flags, raw).scode & 0xFFFF;
+}
 
 void Answer(DISPPARAMS& arguments, bool value) {
     // Arguments come from right to left.
@@ -210,7 +201,8 @@ ULONG ComboGridForm::ReferencesWhenClosed(const ComPtr<IUnknown>& control) {
 }
 
 HWND ComboGridForm::Frame() const {
-    const HWND frame = ChildOfClass(container.ControlWindow(), L"QvxEditorFrame");
+    if (!container.ControlWindow()) return nullptr;
+    const HWND frame = FindWindowExW(container.ControlWindow(), nullptr, L"QvxEditorFrame", nullptr);
     return frame && IsWindowVisible(frame) ? frame : nullptr;
 }
 

@@ -10,9 +10,25 @@
 #include <string>
 #include <vector>
 
-#include "tests/control/combogrid_events.h"
 #include "tests/support/container.h"
 #include "tests/support/server_under_test.h"
+
+namespace qvx::grid_event {
+
+// The numbers by which hosts know the events that have none of the system's.
+constexpr long beforeCellChange = 1;
+constexpr long afterCellChange = 2;
+constexpr long onError = 3;
+constexpr long listChange = 4;
+constexpr long onDelete = 6;
+constexpr long enterCell = 7;
+constexpr long leaveCell = 8;
+constexpr long bindProgress = 9;
+constexpr long rowColChange = 10;
+constexpr long selChange = 11;
+constexpr long scroll = 12;
+
+}  // namespace qvx::grid_event
 
 namespace qvx::test {
 
@@ -72,6 +88,9 @@ class ComboGridForm {
     void Send(int virtualKey, bool down);
     bool leftToContainer_ = false;
 };
+
+// The number of the error that a call raises; 0 for none.
+int ErrorOf(IDispatch* object, const wchar_t* member, WORD flags, const std::vector<Variant>& arguments = {});
 
 // The by-reference Boolean that is the event's last argument.
 void Answer(DISPPARAMS& arguments, bool value);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <sstream>
 
 #include "Qvx.h"
 #include "com/wide_text.h"
@@ -26,22 +27,14 @@ ComPtr<IDispatch> Loaded(const std::vector<std::pair<std::wstring, Variant>>& va
     return control.As<IDispatch>();
 }
 
-TEST(ComboGridSaving, AnEmptyBagGivesThreeRowsAndNoColumns) {
+TEST(ComboGridSaving, AnEmptyBagGivesThreeRowsAndAFixedColumnThatWaits) {
     const auto grid = Loaded({});
-    EXPECT_EQ(3, Call(grid.get(), L"Rows").ToLong());
-    EXPECT_EQ(0, Call(grid.get(), L"Cols").ToLong());
+    EXPECT_EQ("3 1 0 0 ", CountsOf(grid.get()));
     EXPECT_EQ(u"", Call(grid.get(), L"StringFormat").ToText());
     EXPECT_EQ(0, Call(Call(grid.get(), L"ColIndex").ToObject<IDispatch>().get(), L"Count").ToLong());
     EXPECT_TRUE(SaveToBag(Query<IUnknown>(grid.get()).get())->entries.empty()) << "every value is its default";
-}
-
-TEST(ComboGridSaving, FixedColumnWaitsForColumnsToCome) {
-    const auto grid = Loaded({});
-    EXPECT_EQ(0, Call(grid.get(), L"FixedCols").ToLong());
     Put(grid.get(), L"FormatString", {Variant(u"No|Name|Qty")});
-    EXPECT_EQ(3, Call(grid.get(), L"Cols").ToLong());
-    EXPECT_EQ(1, Call(grid.get(), L"FixedCols").ToLong());
-    EXPECT_EQ(1, Call(grid.get(), L"FixedRows").ToLong());
+    EXPECT_EQ("3 1 3 1 ", CountsOf(grid.get()));
 }
 
 TEST(ComboGridSaving, EveryCombinationOfCountsComesBack) {
@@ -81,51 +74,34 @@ TEST(ComboGridSaving, ANewControlKeepsTheGridAsItIsMade) {
     const auto control = New();
     ASSERT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
     const auto grid = control.As<IDispatch>();
-    EXPECT_EQ(2, Call(grid.get(), L"Rows").ToLong());
-    EXPECT_EQ(2, Call(grid.get(), L"Cols").ToLong());
-    EXPECT_EQ(-1, Call(grid.get(), L"KeyColumn").ToLong());
-    EXPECT_EQ(1, Call(grid.get(), L"BindFrom").ToLong());
-    EXPECT_EQ(true, Call(grid.get(), L"AutoTab").ToBool());
-    EXPECT_EQ(true, Call(grid.get(), L"ProjectSelection").ToBool());
-    EXPECT_EQ(u"DD/MM/YYYY", Call(grid.get(), L"DateFormat").ToText());
+    const std::pair<const wchar_t*, const char16_t*> values[] = {{L"Rows", u"2"},
+                                                                 {L"Cols", u"2"},
+                                                                 {L"KeyColumn", u"-1"},
+                                                                 {L"BindFrom", u"1"},
+                                                                 {L"AutoTab", u"True"},
+                                                                 {L"DateFormat", u"DD/MM/YYYY"},
+                                                                 {L"ProjectSelection", u"True"}};
+    for (const auto& [name, value] : values) EXPECT_EQ(value, Call(grid.get(), name).ToText());
 }
 
-// Every key once, in its order: each property has a value other than its default.
+// Every key once, in its order: the file has a value for each property other than its default.
 TEST(ComboGridSaving, KeysAndTheirOrderAreFixed) {
-    const auto control = New();
-    ASSERT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
-    const auto grid = control.As<IDispatch>();
-    const auto put = [&](const wchar_t* name, Variant value) { Put(grid.get(), name, {std::move(value)}); };
-    put(L"FormatString", Variant(u"A|B|C|D"));
-    put(L"Rows", Variant(6));
-    put(L"FixedCols", Variant(2));
-    put(L"FixedRows", Variant(2));
-    for (const wchar_t* color : {L"BackColorBkg", L"BackColor", L"BackColorSel", L"ForeColor", L"ForeColorFixed",
-                                 L"ForeColorSel", L"GridColor", L"GridColorFixed", L"BackColorFixed"})
-        put(color, Variant(0x123456));
-    for (const wchar_t* list :
-         {L"InActiveColumns", L"ListColumns", L"UnChangableColumns", L"ColumnsDataType", L"RequiredFields",
-          L"InVisibleColumns", L"CheckValueFor", L"NonFocusColumns", L"ColumnsMaxLength"})
-        put(list, Variant(u";B;"));
-    for (const wchar_t* on : {L"AutoAddNew", L"AutoRecordNumber", L"ProjectionBold", L"CellToolTip"})
-        put(on, Variant(true));
-    for (const wchar_t* off : {L"ScrollTrack", L"ProjectSelection", L"AutoTab", L"Enabled"}) put(off, Variant(false));
-    for (const wchar_t* number : {L"AllowUserResizing", L"Appearance", L"MergeCells", L"SelectionMode"})
-        put(number, Variant(1));
-    for (const wchar_t* number : {L"FocusRect", L"HighLight", L"BindFrom"}) put(number, Variant(2));
-    for (const wchar_t* number : {L"GridLines", L"GridLinesFixed", L"KeyColumn"}) put(number, Variant(3));
-    put(L"ScrollBars", Variant(1));
-    put(L"BorderStyle", Variant(0));
-    put(L"DateFormat", Variant(u"mmm/yyyy"));
-    Put(grid.get(), L"ColAlignment", {Variant(0), Variant(4)});
-    Put(grid.get(), L"ColWidth", {Variant(0), Variant(1200)});
-    Put(grid.get(), L"TextMatrix", {Call(grid.get(), L"Row"), Call(grid.get(), L"Col"), Variant(u"current")});
-    const auto bag = SaveToBag(control.get());
+    const auto bag = MakeObject<MemoryBag>();
+    std::istringstream lines(GoldenText("combogrid_bag.txt"));
+    for (std::string line; std::getline(lines, line);) {
+        const Text text(line.begin(), line.end());
+        const auto mark = text.find(u'=');
+        bag->Set(Wide(text.substr(0, mark)), Variant(text.substr(mark + 1)));
+    }
     EXPECT_EQ(48u, bag->entries.size());
-    ExpectGolden("combogrid_bag.txt", Narrow(bag->Print()));
-    const auto again = New();
-    ASSERT_EQ(S_OK, LoadFromBag(again.get(), bag.get()));
-    EXPECT_EQ(Narrow(bag->Print()), Narrow(SaveToBag(again.get())->Print()));
+    const auto control = New();
+    ASSERT_EQ(S_OK, LoadFromBag(control.get(), bag.get()));
+    ExpectGolden("combogrid_bag.txt", Narrow(SaveToBag(control.get())->Print()));
+    for (const auto& [key, value] : bag->entries) {
+        if (!key.ends_with(L"0")) {
+            EXPECT_EQ(value.ToText(), Call(control.As<IDispatch>().get(), key.c_str()).ToText());
+        }
+    }
 }
 
 TEST(ComboGridSaving, OnlyIndexZeroOfIndexedMembersIsKept) {
@@ -139,37 +115,16 @@ TEST(ComboGridSaving, OnlyIndexZeroOfIndexedMembersIsKept) {
     EXPECT_EQ(0, Call(hidden.get(), L"ColWidth", {Variant(0)}).ToLong()) << "column 0 is hidden without its key";
 }
 
-TEST(ComboGridSaving, DesignModePreparesNothing) {
-    F form({{L"AutoRecordNumber", Variant(true)}}, false);
-    EXPECT_EQ(u"", form.Cell(1, 0));
-    EXPECT_EQ(u"", Call(form.grid.get(), L"StringFormat").ToText());
-    EXPECT_NE(0, Call(form.grid.get(), L"ColWidth", {Variant(int{F::key})}).ToLong());
-    const CallResult list = Invoke(form.grid.get(), L"Lists", DISPATCH_PROPERTYGET, {Variant(int{F::item}).get()});
-    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 340), list.scode);
-}
-
-TEST(ComboGridMembers, RunModeIsPreparedByLoading) {
-    F form({{L"AutoRecordNumber", Variant(true)}, {L"Rows", Variant(4)}});
-    EXPECT_EQ(u"1", form.Cell(1, 0));
-    EXPECT_EQ(u"3", form.Cell(3, 0));
-    EXPECT_EQ(u"No", form.Cell(0, 0));
-    EXPECT_EQ(0, Call(form.grid.get(), L"ColWidth", {Variant(int{F::key})}).ToLong());
-    EXPECT_EQ(u"[No],[Name],[Qty],[Rate],[Month],[Item],[Locked],[Skip],[Key]",
-              Call(form.grid.get(), L"StringFormat").ToText());
-}
-
 // A form that is half there has no handlers yet, whoever reads it a second time.
 TEST(ComboGridMembers, NobodyHearsOfTheCursorWhileItIsRead) {
     F form({{L"Rows", Variant(2)}});
     const auto bag = SaveToBag(form.container.Control());
-    const auto stream = SaveToStream(form.container.Control());
     const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
     const auto innerEvents = MakeObject<EventRecorder>();
     const Connection connection(inner.get(), __uuidof(__FlexGrid), innerEvents.get());
     const auto control = Query<IOleControl>(form.container.Control());
     const std::pair<const char*, std::function<void()>> cases[] = {
         {"bag", [&] { EXPECT_EQ(S_OK, LoadFromBag(form.container.Control(), bag.get())); }},
-        {"stream", [&] { EXPECT_EQ(S_OK, LoadFromStream(form.container.Control(), stream)); }},
         {"frozen",
          [&] {
              control->FreezeEvents(TRUE);
@@ -195,6 +150,11 @@ TEST(ComboGridMembers, IsPreparedWhenItsHostTurnsToRunning) {
     F form({{L"AutoRecordNumber", Variant(true)}}, false);
     form.container.Activate();
     EXPECT_EQ(nullptr, form.InnerGrid());
+    EXPECT_EQ(u"", form.Cell(1, F::no));
+    EXPECT_EQ(u"", Call(form.grid.get(), L"StringFormat").ToText());
+    const auto keyWidth = [&] { return Call(form.grid.get(), L"ColWidth", {Variant(int{F::key})}).ToLong(); };
+    EXPECT_NE(0, keyWidth());
+    EXPECT_EQ(340, ErrorOf(form.grid.get(), L"Lists", DISPATCH_PROPERTYGET, {Variant(int{F::item})}));
     for (const bool again : {false, true}) {
         form.container.SetAmbient(DISPID_AMBIENT_USERMODE, Variant(true));
         ASSERT_NE(nullptr, form.InnerGrid());
@@ -203,9 +163,9 @@ TEST(ComboGridMembers, IsPreparedWhenItsHostTurnsToRunning) {
         GetWindowRect(form.InnerGrid(), &inner);
         EXPECT_EQ(control.right, inner.right - inner.left);
         EXPECT_EQ(u"1", form.Cell(1, F::no));
-        EXPECT_EQ(
-            3,
-            Call(Call(form.grid.get(), L"ColIndex").ToObject<IDispatch>().get(), L"Item", {Variant(u"Rate")}).ToLong());
+        EXPECT_EQ(0, keyWidth());
+        EXPECT_EQ(u"[No],[Name],[Qty],[Rate],[Month],[Item],[Locked],[Skip],[Key]",
+                  Call(form.grid.get(), L"StringFormat").ToText());
         EXPECT_EQ(0, Call(form.List(F::item).get(), L"ListCount").ToLong());
         Put(form.grid.get(), L"Row", {Variant(1)});
         Put(form.grid.get(), L"Col", {Variant(int{F::name})});
@@ -229,8 +189,7 @@ TEST(ComboGridMembers, ListsIsForListColumnsOnly) {
     }
     // A column listed later has no list before the next load.
     Put(form.grid.get(), L"ListColumns", {Variant(u";Name;Item;")});
-    const CallResult late = Invoke(form.grid.get(), L"Lists", DISPATCH_PROPERTYGET, {Variant(int{F::name}).get()});
-    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 340), late.scode);
+    EXPECT_EQ(340, ErrorOf(form.grid.get(), L"Lists", DISPATCH_PROPERTYGET, {Variant(int{F::name})}));
     form.GoTo(1, F::name);
     form.Type(L"free");
     form.Press(VK_RETURN);
@@ -243,13 +202,10 @@ TEST(ComboGridMembers, PickListHasTheMembersHostsKnow) {
     IDispatch* combo = list.get();
     Call(combo, L"AddItem", {Variant(u"Avocado"), Variant(1)});
     EXPECT_EQ(1, Call(combo, L"NewIndex").ToLong());
-    EXPECT_EQ(4, Call(combo, L"ListCount").ToLong());
     EXPECT_EQ(u"Avocado", Call(combo, L"List", {Variant(1)}).ToText());
     EXPECT_EQ(u"", Call(combo, L"List", {Variant(9)}).ToText());
     Put(combo, L"ItemData", {Variant(1), Variant(4711)});
-    EXPECT_EQ(4711, Call(combo, L"ItemData", {Variant(1)}).ToLong());
     Put(combo, L"List", {Variant(1), Variant(u"Apricot")});
-    EXPECT_EQ(u"Apricot", Call(combo, L"List", {Variant(1)}).ToText());
     EXPECT_EQ(4711, Call(combo, L"ItemData", {Variant(1)}).ToLong());
     form.Log();
     Put(combo, L"ListIndex", {Variant(1)});
@@ -263,16 +219,10 @@ TEST(ComboGridMembers, PickListHasTheMembersHostsKnow) {
     EXPECT_EQ(u"pr", Call(combo, L"SelText").ToText());
     Put(combo, L"SelText", {Variant(u"XYZ")});
     EXPECT_EQ(u"AXYZi", Call(combo, L"Text").ToText());
-    Put(combo, L"Tag", {Variant(u"note")});
-    EXPECT_EQ(u"note", Call(combo, L"Tag").ToText());
-    Put(combo, L"BackColor", {Variant(255)});
-    EXPECT_EQ(255, Call(combo, L"BackColor").ToLong());
     Call(combo, L"RemoveItem", {Variant(0)});
     EXPECT_EQ(u"Apricot", Call(combo, L"List", {Variant(0)}).ToText());
-    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 5),
-              Invoke(combo, L"RemoveItem", DISPATCH_METHOD, {Variant(9).get()}).scode);
-    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 380),
-              Invoke(combo, L"ListIndex", DISPATCH_PROPERTYPUT, {Variant(9).get()}).scode);
+    EXPECT_EQ(5, ErrorOf(combo, L"RemoveItem", DISPATCH_METHOD, {Variant(9)}));
+    EXPECT_EQ(380, ErrorOf(combo, L"ListIndex", DISPATCH_PROPERTYPUT, {Variant(9)}));
     EXPECT_NE(0, Call(combo, L"hWnd").ToLong());
     const auto font = Call(combo, L"Font").ToObject<IFont>();
     ASSERT_TRUE(font);
@@ -280,34 +230,26 @@ TEST(ComboGridMembers, PickListHasTheMembersHostsKnow) {
     Call(combo, L"Clear");
     EXPECT_EQ(0, Call(combo, L"ListCount").ToLong());
     EXPECT_EQ(u"", Call(combo, L"Text").ToText());
-}
-
-TEST(ComboGridMembers, PickListOutlivesItsControlHarmlessly) {
-    ComPtr<IDispatch> list;
-    {
-        F form;
-        list = form.List(F::item);
-    }
-    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 364), Invoke(list.get(), L"Text", DISPATCH_PROPERTYGET).scode);
+    form.grid.reset();
+    form.container.Close();
+    EXPECT_EQ(364, ErrorOf(combo, L"Text", DISPATCH_PROPERTYGET, {})) << "it outlives its control";
 }
 
 TEST(ComboGridMembers, ColIndexFindsColumnsByCaption) {
     F form(
         {{L"FormatString", Variant(u"No|Code|Qty|Name|Qty")}, {L"Cols", Variant(5)}, {L"ListColumns", Variant(u"")}});
-    const auto index = Call(form.grid.get(), L"ColIndex").ToObject<IDispatch>();
-    EXPECT_EQ(5, Call(index.get(), L"Count").ToLong());
-    EXPECT_EQ(4, Call(index.get(), L"Item", {Variant(u"qty1")}).ToLong());
-    EXPECT_EQ(2, Call(index.get(), L"Item", {Variant(u"Qty")}).ToLong());
-    EXPECT_EQ(0, Call(index.get(), L"Item", {Variant(1)}).ToLong());
-    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 5),
-              Invoke(index.get(), L"Item", DISPATCH_PROPERTYGET, {Variant(u"none").get()}).scode);
+    const auto find = [&](const Variant& caption) {
+        const auto index = Call(form.grid.get(), L"ColIndex").ToObject<IDispatch>();
+        const CallResult found = Invoke(index.get(), L"Item", DISPATCH_PROPERTYGET, {caption.get()});
+        return FAILED(found.result) ? -(found.scode & 0xFFFF) : found.value.ToLong().value_or(-1);
+    };
+    EXPECT_EQ(4, find(Variant(u"qty1")));
+    EXPECT_EQ(0, find(Variant(1))) << "by place";
     Put(form.grid.get(), L"TextMatrix", {Variant(0), Variant(1), Variant(u"Number")});
-    EXPECT_EQ(u"[No],[Code],[Qty],[Name],[Qty1]", Call(form.grid.get(), L"StringFormat").ToText());
+    EXPECT_EQ(-5, find(Variant(u"number")));
     Call(form.grid.get(), L"RefreshColIndex");
     EXPECT_EQ(u"[No],[Number],[Qty],[Name],[Qty1]", Call(form.grid.get(), L"StringFormat").ToText());
-    EXPECT_EQ(
-        1,
-        Call(Call(form.grid.get(), L"ColIndex").ToObject<IDispatch>().get(), L"Item", {Variant(u"number")}).ToLong());
+    EXPECT_EQ(1, find(Variant(u"number")));
 }
 
 TEST(ComboGridMembers, ForwardedPropertiesReachTheInnerGridAndTheHost) {
@@ -321,21 +263,12 @@ TEST(ComboGridMembers, ForwardedPropertiesReachTheInnerGridAndTheHost) {
     EXPECT_EQ(S_OK, Query<IPersistStreamInit>(form.container.Control())->IsDirty());
     EXPECT_NE(Call(form.grid.get(), L"hWnd").ToLong(), Call(inner.get(), L"hWnd").ToLong());
     EXPECT_NE(0, Call(form.grid.get(), L"hDC").ToLong());
-    EXPECT_EQ(static_cast<HRESULT>(0x800A0000 + 380),
-              Invoke(form.grid.get(), L"GridLines", DISPATCH_PROPERTYPUT, {Variant(17).get()}).scode);
-    EXPECT_EQ(
-        static_cast<HRESULT>(0x800A0000 + 381),
-        Invoke(form.grid.get(), L"TextMatrix", DISPATCH_PROPERTYGET, {Variant(99).get(), Variant(0).get()}).scode);
-}
-
-TEST(ComboGridMembers, InVisibleColumnsHidesAndShowsAgain) {
-    F form;
-    const auto width = [&] { return Call(form.grid.get(), L"ColWidth", {Variant(int{F::qty})}).ToLong().value_or(-1); };
-    Put(form.grid.get(), L"InVisibleColumns", {Variant(u";Qty;")});
-    EXPECT_EQ(0, width());
-    EXPECT_NE(0, Call(form.grid.get(), L"ColWidth", {Variant(int{F::key})}).ToLong());
-    Put(form.grid.get(), L"InVisibleColumns", {Variant(u"")});
-    EXPECT_GT(width(), 0);
+    EXPECT_EQ(380, ErrorOf(form.grid.get(), L"GridLines", DISPATCH_PROPERTYPUT, {Variant(17)}));
+    EXPECT_EQ(381, ErrorOf(form.grid.get(), L"TextMatrix", DISPATCH_PROPERTYGET, {Variant(99), Variant(0)}));
+    for (const char16_t* columns : {u";Qty;", u""}) {
+        Put(form.grid.get(), L"InVisibleColumns", {Variant(columns)});
+        EXPECT_EQ(*columns == 0, Call(form.grid.get(), L"ColWidth", {Variant(int{F::qty})}).ToLong() != 0);
+    }
 }
 
 TEST(ComboGridMembers, RowsAreAddedAndRemovedWithTheirNumbers) {
@@ -347,10 +280,7 @@ TEST(ComboGridMembers, RowsAreAddedAndRemovedWithTheirNumbers) {
     Call(form.grid.get(), L"RemoveItem", {Variant(2)});
     for (int row = 1; row < form.Number(L"Rows"); ++row) EXPECT_EQ(std::to_string(row), Narrow(form.Cell(row, F::no)));
     EXPECT_EQ(u"third", form.Cell(3, F::name));
-    EXPECT_TRUE(
-        FAILED(Invoke(form.grid.get(), L"AddItem", DISPATCH_METHOD, {Variant(u"z").get(), Variant(-1).get()}).result));
-    Call(form.grid.get(), L"Clear");
-    EXPECT_EQ(u"", form.Cell(0, F::name));
+    EXPECT_NE(0, ErrorOf(form.grid.get(), L"AddItem", DISPATCH_METHOD, {Variant(u"z"), Variant(-1)}));
 }
 
 TEST(ComboGridMembers, GetNextColumnWritesItsArgument) {
@@ -371,58 +301,22 @@ TEST(ComboGridMembers, GetNextColumnWritesItsArgument) {
     EXPECT_EQ(5, Call(form.grid.get(), L"GetActiveList").ToLong());
 }
 
-// Reading the look of a cell makes it the current one, which with the projection turned off leaves the others as they
-// are.
-std::string CellsLikeSelected(const F& form, IDispatch* inner) {
-    const std::string current = form.Current();
-    std::string cells = Call(inner, L"CellForeColor").ToLong() == 0x030201 ? current + " " : "none ";
-    Put(form.grid.get(), L"ProjectSelection", {Variant(false)});
-    for (long row = 1; row < form.Number(L"Rows"); ++row)
-        for (long col = 0; col < form.Number(L"Cols"); ++col) {
-            Put(inner, L"Row", {Variant(row)});
-            Put(inner, L"Col", {Variant(col)});
-            if (Call(inner, L"CellForeColor").ToLong() == 0x030201 && form.Current() != current)
-                cells += "and " + form.Current() + " ";
-        }
-    Put(form.grid.get(), L"ProjectSelection", {Variant(true)});
-    return cells;
-}
-
-TEST(ComboGridMembers, ExactlyTheCurrentCellIsProjected) {
-    using Act = std::function<void(IDispatch*, IDispatch*)>;  // on the control or on its inner grid
-    const std::pair<const char*, Act> acts[] = {
-        {"moving", [](IDispatch* g, IDispatch*) { Put(g, L"Row", {Variant(2)}); }},
-        {"RemoveItem", [](IDispatch* g, IDispatch*) { Call(g, L"RemoveItem", {Variant(1)}); }},
-        {"RemoveEmptyRows", [](IDispatch* g, IDispatch*) { Call(g, L"RemoveEmptyRows"); }},
-        {"RemoveAllRecords", [](IDispatch* g, IDispatch*) { Call(g, L"RemoveAllRecords"); }},
-        {"AddItem",
-         [](IDispatch* g, IDispatch*) {
-             Call(g, L"AddItem", {Variant(u"x"), Variant(2)});
-         }},
-        {"Rows", [](IDispatch* g, IDispatch*) { Put(g, L"Rows", {Variant(2)}); }},
-        {"Clear", [](IDispatch* g, IDispatch*) { Call(g, L"Clear"); }},
-        {"inner RemoveItem", [](IDispatch*, IDispatch* i) { Call(i, L"RemoveItem", {Variant(1)}); }},
-        {"inner AddItem",
-         [](IDispatch*, IDispatch* i) {
-             Call(i, L"AddItem", {Variant(u"x"), Variant(1)});
-         }},
-        {"inner Sort", [](IDispatch*, IDispatch* i) { Put(i, L"Sort", {Variant(2)}); }},
-        {"inner RowPosition",
-         [](IDispatch*, IDispatch* i) {
-             Put(i, L"RowPosition", {Variant(3), Variant(1)});
-         }},
-    };
+// Which cell is projected when which event comes is the rules'.
+TEST(ComboGridMembers, TheCurrentCellIsProjectedWhoeverMovesRows) {
     F form({{L"Rows", Variant(5)}, {L"ForeColorSel", Variant(0x030201)}});
-    const auto inner = Call(form.grid.get(), L"Grid").ToObject<IDispatch>();
-    for (const auto& [what, act] : acts) {
-        SCOPED_TRACE(what);
-        Call(form.grid.get(), L"RemoveAllRecords");
-        for (const char16_t* item : {u"\ta", u"", u"\tb", u"\tc"}) Call(form.grid.get(), L"AddItem", {Variant(item)});
-        form.GoTo(1, F::name);
-        form.GoTo(4, F::name);
-        act(form.grid.get(), inner.get());
-        const std::string current = form.Current() + " ";
-        EXPECT_EQ(current, CellsLikeSelected(form, inner.get()));
+    const auto inner = form.Inner();
+    const auto looksSelected = [&] { return Call(inner.get(), L"CellForeColor").ToLong() == 0x030201; };
+    for (IDispatch* grid : {form.grid.get(), inner.get()}) {
+        form.GoTo(3, F::name);
+        Call(grid, L"RemoveItem", {Variant(1)});
+        EXPECT_TRUE(looksSelected());
+        Put(form.grid.get(), L"ProjectSelection", {Variant(false)});
+        for (const int row : {1, 2, 3}) {
+            Put(form.grid.get(), L"Row", {Variant(row)});
+            EXPECT_FALSE(looksSelected()) << "nothing is left over in row " << row;
+        }
+        Put(form.grid.get(), L"ProjectSelection", {Variant(true)});
+        Call(grid, L"AddItem", {Variant(u"x"), Variant(1)});
     }
 }
 

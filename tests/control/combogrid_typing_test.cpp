@@ -18,13 +18,8 @@ TEST(ComboGridTyping, EntriesReplaceTheTextAndAreCleanedByTheirColumn) {
         const char* cell;
     };
     const Case cases[] = {
-        {F::name, u"", L"Any text 1%", "Any text 1%"},
-        {F::name, u"before", L"x", "x"},
-        {F::name, u"before", L"\b", ""},
-        {F::qty, u"", L"3.75", "375"},
-        {F::month, u"", L"3-2024", "Mar/2024"},
-        {F::item, u"", L"ban", "Banana"},
-        {F::skip, u"", L"a", "a"},
+        {F::name, u"before", L"x%", "x%"},      {F::name, u"before", L"\b", ""},  {F::qty, u"", L"3.75", "375"},
+        {F::month, u"", L"3-2024", "Mar/2024"}, {F::item, u"", L"ban", "Banana"},
     };
     for (const Case& c : cases) {
         F form;
@@ -49,22 +44,18 @@ TEST(ComboGridTyping, AColumnTakesAsManyCharactersAsItsLength) {
     form.Press(VK_F2);
     form.Type(L"x");
     form.Press(VK_RETURN);
-    EXPECT_EQ(u"longer", form.Cell(1, F::name)) << "what is there already stays";
-    form.GoTo(1, F::name);
-    form.Type(L"abcdefg");
-    form.Press(VK_RETURN);
-    EXPECT_EQ(u"abcd", form.Cell(1, F::name));
     form.GoTo(1, F::item);
     form.Type(L"ban");
     form.Press(VK_RETURN);
-    EXPECT_EQ(u"Banana", form.Cell(1, F::item)) << "an entry of the list comes whole";
-    form.GoTo(1, F::qty);
-    form.Type(L"123456");
+    EXPECT_EQ("longer//", form.Column(F::name)) << "what is there already stays";
+    EXPECT_EQ("Banana//", form.Column(F::item)) << "an entry of the list comes whole";
+    form.GoTo(2, F::name);
+    form.Type(L"abcdefg");
     form.Press(VK_RETURN);
-    EXPECT_EQ(u"123456", form.Cell(1, F::qty));
+    EXPECT_EQ("longer/abcd/", form.Column(F::name));
 }
 
-TEST(ComboGridTyping, F2AndDoubleClickGoOnWithTheText) {
+TEST(ComboGridTyping, F2AndDoubleClickGoOnWithTheTextAndDeleteEmptiesIt) {
     F form;
     form.SetCell(1, F::name, u"be");
     form.GoTo(1, F::name);
@@ -77,22 +68,20 @@ TEST(ComboGridTyping, F2AndDoubleClickGoOnWithTheText) {
     ASSERT_TRUE(form.Frame());
     form.Type(L"!");
     form.Press(VK_RETURN);
-    EXPECT_EQ(u"best!", form.Cell(1, F::name));
+    form.GoTo(1, F::name);
+    form.Press(VK_DELETE);
+    ASSERT_TRUE(form.Frame());
+    form.Press(VK_RETURN);
+    EXPECT_EQ("1(1, 1, best!, False)\n2(1, 1, best!, , False)\n", form.Log());
 }
 
 TEST(ComboGridTyping, ADoubleClickBesideTheCurrentCellLeavesTheViewAlone) {
     F form({{L"Rows", Variant(60)}, {L"AllowUserResizing", Variant(1)}});
-    const auto inner = form.Inner();
-    struct Case {
-        int row;
-        int col;
-        int pixelsIn;
-    };
-    for (const Case& c : {Case{0, F::qty, 6}, {0, F::qty, 0}, {0, F::no, 6}, {25, F::no, 6}}) {
+    for (const int pixelsIn : {6, 0}) {
         form.GoTo(1, F::name);
-        Put(inner.get(), L"TopRow", {Variant(20)});
-        form.Click(c.row, c.col, true, c.pixelsIn);
-        EXPECT_EQ(20, Call(inner.get(), L"TopRow").ToLong()) << c.row << "," << c.col << " " << c.pixelsIn;
+        Put(form.Inner().get(), L"TopRow", {Variant(20)});
+        form.Click(0, F::qty, true, pixelsIn);
+        EXPECT_EQ(20, Call(form.Inner().get(), L"TopRow").ToLong()) << pixelsIn;
         EXPECT_FALSE(form.Frame());
     }
 }
@@ -122,13 +111,10 @@ TEST(ComboGridTyping, TabAndEnterGoOnByColumnsThatMayBeEntered) {
     form.GoTo(1, F::name);
     EXPECT_TRUE(form.Press(VK_TAB, {VK_SHIFT})) << "nothing is in front of the first cell";
     // In the editor Enter is Enter, whatever is held; on the grid other commands may have it with that.
-    for (const int held : {VK_SHIFT, VK_CONTROL}) {
-        form.GoTo(1, F::name);
-        form.Type(L"a");
-        EXPECT_FALSE(form.Press(VK_RETURN, {held}));
+    form.Type(L"a");
+    for (int press = 0; press < 2; ++press) {
+        form.Press(VK_RETURN, {VK_CONTROL});
         EXPECT_FALSE(form.Frame());
-        EXPECT_EQ("1,2", form.Current());
-        form.Press(VK_RETURN, {held});
         EXPECT_EQ("1,2", form.Current());
     }
 }
@@ -136,25 +122,18 @@ TEST(ComboGridTyping, TabAndEnterGoOnByColumnsThatMayBeEntered) {
 TEST(ComboGridTyping, ArrowsInTheEditorLeaveAtTheEndsOfTheText) {
     F form;
     form.GoTo(1, F::name);
-    form.Type(L"ab");
+    form.Type(L"a");
     form.Press(VK_LEFT);
-    form.Press(VK_LEFT);
-    EXPECT_TRUE(form.Frame());
     form.Type(L"x");
     form.Press(VK_RIGHT);
-    form.Press(VK_RIGHT);
     EXPECT_TRUE(form.Frame());
     form.Press(VK_RIGHT);
-    EXPECT_FALSE(form.Frame());
-    EXPECT_EQ(u"xab", form.Cell(1, F::name));
+    EXPECT_EQ(u"xa", form.Cell(1, F::name));
     EXPECT_EQ("1,2", form.Current());
     form.Type(L"7");
     form.Press(VK_DOWN);
     EXPECT_EQ(u"7", form.Cell(1, F::qty));
     EXPECT_EQ("2,2", form.Current());
-    form.Type(L"8");
-    form.Press(VK_UP);
-    EXPECT_EQ("1,2", form.Current());
 }
 
 TEST(ComboGridTyping, VerticalArrowsWalkTheList) {
@@ -164,10 +143,8 @@ TEST(ComboGridTyping, VerticalArrowsWalkTheList) {
     EXPECT_NE(0, SendMessageW(GetParent(GetFocus()), CB_GETDROPPEDSTATE, 0, 0));
     form.Press(VK_DOWN);
     form.Press(VK_DOWN);
-    EXPECT_EQ("1(1, 5, , False)\n5(1, 5, Apple)\n5(1, 5, Banana)\n", form.Log());
     form.Press(VK_RETURN);
-    EXPECT_EQ(u"Banana", form.Cell(1, F::item));
-    EXPECT_EQ("2,1", form.Current());
+    EXPECT_EQ("1(1, 5, , False)\n5(1, 5, Apple)\n5(1, 5, Banana)\n2(1, 5, , Banana, False)\n", form.Log());
 }
 
 TEST(ComboGridTyping, HostHearsOfEveryChangeOfTheEditorsText) {
@@ -179,17 +156,19 @@ TEST(ComboGridTyping, HostHearsOfEveryChangeOfTheEditorsText) {
               form.Log({grid_event::enterCell, grid_event::leaveCell, DISPID_KEYDOWN}));
 }
 
-TEST(ComboGridTyping, HandlerThatMovesTheCurrentCellDecidesWhereToGoOn) {
+TEST(ComboGridTyping, HandlersMoveTheCurrentCellAndTakeEntriesBack) {
     F form;
     form.GoTo(1, F::name);
     form.Type(L"a");
-    form.events->onEvent = [&](DISPID id, DISPPARAMS&) {
+    form.events->onEvent = [&](DISPID id, DISPPARAMS& arguments) {
         if (id != grid_event::afterCellChange) return;
         Put(form.grid.get(), L"Row", {Variant(2)});
         Put(form.grid.get(), L"Col", {Variant(int{F::month})});
+        Answer(arguments, true);
     };
     form.Press(VK_RETURN);
     EXPECT_EQ("2,4", form.Current());
+    EXPECT_EQ(u"", form.Cell(1, F::name)) << "taken back";
 }
 
 }  // namespace

@@ -26,16 +26,20 @@ std::string WithoutReturns(std::string text) {
 
 }  // namespace
 
+std::string GoldenText(const std::string& fileName) {
+    std::ifstream file(PathOf(fileName), std::ios::binary);
+    EXPECT_TRUE(file) << PathOf(fileName) << " is missing";
+    std::ostringstream all;
+    all << file.rdbuf();
+    return WithoutReturns(all.str());
+}
+
 void ExpectGolden(const std::string& fileName, const std::string& actual) {
     if (updateGolden) {
         std::ofstream(PathOf(fileName), std::ios::binary) << actual;
         return;
     }
-    std::ifstream file(PathOf(fileName), std::ios::binary);
-    ASSERT_TRUE(file) << PathOf(fileName) << " is missing";
-    std::ostringstream all;
-    all << file.rdbuf();
-    std::istringstream expectedLines(WithoutReturns(all.str()));
+    std::istringstream expectedLines(GoldenText(fileName));
     std::istringstream actualLines(WithoutReturns(actual));
     std::string expected;
     std::string got;

@@ -7,6 +7,8 @@ namespace qvx::test {
 
 extern bool updateGolden;
 
+std::string GoldenText(const std::string& fileName);
+
 // Fails at the first line that differs from the file. With --update-golden the file is written instead.
 void ExpectGolden(const std::string& fileName, const std::string& actual);
 

@@ -38,13 +38,6 @@ struct Change {
     }
 };
 
-// Texts that mean something to the property; others take any.
-TextView TextFor(const std::string& property) {
-    if (property == "FormatString") return u"<No|>Quantity|Price";
-    if (property == "InVisibleColumns") return u";B;";
-    return u"15";
-}
-
 // Values that differ from what a control begins with; of whole numbers all that enumerations have, and a few more.
 std::vector<Variant> ValuesOf(const Function& put) {
     switch (put.parameters.back().Target()) {
@@ -62,15 +55,14 @@ std::vector<Variant> ValuesOf(const Function& put) {
         case VT_R8:
             return {Variant(2.5)};
         case VT_BSTR:
-            return {Variant(TextFor(put.name))};
+            // What means something to the property; others take any.
+            return {Variant(put.name == "FormatString"       ? u"<No|>Quantity|Price"
+                            : put.name == "InVisibleColumns" ? u";B;"
+                                                             : u"15")};
         default:
             break;
     }
-    if (put.name.ends_with("Font")) {
-        FontSpec look;
-        look.points = 18;
-        return {Variant(static_cast<IDispatch*>(MakeFontObject(look).get()))};
-    }
+    if (put.name.ends_with("Font")) return {Variant(static_cast<IDispatch*>(MakeFontObject({u"Tahoma", 18}).get()))};
     if (put.name.ends_with("Picture"))
         return {Variant(static_cast<IDispatch*>(SolidPicture({9, 9}, RGB(10, 120, 230)).get()))};
     return {};

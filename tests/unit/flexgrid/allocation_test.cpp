@@ -8,7 +8,7 @@
 
 #include "drawing/recording_surface.h"
 #include "tests/support/portable/failing_allocation.h"
-#include "tests/unit/flexgrid/grid_description.h"
+#include "tests/unit/flexgrid/grid_texts.h"
 #include "widgets/flexgrid/grid.h"
 #include "widgets/flexgrid/paint.h"
 #include "widgets/flexgrid/view.h"
@@ -60,7 +60,6 @@ const std::u16string wideText(20, u'\u0416');
 
 const Row rows[] = {
     {"Rows up", [](Grid& grid) { grid.SetRows(40); }},
-    {"Rows far up", [](Grid& grid) { grid.SetRows(700); }},
     {"Rows up behind a full leaf", [](Grid& grid) { grid.SetRows(513); }, 511},
     {"Rows down", [](Grid& grid) { grid.SetRows(3); }},
     {"Cols up", [](Grid& grid) { grid.SetCols(30); }},
@@ -77,12 +76,8 @@ const Row rows[] = {
     {"Select", [](Grid& grid) { grid.Select(1, 2, 5, 3); }},
     {"SelectionMode", [](Grid& grid) { grid.SetSelectionMode(GridSelectionMode::byRow); }},
     {"Text", [](Grid& grid) { grid.SetText(longText); }},
-    {"Text single", [](Grid& grid) { grid.SetText(wideText); }, 8,
-     [](Grid& grid) { grid.SetFillStyle(GridFillStyle::single); }},
     {"TextMatrix long", [](Grid& grid) { grid.SetTextMatrix(3, 1, longText); }},
     {"TextMatrix wide", [](Grid& grid) { grid.SetTextMatrix(3, 1, wideText); }},
-    {"TextMatrix empty", [](Grid& grid) { grid.SetTextMatrix(3, 2, {}); }},
-    {"TextMatrix very long", [](Grid& grid) { grid.SetTextMatrix(3, 2, std::u16string(200'000, u'v')); }},
     {"TextArray", [](Grid& grid) { grid.SetTextArray(9, u"by index"); }},
     {"Texts",
      [](Grid& grid) {
@@ -107,22 +102,15 @@ const Row rows[] = {
     {"RowPosition across leaves", [](Grid& grid) { grid.SetRowPosition(1, 1100); }, 1200},
     {"ColPosition", [](Grid& grid) { grid.SetColPosition(1, 3); }},
     {"FormatString", [](Grid& grid) { grid.SetFormatString(u"^A|B|C|D|E|F|and one more;|>r1|r2|r3|r4|r5|r6|r7|r8"); }},
-    {"FormatString shorter", [](Grid& grid) { grid.SetFormatString(u"<A that is longer than it was"); }},
     {"ColWidth", [](Grid& grid) { grid.SetColWidth(1, 500); }},
-    {"ColWidth of all", [](Grid& grid) { grid.SetColWidth(-1, 500); }},
     {"RowHeight", [](Grid& grid) { grid.SetRowHeight(8, 700); }},
     {"RowHeight back", [](Grid& grid) { grid.SetRowHeight(4, -1); }},
-    {"RowHeight of all", [](Grid& grid) { grid.SetRowHeight(-1, 700); }},
     {"RowHeightMin", [](Grid& grid) { grid.SetRowHeightMin(600); }},
     {"RowData", [](Grid& grid) { grid.SetRowData(8, 77); }},
-    {"RowData of all", [](Grid& grid) { grid.SetRowData(-1, 77); }},
     {"MergeRow", [](Grid& grid) { grid.SetMergeRow(8, true); }},
-    {"MergeRow of all", [](Grid& grid) { grid.SetMergeRow(-1, true); }},
     {"the settings of a row", [](Grid& grid) { grid.SetSettings(8, grid.SettingsOf(4)); }},
     {"CellBackColor", [](Grid& grid) { grid.SetCellBackColor(0xABCD); }},
     {"CellFontName", [](Grid& grid) { grid.SetCellFontName(u"Another face with a long name"); }},
-    {"CellFontBold", [](Grid& grid) { grid.SetCellFontBold(true); }},
-    {"CellAlignment", [](Grid& grid) { grid.SetCellAlignment(GridAlignment::rightTop); }},
     {"Font",
      [](Grid& grid) {
          grid.SetFont({u"Some face with a long name", 20});
@@ -130,35 +118,24 @@ const Row rows[] = {
     {"TextMetrics", [](Grid& grid) { grid.SetTextMetrics(nullptr); }},
     {"Sort numeric", [](Grid& grid) { grid.Sort(GridSort::numericAscending); }},
     {"Sort string", [](Grid& grid) { grid.Sort(GridSort::stringDescending); }, 8, [](Grid& grid) { grid.SetCol(0); }},
-    {"Sort generic", [](Grid& grid) { grid.Sort(GridSort::genericAscending); }},
     {"Sort by question", [](Grid& grid) { grid.Sort(GridSort::custom); }},
+    // Reading and painting change nothing; what they keep for their speed is no part of the grid.
+    {"reading texts",
+     [](Grid& grid) {
+         EXPECT_GT(grid.Clip().size(), 20U);
+         EXPECT_GT(grid.TextMatrix(0, 2).size(), 20U);
+     }},
+    {"positions",
+     [](Grid& grid) {
+         EXPECT_EQ(grid.ColAt(0), 0);
+         EXPECT_GT(grid.RowTop(grid.Rows()), 0);
+     }},
+    {"painting", PaintAll},
+    {"painting of merged cells", PaintAll, 8, [](Grid& grid) { grid.SetMergeCells(GridMerge::free); }},
 };
 
 TEST(GridAllocations, LeaveTheGridAsItWasOrDoAll) {
     for (const Row& row : rows) {
-        const auto make = [&] {
-            auto grid = Furnished(row.rows);
-            row.prepare(*grid);
-            return grid;
-        };
-        ExpectAllOrNothing(row.name, make, row.call, Describe);
-    }
-}
-
-// Reading and painting change nothing; what they keep for their speed is no part of the grid.
-TEST(GridAllocations, OfReadingAndPaintingAreOnlyTheirs) {
-    const Row readers[] = {
-        {"Clip", [](Grid& grid) { EXPECT_EQ(grid.Clip().size(), 23U); }},
-        {"Text", [](Grid& grid) { EXPECT_EQ(grid.TextMatrix(0, 2), u"A caption that is long"); }},
-        {"positions",
-         [](Grid& grid) {
-             EXPECT_EQ(grid.ColAt(0), 0);
-             EXPECT_GT(grid.RowTop(grid.Rows()), 0);
-         }},
-        {"painting", PaintAll},
-        {"painting of merged cells", PaintAll, 8, [](Grid& grid) { grid.SetMergeCells(GridMerge::free); }},
-    };
-    for (const Row& row : readers) {
         const auto make = [&] {
             auto grid = Furnished(row.rows);
             row.prepare(*grid);
@@ -203,23 +180,17 @@ TEST(GridAllOrNothing, TakesBackWhateverHasBeenDone) {
 
 // A listener may do what cannot be taken back. Nothing is then, and the grid works on.
 TEST(GridAllOrNothing, IsOverWhereItDoesNotReach) {
-    struct Meddler final : GridListener {
-        Meddler(Grid& g, void (*m)(Grid&)) : grid(g), meddle(m) { grid.AddListener(this); }
-        ~Meddler() override { grid.RemoveListener(this); }
-        void LeaveCell() override { meddle(grid); }
-        Grid& grid;
-        void (*meddle)(Grid&);
-    };
     for (const Reach reach : {Reach::texts, Reach::all}) {
         for (void (*meddle)(Grid&) : {+[](Grid& g) { g.Clear(); }, +[](Grid& g) { g.SetColPosition(0, 2); },
-                                      +[](Grid& g) { g.SetCols(2); }, +[](Grid& g) { g.AddItem(u"x"); }}) {
+                                      +[](Grid& g) { g.SetCols(2); }, +[](Grid& g) { g.SetRows(3); }}) {
             for (const bool commits : {false, true}) {
                 const auto grid = Furnished(8);
                 {
                     Grid::AllOrNothing whole(*grid, reach);
                     grid->SetTextMatrix(1, 1, longText);
                     const Meddler meddler(*grid, meddle);
-                    grid->SetRow(1);
+                    grid->SetRow(7);
+                    EXPECT_LT(grid->Row(), grid->Rows());
                     if (commits) {
                         whole.Commit();
                     }
@@ -231,32 +202,6 @@ TEST(GridAllOrNothing, IsOverWhereItDoesNotReach) {
             }
         }
     }
-}
-
-// The rows before keep what was written.
-TEST(GridAllocations, OfAColumnLeaveTheRowsBefore) {
-    test::ForEachAllocation([](int passing, test::Starvation starvation) {
-        const auto grid = Furnished(8);
-        std::vector<Text> before;
-        for (int row = 0; row < grid->Rows(); ++row) {
-            before.push_back(grid->TextMatrix(row, 1));
-        }
-        bool happened = false;
-        {
-            const test::FailingAllocation failing(passing, starvation);
-            test::RunsOutOfMemory([&] { grid->SetColumn(1, 1, 8, [](const RowView&) { return TextView(longText); }); });
-            happened = failing.Happened();
-        }
-        int row = 1;
-        while (row < grid->Rows() && grid->TextMatrix(row, 1) == longText) {
-            ++row;
-        }
-        EXPECT_TRUE(happened || row == grid->Rows());
-        for (; row < grid->Rows(); ++row) {
-            EXPECT_EQ(grid->TextMatrix(row, 1), before[static_cast<std::size_t>(row)]);
-        }
-        return happened;
-    });
 }
 
 }  // namespace

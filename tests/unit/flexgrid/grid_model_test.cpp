@@ -21,6 +21,7 @@ struct NaiveRow {
     std::vector<OleColor> colors;
     int height = 240;
     std::int32_t data = 0;
+    bool merged = false;
 };
 
 struct Naive {
@@ -32,7 +33,7 @@ struct Naive {
     int Rows() const { return static_cast<int>(rows.size()); }
     NaiveRow Fresh() const {
         return {std::vector<Text>(static_cast<std::size_t>(cols)),
-                std::vector<OleColor>(static_cast<std::size_t>(cols)), 240, 0};
+                std::vector<OleColor>(static_cast<std::size_t>(cols))};
     }
     Text& At(int row, int col) { return rows[static_cast<std::size_t>(row)].cells[static_cast<std::size_t>(col)]; }
     void SetCols(int count) {
@@ -190,6 +191,9 @@ class Work {
                 if (rowFits && Try([&] { grid_.SetRowData(row, col); }, 0)) {
                     naive_.rows[static_cast<std::size_t>(row)].data = col;
                 }
+                if (rowFits && Try([&] { grid_.SetMergeRow(row, col > 1); }, 0)) {
+                    naive_.rows[static_cast<std::size_t>(row)].merged = col > 1;
+                }
                 break;
             case 14:
                 WriteColumn(col, row, row + Below(rows + 2 - row));
@@ -269,26 +273,23 @@ class Work {
         const auto inside = [&] { return grid_.Cell(top, left); };
         const bool own = !inside().IsLatin1();
         const Text filled = own ? inside().ToText() : text;
-        if (kind == 0 && Try([&] { grid_.SetText(own ? inside().Wide() : TextView(text)); }, 0)) {
+        const auto fill = [&](auto change) {
             for (int row = top; row <= bottom; ++row) {
                 for (int col = left; col <= right; ++col) {
-                    naive_.At(row, col) = filled;
+                    change(naive_.rows[static_cast<std::size_t>(row)], static_cast<std::size_t>(col));
                 }
             }
+        };
+        if (kind == 0 && Try([&] { grid_.SetText(own ? inside().Wide() : TextView(text)); }, 0)) {
+            fill([&](NaiveRow& row, std::size_t col) { row.cells[col] = filled; });
         } else if (kind == 1 && Try([&] { grid_.SetClip(clip); }, 0)) {
-            naive_.At(top, left) = text;
-            if (right > left) {
-                naive_.At(top, left + 1) = text;
-            }
-            if (bottom > top) {
-                naive_.At(top + 1, left) = text;
+            for (const auto& [row, col] : {std::pair{top, left}, {top, left + 1}, {top + 1, left}}) {
+                if (row <= bottom && col <= right) {
+                    naive_.At(row, col) = text;
+                }
             }
         } else if (kind == 2 && Try([&] { grid_.SetCellBackColor(color); }, 0)) {
-            for (int row = top; row <= bottom; ++row) {
-                for (int col = left; col <= right; ++col) {
-                    naive_.rows[static_cast<std::size_t>(row)].colors[static_cast<std::size_t>(col)] = color;
-                }
-            }
+            fill([&](NaiveRow& row, std::size_t col) { row.colors[col] = color; });
         }
         grid_.SetFillStyle(GridFillStyle::single);
     }
@@ -368,6 +369,7 @@ class Work {
             top += expected.height / 15;
             ASSERT_EQ(grid_.RowHeight(row), expected.height);
             ASSERT_EQ(grid_.RowData(row), expected.data);
+            ASSERT_EQ(grid_.MergeRow(row), expected.merged);
             for (int col = 0; col < grid_.Cols(); ++col) {
                 const auto c = static_cast<std::size_t>(col);
                 ASSERT_EQ(grid_.Cell(row, col), TextView(expected.cells[c])) << row << " " << col;

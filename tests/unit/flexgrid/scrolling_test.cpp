@@ -1,10 +1,11 @@
-// Rows and columns in the window: spans, positions, first item, bars, wheel and automatic scrolling.
+// Rows and columns in the window: spans, positions, first item, bars, wheel, automatic scrolling, what it moves.
 #include "widgets/flexgrid/scrolling.h"
 
 #include <gtest/gtest.h>
 
 #include "tests/unit/flexgrid/axis_of.h"
 #include "widgets/flexgrid/hit_test.h"
+#include "widgets/flexgrid/scroll_copy.h"
 
 namespace qvx::flexgrid {
 namespace {
@@ -86,20 +87,6 @@ TEST(Scrolling, TheLastPageIsFullAndHiddenItemsAtTheEndDoNotCount) {
     EXPECT_EQ(ClampFirst(Make({10, 10, 0, 0, 10, 10}, 1, 1, 30), 2), 4);
 }
 
-TEST(ScrollBar, MirroredForGridsThatRunFromRightToLeft) {
-    const Axis axis = Mirrored(Uniform(31, 1, 4, 176));
-    const Bar bar = BarOf(axis);
-    EXPECT_EQ(bar, (Bar{true, 1, 30, 10, 18})) << "3 columns from the left end are 3 from the right end";
-    EXPECT_EQ(FirstAfter(axis, BarRequest::LineBack, 0), 5);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::LineOn, 0), 3);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::PageOn, 0), 1);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::PageBack, 0), 14);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::Start, 0), 21);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::End, 0), 1);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::Track, bar.position), 4);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::ThumbSet, bar.min), 21);
-}
-
 TEST(Scrolling, ShowingAnItemScrollsAsLittleAsNeeded) {
     const Axis axis = Uniform(100, 1, 40, 96);  // rows 40..44 show whole
     for (const auto& [index, first] :
@@ -128,16 +115,27 @@ TEST(Scrolling, OneBarMayMakeTheOtherNecessary) {
 }
 
 TEST(Scrolling, BarRequestsMoveByShownItemsWithinTheRange) {
+    using enum BarRequest;
     const Axis axis = Uniform(100, 1, 40, 96);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::LineBack, 0), 39);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::PageOn, 0), 45);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::PageBack, 0), 35);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::Track, 77), 77);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::ThumbSet, 99), 95);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::Start, 0), 1);
-    EXPECT_EQ(FirstAfter(axis, BarRequest::End, 0), 95);
-    EXPECT_EQ(FirstAfter(Uniform(100, 1, 95, 96), BarRequest::LineOn, 0), 95);
-    EXPECT_EQ(FirstAfter(Make({10, 10, 0, 0, 10, 10, 10}, 1, 1, 30), BarRequest::LineOn, 0), 4);
+    const Axis mirrored = Mirrored(Uniform(31, 1, 4, 176));
+    EXPECT_EQ(BarOf(mirrored), (Bar{true, 1, 30, 10, 18})) << "3 columns from the left end are 3 from the right end";
+    struct Case {
+        const Axis& axis;
+        BarRequest request;
+        int position;
+        int first;
+    };
+    const Axis atEnd = Uniform(100, 1, 95, 96);
+    const Axis hidden = Make({10, 10, 0, 0, 10, 10, 10}, 1, 1, 30);
+    const Case cases[] = {{axis, LineBack, 0, 39},     {axis, PageOn, 0, 45},      {axis, PageBack, 0, 35},
+                          {axis, Track, 77, 77},       {axis, ThumbSet, 99, 95},   {axis, Start, 0, 1},
+                          {axis, End, 0, 95},          {atEnd, LineOn, 0, 95},     {hidden, LineOn, 0, 4},
+                          {mirrored, LineBack, 0, 5},  {mirrored, LineOn, 0, 3},   {mirrored, PageOn, 0, 1},
+                          {mirrored, PageBack, 0, 14}, {mirrored, Start, 0, 21},   {mirrored, End, 0, 1},
+                          {mirrored, Track, 18, 4},    {mirrored, ThumbSet, 1, 21}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(FirstAfter(c.axis, c.request, c.position), c.first) << static_cast<int>(c.request);
+    }
 }
 
 TEST(Scrolling, ABarIsDrawnAnewOnlyWhenItsThumbMoves) {
@@ -193,6 +191,38 @@ TEST(HitTest, FindsFixedAndScrolledCellsAndTheGroundBeyond) {
     EXPECT_EQ(NearestItemAt(rows, -50, true), 40);
     EXPECT_EQ(NearestItemAt(rows, -50, false), 0);
     EXPECT_EQ(NearestItemAt(columns, 900, true), 3);
+}
+
+// Rows 16 pixels high, columns 64 wide, one fixed of each; a client of 10 rows and 5 columns.
+TEST(ScrollCopy, MovesWhatStaysAndBaresTheRest) {
+    struct {
+        const char* name;
+        int oldTop, oldLeft, top, left;
+        bool rightToLeft;
+        std::optional<ScrollCopy> expected;
+    } const cases[] = {
+        {"a row down", 1, 1, 2, 1, false, ScrollCopy{{0, 16, 320, 160}, 0, -16, {0, 144, 320, 160}}},
+        {"two rows up", 5, 1, 3, 1, false, ScrollCopy{{0, 16, 320, 160}, 0, 32, {0, 16, 320, 48}}},
+        {"the last row that stays", 1, 1, 9, 1, false, ScrollCopy{{0, 16, 320, 160}, 0, -128, {0, 32, 320, 160}}},
+        {"nothing stays", 1, 1, 10, 1, false, std::nullopt},
+        {"a column to the right", 1, 1, 1, 2, false, ScrollCopy{{64, 0, 320, 160}, -64, 0, {256, 0, 320, 160}}},
+        {"a column to the left", 1, 3, 1, 2, false, ScrollCopy{{64, 0, 320, 160}, 64, 0, {64, 0, 128, 160}}},
+        {"right to left", 1, 1, 1, 2, true, ScrollCopy{{0, 0, 256, 160}, 64, 0, {0, 0, 64, 160}}},
+        {"both ways", 1, 1, 2, 2, false, std::nullopt},
+        {"neither", 2, 2, 2, 2, false, std::nullopt},
+        {"from rows that are gone", 500, 1, 95, 1, false, ScrollCopy{{0, 16, 320, 160}, 0, 80, {0, 16, 320, 96}}},
+    };
+    for (const auto& c : cases) {
+        Grid grid;
+        grid.SetRows(100);
+        grid.SetCols(50);
+        grid.SetRightToLeft(c.rightToLeft);
+        grid.SetTopRow(c.top);
+        grid.SetLeftCol(c.left);
+        EXPECT_EQ(FollowScroll(grid, {320, 160}, c.oldTop, c.oldLeft), c.expected) << c.name;
+        grid.SetMergeCells(GridMerge::free);
+        EXPECT_FALSE(FollowScroll(grid, {320, 160}, c.oldTop, c.oldLeft)) << "merged cells are drawn anew";
+    }
 }
 
 }  // namespace

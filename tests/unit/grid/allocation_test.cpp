@@ -18,19 +18,18 @@
 #include "controls/grid/row_operations.h"
 #include "controls/grid/validation.h"
 #include "tests/support/portable/failing_allocation.h"
-#include "tests/unit/flexgrid/grid_description.h"
-#include "tests/unit/grid/grid_fixture.h"
+#include "tests/unit/flexgrid/grid_texts.h"
+#include "tests/unit/grid/editor_host.h"
 
 namespace qvx::grid {
 namespace {
 
 using test::ExpectAllOrNothing;
-using test::FailingAllocation;
 using test::Starvation;
 
 const TextView longText = u"a text that no string holds within itself";
 
-// A grid, an editor over its cells and a host program, which cancels what it is told of when it is asked to.
+// A grid, an editor over its cells and a host program.
 struct Scene {
     Scene() {
         Fill(grid, {u"No\tName\tQty\tRate\tItem", u"1\tfirst of the names\t1\t2\tPen", u"2\tsecond\t3\t4\tPencil",
@@ -43,53 +42,22 @@ struct Scene {
         state.nonFocusColumns = u";Qty;";
         for (const int row : {1, 2, 3, 4}) grid.SetRowData(row, row);
         grid.MoveTo(3, 1);
+        host.silent = true;
+        host.listens = false;
     }
-
-    // CellEditor
-    void MoveFrame(const EditorPlacement&) {}
-    void MoveCombo(const EditorPlacement&) {}
-    void BringComboToFront() {}
-    void SetComboMaxLength(int) {}
-    void SetComboText(TextView text) { comboText = text; }
-    Text ComboText() const { return comboText; }
-    void SetComboTag(TextView text) { comboTag = text; }
-    Text ComboTag() const { return comboTag; }
-    void ShowFrame(bool shown) { frameShown = shown; }
-    void SetFrameTag(TextView text) { frameTag = text; }
-    Text FrameTag() const { return frameTag; }
-    void DropDown() {}
-    void FocusCombo() {}
-    ListState List() const { return ListOf({u"Pen", u"Pencil", u"Ink"}); }
-    CellBox Cell() const { return {}; }
-    DateSettings DateSettingsNow() const { return {}; }
-    int ScrollBarPixels() const { return 17; }
-    int TwipsPerPixelX() const { return 15; }
-    // EditEvents, ChangeEvents
-    bool Listens() const { return listens; }
-    void BeforeCellChange(int, int, const Text& text, bool&) { told = text; }
-    void AfterCellChange(int, int, const Text&, const Text& text, bool& cancel) {
-        told = text;
-        cancel = cancels;
-    }
-    void OnError(int, TextView, bool&) {}
-    void ReportError(int number, TextView) { reported = number; }
 
     void Paste(TextView text) {
         const ClipboardCells cells(text);
         const CellRectangle rectangle(grid, cells);
-        CellWriter<Scene>(grid, state, history, *this, sources).Write(rectangle);
+        CellWriter<EditorHost>(grid, state, history, host, sources).Write(rectangle);
     }
 
     flexgrid::Grid grid;
     ControlState state;
     EditHistory history{grid};
     Projection projection{grid, state};
-    CellSources sources{{}, [this](int) { return List(); }};
-    Text comboText, comboTag, frameTag, told;
-    bool frameShown = false;
-    bool listens = false;
-    bool cancels = false;
-    int reported = 0;
+    EditorHost host{grid};
+    CellSources sources{{}, [this](int) { return host.List(); }};
 };
 
 std::string Describe(const Scene& scene) {
@@ -115,46 +83,35 @@ void Redo(Scene& scene) { (void)scene.history.Redo(scene.state); }
 void InsertAbove(Scene& scene) { InsertRow(scene.grid, scene.state, scene.history); }
 void DeleteCurrent(Scene& scene) { DeleteRow(scene.grid, scene.state, scene.history); }
 
+void PasteCells(Scene& scene) { scene.Paste(u"one\ttwo\r\nthree\r\n"); }
+void NumberNothing(Scene& scene) { scene.state.autoRecordNumber = false; }
+// Executes two calls, one after the other.
+template <auto First, auto Then>
+void Both(Scene& scene) {
+    First(scene);
+    Then(scene);
+}
+
 const Row rows[] = {
     {"a row inserted", InsertAbove},
-    {"a row inserted where none is numbered", InsertAbove, [](Scene& scene) { scene.state.autoRecordNumber = false; }},
+    {"a row inserted where none is numbered", InsertAbove, NumberNothing},
     {"a row deleted", DeleteCurrent},
-    {"a row deleted where none is numbered", DeleteCurrent, [](Scene& scene) { scene.state.autoRecordNumber = false; }},
+    {"a row deleted where none is numbered", DeleteCurrent, NumberNothing},
     {"the last row deleted", DeleteCurrent, [](Scene& scene) { scene.grid.SetRows(2); }},
     {"rows appended", [](Scene& scene) { AppendRows(scene.grid, scene.state, scene.history, 600); }},
-    {"cells pasted", [](Scene& scene) { scene.Paste(u"one\ttwo\r\nthree\r\n"); }},
+    {"cells pasted", PasteCells},
     {"a cell pasted everywhere", [](Scene& scene) { scene.Paste(longText); },
      [](Scene& scene) { scene.grid.Select(1, 1, 4, 4); }},
     {"cells pasted beyond the end", PasteRows},
-    {"undoing cells", Undo, [](Scene& scene) { scene.Paste(u"one\ttwo\r\nthree\r\n"); }},
+    {"undoing cells", Undo, PasteCells},
     {"undoing an insertion", Undo, InsertAbove},
     {"undoing a deletion", Undo, DeleteCurrent},
-    {"undoing a deletion where none is numbered", Undo,
-     [](Scene& scene) {
-         scene.state.autoRecordNumber = false;
-         DeleteCurrent(scene);
-     }},
+    {"undoing a deletion where none is numbered", Undo, Both<NumberNothing, DeleteCurrent>},
     {"undoing appended rows with cells", Undo, PasteRows},
-    {"redoing cells", Redo,
-     [](Scene& scene) {
-         scene.Paste(u"one\ttwo\r\nthree\r\n");
-         Undo(scene);
-     }},
-    {"redoing an insertion", Redo,
-     [](Scene& scene) {
-         InsertAbove(scene);
-         Undo(scene);
-     }},
-    {"redoing a deletion", Redo,
-     [](Scene& scene) {
-         DeleteCurrent(scene);
-         Undo(scene);
-     }},
-    {"redoing appended rows with cells", Redo,
-     [](Scene& scene) {
-         PasteRows(scene);
-         Undo(scene);
-     }},
+    {"redoing cells", Redo, Both<PasteCells, Undo>},
+    {"redoing an insertion", Redo, Both<InsertAbove, Undo>},
+    {"redoing a deletion", Redo, Both<DeleteCurrent, Undo>},
+    {"redoing appended rows with cells", Redo, Both<PasteRows, Undo>},
     {"numbering", [](Scene& scene) { Renumber(scene.grid, scene.state); },
      [](Scene& scene) {
          scene.grid.SetRows(30'000);
@@ -195,27 +152,27 @@ TEST(EntryGridAllocations, LeaveTheGridAsItWasOrDoAll) {
 
 // What was recorded before a call that has run out of memory can still be taken back.
 TEST(EntryGridAllocations, LeaveTheHistoryWhatItWas) {
-    for (const Row& row : {Row{"inserting", InsertAbove}, Row{"deleting", DeleteCurrent}, Row{"pasting", PasteRows}}) {
-        test::ForEachAllocation([&](int passing, Starvation starvation) {
-            SCOPED_TRACE(row.name + std::to_string(passing));
-            Scene scene;
-            const std::string first = flexgrid::Describe(scene.grid);
-            scene.Paste(u"x");
-            bool happened = false;
-            bool starved = false;
-            {
-                const FailingAllocation failing(passing, starvation);
-                starved = test::RunsOutOfMemory([&] { row.call(scene); });
-                happened = failing.Happened();
-            }
-            if (starved) {
-                EXPECT_TRUE(scene.history.CanUndo());
-                Undo(scene);
-                EXPECT_EQ(flexgrid::Describe(scene.grid), first);
-            }
-            return happened;
-        });
-    }
+    const auto make = [] {
+        auto scene = std::make_unique<Scene>();
+        scene->Paste(u"x");
+        return scene;
+    };
+    const auto takenBack = [](Scene& scene) {
+        while (scene.history.CanUndo()) Undo(scene);
+        const std::string first = flexgrid::Shown(scene.grid);
+        while (scene.history.CanRedo()) Redo(scene);
+        return first;
+    };
+    for (void (*call)(Scene&) : {InsertAbove, DeleteCurrent, PasteRows})
+        ExpectAllOrNothing("with a step before", make, call, takenBack);
+}
+
+// Whether an allocation of the call has failed.
+template <class Call>
+bool Starve(int passing, Starvation starvation, Call call) {
+    const test::FailingAllocation failing(passing, starvation);
+    test::RunsOutOfMemory(call);
+    return failing.Happened();
 }
 
 // What was typed is in the cell or still in the open editor, and so is the old text before it was typed over.
@@ -224,39 +181,32 @@ TEST(EntryGridAllocations, LoseNothingThatWasTyped) {
         test::ForEachAllocation([&](int passing, Starvation starvation) {
             SCOPED_TRACE((cancels ? "cancelled " : "") + std::to_string(passing));
             Scene scene;
-            scene.cancels = cancels;
+            if (cancels) scene.host.onAfter = [](int, bool& cancel) { cancel = true; };
             scene.grid.Select(1, 1, 1, 1);
             const Text old = scene.grid.TextMatrix(1, 1);
-            bool happened = false;
-            {
-                const FailingAllocation failing(passing, starvation);
-                ShowCellEditor(scene.grid, scene.state, scene, scene, true);
-                happened = failing.Happened();
-            }
+            const auto open = [&] { ShowCellEditor(scene.grid, scene.state, scene.host, scene.host, true); };
+            const auto commit = [&] { CommitEdit(scene.grid, scene.state, scene.history, scene.host, scene.host); };
+            bool happened = Starve(passing, starvation, open);
             EXPECT_FALSE(scene.state.editing);
-            EXPECT_EQ(EditIsOpen(scene.state) ? scene.comboText : scene.grid.TextMatrix(1, 1), old);
-            EXPECT_EQ(scene.reported, happened ? errors::outOfMemory : 0);
+            EXPECT_EQ(EditIsOpen(scene.state) ? scene.host.comboText : scene.grid.TextMatrix(1, 1), old);
+            EXPECT_EQ(scene.host.reported, happened ? errors::outOfMemory : 0);
             if (!EditIsOpen(scene.state)) {
-                EXPECT_FALSE(scene.frameShown);
-                EXPECT_TRUE(ShowCellEditor(scene.grid, scene.state, scene, scene, true));
+                EXPECT_FALSE(scene.host.frameShown);
+                open();
             }
-            scene.comboText = longText;
-            scene.reported = 0;
-            {
-                const FailingAllocation failing(passing, starvation);
-                CommitEdit(scene.grid, scene.state, scene.history, scene, scene);
-                happened = failing.Happened() || happened;
-            }
+            scene.host.comboText = longText;
+            scene.host.reported = 0;
+            happened = Starve(passing, starvation, commit) || happened;
             EXPECT_EQ(scene.state.committing, 0);
             if (EditIsOpen(scene.state)) {
-                EXPECT_EQ(scene.comboText, longText);
-                EXPECT_EQ(scene.reported, errors::outOfMemory);
-                scene.reported = 0;
-                CommitEdit(scene.grid, scene.state, scene.history, scene, scene);
+                EXPECT_EQ(scene.host.comboText, longText);
+                EXPECT_EQ(scene.host.reported, errors::outOfMemory);
+                scene.host.reported = 0;
+                commit();
             }
             EXPECT_FALSE(EditIsOpen(scene.state));
             // A text that could not be put back was reported.
-            EXPECT_EQ(scene.grid.TextMatrix(1, 1), cancels && scene.reported == 0 ? old : longText);
+            EXPECT_EQ(scene.grid.TextMatrix(1, 1), cancels && scene.host.reported == 0 ? old : longText);
             return happened;
         });
     }
@@ -267,14 +217,10 @@ TEST(EntryGridAllocations, LeaveWhatTheHostWasToldOf) {
     test::ForEachAllocation([](int passing, Starvation starvation) {
         SCOPED_TRACE(passing);
         Scene scene;
-        scene.listens = true;
+        scene.host.listens = true;
         scene.grid.Select(1, 1, 1, 1);
-        bool happened = false;
-        {
-            const FailingAllocation failing(passing, starvation);
-            test::RunsOutOfMemory([&] { scene.Paste(u"a text too long for itself\t12\r\nanother of them\t13\r\n"); });
-            happened = failing.Happened();
-        }
+        const bool happened = Starve(
+            passing, starvation, [&] { scene.Paste(u"a text too long for itself\t12\r\nanother of them\t13\r\n"); });
         const Text pasted[] = {u"a text too long for itself", u"12", u"another of them", u"13"};
         const Text before[] = {u"first of the names", u"1", u"second", u"3"};
         bool reached = true;
@@ -306,15 +252,10 @@ TEST(EntryGridAllocations, LeaveTheRecordsLoadedSoFar) {
         Scene scene;
         scene.grid.SetRows(1);
         Records records;
-        bool happened = false;
-        {
-            const FailingAllocation failing(passing, starvation);
-            test::RunsOutOfMemory([&] {
-                LoadRecords(
-                    scene.grid, scene.state, records, [] { return true; }, [](std::int64_t) { return true; });
-            });
-            happened = failing.Happened();
-        }
+        const bool happened = Starve(passing, starvation, [&] {
+            LoadRecords(
+                scene.grid, scene.state, records, [] { return true; }, [](std::int64_t) { return true; });
+        });
         EXPECT_TRUE(happened || scene.grid.Rows() == 6);
         for (int row = 1; row < scene.grid.Rows(); ++row) {
             EXPECT_EQ(scene.grid.TextMatrix(row, 0), Text(1, static_cast<char16_t>(u'0' + row)));
@@ -331,12 +272,8 @@ TEST(EntryGridAllocations, OfRemovingEmptyRowsAreNobodysBusiness) {
     test::ForEachAllocation([&](int passing, Starvation starvation) {
         SCOPED_TRACE(passing);
         Scene scene;
-        bool happened = false;
-        {
-            const FailingAllocation failing(passing, starvation);
-            RemoveEmptyRows(scene.grid, scene.state, false);
-            happened = failing.Happened();
-        }
+        const bool happened =
+            Starve(passing, starvation, [&] { EXPECT_NO_THROW(RemoveEmptyRows(scene.grid, scene.state, false)); });
         RemoveEmptyRows(scene.grid, scene.state, false);
         EXPECT_EQ(Describe(scene), Describe(unharmed));
         return happened;

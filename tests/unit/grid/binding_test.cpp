@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "common/run_time_error.h"
+#include "tests/unit/flexgrid/grid_texts.h"
 #include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {
@@ -31,24 +34,14 @@ class Records final : public RecordSource {
 
 bool always() { return true; }
 
-// Rows by "/", cells by ",".
-std::string Shown(const flexgrid::Grid& grid) {
-    std::string all;
-    for (int row = 1; row < grid.Rows(); ++row) {
-        for (int col = 0; col < grid.Cols(); ++col) all += (col == 0 ? "" : ",") + Narrow(grid.TextMatrix(row, col));
-        all += "/";
-    }
-    return all;
-}
-
-class Binding : public testing::Test {
+class Binding : public EntryGridTest {
   protected:
     Binding() {
         Fill(grid, {u"No\tA\tB\tC", u"x\t\t\t"});
         grid.SetRows(1);
     }
-    flexgrid::Grid grid;
-    ControlState state;
+    // The rows that are loaded, without the captions.
+    std::string Loaded() const { return flexgrid::Shown(grid).substr(std::strlen("No,A,B,C")); }
 };
 
 TEST_F(Binding, FieldsStandFromTheirColumnOn) {
@@ -57,16 +50,15 @@ TEST_F(Binding, FieldsStandFromTheirColumnOn) {
         bool numbered;
         const char* shown;
     };
-    for (const Case& c : {Case{1, false, ",a,b,/,c,,/"}, Case{1, true, "4,a,b,/5,c,,/"}, Case{2, true, "4,,a,b/5,,c,/"},
-                          Case{0, false, "a,b,,/c,,,/"}, Case{0, true, "4a,b,,/5c,,,/"}, Case{3, false, ",,,a/,,,c/"},
-                          Case{9, false, ",,,/,,,/"}}) {
+    for (const Case& c : {Case{1, false, "/,a,b,/,c,,"}, Case{2, true, "/4,,a,b/5,,c,"}, Case{0, true, "/4a,b,,/5c,,,"},
+                          Case{3, false, "/,,,a/,,,c"}, Case{9, false, "/,,,/,,,"}}) {
         grid.SetRows(1);
         state.bindFrom = c.bindFrom;
         state.autoRecordNumber = c.numbered;
         Records records({u"a\tb\t", u"c\t\t"});
         records.firstPosition = 4;
         LoadRecords(grid, state, records, always, [](std::int64_t) { return true; });
-        EXPECT_EQ(Shown(grid), c.shown) << c.bindFrom;
+        EXPECT_EQ(Loaded(), c.shown) << c.bindFrom;
         EXPECT_TRUE(records.AtEnd());
     }
 }
@@ -75,7 +67,7 @@ TEST_F(Binding, WhatFailsOrIsCalledOffKeepsTheRowsSoFar) {
     Records failing({u"a\t", u"b\t", u"c\t"});
     failing.failsAt = 2;
     EXPECT_THROW(LoadRecords(grid, state, failing, always, [](std::int64_t) { return true; }), RunTimeError);
-    EXPECT_EQ(Shown(grid), ",a,,/,b,,/");
+    EXPECT_EQ(Loaded(), "/,a,,/,b,,");
     grid.SetRows(1);
     Records records({u"a\t", u"b\t", u"c\t"});
     std::string told;
@@ -84,7 +76,7 @@ TEST_F(Binding, WhatFailsOrIsCalledOffKeepsTheRowsSoFar) {
         return loaded < 2;
     });
     EXPECT_EQ(told, "1 2 ");
-    EXPECT_EQ(Shown(grid), ",a,,/,b,,/");
+    EXPECT_EQ(Loaded(), "/,a,,/,b,,");
     state.bindFrom = -1;
     EXPECT_THROW(LoadRecords(grid, state, records, always, [](std::int64_t) { return true; }), RunTimeError);
     EXPECT_EQ(grid.Rows(), 3);
@@ -92,16 +84,19 @@ TEST_F(Binding, WhatFailsOrIsCalledOffKeepsTheRowsSoFar) {
 
 // Once others are wanted, nothing is added to what they have made of the grid, and the records stay where they are.
 TEST_F(Binding, WhatIsNotWantedAnyMoreTouchesNothing) {
-    const std::pair<int, const char*> cases[] = {{0, ""}, {1, ""}, {2, ",a,,/"}, {3, ",a,,/"}, {5, ",a,,/,b,,/"}};
-    for (const auto& [times, shown] : cases) {
+    // How often they are wanted, the rows that there are then, and how many records the host was notified of.
+    const std::tuple<int, const char*, int> cases[] = {
+        {0, "", 0}, {1, "", 0}, {2, "/,a,,", 0}, {3, "/,a,,", 1}, {5, "/,a,,/,b,,", 1}};
+    for (const auto& [times, shown, progress] : cases) {
         grid.SetRows(1);
         Records records({u"a\t", u"b\t", u"c\t"});
         int left = times;
         int told = 0;
         LoadRecords(
             grid, state, records, [&] { return left-- > 0; }, [&](std::int64_t) { return ++told, true; });
-        EXPECT_EQ(Shown(grid), shown) << times;
-        EXPECT_EQ(records.Position(), 1 + told) << times;
+        EXPECT_EQ(Loaded(), shown) << times;
+        EXPECT_EQ(told, progress) << times;
+        EXPECT_EQ(records.Position(), 1 + progress) << times;
     }
 }
 

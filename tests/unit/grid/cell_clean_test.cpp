@@ -21,11 +21,9 @@ TEST(CleanDigits, JoinsTheDigitsAroundThePoint) {
     const CleanCase cases[] = {
         {u"45%", u"45"},
         {u"3.75", u"375"},
-        {u"12.5", u"125"},
         {u"-7", u"-7"},
         {u"", u"0"},
         {u"abc", u"0"},
-        {u"%", u"0"},
         {u"4%5%", u"45"},
         {u"12abc", u"12"},
         {u"1,234", u"1"},
@@ -34,7 +32,6 @@ TEST(CleanDigits, JoinsTheDigitsAroundThePoint) {
         {u"0.50", u"05"},
         {u"-1.5", u"-15"},
         {u"10.00", u"10"},
-        {u"50.5%", u"505"},
         {u"1e3", u"1000"},
         {u"123456789012345", u"123456789012345"},
         // A number too large for digits alone keeps its exponent, only the point goes.
@@ -46,9 +43,8 @@ TEST(CleanDigits, JoinsTheDigitsAroundThePoint) {
 
 TEST(CleanNumber, KeepsThePoint) {
     const CleanCase cases[] = {
-        {u"12abc", u"12"},   {u"1,234", u"1"}, {u"", u"0"},      {u"50.5%", u"50.5"},
-        {u"-3.50", u"-3.5"}, {u".5", u"0.5"},  {u"abc", u"0"},   {u"-0", u"0"},
-        {u"1 000", u"1000"}, {u"&H10", u"16"}, {u"1E999", u"1"}, {u"2%%5", u"25"},
+        {u"12abc", u"12"}, {u"1,234", u"1"}, {u"", u"0"},      {u"50.5%", u"50.5"}, {u"-3.50", u"-3.5"},
+        {u".5", u"0.5"},   {u"-0", u"0"},    {u"&H10", u"16"}, {u"1E999", u"1"},    {u"2%%5", u"25"},
     };
     for (const CleanCase& c : cases) EXPECT_EQ(Narrow(CleanNumber(c.typed)), Narrow(c.cell)) << Narrow(c.typed);
 }
@@ -63,17 +59,13 @@ struct DateCase {
 TEST(CleanDate, FormatsWhatIsADateAndEmptiesTheRest) {
     const DateCase cases[] = {
         {u"3-2024", u"mmm/yyyy", &dayFirst, u"Mar/2024"},
-        {u"3-2024", u"mmm/yyyy", &monthFirst, u"Mar/2024"},
         {u"3-2024", u"mmm/yyyy", &yearFirst, u"Mar-2024"},
         {u"3.2024", u"MM/YYYY", &monthFirst, u"03/2024"},
         {u"12/2024", u"mm/yy", &dayFirst, u"12/24"},
         {u"mar-2024", u"MMM/yy", &monthFirst, u"Mar/24"},
-        {u"Mar/2024", u"mmm/yyyy", &monthFirst, u"Mar/2024"},
-        {u"03/2024", u"mm/yyyy", &monthFirst, u"03/2024"},
         // Three parts are a whole date under any format.
         {u"5-3-2024", u"mmm/yyyy", &dayFirst, u"Mar/2024"},
         {u"5-3-2024", u"mmm/yyyy", &monthFirst, u"May/2024"},
-        {u"5-3-2024", u"DD/MM/YYYY", &dayFirst, u"05/03/2024"},
         {u"5.3.24", u"DD/MM/YYYY", &dayFirst, u"05/03/2024"},
         {u"5/3/2024", u"DD/MM/YYYY", &monthFirst, u"03/05/2024"},
         // Two parts are month and year only under the four formats of those.
@@ -87,17 +79,12 @@ TEST(CleanDate, FormatsWhatIsADateAndEmptiesTheRest) {
         {u"45", u"mmm/yyyy", &dayFirst, u""},
         {u"13-2024", u"mmm/yyyy", &dayFirst, u""},
     };
-    for (const DateCase& c : cases)
-        EXPECT_EQ(Narrow(CleanDate(c.typed, c.format, *c.settings)), Narrow(c.cell))
-            << Narrow(c.typed) << " as " << Narrow(c.format) << ", order " << static_cast<int>(c.settings->order);
-}
-
-TEST(CleanDate, ACommittedMonthIsTakenUnchangedTheNextTime) {
-    for (const TextView format :
-         {TextView(u"mm/yyyy"), TextView(u"mm/yy"), TextView(u"mmm/yyyy"), TextView(u"mmm/yy")}) {
-        for (const DateSettings* settings : {&dayFirst, &monthFirst}) {
-            const Text once = CleanDate(u"3-2024", format, *settings);
-            EXPECT_EQ(Narrow(CleanDate(once, format, *settings)), Narrow(once)) << Narrow(format);
+    for (const DateCase& c : cases) {
+        SCOPED_TRACE(Narrow(c.typed) + " as " + Narrow(c.format));
+        EXPECT_EQ(Narrow(CleanDate(c.typed, c.format, *c.settings)), Narrow(c.cell));
+        // A committed month is taken unchanged the next time.
+        if (c.format.find(u'D') == TextView::npos && !c.cell.empty()) {
+            EXPECT_EQ(Narrow(CleanDate(c.cell, c.format, *c.settings)), Narrow(c.cell));
         }
     }
 }
@@ -146,14 +133,12 @@ TEST(ListMatch, SelectionThenPrefixThenTopOrOldText) {
         {"selected entry", &five, 3, 0, u"ap", u"old", u"Bacon"},
         {"first that begins so", &five, -1, 0, u"ba", u"", u"Banana"},
         {"from the top entry on", &five, -1, 2, u"BA", u"", u"Bacon"},
-        {"whole text", &five, -1, 0, u"date", u"", u"Date"},
         {"longer than any entry", &five, -1, 0, u"dates", u"", u"Apple"},
         {"no match keeps the old text", &five, -1, 0, u"x", u"Cherry", u"Cherry"},
         {"no match, no old text: the top", &five, -1, 2, u"x", u"", u"Cherry"},
         {"match above the top is not seen", &five, -1, 4, u"apple", u"old", u"old"},
         {"nothing typed matches the top", &five, -1, 1, u"", u"Cherry", u"Banana"},
         {"twenty entries: the top unseen", &twenty, -1, 5, u"a", u"old", u"f"},
-        {"twenty entries, eight left: looked at", &twenty, -1, 12, u"o", u"old", u"o"},
         {"twenty entries, nine left: the top", &twenty, -1, 11, u"o", u"old", u"l"},
         {"eight entries: looked at", &eight, -1, 0, u"h", u"", u"h"},
         {"nine entries: the top", &nine, -1, 0, u"h", u"", u"a"},

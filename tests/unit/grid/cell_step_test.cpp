@@ -12,7 +12,7 @@ namespace {
 using Kind = CellStep::Kind;
 
 // Columns: No (fixed), A, B (hidden), C (inactive), D (non-focus), E; three data rows.
-class NavigationTest : public ::testing::Test {
+class NavigationTest : public EntryGridTest {
   protected:
     NavigationTest() {
         Fill(grid, {u"No\tA\tB\tC\tD\tE", u"1", u"2", u"3"});
@@ -24,49 +24,42 @@ class NavigationTest : public ::testing::Test {
         grid.MoveTo(row, col);
         return StepForward(grid, state, leave);
     }
-    flexgrid::Grid grid;
-    ControlState state;
 };
 
 TEST_F(NavigationTest, ForwardSkipsWhatMayNotBeEnteredAndWraps) {
     const CellStep leave{Kind::Leave, -1, -1};
+    const CellStep newRow{Kind::AddRow, 4, 1};
     EXPECT_EQ(Forward(1, 1), (CellStep{Kind::Move, 1, 5}));
-    EXPECT_EQ(Forward(1, 3), (CellStep{Kind::Move, 1, 5}));
     EXPECT_EQ(Forward(1, 5), (CellStep{Kind::Move, 2, 1}));
     EXPECT_EQ(Forward(3, 5), leave);
     EXPECT_EQ(Forward(3, 5, false), CellStep{});
+    state.autoAddNew = true;
+    EXPECT_EQ(Forward(3, 5), newRow);
+    EXPECT_EQ(Forward(3, 5, false), newRow);
+    EXPECT_EQ(Forward(2, 5), (CellStep{Kind::Move, 3, 1}));
+    state.inActiveColumns = u";A;C;D;E;";
+    EXPECT_EQ(Forward(3, 5), leave) << "nothing could be entered in the new row either";
+}
+
+TEST_F(NavigationTest, ForwardPassesHiddenRows) {
     grid.SetRowHeight(2, 0);
     EXPECT_EQ(Forward(1, 5), (CellStep{Kind::Move, 3, 1}));
     grid.SetRowHeight(3, 0);
-    EXPECT_EQ(Forward(1, 5), leave);
-}
-
-TEST_F(NavigationTest, LastRowIsFollowedByANewOne) {
-    state.autoAddNew = true;
-    EXPECT_EQ(Forward(3, 5), (CellStep{Kind::AddRow, 4, 1}));
-    EXPECT_EQ(Forward(3, 5, false), (CellStep{Kind::AddRow, 4, 1}));
-    EXPECT_EQ(Forward(2, 5), (CellStep{Kind::Move, 3, 1}));
-    // Nothing could be entered in the new row either.
-    state.inActiveColumns = u";A;C;D;E;";
-    EXPECT_EQ(Forward(3, 5), (CellStep{Kind::Leave, -1, -1}));
+    EXPECT_EQ(Forward(1, 5), (CellStep{Kind::Leave, -1, -1}));
 }
 
 TEST_F(NavigationTest, ArrowsPassHiddenAndNonFocusColumnsButReachInactiveOnes) {
     grid.MoveTo(1, 1);
-    EXPECT_EQ(StepSideways(grid, state, 1), (CellStep{Kind::Move, 1, 3}));
     EXPECT_EQ(StepSideways(grid, state, -1), CellStep{});
-    grid.MoveTo(1, 3);
-    EXPECT_EQ(StepSideways(grid, state, 1), (CellStep{Kind::Move, 1, 5}));
-    EXPECT_EQ(StepVertically(grid, 1), (CellStep{Kind::Move, 2, 3}));
+    EXPECT_EQ(StepVertically(grid, 1), (CellStep{Kind::Move, 2, 1}));
     EXPECT_EQ(StepVertically(grid, -1), CellStep{});
-}
-
-TEST_F(NavigationTest, ArrowsGoAsTheEyeDoesInAGridFromRightToLeft) {
-    grid.SetRightToLeft(true);
     grid.MoveTo(2, 3);
-    EXPECT_EQ(StepOf(GridKey::Left, grid, state), (CellStep{Kind::Move, 2, 5}));
-    EXPECT_EQ(StepOf(EditorKey::CommitRight, grid, state), (CellStep{Kind::Move, 2, 1}));
-    EXPECT_EQ(StepOf(GridKey::ForwardStay, grid, state), (CellStep{Kind::Move, 2, 5})) << "Enter goes by number";
+    for (const bool rightToLeft : {false, true}) {
+        grid.SetRightToLeft(rightToLeft);
+        EXPECT_EQ(StepOf(GridKey::Left, grid, state), (CellStep{Kind::Move, 2, rightToLeft ? 5 : 1}));
+        EXPECT_EQ(StepOf(EditorKey::CommitRight, grid, state), (CellStep{Kind::Move, 2, rightToLeft ? 1 : 5}));
+        EXPECT_EQ(StepOf(GridKey::ForwardStay, grid, state), (CellStep{Kind::Move, 2, 5})) << "Enter goes by number";
+    }
 }
 
 // Programs may put the cursor on a header, and there may be several.
@@ -81,17 +74,11 @@ TEST_F(NavigationTest, StepsFromHeadersLeadToWhatScrolls) {
 }
 
 TEST_F(NavigationTest, GetNextColumnAnswersAtOrBehindItsArgument) {
-    struct Case {
-        int col;
-        int answer;
-        int written;
-    };
     // Non-focus columns qualify; a hidden or inactive one starts over at the first column that is not fixed.
-    const Case cases[] = {{1, 1, 1}, {2, 1, 1}, {3, 1, 1}, {4, 4, 4}, {5, 5, 5}, {0, 0, 0}, {-1, 1, 1}, {-9, 1, 1}};
-    for (const Case& c : cases) {
-        int col = c.col;
-        EXPECT_EQ(GetNextColumn(grid, state, col), c.answer) << c.col;
-        EXPECT_EQ(col, c.written) << c.col;
+    for (const auto& [start, answer] : {std::pair{1, 1}, {2, 1}, {3, 1}, {4, 4}, {5, 5}, {0, 0}, {-1, 1}, {-9, 1}}) {
+        int col = start;
+        EXPECT_EQ(GetNextColumn(grid, state, col), answer) << start;
+        EXPECT_EQ(col, answer) << start;
     }
     int beyond = 6;
     EXPECT_THROW(GetNextColumn(grid, state, beyond), RunTimeError);
@@ -103,65 +90,71 @@ TEST_F(NavigationTest, GetNextColumnAnswersAtOrBehindItsArgument) {
 
 TEST_F(NavigationTest, ActiveListIsTheColumnOrTheFreeTextEditor) {
     state.listColumns = u";E;";
-    grid.MoveTo(1, 5);
-    EXPECT_EQ(GetActiveList(grid, state), 5);
-    grid.MoveTo(1, 1);
-    EXPECT_EQ(GetActiveList(grid, state), 100);
+    for (const auto& [col, list] : {std::pair{5, 5}, {1, 100}}) {
+        grid.MoveTo(1, col);
+        EXPECT_EQ(GetActiveList(grid, state), list);
+    }
 }
 
+constexpr int ctrl = keys::controlMask;
+constexpr int alt = keys::altMask;
+constexpr int shifted = keys::shiftMask;
+using Keys = std::vector<std::pair<int, int>>;  // with what is held
+
 TEST(GridKeys, TableOfKeys) {
+    const std::pair<GridKey, Keys> plain[] = {
+        {GridKey::Tab, {{keys::tab, ctrl}}},
+        {GridKey::ForwardStay, {{keys::enter, 0}}},
+        {GridKey::OpenEditor, {{keys::f2, 0}}},
+        {GridKey::Left, {{keys::left, 0}}},
+        {GridKey::Right, {{keys::right, 0}}},
+        {GridKey::InsertRow, {{keys::insert, 0}}},
+        {GridKey::Paste, {{keys::insert, shifted}, {'V', ctrl}}},
+        {GridKey::Copy, {{keys::insert, ctrl}, {'C', ctrl}}},
+        {GridKey::Cut, {{keys::deleteKey, shifted}, {'X', ctrl}}},
+        {GridKey::Undo, {{'Z', ctrl}}},
+        {GridKey::Redo, {{'Y', ctrl}, {'Z', ctrl | shifted}}},
+        {GridKey::SelectAll, {{'A', ctrl}}},
+        {GridKey::ClearCell, {{keys::deleteKey, 0}}},
+        {GridKey::PassOn,
+         {{keys::right, shifted},
+          {keys::left, ctrl},
+          {keys::f2, alt},
+          {keys::down, 0},
+          {'Z', shifted},
+          {keys::insert, alt},
+          {keys::deleteKey, ctrl},
+          {'A', 0},
+          {'C', ctrl | alt}}},
+    };
     struct Case {
         int key;
         int shift;
-        bool autoTab;
         GridKey does;
-        int keyColumn = -1;
-        int colSel = 1;
         int rowSel = 1;
+        int colSel = 1;
         flexgrid::GridSelectionMode mode = flexgrid::GridSelectionMode::free;
+        int keyColumn = -1;
+        bool autoTab = true;
     };
+    constexpr auto free = flexgrid::GridSelectionMode::free;
     constexpr auto byRow = flexgrid::GridSelectionMode::byRow;
     constexpr auto byColumn = flexgrid::GridSelectionMode::byColumn;
-    const Case cases[] = {
-        {keys::tab, keys::controlMask, false, GridKey::Tab},
-        {keys::enter, 0, true, GridKey::ForwardStay},
-        {keys::enter, 0, false, GridKey::Nothing},
-        {keys::f2, 0, true, GridKey::OpenEditor},
-        {keys::f2, keys::altMask, true, GridKey::PassOn},
-        {keys::left, 0, true, GridKey::Left},
-        {keys::right, 0, false, GridKey::Right},
-        {keys::right, keys::shiftMask, true, GridKey::PassOn},
-        {keys::left, keys::controlMask, true, GridKey::PassOn},
-        {keys::down, 0, true, GridKey::PassOn},
-        {keys::home, 0, true, GridKey::PassOn},
-        {u'A', 0, true, GridKey::PassOn},
-        {keys::enter, 0, true, GridKey::EndEntry, 2},
-        {keys::enter, 0, true, GridKey::ForwardStay, 1},
-        {keys::enter, 0, false, GridKey::Nothing, 2},
-        {keys::enter, keys::shiftMask, true, GridKey::Nothing, 2},
-        {keys::insert, 0, true, GridKey::InsertRow},
-        {keys::insert, keys::shiftMask, true, GridKey::Paste},
-        {keys::insert, keys::controlMask, true, GridKey::Copy},
-        {keys::insert, keys::altMask, true, GridKey::PassOn},
-        {keys::deleteKey, keys::shiftMask, true, GridKey::Cut, -1, 2},
-        {'C', keys::controlMask, true, GridKey::Copy},
-        {'X', keys::controlMask, true, GridKey::Cut},
-        {'V', keys::controlMask, true, GridKey::Paste},
-        {'Z', keys::controlMask, true, GridKey::Undo},
-        {'Y', keys::controlMask, true, GridKey::Redo},
-        {'Z', keys::controlMask | keys::shiftMask, true, GridKey::Redo},
-        {'A', keys::controlMask, true, GridKey::SelectAll},
-        {'C', keys::controlMask | keys::altMask, true, GridKey::PassOn},
-        {'Z', keys::shiftMask, true, GridKey::PassOn},
-        {keys::deleteKey, 0, true, GridKey::ClearCell},
-        {keys::deleteKey, 0, true, GridKey::DeleteRow, -1, 2},
-        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 1, 2},
-        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 2, 2},
-        {keys::deleteKey, keys::controlMask, true, GridKey::PassOn, -1, 2},
-        {keys::deleteKey, 0, true, GridKey::DeleteRow, -1, 1, 1, byRow},
-        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 1, 2, byRow},
-        {keys::deleteKey, 0, true, GridKey::ClearCell, -1, 2, 1, byColumn},
+    std::vector<Case> cases{
+        {keys::enter, 0, GridKey::Nothing, 1, 1, free, -1, false},
+        {keys::enter, 0, GridKey::EndEntry, 1, 1, free, 2},
+        {keys::enter, 0, GridKey::ForwardStay, 1, 1, free, 1},
+        {keys::enter, shifted, GridKey::Nothing, 1, 1, free, 2},
+        {keys::deleteKey, shifted, GridKey::Cut, 1, 2},
+        {keys::deleteKey, 0, GridKey::DeleteRow, 1, 2},
+        {keys::deleteKey, 0, GridKey::ClearCell, 2, 1},
+        {keys::deleteKey, ctrl, GridKey::PassOn, 1, 2},
+        {keys::deleteKey, 0, GridKey::DeleteRow, 1, 1, byRow},
+        {keys::deleteKey, 0, GridKey::ClearCell, 2, 1, byRow},
+        {keys::deleteKey, 0, GridKey::ClearCell, 1, 2, byColumn},
     };
+    for (const auto& [does, pressed] : plain)
+        for (const auto& [key, held] : pressed) cases.push_back({key, held, does});
     flexgrid::Grid grid;
     Fill(grid, {u"No\tA\tB", u"1\ta\t", u"2\t\t"});
     for (const Case& c : cases) {
@@ -188,51 +181,34 @@ TEST(EditorKeys, TableOfKeys) {
     // Texts of scripts that run from right to left: the start is at the right.
     const Caret hebrewStart{0, 0, 3, true}, hebrewEnd{3, 0, 3, true}, hebrewEmpty{0, 0, 0, true};
     struct Case {
-        int key;
-        int shift;
-        Caret caret;
-        bool list;
         EditorKey does;
+        Keys pressed;
+        std::vector<Caret> carets;
+        bool list = false;
     };
     const Case cases[] = {
-        {keys::left, 0, atStart, false, EditorKey::CommitLeft},
-        {keys::left, 0, inside, false, EditorKey::PassOn},
-        {keys::left, 0, atEnd, false, EditorKey::PassOn},
-        {keys::left, 0, all, false, EditorKey::PassOn},
-        {keys::left, 0, empty, true, EditorKey::CommitLeft},
-        {keys::left, keys::shiftMask, atStart, false, EditorKey::PassOn},
-        {keys::right, 0, atEnd, true, EditorKey::CommitRight},
-        {keys::right, 0, inside, false, EditorKey::PassOn},
-        {keys::right, 0, all, false, EditorKey::PassOn},
-        {keys::right, 0, empty, false, EditorKey::CommitRight},
-        {keys::right, keys::controlMask, atEnd, false, EditorKey::PassOn},
-        {keys::left, 0, hebrewStart, false, EditorKey::PassOn},
-        {keys::left, 0, hebrewEnd, false, EditorKey::CommitLeft},
-        {keys::right, 0, hebrewStart, false, EditorKey::CommitRight},
-        {keys::right, 0, hebrewEnd, true, EditorKey::PassOn},
-        {keys::left, 0, hebrewEmpty, false, EditorKey::CommitLeft},
-        {keys::right, 0, hebrewEmpty, false, EditorKey::CommitRight},
-        {keys::up, 0, inside, false, EditorKey::CommitUp},
-        {keys::down, 0, inside, false, EditorKey::CommitDown},
-        {keys::up, 0, inside, true, EditorKey::PassOn},
-        {keys::down, 0, inside, true, EditorKey::PassOn},
-        {keys::down, keys::altMask, inside, true, EditorKey::PassOn},
-        {keys::down, keys::altMask, inside, false, EditorKey::Nothing},
-        {keys::f4, 0, inside, false, EditorKey::Nothing},
-        {keys::f4, keys::altMask, inside, false, EditorKey::PassOn},
-        {keys::pageDown, 0, inside, false, EditorKey::CommitPage},
-        {keys::pageDown, 0, inside, true, EditorKey::PassOn},
-        {keys::escape, 0, inside, true, EditorKey::Abandon},
-        {keys::enter, 0, inside, false, EditorKey::CommitForwardStay},
-        {keys::enter, keys::shiftMask, inside, true, EditorKey::CommitForwardStay},
-        {keys::enter, keys::controlMask, inside, false, EditorKey::CommitForwardStay},
-        {keys::home, 0, inside, false, EditorKey::PassOn},
-        {keys::deleteKey, 0, inside, false, EditorKey::PassOn},
-        {keys::f2, 0, inside, false, EditorKey::PassOn},
+        {EditorKey::CommitLeft, {{keys::left, 0}}, {atStart, hebrewEnd, hebrewEmpty}},
+        {EditorKey::CommitLeft, {{keys::left, 0}}, {empty}, true},
+        {EditorKey::PassOn, {{keys::left, 0}}, {inside, atEnd, all, hebrewStart}},
+        {EditorKey::PassOn, {{keys::left, shifted}}, {atStart}},
+        {EditorKey::CommitRight, {{keys::right, 0}}, {empty, hebrewStart, hebrewEmpty}},
+        {EditorKey::CommitRight, {{keys::right, 0}}, {atEnd}, true},
+        {EditorKey::PassOn, {{keys::right, 0}}, {inside, all, hebrewEnd}},
+        {EditorKey::PassOn, {{keys::right, ctrl}}, {atEnd}},
+        {EditorKey::CommitUp, {{keys::up, 0}}, {inside}},
+        {EditorKey::CommitDown, {{keys::down, 0}}, {inside}},
+        {EditorKey::CommitPage, {{keys::pageDown, 0}}, {inside}},
+        {EditorKey::PassOn, {{keys::up, 0}, {keys::down, 0}, {keys::pageDown, 0}}, {inside}, true},
+        {EditorKey::Nothing, {{keys::down, alt}, {keys::f4, 0}}, {inside}},
+        {EditorKey::Abandon, {{keys::escape, 0}}, {inside}, true},
+        {EditorKey::CommitForwardStay, {{keys::enter, 0}, {keys::enter, ctrl}}, {inside}},
+        {EditorKey::PassOn, {{keys::home, 0}, {keys::deleteKey, 0}, {keys::f2, 0}, {keys::f4, alt}}, {inside}},
     };
     for (const Case& c : cases)
-        EXPECT_EQ(DecideEditorKey(c.key, c.shift, c.caret, c.list, {}), c.does)
-            << c.key << " shift " << c.shift << " caret " << c.caret.start << (c.list ? " list" : "");
+        for (const auto& [key, held] : c.pressed)
+            for (const Caret& caret : c.carets)
+                EXPECT_EQ(DecideEditorKey(key, held, caret, c.list, {}), c.does)
+                    << key << " held " << held << " caret " << caret.start << (c.list ? " list" : "");
     ControlState noAutoTab;
     noAutoTab.autoTab = false;
     EXPECT_EQ(DecideEditorKey(keys::enter, keys::shiftMask, inside, false, noAutoTab), EditorKey::Commit);
@@ -261,141 +237,105 @@ TEST(EditorKeys, ThatMeanNothingAloneLeaveTheEditorOutOfSight) {
 }
 
 TEST(KeepsKey, TellsTheGridsKeysFromItsHosts) {
-    constexpr int ctrl = keys::controlMask;
-    struct Case {
-        int key;
-        int shift;
+    const struct {
         bool whileOpen;
         bool whileClosed;
-    };
-    const Case cases[] = {
-        {'A', 0, true, true},
-        {keys::down, 0, true, true},
-        {keys::home, ctrl, true, true},
-        {keys::deleteKey, 0, true, true},
-        {keys::escape, 0, true, false},
-        {keys::f4, 0, true, false},
-        {keys::enter, 0, true, true},
-        {keys::enter, ctrl, true, false},
-        {keys::f2, 0, true, true},
-        {keys::f2, keys::shiftMask, false, false},
-        {keys::f1, 0, false, false},
-        {keys::f24, 0, false, false},
+        Keys pressed;
+    } cases[] = {
+        {true,
+         true,
+         {{'A', 0}, {keys::down, 0}, {keys::home, ctrl}, {keys::deleteKey, 0}, {keys::enter, 0}, {keys::f2, 0}}},
+        {true, false, {{keys::escape, 0}, {keys::f4, 0}, {keys::enter, ctrl}}},
+        {false, false, {{keys::f2, shifted}, {keys::f1, 0}, {keys::f24, 0}}},
         // Clipboard and undo work on the grid and in an editor; nearly all else with Ctrl is the host's menus'.
-        {'C', ctrl, true, true},
-        {'V', ctrl, true, true},
-        {'Z', ctrl, true, true},
-        {'Z', ctrl | keys::shiftMask, true, true},
-        {'Z', ctrl | keys::altMask, true, false},
-        {keys::insert, ctrl, true, true},
-        {keys::insert, keys::shiftMask, true, true},
-        {keys::backspace, ctrl, true, false},
-        {'S', ctrl, false, false},
-        {'B', ctrl, false, false},
-        {'Q', ctrl | keys::altMask, true, false},  // types "@" on many keyboards
+        {true, true, {{'C', ctrl}, {'Z', ctrl}, {'Z', ctrl | shifted}, {keys::insert, ctrl}, {keys::insert, shifted}}},
+        {true, false, {{'Z', ctrl | alt}, {keys::backspace, ctrl}}},
+        {false, false, {{'S', ctrl}}},
+        {true, false, {{'Q', ctrl | alt}}},  // types "@" on many keyboards
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(KeepsKey(c.key, c.shift, true), c.whileOpen) << c.key << " shift " << c.shift;
-        EXPECT_EQ(KeepsKey(c.key, c.shift, false), c.whileClosed) << c.key << " shift " << c.shift;
+    for (const auto& c : cases) {
+        for (const auto& [key, held] : c.pressed) {
+            EXPECT_EQ(KeepsKey(key, held, true), c.whileOpen) << key << " held " << held;
+            EXPECT_EQ(KeepsKey(key, held, false), c.whileClosed) << key << " held " << held;
+        }
     }
 }
 
 TEST(CellTip, ShowsTextThatDoesNotFit) {
     ControlState state;
-    EXPECT_EQ(CellTipText(state, u"long", true), u"");
-    state.cellToolTip = true;
-    EXPECT_EQ(CellTipText(state, u"long", true), u"long");
-    EXPECT_EQ(CellTipText(state, u"long", false), u"");
+    for (const bool wanted : {false, true}) {
+        state.cellToolTip = wanted;
+        EXPECT_EQ(CellTipText(state, u"long", true), wanted ? u"long" : u"");
+        EXPECT_EQ(CellTipText(state, u"long", false), u"");
+    }
 }
 
-class LifecycleTest : public ::testing::Test {
+class LifecycleTest : public EntryGridTest {
   protected:
     LifecycleTest() {
         grid.SetRows(3);
         grid.SetFormatString(u"No|Code|Name|Qty");
         state.listColumns = u";Name;Qty;";
         state.inVisibleColumns = u";Code;";
+        state.autoRecordNumber = true;
     }
-    void DoShow(bool userMode = true) {
-        Show(grid, state, userMode, [this](int col) { loaded.push_back(col); });
+    std::string Widths() const {
+        std::string shown;
+        for (int col = 0; col < grid.Cols(); ++col) shown += grid.ColWidth(col) > 0 ? '|' : '.';
+        return shown;
     }
-    flexgrid::Grid grid;
-    ControlState state;
-    std::vector<int> loaded;
 };
 
-TEST_F(LifecycleTest, FirstShowInRunModePreparesOnce) {
-    state.autoRecordNumber = true;
-    DoShow(false);
-    EXPECT_TRUE(loaded.empty());
-    EXPECT_FALSE(state.initialised);
-    EXPECT_GT(grid.ColWidth(1), 0);
-    DoShow();
-    EXPECT_EQ(loaded, (std::vector<int>{2, 3}));
-    EXPECT_EQ(grid.ColWidth(1), 0);
-    EXPECT_EQ(grid.TextMatrix(0, 0), u"No");
-    EXPECT_EQ(grid.TextMatrix(1, 0), u"1");
-    EXPECT_EQ(grid.TextMatrix(2, 0), u"2");
-    EXPECT_EQ(state.editRow, -1);
-    EXPECT_TRUE(state.initialised);
-    grid.SetColWidth(1, 500);
-    DoShow();
-    EXPECT_EQ(loaded.size(), 2u);
-    EXPECT_EQ(grid.ColWidth(1), 500);
-}
-
-TEST_F(LifecycleTest, FailedShowLeavesNothingMarkedAsDone) {
-    state.autoRecordNumber = true;
+TEST_F(LifecycleTest, FirstShowInRunModePreparesOnceAndTerminateUnloadsIt) {
+    std::string lists;
+    const auto load = [&](int col) { lists += "load " + std::to_string(col) + " "; };
+    const auto unload = [&](int col) { lists += "unload " + std::to_string(col) + " "; };
+    state.changed = true;
+    Terminate(grid, state, unload);
+    EXPECT_FALSE(state.changed);
+    Show(grid, state, false, load);
+    EXPECT_EQ(lists, "") << "not while the form is designed";
+    EXPECT_EQ(Widths(), "||||");
     EXPECT_THROW(Show(grid, state, true, [](int) { throw RunTimeError(360, u"Object already loaded"); }), RunTimeError);
     EXPECT_FALSE(state.initialised);
-    // The hidden column before the failing one is hidden already.
-    EXPECT_EQ(grid.ColWidth(1), 0);
+    EXPECT_EQ(Widths(), "|.||") << "what came before the error is done";
     EXPECT_EQ(grid.TextMatrix(1, 0), u"");
+    Show(grid, state, true, load);
+    EXPECT_TRUE(state.initialised);
+    EXPECT_EQ(grid.TextMatrix(0, 0), u"No");
+    EXPECT_EQ(grid.TextMatrix(2, 0), u"2");
+    grid.SetColWidth(1, 500);
+    Show(grid, state, true, load);
+    EXPECT_EQ(Widths(), "||||");
+    state.stringFormat = u"[No]";
+    Terminate(grid, state, unload);
+    EXPECT_EQ(lists, "load 2 load 3 unload 2 unload 3 ");
+    EXPECT_TRUE(state.stringFormat.empty());
 }
 
 TEST_F(LifecycleTest, InVisibleColumnsGiveBackTheFormatStringsWidths) {
     const int width = grid.ColWidth(1);
-    state.inVisibleColumns = u";code;Qty;";
-    ApplyInVisibleColumns(grid, state);
-    EXPECT_EQ(grid.ColWidth(1), 0);
-    EXPECT_EQ(grid.ColWidth(3), 0);
-    state.inVisibleColumns = u";Qty;";
-    ApplyInVisibleColumns(grid, state);
+    const std::pair<const char16_t*, const char*> cases[] = {
+        {u";code;Qty;", "|.|."}, {u";Qty;", "|||."}, {u"", "||||"}};
+    for (const auto& [columns, shown] : cases) {
+        state.inVisibleColumns = columns;
+        ApplyInVisibleColumns(grid, state);
+        EXPECT_EQ(Widths(), shown);
+    }
     EXPECT_EQ(grid.ColWidth(1), width);
-    EXPECT_EQ(grid.ColWidth(3), 0);
-    state.inVisibleColumns = u"";
-    ApplyInVisibleColumns(grid, state);
-    EXPECT_GT(grid.ColWidth(3), 0);
-    EXPECT_EQ(grid.Cols(), 4);
     EXPECT_EQ(grid.Rows(), 3);
 }
 
 TEST_F(LifecycleTest, NumberingStartsAtRowOneWhateverIsFixed) {
     grid.SetRows(5);
     grid.SetFixedRows(2);
+    state.autoRecordNumber = false;
     Renumber(grid, state);
     EXPECT_EQ(grid.TextMatrix(1, 0), u"");
     state.autoRecordNumber = true;
     Renumber(grid, state);
     EXPECT_EQ(grid.TextMatrix(1, 0), u"1");
     EXPECT_EQ(grid.TextMatrix(4, 0), u"4");
-    grid.RemoveItem(3);
-    Renumber(grid, state);
-    EXPECT_EQ(grid.TextMatrix(3, 0), u"3");
-}
-
-TEST_F(LifecycleTest, TerminateUnloadsWhatShowLoaded) {
-    std::vector<int> unloaded;
-    const auto unload = [&](int col) { unloaded.push_back(col); };
-    state.changed = true;
-    Terminate(grid, state, unload);
-    EXPECT_TRUE(unloaded.empty());
-    EXPECT_FALSE(state.changed);
-    DoShow();
-    state.stringFormat = u"[No]";
-    Terminate(grid, state, unload);
-    EXPECT_EQ(unloaded, loaded);
-    EXPECT_TRUE(state.stringFormat.empty());
 }
 
 }  // namespace

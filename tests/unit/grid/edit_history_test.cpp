@@ -3,49 +3,33 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <optional>
+#include <random>
 
 #include "controls/grid/lifecycle.h"
-#include "controls/grid/paste.h"
+#include "controls/grid/row_commands.h"
 #include "tests/support/portable/failing_allocation.h"
+#include "tests/unit/flexgrid/grid_texts.h"
 #include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {
 namespace {
 
-// The data cells, a row a line.
-std::string Show(const flexgrid::Grid& grid) {
-    std::string out;
-    for (int row = 1; row < grid.Rows(); ++row) {
-        for (int col = 0; col < grid.Cols(); ++col) out += (col > 0 ? "|" : "") + Narrow(grid.TextMatrix(row, col));
-        out += "\n";
-    }
-    return out;
-}
+using flexgrid::Shown;
 
-class EditHistoryTest : public ::testing::Test {
+class EditHistoryTest : public EntryGridTest {
   protected:
     EditHistoryTest() {
         Fill(grid, {u"No\tName\tQty", u"1\ta\t10", u"2\tb\t20", u"3\tc\t30"});
         state.autoRecordNumber = true;
-        history.emplace(grid);
     }
 
     // What a committed edit does.
-    void Edit(int row, int col, TextView text) {
+    void Edit(int row, int col, TextView text) { Edit(row, col, text, history); }
+    void Edit(int row, int col, TextView text, EditHistory& recording) {
         const Text before = grid.TextMatrix(row, col);
         grid.SetTextMatrix(row, col, text);
-        history->CellChanged(grid.StructureVersion(), row, col, before, text);
+        recording.CellChanged(grid.StructureVersion(), row, col, before, text);
     }
-    void Insert(int row) {
-        history->InsertRows(row, 1, [&] { grid.AddItem({}, row); });
-        Renumber(grid, state);
-    }
-    void Remove(int row) {
-        history->RemoveRows(row, 1, [&] { grid.RemoveItem(row); });
-        Renumber(grid, state);
-    }
-    std::string Current() const { return std::to_string(grid.Row()) + "," + std::to_string(grid.Col()); }
     // The cells that a step has changed, as hosts are told.
     static std::string Report(const EditHistory::Step& step, bool backwards) {
         if (!step) return "nothing";
@@ -55,151 +39,114 @@ class EditHistoryTest : public ::testing::Test {
         });
         return out;
     }
-
-    flexgrid::Grid grid;
-    ControlState state;
-    std::optional<EditHistory> history;
 };
 
 TEST_F(EditHistoryTest, EditsGoBackAndForth) {
-    EXPECT_FALSE(history->CanUndo());
-    EXPECT_EQ("nothing", Report(history->Undo(state), true));
+    EXPECT_EQ("nothing", Report(history.Undo(state), true));
     Edit(1, 1, u"x");
     Edit(2, 2, u"");
     grid.MoveTo(3, 1);
-    EXPECT_EQ("2,2 >20 ", Report(history->Undo(state), true));
+    EXPECT_EQ("2,2 >20 ", Report(history.Undo(state), true));
     EXPECT_EQ("2,2", Current());
     EXPECT_TRUE(state.changed);
-    EXPECT_EQ("1,1 x>a ", Report(history->Undo(state), true));
+    EXPECT_EQ("1,1 x>a ", Report(history.Undo(state), true));
     EXPECT_EQ("1,1", Current());
-    EXPECT_FALSE(history->CanUndo());
-    EXPECT_EQ("1,1 a>x ", Report(history->Redo(state), false));
-    EXPECT_TRUE(history->CanRedo());
-    Edit(3, 1, u"new");
-    EXPECT_FALSE(history->CanRedo()) << "what is new ends what was undone";
-    history->Undo(state);
-    history->Undo(state);
-    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n", Show(grid));
-}
-
-TEST_F(EditHistoryTest, RowsComeBackAsTheyWere) {
-    grid.SetRowHeight(2, 500);
-    grid.SetRowData(2, 77);
-    grid.MoveTo(2, 1);
-    grid.SetCellForeColor(0xFF);
-    Edit(2, 1, u"bb");
-    Remove(2);
-    EXPECT_EQ("1|a|10\n2|c|30\n", Show(grid));
-    EXPECT_EQ("rows ", Report(history->Undo(state), true));
-    EXPECT_EQ("1|a|10\n2|bb|20\n3|c|30\n", Show(grid));
-    EXPECT_EQ(500, grid.RowHeight(2));
-    EXPECT_EQ(240, grid.RowHeight(3));
-    EXPECT_EQ(77, grid.RowData(2));
-    ASSERT_TRUE(grid.FormatOf(2, 1));
-    EXPECT_EQ(0xFFu, grid.FormatOf(2, 1)->foreColor);
-    EXPECT_FALSE(grid.FormatOf(3, 1));
-    history->Undo(state);
-    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n", Show(grid));
-    history->Redo(state);
-    history->Redo(state);
-    EXPECT_EQ("1|a|10\n2|c|30\n", Show(grid));
-    EXPECT_FALSE(history->CanRedo());
-}
-
-TEST_F(EditHistoryTest, AnInsertedRowGoesAndComesBackWithWhatTheHostWroteIntoIt) {
-    Insert(2);
-    grid.SetTextMatrix(2, 1, u"by the host");
-    EXPECT_EQ("rows ", Report(history->Undo(state), true));
-    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n", Show(grid));
-    history->Redo(state);
-    EXPECT_EQ("1|a|10\n2|by the host|\n3|b|20\n4|c|30\n", Show(grid));
-    EXPECT_EQ(2, grid.Row());
-}
-
-TEST_F(EditHistoryTest, TheOnlyDataRowCanHaveBeenTheInsertedOne) {
-    flexgrid::Grid empty;
-    empty.SetCols(2);
-    empty.SetRows(1);
-    EditHistory own(empty);
-    own.InsertRows(1, 1, [&] { empty.AddItem(u"1"); });
-    EXPECT_EQ(2, empty.Rows());
-    own.Undo(state);
-    EXPECT_EQ(1, empty.Rows());
-    own.Redo(state);
-    EXPECT_EQ(u"1", empty.TextMatrix(1, 0));
-}
-
-TEST_F(EditHistoryTest, AGroupIsOneStepInItsOrder) {
-    {
-        const EditHistory::Group group(*history);
-        AppendRows(grid, state, *history, 2);
-        Edit(4, 1, u"d");
-        Edit(4, 2, u"40");
-        Edit(5, 1, u"e");
-        EXPECT_FALSE(history->CanUndo()) << "not while it is made";
-    }
-    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n4|d|40\n5|e|\n", Show(grid));
-    history->Undo(state);
-    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n", Show(grid));
-    EXPECT_FALSE(history->CanUndo());
-    history->Redo(state);
-    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n4|d|40\n5|e|\n", Show(grid));
-    EXPECT_EQ("4,1", Current());
-}
-
-TEST_F(EditHistoryTest, CellsAreToldFromTheTopLeftOn) {
-    {
-        const EditHistory::Group group(*history);
-        Edit(1, 1, u"x");
-        Edit(1, 2, u"1");
-        Edit(2, 1, u"y");
-        Edit(2, 2, u"2");
-    }
-    EXPECT_EQ("1,1 x>a 1,2 1>10 2,1 y>b 2,2 2>20 ", Report(history->Undo(state), true));
-    EXPECT_EQ("1,1 a>x 1,2 10>1 2,1 b>y 2,2 20>2 ", Report(history->Redo(state), false));
-    EXPECT_EQ("1,1 x>a 1,2 1>10 2,1 y>b 2,2 2>20 ", Report(history->Undo(state), true));
-}
-
-// A cell that a group changes twice, and neighbours in no order.
-TEST_F(EditHistoryTest, AnyOrderOfCellsGoesBackAndForth) {
-    {
-        const EditHistory::Group group(*history);
-        for (const int col : {2, 1, 2, 1, 0}) Edit(1, col, grid.TextMatrix(1, col) + u"+");
-    }
-    EXPECT_EQ("1+|a++|10++\n2|b|20\n3|c|30\n", Show(grid));
-    history->Undo(state);
-    EXPECT_EQ("1|a|10\n2|b|20\n3|c|30\n", Show(grid));
-    history->Redo(state);
-    EXPECT_EQ("1+|a++|10++\n2|b|20\n3|c|30\n", Show(grid));
-}
-
-TEST_F(EditHistoryTest, TextsOfEveryKindAndSizeComeBack) {
-    const std::vector<Text> texts{u"\u20AC\xD83D\xDE00",   Text(63, u'\xFF'), Text(64, u'x'),
-                                  Text(20'000, u'\u0416'), Text(1, u'\0'),    u"",
-                                  Text(9'000'000, u'y'),   u"short"};
-    history.emplace(grid, EditHistory::Limits{1000, std::size_t{1} << 30});
-    for (const Text& text : texts) {
-        const EditHistory::Group group(*history);
-        Edit(1, 1, text);
-        Edit(1, 2, text + u"2");
-    }
-    for (std::size_t i = texts.size(); i-- > 0;) {
-        if (i == 0) break;
-        ASSERT_TRUE(history->Undo(state)) << i;
-        EXPECT_TRUE(grid.TextMatrix(1, 1) == texts[i - 1]) << i;
-        EXPECT_TRUE(grid.TextMatrix(1, 2) == texts[i - 1] + u"2") << i;
-    }
-    for (std::size_t i = 1; i < texts.size(); ++i) {
-        ASSERT_TRUE(history->Redo(state)) << i;
-        EXPECT_TRUE(grid.TextMatrix(1, 1) == texts[i]) << i;
-    }
-}
-
-TEST_F(EditHistoryTest, WhatTheHostHasWrittenIsOverwrittenAndComesBackWithRedo) {
-    Edit(1, 1, u"x");
+    EXPECT_FALSE(history.CanUndo());
     grid.SetTextMatrix(1, 1, u"host");
-    EXPECT_EQ("1,1 host>a ", Report(history->Undo(state), true));
-    EXPECT_EQ("1,1 a>host ", Report(history->Redo(state), false));
+    EXPECT_EQ("1,1 host>x ", Report(history.Redo(state), false)) << "what the host has written is overwritten";
+    EXPECT_EQ("1,1 x>host ", Report(history.Undo(state), true)) << "and comes back";
+    history.Redo(state);
+    EXPECT_TRUE(history.CanRedo());
+    Edit(3, 1, u"new");
+    EXPECT_FALSE(history.CanRedo()) << "what is new ends what was undone";
+    history.Undo(state);
+    EXPECT_EQ("No,Name,Qty/1,x,10/2,b,20/3,c,30", Shown(grid));
+}
+
+// Random commands and groups of edits, taken back and done again in any order, beside what the grid was in between.
+TEST_F(EditHistoryTest, GoesBackAndForthThroughAnything) {
+    std::mt19937 random(11);
+    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    const auto picture = [&] {
+        const std::string all = flexgrid::Describe(grid);
+        return all.substr(all.find('\n'));  // without the cursor
+    };
+    int edits = 0;
+    const auto edit = [&](int row, int col) {
+        const Text kinds[] = {u"", u"\u20AC\xD83D\xDE00", Text(63, u'\xFF'), Text(64, u'x'), Text(1, u'\0')};
+        Text text = kinds[below(5)] + Text(1, static_cast<char16_t>(u'a' + ++edits));
+        if (below(90) == 0) text.resize(20'000, u'\u0416');
+        Edit(row, col, text);
+    };
+    for (const int row : {1, 3}) {
+        grid.SetRowHeight(row, 400 + row);
+        grid.SetRowData(row, row);
+        grid.MoveTo(row, 1);
+        grid.SetCellForeColor(0xFF);
+    }
+    std::vector<std::string> pictures{picture()};
+    std::size_t at = 0;
+    for (int step = 0; step < 500; ++step) {
+        grid.MoveTo(1 + below(grid.Rows() - 1), 1 + below(2));
+        ASSERT_EQ(history.CanUndo(), at > 0);
+        ASSERT_EQ(history.CanRedo(), at + 1 < pictures.size());
+        const int kind = below(10);
+        if (kind < 3) {
+            at -= history.Undo(state) ? 1 : 0;
+        } else if (kind < 5) {
+            at += history.Redo(state) ? 1 : 0;
+        } else {
+            if (kind == 5 && grid.Rows() > 2) {
+                DeleteRow(grid, state, history);
+            } else if (kind == 6 && grid.Rows() < 30) {
+                InsertRow(grid, state, history);
+            } else if (kind == 7 && grid.Rows() < 30) {
+                const EditHistory::Group group(history);
+                AppendRows(grid, state, history, 2);
+                edit(grid.Rows() - 2, 2);
+                edit(grid.Rows() - 1, 1);
+                EXPECT_FALSE(history.CanUndo()) << "not while it is made";
+            } else {
+                const EditHistory::Group group(history);
+                for (int i = below(6); i >= 0; --i) edit(1 + below(grid.Rows() - 1), 1 + below(2));
+            }
+            pictures.resize(++at);
+            pictures.push_back(picture());
+        }
+        ASSERT_EQ(picture(), pictures[at]) << "step " << step;
+    }
+    EXPECT_GT(pictures.size(), 20U);
+}
+
+TEST_F(EditHistoryTest, AVeryLongTextComesBack) {
+    const Text before(9'000'000, u'y');
+    grid.SetTextMatrix(1, 1, before);
+    Edit(1, 1, u"short");
+    history.Undo(state);
+    EXPECT_TRUE(grid.TextMatrix(1, 1) == before);
+}
+
+TEST_F(EditHistoryTest, WhatTheHostWroteIntoAnInsertedRowComesBackWithIt) {
+    grid.SetRows(1);
+    grid.AddItem(u"1");
+    InsertRow(grid, state, history);
+    grid.SetTextMatrix(1, 1, u"by the host");
+    EXPECT_EQ("rows ", Report(history.Undo(state), true));
+    EXPECT_EQ("No,Name,Qty/1,,", Shown(grid));
+    history.Redo(state);
+    EXPECT_EQ("No,Name,Qty/1,by the host,/2,,", Shown(grid));
+    EXPECT_EQ(1, grid.Row());
+}
+
+TEST_F(EditHistoryTest, CellsOfAStepAreReportedFromTheTopLeftOn) {
+    {
+        const EditHistory::Group group(history);
+        for (const auto& [row, col] : {std::pair{1, 1}, {1, 2}, {2, 1}, {2, 2}}) Edit(row, col, u"x");
+    }
+    const char* const undone = "1,1 x>a 1,2 x>10 2,1 x>b 2,2 x>20 ";
+    EXPECT_EQ(undone, Report(history.Undo(state), true));
+    EXPECT_EQ("1,1 a>x 1,2 10>x 2,1 b>x 2,2 20>x ", Report(history.Redo(state), false));
+    EXPECT_EQ(undone, Report(history.Undo(state), true));
 }
 
 TEST_F(EditHistoryTest, RowsAndColumnsMovedByTheHostBeginItAnew) {
@@ -227,99 +174,85 @@ TEST_F(EditHistoryTest, RowsAndColumnsMovedByTheHostBeginItAnew) {
         }
         subject.Undo(state);
         EXPECT_TRUE(subject.CanUndo() && subject.CanRedo()) << name;
+        const std::uint64_t then = own.StructureVersion();
         act(own);
         EXPECT_FALSE(subject.CanUndo() || subject.CanRedo()) << name;
         EXPECT_FALSE(subject.Undo(state) || subject.Redo(state)) << name;
+        subject.CellChanged(then, 0, 0, u"", u"old");
+        EXPECT_FALSE(subject.CanUndo()) << name << ": an edit whose row has moved meanwhile leaves no step";
         subject.CellChanged(own.StructureVersion(), 0, 0, u"", u"new");
         EXPECT_TRUE(subject.CanUndo()) << name << ": later edits are remembered";
     }
 }
 
-TEST_F(EditHistoryTest, AnEditWhoseRowHasMovedMeanwhileLeavesNoStep) {
-    const std::uint64_t then = grid.StructureVersion();
-    grid.RemoveItem(1);
-    history->CellChanged(then, 3, 1, u"c", u"x");
-    EXPECT_FALSE(history->CanUndo());
-}
-
 TEST_F(EditHistoryTest, AGroupThatTheHostMeddlesWithLeavesNoStep) {
-    const std::function<void()> meddles[] = {[&] { grid.RemoveItem(2); }, [&] { history->Clear(); }};
+    const std::function<void()> meddles[] = {[&] { grid.RemoveItem(2); }, [&] { history.Clear(); }};
     for (const auto& meddle : meddles) {
         Edit(1, 1, u"x");
         {
-            const EditHistory::Group group(*history);
+            const EditHistory::Group group(history);
             Edit(1, 2, u"1");
             meddle();
             Edit(1, 2, u"2");
         }
-        EXPECT_FALSE(history->CanUndo());
+        EXPECT_FALSE(history.CanUndo());
         Edit(1, 1, u"y");
-        EXPECT_TRUE(history->CanUndo());
+        EXPECT_TRUE(history.CanUndo());
     }
 }
 
-// A host whose LeaveCell handler takes rows away, in the middle of the grid's own removal.
-class Meddler : public flexgrid::GridListener {
-  public:
-    explicit Meddler(flexgrid::Grid& grid) : grid_(grid) { grid.AddListener(this); }
-    ~Meddler() override { grid_.RemoveListener(this); }
-    void LeaveCell() override {
-        if (left-- > 0) grid_.SetRows(2);
-    }
-    int left = 1;
-
-  private:
-    flexgrid::Grid& grid_;
-};
-
 TEST_F(EditHistoryTest, HandlersMayTakeRowsAwayWhileItWorks) {
     Edit(3, 1, u"x");
-    AppendRows(grid, state, *history, 3);
+    AppendRows(grid, state, history, 3);
     grid.MoveTo(6, 1);
+    const auto takeRows = [left = 1](flexgrid::Grid& g) mutable {
+        if (left-- > 0) g.SetRows(2);
+    };
     {
-        Meddler meddler(grid);
-        history->Undo(state);  // the cursor has to leave its row
+        const flexgrid::Meddler meddler(grid, takeRows);
+        history.Undo(state);  // the cursor has to leave its row
     }
-    EXPECT_FALSE(history->CanUndo() || history->CanRedo());
+    EXPECT_FALSE(history.CanUndo() || history.CanRedo());
 
     grid.SetRows(4);
     Edit(3, 1, u"x");
     grid.MoveTo(1, 1);
-    Meddler meddler(grid);
-    history->Undo(state);  // the cursor goes to where the change was
+    const flexgrid::Meddler meddler(grid, takeRows);
+    history.Undo(state);  // the cursor goes to where the change was
     EXPECT_EQ(2, grid.Rows());
-    EXPECT_FALSE(history->CanUndo() || history->CanRedo());
+    EXPECT_FALSE(history.CanUndo() || history.CanRedo());
 }
 
 TEST_F(EditHistoryTest, IsBoundedByStepsAndByCharacters) {
-    history.emplace(grid, EditHistory::Limits{3, 1000});
-    for (const TextView text : {u"1", u"2", u"3", u"4", u"5"}) Edit(1, 1, text);
+    EditHistory limited(grid, EditHistory::Limits{3, 1000});
+    const auto edit = [&](int row, TextView text) { Edit(row, 1, text, limited); };
+    for (const TextView text : {u"1", u"2", u"3", u"4", u"5"}) edit(1, text);
     int undone = 0;
-    while (history->Undo(state)) ++undone;
+    while (limited.Undo(state)) ++undone;
     EXPECT_EQ(3, undone);
     EXPECT_EQ(u"2", grid.TextMatrix(1, 1));
-    while (history->Redo(state)) --undone;
+    while (limited.Redo(state)) --undone;
     EXPECT_EQ(0, undone);
 
-    Edit(1, 1, Text(600, u'x'));
-    EXPECT_TRUE(history->CanUndo());
-    Edit(2, 1, Text(5000, u'y'));
-    history->Undo(state);
+    edit(1, Text(600, u'x'));
+    EXPECT_TRUE(limited.CanUndo());
+    edit(2, Text(5000, u'y'));
+    limited.Undo(state);
     EXPECT_EQ(u"b", grid.TextMatrix(2, 1));
-    EXPECT_FALSE(history->CanUndo()) << "too large, it is kept alone";
-    EXPECT_TRUE(history->CanRedo());
+    EXPECT_FALSE(limited.CanUndo()) << "too large, it is kept alone";
+    EXPECT_TRUE(limited.CanRedo());
 }
 
 TEST_F(EditHistoryTest, APauseRecordsAndUndoesNothing) {
     Edit(1, 1, u"x");
     {
-        const EditHistory::Pause pause(*history);
-        EXPECT_FALSE(history->CanUndo());
-        EXPECT_FALSE(history->Undo(state));
+        const EditHistory::Pause pause(history);
+        EXPECT_FALSE(history.CanUndo());
+        EXPECT_FALSE(history.Undo(state));
         Edit(1, 2, u"1");
     }
-    EXPECT_EQ("1,1 x>a ", Report(history->Undo(state), true));
-    EXPECT_FALSE(history->CanUndo());
+    EXPECT_EQ("1,1 x>a ", Report(history.Undo(state), true));
+    EXPECT_FALSE(history.CanUndo());
 }
 
 // What came before could no longer be taken back in its order.
@@ -328,9 +261,9 @@ TEST_F(EditHistoryTest, AChangeThatThereIsNoMemoryForEndsTheHistory) {
     grid.SetTextMatrix(1, 2, u"11");
     {
         const test::FailingAllocation failing(0, test::Starvation::forGood);
-        history->CellChanged(grid.StructureVersion(), 1, 2, u"10", TextView(u"11"));
+        history.CellChanged(grid.StructureVersion(), 1, 2, u"10", TextView(u"11"));
     }
-    EXPECT_FALSE(history->CanUndo());
+    EXPECT_FALSE(history.CanUndo());
 }
 
 }  // namespace

@@ -54,21 +54,21 @@ TEST(Validation, OneCellAgainstTheRulesOfItsColumn) {
 
 TEST(Validation, TheFirstCellRowByRowFixedColumnsAndRowsBelowTheFirstIncluded) {
     flexgrid::Grid grid;
-    Fill(grid, {u"No\tA\tB", u"1\tx\t5", u"2\t\t0", u"\t\t1"});
+    Fill(grid, {u"No\tA\tB", u"1\t\t5", u"2\t\t0", u"\t\t1"});
+    grid.SetFixedRows(2);
     ControlState state;
     state.requiredFields = u";A;No;";
     state.checkValueFor = u";B-2;";
-    EXPECT_EQ(Report(FindInvalidCell(grid, state)), "2,1 You must enter a valid data.");
-    grid.SetTextMatrix(2, 1, u"x");
-    EXPECT_EQ(Report(FindInvalidCell(grid, state)), "2,2 Value should be greater than zero.");
-    grid.SetTextMatrix(2, 2, u"1");
-    EXPECT_EQ(Report(FindInvalidCell(grid, state)), "3,0 You must enter a valid data.");
-    grid.SetFixedRows(2);
-    grid.SetTextMatrix(1, 1, u"");
-    EXPECT_EQ(Report(FindInvalidCell(grid, state)), "1,1 You must enter a valid data.")
-        << "from row 1 on, fixed or not";
-    grid.SetFixedRows(1);
-    grid.SetRows(1);
+    // What is found, and what corrects it.
+    const std::tuple<const char*, int, int> faults[] = {{"1,1 You must enter a valid data.", 1, 1},
+                                                        {"2,1 You must enter a valid data.", 2, 1},
+                                                        {"2,2 Value should be greater than zero.", 2, 2},
+                                                        {"3,0 You must enter a valid data.", 3, 0}};
+    for (const auto& [report, row, col] : faults) {
+        EXPECT_EQ(Report(FindInvalidCell(grid, state)), report);
+        grid.SetTextMatrix(row, col, u"1");
+    }
+    grid.SetRows(2);
     EXPECT_EQ(Report(FindInvalidCell(grid, state)), "passes");
 }
 
