@@ -4,14 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <vector>
 
 #include "com/object.h"
 #include "host/running_form_window.h"
+#include "tests/support/files.h"
 #include "tests/support/inert_object.h"
 #include "tests/support/input.h"
 #include "tests/support/narrow.h"
@@ -19,12 +18,6 @@
 #include "tests/support/source_folder.h"
 
 namespace qvx::host {
-
-inline std::string Bytes(const Text& path) {
-    std::ifstream file(Wide(path), std::ios::binary);
-    EXPECT_TRUE(file) << test::Narrow(path);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 // A file of the sources, by the path that Windows programs know it by.
 inline Text SourceFile(TextView path) {
@@ -75,12 +68,7 @@ class TestClasses final : public ClassSource {
 // A form without a script beside it in files: both are given as text. What the script has to say it puts into Form.Tag.
 class HostFormTest : public ::testing::Test {
   protected:
-    HostFormTest() {
-        source_.UseFile(Text(FromWide(test::ServerUnderTest::Get().Path())));
-        wchar_t folder[MAX_PATH];
-        GetTempPathW(MAX_PATH, folder);
-        folder_ = FromWide(folder);
-    }
+    HostFormTest() { source_.UseFile(Text(FromWide(test::ServerUnderTest::Get().Path()))); }
     ~HostFormTest() override {
         form_.reset();
         // The last form of a program ends its message loop; there are more tests to come.
@@ -128,15 +116,14 @@ class HostFormTest : public ::testing::Test {
     }
     Text SavedPath() const { return folder_ + u"qvx_host_test.frm"; }
     std::string SavedBytes() {
-        const Text path = SavedPath();
-        form_->Save(path);
-        return Bytes(path);
+        form_->Save(SavedPath());
+        return test::Read(SavedPath());
     }
 
     Options options_;
     TestClasses source_;
     Reporter reporter_{true};
-    Text folder_;
+    Text folder_ = test::TemporaryPath({});
     std::unique_ptr<RunningForm> form_;
 };
 

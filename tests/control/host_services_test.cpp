@@ -50,7 +50,6 @@ TEST(HostServicesOf, AHostThatOffersEverything) {
     options.extended = extended;
     options.ambients.emplace(DISPID_AMBIENT_DISPLAYNAME, Variant(u"Grid1"));
     options.ambients.emplace(DISPID_AMBIENT_USERMODE, Variant(false));
-    options.ambients.emplace(DISPID_AMBIENT_BACKCOLOR, Variant(0x102030));
     options.ambients.emplace(DISPID_AMBIENT_FORECOLOR, Variant(static_cast<long>(0x80000012)));
     options.ambients.emplace(DISPID_AMBIENT_UIDEAD, Variant(true));
     const Hosted hosted(options);
@@ -58,13 +57,11 @@ TEST(HostServicesOf, AHostThatOffersEverything) {
     EXPECT_EQ(u"Grid1", host.DisplayName()) << "the ambient name comes first";
     EXPECT_FALSE(host.UserMode());
     EXPECT_TRUE(host.UiDead());
-    EXPECT_EQ(0x102030u, host.BackColor());
     EXPECT_EQ(0x80000012u, host.ForeColor());
     EXPECT_EQ(u"Invoice", host.FormCaption(nullptr));
     EXPECT_EQ(u"txtName", host.ActiveControlName(nullptr));
     EXPECT_TRUE(host.Controls());
     EXPECT_EQ(4, host.TabIndex());
-    EXPECT_EQ(u"old", host.Tag());
     EXPECT_TRUE(host.SetTag(u"new"));
     EXPECT_EQ(u"new", host.Tag());
 }

@@ -25,11 +25,7 @@ class NeverInitialised : public ::testing::TestWithParam<const CLSID*> {
 
     static Outcome Try(Order order) {
         Outcome outcome;
-        const auto all = FunctionsOf(New().As<IDispatch>().get());
-        for (const Function& member : all) {
-            if (member.kind != INVOKE_PROPERTYPUT) continue;
-            // Of rows and columns those in the middle of a new grid.
-            const std::vector<VARIANT> index(member.Arguments() - 1, Variant(1).get());
+        ForEachProperty(New().As<IDispatch>().get(), [&](const Function& member, const std::vector<VARIANT>& index) {
             const auto control = New();
             const auto automation = control.As<IDispatch>();
             Container container(HostInMode(true));
@@ -37,7 +33,7 @@ class NeverInitialised : public ::testing::TestWithParam<const CLSID*> {
             if (order == Order::siteThenSet) site();
             const auto set = Change(automation.get(), member, index);
             if (order == Order::setThenSite) site();
-            if (!set) continue;
+            if (!set) return;
             ++outcome.changed;
             container.Activate();
             const auto shown = Read(automation.get(), member, index);
@@ -45,7 +41,7 @@ class NeverInitialised : public ::testing::TestWithParam<const CLSID*> {
                 outcome.lost +=
                     member.name + ": " + Narrow(*set) + " became " + Narrow(shown.value_or(u"nothing")) + "\n";
             }
-        }
+        });
         return outcome;
     }
 
@@ -92,19 +88,17 @@ TEST_P(NamedProperties, AreReportedByTheirNumbersAndKeptUnderTheirNames) {
     const auto listener = MakeObject<PropertyListener>();
     const Connection connection(container.Control(), IID_IPropertyNotifySink, listener.get());
     std::set<std::wstring> names;
-    for (const Function& member : FunctionsOf(automation.get())) {
-        names.insert(member.WideName());
-        if (member.kind != INVOKE_PROPERTYPUT) continue;
-        const std::vector<VARIANT> index(member.Arguments() - 1, Variant(1).get());
+    for (const Function& member : FunctionsOf(automation.get())) names.insert(member.WideName());
+    ForEachProperty(automation.get(), [&](const Function& member, const std::vector<VARIANT>& index) {
         listener->changed.clear();
-        if (!Change(automation.get(), member, index)) continue;
+        if (!Change(automation.get(), member, index)) return;
         SCOPED_TRACE(member.name);
         const auto reported = [&](DISPID id) {
             return std::count(listener->changed.begin(), listener->changed.end(), id);
         };
         EXPECT_GT(reported(member.id), 0);
         EXPECT_EQ(0, reported(DISPID_UNKNOWN));
-    }
+    });
     const auto bag = MakeObject<MemoryBag>();
     ASSERT_EQ(S_OK, container.Automation().As<IPersistPropertyBag>()->Save(bag.get(), TRUE, FALSE));
     EXPECT_FALSE(bag->entries.empty());
