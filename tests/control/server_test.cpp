@@ -43,14 +43,29 @@ Snapshot UserClasses() {
     return all;
 }
 
+bool KeyExists(const std::wstring& path) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+    RegCloseKey(key);
+    return true;
+}
+
+// Creates a key if there is none, with a value if it has a name or a text.
+void WriteKey(const std::wstring& path, const wchar_t* name, const wchar_t* value, DWORD options = 0, REGSAM view = 0) {
+    HKEY key = nullptr;
+    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, options, KEY_WRITE | view,
+                                             nullptr, &key, nullptr));
+    if (value)
+        RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value),
+                       static_cast<DWORD>((wcslen(value) + 1) * sizeof(wchar_t)));
+    RegCloseKey(key);
+}
+
 class Registration : public ::testing::Test {
   protected:
     void SetUp() override {
         // A developer's own registration for this user is put back afterwards.
-        HKEY key = nullptr;
-        registered_ =
-            RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Classes\\Qvx.Button", 0, KEY_READ, &key) == ERROR_SUCCESS;
-        if (key) RegCloseKey(key);
+        registered_ = KeyExists(L"Software\\Classes\\Qvx.Button");
         if (registered_) ServerUnderTest::Get().Install(false, L"user");
     }
     void TearDown() override {
@@ -120,21 +135,13 @@ TEST_F(Registration, AFailedOneLeavesTheEarlierOneAsItWas) {
     const auto& server = ServerUnderTest::Get();
     ASSERT_EQ(S_OK, server.Install(true, L"user"));
     const std::wstring classes = L"Software\\Classes\\CLSID\\";
-    const auto write = [](const std::wstring& path, DWORD options, const wchar_t* name, std::wstring_view value) {
-        HKEY key = nullptr;
-        ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, options, KEY_WRITE,
-                                                 nullptr, &key, nullptr));
-        RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.data()),
-                       static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
-        RegCloseKey(key);
-    };
     for (const auto& control : server.Controls()) {
-        write(classes + Spell(control.id) + L"\\InprocServer32", 0, nullptr, L"C:\\Earlier\\Qvx.ocx");
+        WriteKey(classes + Spell(control.id) + L"\\InprocServer32", nullptr, L"C:\\Earlier\\Qvx.ocx");
     }
     // The page comes last. Nothing that lasts can be written below a key that does not.
     const std::wstring page = classes + L"{4DE5F516-0402-49F2-93DB-DEAC18CC289F}";
     ASSERT_EQ(ERROR_SUCCESS, RegDeleteTreeW(HKEY_CURRENT_USER, page.c_str()));
-    write(page, REG_OPTION_VOLATILE, L"Note", L"not ours");
+    WriteKey(page, L"Note", L"not ours", REG_OPTION_VOLATILE);
     const Snapshot before = UserClasses();
     EXPECT_TRUE(FAILED(server.Install(true, L"user")));
     EXPECT_EQ(before, UserClasses());
@@ -148,11 +155,7 @@ TEST_F(Registration, LeavesOthersValuesAlone) {
     const auto& server = ServerUnderTest::Get();
     ASSERT_EQ(S_OK, server.Install(true, L"user"));
     const std::wstring path = L"Software\\Classes\\CLSID\\" + Spell(server.Controls().at(0).id);
-    HKEY key = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_WRITE, &key));
-    const wchar_t mine[] = L"mine";
-    RegSetValueExW(key, L"Note", 0, REG_SZ, reinterpret_cast<const BYTE*>(mine), sizeof mine);
-    RegCloseKey(key);
+    WriteKey(path, L"Note", L"mine");
     ASSERT_EQ(S_OK, server.Install(false, L"user"));
     Snapshot left;
     Collect(HKEY_CURRENT_USER, path, left);
@@ -167,27 +170,16 @@ TEST_F(Registration, LeavesTheNamesToTheOtherWidth) {
     ASSERT_EQ(S_OK, server.Install(false, L"user"));
     const std::wstring id = L"Software\\Classes\\CLSID\\" + Spell(server.Controls().at(0).id);
     const std::wstring module = id + L"\\InprocServer32";
-    const auto create = [](const std::wstring& path, REGSAM view) {
-        HKEY key = nullptr;
-        RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_READ | view, nullptr, &key, nullptr);
-        if (key) RegCloseKey(key);
-    };
-    const auto exists = [](const std::wstring& path) {
-        HKEY key = nullptr;
-        if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
-        RegCloseKey(key);
-        return true;
-    };
     // A profile that no 32-bit program has used yet may have no place for its classes.
     const std::wstring place = L"Software\\Classes\\Wow6432Node";
-    const bool placeThere = exists(place);
-    create(place, KEY_WOW64_64KEY);
-    create(module, other);
-    const bool apart = !exists(module);
+    const bool placeThere = KeyExists(place);
+    WriteKey(place, nullptr, nullptr, 0, KEY_WOW64_64KEY);
+    WriteKey(module, nullptr, nullptr, 0, other);
+    const bool apart = !KeyExists(module);
     ASSERT_EQ(S_OK, server.Install(true, L"user"));
     ASSERT_EQ(S_OK, server.Install(false, L"user"));
-    const bool classLeft = exists(module);
-    const bool nameLeft = exists(L"Software\\Classes\\Qvx.Button\\CLSID");
+    const bool classLeft = KeyExists(module);
+    const bool nameLeft = KeyExists(L"Software\\Classes\\Qvx.Button\\CLSID");
     RegDeleteKeyExW(HKEY_CURRENT_USER, module.c_str(), other, 0);
     RegDeleteKeyExW(HKEY_CURRENT_USER, id.c_str(), other, 0);
     RegDeleteKeyExW(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID", other, 0);
@@ -196,7 +188,7 @@ TEST_F(Registration, LeavesTheNamesToTheOtherWidth) {
     if (!apart) GTEST_SKIP() << "both widths share their classes here";
     EXPECT_FALSE(classLeft);
     EXPECT_TRUE(nameLeft);
-    EXPECT_FALSE(exists(L"Software\\Classes\\Qvx.Button")) << "the last one takes them along";
+    EXPECT_FALSE(KeyExists(L"Software\\Classes\\Qvx.Button")) << "the last one takes them along";
 }
 
 // A host whose manifest names ours creates the controls on a machine where nothing is registered.
@@ -261,26 +253,18 @@ TEST(Server, CanBeUnloadedWhenNothingLives) {
 
 // The rules of identity that hosts build on: one IUnknown, every interface leads to every other.
 TEST(Server, InterfacesOfAControlBelongTogether) {
-    const IID interfaces[] = {IID_IDispatch,
-                              IID_IOleObject,
-                              IID_IOleWindow,
-                              IID_IOleInPlaceObject,
-                              IID_IOleInPlaceActiveObject,
-                              IID_IOleControl,
-                              IID_IViewObject,
-                              IID_IViewObject2,
-                              IID_IViewObjectEx,
-                              IID_IPersist,
-                              IID_IPersistPropertyBag,
-                              IID_IPersistStreamInit,
-                              IID_IPersistStream,
-                              IID_IPersistStorage,
-                              IID_IProvideClassInfo,
-                              IID_IProvideClassInfo2,
-                              IID_IConnectionPointContainer,
-                              IID_ISpecifyPropertyPages,
-                              IID_IQuickActivate,
-                              IID_ISupportErrorInfo};
+    const IID interfaces[] = {
+        IID_IDispatch,           IID_IOleObject,
+        IID_IOleWindow,          IID_IOleInPlaceObject,
+        IID_IOleControl,         IID_IViewObject,
+        IID_IViewObject2,        IID_IOleInPlaceActiveObject,
+        IID_IViewObjectEx,       IID_IPersist,
+        IID_IPersistPropertyBag, IID_IPersistStreamInit,
+        IID_IPersistStream,      IID_IPersistStorage,
+        IID_IProvideClassInfo,   IID_IConnectionPointContainer,
+        IID_IProvideClassInfo2,  IID_ISpecifyPropertyPages,
+        IID_IQuickActivate,      IID_ISupportErrorInfo,
+    };
     for (const auto& control : ServerUnderTest::Get().Controls()) {
         const auto object = ServerUnderTest::Get().Create(control.id);
         for (const IID& from : interfaces) {
