@@ -30,18 +30,11 @@ TEST(SoakReplay, WhatIsNotALineOfOneIsRefusedWithItsNumber) {
 }
 
 TEST(SoakReplay, KeysHaveTheSystemsNumbers) {
-    const struct {
-        const char* name;
-        KeyPress press;
-    } cases[] = {
-        {"a", {.key = 65}},
-        {"7", {.key = 55}},
-        {"Return", {.key = 13}},
-        {"F12", {.key = 123}},
-        {"ctrl+shift+Tab", {.key = 9, .control = true, .shift = true}},
-        {"alt+space", {.key = 32, .alt = true}},
-    };
-    for (const auto& [name, press] : cases) EXPECT_EQ(KeyOf(name), press) << name;
+    EXPECT_EQ(KeyOf("7"), (KeyPress{.key = 55}));
+    EXPECT_EQ(KeyOf("Return"), (KeyPress{.key = 13}));
+    EXPECT_EQ(KeyOf("F12"), (KeyPress{.key = 123}));
+    EXPECT_EQ(KeyOf("ctrl+shift+Tab"), (KeyPress{.key = 9, .control = true, .shift = true}));
+    EXPECT_EQ(KeyOf("alt+space"), (KeyPress{.key = 32, .alt = true}));
 }
 
 Scene Form() {
