@@ -13,7 +13,7 @@ namespace qvx::test {
 // the time in milliseconds.
 bool WaitFor(const std::function<bool()>& holds, int milliseconds = 5000, bool pump = true);
 // Handles this thread's messages for a while, so that everything that was sent arrives.
-void Settle(int milliseconds = 120);
+void Settle(int milliseconds = 150);
 
 // Removes the request to end this thread from its queue and returns its exit code; nothing when there is none.
 std::optional<int> TakeQuit();
