@@ -35,16 +35,7 @@ void ExpectGolden(const std::string& fileName, const std::string& actual) {
     ASSERT_TRUE(file) << PathOf(fileName) << " is missing";
     std::ostringstream all;
     all << file.rdbuf();
-    std::istringstream expectedLines(WithoutReturns(all.str()));
-    std::istringstream actualLines(WithoutReturns(actual));
-    std::string expected;
-    std::string got;
-    for (int line = 1;; ++line) {
-        const bool moreExpected = static_cast<bool>(std::getline(expectedLines, expected));
-        const bool moreActual = static_cast<bool>(std::getline(actualLines, got));
-        if (!moreExpected && !moreActual) return;
-        ASSERT_EQ(moreExpected ? expected : "(end)", moreActual ? got : "(end)") << fileName << ", line " << line;
-    }
+    EXPECT_EQ(WithoutReturns(all.str()), WithoutReturns(actual)) << fileName;
 }
 
 }  // namespace qvx::test

@@ -7,7 +7,7 @@ namespace qvx::test {
 
 extern bool updateGolden;
 
-// Fails at the first line that differs from the file. With --update-golden the file is written instead.
+// Fails with the lines that differ from the file. With --update-golden the file is written instead.
 void ExpectGolden(const std::string& fileName, const std::string& actual);
 
 }  // namespace qvx::test
