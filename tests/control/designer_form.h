@@ -78,9 +78,6 @@ class DesignerTest : public ::testing::Test {
         return designer_->Session().Picture().FindControl(name, index);
     }
     ComPtr<IDispatch> Members(TextView name) { return Control(name)->Inner(); }
-    HRESULT ErrorOf(TextView name, const wchar_t* member, WORD flags, const std::vector<VARIANT>& arguments = {}) {
-        return Invoke(Members(name).get(), member, flags, arguments).scode;
-    }
     TwipsRect Bounds(TextView name, int index = -1) {
         const Block* block = designer_->Session().Form().Find({Text(name), index});
         EXPECT_TRUE(block) << Narrow(name);

@@ -14,11 +14,6 @@ class HostClosingTest : public HostFormTest {
     }
     ~HostClosingTest() override { DeleteFileW(Wide(SavedPath())); }
     void Close() { SendMessageW(form_->Handle(), WM_CLOSE, 0, 0); }
-    static void Pump() {
-        MSG message;
-        while (PeekMessageW(&message, nullptr, 0, WM_QUIT - 1, PM_REMOVE)) DispatchMessageW(&message);
-        while (PeekMessageW(&message, nullptr, WM_QUIT + 1, 0xFFFF, PM_REMOVE)) DispatchMessageW(&message);
-    }
 
     ComPtr<ScriptedControl> control_;
 };
@@ -64,9 +59,9 @@ TEST_F(HostClosingTest, TheExitCodeTravelsWithTheRequest) {
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.script.begin(), c.script.end()));
         Load("Begin Form f\nEnd\n", c.script);
-        Pump();
+        test::Settle(50);
         if (form_->Handle()) Close();
-        Pump();
+        test::Settle(50);
         if (form_->Handle()) Close();
         EXPECT_EQ(form_->Handle(), nullptr);
         EXPECT_EQ(form_->ExitCode(), c.code);
@@ -82,7 +77,7 @@ TEST_F(HostClosingTest, AControlThatCannotBeSavedDoesNotKeepTheFormOpen) {
     EXPECT_EQ(said.substr(0, 18), u"cannot save \"c\": e") << "names the control and the reason";
     // It has no undo to go back to, and refuses nobody for that.
     EXPECT_EQ(control_->site.As<IOleInPlaceSite>()->DeactivateAndUndo(), S_OK);
-    Pump();
+    test::Settle(50);
     EXPECT_EQ(form_->Handle(), nullptr);
     EXPECT_EQ(form_->ExitCode(), 4);
     EXPECT_EQ(reporter_.Errors(), 1);

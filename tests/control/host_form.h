@@ -28,7 +28,8 @@ inline Text SourceFile(TextView path) {
 }
 
 // A component that has no window, loads and saves as it is told, and keeps count of what its form does to it.
-class ScriptedControl final : public test::InertObject<IPersistPropertyBag> {
+template <class... Others>
+class ScriptedObject : public test::InertObject<IPersistPropertyBag, Others...> {
   public:
     HRESULT loads = S_OK;
     std::function<HRESULT()> saves = [] { return S_OK; };
@@ -51,7 +52,11 @@ class ScriptedControl final : public test::InertObject<IPersistPropertyBag> {
     STDMETHODIMP Load(IPropertyBag*, IErrorLog*) override { return loads; }
     STDMETHODIMP Save(IPropertyBag*, BOOL, BOOL) override { return saves(); }
 
-  private:
+  protected:
+    ~ScriptedObject() override = default;
+};
+
+class ScriptedControl final : public ScriptedObject<> {
     ~ScriptedControl() override = default;
 };
 
@@ -89,13 +94,11 @@ class HostFormTest : public ::testing::Test {
         form_->Keyboard().FollowFocus();
         return form_->Keyboard().Active() ? form_->Keyboard().Active()->Title() : Text();
     }
-    bool Key(UINT message, WPARAM key) {
-        MSG input{};
-        input.hwnd = GetFocus();
-        input.message = message;
-        input.wParam = key;
-        input.lParam = message == WM_SYSCHAR ? 1 << 29 : 1;
-        return form_->Keyboard().TranslateKey(input);
+    bool Key(UINT message, WPARAM key, bool dispatches = false) {
+        MSG input{GetFocus(), message, key, message == WM_SYSCHAR ? 1 << 29 : 1, 0, {}};
+        const bool used = form_->Keyboard().TranslateKey(input);
+        if (!used && dispatches) DispatchMessageW(&input);
+        return used;
     }
     // A key that is pressed while others are held down. What the form has no use for goes to the window that it is for.
     bool Press(int key, const std::vector<int>& held) {
@@ -104,13 +107,7 @@ class HostFormTest : public ::testing::Test {
         BYTE state[256] = {};
         for (const int down : held) state[down] = 0x80;
         SetKeyboardState(state);
-        MSG input{};
-        input.hwnd = GetFocus();
-        input.message = WM_KEYDOWN;
-        input.wParam = static_cast<WPARAM>(key);
-        input.lParam = 1;
-        const bool used = form_->Keyboard().TranslateKey(input);
-        if (!used) DispatchMessageW(&input);
+        const bool used = Key(WM_KEYDOWN, static_cast<WPARAM>(key), true);
         SetKeyboardState(before);
         return used;
     }

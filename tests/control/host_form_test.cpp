@@ -31,7 +31,7 @@ const std::string fieldsAndButtons =
     "End\n  End\n"
     "End\n";
 
-TEST_F(HostFormTest, ScriptsSeeTheFormAndItsControls) {
+TEST_F(HostFormTest, ScriptsSeeTheFormAndKeysMoveTheFocus) {
     Load(fieldsAndButtons,
          u"Sub Form_Load()\n"
          u"  Dim c, all\n"
@@ -49,10 +49,7 @@ TEST_F(HostFormTest, ScriptsSeeTheFormAndItsControls) {
         u"txtLast fraBox lblFirst txtItem txtItem txtHidden txtSkipped cmdGo mnuA mnuB 10 extra txtLast 424fraBox "
         u"&Go2Fields lastB 150");
     EXPECT_EQ(reporter_.Errors(), 0);
-}
-
-TEST_F(HostFormTest, TabAndAccessKeysMoveTheFocus) {
-    Load(fieldsAndButtons, u"");
+    // Tab and access keys move the focus.
     EXPECT_EQ(ActiveName(), u"txtItem(0)");
     for (const TextView next : {u"txtItem(4)", u"cmdGo", u"txtLast", u"txtItem(0)"}) {
         EXPECT_TRUE(Key(WM_KEYDOWN, VK_TAB));
@@ -151,6 +148,11 @@ TEST_F(HostFormTest, WhatACollectionLacksIsNamedToTheScript) {
         "Begin Form f\n  Begin ImageList iml\n    BeginProperty Images\n      BeginProperty ListImage1\n"
         "        Key = \"\xc3\x84rger\"\n      EndProperty\n    EndProperty\n  End\nEnd\n");
     const auto images = form_->FindControl(u"iml")->Extended();
+    const auto list = test::Call(images, L"ListImages").ToObject<IDispatch>();
+    EXPECT_EQ(test::Invoke(list.get(), L"Remove", DISPATCH_METHOD).scode, static_cast<HRESULT>(0x800A01C1));
+    EXPECT_EQ(test::Invoke(list.get(), L"Count", DISPATCH_PROPERTYPUT, {Variant(1).get()}).result,
+              DISP_E_MEMBERNOTFOUND);
+    EXPECT_EQ(test::Invoke(list.get(), L"Nobody", DISPATCH_METHOD).result, DISP_E_UNKNOWNNAME);
     const struct {
         IDispatch* object;
         const wchar_t* member;
@@ -276,16 +278,6 @@ TEST_F(HostFormTest, CtrlTabLeavesAGridFromAnyCell) {
             EXPECT_EQ(test::Call(grid, L"TextMatrix", {Variant(1), Variant(1)}).ToText(), entered);
         }
     }
-}
-
-TEST_F(HostFormTest, UnloadMayBeRefused) {
-    Load("Begin Form f\nEnd\n",
-         u"Sub Form_Unload(Cancel)\n f.Tag = f.Tag & \"asked \"\n If Len(f.Tag) < 10 Then Cancel = True\nEnd Sub\n");
-    SendMessageW(form_->Handle(), WM_CLOSE, 0, 0);
-    ASSERT_NE(form_->Handle(), nullptr);
-    SendMessageW(form_->Handle(), WM_CLOSE, 0, 0);
-    EXPECT_EQ(form_->Handle(), nullptr);
-    EXPECT_EQ(Said(), u"asked asked ");
 }
 
 TEST_F(HostFormTest, ObjectsThatOutliveTheFormSayItIsGone) {

@@ -81,8 +81,7 @@ class PropertyListTest : public HostFormTest {
     void Edit(TextView name) {
         list_->GoTo(name);
         SetFocus(list_->RowsWindow());
-        TypeKey(VK_TAB);
-        Settle();
+        Keys({VK_TAB});
     }
     void Type(const char* keys) {
         test::TypeKeys(keys);
@@ -92,6 +91,12 @@ class PropertyListTest : public HostFormTest {
     void Keys(const std::initializer_list<int>& keys) {
         for (const int key : keys) TypeKey(key);
         Settle();
+    }
+    // Types a property's value.
+    void Enter(TextView name, const char* value) {
+        Edit(name);
+        Type(value);
+        Keys({VK_RETURN});
     }
     Text FocusText() { return WindowText(GetFocus()); }
 

@@ -91,9 +91,37 @@ TEST_F(PropertyListTest, ATextIsTypedAndAppliedByEnterOrByLeaving) {
     SetFocus(frame_.Handle());
     Settle();
     EXPECT_EQ(caption(), u"Gone");
+    // One of several lines is typed in its box.
+    EXPECT_TRUE(list_->SetValue(u"Caption", Text(u"one\ntwo")));
+    EXPECT_EQ(Row(u"Caption").reading.text, u"one\\ntwo");
+    Edit(u"Caption");
+    Keys({VK_F4});
+    EXPECT_EQ(FocusText(), u"one\r\ntwo");
+    TypeKey(VK_RETURN, {VK_CONTROL});
+    Settle();
+    EXPECT_EQ(caption(), u"one\ntwo") << "left alone, it stays what it was";
+    Keys({VK_F4});
+    Type("a");
+    TypeKey(VK_RETURN);
+    Type("b");
+    TypeKey(VK_RETURN, {VK_CONTROL});
+    Settle();
+    EXPECT_EQ(caption(), u"a\r\nb");
+    EXPECT_EQ(FocusText(), u"a\\r\\nb");
+    // Leaving the box applies as well; Escape does not.
+    Keys({VK_F4});
+    Type("c");
+    SetActiveWindow(frame_.Handle());
+    Settle();
+    EXPECT_EQ(caption(), u"c");
+    list_->GoTo(u"Caption");
+    Keys({VK_F4});
+    Type("d");
+    Keys({VK_ESCAPE});
+    EXPECT_EQ(caption(), u"c");
 }
 
-TEST_F(PropertyListTest, AnEnumerationIsPickedAndCycled) {
+TEST_F(PropertyListTest, ChoicesAndColorsArePickedAndCycled) {
     Show({u"cmdOk"});
     Edit(u"Behavior");
     Keys({VK_F4});
@@ -104,6 +132,7 @@ TEST_F(PropertyListTest, AnEnumerationIsPickedAndCycled) {
     EXPECT_TRUE(test::ThreadWindows(L"QvxPropertyDropDown").empty());
     Keys({VK_F4});
     Keys({VK_UP, VK_ESCAPE});
+    EXPECT_TRUE(WaitFor([] { return test::ThreadWindows(L"QvxPropertyDropDown").empty(); }));
     EXPECT_EQ(Value(u"cmdOk", L"Behavior").ToLong(), 1);
     Type("bsi");
     Keys({VK_RETURN});
@@ -113,15 +142,11 @@ TEST_F(PropertyListTest, AnEnumerationIsPickedAndCycled) {
     for (int i = 0; i < 2; ++i) test::LeftButton(true), test::LeftButton(false);
     Settle();
     EXPECT_EQ(Value(u"cmdOk", L"Behavior").ToLong(), 0);
-}
-
-TEST_F(PropertyListTest, AColorIsPickedFromThePaletteAndFromTheSystems) {
-    Show({u"cmdOk"});
+    // A colour, from the palette and from the system's.
     list_->GoTo(u"BackColor");
     SetFocus(list_->RowsWindow());
     Settle();
-    TypeKey(VK_F4);  // on the system's colours: the present one is among them
-    Settle();
+    Keys({VK_F4});  // on the system's colours: the present one is among them
     Keys({VK_HOME, VK_RETURN});
     EXPECT_EQ(Row(u"BackColor").reading.text, u"&H80000000&");
     EXPECT_TRUE(list_->SetValue(u"BackColor", std::int32_t{0xFFFFFF}));
@@ -129,27 +154,8 @@ TEST_F(PropertyListTest, AColorIsPickedFromThePaletteAndFromTheSystems) {
     Keys({VK_DOWN, VK_RIGHT, VK_RETURN});
     EXPECT_EQ(Row(u"BackColor").reading.text, u"&H00C0E0FF&");
     EXPECT_EQ(GetFocus(), list_->RowsWindow());
-    Edit(u"BackColor");
-    Type("Highlight");
-    Keys({VK_RETURN});
+    Enter(u"BackColor", "Highlight");
     EXPECT_EQ(Row(u"BackColor").reading.text, u"&H8000000D&");
-}
-
-TEST_F(PropertyListTest, AFontAndAPictureAreWrittenAsTheirDialogsDo) {
-    Show({u"cmdOk", u"cmdNo"});
-    FontSpec font;
-    font.face = u"Tahoma";
-    font.points = 12;
-    font.weight = FW_BOLD;
-    EXPECT_TRUE(list_->SetValue(u"Font", font));
-    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 12");
-    const auto first = Value(u"cmdOk", L"Font").ToObject<IFont>();
-    const auto second = Value(u"cmdNo", L"Font").ToObject<IFont>();
-    EXPECT_EQ(ReadFontObject(first.get()), font);
-    EXPECT_FALSE(first == second) << "each has a font of its own";
-    Show({u"cmdOk"});
-    EXPECT_FALSE(list_->SetPicture(u"Caption", u""));
-    EXPECT_FALSE(list_->SetValue(u"NoSuch", true));
 }
 
 TEST_F(PropertyListTest, WhatIsRefusedIsSaidAndPutBack) {
@@ -178,20 +184,26 @@ TEST_F(PropertyListTest, SeveralObjectsAreWrittenAtOnce) {
     EXPECT_FALSE(Has(u"Name"));
     EXPECT_EQ(Row(u"Caption").reading.text, u"");
     EXPECT_EQ(Row(u"Width").reading.text, u"1200");
-    Edit(u"Caption");
-    Type("Both");
-    Keys({VK_RETURN});
+    Enter(u"Caption", "Both");
     EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Both");
     EXPECT_EQ(Value(u"cmdNo", L"Caption").ToText(), u"Both");
+    const FontSpec font{u"Tahoma", 12, FW_BOLD};
+    EXPECT_TRUE(list_->SetValue(u"Font", font));
+    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 12");
+    const auto second = Value(u"cmdNo", L"Font").ToObject<IFont>();
+    EXPECT_EQ(ReadFontObject(second.get()), font);
+    EXPECT_FALSE(Value(u"cmdOk", L"Font").ToObject<IFont>() == second) << "each has a font of its own";
     Show({u"cmdOk", u"txtName", u"grdItems"});
     EXPECT_FALSE(Has(u"Caption"));
     EXPECT_TRUE(list_->SetValue(u"Enabled", false));
     EXPECT_EQ(Value(u"txtName", L"Enabled").ToBool(), false);
     notifications_.clear();
+    EXPECT_FALSE(list_->SetValue(u"NoSuch", true));
     EXPECT_FALSE(list_->SetValue(u"Width", std::int32_t{-1}));
     MSG message;
     EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_APP + 1, WM_APP + 1, PM_REMOVE)) << "the message to the user";
     EXPECT_EQ(notifications_, u"before ") << "nothing has changed";
+    EXPECT_FALSE(list_->SetPicture(u"Enabled", u""));
 }
 
 TEST_F(PropertyListTest, KeysWalkAndSearch) {
@@ -375,37 +387,6 @@ TEST_F(PropertyListTest, ColoursAndFontsComeFromTheSystemsDialogs) {
         Settle(400);
     }
     EXPECT_EQ(Value(u"cmdOk", L"BackColor").ToLong(), 0x302010);
-}
-
-TEST_F(PropertyListTest, ATextOfSeveralLinesIsTypedInItsBox) {
-    Show({u"cmdOk"});
-    EXPECT_TRUE(list_->SetValue(u"Caption", Text(u"one\ntwo")));
-    EXPECT_EQ(Row(u"Caption").reading.text, u"one\\ntwo");
-    Edit(u"Caption");
-    Keys({VK_F4});
-    EXPECT_EQ(FocusText(), u"one\r\ntwo");
-    TypeKey(VK_RETURN, {VK_CONTROL});
-    Settle();
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"one\ntwo") << "left alone, it stays what it was";
-    Keys({VK_F4});
-    Type("a");
-    TypeKey(VK_RETURN);
-    Type("b");
-    TypeKey(VK_RETURN, {VK_CONTROL});
-    Settle();
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"a\r\nb");
-    EXPECT_EQ(FocusText(), u"a\\r\\nb");
-    // Leaving the box applies as well; Escape does not.
-    Keys({VK_F4});
-    Type("c");
-    SetActiveWindow(frame_.Handle());
-    Settle();
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"c");
-    list_->GoTo(u"Caption");
-    Keys({VK_F4});
-    Type("d");
-    Keys({VK_ESCAPE});
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"c");
 }
 
 TEST_F(PropertyListTest, TheSelectorAndTheTabsLeadOn) {

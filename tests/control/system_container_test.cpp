@@ -99,22 +99,6 @@ TEST_P(SystemContainer, LoadsFromAStream) {
     EXPECT_EQ(bytes, SaveToStream(copy.get()));
 }
 
-TEST_P(SystemContainer, FiresEvents) {
-    const auto control = ControlIn(Host(Spell(*GetParam())));
-    auto recorder = MakeObject<EventRecorder>();
-    const Connection connection(control.get(), EventsOf(control.get()), recorder.get());
-    if (*GetParam() == CLSID_ComboGrid) {
-        Put(control.As<IDispatch>().get(), L"FormatString", {Variant(u"No|Name|Price")});
-        Put(control.As<IDispatch>().get(), L"Col", {Variant(2)});
-    } else if (*GetParam() == CLSID_TextEdit) {
-        SendMessageW(FindWindowExW(WindowOf(control.get()), nullptr, L"EDIT", nullptr), WM_CHAR, u'x', 0);
-    } else {
-        SendMessageW(WindowOf(control.get()), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, 20));
-        SendMessageW(WindowOf(control.get()), WM_LBUTTONUP, 0, MAKELPARAM(20, 20));
-    }
-    EXPECT_FALSE(recorder->events.empty());
-}
-
 // The Tab key as a dialog handles it, into the control, out of it again and back.
 TEST_P(SystemContainer, TabGoesInAndOut) {
     const HWND host = Host(Spell(*GetParam()));
