@@ -24,8 +24,6 @@ using test::Narrow;
 TEST(Val, ReadsWhatStandsAtTheStart) {
     const Case cases[] = {
         {u"", 0},
-        {u"abc", 0},
-        {u"12 kg", 12},
         {u"+7", 7},
         {u"1,250", 1},
         {u".5", 0.5},
@@ -154,16 +152,6 @@ TEST(NumericValue, ReadsPlainDecimalsExactly) {
         text.insert(0, " ");  // a blank goes the long way
         ASSERT_EQ(NumericValue(text), expected) << text;
     }
-}
-
-TEST(NumericValue, ReadsBytesAsLatin1) {
-    EXPECT_EQ(NumericValue(std::string_view("12\xA0")), 12);
-    EXPECT_EQ(NumericValue(std::string_view("\xFF")), 0);
-    EXPECT_EQ(NumericValue(std::string_view("50.5%")), 50.5);
-    EXPECT_EQ(NumericValue(std::string_view("1\0"
-                                            "2",
-                                            3)),
-              1);
 }
 
 }  // namespace
