@@ -60,6 +60,7 @@ TEST(Apartments, EveryControlIsFoundByItsName) {
         EXPECT_EQ(S_OK, CLSIDFromProgID(std::wstring(name.begin(), name.end()).c_str(), &id)) << name;
         // The system gives the program identifier an alias of the class that is good in this context.
         const auto object = CreateByClass(id);
+        ASSERT_TRUE(object) << name;
         EXPECT_EQ(S_OK, object.As<IOleObject>()->GetUserClassID(&id));
         EXPECT_TRUE(id == *control.id) << name;
     }
