@@ -1,15 +1,11 @@
 // The forms designer over real controls: the mouse and keys, what controls do at design time, files, and what goes
 // wrong.
-#include "common/run_time_error.h"
 #include "host/design_box_window.h"
 #include "host/form_pictures_object.h"
 #include "host/sited_control.h"
 #include "tests/control/designer_form.h"
-#include "tests/support/input.h"
 #include "tests/support/resource_counts.h"
-#include "tests/support/thread_windows.h"
 #include "win/clipboard.h"
-#include "win/dpi.h"
 #include "win/window_text.h"
 
 namespace qvx::host::designer {

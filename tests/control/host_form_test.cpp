@@ -1,8 +1,6 @@
 // Whole forms in the forms host, with controls of the server under test on them.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "common/run_time_error.h"
 #include "host/form_storage_win32.h"
 #include "tests/control/grid_counts.h"

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "common/keys.h"
 #include "tests/control/textedit_form.h"
 #include "tests/support/beep_count.h"
 #include "tests/support/message_box.h"
