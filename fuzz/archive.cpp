@@ -103,7 +103,11 @@ void ChangesOf(FuzzInput& input, MemoryFiles& files) {
     }
 }
 
-void Check(FuzzInput& input) {
+}  // namespace
+}  // namespace qvx::archivers
+
+void qvx::CheckInput(FuzzInput& input) {
+    using namespace archivers;
     MemoryFiles files;
     const std::uint8_t kind = input.Byte() % 4;
     if (kind == 2) {
@@ -112,21 +116,11 @@ void Check(FuzzInput& input) {
         ChangesOf(input, files);
     } else {
         const std::size_t cut = kind == 1 ? input.Word() : 0;
-        Bytes bytes;
-        while (input.Left() > 0) bytes.push_back(input.Byte());
+        const Bytes bytes = input.RestBytes();
         const auto place = bytes.begin() + static_cast<std::ptrdiff_t>(std::min(cut, bytes.size()));
         if (kind == 1) files.Put(u"C:\\a.z01", Bytes(bytes.begin(), place));
         files.Put(u"C:\\a.zip", Bytes(place, bytes.end()));
     }
     CheckReading(*files.Find(u"C:\\a.zip"));
     UnpackOnce(files);
-}
-
-}  // namespace
-}  // namespace qvx::archivers
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    qvx::FuzzInput input(data, size);
-    qvx::archivers::Check(input);
-    return 0;
 }

@@ -85,18 +85,16 @@ void PasteAndUndo(std::uint8_t kind, const Text& text) {
 }  // namespace
 }  // namespace qvx::grid
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace qvx::grid;
-    qvx::FuzzInput input(data, size);
+void qvx::CheckInput(FuzzInput& input) {
+    using namespace grid;
     const std::uint8_t kind = input.Byte();
     if ((kind & 0x80) != 0) {
         const Table table = MakeTable(input);
-        qvx::Require(ReadChecked(Written(table)) == table, "what is written is read again");
-        return 0;
+        Require(ReadChecked(Written(table)) == table, "what is written is read again");
+        return;
     }
-    const qvx::Text text = (kind & 0x40) != 0 ? input.RestWide() : input.RestLatin();
+    const Text text = (kind & 0x40) != 0 ? input.RestWide() : input.RestLatin();
     const Table table = ReadChecked(text);
-    qvx::Require(ReadChecked(Written(table)) == table, "what is read is written and read again");
+    Require(ReadChecked(Written(table)) == table, "what is read is written and read again");
     PasteAndUndo(kind, text);
-    return 0;
 }

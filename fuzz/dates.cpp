@@ -13,7 +13,9 @@ Date DayOf(Date date) {
     return date;
 }
 
-void Check(FuzzInput& input) {
+}  // namespace
+
+void CheckInput(FuzzInput& input) {
     DateSettings settings;
     settings.order = static_cast<ShortDateOrder>(input.Byte() % 3);
     settings.currentYear = minYear + static_cast<int>(input.Below(maxYear - minYear + 1));
@@ -32,11 +34,4 @@ void Check(FuzzInput& input) {
         Require(ParseDate(FormatDate(*date, form), settings) == *date, "long forms read back");
 }
 
-}  // namespace
 }  // namespace qvx
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    qvx::FuzzInput input(data, size);
-    qvx::Check(input);
-    return 0;
-}

@@ -60,32 +60,31 @@ class Mutator {
   private:
     std::size_t Below(std::size_t limit) { return static_cast<std::size_t>(random_() % limit); }
 
-    void Change(Bytes& input) {
+    // One that often means something, or any.
+    std::uint8_t Character() {
         static constexpr std::array<std::uint8_t, 12> telling = {0,   1,   0x7F, 0x80, 0xFF, '-',
                                                                  '.', ' ', '0',  '9',  ';',  '\n'};
+        return Below(2) == 0 ? telling[Below(telling.size())] : static_cast<std::uint8_t>(random_());
+    }
+
+    void Change(Bytes& input) {
         const std::size_t at = Below(input.size() + 1);
         const auto place = input.begin() + static_cast<std::ptrdiff_t>(at);
-        switch (Below(8)) {
+        switch (Below(6)) {
             case 0:
                 if (place != input.end()) *place ^= static_cast<std::uint8_t>(1U << Below(8));
                 break;
             case 1:
-                if (place != input.end()) *place = static_cast<std::uint8_t>(random_());
+                if (place != input.end()) *place = Character();
                 break;
             case 2:
-                if (place != input.end()) *place = telling[Below(telling.size())];
+                input.insert(place, 1 + Below(40) * Below(2), Character());
                 break;
             case 3:
-                input.insert(place, static_cast<std::uint8_t>(random_()));
-                break;
-            case 4:
-                input.insert(place, 1 + Below(40), telling[Below(telling.size())]);
-                break;
-            case 5:
                 input.erase(place, place + static_cast<std::ptrdiff_t>(
                                                Below(std::min<std::size_t>(input.size() - at, 16) + 1)));
                 break;
-            case 6: {  // repeat a piece of the input
+            case 4: {  // repeat a piece of the input
                 const Bytes piece(place, place + static_cast<std::ptrdiff_t>(Below(input.size() - at + 1)));
                 input.insert(input.begin() + static_cast<std::ptrdiff_t>(Below(input.size() + 1)), piece.begin(),
                              piece.end());

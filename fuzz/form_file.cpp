@@ -8,16 +8,14 @@
 #include "host/menu_model.h"
 #include "host/saved_properties.h"
 
-namespace qvx::host {
-namespace {
-
-void Check(FuzzInput& input) {
+void qvx::CheckInput(FuzzInput& input) {
+    using namespace host;
     Text text;
     for (std::size_t length = input.Byte() % 16; length > 0 && input.Left() >= 2; --length) {
         text += static_cast<char16_t>(input.Word());
     }
-    std::string bytes;
-    while (input.Left() > 0) bytes += static_cast<char>(input.Byte());
+    const std::vector<std::uint8_t> rest = input.RestBytes();
+    const std::string bytes(rest.begin(), rest.end());
     FormFile file;
     try {
         file = FormFile::Parse(bytes);
@@ -45,13 +43,4 @@ void Check(FuzzInput& input) {
         Require(again.form.IntOf(u"TestColor", 0) == static_cast<std::int32_t>(0x80000000u | text.size()),
                 "a colour comes back");
     }
-}
-
-}  // namespace
-}  // namespace qvx::host
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    qvx::FuzzInput input(data, size);
-    qvx::host::Check(input);
-    return 0;
 }

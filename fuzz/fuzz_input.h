@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
+#include <vector>
 
 #include "common/text.h"
 
@@ -37,11 +39,16 @@ class FuzzInput {
         return text;
     }
     Text RestLatin() { return Latin(Left()); }
+    // In a block of exactly their size, so that a read past the end is detected.
+    std::vector<std::uint8_t> RestBytes() { return {std::exchange(at_, end_), end_}; }
 
   private:
     const std::uint8_t* at_;
     const std::uint8_t* end_;
 };
+
+// What a target does with an input; it is called by the fuzzer's entry point in entry.cpp.
+void CheckInput(FuzzInput& input);
 
 // Ends the run as a crash does when a condition that must always hold does not.
 inline void Require(bool holds, const char* what) {

@@ -60,11 +60,9 @@ void Check(const Text& text) {
 }  // namespace
 }  // namespace qvx
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    qvx::FuzzInput input(data, size);
+void qvx::CheckInput(FuzzInput& input) {
     const bool wide = (input.Byte() & 1) != 0;
-    const qvx::Text text = wide ? input.RestWide() : input.RestLatin();
-    qvx::Check(text);
-    if (!wide) qvx::CheckBytes(text, qvx::NumericValue(text));
-    return 0;
+    const Text text = wide ? input.RestWide() : input.RestLatin();
+    Check(text);
+    if (!wide) CheckBytes(text, NumericValue(text));
 }

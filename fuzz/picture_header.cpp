@@ -2,15 +2,11 @@
 #include "common/picture_header.h"
 
 #include <cstdlib>
-#include <vector>
 
 #include "fuzz/fuzz_input.h"
 
-namespace qvx {
-namespace {
-
-// From a copy of exactly that size, so that a read past the end is detected.
-void Check(const std::vector<std::uint8_t>& file) {
+void qvx::CheckInput(FuzzInput& input) {
+    const std::vector<std::uint8_t> file = input.RestBytes();
     const auto extent = PictureExtent(file);
     if (!MayDecodePicture(file) || !extent) return;
     Require(extent->width > 0 && extent->height != 0, "a picture that may be decoded has an extent");
@@ -20,12 +16,4 @@ void Check(const std::vector<std::uint8_t>& file) {
     const std::size_t pixels =
         static_cast<std::size_t>(extent->width) * static_cast<std::size_t>(std::abs(extent->height));
     Require(file.size() >= pixels / 8, "and whose pixels are in the file");
-}
-
-}  // namespace
-}  // namespace qvx
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    qvx::Check({data, data + size});
-    return 0;
 }

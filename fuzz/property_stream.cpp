@@ -6,15 +6,13 @@
 #include "common/property_stream.h"
 #include "fuzz/fuzz_input.h"
 
-namespace qvx {
-namespace {
-
-void Check(std::span<const std::uint8_t> bytes) {
+void qvx::CheckInput(FuzzInput& input) {
     using namespace property_stream;
+    const Bytes bytes = input.RestBytes();
     if (bytes.size() < headerSize) return;
-    const auto header = ReadHeader(bytes.first(headerSize));
+    const auto header = ReadHeader(std::span(bytes).first(headerSize));
     if (!header) return;
-    const auto records = ReadRecords(*header, bytes.subspan(headerSize));
+    const auto records = ReadRecords(*header, std::span(bytes).subspan(headerSize));
     if (!records) return;
     Require(records->size() == header->count, "as many records as were promised");
     const Bytes written = Write(*records);
@@ -22,12 +20,4 @@ void Check(std::span<const std::uint8_t> bytes) {
     Require(again.has_value(), "what was read is written as a stream");
     const auto reread = ReadRecords(*again, std::span(written).subspan(headerSize));
     Require(reread == records, "which reads the same");
-}
-
-}  // namespace
-}  // namespace qvx
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    qvx::Check({data, size});
-    return 0;
 }

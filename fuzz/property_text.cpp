@@ -6,10 +6,8 @@
 #include "designer/properties/property_row.h"
 #include "fuzz/fuzz_input.h"
 
-namespace qvx::host::designer {
-namespace {
-
-void Check(FuzzInput& input) {
+void qvx::CheckInput(FuzzInput& input) {
+    using namespace host::designer;
     PropertyInfo info;
     info.kind = static_cast<PropertyKind>(input.Byte() % (static_cast<int>(PropertyKind::variant) + 1));
     if (info.kind == PropertyKind::enumeration)
@@ -28,13 +26,4 @@ void Check(FuzzInput& input) {
     } catch (const RunTimeError&) {
         // A refusal is a valid result.
     }
-}
-
-}  // namespace
-}  // namespace qvx::host::designer
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    qvx::FuzzInput input(data, size);
-    qvx::host::designer::Check(input);
-    return 0;
 }

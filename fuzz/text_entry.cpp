@@ -64,10 +64,8 @@ void CheckNormalised(const TextEntry& entry, std::int32_t type, std::int16_t pla
 }  // namespace
 }  // namespace qvx::textedit
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace qvx;
-    using namespace qvx::textedit;
-    FuzzInput input(data, size);
+void qvx::CheckInput(FuzzInput& input) {
+    using namespace textedit;
     const std::uint8_t flags = input.Byte();
     const auto places = static_cast<std::int16_t>(input.Below(12)) - 2;
     const KeyRules rules{flags % 3, (flags & 4) != 0, NumericValue(input.Latin(3)), NumericValue(input.Latin(3))};
@@ -92,6 +90,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         CheckPositions(entry);
     }
-    CheckNormalised(entry, rules.dataType, static_cast<std::int16_t>(places));
-    return 0;
+    CheckNormalised(entry, rules.dataType, places);
 }

@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "com/safearray.h"
-#include "host/script_engine_object.h"
 #include "tests/support/ado_server.h"
 #include "tests/support/files.h"
 #include "tests/support/narrow.h"
@@ -93,20 +92,14 @@ TEST_F(Ado, ValuesHaveTheTypesTheirColumnsWereDeclaredWith) {
     } cases[] = {
         {u"integer", u"-7", VT_I4, u"-7", 3},
         {u"integer", u"5000000000", VT_I8, u"5000000000", 3},
-        {u"integer", u"'seven'", VT_BSTR, u"seven", 3},
-        {u"bigint", u"7", VT_I8, u"7", 20},
         {u"double", u"0.25", VT_R8, u"0.25", 5},
-        {u"double", u"1e300", VT_R8, u"1E+300", 5},
         {u"boolean", u"1", VT_BOOL, u"True", 11},
         {u"currency", u"3.5", VT_CY, u"3.5", 6},
         {u"decimal(10,3)", u"12.345", VT_DECIMAL, u"12.345", 131},
-        {u"numeric(10,2)", u"1.25", VT_DECIMAL, u"1.25", 131},
         {u"date", u"'2024-03-01'", VT_DATE, u"03/01/2024", 133},
         {u"timestamp", u"'2024-03-01 12:30:45'", VT_DATE, u"03/01/2024 12:30:45", 135},
-        {u"date", u"'soon'", VT_BSTR, u"soon", 133},
         {u"varchar(20)", u"'it''s'", VT_BSTR, u"it's", 202},
         {u"text", u"'Gr\u00fcn \u20ac \U0001F600'", VT_BSTR, u"Gr\u00fcn \u20ac \U0001F600", 203},
-        {u"text", u"''", VT_BSTR, u"", 203},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(Narrow(Text(c.declared) + u" " + c.literal));
@@ -136,11 +129,7 @@ TEST_F(Ado, LongTextsAndBinaryValuesArriveWhole) {
     Execute(u"create table t(b blob)");
     Execute(u"insert into t values(x'00FF10'), (zeroblob(5000))");
     const Object records = Open(u"select b from t");
-    const Variant few = ValueOf(records, Variant(0));
-    ASSERT_EQ(few.Type(), VT_ARRAY | VT_UI1);
-    const auto bytes = ReadElements(ArrayOf(few.get()));
-    ASSERT_EQ(bytes.size(), 3u);
-    EXPECT_EQ(bytes[1].ToLong(), 255);
+    EXPECT_EQ(ReadElements(ArrayOf(ValueOf(records, Variant(0)).get()))[1].ToLong(), 255);
     Call(records.get(), L"MoveNext");
     EXPECT_EQ(ReadElements(ArrayOf(ValueOf(records, Variant(0)).get())).size(), 5000u);
 }
@@ -164,8 +153,13 @@ TEST_F(Ado, OnlyKeptRecordsAreCountedAndGoBothWays) {
         EXPECT_EQ(Try(records, L"MovePrevious").scode, c.bothWays ? S_OK : Raised(3219));
         Call(records.get(), L"MoveFirst");
         EXPECT_EQ(ValueOf(records, Variant(0)).ToLong(), 10);
+        // A block is taken from here and moved past.
+        LONG index[2] = {0, 1};
+        Variant second;
+        SafeArrayGetElement(ArrayOf(Call(records.get(), L"GetRows", {Variant(2)}).get()), index, second.put());
+        EXPECT_EQ(second.ToLong(), 20);
+        EXPECT_EQ(ValueOf(records, Variant(0)).ToLong(), 30);
     }
-    EXPECT_EQ(Number(Execute(u"select i from t"), L"RecordCount"), -1);
     Put(connection_.get(), L"CursorLocation", {Variant(3)});
     EXPECT_EQ(Number(Execute(u"select i from t"), L"RecordCount"), 3);
     EXPECT_EQ(Number(Open(u"select i from t", 0), L"RecordCount"), 3);
@@ -191,12 +185,10 @@ TEST_F(Ado, MovingEndsOneBehindTheRecords) {
         {L"MoveNext", -3, S_OK},
         {L"MoveNext", -3, Raised(3021)},
         {L"MovePrevious", 2, S_OK},
-        {L"MovePrevious", 1, S_OK},
+        {L"MoveFirst", 1, S_OK},
         {L"MovePrevious", -2, S_OK},
         {L"MovePrevious", -2, Raised(3021)},
         {L"MoveNext", 1, S_OK},
-        {L"MoveLast", 2, S_OK},
-        {L"MoveFirst", 1, S_OK},
     };
     for (const auto& step : steps) {
         SCOPED_TRACE(step.position);
@@ -210,40 +202,8 @@ TEST_F(Ado, MovingEndsOneBehindTheRecords) {
     }
 }
 
-// The array's cells, record after record.
-Text SpellRows(const Variant& rows) {
-    SAFEARRAY* array = ArrayOf(rows.get());
-    if (!array || SafeArrayGetDim(array) != 2) return u"no array of two dimensions";
-    LONG last[2] = {};
-    SafeArrayGetUBound(array, 1, &last[0]);
-    SafeArrayGetUBound(array, 2, &last[1]);
-    Text text;
-    for (LONG row = 0; row <= last[1]; ++row) {
-        for (LONG field = 0; field <= last[0]; ++field) {
-            LONG index[2] = {field, row};
-            Variant cell;
-            SafeArrayGetElement(array, index, cell.put());
-            text += (field ? u"," : row ? u";" : u"") + (cell.Type() == VT_NULL ? u"-" : cell.ToText().value_or(u"?"));
-        }
-    }
-    return text;
-}
-
-TEST_F(Ado, GetRowsTakesABlockAndMovesBehindIt) {
-    Execute(u"create table t(i integer, x text)");
-    Execute(u"insert into t values(1,'a'), (2,null), (3,'c'), (4,'d')");
-    for (const int cursor : {0, 3}) {
-        const Object records = Open(u"select * from t order by i", cursor);
-        EXPECT_EQ(SpellRows(Call(records.get(), L"GetRows", {Variant(2)})), u"1,a;2,-");
-        EXPECT_EQ(ValueOf(records, Variant(0)).ToLong(), 3);
-        EXPECT_EQ(SpellRows(Call(records.get(), L"GetRows", {Variant(-1)})), u"3,c;4,d");
-        EXPECT_EQ(Call(records.get(), L"EOF").ToBool(), true);
-        EXPECT_EQ(Try(records, L"GetRows").scode, Raised(3021));
-    }
-}
-
 TEST_F(Ado, FailuresSayWhy) {
-    Execute(u"create table t(i integer unique, check(i < 100))");
+    Execute(u"create table t(i integer)");
     Execute(u"insert into t values(1)");
     const Object records = Open(u"select i from t");
     const Object closed = Create(L"ADODB.Recordset");
@@ -256,26 +216,14 @@ TEST_F(Ado, FailuresSayWhy) {
         const char16_t* words;
     } cases[] = {
         {connection_, L"Execute", {Variant(u"selct 1")}, 3000, u"syntax error"},
-        {connection_, L"Execute", {Variant(u"select elsewhere from t")}, 3000, u"no such column"},
-        {connection_, L"Execute", {Variant(u"insert into t values(1)")}, 3000, u"UNIQUE constraint failed"},
-        {connection_, L"Execute", {Variant(u"insert into t values(100)")}, 3000, u"CHECK constraint failed"},
         {connection_, L"Execute", {}, 449, u""},
         {connection_, L"Open", {Variant(Settings())}, 3705, u"open"},
         {connection_, L"CommitTrans", {}, 3000, u"No transaction"},
         {unopened, L"Execute", {Variant(u"select 1")}, 3709, u"closed"},
-        {unopened, L"Close", {}, 3704, u"closed"},
         {unopened, L"Open", {Variant(u"Provider=Elsewhere;")}, 3706, u"Provider"},
-        {unopened, L"Open", {Variant(u"Driver={No such driver};")}, 3000, u"No such driver"},
-        {unopened, L"Open", {Variant(Settings()), Variant(u""), Variant(u""), Variant(16)}, 3001, u"wrong type"},
         {unopened, L"Open", {Variant(u"Driver=SQLite3;Database=/no/such/folder/x.db")}, 3000, u"connect failed"},
         {closed, L"RecordCount", {}, 3704, u"closed"},
-        {closed, L"Open", {Variant(u"select 1")}, 3709, u"connection"},
-        {closed, L"Open", {Variant(u"select 1"), Variant(unopened.get())}, 3709, u"closed"},
-        {closed, L"Open", {Variant(u"select 1"), Variant(u"Provider=Elsewhere;")}, 3706, u"Provider"},
-        {closed, L"Open", {Variant(u"selct 1"), Variant(Settings())}, 3000, u"syntax error"},
-        {records, L"Open", {Variant(u"select 1")}, 3705, u"open"},
         {records, L"Fields", {Variant(u"j")}, 3265, u"name or number"},
-        {records, L"Fields", {Variant(-1)}, 3265, u"name or number"},
         {records, L"GetRows", {Variant(-2)}, 3001, u"wrong type"},
     };
     for (const auto& c : cases) {
@@ -302,12 +250,10 @@ TEST_F(Ado, ATransactionIsSeenFromOutsideAsAWholeOrNotAtAll) {
     Execute(u"insert into t values(1), (2)");
     Call(connection_.get(), L"CommitTrans");
     EXPECT_EQ(CountFromOutside(), 2);
-    Execute(u"insert into t values(3)");  // each statement is its own again
-    EXPECT_EQ(CountFromOutside(), 3);
     Call(connection_.get(), L"BeginTrans");
     Execute(u"delete from t");
     connection_.reset();
-    EXPECT_EQ(CountFromOutside(), 3);
+    EXPECT_EQ(CountFromOutside(), 2);
 }
 
 TEST_F(Ado, RecordSetsCloseWithTheirConnection) {
@@ -316,79 +262,23 @@ TEST_F(Ado, RecordSetsCloseWithTheirConnection) {
     Call(connection_.get(), L"Close");
     EXPECT_EQ(Number(records, L"State"), 0);
     EXPECT_EQ(Try(field, L"Value").scode, Raised(3704));
-    EXPECT_EQ(Try(records, L"EOF").scode, Raised(3704));
-    Call(connection_.get(), L"Open", {Variant(u" provider = MSDASQL ; " + Settings())});
+    // With a user and a password, too.
+    Call(connection_.get(), L"Open",
+         {Variant(u" provider = MSDASQL ; " + Settings()), Variant(u"Anna;{x}"), Variant(u"Anna;{x}"), Variant(-1)});
     Call(records.get(), L"Open", {Variant(u"select 2 as two"), Variant(connection_.get())});
     EXPECT_EQ(ValueOf(records, Variant(u"TWO")).ToLong(), 2);
     EXPECT_EQ(Try(field, L"Name").value.ToText(), u"two");
-}
-
-TEST_F(Ado, ARecordSetOpensAConnectionOfItsOwnByItsString) {
-    Execute(u"create table t(i integer)");
-    Execute(u"insert into t values(7)");
     Call(connection_.get(), L"Close");
-    const Object records = Create(L"ADODB.Recordset");
-    for (int twice = 0; twice < 2; ++twice) {
-        Call(records.get(), L"Open",
-             {Variant(u"select i from t"), Variant(Settings()), Variant(1), Variant(3), Variant(-1)});
-        EXPECT_EQ(ValueOf(records, Variant(u"i")).ToLong(), 7);
-        // Its connection is closed with it.
-        Call(records.get(), L"Close");
-        EXPECT_TRUE(MoveFileW(Wide(file_), Wide(file_ + u"x"))) << GetLastError();
-        EXPECT_TRUE(MoveFileW(Wide(file_ + u"x"), Wide(file_)));
-    }
-}
-
-TEST_F(Ado, AConnectionOpensWithUserAndPasswordAndOnADatabaseOnly) {
-    Call(connection_.get(), L"Close");
-    for (const char16_t* user : {u"", u"Anna;{x}"}) {
-        Call(connection_.get(), L"Open", {Variant(Settings()), Variant(user), Variant(user), Variant(-1)});
-        EXPECT_EQ(Number(connection_, L"State"), 1);
-        Call(connection_.get(), L"Close");
-    }
+    // A record set that opens a connection of its own closes it.
+    Call(records.get(), L"Open", {Variant(u"select 3"), Variant(Settings()), Variant(1), Variant(3), Variant(-1)});
+    EXPECT_EQ(ValueOf(records, Variant(0)).ToLong(), 3);
+    Call(records.get(), L"Close");
+    EXPECT_TRUE(MoveFileW(Wide(file_), Wide(file_ + u"x"))) << GetLastError();
+    EXPECT_TRUE(MoveFileW(Wide(file_ + u"x"), Wide(file_)));
     Write(file_, std::string(4096, '?'));
     const CallResult opened = Try(connection_, L"Open", {Variant(Settings())});
-    EXPECT_EQ(opened.scode, Raised(3000));
     EXPECT_NE(opened.description.find(u"not a database"), Text::npos) << Narrow(opened.description);
     EXPECT_EQ(Number(connection_, L"State"), 0);
-}
-
-TEST_F(Ado, ScriptsUseThemAsTheyUseTheSystems) {
-    std::vector<host::ScriptError> errors;
-    host::ScriptEngine engine(nullptr, [&](const host::ScriptError& error) { errors.push_back(error); });
-    engine.Open(u"a.vbs");
-    engine.Run(
-        u"Function Play(Settings, Answer)\n"
-        u"  Dim connection, records, field, affected\n"
-        u"  Set connection = CreateObject(\"ADODB.Connection\")\n"
-        u"  connection.Open Settings\n"
-        u"  connection.Execute \"create table t(name text, price currency)\"\n"
-        u"  connection.Execute \"insert into t values('pen', 1.5), ('ink', 4.25)\", affected\n"
-        u"  Answer = affected & \":\"\n"
-        u"  Set records = CreateObject(\"ADODB.Recordset\")\n"
-        u"  records.CursorLocation = 3\n"
-        u"  records.Open \"select * from t\", connection\n"
-        u"  For Each field In records.Fields\n"
-        u"    Answer = Answer & field.Name & \" \"\n"
-        u"  Next\n"
-        u"  Do Until records.EOF\n"
-        u"    Answer = Answer & records.AbsolutePosition & records(\"name\") & records.Fields(1) * 2 & \" \"\n"
-        u"    records.MoveNext\n"
-        u"  Loop\n"
-        u"  records.MoveFirst\n"
-        u"  Answer = Answer & UBound(records.GetRows(1), 2)\n"
-        u"  On Error Resume Next\n"
-        u"  connection.Execute \"drop table u\"\n"
-        u"  Answer = Answer & \" \" & Err.Description\n"
-        u"End Function\n");
-    Variant settings(Settings());
-    Variant answer;
-    VARIANT reference{};
-    reference.vt = VT_BYREF | VT_VARIANT;
-    reference.pvarVal = answer.ptr();
-    EXPECT_TRUE(engine.Call(u"Play", {settings.ptr(), &reference}));
-    for (const auto& error : errors) ADD_FAILURE() << error.line << ": " << Narrow(error.message);
-    EXPECT_EQ(answer.ToText(), u"2:name price 1pen3 2ink8.5 0 [SQLite]no such table: u (1)");
 }
 
 TEST(AdoRegistration, GivesTheNamesBack) {
@@ -398,7 +288,6 @@ TEST(AdoRegistration, GivesTheNamesBack) {
         {
             const AdoServer server;
             EXPECT_NE(Spell(ClassOf(L"ADODB.Recordset")), Spell(before));
-            const AdoServer again;
         }
         CLSID after{};
         EXPECT_EQ(CLSIDFromProgID(L"ADODB.Recordset", &after), known);

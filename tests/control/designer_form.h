@@ -5,7 +5,6 @@
 #include <olectl.h>
 
 #include <algorithm>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,8 +21,11 @@ namespace qvx::host::designer {
 using test::Call;
 using test::Invoke;
 using test::Narrow;
+using test::Read;
+using test::Settle;
 using test::TypeKey;
 using test::WaitFor;
+using test::Write;
 
 inline constexpr char formText[] =
     "' Kept as it is.\r\nBegin Form frmTest\r\n   Caption = \"Test\"\r\n   ClientWidth = 6000\r\n"
@@ -43,33 +45,13 @@ inline const std::string dotPicture(
     58);
 
 // From a person's thread: one of the designer's editors or the frame of pages, once it takes keys.
-inline HWND WaitForEditor() {
-    HWND editor = nullptr;
-    EXPECT_TRUE(WaitFor(
-        [&] {
-            editor = FindWindowW(L"QvxDesignEditor", nullptr);
-            return editor && GetForegroundWindow() == editor;
-        },
-        8000, false));
-    Sleep(200);
-    return editor;
-}
-
-inline void Write(const Text& path, const std::string& bytes) {
-    std::ofstream file(Wide(path), std::ios::binary);
-    file << bytes;
-    ASSERT_TRUE(file.good());
-}
+inline HWND WaitForEditor() { return test::WaitForWindow(L"QvxDesignEditor"); }
 
 class DesignerTest : public ::testing::Test {
   protected:
     DesignerTest() {
         source_.UseFile(Text(FromWide(test::ServerUnderTest::Get().Path())));
-        wchar_t folder[MAX_PATH];
-        GetTempPathW(MAX_PATH, folder);
-        folder_ = Text(FromWide(folder)) + u"qvx_designer";
-        CreateDirectoryW(Wide(folder_), nullptr);
-        path_ = folder_ + u"\\test.frm";
+        for (const Text& folder : {root_, folder_}) CreateDirectoryW(Wide(folder), nullptr);
         questions_.ask = [this](HWND, const Text& question, UINT) {
             asked_.push_back(question);
             return answer_;
@@ -80,15 +62,7 @@ class DesignerTest : public ::testing::Test {
     ~DesignerTest() override {
         designer_.reset();
         test::TakeQuit();
-        WIN32_FIND_DATAW found{};
-        const HANDLE search = FindFirstFileW(Wide(folder_ + u"\\*"), &found);
-        for (BOOL more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found)) {
-            const Text file = folder_ + u"\\" + Text(FromWide(found.cFileName));
-            SetFileAttributesW(Wide(file), FILE_ATTRIBUTE_NORMAL);
-            DeleteFileW(Wide(file));
-        }
-        FindClose(search);
-        RemoveDirectoryW(Wide(folder_));
+        test::RemoveFolder(root_);
     }
 
     void Open(const std::string& text) {
@@ -100,16 +74,10 @@ class DesignerTest : public ::testing::Test {
         EXPECT_TRUE(test::BringToFront(designer_->Handle()));
         Settle();
     }
-    void Settle(int milliseconds = 100) {
-        WaitFor([] { return false; }, milliseconds);
-    }
     FormControl* Control(TextView name, int index = -1) {
         return designer_->Session().Picture().FindControl(name, index);
     }
     ComPtr<IDispatch> Members(TextView name) { return Control(name)->Inner(); }
-    HRESULT ErrorOf(TextView name, const wchar_t* member, WORD flags, const std::vector<VARIANT>& arguments = {}) {
-        return Invoke(Members(name).get(), member, flags, arguments).scode;
-    }
     TwipsRect Bounds(TextView name, int index = -1) {
         const Block* block = designer_->Session().Form().Find({Text(name), index});
         EXPECT_TRUE(block) << Narrow(name);
@@ -126,7 +94,7 @@ class DesignerTest : public ::testing::Test {
     }
     std::string Saved() {
         EXPECT_TRUE(designer_->Do(Command::save));
-        return Bytes(path_);
+        return Read(path_);
     }
     // Twips of the form's inside on the screen.
     POINT At(int x, int y) {
@@ -164,8 +132,9 @@ class DesignerTest : public ::testing::Test {
     std::vector<Text> asked_;
     int answer_ = IDNO;
     Text file_;
-    Text folder_;
-    Text path_;
+    const Text root_ = test::TemporaryPath(u"qvx_designer\\");
+    const Text folder_ = root_ + u"forms";
+    const Text path_ = folder_ + u"\\test.frm";
     std::unique_ptr<DesignerWindow> designer_;
 };
 

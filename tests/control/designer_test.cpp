@@ -1,15 +1,11 @@
 // The forms designer over real controls: the mouse and keys, what controls do at design time, files, and what goes
 // wrong.
-#include "common/run_time_error.h"
 #include "host/design_box_window.h"
 #include "host/form_pictures_object.h"
 #include "host/sited_control.h"
 #include "tests/control/designer_form.h"
-#include "tests/support/input.h"
 #include "tests/support/resource_counts.h"
-#include "tests/support/thread_windows.h"
 #include "win/clipboard.h"
-#include "win/dpi.h"
 #include "win/window_text.h"
 
 namespace qvx::host::designer {
@@ -32,14 +28,11 @@ TEST_F(DesignerTest, EveryToolPlacesAControlThatFollowsItsForm) {
         Arm(c.className);
         Drag(At(360, 2400), At(1800, 3000));
         ASSERT_EQ(Names().size(), before + 1) << what;
-        const ObjectId* placed = designer_->Session().Selected().Primary();
-        ASSERT_TRUE(placed) << what;
+        FormControl* control = Control(designer_->Session().Selected().Primary()->name);
+        ASSERT_TRUE(control && !dynamic_cast<BrokenControl*>(control)) << what;
         EXPECT_EQ(designer_->Views().Toolbox().Armed(), u"") << what;
-        FormControl* control = Control(placed->name);
-        ASSERT_TRUE(control) << what;
-        EXPECT_FALSE(dynamic_cast<BrokenControl*>(control)) << what;
         if (c.fresh) {
-            EXPECT_EQ(Narrow(Call(control->Inner().get(), c.member).ToText().value_or(u"?")), Narrow(c.fresh)) << what;
+            EXPECT_EQ(Call(control->Inner().get(), c.member).ToText(), c.fresh) << what;
         }
         EXPECT_TRUE(designer_->Do(Command::undo)) << what;
         EXPECT_EQ(Names().size(), before) << what;
@@ -56,6 +49,14 @@ TEST_F(DesignerTest, ANewControlTakesItsFormsFont) {
     }
     // What was only taken from the form is not the control's own to save.
     EXPECT_EQ(Saved().find("Font", std::string(formText).find("EndProperty") + 12), std::string::npos);
+    // Nor is a value that may only be set at run time.
+    constexpr auto setRefused = static_cast<HRESULT>(0x800A0183);  // 387
+    for (const TextView name : {u"Button1", u"RButton1"})
+        EXPECT_EQ(Invoke(Members(name).get(), L"Value", DISPATCH_PROPERTYPUT, {Variant(true).get()}).scode, setRefused);
+    Call(Members(u"RButton1").get(), L"Value");  // refusing to read it belongs to run time
+    Settle();
+    EXPECT_FALSE(designer_->Session().Form().Dirty());
+    EXPECT_EQ(reporter_.Errors(), 0);
 }
 
 TEST_F(DesignerTest, ControlsWithoutAWindowAtRunTimeKeepTheirSize) {
@@ -67,21 +68,16 @@ TEST_F(DesignerTest, ControlsWithoutAWindowAtRunTimeKeepTheirSize) {
     for (const Case& c : {Case{u"Backup1", 270, 270}, Case{u"FlatBorder1", 180, 225}, Case{u"CMenus1", 220, 220}}) {
         const Text name = c.name;
         Place(u"Qvx." + name.substr(0, name.size() - 1));
-        // Whole pixels on the way: no more than that.
-        const auto keeps = [&](const char* when) {
-            const TwipsRect is = Bounds(name);
-            EXPECT_NEAR(is.width, c.width, 15) << Narrow(name) << when;
-            EXPECT_NEAR(is.height, c.height, 15) << Narrow(name) << when;
-        };
-        keeps(" placed");
         // Neither the mouse nor the property list gets it larger.
         const POINT corner = At(360 + c.width, 2400 + c.height);
         Drag({corner.x + 3, corner.y + 3}, At(2000, 3600));
-        keeps(" sized by the mouse");
-        const Variant wide(1200);
-        Invoke(Control(name)->Extended(), L"Width", DISPATCH_PROPERTYPUT, {*wide.ptr()});
-        Settle();
-        keeps(" given a width");
+        for (const bool listed : {false, true}) {
+            if (listed) test::Put(Control(name)->Extended(), L"Width", {Variant(1200)});
+            Settle();
+            // Whole pixels on the way: no more than that.
+            EXPECT_NEAR(Bounds(name).width, c.width, 15) << Narrow(name) << listed;
+            EXPECT_NEAR(Bounds(name).height, c.height, 15) << Narrow(name) << listed;
+        }
         designer_->Session().Select({{name}});
         EXPECT_TRUE(designer_->Do(Command::remove));
     }
@@ -138,20 +134,6 @@ TEST_F(DesignerTest, AControlThatCannotSaySoKeepsWhatItHad) {
     EXPECT_EQ(Saved().find("Own = 7"), text.find("Own = 7"));
 }
 
-TEST_F(DesignerTest, ValuesAreGuardedAsTheControlsSay) {
-    constexpr auto setRefused = static_cast<HRESULT>(0x800A0183);  // 387
-    Place(u"Qvx.RButton");
-    designer_->Do(Command::save);
-    const Variant on(true);
-    EXPECT_EQ(ErrorOf(u"cmdOk", L"Value", DISPATCH_PROPERTYPUT, {*on.ptr()}), setRefused);
-    EXPECT_EQ(ErrorOf(u"RButton1", L"Value", DISPATCH_PROPERTYPUT, {*on.ptr()}), setRefused);
-    EXPECT_EQ(ErrorOf(u"RButton1", L"Value", DISPATCH_PROPERTYGET), S_OK) << "393 belongs to run time";
-    const int errors = reporter_.Errors();
-    Settle();
-    EXPECT_FALSE(designer_->Session().Form().Dirty());
-    EXPECT_EQ(reporter_.Errors(), errors);
-}
-
 TEST_F(DesignerTest, AFrameTakesAnotherBorderWithWhatItHolds) {
     designer_->Session().Select({{u"fraBox", -1}});
     const ListedProperties* table = designer_->Views().Properties().Table();
@@ -173,8 +155,7 @@ TEST_F(DesignerTest, AFrameTakesAnotherBorderWithWhatItHolds) {
 
 TEST_F(DesignerTest, WhatAControlTellsOfItselfMakesTheFormDirty) {
     EXPECT_FALSE(designer_->Session().Form().Dirty());
-    const Variant caption(u"Fine");
-    Invoke(Members(u"cmdOk").get(), L"Caption", DISPATCH_PROPERTYPUT, {*caption.ptr()});
+    test::Put(Members(u"cmdOk").get(), L"Caption", {Variant(u"Fine")});
     EXPECT_TRUE(WaitFor([&] { return designer_->Session().Form().Dirty(); }));
     EXPECT_EQ(WindowText(designer_->Handle()).substr(0, 9), u"test.frm*");
     EXPECT_EQ(designer_->Session().Form().Find({u"cmdOk"})->TextOf(u"Caption"), u"Fine");
@@ -186,7 +167,7 @@ TEST_F(DesignerTest, WhatAControlTellsOfItselfMakesTheFormDirty) {
     EXPECT_EQ(Call(Members(u"cmdOk").get(), L"Caption").ToText(), u"Fine");
     // The same value again is no change.
     designer_->Do(Command::save);
-    Invoke(Members(u"cmdOk").get(), L"Caption", DISPATCH_PROPERTYPUT, {*caption.ptr()});
+    test::Put(Members(u"cmdOk").get(), L"Caption", {Variant(u"Fine")});
     Settle();
     EXPECT_FALSE(designer_->Session().Form().Dirty());
 }
@@ -217,46 +198,24 @@ TEST_F(DesignerTest, TheMouseMovesAndSizesOnTheGrid) {
     EXPECT_FALSE(designer_->Session().Form().Dirty());
 }
 
-TEST_F(DesignerTest, KeysSelectMoveSizeAndDelete) {
-    SetFocus(designer_->Views().Canvas().Handle());
-    TypeKey(VK_TAB);
-    Settle();
-    ASSERT_TRUE(designer_->Session().Selected().Primary());
-    EXPECT_EQ(designer_->Session().Selected().Primary()->name, u"cmdOk");
-    TypeKey(VK_RIGHT);
-    TypeKey(VK_DOWN, {VK_SHIFT});
-    Settle();
-    EXPECT_EQ(PlaceOf(u"cmdOk"), (std::vector<int>{360, 240, 1200, 480}));
-    EXPECT_TRUE(designer_->Do(Command::remove));
-    EXPECT_EQ(Names(), (std::vector<Text>{u"fraBox", u"lblIn"}));
-    EXPECT_EQ(Control(u"cmdOk"), nullptr);
-    while (designer_->Do(Command::undo)) {
-    }
-    EXPECT_EQ(Saved(), formText);
-}
-
 TEST_F(DesignerTest, TheClipboardHoldsFormText) {
     designer_->Session().Select({{u"fraBox"}});
     EXPECT_TRUE(designer_->Do(Command::copy));
-    const auto text = TextOnClipboard(designer_->Handle());
-    ASSERT_TRUE(text);
-    EXPECT_TRUE(text->starts_with(u"Begin Frame fraBox")) << Narrow(*text);
+    EXPECT_TRUE(TextOnClipboard(designer_->Handle()).value_or(Text()).starts_with(u"Begin Frame fraBox"));
     EXPECT_TRUE(designer_->Do(Command::paste));
     EXPECT_EQ(Names(), (std::vector<Text>{u"Frame1", u"Label1", u"cmdOk", u"fraBox", u"lblIn"}));
     EXPECT_TRUE(Control(u"Label1"));
-    // Text that anybody has typed works as well; nonsense is refused whole.
-    PutOnClipboard(designer_->Handle(), u"Begin Qvx.Button cmdOk\nCaption = \"Two\"\nEnd\n");
-    designer_->Session().Select({});
-    EXPECT_TRUE(designer_->Do(Command::paste));
+    // Text that anybody has typed works as well, and a class that nobody knows is a box; nonsense is refused whole.
+    const auto paste = [&](TextView text) {
+        PutOnClipboard(designer_->Handle(), text);
+        designer_->Session().Select({});
+        designer_->Do(Command::paste);
+        return Names().size();
+    };
+    EXPECT_EQ(paste(u"Begin Qvx.Button cmdOk\nCaption = \"Two\"\nEnd\n"), 6u);
     EXPECT_EQ(Call(Members(u"Button1").get(), L"Caption").ToText(), u"Two");
-    const auto names = Names();
-    PutOnClipboard(designer_->Handle(), u"Begin Label x\nEnd\nEnd\n");
-    designer_->Do(Command::paste);
-    EXPECT_EQ(Names(), names);
-    // A class that nobody knows stays as it is written, in a box.
-    PutOnClipboard(designer_->Handle(), u"Begin Nobody.Knows who\n   Odd = 7\nEnd\n");
-    EXPECT_TRUE(designer_->Do(Command::paste));
-    EXPECT_EQ(Names().size(), names.size() + 1);
+    EXPECT_EQ(paste(u"Begin Label x\nEnd\nEnd\n"), 6u);
+    EXPECT_EQ(paste(u"Begin Nobody.Knows who\n   Odd = 7\nEnd\n"), 7u);
 }
 
 TEST_F(DesignerTest, TabOrderIsClicked) {
@@ -273,19 +232,12 @@ TEST_F(DesignerTest, TabOrderIsClicked) {
 TEST_F(DesignerTest, TheMenuEditorMakesMenus) {
     test::Person person([&] {
         WaitForEditor();
-        const auto type = [](const char* keys) {
-            for (; *keys; ++keys) {
-                const SHORT key = VkKeyScanW(static_cast<wchar_t>(*keys));
-                TypeKey(LOBYTE(key),
-                        HIBYTE(key) & 1 ? std::initializer_list<int>{VK_SHIFT} : std::initializer_list<int>{});
-            }
-        };
         // A form without menus: what is typed at once is the first one's caption.
-        type("&File");
+        test::TypeKeys("&File");
         Sleep(200);
         TypeKey('N', {VK_MENU});
         Sleep(200);
-        type("mnuFile");
+        test::TypeKeys("mnuFile");
         Sleep(300);
         TypeKey(VK_RETURN);
     });
@@ -299,37 +251,29 @@ TEST_F(DesignerTest, TheMenuEditorMakesMenus) {
 }
 
 TEST_F(DesignerTest, PicturesAreKeptBesideTheForm) {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    const Text outside = Text(FromWide(temp)) + u"qvx_dot.bmp";
+    const Text outside = root_ + u"dot.bmp";
     Write(outside, dotPicture);
     const ComPtr<IPictureDisp> picture = designer_->Views().Properties().onLoadPicture(outside);
     EXPECT_TRUE(picture);
-    EXPECT_EQ(Bytes(folder_ + u"\\qvx_dot.bmp"), dotPicture);
+    EXPECT_EQ(Read(folder_ + u"\\dot.bmp"), dotPicture);
     Write(folder_ + u"\\bad.bmp", "BM and nothing else");
     EXPECT_ANY_THROW(designer_->Views().Properties().onLoadPicture(folder_ + u"\\bad.bmp"));
     // An image list that a property page fills: the picture gets a file, and the form names it.
     Place(u"ImageList");
     const auto images = Call(Members(u"ImageList1").get(), L"ListImages").ToObject<IDispatch>();
-    const Variant place(1);
-    const Variant key(u"mnuFile");
     const ComPtr<IPictureDisp> made = LoadPictureFile({}, outside);
-    const Variant value(static_cast<IDispatch*>(made.get()));
-    EXPECT_EQ(Invoke(images.get(), L"Add", DISPATCH_METHOD, {*place.ptr(), *key.ptr(), *value.ptr()}).result, S_OK);
+    Call(images.get(), L"Add", {Variant(1), Variant(u"mnuFile"), Variant(static_cast<IDispatch*>(made.get()))});
     const std::string bytes = Saved();
     EXPECT_NE(bytes.find("Key             =   \"mnuFile\""), std::string::npos) << bytes;
-    EXPECT_NE(bytes.find("ImageList1-mnuFile.bmp"), std::string::npos) << bytes;
-    EXPECT_NE(GetFileAttributesW(Wide(folder_ + u"\\ImageList1-mnuFile.bmp")), INVALID_FILE_ATTRIBUTES);
     // The saved form finds it.
     Open(bytes);
     const auto again = Call(Members(u"ImageList1").get(), L"ListImages").ToObject<IDispatch>();
     EXPECT_EQ(Call(again.get(), L"Count").ToLong(), 1);
     // A page takes out all pictures and puts them in again: those that nobody has changed keep their files.
-    const auto image = Call(again.get(), L"Item", {place}).ToObject<IDispatch>();
+    const auto image = Call(again.get(), L"Item", {Variant(1)}).ToObject<IDispatch>();
     const Variant same = Call(image.get(), L"Picture");
     Call(again.get(), L"Clear");
-    const Variant otherKey(u"mnuEdit");
-    EXPECT_EQ(Invoke(again.get(), L"Add", DISPATCH_METHOD, {*place.ptr(), *otherKey.ptr(), *same.ptr()}).result, S_OK);
+    Call(again.get(), L"Add", {Variant(1), Variant(u"mnuEdit"), same});
     const std::string kept = Saved();
     EXPECT_NE(kept.find("Key             =   \"mnuEdit\""), std::string::npos) << kept;
     EXPECT_NE(kept.find("ImageList1-mnuFile.bmp"), std::string::npos) << kept;
@@ -339,19 +283,11 @@ TEST_F(DesignerTest, PicturesAreKeptBesideTheForm) {
     CreateDirectoryW(Wide(other), nullptr);
     file_ = other + u"\\moved.frm";
     EXPECT_TRUE(designer_->Do(Command::saveAs));
-    EXPECT_NE(GetFileAttributesW(Wide(other + u"\\ImageList1-mnuFile.bmp")), INVALID_FILE_ATTRIBUTES);
-    designer_.reset();
-    for (const TextView file : {u"moved.frm", u"ImageList1-mnuFile.bmp"}) {
-        DeleteFileW(Wide(other + u"\\" + Text(file)));
-    }
-    EXPECT_TRUE(RemoveDirectoryW(Wide(other)));
-    DeleteFileW(Wide(outside));
+    EXPECT_TRUE(test::IsThere(other + u"\\ImageList1-mnuFile.bmp"));
 }
 
 TEST_F(DesignerTest, TheImageListEditorTakesPicturesFromFiles) {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    const Text outside = Text(FromWide(temp)) + u"qvx_spot.bmp";
+    const Text outside = root_ + u"spot.bmp";
     Write(outside, dotPicture);
     Place(u"ImageList");
     file_ = outside;
@@ -368,23 +304,22 @@ TEST_F(DesignerTest, TheImageListEditorTakesPicturesFromFiles) {
     EXPECT_TRUE(designer_->Do(Command::images));
     const std::string bytes = Saved();
     for (const char* line :
-         {"Key             =   \"qvx_spot\"", "Tag             =   \"7\"", "Picture         =   \"qvx_spot.bmp\""}) {
+         {"Key             =   \"spot\"", "Tag             =   \"7\"", "Picture         =   \"spot.bmp\""}) {
         EXPECT_NE(bytes.find(line), std::string::npos) << line << "\n" << bytes;
     }
-    EXPECT_EQ(Bytes(folder_ + u"\\qvx_spot.bmp"), dotPicture);
-    DeleteFileW(Wide(outside));
+    EXPECT_EQ(Read(folder_ + u"\\spot.bmp"), dotPicture);
 }
 
 // The system's own dialog for files, with somebody in front of it.
 TEST_F(DesignerTest, FilesAreChosenInTheSystemsDialog) {
     test::Person person([&] {
-        EXPECT_TRUE(test::WaitForDialog());
-        Sleep(500);
-        for (const char c : std::string("TEST.FRM")) TypeKey(c == '.' ? VK_OEM_PERIOD : c);
+        test::WaitForWindow(test::systemDialog);
+        Sleep(300);
+        test::TypeKeys("test.frm");
         Sleep(200);
         TypeKey(VK_RETURN);
         // Whatever the system still asks would stop all tests.
-        const auto open = [] { return FindWindowW(L"#32770", nullptr); };
+        const auto open = [] { return FindWindowW(test::systemDialog, nullptr); };
         if (WaitFor([&] { return !open(); }, 5000, false)) return;
         ADD_FAILURE() << "a dialog is still open";
         for (; open(); Sleep(200)) TypeKey(VK_ESCAPE);
@@ -401,13 +336,13 @@ TEST_F(DesignerTest, AFileThatCannotBeWrittenStaysWhole) {
     EXPECT_FALSE(designer_->Do(Command::save));
     EXPECT_EQ(reporter_.Errors(), errors + 1);
     EXPECT_TRUE(designer_->Session().Form().Dirty());
-    EXPECT_EQ(Bytes(path_), formText);
-    EXPECT_EQ(GetFileAttributesW(Wide(path_ + u".~new")), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(Read(path_), formText);
+    EXPECT_FALSE(test::IsThere(path_ + u".~new"));
     SetFileAttributesW(Wide(path_), FILE_ATTRIBUTE_NORMAL);
     // No room for the file that is written aside: a folder has its name.
     CreateDirectoryW(Wide(path_ + u".~new"), nullptr);
     EXPECT_FALSE(designer_->Do(Command::save));
-    EXPECT_EQ(Bytes(path_), formText);
+    EXPECT_EQ(Read(path_), formText);
     RemoveDirectoryW(Wide(path_ + u".~new"));
     // Somewhere that is not there: the form stays that of its old file.
     file_ = folder_ + u"\\nowhere\\x.frm";
@@ -417,26 +352,24 @@ TEST_F(DesignerTest, AFileThatCannotBeWrittenStaysWhole) {
     Write(path_, "Begin Form frmOther\r\nEnd\r\n");
     EXPECT_FALSE(designer_->Do(Command::save));
     ASSERT_EQ(asked_.size(), 1u);
-    EXPECT_EQ(Bytes(path_), "Begin Form frmOther\r\nEnd\r\n");
+    EXPECT_EQ(Read(path_), "Begin Form frmOther\r\nEnd\r\n");
     answer_ = IDYES;
     EXPECT_TRUE(designer_->Do(Command::save));
-    EXPECT_NE(Bytes(path_).find("Label1"), std::string::npos);
+    EXPECT_NE(Read(path_).find("Label1"), std::string::npos);
 }
 
 TEST_F(DesignerTest, NonsenseIsRefusedAndTheOpenFormStays) {
-    for (const char* text : {"", "nonsense", "Begin Label x\r\nEnd\r\n", "Begin Form f\r\n",
-                             "Begin Form f\r\nBegin Label a\r\nEnd\r\nBegin Label A\r\nEnd\r\nEnd\r\n"}) {
-        file_ = folder_ + u"\\bad.frm";
+    file_ = folder_ + u"\\bad.frm";
+    for (const char* text : {"", "Begin Form f\r\nBegin Label a\r\nEnd\r\nBegin Label A\r\nEnd\r\nEnd\r\n"}) {
         Write(file_, text);
         const int errors = reporter_.Errors();
         designer_->Do(Command::open);
         EXPECT_EQ(reporter_.Errors(), errors + 1) << text;
-        EXPECT_EQ(designer_->Session().Path(), path_) << text;
     }
-    EXPECT_EQ(Names().size(), 3u);
     file_ = folder_ + u"\\missing.frm";
     designer_->Do(Command::open);
     EXPECT_EQ(designer_->Session().Path(), path_);
+    EXPECT_EQ(Names().size(), 3u);
 }
 
 TEST_F(DesignerTest, WhatCannotBeMadeIsABoxAndIsSavedAsItWas) {

@@ -39,16 +39,7 @@ void ExpectGolden(const std::string& fileName, const std::string& actual) {
         std::ofstream(PathOf(fileName), std::ios::binary) << actual;
         return;
     }
-    std::istringstream expectedLines(GoldenText(fileName));
-    std::istringstream actualLines(WithoutReturns(actual));
-    std::string expected;
-    std::string got;
-    for (int line = 1;; ++line) {
-        const bool moreExpected = static_cast<bool>(std::getline(expectedLines, expected));
-        const bool moreActual = static_cast<bool>(std::getline(actualLines, got));
-        if (!moreExpected && !moreActual) return;
-        ASSERT_EQ(moreExpected ? expected : "(end)", moreActual ? got : "(end)") << fileName << ", line " << line;
-    }
+    EXPECT_EQ(GoldenText(fileName), WithoutReturns(actual)) << fileName;
 }
 
 }  // namespace qvx::test

@@ -9,7 +9,7 @@ extern bool updateGolden;
 
 std::string GoldenText(const std::string& fileName);
 
-// Fails at the first line that differs from the file. With --update-golden the file is written instead.
+// Fails with the lines that differ from the file. With --update-golden the file is written instead.
 void ExpectGolden(const std::string& fileName, const std::string& actual);
 
 }  // namespace qvx::test

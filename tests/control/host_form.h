@@ -4,14 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <vector>
 
 #include "com/object.h"
 #include "host/running_form_window.h"
+#include "tests/support/files.h"
 #include "tests/support/inert_object.h"
 #include "tests/support/input.h"
 #include "tests/support/narrow.h"
@@ -19,12 +18,6 @@
 #include "tests/support/source_folder.h"
 
 namespace qvx::host {
-
-inline std::string Bytes(const Text& path) {
-    std::ifstream file(Wide(path), std::ios::binary);
-    EXPECT_TRUE(file) << test::Narrow(path);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 // A file of the sources, by the path that Windows programs know it by.
 inline Text SourceFile(TextView path) {
@@ -35,7 +28,8 @@ inline Text SourceFile(TextView path) {
 }
 
 // A component that has no window, loads and saves as it is told, and keeps count of what its form does to it.
-class ScriptedControl final : public test::InertObject<IPersistPropertyBag> {
+template <class... Others>
+class ScriptedObject : public test::InertObject<IPersistPropertyBag, Others...> {
   public:
     HRESULT loads = S_OK;
     std::function<HRESULT()> saves = [] { return S_OK; };
@@ -58,7 +52,11 @@ class ScriptedControl final : public test::InertObject<IPersistPropertyBag> {
     STDMETHODIMP Load(IPropertyBag*, IErrorLog*) override { return loads; }
     STDMETHODIMP Save(IPropertyBag*, BOOL, BOOL) override { return saves(); }
 
-  private:
+  protected:
+    ~ScriptedObject() override = default;
+};
+
+class ScriptedControl final : public ScriptedObject<> {
     ~ScriptedControl() override = default;
 };
 
@@ -75,12 +73,7 @@ class TestClasses final : public ClassSource {
 // A form without a script beside it in files: both are given as text. What the script has to say it puts into Form.Tag.
 class HostFormTest : public ::testing::Test {
   protected:
-    HostFormTest() {
-        source_.UseFile(Text(FromWide(test::ServerUnderTest::Get().Path())));
-        wchar_t folder[MAX_PATH];
-        GetTempPathW(MAX_PATH, folder);
-        folder_ = FromWide(folder);
-    }
+    HostFormTest() { source_.UseFile(Text(FromWide(test::ServerUnderTest::Get().Path()))); }
     ~HostFormTest() override {
         form_.reset();
         // The last form of a program ends its message loop; there are more tests to come.
@@ -101,13 +94,11 @@ class HostFormTest : public ::testing::Test {
         form_->Keyboard().FollowFocus();
         return form_->Keyboard().Active() ? form_->Keyboard().Active()->Title() : Text();
     }
-    bool Key(UINT message, WPARAM key) {
-        MSG input{};
-        input.hwnd = GetFocus();
-        input.message = message;
-        input.wParam = key;
-        input.lParam = message == WM_SYSCHAR ? 1 << 29 : 1;
-        return form_->Keyboard().TranslateKey(input);
+    bool Key(UINT message, WPARAM key, bool dispatches = false) {
+        MSG input{GetFocus(), message, key, message == WM_SYSCHAR ? 1 << 29 : 1, 0, {}};
+        const bool used = form_->Keyboard().TranslateKey(input);
+        if (!used && dispatches) DispatchMessageW(&input);
+        return used;
     }
     // A key that is pressed while others are held down. What the form has no use for goes to the window that it is for.
     bool Press(int key, const std::vector<int>& held) {
@@ -116,27 +107,20 @@ class HostFormTest : public ::testing::Test {
         BYTE state[256] = {};
         for (const int down : held) state[down] = 0x80;
         SetKeyboardState(state);
-        MSG input{};
-        input.hwnd = GetFocus();
-        input.message = WM_KEYDOWN;
-        input.wParam = static_cast<WPARAM>(key);
-        input.lParam = 1;
-        const bool used = form_->Keyboard().TranslateKey(input);
-        if (!used) DispatchMessageW(&input);
+        const bool used = Key(WM_KEYDOWN, static_cast<WPARAM>(key), true);
         SetKeyboardState(before);
         return used;
     }
     Text SavedPath() const { return folder_ + u"qvx_host_test.frm"; }
     std::string SavedBytes() {
-        const Text path = SavedPath();
-        form_->Save(path);
-        return Bytes(path);
+        form_->Save(SavedPath());
+        return test::Read(SavedPath());
     }
 
     Options options_;
     TestClasses source_;
     Reporter reporter_{true};
-    Text folder_;
+    Text folder_ = test::TemporaryPath({});
     std::unique_ptr<RunningForm> form_;
 };
 

@@ -23,17 +23,12 @@ TEST(LampControl, IsLitSavedAndShown) {
     auto lamp = first.As<_Lamp>();
     ASSERT_EQ(S_OK, lamp->put_Lit(VARIANT_TRUE));
     EXPECT_EQ(S_OK, first.As<IPersistStreamInit>()->IsDirty());
-    const auto bag = MakeObject<MemoryBag>();
-    ASSERT_EQ(S_OK, first.As<IPersistPropertyBag>()->Save(bag.get(), TRUE, FALSE));
+    const auto bag = SaveToBag(first.get());
     EXPECT_EQ(u"Lit=True\n", bag->Print());
 
     const auto second = NewLamp();
     Container container({});
-    container.Place(second, [&](IUnknown* placed) {
-        ComPtr<IPersistPropertyBag> stored;
-        ASSERT_EQ(S_OK, placed->QueryInterface(IID_IPersistPropertyBag, stored.put_void()));
-        ASSERT_EQ(S_OK, stored->Load(bag.get(), nullptr));
-    });
+    container.Place(second, [&](IUnknown* placed) { EXPECT_EQ(S_OK, LoadFromBag(placed, bag.get())); });
     container.Activate();
     Pump();
     const HWND window = container.ControlWindow();

@@ -7,6 +7,8 @@
 #include "Qvx.h"
 #include "common/property_stream.h"
 #include "tests/support/container.h"
+#include "tests/support/each_control.h"
+#include "tests/support/property_change.h"
 #include "tests/support/resource_counts.h"
 #include "tests/support/server_under_test.h"
 
@@ -17,76 +19,55 @@ using property_stream::Bytes;
 
 ComPtr<IUnknown> New(REFCLSID id) { return ServerUnderTest::Get().Create(id); }
 
-// A control as a host would have left it: some properties changed, some not.
-struct Used {
-    const char* name;
-    const CLSID* id;
-    std::vector<std::pair<const wchar_t*, Variant>> values;
-
-    ComPtr<IUnknown> Make() const {
-        auto control = New(*id);
-        EXPECT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
-        const auto automation = control.As<IDispatch>();
-        for (const auto& [property, value] : values) Put(automation.get(), property, {value});
-        if (*id == CLSID_Button || *id == CLSID_RButton) {
-            const auto font = Call(automation.get(), L"Font").ToObject<IFont>();
-            EXPECT_EQ(S_OK, *id == CLSID_Button ? font->put_Bold(TRUE) : font->put_Italic(TRUE));
-        }
-        return control;
+// A control as a host would have left it: every property has another value, some of them a certain one.
+ComPtr<IUnknown> Used(REFCLSID id) {
+    struct Set {
+        const CLSID& id;
+        const wchar_t* member;
+        Variant value;
+    };
+    const Set certain[] = {
+        {CLSID_Button, L"Caption", Variant(u"&Sauv\u00E9 \u6F22")},
+        {CLSID_RButton, L"MaskColor", Variant(static_cast<long>(0x80000018))},
+        {CLSID_ComboGrid, L"FormatString", Variant(u"No|<Name            |>Price")},
+        {CLSID_ComboGrid, L"Rows", Variant(5)},
+        {CLSID_ComboGrid, L"KeyColumn", Variant(2)},
+        {CLSID_TextEdit, L"MaxLength", Variant(9)},
+        {CLSID_TextEdit, L"DataType", Variant(2)},
+        {CLSID_TextEdit, L"DecimalPlaces", Variant(3)},
+        {CLSID_TextEdit, L"Text", Variant(u"-12.5")},
+        {CLSID_TextEdit, L"MinValue", Variant(-100.25)},
+    };
+    auto control = New(id);
+    EXPECT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    const auto automation = control.As<IDispatch>();
+    ForEachProperty(automation.get(), [&](const Function& member, const std::vector<VARIANT>& index) {
+        Change(automation.get(), member, index);
+    });
+    for (const Set& set : certain) {
+        if (set.id == id) Put(automation.get(), set.member, {set.value});
     }
-    friend std::ostream& operator<<(std::ostream& out, const Used& used) { return out << used.name; }
+    return control;
+}
+
+class SavedControl : public ::testing::TestWithParam<const CLSID*> {
+  protected:
+    const CLSID& id_ = *GetParam();
+    const ComPtr<IUnknown> original_ = Used(id_);
 };
 
-const Used usedControls[] = {
-    {"Button",
-     &CLSID_Button,
-     {{L"Caption", Variant(u"&Sauv\u00E9 \u6F22")},
-      {L"Behavior", Variant(1)},
-      {L"DropDown", Variant(true)},
-      {L"BorderColor", Variant(0x123456)}}},
-    {"RButton",
-     &CLSID_RButton,
-     {{L"Caption", Variant(u"&Post")},
-      {L"Value", Variant(true)},
-      {L"UpTopColor", Variant(0xFF)},
-      {L"MaskColor", Variant(static_cast<long>(0x80000018))},
-      {L"FocusRect", Variant(false)}}},
-    {"ComboGrid",
-     &CLSID_ComboGrid,
-     {{L"FormatString", Variant(u"No|<Name            |>Price")},
-      {L"Rows", Variant(5)},
-      {L"ListColumns", Variant(u";Name;")},
-      {L"DateFormat", Variant(u"mmm/yyyy")},
-      {L"GridColor", Variant(255)},
-      {L"BackColor", Variant(static_cast<long>(0x80000018))},
-      {L"AutoTab", Variant(false)},
-      {L"KeyColumn", Variant(2)}}},
-    {"TextEdit",
-     &CLSID_TextEdit,
-     {{L"DataType", Variant(2)},
-      {L"DecimalPlaces", Variant(3)},
-      {L"Text", Variant(u"-12.5")},
-      {L"MinValue", Variant(-100.25)},
-      {L"Alignment", Variant(1)},
-      {L"ToolTipText", Variant(u"Prix \u6F22")},
-      {L"AllowEmpty", Variant(false)}}},
-};
-
-class SavedControl : public ::testing::TestWithParam<Used> {};
-
-INSTANTIATE_TEST_SUITE_P(Controls, SavedControl, ::testing::ValuesIn(usedControls),
-                         [](const auto& parameter) { return parameter.param.name; });
+INSTANTIATE_TEST_SUITE_P(Controls, SavedControl, ::testing::ValuesIn(EachControlId()), ControlName);
 
 TEST_P(SavedControl, ComesBackTheSameThroughEveryStore) {
-    const auto original = GetParam().Make();
-    const auto bag = SaveToBag(original.get());
-    const Bytes stream = SaveToStream(original.get());
+    const auto bag = SaveToBag(original_.get());
+    const Bytes stream = SaveToStream(original_.get());
     EXPECT_FALSE(bag->entries.empty());
-    const auto throughBag = New(*GetParam().id);
+    // What has been used before has the stored state as well, and nothing to save.
+    const auto throughBag = Used(id_);
     ASSERT_EQ(S_OK, LoadFromBag(throughBag.get(), bag.get()));
-    EXPECT_EQ(bag->Print(), SaveToBag(throughBag.get())->Print());
     EXPECT_EQ(S_FALSE, throughBag.As<IPersistStreamInit>()->IsDirty());
-    const auto throughStream = New(*GetParam().id);
+    EXPECT_EQ(bag->Print(), SaveToBag(throughBag.get())->Print());
+    const auto throughStream = New(id_);
     ASSERT_EQ(S_OK, LoadFromStream(throughStream.get(), stream));
     EXPECT_EQ(stream, SaveToStream(throughStream.get()));
     EXPECT_EQ(bag->Print(), SaveToBag(throughStream.get())->Print());
@@ -99,10 +80,10 @@ TEST_P(SavedControl, ComesBackTheSameThroughEveryStore) {
     ASSERT_EQ(S_OK, CreateILockBytesOnHGlobal(nullptr, TRUE, memory.put()));
     ASSERT_EQ(S_OK, StgCreateDocfileOnILockBytes(memory.get(), STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE, 0,
                                                  storage.put()));
-    const auto persistStorage = original.As<IPersistStorage>();
+    const auto persistStorage = original_.As<IPersistStorage>();
     ASSERT_EQ(S_OK, persistStorage->Save(storage.get(), FALSE));
     ASSERT_EQ(S_OK, persistStorage->SaveCompleted(nullptr));
-    const auto throughStorage = New(*GetParam().id);
+    const auto throughStorage = New(id_);
     ASSERT_EQ(S_OK, throughStorage.As<IPersistStorage>()->Load(storage.get()));
     EXPECT_EQ(stream, SaveToStream(throughStorage.get()));
     EXPECT_EQ(CO_E_ALREADYINITIALIZED, throughStorage.As<IPersistStorage>()->Load(storage.get()));
@@ -110,45 +91,41 @@ TEST_P(SavedControl, ComesBackTheSameThroughEveryStore) {
 }
 
 TEST_P(SavedControl, TellsNothingOfItselfWhileItIsRead) {
-    const auto original = GetParam().Make();
     Container container(HostInMode(true));
-    container.Place(New(*GetParam().id));
+    container.Place(New(id_));
     container.Activate();
-    GUID source{};
-    ASSERT_EQ(S_OK, Query<IProvideClassInfo2>(container.Control())->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source));
     const auto events = MakeObject<EventRecorder>();
-    const Connection connection(container.Control(), source, events.get());
-    EXPECT_EQ(S_OK, LoadFromBag(container.Control(), SaveToBag(original.get()).get()));
-    EXPECT_EQ(S_OK, LoadFromStream(container.Control(), SaveToStream(original.get())));
+    const Connection connection(container.Control(), EventsOf(container.Control()), events.get());
+    EXPECT_EQ(S_OK, LoadFromBag(container.Control(), SaveToBag(original_.get()).get()));
+    EXPECT_EQ(S_OK, LoadFromStream(container.Control(), SaveToStream(original_.get())));
     EXPECT_EQ(0u, events->events.size());
 }
 
 TEST_P(SavedControl, UnknownKeysAreIgnored) {
-    const auto original = GetParam().Make();
-    const auto bag = SaveToBag(original.get());
+    const auto bag = SaveToBag(original_.get());
     const Text expected = bag->Print();
     bag->entries.insert(bag->entries.begin(), {L"FromTheFuture", Variant(u"x")});
     bag->entries.emplace_back(L"_ExtentX", Variant(77));
-    const auto copy = New(*GetParam().id);
+    const auto copy = New(id_);
     ASSERT_EQ(S_OK, LoadFromBag(copy.get(), bag.get()));
     EXPECT_EQ(expected, SaveToBag(copy.get())->Print());
     // In streams too, and of a kind that is not known yet.
-    const Bytes stream = SaveToStream(original.get());
+    const Bytes stream = SaveToStream(original_.get());
     const auto header = property_stream::ReadHeader(stream);
     ASSERT_TRUE(header);
     auto records = property_stream::ReadRecords(*header, std::span(stream).subspan(property_stream::headerSize));
     ASSERT_TRUE(records);
     records->insert(records->begin(), {u"FromTheFuture", PropertyValue(Text(u"x"))});
     records->emplace_back(u"Odd", PropertyValue());
-    const auto other = New(*GetParam().id);
+    const auto other = New(id_);
     ASSERT_EQ(S_OK, LoadFromStream(other.get(), property_stream::Write(*records)));
     EXPECT_EQ(stream, SaveToStream(other.get()));
 }
 
 // Every prefix of a stream is refused cleanly, and leaves the control as it was.
 TEST_P(SavedControl, TruncatedStreamsAreRefused) {
-    const Bytes stream = SaveToStream(GetParam().Make().get());
-    const auto control = New(*GetParam().id);
+    const Bytes stream = SaveToStream(original_.get());
+    const auto control = New(id_);
     ASSERT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
     const Bytes fresh = SaveToStream(control.get());
     for (size_t length = 0; length < stream.size(); length += 1 + length / 16) {
@@ -160,7 +137,7 @@ TEST_P(SavedControl, TruncatedStreamsAreRefused) {
 
 // Damaged in a thousand ways: never a crash, never a leak, always a control that can be used and saved.
 TEST_P(SavedControl, SurvivesAThousandMutatedStreams) {
-    const Bytes good = SaveToStream(GetParam().Make().get());
+    const Bytes good = SaveToStream(original_.get());
     std::mt19937 random(20240301);
     const auto mutate = [&] {
         Bytes bytes = good;
@@ -177,12 +154,13 @@ TEST_P(SavedControl, SurvivesAThousandMutatedStreams) {
     const HRESULT idle = ServerUnderTest::Get().CanUnload();
     int accepted = 0;
     const auto round = [&] {
-        const auto control = New(*GetParam().id);
+        const auto control = New(id_);
         ASSERT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
         if (SUCCEEDED(LoadFromStream(control.get(), mutate()))) ++accepted;
         const Bytes saved = SaveToStream(control.get());
-        const auto again = New(*GetParam().id);
+        const auto again = New(id_);
         ASSERT_EQ(S_OK, LoadFromStream(again.get(), saved));
+        ASSERT_EQ(S_OK, LoadFromBag(again.get(), SaveToBag(control.get()).get()));
     };
     ExpectNothingLeftBehind(500, round);
     EXPECT_GT(accepted, 0) << "some damage is only another value";
@@ -191,7 +169,7 @@ TEST_P(SavedControl, SurvivesAThousandMutatedStreams) {
 
 // A stream that promises gigabytes costs nothing, and one of another version is not guessed at.
 TEST(Streams, HostileHeadersAreRefused) {
-    const Bytes good = SaveToStream(usedControls[0].Make().get());
+    const Bytes good = SaveToStream(Used(CLSID_Button).get());
     const auto with = [&](size_t at, std::initializer_list<int> values) {
         Bytes bytes = good;
         for (const int value : values) bytes[at++] = static_cast<std::uint8_t>(value);
@@ -247,7 +225,7 @@ TEST(Bags, FailuresToWriteAreReported) {
         ~Full() override = default;
     };
     EXPECT_EQ(STG_E_MEDIUMFULL,
-              usedControls[0].Make().As<IPersistPropertyBag>()->Save(MakeObject<Full>().get(), TRUE, TRUE));
+              Used(CLSID_Button).As<IPersistPropertyBag>()->Save(MakeObject<Full>().get(), TRUE, TRUE));
 }
 
 }  // namespace

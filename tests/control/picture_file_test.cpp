@@ -108,7 +108,7 @@ TEST_F(PictureFile, WhatIsNoPictureIsRefused) {
 // Whatever happens to a file's bytes: a picture that can be drawn, or none.
 TEST_F(PictureFile, DamagedFilesDoNoHarm) {
     std::vector<std::string> files{Bitmap(16, 16, 24), Bitmap(9, 9, 8), Bitmap(16, 16, 1),
-                                   Bytes(SourceFile(u"/samples/pictures/new.ico"))};
+                                   test::Read(SourceFile(u"/samples/pictures/new.ico"))};
     std::mt19937 random(1);
     int drawn = 0;
     for (int i = 0; i < 400; ++i) {

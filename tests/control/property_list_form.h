@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
 #include <memory>
 #include <vector>
 
@@ -16,6 +15,7 @@
 namespace qvx::host::designer {
 
 using test::Call;
+using test::Settle;
 using test::TypeKey;
 using test::WaitFor;
 
@@ -77,22 +77,26 @@ class PropertyListTest : public HostFormTest {
     Variant Value(TextView control, const wchar_t* name) {
         return Call(form_->FindControl(control)->Inner().get(), name);
     }
-    void Settle(int milliseconds = 150) {
-        WaitFor([] { return false; }, milliseconds);
-    }
     // Goes to a property, into its value, as somebody with the keyboard.
     void Edit(TextView name) {
         list_->GoTo(name);
         SetFocus(list_->RowsWindow());
-        TypeKey(VK_TAB);
-        Settle();
+        Keys({VK_TAB});
     }
     void Type(const char* keys) {
-        for (; *keys; ++keys) {
-            const SHORT key = VkKeyScanW(static_cast<wchar_t>(*keys));
-            TypeKey(LOBYTE(key), HIBYTE(key) & 1 ? std::initializer_list<int>{VK_SHIFT} : std::initializer_list<int>{});
-        }
+        test::TypeKeys(keys);
         Settle();
+    }
+    // Presses keys one after the other.
+    void Keys(const std::initializer_list<int>& keys) {
+        for (const int key : keys) TypeKey(key);
+        Settle();
+    }
+    // Types a property's value.
+    void Enter(TextView name, const char* value) {
+        Edit(name);
+        Type(value);
+        Keys({VK_RETURN});
     }
     Text FocusText() { return WindowText(GetFocus()); }
 

@@ -1,15 +1,8 @@
 // The property list over objects that fail, lie, or change the list while they are asked.
 #include <gtest/gtest.h>
-#include <oleacc.h>
 #include <olectl.h>
 
-#include "com/font_object.h"
 #include "tests/control/property_list_form.h"
-#include "tests/support/input.h"
-#include "tests/support/resource_counts.h"
-#include "tests/support/thread_windows.h"
-#include "win/dpi.h"
-#include "win/window_text.h"
 
 namespace qvx::host::designer {
 namespace {
@@ -54,50 +47,31 @@ TEST_F(HostileObjects, WhatCannotBeReadIsShownEmpty) {
     itself.vt = VT_BYREF | VT_VARIANT;
     itself.pvarVal = &itself;
     static long number = 17;
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_I4;
+    reference.plVal = &number;
+    Variant array;
+    array.ptr()->parray = SafeArrayCreateVector(VT_I4, 0, 3);
+    array.ptr()->vt = VT_ARRAY | VT_I4;
+    const Variant text(u"no number");
+    const Variant noObject(static_cast<IDispatch*>(nullptr));
+    const auto gives = [](const VARIANT& value) {
+        return [&value](VARIANT* result, EXCEPINFO*) { return VariantCopy(result, const_cast<VARIANT*>(&value)); };
+    };
+    const auto refused = [](VARIANT*, EXCEPINFO* exception) {
+        exception->scode = static_cast<SCODE>(0x800A0189);
+        exception->bstrDescription = SysAllocString(L"Get not supported at run time");
+        return DISP_E_EXCEPTION;
+    };
     const Case cases[] = {
-        {"error 393",
-         [](VARIANT*, EXCEPINFO* exception) {
-             exception->scode = static_cast<SCODE>(0x800A0189);
-             exception->bstrDescription = SysAllocString(L"Get not supported at run time");
-             return DISP_E_EXCEPTION;
-         },
-         u""},
-        {"failure", [](VARIANT*, EXCEPINFO*) { return E_FAIL; }, u""},
+        {"error 393", refused, u""},
         {"an exception", [](VARIANT*, EXCEPINFO*) -> HRESULT { throw std::runtime_error("out"); }, u""},
         {"nothing", [](VARIANT*, EXCEPINFO*) { return S_OK; }, u"0"},
-        {"a reference to itself",
-         [](VARIANT* result, EXCEPINFO*) {
-             *result = itself;
-             return S_OK;
-         },
-         u""},
-        {"a reference",
-         [](VARIANT* result, EXCEPINFO*) {
-             result->vt = VT_BYREF | VT_I4;
-             result->plVal = &number;
-             return S_OK;
-         },
-         u"17"},
-        {"a text",
-         [](VARIANT* result, EXCEPINFO*) {
-             *result = Variant(u"no number").detach();
-             return S_OK;
-         },
-         u""},
-        {"an array",
-         [](VARIANT* result, EXCEPINFO*) {
-             result->vt = VT_ARRAY | VT_I4;
-             result->parray = SafeArrayCreateVector(VT_I4, 0, 3);
-             return S_OK;
-         },
-         u""},
-        {"no object",
-         [](VARIANT* result, EXCEPINFO*) {
-             result->vt = VT_DISPATCH;
-             result->pdispVal = nullptr;
-             return S_OK;
-         },
-         u""},
+        {"a reference to itself", gives(itself), u""},
+        {"a reference", gives(reference), u"17"},
+        {"a text", gives(text.get()), u""},
+        {"an array", gives(array.get()), u""},
+        {"no object", gives(noObject.get()), u""},
     };
     for (const Case& c : cases) {
         object_->invoke = [&c](WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO* exception) {
@@ -141,11 +115,8 @@ TEST_F(HostileObjects, ObjectsMayChangeTheListWhileTheyAreAsked) {
     };
     object_.reset();
     list_->GoTo(u"Rows");
-    TypeKey(VK_TAB);
-    Settle();
-    Type("7");
-    TypeKey(VK_RETURN);
-    Settle();
+    Keys({VK_TAB});
+    Keys({'7', VK_RETURN});
     EXPECT_EQ(list_, nullptr);
 }
 

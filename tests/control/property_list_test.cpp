@@ -19,29 +19,24 @@ TEST_F(PropertyListTest, RowsComeFromTypeInformationAndFromTheHost) {
     struct Case {
         const char16_t* name;
         PropertyKind kind;
-        bool readOnly;
         const char16_t* text;
         const char16_t* help;
     };
     const Case cases[] = {
-        {u"Caption", PropertyKind::text, false, u"OK",
-         u"The text on the button; the character after an & is its access key."},
-        {u"BackColor", PropertyKind::color, false, u"&H8000000F&", u"The colour of the face."},
-        {u"Behavior", PropertyKind::enumeration, false, u"2 - bSimpleHeavy",
+        {u"Caption", PropertyKind::text, u"OK", u"The text on the button; the character after an & is its access key."},
+        {u"BackColor", PropertyKind::color, u"&H8000000F&", u"The colour of the face."},
+        {u"Behavior", PropertyKind::enumeration, u"2 - bSimpleHeavy",
          u"The border of the button at rest and under the mouse."},
-        {u"DropDown", PropertyKind::boolean, false, u"False", u"Whether an arrow is drawn at the right edge."},
-        {u"Font", PropertyKind::font, false, u"Tahoma, 8.25", u"The font of the caption."},
-        {u"Name", PropertyKind::text, false, u"cmdOk", u"The name by which scripts know the object."},
-        {u"Width", PropertyKind::integer, false, u"1200", u"The width in twips."},
-        {u"Visible", PropertyKind::boolean, false, u"True", u"Whether the object is seen."},
+        {u"DropDown", PropertyKind::boolean, u"False", u"Whether an arrow is drawn at the right edge."},
+        {u"Font", PropertyKind::font, u"Tahoma, 8.25", u"The font of the caption."},
+        {u"Width", PropertyKind::integer, u"1200", u"The width in twips."},
     };
     for (const Case& c : cases) {
         const PropertyRow& row = Row(c.name);
-        const std::string name = test::Narrow(c.name);
-        EXPECT_EQ(row.info.kind, c.kind) << name;
-        EXPECT_EQ(row.info.readOnly, c.readOnly) << name;
-        EXPECT_EQ(test::Narrow(row.reading.text), test::Narrow(c.text)) << name;
-        EXPECT_EQ(test::Narrow(row.info.help), test::Narrow(c.help)) << name;
+        EXPECT_EQ(row.info.kind, c.kind) << test::Narrow(c.name);
+        EXPECT_FALSE(row.info.readOnly) << test::Narrow(c.name);
+        EXPECT_EQ(row.reading.text, c.text);
+        EXPECT_EQ(row.info.help, c.help);
     }
     EXPECT_FALSE(Has(u"Value")) << "it can only be written";
     EXPECT_FALSE(Has(u"ShowAbout")) << "it is a method";
@@ -51,18 +46,13 @@ TEST_F(PropertyListTest, RowsComeFromTypeInformationAndFromTheHost) {
     EXPECT_EQ(choices[1], (PropertyChoice{u"bFlatHeavy", std::int32_t{1}}));
 }
 
-TEST_F(PropertyListTest, GridsTextBoxesAndLabelsHaveTheirRows) {
+TEST_F(PropertyListTest, GridsTextBoxesLabelsAndTheFormHaveTheirRows) {
     Show({u"grdItems"});
-    EXPECT_EQ(Row(u"FocusRect").info.choices.size(), 3u);
-    EXPECT_EQ(Row(u"Rows").info.kind, PropertyKind::integer);
-    EXPECT_EQ(Row(u"ForeColor").info.kind, PropertyKind::color);
     EXPECT_FALSE(Has(u"TextMatrix")) << "it wants a row and a column";
     Show({u"txtName"});
     EXPECT_EQ(Row(u"MinValue").info.kind, PropertyKind::real);
-    EXPECT_EQ(Row(u"Alignment").reading.text, u"0 - txtAlignLeft");
     EXPECT_FALSE(Has(u"Default")) << "it is no button";
     Show({u"lblName"});
-    EXPECT_EQ(Row(u"Caption").reading.text, u"Name");
     EXPECT_EQ(Row(u"Alignment").reading.text, u"0 - Left");
     EXPECT_TRUE(list_->SetValue(u"Alignment", std::int32_t{2}));
     EXPECT_EQ(Row(u"Alignment").reading.text, u"2 - Center");
@@ -71,119 +61,101 @@ TEST_F(PropertyListTest, GridsTextBoxesAndLabelsHaveTheirRows) {
     EXPECT_EQ(WindowText(label), u"Name");
     list_->Show({{u"frmTest", nullptr, ComPtr<IDispatch>(form_->Automation()), nullptr}}, {u"frmTest"});
     EXPECT_EQ(Row(u"Caption").reading.text, u"Test");
-    EXPECT_EQ(Row(u"Font").info.kind, PropertyKind::font);
     EXPECT_FALSE(Has(u"ActiveControl"));
     list_->Show({}, {});
     EXPECT_TRUE(list_->Table()->Lines().empty());
 }
 
-TEST_F(PropertyListTest, ATextIsTyped) {
+TEST_F(PropertyListTest, ATextIsTypedAndAppliedByEnterOrByLeaving) {
     Show({u"cmdOk"});
+    const auto caption = [&] { return Value(u"cmdOk", L"Caption").ToText(); };
     Edit(u"Caption");
     EXPECT_EQ(FocusText(), u"OK");
     Type("Go");
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"OK") << "not before Enter";
-    TypeKey(VK_RETURN);
-    Settle();
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Go");
+    EXPECT_EQ(caption(), u"OK") << "not before Enter";
+    Keys({VK_RETURN});
+    EXPECT_EQ(caption(), u"Go");
     EXPECT_EQ(Row(u"Caption").reading.text, u"Go");
-    EXPECT_EQ(notifications_, u"before changed:Caption ");
     Type("Gone");
-    TypeKey(VK_ESCAPE);
-    Settle();
+    Keys({VK_ESCAPE});
     EXPECT_EQ(FocusText(), u"Go");
-    TypeKey(VK_DOWN);
-    Settle();
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Go") << "what was put back is not applied";
+    Keys({VK_DOWN});
+    EXPECT_EQ(caption(), u"Go") << "what was put back is not applied";
     EXPECT_EQ(notifications_, u"before changed:Caption ");
-}
-
-TEST_F(PropertyListTest, LeavingTheFieldApplies) {
-    Show({u"cmdOk"});
     Edit(u"Caption");
     Type("Left");
-    TypeKey(VK_DOWN);
-    Settle();
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Left");
+    Keys({VK_DOWN});
+    EXPECT_EQ(caption(), u"Left");
     Edit(u"Caption");
     Type("Gone");
     SetFocus(frame_.Handle());
     Settle();
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Gone");
+    EXPECT_EQ(caption(), u"Gone");
+    // One of several lines is typed in its box.
+    EXPECT_TRUE(list_->SetValue(u"Caption", Text(u"one\ntwo")));
+    EXPECT_EQ(Row(u"Caption").reading.text, u"one\\ntwo");
+    Edit(u"Caption");
+    Keys({VK_F4});
+    EXPECT_EQ(FocusText(), u"one\r\ntwo");
+    TypeKey(VK_RETURN, {VK_CONTROL});
+    Settle();
+    EXPECT_EQ(caption(), u"one\ntwo") << "left alone, it stays what it was";
+    Keys({VK_F4});
+    Type("a");
+    TypeKey(VK_RETURN);
+    Type("b");
+    TypeKey(VK_RETURN, {VK_CONTROL});
+    Settle();
+    EXPECT_EQ(caption(), u"a\r\nb");
+    EXPECT_EQ(FocusText(), u"a\\r\\nb");
+    // Leaving the box applies as well; Escape does not.
+    Keys({VK_F4});
+    Type("c");
+    SetActiveWindow(frame_.Handle());
+    Settle();
+    EXPECT_EQ(caption(), u"c");
+    list_->GoTo(u"Caption");
+    Keys({VK_F4});
+    Type("d");
+    Keys({VK_ESCAPE});
+    EXPECT_EQ(caption(), u"c");
 }
 
-TEST_F(PropertyListTest, AnEnumerationIsPickedAndCycled) {
+TEST_F(PropertyListTest, ChoicesAndColorsArePickedAndCycled) {
     Show({u"cmdOk"});
     Edit(u"Behavior");
-    TypeKey(VK_F4);
-    Settle();
+    Keys({VK_F4});
     ASSERT_EQ(test::ThreadWindows(L"QvxPropertyDropDown").size(), 1u);
-    TypeKey(VK_HOME);
-    TypeKey(VK_DOWN);
-    TypeKey(VK_RETURN);
-    Settle();
+    Keys({VK_HOME, VK_DOWN, VK_RETURN});
     EXPECT_EQ(Value(u"cmdOk", L"Behavior").ToLong(), 1);
     EXPECT_EQ(FocusText(), u"1 - bFlatHeavy");
     EXPECT_TRUE(test::ThreadWindows(L"QvxPropertyDropDown").empty());
-    TypeKey(VK_F4);
-    Settle();
-    TypeKey(VK_UP);
-    TypeKey(VK_ESCAPE);
-    Settle();
+    Keys({VK_F4});
+    Keys({VK_UP, VK_ESCAPE});
+    EXPECT_TRUE(WaitFor([] { return test::ThreadWindows(L"QvxPropertyDropDown").empty(); }));
     EXPECT_EQ(Value(u"cmdOk", L"Behavior").ToLong(), 1);
     Type("bsi");
-    TypeKey(VK_RETURN);
-    Settle();
+    Keys({VK_RETURN});
     EXPECT_EQ(Value(u"cmdOk", L"Behavior").ToLong(), 2);
     // Two clicks on the value go on to the next choice.
     test::MoveMouseTo(test::CenterOf(GetFocus()));
     for (int i = 0; i < 2; ++i) test::LeftButton(true), test::LeftButton(false);
     Settle();
     EXPECT_EQ(Value(u"cmdOk", L"Behavior").ToLong(), 0);
-}
-
-TEST_F(PropertyListTest, AColorIsPickedFromThePaletteAndFromTheSystems) {
-    Show({u"cmdOk"});
+    // A colour, from the palette and from the system's.
     list_->GoTo(u"BackColor");
     SetFocus(list_->RowsWindow());
     Settle();
-    TypeKey(VK_F4);  // on the system's colours: the present one is among them
-    Settle();
-    TypeKey(VK_HOME);
-    TypeKey(VK_RETURN);
-    Settle();
+    Keys({VK_F4});  // on the system's colours: the present one is among them
+    Keys({VK_HOME, VK_RETURN});
     EXPECT_EQ(Row(u"BackColor").reading.text, u"&H80000000&");
     EXPECT_TRUE(list_->SetValue(u"BackColor", std::int32_t{0xFFFFFF}));
-    TypeKey(VK_F4);
-    Settle();
-    TypeKey(VK_DOWN);
-    TypeKey(VK_RIGHT);
-    TypeKey(VK_RETURN);
-    Settle();
+    Keys({VK_F4});
+    Keys({VK_DOWN, VK_RIGHT, VK_RETURN});
     EXPECT_EQ(Row(u"BackColor").reading.text, u"&H00C0E0FF&");
     EXPECT_EQ(GetFocus(), list_->RowsWindow());
-    Edit(u"BackColor");
-    Type("Highlight");
-    TypeKey(VK_RETURN);
-    Settle();
+    Enter(u"BackColor", "Highlight");
     EXPECT_EQ(Row(u"BackColor").reading.text, u"&H8000000D&");
-}
-
-TEST_F(PropertyListTest, AFontAndAPictureAreWrittenAsTheirDialogsDo) {
-    Show({u"cmdOk", u"cmdNo"});
-    FontSpec font;
-    font.face = u"Tahoma";
-    font.points = 12;
-    font.weight = FW_BOLD;
-    EXPECT_TRUE(list_->SetValue(u"Font", font));
-    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 12");
-    const auto first = Value(u"cmdOk", L"Font").ToObject<IFont>();
-    const auto second = Value(u"cmdNo", L"Font").ToObject<IFont>();
-    EXPECT_EQ(ReadFontObject(first.get()), font);
-    EXPECT_FALSE(first == second) << "each has a font of its own";
-    Show({u"cmdOk"});
-    EXPECT_FALSE(list_->SetPicture(u"Caption", u""));
-    EXPECT_FALSE(list_->SetValue(u"NoSuch", true));
 }
 
 TEST_F(PropertyListTest, WhatIsRefusedIsSaidAndPutBack) {
@@ -193,16 +165,12 @@ TEST_F(PropertyListTest, WhatIsRefusedIsSaidAndPutBack) {
     Text said;
     {
         test::Person person([&said] {
-            HWND box = nullptr;
-            EXPECT_TRUE(
-                WaitFor([&] { return (box = FindWindowW(L"#32770", nullptr)) != nullptr && IsWindowVisible(box); },
-                        5000, false));
-            Sleep(200);
+            const HWND box = test::WaitForWindow(test::systemDialog);
             said = WindowText(GetDlgItem(box, 0xFFFF));
             PostMessageW(box, WM_COMMAND, IDOK, 0);
         });
         TypeKey(VK_RETURN);
-        EXPECT_TRUE(WaitFor([&] { return !said.empty() && !FindWindowW(L"#32770", nullptr); }));
+        EXPECT_TRUE(WaitFor([&] { return !said.empty() && !FindWindowW(test::systemDialog, nullptr); }));
     }
     Settle();
     EXPECT_EQ(said, u"Behavior: Invalid property value");
@@ -216,23 +184,26 @@ TEST_F(PropertyListTest, SeveralObjectsAreWrittenAtOnce) {
     EXPECT_FALSE(Has(u"Name"));
     EXPECT_EQ(Row(u"Caption").reading.text, u"");
     EXPECT_EQ(Row(u"Width").reading.text, u"1200");
-    Edit(u"Caption");
-    Type("Both");
-    TypeKey(VK_RETURN);
-    Settle();
+    Enter(u"Caption", "Both");
     EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"Both");
     EXPECT_EQ(Value(u"cmdNo", L"Caption").ToText(), u"Both");
+    const FontSpec font{u"Tahoma", 12, FW_BOLD};
+    EXPECT_TRUE(list_->SetValue(u"Font", font));
+    EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 12");
+    const auto second = Value(u"cmdNo", L"Font").ToObject<IFont>();
+    EXPECT_EQ(ReadFontObject(second.get()), font);
+    EXPECT_FALSE(Value(u"cmdOk", L"Font").ToObject<IFont>() == second) << "each has a font of its own";
     Show({u"cmdOk", u"txtName", u"grdItems"});
-    EXPECT_TRUE(Has(u"Enabled"));
     EXPECT_FALSE(Has(u"Caption"));
     EXPECT_TRUE(list_->SetValue(u"Enabled", false));
-    for (const TextView name : {u"cmdOk", u"txtName", u"grdItems"})
-        EXPECT_EQ(Value(name, L"Enabled").ToBool(), false) << test::Narrow(name);
+    EXPECT_EQ(Value(u"txtName", L"Enabled").ToBool(), false);
     notifications_.clear();
+    EXPECT_FALSE(list_->SetValue(u"NoSuch", true));
     EXPECT_FALSE(list_->SetValue(u"Width", std::int32_t{-1}));
     MSG message;
     EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_APP + 1, WM_APP + 1, PM_REMOVE)) << "the message to the user";
     EXPECT_EQ(notifications_, u"before ") << "nothing has changed";
+    EXPECT_FALSE(list_->SetPicture(u"Enabled", u""));
 }
 
 TEST_F(PropertyListTest, KeysWalkAndSearch) {
@@ -252,8 +223,7 @@ TEST_F(PropertyListTest, KeysWalkAndSearch) {
     };
     Settle();
     EXPECT_EQ(current(), "Name");
-    TypeKey(VK_DOWN);
-    Settle();
+    Keys({VK_DOWN});
     EXPECT_EQ(current(), "BackColor");
     TypeKey(VK_HOME);
     Type("fo");
@@ -351,20 +321,15 @@ TEST_F(PropertyListTest, AControlMayOfferWordsChoicesAndPages) {
     EXPECT_EQ(Row(u"Caption").reading.text, u"Short");
     EXPECT_EQ(Row(u"Caption").info.choices.size(), 2u) << "what has no value is no choice";
     Edit(u"Caption");
-    TypeKey(VK_F4);
-    Settle();
-    TypeKey(VK_END);
-    TypeKey(VK_RETURN);
-    Settle();
+    Keys({VK_F4});
+    Keys({VK_END, VK_RETURN});
     EXPECT_EQ(control->values[DISPID_CAPTION].ToText(), u"a long caption");
     Type("mine");
-    TypeKey(VK_RETURN);
-    Settle();
+    Keys({VK_RETURN});
     EXPECT_EQ(control->values[DISPID_CAPTION].ToText(), u"mine");
     list_->GoTo(u"Custom");
     SetFocus(list_->RowsWindow());
-    TypeKey(VK_RETURN);
-    Settle();
+    Keys({VK_RETURN});
     EXPECT_EQ(pages, std::vector<std::size_t>{0});
     list_->Show({subject, subject}, {u"x", u"x"});
     EXPECT_FALSE(Has(u"Custom"));
@@ -374,9 +339,7 @@ TEST_F(PropertyListTest, AControlMayOfferWordsChoicesAndPages) {
 TEST_F(PropertyListTest, ColoursAndFontsComeFromTheSystemsDialogs) {
     const auto person = [](const std::function<void()>& acts) {
         return std::make_unique<test::Person>([acts] {
-            EXPECT_TRUE(test::WaitForDialog());
-            Sleep(300);
-            acts();
+            if (test::WaitForWindow(test::systemDialog)) acts();
         });
     };
     const auto open = [&](TextView name) {
@@ -408,8 +371,7 @@ TEST_F(PropertyListTest, ColoursAndFontsComeFromTheSystemsDialogs) {
     EXPECT_EQ(Row(u"Font").reading.text, u"Tahoma, 14.25") << "called off";
     // From the box of colours by its button.
     open(u"BackColor");
-    TypeKey(VK_TAB);
-    Settle();
+    Keys({VK_TAB});
     EXPECT_EQ(FocusText(), u"&Other...");
     {
         const auto someone = person([&] {
@@ -427,42 +389,6 @@ TEST_F(PropertyListTest, ColoursAndFontsComeFromTheSystemsDialogs) {
     EXPECT_EQ(Value(u"cmdOk", L"BackColor").ToLong(), 0x302010);
 }
 
-TEST_F(PropertyListTest, ATextOfSeveralLinesIsTypedInItsBox) {
-    Show({u"cmdOk"});
-    EXPECT_TRUE(list_->SetValue(u"Caption", Text(u"one\ntwo")));
-    EXPECT_EQ(Row(u"Caption").reading.text, u"one\\ntwo");
-    Edit(u"Caption");
-    TypeKey(VK_F4);
-    Settle();
-    EXPECT_EQ(FocusText(), u"one\r\ntwo");
-    TypeKey(VK_RETURN, {VK_CONTROL});
-    Settle();
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"one\ntwo") << "left alone, it stays what it was";
-    TypeKey(VK_F4);
-    Settle();
-    Type("a");
-    TypeKey(VK_RETURN);
-    Type("b");
-    TypeKey(VK_RETURN, {VK_CONTROL});
-    Settle();
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"a\r\nb");
-    EXPECT_EQ(FocusText(), u"a\\r\\nb");
-    // Leaving the box applies as well; Escape does not.
-    TypeKey(VK_F4);
-    Settle();
-    Type("c");
-    SetActiveWindow(frame_.Handle());
-    Settle();
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"c");
-    list_->GoTo(u"Caption");
-    TypeKey(VK_F4);
-    Settle();
-    Type("d");
-    TypeKey(VK_ESCAPE);
-    Settle();
-    EXPECT_EQ(Value(u"cmdOk", L"Caption").ToText(), u"c");
-}
-
 TEST_F(PropertyListTest, TheSelectorAndTheTabsLeadOn) {
     std::vector<std::size_t> picked;
     list_->onSelect = [&](std::size_t index) {
@@ -473,29 +399,21 @@ TEST_F(PropertyListTest, TheSelectorAndTheTabsLeadOn) {
     const HWND selector = FindWindowExW(list_->Handle(), nullptr, L"ComboBox", nullptr);
     EXPECT_EQ(SendMessageW(selector, CB_GETCURSEL, 0, 0), 1);
     SetFocus(selector);
-    TypeKey(VK_DOWN);
-    TypeKey(VK_DOWN);
-    Settle();
+    Keys({VK_DOWN, VK_DOWN});
     EXPECT_EQ(picked, (std::vector<std::size_t>{2, 3}));
     EXPECT_TRUE(Has(u"MinValue"));
     // Tab: the tabs, the rows' names, the value, and round to the selector.
-    TypeKey(VK_TAB);
-    TypeKey(VK_RIGHT);
-    Settle();
+    Keys({VK_TAB, VK_RIGHT});
     EXPECT_EQ(list_->Table()->Order(), PropertyOrder::categorized);
-    TypeKey(VK_TAB);
-    Settle();
+    Keys({VK_TAB});
     EXPECT_EQ(GetFocus(), list_->RowsWindow());
     list_->GoTo(u"Text");
-    TypeKey(VK_TAB);
-    Settle();
+    Keys({VK_TAB});
     EXPECT_EQ(GetParent(GetFocus()), list_->RowsWindow());
     TypeKey(VK_TAB, {VK_SHIFT});
     Settle();
     EXPECT_EQ(GetFocus(), list_->RowsWindow());
-    TypeKey(VK_TAB);
-    TypeKey(VK_TAB);
-    Settle();
+    Keys({VK_TAB, VK_TAB});
     EXPECT_EQ(GetFocus(), selector);
 }
 

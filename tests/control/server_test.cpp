@@ -43,14 +43,29 @@ Snapshot UserClasses() {
     return all;
 }
 
+bool KeyExists(const std::wstring& path) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+    RegCloseKey(key);
+    return true;
+}
+
+// Creates a key if there is none, with a value if it has a name or a text.
+void WriteKey(const std::wstring& path, const wchar_t* name, const wchar_t* value, DWORD options = 0, REGSAM view = 0) {
+    HKEY key = nullptr;
+    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, options, KEY_WRITE | view,
+                                             nullptr, &key, nullptr));
+    if (value)
+        RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value),
+                       static_cast<DWORD>((wcslen(value) + 1) * sizeof(wchar_t)));
+    RegCloseKey(key);
+}
+
 class Registration : public ::testing::Test {
   protected:
     void SetUp() override {
         // A developer's own registration for this user is put back afterwards.
-        HKEY key = nullptr;
-        registered_ =
-            RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Classes\\Qvx.Button", 0, KEY_READ, &key) == ERROR_SUCCESS;
-        if (key) RegCloseKey(key);
+        registered_ = KeyExists(L"Software\\Classes\\Qvx.Button");
         if (registered_) ServerUnderTest::Get().Install(false, L"user");
     }
     void TearDown() override {
@@ -111,8 +126,15 @@ TEST_F(Registration, RemovesExactlyWhatItWrote) {
     EXPECT_GT(UserClasses().size(), before.size() + 20);
     ASSERT_EQ(S_OK, server.Install(false, L"user"));
     EXPECT_EQ(before, UserClasses());
-    // Twice is no failure.
-    EXPECT_EQ(S_OK, server.Install(false, L"user"));
+    // Twice is no failure. A key that somebody else put a value into stays, with that value alone.
+    ASSERT_EQ(S_OK, server.Install(true, L"user"));
+    const std::wstring path = L"Software\\Classes\\CLSID\\" + Spell(server.Controls().at(0).id);
+    WriteKey(path, L"Note", L"mine");
+    for (int twice = 0; twice < 2; ++twice) EXPECT_EQ(S_OK, server.Install(false, L"user"));
+    Snapshot left;
+    Collect(HKEY_CURRENT_USER, path, left);
+    EXPECT_EQ((Snapshot{{path, L"(key)"}, {path + L"|Note", L"mine"}}), left);
+    RegDeleteKeyW(HKEY_CURRENT_USER, path.c_str());
 }
 
 // What cannot be written to its end puts back what was there: an earlier version goes on working.
@@ -120,44 +142,19 @@ TEST_F(Registration, AFailedOneLeavesTheEarlierOneAsItWas) {
     const auto& server = ServerUnderTest::Get();
     ASSERT_EQ(S_OK, server.Install(true, L"user"));
     const std::wstring classes = L"Software\\Classes\\CLSID\\";
-    const auto write = [](const std::wstring& path, DWORD options, const wchar_t* name, std::wstring_view value) {
-        HKEY key = nullptr;
-        ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, options, KEY_WRITE,
-                                                 nullptr, &key, nullptr));
-        RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.data()),
-                       static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
-        RegCloseKey(key);
-    };
     for (const auto& control : server.Controls()) {
-        write(classes + Spell(control.id) + L"\\InprocServer32", 0, nullptr, L"C:\\Earlier\\Qvx.ocx");
+        WriteKey(classes + Spell(control.id) + L"\\InprocServer32", nullptr, L"C:\\Earlier\\Qvx.ocx");
     }
     // The page comes last. Nothing that lasts can be written below a key that does not.
     const std::wstring page = classes + L"{4DE5F516-0402-49F2-93DB-DEAC18CC289F}";
     ASSERT_EQ(ERROR_SUCCESS, RegDeleteTreeW(HKEY_CURRENT_USER, page.c_str()));
-    write(page, REG_OPTION_VOLATILE, L"Note", L"not ours");
+    WriteKey(page, L"Note", L"not ours", REG_OPTION_VOLATILE);
     const Snapshot before = UserClasses();
     EXPECT_TRUE(FAILED(server.Install(true, L"user")));
     EXPECT_EQ(before, UserClasses());
     RegDeleteTreeW(HKEY_CURRENT_USER, page.c_str());
     EXPECT_EQ(S_OK, server.Install(true, L"user"));
     EXPECT_EQ(S_OK, server.Install(false, L"user"));
-}
-
-// A key that somebody else put a value into stays, with that value alone.
-TEST_F(Registration, LeavesOthersValuesAlone) {
-    const auto& server = ServerUnderTest::Get();
-    ASSERT_EQ(S_OK, server.Install(true, L"user"));
-    const std::wstring path = L"Software\\Classes\\CLSID\\" + Spell(server.Controls().at(0).id);
-    HKEY key = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_WRITE, &key));
-    const wchar_t mine[] = L"mine";
-    RegSetValueExW(key, L"Note", 0, REG_SZ, reinterpret_cast<const BYTE*>(mine), sizeof mine);
-    RegCloseKey(key);
-    ASSERT_EQ(S_OK, server.Install(false, L"user"));
-    Snapshot left;
-    Collect(HKEY_CURRENT_USER, path, left);
-    EXPECT_EQ((Snapshot{{path, L"(key)"}, {path + L"|Note", L"mine"}}), left);
-    RegDeleteKeyW(HKEY_CURRENT_USER, path.c_str());
 }
 
 // Programs of the other width find their classes by the same names.
@@ -167,27 +164,16 @@ TEST_F(Registration, LeavesTheNamesToTheOtherWidth) {
     ASSERT_EQ(S_OK, server.Install(false, L"user"));
     const std::wstring id = L"Software\\Classes\\CLSID\\" + Spell(server.Controls().at(0).id);
     const std::wstring module = id + L"\\InprocServer32";
-    const auto create = [](const std::wstring& path, REGSAM view) {
-        HKEY key = nullptr;
-        RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_READ | view, nullptr, &key, nullptr);
-        if (key) RegCloseKey(key);
-    };
-    const auto exists = [](const std::wstring& path) {
-        HKEY key = nullptr;
-        if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
-        RegCloseKey(key);
-        return true;
-    };
     // A profile that no 32-bit program has used yet may have no place for its classes.
     const std::wstring place = L"Software\\Classes\\Wow6432Node";
-    const bool placeThere = exists(place);
-    create(place, KEY_WOW64_64KEY);
-    create(module, other);
-    const bool apart = !exists(module);
+    const bool placeThere = KeyExists(place);
+    WriteKey(place, nullptr, nullptr, 0, KEY_WOW64_64KEY);
+    WriteKey(module, nullptr, nullptr, 0, other);
+    const bool apart = !KeyExists(module);
     ASSERT_EQ(S_OK, server.Install(true, L"user"));
     ASSERT_EQ(S_OK, server.Install(false, L"user"));
-    const bool classLeft = exists(module);
-    const bool nameLeft = exists(L"Software\\Classes\\Qvx.Button\\CLSID");
+    const bool classLeft = KeyExists(module);
+    const bool nameLeft = KeyExists(L"Software\\Classes\\Qvx.Button\\CLSID");
     RegDeleteKeyExW(HKEY_CURRENT_USER, module.c_str(), other, 0);
     RegDeleteKeyExW(HKEY_CURRENT_USER, id.c_str(), other, 0);
     RegDeleteKeyExW(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID", other, 0);
@@ -196,47 +182,7 @@ TEST_F(Registration, LeavesTheNamesToTheOtherWidth) {
     if (!apart) GTEST_SKIP() << "both widths share their classes here";
     EXPECT_FALSE(classLeft);
     EXPECT_TRUE(nameLeft);
-    EXPECT_FALSE(exists(L"Software\\Classes\\Qvx.Button")) << "the last one takes them along";
-}
-
-// A host whose manifest names ours creates the controls on a machine where nothing is registered.
-TEST_F(Registration, IsNotNeededByHostsWithAManifest) {
-    const std::wstring server = ServerUnderTest::Get().Path();
-    const std::wstring manifest = server.substr(0, server.find_last_of(L"\\/") + 1) + L"Qvx.manifest";
-    ACTCTXW request{};
-    request.cbSize = sizeof request;
-    request.lpSource = manifest.c_str();
-    const HANDLE context = CreateActCtxW(&request);
-    ASSERT_NE(INVALID_HANDLE_VALUE, context) << "error " << GetLastError();
-    for (const auto& control : ServerUnderTest::Get().Controls()) {
-        ComPtr<IOleObject> object;
-        CLSID id = CLSID_NULL;
-        const std::wstring program = L"Qvx." + control.name;
-        ULONG_PTR cookie = 0;
-        ASSERT_TRUE(ActivateActCtx(context, &cookie));
-        EXPECT_EQ(S_OK, CLSIDFromProgID(program.c_str(), &id));
-        // The system gives the program identifier an alias of the class that is good in this context.
-        EXPECT_EQ(S_OK, CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IOleObject, object.put_void()));
-        DeactivateActCtx(0, cookie);
-        ASSERT_TRUE(object);
-        EXPECT_EQ(S_OK, object->GetUserClassID(&id));
-        EXPECT_TRUE(id == control.id);
-    }
-    ReleaseActCtx(context);
-}
-
-TEST(Server, RefusesAggregationAndUnknownInterfaces) {
-    const auto& server = ServerUnderTest::Get();
-    for (const auto& control : server.Controls()) {
-        ComPtr<IClassFactory> factory;
-        ASSERT_EQ(S_OK, server.ClassObject(control.id, IID_IClassFactory, factory.put_void()));
-        const auto outer = server.Create(control.id);
-        void* object = &factory;
-        EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(outer.get(), IID_IUnknown, &object));
-        EXPECT_EQ(nullptr, object);
-        EXPECT_EQ(E_NOINTERFACE, factory->CreateInstance(nullptr, IID_IStorage, &object));
-        EXPECT_EQ(nullptr, object);
-    }
+    EXPECT_FALSE(KeyExists(L"Software\\Classes\\Qvx.Button")) << "the last one takes them along";
 }
 
 TEST(Server, CanBeUnloadedWhenNothingLives) {
@@ -248,39 +194,29 @@ TEST(Server, CanBeUnloadedWhenNothingLives) {
         EXPECT_EQ(S_FALSE, server.CanUnload());
     }
     EXPECT_EQ(S_OK, server.CanUnload());
-    ComPtr<IClassFactory> factory;
-    ASSERT_EQ(S_OK, server.ClassObject(id, IID_IClassFactory, factory.put_void()));
-    factory->LockServer(TRUE);
-    factory.reset();
-    EXPECT_EQ(S_FALSE, server.CanUnload());
-    ASSERT_EQ(S_OK, server.ClassObject(id, IID_IClassFactory, factory.put_void()));
-    factory->LockServer(FALSE);
-    factory.reset();
-    EXPECT_EQ(S_OK, server.CanUnload());
+    for (const BOOL lock : {TRUE, FALSE}) {
+        ComPtr<IClassFactory> factory;
+        ASSERT_EQ(S_OK, server.ClassObject(id, IID_IClassFactory, factory.put_void()));
+        factory->LockServer(lock);
+        factory.reset();
+        EXPECT_EQ(lock ? S_FALSE : S_OK, server.CanUnload());
+    }
 }
 
 // The rules of identity that hosts build on: one IUnknown, every interface leads to every other.
 TEST(Server, InterfacesOfAControlBelongTogether) {
-    const IID interfaces[] = {IID_IDispatch,
-                              IID_IOleObject,
-                              IID_IOleWindow,
-                              IID_IOleInPlaceObject,
-                              IID_IOleInPlaceActiveObject,
-                              IID_IOleControl,
-                              IID_IViewObject,
-                              IID_IViewObject2,
-                              IID_IViewObjectEx,
-                              IID_IPersist,
-                              IID_IPersistPropertyBag,
-                              IID_IPersistStreamInit,
-                              IID_IPersistStream,
-                              IID_IPersistStorage,
-                              IID_IProvideClassInfo,
-                              IID_IProvideClassInfo2,
-                              IID_IConnectionPointContainer,
-                              IID_ISpecifyPropertyPages,
-                              IID_IQuickActivate,
-                              IID_ISupportErrorInfo};
+    const IID interfaces[] = {
+        IID_IDispatch,           IID_IOleObject,
+        IID_IOleWindow,          IID_IOleInPlaceObject,
+        IID_IOleControl,         IID_IViewObject,
+        IID_IViewObject2,        IID_IOleInPlaceActiveObject,
+        IID_IViewObjectEx,       IID_IPersist,
+        IID_IPersistPropertyBag, IID_IPersistStreamInit,
+        IID_IPersistStream,      IID_IPersistStorage,
+        IID_IProvideClassInfo,   IID_IConnectionPointContainer,
+        IID_IProvideClassInfo2,  IID_ISpecifyPropertyPages,
+        IID_IQuickActivate,      IID_ISupportErrorInfo,
+    };
     for (const auto& control : ServerUnderTest::Get().Controls()) {
         const auto object = ServerUnderTest::Get().Create(control.id);
         for (const IID& from : interfaces) {
@@ -295,6 +231,12 @@ TEST(Server, InterfacesOfAControlBelongTogether) {
         CLSID id = CLSID_NULL;
         EXPECT_EQ(S_OK, object.As<IPersistPropertyBag>()->GetClassID(&id));
         EXPECT_TRUE(id == control.id);
+        ComPtr<IClassFactory> factory;
+        ASSERT_EQ(S_OK, ServerUnderTest::Get().ClassObject(control.id, IID_IClassFactory, factory.put_void()));
+        void* none = &factory;
+        EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(object.get(), IID_IUnknown, &none));
+        EXPECT_EQ(nullptr, none);
+        EXPECT_EQ(E_NOINTERFACE, factory->CreateInstance(nullptr, IID_IStorage, &none));
         // Scripts of untrusted pages must not get hold of a control as safe.
         ComPtr<IUnknown> safety;
         const IID objectSafety{0xCB5BDC81, 0x93C1, 0x11CF, {0x8F, 0x20, 0x00, 0x80, 0x5F, 0x2C, 0xD0, 0x64}};

@@ -72,15 +72,10 @@ TEST_P(SystemContainer, ActivatesResizesAndTakesTheFocus) {
     RECT area{};
     GetWindowRect(window, &area);
     EXPECT_EQ(200, area.right - area.left);
-    // A text box is as high as its text.
-    const bool fixedHeight = *GetParam() == CLSID_TextEdit;
-    const auto height = fixedHeight ? area.bottom - area.top : 100;
-    EXPECT_EQ(height, area.bottom - area.top);
-    EXPECT_EQ(fixedHeight, height < 40);
     SetWindowPos(host, nullptr, 0, 0, 320, 150, SWP_NOMOVE | SWP_NOZORDER);
     GetWindowRect(window, &area);
     EXPECT_EQ(320, area.right - area.left);
-    EXPECT_EQ(fixedHeight ? height : 150, area.bottom - area.top);
+    EXPECT_EQ(*GetParam() != CLSID_TextEdit, area.bottom - area.top == 150) << "a text box is as high as its text";
     UpdateWindow(window);
     // A click brings the focus.
     SetForegroundWindow(top_);
@@ -94,50 +89,14 @@ TEST_P(SystemContainer, ActivatesResizesAndTakesTheFocus) {
     EXPECT_FALSE(IsWindow(window)) << "the container held the last reference but ours";
 }
 
-TEST_P(SystemContainer, SavesAndLoadsThroughStreamAndBag) {
-    const HWND host = Host(Spell(*GetParam()));
-    const auto control = ControlIn(host);
+// The container itself loads a control from a stream.
+TEST_P(SystemContainer, LoadsFromAStream) {
+    const auto control = ControlIn(Host(Spell(*GetParam())));
     Put(control.As<IDispatch>().get(), L"Enabled", {Variant(false)});
-    Put(control.As<IDispatch>().get(), L"BackColor", {Variant(255)});
     const auto bytes = SaveToStream(control.get());
-    const auto bag = SaveToBag(control.get());
-    // The container itself loads a control from a stream.
-    const HWND second = Host(Spell(*GetParam()), StreamOf(bytes).get());
-    const auto copy = ControlIn(second);
+    const auto copy = ControlIn(Host(Spell(*GetParam()), StreamOf(bytes).get()));
     ASSERT_TRUE(copy);
-    EXPECT_EQ(bag->Print(), SaveToBag(copy.get())->Print());
     EXPECT_EQ(bytes, SaveToStream(copy.get()));
-    const HWND third = Host(Spell(*GetParam()));
-    const auto other = ControlIn(third);
-    ASSERT_EQ(S_OK, LoadFromBag(other.get(), bag.get()));
-    EXPECT_EQ(bytes, SaveToStream(other.get()));
-}
-
-TEST_P(SystemContainer, FiresEvents) {
-    const HWND host = Host(Spell(*GetParam()));
-    const auto control = ControlIn(host);
-    auto recorder = MakeObject<EventRecorder>();
-    const Connection connection(control.get(), EventsOf(control.get()), recorder.get());
-    if (*GetParam() == CLSID_Button || *GetParam() == CLSID_RButton) {
-        const HWND window = WindowOf(control.get());
-        SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, 20));
-        SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(20, 20));
-        EXPECT_EQ(1u, recorder->Count(DISPID_CLICK));
-    } else if (*GetParam() == CLSID_TextEdit) {
-        Put(control.As<IDispatch>().get(), L"Text", {Variant(u"12")});
-        SendMessageW(FindWindowExW(WindowOf(control.get()), nullptr, L"EDIT", nullptr), WM_CHAR, u'x', 0);
-        EXPECT_EQ(2u, recorder->Count(1)) << "Change";
-        EXPECT_EQ(1u, recorder->Count(DISPID_KEYPRESS));
-    } else {
-        const auto grid = control.As<IDispatch>();
-        Put(grid.get(), L"FormatString", {Variant(u"No|Name|Price")});
-        Put(grid.get(), L"Rows", {Variant(4)});
-        recorder->events.clear();
-        Put(grid.get(), L"Row", {Variant(2)});
-        Put(grid.get(), L"Col", {Variant(2)});
-        EXPECT_EQ(2u, recorder->Count(7)) << "EnterCell";
-        EXPECT_EQ(2u, recorder->Count(8)) << "LeaveCell";
-    }
 }
 
 // The Tab key as a dialog handles it, into the control, out of it again and back.

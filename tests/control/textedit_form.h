@@ -43,24 +43,14 @@ class TextEditForm {
     void Set(const wchar_t* name, Variant value) const { Put(box.get(), name, {std::move(value)}); }
     size_t Count(DISPID event) const { return recorder->Count(event); }
 
-    // Keys of a keyboard with the usual English places; the message queue is empty afterwards.
+    // The message queue is empty after the keys.
     static void Type(const char* text) {
-        for (; *text; ++text) {
-            const SHORT key = VkKeyScanA(*text);
-            if (HIBYTE(key) & 1)
-                TypeKey(LOBYTE(key), {VK_SHIFT});
-            else
-                TypeKey(LOBYTE(key));
-        }
+        TypeKeys(text);
         Settle();
     }
     static void Key(int key, const std::initializer_list<int>& modifiers = {}) {
         TypeKey(key, modifiers);
         Settle();
-    }
-    // Lets everything that was sent arrive.
-    static void Settle() {
-        WaitFor([] { return false; }, 120);
     }
 
     std::unique_ptr<Container> container;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <sstream>
 
 #include "Qvx.h"
@@ -10,66 +11,40 @@
 #include "com/guard.h"
 #include "com/wide_text.h"
 #include "tests/control/golden.h"
+#include "tests/support/narrow.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::test {
 namespace {
 
-std::string Narrow(TextView text) {
-    std::string out;
-    for (const char16_t c : text) {
-        if (c == u'\r') continue;
-        out += c == u'\n' ? std::string("\\n") : std::string(1, c < 0x80 ? static_cast<char>(c) : '?');
-    }
-    return out;
+// On one line.
+std::string OneLine(TextView text) {
+    std::string line = test::Narrow(text);
+    std::erase(line, '\r');
+    for (std::size_t at; (at = line.find('\n')) != std::string::npos;) line.replace(at, 1, "\\n");
+    return line;
 }
 
 std::string TypeName(ITypeInfo* info, const TYPEDESC& type) {
-    switch (type.vt) {
-        case VT_PTR:
-            return TypeName(info, *type.lptdesc) + "*";
-        case VT_SAFEARRAY:
-            return "SAFEARRAY(" + TypeName(info, *type.lptdesc) + ")";
-        case VT_USERDEFINED: {
-            ComPtr<ITypeInfo> user;
-            Bstr name;
-            if (FAILED(info->GetRefTypeInfo(type.hreftype, user.put()))) return "?";
-            user->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
-            return Narrow(name.View());
-        }
-        case VT_I2:
-            return "short";
-        case VT_I4:
-            return "long";
-        case VT_R4:
-            return "float";
-        case VT_R8:
-            return "double";
-        case VT_BSTR:
-            return "BSTR";
-        case VT_BOOL:
-            return "VARIANT_BOOL";
-        case VT_VARIANT:
-            return "VARIANT";
-        case VT_DISPATCH:
-            return "IDispatch*";
-        case VT_UNKNOWN:
-            return "IUnknown*";
-        case VT_UI4:
-            return "unsigned long";
-        case VT_HRESULT:
-            return "HRESULT";
-        case VT_VOID:
-            return "void";
-        default:
-            return "type " + std::to_string(type.vt);
-    }
+    static const std::map<VARTYPE, const char*> names = {
+        {VT_I2, "short"},          {VT_I4, "long"},           {VT_R4, "float"},        {VT_R8, "double"},
+        {VT_BSTR, "BSTR"},         {VT_BOOL, "VARIANT_BOOL"}, {VT_VARIANT, "VARIANT"}, {VT_DISPATCH, "IDispatch*"},
+        {VT_UNKNOWN, "IUnknown*"}, {VT_UI4, "unsigned long"}, {VT_HRESULT, "HRESULT"}, {VT_VOID, "void"},
+    };
+    if (type.vt == VT_PTR) return TypeName(info, *type.lptdesc) + "*";
+    if (type.vt == VT_SAFEARRAY) return "SAFEARRAY(" + TypeName(info, *type.lptdesc) + ")";
+    if (type.vt != VT_USERDEFINED) return names.at(type.vt);
+    ComPtr<ITypeInfo> user;
+    Bstr name;
+    if (FAILED(info->GetRefTypeInfo(type.hreftype, user.put()))) return "?";
+    user->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
+    return OneLine(name.View());
 }
 
 std::string Documentation(ITypeInfo* info, MEMBERID member) {
     Bstr help;
     info->GetDocumentation(member, nullptr, help.put(), nullptr, nullptr);
-    return Narrow(help.View());
+    return OneLine(help.View());
 }
 
 void PrintFunction(ITypeInfo* info, UINT index, std::ostream& out) {
@@ -83,7 +58,7 @@ void PrintFunction(ITypeInfo* info, UINT index, std::ostream& out) {
                        : function->invkind == INVOKE_PROPERTYPUTREF ? "putref "
                                                                     : "";
     out << "    [" << function->memid << "] " << kind << TypeName(info, function->elemdescFunc.tdesc) << " "
-        << Narrow(FromBstr(names[0])) << "(";
+        << OneLine(FromBstr(names[0])) << "(";
     for (SHORT i = 0; i < function->cParams; ++i) {
         const ELEMDESC& parameter = function->lprgelemdescParam[i];
         const USHORT flags = parameter.paramdesc.wParamFlags;
@@ -94,9 +69,9 @@ void PrintFunction(ITypeInfo* info, UINT index, std::ostream& out) {
         const bool newValue =
             function->invkind != INVOKE_FUNC && function->invkind != INVOKE_PROPERTYGET && i + 1 == function->cParams;
         if (static_cast<UINT>(i) + 1 < count && !newValue)
-            out << " " << Narrow(FromBstr(names[static_cast<size_t>(i) + 1]));
+            out << " " << OneLine(FromBstr(names[static_cast<size_t>(i) + 1]));
         if (flags & PARAMFLAG_FHASDEFAULT) {
-            out << " = " << Narrow(Variant(parameter.paramdesc.pparamdescex->varDefaultValue).ToText().value_or(u"?"));
+            out << " = " << OneLine(Variant(parameter.paramdesc.pparamdescex->varDefaultValue).ToText().value_or(u"?"));
         }
     }
     out << ")";
@@ -112,9 +87,9 @@ void PrintType(ITypeInfo* info, std::ostream& out) {
     Bstr name;
     info->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
     static const char* const kinds[] = {"enum", "record", "module", "interface", "dispinterface", "coclass"};
-    out << kinds[attributes->typekind] << " " << Narrow(name.View());
+    out << kinds[attributes->typekind] << " " << OneLine(name.View());
     if (attributes->typekind != TKIND_ENUM) {
-        out << " " << Narrow(FromWide(Spell(attributes->guid).c_str())) << " flags " << attributes->wTypeFlags;
+        out << " " << OneLine(FromWide(Spell(attributes->guid).c_str())) << " flags " << attributes->wTypeFlags;
     }
     out << " \"" << Documentation(info, MEMBERID_NIL) << "\"\n";
     for (UINT i = 0; i < attributes->cImplTypes && attributes->typekind == TKIND_COCLASS; ++i) {
@@ -126,15 +101,15 @@ void PrintType(ITypeInfo* info, std::ostream& out) {
         info->GetImplTypeFlags(i, &flags);
         Bstr implementedName;
         implemented->GetDocumentation(MEMBERID_NIL, implementedName.put(), nullptr, nullptr, nullptr);
-        out << "    " << Narrow(implementedName.View()) << " flags " << flags << "\n";
+        out << "    " << OneLine(implementedName.View()) << " flags " << flags << "\n";
     }
     for (UINT i = 0; i < attributes->cVars; ++i) {
         VARDESC* variable = nullptr;
         info->GetVarDesc(i, &variable);
         Bstr variableName;
         info->GetDocumentation(variable->memid, variableName.put(), nullptr, nullptr, nullptr);
-        out << "    " << Narrow(variableName.View()) << " = "
-            << Narrow(Variant(*variable->lpvarValue).ToText().value_or(u"?")) << "\n";
+        out << "    " << OneLine(variableName.View()) << " = "
+            << OneLine(Variant(*variable->lpvarValue).ToText().value_or(u"?")) << "\n";
         info->ReleaseVarDesc(variable);
     }
     // Of a dual interface its own view as a vtable: names, numbers and slots at once.
@@ -161,8 +136,8 @@ TEST(TypeLibrary, IsWhatItAlwaysWas) {
     TLIBATTR* attributes = nullptr;
     ASSERT_EQ(S_OK, library->GetDocumentation(-1, name.put(), help.put(), nullptr, nullptr));
     ASSERT_EQ(S_OK, library->GetLibAttr(&attributes));
-    out << "library " << Narrow(name.View()) << " " << Narrow(FromWide(Spell(attributes->guid).c_str())) << " "
-        << attributes->wMajorVerNum << "." << attributes->wMinorVerNum << " \"" << Narrow(help.View()) << "\"\n";
+    out << "library " << OneLine(name.View()) << " " << OneLine(FromWide(Spell(attributes->guid).c_str())) << " "
+        << attributes->wMajorVerNum << "." << attributes->wMinorVerNum << " \"" << OneLine(help.View()) << "\"\n";
     library->ReleaseTLibAttr(attributes);
     for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
         ComPtr<ITypeInfo> info;

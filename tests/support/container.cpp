@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <olectl.h>
 
-#include <cstring>
+#include <algorithm>
 
 #include "com/font_object.h"
 #include "com/guard.h"
@@ -40,13 +40,11 @@ const Variant* MemoryBag::Find(const std::wstring& name) const {
 }
 
 void MemoryBag::Set(const std::wstring& name, Variant value) {
-    for (auto& [key, kept] : entries) {
-        if (lstrcmpiW(key.c_str(), name.c_str()) == 0) {
-            kept = std::move(value);
-            return;
-        }
+    if (auto* kept = const_cast<Variant*>(Find(name))) {
+        *kept = std::move(value);
+    } else {
+        entries.emplace_back(name, std::move(value));
     }
-    entries.emplace_back(name, std::move(value));
 }
 
 Text MemoryBag::Print() const {
@@ -66,11 +64,7 @@ Text MemoryBag::Print() const {
 
 // --- EventRecorder ---
 
-size_t EventRecorder::Count(DISPID id) const {
-    size_t count = 0;
-    for (const Event& event : events) count += event.id == id ? 1 : 0;
-    return count;
-}
+size_t EventRecorder::Count(DISPID id) const { return static_cast<size_t>(std::ranges::count(events, id, &Event::id)); }
 
 STDMETHODIMP EventRecorder::Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
                                    UINT*) {
@@ -291,14 +285,8 @@ void Container::Place(const ComPtr<IUnknown>& control, const std::function<void(
     }
 }
 
-void Container::Activate() {
-    EXPECT_EQ(S_OK, control_.As<IOleObject>()->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, site_.get(), 0, window_,
-                                                      &site_->Settings().bounds));
-}
-
-void Container::ActivateUi() {
-    EXPECT_EQ(S_OK, control_.As<IOleObject>()->DoVerb(OLEIVERB_UIACTIVATE, nullptr, site_.get(), 0, window_,
-                                                      &site_->Settings().bounds));
+HRESULT Container::DoVerb(LONG verb) {
+    return control_.As<IOleObject>()->DoVerb(verb, nullptr, site_.get(), 0, window_, &site_->Settings().bounds);
 }
 
 void Container::MoveTo(const RECT& bounds) {

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <gtest/gtest.h>
 #include <ocidl.h>
 #include <oleidl.h>
 
@@ -110,8 +111,9 @@ class Container {
     void Place(const ComPtr<IUnknown>& control, const std::function<void(IUnknown*)>& prepare = {});
     // Only sites a control, which may fail.
     HRESULT PutIn(const ComPtr<IUnknown>& control);
-    void Activate();
-    void ActivateUi();
+    HRESULT DoVerb(LONG verb);
+    void Activate() { EXPECT_EQ(S_OK, DoVerb(OLEIVERB_INPLACEACTIVATE)); }
+    void ActivateUi() { EXPECT_EQ(S_OK, DoVerb(OLEIVERB_UIACTIVATE)); }
     void MoveTo(const RECT& bounds);
     // Closes and unsites the control, and releases it.
     void Close();

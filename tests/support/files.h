@@ -35,13 +35,36 @@ inline std::string Read(const Text& path) {
 
 inline bool IsThere(const Text& path) { return GetFileAttributesW(Wide(path)) != INVALID_FILE_ATTRIBUTES; }
 
+// Returns the path of a name in the folder for temporary files.
+inline Text TemporaryPath(TextView name) {
+    wchar_t folder[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    return Text(FromWide(folder)) + Text(name);
+}
+
 // Creates an empty file in the folder for temporary files and returns its path.
 inline Text NewTemporaryFile() {
-    wchar_t folder[MAX_PATH] = L"";
     wchar_t file[MAX_PATH] = L"";
-    GetTempPathW(MAX_PATH, folder);
-    EXPECT_NE(GetTempFileNameW(folder, L"qvx", 0, file), 0u) << GetLastError();
+    EXPECT_NE(GetTempFileNameW(Wide(TemporaryPath({})), L"qvx", 0, file), 0u) << GetLastError();
     return Text(FromWide(file));
+}
+
+// Removes a folder with all that is in it; its path ends in a backslash.
+inline void RemoveFolder(const Text& folder) {
+    WIN32_FIND_DATAW entry{};
+    const HANDLE search = FindFirstFileW(Wide(folder + u'*'), &entry);
+    do {
+        const Text name(FromWide(entry.cFileName));
+        if (name == u"." || name == u".." || search == INVALID_HANDLE_VALUE) continue;
+        SetFileAttributesW(Wide(folder + name), FILE_ATTRIBUTE_NORMAL);
+        if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+            RemoveFolder(folder + name + u'\\');
+        } else {
+            DeleteFileW(Wide(folder + name));
+        }
+    } while (FindNextFileW(search, &entry));
+    FindClose(search);
+    EXPECT_TRUE(RemoveDirectoryW(Wide(folder))) << Narrow(folder) << ": " << GetLastError();
 }
 
 // Keeps a file open, as another program would.
@@ -63,34 +86,11 @@ class OpenElsewhere {
 class TemporaryFolder : public ::testing::Test {
   protected:
     void SetUp() override { ASSERT_TRUE(CreateDirectoryW(Wide(root_), nullptr)) << GetLastError(); }
-    void TearDown() override { RemoveAll(root_); }
+    void TearDown() override { RemoveFolder(root_); }
 
     Text In(TextView name) const { return root_ + Text(name); }
 
-    const Text root_ = Root();
-
-  private:
-    static Text Root() {
-        wchar_t temporary[MAX_PATH];
-        GetTempPathW(MAX_PATH, temporary);
-        return Text(FromWide(temporary)) + u"secret \u0416\u20ac" + IntegerToText(GetCurrentProcessId()) + u'\\';
-    }
-    static void RemoveAll(const Text& folder) {
-        WIN32_FIND_DATAW entry{};
-        const HANDLE search = FindFirstFileW(Wide(folder + u'*'), &entry);
-        do {
-            const Text name(FromWide(entry.cFileName));
-            if (name == u"." || name == u".." || search == INVALID_HANDLE_VALUE) continue;
-            SetFileAttributesW(Wide(folder + name), FILE_ATTRIBUTE_NORMAL);
-            if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
-                RemoveAll(folder + name + u'\\');
-            } else {
-                DeleteFileW(Wide(folder + name));
-            }
-        } while (FindNextFileW(search, &entry));
-        FindClose(search);
-        EXPECT_TRUE(RemoveDirectoryW(Wide(folder))) << Narrow(folder) << ": " << GetLastError();
-    }
+    const Text root_ = TemporaryPath(u"secret \u0416\u20ac" + IntegerToText(GetCurrentProcessId()) + u'\\');
 };
 
 }  // namespace qvx::test

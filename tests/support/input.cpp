@@ -39,6 +39,10 @@ bool WaitFor(const std::function<bool()>& holds, int milliseconds, bool pump) {
     return true;
 }
 
+void Settle(int milliseconds) {
+    WaitFor([] { return false; }, milliseconds);
+}
+
 std::optional<int> TakeQuit() {
     MSG message;
     if (!PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) return std::nullopt;
@@ -53,6 +57,14 @@ void TypeKey(int key, const std::initializer_list<int>& modifiers) {
     KeyDown(key);
     KeyUp(key);
     for (const int modifier : modifiers) KeyUp(modifier);
+}
+
+void TypeKeys(const char* characters) {
+    for (; *characters; ++characters) {
+        const SHORT key = VkKeyScanA(*characters);
+        const bool shifted = (HIBYTE(key) & 1) != 0;
+        TypeKey(LOBYTE(key), shifted ? std::initializer_list<int>{VK_SHIFT} : std::initializer_list<int>{});
+    }
 }
 
 HWND FocusOf(HWND window) {
@@ -110,16 +122,9 @@ HWND WaitForWindow(const wchar_t* windowClass) {
             return found && IsWindowVisible(found) && GetForegroundWindow() == found;
         },
         8000, false));
+    // Nobody is quicker. A window manager that still confirms the activation would call a press off.
+    Sleep(200);
     return found;
-}
-
-bool WaitForDialog() {
-    return WaitFor(
-        [] {
-            const HWND dialog = FindWindowW(L"#32770", nullptr);
-            return dialog && IsWindowVisible(dialog) && GetForegroundWindow() == dialog;
-        },
-        8000, false);
 }
 
 }  // namespace qvx::test

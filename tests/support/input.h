@@ -12,6 +12,8 @@ namespace qvx::test {
 // Waits until `holds` returns true, and handles this thread's messages meanwhile if `pump` is set. Returns false after
 // the time in milliseconds.
 bool WaitFor(const std::function<bool()>& holds, int milliseconds = 5000, bool pump = true);
+// Handles this thread's messages for a while, so that everything that was sent arrives.
+void Settle(int milliseconds = 150);
 
 // Removes the request to end this thread from its queue and returns its exit code; nothing when there is none.
 std::optional<int> TakeQuit();
@@ -20,6 +22,8 @@ void KeyDown(int key);
 void KeyUp(int key);
 // Presses and releases a key while modifiers are held.
 void TypeKey(int key, const std::initializer_list<int>& modifiers = {});
+// Types characters by the keys that they have on this keyboard.
+void TypeKeys(const char* characters);
 
 // Returns the window with the focus in the thread of `window`.
 HWND FocusOf(HWND window);
@@ -38,11 +42,9 @@ void ClickOn(HWND window);
 // Brings a top-level window to the front and waits up to five seconds for it; false if it is not there then.
 bool BringToFront(HWND window);
 
-// For somebody: a window of that class, once it is in front; null after eight seconds without one, which is a failure.
+// For somebody: a window of that class, once it takes keys; null after eight seconds without one, which is a failure.
 HWND WaitForWindow(const wchar_t* windowClass);
-
-// For somebody: waits until one of the system's dialogs has come to the front. False after eight seconds.
-bool WaitForDialog();
+inline constexpr wchar_t systemDialog[] = L"#32770";
 
 // A person who acts while the test's own thread is in a modal loop.
 class Person {

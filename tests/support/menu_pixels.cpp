@@ -18,6 +18,16 @@ MENUITEMINFOW InfoOf(HMENU menu, int position) {
     return info;
 }
 
+ComPtr<IPictureDisp> PictureOfKind(UINT kind, HBITMAP bitmap) {
+    PICTDESC description{};
+    description.cbSizeofstruct = sizeof description;
+    description.picType = kind;
+    description.bmp.hbitmap = bitmap;
+    ComPtr<IPictureDisp> picture;
+    EXPECT_EQ(S_OK, OleCreatePictureIndirect(&description, IID_IPictureDisp, TRUE, picture.put_void()));
+    return picture;
+}
+
 }  // namespace
 
 ComPtr<IPictureDisp> SolidPicture(Size size, COLORREF color) {
@@ -32,24 +42,10 @@ ComPtr<IPictureDisp> SolidPicture(Size size, COLORREF color) {
         const RECT all{0, 0, size.width, size.height};
         FillRect(dc.Get(), &all, brush.Get());
     }
-    PICTDESC description{};
-    description.cbSizeofstruct = sizeof description;
-    description.picType = PICTYPE_BITMAP;
-    description.bmp.hbitmap = bitmap.Get();
-    ComPtr<IPictureDisp> picture;
-    EXPECT_EQ(S_OK, OleCreatePictureIndirect(&description, IID_IPictureDisp, TRUE, picture.put_void()));
-    bitmap.Detach();  // the picture's now
-    return picture;
+    return PictureOfKind(PICTYPE_BITMAP, bitmap.Detach());  // the picture's now
 }
 
-ComPtr<IPictureDisp> EmptyPicture() {
-    PICTDESC description{};
-    description.cbSizeofstruct = sizeof description;
-    description.picType = PICTYPE_NONE;
-    ComPtr<IPictureDisp> picture;
-    EXPECT_EQ(S_OK, OleCreatePictureIndirect(&description, IID_IPictureDisp, TRUE, picture.put_void()));
-    return picture;
-}
+ComPtr<IPictureDisp> EmptyPicture() { return PictureOfKind(PICTYPE_NONE, nullptr); }
 
 Size MeasureItem(HWND window, HMENU menu, int position) {
     const MENUITEMINFOW info = InfoOf(menu, position);

@@ -14,12 +14,7 @@ inline HWND FindBox() { return FindWindowW(L"QvxMessageBox", nullptr); }
 
 // Called from the person's thread: the box, once it takes keys; null after some seconds without one, which is a
 // failure.
-inline HWND WaitForBox() {
-    const HWND box = WaitForWindow(L"QvxMessageBox");
-    // Nobody is quicker. A window manager that still confirms the activation would call a press off.
-    Sleep(200);
-    return box;
-}
+inline HWND WaitForBox() { return WaitForWindow(L"QvxMessageBox"); }
 
 // Returns a button; they are numbered in the order of creation: OK, then Cancel.
 inline HWND ButtonOf(HWND box, int number) { return GetDlgItem(box, number); }

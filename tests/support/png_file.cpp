@@ -1,5 +1,6 @@
 #include "tests/support/png_file.h"
 
+#include <gtest/gtest.h>
 #include <objidl.h>
 
 #include <algorithm>
@@ -15,27 +16,20 @@ namespace qvx::test {
 
 namespace {
 
-class Session {
-  public:
-    Session() {
+// For as long as the program runs.
+void StartDrawing() {
+    static const Gdiplus::Status started = [] {
+        ULONG_PTR token = 0;
         const Gdiplus::GdiplusStartupInput input;
-        started_ = Gdiplus::GdiplusStartup(&token_, &input, nullptr) == Gdiplus::Ok;
-    }
-    ~Session() {
-        if (started_) Gdiplus::GdiplusShutdown(token_);
-    }
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
-
-  private:
-    ULONG_PTR token_ = 0;
-    bool started_ = false;
-};
+        return Gdiplus::GdiplusStartup(&token, &input, nullptr);
+    }();
+    EXPECT_EQ(started, Gdiplus::Ok);
+}
 
 }  // namespace
 
 std::optional<PixelPicture> ReadPng(const std::wstring& path) {
-    const Session session;
+    StartDrawing();
     Gdiplus::Bitmap bitmap(path.c_str());
     if (bitmap.GetLastStatus() != Gdiplus::Ok) return std::nullopt;
     PixelPicture picture({static_cast<int>(bitmap.GetWidth()), static_cast<int>(bitmap.GetHeight())});
@@ -50,7 +44,7 @@ std::optional<PixelPicture> ReadPng(const std::wstring& path) {
 }
 
 bool WritePng(const std::wstring& path, const PixelPicture& picture) {
-    const Session session;
+    StartDrawing();
     Gdiplus::Bitmap bitmap(picture.size.width, picture.size.height, PixelFormat24bppRGB);
     for (int y = 0; y < picture.size.height; ++y) {
         for (int x = 0; x < picture.size.width; ++x) {

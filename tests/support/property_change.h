@@ -52,4 +52,14 @@ inline std::optional<Text> Change(IDispatch* object, const Function& member, con
     return std::nullopt;
 }
 
+// Calls `act` for every property that can be written, with the index to write it at: of rows and columns those in the
+// middle of a new grid.
+template <typename Act>
+void ForEachProperty(IDispatch* object, Act act) {
+    for (const Function& member : FunctionsOf(object)) {
+        if (member.kind == INVOKE_PROPERTYPUT)
+            act(member, std::vector<VARIANT>(member.Arguments() - 1, Variant(1).get()));
+    }
+}
+
 }  // namespace qvx::test

@@ -88,22 +88,17 @@ TEST(PropertyStream, LengthsAreNotBelieved) {
 
 // One property without a sensible value costs nothing but itself.
 TEST(PropertyStream, ValuesThatNoControlCanUseReadAsNone) {
-    const auto readsAsNone = [](PropertyValue value) {
-        const std::vector<Record> expected{{u"Bad", PropertyValue()}, {u"Good", true}};
-        return Read(Write(std::vector<Record>{{u"Bad", std::move(value)}, {u"Good", true}})) == expected;
-    };
-
     FontSpec nameless = SampleFont();
     nameless.face.clear();
     FontSpec huge = SampleFont();
     huge.points = 1e9;
     FontSpec negative = SampleFont();
     negative.points = -1;
-    for (const FontSpec& font : {nameless, huge, negative}) {
-        EXPECT_TRUE(readsAsNone(font));
-    }
-    for (const double real : {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
-        EXPECT_TRUE(readsAsNone(real));
+    for (const PropertyValue& value : {PropertyValue(nameless), PropertyValue(huge), PropertyValue(negative),
+                                       PropertyValue(std::numeric_limits<double>::infinity()),
+                                       PropertyValue(std::numeric_limits<double>::quiet_NaN())}) {
+        const std::vector<Record> expected{{u"Bad", PropertyValue()}, {u"Good", true}};
+        EXPECT_EQ(Read(Write(std::vector<Record>{{u"Bad", value}, {u"Good", true}})), expected);
     }
 }
 

@@ -10,7 +10,6 @@ namespace {
 TEST(SendKey, StrokesInOrder) {
     using Strokes = std::vector<KeyStroke>;
     EXPECT_EQ(KeyStrokes(9, 0), (Strokes{{9, false}, {9, true}}));
-    EXPECT_EQ(KeyStrokes(9, -1), (Strokes{{9, false}, {9, true}}));
     EXPECT_EQ(KeyStrokes(9, 16), (Strokes{{16, false}, {9, false}, {9, true}, {16, true}}));
     EXPECT_EQ(KeyStrokes(0x109, 0), (Strokes{{9, false}, {9, true}})) << "a key is one byte";
 }

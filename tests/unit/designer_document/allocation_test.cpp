@@ -42,15 +42,15 @@ struct Row {
 const Row rows[] = {
     {"placing",
      [](Document& d) {
-         d.Place(u"Qvx.ComboGrid", frame, {100, 200, 300, 400});
+         d.Place(u"Qvx.ComboGrid", frame, TwipsRect{100, 200, 300, 400});
      }},
     {"deleting",
      [](Document& d) {
-         d.Delete({label, box});
+         d.Delete(std::vector{label, box});
      }},
     {"moving",
      [](Document& d) {
-         d.SetBounds(label, {1000, 2000, 3000, 4000});
+         d.SetBounds(label, TwipsRect{1000, 2000, 3000, 4000});
      }},
     {"renaming", [](Document& d) { d.Rename(label, u"lblWithAnotherName"); }},
     {"renaming the form", [](Document& d) { d.RenameForm(u"frmWithAnotherName"); }},
@@ -58,11 +58,11 @@ const Row rows[] = {
     {"restacking", [](Document& d) { d.Restack({frame}, true); }},
     {"the tab order",
      [](Document& d) {
-         d.SetTabOrder({box, label, frame});
+         d.SetTabOrder(std::vector{box, label, frame});
      }},
     {"pasting",
      [](Document& d) {
-         d.Paste(d.CopyText({label, frame}), std::nullopt, false);
+         d.Paste(d.CopyText(std::vector{label, frame}), std::nullopt, false);
      }},
 };
 

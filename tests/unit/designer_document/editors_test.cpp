@@ -69,25 +69,17 @@ TEST(MenuEdit, WhatDoesNotChangeStaysByteForByte) {
     InsertMenuLine(lines, 2, line);
     IndentMenuLine(lines, 4, true);
     WriteMenuLines(file.form, lines);
-    std::string expected = menus;
-    expected.replace(expected.find("      Begin Menu mnuQuit"), std::string::npos,
-                     "      Begin Menu mnuItem1\r\n"
-                     "         Caption         =   \"-\"\r\n"
-                     "      End\r\n"
-                     "      Begin Menu mnuQuit\r\n"
-                     "         Caption         =   \"&Quit\"\r\n"
-                     "         Shortcut        =   ^Q\r\n"
-                     "         Checked         =   -1  'True\r\n"
-                     "         Enabled         =   0   'False\r\n"
-                     "         Visible         =   0   'False\r\n"
-                     "      End\r\n"
-                     "      Begin Menu mnuHelp\r\n"
-                     "         Caption         =   \"&Help\"\r\n"
-                     "      End\r\n"
-                     "   End\r\n"
-                     "End\r\n");
+    const std::string quit = "      Begin Menu mnuQuit\r\n         Caption         =   \"&Quit\"\r\n";
+    const std::string expected = menus.substr(0, menus.find(quit)) +
+                                 "      Begin Menu mnuItem1\r\n         Caption         =   \"-\"\r\n      End\r\n" +
+                                 quit +
+                                 "         Shortcut        =   ^Q\r\n"
+                                 "         Checked         =   -1  'True\r\n"
+                                 "         Enabled         =   0   'False\r\n"
+                                 "         Visible         =   0   'False\r\n      End\r\n"
+                                 "      Begin Menu mnuHelp\r\n         Caption         =   \"&Help\"\r\n      End\r\n"
+                                 "   End\r\nEnd\r\n";
     EXPECT_EQ(file.Write(), expected);
-    EXPECT_EQ(Listed(ReadMenuLines(FormFile::Parse(expected).form)), Listed(lines));
 }
 
 TEST(MenuEdit, SaysWhatIsWrong) {
@@ -139,7 +131,7 @@ TEST(ImageEdit, ImagesInTheirPlacesStayByteForByte) {
     EXPECT_EQ(images[1].key + images[2].key + images[2].file, u"bcc.ico");
     images.erase(images.begin());
     WriteImages(list, images);
-    EXPECT_EQ(ReadImages(list).size(), 2u);
+    ASSERT_EQ(ReadImages(list).size(), 2u);
     EXPECT_EQ(ReadImages(list)[0].file, u"b.bmp");
     WriteImages(list, {});
     EXPECT_EQ(file.Write(), "Begin Form f\n  Begin ImageList iml\n  End\nEnd\n");
@@ -153,7 +145,6 @@ TEST(NamedPictures, ArePicturesBelowTheFormsFolder) {
         "   P4 = \"..\\d.bmp\"\r\nEnd\r\n");
     EXPECT_EQ(PicturesIn(file.form), (std::vector<Text>{u"a.ICO", u"sub\\b.bmp", u"c.jpeg"}));
     EXPECT_EQ(FileNameOf(u"C:\\x/y.bmp"), u"y.bmp");
-    EXPECT_EQ(FileNameOf(u"y.bmp"), u"y.bmp");
     EXPECT_EQ(NumberedName(u"a.b.bmp", 1), u"a.b.bmp");
     EXPECT_EQ(NumberedName(u"a.b.bmp", 3), u"a.b-3.bmp");
     EXPECT_EQ(NumberedName(u"a", 2), u"a-2");

@@ -46,7 +46,6 @@ TEST(FormFileAllocations, ChangeALineOrDoNot) {
         {"a text", [&](Block& form) { form.Set(u"Caption", text); }},
         {"a text for what was none", [&](Block& form) { form.Set(u"Shortcut", text); }},
         {"another form of value", [&](Block& form) { form.SetSource(u"Caption", text); }},
-        {"a colour", [](Block& form) { form.Set(u"BackColor", std::int32_t{7}); }},
         {"a truth value", [](Block& form) { form.Set(u"Caption", true); }},
         {"a new line", [&](Block& form) { form.Set(u"APropertyWithALongName", text); }},
         {"a new group", [](Block& form) { form.Group(u"Mouse", u"{0BE35203-8F91-11CE-9DE3-00AA004BB852}"); }},

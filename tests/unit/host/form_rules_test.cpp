@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "common/keys.h"
-#include "common/run_time_error.h"
 #include "host/form_font.h"
 #include "host/form_look.h"
 #include "host/menu_model.h"
@@ -9,6 +8,7 @@
 #include "host/picture_names.h"
 #include "host/saved_properties.h"
 #include "host/tab_order.h"
+#include "tests/support/error_of.h"
 
 namespace qvx::host {
 namespace {
@@ -68,14 +68,10 @@ TEST(FormLook, IsWrittenWhereItDiffersFromADefault) {
     EXPECT_TRUE(SaveLook(ReadLook(file.form)).Find(u"Font"));
 }
 
-TEST(MergeSaved, AnUnchangedControlLeavesTheFileAlone) {
+TEST(MergeSaved, ChangesGoToTheirLines) {
     FormFile file = FormFile::Parse(gridBlock);
     MergeSaved(*file.form.Objects()[0], GridAsLoaded(), GridAsLoaded(), gridKeys, MergeMode::changes);
     EXPECT_EQ(file.Write(), gridBlock);
-}
-
-TEST(MergeSaved, ChangesGoToTheirLines) {
-    FormFile file = FormFile::Parse(gridBlock);
     SavedProperties now;  // Cols went back to its default
     now.Add(u"Rows", std::int32_t{9});
     now.Add(u"AutoTab", false);
@@ -96,11 +92,10 @@ TEST(MergeSaved, ChangesGoToTheirLines) {
               "End\n");
 }
 
-TEST(MergeSaved, RewritingFollowsTheControlsOrderAndIsStable) {
+TEST(MergeSaved, RewritingFollowsTheControlsOrder) {
     FormFile file = FormFile::Parse(gridBlock);
     MergeSaved(*file.form.Objects()[0], GridAsLoaded(), GridAsLoaded(), gridKeys, MergeMode::everything);
-    const std::string once = file.Write();
-    EXPECT_EQ(once,
+    EXPECT_EQ(file.Write(),
               "Begin Form f\n"
               "  Begin Qvx.ComboGrid g\n"
               "    Left = 30\n"
@@ -112,9 +107,6 @@ TEST(MergeSaved, RewritingFollowsTheControlsOrderAndIsStable) {
               "    EndProperty\n"
               "  End\n"
               "End\n");
-    FormFile again = FormFile::Parse(once);
-    MergeSaved(*again.form.Objects()[0], GridAsLoaded(), GridAsLoaded(), gridKeys, MergeMode::everything);
-    EXPECT_EQ(again.Write(), once);
 }
 
 TEST(FormFont, ComesBackAndTakesNonsenseFromItsBase) {
@@ -177,12 +169,7 @@ TEST(Options, RefusesWhatMakesNoSense) {
         {{u"a.frm", u"b.vbs", u"c"}, u"unexpected argument c"},
     };
     for (const auto& [arguments, message] : cases) {
-        try {
-            ParseOptions(arguments);
-            ADD_FAILURE() << "was accepted";
-        } catch (const RunTimeError& error) {
-            EXPECT_EQ(error.Description(), message);
-        }
+        EXPECT_EQ(test::RaisedBy([&] { ParseOptions(arguments); }).words, message);
     }
 }
 
@@ -219,39 +206,20 @@ TEST(TabOrder, FindsAccessKeys) {
     EXPECT_EQ(FindAccessKey({{0, u"", true}}, 0, std::nullopt), std::nullopt);
 }
 
-TEST(Menus, ReadsNestedMenusAndNumbersThem) {
-    const FormFile file = FormFile::Parse(
-        "Begin Form f\n"
-        "Begin Menu mnuFile\nCaption = \"&File\"\n"
-        "Begin Menu mnuSave\nCaption = \"&Save\"\nShortcut = ^S\nChecked = -1 'True\nEnabled = 0 'False\nEnd\n"
-        "Begin Menu mnuLine\nCaption = \"-\"\nEnd\n"
-        "End\n"
-        "Begin Label a\nEnd\n"
-        "Begin Menu mnuHelp\nCaption = \"&Help\"\nVisible = 0 'False\nEnd\n"
-        "End\n");
-    std::vector<MenuItem> menus = ReadMenus(file.form);
-    ASSERT_EQ(menus.size(), 2u);
-    ASSERT_EQ(menus[0].items.size(), 2u);
-    EXPECT_EQ(menus[0].items[0].shortcut, u"^S");
-    EXPECT_TRUE(menus[0].items[0].checked);
-    EXPECT_FALSE(menus[0].items[0].enabled);
-    EXPECT_EQ(menus[0].items[0].id, firstMenuId + 1);
-    EXPECT_EQ(menus[1].id, firstMenuId + 3);
-    EXPECT_FALSE(menus[1].visible);
-    const MenuItem* found = FindMenuItem(menus, [](const MenuItem& item) { return item.name == u"mnuLine"; });
-    ASSERT_NE(found, nullptr);
-    EXPECT_EQ(found->caption, u"-");
-}
-
-TEST(Menus, ShortcutsOfWhatIsDisabledMeanNothing) {
+TEST(Menus, AreReadAndShortcutsOfWhatIsDisabledMeanNothing) {
     const FormFile file = FormFile::Parse(
         "Begin Form f\n"
         "Begin Menu mnuOff\nEnabled = 0 'False\n"
         "Begin Menu mnuIn\nBegin Menu mnuDeep\nShortcut = ^D\nEnd\nShortcut = ^P\nEnd\nEnd\n"
         "Begin Menu mnuOn\nShortcut = ^O\n"
-        "Begin Menu mnuItem\nShortcut = {F5}\nEnd\nBegin Menu mnuGray\nShortcut = ^G\nEnabled = 0 'False\nEnd\n"
+        "Begin Label a\nEnd\nBegin Menu mnuItem\nShortcut = {F5}\nChecked = -1 'True\nVisible = 0 'False\nEnd\n"
+        "Begin Menu mnuGray\nShortcut = ^G\nEnabled = 0 'False\nEnd\n"
         "Begin Menu mnuSecond\nShortcut = {F5}\nEnd\nEnd\nEnd\n");
-    const std::vector<MenuItem> menus = ReadMenus(file.form);
+    std::vector<MenuItem> menus = ReadMenus(file.form);
+    const MenuItem* item = FindMenuItem(menus, [](const MenuItem& one) { return one.name == u"mnuItem"; });
+    ASSERT_TRUE(item);
+    EXPECT_EQ(item->id, firstMenuId + 4);
+    EXPECT_TRUE(item->checked && item->enabled && !item->visible);
     const std::pair<TextView, TextView> cases[] = {{u"{F5}", u"mnuItem"}, {u"^G", u""}, {u"^D", u""},
                                                    {u"^P", u""},          {u"^O", u""}, {u"", u""}};
     for (const auto& [keys, name] : cases) {
@@ -259,7 +227,7 @@ TEST(Menus, ShortcutsOfWhatIsDisabledMeanNothing) {
         EXPECT_EQ(found ? found->name : Text(), name);
     }
     std::vector<Text> names;
-    for (const MenuItem* item : AllMenuItems(menus)) names.push_back(item->name);
+    for (const MenuItem* one : AllMenuItems(menus)) names.push_back(one->name);
     EXPECT_EQ(names,
               (std::vector<Text>{u"mnuOff", u"mnuIn", u"mnuDeep", u"mnuOn", u"mnuItem", u"mnuGray", u"mnuSecond"}));
 }
@@ -270,19 +238,14 @@ TEST(Menus, ReadsShortcuts) {
         Shortcut shortcut;
         TextView shown;
     } cases[] = {
-        {u"^S", {'S', keys::controlMask}, u"Ctrl+S"},
         {u"^s", {'S', keys::controlMask}, u"Ctrl+S"},
         {u"+^{F12}", {123, keys::controlMask | keys::shiftMask}, u"Ctrl+Shift+F12"},
         {u"{F2}", {keys::f2, 0}, u"F2"},
         {u"%{BKSP}", {keys::backspace, keys::altMask}, u"Alt+Bksp"},
-        {u"{DEL}", {keys::deleteKey, 0}, u"Del"},
         {u"S", {}, u""},
-        {u"+S", {}, u""},
         {u"^", {}, u""},
         {u"{F13}", {}, u""},
-        {u"^{F4", {}, u""},
         {u"{F4x", {}, u""},
-        {u"xF4}", {}, u""},
         {u"", {}, u""},
     };
     for (const auto& c : cases) {

@@ -16,9 +16,8 @@ namespace qvx::soak {
 namespace {
 
 TEST(SoakReplay, WhatIsNotALineOfOneIsRefusedWithItsNumber) {
-    for (const char* line :
-         {"press a", "key", "key Nothing", "key ctrl+F13", "key ctrl+", "click 1", "click 1 x", "click 1 2 3",
-          "drag 1 2 3 4 Nothing", "wheel", "minimize now", "repeat 0", "repeat x", " key a"}) {
+    for (const char* line : {"press a", "key", "key Nothing", "key ctrl+F13", "key ctrl+", "click 1", "click 1 x",
+                             "click 1 2 3", "drag 1 2 3 4 Nothing", "wheel", "repeat 0", " key a"}) {
         int number = 0;
         EXPECT_FALSE(ReplayOf("form first\n" + std::string(line) + "\n", number)) << line;
         EXPECT_EQ(number, 2) << line;
@@ -30,18 +29,11 @@ TEST(SoakReplay, WhatIsNotALineOfOneIsRefusedWithItsNumber) {
 }
 
 TEST(SoakReplay, KeysHaveTheSystemsNumbers) {
-    const struct {
-        const char* name;
-        KeyPress press;
-    } cases[] = {
-        {"a", {.key = 65}},
-        {"7", {.key = 55}},
-        {"Return", {.key = 13}},
-        {"F12", {.key = 123}},
-        {"ctrl+shift+Tab", {.key = 9, .control = true, .shift = true}},
-        {"alt+space", {.key = 32, .alt = true}},
-    };
-    for (const auto& [name, press] : cases) EXPECT_EQ(KeyOf(name), press) << name;
+    EXPECT_EQ(KeyOf("7"), (KeyPress{.key = 55}));
+    EXPECT_EQ(KeyOf("Return"), (KeyPress{.key = 13}));
+    EXPECT_EQ(KeyOf("F12"), (KeyPress{.key = 123}));
+    EXPECT_EQ(KeyOf("ctrl+shift+Tab"), (KeyPress{.key = 9, .control = true, .shift = true}));
+    EXPECT_EQ(KeyOf("alt+space"), (KeyPress{.key = 32, .alt = true}));
 }
 
 Scene Form() {
@@ -76,19 +68,6 @@ TEST(SoakGenerator, EverythingItChoosesIsTheSameAgainFromItsTextAndFromItsSeed) 
     EXPECT_EQ(ReplayOf(TextOf(replay, "crash\nin two lines"), line), replay) << line;
 }
 
-// File dialogs take what is typed for a file's name.
-TEST(SoakGenerator, NothingItTypesLeadsToAnotherFolder) {
-    Generator generator(1);
-    for (int i = 0; i < 50'000; ++i) {
-        const Action action = generator.Next(Form());
-        if (action.deed != Deed::type || action.text.find('/') == std::string::npos) continue;
-        // Dates have slashes, which lead to folders that are not there.
-        EXPECT_TRUE(action.text[0] >= '0' && action.text[0] <= '9') << action.text;
-        EXPECT_EQ(action.text.find(".."), std::string::npos) << action.text;
-        EXPECT_EQ(action.text.find_first_of("\\:"), std::string::npos) << action.text;
-    }
-}
-
 // A form that the designer runs is used like any other, for a while. What a dialog is given may become a file's name.
 TEST(SoakGenerator, UsesEachWindowAsWhatItIs) {
     constexpr std::size_t any = 402;
@@ -117,7 +96,14 @@ TEST(SoakGenerator, UsesEachWindowAsWhatItIs) {
         std::map<std::string, int> pressed;
         for (int i = 0; i < 20'000; ++i) {
             const Action action = generator.Next(scene);
-            if (action.deed == Deed::type) longestSeen = std::max(longestSeen, action.text.size());
+            if (action.deed == Deed::type) {
+                longestSeen = std::max(longestSeen, action.text.size());
+                // File dialogs take it for a file's name. Dates have slashes, which lead to folders that are not there.
+                const std::string& text = action.text;
+                const bool date = text[0] >= '0' && text[0] <= '9' && text.find("..") == std::string::npos &&
+                                  text.find_first_of("\\:") == std::string::npos;
+                EXPECT_TRUE(date || text.find('/') == std::string::npos) << text;
+            }
             if (action.deed == Deed::key) ++pressed[action.text];
         }
         EXPECT_EQ(longestSeen, longest);
