@@ -46,14 +46,6 @@ class Archiver {
     UniqueKernelObject end_;
 };
 
-TEST(BackupArchiver, ItsExitCodeComesBack) {
-    Services services;
-    for (const DWORD code : {0u, 7u, 255u}) {
-        services.StartArchiver(u"cmd.exe /c exit " + IntegerToText(code));
-        EXPECT_EQ(services.WaitForArchiver(), code);
-    }
-}
-
 TEST(BackupArchiver, WhatCannotBeStartedSaysSo) {
     Services services;
     const Text file = NewTemporaryFile();  // empty, so no program
@@ -64,22 +56,6 @@ TEST(BackupArchiver, WhatCannotBeStartedSaysSo) {
     EXPECT_EQ(StartFailure(services, TextView(u"cmd.exe\0 /c exit 0", 18)), 53);
     EXPECT_THROW(services.WaitForArchiver(), RunTimeError);
     DeleteFileW(Wide(file));
-}
-
-TEST(BackupArchiver, InheritsNothing) {
-    Services services;
-    const Archiver archiver;
-    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-    UniqueKernelObject read;
-    UniqueKernelObject write;
-    ASSERT_TRUE(CreatePipe(read.Put(), write.Put(), &inherited, 0));
-    services.StartArchiver(archiver.CommandLine(3));
-    write.Reset();
-    // Were the other end in the archiver's hands, too, the pipe would not be broken.
-    EXPECT_FALSE(PeekNamedPipe(read.Get(), nullptr, 0, nullptr, nullptr, nullptr));
-    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_BROKEN_PIPE));
-    archiver.End();
-    EXPECT_EQ(services.WaitForArchiver(), 3u);
 }
 
 // What a window has been told.
@@ -126,14 +102,6 @@ class Window {
     Notified notifications_;
 };
 
-bool Within10Seconds(const auto& condition) {
-    for (int i = 0; i < 1000; ++i) {
-        if (condition()) return true;
-        Sleep(10);
-    }
-    return false;
-}
-
 TEST(BackupArchiver, MeanwhileTheDialogIsPaintedAndTakesNoInput) {
     const Archiver archiver;
     const Window other;
@@ -154,7 +122,7 @@ TEST(BackupArchiver, MeanwhileTheDialogIsPaintedAndTakesNoInput) {
         for (const Window* window : {&dialog, &field, &dialog}) {
             const int before = window->Heard().paints;
             InvalidateRect(window->Handle(), nullptr, TRUE);
-            painted = painted && Within10Seconds([&] { return window->Heard().paints > before; });
+            painted = painted && WaitFor([&] { return window->Heard().paints > before; }, 10000, false);
         }
         archiver.End();
     });
@@ -177,19 +145,21 @@ TEST(BackupArchiver, MeanwhileTheDialogIsPaintedAndTakesNoInput) {
     EXPECT_EQ(posted, 2);
 }
 
-TEST(BackupArchiver, ADialogThatGoesMeanwhileIsNoHindrance) {
+TEST(BackupArchiver, InheritsNothingAndNeedsNoDialog) {
+    const HWND gone = std::make_unique<Window>()->Handle();
+    Services services([gone] { return gone; });
     const Archiver archiver;
-    auto dialog = std::make_unique<Window>();
-    const HWND handle = dialog->Handle();
-    Services services([&] { return handle; });
-    dialog.reset();
-    services.StartArchiver(archiver.CommandLine(1));
-    std::thread user([&] {
-        Sleep(50);
-        archiver.End();
-    });
-    EXPECT_EQ(services.WaitForArchiver(), 1u);
-    user.join();
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    UniqueKernelObject read;
+    UniqueKernelObject write;
+    ASSERT_TRUE(CreatePipe(read.Put(), write.Put(), &inherited, 0));
+    services.StartArchiver(archiver.CommandLine(3));
+    write.Reset();
+    // Were the other end in the archiver's hands, too, the pipe would not be broken.
+    EXPECT_FALSE(PeekNamedPipe(read.Get(), nullptr, 0, nullptr, nullptr, nullptr));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_BROKEN_PIPE));
+    archiver.End();
+    EXPECT_EQ(services.WaitForArchiver(), 3u);
 }
 
 // The process's open handles, each tried: not every system tells their number.

@@ -43,6 +43,14 @@ TEST_F(Files, SizeIsThatOfFilesOnly) {
     Write(In(u"empty"), "");
     EXPECT_EQ(Services().FileSize(In(u"a.db")), 4u);
     EXPECT_EQ(Services().FileSize(In(u"empty")), 0u);
+    {
+        const HANDLE file = CreateFileW(Wide(In(u"large")), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+        LARGE_INTEGER end{};
+        end.QuadPart = 5'000'000'000;
+        EXPECT_TRUE(SetFilePointerEx(file, end, nullptr, FILE_BEGIN) && SetEndOfFile(file));
+        CloseHandle(file);
+    }
+    EXPECT_EQ(Services().FileSize(In(u"large")), 5'000'000'000u);
     Text slashes = In(u"a.db");
     std::replace(slashes.begin(), slashes.end(), u'\\', u'/');
     EXPECT_EQ(Services().FileSize(slashes), 4u);
@@ -52,16 +60,6 @@ TEST_F(Files, SizeIsThatOfFilesOnly) {
         EXPECT_EQ(Failure([&] { size = Services().FileSize(none); }), 0) << Narrow(none);
         EXPECT_EQ(size, std::nullopt) << Narrow(none);
     }
-}
-
-TEST_F(Files, AFileLargerThanFourGigabytesHasItsWholeSize) {
-    const HANDLE file = CreateFileW(Wide(In(u"large")), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    LARGE_INTEGER end{};
-    end.QuadPart = 5'000'000'000;
-    const bool made = SetFilePointerEx(file, end, nullptr, FILE_BEGIN) && SetEndOfFile(file);
-    CloseHandle(file);
-    ASSERT_TRUE(made);
-    EXPECT_EQ(Services().FileSize(In(u"large")), 5'000'000'000u);
 }
 
 TEST_F(Files, FailuresHaveTheNumbersThatHostsKnow) {
@@ -79,48 +77,35 @@ TEST_F(Files, FailuresHaveTheNumbersThatHostsKnow) {
         std::vector<int> numbers;  // any of them
     } cases[] = {
         {"delete none", [&] { Services().DeleteFile(In(u"none")); }, {53}},
-        {"delete in no folder", [&] { Services().DeleteFile(In(u"no\\none")); }, {76}},
         {"delete read-only", [&] { Services().DeleteFile(In(u"fixed")); }, {75}},
         {"delete what is in use", [&] { Services().DeleteFile(In(u"held")); }, {70}},
-        {"delete a folder", [&] { Services().DeleteFile(In(u"folder")); }, {75}},
         {"delete wildcards", [&] { Services().DeleteFile(In(u"?")); }, {52, 53}},
         {"delete a name cut short", [&] { Services().DeleteFile(nul); }, {52}},
         {"create in no folder", [&] { Services().CreateEmptyFile(In(u"no\\a")); }, {76}},
         {"create over read-only", [&] { Services().CreateEmptyFile(In(u"fixed")); }, {75}},
-        {"create over a folder", [&] { Services().CreateEmptyFile(In(u"folder")); }, {75}},
-        {"create over what is in use", [&] { Services().CreateEmptyFile(In(u"held")); }, {70}},
-        {"rename none", [&] { Services().RenameFile(In(u"none"), In(u"c")); }, {53}},
         {"rename to a name taken", [&] { Services().RenameFile(In(u"a"), In(u"b")); }, {58}},
         {"rename read-only", [&] { Services().RenameFile(In(u"fixed"), In(u"c")); }, {75}},
-        {"rename what is in use", [&] { Services().RenameFile(In(u"held"), In(u"c")); }, {70}},
-        {"replace by none", [&] { Services().ReplaceFile(In(u"none"), In(u"c")); }, {53}},
         {"replace by none what is there", [&] { Services().ReplaceFile(In(u"none"), In(u"b")); }, {53}},
         {"replace in no folder", [&] { Services().ReplaceFile(In(u"a"), In(u"no\\c")); }, {76}},
         {"replace read-only", [&] { Services().ReplaceFile(In(u"a"), In(u"fixed")); }, {75}},
         {"replace what is in use", [&] { Services().ReplaceFile(In(u"a"), In(u"held")); }, {70}},
         {"replace a folder", [&] { Services().ReplaceFile(In(u"a"), In(u"folder")); }, {70, 75}},
         {"replace by a folder", [&] { Services().ReplaceFile(In(u"folder"), In(u"c")); }, {75}},
-        {"the short path of none", [&] { Services().ShortPath(In(u"none")); }, {53}},
         {"the short path of a folder", [&] { Services().ShortPath(root_); }, {53}},
-        {"empty no folder", [&] { Services().DeleteFiles(In(u"no\\")); }, {}},
+        {"empty no folder", [&] { Services().DeleteFiles(In(u"no\\")); }, {0}},
         {"empty what is no folder's path", [&] { Services().DeleteFiles(In(u"fol")); }, {76}},
         {"empty nothing", [&] { Services().DeleteFiles(u""); }, {76}},
     };
     for (const auto& c : cases) {
         const int number = Failure(c.step);
-        const bool expected =
-            c.numbers.empty() ? number == 0 : std::find(c.numbers.begin(), c.numbers.end(), number) != c.numbers.end();
+        const bool expected = std::find(c.numbers.begin(), c.numbers.end(), number) != c.numbers.end();
         EXPECT_TRUE(expected) << c.what << " failed with " << number;
     }
     EXPECT_FALSE(IsThere(In(u"c")));
     for (const TextView name : {u"b", u"c", u"fixed", u"held", u"folder"}) {
         EXPECT_FALSE(IsThere(In(backup::ArrivingName(name)))) << Narrow(name);
     }
-    const struct {
-        const char16_t* name;
-        const char* content;
-    } left[] = {{u"a", "a"}, {u"b", "b"}, {u"fixed", "fixed"}};
-    for (const auto& file : left) EXPECT_EQ(Read(In(file.name)), file.content) << Narrow(file.name);
+    EXPECT_EQ(Read(In(u"a")) + Read(In(u"b")) + Read(In(u"fixed")), "abfixed");
     EXPECT_EQ(Services().FileSize(In(u"held")), 4u);
 }
 
@@ -135,43 +120,49 @@ TEST_F(Files, AnEmptyFileTakesThePlaceOfWhateverIsThere) {
     }
 }
 
-// Some systems refuse on a full disk even to end an empty file where it ends.
-BOOL WINAPI NoRoomForAnEnd(HANDLE) {
+BOOL WINAPI NoRoom(HANDLE) {
     SetLastError(ERROR_DISK_FULL);
     return FALSE;
 }
-
-TEST_F(Files, AnEmptyFileNeedsNoRoom) {
-    const ImportPatch full(GetModuleHandleW(nullptr), "SetEndOfFile", reinterpret_cast<void*>(&NoRoomForAnEnd));
-    ASSERT_TRUE(full.Found());
-    EXPECT_EQ(Failure([&] { Services().CreateEmptyFile(In(u"new")); }), 0);
-    EXPECT_EQ(Services().FileSize(In(u"new")), 0u);
-    Write(In(u"old"), "old");
-    EXPECT_EQ(Failure([&] { Services().CreateEmptyFile(In(u"old")); }), 61);
-    EXPECT_EQ(Read(In(u"old")), "old");
+BOOL WINAPI NoRoomForAll(HANDLE, LPCVOID, DWORD count, LPDWORD written, LPOVERLAPPED) {
+    *written = count - 1;
+    return TRUE;
 }
 
-// Some tell only when what they keep in memory is to be written that there is no room for it.
-BOOL WINAPI NoRoomInTheEnd(HANDLE) {
-    SetLastError(ERROR_DISK_FULL);
-    return FALSE;
-}
-
-TEST_F(Files, AReplacementIsThereOnlyOnceItIsOnTheDisk) {
+TEST_F(Files, AFullDiskLeavesWhatIsThere) {
+    const HMODULE self = GetModuleHandleW(nullptr);
     Write(In(u"from"), "content");
     Write(In(u"to"), "old");
-    const ImportPatch full(GetModuleHandleW(nullptr), "FlushFileBuffers", reinterpret_cast<void*>(&NoRoomInTheEnd));
-    ASSERT_TRUE(full.Found());
-    EXPECT_EQ(Failure([&] { Services().ReplaceFile(In(u"from"), In(u"to")); }), 61);
+    {
+        // Some systems refuse on a full disk even to end an empty file where it ends.
+        const ImportPatch full(self, "SetEndOfFile", reinterpret_cast<void*>(&NoRoom));
+        ASSERT_TRUE(full.Found());
+        EXPECT_EQ(Failure([&] { Services().CreateEmptyFile(In(u"new")); }), 0);
+        EXPECT_EQ(Services().FileSize(In(u"new")), 0u);
+        EXPECT_EQ(Failure([&] { Services().CreateEmptyFile(In(u"to")); }), 61);
+    }
+    const auto replace = [&] { Services().ReplaceFile(In(u"from"), In(u"to")); };
+    {
+        // Some report only when what they keep in memory is to be written that there is no room for it.
+        const ImportPatch full(self, "FlushFileBuffers", reinterpret_cast<void*>(&NoRoom));
+        ASSERT_TRUE(full.Found());
+        EXPECT_EQ(Failure(replace), 61);
+    }
+    {
+        const ImportPatch full(self, "WriteFile", reinterpret_cast<void*>(&NoRoomForAll));
+        ASSERT_TRUE(full.Found());
+        EXPECT_EQ(Failure(replace), 61);
+    }
     EXPECT_EQ(Read(In(u"to")), "old");
     EXPECT_FALSE(IsThere(In(backup::ArrivingName(u"to"))));
 }
 
-TEST_F(Files, AReplacementHasTheBytesAndTheTimeAndCanBeReplaced) {
+TEST_F(Files, AReplacementHasTheBytesAndTheTimeOfItsSource) {
     std::string content(3 * 1024 * 1024 + 17, '\0');
     for (std::size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 31 >> 3);
     Write(In(u"from"), content);
     Write(In(u"to"), std::string(content.size() + 1000, 'x'));
+    Write(In(backup::ArrivingName(u"to")), "half of a run that was interrupted");
     FILETIME written{};
     {
         const HANDLE file =
@@ -197,24 +188,13 @@ TEST_F(Files, AReplacementHasTheBytesAndTheTimeAndCanBeReplaced) {
         // What takes nobody's place has nobody's attributes but those of its source.
         EXPECT_EQ((data.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) != 0, name == u"new") << Narrow(name);
     }
-    // And nothing is kept open.
-    EXPECT_TRUE(DeleteFileW(Wide(In(u"to"))));
-}
-
-TEST_F(Files, AReplacementTakesThePlaceOfAFileOrOfNone) {
-    // Of a run that was interrupted.
-    Write(In(backup::ArrivingName(u"a.db")), "half of it");
-    Write(In(u"new"), "the new one");
-    Services().ReplaceFile(In(u"new"), In(u"a.db"));
-    EXPECT_EQ(Read(In(u"a.db")), "the new one");
-    EXPECT_FALSE(IsThere(In(backup::ArrivingName(u"a.db"))));
-
-    Write(In(u"new"), "a newer one");
-    SetFileAttributesW(Wide(In(u"a.db")), FILE_ATTRIBUTE_HIDDEN);
-    Services().ReplaceFile(In(u"new"), In(u"a.db"));
-    EXPECT_EQ(Read(In(u"a.db")), "a newer one");
-    EXPECT_EQ(Read(In(u"new")), "a newer one") << "a copy takes its place";
-    EXPECT_TRUE(GetFileAttributesW(Wide(In(u"a.db"))) & FILE_ATTRIBUTE_HIDDEN);
+    EXPECT_TRUE(IsThere(In(u"from"))) << "a copy takes its place";
+    EXPECT_FALSE(IsThere(In(backup::ArrivingName(u"to"))));
+    SetFileAttributesW(Wide(In(u"from")), FILE_ATTRIBUTE_NORMAL);
+    SetFileAttributesW(Wide(In(u"to")), FILE_ATTRIBUTE_HIDDEN);
+    Services().ReplaceFile(In(u"from"), In(u"to"));
+    EXPECT_TRUE(GetFileAttributesW(Wide(In(u"to"))) & FILE_ATTRIBUTE_HIDDEN);
+    EXPECT_TRUE(DeleteFileW(Wide(In(u"to")))) << "nothing is kept open";
 }
 
 Text Permissions(const Text& path) {
@@ -233,7 +213,15 @@ Text Permissions(const Text& path) {
     return text;
 }
 
-TEST_F(Files, AReplacementKeepsThePermissionsOfTheOldFile) {
+// A share whose server lets nobody set permissions, or has none.
+DWORD settingPermissions = 0;
+UINT driveOfAll = 0;
+DWORD WINAPI RefusePermissions(LPWSTR, SE_OBJECT_TYPE, SECURITY_INFORMATION, PSID, PSID, PACL, PACL) {
+    return settingPermissions;
+}
+UINT WINAPI ReportDrive(LPCWSTR) { return driveOfAll; }
+
+TEST_F(Files, AReplacementKeepsThePermissionsOfTheOldFileWhereSomebodyCanSetThem) {
     Write(In(u"a.db"), "old");
     Write(In(u"new"), "new");
     PSECURITY_DESCRIPTOR descriptor = nullptr;
@@ -247,32 +235,20 @@ TEST_F(Files, AReplacementKeepsThePermissionsOfTheOldFile) {
     Services().ReplaceFile(In(u"new"), In(u"a.db"));
     EXPECT_EQ(Read(In(u"a.db")), "new");
     EXPECT_EQ(Narrow(Permissions(In(u"a.db"))), Narrow(before));
-}
 
-// A share whose server lets nobody set permissions, or has none.
-DWORD settingPermissions = 0;
-UINT driveOfAll = 0;
-DWORD WINAPI RefusePermissions(LPWSTR, SE_OBJECT_TYPE, SECURITY_INFORMATION, PSID, PSID, PACL, PACL) {
-    return settingPermissions;
-}
-UINT WINAPI ReportDrive(LPCWSTR) { return driveOfAll; }
-
-TEST_F(Files, AReplacementNeedsNoPermissionsWhereNobodyCanSetThem) {
+    const ImportPatch setting(GetModuleHandleW(nullptr), "SetNamedSecurityInfoW",
+                              reinterpret_cast<void*>(&RefusePermissions));
+    const ImportPatch drive(GetModuleHandleW(nullptr), "GetDriveTypeW", reinterpret_cast<void*>(&ReportDrive));
+    ASSERT_TRUE(setting.Found() && drive.Found());
     const struct {
         DWORD refusal;
         UINT drive;
         int error;
     } cases[] = {{ERROR_ACCESS_DENIED, DRIVE_FIXED, 75},
                  {ERROR_ACCESS_DENIED, DRIVE_REMOTE, 0},
-                 {ERROR_NOT_SUPPORTED, DRIVE_FIXED, 0},
                  {ERROR_NOT_ENOUGH_MEMORY, DRIVE_REMOTE, 7}};
-    const ImportPatch setting(GetModuleHandleW(nullptr), "SetNamedSecurityInfoW",
-                              reinterpret_cast<void*>(&RefusePermissions));
-    const ImportPatch drive(GetModuleHandleW(nullptr), "GetDriveTypeW", reinterpret_cast<void*>(&ReportDrive));
-    ASSERT_TRUE(setting.Found() && drive.Found());
     for (const auto& c : cases) {
         Write(In(u"a.db"), "old");
-        Write(In(u"new"), "new");
         settingPermissions = c.refusal;
         driveOfAll = c.drive;
         EXPECT_EQ(Failure([&] { Services().ReplaceFile(In(u"new"), In(u"a.db")); }), c.error) << c.refusal;
@@ -289,15 +265,11 @@ TEST_F(Files, PathsLongerThanTheSystemsOldLimitWork) {
     Services().CreateEmptyFile(folder + u"empty");
     EXPECT_EQ(Services().FileSize(folder + u"empty"), 0u);
     Write(In(u"short"), "content");
-    Services().ReplaceFile(In(u"short"), folder + u"a.db");
-    Services().ReplaceFile(In(u"short"), folder + u"a.db");
+    for (int i = 0; i < 2; ++i) Services().ReplaceFile(In(u"short"), folder + u"a.db");
     Services().RenameFile(folder + u"a.db", folder + u"b.db");
     EXPECT_EQ(Services().FileSize(folder + u"b.db"), 7u);
     EXPECT_EQ(Services().FirstFile(folder, u".db"), u"b.db");
-    EXPECT_TRUE(Services().SameFolder(folder, folder +
-                                                  u".."
-                                                  u"\\" +
-                                                  Text(100, u'C') + u'\\'));
+    EXPECT_TRUE(Services().SameFolder(folder, folder + u"..\\" + Text(100, u'C') + u'\\'));
     EXPECT_FALSE(Services().ShortPath(folder + u"b.db").empty());
     EXPECT_EQ(Services().DriveTypeOf(folder + u"b.db"), DriveKind::other);
     Services().DeleteFile(folder + u"empty");
@@ -397,11 +369,29 @@ TEST_F(Files, FoldersWithoutNumbersAreToldApartByTheirPaths) {
 
 // ---- Names and drives ----------------------------------------------------------------------------------------------
 
-TEST_F(Files, AShortPathLeadsToTheFile) {
-    Write(In(u"a rather long name.database"), "seven77");
-    const Text path = Services().ShortPath(In(u"a rather long name.database"));
-    EXPECT_EQ(Services().FileSize(path), 7u) << Narrow(path);
-    EXPECT_NE(path.substr(0, 4), u"\\\\?\\");
+Text renamedTo;
+
+BOOL WINAPI RecordRename(LPCWSTR from, LPCWSTR to, DWORD flags) {
+    renamedTo = FromWide(to);
+    return MoveFileWithProgressW(from, to, nullptr, nullptr, flags);
+}
+
+// As in an archive that an old program made.
+TEST_F(Files, AShortPathLeadsToTheFileWhichKeepsItsLongName) {
+    const Text name = u"a rather long name.database";
+    Write(In(name), "old");
+    Write(In(u"new"), "new");
+    EXPECT_EQ(Services().FileSize(Services().ShortPath(In(name))), 3u);
+    Text shortPath(MAX_PATH, u'\0');
+    shortPath.resize(GetShortPathNameW(Wide(In(name)), WideBuffer(shortPath), MAX_PATH));
+    if (shortPath.find(u'~') == Text::npos) GTEST_SKIP() << "this disk has no short names";
+    // Some systems let a file keep its name when it is replaced by its short one; a rename's own name must be right.
+    const ImportPatch rename(GetModuleHandleW(nullptr), "MoveFileExW", reinterpret_cast<void*>(&RecordRename));
+    ASSERT_TRUE(rename.Found());
+    Services().ReplaceFile(In(u"new"), shortPath);
+    EXPECT_EQ(Narrow(renamedTo), Narrow(In(name)));
+    EXPECT_EQ(Services().FirstFile(root_, u".database"), name);
+    EXPECT_EQ(Read(In(name)), "new");
 }
 
 TEST(BackupDrives, AreToldByAnyPathOnThem) {
@@ -441,9 +431,7 @@ TEST(BackupDrives, ChangingTheDriveGoesToItsCurrentFolder) {
 
 TEST(BackupNames, TemporaryOnesAreFreshAndLongEnough) {
     const Text one = Services().TemporaryName();
-    EXPECT_EQ(one.substr(0, 3), u"rad");
-    EXPECT_EQ(one.size(), 12u) << Narrow(one);
-    EXPECT_EQ(one.find_first_of(u"\\/:"), Text::npos);
+    EXPECT_TRUE(one.starts_with(u"rad") && one.size() == 12 && one.find_first_of(u"\\/:") == Text::npos) << Narrow(one);
     EXPECT_NE(one, Services().TemporaryName());
 }
 
