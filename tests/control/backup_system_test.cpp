@@ -285,6 +285,7 @@ TEST_F(Files, TheFirstFileEndsInTheExtensionItself) {
     EXPECT_EQ(Services().FirstFile(root_, u".abc"), u"");
     EXPECT_EQ(Services().FirstFile(In(u"no\\"), u".abc"), u"");
     EXPECT_EQ(Services().FirstFile(In(u"*\\"), u".abc"), u"");
+    EXPECT_EQ(Services().FirstFile(In(u"x"), u".ab"), u"") << "that is no folder's path";
     EXPECT_NE(Services().FirstFile(root_, u""), u"");
     Write(In(u"\u0416.ABC"), "");
     EXPECT_EQ(Services().FirstFile(root_, u".abc"), u"\u0416.ABC");
