@@ -71,7 +71,7 @@ class PictureFile : public ::testing::Test {
 
 TEST_F(PictureFile, AnySizeAndDepthIsRead) {
     for (const int bits : {1, 4, 8, 16, 24, 32}) {
-        for (const Size size : {Size{1, 1}, Size{16, 16}, Size{33, 7}, Size{300, 200}}) {
+        for (const Size size : {Size{1, 1}, Size{33, 7}, Size{300, 200}}) {
             SCOPED_TRACE(std::to_string(bits) + " bits, " + std::to_string(size.width));
             Write(Bitmap(size.width, size.height, bits));
             const auto picture = Loaded();
