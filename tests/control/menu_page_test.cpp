@@ -269,53 +269,6 @@ TEST_F(MenuPage, RefusesWhatMakesNoSense) {
     CoTaskMemFree(info.pszTitle);
 }
 
-// In the system's own frame.
-TEST_F(MenuPage, StandsInAPropertyFrame) {
-    Open();
-    AddImage(L"mnuOpen", RGB(255, 0, 0));
-    ComPtr<IUnknown> factory;
-    CLSID id = PageId();
-    ASSERT_EQ(S_OK, ServerUnderTest::Get().ClassObject(id, IID_IUnknown, factory.put_void()));
-    DWORD cookie = 0;
-    ASSERT_EQ(S_OK, CoRegisterClassObject(id, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie));
-    bool seen = false;
-    bool whole = false;
-    {
-        const Person person([&] {
-            HWND frame = nullptr;
-            const auto look = [&] {
-                frame = FindWindowW(L"#32770", nullptr);
-                for (HWND sheet = GetWindow(frame, GW_CHILD); sheet; sheet = GetWindow(sheet, GW_HWNDNEXT)) {
-                    const HWND page = FindWindowExW(sheet, nullptr, L"QvxMenuPage", nullptr);
-                    if (!page || !IsWindowVisible(page)) continue;
-                    seen = true;
-                    RECT inner{};
-                    RECT around{};
-                    GetWindowRect(page, &inner);
-                    GetWindowRect(sheet, &around);
-                    whole =
-                        inner.right <= around.right && inner.bottom <= around.bottom && inner.right - inner.left > 100;
-                }
-                return seen;
-            };
-            WaitFor(look, 10000, false);
-            const auto closed = [&] {
-                PostMessageW(frame, WM_COMMAND, IDCANCEL, 0);
-                Sleep(100);
-                return !IsWindow(frame);
-            };
-            WaitFor(closed, 5000, false);
-        });
-        IUnknown* object = control_.get();
-        EXPECT_EQ(S_OK, OleCreatePropertyFrame(form_->Handle(), 0, 0, L"mns", 1, &object, 1, &id, LOCALE_USER_DEFAULT,
-                                               0, nullptr));
-    }
-    EXPECT_TRUE(seen);
-    EXPECT_TRUE(whole) << "nothing of it is cut off";
-    EXPECT_EQ(Keys(), u"mnuOpen ");
-    CoRevokeClassObject(cookie);
-}
-
 std::vector<std::string>* calls = nullptr;  // of the container that the frame is opened in
 
 HRESULT WINAPI OpenNoFrame(HWND, UINT, UINT, LPCOLESTR, ULONG, LPUNKNOWN*, ULONG, LPCLSID, LCID, DWORD, LPVOID) {

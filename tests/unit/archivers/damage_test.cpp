@@ -227,14 +227,5 @@ TEST_F(Damage, FailuresAtEveryChangeOfTheDisk) {
     }
 }
 
-TEST_F(Damage, AFullDiskKeepsTheOldArchive) {
-    files.Put(u"C:\\in\\a.db", RandomBytes(50000));
-    files.Put(u"C:\\b.qvx", {'o', 'l', 'd'});
-    files.fixed.capacity = 70000;
-    EXPECT_EQ(PkZip(u"C:\\b.qvx C:\\in\\a.db"), ExitCode::diskFull);
-    EXPECT_EQ(ContentOf(u"C:\\b.qvx"), (Bytes{'o', 'l', 'd'}));
-    EXPECT_EQ(files.Temporaries(), 0u);
-}
-
 }  // namespace
 }  // namespace qvx::archivers
