@@ -69,25 +69,6 @@ class PictureFile : public ::testing::Test {
     std::wstring path_;
 };
 
-TEST_F(PictureFile, AnySizeAndDepthIsRead) {
-    for (const int bits : {1, 4, 8, 16, 24, 32}) {
-        for (const Size size : {Size{1, 1}, Size{33, 7}, Size{300, 200}}) {
-            SCOPED_TRACE(std::to_string(bits) + " bits, " + std::to_string(size.width));
-            Write(Bitmap(size.width, size.height, bits));
-            const auto picture = Loaded();
-            ASSERT_TRUE(picture);
-            EXPECT_EQ(menus::MenuPicture(picture.get()).PixelSize({}), size);
-            Draw(picture.get());
-        }
-    }
-    for (const TextView name : {u"new.ico", u"help.ico", u"tools.bmp"}) {
-        const auto picture = qvx::LoadPictureFile(SourceFile(u"/samples/pictures/" + Text(name)));
-        ASSERT_TRUE(picture);
-        EXPECT_FALSE(menus::MenuPicture(picture.get()).Empty());
-        Draw(picture.get());
-    }
-}
-
 TEST_F(PictureFile, WhatIsNoPictureIsRefused) {
     int error = 0;
     EXPECT_FALSE(Loaded(&error));
