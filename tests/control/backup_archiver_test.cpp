@@ -1,6 +1,7 @@
 // Archivers as processes: how they start, what goes on while one runs, and what is left of them.
 #include <windows.h>
 
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -64,25 +65,20 @@ struct Notified {
     std::atomic<int> input = 0;
 };
 
-LRESULT CALLBACK Listen(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* told = reinterpret_cast<Notified*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (told && message == WM_PAINT) ++told->paints;
-    if (told && (message == WM_KEYDOWN || message == WM_LBUTTONDOWN || message == WM_COMMAND)) ++told->input;
+LRESULT CALLBACK Listen(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR data) {
+    auto* told = reinterpret_cast<Notified*>(data);
+    if (message == WM_PAINT) ++told->paints;
+    if (message == WM_KEYDOWN || message == WM_LBUTTONDOWN || message == WM_COMMAND) ++told->input;
     if (message == WM_APP) return 42;
-    return DefWindowProcW(window, message, wParam, lParam);
+    return DefSubclassProc(window, message, wParam, lParam);
 }
 
 class Window {
   public:
     explicit Window(HWND parent = nullptr) {
-        WNDCLASSW listening{};
-        listening.lpfnWndProc = Listen;
-        listening.hInstance = GetModuleHandleW(nullptr);
-        listening.lpszClassName = L"QvxBackupArchiverTest";
-        RegisterClassW(&listening);
-        handle_ = CreateWindowExW(0, listening.lpszClassName, L"", parent ? WS_CHILD | WS_VISIBLE : WS_POPUP, 10, 10,
-                                  200, 100, parent, nullptr, listening.hInstance, nullptr);
-        SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&notifications_));
+        handle_ = CreateWindowExW(0, L"STATIC", L"", (parent ? WS_CHILD | WS_VISIBLE : WS_POPUP) | SS_NOTIFY, 10, 10,
+                                  200, 100, parent, nullptr, nullptr, nullptr);
+        SetWindowSubclass(handle_, Listen, 1, reinterpret_cast<DWORD_PTR>(&notifications_));
         ShowWindow(handle_, SW_SHOWNA);
         UpdateWindow(handle_);
         MSG message{};

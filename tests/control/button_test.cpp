@@ -57,18 +57,13 @@ TEST_F(Button, TakesNoInputWhileTheHostIsDeadToIt) {
     EXPECT_EQ(Clicks(), 1U);
 }
 
-void CALLBACK CloseAbout(HWND window, UINT, UINT_PTR id, DWORD) {
-    if (const HWND about = FindWindowW(L"QvxAbout", nullptr)) {
-        KillTimer(window, id);
-        PostMessageW(about, WM_CLOSE, 0, 0);
-    }
-}
-
 // Frames with windows of their own beside the form close those to input, too.
 TEST_F(Button, TellsTheFrameOfItsDialogs) {
     Activate();
     container_->Calls().clear();
-    SetTimer(container_->Window(), 1, 100, CloseAbout);
+    const Person person([] {
+        if (const HWND about = WaitForWindow(L"QvxAbout")) PostMessageW(about, WM_CLOSE, 0, 0);
+    });
     Call(button_.get(), L"ShowAbout");
     std::vector<std::string> told;
     for (const auto& call : container_->Calls()) {
