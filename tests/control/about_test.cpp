@@ -50,12 +50,23 @@ class AboutBoxOnScreen : public test::OwnedDialogTest {
     }
 };
 
+// A function with the system's calling convention; lambdas have none of their own on x86.
+std::atomic<int> returned;
+void CALLBACK ShowAgain(HWND window, UINT, UINT_PTR id, DWORD) {
+    KillTimer(window, id);
+    ShowAboutBox(window);
+    ++returned;
+}
+
+// Calling it again meanwhile only brings it to the front.
 TEST_F(AboutBoxOnScreen, AnyKeyClosesItThatIsNotHeldSinceBefore) {
     std::atomic<bool> stays{false};
+    returned = 0;
+    SetTimer(owner_, 7, 200, ShowAgain);
     ShowTo([&] {
         const HWND about = WaitForWindow(L"QvxAbout");
         test::RepeatAndRelease(about, VK_RETURN);
-        stays = about && IsWindow(about);
+        stays = about && IsWindow(about) && WaitFor([] { return returned == 1; }, 3000, false);
         TypeKey(VK_F1);
     });
     EXPECT_TRUE(stays);
@@ -93,26 +104,6 @@ TEST_F(AboutBoxOnScreen, AClickOnTheFormClosesItAndAFailingMailLinkIsReported) {
     EXPECT_EQ(title, u"  Send E-mail");
     EXPECT_TRUE(openAfterMail);
     EXPECT_FALSE(openAfterForm);
-}
-
-// A function with the system's calling convention; lambdas have none of their own on x86.
-std::atomic<int> returned;
-void CALLBACK ShowAgain(HWND window, UINT, UINT_PTR id, DWORD) {
-    KillTimer(window, id);
-    ShowAboutBox(window);
-    ++returned;
-}
-
-TEST_F(AboutBoxOnScreen, ASecondCallOnlyBringsItToTheFront) {
-    returned = 0;
-    SetTimer(owner_, 7, 200, ShowAgain);
-    ShowTo([&] {
-        if (!WaitForWindow(L"QvxAbout")) return;
-        WaitFor([] { return returned == 1; }, 3000, false);
-        TypeKey(VK_ESCAPE);
-    });
-    EXPECT_EQ(returned, 1);
-    EXPECT_EQ(FindWindowW(L"QvxAbout", nullptr), nullptr);
 }
 
 }  // namespace

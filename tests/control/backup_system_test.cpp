@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,12 @@ int Failure(const std::function<void()>& work) {
     EXPECT_EQ(raised.words.find(u"secret"), Text::npos) << Narrow(raised.words);
     EXPECT_EQ(raised.words.find(u'\\'), Text::npos) << Narrow(raised.words);
     return raised.number;
+}
+
+Text CurrentFolder() {
+    wchar_t folder[MAX_PATH] = L"";
+    GetCurrentDirectoryW(MAX_PATH, folder);
+    return Text(FromWide(folder));
 }
 
 class Files : public TemporaryFolder {};
@@ -130,29 +137,29 @@ BOOL WINAPI NoRoomForAll(HANDLE, LPCVOID, DWORD count, LPDWORD written, LPOVERLA
 }
 
 TEST_F(Files, AFullDiskLeavesWhatIsThere) {
-    const HMODULE self = GetModuleHandleW(nullptr);
     Write(In(u"from"), "content");
     Write(In(u"to"), "old");
-    {
+    const struct {
+        const char* function;
+        void* replacement;
+        std::function<void()> step;
+        int error;
+    } cases[] = {
         // Some systems refuse on a full disk even to end an empty file where it ends.
-        const ImportPatch full(self, "SetEndOfFile", reinterpret_cast<void*>(&NoRoom));
-        ASSERT_TRUE(full.Found());
-        EXPECT_EQ(Failure([&] { Services().CreateEmptyFile(In(u"new")); }), 0);
-        EXPECT_EQ(Services().FileSize(In(u"new")), 0u);
-        EXPECT_EQ(Failure([&] { Services().CreateEmptyFile(In(u"to")); }), 61);
-    }
-    const auto replace = [&] { Services().ReplaceFile(In(u"from"), In(u"to")); };
-    {
+        {"SetEndOfFile", reinterpret_cast<void*>(&NoRoom), [&] { Services().CreateEmptyFile(In(u"new")); }, 0},
+        {"SetEndOfFile", reinterpret_cast<void*>(&NoRoom), [&] { Services().CreateEmptyFile(In(u"to")); }, 61},
         // Some report only when what they keep in memory is to be written that there is no room for it.
-        const ImportPatch full(self, "FlushFileBuffers", reinterpret_cast<void*>(&NoRoom));
+        {"FlushFileBuffers", reinterpret_cast<void*>(&NoRoom), [&] { Services().ReplaceFile(In(u"from"), In(u"to")); },
+         61},
+        {"WriteFile", reinterpret_cast<void*>(&NoRoomForAll), [&] { Services().ReplaceFile(In(u"from"), In(u"to")); },
+         61},
+    };
+    for (const auto& c : cases) {
+        const ImportPatch full(GetModuleHandleW(nullptr), c.function, c.replacement);
         ASSERT_TRUE(full.Found());
-        EXPECT_EQ(Failure(replace), 61);
+        EXPECT_EQ(Failure(c.step), c.error) << c.function;
     }
-    {
-        const ImportPatch full(self, "WriteFile", reinterpret_cast<void*>(&NoRoomForAll));
-        ASSERT_TRUE(full.Found());
-        EXPECT_EQ(Failure(replace), 61);
-    }
+    EXPECT_EQ(Services().FileSize(In(u"new")), 0u);
     EXPECT_EQ(Read(In(u"to")), "old");
     EXPECT_FALSE(IsThere(In(backup::ArrivingName(u"to"))));
 }
@@ -163,15 +170,10 @@ TEST_F(Files, AReplacementHasTheBytesAndTheTimeOfItsSource) {
     Write(In(u"from"), content);
     Write(In(u"to"), std::string(content.size() + 1000, 'x'));
     Write(In(backup::ArrivingName(u"to")), "half of a run that was interrupted");
-    FILETIME written{};
+    const FILETIME written{0, 0x01D00000};
     {
         const HANDLE file =
             CreateFileW(Wide(In(u"from")), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-        SYSTEMTIME day{};
-        day.wYear = 2021;
-        day.wMonth = 3;
-        day.wDay = 4;
-        SystemTimeToFileTime(&day, &written);
         EXPECT_TRUE(SetFileTime(file, nullptr, nullptr, &written));
         CloseHandle(file);
     }
@@ -280,16 +282,11 @@ TEST_F(Files, TheFirstFileEndsInTheExtensionItself) {
 }
 
 TEST_F(Files, AFolderIsEmptiedOfFilesOnly) {
-    const struct {
-        const char16_t* name;
-        DWORD attributes;
-    } files[] = {{u"plain", FILE_ATTRIBUTE_NORMAL},
-                 {u"hidden", FILE_ATTRIBUTE_HIDDEN},
-                 {u"fixed", FILE_ATTRIBUTE_READONLY},
-                 {u"system", FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_READONLY}};
-    for (const auto& file : files) {
-        Write(In(file.name), "x");
-        SetFileAttributesW(Wide(In(file.name)), file.attributes);
+    for (const DWORD attributes : {FILE_ATTRIBUTE_NORMAL, FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_READONLY,
+                                   FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_READONLY}) {
+        const Text file = In(IntegerToText(static_cast<int>(attributes)));
+        Write(file, "x");
+        SetFileAttributesW(Wide(file), attributes);
     }
     for (int i = 0; i < 200; ++i) Write(In(u"many" + IntegerToText(i)), "");
     CreateDirectoryW(Wide(In(u"inner")), nullptr);
@@ -300,6 +297,12 @@ TEST_F(Files, AFolderIsEmptiedOfFilesOnly) {
     Write(In(u"held"), "x");
     const OpenElsewhere held(In(u"held"), GENERIC_READ, 0);
     EXPECT_EQ(Failure([&] { Services().DeleteFiles(root_); }), 70);
+}
+
+// A server that has no numbers for its folders.
+BOOL WINAPI NoNumber(HANDLE, FILE_INFO_BY_HANDLE_CLASS, LPVOID number, DWORD size) {
+    std::memset(number, 0, size);
+    return TRUE;
 }
 
 TEST_F(Files, AFolderIsTheSameHoweverItIsSpelled) {
@@ -318,31 +321,21 @@ TEST_F(Files, AFolderIsTheSameHoweverItIsSpelled) {
         {In(u"three\\"), In(u"three\\"), false},
         {In(u"file"), In(u"file"), false},
         {u"", u"", false},
+        {u".", In(u"one\\"), true},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Services().SameFolder(c.one, c.other), c.same) << Narrow(c.one) << " | " << Narrow(c.other);
-    }
-    wchar_t before[MAX_PATH];
-    GetCurrentDirectoryW(MAX_PATH, before);
+    const Text before = CurrentFolder();
     SetCurrentDirectoryW(Wide(In(u"one")));
-    EXPECT_TRUE(Services().SameFolder(u".", In(u"one\\")));
-    SetCurrentDirectoryW(before);
-}
-
-// A server that has no numbers for its folders.
-BOOL WINAPI NoNumber(HANDLE, FILE_INFO_BY_HANDLE_CLASS, LPVOID number, DWORD size) {
-    std::memset(number, 0, size);
-    return TRUE;
-}
-
-TEST_F(Files, FoldersWithoutNumbersAreToldApartByTheirPaths) {
-    CreateDirectoryW(Wide(In(u"one")), nullptr);
-    CreateDirectoryW(Wide(In(u"two")), nullptr);
-    const ImportPatch number(GetModuleHandleW(nullptr), "GetFileInformationByHandleEx",
-                             reinterpret_cast<void*>(&NoNumber));
-    ASSERT_TRUE(number.Found());
-    EXPECT_FALSE(Services().SameFolder(In(u"one\\"), In(u"two\\")));
-    EXPECT_TRUE(Services().SameFolder(In(u"one\\"), In(u"two\\..\\ONE")));
+    for (const bool numbers : {true, false}) {
+        std::optional<ImportPatch> none;
+        if (!numbers) {
+            none.emplace(GetModuleHandleW(nullptr), "GetFileInformationByHandleEx", reinterpret_cast<void*>(&NoNumber));
+            ASSERT_TRUE(none->Found());
+        }
+        for (const auto& c : cases) {
+            EXPECT_EQ(Services().SameFolder(c.one, c.other), c.same) << Narrow(c.one) << " | " << Narrow(c.other);
+        }
+    }
+    SetCurrentDirectoryW(Wide(before));
 }
 
 // ---- Names and drives ----------------------------------------------------------------------------------------------
@@ -391,20 +384,16 @@ TEST_F(Files, TheFreeSpaceIsThatOfTheFolderAPathIsIn) {
 }
 
 TEST(BackupDrives, ChangingTheDriveGoesToItsCurrentFolder) {
-    wchar_t before[MAX_PATH];
-    GetCurrentDirectoryW(MAX_PATH, before);
+    const Text before = CurrentFolder();
     ASSERT_TRUE(SetCurrentDirectoryW(L"Z:\\"));
     Services().ChangeDrive(u"C:\\no such folder\\a.db");
-    wchar_t now[MAX_PATH] = L"";
-    GetCurrentDirectoryW(MAX_PATH, now);
-    EXPECT_EQ(now[0], L'C');
+    const Text now = CurrentFolder();
+    EXPECT_TRUE(now.starts_with(u"C:"));
     Services().ChangeDrive(u"");
     Services().ChangeDrive(u"relative.db");
     EXPECT_EQ(Failure([] { Services().ChangeDrive(u"Q:\\secret\\"); }), 68);
-    wchar_t after[MAX_PATH] = L"";
-    GetCurrentDirectoryW(MAX_PATH, after);
-    EXPECT_STREQ(after, now);
-    SetCurrentDirectoryW(before);
+    EXPECT_EQ(Narrow(CurrentFolder()), Narrow(now));
+    SetCurrentDirectoryW(Wide(before));
 }
 
 TEST(BackupNames, TemporaryOnesAreFreshAndLongEnough) {

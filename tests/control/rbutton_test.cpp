@@ -135,13 +135,8 @@ TEST_F(RButtonForm, FocusRectangleGoesByTheNameOfTheActiveControl) {
         if (c.index) active->members[L"Index"] = *c.index;
         EXPECT_EQ(FocusPixels() > 0, c.shown) << Variant(c.name).ToText().value_or(u"").size();
     }
-}
-
-TEST_F(RButtonForm, FocusRectangleGoesWithTheFocusWhereNoFormTells) {
+    // Where no form tells, it goes with the focus.
     extended->members.erase(L"Parent");
-    Activate();
-    EXPECT_EQ(FocusPixels(), 0);
-    Focus();
     EXPECT_GT(FocusPixels(), 0);
     SetFocus(container_->Window());
     EXPECT_EQ(FocusPixels(), 0);

@@ -18,6 +18,13 @@ MENUITEMINFOW InfoOf(HMENU menu, int position) {
     return info;
 }
 
+ComPtr<IPictureDisp> PictureFrom(PICTDESC description) {
+    description.cbSizeofstruct = sizeof description;
+    ComPtr<IPictureDisp> picture;
+    EXPECT_EQ(S_OK, OleCreatePictureIndirect(&description, IID_IPictureDisp, TRUE, picture.put_void()));
+    return picture;
+}
+
 }  // namespace
 
 ComPtr<IPictureDisp> SolidPicture(Size size, COLORREF color) {
@@ -33,22 +40,17 @@ ComPtr<IPictureDisp> SolidPicture(Size size, COLORREF color) {
         FillRect(dc.Get(), &all, brush.Get());
     }
     PICTDESC description{};
-    description.cbSizeofstruct = sizeof description;
     description.picType = PICTYPE_BITMAP;
     description.bmp.hbitmap = bitmap.Get();
-    ComPtr<IPictureDisp> picture;
-    EXPECT_EQ(S_OK, OleCreatePictureIndirect(&description, IID_IPictureDisp, TRUE, picture.put_void()));
+    auto picture = PictureFrom(description);
     bitmap.Detach();  // the picture's now
     return picture;
 }
 
 ComPtr<IPictureDisp> EmptyPicture() {
     PICTDESC description{};
-    description.cbSizeofstruct = sizeof description;
     description.picType = PICTYPE_NONE;
-    ComPtr<IPictureDisp> picture;
-    EXPECT_EQ(S_OK, OleCreatePictureIndirect(&description, IID_IPictureDisp, TRUE, picture.put_void()));
-    return picture;
+    return PictureFrom(description);
 }
 
 Size MeasureItem(HWND window, HMENU menu, int position) {

@@ -15,27 +15,17 @@ namespace qvx::test {
 
 namespace {
 
-class Session {
-  public:
-    Session() {
-        const Gdiplus::GdiplusStartupInput input;
-        started_ = Gdiplus::GdiplusStartup(&token_, &input, nullptr) == Gdiplus::Ok;
-    }
-    ~Session() {
-        if (started_) Gdiplus::GdiplusShutdown(token_);
-    }
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
-
-  private:
-    ULONG_PTR token_ = 0;
-    bool started_ = false;
-};
+// Starts the library once; it stays until the end of the program.
+void StartDrawing() {
+    static ULONG_PTR token = 0;
+    const Gdiplus::GdiplusStartupInput input;
+    if (token == 0) Gdiplus::GdiplusStartup(&token, &input, nullptr);
+}
 
 }  // namespace
 
 std::optional<PixelPicture> ReadPng(const std::wstring& path) {
-    const Session session;
+    StartDrawing();
     Gdiplus::Bitmap bitmap(path.c_str());
     if (bitmap.GetLastStatus() != Gdiplus::Ok) return std::nullopt;
     PixelPicture picture({static_cast<int>(bitmap.GetWidth()), static_cast<int>(bitmap.GetHeight())});
@@ -50,7 +40,7 @@ std::optional<PixelPicture> ReadPng(const std::wstring& path) {
 }
 
 bool WritePng(const std::wstring& path, const PixelPicture& picture) {
-    const Session session;
+    StartDrawing();
     Gdiplus::Bitmap bitmap(picture.size.width, picture.size.height, PixelFormat24bppRGB);
     for (int y = 0; y < picture.size.height; ++y) {
         for (int x = 0; x < picture.size.width; ++x) {

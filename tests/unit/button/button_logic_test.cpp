@@ -5,7 +5,6 @@
 
 #include "common/keys.h"
 #include "tests/unit/button/sequences.h"
-#include "widgets/button/access_key.h"
 
 namespace qvx::buttons {
 namespace {
@@ -77,22 +76,6 @@ TEST(ButtonLogic, WhatCountsAsFocused) {
     EXPECT_TRUE(logic.Focused());
     logic.SetFocused(false);
     EXPECT_FALSE(logic.Focused());
-}
-
-TEST(AccessKey, CharacterAndMatching) {
-    struct {
-        const char16_t* caption;
-        char16_t key;
-    } const cases[] = {{u"&Save", u'S'}, {u"Sa&ve && quit", u'v'}, {u"OK", u'O'},
-                       {u"", 0},         {u"Trailing&", 0},        {u"&&", u'&'},
-                       {u"&Änd", u'Ä'},  {u"A && &B", u'&'},       {u" leading", u' '}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(AccessKey(c.caption), c.key) << static_cast<int>(c.key);
-    }
-    EXPECT_TRUE(IsAccessKey(u"&Save", u's'));
-    EXPECT_TRUE(IsAccessKey(u"&\u00C4nd", u'\u00E4'));
-    EXPECT_FALSE(IsAccessKey(u"&Save", u'a'));
-    EXPECT_FALSE(IsAccessKey(u"", u'\0'));
 }
 
 }  // namespace

@@ -20,6 +20,9 @@ TEST(AboutBox, LabelUnderThePointer) {
 }
 
 TEST(AboutBox, PaintsEveryLabelOnce) {
+    for (const LabelLook& label : Labels()) {
+        EXPECT_EQ(label.twips.Intersect({0, 0, client.width, client.height}), label.twips);
+    }
     RecordingSurface surface;
     Paint(surface, {0, 0, 300, 160});
     for (const char* call :

@@ -123,14 +123,12 @@ TEST(MessageBox, KeysAnswer) {
     }
 }
 
-TEST(MessageBox, PictureNumbers) {
-    EXPECT_EQ(PictureNumber(9), 9);
-    EXPECT_EQ(PictureNumber(10), 6);
-    EXPECT_EQ(PictureNumber(-1), 6);
+TEST(MessageBox, PictureNumbersAndCaption) {
+    for (const int number : {1, 9}) EXPECT_EQ(PictureNumber(number), number);
+    for (const int other : {10, -1}) EXPECT_EQ(PictureNumber(other), 6);
     EXPECT_EQ(test::ErrorOf([] { PictureNumber(0); }), 35600) << "there is no picture 0";
+    EXPECT_EQ(CaptionFor(u"Restore"), u"  Restore");
 }
-
-TEST(MessageBox, Caption) { EXPECT_EQ(CaptionFor(u"Restore"), u"  Restore"); }
 
 TEST(MessageBox, NeedsNoMemoryButItsOwn) {
     test::ExpectAllOrNothing("layout", [] { return LayOut(10, {150, 26}, Dpi{}).ok.caption; });
