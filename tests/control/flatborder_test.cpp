@@ -185,6 +185,8 @@ TEST_F(FlatBorder, TwoOnOneWindowDoNotCallEachOtherForEver) {
     second.Set(L"OuterBorder", red);
     EXPECT_EQ(frame.Ask(), 1);
     EXPECT_EQ(frame.Pixel(0, 40), red);
+    first.Set(L"InnerBorder", red);
+    EXPECT_EQ(frame.Pixel(0, 40), yellow) << "the colours that were set last";
     second.End();
     EXPECT_EQ(frame.Pixel(0, 40), yellow) << "the other one's is left";
     first.End();
