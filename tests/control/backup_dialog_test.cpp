@@ -47,24 +47,21 @@ struct Parts {
     HWND form, location, browse, email, groupName, outcome, ok, cancel;
 };
 
-// As a screen reader gets them; must be asked on the window's thread.
-struct Spoken {
-    explicit Spoken(HWND window) {
-        ComPtr<IAccessible> object;
-        if (FAILED(AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
-                                              object.put_void()))) {
-            return;
-        }
-        VARIANT self{};
-        self.vt = VT_I4;
-        Bstr text;
-        if (object->get_accName(self, text.put()) == S_OK) name = text.ToText();
-        Bstr second;
-        if (object->get_accValue(self, second.put()) == S_OK) value = second.ToText();
+// Returns the name and the value that a screen reader gets; must be asked on the window's thread.
+Text Spoken(HWND window) {
+    ComPtr<IAccessible> object;
+    if (FAILED(AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
+                                          object.put_void()))) {
+        return u"nothing";
     }
-    Text name;
-    Text value;
-};
+    VARIANT self{};
+    self.vt = VT_I4;
+    Bstr name;
+    Bstr value;
+    object->get_accName(self, name.put());
+    object->get_accValue(self, value.put());
+    return name.ToText() + u"=" + value.ToText();
+}
 
 class BackupDialogOnScreen : public test::OwnedDialogTest {
   protected:
@@ -101,170 +98,70 @@ class BackupDialogOnScreen : public test::OwnedDialogTest {
     std::optional<int> quit_;  // what the loop outside hears
 };
 
-TEST_F(BackupDialogOnScreen, OpensWithNothingCovered) {
-    for (const Mode mode : {Mode::backup, Mode::restore}) {
-        With(mode, [&](const Parts& parts) {
-            EXPECT_EQ(Wide(Text(form::Caption(form::Item::email, mode))), TextOf(parts.email));
-            EXPECT_FALSE(IsWindowEnabled(owner_));
-            EXPECT_EQ(parts.location, FocusOf(parts.form));
-            // Whoever is above is what shows, and what a click reaches unless it is disabled.
-            for (const HWND part : {parts.location, parts.browse, parts.email, parts.ok, parts.cancel}) {
-                EXPECT_TRUE(part == parts.ok || part == WindowFromPoint(test::CenterOf(part)));
-                const WindowDc dc(part);
-                RECT shows{};
-                EXPECT_NE(NULLREGION, GetClipBox(dc.Get(), &shows)) << "nothing of it shows";
-            }
-        });
+// Whatever is above is what shows, and what a click reaches unless it is disabled.
+void ExpectNothingCovered(const Parts& parts) {
+    for (const HWND part : {parts.location, parts.browse, parts.email, parts.ok, parts.cancel}) {
+        EXPECT_TRUE(part == parts.ok || part == WindowFromPoint(test::CenterOf(part)));
+        const WindowDc dc(part);
+        RECT shows{};
+        EXPECT_NE(NULLREGION, GetClipBox(dc.Get(), &shows)) << "nothing of it shows";
     }
 }
 
-TEST_F(BackupDialogOnScreen, OkIsEnabledByALocation) {
+// The dialog drops what is typed before its work is over.
+bool Soon(const std::function<bool()>& holds) {
+    const bool held = WaitFor(holds, 3000, false);
+    Sleep(150);
+    return held;
+}
+
+TEST_F(BackupDialogOnScreen, ABackupByItsKeys) {
+    browse_ = [this](FormState& form) {
+        form.location = u"C:\\x";
+        dialog_->Refresh(form);
+    };
     With(Mode::backup, [&](const Parts& parts) {
-        EXPECT_FALSE(IsWindowEnabled(parts.ok));
+        const auto enabled = [&] { return IsWindowEnabled(parts.ok) != 0; };
+        ExpectNothingCovered(parts);
+        EXPECT_EQ(Wide(Text(form::Caption(form::Item::email, Mode::backup))), TextOf(parts.email));
+        EXPECT_FALSE(IsWindowEnabled(owner_));
+        EXPECT_EQ(parts.location, FocusOf(parts.form));
+        // OK is enabled by a location.
+        EXPECT_FALSE(enabled());
         TypeText(L"  ");
-        EXPECT_FALSE(IsWindowEnabled(parts.ok));
         TypeKey(VK_RETURN);
+        Sleep(100);
+        EXPECT_FALSE(enabled());
         TypeText(L"x");
-        EXPECT_TRUE(IsWindowEnabled(parts.ok));
+        EXPECT_TRUE(Soon(enabled));
         EXPECT_EQ(0, ran_);
         TypeKey(VK_RETURN);
-        Sleep(300);
-        EXPECT_EQ(1, ran_);
+        EXPECT_TRUE(Soon([&] { return ran_ == 1; }));
         TypeKey('A', {VK_CONTROL});
         TypeKey(VK_DELETE);
-        Sleep(100);
-        EXPECT_FALSE(IsWindowEnabled(parts.ok));
-    });
-}
-
-TEST_F(BackupDialogOnScreen, AccessKeysReachEverything) {
-    for (const Mode mode : {Mode::backup, Mode::restore}) {
-        browsed_ = ran_ = 0;
-        browse_ = [this](FormState& form) {
-            form.location = u"C:\\x";
-            dialog_->Refresh(form);
-        };
-        With(mode, [&](const Parts& parts) {
-            TypeKey('W', {VK_MENU});
-            Sleep(300);
-            EXPECT_EQ(1, browsed_);
-            EXPECT_EQ(L"C:\\x", TextOf(parts.location));
-            TypeKey(mode == Mode::backup ? 'E' : 'S', {VK_MENU});
-            Sleep(200);
-            EXPECT_EQ(BST_CHECKED, SendMessageW(parts.email, BM_GETCHECK, 0, 0));
-            EXPECT_EQ(parts.email, FocusOf(parts.form));
-            // Nothing is typed on a check box, so the letter alone will do.
-            TypeKey(mode == Mode::backup ? 'B' : 'R');
-            Sleep(300);
-            EXPECT_EQ(1, ran_);
-            TypeKey(mode == Mode::backup ? 'B' : 'R', {VK_MENU});
-            Sleep(300);
-            EXPECT_EQ(2, ran_);
-            TypeKey('C', {VK_MENU});
-            EXPECT_TRUE(WaitFor([&] { return !IsWindow(parts.form); }, 3000, false));
-        });
-    }
-}
-
-TEST_F(BackupDialogOnScreen, TabGoesRound) {
-    for (const bool group : {false, true}) {
-        With(Mode::restore, [&](const Parts& parts) {
-            if (group) TypeKey('S', {VK_MENU});
-            Sleep(200);
-            PostMessageW(parts.form, WM_NEXTDLGCTL, 0, 0);
-            while (FocusOf(parts.form) != parts.location) {
-                TypeKey(VK_TAB);
-                Sleep(100);
-            }
-            TypeText(L"path");
-            std::vector<HWND> expected{parts.browse, parts.email,  parts.groupName,
-                                       parts.ok,     parts.cancel, parts.location};
-            if (!group) expected.erase(expected.begin() + 2);
-            for (const HWND next : expected) {
-                TypeKey(VK_TAB);
-                Sleep(100);
-                EXPECT_EQ(next, FocusOf(parts.form));
-            }
-            // A field that is entered by Tab is selected, to be written over.
-            TypeText(L"other");
-            EXPECT_EQ(L"other", TextOf(parts.location));
-            TypeKey(VK_TAB, {VK_SHIFT});
-            Sleep(100);
-            EXPECT_EQ(parts.cancel, FocusOf(parts.form));
-        });
-    }
-}
-
-// Enter presses the button with the focus; Escape cancels from anywhere.
-TEST_F(BackupDialogOnScreen, EnterAndEscape) {
-    With(Mode::backup, [&](const Parts& parts) {
-        TypeText(L"path");
-        TypeKey(VK_TAB);
-        Sleep(100);
+        EXPECT_TRUE(Soon([&] { return !enabled(); }));
+        TypeKey('W', {VK_MENU});
+        EXPECT_TRUE(Soon([&] { return TextOf(parts.location) == L"C:\\x"; }));
+        // Enter presses the button with the focus, and OK from anywhere else.
         TypeKey(VK_RETURN);
-        Sleep(300);
-        EXPECT_EQ(1, browsed_);
-        EXPECT_EQ(0, ran_);
-        TypeKey(VK_TAB);
-        Sleep(100);
-        TypeKey(VK_RETURN);  // on the check box
-        Sleep(300);
+        EXPECT_TRUE(Soon([&] { return browsed_ == 2; }));
         EXPECT_EQ(1, ran_);
+        TypeKey('E', {VK_MENU});
+        EXPECT_TRUE(Soon([&] { return SendMessageW(parts.email, BM_GETCHECK, 0, 0) == BST_CHECKED; }));
+        EXPECT_EQ(parts.email, FocusOf(parts.form));
+        EXPECT_FALSE(IsWindowVisible(parts.groupName));
+        TypeKey(VK_RETURN);
+        EXPECT_TRUE(Soon([&] { return ran_ == 2; }));
+        // Nothing is typed on a check box, so the letter alone will do.
+        TypeKey('B');
+        EXPECT_TRUE(Soon([&] { return ran_ == 3; }));
+        TypeKey('B', {VK_MENU});
+        EXPECT_TRUE(Soon([&] { return ran_ == 4; }));
         TypeKey(VK_ESCAPE);
-        EXPECT_TRUE(WaitFor([&] { return !IsWindow(parts.form); }, 3000, false));
+        EXPECT_TRUE(Soon([&] { return !IsWindow(parts.form); }));
     });
-}
-
-int HeightOf(HWND window) {
-    RECT bounds{};
-    GetWindowRect(window, &bounds);
-    return static_cast<int>(bounds.bottom - bounds.top);
-}
-
-TEST_F(BackupDialogOnScreen, IsAsHighAsItsContent) {
-    for (const int dots : {96, 192}) {
-        const DpiOverride resolution({dots, dots});
-        With(Mode::restore, [&](const Parts& parts) {
-            EXPECT_EQ(TwipsToPixels(2145, dots), HeightOf(parts.form));
-            EXPECT_FALSE(IsWindowVisible(parts.groupName));
-            TypeKey('S', {VK_MENU});
-            Sleep(200);
-            EXPECT_EQ(TwipsToPixels(2550, dots), HeightOf(parts.form));
-            EXPECT_TRUE(IsWindowVisible(parts.groupName));
-            RECT client{};
-            RECT field{};
-            GetClientRect(parts.form, &client);
-            GetWindowRect(parts.groupName, &field);
-            MapWindowPoints(nullptr, parts.form, reinterpret_cast<POINT*>(&field), 2);
-            EXPECT_LE(field.bottom, client.bottom);
-            TypeKey('S', {VK_MENU});
-            Sleep(200);
-            EXPECT_EQ(TwipsToPixels(2145, dots), HeightOf(parts.form));
-            EXPECT_FALSE(GetWindowLongW(parts.groupName, GWL_STYLE) & WS_TABSTOP);
-        });
-        With(Mode::backup, [&](const Parts& parts) {
-            TypeKey('E', {VK_MENU});
-            Sleep(200);
-            EXPECT_EQ(TwipsToPixels(2145, dots), HeightOf(parts.form));
-            EXPECT_FALSE(IsWindowVisible(parts.groupName));
-        });
-    }
-}
-
-TEST_F(BackupDialogOnScreen, NamesRefuseWhatFilesRefuse) {
-    test::BeepCount beeps(GetModuleHandleW(nullptr));
-    ASSERT_TRUE(beeps.Listening());
-    With(Mode::restore, [&](const Parts& parts) {
-        TypeText(L"C:\\a|b");
-        EXPECT_EQ(L"C:\\a|b", TextOf(parts.location)) << "a path is not a name";
-        EXPECT_EQ(0, beeps.Take());
-        TypeKey('S', {VK_MENU});
-        Sleep(100);
-        TypeKey(VK_TAB);
-        TypeText(L"a\"*/:b<>?\\|c d");
-        EXPECT_EQ(L"abc d", TextOf(parts.groupName));
-        EXPECT_EQ(9, beeps.Take());
-    });
+    EXPECT_EQ(2, browsed_);
+    EXPECT_EQ(4, ran_);
 }
 
 Text TipOf(HWND form) {
@@ -280,36 +177,89 @@ Text TipOf(HWND form) {
     return tip;
 }
 
-TEST_F(BackupDialogOnScreen, TellsHowItWent) {
+TEST_F(BackupDialogOnScreen, ARestoreByItsKeys) {
+    constexpr int dots = 192;
+    const DpiOverride resolution({dots, dots});
+    test::BeepCount beeps(GetModuleHandleW(nullptr));
+    ASSERT_TRUE(beeps.Listening());
+    Text spoken;
+    browse_ = [&](FormState&) {
+        const Parts parts(dialog_->Handle());
+        spoken = Spoken(parts.location) + u"|" + Spoken(parts.groupName);
+    };
     Text given;
     run_ = [&](FormState& form) {
-        given = form.location + u"|" + (form.email ? u"mail" : u"") + u"|" + form.groupName;
+        given = form.location + u"|" + (form.email ? u"group" : u"") + u"|" + form.groupName;
         form.outcome = u"Completed & done.";
         form.outcomeTip = u"The archiver ended with exit code 3.";
         dialog_->Refresh(form);
     };
     With(Mode::restore, [&](const Parts& parts) {
-        TypeText(L"path");
-        TypeKey('S', {VK_MENU});
-        Sleep(100);
+        ExpectNothingCovered(parts);
+        const auto rightToLeft = [&] { return (GetWindowLongW(parts.location, GWL_EXSTYLE) & WS_EX_RTLREADING) != 0; };
+        TypeText(L"\x05D0\x05D1");
+        EXPECT_TRUE(Soon(rightToLeft)) << "a text runs its own way";
+        TypeKey('A', {VK_CONTROL});
+        TypeText(L"C:\\a|b");
+        EXPECT_TRUE(Soon([&] { return TextOf(parts.location) == L"C:\\a|b"; })) << "a path is not a name";
+        EXPECT_FALSE(rightToLeft());
+        EXPECT_EQ(0, beeps.Take());
+        TypeKey('W', {VK_MENU});
+        EXPECT_TRUE(Soon([&] { return browsed_ == 1; }));
+        for (const bool group : {false, true}) {
+            SCOPED_TRACE(group);
+            if (group) TypeKey('S', {VK_MENU});
+            EXPECT_TRUE(Soon([&] { return (IsWindowVisible(parts.groupName) != 0) == group; }));
+            RECT bounds{};
+            GetWindowRect(parts.form, &bounds);
+            EXPECT_EQ(TwipsToPixels(group ? 2550 : 2145, dots), bounds.bottom - bounds.top);
+            while (FocusOf(parts.form) != parts.location) {
+                TypeKey(VK_TAB);
+                Sleep(100);
+            }
+            std::vector<HWND> expected{parts.browse, parts.email,  parts.groupName,
+                                       parts.ok,     parts.cancel, parts.location};
+            if (!group) expected.erase(expected.begin() + 2);
+            for (const HWND next : expected) {
+                TypeKey(VK_TAB);
+                EXPECT_TRUE(Soon([&] { return FocusOf(parts.form) == next; }));
+            }
+            // A field that is entered by Tab is selected, to be written over.
+            TypeText(L"path");
+            EXPECT_TRUE(Soon([&] { return TextOf(parts.location) == L"path"; }));
+            TypeKey(VK_TAB, {VK_SHIFT});
+            EXPECT_TRUE(Soon([&] { return FocusOf(parts.form) == parts.cancel; }));
+        }
+        // A name refuses what files refuse.
         TypeKey('N', {VK_MENU});
-        TypeText(L"name");
-        TypeKey(VK_RETURN);
-        EXPECT_TRUE(WaitFor([&] { return TextOf(parts.outcome) == L"Completed & done."; }, 3000, false));
-        EXPECT_EQ(u"path|mail|name", given);
+        TypeText(L"a\"*/:b<>?\\|c d");
+        EXPECT_TRUE(Soon([&] { return TextOf(parts.groupName) == L"abc d"; }));
+        EXPECT_EQ(9, beeps.Take());
+        TypeKey('R', {VK_MENU});
+        EXPECT_TRUE(Soon([&] { return TextOf(parts.outcome) == L"Completed & done."; }));
+        EXPECT_EQ(u"path|group|abc d", given);
         EXPECT_EQ(u"The archiver ended with exit code 3.", TipOf(parts.form));
+        TypeKey('C', {VK_MENU});
+        EXPECT_TRUE(Soon([&] { return !IsWindow(parts.form); }));
     });
+    EXPECT_EQ(u"Restore From=C:\\a|b|Group name :=", spoken) << "to screen readers";
 }
 
-// What is typed while the work goes on, on something that looks as it did before, is for nobody.
-TEST_F(BackupDialogOnScreen, TakesNoInputMeanwhile) {
+// What is typed while the work goes on, on something that looks as it did before, is for nobody. When the program ends
+// meanwhile, the dialog closes and the host's own loop hears of it, although what was typed is dropped.
+TEST_F(BackupDialogOnScreen, TakesNoInputMeanwhileAndLetsTheProgramEnd) {
     run_ = [&](FormState&) {
+        if (ran_ == 2) {
+            PostQuitMessage(42);
+            return;
+        }
         SendMessageW(dialog_->Handle(), WM_CLOSE, 0, 0);
         SendMessageW(GetDlgItem(dialog_->Handle(), IDOK), WM_SYSCHAR, 'b', 0);
         TypeKey(VK_RETURN);
         TypeKey(VK_ESCAPE);
         Sleep(200);
     };
+    bool closed = false;
     With(Mode::backup, [&](const Parts& parts) {
         TypeText(L"path");
         TypeKey(VK_RETURN);
@@ -318,49 +268,10 @@ TEST_F(BackupDialogOnScreen, TakesNoInputMeanwhile) {
         EXPECT_EQ(1, ran_);
         // And afterwards it does again.
         TypeKey(VK_RETURN);
-        Sleep(800);
-        EXPECT_EQ(2, ran_);
-    });
-}
-
-// The dialog closes and the host's own loop hears of it, although what was typed meanwhile is dropped.
-TEST_F(BackupDialogOnScreen, TheProgramEndsMeanwhile) {
-    run_ = [](FormState&) { PostQuitMessage(42); };
-    bool closed = false;
-    With(Mode::backup, [&](const Parts& parts) {
-        TypeText(L"path");
-        TypeKey(VK_RETURN);
-        closed = WaitFor([&] { return !IsWindow(parts.form); }, 3000, false);
+        closed = Soon([&] { return !IsWindow(parts.form); });
     });
     EXPECT_TRUE(closed);
     EXPECT_EQ(quit_, 42);
-}
-
-TEST_F(BackupDialogOnScreen, ScreenReadersLearnWhatTheFieldsAre) {
-    Text location;
-    Text group;
-    browse_ = [&](FormState&) {
-        const Parts parts(dialog_->Handle());
-        location = Spoken(parts.location).name;
-        group = Spoken(parts.groupName).name;
-    };
-    With(Mode::restore, [&](const Parts&) {
-        TypeKey('W', {VK_MENU});
-        Sleep(500);
-    });
-    EXPECT_EQ(u"Restore From", location);
-    EXPECT_EQ(u"Group name :", group);
-}
-
-TEST_F(BackupDialogOnScreen, TextsRunTheirOwnWay) {
-    With(Mode::restore, [&](const Parts& parts) {
-        const auto rightToLeft = [&] { return (GetWindowLongW(parts.location, GWL_EXSTYLE) & WS_EX_RTLREADING) != 0; };
-        TypeText(L"\x05D0\x05D1");
-        EXPECT_TRUE(rightToLeft());
-        TypeKey('A', {VK_CONTROL});
-        TypeText(L"C:");
-        EXPECT_FALSE(rightToLeft());
-    });
 }
 
 TEST_F(BackupDialogOnScreen, TheOwnerGoesMeanwhile) {
@@ -406,48 +317,40 @@ class PasswordPromptOnScreen : public test::OwnedDialogTest {
     static std::optional<Text> Secret() { return Text(u"Secret"); }
 };
 
-TEST_F(PasswordPromptOnScreen, KeysHeldSinceBeforeTypeAndPressNothing) {
-    for (const int key : {static_cast<int>('X'), VK_RETURN, VK_SPACE}) {
-        int asked = 0;
-        const auto source = [&] {
-            ++asked;
-            return Secret();
-        };
-        EXPECT_TRUE(Ask(source, [&](HWND form) {
-            test::RepeatAndRelease(form, key);
-            EXPECT_EQ(L"", TextOf(test::ChildrenOf(form, L"EDIT").at(0))) << key;
-            TypeText(L"Secret");
-            TypeKey(VK_RETURN);
-        })) << key;
-        EXPECT_EQ(1, asked) << key;
-    }
-}
-
-// The message closes itself; then the next try can be typed at once.
-TEST_F(PasswordPromptOnScreen, RefusesAnotherCaseAndAsksAgain) {
+// A message about a wrong password closes itself; then the next try can be typed at once.
+TEST_F(PasswordPromptOnScreen, TakesTheRightPasswordOnly) {
     std::atomic<int> asked{0};
+    Text spoken;
+    bool hidden = false;
     const auto source = [&] {
         ++asked;
+        const HWND field = test::ChildrenOf(test::FindForm(L"Password"), L"EDIT").at(0);
+        spoken = Spoken(field);
+        hidden = SendMessageW(field, EM_GETPASSWORDCHAR, 0, 0) != 0;
         return Secret();
     };
     EXPECT_TRUE(Ask(source, [&](HWND form) {
+        const HWND field = test::ChildrenOf(form, L"EDIT").at(0);
+        for (const int key : {static_cast<int>('X'), VK_RETURN, VK_SPACE}) test::RepeatAndRelease(form, key);
+        EXPECT_EQ(L"", TextOf(field)) << "keys held since before";
+        EXPECT_EQ(0, asked);
+        // By the label's access key, from the button.
+        TypeKey(VK_TAB);
+        Sleep(100);
+        TypeKey('P', {VK_MENU});
+        Sleep(100);
         TypeText(L"secret");
         TypeKey(VK_RETURN);
         const HWND box = test::WaitForBox();
         EXPECT_EQ(L"  Error:Password", TextOf(box));
-        EXPECT_TRUE(WaitFor([&] { return !IsWindow(box) && GetForegroundWindow() == form; }, 5000, false));
+        EXPECT_TRUE(WaitFor([&] { return !IsWindow(box) && FocusOf(form) == field; }, 5000, false));
         Sleep(200);
-        const HWND field = test::ChildrenOf(form, L"EDIT").at(0);
-        EXPECT_EQ(field, FocusOf(form));
-        DWORD start = 9;
-        DWORD end = 9;
-        SendMessageW(field, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-        EXPECT_EQ(0u, start);
-        EXPECT_EQ(6u, end);
-        TypeText(L"Secret");
+        TypeText(L"Secret");  // in the place of the other, which is selected
         TypeKey('O', {VK_MENU});
     }));
     EXPECT_EQ(2, asked);
+    EXPECT_TRUE(hidden);
+    EXPECT_EQ(u"Password :=", spoken) << "it is read out by nobody";
 }
 
 TEST_F(PasswordPromptOnScreen, GivingUpIsNoPassword) {
@@ -474,32 +377,6 @@ TEST_F(PasswordPromptOnScreen, AnErrorOfTheDatabaseEndsIt) {
     EXPECT_EQ(3021, test::ErrorOf([&] { prompt.Run(owner_); }));
     EXPECT_FALSE(IsWindowVisible(prompt.Handle()));
     EXPECT_TRUE(IsWindowEnabled(owner_));
-}
-
-TEST_F(PasswordPromptOnScreen, IsReadOutByNobody) {
-    Text name;
-    Text value = u"not asked";
-    bool hidden = false;
-    const auto source = [&] {
-        const HWND field = test::ChildrenOf(test::FindForm(L"Password"), L"EDIT").at(0);
-        const Spoken spoken(field);
-        name = spoken.name;
-        value = spoken.value;
-        hidden = SendMessageW(field, EM_GETPASSWORDCHAR, 0, 0) != 0;
-        return Secret();
-    };
-    EXPECT_TRUE(Ask(source, [](HWND) {
-        // By the label's access key, from the button.
-        TypeKey(VK_TAB);
-        Sleep(100);
-        TypeKey('P', {VK_MENU});
-        Sleep(100);
-        TypeText(L"Secret");
-        TypeKey(VK_RETURN);
-    }));
-    EXPECT_EQ(Text::npos, name.find(u"Secret"));
-    EXPECT_EQ(u"", value);
-    EXPECT_TRUE(hidden);
 }
 
 }  // namespace

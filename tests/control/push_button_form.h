@@ -21,7 +21,7 @@ constexpr auto setRefused = static_cast<HRESULT>(0x800A0183);  // 387
 
 class PushButtonForm : public ::testing::Test {
   public:
-    explicit PushButtonForm(REFCLSID id, bool userMode = true, ComPtr<IDispatch> extended = nullptr) : id_(id) {
+    explicit PushButtonForm(REFCLSID id, bool userMode = true, ComPtr<IDispatch> extended = nullptr) {
         Container::Options options;
         options.extended = std::move(extended);
         options.ambients = {{DISPID_AMBIENT_USERMODE, Variant(userMode)},
@@ -61,18 +61,6 @@ class PushButtonForm : public ::testing::Test {
         return point;
     }
 
-    // In this order; and what is loaded from it is the same.
-    void ExpectSaved(TextView properties) const {
-        const auto bag = SaveToBag(container_->Control());
-        EXPECT_EQ(bag->Print(), properties);
-        const auto other = ServerUnderTest::Get().Create(id_);
-        ASSERT_EQ(LoadFromStream(other.get(), SaveToStream(container_->Control())), S_OK);
-        EXPECT_EQ(SaveToBag(other.get())->Print(), properties);
-        const auto third = ServerUnderTest::Get().Create(id_);
-        ASSERT_EQ(LoadFromBag(third.get(), bag.get()), S_OK);
-        EXPECT_EQ(SaveToBag(third.get())->Print(), properties);
-    }
-
     HRESULT Mnemonic(WPARAM key) const {
         MSG message{};
         message.message = WM_SYSKEYDOWN;
@@ -83,16 +71,6 @@ class PushButtonForm : public ::testing::Test {
     void PressDirectly() const { SendMessageW(window_, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(50, 12)); }
     void ReleaseDirectly() const { SendMessageW(window_, WM_LBUTTONUP, 0, MAKELPARAM(50, 12)); }
 
-    // A pixel of a window as it shows.
-    static COLORREF PixelAt(HWND window, int x, int y) {
-        UpdateWindow(window);
-        const HDC dc = GetDC(window);
-        const COLORREF color = GetPixel(dc, x, y);
-        ReleaseDC(window, dc);
-        return color;
-    }
-
-    const CLSID id_;
     std::function<void(const std::string&)> onCall_;
     std::unique_ptr<Container> container_;
     ComPtr<IDispatch> button_;

@@ -16,8 +16,6 @@ std::wstring BuiltFile(const wchar_t* below) {
     return folder + L'\\' + below;
 }
 
-std::wstring SupportLibrary(const wchar_t* below) { return BuiltFile(L"tests\\support\\") + below; }
-
 CLSID ClassOf(const wchar_t* name) {
     CLSID id{};
     EXPECT_EQ(CLSIDFromProgID(name, &id), S_OK);

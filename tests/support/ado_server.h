@@ -12,8 +12,6 @@ namespace qvx::test {
 
 // Returns the path of a file at <build>/...; this program is in <build>/tests/control.
 std::wstring BuiltFile(const wchar_t* below);
-// Returns the path of a file at <build>/tests/support/...
-std::wstring SupportLibrary(const wchar_t* below);
 
 // Returns the class identifier of a program identifier.
 CLSID ClassOf(const wchar_t* name);

@@ -90,13 +90,6 @@ TEST_F(Spanning, NobodyThereLeavesNoPart) {
     EXPECT_EQ(files.Temporaries(), 0u);
 }
 
-TEST_F(Spanning, OnAFixedDriveTheArchiveIsPlain) {
-    files.Put(u"C:\\in\\a", TextBytes(1000));
-    ASSERT_EQ(PkZip(u"C:\\plain C:\\in\\a"), ExitCode::done);
-    ASSERT_EQ(PkZip(u"-& C:\\asked C:\\in\\a"), ExitCode::done);
-    EXPECT_EQ(ContentOf(u"C:\\asked"), ContentOf(u"C:\\plain"));
-}
-
 TEST_F(Spanning, PartsBesideEachOther) {
     const Bytes large = RandomBytes(deflateBlock + 90000);
     files.Put(u"C:\\in\\large", large);

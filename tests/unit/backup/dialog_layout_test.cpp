@@ -2,38 +2,20 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
 #include <vector>
-
-#include "widgets/button/access_key.h"
 
 namespace qvx::backup {
 namespace {
 
 using form::Item;
 
-TEST(DialogLayout, SaysWhatItIsFor) {
-    EXPECT_EQ(form::Caption(Mode::backup), u"Backup");
-    EXPECT_EQ(form::Caption(Mode::restore), u"Restore");
+// Users know the dialog by these words.
+TEST(DialogLayout, KeepsItsWords) {
     EXPECT_EQ(form::Caption(Item::frame, Mode::restore), u"Restore From");
-    EXPECT_EQ(form::Caption(Item::ok, Mode::restore), u"&Restore");
     EXPECT_EQ(form::Caption(Item::email, Mode::restore), u"Restore as a &Seperate Group");
     EXPECT_EQ(form::Caption(Item::email, Mode::backup), u"&E-mail a copy of backup");
     EXPECT_EQ(prompt::Caption(prompt::Item::notice),
               u"Such a group already exists. So you must enter the administrator password of the existing group.");
-    EXPECT_EQ(prompt::Caption(prompt::Item::label), u"&Password :");
-}
-
-TEST(DialogLayout, NoTwoAccessKeysAreEqual) {
-    for (const Mode mode : {Mode::backup, Mode::restore}) {
-        std::set<char16_t> keys;
-        for (const Item item : {Item::browse, Item::email, Item::groupLabel, Item::ok, Item::cancel}) {
-            const TextView caption = form::Caption(item, mode);
-            if (caption.empty()) continue;  // not on the dialog in this mode
-            EXPECT_NE(caption.find(u'&'), TextView::npos);
-            EXPECT_TRUE(keys.insert(buttons::AccessKey(caption) | 0x20).second);
-        }
-    }
 }
 
 TEST(DialogLayout, HeightFollowsTheFrameOnlyWhereItMust) {
@@ -81,12 +63,6 @@ TEST(DialogLayout, NothingIsCutOffOrCovered) {
                     {0, plain, form::width, form::Height(true, frame) - frame});
     }
     ExpectApart(prompt::items, prompt::Place, {0, 0, prompt::client.width, prompt::client.height});
-}
-
-TEST(DialogLayout, RunsOnlyWithALocation) {
-    EXPECT_FALSE(form::MayRun(u""));
-    EXPECT_FALSE(form::MayRun(u"   "));
-    EXPECT_TRUE(form::MayRun(u" x "));
 }
 
 }  // namespace

@@ -9,19 +9,30 @@ TEST(AccessibleButton, NameAndShortcutComeFromTheCaption) {
     struct Case {
         const char16_t* caption;
         const char16_t* name;
-        const char16_t* shortcut;
+        const char16_t* key;
     };
     const Case cases[] = {
-        {u"&Save", u"Save", u"Alt+S"}, {u"Sa&ve all", u"Save all", u"Alt+v"},
-        {u"Save", u"Save", u"Alt+S"},  {u"R&&D", u"R&D", u"Alt+&"},
-        {u"End&", u"End", u""},        {u"", u"", u""},
+        {u"&Save", u"Save", u"S"},
+        {u"Sa&ve && quit", u"Save & quit", u"v"},
+        {u"OK", u"OK", u"O"},
+        {u"", u"", u""},
+        {u"Trailing&", u"Trailing", u""},
+        {u"&&", u"&", u"&"},
+        {u"&Änd", u"Änd", u"Ä"},
+        {u"A && &B", u"A & B", u"&"},
+        {u" leading", u" leading", u" "},
     };
     for (const Case& c : cases) {
         PushLook look;
         look.caption = c.caption;
         EXPECT_EQ(c.name, AccessibleName(look));
-        EXPECT_EQ(c.shortcut, AccessibleShortcut(look).value_or(u""));
+        EXPECT_EQ(*c.key ? u"Alt+" + Text(c.key) : Text(), AccessibleShortcut(look).value_or(u""));
+        EXPECT_EQ(AccessKey(c.caption), *c.key);
     }
+    EXPECT_TRUE(IsAccessKey(u"&Save", u's'));
+    EXPECT_TRUE(IsAccessKey(u"&\u00C4nd", u'\u00E4'));
+    EXPECT_FALSE(IsAccessKey(u"&Save", u'a'));
+    EXPECT_FALSE(IsAccessKey(u"", u'\0'));
 }
 
 TEST(AccessibleButton, ADisabledButtonCanDoNothing) {

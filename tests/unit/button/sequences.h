@@ -29,27 +29,26 @@ struct Step {
     const char* expected;
 };
 
+template <auto event>
+Step On(const char* expected) {
+    return {[](PushLogic& b) { return (b.*event)(); }, expected};
+}
+constexpr auto Press = On<&PushLogic::LeftButtonDown>;
+constexpr auto OtherPress = On<&PushLogic::OtherButtonDown>;
+constexpr auto MouseTaken = On<&PushLogic::CaptureLost>;
+constexpr auto Disabled = On<&PushLogic::Cancel>;
+constexpr auto Focus = On<&PushLogic::GotFocus>;
+constexpr auto Blur = On<&PushLogic::LostFocus>;
+
 inline Step Move(Point p, bool left, const char* expected) {
     return {[=](PushLogic& b) { return b.MouseMove({p, face, left, left}); }, expected};
-}
-inline Step Press(const char* expected) {
-    return {[](PushLogic& b) { return b.LeftButtonDown(); }, expected};
 }
 inline Step Release(Point p, const char* expected) {
     return {[=](PushLogic& b) { return b.MouseUp(p, face); }, expected};
 }
-inline Step OtherPress(const char* expected) {
-    return {[](PushLogic& b) { return b.OtherButtonDown(); }, expected};
-}
 // With another button than the left one held.
 inline Step OtherMove(Point p, const char* expected) {
     return {[=](PushLogic& b) { return b.MouseMove({p, face, false, true}); }, expected};
-}
-inline Step MouseTaken(const char* expected) {
-    return {[](PushLogic& b) { return b.CaptureLost(); }, expected};
-}
-inline Step Disabled(const char* expected) {
-    return {[](PushLogic& b) { return b.Cancel(); }, expected};
 }
 inline Step Down(int key, int shift, const char* expected) {
     return {[=](PushLogic& b) { return b.KeyDown(key, shift); }, expected};
@@ -59,12 +58,6 @@ inline Step Up(int key, int shift, bool cursorInside, const char* expected) {
 }
 inline Step AccessKeyPressed(int key, const char* expected) {
     return {[=](PushLogic& b) { return b.AccessKeyPress(key); }, expected};
-}
-inline Step Focus(const char* expected) {
-    return {[](PushLogic& b) { return b.GotFocus(); }, expected};
-}
-inline Step Blur(const char* expected) {
-    return {[](PushLogic& b) { return b.LostFocus(); }, expected};
 }
 
 struct Sequence {

@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "drawing/recording_surface.h"
-#include "tests/support/error_of.h"
-#include "widgets/button/push_value.h"
 
 namespace qvx::buttons {
 namespace {
@@ -29,7 +27,6 @@ TEST(RButtonFace, EachState) {
         bool active;
         std::string expected;
     } const cases[] = {
-        {"idle", [](RButtonLook&) {}, RButtonState::idle, false, ground + label + outline},
         {"under the mouse", [](RButtonLook&) {}, RButtonState::raised, false,
          ground + label + outline +
              "roundrect (0,0,100,24) corner 10x10 &H80000014\nroundrect (-1,-1,99,23) corner 10x10 &H80000015\n"},
@@ -106,16 +103,7 @@ TEST(RButtonFace, WhereTheFocusRectangleGoes) {
 
 TEST(RButtonFace, DefaultCaption) {
     EXPECT_EQ(DefaultRButtonCaption(u"RButton12"), u"Button2");
-    EXPECT_EQ(DefaultRButtonCaption(u"cmdOk"), u"Buttonk");
     EXPECT_EQ(DefaultRButtonCaption(u""), u"Button");
-}
-
-TEST(PushValue, IsWrittenByProgramsAndReadByDesigners) {
-    using test::ErrorOf;
-    EXPECT_EQ(ErrorOf([] { RequireValueSettable(true); }), 0);
-    EXPECT_EQ(ErrorOf([] { RequireValueSettable(false); }), 387);
-    EXPECT_EQ(ErrorOf([] { RequireValueReadable(true); }), 393);
-    EXPECT_EQ(ErrorOf([] { RequireValueReadable(false); }), 0);
 }
 
 }  // namespace

@@ -116,25 +116,17 @@ text "Ctrl+O" (16,40,93,62) 8.25 &H00000000 format 133156
 }
 
 TEST(MenuItem, MarksGrowWithTheResolution) {
-    const struct {
-        void (*change)(MenuItemLook&);
-        const char* mark;
-    } cases[] = {
-        {[](MenuItemLook&) {}, "fill (2,2,42,42) &H00DDDDDD\nedge (2,2,42,42) style 2 sides 15\n"},
-        {&WithoutPicture, "fill (15,19,17,25) &H00000000\nfill (17,21,19,27) &H00000000\n"},
-        {[](MenuItemLook& look) {
-             WithoutPicture(look);
-             look.radio = true;
-         },
-         "fill (19,15,25,16) &H00000000\nfill (18,16,26,17) &H00000000\n"},
-    };
-    for (const auto& c : cases) {
+    const std::string marks[] = {"fill (2,2,42,42) &H00DDDDDD\nedge (2,2,42,42) style 2 sides 15\n",
+                                 "fill (15,19,17,25) &H00000000\nfill (17,21,19,27) &H00000000\n",
+                                 "fill (19,15,25,16) &H00000000\nfill (18,16,26,17) &H00000000\n"};
+    for (int i = 0; i < 3; ++i) {
         MenuItemLook look = Open();
         look.checked = true;
-        c.change(look);
+        if (i > 0) WithoutPicture(look);
+        look.radio = i == 2;
         RecordingSurface surface(Dpi{192, 192});
         DrawMenuItem(surface, {0, 0, 240, 44}, look);
-        EXPECT_NE(surface.Log().find(c.mark), std::string::npos) << surface.Log();
+        EXPECT_NE(surface.Log().find(marks[i]), std::string::npos) << surface.Log();
     }
 }
 

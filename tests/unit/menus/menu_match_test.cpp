@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <random>
-#include <string_view>
+#include <span>
 
 namespace qvx::menus {
 namespace {
@@ -75,38 +75,35 @@ TEST(MatchMenus, FindsTheObjectOfEachEntry) {
 }
 
 // How many entries can have an object of their caption when neither side changes its order.
-std::size_t MostMatches(std::u16string_view objects, std::u16string_view entries) {
+std::size_t MostMatches(std::span<const Text> objects, std::span<const Text> entries) {
     if (objects.empty() || entries.empty()) return 0;
-    const std::size_t without = MostMatches(objects.substr(1), entries);
-    const std::size_t at = entries.find(objects.front());
-    if (at == entries.npos) return without;
-    return std::max(without, 1 + MostMatches(objects.substr(1), entries.substr(at + 1)));
+    const std::size_t without = MostMatches(objects.subspan(1), entries);
+    const auto at = std::find(entries.begin(), entries.end(), objects.front());
+    if (at == entries.end()) return without;
+    return std::max(without, 1 + MostMatches(objects.subspan(1), {at + 1, entries.end()}));
 }
 
 TEST(MatchMenus, FindsAsManyAsCanBeFound) {
     std::mt19937 random(1);
     const auto letters = [&] {
-        std::u16string text(random() % 8, u' ');
-        for (char16_t& letter : text) letter = static_cast<char16_t>(u'a' + random() % 4);
+        std::u16string text;
+        for (auto count = random() % 8; count > 0; --count) text += {static_cast<char16_t>(u'a' + random() % 4), u' '};
         return text;
     };
     for (int round = 0; round < 300; ++round) {
-        const std::u16string captions = letters();
-        const std::u16string texts = letters();
-        std::vector<MenuObject> objects;
-        for (const char16_t letter : captions) objects.push_back({Text(1, letter), true});
-        std::vector<MenuEntry> entries;
-        for (const char16_t letter : texts) entries.push_back({Text(1, letter), false});
+        const std::u16string objects = letters();
+        const std::u16string entries = letters();
+        const std::vector<Text> captions = Words(objects);
+        const std::vector<Text> texts = Words(entries);
         std::size_t found = 0;
         int last = 0;
-        const std::vector<int> numbers = MatchMenus(objects, entries);
+        const std::vector<int> numbers = Matched(objects, entries);
         for (std::size_t i = 0; i < texts.size(); ++i) {
             if (numbers[i] == 0) continue;
             ++found;
             EXPECT_GT(numbers[i], last);
             last = numbers[i];
-            ASSERT_LE(last, static_cast<int>(captions.size()));
-            EXPECT_EQ(captions[static_cast<std::size_t>(last) - 1], texts[i]);
+            EXPECT_EQ(captions.at(static_cast<std::size_t>(last) - 1), texts[i]);
         }
         EXPECT_EQ(found, MostMatches(captions, texts));
     }
