@@ -51,7 +51,9 @@ class PictureFile : public ::testing::Test {
         plain->Draw(dc.Get(), {2, 2, 18, 18});
         grey.Draw(dc.Get(), {2, 2, 18, 18});
     }
-    static std::string Sample(const char16_t* name) { return test::Read(SourceFile(u"/samples/pictures/" + Text(name))); }
+    static std::string Sample(const char16_t* name) {
+        return test::Read(SourceFile(u"/samples/pictures/" + Text(name)));
+    }
 
     std::wstring path_;
 };
