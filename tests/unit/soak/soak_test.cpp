@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -26,14 +25,6 @@ TEST(SoakReplay, WhatIsNotALineOfOneIsRefusedWithItsNumber) {
     EXPECT_FALSE(ReplayOf("key a\n", number)) << "no form";
     EXPECT_EQ(ReplayOf("# x\r\n\r\nform first\r\nkey a\r\n", number),
               (Replay{"first", 1, {{.deed = Deed::key, .text = "a"}}}));
-}
-
-TEST(SoakReplay, KeysHaveTheSystemsNumbers) {
-    EXPECT_EQ(KeyOf("7"), (KeyPress{.key = 55}));
-    EXPECT_EQ(KeyOf("Return"), (KeyPress{.key = 13}));
-    EXPECT_EQ(KeyOf("F12"), (KeyPress{.key = 123}));
-    EXPECT_EQ(KeyOf("ctrl+shift+Tab"), (KeyPress{.key = 9, .control = true, .shift = true}));
-    EXPECT_EQ(KeyOf("alt+space"), (KeyPress{.key = 32, .alt = true}));
 }
 
 Scene Form() {
@@ -68,47 +59,20 @@ TEST(SoakGenerator, EverythingItChoosesIsTheSameAgainFromItsTextAndFromItsSeed) 
     EXPECT_EQ(ReplayOf(TextOf(replay, "crash\nin two lines"), line), replay) << line;
 }
 
-// A form that the designer runs is used like any other, for a while. What a dialog is given may become a file's name.
-TEST(SoakGenerator, UsesEachWindowAsWhatItIs) {
-    constexpr std::size_t any = 402;
-    const struct {
-        const char* what;
-        bool main, run, canvas;
-        int answers;
-        std::size_t longest;  // text that is typed
-        bool runs, closes;    // more often than by chance
-    } cases[] = {
-        {"a form", true, false, false, 0, any, false, false},
-        {"the designer", true, false, true, 0, any, true, false},
-        {"a dialog", false, false, false, 5, 12, false, true},
-        {"a form that is run", false, true, false, 5, any, false, false},
-        {"one that has run for long", false, true, false, 81, any, false, true},
-    };
-    for (const auto& [what, main, run, canvas, answers, longest, runs, closes] : cases) {
-        SCOPED_TRACE(what);
-        Generator generator(1);
-        Scene scene = Form();
-        scene.main = main;
-        scene.run = run;
-        scene.answers = answers;
-        if (canvas) scene.parts.push_back({Kind::canvas, {0, 0, 300, 200}});
-        std::size_t longestSeen = 0;
-        std::map<std::string, int> pressed;
-        for (int i = 0; i < 20'000; ++i) {
-            const Action action = generator.Next(scene);
-            if (action.deed == Deed::type) {
-                longestSeen = std::max(longestSeen, action.text.size());
-                // File dialogs take it for a file's name. Dates have slashes, which lead to folders that are not there.
-                const std::string& text = action.text;
-                const bool date = text[0] >= '0' && text[0] <= '9' && text.find("..") == std::string::npos &&
-                                  text.find_first_of("\\:") == std::string::npos;
-                EXPECT_TRUE(date || text.find('/') == std::string::npos) << text;
-            }
-            if (action.deed == Deed::key) ++pressed[action.text];
-        }
-        EXPECT_EQ(longestSeen, longest);
-        EXPECT_EQ(pressed["F5"] > 100, runs) << pressed["F5"];
-        EXPECT_EQ(pressed["alt+F4"] > 200, closes) << pressed["alt+F4"];
+// File dialogs take what is typed for a file's name. Dates have slashes, which lead to folders that are not there.
+TEST(SoakGenerator, TypesNoPathsAndLittleIntoDialogs) {
+    Generator generator(1);
+    Scene scene = Form();
+    scene.main = false;
+    scene.answers = 5;
+    for (int i = 0; i < 20'000; ++i) {
+        const Action action = generator.Next(scene);
+        if (action.deed != Deed::type) continue;
+        const std::string& text = action.text;
+        EXPECT_LE(text.size(), 12u) << text;
+        const bool date = text[0] >= '0' && text[0] <= '9' && text.find("..") == std::string::npos &&
+                          text.find_first_of("\\:") == std::string::npos;
+        EXPECT_TRUE(date || text.find('/') == std::string::npos) << text;
     }
 }
 
