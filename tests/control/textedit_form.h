@@ -41,7 +41,6 @@ class TextEditForm {
     ComPtr<IDispatch> Inner() const { return Call(box.get(), L"TextBox").ToObject<IDispatch>(); }
     Text Shown() const { return Call(box.get(), L"Text").ToText().value_or(u"?"); }
     void Set(const wchar_t* name, Variant value) const { Put(box.get(), name, {std::move(value)}); }
-    size_t Count(DISPID event) const { return recorder->Count(event); }
 
     // The message queue is empty after the keys.
     static void Type(const char* text) {

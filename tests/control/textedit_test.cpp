@@ -161,18 +161,5 @@ TEST(TextEdit, TheInnerBoxIsReachable) {
     EXPECT_EQ(Call(Call(form.box.get(), L"Font").ToObject<IDispatch>().get(), L"Bold").ToBool(), true);
 }
 
-// Without a window: the system's own edit control takes minutes to lay out such a line under some runtimes.
-TEST(TextEdit, AMillionCharacters) {
-    const TextEditForm form;
-    const Text text(1'000'000, u'7');
-    form.Set(L"Text", Variant(text));
-    EXPECT_EQ(form.Shown(), text);
-    // More than a number can be: what stands for it is what the grid reads, too.
-    form.Set(L"DataType", Variant(2));
-    EXPECT_FALSE(form.Shown().empty());
-    form.Set(L"Text", Variant(Text(1'000'000, u'0') + u"8"));
-    EXPECT_EQ(form.Shown(), u"8.00");
-}
-
 }  // namespace
 }  // namespace qvx::test

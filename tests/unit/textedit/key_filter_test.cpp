@@ -140,10 +140,6 @@ TEST(KeyFilter, ALockedBoxIsLeftAlone) {
     EXPECT_EQ(typist.Beeps(), 0);
 }
 
-TEST(KeyFilter, WhatIsSelectedGoesFirst) {
-    EXPECT_EQ(PrepareForCharacter(fromTen, Box(u"571", 1, 2), u'6'), Box(u"5", 1));
-}
-
 TEST(KeyFilter, OtherKeysPass) {
     const TextEntry entry = Box(u"50", 2);
     for (const int key : {keys::enter, keys::left, keys::insert, static_cast<int>(u'A')}) {
