@@ -74,7 +74,6 @@ class Connection {
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
     void Disconnect();
-    bool Connected() const { return cookie_ != 0; }
 
   private:
     ComPtr<IConnectionPoint> point_;
