@@ -7,7 +7,6 @@
 #include "Qvx.h"
 #include "tests/support/container.h"
 #include "tests/support/each_control.h"
-#include "tests/support/resource_counts.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::test {
@@ -32,12 +31,12 @@ class SystemContainer : public ::testing::TestWithParam<const CLSID*> {
         if (top_) DestroyWindow(top_);
     }
 
-    HWND Host(const std::wstring& controlClass, IStream* stream = nullptr) {
+    HWND Host(const std::wstring& controlClass) {
         const HWND host = CreateWindowW(L"AtlAxWin100", L"", WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 10, 10, 200, 100,
                                         top_, nullptr, nullptr, nullptr);
         EXPECT_TRUE(host);
         ComPtr<IUnknown> container;
-        EXPECT_EQ(S_OK, createControl_(controlClass.c_str(), host, stream, container.put()));
+        EXPECT_EQ(S_OK, createControl_(controlClass.c_str(), host, nullptr, container.put()));
         return host;
     }
     ComPtr<IUnknown> ControlIn(HWND host) {
@@ -89,16 +88,6 @@ TEST_P(SystemContainer, ActivatesResizesAndTakesTheFocus) {
     EXPECT_FALSE(IsWindow(window)) << "the container held the last reference but ours";
 }
 
-// The container itself loads a control from a stream.
-TEST_P(SystemContainer, LoadsFromAStream) {
-    const auto control = ControlIn(Host(Spell(*GetParam())));
-    Put(control.As<IDispatch>().get(), L"Enabled", {Variant(false)});
-    const auto bytes = SaveToStream(control.get());
-    const auto copy = ControlIn(Host(Spell(*GetParam()), StreamOf(bytes).get()));
-    ASSERT_TRUE(copy);
-    EXPECT_EQ(bytes, SaveToStream(copy.get()));
-}
-
 // The Tab key as a dialog handles it, into the control, out of it again and back.
 TEST_P(SystemContainer, TabGoesInAndOut) {
     const HWND host = Host(Spell(*GetParam()));
@@ -132,10 +121,6 @@ TEST_P(SystemContainer, TabGoesInAndOut) {
     EXPECT_EQ(GetFocus(), other);
     EXPECT_TRUE(tab());
     EXPECT_TRUE(inside());
-}
-
-TEST_P(SystemContainer, LeavesNothingBehind) {
-    ExpectNothingLeftBehind(100, [&] { DestroyWindow(Host(Spell(*GetParam()))); });
 }
 
 }  // namespace
