@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "designer/properties/host_members.h"
-#include "designer/properties/system_colors.h"
 #include "tests/support/error_of.h"
 
 namespace qvx::host::designer {
@@ -127,16 +126,6 @@ TEST(PropertyRow, ValuesAreShown) {
         {Info(PropertyKind::integer), {}, u""},
     };
     for (const Case& c : cases) EXPECT_TRUE(ShowValue(c.info, c.value) == c.shown) << static_cast<int>(c.info.kind);
-}
-
-// Also as it is shown, which a fuzzer checks of every text.
-TEST(PropertyRow, SystemColorsHaveNames) {
-    for (const SystemColor& color : SystemColors()) {
-        const auto value = PropertyValue(static_cast<Whole>(color.color));
-        const PropertyInfo info = Info(PropertyKind::color);
-        EXPECT_TRUE(ParseTyped(info, ShowValue(info, value), {}) == value);
-        EXPECT_TRUE(ParseTyped(info, color.name, {}) == value);
-    }
 }
 
 TEST(PropertyRow, ChoicesGoRound) {
