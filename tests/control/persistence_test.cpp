@@ -102,14 +102,7 @@ TEST_P(SavedControl, TellsNothingOfItselfWhileItIsRead) {
 }
 
 TEST_P(SavedControl, UnknownKeysAreIgnored) {
-    const auto bag = SaveToBag(original_.get());
-    const Text expected = bag->Print();
-    bag->entries.insert(bag->entries.begin(), {L"FromTheFuture", Variant(u"x")});
-    bag->entries.emplace_back(L"_ExtentX", Variant(77));
-    const auto copy = New(id_);
-    ASSERT_EQ(S_OK, LoadFromBag(copy.get(), bag.get()));
-    EXPECT_EQ(expected, SaveToBag(copy.get())->Print());
-    // In streams too, and of a kind that is not known yet.
+    // Also of a kind that is not known yet. Bags are read by the keys that are known.
     const Bytes stream = SaveToStream(original_.get());
     const auto header = property_stream::ReadHeader(stream);
     ASSERT_TRUE(header);
