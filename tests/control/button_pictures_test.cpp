@@ -13,7 +13,6 @@
 #include "tests/control/push_button_form.h"
 #include "tests/support/drawn_picture.h"
 #include "tests/support/png_file.h"
-#include "tests/support/source_folder.h"
 
 namespace qvx::test {
 namespace {
@@ -51,10 +50,8 @@ class DesktopColors {
 constexpr Size cell{100, 28};
 
 std::wstring SheetPath() {
-    const std::string source = sourceFolder;
-    const std::wstring folder(source.begin(), source.end());
-    const bool hasDrive = folder.size() > 1 && folder[1] == L':';
-    return (hasDrive ? folder : L"Z:" + folder) + L"/tests/control/golden/buttons.png";
+    const std::string path = GoldenPath("buttons.png");
+    return {path.begin(), path.end()};
 }
 
 constexpr int fullInk = 255 * 2;  // two thirds of the difference between black and white

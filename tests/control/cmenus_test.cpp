@@ -333,14 +333,14 @@ TEST(CMenusOnAForm, ItsEndGivesTheMenusBack) {
     EXPECT_EQ(S_OK, ServerUnderTest::Get().CanUnload());
 }
 
-TEST(CMenusOnAForm, NothingHappensInADesigner) {
-    Container::Options options;
-    options.ambients = {{DISPID_AMBIENT_USERMODE, Variant(false)}};
-    Container container(options);
-    const LONG_PTR before = GetWindowLongPtrW(container.Window(), GWLP_WNDPROC);
-    container.Place(ServerUnderTest::Get().Create(CLSID_CMenus));
-    container.Activate();
-    EXPECT_EQ(GetWindowLongPtrW(container.Window(), GWLP_WNDPROC), before);
+TEST(ControlsOfAWindow, LeaveItAloneInADesigner) {
+    for (const CLSID& id : {CLSID_CMenus, CLSID_FlatBorder}) {
+        Container container(HostInMode(false));
+        const LONG_PTR before = GetWindowLongPtrW(container.Window(), GWLP_WNDPROC);
+        container.Place(ServerUnderTest::Get().Create(id));
+        container.Activate();
+        EXPECT_EQ(GetWindowLongPtrW(container.Window(), GWLP_WNDPROC), before);
+    }
 }
 
 // The font and its size are the system's, and follow it.

@@ -101,19 +101,13 @@ TEST(ComboGridRightToLeft, ArrowsGoAsTheEyeDoes) {
 
 // The flags of the tool tip's entry for a window; 0 while there is none.
 UINT TipFlagsFor(HWND window) {
-    UINT flags = 0;
-    for (const HWND tip : ThreadWindows(TOOLTIPS_CLASSW)) {
-        wchar_t text[700]{};
-        TTTOOLINFOW tool{};
-        tool.cbSize = TTTOOLINFOW_V1_SIZE;
-        tool.lpszText = text;
-        const LRESULT count = SendMessageW(tip, TTM_GETTOOLCOUNT, 0, 0);
-        for (LRESULT i = 0; i < count; ++i)
-            if (SendMessageW(tip, TTM_ENUMTOOLSW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&tool)) &&
-                tool.hwnd == window)
-                flags = tool.uFlags;
-    }
-    return flags;
+    TTTOOLINFOW tool{};
+    tool.cbSize = TTTOOLINFOW_V1_SIZE;
+    tool.hwnd = window;
+    tool.uId = reinterpret_cast<UINT_PTR>(window);
+    for (const HWND tip : ThreadWindows(TOOLTIPS_CLASSW))
+        if (SendMessageW(tip, TTM_GETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&tool))) return tool.uFlags;
+    return 0;
 }
 
 TEST(ComboGridRightToLeft, TipsReadAsTheGridDoes) {

@@ -131,7 +131,7 @@ TEST(ComboGridKeys, HostsMayRefuseAndChangeKeys) {
     form.events->onEvent = [&](DISPID id, DISPPARAMS& arguments) {
         if (id == DISPID_KEYDOWN) *arguments.rgvarg[1].piVal = becomes;
     };
-    for (const int key : {VK_INSERT, VK_DELETE, VK_RETURN, int{'X'}}) {
+    for (const int key : {VK_INSERT, VK_DELETE, VK_RETURN, VK_DOWN, int{'X'}}) {
         form.GoTo(2, F::name);
         SelectRow(form, 2);
         form.Press(key);
@@ -142,6 +142,10 @@ TEST(ComboGridKeys, HostsMayRefuseAndChangeKeys) {
     becomes = VK_INSERT;
     form.Press(VK_HOME);
     EXPECT_EQ(form.Column(F::name), "a//b/c/") << "the key that the host has put in its place";
+    becomes = VK_UP;
+    form.GoTo(3, F::qty);
+    form.Press(VK_DOWN);
+    EXPECT_EQ(form.Current(), "2,2");
 }
 
 }  // namespace

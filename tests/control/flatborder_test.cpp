@@ -62,13 +62,12 @@ class Framed {
 // A border control whose host says on which window it stands.
 class Border {
   public:
-    explicit Border(HWND window, bool userMode = true) {
+    explicit Border(HWND window) {
         container_ = MakeObject<LateBoundObject>();
         Stand(window);
         extended_ = MakeObject<LateBoundObject>();
         extended_->members[L"Container"] = Variant(static_cast<IDispatch*>(container_.get()));
-        Container::Options options;
-        options.ambients = {{DISPID_AMBIENT_USERMODE, Variant(userMode)}};
+        Container::Options options = HostInMode(true);
         options.extended = extended_;
         site_ = std::make_unique<Container>(options);
         site_->Place(ServerUnderTest::Get().Create(CLSID_FlatBorder), [](IUnknown* control) {
@@ -128,17 +127,6 @@ TEST_F(FlatBorder, FollowsItsColorsAtOnce) {
     border.Set(L"InnerBorder", static_cast<COLORREF>(0x80000000u | COLOR_HIGHLIGHT));
     EXPECT_EQ(frame.Edge(), (std::vector<COLORREF>{red, GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_HIGHLIGHT)}));
     EXPECT_EQ(SaveToBag(border.Site().Control())->Print(), u"InnerBorder=-2147483635\nOuterBorder=255\n");
-}
-
-TEST_F(FlatBorder, DoesNothingInADesigner) {
-    const Framed frame(top_.Window(), nullptr);
-    const WNDPROC before = frame.Procedure();
-    const auto edge = frame.Edge();
-    Border border(frame.Window(), false);
-    border.Site().Activate();
-    border.Set(L"OuterBorder", red);
-    EXPECT_EQ(frame.Procedure(), before);
-    EXPECT_EQ(frame.Edge(), edge);
 }
 
 // The library keeps one previous procedure: the second window's.

@@ -12,13 +12,6 @@ bool updateGolden = false;
 
 namespace {
 
-// The sources' own path; where the tests run under Wine it lies on drive Z.
-std::string PathOf(const std::string& fileName) {
-    const std::string path = std::string(sourceFolder) + "/tests/control/golden/";
-    const bool hasDrive = path.size() > 1 && path[1] == ':';
-    return (hasDrive ? path : "Z:" + path) + fileName;
-}
-
 std::string WithoutReturns(std::string text) {
     std::erase(text, '\r');
     return text;
@@ -26,9 +19,15 @@ std::string WithoutReturns(std::string text) {
 
 }  // namespace
 
+std::string GoldenPath(const std::string& fileName) {
+    const std::string path = std::string(sourceFolder) + "/tests/control/golden/";
+    const bool hasDrive = path.size() > 1 && path[1] == ':';
+    return (hasDrive ? path : "Z:" + path) + fileName;
+}
+
 std::string GoldenText(const std::string& fileName) {
-    std::ifstream file(PathOf(fileName), std::ios::binary);
-    EXPECT_TRUE(file) << PathOf(fileName) << " is missing";
+    std::ifstream file(GoldenPath(fileName), std::ios::binary);
+    EXPECT_TRUE(file) << GoldenPath(fileName) << " is missing";
     std::ostringstream all;
     all << file.rdbuf();
     return WithoutReturns(all.str());
@@ -36,7 +35,7 @@ std::string GoldenText(const std::string& fileName) {
 
 void ExpectGolden(const std::string& fileName, const std::string& actual) {
     if (updateGolden) {
-        std::ofstream(PathOf(fileName), std::ios::binary) << actual;
+        std::ofstream(GoldenPath(fileName), std::ios::binary) << actual;
         return;
     }
     EXPECT_EQ(GoldenText(fileName), WithoutReturns(actual)) << fileName;

@@ -7,6 +7,8 @@ namespace qvx::test {
 
 extern bool updateGolden;
 
+// The file's path; where the tests run under Wine the sources are on drive Z.
+std::string GoldenPath(const std::string& fileName);
 std::string GoldenText(const std::string& fileName);
 
 // Fails with the lines that differ from the file. With --update-golden the file is written instead.

@@ -138,17 +138,6 @@ TEST_F(EditHistoryTest, WhatTheHostWroteIntoAnInsertedRowComesBackWithIt) {
     EXPECT_EQ(1, grid.Row());
 }
 
-TEST_F(EditHistoryTest, CellsOfAStepAreReportedFromTheTopLeftOn) {
-    {
-        const EditHistory::Group group(history);
-        for (const auto& [row, col] : {std::pair{1, 1}, {1, 2}, {2, 1}, {2, 2}}) Edit(row, col, u"x");
-    }
-    const char* const undone = "1,1 x>a 1,2 x>10 2,1 x>b 2,2 x>20 ";
-    EXPECT_EQ(undone, Report(history.Undo(state), true));
-    EXPECT_EQ("1,1 a>x 1,2 10>x 2,1 b>x 2,2 20>x ", Report(history.Redo(state), false));
-    EXPECT_EQ(undone, Report(history.Undo(state), true));
-}
-
 TEST_F(EditHistoryTest, RowsAndColumnsMovedByTheHostBeginItAnew) {
     using Act = std::function<void(flexgrid::Grid&)>;
     const std::pair<const char*, Act> acts[] = {

@@ -101,6 +101,8 @@ TEST_F(PasteTest, TellsTheHostOfEveryCellInTurn) {
     const auto step = history.Undo(state);
     NotifyOfStep(grid, state, history, *step, true, host);
     EXPECT_EQ("after 1,1 'x' 'a'\nafter 1,2 '5' '10'\nafter 1,3 '0' '1.5'\nafter 2,1 'y' 'b'\n", host.Take());
+    NotifyOfStep(grid, state, history, *history.Redo(state), false, host);
+    EXPECT_EQ("after 1,1 'a' 'x'\nafter 1,2 '10' '5'\nafter 1,3 '1.5' '0'\nafter 2,1 'b' 'y'\n", host.Take());
     // Inactive, hidden and fixed cells are not asked about.
     grid.MoveTo(1, item);
     Paste(u"ba\tno\tno");
