@@ -8,7 +8,7 @@ project_files() {
   find . \( -path './.*' -o -path ./build \) -prune -o -type f \( "${names[@]:1}" \) -print | sed 's|^\./||' | sort
 }
 
-lint_format() { project_files '*.cpp' '*.h' | xargs -r -d '\n' clang-format --dry-run -Werror; }
+lint_format() { project_files '*.c' '*.cpp' '*.h' | xargs -r -d '\n' clang-format --dry-run -Werror; }
 
 # The main script sources the others, so all are checked together.
 lint_shell() { shellcheck -x qvx .ci/run; }
