@@ -27,11 +27,9 @@ if(WIN32)
   # The system's interfaces have no virtual destructors and need none: only its own Release deletes a COM object.
   target_compile_options(qvx_options INTERFACE -Wno-unknown-pragmas -Wno-cast-function-type -Wno-non-virtual-dtor)
   target_link_options(qvx_options INTERFACE -static)
-  # What is shipped is what was tested: protected against overwritten returns, and the same bytes wherever and whenever
-  # a commit is built.
+  # The same bytes wherever and whenever a commit is built.
   add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
-  target_compile_options(qvx_options INTERFACE -fstack-protector-strong)
-  target_link_options(qvx_options INTERFACE -fstack-protector-strong LINKER:--no-insert-timestamp,--build-id)
+  target_link_options(qvx_options INTERFACE LINKER:--no-insert-timestamp,--build-id)
 endif()
 
 option(QVX_UNITY "Compile the sources of a component some at a time, which builds faster than each by itself" ON)
@@ -84,7 +82,8 @@ endfunction()
 # portable sources, linked with the rules of the components after RULES, and on Windows <name>_windows from its window
 # units. Either is left out when the folder has no such source. A window unit may include the generated interface header
 # of the type library. Window units are linked where a program lists them, so WINDOWS is for the reader and the check.
-# Window units wait for the user and the system, not for the processor, and are optimised for size.
+# Window units wait for the user and the system, not for the processor, and are optimised for size; the archivers do not
+# wait, and are optimised for speed.
 function(qvx_component name folder)
   cmake_parse_arguments(ARG "" "" "RULES;WINDOWS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
@@ -115,9 +114,12 @@ function(qvx_component name folder)
     qvx_batches(windows_batches ${name}_windows ${windows})
     add_library(${name}_windows OBJECT ${windows_batches})
     target_link_libraries(${name}_windows PUBLIC qvx_options ${name}_rules qvx_typelib)
-    target_compile_options(${name}_windows PRIVATE -Os)
-    qvx_system_headers()
-    target_precompile_headers(${name}_windows REUSE_FROM qvx_system_headers)
+    # The precompiled headers are only for sources that are optimised the same way.
+    if(NOT name STREQUAL "archivers")
+      target_compile_options(${name}_windows PRIVATE -Os)
+      qvx_system_headers()
+      target_precompile_headers(${name}_windows REUSE_FROM qvx_system_headers)
+    endif()
   endif()
 endfunction()
 
