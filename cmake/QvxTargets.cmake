@@ -5,6 +5,10 @@ set(QVX_WINDOWS_SUFFIXES "_(window|control|dialog|object|gdi|win32)\\.cpp$")
 # Whole folders that exist only on Windows.
 set(QVX_WINDOWS_FOLDERS "^(com|win|kit|server|qvxhost|soak/watch|samples/ado)$")
 
+# Window units wait for the user and the system, not for the processor, and are optimised for size; except for these,
+# which do not wait.
+set(QVX_BUSY_COMPONENTS archivers)
+
 add_library(qvx_options INTERFACE)
 target_compile_features(qvx_options INTERFACE cxx_std_20)
 target_include_directories(qvx_options INTERFACE ${CMAKE_CURRENT_SOURCE_DIR} ${CMAKE_BINARY_DIR}/generated)
@@ -62,7 +66,7 @@ function(qvx_batches variable target)
   set(${variable} ${batches} PARENT_SCOPE)
 endfunction()
 
-# The system's headers and the standard library's, precompiled once for all window units.
+# The system's headers and the standard library's, precompiled once for all window units that are optimised for size.
 function(qvx_system_headers)
   if(TARGET qvx_system_headers)
     return()
@@ -82,8 +86,6 @@ endfunction()
 # portable sources, linked with the rules of the components after RULES, and on Windows <name>_windows from its window
 # units. Either is left out when the folder has no such source. A window unit may include the generated interface header
 # of the type library. Window units are linked where a program lists them, so WINDOWS is for the reader and the check.
-# Window units wait for the user and the system, not for the processor, and are optimised for size; the archivers do not
-# wait, and are optimised for speed.
 function(qvx_component name folder)
   cmake_parse_arguments(ARG "" "" "RULES;WINDOWS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
@@ -115,7 +117,7 @@ function(qvx_component name folder)
     add_library(${name}_windows OBJECT ${windows_batches})
     target_link_libraries(${name}_windows PUBLIC qvx_options ${name}_rules qvx_typelib)
     # The precompiled headers are only for sources that are optimised the same way.
-    if(NOT name STREQUAL "archivers")
+    if(NOT name IN_LIST QVX_BUSY_COMPONENTS)
       target_compile_options(${name}_windows PRIVATE -Os)
       qvx_system_headers()
       target_precompile_headers(${name}_windows REUSE_FROM qvx_system_headers)

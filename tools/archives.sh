@@ -90,7 +90,10 @@ test_other_archives() {
   python3 "$root/tools/archives.py" pack "$archives/python.zip" * || return 1
   for archive in zip stored streamed wide 7z python; do
     new_folder "from $archive"
-    pkunzip "$(windows_path "$archives/$archive.zip")" "$(windows_path "$folder")" || return 1
+    pkunzip "$(windows_path "$archives/$archive.zip")" "$(windows_path "$folder")" || {
+      warn "PkunZip ended with exit code $? for $archive.zip."
+      return 1
+    }
     same_files "$folder" 2 || return 1
   done
 }
