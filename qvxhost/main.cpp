@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "com/guard.h"
+#include "com/module.h"
 #include "com/wide_text.h"
 #include "common/run_time_error.h"
 #include "designer/designer_window.h"
@@ -47,13 +48,22 @@ class OleSession {
     ~OleSession() { OleUninitialize(); }
 };
 
+// The library that came with this program, or nothing where one is registered: a folder that was only copied works.
+Text OwnServer() {
+    CLSID id{};
+    if (SUCCEEDED(CLSIDFromProgID(L"Qvx.ComboGrid", &id))) return {};
+    const Text path = FolderOf(ModulePath(nullptr)) + u"\\Qvx.ocx";
+    return GetFileAttributesW(Wide(path)) == INVALID_FILE_ATTRIBUTES ? Text() : path;
+}
+
 int RunForm(const Options& options, Reporter& reporter) {
     const OleSession ole;
     const INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
     InitCommonControlsEx(&classes);
     try {
         ClassSource source;
-        if (!options.server.empty()) source.UseFile(options.server);
+        const Text server = options.server.empty() ? OwnServer() : options.server;
+        if (!server.empty()) source.UseFile(server);
         if (options.design) {
             designer::DesignerWindow designer(options, source, reporter);
             designer.Open(options.form);
