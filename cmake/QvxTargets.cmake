@@ -33,7 +33,7 @@ if(WIN32)
   target_link_options(qvx_options INTERFACE -static)
   # The same bytes wherever and whenever a commit is built.
   add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
-  target_link_options(qvx_options INTERFACE LINKER:--no-insert-timestamp,--build-id)
+  add_link_options(LINKER:--no-insert-timestamp,--build-id)
 endif()
 
 option(QVX_UNITY "Compile the sources of a component some at a time, which builds faster than each by itself" ON)

@@ -22,6 +22,27 @@ check() {
   fi
 }
 
+# count_checks LAYER NAME COMMAND...: counts the lines that begin with "ok", "FAILED" or "skipped" in the command's
+# output, a check each. A command that fails without a failed check, or checks nothing, counts as a failed one.
+count_checks() {
+  local layer=$1 name=$2 log=$logs/$1-$2.log status=0 passed failed skipped
+  shift 2
+  log_tail=0 with_log "$layer-$name" "$@" 2>/dev/null || status=$?
+  passed=$(grep -c '^ok ' "$log" || true)
+  failed=$(grep -c '^FAILED' "$log" || true)
+  skipped=$(grep -c '^skipped ' "$log" || true)
+  if ((failed == 0 && (status != 0 || passed + skipped == 0))); then
+    failed=1
+    tail -n 20 "$log" >&2
+  fi
+  count "$layer" "$name" "$passed" "$failed" "$skipped"
+  say "$layer: $name: $passed passed, $failed failed$( ((skipped == 0)) || echo ", $skipped skipped")"
+  if ((failed > 0)); then
+    grep '^FAILED' "$log" >&2 || true
+    warn "The whole log: ${log#"$root"/}"
+  fi
+}
+
 xml_attribute() { sed -n "/<testsuites /{s/.* $1=\"\([0-9]*\)\".*/\1/p;q}" "$2"; }
 
 # count_gtest LAYER NAME XML STATUS: adds the results of one GoogleTest program. It writes its report last of all, so a

@@ -180,6 +180,20 @@ run_in_root32() {
   fi
 }
 
+# Ends what runs in this run's prefix, of either architecture, so that the registry is written.
+settle_windows() {
+  if [[ $wine_arch == x64 ]]; then
+    end_wine "$prefix"
+    keep_wine "$prefix"
+  elif [[ $root32_way == beside ]]; then
+    end_wine "$prefix32"
+    keep_wine "$prefix32"
+  else
+    end_root32 "$root32" "$prefix32"
+    keep_root32 "$root32" "$prefix32"
+  fi
+}
+
 remove_root32() {
   local folder
   for folder in "$root32" "$root32.new"; do
