@@ -3,7 +3,7 @@
 # A file's suffix decides its half: these touch the operating system, everything else is portable.
 set(QVX_WINDOWS_SUFFIXES "_(window|control|dialog|object|gdi|win32)\\.cpp$")
 # Whole folders that exist only on Windows.
-set(QVX_WINDOWS_FOLDERS "^(com|win|kit|server|qvxhost|soak/watch|samples/ado)$")
+set(QVX_WINDOWS_FOLDERS "^(runtime|com|win|kit|server|qvxhost|soak/watch|samples/ado)$")
 
 # Window units wait for the user and the system, not for the processor, and are optimised for size; except for these,
 # which do not wait.
@@ -34,6 +34,13 @@ if(WIN32)
   # The same bytes wherever and whenever a commit is built.
   add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
   add_link_options(LINKER:--no-insert-timestamp,--build-id)
+  # A damaged stack frame ends the process. Only the compiler is given the option: with it, the linker would add the
+  # toolchain's version of what every program gets here.
+  add_compile_options(-fstack-protector-strong)
+  add_library(qvx_stack_guard STATIC runtime/stack_guard.cpp)
+  target_link_libraries(qvx_stack_guard PRIVATE qvx_options)
+  target_compile_options(qvx_stack_guard PRIVATE -fno-stack-protector)
+  link_libraries(qvx_stack_guard)
 endif()
 
 option(QVX_UNITY "Compile the sources of a component some at a time, which builds faster than each by itself" ON)

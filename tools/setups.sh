@@ -191,12 +191,26 @@ test_zip() (
   attend_host "$title" '' "$folder/picture.png" "$folder/log.txt" && cmp "$form" "$folder/saved.frm"
 )
 
+# test_stack_protector ARCH: a program that writes beyond a buffer is ended, with this architecture's flags.
+test_stack_protector() (
+  local program=build/$1/tests/overflow.exe
+  watch_exit
+  build "$1" --target overflow || return 1
+  use_arch "$1"
+  if [[ $1 == x86 ]]; then start_wine32; else start_wine; fi
+  exit_code 0 60 "$(windows_path "$program")" short || return 1
+  # The lowest byte of STATUS_STACK_BUFFER_OVERRUN, 0xC0000409.
+  exit_code 9 60 "$(windows_path "$program")" "$(printf 'x%.0s' {1..40})"
+)
+
 test_setups() {
+  check package stack-x64 test_stack_protector x64
   check package zip test_zip
   check package older make_older_setup
   test_setup x64 setup-x64
   if prepare_root32; then
     test_setup x86 setup
+    check package stack-x86 test_stack_protector x86
   else
     warn "THE 32-BIT SETUP TESTS ARE SKIPPED."
     count package setup 0 0 1
