@@ -33,7 +33,7 @@ if(WIN32)
   target_link_options(qvx_options INTERFACE -static)
   # The same bytes wherever and whenever a commit is built.
   add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
-  add_link_options(LINKER:--no-insert-timestamp,--build-id)
+  add_link_options(LINKER:--no-insert-timestamp,--build-id,--gc-sections)
   # A damaged stack frame ends the process. Only the compiler is given the option: with it, the linker would add the
   # toolchain's version of what every program gets here.
   add_compile_options(-fstack-protector-strong)
@@ -82,7 +82,7 @@ function(qvx_system_headers)
   file(CONFIGURE OUTPUT ${empty} CONTENT "" @ONLY)
   add_library(qvx_system_headers OBJECT ${empty})
   target_link_libraries(qvx_system_headers PRIVATE qvx_options)
-  target_compile_options(qvx_system_headers PRIVATE -Os)
+  target_compile_options(qvx_system_headers PRIVATE -Os -g1)
   target_precompile_headers(qvx_system_headers PRIVATE
     <windows.h> <olectl.h> <ocidl.h> <oleauto.h> <commctrl.h>
     <algorithm> <array> <cmath> <cstdint> <functional> <map> <memory> <optional> <set> <span> <string> <string_view>
@@ -114,6 +114,9 @@ function(qvx_component name folder)
   set(scope PUBLIC)
   if(NOT rules)
     set(scope INTERFACE)
+  elseif(WIN32)
+    # Line numbers, which go to the symbols that are kept apart.
+    target_compile_options(${name}_rules PRIVATE -g1)
   endif()
   target_link_libraries(${name}_rules ${scope} qvx_options)
   foreach(dependency IN LISTS ARG_RULES)
@@ -125,7 +128,7 @@ function(qvx_component name folder)
     target_link_libraries(${name}_windows PUBLIC qvx_options ${name}_rules qvx_typelib)
     # The precompiled headers are only for sources that are optimised the same way.
     if(NOT name IN_LIST QVX_BUSY_COMPONENTS)
-      target_compile_options(${name}_windows PRIVATE -Os)
+      target_compile_options(${name}_windows PRIVATE -Os -g1)
       qvx_system_headers()
       target_precompile_headers(${name}_windows REUSE_FROM qvx_system_headers)
     endif()
