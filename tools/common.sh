@@ -2,6 +2,8 @@
 # shellcheck shell=bash
 
 logs=$root/build/logs
+# What is made once and kept outside the source tree.
+cache_home=${QVX_CACHE:-$([[ $EUID == 0 && -z ${XDG_CACHE_HOME:-} ]] && echo /var/cache || echo "${XDG_CACHE_HOME:-$HOME/.cache}")/qvx}
 
 say() { printf '== %s\n' "$*"; }
 warn() { printf '!! %s\n' "$*" >&2; }

@@ -1,0 +1,30 @@
+{ Runs the checks of one topic: host TOPIC. }
+program host;
+
+{$mode objfpc}{$H+}
+
+uses
+  Interfaces, SysUtils, Forms, ActiveX, checks, closing, creation, events, sizes, typing;
+
+begin
+  OleInitialize(nil);
+  Application.Initialize;
+  try
+    case ParamStr(1) of
+      'creation': CheckCreation;
+      'typing': CheckTyping;
+      'events': CheckEvents;
+      'sizes': CheckSizes;
+      'closing': CheckClosing;
+    else
+      raise Exception.Create('there is no such topic');
+    end;
+    Finish;
+  except
+    on Trouble: Exception do
+    begin
+      WriteLn('FAILED ', ParamStr(1), ' ended early: ', Trouble.Message);
+      Halt(1);
+    end;
+  end;
+end.
