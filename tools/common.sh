@@ -97,6 +97,6 @@ can_be_root() { ((EUID == 0)) || { command -v sudo >/dev/null && { [[ -t 0 ]] ||
 
 qvx_clean() {
   remove_root32
-  rm -rf "$root/build"
+  rm -rf "$root/build" "$cache_home"/lazarus-*
   say "Removed build/."
 }

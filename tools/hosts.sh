@@ -6,7 +6,7 @@ hosts=$root/build/test/hosts # the folder in which host programs are made
 hosts_table=$root/build/test/hosts.tsv
 fpc_sources=/usr/share/fpcsrc/3.2.2
 lazarus_sources=/usr/lib/lazarus/2.2.6
-lazarus_topics=(creation typing events sizes closing)
+lazarus_topics=(creation typing focus events bindings sizes closing)
 
 # count_host HOST VERSION ARCH NAME LOG STATUS: counts what one host program printed. A program that crashed, hung or
 # stopped in the middle has one failed check more.
@@ -24,11 +24,11 @@ count_host() {
   if ((failed > 0)); then grep -a '^FAILED ' "$log" >&2 || true; fi
 }
 
-# run_host HOST VERSION NAME COMMAND...: runs a 64-bit Windows program and counts what it prints.
+# run_host HOST VERSION NAME COMMAND...: runs the command and counts what it prints.
 run_host() {
   local host=$1 version=$2 name=$3 log=$logs/hosts-$3.log status=0
   shift 3
-  run_windows 120 "$@" >"$log" 2>&1 || status=$?
+  "$@" >"$log" 2>&1 || status=$?
   count_host "$host" "$version" x64 "$name" "$log" "$status"
 }
 
@@ -82,16 +82,17 @@ make_lazarus_units() {
   find "$lazarus_sources/lcl" -name '*.res' -exec cp -n {} "$folder/" \;
 }
 
-# prepare_lazarus: compiles the units once.
+# prepare_lazarus: compiles the units, unless those of the same packages are there. Other trees may do so meanwhile.
 prepare_lazarus() {
   local units new
   units=$(lazarus_units)
   [[ ! -d $units ]] || return 0
-  new=$units.new
+  mkdir -p "$cache_home" && new=$(mktemp -d "$cache_home/new-lazarus.XXXXXX") || return 1
+  at_exit "rm -rf '$new'"
   say "Compiling Lazarus for Windows (once)"
-  rm -rf "$new" && mkdir -p "$new" || return 1
   with_log hosts-rtl make_pascal_library "$new" && with_log hosts-lcl make_lazarus_units "$new" || return 1
-  mv "$new" "$units"
+  rm -rf "$cache_home"/lazarus-*
+  chmod 755 "$new" && mv -T "$new" "$units"
 }
 
 # build_pascal SOURCE [ARGUMENT...]: a program with those units, in the folder of the host programs.
@@ -115,16 +116,31 @@ test_lazarus() {
     return 0
   }
   check hosts import import_type_library
+  run_host Lazarus "$version" lazarus-unit python3 tools/hosts_unit.py tests/control/golden/type_library.txt \
+    "$hosts/Qvx_1_0_TLB.pas" "$hosts/plain/Qvx_1_0_TLB.pas"
   check hosts build-lazarus build_pascal tests/hosts/lazarus/host.lpr
   for topic in "${lazarus_topics[@]}"; do
-    run_host Lazarus "$version" "lazarus-$topic" "$hosts/host.exe" "$topic"
+    run_host Lazarus "$version" "lazarus-$topic" run_windows 120 "$hosts/host.exe" "$topic"
   done
+  check hosts build-sample build_pascal samples/pascal/stock.lpr -WG
+  check hosts sample run_host_sample "$hosts/stock.exe" Stock tests/hosts/lazarus/stock.keys
 }
 
-# The unit for early binding, which Free Pascal's importer writes under Windows.
+# The unit for early binding, which Free Pascal's importer writes under Windows; once with the sample's corrections and
+# once without.
 import_type_library() {
-  build_pascal samples/pascal/importqvx.pas &&
-    run_windows 60 "$hosts/importqvx.exe" "$(windows_path "$ocx")" "$(windows_path "$hosts")"
+  mkdir -p "$hosts/plain"
+  build_pascal samples/pascal/importqvx.pas && build_pascal tests/hosts/lazarus/plainimport.pas &&
+    run_windows 60 "$hosts/importqvx.exe" "$(windows_path "$ocx")" "$(windows_path "$hosts")" &&
+    run_windows 60 "$hosts/plainimport.exe" "$(windows_path "$ocx")" "$(windows_path "$hosts/plain")"
+}
+
+# run_host_sample PROGRAM TITLE KEYS: operates a sample as its user would.
+run_host_sample() {
+  local log=$logs/hosts-$2.log host_group
+  start_group run_windows 120 "$1" >"$log" 2>&1
+  host_group=$group
+  attend_host "$2" "$3" '' "$log"
 }
 
 test_hosts() {

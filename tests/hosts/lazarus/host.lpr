@@ -4,7 +4,7 @@ program host;
 {$mode objfpc}{$H+}
 
 uses
-  Interfaces, SysUtils, Forms, ActiveX, checks, closing, creation, events, sizes, typing;
+  Interfaces, SysUtils, Forms, ActiveX, bindings, checks, closing, creation, events, focus, sizes, typing;
 
 begin
   OleInitialize(nil);
@@ -12,6 +12,8 @@ begin
   try
     case ParamStr(1) of
       'creation': CheckCreation;
+      'bindings': CheckBindings;
+      'focus': CheckFocus;
       'typing': CheckTyping;
       'events': CheckEvents;
       'sizes': CheckSizes;

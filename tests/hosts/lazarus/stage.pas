@@ -19,13 +19,18 @@ procedure Open(Form: TForm);
 { A container that is not active yet, on the object or for the class. }
 function Place(Form: TForm; const Server: IDispatch; Left, Top, Width, Height: Integer): TActiveXContainer;
 function Place(Form: TForm; const ControlName: string; Left, Top, Width, Height: Integer): TActiveXContainer;
-{ Gives the keyboard to the control, which a container that is entered keeps for its own window. }
+{ Passes the keyboard on to the control, which a container that is entered keeps for its own window. }
+procedure Activate(Container: TActiveXContainer);
 procedure Enter(Container: TActiveXContainer);
 
 { Handles messages until none has arrived for a while. }
 procedure Settle;
+{ Puts a key into the queue; Press also waits until it has been handled. }
+procedure Queue(Key: Byte; Shifted: Boolean = False);
 procedure Press(Key: Byte; Shifted: Boolean = False);
 procedure TypeText(const Text: string);
+{ Presses the left button at a point of the container. }
+procedure Click(Container: TActiveXContainer; X, Y: Integer);
 
 { The windows of this thread with everything inside them. }
 function CountWindows: Integer;
@@ -87,14 +92,19 @@ begin
   Result.OleClassName := 'Qvx.' + ControlName;
 end;
 
-procedure Enter(Container: TActiveXContainer);
+procedure Activate(Container: TActiveXContainer);
 var
   Inside: IOleObject;
 begin
-  Container.SetFocus;
   Inside := Container.ComServer as IOleObject;
   OleCheck(Inside.DoVerb(OLEIVERB_UIACTIVATE, nil, Container as IOleClientSite, 0, Container.Handle,
     Container.ClientRect));
+end;
+
+procedure Enter(Container: TActiveXContainer);
+begin
+  Container.SetFocus;
+  Activate(Container);
   Settle;
 end;
 
@@ -116,7 +126,7 @@ begin
   end;
 end;
 
-procedure Press(Key: Byte; Shifted: Boolean);
+procedure Queue(Key: Byte; Shifted: Boolean);
 begin
   if Shifted then
     keybd_event(VK_SHIFT, 0, 0, 0);
@@ -124,6 +134,11 @@ begin
   keybd_event(Key, 0, KEYEVENTF_KEYUP, 0);
   if Shifted then
     keybd_event(VK_SHIFT, 0, KEYEVENTF_KEYUP, 0);
+end;
+
+procedure Press(Key: Byte; Shifted: Boolean);
+begin
+  Queue(Key, Shifted);
   Settle;
 end;
 
@@ -137,6 +152,21 @@ begin
     Key := Word(VkKeyScanW(WideChar(Letter)));
     Press(Lo(Key), Hi(Key) and 1 <> 0);
   end;
+end;
+
+procedure Click(Container: TActiveXContainer; X, Y: Integer);
+var
+  Point: Windows.TPoint;
+begin
+  Point.X := X;
+  Point.Y := Y;
+  ClientToScreen(Container.Handle, Point);
+  SetCursorPos(Point.X, Point.Y);
+  Settle;
+  mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
+  Settle;
+  mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
+  Settle;
 end;
 
 function CountInside(Window: HWND; Count: LPARAM): BOOL; stdcall;
