@@ -8,6 +8,12 @@ fpc_sources=/usr/share/fpcsrc/3.2.2
 lazarus_sources=/usr/lib/lazarus/2.2.6
 lazarus_topics=(creation typing focus events bindings sizes closing)
 
+# record_host HOST VERSION ARCH NAME PASSED FAILED SKIPPED
+record_host() {
+  count hosts "$4" "$5" "$6" "$7"
+  printf '%s\t%s\t%s\t%s\t%s\t%s\n' "$1" "$2" "$3" "$5" "$6" "$7" >>"$hosts_table"
+}
+
 # count_host HOST VERSION ARCH NAME LOG STATUS: counts what one host program printed. A program that crashed, hung or
 # stopped in the middle has one failed check more.
 count_host() {
@@ -18,10 +24,9 @@ count_host() {
     failed=$((failed + 1))
     warn "hosts: $name ended before its last check (exit status $status); the whole log: ${log#"$root"/}"
   fi
-  count hosts "$name" "$passed" "$failed" "$skipped"
-  printf '%s\t%s\t%s\t%s\t%s\t%s\n' "$host" "$version" "$arch" "$passed" "$failed" "$skipped" >>"$hosts_table"
+  record_host "$host" "$version" "$arch" "$name" "$passed" "$failed" "$skipped"
   say "hosts: $name: $passed passed, $failed failed$( ((skipped == 0)) || echo ", $skipped skipped")"
-  if ((failed > 0)); then grep -a '^FAILED ' "$log" >&2 || true; fi
+  grep -a -E '^(FAILED|skipped) ' "$log" >&2 || true
 }
 
 # run_host HOST VERSION NAME COMMAND...: runs the command and counts what it prints.
@@ -29,13 +34,25 @@ run_host() {
   local host=$1 version=$2 name=$3 log=$logs/hosts-$3.log status=0
   shift 3
   "$@" >"$log" 2>&1 || status=$?
-  count_host "$host" "$version" x64 "$name" "$log" "$status"
+  count_host "$host" "$version" "$wine_arch" "$name" "$log" "$status"
+}
+
+# check_host HOST VERSION NAME COMMAND...: one check that passes or fails with the command.
+check_host() {
+  local host=$1 version=$2 name=$3
+  shift 3
+  if with_log "hosts-$name" "$@"; then
+    record_host "$host" "$version" x64 "$name" 1 0 0
+    say "hosts: $name passed"
+  else
+    record_host "$host" "$version" x64 "$name" 0 1 0
+    say "hosts: $name FAILED"
+  fi
 }
 
 skip_host() {
-  warn "hosts: $1 IS SKIPPED: $3"
-  count hosts "$1" 0 0 1
-  printf '%s\t%s\t%s\t0\t0\t1\n' "$1" "$2" x64 >>"$hosts_table"
+  warn "hosts: $1 IS SKIPPED: $2"
+  record_host "$1" - x64 "$1" 0 0 1
 }
 
 installed_version() { dpkg-query -W -f '${Version}' "$1" 2>/dev/null; }
@@ -108,22 +125,22 @@ test_lazarus() {
   version="$(installed_version lazarus-src-2.2), Free Pascal $(installed_version fpc-source-3.2.2)"
   for topic in "${packages_lazarus[@]}"; do
     is_installed "$topic" && continue
-    skip_host Lazarus - "$topic could not be had."
+    skip_host Lazarus "$topic could not be had."
     return 0
   done
   prepare_lazarus || {
-    count hosts lazarus-units 0 1 0
+    record_host Lazarus "$version" x64 lazarus-units 0 1 0
     return 0
   }
-  check hosts import import_type_library
+  check_host Lazarus "$version" import import_type_library
   run_host Lazarus "$version" lazarus-unit python3 tools/hosts_unit.py tests/control/golden/type_library.txt \
     "$hosts/Qvx_1_0_TLB.pas" "$hosts/plain/Qvx_1_0_TLB.pas"
-  check hosts build-lazarus build_pascal tests/hosts/lazarus/host.lpr
+  check_host Lazarus "$version" build-lazarus build_pascal tests/hosts/lazarus/host.lpr
   for topic in "${lazarus_topics[@]}"; do
     run_host Lazarus "$version" "lazarus-$topic" run_windows 120 "$hosts/host.exe" "$topic"
   done
-  check hosts build-sample build_pascal samples/pascal/stock.lpr -WG
-  check hosts sample run_host_sample "$hosts/stock.exe" Stock tests/hosts/lazarus/stock.keys
+  check_host Lazarus "$version" build-sample build_pascal samples/pascal/stock.lpr -WG
+  check_host Lazarus "$version" sample run_host_sample "$hosts/stock.exe" Stock tests/hosts/lazarus/stock.keys
 }
 
 # The unit for early binding, which Free Pascal's importer writes under Windows; once with the sample's corrections and
@@ -143,10 +160,28 @@ run_host_sample() {
   attend_host "$2" "$3" '' "$log"
 }
 
+# The system's own script host, which only late binding reaches. The 32-bit one takes part where the 32-bit tests have
+# prepared it.
+test_script_hosts() {
+  local version arch script archs=(x64)
+  version="Wine $(installed_version wine64)"
+  [[ -z ${prefix32:-} ]] || archs+=(x86)
+  for arch in "${archs[@]}"; do
+    use_arch "$arch"
+    register_server "$ocx" || warn "The component server could not be registered."
+    for script in tests/hosts/scripts/*; do
+      run_host "script host, ${script##*.}" "$version" "cscript-${script##*.}-$arch" \
+        run_windows 60 cscript.exe //nologo "$(windows_path "$script")"
+    done
+  done
+  use_arch x64
+}
+
 test_hosts() {
   build_for_test x64
   start_wine_once
-  register_server "$ocx" || die "The component server could not be registered."
   mkdir -p "$hosts"
+  register_server "$ocx" || die "The component server could not be registered."
   test_lazarus
+  test_script_hosts
 }
