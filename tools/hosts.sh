@@ -164,13 +164,14 @@ run_host_sample() {
 # prepared it.
 test_script_hosts() {
   local version arch script archs=(x64)
+  local -A language=([js]=JScript [vbs]=VBScript)
   version="Wine $(installed_version wine64)"
   [[ -z ${prefix32:-} ]] || archs+=(x86)
   for arch in "${archs[@]}"; do
     use_arch "$arch"
     register_server "$ocx" || warn "The component server could not be registered."
     for script in tests/hosts/scripts/*; do
-      run_host "script host, ${script##*.}" "$version" "cscript-${script##*.}-$arch" \
+      run_host "cscript, ${language[${script##*.}]}" "$version" "cscript-${script##*.}-$arch" \
         run_windows 60 cscript.exe //nologo "$(windows_path "$script")"
     done
   done
