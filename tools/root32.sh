@@ -4,8 +4,7 @@
 # mount namespace of each call's own, so none can be left behind.
 # shellcheck shell=bash
 
-root32_home=${QVX_CACHE:-$([[ $EUID == 0 && -z ${XDG_CACHE_HOME:-} ]] && echo /var/cache || echo "${XDG_CACHE_HOME:-$HOME/.cache}")/qvx}
-root32=$root32_home/root32
+root32=$cache_home/root32
 wine32=/usr/lib/wine/wine
 root32_way= # "beside", "chroot" or "none" once known
 
@@ -51,7 +50,7 @@ make_root32() {
   }
   need "${packages_root32[@]}"
   say "Making a small 32-bit system in $root32 (once)"
-  as_root mkdir -p "$root32_home"
+  as_root mkdir -p "$cache_home"
   as_root rm -rf --one-file-system "$new"
   with_log root32-debootstrap as_root unshare --mount --propagation private \
     debootstrap --variant=minbase --arch=i386 "$suite" "$new" "$mirror" || return 1

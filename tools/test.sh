@@ -1,9 +1,9 @@
 # Runs the tests, layer by layer, and sums up.
 # shellcheck shell=bash
 
-all_layers=(lint native fuzz x64 x86 demo soak archives package)
+all_layers=(lint native fuzz x64 x86 demo soak archives package hosts)
 # Layers that mostly wait for windows share the machine: these lists run in parallel.
-lanes=("x64 soak" "x86 demo archives")
+lanes=("x64 soak" "x86 demo archives hosts")
 test_name= # what tests' names must contain, or nothing
 fuzz_runs= # how many inputs each fuzzer tries, or nothing for a short run
 
@@ -238,6 +238,7 @@ run_lanes() {
   local lane layer chosen pids=() firsts=() i template
   want "${packages_database[@]}"
   need "${packages_display[@]}"
+  [[ " $* " != *" hosts "* ]] || want "${packages_lazarus[@]}"
   build_for_test x64
   prepare_wine
   if [[ " $* " == *" x86 "* ]]; then
