@@ -1,0 +1,162 @@
+// Controls embedded in documents: pictures at other resolutions and in metafiles, pictures that containers keep, and
+// what a container is told about keys, changes and saving.
+#include <gtest/gtest.h>
+#include <olectl.h>
+
+#include "Qvx.h"
+#include "tests/support/container.h"
+#include "tests/support/drawn_picture.h"
+#include "tests/support/each_control.h"
+#include "tests/support/server_under_test.h"
+#include "win/extent.h"
+
+namespace qvx::test {
+namespace {
+
+constexpr COLORREF marker = RGB(1, 2, 3);
+constexpr int left = 20;
+constexpr int top = 10;
+
+// A designer's container, in which every control has a picture.
+class EmbeddedControl : public ::testing::TestWithParam<const CLSID*> {
+  protected:
+    EmbeddedControl() : container_(HostInMode(false)) {
+        container_.Place(ServerUnderTest::Get().Create(*GetParam()));
+        SIZEL extent{2540, 1270};
+        EXPECT_EQ(S_OK, Query<IOleObject>(container_.Control())->SetExtent(DVASPECT_CONTENT, &extent));
+        EXPECT_EQ(S_OK, Query<IViewObject2>(container_.Control())->GetExtent(DVASPECT_CONTENT, -1, nullptr, &extent));
+        size_ = HimetricToPixels(extent, {96, 96});
+    }
+    RECTL Bounds(int times = 1) const {
+        return {left * times, top * times, (left + size_.width) * times, (top + size_.height) * times};
+    }
+    void Draw(HDC dc, const RECTL& bounds, const RECTL* whole = nullptr) {
+        EXPECT_EQ(S_OK, Query<IViewObject>(container_.Control())
+                            ->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, whole, nullptr, 0));
+    }
+    // A device of so many times the screen's resolution.
+    PixelPicture On(int times, const std::function<void(HDC)>& draw) const {
+        const Size whole{(size_.width + 2 * left) * times, (size_.height + 2 * top) * times};
+        return PictureOf(whole, [&](HDC dc) {
+            const UniqueBrush brush(CreateSolidBrush(marker));
+            const RECT all{0, 0, whole.width, whole.height};
+            FillRect(dc, &all, brush.Get());
+            draw(dc);
+        });
+    }
+    // The picture as it is on the screen, and nothing around it.
+    void ExpectPicture(const PixelPicture& picture, int times, double least) {
+        const RECTL bounds = Bounds(times);
+        const PixelPicture screen = On(1, [&](HDC dc) { Draw(dc, Bounds()); });
+        int outside = 0;
+        int same = 0;
+        for (int y = 0; y < picture.size.height; ++y) {
+            for (int x = 0; x < picture.size.width; ++x) {
+                const bool inside = x >= bounds.left && x < bounds.right && y >= bounds.top && y < bounds.bottom;
+                const COLORREF color = picture.At(x, y);
+                if (!inside) outside += color != marker;
+                if (inside) same += color == screen.At(x / times, y / times);
+            }
+        }
+        EXPECT_EQ(0, outside);
+        EXPECT_GE(same, least * size_.width * size_.height * times * times);
+    }
+
+    Container container_;
+    Size size_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Controls, EmbeddedControl, ::testing::ValuesIn(EachControlId()), ControlName);
+
+TEST_P(EmbeddedControl, FillsItsBoundsOnEveryDevice) {
+    constexpr int times = 6;  // a printer of 576 dots per inch
+    struct Device {
+        const char* name;
+        std::function<void(HDC)> draw;
+    };
+    const Device devices[] = {
+        {"pixels", [&](HDC dc) { Draw(dc, Bounds(times)); }},
+        {"the screen's pixels",
+         [&](HDC dc) {
+             SetMapMode(dc, MM_ISOTROPIC);
+             SetWindowExtEx(dc, 100, 100, nullptr);
+             SetViewportExtEx(dc, 100 * times, 100 * times, nullptr);
+             Draw(dc, Bounds());
+         }},
+        {"an axis that points up",
+         [&](HDC dc) {
+             SetMapMode(dc, MM_ANISOTROPIC);
+             SetWindowExtEx(dc, 100, 100, nullptr);
+             SetViewportExtEx(dc, 100 * times, -100 * times, nullptr);
+             const RECTL bounds = Bounds();
+             Draw(dc, {bounds.left, -bounds.top, bounds.right, -bounds.bottom});
+         }},
+        {"a world of its own",
+         [&](HDC dc) {
+             SetGraphicsMode(dc, GM_ADVANCED);
+             const XFORM world{times, 0, 0, times, left * times, top * times};
+             SetWorldTransform(dc, &world);
+             Draw(dc, {0, 0, size_.width, size_.height});
+             XFORM after{};
+             GetWorldTransform(dc, &after);
+             EXPECT_EQ(times, after.eM11);
+         }},
+    };
+    for (const Device& device : devices) {
+        SCOPED_TRACE(device.name);
+        ExpectPicture(On(times, device.draw), times, 0.8);
+    }
+}
+
+TEST_P(EmbeddedControl, IsTheSameInAMetafile) {
+    for (const int times : {1, 6}) {
+        SCOPED_TRACE(times);
+        const Size whole{size_.width + 2 * left, size_.height + 2 * top};
+        const RECTL all{0, 0, whole.width, whole.height};
+        const HDC screen = GetDC(nullptr);
+        const RECT frame{0, 0,
+                         MulDiv(whole.width, 100 * GetDeviceCaps(screen, HORZSIZE), GetDeviceCaps(screen, HORZRES)),
+                         MulDiv(whole.height, 100 * GetDeviceCaps(screen, VERTSIZE), GetDeviceCaps(screen, VERTRES))};
+        ReleaseDC(nullptr, screen);
+        const HDC enhanced = CreateEnhMetaFileW(nullptr, nullptr, &frame, nullptr);
+        Draw(enhanced, Bounds(), &all);
+        const HENHMETAFILE enhancedFile = CloseEnhMetaFile(enhanced);
+        const RECT place{0, 0, whole.width * times, whole.height * times};
+        ExpectPicture(On(times, [&](HDC dc) { PlayEnhMetaFile(dc, enhancedFile, &place); }), times, 0.8);
+        DeleteEnhMetaFile(enhancedFile);
+
+        const HDC old = CreateMetaFileW(nullptr);
+        Draw(old, Bounds(), &all);
+        const HMETAFILE oldFile = CloseMetaFile(old);
+        ExpectPicture(On(times,
+                         [&](HDC dc) {
+                             SetMapMode(dc, MM_ANISOTROPIC);
+                             SetViewportExtEx(dc, place.right, place.bottom, nullptr);
+                             SaveDC(dc);
+                             PlayMetaFile(dc, oldFile);
+                             EXPECT_TRUE(RestoreDC(dc, -1)) << "what the player had saved";
+                         }),
+                      times, times == 1 ? 1 : 0.8);
+        DeleteMetaFile(oldFile);
+    }
+}
+
+// Of a page that is shown later, or a window that opens with its controls in place.
+TEST_P(EmbeddedControl, AppearsWithItsContainer) {
+    Container hidden(HostInMode(true));
+    ShowWindow(hidden.Window(), SW_HIDE);
+    hidden.Place(ServerUnderTest::Get().Create(*GetParam()));
+    hidden.Activate();
+    EXPECT_FALSE(IsWindowVisible(hidden.ControlWindow()));
+    ShowWindow(hidden.Window(), SW_SHOW);
+    EXPECT_EQ(!IsInvisible(GetParam()), IsWindowVisible(hidden.ControlWindow()) != FALSE);
+    if (IsInvisible(GetParam())) return;
+    container_.SetAmbient(DISPID_AMBIENT_USERMODE, Variant(true));
+    const PixelPicture late = PictureOnScreen(hidden.ControlWindow());
+    container_.Activate();
+    SetWindowPos(container_.Window(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    EXPECT_EQ(PictureOnScreen(container_.ControlWindow()).pixels, late.pixels);
+}
+
+}  // namespace
+}  // namespace qvx::test
