@@ -65,6 +65,7 @@ void ControlBase::FinishLoading() {
     dirty_ = false;
     connections_.NotifyChanged(DISPID_UNKNOWN);
     Invalidate();
+    DataChanged();
 }
 
 void ControlBase::LoadStream(IStream* stream) {

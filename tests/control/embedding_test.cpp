@@ -141,6 +141,93 @@ TEST_P(EmbeddedControl, IsTheSameInAMetafile) {
     }
 }
 
+TEST_P(EmbeddedControl, IsKeptAsAPictureByContainers) {
+    const auto data = Query<IDataObject>(container_.Control());
+    const FORMATETC formats[] = {{CF_ENHMETAFILE, nullptr, DVASPECT_CONTENT, -1, TYMED_ENHMF},
+                                 {CF_METAFILEPICT, nullptr, DVASPECT_CONTENT, -1, TYMED_MFPICT}};
+    ComPtr<IEnumFORMATETC> offered;
+    ASSERT_EQ(S_OK, data->EnumFormatEtc(DATADIR_GET, offered.put()));
+    SIZEL extent{};
+    EXPECT_EQ(S_OK, Query<IOleObject>(container_.Control())->GetExtent(DVASPECT_CONTENT, &extent));
+    for (const FORMATETC& format : formats) {
+        FORMATETC next{};
+        EXPECT_EQ(S_OK, offered->Next(1, &next, nullptr));
+        EXPECT_EQ(format.cfFormat, next.cfFormat);
+    }
+    const auto place = [&](int times) {
+        const RECTL bounds = Bounds(times);
+        return RECT{bounds.left, bounds.top, bounds.right, bounds.bottom};
+    };
+    STGMEDIUM medium{};
+    FORMATETC format = formats[0];
+    ASSERT_EQ(S_OK, data->GetData(&format, &medium));
+    ENHMETAHEADER header{};
+    GetEnhMetaFileHeader(medium.hEnhMetaFile, sizeof header, &header);
+    EXPECT_NEAR(extent.cx, header.rclFrame.right - header.rclFrame.left, 20) << "half a pixel";
+    EXPECT_NEAR(extent.cy, header.rclFrame.bottom - header.rclFrame.top, 20);
+    for (const int times : {1, 6}) {
+        const RECT area = place(times);
+        ExpectPicture(On(times, [&](HDC dc) { PlayEnhMetaFile(dc, medium.hEnhMetaFile, &area); }), times, 0.8);
+    }
+    ReleaseStgMedium(&medium);
+    // The system's own cache, as a document that is shown without its controls has it.
+    format = formats[1];
+    ComPtr<IUnknown> kept;
+    ASSERT_EQ(S_OK, CreateDataCache(nullptr, *GetParam(), IID_IUnknown, kept.put_void()));
+    DWORD connection = 0;
+    const auto cache = kept.As<IOleCache>();
+    ASSERT_TRUE(SUCCEEDED(cache->Cache(&format, ADVF_PRIMEFIRST, &connection)));
+    ASSERT_EQ(S_OK, cache->InitCache(data.get()));
+    SIZEL size{};
+    EXPECT_EQ(S_OK, kept.As<IViewObject2>()->GetExtent(DVASPECT_CONTENT, -1, nullptr, &size));
+    EXPECT_EQ(extent.cx, size.cx);
+    EXPECT_EQ(extent.cy, size.cy);
+    for (const int times : {1, 6}) {
+        const RECT area = place(times);
+        const auto draw = [&](HDC dc) { EXPECT_EQ(S_OK, OleDraw(kept.get(), DVASPECT_CONTENT, dc, &area)); };
+        ExpectPicture(On(times, draw), times, times == 1 ? 1 : 0.8);
+    }
+    struct Refused {
+        HRESULT why;
+        FORMATETC format;
+    };
+    for (Refused refused : {Refused{DV_E_FORMATETC, {CF_TEXT, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL}},
+                            {DV_E_DVASPECT, {CF_ENHMETAFILE, nullptr, DVASPECT_ICON, -1, TYMED_ENHMF}},
+                            {DV_E_LINDEX, {CF_ENHMETAFILE, nullptr, DVASPECT_CONTENT, 0, TYMED_ENHMF}},
+                            {DV_E_TYMED, {CF_METAFILEPICT, nullptr, DVASPECT_CONTENT, -1, TYMED_ENHMF}}}) {
+        EXPECT_EQ(refused.why, data->QueryGetData(&refused.format));
+        EXPECT_EQ(refused.why, data->GetData(&refused.format, &medium));
+    }
+}
+
+TEST_P(EmbeddedControl, AnnouncesEveryNewPicture) {
+    IUnknown* control = container_.Control();
+    const auto object = Query<IOleObject>(control);
+    const auto data = Query<IDataObject>(control);
+    ComPtr<IOleClientSite> site;
+    ASSERT_EQ(S_OK, object->GetClientSite(site.put()));
+    FORMATETC format{CF_ENHMETAFILE, nullptr, DVASPECT_CONTENT, -1, TYMED_ENHMF};
+    DWORD connection = 0;
+    const auto sink = site.As<IAdviseSink>();
+    const auto expectNext = [&](const char* after, const std::vector<std::string>& calls) {
+        EXPECT_EQ(calls, container_.Calls()) << after;
+        container_.Calls().clear();
+    };
+    container_.Calls().clear();
+    ASSERT_EQ(S_OK, data->DAdvise(&format, ADVF_PRIMEFIRST, sink.get(), &connection));
+    expectNext("connecting", {"OnDataChange"});
+    SIZEL extent{5080, 2540};
+    EXPECT_EQ(S_OK, object->SetExtent(DVASPECT_CONTENT, &extent));
+    expectNext("another size", {"OnDataChange"});
+    EXPECT_EQ(S_OK, LoadFromBag(control, SaveToBag(control).get()));
+    expectNext("loading", {"OnDataChange"});
+    EXPECT_EQ(S_OK, data->DUnadvise(connection));
+    EXPECT_EQ(OLE_E_NOCONNECTION, data->DUnadvise(connection));
+    ASSERT_EQ(S_OK, data->DAdvise(&format, ADVF_NODATA | ADVF_DATAONSTOP, sink.get(), &connection));
+    EXPECT_EQ(S_OK, object->Close(OLECLOSE_NOSAVE));
+    expectNext("closing", {"OnDataChange"});
+}
+
 // Of a page that is shown later, or a window that opens with its controls in place.
 TEST_P(EmbeddedControl, AppearsWithItsContainer) {
     Container hidden(HostInMode(true));
