@@ -358,7 +358,10 @@ STDMETHODIMP ControlBase::GetControlInfo(CONTROLINFO* info) {
         accelerators_ = table.empty() ? nullptr : CreateAcceleratorTableW(table.data(), static_cast<int>(table.size()));
         info->hAccel = accelerators_;
         info->cAccel = static_cast<USHORT>(accelerators_ ? table.size() : 0);
+        const auto uses = [this](WPARAM key) { return WantsKey({WindowHandle(), WM_KEYDOWN, key, 0, 0, {}}); };
         info->dwFlags = 0;
+        if (UserMode() && uses(keys::enter)) info->dwFlags |= CTRLINFO_EATS_RETURN;
+        if (UserMode() && uses(keys::escape)) info->dwFlags |= CTRLINFO_EATS_ESCAPE;
         return S_OK;
     });
 }

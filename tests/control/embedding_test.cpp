@@ -245,5 +245,36 @@ TEST_P(EmbeddedControl, AppearsWithItsContainer) {
     EXPECT_EQ(PictureOnScreen(container_.ControlWindow()).pixels, late.pixels);
 }
 
+// What a container asks before it uses a key for its default or cancel button, or for an access key.
+TEST(ControlInfo, NamesTheKeysThatAControlUses) {
+    struct Case {
+        const CLSID& id;
+        bool runs;
+        const wchar_t* property;
+        Variant value;
+        DWORD flags;
+        int accelerators;  // as a key, and as its character
+    };
+    const Case cases[] = {
+        {CLSID_Button, true, L"Caption", Variant(u"&Post"), 0, 2},
+        {CLSID_RButton, true, L"Caption", Variant(u"Post"), CTRLINFO_EATS_RETURN, 2},
+        {CLSID_ComboGrid, true, L"Rows", Variant(3), CTRLINFO_EATS_RETURN, 0},
+        {CLSID_ComboGrid, false, L"Rows", Variant(3), 0, 0},
+        {CLSID_TextEdit, true, L"UseEnterKey", Variant(false), 0, 0},
+        {CLSID_TextEdit, true, L"UseEnterKey", Variant(true), CTRLINFO_EATS_RETURN, 0},
+    };
+    for (const Case& c : cases) {
+        Container container(HostInMode(c.runs));
+        container.Place(ServerUnderTest::Get().Create(c.id));
+        container.ActivateUi();
+        Put(container.Automation().get(), c.property, {c.value});
+        CONTROLINFO info{};
+        info.cb = sizeof info;
+        EXPECT_EQ(S_OK, Query<IOleControl>(container.Control())->GetControlInfo(&info));
+        EXPECT_EQ(c.flags, info.dwFlags);
+        EXPECT_EQ(c.accelerators, info.cAccel);
+    }
+}
+
 }  // namespace
 }  // namespace qvx::test
