@@ -40,6 +40,7 @@ HRESULT ControlBase::QueryKitInterface(REFIID iid, void** object) {
     offer(static_cast<IConnectionPointContainer*>(this), IID_IConnectionPointContainer);
     offer(static_cast<ISpecifyPropertyPages*>(this), IID_ISpecifyPropertyPages);
     offer(static_cast<IQuickActivate*>(this), IID_IQuickActivate);
+    offer(static_cast<IDataObject*>(this), IID_IDataObject);
     offer(static_cast<ISupportErrorInfo*>(this), IID_ISupportErrorInfo);
     if (!*object) return E_NOINTERFACE;
     Unknown()->AddRef();
@@ -278,6 +279,7 @@ void ControlBase::Changed(TextView name) {
     Contain([&] { member = MembersOf(interfaceId_)->NumberOf(name); });
     Contain([&] { connections_.NotifyChanged(member); });
     Invalidate();
+    DataChanged();
 }
 
 void ControlBase::Invalidate() {

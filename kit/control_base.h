@@ -42,6 +42,7 @@ class ControlBase : public IOleObject,
                     public IConnectionPointContainer,
                     public ISpecifyPropertyPages,
                     public IQuickActivate,
+                    public IDataObject,
                     public ISupportErrorInfo {
   public:
     ControlBase(const ControlBase&) = delete;
@@ -160,6 +161,16 @@ class ControlBase : public IOleObject,
     STDMETHODIMP QuickActivate(QACONTAINER* container, QACONTROL* control) override;
     STDMETHODIMP SetContentExtent(LPSIZEL size) override;
     STDMETHODIMP GetContentExtent(LPSIZEL size) override;
+    // IDataObject
+    STDMETHODIMP GetData(FORMATETC* format, STGMEDIUM* medium) override;
+    STDMETHODIMP GetDataHere(FORMATETC* format, STGMEDIUM* medium) override;
+    STDMETHODIMP QueryGetData(FORMATETC* format) override;
+    STDMETHODIMP GetCanonicalFormatEtc(FORMATETC* format, FORMATETC* canonical) override;
+    STDMETHODIMP SetData(FORMATETC* format, STGMEDIUM* medium, BOOL release) override;
+    STDMETHODIMP EnumFormatEtc(DWORD direction, IEnumFORMATETC** formats) override;
+    STDMETHODIMP DAdvise(FORMATETC* format, DWORD flags, IAdviseSink* sink, DWORD* connection) override;
+    STDMETHODIMP DUnadvise(DWORD connection) override;
+    STDMETHODIMP EnumDAdvise(IEnumSTATDATA** advises) override;
     // ISupportErrorInfo
     STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override;
 
@@ -292,6 +303,8 @@ class ControlBase : public IOleObject,
     void SetPixelSize(Size pixels);
     void TakeExtent(const SIZEL& extent);
     void ViewChanged();
+    // Sends the present picture to containers that keep one, with ADVF_DATAONSTOP for the last time.
+    void DataChanged(DWORD flags = 0);
     void Terminate();
 
     // Recreates the inner windows if the host has changed between designing and running while the control has a window.
@@ -313,11 +326,13 @@ class ControlBase : public IOleObject,
     std::unique_ptr<ControlWindow> window_;
     InPlaceActivation inPlace_;
     ComPtr<IOleAdviseHolder> advises_;
+    ComPtr<IDataAdviseHolder> dataAdvises_;
     ComPtr<IAdviseSink> viewSink_;
     DWORD viewAspects_ = 0;
     DWORD viewFlags_ = 0;
     HACCEL accelerators_ = nullptr;
     ComPtr<IStorage> storage_;
+    bool savedInPlace_ = false;  // the last Save went to the control's own storage
     ControlExtent extent_;
     int frozen_ = 0;
     std::optional<Rect> clip_;  // what the container shows, in pixels of the window; nothing if it shows all

@@ -64,6 +64,7 @@ STDMETHODIMP ControlBase::Close(DWORD saveOption) {
         const auto site = host_.Site();
         if (saveOption != OLECLOSE_NOSAVE && dirty_ && site) site->SaveObject();
         Deactivate();
+        DataChanged(ADVF_DATAONSTOP);
         if (advises_) advises_->SendOnClose();
     });
 }
@@ -76,9 +77,10 @@ STDMETHODIMP ControlBase::GetMoniker(DWORD, DWORD, IMoniker** moniker) {
     return E_NOTIMPL;
 }
 
-// A control is neither created from the clipboard nor copied to it by itself; the designer copies its properties.
+// A control is not created from the clipboard; the designer copies its properties.
 STDMETHODIMP ControlBase::InitFromData(IDataObject*, BOOL, DWORD) { return E_NOTIMPL; }
 
+// The clipboard would hold the control itself, whose picture may have changed by the time it is pasted.
 STDMETHODIMP ControlBase::GetClipboardData(DWORD, IDataObject** data) {
     if (data) *data = nullptr;
     return E_NOTIMPL;
@@ -167,6 +169,7 @@ STDMETHODIMP ControlBase::SetExtent(DWORD aspect, SIZEL* size) {
         TakeExtent(*size);
         if (!InPlaceActive()) OnResize(PixelSize());
         ViewChanged();
+        DataChanged();
         return S_OK;
     });
 }
@@ -355,7 +358,10 @@ STDMETHODIMP ControlBase::GetControlInfo(CONTROLINFO* info) {
         accelerators_ = table.empty() ? nullptr : CreateAcceleratorTableW(table.data(), static_cast<int>(table.size()));
         info->hAccel = accelerators_;
         info->cAccel = static_cast<USHORT>(accelerators_ ? table.size() : 0);
+        const auto uses = [this](WPARAM key) { return WantsKey({WindowHandle(), WM_KEYDOWN, key, 0, 0, {}}); };
         info->dwFlags = 0;
+        if (UserMode() && uses(keys::enter)) info->dwFlags |= CTRLINFO_EATS_RETURN;
+        if (UserMode() && uses(keys::escape)) info->dwFlags |= CTRLINFO_EATS_ESCAPE;
         return S_OK;
     });
 }

@@ -65,6 +65,7 @@ void ControlBase::FinishLoading() {
     dirty_ = false;
     connections_.NotifyChanged(DISPID_UNKNOWN);
     Invalidate();
+    DataChanged();
 }
 
 void ControlBase::LoadStream(IStream* stream) {
@@ -167,21 +168,27 @@ STDMETHODIMP ControlBase::Load(IStorage* storage) {
     });
 }
 
-STDMETHODIMP ControlBase::Save(IStorage* storage, BOOL) {
+STDMETHODIMP ControlBase::Save(IStorage* storage, BOOL sameAsLoad) {
     return Guard([&]() -> HRESULT {
         IStorage* target = storage ? storage : storage_.get();
         if (!target) return E_UNEXPECTED;
         ComPtr<IStream> stream;
         Check(target->CreateStream(storageStream, STGM_CREATE | STGM_WRITE | STGM_SHARE_EXCLUSIVE, 0, 0, stream.put()));
         WriteStream(stream.get(), BytesForStream());
+        savedInPlace_ = sameAsLoad != FALSE;
         return S_OK;
     });
 }
 
+// A copy in another document leaves the control's own document unsaved.
 STDMETHODIMP ControlBase::SaveCompleted(IStorage* storage) {
-    if (storage) storage_ = ComPtr<IStorage>(storage);
-    dirty_ = false;
-    return S_OK;
+    return Guard([&] {
+        const auto keep = KeepAlive();
+        if (storage) storage_ = ComPtr<IStorage>(storage);
+        const bool saved = std::exchange(savedInPlace_, false) || storage;
+        if (saved) dirty_ = false;
+        if (saved && advises_) advises_->SendOnSave();
+    });
 }
 
 STDMETHODIMP ControlBase::HandsOffStorage() {

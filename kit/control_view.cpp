@@ -5,8 +5,46 @@
 
 namespace qvx {
 
-STDMETHODIMP ControlBase::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, HDC dc, LPCRECTL bounds, LPCRECTL,
-                               BOOL(CALLBACK*)(ULONG_PTR), ULONG_PTR) {
+namespace {
+
+// Maps the control's own pixels to the bounds, so that the device scales the picture. `whole` is what the container's
+// metafile covers.
+void FitInto(HDC dc, const RECTL& bounds, const RECTL& whole, Size size) {
+    const auto width = static_cast<int>(bounds.right - bounds.left);
+    const auto height = static_cast<int>(bounds.bottom - bounds.top);
+    if (GetObjectType(dc) == OBJ_METADC) {
+        // Whoever plays such a metafile chooses its place on the device; only the coordinates in it belong to it.
+        if (width == 0 || height == 0) return;
+        const auto across = [&](LONG length) { return MulDiv(static_cast<int>(length), size.width, width); };
+        const auto down = [&](LONG length) { return MulDiv(static_cast<int>(length), size.height, height); };
+        SetWindowOrgEx(dc, across(whole.left - bounds.left), down(whole.top - bounds.top), nullptr);
+        SetWindowExtEx(dc, across(whole.right - whole.left), down(whole.bottom - whole.top), nullptr);
+        return;
+    }
+    if (GetGraphicsMode(dc) == GM_ADVANCED) {
+        // The world may also be turned, which no rectangle of the device can express.
+        const XFORM fit{static_cast<float>(width) / static_cast<float>(size.width),
+                        0,
+                        0,
+                        static_cast<float>(height) / static_cast<float>(size.height),
+                        static_cast<float>(bounds.left),
+                        static_cast<float>(bounds.top)};
+        ModifyWorldTransform(dc, &fit, MWT_LEFTMULTIPLY);
+        return;
+    }
+    RECT target{bounds.left, bounds.top, bounds.right, bounds.bottom};
+    LPtoDP(dc, reinterpret_cast<POINT*>(&target), 2);
+    SetMapMode(dc, MM_ANISOTROPIC);
+    SetWindowOrgEx(dc, 0, 0, nullptr);
+    SetWindowExtEx(dc, size.width, size.height, nullptr);
+    SetViewportOrgEx(dc, target.left, target.top, nullptr);
+    SetViewportExtEx(dc, target.right - target.left, target.bottom - target.top, nullptr);
+}
+
+}  // namespace
+
+STDMETHODIMP ControlBase::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, HDC dc, LPCRECTL bounds,
+                               LPCRECTL windowBounds, BOOL(CALLBACK*)(ULONG_PTR), ULONG_PTR) {
     return Guard([&]() -> HRESULT {
         if (aspect != DVASPECT_CONTENT && aspect != DVASPECT_OPAQUE && aspect != DVASPECT_DOCPRINT)
             return DV_E_DVASPECT;
@@ -18,14 +56,8 @@ STDMETHODIMP ControlBase::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, 
         if (!WindowHandle()) OnResize(size);
         const SavedDc saved(dc);
         if (bounds) {
-            // The picture is drawn in the control's own pixels; the device scales it into the bounds.
-            RECT target{bounds->left, bounds->top, bounds->right, bounds->bottom};
-            if (GetDeviceCaps(dc, TECHNOLOGY) != DT_METAFILE) LPtoDP(dc, reinterpret_cast<POINT*>(&target), 2);
-            SetMapMode(dc, MM_ANISOTROPIC);
-            SetWindowOrgEx(dc, 0, 0, nullptr);
-            SetWindowExtEx(dc, size.width, size.height, nullptr);
-            SetViewportOrgEx(dc, target.left, target.top, nullptr);
-            SetViewportExtEx(dc, target.right - target.left, target.bottom - target.top, nullptr);
+            FitInto(dc, *bounds, windowBounds ? *windowBounds : *bounds, size);
+            IntersectClipRect(dc, 0, 0, size.width, size.height);
         }
         GdiSurface surface(dc, WindowDpi(WindowHandle()));
         DrawControl(surface, {0, 0, size.width, size.height});

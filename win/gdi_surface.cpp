@@ -9,10 +9,8 @@ namespace qvx {
 
 namespace {
 
-HBRUSH BrushOf(HDC dc, OleColor color) {
-    SetDCBrushColor(dc, ResolveColor(color));
-    return static_cast<HBRUSH>(GetStockObject(DC_BRUSH));
-}
+// A brush of its own: a metafile does not record the colour of the stock one.
+UniqueBrush BrushOf(OleColor color) { return UniqueBrush(CreateSolidBrush(ResolveColor(color))); }
 
 // Replaces the system's menu arrow where a system does not draw it: a triangle pointing down in the middle of the area.
 void DrawMenuArrow(HDC dc, const Rect& area, unsigned state) {
@@ -33,6 +31,41 @@ void DrawMenuArrow(HDC dc, const Rect& area, unsigned state) {
     }
 }
 
+// Executes what DrawText has recorded: lines of text, and the lines under access keys.
+int CALLBACK ReplayText(HDC, HANDLETABLE*, const ENHMETARECORD* record, int, LPARAM target) {
+    const auto dc = reinterpret_cast<HDC>(target);
+    const auto* bytes = reinterpret_cast<const BYTE*>(record);
+    if (record->iType == EMR_EXTTEXTOUTW) {
+        const auto& line = *reinterpret_cast<const EMREXTTEXTOUTW*>(record);
+        const EMRTEXT& text = line.emrtext;
+        const RECT area{text.rcl.left, text.rcl.top, text.rcl.right, text.rcl.bottom};
+        ExtTextOutW(dc, text.ptlReference.x, text.ptlReference.y, text.fOptions & ETO_CLIPPED, &area,
+                    reinterpret_cast<const wchar_t*>(bytes + text.offString), text.nChars,
+                    text.offDx ? reinterpret_cast<const INT*>(bytes + text.offDx) : nullptr);
+    } else if (record->iType == EMR_MOVETOEX) {
+        const POINTL at = reinterpret_cast<const EMRMOVETOEX*>(record)->ptl;
+        MoveToEx(dc, at.x, at.y, nullptr);
+    } else if (record->iType == EMR_LINETO) {
+        const POINTL to = reinterpret_cast<const EMRLINETO*>(record)->ptl;
+        LineTo(dc, to.x, to.y);
+    }
+    return TRUE;
+}
+
+// Draws a label where DrawText cannot measure it: the text is laid out with the ruler's font, and drawn line by line.
+void DrawMeasuredText(HDC dc, HDC ruler, COLORREF color, const wchar_t* text, int length, RECT area, unsigned format) {
+    const HDC recording = CreateEnhMetaFileW(ruler, nullptr, nullptr, nullptr);
+    if (!recording) return;
+    SelectObject(recording, GetCurrentObject(ruler, OBJ_FONT));
+    DrawTextW(recording, text, length, &area, format);
+    const HENHMETAFILE lines = CloseEnhMetaFile(recording);
+    const UniquePen pen(CreatePen(PS_SOLID, 1, color));
+    const SavedDc saved(dc);
+    SelectObject(dc, pen.Get());
+    EnumEnhMetaFile(nullptr, lines, &ReplayText, reinterpret_cast<void*>(dc), nullptr);
+    DeleteEnhMetaFile(lines);
+}
+
 }  // namespace
 
 COLORREF ResolveColor(OleColor color) {
@@ -40,13 +73,16 @@ COLORREF ResolveColor(OleColor color) {
 }
 
 GdiSurface::GdiSurface(HDC dc, Dpi dpi) : dc_(dc), dpi_(dpi), savedState_(SaveDC(dc)) {
+    const DWORD type = GetObjectType(dc);
+    metafile_ = type == OBJ_METADC || type == OBJ_ENHMETADC;
+    if (type == OBJ_METADC) ruler_ = UniqueMemoryDc(CreateCompatibleDC(nullptr));
     SetBkMode(dc_, TRANSPARENT);
     SetTextAlign(dc_, TA_LEFT | TA_TOP | TA_NOUPDATECP);
 }
 
 GdiSurface::~GdiSurface() {
     if (savedState_) {
-        RestoreDC(dc_, savedState_);
+        RestoreDC(dc_, -1);
     }
 }
 
@@ -69,6 +105,7 @@ const GdiFont& GdiSurface::SelectFont(const FontSpec& font) {
     const GdiFont& found = Font(font);
     if (!fontSelected_) {
         SelectObject(dc_, found.Get());
+        if (ruler_) SelectObject(ruler_.Get(), found.Get());
         fontSelected_ = true;
     }
     return found;
@@ -97,10 +134,10 @@ Size GdiSurface::MeasureText(TextView text, const FontSpec& font, int wrapWidth,
                        ((format & text_format::noPrefix) != 0 || text.find(u'&') == TextView::npos) &&
                        text.find_first_of(u"\r\n\t") == TextView::npos;
     if (plain) {
-        return {found.RunWidth(dc_, text), found.LineHeight()};
+        return {found.RunWidth(Ruler(), text), found.LineHeight()};
     }
     RECT area{0, 0, std::max(0, wrapWidth), 0};
-    DrawTextW(dc_, WideData(text), static_cast<int>(text.size()), &area, format | DT_CALCRECT);
+    DrawTextW(Ruler(), WideData(text), static_cast<int>(text.size()), &area, format | DT_CALCRECT);
     return {static_cast<int>(area.right - area.left), static_cast<int>(area.bottom - area.top)};
 }
 
@@ -118,7 +155,7 @@ void GdiSurface::FillRect(const Rect& area, OleColor color) {
 
 void GdiSurface::FrameRect(const Rect& area, OleColor color) {
     const RECT r = ToRECT(area);
-    ::FrameRect(dc_, &r, BrushOf(dc_, color));
+    ::FrameRect(dc_, &r, BrushOf(color).Get());
 }
 
 void GdiSurface::DrawLine(Point from, Point to, OleColor color, int thickness) {
@@ -165,7 +202,11 @@ void GdiSurface::DrawLabel(TextView text, const Rect& area, const FontSpec& font
         textColor_ = resolved;
     }
     RECT r = ToRECT(area);
-    DrawTextW(dc_, WideData(text), static_cast<int>(text.size()), &r, format);
+    if (ruler_) {
+        DrawMeasuredText(dc_, ruler_.Get(), resolved, WideData(text), static_cast<int>(text.size()), r, format);
+    } else {
+        DrawTextW(dc_, WideData(text), static_cast<int>(text.size()), &r, format);
+    }
 }
 
 void GdiSurface::DrawCellText(TextView text, Point origin, const Rect& area, const FontSpec& font, OleColor color,
@@ -190,27 +231,36 @@ void GdiSurface::DrawPicture(const Picture& picture, const Rect& area) {
 void GdiSurface::FrameRoundRect(const Rect& area, Size corner, OleColor color) {
     const UniqueRegion region(
         CreateRoundRectRgn(area.left, area.top, area.right, area.bottom, corner.width, corner.height));
-    FrameRgn(dc_, region.Get(), BrushOf(dc_, color), 1, 1);
+    FrameRgn(dc_, region.Get(), BrushOf(color).Get(), 1, 1);
 }
 
 void GdiSurface::RoundRect(const Rect& area, Size corner, OleColor color) {
+    const UniquePen pen(CreatePen(PS_SOLID, 1, ResolveColor(color)));
     const SavedDc saved(dc_);
     SelectObject(dc_, GetStockObject(NULL_BRUSH));
-    SelectObject(dc_, GetStockObject(DC_PEN));
-    SetDCPenColor(dc_, ResolveColor(color));
+    SelectObject(dc_, pen.Get());
     ::RoundRect(dc_, area.left, area.top, area.right, area.bottom, corner.width, corner.height);
 }
 
 void GdiSurface::PushClip(const Rect& area) {
-    UniqueRegion current(CreateRectRgn(0, 0, 0, 0));
-    if (GetClipRgn(dc_, current.Get()) != 1) {
-        current.Reset();
+    if (metafile_) {
+        SaveDC(dc_);
+    } else {
+        UniqueRegion current(CreateRectRgn(0, 0, 0, 0));
+        if (GetClipRgn(dc_, current.Get()) != 1) {
+            current.Reset();
+        }
+        clips_.push_back(std::move(current));
     }
-    clips_.push_back(std::move(current));
     IntersectClipRect(dc_, area.left, area.top, std::max(area.left, area.right), std::max(area.top, area.bottom));
 }
 
 void GdiSurface::PopClip() {
+    if (metafile_) {
+        RestoreDC(dc_, -1);
+        Forget();
+        return;
+    }
     SelectClipRgn(dc_, clips_.back().Get());
     clips_.pop_back();
 }

@@ -65,10 +65,16 @@ class GdiSurface final : public Surface {
     const GdiFont& SelectFont(const FontSpec& font);
     void SetColors(OleColor text, OleColor background);
     void SetBackground(OleColor background);
+    // Where texts are measured.
+    HDC Ruler() const { return ruler_ ? ruler_.Get() : dc_; }
 
     HDC dc_;
+    // For a device context that knows no font metrics, as that of an old metafile; else null.
+    UniqueMemoryDc ruler_;
     Dpi dpi_;
     int savedState_;
+    // A region is in pixels of the device, which a metafile does not know yet: its clips are saved with its state.
+    bool metafile_ = false;
     // The last font that was used, and whether it is still selected.
     FontSpec fontSpec_;
     SharedFont font_;

@@ -66,6 +66,7 @@ struct FileSearch {
 using UniqueFont = UniqueHandle<HFONT, release::GdiObject>;
 using UniqueBitmap = UniqueHandle<HBITMAP, release::GdiObject>;
 using UniqueBrush = UniqueHandle<HBRUSH, release::GdiObject>;
+using UniquePen = UniqueHandle<HPEN, release::GdiObject>;
 using UniqueRegion = UniqueHandle<HRGN, release::GdiObject>;
 using UniqueMemoryDc = UniqueHandle<HDC, release::Dc>;
 using UniqueGlobal = UniqueHandle<HGLOBAL, release::Global>;
@@ -128,7 +129,7 @@ class SavedDc {
     explicit SavedDc(HDC dc) : dc_(dc), state_(SaveDC(dc)) {}
     ~SavedDc() {
         if (state_) {
-            RestoreDC(dc_, state_);
+            RestoreDC(dc_, -1);
         }
     }
     SavedDc(const SavedDc&) = delete;

@@ -174,7 +174,7 @@ static HRESULT STDMETHODCALLTYPE GetIDsOfNames(IDispatch* self, REFIID id, LPOLE
     return DISP_E_UNKNOWNNAME;
 }
 
-/* A stock of 0 pieces is refused: the grid puts the old text back. */
+/* A stock of 0 pieces is refused: the grid puts the old text back. The window's title shows the last entry. */
 static HRESULT STDMETHODCALLTYPE Invoke(IDispatch* self, DISPID event, REFIID id, LCID locale, WORD flags,
                                         DISPPARAMS* given, VARIANT* result, EXCEPINFO* exception, UINT* wrong) {
     (void)self, (void)id, (void)locale, (void)flags, (void)result, (void)exception, (void)wrong;
@@ -183,9 +183,15 @@ static HRESULT STDMETHODCALLTYPE Invoke(IDispatch* self, DISPID event, REFIID id
         const VARIANT* cancel = &given->rgvarg[0];
         const VARIANT* text = &given->rgvarg[1];
         const VARIANT* col = &given->rgvarg[3];
-        if (V_VT(col) == VT_I4 && V_I4(col) == 2 && V_VT(text) == VT_BSTR && lstrcmpW(V_BSTR(text), L"0") == 0) {
+        wchar_t title[80] = L"Stock - ";
+        if (V_VT(col) != VT_I4 || V_VT(text) != VT_BSTR) return S_OK;
+        if (V_I4(col) == 2 && lstrcmpW(V_BSTR(text), L"0") == 0) {
             *V_BOOLREF(cancel) = VARIANT_TRUE;
+            SetWindowTextW(window, L"Stock - refused");
+            return S_OK;
         }
+        lstrcpynW(title + 8, V_BSTR(text), 80 - 8);
+        SetWindowTextW(window, title);
     }
     return S_OK;
 }

@@ -8,6 +8,7 @@
 #include "common/property_stream.h"
 #include "tests/support/container.h"
 #include "tests/support/each_control.h"
+#include "tests/support/files.h"
 #include "tests/support/property_change.h"
 #include "tests/support/resource_counts.h"
 #include "tests/support/server_under_test.h"
@@ -19,8 +20,8 @@ using property_stream::Bytes;
 
 ComPtr<IUnknown> New(REFCLSID id) { return ServerUnderTest::Get().Create(id); }
 
-// A control as a host would have left it: every property has another value, some of them a certain one.
-ComPtr<IUnknown> Used(REFCLSID id) {
+// Leaves a control as a host would: every property has another value, some of them a certain one.
+void Use(REFCLSID id, IDispatch* automation) {
     struct Set {
         const CLSID& id;
         const wchar_t* member;
@@ -38,15 +39,18 @@ ComPtr<IUnknown> Used(REFCLSID id) {
         {CLSID_TextEdit, L"Text", Variant(u"-12.5")},
         {CLSID_TextEdit, L"MinValue", Variant(-100.25)},
     };
-    auto control = New(id);
-    EXPECT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
-    const auto automation = control.As<IDispatch>();
-    ForEachProperty(automation.get(), [&](const Function& member, const std::vector<VARIANT>& index) {
-        Change(automation.get(), member, index);
+    ForEachProperty(automation, [&](const Function& member, const std::vector<VARIANT>& index) {
+        Change(automation, member, index);
     });
     for (const Set& set : certain) {
-        if (set.id == id) Put(automation.get(), set.member, {set.value});
+        if (set.id == id) Put(automation, set.member, {set.value});
     }
+}
+
+ComPtr<IUnknown> Used(REFCLSID id) {
+    auto control = New(id);
+    EXPECT_EQ(S_OK, control.As<IPersistStreamInit>()->InitNew());
+    Use(id, control.As<IDispatch>().get());
     return control;
 }
 
@@ -88,6 +92,60 @@ TEST_P(SavedControl, ComesBackTheSameThroughEveryStore) {
     EXPECT_EQ(stream, SaveToStream(throughStorage.get()));
     EXPECT_EQ(CO_E_ALREADYINITIALIZED, throughStorage.As<IPersistStorage>()->Load(storage.get()));
     EXPECT_EQ(S_OK, throughStorage.As<IPersistStorage>()->HandsOffStorage());
+}
+
+// The steps of programs whose documents are files of storages: one for the document, one in it for each object.
+TEST_P(SavedControl, LivesInADocument) {
+    constexpr DWORD open = STGM_READWRITE | STGM_SHARE_EXCLUSIVE;
+    const CreatableClasses classes;
+    const Text path = TemporaryPath(u"qvx-document.tmp");
+    ComPtr<IStorage> file;
+    ASSERT_EQ(S_OK, StgCreateDocfile(Wide(path), STGM_CREATE | STGM_TRANSACTED | open, 0, file.put()));
+    const auto place = [&](const wchar_t* name) {
+        ComPtr<IStorage> storage;
+        EXPECT_EQ(S_OK, file->CreateStorage(name, STGM_CREATE | open, 0, 0, storage.put()));
+        return storage;
+    };
+    ComPtr<IStorage> first = place(L"First");
+    ComPtr<IUnknown> control;
+    ASSERT_EQ(S_OK, OleCreate(id_, IID_IUnknown, OLERENDER_NONE, nullptr, nullptr, first.get(), control.put_void()));
+    Use(id_, control.As<IDispatch>().get());
+    const Bytes used = SaveToStream(original_.get());
+    const auto persist = control.As<IPersistStorage>();
+    EXPECT_EQ(S_OK, persist->IsDirty());
+    // A copy elsewhere saves nothing here.
+    EXPECT_EQ(S_OK, OleSave(persist.get(), place(L"Copy").get(), FALSE));
+    EXPECT_EQ(S_OK, persist->SaveCompleted(nullptr));
+    EXPECT_EQ(S_OK, persist->IsDirty());
+    EXPECT_EQ(S_OK, OleSave(persist.get(), first.get(), TRUE));
+    EXPECT_EQ(S_OK, persist->SaveCompleted(nullptr));
+    EXPECT_EQ(S_FALSE, persist->IsDirty());
+    // Under another name: the control lets go of its old storage, and writes to the new one from then on.
+    ComPtr<IStorage> second = place(L"Second");
+    ASSERT_EQ(S_OK, LoadFromBag(control.get(), MakeObject<MemoryBag>().get()));
+    EXPECT_EQ(S_OK, OleSave(persist.get(), second.get(), FALSE));
+    EXPECT_EQ(S_OK, persist->HandsOffStorage());
+    EXPECT_EQ(S_OK, persist->SaveCompleted(second.get()));
+    ASSERT_EQ(S_OK, LoadFromBag(control.get(), SaveToBag(original_.get()).get()));
+    EXPECT_EQ(S_OK, persist->Save(nullptr, TRUE));
+    EXPECT_EQ(S_OK, persist->SaveCompleted(nullptr));
+    EXPECT_EQ(S_OK, persist->HandsOffStorage());
+    EXPECT_EQ(S_OK, file->Commit(STGC_DEFAULT));
+    first.reset();
+    second.reset();
+    file.reset();
+    ASSERT_EQ(S_OK, StgOpenStorage(Wide(path), nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, nullptr, 0, file.put()))
+        << "nobody holds the file";
+    for (const wchar_t* name : {L"First", L"Copy", L"Second"}) {
+        ComPtr<IStorage> saved;
+        ASSERT_EQ(S_OK, file->OpenStorage(name, nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, nullptr, 0, saved.put()));
+        ComPtr<IUnknown> loaded;
+        ASSERT_EQ(S_OK, OleLoad(saved.get(), IID_IUnknown, nullptr, loaded.put_void()));
+        EXPECT_EQ(used, SaveToStream(loaded.get()));
+        EXPECT_EQ(S_FALSE, loaded.As<IPersistStorage>()->IsDirty());
+    }
+    file.reset();
+    DeleteFileW(Wide(path));
 }
 
 TEST_P(SavedControl, TellsNothingOfItselfWhileItIsRead) {

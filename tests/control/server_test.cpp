@@ -216,6 +216,7 @@ TEST(Server, InterfacesOfAControlBelongTogether) {
         IID_IProvideClassInfo,   IID_IConnectionPointContainer,
         IID_IProvideClassInfo2,  IID_ISpecifyPropertyPages,
         IID_IQuickActivate,      IID_ISupportErrorInfo,
+        IID_IDataObject,
     };
     for (const auto& control : ServerUnderTest::Get().Controls()) {
         const auto object = ServerUnderTest::Get().Create(control.id);

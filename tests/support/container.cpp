@@ -219,10 +219,10 @@ class Site final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControl
         return S_OK;
     }
     // IAdviseSink
-    STDMETHODIMP_(void) OnDataChange(FORMATETC*, STGMEDIUM*) override {}
+    STDMETHODIMP_(void) OnDataChange(FORMATETC*, STGMEDIUM*) override { calls.push_back("OnDataChange"); }
     STDMETHODIMP_(void) OnViewChange(DWORD, LONG) override { calls.push_back("OnViewChange"); }
     STDMETHODIMP_(void) OnRename(IMoniker*) override {}
-    STDMETHODIMP_(void) OnSave() override {}
+    STDMETHODIMP_(void) OnSave() override { calls.push_back("OnSave"); }
     STDMETHODIMP_(void) OnClose() override { calls.push_back("OnClose"); }
 
   private:
