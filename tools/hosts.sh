@@ -42,17 +42,17 @@ check_host() {
   local host=$1 version=$2 name=$3
   shift 3
   if with_log "hosts-$name" "$@"; then
-    record_host "$host" "$version" x64 "$name" 1 0 0
+    record_host "$host" "$version" "$wine_arch" "$name" 1 0 0
     say "hosts: $name passed"
   else
-    record_host "$host" "$version" x64 "$name" 0 1 0
+    record_host "$host" "$version" "$wine_arch" "$name" 0 1 0
     say "hosts: $name FAILED"
   fi
 }
 
 skip_host() {
   warn "hosts: $1 IS SKIPPED: $2"
-  record_host "$1" - x64 "$1" 0 0 1
+  record_host "$1" - "$wine_arch" "$1" 0 0 1
 }
 
 installed_version() { dpkg-query -W -f '${Version}' "$1" 2>/dev/null; }
@@ -160,29 +160,45 @@ run_host_sample() {
   attend_host "$2" "$3" '' "$log"
 }
 
-# The system's own script host, which only late binding reaches. The 32-bit one takes part where the 32-bit tests have
-# prepared it.
+# The system's own script host, which only late binding reaches.
 test_script_hosts() {
-  local version arch script archs=(x64)
+  local version script
   local -A language=([js]=JScript [vbs]=VBScript)
   version="Wine $(installed_version wine64)"
-  [[ -z ${prefix32:-} ]] || archs+=(x86)
-  for arch in "${archs[@]}"; do
-    use_arch "$arch"
-    register_server "$ocx" || warn "The component server could not be registered."
-    for script in tests/hosts/scripts/*; do
-      run_host "cscript, ${language[${script##*.}]}" "$version" "cscript-${script##*.}-$arch" \
-        run_windows 60 cscript.exe //nologo "$(windows_path "$script")"
-    done
+  for script in tests/hosts/scripts/*; do
+    run_host "cscript, ${language[${script##*.}]}" "$version" "cscript-${script##*.}-$wine_arch" \
+      run_windows 60 cscript.exe //nologo "$(windows_path "$script")"
   done
-  use_arch x64
 }
 
+# uses_installed ARCH SETUP TEST...: runs the tests in an environment of its own in which the setup program has
+# installed the controls. Afterwards, nothing of the installation may be left.
+uses_installed() (
+  local work=$hosts/$1 drive_c setup test
+  watch_exit
+  setup=$(windows_path "$package/Qvx-$(package_version)-$2.exe")
+  enter_environment "$1" "$work"
+  use_display virtual
+  # A program's first use of the display, and of the script host, leaves entries of its own.
+  run_windows 60 cscript.exe //nologo "$(windows_path tests/setup/controls.vbs)" >"$work/first.log" || true
+  snapshot "$work/before"
+  check_host "setup program" "$(package_version)" "install-$1" exit_code 0 120 "$setup" /S /AllUsers
+  shift 2
+  for test in "$@"; do "$test"; done
+  check_host "setup program" "$(package_version)" "uninstall-$wine_arch" uninstall HKLM
+  check_host "setup program" "$(package_version)" "nothing-left-$wine_arch" same_as_before
+)
+
 test_hosts() {
-  build_for_test x64
-  start_wine_once
   mkdir -p "$hosts"
-  register_server "$ocx" || die "The component server could not be registered."
-  test_lazarus
-  test_script_hosts
+  make_package_once || die "There is no setup program to install for the hosts."
+  uses_installed x64 setup-x64 test_lazarus test_script_hosts
+  test_samples x64
+  if prepare_root32; then
+    uses_installed x86 setup test_script_hosts
+    test_samples x86
+  else
+    warn "THE HOSTS ARE SKIPPED IN 32 BITS."
+    count hosts x86 0 0 1
+  fi
 }

@@ -62,36 +62,23 @@ drive_sample() {
   echo 'done'
 }
 
-# test_sample ARCH SAMPLE PROGRAM: the sample in a folder and an environment of its own.
+# test_sample ARCH SAMPLE PROGRAM: the sample in a folder and an environment of its own, as the package has it.
 test_sample() (
-  local arch=$1 sample=$2 program=$3 name log folder built=build/$1/samples
+  local arch=$1 sample=$2 program=$3 name log folder
   watch_exit
   name=${program%.exe}-$arch
   log=$logs/hosts-$name.log
-  folder=$root/build/test/hosts/$name
+  folder=$hosts/$name
   rm -rf "$folder"
   mkdir -p "$folder"
-  cp "$built/$sample/$program" "$built/$sample/Qvx.ocx" "$built/$sample/Qvx.manifest" "$folder/" || return 1
-  if [[ $arch == x86 ]]; then start_wine32 || return 1; else start_wine; fi
-  use_arch "$arch"
+  cp "$package/files/$arch/$program" "$package/files/$arch/Qvx.ocx" "$package/files/$arch/Qvx.manifest" "$folder/" || return 1
+  enter_environment "$arch" "$hosts/$name"
+  use_display virtual
   drive_sample "drive_$sample" "$program" "$folder" >"$log" 2>&1
   count_host "${program%.exe} (samples/$sample)" 1 "$arch" "$name" "$log" 0
 )
 
-test_hosts_c() {
-  local arch
-  build_for_test x64
-  start_wine_once
-  for arch in x64 x86; do
-    if [[ $arch == x86 ]]; then
-      if ! prepare_root32; then
-        warn "THE 32-BIT SAMPLE PROGRAMS ARE SKIPPED."
-        count hosts samples-x86 0 0 1
-        continue
-      fi
-      build_for_test x86
-    fi
-    test_sample "$arch" c Stock.exe || count hosts "stock-$arch" 0 1 0
-    test_sample "$arch" cpp Basket.exe || count hosts "basket-$arch" 0 1 0
-  done
+test_samples() {
+  test_sample "$1" c Stock.exe || count hosts "stock-$1" 0 1 0
+  test_sample "$1" cpp Basket.exe || count hosts "basket-$1" 0 1 0
 }

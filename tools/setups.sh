@@ -157,19 +157,24 @@ make_older_setup() {
   python3 tools/packaging setups "$folder" 0.9.0 0 "$folder/files"
 }
 
+# enter_environment ARCH FOLDER: starts a Windows environment of this shell's own, with its drive C: in `drive_c`.
+enter_environment() {
+  mkdir -p "$2"
+  use_arch "$1"
+  if [[ $1 == x64 ]]; then
+    start_wine
+    drive_c=$prefix/drive_c
+    return
+  fi
+  start_wine32 || die "The 32-bit Windows environment could not be prepared."
+  if [[ $root32_way == chroot ]]; then drive_c=$root32$prefix32/drive_c; else drive_c=$prefix32/drive_c; fi
+}
+
 # test_setup ARCH NAME: runs the setup program in an environment of its own.
 test_setup() (
   local work=$root/build/test/setup-$1 drive_c setup older
   watch_exit
-  mkdir -p "$work"
-  use_arch "$1"
-  if [[ $1 == x86 ]]; then
-    start_wine32 || die "The 32-bit Windows environment could not be prepared."
-    if [[ $root32_way == chroot ]]; then drive_c=$root32$prefix32/drive_c; else drive_c=$prefix32/drive_c; fi
-  else
-    start_wine
-    drive_c=$prefix/drive_c
-  fi
+  enter_environment "$1" "$work"
   setup=$(windows_path "$package/Qvx-$(package_version)-$2.exe")
   older=$(windows_path "build/test/older/Qvx-0.9.0-$2.exe")
   DISPLAY='' count_checks package "$2" setup_checks
@@ -193,11 +198,10 @@ test_zip() (
 
 # test_stack_protector ARCH: a program that writes beyond a buffer is ended, with this architecture's flags.
 test_stack_protector() (
-  local program=build/$1/tests/overflow.exe
+  local program=build/$1/tests/overflow.exe drive_c
   watch_exit
   build "$1" --target overflow || return 1
-  use_arch "$1"
-  if [[ $1 == x86 ]]; then start_wine32; else start_wine; fi
+  enter_environment "$1" "$root/build/test"
   exit_code 0 60 "$(windows_path "$program")" short || return 1
   # The lowest byte of STATUS_STACK_BUFFER_OVERRUN, 0xC0000409.
   exit_code 9 60 "$(windows_path "$program")" "$(printf 'x%.0s' {1..40})"

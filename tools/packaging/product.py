@@ -7,8 +7,8 @@ TOOLS = {"x64": "x86_64-w64-mingw32", "x86": "i686-w64-mingw32"}
 # Where each file is in a build; files of the source tree have the name in the package that they have there.
 PROGRAMS = {"Qvx.ocx": "server/Qvx.ocx", "qvxhost.exe": "qvxhost.exe", "PkZip.exe": "PkZip.exe",
             "PkunZip.exe": "PkunZip.exe", "QvxAdo.dll": "samples/ado/QvxAdo.dll",
-            "Stock.exe": "samples/c/Stock.exe"}
-UNVERSIONED = ("QvxAdo.dll", "Stock.exe")  # parts of samples
+            "Stock.exe": "samples/c/Stock.exe", "Basket.exe": "samples/cpp/Basket.exe"}
+UNVERSIONED = ("QvxAdo.dll", "Stock.exe", "Basket.exe")  # parts of samples
 DOCUMENTS = ("LICENSE", "CHANGELOG.md", "README.md")
 GENERATED = ("Qvx.h", "Qvx_i.c", "Qvx.tlb")
 # What is linked into the programs: the distribution's package that it comes from, and its licence in SPDX's terms.
