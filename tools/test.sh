@@ -1,9 +1,9 @@
 # Runs the tests, layer by layer, and sums up.
 # shellcheck shell=bash
 
-all_layers=(lint native fuzz x64 x86 demo soak archives package)
+all_layers=(lint native fuzz x64 x86 demo docs soak archives package)
 # Layers that mostly wait for windows share the machine: these lists run in parallel.
-lanes=("x64 soak" "x86 demo archives")
+lanes=("x64 soak" "x86 demo docs archives")
 test_name= # what tests' names must contain, or nothing
 fuzz_runs= # how many inputs each fuzzer tries, or nothing for a short run
 
