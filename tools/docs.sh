@@ -54,6 +54,17 @@ test_docs_observed() {
   diff docs/observed.txt "$log.observed" || { echo "Run ./qvx docs --observe."; return 1; }
 }
 
+# The compilers accept the listings.
+test_docs_listings() {
+  local folder=$root/build/test/docs-listings file compiler
+  rm -rf "$folder"
+  python3 -B tools/docs_listings.py "$folder" || return 1
+  for file in "$folder"/*; do
+    if [[ $file == *.c ]]; then compiler=(x86_64-w64-mingw32-gcc -std=c17); else compiler=(x86_64-w64-mingw32-g++ -std=c++20); fi
+    "${compiler[@]}" -fsyntax-only -Wall -Wextra -Werror -isystem build/x64/typelib/generated "$file" || return 1
+  done
+}
+
 test_docs() {
   need "${packages_docs[@]}"
   want "${packages_browser[@]}"
@@ -61,6 +72,7 @@ test_docs() {
   start_wine_once
   check docs made test_docs_made
   check docs observed test_docs_observed
+  check docs listings test_docs_listings
   check docs faults python3 -B tools/docs_check.py faults "$site"
   check docs links python3 -B tools/docs_check.py links "$site"
   if command -v chromium >/dev/null; then
