@@ -22,7 +22,7 @@ ROOT = Path(__file__).resolve().parent.parent
 TOOLS = ROOT / 'tools'
 # The navigation: titles, and the pages in it by the names of their Markdown files. A page's own title is its heading.
 NAVIGATION = (
-    ('Begin', ('README', 'designer', 'hosting', 'languages')),
+    ('Begin', ('README', 'designer', 'hosting', 'languages', 'migrating')),
     ('Controls', ('combogrid', 'textedit', 'button', 'rbutton', 'menus', 'flatborder', 'backup')),
     ('Inside the controls', ('flexgrid', 'ieditorcombo', 'icolumnindex', 'itextbox', 'enumerations', 'reference')),
     ('Subjects', ('database', 'accessibility', 'server', 'archivers', 'demo-keys', 'benchmarks')),
@@ -201,6 +201,8 @@ class Site:
             listed = ''.join(f'<li><a href="{page}#{m.name}">{m.name}</a></li>' for m in members)
             parts.append(f'<h2 id="{name.lower()}"><a href="{page}">{name}</a></h2>\n<p>{self.library.help_of(name)}</p>\n'
                          f'<ul class="members">{listed}</ul>\n')
+        listed = ''.join(f'<li><a href="enumerations.html#{name}">{name}</a></li>' for name in sorted(self.library.enums))
+        parts.append(f'<h2 id="enumerations">Enumerations</h2>\n<ul class="members">{listed}</ul>\n')
         return ''.join(parts)
 
     # ---- Pages ------------------------------------------------------------------------------------------------------
