@@ -22,7 +22,7 @@ ROOT = Path(__file__).resolve().parent.parent
 TOOLS = ROOT / 'tools'
 # The navigation: titles, and the pages in it by the names of their Markdown files. A page's own title is its heading.
 NAVIGATION = (
-    ('Begin', ('README', 'designer', 'hosting', 'languages', 'migrating')),
+    ('Begin', ('README', 'first-hour', 'designer', 'hosting', 'languages', 'migrating')),
     ('Controls', ('combogrid', 'textedit', 'button', 'rbutton', 'menus', 'flatborder', 'backup')),
     ('Inside the controls', ('flexgrid', 'ieditorcombo', 'icolumnindex', 'itextbox', 'enumerations', 'reference')),
     ('Subjects', ('database', 'accessibility', 'server', 'archivers', 'demo-keys', 'benchmarks')),
