@@ -25,7 +25,7 @@ import docs_members
 NARROW, WIDE, HEIGHT = 400, 1400, 900
 LIMIT = 240  # seconds for everything
 # Pages of which pictures are taken, for people.
-PICTURED = ('index.html', 'combogrid.html', 'textedit.html', 'designer.html')
+PICTURED = ('index.html', 'combogrid.html', 'button.html', 'first-hour.html')
 
 
 # ---- Links ----------------------------------------------------------------------------------------------------------
@@ -68,6 +68,10 @@ def link_problems(site):
         file, _, anchor = address.partition('#')
         if file not in pages or anchor and anchor not in pages[file].ids:
             yield f'index.js: {title} leads nowhere: {address}'
+    named = {unquote(address) for page in pages.values() for address in page.addresses}
+    for picture in sorted(site.glob('images/*')):
+        if f'images/{picture.name}' not in named:
+            yield f'{picture.name} is on no page'
     if sum(page.members for page in pages.values()) < 300:
         yield 'members are missing'
 
