@@ -132,9 +132,18 @@ class Facts:
                     self.problems.append(f'{owner}.{member.name} has no type')
                 entry['used'] = True
                 member.facts({**entry, 'errors': [dict(error) for error in entry['errors']] + self.tried(member)})
+                self.add_reading(member)
         for (section, name), entry in self.entries.items():
             if not entry['used']:
                 self.problems.append(f'{entry["where"]}: {section} has no member {name}')
+
+    @staticmethod
+    def add_reading(member):
+        """An example that only assigns a property reads it first, which shows both ways."""
+        found = re.match(rf'(@\.{member.name}(?:\(.*?\))?) = ', member.example[0][0])
+        unreadable = any(error['statement'].endswith(f'= @.{member.name}') for error in member.errors)
+        if found and len(member.example) == 1 and member.access == 'read and write' and not unreadable:
+            member.example = [(f'before = {found[1]}', member.example[0][1]), *member.example]
 
     def tried(self, member):
         """The errors that need no entry: a number outside an enumeration, an index that does not exist."""
