@@ -28,7 +28,7 @@ bool IsPlainInAddress(char c) {
 }  // namespace
 
 HelpPage HelpPageOf(TextView className, TextView property) {
-    const HelpPage form{u"hosting.html", u"the-form-file"};
+    HelpPage form{u"hosting.html", u"the-form-file"};
     if (className.empty() && property.empty()) return {u"designer.html"};
     if (className.size() <= library.size() || !SameName(className.substr(0, library.size()), library)) return form;
     if (BelongsToForm(property)) return form;
