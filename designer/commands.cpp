@@ -103,7 +103,8 @@ std::vector<MenuItem> DesignerMenus(const CommandState& state) {
                item(Command::sendToBack, u"Send to bac&k", u"^K")}),
         Popup(u"&Tools",
               {item(Command::menus, u"&Menu editor...", u"^E"), item(Command::images, u"&Image list editor...")}),
-        Popup(u"&Help", {item(Command::keys, u"&Keys and mouse", u"{F1}")}),
+        Popup(u"&Help", {item(Command::documentation, u"&Documentation", u"{F1}"),
+                         item(Command::keys, u"&Keys and mouse", u"+{F1}")}),
     };
 }
 

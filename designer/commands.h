@@ -46,6 +46,7 @@ enum class Command : unsigned {
     spaceDown,
     bringToFront,
     sendToBack,
+    documentation,
     keys,
 };
 

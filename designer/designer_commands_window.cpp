@@ -1,5 +1,8 @@
 #include "designer/designer_commands_window.h"
 
+#include "com/module.h"
+#include "com/wide_text.h"
+#include "designer/help_page.h"
 #include "win/clipboard.h"
 
 namespace qvx::host::designer {
@@ -83,6 +86,9 @@ bool DesignerCommands::Execute(Command command) {
         case Command::spaceDown:
             Arrange(*ArrangementOf(command));
             break;
+        case Command::documentation:
+            ShowDocumentation();
+            break;
         case Command::keys:
             ShowKeys();
             break;
@@ -145,6 +151,28 @@ void DesignerCommands::Paste(const Text& text, bool asArray) {
     std::vector<ObjectId> pasted;
     session.Change(u"Paste", [&] { pasted = session.Form().Paste(text, container, asArray); });
     if (!pasted.empty() && session.Form().Find(pasted.front())) session.Select(std::move(pasted));
+}
+
+void DesignerCommands::ShowDocumentation() const {
+    const ObjectId* primary = parts_.session.Selected().Primary();
+    const FormControl* control = primary ? parts_.session.Find(*primary) : nullptr;
+    const bool lists = parts_.views.Focused() == Pane::properties;
+    const HelpPage page = HelpPageOf(control ? control->ClassName() : Text(),
+                                     lists ? parts_.views.Properties().CurrentProperty() : Text());
+    for (const Text& folder : DocumentationFolders(ModulePath(nullptr))) {
+        const Text file = folder + u"\\" + page.file;
+        if (GetFileAttributesW(Wide(file)) == INVALID_FILE_ATTRIBUTES) continue;
+        const Text address = FileAddress(file, page.anchor);
+        parts_.environment.Log(u"Designer: documentation " + page.file + u"#" + page.anchor);
+        if (!parts_.environment.questions.browse(parts_.environment.window, file, address)) {
+            parts_.environment.Ask(u"No program shows the page:\n" + file, MB_OK | MB_ICONEXCLAMATION);
+        }
+        return;
+    }
+    parts_.environment.Ask(u"The page " + page.file +
+                               u" of the documentation is not here. It is looked for in a folder \"docs\" beside the "
+                               u"program, or in the folder above the program's.",
+                           MB_OK | MB_ICONEXCLAMATION);
 }
 
 void DesignerCommands::ShowKeys() const {

@@ -38,6 +38,7 @@ class DesignerCommands {
     void Copy();
     void PasteClipboard(bool asArray);
     void Paste(const Text& text, bool asArray);
+    void ShowDocumentation() const;
     void ShowKeys() const;
 
     Parts parts_;

@@ -8,6 +8,7 @@
 #include "com/guard.h"
 #include "com/wide_text.h"
 #include "common/run_time_error.h"
+#include "designer/browser_win32.h"
 #include "host/form_storage_win32.h"
 
 namespace qvx::host::designer {
@@ -37,6 +38,7 @@ Questions SystemQuestions() {
         const BOOL chosen = save ? GetSaveFileNameW(&request) : GetOpenFileNameW(&request);
         return chosen ? Text(FromWide(buffer.data())) : Text();
     };
+    questions.browse = OpenInBrowser;
     return questions;
 }
 

@@ -18,6 +18,8 @@ struct Questions {
     // The name of a file to open or to write; empty when the user cancels. `initial` is what is offered: a path, of
     // which a folder with a separator at its end is enough.
     std::function<Text(HWND owner, bool save, const Text& initial, const Text& filter)> file;
+    // Shows a page of the documentation; false when nothing does. `address` is that of the file with its place.
+    std::function<bool(HWND owner, const Text& file, const Text& address)> browse;
 };
 Questions SystemQuestions();
 

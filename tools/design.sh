@@ -48,6 +48,7 @@ run_designer() {
     return 1
   }
   if [[ -z $keys && -z $screenshot ]]; then
+    allow_browser
     start_designer "$form" "$log" "$save"
     say "The designer is open; close its window to end."
     wait "$host_group" || status=$?

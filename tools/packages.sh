@@ -15,6 +15,8 @@ packages_signing=(osslsigncode openssl)
 packages_package=(binutils-mingw-w64-x86-64 binutils-mingw-w64-i686 mingw-w64-common libz-mingw-w64 python3 git)
 packages_lazarus=(fp-compiler-3.2.2 fp-utils-3.2.2 fpc-source-3.2.2 lazarus-src-2.2)
 packages_database=(sqlite3 unixodbc libsqliteodbc)
+packages_docs=(pandoc python3)
+packages_browser=(chromium)
 packages_bench_archives=(zip unzip sqlite3)
 packages_bench=(libwxgtk3.2-dev qtbase5-dev python3)
 

@@ -78,14 +78,15 @@ def print_table(title, heads, rows):
     print()
 
 
-def print_interface(body):
+def interface_members(body):
+    """Returns the properties of an interface by name, and its methods as (name, arguments, result, help)."""
     properties, methods = {}, []
     for member in MEMBER.finditer(body):
         attributes, name = member['attributes'], member['name']
         shown, result = arguments_of(member)
         access = re.search(r'\b(propget|propputref|propput)\b', attributes)
         if not access:
-            methods.append((signature(name, shown), result, help_string(attributes)))
+            methods.append((name, shown, result, help_string(attributes)))
             continue
         row = properties.setdefault(name, {'access': set(), 'type': '', 'arguments': [], 'help': help_string(attributes)})
         row['access'].add('read' if access[1] == 'propget' else 'write')
@@ -93,21 +94,36 @@ def print_interface(body):
             row['type'], row['arguments'] = result, shown
         elif not row['type']:
             row['type'], row['arguments'] = shown[-1].split(' As ')[-1], shown[:-1]
+    return properties, methods
+
+
+def access_of(row):
+    return ' and '.join(word for word in ('read', 'write') if word in row['access'])
+
+
+def print_interface(body):
+    properties, methods = interface_members(body)
     print_table('Properties', ['Property', 'Type', 'Access', ''],
-                [(signature(name, row['arguments']), row['type'],
-                  ' and '.join(word for word in ('read', 'write') if word in row['access']), row['help'])
+                [(signature(name, row['arguments']), row['type'], access_of(row), row['help'])
                  for name, row in sorted(properties.items(), key=lambda item: item[0].lower())])
-    print_table('Methods', ['Method', 'Returns', ''], sorted(methods, key=lambda row: row[0].lower()))
+    print_table('Methods', ['Method', 'Returns', ''],
+                sorted(((signature(name, shown), result, text) for name, shown, result, text in methods),
+                       key=lambda row: row[0].lower()))
+
+
+def read_blocks(path):
+    """Returns the text of the interface, and each block in it as (match, body) by its name."""
+    # Only whole-line comments: a help string may contain a //.
+    text = re.sub(r'^\s*//.*$', '', read_with_includes(path), flags=re.M)
+    return text, {block['name']: (block, block_body(text, block.end())) for block in BLOCK.finditer(text)}
 
 
 def main():
-    # Only whole-line comments: a help string may contain a //.
-    text = re.sub(r'^\s*//.*$', '', read_with_includes(Path(sys.argv[1])), flags=re.M)
+    text, blocks = read_blocks(Path(sys.argv[1]))
     print('<!-- Written by `./qvx reference` from typelib/Qvx.idl. -->\n')
     print('# Reference\n')
     print('Arguments in brackets may be left out; what is passed `ByRef` comes back to the caller. Numbers, twips and dates use "."')
     print('as the decimal point everywhere. Colours are the system\'s `OLE_COLOR` numbers.\n')
-    blocks = {block['name']: (block, block_body(text, block.end())) for block in BLOCK.finditer(text)}
     classes = [(name, block) for name, (block, _) in blocks.items() if block['kind'] == 'coclass']
     shown = set()
     for name, block in classes:

@@ -1,9 +1,9 @@
 # Runs the tests, layer by layer, and sums up.
 # shellcheck shell=bash
 
-all_layers=(lint native fuzz x64 x86 demo soak archives package hosts)
+all_layers=(lint native fuzz x64 x86 demo docs soak archives package hosts)
 # Layers that mostly wait for windows share the machine: these lists run in parallel.
-lanes=("x64 soak" "x86 demo archives hosts")
+lanes=("x64 soak docs" "x86 demo archives hosts")
 test_name= # what tests' names must contain, or nothing
 fuzz_runs= # how many inputs each fuzzer tries, or nothing for a short run
 
@@ -168,6 +168,19 @@ run_design_test() {
   cmp "$copied_form" "$saved-again.frm"
 }
 
+# The keys of docs/first-hour.md make samples/purchase.frm in the designer from nothing, and run it: what the script saves
+# must be the order that was entered.
+run_guide_test() {
+  local folder=$root/build/test/guide order
+  rm -rf "$folder"
+  mkdir -p "$folder"
+  cp samples/purchase.vbs "$folder/"
+  run_designer '' tests/guide/purchase.keys '' "$folder.log" '' || return 1
+  diff samples/purchase.frm "$folder/purchase.frm" || return 1
+  order=$(find "$prefix/drive_c" -name order.txt)
+  tr -d '\r' <"$order" | diff - <(printf 'Miller & Sons\tDesk lamp\t12\t38.9\n')
+}
+
 test_demo() {
   local keys name
   want "${packages_database[@]}"
@@ -187,6 +200,7 @@ test_demo() {
     [[ -f $keys ]] || continue
     check demo "design-$(basename "$keys" .keys)" run_design_test "$keys"
   done
+  check demo guide run_guide_test
 }
 
 # Random input for the samples and the designer for two minutes, the same input every time, and replays of earlier

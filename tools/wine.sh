@@ -3,8 +3,12 @@
 # shellcheck shell=bash
 
 wine64=/usr/lib/wine/wine64
-# No Mono, no HTML engine (their installers would ask), no crash dialog (a crash then ends the program with an error), no menu entries.
-wine_environment=(WINEDEBUG=-all "WINEDLLOVERRIDES=mscoree,mshtml=;winedbg.exe=d;winemenubuilder.exe=")
+# No Mono, no HTML engine (their installers would ask), no crash dialog (a crash then ends the program with an error), no menu
+# entries, and no browser of this machine, which nobody would close.
+wine_environment=(WINEDEBUG=-all "WINEDLLOVERRIDES=mscoree,mshtml=;winedbg.exe=d;winemenubuilder.exe=;winebrowser.exe=")
+
+# For a program that a person uses.
+allow_browser() { wine_environment=("${wine_environment[@]/;winebrowser.exe=/}"); }
 
 # use_arch ARCH: selects the architecture whose programs run_windows runs from here on, and the folder where the build
 # puts the main ones.

@@ -50,6 +50,11 @@ void PropertyListWindow::SetOrder(PropertyOrder order) {
     if (view_ && Handle()) view_->SetOrder(order);
 }
 
+Text PropertyListWindow::CurrentProperty() const {
+    const PropertyRow* row = view_ && Handle() ? view_->Rows().CurrentRow() : nullptr;
+    return row ? row->info.name : Text();
+}
+
 void PropertyListWindow::GoTo(TextView name) {
     if (view_ && Handle()) view_->GoTo(name);
 }

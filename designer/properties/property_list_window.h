@@ -56,6 +56,8 @@ class PropertyListWindow : public Window {
     void SetOrder(PropertyOrder order);
     // Makes the property's row the current one, if it is there.
     void GoTo(TextView name);
+    // The name of the current row's property; empty for a heading.
+    Text CurrentProperty() const;
     // The window with the rows, which takes the keys.
     HWND RowsWindow() const;
 

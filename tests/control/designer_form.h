@@ -56,6 +56,10 @@ class DesignerTest : public ::testing::Test {
             asked_.push_back(question);
             return answer_;
         };
+        questions_.browse = [this](HWND, const Text&, const Text& address) {
+            browsed_.push_back(address);
+            return true;
+        };
         questions_.file = [this](HWND, bool, const Text&, const Text&) { return file_; };
         Open(formText);
     }
@@ -130,6 +134,7 @@ class DesignerTest : public ::testing::Test {
     Reporter reporter_{true};
     Questions questions_;
     std::vector<Text> asked_;
+    std::vector<Text> browsed_;
     int answer_ = IDNO;
     Text file_;
     const Text root_ = test::TemporaryPath(u"qvx_designer\\");

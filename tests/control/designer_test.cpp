@@ -1,7 +1,9 @@
 // The forms designer over real controls: the mouse and keys, what controls do at design time, files, and what goes
 // wrong.
+#include "com/module.h"
 #include "host/design_box_window.h"
 #include "host/form_pictures_object.h"
+#include "host/form_storage_win32.h"
 #include "host/sited_control.h"
 #include "tests/control/designer_form.h"
 #include "tests/support/resource_counts.h"
@@ -291,6 +293,35 @@ TEST_F(DesignerTest, TheImageListEditorTakesPicturesFromFiles) {
         EXPECT_NE(bytes.find(line), std::string::npos) << line << "\n" << bytes;
     }
     EXPECT_EQ(Read(folder_ + u"\\spot.bmp"), dotPicture);
+}
+
+TEST_F(DesignerTest, F1OpensThePageOfWhatIsSelected) {
+    const auto press = [&] {
+        const std::size_t before = asked_.size() + browsed_.size();
+        TypeKey(VK_F1);
+        const auto answered = [&] {
+            for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);) {
+                if (!designer_->TranslateKey(message)) DispatchMessageW(&message);
+            }
+            return asked_.size() + browsed_.size() > before;
+        };
+        EXPECT_TRUE(WaitFor(answered, 5000, false));
+    };
+    designer_->Session().Select({{u"cmdOk", -1}});
+    press();
+    ASSERT_EQ(asked_.size(), 1u);
+    EXPECT_NE(asked_[0].find(u"button.html"), Text::npos);
+    const Text docs = FolderOf(ModulePath(nullptr)) + u"\\docs\\";
+    CreateDirectoryW(Wide(docs), nullptr);
+    Write(docs + u"button.html", "");
+    press();
+    designer_->Views().Focus(Pane::properties);
+    designer_->Views().Properties().GoTo(u"BorderColor");
+    press();
+    test::RemoveFolder(docs);
+    ASSERT_EQ(browsed_.size(), 2u);
+    EXPECT_TRUE(browsed_[0].ends_with(u"/docs/button.html")) << Narrow(browsed_[0]);
+    EXPECT_EQ(browsed_[1], browsed_[0] + u"#BorderColor");
 }
 
 // The system's own dialog for files, with somebody in front of it.

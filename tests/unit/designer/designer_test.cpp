@@ -3,6 +3,7 @@
 
 #include "common/keys.h"
 #include "designer/designer_keys.h"
+#include "designer/help_page.h"
 #include "designer/run_command.h"
 #include "designer/status_line.h"
 #include "host/options.h"
@@ -88,6 +89,33 @@ TEST(DesignerKeys, TextsAndChoicesKeepTheirShortcuts) {
     EXPECT_EQ(ToolboxActionOf(keys::enter), ToolboxAction::place);
     EXPECT_EQ(ToolboxActionOf(keys::escape), ToolboxAction::disarm);
     EXPECT_EQ(ToolboxActionOf(keys::space), ToolboxAction::none);
+}
+
+TEST(HelpPage, IsThatOfThePropertyOrTheControl) {
+    const HelpPage form{u"hosting.html", u"the-form-file"};
+    const struct {
+        TextView className, property;
+        HelpPage page;
+    } cases[] = {{u"", u"", {u"designer.html"}},
+                 {u"", u"Caption", form},
+                 {u"Label", u"", form},
+                 {u"Qvx", u"", form},
+                 {u"Other.Button", u"Caption", form},
+                 {u"Qvx.ComboGrid", u"", {u"combogrid.html"}},
+                 {u"qvx.combogrid", u"Rows", {u"combogrid.html", u"Rows"}},
+                 {u"Qvx.CMenus", u"Custom", {u"cmenus.html"}},
+                 {u"Qvx.TextEdit", u"ToolTipText", form},
+                 {u"Qvx.TextEdit", u"Text", {u"textedit.html", u"Text"}}};
+    for (const auto& c : cases) EXPECT_EQ(HelpPageOf(c.className, c.property), c.page) << &c - cases;
+}
+
+TEST(HelpPage, HasAnAddressThatBrowsersTake) {
+    EXPECT_EQ(DocumentationFolders(u"C:\\Qvx\\x64\\qvxhost.exe"),
+              (std::vector<Text>{u"C:\\Qvx\\x64\\docs", u"C:\\Qvx\\docs"}));
+    EXPECT_EQ(DocumentationFolders(u"C:\\qvxhost.exe"), (std::vector<Text>{u"C:\\docs"}));
+    EXPECT_EQ(FileAddress(u"C:\\My #1 forms\\\u00E4\\a.html", u"Rows"),
+              u"file:///C:/My%20%231%20forms/%C3%A4/a.html#Rows");
+    EXPECT_EQ(FileAddress(u"\\\\server\\docs\\100%.html", u""), u"file://server/docs/100%25.html");
 }
 
 TEST(RunCommand, ArgumentsArriveAsTheyWere) {
