@@ -156,7 +156,8 @@ Text CommittedText(const flexgrid::Grid& grid, const ControlState& state, Editor
 // from within AfterCellChange, whose handler may take the focus away with a window of its own. The history records the
 // resulting text unless the host has restored the old one or the user has abandoned the edit. An edit whose row is gone
 // does not end but moves to the last row, and that call does nothing else. An error goes to ReportError; if it comes
-// before the cell is written the edit stays open, because only the editor has what was typed.
+// before the cell is written the edit stays open, because only the editor has what was typed. With KeepUnchanged, an
+// edit that leaves the text as it was ends without any of this: the cell keeps a text that cleaning would change.
 template <CellEditor Editor, EditEvents Events>
 void CommitEdit(flexgrid::Grid& grid, ControlState& state, EditHistory& history, Editor& editor, Events& events) {
     if (!EditIsOpen(state) || state.committing == state.editNumber) return;
@@ -178,6 +179,12 @@ void CommitEdit(flexgrid::Grid& grid, ControlState& state, EditHistory& history,
     try {
         const Text oldText = editor.ComboTag();
         const bool abandoned = editor.FrameTag() == abandonedTag;
+        if (state.keepUnchanged && !abandoned && editor.ComboText() == oldText) {
+            grid.SetTextMatrix(row, col, oldText);
+            editor.SetFrameTag({});
+            EndEditing(state);
+            return;
+        }
         const Text newText = CommittedText(grid, state, editor);
         const std::uint64_t structure = grid.StructureVersion();
         grid.SetTextMatrix(row, col, newText);

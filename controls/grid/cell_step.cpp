@@ -5,6 +5,7 @@
 #include "common/keys.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/row_commands.h"
+#include "controls/grid/row_operations.h"
 
 namespace qvx::grid {
 namespace {
@@ -27,6 +28,12 @@ int ShownRowFrom(const flexgrid::Grid& grid, int row, int step) {
     for (; row >= grid.FixedRows() && row < grid.Rows(); row += step)
         if (grid.RowHeight(row) > 0) return row;
     return -1;
+}
+
+// Whether moving past the last row adds another: not while the last one is still empty, or each Tab would add one.
+bool AddsRow(const flexgrid::Grid& grid, const ControlState& state) {
+    if (!state.autoAddNew) return false;
+    return grid.Rows() <= grid.FixedRows() || !IsEmptyRecord(grid, state, grid.Rows() - 1);
 }
 
 // Whether a key pressed with Ctrl belongs to an open editor rather than to the host's menus: select all, clipboard and
@@ -76,7 +83,7 @@ CellStep StepForward(const flexgrid::Grid& grid, const ControlState& state, bool
     if (first < 0) return end;
     const int row = ShownRowFrom(grid, grid.Row() + 1, 1);
     if (row >= 0) return {Kind::Move, row, first};
-    return state.autoAddNew ? CellStep{Kind::AddRow, grid.Rows(), first} : end;
+    return AddsRow(grid, state) ? CellStep{Kind::AddRow, grid.Rows(), first} : end;
 }
 
 CellStep StepBack(const flexgrid::Grid& grid, const ControlState& state) {
@@ -97,10 +104,11 @@ CellStep StepSideways(const flexgrid::Grid& grid, const ControlState& state, int
     return {};
 }
 
-CellStep StepVertically(const flexgrid::Grid& grid, int step) {
+CellStep StepVertically(const flexgrid::Grid& grid, const ControlState& state, int step) {
     const int row = ShownRowFrom(grid, grid.Row() + step, step);
-    if (row < 0) return {};
-    return {CellStep::Kind::Move, row, grid.Col()};
+    if (row >= 0) return {CellStep::Kind::Move, row, grid.Col()};
+    if (step > 0 && AddsRow(grid, state)) return {CellStep::Kind::AddRow, grid.Rows(), grid.Col()};
+    return {};
 }
 
 namespace {
@@ -132,6 +140,38 @@ GridKey CommandOf(int keyCode, int shift) {
     }
 }
 
+// Returns the command of the keys that spreadsheets have besides.
+GridKey ExtendedCommandOf(int keyCode, int shift) {
+    if (shift == keys::shiftMask && keyCode == keys::space) return GridKey::SelectRow;
+    if (shift != keys::controlMask) return GridKey::PassOn;
+    switch (keyCode) {
+        case 'D':
+            return GridKey::FillDown;
+        case 'R':
+            return GridKey::FillRight;
+        case keys::space:
+            return GridKey::SelectColumn;
+        default:
+            return GridKey::PassOn;
+    }
+}
+
+GridKey CommandOf(int keyCode, int shift, const ControlState& state) {
+    const GridKey command = CommandOf(keyCode, shift);
+    if (command != GridKey::PassOn || !state.extendedKeys) return command;
+    return ExtendedCommandOf(keyCode, shift);
+}
+
+// The meaning of Delete: the current cell or its row, as the selection says; with ExtendedKeys, the row only when all
+// of it is selected, and otherwise all selected cells.
+GridKey DeletionOf(const flexgrid::Grid& grid, const ControlState& state) {
+    if (!state.extendedKeys) return SelectionIsRow(grid) ? GridKey::DeleteRow : GridKey::ClearCell;
+    const flexgrid::CellRange range = grid.Selection();
+    if (range.left == range.right && range.top == range.bottom) return GridKey::ClearCell;
+    const bool whole = range.left <= grid.FixedCols() && range.right == grid.Cols() - 1;
+    return whole && SelectionIsRow(grid) ? GridKey::DeleteRow : GridKey::ClearCells;
+}
+
 // Whether the current row lacks its key: Enter there ends the entry of rows.
 bool RowLacksKey(const flexgrid::Grid& grid, const ControlState& state) {
     return grid.Row() < grid.Rows() && state.keyColumn >= 0 && grid.Cell(grid.Row(), state.keyColumn).Empty();
@@ -140,7 +180,7 @@ bool RowLacksKey(const flexgrid::Grid& grid, const ControlState& state) {
 }  // namespace
 
 GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const ControlState& state) {
-    if (const GridKey command = CommandOf(keyCode, shift); command != GridKey::PassOn) return command;
+    if (const GridKey command = CommandOf(keyCode, shift, state); command != GridKey::PassOn) return command;
     const bool plain = shift == 0;
     switch (keyCode) {
         case keys::tab:
@@ -152,7 +192,12 @@ GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const 
             return plain ? GridKey::InsertRow : GridKey::PassOn;
         case keys::deleteKey:
             if (!plain) return GridKey::PassOn;
-            return SelectionIsRow(grid) ? GridKey::DeleteRow : GridKey::ClearCell;
+            return DeletionOf(grid, state);
+        case keys::down: {
+            // The inner grid moves down as long as there is a row.
+            const bool adds = plain && StepVertically(grid, state, 1).kind == CellStep::Kind::AddRow;
+            return adds ? GridKey::DownToNewRow : GridKey::PassOn;
+        }
         case keys::f2:
             return plain ? GridKey::OpenEditor : GridKey::PassOn;
         case keys::left:
@@ -172,6 +217,8 @@ std::optional<CellStep> StepOf(GridKey key, const flexgrid::Grid& grid, const Co
             return StepSideways(grid, state, grid.RightToLeft() ? 1 : -1);
         case GridKey::Right:
             return StepSideways(grid, state, grid.RightToLeft() ? -1 : 1);
+        case GridKey::DownToNewRow:
+            return StepVertically(grid, state, 1);
         default:
             return std::nullopt;
     }
@@ -193,6 +240,7 @@ EditorKey DecideEditorKey(int keyCode, int shift, const Caret& caret, bool listC
         case keys::escape:
             return EditorKey::Abandon;
         case keys::enter:
+            if (shift == keys::controlMask && state.extendedKeys) return EditorKey::CommitFill;
             return state.autoTab ? EditorKey::CommitForwardStay : EditorKey::Commit;
         case keys::left:
         case keys::right: {
@@ -226,9 +274,9 @@ std::optional<CellStep> StepOf(EditorKey key, const flexgrid::Grid& grid, const 
         case EditorKey::CommitRight:
             return StepOf(GridKey::Right, grid, state);
         case EditorKey::CommitUp:
-            return StepVertically(grid, -1);
+            return StepVertically(grid, state, -1);
         case EditorKey::CommitDown:
-            return StepVertically(grid, 1);
+            return StepVertically(grid, state, 1);
         default:
             return std::nullopt;
     }
@@ -238,7 +286,8 @@ bool BringsEditorBack(int keyCode) {
     return keyCode != keys::shift && keyCode != keys::control && keyCode != keys::alt;
 }
 
-bool KeepsKey(int keyCode, int shift, bool editOpen) {
+bool KeepsKey(int keyCode, int shift, const ControlState& state) {
+    const bool editOpen = EditIsOpen(state);
     switch (keyCode) {
         case keys::escape:
         case keys::f4:
@@ -260,7 +309,7 @@ bool KeepsKey(int keyCode, int shift, bool editOpen) {
             // Keys with Ctrl belong to the host's menus, except for the clipboard, undo and redo, and the other
             // commands of an editor. Function keys belong to the host.
             if ((shift & keys::controlMask) != 0)
-                return editOpen ? IsEditorCommand(keyCode, shift) : CommandOf(keyCode, shift) != GridKey::PassOn;
+                return editOpen ? IsEditorCommand(keyCode, shift) : CommandOf(keyCode, shift, state) != GridKey::PassOn;
             return keyCode < keys::f1 || keyCode > keys::f24;
     }
 }

@@ -39,7 +39,8 @@ struct CellStep {
 };
 
 // Returns the step to the next column that may be entered, else to the first such column of the next row that is not
-// hidden; after the last row, to a new row with AutoAddNew. Unlike GetNextColumn, it never starts again within a row,
+// hidden; after the last row, to a new row with AutoAddNew, unless the last one is still empty: going on from there
+// must lead out of the grid. Unlike GetNextColumn, it never starts again within a row,
 // because a hidden column would then stop it for ever. `leave` is true for Tab, which continues to the next control,
 // and false for Enter, which stays.
 CellStep StepForward(const flexgrid::Grid& grid, const ControlState& state, bool leave);
@@ -51,7 +52,8 @@ CellStep StepBack(const flexgrid::Grid& grid, const ControlState& state);
 // non-focus columns, vertical ones hidden rows. Inactive columns can be reached, because they can be read and copied,
 // though not edited.
 CellStep StepSideways(const flexgrid::Grid& grid, const ControlState& state, int step);
-CellStep StepVertically(const flexgrid::Grid& grid, int step);
+// Downwards from the last row, the step is to a new row with AutoAddNew, unless the last one is still empty.
+CellStep StepVertically(const flexgrid::Grid& grid, const ControlState& state, int step);
 
 // The effect of a key pressed on the grid itself. `keyCode` is a virtual key, `shift` the bits of an event's Shift
 // argument.
@@ -66,13 +68,20 @@ enum class GridKey {
     ForwardStay,  // Enter: forward, but never out of the grid
     Left,
     Right,
+    DownToNewRow,
     SelectAll,  // except for the fixed cells
     Copy,
     Cut,
     Paste,
     Undo,
     Redo,
-    Nothing,  // the key is used without any effect
+    // These with ExtendedKeys only.
+    FillDown,
+    FillRight,
+    SelectRow,
+    SelectColumn,
+    ClearCells,  // all selected ones
+    Nothing,     // the key is used without any effect
 };
 // Raises the grid's error when the key column does not exist.
 GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const ControlState& state);
@@ -104,6 +113,7 @@ enum class EditorKey {
     CommitRight,
     CommitUp,
     CommitDown,
+    CommitFill,  // and into all selected cells, with ExtendedKeys
     CommitPage,  // the key then goes to the inner grid
     Nothing,
 };
@@ -119,7 +129,7 @@ std::optional<CellStep> StepOf(EditorKey key, const flexgrid::Grid& grid, const 
 bool BringsEditorBack(int keyCode);
 
 // Whether the grid uses a key that its host could use too. Not for Tab (tab_way.h).
-bool KeepsKey(int keyCode, int shift, bool editOpen);
+bool KeepsKey(int keyCode, int shift, const ControlState& state);
 
 // Returns the tool tip of a cell: its text if tips are on and the cell cuts it off, else "".
 Text CellTipText(const ControlState& state, TextView text, bool cutOff);

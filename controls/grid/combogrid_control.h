@@ -31,6 +31,8 @@ class ComboGridControl final : public Control<_ComboGrid>,
     QVX_FIELD(BSTR, ColumnsDataType, ControlState::columnsDataType)
     QVX_FIELD(BSTR, CheckValueFor, ControlState::checkValueFor)
     QVX_FIELD(BSTR, ColumnsMaxLength, ControlState::columnsMaxLength)
+    QVX_FIELD(VARIANT_BOOL, ExtendedKeys, ControlState::extendedKeys)
+    QVX_FIELD(VARIANT_BOOL, KeepUnchanged, ControlState::keepUnchanged)
     STDMETHODIMP get_ColIndex(IDispatch** result) override;
     STDMETHODIMP putref_ColIndex(IDispatch* value) override;
     QVX_FIELD(BSTR, StringFormat, ControlState::stringFormat)

@@ -122,6 +122,8 @@ const PropertyTable& ComboGridControl::Properties() {
             .Member(u"BackColorFixed", &Grid::BackColorFixed, &Grid::SetBackColorFixed)
             .Field(u"NonFocusColumns", &ControlState::nonFocusColumns)
             .Field(u"ColumnsMaxLength", &ControlState::columnsMaxLength)
+            .Field(u"ExtendedKeys", &ControlState::extendedKeys)
+            .Field(u"KeepUnchanged", &ControlState::keepUnchanged)
             .Done();
     return table;
 }

@@ -24,6 +24,8 @@ struct ControlState {
     Text columnsMaxLength;  // like a coded list, with any number
     bool autoRecordNumber = false;
     bool autoAddNew = false;
+    bool extendedKeys = false;   // the keys of spreadsheets, of which some had another meaning before
+    bool keepUnchanged = false;  // an edit that changes nothing leaves the cell as it is
     Text unChangableColumns;
     Text listColumns;
     Text inActiveColumns;

@@ -92,6 +92,23 @@ void EntryGrid::UseGridKey(GridKey action, const PressedKey& press) {
         case GridKey::Redo:
             StepInHistory(action == GridKey::Undo);
             break;
+        case GridKey::FillDown:
+            WriteCells(CellRectangle::FillDown(Model()));
+            break;
+        case GridKey::FillRight:
+            WriteCells(CellRectangle::FillRight(Model()));
+            break;
+        case GridKey::ClearCells:
+            WriteCells(CellRectangle(Model()));
+            break;
+        case GridKey::SelectRow:
+        case GridKey::SelectColumn:
+            dropCharacter_ = true;  // the space
+            if (action == GridKey::SelectRow)
+                SelectRows(Model());
+            else
+                SelectColumns(Model());
+            break;
         case GridKey::EndEntry:
             // A real Tab key is sent, so that a host with a tab order of its own moves the focus by it.
             tabWay_.EndEntry();
@@ -134,6 +151,8 @@ void EntryGrid::KeyPress(short& keyAscii) {
         if (const ComboWindow* combo = frame_->Find(editor_)) SendMessageW(combo->EditWindow(), WM_CHAR, character, 0);
         return;
     }
+    // The user must not go on typing without noticing that nothing arrives.
+    if (!MayEdit(Model(), state_)) MessageBeep(MB_OK);
     TypeIntoCell(character == keys::backspace ? Text() : Text(1, character));
 }
 
@@ -171,6 +190,10 @@ void EntryGrid::UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode)
     if (action == EditorKey::Nothing) return;
     if (action == EditorKey::Abandon) Abandon(combo);
     const Text typed = combo.GetText();
+    if (action == EditorKey::CommitFill) {
+        CommitIntoSelection(typed);
+        return;
+    }
     // A handler that has moved the current cell has decided where to continue.
     if (!EndEdit()) return;
     if (action == EditorKey::CommitPage) SendMessageW(window_->Handle(), WM_KEYDOWN, static_cast<WPARAM>(key), 0);
@@ -179,13 +202,19 @@ void EntryGrid::UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode)
     if (key == keys::enter && !EditIsOpen()) combo.SetText(typed);
 }
 
+// Ends the edit, and writes its text into all selected cells in the same step of the history.
+void EntryGrid::CommitIntoSelection(TextView typed) {
+    const EditHistory::Group group(history_);
+    if (EndEdit() && !EditIsOpen()) WriteCells(CellRectangle(Model(), typed));
+}
+
 bool EntryGrid::WantsKey(const MSG& message) {
     const auto keep = events_.KeepAlive();
     if (message.message == WM_CHAR || message.message == WM_KEYUP) return true;
     if (message.message != WM_KEYDOWN) return false;
     const auto key = static_cast<int>(message.wParam);
     const int shift = ShiftState();
-    if (key != keys::tab) return KeepsKey(key, shift, EditIsOpen());
+    if (key != keys::tab) return KeepsKey(key, shift, state_);
     TabWindows windows{*this};
     return tabWay_.Asked(shift, Model(), state_, windows);
 }

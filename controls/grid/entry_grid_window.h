@@ -180,6 +180,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void BringEditorIntoView();
     static void LoadList(EditorFrame& frame, int col);
     void UseEditorKey(EditorKey action, ComboWindow& combo, int& keyCode);
+    void CommitIntoSelection(TextView typed);
     void UseGridKey(GridKey action, const PressedKey& press);
     // Opens the editor with the typed text instead of the cell's text.
     void TypeIntoCell(TextView typed);

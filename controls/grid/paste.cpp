@@ -25,6 +25,14 @@ void SelectAll(flexgrid::Grid& grid) {
         grid.Select(grid.FixedRows(), grid.FixedCols(), grid.Rows() - 1, grid.Cols() - 1);
 }
 
+void SelectRows(flexgrid::Grid& grid) {
+    if (grid.FixedCols() < grid.Cols()) grid.Select(grid.Row(), grid.FixedCols(), grid.RowSel(), grid.Cols() - 1);
+}
+
+void SelectColumns(flexgrid::Grid& grid) {
+    if (grid.FixedRows() < grid.Rows()) grid.Select(grid.FixedRows(), grid.Col(), grid.Rows() - 1, grid.ColSel());
+}
+
 ColumnRules RulesOf(const flexgrid::Grid& grid, const ControlState& state, int col) {
     const Text caption = grid.TextArray(col);
     const bool refuses =
@@ -64,7 +72,45 @@ CellRectangle::CellRectangle(const flexgrid::Grid& grid) : target_(grid.Selectio
     same_.resize(static_cast<std::size_t>(std::max(target_.right - target_.left + 1, 0)));
 }
 
+CellRectangle::CellRectangle(const flexgrid::Grid& grid, TextView text) : CellRectangle(grid) {
+    kept_.emplace_back(text);
+    std::fill(same_.begin(), same_.end(), TextView(kept_.front()));
+}
+
+CellRectangle CellRectangle::FillDown(const flexgrid::Grid& grid) {
+    CellRectangle filled(grid);
+    flexgrid::CellRange& target = filled.target_;
+    const int source = target.top < target.bottom ? target.top++ : target.top - 1;
+    if (target.Empty() || source < grid.FixedRows()) {
+        target = {};
+        return filled;
+    }
+    for (int col = target.left; col <= target.right; ++col) filled.kept_.push_back(grid.TextMatrix(source, col));
+    filled.same_.assign(filled.kept_.begin(), filled.kept_.end());
+    return filled;
+}
+
+CellRectangle CellRectangle::FillRight(const flexgrid::Grid& grid) {
+    CellRectangle filled(grid);
+    flexgrid::CellRange& target = filled.target_;
+    const int source = target.left < target.right ? target.left++ : target.left - 1;
+    if (target.Empty() || source < grid.FixedCols()) {
+        target = {};
+        return filled;
+    }
+    filled.grid_ = &grid;
+    filled.sourceCol_ = source;
+    filled.same_.resize(static_cast<std::size_t>(target.right - target.left + 1));
+    filled.kept_.resize(1);
+    return filled;
+}
+
 std::span<const TextView> CellRectangle::Row(int row) const {
+    if (sourceCol_ != none) {
+        if (sourceCol_ >= grid_->Cols()) return {};  // a handler has removed the column
+        kept_.front() = grid_->TextMatrix(row, sourceCol_);
+        std::fill(same_.begin(), same_.end(), TextView(kept_.front()));
+    }
     if (!cells_) return same_;
     const std::span<const TextView> cells = cells_->Row(static_cast<std::size_t>(row - target_.top));
     return cells.first(std::min(cells.size(), static_cast<std::size_t>(target_.right - target_.left + 1)));

@@ -39,6 +39,9 @@ Text CopiedText(const flexgrid::Grid& grid);
 
 // Selects all cells except the fixed ones.
 void SelectAll(flexgrid::Grid& grid);
+// Extends the selection to whole rows or columns, except for the fixed cells.
+void SelectRows(flexgrid::Grid& grid);
+void SelectColumns(flexgrid::Grid& grid);
 
 // The rules of a column for texts that are not typed into it.
 struct ColumnRules {
@@ -53,13 +56,22 @@ ColumnRules RulesOf(const flexgrid::Grid& grid, const ControlState& state, int c
 Text TextFor(const ColumnRules& rules, int col, TextView given, TextView oldText, const ControlState& state,
              const CellSources& sources);
 
-// A rectangle of texts on its way into the grid.
+// A rectangle of texts on its way into the grid. It reads the grid, which must outlive it.
 class CellRectangle {
   public:
     // The pasted cells, from the first selected cell on; a single one for all selected cells.
     CellRectangle(const flexgrid::Grid& grid, const ClipboardCells& cells);
     // Empty texts for all selected cells.
     explicit CellRectangle(const flexgrid::Grid& grid);
+    // One text for all selected cells.
+    CellRectangle(const flexgrid::Grid& grid, TextView text);
+    // The texts of the first selected row for the selected rows below it; with one row, those of the row above. Nothing
+    // where there is no such row.
+    static CellRectangle FillDown(const flexgrid::Grid& grid);
+    // The same to the right, that is to columns with higher numbers.
+    static CellRectangle FillRight(const flexgrid::Grid& grid);
+
+    CellRectangle(CellRectangle&&) = default;  // a copy would refer to the texts of the original
 
     const flexgrid::CellRange& Target() const { return target_; }
     // Returns the texts of a row of the target, from its first column on; a short row leaves the rest of the cells
@@ -67,8 +79,13 @@ class CellRectangle {
     std::span<const TextView> Row(int row) const;
 
   private:
+    static constexpr int none = -1;
+
+    const flexgrid::Grid* grid_ = nullptr;
     const ClipboardCells* cells_ = nullptr;  // null: `same_` in every row
-    std::vector<TextView> same_;
+    mutable std::vector<TextView> same_;
+    mutable std::vector<Text> kept_;  // what `same_` refers to
+    int sourceCol_ = none;            // whose text each row gets
     flexgrid::CellRange target_;
 };
 

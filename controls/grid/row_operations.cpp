@@ -83,6 +83,13 @@ void RemoveOneByOne(flexgrid::Grid& grid, const EmptyRows& isEmpty) {
 
 }  // namespace
 
+bool IsEmptyRecord(const flexgrid::Grid& grid, const ControlState& state, int row) {
+    const EmptyRows isEmpty(grid, state, false);
+    bool empty = false;
+    grid.ForEachRow(row, row, [&](int, const flexgrid::RowView& cells) { empty = isEmpty(cells); });
+    return empty;
+}
+
 void RemoveEmptyRows(flexgrid::Grid& grid, const ControlState& state, bool byKeyColumn) {
     Trapped([&] {
         const EmptyRows isEmpty(grid, state, byKeyColumn);

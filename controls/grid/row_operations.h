@@ -25,6 +25,9 @@ inline constexpr TextView allColumns = u"All";
 // fixed columns that `avoidCols` does not list. Otherwise those that `clearCols` lists, including fixed ones.
 void ClearRow(flexgrid::Grid& grid, int row, TextView clearCols, TextView avoidCols);
 
+// Whether every cell of the row is empty, as RemoveEmptyRows decides without a key column.
+bool IsEmptyRecord(const flexgrid::Grid& grid, const ControlState& state, int row);
+
 // Returns the first column that belongs to a record: record numbers do not.
 inline int FirstRecordColumn(const ControlState& state) { return state.autoRecordNumber ? 1 : 0; }
 

@@ -64,6 +64,46 @@ TEST(ComboGridKeys, DeleteOfASelectedRowAsksFirst) {
     }
 }
 
+TEST(ComboGridKeys, FillAndSelectAsInSpreadsheets) {
+    F form({{L"ExtendedKeys", Variant(true)}, {L"Rows", Variant(4)}});
+    const auto inner = form.Inner();
+    const auto select = [&](int row, int rowSel) {
+        form.GoTo(row, F::name);
+        Put(inner.get(), L"RowSel", {Variant(rowSel)});
+    };
+    form.SetCell(1, F::name, u"a");
+    select(1, 3);
+    form.Press('D', {VK_CONTROL});
+    EXPECT_EQ(form.Column(F::name), "a/a/a/");
+    select(2, 3);
+    form.Type(L"b");
+    form.Press(VK_RETURN, {VK_CONTROL});
+    EXPECT_EQ(form.Column(F::name), "a/b/b/");
+    EXPECT_FALSE(form.Frame());
+    form.Press('Z', {VK_CONTROL});
+    EXPECT_EQ(form.Column(F::name), "a/a/a/") << "the entry and the filling are one step";
+    select(1, 2);
+    form.Press(VK_DELETE);
+    EXPECT_EQ(form.Column(F::name), "//a/");
+    form.Press(VK_SPACE, {VK_SHIFT});
+    EXPECT_FALSE(form.Frame()) << "the space is not typed";
+    EXPECT_EQ(Call(inner.get(), L"ColSel").ToLong(), F::key);
+    EXPECT_EQ(Call(inner.get(), L"RowSel").ToLong(), 2);
+}
+
+TEST(ComboGridKeys, TabLeavesALastRowThatIsStillEmpty) {
+    F form({{L"AutoAddNew", Variant(true)}, {L"AutoRecordNumber", Variant(true)}, {L"Rows", Variant(2)}});
+    form.GoTo(1, F::item);
+    EXPECT_TRUE(form.Press(VK_TAB)) << "the container is left to move the focus on";
+    EXPECT_EQ(form.Number(L"Rows"), 2);
+    form.Press(VK_DOWN);
+    EXPECT_EQ(form.Number(L"Rows"), 2);
+    form.SetCell(1, F::name, u"a");
+    form.Press(VK_DOWN);
+    EXPECT_EQ(form.Current(), "2,5");
+    EXPECT_EQ(form.Column(F::no), "1/2/");
+}
+
 TEST(ComboGridKeys, EnterInARowWithoutItsKeyLeavesTheGrid) {
     F form({{L"KeyColumn", Variant(F::name)}});
     form.GoTo(1, F::qty);

@@ -65,6 +65,21 @@ TEST_F(CellEditTest, OnlyWhatStandsInTheCellAfterwardsIsAStep) {
     EXPECT_EQ("x", Cell(1, 1));
 }
 
+TEST_F(CellEditTest, UnchangedCellKeepsItsTextWhereItMay) {
+    for (const bool keeps : {false, true}) {
+        Prepare();
+        state.keepUnchanged = keeps;
+        Edit(1, 2, u"");
+        EXPECT_EQ(Cell(1, 2), keeps ? "" : "0") << "digits make an empty text a zero";
+        EXPECT_EQ(state.changed, !keeps);
+        EXPECT_EQ(host.Take().find("after") == std::string::npos, keeps);
+        EXPECT_EQ(Edited(), "-1,-1");
+        Edit(1, 2, u"5%");
+        EXPECT_EQ(Cell(1, 2), "5");
+        EXPECT_TRUE(state.changed);
+    }
+}
+
 TEST_F(CellEditTest, OpensInThePrescribedOrder) {
     struct Case {
         const char* what;

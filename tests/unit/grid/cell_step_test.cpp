@@ -37,6 +37,19 @@ TEST_F(NavigationTest, ForwardSkipsWhatMayNotBeEnteredAndWraps) {
     EXPECT_EQ(Forward(3, 5), newRow);
     EXPECT_EQ(Forward(3, 5, false), newRow);
     EXPECT_EQ(Forward(2, 5), (CellStep{Kind::Move, 3, 1}));
+    // From a last row that is still empty, Tab leads out and nothing adds another row.
+    state.autoRecordNumber = true;
+    state.columnsDataType = u";E-1;";
+    grid.SetTextMatrix(3, 5, u"0");
+    EXPECT_EQ(Forward(3, 5), leave);
+    EXPECT_EQ(Forward(3, 5, false), CellStep{});
+    EXPECT_EQ(StepVertically(grid, state, 1), CellStep{});
+    grid.SetTextMatrix(3, 5, u"7");
+    EXPECT_EQ(Forward(3, 5), newRow);
+    EXPECT_EQ(StepVertically(grid, state, 1), (CellStep{Kind::AddRow, 4, 5}));
+    EXPECT_EQ(StepOf(DecideGridKey(keys::down, 0, grid, state), grid, state), (CellStep{Kind::AddRow, 4, 5}));
+    grid.MoveTo(2, 5);
+    EXPECT_EQ(DecideGridKey(keys::down, 0, grid, state), GridKey::PassOn) << "the inner grid moves within its rows";
     state.inActiveColumns = u";A;C;D;E;";
     EXPECT_EQ(Forward(3, 5), leave) << "nothing could be entered in the new row either";
 }
@@ -51,8 +64,8 @@ TEST_F(NavigationTest, ForwardPassesHiddenRows) {
 TEST_F(NavigationTest, ArrowsPassHiddenAndNonFocusColumnsButReachInactiveOnes) {
     grid.MoveTo(1, 1);
     EXPECT_EQ(StepSideways(grid, state, -1), CellStep{});
-    EXPECT_EQ(StepVertically(grid, 1), (CellStep{Kind::Move, 2, 1}));
-    EXPECT_EQ(StepVertically(grid, -1), CellStep{});
+    EXPECT_EQ(StepVertically(grid, state, 1), (CellStep{Kind::Move, 2, 1}));
+    EXPECT_EQ(StepVertically(grid, state, -1), CellStep{});
     grid.MoveTo(2, 3);
     for (const bool rightToLeft : {false, true}) {
         grid.SetRightToLeft(rightToLeft);
@@ -70,7 +83,7 @@ TEST_F(NavigationTest, StepsFromHeadersLeadToWhatScrolls) {
     grid.MoveTo(0, 0);
     EXPECT_EQ(StepForward(grid, state, true), (CellStep{Kind::Move, 0, 3}));
     EXPECT_EQ(StepSideways(grid, state, 1), (CellStep{Kind::Move, 0, 3}));
-    EXPECT_EQ(StepVertically(grid, 1), (CellStep{Kind::Move, 2, 0}));
+    EXPECT_EQ(StepVertically(grid, state, 1), (CellStep{Kind::Move, 2, 0}));
 }
 
 TEST_F(NavigationTest, GetNextColumnAnswersAtOrBehindItsArgument) {
@@ -124,6 +137,10 @@ TEST(GridKeys, TableOfKeys) {
           {'Z', shifted},
           {keys::insert, alt},
           {keys::deleteKey, ctrl},
+          {'D', ctrl},
+          {'R', ctrl},
+          {keys::space, shifted},
+          {keys::space, ctrl},
           {'A', 0},
           {'C', ctrl | alt}}},
     };
@@ -136,6 +153,7 @@ TEST(GridKeys, TableOfKeys) {
         flexgrid::GridSelectionMode mode = flexgrid::GridSelectionMode::free;
         int keyColumn = -1;
         bool autoTab = true;
+        bool extended = false;
     };
     constexpr auto free = flexgrid::GridSelectionMode::free;
     constexpr auto byRow = flexgrid::GridSelectionMode::byRow;
@@ -152,6 +170,14 @@ TEST(GridKeys, TableOfKeys) {
         {keys::deleteKey, 0, GridKey::DeleteRow, 1, 1, byRow},
         {keys::deleteKey, 0, GridKey::ClearCell, 2, 1, byRow},
         {keys::deleteKey, 0, GridKey::ClearCell, 1, 2, byColumn},
+        {'D', ctrl, GridKey::FillDown, 1, 1, free, -1, true, true},
+        {'R', ctrl, GridKey::FillRight, 1, 1, free, -1, true, true},
+        {keys::space, shifted, GridKey::SelectRow, 1, 1, free, -1, true, true},
+        {keys::space, ctrl, GridKey::SelectColumn, 1, 1, free, -1, true, true},
+        {keys::deleteKey, 0, GridKey::DeleteRow, 1, 2, free, -1, true, true},
+        {keys::deleteKey, 0, GridKey::ClearCells, 2, 2, free, -1, true, true},
+        {keys::deleteKey, 0, GridKey::ClearCells, 2, 1, free, -1, true, true},
+        {keys::deleteKey, 0, GridKey::ClearCell, 1, 1, free, -1, true, true},
     };
     for (const auto& [does, pressed] : plain)
         for (const auto& [key, held] : pressed) cases.push_back({key, held, does});
@@ -161,6 +187,7 @@ TEST(GridKeys, TableOfKeys) {
         ControlState state;
         state.autoTab = c.autoTab;
         state.keyColumn = c.keyColumn;
+        state.extendedKeys = c.extended;
         grid.SetSelectionMode(c.mode);
         grid.Select(1, 1, c.rowSel, c.colSel);
         EXPECT_EQ(DecideGridKey(c.key, c.shift, grid, state), c.does) << c.key << " shift " << c.shift;
@@ -212,6 +239,10 @@ TEST(EditorKeys, TableOfKeys) {
     ControlState noAutoTab;
     noAutoTab.autoTab = false;
     EXPECT_EQ(DecideEditorKey(keys::enter, keys::shiftMask, inside, false, noAutoTab), EditorKey::Commit);
+    ControlState extended;
+    extended.extendedKeys = true;
+    EXPECT_EQ(DecideEditorKey(keys::enter, ctrl, inside, true, extended), EditorKey::CommitFill);
+    EXPECT_EQ(DecideEditorKey(keys::enter, 0, inside, true, extended), EditorKey::CommitForwardStay);
 }
 
 TEST(DoubleClick, MeansTheCurrentCellOnly) {
@@ -250,15 +281,20 @@ TEST(KeepsKey, TellsTheGridsKeysFromItsHosts) {
         // Clipboard and undo work on the grid and in an editor; nearly all else with Ctrl is the host's menus'.
         {true, true, {{'C', ctrl}, {'Z', ctrl}, {'Z', ctrl | shifted}, {keys::insert, ctrl}, {keys::insert, shifted}}},
         {true, false, {{'Z', ctrl | alt}, {keys::backspace, ctrl}}},
-        {false, false, {{'S', ctrl}}},
+        {false, false, {{'S', ctrl}, {'D', ctrl}}},
         {true, false, {{'Q', ctrl | alt}}},  // types "@" on many keyboards
     };
+    ControlState open;
+    open.editRow = open.editCol = 1;
+    ControlState closed;
     for (const auto& c : cases) {
         for (const auto& [key, held] : c.pressed) {
-            EXPECT_EQ(KeepsKey(key, held, true), c.whileOpen) << key << " held " << held;
-            EXPECT_EQ(KeepsKey(key, held, false), c.whileClosed) << key << " held " << held;
+            EXPECT_EQ(KeepsKey(key, held, open), c.whileOpen) << key << " held " << held;
+            EXPECT_EQ(KeepsKey(key, held, closed), c.whileClosed) << key << " held " << held;
         }
     }
+    closed.extendedKeys = true;
+    EXPECT_TRUE(KeepsKey('D', ctrl, closed));
 }
 
 TEST(CellTip, ShowsTextThatDoesNotFit) {

@@ -91,6 +91,41 @@ TEST_F(PasteTest, ReachesTheCellsFromTheFirstSelectedOneOn) {
     }
 }
 
+TEST_F(PasteTest, FillsTheSelection) {
+    const struct {
+        flexgrid::Cursor selected;
+        std::function<CellRectangle(const flexgrid::Grid&)> rectangle;
+        std::string rows;
+    } cases[] = {
+        {{1, name, 3, qty}, CellRectangle::FillDown, "1,a,10,1.5,Cherry,x,k1/2,a,10,2.5,,y,k2/3,a,10,3.5,Apple,z,k3"},
+        {{2, name, 2, name}, CellRectangle::FillDown, "1,a,10,1.5,Cherry,x,k1/2,a,20,2.5,,y,k2/3,c,30,3.5,Apple,z,k3"},
+        {{1, name, 1, name}, CellRectangle::FillDown, {}},
+        {{1, name, 2, rate}, CellRectangle::FillRight, "1,a,0,0,Cherry,x,k1/2,b,0,0,,y,k2/3,c,30,3.5,Apple,z,k3"},
+        {{3, rate, 3, rate}, CellRectangle::FillRight, "1,a,10,1.5,Cherry,x,k1/2,b,20,2.5,,y,k2/3,c,30,30,Apple,z,k3"},
+        {{1, name, 1, name}, CellRectangle::FillRight, {}},
+        {{1, qty, 2, rate},
+         [](const auto& g) { return CellRectangle(g, u"7%"); },
+         "1,a,7,7,Cherry,x,k1/2,b,7,7,,y,k2/3,c,30,3.5,Apple,z,k3"},
+    };
+    const std::string before = flexgrid::Shown(grid);
+    for (const auto& c : cases) {
+        for (const bool listens : {false, true}) {
+            host.listens = listens;
+            grid.Select(c.selected.row, c.selected.col, c.selected.rowSel, c.selected.colSel);
+            Write(c.rectangle(grid));
+            EXPECT_EQ(flexgrid::Shown(grid), c.rows.empty() ? before : before.substr(0, before.find('/') + 1) + c.rows);
+            EXPECT_EQ(history.Undo(state) != nullptr, !c.rows.empty());
+            EXPECT_EQ(flexgrid::Shown(grid), before);
+        }
+    }
+    // A handler removes the column that the texts come from.
+    host.listens = true;
+    host.onAfter = [&](int, bool&) { grid.SetCols(2); };
+    grid.Select(1, qty, 3, rate);
+    Write(CellRectangle::FillRight(grid));
+    EXPECT_EQ(grid.Cols(), 2);
+}
+
 TEST_F(PasteTest, TellsTheHostOfEveryCellInTurn) {
     grid.MoveTo(1, name);
     Paste(u"x\t5\tq\r\ny");
