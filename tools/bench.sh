@@ -1,5 +1,6 @@
 # Compares the grid with the tables of widely used toolkits, natively, and with the system's list view in a Windows
-# process; and the archivers with the distribution's.
+# process; and the archivers with the distribution's; and a form of many
+# controls with one of many of the system's windows.
 # shellcheck shell=bash
 
 qvx_bench() {
@@ -9,6 +10,17 @@ qvx_bench() {
     bash bench/archives.sh "$@"
     return
   fi
+  if [[ ${1:-} == form ]]; then
+    bench_form
+    return
+  fi
   need "${packages_bench[@]}"
   bash bench/run.sh "$@"
+}
+
+bench_form() {
+  build x64 --target qvx_server bench_form || die "The benchmark was not built."
+  use_display virtual
+  start_wine
+  run_windows 600 build/x64/bench/bench_form.exe "$(windows_path build/x64/server/Qvx.ocx)"
 }
