@@ -62,6 +62,7 @@ installed_version() { dpkg-query -W -f '${Version}' "$1" 2>/dev/null; }
 lazarus_units() {
   local version
   version=$(installed_version fpc-source-3.2.2)_$(installed_version fp-compiler-3.2.2)_$(installed_version lazarus-src-2.2)
+  version+=_$(cksum <tests/hosts/lazarus/everything.pas | cut -d ' ' -f 1)
   printf '%s' "$cache_home/lazarus-${version//[^[:alnum:].+-]/_}"
 }
 
@@ -119,15 +120,26 @@ build_pascal() {
   with_log "hosts-build-$(basename "${source%.*}")" compile_pascal "$hosts" "-Fu$(lazarus_units)" "$@" "$source"
 }
 
-test_lazarus() {
-  local version topic
-  want "${packages_lazarus[@]}"
-  version="$(installed_version lazarus-src-2.2), Free Pascal $(installed_version fpc-source-3.2.2)"
-  for topic in "${packages_lazarus[@]}"; do
-    is_installed "$topic" && continue
-    skip_host Lazarus "$topic could not be had."
-    return 0
+# The first package of Lazarus that could not be had.
+missing_for_lazarus() {
+  local package
+  for package in "${packages_lazarus[@]}"; do
+    is_installed "$package" || {
+      echo "$package"
+      return 0
+    }
   done
+}
+
+test_lazarus() {
+  local version topic missing
+  want "${packages_lazarus[@]}"
+  missing=$(missing_for_lazarus)
+  if [[ -n $missing ]]; then
+    skip_host Lazarus "$missing could not be had."
+    return 0
+  fi
+  version="$(installed_version lazarus-src-2.2), Free Pascal $(installed_version fpc-source-3.2.2)"
   prepare_lazarus || {
     record_host Lazarus "$version" x64 lazarus-units 0 1 0
     return 0
@@ -160,6 +172,32 @@ run_host_sample() {
   attend_host "$2" "$3" '' "$log"
 }
 
+# The cells are read from the clipboard, by another program, while the sample is still there.
+run_c_sample() {
+  local log=$logs/hosts-c-sample-output.log host_group status=0 cells=
+  build_pascal tests/hosts/lazarus/clipboardtext.pas || return 1
+  start_group run_windows 120 "$root/build/x64/samples/c/Stock.exe" >"$log" 2>&1
+  host_group=$group
+  if play_keys tests/hosts/c/stock.keys "$log"; then
+    cells=$(run_windows 60 "$hosts/clipboardtext.exe" | tr -d '\r') || true
+  fi
+  attend_host Stock '' '' "$log" || status=1
+  echo "The cells: $cells"
+  [[ $status == 0 && $cells == $'Desk\t45' ]]
+}
+
+# The sample in plain C finds the library through its manifest alone. Free Pascal compiles the program that looks at the
+# clipboard.
+test_c_sample() {
+  if [[ -n $(missing_for_lazarus) ]]; then
+    skip_host "plain C, unregistered" "there is no compiler for the program that reads the clipboard."
+    return 0
+  fi
+  run_windows 60 regsvr32 /s /u "$(windows_path "$ocx")" >/dev/null 2>&1 || true
+  check_host "plain C, unregistered" - c-sample run_c_sample
+  register_server "$ocx" || warn "The component server could not be registered."
+}
+
 # The system's own script host, which only late binding reaches. The 32-bit one takes part where the 32-bit tests have
 # prepared it.
 test_script_hosts() {
@@ -184,5 +222,6 @@ test_hosts() {
   mkdir -p "$hosts"
   register_server "$ocx" || die "The component server could not be registered."
   test_lazarus
+  test_c_sample
   test_script_hosts
 }
