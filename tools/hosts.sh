@@ -6,7 +6,7 @@ hosts=$root/build/test/hosts # the folder in which host programs are made
 hosts_table=$root/build/test/hosts.tsv
 fpc_sources=/usr/share/fpcsrc/3.2.2
 lazarus_sources=/usr/lib/lazarus/2.2.6
-lazarus_topics=(creation typing focus events bindings sizes closing)
+lazarus_topics=(creation typing focus events bindings sizes lives closing)
 
 # record_host HOST VERSION ARCH NAME PASSED FAILED SKIPPED
 record_host() {
