@@ -22,10 +22,10 @@ ROOT = Path(__file__).resolve().parent.parent
 TOOLS = ROOT / 'tools'
 # The navigation: titles, and the pages in it by the names of their Markdown files. A page's own title is its heading.
 NAVIGATION = (
-    ('Begin', ('README', 'first-hour', 'designer', 'hosting', 'languages', 'migrating')),
+    ('Begin', ('README', 'installing', 'first-hour', 'designer', 'hosting', 'languages', 'migrating')),
     ('Controls', ('combogrid', 'textedit', 'button', 'rbutton', 'menus', 'flatborder', 'backup')),
     ('Inside the controls', ('flexgrid', 'ieditorcombo', 'icolumnindex', 'itextbox', 'enumerations', 'reference')),
-    ('Subjects', ('database', 'accessibility', 'server', 'archivers', 'demo-keys', 'benchmarks')),
+    ('Subjects', ('database', 'accessibility', 'server', 'hosts', 'archivers', 'demo-keys', 'benchmarks')),
     ('The project', ('architecture', 'CONTRIBUTING', 'CHANGELOG')),
 )
 # Pages whose file has another name than their Markdown.

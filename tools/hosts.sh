@@ -6,7 +6,7 @@ hosts=$root/build/test/hosts # the folder in which host programs are made
 hosts_table=$root/build/test/hosts.tsv
 fpc_sources=/usr/share/fpcsrc/3.2.2
 lazarus_sources=/usr/lib/lazarus/2.2.6
-lazarus_topics=(creation typing focus events bindings sizes closing)
+lazarus_topics=(creation typing focus events bindings sizes lives closing)
 
 # record_host HOST VERSION ARCH NAME PASSED FAILED SKIPPED
 record_host() {
@@ -62,6 +62,7 @@ installed_version() { dpkg-query -W -f '${Version}' "$1" 2>/dev/null; }
 lazarus_units() {
   local version
   version=$(installed_version fpc-source-3.2.2)_$(installed_version fp-compiler-3.2.2)_$(installed_version lazarus-src-2.2)
+  version+=_$(cksum <tests/hosts/lazarus/everything.pas | cut -d ' ' -f 1)
   printf '%s' "$cache_home/lazarus-${version//[^[:alnum:].+-]/_}"
 }
 
@@ -119,15 +120,26 @@ build_pascal() {
   with_log "hosts-build-$(basename "${source%.*}")" compile_pascal "$hosts" "-Fu$(lazarus_units)" "$@" "$source"
 }
 
-test_lazarus() {
-  local version topic
-  want "${packages_lazarus[@]}"
-  version="$(installed_version lazarus-src-2.2), Free Pascal $(installed_version fpc-source-3.2.2)"
-  for topic in "${packages_lazarus[@]}"; do
-    is_installed "$topic" && continue
-    skip_host Lazarus "$topic could not be had."
-    return 0
+# The first package of Lazarus that could not be had.
+missing_for_lazarus() {
+  local package
+  for package in "${packages_lazarus[@]}"; do
+    is_installed "$package" || {
+      echo "$package"
+      return 0
+    }
   done
+}
+
+test_lazarus() {
+  local version topic missing
+  want "${packages_lazarus[@]}"
+  missing=$(missing_for_lazarus)
+  if [[ -n $missing ]]; then
+    skip_host Lazarus "$missing could not be had."
+    return 0
+  fi
+  version="$(installed_version lazarus-src-2.2), Free Pascal $(installed_version fpc-source-3.2.2)"
   prepare_lazarus || {
     record_host Lazarus "$version" x64 lazarus-units 0 1 0
     return 0

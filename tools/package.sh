@@ -15,6 +15,7 @@ make_package() {
   local arch out=$1
   shift
   need "${packages_package[@]}"
+  make_docs || return 1
   for arch in x64 x86; do
     build "$arch" --target qvx_server qvxhost PkZip PkunZip qvx_ado stock basket || return 1
   done

@@ -47,8 +47,9 @@ def contents(out, version):
     yield "archive: holds the files", there == staged
     yield "no paths", not any(str(ROOT).encode() in data for data in staged.values())
     named = {found for name in ("README.md", "docs/installing.md")
-             for found in re.findall(r"Qvx[-.](\d+\.\d+\.\d+)", staged[name].decode())}
+             for found in re.findall(r"Qvx[-.](\d+\.\d+\.\d+)", (ROOT / name).read_text(encoding="utf-8"))}
     yield "documents: name this version", named == {version}
+    yield "documents: the pages are there", {"docs/index.html", "docs/combogrid.html"} <= staged.keys()
     yield "components: all have files", {component_of(name) for name in staged} == set(COMPONENTS)
     bill = json.loads((files / "Qvx.spdx.json").read_text(encoding="utf-8"))
     listed = {entry["fileName"][2:]: entry["checksums"][1]["checksumValue"] for entry in bill["files"]}

@@ -9,7 +9,7 @@ PROGRAMS = {"Qvx.ocx": "server/Qvx.ocx", "qvxhost.exe": "qvxhost.exe", "PkZip.ex
             "PkunZip.exe": "PkunZip.exe", "QvxAdo.dll": "samples/ado/QvxAdo.dll",
             "Stock.exe": "samples/c/Stock.exe", "Basket.exe": "samples/cpp/Basket.exe"}
 UNVERSIONED = ("QvxAdo.dll", "Stock.exe", "Basket.exe")  # parts of samples
-DOCUMENTS = ("LICENSE", "CHANGELOG.md", "README.md")
+DOCUMENTS = {"LICENSE": "LICENSE", "README.txt": "installer/README.txt"}
 GENERATED = ("Qvx.h", "Qvx_i.c", "Qvx.tlb")
 # What is linked into the programs: the distribution's package that it comes from, and its licence in SPDX's terms.
 LINKED = {
@@ -33,7 +33,7 @@ def component_of(name):
         return "samples" if file in UNVERSIONED else "host"
     if folder in ("samples", "include"):
         return "samples"
-    if folder == "docs" or name in ("README.md", "CHANGELOG.md"):
+    if folder == "docs":
         return "docs"
     return "always"
 

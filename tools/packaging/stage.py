@@ -38,9 +38,9 @@ def stage(build, out, signer):
             if signer:
                 signer.sign(to / name)
         shutil.copy(ROOT / "server/Qvx.manifest", to)
-    for name in DOCUMENTS:
-        shutil.copy(ROOT / name, files)
-    shutil.copytree(ROOT / "docs", files / "docs")
+    for name, source in DOCUMENTS.items():
+        shutil.copy(ROOT / source, files / name)
+    shutil.copytree(build / "docs", files / "docs")
     shutil.copytree(ROOT / "samples", files / "samples", ignore=shutil.ignore_patterns("ado"))
     (files / "include").mkdir()
     for name in GENERATED:

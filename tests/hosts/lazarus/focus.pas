@@ -18,6 +18,7 @@ type
     procedure EnterControl(Sender: TObject);
     procedure PassOn(Container: PtrInt);
     procedure LeaveWithTab(Sender: TObject; var KeyCode: SmallInt; var Shift: SmallInt);
+    procedure LeaveWithCtrlTab(Sender: TObject; var KeyCode: SmallInt; var Shift: SmallInt);
     procedure Clicked(Sender: TObject);
   end;
 
@@ -42,6 +43,13 @@ begin
   KeyCode := 0;
   Container := Sender as TActiveXContainer;
   GetParentForm(Container).SelectNext(Container, Shift and 1 = 0, True);
+end;
+
+{ For a grid, whose cells Tab visits. }
+procedure TTabbing.LeaveWithCtrlTab(Sender: TObject; var KeyCode: SmallInt; var Shift: SmallInt);
+begin
+  if Shift = 2 then
+    LeaveWithTab(Sender, KeyCode, Shift);
 end;
 
 procedure TTabbing.Clicked(Sender: TObject);
@@ -94,6 +102,42 @@ begin
   end;
 end;
 
+procedure CheckGrid(Tabbing: TTabbing);
+var
+  Form: TForm;
+  Grid: TAxcComboGrid;
+  Next: TEdit;
+begin
+  Form := NewForm;
+  try
+    Grid := TAxcComboGrid.Create(Form);
+    Grid.SetBounds(10, 10, 400, 200);
+    Grid.OleServer.FormatString := '|Article|Pieces';
+    Grid.OleServer.Rows := 2;
+    Grid.OleServer.AutoTab := True;
+    Grid.OnEnter := @Tabbing.EnterControl;
+    Grid.OnKeyDown := @Tabbing.LeaveWithCtrlTab;
+    Grid.Active := True;
+    Next := TEdit.Create(Form);
+    Next.Parent := Form;
+    Next.SetBounds(10, 250, 200, 30);
+    Form.ActiveControl := Grid;
+    Open(Form);
+    TypeText('a');
+    Press(VK_TAB);
+    TypeText('b');
+    Press(VK_RETURN);
+    keybd_event(VK_CONTROL, 0, 0, 0);
+    Press(VK_TAB);
+    keybd_event(VK_CONTROL, 0, KEYEVENTF_KEYUP, 0);
+    TypeText('c');
+    Same('Tab visits the cells of a grid, and Ctrl+Tab leaves it',
+      Format('%s %s %s', [Grid.OleServer.TextMatrix[1, 1], Grid.OleServer.TextMatrix[1, 2], Next.Text]), 'a b c');
+  finally
+    Form.Free;
+  end;
+end;
+
 procedure CheckMouse(Tabbing: TTabbing);
 var
   Form: TForm;
@@ -129,6 +173,7 @@ begin
   Tabbing := TTabbing.Create;
   try
     CheckTab(Tabbing);
+    CheckGrid(Tabbing);
     CheckMouse(Tabbing);
   finally
     Tabbing.Free;

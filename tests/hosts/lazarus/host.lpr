@@ -4,7 +4,7 @@ program host;
 {$mode objfpc}{$H+}
 
 uses
-  Interfaces, SysUtils, Forms, ActiveX, bindings, checks, closing, creation, events, focus, sizes, typing;
+  Interfaces, SysUtils, Forms, ActiveX, bindings, checks, closing, creation, events, focus, lives, sizes, typing;
 
 begin
   OleInitialize(nil);
@@ -14,6 +14,7 @@ begin
       'creation': CheckCreation;
       'bindings': CheckBindings;
       'focus': CheckFocus;
+      'lives': CheckLives;
       'typing': CheckTyping;
       'events': CheckEvents;
       'sizes': CheckSizes;
