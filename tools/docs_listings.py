@@ -73,8 +73,9 @@ def enumerator_problems(library, text):
 
 
 def class_problems(library, text):
-    for name in re.findall(r'\bQvx\.(\w+)', text):
-        if name not in library.classes and name not in library.enums and name not in FILES and name != 'spdx':
+    # A name of a file may begin the same way; a version number, or one part more, shows that it is one.
+    for name in re.findall(r'\bQvx\.([A-Za-z_]\w*)\b(?!\.(?:manifest|json)\b)', text):
+        if name not in library.classes and name not in library.enums and name not in FILES:
             yield f'Qvx.{name}'
     for name in re.findall(r'\bAx([A-Z]\w+)', text):
         if name not in library.classes and name not in ('Host', 'Qvx'):
