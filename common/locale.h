@@ -1,5 +1,7 @@
-// The system's settings for dates.
+// The user's settings for dates, and the order of texts.
 #pragma once
+
+#include <string>
 
 #include "common/dates.h"
 
@@ -11,5 +13,8 @@ DateSettings DateSettingsOf(TextView shortDatePattern, int currentYear);
 
 // Returns the user's current settings. Windows only.
 DateSettings SystemDateSettings();
+
+// Appends the sort key of a text: the bytes of two keys compare as their texts sort in the user's locale. Windows only.
+void AppendSystemSortKey(TextView text, std::string& key);
 
 }  // namespace qvx

@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <algorithm>
+
 #include "common/locale.h"
 #include "win/window_text.h"
 
@@ -13,6 +15,25 @@ DateSettings SystemDateSettings() {
     SYSTEMTIME now{};
     GetLocalTime(&now);
     return DateSettingsOf(pattern, now.wYear);
+}
+
+void AppendSystemSortKey(TextView text, std::string& key) {
+    const int size = static_cast<int>(text.size());
+    const auto map = [&](char* to, int room) {
+        // For sort keys, the system's function writes bytes into what is declared as characters.
+        return LCMapStringEx(LOCALE_NAME_USER_DEFAULT, LCMAP_SORTKEY, WideData(text), size, reinterpret_cast<wchar_t*>(to),
+                             room, nullptr, nullptr, 0);
+    };
+    char buffer[256];
+    int bytes = map(buffer, sizeof buffer);
+    if (bytes > 0) {
+        key.append(buffer, static_cast<std::size_t>(bytes));
+        return;
+    }
+    bytes = map(nullptr, 0);
+    const std::size_t start = key.size();
+    key.resize(start + static_cast<std::size_t>(std::max(bytes, 0)));
+    if (bytes > 0) map(key.data() + start, bytes);
 }
 
 }  // namespace qvx

@@ -236,6 +236,12 @@ void ComboGridControl::ListClick(int row, int col, const Text& data) {
 
 void ComboGridControl::OnDelete(int row) { Fire(u"OnDelete", EventArguments().In(row)); }
 
+void ComboGridControl::BeforeSort(const Text& columns, bool& cancel) {
+    Fire(u"BeforeSort", EventArguments().In(Text(columns)).InOut(cancel));
+}
+
+void ComboGridControl::Sorted(const Text& columns) { Fire(u"Sorted", EventArguments().In(Text(columns))); }
+
 void ComboGridControl::BindProgress(long loaded, long total, bool& cancel) {
     Fire(u"BindProgress", EventArguments().In(loaded).In(total).InOut(cancel));
 }

@@ -77,6 +77,12 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP Copy() override;
     STDMETHODIMP Cut() override;
     STDMETHODIMP Paste() override;
+    // Sorting
+    QVX_FIELD(VARIANT_BOOL, SortOnHeader, ControlState::sortOnHeader)
+    STDMETHODIMP Sort(BSTR columns) override;
+    STDMETHODIMP get_SortedBy(BSTR* result) override {
+        return Give(result, [&] { return entry_.SortedBy(); });
+    }
     // The inner grid's members
     QVX_INDEXED_PROPERTY(BSTR, TextArray, flexgrid::Grid)
     STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override {
@@ -171,6 +177,8 @@ class ComboGridControl final : public Control<_ComboGrid>,
     void OnDelete(int row) override;
     bool Listens() override { return HasListeners(); }
     bool RaisesEvents() override { return ControlBase::RaisesEvents(); }
+    void BeforeSort(const Text& columns, bool& cancel) override;
+    void Sorted(const Text& columns) override;
     void BindProgress(long loaded, long total, bool& cancel) override;
     void ReportError(int number, TextView description) override;
     bool Say(TextView prompt, const dialogs::MessageKind& kind) override;

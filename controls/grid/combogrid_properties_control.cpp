@@ -124,6 +124,7 @@ const PropertyTable& ComboGridControl::Properties() {
             .Field(u"ColumnsMaxLength", &ControlState::columnsMaxLength)
             .Field(u"ExtendedKeys", &ControlState::extendedKeys)
             .Field(u"KeepUnchanged", &ControlState::keepUnchanged)
+            .Field(u"SortOnHeader", &ControlState::sortOnHeader)
             .Done();
     return table;
 }

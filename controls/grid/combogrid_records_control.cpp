@@ -68,6 +68,11 @@ STDMETHODIMP ComboGridControl::RemoveAllRecords() {
     return Guard([&] { entry_.RemoveAllRecords(); });
 }
 
+STDMETHODIMP ComboGridControl::Sort(BSTR columns) {
+    const auto keep = ControlBase::KeepAlive();
+    return Guard([&] { entry_.Sort(FromBstr(columns)); });
+}
+
 STDMETHODIMP ComboGridControl::SetCell(long row, long col, VARIANT text, VARIANT_BOOL focus) {
     const auto keep = ControlBase::KeepAlive();
     return Guard([&] {

@@ -26,6 +26,7 @@ struct ControlState {
     bool autoAddNew = false;
     bool extendedKeys = false;   // the keys of spreadsheets, of which some had another meaning before
     bool keepUnchanged = false;  // an edit that changes nothing leaves the cell as it is
+    bool sortOnHeader = false;   // a click on a header sorts
     Text unChangableColumns;
     Text listColumns;
     Text inActiveColumns;

@@ -90,6 +90,16 @@ void EditHistory::CellsChanged(std::uint64_t structure, int row, int col, const 
     if (Follow() && structure == version_) Pending().AddCells(row, col, before, after);
 }
 
+void EditHistory::OrderRows(int first, std::vector<std::uint32_t> rows, std::span<const flexgrid::SortMark> marks) {
+    const Group group(*this);
+    const bool records = Follow();
+    const std::uint64_t before = grid_.StructureVersion();
+    std::vector<flexgrid::SortMark> marksBefore = grid_.SortMarks();
+    if (records) Pending().ReserveChange();
+    grid_.OrderRows(first, rows, marks);
+    if (records && RowsHaveMoved(before)) Pending().AddRowsOrdered(first, std::move(rows), std::move(marksBefore));
+}
+
 // Moves the single step of a list to the end of another.
 void EditHistory::Push(Steps& stack, Steps& step) noexcept {
     characters_ += step.front()->Characters();
@@ -129,7 +139,7 @@ EditHistory::Step EditHistory::Move(Steps& from, Steps& to, ControlState& state)
         Grid::AllOrNothing whole(grid_, step->RowsChanged() ? Reach::all : Reach::texts);
         made = std::make_shared<EditStep>(step->Revert(grid_, go));
         place = made->FirstPlace();
-        if (made->RowsChanged() && place.row >= 0) RenumberFrom(grid_, state, std::max(place.row, 1));
+        if (made->RowsChanged()) RenumberFrom(grid_, state, std::max(place.row, 1));
         whole.Commit();
     } catch (...) {
         version_ = version;

@@ -80,6 +80,8 @@ class EditHistory {
     // Executes and records `change`, which removes rows from row `at` on.
     template <class Change>
     void RemoveRows(int at, int count, Change change);
+    // Puts the grid's rows into another order (Grid::OrderRows) and records it.
+    void OrderRows(int first, std::vector<std::uint32_t> rows, std::span<const flexgrid::SortMark> marks);
 
     // ---- Undoing and redoing ---------------------------------------------------------------------------------------
     bool CanUndo() const { return Ready() && !done_.empty(); }

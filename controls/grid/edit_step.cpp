@@ -148,6 +148,7 @@ void EditStep::ReserveChange() {
     const auto reserve = [](auto& list) { list.reserve(list.size() == list.capacity() ? 2 * list.size() + 1 : 0); };
     reserve(changes_);
     reserve(kept_);
+    reserve(orders_);
 }
 
 void EditStep::AddRowsInserted(int at, int count) {
@@ -162,15 +163,26 @@ void EditStep::AddRowsRemoved(int at, KeptRows rows) {
     rowsChanged_ = true;
 }
 
+void EditStep::AddRowsOrdered(int first, std::vector<std::uint32_t> rows, std::vector<flexgrid::SortMark> marks) {
+    const auto count = static_cast<int>(rows.size());
+    orders_.push_back({std::move(rows), std::move(marks)});
+    changes_.push_back({Kind::rowsOrdered, first, 0, count, 0});
+    rowsChanged_ = true;
+}
+
 std::size_t EditStep::Characters() const {
     std::size_t characters = (bytes_.size() + changes_.size() * sizeof(Change)) / sizeof(char16_t);
     for (const KeptRows& rows : kept_) characters += rows.Characters();
+    for (const KeptOrder& order : orders_)
+        characters += (order.rows.size() * sizeof(std::uint32_t) + order.marks.size() * sizeof(flexgrid::SortMark)) /
+                      sizeof(char16_t);
     return characters;
 }
 
 EditStep::Place EditStep::FirstPlace() const {
     Place first;
     for (const Change& change : changes_) {
+        if (change.kind == Kind::rowsOrdered) continue;
         const int col = change.kind == Kind::cells ? change.col : -1;
         const bool above = first.row < 0 || change.row < first.row;
         const bool before = change.row == first.row && col >= 0 && (first.col < 0 || col < first.col);
@@ -234,6 +246,21 @@ void EditStep::PutRows(flexgrid::Grid& grid, int at, const KeptRows& rows) {
         grid.SetSettings(at, row.settings);
         ++at;
     }
+}
+
+void EditStep::PutOrder(flexgrid::Grid& grid, int first, const KeptOrder& order, EditStep& made) {
+    // Rows and columns can be missing only after an earlier fault.
+    if (first + static_cast<int>(order.rows.size()) > grid.Rows()) return;
+    std::vector<std::uint32_t> back(order.rows.size());
+    for (std::size_t i = 0; i < back.size(); ++i)
+        back[order.rows[i] - static_cast<std::uint32_t>(first)] =
+            static_cast<std::uint32_t>(first) + static_cast<std::uint32_t>(i);
+    std::vector<flexgrid::SortMark> marks = order.marks;
+    std::erase_if(marks, [&](const flexgrid::SortMark& mark) { return mark.col >= grid.Cols(); });
+    std::vector<flexgrid::SortMark> before = grid.SortMarks();
+    made.ReserveChange();
+    grid.OrderRows(first, back, marks);
+    made.AddRowsOrdered(first, std::move(back), std::move(before));
 }
 
 }  // namespace qvx::grid

@@ -1,4 +1,4 @@
-// One step of a history of edits: cells with new texts, inserted and removed rows.
+// One step of a history of edits: cells with new texts, inserted and removed rows, rows in another order.
 #pragma once
 
 #include <cstddef>
@@ -39,6 +39,9 @@ class EditStep {
     void ReserveChange();
     void AddRowsInserted(int at, int count);
     void AddRowsRemoved(int at, KeptRows rows);
+    // Adds another order of the rows from `first` on: rows[i] is the previous number of row first + i. `marks` are
+    // those from before.
+    void AddRowsOrdered(int first, std::vector<std::uint32_t> rows, std::vector<flexgrid::SortMark> marks);
 
     bool Empty() const { return changes_.empty(); }
     bool RowsChanged() const { return rowsChanged_; }
@@ -48,7 +51,8 @@ class EditStep {
     // first, but adjacent cells still from left to right. The texts are valid until visit returns.
     template <class Visit>
     void ForEachCell(bool backwards, Visit visit) const;
-    // The topmost row that the step has changed, and the leftmost of the cells changed there; -1 for none.
+    // The topmost row that the step has changed, and the leftmost of the cells changed there; -1 for none. An order of
+    // rows has no place, because the cursor stays on its record.
     struct Place {
         int row = -1;
         int col = -1;
@@ -61,7 +65,11 @@ class EditStep {
     EditStep Revert(flexgrid::Grid& grid, Go go) const;
 
   private:
-    enum class Kind { cells, rowsInserted, rowsRemoved };
+    enum class Kind { cells, rowsInserted, rowsRemoved, rowsOrdered };
+    struct KeptOrder {
+        std::vector<std::uint32_t> rows;
+        std::vector<flexgrid::SortMark> marks;
+    };
     struct Change {
         Kind kind;
         int row;
@@ -86,10 +94,12 @@ class EditStep {
     void RevertCells(flexgrid::Grid& grid, const Change& change, EditStep& made) const;
     static KeptRows TakeRows(flexgrid::Grid& grid, int at, int count);
     static void PutRows(flexgrid::Grid& grid, int at, const KeptRows& rows);
+    static void PutOrder(flexgrid::Grid& grid, int first, const KeptOrder& order, EditStep& made);
 
     std::vector<Change> changes_;
     std::vector<std::uint8_t> bytes_;
     std::vector<KeptRows> kept_;
+    std::vector<KeptOrder> orders_;
     bool rowsChanged_ = false;
 };
 
@@ -115,6 +125,7 @@ template <class Go>
 EditStep EditStep::Revert(flexgrid::Grid& grid, Go go) const {
     EditStep made;
     std::size_t kept = kept_.size();
+    std::size_t orders = orders_.size();
     for (std::size_t left = changes_.size(); left > 0; --left) {
         const Change& change = changes_[left - 1];
         if (change.kind == Kind::cells) {
@@ -123,6 +134,8 @@ EditStep EditStep::Revert(flexgrid::Grid& grid, Go go) const {
         }
         if (change.kind == Kind::rowsInserted) {
             made.AddRowsRemoved(change.row, TakeRows(grid, change.row, change.count));
+        } else if (change.kind == Kind::rowsOrdered) {
+            PutOrder(grid, change.row, orders_[--orders], made);
         } else {
             PutRows(grid, change.row, kept_[--kept]);
             made.AddRowsInserted(change.row, change.count);

@@ -52,6 +52,7 @@ void EntryGrid::Bind(RecordSource& records) {
         return;
     }
     ChangeRows([&] { Model().SetRows(1); });
+    Model().ClearSortMarks();
     if (!wanted()) return;
     const std::int64_t total = records.Count();
     if (!wanted()) return;

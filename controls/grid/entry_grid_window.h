@@ -14,6 +14,7 @@
 #include "controls/grid/binding.h"
 #include "controls/grid/cell_edit.h"
 #include "controls/grid/cell_step.h"
+#include "controls/grid/column_sort.h"
 #include "controls/grid/control_state.h"
 #include "controls/grid/edit_history.h"
 #include "controls/grid/editor_frame_window.h"
@@ -42,6 +43,9 @@ class EntryGridEvents : public flexgrid::GridEventSource {
     // Whether events may be raised now, including the inner grid's own.
     virtual bool RaisesEvents() = 0;
     // Reports the number of loaded records and their total (-1: not known).
+    // The user is about to sort by these columns, or has done so.
+    virtual void BeforeSort(const Text& columns, bool& cancel) = 0;
+    virtual void Sorted(const Text& columns) = 0;
     virtual void BindProgress(long loaded, long total, bool& cancel) = 0;
     // Shows an error to the user.
     virtual void ReportError(int number, TextView description) = 0;
@@ -119,6 +123,10 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void Cut();
     void Paste();
 
+    // Ends an open edit and sorts the rows by a coded list of columns. Throws error 380 for a list that cannot be read.
+    void Sort(TextView columns);
+    Text SortedBy() { return SortColumnsText(Model(), Model().SortMarks()); }
+
     // Whether a key message that a host is about to use is meant for the grid. A Tab that leaves the grid is not.
     bool WantsKey(const MSG& message);
 
@@ -151,6 +159,8 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void GotFocus() override;
     void LostFocus() override;
     Text ToolTip(int row, int col) override;
+    bool HandlesHeaderClick(int) override { return state_.sortOnHeader && Model().Enabled(); }
+    void HeaderClick(int col, bool shift) override;
     // ComboListener
     void ComboChange(ComboWindow& combo) override;
     void ComboClick(ComboWindow& combo) override;
@@ -190,6 +200,8 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void StepInHistory(bool back);
     // Returns the edit field of the open edit; null when none is open.
     HWND OpenEditField() const;
+    // Returns false when the user has ended it.
+    bool SortBy(const SortColumns& columns);
     void WriteCells(const CellRectangle& rectangle);
     // Executes a change whose rows the history keeps: without the current cell's highlight, which would be restored
     // with them.

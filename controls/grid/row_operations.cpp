@@ -103,6 +103,7 @@ void RemoveAllRecords(flexgrid::Grid& grid, ControlState& state, EditHistory& hi
     grid.SetRows(grid.WantedFixedRows() + 1);
     ClearRow(grid, grid.FixedRows(), allColumns, {});
     whole.Commit();
+    grid.ClearSortMarks();
     history.Clear();
     state.changed = false;
 }

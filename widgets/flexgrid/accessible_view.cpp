@@ -118,10 +118,13 @@ Text NameOf(const Grid& grid, const AccessiblePart& part) {
         return ColumnName(grid, part.col) + u", " + RowName(grid, part.row);
     }
     Text own = grid.TextMatrix(part.row, part.col);
-    if (!own.empty()) {
-        return own;
+    if (own.empty()) {
+        own = part.row < grid.FixedRows() ? ColumnName(grid, part.col) : RowName(grid, part.row);
     }
-    return part.row < grid.FixedRows() ? ColumnName(grid, part.col) : RowName(grid, part.row);
+    if (part.row == 0 && grid.FixedRows() > 0 && grid.SortPlace(part.col) > 0) {
+        own += grid.SortDescending(part.col) ? u", sorted descending" : u", sorted ascending";
+    }
+    return own;
 }
 
 std::optional<Text> ValueOf(const Grid& grid, const AccessiblePart& part) {

@@ -23,8 +23,17 @@ struct ColumnSettings {
     bool hasFixedAlignment = false;
     bool merge = false;
     std::int32_t data = 0;
+    int sortPlace = 0;  // among the columns that the rows are sorted by, from 1; 0 for none
+    bool sortDescending = false;
 
     int Width() const { return width == defaultWidth ? defaultColWidth : width; }
+};
+
+// A column that rows are sorted by.
+struct SortMark {
+    int col = 0;
+    bool descending = false;
+    friend bool operator==(const SortMark&, const SortMark&) = default;
 };
 
 class ColumnTable {

@@ -152,6 +152,7 @@ LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
     lastPoint_ = point;
     tip_.Press(message, point);
     bool click = false;
+    std::optional<HeaderPress> header;
     for (const ButtonStep step : StepsOf(ButtonOf(message), ActionOf(message))) {
         switch (step) {
             case ButtonStep::takeFocus:
@@ -170,14 +171,21 @@ LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
                 clicking_ = false;
                 if (Notify([](GridWindowEvents& events) { events.DblClick(); }) && GetFocus() != Handle()) {
                     drag_ = Drag::None;  // an editor has opened and must stay over its cell
+                    headerPress_.reset();
                 }
                 break;
             case ButtonStep::release:
+                header = std::exchange(headerPress_, std::nullopt);
                 click = OnLeftUp(point);
                 break;
             case ButtonStep::notifyClick:
                 if (click) {
                     Notify([](GridWindowEvents& events) { events.Click(); });
+                }
+                // The second press of a double click makes no click, but reverses the order like any other.
+                if (header && watch.Alive() && Handle()) {
+                    const bool shift = (header->shift & keys::shiftMask) != 0;
+                    Notify([&](GridWindowEvents& events) { events.HeaderClick(header->col, shift); });
                 }
                 break;
         }
@@ -204,6 +212,25 @@ void FlexGridWindow::OnLeftDown(Point point, int shift) {
         OnMove(point);
         return;
     }
+    const Hit hit = HitTest(rows, columns, point);
+    bool handled = false;
+    if (hit.OnCell() && hit.fixedRow && !hit.fixedCol) {
+        for (GridWindowEvents* events : events_) {
+            handled = handled || events->HandlesHeaderClick(hit.col);
+        }
+    }
+    if (handled) {
+        headerPress_ = {hit.col, point, shift};
+        SetCapture(Handle());
+    } else {
+        PressCell(point, shift);
+    }
+}
+
+void FlexGridWindow::PressCell(Point point, int shift) {
+    const View view = CurrentView();
+    const Axis rows = RowAxis(grid_, view);
+    const Axis columns = ColumnAxis(grid_, view);
     const Cursor cursor = grid_.CurrentCursor();
     const Press press = MousePress(HitTest(rows, columns, point), (shift & keys::shiftMask) != 0,
                                    grid_.AllowBigSelection(), grid_.SelectionMode(), cursor, rows, columns);
@@ -230,6 +257,14 @@ void FlexGridWindow::OnMove(Point point) {
             DraggedBorder(border_, axis.Along(column ? point.x : point.y), axis.extent, column ? dpi.x : dpi.y);
         MarkAllStale();
         return;
+    }
+    if (headerPress_ && IsDragFrom(point)) {
+        const HeaderPress press = *std::exchange(headerPress_, std::nullopt);
+        const LifeWatch watch = Watch();
+        PressCell(press.point, press.shift);
+        if (!watch.Alive() || !Handle()) {
+            return;
+        }
     }
     if (drag_ != Drag::None) {
         DragSelection(point);
@@ -285,6 +320,13 @@ void FlexGridWindow::OnTimer() {
     }
 }
 
+// Whether the pointer has moved so far from the pressed header that the press is a drag.
+bool FlexGridWindow::IsDragFrom(Point point) const {
+    const Point from = headerPress_->point;
+    return std::abs(point.x - from.x) > GetSystemMetrics(SM_CXDRAG) ||
+           std::abs(point.y - from.y) > GetSystemMetrics(SM_CYDRAG);
+}
+
 // Returns true when the release makes a click.
 bool FlexGridWindow::OnLeftUp(Point point) {
     const Rect client = ClientArea();
@@ -315,6 +357,7 @@ bool FlexGridWindow::OnLeftUp(Point point) {
 void FlexGridWindow::EndDrag() {
     const bool resizing = border_.kind != Border::Kind::None;
     drag_ = Drag::None;
+    headerPress_.reset();
     border_ = {};
     borderLine_ = -1;
     pressed_ = false;

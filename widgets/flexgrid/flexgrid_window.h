@@ -119,6 +119,8 @@ class FlexGridWindow final : public Window, private GridListener {
     bool OnWheel(bool vertical, WPARAM wParam);
     LRESULT OnButton(UINT message, WPARAM wParam, LPARAM lParam);
     void OnLeftDown(Point point, int shift);
+    void PressCell(Point point, int shift);
+    bool IsDragFrom(Point point) const;
     bool OnLeftUp(Point point);
     void OnMove(Point point);
     void DragSelection(Point point);
@@ -151,6 +153,12 @@ class FlexGridWindow final : public Window, private GridListener {
     int borderLine_ = -1;
     bool pressed_ = false;   // the left button went down here
     bool clicking_ = false;  // whether its release is a click
+    struct HeaderPress {
+        int col;
+        Point point;
+        int shift;
+    };
+    std::optional<HeaderPress> headerPress_;  // a press on a header that may become a click that a listener handles
     Point lastPoint_{};
     WheelCounter wheelDown_;
     WheelCounter wheelAcross_;

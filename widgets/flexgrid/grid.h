@@ -264,6 +264,17 @@ class Grid final : public GridLook {
     // Sorts the selected rows, or all non-fixed ones when a single row is selected, by the columns Col to ColSel, the
     // leftmost first. The sort is stable. Fixed rows never move. See sort.h for the orders.
     void Sort(GridSort order);
+    // Puts the rows from `first` on, which are not fixed, into another order: rows[i] is the number of the row that
+    // becomes row first + i. The cursor stays on its record, whose row number changes, and a selection of several rows
+    // collapses to the cursor's. The marks replace the earlier ones.
+    void OrderRows(int first, std::span<const std::uint32_t> rows, std::span<const SortMark> marks);
+    // The columns that the header shows as sorted, the most important first. They move with their columns.
+    std::vector<SortMark> SortMarks() const;
+    void SetSortMarks(std::span<const SortMark> marks) noexcept;
+    void ClearSortMarks() noexcept { SetSortMarks({}); }
+    // For painting: the place of a column among them, from 1, and 0 for none.
+    int SortPlace(int col) const { return columns_[col].sortPlace; }
+    bool SortDescending(int col) const { return columns_[col].sortDescending; }
 
     // ---- Scrolling -------------------------------------------------------------------------------------------------
     // The first row and column shown after the fixed ones. The window may limit them so that it stays filled. Not a

@@ -109,6 +109,7 @@ void Grid::Clear() {
     const CellsMoving moving(*this);
     store_.ClearText();
     formats_.Clear();
+    ClearSortMarks();
     ++structureVersion_;
     NotifyChange(GridChange::texts, {0, 0, Rows() - 1, Cols() - 1});
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "common/number_text.h"
 #include "common/text_direction.h"
 
 namespace qvx::flexgrid {
@@ -29,6 +30,65 @@ Rect TextRoom(const Grid& grid, const Rect& area, bool fixed) {
     const bool mirrored = grid.RightToLeft();
     return {area.left + across + (mirrored ? line : 0), area.top + down, area.right - across - (mirrored ? 0 : line),
             area.bottom - line - down};
+}
+
+// Whether the cell is a header with the mark of a sorted column.
+bool ShowsSortMark(const Grid& grid, int row, int col) {
+    return row == 0 && grid.FixedRows() > 0 && grid.SortPlace(col) > 0;
+}
+
+// The mark of a sorted column: an arrow, and the column's place where there are several of them, at the end of the
+// header that text runs towards.
+struct SortMarkLayout {
+    FontSpec font;
+    Text number;  // "" without one
+    int height;   // of the arrow, whose width is twice that less 1
+    int gap;      // around the arrow
+    int numberWidth = 0;
+    int Arrow() const { return 2 * height - 1; }
+    int Width() const { return gap + Arrow() + gap + numberWidth; }
+};
+
+SortMarkLayout LayOutSortMark(const Grid& grid, Surface& surface, int row, int col) {
+    constexpr double numberSize = 0.8;
+    const Dpi dpi = surface.Resolution();
+    SortMarkLayout mark{grid.FontOf(row, col), {}, Scaled(4, dpi.x), Scaled(3, dpi.x)};
+    bool several = false;
+    for (int other = 0; other < grid.Cols(); ++other) {
+        several = several || (other != col && grid.SortPlace(other) > 0);
+    }
+    if (several) {
+        mark.font.points *= numberSize;
+        mark.number = IntegerToText(grid.SortPlace(col));
+        constexpr unsigned format = text_format::singleLine | text_format::noPrefix;
+        mark.numberWidth = surface.MeasureText(mark.number, mark.font, 0, format).width;
+        mark.numberWidth += Scaled(1, dpi.x);
+    }
+    return mark;
+}
+
+// Splits the end that text runs towards off a cell's area.
+Rect SplitEnd(Rect& area, int width, bool mirrored) {
+    Rect end = area;
+    width = std::min(width, std::max(0, area.Width()));
+    if (mirrored) {
+        end.right = area.left + width;
+        area.left = end.right;
+    } else {
+        end.left = area.right - width;
+        area.right = end.left;
+    }
+    return end;
+}
+
+// Keeps text off the mark; `marked` is empty where there is none.
+Rect BesideMark(Rect room, const Rect& marked, bool mirrored) {
+    if (!marked.Empty() && mirrored) {
+        room.left = std::max(room.left, marked.right);
+    } else if (!marked.Empty()) {
+        room.right = std::min(room.right, marked.left);
+    }
+    return room;
 }
 
 // The look of one cell's text.
@@ -177,7 +237,11 @@ class Painter {
     void PaintCell(int row, int col, const Rect& area, bool fixed) {
         const CellFormat* format = grid_.FormatOf(row, col);
         const Ink ink = InkOf(row, col, format, fixed);
-        const Rect inside = InsideLines(grid_, area, fixed);
+        Rect inside = InsideLines(grid_, area, fixed);
+        if (inside.Empty()) {
+            return;
+        }
+        const Rect marked = ShowsSortMark(grid_, row, col) ? PaintSortMark(row, col, inside, ink) : Rect{};
         if (inside.Empty()) {
             return;
         }
@@ -189,7 +253,7 @@ class Painter {
         }
         // Text keeps its distance from the cell's own edges, not from the lines inside them, so that captions are
         // exactly above the texts below them.
-        const Rect room = TextRoom(grid_, area, fixed);
+        const Rect room = BesideMark(TextRoom(grid_, area, fixed), marked, mirrored_);
         const int alignment = static_cast<int>(grid_.AlignmentOf(row, col, text));
         const bool broken = HasLineBreak(text);
         // The fast path draws from left to right.
@@ -205,6 +269,28 @@ class Painter {
             }
         }
         PaintElaborate(text, inside, room, alignment, ink, picture ? format : nullptr);
+    }
+
+    // Draws the mark of a sorted column, takes its area off the cell's and returns it.
+    Rect PaintSortMark(int row, int col, Rect& inside, const Ink& ink) {
+        const SortMarkLayout mark = LayOutSortMark(grid_, surface_, row, col);
+        const Rect end = SplitEnd(inside, mark.Width(), mirrored_);
+        surface_.FillRect(end, ink.back);
+        const ClipScope clip(surface_, end);
+        // In a right-to-left grid, everything is the other way round: the number is on the outside of the arrow.
+        const int left = mirrored_ ? end.right - mark.gap - mark.Arrow() : end.left + mark.gap;
+        const int top = end.top + (end.Height() - mark.height) / 2;
+        for (int line = 0; line < mark.height; ++line) {
+            const int inset = grid_.SortDescending(col) ? line : mark.height - 1 - line;
+            surface_.FillRect({left + inset, top + line, left + mark.Arrow() - inset, top + line + 1}, ink.fore);
+        }
+        if (!mark.number.empty()) {
+            const int x = mirrored_ ? left - mark.numberWidth : left + mark.Arrow() + Scaled(1, dpi_.x);
+            const int line = surface_.LineHeight(mark.font);
+            const int y = end.top + (end.Height() - line) / 2;
+            surface_.DrawLabel(mark.number, {x, y, x + mark.numberWidth, y + line}, mark.font, ink.fore, oneLine);
+        }
+        return end;
     }
 
     // Draws everything except a single plain run of text: pictures, several lines, raised or sunken letters.
@@ -377,7 +463,12 @@ bool IsCut(const Grid& grid, const View& view, Surface& surface, int row, int co
     const TextView text = Trimmed(grid.Cell(row, col).AsWide(scratch));
     const bool fixed = row < grid.FixedRows() || col < grid.FixedCols();
     const Rect area = CellArea(grid, view, row, col);
-    const Rect room = TextRoom(grid, area, fixed);
+    Rect marked;
+    if (ShowsSortMark(grid, row, col)) {
+        Rect inside = InsideLines(grid, area, fixed);
+        marked = SplitEnd(inside, LayOutSortMark(grid, surface, row, col).Width(), grid.RightToLeft());
+    }
+    const Rect room = BesideMark(TextRoom(grid, area, fixed), marked, grid.RightToLeft());
     const unsigned format = text_format::noPrefix | (grid.WordWrap() ? text_format::wordBreak : 0U) |
                             (HasLineBreak(text) || grid.WordWrap() ? 0U : text_format::singleLine);
     const Size size = surface.MeasureText(text, grid.FontOf(row, col), room.Width(), format);

@@ -211,7 +211,72 @@ void Grid::Sort(GridSort order) {
     const CellsMoving moving(*this);
     store_.Reorder(first, rows);
     ++structureVersion_;
+    ClearSortMarks();
     LayoutChanged(first, 0);
+}
+
+void Grid::OrderRows(int first, std::span<const std::uint32_t> rows, std::span<const SortMark> marks) {
+    std::vector<std::uint32_t> ids;
+    ids.reserve(rows.size());
+    int row = row_;
+    for (const std::uint32_t from : rows) {
+        if (static_cast<int>(from) == row_) {
+            row = first + static_cast<int>(ids.size());
+        }
+        ids.push_back(store_.IdAt(static_cast<int>(from)));
+    }
+    const Cursor before = CurrentCursor();
+    {
+        const CellsMoving moving(*this);
+        store_.Reorder(first, ids);
+        ++structureVersion_;
+        row_ = row;
+        rowSel_ = row;
+        SetSortMarks(marks);
+        LayoutChanged(first, 0);
+    }
+    // The current cell is still the same record's: it is neither left nor entered.
+    if (row != before.row) {
+        listeners_.NotifyAfterwards([](GridListener& listener) { listener.RowColChange(); });
+    }
+    if (CurrentCursor() != before) {
+        listeners_.NotifyAfterwards([](GridListener& listener) { listener.SelChange(); });
+    }
+}
+
+std::vector<SortMark> Grid::SortMarks() const {
+    std::vector<std::pair<int, SortMark>> places;
+    for (int col = 0; col < Cols(); ++col) {
+        if (columns_[col].sortPlace > 0) {
+            places.push_back({columns_[col].sortPlace, {col, columns_[col].sortDescending}});
+        }
+    }
+    // A column may have been removed since, so that the places have gaps.
+    std::sort(places.begin(), places.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::vector<SortMark> marks;
+    marks.reserve(places.size());
+    for (const auto& [place, mark] : places) {
+        marks.push_back(mark);
+    }
+    return marks;
+}
+
+void Grid::SetSortMarks(std::span<const SortMark> marks) noexcept {
+    bool changed = !marks.empty();
+    columns_.ChangeEach([&](ColumnSettings& column) {
+        changed = changed || column.sortPlace > 0;
+        column.sortPlace = 0;
+    });
+    int place = 0;
+    for (const SortMark& mark : marks) {
+        columns_.Change(mark.col, [&](ColumnSettings& column) {
+            column.sortPlace = ++place;
+            column.sortDescending = mark.descending;
+        });
+    }
+    if (changed && Rows() > 0) {
+        NotifyChange(GridChange::texts, {0, 0, 0, Cols() - 1});
+    }
 }
 
 }  // namespace qvx::flexgrid

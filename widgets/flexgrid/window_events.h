@@ -34,6 +34,11 @@ class GridWindowEvents {
     virtual void Resized() {}
     // Returns the text of the tool tip for a cell, empty for none; called when the pointer rests on the cell.
     virtual Text ToolTip(int /*row*/, int /*col*/) { return {}; }
+    // Whether a click on the header of a scrolling column is handled by HeaderClick. The cursor then stays where it is,
+    // and a press selects cells only once it becomes a drag.
+    virtual bool HandlesHeaderClick(int /*col*/) { return false; }
+    // Called after Click.
+    virtual void HeaderClick(int /*col*/, bool /*shift*/) {}
 };
 
 }  // namespace qvx::flexgrid

@@ -81,6 +81,11 @@ TEST_F(AccessibleTest, SeveralHeadersAreSaidOnceEachAndHiddenColumnsAreNotSaidIn
     EXPECT_EQ("Column 3, Row 5", Narrow(NameOf(grid_, {4, 2})));
     grid_.SetColWidth(1, 0);
     EXPECT_EQ("4; 9; y", Narrow(*ValueOf(grid_, {4, -1})));
+    grid_.SetFixedRows(1);
+    const SortMark marks[] = {{2, true}, {3, false}};
+    grid_.SetSortMarks(marks);
+    EXPECT_EQ("Qty, sorted descending", Narrow(NameOf(grid_, {0, 2})));
+    EXPECT_EQ("Qty, Row 4", Narrow(NameOf(grid_, {4, 2})));
 }
 
 TEST_F(AccessibleTest, StatesSayWhatAUserMayDoAndSees) {

@@ -217,6 +217,44 @@ TEST_F(PaintTest, RightToLeftGridsAreMirrored) {
     EXPECT_EQ(Drawn("text"), "");
 }
 
+TEST_F(PaintTest, SortedColumnsHaveAnArrowAndAPlace) {
+    // What is drawn in the colour of header texts.
+    const auto inked = [&](const Rect& header) {
+        std::istringstream all(Drawn("fill cell text", header));
+        std::string kept;
+        for (std::string line; std::getline(all, line);) {
+            kept += line.find("&H80000012") != std::string::npos ? line.substr(0, line.find(" &H8")) + "\n" : "";
+        }
+        return kept;
+    };
+    const Rect header{128, 0, 192, 16};
+    const SortMark one[] = {{2, false}};
+    grid_.SetSortMarks(one);
+    EXPECT_EQ(inked(header),
+              "fill (184,6,185,7)\nfill (183,7,186,8)\nfill (182,8,187,9)\nfill (181,9,188,10)\n"
+              "cell \"B\" at 131,1 in (129,1,178,15) 8.25\n");
+    const SortMark two[] = {{1, false}, {2, true}};
+    grid_.SetSortMarks(two);
+    grid_.SetColAlignment(2, GridAlignment::rightCenter);
+    EXPECT_EQ(inked(header),
+              "fill (175,6,182,7)\nfill (176,7,181,8)\nfill (177,8,180,9)\nfill (178,9,179,10)\n"
+              "text \"2\" (183,3,189,13) 6.6\ncell \"B\" at 166,1 in (129,1,172,15) 8.25\n");
+    grid_.SetRightToLeft(true);
+    EXPECT_EQ(inked({8, 0, 72, 16}),
+              "fill (18,6,25,7)\nfill (19,7,24,8)\nfill (20,8,23,9)\nfill (21,9,22,10)\n"
+              "text \"2\" (12,3,18,13) 6.6\ncell \"B\" at 28,1 in (28,1,71,15) 8.25\n");
+    const FixedTextMetrics metrics(Dpi{192, 192});
+    grid_.SetTextMetrics(&metrics);
+    view_.client = {400, 112};
+    EXPECT_EQ(inked({16, 0, 144, 32}),
+              "fill (36,12,51,13)\nfill (37,13,50,14)\nfill (38,14,49,15)\nfill (39,15,48,16)\n"
+              "fill (40,16,47,17)\nfill (41,17,46,18)\nfill (42,18,45,19)\nfill (43,19,44,20)\n"
+              "text \"2\" (24,5,36,26) 6.6\ncell \"B\" at 57,2 in (57,2,142,30) 8.25\n");
+    RecordingSurface surface(Dpi{192, 192});
+    grid_.SetTextMatrix(0, 2, u"eight c.");
+    EXPECT_TRUE(IsCut(grid_, view_, surface, 0, 2)) << "beside the mark";
+}
+
 TEST_F(PaintTest, TextThatDoesNotFitIsCut) {
     RecordingSurface surface;
     EXPECT_FALSE(IsCut(grid_, view_, surface, 2, 1));

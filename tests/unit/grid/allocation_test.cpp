@@ -9,6 +9,7 @@
 #include "controls/grid/cell_edit.h"
 #include "controls/grid/clipboard_text.h"
 #include "controls/grid/column_index.h"
+#include "controls/grid/column_sort.h"
 #include "controls/grid/duplicate_rows.h"
 #include "controls/grid/edit_history.h"
 #include "controls/grid/lifecycle.h"
@@ -65,7 +66,7 @@ std::string Describe(const Scene& scene) {
     return flexgrid::Describe(scene.grid) + "\nedit " + std::to_string(state.editRow) + ',' +
            std::to_string(state.editCol) + (state.changed ? " changed" : "") + (state.editing ? " editing" : "") +
            (state.committing != 0 ? " committing" : "") + (scene.history.CanUndo() ? " undo" : "") +
-           (scene.history.CanRedo() ? " redo" : "");
+           (scene.history.CanRedo() ? " redo" : "") + Narrow(SortColumnsText(scene.grid, scene.grid.SortMarks()));
 }
 
 struct Row {
@@ -82,6 +83,11 @@ void Undo(Scene& scene) { (void)scene.history.Undo(scene.state); }
 void Redo(Scene& scene) { (void)scene.history.Redo(scene.state); }
 void InsertAbove(Scene& scene) { InsertRow(scene.grid, scene.state, scene.history); }
 void DeleteCurrent(Scene& scene) { DeleteRow(scene.grid, scene.state, scene.history); }
+
+void SortByName(Scene& scene) {
+    const SortHelp help{[](TextView text, std::string& key) { key.append(text.begin(), text.end()); }, {}, {}};
+    SortRows(scene.grid, scene.state, scene.history, {{1, true}, {2, false}}, help);
+}
 
 void PasteCells(Scene& scene) { scene.Paste(u"one\ttwo\r\nthree\r\n"); }
 void NumberNothing(Scene& scene) { scene.state.autoRecordNumber = false; }
@@ -112,6 +118,10 @@ const Row rows[] = {
     {"redoing an insertion", Redo, Both<InsertAbove, Undo>},
     {"redoing a deletion", Redo, Both<DeleteCurrent, Undo>},
     {"redoing appended rows with cells", Redo, Both<PasteRows, Undo>},
+    {"sorted rows", SortByName},
+    {"sorted rows where none is numbered", SortByName, NumberNothing},
+    {"undoing a sort", Undo, SortByName},
+    {"redoing a sort", Redo, Both<SortByName, Undo>},
     {"numbering", [](Scene& scene) { Renumber(scene.grid, scene.state); },
      [](Scene& scene) {
          scene.grid.SetRows(30'000);
@@ -163,7 +173,7 @@ TEST(EntryGridAllocations, LeaveTheHistoryWhatItWas) {
         while (scene.history.CanRedo()) Redo(scene);
         return first;
     };
-    for (void (*call)(Scene&) : {InsertAbove, DeleteCurrent, PasteRows})
+    for (void (*call)(Scene&) : {InsertAbove, DeleteCurrent, PasteRows, SortByName})
         ExpectAllOrNothing("with a step before", make, call, takenBack);
 }
 

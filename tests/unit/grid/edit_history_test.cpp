@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <numeric>
 #include <random>
 
 #include "controls/grid/lifecycle.h"
@@ -96,7 +98,15 @@ TEST_F(EditHistoryTest, GoesBackAndForthThroughAnything) {
         } else if (kind < 5) {
             at += history.Redo(state) ? 1 : 0;
         } else {
-            if (kind == 5 && grid.Rows() > 2) {
+            if (kind == 5 && below(2) == 0) {
+                std::vector<std::uint32_t> rows(static_cast<std::size_t>(grid.Rows() - 1));
+                std::iota(rows.begin(), rows.end(), 1U);
+                std::shuffle(rows.begin(), rows.end(), random);
+                const EditHistory::Group group(history);
+                history.OrderRows(1, std::move(rows), {});
+                Renumber(grid, state);
+                edit(1, 1);
+            } else if (kind == 5 && grid.Rows() > 2) {
                 DeleteRow(grid, state, history);
             } else if (kind == 6 && grid.Rows() < 30) {
                 InsertRow(grid, state, history);
