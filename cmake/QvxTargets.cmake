@@ -3,7 +3,7 @@
 # A file's suffix decides its half: these touch the operating system, everything else is portable.
 set(QVX_WINDOWS_SUFFIXES "_(window|control|dialog|object|gdi|win32)\\.cpp$")
 # Whole folders that exist only on Windows.
-set(QVX_WINDOWS_FOLDERS "^(runtime|com|win|kit|server|qvxhost|soak/watch|samples/ado)$")
+set(QVX_WINDOWS_FOLDERS "^(com|win|kit|server|qvxhost|soak/watch|samples/ado)$")
 
 # Window units wait for the user and the system, not for the processor, and are optimised for size; except for these,
 # which do not wait.

@@ -100,7 +100,7 @@ CellRectangle CellRectangle::FillRight(const flexgrid::Grid& grid) {
     }
     filled.grid_ = &grid;
     filled.sourceCol_ = source;
-    filled.same_.resize(static_cast<std::size_t>(target.right - target.left + 1));
+    filled.same_.resize(static_cast<std::size_t>(target.right - target.left) + 1);
     filled.kept_.resize(1);
     return filled;
 }
