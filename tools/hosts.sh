@@ -149,7 +149,7 @@ test_lazarus() {
     "$hosts/Qvx_1_0_TLB.pas" "$hosts/plain/Qvx_1_0_TLB.pas"
   check_host Lazarus "$version" build-lazarus build_pascal tests/hosts/lazarus/host.lpr
   for topic in "${lazarus_topics[@]}"; do
-    run_host Lazarus "$version" "lazarus-$topic" run_windows 60 "$hosts/host.exe" "$topic"
+    run_host Lazarus "$version" "lazarus-$topic" run_windows 120 "$hosts/host.exe" "$topic"
   done
   check_host Lazarus "$version" build-sample build_pascal samples/pascal/stock.lpr -WG
   check_host Lazarus "$version" sample run_host_sample "$hosts/stock.exe" Stock tests/hosts/lazarus/stock.keys
