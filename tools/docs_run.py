@@ -175,9 +175,9 @@ class Script:
         constants = [f'Const {name} = {number}' for _, values in self.library.enums.values() for name, number in values]
         new = [f'Dim new{name}' for name in self.library.creatable]
         made = [f'Set new{name} = CreateObject("Qvx.{name}")' for name in self.library.creatable]
-        # One procedure cannot call all of them, since its code is limited.
-        calls = self.defaults + self.calls
-        parts = [calls[i:i + 300] for i in range(0, len(calls), 300)]
+        # One procedure cannot call all of them, since its code is limited. The three lines of a call stay together: a
+        # new procedure begins without an error.
+        parts = [lines[i:i + 300] for lines in (self.defaults, self.calls) for i in range(0, len(lines), 300)]
         runs = ['\n'.join([f'Sub Run{i}()', '    On Error Resume Next', *(f'    {line}' for line in part if line),
                            'End Sub']) for i, part in enumerate(parts)]
         load = ['Sub Form_Load()', '    frmMembers.Show', *(f'    {line}' for line in made),
