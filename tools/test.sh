@@ -149,6 +149,11 @@ run_demo_test() {
   cmp "$saved.frm" "$saved-again.frm"
 }
 
+# Otherwise, the system's dialogs would open in the folder of the previous script.
+forget_folders() {
+  run_windows 60 reg delete 'HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\ComDlg32' /f >/dev/null 2>&1 || true
+}
+
 # Keys from outside change a copy of a sample form in the designer: tests/design/NAME-*.keys is for samples/NAME.frm,
 # with NAME-*.vbs appended to its script. The saved form must differ from the sample as NAME-*.diff says and in nothing
 # else, and the designer must open it again and save the same bytes.
@@ -159,8 +164,7 @@ run_design_test() {
   saved=$root/build/test/$name
   copy_form "$form" "$saved"
   [[ ! -f tests/design/$name.vbs ]] || cat "tests/design/$name.vbs" >>"${copied_form%.frm}.vbs"
-  # Otherwise, the system's dialogs would open in the folder of the previous script.
-  run_windows 60 reg delete 'HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\ComDlg32' /f >/dev/null 2>&1 || true
+  forget_folders
   run_designer "$copied_form" "$keys" "$saved.png" "$saved.log" '' || return 1
   diff "$form" "$copied_form" >"$saved.diff" || true
   diff "tests/design/$name.diff" "$saved.diff" || return 1
@@ -175,6 +179,7 @@ run_guide_test() {
   rm -rf "$folder"
   mkdir -p "$folder"
   cp samples/purchase.vbs "$folder/"
+  forget_folders
   run_designer '' tests/guide/purchase.keys '' "$folder.log" '' || return 1
   diff samples/purchase.frm "$folder/purchase.frm" || return 1
   order=$(find "$prefix/drive_c" -name order.txt)
