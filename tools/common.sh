@@ -2,6 +2,8 @@
 # shellcheck shell=bash
 
 logs=$root/build/logs
+# What is made once and kept outside the source tree.
+cache_home=${QVX_CACHE:-$([[ $EUID == 0 && -z ${XDG_CACHE_HOME:-} ]] && echo /var/cache || echo "${XDG_CACHE_HOME:-$HOME/.cache}")/qvx}
 
 say() { printf '== %s\n' "$*"; }
 warn() { printf '!! %s\n' "$*" >&2; }
@@ -94,7 +96,7 @@ as_root() {
 can_be_root() { ((EUID == 0)) || { command -v sudo >/dev/null && { [[ -t 0 ]] || sudo -n true 2>/dev/null; }; }; }
 
 qvx_clean() {
-  remove_root32
+  remove_roots
   rm -rf "$root/build"
   say "Removed build/."
 }
