@@ -84,29 +84,37 @@ image_options='HKLM\Software\Microsoft\Windows NT\CurrentVersion\Image File Exec
 
 # The tests that load the component server into a container, under Wine and on a display.
 run_control_tests() {
-  local arch=$1 program report status name
+  local arch=$1 layer=$1${system_suite:+-$system_suite} program report status name
   for program in build/"$arch"/tests/control/*_tests.exe; do
     [[ -f $program ]] || {
-      count "$arch" control_tests 0 1 0
-      warn "$arch: the control tests were not built"
+      count "$layer" control_tests 0 1 0
+      warn "$layer: the control tests were not built"
       continue
     }
     name=$(basename "$program" .exe)
     # Freed memory is overwritten and checked, so that a later use is detected.
-    with_log "$arch-heap" run_windows 60 reg add "$image_options\\$name.exe" /v GlobalFlag /t REG_DWORD /d 0x30 /f || true
-    report=$root/build/test/$arch-$name.xml
+    with_log "$layer-heap" run_windows 60 reg add "$image_options\\$name.exe" /v GlobalFlag /t REG_DWORD /d 0x30 /f || true
+    report=$root/build/test/$layer-$name.xml
     rm -f "$report"
     status=0
-    log_tail=0 with_log "$arch-$name" run_windows 900 "$root/$program" \
+    log_tail=0 with_log "$layer-$name" run_windows 900 "$root/$program" \
       "--gtest_output=xml:$(windows_path "$report")" "--gtest_filter=*$test_name*" 2>/dev/null || status=$?
-    count_gtest "$arch" "$name" "$report" "$status" || show_failures "$logs/$arch-$name.log"
+    count_gtest "$layer" "$name" "$report" "$status" || show_failures "$logs/$layer-$name.log"
   done
 }
 
 test_x64() {
   want "${packages_database[@]}"
   build_for_test x64
-  start_wine_once
+  if [[ -z $system_suite ]]; then
+    start_wine_once
+  elif prepare_system "$system_suite"; then
+    start_system || die "The Windows environment of $system_suite could not be prepared."
+  else
+    warn "THE CONTROL TESTS ON ${system_suite^^} ARE SKIPPED."
+    count "x64-$system_suite" control_tests 0 0 1
+    return 0
+  fi
   run_control_tests x64
 }
 
@@ -286,6 +294,10 @@ qvx_test() {
       [[ ${2:-} =~ ^[1-9][0-9]*$ ]] || die "--runs needs the number of inputs that each fuzzer is to try."
       fuzz_runs=$2
       shift
+    elif [[ $1 == --system ]]; then
+      [[ ${2:-} =~ ^[a-z][a-z0-9.-]*$ ]] || die "--system needs a release that debootstrap knows, such as trixie."
+      system_suite=$2
+      shift
     elif [[ " ${all_layers[*]} " == *" $1 "* ]]; then
       layers+=("$1")
     else
@@ -293,6 +305,10 @@ qvx_test() {
     fi
     shift
   done
+  if [[ -n $system_suite ]]; then
+    ((${#layers[@]})) || layers=(x64)
+    [[ ${layers[*]} == x64 ]] || die "Only the x64 layer runs on another system."
+  fi
   if ((${#layers[@]} == 0)); then
     if [[ -n $test_name ]]; then layers=(native x64); else layers=("${all_layers[@]}"); fi
   fi

@@ -49,6 +49,8 @@ class PushButtonForm : public ::testing::Test {
     void Focus() {
         container_->ActivateUi();
         ASSERT_TRUE(WaitFor([&] { return GetFocus() == window_; }));
+        // The display may hand over its focus later, and a key that goes down before then is released at that moment.
+        Settle();
     }
     size_t Clicks() const { return recorder_->Count(DISPID_CLICK); }
     // Lets everything that was sent arrive.
