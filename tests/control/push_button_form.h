@@ -41,6 +41,7 @@ class PushButtonForm : public ::testing::Test {
     void Activate() {
         // Where the pointer was left by another test it would be over the button.
         MoveMouseTo({2, 2});
+        Settle();
         container_->Activate();
         ASSERT_TRUE(BringToFront(container_->Window()));
         window_ = container_->ControlWindow();
