@@ -28,7 +28,8 @@ long KeptOfThreadsThatEdit(int count) {
             const Container container(HostInMode(true));
             SetFocus(CreateWindowW(L"EDIT", L"", WS_CHILD | WS_VISIBLE, 0, 0, 80, 20, container.Window(), nullptr,
                                    nullptr, nullptr));
-            Pump();
+            // The display hands over its focus in a while.
+            for (int wait = 0; wait < 6; ++wait, Sleep(5)) Pump();
         });
         EXPECT_TRUE(thread.Ends());
     }
