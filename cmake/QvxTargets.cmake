@@ -32,7 +32,8 @@ if(WIN32)
   target_compile_options(qvx_options INTERFACE -Wno-unknown-pragmas -Wno-cast-function-type -Wno-non-virtual-dtor)
   target_link_options(qvx_options INTERFACE -static)
   # The same bytes wherever and whenever a commit is built.
-  add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
+  # The compiler's cache makes paths relative to the folder of the build; so does the second option.
+  add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=. -ffile-prefix-map=${CMAKE_BINARY_DIR}/=)
   add_link_options(LINKER:--no-insert-timestamp,--build-id,--gc-sections)
   # A damaged stack frame ends the process. Only the compiler is given the option: with it, the linker would add the
   # toolchain's version of what every program gets here.

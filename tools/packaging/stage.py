@@ -4,7 +4,7 @@ import shutil
 from pathlib import Path
 
 from product import DOCUMENTS, GENERATED, LINKED, PROGRAMS, ROOT, TOOLS
-from programs import Program, run, strip
+from programs import keep_symbols, strip
 
 
 def stage(build, out, signer):
@@ -15,10 +15,8 @@ def stage(build, out, signer):
         to.mkdir(parents=True)
         for name, place in PROGRAMS.items():
             source = build / arch / place
-            kept = out / "debug" / arch / f"{name}.{Program(source).build_id()}.debug"
-            kept.parent.mkdir(parents=True, exist_ok=True)
-            run(f"{tool}-objcopy", "--only-keep-debug", source, kept)
             strip(tool, source, to / name)
+            keep_symbols(tool, source, to / name, out / "debug" / arch)
             if signer:
                 signer.sign(to / name)
         shutil.copy(ROOT / "server/Qvx.manifest", to)
