@@ -72,7 +72,8 @@ int ImportRows(flexgrid::Grid& grid, ControlState& state, EditHistory& history, 
                                                                  : captionOf(col);
             if (col == CsvRows::noColumn) {
                 events.ImportReport(1, caption, Text(), import_reasons::noColumn);
-            } else if (col < grid.Cols() && RulesOf(grid, state, col).refuses && col >= FirstRecordColumn(state)) {
+            } else if (grid.Rows() > 0 && col < grid.Cols() && RulesOf(grid, state, col).refuses &&
+                       col >= FirstRecordColumn(state)) {
                 events.ImportReport(1, caption, Text(), import_reasons::lockedColumn);
             }
         }

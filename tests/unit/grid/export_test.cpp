@@ -234,6 +234,13 @@ TEST_F(ImportTest, FillsAnEmptyLastRowFirst) {
     AppendRows(grid, state, history, 1);
     EXPECT_EQ(Import(u"Name\nb\nc\n"), 2);
     EXPECT_EQ(flexgrid::Shown(grid), "No,Name,Qty,Item,Key,Locked/1,a,1,Pen,k,x/2,b,,,,/3,c,,,,");
+    state.autoRecordNumber = false;
+    host.listens = true;
+    grid.SetFixedRows(0);
+    grid.SetFixedCols(0);
+    grid.SetRows(0);
+    EXPECT_EQ(Import(u"a,b\n", false), 1) << "there is no caption either";
+    EXPECT_EQ(flexgrid::Shown(grid), "a,b,,,,");
 }
 
 TEST_F(ImportTest, SurvivesAHostThatRemovesWhatItIsNotifiedOf) {
