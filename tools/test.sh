@@ -52,6 +52,13 @@ build_for_test() {
 test_native() {
   build_for_test native
   run_ctest '^unit_' native
+  [[ -n $test_name ]] || test_exports
+}
+
+# Exported files, read by other programs.
+test_exports() {
+  check native bench_export ninja -C build/native bench_export
+  count_checks native exports python3 tools/read_exports.py build/native/bench/bench_export
 }
 
 test_fuzz() {
