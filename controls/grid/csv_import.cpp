@@ -21,6 +21,7 @@ CsvRows::CsvRows(const flexgrid::Grid& grid, TextView text, char16_t separator, 
     if (text.empty()) return;
     if (hasHeader) {
         std::vector<Text> wanted;
+        wanted.reserve(texts_.size());
         for (int col = 0; col < grid.Cols(); ++col) wanted.push_back(grid.Rows() > 0 ? grid.TextArray(col) : Text());
         std::vector<bool> found(wanted.size());
         for (const TextView caption : cells_.Row(0)) {

@@ -59,7 +59,7 @@ Text TextFor(const ColumnRules& rules, int col, TextView given, TextView oldText
 
 // As a text on its way into a cell: the cell keeps its own. It is recognised by its place in memory.
 inline constexpr char16_t keepsCellMark[] = u"";
-inline constexpr TextView keepsCell(keepsCellMark, 0);
+inline constexpr TextView keepsCell = keepsCellMark;
 inline bool KeepsCell(TextView text) { return text.data() == keepsCellMark; }
 
 // A rectangle of texts on its way into the grid. It reads the grid, which must outlive it.

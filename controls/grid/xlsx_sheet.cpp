@@ -88,7 +88,7 @@ std::string StylesPart(TextView dateFormat) {
         "<borders count=\"1\"><border><left/><right/><top/><bottom/><diagonal/></border></borders>"
         "<cellStyleXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/></cellStyleXfs>"
         "<cellXfs count=\"" +
-        Decimal(styleKinds * alignments) + "\">";
+        Decimal(std::int64_t{styleKinds} * alignments) + "\">";
     for (int kind = 0; kind < styleKinds; ++kind) {
         for (const char* alignment : {"", "left", "center", "right"}) {
             part += std::string("<xf numFmtId=\"") + (kind == dateStyle ? "164" : "0") + "\" fontId=\"" +
@@ -181,8 +181,8 @@ class XlsxWriter final : public TableWriter {
             constexpr double twipsForCharacter = 7.0 * 15;
             const double width = std::min(columns_[i].twips / twipsForCharacter, 255.0);
             const std::string number = Decimal(static_cast<std::int64_t>(i) + 1);
-            begin += "<col min=\"" + number + "\" max=\"" + number + "\" width=\"" + EncodeUtf8(FormatFixed(width, 2)) +
-                     "\" customWidth=\"1\"/>";
+            begin.append("<col min=\"").append(number).append("\" max=\"").append(number);
+            begin.append("\" width=\"").append(EncodeUtf8(FormatFixed(width, 2))).append("\" customWidth=\"1\"/>");
         }
         if (!columns_.empty()) begin += "</cols>";
         zip_.Add(begin + "<sheetData>");

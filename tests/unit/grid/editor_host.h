@@ -53,7 +53,8 @@ class EditorHost {
         if (onAfter) onAfter(col, cancel);
     }
     void ImportReport(long line, const Text& column, const Text& text, TextView reason) {
-        importReports += std::to_string(line) + " " + Narrow(column) + " '" + Narrow(text) + "': " + Narrow(reason) + "\n";
+        importReports +=
+            std::to_string(line) + " " + Narrow(column) + " '" + Narrow(text) + "': " + Narrow(reason) + "\n";
     }
     void OnError(int number, TextView description, bool& response) {
         Note("error ", number, " ", description, response ? " flag" : "");
