@@ -3,7 +3,7 @@
 # A file's suffix decides its half: these touch the operating system, everything else is portable.
 set(QVX_WINDOWS_SUFFIXES "_(window|control|dialog|object|gdi|win32)\\.cpp$")
 # Whole folders that exist only on Windows.
-set(QVX_WINDOWS_FOLDERS "^(runtime|com|win|kit|server|qvxhost|soak/watch|samples/ado)$")
+set(QVX_WINDOWS_FOLDERS "^(com|win|kit|server|qvxhost|soak/watch|samples/ado)$")
 
 # Window units wait for the user and the system, not for the processor, and are optimised for size; except for these,
 # which do not wait.
@@ -32,7 +32,8 @@ if(WIN32)
   target_compile_options(qvx_options INTERFACE -Wno-unknown-pragmas -Wno-cast-function-type -Wno-non-virtual-dtor)
   target_link_options(qvx_options INTERFACE -static)
   # The same bytes wherever and whenever a commit is built.
-  add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
+  # The compiler's cache makes paths relative to the folder of the build; so does the second option.
+  add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=. -ffile-prefix-map=${CMAKE_BINARY_DIR}/=)
   add_link_options(LINKER:--no-insert-timestamp,--build-id,--gc-sections)
   # A damaged stack frame ends the process. Only the compiler is given the option: with it, the linker would add the
   # toolchain's version of what every program gets here.
@@ -42,6 +43,9 @@ if(WIN32)
   target_compile_options(qvx_stack_guard PRIVATE -fno-stack-protector)
   link_libraries(qvx_stack_guard)
 endif()
+
+# Line numbers for the symbols that are kept apart; without the compiler's options, which depend on its cache.
+set(QVX_LINE_NUMBERS -g1 -gno-record-gcc-switches)
 
 option(QVX_UNITY "Compile the sources of a component some at a time, which builds faster than each by itself" ON)
 
@@ -82,7 +86,7 @@ function(qvx_system_headers)
   file(CONFIGURE OUTPUT ${empty} CONTENT "" @ONLY)
   add_library(qvx_system_headers OBJECT ${empty})
   target_link_libraries(qvx_system_headers PRIVATE qvx_options)
-  target_compile_options(qvx_system_headers PRIVATE -Os -g1)
+  target_compile_options(qvx_system_headers PRIVATE -Os ${QVX_LINE_NUMBERS})
   target_precompile_headers(qvx_system_headers PRIVATE
     <windows.h> <olectl.h> <ocidl.h> <oleauto.h> <commctrl.h>
     <algorithm> <array> <cmath> <cstdint> <functional> <map> <memory> <optional> <set> <span> <string> <string_view>
@@ -115,8 +119,7 @@ function(qvx_component name folder)
   if(NOT rules)
     set(scope INTERFACE)
   elseif(WIN32)
-    # Line numbers, which go to the symbols that are kept apart.
-    target_compile_options(${name}_rules PRIVATE -g1)
+    target_compile_options(${name}_rules PRIVATE ${QVX_LINE_NUMBERS})
   endif()
   target_link_libraries(${name}_rules ${scope} qvx_options)
   foreach(dependency IN LISTS ARG_RULES)
@@ -128,11 +131,23 @@ function(qvx_component name folder)
     target_link_libraries(${name}_windows PUBLIC qvx_options ${name}_rules qvx_typelib)
     # The precompiled headers are only for sources that are optimised the same way.
     if(NOT name IN_LIST QVX_BUSY_COMPONENTS)
-      target_compile_options(${name}_windows PRIVATE -Os -g1)
+      target_compile_options(${name}_windows PRIVATE -Os ${QVX_LINE_NUMBERS})
       qvx_system_headers()
       target_precompile_headers(${name}_windows REUSE_FROM qvx_system_headers)
     endif()
   endif()
+endfunction()
+
+# qvx_alone(<target>) completes a sample program that contains controls without registration: the library is copied
+# beside it, again when it has changed.
+function(qvx_alone target)
+  target_link_options(${target} PRIVATE -municode -static)
+  target_link_libraries(${target} PRIVATE qvx_typelib qvx_identifiers ole32 oleaut32 uuid)
+  add_dependencies(${target} qvx_server)
+  set(files $<TARGET_FILE:qvx_server> ${PROJECT_SOURCE_DIR}/server/Qvx.manifest)
+  set_target_properties(${target} PROPERTIES LINK_DEPENDS "${files}")
+  add_custom_command(TARGET ${target} POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different ${files} $<TARGET_FILE_DIR:${target}>)
 endfunction()
 
 # qvx_gtest(<target> <sources>...): creates a GoogleTest executable; GoogleTest itself is built from the distribution's

@@ -96,7 +96,7 @@ as_root() {
 can_be_root() { ((EUID == 0)) || { command -v sudo >/dev/null && { [[ -t 0 ]] || sudo -n true 2>/dev/null; }; }; }
 
 qvx_clean() {
-  remove_root32
+  remove_roots
   rm -rf "$root/build" "$cache_home"/lazarus-*
   say "Removed build/."
 }

@@ -22,25 +22,32 @@ check() {
   fi
 }
 
-# count_checks LAYER NAME COMMAND...: counts the lines that begin with "ok", "FAILED" or "skipped" in the command's
-# output, a check each. A command that fails without a failed check, or checks nothing, counts as a failed one.
+# tally LOG: leaves how many checks a program printed, one on a line, in the caller's passed, failed and skipped.
+# shellcheck disable=SC2034
+tally() {
+  read -r passed failed skipped < <(tr -d '\r' <"$1" |
+    awk '/^ok / { p++ } /^FAILED / { f++ } /^skipped / { s++ } END { print p + 0, f + 0, s + 0 }')
+}
+
+# count_checks LAYER NAME COMMAND...: counts the checks that the command prints. One that fails without a failed check,
+# or checks nothing, counts as a failed one.
 count_checks() {
   local layer=$1 name=$2 log=$logs/$1-$2.log status=0 passed failed skipped
   shift 2
   log_tail=0 with_log "$layer-$name" "$@" 2>/dev/null || status=$?
-  passed=$(grep -c '^ok ' "$log" || true)
-  failed=$(grep -c '^FAILED' "$log" || true)
-  skipped=$(grep -c '^skipped ' "$log" || true)
+  tally "$log"
   if ((failed == 0 && (status != 0 || passed + skipped == 0))); then
     failed=1
     tail -n 20 "$log" >&2
   fi
   count "$layer" "$name" "$passed" "$failed" "$skipped"
-  say "$layer: $name: $passed passed, $failed failed$( ((skipped == 0)) || echo ", $skipped skipped")"
-  if ((failed > 0)); then
-    grep '^FAILED' "$log" >&2 || true
-    warn "The whole log: ${log#"$root"/}"
-  fi
+  say_checks "$layer" "$name"
+}
+
+# say_checks LAYER NAME: says what the caller has counted, and which checks failed or were skipped.
+say_checks() {
+  say "$1: $2: $passed passed, $failed failed$( ((skipped == 0)) || echo ", $skipped skipped")"
+  grep -a -E '^(FAILED|skipped) ' "$log" >&2 || true
 }
 
 xml_attribute() { sed -n "/<testsuites /{s/.* $1=\"\([0-9]*\)\".*/\1/p;q}" "$2"; }

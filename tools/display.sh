@@ -1,6 +1,8 @@
 # The display for windows: the current one, or a virtual one that lives as long as this script.
 # shellcheck shell=bash
 
+virtual_screen=1280x1024
+
 display_is_reachable() { [[ -n ${DISPLAY:-} ]] && timeout 5 xdpyinfo >/dev/null 2>&1; }
 
 has_window_manager() {
@@ -26,7 +28,7 @@ start_virtual_display() {
   number_file=$(mktemp)
   # The server looks for a free display itself and writes its number. It must not reset when its last client leaves: a
   # client that connects at that moment, such as the window manager after a probe, would be rejected.
-  start_group Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$number_file" >"$log" 2>&1
+  start_group Xvfb -displayfd 3 -screen 0 "${virtual_screen}x24" -nolisten tcp -noreset 3>"$number_file" >"$log" 2>&1
   for ((i = 0; i < 100; i++)); do
     [[ -s $number_file ]] && break
     sleep 0.1

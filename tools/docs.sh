@@ -12,7 +12,7 @@ make_docs() {
 observe_members() {
   local folder=$root/build/docs-run
   rm -rf "$folder" "$1"
-  python3 -B tools/docs_members.py script "$folder" || return 1
+  python3 -B tools/docs_run.py script "$folder" || return 1
   register_server "$ocx" || return 1
   run_windows 300 "$host_program" "$(windows_path "$folder/members.frm")" "$(windows_path "$folder/members.vbs")" \
     --quiet --log "$(windows_path "$1")"
@@ -25,7 +25,7 @@ write_observed() {
   start_wine
   use_display virtual
   with_log docs-run observe_members "$log" || die "The examples could not be run."
-  python3 -B tools/docs_members.py observed "$log" >docs/observed.txt || die "An example has failed."
+  python3 -B tools/docs_run.py observed "$log" >docs/observed.txt || die "An example has failed."
   say "Wrote docs/observed.txt"
 }
 
@@ -51,7 +51,7 @@ test_docs_made() {
 test_docs_observed() {
   local log=$root/build/test/docs-members.log
   observe_members "$log" || return 1
-  python3 -B tools/docs_members.py observed "$log" >"$log.observed" || return 1
+  python3 -B tools/docs_run.py observed "$log" >"$log.observed" || return 1
   diff docs/observed.txt "$log.observed" || { echo "Run ./qvx docs --observe."; return 1; }
 }
 

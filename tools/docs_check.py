@@ -80,7 +80,8 @@ def link_problems(site):
 
 # What is wrong with the sources, by a piece of text in docs/members.txt and what replaces it.
 SOURCE_FAULTS = (('\nAutoTab\n', '\nAutomaticTab\n'), ('[Button cmdSave]', '[Knob cmdSave]'),
-                 ('+ @.OuterBorder = &H602000\n', ''), ('+ @.DropDown = True', '@.DropDown = True'))
+                 ('+ @.OuterBorder = &H602000\n', ''), ('+ @.DropDown = True', '@.DropDown = True'),
+                 ('!! 521 Can', '!! 521 Could'))
 # The same of the site's combogrid.html.
 SITE_FAULTS = (('href="#AddItem"', 'href="#AddItems"'), ('id="AddItem"', 'id="Bind"'), ('href="docs.css"', 'href="doc.css"'),
                ('src="search.js"', 'src="https://example.org/search.js"'), ('<h1', '<h2'))

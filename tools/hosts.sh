@@ -18,15 +18,13 @@ record_host() {
 # stopped in the middle has one failed check more.
 count_host() {
   local host=$1 version=$2 arch=$3 name=$4 log=$5 status=$6 passed failed skipped
-  read -r passed failed skipped < <(tr -d '\r' <"$log" |
-    awk '/^ok / { p++ } /^FAILED / { f++ } /^skipped / { s++ } END { print p + 0, f + 0, s + 0 }')
+  tally "$log"
   if ((status != 0 || passed + failed + skipped == 0)) || ! tr -d '\r' <"$log" | grep -qx 'done'; then
     failed=$((failed + 1))
     warn "hosts: $name ended before its last check (exit status $status); the whole log: ${log#"$root"/}"
   fi
   record_host "$host" "$version" "$arch" "$name" "$passed" "$failed" "$skipped"
-  say "hosts: $name: $passed passed, $failed failed$( ((skipped == 0)) || echo ", $skipped skipped")"
-  grep -a -E '^(FAILED|skipped) ' "$log" >&2 || true
+  say_checks hosts "$name"
 }
 
 # run_host HOST VERSION NAME COMMAND...: runs the command and counts what it prints.
@@ -149,7 +147,7 @@ test_lazarus() {
     "$hosts/Qvx_1_0_TLB.pas" "$hosts/plain/Qvx_1_0_TLB.pas"
   check_host Lazarus "$version" build-lazarus build_pascal tests/hosts/lazarus/host.lpr
   for topic in "${lazarus_topics[@]}"; do
-    run_host Lazarus "$version" "lazarus-$topic" run_windows 60 "$hosts/host.exe" "$topic"
+    run_host Lazarus "$version" "lazarus-$topic" run_windows 120 "$hosts/host.exe" "$topic"
   done
   check_host Lazarus "$version" build-sample build_pascal samples/pascal/stock.lpr -WG
   check_host Lazarus "$version" sample run_host_sample "$hosts/stock.exe" Stock tests/hosts/lazarus/stock.keys

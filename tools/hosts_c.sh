@@ -75,7 +75,7 @@ test_sample() (
   enter_environment "$arch" "$hosts/$name"
   use_display virtual
   drive_sample "drive_$sample" "$program" "$folder" >"$log" 2>&1
-  count_host "${program%.exe} (samples/$sample)" 1 "$arch" "$name" "$log" 0
+  count_host "${program%.exe} (samples/$sample)" - "$arch" "$name" "$log" 0
 )
 
 test_samples() {

@@ -18,6 +18,8 @@ INCLUDE = re.compile(r'^\s*#\s*include\s+(?:"([^"]+)"|<([^>]+)>)', re.M)
 PORTABLE_HEADERS = {"emmintrin.h", "zlib.h"}
 # The output of the type library's compiler.
 GENERATED_HEADER = "Qvx.h"
+# These are no components and use none: what every program gets, and programs as users write them.
+ALONE = {"runtime", "samples/cpp"}
 ROW = re.compile(r"^\| `([\w/]+)/` \|(.*)\|([^|]*)\|$")
 
 
@@ -52,7 +54,11 @@ def folder_faults(every):
     declared = {component.folder for component in every}
     for path in sorted(ROOT.rglob("*.cpp")):
         folder = path.parent.relative_to(ROOT)
-        if folder.parts[0] not in ("build", "tests", "fuzz", "bench") and str(folder) not in declared:
+        if str(folder) in ALONE:
+            for own, _ in INCLUDE.findall(path.read_text()):
+                if own and own != GENERATED_HEADER and not (path.parent / own).exists():
+                    yield f"{path.relative_to(ROOT)}: {folder}/ uses no component and cannot include {own}"
+        elif folder.parts[0] not in ("build", "tests", "fuzz", "bench") and str(folder) not in declared:
             yield f"{path.relative_to(ROOT)}: CMakeLists.txt declares no component for {folder}/"
 
 

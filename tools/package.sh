@@ -49,8 +49,9 @@ qvx_package() {
 }
 
 # Another folder, another time, and no compiler's cache give the same bytes.
-test_package_again() {
+test_package_again() (
   local folder
+  watch_exit
   folder=$(mktemp -d)
   at_exit "rm -rf '$folder'"
   tar -c --exclude=./build --exclude=./.git . | tar -x -C "$folder" || return 1
@@ -63,7 +64,7 @@ test_package_again() {
   for setup in "$package"/Qvx-*-setup*.exe; do
     cmp "$setup" "$folder/setups/$(basename "$setup")" || return 1
   done
-}
+)
 
 # With a certificate of its own that is thrown away, all programs are signed. makensis signs the uninstaller, and ends
 # when that fails.

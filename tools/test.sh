@@ -52,6 +52,13 @@ build_for_test() {
 test_native() {
   build_for_test native
   run_ctest '^unit_' native
+  [[ -n $test_name ]] || test_exports
+}
+
+# Exported files, read by other programs.
+test_exports() {
+  check native bench_export ninja -C build/native bench_export
+  count_checks native exports python3 tools/read_exports.py build/native/bench/bench_export
 }
 
 test_fuzz() {
@@ -84,29 +91,37 @@ image_options='HKLM\Software\Microsoft\Windows NT\CurrentVersion\Image File Exec
 
 # The tests that load the component server into a container, under Wine and on a display.
 run_control_tests() {
-  local arch=$1 program report status name
+  local arch=$1 layer=$1${system_suite:+-$system_suite} program report status name
   for program in build/"$arch"/tests/control/*_tests.exe; do
     [[ -f $program ]] || {
-      count "$arch" control_tests 0 1 0
-      warn "$arch: the control tests were not built"
+      count "$layer" control_tests 0 1 0
+      warn "$layer: the control tests were not built"
       continue
     }
     name=$(basename "$program" .exe)
     # Freed memory is overwritten and checked, so that a later use is detected.
-    with_log "$arch-heap" run_windows 60 reg add "$image_options\\$name.exe" /v GlobalFlag /t REG_DWORD /d 0x30 /f || true
-    report=$root/build/test/$arch-$name.xml
+    with_log "$layer-heap" run_windows 60 reg add "$image_options\\$name.exe" /v GlobalFlag /t REG_DWORD /d 0x30 /f || true
+    report=$root/build/test/$layer-$name.xml
     rm -f "$report"
     status=0
-    log_tail=0 with_log "$arch-$name" run_windows 900 "$root/$program" \
+    log_tail=0 with_log "$layer-$name" run_windows 900 "$root/$program" \
       "--gtest_output=xml:$(windows_path "$report")" "--gtest_filter=*$test_name*" 2>/dev/null || status=$?
-    count_gtest "$arch" "$name" "$report" "$status" || show_failures "$logs/$arch-$name.log"
+    count_gtest "$layer" "$name" "$report" "$status" || show_failures "$logs/$layer-$name.log"
   done
 }
 
 test_x64() {
   want "${packages_database[@]}"
   build_for_test x64
-  start_wine_once
+  if [[ -z $system_suite ]]; then
+    start_wine_once
+  elif prepare_system "$system_suite"; then
+    start_system || die "The Windows environment of $system_suite could not be prepared."
+  else
+    warn "THE CONTROL TESTS ON ${system_suite^^} ARE SKIPPED."
+    count "x64-$system_suite" control_tests 0 0 1
+    return 0
+  fi
   run_control_tests x64
 }
 
@@ -149,6 +164,11 @@ run_demo_test() {
   cmp "$saved.frm" "$saved-again.frm"
 }
 
+# Otherwise, the system's dialogs would open in the folder of the previous script.
+forget_folders() {
+  run_windows 60 reg delete 'HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\ComDlg32' /f >/dev/null 2>&1 || true
+}
+
 # Keys from outside change a copy of a sample form in the designer: tests/design/NAME-*.keys is for samples/NAME.frm,
 # with NAME-*.vbs appended to its script. The saved form must differ from the sample as NAME-*.diff says and in nothing
 # else, and the designer must open it again and save the same bytes.
@@ -159,8 +179,7 @@ run_design_test() {
   saved=$root/build/test/$name
   copy_form "$form" "$saved"
   [[ ! -f tests/design/$name.vbs ]] || cat "tests/design/$name.vbs" >>"${copied_form%.frm}.vbs"
-  # Otherwise, the system's dialogs would open in the folder of the previous script.
-  run_windows 60 reg delete 'HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\ComDlg32' /f >/dev/null 2>&1 || true
+  forget_folders
   run_designer "$copied_form" "$keys" "$saved.png" "$saved.log" '' || return 1
   diff "$form" "$copied_form" >"$saved.diff" || true
   diff "tests/design/$name.diff" "$saved.diff" || return 1
@@ -175,6 +194,7 @@ run_guide_test() {
   rm -rf "$folder"
   mkdir -p "$folder"
   cp samples/purchase.vbs "$folder/"
+  forget_folders
   run_designer '' tests/guide/purchase.keys '' "$folder.log" '' || return 1
   diff samples/purchase.frm "$folder/purchase.frm" || return 1
   order=$(find "$prefix/drive_c" -name order.txt)
@@ -281,6 +301,10 @@ qvx_test() {
       [[ ${2:-} =~ ^[1-9][0-9]*$ ]] || die "--runs needs the number of inputs that each fuzzer is to try."
       fuzz_runs=$2
       shift
+    elif [[ $1 == --system ]]; then
+      [[ ${2:-} =~ ^[a-z][a-z0-9.-]*$ ]] || die "--system needs a release that debootstrap knows, such as trixie."
+      system_suite=$2
+      shift
     elif [[ " ${all_layers[*]} " == *" $1 "* ]]; then
       layers+=("$1")
     else
@@ -288,6 +312,10 @@ qvx_test() {
     fi
     shift
   done
+  if [[ -n $system_suite ]]; then
+    ((${#layers[@]})) || layers=(x64)
+    [[ ${layers[*]} == x64 ]] || die "Only the x64 layer runs on another system."
+  fi
   if ((${#layers[@]} == 0)); then
     if [[ -n $test_name ]]; then layers=(native x64); else layers=("${all_layers[@]}"); fi
   fi

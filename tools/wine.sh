@@ -71,10 +71,12 @@ start_wine() {
 }
 
 # run_windows SECONDS PROGRAM ARGUMENT...: runs the program in this run's prefix, on either architecture (see root32.sh
-# for x86).
+# for x86) and on the system that was chosen (system.sh).
 run_windows() {
   if [[ $wine_arch == x86 ]]; then
     run_in_root32 "$@"
+  elif [[ -n $system_prefix ]]; then
+    run_in_system "$@"
   else
     local limit=$1
     shift

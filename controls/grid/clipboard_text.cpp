@@ -1,15 +1,13 @@
 #include "controls/grid/clipboard_text.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace qvx::grid {
 namespace {
 
 constexpr char16_t quote = u'"';
-
-// The first comparison decides for nearly all characters.
-constexpr auto endsCell = [](char16_t c) { return c <= u'\r' && (c == u'\t' || c == u'\r' || c == u'\n'); };
 
 // Returns where the next row begins, after one that ends at `at`.
 std::size_t BehindRow(TextView text, std::size_t at) {
@@ -21,19 +19,24 @@ std::size_t BehindRow(TextView text, std::size_t at) {
 
 // ---- Writing -------------------------------------------------------------------------------------------------------
 
+void AppendCell(Text& to, TextView cell, char16_t separator) {
+    const char16_t special[] = {separator, u'\r', u'\n', quote};
+    if (cell.find_first_of(TextView(special, std::size(special))) == TextView::npos) {
+        to += cell;
+        return;
+    }
+    to += quote;
+    for (const char16_t c : cell) {
+        if (c == quote) to += quote;
+        to += c;
+    }
+    to += quote;
+}
+
 void ClipboardWriter::AddCell(TextView text) {
     if (std::exchange(rowBegun_, true)) text_ += u'\t';
     ++cells_;
-    if (text.find_first_of(u"\t\r\n\"") == TextView::npos) {
-        text_ += text;
-        return;
-    }
-    text_ += quote;
-    for (const char16_t c : text) {
-        if (c == quote) text_ += quote;
-        text_ += c;
-    }
-    text_ += quote;
+    AppendCell(text_, text, u'\t');
 }
 
 void ClipboardWriter::EndRow() {
@@ -48,7 +51,7 @@ Text ClipboardWriter::Take() {
 
 // ---- Reading -------------------------------------------------------------------------------------------------------
 
-ClipboardCells::ClipboardCells(TextView text) : text_(text) {
+ClipboardCells::ClipboardCells(TextView text, char16_t separator) : text_(text), separator_(separator) {
     std::size_t at = 0;
     do {
         starts_.push_back(at);
@@ -56,11 +59,11 @@ ClipboardCells::ClipboardCells(TextView text) : text_(text) {
         std::size_t cells = 1;
         std::size_t end = at;
         bool quoted = false;
-        for (char16_t before = u'\t'; end < text.size(); before = text[end++]) {
+        for (char16_t before = separator; end < text.size(); before = text[end++]) {
             const char16_t c = text[end];
-            quoted = c == quote && before == u'\t';
-            if (quoted || (endsCell(c) && c != u'\t')) break;
-            cells += c == u'\t' ? 1 : 0;
+            quoted = c == quote && before == separator;
+            if (quoted || (EndsCell(c) && c != separator)) break;
+            cells += c == separator ? 1 : 0;
         }
         if (quoted) {
             at = TakeRow(at);
@@ -77,14 +80,14 @@ std::size_t ClipboardCells::TakeRow(std::size_t at) const {
     cells_.clear();
     if (!unquoted_.empty()) unquoted_.clear();
     cells_.push_back(TakeCell(at));
-    while (at < text_.size() && text_[at] == u'\t') cells_.push_back(TakeCell(++at));
+    while (at < text_.size() && text_[at] == separator_) cells_.push_back(TakeCell(++at));
     return BehindRow(text_, at);
 }
 
 TextView ClipboardCells::TakeCell(std::size_t& at) const {
     if (TextView cell; at < text_.size() && text_[at] == quote && TakeQuoted(at, cell)) return cell;
     const TextView rest = text_.substr(at);
-    const auto end = std::find_if(rest.begin(), rest.end(), endsCell);
+    const auto end = std::find_if(rest.begin(), rest.end(), [this](char16_t c) { return EndsCell(c); });
     at += static_cast<std::size_t>(end - rest.begin());
     return {rest.begin(), end};
 }
@@ -101,7 +104,7 @@ bool ClipboardCells::TakeQuoted(std::size_t& at, TextView& cell) const {
         if (end + 1 >= text_.size() || text_[end + 1] != quote) break;
         doubled = true;
     }
-    if (end + 1 < text_.size() && !endsCell(text_[end + 1])) return false;
+    if (end + 1 < text_.size() && !EndsCell(text_[end + 1])) return false;
     at = end + 1;
     cell = text_.substr(begin, end - begin);
     if (!doubled) return true;

@@ -1,5 +1,6 @@
-// Rectangles of cells as tab-separated text, the form in which spreadsheets exchange them: a tab between cells, a line
-// end after a row. A cell that contains a tab, a line end or a quote is put into quotes, with its own quotes doubled.
+// Rectangles of cells as separated text: a separator between cells, a line end after a row. A cell that contains the
+// separator, a line end or a quote is put into quotes, with its own quotes doubled. With tabs, this is the form in
+// which spreadsheets exchange cells through the clipboard; with commas, that of CSV files.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +12,11 @@
 
 namespace qvx::grid {
 
-// Writes such a text, row by row. Every row ends with CR LF; a single cell does not, so that it can be pasted anywhere.
+// Appends a cell, in quotes where it needs them.
+void AppendCell(Text& to, TextView cell, char16_t separator);
+
+// Writes the clipboard's text, row by row. Every row ends with CR LF; a single cell does not, so that it can be pasted
+// anywhere.
 class ClipboardWriter {
   public:
     void AddCell(TextView text);
@@ -32,7 +37,7 @@ class ClipboardWriter {
 class ClipboardCells {
   public:
     // The cells are views of the text, which must outlive them.
-    explicit ClipboardCells(TextView text);
+    explicit ClipboardCells(TextView text, char16_t separator = u'\t');
     ClipboardCells(const ClipboardCells&) = delete;
     ClipboardCells& operator=(const ClipboardCells&) = delete;
 
@@ -43,6 +48,8 @@ class ClipboardCells {
         TakeRow(starts_[row]);
         return cells_;
     }
+    // Returns the part of the text before the row.
+    TextView Before(std::size_t row) const { return text_.substr(0, starts_[row]); }
     // Returns the number of cells of the longest row.
     std::size_t Cols() const { return cols_; }
 
@@ -52,7 +59,10 @@ class ClipboardCells {
     // Takes a cell that begins with a quote; false when the quote is not special.
     bool TakeQuoted(std::size_t& at, TextView& cell) const;
 
+    bool EndsCell(char16_t c) const { return c == separator_ || c == u'\r' || c == u'\n'; }
+
     TextView text_;
+    char16_t separator_;
     std::vector<std::size_t> starts_;  // of the rows
     std::size_t cols_ = 0;
     mutable std::vector<TextView> cells_;  // of the row that was read last

@@ -246,6 +246,14 @@ void ComboGridControl::BindProgress(long loaded, long total, bool& cancel) {
     Fire(u"BindProgress", EventArguments().In(loaded).In(total).InOut(cancel));
 }
 
+void ComboGridControl::ExportProgress(long done, long total, bool& cancel) {
+    Fire(u"ExportProgress", EventArguments().In(done).In(total).InOut(cancel));
+}
+
+void ComboGridControl::ImportReport(long line, const Text& column, const Text& text, TextView reason) {
+    Fire(u"ImportReport", EventArguments().In(line).In(column).In(text).In(Text(reason)));
+}
+
 void ComboGridControl::ReportError(int number, TextView description) {
     const DialogScope dialog(*this);
     ShowErrorReport(WindowHandle(), number, description);

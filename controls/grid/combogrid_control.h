@@ -83,6 +83,10 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP get_SortedBy(BSTR* result) override {
         return Give(result, [&] { return entry_.SortedBy(); });
     }
+    // Files
+    STDMETHODIMP ExportFile(BSTR fileName, BSTR format, BSTR separator, BSTR encoding,
+                            VARIANT_BOOL selectedOnly) override;
+    STDMETHODIMP ImportCsv(BSTR fileName, BSTR separator, BSTR encoding, VARIANT_BOOL hasHeader, long* result) override;
     // The inner grid's members
     QVX_INDEXED_PROPERTY(BSTR, TextArray, flexgrid::Grid)
     STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override {
@@ -180,6 +184,8 @@ class ComboGridControl final : public Control<_ComboGrid>,
     void BeforeSort(const Text& columns, bool& cancel) override;
     void Sorted(const Text& columns) override;
     void BindProgress(long loaded, long total, bool& cancel) override;
+    void ExportProgress(long done, long total, bool& cancel) override;
+    void ImportReport(long line, const Text& column, const Text& text, TextView reason) override;
     void ReportError(int number, TextView description) override;
     bool Say(TextView prompt, const dialogs::MessageKind& kind) override;
     void FocusMovesTo(HWND moving) override { ControlBase::FocusMovesTo(moving); }

@@ -20,20 +20,20 @@ class Hidden {
     HWND window_;
 };
 
-// Paints the thread's windows without processing input. The limit is for a window that never validates its area.
-void AnswerPaints() {
+long ToLong(std::int64_t number) {
+    return static_cast<long>(std::min<std::int64_t>(number, std::numeric_limits<long>::max()));
+}
+
+}  // namespace
+
+// The limit is for a window that never validates its area.
+void EntryGrid::AnswerPaints() {
     constexpr int most = 64;
     QueuedMessages queue;
     MSG message;
     for (int i = 0; i < most && queue.Take(message, nullptr, WM_PAINT, WM_PAINT, PM_QS_PAINT); ++i)
         DispatchMessageW(&message);
 }
-
-long ToLong(std::int64_t number) {
-    return static_cast<long>(std::min<std::int64_t>(number, std::numeric_limits<long>::max()));
-}
-
-}  // namespace
 
 // Event handlers, and the records themselves, may call Bind with another set of records. That one is completely loaded
 // by then, and this call has nothing left to do.

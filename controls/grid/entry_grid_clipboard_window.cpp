@@ -63,13 +63,16 @@ void EntryGrid::Paste() {
     WriteCells(CellRectangle(Model(), cells));
 }
 
+CellSources EntryGrid::SourcesForCells() const {
+    return {SystemDateSettings(), [this](int col) {
+                const ComboWindow* combo = frame_ ? frame_->Find(col) : nullptr;
+                if (!combo) return ListState{0, {}, -1, 0};
+                return ListState{combo->ListCount(), [combo](int index) { return combo->List(index); }, -1, 0};
+            }};
+}
+
 void EntryGrid::WriteCells(const CellRectangle& rectangle) {
-    const CellSources sources{
-        SystemDateSettings(), [this](int col) {
-            const ComboWindow* combo = frame_ ? frame_->Find(col) : nullptr;
-            if (!combo) return ListState{0, {}, -1, 0};
-            return ListState{combo->ListCount(), [combo](int index) { return combo->List(index); }, -1, 0};
-        }};
+    const CellSources sources = SourcesForCells();
     ChangeRows([&] { CellWriter<EntryGridEvents>(Model(), state_, history_, events_, sources).Write(rectangle); });
 }
 

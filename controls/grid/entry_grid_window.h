@@ -21,6 +21,7 @@
 #include "controls/grid/paste.h"
 #include "controls/grid/projection.h"
 #include "controls/grid/tab_way.h"
+#include "controls/grid/table_export.h"
 #include "dialogs/messages.h"
 #include "widgets/flexgrid/flexgrid_object.h"
 #include "widgets/flexgrid/flexgrid_window.h"
@@ -42,11 +43,15 @@ class EntryGridEvents : public flexgrid::GridEventSource {
     virtual bool Listens() = 0;
     // Whether events may be raised now, including the inner grid's own.
     virtual bool RaisesEvents() = 0;
-    // Reports the number of loaded records and their total (-1: not known).
     // The user is about to sort by these columns, or has done so.
     virtual void BeforeSort(const Text& columns, bool& cancel) = 0;
     virtual void Sorted(const Text& columns) = 0;
+    // Reports the number of loaded records and their total (-1: not known).
     virtual void BindProgress(long loaded, long total, bool& cancel) = 0;
+    // Reports the number of written rows and their total.
+    virtual void ExportProgress(long done, long total, bool& cancel) = 0;
+    // Reports what an import could not take as it was.
+    virtual void ImportReport(long line, const Text& column, const Text& text, TextView reason) = 0;
     // Shows an error to the user.
     virtual void ReportError(int number, TextView description) = 0;
     // Shows a message to the user, titled with the form's caption; true for OK and Yes.
@@ -127,6 +132,12 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void Sort(TextView columns);
     Text SortedBy() { return SortColumnsText(Model(), Model().SortMarks()); }
 
+    // Writes the cells that are shown, or the selected ones among them, into a file. The options' code page and date
+    // settings are the system's. An error and a cancelled export leave an existing file as it was.
+    void Export(const Text& fileName, ExportOptions options, bool selectedOnly);
+    // Adds the rows of a CSV file and returns their number.
+    int Import(const Text& fileName, char16_t separator, TextView encoding, bool hasHeader);
+
     // Whether a key message that a host is about to use is meant for the grid. A Tab that leaves the grid is not.
     bool WantsKey(const MSG& message);
 
@@ -203,6 +214,9 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     // Returns false when the user has ended it.
     bool SortBy(const SortColumns& columns);
     void WriteCells(const CellRectangle& rectangle);
+    CellSources SourcesForCells() const;
+    // Paints the thread's windows without processing input.
+    static void AnswerPaints();
     // Executes a change whose rows the history keeps: without the current cell's highlight, which would be restored
     // with them.
     template <class Change>

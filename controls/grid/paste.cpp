@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "common/surrogates.h"
 #include "controls/grid/column_lists.h"
@@ -100,12 +101,20 @@ CellRectangle CellRectangle::FillRight(const flexgrid::Grid& grid) {
     }
     filled.grid_ = &grid;
     filled.sourceCol_ = source;
-    filled.same_.resize(static_cast<std::size_t>(target.right - target.left + 1));
+    filled.same_.resize(static_cast<std::size_t>(target.right - target.left) + 1);
     filled.kept_.resize(1);
     return filled;
 }
 
+CellRectangle CellRectangle::ForNewRows(const flexgrid::CellRange& target, TextsOf textsOf) {
+    CellRectangle rows;
+    rows.target_ = target;
+    rows.textsOf_ = std::move(textsOf);
+    return rows;
+}
+
 std::span<const TextView> CellRectangle::Row(int row) const {
+    if (textsOf_) return textsOf_(row);
     if (sourceCol_ != none) {
         if (sourceCol_ >= grid_->Cols()) return {};  // a handler has removed the column
         kept_.front() = grid_->TextMatrix(row, sourceCol_);

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "common/dates.h"
@@ -56,6 +57,11 @@ ColumnRules RulesOf(const flexgrid::Grid& grid, const ControlState& state, int c
 Text TextFor(const ColumnRules& rules, int col, TextView given, TextView oldText, const ControlState& state,
              const CellSources& sources);
 
+// As a text on its way into a cell: the cell keeps its own. It is recognised by its place in memory.
+inline constexpr char16_t keepsCellMark[] = u"";
+inline constexpr TextView keepsCell = keepsCellMark;
+inline bool KeepsCell(TextView text) { return text.data() == keepsCellMark; }
+
 // A rectangle of texts on its way into the grid. It reads the grid, which must outlive it.
 class CellRectangle {
   public:
@@ -71,9 +77,15 @@ class CellRectangle {
     // The same to the right, that is to columns with higher numbers.
     static CellRectangle FillRight(const flexgrid::Grid& grid);
 
+    // What `textsOf` returns for each row of the target, which gets the rows that the grid lacks.
+    using TextsOf = std::function<std::span<const TextView>(int row)>;
+    static CellRectangle ForNewRows(const flexgrid::CellRange& target, TextsOf textsOf);
+
     CellRectangle(CellRectangle&&) = default;  // a copy would refer to the texts of the original
 
     const flexgrid::CellRange& Target() const { return target_; }
+    // Whether rows are added for it even without AutoAddNew.
+    bool AddsRows() const { return static_cast<bool>(textsOf_); }
     // Returns the texts of a row of the target, from its first column on; a short row leaves the rest of the cells
     // unchanged.
     std::span<const TextView> Row(int row) const;
@@ -81,6 +93,9 @@ class CellRectangle {
   private:
     static constexpr int none = -1;
 
+    CellRectangle() = default;
+
+    TextsOf textsOf_;  // null: one of the following
     const flexgrid::Grid* grid_ = nullptr;
     const ClipboardCells* cells_ = nullptr;  // null: `same_` in every row
     mutable std::vector<TextView> same_;
@@ -92,9 +107,17 @@ class CellRectangle {
 template <ChangeEvents Events>
 class CellWriter {
   public:
+    // Learns of each text that its cell did not take as it was, while there are listeners.
+    using Changed = std::function<void(int row, int col, TextView given)>;
+
     CellWriter(flexgrid::Grid& grid, ControlState& state, EditHistory& history, Events& events,
-               const CellSources& sources)
-        : grid_(grid), state_(state), history_(history), events_(events), sources_(sources) {}
+               const CellSources& sources, Changed changed = {})
+        : grid_(grid),
+          state_(state),
+          history_(history),
+          events_(events),
+          sources_(sources),
+          changed_(std::move(changed)) {}
 
     // Writes the part of the rectangle that is within the grid's columns, and within its rows or with AutoAddNew below
     // them, as one step of the history. Every cell is treated as if typed: cleaned by its column, with an event before
@@ -113,6 +136,7 @@ class CellWriter {
     EditHistory& history_;
     Events& events_;
     const CellSources& sources_;
+    Changed changed_;
     std::vector<Text> cleaned_;  // of the row being written; a member to reuse its memory
     std::vector<TextView> texts_;
 };
@@ -121,7 +145,7 @@ template <ChangeEvents Events>
 void CellWriter<Events>::Write(const CellRectangle& rectangle) {
     flexgrid::CellRange target = rectangle.Target();
     if (target.Empty()) return;
-    const bool appends = target.bottom >= grid_.Rows() && state_.autoAddNew;
+    const bool appends = target.bottom >= grid_.Rows() && (state_.autoAddNew || rectangle.AddsRows());
     const auto append = [&] {
         if (appends) AppendRows(grid_, state_, history_, target.bottom - grid_.Rows() + 1);
     };
@@ -150,7 +174,7 @@ void CellWriter<Events>::Write(const CellRectangle& rectangle) {
 template <ChangeEvents Events>
 void CellWriter<Events>::WriteCell(int row, int col, TextView given) {
     // After every event the grid may have changed.
-    if (!Exists(row, col) || row < grid_.FixedRows() || RulesOf(grid_, state_, col).refuses) return;
+    if (KeepsCell(given) || !Exists(row, col) || row < grid_.FixedRows() || RulesOf(grid_, state_, col).refuses) return;
     state_.eventFlag = false;
     events_.BeforeCellChange(row, col, grid_.TextMatrix(row, col), state_.eventFlag);
     if (state_.eventFlag || !Exists(row, col)) return;
@@ -167,6 +191,7 @@ void CellWriter<Events>::WriteCell(int row, int col, TextView given) {
         grid_.SetTextMatrix(row, col, oldText);
     else
         history_.CellChanged(structure, row, col, oldText, grid_.Cell(row, col));
+    if (changed_ && newText != given) changed_(row, col, given);
 }
 
 template <ChangeEvents Events>
@@ -190,7 +215,7 @@ bool CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> g
     for (std::size_t i = 0; i < given.size(); ++i) {
         const int col = left + static_cast<int>(i);
         const ColumnRules& rule = rules[static_cast<std::size_t>(col)];
-        if (rule.refuses) {
+        if (rule.refuses || KeepsCell(given[i])) {
             writeRun();
             continue;
         }

@@ -7,6 +7,7 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -112,10 +113,12 @@ Variant ReadField(const Statement& statement, SQLUSMALLINT field, Kind kind) {
     return binary ? BinaryValue(*bytes) : ReadValue(kind, Decode(*bytes));
 }
 
-// The driver that goes by this name, or that describes itself so.
+// The driver that goes by this name, or that describes itself so. Some driver managers keep the descriptions to
+// themselves; the driver is then the one whose name the wanted one begins with.
 Text DriverNamed(SQLHENV environment, const Text& wanted) {
     SQLUSMALLINT direction = SQL_FETCH_FIRST;
-    Text described = wanted;
+    Text described;
+    Text begun;
     for (;; direction = SQL_FETCH_NEXT) {
         std::string name(256, '\0');
         std::string attributes(2048, '\0');
@@ -124,12 +127,15 @@ Text DriverNamed(SQLHENV environment, const Text& wanted) {
         if (!SQL_SUCCEEDED(SQLDrivers(environment, direction, Buffer(name), static_cast<SQLSMALLINT>(name.size()),
                                       &nameLength, Buffer(attributes), static_cast<SQLSMALLINT>(attributes.size()),
                                       &attributesLength))) {
-            return described;
+            if (!described.empty()) return described;
+            return begun.empty() ? wanted : begun;
         }
-        if (SameName(Decode(name.c_str()), wanted)) return wanted;
+        const Text driver = Decode(name.c_str());
+        if (SameName(driver, wanted)) return wanted;
+        if (SameName(driver + u' ', TextView(wanted).substr(0, driver.size() + 1))) begun = driver;
         const Text description = u"Description=" + wanted;
         for (const char* pair = attributes.c_str(); *pair; pair += std::strlen(pair) + 1) {
-            if (SameName(Decode(pair), description)) described = Decode(name.c_str());
+            if (SameName(Decode(pair), description)) described = driver;
         }
     }
 }
@@ -161,6 +167,9 @@ std::string ForDriver(SQLHENV environment, TextView connectionString) {
         if (SameName(key, u"Database") || SameName(key, u"DBQ")) value = FileForDriver(value);
         settings.emplace_back(key, value);
     }
+    // Some driver managers lose their place in a value with braces in it.
+    std::ranges::stable_partition(
+        settings, [](const auto& setting) { return setting.second.find_first_of(u";{}") == Text::npos; });
     return EncodeUtf8(WriteConnectionString(settings));
 }
 

@@ -27,6 +27,8 @@ constexpr long bindProgress = 9;
 constexpr long rowColChange = 10;
 constexpr long selChange = 11;
 constexpr long scroll = 12;
+constexpr long importReport = 16;
+constexpr long exportProgress = 17;
 
 }  // namespace qvx::grid_event
 

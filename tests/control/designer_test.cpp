@@ -428,7 +428,7 @@ TEST_F(DesignerTest, PicturesThatComeBackAreNoNewOnes) {
         "   Begin Qvx.Button cmdTest\r\n      Picture = \"dot.bmp\"\r\n   End\r\nEnd\r\n");
     designer_->Do(Command::selectAll);
     designer_->Do(Command::remove);
-    test::ExpectNothingLeftBehind(10, [&] {
+    test::ExpectNothingLeftBehind(30, [&] {
         EXPECT_TRUE(designer_->Do(Command::undo));
         EXPECT_TRUE(designer_->Do(Command::redo));
     });

@@ -41,6 +41,7 @@ class PushButtonForm : public ::testing::Test {
     void Activate() {
         // Where the pointer was left by another test it would be over the button.
         MoveMouseTo({2, 2});
+        Settle();
         container_->Activate();
         ASSERT_TRUE(BringToFront(container_->Window()));
         window_ = container_->ControlWindow();
@@ -49,6 +50,8 @@ class PushButtonForm : public ::testing::Test {
     void Focus() {
         container_->ActivateUi();
         ASSERT_TRUE(WaitFor([&] { return GetFocus() == window_; }));
+        // The display may hand over its focus later, and a key that goes down before then is released at that moment.
+        Settle();
     }
     size_t Clicks() const { return recorder_->Count(DISPID_CLICK); }
     // Lets everything that was sent arrive.

@@ -64,6 +64,7 @@ TEST_F(RButton, TakesItsKeysBeforeTheHost) {
 
 TEST_F(RButton, FocusIsGivenAndWhatWasBegunCalledOffByTheProgram) {
     Activate();
+    Focus();
     SetFocus(container_->Window());
     Call(button_.get(), L"SetFocus");
     EXPECT_EQ(GetFocus(), window_);

@@ -124,7 +124,8 @@ TEST(TextEdit, TheTextDecidesTheHeight) {
     form.Set(L"BorderStyle", Variant(0));
     GetWindowRect(form.container->ControlWindow(), &bounds);
     EXPECT_EQ(bounds.bottom - bounds.top, height - 4);
-    Put(Call(form.box.get(), L"Font").ToObject<IDispatch>().get(), L"Size", {Variant(20)});
+    Put(Call(form.box.get(), L"Font").ToObject<IDispatch>().get(), L"Size",
+        {Variant(24)});  // also in steps of a bitmap font
     GetWindowRect(form.container->ControlWindow(), &bounds);
     EXPECT_GT(bounds.bottom - bounds.top, height + 8);
 }

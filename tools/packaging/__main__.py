@@ -20,8 +20,9 @@ import managers
 import nuget
 import setup
 from product import PROGRAMS, TOOLS
+from programs import strip
 from signing import Signer
-from stage import packed, stage, strip
+from stage import packed, stage
 
 
 def bytes_of(folder, below):

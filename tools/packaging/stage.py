@@ -1,26 +1,10 @@
 """Lays out the files as they are packed and installed, and the symbols apart."""
 
 import shutil
-import struct
 from pathlib import Path
 
 from product import DOCUMENTS, GENERATED, LINKED, PROGRAMS, ROOT, TOOLS
-from programs import CHECKSUM, TIME, Program, run
-
-
-def strip(tool, source, to):
-    """Copies a program without its symbols, and without the time at which that is done."""
-    run(f"{tool}-strip", "--strip-all", "-o", to, source)
-    data = bytearray(to.read_bytes())
-    header = struct.unpack_from("<I", data, 0x3C)[0]
-    struct.pack_into("<I", data, header + TIME, 0)
-    # The checksum adds all words of the file, itself excepted.
-    struct.pack_into("<I", data, header + CHECKSUM, 0)
-    total = sum(struct.unpack(f"<{len(data) // 2}H", data[:len(data) & ~1])) + (data[-1] if len(data) % 2 else 0)
-    while total >> 16:
-        total = (total & 0xFFFF) + (total >> 16)
-    struct.pack_into("<I", data, header + CHECKSUM, total + len(data))
-    to.write_bytes(data)
+from programs import keep_symbols, strip
 
 
 def stage(build, out, signer):
@@ -31,10 +15,8 @@ def stage(build, out, signer):
         to.mkdir(parents=True)
         for name, place in PROGRAMS.items():
             source = build / arch / place
-            kept = out / "debug" / arch / f"{name}.{Program(source).build_id()}.debug"
-            kept.parent.mkdir(parents=True, exist_ok=True)
-            run(f"{tool}-objcopy", "--only-keep-debug", source, kept)
             strip(tool, source, to / name)
+            keep_symbols(tool, source, to / name, out / "debug" / arch)
             if signer:
                 signer.sign(to / name)
         shutil.copy(ROOT / "server/Qvx.manifest", to)

@@ -10,6 +10,7 @@
 #include "controls/grid/clipboard_text.h"
 #include "controls/grid/column_index.h"
 #include "controls/grid/column_sort.h"
+#include "controls/grid/csv_import.h"
 #include "controls/grid/duplicate_rows.h"
 #include "controls/grid/edit_history.h"
 #include "controls/grid/lifecycle.h"
@@ -21,6 +22,7 @@
 #include "tests/support/portable/failing_allocation.h"
 #include "tests/unit/flexgrid/grid_texts.h"
 #include "tests/unit/grid/editor_host.h"
+#include "tests/unit/grid/export_fixture.h"
 
 namespace qvx::grid {
 namespace {
@@ -79,6 +81,18 @@ void PasteRows(Scene& scene) {
     scene.state.autoAddNew = true;
     scene.Paste(u"one of the pasted\t12\ttwo\r\nthree\r\n\"four\r\n\"\t7%\r\n\u0416\t8\t\r\n");
 }
+void ImportTexts(Scene& scene) {
+    CsvRows imported(scene.grid, u"Item,Qty,Name\nan imported pen,12,\"the \"\"first\"\" of them\"\nb,3%,c\n", u',',
+                     true);
+    ImportRows(scene.grid, scene.state, scene.history, scene.host, scene.sources, imported);
+}
+void ExportAll(Scene& scene) {
+    for (const ExportFormat format : {ExportFormat::csv, ExportFormat::html, ExportFormat::xlsx}) {
+        ExportOptions options;
+        options.format = format;
+        (void)Exported(scene.grid, scene.state, options);
+    }
+}
 void Undo(Scene& scene) { (void)scene.history.Undo(scene.state); }
 void Redo(Scene& scene) { (void)scene.history.Redo(scene.state); }
 void InsertAbove(Scene& scene) { InsertRow(scene.grid, scene.state, scene.history); }
@@ -109,6 +123,8 @@ const Row rows[] = {
     {"a cell pasted everywhere", [](Scene& scene) { scene.Paste(longText); },
      [](Scene& scene) { scene.grid.Select(1, 1, 4, 4); }},
     {"cells pasted beyond the end", PasteRows},
+    {"rows imported", ImportTexts},
+    {"rows exported", ExportAll},
     {"undoing cells", Undo, PasteCells},
     {"undoing an insertion", Undo, InsertAbove},
     {"undoing a deletion", Undo, DeleteCurrent},

@@ -52,6 +52,10 @@ class EditorHost {
         Note("after ", row, ",", col, " '", oldData, "' '", newData, cancel ? "' flag" : "'");
         if (onAfter) onAfter(col, cancel);
     }
+    void ImportReport(long line, const Text& column, const Text& text, TextView reason) {
+        importReports +=
+            std::to_string(line) + " " + Narrow(column) + " '" + Narrow(text) + "': " + Narrow(reason) + "\n";
+    }
     void OnError(int number, TextView description, bool& response) {
         Note("error ", number, " ", description, response ? " flag" : "");
         response = reports;
@@ -64,6 +68,7 @@ class EditorHost {
     std::string Take() { return std::exchange(log_, {}); }
 
     bool silent = false;  // writes nothing down, which needs memory
+    std::string importReports;
     bool listens = true;
     bool failOnShow = false;
     bool reports = true;
