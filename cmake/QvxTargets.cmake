@@ -47,13 +47,6 @@ endif()
 # Line numbers for the symbols that are kept apart; without the compiler's options, which depend on its cache.
 set(QVX_LINE_NUMBERS -g1 -gno-record-gcc-switches)
 
-# The 32-bit server has to stay below 2 MB: its rules are optimised for speed, but without copies, padding and vectors.
-set(QVX_RULES_OPTIONS "")
-if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
-  set(QVX_RULES_OPTIONS -fno-inline-functions -fno-align-functions -fno-align-loops -fno-align-jumps
-    -fno-align-labels -fno-tree-vectorize -fno-reorder-blocks-and-partition)
-endif()
-
 option(QVX_UNITY "Compile the sources of a component some at a time, which builds faster than each by itself" ON)
 
 # qvx_batches(<variable> <target> <source>...): returns the sources, or files that include a batch of them each. CMake's
@@ -126,7 +119,7 @@ function(qvx_component name folder)
   if(NOT rules)
     set(scope INTERFACE)
   elseif(WIN32)
-    target_compile_options(${name}_rules PRIVATE ${QVX_LINE_NUMBERS} ${QVX_RULES_OPTIONS})
+    target_compile_options(${name}_rules PRIVATE ${QVX_LINE_NUMBERS})
   endif()
   target_link_libraries(${name}_rules ${scope} qvx_options)
   foreach(dependency IN LISTS ARG_RULES)
