@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
 #include <string>
 
 #include "common/run_time_error.h"
@@ -21,19 +24,69 @@ struct Decimal {
     int point = 0;
 };
 
+// A number of exactly 15 digits, divided by ten to the power of `decimals`.
+struct Rounded {
+    std::uint64_t digits = 0;
+    int decimals = 0;
+};
+
+constexpr auto powersOfFive = [] {
+    std::array<std::uint64_t, 20> powers{1};
+    for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 5;
+    return powers;
+}();
+
+// Multiplies by a power of ten, exactly, and rounds half to even. The product of the 53 bits of the value and the power
+// of five has at most 98 bits; the power of two is part of the shift, which is between 3 and 52 bits for all values that
+// RoundToDigits takes.
+std::uint64_t ScaleExactly(std::uint64_t mantissa, int exponent, int decimals) {
+    constexpr std::uint64_t lowHalf = 0xFFFFFFFF;
+    const std::uint64_t power = powersOfFive[static_cast<std::size_t>(decimals)];
+    const std::uint64_t low = (mantissa & lowHalf) * (power & lowHalf);
+    const std::uint64_t middle = (mantissa & lowHalf) * (power >> 32) + (mantissa >> 32) * (power & lowHalf);
+    const std::uint64_t bits = low + (middle << 32);
+    const std::uint64_t high = (mantissa >> 32) * (power >> 32) + (middle >> 32) + (bits < low ? 1 : 0);
+    const int shift = -(exponent + decimals);
+    const std::uint64_t whole = high << (64 - shift) | bits >> shift;
+    const std::uint64_t half = std::uint64_t{1} << (shift - 1);
+    const std::uint64_t rest = bits & (2 * half - 1);
+    return whole + (rest > half || (rest == half && whole % 2 != 0) ? 1 : 0);
+}
+
+// Rounds a value from 0.0001 up to what rounds to 1E+15; returns nothing for all others. Needs no table and no long
+// numbers, as what writes all doubles would.
+std::optional<Rounded> RoundToDigits(double value) {
+    constexpr std::uint64_t limit = 1'000'000'000'000'000;
+    const double size = std::fabs(value);
+    if (!(size >= 1e-4 && size < 1e15)) return std::nullopt;
+    constexpr int mantissaBits = 52;
+    const auto bits = std::bit_cast<std::uint64_t>(size);
+    const std::uint64_t mantissa = (bits & ((std::uint64_t{1} << mantissaBits) - 1)) | std::uint64_t{1} << mantissaBits;
+    const int power = static_cast<int>(bits >> mantissaBits) - 1023;
+    // The decimal exponent that the binary one implies is right, or one too small.
+    const int guess = static_cast<int>(std::floor(power * 0.30102999566398120));
+    int decimals = maxSignificantDigits - 1 - guess;
+    std::uint64_t digits = ScaleExactly(mantissa, power - mantissaBits, decimals);
+    if (digits >= limit && decimals == 0) return std::nullopt;
+    if (digits >= limit) digits = ScaleExactly(mantissa, power - mantissaBits, --decimals);
+    return Rounded{digits, decimals};
+}
+
 Decimal ToDecimal(double value) {
     Decimal decimal;
     decimal.negative = std::signbit(value);
-    std::array<char, 64> buffer;
-    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::fabs(value),
-                                       std::chars_format::scientific, maxSignificantDigits - 1);
-    const char* const exponentMark = std::find(buffer.data(), written.ptr, 'e');
-    std::copy_if(static_cast<const char*>(buffer.data()), exponentMark, std::back_inserter(decimal.digits),
-                 [](char c) { return c != '.'; });
-    const char* exponent = exponentMark + 1;
-    if (*exponent == '+') ++exponent;
-    std::from_chars(exponent, written.ptr, decimal.point);
-    ++decimal.point;
+    if (const auto rounded = RoundToDigits(value)) {
+        decimal.digits = std::to_string(rounded->digits);
+        decimal.point = maxSignificantDigits - rounded->decimals;
+    } else {
+        std::array<char, 32> buffer;
+        std::snprintf(buffer.data(), buffer.size(), "%.*e", maxSignificantDigits - 1, std::fabs(value));
+        const char* const mark = std::find(buffer.data(), buffer.data() + buffer.size(), 'e');
+        // The point is the one of the program's locale.
+        std::copy_if(static_cast<const char*>(buffer.data()), mark, std::back_inserter(decimal.digits),
+                     [](char c) { return c >= '0' && c <= '9'; });
+        decimal.point = std::atoi(mark + 1) + 1;
+    }
     decimal.digits.erase(decimal.digits.find_last_not_of('0') + 1);
     return decimal;
 }
@@ -79,19 +132,6 @@ void RoundHalfAway(Decimal& decimal, int decimals) {
 std::string NotFiniteText(double value) {
     if (std::isnan(value)) return "1.#QNAN";
     return value < 0 ? "-1.#INF" : "1.#INF";
-}
-
-// Cuts a number at `cut` and rounds up what remains from `begin` on. Returns the new end, or nullptr when a further
-// digit would be needed at the front.
-char* RoundUp(char* begin, char* cut) {
-    char* end = cut;
-    while (end != begin && (end[-1] == '9' || end[-1] == '.')) --end;
-    if (end == begin || end[-1] == '-') return nullptr;
-    ++end[-1];
-    char* const point = std::find(begin, cut, '.');
-    if (end > point) return end;  // nines after the point are dropped
-    std::fill(end, point, '0');
-    return point;
 }
 
 // ---- Doubles without an exponent -----------------------------------------------------------------------------------
@@ -179,31 +219,23 @@ Written WriteQuickly(double value, NumberBuffer& buffer) {
     return size < 1e15 ? WriteDecimal<0>(value, buffer) : Written();
 }
 
-// The shortest text that reads as the same double is found quickly. Where it has at most 15 digits, no other decimal of
-// 15 digits is nearer. Where it has more, it is rounded to 15: it is on the same side of every half as the double
-// itself, since a half in between would have been the shorter text, or as short and nearer; only when it is exactly a
-// half, the side is unknown. Returns where the text ends; nullptr in that case, and for numbers that are large or
-// small.
-char16_t* WriteShortest(double value, char16_t* to) {
-    if (!(std::fabs(value) < 1e15 && std::fabs(value) >= 1e-4)) return nullptr;
-    std::array<char, 32> buffer;
-    char* const begin = buffer.data();
-    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);
-    if (written.ec != std::errc()) return nullptr;
-    char* end = written.ptr;
-    char* const first = std::find_if_not(begin, end, [](char c) { return c == '-' || c == '0' || c == '.'; });
-    const bool pointBehind = std::find(first, end, '.') != end;
-    const std::ptrdiff_t kept = maxSignificantDigits + (pointBehind ? 1 : 0);
-    if (end - first > kept) {
-        char* const cut = first + kept;  // after the point: the whole part has at most 15 digits
-        if (*cut == '5' && cut + 1 == end) return nullptr;
-        end = *cut >= '5' ? RoundUp(begin, cut) : cut;
-        if (!end) return nullptr;
-        const bool fraction = std::find(begin, end, '.') != end;
-        while (fraction && end[-1] == '0') --end;
-        if (end[-1] == '.') --end;
-    }
-    return std::copy(begin, end, to);
+// Writes a number with more decimals than WriteQuickly takes; nothing for numbers that are large or small. Returns where
+// the text ends, or nullptr.
+char16_t* WriteDigits(double value, char16_t* to) {
+    const auto rounded = RoundToDigits(value);
+    if (!rounded) return nullptr;
+    std::array<char16_t, 16> buffer;  // written eight digits at a time
+    char16_t* end = buffer.data() + buffer.size();
+    const char16_t* digit = WriteWhole(rounded->digits, end);
+    const int wholeDigits = std::max(maxSignificantDigits - rounded->decimals, 0);
+    const char16_t* const point = digit + wholeDigits;
+    while (end > point && end[-1] == u'0') --end;
+    if (value < 0) *to++ = u'-';
+    to = wholeDigits > 0 ? std::copy(digit, point, to) : std::fill_n(to, 1, u'0');
+    if (point == end) return to;
+    *to++ = u'.';
+    to = std::fill_n(to, std::max(rounded->decimals - maxSignificantDigits, 0), u'0');
+    return std::copy(point, static_cast<const char16_t*>(end), to);
 }
 
 // ---- All doubles ---------------------------------------------------------------------------------------------------
@@ -232,7 +264,7 @@ TextView DoubleToText(double value, NumberBuffer& buffer) {
     if (const Written text = WriteQuickly(value, buffer); text.begin)
         return {text.begin, static_cast<std::size_t>(text.end - text.begin)};
     char16_t* const begin = buffer.data();
-    char16_t* end = WriteShortest(value, begin);
+    char16_t* end = WriteDigits(value, begin);
     if (!end) {
         const std::string text = std::isfinite(value) ? FullText(value) : NotFiniteText(value);
         end = std::copy(text.begin(), text.end(), begin);

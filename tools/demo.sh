@@ -2,7 +2,7 @@
 # shellcheck shell=bash
 
 # The caption in a form file: the first one in it, since a form's own properties come before its controls.
-form_caption() { tr -d '\r' <"$1" | sed -n 's/^[[:space:]]*Caption[[:space:]]*=[[:space:]]*"\(.*\)".*/\1/p' | head -n 1; }
+form_caption() { sed -n '/^[[:space:]]*Caption[[:space:]]*=[[:space:]]*"\(.*\)".*/{s//\1/p;q}' "$1"; }
 
 # register_server OCX: registers it for this run's prefix only.
 register_server() {
@@ -44,7 +44,7 @@ place_database() {
 }
 
 # Whether programs can use SQLite through ODBC here.
-has_database_driver() { [[ -n $(command -v sqlite3) ]] && odbcinst -q -d 2>/dev/null | grep -qi sqlite3; }
+has_database_driver() { [[ -n $(command -v sqlite3) ]] && grep -qi sqlite3 <<<"$(odbcinst -q -d 2>/dev/null)"; }
 
 # start_host FORM LOG SAVE [DATABASE]: leaves its process group in `host_group`.
 start_host() {

@@ -7,7 +7,7 @@ package_version() { sed -n 's/^project(Qvx VERSION \([0-9.]*\) .*/\1/p' CMakeLis
 
 # The time of the commit; in a tree without history, that of the latest entry of the changelog.
 package_time() {
-  git log -1 --format=%ct 2>/dev/null || date -u -d "$(sed -n 's/^## .*(\([0-9-]*\)).*/\1/p' CHANGELOG.md | head -n 1)" +%s
+  git log -1 --format=%ct 2>/dev/null || date -u -d "$(sed -n '/^## .*(\([0-9-]*\)).*/{s//\1/p;q}' CHANGELOG.md)" +%s
 }
 
 # make_package OUT URL [CERTIFICATE PASSWORD-FILE TIMESTAMP]

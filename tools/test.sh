@@ -3,7 +3,7 @@
 
 all_layers=(lint native fuzz x64 x86 demo docs soak archives package hosts)
 # Layers that mostly wait for windows share the machine: these lists run in parallel.
-lanes=("x64 soak docs" "x86 demo archives hosts")
+lanes=("x64 soak docs hosts" "x86 demo archives")
 test_name= # what tests' names must contain, or nothing
 fuzz_runs= # how many inputs each fuzzer tries, or nothing for a short run
 

@@ -144,6 +144,7 @@ TEST(ComboGridUndo, RowsGoAndComeBack) {
     EXPECT_EQ(form.Number(L"ForeColor"), Call(form.Inner().get(), L"CellForeColor").ToLong())
         << "it was the current cell when it went";
     form.Press('Z', {VK_CONTROL});
+    form.SetCell(2, F::name, u"second");
     form.GoTo(2, F::item);
     form.Press(VK_TAB);
     EXPECT_EQ(u"3", form.Cell(3, F::no));

@@ -30,7 +30,7 @@ def programs(out, version):
             yield f"{arch} {name}: version", name in UNVERSIONED or number in program.data
             yield f"{arch} {name}: symbols kept", (
                 out / "debug" / arch / f"{name}.{program.build_id()}.debug").is_file() and program.build_id() != ""
-        yield f"{arch} Qvx.ocx: below 2 MB", (files / arch / "Qvx.ocx").stat().st_size < 2 * 1024 * 1024
+        yield f"{arch} Qvx.ocx: below 2 MB", (files / arch / "Qvx.ocx").stat().st_size < 2_000_000
 
 
 def contents(out, version):
