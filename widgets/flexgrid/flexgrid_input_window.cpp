@@ -241,8 +241,11 @@ void FlexGridWindow::PressCell(Point point, int shift) {
     // A handler of the cursor's events may have placed an editor over the new cell, and the editor then has the focus:
     // the press has ended.
     if (watch.Alive() && Handle() && pressed_ && GetFocus() == Handle()) {
+        // A window that has the capture already is notified as if it lost it, which would end the drag.
+        if (GetCapture() != Handle()) {
+            SetCapture(Handle());
+        }
         drag_ = press.drag;
-        SetCapture(Handle());
     }
 }
 
