@@ -21,8 +21,8 @@ void AppendSystemSortKey(TextView text, std::string& key) {
     const int size = static_cast<int>(text.size());
     const auto map = [&](char* to, int room) {
         // For sort keys, the system's function writes bytes into what is declared as characters.
-        return LCMapStringEx(LOCALE_NAME_USER_DEFAULT, LCMAP_SORTKEY, WideData(text), size, reinterpret_cast<wchar_t*>(to),
-                             room, nullptr, nullptr, 0);
+        return LCMapStringEx(LOCALE_NAME_USER_DEFAULT, LCMAP_SORTKEY, WideData(text), size,
+                             reinterpret_cast<wchar_t*>(to), room, nullptr, nullptr, 0);
     };
     char buffer[256];
     int bytes = map(buffer, sizeof buffer);
