@@ -1,8 +1,9 @@
 // The ComboGrid's records: loaded from a record set, checked before they are saved.
+#include <algorithm>
+
 #include "common/text_compare.h"
 #include "controls/grid/combogrid_control.h"
 #include "controls/grid/record_source_win32.h"
-#include "controls/grid/validation.h"
 
 namespace qvx::grid {
 
@@ -21,15 +22,46 @@ STDMETHODIMP ComboGridControl::ValidateEntry(VARIANT_BOOL* result) {
     return Reporting([&] {
         *Required(result) = VARIANT_FALSE;
         entry_.CommitOpenEdit();
-        const auto invalid = FindInvalidCell(Model(), State());
+        const auto invalid = FindInvalidCell(Model(), State(), {}, HostCheck());
         if (!invalid) return;
         // The result is set before anything else can fail: a grid with an invalid cell must not be saved.
         *result = VARIANT_TRUE;
-        Say(invalid->message, dialogs::messages::entryCheck);
+        if (MayShow(0, invalid->message)) Say(invalid->message, dialogs::messages::entryCheck);
         int start = invalid->col - 1;
         const int col = grid::GetNextColumn(Model(), State(), start);
         FocusCell(invalid->row, col);
     });
+}
+
+AskHost ComboGridControl::HostCheck() {
+    if (State().validateColumns.empty() || !HasListeners()) return {};
+    return [this](int row, int col, const Text& text, Text message) {
+        Fire(u"ValidateCell", EventArguments().In(row).In(col).In(text).InOut(message));
+        return message;
+    };
+}
+
+STDMETHODIMP ComboGridControl::FindInvalid(long* row, long* col, VARIANT_BOOL rowOnly, long* rule, BSTR* result) {
+    const auto keep = ControlBase::KeepAlive();
+    return Give(result, [&] {
+        entry_.CommitOpenEdit();
+        CheckStart start{.rowOnly = rowOnly != VARIANT_FALSE};
+        if (row && *row >= start.row) {
+            start.row = static_cast<int>(*row);
+            start.col = col ? static_cast<int>(std::min(*col, LONG_MAX - 1)) + 1 : 1;
+        }
+        const InvalidCell cell = FindInvalidCell(Model(), State(), start, HostCheck()).value_or(InvalidCell());
+        if (row) *row = cell.row;
+        if (col) *col = cell.col;
+        if (rule) *rule = static_cast<long>(cell.rule);
+        return cell.message;
+    });
+}
+
+bool ComboGridControl::MayShow(int number, TextView description) {
+    bool response = true;
+    if (State().onErrorFirst) OnError(number, description, response);
+    return response;
 }
 
 }  // namespace qvx::grid

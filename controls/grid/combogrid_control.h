@@ -8,6 +8,7 @@
 #include "Qvx.h"
 #include "com/members.h"
 #include "controls/grid/entry_grid_window.h"
+#include "controls/grid/validation.h"
 #include "kit/control.h"
 
 namespace qvx::grid {
@@ -69,6 +70,11 @@ class ComboGridControl final : public Control<_ComboGrid>,
     // Record sets and checks
     STDMETHODIMP Bind(IDispatch** recSet) override;
     STDMETHODIMP ValidateEntry(VARIANT_BOOL* result) override;
+    // A caller that does not need `row`, `col`, `rule` or `matchOn` passes null.
+    STDMETHODIMP FindInvalid(long* row, long* col, VARIANT_BOOL rowOnly, long* rule, BSTR* result) override;
+    STDMETHODIMP FindDuplicate(long* row, long* matchOn, BSTR columns, VARIANT_BOOL* result) override;
+    QVX_FIELD(BSTR, ValidateColumns, ControlState::validateColumns)
+    QVX_FIELD(VARIANT_BOOL, OnErrorFirst, ControlState::onErrorFirst)
     // Undo, redo and the clipboard
     STDMETHODIMP Undo() override;
     STDMETHODIMP Redo() override;
@@ -223,10 +229,14 @@ class ComboGridControl final : public Control<_ComboGrid>,
                 throw;  // the call itself was wrong, for example with a null argument
             } catch (...) {
                 const RunTimeError error = CurrentError();
-                ReportError(error.Number(), error.Description());
+                if (MayShow(error.Number(), error.Description())) ReportError(error.Number(), error.Description());
             }
         });
     }
+    // Notifies the host of a failure first, if it wants that, and returns whether the user is shown it. The number is 0
+    // for data that fails a check.
+    bool MayShow(int number, TextView description);
+    AskHost HostCheck();
 
     EntryGrid entry_;
     ComPtr<IDispatch> colIndex_;

@@ -125,6 +125,8 @@ const PropertyTable& ComboGridControl::Properties() {
             .Field(u"ExtendedKeys", &ControlState::extendedKeys)
             .Field(u"KeepUnchanged", &ControlState::keepUnchanged)
             .Field(u"SortOnHeader", &ControlState::sortOnHeader)
+            .Field(u"ValidateColumns", &ControlState::validateColumns)
+            .Field(u"OnErrorFirst", &ControlState::onErrorFirst)
             .Done();
     return table;
 }

@@ -99,9 +99,21 @@ STDMETHODIMP ComboGridControl::DuplicateRecord(long* record, long* matchOn, VARI
         if (record) *record = rows->first;
         *result = VARIANT_TRUE;
         if (response == VARIANT_FALSE) return;
-        Say(DuplicatesPrompt(*rows), dialogs::messages::duplicateRecords);
+        const Text prompt = DuplicatesPrompt(*rows);
+        if (MayShow(0, prompt)) Say(prompt, dialogs::messages::duplicateRecords);
         FocusCell(rows->second, Model().FixedCols());
         Model().SetColSel(Model().Cols() - 1);
+    });
+}
+
+STDMETHODIMP ComboGridControl::FindDuplicate(long* row, long* matchOn, BSTR columns, VARIANT_BOOL* result) {
+    const auto keep = ControlBase::KeepAlive();
+    return Give(result, [&] {
+        entry_.CommitOpenEdit();
+        const auto rows = FirstDuplicateIn(Model(), State(), FromBstr(columns)).value_or(RowPair());
+        if (row) *row = rows.first;
+        if (matchOn) *matchOn = rows.second;
+        return rows != RowPair();
     });
 }
 

@@ -7,38 +7,40 @@
 namespace qvx::grid {
 
 struct ControlState {
-    Text stringFormat;     // "[Cap1],[Cap2]", made by RefreshColIndex
-    bool changed = false;  // set by every committed edit
+    Text stringFormat;  // "[Cap1],[Cap2]", made by RefreshColIndex
     Text nonFocusColumns;
     Text dateFormat = u"DD/MM/YYYY";
-    int keyColumn = -1;  // below 0: there is no key column
-    bool cellToolTip = false;
-    bool projectionBold = false;
-    int bindFrom = 1;
-    bool autoTab = true;
     Text checkValueFor;  // coded list
     Text inVisibleColumns;
-    bool projectSelection = true;
     Text requiredFields;
+    Text validateColumns;   // those about whose cells the host is asked
     Text columnsDataType;   // coded list
     Text columnsMaxLength;  // like a coded list, with any number
+    Text unChangableColumns;
+    Text listColumns;
+    Text inActiveColumns;
+    int keyColumn = -1;  // below 0: there is no key column
+    int bindFrom = 1;
+    bool cellToolTip = false;
+    bool projectionBold = false;
+    bool autoTab = true;
+    bool projectSelection = true;
     bool autoRecordNumber = false;
     bool autoAddNew = false;
     bool extendedKeys = false;   // the keys of spreadsheets, of which some had another meaning before
     bool keepUnchanged = false;  // an edit that changes nothing leaves the cell as it is
     bool sortOnHeader = false;   // a click on a header sorts
-    Text unChangableColumns;
-    Text listColumns;
-    Text inActiveColumns;
-    // The cell that is being edited; both are -1 while no edit is open.
-    int editCol = -1;
-    int editRow = -1;
+    bool onErrorFirst = false;   // the host is notified of failures before the user
+    bool changed = false;        // set by every committed edit
     // The single variable that is passed by reference as Cancel and Response to every event that has such an argument.
     bool eventFlag = false;
     bool editing = false;      // an edit is being opened
-    int editNumber = 0;        // counts the edits opened so far
-    int committing = 0;        // the edit whose commit is under way; 0 for none
     bool initialised = false;  // the run-time preparation is done; never reset
+    // The cell that is being edited; both are -1 while no edit is open.
+    int editCol = -1;
+    int editRow = -1;
+    int editNumber = 0;  // counts the edits opened so far
+    int committing = 0;  // the edit whose commit is under way; 0 for none
 };
 
 // Whether an edit is open.

@@ -36,27 +36,36 @@ bool Keeps(double number, int rule) {
 struct Checked {
     int col = 0;
     bool required = false;
+    bool asksHost = false;
     std::vector<int> rules;
 };
 
-std::vector<Checked> CheckedColumns(const flexgrid::Grid& grid, const ControlState& state) {
+std::vector<Checked> CheckedColumns(const flexgrid::Grid& grid, const ControlState& state, bool askHost) {
     std::vector<Checked> columns;
     for (int col = 0; col < grid.Cols(); ++col) {
-        Checked checked{col, IsListedColumn(grid, state.requiredFields, col), {}};
+        Checked checked{col,
+                        IsListedColumn(grid, state.requiredFields, col),
+                        askHost && IsListedColumn(grid, state.validateColumns, col),
+                        {}};
         for (int rule = 0; rule < sign_rule::count; ++rule)
             if (HasColumnCode(grid, state.checkValueFor, col, rule)) checked.rules.push_back(rule);
-        if (checked.required || !checked.rules.empty()) columns.push_back(std::move(checked));
+        if (checked.required || checked.asksHost || !checked.rules.empty()) columns.push_back(std::move(checked));
     }
     return columns;
 }
 
-// Returns the message for an invalid cell; empty when the cell passes.
-TextView Verdict(flexgrid::CellView cell, const Checked& column) {
-    if (column.required && IsBlank(cell)) return messages::invalidDataPrompt;
+// What the grid's own rules say of a cell.
+struct Verdict {
+    CellRule rule = CellRule::none;
+    TextView message;
+};
+
+Verdict VerdictOn(flexgrid::CellView cell, const Checked& column) {
+    if (column.required && IsBlank(cell)) return {CellRule::required, messages::invalidDataPrompt};
     if (column.rules.empty()) return {};
     const double number = NumberIn(cell);
     for (const int rule : column.rules)
-        if (!Keeps(number, rule)) return brokenRule[static_cast<std::size_t>(rule)];
+        if (!Keeps(number, rule)) return {CellRule::sign, brokenRule[static_cast<std::size_t>(rule)]};
     return {};
 }
 
@@ -104,25 +113,52 @@ class RowCheck {
     std::vector<Ruled> ruled_;
 };
 
-}  // namespace
-
-std::optional<InvalidCell> FindInvalidCell(const flexgrid::Grid& grid, const ControlState& state) {
-    constexpr int firstRow = 1;
-    if (grid.Rows() <= firstRow) return std::nullopt;
-    const std::vector<Checked> columns = CheckedColumns(grid, state);
-    if (columns.empty()) return std::nullopt;
+std::optional<InvalidCell> FindByOwnRules(const flexgrid::Grid& grid, const std::vector<Checked>& columns,
+                                          const CheckStart& start, int lastRow) {
     const RowCheck check(columns);
     std::optional<InvalidCell> found;
-    grid.ForEachRow(firstRow, grid.Rows() - 1, [&](int row, const flexgrid::RowView& cells) {
+    grid.ForEachRow(start.row, lastRow, [&](int row, const flexgrid::RowView& cells) {
         if (found || check.Passes(cells)) return;
         for (const Checked& column : columns) {
-            if (const TextView message = Verdict(cells[column.col], column); !message.empty()) {
-                found = InvalidCell{row, column.col, message};
-                return;
-            }
+            if (row == start.row && column.col < start.col) continue;
+            const Verdict verdict = VerdictOn(cells[column.col], column);
+            if (verdict.rule == CellRule::none) continue;
+            found = InvalidCell{row, column.col, verdict.rule, Text(verdict.message)};
+            return;
         }
     });
     return found;
+}
+
+// The host may remove rows and columns while it is asked.
+std::optional<InvalidCell> FindWithHost(const flexgrid::Grid& grid, const std::vector<Checked>& columns,
+                                        const CheckStart& start, int lastRow, const AskHost& askHost) {
+    for (int row = start.row; row <= lastRow; ++row) {
+        for (const Checked& column : columns) {
+            if (row >= grid.Rows() || column.col >= grid.Cols()) continue;
+            if (row == start.row && column.col < start.col) continue;
+            const Verdict verdict = VerdictOn(grid.Cell(row, column.col), column);
+            InvalidCell cell{row, column.col, verdict.rule, Text(verdict.message)};
+            if (column.asksHost)
+                cell.message = askHost(row, column.col, grid.TextMatrix(row, column.col), cell.message);
+            if (cell.message.empty()) continue;
+            if (cell.rule == CellRule::none) cell.rule = CellRule::host;
+            return cell;
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<InvalidCell> FindInvalidCell(const flexgrid::Grid& grid, const ControlState& state,
+                                           const CheckStart& start, const AskHost& askHost) {
+    const int lastRow = start.rowOnly ? std::min(start.row, grid.Rows() - 1) : grid.Rows() - 1;
+    if (start.row < 1 || start.row > lastRow) return std::nullopt;
+    const std::vector<Checked> columns = CheckedColumns(grid, state, askHost != nullptr);
+    if (columns.empty()) return std::nullopt;
+    const bool asks = std::any_of(columns.begin(), columns.end(), [](const Checked& c) { return c.asksHost; });
+    return asks ? FindWithHost(grid, columns, start, lastRow, askHost) : FindByOwnRules(grid, columns, start, lastRow);
 }
 
 }  // namespace qvx::grid

@@ -1,6 +1,7 @@
 // The check of a whole grid before its entries are saved.
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include "common/text.h"
@@ -19,15 +20,31 @@ constexpr int notZero = 4;
 constexpr int count = 5;
 }  // namespace sign_rule
 
+// Which rule a cell breaks; the values are those of the published GridRule.
+enum class CellRule { none, required, sign, host };
+
 struct InvalidCell {
     int row = 0;
     int col = 0;
-    TextView message;  // for the user
+    CellRule rule = CellRule::none;
+    Text message;  // for the user
 };
+
+// Where a check begins, and whether it ends with that row.
+struct CheckStart {
+    int row = 1;
+    int col = 0;
+    bool rowOnly = false;
+};
+
+// Asks the host about a cell of ValidateColumns: `message` is what the grid's own rules say, "" for a cell that passes,
+// and the result replaces it. The host may change the grid meanwhile.
+using AskHost = std::function<Text(int row, int col, const Text& text, const Text& message)>;
 
 // Returns the first cell, row by row from row 1 on and in every column, that lacks required data (only blanks count as
 // none) or whose number, 0 if it has none, breaks a rule of its column; the rules are checked in the order of their
-// codes.
-std::optional<InvalidCell> FindInvalidCell(const flexgrid::Grid& grid, const ControlState& state);
+// codes. Without `askHost`, ValidateColumns counts for nothing.
+std::optional<InvalidCell> FindInvalidCell(const flexgrid::Grid& grid, const ControlState& state,
+                                           const CheckStart& start = {}, const AskHost& askHost = {});
 
 }  // namespace qvx::grid

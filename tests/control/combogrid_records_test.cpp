@@ -178,6 +178,48 @@ TEST(ComboGridValidation, AnOpenEditCountsAndTheFirstWrongCellIsReported) {
     EXPECT_EQ(GetFocus(), form.InnerGrid());
 }
 
+// Without any box: a person would have to close it.
+TEST(ComboGridValidation, TheHostLearnsOfItFirstAndHasRulesOfItsOwn) {
+    F form({{L"OnErrorFirst", Variant(true)}, {L"ValidateColumns", Variant(u";Name;")}});
+    form.Fill({{u"a", u"1"}, {u"b", u"2"}, {u"B", u"2"}});
+    form.events->onEvent = [](DISPID id, DISPPARAMS& arguments) {
+        if (id == 3) Answer(arguments, false);
+        VARIANT& message = arguments.rgvarg[0];
+        if (id == 24 && arguments.rgvarg[3].lVal == 2) SysReAllocString(message.pbstrVal, L"Not on stock.");
+    };
+    form.Log();
+    EXPECT_NE(0, Call(form.grid.get(), L"ValidateEntry").ToLong());
+    EXPECT_EQ("24(1, 1, a, )\n24(2, 1, b, )\n3(0, Not on stock., True)", form.Log().substr(0, 53));
+    EXPECT_EQ(2, form.Number(L"Row"));
+    long row = 0;
+    long col = 0;
+    long rule = 0;
+    const auto find = [&](bool rowOnly) {
+        return Invoke(form.grid.get(), L"FindInvalid", DISPATCH_METHOD,
+                      {Reference(VT_I4, &row), Reference(VT_I4, &col), Variant(rowOnly).get(), Reference(VT_I4, &rule)})
+            .value.ToText();
+    };
+    EXPECT_EQ(u"Not on stock.", find(false));
+    EXPECT_EQ("2,1,3", std::to_string(row) + "," + std::to_string(col) + "," + std::to_string(rule));
+    EXPECT_EQ(u"", find(false)) << "after that cell";
+    EXPECT_EQ(0, row);
+    row = 3;
+    EXPECT_EQ(u"", find(true));
+    EXPECT_EQ(u"Not on stock.", Call(form.grid.get(), L"FindInvalid").ToText());
+    row = 0;
+    EXPECT_EQ(true, Invoke(form.grid.get(), L"FindDuplicate", DISPATCH_METHOD,
+                           {Reference(VT_I4, &row), Variant::Missing().get(), Variant(u";Qty;").get()})
+                        .value.ToBool());
+    EXPECT_EQ(2, row);
+    form.Log();
+    EXPECT_EQ(
+        true,
+        Call(form.grid.get(), L"DuplicateRecord", {Variant::Missing(), Variant::Missing(), Variant(true)}).ToBool());
+    EXPECT_EQ("3(0, Duplicate Records Found. Records '2' and '3', True)", form.Log().substr(0, 56));
+    Call(form.grid.get(), L"Bind", {Variant(form.Inner().get())});
+    EXPECT_EQ("3(", form.Log().substr(0, 2)) << "a failure, and no box";
+}
+
 VARIANT AsVariant(const SafeArray& array, VARTYPE type = VT_VARIANT) {
     VARIANT value{};
     value.vt = static_cast<VARTYPE>(VT_ARRAY | type);

@@ -7,6 +7,7 @@
 
 #include "common/text_compare.h"
 #include "controls/grid/row_key.h"
+#include "tests/support/error_of.h"
 #include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {
@@ -37,6 +38,22 @@ TEST(FirstDuplicate, WhichPairIsFound) {
         const auto pair = FirstDuplicate(grid, c.firstCol);
         EXPECT_EQ(pair ? std::to_string(pair->first) + "," + std::to_string(pair->second) : "none", c.found) << c.name;
     }
+}
+
+TEST(FirstDuplicate, CellForCellInChosenColumns) {
+    flexgrid::Grid grid;
+    Fill(grid, {u"N\tName\tQty\tNote", u"1\tab\tc\tx", u"2\ta\tbc\ty", u"3\t\u0416\tBC\tX", u"4\tA\tbc\tz"});
+    ControlState state;
+    const std::tuple<TextView, RowPair> cases[] = {
+        {u"", {}},           {u";Name;Qty;", {2, 4}}, {u";qty;", {2, 3}},
+        {u";Note;", {1, 3}}, {u";Name;Note;", {}},    {u";N;Name;", {}},
+    };
+    for (const auto& [columns, pair] : cases)
+        EXPECT_EQ(FirstDuplicateIn(grid, state, columns).value_or(RowPair()), pair) << Narrow(columns);
+    EXPECT_EQ(test::ErrorOf([&] { FirstDuplicateIn(grid, state, u";Colour;"); }), 380);
+    state.autoRecordNumber = true;
+    grid.SetTextMatrix(4, 3, u"Y");
+    EXPECT_EQ(FirstDuplicateIn(grid, state, u""), (RowPair{2, 4})) << "the record number does not count";
 }
 
 TEST(FirstDuplicate, GridsWithoutCells) {

@@ -72,5 +72,44 @@ TEST(Validation, TheFirstCellRowByRowFixedColumnsAndRowsBelowTheFirstIncluded) {
     EXPECT_EQ(Report(FindInvalidCell(grid, state)), "passes");
 }
 
+TEST(Validation, StartsAnywhereAndAsksTheHost) {
+    flexgrid::Grid grid;
+    Fill(grid, {u"No\tA\tB", u"1\t\t5", u"2\tx\t0", u"\tx\t0"});
+    ControlState state;
+    state.requiredFields = u";A;";
+    state.checkValueFor = u";B-2;";
+    state.validateColumns = u";No;A;";
+    std::string asked;
+    const AskHost host = [&](int row, int col, const Text& text, const Text& message) {
+        asked += std::to_string(row) + "," + std::to_string(col) + Narrow(text) + (message.empty() ? " " : "! ");
+        if (row == 1) return Text();                             // accepts what the grid does not
+        if (row == 3 && col == 1) grid.SetRows(2);               // and goes on with what is left
+        return text == u"2" ? Text(u"Not a number.") : message;  // a rule of its own
+    };
+    const struct {
+        CheckStart start;
+        bool ask;
+        const char* report;
+        CellRule rule;
+        const char* asked;
+    } cases[] = {
+        {{1, 0}, false, "1,1 You must enter a valid data.", CellRule::required, ""},
+        {{1, 2}, false, "2,2 Value should be greater than zero.", CellRule::sign, ""},
+        {{2, 3}, false, "3,2 Value should be greater than zero.", CellRule::sign, ""},
+        {{1, 2, true}, false, "passes", CellRule::none, ""},
+        {{9, 0, true}, false, "passes", CellRule::none, ""},
+        {{1, 0}, true, "2,0 Not a number.", CellRule::host, "1,01 1,1! 2,02 "},
+        {{2, 1, true}, true, "2,2 Value should be greater than zero.", CellRule::sign, "2,1x "},
+        {{3, 0}, true, "passes", CellRule::none, "3,0 3,1x "},
+    };
+    for (const auto& c : cases) {
+        asked.clear();
+        const auto found = FindInvalidCell(grid, state, c.start, c.ask ? host : AskHost());
+        EXPECT_EQ(Report(found), c.report);
+        EXPECT_EQ(found.value_or(InvalidCell()).rule, c.rule) << c.report;
+        EXPECT_EQ(asked, c.asked);
+    }
+}
+
 }  // namespace
 }  // namespace qvx::grid
