@@ -242,6 +242,14 @@ void ComboGridControl::BeforeSort(const Text& columns, bool& cancel) {
 
 void ComboGridControl::Sorted(const Text& columns) { Fire(u"Sorted", EventArguments().In(Text(columns))); }
 
+void ComboGridControl::BeforeMenu(int row, int col, Text& items, bool& cancel) {
+    Fire(u"BeforeMenu", EventArguments().In(row).In(col).InOut(items).InOut(cancel));
+}
+
+void ComboGridControl::MenuCommandChosen(const Text& key, int col) {
+    Fire(u"MenuCommand", EventArguments().In(Text(key)).In(col));
+}
+
 void ComboGridControl::BindProgress(long loaded, long total, bool& cancel) {
     Fire(u"BindProgress", EventArguments().In(loaded).In(total).InOut(cancel));
 }

@@ -89,6 +89,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP get_SortedBy(BSTR* result) override {
         return Give(result, [&] { return entry_.SortedBy(); });
     }
+    QVX_FIELD(VARIANT_BOOL, ContextMenu, ControlState::contextMenu)
     // Files
     STDMETHODIMP ExportFile(BSTR fileName, BSTR format, BSTR separator, BSTR encoding,
                             VARIANT_BOOL selectedOnly) override;
@@ -189,6 +190,8 @@ class ComboGridControl final : public Control<_ComboGrid>,
     bool RaisesEvents() override { return ControlBase::RaisesEvents(); }
     void BeforeSort(const Text& columns, bool& cancel) override;
     void Sorted(const Text& columns) override;
+    void BeforeMenu(int row, int col, Text& items, bool& cancel) override;
+    void MenuCommandChosen(const Text& key, int col) override;
     void BindProgress(long loaded, long total, bool& cancel) override;
     void ExportProgress(long done, long total, bool& cancel) override;
     void ImportReport(long line, const Text& column, const Text& text, TextView reason) override;

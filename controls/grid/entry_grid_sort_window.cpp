@@ -58,18 +58,20 @@ void EntryGrid::Sort(TextView columns) {
     if (!EditIsOpen()) SortBy(*wanted);
 }
 
+void EntryGrid::SortByUser(const SortColumns& columns) {
+    const Text text = SortColumnsText(Model(), columns);
+    bool cancel = false;
+    events_.BeforeSort(text, cancel);
+    const auto gone = [&](const flexgrid::SortMark& column) { return column.col >= Model().Cols(); };
+    if (cancel || EditIsOpen() || std::any_of(columns.begin(), columns.end(), gone)) return;
+    if (SortBy(columns)) events_.Sorted(text);
+}
+
 void EntryGrid::HeaderClick(int col, bool shift) {
     const auto keep = events_.KeepAlive();
     try {
         CommitOpenEdit();
-        if (EditIsOpen() || col >= Model().Cols()) return;
-        const SortColumns columns = ClickedSortColumns(Model(), col, shift);
-        const Text text = SortColumnsText(Model(), columns);
-        bool cancel = false;
-        events_.BeforeSort(text, cancel);
-        const auto gone = [&](const flexgrid::SortMark& column) { return column.col >= Model().Cols(); };
-        if (cancel || EditIsOpen() || std::any_of(columns.begin(), columns.end(), gone)) return;
-        if (SortBy(columns)) events_.Sorted(text);
+        if (!EditIsOpen() && col < Model().Cols()) SortByUser(ClickedSortColumns(Model(), col, shift));
     } catch (...) {
         const RunTimeError error = CurrentError();
         events_.ReportError(error.Number(), error.Description());

@@ -15,6 +15,7 @@
 #include "controls/grid/cell_edit.h"
 #include "controls/grid/cell_step.h"
 #include "controls/grid/column_sort.h"
+#include "controls/grid/context_menu.h"
 #include "controls/grid/control_state.h"
 #include "controls/grid/edit_history.h"
 #include "controls/grid/editor_frame_window.h"
@@ -45,6 +46,8 @@ class EntryGridEvents : public flexgrid::GridEventSource {
     virtual bool RaisesEvents() = 0;
     // The user is about to sort by these columns, or has done so.
     virtual void BeforeSort(const Text& columns, bool& cancel) = 0;
+    virtual void BeforeMenu(int row, int col, Text& items, bool& cancel) = 0;
+    virtual void MenuCommandChosen(const Text& key, int col) = 0;
     virtual void Sorted(const Text& columns) = 0;
     // Reports the number of loaded records and their total (-1: not known).
     virtual void BindProgress(long loaded, long total, bool& cancel) = 0;
@@ -170,6 +173,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void GotFocus() override;
     void LostFocus() override;
     Text ToolTip(int row, int col) override;
+    bool ContextMenu(const flexgrid::Hit& cell, int x, int y) override;
     bool HandlesHeaderClick(int) override { return state_.sortOnHeader && Model().Enabled(); }
     void HeaderClick(int col, bool shift) override;
     // ComboListener
@@ -213,6 +217,11 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     HWND OpenEditField() const;
     // Returns false when the user has ended it.
     bool SortBy(const SortColumns& columns);
+    // Does the same when the user asks for it, and raises its events.
+    void SortByUser(const SortColumns& columns);
+    // Whether the menu offers a command. `col` is the column that was clicked.
+    bool MayChoose(MenuCommand command, int col);
+    void UseMenu(MenuCommand command, const Text& key, int col);
     void WriteCells(const CellRectangle& rectangle);
     CellSources SourcesForCells() const;
     // Paints the thread's windows without processing input.

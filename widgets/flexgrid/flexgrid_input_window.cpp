@@ -196,6 +196,27 @@ LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
     return 0;
 }
 
+bool FlexGridWindow::OpenMenu(const Hit& cell, Point point) {
+    POINT at{point.x, point.y};
+    ClientToScreen(Handle(), &at);
+    bool opened = false;
+    Notify([&](GridWindowEvents& events) { opened = opened || events.ContextMenu(cell, at.x, at.y); });
+    return opened;
+}
+
+// The menu opens below the current cell, or at the window's edge where that cannot be seen.
+bool FlexGridWindow::OpenMenuByKey() {
+    const View view = SettledView();
+    Hit cell;
+    Point at{};
+    if (grid_.Row() < grid_.Rows() && grid_.Col() < grid_.Cols()) {
+        cell = {grid_.Row(), grid_.Col(), grid_.Row() < grid_.FixedRows(), grid_.Col() < grid_.FixedCols()};
+        const Rect area = CellArea(grid_, view, cell.row, cell.col);
+        at = {grid_.RightToLeft() ? area.right : area.left, area.bottom};
+    }
+    return OpenMenu(cell, {std::clamp(at.x, 0, view.client.width), std::clamp(at.y, 0, view.client.height)});
+}
+
 void FlexGridWindow::OnLeftDown(Point point, int shift) {
     SettleLayout();
     const View view = CurrentView();

@@ -291,9 +291,19 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_RBUTTONDBLCLK:
         case WM_MBUTTONDBLCLK:
         case WM_LBUTTONUP:
-        case WM_RBUTTONUP:
         case WM_MBUTTONUP:
             return OnButton(message, wParam, lParam);
+        case WM_RBUTTONUP: {
+            const LifeWatch watch = Watch();
+            const LRESULT result = OnButton(message, wParam, lParam);
+            if (watch.Alive() && Handle()) {
+                OpenMenu(HitAt(MousePoint(lParam)), MousePoint(lParam));
+            }
+            return result;
+        }
+        case WM_CONTEXTMENU:
+            // The release of the button has opened the menu already.
+            return lParam == -1 && OpenMenuByKey() ? 0 : Default(message, wParam, lParam);
         case WM_MOUSEMOVE:
             // The button may have been released elsewhere, for instance over a message box that a handler has shown.
             if (pressed_ && (wParam & MK_LBUTTON) == 0) {

@@ -118,6 +118,9 @@ class FlexGridWindow final : public Window, private GridListener {
     void OnBar(bool vertical, WPARAM wParam);
     bool OnWheel(bool vertical, WPARAM wParam);
     LRESULT OnButton(UINT message, WPARAM wParam, LPARAM lParam);
+    // Returns whether a listener has shown a menu. The point is in the client area.
+    bool OpenMenu(const Hit& cell, Point point);
+    bool OpenMenuByKey();
     void OnLeftDown(Point point, int shift);
     void PressCell(Point point, int shift);
     bool IsDragFrom(Point point) const;

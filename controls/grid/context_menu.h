@@ -1,0 +1,38 @@
+// The menu of a grid for data entry: a list of commands that the host may change before it is shown.
+#pragma once
+
+#include <vector>
+
+#include "common/text.h"
+
+namespace qvx::grid {
+
+enum class MenuCommand {
+    separator,
+    host,  // a command of the host
+    cut,
+    copy,
+    paste,
+    undo,
+    redo,
+    insertRow,
+    deleteRow,
+    sortAscending,
+    sortDescending,
+};
+
+struct MenuEntry {
+    MenuCommand command = MenuCommand::separator;
+    Text key;      // by which the host knows the command
+    Text caption;  // with its access key and shortcut
+};
+
+// The commands that the grid offers: ";cut;copy;…;", with "-" for a separator.
+Text DefaultMenu();
+
+// Reads such a list. An item "key=Caption" is a command of the host; an item "key=Caption" with the key of one of the
+// grid's commands gives that another caption. Unknown keys without a caption are dropped, and so are separators with
+// nothing before or after them.
+std::vector<MenuEntry> ReadMenu(TextView items);
+
+}  // namespace qvx::grid

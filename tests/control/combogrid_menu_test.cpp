@@ -1,0 +1,73 @@
+// The menu of the grid, opened and used by a person.
+#include <gtest/gtest.h>
+
+#include "tests/control/combogrid_form.h"
+#include "tests/support/input.h"
+
+namespace qvx::test {
+namespace {
+
+using F = ComboGridForm;
+
+class ComboGridMenu : public ::testing::Test {
+  protected:
+    ComboGridMenu() {
+        form.Fill({{u"b", u"1"}, {u"a", u"2"}});
+        form.GoTo(1, F::name);
+        form.Log();
+    }
+    // Opens the menu by the right button on a cell and presses these keys in it.
+    void Choose(int row, int col, std::vector<int> keys) {
+        POINT at{form.Pixels(L"ColPos", {Variant(col)}) + 6, form.Pixels(L"RowPos", {Variant(row)}) + 6};
+        RECT outer{};
+        GetWindowRect(form.InnerGrid(), &outer);
+        MoveMouseTo({outer.left + at.x, outer.top + at.y});
+        const Person person([&keys, window = form.InnerGrid()] { PressInMenu(keys, window); });
+        mouse_event(MOUSEEVENTF_RIGHTDOWN, 0, 0, 0, 0);
+        mouse_event(MOUSEEVENTF_RIGHTUP, 0, 0, 0, 0);
+        form.Pump();
+    }
+    static void PressInMenu(const std::vector<int>& keys, HWND) {
+        WaitFor([] { return FindWindowW(L"#32768", nullptr) != nullptr; }, 4000);
+        for (const int key : keys) {
+            KeyDown(key);
+            KeyUp(key);
+        }
+    }
+    F form{{{L"ContextMenu", Variant(true)}}};
+};
+
+TEST_F(ComboGridMenu, CommandsWorkOnTheClickedCell) {
+    Choose(2, F::name, {'I'});
+    EXPECT_EQ("b//a/", form.Column(F::name)) << "a row is inserted above the clicked one";
+    EXPECT_EQ("2,1", form.Current());
+    Choose(1, F::qty, {'U'});
+    EXPECT_EQ("b/a/", form.Column(F::name));
+    form.Log();
+    Choose(0, F::name, {'A'});
+    EXPECT_EQ("a/b/", form.Column(F::name));
+    EXPECT_EQ("1,2", form.Current()) << "a header leaves the cursor where it is, on its record";
+    EXPECT_NE(std::string::npos, form.Log().find("25(0, 1, ;cut;copy;paste;"));
+}
+
+TEST_F(ComboGridMenu, TheHostAddsCommandsAndKeepsItClosed) {
+    bool cancel = false;
+    form.events->onEvent = [&](DISPID id, DISPPARAMS& arguments) {
+        if (id != 25) return;
+        SysReAllocString(arguments.rgvarg[1].pbstrVal, L";cut;-;stock=&Stock;");
+        *arguments.rgvarg[0].pboolVal = cancel ? VARIANT_TRUE : VARIANT_FALSE;
+    };
+    Choose(2, F::qty, {'S'});
+    EXPECT_NE(std::string::npos, form.Log().find("26(stock, 2)"));
+    cancel = true;
+    RECT outer{};
+    GetWindowRect(form.InnerGrid(), &outer);
+    SendMessageW(form.InnerGrid(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(form.InnerGrid()), -1);
+    EXPECT_EQ("25(2, 2, ;cut;copy;", form.Log().substr(0, 19)) << "the menu key, on the current cell";
+    Put(form.grid.get(), L"ContextMenu", {Variant(false)});
+    SendMessageW(form.InnerGrid(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(form.InnerGrid()), -1);
+    EXPECT_EQ("", form.Log());
+}
+
+}  // namespace
+}  // namespace qvx::test
