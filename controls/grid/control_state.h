@@ -27,6 +27,7 @@ struct ControlState {
     bool extendedKeys = false;   // the keys of spreadsheets, of which some had another meaning before
     bool keepUnchanged = false;  // an edit that changes nothing leaves the cell as it is
     bool sortOnHeader = false;   // a click on a header sorts
+    bool findBar = false;        // the user can search, by the keys for that
     Text unChangableColumns;
     Text listColumns;
     Text inActiveColumns;
