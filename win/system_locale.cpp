@@ -21,8 +21,8 @@ void AppendSystemSortKey(TextView text, std::string& key) {
     const int size = static_cast<int>(text.size());
     const auto map = [&](char* to, int room) {
         // For sort keys, the system's function writes bytes into what is declared as characters.
-        return LCMapStringEx(LOCALE_NAME_USER_DEFAULT, LCMAP_SORTKEY, WideData(text), size, reinterpret_cast<wchar_t*>(to),
-                             room, nullptr, nullptr, 0);
+        return LCMapStringEx(LOCALE_NAME_USER_DEFAULT, LCMAP_SORTKEY, WideData(text), size,
+                             reinterpret_cast<wchar_t*>(to), room, nullptr, nullptr, 0);
     };
     char buffer[256];
     int bytes = map(buffer, sizeof buffer);
@@ -34,6 +34,14 @@ void AppendSystemSortKey(TextView text, std::string& key) {
     const std::size_t start = key.size();
     key.resize(start + static_cast<std::size_t>(std::max(bytes, 0)));
     if (bytes > 0) map(key.data() + start, bytes);
+}
+
+bool SystemHasDotlessI() {
+    constexpr wchar_t dotless = 0x131;
+    wchar_t small = 0;
+    LCMapStringEx(LOCALE_NAME_USER_DEFAULT, LCMAP_LOWERCASE | LCMAP_LINGUISTIC_CASING, L"I", 1, &small, 1, nullptr,
+                  nullptr, 0);
+    return small == dotless;
 }
 
 }  // namespace qvx
