@@ -78,8 +78,11 @@ BarLayout LayOutBar(const BarMeasures& m, int width) {
     flow.Add(BarPart::Previous, square);
     flow.Add(BarPart::Next, square);
     flow.Add(BarPart::Count, count);
-    for (const BarPart part : {BarPart::MatchCase, BarPart::WholeCell, BarPart::InColumn})
-        flow.Add(part, m.checkWidth + gap + m.textWidths[part]);
+    constexpr BarPart choices[] = {BarPart::MatchCase, BarPart::WholeCell, BarPart::InColumn};
+    int together = -gap;
+    for (const BarPart part : choices) together += m.checkWidth + 2 * gap + m.textWidths[part] + gap;
+    if (together > flow.Room()) flow.NewLine();
+    for (const BarPart part : choices) flow.Add(part, m.checkWidth + 2 * gap + m.textWidths[part]);
     if (m.replaces) {
         flow.NewLine();
         flow.Add(BarPart::WithLabel, label);

@@ -242,8 +242,14 @@ int FindBarWindow::Place(Size parent, const FontSpec& font, Dpi dpi) {
     const BarLayout layout = LayOutBar(Measure(dpi), parent.width);
     const int height = std::min(layout.height, parent.height);
     for (std::size_t i = 0; i < barParts; ++i) {
-        const Rect& place = layout.places[PartAt(i)];
+        Rect place = layout.places[PartAt(i)];
         const bool shown = !place.Empty();
+        // A field draws its text at the top, and is therefore as high as the text.
+        const int fieldHeight = font_->LineHeight() + 2 * SystemMetric(SM_CYEDGE, dpi) + 2;
+        if (shown && LookOfPart(PartAt(i)).kind == PartKind::Edit && fieldHeight < place.Height()) {
+            place.top += (place.Height() - fieldHeight) / 2;
+            place.bottom = place.top + fieldHeight;
+        }
         SetWindowPos(Part(PartAt(i)), nullptr, place.left, place.top, place.Width(), place.Height(),
                      SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS | (shown ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
     }

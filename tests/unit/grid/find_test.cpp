@@ -322,7 +322,7 @@ TEST(FindBar, PartsFitIntoAnyWidth) {
         bool replaces;
         int lines;
     } cases[] = {{800, 96, false, 1}, {800, 96, true, 2},  {480, 96, false, 2}, {320, 96, false, 2}, {320, 96, true, 4},
-                 {200, 96, false, 3}, {800, 192, true, 3}, {60, 96, true, 0},   {0, 96, true, 0}};
+                 {200, 96, false, 4}, {800, 192, true, 3}, {60, 96, true, 0},   {0, 96, true, 0}};
     for (const auto& c : cases) {
         m.dpi = {c.dots, c.dots};
         m.replaces = c.replaces;
