@@ -23,6 +23,7 @@ constexpr int insert = 45;
 constexpr int deleteKey = 46;
 constexpr int f1 = 112;
 constexpr int f2 = 113;
+constexpr int f3 = 114;
 constexpr int f4 = 115;
 constexpr int f24 = 135;
 

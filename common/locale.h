@@ -17,4 +17,7 @@ DateSettings SystemDateSettings();
 // Appends the sort key of a text: the bytes of two keys compare as their texts sort in the user's locale. Windows only.
 void AppendSystemSortKey(TextView text, std::string& key);
 
+// Whether the small letter of "I" has no dot in the user's locale. Windows only.
+bool SystemHasDotlessI();
+
 }  // namespace qvx

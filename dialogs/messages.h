@@ -53,6 +53,32 @@ constexpr TextView zeroValuePrompt = u"Value should not be zero.";
 constexpr TextView invalidDataPrompt = u"You must enter a valid data.";
 constexpr MessageKind errorReport{button_set::okOnly, icon::failure, false, 0};
 
+// The texts of the grid's find bar.
+namespace find_bar {
+constexpr TextView textLabel = u"Find";
+constexpr TextView withLabel = u"Replace";
+constexpr TextView textName = u"Find what";
+constexpr TextView withName = u"Replace with";
+constexpr TextView previous = u"Previous";
+constexpr TextView next = u"Next";
+constexpr TextView matchCase = u"Match case";
+constexpr TextView wholeCell = u"Whole cell";
+constexpr TextView inColumn = u"This column";
+constexpr TextView replace = u"Replace";
+constexpr TextView replaceAll = u"Replace all";
+constexpr TextView close = u"Close";
+// What it says about the hits: "3 of 1,204", "1 hit", "5... hits" while they are being counted, "12 replaced, 3
+// refused".
+constexpr TextView noHits = u"No hits";
+constexpr TextView of = u" of ";
+constexpr TextView hit = u" hit";
+constexpr TextView hits = u" hits";
+constexpr TextView goingOn = u"...";
+constexpr TextView replaced = u" replaced";
+constexpr TextView refused = u" refused";
+constexpr TextView widest = u"88,888 of 88,888";
+}  // namespace find_bar
+
 // Messages of the validated text box.
 constexpr MessageKind emptyValue{button_set::okOnly, icon::failure, false, 2000};
 constexpr TextView emptyValuePrompt = u"This should not be empty.";

@@ -36,4 +36,12 @@ void AppendSystemSortKey(TextView text, std::string& key) {
     if (bytes > 0) map(key.data() + start, bytes);
 }
 
+bool SystemHasDotlessI() {
+    constexpr wchar_t dotless = 0x131;
+    wchar_t small = 0;
+    LCMapStringEx(LOCALE_NAME_USER_DEFAULT, LCMAP_LOWERCASE | LCMAP_LINGUISTIC_CASING, L"I", 1, &small, 1, nullptr,
+                  nullptr, 0);
+    return small == dotless;
+}
+
 }  // namespace qvx

@@ -4,6 +4,7 @@
 
 #include "common/keys.h"
 #include "controls/grid/column_lists.h"
+#include "controls/grid/find_keys.h"
 #include "controls/grid/row_commands.h"
 #include "controls/grid/row_operations.h"
 
@@ -34,26 +35,6 @@ int ShownRowFrom(const flexgrid::Grid& grid, int row, int step) {
 bool AddsRow(const flexgrid::Grid& grid, const ControlState& state) {
     if (!state.autoAddNew) return false;
     return grid.Rows() <= grid.FixedRows() || !IsEmptyRecord(grid, state, grid.Rows() - 1);
-}
-
-// Whether a key pressed with Ctrl belongs to an open editor rather than to the host's menus: select all, clipboard and
-// undo, deleting a word, and what Ctrl and Alt together type on many keyboards.
-bool IsEditorCommand(int keyCode, int shift) {
-    if ((shift & keys::altMask) != 0) return true;
-    switch (keyCode) {
-        case 'A':
-        case 'C':
-        case 'V':
-        case 'X':
-        case 'Y':
-        case 'Z':
-        case keys::insert:
-        case keys::deleteKey:
-        case keys::backspace:
-            return true;
-        default:
-            return false;
-    }
 }
 
 }  // namespace
@@ -286,7 +267,26 @@ bool BringsEditorBack(int keyCode) {
     return keyCode != keys::shift && keyCode != keys::control && keyCode != keys::alt;
 }
 
+bool IsEditorCommand(int keyCode, int shift) {
+    if ((shift & keys::altMask) != 0) return true;
+    switch (keyCode) {
+        case 'A':
+        case 'C':
+        case 'V':
+        case 'X':
+        case 'Y':
+        case 'Z':
+        case keys::insert:
+        case keys::deleteKey:
+        case keys::backspace:
+            return true;
+        default:
+            return false;
+    }
+}
+
 bool KeepsKey(int keyCode, int shift, const ControlState& state) {
+    if (DecideFindKey(keyCode, shift, state) != FindAction::None) return true;
     const bool editOpen = EditIsOpen(state);
     switch (keyCode) {
         case keys::escape:

@@ -128,6 +128,10 @@ std::optional<CellStep> StepOf(EditorKey key, const flexgrid::Grid& grid, const 
 // Whether a key scrolls its editor back into view: all except those that mean nothing alone.
 bool BringsEditorBack(int keyCode);
 
+// Whether a key pressed with Ctrl belongs to an open editor rather than to the host's menus: select all, clipboard and
+// undo, deleting a word, and what Ctrl and Alt together type on many keyboards.
+bool IsEditorCommand(int keyCode, int shift);
+
 // Whether the grid uses a key that its host could use too. Not for Tab (tab_way.h).
 bool KeepsKey(int keyCode, int shift, const ControlState& state);
 

@@ -94,6 +94,11 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP ExportFile(BSTR fileName, BSTR format, BSTR separator, BSTR encoding,
                             VARIANT_BOOL selectedOnly) override;
     STDMETHODIMP ImportCsv(BSTR fileName, BSTR separator, BSTR encoding, VARIANT_BOOL hasHeader, long* result) override;
+    // Finding and replacing
+    QVX_PROPERTY(VARIANT_BOOL, FindBar, EntryGrid)
+    STDMETHODIMP Find(BSTR text, GridFind options, VARIANT_BOOL forward, VARIANT_BOOL* result) override;
+    STDMETHODIMP ReplaceAll(BSTR text, BSTR with, GridFind options, long* result) override;
+    STDMETHODIMP FindCount(BSTR text, GridFind options, long* result) override;
     // The inner grid's members
     QVX_INDEXED_PROPERTY(BSTR, TextArray, flexgrid::Grid)
     STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override {
@@ -206,6 +211,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     ControlState& State() { return entry_.State(); }
     flexgrid::Grid& Model() { return entry_.Model(); }
     ControlState& PartOf(std::type_identity<ControlState>) { return State(); }
+    EntryGrid& PartOf(std::type_identity<EntryGrid>) { return entry_; }
     template <class Base>
     requires std::is_base_of_v<Base, flexgrid::Grid> flexgrid::Grid& PartOf(std::type_identity<Base>) {
         return Model();

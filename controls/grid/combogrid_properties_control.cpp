@@ -128,6 +128,7 @@ const PropertyTable& ComboGridControl::Properties() {
             .Field(u"ContextMenu", &ControlState::contextMenu)
             .Field(u"ValidateColumns", &ControlState::validateColumns)
             .Field(u"OnErrorFirst", &ControlState::onErrorFirst)
+            .Field(u"FindBar", &ControlState::findBar)
             .Done();
     return table;
 }

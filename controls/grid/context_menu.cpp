@@ -29,6 +29,8 @@ constexpr std::array gridMenu{
     menuSeparator,
     KnownEntry{MenuCommand::sortAscending, u"sortascending", u"Sort &Ascending"},
     KnownEntry{MenuCommand::sortDescending, u"sortdescending", u"Sort D&escending"},
+    menuSeparator,
+    KnownEntry{MenuCommand::find, u"find", u"&Find...\tCtrl+F"},
 };
 
 // Empty for an item that means nothing.

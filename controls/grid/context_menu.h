@@ -19,6 +19,7 @@ enum class MenuCommand {
     deleteRow,
     sortAscending,
     sortDescending,
+    find,
 };
 
 struct MenuEntry {

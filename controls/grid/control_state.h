@@ -30,6 +30,7 @@ struct ControlState {
     bool extendedKeys = false;   // the keys of spreadsheets, of which some had another meaning before
     bool keepUnchanged = false;  // an edit that changes nothing leaves the cell as it is
     bool sortOnHeader = false;   // a click on a header sorts
+    bool findBar = false;        // the user can search, by the keys for that
     bool contextMenu = false;    // the right button opens the grid's menu
     bool onErrorFirst = false;   // the host is notified of failures before the user
     bool changed = false;        // set by every committed edit

@@ -10,7 +10,6 @@
 namespace qvx::grid {
 
 using flexgrid::Grid;
-using Reach = Grid::AllOrNothing::Reach;
 
 EditHistory::EditHistory(Grid& grid, const Limits& limits)
     : grid_(grid), limits_(limits), version_(grid.StructureVersion()) {}
@@ -61,7 +60,7 @@ void EditHistory::End() noexcept {
     Push(done_, fresh_);
 }
 
-EditHistory::WholeGroup::WholeGroup(EditHistory& history, Reach reach)
+EditHistory::WholeGroup::WholeGroup(EditHistory& history, Grid::AllOrNothing::Reach reach)
     : history_(history), group_(history), version_(history.version_), whole_(std::in_place, history.grid_, reach) {}
 
 EditHistory::WholeGroup::~WholeGroup() {
@@ -136,7 +135,8 @@ EditHistory::Step EditHistory::Move(Steps& from, Steps& to, ControlState& state)
     std::shared_ptr<EditStep> made;
     EditStep::Place place;
     try {
-        Grid::AllOrNothing whole(grid_, step->RowsChanged() ? Reach::all : Reach::texts);
+        Grid::AllOrNothing whole(
+            grid_, step->RowsChanged() ? Grid::AllOrNothing::Reach::all : Grid::AllOrNothing::Reach::texts);
         made = std::make_shared<EditStep>(step->Revert(grid_, go));
         place = made->FirstPlace();
         if (made->RowsChanged()) RenumberFrom(grid_, state, std::max(place.row, 1));

@@ -3,7 +3,7 @@
 
 #include "common/keys.h"
 #include "common/text_direction.h"
-#include "controls/grid/entry_grid_window.h"
+#include "controls/grid/entry_grid_finder_window.h"
 #include "controls/grid/row_commands.h"
 #include "win/send_key.h"
 
@@ -55,6 +55,12 @@ void EntryGrid::KeyDown(short& keyCode, short& shift) {
     dropCharacter_ = keyCode == 0;
     if (keyCode == 0) return;
     try {
+        if (const FindAction find = DecideFindKey(keyCode, shift, state_); find != FindAction::None) {
+            keyCode = 0;
+            dropCharacter_ = find == FindAction::Find || find == FindAction::Replace;  // that of Ctrl and the letter
+            Finding().Act(find);
+            return;
+        }
         const GridKey action = DecideGridKey(keyCode, shift, Model(), state_);
         if (action == GridKey::PassOn) return;
         keyCode = 0;
@@ -177,6 +183,11 @@ void EntryGrid::ComboKeyDown(ComboWindow& combo, int& keyCode, int shift) {
         if (keyCode == keys::enter || keyCode == keys::escape) keyCode = 0;
         return;
     }
+    if (const FindAction find = DecideFindKey(keyCode, shift, state_); find != FindAction::None) {
+        keyCode = 0;
+        Finding().Act(find);
+        return;
+    }
     const Text text = combo.GetText();
     const Caret caret{combo.SelStart(), combo.SelLength(), static_cast<int>(text.size()),
                       ReadsRightToLeft(text, Model().RightToLeft())};
@@ -214,6 +225,7 @@ bool EntryGrid::WantsKey(const MSG& message) {
     if (message.message != WM_KEYDOWN) return false;
     const auto key = static_cast<int>(message.wParam);
     const int shift = ShiftState();
+    if (finder_ && finder_->HasFocus()) return BarKeepsKey(key, shift);
     if (key != keys::tab) return KeepsKey(key, shift, state_);
     TabWindows windows{*this};
     return tabWay_.Asked(shift, Model(), state_, windows);

@@ -1,5 +1,6 @@
 // The grid's menu on the screen, and its commands.
 #include "controls/grid/context_menu.h"
+#include "controls/grid/entry_grid_finder_window.h"
 #include "controls/grid/entry_grid_window.h"
 #include "win/window_text.h"
 
@@ -49,9 +50,13 @@ bool EntryGrid::MayChoose(MenuCommand command, int col) {
         case MenuCommand::sortAscending:
         case MenuCommand::sortDescending:
             return col >= grid.FixedCols() && col < grid.Cols();
-        default:
-            return true;
+        case MenuCommand::find:
+            return state_.findBar;
+        case MenuCommand::host:
+        case MenuCommand::separator:
+            break;
     }
+    return true;
 }
 
 // A click outside the selection moves the cursor there; one on a header leaves it where it is.
@@ -101,6 +106,8 @@ void EntryGrid::UseMenu(MenuCommand command, const Text& key, int col) {
         case MenuCommand::sortAscending:
         case MenuCommand::sortDescending:
             return SortByUser({{col, command == MenuCommand::sortDescending}});
+        case MenuCommand::find:
+            return Finding().Act(FindAction::Find);
         case MenuCommand::separator:
             return;
     }

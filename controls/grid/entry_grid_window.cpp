@@ -4,6 +4,7 @@
 #include "common/locale.h"
 #include "common/text_direction.h"
 #include "controls/grid/column_lists.h"
+#include "controls/grid/entry_grid_finder_window.h"
 #include "controls/grid/lifecycle.h"
 #include "controls/grid/row_operations.h"
 #include "win/dpi.h"
@@ -101,6 +102,7 @@ void EntryGrid::AttachTo(HWND control) {
 void EntryGrid::Detach() {
     CommitOpenEdit();
     if (frame_) frame_->Destroy();
+    if (finder_) finder_->Detach();
     window_->Destroy();
 }
 
@@ -110,7 +112,10 @@ HWND EntryGrid::FocusWindow() const {
     return window_->Handle();
 }
 
-void EntryGrid::Resize(Size pixels) { window_->MoveTo({0, 0, pixels.width, pixels.height}); }
+void EntryGrid::Resize(Size pixels) {
+    const int bar = finder_ ? finder_->Place(pixels) : 0;
+    window_->MoveTo({0, 0, pixels.width, pixels.height - bar});
+}
 
 EditorFrame& EntryGrid::Frame() {
     // Creating the control's window retires an old frame.
@@ -286,6 +291,17 @@ void EntryGrid::EnterCell() {
     const auto keep = events_.KeepAlive();
     events_.EnterCell();
     projection_.Enter();
+}
+
+void EntryGrid::RowColChange() {
+    const auto keep = events_.KeepAlive();
+    if (finder_) finder_->CursorMoved();
+    events_.RowColChange();
+}
+
+void EntryGrid::Invalidated(flexgrid::GridChange change, const flexgrid::CellRange& range) {
+    if (finder_) finder_->Invalidated(change, range);
+    events_.Invalidated(change, range);
 }
 
 // ---- Combos --------------------------------------------------------------------------------------------------------

@@ -13,6 +13,7 @@
 #include "common/text.h"
 #include "controls/grid/binding.h"
 #include "controls/grid/cell_edit.h"
+#include "controls/grid/cell_search.h"
 #include "controls/grid/cell_step.h"
 #include "controls/grid/column_sort.h"
 #include "controls/grid/context_menu.h"
@@ -21,6 +22,7 @@
 #include "controls/grid/editor_frame_window.h"
 #include "controls/grid/paste.h"
 #include "controls/grid/projection.h"
+#include "controls/grid/replace_cells.h"
 #include "controls/grid/tab_way.h"
 #include "controls/grid/table_export.h"
 #include "dialogs/messages.h"
@@ -135,6 +137,16 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void Sort(TextView columns);
     Text SortedBy() { return SortColumnsText(Model(), Model().SortMarks()); }
 
+    // Whether the user can search by keys and a bar.
+    bool FindBar() const { return state_.findBar; }
+    void SetFindBar(bool shown);
+    // These end an open edit. Find moves to the next hit, or to the previous one, and returns false where there is
+    // none; ReplaceAll returns the number of cells that have got another text. The options' column and locale are set
+    // by the grid.
+    bool Find(TextView text, const SearchOptions& options, bool inColumn, bool forward);
+    long ReplaceAll(TextView text, TextView with, const SearchOptions& options, bool inColumn);
+    long FindCount(TextView text, const SearchOptions& options, bool inColumn);
+
     // Writes the cells that are shown, or the selected ones among them, into a file. The options' code page and date
     // settings are the system's. An error and a cancelled export leave an existing file as it was.
     void Export(const Text& fileName, ExportOptions options, bool selectedOnly);
@@ -147,6 +159,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
   private:
     class Editor;
     class AccessibleEditing;
+    class Finder;
     struct TabWindows;
 
     // GridListener
@@ -154,11 +167,9 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     void CellsMoved() noexcept override { projection_.Release(); }
     void LeaveCell() override;
     void EnterCell() override;
-    void RowColChange() override { events_.RowColChange(); }
+    void RowColChange() override;
     void SelChange() override { events_.SelChange(); }
-    void Invalidated(flexgrid::GridChange change, const flexgrid::CellRange& range) override {
-        events_.Invalidated(change, range);
-    }
+    void Invalidated(flexgrid::GridChange change, const flexgrid::CellRange& range) override;
     // GridWindowEvents
     std::shared_ptr<void> Hold() override;
     void Click() override { events_.Click(); }
@@ -223,6 +234,12 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     bool MayChoose(MenuCommand command, int col);
     void UseMenu(MenuCommand command, const Text& key, int col);
     void WriteCells(const CellRectangle& rectangle);
+    Finder& Finding();
+    // Places the inner grid and the find bar in the control.
+    void LayOut();
+    void GoToHit(CellPlace place);
+    CellSearch SearchFor(TextView text, SearchOptions options, bool inColumn);
+    Replacements ReplaceHits(const CellSearch& search, TextView with, std::optional<CellPlace> only);
     CellSources SourcesForCells() const;
     // Paints the thread's windows without processing input.
     static void AnswerPaints();
@@ -257,6 +274,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     int bindings_ = 0;            // counts the calls of Bind, so that the last one ends those around it
     bool dropCharacter_ = false;  // the host has refused the key that produces this character
     TabWay tabWay_;
+    std::unique_ptr<Finder> finder_;  // once the user has searched
 };
 
 }  // namespace qvx::grid

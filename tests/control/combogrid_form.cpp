@@ -211,7 +211,7 @@ HWND ComboGridForm::InnerGrid() const {
     while ((child = FindWindowExW(container.ControlWindow(), child, nullptr, nullptr)) != nullptr) {
         wchar_t className[64]{};
         GetClassNameW(child, className, 64);
-        if (std::wstring(className) != L"QvxEditorFrame") return child;
+        if (std::wstring(className) == L"QvxFlexGrid") return child;
     }
     return nullptr;
 }

@@ -9,6 +9,11 @@ void FlexGridWindow::MarkAllStale() {
     RequestPaint();
 }
 
+void FlexGridWindow::ShowHits(const CellHits* hits) {
+    hits_ = hits;
+    MarkAllStale();
+}
+
 // Works out what to draw again after the changes since the last painting, and invalidates the window.
 void FlexGridWindow::Settle() {
     paintRequested_ = false;

@@ -147,6 +147,7 @@ View FlexGridWindow::CurrentView() const {
     } else if (border_.kind == Border::Kind::Row) {
         view.draggedRow = borderLine_;
     }
+    view.hits = hits_;
     return view;
 }
 

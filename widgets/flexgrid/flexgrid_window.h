@@ -70,6 +70,9 @@ class FlexGridWindow final : public Window, private GridListener {
     // Whether the cell's text is cut off at the cell's edge.
     bool IsTextCut(int row, int col);
 
+    // Makes the hits of a search stand out; null ends that. To be called again when the hits have changed. Not owned.
+    void ShowHits(const CellHits* hits);
+
     // The window's support for assistive programs.
     GridAccessibility& Accessibility() { return accessibility_; }
     // Returns the state that the view rules need, with scroll bars and scroll position brought up to date.
@@ -145,6 +148,7 @@ class FlexGridWindow final : public Window, private GridListener {
     StaleArea stale_;
     bool layoutChanged_ = true;
     bool paintRequested_ = false;
+    const CellHits* hits_ = nullptr;
     bool settling_ = false;
     std::array<Bar, 2> drawnBars_{};  // the vertical and the horizontal one as they are on the screen
     int notifiedTop_ = -1;            // the scroll position that listeners were last notified of

@@ -236,11 +236,35 @@ class Painter {
 
     void PaintCell(int row, int col, const Rect& area, bool fixed) {
         const CellFormat* format = grid_.FormatOf(row, col);
-        const Ink ink = InkOf(row, col, format, fixed);
-        Rect inside = InsideLines(grid_, area, fixed);
+        Ink ink = InkOf(row, col, format, fixed);
+        const Rect inside = InsideLines(grid_, area, fixed);
         if (inside.Empty()) {
             return;
         }
+        if (fixed || !view_.hits || !view_.hits->IsHit(row, col)) {
+            PaintContents(row, col, area, inside, ink, format, fixed);
+            return;
+        }
+        if (ink.back != grid_.BackColorSel()) {
+            ink.fore = colors::infoText;
+            ink.back = colors::infoBackground;
+        }
+        PaintContents(row, col, area, inside, ink, format, fixed);
+        PaintHitFrame(inside, ink.fore, IsCursor(row, col));
+    }
+
+    // Frames a hit, because the background alone may be that of all cells in a scheme of high contrast.
+    void PaintHitFrame(const Rect& inside, OleColor color, bool current) {
+        const int across = std::min(ScaledAtLeastOne(current ? 2 : 1, dpi_.x), inside.Width());
+        const int down = std::min(ScaledAtLeastOne(current ? 2 : 1, dpi_.y), inside.Height());
+        surface_.FillRect({inside.left, inside.top, inside.right, inside.top + down}, color);
+        surface_.FillRect({inside.left, inside.bottom - down, inside.right, inside.bottom}, color);
+        surface_.FillRect({inside.left, inside.top, inside.left + across, inside.bottom}, color);
+        surface_.FillRect({inside.right - across, inside.top, inside.right, inside.bottom}, color);
+    }
+
+    void PaintContents(int row, int col, const Rect& area, Rect inside, const Ink& ink, const CellFormat* format,
+                       bool fixed) {
         const Rect marked = ShowsSortMark(grid_, row, col) ? PaintSortMark(row, col, inside, ink) : Rect{};
         if (inside.Empty()) {
             return;

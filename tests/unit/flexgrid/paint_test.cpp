@@ -255,6 +255,29 @@ TEST_F(PaintTest, SortedColumnsHaveAnArrowAndAPlace) {
     EXPECT_TRUE(IsCut(grid_, view_, surface, 0, 2)) << "beside the mark";
 }
 
+TEST_F(PaintTest, HitsOfASearchStandOutAndTheCursorMost) {
+    struct Hits final : CellHits {
+        bool IsHit(int row, int) const override { return row == 1; }
+    } hits;
+    view_.hits = &hits;
+    EXPECT_EQ(Drawn("cell", {64, 0, 128, 48}),
+              "cell \"x\" at 67,17 in (64,16,127,31) 8.25 &H80000017 on &H80000018\n"
+              "cell \"yy\" at 67,33 in (64,32,127,47) 8.25 &H80000008 on &H80000005\n"
+              "cell \"A\" at 67,1 in (65,1,127,15) 8.25 &H80000012 on &H8000000F\n");
+    EXPECT_EQ(Drawn("fill", {64, 16, 191, 32}),
+              "fill (64,16,127,18) &H80000017\nfill (64,29,127,31) &H80000017\n"
+              "fill (64,16,66,31) &H80000017\nfill (125,16,127,31) &H80000017\n"
+              "fill (128,16,191,17) &H80000017\nfill (128,30,191,31) &H80000017\n"
+              "fill (128,16,129,31) &H80000017\nfill (190,16,191,31) &H80000017\n"
+              "fill (64,31,192,32) &H00C0C0C0\n"
+              "fill (127,16,128,32) &H00C0C0C0\nfill (191,16,192,32) &H00C0C0C0\n");
+    grid_.SetHighLight(GridHighLight::always);
+    grid_.Select(2, 1, 1, 2);
+    EXPECT_EQ(Drawn("cell", {128, 16, 192, 32}),
+              "cell \"25\" at 176,17 in (128,16,191,31) 8.25 &H8000000E on &H8000000D\n")
+        << "a selected hit keeps the selection's colours";
+}
+
 TEST_F(PaintTest, TextThatDoesNotFitIsCut) {
     RecordingSurface surface;
     EXPECT_FALSE(IsCut(grid_, view_, surface, 2, 1));

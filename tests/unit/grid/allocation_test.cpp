@@ -16,6 +16,7 @@
 #include "controls/grid/lifecycle.h"
 #include "controls/grid/paste.h"
 #include "controls/grid/projection.h"
+#include "controls/grid/replace_cells.h"
 #include "controls/grid/row_commands.h"
 #include "controls/grid/row_operations.h"
 #include "controls/grid/validation.h"
@@ -103,6 +104,15 @@ void SortByName(Scene& scene) {
     SortRows(scene.grid, scene.state, scene.history, {{1, true}, {2, false}}, help);
 }
 
+void ReplaceTexts(Scene& scene) {
+    CellSearch search(scene.grid);
+    search.Look(u"\u0416", {});
+    search.StartCounting(1);
+    search.Count([] { return true; });
+    (void)search.Next({1, 1}, true);
+    ReplaceCells(scene.grid, scene.state, scene.history, scene.host, scene.sources, search, longText);
+}
+
 void PasteCells(Scene& scene) { scene.Paste(u"one\ttwo\r\nthree\r\n"); }
 void NumberNothing(Scene& scene) { scene.state.autoRecordNumber = false; }
 // Executes two calls, one after the other.
@@ -134,6 +144,8 @@ const Row rows[] = {
     {"redoing an insertion", Redo, Both<InsertAbove, Undo>},
     {"redoing a deletion", Redo, Both<DeleteCurrent, Undo>},
     {"redoing appended rows with cells", Redo, Both<PasteRows, Undo>},
+    {"cells replaced", ReplaceTexts},
+    {"undoing replaced cells", Undo, ReplaceTexts},
     {"sorted rows", SortByName},
     {"sorted rows where none is numbered", SortByName, NumberNothing},
     {"undoing a sort", Undo, SortByName},

@@ -26,7 +26,7 @@ TEST(ContextMenu, ReadsWhatTheHostHasMadeOfIt) {
     }
     EXPECT_EQ(ReadMenu(u";cut=Remove;").at(0).caption, u"Remove");
     EXPECT_EQ(ReadMenu(u";x==y;").at(0).caption, u"=y");
-    EXPECT_EQ(ReadMenu(DefaultMenu()).size(), 12u) << "nothing of it is dropped";
+    EXPECT_EQ(ReadMenu(DefaultMenu()).size(), 14u) << "nothing of it is dropped";
 }
 
 }  // namespace
