@@ -25,6 +25,7 @@ constexpr int f1 = 112;
 constexpr int f2 = 113;
 constexpr int f3 = 114;
 constexpr int f4 = 115;
+constexpr int f8 = 119;
 constexpr int f24 = 135;
 
 // Bits of an event's Shift argument.

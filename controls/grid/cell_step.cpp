@@ -185,6 +185,8 @@ GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const 
             return plain ? GridKey::Left : GridKey::PassOn;
         case keys::right:
             return plain ? GridKey::Right : GridKey::PassOn;
+        case keys::f8:
+            return plain && state.markInvalid ? GridKey::NextInvalid : GridKey::PassOn;
         default:
             return GridKey::PassOn;
     }
@@ -296,6 +298,8 @@ bool KeepsKey(int keyCode, int shift, const ControlState& state) {
             return editOpen || shift == 0;
         case keys::f2:
             return shift == 0;
+        case keys::f8:
+            return shift == 0 && !editOpen && state.markInvalid;
         case keys::left:
         case keys::right:
         case keys::up:

@@ -80,8 +80,9 @@ enum class GridKey {
     FillRight,
     SelectRow,
     SelectColumn,
-    ClearCells,  // all selected ones
-    Nothing,     // the key is used without any effect
+    ClearCells,   // all selected ones
+    NextInvalid,  // with MarkInvalid only
+    Nothing,      // the key is used without any effect
 };
 // Raises the grid's error when the key column does not exist.
 GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const ControlState& state);

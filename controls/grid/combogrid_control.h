@@ -28,9 +28,15 @@ class ComboGridControl final : public Control<_ComboGrid>,
     QVX_FIELD(BSTR, NonFocusColumns, ControlState::nonFocusColumns)
     STDMETHODIMP get_InVisibleColumns(BSTR* result) override;
     STDMETHODIMP put_InVisibleColumns(BSTR value) override;
-    QVX_FIELD(BSTR, RequiredFields, ControlState::requiredFields)
+    STDMETHODIMP get_RequiredFields(BSTR* result) override { return GetMember(result, &ControlState::requiredFields); }
+    STDMETHODIMP put_RequiredFields(BSTR value) override {
+        return PutRules(u"RequiredFields", &ControlState::requiredFields, value);
+    }
     QVX_FIELD(BSTR, ColumnsDataType, ControlState::columnsDataType)
-    QVX_FIELD(BSTR, CheckValueFor, ControlState::checkValueFor)
+    STDMETHODIMP get_CheckValueFor(BSTR* result) override { return GetMember(result, &ControlState::checkValueFor); }
+    STDMETHODIMP put_CheckValueFor(BSTR value) override {
+        return PutRules(u"CheckValueFor", &ControlState::checkValueFor, value);
+    }
     QVX_FIELD(BSTR, ColumnsMaxLength, ControlState::columnsMaxLength)
     QVX_FIELD(VARIANT_BOOL, ExtendedKeys, ControlState::extendedKeys)
     QVX_FIELD(VARIANT_BOOL, KeepUnchanged, ControlState::keepUnchanged)
@@ -95,6 +101,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
                             VARIANT_BOOL selectedOnly) override;
     STDMETHODIMP ImportCsv(BSTR fileName, BSTR separator, BSTR encoding, VARIANT_BOOL hasHeader, long* result) override;
     // Finding and replacing
+    QVX_PROPERTY(VARIANT_BOOL, MarkInvalid, EntryGrid)
     QVX_PROPERTY(VARIANT_BOOL, FindBar, EntryGrid)
     STDMETHODIMP Find(BSTR text, GridFind options, VARIANT_BOOL forward, VARIANT_BOOL* result) override;
     STDMETHODIMP ReplaceAll(BSTR text, BSTR with, GridFind options, long* result) override;
@@ -246,6 +253,11 @@ class ComboGridControl final : public Control<_ComboGrid>,
     // for data that fails a check.
     bool MayShow(int number, TextView description);
     AskHost HostCheck();
+    HRESULT PutRules(TextView name, Text ControlState::*field, BSTR value) {
+        const HRESULT result = PutMember(name, field, value);
+        entry_.RefreshMarks();
+        return result;
+    }
 
     EntryGrid entry_;
     ComPtr<IDispatch> colIndex_;

@@ -125,6 +125,7 @@ const PropertyTable& ComboGridControl::Properties() {
             .Field(u"ExtendedKeys", &ControlState::extendedKeys)
             .Field(u"KeepUnchanged", &ControlState::keepUnchanged)
             .Field(u"SortOnHeader", &ControlState::sortOnHeader)
+            .Field(u"MarkInvalid", &ControlState::markInvalid)
             .Field(u"ContextMenu", &ControlState::contextMenu)
             .Field(u"ValidateColumns", &ControlState::validateColumns)
             .Field(u"OnErrorFirst", &ControlState::onErrorFirst)

@@ -31,6 +31,7 @@ struct ControlState {
     bool keepUnchanged = false;  // an edit that changes nothing leaves the cell as it is
     bool sortOnHeader = false;   // a click on a header sorts
     bool findBar = false;        // the user can search, by the keys for that
+    bool markInvalid = false;    // cells that break a rule are marked, and F8 goes through them
     bool contextMenu = false;    // the right button opens the grid's menu
     bool onErrorFirst = false;   // the host is notified of failures before the user
     bool changed = false;        // set by every committed edit

@@ -123,6 +123,13 @@ void EntryGrid::UseGridKey(GridKey action, const PressedKey& press) {
         case GridKey::Tab:
             GoByTab(press);
             break;
+        case GridKey::NextInvalid:
+            if (const auto place = marks_.Next(Model().Row(), Model().Col())) {
+                GoToHit({place->row, place->col});
+            } else {
+                MessageBeep(MB_OK);
+            }
+            break;
         default:
             if (const auto step = StepOf(action, Model(), state_)) Go(*step);
     }

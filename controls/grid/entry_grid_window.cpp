@@ -68,6 +68,7 @@ class EntryGrid::Editor {
 EntryGrid::EntryGrid(EntryGridEvents& events)
     : events_(events),
       window_(std::make_unique<flexgrid::FlexGridWindow>()),
+      marks_(window_->Model(), state_),
       projection_(window_->Model(), state_),
       history_(window_->Model()) {
     accessible_ = MakeAccessible();
@@ -139,6 +140,7 @@ void EntryGrid::LoadList(EditorFrame& frame, int col) {
 
 void EntryGrid::Show(bool userMode) {
     try {
+        RefreshMarks();
         grid::Show(Model(), state_, userMode, [this](int col) { LoadList(Frame(), col); });
     } catch (...) {
         const RunTimeError error = CurrentError();
@@ -276,6 +278,8 @@ void EntryGrid::LostFocus() {
 }
 
 Text EntryGrid::ToolTip(int row, int col) {
+    if (const TextView wrong = state_.markInvalid ? marks_.MessageOf(row, col) : TextView(); !wrong.empty())
+        return Text(wrong);
     if (!state_.cellToolTip) return {};
     return CellTipText(state_, Model().TextMatrix(row, col), window_->IsTextCut(row, col));
 }
@@ -301,6 +305,8 @@ void EntryGrid::RowColChange() {
 
 void EntryGrid::Invalidated(flexgrid::GridChange change, const flexgrid::CellRange& range) {
     if (finder_) finder_->Invalidated(change, range);
+    // An entry in one cell may mark others of its row.
+    if (state_.markInvalid) RefreshMarks();
     events_.Invalidated(change, range);
 }
 

@@ -20,6 +20,7 @@
 #include "controls/grid/control_state.h"
 #include "controls/grid/edit_history.h"
 #include "controls/grid/editor_frame_window.h"
+#include "controls/grid/invalid_marks.h"
 #include "controls/grid/paste.h"
 #include "controls/grid/projection.h"
 #include "controls/grid/replace_cells.h"
@@ -138,6 +139,14 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     Text SortedBy() { return SortColumnsText(Model(), Model().SortMarks()); }
 
     // Whether the user can search by keys and a bar.
+    bool MarkInvalid() const { return state_.markInvalid; }
+    void SetMarkInvalid(bool marks) {
+        state_.markInvalid = marks;
+        RefreshMarks();
+    }
+    // Draws the marks anew after a change of the rules, or of whether they are shown.
+    void RefreshMarks() { window_->ShowMarks(state_.markInvalid ? &marks_ : nullptr); }
+
     bool FindBar() const { return state_.findBar; }
     void SetFindBar(bool shown);
     // These end an open edit. Find moves to the next hit, or to the previous one, and returns false where there is
@@ -255,6 +264,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     EntryGridEvents& events_;
     ControlState state_;
     std::unique_ptr<flexgrid::FlexGridWindow> window_;
+    InvalidMarks marks_;
     Projection projection_;
     EditHistory history_;
     std::unique_ptr<flexgrid::AccessibleHost> accessible_;

@@ -1,82 +1,22 @@
 #include "controls/grid/validation.h"
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 #include "controls/grid/cell_reading.h"
-#include "controls/grid/column_lists.h"
-#include "dialogs/messages.h"
+#include "controls/grid/column_checks.h"
 
 namespace qvx::grid {
 namespace {
-
-namespace messages = dialogs::messages;
-
-constexpr std::array<TextView, sign_rule::count> brokenRule{messages::lessThanZeroPrompt, messages::atMostZeroPrompt,
-                                                            messages::greaterThanZeroPrompt,
-                                                            messages::atLeastZeroPrompt, messages::zeroValuePrompt};
-
-bool Keeps(double number, int rule) {
-    switch (rule) {
-        case sign_rule::negative:
-            return number < 0;
-        case sign_rule::notPositive:
-            return number <= 0;
-        case sign_rule::positive:
-            return number > 0;
-        case sign_rule::notNegative:
-            return number >= 0;
-        default:
-            return number != 0;
-    }
-}
-
-// A column that has something to check; most have nothing.
-struct Checked {
-    int col = 0;
-    bool required = false;
-    bool asksHost = false;
-    std::vector<int> rules;
-};
-
-std::vector<Checked> CheckedColumns(const flexgrid::Grid& grid, const ControlState& state, bool askHost) {
-    std::vector<Checked> columns;
-    for (int col = 0; col < grid.Cols(); ++col) {
-        Checked checked{col,
-                        IsListedColumn(grid, state.requiredFields, col),
-                        askHost && IsListedColumn(grid, state.validateColumns, col),
-                        {}};
-        for (int rule = 0; rule < sign_rule::count; ++rule)
-            if (HasColumnCode(grid, state.checkValueFor, col, rule)) checked.rules.push_back(rule);
-        if (checked.required || checked.asksHost || !checked.rules.empty()) columns.push_back(std::move(checked));
-    }
-    return columns;
-}
-
-// What the grid's own rules say of a cell.
-struct Verdict {
-    CellRule rule = CellRule::none;
-    TextView message;
-};
-
-Verdict VerdictOn(flexgrid::CellView cell, const Checked& column) {
-    if (column.required && IsBlank(cell)) return {CellRule::required, messages::invalidDataPrompt};
-    if (column.rules.empty()) return {};
-    const double number = NumberIn(cell);
-    for (const int rule : column.rules)
-        if (!Keeps(number, rule)) return {CellRule::sign, brokenRule[static_cast<std::size_t>(rule)]};
-    return {};
-}
 
 // Checks whether all cells of a row pass, grouped by the kind of check: nearly all rows pass, and for them the order of
 // the cells does not matter.
 class RowCheck {
   public:
-    explicit RowCheck(const std::vector<Checked>& columns) {
-        for (const Checked& column : columns) {
+    explicit RowCheck(const std::vector<CheckedColumn>& columns) {
+        for (const CheckedColumn& column : columns) {
             if (column.required) required_.push_back(column.col);
-            if (!column.rules.empty()) ruled_.push_back({column.col, KeepingSigns(column.rules)});
+            if (!column.signs.empty()) ruled_.push_back({column.col, KeepingSigns(column.signs)});
         }
     }
 
@@ -95,7 +35,7 @@ class RowCheck {
     static unsigned KeepingSigns(const std::vector<int>& rules) {
         unsigned signs = 0;
         for (const double number : {-1.0, 0.0, 1.0})
-            if (std::all_of(rules.begin(), rules.end(), [&](int rule) { return Keeps(number, rule); }))
+            if (std::all_of(rules.begin(), rules.end(), [&](int rule) { return KeepsSign(number, rule); }))
                 signs |= SignOf(number);
         return signs;
     }
@@ -113,13 +53,13 @@ class RowCheck {
     std::vector<Ruled> ruled_;
 };
 
-std::optional<InvalidCell> FindByOwnRules(const flexgrid::Grid& grid, const std::vector<Checked>& columns,
+std::optional<InvalidCell> FindByOwnRules(const flexgrid::Grid& grid, const std::vector<CheckedColumn>& columns,
                                           const CheckStart& start, int lastRow) {
     const RowCheck check(columns);
     std::optional<InvalidCell> found;
     grid.ForEachRow(start.row, lastRow, [&](int row, const flexgrid::RowView& cells) {
         if (found || check.Passes(cells)) return;
-        for (const Checked& column : columns) {
+        for (const CheckedColumn& column : columns) {
             if (row == start.row && column.col < start.col) continue;
             const Verdict verdict = VerdictOn(cells[column.col], column);
             if (verdict.rule == CellRule::none) continue;
@@ -131,10 +71,10 @@ std::optional<InvalidCell> FindByOwnRules(const flexgrid::Grid& grid, const std:
 }
 
 // The host may remove rows and columns while it is asked.
-std::optional<InvalidCell> FindWithHost(const flexgrid::Grid& grid, const std::vector<Checked>& columns,
+std::optional<InvalidCell> FindWithHost(const flexgrid::Grid& grid, const std::vector<CheckedColumn>& columns,
                                         const CheckStart& start, int lastRow, const AskHost& askHost) {
     for (int row = start.row; row <= lastRow; ++row) {
-        for (const Checked& column : columns) {
+        for (const CheckedColumn& column : columns) {
             if (row >= grid.Rows() || column.col >= grid.Cols()) continue;
             if (row == start.row && column.col < start.col) continue;
             const Verdict verdict = VerdictOn(grid.Cell(row, column.col), column);
@@ -155,9 +95,9 @@ std::optional<InvalidCell> FindInvalidCell(const flexgrid::Grid& grid, const Con
                                            const CheckStart& start, const AskHost& askHost) {
     const int lastRow = start.rowOnly ? std::min(start.row, grid.Rows() - 1) : grid.Rows() - 1;
     if (start.row < 1 || start.row > lastRow) return std::nullopt;
-    const std::vector<Checked> columns = CheckedColumns(grid, state, askHost != nullptr);
+    const std::vector<CheckedColumn> columns = CheckedColumns(grid, state, askHost != nullptr);
     if (columns.empty()) return std::nullopt;
-    const bool asks = std::any_of(columns.begin(), columns.end(), [](const Checked& c) { return c.asksHost; });
+    const bool asks = std::any_of(columns.begin(), columns.end(), [](const CheckedColumn& c) { return c.asksHost; });
     return asks ? FindWithHost(grid, columns, start, lastRow, askHost) : FindByOwnRules(grid, columns, start, lastRow);
 }
 

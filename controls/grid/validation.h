@@ -5,23 +5,11 @@
 #include <optional>
 
 #include "common/text.h"
+#include "controls/grid/column_checks.h"
 #include "controls/grid/control_state.h"
 #include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
-
-// The rules for a cell's number, by their codes in CheckValueFor.
-namespace sign_rule {
-constexpr int negative = 0;
-constexpr int notPositive = 1;
-constexpr int positive = 2;
-constexpr int notNegative = 3;
-constexpr int notZero = 4;
-constexpr int count = 5;
-}  // namespace sign_rule
-
-// Which rule a cell breaks; the values are those of the published GridRule.
-enum class CellRule { none, required, sign, host };
 
 struct InvalidCell {
     int row = 0;

@@ -14,6 +14,11 @@ void FlexGridWindow::ShowHits(const CellHits* hits) {
     MarkAllStale();
 }
 
+void FlexGridWindow::ShowMarks(const CellMarks* marks) {
+    marks_ = marks;
+    MarkAllStale();
+}
+
 // Works out what to draw again after the changes since the last painting, and invalidates the window.
 void FlexGridWindow::Settle() {
     paintRequested_ = false;

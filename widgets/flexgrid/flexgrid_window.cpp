@@ -148,6 +148,7 @@ View FlexGridWindow::CurrentView() const {
         view.draggedRow = borderLine_;
     }
     view.hits = hits_;
+    view.marks = marks_;
     return view;
 }
 

@@ -72,6 +72,8 @@ class FlexGridWindow final : public Window, private GridListener {
 
     // Makes the hits of a search stand out; null ends that. To be called again when the hits have changed. Not owned.
     void ShowHits(const CellHits* hits);
+    // Does the same for cells with a mark.
+    void ShowMarks(const CellMarks* marks);
 
     // The window's support for assistive programs.
     GridAccessibility& Accessibility() { return accessibility_; }
@@ -149,6 +151,7 @@ class FlexGridWindow final : public Window, private GridListener {
     bool layoutChanged_ = true;
     bool paintRequested_ = false;
     const CellHits* hits_ = nullptr;
+    const CellMarks* marks_ = nullptr;
     bool settling_ = false;
     std::array<Bar, 2> drawnBars_{};  // the vertical and the horizontal one as they are on the screen
     int notifiedTop_ = -1;            // the scroll position that listeners were last notified of

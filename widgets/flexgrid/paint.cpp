@@ -122,6 +122,9 @@ class Painter {
         if (dirty_.Empty()) {
             return;
         }
+        if (view_.marks) {
+            view_.marks->Prepare();
+        }
         const ClipScope clip(surface_, dirty_);
         PaintGround();
         PaintBlock(scrolledRows_, scrolledColumns_, false);
@@ -236,20 +239,38 @@ class Painter {
 
     void PaintCell(int row, int col, const Rect& area, bool fixed) {
         const CellFormat* format = grid_.FormatOf(row, col);
-        Ink ink = InkOf(row, col, format, fixed);
+        const Ink ink = InkOf(row, col, format, fixed);
         const Rect inside = InsideLines(grid_, area, fixed);
         if (inside.Empty()) {
             return;
         }
         if (fixed || !view_.hits || !view_.hits->IsHit(row, col)) {
             PaintContents(row, col, area, inside, ink, format, fixed);
-            return;
+        } else {
+            PaintHit(row, col, area, inside, ink, format);
         }
+        if (!fixed && view_.marks && view_.marks->IsMarked(row, col)) {
+            PaintMark(inside);
+        }
+    }
+
+    // A triangle in the upper corner at the end that text runs towards.
+    void PaintMark(const Rect& inside) {
+        constexpr OleColor red = 0x0000C0;
+        const int size = std::min({ScaledAtLeastOne(6, dpi_.x), inside.Width(), inside.Height()});
+        for (int line = 0; line < size; ++line) {
+            const int width = size - line;
+            const int left = mirrored_ ? inside.left : inside.right - width;
+            surface_.FillRect({left, inside.top + line, left + width, inside.top + line + 1}, red);
+        }
+    }
+
+    void PaintHit(int row, int col, const Rect& area, const Rect& inside, Ink ink, const CellFormat* format) {
         if (ink.back != grid_.BackColorSel()) {
             ink.fore = colors::infoText;
             ink.back = colors::infoBackground;
         }
-        PaintContents(row, col, area, inside, ink, format, fixed);
+        PaintContents(row, col, area, inside, ink, format, false);
         PaintHitFrame(inside, ink.fore, IsCursor(row, col));
     }
 

@@ -5,20 +5,11 @@
 
 #include "common/geometry.h"
 #include "widgets/flexgrid/axis.h"
+#include "widgets/flexgrid/cell_marks.h"
 #include "widgets/flexgrid/grid.h"
 #include "widgets/flexgrid/merge.h"
 
 namespace qvx::flexgrid {
-
-// The cells that stand out because a search has found them.
-class CellHits {
-  public:
-    // Called for scrolling cells that are drawn.
-    virtual bool IsHit(int row, int col) const = 0;
-
-  protected:
-    ~CellHits() = default;
-};
 
 // The state that the window knows and the grid does not.
 struct View {
@@ -27,7 +18,8 @@ struct View {
     // The position along its axis of a row's or column's border that is being dragged; -1 without a drag.
     int draggedColumn = -1;
     int draggedRow = -1;
-    const CellHits* hits = nullptr;  // null while no search is on
+    const CellHits* hits = nullptr;    // null while no search is on
+    const CellMarks* marks = nullptr;  // null for none
 };
 
 // The grid must outlive the axes, which refer to it.

@@ -35,8 +35,8 @@ class GridWindowEvents {
     virtual void Resized() {}
     // Returns the text of the tool tip for a cell, empty for none; called when the pointer rests on the cell.
     virtual Text ToolTip(int /*row*/, int /*col*/) { return {}; }
-    // The right button was released, or the menu key pressed; the point is in the screen's pixels. Returns whether a menu
-    // was shown. `cell` is the current one for the key.
+    // The right button was released, or the menu key pressed; the point is in the screen's pixels. Returns whether a
+    // menu was shown. `cell` is the current one for the key.
     virtual bool ContextMenu(const Hit& /*cell*/, int /*x*/, int /*y*/) { return false; }
     // Whether a click on the header of a scrolling column is handled by HeaderClick. The cursor then stays where it is,
     // and a press selects cells only once it becomes a drag.

@@ -278,6 +278,20 @@ TEST_F(PaintTest, HitsOfASearchStandOutAndTheCursorMost) {
         << "a selected hit keeps the selection's colours";
 }
 
+TEST_F(PaintTest, MarksAreInTheCornerWhereTextEnds) {
+    struct Marks final : CellMarks {
+        void Prepare() const override { prepared = true; }
+        bool IsMarked(int row, int col) const override { return prepared && row == 1 && col == 1; }
+        mutable bool prepared = false;
+    } marks;
+    view_.marks = &marks;
+    const auto first = [&] { return Drawn("fill", {64, 16, 128, 32}).substr(0, 52); };
+    EXPECT_EQ(first(), "fill (121,16,127,17) &H000000C0\nfill (122,17,127,18)");
+    grid_.SetRightToLeft(true);
+    view_.client.width = 192;
+    EXPECT_NE(Drawn("fill", {64, 16, 128, 32}).find("fill (65,16,71,17) &H000000C0\n"), std::string::npos);
+}
+
 TEST_F(PaintTest, TextThatDoesNotFitIsCut) {
     RecordingSurface surface;
     EXPECT_FALSE(IsCut(grid_, view_, surface, 2, 1));

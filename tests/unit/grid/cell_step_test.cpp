@@ -195,6 +195,9 @@ TEST(GridKeys, TableOfKeys) {
     grid.SetSelectionMode(flexgrid::GridSelectionMode::free);
     ControlState state;
     grid.Select(0, 0, 0, 2);
+    EXPECT_EQ(DecideGridKey(keys::f8, 0, grid, state), GridKey::PassOn);
+    state.markInvalid = true;
+    EXPECT_EQ(DecideGridKey(keys::f8, 0, grid, state), GridKey::NextInvalid);
     EXPECT_EQ(DecideGridKey(keys::deleteKey, 0, grid, state), GridKey::ClearCell) << "the header is no row to delete";
     state.keyColumn = 9;
     EXPECT_THROW(DecideGridKey(keys::enter, 0, grid, state), RunTimeError);
@@ -293,8 +296,11 @@ TEST(KeepsKey, TellsTheGridsKeysFromItsHosts) {
             EXPECT_EQ(KeepsKey(key, held, closed), c.whileClosed) << key << " held " << held;
         }
     }
+    EXPECT_FALSE(KeepsKey(keys::f8, 0, closed));
     closed.extendedKeys = true;
+    closed.markInvalid = true;
     EXPECT_TRUE(KeepsKey('D', ctrl, closed));
+    EXPECT_TRUE(KeepsKey(keys::f8, 0, closed));
 }
 
 TEST(CellTip, ShowsTextThatDoesNotFit) {

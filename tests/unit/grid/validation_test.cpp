@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "controls/grid/invalid_marks.h"
 #include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {
@@ -109,6 +110,32 @@ TEST(Validation, StartsAnywhereAndAsksTheHost) {
         EXPECT_EQ(found.value_or(InvalidCell()).rule, c.rule) << c.report;
         EXPECT_EQ(asked, c.asked);
     }
+}
+
+TEST(Validation, MarksInvalidCellsButNotThoseOfEmptyRows) {
+    flexgrid::Grid grid;
+    Fill(grid, {u"No\tA\tB", u"1\t\t5", u"2\t\t", u"3\tx\t0"});
+    ControlState state;
+    state.autoRecordNumber = true;
+    state.requiredFields = u";A;";
+    state.checkValueFor = u";B-2;";
+    const InvalidMarks marks(grid, state);
+    EXPECT_FALSE(marks.IsMarked(1, 1)) << "before the first drawing";
+    marks.Prepare();
+    std::string marked;
+    for (int row = 1; row < grid.Rows(); ++row)
+        for (int col = 0; col < grid.Cols(); ++col)
+            if (marks.IsMarked(row, col)) marked += std::to_string(row) + "," + std::to_string(col) + " ";
+    EXPECT_EQ(marked, "1,1 3,2 ");
+    EXPECT_EQ(marks.MessageOf(3, 2), u"Value should be greater than zero.");
+    for (const auto& [row, col] : {std::pair{0, 1}, {2, 1}, {9, 1}, {1, 9}}) EXPECT_EQ(marks.MessageOf(row, col), u"");
+    using Place = InvalidMarks::Place;
+    EXPECT_EQ(marks.Next(1, 0), (Place{1, 1}));
+    EXPECT_EQ(marks.Next(1, 1), (Place{3, 2}));
+    EXPECT_EQ(marks.Next(3, 2), (Place{1, 1}));
+    grid.SetTextMatrix(1, 1, u"y");
+    EXPECT_EQ(marks.Next(3, 2), std::nullopt) << "the only one";
+    EXPECT_EQ(marks.Next(3, 1), (Place{3, 2}));
 }
 
 }  // namespace

@@ -1,0 +1,41 @@
+// The cells that a grid for data entry shows as invalid while it is being filled in: those that break a rule of their
+// column, except in rows that are still empty.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "controls/grid/column_checks.h"
+#include "widgets/flexgrid/cell_marks.h"
+
+namespace qvx::grid {
+
+class InvalidMarks final : public flexgrid::CellMarks {
+  public:
+    // Both must outlive this.
+    InvalidMarks(const flexgrid::Grid& grid, const ControlState& state) : grid_(grid), state_(state) {}
+
+    void Prepare() const override { columns_ = CheckedColumns(grid_, state_, false); }
+    bool IsMarked(int row, int col) const override { return !MessageAt(row, col).empty(); }
+
+    // These need no preparation. What is wrong with a cell; "" for one that is not marked.
+    TextView MessageOf(int row, int col) const;
+    // Returns the marked cell after the given one, row by row and from the first row again after the last; nullopt
+    // without any, also when the given one is the only one.
+    struct Place {
+        int row;
+        int col;
+        friend bool operator==(const Place&, const Place&) = default;
+    };
+    std::optional<Place> Next(int row, int col) const;
+
+  private:
+    TextView MessageAt(int row, int col) const;
+    std::optional<Place> FirstIn(int firstRow, int firstCol, int lastRow) const;
+
+    const flexgrid::Grid& grid_;
+    const ControlState& state_;
+    mutable std::vector<CheckedColumn> columns_;
+};
+
+}  // namespace qvx::grid

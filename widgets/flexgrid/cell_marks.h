@@ -1,0 +1,28 @@
+// Cells that are drawn in another way for a reason that the grid does not know.
+#pragma once
+
+namespace qvx::flexgrid {
+
+// The cells that stand out because a search has found them.
+class CellHits {
+  public:
+    // Called for scrolling cells that are drawn.
+    virtual bool IsHit(int row, int col) const = 0;
+
+  protected:
+    ~CellHits() = default;
+};
+
+// The cells that have a mark in their corner.
+class CellMarks {
+  public:
+    // Called before cells are drawn.
+    virtual void Prepare() const = 0;
+    // Called for scrolling cells that are drawn.
+    virtual bool IsMarked(int row, int col) const = 0;
+
+  protected:
+    ~CellMarks() = default;
+};
+
+}  // namespace qvx::flexgrid
