@@ -35,7 +35,7 @@ CellSearch::NextHit CellSearch::Next(CellPlace from, bool forward, bool ownFirst
     from.row = std::clamp(from.row, top, bottom);
     const std::vector<int> columns = Columns();
     std::optional<CellPlace> found;
-    const auto isBeyond = [&](CellPlace place) { return place == from ? ownFirst : (place > from) == forward; };
+    const auto isBeyond = [&](CellPlace place) { return place == from ? ownFirst : (from < place) == forward; };
     // Looks through one block, in which the first hit counts, or backwards the last one. Returns false where it cannot.
     const auto look = [&](int row, bool wrapped) {
         const int count = CountIn(row);
@@ -103,7 +103,7 @@ std::int64_t CellSearch::NumberOf(CellPlace cell) const {
         number += blocks_[block];
     }
     ForEachHit(cell.row & ~(blockRows - 1), cell.row, columns_, [&](int row, int col) {
-        if (CellPlace{row, col} <= cell) ++number;
+        if (!(cell < CellPlace{row, col})) ++number;
     });
     return number;
 }

@@ -6,7 +6,6 @@
 #pragma once
 
 #include <algorithm>
-#include <compare>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -21,7 +20,10 @@ namespace qvx::grid {
 struct CellPlace {
     int row = 0;
     int col = 0;
-    friend auto operator<=>(const CellPlace&, const CellPlace&) = default;
+    friend bool operator==(const CellPlace&, const CellPlace&) = default;
+    friend bool operator<(const CellPlace& a, const CellPlace& b) {
+        return a.row < b.row || (a.row == b.row && a.col < b.col);
+    }
 };
 
 class CellSearch {
