@@ -37,8 +37,8 @@ constexpr auto powersOfFive = [] {
 }();
 
 // Multiplies by a power of ten, exactly, and rounds half to even. The product of the 53 bits of the value and the power
-// of five has at most 98 bits; the power of two is part of the shift, which is between 3 and 52 bits for all values that
-// RoundToDigits takes.
+// of five has at most 98 bits; the power of two is part of the shift, which is between 3 and 52 bits for all values
+// that RoundToDigits takes.
 std::uint64_t ScaleExactly(std::uint64_t mantissa, int exponent, int decimals) {
     constexpr std::uint64_t lowHalf = 0xFFFFFFFF;
     const std::uint64_t power = powersOfFive[static_cast<std::size_t>(decimals)];
@@ -219,8 +219,8 @@ Written WriteQuickly(double value, NumberBuffer& buffer) {
     return size < 1e15 ? WriteDecimal<0>(value, buffer) : Written();
 }
 
-// Writes a number with more decimals than WriteQuickly takes; nothing for numbers that are large or small. Returns where
-// the text ends, or nullptr.
+// Writes a number with more decimals than WriteQuickly takes; nothing for numbers that are large or small. Returns
+// where the text ends, or nullptr.
 char16_t* WriteDigits(double value, char16_t* to) {
     const auto rounded = RoundToDigits(value);
     if (!rounded) return nullptr;
