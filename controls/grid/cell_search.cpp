@@ -5,7 +5,7 @@
 
 namespace qvx::grid {
 
-void CellSearch::Look(TextView text, const SearchOptions& options) {
+[[gnu::cold]] void CellSearch::Look(TextView text, const SearchOptions& options) {
     SearchPattern pattern(text, options);
     pattern_ = std::move(pattern);
     options_ = options;
@@ -19,7 +19,7 @@ bool CellSearch::IsHit(int row, int col) const {
     return pattern_.Matches(grid_.Cell(row, col)) && grid_.RowHeight(row) != 0;
 }
 
-std::vector<int> CellSearch::Columns() const {
+[[gnu::cold]] std::vector<int> CellSearch::Columns() const {
     std::vector<int> columns;
     for (int col = grid_.FixedCols(); col < grid_.Cols(); ++col) {
         const bool wanted = options_.column == SearchOptions::allColumns || options_.column == col;
@@ -28,14 +28,31 @@ std::vector<int> CellSearch::Columns() const {
     return columns;
 }
 
-CellSearch::NextHit CellSearch::Next(CellPlace from, bool forward, bool ownFirst, bool countedOnly) const {
+void CellSearch::ForEachHit(int first, int last, std::span<const int> columns,
+                            const std::function<void(int row, int col)>& visit) const {
+    first = std::max(first, grid_.FixedRows());
+    if (pattern_.Empty() || columns.empty()) return;
+    grid_.ForEachRow(first, last, [&](int row, const flexgrid::RowView& cells) {
+        if (!pattern_.MayMatchIn(cells)) return;
+        bool shown = false;
+        for (const int col : columns) {
+            if (!pattern_.Matches(cells[col])) continue;
+            if (!shown && grid_.RowHeight(row) == 0) return;
+            shown = true;
+            visit(row, col);
+        }
+    });
+}
+
+[[gnu::cold]] CellSearch::NextHit CellSearch::Next(CellPlace from, bool forward, bool ownFirst,
+                                                   bool countedOnly) const {
     const int top = grid_.FixedRows();
     const int bottom = grid_.Rows() - 1;
     if (pattern_.Empty() || bottom < top) return {};
     from.row = std::clamp(from.row, top, bottom);
     const std::vector<int> columns = Columns();
     std::optional<CellPlace> found;
-    const auto isBeyond = [&](CellPlace place) { return place == from ? ownFirst : (place > from) == forward; };
+    const auto isBeyond = [&](CellPlace place) { return place == from ? ownFirst : (from < place) == forward; };
     // Looks through one block, in which the first hit counts, or backwards the last one. Returns false where it cannot.
     const auto look = [&](int row, bool wrapped) {
         const int count = CountIn(row);
@@ -62,7 +79,7 @@ CellSearch::NextHit CellSearch::Next(CellPlace from, bool forward, bool ownFirst
 
 // ---- Counting ------------------------------------------------------------------------------------------------------
 
-void CellSearch::StartCounting(int row) {
+[[gnu::cold]] void CellSearch::StartCounting(int row) {
     columns_ = Columns();
     const std::size_t blocks = pattern_.Empty() || columns_.empty() ? 0 : BlockOf(grid_.Rows() + blockRows - 1);
     blocks_.assign(blocks, unknown);
@@ -95,7 +112,7 @@ void CellSearch::CountBlock(std::size_t block) {
     --uncounted_;
 }
 
-std::int64_t CellSearch::NumberOf(CellPlace cell) const {
+[[gnu::cold]] std::int64_t CellSearch::NumberOf(CellPlace cell) const {
     if (BlockOf(cell.row) >= blocks_.size() || !IsHit(cell.row, cell.col)) return 0;
     std::int64_t number = 0;
     for (std::size_t block = 0; block < BlockOf(cell.row); ++block) {
@@ -103,7 +120,7 @@ std::int64_t CellSearch::NumberOf(CellPlace cell) const {
         number += blocks_[block];
     }
     ForEachHit(cell.row & ~(blockRows - 1), cell.row, columns_, [&](int row, int col) {
-        if (CellPlace{row, col} <= cell) ++number;
+        if (!(cell < CellPlace{row, col})) ++number;
     });
     return number;
 }

@@ -6,8 +6,8 @@
 #pragma once
 
 #include <algorithm>
-#include <compare>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -21,7 +21,10 @@ namespace qvx::grid {
 struct CellPlace {
     int row = 0;
     int col = 0;
-    friend auto operator<=>(const CellPlace&, const CellPlace&) = default;
+    friend bool operator==(const CellPlace&, const CellPlace&) = default;
+    friend bool operator<(const CellPlace& a, const CellPlace& b) {
+        return a.row < b.row || (a.row == b.row && a.col < b.col);
+    }
 };
 
 class CellSearch {
@@ -39,8 +42,8 @@ class CellSearch {
     // Returns the columns that are searched.
     std::vector<int> Columns() const;
     // Calls visit(row, col) for each hit in the rows first to last and in these columns.
-    template <class Visit>
-    void ForEachHit(int first, int last, std::span<const int> columns, Visit visit) const;
+    void ForEachHit(int first, int last, std::span<const int> columns,
+                    const std::function<void(int row, int col)>& visit) const;
 
     struct NextHit {
         std::optional<CellPlace> place;
@@ -85,22 +88,6 @@ class CellSearch {
     std::size_t uncounted_ = 0;  // blocks
     std::int64_t total_ = 0;
 };
-
-template <class Visit>
-void CellSearch::ForEachHit(int first, int last, std::span<const int> columns, Visit visit) const {
-    first = std::max(first, grid_.FixedRows());
-    if (pattern_.Empty() || columns.empty()) return;
-    grid_.ForEachRow(first, last, [&](int row, const flexgrid::RowView& cells) {
-        if (!pattern_.MayMatchIn(cells)) return;
-        bool shown = false;
-        for (const int col : columns) {
-            if (!pattern_.Matches(cells[col])) continue;
-            if (!shown && grid_.RowHeight(row) == 0) return;
-            shown = true;
-            visit(row, col);
-        }
-    });
-}
 
 template <class GoOn>
 bool CellSearch::Count(GoOn goOn) {

@@ -40,10 +40,10 @@ class BarFlow {
     int y_;
 };
 
-Text WithSeparators(std::int64_t number) {
+[[gnu::cold]] void AppendNumber(Text& text, std::int64_t number) {
     Text digits = IntegerToText(number);
     for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, 1, u',');
-    return digits;
+    text.append(digits);
 }
 
 }  // namespace
@@ -53,7 +53,7 @@ bool IsForReplacing(BarPart part) {
            part == BarPart::ReplaceAll;
 }
 
-BarLayout LayOutBar(const BarMeasures& m, int width) {
+[[gnu::cold]] BarLayout LayOutBar(const BarMeasures& m, int width) {
     BarLayout layout;
     const int gap = Scaled(4, m.dpi.x);
     const int height = m.lineHeight + Scaled(8, m.dpi.y);
@@ -94,19 +94,28 @@ BarLayout LayOutBar(const BarMeasures& m, int width) {
     return layout;
 }
 
-Text HitText(const HitStatus& status) {
-    if (!status.searching) return {};
-    Text total = WithSeparators(status.total);
-    if (!status.complete) total += texts::goingOn;
-    if (status.total == 0 && status.complete) return Text(texts::noHits);
-    if (status.number > 0) return WithSeparators(status.number) + Text(texts::of) + total;
-    return total + Text(status.total == 1 && status.complete ? texts::hit : texts::hits);
+[[gnu::cold]] Text HitText(const HitStatus& status) {
+    Text text;
+    if (!status.searching) return text;
+    if (status.total == 0 && status.complete) return text.append(texts::noHits);
+    if (status.number > 0) {
+        AppendNumber(text, status.number);
+        text.append(texts::of);
+    }
+    AppendNumber(text, status.total);
+    if (!status.complete) text.append(texts::goingOn);
+    if (status.number == 0) text.append(status.total == 1 && status.complete ? texts::hit : texts::hits);
+    return text;
 }
 
-Text ReplacedText(const Replacements& done) {
-    Text text = WithSeparators(done.replaced) + Text(texts::replaced);
-    if (done.refused > 0) text += u", " + WithSeparators(done.refused) + Text(texts::refused);
-    return text;
+[[gnu::cold]] Text ReplacedText(const Replacements& done) {
+    Text text;
+    AppendNumber(text, done.replaced);
+    text.append(texts::replaced);
+    if (done.refused == 0) return text;
+    text.append(u", ");
+    AppendNumber(text, done.refused);
+    return text.append(texts::refused);
 }
 
 }  // namespace qvx::grid

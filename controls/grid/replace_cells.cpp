@@ -2,8 +2,8 @@
 
 namespace qvx::grid {
 
-ReplacedRows::ReplacedRows(const flexgrid::Grid& grid, const ControlState& state, const CellSearch& search,
-                           TextView with, std::optional<CellPlace> only)
+[[gnu::cold]] ReplacedRows::ReplacedRows(const flexgrid::Grid& grid, const ControlState& state,
+                                         const CellSearch& search, TextView with, std::optional<CellPlace> only)
     : grid_(grid), state_(state), search_(search), with_(with) {
     if (search.Empty() || grid.Cols() == 0) return;
     target_ = {grid.FixedRows(), 0, grid.Rows() - 1, grid.Cols() - 1};
@@ -12,7 +12,7 @@ ReplacedRows::ReplacedRows(const flexgrid::Grid& grid, const ControlState& state
 }
 
 // Handlers of events may change the columns.
-void ReplacedRows::FollowColumns() {
+[[gnu::cold]] void ReplacedRows::FollowColumns() {
     if (structure_ == grid_.StructureVersion()) return;
     structure_ = grid_.StructureVersion();
     columns_ = search_.Columns();
@@ -21,9 +21,9 @@ void ReplacedRows::FollowColumns() {
     for (const int col : columns_) maxLengths_[static_cast<std::size_t>(col)] = RulesOf(grid_, state_, col).maxLength;
 }
 
-std::span<const TextView> ReplacedRows::TextsOf(int row) {
+[[gnu::cold]] std::span<const TextView> ReplacedRows::TextsOf(int row) {
+    CountLastRow();
     FollowColumns();
-    hitCount_ = 0;
     lastRow_ = row;
     search_.ForEachHit(row, row, columns_, [&](int, int col) {
         if (hitCount_ == hits_.size()) hits_.emplace_back();
@@ -45,11 +45,18 @@ std::span<const TextView> ReplacedRows::TextsOf(int row) {
     return texts_;
 }
 
-std::int64_t ReplacedRows::ChangedInLastRow() const {
-    std::int64_t changed = 0;
-    for (std::size_t i = 0; i < hitCount_; ++i)
-        changed += grid_.Cell(lastRow_, hits_[i].col) == TextView(hits_[i].before) ? 0 : 1;
-    return changed;
+// A cell that a handler has removed since had got its text before.
+void ReplacedRows::CountLastRow() {
+    for (std::size_t i = 0; i < hitCount_; ++i) {
+        const bool exists = lastRow_ < grid_.Rows() && hits_[i].col < grid_.Cols();
+        if (!exists || !(grid_.Cell(lastRow_, hits_[i].col) == TextView(hits_[i].before))) ++replaced_;
+    }
+    hitCount_ = 0;
+}
+
+Replacements ReplacedRows::Done() {
+    CountLastRow();
+    return {replaced_, wanted_ - replaced_};
 }
 
 }  // namespace qvx::grid

@@ -34,10 +34,8 @@ class ReplacedRows {
     // Returns the texts of a row from the target's first column on, with `keepsCell` for the cells that are no hits.
     // Valid until the next call.
     std::span<const TextView> TextsOf(int row);
-    // The number of cells that should have got another text so far, including those that are known to refuse.
-    std::int64_t Wanted() const { return wanted_; }
-    // Counts the cells of the last row that have another text now.
-    std::int64_t ChangedInLastRow() const;
+    // Returns what has become of the cells, once all rows are written.
+    Replacements Done();
 
   private:
     struct Hit {
@@ -47,6 +45,7 @@ class ReplacedRows {
     };
 
     void FollowColumns();
+    void CountLastRow();
 
     const flexgrid::Grid& grid_;
     const ControlState& state_;
@@ -60,7 +59,8 @@ class ReplacedRows {
     std::size_t hitCount_ = 0;
     int lastRow_ = -1;
     std::vector<TextView> texts_;
-    std::int64_t wanted_ = 0;
+    std::int64_t wanted_ = 0;  // the cells that should have got another text
+    std::int64_t replaced_ = 0;
 };
 
 // Replaces the text in all hits, or in one of them, as one step of the history. Raises the grid's errors as CellWriter
@@ -69,32 +69,11 @@ template <ChangeEvents Events>
 Replacements ReplaceCells(flexgrid::Grid& grid, ControlState& state, EditHistory& history, Events& events,
                           const CellSources& sources, const CellSearch& search, TextView with,
                           std::optional<CellPlace> only = std::nullopt) {
-    // Counts the changes that the host does not cancel.
-    struct CountingEvents {
-        Events& events;
-        std::int64_t changed = 0;
-
-        bool Listens() { return events.Listens(); }
-        void BeforeCellChange(int row, int col, const Text& data, bool& cancel) {
-            events.BeforeCellChange(row, col, data, cancel);
-        }
-        void AfterCellChange(int row, int col, const Text& oldData, const Text& newData, bool& cancel) {
-            events.AfterCellChange(row, col, oldData, newData, cancel);
-            if (!cancel && newData != oldData) ++changed;
-        }
-    } counting{events};
     ReplacedRows rows(grid, state, search, with, only);
     if (rows.Target().Empty()) return {};
-    const bool listens = events.Listens();
-    std::int64_t changed = 0;
-    const auto textsOf = [&](int row) {
-        if (!listens) changed += rows.ChangedInLastRow();
-        return rows.TextsOf(row);
-    };
-    CellWriter<CountingEvents>(grid, state, history, counting, sources)
-        .Write(CellRectangle::ForNewRows(rows.Target(), textsOf));
-    changed += listens ? counting.changed : rows.ChangedInLastRow();
-    return {changed, rows.Wanted() - changed};
+    CellWriter<Events>(grid, state, history, events, sources)
+        .Write(CellRectangle::ForNewRows(rows.Target(), [&](int row) { return rows.TextsOf(row); }));
+    return rows.Done();
 }
 
 }  // namespace qvx::grid

@@ -14,7 +14,7 @@ constexpr char16_t smallWithoutDot = 0x131;
 
 }  // namespace
 
-SearchPattern::SearchPattern(TextView text, const SearchOptions& options)
+[[gnu::cold]] SearchPattern::SearchPattern(TextView text, const SearchOptions& options)
     : matchCase_(options.matchCase), wholeCell_(options.wholeCell), dotlessI_(options.dotlessI) {
     wanted_ = Folded(text);
     if (wanted_.empty()) return;
@@ -35,7 +35,7 @@ SearchPattern::SearchPattern(TextView text, const SearchOptions& options)
 
 // ---- Folding -------------------------------------------------------------------------------------------------------
 
-Text SearchPattern::Folded(TextView text) const {
+[[gnu::cold]] Text SearchPattern::Folded(TextView text) const {
     if (matchCase_) return Text(text);
     if (!dotlessI_) return FoldedText(text);
     Text folded;
@@ -53,7 +53,7 @@ char16_t SearchPattern::Fold(char16_t unit) const {
     return (page ? *page : MakePage(unit >> 8))[unit & 0xFF];
 }
 
-const SearchPattern::Page& SearchPattern::MakePage(std::size_t number) const {
+[[gnu::cold]] const SearchPattern::Page& SearchPattern::MakePage(std::size_t number) const {
     std::unique_ptr<Page>& page = pages_[number];
     if (page) return *page;
     auto fresh = std::make_unique<Page>();
@@ -116,7 +116,7 @@ bool SearchPattern::MayMatchIn(const flexgrid::RowView& row) const {
     return row.Data() && Find(row.TextFrom(0)) != Text::npos;
 }
 
-Text SearchPattern::Replaced(TextView text, TextView with) const {
+[[gnu::cold]] Text SearchPattern::Replaced(TextView text, TextView with) const {
     if (wanted_.empty()) return Text(text);
     const Text folded = Folded(text);
     Text replaced;

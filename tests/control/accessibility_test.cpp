@@ -347,7 +347,8 @@ TEST(Accessibility, HandlersMayTakeTheGridAwayFromUnderAnAction) {
 // What the grid's window tells, as names of the objects that are told of.
 class Listener {
   public:
-    explicit Listener(const F& form) : window_(form.InnerGrid()) {
+    explicit Listener(const F& form) : Listener(form.InnerGrid()) {}
+    explicit Listener(HWND window) : window_(window) {
         current = this;
         hook_ = SetWinEventHook(EVENT_OBJECT_REORDER, EVENT_OBJECT_VALUECHANGE, nullptr, &Listener::Heard,
                                 GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT);
@@ -411,6 +412,25 @@ TEST(Accessibility, EventsFollowTheCursorAndEntries) {
     EXPECT_EQ("focus [Rate, Row 1] \n", heard.Take());
     for (int i = 0; i < 2000; ++i) Call(form.grid.get(), L"AddItem", {Variant(u"\tann\t1")});
     EXPECT_EQ("reorder\n", heard.Take()) << "a burst of rows is one event";
+}
+
+TEST(Accessibility, TheFindBarNamesItsFieldsAndTellsOfTheNumberOfHits) {
+    F form{{{L"FindBar", Variant(true)}}};
+    form.Fill({{u"ann"}, {u"anne"}});
+    form.GoTo(1, F::name);
+    form.Press('H', {VK_CONTROL});
+    const HWND bar = FindWindowExW(form.container.ControlWindow(), nullptr, L"QvxFindBar", nullptr);
+    std::string names;
+    for (int id = 1; id <= 13; ++id) names += Spoken::Of(GetDlgItem(bar, id)).Name() + "|";
+    EXPECT_EQ(
+        "Find|Find what|Previous|Next|Match case|Whole cell|This column||Replace|Replace with|Replace|"
+        "Replace all|Close|",
+        names);
+    const HWND hits = GetDlgItem(bar, 8);
+    Listener heard(hits);
+    form.Type(L"ann");
+    EXPECT_EQ("name\n", heard.Take());
+    EXPECT_EQ("1 of 2", Spoken::Of(hits).Name());
 }
 
 // ---- Buttons -------------------------------------------------------------------------------------------------------
