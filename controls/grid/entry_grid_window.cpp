@@ -43,8 +43,8 @@ class EntryGrid::Editor {
         frame_.Paint();
     }
     ListState List() const {
-        return {combo_.ListCount(), [this](int index) { return combo_.List(index); }, combo_.ListIndex(),
-                combo_.TopIndex()};
+        return {combo_.ListCount(), [this](int position) { return combo_.ShownEntry(position); }, combo_.ShownChoice(),
+                combo_.ShownTop()};
     }
     DateSettings DateSettingsNow() const { return SystemDateSettings(); }
     int ScrollBarPixels() const { return GetSystemMetrics(SM_CXVSCROLL); }

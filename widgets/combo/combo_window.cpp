@@ -22,13 +22,14 @@ bool WorksTheList(int key) {
 }  // namespace
 
 ComboWindow::ComboWindow(HWND parent, ComboListener* listener, bool sorted)
-    : listener_(listener), edit_(*this), sorted_(sorted) {
+    : listener_(listener), edit_(*this), popup_(*this), sorted_(sorted) {
     MakeWindows(parent);
 }
 
 void ComboWindow::MakeWindows(HWND parent) {
     const DWORD style = WS_CHILD | WS_CLIPSIBLINGS | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL | CBS_HASSTRINGS |
-                        (sorted_ ? static_cast<DWORD>(CBS_SORT) : 0u);
+                        (sorted_ ? static_cast<DWORD>(CBS_SORT) : 0u) |
+                        (matchesParts_ ? static_cast<DWORD>(CBS_OWNERDRAWFIXED) : 0u);
     const DWORD direction = rightToLeft_ ? WS_EX_LAYOUTRTL : 0;
     const HWND window =
         CreateWindowExW(direction, L"COMBOBOX", L"", style, 0, 0, 100, 200, parent, nullptr, ModuleInstance(), nullptr);
@@ -42,6 +43,7 @@ void ComboWindow::MakeWindows(HWND parent) {
     names_[0].Attach(window);
     names_[1].Attach(info.hwndItem);
     names_[2].Attach(list_);
+    popup_.Attach(list_);
     SendMessageW(info.hwndItem, EM_SETLIMITTEXT, static_cast<WPARAM>(maxLength_), 0);
     SetFont(font_);
 }
@@ -49,6 +51,7 @@ void ComboWindow::MakeWindows(HWND parent) {
 ComboWindow::~ComboWindow() {
     listener_ = nullptr;
     edit_.Detach();
+    popup_.Detach();
     const HWND window = Window();
     Detach();
     toolTip_.Destroy();
@@ -57,29 +60,41 @@ ComboWindow::~ComboWindow() {
 
 void ComboWindow::SetRightToLeft(bool rightToLeft) {
     if (rightToLeft == rightToLeft_) return;
-    struct Entry {
-        qvx::Text text;
-        LONG data;
-    };
-    std::vector<Entry> entries;
-    entries.reserve(static_cast<std::size_t>(ListCount()));
-    for (int index = 0; index < ListCount(); ++index) entries.push_back({List(index), ItemData(index)});
+    Entries();
+    rightToLeft_ = rightToLeft;
+    RemakeWindows();
+}
+
+void ComboWindow::SetMatchesParts(bool matches) {
+    if (matches == matchesParts_) return;
+    Entries();
+    matchesParts_ = matches;
+    RemakeWindows();
+}
+
+void ComboWindow::RemakeWindows() {
+    std::vector<LONG> data(entries_.size());
+    for (std::size_t index = 0; index < data.size(); ++index) data[index] = ItemData(static_cast<int>(index));
     const qvx::Text text = GetText();
     const HWND old = Window();
     const bool visible = (GetWindowLongW(old, GWL_STYLE) & static_cast<LONG>(WS_VISIBLE)) != 0;
     const bool enabled = Enabled();
     const FlagScope scope(writing_);
+    const FlagScope changing(changingEntries_);
     edit_.Detach();
+    popup_.Detach();
     Detach();
     for (AccessibleNameSubclass& part : names_) part.Detach();
     toolTip_.Destroy();
-    rightToLeft_ = rightToLeft;
+    order_ = {};
     MakeWindows(GetParent(old));
     DestroyWindow(old);
-    for (std::size_t index = 0; index < entries.size(); ++index) {
-        SendMessageW(Window(), CB_INSERTSTRING, index, reinterpret_cast<LPARAM>(Wide(entries[index].text)));
-        SetItemData(static_cast<int>(index), entries[index].data);
+    SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
+    for (std::size_t index = 0; index < data.size(); ++index) {
+        SendMessageW(Window(), CB_INSERTSTRING, index, reinterpret_cast<LPARAM>(Wide(entries_[index])));
+        if (data[index] != 0) SetItemData(static_cast<int>(index), data[index]);
     }
+    SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
     HighlightEntry(chosen_);
     WriteText(text);
     SetLocked(locked_);
@@ -97,6 +112,7 @@ void ComboWindow::SetMaxLength(int length) {
 
 void ComboWindow::SetText(TextView text) {
     chosen_ = -1;
+    ShowInOrder({});
     HighlightEntry(-1);
     WriteText(text);
     NotifyChange();
@@ -164,9 +180,14 @@ void ComboWindow::TypeOver(TextView text) {
 
 void ComboWindow::OnTyped() {
     chosen_ = -1;
-    if (selectsAsTyped_ && ListCount() > 0) {
+    const std::vector<qvx::Text>& entries = Entries();
+    if (selectsAsTyped_ && !entries.empty()) {
         const qvx::Text typed = GetText();
-        const Completion completion = CompleteTyping(ListCount(), Entries(), typed, SelStart(), deleting_);
+        const auto entry = [&](int index) { return TextView(entries[static_cast<std::size_t>(index)]); };
+        if (matchesParts_) ShowInOrder(OrderByMatch(entries, typed));
+        const Completion completion =
+            matchesParts_ ? CompleteInOrder(entries, order_, typed, SelStart(), deleting_)
+                          : CompleteTyping(static_cast<int>(entries.size()), entry, typed, SelStart(), deleting_);
         chosen_ = completion.entry;
         HighlightEntry(chosen_);
         if (completion.text != typed) {
@@ -179,7 +200,7 @@ void ComboWindow::OnTyped() {
 }
 
 void ComboWindow::OnChosen() {
-    const auto index = static_cast<int>(SendMessageW(Window(), CB_GETCURSEL, 0, 0));
+    const int index = order_.EntryAt(static_cast<int>(SendMessageW(Window(), CB_GETCURSEL, 0, 0)));
     if (index < 0) return;
     chosen_ = index;
     // The system writes the text only after it has notified the parent of the choice.
@@ -229,6 +250,15 @@ LRESULT ComboWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_MOUSEHWHEEL:
             if (OnWheel(message, wParam, lParam)) return 0;
             break;
+        case CB_ADDSTRING:
+        case CB_INSERTSTRING:
+        case CB_DELETESTRING:
+        case CB_RESETCONTENT:
+            if (!changingEntries_) ForgetEntries();
+            break;
+        case WM_DRAWITEM:
+            DrawEntry(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+            return TRUE;
         case WM_SIZE: {
             const LRESULT result = Default(message, wParam, lParam);
             PlaceEditField();
