@@ -87,6 +87,12 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP ExportFile(BSTR fileName, BSTR format, BSTR separator, BSTR encoding,
                             VARIANT_BOOL selectedOnly) override;
     STDMETHODIMP ImportCsv(BSTR fileName, BSTR separator, BSTR encoding, VARIANT_BOOL hasHeader, long* result) override;
+    // Lists and the mouse
+    QVX_PROPERTY(GridListArrows, ListArrows, EntryGrid)
+    QVX_PROPERTY(GridListMatch, ListMatch, EntryGrid)
+    QVX_FIELD(VARIANT_BOOL, ListClickCommits, ControlState::listClickCommits)
+    QVX_FIELD(VARIANT_BOOL, KeepEditing, ControlState::keepEditing)
+    QVX_FIELD(VARIANT_BOOL, FitColumns, ControlState::fitColumns)
     // The inner grid's members
     QVX_INDEXED_PROPERTY(BSTR, TextArray, flexgrid::Grid)
     STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override {
@@ -197,6 +203,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     ControlState& State() { return entry_.State(); }
     flexgrid::Grid& Model() { return entry_.Model(); }
     ControlState& PartOf(std::type_identity<ControlState>) { return State(); }
+    EntryGrid& PartOf(std::type_identity<EntryGrid>) { return entry_; }
     template <class Base>
     requires std::is_base_of_v<Base, flexgrid::Grid> flexgrid::Grid& PartOf(std::type_identity<Base>) {
         return Model();

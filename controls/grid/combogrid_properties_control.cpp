@@ -125,6 +125,11 @@ const PropertyTable& ComboGridControl::Properties() {
             .Field(u"ExtendedKeys", &ControlState::extendedKeys)
             .Field(u"KeepUnchanged", &ControlState::keepUnchanged)
             .Field(u"SortOnHeader", &ControlState::sortOnHeader)
+            .Member(u"ListArrows", ListArrows::none, &EntryGrid::ListArrows, &EntryGrid::SetListArrows)
+            .Member(u"ListMatch", ListMatch::beginnings, &EntryGrid::ListMatch, &EntryGrid::SetListMatch)
+            .Field(u"ListClickCommits", &ControlState::listClickCommits)
+            .Field(u"KeepEditing", &ControlState::keepEditing)
+            .Field(u"FitColumns", &ControlState::fitColumns)
             .Done();
     return table;
 }

@@ -6,6 +6,11 @@
 
 namespace qvx::grid {
 
+// Which cells of list columns have an arrow that opens the list.
+enum class ListArrows { none = 0, currentCell = 1, allCells = 2, last = allCells };
+// Which entries of a list are found while typing: those that begin with the text, or also those that contain it.
+enum class ListMatch { beginnings = 0, parts = 1, last = parts };
+
 struct ControlState {
     Text stringFormat;     // "[Cap1],[Cap2]", made by RefreshColIndex
     bool changed = false;  // set by every committed edit
@@ -27,6 +32,11 @@ struct ControlState {
     bool extendedKeys = false;   // the keys of spreadsheets, of which some had another meaning before
     bool keepUnchanged = false;  // an edit that changes nothing leaves the cell as it is
     bool sortOnHeader = false;   // a click on a header sorts
+    ListArrows listArrows = ListArrows::none;
+    ListMatch listMatch = ListMatch::beginnings;
+    bool listClickCommits = false;  // an entry chosen with the mouse ends the edit
+    bool keepEditing = false;       // the edit stays open while the user is in another program
+    bool fitColumns = false;        // a double click on a border in the header fits the column
     Text unChangableColumns;
     Text listColumns;
     Text inActiveColumns;

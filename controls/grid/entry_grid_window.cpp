@@ -7,6 +7,7 @@
 #include "controls/grid/lifecycle.h"
 #include "controls/grid/row_operations.h"
 #include "win/dpi.h"
+#include "win/focus_memory.h"
 #include "win/send_key.h"
 
 namespace qvx::grid {
@@ -155,6 +156,7 @@ int EntryGrid::EditorIndex() {
 void EntryGrid::ApplyCellFormat(ComboWindow& combo) {
     const flexgrid::Grid& grid = Model();
     combo.SetRightToLeft(grid.RightToLeft());
+    combo.SetMatchesParts(combo.SelectsAsTyped() && state_.listMatch == grid::ListMatch::parts);
     CellFormat& format = cellFormats_[frame_->IndexOf(combo)];
     const CellFormat wanted{grid.FontOf(grid.Row(), grid.Col()), grid.BackColor(), grid.ForeColor()};
     if (combo.Font() == format.font) combo.SetFont(wanted.font);
@@ -308,11 +310,16 @@ void EntryGrid::ComboWheel(ComboWindow&, UINT message, WPARAM wParam, LPARAM lPa
 
 void EntryGrid::ComboGotFocus(ComboWindow&) {
     const auto keep = events_.KeepAlive();
+    EndAbsence();
     events_.FocusMovesTo(GetFocus());
 }
 
-void EntryGrid::ComboLostFocus(ComboWindow&) {
+void EntryGrid::ComboLostFocus(ComboWindow& combo) {
     const auto keep = events_.KeepAlive();
+    if (state_.keepEditing && EditIsOpen() && !state_.editing && IsInOtherProgram()) {
+        LeaveProgram(combo);
+        return;
+    }
     Commit();
     if (frame_) frame_->Show(false);
     Commit();

@@ -290,6 +290,18 @@ LRESULT ComboWindow::EditField::OnMessage(UINT message, WPARAM wParam, LPARAM lP
         case WM_MOUSEHWHEEL:
             if (owner_.OnWheel(message, wParam, lParam)) return 0;
             break;
+        case WM_KILLFOCUS:
+            owner_.keepsSelection_ = false;
+            Default(EM_GETSEL, reinterpret_cast<WPARAM>(&owner_.selection_.first),
+                    reinterpret_cast<LPARAM>(&owner_.selection_.second));
+            break;
+        case WM_SETFOCUS: {
+            const LifeWatch alive = Watch();
+            const LRESULT result = Default(message, wParam, lParam);
+            if (alive.Alive() && std::exchange(owner_.keepsSelection_, false))
+                Default(EM_SETSEL, owner_.selection_.first, static_cast<LPARAM>(owner_.selection_.second));
+            return result;
+        }
         case WM_PASTE:
         case WM_CUT:
         case WM_CLEAR:

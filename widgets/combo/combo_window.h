@@ -5,6 +5,7 @@
 
 #include <array>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "common/font_spec.h"
@@ -122,6 +123,7 @@ class ComboWindow final : private WindowSubclass {
     void SetAccessibleName(TextView name);
 
     // Whether typing chooses the first entry that begins with the typed text.
+    bool SelectsAsTyped() const { return selectsAsTyped_; }
     void SetSelectsAsTyped(bool selects) { selectsAsTyped_ = selects; }
     // Whether typing also finds entries that contain the text, and shows the entries found first. Must not be called
     // while the combo has the focus, as it gets new windows.
@@ -133,6 +135,8 @@ class ComboWindow final : private WindowSubclass {
     void BringToFront();
     void Focus();
     bool HasFocus() const;
+    // In LostFocus: the selection as it was then is restored when the field has the focus again.
+    void KeepSelection() { keepsSelection_ = true; }
     // Opens the list. The entry that equals the current text is chosen; without one, the list starts at the first entry
     // that begins with the text.
     void DropDown();
@@ -213,6 +217,8 @@ class ComboWindow final : private WindowSubclass {
     bool changingEntries_ = false;    // the combo itself does, and keeps the copy up to date
     std::optional<int> widestEntry_;  // in pixels, while it is known
     ListOrder order_;
+    std::pair<DWORD, DWORD> selection_;  // when the field lost the focus
+    bool keepsSelection_ = false;
     int fieldHeight_ = 0;
     Text tag_;
     Text lastText_;  // as of the last Change
