@@ -1,4 +1,5 @@
 // Arrows in list columns, how lists are searched and chosen from, and an edit that stays open in another program.
+#include "common/flag_scope.h"
 #include "controls/grid/editor_return.h"
 #include "controls/grid/entry_grid_window.h"
 #include "controls/grid/list_arrows.h"
@@ -12,12 +13,13 @@ void EntryGrid::SetListArrows(grid::ListArrows arrows) {
 
 // Lists are prepared at once where possible, as that takes time in proportion to their entries.
 void EntryGrid::SetListMatch(grid::ListMatch match) {
-    state_.listMatch = match;
-    if (!frame_ || !frame_->Handle()) return;
-    for (const int col : frame_->Loaded()) {
+    TentativeValue value(state_.listMatch, match);
+    const std::vector<int> lists = frame_ && frame_->Handle() ? frame_->Loaded() : std::vector<int>();
+    for (const int col : lists) {
         ComboWindow& combo = *frame_->Find(col);
         if (combo.SelectsAsTyped() && !combo.HasFocus()) combo.SetMatchesParts(match == grid::ListMatch::parts);
     }
+    value.Done();
 }
 
 bool EntryGrid::HasButton(int row, int col, bool current) const {

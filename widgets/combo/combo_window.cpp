@@ -34,6 +34,11 @@ void ComboWindow::MakeWindows(HWND parent) {
     const HWND window =
         CreateWindowExW(direction, L"COMBOBOX", L"", style, 0, 0, 100, 200, parent, nullptr, ModuleInstance(), nullptr);
     if (!window) throw RunTimeError(errors::outOfMemory, u"Out of memory");
+    AttachTo(window);
+    SetFont(font_);
+}
+
+void ComboWindow::AttachTo(HWND window) {
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;
     GetComboBoxInfo(window, &info);
@@ -45,7 +50,6 @@ void ComboWindow::MakeWindows(HWND parent) {
     names_[2].Attach(list_);
     popup_.Attach(list_);
     SendMessageW(info.hwndItem, EM_SETLIMITTEXT, static_cast<WPARAM>(maxLength_), 0);
-    SetFont(font_);
 }
 
 ComboWindow::~ComboWindow() {
@@ -60,47 +64,63 @@ ComboWindow::~ComboWindow() {
 
 void ComboWindow::SetRightToLeft(bool rightToLeft) {
     if (rightToLeft == rightToLeft_) return;
-    Entries();
-    rightToLeft_ = rightToLeft;
+    TentativeValue value(rightToLeft_, rightToLeft);
     RemakeWindows();
+    value.Done();
 }
 
 void ComboWindow::SetMatchesParts(bool matches) {
     if (matches == matchesParts_) return;
-    Entries();
-    matchesParts_ = matches;
+    TentativeValue value(matchesParts_, matches);
     RemakeWindows();
+    value.Done();
+}
+
+void ComboWindow::DetachAll() {
+    edit_.Detach();
+    popup_.Detach();
+    Detach();
+    for (AccessibleNameSubclass& part : names_) part.Detach();
 }
 
 void ComboWindow::RemakeWindows() {
+    Entries();
     std::vector<LONG> data(entries_.size());
     for (std::size_t index = 0; index < data.size(); ++index) data[index] = ItemData(static_cast<int>(index));
     const qvx::Text text = GetText();
+    const qvx::Text tip = toolTip_.Text();
     const HWND old = Window();
     const bool visible = (GetWindowLongW(old, GWL_STYLE) & static_cast<LONG>(WS_VISIBLE)) != 0;
     const bool enabled = Enabled();
     const FlagScope scope(writing_);
     const FlagScope changing(changingEntries_);
-    edit_.Detach();
-    popup_.Detach();
-    Detach();
-    for (AccessibleNameSubclass& part : names_) part.Detach();
-    toolTip_.Destroy();
     order_ = {};
-    MakeWindows(GetParent(old));
-    DestroyWindow(old);
-    SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
-    for (std::size_t index = 0; index < data.size(); ++index) {
-        SendMessageW(Window(), CB_INSERTSTRING, index, reinterpret_cast<LPARAM>(Wide(entries_[index])));
-        if (data[index] != 0) SetItemData(static_cast<int>(index), data[index]);
+    DetachAll();
+    try {
+        MakeWindows(GetParent(old));
+        SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
+        for (std::size_t index = 0; index < data.size(); ++index) {
+            if (SendMessageW(Window(), CB_INSERTSTRING, index, reinterpret_cast<LPARAM>(Wide(entries_[index]))) < 0)
+                throw RunTimeError(errors::outOfMemory, u"Out of memory");
+            if (data[index] != 0) SetItemData(static_cast<int>(index), data[index]);
+        }
+        SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
+        WriteText(text);
+    } catch (...) {
+        // The old windows are still there.
+        const HWND made = Window();
+        DetachAll();
+        if (made) DestroyWindow(made);
+        AttachTo(old);
+        throw;
     }
-    SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
+    toolTip_.Destroy();
+    DestroyWindow(old);
     HighlightEntry(chosen_);
-    WriteText(text);
     SetLocked(locked_);
     SetEnabled(enabled);
     SetVisible(visible);
-    SetToolTipText(qvx::Text(toolTip_.Text()));
+    SetToolTipText(tip);
 }
 
 qvx::Text ComboWindow::GetText() const { return WindowText(EditWindow()); }

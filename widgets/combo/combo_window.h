@@ -174,7 +174,9 @@ class ComboWindow final : private WindowSubclass {
     // Returns whether the list did not use the wheel.
     bool OnWheel(UINT message, WPARAM wParam, LPARAM lParam);
     void MakeWindows(HWND parent);
-    // Replaces the system's windows by new ones with the same contents.
+    void AttachTo(HWND window);
+    void DetachAll();
+    // Replaces the system's windows by new ones with the same contents; keeps them when that fails.
     void RemakeWindows();
     void CheckIndex(int index) const;
     void OnTyped();
