@@ -29,11 +29,9 @@ struct ControlState {
     Text columnsMaxLength;  // like a coded list, with any number
     bool autoRecordNumber = false;
     bool autoAddNew = false;
-    bool extendedKeys = false;   // the keys of spreadsheets, of which some had another meaning before
-    bool keepUnchanged = false;  // an edit that changes nothing leaves the cell as it is
-    bool sortOnHeader = false;   // a click on a header sorts
-    ListArrows listArrows = ListArrows::none;
-    ListMatch listMatch = ListMatch::beginnings;
+    bool extendedKeys = false;      // the keys of spreadsheets, of which some had another meaning before
+    bool keepUnchanged = false;     // an edit that changes nothing leaves the cell as it is
+    bool sortOnHeader = false;      // a click on a header sorts
     bool listClickCommits = false;  // an entry chosen with the mouse ends the edit
     bool keepEditing = false;       // the edit stays open while the user is in another program
     bool fitColumns = false;        // a double click on a border in the header fits the column
@@ -43,6 +41,8 @@ struct ControlState {
     // The cell that is being edited; both are -1 while no edit is open.
     int editCol = -1;
     int editRow = -1;
+    ListArrows listArrows = ListArrows::none;
+    ListMatch listMatch = ListMatch::beginnings;
     // The single variable that is passed by reference as Cancel and Response to every event that has such an argument.
     bool eventFlag = false;
     bool editing = false;      // an edit is being opened

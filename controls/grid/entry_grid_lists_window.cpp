@@ -3,6 +3,7 @@
 #include "controls/grid/editor_return.h"
 #include "controls/grid/entry_grid_window.h"
 #include "controls/grid/list_arrows.h"
+#include "win/themed_part.h"
 
 namespace qvx::grid {
 
@@ -24,6 +25,12 @@ void EntryGrid::SetListMatch(grid::ListMatch match) {
 
 bool EntryGrid::HasButton(int row, int col, bool current) const {
     return HasListArrow(window_->Model(), state_, row, col, current);
+}
+
+// The arrows look like the button of the editor that opens over them.
+bool EntryGrid::Themed() const {
+    const ComboWindow* combo = frame_ && frame_->Handle() ? frame_->Find(freeTextEditor) : nullptr;
+    return combo && HasTheme(combo->Window());
 }
 
 void EntryGrid::ButtonClick(int row, int col) {

@@ -186,6 +186,7 @@ class EntryGrid final : private flexgrid::GridListener,
     bool FitsColumns() override { return state_.fitColumns && Model().Enabled(); }
     // CellButtons
     bool HasButton(int row, int col, bool current) const override;
+    bool Themed() const override;
     // ComboListener
     void ComboChange(ComboWindow& combo) override;
     void ComboClick(ComboWindow& combo) override;

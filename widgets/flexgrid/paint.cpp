@@ -304,7 +304,9 @@ class Painter {
         }
         const Rect button = SplitEnd(inside, view_.buttonWidth, mirrored_);
         const bool pressed = row == view_.pressedRow && col == view_.pressedCol;
-        surface_.DrawFrameControl(button, frame_control::scroll,
+        // In the visual style, a button's edges let through what is below them.
+        surface_.FillRect(button, grid_.BackColor());
+        surface_.DrawFrameControl(button, view_.buttons->Themed() ? frame_control::themedCombo : frame_control::scroll,
                                   frame_control::comboArrow | (pressed ? frame_control::pushed : 0U) |
                                       (grid_.Enabled() ? 0U : frame_control::inactive));
         return button;
