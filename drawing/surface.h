@@ -45,10 +45,15 @@ constexpr unsigned allSides = 15;
 
 // The system's DrawFrameControl kinds and states that the library uses, by value.
 namespace frame_control {
+constexpr unsigned scroll = 3;
 constexpr unsigned popupMenu = 5;
+constexpr unsigned themedCombo =
+    100;                            // the library's own kind: in the system's visual style, with the states of `scroll`
+constexpr unsigned comboArrow = 5;  // of kind `scroll`
 constexpr unsigned menuArrowDown =
     16;  // DFCS_SCROLLDOWN's bit pattern among menu glyphs, as the button's drop-down uses it
 constexpr unsigned inactive = 256;
+constexpr unsigned pushed = 512;
 }  // namespace frame_control
 
 // A picture that a surface can draw; each kind of surface has its own implementation.

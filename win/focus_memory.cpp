@@ -24,4 +24,11 @@ bool FocusMemory::Restore(HWND window) const {
     return false;
 }
 
+bool IsInOtherProgram() {
+    if (GetActiveWindow()) return false;
+    DWORD process = 0;
+    GetWindowThreadProcessId(GetForegroundWindow(), &process);
+    return process != GetCurrentProcessId();
+}
+
 }  // namespace qvx

@@ -23,4 +23,7 @@ class FocusMemory {
     std::vector<HWND> last_;  // the child, its parent and so on, without the window itself
 };
 
+// Whether the user is in another program: no window of this thread is active, and the foreground is another process's.
+bool IsInOtherProgram();
+
 }  // namespace qvx

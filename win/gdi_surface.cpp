@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "win/dpi.h"
+#include "win/themed_part.h"
 #include "win/window_text.h"
 
 namespace qvx {
@@ -176,6 +177,13 @@ void GdiSurface::DrawEdge(const Rect& area, unsigned style, unsigned sides) {
 
 void GdiSurface::DrawFrameControl(const Rect& area, unsigned kind, unsigned state) {
     RECT r = ToRECT(area);
+    if (kind == frame_control::themedCombo) {
+        if (DrawThemedComboButton(dc_, r, (state & frame_control::pushed) != 0,
+                                  (state & frame_control::inactive) == 0)) {
+            return;
+        }
+        kind = frame_control::scroll;
+    }
     const bool drawn = ::DrawFrameControl(dc_, &r, kind, state) != 0;
     if (!drawn && kind == frame_control::popupMenu) {
         DrawMenuArrow(dc_, area, state);

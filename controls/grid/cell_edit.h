@@ -140,11 +140,11 @@ void AbandonEdit(Editor& editor) {
 // cleaned (an empty cell of numbers stays empty) nor matched against the list.
 template <CellEditor Editor>
 Text CommittedText(const flexgrid::Grid& grid, const ControlState& state, Editor& editor) {
-    const Text oldText = editor.ComboTag();
+    Text oldText = editor.ComboTag();
     if (editor.FrameTag() == abandonedTag) return oldText;
     const Text typed = editor.ComboText();
     const Text caption = grid.TextArray(state.editCol);
-    const Text cleaned = CleanCell(typed, state.columnsDataType, caption, state.dateFormat, editor.DateSettingsNow());
+    Text cleaned = CleanCell(typed, state.columnsDataType, caption, state.dateFormat, editor.DateSettingsNow());
     // Setting a combo's text removes its selection, so an entry that needs no cleaning stays selected.
     if (cleaned != typed) editor.SetComboText(cleaned);
     if (!IsListedColumn(state.unChangableColumns, caption)) return cleaned;

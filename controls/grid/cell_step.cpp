@@ -5,6 +5,7 @@
 #include "common/keys.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/find_keys.h"
+#include "controls/grid/list_arrows.h"
 #include "controls/grid/row_commands.h"
 #include "controls/grid/row_operations.h"
 
@@ -162,6 +163,7 @@ bool RowLacksKey(const flexgrid::Grid& grid, const ControlState& state) {
 
 GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const ControlState& state) {
     if (const GridKey command = CommandOf(keyCode, shift, state); command != GridKey::PassOn) return command;
+    if (OpensList(keyCode, shift, grid, state)) return GridKey::OpenEditor;
     const bool plain = shift == 0;
     switch (keyCode) {
         case keys::tab:

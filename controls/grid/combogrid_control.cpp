@@ -101,6 +101,8 @@ STDMETHODIMP ComboGridControl::InPlaceDeactivate() {
 }
 
 STDMETHODIMP ComboGridControl::UIDeactivate() {
+    // The program has been left with the cell open, and is to find it so again.
+    if (entry_.KeptOpen()) return ControlBase::UIDeactivate();
     return CommitThen([&] { return ControlBase::UIDeactivate(); });
 }
 

@@ -106,6 +106,12 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP Find(BSTR text, GridFind options, VARIANT_BOOL forward, VARIANT_BOOL* result) override;
     STDMETHODIMP ReplaceAll(BSTR text, BSTR with, GridFind options, long* result) override;
     STDMETHODIMP FindCount(BSTR text, GridFind options, long* result) override;
+    // Lists and the mouse
+    QVX_PROPERTY(GridListArrows, ListArrows, EntryGrid)
+    QVX_PROPERTY(GridListMatch, ListMatch, EntryGrid)
+    QVX_FIELD(VARIANT_BOOL, ListClickCommits, ControlState::listClickCommits)
+    QVX_FIELD(VARIANT_BOOL, KeepEditing, ControlState::keepEditing)
+    QVX_FIELD(VARIANT_BOOL, FitColumns, ControlState::fitColumns)
     // The inner grid's members
     QVX_INDEXED_PROPERTY(BSTR, TextArray, flexgrid::Grid)
     STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override {

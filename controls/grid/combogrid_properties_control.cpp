@@ -130,6 +130,11 @@ const PropertyTable& ComboGridControl::Properties() {
             .Field(u"ValidateColumns", &ControlState::validateColumns)
             .Field(u"OnErrorFirst", &ControlState::onErrorFirst)
             .Field(u"FindBar", &ControlState::findBar)
+            .Member(u"ListArrows", ListArrows::none, &EntryGrid::ListArrows, &EntryGrid::SetListArrows)
+            .Member(u"ListMatch", ListMatch::beginnings, &EntryGrid::ListMatch, &EntryGrid::SetListMatch)
+            .Field(u"ListClickCommits", &ControlState::listClickCommits)
+            .Field(u"KeepEditing", &ControlState::keepEditing)
+            .Field(u"FitColumns", &ControlState::fitColumns)
             .Done();
     return table;
 }

@@ -6,6 +6,11 @@
 
 namespace qvx::grid {
 
+// Which cells of list columns have an arrow that opens the list.
+enum class ListArrows { none = 0, currentCell = 1, allCells = 2, last = allCells };
+// Which entries of a list are found while typing: those that begin with the text, or also those that contain it.
+enum class ListMatch { beginnings = 0, parts = 1, last = parts };
+
 struct ControlState {
     Text stringFormat;  // "[Cap1],[Cap2]", made by RefreshColIndex
     Text nonFocusColumns;
@@ -21,20 +26,25 @@ struct ControlState {
     Text inActiveColumns;
     int keyColumn = -1;  // below 0: there is no key column
     int bindFrom = 1;
+    ListArrows listArrows = ListArrows::none;
+    ListMatch listMatch = ListMatch::beginnings;
     bool cellToolTip = false;
     bool projectionBold = false;
     bool autoTab = true;
     bool projectSelection = true;
     bool autoRecordNumber = false;
     bool autoAddNew = false;
-    bool extendedKeys = false;   // the keys of spreadsheets, of which some had another meaning before
-    bool keepUnchanged = false;  // an edit that changes nothing leaves the cell as it is
-    bool sortOnHeader = false;   // a click on a header sorts
-    bool findBar = false;        // the user can search, by the keys for that
-    bool markInvalid = false;    // cells that break a rule are marked, and F8 goes through them
-    bool contextMenu = false;    // the right button opens the grid's menu
-    bool onErrorFirst = false;   // the host is notified of failures before the user
-    bool changed = false;        // set by every committed edit
+    bool extendedKeys = false;      // the keys of spreadsheets, of which some had another meaning before
+    bool keepUnchanged = false;     // an edit that changes nothing leaves the cell as it is
+    bool sortOnHeader = false;      // a click on a header sorts
+    bool findBar = false;           // the user can search, by the keys for that
+    bool listClickCommits = false;  // an entry chosen with the mouse ends the edit
+    bool keepEditing = false;       // the edit stays open while the user is in another program
+    bool fitColumns = false;        // a double click on a border in the header fits the column
+    bool markInvalid = false;       // cells that break a rule are marked, and F8 goes through them
+    bool contextMenu = false;       // the right button opens the grid's menu
+    bool onErrorFirst = false;      // the host is notified of failures before the user
+    bool changed = false;           // set by every committed edit
     // The single variable that is passed by reference as Cancel and Response to every event that has such an argument.
     bool eventFlag = false;
     bool editing = false;      // an edit is being opened

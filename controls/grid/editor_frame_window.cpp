@@ -9,6 +9,7 @@ namespace qvx::grid {
 namespace {
 
 const WindowClass frameClass{L"QvxEditorFrame"};
+constexpr UINT_PTR watchTimer = 1;
 constexpr int elementMissing = 340;
 constexpr int alreadyLoaded = 360;
 
@@ -70,6 +71,15 @@ void EditorFrame::Paint() {
     RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
 }
 
+void EditorFrame::Watch(std::function<void()> look) {
+    constexpr UINT interval = 100;  // milliseconds
+    look_ = std::move(look);
+    if (look_)
+        SetTimer(Handle(), watchTimer, interval, nullptr);
+    else
+        KillTimer(Handle(), watchTimer);
+}
+
 bool EditorFrame::Shown() const {
     return Handle() && (GetWindowLongW(Handle(), GWL_STYLE) & static_cast<LONG>(WS_VISIBLE)) != 0;
 }
@@ -82,6 +92,11 @@ LRESULT EditorFrame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 return 0;
             }
         }
+        return 0;
+    }
+    if (message == WM_TIMER && look_) {
+        const std::function<void()> look = look_;
+        look();
         return 0;
     }
     return Default(message, wParam, lParam);

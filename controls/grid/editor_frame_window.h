@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
@@ -39,6 +40,8 @@ class EditorFrame final : public Window {
     void MoveTo(const Rect& bounds);
     void Show(bool shown);
     bool Shown() const;
+    // Calls this several times a second while the frame has a window, until it is called with an empty function.
+    void Watch(std::function<void()> look);
     // Draws the frame and everything in it immediately.
     void Paint();
 
@@ -55,6 +58,7 @@ class EditorFrame final : public Window {
     ComboListener& listener_;
     std::map<int, Element> elements_;
     Text tag_;
+    std::function<void()> look_;
 };
 
 }  // namespace qvx::grid

@@ -4,6 +4,7 @@
 #include "common/keys.h"
 #include "common/text_direction.h"
 #include "controls/grid/entry_grid_finder_window.h"
+#include "controls/grid/list_arrows.h"
 #include "controls/grid/row_commands.h"
 #include "win/send_key.h"
 
@@ -229,10 +230,13 @@ void EntryGrid::CommitIntoSelection(TextView typed) {
 bool EntryGrid::WantsKey(const MSG& message) {
     const auto keep = events_.KeepAlive();
     if (message.message == WM_CHAR || message.message == WM_KEYUP) return true;
-    if (message.message != WM_KEYDOWN) return false;
     const auto key = static_cast<int>(message.wParam);
     const int shift = ShiftState();
-    if (finder_ && finder_->HasFocus()) return BarKeepsKey(key, shift);
+    const bool pressed = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
+    const bool inBar = finder_ && finder_->HasFocus();
+    if (pressed && !inBar && !EditIsOpen() && OpensList(key, shift, Model(), state_)) return true;
+    if (message.message != WM_KEYDOWN) return false;
+    if (inBar) return BarKeepsKey(key, shift);
     if (key != keys::tab) return KeepsKey(key, shift, state_);
     TabWindows windows{*this};
     return tabWay_.Asked(shift, Model(), state_, windows);

@@ -8,6 +8,7 @@
 #include "controls/grid/lifecycle.h"
 #include "controls/grid/row_operations.h"
 #include "win/dpi.h"
+#include "win/focus_memory.h"
 #include "win/send_key.h"
 
 namespace qvx::grid {
@@ -44,8 +45,8 @@ class EntryGrid::Editor {
         frame_.Paint();
     }
     ListState List() const {
-        return {combo_.ListCount(), [this](int index) { return combo_.List(index); }, combo_.ListIndex(),
-                combo_.TopIndex()};
+        return {combo_.ListCount(), [this](int position) { return combo_.ShownEntry(position); }, combo_.ShownChoice(),
+                combo_.ShownTop()};
     }
     DateSettings DateSettingsNow() const { return SystemDateSettings(); }
     int ScrollBarPixels() const { return GetSystemMetrics(SM_CXVSCROLL); }
@@ -162,6 +163,7 @@ int EntryGrid::EditorIndex() {
 void EntryGrid::ApplyCellFormat(ComboWindow& combo) {
     const flexgrid::Grid& grid = Model();
     combo.SetRightToLeft(grid.RightToLeft());
+    combo.SetMatchesParts(combo.SelectsAsTyped() && state_.listMatch == grid::ListMatch::parts);
     CellFormat& format = cellFormats_[frame_->IndexOf(combo)];
     const CellFormat wanted{grid.FontOf(grid.Row(), grid.Col()), grid.BackColor(), grid.ForeColor()};
     if (combo.Font() == format.font) combo.SetFont(wanted.font);
@@ -330,11 +332,16 @@ void EntryGrid::ComboWheel(ComboWindow&, UINT message, WPARAM wParam, LPARAM lPa
 
 void EntryGrid::ComboGotFocus(ComboWindow&) {
     const auto keep = events_.KeepAlive();
+    EndAbsence();
     events_.FocusMovesTo(GetFocus());
 }
 
-void EntryGrid::ComboLostFocus(ComboWindow&) {
+void EntryGrid::ComboLostFocus(ComboWindow& combo) {
     const auto keep = events_.KeepAlive();
+    if (state_.keepEditing && EditIsOpen() && !state_.editing && IsInOtherProgram()) {
+        LeaveProgram(combo);
+        return;
+    }
     Commit();
     if (frame_) frame_->Show(false);
     Commit();

@@ -74,7 +74,10 @@ class EntryGridEvents : public flexgrid::GridEventSource {
     virtual ComPtr<IUnknown> KeepAlive() = 0;
 };
 
-class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWindowEvents, private ComboListener {
+class EntryGrid final : private flexgrid::GridListener,
+                        private flexgrid::GridWindowEvents,
+                        private flexgrid::CellButtons,
+                        private ComboListener {
   public:
     explicit EntryGrid(EntryGridEvents& events);
     ~EntryGrid() override;
@@ -162,6 +165,13 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     // Adds the rows of a CSV file and returns their number.
     int Import(const Text& fileName, char16_t separator, TextView encoding, bool hasHeader);
 
+    grid::ListArrows ListArrows() const { return state_.listArrows; }
+    void SetListArrows(grid::ListArrows arrows);
+    grid::ListMatch ListMatch() const { return state_.listMatch; }
+    void SetListMatch(grid::ListMatch match);
+    // Whether the program has been left with an open edit that stays open (KeepEditing).
+    bool KeptOpen() const { return away_ && EditIsOpen(); }
+
     // Whether a key message that a host is about to use is meant for the grid. A Tab that leaves the grid is not.
     bool WantsKey(const MSG& message);
 
@@ -196,15 +206,25 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     bool ContextMenu(const flexgrid::Hit& cell, int x, int y) override;
     bool HandlesHeaderClick(int) override { return state_.sortOnHeader && Model().Enabled(); }
     void HeaderClick(int col, bool shift) override;
+    void ButtonClick(int row, int col) override;
+    bool FitsColumns() override { return state_.fitColumns && Model().Enabled(); }
+    // CellButtons
+    bool HasButton(int row, int col, bool current) const override;
+    bool Themed() const override;
     // ComboListener
     void ComboChange(ComboWindow& combo) override;
     void ComboClick(ComboWindow& combo) override;
+    void ComboPicked(ComboWindow& combo) override;
     void ComboKeyDown(ComboWindow& combo, int& keyCode, int shift) override;
     void ComboWheel(ComboWindow& combo, UINT message, WPARAM wParam, LPARAM lParam) override;
     void ComboGotFocus(ComboWindow& combo) override;
     void ComboLostFocus(ComboWindow& combo) override;
 
     bool EditIsOpen() const { return grid::EditIsOpen(state_); }
+    // The program was left with an edit open, and is watched until the user returns.
+    void LeaveProgram(ComboWindow& combo);
+    void LookForReturn();
+    void EndAbsence();
     EditorFrame& Frame();
     // Returns the editor for the current column: its own if it is a list column whose list was loaded, else the
     // free-text one.
@@ -282,6 +302,7 @@ class EntryGrid final : private flexgrid::GridListener, private flexgrid::GridWi
     int editor_ = -1;  // the combo of the edit that is open
     bool changingRows_ = false;
     int bindings_ = 0;            // counts the calls of Bind, so that the last one ends those around it
+    bool away_ = false;           // the user is in another program, and the edit stays open
     bool dropCharacter_ = false;  // the host has refused the key that produces this character
     TabWay tabWay_;
     std::unique_ptr<Finder> finder_;  // once the user has searched

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "common/widest_texts.h"
 #include "widgets/combo/combo_window.h"
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
@@ -11,8 +12,6 @@
 namespace qvx {
 namespace {
 
-// The number of entries that a dropped list shows at once.
-constexpr int rowsInView = 8;
 // The system's own border around the closed combo, in pixels at any resolution.
 constexpr int comboBorder = 2;
 // From the field's left edge to its text, in pixels at 96 dots per inch, as in the cells of a grid.
@@ -23,7 +22,10 @@ constexpr int textMargin = 3;
 void ComboWindow::SetFont(const FontSpec& font) {
     font_ = font;
     gdiFont_ = AcquireFont(font, WindowDpi(Window()));
+    widestEntry_.reset();
     SendMessageW(Window(), WM_SETFONT, reinterpret_cast<WPARAM>(gdiFont_->Get()), TRUE);
+    // Entries that the combo draws itself are as high as those that the system draws.
+    if (matchesParts_) SendMessageW(Window(), CB_SETITEMHEIGHT, 0, gdiFont_->LineHeight());
     PlaceEditField();
 }
 
@@ -78,12 +80,14 @@ void ComboWindow::PlaceEditField() {
 
 void ComboWindow::FitList() {
     // The list is wide enough for the longest entry, and high enough for eight entries.
-    const WindowDc dc(Window());
-    int widest = 0;
-    for (int index = 0; index < ListCount(); ++index)
-        widest = std::max(widest, gdiFont_->RunWidth(dc.Get(), List(index)));
+    if (!widestEntry_) {
+        const WindowDc dc(Window());
+        WidestTexts widest([&](TextView text) { return gdiFont_->RunWidth(dc.Get(), text); });
+        for (const qvx::Text& entry : Entries()) widest.Add(entry);
+        widestEntry_ = widest.Width();
+    }
     const int room = GetSystemMetrics(SM_CXVSCROLL) + 4 * textMargin;
-    SendMessageW(Window(), CB_SETDROPPEDWIDTH, static_cast<WPARAM>(widest + room), 0);
+    SendMessageW(Window(), CB_SETDROPPEDWIDTH, static_cast<WPARAM>(*widestEntry_ + room), 0);
     RECT combo{};
     GetWindowRect(Window(), &combo);
     const int rows = std::clamp(ListCount(), 1, rowsInView);
@@ -91,6 +95,27 @@ void ComboWindow::FitList() {
     SetWindowPos(Window(), nullptr, 0, 0, combo.right - combo.left,
                  combo.bottom - combo.top + rows * item + comboBorder, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     PlaceEditField();
+}
+
+// Draws an entry as the system's lists do, and a line between the entries that match and the others.
+void ComboWindow::DrawEntry(const DRAWITEMSTRUCT& item) {
+    if (item.itemID == static_cast<UINT>(-1)) return;
+    const bool selected = (item.itemState & ODS_SELECTED) != 0;
+    const int position = static_cast<int>(item.itemID);
+    const SavedDc saved(item.hDC);
+    RECT area = item.rcItem;
+    FillRect(item.hDC, &area, selected ? GetSysColorBrush(COLOR_HIGHLIGHT) : colors_.Brush());
+    if (order_.matches > 0 && position == order_.matches) {
+        const RECT line{area.left, area.top, area.right, area.top + 1};
+        FillRect(item.hDC, &line, GetSysColorBrush(COLOR_GRAYTEXT));
+    }
+    SetTextColor(item.hDC, selected ? GetSysColor(COLOR_HIGHLIGHTTEXT) : ResolveColor(colors_.Fore()));
+    SetBkMode(item.hDC, TRANSPARENT);
+    SelectObject(item.hDC, gdiFont_->Get());
+    ++area.left;
+    const qvx::Text text = ShownEntry(position);
+    const UINT format = DT_SINGLELINE | DT_NOPREFIX | DT_VCENTER | (rightToLeft_ ? DT_RTLREADING : 0U);
+    DrawTextW(item.hDC, Wide(text), static_cast<int>(text.size()), &area, format);
 }
 
 void ComboWindow::PaintSurround() {

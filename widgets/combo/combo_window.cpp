@@ -22,17 +22,23 @@ bool WorksTheList(int key) {
 }  // namespace
 
 ComboWindow::ComboWindow(HWND parent, ComboListener* listener, bool sorted)
-    : listener_(listener), edit_(*this), sorted_(sorted) {
+    : listener_(listener), edit_(*this), popup_(*this), sorted_(sorted) {
     MakeWindows(parent);
 }
 
 void ComboWindow::MakeWindows(HWND parent) {
     const DWORD style = WS_CHILD | WS_CLIPSIBLINGS | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL | CBS_HASSTRINGS |
-                        (sorted_ ? static_cast<DWORD>(CBS_SORT) : 0u);
+                        (sorted_ ? static_cast<DWORD>(CBS_SORT) : 0u) |
+                        (matchesParts_ ? static_cast<DWORD>(CBS_OWNERDRAWFIXED) : 0u);
     const DWORD direction = rightToLeft_ ? WS_EX_LAYOUTRTL : 0;
     const HWND window =
         CreateWindowExW(direction, L"COMBOBOX", L"", style, 0, 0, 100, 200, parent, nullptr, ModuleInstance(), nullptr);
     if (!window) throw RunTimeError(errors::outOfMemory, u"Out of memory");
+    AttachTo(window);
+    SetFont(font_);
+}
+
+void ComboWindow::AttachTo(HWND window) {
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;
     GetComboBoxInfo(window, &info);
@@ -42,13 +48,14 @@ void ComboWindow::MakeWindows(HWND parent) {
     names_[0].Attach(window);
     names_[1].Attach(info.hwndItem);
     names_[2].Attach(list_);
+    popup_.Attach(list_);
     SendMessageW(info.hwndItem, EM_SETLIMITTEXT, static_cast<WPARAM>(maxLength_), 0);
-    SetFont(font_);
 }
 
 ComboWindow::~ComboWindow() {
     listener_ = nullptr;
     edit_.Detach();
+    popup_.Detach();
     const HWND window = Window();
     Detach();
     toolTip_.Destroy();
@@ -57,35 +64,63 @@ ComboWindow::~ComboWindow() {
 
 void ComboWindow::SetRightToLeft(bool rightToLeft) {
     if (rightToLeft == rightToLeft_) return;
-    struct Entry {
-        qvx::Text text;
-        LONG data;
-    };
-    std::vector<Entry> entries;
-    entries.reserve(static_cast<std::size_t>(ListCount()));
-    for (int index = 0; index < ListCount(); ++index) entries.push_back({List(index), ItemData(index)});
+    TentativeValue value(rightToLeft_, rightToLeft);
+    RemakeWindows();
+    value.Done();
+}
+
+void ComboWindow::SetMatchesParts(bool matches) {
+    if (matches == matchesParts_) return;
+    TentativeValue value(matchesParts_, matches);
+    RemakeWindows();
+    value.Done();
+}
+
+void ComboWindow::DetachAll() {
+    edit_.Detach();
+    popup_.Detach();
+    Detach();
+    for (AccessibleNameSubclass& part : names_) part.Detach();
+}
+
+void ComboWindow::RemakeWindows() {
+    Entries();
+    std::vector<LONG> data(entries_.size());
+    for (std::size_t index = 0; index < data.size(); ++index) data[index] = ItemData(static_cast<int>(index));
     const qvx::Text text = GetText();
+    const qvx::Text tip = toolTip_.Text();
     const HWND old = Window();
     const bool visible = (GetWindowLongW(old, GWL_STYLE) & static_cast<LONG>(WS_VISIBLE)) != 0;
     const bool enabled = Enabled();
     const FlagScope scope(writing_);
-    edit_.Detach();
-    Detach();
-    for (AccessibleNameSubclass& part : names_) part.Detach();
-    toolTip_.Destroy();
-    rightToLeft_ = rightToLeft;
-    MakeWindows(GetParent(old));
-    DestroyWindow(old);
-    for (std::size_t index = 0; index < entries.size(); ++index) {
-        SendMessageW(Window(), CB_INSERTSTRING, index, reinterpret_cast<LPARAM>(Wide(entries[index].text)));
-        SetItemData(static_cast<int>(index), entries[index].data);
+    const FlagScope changing(changingEntries_);
+    order_ = {};
+    DetachAll();
+    try {
+        MakeWindows(GetParent(old));
+        SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
+        for (std::size_t index = 0; index < data.size(); ++index) {
+            if (SendMessageW(Window(), CB_INSERTSTRING, index, reinterpret_cast<LPARAM>(Wide(entries_[index]))) < 0)
+                throw RunTimeError(errors::outOfMemory, u"Out of memory");
+            if (data[index] != 0) SetItemData(static_cast<int>(index), data[index]);
+        }
+        SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
+        WriteText(text);
+    } catch (...) {
+        // The old windows are still there.
+        const HWND made = Window();
+        DetachAll();
+        if (made) DestroyWindow(made);
+        AttachTo(old);
+        throw;
     }
+    toolTip_.Destroy();
+    DestroyWindow(old);
     HighlightEntry(chosen_);
-    WriteText(text);
     SetLocked(locked_);
     SetEnabled(enabled);
     SetVisible(visible);
-    SetToolTipText(qvx::Text(toolTip_.Text()));
+    SetToolTipText(tip);
 }
 
 qvx::Text ComboWindow::GetText() const { return WindowText(EditWindow()); }
@@ -97,6 +132,7 @@ void ComboWindow::SetMaxLength(int length) {
 
 void ComboWindow::SetText(TextView text) {
     chosen_ = -1;
+    ShowInOrder({});
     HighlightEntry(-1);
     WriteText(text);
     NotifyChange();
@@ -164,9 +200,14 @@ void ComboWindow::TypeOver(TextView text) {
 
 void ComboWindow::OnTyped() {
     chosen_ = -1;
-    if (selectsAsTyped_ && ListCount() > 0) {
+    const std::vector<qvx::Text>& entries = Entries();
+    if (selectsAsTyped_ && !entries.empty()) {
         const qvx::Text typed = GetText();
-        const Completion completion = CompleteTyping(ListCount(), Entries(), typed, SelStart(), deleting_);
+        const auto entry = [&](int index) { return TextView(entries[static_cast<std::size_t>(index)]); };
+        if (matchesParts_) ShowInOrder(OrderByMatch(entries, typed));
+        const Completion completion =
+            matchesParts_ ? CompleteInOrder(entries, order_, typed, SelStart(), deleting_)
+                          : CompleteTyping(static_cast<int>(entries.size()), entry, typed, SelStart(), deleting_);
         chosen_ = completion.entry;
         HighlightEntry(chosen_);
         if (completion.text != typed) {
@@ -179,7 +220,7 @@ void ComboWindow::OnTyped() {
 }
 
 void ComboWindow::OnChosen() {
-    const auto index = static_cast<int>(SendMessageW(Window(), CB_GETCURSEL, 0, 0));
+    const int index = order_.EntryAt(static_cast<int>(SendMessageW(Window(), CB_GETCURSEL, 0, 0)));
     if (index < 0) return;
     chosen_ = index;
     // The system writes the text only after it has notified the parent of the choice.
@@ -229,6 +270,15 @@ LRESULT ComboWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_MOUSEHWHEEL:
             if (OnWheel(message, wParam, lParam)) return 0;
             break;
+        case CB_ADDSTRING:
+        case CB_INSERTSTRING:
+        case CB_DELETESTRING:
+        case CB_RESETCONTENT:
+            if (!changingEntries_) ForgetEntries();
+            break;
+        case WM_DRAWITEM:
+            DrawEntry(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+            return TRUE;
         case WM_SIZE: {
             const LRESULT result = Default(message, wParam, lParam);
             PlaceEditField();
@@ -260,6 +310,18 @@ LRESULT ComboWindow::EditField::OnMessage(UINT message, WPARAM wParam, LPARAM lP
         case WM_MOUSEHWHEEL:
             if (owner_.OnWheel(message, wParam, lParam)) return 0;
             break;
+        case WM_KILLFOCUS:
+            owner_.keepsSelection_ = false;
+            Default(EM_GETSEL, reinterpret_cast<WPARAM>(&owner_.selection_.first),
+                    reinterpret_cast<LPARAM>(&owner_.selection_.second));
+            break;
+        case WM_SETFOCUS: {
+            const LifeWatch alive = Watch();
+            const LRESULT result = Default(message, wParam, lParam);
+            if (alive.Alive() && std::exchange(owner_.keepsSelection_, false))
+                Default(EM_SETSEL, owner_.selection_.first, static_cast<LPARAM>(owner_.selection_.second));
+            return result;
+        }
         case WM_PASTE:
         case WM_CUT:
         case WM_CLEAR:

@@ -5,12 +5,15 @@
 
 #include <array>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "common/font_spec.h"
 #include "common/geometry.h"
 #include "common/ole_color.h"
 #include "common/text.h"
 #include "widgets/combo/completion.h"
+#include "widgets/combo/list_order.h"
 #include "win/accessible.h"
 #include "win/edit_field.h"
 #include "win/fonts.h"
@@ -29,6 +32,8 @@ class ComboListener {
     virtual void ComboChange(ComboWindow&) {}
     // An entry was chosen, by mouse, keys or ListIndex.
     virtual void ComboClick(ComboWindow&) {}
+    // An entry of the open list was chosen with the mouse, and the list has closed; called after ComboClick.
+    virtual void ComboPicked(ComboWindow&) {}
     // A virtual key, which the listener may change; 0 refuses it.
     virtual void ComboKeyDown(ComboWindow&, int& /*keyCode*/, int /*shift*/) {}
     // The wheel was turned over the closed combo; an open list uses the wheel itself.
@@ -75,6 +80,12 @@ class ComboWindow final : private WindowSubclass {
     // Fixed at creation.
     bool Sorted() const { return sorted_; }
 
+    // Typing may put the entries that match first (SetMatchesParts): the entry at a position of the list as it is
+    // shown, and the positions of the chosen entry and of the first one in view.
+    qvx::Text ShownEntry(int position) const { return List(order_.EntryAt(position)); }
+    int ShownChoice() const { return order_.PositionOf(chosen_); }
+    int ShownTop() const;
+
     // Text that is set by a program is not a choice from the list: ListIndex becomes -1.
     Text GetText() const;
     void SetText(TextView text);
@@ -112,7 +123,11 @@ class ComboWindow final : private WindowSubclass {
     void SetAccessibleName(TextView name);
 
     // Whether typing chooses the first entry that begins with the typed text.
+    bool SelectsAsTyped() const { return selectsAsTyped_; }
     void SetSelectsAsTyped(bool selects) { selectsAsTyped_ = selects; }
+    // Whether typing also finds entries that contain the text, and shows the entries found first. Must not be called
+    // while the combo has the focus, as it gets new windows.
+    void SetMatchesParts(bool matches);
     // Sets the position in the parent and the width, in pixels. The height of the closed combo is such that a line of
     // text is in the middle of a field of `fieldHeight`.
     void Place(Point origin, int width, int fieldHeight);
@@ -120,6 +135,8 @@ class ComboWindow final : private WindowSubclass {
     void BringToFront();
     void Focus();
     bool HasFocus() const;
+    // In LostFocus: the selection as it was then is restored when the field has the focus again.
+    void KeepSelection() { keepsSelection_ = true; }
     // Opens the list. The entry that equals the current text is chosen; without one, the list starts at the first entry
     // that begins with the text.
     void DropDown();
@@ -141,10 +158,26 @@ class ComboWindow final : private WindowSubclass {
         bool dropNextCharacter_ = false;
     };
 
+    // The list that drops down. The system's list keeps the entries in their own order; what it shows, and what others
+    // read from it, is in the order of matches.
+    class Popup final : public WindowSubclass {
+      public:
+        explicit Popup(ComboWindow& owner) : owner_(owner) {}
+
+      private:
+        LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+        LRESULT OnReleased(WPARAM wParam, LPARAM lParam);
+        ComboWindow& owner_;
+    };
+
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     // Returns whether the list did not use the wheel.
     bool OnWheel(UINT message, WPARAM wParam, LPARAM lParam);
     void MakeWindows(HWND parent);
+    void AttachTo(HWND window);
+    void DetachAll();
+    // Replaces the system's windows by new ones with the same contents; keeps them when that fails.
+    void RemakeWindows();
     void CheckIndex(int index) const;
     void OnTyped();
     void OnChosen();
@@ -156,21 +189,38 @@ class ComboWindow final : private WindowSubclass {
     void PlaceEditField();
     void PaintSurround();
     void FitList();
-    EntryReader Entries() const;
+    // The texts of all entries. Others may change the system's list by messages; the texts are then read again.
+    const std::vector<qvx::Text>& Entries() const;
+    void ForgetEntries();
+    void ShowInOrder(ListOrder order);
+    void DrawEntry(const DRAWITEMSTRUCT& item);
+
+    // The number of entries that a dropped list shows at once.
+    static constexpr int rowsInView = 8;
 
     ComboListener* listener_;
     EditField edit_;
+    Popup popup_;
     HWND list_ = nullptr;
     bool sorted_;
     bool rightToLeft_ = false;
     bool locked_ = false;
     bool selectsAsTyped_ = false;
+    bool matchesParts_ = false;
     int maxLength_ = 0;
     bool writing_ = false;   // the combo itself causes the field's notifications
     bool deleting_ = false;  // the last key deletes characters
     // The chosen entry; the list's own highlight also follows the mouse and the system's searches.
     int chosen_ = -1;
     int newIndex_ = -1;
+    // A copy of the entries, as asking the system for each takes too long in a long list.
+    mutable std::vector<qvx::Text> entries_;
+    mutable bool entriesKnown_ = true;
+    bool changingEntries_ = false;    // the combo itself does, and keeps the copy up to date
+    std::optional<int> widestEntry_;  // in pixels, while it is known
+    ListOrder order_;
+    std::pair<DWORD, DWORD> selection_;  // when the field lost the focus
+    bool keepsSelection_ = false;
     int fieldHeight_ = 0;
     Text tag_;
     Text lastText_;  // as of the last Change

@@ -6,6 +6,7 @@
 #include "widgets/flexgrid/button_steps.h"
 #include "widgets/flexgrid/flexgrid_window.h"
 #include "widgets/flexgrid/hit_test.h"
+#include "widgets/flexgrid/paint.h"
 
 namespace qvx::flexgrid {
 
@@ -81,7 +82,7 @@ LRESULT FlexGridWindow::OnKey(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_KEYDOWN:
         case WM_SYSKEYDOWN:
-            if (key == keys::escape && (drag_ != Drag::None || border_.kind != Border::Kind::None)) {
+            if (key == keys::escape && (drag_ != Drag::None || border_.kind != Border::Kind::None || buttonPress_)) {
                 EndDrag();
                 return 0;
             }
@@ -153,6 +154,7 @@ LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
     tip_.Press(message, point);
     bool click = false;
     std::optional<HeaderPress> header;
+    std::optional<ButtonPress> button;
     for (const ButtonStep step : StepsOf(ButtonOf(message), ActionOf(message))) {
         switch (step) {
             case ButtonStep::takeFocus:
@@ -173,9 +175,16 @@ LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
                     drag_ = Drag::None;  // an editor has opened and must stay over its cell
                     headerPress_.reset();
                 }
+                if (watch.Alive() && Handle() && border_.kind == Border::Kind::Column) {
+                    FitFrom(border_.index);
+                }
                 break;
             case ButtonStep::release:
                 header = std::exchange(headerPress_, std::nullopt);
+                button = std::exchange(buttonPress_, std::nullopt);
+                if (button) {
+                    MarkAllStale();
+                }
                 click = OnLeftUp(point);
                 break;
             case ButtonStep::notifyClick:
@@ -186,6 +195,9 @@ LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
                 if (header && watch.Alive() && Handle()) {
                     const bool shift = (header->shift & keys::shiftMask) != 0;
                     Notify([&](GridWindowEvents& events) { events.HeaderClick(header->col, shift); });
+                }
+                if (button && button->inside && watch.Alive() && Handle()) {
+                    Notify([&](GridWindowEvents& events) { events.ButtonClick(button->row, button->col); });
                 }
                 break;
         }
@@ -231,6 +243,9 @@ void FlexGridWindow::OnLeftDown(Point point, int shift) {
         clicking_ = false;
         SetCapture(Handle());
         OnMove(point);
+        return;
+    }
+    if (PressButton(point)) {
         return;
     }
     const Hit hit = HitTest(rows, columns, point);
@@ -280,6 +295,13 @@ void FlexGridWindow::OnMove(Point point) {
         borderLine_ =
             DraggedBorder(border_, axis.Along(column ? point.x : point.y), axis.extent, column ? dpi.x : dpi.y);
         MarkAllStale();
+        return;
+    }
+    if (buttonPress_) {
+        const bool inside = ButtonArea(grid_, CurrentView(), buttonPress_->row, buttonPress_->col).Contains(point);
+        if (std::exchange(buttonPress_->inside, inside) != inside) {
+            MarkAllStale();
+        }
         return;
     }
     if (headerPress_ && IsDragFrom(point)) {
@@ -380,8 +402,10 @@ bool FlexGridWindow::OnLeftUp(Point point) {
 
 void FlexGridWindow::EndDrag() {
     const bool resizing = border_.kind != Border::Kind::None;
+    const bool pressing = buttonPress_.has_value();
     drag_ = Drag::None;
     headerPress_.reset();
+    buttonPress_.reset();
     border_ = {};
     borderLine_ = -1;
     pressed_ = false;
@@ -389,7 +413,7 @@ void FlexGridWindow::EndDrag() {
         return;
     }
     KillTimer(Handle(), scrollTimer);
-    if (resizing) {
+    if (resizing || pressing) {
         MarkAllStale();
     }
     if (GetCapture() == Handle()) {

@@ -94,6 +94,8 @@ void FlexGridWindow::DrawTo(HDC dc, const Rect& area) {
         }
     }
     View view;
+    view.buttons = buttons_;
+    view.buttonWidth = GetSystemMetrics(SM_CXVSCROLL);
     view.client = {static_cast<int>(frame.right - frame.left), static_cast<int>(frame.bottom - frame.top)};
     IntersectClipRect(dc, frame.left, frame.top, frame.right, frame.bottom);
     OffsetViewportOrgEx(dc, frame.left, frame.top, nullptr);

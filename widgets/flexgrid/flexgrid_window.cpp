@@ -142,6 +142,12 @@ View FlexGridWindow::CurrentView() const {
         view.client = {std::max(0, headlessSize_.width - border.left - border.right),
                        std::max(0, headlessSize_.height - border.top - border.bottom)};
     }
+    view.buttons = buttons_;
+    view.buttonWidth = GetSystemMetrics(SM_CXVSCROLL);
+    if (buttonPress_ && buttonPress_->inside) {
+        view.pressedRow = buttonPress_->row;
+        view.pressedCol = buttonPress_->col;
+    }
     if (border_.kind == Border::Kind::Column) {
         view.draggedColumn = borderLine_;
     } else if (border_.kind == Border::Kind::Row) {

@@ -74,6 +74,10 @@ class FlexGridWindow final : public Window, private GridListener {
     void ShowHits(const CellHits* hits);
     // Does the same for cells with a mark.
     void ShowMarks(const CellMarks* marks);
+    // Shows these buttons in cells, or none; not owned. To be called again when they change.
+    void SetButtons(const CellButtons* buttons);
+    // Returns how wide the column must be for everything shown in it, in twips (column_fit.h).
+    int FittedWidth(int col, int rows);
 
     // The window's support for assistive programs.
     GridAccessibility& Accessibility() { return accessibility_; }
@@ -132,6 +136,8 @@ class FlexGridWindow final : public Window, private GridListener {
     bool OnLeftUp(Point point);
     void OnMove(Point point);
     void DragSelection(Point point);
+    bool PressButton(Point point);
+    void FitFrom(int col);
     void OnTimer();
     void EndDrag();
     bool OnSetCursor();
@@ -169,6 +175,13 @@ class FlexGridWindow final : public Window, private GridListener {
         int shift;
     };
     std::optional<HeaderPress> headerPress_;  // a press on a header that may become a click that a listener handles
+    struct ButtonPress {
+        int row;
+        int col;
+        bool inside;  // the pointer is on the button
+    };
+    std::optional<ButtonPress> buttonPress_;
+    const CellButtons* buttons_ = nullptr;
     Point lastPoint_{};
     WheelCounter wheelDown_;
     WheelCounter wheelAcross_;

@@ -81,6 +81,8 @@ Rect SplitEnd(Rect& area, int width, bool mirrored) {
     return end;
 }
 
+bool FitsButton(const View& view, const Rect& inside) { return inside.Width() >= 2 * view.buttonWidth; }
+
 // Keeps text off the mark; `marked` is empty where there is none.
 Rect BesideMark(Rect room, const Rect& marked, bool mirrored) {
     if (!marked.Empty() && mirrored) {
@@ -286,7 +288,9 @@ class Painter {
 
     void PaintContents(int row, int col, const Rect& area, Rect inside, const Ink& ink, const CellFormat* format,
                        bool fixed) {
-        const Rect marked = ShowsSortMark(grid_, row, col) ? PaintSortMark(row, col, inside, ink) : Rect{};
+        const Rect marked = ShowsSortMark(grid_, row, col) ? PaintSortMark(row, col, inside, ink)
+                            : !fixed                       ? PaintButton(row, col, inside)
+                                                           : Rect{};
         if (inside.Empty()) {
             return;
         }
@@ -336,6 +340,21 @@ class Painter {
             surface_.DrawLabel(mark.number, {x, y, x + mark.numberWidth, y + line}, mark.font, ink.fore, oneLine);
         }
         return end;
+    }
+
+    // Draws the button at the end of a cell, takes its area off the cell's and returns it.
+    Rect PaintButton(int row, int col, Rect& inside) {
+        if (!view_.buttons || !FitsButton(view_, inside) || !view_.buttons->HasButton(row, col, IsCursor(row, col))) {
+            return {};
+        }
+        const Rect button = SplitEnd(inside, view_.buttonWidth, mirrored_);
+        const bool pressed = row == view_.pressedRow && col == view_.pressedCol;
+        // In the visual style, a button's edges let through what is below them.
+        surface_.FillRect(button, grid_.BackColor());
+        surface_.DrawFrameControl(button, view_.buttons->Themed() ? frame_control::themedCombo : frame_control::scroll,
+                                  frame_control::comboArrow | (pressed ? frame_control::pushed : 0U) |
+                                      (grid_.Enabled() ? 0U : frame_control::inactive));
+        return button;
     }
 
     // Draws everything except a single plain run of text: pictures, several lines, raised or sunken letters.
@@ -503,12 +522,30 @@ Rect InsideLines(const Grid& grid, const Rect& area, bool fixed) {
             area.right - (allRound || !mirrored ? line : 0), area.bottom - line};
 }
 
+Rect ButtonArea(const Grid& grid, const View& view, int row, int col) {
+    if (!view.buttons || row < grid.FixedRows() || col < grid.FixedCols()) {
+        return {};
+    }
+    const Shown shown(grid, view);
+    const CellRange merged = shown.Merged(row, col);
+    Rect inside = InsideLines(grid, shown.AreaOf(merged), false);
+    if (!FitsButton(view, inside) ||
+        !view.buttons->HasButton(merged.top, merged.left, merged.Contains(grid.Row(), grid.Col()))) {
+        return {};
+    }
+    return SplitEnd(inside, view.buttonWidth, grid.RightToLeft());
+}
+
+int SortMarkWidth(const Grid& grid, Surface& surface, int row, int col) {
+    return ShowsSortMark(grid, row, col) ? LayOutSortMark(grid, surface, row, col).Width() : 0;
+}
+
 bool IsCut(const Grid& grid, const View& view, Surface& surface, int row, int col) {
     Text scratch;
     const TextView text = Trimmed(grid.Cell(row, col).AsWide(scratch));
     const bool fixed = row < grid.FixedRows() || col < grid.FixedCols();
     const Rect area = CellArea(grid, view, row, col);
-    Rect marked;
+    Rect marked = ButtonArea(grid, view, row, col);
     if (ShowsSortMark(grid, row, col)) {
         Rect inside = InsideLines(grid, area, fixed);
         marked = SplitEnd(inside, LayOutSortMark(grid, surface, row, col).Width(), grid.RightToLeft());

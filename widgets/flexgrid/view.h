@@ -5,6 +5,7 @@
 
 #include "common/geometry.h"
 #include "widgets/flexgrid/axis.h"
+#include "widgets/flexgrid/cell_buttons.h"
 #include "widgets/flexgrid/cell_marks.h"
 #include "widgets/flexgrid/grid.h"
 #include "widgets/flexgrid/merge.h"
@@ -18,8 +19,13 @@ struct View {
     // The position along its axis of a row's or column's border that is being dragged; -1 without a drag.
     int draggedColumn = -1;
     int draggedRow = -1;
-    const CellHits* hits = nullptr;    // null while no search is on
-    const CellMarks* marks = nullptr;  // null for none
+    const CellHits* hits = nullptr;        // null while no search is on
+    const CellMarks* marks = nullptr;      // null for none
+    const CellButtons* buttons = nullptr;  // null without any
+    int buttonWidth = 0;
+    // The cell whose button is pressed; -1 for none.
+    int pressedRow = -1;
+    int pressedCol = -1;
 };
 
 // The grid must outlive the axes, which refer to it.

@@ -43,6 +43,10 @@ class GridWindowEvents {
     virtual bool HandlesHeaderClick(int /*col*/) { return false; }
     // Called after Click.
     virtual void HeaderClick(int /*col*/, bool /*shift*/) {}
+    // The button in a cell was clicked (SetButtons); called after Click.
+    virtual void ButtonClick(int /*row*/, int /*col*/) {}
+    // Whether a double click on a column's border fits the width of the column, after DblClick.
+    virtual bool FitsColumns() { return false; }
 };
 
 }  // namespace qvx::flexgrid

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "common/keys.h"
+#include "controls/grid/editor_return.h"
 #include "controls/grid/lifecycle.h"
+#include "controls/grid/list_arrows.h"
 #include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {
@@ -268,6 +270,42 @@ TEST(EditorKeys, CharactersThatOpenTheEditor) {
 TEST(EditorKeys, ThatMeanNothingAloneLeaveTheEditorOutOfSight) {
     for (const int key : {keys::shift, keys::control, keys::alt}) EXPECT_FALSE(BringsEditorBack(key)) << key;
     for (const int key : {keys::space, keys::f2, int{'A'}}) EXPECT_TRUE(BringsEditorBack(key)) << key;
+}
+
+TEST_F(NavigationTest, ListsOpenInCellsWithAnArrow) {
+    struct Case {
+        ListArrows arrows;
+        int col;
+        int key, shift;
+        bool arrow, otherArrow, opens;
+    };
+    const Case cases[] = {
+        {ListArrows::none, 1, keys::f4, 0, false, false, false},
+        {ListArrows::currentCell, 1, keys::f4, 0, true, false, true},
+        {ListArrows::allCells, 1, keys::down, keys::altMask, true, true, true},
+        {ListArrows::allCells, 1, keys::f4, keys::altMask, true, true, false},
+        {ListArrows::allCells, 1, keys::down, 0, true, true, false},
+        {ListArrows::allCells, 5, keys::f4, 0, false, false, false},  // has no list
+        {ListArrows::allCells, 3, keys::f4, 0, false, false, false},  // cannot be edited
+        {ListArrows::allCells, 2, keys::f4, 0, false, false, false},  // is hidden
+    };
+    state.listColumns = u";A;B;C;";
+    for (const Case& c : cases) {
+        state.listArrows = c.arrows;
+        grid.MoveTo(2, c.col);
+        EXPECT_EQ(c.arrow, HasListArrow(grid, state, 2, c.col, true)) << c.col;
+        EXPECT_EQ(c.otherArrow, HasListArrow(grid, state, 1, c.col, false)) << c.col;
+        EXPECT_EQ(c.opens, OpensList(c.key, c.shift, grid, state)) << c.col;
+        EXPECT_EQ(c.opens, DecideGridKey(c.key, c.shift, grid, state) == GridKey::OpenEditor) << c.col;
+    }
+}
+
+TEST(EditorReturn, TheEditorGetsTheFocusUnlessTheUserHasGoneElsewhere) {
+    EXPECT_EQ(EditorReturn::Wait, DecideReturn(false, false, false, true));
+    EXPECT_EQ(EditorReturn::Stay, DecideReturn(true, true, true, false));
+    EXPECT_EQ(EditorReturn::TakeFocus, DecideReturn(true, true, false, true));
+    EXPECT_EQ(EditorReturn::Commit, DecideReturn(true, true, false, false));
+    EXPECT_EQ(EditorReturn::Commit, DecideReturn(true, false, false, true));
 }
 
 TEST(KeepsKey, TellsTheGridsKeysFromItsHosts) {
