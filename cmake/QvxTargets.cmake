@@ -8,6 +8,8 @@ set(QVX_WINDOWS_FOLDERS "^(com|win|kit|server|qvxhost|soak/watch|samples/ado)$")
 # Window units wait for the user and the system, not for the processor, and are optimised for size; except for these,
 # which do not wait.
 set(QVX_BUSY_COMPONENTS archivers)
+# So are rules, except for those that go through many cells or bytes.
+set(QVX_BUSY_RULES archivers common drawing flexgrid grid)
 
 add_library(qvx_options INTERFACE)
 target_compile_features(qvx_options INTERFACE cxx_std_20)
@@ -46,6 +48,13 @@ endif()
 
 # Line numbers for the symbols that are kept apart; without the compiler's options, which depend on its cache.
 set(QVX_LINE_NUMBERS -g1 -gno-record-gcc-switches)
+
+# The 32-bit server has to stay below 2 MB: its busy rules are optimised for speed, but without padding and vectors.
+set(QVX_BUSY_OPTIONS "")
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
+  set(QVX_BUSY_OPTIONS -fno-align-functions -fno-align-loops -fno-align-jumps -fno-align-labels -fno-tree-vectorize
+    -fno-reorder-blocks-and-partition)
+endif()
 
 option(QVX_UNITY "Compile the sources of a component some at a time, which builds faster than each by itself" ON)
 
@@ -119,7 +128,11 @@ function(qvx_component name folder)
   if(NOT rules)
     set(scope INTERFACE)
   elseif(WIN32)
-    target_compile_options(${name}_rules PRIVATE ${QVX_LINE_NUMBERS})
+    if(name IN_LIST QVX_BUSY_RULES)
+      target_compile_options(${name}_rules PRIVATE ${QVX_LINE_NUMBERS} ${QVX_BUSY_OPTIONS})
+    else()
+      target_compile_options(${name}_rules PRIVATE ${QVX_LINE_NUMBERS} -Os)
+    endif()
   endif()
   target_link_libraries(${name}_rules ${scope} qvx_options)
   foreach(dependency IN LISTS ARG_RULES)
