@@ -49,16 +49,21 @@ void ComboWindow::CheckIndex(int index) const {
 void ComboWindow::AddItem(TextView item, std::optional<int> index) {
     if (index && (*index < 0 || *index > ListCount())) InvalidCall();
     qvx::Text text(item);
-    Entries();
+    if (!entriesKnown_) Entries();
     entries_.reserve(entries_.size() == entries_.capacity() ? 2 * entries_.size() + 1 : 0);
     ShowInOrder({});
     const FlagScope scope(changingEntries_);
     const auto data = reinterpret_cast<LPARAM>(Wide(text));
-    const LRESULT added = index ? SendMessageW(Window(), CB_INSERTSTRING, static_cast<WPARAM>(*index), data)
-                                : SendMessageW(Window(), CB_ADDSTRING, 0, data);
+    // Straight to the list, since forms add thousands of entries, and the combo would only pass them on.
+    const LRESULT added = index ? SendMessageW(list_, LB_INSERTSTRING, static_cast<WPARAM>(*index), data)
+                                : SendMessageW(list_, LB_ADDSTRING, 0, data);
     if (added < 0) throw RunTimeError(errors::outOfMemory, u"Out of memory");
     newIndex_ = static_cast<int>(added);
-    entries_.insert(entries_.begin() + newIndex_, std::move(text));
+    if (static_cast<std::size_t>(added) <= entries_.size()) {
+        entries_.insert(entries_.begin() + newIndex_, std::move(text));
+    } else {
+        ForgetEntries();
+    }
     widestEntry_.reset();
     if (chosen_ >= newIndex_) ++chosen_;
 }
