@@ -1,6 +1,4 @@
 // The ComboGrid's records: loaded from a record set, checked before they are saved.
-#include <algorithm>
-
 #include "common/text_compare.h"
 #include "controls/grid/combogrid_control.h"
 #include "controls/grid/record_source_win32.h"
@@ -45,11 +43,7 @@ STDMETHODIMP ComboGridControl::FindInvalid(long* row, long* col, VARIANT_BOOL ro
     const auto keep = ControlBase::KeepAlive();
     return Give(result, [&] {
         entry_.CommitOpenEdit();
-        CheckStart start{.rowOnly = rowOnly != VARIANT_FALSE};
-        if (row && *row >= start.row) {
-            start.row = static_cast<int>(*row);
-            start.col = col ? static_cast<int>(std::min(*col, LONG_MAX - 1)) + 1 : 1;
-        }
+        const CheckStart start = StartAfter(Model(), row ? *row : 0, col ? *col : 0, rowOnly != VARIANT_FALSE);
         const InvalidCell cell = FindInvalidCell(Model(), State(), start, HostCheck()).value_or(InvalidCell());
         if (row) *row = cell.row;
         if (col) *col = cell.col;

@@ -76,9 +76,9 @@ class ComboGridControl final : public Control<_ComboGrid>,
     // Record sets and checks
     STDMETHODIMP Bind(IDispatch** recSet) override;
     STDMETHODIMP ValidateEntry(VARIANT_BOOL* result) override;
-    // A caller that does not need `row`, `col`, `rule` or `matchOn` passes null.
+    // A caller that does not need `row`, `col`, `rule`, `record` or `matchOn` passes null.
     STDMETHODIMP FindInvalid(long* row, long* col, VARIANT_BOOL rowOnly, long* rule, BSTR* result) override;
-    STDMETHODIMP FindDuplicate(long* row, long* matchOn, BSTR columns, VARIANT_BOOL* result) override;
+    STDMETHODIMP FindDuplicate(long* record, long* matchOn, BSTR columns, VARIANT_BOOL* result) override;
     QVX_FIELD(BSTR, ValidateColumns, ControlState::validateColumns)
     QVX_FIELD(VARIANT_BOOL, OnErrorFirst, ControlState::onErrorFirst)
     // Undo, redo and the clipboard

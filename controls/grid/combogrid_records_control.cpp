@@ -106,12 +106,12 @@ STDMETHODIMP ComboGridControl::DuplicateRecord(long* record, long* matchOn, VARI
     });
 }
 
-STDMETHODIMP ComboGridControl::FindDuplicate(long* row, long* matchOn, BSTR columns, VARIANT_BOOL* result) {
+STDMETHODIMP ComboGridControl::FindDuplicate(long* record, long* matchOn, BSTR columns, VARIANT_BOOL* result) {
     const auto keep = ControlBase::KeepAlive();
     return Give(result, [&] {
         entry_.CommitOpenEdit();
         const auto rows = FirstDuplicateIn(Model(), State(), FromBstr(columns)).value_or(RowPair());
-        if (row) *row = rows.first;
+        if (record) *record = rows.first;
         if (matchOn) *matchOn = rows.second;
         return rows != RowPair();
     });

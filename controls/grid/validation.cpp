@@ -5,6 +5,7 @@
 
 #include "controls/grid/cell_reading.h"
 #include "controls/grid/column_checks.h"
+#include "widgets/flexgrid/grid_errors.h"
 
 namespace qvx::grid {
 namespace {
@@ -90,6 +91,13 @@ std::optional<InvalidCell> FindWithHost(const flexgrid::Grid& grid, const std::v
 }
 
 }  // namespace
+
+CheckStart StartAfter(const flexgrid::Grid& grid, long row, long col, bool rowOnly) {
+    if (row < 0 || (row > 0 && row >= grid.Rows())) flexgrid::RefuseRow();
+    if (col < -1 || (col > 0 && col >= grid.Cols())) flexgrid::RefuseCol();
+    if (row == 0) return {.rowOnly = rowOnly};
+    return {static_cast<int>(row), static_cast<int>(col) + 1, rowOnly};
+}
 
 std::optional<InvalidCell> FindInvalidCell(const flexgrid::Grid& grid, const ControlState& state,
                                            const CheckStart& start, const AskHost& askHost) {

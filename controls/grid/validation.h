@@ -25,6 +25,10 @@ struct CheckStart {
     bool rowOnly = false;
 };
 
+// Returns the start after a cell; row 0 means the whole grid, and column -1 that the row begins with its first cell.
+// Raises the errors of Row and Col for a cell that the grid does not have.
+CheckStart StartAfter(const flexgrid::Grid& grid, long row, long col, bool rowOnly);
+
 // Asks the host about a cell of ValidateColumns: `message` is what the grid's own rules say, "" for a cell that passes,
 // and the result replaces it. The host may change the grid meanwhile.
 using AskHost = std::function<Text(int row, int col, const Text& text, const Text& message)>;

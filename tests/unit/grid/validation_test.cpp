@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "controls/grid/invalid_marks.h"
+#include "tests/support/error_of.h"
 #include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {
@@ -110,6 +111,22 @@ TEST(Validation, StartsAnywhereAndAsksTheHost) {
         EXPECT_EQ(found.value_or(InvalidCell()).rule, c.rule) << c.report;
         EXPECT_EQ(asked, c.asked);
     }
+}
+
+TEST(Validation, StartsAfterACellOfTheGrid) {
+    flexgrid::Grid grid;
+    Fill(grid, {u"No\tA", u"1\t"});
+    const std::tuple<long, long, int, int> starts[] = {{0, 0, 1, 0}, {0, 1, 1, 0}, {1, -1, 1, 0}, {1, 1, 1, 2}};
+    for (const auto& [row, col, startRow, startCol] : starts) {
+        EXPECT_EQ(StartAfter(grid, row, col, true).row, startRow) << row << "," << col;
+        EXPECT_EQ(StartAfter(grid, row, col, true).col, startCol) << row << "," << col;
+    }
+    const std::tuple<long, long, int> refused[] = {{-1, 0, 30009}, {2, 0, 30009}, {1, -2, 30010}, {0, 2, 30010}};
+    for (const auto& [row, col, error] : refused)
+        EXPECT_EQ(test::ErrorOf([&] { StartAfter(grid, row, col, false); }), error) << row << "," << col;
+    grid.SetFixedRows(0);
+    grid.SetRows(0);
+    EXPECT_EQ(StartAfter(grid, 0, 0, false).row, 1);
 }
 
 TEST(Validation, MarksInvalidCellsButNotThoseOfEmptyRows) {
