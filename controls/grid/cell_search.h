@@ -13,19 +13,11 @@
 #include <vector>
 
 #include "common/text.h"
+#include "controls/grid/cell_place.h"
 #include "controls/grid/search_pattern.h"
 #include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
-
-struct CellPlace {
-    int row = 0;
-    int col = 0;
-    friend bool operator==(const CellPlace&, const CellPlace&) = default;
-    friend bool operator<(const CellPlace& a, const CellPlace& b) {
-        return a.row < b.row || (a.row == b.row && a.col < b.col);
-    }
-};
 
 class CellSearch {
   public:

@@ -81,6 +81,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP FindDuplicate(long* record, long* matchOn, BSTR columns, VARIANT_BOOL* result) override;
     QVX_FIELD(BSTR, ValidateColumns, ControlState::validateColumns)
     QVX_FIELD(VARIANT_BOOL, OnErrorFirst, ControlState::onErrorFirst)
+    QVX_PROPERTY(VARIANT_BOOL, MarkInvalid, EntryGrid)
     // Undo, redo and the clipboard
     STDMETHODIMP Undo() override;
     STDMETHODIMP Redo() override;
@@ -101,7 +102,6 @@ class ComboGridControl final : public Control<_ComboGrid>,
                             VARIANT_BOOL selectedOnly) override;
     STDMETHODIMP ImportCsv(BSTR fileName, BSTR separator, BSTR encoding, VARIANT_BOOL hasHeader, long* result) override;
     // Finding and replacing
-    QVX_PROPERTY(VARIANT_BOOL, MarkInvalid, EntryGrid)
     QVX_PROPERTY(VARIANT_BOOL, FindBar, EntryGrid)
     STDMETHODIMP Find(BSTR text, GridFind options, VARIANT_BOOL forward, VARIANT_BOOL* result) override;
     STDMETHODIMP ReplaceAll(BSTR text, BSTR with, GridFind options, long* result) override;

@@ -69,4 +69,32 @@ std::vector<MenuEntry> ReadMenu(TextView items) {
     return menu;
 }
 
+bool MayChoose(MenuCommand command, const flexgrid::Grid& grid, const ControlState& state, int col,
+               const MenuFacts& facts) {
+    const bool onRow = grid.Row() >= grid.FixedRows() && grid.Row() < grid.Rows();
+    switch (command) {
+        case MenuCommand::cut:
+        case MenuCommand::copy:
+            return !grid.Selection().Empty();
+        case MenuCommand::paste:
+            return onRow && facts.clipboardHasText;
+        case MenuCommand::undo:
+            return facts.canUndo;
+        case MenuCommand::redo:
+            return facts.canRedo;
+        case MenuCommand::insertRow:
+        case MenuCommand::deleteRow:
+            return onRow;
+        case MenuCommand::sortAscending:
+        case MenuCommand::sortDescending:
+            return col >= grid.FixedCols() && col < grid.Cols();
+        case MenuCommand::find:
+            return state.findBar;
+        case MenuCommand::host:
+        case MenuCommand::separator:
+            break;
+    }
+    return true;
+}
+
 }  // namespace qvx::grid

@@ -4,6 +4,8 @@
 #include <vector>
 
 #include "common/text.h"
+#include "controls/grid/control_state.h"
+#include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
 
@@ -35,5 +37,16 @@ Text DefaultMenu();
 // grid's commands gives that another caption. Unknown keys without a caption are dropped, and so are separators with
 // nothing before or after them.
 std::vector<MenuEntry> ReadMenu(TextView items);
+
+// What the grid itself cannot answer.
+struct MenuFacts {
+    bool canUndo = false;
+    bool canRedo = false;
+    bool clipboardHasText = false;
+};
+
+// Whether a command makes sense now; `col` is the column that was clicked.
+bool MayChoose(MenuCommand command, const flexgrid::Grid& grid, const ControlState& state, int col,
+               const MenuFacts& facts);
 
 }  // namespace qvx::grid

@@ -9,7 +9,7 @@
 namespace qvx::grid {
 namespace {
 
-// Tells when a slice of counting has taken so long that typing would be held up.
+// Ends a slice of counting before it holds up typing.
 class CountingSlice {
   public:
     CountingSlice() {

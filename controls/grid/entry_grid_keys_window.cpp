@@ -125,8 +125,8 @@ void EntryGrid::UseGridKey(GridKey action, const PressedKey& press) {
             GoByTab(press);
             break;
         case GridKey::NextInvalid:
-            if (const auto place = marks_.Next(Model().Row(), Model().Col())) {
-                GoToHit({place->row, place->col});
+            if (const auto place = marks_.Next({Model().Row(), Model().Col()})) {
+                GoToHit(*place);
             } else {
                 MessageBeep(MB_OK);
             }

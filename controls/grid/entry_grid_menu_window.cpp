@@ -32,31 +32,8 @@ const MenuEntry* ChooseFrom(const std::vector<MenuEntry>& entries, const std::ve
 }  // namespace
 
 bool EntryGrid::MayChoose(MenuCommand command, int col) {
-    flexgrid::Grid& grid = Model();
-    const bool onRow = grid.Row() >= grid.FixedRows() && grid.Row() < grid.Rows();
-    switch (command) {
-        case MenuCommand::cut:
-        case MenuCommand::copy:
-            return !grid.Selection().Empty();
-        case MenuCommand::paste:
-            return onRow && IsClipboardFormatAvailable(CF_UNICODETEXT) != FALSE;
-        case MenuCommand::undo:
-            return CanUndo();
-        case MenuCommand::redo:
-            return CanRedo();
-        case MenuCommand::insertRow:
-        case MenuCommand::deleteRow:
-            return onRow;
-        case MenuCommand::sortAscending:
-        case MenuCommand::sortDescending:
-            return col >= grid.FixedCols() && col < grid.Cols();
-        case MenuCommand::find:
-            return state_.findBar;
-        case MenuCommand::host:
-        case MenuCommand::separator:
-            break;
-    }
-    return true;
+    const MenuFacts facts{CanUndo(), CanRedo(), IsClipboardFormatAvailable(CF_UNICODETEXT) != FALSE};
+    return grid::MayChoose(command, Model(), state_, col, facts);
 }
 
 // A click outside the selection moves the cursor there; one on a header leaves it where it is.

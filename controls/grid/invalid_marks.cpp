@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "controls/grid/row_operations.h"
-#include "controls/grid/validation.h"
 
 namespace qvx::grid {
 
@@ -21,20 +20,23 @@ TextView InvalidMarks::MessageOf(int row, int col) const {
     return MessageAt(row, col);
 }
 
-std::optional<InvalidMarks::Place> InvalidMarks::FirstIn(int firstRow, int firstCol, int lastRow) const {
-    CheckStart start{std::max(firstRow, grid_.FixedRows()), firstCol, false};
-    for (;;) {
-        const auto cell = FindInvalidCell(grid_, state_, start);
-        if (!cell || cell->row > lastRow) return std::nullopt;
-        if (!IsEmptyRecord(grid_, state_, cell->row)) return Place{cell->row, cell->col};
-        start = {cell->row + 1, 0, false};
+std::optional<CellPlace> InvalidMarks::FirstIn(CellPlace first, int lastRow) const {
+    for (int row = first.row; row <= lastRow; ++row) {
+        for (const CheckedColumn& column : columns_) {
+            const CellPlace place{row, column.col};
+            if (!(place < first) && IsMarked(place.row, place.col)) return place;
+        }
     }
+    return std::nullopt;
 }
 
-std::optional<InvalidMarks::Place> InvalidMarks::Next(int row, int col) const {
-    if (const auto place = FirstIn(row, col + 1, grid_.Rows() - 1)) return place;
-    const auto place = FirstIn(grid_.FixedRows(), 0, row);
-    return place == Place{row, col} ? std::nullopt : place;
+std::optional<CellPlace> InvalidMarks::Next(CellPlace place) const {
+    Prepare();
+    const int firstRow = grid_.FixedRows();
+    const CellPlace after{std::max(place.row, firstRow), place.row < firstRow ? 0 : place.col + 1};
+    if (const auto next = FirstIn(after, grid_.Rows() - 1)) return next;
+    const auto next = FirstIn({firstRow, 0}, std::min(place.row, grid_.Rows() - 1));
+    return next == place ? std::nullopt : next;
 }
 
 }  // namespace qvx::grid

@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "controls/grid/cell_place.h"
 #include "controls/grid/column_checks.h"
 #include "widgets/flexgrid/cell_marks.h"
 
@@ -22,16 +23,11 @@ class InvalidMarks final : public flexgrid::CellMarks {
     TextView MessageOf(int row, int col) const;
     // Returns the marked cell after the given one, row by row and from the first row again after the last; nullopt
     // without any, also when the given one is the only one.
-    struct Place {
-        int row;
-        int col;
-        friend bool operator==(const Place&, const Place&) = default;
-    };
-    std::optional<Place> Next(int row, int col) const;
+    std::optional<CellPlace> Next(CellPlace place) const;
 
   private:
     TextView MessageAt(int row, int col) const;
-    std::optional<Place> FirstIn(int firstRow, int firstCol, int lastRow) const;
+    std::optional<CellPlace> FirstIn(CellPlace first, int lastRow) const;
 
     const flexgrid::Grid& grid_;
     const ControlState& state_;

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/narrow.h"
+#include "tests/unit/grid/grid_fixture.h"
 
 namespace qvx::grid {
 namespace {
@@ -21,12 +21,33 @@ TEST(ContextMenu, ReadsWhatTheHostHasMadeOfIt) {
     for (const auto& [items, read] : cases) {
         std::string got;
         for (const MenuEntry& entry : ReadMenu(items))
-            got += test::Narrow(entry.key) + (entry.command == MenuCommand::host ? "!|" : "|");
-        EXPECT_EQ(got, read) << test::Narrow(items);
+            got += Narrow(entry.key) + (entry.command == MenuCommand::host ? "!|" : "|");
+        EXPECT_EQ(got, read) << Narrow(items);
     }
     EXPECT_EQ(ReadMenu(u";cut=Remove;").at(0).caption, u"Remove");
     EXPECT_EQ(ReadMenu(u";x==y;").at(0).caption, u"=y");
     EXPECT_EQ(ReadMenu(DefaultMenu()).size(), 14u) << "nothing of it is dropped";
+}
+
+TEST(ContextMenu, OffersWhatMakesSense) {
+    flexgrid::Grid grid;
+    Fill(grid, {u"No\tA", u"1\tx"});
+    ControlState state;
+    const auto offered = [&](int col, const MenuFacts& facts) {
+        std::string keys;
+        for (const MenuEntry& entry : ReadMenu(DefaultMenu()))
+            if (entry.command != MenuCommand::separator && MayChoose(entry.command, grid, state, col, facts))
+                keys += Narrow(entry.key) + " ";
+        return keys;
+    };
+    EXPECT_EQ(offered(0, {}), "cut copy insertrow deleterow ") << "a fixed column is not sorted by";
+    state.findBar = true;
+    EXPECT_EQ(offered(1, {true, false, true}),
+              "cut copy paste undo insertrow deleterow sortascending sortdescending find ");
+    EXPECT_EQ(offered(9, {false, true, false}), "cut copy redo insertrow deleterow find ");
+    EXPECT_TRUE(MayChoose(MenuCommand::host, grid, state, 9, {}));
+    grid.SetRows(1);
+    EXPECT_EQ(offered(1, {false, false, true}).find("paste"), std::string::npos) << "there is no row";
 }
 
 }  // namespace

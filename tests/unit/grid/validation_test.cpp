@@ -146,13 +146,12 @@ TEST(Validation, MarksInvalidCellsButNotThoseOfEmptyRows) {
     EXPECT_EQ(marked, "1,1 3,2 ");
     EXPECT_EQ(marks.MessageOf(3, 2), u"Value should be greater than zero.");
     for (const auto& [row, col] : {std::pair{0, 1}, {2, 1}, {9, 1}, {1, 9}}) EXPECT_EQ(marks.MessageOf(row, col), u"");
-    using Place = InvalidMarks::Place;
-    EXPECT_EQ(marks.Next(1, 0), (Place{1, 1}));
-    EXPECT_EQ(marks.Next(1, 1), (Place{3, 2}));
-    EXPECT_EQ(marks.Next(3, 2), (Place{1, 1}));
+    EXPECT_EQ(marks.Next({1, 0}), (CellPlace{1, 1}));
+    EXPECT_EQ(marks.Next({1, 1}), (CellPlace{3, 2}));
+    EXPECT_EQ(marks.Next({3, 2}), (CellPlace{1, 1}));
     grid.SetTextMatrix(1, 1, u"y");
-    EXPECT_EQ(marks.Next(3, 2), std::nullopt) << "the only one";
-    EXPECT_EQ(marks.Next(3, 1), (Place{3, 2}));
+    EXPECT_EQ(marks.Next({3, 2}), std::nullopt) << "the only one";
+    EXPECT_EQ(marks.Next({3, 1}), (CellPlace{3, 2}));
 }
 
 }  // namespace
