@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "drawing/recording_surface.h"
+#include "tests/support/portable/recording_surface.h"
 
 namespace qvx::buttons {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "designer/canvas/adorners.h"
 #include "designer/properties/rows_painter.h"
-#include "drawing/recording_surface.h"
+#include "tests/support/portable/recording_surface.h"
 
 namespace qvx::host::designer {
 namespace {

@@ -6,7 +6,7 @@
 #include "common/dialog_placement.h"
 #include "common/keys.h"
 #include "common/vendor.h"
-#include "drawing/recording_surface.h"
+#include "tests/support/portable/recording_surface.h"
 
 namespace qvx::about {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "drawing/recording_surface.h"
+#include "tests/support/portable/recording_surface.h"
 #include "tests/support/portable/failing_allocation.h"
 #include "tests/unit/flexgrid/grid_texts.h"
 #include "widgets/flexgrid/grid.h"

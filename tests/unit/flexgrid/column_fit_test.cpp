@@ -5,7 +5,7 @@
 #include <array>
 #include <sstream>
 
-#include "drawing/recording_surface.h"
+#include "tests/support/portable/recording_surface.h"
 #include "widgets/flexgrid/paint.h"
 
 namespace qvx::flexgrid {

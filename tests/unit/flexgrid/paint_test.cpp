@@ -5,7 +5,7 @@
 
 #include <sstream>
 
-#include "drawing/recording_surface.h"
+#include "tests/support/portable/recording_surface.h"
 
 namespace qvx::flexgrid {
 namespace {

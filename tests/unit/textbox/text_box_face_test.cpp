@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "drawing/recording_surface.h"
+#include "tests/support/portable/recording_surface.h"
 #include "tests/support/portable/failing_allocation.h"
 #include "widgets/textbox/dropped_text.h"
 

@@ -1,4 +1,4 @@
-#include "drawing/recording_surface.h"
+#include "tests/support/portable/recording_surface.h"
 
 #include <cmath>
 #include <cstdio>
