@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cfloat>
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <limits>
 
 #include "common/ascii.h"
+#include "common/nearest_double.h"
 #include "common/run_time_error.h"
 
 namespace qvx {
@@ -23,16 +23,16 @@ constexpr bool IsExponentMark(unsigned c) { return c == 'E' || c == 'e' || c == 
 // Whether this character after a plain decimal requires the full reading instead of the quick one.
 constexpr bool NeedsFullReading(unsigned c) { return IsSkipped(c) || IsExponentMark(c) || c == '%' || c == '&'; }
 
-// Collects decimal digits and passes them to the library's exact conversion. More digits than can matter to a double
-// are counted but not kept, so that nothing is ever allocated.
+// Collects decimal digits. More digits than can matter to a double are counted but not kept, so that nothing is ever
+// allocated.
 class DecimalDigits {
   public:
     void Add(unsigned digit, bool behindPoint) {
         any_ = true;
         if (length_ == 0 && digit == 0) {
             scale_ -= behindPoint ? 1 : 0;
-        } else if (length_ < maxDigits) {
-            buffer_[length_++] = static_cast<char>('0' + digit);
+        } else if (length_ < maxKept) {
+            digits_[length_++] = static_cast<std::uint8_t>(digit);
             scale_ -= behindPoint ? 1 : 0;
         } else {
             lost_ = lost_ || digit != 0;
@@ -46,28 +46,28 @@ class DecimalDigits {
     bool ToDouble(bool negative, std::int64_t exponent, double& value) {
         value = negative ? -0.0 : 0.0;
         if (length_ == 0) return true;
-        std::int64_t scale = scale_ + exponent;
-        std::size_t end = length_;
-        if (lost_) {  // any digit after the kept ones breaks a tie in the same way
-            buffer_[end++] = '1';
-            --scale;
-        }
-        const std::int64_t magnitude = static_cast<std::int64_t>(end) + scale;
-        if (magnitude > 400) return false;
-        if (magnitude < -400) return true;
-        buffer_[end++] = 'e';
-        const auto written = std::to_chars(buffer_.data() + end, buffer_.data() + buffer_.size(), scale);
+        const std::int64_t scale = scale_ + exponent;
+        const std::int64_t magnitude = static_cast<std::int64_t>(length_) + scale;
+        if (magnitude > maxDecimalMagnitude) return false;
+        if (magnitude < -maxDecimalMagnitude) return true;
         double read = 0;
-        const auto result = std::from_chars(buffer_.data(), written.ptr, read);
+        if (length_ <= std::numeric_limits<double>::digits10 && scale <= 0 && -scale < std::ssize(powersOfTen)) {
+            std::uint64_t number = 0;
+            for (std::size_t i = 0; i < length_; ++i) number = number * 10 + digits_[i];
+            read = NearestDecimalFraction(number, static_cast<int>(-scale));
+        } else {
+            std::size_t end = length_;
+            if (lost_) digits_[end++] = 1;  // any digit after the kept ones breaks a tie in the same way
+            read = NearestDouble(std::span(digits_).first(end), static_cast<int>(magnitude));
+        }
         if (std::isinf(read)) return false;
-        if (result.ec == std::errc::result_out_of_range) return magnitude < 0;
         value = negative ? -read : read;
         return true;
     }
 
   private:
-    static constexpr std::size_t maxDigits = 780;  // 767 digits decide the last tie of a double
-    std::array<char, maxDigits + 32> buffer_;
+    static constexpr std::size_t maxKept = maxDecimalDigits - 1;  // 767 digits decide the last tie of a double
+    std::array<std::uint8_t, maxDecimalDigits> digits_;
     std::size_t length_ = 0;
     std::int64_t scale_ = 0;
     bool any_ = false;
@@ -259,10 +259,12 @@ double QuickNumericValue(const Char* const begin, const Char* const end) {
         (at != end && NeedsFullReading(static_cast<unsigned>(*at))))
         return FullNumericValue(begin, end);
     if (digits == 0) return 0;
-    // Where doubles are computed in wider registers, the quotient would be rounded twice.
-    if (FLT_EVAL_METHOD != 0 && decimals != 0) return FullNumericValue(begin, end);
-    const auto whole = static_cast<double>(static_cast<std::int64_t>(mantissa));
-    const double value = decimals == 0 ? whole : whole / powersOfTen[static_cast<std::size_t>(decimals)];
+    double value = static_cast<double>(static_cast<std::int64_t>(mantissa));
+    if (decimals != 0) {
+        // Where doubles are computed in wider registers, the quotient would be rounded twice.
+        value = FLT_EVAL_METHOD != 0 ? NearestDecimalFraction(mantissa, static_cast<int>(decimals))
+                                     : value / powersOfTen[static_cast<std::size_t>(decimals)];
+    }
     return negative ? -value : value;
 }
 

@@ -2,12 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <random>
 #include <string>
 
+#include "common/nearest_double.h"
 #include "tests/support/error_of.h"
 #include "tests/support/narrow.h"
 
@@ -151,6 +155,50 @@ TEST(NumericValue, ReadsPlainDecimalsExactly) {
         ASSERT_EQ(NumericValue(Text(text.begin(), text.end())), expected) << text;
         text.insert(0, " ");  // a blank goes the long way
         ASSERT_EQ(NumericValue(text), expected) << text;
+    }
+}
+
+// The whole range of doubles with exponents, the ties between two of them, and what is next to a tie.
+TEST(NumericValue, ReadsExponentsExactly) {
+    std::mt19937_64 random(20261126);
+    const auto check = [](const std::string& text) {
+        const double expected = std::strtod(text.c_str(), nullptr);
+        if (std::isinf(expected)) {
+            EXPECT_FALSE(IsNumeric(Text(text.begin(), text.end()))) << text;
+        } else {
+            EXPECT_EQ(NumericValue(text), expected) << text;
+        }
+    };
+    char text[1200];
+    for (int i = 0; i < 5000; ++i) {
+        double value = std::fabs(std::bit_cast<double>(random()));
+        if (i % 4 == 0) value = std::fmod(value, 1e-300) * 1e-20;  // without a leading bit of 1
+        if (!std::isfinite(value)) continue;
+        std::snprintf(text, sizeof text, "%.*e", static_cast<int>(random() % 40), value);
+        check(text);
+        // The middle of two doubles is exact with wider numbers, and all its digits count.
+        const auto middle =
+            (static_cast<long double>(value) + static_cast<long double>(std::nextafter(value, HUGE_VAL))) / 2;
+        std::snprintf(text, sizeof text, "%.800Le", middle);
+        check(text);
+        std::string above = text;
+        above.insert(above.find('e'), std::string(random() % 50, '0') + "1");
+        check(above);
+    }
+    for (const char* limit : {"2.2250738585072011e-308", "4.9406564584124654e-324", "2.4703282292062327e-324",
+                              "2.4703282292062328e-324", "1.7976931348623158e308", "1.7976931348623159e308", "1e-400"})
+        check(limit);
+}
+
+// What takes the place of a quotient in a 32-bit process.
+TEST(NearestDecimalFraction, RoundsAsTheQuotientOfTwoDoubles) {
+    std::mt19937_64 random(20261127);
+    for (int i = 0; i < 50000; ++i) {
+        const std::uint64_t number = random() >> (11 + random() % 53);
+        double power = 1;
+        for (int decimals = 0; decimals <= 22; ++decimals, power *= 10)
+            ASSERT_EQ(NearestDecimalFraction(number, decimals), static_cast<double>(number) / power)
+                << number << " / " << power;
     }
 }
 
