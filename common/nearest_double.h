@@ -13,8 +13,8 @@ constexpr std::size_t maxDecimalDigits = 781;
 constexpr int maxDecimalMagnitude = 400;
 
 // Returns the double nearest to 0.d1d2d3… times ten to the power of `magnitude`: infinity when it is too large, 0 when
-// it is too small. `digits` are values from 0 to 9, at most maxDecimalDigits of them; the first is not 0. `magnitude` is
-// between -maxDecimalMagnitude and maxDecimalMagnitude.
+// it is too small. `digits` are values from 0 to 9, at most maxDecimalDigits of them; the first is not 0. `magnitude`
+// is between -maxDecimalMagnitude and maxDecimalMagnitude.
 double NearestDouble(std::span<const std::uint8_t> digits, int magnitude);
 
 // The same for a whole number up to 2^53, divided by ten to the power of `decimals`, from 0 to 22.
