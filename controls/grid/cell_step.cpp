@@ -164,6 +164,8 @@ bool RowLacksKey(const flexgrid::Grid& grid, const ControlState& state) {
 GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const ControlState& state) {
     if (const GridKey command = CommandOf(keyCode, shift, state); command != GridKey::PassOn) return command;
     if (OpensList(keyCode, shift, grid, state)) return GridKey::OpenEditor;
+    if (MovesColumn(keyCode, shift, state))
+        return keyCode == keys::left ? GridKey::MoveColumnLeft : GridKey::MoveColumnRight;
     const bool plain = shift == 0;
     switch (keyCode) {
         case keys::tab:
@@ -207,6 +209,11 @@ std::optional<CellStep> StepOf(GridKey key, const flexgrid::Grid& grid, const Co
         default:
             return std::nullopt;
     }
+}
+
+bool MovesColumn(int keyCode, int shift, const ControlState& state) {
+    return state.moveColumns && shift == (keys::altMask | keys::shiftMask) &&
+           (keyCode == keys::left || keyCode == keys::right);
 }
 
 bool MeansCurrentCell(const flexgrid::Hit& pressed, const flexgrid::Grid& grid) {

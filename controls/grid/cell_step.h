@@ -82,13 +82,19 @@ enum class GridKey {
     SelectColumn,
     ClearCells,   // all selected ones
     NextInvalid,  // with MarkInvalid only
-    Nothing,      // the key is used without any effect
+    // These with MoveColumns only: the current column changes places with its neighbour.
+    MoveColumnLeft,
+    MoveColumnRight,
+    Nothing,  // the key is used without any effect
 };
 // Raises the grid's error when the key column does not exist.
 GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const ControlState& state);
 
 // Returns the step of a key; nothing for keys that do not move the current cell by a step.
 std::optional<CellStep> StepOf(GridKey key, const flexgrid::Grid& grid, const ControlState& state);
+
+// Whether a key moves the current column, with MoveColumns: Alt, Shift and an arrow.
+bool MovesColumn(int keyCode, int shift, const ControlState& state);
 
 // Whether a double click on `pressed` opens the editor: it must be on the current cell itself, which is not a header.
 bool MeansCurrentCell(const flexgrid::Hit& pressed, const flexgrid::Grid& grid);

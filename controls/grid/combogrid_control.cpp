@@ -244,6 +244,16 @@ void ComboGridControl::BeforeSort(const Text& columns, bool& cancel) {
 
 void ComboGridControl::Sorted(const Text& columns) { Fire(u"Sorted", EventArguments().In(Text(columns))); }
 
+void ComboGridControl::ColumnMoving(int col, int position, bool& cancel) {
+    Fire(u"ColumnMoving", EventArguments().In(col).In(position).InOut(cancel));
+}
+
+void ComboGridControl::ColumnMoved(int col, int position) {
+    // The host finds columns by an index that it once made.
+    if (!State().stringFormat.empty()) RebuildColIndex();
+    Fire(u"ColumnMoved", EventArguments().In(col).In(position));
+}
+
 void ComboGridControl::BeforeMenu(int row, int col, Text& items, bool& cancel) {
     Fire(u"BeforeMenu", EventArguments().In(row).In(col).InOut(items).InOut(cancel));
 }

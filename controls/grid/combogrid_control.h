@@ -92,6 +92,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP Paste() override;
     // Sorting
     QVX_FIELD(VARIANT_BOOL, SortOnHeader, ControlState::sortOnHeader)
+    QVX_FIELD(VARIANT_BOOL, MoveColumns, ControlState::moveColumns)
     STDMETHODIMP Sort(BSTR columns) override;
     STDMETHODIMP get_SortedBy(BSTR* result) override {
         return Give(result, [&] { return entry_.SortedBy(); });
@@ -208,6 +209,8 @@ class ComboGridControl final : public Control<_ComboGrid>,
     bool RaisesEvents() override { return ControlBase::RaisesEvents(); }
     void BeforeSort(const Text& columns, bool& cancel) override;
     void Sorted(const Text& columns) override;
+    void ColumnMoving(int col, int position, bool& cancel) override;
+    void ColumnMoved(int col, int position) override;
     void BeforeMenu(int row, int col, Text& items, bool& cancel) override;
     void MenuCommandChosen(const Text& key, int col) override;
     void BindProgress(long loaded, long total, bool& cancel) override;

@@ -2,6 +2,8 @@
 // number, so that every list below stays valid when columns are moved.
 #pragma once
 
+#include <vector>
+
 #include "common/text.h"
 
 namespace qvx::grid {
@@ -24,6 +26,8 @@ struct ControlState {
     Text unChangableColumns;
     Text listColumns;
     Text inActiveColumns;
+    // The number that each column had before the user moved any. If its size is not that of the grid, none has moved.
+    std::vector<int> columnOrder;
     int keyColumn = -1;  // below 0: there is no key column
     int bindFrom = 1;
     ListArrows listArrows = ListArrows::none;
@@ -41,6 +45,7 @@ struct ControlState {
     bool listClickCommits = false;  // an entry chosen with the mouse ends the edit
     bool keepEditing = false;       // the edit stays open while the user is in another program
     bool fitColumns = false;        // a double click on a border in the header fits the column
+    bool moveColumns = false;       // columns are dragged to other places by their headers
     bool markInvalid = false;       // cells that break a rule are marked, and F8 goes through them
     bool contextMenu = false;       // the right button opens the grid's menu
     bool onErrorFirst = false;      // the host is notified of failures before the user

@@ -99,6 +99,16 @@ void EditHistory::OrderRows(int first, std::vector<std::uint32_t> rows, std::spa
     if (records && RowsHaveMoved(before)) Pending().AddRowsOrdered(first, std::move(rows), std::move(marksBefore));
 }
 
+void EditHistory::MoveColumn(int from, int to) {
+    const bool alone = depth_ == 0;
+    const Group group(*this);
+    const bool records = Follow() && alone;
+    const std::uint64_t before = grid_.StructureVersion();
+    if (records) Pending().ReserveChange();
+    grid_.SetColPosition(from, to);
+    if (records && RowsHaveMoved(before)) Pending().AddColumnMoved(from, to);
+}
+
 // Moves the single step of a list to the end of another.
 void EditHistory::Push(Steps& stack, Steps& step) noexcept {
     characters_ += step.front()->Characters();
@@ -135,18 +145,22 @@ EditHistory::Step EditHistory::Move(Steps& from, Steps& to, ControlState& state)
     std::shared_ptr<EditStep> made;
     EditStep::Place place;
     try {
-        Grid::AllOrNothing whole(
-            grid_, step->RowsChanged() ? Grid::AllOrNothing::Reach::all : Grid::AllOrNothing::Reach::texts);
-        made = std::make_shared<EditStep>(step->Revert(grid_, go));
+        std::optional<Grid::AllOrNothing> whole;
+        // The move of a column is a single change, which happens or not; what follows it needs no memory.
+        if (!step->MovedColumn())
+            whole.emplace(grid_,
+                          step->RowsChanged() ? Grid::AllOrNothing::Reach::all : Grid::AllOrNothing::Reach::texts);
+        made = std::make_shared<EditStep>();
+        *made = step->Revert(grid_, go);
         place = made->FirstPlace();
         if (made->RowsChanged()) RenumberFrom(grid_, state, std::max(place.row, 1));
-        whole.Commit();
+        if (whole) whole->Commit();
     } catch (...) {
         version_ = version;
         Push(from, moved);
         throw;
     }
-    state.changed = true;
+    state.changed = state.changed || !made->MovedColumn();
     if (intact) {
         moved.front() = made;
         Push(to, moved);

@@ -82,6 +82,9 @@ class EditHistory {
     void RemoveRows(int at, int count, Change change);
     // Puts the grid's rows into another order (Grid::OrderRows) and records it.
     void OrderRows(int first, std::vector<std::uint32_t> rows, std::span<const flexgrid::SortMark> marks);
+    // Moves a column of the grid (Grid::SetColPosition) and records it, unless it is part of a group with other
+    // changes.
+    void MoveColumn(int from, int to);
 
     // ---- Undoing and redoing ---------------------------------------------------------------------------------------
     bool CanUndo() const { return Ready() && !done_.empty(); }

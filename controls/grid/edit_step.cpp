@@ -170,6 +170,13 @@ void EditStep::AddRowsOrdered(int first, std::vector<std::uint32_t> rows, std::v
     rowsChanged_ = true;
 }
 
+void EditStep::AddColumnMoved(int from, int to) { changes_.push_back({Kind::columnMoved, 0, from, to, 0}); }
+
+std::optional<EditStep::ColumnMove> EditStep::MovedColumn() const {
+    if (changes_.size() != 1 || changes_.front().kind != Kind::columnMoved) return std::nullopt;
+    return ColumnMove{changes_.front().col, changes_.front().count};
+}
+
 std::size_t EditStep::Characters() const {
     std::size_t characters = (bytes_.size() + changes_.size() * sizeof(Change)) / sizeof(char16_t);
     for (const KeptRows& rows : kept_) characters += rows.Characters();
@@ -182,7 +189,7 @@ std::size_t EditStep::Characters() const {
 EditStep::Place EditStep::FirstPlace() const {
     Place first;
     for (const Change& change : changes_) {
-        if (change.kind == Kind::rowsOrdered) continue;
+        if (change.kind == Kind::rowsOrdered || change.kind == Kind::columnMoved) continue;
         const int col = change.kind == Kind::cells ? change.col : -1;
         const bool above = first.row < 0 || change.row < first.row;
         const bool before = change.row == first.row && col >= 0 && (first.col < 0 || col < first.col);
@@ -246,6 +253,12 @@ void EditStep::PutRows(flexgrid::Grid& grid, int at, const KeptRows& rows) {
         grid.SetSettings(at, row.settings);
         ++at;
     }
+}
+
+void EditStep::PutColumn(flexgrid::Grid& grid, const Change& change, EditStep& made) {
+    made.ReserveChange();
+    grid.SetColPosition(change.count, change.col);
+    made.AddColumnMoved(change.count, change.col);
 }
 
 void EditStep::PutOrder(flexgrid::Grid& grid, int first, const KeptOrder& order, EditStep& made) {

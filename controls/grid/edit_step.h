@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
@@ -42,17 +43,25 @@ class EditStep {
     // Adds another order of the rows from `first` on: rows[i] is the previous number of row first + i. `marks` are
     // those from before.
     void AddRowsOrdered(int first, std::vector<std::uint32_t> rows, std::vector<flexgrid::SortMark> marks);
+    // Adds a column that has moved from one place to another. It is the only change of its step.
+    void AddColumnMoved(int from, int to);
 
     bool Empty() const { return changes_.empty(); }
     bool RowsChanged() const { return rowsChanged_; }
+    // The move of a column that the step consists of, if it is one.
+    struct ColumnMove {
+        int from;
+        int to;
+    };
+    std::optional<ColumnMove> MovedColumn() const;
     // Returns its memory use, in characters.
     std::size_t Characters() const;
     // Calls visit(row, col, TextView before, TextView after) for every cell; with `backwards` the last change comes
     // first, but adjacent cells still from left to right. The texts are valid until visit returns.
     template <class Visit>
     void ForEachCell(bool backwards, Visit visit) const;
-    // The topmost row that the step has changed, and the leftmost of the cells changed there; -1 for none. An order of
-    // rows has no place, because the cursor stays on its record.
+    // The topmost row that the step has changed, and the leftmost of the cells changed there; -1 for none. Orders of
+    // rows and columns have no place, because the cursor stays on its record and in its column.
     struct Place {
         int row = -1;
         int col = -1;
@@ -65,7 +74,7 @@ class EditStep {
     EditStep Revert(flexgrid::Grid& grid, Go go) const;
 
   private:
-    enum class Kind { cells, rowsInserted, rowsRemoved, rowsOrdered };
+    enum class Kind { cells, rowsInserted, rowsRemoved, rowsOrdered, columnMoved };
     struct KeptOrder {
         std::vector<std::uint32_t> rows;
         std::vector<flexgrid::SortMark> marks;
@@ -73,8 +82,8 @@ class EditStep {
     struct Change {
         Kind kind;
         int row;
-        int col;            // of the first cell
-        int count;          // of cells or rows
+        int col;            // of the first cell, or that which has moved
+        int count;          // of cells or rows, or the column's new number
         std::size_t texts;  // where the cells' texts begin: before and after for each cell
     };
     // Reads texts from the bytes one after the other.
@@ -94,6 +103,7 @@ class EditStep {
     void RevertCells(flexgrid::Grid& grid, const Change& change, EditStep& made) const;
     static KeptRows TakeRows(flexgrid::Grid& grid, int at, int count);
     static void PutRows(flexgrid::Grid& grid, int at, const KeptRows& rows);
+    static void PutColumn(flexgrid::Grid& grid, const Change& change, EditStep& made);
     static void PutOrder(flexgrid::Grid& grid, int first, const KeptOrder& order, EditStep& made);
 
     std::vector<Change> changes_;
@@ -132,7 +142,9 @@ EditStep EditStep::Revert(flexgrid::Grid& grid, Go go) const {
             RevertCells(grid, change, made);
             continue;
         }
-        if (change.kind == Kind::rowsInserted) {
+        if (change.kind == Kind::columnMoved) {
+            PutColumn(grid, change, made);
+        } else if (change.kind == Kind::rowsInserted) {
             made.AddRowsRemoved(change.row, TakeRows(grid, change.row, change.count));
         } else if (change.kind == Kind::rowsOrdered) {
             PutOrder(grid, change.row, orders_[--orders], made);

@@ -1,5 +1,6 @@
 #include "controls/grid/editor_frame_window.h"
 
+#include <algorithm>
 #include <string>
 
 #include "common/number_text.h"
@@ -35,6 +36,12 @@ void EditorFrame::Load(int index) {
 }
 
 void EditorFrame::Unload(int index) { elements_.erase(index); }
+
+bool EditorFrame::CanRenumber(int from, int to) const {
+    return std::none_of(elements_.begin(), elements_.end(), [&](const auto& element) {
+        return element.first != freeTextEditor && flexgrid::AfterMove(element.first, from, to) == freeTextEditor;
+    });
+}
 
 ComboWindow* EditorFrame::Find(int index) {
     const auto found = elements_.find(index);

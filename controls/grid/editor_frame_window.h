@@ -9,11 +9,26 @@
 #include <vector>
 
 #include "common/text.h"
+#include "controls/grid/cell_step.h"
 #include "widgets/combo/combo_object.h"
 #include "widgets/combo/combo_window.h"
+#include "widgets/flexgrid/column_drag.h"
 #include "win/window.h"
 
 namespace qvx::grid {
+
+// Gives what is stored by column the numbers that columns have after one of them has moved. The free-text editor's is
+// its own. Needs no memory.
+template <class Value>
+void RenumberColumns(std::map<int, Value>& values, int from, int to) noexcept {
+    std::map<int, Value> renumbered;
+    while (!values.empty()) {
+        auto node = values.extract(values.begin());
+        if (node.key() != freeTextEditor) node.key() = flexgrid::AfterMove(node.key(), from, to);
+        renumbered.insert(std::move(node));
+    }
+    values.swap(renumbered);
+}
 
 class EditorFrame final : public Window {
   public:
@@ -26,6 +41,10 @@ class EditorFrame final : public Window {
     // Creates the combo with that index. Throws error 360 "Object already loaded" if it exists.
     void Load(int index);
     void Unload(int index);
+    // Whether the combos can follow a column that moves: none of them can have the free-text editor's number. Renumber
+    // makes them do so.
+    bool CanRenumber(int from, int to) const;
+    void Renumber(int from, int to) { RenumberColumns(elements_, from, to); }
     // Returns the combo; null when it is not loaded.
     ComboWindow* Find(int index);
     // Returns the combo's object, with a reference for the caller. Throws error 340 for an element that is not loaded.

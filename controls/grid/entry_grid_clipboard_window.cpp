@@ -28,6 +28,7 @@ void EntryGrid::StepInHistory(bool back) {
     if (!step) return;
     // The step is done: what cannot be shown or notified for lack of memory is lost, and is not reported as a failure.
     Contain([&] {
+        if (const auto move = step->MovedColumn()) FollowMovedColumn(move->from, move->to);
         window_->ScrollIntoView(Model().Row(), Model().Col());
         NotifyOfStep(Model(), state_, history_, *step, back, events_);
     });

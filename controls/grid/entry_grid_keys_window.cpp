@@ -131,6 +131,10 @@ void EntryGrid::UseGridKey(GridKey action, const PressedKey& press) {
                 MessageBeep(MB_OK);
             }
             break;
+        case GridKey::MoveColumnLeft:
+        case GridKey::MoveColumnRight:
+            MoveCurrentColumn(action == GridKey::MoveColumnRight);
+            break;
         default:
             if (const auto step = StepOf(action, Model(), state_)) Go(*step);
     }
@@ -234,7 +238,10 @@ bool EntryGrid::WantsKey(const MSG& message) {
     const int shift = ShiftState();
     const bool pressed = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
     const bool inBar = finder_ && finder_->HasFocus();
-    if (pressed && !inBar && !EditIsOpen() && OpensList(key, shift, Model(), state_)) return true;
+    if (pressed && key == keys::escape && window_->Dragging()) return true;
+    if (pressed && !inBar && !EditIsOpen() &&
+        (OpensList(key, shift, Model(), state_) || MovesColumn(key, shift, state_)))
+        return true;
     if (message.message != WM_KEYDOWN) return false;
     if (inBar) return BarKeepsKey(key, shift);
     if (key != keys::tab) return KeepsKey(key, shift, state_);

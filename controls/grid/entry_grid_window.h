@@ -49,6 +49,9 @@ class EntryGridEvents : public flexgrid::GridEventSource {
     virtual bool RaisesEvents() = 0;
     // The user is about to sort by these columns, or has done so.
     virtual void BeforeSort(const Text& columns, bool& cancel) = 0;
+    // The user is about to move a column to the place of another one, or has done so.
+    virtual void ColumnMoving(int col, int position, bool& cancel) = 0;
+    virtual void ColumnMoved(int col, int position) = 0;
     virtual void BeforeMenu(int row, int col, Text& items, bool& cancel) = 0;
     virtual void MenuCommandChosen(const Text& key, int col) = 0;
     virtual void Sorted(const Text& columns) = 0;
@@ -206,6 +209,8 @@ class EntryGrid final : private flexgrid::GridListener,
     bool ContextMenu(const flexgrid::Hit& cell, int x, int y) override;
     bool HandlesHeaderClick(int) override { return state_.sortOnHeader && Model().Enabled(); }
     void HeaderClick(int col, bool shift) override;
+    bool MovesColumns() override { return state_.moveColumns && Model().Enabled(); }
+    void ColumnDropped(int col, int position) override;
     void ButtonClick(int row, int col) override;
     bool FitsColumns() override { return state_.fitColumns && Model().Enabled(); }
     // CellButtons
@@ -259,6 +264,12 @@ class EntryGrid final : private flexgrid::GridListener,
     bool SortBy(const SortColumns& columns);
     // Does the same when the user asks for it, and raises its events.
     void SortByUser(const SortColumns& columns);
+    // Moves a column for the user, and raises its events.
+    void MoveColumnByUser(int col, int position);
+    void MoveCurrentColumn(bool right);
+    // Does for the windows what FollowColumn does for the rules.
+    void FollowMovedColumn(int from, int to);
+    void RenumberEditors(int from, int to);
     // Whether the menu offers a command. `col` is the column that was clicked.
     bool MayChoose(MenuCommand command, int col);
     void UseMenu(MenuCommand command, const Text& key, int col);

@@ -12,9 +12,6 @@ namespace qvx::flexgrid {
 
 namespace {
 
-constexpr UINT_PTR scrollTimer = 1;
-constexpr UINT scrollInterval = 50;  // milliseconds between steps of automatic scrolling
-
 short ButtonOf(UINT message) {
     switch (message) {
         case WM_LBUTTONDOWN:
@@ -50,22 +47,6 @@ float ToTwips(int pixels, int dotsPerInch) {
 
 }  // namespace
 
-// Calls every listener; returns false when one of them destroyed this window object. Listeners may be added and removed
-// meanwhile.
-template <class Call>
-bool FlexGridWindow::Notify(Call call) {
-    const LifeWatch watch = Watch();
-    for (std::size_t i = 0; i < events_.size(); ++i) {
-        if (GridWindowEvents* events = events_[i]) {
-            call(*events);
-            if (!watch.Alive()) {
-                return false;
-            }
-        }
-    }
-    return true;
-}
-
 void FlexGridWindow::NotifyScroll() {
     Notify([](GridWindowEvents& events) { events.Scroll(); });
 }
@@ -82,7 +63,7 @@ LRESULT FlexGridWindow::OnKey(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_KEYDOWN:
         case WM_SYSKEYDOWN:
-            if (key == keys::escape && (drag_ != Drag::None || border_.kind != Border::Kind::None || buttonPress_)) {
+            if (key == keys::escape && Dragging()) {
                 EndDrag();
                 return 0;
             }
@@ -155,6 +136,7 @@ LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
     bool click = false;
     std::optional<HeaderPress> header;
     std::optional<ButtonPress> button;
+    std::optional<MovedColumn> moved;
     for (const ButtonStep step : StepsOf(ButtonOf(message), ActionOf(message))) {
         switch (step) {
             case ButtonStep::takeFocus:
@@ -182,19 +164,28 @@ LRESULT FlexGridWindow::OnButton(UINT message, WPARAM wParam, LPARAM lParam) {
             case ButtonStep::release:
                 header = std::exchange(headerPress_, std::nullopt);
                 button = std::exchange(buttonPress_, std::nullopt);
-                if (button) {
+                moved = std::exchange(movedColumn_, std::nullopt);
+                if (button || moved) {
                     MarkAllStale();
                 }
-                click = OnLeftUp(point);
+                if (header && !header->clicks) {
+                    PressCell(header->point, header->shift);
+                }
+                if (watch.Alive()) {
+                    click = OnLeftUp(point);
+                }
                 break;
             case ButtonStep::notifyClick:
                 if (click) {
                     Notify([](GridWindowEvents& events) { events.Click(); });
                 }
                 // The second press of a double click makes no click, but reverses the order like any other.
-                if (header && watch.Alive() && Handle()) {
+                if (header && header->clicks && watch.Alive() && Handle()) {
                     const bool shift = (header->shift & keys::shiftMask) != 0;
                     Notify([&](GridWindowEvents& events) { events.HeaderClick(header->col, shift); });
+                }
+                if (moved && moved->drop.position >= 0 && watch.Alive() && Handle()) {
+                    Notify([&](GridWindowEvents& events) { events.ColumnDropped(moved->col, moved->drop.position); });
                 }
                 if (button && button->inside && watch.Alive() && Handle()) {
                     Notify([&](GridWindowEvents& events) { events.ButtonClick(button->row, button->col); });
@@ -248,17 +239,7 @@ void FlexGridWindow::OnLeftDown(Point point, int shift) {
     if (PressButton(point)) {
         return;
     }
-    const Hit hit = HitTest(rows, columns, point);
-    bool handled = false;
-    if (hit.OnCell() && hit.fixedRow && !hit.fixedCol) {
-        for (GridWindowEvents* events : events_) {
-            handled = handled || events->HandlesHeaderClick(hit.col);
-        }
-    }
-    if (handled) {
-        headerPress_ = {hit.col, point, shift};
-        SetCapture(Handle());
-    } else {
+    if (!PressHeader(HitTest(rows, columns, point), point, shift)) {
         PressCell(point, shift);
     }
 }
@@ -283,161 +264,6 @@ void FlexGridWindow::PressCell(Point point, int shift) {
         }
         drag_ = press.drag;
     }
-}
-
-void FlexGridWindow::OnMove(Point point) {
-    lastPoint_ = point;
-    if (border_.kind != Border::Kind::None) {
-        const View view = CurrentView();
-        const bool column = border_.kind == Border::Kind::Column;
-        const Axis axis = column ? ColumnAxis(grid_, view) : RowAxis(grid_, view);
-        const Dpi dpi = grid_.Metrics().Resolution();
-        borderLine_ =
-            DraggedBorder(border_, axis.Along(column ? point.x : point.y), axis.extent, column ? dpi.x : dpi.y);
-        MarkAllStale();
-        return;
-    }
-    if (buttonPress_) {
-        const bool inside = ButtonArea(grid_, CurrentView(), buttonPress_->row, buttonPress_->col).Contains(point);
-        if (std::exchange(buttonPress_->inside, inside) != inside) {
-            MarkAllStale();
-        }
-        return;
-    }
-    if (headerPress_ && IsDragFrom(point)) {
-        const HeaderPress press = *std::exchange(headerPress_, std::nullopt);
-        const LifeWatch watch = Watch();
-        PressCell(press.point, press.shift);
-        if (!watch.Alive() || !Handle()) {
-            return;
-        }
-    }
-    if (drag_ != Drag::None) {
-        DragSelection(point);
-        return;
-    }
-    tip_.Follow(Handle(), HitAt(point), point, grid_.RightToLeft());
-}
-
-void FlexGridWindow::DragSelection(Point point) {
-    const View view = CurrentView();
-    const Axis rows = RowAxis(grid_, view);
-    const Axis columns = ColumnAxis(grid_, view);
-    const bool outside = point.x < 0 || point.y < 0 || point.x >= view.client.width || point.y >= view.client.height;
-    const Cursor cursor = grid_.CurrentCursor();
-    const Cursor moved = MouseDrag(drag_, cursor, point, rows, columns);
-    const LifeWatch watch = Watch();
-    if (moved != cursor) {
-        grid_.Select(moved);
-    }
-    if (!watch.Alive() || !Handle() || drag_ == Drag::None) {
-        return;
-    }
-    if (outside) {
-        SetTimer(Handle(), scrollTimer, scrollInterval, nullptr);
-    } else {
-        KillTimer(Handle(), scrollTimer);
-    }
-}
-
-void FlexGridWindow::OnTimer() {
-    if (drag_ == Drag::None) {
-        KillTimer(Handle(), scrollTimer);
-        return;
-    }
-    SettleLayout();
-    const View view = CurrentView();
-    const Axis rows = RowAxis(grid_, view);
-    const Axis columns = ColumnAxis(grid_, view);
-    const Dpi dpi = grid_.Metrics().Resolution();
-    int top = grid_.TopRow();
-    int left = grid_.LeftCol();
-    if (drag_ != Drag::Columns) {
-        top = ClampFirst(rows, StepShown(rows, top, AutoScrollSteps(rows.Along(lastPoint_.y), 0, rows.extent, dpi.y)));
-    }
-    if (drag_ != Drag::Rows) {
-        left = ClampFirst(
-            columns, StepShown(columns, left, AutoScrollSteps(columns.Along(lastPoint_.x), 0, columns.extent, dpi.x)));
-    }
-    const LifeWatch watch = Watch();
-    ScrollTo(top, left);
-    if (watch.Alive() && Handle()) {
-        DragSelection(lastPoint_);
-    }
-}
-
-// Whether the pointer has moved so far from the pressed header that the press is a drag.
-bool FlexGridWindow::IsDragFrom(Point point) const {
-    const Point from = headerPress_->point;
-    return std::abs(point.x - from.x) > GetSystemMetrics(SM_CXDRAG) ||
-           std::abs(point.y - from.y) > GetSystemMetrics(SM_CYDRAG);
-}
-
-// Returns true when the release makes a click.
-bool FlexGridWindow::OnLeftUp(Point point) {
-    const Rect client = ClientArea();
-    const bool click = pressed_ && clicking_ && client.Contains(point);
-    const Border border = border_;
-    const LifeWatch watch = Watch();
-    if (border.kind != Border::Kind::None) {
-        OnMove(point);
-        const int line = borderLine_;
-        EndDrag();
-        const bool column = border.kind == Border::Kind::Column;
-        const Dpi dpi = grid_.Metrics().Resolution();
-        const int twips = DraggedSizeTwips(border, line, column ? dpi.x : dpi.y);
-        if (column && border.index < grid_.Cols()) {
-            grid_.SetColWidth(border.index, twips);
-        } else if (!column && border.index < grid_.Rows()) {
-            grid_.SetRowHeight(border.index, twips);
-        }
-        if (watch.Alive()) {
-            Notify([](GridWindowEvents& events) { events.Resized(); });
-        }
-        return false;
-    }
-    EndDrag();
-    return click;
-}
-
-void FlexGridWindow::EndDrag() {
-    const bool resizing = border_.kind != Border::Kind::None;
-    const bool pressing = buttonPress_.has_value();
-    drag_ = Drag::None;
-    headerPress_.reset();
-    buttonPress_.reset();
-    border_ = {};
-    borderLine_ = -1;
-    pressed_ = false;
-    if (!Handle()) {
-        return;
-    }
-    KillTimer(Handle(), scrollTimer);
-    if (resizing || pressing) {
-        MarkAllStale();
-    }
-    if (GetCapture() == Handle()) {
-        ReleaseCapture();
-    }
-}
-
-bool FlexGridWindow::OnSetCursor() {
-    POINT at{};
-    if (!GetCursorPos(&at) || !ScreenToClient(Handle(), &at)) {
-        return false;
-    }
-    Border border = border_;
-    if (border.kind == Border::Kind::None) {
-        const View view = CurrentView();
-        border =
-            BorderAt(RowAxis(grid_, view), ColumnAxis(grid_, view), {static_cast<int>(at.x), static_cast<int>(at.y)},
-                     static_cast<int>(grid_.AllowUserResizing()), grid_.Metrics().Resolution());
-    }
-    if (border.kind == Border::Kind::None) {
-        return false;
-    }
-    SetCursor(LoadCursorW(nullptr, border.kind == Border::Kind::Column ? IDC_SIZEWE : IDC_SIZENS));
-    return true;
 }
 
 // ---- Tool tip ------------------------------------------------------------------------------------------------------

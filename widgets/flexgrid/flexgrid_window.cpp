@@ -153,6 +153,10 @@ View FlexGridWindow::CurrentView() const {
     } else if (border_.kind == Border::Kind::Row) {
         view.draggedRow = borderLine_;
     }
+    if (movedColumn_) {
+        view.movedColumn = movedColumn_->col;
+        view.dropLine = movedColumn_->drop.line;
+    }
     view.hits = hits_;
     view.marks = marks_;
     return view;

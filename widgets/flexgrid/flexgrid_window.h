@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "widgets/flexgrid/column_drag.h"
 #include "widgets/flexgrid/flexgrid_accessible_object.h"
 #include "widgets/flexgrid/flexgrid_tip_window.h"
 #include "widgets/flexgrid/grid.h"
@@ -79,6 +80,11 @@ class FlexGridWindow final : public Window, private GridListener {
     // Returns how wide the column must be for everything shown in it, in twips (column_fit.h).
     int FittedWidth(int col, int rows);
 
+    // Whether the pointer drags something, which Escape ends.
+    bool Dragging() const {
+        return drag_ != Drag::None || border_.kind != Border::Kind::None || buttonPress_ || movedColumn_;
+    }
+
     // The window's support for assistive programs.
     GridAccessibility& Accessibility() { return accessibility_; }
     // Returns the state that the view rules need, with scroll bars and scroll position brought up to date.
@@ -102,6 +108,8 @@ class FlexGridWindow final : public Window, private GridListener {
     // GridListener
     void Invalidated(GridChange change, const CellRange& range) override;
 
+    // Calls every listener; returns false when one of them destroyed this window object. Listeners may be added and
+    // removed meanwhile.
     template <class Call>
     bool Notify(Call call);
     void NotifyScroll();
@@ -133,6 +141,10 @@ class FlexGridWindow final : public Window, private GridListener {
     void OnLeftDown(Point point, int shift);
     void PressCell(Point point, int shift);
     bool IsDragFrom(Point point) const;
+    bool PressHeader(const Hit& hit, Point point, int shift);
+    bool MovesColumns();
+    void DragColumn(Point point);
+    void ScrollWhileDragging();
     bool OnLeftUp(Point point);
     void OnMove(Point point);
     void DragSelection(Point point);
@@ -173,8 +185,14 @@ class FlexGridWindow final : public Window, private GridListener {
         int col;
         Point point;
         int shift;
+        bool clicks;  // a listener handles the click
     };
-    std::optional<HeaderPress> headerPress_;  // a press on a header that may become a click that a listener handles
+    std::optional<HeaderPress> headerPress_;  // a press on a header that may become a click or a drag
+    struct MovedColumn {
+        int col;
+        ColumnDrop drop;
+    };
+    std::optional<MovedColumn> movedColumn_;  // being dragged by its header
     struct ButtonPress {
         int row;
         int col;
@@ -189,5 +207,19 @@ class FlexGridWindow final : public Window, private GridListener {
 
     GridAccessibility accessibility_{*this};  // listens to the grid
 };
+
+template <class Call>
+bool FlexGridWindow::Notify(Call call) {
+    const LifeWatch watch = Watch();
+    for (std::size_t i = 0; i < events_.size(); ++i) {
+        if (GridWindowEvents* events = events_[i]) {
+            call(*events);
+            if (!watch.Alive()) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
 
 }  // namespace qvx::flexgrid

@@ -135,6 +135,7 @@ class Painter {
         PaintBlock(fixedRows_, fixedColumns_, true);
         PaintFocus();
         PaintDraggedBorder();
+        PaintMovedColumn();
     }
 
   private:
@@ -492,6 +493,25 @@ class Painter {
         }
         if (view_.draggedRow >= 0) {
             surface_.InvertRect({0, view_.draggedRow - thick, view_.client.width, view_.draggedRow});
+        }
+    }
+
+    // The header of a column that is being dragged is inverted, and a thick line shows where the column would go.
+    void PaintMovedColumn() {
+        if (view_.movedColumn < 0 || view_.movedColumn >= grid_.Cols()) {
+            return;
+        }
+        const Axis columns = ColumnAxis(grid_, view_);
+        const auto header = static_cast<int>(RowAxis(grid_, view_).FixedExtent());
+        if (IsVisible(columns, view_.movedColumn)) {
+            const int start = static_cast<int>(PositionOf(columns, view_.movedColumn));
+            const Span span = columns.InWindow({0, start, start + grid_.ColPixels(view_.movedColumn)});
+            surface_.InvertRect(Rect{span.start, 0, span.end, header}.Intersect(dirty_));
+        }
+        if (view_.dropLine >= 0) {
+            const int half = ScaledAtLeastOne(1, dpi_.x);
+            const Span line = columns.InWindow({0, view_.dropLine - half, view_.dropLine + half});
+            surface_.InvertRect({line.start, 0, line.end, view_.client.height});
         }
     }
 

@@ -19,6 +19,9 @@ struct View {
     // The position along its axis of a row's or column's border that is being dragged; -1 without a drag.
     int draggedColumn = -1;
     int draggedRow = -1;
+    // The column that is being dragged to another place, and the gap along the axis where it would go; -1 for none.
+    int movedColumn = -1;
+    int dropLine = -1;
     const CellHits* hits = nullptr;        // null while no search is on
     const CellMarks* marks = nullptr;      // null for none
     const CellButtons* buttons = nullptr;  // null without any

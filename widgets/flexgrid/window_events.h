@@ -43,6 +43,11 @@ class GridWindowEvents {
     virtual bool HandlesHeaderClick(int /*col*/) { return false; }
     // Called after Click.
     virtual void HeaderClick(int /*col*/, bool /*shift*/) {}
+    // Whether scrolling columns can be dragged to another place by their headers. A press on a header selects cells
+    // only when it is released.
+    virtual bool MovesColumns() { return false; }
+    // The user has dragged a column to the place of another one.
+    virtual void ColumnDropped(int /*col*/, int /*position*/) {}
     // The button in a cell was clicked (SetButtons); called after Click.
     virtual void ButtonClick(int /*row*/, int /*col*/) {}
     // Whether a double click on a column's border fits the width of the column, after DblClick.

@@ -8,6 +8,7 @@
 #include "common/keys.h"
 #include "tests/unit/flexgrid/axis_of.h"
 #include "widgets/flexgrid/button_steps.h"
+#include "widgets/flexgrid/column_drag.h"
 #include "widgets/flexgrid/resizing.h"
 
 namespace qvx::flexgrid {
@@ -73,6 +74,26 @@ TEST(Keys, MoveTheCursorAndBringItIntoView) {
     const Axis allHidden = AxisOf(4, 1, 1, 96, [](int) { return 0; });
     EXPECT_EQ(Show(*KeyStep(keys::end, keys::controlMask, {2, 1, 2, 1}, allHidden, Columns(1))),
               "2,5:2,5 top 1 left 2");
+}
+
+TEST(ColumnDrag, DropsIntoTheNearestGapBetweenScrollingColumns) {
+    // In the window: 0 (fixed) 1 2 4 without scrolling, 0 2 4 5 with the second column first; column 3 is hidden.
+    const struct {
+        int left, col, pointer;
+        ColumnDrop drop;
+    } cases[] = {
+        {1, 1, 60, {}},       {1, 1, 120, {}},       {1, 1, 130, {2, 150}}, {1, 1, 210, {4, 200}},
+        {1, 4, 60, {1, 50}},  {1, 4, -900, {1, 50}}, {1, 2, 100, {}},       {1, 2, 190, {4, 200}},
+        {2, 5, 90, {3, 100}}, {2, 1, 90, {2, 100}},  {2, 1, 30, {}},        {2, 4, 9000, {5, 200}},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(DropOf(Columns(c.left), c.col, c.pointer), c.drop) << c.left << " " << c.col << " " << c.pointer;
+    EXPECT_EQ(DropOf(AxisOf(2, 2, 2, 96, [](int) { return 16; }), 1, 90), ColumnDrop());
+    const int neighbours[][3] = {{1, 1, 2}, {2, 1, 4}, {4, -1, 2}, {1, -1, -1}, {5, 1, -1}, {0, 1, -1}, {6, -1, -1}};
+    for (const auto& [col, step, wanted] : neighbours) EXPECT_EQ(NeighbourOf(Columns(1), col, step), wanted) << col;
+    const int moves[][4] = {{1, 1, 3, 3}, {2, 1, 3, 1}, {3, 1, 3, 2}, {4, 1, 3, 4},
+                            {1, 3, 1, 2}, {3, 3, 1, 1}, {0, 3, 1, 0}};
+    for (const auto& [col, from, to, wanted] : moves) EXPECT_EQ(AfterMove(col, from, to), wanted) << col;
 }
 
 TEST(Mouse, APressTakesTheCursorAndHeadersSelectWholeLines) {

@@ -314,6 +314,16 @@ TEST_F(PaintTest, TheBorderBeingDraggedCrossesTheWindow) {
     EXPECT_EQ(Drawn("invert"), "invert (0,19,200,20)\n");
 }
 
+TEST_F(PaintTest, AMovedColumnHasAnInvertedHeaderAndALineWhereItWouldGo) {
+    view_.movedColumn = 1;
+    EXPECT_EQ(Drawn("invert"), "invert (64,0,128,16)\n");
+    view_.dropLine = 100;
+    grid_.SetRightToLeft(true);
+    EXPECT_EQ(Drawn("invert"), "invert (72,0,136,16)\ninvert (99,0,101,56)\n");
+    view_.movedColumn = 99;
+    EXPECT_EQ(Drawn("invert"), "");
+}
+
 TEST(PaintEdges, NothingToShowIsGroundOnly) {
     Grid grid;
     grid.SetFixedRows(0);

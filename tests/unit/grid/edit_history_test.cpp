@@ -7,6 +7,7 @@
 #include <numeric>
 #include <random>
 
+#include "controls/grid/column_order.h"
 #include "controls/grid/lifecycle.h"
 #include "controls/grid/row_commands.h"
 #include "tests/support/portable/failing_allocation.h"
@@ -146,6 +147,49 @@ TEST_F(EditHistoryTest, WhatTheHostWroteIntoAnInsertedRowComesBackWithIt) {
     history.Redo(state);
     EXPECT_EQ("No,Name,Qty/1,by the host,/2,,", Shown(grid));
     EXPECT_EQ(1, grid.Row());
+}
+
+TEST_F(EditHistoryTest, AColumnThatTheUserMovesTakesItsNumberEverywhereAndBack) {
+    grid.SetCols(4);
+    grid.SetFixedCols(1);
+    state.keyColumn = 2;
+    Edit(2, 2, u"x");
+    state.changed = false;
+    grid.Select({1, 1, 3, 2});
+    MoveColumn(grid, state, history, 1, 3);
+    EXPECT_EQ("No,Qty,,Name/1,10,,a/2,x,,b/3,30,,c", Shown(grid));
+    EXPECT_EQ(flexgrid::Cursor({1, 3, 1, 3}), grid.CurrentCursor()) << "a selection of which one column has left";
+    EXPECT_EQ(1, state.keyColumn);
+    const auto fields = [&] {
+        std::string columns;
+        for (int col = 0; col < grid.Cols(); ++col) columns += std::to_string(ColumnOfField(grid, state, col));
+        return columns;
+    };
+    EXPECT_EQ("0312", fields());
+    MoveColumn(grid, state, history, 2, 1);
+    EXPECT_EQ("0321", fields());
+    Edit(1, 3, u"y");
+
+    EXPECT_EQ("1,3 y>a ", Report(history.Undo(state), true));
+    state.changed = false;
+    for (int i = 0; i < 2; ++i) {
+        const auto move = history.Undo(state)->MovedColumn();
+        ASSERT_TRUE(move);
+        FollowColumn(grid, state, move->from, move->to);
+    }
+    EXPECT_EQ("No,Name,Qty,/1,a,10,/2,b,x,/3,c,30,", Shown(grid));
+    EXPECT_EQ("0123", fields());
+    EXPECT_EQ(2, state.keyColumn);
+    EXPECT_EQ("1,1", Current());
+    EXPECT_FALSE(state.changed) << "the order of columns is not part of the data";
+    EXPECT_EQ("2,2 x>20 ", Report(history.Undo(state), true));
+    history.Redo(state);
+    const auto again = history.Redo(state)->MovedColumn();
+    ASSERT_TRUE(again);
+    EXPECT_TRUE(again->from == 1 && again->to == 3);
+    EXPECT_EQ("No,Qty,,Name/1,10,,a/2,x,,b/3,30,,c", Shown(grid));
+    grid.SetCols(3);
+    EXPECT_EQ(2, ColumnOfField(grid, state, 2)) << "another number of columns has its own order";
 }
 
 TEST_F(EditHistoryTest, RowsAndColumnsMovedByTheHostBeginItAnew) {

@@ -1,0 +1,21 @@
+// Columns that the user moves: what refers to a column by its number follows it.
+#pragma once
+
+#include "controls/grid/control_state.h"
+#include "controls/grid/edit_history.h"
+#include "widgets/flexgrid/grid.h"
+
+namespace qvx::grid {
+
+// Moves a column to the place of another one as a step of the history, and does what FollowColumn does. Raises the
+// grid's errors for columns that it does not have.
+void MoveColumn(flexgrid::Grid& grid, ControlState& state, EditHistory& history, int from, int to);
+
+// Follows a column that has moved: the key column, the order of the fields, and the cursor and the selection, which
+// collapses to the current cell where it is torn apart.
+void FollowColumn(flexgrid::Grid& grid, ControlState& state, int from, int to);
+
+// Returns the column of the field that would be in column `col` if the user had moved no columns.
+int ColumnOfField(const flexgrid::Grid& grid, const ControlState& state, int col);
+
+}  // namespace qvx::grid

@@ -1,0 +1,57 @@
+// Columns that the user moves, by dragging their headers or by keys.
+#include "controls/grid/column_order.h"
+#include "controls/grid/entry_grid_window.h"
+#include "widgets/flexgrid/column_drag.h"
+#include "widgets/flexgrid/view.h"
+
+namespace qvx::grid {
+
+void EntryGrid::ColumnDropped(int col, int position) {
+    const auto keep = events_.KeepAlive();
+    try {
+        MoveColumnByUser(col, position);
+    } catch (...) {
+        const RunTimeError error = CurrentError();
+        events_.ReportError(error.Number(), error.Description());
+    }
+}
+
+void EntryGrid::MoveCurrentColumn(bool right) {
+    const flexgrid::Axis columns = flexgrid::ColumnAxis(Model(), window_->SettledView());
+    const int position = flexgrid::NeighbourOf(columns, Model().Col(), right != Model().RightToLeft() ? 1 : -1);
+    if (position < 0)
+        MessageBeep(MB_OK);
+    else
+        MoveColumnByUser(Model().Col(), position);
+}
+
+void EntryGrid::MoveColumnByUser(int col, int position) {
+    CommitOpenEdit();
+    if (EditIsOpen()) return;
+    bool cancel = false;
+    events_.ColumnMoving(col, position, cancel);
+    const auto movable = [&](int column) { return column >= Model().FixedCols() && column < Model().Cols(); };
+    if (cancel || EditIsOpen() || !movable(col) || !movable(position)) return;
+    if (frame_ && !frame_->CanRenumber(col, position)) {
+        MessageBeep(MB_OK);
+        return;
+    }
+    ChangeKeptRows([&] { MoveColumn(Model(), state_, history_, col, position); });
+    RenumberEditors(col, position);
+    window_->ScrollIntoView(Model().Row(), Model().Col());
+    events_.ColumnMoved(col, position);
+}
+
+void EntryGrid::RenumberEditors(int from, int to) {
+    if (!frame_ || !frame_->CanRenumber(from, to)) return;
+    frame_->Renumber(from, to);
+    RenumberColumns(cellFormats_, from, to);
+}
+
+void EntryGrid::FollowMovedColumn(int from, int to) {
+    FollowColumn(Model(), state_, from, to);
+    RenumberEditors(from, to);
+    events_.ColumnMoved(from, to);
+}
+
+}  // namespace qvx::grid

@@ -1,0 +1,125 @@
+// Columns that the user moves, with the real mouse and keys.
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "tests/control/combogrid_form.h"
+#include "tests/support/input.h"
+#include "tests/support/narrow.h"
+
+namespace qvx::test {
+namespace {
+
+using F = ComboGridForm;
+
+class ComboGridColumns : public ::testing::Test {
+  protected:
+    ComboGridColumns() {
+        form.Fill({{u"a", u"1", u"2.5", u"Jan/2026", u"Apple"}, {u"b", u"2", u"", u"", u"Banana"}});
+        form.GoTo(1, F::qty);
+        form.Log();
+    }
+    // A place in the header, so many pixels from where a column starts.
+    POINT Header(int col, int pixels) const {
+        RECT outer{};
+        GetWindowRect(form.InnerGrid(), &outer);
+        return {outer.left + form.Pixels(L"ColPos", {Variant(col)}) + pixels, outer.top + 6};
+    }
+    void DragTo(int col, POINT to, int escape = 0) {
+        MoveMouseTo(Header(col, 12));
+        LeftButton(true);
+        MoveMouseTo({to.x - 5, to.y});
+        form.Pump();
+        MoveMouseTo(to);
+        form.Pump();
+        if (escape != 0) form.Press(escape);
+        LeftButton(false);
+        form.Pump();
+    }
+    // The captions from left to right, and the events of moving since the last call.
+    std::string Order() {
+        std::string order;
+        for (int col = F::name; col <= F::item; ++col) order += Narrow(form.Cell(0, col)) + " ";
+        std::istringstream all(form.Log());
+        for (std::string line; std::getline(all, line);)
+            if (line.rfind("21(", 0) == 0 || line.rfind("22(", 0) == 0) order += line;
+        return order;
+    }
+    long ColSel() const { return Call(form.Inner().get(), L"ColSel").ToLong().value_or(-1); }
+
+    F form{{{L"MoveColumns", Variant(true)}, {L"AllowBigSelection", Variant(true)}}};
+};
+
+TEST_F(ComboGridColumns, MoveWithTheirListsAndBack) {
+    Call(form.grid.get(), L"RefreshColIndex");
+    DragTo(F::item, Header(F::name, 3));
+    EXPECT_EQ("Item Name Qty Rate Month 21(5, 1, False)22(5, 1)", Order());
+    EXPECT_EQ("Apple/Banana/", form.Column(1));
+    EXPECT_EQ("1,3", form.Current()) << "the cursor stays in its column";
+    const auto index = Call(form.grid.get(), L"ColIndex").ToObject<IDispatch>();
+    EXPECT_EQ(3, Call(index.get(), L"Item", {Variant(u"Qty")}).ToLong());
+    form.GoTo(2, 1);
+    form.Type(L"ch");
+    form.Press(VK_RETURN);
+    EXPECT_EQ(u"Cherry", form.Cell(2, 1)) << "the list has moved as well";
+    EXPECT_EQ(u"Cherry", *Call(form.List(1).get(), L"List", {Variant(2)}).ToText());
+    form.GoTo(2, 2);
+    form.Type(L"ch");
+    form.Press(VK_RETURN);
+    EXPECT_EQ(u"ch", form.Cell(2, 2));
+    for (int i = 0; i < 3; ++i) Call(form.grid.get(), L"Undo");
+    EXPECT_EQ("Name Qty Rate Month Item 22(1, 5)", Order());
+    EXPECT_EQ("a/b/", form.Column(F::name));
+    form.GoTo(2, F::item);
+    form.Type(L"ch");
+    form.Press(VK_RETURN);
+    EXPECT_EQ(u"Cherry", form.Cell(2, F::item));
+}
+
+TEST_F(ComboGridColumns, StayWhereTheHostOrEscapeSays) {
+    form.events->onEvent = [](DISPID id, DISPPARAMS& arguments) {
+        if (id == 21) Answer(arguments, true);
+    };
+    DragTo(F::rate, Header(F::name, 3));
+    EXPECT_EQ("Name Qty Rate Month Item 21(3, 1, False)", Order());
+    form.events->onEvent = nullptr;
+    DragTo(F::rate, Header(F::name, 3), VK_ESCAPE);
+    DragTo(F::rate, Header(F::rate, 30));
+    EXPECT_EQ("Name Qty Rate Month Item ", Order());
+    Put(form.grid.get(), L"MoveColumns", {Variant(false)});
+    DragTo(F::qty, Header(F::rate, 30));
+    EXPECT_EQ("Name Qty Rate Month Item ", Order());
+    EXPECT_EQ(F::rate, ColSel()) << "as ever, a drag over headers selects columns";
+}
+
+TEST_F(ComboGridColumns, AClickSelectsOrSortsAndADragMoves) {
+    form.Click(0, F::rate);
+    EXPECT_EQ(F::rate, ColSel());
+    EXPECT_EQ(1, form.Number(L"Row"));
+    KeyDown(VK_SHIFT);
+    form.Click(0, F::name);
+    KeyUp(VK_SHIFT);
+    EXPECT_EQ(F::name, ColSel());
+    EXPECT_EQ("1,3", form.Current());
+    Put(form.grid.get(), L"SortOnHeader", {Variant(true)});
+    form.Click(0, F::name);
+    form.Click(0, F::name);
+    EXPECT_EQ("b/a/", form.Column(F::name));
+    DragTo(F::name, Header(F::qty, 40));
+    EXPECT_EQ("Qty Name Rate Month Item 21(1, 2, False)22(1, 2)", Order());
+    EXPECT_EQ(u";Name-1;", *Call(form.grid.get(), L"SortedBy").ToText());
+}
+
+TEST_F(ComboGridColumns, KeysMoveTheCurrentOneOnTheScreen) {
+    form.Press(VK_RIGHT, {VK_MENU, VK_SHIFT});
+    EXPECT_EQ("Name Rate Qty Month Item 21(2, 3, False)22(2, 3)", Order());
+    EXPECT_EQ("1,3", form.Current());
+    Put(form.Inner().get(), L"RightToLeft", {Variant(true)});
+    form.Press(VK_RIGHT, {VK_MENU, VK_SHIFT});
+    form.Press(VK_RIGHT, {VK_MENU, VK_SHIFT});
+    form.Press(VK_RIGHT, {VK_MENU, VK_SHIFT});
+    EXPECT_EQ("Qty Name Rate Month Item 21(3, 2, False)22(3, 2)21(2, 1, False)22(2, 1)", Order());
+}
+
+}  // namespace
+}  // namespace qvx::test
