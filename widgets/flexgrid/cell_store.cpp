@@ -43,6 +43,9 @@ void CellStore::ReturnId(RowId id) noexcept {
 }
 
 void CellStore::Discard(RowId id) noexcept {
+    if (watch_) {
+        watch_->RowGone(id);
+    }
     arena_.Release(ViewOf(id).Size());
     ReturnId(id);
 }
@@ -79,6 +82,9 @@ void CellStore::Store(RowId id, std::span<const std::uint8_t> record) {
 
 void CellStore::StoreCell(RowId id, int col, TextView text) {
     const RowView row = ViewOf(id);
+    if (watch_) {
+        watch_->CellsChange(id, row, col, 1);
+    }
     const ShortCellEdit edit(row, col, text);
     if (batches_ > 0 || !edit.Possible()) {
         Store(id, builder_.WithCell(row, col, text));
@@ -124,6 +130,9 @@ void CellStore::CopyLiving() noexcept {
 
 template <class Fill>
 void CellStore::InsertPieces(int at, int count, Fill&& fill) {
+    if (count > 0 && at < RowCount()) {
+        AnnounceOrder();
+    }
     if (count > 0) {
         BeforeRowsChange();
     }
@@ -134,6 +143,9 @@ void CellStore::InsertPieces(int at, int count, Fill&& fill) {
             const std::span ids(buffer.data(), std::min(buffer.size(), static_cast<std::size_t>(count - done)));
             TakeIds(ids);
             try {
+                if (watch_) {
+                    watch_->RowsCome(ids);
+                }
                 fill(ids);
                 order_.Insert(at + done, ids);
             } catch (...) {
@@ -187,7 +199,44 @@ int CellStore::InsertBlock(int at, TextView block, int cols, int most) {
     return count;
 }
 
+void CellStore::AnnounceRemoval(int at, int count) const {
+    if (!watch_ || count <= 0) {
+        return;
+    }
+    watch_->OrderChanges();
+    order_.ForEachLeaf(at, at + count - 1, [&](std::span<const RowId> ids) {
+        for (const RowId id : ids) {
+            watch_->RowLeaves(id, ViewOf(id));
+        }
+    });
+}
+
+void CellStore::AnnounceRemoval(const std::vector<bool>& marked) const {
+    if (!watch_) {
+        return;
+    }
+    watch_->OrderChanges();
+    for (std::size_t row = 0; row < marked.size(); ++row) {
+        if (marked[row]) {
+            const RowId id = IdAt(static_cast<int>(row));
+            watch_->RowLeaves(id, ViewOf(id));
+        }
+    }
+}
+
+void CellStore::AnnounceClear(int cols) const {
+    if (!watch_) {
+        return;
+    }
+    order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
+        for (const RowId id : ids) {
+            watch_->CellsChange(id, ViewOf(id), 0, cols);
+        }
+    });
+}
+
 void CellStore::MoveRow(int from, int to) {
+    AnnounceOrder();
     BeforeRowsChange();
     const RowId id = IdAt(from);
     const int deviation = order_.Deviation(id);
@@ -267,6 +316,9 @@ std::optional<std::size_t> BuildShort(const RowView& old, std::size_t first, std
 void CellStore::SetCells(int row, int firstCol, std::span<const TextView> texts) {
     const RowId id = IdAt(row);
     const RowView old = ViewOf(id);
+    if (watch_) {
+        watch_->CellsChange(id, old, firstCol, static_cast<int>(texts.size()));
+    }
     const auto first = static_cast<std::size_t>(firstCol);
     std::array<std::uint8_t, 2 + 2 * longestShort> record;
     if (const auto size = BuildShort(old, first, texts, record.data())) {
@@ -355,6 +407,9 @@ void CellStore::DissolveBatches() noexcept {
 }
 
 void CellStore::TruncateColumns(int cols) noexcept {
+    if (watch_) {
+        watch_->ColumnsCut(cols);
+    }
     DissolveBatches();
     order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
         for (const RowId id : ids) {
@@ -400,6 +455,9 @@ void CellStore::MoveColumn(int from, int to) {
             addresses[id] = Append(fresh, builder_.FromCells(cells_));
         }
     });
+    if (watch_) {
+        watch_->ColumnMoves(from, to);
+    }
     arena_ = std::move(fresh);
     addresses_.swap(addresses);
 }

@@ -18,6 +18,7 @@
 #include "widgets/flexgrid/cell_view.h"
 #include "widgets/flexgrid/record.h"
 #include "widgets/flexgrid/row_index.h"
+#include "widgets/flexgrid/row_watch.h"
 #include "widgets/flexgrid/sparse_map.h"
 
 namespace qvx::flexgrid {
@@ -45,6 +46,19 @@ class CellStore {
     // Inserts rows separated by CR, LF or CR LF; a separator at the end does not start another row. Returns their
     // number. When there are more than `most`, nothing is inserted and the result is -1.
     int InsertBlock(int at, TextView block, int cols, int most);
+    // Not owned; null for none.
+    void SetWatch(RowWatch* watch) noexcept { watch_ = watch; }
+    RowWatch* Watch() const { return watch_; }
+    // These announce a change to the watch and may throw. Each must precede the calls that it is named after.
+    void AnnounceRemoval(int at, int count) const;
+    void AnnounceRemoval(const std::vector<bool>& marked) const;
+    void AnnounceOrder() const {
+        if (watch_) {
+            watch_->OrderChanges();
+        }
+    }
+    void AnnounceClear(int cols) const;
+
     // Calls gone(RowId) for each row before its identity is freed; `gone` must not throw.
     template <class Gone>
     void RemoveRows(int at, int count, Gone&& gone) noexcept {
@@ -181,6 +195,7 @@ class CellStore {
     RowIndex order_;
     RecordBuilder builder_;
     std::vector<CellView> cells_;  // cells of the row being written; kept for its memory
+    RowWatch* watch_ = nullptr;
     std::size_t tidyAt_ = 0;       // dead bytes before the next attempt, after one that found no memory
 
     int batches_ = 0;                                     // number of open batches, one within the other

@@ -162,7 +162,7 @@ void Grid::SetRows(int count) {
             if (shape.rows > Rows()) {
                 store_.InsertEmptyRows(Rows(), shape.rows - Rows());
             } else {
-                store_.RemoveRows(shape.rows, Rows() - shape.rows, [this](RowId id) { DropRowSettings(id); });
+                RemoveStored(shape.rows, Rows() - shape.rows);
             }
         });
     LeaveHeader(before);

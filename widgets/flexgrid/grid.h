@@ -50,6 +50,13 @@ class Grid final : public GridLook {
     // Not owned; notified in the order in which they were added.
     void AddListener(GridListener* listener) { listeners_.Add(listener); }
     void RemoveListener(GridListener* listener) { listeners_.Remove(listener); }
+    // Not owned; null for none.
+    void SetRowWatch(RowWatch* watch) noexcept { store_.SetWatch(watch); }
+    // Returns the identity of a row, which it keeps wherever it moves. Throws 30009.
+    RowId IdOf(int row) const {
+        CheckRow(row);
+        return store_.IdAt(row);
+    }
 
     // ---- Counts ----------------------------------------------------------------------------------------------------
     // Reducing the number of rows or columns drops cells, the last first. FixedRows must be less than Rows and
@@ -207,6 +214,7 @@ class Grid final : public GridLook {
         std::int32_t data = 0;
         bool merge = false;
         FormatTable::RowFormats formats;  // of its cells
+        RowWatch::Keepsake kept;          // null without a watch
     };
     RowSettings SettingsOf(int row) const;
     void SetSettings(int row, const RowSettings& settings);
@@ -347,6 +355,7 @@ class Grid final : public GridLook {
     int InsertionPoint(int index) const;
     void RowsAdded(int at, int count);
     void LeaveHeader(int rowsBefore);
+    void RemoveStored(int at, int count);
     int RemoveMarked(std::vector<bool>& marked, int count);
     template <class Set>
     void ChangeColumns(int col, GridChange change, Set set);

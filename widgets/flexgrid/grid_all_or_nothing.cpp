@@ -16,8 +16,10 @@ std::tuple<Fields...> CopyOf(const std::tuple<Fields&...>& fields) {
 }  // namespace
 
 struct Grid::Kept {
-    explicit Kept(Grid& grid) : fields(CopyOf(grid.KeptFields())) {}
+    explicit Kept(Grid& grid)
+        : fields(CopyOf(grid.KeptFields())), watched(grid.store_.Watch() ? grid.store_.Watch()->Snapshot() : nullptr) {}
     decltype(CopyOf(std::declval<Grid&>().KeptFields())) fields;
+    std::shared_ptr<void> watched;
 };
 
 Grid::AllOrNothing::AllOrNothing(Grid& grid, Reach reach) : grid_(grid), cursor_(grid.CurrentCursor()) {
@@ -50,6 +52,9 @@ Grid::AllOrNothing::~AllOrNothing() {
     batch_.reset();
     if (kept_) {
         grid_.KeptFields() = std::move(kept_->fields);
+        if (grid_.store_.Watch() && kept_->watched) {
+            grid_.store_.Watch()->Restore(kept_->watched);
+        }
     }
     grid_.PutCursorBack(cursor_);
 }

@@ -71,7 +71,12 @@ void Grid::RemoveItem(int index) {
             check();
             return Shape{Rows() - 1, Cols(), fixedRows_, fixedCols_};
         },
-        [&](const Shape&) { store_.RemoveRows(index, 1, [this](RowId id) { DropRowSettings(id); }); });
+        [&](const Shape&) { RemoveStored(index, 1); });
+}
+
+void Grid::RemoveStored(int at, int count) {
+    store_.AnnounceRemoval(at, count);
+    store_.RemoveRows(at, count, [this](RowId id) { DropRowSettings(id); });
 }
 
 int Grid::RemoveMarked(std::vector<bool>& marked, int count) {
@@ -93,6 +98,7 @@ int Grid::RemoveMarked(std::vector<bool>& marked, int count) {
             if (version != structureVersion_) {
                 Refuse(errors::invalidProcedureCall, u"Rows were changed while others were being removed.");
             }
+            store_.AnnounceRemoval(marked);
             store_.RemoveMarked(marked, [this](RowId id) { DropRowSettings(id); });
         });
     return count;
@@ -107,6 +113,7 @@ void Grid::DropRowSettings(RowId id) noexcept {
 
 void Grid::Clear() {
     const CellsMoving moving(*this);
+    store_.AnnounceClear(Cols());
     store_.ClearText();
     formats_.Clear();
     ClearSortMarks();

@@ -208,6 +208,7 @@ void Grid::Sort(GridSort order) {
     for (std::uint32_t& row : rows) {
         row = store_.IdAt(static_cast<int>(row));
     }
+    store_.AnnounceOrder();
     const CellsMoving moving(*this);
     store_.Reorder(first, rows);
     ++structureVersion_;
@@ -225,6 +226,7 @@ void Grid::OrderRows(int first, std::span<const std::uint32_t> rows, std::span<c
         }
         ids.push_back(store_.IdAt(static_cast<int>(from)));
     }
+    store_.AnnounceOrder();
     const Cursor before = CurrentCursor();
     {
         const CellsMoving moving(*this);

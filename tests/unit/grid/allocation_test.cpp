@@ -19,6 +19,7 @@
 #include "controls/grid/replace_cells.h"
 #include "controls/grid/row_commands.h"
 #include "controls/grid/row_operations.h"
+#include "controls/grid/row_states.h"
 #include "controls/grid/validation.h"
 #include "tests/support/portable/failing_allocation.h"
 #include "tests/unit/flexgrid/grid_texts.h"
@@ -59,17 +60,28 @@ struct Scene {
     flexgrid::Grid grid;
     ControlState state;
     EditHistory history{grid};
+    RowStates states{grid, state};
     Projection projection{grid, state};
     EditorHost host{grid};
     CellSources sources{{}, [this](int) { return host.List(); }};
 };
+
+std::string DescribeStates(const Scene& scene) {
+    std::string text = "\n";
+    for (int row = scene.grid.FixedRows(); scene.states.On() && row < scene.grid.Rows(); ++row)
+        text += std::to_string(static_cast<int>(scene.states.Of(row))) + Narrow(scene.states.OriginalText(row, 1)) +
+                std::to_string(scene.states.RecordNumber(row)) + ' ';
+    for (int i = 0; i < scene.states.DeletedCount(); ++i) text += '-' + Narrow(scene.states.DeletedText(i, 1));
+    return text;
+}
 
 std::string Describe(const Scene& scene) {
     const ControlState& state = scene.state;
     return flexgrid::Describe(scene.grid) + "\nedit " + std::to_string(state.editRow) + ',' +
            std::to_string(state.editCol) + (state.changed ? " changed" : "") + (state.editing ? " editing" : "") +
            (state.committing != 0 ? " committing" : "") + (scene.history.CanUndo() ? " undo" : "") +
-           (scene.history.CanRedo() ? " redo" : "") + Narrow(SortColumnsText(scene.grid, scene.grid.SortMarks()));
+           (scene.history.CanRedo() ? " redo" : "") + Narrow(SortColumnsText(scene.grid, scene.grid.SortMarks())) +
+           DescribeStates(scene);
 }
 
 struct Row {
@@ -167,6 +179,9 @@ const Row rows[] = {
          scene.state.projectionBold = true;
          scene.projection.Enter();
      }},
+    {"everything cleared", [](Scene& scene) { scene.grid.Clear(); }},
+    {"a column moved", [](Scene& scene) { scene.grid.SetColPosition(1, 2); }, DeleteCurrent},
+    {"states accepted", [](Scene& scene) { scene.states.Accept(); }, Both<DeleteCurrent, PasteRows>},
     {"reading",
      [](Scene& scene) {
          (void)RefreshColIndex(scene.grid);
@@ -178,13 +193,16 @@ const Row rows[] = {
 };
 
 TEST(EntryGridAllocations, LeaveTheGridAsItWasOrDoAll) {
-    for (const Row& row : rows) {
-        const auto make = [&] {
-            auto scene = std::make_unique<Scene>();
-            row.prepare(*scene);
-            return scene;
-        };
-        ExpectAllOrNothing(row.name, make, row.call, Describe);
+    for (const bool tracks : {false, true}) {
+        for (const Row& row : rows) {
+            const auto make = [&] {
+                auto scene = std::make_unique<Scene>();
+                if (tracks) scene->states.Start();
+                row.prepare(*scene);
+                return scene;
+            };
+            ExpectAllOrNothing(row.name, make, row.call, Describe);
+        }
     }
 }
 

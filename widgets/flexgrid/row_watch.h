@@ -1,0 +1,44 @@
+// The interface of an observer that keeps what rows were before they are changed.
+#pragma once
+
+#include <memory>
+#include <span>
+
+#include "widgets/flexgrid/record.h"
+#include "widgets/flexgrid/sparse_map.h"
+
+namespace qvx::flexgrid {
+
+// Called for every row of a grid, fixed ones included, before its texts are overwritten and before it is removed,
+// whatever call does that. Where a call may throw, the grid's call ends with that exception and changes nothing; what
+// it has been told so far must then make no difference.
+class RowWatch {
+  public:
+    // The state of a row that is taken out of the grid and may come back as another row.
+    using Keepsake = std::shared_ptr<void>;
+
+    // Adjacent cells of a row are about to get other texts.
+    virtual void CellsChange(RowId row, const RowView& cells, int firstCol, int count) = 0;
+    // Rows are about to be inserted. RowGone follows if they are not.
+    virtual void RowsCome(std::span<const RowId> rows) = 0;
+    // A row is about to be removed. RowGone follows.
+    virtual void RowLeaves(RowId row, const RowView& cells) = 0;
+    virtual void RowGone(RowId row) noexcept = 0;
+    // Existing rows are about to get other positions.
+    virtual void OrderChanges() = 0;
+    // Called after everything else in the grid's call that can fail.
+    virtual void ColumnMoves(int from, int to) = 0;
+    virtual void ColumnsCut(int cols) noexcept = 0;
+
+    virtual Keepsake Keep(RowId row, const RowView& cells) = 0;
+    virtual void PutBack(RowId row, const Keepsake& kept) = 0;
+
+    // The state of all rows, to which the grid returns when a change of rows is undone (Grid::AllOrNothing).
+    virtual std::shared_ptr<void> Snapshot() = 0;
+    virtual void Restore(const std::shared_ptr<void>& snapshot) noexcept = 0;
+
+  protected:
+    ~RowWatch() = default;
+};
+
+}  // namespace qvx::flexgrid
