@@ -13,29 +13,6 @@ constexpr int doubleBits = std::numeric_limits<double>::digits;
 
 int BitsOf(std::uint64_t value) { return std::bit_width(value); }
 
-// Rounds number * 2^exponent, where `inexact` stands for a remainder below 1 that is not 0. The number is below 2^63
-// and not 0; an inexact one has more bits than a mantissa.
-double Round(std::uint64_t number, int exponent, bool inexact) {
-    constexpr int smallest = std::numeric_limits<double>::min_exponent - 1;  // of the leading bit of a normal number
-    constexpr std::uint64_t infinity = std::uint64_t{0x7FF} << (doubleBits - 1);
-    const int leading = BitsOf(number) - 1 + exponent;
-    if (leading >= std::numeric_limits<double>::max_exponent) return std::numeric_limits<double>::infinity();
-    const int kept = doubleBits - std::max(0, smallest - leading);
-    if (kept < 0) return 0;
-    const int dropped = BitsOf(number) - kept;
-    std::uint64_t mantissa = number << std::max(0, -dropped);
-    if (dropped > 0) {
-        const std::uint64_t half = std::uint64_t{1} << (dropped - 1);
-        const std::uint64_t rest = number & (2 * half - 1);
-        mantissa = number >> dropped;
-        if (rest > half || (rest == half && (inexact || mantissa % 2 != 0))) ++mantissa;
-    }
-    // A carry out of the mantissa increases the exponent, as it should.
-    const int field = std::max(0, leading - smallest);
-    const std::uint64_t bits = (static_cast<std::uint64_t>(field) << (doubleBits - 1)) + mantissa;
-    return std::bit_cast<double>(std::min(bits, infinity));
-}
-
 // A natural number that is as long as the largest that a double's decimals need.
 class LongNumber {
   public:
@@ -104,6 +81,27 @@ class LongNumber {
 
 }  // namespace
 
+double RoundToDouble(std::uint64_t number, int exponent, bool inexact) {
+    constexpr int smallest = std::numeric_limits<double>::min_exponent - 1;  // of the leading bit of a normal number
+    constexpr std::uint64_t infinity = std::uint64_t{0x7FF} << (doubleBits - 1);
+    const int leading = BitsOf(number) - 1 + exponent;
+    if (leading >= std::numeric_limits<double>::max_exponent) return std::numeric_limits<double>::infinity();
+    const int kept = doubleBits - std::max(0, smallest - leading);
+    if (kept < 0) return 0;
+    const int dropped = BitsOf(number) - kept;
+    std::uint64_t mantissa = number << std::max(0, -dropped);
+    if (dropped > 0) {
+        const std::uint64_t half = std::uint64_t{1} << (dropped - 1);
+        const std::uint64_t rest = number & (2 * half - 1);
+        mantissa = number >> dropped;
+        if (rest > half || (rest == half && (inexact || mantissa % 2 != 0))) ++mantissa;
+    }
+    // A carry out of the mantissa increases the exponent, as it should.
+    const int field = std::max(0, leading - smallest);
+    const std::uint64_t bits = (static_cast<std::uint64_t>(field) << (doubleBits - 1)) + mantissa;
+    return std::bit_cast<double>(std::min(bits, infinity));
+}
+
 double NearestDouble(std::span<const std::uint8_t> digits, int magnitude) {
     assert(!digits.empty() && digits.size() <= maxDecimalDigits && digits.front() != 0);
     assert(magnitude >= -maxDecimalMagnitude && magnitude <= maxDecimalMagnitude);
@@ -129,7 +127,7 @@ double NearestDouble(std::span<const std::uint8_t> digits, int magnitude) {
         }
         number.ShiftLeft(1);
     }
-    return Round(quotient, scale - shift - (quotientBits - 1), !number.IsZero());
+    return RoundToDouble(quotient, scale - shift - (quotientBits - 1), !number.IsZero());
 }
 
 double NearestDecimalFraction(std::uint64_t number, int decimals) {
@@ -148,7 +146,7 @@ double NearestDecimalFraction(std::uint64_t number, int decimals) {
         rest %= divisor;
         exponent -= bits;
     }
-    return Round(quotient, exponent, rest != 0);
+    return RoundToDouble(quotient, exponent, rest != 0);
 }
 
 }  // namespace qvx

@@ -17,7 +17,11 @@ constexpr int maxDecimalMagnitude = 400;
 // is between -maxDecimalMagnitude and maxDecimalMagnitude.
 double NearestDouble(std::span<const std::uint8_t> digits, int magnitude);
 
-// The same for a whole number up to 2^53, divided by ten to the power of `decimals`, from 0 to 22.
+// Returns the double nearest to number * 2^exponent, where `inexact` stands for a remainder below 1 that is not 0. The
+// number is below 2^63 and not 0; an inexact one has at least 54 bits.
+double RoundToDouble(std::uint64_t number, int exponent, bool inexact);
+
+// Returns the double nearest to a whole number up to 2^53, divided by ten to the power of `decimals`, from 0 to 22.
 double NearestDecimalFraction(std::uint64_t number, int decimals);
 
 }  // namespace qvx

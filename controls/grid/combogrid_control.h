@@ -108,6 +108,10 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP ReplaceAll(BSTR text, BSTR with, GridFind options, long* result) override;
     STDMETHODIMP FindCount(BSTR text, GridFind options, long* result) override;
     // Lists and the mouse
+    QVX_PROPERTY(BSTR, Footer, EntryGrid)
+    STDMETHODIMP get_FooterText(long col, BSTR* result) override {
+        return Give(result, [&] { return entry_.FooterText(static_cast<int>(col)); });
+    }
     QVX_PROPERTY(GridListArrows, ListArrows, EntryGrid)
     QVX_PROPERTY(GridListMatch, ListMatch, EntryGrid)
     QVX_FIELD(VARIANT_BOOL, ListClickCommits, ControlState::listClickCommits)

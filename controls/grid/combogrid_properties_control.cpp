@@ -136,6 +136,7 @@ const PropertyTable& ComboGridControl::Properties() {
             .Field(u"KeepEditing", &ControlState::keepEditing)
             .Field(u"FitColumns", &ControlState::fitColumns)
             .Field(u"MoveColumns", &ControlState::moveColumns)
+            .Member(u"Footer", Text(), &EntryGrid::Footer, &EntryGrid::SetFooter)
             .Done();
     return table;
 }

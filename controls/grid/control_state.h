@@ -28,6 +28,7 @@ struct ControlState {
     Text inActiveColumns;
     // The number that each column had before the user moved any. If its size is not that of the grid, none has moved.
     std::vector<int> columnOrder;
+    Text footer;         // coded list
     int keyColumn = -1;  // below 0: there is no key column
     int bindFrom = 1;
     ListArrows listArrows = ListArrows::none;

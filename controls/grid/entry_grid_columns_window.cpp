@@ -1,10 +1,21 @@
-// Columns that the user moves, by dragging their headers or by keys.
+// Columns that the user moves, by dragging their headers or by keys, and the footer below them.
 #include "controls/grid/column_order.h"
 #include "controls/grid/entry_grid_window.h"
-#include "widgets/flexgrid/column_drag.h"
+#include "widgets/flexgrid/grid_errors.h"
 #include "widgets/flexgrid/view.h"
 
 namespace qvx::grid {
+
+void EntryGrid::SetFooter(TextView columns) {
+    state_.footer = columns;
+    totals_.Watch(!columns.empty());
+    window_->ShowFooter(columns.empty() ? nullptr : &totals_);
+}
+
+Text EntryGrid::FooterText(int col) {
+    if (col < 0 || col >= Model().Cols()) flexgrid::RefuseCol();
+    return totals_.TextOf(col);
+}
 
 void EntryGrid::ColumnDropped(int col, int position) {
     const auto keep = events_.KeepAlive();

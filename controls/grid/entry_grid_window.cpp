@@ -70,6 +70,7 @@ EntryGrid::EntryGrid(EntryGridEvents& events)
     : events_(events),
       window_(std::make_unique<flexgrid::FlexGridWindow>()),
       marks_(window_->Model(), state_),
+      totals_(window_->Model(), state_),
       projection_(window_->Model(), state_),
       history_(window_->Model()) {
     accessible_ = MakeAccessible();
@@ -79,6 +80,7 @@ EntryGrid::EntryGrid(EntryGridEvents& events)
 }
 
 EntryGrid::~EntryGrid() {
+    window_->ShowFooter(nullptr);
     window_->Accessibility().SetHost(nullptr);
     window_->Model().RemoveListener(this);
     window_->RemoveEvents(this);

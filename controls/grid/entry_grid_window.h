@@ -16,6 +16,7 @@
 #include "controls/grid/cell_search.h"
 #include "controls/grid/cell_step.h"
 #include "controls/grid/column_sort.h"
+#include "controls/grid/column_totals.h"
 #include "controls/grid/context_menu.h"
 #include "controls/grid/control_state.h"
 #include "controls/grid/edit_history.h"
@@ -152,6 +153,11 @@ class EntryGrid final : private flexgrid::GridListener,
     }
     // Draws the marks anew after a change of the rules, or of whether they are shown.
     void RefreshMarks() { window_->ShowMarks(state_.markInvalid ? &marks_ : nullptr); }
+
+    const Text& Footer() const { return state_.footer; }
+    void SetFooter(TextView columns);
+    // Returns what the footer shows below a column. Throws 30010.
+    Text FooterText(int col);
 
     bool FindBar() const { return state_.findBar; }
     void SetFindBar(bool shown);
@@ -296,6 +302,7 @@ class EntryGrid final : private flexgrid::GridListener,
     ControlState state_;
     std::unique_ptr<flexgrid::FlexGridWindow> window_;
     InvalidMarks marks_;
+    ColumnTotals totals_;
     Projection projection_;
     EditHistory history_;
     std::unique_ptr<flexgrid::AccessibleHost> accessible_;

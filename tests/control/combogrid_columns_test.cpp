@@ -3,6 +3,7 @@
 
 #include <sstream>
 
+#include "com/wide_text.h"
 #include "tests/control/combogrid_form.h"
 #include "tests/support/input.h"
 #include "tests/support/narrow.h"
@@ -119,6 +120,39 @@ TEST_F(ComboGridColumns, KeysMoveTheCurrentOneOnTheScreen) {
     form.Press(VK_RIGHT, {VK_MENU, VK_SHIFT});
     form.Press(VK_RIGHT, {VK_MENU, VK_SHIFT});
     EXPECT_EQ("Qty Name Rate Month Item 21(3, 2, False)22(3, 2)21(2, 1, False)22(2, 1)", Order());
+}
+
+TEST_F(ComboGridColumns, TheFooterTotalsWhatIsTyped) {
+    Put(form.grid.get(), L"Footer", {Variant(u";Qty-0;Name-1;Rate-2;")});
+    form.Pump();
+    const HWND footer = FindWindowExW(form.InnerGrid(), nullptr, L"QvxGridFooter", nullptr);
+    ASSERT_TRUE(footer);
+    const auto shown = [&] {
+        wchar_t text[200]{};
+        GetWindowTextW(footer, text, 200);
+        return Narrow(FromWide(text));
+    };
+    EXPECT_EQ("Name: 2, Qty: 3, Rate: 2.5", shown());
+    form.Type(L"40");
+    form.Press(VK_RETURN);
+    EXPECT_EQ("Name: 2, Qty: 42, Rate: 2.5", shown());
+    EXPECT_EQ(u"42", *Call(form.grid.get(), L"FooterText", {Variant(F::qty)}).ToText());
+    Call(form.grid.get(), L"Undo");
+    DragTo(F::qty, Header(F::name, 3));
+    EXPECT_EQ("Qty: 3, Name: 2, Rate: 2.5", shown());
+    EXPECT_EQ(30010, ErrorOf(form.grid.get(), L"FooterText", DISPATCH_PROPERTYGET, {Variant(99)}));
+    // Rows end above it.
+    Put(form.grid.get(), L"Rows", {Variant(500)});
+    form.GoTo(499, F::name);
+    Call(form.grid.get(), L"SetCell", {Variant(499), Variant(1), Variant(u"last"), Variant(true)});
+    RECT line{};
+    GetWindowRect(footer, &line);
+    RECT outer{};
+    GetWindowRect(form.InnerGrid(), &outer);
+    EXPECT_LE(outer.top + form.Pixels(L"RowPos", {Variant(499)}) + form.Pixels(L"RowHeight", {Variant(499)}), line.top);
+    Put(form.grid.get(), L"Footer", {Variant(u"")});
+    EXPECT_FALSE(FindWindowExW(form.InnerGrid(), nullptr, L"QvxGridFooter", nullptr));
+    EXPECT_EQ(u"", *Call(form.grid.get(), L"FooterText", {Variant(F::qty)}).ToText());
 }
 
 }  // namespace

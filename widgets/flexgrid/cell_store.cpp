@@ -43,9 +43,7 @@ void CellStore::ReturnId(RowId id) noexcept {
 }
 
 void CellStore::Discard(RowId id) noexcept {
-    if (watch_) {
-        watch_->RowGone(id);
-    }
+    observers_.Notify([&](RowFollower& rows) { rows.RowGone(id); });
     arena_.Release(ViewOf(id).Size());
     ReturnId(id);
 }
@@ -82,9 +80,7 @@ void CellStore::Store(RowId id, std::span<const std::uint8_t> record) {
 
 void CellStore::StoreCell(RowId id, int col, TextView text) {
     const RowView row = ViewOf(id);
-    if (watch_) {
-        watch_->CellsChange(id, row, col, 1);
-    }
+    observers_.Notify([&](RowFollower& rows) { rows.CellsChange(id, row, col, 1); });
     const ShortCellEdit edit(row, col, text);
     if (batches_ > 0 || !edit.Possible()) {
         Store(id, builder_.WithCell(row, col, text));
@@ -143,9 +139,7 @@ void CellStore::InsertPieces(int at, int count, Fill&& fill) {
             const std::span ids(buffer.data(), std::min(buffer.size(), static_cast<std::size_t>(count - done)));
             TakeIds(ids);
             try {
-                if (watch_) {
-                    watch_->RowsCome(ids);
-                }
+                observers_.Notify([&](RowFollower& rows) { rows.RowsCome(ids); });
                 fill(ids);
                 order_.Insert(at + done, ids);
             } catch (...) {
@@ -200,37 +194,37 @@ int CellStore::InsertBlock(int at, TextView block, int cols, int most) {
 }
 
 void CellStore::AnnounceRemoval(int at, int count) const {
-    if (!watch_ || count <= 0) {
+    if (!observers_ || count <= 0) {
         return;
     }
-    watch_->OrderChanges();
+    observers_.Notify([&](RowFollower& rows) { rows.OrderChanges(); });
     order_.ForEachLeaf(at, at + count - 1, [&](std::span<const RowId> ids) {
         for (const RowId id : ids) {
-            watch_->RowLeaves(id, ViewOf(id));
+            observers_.Notify([&](RowFollower& rows) { rows.RowLeaves(id, ViewOf(id)); });
         }
     });
 }
 
 void CellStore::AnnounceRemoval(const std::vector<bool>& marked) const {
-    if (!watch_) {
+    if (!observers_) {
         return;
     }
-    watch_->OrderChanges();
+    observers_.Notify([&](RowFollower& rows) { rows.OrderChanges(); });
     for (std::size_t row = 0; row < marked.size(); ++row) {
         if (marked[row]) {
             const RowId id = IdAt(static_cast<int>(row));
-            watch_->RowLeaves(id, ViewOf(id));
+            observers_.Notify([&](RowFollower& rows) { rows.RowLeaves(id, ViewOf(id)); });
         }
     }
 }
 
 void CellStore::AnnounceClear(int cols) const {
-    if (!watch_) {
+    if (!observers_) {
         return;
     }
     order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
         for (const RowId id : ids) {
-            watch_->CellsChange(id, ViewOf(id), 0, cols);
+            observers_.Notify([&](RowFollower& rows) { rows.CellsChange(id, ViewOf(id), 0, cols); });
         }
     });
 }
@@ -316,9 +310,7 @@ std::optional<std::size_t> BuildShort(const RowView& old, std::size_t first, std
 void CellStore::SetCells(int row, int firstCol, std::span<const TextView> texts) {
     const RowId id = IdAt(row);
     const RowView old = ViewOf(id);
-    if (watch_) {
-        watch_->CellsChange(id, old, firstCol, static_cast<int>(texts.size()));
-    }
+    observers_.Notify([&](RowFollower& rows) { rows.CellsChange(id, old, firstCol, static_cast<int>(texts.size())); });
     const auto first = static_cast<std::size_t>(firstCol);
     std::array<std::uint8_t, 2 + 2 * longestShort> record;
     if (const auto size = BuildShort(old, first, texts, record.data())) {
@@ -407,9 +399,7 @@ void CellStore::DissolveBatches() noexcept {
 }
 
 void CellStore::TruncateColumns(int cols) noexcept {
-    if (watch_) {
-        watch_->ColumnsCut(cols);
-    }
+    observers_.Notify([&](RowFollower& rows) { rows.ColumnsCut(cols); });
     DissolveBatches();
     order_.ForEachLeaf(0, RowCount() - 1, [&](std::span<const RowId> ids) {
         for (const RowId id : ids) {
@@ -455,9 +445,7 @@ void CellStore::MoveColumn(int from, int to) {
             addresses[id] = Append(fresh, builder_.FromCells(cells_));
         }
     });
-    if (watch_) {
-        watch_->ColumnMoves(from, to);
-    }
+    observers_.Notify([&](RowFollower& rows) { rows.ColumnMoves(from, to); });
     arena_ = std::move(fresh);
     addresses_.swap(addresses);
 }

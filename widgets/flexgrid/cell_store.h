@@ -28,6 +28,10 @@ class CellStore {
     int RowCount() const { return order_.Size(); }
     RowId IdAt(int row) const { return order_.At(row); }
     RowView Row(int row) const { return ViewOf(order_.At(row)); }
+    RowView ViewOf(RowId id) const {
+        const Arena::Address address = addresses_[id];
+        return RowView(address == 0 ? nullptr : arena_.At(address));
+    }
     CellView Cell(int row, int col) const { return Row(row)[col]; }
     // Calls visit(row, RowView) for the rows first to last, both included.
     template <class Visit>
@@ -46,16 +50,13 @@ class CellStore {
     // Inserts rows separated by CR, LF or CR LF; a separator at the end does not start another row. Returns their
     // number. When there are more than `most`, nothing is inserted and the result is -1.
     int InsertBlock(int at, TextView block, int cols, int most);
-    // Not owned; null for none.
-    void SetWatch(RowWatch* watch) noexcept { watch_ = watch; }
-    RowWatch* Watch() const { return watch_; }
-    // These announce a change to the watch and may throw. Each must precede the calls that it is named after.
+    RowObservers& Observers() { return observers_; }
+    const RowObservers& Observers() const { return observers_; }
+    // These announce a change to the observers and may throw. Each must precede the calls that it is named after.
     void AnnounceRemoval(int at, int count) const;
     void AnnounceRemoval(const std::vector<bool>& marked) const;
     void AnnounceOrder() const {
-        if (watch_) {
-            watch_->OrderChanges();
-        }
+        observers_.Notify([](RowFollower& rows) { rows.OrderChanges(); });
     }
     void AnnounceClear(int cols) const;
 
@@ -156,10 +157,6 @@ class CellStore {
     std::size_t MemoryUsed() const;
 
   private:
-    RowView ViewOf(RowId id) const {
-        const Arena::Address address = addresses_[id];
-        return RowView(address == 0 ? nullptr : arena_.At(address));
-    }
     // Allocates identities without text; when it throws, nothing has changed.
     void TakeIds(std::span<RowId> ids);
     void ReturnId(RowId id) noexcept;
@@ -195,8 +192,8 @@ class CellStore {
     RowIndex order_;
     RecordBuilder builder_;
     std::vector<CellView> cells_;  // cells of the row being written; kept for its memory
-    RowWatch* watch_ = nullptr;
-    std::size_t tidyAt_ = 0;       // dead bytes before the next attempt, after one that found no memory
+    RowObservers observers_;
+    std::size_t tidyAt_ = 0;  // dead bytes before the next attempt, after one that found no memory
 
     int batches_ = 0;                                     // number of open batches, one within the other
     std::uint64_t batchNumber_ = 0;                       // increases when batches are dissolved

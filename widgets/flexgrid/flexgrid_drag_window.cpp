@@ -75,9 +75,10 @@ void FlexGridWindow::DragSelection(Point point) {
     ScrollWhileDragging();
 }
 
-// Scrolls several times a second while the pointer is outside the window.
+// Scrolls several times a second while the pointer is not over cells.
 void FlexGridWindow::ScrollWhileDragging() {
-    if (ClientArea().Contains(lastPoint_)) {
+    const Size client = CurrentView().client;
+    if (Rect{0, 0, client.width, client.height}.Contains(lastPoint_)) {
         KillTimer(Handle(), scrollTimer);
     } else {
         SetTimer(Handle(), scrollTimer, scrollInterval, nullptr);

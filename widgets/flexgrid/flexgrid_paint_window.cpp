@@ -19,6 +19,12 @@ void FlexGridWindow::ShowMarks(const CellMarks* marks) {
     MarkAllStale();
 }
 
+void FlexGridWindow::ShowFooter(const CellFooter* footer) {
+    layoutChanged_ = true;
+    footer_.Show(footer);
+    MarkAllStale();
+}
+
 // Works out what to draw again after the changes since the last painting, and invalidates the window.
 void FlexGridWindow::Settle() {
     paintRequested_ = false;
@@ -100,7 +106,12 @@ void FlexGridWindow::DrawTo(HDC dc, const Rect& area) {
     IntersectClipRect(dc, frame.left, frame.top, frame.right, frame.bottom);
     OffsetViewportOrgEx(dc, frame.left, frame.top, nullptr);
     GdiSurface surface(dc, grid_.Metrics().Resolution());
+    const int bottom = view.client.height;
+    view.client.height = std::max(0, bottom - footer_.Height());
     Paint(grid_, view, surface, {0, 0, view.client.width, view.client.height});
+    if (footer_.Footer()) {
+        PaintFooter(grid_, view, *footer_.Footer(), surface, {0, view.client.height, view.client.width, bottom});
+    }
 }
 
 }  // namespace qvx::flexgrid

@@ -14,6 +14,7 @@ void FlexGridWindow::SettleLayout() {
     }
     settling_ = true;
     layoutChanged_ = false;
+    footer_.Place();
     UpdateBars();
     // The scroll position only changes when the grid now ends before it.
     ScrollTo(grid_.TopRow(), grid_.LeftCol());

@@ -78,6 +78,7 @@ bool FlexGridWindow::CreateIn(HWND parent, const Rect& bounds, int id) {
     }
     OnResolutionChange();
     ApplyStyle();
+    footer_.Place();
     return true;
 }
 
@@ -142,6 +143,7 @@ View FlexGridWindow::CurrentView() const {
         view.client = {std::max(0, headlessSize_.width - border.left - border.right),
                        std::max(0, headlessSize_.height - border.top - border.bottom)};
     }
+    view.client.height = std::max(0, view.client.height - footer_.Height());
     view.buttons = buttons_;
     view.buttonWidth = GetSystemMetrics(SM_CXVSCROLL);
     if (buttonPress_ && buttonPress_->inside) {
@@ -191,6 +193,7 @@ void FlexGridWindow::Invalidated(GridChange change, const CellRange& range) {
             break;
     }
     RequestPaint();
+    footer_.Refresh();
     if (notifiedTop_ != grid_.TopRow() || notifiedLeft_ != grid_.LeftCol()) {
         notifiedTop_ = grid_.TopRow();
         notifiedLeft_ = grid_.LeftCol();
@@ -256,6 +259,7 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         }
         case WM_SIZE:
             layoutChanged_ = true;
+            footer_.Place();
             MarkAllStale();
             return 0;
         case WM_SETREDRAW:

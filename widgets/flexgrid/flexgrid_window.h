@@ -11,6 +11,7 @@
 #include "widgets/flexgrid/column_drag.h"
 #include "widgets/flexgrid/flexgrid_accessible_object.h"
 #include "widgets/flexgrid/flexgrid_tip_window.h"
+#include "widgets/flexgrid/footer_window.h"
 #include "widgets/flexgrid/grid.h"
 #include "widgets/flexgrid/navigation.h"
 #include "widgets/flexgrid/resizing.h"
@@ -77,6 +78,10 @@ class FlexGridWindow final : public Window, private GridListener {
     void ShowMarks(const CellMarks* marks);
     // Shows these buttons in cells, or none; not owned. To be called again when they change.
     void SetButtons(const CellButtons* buttons);
+    // Shows a line with these texts below the rows, or none; not owned. RefreshFooter is to be called when they change
+    // for a reason other than a change of the grid.
+    void ShowFooter(const CellFooter* footer);
+    void RefreshFooter() { footer_.Refresh(); }
     // Returns how wide the column must be for everything shown in it, in twips (column_fit.h).
     int FittedWidth(int col, int rows);
 
@@ -205,6 +210,7 @@ class FlexGridWindow final : public Window, private GridListener {
     WheelCounter wheelAcross_;
     CellTip tip_;
 
+    FooterWindow footer_{*this};
     GridAccessibility accessibility_{*this};  // listens to the grid
 };
 

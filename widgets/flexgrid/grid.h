@@ -51,12 +51,15 @@ class Grid final : public GridLook {
     void AddListener(GridListener* listener) { listeners_.Add(listener); }
     void RemoveListener(GridListener* listener) { listeners_.Remove(listener); }
     // Not owned; null for none.
-    void SetRowWatch(RowWatch* watch) noexcept { store_.SetWatch(watch); }
+    void SetRowWatch(RowWatch* watch) noexcept { store_.Observers().watch = watch; }
+    void SetRowFollower(RowFollower* follower) noexcept { store_.Observers().follower = follower; }
     // Returns the identity of a row, which it keeps wherever it moves. Throws 30009.
     RowId IdOf(int row) const {
         CheckRow(row);
         return store_.IdAt(row);
     }
+    // Returns the cells of a row by its identity, which must be one; valid until texts or rows change.
+    RowView CellsOf(RowId id) const { return store_.ViewOf(id); }
 
     // ---- Counts ----------------------------------------------------------------------------------------------------
     // Reducing the number of rows or columns drops cells, the last first. FixedRows must be less than Rows and
@@ -192,6 +195,8 @@ class Grid final : public GridLook {
     void SetColWidth(int col, int twips);
     int RowHeight(int row) const;
     void SetRowHeight(int row, int twips);
+    // Returns the pixels of a row of the default height, which follows from the font.
+    int DefaultRowPixels() const { return PixelsDown(defaultRowHeight_); }
     // Rows shorter than this are shown at this height; hidden rows stay hidden.
     int RowHeightMin() const { return rowHeightMin_; }
     void SetRowHeightMin(int twips);

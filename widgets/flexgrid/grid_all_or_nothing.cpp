@@ -17,7 +17,8 @@ std::tuple<Fields...> CopyOf(const std::tuple<Fields&...>& fields) {
 
 struct Grid::Kept {
     explicit Kept(Grid& grid)
-        : fields(CopyOf(grid.KeptFields())), watched(grid.store_.Watch() ? grid.store_.Watch()->Snapshot() : nullptr) {}
+        : fields(CopyOf(grid.KeptFields())),
+          watched(grid.store_.Observers().watch ? grid.store_.Observers().watch->Snapshot() : nullptr) {}
     decltype(CopyOf(std::declval<Grid&>().KeptFields())) fields;
     std::shared_ptr<void> watched;
 };
@@ -52,10 +53,11 @@ Grid::AllOrNothing::~AllOrNothing() {
     batch_.reset();
     if (kept_) {
         grid_.KeptFields() = std::move(kept_->fields);
-        if (grid_.store_.Watch() && kept_->watched) {
-            grid_.store_.Watch()->Restore(kept_->watched);
+        if (grid_.store_.Observers().watch && kept_->watched) {
+            grid_.store_.Observers().watch->Restore(kept_->watched);
         }
     }
+    grid_.store_.Observers().Notify([](RowFollower& rows) { rows.RolledBack(); });
     grid_.PutCursorBack(cursor_);
 }
 

@@ -6,15 +6,15 @@ namespace qvx::flexgrid {
 Grid::RowSettings Grid::SettingsOf(int row) const {
     CheckRow(row);
     const RowId id = store_.IdAt(row);
-    RowWatch* const watch = store_.Watch();
+    RowWatch* const watch = store_.Observers().watch;
     return {heights_.Of(id), RowData(row), MergeRow(row), formats_.OfRow(id),
             watch ? watch->Keep(id, store_.Row(row)) : nullptr};
 }
 
 void Grid::SetSettings(int row, const RowSettings& settings) {
     CheckRow(row);
-    if (store_.Watch() && settings.kept) {
-        store_.Watch()->PutBack(store_.IdAt(row), settings.kept);
+    if (store_.Observers().watch && settings.kept) {
+        store_.Observers().watch->PutBack(store_.IdAt(row), settings.kept);
     }
     // After this, only setting the height can fail, and it comes first.
     formats_.ReserveForRow();

@@ -1,4 +1,4 @@
-// The interface of an observer that keeps what rows were before they are changed.
+// The interfaces of observers that follow the rows of a grid, and keep what they were before they are changed.
 #pragma once
 
 #include <memory>
@@ -12,11 +12,8 @@ namespace qvx::flexgrid {
 // Called for every row of a grid, fixed ones included, before its texts are overwritten and before it is removed,
 // whatever call does that. Where a call may throw, the grid's call ends with that exception and changes nothing; what
 // it has been told so far must then make no difference.
-class RowWatch {
+class RowFollower {
   public:
-    // The state of a row that is taken out of the grid and may come back as another row.
-    using Keepsake = std::shared_ptr<void>;
-
     // Adjacent cells of a row are about to get other texts.
     virtual void CellsChange(RowId row, const RowView& cells, int firstCol, int count) = 0;
     // Rows are about to be inserted. RowGone follows if they are not.
@@ -29,7 +26,18 @@ class RowWatch {
     // Called after everything else in the grid's call that can fail.
     virtual void ColumnMoves(int from, int to) = 0;
     virtual void ColumnsCut(int cols) noexcept = 0;
+    // Texts and rows are again what they were some calls ago (Grid::AllOrNothing).
+    virtual void RolledBack() noexcept {}
 
+  protected:
+    ~RowFollower() = default;
+};
+
+// A follower with a state of its own for each row.
+class RowWatch : public RowFollower {
+  public:
+    // The state of a row that is taken out of the grid and may come back as another row.
+    using Keepsake = std::shared_ptr<void>;
     virtual Keepsake Keep(RowId row, const RowView& cells) = 0;
     virtual void PutBack(RowId row, const Keepsake& kept) = 0;
 
@@ -39,6 +47,25 @@ class RowWatch {
 
   protected:
     ~RowWatch() = default;
+};
+
+// The observers of a grid, of which there may be one of each kind. Not owned.
+class RowObservers {
+  public:
+    RowWatch* watch = nullptr;
+    RowFollower* follower = nullptr;
+
+    explicit operator bool() const { return watch || follower; }
+    // Calls call(RowFollower&) for each.
+    template <class Call>
+    void Notify(Call call) const {
+        if (watch) {
+            call(*watch);
+        }
+        if (follower) {
+            call(*follower);
+        }
+    }
 };
 
 }  // namespace qvx::flexgrid

@@ -5,7 +5,9 @@
 
 #include <sstream>
 
+#include "common/number_text.h"
 #include "tests/support/portable/recording_surface.h"
+#include "widgets/flexgrid/footer.h"
 
 namespace qvx::flexgrid {
 namespace {
@@ -322,6 +324,28 @@ TEST_F(PaintTest, AMovedColumnHasAnInvertedHeaderAndALineWhereItWouldGo) {
     EXPECT_EQ(Drawn("invert"), "invert (72,0,136,16)\ninvert (99,0,101,56)\n");
     view_.movedColumn = 99;
     EXPECT_EQ(Drawn("invert"), "");
+}
+
+TEST_F(PaintTest, TheFooterHasItsTextsBelowTheirColumns) {
+    struct Texts final : CellFooter {
+        Text TextOf(int col) const override { return col == 0 ? Text() : IntegerToText(10 * col); }
+    } footer;
+    const auto drawn = [&] {
+        RecordingSurface surface(grid_.Metrics().Resolution());
+        PaintFooter(grid_, view_, footer, surface, {0, 40, 200, 57});
+        return surface.Log();
+    };
+    EXPECT_EQ(FooterHeight(grid_), 17);
+    grid_.SetColAlignment(2, GridAlignment::centerCenter);
+    EXPECT_EQ(drawn(),
+              "fill (0,40,200,41) &H80000012\nfill (0,41,200,57) &H8000000F\nfill (63,41,64,57) &H00000000\n"
+              "fill (127,41,128,57) &H00000000\ntext \"10\" (67,41,124,57) 8.25 &H80000012 format 34854\n"
+              "fill (191,41,192,57) &H00000000\ntext \"20\" (131,41,188,57) 8.25 &H80000012 format 34853\n");
+    grid_.SetRightToLeft(true);
+    grid_.SetColWidth(1, 0);
+    EXPECT_EQ(drawn(),
+              "fill (0,40,200,41) &H80000012\nfill (0,41,200,57) &H8000000F\nfill (136,41,137,57) &H00000000\n"
+              "fill (72,41,73,57) &H00000000\ntext \"20\" (76,41,133,57) 8.25 &H80000012 format 165925\n");
 }
 
 TEST(PaintEdges, NothingToShowIsGroundOnly) {

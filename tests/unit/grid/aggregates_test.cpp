@@ -2,9 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <random>
 
+#include "common/number_text.h"
 #include "common/run_time_error.h"
+#include "controls/grid/column_totals.h"
+#include "controls/grid/row_commands.h"
 #include "tests/unit/flexgrid/grid_texts.h"
 #include "tests/unit/grid/grid_fixture.h"
 
@@ -110,6 +115,72 @@ TEST(Products, NumbersOfColumns) {
     } const cases[] = {{u"3", 3}, {u" 4 ", 4}, {u"2.5", 2}, {u"3.5", 4}, {u"", 0}, {u"Qty", 0}, {u"-1", -1}};
     for (const auto& c : cases) EXPECT_EQ(ColumnNumber(c.text), c.col) << Narrow(c.text);
     EXPECT_EQ(ErrorOf([] { ColumnNumber(u"3E9"); }), 6);
+}
+
+// Random changes by everyone, beside totals that are added up anew.
+TEST(ColumnTotals, FollowWhateverChanges) {
+    std::mt19937 random(26);
+    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    flexgrid::Grid grid;
+    ControlState state;
+    state.footer = u";Sum-0;Count-1;Mean-2;";
+    EditHistory history(grid);
+    Fill(grid, {u"No\tSum\tCount\tMean\tNone", u"1\t0.1\tx\t1\t5", u"2\t0.2\t\t2\t5"});
+    ColumnTotals totals(grid, state);
+    totals.Watch(true);
+    EXPECT_EQ(u"0.3", totals.TextOf(1));
+    EXPECT_EQ(u"1", totals.TextOf(2));
+    EXPECT_EQ(u"1.5", totals.TextOf(3));
+    EXPECT_EQ(u"", totals.TextOf(4));
+    const auto write = [&](int row, int col, TextView text) {
+        const Text before = grid.TextMatrix(row, col);
+        grid.SetTextMatrix(row, col, text);
+        history.CellChanged(grid.StructureVersion(), row, col, before, text);
+    };
+    const auto change = [&](int what) {
+        const int rows = grid.Rows();
+        const int row = 1 + below(rows - 1);
+        const Text number = DoubleToText((below(2000) - 1000) / 100.0);
+        switch (what) {
+            case 0:
+                return write(row, 1 + below(4), below(4) == 0 ? Text() : number);
+            case 1:
+                return grid.AddItem(u"9\t" + number + u"\t\t" + number, row);
+            case 2:
+                if (rows > 20) return grid.RemoveItem(row);
+                grid.AddItems(Text(30, u'\r'));
+                return;
+            case 3: {
+                const flexgrid::Grid::AllOrNothing whole(grid, flexgrid::Grid::AllOrNothing::Reach::texts);
+                write(row, 1, number);
+                totals.TextOf(1);
+                return;  // and nothing has happened
+            }
+            case 4:
+                grid.MoveTo(row, 1);
+                return InsertRow(grid, state, history);
+            case 5:
+                history.Undo(state);
+                return;
+            case 6:
+                return grid.SetColPosition(1 + below(4), 1 + below(4));
+            case 7:
+                return grid.SetRowPosition(below(3), below(rows));
+            case 8:
+                grid.SetColumn(below(5), 1, row, [&](const flexgrid::RowView&) { return TextView(number); });
+                return;
+            case 9:
+                return grid.SetTextMatrix(0, below(5), below(2) == 0 ? u"Mean" : u"None");
+            default:
+                grid.SetRows(std::max(2, rows - below(5)));
+        }
+    };
+    for (int step = 0; step < 4000; ++step) {
+        change(below(11));
+        if (below(3) == 0) continue;  // several changes before the totals are asked for
+        ColumnTotals fresh(grid, state);
+        for (int col = 0; col < grid.Cols(); ++col) ASSERT_EQ(fresh.TextOf(col), totals.TextOf(col)) << step;
+    }
 }
 
 }  // namespace
