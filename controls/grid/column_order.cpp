@@ -24,6 +24,12 @@ void MoveColumn(flexgrid::Grid& grid, ControlState& state, EditHistory& history,
     FollowColumn(grid, state, from, to);
 }
 
+void MoveColumn(flexgrid::Grid& grid, ControlState& state, int from, int to) {
+    state.columnOrder.reserve(static_cast<std::size_t>(grid.Cols()));
+    grid.SetColPosition(from, to);
+    FollowColumn(grid, state, from, to);
+}
+
 void FollowColumn(flexgrid::Grid& grid, ControlState& state, int from, int to) {
     if (state.keyColumn >= 0) state.keyColumn = AfterMove(state.keyColumn, from, to);
     std::vector<int>& order = state.columnOrder;

@@ -11,6 +11,9 @@ namespace qvx::grid {
 // grid's errors for columns that it does not have.
 void MoveColumn(flexgrid::Grid& grid, ControlState& state, EditHistory& history, int from, int to);
 
+// Does the same as a change by the host, which is no step of the history.
+void MoveColumn(flexgrid::Grid& grid, ControlState& state, int from, int to);
+
 // Follows a column that has moved: the key column, the order of the fields, and the cursor and the selection, which
 // collapses to the current cell where it is torn apart.
 void FollowColumn(flexgrid::Grid& grid, ControlState& state, int from, int to);

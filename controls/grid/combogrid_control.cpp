@@ -248,9 +248,12 @@ void ComboGridControl::ColumnMoving(int col, int position, bool& cancel) {
     Fire(u"ColumnMoving", EventArguments().In(col).In(position).InOut(cancel));
 }
 
-void ComboGridControl::ColumnMoved(int col, int position) {
-    // The host finds columns by an index that it once made.
+// The host finds columns by an index that it once made.
+void ComboGridControl::ColumnsMoved() {
     if (!State().stringFormat.empty()) RebuildColIndex();
+}
+
+void ComboGridControl::ColumnMoved(int col, int position) {
     Fire(u"ColumnMoved", EventArguments().In(col).In(position));
 }
 

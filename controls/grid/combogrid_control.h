@@ -108,6 +108,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP ReplaceAll(BSTR text, BSTR with, GridFind options, long* result) override;
     STDMETHODIMP FindCount(BSTR text, GridFind options, long* result) override;
     // Lists and the mouse
+    QVX_PROPERTY(BSTR, UserLayout, EntryGrid)
     QVX_PROPERTY(BSTR, Footer, EntryGrid)
     STDMETHODIMP get_FooterText(long col, BSTR* result) override {
         return Give(result, [&] { return entry_.FooterText(static_cast<int>(col)); });
@@ -214,6 +215,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     void BeforeSort(const Text& columns, bool& cancel) override;
     void Sorted(const Text& columns) override;
     void ColumnMoving(int col, int position, bool& cancel) override;
+    void ColumnsMoved() override;
     void ColumnMoved(int col, int position) override;
     void BeforeMenu(int row, int col, Text& items, bool& cancel) override;
     void MenuCommandChosen(const Text& key, int col) override;

@@ -1,10 +1,30 @@
 // Columns that the user moves, by dragging their headers or by keys, and the footer below them.
 #include "controls/grid/column_order.h"
 #include "controls/grid/entry_grid_window.h"
+#include "controls/grid/user_layout.h"
 #include "widgets/flexgrid/grid_errors.h"
 #include "widgets/flexgrid/view.h"
 
 namespace qvx::grid {
+
+Text EntryGrid::UserLayout() { return WriteLayout({LayoutColumns(Model()), SortedBy(), {}}); }
+
+void EntryGrid::SetUserLayout(TextView text) {
+    const auto layout = ReadLayout(text);
+    if (!layout) flexgrid::RefuseValue();
+    CommitOpenEdit();
+    if (EditIsOpen()) return;
+    bool moved = false;
+    ApplyLayoutColumns(Model(), state_, layout->columns, [&](int from, int to) {
+        if (frame_ && !frame_->CanRenumber(from, to)) return;
+        ChangeKeptRows([&] { MoveColumn(Model(), state_, from, to); });
+        RenumberEditors(from, to);
+        moved = true;
+    });
+    if (moved) events_.ColumnsMoved();
+    // A column that the form no longer has leaves the rows as they are.
+    if (const auto sort = ReadSortColumns(Model(), layout->sort)) SortBy(*sort);
+}
 
 void EntryGrid::SetFooter(TextView columns) {
     state_.footer = columns;
@@ -50,6 +70,7 @@ void EntryGrid::MoveColumnByUser(int col, int position) {
     ChangeKeptRows([&] { MoveColumn(Model(), state_, history_, col, position); });
     RenumberEditors(col, position);
     window_->ScrollIntoView(Model().Row(), Model().Col());
+    events_.ColumnsMoved();
     events_.ColumnMoved(col, position);
 }
 
@@ -62,6 +83,7 @@ void EntryGrid::RenumberEditors(int from, int to) {
 void EntryGrid::FollowMovedColumn(int from, int to) {
     FollowColumn(Model(), state_, from, to);
     RenumberEditors(from, to);
+    events_.ColumnsMoved();
     events_.ColumnMoved(from, to);
 }
 

@@ -53,6 +53,8 @@ class EntryGridEvents : public flexgrid::GridEventSource {
     // The user is about to move a column to the place of another one, or has done so.
     virtual void ColumnMoving(int col, int position, bool& cancel) = 0;
     virtual void ColumnMoved(int col, int position) = 0;
+    // Columns have other numbers now.
+    virtual void ColumnsMoved() = 0;
     virtual void BeforeMenu(int row, int col, Text& items, bool& cancel) = 0;
     virtual void MenuCommandChosen(const Text& key, int col) = 0;
     virtual void Sorted(const Text& columns) = 0;
@@ -153,6 +155,11 @@ class EntryGrid final : private flexgrid::GridListener,
     }
     // Draws the marks anew after a change of the rules, or of whether they are shown.
     void RefreshMarks() { window_->ShowMarks(state_.markInvalid ? &marks_ : nullptr); }
+
+    // The user's order and widths of columns, and what the rows are sorted by (user_layout.h). The setter ends an open
+    // edit. Throws error 380 for a text that is no layout.
+    Text UserLayout();
+    void SetUserLayout(TextView text);
 
     const Text& Footer() const { return state_.footer; }
     void SetFooter(TextView columns);

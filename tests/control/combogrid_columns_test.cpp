@@ -122,6 +122,29 @@ TEST_F(ComboGridColumns, KeysMoveTheCurrentOneOnTheScreen) {
     EXPECT_EQ("Qty Name Rate Month Item 21(3, 2, False)22(3, 2)21(2, 1, False)22(2, 1)", Order());
 }
 
+TEST_F(ComboGridColumns, ALayoutBringsBackWhatTheUserMade) {
+    const Text before = *Call(form.grid.get(), L"UserLayout").ToText();
+    DragTo(F::item, Header(F::name, 3));
+    Put(form.Inner().get(), L"ColWidth", {Variant(1), Variant(2100)});
+    Call(form.grid.get(), L"Sort", {Variant(u";Name-1;")});
+    const Text after = *Call(form.grid.get(), L"UserLayout").ToText();
+    Put(form.grid.get(), L"UserLayout", {Variant(before)});
+    Call(form.grid.get(), L"Sort", {Variant(u";Name-0;")});
+    Order();
+    EXPECT_EQ("a/b/", form.Column(F::name));
+    Put(form.grid.get(), L"UserLayout", {Variant(after)});
+    EXPECT_EQ("Item Name Qty Rate Month ", Order()) << "the host's own moves raise no events";
+    EXPECT_EQ("Banana/Apple/", form.Column(1));
+    EXPECT_EQ(2100, Call(form.Inner().get(), L"ColWidth", {Variant(1)}).ToLong());
+    EXPECT_EQ(after, *Call(form.grid.get(), L"UserLayout").ToText());
+    form.GoTo(1, 1);
+    form.Type(L"ch");
+    form.Press(VK_RETURN);
+    EXPECT_EQ(u"Cherry", form.Cell(1, 1));
+    EXPECT_EQ(380, ErrorOf(form.grid.get(), L"UserLayout", DISPATCH_PROPERTYPUT, {Variant(u"2|Name=5")}));
+    EXPECT_EQ("Item Name Qty Rate Month ", Order());
+}
+
 TEST_F(ComboGridColumns, TheFooterTotalsWhatIsTyped) {
     Put(form.grid.get(), L"Footer", {Variant(u";Qty-0;Name-1;Rate-2;")});
     form.Pump();
