@@ -1,6 +1,7 @@
 // Keys in the grid and in an open editor: the rules decide, and the windows execute.
 #include <utility>
 
+#include "com/guard.h"
 #include "common/keys.h"
 #include "common/text_direction.h"
 #include "controls/grid/entry_grid_finder_window.h"
@@ -150,6 +151,15 @@ void EntryGrid::DeleteSelectedRow() {
 void EntryGrid::NotifyRowsChanged() {
     state_.eventFlag = false;
     events_.AfterCellChange(-1, -1, {}, {}, state_.eventFlag);
+}
+
+void EntryGrid::LeaveFilteredRow() noexcept {
+    flexgrid::Grid& grid = Model();
+    if (grid.FilteredRows() == 0 || EditIsOpen() || grid.Row() >= grid.Rows() || !grid.RowFiltered(grid.Row())) return;
+    int row = grid.UnfilteredRow(grid.Row(), 1);
+    if (row < 0) row = grid.UnfilteredRow(grid.Row(), -1);
+    if (row < grid.FixedRows()) return;
+    Contain([&] { grid.MoveTo(row, grid.Col()); });
 }
 
 void EntryGrid::KeyPress(short& keyAscii) {

@@ -119,6 +119,7 @@ class EntryGrid final : private flexgrid::GridListener,
             throw;
         }
         changingRows_ = before;
+        if (!before) LeaveFilteredRow();
     }
 
     // Ends an open edit and leaves one empty data row, in a grid that counts as unchanged.
@@ -251,6 +252,8 @@ class EntryGrid final : private flexgrid::GridListener,
     void TypeIntoCell(TextView typed);
     void DeleteSelectedRow();
     void NotifyRowsChanged();
+    // Moves from a row that is filtered out to the nearest one that is shown.
+    void LeaveFilteredRow() noexcept;
     void UseClipboardKey(GridKey action);
     void StepInHistory(bool back);
     // Returns the edit field of the open edit; null when none is open.

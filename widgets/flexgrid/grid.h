@@ -223,6 +223,8 @@ class Grid final : public GridLook {
     int FilteredRows() const { return store_.FilteredCount(); }
     // Returns the nearest row from `row` on, in direction `step`, that is not filtered out; -1 for none.
     int UnfilteredRow(int row, int step) const;
+    // Returns the cursor with both ends moved towards each other onto such rows, if there are any.
+    Cursor OnUnfilteredRows(const Cursor& cursor) const;
 
     // ---- Geometry: all rows and columns laid end to end, unscrolled ------------------------------------------------
     std::int64_t RowTop(int row) const;  // pixels; row may be Rows, for the full height. O(log rows).
@@ -412,7 +414,7 @@ class Grid final : public GridLook {
     const TextMetrics* metrics_;
     std::uint64_t structureVersion_ = 0;
     std::uint32_t filter_ = 1;  // the number of the current filter
-    bool isWhole_ = false;  // an AllOrNothing is open
+    bool isWhole_ = false;      // an AllOrNothing is open
     ListenerList listeners_;
 };
 

@@ -63,12 +63,24 @@ bool Grid::RowFiltered(int row) const {
 }
 
 int Grid::UnfilteredRow(int row, int step) const {
-    for (; row >= fixedRows_ && row < Rows(); row += step) {
+    for (; row >= 0 && row < Rows(); row += step) {
         if (!RowFiltered(row)) {
             return row;
         }
     }
     return -1;
+}
+
+Cursor Grid::OnUnfilteredRows(const Cursor& cursor) const {
+    if (FilteredRows() == 0) {
+        return cursor;
+    }
+    const int step = cursor.row <= cursor.rowSel ? 1 : -1;
+    const int row = UnfilteredRow(cursor.row, step);
+    const int rowSel = UnfilteredRow(cursor.rowSel, -step);
+    const auto [low, high] = std::minmax(cursor.row, cursor.rowSel);
+    const bool found = std::min(row, rowSel) >= low && std::max(row, rowSel) <= high;
+    return found ? Cursor{row, cursor.col, rowSel, cursor.colSel} : cursor;
 }
 
 }  // namespace qvx::flexgrid

@@ -412,8 +412,8 @@ int RowIndex::PositionAt(std::int64_t y, int shared) const {
 }
 
 std::size_t RowIndex::MemoryUsed() const {
-    return sizeof(*this) + filtered_.capacity() * sizeof(filtered_[0]) + static_cast<std::size_t>(leaves_) * sizeof(Leaf) +
-           static_cast<std::size_t>(inners_) * sizeof(Inner);
+    return sizeof(*this) + filtered_.capacity() * sizeof(filtered_[0]) +
+           static_cast<std::size_t>(leaves_) * sizeof(Leaf) + static_cast<std::size_t>(inners_) * sizeof(Inner);
 }
 
 }  // namespace qvx::flexgrid

@@ -175,7 +175,7 @@ class RowIndex {
     std::vector<std::uint64_t> filtered_;  // a bit for each identity, as far as any is set
     int filteredCount_ = 0;
     int shared_ = 0;
-    Path path_;                  // of the insertion in progress; kept for its memory
+    Path path_;  // of the insertion in progress; kept for its memory
     std::unique_ptr<Leaf> spareLeaf_;
     std::vector<std::unique_ptr<Inner>> spareInners_;
 
