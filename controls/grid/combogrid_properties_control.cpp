@@ -135,6 +135,7 @@ const PropertyTable& ComboGridControl::Properties() {
             .Field(u"ListClickCommits", &ControlState::listClickCommits)
             .Field(u"KeepEditing", &ControlState::keepEditing)
             .Field(u"FitColumns", &ControlState::fitColumns)
+            .Member(u"FilterRow", false, &EntryGrid::FilterRow, &EntryGrid::SetFilterRow)
             .Done();
     return table;
 }

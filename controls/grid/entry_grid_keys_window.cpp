@@ -4,6 +4,7 @@
 #include "com/guard.h"
 #include "common/keys.h"
 #include "common/text_direction.h"
+#include "controls/grid/entry_grid_filter_window.h"
 #include "controls/grid/entry_grid_finder_window.h"
 #include "controls/grid/list_arrows.h"
 #include "controls/grid/row_commands.h"
@@ -61,6 +62,12 @@ void EntryGrid::KeyDown(short& keyCode, short& shift) {
             keyCode = 0;
             dropCharacter_ = find == FindAction::Find || find == FindAction::Replace;  // that of Ctrl and the letter
             Finding().Act(find);
+            return;
+        }
+        if (IsFilterKey(keyCode, shift, state_)) {
+            keyCode = 0;
+            dropCharacter_ = true;
+            Filtering().FocusField();
             return;
         }
         const GridKey action = DecideGridKey(keyCode, shift, Model(), state_);
@@ -206,6 +213,11 @@ void EntryGrid::ComboKeyDown(ComboWindow& combo, int& keyCode, int shift) {
         Finding().Act(find);
         return;
     }
+    if (IsFilterKey(keyCode, shift, state_)) {
+        keyCode = 0;
+        Filtering().FocusField();
+        return;
+    }
     const Text text = combo.GetText();
     const Caret caret{combo.SelStart(), combo.SelLength(), static_cast<int>(text.size()),
                       ReadsRightToLeft(text, Model().RightToLeft())};
@@ -243,9 +255,11 @@ bool EntryGrid::WantsKey(const MSG& message) {
     const auto key = static_cast<int>(message.wParam);
     const int shift = ShiftState();
     const bool pressed = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
-    const bool inBar = finder_ && finder_->HasFocus();
+    const bool inFilter = filterer_ && filterer_->HasFocus();
+    const bool inBar = inFilter || (finder_ && finder_->HasFocus());
     if (pressed && !inBar && !EditIsOpen() && OpensList(key, shift, Model(), state_)) return true;
     if (message.message != WM_KEYDOWN) return false;
+    if (IsFilterKey(key, shift, state_)) return true;
     if (inBar) return BarKeepsKey(key, shift);
     if (key != keys::tab) return KeepsKey(key, shift, state_);
     TabWindows windows{*this};
