@@ -79,6 +79,9 @@ constexpr TextView refused = u" refused";
 constexpr TextView widest = u"88,888 of 88,888";
 }  // namespace find_bar
 
+// The name of a field of the filter row is followed by that of its column.
+constexpr TextView filterFieldName = u"Filter ";
+
 // Messages of the validated text box.
 constexpr MessageKind emptyValue{button_set::okOnly, icon::failure, false, 2000};
 constexpr TextView emptyValuePrompt = u"This should not be empty.";

@@ -51,7 +51,7 @@ struct Nobody {
 
 Text Whole(flexgrid::Grid& grid) {
     grid.Select(0, 0, grid.Rows() - 1, grid.Cols() - 1);
-    return CopiedText(grid);
+    return CopiedText(grid).value_or(Text());
 }
 
 void PasteAndUndo(std::uint8_t kind, const Text& text) {

@@ -54,16 +54,17 @@ concept EditEvents = requires(H events, int number, const Text& text, TextView d
 };
 
 // Whether an editor may be opened on the current cell at all: the cell is not fixed (only a program can put the cursor
-// on a fixed one), and its column is not inactive.
+// on a fixed one), its row is not filtered out, and its column is not inactive.
 inline bool MayEdit(const flexgrid::Grid& grid, const ControlState& state) {
     return grid.Row() >= grid.FixedRows() && grid.Col() >= grid.FixedCols() && grid.Row() < grid.Rows() &&
-           grid.Col() < grid.Cols() && !IsListedColumn(grid, state.inActiveColumns, grid.Col());
+           grid.Col() < grid.Cols() && !grid.RowFiltered(grid.Row()) &&
+           !IsListedColumn(grid, state.inActiveColumns, grid.Col());
 }
 
 // Whether an editor could be opened on any cell of the grid if it were the current one; never in a column without
-// width.
+// width or in a row that is filtered out.
 inline bool MayEdit(const flexgrid::Grid& grid, const ControlState& state, int row, int col) {
-    return row >= grid.FixedRows() && col >= grid.FixedCols() && grid.ColWidth(col) != 0 &&
+    return row >= grid.FixedRows() && col >= grid.FixedCols() && grid.ColWidth(col) != 0 && !grid.RowFiltered(row) &&
            !IsListedColumn(grid, state.inActiveColumns, col);
 }
 

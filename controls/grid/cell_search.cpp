@@ -16,7 +16,7 @@ bool CellSearch::IsHit(int row, int col) const {
     if (pattern_.Empty() || row < grid_.FixedRows() || row >= grid_.Rows()) return false;
     if (col < grid_.FixedCols() || col >= grid_.Cols() || grid_.ColWidth(col) == 0) return false;
     if (options_.column != SearchOptions::allColumns && options_.column != col) return false;
-    return pattern_.Matches(grid_.Cell(row, col)) && grid_.RowHeight(row) != 0;
+    return pattern_.Matches(grid_.Cell(row, col)) && grid_.RowPixels(row) != 0;
 }
 
 [[gnu::cold]] std::vector<int> CellSearch::Columns() const {
@@ -37,7 +37,7 @@ void CellSearch::ForEachHit(int first, int last, std::span<const int> columns,
         bool shown = false;
         for (const int col : columns) {
             if (!pattern_.Matches(cells[col])) continue;
-            if (!shown && grid_.RowHeight(row) == 0) return;
+            if (!shown && grid_.RowPixels(row) == 0) return;
             shown = true;
             visit(row, col);
         }

@@ -8,6 +8,7 @@
 #include "controls/grid/list_arrows.h"
 #include "controls/grid/row_commands.h"
 #include "controls/grid/row_operations.h"
+#include "widgets/flexgrid/view.h"
 
 namespace qvx::grid {
 namespace {
@@ -24,18 +25,20 @@ int EnterableFrom(const flexgrid::Grid& grid, const ControlState& state, int col
     return -1;
 }
 
-// Returns the nearest row from `row` on that has a height; -1 for none.
+// Returns the nearest row from `row` on that is shown; -1 for none.
 int ShownRowFrom(const flexgrid::Grid& grid, int row, int step) {
     if (step > 0) row = std::max(row, grid.FixedRows());
-    for (; row >= grid.FixedRows() && row < grid.Rows(); row += step)
-        if (grid.RowHeight(row) > 0) return row;
-    return -1;
+    return flexgrid::NearestShown(flexgrid::RowAxis(grid, {}), row, step);
 }
+
+// There is nothing to be done to the cells of a row that the user does not see.
+bool OnFilteredRow(const flexgrid::Grid& grid) { return grid.Row() < grid.Rows() && grid.RowFiltered(grid.Row()); }
 
 // Whether moving past the last row adds another: not while the last one is still empty, or each Tab would add one.
 bool AddsRow(const flexgrid::Grid& grid, const ControlState& state) {
-    if (!state.autoAddNew) return false;
-    return grid.Rows() <= grid.FixedRows() || !IsEmptyRecord(grid, state, grid.Rows() - 1);
+    if (!state.autoAddNew || OnFilteredRow(grid)) return false;
+    const int last = grid.Rows() - 1;
+    return last < grid.FixedRows() || grid.RowFiltered(last) || !IsEmptyRecord(grid, state, last);
 }
 
 }  // namespace
@@ -59,7 +62,7 @@ bool MayEnter(const flexgrid::Grid& grid, const ControlState& state, int col) {
 CellStep StepForward(const flexgrid::Grid& grid, const ControlState& state, bool leave) {
     using Kind = CellStep::Kind;
     const CellStep end{leave ? Kind::Leave : Kind::Stay, -1, -1};
-    const int next = EnterableFrom(grid, state, grid.Col() + 1, 1);
+    const int next = OnFilteredRow(grid) ? -1 : EnterableFrom(grid, state, grid.Col() + 1, 1);
     if (next >= 0) return {Kind::Move, grid.Row(), next};
     const int first = EnterableFrom(grid, state, grid.FixedCols(), 1);
     if (first < 0) return end;
@@ -70,7 +73,7 @@ CellStep StepForward(const flexgrid::Grid& grid, const ControlState& state, bool
 
 CellStep StepBack(const flexgrid::Grid& grid, const ControlState& state) {
     using Kind = CellStep::Kind;
-    const int previous = EnterableFrom(grid, state, grid.Col() - 1, -1);
+    const int previous = OnFilteredRow(grid) ? -1 : EnterableFrom(grid, state, grid.Col() - 1, -1);
     if (previous >= 0) return {Kind::Move, grid.Row(), previous};
     const int last = EnterableFrom(grid, state, grid.Cols() - 1, -1);
     const int row = ShownRowFrom(grid, grid.Row() - 1, -1);
@@ -154,6 +157,16 @@ GridKey DeletionOf(const flexgrid::Grid& grid, const ControlState& state) {
     return whole && SelectionIsRow(grid) ? GridKey::DeleteRow : GridKey::ClearCells;
 }
 
+// Returns the meaning of a key on a row that is filtered out: its cells cannot be changed.
+GridKey FilteredRowKey(int keyCode, GridKey command, const flexgrid::Grid& grid) {
+    if (command == GridKey::Undo || command == GridKey::Redo || command == GridKey::SelectAll) return command;
+    if (keyCode == keys::tab) return GridKey::Tab;
+    const bool moves = keyCode == keys::up || keyCode == keys::down || keyCode == keys::pageUp ||
+                       keyCode == keys::pageDown || keyCode == keys::home || keyCode == keys::end;
+    const bool canMove = grid.FilteredRows() < grid.Rows() - grid.FixedRows();
+    return moves && canMove ? GridKey::PassOn : GridKey::Nothing;
+}
+
 // Whether the current row lacks its key: Enter there ends the entry of rows.
 bool RowLacksKey(const flexgrid::Grid& grid, const ControlState& state) {
     return grid.Row() < grid.Rows() && state.keyColumn >= 0 && grid.Cell(grid.Row(), state.keyColumn).Empty();
@@ -162,7 +175,9 @@ bool RowLacksKey(const flexgrid::Grid& grid, const ControlState& state) {
 }  // namespace
 
 GridKey DecideGridKey(int keyCode, int shift, const flexgrid::Grid& grid, const ControlState& state) {
-    if (const GridKey command = CommandOf(keyCode, shift, state); command != GridKey::PassOn) return command;
+    const GridKey command = CommandOf(keyCode, shift, state);
+    if (OnFilteredRow(grid)) return FilteredRowKey(keyCode, command, grid);
+    if (command != GridKey::PassOn) return command;
     if (OpensList(keyCode, shift, grid, state)) return GridKey::OpenEditor;
     if (MovesColumn(keyCode, shift, state))
         return keyCode == keys::left ? GridKey::MoveColumnLeft : GridKey::MoveColumnRight;

@@ -9,6 +9,7 @@
 #include "controls/grid/cell_clean.h"
 #include "controls/grid/cell_reading.h"
 #include "controls/grid/column_lists.h"
+#include "controls/grid/date_column.h"
 #include "controls/grid/lifecycle.h"
 
 namespace qvx::grid {
@@ -30,36 +31,6 @@ class Patience {
     static constexpr unsigned often = 65'536;
     const std::function<bool()>& goOn_;
     unsigned done_ = 0;
-};
-
-// Reads dates as DateFormat writes them, whatever the system's own order.
-class DateReader {
-  public:
-    DateReader(TextView format, const DateSettings& settings) : settings_(settings) {
-        const auto day = format.find_first_of(u"dD");
-        const auto month = format.find_first_of(u"mM");
-        const auto year = format.find_first_of(u"yY");
-        if (month == TextView::npos || year == TextView::npos) return;
-        dayless_ = day == TextView::npos;
-        if (dayless_ || (day < month && month < year)) {
-            settings_.order = ShortDateOrder::dayMonthYear;
-        } else if (year < month) {
-            settings_.order = ShortDateOrder::yearMonthDay;
-        } else {
-            settings_.order = ShortDateOrder::monthDayYear;
-        }
-    }
-    std::optional<Date> Read(TextView text) const {
-        constexpr TextView separators = u"/-.,";
-        const auto first = text.find_first_of(separators);
-        if (!dayless_ || first == TextView::npos || text.find_last_of(separators) != first)
-            return ParseDate(text, settings_);
-        return ParseDate(u"1" + Text(1, text[first]) + Text(text), settings_);
-    }
-
-  private:
-    DateSettings settings_;
-    bool dayless_ = false;
 };
 
 // A row with the sort key of one of its cells. The rank grows with a number or a date, or contains the first bytes of a
@@ -129,7 +100,7 @@ class ColumnKeys {
             } else if (code_ == data_type::date) {
                 const std::optional<Date> date = dates_.Read(cell.AsWide(scratch_));
                 item.last = !date;
-                if (date) item.rank = RankOf(*date);
+                if (date) item.rank = DateColumn::RankOf(*date);
             } else {
                 item.rank = RankOf(NumberIn(cell));
             }
@@ -158,14 +129,10 @@ class ColumnKeys {
         const auto bits = std::bit_cast<std::uint64_t>(number == 0 ? 0.0 : number);  // both zeros are equal
         return (bits >> 63) != 0 ? ~bits : bits | std::uint64_t{1} << 63;
     }
-    static std::uint64_t RankOf(const Date& date) {
-        const int day = (date.year * 12 + date.month - 1) * 31 + date.day;
-        return static_cast<std::uint64_t>(day) * 86'400 + static_cast<std::uint64_t>(date.secondOfDay);
-    }
 
     std::uint32_t first_;
     int code_;
-    DateReader dates_;
+    DateColumn dates_;
     std::vector<Item> items_;          // in the order of the rows
     std::vector<std::size_t> starts_;  // of the keys in the pool, for texts, and the end of the last
     std::string pool_;

@@ -52,12 +52,16 @@ Text ColumnTotals::TextOf(int col) const {
     }
 }
 
-void ColumnTotals::Count(Total& total, const RowView& cells, bool add) {
-    const flexgrid::CellView cell = cells[total.col];
-    if (cell.Empty()) return;
-    const double value = NumberIn(cell);
-    add ? total.sum.Add(value) : total.sum.Subtract(value);
-    total.count += add ? 1 : -1;
+// Adds the cells of a row to the totals, or subtracts them.
+void ColumnTotals::Count(RowId row, const RowView& cells, bool add) const {
+    const bool shown = !grid_.IsFiltered(row);
+    for (Total& total : totals_) {
+        const flexgrid::CellView cell = cells[total.col];
+        if (cell.Empty() || !(shown || total.allRows)) continue;
+        const double value = NumberIn(cell);
+        add ? total.sum.Add(value) : total.sum.Subtract(value);
+        total.count += add ? 1 : -1;
+    }
 }
 
 void ColumnTotals::Settle() const {
@@ -68,8 +72,7 @@ void ColumnTotals::Settle() const {
     for (const RowId row : waiting_) {
         if (!waits_[row]) continue;
         waits_[row] = false;
-        const RowView cells = grid_.CellsOf(row);
-        for (Total& total : totals_) Count(total, cells, true);
+        Count(row, grid_.CellsOf(row), true);
     }
     waiting_.clear();
 }
@@ -78,15 +81,14 @@ void ColumnTotals::ReadAll() const {
     headers_ = HeaderRows();
     totals_.clear();
     for (int col = 0; col < grid_.Cols(); ++col)
-        for (const TotalKind kind : {TotalKind::sum, TotalKind::count, TotalKind::average})
-            if (HasColumnCode(grid_, state_.footer, col, static_cast<int>(kind))) {
-                totals_.push_back({col, kind, {}, 0});
+        for (int code = 0; code < 2 * totalKinds; ++code)
+            if (HasColumnCode(grid_, state_.footer, col, code)) {
+                totals_.push_back({col, static_cast<TotalKind>(code % totalKinds), code >= totalKinds, {}, 0});
                 break;
             }
     if (!totals_.empty())
-        grid_.ForEachRow(grid_.FixedRows(), grid_.Rows() - 1, [&](int, const RowView& cells) {
-            for (Total& total : totals_) Count(total, cells, true);
-        });
+        grid_.ForEachRow(grid_.FixedRows(), grid_.Rows() - 1,
+                         [&](int row, const RowView& cells) { Count(grid_.IdOf(row), cells, true); });
     waits_.clear();
     waiting_.clear();
     stale_ = false;
@@ -126,7 +128,7 @@ bool ColumnTotals::Wait(RowId row) noexcept {
 void ColumnTotals::TakeAway(RowId row, const RowView& cells) noexcept {
     if (row < waits_.size() && waits_[row]) return;
     if (!Wait(row)) return;
-    for (Total& total : totals_) Count(total, cells, false);
+    Count(row, cells, false);
 }
 
 void ColumnTotals::CellsChange(RowId row, const RowView& cells, int firstCol, int count) noexcept {

@@ -13,8 +13,9 @@
 
 namespace qvx::grid {
 
-// The codes of the coded list Footer.
+// The codes of the coded list Footer, for the rows that the filter shows; 3 more for all rows.
 enum class TotalKind { sum = 0, count = 1, average = 2 };
+constexpr int totalKinds = 3;
 
 // A change costs the time of the columns with a total, however many rows there are: the old numbers of a row are
 // subtracted before it changes, and its new ones are added when totals are next asked for. Where many rows change at
@@ -39,6 +40,7 @@ class ColumnTotals final : public flexgrid::CellFooter, private flexgrid::RowFol
     struct Total {
         int col = 0;
         TotalKind kind = TotalKind::sum;
+        bool allRows = false;
         ExactSum sum;
         std::int64_t count = 0;  // of cells with a text
     };
@@ -51,6 +53,7 @@ class ColumnTotals final : public flexgrid::CellFooter, private flexgrid::RowFol
     void OrderChanges() override {}
     void ColumnMoves(int, int) override { Refresh(); }
     void ColumnsCut(int) noexcept override { Refresh(); }
+    void FilterChanged() noexcept override { Refresh(); }
     void RolledBack() noexcept override { Refresh(); }
 
     // Brings the totals up to date.
@@ -60,7 +63,7 @@ class ColumnTotals final : public flexgrid::CellFooter, private flexgrid::RowFol
     bool IsHeader(flexgrid::RowId row) const;
     void TakeAway(flexgrid::RowId row, const flexgrid::RowView& cells) noexcept;
     bool Wait(flexgrid::RowId row) noexcept;
-    static void Count(Total& total, const flexgrid::RowView& cells, bool add);
+    void Count(flexgrid::RowId row, const flexgrid::RowView& cells, bool add) const;
 
     flexgrid::Grid& grid_;
     const ControlState& state_;

@@ -178,7 +178,10 @@ STDMETHODIMP ComboGridControl::AddItem(BSTR item, VARIANT index) {
 }
 
 STDMETHODIMP ComboGridControl::Clear() {
-    return Guard([&] { Model().Clear(); });
+    return Guard([&] {
+        Model().Clear();
+        entry_.ClearFilter();
+    });
 }
 
 STDMETHODIMP ComboGridControl::RemoveItem(long index) {

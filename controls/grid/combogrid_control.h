@@ -107,6 +107,12 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP Find(BSTR text, GridFind options, VARIANT_BOOL forward, VARIANT_BOOL* result) override;
     STDMETHODIMP ReplaceAll(BSTR text, BSTR with, GridFind options, long* result) override;
     STDMETHODIMP FindCount(BSTR text, GridFind options, long* result) override;
+    // Filtering
+    QVX_PROPERTY(VARIANT_BOOL, FilterRow, EntryGrid)
+    QVX_PROPERTY(BSTR, Filter, EntryGrid)
+    STDMETHODIMP get_FilteredRows(long* result) override;
+    STDMETHODIMP get_RowShown(long row, VARIANT_BOOL* result) override;
+    STDMETHODIMP RefilterRows() override;
     // Lists and the mouse
     QVX_PROPERTY(BSTR, UserLayout, EntryGrid)
     QVX_PROPERTY(BSTR, Footer, EntryGrid)
@@ -219,6 +225,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     void ColumnMoved(int col, int position) override;
     void BeforeMenu(int row, int col, Text& items, bool& cancel) override;
     void MenuCommandChosen(const Text& key, int col) override;
+    void Filtered(long shown, long total) override;
     void BindProgress(long loaded, long total, bool& cancel) override;
     void ExportProgress(long done, long total, bool& cancel) override;
     void ImportReport(long line, const Text& column, const Text& text, TextView reason) override;

@@ -137,6 +137,7 @@ const PropertyTable& ComboGridControl::Properties() {
             .Field(u"FitColumns", &ControlState::fitColumns)
             .Field(u"MoveColumns", &ControlState::moveColumns)
             .Member(u"Footer", Text(), &EntryGrid::Footer, &EntryGrid::SetFooter)
+            .Member(u"FilterRow", false, &EntryGrid::FilterRow, &EntryGrid::SetFilterRow)
             .Done();
     return table;
 }

@@ -136,6 +136,7 @@ STDMETHODIMP ComboGridControl::GetProductOf(long col2Set, VARIANT* cols, VARIANT
 void ComboGridControl::FocusCell(int row, int col) {
     entry_.CommitOpenEdit();
     Model().SetRow(row);
+    Model().SetRowFiltered(row, false);  // the user is to see it
     Model().SetCol(col);
     entry_.GridWindow().ScrollIntoView(row, col);
     TakeFocus();

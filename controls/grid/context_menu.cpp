@@ -16,6 +16,8 @@ struct KnownEntry {
 
 constexpr KnownEntry menuSeparator{MenuCommand::separator, u"-", u""};
 
+// The last of them belong to a filter.
+constexpr std::size_t filterEntries = 3;
 constexpr std::array gridMenu{
     KnownEntry{MenuCommand::cut, u"cut", u"Cu&t\tCtrl+X"},
     KnownEntry{MenuCommand::copy, u"copy", u"&Copy\tCtrl+C"},
@@ -31,6 +33,9 @@ constexpr std::array gridMenu{
     KnownEntry{MenuCommand::sortDescending, u"sortdescending", u"Sort D&escending"},
     menuSeparator,
     KnownEntry{MenuCommand::find, u"find", u"&Find...\tCtrl+F"},
+    menuSeparator,
+    KnownEntry{MenuCommand::filter, u"filter", u"Filter by This &Value"},
+    KnownEntry{MenuCommand::showAll, u"showall", u"S&how All Rows"},
 };
 
 // Empty for an item that means nothing.
@@ -48,9 +53,10 @@ std::vector<MenuEntry> EntriesOf(TextView item) {
 
 }  // namespace
 
-Text DefaultMenu() {
+Text DefaultMenu(const ControlState& state) {
     Text items = u";";
-    for (const KnownEntry& entry : gridMenu) items.append(entry.key).append(u";");
+    const std::size_t count = gridMenu.size() - (state.filterRow ? 0 : filterEntries);
+    for (std::size_t i = 0; i < count; ++i) items.append(gridMenu[i].key).append(u";");
     return items;
 }
 
@@ -71,7 +77,7 @@ std::vector<MenuEntry> ReadMenu(TextView items) {
 
 bool MayChoose(MenuCommand command, const flexgrid::Grid& grid, const ControlState& state, int col,
                const MenuFacts& facts) {
-    const bool onRow = grid.Row() >= grid.FixedRows() && grid.Row() < grid.Rows();
+    const bool onRow = grid.Row() >= grid.FixedRows() && grid.Row() < grid.Rows() && !grid.RowFiltered(grid.Row());
     switch (command) {
         case MenuCommand::cut:
         case MenuCommand::copy:
@@ -90,6 +96,10 @@ bool MayChoose(MenuCommand command, const flexgrid::Grid& grid, const ControlSta
             return col >= grid.FixedCols() && col < grid.Cols();
         case MenuCommand::find:
             return state.findBar;
+        case MenuCommand::filter:
+            return onRow && col >= grid.FixedCols() && col < grid.Cols();
+        case MenuCommand::showAll:
+            return facts.filtered;
         case MenuCommand::host:
         case MenuCommand::separator:
             break;

@@ -22,6 +22,8 @@ enum class MenuCommand {
     sortAscending,
     sortDescending,
     find,
+    filter,
+    showAll,
 };
 
 struct MenuEntry {
@@ -30,8 +32,9 @@ struct MenuEntry {
     Text caption;  // with its access key and shortcut
 };
 
-// The commands that the grid offers: ";cut;copy;…;", with "-" for a separator.
-Text DefaultMenu();
+// The commands that the grid offers: ";cut;copy;…;", with "-" for a separator. Those of a filter belong to them only
+// where the user can filter.
+Text DefaultMenu(const ControlState& state);
 
 // Reads such a list. An item "key=Caption" is a command of the host; an item "key=Caption" with the key of one of the
 // grid's commands gives that another caption. Unknown keys without a caption are dropped, and so are separators with
@@ -43,6 +46,7 @@ struct MenuFacts {
     bool canUndo = false;
     bool canRedo = false;
     bool clipboardHasText = false;
+    bool filtered = false;  // there is a filter
 };
 
 // Whether a command makes sense now; `col` is the column that was clicked.

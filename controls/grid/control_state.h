@@ -43,6 +43,7 @@ struct ControlState {
     bool keepUnchanged = false;     // an edit that changes nothing leaves the cell as it is
     bool sortOnHeader = false;      // a click on a header sorts
     bool findBar = false;           // the user can search, by the keys for that
+    bool filterRow = false;         // the user can filter, by fields above the columns
     bool listClickCommits = false;  // an entry chosen with the mouse ends the edit
     bool keepEditing = false;       // the edit stays open while the user is in another program
     bool fitColumns = false;        // a double click on a border in the header fits the column

@@ -79,7 +79,8 @@ int ImportRows(flexgrid::Grid& grid, ControlState& state, EditHistory& history, 
         }
     }
     if (rows.Count() == 0 || grid.Cols() == 0) return 0;
-    const bool fillsLast = grid.Rows() > grid.FixedRows() && IsEmptyRecord(grid, state, grid.Rows() - 1);
+    const int last = grid.Rows() - 1;
+    const bool fillsLast = last >= grid.FixedRows() && !grid.RowFiltered(last) && IsEmptyRecord(grid, state, last);
     const int top = grid.Rows() - (fillsLast ? 1 : 0);
     // The limit of the grid is far below that of numbers.
     const int bottom = top + std::min(rows.Count(), flexgrid::Grid::maxRows) - 1;

@@ -53,6 +53,7 @@ void EntryGrid::Bind(RecordSource& records) {
     }
     ChangeRows([&] { Model().SetRows(1); });
     Model().ClearSortMarks();
+    ClearFilter();
     if (!wanted()) return;
     const std::int64_t total = records.Count();
     if (!wanted()) return;

@@ -39,7 +39,7 @@ void EntryGrid::Copy() {
         SendMessageW(field, WM_COPY, 0, 0);
         return;
     }
-    if (!Model().Selection().Empty()) PutOnClipboard(events_.ControlWindow(), CopiedText(Model()));
+    if (const auto text = CopiedText(Model())) PutOnClipboard(events_.ControlWindow(), *text);
 }
 
 void EntryGrid::Cut() {

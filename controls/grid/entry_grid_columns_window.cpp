@@ -7,7 +7,7 @@
 
 namespace qvx::grid {
 
-Text EntryGrid::UserLayout() { return WriteLayout({LayoutColumns(Model()), SortedBy(), {}}); }
+Text EntryGrid::UserLayout() { return WriteLayout({LayoutColumns(Model()), SortedBy(), Filter()}); }
 
 void EntryGrid::SetUserLayout(TextView text) {
     const auto layout = ReadLayout(text);
@@ -22,8 +22,13 @@ void EntryGrid::SetUserLayout(TextView text) {
         moved = true;
     });
     if (moved) events_.ColumnsMoved();
-    // A column that the form no longer has leaves the rows as they are.
+    // What names a column that the form no longer has leaves the rows as they are.
     if (const auto sort = ReadSortColumns(Model(), layout->sort)) SortBy(*sort);
+    try {
+        SetFilter(layout->filter);
+    } catch (const RunTimeError& error) {
+        if (error.Number() != errors::invalidPropertyValue) throw;
+    }
 }
 
 void EntryGrid::SetFooter(TextView columns) {

@@ -1,8 +1,10 @@
 // Keys in the grid and in an open editor: the rules decide, and the windows execute.
 #include <utility>
 
+#include "com/guard.h"
 #include "common/keys.h"
 #include "common/text_direction.h"
+#include "controls/grid/entry_grid_filter_window.h"
 #include "controls/grid/entry_grid_finder_window.h"
 #include "controls/grid/list_arrows.h"
 #include "controls/grid/row_commands.h"
@@ -60,6 +62,12 @@ void EntryGrid::KeyDown(short& keyCode, short& shift) {
             keyCode = 0;
             dropCharacter_ = find == FindAction::Find || find == FindAction::Replace;  // that of Ctrl and the letter
             Finding().Act(find);
+            return;
+        }
+        if (IsFilterKey(keyCode, shift, state_)) {
+            keyCode = 0;
+            dropCharacter_ = true;
+            Filtering().FocusField();
             return;
         }
         const GridKey action = DecideGridKey(keyCode, shift, Model(), state_);
@@ -156,6 +164,15 @@ void EntryGrid::NotifyRowsChanged() {
     events_.AfterCellChange(-1, -1, {}, {}, state_.eventFlag);
 }
 
+void EntryGrid::LeaveFilteredRow() noexcept {
+    flexgrid::Grid& grid = Model();
+    if (grid.FilteredRows() == 0 || EditIsOpen() || grid.Row() >= grid.Rows() || !grid.RowFiltered(grid.Row())) return;
+    int row = grid.UnfilteredRow(grid.Row(), 1);
+    if (row < 0) row = grid.UnfilteredRow(grid.Row(), -1);
+    if (row < grid.FixedRows()) return;
+    Contain([&] { grid.MoveTo(row, grid.Col()); });
+}
+
 void EntryGrid::KeyPress(short& keyAscii) {
     const auto keep = events_.KeepAlive();
     if (std::exchange(dropCharacter_, false)) return;
@@ -200,6 +217,11 @@ void EntryGrid::ComboKeyDown(ComboWindow& combo, int& keyCode, int shift) {
         Finding().Act(find);
         return;
     }
+    if (IsFilterKey(keyCode, shift, state_)) {
+        keyCode = 0;
+        Filtering().FocusField();
+        return;
+    }
     const Text text = combo.GetText();
     const Caret caret{combo.SelStart(), combo.SelLength(), static_cast<int>(text.size()),
                       ReadsRightToLeft(text, Model().RightToLeft())};
@@ -237,12 +259,14 @@ bool EntryGrid::WantsKey(const MSG& message) {
     const auto key = static_cast<int>(message.wParam);
     const int shift = ShiftState();
     const bool pressed = message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN;
-    const bool inBar = finder_ && finder_->HasFocus();
+    const bool inFilter = filterer_ && filterer_->HasFocus();
+    const bool inBar = inFilter || (finder_ && finder_->HasFocus());
     if (pressed && key == keys::escape && window_->Dragging()) return true;
     if (pressed && !inBar && !EditIsOpen() &&
         (OpensList(key, shift, Model(), state_) || MovesColumn(key, shift, state_)))
         return true;
     if (message.message != WM_KEYDOWN) return false;
+    if (IsFilterKey(key, shift, state_)) return true;
     if (inBar) return BarKeepsKey(key, shift);
     if (key != keys::tab) return KeepsKey(key, shift, state_);
     TabWindows windows{*this};

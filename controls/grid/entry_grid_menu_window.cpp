@@ -1,5 +1,6 @@
 // The grid's menu on the screen, and its commands.
 #include "controls/grid/context_menu.h"
+#include "controls/grid/entry_grid_filter_window.h"
 #include "controls/grid/entry_grid_finder_window.h"
 #include "controls/grid/entry_grid_window.h"
 #include "win/window_text.h"
@@ -32,7 +33,8 @@ const MenuEntry* ChooseFrom(const std::vector<MenuEntry>& entries, const std::ve
 }  // namespace
 
 bool EntryGrid::MayChoose(MenuCommand command, int col) {
-    const MenuFacts facts{CanUndo(), CanRedo(), IsClipboardFormatAvailable(CF_UNICODETEXT) != FALSE};
+    const MenuFacts facts{CanUndo(), CanRedo(), IsClipboardFormatAvailable(CF_UNICODETEXT) != FALSE,
+                          filterer_ && filterer_->Filters()};
     return grid::MayChoose(command, Model(), state_, col, facts);
 }
 
@@ -47,7 +49,7 @@ bool EntryGrid::ContextMenu(const flexgrid::Hit& cell, int x, int y) {
         if (cell.OnCell() && !cell.OnFixed() && !grid.Selection().Contains(cell.row, cell.col))
             grid.MoveTo(cell.row, cell.col);
         const int col = cell.OnCell() ? cell.col : grid.Col();
-        Text items = DefaultMenu();
+        Text items = DefaultMenu(state_);
         bool cancel = false;
         events_.BeforeMenu(cell.OnCell() ? cell.row : grid.Row(), col, items, cancel);
         const std::vector<MenuEntry> entries = ReadMenu(items);
@@ -85,6 +87,10 @@ void EntryGrid::UseMenu(MenuCommand command, const Text& key, int col) {
             return SortByUser({{col, command == MenuCommand::sortDescending}});
         case MenuCommand::find:
             return Finding().Act(FindAction::Find);
+        case MenuCommand::filter:
+            return Filtering().FilterByValue(Model().Row(), col);
+        case MenuCommand::showAll:
+            return Filtering().ShowAllByUser();
         case MenuCommand::separator:
             return;
     }

@@ -4,6 +4,7 @@
 #include "common/locale.h"
 #include "common/text_direction.h"
 #include "controls/grid/column_lists.h"
+#include "controls/grid/entry_grid_filter_window.h"
 #include "controls/grid/entry_grid_finder_window.h"
 #include "controls/grid/lifecycle.h"
 #include "controls/grid/row_operations.h"
@@ -22,7 +23,9 @@ class EntryGrid::Editor {
         const Rect cell = owner_.window_->CellTwips();
         return {cell.left, cell.top, cell.Width(), cell.Height()};
     }
-    void MoveFrame(const EditorPlacement& placement) { frame_.MoveTo(FramePixels(placement)); }
+    void MoveFrame(const EditorPlacement& placement) {
+        frame_.MoveTo(FramePixels(placement).Offset(0, owner_.gridTop_));
+    }
     void MoveCombo(const EditorPlacement& placement) {
         const Dpi dpi = Resolution();
         owner_.ApplyCellFormat(combo_);
@@ -100,6 +103,7 @@ void EntryGrid::AttachTo(HWND control) {
         RECT client{};
         GetClientRect(control, &client);
         window_->CreateIn(control, FromRECT(client));
+        if (state_.filterRow) Filtering().ShowStrip(control);
     }
 }
 
@@ -107,6 +111,7 @@ void EntryGrid::Detach() {
     CommitOpenEdit();
     if (frame_) frame_->Destroy();
     if (finder_) finder_->Detach();
+    if (filterer_) filterer_->Detach();
     window_->Destroy();
 }
 
@@ -118,7 +123,8 @@ HWND EntryGrid::FocusWindow() const {
 
 void EntryGrid::Resize(Size pixels) {
     const int bar = finder_ ? finder_->Place(pixels) : 0;
-    window_->MoveTo({0, 0, pixels.width, pixels.height - bar});
+    gridTop_ = filterer_ ? filterer_->Place(pixels) : 0;
+    window_->MoveTo({0, gridTop_, pixels.width, std::max(pixels.height - bar, gridTop_)});
 }
 
 EditorFrame& EntryGrid::Frame() {
@@ -206,6 +212,7 @@ void EntryGrid::CommitOpenEdit() {
 void EntryGrid::RemoveAllRecords() {
     CommitOpenEdit();
     ChangeRows([this] { grid::RemoveAllRecords(Model(), state_, history_); });
+    ClearFilter();
 }
 
 void EntryGrid::Abandon(ComboWindow& combo) {
@@ -262,6 +269,7 @@ void EntryGrid::PlaceOverCell() {
     if (window_->RowIsVisible(state_.editRow) && window_->ColIsVisible(state_.editCol))
         corner = {TwipsToPixels(window_->ColPos(state_.editCol), dpi.x),
                   TwipsToPixels(window_->RowPos(state_.editRow), dpi.y)};
+    corner.y += gridTop_;
     frame_->MoveTo({corner.x, corner.y, corner.x + size.width, corner.y + size.height});
 }
 
@@ -309,6 +317,7 @@ void EntryGrid::RowColChange() {
 
 void EntryGrid::Invalidated(flexgrid::GridChange change, const flexgrid::CellRange& range) {
     if (finder_) finder_->Invalidated(change, range);
+    if (filterer_) filterer_->Invalidated(change, range);
     // An entry in one cell may mark others of its row.
     if (state_.markInvalid) RefreshMarks();
     events_.Invalidated(change, range);

@@ -58,6 +58,8 @@ class EntryGridEvents : public flexgrid::GridEventSource {
     virtual void BeforeMenu(int row, int col, Text& items, bool& cancel) = 0;
     virtual void MenuCommandChosen(const Text& key, int col) = 0;
     virtual void Sorted(const Text& columns) = 0;
+    // The user has changed the filter; reports the number of rows that are shown and of all.
+    virtual void Filtered(long shown, long total) = 0;
     // Reports the number of loaded records and their total (-1: not known).
     virtual void BindProgress(long loaded, long total, bool& cancel) = 0;
     // Reports the number of written rows and their total.
@@ -125,6 +127,7 @@ class EntryGrid final : private flexgrid::GridListener,
             throw;
         }
         changingRows_ = before;
+        if (!before) LeaveFilteredRow();
     }
 
     // Ends an open edit and leaves one empty data row, in a grid that counts as unchanged.
@@ -175,6 +178,18 @@ class EntryGrid final : private flexgrid::GridListener,
     long ReplaceAll(TextView text, TextView with, const SearchOptions& options, bool inColumn);
     long FindCount(TextView text, const SearchOptions& options, bool inColumn);
 
+    // Whether the user can filter by fields above the columns.
+    bool FilterRow() const { return state_.filterRow; }
+    void SetFilterRow(bool shown);
+    // The conditions of the filter as a list (row_filter.h). Setting it ends an open edit; throws error 380 for a list
+    // that cannot be read.
+    Text Filter() const;
+    void SetFilter(TextView list);
+    // Applies the conditions to the rows as they are now.
+    void RefilterRows();
+    // Forgets the conditions and shows all rows.
+    void ClearFilter() noexcept;
+
     // Writes the cells that are shown, or the selected ones among them, into a file. The options' code page and date
     // settings are the system's. An error and a cancelled export leave an existing file as it was.
     void Export(const Text& fileName, ExportOptions options, bool selectedOnly);
@@ -195,6 +210,7 @@ class EntryGrid final : private flexgrid::GridListener,
     class Editor;
     class AccessibleEditing;
     class Finder;
+    class Filterer;
     struct TabWindows;
 
     // GridListener
@@ -269,6 +285,8 @@ class EntryGrid final : private flexgrid::GridListener,
     void TypeIntoCell(TextView typed);
     void DeleteSelectedRow();
     void NotifyRowsChanged();
+    // Moves from a row that is filtered out to the nearest one that is shown.
+    void LeaveFilteredRow() noexcept;
     void UseClipboardKey(GridKey action);
     void StepInHistory(bool back);
     // Returns the edit field of the open edit; null when none is open.
@@ -288,7 +306,8 @@ class EntryGrid final : private flexgrid::GridListener,
     void UseMenu(MenuCommand command, const Text& key, int col);
     void WriteCells(const CellRectangle& rectangle);
     Finder& Finding();
-    // Places the inner grid and the find bar in the control.
+    Filterer& Filtering();
+    // Places the inner grid, the find bar and the filter row in the control.
     void LayOut();
     void GoToHit(CellPlace place);
     CellSearch SearchFor(TextView text, SearchOptions options, bool inColumn);
@@ -330,7 +349,9 @@ class EntryGrid final : private flexgrid::GridListener,
     bool away_ = false;           // the user is in another program, and the edit stays open
     bool dropCharacter_ = false;  // the host has refused the key that produces this character
     TabWay tabWay_;
-    std::unique_ptr<Finder> finder_;  // once the user has searched
+    std::unique_ptr<Finder> finder_;      // once the user has searched
+    std::unique_ptr<Filterer> filterer_;  // once there was a filter or fields for it
+    int gridTop_ = 0;                     // of the inner grid in the control, in pixels
 };
 
 }  // namespace qvx::grid

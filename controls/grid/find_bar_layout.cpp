@@ -40,13 +40,13 @@ class BarFlow {
     int y_;
 };
 
+}  // namespace
+
 [[gnu::cold]] void AppendNumber(Text& text, std::int64_t number) {
     Text digits = IntegerToText(number);
     for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, 1, u',');
     text.append(digits);
 }
-
-}  // namespace
 
 bool IsForReplacing(BarPart part) {
     return part == BarPart::WithLabel || part == BarPart::With || part == BarPart::Replace ||

@@ -67,6 +67,8 @@ struct HitStatus {
 };
 // Returns what the bar says about the hits: "3 of 1,204".
 Text HitText(const HitStatus& status);
+// Appends a number with commas between its thousands.
+void AppendNumber(Text& text, std::int64_t number);
 // Returns what it says after replacing: "12 replaced, 3 refused".
 Text ReplacedText(const Replacements& done);
 

@@ -22,6 +22,7 @@ TextView InvalidMarks::MessageOf(int row, int col) const {
 
 std::optional<CellPlace> InvalidMarks::FirstIn(CellPlace first, int lastRow) const {
     for (int row = first.row; row <= lastRow; ++row) {
+        if (grid_.RowFiltered(row)) continue;
         for (const CheckedColumn& column : columns_) {
             const CellPlace place{row, column.col};
             if (!(place < first) && IsMarked(place.row, place.col)) return place;

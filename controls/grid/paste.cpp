@@ -9,12 +9,14 @@
 
 namespace qvx::grid {
 
-Text CopiedText(const flexgrid::Grid& grid) {
+std::optional<Text> CopiedText(const flexgrid::Grid& grid) {
     const flexgrid::CellRange range = grid.Selection();
-    if (range.Empty()) return {};
+    const int first = grid.UnfilteredRow(range.top, 1);
+    if (range.Empty() || first < 0 || first > range.bottom) return std::nullopt;
     ClipboardWriter writer;
     Text scratch;
-    grid.ForEachRow(range.top, range.bottom, [&](int, const flexgrid::RowView& cells) {
+    grid.ForEachRow(first, range.bottom, [&](int row, const flexgrid::RowView& cells) {
+        if (grid.RowFiltered(row)) return;
         for (int col = range.left; col <= range.right; ++col) writer.AddCell(cells[col].AsWide(scratch));
         writer.EndRow();
     });
@@ -23,7 +25,7 @@ Text CopiedText(const flexgrid::Grid& grid) {
 
 void SelectAll(flexgrid::Grid& grid) {
     if (grid.FixedRows() < grid.Rows() && grid.FixedCols() < grid.Cols())
-        grid.Select(grid.FixedRows(), grid.FixedCols(), grid.Rows() - 1, grid.Cols() - 1);
+        grid.Select(grid.OnUnfilteredRows({grid.FixedRows(), grid.FixedCols(), grid.Rows() - 1, grid.Cols() - 1}));
 }
 
 void SelectRows(flexgrid::Grid& grid) {
@@ -31,7 +33,8 @@ void SelectRows(flexgrid::Grid& grid) {
 }
 
 void SelectColumns(flexgrid::Grid& grid) {
-    if (grid.FixedRows() < grid.Rows()) grid.Select(grid.FixedRows(), grid.Col(), grid.Rows() - 1, grid.ColSel());
+    if (grid.FixedRows() < grid.Rows())
+        grid.Select(grid.OnUnfilteredRows({grid.FixedRows(), grid.Col(), grid.Rows() - 1, grid.ColSel()}));
 }
 
 ColumnRules RulesOf(const flexgrid::Grid& grid, const ControlState& state, int col) {
@@ -81,8 +84,12 @@ CellRectangle::CellRectangle(const flexgrid::Grid& grid, TextView text) : CellRe
 CellRectangle CellRectangle::FillDown(const flexgrid::Grid& grid) {
     CellRectangle filled(grid);
     flexgrid::CellRange& target = filled.target_;
-    const int source = target.top < target.bottom ? target.top++ : target.top - 1;
-    if (target.Empty() || source < grid.FixedRows()) {
+    const int first = grid.UnfilteredRow(target.top, 1);
+    const int second = grid.UnfilteredRow(first + 1, 1);
+    const bool several = second > first && second <= target.bottom;
+    const int source = several ? first : grid.UnfilteredRow(first - 1, -1);
+    target.top = several ? second : first;
+    if (first < 0 || target.Empty() || source < grid.FixedRows()) {
         target = {};
         return filled;
     }

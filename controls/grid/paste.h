@@ -35,10 +35,11 @@ struct CellSources {
     std::function<ListState(int col)> list;  // of a list-only column
 };
 
-// Returns the selected cells as text for the clipboard, including hidden ones; "" without any.
-Text CopiedText(const flexgrid::Grid& grid);
+// Returns the selected cells as text for the clipboard, including hidden ones, but not those of rows that are filtered
+// out; nullopt without any.
+std::optional<Text> CopiedText(const flexgrid::Grid& grid);
 
-// Selects all cells except the fixed ones.
+// Selects all cells except the fixed ones. The ends of these selections are in rows that are not filtered out.
 void SelectAll(flexgrid::Grid& grid);
 // Extends the selection to whole rows or columns, except for the fixed cells.
 void SelectRows(flexgrid::Grid& grid);
@@ -84,6 +85,9 @@ class CellRectangle {
     CellRectangle(CellRectangle&&) = default;  // a copy would refer to the texts of the original
 
     const flexgrid::CellRange& Target() const { return target_; }
+    // Whether its rows go into the rows of the grid that are not filtered out, one after the other; otherwise each
+    // belongs to the row of its number.
+    bool Flows() const { return cells_ != nullptr; }
     // Whether rows are added for it even without AutoAddNew.
     bool AddsRows() const { return static_cast<bool>(textsOf_); }
     // Returns the texts of a row of the target, from its first column on; a short row leaves the rest of the cells
@@ -120,12 +124,18 @@ class CellWriter {
           changed_(std::move(changed)) {}
 
     // Writes the part of the rectangle that is within the grid's columns, and within its rows or with AutoAddNew below
-    // them, as one step of the history. Every cell is treated as if typed: cleaned by its column, with an event before
-    // that the host can cancel and one after. The grid counts as changed when a cell was reached. Raises the grid's
-    // errors: what the host was notified of stays, and without listeners nothing has changed.
+    // them, as one step of the history. Rows that are filtered out stay as they are. Every cell is treated as if typed:
+    // cleaned by its column, with an event before that the host can cancel and one after. The grid counts as changed
+    // when a cell was reached. Raises the grid's errors: what the host was notified of stays, and without listeners
+    // nothing has changed.
     void Write(const CellRectangle& rectangle);
 
   private:
+    // Calls write(row, texts) for the rows that the rectangle reaches.
+    template <class WriteTexts>
+    void ForEachRow(const CellRectangle& rectangle, WriteTexts write) const;
+    // Returns the number of rows that the grid lacks for it.
+    int MissingRows(const CellRectangle& rectangle) const;
     bool Exists(int row, int col) const { return row < grid_.Rows() && col < grid_.Cols(); }
     void WriteCell(int row, int col, TextView given);
     // Returns whether a cell was reached.
@@ -142,20 +152,42 @@ class CellWriter {
 };
 
 template <ChangeEvents Events>
+template <class WriteTexts>
+void CellWriter<Events>::ForEachRow(const CellRectangle& rectangle, WriteTexts write) const {
+    const flexgrid::CellRange& target = rectangle.Target();
+    int source = target.top;
+    for (int row = target.top; source <= target.bottom && row < grid_.Rows(); ++row) {
+        const bool filtered = grid_.RowFiltered(row);
+        if (!filtered) write(row, rectangle.Row(source));
+        if (!filtered || !rectangle.Flows()) ++source;
+    }
+}
+
+template <ChangeEvents Events>
+int CellWriter<Events>::MissingRows(const CellRectangle& rectangle) const {
+    const flexgrid::CellRange& target = rectangle.Target();
+    int missing = target.bottom - grid_.Rows() + 1;
+    if (rectangle.Flows() && grid_.FilteredRows() > 0)
+        for (int row = target.top; row < grid_.Rows(); ++row) missing += grid_.RowFiltered(row);
+    return missing;
+}
+
+template <ChangeEvents Events>
 void CellWriter<Events>::Write(const CellRectangle& rectangle) {
-    flexgrid::CellRange target = rectangle.Target();
+    const flexgrid::CellRange target = rectangle.Target();
     if (target.Empty()) return;
-    const bool appends = target.bottom >= grid_.Rows() && (state_.autoAddNew || rectangle.AddsRows());
+    const int missing = state_.autoAddNew || rectangle.AddsRows() ? MissingRows(rectangle) : 0;
+    const bool appends = missing > 0;
     const auto append = [&] {
-        if (appends) AppendRows(grid_, state_, history_, target.bottom - grid_.Rows() + 1);
+        if (appends) AppendRows(grid_, state_, history_, missing);
     };
     if (events_.Listens()) {
         const EditHistory::Group group(history_);
         append();
-        for (int row = target.top; row <= target.bottom && row < grid_.Rows(); ++row) {
+        ForEachRow(rectangle, [&](int row, std::span<const TextView> texts) {
             int col = target.left;
-            for (const TextView text : rectangle.Row(row)) WriteCell(row, col++, text);
-        }
+            for (const TextView text : texts) WriteCell(row, col++, text);
+        });
         return;
     }
     using Reach = flexgrid::Grid::AllOrNothing::Reach;
@@ -165,8 +197,9 @@ void CellWriter<Events>::Write(const CellRectangle& rectangle) {
     rules.reserve(static_cast<std::size_t>(grid_.Cols()));
     for (int col = 0; col < grid_.Cols(); ++col) rules.push_back(RulesOf(grid_, state_, col));
     bool reached = false;
-    for (int row = target.top; row <= target.bottom && row < grid_.Rows(); ++row)
-        reached = WriteRow(row, target.left, rectangle.Row(row), rules) || reached;
+    ForEachRow(rectangle, [&](int row, std::span<const TextView> texts) {
+        reached = WriteRow(row, target.left, texts, rules) || reached;
+    });
     whole.Commit();
     state_.changed = state_.changed || reached;
 }

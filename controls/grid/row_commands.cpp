@@ -38,8 +38,8 @@ void InsertRow(flexgrid::Grid& grid, const ControlState& state, EditHistory& his
 }
 
 int DeleteRow(flexgrid::Grid& grid, const ControlState& state, EditHistory& history) {
-    constexpr int lastDataRow = 1;
     const int row = grid.Row();
+    const int lastDataRow = grid.Rows() == 2 && grid.RowFiltered(1) ? row : 1;
     if (grid.Rows() >= 3) {
         ChangeNumbered(grid, state, history, 1, [&] { history.RemoveRows(row, 1, [&] { grid.RemoveItem(row); }); });
         return row;

@@ -36,11 +36,12 @@ class SearchPattern {
     bool MayMatchIn(const flexgrid::RowView& row) const;
     // Returns the text with every occurrence replaced, from left to right.
     Text Replaced(TextView text, TextView with) const;
+    // Returns the text as it is compared; it has the same number of units.
+    Text Folded(TextView text) const;
 
   private:
     using Page = std::array<char16_t, 256>;
 
-    Text Folded(TextView text) const;
     char16_t Fold(char16_t unit) const;
     const Page& MakePage(std::size_t number) const;
     std::size_t Find(const std::uint8_t* bytes, std::size_t size) const;

@@ -53,8 +53,8 @@ ExportedCells ChooseCells(const flexgrid::Grid& grid, const ControlState& state,
     }
     chosen.first = range.top;
     chosen.last = range.bottom;
-    for (int row = 0; row < grid.FixedRows(); ++row) chosen.headers += grid.RowHeight(row) > 0;
-    for (int row = range.top; row <= range.bottom; ++row) chosen.total += grid.RowHeight(row) > 0;
+    for (int row = 0; row < grid.FixedRows(); ++row) chosen.headers += grid.RowPixels(row) > 0;
+    for (int row = range.top; row <= range.bottom; ++row) chosen.total += grid.RowPixels(row) > 0;
     for (int col = range.left; col <= range.right; ++col) {
         const int twips = grid.ColWidth(col);
         if (twips == 0) continue;
@@ -106,7 +106,7 @@ bool WriteTable(const flexgrid::Grid& grid, const ExportedCells& cells, TableWri
     std::int64_t done = 0;
     const auto writeRows = [&](bool header, int first, int last) {
         grid.ForEachRow(first, last, [&](int row, const flexgrid::RowView& view) {
-            if (grid.RowHeight(row) == 0) return;
+            if (grid.RowPixels(row) == 0) return;
             for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = view[cells.columns[i].col].AsWide(kept[i]);
             writer.AddRow(header, texts);
             done += header ? 0 : 1;

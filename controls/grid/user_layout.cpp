@@ -10,7 +10,7 @@
 namespace qvx::grid {
 namespace {
 
-constexpr TextView version = u"1";
+constexpr TextView layoutVersion = u"1";
 constexpr TextView reserved = u"%|=*";
 constexpr TextView sortName = u"*sort";
 constexpr TextView filterName = u"*filter";
@@ -64,7 +64,7 @@ TextView TakePart(TextView& text) {
 }  // namespace
 
 Text WriteLayout(const UserLayout& layout) {
-    Text text(version);
+    Text text(layoutVersion);
     for (const UserLayout::Column& column : layout.columns) {
         text += u'|';
         AppendEscaped(text, column.caption);
@@ -82,7 +82,7 @@ Text WriteLayout(const UserLayout& layout) {
 
 std::optional<UserLayout> ReadLayout(TextView text) {
     UserLayout layout;
-    if (TakePart(text) != version) return std::nullopt;
+    if (TakePart(text) != layoutVersion) return std::nullopt;
     while (!text.empty()) {
         const TextView part = TakePart(text);
         const auto equals = part.find(u'=');

@@ -414,6 +414,15 @@ TEST(Accessibility, EventsFollowTheCursorAndEntries) {
     EXPECT_EQ("reorder\n", heard.Take()) << "a burst of rows is one event";
 }
 
+TEST(Accessibility, FieldsOfTheFilterAreNamedAfterTheirColumns) {
+    F form{{{L"FilterRow", Variant(true)}}};
+    form.GoTo(1, F::name);
+    form.Press('L', {VK_CONTROL, VK_SHIFT});
+    EXPECT_EQ("Filter Name", Spoken::Of(GetFocus()).Name());
+    form.Press(VK_TAB);
+    EXPECT_EQ("Filter Qty", Spoken::Of(GetFocus()).Name());
+}
+
 TEST(Accessibility, TheFindBarNamesItsFieldsAndTellsOfTheNumberOfHits) {
     F form{{{L"FindBar", Variant(true)}}};
     form.Fill({{u"ann"}, {u"anne"}});

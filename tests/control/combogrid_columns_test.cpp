@@ -127,12 +127,15 @@ TEST_F(ComboGridColumns, ALayoutBringsBackWhatTheUserMade) {
     DragTo(F::item, Header(F::name, 3));
     Put(form.Inner().get(), L"ColWidth", {Variant(1), Variant(2100)});
     Call(form.grid.get(), L"Sort", {Variant(u";Name-1;")});
+    Put(form.grid.get(), L"Filter", {Variant(u"[Name]b")});
     const Text after = *Call(form.grid.get(), L"UserLayout").ToText();
     Put(form.grid.get(), L"UserLayout", {Variant(before)});
     Call(form.grid.get(), L"Sort", {Variant(u";Name-0;")});
     Order();
     EXPECT_EQ("a/b/", form.Column(F::name));
+    EXPECT_EQ(2, form.Number(L"FilteredRows"));
     Put(form.grid.get(), L"UserLayout", {Variant(after)});
+    EXPECT_EQ(1, form.Number(L"FilteredRows"));
     EXPECT_EQ("Item Name Qty Rate Month ", Order()) << "the host's own moves raise no events";
     EXPECT_EQ("Banana/Apple/", form.Column(1));
     EXPECT_EQ(2100, Call(form.Inner().get(), L"ColWidth", {Variant(1)}).ToLong());

@@ -50,6 +50,18 @@ TEST_F(ComboGridMenu, CommandsWorkOnTheClickedCell) {
     EXPECT_NE(std::string::npos, form.Log().find("25(0, 1, ;cut;copy;paste;"));
 }
 
+TEST_F(ComboGridMenu, FiltersByTheClickedValue) {
+    Put(form.grid.get(), L"FilterRow", {Variant(true)});
+    form.Log();
+    Choose(2, F::name, {'V'});
+    EXPECT_EQ(u"[Name]=a", Call(form.grid.get(), L"Filter").ToText());
+    Choose(2, F::qty, {'H'});
+    EXPECT_EQ(2, form.Number(L"FilteredRows"));
+    const std::string log = form.Log();
+    EXPECT_TRUE(log.find("30(1, 2)") < log.find("30(2, 2)")) << log;
+    EXPECT_NE(std::string::npos, log.find("find;-;filter;showall;, False)"));
+}
+
 TEST_F(ComboGridMenu, TheHostAddsCommandsAndKeepsItClosed) {
     bool cancel = false;
     form.events->onEvent = [&](DISPID id, DISPPARAMS& arguments) {

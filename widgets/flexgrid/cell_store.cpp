@@ -234,8 +234,12 @@ void CellStore::MoveRow(int from, int to) {
     BeforeRowsChange();
     const RowId id = IdAt(from);
     const int deviation = order_.Deviation(id);
+    const bool filtered = order_.IsFiltered(id);
     order_.ReserveForInsert();
     order_.Remove(from, 1);
+    if (filtered) {
+        order_.RestoreFiltered(id);
+    }
     order_.Insert(to, std::span(&id, 1));
     // Removal has made room for this entry, so that setting it again cannot fail.
     order_.SetDeviation(to, deviation);

@@ -150,7 +150,13 @@ class CellStore {
 
     // Heights; see row_index.h.
     void SetDeviation(int row, int pixels) { order_.SetDeviation(row, pixels); }
-    void SetDeviations(SparseMap<int> byId) noexcept { order_.SetDeviations(std::move(byId)); }
+    void SetDeviations(SparseMap<int> byId, int shared) noexcept { order_.SetDeviations(std::move(byId), shared); }
+    // Rows without height; see row_index.h. Only in batches begun for changes of rows.
+    void SetFiltered(const std::vector<bool>& marked, int shared) { order_.SetFiltered(marked, shared); }
+    void SetFiltered(int row, bool filtered, int shared) { order_.SetFiltered(row, filtered, shared); }
+    void ClearFiltered() noexcept { order_.ClearFiltered(); }
+    bool IsFiltered(RowId id) const { return order_.IsFiltered(id); }
+    int FilteredCount() const { return order_.FilteredCount(); }
     std::int64_t ExtentBefore(int row, int shared) const { return order_.ExtentBefore(row, shared); }
     int RowAtExtent(std::int64_t y, int shared) const { return order_.PositionAt(y, shared); }
 

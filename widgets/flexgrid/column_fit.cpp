@@ -24,7 +24,7 @@ class ColumnTexts {
             return;
         }
         grid_.ForEachRow(first, last, [&](int row, const RowView& cells) {
-            if (grid_.RowHeight(row) > 0) {
+            if (grid_.RowPixels(row) > 0) {
                 AddCell(row, cells);
             }
         });

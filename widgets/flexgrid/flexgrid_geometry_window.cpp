@@ -42,6 +42,17 @@ int FlexGridWindow::ColPos(int col) {
     return PixelsToTwips(Held(at + ClientCorner().x), grid_.Metrics().Resolution().x);
 }
 
+std::vector<Span> FlexGridWindow::ColumnSpans() {
+    const View view = SettledView();
+    const int left = ClientCorner().x;
+    std::vector<Span> spans = SpansInWindow(ColumnAxis(grid_, view));
+    for (Span& span : spans) {
+        span.start = std::max(span.start, 0) + left;
+        span.end = std::min(span.end, view.client.width) + left;
+    }
+    return spans;
+}
+
 bool FlexGridWindow::RowIsVisible(int row) {
     SettleLayout();
     return IsVisible(RowAxis(grid_, CurrentView()), row);

@@ -249,8 +249,9 @@ void FlexGridWindow::PressCell(Point point, int shift) {
     const Axis rows = RowAxis(grid_, view);
     const Axis columns = ColumnAxis(grid_, view);
     const Cursor cursor = grid_.CurrentCursor();
-    const Press press = MousePress(HitTest(rows, columns, point), (shift & keys::shiftMask) != 0,
-                                   grid_.AllowBigSelection(), grid_.SelectionMode(), cursor, rows, columns);
+    Press press = MousePress(HitTest(rows, columns, point), (shift & keys::shiftMask) != 0, grid_.AllowBigSelection(),
+                             grid_.SelectionMode(), cursor, rows, columns);
+    press.cursor = grid_.OnUnfilteredRows(press.cursor);
     const LifeWatch watch = Watch();
     if (press.cursor != cursor) {
         grid_.Select(press.cursor);

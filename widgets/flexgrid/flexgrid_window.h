@@ -53,6 +53,8 @@ class FlexGridWindow final : public Window, private GridListener {
     // out of view.
     int RowPos(int row);
     int ColPos(int col);
+    // Returns the visible parts of the columns, in pixels from the outer left edge of the window.
+    std::vector<Span> ColumnSpans();
     // Whether any part of the row or column is visible.
     bool RowIsVisible(int row);
     bool ColIsVisible(int col);

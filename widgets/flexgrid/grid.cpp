@@ -104,6 +104,9 @@ Cursor Grid::Fitted(Cursor cursor, const Shape& shape) const {
 void Grid::StoreShape(const Shape& shape) {
     wantFixedRow_ = wantFixedRow_ && shape.fixedRows == 0;
     wantFixedCol_ = wantFixedCol_ && shape.fixedCols == 0;
+    if (fixedRows_ != shape.fixedRows) {
+        ShowAllRows();
+    }
     fixedRows_ = shape.fixedRows;
     fixedCols_ = shape.fixedCols;
     topRow_ = std::clamp(topRow_, fixedRows_, std::max(fixedRows_, Rows() - 1));

@@ -218,11 +218,27 @@ class Grid final : public GridLook {
         int height = defaultSize;  // twips, or defaultSize
         std::int32_t data = 0;
         bool merge = false;
+        std::uint32_t filteredBy = 0;     // the number of the filter that has filtered the row out; 0 for none
         FormatTable::RowFormats formats;  // of its cells
         RowWatch::Keepsake kept;          // null without a watch
     };
     RowSettings SettingsOf(int row) const;
     void SetSettings(int row, const RowSettings& settings);
+
+    // ---- Filter ----------------------------------------------------------------------------------------------------
+    // A row that is filtered out has no pixels, but keeps its height for the time after. This belongs to the row
+    // wherever it moves; new rows are shown. `filtered` has a mark for each row; fixed rows are never filtered out, and
+    // where their number changes, all rows are shown. The cursor stays where it is.
+    void SetFilteredRows(std::vector<bool> filtered);
+    void SetRowFiltered(int row, bool filtered);
+    void ShowAllRows() noexcept;
+    bool RowFiltered(int row) const;
+    bool IsFiltered(RowId id) const { return store_.IsFiltered(id); }
+    int FilteredRows() const { return store_.FilteredCount(); }
+    // Returns the nearest row from `row` on, in direction `step`, that is not filtered out; -1 for none.
+    int UnfilteredRow(int row, int step) const;
+    // Returns the cursor with both ends moved towards each other onto such rows, if there are any.
+    Cursor OnUnfilteredRows(const Cursor& cursor) const;
 
     // ---- Geometry: all rows and columns laid end to end, unscrolled ------------------------------------------------
     std::int64_t RowTop(int row) const;  // pixels; row may be Rows, for the full height. O(log rows).
@@ -412,7 +428,8 @@ class Grid final : public GridLook {
     std::shared_ptr<const qvx::Picture> picture_;
     const TextMetrics* metrics_;
     std::uint64_t structureVersion_ = 0;
-    bool isWhole_ = false;  // an AllOrNothing is open
+    std::uint32_t filter_ = 1;  // the number of the current filter
+    bool isWhole_ = false;      // an AllOrNothing is open
     ListenerList listeners_;
 };
 

@@ -107,7 +107,7 @@ void Grid::SetRowHeight(int row, int twips) {
     CheckSize(twips);
     if (row == all) {
         heights_.SetAll(twips);
-        store_.SetDeviations({});
+        store_.SetDeviations({}, SharedRowPixels());
         LayoutChanged(0, 0);
         return;
     }
@@ -129,7 +129,7 @@ void Grid::ChangeHeights(T& field, T value) {
         const int dpi = metrics_->Resolution().y;
         const int pixels = metrics_->LineHeight(font_) + Scaled(cellSpaceDown, dpi);
         defaultRowHeight_ = PixelsToTwips(pixels, dpi);
-        store_.SetDeviations(MeasureDeviations());
+        store_.SetDeviations(MeasureDeviations(), SharedRowPixels());
     } catch (...) {
         std::swap(field, value);
         defaultRowHeight_ = heightBefore;
@@ -206,7 +206,7 @@ std::int64_t Grid::RowTop(int row) const {
     return store_.ExtentBefore(row, SharedRowPixels());
 }
 
-int Grid::RowPixels(int row) const { return PixelsDown(RowHeight(row)); }
+int Grid::RowPixels(int row) const { return RowFiltered(row) ? 0 : PixelsDown(RowHeight(row)); }
 
 int Grid::RowAt(std::int64_t y) const { return y < 0 ? -1 : store_.RowAtExtent(y, SharedRowPixels()); }
 

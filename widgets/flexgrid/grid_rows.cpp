@@ -127,6 +127,9 @@ void Grid::SetRowPosition(int row, int position) {
     if (row != position) {
         const CellsMoving moving(*this);
         store_.MoveRow(row, position);
+        if ((row < fixedRows_) != (position < fixedRows_)) {
+            ShowAllRows();
+        }
         ++structureVersion_;
         LayoutChanged(std::min(row, position), 0);
     }

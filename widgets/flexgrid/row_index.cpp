@@ -16,6 +16,9 @@ void RowIndex::Swap(RowIndex& other) noexcept {
     std::swap(leaves_, other.leaves_);
     std::swap(inners_, other.inners_);
     std::swap(deviations_, other.deviations_);
+    std::swap(filtered_, other.filtered_);
+    std::swap(filteredCount_, other.filteredCount_);
+    std::swap(shared_, other.shared_);
     Forget();
     other.Forget();
 }
@@ -23,6 +26,9 @@ void RowIndex::Swap(RowIndex& other) noexcept {
 void RowIndex::CopyFrom(const RowIndex& other) {
     assert(size_ == 0);
     deviations_ = other.deviations_;
+    filtered_ = other.filtered_;
+    filteredCount_ = other.filteredCount_;
+    shared_ = other.shared_;
     other.ForEachLeaf(0, other.size_ - 1, [this](std::span<const RowId> ids) { Insert(size_, ids); });
 }
 
@@ -104,9 +110,9 @@ RowIndex::Leaf& RowIndex::Descend(int& position, bool& rightmost) {
 
 std::int64_t RowIndex::DeviationOf(std::span<const RowId> ids) const noexcept {
     std::int64_t sum = 0;
-    if (!deviations_.Empty()) {
+    if (HasDeviations()) {
         for (const RowId id : ids) {
-            sum += Deviation(id);
+            sum += ShownDeviation(id);
         }
     }
     return sum;
@@ -266,10 +272,65 @@ void RowIndex::SetDeviation(int position, int pixels) {
     } else {
         deviations_.Set(id, pixels);
     }
+    if (!IsFiltered(id)) {
+        AddToDeviationAt(position, change);
+    }
+}
+
+void RowIndex::AddToDeviationAt(int position, int change) {
     int offset = position + 1;  // the insertion after the row leads to the row's own leaf
     bool rightmost = false;
     (void)Descend(offset, rightmost);
     AddAlongPath(0, change);
+}
+
+void RowIndex::SetFiltered(const std::vector<bool>& marked, int shared) {
+    assert(marked.size() == static_cast<std::size_t>(size_));
+    std::vector<std::uint64_t> fresh;
+    int count = 0;
+    int position = 0;
+    ForEachLeaf(0, size_ - 1, [&](std::span<const RowId> ids) {
+        for (const RowId id : ids) {
+            if (!marked[static_cast<std::size_t>(position++)]) {
+                continue;
+            }
+            const std::size_t word = id / bitsPerWord;
+            if (word >= fresh.size()) {
+                fresh.resize(word + 1);
+            }
+            fresh[word] |= std::uint64_t{1} << id % bitsPerWord;
+            ++count;
+        }
+    });
+    const bool hadAny = filteredCount_ > 0;
+    filtered_.swap(fresh);
+    filteredCount_ = count;
+    shared_ = shared;
+    if (hadAny || count > 0) {
+        RefreshDeviation(root_, height_);
+    }
+}
+
+void RowIndex::SetFiltered(int position, bool filtered, int shared) {
+    const RowId id = At(position);
+    if (IsFiltered(id) == filtered) {
+        return;
+    }
+    path_.reserve(static_cast<std::size_t>(height_) + 1);
+    if (id / bitsPerWord >= filtered_.size()) {
+        filtered_.resize(id / bitsPerWord + 1);
+    }
+    shared_ = shared;
+    const int before = ShownDeviation(id);
+    FlipFiltered(id);
+    AddToDeviationAt(position, ShownDeviation(id) - before);
+}
+
+void RowIndex::ClearFiltered() noexcept {
+    std::vector<std::uint64_t>().swap(filtered_);
+    if (std::exchange(filteredCount_, 0) > 0) {
+        RefreshDeviation(root_, height_);
+    }
 }
 
 void RowIndex::RefreshDeviation(Child& child, int level) noexcept {
@@ -287,10 +348,11 @@ void RowIndex::RefreshDeviation(Child& child, int level) noexcept {
     SumUp(child);
 }
 
-void RowIndex::SetDeviations(SparseMap<int> byId) noexcept {
+void RowIndex::SetDeviations(SparseMap<int> byId, int shared) noexcept {
     const bool wereNone = deviations_.Empty();
     deviations_ = std::move(byId);
-    if (!wereNone || !deviations_.Empty()) {
+    shared_ = shared;
+    if (!wereNone || HasDeviations()) {
         RefreshDeviation(root_, height_);
     }
 }
@@ -298,7 +360,7 @@ void RowIndex::SetDeviations(SparseMap<int> byId) noexcept {
 std::int64_t RowIndex::ExtentBefore(int position, int shared) const {
     assert(position >= 0 && position <= size_);
     std::int64_t extent = static_cast<std::int64_t>(position) * shared;
-    if (deviations_.Empty()) {
+    if (!HasDeviations()) {
         return extent;
     }
     if (position == size_) {
@@ -322,7 +384,7 @@ int RowIndex::PositionAt(std::int64_t y, int shared) const {
     if (y >= static_cast<std::int64_t>(size_) * shared + root_.deviation) {
         return size_;
     }
-    if (deviations_.Empty()) {
+    if (!HasDeviations()) {
         return static_cast<int>(y / shared);
     }
     int position = 0;
@@ -342,7 +404,7 @@ int RowIndex::PositionAt(std::int64_t y, int shared) const {
     }
     const auto& leaf = *static_cast<const Leaf*>(node);
     for (std::size_t i = 0;; ++i, ++position) {
-        y -= shared + Deviation(leaf.ids[i]);
+        y -= shared + ShownDeviation(leaf.ids[i]);
         if (y < 0) {
             return position;
         }
@@ -350,8 +412,8 @@ int RowIndex::PositionAt(std::int64_t y, int shared) const {
 }
 
 std::size_t RowIndex::MemoryUsed() const {
-    return sizeof(*this) + static_cast<std::size_t>(leaves_) * sizeof(Leaf) +
-           static_cast<std::size_t>(inners_) * sizeof(Inner);
+    return sizeof(*this) + filtered_.capacity() * sizeof(filtered_[0]) +
+           static_cast<std::size_t>(leaves_) * sizeof(Leaf) + static_cast<std::size_t>(inners_) * sizeof(Inner);
 }
 
 }  // namespace qvx::flexgrid

@@ -67,11 +67,24 @@ class RowIndex {
 
     // The pixels by which a row's height deviates from the shared height; never below minus the shared height.
     void SetDeviation(int position, int pixels);
+    // A filtered row keeps its deviation, which has no effect meanwhile.
     int Deviation(RowId id) const {
         const int* found = deviations_.Find(id);
         return found ? *found : 0;
     }
-    void SetDeviations(SparseMap<int> byId) noexcept;
+    // `shared` is the shared height that the deviations refer to.
+    void SetDeviations(SparseMap<int> byId, int shared) noexcept;
+
+    // A filtered row has no pixels. Sets it for the rows at the marked positions, and for no others. Strong guarantee.
+    void SetFiltered(const std::vector<bool>& marked, int shared);
+    void SetFiltered(int position, bool filtered, int shared);
+    void ClearFiltered() noexcept;
+    // A row on its way from one position to another is marked before it is inserted. It had a mark before.
+    void RestoreFiltered(RowId id) noexcept { FlipFiltered(id); }
+    bool IsFiltered(RowId id) const {
+        return id / bitsPerWord < filtered_.size() && (filtered_[id / bitsPerWord] >> id % bitsPerWord & 1) != 0;
+    }
+    int FilteredCount() const { return filteredCount_; }
     // Returns the pixels of all rows before this position when each has `shared` pixels and its deviation.
     std::int64_t ExtentBefore(int position, int shared) const;
     // Returns the row that covers pixel y, counted from 0; Size after the last.
@@ -123,6 +136,20 @@ class RowIndex {
     void AddAlongPath(int count, std::int64_t deviation) noexcept;
     void AddChildAlongPath(Child child, int leftCount, std::int64_t leftDeviation, bool rightmost) noexcept;
     std::int64_t DeviationOf(std::span<const RowId> ids) const noexcept;
+    bool HasDeviations() const { return filteredCount_ > 0 || !deviations_.Empty(); }
+    // The deviation in effect.
+    int ShownDeviation(RowId id) const { return IsFiltered(id) ? -shared_ : Deviation(id); }
+    void FlipFiltered(RowId id) noexcept {
+        filtered_[id / bitsPerWord] ^= std::uint64_t{1} << id % bitsPerWord;
+        filteredCount_ += IsFiltered(id) ? 1 : -1;
+    }
+    void AddToDeviationAt(int position, int change);
+    void ForgetHeight(RowId id) noexcept {
+        deviations_.Erase(id);
+        if (IsFiltered(id)) {
+            FlipFiltered(id);
+        }
+    }
 
     // These work on the subtree of a child and update its count and deviation.
     void RemoveFrom(Child& child, int level, int position, int count) noexcept;
@@ -144,7 +171,11 @@ class RowIndex {
     int leaves_ = 0;
     int inners_ = 0;
     SparseMap<int> deviations_;  // no entry means 0
-    Path path_;                  // of the insertion in progress; kept for its memory
+    static constexpr RowId bitsPerWord = 64;
+    std::vector<std::uint64_t> filtered_;  // a bit for each identity, as far as any is set
+    int filteredCount_ = 0;
+    int shared_ = 0;
+    Path path_;  // of the insertion in progress; kept for its memory
     std::unique_ptr<Leaf> spareLeaf_;
     std::vector<std::unique_ptr<Inner>> spareInners_;
 

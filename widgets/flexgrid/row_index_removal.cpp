@@ -6,15 +6,15 @@
 namespace qvx::flexgrid {
 
 void RowIndex::ForgetAll(std::span<const RowId> ids) noexcept {
-    if (!deviations_.Empty()) {
+    if (HasDeviations()) {
         for (const RowId id : ids) {
-            deviations_.Erase(id);
+            ForgetHeight(id);
         }
     }
 }
 
 void RowIndex::ForgetTree(void* node, int level) noexcept {
-    if (deviations_.Empty()) {
+    if (!HasDeviations()) {
         return;
     }
     if (level == 0) {
@@ -174,7 +174,7 @@ void RowIndex::RemoveMarkedFrom(Child& child, int level, const std::vector<bool>
         std::size_t kept = 0;
         for (std::size_t i = 0; i < static_cast<std::size_t>(leaf.count); ++i) {
             if (marked[position + i]) {
-                deviations_.Erase(leaf.ids[i]);
+                ForgetHeight(leaf.ids[i]);
             } else {
                 leaf.ids[kept++] = leaf.ids[i];
             }

@@ -26,6 +26,8 @@ class RowFollower {
     // Called after everything else in the grid's call that can fail.
     virtual void ColumnMoves(int from, int to) = 0;
     virtual void ColumnsCut(int cols) noexcept = 0;
+    // Other rows are filtered out than before.
+    virtual void FilterChanged() noexcept {}
     // Texts and rows are again what they were some calls ago (Grid::AllOrNothing).
     virtual void RolledBack() noexcept {}
 

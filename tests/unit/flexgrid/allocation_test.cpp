@@ -39,6 +39,7 @@ std::unique_ptr<Grid> Furnished(int rows) {
     }
     if (rows > 0) {
         grid->Select(2, 1, 4, 3);
+        grid->SetRowFiltered(3, true);
     }
     return grid;
 }
@@ -107,8 +108,17 @@ const Row rows[] = {
     {"RowHeight back", [](Grid& grid) { grid.SetRowHeight(4, -1); }},
     {"RowHeightMin", [](Grid& grid) { grid.SetRowHeightMin(600); }},
     {"RowData", [](Grid& grid) { grid.SetRowData(8, 77); }},
+    {"filtered rows",
+     [](Grid& grid) {
+         std::vector<bool> filtered(static_cast<std::size_t>(grid.Rows()), true);
+         filtered[2] = false;
+         grid.SetFilteredRows(filtered);
+     }},
+    {"filtered rows behind", [](Grid& grid) { grid.SetRowFiltered(900, true); }, 1200},
+    {"all rows shown", [](Grid& grid) { grid.ShowAllRows(); }},
     {"MergeRow", [](Grid& grid) { grid.SetMergeRow(8, true); }},
     {"the settings of a row", [](Grid& grid) { grid.SetSettings(8, grid.SettingsOf(4)); }},
+    {"the settings of a filtered row", [](Grid& grid) { grid.SetSettings(8, grid.SettingsOf(3)); }},
     {"CellBackColor", [](Grid& grid) { grid.SetCellBackColor(0xABCD); }},
     {"CellFontName", [](Grid& grid) { grid.SetCellFontName(u"Another face with a long name"); }},
     {"Font",

@@ -22,6 +22,7 @@ struct NaiveRow {
     int height = 240;
     std::int32_t data = 0;
     bool merged = false;
+    bool filtered = false;
 };
 
 struct Naive {
@@ -71,7 +72,7 @@ class Work {
         const bool rowFits = row >= 0 && row < rows;
         const bool colFits = col >= 0 && col < cols;
         const Text text = RandomText();
-        switch (Below(17)) {
+        switch (Below(18)) {
             case 0: {
                 const int reach = large_ ? 1500 : 5;
                 const int count = !large_ && Below(4) == 0 ? Below(40) : rows + Below(reach) - reach / 2;
@@ -92,7 +93,9 @@ class Work {
                 // A count of 1 without any row or column would wait for them, which has a test of its own.
                 if (rows > 0 && Try([&] { grid_.SetFixedRows(count); },
                                     Holds(count, rows) || count == naive_.fixedRows ? 0 : 30001)) {
-                    naive_.fixedRows = count;
+                    if (std::exchange(naive_.fixedRows, count) != count) {
+                        ShowAll();
+                    }
                 }
                 if (cols > 0 && Try([&] { grid_.SetFixedCols(count); }, Holds(count, cols) ? 0 : 30001)) {
                     naive_.fixedCols = count;
@@ -165,6 +168,9 @@ class Work {
             case 11:
                 if (rowFits && Try([&] { grid_.SetRowPosition(row, rows - 1 - row); }, 0)) {
                     MoveWithin(naive_.rows, row, rows - 1 - row);
+                    if ((row < naive_.fixedRows) != (rows - 1 - row < naive_.fixedRows)) {
+                        ShowAll();
+                    }
                 }
                 if (colFits && Try([&] { grid_.SetColPosition(col, cols - 1 - col); }, 0)) {
                     for (NaiveRow& each : naive_.rows) {
@@ -206,6 +212,9 @@ class Work {
                                          [](const NaiveRow& a, const NaiveRow& b) { return a.cells[0] > b.cells[0]; });
                     }
                 }
+                break;
+            case 16:
+                Filter(row, col);
                 break;
             default:
                 if (Below(12) == 0 && Try([&] { grid_.Clear(); }, 0)) {
@@ -294,6 +303,37 @@ class Work {
         grid_.SetFillStyle(GridFillStyle::single);
     }
 
+    void ShowAll() {
+        for (NaiveRow& row : naive_.rows) {
+            row.filtered = false;
+        }
+    }
+    // Filters nearly all rows out, or few, or one.
+    void Filter(int row, int col) {
+        const int sort = Below(8);
+        if (sort == 0) {
+            grid_.ShowAllRows();
+            ShowAll();
+        } else if (sort < 3) {
+            std::vector<bool> marked;
+            for (int r = 0; r < grid_.Rows(); ++r) {
+                marked.push_back(Below(10) > (sort == 1 ? 0 : 8));
+            }
+            if (Try([&] { grid_.SetFilteredRows(marked); }, 0)) {
+                for (int r = 0; r < grid_.Rows(); ++r) {
+                    const auto at = static_cast<std::size_t>(r);
+                    naive_.rows[at].filtered = marked[at] && r >= naive_.fixedRows;
+                }
+            }
+        } else {
+            const bool fits = row >= 0 && row < grid_.Rows();
+            const bool filtered = col > 0 && row >= naive_.fixedRows;
+            if (Try([&] { grid_.SetRowFiltered(row, filtered); }, fits ? 0 : 30009)) {
+                naive_.rows[static_cast<std::size_t>(row)].filtered = filtered;
+            }
+        }
+    }
+
     // Where memory runs out the rows before have their text.
     void WriteColumn(int col, int first, int last) {
         std::vector<Text> texts;
@@ -363,10 +403,17 @@ class Work {
         ASSERT_EQ(grid_.FixedRows(), naive_.fixedRows);
         ASSERT_EQ(grid_.FixedCols(), naive_.fixedCols);
         std::int64_t top = 0;
+        int filtered = 0;
         for (int row = 0; row < grid_.Rows(); ++row) {
             const NaiveRow& expected = naive_.rows[static_cast<std::size_t>(row)];
             ASSERT_EQ(grid_.RowTop(row), top);
-            top += expected.height / 15;
+            top += expected.filtered ? 0 : expected.height / 15;
+            filtered += expected.filtered;
+            ASSERT_EQ(grid_.RowFiltered(row), expected.filtered);
+            ASSERT_EQ(grid_.RowPixels(row), expected.filtered ? 0 : expected.height / 15);
+            if (grid_.RowPixels(row) > 0) {
+                ASSERT_EQ(grid_.RowAt(grid_.RowTop(row)), row);
+            }
             ASSERT_EQ(grid_.RowHeight(row), expected.height);
             ASSERT_EQ(grid_.RowData(row), expected.data);
             ASSERT_EQ(grid_.MergeRow(row), expected.merged);
@@ -378,6 +425,7 @@ class Work {
             }
         }
         ASSERT_EQ(grid_.RowTop(grid_.Rows()), top);
+        ASSERT_EQ(grid_.FilteredRows(), filtered);
         const auto within = [](int value, int count) { return value >= 0 && value < std::max(count, 1); };
         ASSERT_TRUE(within(grid_.Row(), grid_.Rows()) && within(grid_.RowSel(), grid_.Rows()));
         ASSERT_TRUE(within(grid_.Col(), grid_.Cols()) && within(grid_.ColSel(), grid_.Cols()));

@@ -66,7 +66,7 @@ inline std::string Describe(const Grid& grid) {
     for (int row = 0; row < grid.Rows(); ++row) {
         out << '\n'
             << row << ": " << grid.RowHeight(row) << ' ' << grid.RowTop(row) << ' ' << grid.RowData(row) << ' '
-            << grid.MergeRow(row) << ' ';
+            << grid.MergeRow(row) << (grid.RowFiltered(row) ? " filtered " : " ");
         for (int col = 0; col < grid.Cols(); ++col) {
             out << '|' << Bytes(grid.TextMatrix(row, col));
             if (const CellFormat* format = grid.FormatOf(row, col)) {

@@ -92,7 +92,7 @@ TEST(RowIndex, AgreesWithPlainArrays) {
                 const RowId id = reference.ids[static_cast<std::size_t>(below(static_cast<std::size_t>(size)))];
                 others.Set(id, reference.deviations[id] = 5);
             }
-            index.SetDeviations(others);
+            index.SetDeviations(others, shared);
         } else if (size > 0) {
             for (int i = 0; i < 5; ++i) {
                 const int at = below(static_cast<std::size_t>(size));

@@ -123,7 +123,7 @@ TEST(ColumnTotals, FollowWhateverChanges) {
     const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
     flexgrid::Grid grid;
     ControlState state;
-    state.footer = u";Sum-0;Count-1;Mean-2;";
+    state.footer = u";Sum-0;Count-1;Mean-2;None-3;";
     EditHistory history(grid);
     Fill(grid, {u"No\tSum\tCount\tMean\tNone", u"1\t0.1\tx\t1\t5", u"2\t0.2\t\t2\t5"});
     ColumnTotals totals(grid, state);
@@ -131,7 +131,11 @@ TEST(ColumnTotals, FollowWhateverChanges) {
     EXPECT_EQ(u"0.3", totals.TextOf(1));
     EXPECT_EQ(u"1", totals.TextOf(2));
     EXPECT_EQ(u"1.5", totals.TextOf(3));
-    EXPECT_EQ(u"", totals.TextOf(4));
+    EXPECT_EQ(u"10", totals.TextOf(4));
+    EXPECT_EQ(u"", totals.TextOf(0));
+    grid.SetFilteredRows({false, true, false});
+    EXPECT_EQ(u"0.2", totals.TextOf(1));
+    EXPECT_EQ(u"10", totals.TextOf(4)) << "of all rows";
     const auto write = [&](int row, int col, TextView text) {
         const Text before = grid.TextMatrix(row, col);
         grid.SetTextMatrix(row, col, text);
@@ -165,18 +169,24 @@ TEST(ColumnTotals, FollowWhateverChanges) {
             case 6:
                 return grid.SetColPosition(1 + below(4), 1 + below(4));
             case 7:
-                return grid.SetRowPosition(below(3), below(rows));
+                return grid.SetRowPosition(below(std::min(rows, 3)), below(rows));
             case 8:
                 grid.SetColumn(below(5), 1, row, [&](const flexgrid::RowView&) { return TextView(number); });
                 return;
             case 9:
                 return grid.SetTextMatrix(0, below(5), below(2) == 0 ? u"Mean" : u"None");
+            case 10:
+                if (rows < 9)
+                    return below(2) == 0
+                               ? grid.ShowAllRows()
+                               : grid.SetFilteredRows(std::vector<bool>(static_cast<std::size_t>(rows), true));
+                return grid.SetRowFiltered(row, !grid.RowFiltered(row));
             default:
                 grid.SetRows(std::max(2, rows - below(5)));
         }
     };
     for (int step = 0; step < 4000; ++step) {
-        change(below(11));
+        change(below(12));
         if (below(3) == 0) continue;  // several changes before the totals are asked for
         ColumnTotals fresh(grid, state);
         for (int col = 0; col < grid.Cols(); ++col) ASSERT_EQ(fresh.TextOf(col), totals.TextOf(col)) << step;

@@ -18,6 +18,7 @@
 #include "controls/grid/projection.h"
 #include "controls/grid/replace_cells.h"
 #include "controls/grid/row_commands.h"
+#include "controls/grid/row_filter.h"
 #include "controls/grid/row_operations.h"
 #include "controls/grid/row_states.h"
 #include "controls/grid/validation.h"
@@ -148,6 +149,7 @@ const Row rows[] = {
     {"rows imported", ImportTexts},
     {"rows exported", ExportAll},
     {"undoing cells", Undo, PasteCells},
+    {"cells pasted around a filtered row", PasteRows, [](Scene& scene) { scene.grid.SetRowFiltered(4, true); }},
     {"undoing an insertion", Undo, InsertAbove},
     {"undoing a deletion", Undo, DeleteCurrent},
     {"undoing a deletion where none is numbered", Undo, Both<NumberNothing, DeleteCurrent>},
@@ -188,6 +190,9 @@ const Row rows[] = {
          (void)FindInvalidCell(scene.grid, scene.state);
          (void)FirstDuplicate(scene.grid, 1);
          (void)CopiedText(scene.grid);
+         RowFilter filter;
+         EXPECT_TRUE(filter.Replace(scene.grid, scene.state, {}, u"[Name]a text of some length*,[Qty]1..3|5"));
+         EXPECT_EQ(filter.RowsToHide(scene.grid, scene.state, {})->size(), 5U);
          (void)SumOfColumn(scene.grid, 2);
      }},
 };

@@ -26,7 +26,10 @@ TEST(ContextMenu, ReadsWhatTheHostHasMadeOfIt) {
     }
     EXPECT_EQ(ReadMenu(u";cut=Remove;").at(0).caption, u"Remove");
     EXPECT_EQ(ReadMenu(u";x==y;").at(0).caption, u"=y");
-    EXPECT_EQ(ReadMenu(DefaultMenu()).size(), 14u) << "nothing of it is dropped";
+    ControlState state;
+    EXPECT_EQ(ReadMenu(DefaultMenu(state)).size(), 14u) << "nothing of it is dropped";
+    state.filterRow = true;
+    EXPECT_EQ(ReadMenu(DefaultMenu(state)).size(), 17u);
 }
 
 TEST(ContextMenu, OffersWhatMakesSense) {
@@ -35,7 +38,7 @@ TEST(ContextMenu, OffersWhatMakesSense) {
     ControlState state;
     const auto offered = [&](int col, const MenuFacts& facts) {
         std::string keys;
-        for (const MenuEntry& entry : ReadMenu(DefaultMenu()))
+        for (const MenuEntry& entry : ReadMenu(DefaultMenu(state)))
             if (entry.command != MenuCommand::separator && MayChoose(entry.command, grid, state, col, facts))
                 keys += Narrow(entry.key) + " ";
         return keys;
@@ -46,6 +49,10 @@ TEST(ContextMenu, OffersWhatMakesSense) {
               "cut copy paste undo insertrow deleterow sortascending sortdescending find ");
     EXPECT_EQ(offered(9, {false, true, false}), "cut copy redo insertrow deleterow find ");
     EXPECT_TRUE(MayChoose(MenuCommand::host, grid, state, 9, {}));
+    state.filterRow = true;
+    EXPECT_EQ(offered(1, {}), "cut copy insertrow deleterow sortascending sortdescending find filter ");
+    grid.SetRowFiltered(1, true);
+    EXPECT_EQ(offered(9, {false, false, false, true}), "cut copy find showall ") << "no row is seen";
     grid.SetRows(1);
     EXPECT_EQ(offered(1, {false, false, true}).find("paste"), std::string::npos) << "there is no row";
 }

@@ -126,6 +126,57 @@ TEST_F(PasteTest, FillsTheSelection) {
     EXPECT_EQ(grid.Cols(), 2);
 }
 
+TEST_F(PasteTest, PassesOverRowsThatAreFilteredOut) {
+    const std::string headers = "No,Name,Qty,Rate,Item,Locked,Key/";
+    const std::string first = "1,a,10,1.5,Cherry,x,k1/";
+    const std::string second = "2,b,20,2.5,,y,k2/";
+    const struct {
+        flexgrid::Cursor selected;
+        std::function<void()> write;
+        std::string rows;
+    } cases[] = {
+        {{1, name, 1, name}, [&] { Paste(u"x\ny"); }, "1,x,10,1.5,Cherry,x,k1/" + second + "3,y,30,3.5,Apple,z,k3"},
+        {{1, name, 1, name},
+         [&] { Paste(u"x\ny\nz"); },
+         "1,x,10,1.5,Cherry,x,k1/" + second + "3,y,30,3.5,Apple,z,k3/,z,,,,,"},
+        {{3, name, 1, name}, [&] { Paste(u"q"); }, "1,q,10,1.5,Cherry,x,k1/" + second + "3,q,30,3.5,Apple,z,k3"},
+        {{1, name, 3, name}, [&] { Write(CellRectangle::FillDown(grid)); }, first + second + "3,a,30,3.5,Apple,z,k3"},
+        {{3, name, 3, name}, [&] { Write(CellRectangle::FillDown(grid)); }, first + second + "3,a,30,3.5,Apple,z,k3"},
+        {{3, name, 2, name}, [&] { Write(CellRectangle::FillDown(grid)); }, first + second + "3,a,30,3.5,Apple,z,k3"},
+        {{1, qty, 3, rate},
+         [&] { Write(CellRectangle::FillRight(grid)); },
+         "1,a,10,10,Cherry,x,k1/" + second + "3,c,30,30,Apple,z,k3"},
+        {{1, name, 3, name},
+         [&] { Write(CellRectangle(grid)); },
+         "1,,10,1.5,Cherry,x,k1/" + second + "3,,30,3.5,Apple,z,k3"},
+        {{2, name, 2, name}, [&] { Write(CellRectangle(grid)); }, first + second + "3,c,30,3.5,Apple,z,k3"},
+    };
+    state.autoAddNew = true;
+    for (const auto& c : cases) {
+        for (const bool listens : {false, true}) {
+            host.listens = listens;
+            grid.SetRowFiltered(2, true);
+            grid.Select(c.selected);
+            c.write();
+            EXPECT_EQ(flexgrid::Shown(grid), headers + c.rows);
+            history.Undo(state);
+        }
+    }
+    grid.Select(1, qty, 3, qty);
+    EXPECT_EQ(u"10\r\n30\r\n", CopiedText(grid));
+    grid.Select(2, qty, 2, qty);
+    EXPECT_FALSE(CopiedText(grid));
+    grid.SetRowFiltered(1, true);
+    SelectAll(grid);
+    EXPECT_EQ(grid.Selection(), (flexgrid::CellRange{3, name, 3, key}));
+    grid.SetRowFiltered(3, true);
+    grid.MoveTo(1, name);
+    SelectColumns(grid);
+    EXPECT_EQ(grid.Selection(), (flexgrid::CellRange{1, name, 3, name})) << "nothing is shown";
+    Write(CellRectangle(grid, u"x"));
+    EXPECT_EQ(flexgrid::Shown(grid), headers + first + second + "3,c,30,3.5,Apple,z,k3");
+}
+
 TEST_F(PasteTest, TellsTheHostOfEveryCellInTurn) {
     grid.MoveTo(1, name);
     Paste(u"x\t5\tq\r\ny");
