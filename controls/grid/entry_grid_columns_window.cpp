@@ -7,7 +7,7 @@
 
 namespace qvx::grid {
 
-Text EntryGrid::UserLayout() { return WriteLayout({LayoutColumns(Model()), SortedBy(), Filter()}); }
+Text EntryGrid::UserLayout() const { return WriteLayout({LayoutColumns(window_->Model()), SortedBy(), Filter()}); }
 
 void EntryGrid::SetUserLayout(TextView text) {
     const auto layout = ReadLayout(text);

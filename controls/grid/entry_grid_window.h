@@ -148,7 +148,7 @@ class EntryGrid final : private flexgrid::GridListener,
 
     // Ends an open edit and sorts the rows by a coded list of columns. Throws error 380 for a list that cannot be read.
     void Sort(TextView columns);
-    Text SortedBy() { return SortColumnsText(Model(), Model().SortMarks()); }
+    Text SortedBy() const { return SortColumnsText(window_->Model(), window_->Model().SortMarks()); }
 
     // Whether the user can search by keys and a bar.
     bool MarkInvalid() const { return state_.markInvalid; }
@@ -161,7 +161,7 @@ class EntryGrid final : private flexgrid::GridListener,
 
     // The user's order and widths of columns, and what the rows are sorted by (user_layout.h). The setter ends an open
     // edit. Throws error 380 for a text that is no layout.
-    Text UserLayout();
+    Text UserLayout() const;
     void SetUserLayout(TextView text);
 
     const Text& Footer() const { return state_.footer; }
