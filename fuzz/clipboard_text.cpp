@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "controls/grid/clipboard_text.h"
+#include "controls/grid/copied_cells.h"
 #include "controls/grid/paste.h"
 #include "fuzz/fuzz_input.h"
 #include "tests/support/clipboard_table.h"

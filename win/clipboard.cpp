@@ -25,22 +25,27 @@ class OpenedClipboard {
     OpenedClipboard& operator=(const OpenedClipboard&) = delete;
 };
 
-class GlobalText {
+class GlobalBytes {
   public:
-    explicit GlobalText(TextView text) : memory_(GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t))) {
-        void* bytes = memory_ ? GlobalLock(memory_) : nullptr;
-        if (!bytes) throw RunTimeError(errors::outOfMemory, u"Out of memory");
-        std::memcpy(bytes, text.data(), text.size() * sizeof(wchar_t));
-        static_cast<wchar_t*>(bytes)[text.size()] = 0;
+    // Copies bytes, and adds as many zeros.
+    GlobalBytes(const void* bytes, std::size_t size, std::size_t zeros)
+        : memory_(GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, size + zeros)) {
+        void* to = memory_ ? GlobalLock(memory_) : nullptr;
+        if (!to) throw RunTimeError(errors::outOfMemory, u"Out of memory");
+        std::memcpy(to, bytes, size);
         GlobalUnlock(memory_);
     }
-    ~GlobalText() {
+    ~GlobalBytes() {
         if (memory_) GlobalFree(memory_);
     }
-    GlobalText(const GlobalText&) = delete;
-    GlobalText& operator=(const GlobalText&) = delete;
-    HGLOBAL Get() const { return memory_; }
-    void GiveAway() { memory_ = nullptr; }
+    GlobalBytes(const GlobalBytes&) = delete;
+    GlobalBytes& operator=(const GlobalBytes&) = delete;
+    // Gives the memory to the clipboard, which is open; false when it is refused.
+    bool Put(UINT format) {
+        if (!SetClipboardData(format, memory_)) return false;
+        memory_ = nullptr;
+        return true;
+    }
 
   private:
     HGLOBAL memory_;
@@ -48,12 +53,15 @@ class GlobalText {
 
 }  // namespace
 
-void PutOnClipboard(HWND owner, TextView text) {
-    GlobalText memory(text);
+void PutOnClipboard(HWND owner, TextView text, const std::optional<std::string>& html) {
+    GlobalBytes plain(text.data(), text.size() * sizeof(wchar_t), sizeof(wchar_t));
+    std::optional<GlobalBytes> table;
+    if (html) table.emplace(html->data(), html->size(), 1);
     const OpenedClipboard clipboard(owner);
-    if (!EmptyClipboard() || !SetClipboardData(CF_UNICODETEXT, memory.Get()))
+    if (!EmptyClipboard() || !plain.Put(CF_UNICODETEXT))
         throw RunTimeError(clipboardUnavailable, u"Can't open Clipboard");
-    memory.GiveAway();
+    // Programs take the first form that they know, and those that know HTML mostly prefer it themselves.
+    if (table) table->Put(RegisterClipboardFormatW(L"HTML Format"));
 }
 
 std::optional<Text> TextOnClipboard(HWND owner) {

@@ -1,6 +1,7 @@
 // Undo, redo and the clipboard of a grid for data entry: the editor's while it is open, else the grid's.
 #include "com/guard.h"
 #include "common/locale.h"
+#include "controls/grid/copied_cells.h"
 #include "controls/grid/entry_grid_window.h"
 #include "win/clipboard.h"
 
@@ -39,7 +40,8 @@ void EntryGrid::Copy() {
         SendMessageW(field, WM_COPY, 0, 0);
         return;
     }
-    if (const auto text = CopiedText(Model())) PutOnClipboard(events_.ControlWindow(), *text);
+    if (const auto text = CopiedText(Model()))
+        PutOnClipboard(events_.ControlWindow(), *text, CopiedHtml(Model(), state_));
 }
 
 void EntryGrid::Cut() {

@@ -6,6 +6,52 @@
 namespace qvx::grid {
 namespace {
 
+TextView Aligned(ExportAlignment alignment, const ExportColumn& column) {
+    switch (alignment) {
+        case ExportAlignment::left:
+            return u"left";
+        case ExportAlignment::center:
+            return u"center";
+        case ExportAlignment::right:
+            return u"right";
+        case ExportAlignment::general:
+            break;
+    }
+    return column.dataType == data_type::digits || column.dataType == data_type::numerics ? u"right" : u"left";
+}
+
+class HtmlWriter final : public TableWriter {
+  public:
+    HtmlWriter(const ExportedCells& cells, ExportBlocks& blocks) : columns_(cells.columns), blocks_(blocks) {
+        blocks_.Add(
+            "<!DOCTYPE html>\r\n<html>\r\n<head>\r\n<meta charset=\"utf-8\">\r\n<title>Table</title>\r\n"
+            "<style>table { border-collapse: collapse } th, td { border: 1px solid; padding: 0.2em 0.5em }\r\n"
+            "td, th { white-space: pre-wrap } .l { text-align: left } .c { text-align: center } "
+            ".r { text-align: right }</style>\r\n</head>\r\n<body>\r\n<table>\r\n");
+    }
+    void AddRow(bool header, std::span<const TextView> texts) override {
+        line_ = u"<tr>";
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            const ExportColumn& column = columns_[i];
+            line_ += header ? u"<th class=\"" : u"<td class=\"";
+            line_ += Aligned(header ? column.headerAlignment : column.alignment, column).front();
+            line_ += u"\">";
+            AppendHtmlText(line_, texts[i]);
+            line_ += header ? u"</th>" : u"</td>";
+        }
+        line_ += u"</tr>\r\n";
+        blocks_.Add(EncodeUtf8(line_));
+    }
+    void End() override { blocks_.Add("</table>\r\n</body>\r\n</html>\r\n"); }
+
+  private:
+    const std::vector<ExportColumn>& columns_;
+    ExportBlocks& blocks_;
+    Text line_;
+};
+
+}  // namespace
+
 // A line end of any kind becomes a line break.
 void AppendHtmlText(Text& to, TextView text) {
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -26,52 +72,7 @@ void AppendHtmlText(Text& to, TextView text) {
     }
 }
 
-TextView AttributeFor(ExportAlignment alignment, bool number) {
-    switch (alignment) {
-        case ExportAlignment::left:
-            return u" class=\"l\"";
-        case ExportAlignment::center:
-            return u" class=\"c\"";
-        case ExportAlignment::right:
-            return u" class=\"r\"";
-        case ExportAlignment::general:
-            break;
-    }
-    return number ? u" class=\"r\"" : u" class=\"l\"";
-}
-
-class HtmlWriter final : public TableWriter {
-  public:
-    HtmlWriter(const ExportedCells& cells, ExportBlocks& blocks) : columns_(cells.columns), blocks_(blocks) {
-        blocks_.Add(
-            "<!DOCTYPE html>\r\n<html>\r\n<head>\r\n<meta charset=\"utf-8\">\r\n<title>Table</title>\r\n"
-            "<style>table { border-collapse: collapse } th, td { border: 1px solid; padding: 0.2em 0.5em }\r\n"
-            "td, th { white-space: pre-wrap } .l { text-align: left } .c { text-align: center } "
-            ".r { text-align: right }</style>\r\n</head>\r\n<body>\r\n<table>\r\n");
-    }
-    void AddRow(bool header, std::span<const TextView> texts) override {
-        line_ = u"<tr>";
-        for (std::size_t i = 0; i < texts.size(); ++i) {
-            const ExportColumn& column = columns_[i];
-            const bool number = column.dataType == data_type::digits || column.dataType == data_type::numerics;
-            line_ += header ? u"<th" : u"<td";
-            line_ += AttributeFor(header ? column.headerAlignment : column.alignment, number);
-            line_ += u'>';
-            AppendHtmlText(line_, texts[i]);
-            line_ += header ? u"</th>" : u"</td>";
-        }
-        line_ += u"</tr>\r\n";
-        blocks_.Add(EncodeUtf8(line_));
-    }
-    void End() override { blocks_.Add("</table>\r\n</body>\r\n</html>\r\n"); }
-
-  private:
-    const std::vector<ExportColumn>& columns_;
-    ExportBlocks& blocks_;
-    Text line_;
-};
-
-}  // namespace
+TextView HtmlAlignment(const ExportColumn& column) { return Aligned(column.alignment, column); }
 
 std::unique_ptr<TableWriter> MakeHtmlWriter(const ExportedCells& cells, ExportBlocks& blocks) {
     return std::make_unique<HtmlWriter>(cells, blocks);

@@ -11,4 +11,10 @@ namespace qvx::grid {
 // contain becomes U+FFFD.
 std::unique_ptr<TableWriter> MakeHtmlWriter(const ExportedCells& cells, ExportBlocks& blocks);
 
+// Appends a text as the contents of an element.
+void AppendHtmlText(Text& to, TextView text);
+
+// Returns where a column's texts are: "left", "center" or "right".
+TextView HtmlAlignment(const ExportColumn& column);
+
 }  // namespace qvx::grid

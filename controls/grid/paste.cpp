@@ -9,20 +9,6 @@
 
 namespace qvx::grid {
 
-std::optional<Text> CopiedText(const flexgrid::Grid& grid) {
-    const flexgrid::CellRange range = grid.Selection();
-    const int first = grid.UnfilteredRow(range.top, 1);
-    if (range.Empty() || first < 0 || first > range.bottom) return std::nullopt;
-    ClipboardWriter writer;
-    Text scratch;
-    grid.ForEachRow(first, range.bottom, [&](int row, const flexgrid::RowView& cells) {
-        if (grid.RowFiltered(row)) return;
-        for (int col = range.left; col <= range.right; ++col) writer.AddCell(cells[col].AsWide(scratch));
-        writer.EndRow();
-    });
-    return writer.Take();
-}
-
 void SelectAll(flexgrid::Grid& grid) {
     if (grid.FixedRows() < grid.Rows() && grid.FixedCols() < grid.Cols())
         grid.Select(grid.OnUnfilteredRows({grid.FixedRows(), grid.FixedCols(), grid.Rows() - 1, grid.Cols() - 1}));

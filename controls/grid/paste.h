@@ -35,10 +35,6 @@ struct CellSources {
     std::function<ListState(int col)> list;  // of a list-only column
 };
 
-// Returns the selected cells as text for the clipboard, including hidden ones, but not those of rows that are filtered
-// out; nullopt without any.
-std::optional<Text> CopiedText(const flexgrid::Grid& grid);
-
 // Selects all cells except the fixed ones. The ends of these selections are in rows that are not filtered out.
 void SelectAll(flexgrid::Grid& grid);
 // Extends the selection to whole rows or columns, except for the fixed cells.

@@ -7,6 +7,7 @@
 #include "common/text_compare.h"
 #include "controls/grid/cell_clean.h"
 #include "controls/grid/clipboard_text.h"
+#include "controls/grid/column_lists.h"
 #include "controls/grid/html_table.h"
 #include "controls/grid/xlsx_sheet.h"
 
@@ -43,6 +44,11 @@ class CsvWriter final : public TableWriter {
 
 }  // namespace
 
+ExportColumn ExportColumnOf(const flexgrid::Grid& grid, const ControlState& state, int col) {
+    return {col, CleaningCode(state.columnsDataType, CaptionOf(grid, col)), HorizontalOf(grid.ColAlignment(col)),
+            HorizontalOf(grid.FixedAlignment(col)), grid.ColWidth(col)};
+}
+
 ExportedCells ChooseCells(const flexgrid::Grid& grid, const ControlState& state, bool selectedOnly) {
     ExportedCells chosen;
     chosen.structure = grid.StructureVersion();
@@ -56,11 +62,7 @@ ExportedCells ChooseCells(const flexgrid::Grid& grid, const ControlState& state,
     for (int row = 0; row < grid.FixedRows(); ++row) chosen.headers += grid.RowPixels(row) > 0;
     for (int row = range.top; row <= range.bottom; ++row) chosen.total += grid.RowPixels(row) > 0;
     for (int col = range.left; col <= range.right; ++col) {
-        const int twips = grid.ColWidth(col);
-        if (twips == 0) continue;
-        const Text caption = grid.Rows() > 0 ? grid.TextArray(col) : Text();
-        chosen.columns.push_back({col, CleaningCode(state.columnsDataType, caption),
-                                  HorizontalOf(grid.ColAlignment(col)), HorizontalOf(grid.FixedAlignment(col)), twips});
+        if (grid.ColWidth(col) > 0) chosen.columns.push_back(ExportColumnOf(grid, state, col));
     }
     return chosen;
 }

@@ -64,6 +64,8 @@ struct ExportColumn {
     int twips = 0;
 };
 
+ExportColumn ExportColumnOf(const flexgrid::Grid& grid, const ControlState& state, int col);
+
 // The cells that are written: those of the columns and rows that are shown, or the selected ones among them with their
 // headers.
 struct ExportedCells {

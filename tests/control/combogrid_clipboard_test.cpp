@@ -59,6 +59,7 @@ TEST(ComboGridClipboard, CopiesAndPastesByKeysOneCellAfterTheOther) {
     form.Log();
     EXPECT_FALSE(form.Press('C', {VK_CONTROL}));
     EXPECT_EQ("Nut|8/ ", Clipboard::Get(form));
+    EXPECT_TRUE(IsClipboardFormatAvailable(RegisterClipboardFormatW(L"HTML Format"))) << "a table for other programs";
     EXPECT_EQ("", form.Log());
     form.GoTo(2, F::name);
     EXPECT_FALSE(form.Press('V', {VK_CONTROL}));

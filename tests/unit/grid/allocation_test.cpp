@@ -10,6 +10,7 @@
 #include "controls/grid/clipboard_text.h"
 #include "controls/grid/column_index.h"
 #include "controls/grid/column_sort.h"
+#include "controls/grid/copied_cells.h"
 #include "controls/grid/csv_import.h"
 #include "controls/grid/duplicate_rows.h"
 #include "controls/grid/edit_history.h"
@@ -190,6 +191,7 @@ const Row rows[] = {
          (void)FindInvalidCell(scene.grid, scene.state);
          (void)FirstDuplicate(scene.grid, 1);
          (void)CopiedText(scene.grid);
+         (void)CopiedHtml(scene.grid, scene.state);
          RowFilter filter;
          EXPECT_TRUE(filter.Replace(scene.grid, scene.state, {}, u"[Name]a text of some length*,[Qty]1..3|5"));
          EXPECT_EQ(filter.RowsToHide(scene.grid, scene.state, {})->size(), 5U);

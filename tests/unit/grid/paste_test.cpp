@@ -1,4 +1,5 @@
 #include "controls/grid/paste.h"
+#include "controls/grid/copied_cells.h"
 
 #include <gtest/gtest.h>
 
@@ -166,6 +167,7 @@ TEST_F(PasteTest, PassesOverRowsThatAreFilteredOut) {
     EXPECT_EQ(u"10\r\n30\r\n", CopiedText(grid));
     grid.Select(2, qty, 2, qty);
     EXPECT_FALSE(CopiedText(grid));
+    EXPECT_FALSE(CopiedHtml(grid, state));
     grid.SetRowFiltered(1, true);
     SelectAll(grid);
     EXPECT_EQ(grid.Selection(), (flexgrid::CellRange{3, name, 3, key}));
@@ -286,6 +288,25 @@ TEST_F(PasteTest, CopyAndEmptyTheSelection) {
     grid.SetTextMatrix(2, name, u"two\nlines");
     grid.Select(2, locked, 1, name);
     EXPECT_EQ(u"a\t10\t1.5\tCherry\tx\r\n\"two\nlines\"\t20\t2.5\t\ty\r\n", CopiedText(grid));
+    // The header's positions are those of the document and of the table in it.
+    const std::string html = CopiedHtml(grid, state).value_or("");
+    const auto from = [&](const std::string& field) {
+        return html.substr(std::stoul(html.substr(html.find(field + ":") + field.size() + 1)));
+    };
+    const auto between = [&](const std::string& start, const std::string& end) {
+        return from(start).substr(0, from(start).size() - from(end).size());
+    };
+    EXPECT_EQ(0U, from("EndHTML").size());
+    EXPECT_EQ("<html><body>\r\n<!--StartFragment-->" + between("StartFragment", "EndFragment") +
+                  "<!--EndFragment-->\r\n</body></html>",
+              between("StartHTML", "EndHTML"));
+    EXPECT_EQ(
+        "<table>\r\n<tr><td style=\"text-align:left\">a</td><td style=\"text-align:right\">10</td>"
+        "<td style=\"text-align:right\">1.5</td><td style=\"text-align:left\">Cherry</td>"
+        "<td style=\"text-align:left\">x</td></tr>\r\n<tr><td style=\"text-align:left\">two<br>lines</td>"
+        "<td style=\"text-align:right\">20</td><td style=\"text-align:right\">2.5</td>"
+        "<td style=\"text-align:left\"></td><td style=\"text-align:left\">y</td></tr>\r\n</table>",
+        between("StartFragment", "EndFragment"));
     host.listens = false;
     Write(CellRectangle(grid));
     EXPECT_EQ("1||0|0|Cherry|x|k1", Row(1)) << "numbers and list entries as an emptied editor leaves them";
