@@ -20,9 +20,15 @@ Text EntryGrid::Filterer::KeyOf(int col) const {
 
 void EntryGrid::Filterer::SetList(TextView list) {
     owner_.CommitOpenEdit();
+    RowFilter before = filter_;
     if (!filter_.Replace(owner_.Model(), owner_.state_, Help(), list))
         throw RunTimeError(errors::invalidPropertyValue, u"Invalid property value");
-    Apply();
+    try {
+        Apply();
+    } catch (...) {
+        filter_ = std::move(before);
+        throw;
+    }
 }
 
 void EntryGrid::Filterer::Apply() {
@@ -38,8 +44,9 @@ void EntryGrid::Filterer::Apply() {
         grid.ShowAllRows();
     }
     owner_.LeaveFilteredRow();
-    if (grid.Row() < grid.Rows() && grid.Col() < grid.Cols() && !grid.RowFiltered(grid.Row()))
-        owner_.window_->ScrollIntoView(grid.Row(), grid.Col());
+    // Sideways, the field in which the user is typing stays in view.
+    if (grid.Row() < grid.Rows() && !grid.RowFiltered(grid.Row()))
+        owner_.window_->ScrollIntoView(grid.Row(), grid.LeftCol());
     strip_.Refresh(Look());
 }
 

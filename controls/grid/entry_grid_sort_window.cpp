@@ -48,6 +48,8 @@ bool EntryGrid::SortBy(const SortColumns& columns) {
     ChangeKeptRows([&] { done = SortRows(grid, state_, history_, columns, help); });
     // The record with the cursor stays at its height in the window.
     if (done && follows) window_->ScrollTo(grid.Row() - offset, grid.LeftCol());
+    // Between the two, there may be more rows now that a filter shows.
+    if (done && follows && grid.FilteredRows() > 0) window_->ScrollIntoView(grid.Row(), grid.LeftCol());
     return done;
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "common/flag_scope.h"
+#include "common/text_direction.h"
 #include "win/dpi.h"
 #include "win/module_instance.h"
 #include "win/window_text.h"
@@ -18,20 +19,24 @@ constexpr UINT typingPause = 250;  // milliseconds
 struct FieldColor {
     OleColor back;
     OleColor fore;
+    OleColor frame;
 };
 
 FieldColor ColorOf(FieldState state) {
     constexpr OleColor red = 0x0000C0;
     switch (state) {
         case FieldState::Filters:
-            return {colors::infoBackground, colors::infoText};
+            return {colors::infoBackground, colors::infoText, colors::highlight};
         case FieldState::Unreadable:
-            return {colors::windowBackground, red};
+            return {colors::windowBackground, red, red};
         case FieldState::Empty:
             break;
     }
-    return {colors::windowBackground, colors::windowText};
+    return {colors::windowBackground, colors::windowText, colors::buttonShadow};
 }
+
+// Conditions are read from left to right, as they are typed, unless they begin with letters of the other direction.
+bool IsRightToLeft(TextView text) { return ReadsRightToLeft(text, false); }
 
 }  // namespace
 
@@ -95,8 +100,10 @@ StripLayout FilterStripWindow::Layout() {
 void FilterStripWindow::PlaceEdit(const StripLayout& layout) {
     if (!edit_) return;
     const SharedFont font = AcquireFont(look_.font, look_.dpi);
-    if (std::exchange(editFont_, font) != font)
+    if (std::exchange(editFont_, font) != font) {
         SendMessageW(edit_, WM_SETFONT, reinterpret_cast<WPARAM>(font->Get()), TRUE);
+        SendMessageW(edit_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
+    }
     Rect area{};
     for (const FilterField& field : layout.fields)
         if (field.col == col_) area = field.area;
@@ -113,15 +120,19 @@ void FilterStripWindow::PlaceEdit(const StripLayout& layout) {
 void FilterStripWindow::DrawField(Surface& surface, const FilterField& field) {
     const FieldColor color = ColorOf(listener_.StateOfField(field.col));
     surface.FillRect(field.area, color.back);
-    surface.FrameRect(field.area, colors::buttonShadow);
+    surface.FrameRect(field.area, color.frame);
+    if (color.frame != colors::buttonShadow) {
+        const Rect& area = field.area;
+        surface.FrameRect({area.left + 1, area.top + 1, area.right - 1, area.bottom - 1}, color.frame);
+    }
     const int across = Scaled(3, look_.dpi.x);
     const Rect inside{field.area.left + across, field.area.top, field.area.right - across, field.area.bottom};
-    const unsigned side = look_.rightToLeft ? text_format::right | text_format::rightToLeft : text_format::left;
     const Text text = listener_.FieldText(field.col);
-    if (!text.empty() && field.col != col_)
-        surface.DrawLabel(
-            text, inside, look_.font, color.fore,
-            text_format::middle | text_format::singleLine | text_format::noPrefix | text_format::endEllipsis | side);
+    if (text.empty() || field.col == col_) return;
+    surface.DrawLabel(text, inside, look_.font, color.fore,
+                      text_format::middle | text_format::singleLine | text_format::noPrefix | text_format::endEllipsis |
+                          (look_.rightToLeft ? text_format::right : text_format::left) |
+                          (IsRightToLeft(text) ? text_format::rightToLeft : 0));
 }
 
 void FilterStripWindow::OnPaint() {
@@ -141,9 +152,8 @@ void FilterStripWindow::OnPaint() {
 // ---- The edit field ------------------------------------------------------------------------------------------------
 
 bool FilterStripWindow::CreateEdit() {
-    const DWORD exStyle = look_.rightToLeft ? WS_EX_RTLREADING | WS_EX_RIGHT : 0;
-    edit_ = CreateWindowExW(exStyle, L"EDIT", L"", WS_CHILD | WS_TABSTOP | ES_AUTOHSCROLL, 0, 0, 0, 0, Handle(),
-                            reinterpret_cast<HMENU>(1), ModuleInstance(), nullptr);
+    edit_ = CreateWindowExW(look_.rightToLeft ? WS_EX_RIGHT : 0, L"EDIT", L"", WS_CHILD | WS_TABSTOP | ES_AUTOHSCROLL,
+                            0, 0, 0, 0, Handle(), reinterpret_cast<HMENU>(1), ModuleInstance(), nullptr);
     if (!edit_) return false;
     editFont_.reset();
     name_.Attach(edit_);
@@ -211,6 +221,11 @@ LRESULT FilterStripWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
         case WM_ERASEBKGND:
             return 1;
         case WM_COMMAND:
+            if (HIWORD(wParam) == EN_CHANGE && edit_) {
+                const LONG_PTR style = GetWindowLongPtrW(edit_, GWL_EXSTYLE);
+                if (IsRightToLeft(WindowText(edit_)) != ((style & WS_EX_RTLREADING) != 0))
+                    SetWindowLongPtrW(edit_, GWL_EXSTYLE, style ^ WS_EX_RTLREADING);
+            }
             if (HIWORD(wParam) == EN_CHANGE && !writing_) {
                 typing_ = true;
                 SetTimer(Handle(), typingTimer, typingPause, nullptr);

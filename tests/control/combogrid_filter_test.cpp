@@ -117,7 +117,7 @@ TEST_F(ComboGridFilter, TheEditorIsOverItsCellAndTheFieldsAreOverTheirColumns) {
         EXPECT_EQ(Field(), GetFocus());
         const RECT field = place(Field());
         EXPECT_TRUE(PtInRect(&field, inside));
-        EXPECT_EQ(rightToLeft, (GetWindowLongW(Field(), GWL_EXSTYLE) & WS_EX_RTLREADING) != 0);
+        EXPECT_EQ(rightToLeft, (GetWindowLongW(Field(), GWL_EXSTYLE) & WS_EX_RIGHT) != 0);
     }
     Put(form.grid.get(), L"Enabled", {Variant(false)});
     EXPECT_FALSE(IsWindowEnabled(Strip()));

@@ -149,7 +149,7 @@ class FormResolution : public host::HostFormTest {
         "  Begin Qvx.RButton cmdGo\r\n    Left = 105\r\n    Top = 1200\r\n    Width = 1215\r\n    Height = 375\r\n"
         "  End\r\n"
         "  Begin Qvx.ComboGrid grd\r\n    Left = 1500\r\n    Top = 1200\r\n    Width = 3000\r\n    Height = 1500\r\n"
-        "  End\r\nEnd\r\n";
+        "    Cols = 3\r\n    FormatString = \"No|Name|Qty\"\r\n    FilterRow = -1\r\n  End\r\nEnd\r\n";
 };
 
 TEST_F(FormResolution, AFormAndItsControlsFollowTheirMonitor) {

@@ -10,6 +10,7 @@
 #include "controls/grid/cell_clean.h"
 #include "controls/grid/cell_step.h"
 #include "controls/grid/column_lists.h"
+#include "controls/grid/filter_strip.h"
 #include "controls/grid/invalid_marks.h"
 #include "tests/unit/grid/grid_fixture.h"
 
@@ -222,6 +223,39 @@ TEST_F(FilteredGrid, RestoredRowsAreHiddenByTheFilterThatHidThem) {
         EXPECT_FALSE(grid.RowFiltered(3));
         EXPECT_EQ(grid.RowFiltered(4), same);
     }
+}
+
+TEST(FilterStrip, HasAFieldOverEachColumnThatScrolls) {
+    const std::vector<flexgrid::Span> columns{{0, 1, 61}, {2, 61, 141}, {3, 141, 144}, {5, 144, 200}};
+    const std::vector<flexgrid::Span> mirrored{{0, 239, 299}, {2, 159, 239}};
+    const auto places = [](const StripLayout& layout) {
+        std::string text;
+        for (const FilterField& field : layout.fields)
+            text += std::to_string(field.col) + ":" + std::to_string(field.area.left) + "-" +
+                    std::to_string(field.area.right) + " ";
+        return text + std::to_string(layout.count.left) + "-" + std::to_string(layout.count.right);
+    };
+    const Dpi dpi{96, 96};
+    EXPECT_EQ("2:61-140 5:144-199 204-296", places(LayOutStrip(columns, 1, {{300, 25}, dpi, 60, false})));
+    EXPECT_EQ("2:61-140 5:144-199 5-57", places(LayOutStrip(columns, 1, {{230, 25}, dpi, 50, false}))) << "the corner";
+    EXPECT_EQ("2:61-140 5:144-199 0-0", places(LayOutStrip(columns, 1, {{230, 25}, dpi, 60, false})));
+    EXPECT_EQ("2:61-140 5:144-199 0-0", places(LayOutStrip(columns, 1, {{300, 25}, dpi, 0, false})));
+    EXPECT_EQ("2:159-238 4-155", places(LayOutStrip(mirrored, 1, {{300, 25}, dpi, 60, true})));
+    EXPECT_EQ("0 of 1,234,567", Narrow(ShownRowsText(0, 1'234'567)));
+}
+
+TEST_F(FilteredGrid, KeysOfAFieldAndTheFieldsThatTheyGoThrough) {
+    grid.SetColWidth(2, 0);
+    EXPECT_EQ(NextFilterColumn(grid, 1, 1), 3);
+    EXPECT_EQ(NextFilterColumn(grid, 3, 1), 1);
+    EXPECT_EQ(NextFilterColumn(grid, 1, -1), 3);
+    const int both = keys::controlMask | keys::shiftMask;
+    EXPECT_EQ(DecideStripKey(keys::escape, 0), StripKey::Clear);
+    EXPECT_EQ(DecideStripKey(keys::down, keys::altMask), StripKey::None);
+    EXPECT_EQ(DecideStripKey(keys::tab, keys::shiftMask), StripKey::PreviousField);
+    EXPECT_EQ(DecideStripKey('A', keys::controlMask), StripKey::SelectAll);
+    EXPECT_EQ(DecideStripKey('L', both), StripKey::ToGrid);
+    EXPECT_FALSE(IsFilterKey('L', both, state)) << "without FilterRow";
 }
 
 }  // namespace
