@@ -135,6 +135,9 @@ const PropertyTable& ComboGridControl::Properties() {
             .Field(u"ListClickCommits", &ControlState::listClickCommits)
             .Field(u"KeepEditing", &ControlState::keepEditing)
             .Field(u"FitColumns", &ControlState::fitColumns)
+            .Member(u"TrackRows", false, &EntryGrid::TrackRows, &EntryGrid::SetTrackRows)
+            .Field(u"MarkChanged", &ControlState::markChanged)
+            .Field(u"BindFields", &ControlState::bindFields)
             .Done();
     return table;
 }

@@ -24,6 +24,7 @@ struct ControlState {
     Text unChangableColumns;
     Text listColumns;
     Text inActiveColumns;
+    Text bindFields;     // "[Caption]field,[Caption]field": see FieldMap
     int keyColumn = -1;  // below 0: there is no key column
     int bindFrom = 1;
     ListArrows listArrows = ListArrows::none;
@@ -42,6 +43,7 @@ struct ControlState {
     bool keepEditing = false;       // the edit stays open while the user is in another program
     bool fitColumns = false;        // a double click on a border in the header fits the column
     bool markInvalid = false;       // cells that break a rule are marked, and F8 goes through them
+    bool markChanged = false;       // rows that differ from their records are marked
     bool contextMenu = false;       // the right button opens the grid's menu
     bool onErrorFirst = false;      // the host is notified of failures before the user
     bool changed = false;           // set by every committed edit

@@ -70,6 +70,8 @@ EntryGrid::EntryGrid(EntryGridEvents& events)
     : events_(events),
       window_(std::make_unique<flexgrid::FlexGridWindow>()),
       marks_(window_->Model(), state_),
+      states_(window_->Model(), state_),
+      entryMarks_(marks_, states_, state_),
       projection_(window_->Model(), state_),
       history_(window_->Model()) {
     accessible_ = MakeAccessible();
@@ -308,7 +310,7 @@ void EntryGrid::RowColChange() {
 void EntryGrid::Invalidated(flexgrid::GridChange change, const flexgrid::CellRange& range) {
     if (finder_) finder_->Invalidated(change, range);
     // An entry in one cell may mark others of its row.
-    if (state_.markInvalid) RefreshMarks();
+    if (entryMarks_.Any()) RefreshMarks();
     events_.Invalidated(change, range);
 }
 
