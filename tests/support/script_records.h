@@ -163,6 +163,7 @@ class ScriptRecords final : public ComObject<UntypedDispatch> {
             case 12:
                 Leave();
                 pending_.assign(fieldNames.size(), Variant());
+                for (Variant& value : pending_) value.ptr()->vt = VT_NULL;
                 adds_ = true;
                 break;
             case 13:
