@@ -30,7 +30,10 @@ STDMETHODIMP ComboGridControl::AcceptChanges() {
 
 STDMETHODIMP ComboGridControl::Apply(IDispatch* records, BSTR keyFields, long* result) {
     const auto keep = ControlBase::KeepAlive();
-    return Give(result, [&] { return entry_.Apply(*MakeRecordTarget(records), FromBstr(keyFields)); });
+    return Give(result, [&] {
+        entry_.CheckTracked();
+        return entry_.Apply(*MakeRecordTarget(records), FromBstr(keyFields));
+    });
 }
 
 void ComboGridControl::ApplyConflict(const RecordConflict& conflict, bool& overwrite, bool& cancel) {

@@ -20,9 +20,12 @@ void EntryGrid::AcceptChanges() {
     RefreshMarks();
 }
 
+void EntryGrid::CheckTracked() const {
+    if (!states_.On()) throw RunTimeError(errors::invalidProcedureCall, u"Only rows that are tracked can be applied.");
+}
+
 int EntryGrid::Apply(RecordTarget& target, TextView keyFields) {
     CommitOpenEdit();
-    if (!states_.On()) throw RunTimeError(errors::invalidProcedureCall, u"Only rows that are tracked can be applied.");
     const FieldMap map(Model(), state_, target.FieldNames());
     const int written = ApplyChanges(Model(), states_, map, target, keyFields, [this](const RecordConflict& conflict) {
         bool overwrite = false;

@@ -169,7 +169,9 @@ class EntryGrid final : private flexgrid::GridListener,
     const RowStates& States() const { return states_; }
     // Ends an open edit and makes all rows unchanged.
     void AcceptChanges();
-    // Ends an open edit and writes the rows that have changed (ApplyChanges). Throws error 5 without TrackRows.
+    // Throws error 5 without TrackRows.
+    void CheckTracked() const;
+    // Ends an open edit and writes the rows that have changed (ApplyChanges).
     int Apply(RecordTarget& target, TextView keyFields);
 
     bool FindBar() const { return state_.findBar; }
