@@ -310,7 +310,8 @@ void EntryGrid::RowColChange() {
 void EntryGrid::Invalidated(flexgrid::GridChange change, const flexgrid::CellRange& range) {
     if (finder_) finder_->Invalidated(change, range);
     // An entry in one cell may mark others of its row.
-    if (entryMarks_.Any()) RefreshMarks();
+    using flexgrid::GridChange;
+    if ((change == GridChange::texts || change == GridChange::layout) && entryMarks_.Any()) RefreshMarks();
     events_.Invalidated(change, range);
 }
 

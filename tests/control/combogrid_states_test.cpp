@@ -11,6 +11,7 @@
 #include "com/wide_text.h"
 #include "tests/control/combogrid_form.h"
 #include "tests/support/dialog_closer.h"
+#include "tests/support/drawn_picture.h"
 #include "tests/support/files.h"
 #include "tests/support/input.h"
 #include "tests/support/message_box.h"
@@ -161,6 +162,29 @@ TEST(ComboGridStates, CountWhoeverMakesTheChange) {
         EXPECT_EQ(c.states, States(form));
         Put(form.grid.get(), L"TrackRows", {Variant(false)});
         EXPECT_EQ(std::string(static_cast<std::size_t>(form.Number(L"Rows")) - 1, 'u'), States(form));
+    }
+}
+
+// Scrolling moves what is drawn already, and the bars must not move with it.
+TEST(ComboGridStates, BarsStayWhereRowsBegin) {
+    F form({{L"TrackRows", Variant(true)}, {L"MarkChanged", Variant(true)}});
+    LoadThree(form);
+    form.SetCell(2, F::qty, u"1");
+    const auto inner = form.Inner();
+    Put(inner.get(), L"FixedCols", {Variant(0)});
+    const auto picture = [&] {
+        form.Pump();
+        return PictureOnScreen(form.InnerGrid());
+    };
+    picture();
+    for (const int left : {1, 2, 1, 0}) {
+        Put(inner.get(), L"LeftCol", {Variant(left)});
+        const PixelPicture scrolled = picture();
+        int green = 0;
+        for (const COLORREF pixel : scrolled.pixels) green += pixel == RGB(0, 128, 0) ? 1 : 0;
+        EXPECT_GT(green, 0);
+        Call(inner.get(), L"Refresh");
+        EXPECT_EQ(scrolled.pixels, picture().pixels) << left;
     }
 }
 
