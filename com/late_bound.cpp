@@ -104,10 +104,21 @@ Variant LateMember::Get(IDispatch* object, std::initializer_list<Variant> argume
     for (const Variant& argument : arguments) reversed.push_back(argument.get());
     std::reverse(reversed.begin(), reversed.end());
     DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+    return Invoke(object, DISPATCH_METHOD | DISPATCH_PROPERTYGET, parameters);
+}
+
+void LateMember::Put(IDispatch* object, const Variant& value) const {
+    VARIANT plain = value.get();
+    DISPID named = DISPID_PROPERTYPUT;
+    DISPPARAMS parameters{&plain, &named, 1, 1};
+    Invoke(object, DISPATCH_PROPERTYPUT, parameters);
+}
+
+Variant LateMember::Invoke(IDispatch* object, WORD flags, DISPPARAMS& parameters) const {
     Variant result;
     EXCEPINFO exception{};
-    const HRESULT code = object->Invoke(id_, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                                        &parameters, result.put(), &exception, nullptr);
+    const HRESULT code =
+        object->Invoke(id_, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result.put(), &exception, nullptr);
     if (SUCCEEDED(code)) return result;
     if (exception.pfnDeferredFillIn) exception.pfnDeferredFillIn(&exception);
     const RunTimeError error = ForeignError(code, &exception);
@@ -116,13 +127,19 @@ Variant LateMember::Get(IDispatch* object, std::initializer_list<Variant> argume
     throw error;
 }
 
-Variant RepeatedMember::Get(const ComPtr<IDispatch>& object, std::initializer_list<Variant> arguments) {
+const LateMember& RepeatedMember::Of(const ComPtr<IDispatch>& object) {
     if (!member_ || !(object == object_)) {
         member_.reset();
         member_.emplace(object.get(), name_);
         object_ = object;
     }
-    return member_->Get(object.get(), arguments);
+    return *member_;
 }
+
+Variant RepeatedMember::Get(const ComPtr<IDispatch>& object, std::initializer_list<Variant> arguments) {
+    return Of(object).Get(object.get(), arguments);
+}
+
+void RepeatedMember::Put(const ComPtr<IDispatch>& object, const Variant& value) { Of(object).Put(object.get(), value); }
 
 }  // namespace qvx

@@ -37,9 +37,12 @@ class LateMember {
 
     // Reads a property or calls a method, whichever it is; arguments are from left to right. Throws the object's error.
     Variant Get(IDispatch* object, std::initializer_list<Variant> arguments = {}) const;
+    // Sets a property without arguments. Throws the object's error.
+    void Put(IDispatch* object, const Variant& value) const;
 
   private:
     explicit LateMember(DISPID id) : id_(id) {}
+    Variant Invoke(IDispatch* object, WORD flags, DISPPARAMS& parameters) const;
     DISPID id_ = DISPID_UNKNOWN;
 };
 
@@ -53,8 +56,10 @@ class RepeatedMember {
 
     // As LateMember's constructor and Get.
     Variant Get(const ComPtr<IDispatch>& object, std::initializer_list<Variant> arguments = {});
+    void Put(const ComPtr<IDispatch>& object, const Variant& value);
 
   private:
+    const LateMember& Of(const ComPtr<IDispatch>& object);
     const wchar_t* name_;
     ComPtr<IDispatch> object_;
     std::optional<LateMember> member_;

@@ -1,21 +1,76 @@
 #include "controls/grid/binding.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "common/number_text.h"
 #include "common/run_time_error.h"
+#include "controls/grid/column_order.h"
 
 namespace qvx::grid {
+namespace {
 
-void LoadRecords(flexgrid::Grid& grid, const ControlState& state, RecordSource& records,
-                 const std::function<bool()>& wanted, const std::function<bool(std::int64_t loaded)>& goOn) {
-    if (state.bindFrom < 0) throw RunTimeError(errors::invalidProcedureCall, u"Invalid procedure call or argument");
+// Appends the cells of a row from the fields that the map gives them, each followed by a tab. Returns whether a field
+// has a tab of its own, which would begin another cell.
+bool AppendMapped(const FieldMap& map, RecordSource& records, std::vector<Text>& cells, Text& row) {
+    bool tabs = false;
+    cells.resize(static_cast<std::size_t>(map.Columns()));
+    for (int col = 0; col < map.Columns(); ++col) {
+        Text& cell = cells[static_cast<std::size_t>(col)];
+        if (const auto field = map.FieldOf(col)) {
+            cell.clear();
+            records.AppendField(*field, cell);
+        }
+        tabs = tabs || cell.find(u'\t') != Text::npos;
+        row.append(cell).append(1, u'\t');
+    }
+    return tabs;
+}
+
+// Puts the cells of a row, which are in the order that the columns had before the user moved any, into theirs.
+void OrderCells(const flexgrid::Grid& grid, const ControlState& state, Text& row) {
+    std::vector<TextView> cells;
+    for (TextView rest = row; !rest.empty();) {
+        const std::size_t end = std::min(rest.find(u'\t'), rest.size());
+        cells.push_back(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    Text ordered;
+    for (int col = 0; col < grid.Cols(); ++col) {
+        const auto place = static_cast<std::size_t>(FieldPlaceOf(grid, state, col));
+        if (place < cells.size()) ordered += cells[place];
+        ordered += u'\t';
+    }
+    row = std::move(ordered);
+}
+
+}  // namespace
+
+void LoadRecords(flexgrid::Grid& grid, const ControlState& state, RowStates& states, const FieldMap& map,
+                 RecordSource& records, const std::function<bool()>& wanted,
+                 const std::function<bool(std::int64_t loaded)>& goOn) {
+    if (state.bindFrom < 0 && !map.ByName())
+        throw RunTimeError(errors::invalidProcedureCall, u"Invalid procedure call or argument");
     Text row;
+    std::vector<Text> cells(1);
     for (std::int64_t loaded = 0; wanted() && !records.AtEnd();) {
         row.clear();
         if (state.autoRecordNumber) row = IntegerToText(records.Position());
-        row.append(static_cast<std::size_t>(state.bindFrom), u'\t');
-        records.AppendFields(row);
+        bool tabs = false;
+        if (map.ByName()) {
+            cells[0] = std::exchange(row, {});
+            tabs = AppendMapped(map, records, cells, row);
+        } else {
+            row.append(static_cast<std::size_t>(state.bindFrom), u'\t');
+            records.AppendFields(row);
+            if (ColumnsAreMoved(grid, state)) OrderCells(grid, state, row);
+        }
         if (!wanted()) return;
-        grid.AddItem(row);
+        {
+            const RowStates::Loading loading(states);
+            grid.AddItem(tabs ? TextView() : TextView(row));
+            if (tabs) grid.SetTexts(grid.Rows() - 1, 0, std::vector<TextView>(cells.begin(), cells.end()));
+        }
         if (!wanted()) return;
         records.MoveNext();
         if (!goOn(++loaded)) return;

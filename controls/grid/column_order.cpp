@@ -5,6 +5,7 @@
 #include <numeric>
 #include <vector>
 
+#include "controls/grid/row_operations.h"
 #include "widgets/flexgrid/column_drag.h"
 
 namespace qvx::grid {
@@ -54,10 +55,22 @@ void FollowColumn(flexgrid::Grid& grid, ControlState& state, int from, int to) {
     grid.Select(cursor);
 }
 
-int ColumnOfField(const flexgrid::Grid& grid, const ControlState& state, int col) {
+int FirstMovableColumn(const flexgrid::Grid& grid, const ControlState& state, bool tracksRows) {
+    return std::max({grid.FixedCols(), FirstRecordColumn(state), tracksRows ? state.bindFrom : 0});
+}
+
+bool ColumnsAreMoved(const flexgrid::Grid& grid, const ControlState& state) {
+    return Fits(state.columnOrder, grid.Cols()) && !std::is_sorted(state.columnOrder.begin(), state.columnOrder.end());
+}
+
+int FieldPlaceOf(const flexgrid::Grid& grid, const ControlState& state, int col) {
+    return Fits(state.columnOrder, grid.Cols()) ? state.columnOrder[static_cast<std::size_t>(col)] : col;
+}
+
+int ColumnAtPlace(const flexgrid::Grid& grid, const ControlState& state, int place) {
     const std::vector<int>& order = state.columnOrder;
-    if (!Fits(order, grid.Cols())) return col;
-    return static_cast<int>(std::find(order.begin(), order.end(), col) - order.begin());
+    if (!Fits(order, grid.Cols())) return place;
+    return static_cast<int>(std::find(order.begin(), order.end(), place) - order.begin());
 }
 
 }  // namespace qvx::grid

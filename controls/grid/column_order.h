@@ -18,7 +18,15 @@ void MoveColumn(flexgrid::Grid& grid, ControlState& state, int from, int to);
 // collapses to the current cell where it is torn apart.
 void FollowColumn(flexgrid::Grid& grid, ControlState& state, int from, int to);
 
-// Returns the column of the field that would be in column `col` if the user had moved no columns.
-int ColumnOfField(const flexgrid::Grid& grid, const ControlState& state, int col);
+// The first column that the user may move: fixed columns, that of the record numbers and, in a grid that tracks its
+// rows, those before BindFrom stay where they are.
+int FirstMovableColumn(const flexgrid::Grid& grid, const ControlState& state, bool tracksRows);
+
+// Whether the user has moved any columns, and the number that a column would have otherwise: fields that are known by
+// their place belong to that.
+bool ColumnsAreMoved(const flexgrid::Grid& grid, const ControlState& state);
+int FieldPlaceOf(const flexgrid::Grid& grid, const ControlState& state, int col);
+// The reverse: the column that would have that number.
+int ColumnAtPlace(const flexgrid::Grid& grid, const ControlState& state, int place);
 
 }  // namespace qvx::grid

@@ -1,18 +1,56 @@
 // The ComboGrid's records: loaded from a record set, checked before they are saved.
+#include <algorithm>
+#include <vector>
+
 #include "common/text_compare.h"
+#include "controls/grid/column_order.h"
 #include "controls/grid/combogrid_control.h"
+#include "controls/grid/record_block_win32.h"
 #include "controls/grid/record_source_win32.h"
 
 namespace qvx::grid {
+
+// A grid that did not have the focus does not take it.
+void ComboGridControl::FocusAgain() {
+    const Text name = Host().DisplayName();
+    if (WindowHandle() && !name.empty() && EqualNoCase(Host().ActiveControlName(WindowHandle()), name)) TakeFocus();
+}
 
 STDMETHODIMP ComboGridControl::Bind(IDispatch** recSet) {
     return Reporting([&] {
         // This reference keeps the record set alive, because a handler may release it meanwhile.
         const auto records = MakeRecordSource(*Required(recSet));
         entry_.Bind(*records);
-        // A grid that had the focus gets it again, and one that did not have it does not take it.
-        const Text name = Host().DisplayName();
-        if (WindowHandle() && !name.empty() && EqualNoCase(Host().ActiveControlName(WindowHandle()), name)) TakeFocus();
+        FocusAgain();
+    });
+}
+
+STDMETHODIMP ComboGridControl::Append(IDispatch* records) {
+    return Reporting([&] {
+        const auto source = MakeRecordSource(records);
+        entry_.Append(*source);
+        FocusAgain();
+    });
+}
+
+STDMETHODIMP ComboGridControl::LoadArray(VARIANT records) {
+    const auto keep = ControlBase::KeepAlive();
+    return Guard([&] {
+        ArrayRecords source(records);
+        entry_.Bind(source);
+        FocusAgain();
+    });
+}
+
+STDMETHODIMP ComboGridControl::ToArray(VARIANT* result) {
+    const auto keep = ControlBase::KeepAlive();
+    return Guard([&] {
+        VARIANT& array = *Required(result);
+        entry_.CommitOpenEdit();
+        std::vector<int> columns;
+        for (int place = std::max(State().bindFrom, 0); place < Model().Cols(); ++place)
+            columns.push_back(ColumnAtPlace(Model(), State(), place));
+        array = ArrayOfRows(Model(), columns).detach();
     });
 }
 

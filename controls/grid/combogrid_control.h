@@ -102,6 +102,19 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP ExportFile(BSTR fileName, BSTR format, BSTR separator, BSTR encoding,
                             VARIANT_BOOL selectedOnly) override;
     STDMETHODIMP ImportCsv(BSTR fileName, BSTR separator, BSTR encoding, VARIANT_BOOL hasHeader, long* result) override;
+    // Rows and their records
+    QVX_PROPERTY(VARIANT_BOOL, TrackRows, EntryGrid)
+    QVX_PROPERTY(VARIANT_BOOL, MarkChanged, EntryGrid)
+    STDMETHODIMP get_RowState(long row, GridRowState* result) override;
+    STDMETHODIMP get_OriginalText(long row, long col, BSTR* result) override;
+    STDMETHODIMP get_DeletedRows(long* result) override;
+    STDMETHODIMP get_DeletedText(long index, long col, BSTR* result) override;
+    STDMETHODIMP AcceptChanges() override;
+    STDMETHODIMP LoadArray(VARIANT records) override;
+    STDMETHODIMP ToArray(VARIANT* result) override;
+    STDMETHODIMP Append(IDispatch* records) override;
+    STDMETHODIMP Apply(IDispatch* records, BSTR keyFields, long* result) override;
+    QVX_FIELD(BSTR, BindFields, ControlState::bindFields)
     // Finding and replacing
     QVX_PROPERTY(VARIANT_BOOL, FindBar, EntryGrid)
     STDMETHODIMP Find(BSTR text, GridFind options, VARIANT_BOOL forward, VARIANT_BOOL* result) override;
@@ -229,6 +242,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     void BindProgress(long loaded, long total, bool& cancel) override;
     void ExportProgress(long done, long total, bool& cancel) override;
     void ImportReport(long line, const Text& column, const Text& text, TextView reason) override;
+    void ApplyConflict(const RecordConflict& conflict, bool& overwrite, bool& cancel) override;
     void ReportError(int number, TextView description) override;
     bool Say(TextView prompt, const dialogs::MessageKind& kind) override;
     void FocusMovesTo(HWND moving) override { ControlBase::FocusMovesTo(moving); }
@@ -248,6 +262,8 @@ class ComboGridControl final : public Control<_ComboGrid>,
     void Prepare();
     void RebuildColIndex();
     void FocusCell(int row, int col);
+    // Returns the focus to a grid that had it before its rows were loaded.
+    void FocusAgain();
 
     // Adding and removing rows and columns does not end an open edit.
     HRESULT PutCount(TextView name, void (flexgrid::Grid::*member)(int), long value) {

@@ -138,6 +138,9 @@ const PropertyTable& ComboGridControl::Properties() {
             .Field(u"MoveColumns", &ControlState::moveColumns)
             .Member(u"Footer", Text(), &EntryGrid::Footer, &EntryGrid::SetFooter)
             .Member(u"FilterRow", false, &EntryGrid::FilterRow, &EntryGrid::SetFilterRow)
+            .Member(u"TrackRows", false, &EntryGrid::TrackRows, &EntryGrid::SetTrackRows)
+            .Field(u"MarkChanged", &ControlState::markChanged)
+            .Field(u"BindFields", &ControlState::bindFields)
             .Done();
     return table;
 }

@@ -29,6 +29,7 @@ struct ControlState {
     // The number that each column had before the user moved any. If its size is not that of the grid, none has moved.
     std::vector<int> columnOrder;
     Text footer;         // coded list
+    Text bindFields;     // "[Caption]field,[Caption]field": see FieldMap
     int keyColumn = -1;  // below 0: there is no key column
     int bindFrom = 1;
     ListArrows listArrows = ListArrows::none;
@@ -49,6 +50,7 @@ struct ControlState {
     bool fitColumns = false;        // a double click on a border in the header fits the column
     bool moveColumns = false;       // columns are dragged to other places by their headers
     bool markInvalid = false;       // cells that break a rule are marked, and F8 goes through them
+    bool markChanged = false;       // rows that differ from their records are marked
     bool contextMenu = false;       // the right button opens the grid's menu
     bool onErrorFirst = false;      // the host is notified of failures before the user
     bool changed = false;           // set by every committed edit

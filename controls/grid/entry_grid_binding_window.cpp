@@ -3,6 +3,8 @@
 
 #include "common/number_text.h"
 #include "controls/grid/entry_grid_window.h"
+#include "controls/grid/lifecycle.h"
+#include "controls/grid/row_operations.h"
 #include "win/queued_messages.h"
 
 namespace qvx::grid {
@@ -19,6 +21,13 @@ class Hidden {
   private:
     HWND window_;
 };
+
+// Names are only asked for if fields are chosen by name: not every record set has them, and no array.
+FieldMap MapFor(const flexgrid::Grid& grid, const ControlState& state, RecordSource& records) {
+    if (state.bindFields.empty()) return {};
+    const std::vector<Text> names = records.FieldNames();
+    return names.empty() ? FieldMap() : FieldMap(grid, state, names);
+}
 
 long ToLong(std::int64_t number) {
     return static_cast<long>(std::min<std::int64_t>(number, std::numeric_limits<long>::max()));
@@ -41,6 +50,7 @@ void EntryGrid::Bind(RecordSource& records) {
     const int binding = ++bindings_;
     const auto wanted = [&] { return binding == bindings_; };
     CommitOpenEdit();
+    const FieldMap map = MapFor(Model(), state_, records);
     state_.changed = false;
     if (!wanted()) return;
     // The rows are removed when no more events are raised: a handler might fill the grid with other rows, which must
@@ -51,24 +61,58 @@ void EntryGrid::Bind(RecordSource& records) {
         if (onHeader) Model().MoveTo(Model().FixedRows(), Model().Col());
         return;
     }
-    ChangeRows([&] { Model().SetRows(1); });
+    ChangeRows([&] {
+        const RowStates::Loading loading(states_);
+        states_.Forget();
+        Model().SetRows(1);
+    });
     Model().ClearSortMarks();
     ClearFilter();
     if (!wanted()) return;
     const std::int64_t total = records.Count();
     if (!wanted()) return;
     if (total != 0) {
-        const Hidden hidden(window_->Handle());
-        ProgressClock clock(GetTickCount64());
-        ChangeRows([&] {
-            LoadRecords(Model(), state_, records, wanted,
-                        [&](std::int64_t loaded) { return GoOnBinding(loaded, total, clock); });
-        });
+        Load(map, records, total, wanted);
     } else {
-        ChangeRows([&] { Model().SetRows(2); });
+        ChangeRows([&] {
+            const RowStates::Loading loading(states_);
+            Model().SetRows(2);
+        });
         if (wanted() && state_.autoRecordNumber) Model().SetTextMatrix(Model().FixedRows(), 0, IntegerToText(1));
     }
     if (wanted()) NotifyRowsChanged();
+}
+
+void EntryGrid::Append(RecordSource& records) {
+    const int binding = ++bindings_;
+    const auto wanted = [&] { return binding == bindings_; };
+    CommitOpenEdit();
+    const FieldMap map = MapFor(Model(), state_, records);
+    if (!wanted()) return;
+    const std::int64_t total = records.Count();
+    if (total == 0 || !wanted()) return;
+    const int first = Model().FixedRows();
+    const int before = Model().Rows();
+    const bool blank = before == first + 1 && IsEmptyRecord(Model(), state_, first);
+    Load(map, records, total, wanted);
+    if (!wanted()) return;
+    ChangeRows([&] {
+        const RowStates::Loading loading(states_);
+        const bool replaces = blank && Model().Rows() > before;
+        if (replaces) Model().RemoveItem(first);
+        RenumberFrom(Model(), state_, replaces ? first : before);
+    });
+    if (wanted()) NotifyRowsChanged();
+}
+
+void EntryGrid::Load(const FieldMap& map, RecordSource& records, std::int64_t total,
+                     const std::function<bool()>& wanted) {
+    const Hidden hidden(window_->Handle());
+    ProgressClock clock(GetTickCount64());
+    ChangeRows([&] {
+        LoadRecords(Model(), state_, states_, map, records, wanted,
+                    [&](std::int64_t loaded) { return GoOnBinding(loaded, total, clock); });
+    });
 }
 
 bool EntryGrid::GoOnBinding(std::int64_t loaded, std::int64_t total, ProgressClock& clock) {

@@ -15,12 +15,13 @@ void EntryGrid::SetUserLayout(TextView text) {
     CommitOpenEdit();
     if (EditIsOpen()) return;
     bool moved = false;
-    ApplyLayoutColumns(Model(), state_, layout->columns, [&](int from, int to) {
-        if (frame_ && !frame_->CanRenumber(from, to)) return;
-        ChangeKeptRows([&] { MoveColumn(Model(), state_, from, to); });
-        RenumberEditors(from, to);
-        moved = true;
-    });
+    ApplyLayoutColumns(Model(), state_, layout->columns, FirstMovableColumn(Model(), state_, states_.On()),
+                       [&](int from, int to) {
+                           if (frame_ && !frame_->CanRenumber(from, to)) return;
+                           ChangeKeptRows([&] { MoveColumn(Model(), state_, from, to); });
+                           RenumberEditors(from, to);
+                           moved = true;
+                       });
     if (moved) events_.ColumnsMoved();
     // What names a column that the form no longer has leaves the rows as they are.
     if (const auto sort = ReadSortColumns(Model(), layout->sort)) SortBy(*sort);
@@ -64,14 +65,18 @@ void EntryGrid::MoveCurrentColumn(bool right) {
 void EntryGrid::MoveColumnByUser(int col, int position) {
     CommitOpenEdit();
     if (EditIsOpen()) return;
-    bool cancel = false;
-    events_.ColumnMoving(col, position, cancel);
-    const auto movable = [&](int column) { return column >= Model().FixedCols() && column < Model().Cols(); };
-    if (cancel || EditIsOpen() || !movable(col) || !movable(position)) return;
-    if (frame_ && !frame_->CanRenumber(col, position)) {
+    const auto possible = [&] {
+        const int first = FirstMovableColumn(Model(), state_, states_.On());
+        return std::min(col, position) >= first && std::max(col, position) < Model().Cols() &&
+               (!frame_ || frame_->CanRenumber(col, position));
+    };
+    if (!possible()) {
         MessageBeep(MB_OK);
         return;
     }
+    bool cancel = false;
+    events_.ColumnMoving(col, position, cancel);
+    if (cancel || EditIsOpen() || !possible()) return;
     ChangeKeptRows([&] { MoveColumn(Model(), state_, history_, col, position); });
     RenumberEditors(col, position);
     window_->ScrollIntoView(Model().Row(), Model().Col());

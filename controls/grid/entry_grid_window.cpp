@@ -74,6 +74,8 @@ EntryGrid::EntryGrid(EntryGridEvents& events)
       window_(std::make_unique<flexgrid::FlexGridWindow>()),
       marks_(window_->Model(), state_),
       totals_(window_->Model(), state_),
+      states_(window_->Model(), state_),
+      entryMarks_(marks_, states_, state_),
       projection_(window_->Model(), state_),
       history_(window_->Model()) {
     accessible_ = MakeAccessible();
@@ -319,7 +321,8 @@ void EntryGrid::Invalidated(flexgrid::GridChange change, const flexgrid::CellRan
     if (finder_) finder_->Invalidated(change, range);
     if (filterer_) filterer_->Invalidated(change, range);
     // An entry in one cell may mark others of its row.
-    if (state_.markInvalid) RefreshMarks();
+    using flexgrid::GridChange;
+    if ((change == GridChange::texts || change == GridChange::layout) && entryMarks_.Any()) RefreshMarks();
     events_.Invalidated(change, range);
 }
 

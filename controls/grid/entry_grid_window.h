@@ -11,6 +11,7 @@
 
 #include "com/pointer.h"
 #include "common/text.h"
+#include "controls/grid/apply_changes.h"
 #include "controls/grid/binding.h"
 #include "controls/grid/cell_edit.h"
 #include "controls/grid/cell_search.h"
@@ -21,10 +22,12 @@
 #include "controls/grid/control_state.h"
 #include "controls/grid/edit_history.h"
 #include "controls/grid/editor_frame_window.h"
+#include "controls/grid/entry_marks.h"
 #include "controls/grid/invalid_marks.h"
 #include "controls/grid/paste.h"
 #include "controls/grid/projection.h"
 #include "controls/grid/replace_cells.h"
+#include "controls/grid/row_states.h"
 #include "controls/grid/tab_way.h"
 #include "controls/grid/table_export.h"
 #include "dialogs/messages.h"
@@ -66,6 +69,8 @@ class EntryGridEvents : public flexgrid::GridEventSource {
     virtual void ExportProgress(long done, long total, bool& cancel) = 0;
     // Reports what an import could not take as it was.
     virtual void ImportReport(long line, const Text& column, const Text& text, TextView reason) = 0;
+    // Reports a record that no longer is what a row was loaded from.
+    virtual void ApplyConflict(const RecordConflict& conflict, bool& overwrite, bool& cancel) = 0;
     // Shows an error to the user.
     virtual void ReportError(int number, TextView description) = 0;
     // Shows a message to the user, titled with the form's caption; true for OK and Yes.
@@ -135,6 +140,9 @@ class EntryGrid final : private flexgrid::GridListener,
     // Replaces the data rows with the records, one row for each, while the inner grid is hidden; without any record one
     // empty row remains. Errors are passed on and leave the rows loaded so far.
     void Bind(RecordSource& records);
+    // Adds a row for each of the records after the existing rows, or instead of the only one if that is empty, and
+    // numbers them as the next ones.
+    void Append(RecordSource& records);
 
     // While an edit is open these work on its editor; otherwise they work on the grid, and events notify the host. The
     // clipboard functions throw clipboardUnavailable. Without anything to do nothing happens.
@@ -157,7 +165,23 @@ class EntryGrid final : private flexgrid::GridListener,
         RefreshMarks();
     }
     // Draws the marks anew after a change of the rules, or of whether they are shown.
-    void RefreshMarks() { window_->ShowMarks(state_.markInvalid ? &marks_ : nullptr); }
+    void RefreshMarks() { window_->ShowMarks(entryMarks_.Any() ? &entryMarks_ : nullptr); }
+
+    // Whether rows know what they were before they were changed.
+    bool TrackRows() const { return states_.On(); }
+    void SetTrackRows(bool tracks);
+    bool MarkChanged() const { return state_.markChanged; }
+    void SetMarkChanged(bool marks) {
+        state_.markChanged = marks;
+        RefreshMarks();
+    }
+    const RowStates& States() const { return states_; }
+    // Ends an open edit and makes all rows unchanged.
+    void AcceptChanges();
+    // Throws error 5 without TrackRows.
+    void CheckTracked() const;
+    // Ends an open edit and writes the rows that have changed (ApplyChanges).
+    int Apply(RecordTarget& target, TextView keyFields);
 
     // The user's order and widths of columns, and what the rows are sorted by (user_layout.h). The setter ends an open
     // edit. Throws error 380 for a text that is no layout.
@@ -322,6 +346,8 @@ class EntryGrid final : private flexgrid::GridListener,
         const Projection::Held held(projection_);
         ChangeRows(change);
     }
+    // Adds rows for the records while `wanted`, in a hidden grid.
+    void Load(const FieldMap& map, RecordSource& records, std::int64_t total, const std::function<bool()>& wanted);
     bool GoOnBinding(std::int64_t loaded, std::int64_t total, ProgressClock& clock);
 
     EntryGridEvents& events_;
@@ -329,6 +355,8 @@ class EntryGrid final : private flexgrid::GridListener,
     std::unique_ptr<flexgrid::FlexGridWindow> window_;
     InvalidMarks marks_;
     ColumnTotals totals_;
+    RowStates states_;
+    EntryMarks entryMarks_;
     Projection projection_;
     EditHistory history_;
     std::unique_ptr<flexgrid::AccessibleHost> accessible_;

@@ -7,17 +7,17 @@
 
 #include "controls/grid/cell_place.h"
 #include "controls/grid/column_checks.h"
-#include "widgets/flexgrid/cell_marks.h"
 
 namespace qvx::grid {
 
-class InvalidMarks final : public flexgrid::CellMarks {
+class InvalidMarks final {
   public:
     // Both must outlive this.
     InvalidMarks(const flexgrid::Grid& grid, const ControlState& state) : grid_(grid), state_(state) {}
 
-    void Prepare() const override { columns_ = CheckedColumns(grid_, state_, false); }
-    bool IsMarked(int row, int col) const override { return !MessageAt(row, col).empty(); }
+    // To be called before cells are examined, after a change of the rules.
+    void Prepare() const { columns_ = CheckedColumns(grid_, state_, false); }
+    bool IsMarked(int row, int col) const { return !MessageAt(row, col).empty(); }
 
     // These need no preparation. What is wrong with a cell; "" for one that is not marked.
     TextView MessageOf(int row, int col) const;

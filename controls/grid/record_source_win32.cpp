@@ -5,11 +5,12 @@
 #include <vector>
 
 #include "com/ado.h"
+#include "com/bstr.h"
 #include "com/late_bound.h"
 #include "com/pointer.h"
-#include "com/safearray.h"
 #include "com/variant.h"
 #include "common/run_time_error.h"
+#include "controls/grid/record_block_win32.h"
 
 namespace qvx::grid {
 
@@ -25,6 +26,10 @@ class Recordset {
     virtual bool AtEnd() = 0;
     virtual std::int64_t Position() = 0;
     virtual int FieldCount() = 0;
+    // Called after FieldCount.
+    virtual Text Name(int field) = 0;
+    // Called before the values of a record are read.
+    virtual void StartRecord() {}
     virtual Variant Value(int field) = 0;
     virtual void MoveNext() = 0;
     // Returns at most that many records as an array of fields and records; nothing when the record set has no such
@@ -57,6 +62,11 @@ class AdoReader final : public Recordset {
             fields_.push_back(std::move(field));
         }
         return static_cast<int>(count);
+    }
+    Text Name(int field) override {
+        Bstr name;
+        Called(fields_[static_cast<std::size_t>(field)]->get_Name(name.put()));
+        return Text(FromBstr(name.get()));
     }
     Variant Value(int field) override {
         Variant value;
@@ -111,10 +121,15 @@ class NamedReader final : public Recordset {
         values_.assign(static_cast<std::size_t>(std::max(count, 0)), RepeatedMember(L"Value"));
         return count;
     }
+    Text Name(int field) override {
+        const auto fields = Object(fields_.Get(set_.get()));
+        const auto object = Object(LateMember(fields.get(), L"Item").Get(fields.get(), {Variant(field)}));
+        return LateMember(object.get(), L"Name").Get(object.get()).ToText().value_or(Text());
+    }
+    void StartRecord() override { current_ = Object(fields_.Get(set_.get())); }
     // Fields may be different objects in every record, and each may number its members differently. Even one that stays
     // the same is requested again, because the request may be what loads the record's value into it.
     Variant Value(int field) override {
-        if (field == 0) current_ = Object(fields_.Get(set_.get()));
         const auto object = Object(item_.Get(current_, {Variant(field)}));
         return values_[static_cast<std::size_t>(field)].Get(object);
     }
@@ -147,42 +162,6 @@ class NamedReader final : public Recordset {
 
 // ---- Blocks of records ---------------------------------------------------------------------------------------------
 
-// The array of fields and records that GetRows returns, locked for reading.
-class Block {
-  public:
-    // Accepts only an array of variants with two dimensions and that many fields; else raises error 13.
-    Block(Variant values, int fields) : values_(std::move(values)), array_(ArrayOf(values_.get())) {
-        if (!array_ || SafeArrayGetDim(array_) != 2 || !(array_->fFeatures & FADF_VARIANT)) RefuseBlock();
-        // Bounds are stored from the last dimension to the first.
-        records_ = static_cast<int>(array_->rgsabound[0].cElements);
-        if (static_cast<int>(array_->rgsabound[1].cElements) != fields) RefuseBlock();
-        fields_ = fields;
-        void* data = nullptr;
-        if (FAILED(SafeArrayAccessData(array_, &data))) RefuseBlock();
-        cells_ = static_cast<const VARIANT*>(data);
-    }
-    ~Block() { SafeArrayUnaccessData(array_); }
-    Block(const Block&) = delete;
-    Block& operator=(const Block&) = delete;
-
-    int Records() const { return records_; }
-    const VARIANT& At(int record, int field) const {
-        return cells_[static_cast<std::size_t>(record) * static_cast<std::size_t>(fields_) +
-                      static_cast<std::size_t>(field)];
-    }
-
-  private:
-    [[noreturn]] static void RefuseBlock() {
-        throw RunTimeError(errors::typeMismatch, u"Type mismatch: GetRows gave no array of fields and records.");
-    }
-
-    Variant values_;
-    SAFEARRAY* array_ = nullptr;
-    const VARIANT* cells_ = nullptr;
-    int records_ = 0;
-    int fields_ = 0;
-};
-
 // Reads ahead. Errors of a block are raised when the records before them have been used, as if read one by one.
 class BlockReader final : public RecordSource {
   public:
@@ -204,12 +183,25 @@ class BlockReader final : public RecordSource {
     void AppendFields(Text& row) override {
         Settle(false);
         for (int field = 0; field < *fields_; ++field) {
-            AppendFieldText(block_ ? block_->At(at_, field) : set_->Value(field).get(), row);
+            AppendValue(field, row);
             row += u'\t';
         }
     }
 
+    std::vector<Text> FieldNames() override {
+        if (!fields_) fields_ = set_->FieldCount();
+        std::vector<Text> names;
+        for (int field = 0; field < *fields_; ++field) names.push_back(set_->Name(field));
+        return names;
+    }
+
+    void AppendField(int field, Text& text) override {
+        Settle(false);
+        AppendValue(field, text);
+    }
+
     void MoveNext() override {
+        started_ = false;
         if (!block_) {
             set_->MoveNext();
         } else if (++at_ == block_->Records()) {
@@ -218,16 +210,30 @@ class BlockReader final : public RecordSource {
     }
 
   private:
+    void AppendValue(int field, Text& text) {
+        if (block_) {
+            AppendFieldText(block_->At(at_, field), text);
+            return;
+        }
+        if (!started_) set_->StartRecord();
+        started_ = true;
+        AppendFieldText(set_->Value(field).get(), text);
+    }
+
     // Makes the current record available. The number of the first record of a block is read before the block moves the
     // record set.
     void Settle(bool numbered) {
         if (!fields_) fields_ = set_->FieldCount();
         if (block_ || !inBlocks_ || *fields_ == 0) return;
         if (numbered) position_ = set_->Position();
-        const auto values = NextBlock();
-        inBlocks_ = values.has_value();
+        values_ = NextBlock();
+        inBlocks_ = values_.has_value();
         if (!inBlocks_) return;
-        block_.emplace(*values, *fields_);
+        block_.emplace(values_->get(), refusal);
+        if (!block_->HoldsVariants() || block_->Fields() != *fields_) {
+            block_.reset();
+            throw RunTimeError(errors::typeMismatch, refusal);
+        }
         at_ = 0;
         if (block_->Records() > 0) return;
         block_.reset();
@@ -261,10 +267,13 @@ class BlockReader final : public RecordSource {
     static bool IsKnown(std::int64_t position) { return position >= 0; }
 
     static constexpr int blockSize = 512;
+    static constexpr auto refusal = u"Type mismatch: GetRows gave no array of fields and records.";
 
     std::unique_ptr<Recordset> set_;
     std::optional<int> fields_;
-    std::optional<Block> block_;
+    std::optional<Variant> values_;  // of the block
+    std::optional<RecordBlock> block_;
+    bool started_ = false;  // the current record has been read from
     int at_ = 0;
     std::int64_t position_ = 0;
     bool inBlocks_ = true;

@@ -51,7 +51,7 @@ void RowStates::Accept() {
     if (!on_) return;
     Rows accepted;
     if (rows_.addedCount > 0 || !rows_.originals.Empty() || !rows_.numbers.empty()) {
-        OrderChanges();
+        KeepNumbers();
         std::vector<RowId> order(static_cast<std::size_t>(rows_.loaded) + 1, flexgrid::noRow);
         std::vector<RowId> added;
         grid_.ForEachRow(grid_.FixedRows(), grid_.Rows() - 1, [&](int row, const RowView& cells) {
@@ -111,10 +111,13 @@ RowState RowStates::Of(int row) const {
 
 bool RowStates::IsMarked(int row) const {
     const RowState state = Of(row);
-    bool marked = state == RowState::changed;
-    if (state == RowState::added)
-        grid_.ForEachRow(row, row, [&](int, const RowView& cells) { marked = HasText(cells); });
-    return marked;
+    return state == RowState::changed || (state == RowState::added && !IsEmpty(row));
+}
+
+bool RowStates::IsEmpty(int row) const {
+    bool empty = true;
+    grid_.ForEachRow(row, row, [&](int, const RowView& cells) { empty = !HasText(cells); });
+    return empty;
 }
 
 Text RowStates::OriginalText(int row, int col) const {
@@ -173,7 +176,7 @@ void RowStates::RowsCome(std::span<const RowId> rows) {
         rows_.addedCount += static_cast<int>(rows.size());
         return;
     }
-    if (rows_.addedCount > 0) OrderChanges();
+    if (rows_.addedCount > 0) KeepNumbers();
     if (rows_.numbers.empty()) return;
     if (last >= rows_.numbers.size()) rows_.numbers.resize(last + std::size_t{1});
     for (const RowId row : rows) rows_.numbers[row] = ++rows_.loaded;
@@ -204,7 +207,7 @@ void RowStates::RowGone(RowId row) noexcept {
     rows_.originals.Erase(row);
 }
 
-void RowStates::OrderChanges() {
+void RowStates::KeepNumbers() {
     if (!rows_.numbers.empty()) return;
     std::vector<int> numbers(1);  // not empty, even if no row has a record
     int number = 0;

@@ -56,6 +56,8 @@ class RowStates final : public flexgrid::RowWatch {
     RowState Of(int row) const;
     // Whether the row's changes are worth a mark: a new row without text is not yet anything.
     bool IsMarked(int row) const;
+    // Whether a row has no text that could be part of a record.
+    bool IsEmpty(int row) const;
     // Returns the text of a cell before the first change of its row; "" in new rows. Throws 30009, 30010.
     Text OriginalText(int row, int col) const;
     // Returns the number of the record that a row was loaded from, from 1; 0 for none.
@@ -84,7 +86,9 @@ class RowStates final : public flexgrid::RowWatch {
     void RowsCome(std::span<const flexgrid::RowId> rows) override;
     void RowLeaves(flexgrid::RowId row, const flexgrid::RowView& cells) override;
     void RowGone(flexgrid::RowId row) noexcept override;
-    void OrderChanges() override;
+    void OrderChanges() override {
+        if (loading_ == 0) KeepNumbers();
+    }
     void ColumnMoves(int from, int to) override;
     void ColumnsCut(int cols) noexcept override;
     Keepsake Keep(flexgrid::RowId row, const flexgrid::RowView& cells) override;
@@ -94,6 +98,7 @@ class RowStates final : public flexgrid::RowWatch {
 
     bool IsAdded(flexgrid::RowId row) const { return row < rows_.added.size() && rows_.added[row]; }
     int NumberOf(flexgrid::RowId row) const { return row < rows_.numbers.size() ? rows_.numbers[row] : 0; }
+    void KeepNumbers();
     bool HasText(const flexgrid::RowView& cells) const;
     const std::shared_ptr<RowOriginal>& OriginalOf(flexgrid::RowId row, const flexgrid::RowView& cells);
     flexgrid::RowId CheckedId(int row) const;

@@ -111,7 +111,7 @@ std::vector<UserLayout::Column> LayoutColumns(const flexgrid::Grid& grid) {
 }
 
 void ApplyLayoutColumns(flexgrid::Grid& grid, const ControlState& state, const std::vector<UserLayout::Column>& columns,
-                        const std::function<void(int from, int to)>& move) {
+                        int firstMovable, const std::function<void(int from, int to)>& move) {
     // The columns as they are now, and for each its place among those of the layout.
     const int none = static_cast<int>(columns.size());
     std::vector<int> places(static_cast<std::size_t>(grid.Cols()), none);
@@ -125,7 +125,7 @@ void ApplyLayoutColumns(flexgrid::Grid& grid, const ControlState& state, const s
             break;
         }
     }
-    for (auto to = places.begin() + std::min(grid.FixedCols(), grid.Cols()); to != places.end(); ++to) {
+    for (auto to = places.begin() + std::min(firstMovable, grid.Cols()); to != places.end(); ++to) {
         const auto from = std::min_element(to, places.end());
         if (*from == *to) continue;
         move(static_cast<int>(from - places.begin()), static_cast<int>(to - places.begin()));

@@ -36,10 +36,10 @@ std::optional<UserLayout> ReadLayout(TextView text);
 // Returns the columns of a grid as they are.
 std::vector<UserLayout::Column> LayoutColumns(const flexgrid::Grid& grid);
 
-// Gives columns their widths, except for invisible ones, and puts the scrolling ones into the order: move(from, to) is
-// called for each that moves. Of several columns with the same caption, the first one gets what is first; columns that
-// the layout does not name follow the others.
+// Gives columns their widths, except for invisible ones, and puts those from `firstMovable` on into the order:
+// move(from, to) is called for each that moves. Of several columns with the same caption, the first one gets what is
+// first; columns that the layout does not name follow the others.
 void ApplyLayoutColumns(flexgrid::Grid& grid, const ControlState& state, const std::vector<UserLayout::Column>& columns,
-                        const std::function<void(int from, int to)>& move);
+                        int firstMovable, const std::function<void(int from, int to)>& move);
 
 }  // namespace qvx::grid

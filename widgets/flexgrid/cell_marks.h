@@ -13,13 +13,17 @@ class CellHits {
     ~CellHits() = default;
 };
 
-// The cells that have a mark in their corner.
+// The cells that have a mark in their corner, and the rows that have one where they begin.
 class CellMarks {
   public:
     // Called before cells are drawn.
     virtual void Prepare() const = 0;
     // Called for scrolling cells that are drawn.
     virtual bool IsMarked(int row, int col) const = 0;
+    // Whether any row may have a mark.
+    virtual bool MarksRows() const { return false; }
+    // Called for scrolling rows that are drawn if MarksRows.
+    virtual bool IsRowMarked(int /*row*/) const { return false; }
 
   protected:
     ~CellMarks() = default;

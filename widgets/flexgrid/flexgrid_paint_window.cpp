@@ -34,6 +34,10 @@ void FlexGridWindow::Settle() {
         UpdateBars();
         if (const auto copy = stale_.FollowView(grid_, CurrentView().client, buffer_.Dc() != nullptr)) {
             buffer_.Scroll(copy->body, copy->dx, copy->dy);
+            // The marks of rows stay where they are while the cells below them move.
+            if (copy->dx != 0 && marks_ && marks_->MarksRows() && grid_.FixedCols() == 0) {
+                stale_.AddAll();
+            }
         }
         invalid = true;
     }

@@ -10,12 +10,9 @@ Grid::RowSettings Grid::SettingsOf(int row) const {
     CheckRow(row);
     const RowId id = store_.IdAt(row);
     RowWatch* const watch = store_.Observers().watch;
-    return {heights_.Of(id),
-            RowData(row),
-            MergeRow(row),
-            RowFiltered(row) ? filter_ : 0,
-            formats_.OfRow(id),
-            watch ? watch->Keep(id, store_.Row(row)) : nullptr};
+    return {heights_.Of(id),    RowData(row),
+            MergeRow(row),      RowFiltered(row) ? filter_ : 0,
+            formats_.OfRow(id), watch ? watch->Keep(id, store_.Row(row)) : nullptr};
 }
 
 void Grid::SetSettings(int row, const RowSettings& settings) {

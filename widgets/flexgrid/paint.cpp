@@ -133,6 +133,9 @@ class Painter {
         PaintBlock(fixedRows_, scrolledColumns_, true);
         PaintBlock(scrolledRows_, fixedColumns_, true);
         PaintBlock(fixedRows_, fixedColumns_, true);
+        if (view_.marks && view_.marks->MarksRows()) {
+            PaintRowMarks();
+        }
         PaintFocus();
         PaintDraggedBorder();
         PaintMovedColumn();
@@ -254,6 +257,28 @@ class Painter {
         }
         if (!fixed && view_.marks && view_.marks->IsMarked(row, col)) {
             PaintMark(inside);
+        }
+    }
+
+    // A bar over the first visible cell of each marked row, at the side where text begins.
+    void PaintRowMarks() {
+        constexpr OleColor green = 0x008000;
+        if (shown_.columns.empty()) {
+            return;
+        }
+        const Span& first = shown_.columns.front();
+        for (const Span& row : scrolledRows_) {
+            Rect bar =
+                InsideLines(grid_, {first.start, row.start, first.end, row.end}, first.index < grid_.FixedCols());
+            const int width = std::min(ScaledAtLeastOne(3, dpi_.x), bar.Width());
+            if (mirrored_) {
+                bar.left = bar.right - width;
+            } else {
+                bar.right = bar.left + width;
+            }
+            if (!bar.Intersect(dirty_).Empty() && view_.marks->IsRowMarked(row.index)) {
+                surface_.FillRect(bar, green);
+            }
         }
     }
 

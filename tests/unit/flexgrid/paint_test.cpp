@@ -284,7 +284,10 @@ TEST_F(PaintTest, MarksAreInTheCornerWhereTextEnds) {
     struct Marks final : CellMarks {
         void Prepare() const override { prepared = true; }
         bool IsMarked(int row, int col) const override { return prepared && row == 1 && col == 1; }
+        bool MarksRows() const override { return rows; }
+        bool IsRowMarked(int row) const override { return row == 1; }
         mutable bool prepared = false;
+        bool rows = false;
     } marks;
     view_.marks = &marks;
     const auto first = [&] { return Drawn("fill", {64, 16, 128, 32}).substr(0, 52); };
@@ -292,6 +295,24 @@ TEST_F(PaintTest, MarksAreInTheCornerWhereTextEnds) {
     grid_.SetRightToLeft(true);
     view_.client.width = 192;
     EXPECT_NE(Drawn("fill", {64, 16, 128, 32}).find("fill (65,16,71,17) &H000000C0\n"), std::string::npos);
+    const auto bars = [&] {
+        std::string found;
+        for (const int left : {0, 64, 128}) {
+            const std::string drawn = Drawn("fill", {left, 0, left + 64, 64});
+            const std::size_t at = drawn.find("&H00008000");
+            if (at != std::string::npos)
+                found += drawn.substr(drawn.rfind("fill", at) + 5, at - drawn.rfind("fill", at) - 6);
+        }
+        return found;
+    };
+    EXPECT_EQ(bars(), "");
+    marks.rows = true;
+    EXPECT_EQ(bars(), "(188,17,191,31)");
+    grid_.SetRightToLeft(false);
+    EXPECT_EQ(bars(), "(1,17,4,31)") << "on the first cell of the row, which is a fixed one";
+    grid_.SetFixedCols(0);
+    grid_.SetLeftCol(1);
+    EXPECT_EQ(bars(), "(0,16,3,31)") << "on the first that is shown";
 }
 
 TEST_F(PaintTest, TextThatDoesNotFitIsCut) {

@@ -317,7 +317,8 @@ TEST(EntryGridAllocations, LeaveTheRecordsLoadedSoFar) {
         Records records;
         const bool happened = Starve(passing, starvation, [&] {
             LoadRecords(
-                scene.grid, scene.state, records, [] { return true; }, [](std::int64_t) { return true; });
+                scene.grid, scene.state, scene.states, {}, records, [] { return true; },
+                [](std::int64_t) { return true; });
         });
         EXPECT_TRUE(happened || scene.grid.Rows() == 6);
         for (int row = 1; row < scene.grid.Rows(); ++row) {

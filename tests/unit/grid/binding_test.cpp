@@ -6,6 +6,8 @@
 #include <cstring>
 
 #include "common/run_time_error.h"
+#include "controls/grid/column_order.h"
+#include "tests/support/error_of.h"
 #include "tests/unit/flexgrid/grid_texts.h"
 #include "tests/unit/grid/grid_fixture.h"
 
@@ -23,6 +25,11 @@ class Records final : public RecordSource {
         row += rows_[at_];
     }
     void MoveNext() override { ++at_; }
+    void AppendField(int field, Text& text) override {
+        TextView row = rows_[at_];
+        for (; field > 0; --field) row.remove_prefix(row.find(u'|') + 1);
+        text += row.substr(0, row.find(u'|'));
+    }
 
     std::size_t failsAt = 99;
     std::int64_t firstPosition = 1;
@@ -42,6 +49,9 @@ class Binding : public EntryGridTest {
     }
     // The rows that are loaded, without the captions.
     std::string Loaded() const { return flexgrid::Shown(grid).substr(std::strlen("No,A,B,C")); }
+    FieldMap Map() const { return FieldMap(grid, state, {u"id", u"Label", u"amount"}); }
+
+    RowStates states{grid, state};
 };
 
 TEST_F(Binding, FieldsStandFromTheirColumnOn) {
@@ -57,28 +67,40 @@ TEST_F(Binding, FieldsStandFromTheirColumnOn) {
         state.autoRecordNumber = c.numbered;
         Records records({u"a\tb\t", u"c\t\t"});
         records.firstPosition = 4;
-        LoadRecords(grid, state, records, always, [](std::int64_t) { return true; });
+        LoadRecords(grid, state, states, Map(), records, always, [](std::int64_t) { return true; });
         EXPECT_EQ(Loaded(), c.shown) << c.bindFrom;
         EXPECT_TRUE(records.AtEnd());
     }
 }
 
+TEST_F(Binding, FieldsFollowTheirColumnsWhereverTheUserHasMovedThem) {
+    MoveColumn(grid, state, 1, 3);
+    Records records({u"a\tb\tc\td\t", u"e\t"});
+    LoadRecords(grid, state, states, FieldMap(), records, always, [](std::int64_t) { return true; });
+    EXPECT_EQ("No,B,C,A/,b,c,a/,,,e", flexgrid::Shown(grid));
+    EXPECT_EQ(0, Map().FieldOf(3));
+    EXPECT_EQ(1, Map().FieldOf(1));
+    EXPECT_FALSE(Map().FieldOf(0));
+}
+
 TEST_F(Binding, WhatFailsOrIsCalledOffKeepsTheRowsSoFar) {
     Records failing({u"a\t", u"b\t", u"c\t"});
     failing.failsAt = 2;
-    EXPECT_THROW(LoadRecords(grid, state, failing, always, [](std::int64_t) { return true; }), RunTimeError);
+    EXPECT_THROW(LoadRecords(grid, state, states, Map(), failing, always, [](std::int64_t) { return true; }),
+                 RunTimeError);
     EXPECT_EQ(Loaded(), "/,a,,/,b,,");
     grid.SetRows(1);
     Records records({u"a\t", u"b\t", u"c\t"});
     std::string told;
-    LoadRecords(grid, state, records, always, [&](std::int64_t loaded) {
+    LoadRecords(grid, state, states, Map(), records, always, [&](std::int64_t loaded) {
         told += std::to_string(loaded) + " ";
         return loaded < 2;
     });
     EXPECT_EQ(told, "1 2 ");
     EXPECT_EQ(Loaded(), "/,a,,/,b,,");
     state.bindFrom = -1;
-    EXPECT_THROW(LoadRecords(grid, state, records, always, [](std::int64_t) { return true; }), RunTimeError);
+    EXPECT_THROW(LoadRecords(grid, state, states, Map(), records, always, [](std::int64_t) { return true; }),
+                 RunTimeError);
     EXPECT_EQ(grid.Rows(), 3);
 }
 
@@ -93,10 +115,38 @@ TEST_F(Binding, WhatIsNotWantedAnyMoreTouchesNothing) {
         int left = times;
         int told = 0;
         LoadRecords(
-            grid, state, records, [&] { return left-- > 0; }, [&](std::int64_t) { return ++told, true; });
+            grid, state, states, Map(), records, [&] { return left-- > 0; },
+            [&](std::int64_t) { return ++told, true; });
         EXPECT_EQ(Loaded(), shown) << times;
         EXPECT_EQ(told, progress) << times;
         EXPECT_EQ(records.Position(), 1 + progress) << times;
+    }
+}
+
+TEST_F(Binding, ColumnsHaveTheFieldsThatAreNamedForThem) {
+    struct Case {
+        TextView fields;
+        const char* shown;
+    };
+    for (const auto& [fields, shown] : {Case{u"[C]id,[A]label", "/4,x,,1/5,y\tz,,2"}, Case{u"[b]AMOUNT", "/4,,9,/5,,,"},
+                                        Case{u"[No]Label", "/x,,,/y\tz,,,"}, Case{u"[A]id,[B]id", "/4,1,1,/5,2,2,"}}) {
+        grid.SetRows(1);
+        state.autoRecordNumber = fields != u"[No]Label";
+        state.bindFields = fields;
+        Records records({u"1|x|9", u"2|y\tz|"});
+        records.firstPosition = 4;
+        LoadRecords(grid, state, states, Map(), records, always, [](std::int64_t) { return true; });
+        EXPECT_EQ(Loaded(), shown);
+    }
+    for (const auto& [fields, words] : {std::pair<TextView, TextView>{u"id", u"is no list of [Caption]field."},
+                                        {u"[A", u"is no list of [Caption]field."},
+                                        {u"[A]id,B]id", u"names the unknown field \"id,B]id\"."},
+                                        {u"[A]id,[D]id", u"names the unknown column \"D\"."},
+                                        {u"[A]price", u"names the unknown field \"price\"."}}) {
+        state.bindFields = fields;
+        const auto raised = test::RaisedBy([&] { (void)Map(); });
+        EXPECT_EQ(raised.number, errors::invalidPropertyValue);
+        EXPECT_EQ(raised.words, Text(u"Invalid property value: BindFields ").append(words));
     }
 }
 

@@ -162,7 +162,7 @@ TEST_F(EditHistoryTest, AColumnThatTheUserMovesTakesItsNumberEverywhereAndBack) 
     EXPECT_EQ(1, state.keyColumn);
     const auto fields = [&] {
         std::string columns;
-        for (int col = 0; col < grid.Cols(); ++col) columns += std::to_string(ColumnOfField(grid, state, col));
+        for (int col = 0; col < grid.Cols(); ++col) columns += std::to_string(ColumnAtPlace(grid, state, col));
         return columns;
     };
     EXPECT_EQ("0312", fields());
@@ -189,7 +189,7 @@ TEST_F(EditHistoryTest, AColumnThatTheUserMovesTakesItsNumberEverywhereAndBack) 
     EXPECT_TRUE(again->from == 1 && again->to == 3);
     EXPECT_EQ("No,Qty,,Name/1,10,,a/2,x,,b/3,30,,c", Shown(grid));
     grid.SetCols(3);
-    EXPECT_EQ(2, ColumnOfField(grid, state, 2)) << "another number of columns has its own order";
+    EXPECT_EQ(2, ColumnAtPlace(grid, state, 2)) << "another number of columns has its own order";
 }
 
 TEST_F(EditHistoryTest, RowsAndColumnsMovedByTheHostBeginItAnew) {

@@ -53,13 +53,13 @@ TEST_F(EntryGridTest, ALayoutFindsItsColumnsByCaption) {
         own.SetFixedCols(1);
         own.SetColWidth(5, 0);
         const auto columns = ReadLayout(c.layout)->columns;
-        ApplyLayoutColumns(own, state, columns, [&](int from, int to) { own.SetColPosition(from, to); });
+        ApplyLayoutColumns(own, state, columns, 1, [&](int from, int to) { own.SetColPosition(from, to); });
         EXPECT_EQ(c.shown, flexgrid::Shown(own)) << Narrow(c.layout);
         std::string widths;
         for (const auto& column : LayoutColumns(own)) widths += std::to_string(column.width) + " ";
         EXPECT_EQ(c.widths, widths) << Narrow(c.layout);
         // As long as nothing changes, a layout that is set again changes nothing.
-        ApplyLayoutColumns(own, state, LayoutColumns(own), [](int, int) { ADD_FAILURE(); });
+        ApplyLayoutColumns(own, state, LayoutColumns(own), 1, [](int, int) { ADD_FAILURE(); });
     }
 }
 
