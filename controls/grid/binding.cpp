@@ -10,7 +10,7 @@ namespace {
 
 // Appends the cells of a row from the fields that the map gives them, each followed by a tab. Returns whether a field
 // has a tab of its own, which would begin another cell.
-bool AppendMapped(const FieldMap& map, RecordSource& records, std::vector<Text>& cells, Text& row) {
+[[gnu::noinline]] bool AppendMapped(const FieldMap& map, RecordSource& records, std::vector<Text>& cells, Text& row) {
     bool tabs = false;
     cells.resize(static_cast<std::size_t>(map.Columns()));
     for (int col = 0; col < map.Columns(); ++col) {

@@ -196,7 +196,7 @@ class CellStore {
     RecordBuilder builder_;
     std::vector<CellView> cells_;  // cells of the row being written; kept for its memory
     RowWatch* watch_ = nullptr;
-    std::size_t tidyAt_ = 0;       // dead bytes before the next attempt, after one that found no memory
+    std::size_t tidyAt_ = 0;  // dead bytes before the next attempt, after one that found no memory
 
     int batches_ = 0;                                     // number of open batches, one within the other
     std::uint64_t batchNumber_ = 0;                       // increases when batches are dissolved
