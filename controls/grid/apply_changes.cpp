@@ -1,6 +1,7 @@
 #include "controls/grid/apply_changes.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <optional>
 #include <utility>
 
@@ -41,8 +42,24 @@ struct Work {
     bool done = false;
 };
 
-using Order = bool (*)(const Work*, const Work*);
-void SortWorks(std::vector<Work*>& works, Order order) { std::sort(works.begin(), works.end(), order); }
+int Compare(int a, int b) { return a < b ? -1 : static_cast<int>(a > b); }
+
+// Orders works by their keys, and those with equal keys as the rows are.
+int ByKey(const void* a, const void* b) {
+    const Work* const first = *static_cast<Work* const*>(a);
+    const Work* const second = *static_cast<Work* const*>(b);
+    const int order = first->key.compare(second->key);
+    return order != 0 ? order : first < second ? -1 : 1;
+}
+
+int ByRecord(const void* a, const void* b) {
+    return Compare((*static_cast<Work* const*>(a))->record, (*static_cast<Work* const*>(b))->record);
+}
+
+// The C library's function takes much less code than a template.
+void SortWorks(std::vector<Work*>& works, int (*order)(const void*, const void*)) {
+    if (!works.empty()) std::qsort(works.data(), works.size(), sizeof(Work*), order);
+}
 
 // Writing takes far longer than deciding what to write, so that the code may as well be small.
 class Applying {
@@ -158,7 +175,7 @@ class Applying {
         std::vector<Work*> wanted;
         for (Work& work : work_)
             if (work.kind != Work::Kind::add) wanted.push_back(&work);
-        SortWorks(wanted, [](const Work* a, const Work* b) { return a->key != b->key ? a->key < b->key : a < b; });
+        SortWorks(wanted, ByKey);
         std::vector<Text> texts(fields_.size());
         for (target_.MoveFirst(); !target_.AtEnd(); target_.MoveNext()) {
             ++records_;
@@ -226,9 +243,8 @@ class Applying {
             if (work.kind == Work::Kind::remove && work.done) deleted.push_back(&work);
         }
         if (visited.empty()) return;
-        const Order byRecord = [](const Work* a, const Work* b) { return a->record < b->record; };
-        SortWorks(visited, byRecord);
-        SortWorks(deleted, byRecord);
+        SortWorks(visited, ByRecord);
+        SortWorks(deleted, ByRecord);
         std::size_t before = 0;
         target_.MoveFirst();
         int at = 1;

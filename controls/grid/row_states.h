@@ -71,8 +71,7 @@ class RowStates final : public flexgrid::RowWatch {
 
   private:
     struct Rows {
-        std::vector<bool> added;  // by identity, as far as there are any
-        int addedCount = 0;
+        flexgrid::SparseMap<bool> added;
         flexgrid::SparseMap<std::shared_ptr<RowOriginal>> originals;
         std::vector<std::shared_ptr<RowOriginal>> deleted;  // in the order of their removal; null for restored ones
         std::size_t holes = 0;                              // the null ones
@@ -97,8 +96,7 @@ class RowStates final : public flexgrid::RowWatch {
     [[gnu::cold]] std::shared_ptr<void> Snapshot() override { return std::make_shared<Rows>(rows_); }
     [[gnu::cold]] void Restore(const std::shared_ptr<void>& snapshot) noexcept override;
 
-    bool IsAdded(flexgrid::RowId row) const { return row < rows_.added.size() && rows_.added[row]; }
-    int NumberOf(flexgrid::RowId row) const { return row < rows_.numbers.size() ? rows_.numbers[row] : 0; }
+    bool IsAdded(flexgrid::RowId row) const { return rows_.added.Find(row) != nullptr; }
     [[gnu::cold]] void KeepNumbers();
     bool HasText(const flexgrid::RowView& cells) const;
     [[gnu::cold]] const std::shared_ptr<RowOriginal>& OriginalOf(flexgrid::RowId row, const flexgrid::RowView& cells);

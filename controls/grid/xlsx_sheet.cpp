@@ -73,7 +73,7 @@ ShortDateOrder OrderOf(TextView pattern) {
     return place(u"dD") < place(u"mM") ? ShortDateOrder::dayMonthYear : ShortDateOrder::monthDayYear;
 }
 
-std::string StylesPart(TextView dateFormat) {
+[[gnu::cold]] std::string StylesPart(TextView dateFormat) {
     std::string format;
     AppendSheetText(format, SheetDateFormat(dateFormat));
     std::string part =
