@@ -10,7 +10,7 @@ namespace {
 
 // Reads the texts of the columns that the map gives fields; `cells` holds the record's number first. A field may have
 // tabs of its own, which would begin other cells.
-[[gnu::cold]] void ReadMapped(const FieldMap& map, RecordSource& records, std::vector<Text>& cells) {
+[[gnu::cold, gnu::noinline]] void ReadMapped(const FieldMap& map, RecordSource& records, std::vector<Text>& cells) {
     cells.resize(static_cast<std::size_t>(std::max(map.Columns(), 1)));
     for (int col = 0; col < map.Columns(); ++col) {
         if (const auto field = map.FieldOf(col)) {
@@ -21,7 +21,7 @@ namespace {
     }
 }
 
-[[gnu::cold]] void AddMapped(flexgrid::Grid& grid, const std::vector<Text>& cells) {
+[[gnu::cold, gnu::noinline]] void AddMapped(flexgrid::Grid& grid, const std::vector<Text>& cells) {
     grid.AddItem({});
     std::vector<TextView> texts(cells.begin(), cells.end());
     texts.resize(std::min(texts.size(), static_cast<std::size_t>(grid.Cols())));

@@ -54,7 +54,7 @@ Text DefaultMenu() {
     return items;
 }
 
-std::vector<MenuEntry> ReadMenu(TextView items) {
+[[gnu::cold]] std::vector<MenuEntry> ReadMenu(TextView items) {
     std::vector<MenuEntry> menu;
     while (!items.empty()) {
         const TextView item = items.substr(0, items.find(u';'));
