@@ -1,6 +1,7 @@
 #include "controls/grid/apply_changes.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <optional>
 #include <utility>
 
@@ -41,9 +42,30 @@ struct Work {
     bool done = false;
 };
 
+int Compare(int a, int b) { return a < b ? -1 : static_cast<int>(a > b); }
+
+// Orders works by their keys, and those with equal keys as the rows are.
+int ByKey(const void* a, const void* b) {
+    const Work* const first = *static_cast<Work* const*>(a);
+    const Work* const second = *static_cast<Work* const*>(b);
+    const int order = first->key.compare(second->key);
+    return order != 0 ? order : first < second ? -1 : 1;
+}
+
+int ByRecord(const void* a, const void* b) {
+    return Compare((*static_cast<Work* const*>(a))->record, (*static_cast<Work* const*>(b))->record);
+}
+
+// The C library's function takes much less code than a template.
+void SortWorks(std::vector<Work*>& works, int (*order)(const void*, const void*)) {
+    if (!works.empty()) std::qsort(works.data(), works.size(), sizeof(Work*), order);
+}
+
+// Writing takes far longer than deciding what to write, so that the code may as well be small.
 class Applying {
   public:
-    Applying(flexgrid::Grid& grid, RowStates& states, const FieldMap& map, RecordTarget& target, TextView keyFields)
+    [[gnu::cold]] Applying(flexgrid::Grid& grid, RowStates& states, const FieldMap& map, RecordTarget& target,
+                           TextView keyFields)
         : grid_(grid), states_(states), target_(target), names_(target.FieldNames()) {
         for (int col = 0; col < std::min(map.Columns(), grid.Cols()); ++col)
             if (const auto field = map.FieldOf(col)) fields_.push_back({*field, col});
@@ -51,7 +73,7 @@ class Applying {
         ReadKeys(keyFields);
     }
 
-    int Run(const std::function<ConflictAnswer(const RecordConflict&)>& ask) {
+    [[gnu::cold]] int Run(const std::function<ConflictAnswer(const RecordConflict&)>& ask) {
         Collect(work_);
         if (work_.empty()) return 0;
         const std::uint64_t structure = grid_.StructureVersion();
@@ -72,7 +94,7 @@ class Applying {
         int col;
     };
 
-    void ReadKeys(TextView list) {
+    [[gnu::cold]] void ReadKeys(TextView list) {
         while (!list.empty()) {
             const std::size_t comma = list.find(u',');
             TextView name = list.substr(0, comma);
@@ -90,31 +112,46 @@ class Applying {
 
     // ---- What there is to write ------------------------------------------------------------------------------------
 
-    template <class TextOf>
-    std::vector<Text> TextsOf(TextOf textOf) const {
+    // Where the text of a field comes from: the row, its originals, a deleted row or the current record.
+    enum class Source { row, originals, deleted, record };
+
+    [[gnu::cold]] Text TextOf(Source source, int at, const Field& field) const {
+        switch (source) {
+            case Source::row:
+                return grid_.TextMatrix(at, field.col);
+            case Source::originals:
+                return states_.OriginalText(at, field.col);
+            case Source::deleted:
+                return states_.DeletedText(at, field.col);
+            default:
+                return target_.Value(field.number);
+        }
+    }
+
+    [[gnu::cold]] std::vector<Text> TextsOf(Source source, int at) const {
         std::vector<Text> texts;
-        for (const Field& field : fields_) texts.push_back(textOf(field));
+        for (const Field& field : fields_) texts.push_back(TextOf(source, at, field));
         return texts;
     }
 
-    Text KeyOf(const std::vector<Text>& texts, int number) const {
+    [[gnu::cold]] Text KeyOf(const std::vector<Text>& texts, int number) const {
         if (keys_.empty()) return IntegerToText(number);
         Text key;
         for (const std::size_t place : keys_) key.append(texts[place]).append(1, u'\t');
         return key;
     }
 
-    void Collect(std::vector<Work>& works) const {
+    [[gnu::cold]] void Collect(std::vector<Work>& works) const {
         for (int row = grid_.FixedRows(); row < grid_.Rows(); ++row) {
             const RowState state = states_.Of(row);
             if (state == RowState::unchanged) continue;
             Work work;
             work.row = row;
-            work.after = TextsOf([&](const Field& field) { return grid_.TextMatrix(row, field.col); });
+            work.after = TextsOf(Source::row, row);
             work.before.resize(fields_.size());
             if (state == RowState::changed) {
                 work.kind = states_.IsEmpty(row) ? Work::Kind::remove : Work::Kind::update;
-                work.before = TextsOf([&](const Field& field) { return states_.OriginalText(row, field.col); });
+                work.before = TextsOf(Source::originals, row);
                 work.key = KeyOf(work.before, states_.RecordNumber(row));
             }
             // Texts in columns without a field cannot be written.
@@ -124,23 +161,21 @@ class Applying {
             Work work;
             work.kind = Work::Kind::remove;
             work.index = index;
-            work.before = TextsOf([&](const Field& field) { return states_.DeletedText(index, field.col); });
+            work.before = TextsOf(Source::deleted, index);
             work.after.resize(fields_.size());
             work.key = KeyOf(work.before, states_.Deleted(index).number);
             works.push_back(std::move(work));
         }
     }
 
-    std::vector<Text> Theirs() const {
-        return TextsOf([&](const Field& field) { return target_.Value(field.number); });
-    }
+    [[gnu::cold]] std::vector<Text> Theirs() const { return TextsOf(Source::record, 0); }
 
     // Finds the records of the rows.
-    void Match() {
+    [[gnu::cold]] void Match() {
         std::vector<Work*> wanted;
         for (Work& work : work_)
             if (work.kind != Work::Kind::add) wanted.push_back(&work);
-        std::stable_sort(wanted.begin(), wanted.end(), [](const Work* a, const Work* b) { return a->key < b->key; });
+        SortWorks(wanted, ByKey);
         std::vector<Text> texts(fields_.size());
         for (target_.MoveFirst(); !target_.AtEnd(); target_.MoveNext()) {
             ++records_;
@@ -157,7 +192,7 @@ class Applying {
 
     // ---- Conflicts -------------------------------------------------------------------------------------------------
 
-    ConflictAnswer Ask(const std::function<ConflictAnswer(const RecordConflict&)>& ask) {
+    [[gnu::cold]] ConflictAnswer Ask(const std::function<ConflictAnswer(const RecordConflict&)>& ask) {
         ConflictAnswer all = ConflictAnswer::overwrite;
         const auto put = [&](const RecordConflict& conflict) {
             const ConflictAnswer answer = ask(conflict);
@@ -181,7 +216,7 @@ class Applying {
     }
 
     // A handler of conflicts may have written other texts into the cells, but must not have moved rows.
-    void TakeTextsAgain(std::uint64_t structure) {
+    [[gnu::cold]] void TakeTextsAgain(std::uint64_t structure) {
         if (structure != grid_.StructureVersion()) RefuseMoved();
         std::vector<Work> now;
         Collect(now);
@@ -200,20 +235,21 @@ class Applying {
     // Calls visit(Work&) for the works of a kind that are done or are to be done, with their record as the current one.
     // Records that were deleted are not counted any more.
     template <class Visit>
-    void ForEachRecord(Work::Kind kind, bool done, Visit visit) {
+    [[gnu::cold]] void ForEachRecord(Work::Kind kind, bool done, Visit visit) {
         std::vector<Work*> visited;
-        for (Work& work : work_)
+        std::vector<Work*> deleted;
+        for (Work& work : work_) {
             if (work.kind == kind && work.record > 0 && work.done == done) visited.push_back(&work);
+            if (work.kind == Work::Kind::remove && work.done) deleted.push_back(&work);
+        }
         if (visited.empty()) return;
-        std::sort(visited.begin(), visited.end(), [](const Work* a, const Work* b) { return a->record < b->record; });
-        std::vector<int> deleted;
-        for (const Work& work : work_)
-            if (work.kind == Work::Kind::remove && work.done) deleted.push_back(work.record);
-        std::sort(deleted.begin(), deleted.end());
+        SortWorks(visited, ByRecord);
+        SortWorks(deleted, ByRecord);
+        std::size_t before = 0;
         target_.MoveFirst();
         int at = 1;
         for (Work* work : visited) {
-            const auto before = std::lower_bound(deleted.begin(), deleted.end(), work->record) - deleted.begin();
+            while (before < deleted.size() && deleted[before]->record < work->record) ++before;
             for (const int place = work->record - static_cast<int>(before); at < place && !target_.AtEnd(); ++at)
                 target_.MoveNext();
             if (target_.AtEnd() || Theirs() != (done ? work->now : work->theirs)) RefuseRecords();
@@ -221,7 +257,7 @@ class Applying {
         }
     }
 
-    void Write() {
+    [[gnu::cold]] void Write() {
         const bool transaction = target_.Begin();
         try {
             ForEachRecord(Work::Kind::remove, false, [&](Work& work) {
@@ -250,7 +286,7 @@ class Applying {
     }
 
     // Writes the texts that differ into the current record, and reads what it contains then.
-    void Fill(Work& work, const std::vector<Text>& current) {
+    [[gnu::cold]] void Fill(Work& work, const std::vector<Text>& current) {
         try {
             for (std::size_t i = 0; i < fields_.size(); ++i)
                 if (work.after[i] != current[i]) target_.SetValue(fields_[i].number, work.after[i]);
@@ -274,7 +310,7 @@ class Applying {
         }
     }
 
-    void PutBack(const Work& work) {
+    [[gnu::cold]] void PutBack(const Work& work) {
         try {
             target_.PutBack(work.kept);
             target_.Update();
@@ -286,7 +322,7 @@ class Applying {
     }
 
     // Returns whether everything is as before.
-    bool Undo() {
+    [[gnu::cold]] bool Undo() {
         bool undone = Tried([&] { DeleteAdded(); });
         undone =
             Tried([&] { ForEachRecord(Work::Kind::update, true, [&](const Work& work) { PutBack(work); }); }) && undone;
@@ -302,7 +338,7 @@ class Applying {
     }
 
     // The added records are the last ones.
-    void DeleteAdded() {
+    [[gnu::cold]] void DeleteAdded() {
         std::vector<const Work*> added;
         int left = records_;
         for (const Work& work : work_) {
@@ -321,7 +357,7 @@ class Applying {
     }
 
     // Shows what a record contains, such as a number that the database has given it.
-    void Show(const Work& work) {
+    [[gnu::cold]] void Show(const Work& work) {
         for (std::size_t i = 0; i < work.now.size(); ++i)
             if (work.now[i] != work.after[i]) grid_.SetTextMatrix(work.row, fields_[i].col, work.now[i]);
     }
@@ -338,8 +374,8 @@ class Applying {
 
 }  // namespace
 
-int ApplyChanges(flexgrid::Grid& grid, RowStates& states, const FieldMap& map, RecordTarget& target, TextView keyFields,
-                 const std::function<ConflictAnswer(const RecordConflict&)>& ask) {
+[[gnu::cold]] int ApplyChanges(flexgrid::Grid& grid, RowStates& states, const FieldMap& map, RecordTarget& target,
+                               TextView keyFields, const std::function<ConflictAnswer(const RecordConflict&)>& ask) {
     return Applying(grid, states, map, target, keyFields).Run(ask);
 }
 

@@ -10,21 +10,24 @@
 namespace qvx::grid {
 namespace {
 
-// Appends the cells of a row from the fields that the map gives them, each followed by a tab. Returns whether a field
-// has a tab of its own, which would begin another cell.
-bool AppendMapped(const FieldMap& map, RecordSource& records, std::vector<Text>& cells, Text& row) {
-    bool tabs = false;
-    cells.resize(static_cast<std::size_t>(map.Columns()));
+// Reads the texts of the columns that the map gives fields; `cells` holds the record's number first. A field may have
+// tabs of its own, which would begin other cells.
+[[gnu::cold, gnu::noinline]] void ReadMapped(const FieldMap& map, RecordSource& records, std::vector<Text>& cells) {
+    cells.resize(static_cast<std::size_t>(std::max(map.Columns(), 1)));
     for (int col = 0; col < map.Columns(); ++col) {
-        Text& cell = cells[static_cast<std::size_t>(col)];
         if (const auto field = map.FieldOf(col)) {
+            Text& cell = cells[static_cast<std::size_t>(col)];
             cell.clear();
             records.AppendField(*field, cell);
         }
-        tabs = tabs || cell.find(u'\t') != Text::npos;
-        row.append(cell).append(1, u'\t');
     }
-    return tabs;
+}
+
+[[gnu::cold, gnu::noinline]] void AddMapped(flexgrid::Grid& grid, const std::vector<Text>& cells) {
+    grid.AddItem({});
+    std::vector<TextView> texts(cells.begin(), cells.end());
+    texts.resize(std::min(texts.size(), static_cast<std::size_t>(grid.Cols())));
+    grid.SetTexts(grid.Rows() - 1, 0, texts);
 }
 
 // Puts the cells of a row, which are in the order that the columns had before the user moved any, into theirs.
@@ -56,10 +59,9 @@ void LoadRecords(flexgrid::Grid& grid, const ControlState& state, RowStates& sta
     for (std::int64_t loaded = 0; wanted() && !records.AtEnd();) {
         row.clear();
         if (state.autoRecordNumber) row = IntegerToText(records.Position());
-        bool tabs = false;
         if (map.ByName()) {
-            cells[0] = std::exchange(row, {});
-            tabs = AppendMapped(map, records, cells, row);
+            cells[0].swap(row);
+            ReadMapped(map, records, cells);
         } else {
             row.append(static_cast<std::size_t>(state.bindFrom), u'\t');
             records.AppendFields(row);
@@ -68,8 +70,11 @@ void LoadRecords(flexgrid::Grid& grid, const ControlState& state, RowStates& sta
         if (!wanted()) return;
         {
             const RowStates::Loading loading(states);
-            grid.AddItem(tabs ? TextView() : TextView(row));
-            if (tabs) grid.SetTexts(grid.Rows() - 1, 0, std::vector<TextView>(cells.begin(), cells.end()));
+            if (map.ByName()) {
+                AddMapped(grid, cells);
+            } else {
+                grid.AddItem(row);
+            }
         }
         if (!wanted()) return;
         records.MoveNext();

@@ -6,7 +6,7 @@
 
 namespace qvx::grid {
 
-ColumnIndex RefreshColIndex(const flexgrid::Grid& grid) {
+[[gnu::cold]] ColumnIndex RefreshColIndex(const flexgrid::Grid& grid) {
     ColumnIndex index;
     KeyedCollection<int> taken;
     // The last number tried after each caption. No key is ever removed, so all up to it stay taken; starting at 1 each

@@ -60,7 +60,7 @@ Text DefaultMenu(const ControlState& state) {
     return items;
 }
 
-std::vector<MenuEntry> ReadMenu(TextView items) {
+[[gnu::cold]] std::vector<MenuEntry> ReadMenu(TextView items) {
     std::vector<MenuEntry> menu;
     while (!items.empty()) {
         const TextView item = items.substr(0, items.find(u';'));

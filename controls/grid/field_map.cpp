@@ -48,7 +48,7 @@ FieldMap::FieldMap(const flexgrid::Grid& grid, const ControlState& state, const 
         const auto col = static_cast<std::size_t>(ColumnNamed(grid, rest.substr(1, end - 1)));
         const auto field = PlaceOf(name, names);
         if (!field) RefuseFields(u"names the unknown field", name);
-        if (col >= fields_.size()) fields_.resize(col + 1, none);
+        while (col >= fields_.size()) fields_.push_back(none);
         fields_[col] = *field;
         rest = next == TextView::npos ? TextView() : rest.substr(next + 1);
     }

@@ -16,7 +16,7 @@ class FieldMap {
     FieldMap() = default;
     // As BindFields says; without it, the first field is in column BindFrom, and so on. Captions and names are compared
     // regardless of case. Raises error 380 for a list that cannot be read and for columns and fields that do not exist.
-    FieldMap(const flexgrid::Grid& grid, const ControlState& state, const std::vector<Text>& names);
+    [[gnu::cold]] FieldMap(const flexgrid::Grid& grid, const ControlState& state, const std::vector<Text>& names);
 
     // Whether BindFields names the fields.
     bool ByName() const { return byName_; }

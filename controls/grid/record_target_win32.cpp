@@ -81,13 +81,14 @@ class NamedTarget final : public RecordTarget {
 
     std::vector<Text> FieldNames() override {
         std::vector<Text> names;
+        values_.clear();
         const auto fields = Object(fields_.Get(set_.get()));
         const long count = LateMember(fields.get(), L"Count").Get(fields.get()).ToLong().value_or(0);
         for (long i = 0; i < count; ++i) {
             const auto field = Field(static_cast<int>(i));
+            values_.emplace_back(L"Value");
             names.push_back(LateMember(field.get(), L"Name").Get(field.get()).ToText().value_or(Text()));
         }
-        values_.assign(names.size(), RepeatedMember(L"Value"));
         return names;
     }
     void MoveFirst() override {

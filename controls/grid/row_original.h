@@ -10,14 +10,14 @@ namespace qvx::grid {
 
 struct RowOriginal {
     RowOriginal() = default;
-    explicit RowOriginal(const flexgrid::RowView& cells);
+    [[gnu::cold]] explicit RowOriginal(const flexgrid::RowView& cells);
 
     flexgrid::RowView Cells() const {
         return flexgrid::RowView(record.empty() ? nullptr : reinterpret_cast<const std::uint8_t*>(record.data()));
     }
-    void Cut(int cols) noexcept;
+    [[gnu::cold]] void Cut(int cols) noexcept;
     // Returns the record after the column `from` has moved to `to`.
-    std::vector<std::uint32_t> WithMovedColumn(int from, int to) const;
+    [[gnu::cold]] std::vector<std::uint32_t> WithMovedColumn(int from, int to) const;
 
     bool isNew = false;                 // the row had no originals
     int number = 0;                     // of the record that a removed row was loaded from

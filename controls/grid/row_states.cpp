@@ -18,6 +18,8 @@ void SetNumber(std::vector<int>& numbers, RowId row, int number) {
     numbers[row] = number;
 }
 
+int NumberIn(const std::vector<int>& numbers, RowId row) { return row < numbers.size() ? numbers[row] : 0; }
+
 }  // namespace
 
 // ---- What is kept --------------------------------------------------------------------------------------------------
@@ -50,13 +52,13 @@ void RowStates::DropPlaces() noexcept {
 void RowStates::Accept() {
     if (!on_) return;
     Rows accepted;
-    if (rows_.addedCount > 0 || !rows_.originals.Empty() || !rows_.numbers.empty()) {
+    if (!rows_.added.Empty() || !rows_.originals.Empty() || !rows_.numbers.empty()) {
         KeepNumbers();
         std::vector<RowId> order(static_cast<std::size_t>(rows_.loaded) + 1, flexgrid::noRow);
         std::vector<RowId> added;
         grid_.ForEachRow(grid_.FixedRows(), grid_.Rows() - 1, [&](int row, const RowView& cells) {
             const RowId id = grid_.IdOf(row);
-            const int number = NumberOf(id);
+            const int number = NumberIn(rows_.numbers, id);
             const bool changed = IsAdded(id) || rows_.originals.Find(id);
             if (changed && !HasText(cells)) return;
             if (number > 0) {
@@ -66,13 +68,13 @@ void RowStates::Accept() {
             }
         });
         order.insert(order.end(), added.begin(), added.end());
-        accepted.numbers.resize(std::max(rows_.numbers.size(), rows_.added.size()));
+        accepted.numbers.resize(rows_.numbers.size());
         for (const RowId id : order)
             if (id != flexgrid::noRow) SetNumber(accepted.numbers, id, ++accepted.loaded);
         int number = 0;
         bool inOrder = true;
         for (int row = grid_.FixedRows(); row < grid_.Rows() && inOrder; ++row)
-            inOrder = accepted.numbers[grid_.IdOf(row)] == ++number;
+            inOrder = NumberIn(accepted.numbers, grid_.IdOf(row)) == ++number;
         if (inOrder) accepted = {};
     }
     DropPlaces();
@@ -131,7 +133,7 @@ Text RowStates::OriginalText(int row, int col) const {
 int RowStates::RecordNumber(int row) const {
     const RowId id = CheckedId(row);
     if (IsAdded(id)) return 0;
-    return rows_.numbers.empty() ? row - grid_.FixedRows() + 1 : NumberOf(id);
+    return rows_.numbers.empty() ? row - grid_.FixedRows() + 1 : NumberIn(rows_.numbers, id);
 }
 
 void RowStates::Compact() const noexcept {
@@ -169,22 +171,18 @@ void RowStates::CellsChange(RowId row, const RowView& cells, int firstCol, int c
 }
 
 void RowStates::RowsCome(std::span<const RowId> rows) {
-    const RowId last = *std::max_element(rows.begin(), rows.end());
     if (loading_ == 0) {
-        if (last >= rows_.added.size()) rows_.added.resize(last + std::size_t{1});
-        for (const RowId row : rows) rows_.added[row] = true;
-        rows_.addedCount += static_cast<int>(rows.size());
+        for (const RowId row : rows) rows_.added.Set(row, true);
         return;
     }
-    if (rows_.addedCount > 0) KeepNumbers();
+    if (!rows_.added.Empty()) KeepNumbers();
     if (rows_.numbers.empty()) return;
-    if (last >= rows_.numbers.size()) rows_.numbers.resize(last + std::size_t{1});
-    for (const RowId row : rows) rows_.numbers[row] = ++rows_.loaded;
+    for (const RowId row : rows) SetNumber(rows_.numbers, row, ++rows_.loaded);
 }
 
 void RowStates::RowLeaves(RowId row, const RowView& cells) {
     if (loading_ > 0 || IsAdded(row)) return;
-    OriginalOf(row, cells)->number = NumberOf(row);
+    OriginalOf(row, cells)->number = NumberIn(rows_.numbers, row);
     auto& deleted = rows_.deleted;
     const std::size_t needed = deleted.size() + ++leaving_;
     if (needed > deleted.capacity()) deleted.reserve(std::max(needed, 2 * deleted.capacity()));
@@ -193,8 +191,7 @@ void RowStates::RowLeaves(RowId row, const RowView& cells) {
 void RowStates::RowGone(RowId row) noexcept {
     if (row < rows_.numbers.size()) rows_.numbers[row] = 0;
     if (IsAdded(row)) {
-        rows_.added[row] = false;
-        --rows_.addedCount;
+        rows_.added.Erase(row);
         return;
     }
     auto* const original = rows_.originals.Find(row);
@@ -250,8 +247,7 @@ void RowStates::PutBack(RowId row, const Keepsake& kept) {
     if (original->isNew || !IsAdded(row) || (original->place == 0 && HasText(original->Cells()))) return;
     if (!rows_.numbers.empty()) SetNumber(rows_.numbers, row, original->number);
     rows_.originals.Set(row, original);
-    rows_.added[row] = false;
-    --rows_.addedCount;
+    rows_.added.Erase(row);
     if (original->place == 0) return;
     rows_.deleted[original->place - 1] = nullptr;
     original->place = 0;

@@ -2,7 +2,8 @@
 //
 // Every call that changes texts or rows passes through the grid's watch, so that it makes no difference who makes a
 // change. A row's originals are copied before its first change and belong to its identity; its state is computed from
-// them whenever it is asked for, so that a change that is undone leaves no trace.
+// them whenever it is asked for, so that a change that is undone leaves no trace. Most of the code is compiled for its
+// size, because only the first change of a row gets there.
 #pragma once
 
 #include <cstdint>
@@ -28,14 +29,14 @@ class RowStates final : public flexgrid::RowWatch {
     RowStates& operator=(const RowStates&) = delete;
 
     // From now on, rows are watched; all of them are unchanged. Nothing is kept while rows are not watched.
-    void Start();
-    void Stop() noexcept;
+    [[gnu::cold]] void Start();
+    [[gnu::cold]] void Stop() noexcept;
     bool On() const { return on_; }
     // The rows are to be replaced by others: everything that is known about them is dropped.
-    void Forget() noexcept;
+    [[gnu::cold]] void Forget() noexcept;
     // Makes all rows unchanged and forgets those that were deleted. The record numbers are afterwards those of records
     // from which the deleted ones are gone, and to which the new ones were added at the end.
-    void Accept();
+    [[gnu::cold]] void Accept();
 
     // Rows that come while it exists are loaded from records.
     class Loading {
@@ -53,25 +54,24 @@ class RowStates final : public flexgrid::RowWatch {
     int FirstColumn() const;
     // A row without any original text is no record: it is unchanged while it is empty, and new with a text in it.
     // Throws 30009 for a row that is no data row.
-    RowState Of(int row) const;
+    [[gnu::cold]] RowState Of(int row) const;
     // Whether the row's changes are worth a mark: a new row without text is not yet anything.
     bool IsMarked(int row) const;
     // Whether a row has no text that could be part of a record.
-    bool IsEmpty(int row) const;
+    [[gnu::cold]] bool IsEmpty(int row) const;
     // Returns the text of a cell before the first change of its row; "" in new rows. Throws 30009, 30010.
-    Text OriginalText(int row, int col) const;
+    [[gnu::cold]] Text OriginalText(int row, int col) const;
     // Returns the number of the record that a row was loaded from, from 1; 0 for none.
     int RecordNumber(int row) const;
 
     int DeletedCount() const;
     // Throws error 9 for an index that does not exist, 30010 for such a column.
-    Text DeletedText(int index, int col) const;
-    const RowOriginal& Deleted(int index) const;
+    [[gnu::cold]] Text DeletedText(int index, int col) const;
+    [[gnu::cold]] const RowOriginal& Deleted(int index) const;
 
   private:
     struct Rows {
-        std::vector<bool> added;  // by identity, as far as there are any
-        int addedCount = 0;
+        flexgrid::SparseMap<bool> added;
         flexgrid::SparseMap<std::shared_ptr<RowOriginal>> originals;
         std::vector<std::shared_ptr<RowOriginal>> deleted;  // in the order of their removal; null for restored ones
         std::size_t holes = 0;                              // the null ones
@@ -84,25 +84,24 @@ class RowStates final : public flexgrid::RowWatch {
     // RowWatch
     void CellsChange(flexgrid::RowId row, const flexgrid::RowView& cells, int firstCol, int count) override;
     void RowsCome(std::span<const flexgrid::RowId> rows) override;
-    void RowLeaves(flexgrid::RowId row, const flexgrid::RowView& cells) override;
-    void RowGone(flexgrid::RowId row) noexcept override;
+    [[gnu::cold]] void RowLeaves(flexgrid::RowId row, const flexgrid::RowView& cells) override;
+    [[gnu::cold]] void RowGone(flexgrid::RowId row) noexcept override;
     void OrderChanges() override {
         if (loading_ == 0) KeepNumbers();
     }
-    void ColumnMoves(int from, int to) override;
-    void ColumnsCut(int cols) noexcept override;
-    Keepsake Keep(flexgrid::RowId row, const flexgrid::RowView& cells) override;
-    void PutBack(flexgrid::RowId row, const Keepsake& kept) override;
-    std::shared_ptr<void> Snapshot() override { return std::make_shared<Rows>(rows_); }
-    void Restore(const std::shared_ptr<void>& snapshot) noexcept override;
+    [[gnu::cold]] void ColumnMoves(int from, int to) override;
+    [[gnu::cold]] void ColumnsCut(int cols) noexcept override;
+    [[gnu::cold]] Keepsake Keep(flexgrid::RowId row, const flexgrid::RowView& cells) override;
+    [[gnu::cold]] void PutBack(flexgrid::RowId row, const Keepsake& kept) override;
+    [[gnu::cold]] std::shared_ptr<void> Snapshot() override { return std::make_shared<Rows>(rows_); }
+    [[gnu::cold]] void Restore(const std::shared_ptr<void>& snapshot) noexcept override;
 
-    bool IsAdded(flexgrid::RowId row) const { return row < rows_.added.size() && rows_.added[row]; }
-    int NumberOf(flexgrid::RowId row) const { return row < rows_.numbers.size() ? rows_.numbers[row] : 0; }
-    void KeepNumbers();
+    bool IsAdded(flexgrid::RowId row) const { return rows_.added.Find(row) != nullptr; }
+    [[gnu::cold]] void KeepNumbers();
     bool HasText(const flexgrid::RowView& cells) const;
-    const std::shared_ptr<RowOriginal>& OriginalOf(flexgrid::RowId row, const flexgrid::RowView& cells);
+    [[gnu::cold]] const std::shared_ptr<RowOriginal>& OriginalOf(flexgrid::RowId row, const flexgrid::RowView& cells);
     flexgrid::RowId CheckedId(int row) const;
-    void Compact() const noexcept;
+    [[gnu::cold]] void Compact() const noexcept;
     void DropPlaces() noexcept;
 
     flexgrid::Grid& grid_;
