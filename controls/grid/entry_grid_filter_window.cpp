@@ -1,6 +1,7 @@
 // Filtering a grid for data entry: the fields of its user, and the members of its host.
 #include "controls/grid/entry_grid_filter_window.h"
 
+#include "com/guard.h"
 #include "common/locale.h"
 #include "controls/grid/column_lists.h"
 #include "dialogs/messages.h"
@@ -216,8 +217,16 @@ EntryGrid::Filterer& EntryGrid::Filtering() {
 }
 
 void EntryGrid::SetFilterRow(bool shown) {
-    state_.filterRow = shown;
-    if (window_->Handle()) Filtering().ShowStrip(GetParent(window_->Handle()));
+    const bool before = std::exchange(state_.filterRow, shown);
+    if (!window_->Handle()) return;
+    const HWND control = GetParent(window_->Handle());
+    try {
+        Filtering().ShowStrip(control);
+    } catch (...) {
+        state_.filterRow = before;
+        if (filterer_) Contain([&] { filterer_->ShowStrip(control); });
+        throw;
+    }
 }
 
 Text EntryGrid::Filter() const { return filterer_ ? filterer_->List() : Text(); }

@@ -29,7 +29,7 @@ void Terminate(const flexgrid::Grid& grid, ControlState& state, const std::funct
 void Renumber(flexgrid::Grid& grid, const ControlState& state) { RenumberFrom(grid, state, 1); }
 
 void RenumberFrom(flexgrid::Grid& grid, const ControlState& state, int first) {
-    if (!state.autoRecordNumber) return;
+    if (!state.autoRecordNumber || grid.Cols() == 0) return;
     flexgrid::Grid::AllOrNothing whole(grid, flexgrid::Grid::AllOrNothing::Reach::texts);
     for (int row = first; row < grid.Rows(); ++row) {
         const Text number = IntegerToText(row);

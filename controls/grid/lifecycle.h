@@ -18,7 +18,7 @@ void Show(flexgrid::Grid& grid, ControlState& state, bool userMode, const std::f
 void Terminate(const flexgrid::Grid& grid, ControlState& state, const std::function<void(int col)>& unloadCombo);
 
 // Writes row numbers into column 0 of all rows from 1 on, regardless of the number of fixed rows; only with
-// AutoRecordNumber.
+// AutoRecordNumber, and in a grid that has such a column.
 void Renumber(flexgrid::Grid& grid, const ControlState& state);
 // Does the same from row `first` on, when those above it have kept their numbers.
 void RenumberFrom(flexgrid::Grid& grid, const ControlState& state, int first);

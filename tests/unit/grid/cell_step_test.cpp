@@ -416,6 +416,9 @@ TEST_F(LifecycleTest, NumberingStartsAtRowOneWhateverIsFixed) {
     Renumber(grid, state);
     EXPECT_EQ(grid.TextMatrix(1, 0), u"1");
     EXPECT_EQ(grid.TextMatrix(4, 0), u"4");
+    grid.SetFixedCols(0);
+    grid.SetCols(0);
+    EXPECT_NO_THROW(Renumber(grid, state)) << "there is no column for the numbers";
 }
 
 }  // namespace
