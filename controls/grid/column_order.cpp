@@ -15,7 +15,7 @@ using flexgrid::AfterMove;
 namespace {
 
 // Whether the order is that of a grid with so many columns.
-bool Fits(const std::vector<int>& order, int columns) { return std::ssize(order) == columns; }
+bool IsOrderOf(const std::vector<int>& order, int columns) { return std::ssize(order) == columns; }
 
 }  // namespace
 
@@ -34,7 +34,7 @@ void MoveColumn(flexgrid::Grid& grid, ControlState& state, int from, int to) {
 void FollowColumn(flexgrid::Grid& grid, ControlState& state, int from, int to) {
     if (state.keyColumn >= 0) state.keyColumn = AfterMove(state.keyColumn, from, to);
     std::vector<int>& order = state.columnOrder;
-    if (!Fits(order, grid.Cols())) {
+    if (!IsOrderOf(order, grid.Cols())) {
         order.resize(static_cast<std::size_t>(grid.Cols()));
         std::iota(order.begin(), order.end(), 0);
     }
@@ -60,16 +60,17 @@ int FirstMovableColumn(const flexgrid::Grid& grid, const ControlState& state, bo
 }
 
 bool ColumnsAreMoved(const flexgrid::Grid& grid, const ControlState& state) {
-    return Fits(state.columnOrder, grid.Cols()) && !std::is_sorted(state.columnOrder.begin(), state.columnOrder.end());
+    return IsOrderOf(state.columnOrder, grid.Cols()) &&
+           !std::is_sorted(state.columnOrder.begin(), state.columnOrder.end());
 }
 
 int FieldPlaceOf(const flexgrid::Grid& grid, const ControlState& state, int col) {
-    return Fits(state.columnOrder, grid.Cols()) ? state.columnOrder[static_cast<std::size_t>(col)] : col;
+    return IsOrderOf(state.columnOrder, grid.Cols()) ? state.columnOrder[static_cast<std::size_t>(col)] : col;
 }
 
 int ColumnAtPlace(const flexgrid::Grid& grid, const ControlState& state, int place) {
     const std::vector<int>& order = state.columnOrder;
-    if (!Fits(order, grid.Cols())) return place;
+    if (!IsOrderOf(order, grid.Cols())) return place;
     return static_cast<int>(std::find(order.begin(), order.end(), place) - order.begin());
 }
 
