@@ -18,7 +18,7 @@ void SetNumber(std::vector<int>& numbers, RowId row, int number) {
     numbers[row] = number;
 }
 
-int NumberIn(const std::vector<int>& numbers, RowId row) { return row < numbers.size() ? numbers[row] : 0; }
+int RecordNumberIn(const std::vector<int>& numbers, RowId row) { return row < numbers.size() ? numbers[row] : 0; }
 
 }  // namespace
 
@@ -58,7 +58,7 @@ void RowStates::Accept() {
         std::vector<RowId> added;
         grid_.ForEachRow(grid_.FixedRows(), grid_.Rows() - 1, [&](int row, const RowView& cells) {
             const RowId id = grid_.IdOf(row);
-            const int number = NumberIn(rows_.numbers, id);
+            const int number = RecordNumberIn(rows_.numbers, id);
             const bool changed = IsAdded(id) || rows_.originals.Find(id);
             if (changed && !HasText(cells)) return;
             if (number > 0) {
@@ -74,7 +74,7 @@ void RowStates::Accept() {
         int number = 0;
         bool inOrder = true;
         for (int row = grid_.FixedRows(); row < grid_.Rows() && inOrder; ++row)
-            inOrder = NumberIn(accepted.numbers, grid_.IdOf(row)) == ++number;
+            inOrder = RecordNumberIn(accepted.numbers, grid_.IdOf(row)) == ++number;
         if (inOrder) accepted = {};
     }
     DropPlaces();
@@ -133,7 +133,7 @@ Text RowStates::OriginalText(int row, int col) const {
 int RowStates::RecordNumber(int row) const {
     const RowId id = CheckedId(row);
     if (IsAdded(id)) return 0;
-    return rows_.numbers.empty() ? row - grid_.FixedRows() + 1 : NumberIn(rows_.numbers, id);
+    return rows_.numbers.empty() ? row - grid_.FixedRows() + 1 : RecordNumberIn(rows_.numbers, id);
 }
 
 void RowStates::Compact() const noexcept {
@@ -182,7 +182,7 @@ void RowStates::RowsCome(std::span<const RowId> rows) {
 
 void RowStates::RowLeaves(RowId row, const RowView& cells) {
     if (loading_ > 0 || IsAdded(row)) return;
-    OriginalOf(row, cells)->number = NumberIn(rows_.numbers, row);
+    OriginalOf(row, cells)->number = RecordNumberIn(rows_.numbers, row);
     auto& deleted = rows_.deleted;
     const std::size_t needed = deleted.size() + ++leaving_;
     if (needed > deleted.capacity()) deleted.reserve(std::max(needed, 2 * deleted.capacity()));
