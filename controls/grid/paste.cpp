@@ -9,7 +9,7 @@
 
 namespace qvx::grid {
 
-std::optional<Text> CopiedText(const flexgrid::Grid& grid) {
+[[gnu::cold]] std::optional<Text> CopiedText(const flexgrid::Grid& grid) {
     const flexgrid::CellRange range = grid.Selection();
     const int first = grid.UnfilteredRow(range.top, 1);
     if (range.Empty() || first < 0 || first > range.bottom) return std::nullopt;
@@ -81,7 +81,7 @@ CellRectangle::CellRectangle(const flexgrid::Grid& grid, TextView text) : CellRe
     std::fill(same_.begin(), same_.end(), TextView(kept_.front()));
 }
 
-CellRectangle CellRectangle::FillDown(const flexgrid::Grid& grid) {
+[[gnu::cold]] CellRectangle CellRectangle::FillDown(const flexgrid::Grid& grid) {
     CellRectangle filled(grid);
     flexgrid::CellRange& target = filled.target_;
     const int first = grid.UnfilteredRow(target.top, 1);
@@ -98,7 +98,7 @@ CellRectangle CellRectangle::FillDown(const flexgrid::Grid& grid) {
     return filled;
 }
 
-CellRectangle CellRectangle::FillRight(const flexgrid::Grid& grid) {
+[[gnu::cold]] CellRectangle CellRectangle::FillRight(const flexgrid::Grid& grid) {
     CellRectangle filled(grid);
     flexgrid::CellRange& target = filled.target_;
     const int source = target.left < target.right ? target.left++ : target.left - 1;

@@ -73,7 +73,7 @@ ShortDateOrder OrderOf(TextView pattern) {
     return place(u"dD") < place(u"mM") ? ShortDateOrder::dayMonthYear : ShortDateOrder::monthDayYear;
 }
 
-std::string StylesPart(TextView dateFormat) {
+[[gnu::cold]] std::string StylesPart(TextView dateFormat) {
     std::string format;
     AppendSheetText(format, SheetDateFormat(dateFormat));
     std::string part =
@@ -106,7 +106,7 @@ std::string StylesPart(TextView dateFormat) {
 
 class XlsxWriter final : public TableWriter {
   public:
-    XlsxWriter(const ExportOptions& options, const ExportedCells& cells, ExportBlocks& blocks)
+    [[gnu::cold]] XlsxWriter(const ExportOptions& options, const ExportedCells& cells, ExportBlocks& blocks)
         : options_(options), columns_(cells.columns), zip_(blocks) {
         if (cells.headers + cells.total > mostSheetRows)
             throw RunTimeError(errors::invalidProcedureCall, u"A worksheet has at most 1,048,576 rows");
@@ -250,7 +250,7 @@ std::optional<double> SheetDate(TextView text, TextView dateFormat, const DateSe
     return number + date->secondOfDay / 86'400.0;
 }
 
-Text SheetDateFormat(TextView pattern) {
+[[gnu::cold]] Text SheetDateFormat(TextView pattern) {
     Text format;
     for (std::size_t i = 0; i < pattern.size();) {
         const TextView rest = pattern.substr(i);
