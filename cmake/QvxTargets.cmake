@@ -10,6 +10,13 @@ set(QVX_WINDOWS_FOLDERS "^(com|win|kit|server|qvxhost|soak/watch|samples/ado)$")
 set(QVX_BUSY_COMPONENTS archivers)
 # So are rules, except for those that go through many cells or bytes.
 set(QVX_BUSY_RULES archivers common drawing flexgrid grid)
+# Their sources that wait for the user rather than go through cells; the server optimises them for size.
+set(QVX_CALM_RULES accessible_events accessible_view binding button_steps cell_step column_drag column_index column_order
+  context_menu copied_cells date_column editor_placement filter_condition filter_strip find_bar_layout find_keys footer
+  format_string lifecycle list_arrows navigation projection resizing row_commands row_filter scrolling tab_way
+  user_layout)
+list(JOIN QVX_CALM_RULES "|" QVX_CALM_RULES)
+set(QVX_CALM_RULES "/(controls/grid|widgets/flexgrid)/(${QVX_CALM_RULES})[.]cpp$")
 
 add_library(qvx_options INTERFACE)
 target_compile_features(qvx_options INTERFACE cxx_std_20)
@@ -118,9 +125,16 @@ function(qvx_component name folder)
     list(FILTER rules EXCLUDE REGEX "${QVX_WINDOWS_SUFFIXES}")
     list(FILTER windows INCLUDE REGEX "${QVX_WINDOWS_SUFFIXES}")
   endif()
+  set(calm ${rules})
+  list(FILTER calm INCLUDE REGEX "${QVX_CALM_RULES}")
+  list(FILTER rules EXCLUDE REGEX "${QVX_CALM_RULES}")
   if(rules)
     qvx_batches(rules_batches ${name}_rules ${rules})
-    add_library(${name}_rules STATIC ${rules_batches})
+    qvx_batches(calm_batches ${name}_calm_rules ${calm})
+    if(WIN32)
+      set_source_files_properties(${calm_batches} PROPERTIES COMPILE_OPTIONS -Os)
+    endif()
+    add_library(${name}_rules STATIC ${rules_batches} ${calm_batches})
   else()
     add_library(${name}_rules INTERFACE)
   endif()

@@ -108,7 +108,7 @@ bool MeetsWildcards(TextView text, const std::vector<std::uint32_t>& units) {
 }
 
 [[gnu::cold]] bool CellCondition::AddTerm(TextView sign, const Operand& operand) {
-    Term term;
+    Term& term = terms_.emplace_back();
     const TextView text = operand.text;
     const bool same = sign == u"=" || sign == u"<>";
     term.negated = sign == u"<>";
@@ -136,7 +136,6 @@ bool MeetsWildcards(TextView text, const std::vector<std::uint32_t>& units) {
             term.pattern = PatternOf(text, true);
         }
     }
-    terms_.push_back(std::move(term));
     return true;
 }
 

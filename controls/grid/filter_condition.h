@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstdint>
+#include <list>
 #include <optional>
 #include <string>
 #include <vector>
@@ -79,7 +80,7 @@ class CellCondition {
     int dataType_;
     FilterHelp help_;
     DateColumn dates_;
-    std::vector<Term> terms_;
+    std::list<Term> terms_;  // which are large, and never moved
 };
 
 // Returns the condition that only cells with this text meet.

@@ -67,7 +67,7 @@ CellRectangle::CellRectangle(const flexgrid::Grid& grid, TextView text) : CellRe
     std::fill(same_.begin(), same_.end(), TextView(kept_.front()));
 }
 
-CellRectangle CellRectangle::FillDown(const flexgrid::Grid& grid) {
+[[gnu::cold]] CellRectangle CellRectangle::FillDown(const flexgrid::Grid& grid) {
     CellRectangle filled(grid);
     flexgrid::CellRange& target = filled.target_;
     const int first = grid.UnfilteredRow(target.top, 1);
@@ -84,7 +84,7 @@ CellRectangle CellRectangle::FillDown(const flexgrid::Grid& grid) {
     return filled;
 }
 
-CellRectangle CellRectangle::FillRight(const flexgrid::Grid& grid) {
+[[gnu::cold]] CellRectangle CellRectangle::FillRight(const flexgrid::Grid& grid) {
     CellRectangle filled(grid);
     flexgrid::CellRange& target = filled.target_;
     const int source = target.left < target.right ? target.left++ : target.left - 1;

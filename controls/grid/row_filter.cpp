@@ -1,6 +1,7 @@
 #include "controls/grid/row_filter.h"
 
 #include <algorithm>
+#include <list>
 #include <utility>
 
 #include "common/text_compare.h"
@@ -123,7 +124,7 @@ TextView RowFilter::ConditionOf(TextView column) const {
 std::optional<std::vector<bool>> RowFilter::RowsToHide(const flexgrid::Grid& grid, const ControlState& state,
                                                        const FilterHelp& help) const {
     const std::vector<Text> keys = ColumnKeys(grid);
-    std::vector<std::pair<int, CellCondition>> conditions;
+    std::list<std::pair<int, CellCondition>> conditions;
     for (const FilterItem& item : items_) {
         const int col = ColumnWithKey(keys, item.column);
         if (col < 0) continue;

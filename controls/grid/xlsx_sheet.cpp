@@ -250,7 +250,7 @@ std::optional<double> SheetDate(TextView text, TextView dateFormat, const DateSe
     return number + date->secondOfDay / 86'400.0;
 }
 
-Text SheetDateFormat(TextView pattern) {
+[[gnu::cold]] Text SheetDateFormat(TextView pattern) {
     Text format;
     for (std::size_t i = 0; i < pattern.size();) {
         const TextView rest = pattern.substr(i);

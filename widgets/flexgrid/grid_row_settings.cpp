@@ -40,7 +40,7 @@ void Grid::SetSettings(int row, const RowSettings& settings) {
 
 // ---- Filter --------------------------------------------------------------------------------------------------------
 
-void Grid::SetFilteredRows(std::vector<bool> filtered) {
+[[gnu::cold]] void Grid::SetFilteredRows(std::vector<bool> filtered) {
     std::fill_n(filtered.begin(), fixedRows_, false);
     store_.SetFiltered(filtered, SharedRowPixels());
     ++filter_;
@@ -48,7 +48,7 @@ void Grid::SetFilteredRows(std::vector<bool> filtered) {
     LayoutChanged(0, 0);
 }
 
-void Grid::SetRowFiltered(int row, bool filtered) {
+[[gnu::cold]] void Grid::SetRowFiltered(int row, bool filtered) {
     if (RowFiltered(row) == filtered) {
         return;
     }
@@ -57,7 +57,7 @@ void Grid::SetRowFiltered(int row, bool filtered) {
     LayoutChanged(row, 0);
 }
 
-void Grid::ShowAllRows() noexcept {
+[[gnu::cold]] void Grid::ShowAllRows() noexcept {
     ++filter_;
     if (FilteredRows() > 0) {
         store_.ClearFiltered();
@@ -71,7 +71,7 @@ bool Grid::RowFiltered(int row) const {
     return store_.FilteredCount() > 0 && store_.IsFiltered(store_.IdAt(row));
 }
 
-int Grid::UnfilteredRow(int row, int step) const {
+[[gnu::cold]] int Grid::UnfilteredRow(int row, int step) const {
     for (; row >= 0 && row < Rows(); row += step) {
         if (!RowFiltered(row)) {
             return row;
@@ -80,7 +80,7 @@ int Grid::UnfilteredRow(int row, int step) const {
     return -1;
 }
 
-Cursor Grid::OnUnfilteredRows(const Cursor& cursor) const {
+[[gnu::cold]] Cursor Grid::OnUnfilteredRows(const Cursor& cursor) const {
     if (FilteredRows() == 0) {
         return cursor;
     }

@@ -277,14 +277,14 @@ void RowIndex::SetDeviation(int position, int pixels) {
     }
 }
 
-void RowIndex::AddToDeviationAt(int position, int change) {
+[[gnu::cold]] void RowIndex::AddToDeviationAt(int position, int change) {
     int offset = position + 1;  // the insertion after the row leads to the row's own leaf
     bool rightmost = false;
     (void)Descend(offset, rightmost);
     AddAlongPath(0, change);
 }
 
-void RowIndex::SetFiltered(const std::vector<bool>& marked, int shared) {
+[[gnu::cold]] void RowIndex::SetFiltered(const std::vector<bool>& marked, int shared) {
     assert(marked.size() == static_cast<std::size_t>(size_));
     std::vector<std::uint64_t> fresh;
     int count = 0;
@@ -311,7 +311,7 @@ void RowIndex::SetFiltered(const std::vector<bool>& marked, int shared) {
     }
 }
 
-void RowIndex::SetFiltered(int position, bool filtered, int shared) {
+[[gnu::cold]] void RowIndex::SetFiltered(int position, bool filtered, int shared) {
     const RowId id = At(position);
     if (IsFiltered(id) == filtered) {
         return;
@@ -326,7 +326,7 @@ void RowIndex::SetFiltered(int position, bool filtered, int shared) {
     AddToDeviationAt(position, ShownDeviation(id) - before);
 }
 
-void RowIndex::ClearFiltered() noexcept {
+[[gnu::cold]] void RowIndex::ClearFiltered() noexcept {
     std::vector<std::uint64_t>().swap(filtered_);
     if (std::exchange(filteredCount_, 0) > 0) {
         RefreshDeviation(root_, height_);
