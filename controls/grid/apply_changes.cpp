@@ -58,7 +58,7 @@ int ByRecord(const void* a, const void* b) {
 
 // The C library's function takes much less code than a template.
 void SortWorks(std::vector<Work*>& works, int (*order)(const void*, const void*)) {
-    if (!works.empty()) std::qsort(works.data(), works.size(), sizeof(Work*), order);
+    if (!works.empty()) std::qsort(works.data(), works.size(), sizeof(void*), order);
 }
 
 // Writing takes far longer than deciding what to write, so that the code may as well be small.
