@@ -10,8 +10,8 @@
 namespace qvx {
 namespace {
 
-constexpr int storedBits = 52;         // of a double's mantissa
-constexpr int lowestExponent = -1074;  // of the lowest bit of all doubles
+constexpr int storedBits = 52;      // of a double's mantissa
+constexpr int sumExponent = -1074;  // of the lowest bit of the lowest digit
 constexpr std::uint64_t digitMask = 0xFFFFFFFF;
 
 }  // namespace
@@ -66,7 +66,7 @@ double ExactSum::Value() const {
     int exponent = 0;
     while (lowest > 0 && std::bit_width(number) + digitBits <= 63)
         number = number << digitBits | static_cast<std::uint64_t>(sum[--lowest]);
-    exponent = static_cast<int>(lowest) * digitBits + lowestExponent;
+    exponent = static_cast<int>(lowest) * digitBits + sumExponent;
     const int room = 63 - std::bit_width(number);
     std::uint64_t rest = 0;
     if (lowest > 0 && room > 0) {

@@ -9,6 +9,7 @@
 namespace qvx {
 namespace {
 
+constexpr int lowestExponent = -1074;  // of the lowest bit of all doubles
 constexpr int doubleBits = std::numeric_limits<double>::digits;
 
 int BitsOf(std::uint64_t value) { return std::bit_width(value); }
@@ -16,6 +17,11 @@ int BitsOf(std::uint64_t value) { return std::bit_width(value); }
 // A natural number that is as long as the largest that a double's decimals need.
 class LongNumber {
   public:
+    LongNumber() = default;
+    explicit LongNumber(std::uint64_t value) {
+        for (; value != 0; value >>= wordBits) Append(static_cast<std::uint32_t>(value));
+    }
+
     void MultiplyAndAdd(std::uint32_t factor, std::uint32_t added) {
         std::uint64_t carry = added;
         for (int i = 0; i < size_; ++i) {
@@ -107,8 +113,7 @@ double NearestDouble(std::span<const std::uint8_t> digits, int magnitude) {
     assert(magnitude >= -maxDecimalMagnitude && magnitude <= maxDecimalMagnitude);
     LongNumber number;
     for (const std::uint8_t digit : digits) number.MultiplyAndAdd(10, digit);
-    LongNumber divisor;
-    divisor.MultiplyAndAdd(1, 1);
+    LongNumber divisor(1);
     const int scale = magnitude - static_cast<int>(digits.size());
     number.MultiplyByPowerOfFive(std::max(0, scale));
     divisor.MultiplyByPowerOfFive(std::max(0, -scale));
@@ -128,6 +133,36 @@ double NearestDouble(std::span<const std::uint8_t> digits, int magnitude) {
         number.ShiftLeft(1);
     }
     return RoundToDouble(quotient, scale - shift - (quotientBits - 1), !number.IsZero());
+}
+
+std::uint64_t RoundToWhole(double value, int decimals) {
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    const int field = static_cast<int>(bits >> (doubleBits - 1));
+    std::uint64_t mantissa = bits & ((std::uint64_t{1} << (doubleBits - 1)) - 1);
+    if (field != 0) mantissa |= std::uint64_t{1} << (doubleBits - 1);
+    LongNumber number(mantissa);
+    LongNumber divisor(1);
+    const int power = std::max(field, 1) + lowestExponent - 1 + decimals;
+    number.MultiplyByPowerOfFive(std::max(0, decimals));
+    divisor.MultiplyByPowerOfFive(std::max(0, -decimals));
+    number.ShiftLeft(std::max(0, power));
+    divisor.ShiftLeft(std::max(0, -power));
+
+    const int steps = number.Bits() - divisor.Bits();
+    assert(steps >= 0 && steps < 62);
+    divisor.ShiftLeft(steps);
+    std::uint64_t quotient = 0;
+    for (int i = 0; i <= steps; ++i) {
+        quotient *= 2;
+        if (!(number < divisor)) {
+            number -= divisor;
+            ++quotient;
+        }
+        number.ShiftLeft(1);
+    }
+    // What is left has been doubled once more, so that the divisor is a half.
+    if (divisor < number || (!(number < divisor) && quotient % 2 != 0)) ++quotient;
+    return quotient;
 }
 
 double NearestDecimalFraction(std::uint64_t number, int decimals) {

@@ -1,5 +1,5 @@
-// The double nearest to a decimal number, rounded half to even. Needs neither tables nor memory, and no floating-point
-// arithmetic, whose precision in a 32-bit process is the host's choice.
+// The double nearest to a decimal number and the reverse, rounded half to even. Needs neither tables nor memory, and no
+// floating-point arithmetic, whose precision in a 32-bit process is the host's choice.
 #pragma once
 
 #include <cstddef>
@@ -23,5 +23,9 @@ double RoundToDouble(std::uint64_t number, int exponent, bool inexact);
 
 // Returns the double nearest to a whole number up to 2^53, divided by ten to the power of `decimals`, from 0 to 22.
 double NearestDecimalFraction(std::uint64_t number, int decimals);
+
+// Returns a positive, finite value multiplied by ten to the power of `decimals` and rounded half to even. `decimals` is
+// such that the result is at least 1 and below 2^62.
+std::uint64_t RoundToWhole(double value, int decimals);
 
 }  // namespace qvx

@@ -5,11 +5,10 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <optional>
 #include <string>
 
+#include "common/nearest_double.h"
 #include "common/run_time_error.h"
 
 namespace qvx {
@@ -78,14 +77,15 @@ Decimal ToDecimal(double value) {
     if (const auto rounded = RoundToDigits(value)) {
         decimal.digits = std::to_string(rounded->digits);
         decimal.point = maxSignificantDigits - rounded->decimals;
-    } else {
-        std::array<char, 32> buffer;
-        std::snprintf(buffer.data(), buffer.size(), "%.*e", maxSignificantDigits - 1, std::fabs(value));
-        const char* const mark = std::find(buffer.data(), buffer.data() + buffer.size(), 'e');
-        // The point is the one of the program's locale.
-        std::copy_if(static_cast<const char*>(buffer.data()), mark, std::back_inserter(decimal.digits),
-                     [](char c) { return c >= '0' && c <= '9'; });
-        decimal.point = std::atoi(mark + 1) + 1;
+    } else if (value != 0) {
+        constexpr std::uint64_t limit = 1'000'000'000'000'000;
+        const int power = std::ilogb(value);
+        // The decimal exponent that the binary one implies is right, or one too small.
+        int decimals = maxSignificantDigits - 1 - static_cast<int>(std::floor(power * 0.30102999566398120));
+        std::uint64_t digits = RoundToWhole(std::fabs(value), decimals);
+        if (digits >= limit) digits = RoundToWhole(std::fabs(value), --decimals);
+        decimal.digits = std::to_string(digits);
+        decimal.point = maxSignificantDigits - decimals;
     }
     decimal.digits.erase(decimal.digits.find_last_not_of('0') + 1);
     return decimal;

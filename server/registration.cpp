@@ -12,6 +12,7 @@
 #include "com/module.h"
 #include "com/type_library.h"
 #include "com/wide_text.h"
+#include "common/number_text.h"
 #include "kit/control_class.h"
 
 // The cross-compiler's headers do not declare these two.
@@ -180,8 +181,8 @@ std::vector<RegistryValue> RegistrationEntries() {
                            {base + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
                            {base + L"\\Control", L"", L""},
                            {base + L"\\MiscStatus", L"", L"0"},
-                           {base + L"\\MiscStatus\\1", L"", std::to_wstring(control.miscStatus)},
-                           {base + L"\\ToolboxBitmap32", L"", server + L", " + std::to_wstring(control.toolboxBitmap)},
+                           {base + L"\\MiscStatus\\1", L"", Wide(IntegerToText(control.miscStatus))},
+                           {base + L"\\ToolboxBitmap32", L"", server + L", " + Wide(IntegerToText(control.toolboxBitmap))},
                            {base + L"\\TypeLib", L"", Spell(LIBID_Qvx)},
                            {base + L"\\Version", L"", libraryVersion},
                        });

@@ -1,10 +1,11 @@
 // The ComboGrid's members that manage rows as records and add up cells.
 #include <algorithm>
-#include <string>
 #include <vector>
 
 #include "com/safearray.h"
 #include "com/value_text.h"
+#include "com/wide_text.h"
+#include "common/number_text.h"
 #include "controls/grid/aggregates.h"
 #include "controls/grid/combogrid_control.h"
 #include "controls/grid/duplicate_rows.h"
@@ -26,7 +27,7 @@ std::vector<Variant> ElementsOf(IDispatch* list) {
     if (!count) throw RunTimeError(errors::typeMismatch, u"Type mismatch");
     std::vector<Variant> elements;
     for (long i = 0; i < *count; ++i)
-        elements.push_back(ReadMember(list, std::to_wstring(i).c_str()).value_or(Variant()));
+        elements.push_back(ReadMember(list, Wide(IntegerToText(i))).value_or(Variant()));
     return elements;
 }
 
