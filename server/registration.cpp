@@ -167,25 +167,25 @@ std::vector<RegistryValue> RegistrationEntries() {
         const std::wstring versioned = plain + L".1";
         const std::wstring description = control.description;
         const std::wstring base = L"CLSID\\" + id;
-        entries.insert(entries.end(),
-                       {
-                           {plain, L"", description},
-                           {plain + L"\\CLSID", L"", id},
-                           {plain + L"\\CurVer", L"", versioned},
-                           {versioned, L"", description},
-                           {versioned + L"\\CLSID", L"", id},
-                           {base, L"", description},
-                           {base + L"\\ProgID", L"", versioned},
-                           {base + L"\\VersionIndependentProgID", L"", plain},
-                           {base + L"\\InprocServer32", L"", server},
-                           {base + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
-                           {base + L"\\Control", L"", L""},
-                           {base + L"\\MiscStatus", L"", L"0"},
-                           {base + L"\\MiscStatus\\1", L"", Wide(IntegerToText(control.miscStatus))},
-                           {base + L"\\ToolboxBitmap32", L"", server + L", " + Wide(IntegerToText(control.toolboxBitmap))},
-                           {base + L"\\TypeLib", L"", Spell(LIBID_Qvx)},
-                           {base + L"\\Version", L"", libraryVersion},
-                       });
+        entries.insert(entries.end(), {
+                                          {plain, L"", description},
+                                          {plain + L"\\CLSID", L"", id},
+                                          {plain + L"\\CurVer", L"", versioned},
+                                          {versioned, L"", description},
+                                          {versioned + L"\\CLSID", L"", id},
+                                          {base, L"", description},
+                                          {base + L"\\ProgID", L"", versioned},
+                                          {base + L"\\VersionIndependentProgID", L"", plain},
+                                          {base + L"\\InprocServer32", L"", server},
+                                          {base + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
+                                          {base + L"\\Control", L"", L""},
+                                          {base + L"\\MiscStatus", L"", L"0"},
+                                          {base + L"\\MiscStatus\\1", L"", Wide(IntegerToText(control.miscStatus))},
+                                          {base + L"\\ToolboxBitmap32", L"",
+                                           server + L", " + Wide(IntegerToText(control.toolboxBitmap))},
+                                          {base + L"\\TypeLib", L"", Spell(LIBID_Qvx)},
+                                          {base + L"\\Version", L"", libraryVersion},
+                                      });
     }
     for (const PageClass& page : AllPages()) {
         const std::wstring base = L"CLSID\\" + Spell(*page.id);

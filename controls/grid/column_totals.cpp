@@ -95,8 +95,8 @@ void ColumnTotals::ReadAll() const {
 }
 
 std::vector<RowId> ColumnTotals::HeaderRows() const {
-    std::vector<RowId> rows;
-    for (int row = 0; row < grid_.FixedRows(); ++row) rows.push_back(grid_.IdOf(row));
+    std::vector<RowId> rows(static_cast<std::size_t>(grid_.FixedRows()));
+    for (int row = 0; row < grid_.FixedRows(); ++row) rows[static_cast<std::size_t>(row)] = grid_.IdOf(row);
     return rows;
 }
 

@@ -26,8 +26,7 @@ std::vector<Variant> ElementsOf(IDispatch* list) {
     const auto count = length ? length->ToLong() : std::nullopt;
     if (!count) throw RunTimeError(errors::typeMismatch, u"Type mismatch");
     std::vector<Variant> elements;
-    for (long i = 0; i < *count; ++i)
-        elements.push_back(ReadMember(list, Wide(IntegerToText(i))).value_or(Variant()));
+    for (long i = 0; i < *count; ++i) elements.push_back(ReadMember(list, Wide(IntegerToText(i))).value_or(Variant()));
     return elements;
 }
 

@@ -106,6 +106,7 @@ std::optional<UserLayout> ReadLayout(TextView text) {
 
 std::vector<UserLayout::Column> LayoutColumns(const flexgrid::Grid& grid) {
     std::vector<UserLayout::Column> columns;
+    columns.reserve(static_cast<std::size_t>(grid.Cols()));
     for (int col = 0; col < grid.Cols(); ++col) columns.push_back({CaptionOf(grid, col), grid.ColWidth(col)});
     return columns;
 }

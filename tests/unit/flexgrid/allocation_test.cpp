@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/portable/recording_surface.h"
 #include "tests/support/portable/failing_allocation.h"
+#include "tests/support/portable/recording_surface.h"
 #include "tests/unit/flexgrid/grid_texts.h"
 #include "widgets/flexgrid/grid.h"
 #include "widgets/flexgrid/paint.h"

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/portable/recording_surface.h"
 #include "tests/support/portable/failing_allocation.h"
+#include "tests/support/portable/recording_surface.h"
 #include "widgets/textbox/dropped_text.h"
 
 namespace qvx {
