@@ -25,7 +25,7 @@ NAVIGATION = (
     ('Begin', ('README', 'installing', 'first-hour', 'designer', 'hosting', 'languages', 'migrating')),
     ('Controls', ('combogrid', 'textedit', 'button', 'rbutton', 'menus', 'flatborder', 'backup')),
     ('Inside the controls', ('flexgrid', 'ieditorcombo', 'icolumnindex', 'itextbox', 'enumerations', 'reference')),
-    ('Subjects', ('database', 'accessibility', 'server', 'hosts', 'archivers', 'demo-keys', 'benchmarks')),
+    ('Subjects', ('database', 'accessibility', 'server', 'hosts', 'archivers', 'demo-keys', 'comparison', 'benchmarks')),
     ('The project', ('architecture', 'CONTRIBUTING', 'CHANGELOG')),
 )
 # Pages whose file has another name than their Markdown.

@@ -1,4 +1,5 @@
 // Columns that the user moves, by dragging their headers or by keys, and the footer below them.
+#include "common/flag_scope.h"
 #include "controls/grid/column_order.h"
 #include "controls/grid/entry_grid_window.h"
 #include "controls/grid/user_layout.h"
@@ -33,9 +34,10 @@ void EntryGrid::SetUserLayout(TextView text) {
 }
 
 void EntryGrid::SetFooter(TextView columns) {
-    state_.footer = columns;
-    totals_.Watch(!columns.empty());
+    TentativeValue value(state_.footer, Text(columns));
     window_->ShowFooter(columns.empty() ? nullptr : &totals_);
+    totals_.Watch(!columns.empty());
+    value.Done();
 }
 
 Text EntryGrid::FooterText(int col) {

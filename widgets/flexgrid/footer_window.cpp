@@ -16,8 +16,13 @@ const WindowClass footerClass{L"QvxGridFooter"};
 }  // namespace
 
 void FooterWindow::Show(const CellFooter* footer) {
-    footer_ = footer;
-    Place();
+    const CellFooter* const before = std::exchange(footer_, footer);
+    try {
+        Place();
+    } catch (...) {
+        footer_ = before;
+        throw;
+    }
     Refresh();
 }
 
