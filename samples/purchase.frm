@@ -31,12 +31,12 @@ Begin Form frmPurchase
       ScrollTrack     =   0   'False
       ColAlignment0   =   9
       ColWidth0       =   330
-      FormatString    =   "No|<Article|>Pieces|>Price"
-      TextArray0      =   "No"
       ColumnsDataType =   ";Pieces-0;Price-1;"
       CheckValueFor   =   ";Pieces-2;"
       AutoRecordNumber=   -1  'True
       AutoAddNew      =   -1  'True
+      FormatString    =   "No|<Article|>Pieces|>Price"
+      TextArray0      =   "No"
       RequiredFields  =   ";Article;Pieces;"
    End
    Begin Qvx.Button cmdSave
