@@ -27,15 +27,15 @@ void PaintFooter(const Grid& grid, const View& view, const CellFooter& footer, S
     const Rect cells{area.left, area.top + RuleHeight(grid), area.right, area.bottom};
     const int margin = std::max(1, Scaled(cellMarginAcross, surface.Resolution().x));
     const int lineWidth = LineWidth(grid, true);
-    surface.FillRect({area.left, area.top, area.right, cells.top}, grid.ForeColorFixed());
+    surface.FillRect({area.left, area.top, area.right, cells.top}, grid.GridColorFixed());
     surface.FillRect(cells, grid.BackColorFixed());
     for (const Span& span : SpansInWindow(ColumnAxis(grid, view))) {
         Rect cell{area.left + span.start, cells.top, area.left + span.end, cells.bottom};
         if (grid.RightToLeft()) {
-            surface.FillRect({cell.left, cell.top, cell.left + lineWidth, cell.bottom}, grid.GridColorFixed());
+            surface.FillRect({cell.left, cell.top, cell.left + lineWidth, cell.bottom}, grid.GridColor());
             cell.left += lineWidth;
         } else {
-            surface.FillRect({cell.right - lineWidth, cell.top, cell.right, cell.bottom}, grid.GridColorFixed());
+            surface.FillRect({cell.right - lineWidth, cell.top, cell.right, cell.bottom}, grid.GridColor());
             cell.right -= lineWidth;
         }
         const Text text = footer.TextOf(span.index);

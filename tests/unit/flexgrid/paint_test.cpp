@@ -359,14 +359,14 @@ TEST_F(PaintTest, TheFooterHasItsTextsBelowTheirColumns) {
     EXPECT_EQ(FooterHeight(grid_), 17);
     grid_.SetColAlignment(2, GridAlignment::centerCenter);
     EXPECT_EQ(drawn(),
-              "fill (0,40,200,41) &H80000012\nfill (0,41,200,57) &H8000000F\nfill (63,41,64,57) &H00000000\n"
-              "fill (127,41,128,57) &H00000000\ntext \"10\" (67,41,124,57) 8.25 &H80000012 format 34854\n"
-              "fill (191,41,192,57) &H00000000\ntext \"20\" (131,41,188,57) 8.25 &H80000012 format 34853\n");
+              "fill (0,40,200,41) &H00000000\nfill (0,41,200,57) &H8000000F\nfill (63,41,64,57) &H00C0C0C0\n"
+              "fill (127,41,128,57) &H00C0C0C0\ntext \"10\" (67,41,124,57) 8.25 &H80000012 format 34854\n"
+              "fill (191,41,192,57) &H00C0C0C0\ntext \"20\" (131,41,188,57) 8.25 &H80000012 format 34853\n");
     grid_.SetRightToLeft(true);
     grid_.SetColWidth(1, 0);
     EXPECT_EQ(drawn(),
-              "fill (0,40,200,41) &H80000012\nfill (0,41,200,57) &H8000000F\nfill (136,41,137,57) &H00000000\n"
-              "fill (72,41,73,57) &H00000000\ntext \"20\" (76,41,133,57) 8.25 &H80000012 format 165925\n");
+              "fill (0,40,200,41) &H00000000\nfill (0,41,200,57) &H8000000F\nfill (136,41,137,57) &H00C0C0C0\n"
+              "fill (72,41,73,57) &H00C0C0C0\ntext \"20\" (76,41,133,57) 8.25 &H80000012 format 165925\n");
 }
 
 TEST(PaintEdges, NothingToShowIsGroundOnly) {
