@@ -23,7 +23,9 @@ struct ColumnSettings {
     bool hasFixedAlignment = false;
     bool merge = false;
     std::int32_t data = 0;
-    int sortPlace = 0;  // among the columns that the rows are sorted by, from 1; 0 for none
+    int shownWidth = defaultWidth;  // what a column without a width had before
+    std::uint32_t id = 0;           // 0 until somebody has asked for it
+    int sortPlace = 0;              // among the columns that the rows are sorted by, from 1; 0 for none
     bool sortDescending = false;
 
     int Width() const { return width == defaultWidth ? defaultColWidth : width; }

@@ -193,6 +193,11 @@ class Grid final : public GridLook {
     // width in effect.
     int ColWidth(int col) const;
     void SetColWidth(int col, int twips);
+    // Gives a column without a width the one that it had before.
+    void ShowCol(int col);
+    // Returns the identity of a column, which it keeps wherever it moves, and the column that has it; -1 for none.
+    std::uint32_t IdOfCol(int col);
+    int ColWithId(std::uint32_t id) const;
     int RowHeight(int row) const;
     void SetRowHeight(int row, int twips);
     // Returns the pixels of a row of the default height, which follows from the font.
@@ -402,6 +407,7 @@ class Grid final : public GridLook {
     CellStore store_;
     FormatTable formats_;
     ColumnTable columns_{2};
+    std::uint32_t lastColumnId_ = 0;
 
     RowValues<int> heights_{defaultSize};  // twips
     RowValues<std::int32_t> rowData_{0};

@@ -39,7 +39,36 @@ void Grid::ChangeColumns(int col, GridChange change, Set set) {
 
 void Grid::SetColWidth(int col, int twips) {
     CheckSize(twips);
-    ChangeColumns(col, GridChange::layout, [&](ColumnSettings& column) { column.width = twips; });
+    ChangeColumns(col, GridChange::layout, [&](ColumnSettings& column) {
+        if (twips == 0 && column.width != 0) {
+            column.shownWidth = column.width;
+        }
+        column.width = twips;
+    });
+}
+
+void Grid::ShowCol(int col) {
+    if (ColWidth(col) == 0) {
+        SetColWidth(col, columns_[col].shownWidth);
+    }
+}
+
+std::uint32_t Grid::IdOfCol(int col) {
+    CheckCol(col);
+    if (columns_[col].id == 0) {
+        ++lastColumnId_;
+        columns_.Change(col, [&](ColumnSettings& column) { column.id = lastColumnId_; });
+    }
+    return columns_[col].id;
+}
+
+int Grid::ColWithId(std::uint32_t id) const {
+    for (int col = 0; col < Cols(); ++col) {
+        if (columns_[col].id == id) {
+            return col;
+        }
+    }
+    return -1;
 }
 
 GridAlignment Grid::ColAlignment(int col) const {
