@@ -24,7 +24,8 @@ TOOLS = ROOT / 'tools'
 NAVIGATION = (
     ('Begin', ('README', 'installing', 'first-hour', 'designer', 'hosting', 'languages', 'migrating')),
     ('Controls', ('combogrid', 'textedit', 'button', 'rbutton', 'menus', 'flatborder', 'backup')),
-    ('Inside the controls', ('flexgrid', 'ieditorcombo', 'icolumnindex', 'itextbox', 'enumerations', 'reference')),
+    ('Inside the controls', ('flexgrid', 'ieditorcombo', 'icolumnindex', 'igridcolumns', 'igridcolumn',
+                             'itextbox', 'enumerations', 'reference')),
     ('Subjects', ('database', 'accessibility', 'server', 'hosts', 'archivers', 'demo-keys', 'comparison', 'benchmarks')),
     ('The project', ('architecture', 'CONTRIBUTING', 'CHANGELOG')),
 )
@@ -32,6 +33,7 @@ NAVIGATION = (
 NAMES = {'README': 'index', 'menus': 'cmenus', 'CONTRIBUTING': 'contributing', 'CHANGELOG': 'changelog'}
 SHORT = {'README': 'Overview'}
 TITLES = {'IEditorCombo': 'Pick lists (IEditorCombo)', 'IColumnIndex': 'Column numbers (IColumnIndex)',
+          'IGridColumns': 'Columns (IGridColumns)', 'IGridColumn': 'A column (IGridColumn)',
           'ITextBox': 'The text box inside (ITextBox)', 'FlexGrid': 'The grid inside (FlexGrid)'}
 SYSTEM_COLOURS = {0x5: 'window background', 0x8: 'window text', 0xD: 'selection', 0xE: 'selected text', 0xF: 'button face',
                   0x10: 'button shadow', 0x12: 'button text', 0x14: 'button highlight', 0x15: 'dark button shadow'}

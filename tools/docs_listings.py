@@ -13,7 +13,8 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 CONTROLS = {'grd': ('ComboGrid',), 'cmd': ('Button', 'RButton'), 'txt': ('TextEdit',), 'bkp': ('Backup',),
             'fbd': ('FlatBorder',), 'mns': ('CMenus',)}
-INNER = {'Grid': 'FlexGrid', 'Lists': 'IEditorCombo', 'ColIndex': 'IColumnIndex', 'TextBox': 'ITextBox'}
+INNER = {'Grid': 'FlexGrid', 'Lists': 'IEditorCombo', 'ColIndex': 'IColumnIndex', 'Columns': 'IGridColumn',
+         'TextBox': 'ITextBox'}
 # Members that containers give to their controls: the forms host, office programs, and AxHost.
 OF_CONTAINERS = {'Name', 'Parent', 'Container', 'Index', 'Object', 'Left', 'Top', 'Width', 'Height', 'Tag', 'ToolTipText',
                  'TabIndex', 'TabStop', 'Visible', 'Enabled', 'Move', 'SetFocus', 'ZOrder', 'Dock', 'Default', 'Cancel'}

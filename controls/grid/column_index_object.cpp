@@ -5,18 +5,13 @@
 
 #include "Qvx.h"
 #include "com/dispatch.h"
-#include "com/enumerator.h"
 #include "com/members.h"
 #include "com/object.h"
-#include "com/variant.h"
+#include "com/variant_enumerator.h"
 #include "common/keyed_collection.h"
 
 namespace qvx::grid {
 namespace {
-
-struct CopyVariant {
-    static void Out(const Variant& stored, VARIANT* to) { *to = Variant(stored).detach(); }
-};
 
 class ColumnIndexObject final : public ComObject<Dispatch<IColumnIndex>, ErrorInfoSupport<IColumnIndex>> {
   public:
@@ -61,7 +56,7 @@ class ColumnIndexObject final : public ComObject<Dispatch<IColumnIndex>, ErrorIn
         return Give(result, [&] {
             std::vector<Variant> all;
             for (long index = 1; index <= static_cast<long>(items_.Count()); ++index) all.push_back(items_.At(index));
-            return MakeObject<Enumerator<IEnumVARIANT, VARIANT, Variant, CopyVariant>>(std::move(all)).detach();
+            return MakeObject<VariantEnumerator>(std::move(all)).detach();
         });
     }
 

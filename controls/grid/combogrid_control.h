@@ -7,6 +7,8 @@
 
 #include "Qvx.h"
 #include "com/members.h"
+#include "controls/grid/column_settings.h"
+#include "controls/grid/columns_object.h"
 #include "controls/grid/entry_grid_window.h"
 #include "controls/grid/validation.h"
 #include "kit/control.h"
@@ -137,6 +139,10 @@ class ComboGridControl final : public Control<_ComboGrid>,
     QVX_FIELD(VARIANT_BOOL, ListClickCommits, ControlState::listClickCommits)
     QVX_FIELD(VARIANT_BOOL, KeepEditing, ControlState::keepEditing)
     QVX_FIELD(VARIANT_BOOL, FitColumns, ControlState::fitColumns)
+    // Columns as objects
+    STDMETHODIMP get_Columns(IGridColumns** result) override {
+        return Give(result, [&] { return columns_.Get(); });
+    }
     // The inner grid's members
     QVX_INDEXED_PROPERTY(BSTR, TextArray, flexgrid::Grid)
     STDMETHODIMP get_TextMatrix(long row, long col, BSTR* result) override {
@@ -192,6 +198,13 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP Close(DWORD saveOption) override;
 
     const PropertyTable& Properties() override;
+
+    // For the objects of columns.
+    EntryGrid& Entry() { return entry_; }
+    ComPtr<IUnknown> HoldControl() { return ControlBase::KeepAlive(); }
+    HRESULT SetColumn(int col, ColumnSetting setting, int value);
+    HRESULT ShowColumn(int col, bool shown);
+    HRESULT RenameColumn(int col, TextView caption);
 
   protected:
     Size DefaultPixelSize() const override { return {320, 200}; }
@@ -300,6 +313,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     EntryGrid entry_;
     ComPtr<IDispatch> colIndex_;
     bool readForDesign_ = false;  // and has not been shown in run mode since
+    ColumnsAutomation columns_{*this};
 };
 
 }  // namespace qvx::grid

@@ -15,6 +15,9 @@ class EntryGrid::Filterer final : private FilterStripListener {
     bool Filters() const { return owner_.Model().FilteredRows() > 0 || !filter_.Empty(); }
     // Replaces the conditions and applies them. Throws error 380 for a list that cannot be read.
     void SetList(TextView list);
+    // Follows columns that had these keys and now have others.
+    void FollowKeys(const std::vector<Text>& before) { filter_.FollowKeys(before, ColumnKeys(owner_.Model())); }
+    void RefreshStrip() { strip_.Refresh(Look()); }
     // Ends an open edit and hides the rows that do not meet the conditions; the cursor moves to one that does.
     void Apply();
     // Shows all rows.

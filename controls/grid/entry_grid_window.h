@@ -188,6 +188,11 @@ class EntryGrid final : private flexgrid::GridListener,
     Text UserLayout() const;
     void SetUserLayout(TextView text);
 
+    // Gives a column another caption, with which it keeps its settings (column_settings.h).
+    void RenameColumn(int col, TextView caption);
+    // Hides the columns with the caption of this one, or gives them the widths that they had before.
+    void ShowColumn(int col, bool shown);
+
     const Text& Footer() const { return state_.footer; }
     void SetFooter(TextView columns);
     // Returns what the footer shows below a column. Throws 30010.

@@ -95,6 +95,14 @@ TextView RowFilter::ConditionOf(TextView column) const {
     }
 }
 
+void RowFilter::FollowKeys(const std::vector<Text>& before, const std::vector<Text>& now) {
+    std::vector<FilterItem> items = items_;
+    for (FilterItem& item : items)
+        if (const int col = ColumnWithKey(before, item.column); col >= 0)
+            item.column = now[static_cast<std::size_t>(col)];
+    items_ = std::move(items);
+}
+
 [[gnu::cold]] bool RowFilter::Replace(const flexgrid::Grid& grid, const ControlState& state, const FilterHelp& help,
                                       TextView list) {
     const auto items = ReadFilterItems(list);

@@ -34,6 +34,8 @@ class RowFilter {
     // Replaces a condition; one of blanks is none.
     void SetCondition(TextView column, TextView condition);
     void Clear() noexcept { items_.clear(); }
+    // Follows columns that had these keys and now have others.
+    void FollowKeys(const std::vector<Text>& before, const std::vector<Text>& now);
     // Replaces all; false for a list of another form, for columns that the grid lacks, and for texts that are no
     // conditions, with nothing changed.
     bool Replace(const flexgrid::Grid& grid, const ControlState& state, const FilterHelp& help, TextView list);

@@ -1,6 +1,7 @@
 // Columns that the user moves, with the real mouse and keys.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <sstream>
 
 #include "com/wide_text.h"
@@ -179,6 +180,119 @@ TEST_F(ComboGridColumns, TheFooterTotalsWhatIsTyped) {
     Put(form.grid.get(), L"Footer", {Variant(u"")});
     EXPECT_FALSE(FindWindowExW(form.InnerGrid(), nullptr, L"QvxGridFooter", nullptr));
     EXPECT_EQ(u"", *Call(form.grid.get(), L"FooterText", {Variant(F::qty)}).ToText());
+}
+
+// ---- Columns as objects
+// ----------------------------------------------------------------------------------------------
+
+class ComboGridColumnObjects : public ComboGridColumns {
+  protected:
+    ComPtr<IDispatch> Column(const Variant& which) const {
+        return Call(form.grid.get(), L"Columns", {which}).ToObject<IDispatch>();
+    }
+    std::string Property(const wchar_t* name) const { return Narrow(*Call(form.grid.get(), name).ToText()); }
+};
+
+TEST_F(ComboGridColumnObjects, AgreeWithTheLists) {
+    const struct {
+        const wchar_t* member;
+        Variant value;
+        const wchar_t* list;
+        const char* afterwards;
+        Variant before;
+    } cases[] = {
+        {L"Required", Variant(true), L"RequiredFields", ";Name;Rate;", Variant(false)},
+        {L"ReadOnly", Variant(true), L"InActiveColumns", ";Name;Rate;", Variant(false)},
+        {L"TabStop", Variant(false), L"NonFocusColumns", ";Name;Rate;", Variant(true)},
+        {L"Visible", Variant(false), L"InVisibleColumns", ";Name;Rate;", Variant(true)},
+        {L"List", Variant(true), L"ListColumns", ";Name;Rate;", Variant(false)},
+        {L"ListOnly", Variant(true), L"UnChangableColumns", ";Name;Rate;", Variant(false)},
+        {L"DataType", Variant(2), L"ColumnsDataType", ";Name;Rate-2;", Variant(-1)},
+        {L"Sign", Variant(4), L"CheckValueFor", ";Name;Rate-4;", Variant(-1)},
+        {L"Footer", Variant(3), L"Footer", ";Name;Rate-3;", Variant(-1)},
+        {L"MaxLength", Variant(20), L"ColumnsMaxLength", ";Name;Rate-20;", Variant(0)},
+    };
+    const auto rate = Column(Variant(u"rate"));
+    for (const auto& c : cases) {
+        SCOPED_TRACE(Narrow(FromWide(c.member)));
+        Put(form.grid.get(), c.list, {Variant(u";Name;")});
+        EXPECT_EQ(c.before.ToText(), Call(rate.get(), c.member).ToText());
+        Put(rate.get(), c.member, {c.value});
+        EXPECT_EQ(c.afterwards, Property(c.list));
+        Put(form.grid.get(), c.list, {Variant(u"")});
+        EXPECT_EQ(c.before.ToText(), Call(rate.get(), c.member).ToText());
+        Put(form.grid.get(), c.list, {Variant(Text(c.afterwards, c.afterwards + std::strlen(c.afterwards)))});
+        EXPECT_EQ(c.value.ToText(), Call(rate.get(), c.member).ToText());
+        Put(rate.get(), c.member, {c.before});
+        EXPECT_EQ(";Name;", Property(c.list));
+        Put(form.grid.get(), c.list, {Variant(u"")});
+        if (c.before.Type() == VT_BOOL) continue;
+        EXPECT_EQ(380, ErrorOf(rate.get(), c.member, DISPATCH_PROPERTYPUT, {Variant(-2)}));
+        if (c.value.ToLong() == 20) continue;
+        EXPECT_EQ(380, ErrorOf(rate.get(), c.member, DISPATCH_PROPERTYPUT, {Variant(6)}));
+    }
+}
+
+TEST_F(ComboGridColumnObjects, FollowTheirColumns) {
+    const auto qty = Column(Variant(u"Qty"));
+    const auto item = Column(Variant(F::item));
+    Put(form.grid.get(), L"Footer", {Variant(u";Qty-0;")});
+    Put(form.grid.get(), L"Filter", {Variant(u"[Qty]>1")});
+    Call(form.grid.get(), L"Sort", {Variant(u";Qty-1;")});
+    Call(form.grid.get(), L"RefreshColIndex");
+    form.GoTo(1, F::qty);
+    form.Press(VK_RIGHT, {VK_MENU, VK_SHIFT});
+    EXPECT_EQ(3, Call(qty.get(), L"Index").ToLong());
+    EXPECT_EQ(1, Call(form.grid.get(), L"FilteredRows").ToLong());
+    Put(qty.get(), L"Caption", {Variant(u"Pieces")});
+    EXPECT_EQ("Name Rate Pieces Month Item ", Order().substr(0, 28));
+    EXPECT_EQ(";Pieces-0;", Property(L"Footer"));
+    EXPECT_EQ("[Pieces]>1", Property(L"Filter"));
+    EXPECT_EQ(";Pieces-1;", Property(L"SortedBy"));
+    EXPECT_EQ(u"2", *Call(qty.get(), L"FooterText").ToText());
+    EXPECT_EQ(0, Call(qty.get(), L"DataType").ToLong());
+    const auto index = Call(form.grid.get(), L"ColIndex").ToObject<IDispatch>();
+    EXPECT_EQ(3, Call(index.get(), L"Item", {Variant(u"Pieces")}).ToLong());
+    form.GoTo(form.Number(L"Row"), 3);
+    form.Type(L"7x");
+    form.Press(VK_RETURN);
+    EXPECT_EQ(u"7", *Call(qty.get(), L"FooterText").ToText()) << "digits only, as before";
+    EXPECT_EQ(380, ErrorOf(qty.get(), L"Caption", DISPATCH_PROPERTYPUT, {Variant(u"a;b")}));
+    Put(item.get(), L"Caption", {Variant(u"Fruit")});
+    EXPECT_TRUE(Call(item.get(), L"ListOnly").ToBool().value_or(false));
+    Put(form.Inner().get(), L"ColPosition", {Variant(F::item), Variant(1)});
+    EXPECT_EQ(1, Call(item.get(), L"Index").ToLong());
+    Put(form.grid.get(), L"Cols", {Variant(3)});
+    EXPECT_EQ(u"Fruit", *Call(item.get(), L"Caption").ToText());
+    EXPECT_EQ(364, ErrorOf(qty.get(), L"Caption", DISPATCH_PROPERTYGET));
+    Put(form.grid.get(), L"Cols", {Variant(9)});
+    EXPECT_EQ(364, ErrorOf(qty.get(), L"Width", DISPATCH_PROPERTYPUT, {Variant(100)})) << "another one has its place";
+    const auto all = Call(form.grid.get(), L"Columns").ToObject<IDispatch>();
+    EXPECT_EQ(9, Call(all.get(), L"Count").ToLong());
+    EXPECT_EQ(5, ErrorOf(all.get(), L"Item", DISPATCH_PROPERTYGET, {Variant(u"Colour")}));
+    EXPECT_EQ(9, ErrorOf(all.get(), L"Item", DISPATCH_PROPERTYGET, {Variant(9)}));
+    EXPECT_EQ(13, ErrorOf(all.get(), L"Item", DISPATCH_PROPERTYGET, {Variant(all.get())}));
+}
+
+TEST_F(ComboGridColumnObjects, AreHiddenAndShownWithTheirWidth) {
+    const auto rate = Column(Variant(u"Rate"));
+    const auto key = Column(Variant(u"Key"));
+    const auto width = [&](const ComPtr<IDispatch>& column) { return Call(column.get(), L"Width").ToLong(); };
+    EXPECT_EQ(0, width(key));
+    EXPECT_FALSE(Call(key.get(), L"Visible").ToBool().value_or(true));
+    Put(key.get(), L"Visible", {Variant(true)});
+    EXPECT_GT(width(key).value_or(0), 0);
+    Put(rate.get(), L"Width", {Variant(2100)});
+    Put(rate.get(), L"Alignment", {Variant(7)});
+    EXPECT_EQ(2100, Call(form.Inner().get(), L"ColWidth", {Variant(F::rate)}).ToLong());
+    EXPECT_EQ(7, Call(form.Inner().get(), L"ColAlignment", {Variant(F::rate)}).ToLong());
+    EXPECT_EQ(380, ErrorOf(rate.get(), L"Alignment", DISPATCH_PROPERTYPUT, {Variant(65537)}));
+    Put(rate.get(), L"Visible", {Variant(false)});
+    EXPECT_EQ(0, width(rate));
+    EXPECT_EQ(";Rate;", Property(L"InVisibleColumns"));
+    Put(rate.get(), L"Visible", {Variant(true)});
+    EXPECT_EQ(2100, width(rate));
+    EXPECT_EQ("", Property(L"InVisibleColumns"));
 }
 
 }  // namespace

@@ -106,6 +106,8 @@ Subject Make(const Interface& face) {
         {"IFlexGrid", {&CLSID_ComboGrid, L"Grid", {}}},
         {"IEditorCombo", {&CLSID_ComboGrid, L"Lists", {Variant(1)}}},
         {"IColumnIndex", {&CLSID_ComboGrid, L"ColIndex", {}}},
+        {"IGridColumns", {&CLSID_ComboGrid, L"Columns", {}}},
+        {"IGridColumn", {&CLSID_ComboGrid, L"Columns", {Variant(1)}}},
         {"ITextBox", {&CLSID_TextEdit, L"TextBox", {}}},
     };
     const auto inner = inners.find(face.name);

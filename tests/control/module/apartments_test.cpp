@@ -49,7 +49,7 @@ TEST(Apartments, EveryInterfaceHasAProxy) {
         EXPECT_EQ(Spell(dual ? early : late), Spell(proxy)) << Narrow(FromWide(Spell(iid).c_str()));
         ++interfaces;
     }
-    EXPECT_EQ(19, interfaces);
+    EXPECT_EQ(21, interfaces);
 }
 
 // The manifest names the classes for programs, too.
