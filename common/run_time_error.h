@@ -49,6 +49,7 @@ constexpr int setNotSupportedAtRunTime = 382;
 constexpr int setNotPermitted = 387;
 constexpr int getNotSupportedAtRunTime = 393;
 constexpr int keyAlreadyExists = 457;
+constexpr int printerError = 482;
 constexpr int fixedCountTooLarge = 30001;
 constexpr int invalidRowValue = 30009;
 constexpr int invalidColValue = 30010;

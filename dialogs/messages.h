@@ -82,6 +82,10 @@ constexpr TextView widest = u"88,888 of 88,888";
 // The name of a field of the filter row is followed by that of its column.
 constexpr TextView filterFieldName = u"Filter ";
 
+// The line below the rows of a printed page: "Page 1 of 3".
+constexpr TextView page = u"Page ";
+constexpr TextView pageOf = u" of ";
+
 // Messages of the validated text box.
 constexpr MessageKind emptyValue{button_set::okOnly, icon::failure, false, 2000};
 constexpr TextView emptyValuePrompt = u"This should not be empty.";

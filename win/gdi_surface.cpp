@@ -1,6 +1,7 @@
 #include "win/gdi_surface.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "win/dpi.h"
 #include "win/themed_part.h"
@@ -40,7 +41,7 @@ int CALLBACK ReplayText(HDC, HANDLETABLE*, const ENHMETARECORD* record, int, LPA
         const auto& line = *reinterpret_cast<const EMREXTTEXTOUTW*>(record);
         const EMRTEXT& text = line.emrtext;
         const RECT area{text.rcl.left, text.rcl.top, text.rcl.right, text.rcl.bottom};
-        ExtTextOutW(dc, text.ptlReference.x, text.ptlReference.y, text.fOptions & ETO_CLIPPED, &area,
+        ExtTextOutW(dc, text.ptlReference.x, text.ptlReference.y, text.fOptions & (ETO_CLIPPED | ETO_RTLREADING), &area,
                     reinterpret_cast<const wchar_t*>(bytes + text.offString), text.nChars,
                     text.offDx ? reinterpret_cast<const INT*>(bytes + text.offDx) : nullptr);
     } else if (record->iType == EMR_MOVETOEX) {
@@ -73,10 +74,10 @@ COLORREF ResolveColor(OleColor color) {
     return color & 0x80000000U ? GetSysColor(static_cast<int>(color & 0xFFU)) : color & 0x00FFFFFFU;
 }
 
-GdiSurface::GdiSurface(HDC dc, Dpi dpi) : dc_(dc), dpi_(dpi), savedState_(SaveDC(dc)) {
+GdiSurface::GdiSurface(HDC dc, Dpi dpi, bool asOnScreen) : dc_(dc), dpi_(dpi), savedState_(SaveDC(dc)) {
     const DWORD type = GetObjectType(dc);
     metafile_ = type == OBJ_METADC || type == OBJ_ENHMETADC;
-    if (type == OBJ_METADC) ruler_ = UniqueMemoryDc(CreateCompatibleDC(nullptr));
+    if (type == OBJ_METADC || asOnScreen) ruler_ = UniqueMemoryDc(CreateCompatibleDC(nullptr));
     SetBkMode(dc_, TRANSPARENT);
     SetTextAlign(dc_, TA_LEFT | TA_TOP | TA_NOUPDATECP);
 }
@@ -225,8 +226,15 @@ void GdiSurface::DrawCellText(TextView text, Point origin, const Rect& area, con
     SelectFont(font);
     SetColors(color, background);
     const RECT r = ToRECT(area);
-    ExtTextOutW(dc_, origin.x, origin.y, ETO_OPAQUE | ETO_CLIPPED, &r, WideData(text), static_cast<UINT>(text.size()),
-                nullptr);
+    const auto length = static_cast<int>(text.size());
+    if (ruler_) {
+        places_.resize(text.size());
+        SIZE size{};
+        GetTextExtentExPointW(ruler_.Get(), WideData(text), length, 0, nullptr, places_.data(), &size);
+        std::adjacent_difference(places_.begin(), places_.end(), places_.begin());
+    }
+    ExtTextOutW(dc_, origin.x, origin.y, ETO_OPAQUE | ETO_CLIPPED, &r, WideData(text), static_cast<UINT>(length),
+                ruler_ ? places_.data() : nullptr);
 }
 
 void GdiSurface::DrawPicture(const Picture& picture, const Rect& area) {

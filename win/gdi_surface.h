@@ -31,8 +31,9 @@ class GdiPicture : public Picture {
 // colours selected; code that changes them on the same device context meanwhile must call Forget.
 class GdiSurface final : public Surface {
   public:
-    // `dpi` is the resolution of the target.
-    GdiSurface(HDC dc, Dpi dpi);
+    // `dpi` is the resolution of the target. With `asOnScreen`, texts are as wide as on a screen of that resolution,
+    // whatever the font of the target is: it may be a printer whose device context is scaled.
+    GdiSurface(HDC dc, Dpi dpi, bool asOnScreen = false);
     ~GdiSurface() override;
     GdiSurface(const GdiSurface&) = delete;
     GdiSurface& operator=(const GdiSurface&) = delete;
@@ -69,8 +70,9 @@ class GdiSurface final : public Surface {
     HDC Ruler() const { return ruler_ ? ruler_.Get() : dc_; }
 
     HDC dc_;
-    // For a device context that knows no font metrics, as that of an old metafile; else null.
+    // For a device context whose font metrics are missing, as in an old metafile, or not to be used; else null.
     UniqueMemoryDc ruler_;
+    std::vector<INT> places_;  // the widths of a text's characters as measured
     Dpi dpi_;
     int savedState_;
     // A region is in pixels of the device, which a metafile does not know yet: its clips are saved with its state.

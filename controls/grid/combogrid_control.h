@@ -104,6 +104,9 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP ExportFile(BSTR fileName, BSTR format, BSTR separator, BSTR encoding,
                             VARIANT_BOOL selectedOnly) override;
     STDMETHODIMP ImportCsv(BSTR fileName, BSTR separator, BSTR encoding, VARIANT_BOOL hasHeader, long* result) override;
+    // Printing
+    STDMETHODIMP PrintGrid(BSTR title, BSTR printer, BSTR fileName, VARIANT_BOOL fitToWidth, long* result) override;
+    STDMETHODIMP ExportPages(BSTR fileName, BSTR title, VARIANT_BOOL fitToWidth, long* result) override;
     // Rows and their records
     QVX_PROPERTY(VARIANT_BOOL, TrackRows, EntryGrid)
     QVX_PROPERTY(VARIANT_BOOL, MarkChanged, EntryGrid)
@@ -254,6 +257,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     void Filtered(long shown, long total) override;
     void BindProgress(long loaded, long total, bool& cancel) override;
     void ExportProgress(long done, long total, bool& cancel) override;
+    void PrintProgress(long page, long pages, bool& cancel) override;
     void ImportReport(long line, const Text& column, const Text& text, TextView reason) override;
     void ApplyConflict(const RecordConflict& conflict, bool& overwrite, bool& cancel) override;
     void ReportError(int number, TextView description) override;

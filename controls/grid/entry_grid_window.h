@@ -37,6 +37,8 @@
 
 namespace qvx::grid {
 
+class PageTarget;
+
 // The events that the control around the grid passes on to its host: the inner grid's own, before the grid for data
 // entry acts on them, and those of data entry. A handler may do anything except destroy the EntryGrid.
 class EntryGridEvents : public flexgrid::GridEventSource {
@@ -67,6 +69,8 @@ class EntryGridEvents : public flexgrid::GridEventSource {
     virtual void BindProgress(long loaded, long total, bool& cancel) = 0;
     // Reports the number of written rows and their total.
     virtual void ExportProgress(long done, long total, bool& cancel) = 0;
+    // Reports that a page is about to be printed, counted from 1.
+    virtual void PrintProgress(long page, long pages, bool& cancel) = 0;
     // Reports what an import could not take as it was.
     virtual void ImportReport(long line, const Text& column, const Text& text, TextView reason) = 0;
     // Reports a record that no longer is what a row was loaded from.
@@ -224,6 +228,9 @@ class EntryGrid final : private flexgrid::GridListener,
     void Export(const Text& fileName, ExportOptions options, bool selectedOnly);
     // Adds the rows of a CSV file and returns their number.
     int Import(const Text& fileName, char16_t separator, TextView encoding, bool hasHeader);
+
+    // Draws the pages on a target and returns their number; 0 when the host or the user has cancelled.
+    int PrintPages(PageTarget& target, const Text& title, bool fitToWidth);
 
     grid::ListArrows ListArrows() const { return state_.listArrows; }
     void SetListArrows(grid::ListArrows arrows);

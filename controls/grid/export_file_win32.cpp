@@ -9,7 +9,12 @@
 namespace qvx::grid {
 namespace {
 
-[[noreturn]] void ThrowForSystemError(DWORD code) {
+// What the system's functions take in one call.
+constexpr std::size_t mostUnits = 0x10000000;
+
+}  // namespace
+
+void ThrowForSystemError(DWORD code) {
     switch (code) {
         case ERROR_FILE_NOT_FOUND:
             throw RunTimeError(errors::fileNotFound, u"File not found");
@@ -37,7 +42,6 @@ namespace {
     }
 }
 
-// A file that may not be written is not replaced either, although its folder would allow it.
 Text CheckedTarget(const Text& path) {
     const DWORD attributes = GetFileAttributesW(Wide(path));
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY))
@@ -46,11 +50,6 @@ Text CheckedTarget(const Text& path) {
         ThrowForSystemError(ERROR_ACCESS_DENIED);
     return path;
 }
-
-// What the system's functions take in one call.
-constexpr std::size_t mostUnits = 0x10000000;
-
-}  // namespace
 
 ReplacingExport::ReplacingExport(const Text& path) : path_(CheckedTarget(path)), file_(path + u".~new") {
     if (!file_.Handle()) ThrowForSystemError(GetLastError());

@@ -9,6 +9,12 @@
 
 namespace qvx::grid {
 
+// Passes an error of the system on as a run-time error.
+[[noreturn]] void ThrowForSystemError(DWORD code);
+
+// Returns the path of a file that is to be replaced. Throws when it may not be: its folder may nevertheless allow it.
+Text CheckedTarget(const Text& path);
+
 // A file that is written next to the one that it replaces in the end; until then, that one is unchanged.
 class ReplacingExport final : public ExportTarget {
   public:

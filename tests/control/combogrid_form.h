@@ -29,6 +29,7 @@ constexpr long selChange = 11;
 constexpr long scroll = 12;
 constexpr long importReport = 16;
 constexpr long exportProgress = 17;
+constexpr long printProgress = 32;
 
 }  // namespace qvx::grid_event
 

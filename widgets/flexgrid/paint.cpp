@@ -113,8 +113,9 @@ class Painter {
           mirrored_(grid.RightToLeft()),
           selection_(grid.Selection()),
           shown_(grid, view) {
-        highlights_ = grid.Enabled() && (grid.HighLight() == GridHighLight::always ||
-                                         (grid.HighLight() == GridHighLight::withFocus && view.focused));
+        highlights_ = !view.onPaper && grid.Enabled() &&
+                      (grid.HighLight() == GridHighLight::always ||
+                       (grid.HighLight() == GridHighLight::withFocus && view.focused));
         cellsBottom_ = shown_.rows.empty() ? 0 : shown_.rows.back().end;
         Split(shown_.rows, grid.FixedRows(), dirty_.top, dirty_.bottom, fixedRows_, scrolledRows_);
         Split(shown_.columns, grid.FixedCols(), dirty_.left, dirty_.right, fixedColumns_, scrolledColumns_);
@@ -225,7 +226,7 @@ class Painter {
         if (!fixed && highlights_ && selection_.Contains(row, col) && !IsCursor(row, col)) {
             ink.fore = grid_.ForeColorSel();
             ink.back = grid_.BackColorSel();
-        } else if (!grid_.Enabled()) {
+        } else if (!grid_.Enabled() && !view_.onPaper) {
             ink.fore = colors::grayText;
         } else if (!fixed && IsCursor(row, col) && format && format->foreColor == grid_.ForeColorSel() &&
                    !format->backColor) {

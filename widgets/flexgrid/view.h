@@ -16,6 +16,11 @@ namespace qvx::flexgrid {
 struct View {
     Size client;           // without bars and border
     bool focused = false;  // whether the window has the keyboard focus
+    // On paper, these are the first row and column that are not fixed, instead of those that the grid is scrolled to,
+    // and neither a selection nor a disabled grid is to be seen.
+    bool onPaper = false;
+    int topRow = 0;
+    int leftCol = 0;
     // The position along its axis of a row's or column's border that is being dragged; -1 without a drag.
     int draggedColumn = -1;
     int draggedRow = -1;
