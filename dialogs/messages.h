@@ -86,6 +86,15 @@ constexpr TextView filterFieldName = u"Filter ";
 constexpr TextView page = u"Page ";
 constexpr TextView pageOf = u" of ";
 
+// The texts of the preview.
+namespace preview {
+constexpr TextView title = u"Preview";
+constexpr TextView previous = u"&Previous";
+constexpr TextView next = u"&Next";
+constexpr TextView print = u"P&rint...";
+constexpr TextView close = u"&Close";
+}  // namespace preview
+
 // Messages of the validated text box.
 constexpr MessageKind emptyValue{button_set::okOnly, icon::failure, false, 2000};
 constexpr TextView emptyValuePrompt = u"This should not be empty.";

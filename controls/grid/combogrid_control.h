@@ -12,6 +12,7 @@
 #include "controls/grid/entry_grid_window.h"
 #include "controls/grid/validation.h"
 #include "kit/control.h"
+#include "win/handles.h"
 
 namespace qvx::grid {
 
@@ -106,6 +107,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP ImportCsv(BSTR fileName, BSTR separator, BSTR encoding, VARIANT_BOOL hasHeader, long* result) override;
     // Printing
     STDMETHODIMP PrintGrid(BSTR title, BSTR printer, BSTR fileName, VARIANT_BOOL fitToWidth, long* result) override;
+    STDMETHODIMP PrintPreview(BSTR title, VARIANT_BOOL fitToWidth, long* result) override;
     STDMETHODIMP ExportPages(BSTR fileName, BSTR title, VARIANT_BOOL fitToWidth, long* result) override;
     // Rows and their records
     QVX_PROPERTY(VARIANT_BOOL, TrackRows, EntryGrid)
@@ -308,6 +310,8 @@ class ComboGridControl final : public Control<_ComboGrid>,
     // for data that fails a check.
     bool MayShow(int number, TextView description);
     AskHost HostCheck();
+    UniqueMemoryDc ChosenPrinter();
+    int PrintOn(UniqueMemoryDc printer, const Text& title, const Text& fileName, bool fitToWidth);
     HRESULT PutRules(TextView name, Text ControlState::*field, BSTR value) {
         const HRESULT result = PutMember(name, field, value);
         entry_.RefreshMarks();

@@ -6,23 +6,39 @@
 
 namespace qvx::grid {
 
+int ComboGridControl::PrintOn(UniqueMemoryDc printer, const Text& title, const Text& fileName, bool fitToWidth) {
+    if (!printer) return 0;
+    PrinterPages pages(std::move(printer), title, fileName);
+    return pages.Cancelled() ? 0 : entry_.PrintPages(pages, title, fitToWidth);
+}
+
+UniqueMemoryDc ComboGridControl::ChosenPrinter() {
+    const DialogScope dialog(*this);
+    return ShowPrinterDialog(reinterpret_cast<std::intptr_t>(WindowHandle()));
+}
+
 STDMETHODIMP ComboGridControl::PrintGrid(BSTR title, BSTR printer, BSTR fileName, VARIANT_BOOL fitToWidth,
                                          long* result) {
     return Give(result, [&] {
         const auto keep = ControlBase::KeepAlive();
         entry_.CommitOpenEdit();
         const Text name(FromBstr(printer));
-        UniqueMemoryDc dc;
-        if (!name.empty()) {
-            dc = PrinterNamed(name);
-        } else {
-            const DialogScope dialog(*this);
-            dc = ShowPrinterDialog(reinterpret_cast<std::intptr_t>(WindowHandle()));
-        }
-        if (!dc) return 0;
+        return PrintOn(name.empty() ? ChosenPrinter() : PrinterNamed(name), Text(FromBstr(title)),
+                       Text(FromBstr(fileName)), fitToWidth != VARIANT_FALSE);
+    });
+}
+
+STDMETHODIMP ComboGridControl::PrintPreview(BSTR title, VARIANT_BOOL fitToWidth, long* result) {
+    return Give(result, [&] {
+        const auto keep = ControlBase::KeepAlive();
         const Text heading(FromBstr(title));
-        PrinterPages pages(std::move(dc), heading, Text(FromBstr(fileName)));
-        return pages.Cancelled() ? 0 : entry_.PrintPages(pages, heading, fitToWidth != VARIANT_FALSE);
+        const bool fits = fitToWidth != VARIANT_FALSE;
+        bool print = false;
+        {
+            const DialogScope dialog(*this);
+            print = entry_.PreviewPages(WindowHandle(), heading, fits);
+        }
+        return print ? PrintOn(ChosenPrinter(), heading, {}, fits) : 0;
     });
 }
 

@@ -4,6 +4,7 @@
 #include "controls/grid/escape_wait_window.h"
 #include "controls/grid/page_layout.h"
 #include "controls/grid/page_target_win32.h"
+#include "dialogs/page_preview_window.h"
 #include "widgets/flexgrid/footer.h"
 #include "widgets/flexgrid/paint.h"
 
@@ -95,7 +96,7 @@ class GridPages {
 int EntryGrid::PrintPages(PageTarget& target, const Text& title, bool fitToWidth) {
     const auto keep = events_.KeepAlive();
     CommitOpenEdit();
-    const GridPages pages(Model(), state_.footer.empty() ? nullptr : &totals_, target, title, fitToWidth);
+    const GridPages pages(Model(), PrintedFooter(), target, title, fitToWidth);
     const int count = pages.Count();
     EscapeWait wait;
     for (int page = 0; page < count; ++page) {
@@ -113,6 +114,24 @@ int EntryGrid::PrintPages(PageTarget& target, const Text& title, bool fitToWidth
     }
     target.Finish();
     return count;
+}
+
+bool EntryGrid::PreviewPages(HWND owner, const Text& title, bool fitToWidth) {
+    const auto keep = events_.KeepAlive();
+    CommitOpenEdit();
+    MetafilePages target;
+    // The host may change the grid while the preview is shown.
+    const auto draw = [&](int& page, int& count) {
+        const GridPages pages(Model(), PrintedFooter(), target, title, fitToWidth);
+        count = pages.Count();
+        page = std::min(page, count - 1);
+        const Projection::Held held(projection_);
+        pages.Draw(target.Begin(), page);
+        target.End();
+        return target.Page();
+    };
+    dialogs::PagePreviewWindow preview(draw, Model().RightToLeft());
+    return preview.Run(owner, title);
 }
 
 }  // namespace qvx::grid

@@ -231,6 +231,8 @@ class EntryGrid final : private flexgrid::GridListener,
 
     // Draws the pages on a target and returns their number; 0 when the host or the user has cancelled.
     int PrintPages(PageTarget& target, const Text& title, bool fitToWidth);
+    // Shows the pages to the user and returns whether to print them.
+    bool PreviewPages(HWND owner, const Text& title, bool fitToWidth);
 
     grid::ListArrows ListArrows() const { return state_.listArrows; }
     void SetListArrows(grid::ListArrows arrows);
@@ -349,6 +351,7 @@ class EntryGrid final : private flexgrid::GridListener,
     CellSearch SearchFor(TextView text, SearchOptions options, bool inColumn);
     Replacements ReplaceHits(const CellSearch& search, TextView with, std::optional<CellPlace> only);
     CellSources SourcesForCells() const;
+    const flexgrid::CellFooter* PrintedFooter() const { return state_.footer.empty() ? nullptr : &totals_; }
     // Paints the thread's windows without processing input.
     static void AnswerPaints();
     // Executes a change whose rows the history keeps: without the current cell's highlight, which would be restored

@@ -16,10 +16,6 @@ namespace {
 // A4 in hundredths of a millimetre.
 constexpr Size pageSize{21000, 29700};
 
-struct DeleteMetafile {
-    void operator()(HENHMETAFILE file) const { DeleteEnhMetaFile(file); }
-};
-
 }  // namespace
 
 void PageTarget::SetPaper(Dpi dpi, const Rect& sheet, Size printable) {
@@ -75,13 +71,7 @@ void PrinterPages::Finish() {
     started_ = false;
 }
 
-PageFiles::PageFiles(TextView fileName) {
-    constexpr std::size_t length = 4;  // of ".emf"
-    const std::size_t stem = fileName.size() - std::min(fileName.size(), length);
-    suffix_ = fileName.substr(stem);
-    if (stem == 0 || !EqualNoCase(suffix_, u".emf"))
-        throw RunTimeError(errors::invalidProcedureCall, u"The file name must end in .emf");
-    stem_ = fileName.substr(0, stem);
+MetafilePages::MetafilePages() {
     const WindowDc screen(nullptr);
     const auto pixels = [&](int size, int millimetres, int resolution) {
         return ScaleRounded(size, GetDeviceCaps(screen.Get(), resolution),
@@ -92,8 +82,35 @@ PageFiles::PageFiles(TextView fileName) {
              sheet);
 }
 
-PageFiles::~PageFiles() {
+MetafilePages::~MetafilePages() {
     if (dc_) DeleteEnhMetaFile(CloseEnhMetaFile(dc_));
+}
+
+HDC MetafilePages::Begin() {
+    const RECT frame{0, 0, pageSize.width, pageSize.height};
+    page_.Reset();
+    // A page that could not be drawn completely is dropped.
+    if (dc_) DeleteEnhMetaFile(CloseEnhMetaFile(dc_));
+    dc_ = CreateEnhMetaFileW(nullptr, nullptr, &frame, nullptr);
+    if (!dc_) ThrowForSystemError(GetLastError());
+    return dc_;
+}
+
+void MetafilePages::End() {
+    page_.Reset(CloseEnhMetaFile(std::exchange(dc_, nullptr)));
+    if (!page_) ThrowForSystemError(ERROR_NOT_ENOUGH_MEMORY);
+}
+
+PageFiles::PageFiles(TextView fileName) {
+    constexpr std::size_t length = 4;  // of ".emf"
+    const std::size_t stem = fileName.size() - std::min(fileName.size(), length);
+    suffix_ = fileName.substr(stem);
+    if (stem == 0 || !EqualNoCase(suffix_, u".emf"))
+        throw RunTimeError(errors::invalidProcedureCall, u"The file name must end in .emf");
+    stem_ = fileName.substr(0, stem);
+}
+
+PageFiles::~PageFiles() {
     while (pages_ > finished_) DeleteFileW(Wide(Unfinished(pages_--)));
 }
 
@@ -101,16 +118,13 @@ Text PageFiles::NameOf(int page) const { return stem_ + u"-" + IntegerToText(pag
 
 HDC PageFiles::Begin() {
     CheckedTarget(NameOf(pages_ + 1));
-    const RECT frame{0, 0, pageSize.width, pageSize.height};
-    dc_ = CreateEnhMetaFileW(nullptr, nullptr, &frame, nullptr);
-    if (!dc_) ThrowForSystemError(GetLastError());
-    return dc_;
+    return MetafilePages::Begin();
 }
 
 void PageFiles::End() {
-    const UniqueHandle<HENHMETAFILE, DeleteMetafile> page(CloseEnhMetaFile(std::exchange(dc_, nullptr)));
-    std::string bytes(GetEnhMetaFileBits(page.Get(), 0, nullptr), '\0');
-    if (GetEnhMetaFileBits(page.Get(), static_cast<UINT>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data())) == 0)
+    MetafilePages::End();
+    std::string bytes(GetEnhMetaFileBits(Page(), 0, nullptr), '\0');
+    if (GetEnhMetaFileBits(Page(), static_cast<UINT>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data())) == 0)
         ThrowForSystemError(ERROR_NOT_ENOUGH_MEMORY);
     ReplacingExport file(Unfinished(pages_ + 1));
     file.Write(bytes);

@@ -53,8 +53,27 @@ class PrinterPages final : public PageTarget {
 // Returns the device context of a printer. Throws 482.
 UniqueMemoryDc PrinterNamed(const Text& name);
 
-// Enhanced metafiles of A4 paper, name-1.emf and so on, which replace older ones together at the end.
-class PageFiles final : public PageTarget {
+// Enhanced metafiles of A4 paper, one after the other.
+class MetafilePages : public PageTarget {
+  public:
+    MetafilePages();
+    ~MetafilePages() override;
+    HDC Begin() override;
+    void End() override;
+    void Finish() override {}
+    // The last page that has been drawn; valid until the next one begins.
+    HENHMETAFILE Page() const { return page_.Get(); }
+
+  private:
+    struct Delete {
+        void operator()(HENHMETAFILE file) const { DeleteEnhMetaFile(file); }
+    };
+    HDC dc_ = nullptr;
+    UniqueHandle<HENHMETAFILE, Delete> page_;
+};
+
+// Writes them as name-1.emf and so on; the files replace older ones together at the end.
+class PageFiles final : public MetafilePages {
   public:
     // Throws error 5 for a name that does not end in .emf.
     explicit PageFiles(TextView fileName);
@@ -69,7 +88,6 @@ class PageFiles final : public PageTarget {
 
     Text stem_;
     Text suffix_;
-    HDC dc_ = nullptr;
     int pages_ = 0;     // written
     int finished_ = 0;  // and in their places
 };

@@ -9,6 +9,7 @@
 #include "tests/support/drawn_picture.h"
 #include "tests/support/files.h"
 #include "tests/support/import_patch.h"
+#include "tests/support/input.h"
 #include "tests/support/server_under_test.h"
 #include "win/dpi.h"
 
@@ -210,6 +211,26 @@ TEST_F(ComboGridPrint, APrinterGetsAllPagesOrTheDocumentIsAborted) {
     EXPECT_EQ(0, print({Variant(u"Again"), Variant(u"Fake"), Variant(In(u"out.prn"))}));
     EXPECT_EQ("Stock: [] [] endAgain into a file: [] abort", P::log);
     EXPECT_EQ("", Files());
+}
+
+TEST_F(ComboGridPrint, ThePreviewTurnsPagesByKeys) {
+    Put(form.grid.get(), L"Rows", {Variant(201)});
+    std::vector<std::vector<COLORREF>> seen;
+    const Person person([&] {
+        const HWND preview = WaitForWindow(L"QvxPreview");
+        if (!preview) return;
+        for (const int key : {VK_HOME, VK_NEXT, VK_END, VK_PRIOR, VK_HOME}) {
+            TypeKey(key);
+            WaitFor([] { return false; }, 300, false);
+            seen.push_back(PictureOnScreen(preview).pixels);
+        }
+        TypeKey(VK_ESCAPE);
+    });
+    EXPECT_EQ(0, Call(form.grid.get(), L"PrintPreview", {Variant(u"Stock")}).ToLong());
+    ASSERT_EQ(5U, seen.size());
+    EXPECT_EQ(seen[0], seen[4]);
+    for (int page = 1; page < 4; ++page) EXPECT_NE(seen[0], seen[page]) << page;
+    EXPECT_NE(seen[2], seen[3]);
 }
 
 TEST_F(ComboGridPrint, ErrorsAndCancellingLeaveTheOldFiles) {

@@ -21,7 +21,7 @@ class DialogCloser {
             const auto window = reinterpret_cast<HWND>(wParam);
             wchar_t name[32]{};
             GetClassNameW(window, name, 32);
-            for (const wchar_t* dialog : {L"QvxMessageBox", L"QvxAbout", L"QvxForm"})
+            for (const wchar_t* dialog : {L"QvxMessageBox", L"QvxAbout", L"QvxForm", L"QvxPreview"})
                 if (std::wstring_view(name) == dialog) PostMessageW(window, WM_CLOSE, 0, 0);
         }
         return CallNextHookEx(nullptr, code, wParam, lParam);
