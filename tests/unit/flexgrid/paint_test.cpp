@@ -333,7 +333,8 @@ TEST_F(PaintTest, TheBorderBeingDraggedCrossesTheWindow) {
     EXPECT_EQ(Drawn("invert"), "invert (99,0,100,56)\n");
     grid_.SetRightToLeft(true);
     EXPECT_EQ(Drawn("invert"), "invert (100,0,101,56)\n");
-    view_ = {{200, 56}, false, -1, 20};
+    view_.draggedColumn = -1;
+    view_.draggedRow = 20;
     EXPECT_EQ(Drawn("invert"), "invert (0,19,200,20)\n");
 }
 
