@@ -189,16 +189,6 @@ void EntryGrid::Filterer::FieldClicked(int col) {
     });
 }
 
-void EntryGrid::Filterer::StripWheel(UINT message, WPARAM wParam, LPARAM lParam) {
-    const auto keep = owner_.events_.KeepAlive();
-    SendMessageW(owner_.window_->Handle(), message, wParam, lParam);
-}
-
-void EntryGrid::Filterer::StripFocus() {
-    const auto keep = owner_.events_.KeepAlive();
-    owner_.events_.FocusMovesTo(GetFocus());
-}
-
 void EntryGrid::Filterer::Invalidated(flexgrid::GridChange change, const flexgrid::CellRange& range) {
     if (!strip_.Handle()) return;
     if (change == flexgrid::GridChange::look) {

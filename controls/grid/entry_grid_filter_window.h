@@ -46,8 +46,8 @@ class EntryGrid::Filterer final : private FilterStripListener {
     void FieldTyped(int col, const Text& text) override;
     void FieldKey(int col, StripKey key) override;
     void FieldClicked(int col) override;
-    void StripWheel(UINT message, WPARAM wParam, LPARAM lParam) override;
-    void StripFocus() override;
+    void StripWheel(UINT message, WPARAM wParam, LPARAM lParam) override { owner_.TurnWheel(message, wParam, lParam); }
+    void StripFocus() override { owner_.NotifyFocus(); }
 
     template <class Body>
     void Reporting(Body body);

@@ -216,16 +216,6 @@ void EntryGrid::Finder::BarTimer() {
     Reporting([this] { GoOn(); });
 }
 
-void EntryGrid::Finder::BarWheel(UINT message, WPARAM wParam, LPARAM lParam) {
-    const auto keep = owner_.events_.KeepAlive();
-    SendMessageW(owner_.window_->Handle(), message, wParam, lParam);
-}
-
-void EntryGrid::Finder::BarFocus() {
-    const auto keep = owner_.events_.KeepAlive();
-    owner_.events_.FocusMovesTo(GetFocus());
-}
-
 // ---- What happens in the grid --------------------------------------------------------------------------------------
 
 void EntryGrid::Finder::Invalidated(flexgrid::GridChange change, const flexgrid::CellRange& range) {

@@ -32,8 +32,8 @@ class EntryGrid::Finder final : private FindBarListener, private flexgrid::CellH
     void BarChanged() override;
     void BarAction(FindAction action) override;
     void BarTimer() override;
-    void BarWheel(UINT message, WPARAM wParam, LPARAM lParam) override;
-    void BarFocus() override;
+    void BarWheel(UINT message, WPARAM wParam, LPARAM lParam) override { owner_.TurnWheel(message, wParam, lParam); }
+    void BarFocus() override { owner_.NotifyFocus(); }
 
     CellPlace Cursor() const { return {owner_.Model().Row(), owner_.Model().Col()}; }
     template <class Body>

@@ -259,6 +259,16 @@ void EntryGrid::Scroll() {
     events_.Scroll();
 }
 
+void EntryGrid::TurnWheel(UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto keep = events_.KeepAlive();
+    SendMessageW(window_->Handle(), message, wParam, lParam);
+}
+
+void EntryGrid::NotifyFocus() {
+    const auto keep = events_.KeepAlive();
+    events_.FocusMovesTo(GetFocus());
+}
+
 // Keeps the editor on its cell; an invisible cell moves it out of view instead of hiding it, which would take the focus
 // away.
 void EntryGrid::PlaceOverCell() {

@@ -312,6 +312,9 @@ class EntryGrid final : private flexgrid::GridListener,
     void Go(const CellStep& step);
     void GoByTab(const PressedKey& tab);
     void LeaveGrid(const PressedKey& tab);
+    // What happens in a bar or strip of the control: the wheel turns in the grid, and the host learns of the focus.
+    void TurnWheel(UINT message, WPARAM wParam, LPARAM lParam);
+    void NotifyFocus();
     bool HasFocus() const;
     void PlaceOverCell();
     void BringEditorIntoView();
