@@ -46,13 +46,7 @@ Text EntryGrid::FooterText(int col) {
 }
 
 void EntryGrid::ColumnDropped(int col, int position) {
-    const auto keep = events_.KeepAlive();
-    try {
-        MoveColumnByUser(col, position);
-    } catch (...) {
-        const RunTimeError error = CurrentError();
-        events_.ReportError(error.Number(), error.Description());
-    }
+    Reporting([&] { MoveColumnByUser(col, position); });
 }
 
 void EntryGrid::MoveCurrentColumn(bool right) {

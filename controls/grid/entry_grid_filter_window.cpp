@@ -75,17 +75,6 @@ void EntryGrid::Filterer::FilterByValue(int row, int col) {
 
 // ---- The fields ----------------------------------------------------------------------------------------------------
 
-template <class Body>
-void EntryGrid::Filterer::Reporting(Body body) {
-    const auto keep = owner_.events_.KeepAlive();
-    try {
-        body();
-    } catch (...) {
-        const RunTimeError error = CurrentError();
-        owner_.events_.ReportError(error.Number(), error.Description());
-    }
-}
-
 StripLook EntryGrid::Filterer::Look() const {
     const flexgrid::Grid& grid = owner_.Model();
     StripLook look;
@@ -122,7 +111,7 @@ Text EntryGrid::Filterer::FieldName(int col) {
 }
 
 void EntryGrid::Filterer::FieldTyped(int col, const Text& text) {
-    Reporting([&] {
+    owner_.Reporting([&] {
         const Text key = KeyOf(col);
         if (text == filter_.ConditionOf(key)) return;
         filter_.SetCondition(key, text);
@@ -154,7 +143,7 @@ void EntryGrid::Filterer::ReturnToGrid(int col) {
 }
 
 void EntryGrid::Filterer::FieldKey(int col, StripKey key) {
-    Reporting([&] {
+    owner_.Reporting([&] {
         strip_.EndTyping();
         if (!strip_.Handle()) return;
         switch (key) {
@@ -183,7 +172,7 @@ void EntryGrid::Filterer::FieldKey(int col, StripKey key) {
 }
 
 void EntryGrid::Filterer::FieldClicked(int col) {
-    Reporting([&] {
+    owner_.Reporting([&] {
         owner_.CommitOpenEdit();
         if (!owner_.EditIsOpen() && owner_.Model().Enabled()) strip_.Focus(col);
     });

@@ -49,8 +49,6 @@ class EntryGrid::Filterer final : private FilterStripListener {
     void StripWheel(UINT message, WPARAM wParam, LPARAM lParam) override { owner_.TurnWheel(message, wParam, lParam); }
     void StripFocus() override { owner_.NotifyFocus(); }
 
-    template <class Body>
-    void Reporting(Body body);
     FilterHelp Help() const;
     StripLook Look() const;
     // Returns the key of a column in ColIndex; "" for none.

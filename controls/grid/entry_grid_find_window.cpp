@@ -39,17 +39,6 @@ long CountToLong(std::int64_t count) {
 
 // ---- The bar -------------------------------------------------------------------------------------------------------
 
-template <class Body>
-void EntryGrid::Finder::Reporting(Body body) {
-    const auto keep = owner_.events_.KeepAlive();
-    try {
-        body();
-    } catch (...) {
-        const RunTimeError error = CurrentError();
-        owner_.events_.ReportError(error.Number(), error.Description());
-    }
-}
-
 void EntryGrid::Finder::Act(FindAction action) {
     owner_.CommitOpenEdit();
     if (owner_.EditIsOpen()) return;
@@ -113,7 +102,7 @@ void EntryGrid::Finder::Look() {
 }
 
 void EntryGrid::Finder::BarChanged() {
-    Reporting([this] {
+    owner_.Reporting([this] {
         Look();
         owner_.window_->ShowHits(this);
         moves_ = true;
@@ -188,7 +177,7 @@ void EntryGrid::Finder::Replace(bool all) {
 }
 
 void EntryGrid::Finder::BarAction(FindAction action) {
-    Reporting([&] {
+    owner_.Reporting([&] {
         owner_.CommitOpenEdit();
         switch (action) {
             case FindAction::Close:
@@ -213,7 +202,7 @@ void EntryGrid::Finder::BarAction(FindAction action) {
 }
 
 void EntryGrid::Finder::BarTimer() {
-    Reporting([this] { GoOn(); });
+    owner_.Reporting([this] { GoOn(); });
 }
 
 // ---- What happens in the grid --------------------------------------------------------------------------------------

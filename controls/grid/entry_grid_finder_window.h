@@ -36,8 +36,6 @@ class EntryGrid::Finder final : private FindBarListener, private flexgrid::CellH
     void BarFocus() override { owner_.NotifyFocus(); }
 
     CellPlace Cursor() const { return {owner_.Model().Row(), owner_.Model().Col()}; }
-    template <class Body>
-    void Reporting(Body body);
     void Open(bool replaces);
     void Look();
     void Step(bool forward);

@@ -34,14 +34,9 @@ bool EntryGrid::Themed() const {
 }
 
 void EntryGrid::ButtonClick(int row, int col) {
-    const auto keep = events_.KeepAlive();
-    if (Model().Row() != row || Model().Col() != col) return;
-    try {
-        OpenEditor();
-    } catch (...) {
-        const RunTimeError error = CurrentError();
-        events_.ReportError(error.Number(), error.Description());
-    }
+    Reporting([&] {
+        if (Model().Row() == row && Model().Col() == col) OpenEditor();
+    });
 }
 
 void EntryGrid::ComboPicked(ComboWindow&) {

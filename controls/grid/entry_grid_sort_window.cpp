@@ -38,14 +38,10 @@ void EntryGrid::SortByUser(const SortColumns& columns) {
 }
 
 void EntryGrid::HeaderClick(int col, bool shift) {
-    const auto keep = events_.KeepAlive();
-    try {
+    Reporting([&] {
         CommitOpenEdit();
         if (!EditIsOpen() && col < Model().Cols()) SortByUser(ClickedSortColumns(Model(), col, shift));
-    } catch (...) {
-        const RunTimeError error = CurrentError();
-        events_.ReportError(error.Number(), error.Description());
-    }
+    });
 }
 
 }  // namespace qvx::grid

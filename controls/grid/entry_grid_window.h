@@ -312,6 +312,17 @@ class EntryGrid final : private flexgrid::GridListener,
     void Go(const CellStep& step);
     void GoByTab(const PressedKey& tab);
     void LeaveGrid(const PressedKey& tab);
+    // Executes what the user has asked for. An error is reported to the user.
+    template <class Body>
+    void Reporting(Body body) {
+        const auto keep = events_.KeepAlive();
+        try {
+            body();
+        } catch (...) {
+            const RunTimeError error = CurrentError();
+            events_.ReportError(error.Number(), error.Description());
+        }
+    }
     // What happens in a bar or strip of the control: the wheel turns in the grid, and the host learns of the focus.
     void TurnWheel(UINT message, WPARAM wParam, LPARAM lParam);
     void NotifyFocus();

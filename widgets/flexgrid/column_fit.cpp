@@ -135,7 +135,7 @@ int FittedWidth(const Grid& grid, const View& view, Surface& surface, int col, i
         width = std::max(width + view.buttonWidth, 2 * view.buttonWidth);
     }
     const int margins =
-        2 * std::max(1, Scaled(cellMarginAcross, dpi.x)) + std::max(LineWidth(grid, false), LineWidth(grid, true));
+        2 * ScaledAtLeastOne(cellMarginAcross, dpi.x) + std::max(LineWidth(grid, false), LineWidth(grid, true));
     const int most = std::max(view.client.width, 1);
     const int pixels = std::min(std::max({header + margins, width + margins, Scaled(smallestFit, dpi.x)}), most);
     return PixelsToTwips(pixels, dpi.x);

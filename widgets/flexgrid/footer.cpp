@@ -6,7 +6,7 @@ namespace qvx::flexgrid {
 
 namespace {
 
-int RuleHeight(const Grid& grid) { return std::max(1, Scaled(1, grid.Metrics().Resolution().y)); }
+int RuleHeight(const Grid& grid) { return ScaledAtLeastOne(1, grid.Metrics().Resolution().y); }
 
 // Numbers, of which totals consist, are at the end that text runs towards unless the column says otherwise.
 unsigned FormatOf(const Grid& grid, int col) {
@@ -25,7 +25,7 @@ void PaintFooter(const Grid& grid, const View& view, const CellFooter& footer, S
     constexpr unsigned line =
         text_format::singleLine | text_format::middle | text_format::noPrefix | text_format::endEllipsis;
     const Rect cells{area.left, area.top + RuleHeight(grid), area.right, area.bottom};
-    const int margin = std::max(1, Scaled(cellMarginAcross, surface.Resolution().x));
+    const int margin = ScaledAtLeastOne(cellMarginAcross, surface.Resolution().x);
     const int lineWidth = LineWidth(grid, true);
     surface.FillRect({area.left, area.top, area.right, cells.top}, grid.GridColorFixed());
     surface.FillRect(cells, grid.BackColorFixed());

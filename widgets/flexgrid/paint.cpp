@@ -5,12 +5,11 @@
 
 #include "common/number_text.h"
 #include "common/text_direction.h"
+#include "widgets/flexgrid/paint_dragging.h"
 
 namespace qvx::flexgrid {
 
 namespace {
-
-int ScaledAtLeastOne(int pixels, int dotsPerInch) { return std::max(1, Scaled(pixels, dotsPerInch)); }
 
 bool Is3d(GridLineStyle style) { return style == GridLineStyle::inset || style == GridLineStyle::raised; }
 
@@ -138,8 +137,7 @@ class Painter {
             PaintRowMarks();
         }
         PaintFocus();
-        PaintDraggedBorder();
-        PaintMovedColumn();
+        PaintDragging(grid_, view_, surface_);
     }
 
   private:
@@ -509,36 +507,6 @@ class Painter {
         surface_.InvertRect({frame.left, frame.bottom - thick, frame.right, frame.bottom});
         surface_.InvertRect({frame.left, frame.top + thick, frame.left + thick, frame.bottom - thick});
         surface_.InvertRect({frame.right - thick, frame.top + thick, frame.right, frame.bottom - thick});
-    }
-
-    void PaintDraggedBorder() {
-        const int thick = ScaledAtLeastOne(1, dpi_.x);
-        if (view_.draggedColumn >= 0) {
-            const Span line = ColumnAxis(grid_, view_).InWindow({0, view_.draggedColumn - thick, view_.draggedColumn});
-            surface_.InvertRect({line.start, 0, line.end, view_.client.height});
-        }
-        if (view_.draggedRow >= 0) {
-            surface_.InvertRect({0, view_.draggedRow - thick, view_.client.width, view_.draggedRow});
-        }
-    }
-
-    // The header of a column that is being dragged is inverted, and a thick line shows where the column would go.
-    void PaintMovedColumn() {
-        if (view_.movedColumn < 0 || view_.movedColumn >= grid_.Cols()) {
-            return;
-        }
-        const Axis columns = ColumnAxis(grid_, view_);
-        const auto header = static_cast<int>(RowAxis(grid_, view_).FixedExtent());
-        if (IsVisible(columns, view_.movedColumn)) {
-            const int start = static_cast<int>(PositionOf(columns, view_.movedColumn));
-            const Span span = columns.InWindow({0, start, start + grid_.ColPixels(view_.movedColumn)});
-            surface_.InvertRect(Rect{span.start, 0, span.end, header}.Intersect(dirty_));
-        }
-        if (view_.dropLine >= 0) {
-            const int half = ScaledAtLeastOne(1, dpi_.x);
-            const Span line = columns.InWindow({0, view_.dropLine - half, view_.dropLine + half});
-            surface_.InvertRect({line.start, 0, line.end, view_.client.height});
-        }
     }
 
     const Grid& grid_;

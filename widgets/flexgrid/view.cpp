@@ -90,7 +90,7 @@ Rect CellArea(const Grid& grid, const View& view, int row, int col) {
 
 int LineWidth(const Grid& grid, bool fixed) {
     const GridLineStyle style = fixed ? grid.GridLinesFixed() : grid.GridLines();
-    return style == GridLineStyle::none ? 0 : std::max(1, Scaled(grid.GridLineWidth(), grid.Metrics().Resolution().x));
+    return style == GridLineStyle::none ? 0 : ScaledAtLeastOne(grid.GridLineWidth(), grid.Metrics().Resolution().x);
 }
 
 }  // namespace qvx::flexgrid

@@ -1,6 +1,7 @@
 // A grid in a window: the positions of its cells, in device pixels of the window's client area.
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 #include "common/geometry.h"
@@ -59,6 +60,9 @@ struct Shown {
     std::vector<Span> columns;
     MergeMap merges;
 };
+
+// Converts pixels at 96 dots per inch to those of a device; at least 1.
+inline int ScaledAtLeastOne(int pixels, int dotsPerInch) { return std::max(1, Scaled(pixels, dotsPerInch)); }
 
 // Returns the width of a grid line in pixels on this grid's device; 0 without lines. Fixed cells have lines of their
 // own kind.
