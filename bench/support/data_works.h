@@ -153,12 +153,12 @@ class DataWorks {
 
     void Report(const std::string& work, const Times& times) {
         if (times.values.empty()) {
-            ReportCut(work.c_str(), rows_, Peer::Name(), estimate_[work]);
+            bench::ReportCut(work.c_str(), rows_, Peer::Name(), estimate_[work]);
             return;
         }
         const double median = Median(times.values);
         last_[work] = {rows_, median};
-        Report(work.c_str(), rows_, Peer::Name(), median, times.values.size());
+        bench::Report(work.c_str(), rows_, Peer::Name(), median, times.values.size());
     }
 
     double limit_;
