@@ -11,12 +11,17 @@ set(QVX_BUSY_COMPONENTS archivers)
 # So are rules, except for those that go through many cells or bytes.
 set(QVX_BUSY_RULES archivers common drawing flexgrid grid)
 # Their sources that wait for the user rather than go through cells; the server optimises them for size.
-set(QVX_CALM_RULES accessible_events accessible_view binding button_steps cell_step column_drag column_index
+set(QVX_CALM_RULES accessible_events accessible_view binding button_steps cell_formats cell_step column_drag column_index
   column_order column_settings context_menu copied_cells date_column editor_placement filter_condition filter_strip
-  find_bar_layout find_keys footer format_string lifecycle list_arrows navigation page_layout paint_dragging projection
-  resizing row_commands row_filter scrolling tab_way user_layout)
+  find_bar_layout find_keys footer format_string lifecycle list_arrows navigation number_format page_layout paint_dragging
+  projection resizing row_commands row_filter scrolling tab_way user_layout)
 list(JOIN QVX_CALM_RULES "|" QVX_CALM_RULES)
 set(QVX_CALM_RULES "/(controls/grid|widgets/flexgrid)/(${QVX_CALM_RULES})[.]cpp$")
+
+# What is in no other program of Windows than the server is compiled without the names of types, which take 80 KB: those
+# of the functions of all property tables.
+set(QVX_SERVER_ONLY flexgrid combo textbox button dialogs kit buttons textedit grid borders menus backup server)
+set(QVX_SERVER_OPTIONS -fno-rtti)
 
 add_library(qvx_options INTERFACE)
 target_compile_features(qvx_options INTERFACE cxx_std_20)
@@ -56,14 +61,13 @@ endif()
 # Line numbers for the symbols that are kept apart; without the compiler's options, which depend on its cache.
 set(QVX_LINE_NUMBERS -g1 -gno-record-gcc-switches)
 
-# The 32-bit server has to stay below 2 MB: its busy rules are optimised for speed, but without padding and vectors, and
-# a file grows by half as much as usual when functions are expanded in their callers.
+# The 32-bit server has to stay below 2 MB: its busy rules are optimised for speed, but without padding and vectors.
 set(QVX_BUSY_OPTIONS "")
 if(CMAKE_SYSTEM_PROCESSOR STREQUAL "i686")
   # Code that reaches its variables through a frame pointer is shorter, and so are the tables for unwinding it.
   add_compile_options(-fno-omit-frame-pointer)
   set(QVX_BUSY_OPTIONS -fno-align-functions -fno-align-loops -fno-align-jumps -fno-align-labels -fno-tree-vectorize
-    -fno-reorder-blocks-and-partition --param=inline-unit-growth=20)
+    -fno-reorder-blocks-and-partition)
 endif()
 
 option(QVX_UNITY "Compile the sources of a component some at a time, which builds faster than each by itself" ON)
@@ -96,17 +100,18 @@ function(qvx_batches variable target)
   set(${variable} ${batches} PARENT_SCOPE)
 endfunction()
 
-# The system's headers and the standard library's, precompiled once for all window units that are optimised for size.
-function(qvx_system_headers)
-  if(TARGET qvx_system_headers)
+# qvx_system_headers(<target> [<option>...]): the system's headers and the standard library's, precompiled once for all
+# window units that are optimised for size and have the same further options.
+function(qvx_system_headers target)
+  if(TARGET ${target})
     return()
   endif()
-  set(empty ${PROJECT_BINARY_DIR}/batches/system_headers.cpp)
+  set(empty ${PROJECT_BINARY_DIR}/batches/${target}.cpp)
   file(CONFIGURE OUTPUT ${empty} CONTENT "" @ONLY)
-  add_library(qvx_system_headers OBJECT ${empty})
-  target_link_libraries(qvx_system_headers PRIVATE qvx_options)
-  target_compile_options(qvx_system_headers PRIVATE -Os ${QVX_LINE_NUMBERS})
-  target_precompile_headers(qvx_system_headers PRIVATE
+  add_library(${target} OBJECT ${empty})
+  target_link_libraries(${target} PRIVATE qvx_options)
+  target_compile_options(${target} PRIVATE -Os ${QVX_LINE_NUMBERS} ${ARGN})
+  target_precompile_headers(${target} PRIVATE
     <windows.h> <olectl.h> <ocidl.h> <oleauto.h> <commctrl.h>
     <algorithm> <array> <cmath> <cstdint> <functional> <map> <memory> <optional> <set> <span> <string> <string_view>
     <utility> <vector>)
@@ -151,6 +156,9 @@ function(qvx_component name folder)
       target_compile_options(${name}_rules PRIVATE ${QVX_LINE_NUMBERS} -Os)
     endif()
   endif()
+  if(rules AND WIN32 AND name IN_LIST QVX_SERVER_ONLY)
+    target_compile_options(${name}_rules PRIVATE ${QVX_SERVER_OPTIONS})
+  endif()
   target_link_libraries(${name}_rules ${scope} qvx_options)
   foreach(dependency IN LISTS ARG_RULES)
     target_link_libraries(${name}_rules ${scope} ${dependency}_rules)
@@ -162,8 +170,14 @@ function(qvx_component name folder)
     # The precompiled headers are only for sources that are optimised the same way.
     if(NOT name IN_LIST QVX_BUSY_COMPONENTS)
       target_compile_options(${name}_windows PRIVATE -Os ${QVX_LINE_NUMBERS})
-      qvx_system_headers()
-      target_precompile_headers(${name}_windows REUSE_FROM qvx_system_headers)
+      if(name IN_LIST QVX_SERVER_ONLY)
+        target_compile_options(${name}_windows PRIVATE ${QVX_SERVER_OPTIONS})
+        qvx_system_headers(qvx_server_headers ${QVX_SERVER_OPTIONS})
+        target_precompile_headers(${name}_windows REUSE_FROM qvx_server_headers)
+      else()
+        qvx_system_headers(qvx_system_headers)
+        target_precompile_headers(${name}_windows REUSE_FROM qvx_system_headers)
+      endif()
     endif()
   endif()
 endfunction()

@@ -15,6 +15,11 @@ PictureObject::PictureObject(IUnknown* picture) : picture_(Query<IPicture>(pictu
 
 IPictureDisp* PictureObject::Get() const { return picture_.As<IPictureDisp>().detach(); }
 
+IPictureDisp* PictureObject::Get(const Picture* picture) {
+    const auto* object = dynamic_cast<const PictureObject*>(picture);
+    return object ? object->Get() : nullptr;
+}
+
 Size PictureObject::PixelSize(Dpi dpi) const {
     OLE_XSIZE_HIMETRIC width = 0;
     OLE_YSIZE_HIMETRIC height = 0;

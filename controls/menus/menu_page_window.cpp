@@ -82,8 +82,8 @@ std::vector<KeyedPicture> MenuPageWindow::Pictures() const {
     std::vector<KeyedPicture> pictures;
     for (std::size_t i = 0; i < keys_.size(); ++i) {
         const auto* format = grid_.Model().FormatOf(static_cast<int>(i) + 1, pictureColumn);
-        const auto* picture = format ? dynamic_cast<const PictureObject*>(format->picture.get()) : nullptr;
-        if (picture) pictures.push_back({keys_[i], ComPtr<IPictureDisp>::Adopt(picture->Get())});
+        IPictureDisp* picture = format ? PictureObject::Get(format->picture.get()) : nullptr;
+        if (picture) pictures.push_back({keys_[i], ComPtr<IPictureDisp>::Adopt(picture)});
     }
     return pictures;
 }

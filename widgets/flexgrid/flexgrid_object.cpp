@@ -177,8 +177,7 @@ class FlexGridObject final
     STDMETHODIMP get_CellPicture(IPictureDisp** result) override {
         return Give(result, [&] {
             const auto picture = Model().CellPicture();
-            const auto* object = dynamic_cast<const PictureObject*>(picture.get());
-            return object ? object->Get() : nullptr;
+            return PictureObject::Get(picture.get());
         });
     }
     STDMETHODIMP put_CellPicture(IPictureDisp* value) override { return putref_CellPicture(value); }
