@@ -1,4 +1,4 @@
-// The user's settings for dates, and the order of texts.
+// The user's settings for dates and numbers, and the order of texts.
 #pragma once
 
 #include <string>
@@ -11,7 +11,14 @@ namespace qvx {
 // order is day-month-year; without a separator, it is "/".
 DateSettings DateSettingsOf(TextView shortDatePattern, int currentYear);
 
-// Returns the user's current settings. Windows only.
+// The user's signs in numbers, which are shown for "." and "," of a format.
+struct NumberSigns {
+    Text decimal = u".";
+    Text thousands = u",";
+};
+
+// Return the user's current settings. Windows only.
+NumberSigns SystemNumberSigns();
 DateSettings SystemDateSettings();
 
 // Appends the sort key of a text: the bytes of two keys compare as their texts sort in the user's locale. Windows only.

@@ -7,11 +7,21 @@
 
 namespace qvx {
 
+namespace {
+
+Text LocaleText(LCTYPE which) {
+    Text text(80, u'\0');  // the length of the longest one that the system allows
+    const int length = GetLocaleInfoW(LOCALE_USER_DEFAULT, which, WideBuffer(text), static_cast<int>(text.size()));
+    text.resize(length > 0 ? static_cast<std::size_t>(length - 1) : 0);
+    return text;
+}
+
+}  // namespace
+
+NumberSigns SystemNumberSigns() { return {LocaleText(LOCALE_SDECIMAL), LocaleText(LOCALE_STHOUSAND)}; }
+
 DateSettings SystemDateSettings() {
-    Text pattern(80, u'\0');  // the length of the longest short date pattern that the system allows
-    const int length =
-        GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SSHORTDATE, WideBuffer(pattern), static_cast<int>(pattern.size()));
-    pattern.resize(length > 0 ? static_cast<std::size_t>(length - 1) : 0);
+    const Text pattern = LocaleText(LOCALE_SSHORTDATE);
     SYSTEMTIME now{};
     GetLocalTime(&now);
     return DateSettingsOf(pattern, now.wYear);

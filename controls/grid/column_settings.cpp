@@ -6,6 +6,7 @@
 #include "common/number_text.h"
 #include "common/run_time_error.h"
 #include "common/text_compare.h"
+#include "controls/grid/caption_list.h"
 #include "controls/grid/column_checks.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/column_totals.h"
@@ -119,20 +120,20 @@ Text WithRenamedItems(TextView list, const Renaming& caption, int form) {
     return text;
 }
 
-// A list of another form is returned as it is.
-Text WithRenamedField(TextView fields, const Renaming& caption) {
+// A list of another form is returned as it is. With `keeps`, the column that keeps the old caption keeps its item.
+Text WithRenamedCaption(TextView list, const Renaming& caption, bool keeps) {
     Text text;
-    for (TextView rest = fields; !rest.empty();) {
-        const std::size_t end = rest.find(u']');
-        if (rest.front() != u'[' || end == TextView::npos) return Text(fields);
-        const std::size_t next = std::min(rest.find(u",[", end), rest.size());
-        const bool renamed = EqualNoCase(rest.substr(1, end - 1), caption.from);
-        if (!renamed || !caption.taken) {
-            if (!text.empty()) text += u',';
-            if (renamed && caption.to.find(u']') != TextView::npos) RefuseSetting();
-            text.append(u"[").append(renamed ? caption.to : rest.substr(1, end - 1)).append(rest, end, next - end);
-        }
-        rest.remove_prefix(std::min(next + 1, rest.size()));
+    const auto add = [&](TextView name, TextView said) {
+        text.append(text.empty() ? u"[" : u",[").append(name).append(u"]").append(said);
+    };
+    for (TextView rest = list; !rest.empty();) {
+        const auto item = TakeCaptioned(rest);
+        if (!item) return Text(list);
+        const bool renamed = EqualNoCase(item->caption, caption.from);
+        if (!renamed || keeps) add(item->caption, item->text);
+        if (!renamed || caption.taken) continue;
+        if (caption.to.find(u']') != TextView::npos) RefuseSetting();
+        add(caption.to, item->text);
     }
     return text;
 }
@@ -198,7 +199,8 @@ ChangedTexts RenamedColumn(const flexgrid::Grid& grid, const ControlState& state
     }
     // Of several columns with the same caption, the first one has the field.
     if (!IsCaptionOfOther(grid, col, renaming.from, true))
-        change(&ControlState::bindFields, WithRenamedField(state.bindFields, renaming));
+        change(&ControlState::bindFields, WithRenamedCaption(state.bindFields, renaming, false));
+    change(&ControlState::columnFormats, WithRenamedCaption(state.columnFormats, renaming, renaming.shared));
     return changes;
 }
 

@@ -48,7 +48,7 @@ using ChangedTexts = std::vector<std::pair<Text ControlState::*, Text>>;
 
 // Returns the changes with which a column keeps its settings under another caption. A column whose caption is that of
 // another one leaves that its settings; one that gets the caption of another one gets its settings as well. Raises
-// error 380 for a caption with ";", and for one with "]" if BindFields has the column.
+// error 380 for a caption with ";", and for one with "]" if BindFields or ColumnFormats has the column.
 ChangedTexts RenamedColumn(const flexgrid::Grid& grid, const ControlState& state, int col, TextView caption);
 
 }  // namespace qvx::grid

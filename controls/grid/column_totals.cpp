@@ -39,16 +39,22 @@ void ColumnTotals::Refresh() noexcept {
 }
 
 Text ColumnTotals::TextOf(int col) const {
+    const auto [total, inUnit] = NumberOf(col);
+    Text scratch;
+    return inUnit ? Text(formats_.ShownText(col, total, scratch)) : total;
+}
+
+std::pair<Text, bool> ColumnTotals::NumberOf(int col) const {
     Settle();
     const auto total = std::find_if(totals_.begin(), totals_.end(), [&](const Total& t) { return t.col == col; });
     if (total == totals_.end()) return {};
     switch (total->kind) {
         case TotalKind::count:
-            return DoubleToText(static_cast<double>(total->count));
+            return {DoubleToText(static_cast<double>(total->count)), false};
         case TotalKind::average:
-            return AverageText(total->sum.Value(), total->count);
+            return {AverageText(total->sum.Value(), total->count), total->count > 0};
         default:
-            return DoubleToText(total->sum.Value());
+            return {DoubleToText(total->sum.Value()), true};
     }
 }
 

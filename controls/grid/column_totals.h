@@ -3,10 +3,12 @@
 
 #include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "common/exact_sum.h"
 #include "common/text.h"
+#include "controls/grid/cell_formats.h"
 #include "controls/grid/control_state.h"
 #include "widgets/flexgrid/cell_footer.h"
 #include "widgets/flexgrid/grid.h"
@@ -22,8 +24,9 @@ constexpr int totalKinds = 3;
 // once, all of them are read again then.
 class ColumnTotals final : public flexgrid::CellFooter, private flexgrid::RowFollower {
   public:
-    // Both must outlive this.
-    ColumnTotals(flexgrid::Grid& grid, const ControlState& state) : grid_(grid), state_(state) {}
+    // All must outlive this.
+    ColumnTotals(flexgrid::Grid& grid, const ControlState& state, const CellFormats& formats)
+        : grid_(grid), state_(state), formats_(formats) {}
     ~ColumnTotals() { Watch(false); }
     ColumnTotals(const ColumnTotals&) = delete;
     ColumnTotals& operator=(const ColumnTotals&) = delete;
@@ -34,6 +37,8 @@ class ColumnTotals final : public flexgrid::CellFooter, private flexgrid::RowFol
     void Refresh() noexcept;
 
     // Returns the total of a column as a text; "" for a column that has none.
+    Text TotalOf(int col) const { return NumberOf(col).first; }
+    // Returns it as it is shown: sums and averages are in the format of the column.
     Text TextOf(int col) const override;
 
   private:
@@ -56,6 +61,8 @@ class ColumnTotals final : public flexgrid::CellFooter, private flexgrid::RowFol
     void FilterChanged() noexcept override { Refresh(); }
     void RolledBack() noexcept override { Refresh(); }
 
+    // Returns the text of a total, and whether it is in the unit of the column.
+    std::pair<Text, bool> NumberOf(int col) const;
     // Brings the totals up to date.
     void Settle() const;
     void ReadAll() const;
@@ -67,6 +74,7 @@ class ColumnTotals final : public flexgrid::CellFooter, private flexgrid::RowFol
 
     flexgrid::Grid& grid_;
     const ControlState& state_;
+    const CellFormats& formats_;
     bool on_ = false;
     mutable bool stale_ = true;  // all rows are to be read
     mutable std::vector<Total> totals_;

@@ -99,6 +99,36 @@ class ColumnObject final : public ComObject<Dispatch<IGridColumn>, ErrorInfoSupp
         return Give(result, [&] { return Control().Entry().FooterText(Col()); });
     }
 
+    STDMETHODIMP get_Format(BSTR* result) override {
+        return Give(result, [&] {
+            EntryGrid& entry = Control().Entry();
+            return Text(ListedFormat(entry.ColumnFormats(), CaptionOf(entry.Model(), Col())));
+        });
+    }
+    STDMETHODIMP put_Format(BSTR value) override {
+        return Act([&](ComboGridControl& control, int col) {
+            const Text caption = CaptionOf(control.Entry().Model(), col);
+            return control.put_ColumnFormats(
+                Bstr(WithFormat(control.Entry().ColumnFormats(), caption, FromBstr(value))).get());
+        });
+    }
+    STDMETHODIMP get_Frozen(VARIANT_BOOL* result) override {
+        return Give(result, [&] {
+            const flexgrid::Grid& grid = Control().Entry().Model();
+            const int col = Col();
+            return col >= grid.FixedCols() && col < grid.StandingCols();
+        });
+    }
+    STDMETHODIMP put_Frozen(VARIANT_BOOL value) override {
+        return Act([&](ComboGridControl& control, int col) {
+            const flexgrid::Grid& grid = control.Entry().Model();
+            const int before = std::max(col - grid.FixedCols(), 0);
+            const bool frozen = col < grid.StandingCols();
+            if ((value != VARIANT_FALSE) == frozen || col < grid.FixedCols()) return S_OK;
+            return control.put_FrozenCols(before + (frozen ? 0 : 1));
+        });
+    }
+
   private:
     ~ColumnObject() override = default;
 

@@ -135,6 +135,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP RefilterRows() override;
     // Lists and the mouse
     QVX_PROPERTY(BSTR, UserLayout, EntryGrid)
+    QVX_PROPERTY(BSTR, ColumnFormats, EntryGrid)
     QVX_PROPERTY(BSTR, Footer, EntryGrid)
     STDMETHODIMP get_FooterText(long col, BSTR* result) override {
         return Give(result, [&] { return entry_.FooterText(static_cast<int>(col)); });
@@ -168,6 +169,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     STDMETHODIMP put_FixedRows(long value) override {
         return PutCount(u"FixedRows", &flexgrid::Grid::SetFixedRows, value);
     }
+    QVX_PROPERTY(long, FrozenCols, flexgrid::Grid)
     QVX_PROPERTY(OLE_COLOR, BackColorBkg, flexgrid::Grid)
     QVX_PROPERTY(GridResizing, AllowUserResizing, flexgrid::Grid)
     QVX_PROPERTY(GridAppearance, Appearance, flexgrid::Grid)

@@ -141,6 +141,8 @@ const PropertyTable& ComboGridControl::Properties() {
             .Member(u"TrackRows", false, &EntryGrid::TrackRows, &EntryGrid::SetTrackRows)
             .Field(u"MarkChanged", &ControlState::markChanged)
             .Field(u"BindFields", &ControlState::bindFields)
+            .Member(u"FrozenCols", &Grid::FrozenCols, &Grid::SetFrozenCols)
+            .Member(u"ColumnFormats", Text(), &EntryGrid::ColumnFormats, &EntryGrid::SetColumnFormats)
             .Done();
     return table;
 }

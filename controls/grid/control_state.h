@@ -29,6 +29,7 @@ struct ControlState {
     // The number that each column had before the user moved any. If its size is not that of the grid, none has moved.
     std::vector<int> columnOrder;
     Text footer;         // coded list
+    Text columnFormats;  // "[Caption]format,[Caption]format"
     Text bindFields;     // "[Caption]field,[Caption]field": see FieldMap
     int keyColumn = -1;  // below 0: there is no key column
     int bindFrom = 1;

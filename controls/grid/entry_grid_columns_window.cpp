@@ -1,5 +1,6 @@
 // Columns that the user moves, by dragging their headers or by keys, and the footer below them.
 #include "common/flag_scope.h"
+#include "common/locale.h"
 #include "controls/grid/column_order.h"
 #include "controls/grid/entry_grid_window.h"
 #include "controls/grid/user_layout.h"
@@ -42,7 +43,15 @@ void EntryGrid::SetFooter(TextView columns) {
 
 Text EntryGrid::FooterText(int col) {
     if (col < 0 || col >= Model().Cols()) flexgrid::RefuseCol();
-    return totals_.TextOf(col);
+    return totals_.TotalOf(col);
+}
+
+void EntryGrid::SetColumnFormats(TextView formats) {
+    CheckFormats(formats);
+    state_.columnFormats = formats;
+    formats_.Refresh(SystemNumberSigns(), SystemDateSettings());
+    Model().ShowTexts(formats.empty() ? nullptr : &formats_);
+    if (!state_.footer.empty()) window_->ShowFooter(&totals_);
 }
 
 void EntryGrid::ColumnDropped(int col, int position) {

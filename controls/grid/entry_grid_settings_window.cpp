@@ -16,10 +16,13 @@ void EntryGrid::RenameColumn(int col, TextView caption) {
     if (filterer_) filterer_->FollowKeys(keys);
     whole.Commit();
     bool footer = false;
+    bool formats = false;
     for (auto& [field, text] : changes) {
         footer = footer || field == &ControlState::footer;
+        formats = formats || field == &ControlState::columnFormats;
         state_.*field = std::move(text);
     }
+    if (formats) SetColumnFormats(Text(state_.columnFormats));
     if (footer) SetFooter(Text(state_.footer));
     if (filterer_) filterer_->RefreshStrip();
     RefreshMarks();

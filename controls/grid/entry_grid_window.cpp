@@ -73,7 +73,8 @@ EntryGrid::EntryGrid(EntryGridEvents& events)
     : events_(events),
       window_(std::make_unique<flexgrid::FlexGridWindow>()),
       marks_(window_->Model(), state_),
-      totals_(window_->Model(), state_),
+      formats_(window_->Model(), state_),
+      totals_(window_->Model(), state_, formats_),
       states_(window_->Model(), state_),
       entryMarks_(marks_, states_, state_),
       projection_(window_->Model(), state_),
@@ -86,6 +87,7 @@ EntryGrid::EntryGrid(EntryGridEvents& events)
 
 EntryGrid::~EntryGrid() {
     window_->ShowFooter(nullptr);
+    window_->Model().ShowTexts(nullptr);
     window_->Accessibility().SetHost(nullptr);
     window_->Model().RemoveListener(this);
     window_->RemoveEvents(this);

@@ -197,6 +197,10 @@ class EntryGrid final : private flexgrid::GridListener,
     // Hides the columns with the caption of this one, or gives them the widths that they had before.
     void ShowColumn(int col, bool shown);
 
+    const Text& ColumnFormats() const { return state_.columnFormats; }
+    // Throws error 380 for a list that cannot be read.
+    void SetColumnFormats(TextView formats);
+
     const Text& Footer() const { return state_.footer; }
     void SetFooter(TextView columns);
     // Returns what the footer shows below a column. Throws 30010.
@@ -383,6 +387,7 @@ class EntryGrid final : private flexgrid::GridListener,
     ControlState state_;
     std::unique_ptr<flexgrid::FlexGridWindow> window_;
     InvalidMarks marks_;
+    CellFormats formats_;
     ColumnTotals totals_;
     RowStates states_;
     EntryMarks entryMarks_;

@@ -4,6 +4,7 @@
 
 #include "common/run_time_error.h"
 #include "common/text_compare.h"
+#include "controls/grid/caption_list.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/column_order.h"
 
@@ -40,17 +41,13 @@ FieldMap::FieldMap(const flexgrid::Grid& grid, const ControlState& state, const 
     }
     while (!fields_.empty() && fields_.back() == none) fields_.pop_back();
     for (TextView rest = state.bindFields; !rest.empty();) {
-        // A caption in brackets and the field's name, up to the next caption.
-        const std::size_t end = rest.find(u']');
-        if (rest.front() != u'[' || end == TextView::npos) RefuseFields(u"is no list of [Caption]field", {});
-        const std::size_t next = rest.find(u",[", end);
-        const TextView name = rest.substr(end + 1, next == TextView::npos ? next : next - end - 1);
-        const auto col = static_cast<std::size_t>(ColumnNamed(grid, rest.substr(1, end - 1)));
-        const auto field = PlaceOf(name, names);
-        if (!field) RefuseFields(u"names the unknown field", name);
+        const auto item = TakeCaptioned(rest);
+        if (!item) RefuseFields(u"is no list of [Caption]field", {});
+        const auto col = static_cast<std::size_t>(ColumnNamed(grid, item->caption));
+        const auto field = PlaceOf(item->text, names);
+        if (!field) RefuseFields(u"names the unknown field", item->text);
         while (col >= fields_.size()) fields_.push_back(none);
         fields_[col] = *field;
-        rest = next == TextView::npos ? TextView() : rest.substr(next + 1);
     }
 }
 

@@ -5,7 +5,7 @@
 namespace qvx::grid {
 namespace {
 
-// Fixed items that take most of a page leave at least this part of it to the others, which are then cut.
+// Items on every page that take most of a page leave at least this part of it to the others, which are then cut.
 std::int64_t PageRoom(const flexgrid::Axis& axis) {
     return std::max<std::int64_t>({axis.ScrolledExtent(), axis.extent / 4, 1});
 }
@@ -15,7 +15,7 @@ int PageExtent(const flexgrid::Axis& axis, const std::vector<int>& starts, std::
     const auto place = [&](int index) { return axis.startOf(std::min(index, axis.count)); };
     const int next = page + 1 < starts.size() ? starts[page + 1] : axis.count;
     const std::int64_t items = std::min(PageRoom(axis), place(next) - place(starts[page]));
-    return static_cast<int>(std::min<std::int64_t>(axis.extent, axis.FixedExtent() + items));
+    return static_cast<int>(std::min<std::int64_t>(axis.extent, axis.StandingExtent() + items));
 }
 
 }  // namespace
@@ -23,13 +23,13 @@ int PageExtent(const flexgrid::Axis& axis, const std::vector<int>& starts, std::
 std::vector<int> PageStarts(const flexgrid::Axis& axis) {
     std::vector<int> starts;
     const std::int64_t room = PageRoom(axis);
-    for (int item = axis.shownAt(axis.FixedExtent()); item < axis.count;) {
+    for (int item = axis.shownAt(axis.StandingExtent()); item < axis.count;) {
         starts.push_back(item);
         // The item that the end of the page would cut begins the next one.
         const int cut = axis.shownAt(axis.startOf(item) + room);
         item = cut > item ? cut : axis.shownAt(axis.startOf(item + 1));
     }
-    if (starts.empty()) starts.push_back(axis.fixed);
+    if (starts.empty()) starts.push_back(axis.standing);
     return starts;
 }
 

@@ -6,6 +6,7 @@
 #include "common/surrogates.h"
 #include "common/text_compare.h"
 #include "controls/grid/cell_clean.h"
+#include "controls/grid/cell_formats.h"
 #include "controls/grid/clipboard_text.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/html_table.h"
@@ -45,8 +46,12 @@ class CsvWriter final : public TableWriter {
 }  // namespace
 
 ExportColumn ExportColumnOf(const flexgrid::Grid& grid, const ControlState& state, int col) {
-    return {col, CleaningCode(state.columnsDataType, CaptionOf(grid, col)), HorizontalOf(grid.ColAlignment(col)),
-            HorizontalOf(grid.FixedAlignment(col)), grid.ColWidth(col)};
+    return {col,
+            CleaningCode(state.columnsDataType, CaptionOf(grid, col)),
+            HorizontalOf(grid.ColAlignment(col)),
+            HorizontalOf(grid.FixedAlignment(col)),
+            grid.ColWidth(col),
+            Text(ListedFormat(state.columnFormats, CaptionOf(grid, col)))};
 }
 
 ExportedCells ChooseCells(const flexgrid::Grid& grid, const ControlState& state, bool selectedOnly) {

@@ -62,6 +62,7 @@ struct ExportColumn {
     ExportAlignment alignment = ExportAlignment::general;
     ExportAlignment headerAlignment = ExportAlignment::general;
     int twips = 0;
+    Text format{};  // of ColumnFormats, "" for none
 };
 
 ExportColumn ExportColumnOf(const flexgrid::Grid& grid, const ControlState& state, int col);

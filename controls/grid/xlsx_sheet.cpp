@@ -12,6 +12,7 @@
 #include "common/utf8.h"
 #include "controls/grid/cell_clean.h"
 #include "controls/grid/column_lists.h"
+#include "controls/grid/number_format.h"
 #include "controls/grid/stored_zip.h"
 
 namespace qvx::grid {
@@ -23,6 +24,7 @@ constexpr std::size_t mostCellUnits = 32'767;
 constexpr int significantDigits = 15;
 
 // The number of each style is kind * alignments + alignment.
+// The kinds after these are those of the columns' formats.
 enum SheetStyle { plainStyle, headerStyle, dateStyle, styleKinds };
 constexpr int alignments = 4;
 
@@ -36,8 +38,8 @@ std::string ColumnLetters(std::size_t index) {
     return letters;
 }
 
-std::string StyleNumber(SheetStyle kind, ExportAlignment alignment) {
-    return Decimal(static_cast<int>(kind) * alignments + static_cast<int>(alignment));
+std::string StyleNumber(int kind, ExportAlignment alignment) {
+    return Decimal(std::int64_t{kind} * alignments + static_cast<int>(alignment));
 }
 
 bool IsHexDigit(char16_t c) { return (c >= u'0' && c <= u'9') || (LowerAscii(c) >= u'a' && LowerAscii(c) <= u'f'); }
@@ -73,14 +75,21 @@ ShortDateOrder OrderOf(TextView pattern) {
     return place(u"dD") < place(u"mM") ? ShortDateOrder::dayMonthYear : ShortDateOrder::monthDayYear;
 }
 
-[[gnu::cold]] std::string StylesPart(TextView dateFormat) {
-    std::string format;
-    AppendSheetText(format, SheetDateFormat(dateFormat));
+// `formats` are those of the style kinds from dateStyle on.
+[[gnu::cold]] std::string StylesPart(const std::vector<Text>& formats) {
+    constexpr int firstFormat = 164;  // the first number that is free for formats of a workbook's own
+    const int kinds = dateStyle + static_cast<int>(formats.size());
     std::string part =
         "<styleSheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">"
-        "<numFmts count=\"1\"><numFmt numFmtId=\"164\" formatCode=\"" +
-        format +
-        "\"/></numFmts>"
+        "<numFmts count=\"" +
+        Decimal(static_cast<std::int64_t>(formats.size())) + "\">";
+    for (std::size_t i = 0; i < formats.size(); ++i) {
+        part += "<numFmt numFmtId=\"" + Decimal(firstFormat + static_cast<std::int64_t>(i)) + "\" formatCode=\"";
+        AppendSheetText(part, formats[i]);
+        part += "\"/>";
+    }
+    part +=
+        "</numFmts>"
         "<fonts count=\"2\"><font><sz val=\"11\"/><name val=\"Calibri\"/></font>"
         "<font><b/><sz val=\"11\"/><name val=\"Calibri\"/></font></fonts>"
         "<fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill>"
@@ -88,13 +97,13 @@ ShortDateOrder OrderOf(TextView pattern) {
         "<borders count=\"1\"><border><left/><right/><top/><bottom/><diagonal/></border></borders>"
         "<cellStyleXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/></cellStyleXfs>"
         "<cellXfs count=\"" +
-        Decimal(std::int64_t{styleKinds} * alignments) + "\">";
-    for (int kind = 0; kind < styleKinds; ++kind) {
+        Decimal(std::int64_t{kinds} * alignments) + "\">";
+    for (int kind = 0; kind < kinds; ++kind) {
+        const std::string format = kind < dateStyle ? "0" : Decimal(firstFormat + std::int64_t{kind} - dateStyle);
         for (const char* alignment : {"", "left", "center", "right"}) {
-            part += std::string("<xf numFmtId=\"") + (kind == dateStyle ? "164" : "0") + "\" fontId=\"" +
-                    (kind == headerStyle ? "1" : "0") + "\" fillId=\"0\" borderId=\"0\" xfId=\"0\"" +
-                    (kind == headerStyle ? " applyFont=\"1\"" : "") +
-                    (kind == dateStyle ? " applyNumberFormat=\"1\"" : "");
+            part += "<xf numFmtId=\"" + format + "\" fontId=\"" + (kind == headerStyle ? "1" : "0") +
+                    "\" fillId=\"0\" borderId=\"0\" xfId=\"0\"" + (kind == headerStyle ? " applyFont=\"1\"" : "") +
+                    (kind >= dateStyle ? " applyNumberFormat=\"1\"" : "");
             part += *alignment ? std::string(" applyAlignment=\"1\"><alignment horizontal=\"") + alignment + "\"/></xf>"
                                : "/>";
         }
@@ -136,7 +145,7 @@ class XlsxWriter final : public TableWriter {
                 "worksheet\" Target=\"worksheets/sheet1.xml\"/>"
                 "<Relationship Id=\"rId2\" Type=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships/"
                 "styles\" Target=\"styles.xml\"/></Relationships>");
-        AddPart("xl/styles.xml", StylesPart(options.dateFormat));
+        AddPart("xl/styles.xml", StylesPart(Formats()));
         BeginSheet(cells.headers);
     }
 
@@ -158,6 +167,31 @@ class XlsxWriter final : public TableWriter {
     }
 
   private:
+    // What the values of a column are, and the kind of style that they have then.
+    struct ValueKind {
+        int style;
+        bool date;
+        bool number;
+    };
+
+    // Returns the formats of the style kinds from dateStyle on.
+    std::vector<Text> Formats() {
+        std::vector<Text> formats{SheetDateFormat(options_.dateFormat)};
+        for (const ExportColumn& column : columns_) {
+            ValueKind kind{plainStyle, column.dataType == data_type::date,
+                           column.dataType == data_type::digits || column.dataType == data_type::numerics};
+            if (kind.date) kind.style = dateStyle;
+            if (!column.format.empty()) {
+                kind.style = dateStyle + static_cast<int>(formats.size());
+                kind.date = KindOfFormat(column.format) == FormatKind::date;
+                kind.number = !kind.date;
+                formats.push_back(kind.date ? SheetDateFormat(column.format) : SheetNumberFormat(column.format));
+            }
+            kinds_.push_back(kind);
+        }
+        return formats;
+    }
+
     void AddPart(std::string_view name, const std::string& content) {
         zip_.BeginFile(name);
         zip_.Add("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\r\n" + content);
@@ -190,18 +224,17 @@ class XlsxWriter final : public TableWriter {
 
     void AddCell(bool header, const std::string& row, std::size_t index, TextView text) {
         const ExportColumn& column = columns_[index];
-        const auto begin = [&](SheetStyle style) {
+        const auto begin = [&](int style) {
             line_ += "<c r=\"" + letters_[index] + row + "\" s=\"" +
                      StyleNumber(style, header ? column.headerAlignment : column.alignment) + "\"";
         };
         std::optional<double> number;
-        SheetStyle style = header ? headerStyle : plainStyle;
-        if (!header && (column.dataType == data_type::digits || column.dataType == data_type::numerics))
+        const ValueKind& kind = kinds_[index];
+        if (!header && kind.date)
+            number = SheetDate(text, options_.dateFormat, options_.dates);
+        else if (!header && kind.number)
             number = SheetNumber(text);
-        if (!header && column.dataType == data_type::date &&
-            (number = SheetDate(text, options_.dateFormat, options_.dates)))
-            style = dateStyle;
-        begin(style);
+        begin(header ? headerStyle : number ? kind.style : plainStyle);
         if (text.empty()) {
             line_ += "/>";
         } else if (number) {
@@ -223,6 +256,7 @@ class XlsxWriter final : public TableWriter {
     const ExportOptions& options_;
     const std::vector<ExportColumn>& columns_;
     StoredZip zip_;
+    std::vector<ValueKind> kinds_;
     std::vector<std::string> letters_;
     std::string line_;
     std::int64_t rows_ = 0;

@@ -274,6 +274,35 @@ TEST_F(ComboGridColumnObjects, FollowTheirColumns) {
     EXPECT_EQ(13, ErrorOf(all.get(), L"Item", DISPATCH_PROPERTYGET, {Variant(all.get())}));
 }
 
+TEST_F(ComboGridColumnObjects, ShowFormatsAndStayInView) {
+    const auto rate = Column(Variant(u"Rate"));
+    Put(form.grid.get(), L"Footer", {Variant(u";Rate-0;")});
+    Put(rate.get(), L"Format", {Variant(u"0.00 \"[]\"")});
+    EXPECT_EQ("[Rate]0.00 \"[]\"", Property(L"ColumnFormats"));
+    EXPECT_EQ(u"2.5", *Call(rate.get(), L"FooterText").ToText());
+    EXPECT_EQ(u"2.5", *Call(form.grid.get(), L"TextMatrix", {Variant(1), Variant(F::rate)}).ToText());
+    Put(rate.get(), L"Caption", {Variant(u"Price")});
+    EXPECT_EQ("[Price]0.00 \"[]\"", Property(L"ColumnFormats"));
+    EXPECT_EQ(380, ErrorOf(rate.get(), L"Format", DISPATCH_PROPERTYPUT, {Variant(u"0,[")}));
+    EXPECT_EQ(380, ErrorOf(form.grid.get(), L"ColumnFormats", DISPATCH_PROPERTYPUT, {Variant(u"0.00")}));
+    Put(rate.get(), L"Format", {Variant(u"")});
+    EXPECT_EQ("", Property(L"ColumnFormats"));
+
+    const auto frozen = [&](int col) { return Call(Column(Variant(col)).get(), L"Frozen").ToBool().value_or(false); };
+    Put(Column(Variant(F::qty)).get(), L"Frozen", {Variant(true)});
+    EXPECT_EQ("2", Property(L"FrozenCols"));
+    EXPECT_TRUE(!frozen(0) && frozen(F::name) && frozen(F::qty) && !frozen(F::rate));
+    Put(Column(Variant(F::name)).get(), L"Frozen", {Variant(true)});
+    EXPECT_EQ("2", Property(L"FrozenCols"));
+    Put(form.Inner().get(), L"LeftCol", {Variant(F::item)});
+    form.GoTo(1, F::rate);
+    form.Press(VK_LEFT);
+    EXPECT_EQ("1,2", form.Current());
+    Put(Column(Variant(F::name)).get(), L"Frozen", {Variant(false)});
+    EXPECT_EQ("0", Property(L"FrozenCols"));
+    EXPECT_EQ(380, ErrorOf(form.grid.get(), L"FrozenCols", DISPATCH_PROPERTYPUT, {Variant(-1)}));
+}
+
 TEST_F(ComboGridColumnObjects, AreHiddenAndShownWithTheirWidth) {
     const auto rate = Column(Variant(u"Rate"));
     const auto key = Column(Variant(u"Key"));

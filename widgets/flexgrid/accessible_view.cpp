@@ -16,6 +16,12 @@ bool IsHidden(const Grid& grid, const AccessiblePart& part) {
     return (!part.IsGrid() && grid.RowPixels(part.row) <= 0) || (part.IsCell() && grid.ColPixels(part.col) <= 0);
 }
 
+Text ShownTextOf(const Grid& grid, int row, int col) {
+    const Text text = grid.TextMatrix(row, col);
+    Text scratch;
+    return Text(grid.ShownText(row, col, text, scratch));
+}
+
 bool Shows(const Grid& grid, const View& view, const AccessiblePart& part) {
     return (part.IsGrid() || IsVisible(RowAxis(grid, view), part.row)) &&
            (!part.IsCell() || IsVisible(ColumnAxis(grid, view), part.col));
@@ -132,14 +138,14 @@ std::optional<Text> ValueOf(const Grid& grid, const AccessiblePart& part) {
         return std::nullopt;
     }
     if (part.IsCell()) {
-        return grid.TextMatrix(part.row, part.col);
+        return ShownTextOf(grid, part.row, part.col);
     }
     Text texts;
     bool first = true;
     for (int col = grid.FixedCols(); col < grid.Cols(); ++col) {
         if (grid.ColPixels(col) > 0) {
             texts += std::exchange(first, false) ? u"" : u"; ";
-            grid.Cell(part.row, col).AppendTo(texts);
+            texts += ShownTextOf(grid, part.row, col);
         }
     }
     return texts;

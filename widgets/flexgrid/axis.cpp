@@ -5,7 +5,7 @@
 
 namespace qvx::flexgrid {
 
-std::int64_t Axis::ScrolledExtent() const { return std::max<std::int64_t>(0, extent - FixedExtent()); }
+std::int64_t Axis::ScrolledExtent() const { return std::max<std::int64_t>(0, extent - StandingExtent()); }
 
 std::vector<Span> VisibleSpans(const Axis& axis) {
     std::vector<Span> spans;
@@ -25,8 +25,8 @@ std::vector<Span> VisibleSpans(const Axis& axis) {
             at = end;
         }
     };
-    add(0, axis.fixed);
-    add(std::max(axis.first, axis.fixed), axis.count);
+    add(0, axis.standing);
+    add(std::max(axis.first, axis.standing), axis.count);
     return spans;
 }
 
@@ -60,8 +60,8 @@ int StepShown(const Axis& axis, int index, int distance) {
 
 std::int64_t PositionOf(const Axis& axis, int index) {
     std::int64_t at = axis.startOf(index);
-    if (index >= axis.fixed) {
-        at += axis.FixedExtent() - axis.startOf(std::max(axis.first, axis.fixed));
+    if (index >= axis.standing) {
+        at += axis.StandingExtent() - axis.startOf(std::max(axis.first, axis.standing));
     }
     return at;
 }
@@ -70,7 +70,7 @@ bool IsVisible(const Axis& axis, int index) {
     if (index < 0 || index >= axis.count || axis.IsHidden(index)) {
         return false;
     }
-    return (index < axis.fixed || index >= axis.first) && PositionOf(axis, index) < axis.extent;
+    return (index < axis.standing || index >= axis.first) && PositionOf(axis, index) < axis.extent;
 }
 
 std::int64_t StartInWindow(const Axis& axis, int index) {

@@ -18,12 +18,14 @@ struct Span {
 };
 
 // Positions along an axis count from the window's top edge or from where its columns start: the left edge, or the right
-// one where the axis is `mirrored`. Items 0..fixed-1 are fixed: they are at the start and never scroll. They are
-// followed by the items from `first` on. Invariants: 0 <= fixed <= count, and first >= fixed. The functions take
-// O(log count) at most, so that nothing here has to walk along runs of hidden items or to distant ones.
+// one where the axis is `mirrored`. Items 0..standing-1 are at the start and never scroll; the `fixed` first of them
+// are headers. They are followed by the items from `first` on. Invariants: 0 <= fixed <= standing <= count, and first
+// >= standing. The functions take O(log count) at most, so that nothing here has to walk along runs of hidden items or
+// to distant ones.
 struct Axis {
     int count = 0;
     int fixed = 0;
+    int standing = 0;
     int first = 0;
     int extent = 0;                            // room in the window, in pixels
     std::function<int(int)> sizeOf;            // pixels of an item; 0 means hidden
@@ -39,17 +41,19 @@ struct Axis {
     }
 
     bool IsHidden(int index) const { return sizeOf(index) <= 0; }
-    // Pixels of all fixed items, even if that is more than the window's extent.
+    // Pixels of all headers, even if that is more than the window's extent.
     std::int64_t FixedExtent() const { return startOf(fixed); }
-    // Pixels that remain after the fixed items.
+    // Pixels of all items that never scroll, even if that is more than the window's extent.
+    std::int64_t StandingExtent() const { return startOf(standing); }
+    // Pixels that remain after them.
     std::int64_t ScrolledExtent() const;
-    // Whether any item can scroll.
+    // Whether any item is not a header.
     bool HasScrollable() const { return fixed < count; }
     // Whether `first` may be this item.
-    bool CanBeFirst(int index) const { return index >= fixed && index < count; }
+    bool CanBeFirst(int index) const { return index >= standing && index < count; }
 };
 
-// Returns the spans that are at least partly in the window, in order: fixed ones, then scrolled ones.
+// Returns the spans that are at least partly in the window, in order: those that never scroll, then the scrolled ones.
 std::vector<Span> VisibleSpans(const Axis& axis);
 
 // Returns the nearest item that is not hidden, from `index` (itself included) in direction `step` (1 or -1), within
@@ -61,8 +65,8 @@ int NearestShown(const Axis& axis, int index, int step);
 int StepShown(const Axis& axis, int index, int distance);
 
 // Returns the distance in pixels from the window's edge to the item's start. Items that are scrolled away are at
-// negative distances from the end of the fixed ones or beyond the window, which may exceed 32 bits. `index` may be
-// `count`.
+// negative distances from the end of those that never scroll or beyond the window, which may exceed 32 bits. `index`
+// may be `count`.
 std::int64_t PositionOf(const Axis& axis, int index);
 
 // Whether any part of the item is visible in the window.

@@ -46,7 +46,7 @@ class ColumnTexts {
         if (const CellFormat* format = grid_.FormatOf(row, col_); format && format->picture) {
             picture_ = std::max(picture_, format->picture->PixelSize(surface_.Resolution()).width);
         }
-        TextView text = cells[col_].AsWide(scratch_);
+        TextView text = grid_.ShownText(row, col_, cells[col_].AsWide(scratch_), shown_);
         text = text.substr(0, text.find_last_not_of(u' ') + 1);
         if (text.empty()) {
             return;
@@ -93,6 +93,7 @@ class ColumnTexts {
     const FontSpec* last_ = nullptr;
     WidestTexts* current_ = nullptr;
     Text scratch_;
+    Text shown_;
 };
 
 int HeaderMark(const Grid& grid, Surface& surface, int col) {

@@ -110,11 +110,11 @@ void Grid::StoreShape(const Shape& shape) {
     fixedRows_ = shape.fixedRows;
     fixedCols_ = shape.fixedCols;
     topRow_ = std::clamp(topRow_, fixedRows_, std::max(fixedRows_, Rows() - 1));
-    leftCol_ = std::clamp(leftCol_, fixedCols_, std::max(fixedCols_, Cols() - 1));
+    leftCol_ = std::clamp(leftCol_, StandingCols(), std::max(fixedCols_, Cols() - 1));
     ++structureVersion_;
     assert(fixedRows_ <= Rows());
     assert(fixedCols_ == 0 || fixedCols_ < Cols());
-    assert(topRow_ >= fixedRows_ && leftCol_ >= fixedCols_);
+    assert(topRow_ >= fixedRows_ && leftCol_ >= StandingCols());
 }
 
 void Grid::ChangeShape(const std::function<Shape()>& target, const std::function<void(const Shape&)>& change) {
@@ -217,6 +217,20 @@ void Grid::SetFixedCols(int count) {
     ChangeShape([&] { return wantFixedCol_ = false, Shape{Rows(), Cols(), fixedRows_, count}; }, [](const Shape&) {});
 }
 
+void Grid::SetFrozenCols(int count) {
+    if (count < 0) {
+        RefuseValue();
+    }
+    if (count == frozenCols_) {
+        return;
+    }
+    // A view that shows the first columns that scroll goes on showing them.
+    const bool atStart = leftCol_ == StandingCols();
+    frozenCols_ = count;
+    leftCol_ = atStart ? StandingCols() : std::max(leftCol_, StandingCols());
+    LayoutChanged(0, 0);
+}
+
 // ---- Cursor and selection ------------------------------------------------------------------------------------------
 
 void Grid::MoveCursor(Cursor target) {
@@ -311,7 +325,7 @@ void Grid::SetTopRow(int row) {
 }
 
 void Grid::SetLeftCol(int col) {
-    if (col < fixedCols_ || col >= Cols()) {
+    if (col < StandingCols() || col >= Cols()) {
         RefuseCol();
     }
     if (col != leftCol_) {

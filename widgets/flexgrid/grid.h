@@ -18,6 +18,7 @@
 #include "common/text.h"
 #include "widgets/flexgrid/cell_format.h"
 #include "widgets/flexgrid/cell_store.h"
+#include "widgets/flexgrid/cell_texts.h"
 #include "widgets/flexgrid/cell_view.h"
 #include "widgets/flexgrid/column_table.h"
 #include "widgets/flexgrid/enums.h"
@@ -79,6 +80,12 @@ class Grid final : public GridLook {
     // The counts including those that are waiting, as a form saves them.
     int WantedFixedRows() const { return wantFixedRow_ ? 1 : fixedRows_; }
     int WantedFixedCols() const { return wantFixedCol_ ? 1 : fixedCols_; }
+    // How many columns after the fixed ones do not scroll either; otherwise, they are like all others. Below 0: 380.
+    // More than there are is no error: the last column always scrolls.
+    int FrozenCols() const { return frozenCols_; }
+    void SetFrozenCols(int count);
+    // The columns that do not scroll: the fixed and the frozen ones.
+    int StandingCols() const { return fixedCols_ + std::clamp(frozenCols_, 0, std::max(0, Cols() - 1 - fixedCols_)); }
 
     // ---- Cursor and selection --------------------------------------------------------------------------------------
     // A program may move the cursor anywhere, even to fixed cells. Setting Row or Col collapses the selection to the
@@ -327,6 +334,16 @@ class Grid final : public GridLook {
     // (another resolution).
     void SetTextMetrics(const TextMetrics* metrics);
     const TextMetrics& Metrics() const { return *metrics_; }
+    // What cells show in place of their texts, which must outlive the grid or be replaced; null for nothing.
+    void ShowTexts(const CellTexts* texts) {
+        shownTexts_ = texts;
+        LookChanged();
+    }
+    // Returns what a cell with this text shows, which may be in `scratch`.
+    TextView ShownText(int row, int col, TextView text, qvx::Text& scratch) const {
+        const bool own = !shownTexts_ || text.empty() || row < fixedRows_ || col < fixedCols_;
+        return own ? text : shownTexts_->ShownText(col, text, scratch);
+    }
 
     // Increases whenever rows or columns are inserted, removed or moved, and when all cells are cleared at once: while
     // it stays the same, row and column numbers keep their meaning.
@@ -419,6 +436,7 @@ class Grid final : public GridLook {
     // the grid, or 0 where there is none; topRow_ and leftCol_ are scrollable, or the fixed count where nothing is.
     int fixedRows_ = 1;
     int fixedCols_ = 1;
+    int frozenCols_ = 0;
     bool wantFixedRow_ = false;  // only while fixedRows_ is 0
     bool wantFixedCol_ = false;  // only while fixedCols_ is 0
     int row_ = 1;
@@ -433,6 +451,7 @@ class Grid final : public GridLook {
     FontSpec font_;
     std::shared_ptr<const qvx::Picture> picture_;
     const TextMetrics* metrics_;
+    const CellTexts* shownTexts_ = nullptr;
     std::uint64_t structureVersion_ = 0;
     std::uint32_t filter_ = 1;  // the number of the current filter
     bool isWhole_ = false;      // an AllOrNothing is open

@@ -18,6 +18,9 @@ class Bonds {
         const bool restrictRows = mode == GridMerge::restrictRows || mode == GridMerge::restrictBoth;
         const bool restrictCols = mode == GridMerge::restrictColumns || mode == GridMerge::restrictBoth;
         const auto joins = [](int a, int b, int fixed) { return (a < fixed) == (b < fixed); };
+        const auto together = [&](int a, int b) {
+            return joins(a, b, grid.FixedCols()) && joins(a, b, grid.StandingCols());
+        };
         for (std::size_t r = 0; r < rowCount_; ++r) {
             const bool mergeRow = grid.MergeRow(rows[r]);
             const bool belowJoins = r + 1 < rowCount_ && joins(rows[r], rows[r + 1], grid.FixedRows());
@@ -27,12 +30,12 @@ class Bonds {
                 if (cell.Empty()) {
                     continue;
                 }
-                if (mergeRow && c + 1 < colCount_ && joins(cols[c], cols[c + 1], grid.FixedCols()) &&
+                if (mergeRow && c + 1 < colCount_ && together(cols[c], cols[c + 1]) &&
                     cell == grid.Cell(rows[r], cols[c + 1])) {
                     across_[At(r, c)] = !restrictRows || !aboveJoins || Across(r - 1, c);
                 }
                 if (belowJoins && grid.MergeCol(cols[c]) && cell == grid.Cell(rows[r + 1], cols[c])) {
-                    const bool leftJoins = c > 0 && joins(cols[c - 1], cols[c], grid.FixedCols());
+                    const bool leftJoins = c > 0 && together(cols[c - 1], cols[c]);
                     down_[At(r, c)] = !restrictCols || !leftJoins || Down(r, c - 1);
                 }
             }

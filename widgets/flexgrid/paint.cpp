@@ -117,7 +117,9 @@ class Painter {
                        (grid.HighLight() == GridHighLight::withFocus && view.focused));
         cellsBottom_ = shown_.rows.empty() ? 0 : shown_.rows.back().end;
         Split(shown_.rows, grid.FixedRows(), dirty_.top, dirty_.bottom, fixedRows_, scrolledRows_);
-        Split(shown_.columns, grid.FixedCols(), dirty_.left, dirty_.right, fixedColumns_, scrolledColumns_);
+        std::vector<Span> others;
+        Split(shown_.columns, grid.FixedCols(), dirty_.left, dirty_.right, fixedColumns_, others);
+        Split(others, grid.StandingCols(), dirty_.left, dirty_.right, frozenColumns_, scrolledColumns_);
     }
 
     void Run() {
@@ -131,10 +133,15 @@ class Painter {
         PaintGround();
         PaintBlock(scrolledRows_, scrolledColumns_, false);
         PaintBlock(fixedRows_, scrolledColumns_, true);
+        PaintBlock(scrolledRows_, frozenColumns_, false);
+        PaintBlock(fixedRows_, frozenColumns_, true);
         PaintBlock(scrolledRows_, fixedColumns_, true);
         PaintBlock(fixedRows_, fixedColumns_, true);
         if (view_.marks && view_.marks->MarksRows()) {
             PaintRowMarks();
+        }
+        if (!frozenColumns_.empty()) {
+            PaintFrozenEnd();
         }
         PaintFocus();
         PaintDragging(grid_, view_, surface_);
@@ -281,6 +288,17 @@ class Painter {
         }
     }
 
+    // A line at the end of the frozen columns, where the others scroll away.
+    void PaintFrozenEnd() {
+        const Span& last = frozenColumns_.back();
+        if (last.index != NearestShown(ColumnAxis(grid_, view_), grid_.StandingCols() - 1, -1)) {
+            return;
+        }
+        const int width = ScaledAtLeastOne(1, dpi_.x);
+        const int x = mirrored_ ? last.start : last.end - width;
+        surface_.FillRect({x, 0, x + width, cellsBottom_}, colors::darkShadow3d);
+    }
+
     // A triangle in the upper corner at the end that text runs towards.
     void PaintMark(const Rect& inside) {
         constexpr OleColor red = 0x0000C0;
@@ -319,7 +337,8 @@ class Painter {
         if (inside.Empty()) {
             return;
         }
-        const TextView text = Trimmed(grid_.Cell(row, col).AsWide(scratch_));
+        const TextView stored = Trimmed(grid_.Cell(row, col).AsWide(scratch_));
+        const TextView text = Trimmed(grid_.ShownText(row, col, stored, shownText_));
         const bool picture = format && format->picture;
         if (!picture && text.empty()) {
             surface_.FillRect(inside, ink.back);
@@ -328,7 +347,7 @@ class Painter {
         // Text keeps its distance from the cell's own edges, not from the lines inside them, so that captions are
         // exactly above the texts below them.
         const Rect room = BesideMark(TextRoom(grid_, area, fixed), marked, mirrored_);
-        const int alignment = static_cast<int>(grid_.AlignmentOf(row, col, text));
+        const int alignment = static_cast<int>(grid_.AlignmentOf(row, col, stored));
         const bool broken = HasLineBreak(text);
         // The fast path draws from left to right.
         const bool plain = !mirrored_ || LooksSameBothWays(text);
@@ -522,8 +541,10 @@ class Painter {
     std::vector<Span> fixedRows_;
     std::vector<Span> scrolledRows_;
     std::vector<Span> fixedColumns_;
+    std::vector<Span> frozenColumns_;
     std::vector<Span> scrolledColumns_;
     Text scratch_;
+    Text shownText_;
 };
 
 }  // namespace
@@ -556,7 +577,8 @@ int SortMarkWidth(const Grid& grid, Surface& surface, int row, int col) {
 
 bool IsCut(const Grid& grid, const View& view, Surface& surface, int row, int col) {
     Text scratch;
-    const TextView text = Trimmed(grid.Cell(row, col).AsWide(scratch));
+    Text shownText;
+    const TextView text = Trimmed(grid.ShownText(row, col, grid.Cell(row, col).AsWide(scratch), shownText));
     const bool fixed = row < grid.FixedRows() || col < grid.FixedCols();
     const Rect area = CellArea(grid, view, row, col);
     Rect marked = ButtonArea(grid, view, row, col);

@@ -20,11 +20,11 @@ struct Slide {
 std::optional<Slide> SlideFrom(const Axis& axis, int oldFirst) {
     const std::int64_t moved = axis.startOf(std::min(oldFirst, axis.count)) - axis.startOf(axis.first);
     const int length = axis.extent;
-    const int fixed = static_cast<int>(std::min<std::int64_t>(axis.FixedExtent(), length));
-    if (std::abs(moved) >= length - fixed) return std::nullopt;
+    const int standing = static_cast<int>(std::min<std::int64_t>(axis.StandingExtent(), length));
+    if (std::abs(moved) >= length - standing) return std::nullopt;
     const int by = static_cast<int>(moved);
-    const Span bared = by < 0 ? Span{0, length + by, length} : Span{0, fixed, fixed + by};
-    return Slide{axis.InWindow({0, fixed, length}), axis.mirrored ? -by : by, axis.InWindow(bared)};
+    const Span bared = by < 0 ? Span{0, length + by, length} : Span{0, standing, standing + by};
+    return Slide{axis.InWindow({0, standing, length}), axis.mirrored ? -by : by, axis.InWindow(bared)};
 }
 
 }  // namespace

@@ -20,22 +20,22 @@ BarRequest Opposite(BarRequest request) {
 
 int LargestFirst(const Axis& axis) {
     const int last = NearestShown(axis, axis.count - 1, -1);
-    if (last < 0) {
-        return axis.fixed;
+    if (last < axis.standing) {
+        return axis.standing;
     }
     // The first item that is completely within the last page, or the last item if even that is not.
     const std::int64_t page = axis.startOf(axis.count) - axis.ScrolledExtent();
-    if (page <= axis.FixedExtent()) {
-        return axis.fixed;
+    if (page <= axis.StandingExtent()) {
+        return axis.standing;
     }
     const int cut = axis.shownAt(page - 1);
-    return std::min(last, std::max(axis.fixed, NearestShown(axis, std::min(cut + 1, axis.count - 1), 1)));
+    return std::min(last, std::max(axis.standing, NearestShown(axis, std::min(cut + 1, axis.count - 1), 1)));
 }
 
 int ClampFirst(const Axis& axis, int wanted) {
     const int last = LargestFirst(axis);
-    const int clamped = std::clamp(wanted, axis.fixed, last);
-    if (clamped == axis.fixed) {
+    const int clamped = std::clamp(wanted, axis.standing, last);
+    if (clamped == axis.standing) {
         return clamped;
     }
     const int shown = NearestShown(axis, clamped, 1);
@@ -43,7 +43,7 @@ int ClampFirst(const Axis& axis, int wanted) {
 }
 
 int FirstToShow(const Axis& axis, int index) {
-    if (index < axis.fixed || index >= axis.count) {
+    if (index < axis.standing || index >= axis.count) {
         return axis.first;
     }
     if (index <= axis.first) {
@@ -61,7 +61,7 @@ int PageOf(const Axis& axis) {
     const std::int64_t room = axis.ScrolledExtent();
     std::int64_t used = 0;
     int shown = 0;
-    for (int i = NearestShown(axis, std::max(axis.first, axis.fixed), 1); i >= 0; i = NearestShown(axis, i + 1, 1)) {
+    for (int i = NearestShown(axis, std::max(axis.first, axis.standing), 1); i >= 0; i = NearestShown(axis, i + 1, 1)) {
         used += axis.sizeOf(i);
         if (used > room) {
             break;
@@ -77,8 +77,8 @@ Bar BarOf(const Axis& axis) {
     const int last = LargestFirst(axis);
     // The page is the number of items after the last position, so that the thumb reaches the end exactly there.
     const int page = std::max(1, axis.count - last);
-    const int first = std::clamp(axis.first, axis.fixed, last);
-    return {true, axis.fixed, last + page - 1, page, axis.mirrored ? axis.fixed + last - first : first};
+    const int first = std::clamp(axis.first, axis.standing, last);
+    return {true, axis.standing, last + page - 1, page, axis.mirrored ? axis.standing + last - first : first};
 }
 
 bool ThumbMoves(const Bar& drawn, const Bar& wanted, int length) {
@@ -112,7 +112,7 @@ BarChoice ChooseBars(const Axis& rows, const Axis& columns, Size room, Size barT
 int FirstAfter(const Axis& axis, BarRequest request, int track) {
     if (axis.mirrored) {
         request = Opposite(request);
-        track = axis.fixed + LargestFirst(axis) - track;
+        track = axis.standing + LargestFirst(axis) - track;
     }
     switch (request) {
         case BarRequest::LineBack:
@@ -127,7 +127,7 @@ int FirstAfter(const Axis& axis, BarRequest request, int track) {
         case BarRequest::Track:
             return ClampFirst(axis, track);
         case BarRequest::Start:
-            return axis.fixed;
+            return axis.standing;
         case BarRequest::End:
             return LargestFirst(axis);
     }

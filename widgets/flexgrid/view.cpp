@@ -45,6 +45,7 @@ MergeMap MergesOf(const Grid& grid, const std::vector<Span>& rows, const std::ve
 Axis RowAxis(const Grid& grid, const View& view) {
     return {grid.Rows(),
             grid.FixedRows(),
+            grid.FixedRows(),
             view.onPaper ? view.topRow : grid.TopRow(),
             view.client.height,
             [&grid](int row) { return grid.RowPixels(row); },
@@ -55,6 +56,7 @@ Axis RowAxis(const Grid& grid, const View& view) {
 Axis ColumnAxis(const Grid& grid, const View& view) {
     return {grid.Cols(),
             grid.FixedCols(),
+            grid.StandingCols(),
             view.onPaper ? view.leftCol : grid.LeftCol(),
             view.client.width,
             [&grid](int col) { return grid.ColPixels(col); },

@@ -18,6 +18,7 @@ Axis AxisOf(int count, int fixed, int first, int extent, SizeOf sizeOf) {
     const auto startOf = [starts](int i) { return starts->at(static_cast<std::size_t>(i)); };
     return {count,
             fixed,
+            fixed,
             first,
             extent,
             [startOf](int i) { return static_cast<int>(startOf(i + 1) - startOf(i)); },

@@ -10,6 +10,8 @@
 #include "widgets/flexgrid/button_steps.h"
 #include "widgets/flexgrid/column_drag.h"
 #include "widgets/flexgrid/resizing.h"
+#include "widgets/flexgrid/scrolling.h"
+#include "widgets/flexgrid/view.h"
 
 namespace qvx::flexgrid {
 namespace {
@@ -74,6 +76,49 @@ TEST(Keys, MoveTheCursorAndBringItIntoView) {
     const Axis allHidden = AxisOf(4, 1, 1, 96, [](int) { return 0; });
     EXPECT_EQ(Show(*KeyStep(keys::end, keys::controlMask, {2, 1, 2, 1}, allHidden, Columns(1))),
               "2,5:2,5 top 1 left 2");
+}
+
+// Columns 64 wide: one header, two frozen ones, and seven that scroll in a window of five.
+TEST(FrozenColumns, TakeTheCursorAndStayWhenTheOthersScroll) {
+    Grid grid;
+    grid.SetCols(10);
+    grid.SetRows(5);
+    View view{{320, 100}};
+    grid.SetFrozenCols(2);
+    EXPECT_EQ(grid.LeftCol(), 3);
+    const auto step = [&](int key, int col) {
+        const auto to = KeyStep(key, 0, {1, col, 1, col}, RowAxis(grid, view), ColumnAxis(grid, view));
+        grid.SetLeftCol(to->leftCol);
+        return std::to_string(to->cursor.col) + " at " + std::to_string(grid.LeftCol());
+    };
+    EXPECT_EQ(step(keys::end, 1), "9 at 8");
+    EXPECT_EQ(step(keys::left, 9), "8 at 8");
+    EXPECT_EQ(step(keys::home, 8), "1 at 8") << "no need to scroll";
+    EXPECT_EQ(step(keys::right, 1), "2 at 8");
+    EXPECT_EQ(step(keys::right, 2), "3 at 3");
+    const Bar bar = BarOf(ColumnAxis(grid, view));
+    EXPECT_EQ(bar.min, 3);
+    EXPECT_EQ(LargestFirst(ColumnAxis(grid, view)), 8);
+    const Hit hit = HitTest(RowAxis(grid, view), ColumnAxis(grid, view), {70, 20});
+    EXPECT_EQ(hit.col, 1);
+    EXPECT_FALSE(hit.OnFixed());
+    grid.SetLeftCol(6);
+    EXPECT_THROW(grid.SetLeftCol(2), RunTimeError);
+    grid.SetFrozenCols(1);
+    EXPECT_EQ(grid.LeftCol(), 6);
+    grid.SetFrozenCols(100);
+    EXPECT_EQ(grid.StandingCols(), 9) << "the last column scrolls";
+    EXPECT_EQ(grid.LeftCol(), 9);
+    grid.SetCols(4);
+    EXPECT_EQ(grid.StandingCols(), 3);
+    grid.SetCols(10);
+    grid.SetFrozenCols(0);
+    EXPECT_EQ(grid.LeftCol(), 1) << "a view of the start stays there";
+    EXPECT_THROW(grid.SetFrozenCols(-1), RunTimeError);
+    grid.SetFrozenCols(3);
+    grid.SetFixedCols(0);
+    grid.SetCols(0);
+    EXPECT_EQ(grid.StandingCols(), 0);
 }
 
 TEST(ColumnDrag, DropsIntoTheNearestGapBetweenScrollingColumns) {

@@ -219,6 +219,28 @@ TEST_F(PaintTest, RightToLeftGridsAreMirrored) {
     EXPECT_EQ(Drawn("text"), "");
 }
 
+TEST_F(PaintTest, FrozenColumnsStayBesideALine) {
+    grid_.SetCols(5);
+    grid_.SetTextMatrix(1, 4, u"z");
+    grid_.SetGridLines(GridLineStyle::none);
+    grid_.SetFrozenCols(1);
+    grid_.SetLeftCol(4);
+    const Rect row{64, 16, 192, 17};
+    EXPECT_EQ(Drawn("cell fill", row),
+              "cell \"z\" at 131,17 in (128,16,192,32) 8.25 &H80000008 on &H80000005\n"
+              "cell \"x\" at 67,17 in (64,16,128,32) 8.25 &H80000008 on &H80000005\n"
+              "fill (127,0,128,48) &H80000015\n");
+    grid_.SetColWidth(2, 0);
+    grid_.SetFrozenCols(2);
+    grid_.SetRightToLeft(true);
+    view_.client = {196, 56};
+    EXPECT_EQ(Drawn("cell fill", {60, 16, 70, 17}),
+              "cell \"z\" at 59,17 in (4,16,68,32) 8.25 &H80000008 on &H80000005\n"
+              "cell \"x\" at 123,17 in (68,16,132,32) 8.25 &H80000008 on &H80000005\n"
+              "fill (68,0,69,48) &H80000015\n")
+        << "a hidden column has no end";
+}
+
 TEST_F(PaintTest, SortedColumnsHaveAnArrowAndAPlace) {
     // What is drawn in the colour of header texts.
     const auto inked = [&](const Rect& header) {

@@ -126,7 +126,8 @@ TEST(ColumnTotals, FollowWhateverChanges) {
     state.footer = u";Sum-0;Count-1;Mean-2;None-3;";
     EditHistory history(grid);
     Fill(grid, {u"No\tSum\tCount\tMean\tNone", u"1\t0.1\tx\t1\t5", u"2\t0.2\t\t2\t5"});
-    ColumnTotals totals(grid, state);
+    const CellFormats formats(grid, state);
+    ColumnTotals totals(grid, state, formats);
     totals.Watch(true);
     EXPECT_EQ(u"0.3", totals.TextOf(1));
     EXPECT_EQ(u"1", totals.TextOf(2));
@@ -188,7 +189,7 @@ TEST(ColumnTotals, FollowWhateverChanges) {
     for (int step = 0; step < 4000; ++step) {
         change(below(12));
         if (below(3) == 0) continue;  // several changes before the totals are asked for
-        ColumnTotals fresh(grid, state);
+        ColumnTotals fresh(grid, state, formats);
         for (int col = 0; col < grid.Cols(); ++col) ASSERT_EQ(fresh.TextOf(col), totals.TextOf(col)) << step;
     }
 }

@@ -62,14 +62,19 @@ TEST_F(EntryGridTest, ACaptionIsRenamedWhereverItIs) {
     const struct {
         int col;
         TextView caption;
-        const char* lists;  // required, data type, maximum length, host's check, fields; "" where they are as before
+        const char*
+            lists;  // required, data type, maximum length, host's check, fields, formats; "" where they are as before
     } cases[] = {
-        {2, u"Price", ";Qty;Price;| ;Qty-1;Price-1;Price-4;|Rate-7;Price-20;|;Price;|[Price]r,[Qty]q"},
+        {2, u"Price", ";Qty;Price;| ;Qty-1;Price-1;Price-4;|Rate-7;Price-20;|;Price;|[Price]r,[Qty]q|[Qty]0,[Price]#"},
         {2, u"RATE", ""},
         {4, u"Other", ""},
-        {2, u"Qty", ";Qty;price;| ;Qty-1;|Rate-7;||[Qty]q"},
-        {1, u"Sum", ";Qty;Sum;price;Rate;| ;Qty-1;Sum-1;Rate-1;Rate-4;|Rate-7;Rate-20;|;Rate;|[Rate]r,[Sum]q"},
-        {3, u"Sum", ";Qty;Sum;price;Rate;| ;Qty-1;Sum-1;Rate-1;Rate-4;|Rate-7;Rate-20;|;Rate;|[Rate]r,[Qty]q"},
+        {2, u"Qty", ";Qty;price;| ;Qty-1;|Rate-7;||[Qty]q|[Qty]0"},
+        {1, u"Sum",
+         ";Qty;Sum;price;Rate;| "
+         ";Qty-1;Sum-1;Rate-1;Rate-4;|Rate-7;Rate-20;|;Rate;|[Rate]r,[Sum]q|[Qty]0,[Sum]0,[rate]#"},
+        {3, u"Sum",
+         ";Qty;Sum;price;Rate;| "
+         ";Qty-1;Sum-1;Rate-1;Rate-4;|Rate-7;Rate-20;|;Rate;|[Rate]r,[Qty]q|[Qty]0,[Sum]0,[rate]#"},
         {3, u"Rate", ""},
         {2, u"a;b", "380"},
         {2, u"a]b", "380"},
@@ -82,9 +87,10 @@ TEST_F(EntryGridTest, ACaptionIsRenamedWhereverItIs) {
         state.columnsMaxLength = u"Rate-7;Rate-20;";
         state.validateColumns = u";Rate;";
         state.bindFields = u"[Rate]r,[Qty]q";
+        state.columnFormats = u"[Qty]0,[rate]#";
         const auto lists = [&] {
             return Narrow(state.requiredFields + u'|' + state.columnsDataType + u'|' + state.columnsMaxLength + u'|' +
-                          state.validateColumns + u'|' + state.bindFields);
+                          state.validateColumns + u'|' + state.bindFields + u'|' + state.columnFormats);
         };
         const std::string before = lists();
         std::string after;

@@ -106,6 +106,13 @@ TEST_F(ExportTest, WritesWorkbooks) {
           "preserve\">1,250</t></is></c><c r=\"E3\"", "preserve\">soon<", "<c r=\"C4\" s=\"2\"><v>7</v></c>",
           "<v>1E+20</v>", "preserve\">28/02/1900<", "</row></sheetData></worksheet>"})
         EXPECT_NE(xlsx.find(part), std::string::npos) << part << "\n" << xlsx;
+    state.columnFormats = u"[Rate]#,##0.0 <kg>,[Delivery]d mmm yyyy,[Key]0";
+    const std::string formatted = Xlsx();
+    for (const char* part : {"<numFmts count=\"3\"><numFmt numFmtId=\"164\" formatCode=\"dd/mm/yyyy\"/>",
+                             "numFmtId=\"165\" formatCode=\"#,##0.0\\ \\&lt;\\k\\g\\&gt;\"/>",
+                             "numFmtId=\"166\" formatCode=\"d mmm yyyy\"/>", "<cellXfs count=\"20\">",
+                             "<c r=\"D2\" s=\"12\"><v>1.5</v></c><c r=\"E2\" s=\"16\"><v>45356</v></c>"})
+        EXPECT_NE(formatted.find(part), std::string::npos) << part << "\n" << formatted;
     grid.SetTextMatrix(1, 1, Text(32'768, u'x'));
     ExpectRefused([&] { Xlsx(); }, u"A cell of a worksheet has at most 32,767 characters");
     grid.SetRows(1'048'577);
