@@ -132,7 +132,7 @@ STDMETHODIMP AccessibleObject::get_accValue(VARIANT child, BSTR* out) {
 }
 
 STDMETHODIMP AccessibleObject::get_accDescription(VARIANT child, BSTR* out) {
-    return Say(child, out, [](long) { return std::optional<Text>(); });
+    return Say(child, out, [this](long id) { return Description(id); });
 }
 
 STDMETHODIMP AccessibleObject::get_accRole(VARIANT child, VARIANT* out) {

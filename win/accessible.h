@@ -78,6 +78,7 @@ class AccessibleObject : public ComObject<AccessibleDispatch, IOleWindow> {
     virtual ComPtr<IDispatch> Child(long /*child*/) { return nullptr; }
     virtual std::optional<Text> Name(long child) = 0;
     virtual std::optional<Text> Value(long /*child*/) { return std::nullopt; }
+    virtual std::optional<Text> Description(long /*child*/) { return std::nullopt; }
     virtual std::optional<Text> Shortcut(long /*child*/) { return std::nullopt; }
     virtual std::optional<Text> DefaultAction(long /*child*/) { return std::nullopt; }
     virtual long Role(long child) = 0;

@@ -82,7 +82,12 @@ class ComboGridControl final : public Control<_ComboGrid>,
     // A caller that does not need `row`, `col`, `rule`, `record` or `matchOn` passes null.
     STDMETHODIMP FindInvalid(long* row, long* col, VARIANT_BOOL rowOnly, long* rule, BSTR* result) override;
     STDMETHODIMP FindDuplicate(long* record, long* matchOn, BSTR columns, VARIANT_BOOL* result) override;
-    QVX_FIELD(BSTR, ValidateColumns, ControlState::validateColumns)
+    STDMETHODIMP get_ValidateColumns(BSTR* result) override {
+        return GetMember(result, &ControlState::validateColumns);
+    }
+    STDMETHODIMP put_ValidateColumns(BSTR value) override {
+        return PutRules(u"ValidateColumns", &ControlState::validateColumns, value);
+    }
     QVX_FIELD(VARIANT_BOOL, OnErrorFirst, ControlState::onErrorFirst)
     QVX_PROPERTY(VARIANT_BOOL, MarkInvalid, EntryGrid)
     // Undo, redo and the clipboard
@@ -311,7 +316,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     // Notifies the host of a failure first, if it wants that, and returns whether the user is shown it. The number is 0
     // for data that fails a check.
     bool MayShow(int number, TextView description);
-    AskHost HostCheck();
+    AskHost HostCheck() override;
     UniqueMemoryDc ChosenPrinter();
     int PrintOn(UniqueMemoryDc printer, const Text& title, const Text& fileName, bool fitToWidth);
     HRESULT PutRules(TextView name, Text ControlState::*field, BSTR value) {

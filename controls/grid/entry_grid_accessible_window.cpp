@@ -15,6 +15,9 @@ class EntryGrid::AccessibleEditing final : public flexgrid::AccessibleHost {
         const ComboWindow* combo = owner_.frame_ ? owner_.frame_->Find(owner_.editor_) : nullptr;
         return combo && owner_.frame_->Shown() ? std::optional(combo->GetText()) : std::nullopt;
     }
+    Text DescriptionOf(int row, int col) override {
+        return owner_.state_.markInvalid ? Text(owner_.marks_.MessageOf(row, col)) : Text();
+    }
     bool BeginEdit() override {
         const auto keep = owner_.events_.KeepAlive();
         return owner_.OpenEditor();

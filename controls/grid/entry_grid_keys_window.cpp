@@ -133,7 +133,7 @@ void EntryGrid::UseGridKey(GridKey action, const PressedKey& press) {
             GoByTab(press);
             break;
         case GridKey::NextInvalid:
-            if (const auto place = marks_.Next({Model().Row(), Model().Col()})) {
+            if (const auto place = marks_.Next({Model().Row(), Model().Col()}, events_.HostCheck())) {
                 GoToHit(*place);
             } else {
                 MessageBeep(MB_OK);

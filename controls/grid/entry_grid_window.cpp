@@ -303,6 +303,12 @@ void EntryGrid::LostFocus() {
     events_.FocusMovesTo(GetFocus());
 }
 
+void EntryGrid::MarksWait() {
+    const auto keep = events_.KeepAlive();
+    const AskHost askHost = events_.HostCheck();
+    if (askHost && marks_.Ask(askHost) && entryMarks_.Any()) window_->ShowMarks(&entryMarks_);
+}
+
 Text EntryGrid::ToolTip(int row, int col) {
     if (const TextView wrong = state_.markInvalid ? marks_.MessageOf(row, col) : TextView(); !wrong.empty())
         return Text(wrong);

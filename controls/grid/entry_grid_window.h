@@ -51,6 +51,8 @@ class EntryGridEvents : public flexgrid::GridEventSource {
     virtual void OnDelete(int row) = 0;
     // Whether the events of data entry reach any listener.
     virtual bool Listens() = 0;
+    // Asks about cells of ValidateColumns; empty if no one listens.
+    virtual AskHost HostCheck() = 0;
     // Whether events may be raised now, including the inner grid's own.
     virtual bool RaisesEvents() = 0;
     // The user is about to sort by these columns, or has done so.
@@ -168,8 +170,11 @@ class EntryGrid final : private flexgrid::GridListener,
         state_.markInvalid = marks;
         RefreshMarks();
     }
-    // Draws the marks anew after a change of the rules, or of whether they are shown.
-    void RefreshMarks() { window_->ShowMarks(entryMarks_.Any() ? &entryMarks_ : nullptr); }
+    // Draws the marks anew after a change of the rules, or of whether they are shown. Hosts are asked again.
+    void RefreshMarks() {
+        marks_.Forget();
+        window_->ShowMarks(entryMarks_.Any() ? &entryMarks_ : nullptr);
+    }
 
     // Whether rows know what they were before they were changed.
     bool TrackRows() const { return states_.On(); }
@@ -276,6 +281,7 @@ class EntryGrid final : private flexgrid::GridListener,
     void Scroll() override;
     void GotFocus() override;
     void LostFocus() override;
+    void MarksWait() override;
     Text ToolTip(int row, int col) override;
     bool ContextMenu(const flexgrid::Hit& cell, int x, int y) override;
     bool HandlesHeaderClick(int) override { return state_.sortOnHeader && Model().Enabled(); }

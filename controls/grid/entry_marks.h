@@ -19,6 +19,7 @@ class EntryMarks final : public flexgrid::CellMarks {
         if (state_.markInvalid) invalid_.Prepare();
     }
     bool IsMarked(int row, int col) const override { return state_.markInvalid && invalid_.IsMarked(row, col); }
+    bool Waits() const override { return state_.markInvalid && invalid_.Waits(); }
     bool MarksRows() const override { return state_.markChanged && states_.On(); }
     bool IsRowMarked(int row) const override { return states_.IsMarked(row); }
 

@@ -42,6 +42,7 @@ class Spoken {
     explicit operator bool() const { return static_cast<bool>(object_); }
     std::string Name() const { return Said(&IAccessible::get_accName); }
     std::string Value() const { return Said(&IAccessible::get_accValue); }
+    std::string Description() const { return Said(&IAccessible::get_accDescription); }
     std::string Action() const { return Said(&IAccessible::get_accDefaultAction); }
     std::string Shortcut() const { return Said(&IAccessible::get_accKeyboardShortcut); }
     long Role() const { return Number(&IAccessible::get_accRole); }
@@ -458,6 +459,36 @@ TEST(Accessibility, TextBoxesSayNameAndTextButNoPassword) {
     Bstr value;
     box->get_accValue(Child(0), value.put());
     EXPECT_EQ(value.View(), u"");
+}
+
+TEST(Accessibility, CellsThatTheHostRefusesAreMarkedAndDescribed) {
+    F form({{L"ValidateColumns", Variant(u";Name;")}});
+    form.Fill({{u"a", u"1"}, {u"b", u"2"}, {u"c", u"3"}});
+    Text refused = u"b";
+    form.events->onEvent = [&](DISPID id, DISPPARAMS& arguments) {
+        if (id == 24 && FromBstr(arguments.rgvarg[1].bstrVal) == refused)
+            SysReAllocString(arguments.rgvarg[0].pbstrVal, L"Not on stock.");
+    };
+    const auto description = [&](int row) {
+        form.Pump();
+        return CellOf(form, row, F::name).Description();
+    };
+    form.Log();
+    EXPECT_EQ("", description(2)) << "no marks, no questions";
+    EXPECT_EQ("", form.Log());
+    Put(form.grid.get(), L"MarkInvalid", {Variant(true)});
+    EXPECT_EQ("Not on stock.", description(2));
+    EXPECT_EQ("", description(3));
+    EXPECT_EQ("24(1, 1, a, )\n24(2, 1, b, )\n24(3, 1, c, )\n", form.Log());
+    form.GoTo(2, F::name);
+    form.Type(L"d");
+    form.Press(VK_RETURN);
+    EXPECT_EQ("", description(2));
+    refused = u"c";
+    form.GoTo(1, F::name);
+    Put(form.grid.get(), L"ValidateColumns", {Variant(u";Name;Qty;")});
+    form.Press(VK_F8);
+    EXPECT_EQ("3,1", form.Current());
 }
 
 TEST(Accessibility, ButtonsAreNamedAndPressed) {

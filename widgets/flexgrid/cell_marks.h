@@ -20,6 +20,8 @@ class CellMarks {
     virtual void Prepare() const = 0;
     // Called for scrolling cells that are drawn.
     virtual bool IsMarked(int row, int col) const = 0;
+    // Whether marks can be known only after the cells have been drawn (GridWindowEvents::MarksWait).
+    virtual bool Waits() const { return false; }
     // Whether any row may have a mark.
     virtual bool MarksRows() const { return false; }
     // Called for scrolling rows that are drawn if MarksRows.

@@ -50,6 +50,11 @@ class GridPart final : public AccessibleObject {
             if (auto edited = link_->host->EditedText(part.row, part.col)) return edited;
         return ValueOf(Model(), part);
     }
+    std::optional<Text> Description(long child) override {
+        const AccessiblePart part = Target(child);
+        const Text text = part.IsCell() && link_->host ? link_->host->DescriptionOf(part.row, part.col) : Text();
+        return text.empty() ? std::nullopt : std::optional(text);
+    }
     std::optional<Text> DefaultAction(long child) override {
         return Model().Enabled() && IsEditable(Target(child)) ? std::optional<Text>(u"Edit") : std::nullopt;
     }

@@ -25,6 +25,8 @@ class AccessibleHost {
     virtual bool IsEditable(int row, int col) = 0;
     // The text of an editor that is open over the cell.
     virtual std::optional<Text> EditedText(int row, int col) = 0;
+    // What there is to know of a cell besides its text; empty for nothing.
+    virtual Text DescriptionOf(int row, int col) = 0;
     // Opens the editor over the current cell, or enters a text there as if it were typed. Returns false when that is
     // refused.
     virtual bool BeginEdit() = 0;

@@ -63,6 +63,9 @@ void FlexGridWindow::PaintStale() {
     }
     if (!area.Empty()) {
         Paint(grid_, view, paint.Surface(), area);
+        if (marks_ && marks_->Waits()) {
+            PostMessageW(Handle(), marksMessage, 0, 0);
+        }
     }
 }
 

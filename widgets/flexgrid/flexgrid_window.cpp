@@ -344,6 +344,11 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             const auto object = accessibility_.Answer(wParam, lParam);
             return object ? *object : Default(message, wParam, lParam);
         }
+        case marksMessage:
+            if (marks_ && marks_->Waits()) {
+                Notify([](GridWindowEvents& events) { events.MarksWait(); });
+            }
+            return 0;
         case GridAccessibility::notifyMessage:
             accessibility_.NotifyNow();
             return 0;

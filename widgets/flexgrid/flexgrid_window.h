@@ -110,6 +110,9 @@ class FlexGridWindow final : public Window, private GridListener {
     void OnGone() override;
 
   private:
+    // The message that the window sends to itself when marks wait.
+    static constexpr UINT marksMessage = GridAccessibility::notifyMessage + 1;
+
     class DeviceMetrics;
 
     // GridListener

@@ -33,6 +33,8 @@ class GridWindowEvents {
     virtual void LostFocus() {}
     // The user has resized a row or column.
     virtual void Resized() {}
+    // Some time after cells have been drawn whose marks wait (CellMarks::Waits).
+    virtual void MarksWait() {}
     // Returns the text of the tool tip for a cell, empty for none; called when the pointer rests on the cell.
     virtual Text ToolTip(int /*row*/, int /*col*/) { return {}; }
     // The right button was released, or the menu key pressed; the point is in the screen's pixels. Returns whether a

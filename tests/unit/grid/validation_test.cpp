@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include "common/number_text.h"
 #include "controls/grid/invalid_marks.h"
+#include "dialogs/messages.h"
 #include "tests/support/error_of.h"
 #include "tests/unit/grid/grid_fixture.h"
 
@@ -136,7 +138,7 @@ TEST(Validation, MarksInvalidCellsButNotThoseOfEmptyRows) {
     state.autoRecordNumber = true;
     state.requiredFields = u";A;";
     state.checkValueFor = u";B-2;";
-    const InvalidMarks marks(grid, state);
+    InvalidMarks marks(grid, state);
     EXPECT_FALSE(marks.IsMarked(1, 1)) << "before the first drawing";
     marks.Prepare();
     std::string marked;
@@ -152,6 +154,61 @@ TEST(Validation, MarksInvalidCellsButNotThoseOfEmptyRows) {
     grid.SetTextMatrix(1, 1, u"y");
     EXPECT_EQ(marks.Next({3, 2}), std::nullopt) << "the only one";
     EXPECT_EQ(marks.Next({3, 1}), (CellPlace{3, 2}));
+}
+
+// The host refuses "x" in column A unless B has something, and writes the number of its answers into column No.
+TEST(Validation, AsksTheHostAboutMarksOnceForEachText) {
+    flexgrid::Grid grid;
+    Fill(grid, {u"No\tA\tB", u"1\tx\t", u"2\tx\t5", u"\t\t", u"4\ty\t"});
+    ControlState state;
+    state.validateColumns = u";A;";
+    state.checkValueFor = u";A-4;";
+    InvalidMarks marks(grid, state);
+    int asked = 0;
+    const AskHost host = [&](int row, int, const Text& text, const Text& message) {
+        EXPECT_EQ(message, dialogs::messages::zeroValuePrompt);
+        grid.SetTextMatrix(row, 0, IntegerToText(++asked));
+        return text == u"x" && grid.TextMatrix(row, 2).empty() ? Text(u"no x") : Text();
+    };
+    const auto marked = [&] {
+        std::string rows;
+        marks.Prepare();
+        for (int row = 1; row < grid.Rows(); ++row)
+            if (marks.IsMarked(row, 1)) rows += std::to_string(row);
+        return rows;
+    };
+    EXPECT_EQ(marked(), "124") << "what the column's rule says";
+    EXPECT_TRUE(marks.Waits());
+    EXPECT_TRUE(marks.Ask(host));
+    EXPECT_EQ(marked(), "1");
+    EXPECT_FALSE(marks.Waits()) << "although the host has written into the rows";
+    EXPECT_EQ(asked, 3) << "not about an empty row";
+    EXPECT_EQ(marks.MessageOf(1, 1), u"no x");
+    grid.SetTextMatrix(1, 2, u"7");
+    EXPECT_EQ(marks.MessageOf(1, 1), dialogs::messages::zeroValuePrompt) << "until it is asked again";
+    EXPECT_TRUE(marks.Ask(host));
+    EXPECT_EQ(marked(), "");
+    EXPECT_EQ(asked, 4);
+    grid.SetTextMatrix(4, 1, u"x");
+    EXPECT_EQ(marks.Next({1, 1}, host), (CellPlace{4, 1})) << "F8 asks by itself";
+    EXPECT_EQ(asked, 5);
+    marks.Forget();
+    marks.Prepare();
+    EXPECT_TRUE(marks.IsMarked(2, 1));
+    grid.AddItem(u"9", 1);
+    EXPECT_FALSE(marks.Ask(host)) << "rows have moved since";
+    EXPECT_EQ(asked, 5);
+    marked();
+    EXPECT_TRUE(marks.Ask([&](int, int, const Text&, const Text&) {
+        grid.SetRows(2);
+        return Text();
+    }));
+    EXPECT_EQ(marks.Next({0, 0},
+                         [&](int, int, const Text&, const Text&) {
+                             grid.SetRows(1);
+                             return Text(u"gone");
+                         }),
+              std::nullopt);
 }
 
 }  // namespace
