@@ -1,7 +1,7 @@
 # Uses the samples and the designer at random from outside (soak/), and replays what went wrong before.
 # shellcheck shell=bash
 
-soak_subjects=(first invoice receipt buttons orders menus backup 'design invoice' 'design menus' 'design orders' 'design receipt')
+soak_subjects=(first invoice receipt buttons orders ledger menus backup 'design invoice' 'design menus' 'design orders' 'design receipt')
 
 soak_prefix= # the Windows environment that is used at random, as this machine sees it
 
