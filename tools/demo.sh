@@ -104,6 +104,8 @@ attend_host() {
 run_demo() {
   local form=$1 keys=$2 screenshot=$3 log=$4 save=$5 database=${6:-} title status=0
   title=$(form_caption "$form")
+  # shellcheck disable=SC2034
+  keys_database=$database
   : >"$log"
   register_server "$ocx" || {
     warn "The component server could not be registered."

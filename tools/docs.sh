@@ -164,12 +164,21 @@ picture_states() {
   end_group "$host_group"
 }
 
+# The ledger and the preview of its pages, into the folder of the pictures of the first hour.
+picture_ledger() {
+  local base=$root/build/test/guide/ledger
+  make_database samples/ledger.sql "$base.db" &&
+    run_demo samples/ledger.frm tests/guide/ledger.keys '' "$base.log" '' "$base.db"
+}
+
 write_pictures() {
-  build x64 --target qvx_server qvxhost || die "The build failed."
+  need "${packages_database[@]}"
+  build x64 --target qvx_server qvxhost qvx_ado || die "The build failed."
   start_wine
   use_display virtual
   with_log docs-states picture_states || die "The pictures of the controls could not be taken."
   with_log docs-guide run_guide_test || die "The first hour could not be repeated."
+  with_log docs-ledger picture_ledger || die "The pictures of the ledger could not be taken."
   cp "$root"/build/test/guide/*.png docs/images/
   say "The pictures are in docs/images; look at each one that git shows as changed."
 }

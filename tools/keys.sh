@@ -7,6 +7,7 @@ keys_log_line= # lines of it that earlier waits have passed
 keys_limit=    # seconds that a wait may take
 keys_window=   # the window that coordinates belong to
 keys_where=    # script and line, for messages
+keys_database= # the database of the form
 
 keys_fail() { warn "$keys_where: $*"; }
 
@@ -174,6 +175,10 @@ play_line() {
         pointer "${words[2]}" "${words[3]}" && xdotool mouseup 1
       ;;
     wheel) xdotool click --repeat "${words[1]:-1}" --delay 30 "$([[ ${words[0]} == up ]] && echo 4 || echo 5)" ;;
+    sql) sqlite3 -batch -bail -init /dev/null "$keys_database" "$rest" || {
+      keys_fail "the database refuses that."
+      return 1
+    } ;;
     type) xdotool type --delay 40 -- "$rest" ;;
     key) xdotool key --delay 60 -- "${words[@]}" ;;
     hold) xdotool keydown "${words[0]}" sleep "$(seconds "${words[1]}")" keyup "${words[0]}" ;;

@@ -135,7 +135,11 @@ class NamedTarget final : public RecordTarget {
         }
     }
     void Commit() override { CallIfThere(connection_, L"CommitTrans"); }
-    void Rollback() override { CallIfThere(connection_, L"RollbackTrans"); }
+    void Rollback() override {
+        CallIfThere(connection_, L"RollbackTrans");
+        // Records kept by the client would still be those that were written.
+        CallIfThere(set_, L"Requery");
+    }
 
   private:
     static ComPtr<IDispatch> Object(const Variant& value) { return value.ToObject<IDispatch>(); }

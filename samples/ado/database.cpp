@@ -106,11 +106,18 @@ std::optional<std::string> ReadBytes(const Statement& statement, SQLUSMALLINT fi
     }
 }
 
-Variant ReadField(const Statement& statement, SQLUSMALLINT field, Kind kind) {
+void AddField(const Statement& statement, SQLUSMALLINT field, Kind kind, Table& table) {
     const bool binary = kind == Kind::binary;
     const auto bytes = ReadBytes(statement, field, static_cast<SQLSMALLINT>(binary ? SQL_C_BINARY : SQL_C_CHAR));
-    if (!bytes) return NullValue();
-    return binary ? BinaryValue(*bytes) : ReadValue(kind, Decode(*bytes));
+    if (!bytes || binary) {
+        table.cells.push_back(bytes ? BinaryValue(*bytes) : NullValue());
+        return;
+    }
+    Text text = Decode(*bytes);
+    table.cells.push_back(ReadValue(kind, text));
+    const Variant& value = table.cells.back();
+    if (value.Type() == VT_DATE && StatementValue(kind, value).text != text)
+        table.spelled.emplace(table.cells.size() - 1, std::move(text));
 }
 
 // The driver that goes by this name, or that describes itself so. Some driver managers keep the descriptions to
@@ -214,10 +221,9 @@ Database::Database(TextView connectionString) : handles_(std::make_unique<Handle
     handles_->connected = true;
     // SQLite opens any file and looks at it only when it is asked for something.
     std::string product(64, '\0');
-    if (SQL_SUCCEEDED(SQLGetInfo(handles_->connection, SQL_DBMS_NAME, product.data(), 64, &length)) &&
-        SameName(Decode(product.c_str()), u"SQLite")) {
-        Execute(u"select count(*) from sqlite_master");
-    }
+    isSqlite_ = SQL_SUCCEEDED(SQLGetInfo(handles_->connection, SQL_DBMS_NAME, product.data(), 64, &length)) &&
+                SameName(Decode(product.c_str()), u"SQLite");
+    if (isSqlite_) Execute(u"select count(*) from sqlite_master");
 }
 
 Database::~Database() {
@@ -239,9 +245,7 @@ Answer Database::Execute(TextView sql) {
     }
     while (statement.Check(SQLFetch(statement.get()))) {
         SQLUSMALLINT field = 0;
-        for (const Column& column : table.columns) {
-            table.cells.push_back(ReadField(statement, ++field, column.kind));
-        }
+        for (const Column& column : table.columns) AddField(statement, ++field, column.kind, table);
     }
     answer.table = std::move(table);
     return answer;

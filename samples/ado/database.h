@@ -1,6 +1,7 @@
 // A database that the system's ODBC accesses.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -20,6 +21,8 @@ struct Column {
 struct Table {
     std::vector<Column> columns;
     std::vector<Variant> cells;
+    // The texts of dates that the database has in another form than statements write them, by the number of the cell.
+    std::map<std::size_t, Text> spelled;
 
     std::size_t Rows() const { return columns.empty() ? 0 : cells.size() / columns.size(); }
 };
@@ -43,6 +46,8 @@ class Database {
 
     Answer Execute(TextView sql);
 
+    bool IsSqlite() const { return isSqlite_; }
+
     bool InTransaction() const { return inTransaction_; }
     void Begin();
     void End(bool commit);
@@ -50,6 +55,7 @@ class Database {
   private:
     struct Handles;
     std::unique_ptr<Handles> handles_;
+    bool isSqlite_ = false;
     bool inTransaction_ = false;
 };
 

@@ -12,6 +12,15 @@ namespace qvx::ado {
 [[noreturn]] inline void ThrowNoCurrentRecord() {
     throw RunTimeError(3021, u"Either BOF or EOF is True: the operation requires a current record.");
 }
+[[noreturn]] inline void ThrowRecordChanged(const char16_t* why) {
+    throw RunTimeError(3197, Text(u"The record cannot be written: ") + why);
+}
+[[noreturn]] inline void ThrowNotUpdatable(const char16_t* why) {
+    throw RunTimeError(3251, Text(u"The record set does not support updating: ") + why);
+}
+[[noreturn]] inline void ThrowWrongType() {
+    throw RunTimeError(3421, u"The value is of the wrong type for the field.");
+}
 [[noreturn]] inline void ThrowNotAllowedHere(const char16_t* message) { throw RunTimeError(3219, message); }
 [[noreturn]] inline void ThrowItemNotFound() {
     throw RunTimeError(3265, u"Item cannot be found in the collection by that name or number.");

@@ -11,8 +11,10 @@
 #include <new>
 #include <optional>
 
+#include "com/safearray.h"
 #include "common/dates.h"
 #include "host/form_value.h"
+#include "samples/ado/errors.h"
 
 namespace qvx::ado {
 
@@ -150,6 +152,83 @@ long TypeNumber(Kind kind) {
 Variant ReadValue(Kind kind, TextView text) {
     if (auto typed = TypedValue(kind, text)) return std::move(*typed);
     return Variant(text);
+}
+
+Variant ValueOfKind(Kind kind, const Variant& value) {
+    if (value.Empty() || value.Type() == VT_NULL) return NullValue();
+    const auto checked = [](std::optional<Variant> converted) {
+        if (!converted) ThrowWrongType();
+        return std::move(*converted);
+    };
+    switch (kind) {
+        case Kind::integer:
+        case Kind::bigInteger:
+            return Integer(checked(value.To(VT_I8)).get().llVal, kind == Kind::integer ? VT_I4 : VT_I8);
+        case Kind::real:
+            return checked(value.To(VT_R8));
+        case Kind::boolean:
+            return checked(value.To(VT_BOOL));
+        case Kind::date:
+        case Kind::timestamp:
+            return checked(value.To(VT_DATE));
+        case Kind::currency:
+            return checked(value.To(VT_CY));
+        case Kind::decimal:
+            return checked(value.To(VT_DECIMAL));
+        case Kind::binary:
+            if (value.Type() != (VT_ARRAY | VT_UI1)) ThrowWrongType();
+            return value;
+        default:
+            return checked(value.To(VT_BSTR));
+    }
+}
+
+namespace {
+
+Text HexadecimalOf(const Variant& bytes) {
+    Text digits;
+    for (const Variant& byte : ReadElements(ArrayOf(bytes.get()))) {
+        const long number = byte.ToLong().value_or(0);
+        for (const long digit : {number / 16, number % 16}) digits += u"0123456789ABCDEF"[digit];
+    }
+    return digits;
+}
+
+// In the standard's form, which sorts as the dates do.
+Text DateOf(const Variant& value, bool withTime) {
+    SYSTEMTIME time{};
+    VariantTimeToSystemTime(value.get().date, &time);
+    const Date date{time.wYear, time.wMonth, time.wDay, (time.wHour * 60 + time.wMinute) * 60 + time.wSecond};
+    return FormatDate(date, withTime ? u"yyyy-mm-dd hh:nn:ss" : u"yyyy-mm-dd");
+}
+
+}  // namespace
+
+SqlValue StatementValue(Kind kind, const Variant& value) {
+    using Form = SqlValue::Form;
+    switch (value.Type()) {
+        case VT_NULL:
+            return {};
+        case VT_I4:
+        case VT_I8:
+            return {Form::whole, *value.ToText()};
+        case VT_R8: {
+            char digits[40];
+            const auto end = std::to_chars(digits, digits + sizeof(digits), value.get().dblVal).ptr;
+            return {Form::real, Text(digits, end)};
+        }
+        case VT_BOOL:
+            return {Form::truth, value.get().boolVal ? u"1" : u"0"};
+        case VT_CY:
+        case VT_DECIMAL:
+            return {value.Type() == VT_CY ? Form::money : Form::real, *value.ToText()};
+        case VT_DATE:
+            return {Form::text, DateOf(value, kind == Kind::timestamp)};
+        case VT_ARRAY | VT_UI1:
+            return {Form::bytes, HexadecimalOf(value)};
+        default:
+            return {Form::text, *value.ToText()};
+    }
 }
 
 Variant BinaryValue(std::string_view bytes) {

@@ -6,6 +6,7 @@
 
 #include "com/variant.h"
 #include "common/text.h"
+#include "samples/ado/sql/statements.h"
 
 namespace qvx::ado {
 
@@ -20,6 +21,12 @@ long TypeNumber(Kind kind);
 
 // Reads a value of the column's type. A value of another type, which the database allows, stays text.
 Variant ReadValue(Kind kind, TextView text);
+
+// Returns a value that a script sets as one of the column's type; raises error 3421 for one that has no such value.
+Variant ValueOfKind(Kind kind, const Variant& value);
+// Returns a value of a column as statements have it.
+SqlValue StatementValue(Kind kind, const Variant& value);
+
 Variant BinaryValue(std::string_view bytes);
 Variant NullValue();
 

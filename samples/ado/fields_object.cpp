@@ -7,7 +7,10 @@ namespace qvx::ado {
 
 FieldObject::FieldObject(std::shared_ptr<Records> records, std::size_t column)
     : records_(std::move(records)), column_(column) {
-    AddReadOnly(u"Value", [this](const host::Call&) { return records_->Value(column_); });
+    AddProperty(u"Value", [this](const host::Call& call) {
+        if (call.put) records_->SetValue(column_, call.Value());
+        return call.put ? Variant() : records_->Value(column_);
+    });
     SetDefaultMember(u"Value");
     AddReadOnly(u"Name", [this](const host::Call&) { return Variant(Described().name); });
     AddReadOnly(u"Type", [this](const host::Call&) { return Variant(TypeNumber(Described().kind)); });
@@ -25,9 +28,15 @@ FieldsObject::FieldsObject(std::shared_ptr<Records> records) : records_(std::mov
         fields_.emplace_back(MakeObject<FieldObject>(records_, i).get());
     }
     AddReadOnly(u"Count", [this](const host::Call&) { return Variant(static_cast<long>(fields_.size())); });
-    AddReadOnly(u"Item", [this](const host::Call& call) { return Variant(Item(Find(call.At(0)))); });
+    AddProperty(u"Item", [this](const host::Call& call) { return Item(call); });
     SetDefaultMember(u"Item");
     AddEnumerator([this] { return fields_; });
+}
+
+Variant FieldsObject::Item(const host::Call& call) const {
+    const std::size_t field = Find(call.At(0));
+    if (call.put) records_->SetValue(field, call.Value());
+    return Variant(fields_[field].get());
 }
 
 std::size_t FieldsObject::Find(const Variant& nameOrNumber) const {

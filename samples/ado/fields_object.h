@@ -31,7 +31,8 @@ class FieldsObject final : public host::NamedObject {
 
     // Returns the number of the field with that name or number; raises error 3265 when there is none.
     std::size_t Find(const Variant& nameOrNumber) const;
-    IDispatch* Item(std::size_t field) const { return fields_[field].get(); }
+    // Returns the field with that name or number; sets its value first where the property is being set.
+    Variant Item(const host::Call& call) const;
 
   private:
     ~FieldsObject() override = default;

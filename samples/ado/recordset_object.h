@@ -24,6 +24,7 @@ class RecordsetObject final : public host::NamedObject {
     void AddOpening();
     void AddMoving();
     void AddReading();
+    void AddWriting();
     // Takes statement, connection (or a connection string) and cursor type; further arguments are ignored.
     void OpenBy(const host::Call& call);
     FieldsObject& Fields();
@@ -31,7 +32,10 @@ class RecordsetObject final : public host::NamedObject {
     std::shared_ptr<Records> records_ = std::make_shared<Records>();
     ComPtr<FieldsObject> fields_;
     long cursorLocation_;
-    ComPtr<ConnectionObject> own_;  // made from a string; exists while the set is open
+    long lockType_;
+    ComPtr<ConnectionObject> connection_;  // while the set is open
+    Text source_;                          // the statement
+    bool forwardOnly_ = false;
 };
 
 }  // namespace qvx::ado

@@ -41,6 +41,12 @@ Variant ValueOf(const Object& records, const Variant& field) {
     return found ? Call(found.get(), L"Value") : Variant();
 }
 
+Variant NullVariant() {
+    Variant null;
+    null.ptr()->vt = VT_NULL;
+    return null;
+}
+
 // A fresh database file for each test. The tests are skipped where no driver for it is installed.
 class Ado : public ::testing::Test {
   protected:
@@ -70,12 +76,22 @@ class Ado : public ::testing::Test {
         return records;
     }
     // What another program would find in the file.
-    long CountFromOutside() {
+    Text FromOutside(const char16_t* sql) {
         const Object other = Create(L"ADODB.Connection");
         Call(other.get(), L"Open", {Variant(Settings())});
-        const Object records = ObjectFrom(other, L"Execute", {Variant(u"select count(*) from t")});
-        return ValueOf(records, Variant(0)).ToLong().value_or(-1);
+        return ValueOf(ObjectFrom(other, L"Execute", {Variant(sql)}), Variant(0)).ToText().value_or(u"?");
     }
+    long CountFromOutside() { return Variant(FromOutside(u"select count(*) from t")).ToLong().value_or(-1); }
+    // Kept by the client, and writable.
+    Object OpenToWrite(const char16_t* sql, int cursorType = 3) {
+        Object records = Create(L"ADODB.Recordset");
+        Call(records.get(), L"Open", {Variant(sql), Variant(connection_.get()), Variant(cursorType), Variant(3)});
+        return records;
+    }
+    static CallResult Set(const Object& records, const char16_t* field, const Variant& value) {
+        return Try(ObjectFrom(records, L"Fields", {Variant(field)}), L"Value", {value}, DISPATCH_PROPERTYPUT);
+    }
+    static CallResult Do(const Object& records, const wchar_t* method) { return Try(records, method); }
 
     Text file_;
     std::unique_ptr<AdoServer> server_;
@@ -235,6 +251,121 @@ TEST_F(Ado, FailuresSayWhy) {
     }
     EXPECT_EQ(Number(unopened, L"State"), 0);
     EXPECT_EQ(CountFromOutside(), 1);
+}
+
+TEST_F(Ado, WrittenValuesHaveTheTypesOfTheirColumns) {
+    Variant day(45352.5213541667);  // 2024-03-01 12:30:45
+    day.ptr()->vt = VT_DATE;
+    const struct {
+        const char16_t* declared;
+        const char16_t* before;  // as literals
+        Variant value;
+        const char16_t* stored;  // as SQLite quotes it; nullptr: the value is refused
+    } cases[] = {
+        {u"integer", u"1", Variant(u"-7"), u"-7"},
+        {u"integer", u"null", Variant(u"x"), nullptr},
+        {u"bigint", u"5000000000", Variant(u"5000000001"), u"5000000001"},
+        {u"double", u"0.1 + 0.2", Variant(-0.25), u"-0.25"},
+        {u"double", u"1e300 / 3", Variant(u"1e2"), u"100.0"},
+        {u"boolean", u"7", Variant(false), u"0"},
+        {u"currency", u"1.23456", Variant(u"3.5"), u"3.5"},
+        {u"decimal(10,3)", u"2.0 / 3", Variant(u"12.345"), u"12.345"},
+        {u"date", u"'2024-3-1'", day, u"'2024-03-01'"},
+        {u"timestamp", u"'2024-03-01T12:30:45'", day, u"'2024-03-01 12:30:45'"},
+        {u"varchar(20)", u"'it''s'", Variant(u"\"it's\" \u20ac"), u"'\"it''s\" \u20ac'"},
+        {u"varchar(20)", u"''", NullVariant(), u"NULL"},
+        {u"blob", u"x'00FF'", NullVariant(), u"NULL"},
+        {u"blob", u"x'00FF'", Variant(u"x"), nullptr},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(Narrow(Text(c.declared) + u" " + c.before));
+        Execute((Text(u"create table \"t\"\"1\"(id integer primary key, \"x y\" ") + c.declared + u")").c_str());
+        Execute((Text(u"insert into \"t\"\"1\" values(1, 'other'), (2, ") + c.before + u")").c_str());
+        const Object records = OpenToWrite(u"select \"x y\" as value, id from \"t\"\"1\" order by id");
+        Call(records.get(), L"MoveLast");
+        const CallResult put = Set(records, u"value", c.value);
+        EXPECT_EQ(put.scode, c.stored ? S_OK : Raised(3421));
+        const CallResult updated = Do(records, L"Update");
+        EXPECT_EQ(updated.scode, S_OK) << Narrow(updated.description);
+        if (c.stored) {
+            EXPECT_EQ(Narrow(FromOutside(u"select group_concat(quote(\"x y\")) from \"t\"\"1\"")),
+                      "'other'," + Narrow(c.stored));
+        }
+        Execute(u"drop table \"t\"\"1\"");
+    }
+}
+
+TEST_F(Ado, RecordsAreAddedChangedAndDeleted) {
+    Execute(u"create table t(id integer primary key, name text default 'new', qty integer check(qty > 0))");
+    Execute(u"insert into t values(1, 'a', 1), (2, 'b', 2), (3, 'c', 3)");
+    for (const int cursor : {0, 3}) {
+        SCOPED_TRACE(cursor);
+        const Object records = OpenToWrite(u"select t.*, qty * 2 as twice from t order by id", cursor);
+        EXPECT_EQ(Do(records, L"Delete").scode, S_OK);
+        EXPECT_EQ(Try(records, L"Fields", {Variant(u"id")}).result, S_OK);
+        EXPECT_EQ(Do(records, L"Delete").scode, Raised(3021));
+        Call(records.get(), L"MoveNext");
+        EXPECT_EQ(ValueOf(records, Variant(u"id")).ToLong(), 2);
+        EXPECT_EQ(Set(records, u"qty", Variant(20)).scode, S_OK);
+        EXPECT_EQ(Set(records, u"twice", Variant(1)).scode, Raised(3251));
+        EXPECT_EQ(FromOutside(u"select qty from t where id = 2"), u"2") << "not before Update";
+        EXPECT_EQ(ValueOf(records, Variant(u"qty")).ToLong(), 20);
+        // Moving on writes what was changed.
+        Call(records.get(), L"MoveNext");
+        EXPECT_EQ(FromOutside(u"select qty from t where id = 2"), u"20");
+        EXPECT_EQ(Set(records, u"qty", Variant(0)).scode, S_OK);
+        EXPECT_EQ(Do(records, L"Update").scode, Raised(3000)) << "the table's rule";
+        EXPECT_EQ(Do(records, L"Close").scode, Raised(3219));
+        EXPECT_EQ(Do(records, L"Requery").scode, Raised(3219));
+        Call(records.get(), L"CancelUpdate");
+        EXPECT_EQ(ValueOf(records, Variant(u"qty")).ToLong(), 3);
+        Call(records.get(), L"AddNew");
+        EXPECT_EQ(ValueOf(records, Variant(u"name")).Type(), VT_NULL);
+        Put(records.get(), L"Fields", {Variant(u"qty"), Variant(5)});
+        Call(records.get(), L"Update");
+        EXPECT_EQ(ValueOf(records, Variant(u"id")).ToLong(), 4) << "from the database";
+        EXPECT_EQ(ValueOf(records, Variant(u"name")).ToText(), u"new");
+        EXPECT_EQ(ValueOf(records, Variant(u"twice")).ToLong(), 10);
+        Call(records.get(), L"MoveNext");
+        EXPECT_EQ(Call(records.get(), L"EOF").ToBool(), true);
+        EXPECT_EQ(FromOutside(u"select group_concat(id || name || qty) from t"), u"2b20,3c3,4new5");
+        Call(records.get(), L"MoveFirst");
+        EXPECT_EQ(ValueOf(records, Variant(u"id")).ToLong(), 2) << "without the deleted one";
+        Execute(u"delete from t");
+        Call(records.get(), L"Requery");
+        EXPECT_EQ(Call(records.get(), L"EOF").ToBool(), true);
+        EXPECT_EQ(Call(records.get(), L"ActiveConnection").ToObject<IDispatch>(), connection_);
+        Execute(u"insert into t values(1, 'a', 1), (2, 'b', 2), (3, 'c', 3)");
+    }
+}
+
+TEST_F(Ado, RecordsOfOthersAndReadOnlyOnesAreNotWritten) {
+    Execute(u"create table t(a text, b double)");
+    Execute(u"insert into t values('x', 1), ('y', 0.1), ('z', 3), ('z', 3), (null, null)");
+    const Object records = OpenToWrite(u"select a, b from t");
+    Execute(u"update t set b = 2 where a = 'x'");
+    Execute(u"delete from t where a = 'y'");
+    const HRESULT expected[] = {Raised(3197), Raised(3197), Raised(3197), Raised(3197), S_OK};
+    for (const HRESULT result : expected) {
+        EXPECT_EQ(Set(records, u"b", Variant(9)).scode, S_OK);
+        EXPECT_EQ(Do(records, L"Update").scode, result);
+        Call(records.get(), L"CancelUpdate");
+        EXPECT_EQ(Do(records, L"Delete").scode, result);
+        Call(records.get(), L"MoveNext");
+    }
+    EXPECT_EQ(FromOutside(u"select group_concat(a || b) from t"), u"x2.0,z3.0,z3.0");
+    const Object elsewhere = OpenToWrite(u"select a from t union select 'u'");
+    const Object locked = Open(u"select a from t");
+    for (const Object& set : {elsewhere, locked}) {
+        for (const wchar_t* method : {L"AddNew", L"Delete"}) {
+            const CallResult call = Do(set, method);
+            EXPECT_EQ(call.scode, Raised(3251));
+            EXPECT_NE(call.description.find(set == locked ? u"read-only" : u"one table"), Text::npos);
+        }
+        EXPECT_EQ(Set(set, u"a", Variant(u"w")).scode, Raised(3251));
+    }
+    EXPECT_EQ(Try(locked, L"LockType", {Variant(3)}, DISPATCH_PROPERTYPUT).scode, Raised(3705));
+    EXPECT_EQ(Try(Create(L"ADODB.Recordset"), L"LockType", {Variant(4)}, DISPATCH_PROPERTYPUT).scode, Raised(3001));
 }
 
 TEST_F(Ado, ATransactionThatNobodyEndsLeavesNothing) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/control/combogrid_form.h"
+#include "tests/support/drawn_picture.h"
 #include "tests/support/input.h"
 
 namespace qvx::test {
@@ -29,6 +30,7 @@ class ComboGridMenu : public ::testing::Test {
     }
     static void PressInMenu(const std::vector<int>& keys, HWND) {
         WaitFor([] { return FindWindowW(L"#32768", nullptr) != nullptr; }, 4000);
+        Sleep(100);  // until the menu waits
         for (const int key : keys) {
             KeyDown(key);
             KeyUp(key);
@@ -48,6 +50,22 @@ TEST_F(ComboGridMenu, CommandsWorkOnTheClickedCell) {
     EXPECT_EQ("a/b/", form.Column(F::name));
     EXPECT_EQ("1,2", form.Current()) << "a header leaves the cursor where it is, on its record";
     EXPECT_NE(std::string::npos, form.Log().find("25(0, 1, ;cut;copy;paste;"));
+}
+
+// The system may take a request to paint from the queue while a menu is open.
+TEST_F(ComboGridMenu, LeavesNothingUndrawn) {
+    Put(form.grid.get(), L"Footer", {Variant(u";Rate-0;")});
+    form.events->onEvent = [&](DISPID id, DISPPARAMS& arguments) {
+        if (id == 25) SysReAllocString(arguments.rgvarg[1].pbstrVal, L";stock=&Stock;");
+        if (id == 26) form.SetCell(1, F::rate, u"9");
+    };
+    for (const int key : {VK_ESCAPE, int{'S'}}) {
+        form.GoTo(1, F::name);
+        Choose(2, F::qty, {key});
+        const PixelPicture seen = PictureOnScreen(form.InnerGrid());
+        Call(form.Inner().get(), L"Refresh");
+        EXPECT_TRUE(seen.pixels == PictureOnScreen(form.InnerGrid()).pixels) << key;
+    }
 }
 
 TEST_F(ComboGridMenu, FiltersByTheClickedValue) {

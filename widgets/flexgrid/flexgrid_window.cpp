@@ -201,11 +201,12 @@ void FlexGridWindow::Invalidated(GridChange change, const CellRange& range) {
     }
 }
 
-// A single internal paint message covers any number of changes; their extent is worked out when it arrives.
+// A single paint message covers any number of changes; their extent is worked out when it arrives. An internal one that
+// a menu takes from the queue is lost, so that the window is invalid as well until it is painted.
 void FlexGridWindow::RequestPaint() {
     if (Handle() && grid_.Redraw() && !paintRequested_) {
         paintRequested_ = true;
-        RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT);
+        RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT | RDW_INVALIDATE);
     }
 }
 
