@@ -119,22 +119,55 @@ Text WithRenamedItems(TextView list, const Renaming& caption, int form) {
     return text;
 }
 
+// An item of BindFields: "[Caption]field".
+struct FieldItem {
+    TextView caption;
+    TextView field;
+};
+
+// Takes the first item off a list; nullopt for a list of another form.
+std::optional<FieldItem> TakeField(TextView& rest) {
+    const std::size_t end = rest.find(u']');
+    if (rest.front() != u'[' || end == TextView::npos) return std::nullopt;
+    const std::size_t next = std::min(rest.find(u",[", end), rest.size());
+    const FieldItem item{rest.substr(1, end - 1), rest.substr(end + 1, next - end - 1)};
+    rest.remove_prefix(std::min(next + 1, rest.size()));
+    return item;
+}
+
+void AddField(Text& fields, TextView caption, TextView field) {
+    if (caption.find(u']') != TextView::npos) RefuseSetting();
+    if (!fields.empty()) fields += u',';
+    fields.append(u"[").append(caption).append(u"]").append(field);
+}
+
 // A list of another form is returned as it is.
 Text WithRenamedField(TextView fields, const Renaming& caption) {
     Text text;
     for (TextView rest = fields; !rest.empty();) {
-        const std::size_t end = rest.find(u']');
-        if (rest.front() != u'[' || end == TextView::npos) return Text(fields);
-        const std::size_t next = std::min(rest.find(u",[", end), rest.size());
-        const bool renamed = EqualNoCase(rest.substr(1, end - 1), caption.from);
-        if (!renamed || !caption.taken) {
-            if (!text.empty()) text += u',';
-            if (renamed && caption.to.find(u']') != TextView::npos) RefuseSetting();
-            text.append(u"[").append(renamed ? caption.to : rest.substr(1, end - 1)).append(rest, end, next - end);
-        }
-        rest.remove_prefix(std::min(next + 1, rest.size()));
+        const auto item = TakeField(rest);
+        if (!item) return Text(fields);
+        const bool renamed = EqualNoCase(item->caption, caption.from);
+        if (!renamed || !caption.taken) AddField(text, renamed ? caption.to : item->caption, item->field);
     }
     return text;
+}
+
+// Returns what a renaming changes in all the lists.
+ChangedTexts Changes(const flexgrid::Grid& grid, const ControlState& state, int col, const Renaming& renaming) {
+    ChangedTexts changes;
+    const auto change = [&](Text ControlState::*field, Text text) {
+        if (text != state.*field) changes.emplace_back(field, std::move(text));
+    };
+    for (const SettingList& list : settingLists) {
+        // Codes that have no meaning move along with those that do.
+        const int form = list.form == item_form::plain ? item_form::plain : item_form::number;
+        change(list.list, WithRenamedItems(state.*list.list, renaming, form));
+    }
+    // Of several columns with the same caption, the first one has the field.
+    if (!IsCaptionOfOther(grid, col, renaming.from, true))
+        change(&ControlState::bindFields, WithRenamedField(state.bindFields, renaming));
+    return changes;
 }
 
 const SettingList& ListOfSetting(ColumnSetting setting) { return settingLists[static_cast<std::size_t>(setting)]; }
@@ -172,6 +205,8 @@ Text WithListedValue(TextView list, TextView caption, int form, int value) {
     return text;
 }
 
+Text ControlState::*ListOf(ColumnSetting setting) { return ListOfSetting(setting).list; }
+
 int SettingOf(const flexgrid::Grid& grid, const ControlState& state, int col, ColumnSetting setting) {
     const SettingList& list = ListOfSetting(setting);
     return ListedValue(state.*list.list, CaptionOf(grid, col), list.form);
@@ -184,22 +219,39 @@ Text WithSetting(const flexgrid::Grid& grid, const ControlState& state, int col,
 
 ChangedTexts RenamedColumn(const flexgrid::Grid& grid, const ControlState& state, int col, TextView caption) {
     CheckCaption(caption);
-    ChangedTexts changes;
     const Renaming renaming{CaptionOf(grid, col), caption, IsCaptionOfOther(grid, col, CaptionOf(grid, col)),
                             IsCaptionOfOther(grid, col, caption)};
-    if (EqualNoCase(renaming.from, caption)) return changes;
-    const auto change = [&](Text ControlState::*field, Text text) {
-        if (text != state.*field) changes.emplace_back(field, std::move(text));
-    };
-    for (const SettingList& list : settingLists) {
-        // Codes that have no meaning move along with those that do.
-        const int form = list.form == item_form::plain ? item_form::plain : item_form::number;
-        change(list.list, WithRenamedItems(state.*list.list, renaming, form));
+    return EqualNoCase(renaming.from, caption) ? ChangedTexts() : Changes(grid, state, col, renaming);
+}
+
+ChangedTexts ForgottenColumn(const flexgrid::Grid& grid, const ControlState& state, int col) {
+    // A column that gets the caption of another one gives its own settings up.
+    const Renaming gone{CaptionOf(grid, col), {}, false, true};
+    return IsCaptionOfOther(grid, col, gone.from) ? ChangedTexts() : Changes(grid, state, col, gone);
+}
+
+Text BoundFieldOf(TextView fields, TextView caption) {
+    while (!fields.empty()) {
+        const auto item = TakeField(fields);
+        if (!item) break;
+        if (EqualNoCase(item->caption, caption)) return Text(item->field);
     }
-    // Of several columns with the same caption, the first one has the field.
-    if (!IsCaptionOfOther(grid, col, renaming.from, true))
-        change(&ControlState::bindFields, WithRenamedField(state.bindFields, renaming));
-    return changes;
+    return {};
+}
+
+Text WithBoundField(TextView fields, TextView caption, TextView field) {
+    if (field.find(u",[") != TextView::npos) RefuseSetting();
+    Text text;
+    bool missing = !field.empty();
+    for (TextView rest = fields; !rest.empty();) {
+        const auto item = TakeField(rest);
+        if (!item) RefuseSetting();
+        const bool own = EqualNoCase(item->caption, caption);
+        if (!own || missing) AddField(text, item->caption, own ? field : item->field);
+        if (own) missing = false;
+    }
+    if (missing) AddField(text, caption, field);
+    return text;
 }
 
 }  // namespace qvx::grid

@@ -39,6 +39,9 @@ int ListedValue(TextView list, TextView caption, int form);
 // no item can have.
 Text WithListedValue(TextView list, TextView caption, int form, int value);
 
+// Returns the list in which a setting is kept.
+Text ControlState::*ListOf(ColumnSetting setting);
+
 // Do the same for a column of a grid.
 int SettingOf(const flexgrid::Grid& grid, const ControlState& state, int col, ColumnSetting setting);
 Text WithSetting(const flexgrid::Grid& grid, const ControlState& state, int col, ColumnSetting setting, int value);
@@ -50,5 +53,15 @@ using ChangedTexts = std::vector<std::pair<Text ControlState::*, Text>>;
 // another one leaves that its settings; one that gets the caption of another one gets its settings as well. Raises
 // error 380 for a caption with ";", and for one with "]" if BindFields has the column.
 ChangedTexts RenamedColumn(const flexgrid::Grid& grid, const ControlState& state, int col, TextView caption);
+
+// Returns the changes with which no list names a column any longer; none if another column has the same caption.
+ChangedTexts ForgottenColumn(const flexgrid::Grid& grid, const ControlState& state, int col);
+
+// Returns the field that BindFields says for a caption; empty for none.
+Text BoundFieldOf(TextView fields, TextView caption);
+
+// Returns BindFields with another field for a caption, or with none. Raises error 380 for a list that cannot be read,
+// and for a caption or a field that it cannot have.
+Text WithBoundField(TextView fields, TextView caption, TextView field);
 
 }  // namespace qvx::grid

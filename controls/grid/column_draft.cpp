@@ -1,0 +1,222 @@
+#include "controls/grid/column_draft.h"
+
+#include <algorithm>
+
+#include "common/ascii.h"
+#include "common/number_text.h"
+#include "common/text_compare.h"
+#include "controls/grid/column_lists.h"
+#include "widgets/flexgrid/column_drag.h"
+
+namespace qvx::grid {
+
+using flexgrid::GridAlignment;
+
+namespace {
+
+constexpr TextView sideMarkers = u"<^>";
+constexpr int exampleRow = 1;
+
+ColumnSide SideOf(GridAlignment alignment) {
+    return alignment == GridAlignment::general ? ColumnSide::general
+                                               : static_cast<ColumnSide>(static_cast<int>(alignment) / 3 + 1);
+}
+
+GridAlignment AlignmentOf(ColumnSide side) {
+    return side == ColumnSide::general ? GridAlignment::general
+                                       : static_cast<GridAlignment>(static_cast<int>(side) * 3 - 2);
+}
+
+Text Writable(TextView caption) {
+    Text text(caption);
+    std::erase_if(text, [](char16_t c) { return c == u'|' || c == u';'; });
+    return text;
+}
+
+}  // namespace
+
+ColumnDraft::ColumnDraft(flexgrid::Grid& grid) : grid_(grid) {
+    grid_.SetFixedCols(0);
+    grid_.SetCols(0);
+}
+
+void ColumnDraft::Load(const ColumnSource& source) {
+    state_ = source.state;
+    formatString_ = source.formatString;
+    rowCaptions_ = formatString_.substr(std::min(formatString_.find(u';'), formatString_.size()));
+    fixedCols_ = source.fixedCols;
+    const int count = static_cast<int>(source.columns.size());
+    grid_.SetCols(count);
+    for (int col = 0; col < count; ++col) {
+        const ColumnSource::Column& column = source.columns[static_cast<std::size_t>(col)];
+        grid_.SetTextMatrix(0, col, Writable(column.caption));
+        grid_.SetColAlignment(col, column.alignment);
+    }
+    if (count == 0) return;
+    const auto parsed = flexgrid::ParseFormatString(formatString_);
+    first_ = {grid_.IdOfCol(0), source.firstWidth, grid_.ColAlignment(0), {}};
+    if (!parsed.columns.empty()) first_.written = parsed.columns[0].alignment;
+    Refresh();
+}
+
+Text ColumnDraft::Caption(int col) const { return CaptionOf(grid_, col); }
+
+int ColumnDraft::NaturalWidth(int col) const {
+    const Text caption = Caption(col);
+    return caption.empty() ? flexgrid::defaultColWidth : grid_.WidthFor(caption);
+}
+
+int ColumnDraft::Width(int col) const { return col == 0 ? first_.width : NaturalWidth(col); }
+
+ColumnSide ColumnDraft::Side(int col) const { return SideOf(grid_.ColAlignment(col)); }
+
+Text ColumnDraft::FreshCaption(TextView stem, int number) const {
+    for (;; ++number) {
+        Text caption(stem);
+        caption.append(u" ").append(IntegerToText(number));
+        int col = 0;
+        while (col < Count() && !EqualNoCase(Caption(col), caption)) ++col;
+        if (col == Count()) return caption;
+    }
+}
+
+void ColumnDraft::Insert(int col) {
+    const int last = Count();
+    const Text caption = FreshCaption(u"Column", 1);
+    grid_.SetCols(last + 1);
+    grid_.SetTextMatrix(0, last, caption);
+    MoveTo(last, col);
+}
+
+void ColumnDraft::Duplicate(int col) {
+    const int last = Count();
+    const Text caption = Caption(col);
+    const TextView stem = TrimRight(caption);
+    const Text fresh = FreshCaption(stem.empty() ? u"Column" : stem, 2);
+    grid_.SetCols(last + 1);
+    grid_.SetColAlignment(last, grid_.ColAlignment(col));
+    // A column that gives a shared caption up keeps its settings.
+    grid_.SetTextMatrix(0, last, caption);
+    Apply(RenamedColumn(grid_, state_, last, fresh));
+    grid_.SetTextMatrix(0, last, fresh);
+    MoveTo(last, col + 1);
+}
+
+bool ColumnDraft::CanRemove() const { return Count() > (fixedCols_ > 0 ? fixedCols_ + 1 : 0); }
+
+void ColumnDraft::Remove(int col) {
+    const int last = Count() - 1;
+    Apply(ForgottenColumn(grid_, state_, col));
+    grid_.SetColPosition(col, last);
+    if (state_.keyColumn >= 0) state_.keyColumn = flexgrid::AfterMove(state_.keyColumn, col, last);
+    if (state_.keyColumn == last) state_.keyColumn = ControlState().keyColumn;
+    grid_.SetCols(last);
+    changed_ = true;
+    Refresh();
+}
+
+void ColumnDraft::Move(int from, int to) {
+    if (from != to) MoveTo(from, to);
+}
+
+void ColumnDraft::MoveTo(int from, int to) {
+    grid_.SetColPosition(from, to);
+    if (state_.keyColumn >= 0) state_.keyColumn = flexgrid::AfterMove(state_.keyColumn, from, to);
+    changed_ = true;
+    Refresh();
+}
+
+void ColumnDraft::Rename(int col, TextView caption) {
+    const Text text = Writable(caption);
+    Apply(RenamedColumn(grid_, state_, col, text));
+    const bool follows = col == 0 && first_.width == NaturalWidth(0);
+    grid_.SetTextMatrix(0, col, text);
+    if (follows) first_.width = NaturalWidth(0);
+    changed_ = true;
+    Refresh();
+}
+
+void ColumnDraft::SetWidth(int col, int twips) {
+    twips = std::clamp(twips, 0, widest);
+    if (col == 0) {
+        first_.width = twips;
+        return Refresh();
+    }
+    Text caption(TrimRight(Caption(col)));
+    if (caption.empty() && twips != flexgrid::defaultColWidth) caption = u" ";
+    while (!caption.empty() && grid_.WidthFor(caption) < twips) caption += u' ';
+    if (caption != Caption(col)) Rename(col, caption);
+}
+
+void ColumnDraft::SetSide(int col, ColumnSide side) {
+    if (side == Side(col)) return;
+    grid_.SetColAlignment(col, AlignmentOf(side));
+    if (col == 0) {
+        first_.alignment = grid_.ColAlignment(0);
+        first_.written = side == ColumnSide::general ? std::nullopt : std::optional(first_.alignment);
+    }
+    changed_ = true;
+    Refresh();
+}
+
+void ColumnDraft::Set(int col, ColumnSetting setting, int value) {
+    state_.*ListOf(setting) = WithSetting(grid_, state_, col, setting, value);
+    // A column that is shown is not hidden by its width either.
+    if (setting == ColumnSetting::invisible && value == 0 && col == 0 && first_.width == 0)
+        first_.width = NaturalWidth(0);
+    Refresh();
+}
+
+void ColumnDraft::SetField(int col, TextView field) {
+    state_.bindFields = WithBoundField(state_.bindFields, Caption(col), field);
+}
+
+void ColumnDraft::Apply(ChangedTexts changes) {
+    for (auto& [field, text] : changes) state_.*field = std::move(text);
+}
+
+Text ColumnDraft::WrittenColumns() const {
+    Text text;
+    for (int col = 0; col < Count(); ++col) {
+        if (col > 0) text += u'|';
+        const Text caption = Caption(col);
+        std::optional<GridAlignment> written = grid_.ColAlignment(col);
+        if (*written == GridAlignment::general) written.reset();
+        if (col == 0) written = first_.written;
+        // Without a character for the alignment, the caption's own first one would be taken for it.
+        if (!written && !caption.empty() && sideMarkers.find(caption[0]) != TextView::npos)
+            written = GridAlignment::leftCenter;
+        if (written) text += sideMarkers[static_cast<std::size_t>(*written) / 3];
+        text += caption;
+    }
+    return text;
+}
+
+Text ColumnDraft::ExampleOf(int col) const {
+    constexpr ColumnSetting type = ColumnSetting::dataType;
+    const int code = Setting(col, type);
+    return code == data_type::digits     ? Text(u"123")
+           : code == data_type::numerics ? Text(u"12.50")
+           : code == data_type::date     ? state_.dateFormat
+                                         : Text(u"Abc");
+}
+
+void ColumnDraft::Refresh() {
+    if (Count() == 0) return;
+    if (!HoldsFirst()) {
+        const GridAlignment alignment = grid_.ColAlignment(0);
+        first_ = {grid_.IdOfCol(0), NaturalWidth(0), alignment, {}};
+        if (alignment != GridAlignment::general) first_.written = alignment;
+    }
+    // The format string gives columns without a caption no width.
+    grid_.SetColWidth(flexgrid::Grid::all, flexgrid::Grid::defaultSize);
+    grid_.SetFormatString(WrittenColumns());
+    grid_.SetColAlignment(0, first_.alignment);
+    grid_.SetColWidth(0, first_.width);
+    for (int col = 0; col < Count(); ++col) {
+        if (Setting(col, ColumnSetting::invisible)) grid_.SetColWidth(col, 0);
+        grid_.SetTextMatrix(exampleRow, col, ExampleOf(col));
+    }
+}
+
+}  // namespace qvx::grid

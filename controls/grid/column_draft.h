@@ -1,0 +1,93 @@
+// The columns of a grid while somebody edits them as a whole, before the control is given the result: what a form keeps
+// of columns is the format string and the lists that name columns by caption.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "controls/grid/column_settings.h"
+
+namespace qvx::grid {
+
+// What the control has.
+struct ColumnSource {
+    Text formatString;
+    struct Column {
+        Text caption;
+        flexgrid::GridAlignment alignment = flexgrid::GridAlignment::general;
+    };
+    std::vector<Column> columns;
+    int firstWidth = 0;  // of column 0, whose width a form keeps apart from the format string; twips
+    int fixedCols = 0;
+    ControlState state;
+};
+
+// The alignments that a format string has.
+enum class ColumnSide { general, left, center, right };
+
+// The columns are those of a grid that shows them: the header, and an example of a row. Calls that change them raise
+// the errors of the grid and of the lists, and then have changed nothing.
+class ColumnDraft {
+  public:
+    static constexpr int widest = 30000;  // twips
+
+    explicit ColumnDraft(flexgrid::Grid& grid);
+    void Load(const ColumnSource& source);
+
+    int Count() const { return grid_.Cols(); }
+    Text Caption(int col) const;
+    // The width in twips that a column has while it is shown.
+    int Width(int col) const;
+    ColumnSide Side(int col) const;
+    int Setting(int col, ColumnSetting setting) const { return SettingOf(grid_, state_, col, setting); }
+    Text Field(int col) const { return BoundFieldOf(state_.bindFields, Caption(col)); }
+
+    // Adds a column before another one, or at the end.
+    void Insert(int col);
+    // Adds a column with the same settings, but no field, after it.
+    void Duplicate(int col);
+    // Whether a column can be removed: the fixed ones and one more have to stay.
+    bool CanRemove() const;
+    void Remove(int col);
+    void Move(int from, int to);
+    // Characters that divide a format string are left out.
+    void Rename(int col, TextView caption);
+    // Column 0 has any width. That of another one follows from its caption, which gets spaces for it at its end, and is
+    // the least that is not below the one wanted.
+    void SetWidth(int col, int twips);
+    void SetSide(int col, ColumnSide side);
+    void Set(int col, ColumnSetting setting, int value);
+    void SetField(int col, TextView field);
+
+    // What the control is to have. The format string is the control's own until it has to be another one.
+    Text FormatString() const { return changed_ ? WrittenColumns() + rowCaptions_ : formatString_; }
+    const ControlState& State() const { return state_; }
+
+  private:
+    Text WrittenColumns() const;
+    int NaturalWidth(int col) const;
+    Text FreshCaption(TextView stem, int number) const;
+    Text ExampleOf(int col) const;
+    bool HoldsFirst() const { return Count() > 0 && grid_.IdOfCol(0) == first_.id; }
+    void MoveTo(int from, int to);
+    void Apply(ChangedTexts changes);
+    // Shows the columns as the control will.
+    void Refresh();
+
+    flexgrid::Grid& grid_;
+    ControlState state_;
+    Text formatString_;
+    Text rowCaptions_;  // of the format string, with the ";" before them
+    int fixedCols_ = 0;
+    bool changed_ = false;  // the format string
+    // A form keeps width and alignment of column 0 besides the format string, and a control has both as they were last
+    // set.
+    struct {
+        std::uint32_t id = 0;
+        int width = 0;
+        flexgrid::GridAlignment alignment{};
+        std::optional<flexgrid::GridAlignment> written;  // in the format string
+    } first_;
+};
+
+}  // namespace qvx::grid
