@@ -3,7 +3,6 @@
 
 #include <windows.h>
 
-#include <functional>
 #include <memory>
 
 #include "common/font_spec.h"
@@ -12,13 +11,22 @@
 
 namespace qvx {
 
+// The object that a page's window belongs to.
+class PageOwner {
+  public:
+    // The user has changed something.
+    virtual void Changed() = 0;
+    // Keeps the owner alive for the length of a call.
+    virtual std::shared_ptr<void> Hold() = 0;
+
+  protected:
+    ~PageOwner() = default;
+};
+
 // The contents exist without a window too; the window may be created and destroyed any number of times.
 class PageWindow : public Window {
   public:
-    // `onChange`: the user has changed something. `hold` keeps the owner of this window alive during a call.
-    PageWindow(const WindowClass& windowClass, std::function<void()> onChange,
-               std::function<std::shared_ptr<void>()> hold)
-        : windowClass_(windowClass), onChange_(std::move(onChange)), hold_(std::move(hold)) {}
+    PageWindow(const WindowClass& windowClass, PageOwner& owner) : windowClass_(windowClass), owner_(owner) {}
 
     // Creates the window, hidden, in pixels of the parent. Throws ComError when the system refuses.
     void CreateIn(HWND parent, const RECT& bounds);
@@ -36,8 +44,7 @@ class PageWindow : public Window {
     virtual void Layout() = 0;
     // Draws what is between them.
     virtual void Draw(Surface&, Dpi) const {}
-    void NotifyChange() const { onChange_(); }
-    std::shared_ptr<void> HoldOwner() const { return hold_(); }
+    PageOwner& Owner() const { return owner_; }
 
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
@@ -49,8 +56,7 @@ class PageWindow : public Window {
     void Fit() const;
 
     WindowClass windowClass_;
-    std::function<void()> onChange_;
-    std::function<std::shared_ptr<void>()> hold_;
+    PageOwner& owner_;
     RECT bounds_{};  // as the parent gave them
 };
 

@@ -21,7 +21,7 @@ struct PageLook {
     Size size;
 };
 
-class PropertyPage : public ComObject<IPropertyPage2> {
+class PropertyPage : public ComObject<IPropertyPage2>, protected PageOwner {
   public:
     STDMETHODIMP SetPageSite(IPropertyPageSite* site) override;
     STDMETHODIMP Activate(HWND parent, LPCRECT bounds, BOOL modal) override;
@@ -50,11 +50,9 @@ class PropertyPage : public ComObject<IPropertyPage2> {
     // Writes the user's choices into the control.
     virtual void Store() = 0;
 
-    // For the window: the user has changed something; and what keeps the page alive meanwhile.
-    void Changed();
-    std::shared_ptr<void> Hold();
-
   private:
+    void Changed() override;
+    std::shared_ptr<void> Hold() override;
     void FillOnce();
 
     PageLook look_;

@@ -40,22 +40,15 @@ ColumnDraft::ColumnDraft(flexgrid::Grid& grid) : grid_(grid) {
     grid_.SetCols(0);
 }
 
-void ColumnDraft::Load(const ColumnSource& source) {
-    state_ = source.state;
-    formatString_ = source.formatString;
-    rowCaptions_ = formatString_.substr(std::min(formatString_.find(u';'), formatString_.size()));
-    fixedCols_ = source.fixedCols;
-    const int count = static_cast<int>(source.columns.size());
-    grid_.SetCols(count);
-    for (int col = 0; col < count; ++col) {
-        const ColumnSource::Column& column = source.columns[static_cast<std::size_t>(col)];
-        grid_.SetTextMatrix(0, col, Writable(column.caption));
-        grid_.SetColAlignment(col, column.alignment);
-    }
-    if (count == 0) return;
-    const auto parsed = flexgrid::ParseFormatString(formatString_);
-    first_ = {grid_.IdOfCol(0), source.firstWidth, grid_.ColAlignment(0), {}};
-    if (!parsed.columns.empty()) first_.written = parsed.columns[0].alignment;
+void ColumnDraft::Start(TextView formatString, int fixedCols, int firstWidth) {
+    formatString_ = formatString;
+    rowCaptions_ = formatString.substr(std::min(formatString.find(u';'), formatString.size()));
+    fixedCols_ = fixedCols;
+    if (Count() == 0) return;
+    for (int col = 0; col < Count(); ++col) grid_.SetTextMatrix(0, col, Writable(Caption(col)));
+    const std::size_t side = formatString.empty() ? TextView::npos : sideMarkers.find(formatString[0]);
+    first_ = {grid_.IdOfCol(0), firstWidth, grid_.ColAlignment(0),
+              side == TextView::npos ? GridAlignment::general : AlignmentOf(static_cast<ColumnSide>(side + 1))};
     Refresh();
 }
 
@@ -153,7 +146,7 @@ void ColumnDraft::SetSide(int col, ColumnSide side) {
     grid_.SetColAlignment(col, AlignmentOf(side));
     if (col == 0) {
         first_.alignment = grid_.ColAlignment(0);
-        first_.written = side == ColumnSide::general ? std::nullopt : std::optional(first_.alignment);
+        first_.written = first_.alignment;
     }
     changed_ = true;
     Refresh();
@@ -180,13 +173,11 @@ Text ColumnDraft::WrittenColumns() const {
     for (int col = 0; col < Count(); ++col) {
         if (col > 0) text += u'|';
         const Text caption = Caption(col);
-        std::optional<GridAlignment> written = grid_.ColAlignment(col);
-        if (*written == GridAlignment::general) written.reset();
-        if (col == 0) written = first_.written;
+        GridAlignment written = col == 0 ? first_.written : grid_.ColAlignment(col);
         // Without a character for the alignment, the caption's own first one would be taken for it.
-        if (!written && !caption.empty() && sideMarkers.find(caption[0]) != TextView::npos)
+        if (written == GridAlignment::general && !caption.empty() && sideMarkers.find(caption[0]) != TextView::npos)
             written = GridAlignment::leftCenter;
-        if (written) text += sideMarkers[static_cast<std::size_t>(*written) / 3];
+        if (written != GridAlignment::general) text += sideMarkers[static_cast<std::size_t>(written) / 3];
         text += caption;
     }
     return text;
@@ -205,8 +196,7 @@ void ColumnDraft::Refresh() {
     if (Count() == 0) return;
     if (!HoldsFirst()) {
         const GridAlignment alignment = grid_.ColAlignment(0);
-        first_ = {grid_.IdOfCol(0), NaturalWidth(0), alignment, {}};
-        if (alignment != GridAlignment::general) first_.written = alignment;
+        first_ = {grid_.IdOfCol(0), NaturalWidth(0), alignment, alignment};
     }
     // The format string gives columns without a caption no width.
     grid_.SetColWidth(flexgrid::Grid::all, flexgrid::Grid::defaultSize);

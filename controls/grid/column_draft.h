@@ -2,25 +2,11 @@
 // of columns is the format string and the lists that name columns by caption.
 #pragma once
 
-#include <optional>
 #include <vector>
 
 #include "controls/grid/column_settings.h"
 
 namespace qvx::grid {
-
-// What the control has.
-struct ColumnSource {
-    Text formatString;
-    struct Column {
-        Text caption;
-        flexgrid::GridAlignment alignment = flexgrid::GridAlignment::general;
-    };
-    std::vector<Column> columns;
-    int firstWidth = 0;  // of column 0, whose width a form keeps apart from the format string; twips
-    int fixedCols = 0;
-    ControlState state;
-};
 
 // The alignments that a format string has.
 enum class ColumnSide { general, left, center, right };
@@ -32,7 +18,9 @@ class ColumnDraft {
     static constexpr int widest = 30000;  // twips
 
     explicit ColumnDraft(flexgrid::Grid& grid);
-    void Load(const ColumnSource& source);
+    // Starts with the columns that the grid has, and with what State has been given. The width is that of column 0,
+    // which a form keeps apart from the format string.
+    void Start(TextView formatString, int fixedCols, int firstWidth);
 
     int Count() const { return grid_.Cols(); }
     Text Caption(int col) const;
@@ -61,7 +49,7 @@ class ColumnDraft {
 
     // What the control is to have. The format string is the control's own until it has to be another one.
     Text FormatString() const { return changed_ ? WrittenColumns() + rowCaptions_ : formatString_; }
-    const ControlState& State() const { return state_; }
+    ControlState& State() { return state_; }
 
   private:
     Text WrittenColumns() const;
@@ -86,7 +74,7 @@ class ColumnDraft {
         std::uint32_t id = 0;
         int width = 0;
         flexgrid::GridAlignment alignment{};
-        std::optional<flexgrid::GridAlignment> written;  // in the format string
+        flexgrid::GridAlignment written{};  // in the format string; `general` for none
     } first_;
 };
 

@@ -23,7 +23,7 @@ ComPtr<IDispatch> ControlsOf(_CMenus* control) {
 const CLSID CLSID_prpctlMenu{0x4DE5F516, 0x0402, 0x49F2, {0x93, 0xDB, 0xDE, 0xAC, 0x18, 0xCC, 0x28, 0x9F}};
 const PageClass menuPageClass{&CLSID_prpctlMenu, description, &CreatePage};
 
-MenuPage::MenuPage() : PropertyPage(look), window_([this] { Changed(); }, [this] { return Hold(); }) {}
+MenuPage::MenuPage() : PropertyPage(look), window_(*this) {}
 
 bool MenuPage::Take(IUnknown* control) {
     control_ = Query<_CMenus>(control);

@@ -32,8 +32,7 @@ const WindowClass pageClass{L"QvxMenuPage"};
 
 }  // namespace
 
-MenuPageWindow::MenuPageWindow(std::function<void()> onChange, std::function<std::shared_ptr<void>()> hold)
-    : PageWindow(pageClass, std::move(onChange), std::move(hold)) {
+MenuPageWindow::MenuPageWindow(PageOwner& owner) : PageWindow(pageClass, owner) {
     flexgrid::Grid& grid = grid_.Model();
     grid.SetFont(font);
     grid.SetFixedRows(0);
@@ -141,7 +140,7 @@ void MenuPageWindow::Draw(Surface& surface, Dpi dpi) const {
 LRESULT MenuPageWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     if (message != messageChoose) return PageWindow::OnMessage(message, wParam, lParam);
     // The page may be destroyed while the dialog is open.
-    const auto keep = HoldOwner();
+    const auto keep = Owner().Hold();
     ChooseFile();
     return 0;
 }
@@ -171,7 +170,7 @@ void MenuPageWindow::KeyDown(short& keyCode, short& shift) {
     } else if (keyCode == keys::deleteKey) {
         keyCode = 0;
         SetPicture(CurrentRow(), nullptr);
-        NotifyChange();
+        Owner().Changed();
     }
 }
 
@@ -194,7 +193,7 @@ void MenuPageWindow::ChooseFile() {
         }
     }
     SetPicture(row, picture.get());
-    NotifyChange();
+    Owner().Changed();
 }
 
 }  // namespace qvx::menus

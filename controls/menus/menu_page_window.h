@@ -3,7 +3,6 @@
 
 #include <windows.h>
 
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -16,7 +15,7 @@ namespace qvx::menus {
 
 class MenuPageWindow final : public PageWindow, private flexgrid::GridWindowEvents {
   public:
-    MenuPageWindow(std::function<void()> onChange, std::function<std::shared_ptr<void>()> hold);
+    explicit MenuPageWindow(PageOwner& owner);
     ~MenuPageWindow() override;
 
     // Creates a row for each key, in this order, with the picture of that key if there is one.
@@ -35,7 +34,7 @@ class MenuPageWindow final : public PageWindow, private flexgrid::GridWindowEven
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    std::shared_ptr<void> Hold() override { return HoldOwner(); }
+    std::shared_ptr<void> Hold() override { return Owner().Hold(); }
     void Click() override;
     void KeyDown(short& keyCode, short& shift) override;
     void MouseUp(short button, short shift, float x, float y) override;

@@ -9,19 +9,21 @@ namespace {
 
 using flexgrid::GridAlignment;
 
+constexpr TextView format = u">No|<Qty|Rate;|First|Second";
+constexpr TextView fields = u"[Qty]q,[Rate]r";
+
 // No, Qty and Rate as a form has loaded them: column 0 has a width and an alignment of its own.
-ColumnSource Source() {
-    ColumnSource source;
-    source.formatString = u">No|<Qty|Rate;|First|Second";
-    source.columns = {{u"No", GridAlignment::leftTop}, {u"Qty", GridAlignment::leftCenter}, {u"Rate"}};
-    source.firstWidth = 330;
-    source.fixedCols = 1;
-    source.state.requiredFields = u";Qty;Rate;";
-    source.state.columnsDataType = u";Qty-1;No-0;";
-    source.state.validateColumns = u";Qty;";
-    source.state.bindFields = u"[Qty]q,[Rate]r";
-    source.state.keyColumn = 1;
-    return source;
+void Start(flexgrid::Grid& grid, ColumnDraft& draft, int firstWidth = 330) {
+    grid.SetCols(3);
+    grid.SetFormatString(format.substr(0, format.find(u';')));
+    grid.SetColAlignment(0, GridAlignment::leftTop);
+    ControlState& state = draft.State();
+    state.requiredFields = u";Qty;Rate;";
+    state.columnsDataType = u";Qty-1;No-0;";
+    state.validateColumns = u";Qty;";
+    state.bindFields = fields;
+    state.keyColumn = 1;
+    draft.Start(format, 1, firstWidth);
 }
 
 Text Wide(const std::string& text) { return Text(text.begin(), text.end()); }
@@ -116,10 +118,10 @@ TEST(ColumnDraft, WritesWhatAFormKeeps) {
         SCOPED_TRACE(c.steps);
         flexgrid::Grid grid;
         ColumnDraft draft(grid);
-        draft.Load(Source());
+        Start(grid, draft);
         Execute(draft, c.steps);
         const ControlState& state = draft.State();
-        const bool written = draft.FormatString() == Source().formatString;
+        const bool written = draft.FormatString() == format;
         EXPECT_EQ(Narrow(draft.FormatString()), c.written);
         EXPECT_EQ(' ' + Narrow(state.requiredFields + u' ' + state.columnsDataType + u' ' + state.validateColumns +
                                u' ' + state.bindFields),
@@ -146,24 +148,22 @@ TEST(ColumnDraft, RefusesWhatTheListsCannotHave) {
     flexgrid::Grid grid;
     ColumnDraft draft(grid);
     EXPECT_FALSE(draft.CanRemove());
-    draft.Load({});
+    draft.Start(u"", 0, 0);
     EXPECT_EQ(draft.FormatString(), u"");
     draft.Insert(0);
     EXPECT_TRUE(draft.CanRemove()) << "nothing is fixed";
     draft.Remove(0);
     EXPECT_EQ(draft.Count(), 0);
-    draft.Load(Source());
+    Start(grid, draft);
     EXPECT_TRUE(draft.CanRemove());
     for (const char* step : {"n1=a]b", "f1=a,[b"}) {
         EXPECT_THROW(Execute(draft, step), RunTimeError) << step;
         EXPECT_EQ(draft.Caption(1), u"Qty");
-        EXPECT_EQ(draft.State().bindFields, Source().state.bindFields);
+        EXPECT_EQ(draft.State().bindFields, fields);
     }
     Execute(draft, "n0=a]b");
     EXPECT_THROW(draft.SetField(0, u"x"), RunTimeError);
-    ColumnSource other = Source();
-    other.state.bindFields = u"Qty=q";
-    draft.Load(other);
+    draft.State().bindFields = u"Qty=q";
     EXPECT_EQ(draft.Field(1), u"");
     EXPECT_THROW(draft.SetField(1, u"x"), RunTimeError);
     draft.Remove(2);
@@ -172,16 +172,14 @@ TEST(ColumnDraft, RefusesWhatTheListsCannotHave) {
 
 // A column 0 that its width hides is shown again with the width of its caption.
 TEST(ColumnDraft, ShowsAColumnWithoutAWidth) {
-    ColumnSource source = Source();
-    source.firstWidth = 0;
-    source.state.inVisibleColumns = u";No;";
     flexgrid::Grid grid;
     ColumnDraft draft(grid);
-    draft.Load(source);
+    draft.State().inVisibleColumns = u";No;";
+    Start(grid, draft, 0);
     EXPECT_EQ(grid.ColWidth(0), 0);
     draft.Set(0, ColumnSetting::invisible, 0);
     EXPECT_EQ(grid.ColWidth(0), grid.WidthFor(u"No"));
-    EXPECT_EQ(draft.FormatString(), source.formatString);
+    EXPECT_EQ(draft.FormatString(), format);
     EXPECT_EQ(grid.TextMatrix(1, 1), u"12.50") << "an example of its data type";
 }
 
