@@ -181,6 +181,7 @@ TEST_F(ColumnPage, PartsAreLabelledAndApart) {
         if (mirrored) SetWindowLongW(frame_.Window(), GWL_EXSTYLE, WS_EX_LAYOUTRTL);
         ShowPage();
         EXPECT_EQ(PlaceOf(Part(L"LISTBOX")).left > PlaceOf(Part(L"EDIT")).left, mirrored);
+        EXPECT_FALSE(GetWindowLongW(Strip(), GWL_EXSTYLE) & WS_EX_LAYOUTRTL) << "its texts would be turned round";
         Text keys;
         std::vector<RECT> places;
         const RECT page = PlaceOf(Page());
