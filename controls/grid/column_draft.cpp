@@ -28,8 +28,9 @@ GridAlignment AlignmentOf(ColumnSide side) {
 }
 
 Text Writable(TextView caption) {
-    Text text(caption);
-    std::erase_if(text, [](char16_t c) { return c == u'|' || c == u';'; });
+    Text text;
+    for (const char16_t c : caption)
+        if (c != u'|' && c != u';') text += c;
     return text;
 }
 
@@ -73,26 +74,28 @@ Text ColumnDraft::FreshCaption(TextView stem, int number) const {
     }
 }
 
-void ColumnDraft::Insert(int col) {
-    const int last = Count();
-    const Text caption = FreshCaption(u"Column", 1);
-    grid_.SetCols(last + 1);
-    grid_.SetTextMatrix(0, last, caption);
-    MoveTo(last, col);
-}
+void ColumnDraft::Insert(int col) { Add(col, {}, 1); }
 
 void ColumnDraft::Duplicate(int col) {
-    const int last = Count();
     const Text caption = Caption(col);
-    const TextView stem = TrimRight(caption);
-    const Text fresh = FreshCaption(stem.empty() ? u"Column" : stem, 2);
-    grid_.SetCols(last + 1);
-    grid_.SetColAlignment(last, grid_.ColAlignment(col));
+    const GridAlignment alignment = grid_.ColAlignment(col);
+    const int last = Count();
+    Add(last, TrimRight(caption), 2);
+    grid_.SetColAlignment(last, alignment);
     // A column that gives a shared caption up keeps its settings.
+    const Text fresh = Caption(last);
     grid_.SetTextMatrix(0, last, caption);
     Apply(RenamedColumn(grid_, state_, last, fresh));
     grid_.SetTextMatrix(0, last, fresh);
     MoveTo(last, col + 1);
+}
+
+void ColumnDraft::Add(int col, TextView stem, int number) {
+    const int last = Count();
+    const Text caption = FreshCaption(stem.empty() ? u"Column" : stem, number);
+    grid_.SetCols(last + 1);
+    grid_.SetTextMatrix(0, last, caption);
+    MoveTo(last, col);
 }
 
 bool ColumnDraft::CanRemove() const { return Count() > (fixedCols_ > 0 ? fixedCols_ + 1 : 0); }
@@ -183,24 +186,30 @@ Text ColumnDraft::WrittenColumns() const {
     return text;
 }
 
-Text ColumnDraft::ExampleOf(int col) const {
-    constexpr ColumnSetting type = ColumnSetting::dataType;
-    const int code = Setting(col, type);
-    return code == data_type::digits     ? Text(u"123")
-           : code == data_type::numerics ? Text(u"12.50")
-           : code == data_type::date     ? state_.dateFormat
-                                         : Text(u"Abc");
+TextView ColumnDraft::ExampleOf(int col) const {
+    switch (Setting(col, ColumnSetting::dataType)) {
+        case data_type::digits:
+            return u"123";
+        case data_type::numerics:
+            return u"12.50";
+        case data_type::date:
+            return state_.dateFormat;
+        default:
+            return u"Abc";
+    }
 }
 
 void ColumnDraft::Refresh() {
-    if (Count() == 0) return;
-    if (!HoldsFirst()) {
+    if (Count() > 0 && grid_.IdOfCol(0) != first_.id) {
         const GridAlignment alignment = grid_.ColAlignment(0);
         first_ = {grid_.IdOfCol(0), NaturalWidth(0), alignment, alignment};
     }
     // The format string gives columns without a caption no width.
     grid_.SetColWidth(flexgrid::Grid::all, flexgrid::Grid::defaultSize);
-    grid_.SetFormatString(WrittenColumns());
+    Text columns = WrittenColumns();
+    grid_.SetFormatString(columns);
+    if (changed_) formatString_ = columns.append(rowCaptions_);
+    if (Count() == 0) return;
     grid_.SetColAlignment(0, first_.alignment);
     grid_.SetColWidth(0, first_.width);
     for (int col = 0; col < Count(); ++col) {

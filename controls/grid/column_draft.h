@@ -48,15 +48,16 @@ class ColumnDraft {
     void SetField(int col, TextView field);
 
     // What the control is to have. The format string is the control's own until it has to be another one.
-    Text FormatString() const { return changed_ ? WrittenColumns() + rowCaptions_ : formatString_; }
+    const Text& FormatString() const { return formatString_; }
     ControlState& State() { return state_; }
 
   private:
     Text WrittenColumns() const;
     int NaturalWidth(int col) const;
     Text FreshCaption(TextView stem, int number) const;
-    Text ExampleOf(int col) const;
-    bool HoldsFirst() const { return Count() > 0 && grid_.IdOfCol(0) == first_.id; }
+    TextView ExampleOf(int col) const;
+    // Adds a column with the caption of that stem and the first free number from this one on.
+    void Add(int col, TextView stem, int number);
     void MoveTo(int from, int to);
     void Apply(ChangedTexts changes);
     // Shows the columns as the control will.

@@ -5,7 +5,6 @@
 
 #include "common/flag_scope.h"
 #include "common/keys.h"
-#include "common/number_text.h"
 #include "common/run_time_error.h"
 #include "win/dpi.h"
 #include "win/module_instance.h"
@@ -137,9 +136,9 @@ bool IsOpposite(ColumnSetting setting) {
 }
 
 const WindowClass columnPageWindowClass{L"QvxColumnPage"};
-constexpr TextView preview = u"Preview";
-constexpr TextView endsWithSpaces =
-    u"Preview. The header text ends with spaces, which belong to it and make the column wider.";
+constexpr wchar_t preview[] = L"Preview";
+constexpr wchar_t endsWithSpaces[] =
+    L"Preview. The header text ends with spaces, which belong to it and make the column wider.";
 
 }  // namespace
 
@@ -363,9 +362,7 @@ void ColumnPageWindow::ShowColumn() {
     const ValueScope showing(showing_, true);
     const bool any = draft_.Count() > 0;
     const Text caption = any ? draft_.Caption(current_) : Text();
-    const auto write = [&](int id, const Text& text) {
-        if (WindowText(Item(id)) != text) SetWindowTextW(Item(id), Wide(text));
-    };
+    const Text field = any ? draft_.Field(current_) : Text();
     for (const PagePlace& part : parts) {
         bool possible = any;
         const auto setting = static_cast<ColumnSetting>(part.id - partSettings);
@@ -380,13 +377,14 @@ void ColumnPageWindow::ShowColumn() {
                 Send(part.id, BM_SETCHECK, any && (value != 0) != IsOpposite(setting) ? BST_CHECKED : BST_UNCHECKED);
                 break;
             case PageKind::edit:
-                write(part.id, part.id == partCaption ? caption : any ? draft_.Field(current_) : Text());
+                SetDlgItemTextW(Handle(), part.id, Wide(part.id == partCaption ? caption : field));
                 break;
             case PageKind::number:
-                write(part.id, any ? IntegerToText(part.id == partWidth ? draft_.Width(current_) : value) : Text());
+                SetDlgItemInt(Handle(), part.id,
+                              static_cast<UINT>(part.id == partWidth && any ? draft_.Width(current_) : value), FALSE);
                 break;
             case PageKind::hint:
-                write(part.id, Text(caption.ends_with(u' ') ? endsWithSpaces : preview));
+                SetDlgItemTextW(Handle(), part.id, caption.ends_with(u' ') ? endsWithSpaces : preview);
                 continue;
             default:
                 if (part.id == partRemove) possible = draft_.CanRemove();
@@ -398,7 +396,7 @@ void ColumnPageWindow::ShowColumn() {
         EnableWindow(Item(part.id), possible);
     }
     if (!any) return;
-    strip_.Model().MoveTo(1, current_);
+    strip_.Model().Select(0, current_, 1, current_);
     strip_.ScrollIntoView(1, current_);
 }
 
