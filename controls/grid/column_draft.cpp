@@ -167,8 +167,8 @@ void ColumnDraft::SetField(int col, TextView field) {
     state_.bindFields = WithBoundField(state_.bindFields, Caption(col), field);
 }
 
-void ColumnDraft::Apply(ChangedTexts changes) {
-    for (auto& [field, text] : changes) state_.*field = std::move(text);
+void ColumnDraft::Apply(const ChangedTexts& changes) {
+    for (const auto& [field, text] : changes) state_.*field = text;
 }
 
 Text ColumnDraft::WrittenColumns() const {

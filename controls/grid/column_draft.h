@@ -59,7 +59,7 @@ class ColumnDraft {
     // Adds a column with the caption of that stem and the first free number from this one on.
     void Add(int col, TextView stem, int number);
     void MoveTo(int from, int to);
-    void Apply(ChangedTexts changes);
+    void Apply(const ChangedTexts& changes);
     // Shows the columns as the control will.
     void Refresh();
 

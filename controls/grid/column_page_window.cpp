@@ -13,9 +13,9 @@
 namespace qvx::grid {
 namespace {
 
-// Identifiers of the parts: first the settings of a column by their own numbers.
+// Identifiers of the parts: first the settings of a column by their own numbers. Those below are a dialog's buttons.
 enum PagePart : short {
-    partSettings = 1,
+    partSettings = 20,
     partCaption = partSettings + static_cast<short>(ColumnSetting::last) + 1,
     partWidth,
     partSide,
@@ -235,10 +235,12 @@ bool ColumnPageWindow::TranslateKey(MSG& message) {
 }
 
 LRESULT ColumnPageWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message != WM_COMMAND) return PageWindow::OnMessage(message, wParam, lParam);
+    const int id = LOWORD(wParam);
+    if (message != WM_COMMAND || id < partSettings || id >= partHint)
+        return PageWindow::OnMessage(message, wParam, lParam);
     if (showing_) return 0;
     const auto keep = Owner().Hold();
-    OnCommand(LOWORD(wParam), HIWORD(wParam));
+    OnCommand(id, HIWORD(wParam));
     return 0;
 }
 

@@ -166,7 +166,12 @@ TEST_F(ColumnPage, AFieldKeepsWhatIsRefused) {
     EXPECT_EQ(WindowText(caption), u"Qty") << "BindFields cannot have the other";
     SetFocus(caption);
     SetWindowTextW(caption, L"Q;t");
+    // What is not finished is kept while another page is shown.
+    EXPECT_EQ(S_OK, page_->Deactivate());
+    EXPECT_EQ(S_OK, page_->Activate(frame_.Window(), &area_, FALSE));
+    EXPECT_EQ(WindowText(Part(L"EDIT")), u"Qt");
     EXPECT_EQ(S_OK, page_->Apply());
+    EXPECT_FALSE(Dirty());
     EXPECT_EQ(test::Call(control_.get(), L"FormatString").ToText(), u"No|<Qt|Rate");
     EXPECT_EQ(test::Call(control_.get(), L"RequiredFields").ToText(), u";Qt;");
     EXPECT_EQ(test::Call(control_.get(), L"ColWidth", {Variant(2)}).ToLong(), 0) << "still hidden";
