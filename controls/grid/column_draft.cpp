@@ -87,7 +87,7 @@ void ColumnDraft::Duplicate(int col) {
     grid_.SetTextMatrix(0, last, caption);
     Apply(RenamedColumn(grid_, state_, last, fresh));
     grid_.SetTextMatrix(0, last, fresh);
-    MoveTo(last, col + 1);
+    Move(last, col + 1);
 }
 
 void ColumnDraft::Add(int col, TextView stem, int number) {
@@ -95,7 +95,7 @@ void ColumnDraft::Add(int col, TextView stem, int number) {
     const Text caption = FreshCaption(stem.empty() ? u"Column" : stem, number);
     grid_.SetCols(last + 1);
     grid_.SetTextMatrix(0, last, caption);
-    MoveTo(last, col);
+    Move(last, col);
 }
 
 bool ColumnDraft::CanRemove() const { return Count() > (fixedCols_ > 0 ? fixedCols_ + 1 : 0); }
@@ -112,10 +112,6 @@ void ColumnDraft::Remove(int col) {
 }
 
 void ColumnDraft::Move(int from, int to) {
-    if (from != to) MoveTo(from, to);
-}
-
-void ColumnDraft::MoveTo(int from, int to) {
     grid_.SetColPosition(from, to);
     if (state_.keyColumn >= 0) state_.keyColumn = flexgrid::AfterMove(state_.keyColumn, from, to);
     changed_ = true;

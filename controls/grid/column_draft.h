@@ -58,7 +58,6 @@ class ColumnDraft {
     TextView ExampleOf(int col) const;
     // Adds a column with the caption of that stem and the first free number from this one on.
     void Add(int col, TextView stem, int number);
-    void MoveTo(int from, int to);
     void Apply(const ChangedTexts& changes);
     // Shows the columns as the control will.
     void Refresh();

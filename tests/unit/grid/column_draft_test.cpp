@@ -113,6 +113,8 @@ TEST(ColumnDraft, WritesWhatAFormKeeps) {
         {"f0=nr f1=", same, " ;Qty;Rate; ;Qty-1;No-0; ;Qty; [Rate]r,[No]nr", "330 0 1"},
         {"f1=a[b f2=c]", same, " ;Qty;Rate; ;Qty-1;No-0; ;Qty; [Qty]a[b,[Rate]c]", "330 0 1"},
         {"h0=1 h1=1", same, lists, "330 0 1"},
+        {"h0=1 h0=0", same, lists, "330 0 1"},
+        {"n1= w1=280", ">No|<  |Rate;|First|Second", " ;  ;Rate; ;  -1;No-0; ;  ; [  ]q,[Rate]r", "330 0 1"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.steps);
