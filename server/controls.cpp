@@ -6,6 +6,7 @@
 #include "controls/borders/flatborder_control.h"
 #include "controls/buttons/button_control.h"
 #include "controls/buttons/rbutton_control.h"
+#include "controls/grid/column_page_object.h"
 #include "controls/grid/combogrid_control.h"
 #include "controls/menus/cmenus_control.h"
 #include "controls/menus/menu_page_object.h"
@@ -24,7 +25,7 @@ std::span<const ControlClass> AllControls() {
 }
 
 std::span<const PageClass> AllPages() {
-    static const std::array pages{menus::menuPageClass};
+    static const std::array pages{grid::columnPageClass, menus::menuPageClass};
     return pages;
 }
 

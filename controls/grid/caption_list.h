@@ -13,14 +13,19 @@ struct CaptionedText {
 };
 
 // Takes the first item off a list; nullopt if the list is empty or does not begin with one, and then it stays as it is.
-inline std::optional<CaptionedText> TakeCaptioned(TextView& list) {
-    const std::size_t end = list.find(u']');
-    if (list.empty() || list.front() != u'[' || end == TextView::npos) return std::nullopt;
-    const std::size_t next = list.find(u",[", end);
-    const CaptionedText item{list.substr(1, end - 1),
-                             list.substr(end + 1, next == TextView::npos ? next : next - end - 1)};
-    list = next == TextView::npos ? TextView() : list.substr(next + 1);
-    return item;
-}
+std::optional<CaptionedText> TakeCaptioned(TextView& list);
+
+// Adds an item to a list. Raises error 380 for a caption with "]" and for a text with ",[", which no item can have.
+void AppendCaptioned(Text& list, const CaptionedText& item);
+
+// Returns what a list says of a caption, in its first item for it; "" for nothing.
+TextView TextForCaption(TextView list, TextView caption);
+
+// Returns the list that says this of a caption; "" removes it. Further items of the caption are removed. Raises error
+// 380 for a list that cannot be read, and for a caption or a text that it cannot have.
+Text WithTextForCaption(TextView list, TextView caption, TextView text);
+
+// Raises error 380 for a list that cannot be read.
+void CheckCaptionList(TextView list);
 
 }  // namespace qvx::grid

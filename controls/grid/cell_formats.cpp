@@ -1,16 +1,13 @@
 #include "controls/grid/cell_formats.h"
 
-#include "common/run_time_error.h"
-#include "common/text_compare.h"
 #include "controls/grid/caption_list.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/date_column.h"
-#include "widgets/flexgrid/grid_errors.h"
 
 namespace qvx::grid {
 
 void CellFormats::Refresh(const NumberSigns& signs, const DateSettings& dates) {
-    known_.clear();
+    Forget();
     signs_ = signs;
     dates_ = dates;
 }
@@ -24,7 +21,7 @@ const CellFormats::Known& CellFormats::Find(int col) const {
     const TextView caption = grid_.Rows() > 0 ? grid_.Cell(0, col).AsWide(scratch) : TextView();
     if (!known.sought || known.caption != caption) {
         known.caption = caption;
-        known.format = ListedFormat(state_.columnFormats, caption);
+        known.format = TextForCaption(state_.columnFormats, caption);
         known.kind = KindOfFormat(known.format);
         known.sought = true;
     }
@@ -42,35 +39,6 @@ TextView CellFormats::ShownText(int col, TextView text, Text& scratch) const {
     if (known.kind == FormatKind::number) return scratch = FormattedNumber(text, known.format, signs_);
     const auto date = DateColumn(state_.dateFormat, dates_).Read(text);
     return date ? TextView(scratch = FormatDate(*date, known.format, dates_.separator)) : text;
-}
-
-TextView ListedFormat(TextView formats, TextView caption) {
-    while (const auto item = TakeCaptioned(formats))
-        if (EqualNoCase(item->caption, caption)) return item->text;
-    return {};
-}
-
-Text WithFormat(TextView formats, TextView caption, TextView format) {
-    if (caption.find(u']') != TextView::npos || format.find(u",[") != TextView::npos) flexgrid::RefuseValue();
-    Text list;
-    bool done = format.empty();
-    const auto add = [&](TextView name, TextView text) {
-        list.append(list.empty() ? u"[" : u",[").append(name).append(u"]").append(text);
-    };
-    while (const auto item = TakeCaptioned(formats)) {
-        if (!EqualNoCase(item->caption, caption))
-            add(item->caption, item->text);
-        else if (!std::exchange(done, true))
-            add(item->caption, format);
-    }
-    if (!done) add(caption, format);
-    return list;
-}
-
-void CheckFormats(TextView formats) {
-    while (TakeCaptioned(formats)) {
-    }
-    if (!formats.empty()) flexgrid::RefuseValue();
 }
 
 }  // namespace qvx::grid

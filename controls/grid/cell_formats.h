@@ -18,7 +18,9 @@ class CellFormats final : public flexgrid::CellTexts {
     // Both must outlive this.
     CellFormats(const flexgrid::Grid& grid, const ControlState& state) : grid_(grid), state_(state) {}
 
-    // To be called after ColumnFormats or the user's settings have changed.
+    // To be called after ColumnFormats has changed.
+    void Forget() { known_.clear(); }
+    // Does the same, and sets the user's settings.
     void Refresh(const NumberSigns& signs, const DateSettings& dates);
 
     // Returns the format of a column; "" for none. Of several formats for a caption, the first one counts.
@@ -40,15 +42,5 @@ class CellFormats final : public flexgrid::CellTexts {
     DateSettings dates_;
     mutable std::vector<Known> known_;  // by column
 };
-
-// Returns the format of a column with this caption; "" for none.
-TextView ListedFormat(TextView formats, TextView caption);
-
-// Returns the list with another format for a column; "" removes it. Raises error 380 for a caption with "]" and for a
-// format with ",[", which no list can have.
-Text WithFormat(TextView formats, TextView caption, TextView format);
-
-// Raises error 380 for a list that cannot be read.
-void CheckFormats(TextView formats);
 
 }  // namespace qvx::grid

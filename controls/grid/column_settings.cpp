@@ -123,19 +123,32 @@ Text WithRenamedItems(TextView list, const Renaming& caption, int form) {
 // A list of another form is returned as it is. With `keeps`, the column that keeps the old caption keeps its item.
 Text WithRenamedCaption(TextView list, const Renaming& caption, bool keeps) {
     Text text;
-    const auto add = [&](TextView name, TextView said) {
-        text.append(text.empty() ? u"[" : u",[").append(name).append(u"]").append(said);
-    };
     for (TextView rest = list; !rest.empty();) {
         const auto item = TakeCaptioned(rest);
         if (!item) return Text(list);
         const bool renamed = EqualNoCase(item->caption, caption.from);
-        if (!renamed || keeps) add(item->caption, item->text);
-        if (!renamed || caption.taken) continue;
-        if (caption.to.find(u']') != TextView::npos) RefuseSetting();
-        add(caption.to, item->text);
+        if (!renamed || keeps) AppendCaptioned(text, *item);
+        if (renamed && !caption.taken) AppendCaptioned(text, {caption.to, item->text});
     }
     return text;
+}
+
+// Returns what a renaming changes in all the lists.
+ChangedTexts Changes(const flexgrid::Grid& grid, const ControlState& state, int col, const Renaming& renaming) {
+    ChangedTexts changes;
+    const auto change = [&](Text ControlState::*field, Text text) {
+        if (text != state.*field) changes.emplace_back(field, std::move(text));
+    };
+    for (const SettingList& list : settingLists) {
+        // Codes that have no meaning move along with those that do.
+        const int form = list.form == item_form::plain ? item_form::plain : item_form::number;
+        change(list.list, WithRenamedItems(state.*list.list, renaming, form));
+    }
+    // Of several columns with the same caption, the first one has the field.
+    if (!IsCaptionOfOther(grid, col, renaming.from, true))
+        change(&ControlState::bindFields, WithRenamedCaption(state.bindFields, renaming, false));
+    change(&ControlState::columnFormats, WithRenamedCaption(state.columnFormats, renaming, renaming.shared));
+    return changes;
 }
 
 const SettingList& ListOfSetting(ColumnSetting setting) { return settingLists[static_cast<std::size_t>(setting)]; }
@@ -173,6 +186,8 @@ Text WithListedValue(TextView list, TextView caption, int form, int value) {
     return text;
 }
 
+Text ControlState::*ListOf(ColumnSetting setting) { return ListOfSetting(setting).list; }
+
 int SettingOf(const flexgrid::Grid& grid, const ControlState& state, int col, ColumnSetting setting) {
     const SettingList& list = ListOfSetting(setting);
     return ListedValue(state.*list.list, CaptionOf(grid, col), list.form);
@@ -183,25 +198,23 @@ Text WithSetting(const flexgrid::Grid& grid, const ControlState& state, int col,
     return WithListedValue(state.*list.list, CaptionOf(grid, col), list.form, value);
 }
 
+int FrozenColsWith(int fixedCols, int frozenCols, int col, bool frozen) {
+    const int before = col - fixedCols;
+    if (before < 0 || frozen == (before < frozenCols)) return frozenCols;
+    return frozen ? before + 1 : before;
+}
+
 ChangedTexts RenamedColumn(const flexgrid::Grid& grid, const ControlState& state, int col, TextView caption) {
     CheckCaption(caption);
-    ChangedTexts changes;
     const Renaming renaming{CaptionOf(grid, col), caption, IsCaptionOfOther(grid, col, CaptionOf(grid, col)),
                             IsCaptionOfOther(grid, col, caption)};
-    if (EqualNoCase(renaming.from, caption)) return changes;
-    const auto change = [&](Text ControlState::*field, Text text) {
-        if (text != state.*field) changes.emplace_back(field, std::move(text));
-    };
-    for (const SettingList& list : settingLists) {
-        // Codes that have no meaning move along with those that do.
-        const int form = list.form == item_form::plain ? item_form::plain : item_form::number;
-        change(list.list, WithRenamedItems(state.*list.list, renaming, form));
-    }
-    // Of several columns with the same caption, the first one has the field.
-    if (!IsCaptionOfOther(grid, col, renaming.from, true))
-        change(&ControlState::bindFields, WithRenamedCaption(state.bindFields, renaming, false));
-    change(&ControlState::columnFormats, WithRenamedCaption(state.columnFormats, renaming, renaming.shared));
-    return changes;
+    return EqualNoCase(renaming.from, caption) ? ChangedTexts() : Changes(grid, state, col, renaming);
+}
+
+ChangedTexts ForgottenColumn(const flexgrid::Grid& grid, const ControlState& state, int col) {
+    // A column that gets the caption of another one gives its own settings up.
+    const Renaming gone{CaptionOf(grid, col), {}, false, true};
+    return IsCaptionOfOther(grid, col, gone.from) ? ChangedTexts() : Changes(grid, state, col, gone);
 }
 
 }  // namespace qvx::grid

@@ -39,9 +39,16 @@ int ListedValue(TextView list, TextView caption, int form);
 // no item can have.
 Text WithListedValue(TextView list, TextView caption, int form, int value);
 
+// Returns the list in which a setting is kept.
+Text ControlState::*ListOf(ColumnSetting setting);
+
 // Do the same for a column of a grid.
 int SettingOf(const flexgrid::Grid& grid, const ControlState& state, int col, ColumnSetting setting);
 Text WithSetting(const flexgrid::Grid& grid, const ControlState& state, int col, ColumnSetting setting, int value);
+
+// Returns how many columns are frozen once this one is frozen or no longer is: freezing it freezes those before it, and
+// releasing it releases those after it. Fixed columns are not frozen.
+int FrozenColsWith(int fixedCols, int frozenCols, int col, bool frozen);
 
 // What a ControlState says once a column has another caption.
 using ChangedTexts = std::vector<std::pair<Text ControlState::*, Text>>;
@@ -50,5 +57,8 @@ using ChangedTexts = std::vector<std::pair<Text ControlState::*, Text>>;
 // another one leaves that its settings; one that gets the caption of another one gets its settings as well. Raises
 // error 380 for a caption with ";", and for one with "]" if BindFields or ColumnFormats has the column.
 ChangedTexts RenamedColumn(const flexgrid::Grid& grid, const ControlState& state, int col, TextView caption);
+
+// Returns the changes with which no list names a column any longer; none if another column has the same caption.
+ChangedTexts ForgottenColumn(const flexgrid::Grid& grid, const ControlState& state, int col);
 
 }  // namespace qvx::grid

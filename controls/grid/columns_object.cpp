@@ -4,6 +4,7 @@
 
 #include "com/variant_enumerator.h"
 #include "common/text_compare.h"
+#include "controls/grid/caption_list.h"
 #include "controls/grid/combogrid_control.h"
 
 namespace qvx::grid {
@@ -102,14 +103,14 @@ class ColumnObject final : public ComObject<Dispatch<IGridColumn>, ErrorInfoSupp
     STDMETHODIMP get_Format(BSTR* result) override {
         return Give(result, [&] {
             EntryGrid& entry = Control().Entry();
-            return Text(ListedFormat(entry.ColumnFormats(), CaptionOf(entry.Model(), Col())));
+            return Text(TextForCaption(entry.ColumnFormats(), CaptionOf(entry.Model(), Col())));
         });
     }
     STDMETHODIMP put_Format(BSTR value) override {
         return Act([&](ComboGridControl& control, int col) {
             const Text caption = CaptionOf(control.Entry().Model(), col);
             return control.put_ColumnFormats(
-                Bstr(WithFormat(control.Entry().ColumnFormats(), caption, FromBstr(value))).get());
+                Bstr(WithTextForCaption(control.Entry().ColumnFormats(), caption, FromBstr(value))).get());
         });
     }
     STDMETHODIMP get_Frozen(VARIANT_BOOL* result) override {
@@ -122,10 +123,8 @@ class ColumnObject final : public ComObject<Dispatch<IGridColumn>, ErrorInfoSupp
     STDMETHODIMP put_Frozen(VARIANT_BOOL value) override {
         return Act([&](ComboGridControl& control, int col) {
             const flexgrid::Grid& grid = control.Entry().Model();
-            const int before = std::max(col - grid.FixedCols(), 0);
-            const bool frozen = col < grid.StandingCols();
-            if ((value != VARIANT_FALSE) == frozen || col < grid.FixedCols()) return S_OK;
-            return control.put_FrozenCols(before + (frozen ? 0 : 1));
+            return control.put_FrozenCols(
+                FrozenColsWith(grid.FixedCols(), grid.FrozenCols(), col, value != VARIANT_FALSE));
         });
     }
 

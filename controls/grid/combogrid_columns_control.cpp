@@ -3,6 +3,7 @@
 
 #include "com/bstr.h"
 #include "common/flag_scope.h"
+#include "controls/grid/column_page_object.h"
 #include "controls/grid/combogrid_control.h"
 
 namespace qvx::grid {
@@ -27,6 +28,11 @@ HRESULT ComboGridControl::ShowColumn(int col, bool shown) {
         entry_.ShowColumn(col, shown);
         columns.Done();
     });
+}
+
+std::span<const CLSID> ComboGridControl::PropertyPages() const {
+    static const CLSID pages[] = {CLSID_prpctlColumns};
+    return pages;
 }
 
 HRESULT ComboGridControl::RenameColumn(int col, TextView caption) {

@@ -230,6 +230,7 @@ class ComboGridControl final : public Control<_ComboGrid>,
     HWND FocusWindow() override;
     void DrawControl(Surface& surface, const Rect& area) override;
     bool WantsKey(const MSG& message) override { return entry_.WantsKey(message); }
+    std::span<const CLSID> PropertyPages() const override;
     void OnTerminate() override;
 
   private:

@@ -1,6 +1,7 @@
 // Columns that the user moves, by dragging their headers or by keys, and the footer below them.
 #include "common/flag_scope.h"
 #include "common/locale.h"
+#include "controls/grid/caption_list.h"
 #include "controls/grid/column_order.h"
 #include "controls/grid/entry_grid_window.h"
 #include "controls/grid/user_layout.h"
@@ -47,7 +48,7 @@ Text EntryGrid::FooterText(int col) {
 }
 
 void EntryGrid::SetColumnFormats(TextView formats) {
-    CheckFormats(formats);
+    CheckCaptionList(formats);
     state_.columnFormats = formats;
     formats_.Refresh(SystemNumberSigns(), SystemDateSettings());
     Model().ShowTexts(formats.empty() ? nullptr : &formats_);

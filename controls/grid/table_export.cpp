@@ -5,8 +5,8 @@
 #include "common/run_time_error.h"
 #include "common/surrogates.h"
 #include "common/text_compare.h"
+#include "controls/grid/caption_list.h"
 #include "controls/grid/cell_clean.h"
-#include "controls/grid/cell_formats.h"
 #include "controls/grid/clipboard_text.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/html_table.h"
@@ -51,7 +51,7 @@ ExportColumn ExportColumnOf(const flexgrid::Grid& grid, const ControlState& stat
             HorizontalOf(grid.ColAlignment(col)),
             HorizontalOf(grid.FixedAlignment(col)),
             grid.ColWidth(col),
-            Text(ListedFormat(state.columnFormats, CaptionOf(grid, col)))};
+            Text(TextForCaption(state.columnFormats, CaptionOf(grid, col)))};
 }
 
 ExportedCells ChooseCells(const flexgrid::Grid& grid, const ControlState& state, bool selectedOnly) {

@@ -20,8 +20,6 @@ constexpr int keyColumn = 0;
 constexpr int pictureColumn = 1;
 
 // In pixels at 96 dots per inch.
-constexpr Size pageSize{330, 210};
-constexpr int margin = 7;
 constexpr int hintHeight = 30;
 constexpr int smallestPicture = 16;
 constexpr int largestPicture = 64;  // the limit up to which a row grows
@@ -30,19 +28,11 @@ constexpr int pictureColumnTwips = 1400;
 
 constexpr UINT messageChoose = WM_APP + 1;
 
-const FontSpec font{u"Tahoma", 8.25};
-
-// Some frames give a page more room than they show of it, and have become smaller by the time the page is visible.
-RECT Visible(HWND parent, const RECT& bounds) {
-    RECT inside{};
-    RECT shown{};
-    return GetClientRect(parent, &inside) && IntersectRect(&shown, &inside, &bounds) ? shown : bounds;
-}
+const WindowClass pageClass{L"QvxMenuPage"};
 
 }  // namespace
 
-MenuPageWindow::MenuPageWindow(std::function<void()> onChange, std::function<std::shared_ptr<void>()> hold)
-    : onChange_(std::move(onChange)), hold_(std::move(hold)) {
+MenuPageWindow::MenuPageWindow(PageOwner& owner) : PageWindow(pageClass, owner) {
     flexgrid::Grid& grid = grid_.Model();
     grid.SetFont(font);
     grid.SetFixedRows(0);
@@ -105,28 +95,11 @@ void MenuPageWindow::FitRow(int row, const Picture* picture) {
     grid_.Model().SetRowHeight(row, PixelsToTwips(height + 2 * Scaled(pictureMargin, dpi.y), dpi.y));
 }
 
-void MenuPageWindow::CreateIn(HWND parent, const RECT& bounds) {
-    static const WindowClass windowClass{L"QvxMenuPage"};
-    bounds_ = bounds;
-    if (!Create(windowClass, L"", WS_CHILD | WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, FromRECT(Visible(parent, bounds)),
-                parent) ||
-        !grid_.CreateIn(Handle(), {0, 0, 10, 10})) {
-        throw ComError(E_FAIL);
-    }
+bool MenuPageWindow::Build() {
+    if (!grid_.CreateIn(Handle(), {0, 0, 10, 10})) return false;
     const HWND grid = grid_.Handle();
     SetWindowLongW(grid, GWL_STYLE, GetWindowLongW(grid, GWL_STYLE) | WS_TABSTOP);
-    Layout();
-}
-
-void MenuPageWindow::MoveTo(const RECT& bounds) {
-    bounds_ = bounds;
-    Fit();
-}
-
-void MenuPageWindow::Fit() const {
-    const RECT place = Visible(GetParent(Handle()), bounds_);
-    SetWindowPos(Handle(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+    return true;
 }
 
 void MenuPageWindow::Layout() {
@@ -144,12 +117,7 @@ void MenuPageWindow::Layout() {
 
 void MenuPageWindow::TakeFocus() const { SetFocus(grid_.Handle()); }
 
-Size MenuPageWindow::WantedSize() {
-    const Dpi dpi = ScreenDpi();
-    return {Scaled(pageSize.width, dpi.x), Scaled(pageSize.height, dpi.y)};
-}
-
-bool MenuPageWindow::TranslateKey(MSG& message) const {
+bool MenuPageWindow::TranslateKey(MSG& message) {
     if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST || GetFocus() != grid_.Handle()) return false;
     constexpr int used[] = {keys::enter, keys::space,  keys::deleteKey, keys::up,       keys::down, keys::left,
                             keys::right, keys::pageUp, keys::home,      keys::pageDown, keys::end};
@@ -162,39 +130,19 @@ bool MenuPageWindow::TranslateKey(MSG& message) const {
     return true;
 }
 
+void MenuPageWindow::Draw(Surface& surface, Dpi dpi) const {
+    Rect area = ClientArea().Inflated(-Scaled(margin, dpi.x), -Scaled(margin, dpi.y));
+    area.top = std::max(area.top, area.bottom - Scaled(hintHeight - margin / 2, dpi.y));
+    surface.DrawLabel(u"A click, Enter or the space bar chooses the picture of a menu, Delete takes it away.", area,
+                      font, colors::buttonText, text_format::wordBreak | text_format::noPrefix);
+}
+
 LRESULT MenuPageWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-    switch (message) {
-        case WM_SIZE:
-        case WM_DPICHANGED_AFTERPARENT:
-            Layout();
-            return 0;
-        case WM_SETFOCUS:
-            TakeFocus();
-            return 0;
-        case WM_PAINT: {
-            Fit();
-            const PaintScope paint(Handle());
-            const Dpi dpi = WindowDpi(Handle());
-            GdiSurface surface(paint.Dc(), dpi);
-            Rect area = ClientArea();
-            surface.FillRect(area, colors::buttonFace);
-            area = area.Inflated(-Scaled(margin, dpi.x), -Scaled(margin, dpi.y));
-            area.top = std::max(area.top, area.bottom - Scaled(hintHeight - margin / 2, dpi.y));
-            surface.DrawLabel(u"A click, Enter or the space bar chooses the picture of a menu, Delete takes it away.",
-                              area, font, colors::buttonText, text_format::wordBreak | text_format::noPrefix);
-            return 0;
-        }
-        case WM_ERASEBKGND:
-            return 1;
-        case messageChoose: {
-            // The page may be destroyed while the dialog is open.
-            const auto keep = hold_();
-            ChooseFile();
-            return 0;
-        }
-        default:
-            return Default(message, wParam, lParam);
-    }
+    if (message != messageChoose) return PageWindow::OnMessage(message, wParam, lParam);
+    // The page may be destroyed while the dialog is open.
+    const auto keep = Owner().Hold();
+    ChooseFile();
+    return 0;
 }
 
 int MenuPageWindow::CurrentRow() const {
@@ -222,7 +170,7 @@ void MenuPageWindow::KeyDown(short& keyCode, short& shift) {
     } else if (keyCode == keys::deleteKey) {
         keyCode = 0;
         SetPicture(CurrentRow(), nullptr);
-        onChange_();
+        Owner().Changed();
     }
 }
 
@@ -245,7 +193,7 @@ void MenuPageWindow::ChooseFile() {
         }
     }
     SetPicture(row, picture.get());
-    onChange_();
+    Owner().Changed();
 }
 
 }  // namespace qvx::menus

@@ -2,15 +2,13 @@
 #include <windows.h>
 
 #include <gtest/gtest.h>
-#include <olectl.h>
 
 #include <atomic>
 #include <fstream>
 
 #include "Qvx.h"
 #include "controls/menus/menu_page_object.h"
-#include "tests/control/host_form.h"
-#include "tests/support/container.h"
+#include "tests/control/page_form.h"
 #include "tests/support/import_patch.h"
 #include "tests/support/input.h"
 #include "tests/support/menu_pixels.h"
@@ -35,27 +33,6 @@ std::string FormWith(const std::string& list) {
     return menus + " Begin ImageList iml\n End\n Begin Qvx.CMenus mns\n  Left = 0\n" + list + " End\nEnd\n";
 }
 
-class Site final : public ComObject<IPropertyPageSite> {
-  public:
-    DWORD status = 0;
-    STDMETHODIMP OnStatusChange(DWORD flags) override {
-        status = flags;
-        return S_OK;
-    }
-    STDMETHODIMP GetLocaleID(LCID* locale) override {
-        *locale = LOCALE_USER_DEFAULT;
-        return S_OK;
-    }
-    STDMETHODIMP GetPageContainer(IUnknown** container) override {
-        *container = nullptr;
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP TranslateAccelerator(MSG*) override { return S_FALSE; }
-
-  private:
-    ~Site() override = default;
-};
-
 // The system's dialog for opening a file: types something and presses Enter, or Escape.
 void AnswerDialog(const std::wstring& path) {
     HWND dialog = nullptr;
@@ -72,56 +49,15 @@ void AnswerDialog(const std::wstring& path) {
 }
 
 // The page of a form's CMenus control in a window of the test's.
-class MenuPage : public HostFormTest {
+class MenuPage : public PageFormTest {
   protected:
-    MenuPage() : frame_({}) {}
-    ~MenuPage() override { Close(); }
+    MenuPage() : PageFormTest({0, 0, 330, 210}) {}
 
-    void Open(const std::string& text = FormWith("  ImageList = \"iml\"\n")) {
-        Load(text);
-        ASSERT_TRUE(Start(u""));
-        // It would take the keyboard when it is shown at last.
-        ShowWindow(form_->Handle(), SW_HIDE);
-        Pump();
-        control_ = form_->FindControl(u"mns")->Inner();
-    }
-    // Returns a page in its place, not shown yet.
-    ComPtr<IPropertyPage> NewPage() {
-        ComPtr<IClassFactory> factory;
-        ComPtr<IPropertyPage> page;
-        EXPECT_EQ(S_OK, ServerUnderTest::Get().ClassObject(PageId(), IID_IClassFactory, factory.put_void()));
-        EXPECT_EQ(S_OK, factory->CreateInstance(nullptr, IID_IPropertyPage, page.put_void()));
-        EXPECT_EQ(S_OK, page->SetPageSite(site_.get()));
-        IUnknown* objects[] = {control_.get()};
-        EXPECT_EQ(S_OK, page->SetObjects(1, objects));
-        EXPECT_EQ(S_OK, page->Activate(frame_.Window(), &area, FALSE));
-        return page;
-    }
-    static void End(const ComPtr<IPropertyPage>& page) {
-        page->Deactivate();
-        page->SetObjects(0, nullptr);
-        page->SetPageSite(nullptr);
-    }
+    void Open(const std::string& text = FormWith("  ImageList = \"iml\"\n")) { PageFormTest::Open(text, u"mns"); }
     void ShowPage() {
-        SetWindowPos(frame_.Window(), nullptr, 0, 0, 360, 260, SWP_NOMOVE | SWP_NOZORDER);
-        page_ = NewPage();
-        EXPECT_EQ(S_OK, page_->Show(SW_SHOW));
-        ASSERT_TRUE(BringToFront(frame_.Window()));
+        PageFormTest::ShowPage();
         ASSERT_TRUE(Grid());
         SetFocus(Grid());
-    }
-    void Close() {
-        if (page_) End(page_);
-        page_ = nullptr;
-    }
-    // The page that the control says is its own.
-    CLSID PageId() const {
-        CAUUID pages{};
-        EXPECT_EQ(S_OK, Query<ISpecifyPropertyPages>(control_.get())->GetPages(&pages));
-        EXPECT_EQ(pages.cElems, 1u);
-        const CLSID id = pages.cElems ? pages.pElems[0] : CLSID{};
-        CoTaskMemFree(pages.pElems);
-        return id;
     }
     HWND Grid() const {
         const HWND page = FindWindowExW(frame_.Window(), nullptr, L"QvxMenuPage", nullptr);
@@ -165,17 +101,10 @@ class MenuPage : public HostFormTest {
         });
         EXPECT_TRUE(WaitFor([&] { return done.load(); }, 15000));
     }
-    bool Dirty() const { return page_->IsPageDirty() == S_OK; }
     std::wstring Temporary(const wchar_t* name) const { return std::wstring(Wide(folder_)) + name; }
 
-    static constexpr RECT area{0, 0, 330, 210};
     static constexpr int headerHeight = 17;
     static constexpr int rowHeight = 20;
-
-    Container frame_;
-    ComPtr<Site> site_ = MakeObject<Site>();
-    ComPtr<IDispatch> control_;
-    ComPtr<IPropertyPage> page_;
 };
 
 void WriteBitmap(const std::wstring& path, std::size_t size) {
@@ -237,7 +166,7 @@ TEST_F(MenuPage, IsFilledOnce) {
     IUnknown* objects[] = {control_.get()};
     EXPECT_EQ(S_OK, page_->SetObjects(1, objects));
     EXPECT_EQ(S_OK, page_->Deactivate());
-    EXPECT_EQ(S_OK, page_->Activate(frame_.Window(), &area, FALSE));
+    EXPECT_EQ(S_OK, page_->Activate(frame_.Window(), &area_, FALSE));
     EXPECT_EQ(S_OK, page_->Apply());
     EXPECT_EQ(Keys(), u"");
 }

@@ -5,9 +5,12 @@
 #include <map>
 
 #include "Qvx.h"
+#include "com/bstr.h"
 #include "controls/backup/password_dialog.h"
+#include "controls/grid/column_page_object.h"
 #include "designer/editors/image_editor_dialog.h"
 #include "designer/editors/menu_editor_dialog.h"
+#include "designer/editors/property_frame_dialog.h"
 #include "dialogs/about_dialog.h"
 #include "dialogs/show_message_dialog.h"
 #include "tests/control/designer_form.h"
@@ -40,7 +43,7 @@ struct Dialog {
     const char* name;
     std::function<void(HWND owner)> show;
     std::function<HWND()> wait;  // from the person's thread
-    bool still;                  // nothing blinks in it
+    bool still;                  // nothing blinks in it or was measured where it opened
 };
 
 class Resolution : public test::OwnedDialogTest, public ::testing::WithParamInterface<Dialog> {
@@ -93,6 +96,22 @@ TEST_P(Resolution, ADialogFollowsItsMonitor) {
     });
 }
 
+// A grid and its page, both of this very program.
+void ShowColumnPage(HWND owner) {
+    ComPtr<IClassFactory> factory;
+    ComPtr<IUnknown> grid;
+    DWORD cookie = 0;
+    ASSERT_EQ(DllGetClassObject(CLSID_ComboGrid, IID_IClassFactory, factory.put_void()), S_OK);
+    ASSERT_EQ(factory->CreateInstance(nullptr, IID_IUnknown, grid.put_void()), S_OK);
+    Query<_ComboGrid>(grid.get())->put_FormatString(Bstr(u"No|<Article   |>Price").get());
+    factory = nullptr;
+    ASSERT_EQ(DllGetClassObject(grid::CLSID_prpctlColumns, IID_IClassFactory, factory.put_void()), S_OK);
+    CoRegisterClassObject(grid::CLSID_prpctlColumns, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie);
+    const host::ClassSource classes;
+    host::designer::PropertyFrame::Make(owner, u"grd", grid.get(), {grid::CLSID_prpctlColumns}, classes)->Ask(owner);
+    CoRevokeClassObject(cookie);
+}
+
 const Dialog dialogs[] = {
     {"MessageBox",
      [](HWND owner) {
@@ -110,6 +129,7 @@ const Dialog dialogs[] = {
          host::designer::MenuEditor(file.form).Ask(owner);
      },
      &host::designer::WaitForEditor, false},
+    {"ColumnPage", &ShowColumnPage, &host::designer::WaitForEditor, false},
     {"ImageListEditor", [](HWND owner) { host::designer::ImageEditor({}, u"", nullptr).Ask(owner); },
      &host::designer::WaitForEditor, false},
 };

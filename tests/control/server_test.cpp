@@ -107,12 +107,17 @@ TEST_F(Registration, WritesTheKeysThatHostsLookFor) {
         EXPECT_EQ(std::to_wstring(status), value(base + L"\\MiscStatus\\1|"));
         EXPECT_EQ(L"0", value(base + L"\\MiscStatus|"));
     }
-    // The page of menu pictures is a class without a name for scripts.
-    const std::wstring page = L"CLSID\\{4DE5F516-0402-49F2-93DB-DEAC18CC289F}";
-    EXPECT_EQ(L"The pictures of a form's menus", value(page + L"|"));
-    EXPECT_EQ(server.Path(), value(page + L"\\InprocServer32|"));
-    EXPECT_EQ(L"Apartment", value(page + L"\\InprocServer32|ThreadingModel"));
-    EXPECT_EQ(L"(none)", value(page + L"\\ProgID|"));
+    // A property page is a class without a name for scripts.
+    const std::pair<const wchar_t*, const wchar_t*> pages[] = {
+        {L"{4DE5F516-0402-49F2-93DB-DEAC18CC289F}", L"The pictures of a form's menus"},
+        {L"{4DE5F517-0402-49F2-93DB-DEAC18CC289F}", L"The columns of a grid"}};
+    for (const auto& [id, description] : pages) {
+        const std::wstring page = std::wstring(L"CLSID\\") + id;
+        EXPECT_EQ(description, value(page + L"|"));
+        EXPECT_EQ(server.Path(), value(page + L"\\InprocServer32|"));
+        EXPECT_EQ(L"Apartment", value(page + L"\\InprocServer32|ThreadingModel"));
+        EXPECT_EQ(L"(none)", value(page + L"\\ProgID|"));
+    }
     EXPECT_EQ(S_OK, server.Install(false, L"user"));
 }
 

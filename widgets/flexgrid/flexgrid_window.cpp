@@ -76,6 +76,8 @@ bool FlexGridWindow::CreateIn(HWND parent, const Rect& bounds, int id) {
     if (!Create(gridClass, L"", style, 0, bounds, parent, id)) {
         return false;
     }
+    // A grid mirrors itself. In a window with a mirrored layout, its finished picture would be turned round once more.
+    SetWindowLongW(Handle(), GWL_EXSTYLE, GetWindowLongW(Handle(), GWL_EXSTYLE) & ~WS_EX_LAYOUTRTL);
     OnResolutionChange();
     ApplyStyle();
     footer_.Place();

@@ -193,6 +193,8 @@ class Grid final : public GridLook {
     // See format_string.h.
     const qvx::Text& FormatString() const { return formatString_; }
     void SetFormatString(TextView format);
+    // Returns the twips of a column that shows the whole text.
+    int WidthFor(TextView text) const;
 
     static constexpr int all = -1;          // as an index: every row or column
     static constexpr int defaultSize = -1;  // as a size: back to the default
@@ -402,7 +404,6 @@ class Grid final : public GridLook {
     int RemoveMarked(std::vector<bool>& marked, int count);
     template <class Set>
     void ChangeColumns(int col, GridChange change, Set set);
-    int WidthFor(TextView text) const;  // twips of a column that shows the whole text
     void ApplySegment(int col, const FormatSegment& segment);
     int AskOrder(int row1, int row2);
     GridAlignment DeclaredAlignment(int row, int col) const;  // may be `general`

@@ -2,6 +2,7 @@
 
 #include <random>
 
+#include "controls/grid/caption_list.h"
 #include "controls/grid/column_totals.h"
 #include "tests/unit/grid/grid_fixture.h"
 #include "widgets/flexgrid/accessible_view.h"
@@ -117,18 +118,18 @@ TEST(ColumnFormats, AnItemIsChangedAmongTheOthers) {
     for (const auto& c : cases) {
         std::string changed;
         try {
-            const Text list = WithFormat(c.formats, u"Qty", c.format);
-            EXPECT_EQ(ListedFormat(list, u"qty"), c.format);
+            const Text list = WithTextForCaption(c.formats, u"Qty", c.format);
+            EXPECT_EQ(TextForCaption(list, u"qty"), c.format);
             changed = Narrow(list);
         } catch (const RunTimeError& error) {
             changed = std::to_string(error.Number());
         }
         EXPECT_EQ(changed, c.changed);
     }
-    EXPECT_THROW(WithFormat(u"", u"a]", u"0"), RunTimeError);
+    EXPECT_THROW(WithTextForCaption(u"", u"a]", u"0"), RunTimeError);
     for (const TextView bad : {u"0.0", u"[A", u"A]0", u"[A]0,B]1,[", u" [A]0"})
-        EXPECT_THROW(CheckFormats(bad), RunTimeError) << Narrow(bad);
-    CheckFormats(u"[A],[]0,0,[B]");
+        EXPECT_THROW(CheckCaptionList(bad), RunTimeError) << Narrow(bad);
+    CheckCaptionList(u"[A],[]0,0,[B]");
 }
 
 }  // namespace
