@@ -112,6 +112,7 @@ RowState RowStates::Of(int row) const {
 }
 
 bool RowStates::IsMarked(int row) const {
+    if (row == state_.editRow && edit_ == state_.editNumber && state_.committing != edit_) return editedMarked_;
     const RowState state = Of(row);
     return state == RowState::changed || (state == RowState::added && !IsEmpty(row));
 }
@@ -167,6 +168,12 @@ const std::shared_ptr<RowOriginal>& RowStates::OriginalOf(RowId row, const RowVi
 }
 
 void RowStates::CellsChange(RowId row, const RowView& cells, int firstCol, int count) {
+    if (EditIsOpen(state_) && edit_ != state_.editNumber) {
+        const bool there = state_.editRow >= grid_.FixedRows() && state_.editRow < grid_.Rows();
+        const bool marked = there && IsMarked(state_.editRow);
+        edit_ = state_.editNumber;
+        editedMarked_ = marked;
+    }
     if (loading_ == 0 && firstCol + count > FirstColumn() && !IsAdded(row)) OriginalOf(row, cells);
 }
 

@@ -159,6 +159,25 @@ TEST_F(RowStatesTest, AcceptsWhatTheRowsAre) {
     EXPECT_EQ("u3 u1 u2 n u4 ", Seen());
 }
 
+// An edit takes the text out of its cell.
+TEST_F(RowStatesTest, MarksARowAsBeforeWhileAnEditIsOpen) {
+    for (const bool marked : {false, true}) {
+        if (marked) Edit(1, 2, u"x");
+        state.editRow = state.editCol = 1;
+        state.committing = 0;
+        ++state.editNumber;
+        grid.SetTextMatrix(1, 1, {});
+        EXPECT_EQ(marked, states.IsMarked(1));
+        EXPECT_FALSE(states.IsMarked(2));
+        state.committing = state.editNumber;
+        grid.SetTextMatrix(1, 1, u"new");
+        EXPECT_TRUE(states.IsMarked(1));
+        grid.SetTextMatrix(1, 1, u"a");
+        state.editRow = state.editCol = -1;
+        EXPECT_EQ(marked, states.IsMarked(1));
+    }
+}
+
 TEST_F(RowStatesTest, TakesARowWithoutTextForNoRecord) {
     grid.SetRows(1);
     grid.SetRows(2);
