@@ -102,7 +102,7 @@ Sub grdBookings_AfterCellChange(Row, Col, OldData, NewData, Cancel)
     If amount <> NewData Then grdBookings.TextMatrix(Row, Col) = amount
 End Sub
 
-' A rule of the form's own, which Save reports. The grid's own rules are marked in the cells as well.
+' A rule of the form's own, beside those of the grid's lists.
 Sub grdBookings_ValidateCell(Row, Col, Text, Message)
     Dim credit
     credit = grdBookings.TextMatrix(Row, Column("Credit"))
