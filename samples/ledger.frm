@@ -54,6 +54,8 @@ Begin Form frmLedger
       FitColumns      =   -1  'True
       MoveColumns     =   -1  'True
       Footer          =   ";Text-1;Debit-0;Credit-0;"
+      FrozenCols      =   1
+      ColumnFormats   =   "[Debit]#,##0.00,[Credit]#,##0.00"
    End
    Begin Label lblStatus
       Left            =   180

@@ -8,7 +8,6 @@ Option Explicit
 Const ClientCursor = 3     ' for records with a known number and position
 Const ReadOnlyLock = 1
 Const OptimisticLock = 3
-Const Unchanged = 0        ' RowState
 Const Fields = "select id, day, account, text, debit, credit, checked from bookings"
 Const MostNumbers = 1000   ' as many changed bookings are asked for by their numbers
 Const MostRows = 5000      ' as many rows are put on pages
@@ -102,7 +101,7 @@ Sub grdBookings_AfterCellChange(Row, Col, OldData, NewData, Cancel)
     If amount <> NewData Then grdBookings.TextMatrix(Row, Col) = amount
 End Sub
 
-' A rule of the form's own, which Save reports. The grid's own rules are marked in the cells as well.
+' A rule of the form's own, beside those of the grid's lists.
 Sub grdBookings_ValidateCell(Row, Col, Text, Message)
     Dim credit
     credit = grdBookings.TextMatrix(Row, Column("Credit"))
@@ -236,22 +235,22 @@ Function IsComplete(Changed)
     Dim row, col, found, message
     IsComplete = False
     Set Changed = CreateObject("Scripting.Dictionary")
-    For row = 1 To grdBookings.Rows - 1
-        If grdBookings.RowState(row) <> Unchanged Then
-            Changed.Add CStr(row), grdBookings.TextMatrix(row, Column("Booking"))
-            found = row
-            col = -1
-            message = ""
-            If Not IsEmptyRow(row) Then message = grdBookings.FindInvalid(found, col, True)
-            If message <> "" Then
-                grdBookings.SetFocus
-                grdBookings.Row = row
-                grdBookings.Col = col
-                Report "Row " & row & ": " & message
-                Exit Function
-            End If
+    row = grdBookings.NextChanged()
+    Do While row > 0
+        Changed.Add CStr(row), grdBookings.TextMatrix(row, Column("Booking"))
+        found = row
+        col = -1
+        message = ""
+        If Not IsEmptyRow(row) Then message = grdBookings.FindInvalid(found, col, True)
+        If message <> "" Then
+            grdBookings.SetFocus
+            grdBookings.Row = row
+            grdBookings.Col = col
+            Report "Row " & row & ": " & message
+            Exit Function
         End If
-    Next
+        row = grdBookings.NextChanged(row)
+    Loop
     IsComplete = True
 End Function
 
@@ -300,15 +299,7 @@ Sub grdBookings_ApplyConflict(Row, Index, Field, Ours, Theirs, Overwrite, Cancel
 End Sub
 
 Function HasChanges()
-    Dim row
-    HasChanges = grdBookings.DeletedRows > 0
-    If HasChanges Or Not grdBookings.Changed Then Exit Function
-    For row = 1 To grdBookings.Rows - 1
-        If grdBookings.RowState(row) <> Unchanged Then
-            HasChanges = True
-            Exit Function
-        End If
-    Next
+    HasChanges = grdBookings.DeletedRows > 0 Or grdBookings.NextChanged() > 0
 End Function
 
 ' Logs what the saved rows show now.

@@ -118,6 +118,9 @@ class ComboGridControl final : public Control<_ComboGrid>,
     QVX_PROPERTY(VARIANT_BOOL, TrackRows, EntryGrid)
     QVX_PROPERTY(VARIANT_BOOL, MarkChanged, EntryGrid)
     STDMETHODIMP get_RowState(long row, GridRowState* result) override;
+    STDMETHODIMP NextChanged(long row, long* result) override {
+        return Give(result, [&] { return entry_.States().NextChanged(static_cast<int>(row)); });
+    }
     STDMETHODIMP get_OriginalText(long row, long col, BSTR* result) override;
     STDMETHODIMP get_DeletedRows(long* result) override;
     STDMETHODIMP get_DeletedText(long index, long col, BSTR* result) override;

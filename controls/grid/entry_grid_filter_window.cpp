@@ -4,6 +4,8 @@
 #include "com/guard.h"
 #include "common/locale.h"
 #include "controls/grid/column_lists.h"
+#include "controls/grid/entry_grid_finder_window.h"
+#include "controls/grid/find_keys.h"
 #include "dialogs/messages.h"
 
 namespace qvx::grid {
@@ -169,6 +171,17 @@ void EntryGrid::Filterer::FieldKey(int col, StripKey key) {
                 break;
         }
     });
+}
+
+bool EntryGrid::Filterer::OtherKey(int keyCode, int shift) {
+    // Ctrl+H deletes a character in every field.
+    const FindAction find = DecideFindKey(keyCode, shift, owner_.state_);
+    if (find == FindAction::None || find == FindAction::Replace) return false;
+    owner_.Reporting([&] {
+        strip_.EndTyping();
+        owner_.Finding().Act(find);
+    });
+    return true;
 }
 
 void EntryGrid::Filterer::FieldClicked(int col) {

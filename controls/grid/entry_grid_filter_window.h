@@ -45,6 +45,7 @@ class EntryGrid::Filterer final : private FilterStripListener {
     Text FieldName(int col) override;
     void FieldTyped(int col, const Text& text) override;
     void FieldKey(int col, StripKey key) override;
+    bool OtherKey(int keyCode, int shift) override;
     void FieldClicked(int col) override;
     void StripWheel(UINT message, WPARAM wParam, LPARAM lParam) override { owner_.TurnWheel(message, wParam, lParam); }
     void StripFocus() override { owner_.NotifyFocus(); }

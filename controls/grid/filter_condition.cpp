@@ -121,8 +121,7 @@ bool MeetsWildcards(TextView text, const std::vector<std::uint32_t>& units) {
         if (!values) return false;
         const bool below = sign.front() == u'<';
         SetOrder(term, *values, below ? TextView() : text, inclusive, below ? text : TextView());
-    } else if (!operand.quoted && sign.empty() && text.find(u"..") != TextView::npos && text.front() != u'.' &&
-               text.back() != u'.') {
+    } else if (sign.empty() && IsRange(operand)) {
         if (!AddRange(term, operand)) return false;
     } else if (!operand.quoted && text.find_first_of(wildcards) != TextView::npos) {
         SetWildcards(term, text);
@@ -139,13 +138,23 @@ bool MeetsWildcards(TextView text, const std::vector<std::uint32_t>& units) {
     return true;
 }
 
+[[gnu::cold]] bool CellCondition::IsRange(const Operand& operand) const {
+    const TextView text = operand.text;
+    const auto dots = text.find(u"..");
+    if (operand.quoted || dots == TextView::npos) return false;
+    if (text.front() != u'.' && text.back() != u'.') return true;
+    const TextView other = WithoutBlanks(dots == 0 ? text.substr(2) : text.substr(0, dots));
+    if (other.empty() || (dots != 0 && dots + 2 != text.size())) return false;
+    return ValuesOf(other).value_or(Values::texts) != Values::texts;
+}
+
 [[gnu::cold]] bool CellCondition::AddRange(Term& term, const Operand& operand) const {
     const TextView text = operand.text;
     const auto dots = text.find(u"..");
     const TextView low = WithoutBlanks(text.substr(0, dots));
     const TextView high = WithoutBlanks(text.substr(dots + 2));
-    const auto lowValues = ValuesOf(low);
-    const auto highValues = ValuesOf(high);
+    const auto lowValues = ValuesOf(low.empty() ? high : low);
+    const auto highValues = ValuesOf(high.empty() ? low : high);
     if (!lowValues || !highValues) return false;
     SetOrder(term, lowValues == highValues ? *lowValues : Values::texts, low, true, high);
     return true;

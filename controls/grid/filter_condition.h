@@ -2,7 +2,8 @@
 //
 //     oak          contains the text                  >10  >=10  <10  <=10   numbers, dates or texts in that order
 //     a*  *a*  a?  the whole cell, with wildcards     10..20                 from the first to the second
-//     =oak         the whole cell is the text         ""  =                  is empty
+//     =oak         the whole cell is the text         10..  ..20             numbers and dates from it or up to it
+//                                                     ""  =                  is empty
 //     <>oak        the whole cell is not the text     <>                     is not empty
 //     a|b          one of several
 //
@@ -67,6 +68,8 @@ class CellCondition {
     CellCondition(int dataType, const FilterHelp& help)
         : dataType_(dataType), help_(help), dates_(help.dateFormat, help.dates) {}
     bool AddTerm(TextView sign, const Operand& operand);
+    // Whether an operand is a range: of two values, or open at one end where the other is a number or a date.
+    bool IsRange(const Operand& operand) const;
     bool AddRange(Term& term, const Operand& operand) const;
     void SetOrder(Term& term, Values values, TextView low, bool inclusive, TextView high) const;
     void SetWildcards(Term& term, TextView text) const;

@@ -190,11 +190,18 @@ LRESULT FilterStripWindow::Field::OnMessage(UINT message, WPARAM wParam, LPARAM 
             // A host's dialog loop would take Tab, Enter and Escape otherwise.
             return Default(message, wParam, lParam) | DLGC_WANTALLKEYS;
         case WM_KEYDOWN: {
-            const StripKey key = DecideStripKey(static_cast<int>(wParam), ShiftState());
+            const int keyCode = static_cast<int>(wParam);
+            const StripKey key = DecideStripKey(keyCode, ShiftState());
             dropCharacter_ = key != StripKey::None;
-            if (!dropCharacter_) break;
-            strip_.listener_.FieldKey(strip_.col_, key);
-            return 0;
+            if (dropCharacter_) {
+                strip_.listener_.FieldKey(strip_.col_, key);
+                return 0;
+            }
+            const LifeWatch alive = Watch();
+            const bool known = strip_.listener_.OtherKey(keyCode, ShiftState());
+            if (alive.Alive()) dropCharacter_ = known;
+            if (known) return 0;
+            break;
         }
         case WM_CHAR:
             if (std::exchange(dropCharacter_, false)) return 0;

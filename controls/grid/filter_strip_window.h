@@ -27,6 +27,8 @@ class FilterStripListener {
     // The user has typed something and then waited, or has left the field.
     virtual void FieldTyped(int col, const Text& text) = 0;
     virtual void FieldKey(int col, StripKey key) = 0;
+    // Executes a key that has nothing to do with the fields; false for one that the listener does not know.
+    virtual bool OtherKey(int keyCode, int shift) = 0;
     virtual void FieldClicked(int col) = 0;
     // The wheel was turned over the strip.
     virtual void StripWheel(UINT message, WPARAM wParam, LPARAM lParam) = 0;

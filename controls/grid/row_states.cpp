@@ -96,6 +96,15 @@ RowId RowStates::CheckedId(int row) const {
     return grid_.IdOf(row);
 }
 
+int RowStates::NextChanged(int row) const {
+    if (row < 0 || row >= std::max(grid_.Rows(), 1)) flexgrid::RefuseRow();
+    for (int next = std::max(row + 1, grid_.FixedRows()); next < grid_.Rows(); ++next) {
+        const RowId id = grid_.IdOf(next);
+        if (IsAdded(id) ? !IsEmpty(next) : rows_.originals.Find(id) && Of(next) != RowState::unchanged) return next;
+    }
+    return 0;
+}
+
 RowState RowStates::Of(int row) const {
     const RowId id = CheckedId(row);
     if (IsAdded(id)) return RowState::added;
@@ -112,6 +121,7 @@ RowState RowStates::Of(int row) const {
 }
 
 bool RowStates::IsMarked(int row) const {
+    if (row == state_.editRow && edit_ == state_.editNumber && state_.committing != edit_) return editedMarked_;
     const RowState state = Of(row);
     return state == RowState::changed || (state == RowState::added && !IsEmpty(row));
 }
@@ -167,6 +177,12 @@ const std::shared_ptr<RowOriginal>& RowStates::OriginalOf(RowId row, const RowVi
 }
 
 void RowStates::CellsChange(RowId row, const RowView& cells, int firstCol, int count) {
+    if (EditIsOpen(state_) && edit_ != state_.editNumber) {
+        const bool there = state_.editRow >= grid_.FixedRows() && state_.editRow < grid_.Rows();
+        const bool marked = there && IsMarked(state_.editRow);
+        edit_ = state_.editNumber;
+        editedMarked_ = marked;
+    }
     if (loading_ == 0 && firstCol + count > FirstColumn() && !IsAdded(row)) OriginalOf(row, cells);
 }
 

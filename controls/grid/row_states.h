@@ -55,7 +55,11 @@ class RowStates final : public flexgrid::RowWatch {
     // A row without any original text is no record: it is unchanged while it is empty, and new with a text in it.
     // Throws 30009 for a row that is no data row.
     [[gnu::cold]] RowState Of(int row) const;
-    // Whether the row's changes are worth a mark: a new row without text is not yet anything.
+    // Returns the first row after this one that is new or changed, 0 for none. New rows without text are left out. Throws
+    // 30009 for a row that the grid does not have.
+    [[gnu::cold]] int NextChanged(int row) const;
+    // Whether the row's changes are worth a mark: a new row without text is not yet anything. While an edit is open,
+    // its row is marked as it was before, since only the editor has the text.
     bool IsMarked(int row) const;
     // Whether a row has no text that could be part of a record.
     [[gnu::cold]] bool IsEmpty(int row) const;
@@ -109,6 +113,8 @@ class RowStates final : public flexgrid::RowWatch {
     mutable Rows rows_;
     std::size_t leaving_ = 0;  // rows that are about to be removed, for whose originals there is room
     int loading_ = 0;
+    int edit_ = 0;               // the last edit that has taken a text out of its cell
+    bool editedMarked_ = false;  // whether its row had a mark before
     bool on_ = false;
 };
 

@@ -85,6 +85,12 @@ TEST_F(ComboGridFilter, TypingFiltersAndKeysGoThroughTheFields) {
     EXPECT_FALSE(form.Frame());
     EXPECT_EQ("pear/Apple/pineapple/plum/", form.Column(F::name));
     EXPECT_EQ("", form.Log()) << "nothing can be done to rows that nobody sees";
+    Put(form.grid.get(), L"FindBar", {Variant(true)});
+    Press('L', {VK_CONTROL, VK_SHIFT});
+    ASSERT_EQ(Field(), GetFocus());
+    Press('F', {VK_CONTROL});
+    EXPECT_TRUE(GetFocus() != Field() && GetFocus() != form.InnerGrid()) << "in the bar";
+    Press(VK_ESCAPE);
     Put(form.grid.get(), L"FilterRow", {Variant(false)});
     EXPECT_FALSE(Strip());
     EXPECT_TRUE(form.Press('L', {VK_CONTROL, VK_SHIFT}));

@@ -159,6 +159,25 @@ TEST_F(RowStatesTest, AcceptsWhatTheRowsAre) {
     EXPECT_EQ("u3 u1 u2 n u4 ", Seen());
 }
 
+// An edit takes the text out of its cell.
+TEST_F(RowStatesTest, MarksARowAsBeforeWhileAnEditIsOpen) {
+    for (const bool marked : {false, true}) {
+        if (marked) Edit(1, 2, u"x");
+        state.editRow = state.editCol = 1;
+        state.committing = 0;
+        ++state.editNumber;
+        grid.SetTextMatrix(1, 1, {});
+        EXPECT_EQ(marked, states.IsMarked(1));
+        EXPECT_FALSE(states.IsMarked(2));
+        state.committing = state.editNumber;
+        grid.SetTextMatrix(1, 1, u"new");
+        EXPECT_TRUE(states.IsMarked(1));
+        grid.SetTextMatrix(1, 1, u"a");
+        state.editRow = state.editCol = -1;
+        EXPECT_EQ(marked, states.IsMarked(1));
+    }
+}
+
 TEST_F(RowStatesTest, TakesARowWithoutTextForNoRecord) {
     grid.SetRows(1);
     grid.SetRows(2);
@@ -242,6 +261,8 @@ TEST_F(RowStatesTest, RefusesCellsThatItDoesNotHave) {
     const std::pair<std::function<void()>, int> calls[] = {
         {[&] { states.Of(0); }, errors::invalidRowValue},
         {[&] { states.Of(3); }, errors::invalidRowValue},
+        {[&] { states.NextChanged(3); }, errors::invalidRowValue},
+        {[&] { states.NextChanged(-1); }, errors::invalidRowValue},
         {[&] { states.OriginalText(0, 1); }, errors::invalidRowValue},
         {[&] { states.OriginalText(1, 4); }, errors::invalidColValue},
         {[&] { states.OriginalText(1, -1); }, errors::invalidColValue},
@@ -368,6 +389,8 @@ TEST_F(RowStatesTest, AgreesWithTheRowsAfterAnything) {
                                       : found->second.first == textsOf(r) ? RowState::unchanged
                                                                           : RowState::changed;
             ASSERT_EQ(expected, states.Of(r)) << "step " << step << ", row " << r;
+            const bool counts = expected != RowState::unchanged && !states.IsEmpty(r);
+            ASSERT_EQ(counts || expected == RowState::changed, states.NextChanged(r - 1) == r) << "step " << step;
             if (expected == RowState::added) continue;
             gone.erase(found->first);
             EXPECT_EQ(found->second.second, states.RecordNumber(r));
