@@ -285,13 +285,11 @@ class Applying {
         }
     }
 
-    // Writes the texts that the user has changed into the current record, and reads what it contains then. What only
-    // others have changed stays as they left it, even where a conflict is overwritten.
+    // Writes the texts that differ into the current record, and reads what it contains then.
     [[gnu::cold]] void Fill(Work& work, const std::vector<Text>& current) {
         try {
             for (std::size_t i = 0; i < fields_.size(); ++i)
-                if (work.after[i] != current[i] && (work.kind == Work::Kind::add || work.after[i] != work.before[i]))
-                    target_.SetValue(fields_[i].number, work.after[i]);
+                if (work.after[i] != current[i]) target_.SetValue(fields_[i].number, work.after[i]);
             target_.Update();
         } catch (...) {
             Tried([&] { target_.CancelUpdate(); });

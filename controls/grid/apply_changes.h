@@ -55,9 +55,8 @@ enum class ConflictAnswer { keep, overwrite, cancel };
 // by the number that the record had when it was loaded. An emptied row counts as deleted, and a new one without text is
 // left out.
 //
-// Everything is examined before anything is written. Each field that differs from the row's original is a conflict; where
-// it is overwritten, the fields that the row has changed are written, and the others stay as they are. An overwritten
-// record that does not exist any more is added again. After a cancelled conflict the result is 0. A
+// Everything is examined before anything is written. Each field that differs from the row's original is a conflict; an
+// overwritten record that does not exist any more is added again. After a cancelled conflict the result is 0. A
 // conflict that is kept raises error 30020, unknown key fields 380, and other errors are passed on; whatever was
 // written until then is undone, by the transaction or one by one, and the rows keep their states.
 int ApplyChanges(flexgrid::Grid& grid, RowStates& states, const FieldMap& map, RecordTarget& target, TextView keyFields,

@@ -55,8 +55,8 @@ class RowStates final : public flexgrid::RowWatch {
     // A row without any original text is no record: it is unchanged while it is empty, and new with a text in it.
     // Throws 30009 for a row that is no data row.
     [[gnu::cold]] RowState Of(int row) const;
-    // Returns the first row after this one that is new or changed, 0 for none. New rows without text are left out. Throws
-    // 30009 for a row that the grid does not have.
+    // Returns the first row after this one that is new or changed, 0 for none. New rows without text are left out.
+    // Throws 30009 for a row that the grid does not have.
     [[gnu::cold]] int NextChanged(int row) const;
     // Whether the row's changes are worth a mark: a new row without text is not yet anything. While an edit is open,
     // its row is marked as it was before, since only the editor has the text.
