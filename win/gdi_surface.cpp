@@ -238,10 +238,8 @@ void GdiSurface::DrawCellText(TextView text, Point origin, const Rect& area, con
 }
 
 void GdiSurface::DrawPicture(const Picture& picture, const Rect& area) {
-    if (const auto* drawable = dynamic_cast<const GdiPicture*>(&picture)) {
-        const SavedDc saved(dc_);
-        drawable->Draw(dc_, area);
-    }
+    const SavedDc saved(dc_);
+    GdiPicture::Of(picture).Draw(dc_, area);
 }
 
 void GdiSurface::FrameRoundRect(const Rect& area, Size corner, OleColor color) {

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <ocidl.h>
+
 #include <optional>
 #include <vector>
 
@@ -20,11 +22,15 @@ inline Rect FromRECT(const RECT& r) {
     return {static_cast<int>(r.left), static_cast<int>(r.top), static_cast<int>(r.right), static_cast<int>(r.bottom)};
 }
 
-// A picture that GDI can draw. Every picture passed to a GdiSurface must be one.
+// A picture that GDI can draw. Every picture on Windows is one, since nothing else draws there.
 class GdiPicture : public Picture {
   public:
+    static const GdiPicture& Of(const Picture& picture) { return static_cast<const GdiPicture&>(picture); }
+
     // Draws the picture scaled to the area; parts of the picture may be transparent.
     virtual void Draw(HDC dc, const Rect& area) const = 0;
+    // Returns the host's object for the picture with a reference for the caller; null for none.
+    virtual IPictureDisp* Object() const { return nullptr; }
 };
 
 // Draws on a device context that it does not own, and restores it at the end. Between calls, it keeps the last font and

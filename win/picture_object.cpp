@@ -13,12 +13,7 @@ PictureObject::PictureObject(IUnknown* picture) : picture_(Query<IPicture>(pictu
     }
 }
 
-IPictureDisp* PictureObject::Get() const { return picture_.As<IPictureDisp>().detach(); }
-
-IPictureDisp* PictureObject::Get(const Picture* picture) {
-    const auto* object = dynamic_cast<const PictureObject*>(picture);
-    return object ? object->Get() : nullptr;
-}
+IPictureDisp* PictureObject::Object() const { return picture_.As<IPictureDisp>().detach(); }
 
 Size PictureObject::PixelSize(Dpi dpi) const {
     OLE_XSIZE_HIMETRIC width = 0;

@@ -17,13 +17,10 @@ class PictureObject final : public GdiPicture {
     explicit PictureObject(IUnknown* picture);
 
     bool Empty() const { return !picture_; }
-    // Returns the object with a reference for the caller; null when empty.
-    IPictureDisp* Get() const;
-    // Does the same for a picture of any kind; null for null and for one of another kind.
-    static IPictureDisp* Get(const Picture* picture);
 
     Size PixelSize(Dpi dpi) const override;
     void Draw(HDC dc, const Rect& area) const override;
+    IPictureDisp* Object() const override;
 
   private:
     ComPtr<IPicture> picture_;

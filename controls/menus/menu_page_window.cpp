@@ -72,7 +72,8 @@ std::vector<KeyedPicture> MenuPageWindow::Pictures() const {
     std::vector<KeyedPicture> pictures;
     for (std::size_t i = 0; i < keys_.size(); ++i) {
         const auto* format = grid_.Model().FormatOf(static_cast<int>(i) + 1, pictureColumn);
-        IPictureDisp* picture = format ? PictureObject::Get(format->picture.get()) : nullptr;
+        const Picture* shown = format ? format->picture.get() : nullptr;
+        IPictureDisp* picture = shown ? GdiPicture::Of(*shown).Object() : nullptr;
         if (picture) pictures.push_back({keys_[i], ComPtr<IPictureDisp>::Adopt(picture)});
     }
     return pictures;

@@ -177,7 +177,7 @@ class FlexGridObject final
     STDMETHODIMP get_CellPicture(IPictureDisp** result) override {
         return Give(result, [&] {
             const auto picture = Model().CellPicture();
-            return PictureObject::Get(picture.get());
+            return picture ? GdiPicture::Of(*picture).Object() : nullptr;
         });
     }
     STDMETHODIMP put_CellPicture(IPictureDisp* value) override { return putref_CellPicture(value); }
