@@ -85,13 +85,14 @@ struct Times {
     int windows = 0;  // in the form, all levels
 };
 
+BOOL CALLBACK CountWindow(HWND, LPARAM counted) {
+    ++*reinterpret_cast<int*>(counted);
+    return TRUE;
+}
+
 int CountWindows(HWND form) {
     int count = 0;
-    const auto one = [](HWND, LPARAM counted) -> BOOL {
-        ++*reinterpret_cast<int*>(counted);
-        return TRUE;
-    };
-    EnumChildWindows(form, one, reinterpret_cast<LPARAM>(&count));
+    EnumChildWindows(form, &CountWindow, reinterpret_cast<LPARAM>(&count));
     return count;
 }
 
