@@ -1,15 +1,17 @@
 #include "controls/grid/cell_formats.h"
 
+#include <utility>
+
 #include "controls/grid/caption_list.h"
 #include "controls/grid/column_lists.h"
 #include "controls/grid/date_column.h"
 
 namespace qvx::grid {
 
-void CellFormats::Refresh(const NumberSigns& signs, const DateSettings& dates) {
+void CellFormats::Refresh(NumberSigns signs, DateSettings dates) noexcept {
     Forget();
-    signs_ = signs;
-    dates_ = dates;
+    signs_ = std::move(signs);
+    dates_ = std::move(dates);
 }
 
 // Captions are compared each time, because hosts change them like any other text.
@@ -20,9 +22,9 @@ const CellFormats::Known& CellFormats::Find(int col) const {
     Text scratch;
     const TextView caption = grid_.Rows() > 0 ? grid_.Cell(0, col).AsWide(scratch) : TextView();
     if (!known.sought || known.caption != caption) {
-        known.caption = caption;
         known.format = TextForCaption(state_.columnFormats, caption);
         known.kind = KindOfFormat(known.format);
+        known.caption = caption;
         known.sought = true;
     }
     return known;

@@ -21,7 +21,7 @@ class CellFormats final : public flexgrid::CellTexts {
     // To be called after ColumnFormats has changed.
     void Forget() { known_.clear(); }
     // Does the same, and sets the user's settings.
-    void Refresh(const NumberSigns& signs, const DateSettings& dates);
+    void Refresh(NumberSigns signs, DateSettings dates) noexcept;
 
     // Returns the format of a column; "" for none. Of several formats for a caption, the first one counts.
     TextView FormatOf(int col) const;

@@ -49,10 +49,13 @@ Text EntryGrid::FooterText(int col) {
 
 void EntryGrid::SetColumnFormats(TextView formats) {
     CheckCaptionList(formats);
-    state_.columnFormats = formats;
-    formats_.Refresh(SystemNumberSigns(), SystemDateSettings());
+    NumberSigns signs = SystemNumberSigns();
+    DateSettings dates = SystemDateSettings();
+    TentativeValue value(state_.columnFormats, Text(formats));
     Model().ShowTexts(formats.empty() ? nullptr : &formats_);
     if (!state_.footer.empty()) window_->ShowFooter(&totals_);
+    formats_.Refresh(std::move(signs), std::move(dates));
+    value.Done();
 }
 
 void EntryGrid::ColumnDropped(int col, int position) {
