@@ -11,11 +11,11 @@ set(QVX_BUSY_COMPONENTS archivers)
 # So are rules, except for those that go through many cells or bytes.
 set(QVX_BUSY_RULES archivers common drawing flexgrid grid)
 # Their sources that wait for the user rather than go through cells; the server optimises them for size.
-set(QVX_CALM_RULES accessible_events accessible_view binding button_steps caption_list cell_formats cell_step column_drag
-  column_draft column_index column_order column_settings context_menu copied_cells date_column editor_placement
-  filter_condition filter_strip find_bar_layout find_keys footer format_string host_verdicts lifecycle list_arrows
-  navigation number_format page_layout paint_dragging projection resizing row_commands row_filter scrolling tab_way
-  user_layout)
+set(QVX_CALM_RULES accessible_events accessible_view binding button_steps caption_list cell_formats cell_step
+  column_draft column_drag column_index column_order column_settings context_menu copied_cells date_column
+  editor_placement filter_condition filter_strip find_bar_layout find_keys footer format_string host_verdicts
+  lifecycle list_arrows navigation number_format page_layout paint_dragging projection resizing row_commands
+  row_filter scrolling sort_mark tab_way user_layout)
 list(JOIN QVX_CALM_RULES "|" QVX_CALM_RULES)
 set(QVX_CALM_RULES "/(controls/grid|widgets/flexgrid)/(${QVX_CALM_RULES})[.]cpp$")
 

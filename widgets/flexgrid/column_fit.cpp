@@ -6,6 +6,7 @@
 
 #include "common/widest_texts.h"
 #include "widgets/flexgrid/paint.h"
+#include "widgets/flexgrid/sort_mark.h"
 #include "widgets/flexgrid/text_metrics.h"
 
 namespace qvx::flexgrid {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <optional>
 
-#include "common/number_text.h"
 #include "common/text_direction.h"
 #include "widgets/flexgrid/paint_dragging.h"
+#include "widgets/flexgrid/sort_mark.h"
 
 namespace qvx::flexgrid {
 
@@ -29,41 +29,6 @@ Rect TextRoom(const Grid& grid, const Rect& area, bool fixed) {
     const bool mirrored = grid.RightToLeft();
     return {area.left + across + (mirrored ? line : 0), area.top + down, area.right - across - (mirrored ? 0 : line),
             area.bottom - line - down};
-}
-
-// Whether the cell is a header with the mark of a sorted column.
-bool ShowsSortMark(const Grid& grid, int row, int col) {
-    return row == 0 && grid.FixedRows() > 0 && grid.SortPlace(col) > 0;
-}
-
-// The mark of a sorted column: an arrow, and the column's place where there are several of them, at the end of the
-// header that text runs towards.
-struct SortMarkLayout {
-    FontSpec font;
-    Text number;  // "" without one
-    int height;   // of the arrow, whose width is twice that less 1
-    int gap;      // around the arrow
-    int numberWidth = 0;
-    int Arrow() const { return 2 * height - 1; }
-    int Width() const { return gap + Arrow() + gap + numberWidth; }
-};
-
-SortMarkLayout LayOutSortMark(const Grid& grid, Surface& surface, int row, int col) {
-    constexpr double numberSize = 0.8;
-    const Dpi dpi = surface.Resolution();
-    SortMarkLayout mark{grid.FontOf(row, col), {}, Scaled(4, dpi.x), Scaled(3, dpi.x)};
-    bool several = false;
-    for (int other = 0; other < grid.Cols(); ++other) {
-        several = several || (other != col && grid.SortPlace(other) > 0);
-    }
-    if (several) {
-        mark.font.points *= numberSize;
-        mark.number = IntegerToText(grid.SortPlace(col));
-        constexpr unsigned format = text_format::singleLine | text_format::noPrefix;
-        mark.numberWidth = surface.MeasureText(mark.number, mark.font, 0, format).width;
-        mark.numberWidth += Scaled(1, dpi.x);
-    }
-    return mark;
 }
 
 // Splits the end that text runs towards off a cell's area.
@@ -569,10 +534,6 @@ Rect ButtonArea(const Grid& grid, const View& view, int row, int col) {
         return {};
     }
     return SplitEnd(inside, view.buttonWidth, grid.RightToLeft());
-}
-
-int SortMarkWidth(const Grid& grid, Surface& surface, int row, int col) {
-    return ShowsSortMark(grid, row, col) ? LayOutSortMark(grid, surface, row, col).Width() : 0;
 }
 
 bool IsCut(const Grid& grid, const View& view, Surface& surface, int row, int col) {

@@ -18,9 +18,6 @@ Rect InsideLines(const Grid& grid, const Rect& area, bool fixed);
 // not twice as wide as the button has none.
 Rect ButtonArea(const Grid& grid, const View& view, int row, int col);
 
-// Returns the room that the mark of a sorted column takes in a header; 0 without one.
-int SortMarkWidth(const Grid& grid, Surface& surface, int row, int col);
-
 // Whether a cell's text does not fit into its cell and is cut off.
 bool IsCut(const Grid& grid, const View& view, Surface& surface, int row, int col);
 
