@@ -71,9 +71,7 @@ void AboutDialog::Run(HWND owner) {
     ShowWindow(Handle(), SW_SHOW);
     RunModalLoop(
         modal, [this] { return !closed_ && Handle(); }, [](const MSG&) { return false; });
-    modal.End();
-    Destroy();
-    modal.RestoreFocus();
+    modal.Close(*this);
 }
 
 void AboutDialog::Close() {

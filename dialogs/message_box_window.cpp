@@ -225,10 +225,8 @@ bool MessageBoxWindow::Run(HWND owner, const MessageRequest& request) {
     }
     RunModalLoop(
         modal, [this] { return !closed_ && Handle(); }, [this](const MSG& message) { return BeforeDispatch(message); });
-    modal.End();
     modal_ = nullptr;
-    Destroy();
-    modal.RestoreFocus();
+    modal.Close(*this);
     return result_;
 }
 

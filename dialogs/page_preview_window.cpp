@@ -178,10 +178,8 @@ bool PagePreviewWindow::Run(HWND owner, const Text& title) {
     SetFocus(buttons_[1].Handle());
     RunModalLoop(
         modal, [this] { return !closed_ && Handle(); }, [this](const MSG& message) { return BeforeDispatch(message); });
-    modal.End();
     modal_ = nullptr;
-    Destroy();
-    modal.RestoreFocus();
+    modal.Close(*this);
     return print_;
 }
 

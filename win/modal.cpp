@@ -90,6 +90,12 @@ bool ModalScope::Drops(const MSG& message) {
     }
 }
 
+void ModalScope::Close(Window& dialog) {
+    End();
+    dialog.Destroy();
+    RestoreFocus();
+}
+
 void RunModalLoop(ModalScope& modal, const std::function<bool()>& running,
                   const std::function<bool(const MSG&)>& filter) {
     MSG message{};

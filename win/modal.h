@@ -8,6 +8,7 @@
 
 #include "common/geometry.h"
 #include "common/held_keys.h"
+#include "win/window.h"
 
 namespace qvx {
 
@@ -25,7 +26,9 @@ class ModalScope {
     ModalScope& operator=(const ModalScope&) = delete;
     // Enables the windows again; a second call does nothing.
     void End();
-    // To be called after the dialog has been destroyed.
+    // Ends the scope, destroys the dialog and restores the focus, in the order that this needs.
+    void Close(Window& dialog);
+    // To be called after the dialog has been destroyed or hidden.
     void RestoreFocus() const;
     // Whether a message of the dialog is to be dropped: the repeat of a key that did not go down in it.
     bool Drops(const MSG& message);

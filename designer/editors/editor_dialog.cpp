@@ -52,9 +52,7 @@ bool EditorDialog::Ask(HWND owner) {
             byLabel_ = false;
             return Handle() && (TranslateKey(copy) || IsDialogMessageW(Handle(), &copy));
         });
-    modal.End();
-    Destroy();
-    modal.RestoreFocus();
+    modal.Close(*this);
     return accepted_;
 }
 
