@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Turns the benchmarks' lines (work, rows, peer, value or "cut", runs; separated by tabs) into a Markdown report.
+"""Turns the benchmarks' lines (work, rows, peer, value or "cut", runs, samples; separated by tabs) into a Markdown report.
 
     bench/report.py RESULTS... > report.md
 
@@ -62,12 +62,12 @@ def read(paths):
     for path in paths:
         with open(path, encoding="utf-8") as lines:
             rows = [line.rstrip("\r\n").split("\t") for line in lines]
-        kind = "windows" if any(len(r) == 5 and r[2].startswith("List view") for r in rows) else "native"
+        kind = "windows" if any(len(r) >= 5 and r[2].startswith("List view") for r in rows) else "native"
         table = tables[kind]
         for row in rows:
-            if len(row) != 5:
+            if len(row) < 5:
                 continue
-            work, count, peer, value, runs = row
+            work, count, peer, value, runs = row[:5]
             entry = (None, float(runs)) if value == "cut" else (float(value), int(runs))
             table.setdefault(work, {}).setdefault(int(count), {})[peer] = entry
     return tables["native"], tables["windows"]

@@ -156,9 +156,8 @@ class DataWorks {
             bench::ReportCut(work.c_str(), rows_, Peer::Name(), estimate_[work]);
             return;
         }
-        const double median = Median(times.values);
-        last_[work] = {rows_, median};
-        bench::Report(work.c_str(), rows_, Peer::Name(), median, times.values.size());
+        last_[work] = {rows_, Median(times.values)};
+        bench::Report(work.c_str(), rows_, Peer::Name(), times.values);
     }
 
     double limit_;

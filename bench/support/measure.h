@@ -69,9 +69,12 @@ inline void CheckSameWork(bool same, const char* peer, const char* work) {
     std::exit(1);
 }
 
-// Prints one line of results, with tabs between columns; see bench/report.py.
-inline void Report(const char* work, std::size_t rows, const std::string& peer, double value, std::size_t runs) {
-    std::printf("%s\t%zu\t%s\t%.9g\t%zu\n", work, rows, peer.c_str(), value, runs);
+// Prints one line of results, with tabs between columns; see bench/report.py. The last column has every sample, in the
+// order in which they were taken, so that two runs can be compared by more than their medians.
+inline void Report(const char* work, std::size_t rows, const std::string& peer, const std::vector<double>& samples) {
+    std::printf("%s\t%zu\t%s\t%.9g\t%zu\t", work, rows, peer.c_str(), Median(samples), samples.size());
+    for (std::size_t i = 0; i < samples.size(); ++i) std::printf(i == 0 ? "%.9g" : ",%.9g", samples[i]);
+    std::puts("");
     std::fflush(stdout);
 }
 

@@ -43,9 +43,9 @@ void RunPaintWorks() {
         scroll.push_back(FramesPerSecond(*screen, 1000 * run + 500, false));
         if (loading.Seconds() > 20) break;  // too slow to be worth five runs
     }
-    Report("first_frame", paintRows, Screen::Name(), Median(first), first.size());
-    Report("frames", paintRows, Screen::Name(), Median(frames), frames.size());
-    Report("scroll", paintRows, Screen::Name(), Median(scroll), scroll.size());
+    Report("first_frame", paintRows, Screen::Name(), first);
+    Report("frames", paintRows, Screen::Name(), frames);
+    Report("scroll", paintRows, Screen::Name(), scroll);
 }
 
 }  // namespace qvx::bench

@@ -108,7 +108,7 @@ void RunRecordWorks(const Options& options) {
                 ReportCut(works[work], rows, Peer::Name(), last[work] * (work == 2 ? 100 : 10));
             } else {
                 last[work] = Median(times[work]);
-                Report(works[work], rows, Peer::Name(), last[work], times[work].size());
+                Report(works[work], rows, Peer::Name(), times[work]);
             }
         }
     }
