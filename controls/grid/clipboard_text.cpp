@@ -1,6 +1,7 @@
 #include "controls/grid/clipboard_text.h"
 
 #include <algorithm>
+#include <bit>
 #include <iterator>
 #include <utility>
 
@@ -51,21 +52,14 @@ Text ClipboardWriter::Take() {
 
 // ---- Reading -------------------------------------------------------------------------------------------------------
 
-ClipboardCells::ClipboardCells(TextView text, char16_t separator) : text_(text), separator_(separator) {
+ClipboardCells::ClipboardCells(TextView text, char16_t separator)
+    : text_(text), separator_(separator), endsCell_(separator, u'\r', u'\n') {
     std::size_t at = 0;
     do {
         starts_.push_back(at);
-        // This count is used only if no cell begins with a quote.
         std::size_t cells = 1;
-        std::size_t end = at;
-        bool quoted = false;
-        for (char16_t before = separator; end < text.size(); before = text[end++]) {
-            const char16_t c = text[end];
-            quoted = c == quote && before == separator;
-            if (quoted || (EndsCell(c) && c != separator)) break;
-            cells += c == separator ? 1 : 0;
-        }
-        if (quoted) {
+        const std::size_t end = EndOfPlainRow(at, cells);
+        if (end < text.size() && text[end] == quote) {
             at = TakeRow(at);
             cells = cells_.size();
         } else {
@@ -73,6 +67,20 @@ ClipboardCells::ClipboardCells(TextView text, char16_t separator) : text_(text),
         }
         cols_ = std::max(cols_, cells);
     } while (at < text.size());
+}
+
+// Returns where the row at `at` ends, or the first quote in it, and adds the separators before that to `cells`.
+std::size_t ClipboardCells::EndOfPlainRow(std::size_t at, std::size_t& cells) const {
+    const ScannedFor stops(u'\r', u'\n', quote);
+    const ScannedFor separator(separator_, separator_, separator_);
+    for (; at + ScannedFor::width <= text_.size(); at += ScannedFor::width) {
+        const unsigned stop = stops.Among(text_.data() + at);
+        const unsigned separators = separator.Among(text_.data() + at);
+        cells += static_cast<std::size_t>(std::popcount(separators & (stop - 1) & ~stop));
+        if (stop != 0) return at + static_cast<std::size_t>(std::countr_zero(stop));
+    }
+    for (; at < text_.size() && !stops.Is(text_[at]); ++at) cells += text_[at] == separator_ ? 1 : 0;
+    return at;
 }
 
 // Parses the row at `at` and returns where the next row begins.
@@ -86,10 +94,9 @@ std::size_t ClipboardCells::TakeRow(std::size_t at) const {
 
 TextView ClipboardCells::TakeCell(std::size_t& at) const {
     if (TextView cell; at < text_.size() && text_[at] == quote && TakeQuoted(at, cell)) return cell;
-    const TextView rest = text_.substr(at);
-    const auto end = std::find_if(rest.begin(), rest.end(), [this](char16_t c) { return EndsCell(c); });
-    at += static_cast<std::size_t>(end - rest.begin());
-    return {rest.begin(), end};
+    const std::size_t begin = at;
+    at = endsCell_.Find(text_, at);
+    return text_.substr(begin, at - begin);
 }
 
 // The scan for a missing closing quote ends at the next quote that is not doubled, so that no part of the text is
@@ -104,7 +111,7 @@ bool ClipboardCells::TakeQuoted(std::size_t& at, TextView& cell) const {
         if (end + 1 >= text_.size() || text_[end + 1] != quote) break;
         doubled = true;
     }
-    if (end + 1 < text_.size() && !EndsCell(text_[end + 1])) return false;
+    if (end + 1 < text_.size() && !endsCell_.Is(text_[end + 1])) return false;
     at = end + 1;
     cell = text_.substr(begin, end - begin);
     if (!doubled) return true;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common/text.h"
+#include "common/text_scan.h"
 
 namespace qvx::grid {
 
@@ -54,15 +55,15 @@ class ClipboardCells {
     std::size_t Cols() const { return cols_; }
 
   private:
+    std::size_t EndOfPlainRow(std::size_t at, std::size_t& cells) const;
     std::size_t TakeRow(std::size_t at) const;
     TextView TakeCell(std::size_t& at) const;
     // Takes a cell that begins with a quote; false when the quote is not special.
     bool TakeQuoted(std::size_t& at, TextView& cell) const;
 
-    bool EndsCell(char16_t c) const { return c == separator_ || c == u'\r' || c == u'\n'; }
-
     TextView text_;
     char16_t separator_;
+    ScannedFor endsCell_;
     std::vector<std::size_t> starts_;  // of the rows
     std::size_t cols_ = 0;
     mutable std::vector<TextView> cells_;  // of the row that was read last

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "common/latin1.h"
+
 namespace qvx::grid {
 
 KeptRows KeepRows(const flexgrid::Grid& grid, int at, int count) {
@@ -48,35 +50,19 @@ class EditStep::Writer {
         at_ = std::copy(cell.Latin1().begin(), cell.Latin1().end(), at_);
     }
     void Add(TextView text) {
-        unsigned all = 0;
-        if (text.size() < oneByteSizes) {  // and one byte a character, which is nearly always so
-            std::uint8_t* to = at_ + 1;
-            for (const char16_t c : text) {
-                all |= c;
-                *to++ = static_cast<std::uint8_t>(c);
-            }
-            if (all <= 0xFF) {
-                *at_ = static_cast<std::uint8_t>(2 * text.size());
-                at_ = to;
-                return;
-            }
+        std::uint8_t* const begin = at_;
+        PutSize(text.size(), false);
+        if (NarrowTo(text.data(), text.size(), at_)) {
+            at_ += text.size();
+            return;
         }
-        for (const char16_t c : text) all |= c;
-        const bool wide = all > 0xFF;
-        PutSize(text.size(), wide);
-        if (wide) {
-            std::memcpy(at_, text.data(), text.size() * sizeof(char16_t));
-            at_ += text.size() * sizeof(char16_t);
-        } else {
-            std::uint8_t* to = at_;  // the compiler must assume that a byte written through at_ changes at_ itself
-            for (const char16_t c : text) *to++ = static_cast<std::uint8_t>(c);
-            at_ = to;
-        }
+        at_ = begin;
+        PutSize(text.size(), true);
+        std::memcpy(at_, text.data(), text.size() * sizeof(char16_t));
+        at_ += text.size() * sizeof(char16_t);
     }
 
   private:
-    static constexpr std::size_t oneByteSizes = 0x80 / 2;
-
     void PutSize(std::size_t size, bool wide) {
         std::uint64_t left = std::uint64_t{size} * 2 + (wide ? 1 : 0);
         for (; left >= 0x80; left >>= 7) *at_++ = static_cast<std::uint8_t>(left | 0x80);
@@ -105,7 +91,7 @@ void EditStep::Reader::AppendNext(Text& text) {
     if (wide) {
         std::memcpy(text.data() + old, at_, size * sizeof(char16_t));
     } else {
-        std::copy_n(at_, size, text.data() + old);
+        WidenTo(at_, size, text.data() + old);
     }
     at_ += wide ? size * sizeof(char16_t) : size;
 }

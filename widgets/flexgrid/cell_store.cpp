@@ -6,7 +6,9 @@
 #include <new>
 #include <optional>
 
+#include "common/latin1.h"
 #include "common/run_time_error.h"
+#include "common/text_scan.h"
 
 namespace qvx::flexgrid {
 
@@ -168,9 +170,9 @@ void CellStore::InsertRow(int at, TextView item, int cols) {
 int CellStore::InsertBlock(int at, TextView block, int cols, int most) {
     // Removes the first row from the block.
     const auto takeRow = [](TextView& rest) {
-        const std::size_t end = rest.find_first_of(u"\r\n", 0, 2);
+        const std::size_t end = ScannedFor(u'\r', u'\n', u'\n').Find(rest, 0);
         const TextView row = rest.substr(0, end);
-        if (end == TextView::npos) {
+        if (end == rest.size()) {
             rest = {};
         } else {
             const bool pair = rest[end] == u'\r' && end + 1 < rest.size() && rest[end + 1] == u'\n';
@@ -298,15 +300,13 @@ std::optional<std::size_t> BuildShort(const RowView& old, std::size_t first, std
     bytes[0] = record::widthCode<std::uint8_t>;
     bytes[1] = static_cast<std::uint8_t>(count);
     std::uint8_t* to = std::copy_n(oldText, start, ends + count);
-    unsigned bits = 0;
+    bool latin1 = true;
     for (const TextView text : texts) {
-        for (const char16_t unit : text) {
-            bits |= unit;
-            *to++ = static_cast<std::uint8_t>(unit);
-        }
+        latin1 = NarrowTo(text.data(), text.size(), to) && latin1;
+        to += text.size();
     }
     std::copy(oldText + oldEnd(behind), oldText + oldEnd(oldCount), to);
-    return bits <= 0xFF ? std::optional(2 + count + characters) : std::nullopt;
+    return latin1 ? std::optional(2 + count + characters) : std::nullopt;
 }
 
 }  // namespace

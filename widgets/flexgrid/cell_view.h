@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "common/latin1.h"
 #include "common/text.h"
 
 namespace qvx::flexgrid {
@@ -53,7 +54,7 @@ class CellView {
     // Writes Size() characters; returns where they end.
     char16_t* CopyTo(char16_t* to) const {
         return wide_ ? std::copy_n(static_cast<const char16_t*>(data_), size_, to)
-                     : std::copy_n(static_cast<const std::uint8_t*>(data_), size_, to);
+                     : WidenTo(static_cast<const std::uint8_t*>(data_), size_, to);
     }
     // Returns the text as UTF-16, widened into `scratch` if necessary.
     TextView AsWide(Text& scratch) const {

@@ -43,8 +43,7 @@ std::span<const std::uint8_t> RecordBuilder::Build(std::span<const CellView> cel
         if (!wide && cell.IsLatin1()) {
             std::copy(cell.Latin1().begin(), cell.Latin1().end(), bytes + start + end);
         } else if (!wide) {
-            std::transform(cell.Wide().begin(), cell.Wide().end(), bytes + start + end,
-                           [](char16_t unit) { return static_cast<std::uint8_t>(unit); });
+            (void)NarrowTo(cell.Wide().data(), cell.Size(), bytes + start + end);
         } else {
             auto* units = reinterpret_cast<char16_t*>(bytes + start) + end;
             for (std::size_t c = 0; c < cell.Size(); ++c) {

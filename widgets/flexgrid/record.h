@@ -17,6 +17,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/latin1.h"
 #include "common/text.h"
 #include "widgets/flexgrid/cell_view.h"
 
@@ -233,12 +234,7 @@ inline ShortCellEdit::ShortCellEdit(const RowView& row, int col, TextView text)
     if (characters_ - (end_ - start_) + size_ > longest || count_ > longest || (size_ == 0 && col_ + 1 == count_)) {
         return;
     }
-    unsigned bits = 0;
-    for (std::size_t i = 0; i < size_; ++i) {
-        bits |= text[i];
-        text_[i] = static_cast<std::uint8_t>(text[i]);
-    }
-    possible_ = bits <= 0xFF;
+    possible_ = NarrowTo(text.data(), size_, text_);
 }
 
 inline void ShortCellEdit::Apply(std::uint8_t* record) const noexcept {
