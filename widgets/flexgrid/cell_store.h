@@ -6,6 +6,8 @@
 // except SetColumn.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -38,8 +40,18 @@ class CellStore {
     void ForEachRow(int first, int last, Visit&& visit) const {
         int row = first;
         order_.ForEachLeaf(first, last, [&](std::span<const RowId> ids) {
-            for (const RowId id : ids) {
-                visit(row++, ViewOf(id));
+            // The way to a record leads through three tables. It is gone for several rows ahead, so that the processor
+            // has the next records at hand whatever it has to wait for in this one.
+            while (!ids.empty()) {
+                const std::uint8_t* records[64];
+                const std::size_t count = std::min(std::size(records), ids.size());
+                for (std::size_t i = 0; i < count; ++i) {
+                    records[i] = ViewOf(ids[i]).Data();
+                }
+                for (std::size_t i = 0; i < count; ++i) {
+                    visit(row++, RowView(records[i]));
+                }
+                ids = ids.subspan(count);
             }
         });
     }
