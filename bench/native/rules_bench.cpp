@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "bench/support/data_works.h"
+#include "bench/support/floor_peer.h"
 #include "bench/support/paste_works.h"
 #include "bench/support/record_works.h"
 #include "bench/support/rules_peer.h"
@@ -118,6 +119,7 @@ class ArraysPeer {
 
 int main(int argc, char** argv) {
     const qvx::bench::Options options(argc, argv);
+    qvx::bench::RunDataWorks<qvx::bench::FloorPeer>(options);
     qvx::bench::RunDataWorks<qvx::bench::RulesPeer>(options);
     qvx::bench::RunDataWorks<qvx::bench::RulesOneByOnePeer>(options);
     qvx::bench::RunDataWorks<qvx::bench::ArraysPeer>(options);
