@@ -76,17 +76,16 @@ void EditHistory::CellChanged(std::uint64_t structure, int row, int col, TextVie
     try {
         const Group group(*this);
         if (!Follow() || structure != version_ || after == before) return;
-        Text scratch;
-        Pending().AddCell(row, col, flexgrid::CellView(before.data(), before.size()), after.AsWide(scratch));
+        Pending().AddCell(row, col, flexgrid::CellView(before.data(), before.size()), after);
     } catch (const std::bad_alloc&) {
         Clear();
     }
 }
 
 void EditHistory::CellsChanged(std::uint64_t structure, int row, int col, const flexgrid::RowView& before,
-                               std::span<const TextView> after) {
+                               const flexgrid::RowView& after, int count) {
     const Group group(*this);
-    if (Follow() && structure == version_) Pending().AddCells(row, col, before, after);
+    if (Follow() && structure == version_) Pending().AddCells(row, col, before, after, count);
 }
 
 void EditHistory::OrderRows(int first, std::vector<std::uint32_t> rows, std::span<const flexgrid::SortMark> marks) {

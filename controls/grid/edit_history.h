@@ -70,9 +70,10 @@ class EditHistory {
     void CellChanged(std::uint64_t structure, int row, int col, TextView before, TextView after) noexcept {
         CellChanged(structure, row, col, before, flexgrid::CellView(after.data(), after.size()));
     }
-    // Records that adjacent cells of a row, from column `col` on, are about to get new texts. May throw std::bad_alloc.
+    // Records that `count` adjacent cells of the row `before`, from column `col` on, are about to get the texts of the
+    // first cells of another row. May throw std::bad_alloc.
     void CellsChanged(std::uint64_t structure, int row, int col, const flexgrid::RowView& before,
-                      std::span<const TextView> after);
+                      const flexgrid::RowView& after, int count);
     // Executes and records `change`, which inserts rows before row `at` and changes nothing else in the grid's rows and
     // columns. What it throws is passed on. It is not executed if there is no memory to record it.
     template <class Change>

@@ -1,9 +1,6 @@
 #include "controls/grid/edit_step.h"
 
 #include <algorithm>
-#include <cstring>
-
-#include "common/latin1.h"
 
 namespace qvx::grid {
 
@@ -22,112 +19,45 @@ KeptRows KeepRows(const flexgrid::Grid& grid, int at, int count) {
     return kept;
 }
 
-// ---- Packing -------------------------------------------------------------------------------------------------------
+// ---- Recording -----------------------------------------------------------------------------------------------------
 
-// A text is stored as twice its size, plus one if it takes two bytes a character, with seven bits in each byte, the
-// lowest first; the eighth bit is set when more bytes follow. The characters come after it.
+flexgrid::Arena::Address EditStep::Keep(std::span<const std::uint8_t> record) {
+    if (record.empty()) return 0;
+    const flexgrid::Arena::Address address = records_.Allocate(record.size());
+    std::copy(record.begin(), record.end(), records_.At(address));
+    return address;
+}
 
-class EditStep::Writer {
-  public:
-    // Reserves room for `texts` texts of `characters` characters in all.
-    Writer(std::vector<std::uint8_t>& bytes, std::size_t texts, std::size_t characters)
-        : bytes_(bytes), old_(bytes.size()) {
-        constexpr std::size_t sizeBytes = 5;
-        bytes_.resize(old_ + texts * sizeBytes + characters * sizeof(char16_t));
-        at_ = bytes_.data() + old_;
-    }
-    ~Writer() { bytes_.resize(static_cast<std::size_t>(at_ - bytes_.data())); }
-    Writer(const Writer&) = delete;
-    Writer& operator=(const Writer&) = delete;
+void EditStep::AddCell(int row, int col, flexgrid::CellView before, flexgrid::CellView after) {
+    const auto old = Keep(builder_.FromCells({&before, 1}));
+    changes_.push_back({Kind::cells, row, col, 1, old, Keep(builder_.FromCells({&after, 1}))});
+}
 
-    std::size_t Position() const { return static_cast<std::size_t>(at_ - bytes_.data()); }
-    void Add(flexgrid::CellView cell) {
-        if (!cell.IsLatin1()) {
-            Add(cell.Wide());
-            return;
+void EditStep::AddCells(int row, int col, const flexgrid::RowView& before, const flexgrid::RowView& after, int count) {
+    const auto differs = [&](int cell) { return !(before[col + cell] == after[cell]); };
+    for (int cell = 0; cell < count;) {
+        const int first = cell;
+        while (cell < count && differs(cell)) ++cell;
+        if (const int changed = cell - first; changed > 0) {
+            const auto old = Keep(builder_.FromPart(before, col + first, changed));
+            const auto fresh = Keep(builder_.FromPart(after, first, changed));
+            changes_.push_back({Kind::cells, row, col + first, changed, old, fresh});
+        } else {
+            ++cell;
         }
-        PutSize(cell.Size(), false);
-        at_ = std::copy(cell.Latin1().begin(), cell.Latin1().end(), at_);
     }
-    void Add(TextView text) {
-        std::uint8_t* const begin = at_;
-        PutSize(text.size(), false);
-        if (NarrowTo(text.data(), text.size(), at_)) {
-            at_ += text.size();
-            return;
+}
+
+std::size_t EditStep::FirstAdjacent(std::size_t change) const {
+    for (; change > 0; --change) {
+        const Change& left = changes_[change - 1];
+        const Change& right = changes_[change];
+        if (left.kind != Kind::cells || right.kind != Kind::cells || left.row != right.row ||
+            left.col + left.count != right.col) {
+            break;
         }
-        at_ = begin;
-        PutSize(text.size(), true);
-        std::memcpy(at_, text.data(), text.size() * sizeof(char16_t));
-        at_ += text.size() * sizeof(char16_t);
     }
-
-  private:
-    void PutSize(std::size_t size, bool wide) {
-        std::uint64_t left = std::uint64_t{size} * 2 + (wide ? 1 : 0);
-        for (; left >= 0x80; left >>= 7) *at_++ = static_cast<std::uint8_t>(left | 0x80);
-        *at_++ = static_cast<std::uint8_t>(left);
-    }
-
-    std::vector<std::uint8_t>& bytes_;
-    std::size_t old_;
-    std::uint8_t* at_ = nullptr;
-};
-
-std::size_t EditStep::Reader::TakeSize(bool& wide) {
-    std::uint64_t value = 0;
-    unsigned shift = 0;
-    for (; (*at_ & 0x80) != 0; ++at_, shift += 7) value |= std::uint64_t{*at_ & 0x7FU} << shift;
-    value |= std::uint64_t{*at_++} << shift;
-    wide = (value & 1) != 0;
-    return static_cast<std::size_t>(value / 2);
-}
-
-void EditStep::Reader::AppendNext(Text& text) {
-    bool wide = false;
-    const std::size_t size = TakeSize(wide);
-    const std::size_t old = text.size();
-    text.resize(old + size);
-    if (wide) {
-        std::memcpy(text.data() + old, at_, size * sizeof(char16_t));
-    } else {
-        WidenTo(at_, size, text.data() + old);
-    }
-    at_ += wide ? size * sizeof(char16_t) : size;
-}
-
-void EditStep::Reader::Skip() {
-    bool wide = false;
-    const std::size_t size = TakeSize(wide);
-    at_ += wide ? size * sizeof(char16_t) : size;
-}
-
-void EditStep::AddCellTexts(Writer& writer, int row, int col, flexgrid::CellView before, TextView after) {
-    Change* last = changes_.empty() ? nullptr : &changes_.back();
-    if (last && last->kind == Kind::cells && last->row == row && last->col + last->count == col) {
-        ++last->count;
-    } else {
-        changes_.push_back({Kind::cells, row, col, 1, writer.Position()});
-    }
-    writer.Add(before);
-    writer.Add(after);
-}
-
-void EditStep::AddCell(int row, int col, flexgrid::CellView before, TextView after) {
-    Writer writer(bytes_, 2, before.Size() + after.size());
-    AddCellTexts(writer, row, col, before, after);
-}
-
-void EditStep::AddCells(int row, int col, const flexgrid::RowView& before, std::span<const TextView> after) {
-    std::size_t characters = 0;
-    for (std::size_t i = 0; i < after.size(); ++i)
-        characters += before[col + static_cast<int>(i)].Size() + after[i].size();
-    Writer writer(bytes_, 2 * after.size(), characters);
-    for (const TextView text : after) {
-        const flexgrid::CellView cell = before[col];
-        if (!(cell == text)) AddCellTexts(writer, row, col, cell, text);
-        ++col;
-    }
+    return change;
 }
 
 void EditStep::ReserveChange() {
@@ -138,25 +68,25 @@ void EditStep::ReserveChange() {
 }
 
 void EditStep::AddRowsInserted(int at, int count) {
-    changes_.push_back({Kind::rowsInserted, at, 0, count, 0});
+    changes_.push_back({Kind::rowsInserted, at, 0, count});
     rowsChanged_ = true;
 }
 
 void EditStep::AddRowsRemoved(int at, KeptRows rows) {
     const auto count = static_cast<int>(rows.rows.size());
     kept_.push_back(std::move(rows));
-    changes_.push_back({Kind::rowsRemoved, at, 0, count, 0});
+    changes_.push_back({Kind::rowsRemoved, at, 0, count});
     rowsChanged_ = true;
 }
 
 void EditStep::AddRowsOrdered(int first, std::vector<std::uint32_t> rows, std::vector<flexgrid::SortMark> marks) {
     const auto count = static_cast<int>(rows.size());
     orders_.push_back({std::move(rows), std::move(marks)});
-    changes_.push_back({Kind::rowsOrdered, first, 0, count, 0});
+    changes_.push_back({Kind::rowsOrdered, first, 0, count});
     rowsChanged_ = true;
 }
 
-void EditStep::AddColumnMoved(int from, int to) { changes_.push_back({Kind::columnMoved, 0, from, to, 0}); }
+void EditStep::AddColumnMoved(int from, int to) { changes_.push_back({Kind::columnMoved, 0, from, to}); }
 
 std::optional<EditStep::ColumnMove> EditStep::MovedColumn() const {
     if (changes_.size() != 1 || changes_.front().kind != Kind::columnMoved) return std::nullopt;
@@ -164,7 +94,7 @@ std::optional<EditStep::ColumnMove> EditStep::MovedColumn() const {
 }
 
 std::size_t EditStep::Characters() const {
-    std::size_t characters = (bytes_.size() + changes_.size() * sizeof(Change)) / sizeof(char16_t);
+    std::size_t characters = (records_.Used() + changes_.size() * sizeof(Change)) / sizeof(char16_t);
     for (const KeptRows& rows : kept_) characters += rows.Characters();
     for (const KeptOrder& order : orders_)
         characters += (order.rows.size() * sizeof(std::uint32_t) + order.marks.size() * sizeof(flexgrid::SortMark)) /
@@ -190,25 +120,11 @@ void EditStep::RevertCells(flexgrid::Grid& grid, const Change& change, EditStep&
     // Cells can be missing only after an earlier fault; nothing is ever written outside the grid.
     const int count = std::min(change.count, grid.Cols() - change.col);
     if (change.row >= grid.Rows() || count <= 0) return;
-    Text all;
-    std::vector<std::size_t> ends;
-    ends.reserve(static_cast<std::size_t>(count));
-    Reader reader(*this, change);
-    for (int cell = 0; cell < count; ++cell) {
-        reader.AppendNext(all);
-        reader.Skip();
-        ends.push_back(all.size());
-    }
-    std::vector<TextView> texts;
-    texts.reserve(ends.size());
-    std::size_t begin = 0;
-    for (const std::size_t end : ends) {
-        texts.push_back(TextView(all).substr(begin, end - begin));
-        begin = end;
-    }
-    grid.ForEachRow(change.row, change.row,
-                    [&](int row, const flexgrid::RowView& cells) { made.AddCells(row, change.col, cells, texts); });
-    grid.SetTexts(change.row, change.col, texts);
+    const flexgrid::RowView old = KeptCells(change.before);
+    grid.ForEachRow(change.row, change.row, [&](int row, const flexgrid::RowView& cells) {
+        made.AddCells(row, change.col, cells, old, count);
+    });
+    grid.SetCells(change.row, change.col, old, count);
 }
 
 KeptRows EditStep::TakeRows(flexgrid::Grid& grid, int at, int count) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common/text.h"
+#include "widgets/flexgrid/arena.h"
 #include "widgets/flexgrid/grid.h"
 
 namespace qvx::grid {
@@ -29,13 +30,14 @@ struct KeptRows {
 // Copies rows `at` to `at + count - 1`, as far as they exist.
 KeptRows KeepRows(const flexgrid::Grid& grid, int at, int count);
 
-// Changes in the order in which they happened, packed: adjacent cells are one change, and their texts are stored one
-// after the other as bytes, with one byte a character where that is enough.
+// Changes in the order in which they happened. The texts of adjacent cells are packed like a row of the grid, those
+// from before and those from afterwards.
 class EditStep {
   public:
-    void AddCell(int row, int col, flexgrid::CellView before, TextView after);
-    // Adds adjacent cells of one row at once, from column `col` on; those whose text stays the same are omitted.
-    void AddCells(int row, int col, const flexgrid::RowView& before, std::span<const TextView> after);
+    void AddCell(int row, int col, flexgrid::CellView before, flexgrid::CellView after);
+    // Adds `count` adjacent cells of one row at once, from column `col` on: `before` is the whole row, `after` has
+    // their new texts from its first cell on. Those whose text stays the same are omitted.
+    void AddCells(int row, int col, const flexgrid::RowView& before, const flexgrid::RowView& after, int count);
     // Reserves memory, so that adding the next change of rows needs none.
     void ReserveChange();
     void AddRowsInserted(int at, int count);
@@ -82,24 +84,19 @@ class EditStep {
     struct Change {
         Kind kind;
         int row;
-        int col;            // of the first cell, or that which has moved
-        int count;          // of cells or rows, or the column's new number
-        std::size_t texts;  // where the cells' texts begin: before and after for each cell
+        int col;    // of the first cell, or that which has moved
+        int count;  // of cells or rows, or the column's new number
+        // The cells' records; 0 for empty cells.
+        flexgrid::Arena::Address before = 0;
+        flexgrid::Arena::Address after = 0;
     };
-    // Reads texts from the bytes one after the other.
-    class Reader {
-      public:
-        Reader(const EditStep& step, const Change& change) : at_(step.bytes_.data() + change.texts) {}
-        void AppendNext(Text& text);
-        void Skip();
 
-      private:
-        std::size_t TakeSize(bool& wide);
-        const std::uint8_t* at_;
-    };
-    class Writer;
-
-    void AddCellTexts(Writer& writer, int row, int col, flexgrid::CellView before, TextView after);
+    flexgrid::Arena::Address Keep(std::span<const std::uint8_t> record);
+    flexgrid::RowView KeptCells(flexgrid::Arena::Address address) const {
+        return flexgrid::RowView(address == 0 ? nullptr : records_.At(address));
+    }
+    // Returns the first of the changes of adjacent cells, from left to right, that end with this one.
+    std::size_t FirstAdjacent(std::size_t change) const;
     void RevertCells(flexgrid::Grid& grid, const Change& change, EditStep& made) const;
     static KeptRows TakeRows(flexgrid::Grid& grid, int at, int count);
     static void PutRows(flexgrid::Grid& grid, int at, const KeptRows& rows);
@@ -107,7 +104,8 @@ class EditStep {
     static void PutOrder(flexgrid::Grid& grid, int first, const KeptOrder& order, EditStep& made);
 
     std::vector<Change> changes_;
-    std::vector<std::uint8_t> bytes_;
+    flexgrid::Arena records_;
+    flexgrid::RecordBuilder builder_;
     std::vector<KeptRows> kept_;
     std::vector<KeptOrder> orders_;
     bool rowsChanged_ = false;
@@ -117,17 +115,21 @@ template <class Visit>
 void EditStep::ForEachCell(bool backwards, Visit visit) const {
     Text before;
     Text after;
-    for (std::size_t i = 0; i < changes_.size(); ++i) {
-        const Change& change = backwards ? changes_[changes_.size() - 1 - i] : changes_[i];
-        if (change.kind != Kind::cells) continue;
-        Reader reader(*this, change);
-        for (int cell = 0; cell < change.count; ++cell) {
-            before.clear();
-            after.clear();
-            reader.AppendNext(before);
-            reader.AppendNext(after);
-            visit(change.row, change.col + cell, TextView(before), TextView(after));
-        }
+    const auto visitChange = [&](const Change& change) {
+        if (change.kind != Kind::cells) return;
+        const flexgrid::RowView old = KeptCells(change.before);
+        const flexgrid::RowView fresh = KeptCells(change.after);
+        for (int cell = 0; cell < change.count; ++cell)
+            visit(change.row, change.col + cell, old[cell].AsWide(before), fresh[cell].AsWide(after));
+    };
+    if (!backwards) {
+        for (const Change& change : changes_) visitChange(change);
+        return;
+    }
+    for (std::size_t end = changes_.size(); end > 0;) {
+        const std::size_t first = FirstAdjacent(end - 1);
+        for (std::size_t i = first; i < end; ++i) visitChange(changes_[i]);
+        end = first;
     }
 }
 
@@ -136,12 +138,15 @@ EditStep EditStep::Revert(flexgrid::Grid& grid, Go go) const {
     EditStep made;
     std::size_t kept = kept_.size();
     std::size_t orders = orders_.size();
-    for (std::size_t left = changes_.size(); left > 0; --left) {
-        const Change& change = changes_[left - 1];
+    for (std::size_t left = changes_.size(); left > 0;) {
+        const std::size_t first = FirstAdjacent(left - 1);
+        const Change& change = changes_[first];
         if (change.kind == Kind::cells) {
-            RevertCells(grid, change, made);
+            for (std::size_t i = first; i < left; ++i) RevertCells(grid, changes_[i], made);
+            left = first;
             continue;
         }
+        --left;
         if (change.kind == Kind::columnMoved) {
             PutColumn(grid, change, made);
         } else if (change.kind == Kind::rowsInserted) {

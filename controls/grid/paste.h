@@ -47,6 +47,10 @@ struct ColumnRules {
     bool listOnly = false;
     int cleaning = noCleaning;
     int maxLength = 0;  // in UTF-16 units; 0 for no limit
+
+    // Whether a text goes into its cells as it is.
+    bool CleansNothing() const { return !listOnly && cleaning == noCleaning && maxLength <= 0; }
+    bool TakesAll() const { return !refuses && CleansNothing(); }
 };
 // Returns the rules of a column. Raises the grid's errors for a column that it does not have.
 ColumnRules RulesOf(const flexgrid::Grid& grid, const ControlState& state, int col);
@@ -89,6 +93,11 @@ class CellRectangle {
     // Returns the texts of a row of the target, from its first column on; a short row leaves the rest of the cells
     // unchanged.
     std::span<const TextView> Row(int row) const;
+    // Returns the same as the pasted text has it, with tabs between the cells and possibly with more cells than the
+    // target, where it does not need to be parsed.
+    std::optional<TextView> PlainRow(int row) const {
+        return cells_ ? cells_->PlainRow(static_cast<std::size_t>(row - target_.top)) : std::nullopt;
+    }
 
   private:
     static constexpr int none = -1;
@@ -127,13 +136,15 @@ class CellWriter {
     void Write(const CellRectangle& rectangle);
 
   private:
-    // Calls write(row, texts) for the rows that the rectangle reaches.
-    template <class WriteTexts>
-    void ForEachRow(const CellRectangle& rectangle, WriteTexts write) const;
+    // Calls write(row, source) for the rows that the rectangle reaches; `source` is the row of the rectangle.
+    template <class WriteSource>
+    void ForEachRow(const CellRectangle& rectangle, WriteSource write) const;
     // Returns the number of rows that the grid lacks for it.
     int MissingRows(const CellRectangle& rectangle) const;
     bool Exists(int row, int col) const { return row < grid_.Rows() && col < grid_.Cols(); }
     void WriteCell(int row, int col, TextView given);
+    // Writes `count` adjacent cells of a row to the first ones of another row, and records that.
+    void PutCells(int row, int col, const flexgrid::RowView& cells, int count);
     // Returns whether a cell was reached.
     bool WriteRow(int row, int left, std::span<const TextView> given, const std::vector<ColumnRules>& rules);
 
@@ -145,16 +156,17 @@ class CellWriter {
     Changed changed_;
     std::vector<Text> cleaned_;  // of the row being written; a member to reuse its memory
     std::vector<TextView> texts_;
+    flexgrid::RecordBuilder builder_;
 };
 
 template <ChangeEvents Events>
-template <class WriteTexts>
-void CellWriter<Events>::ForEachRow(const CellRectangle& rectangle, WriteTexts write) const {
+template <class WriteSource>
+void CellWriter<Events>::ForEachRow(const CellRectangle& rectangle, WriteSource write) const {
     const flexgrid::CellRange& target = rectangle.Target();
     int source = target.top;
     for (int row = target.top; source <= target.bottom && row < grid_.Rows(); ++row) {
         const bool filtered = grid_.RowFiltered(row);
-        if (!filtered) write(row, rectangle.Row(source));
+        if (!filtered) write(row, source);
         if (!filtered || !rectangle.Flows()) ++source;
     }
 }
@@ -180,9 +192,9 @@ void CellWriter<Events>::Write(const CellRectangle& rectangle) {
     if (events_.Listens()) {
         const EditHistory::Group group(history_);
         append();
-        ForEachRow(rectangle, [&](int row, std::span<const TextView> texts) {
+        ForEachRow(rectangle, [&](int row, int source) {
             int col = target.left;
-            for (const TextView text : texts) WriteCell(row, col++, text);
+            for (const TextView text : rectangle.Row(source)) WriteCell(row, col++, text);
         });
         return;
     }
@@ -192,9 +204,19 @@ void CellWriter<Events>::Write(const CellRectangle& rectangle) {
     std::vector<ColumnRules> rules;
     rules.reserve(static_cast<std::size_t>(grid_.Cols()));
     for (int col = 0; col < grid_.Cols(); ++col) rules.push_back(RulesOf(grid_, state_, col));
+    const int right = std::min(target.right, grid_.Cols() - 1);
+    const bool asGiven = target.left <= right && std::all_of(rules.begin() + target.left, rules.begin() + right + 1,
+                                                             [](const ColumnRules& rule) { return rule.TakesAll(); });
     bool reached = false;
-    ForEachRow(rectangle, [&](int row, std::span<const TextView> texts) {
-        reached = WriteRow(row, target.left, texts, rules) || reached;
+    ForEachRow(rectangle, [&](int row, int source) {
+        if (row < grid_.FixedRows()) return;
+        if (const auto plain = asGiven ? rectangle.PlainRow(source) : std::nullopt) {
+            const flexgrid::RowView cells(builder_.FromItem(*plain, right - target.left + 1));
+            PutCells(row, target.left, cells, builder_.ItemCells());
+            reached = true;
+        } else {
+            reached = WriteRow(row, target.left, rectangle.Row(source), rules) || reached;
+        }
     });
     whole.Commit();
     state_.changed = state_.changed || reached;
@@ -224,9 +246,16 @@ void CellWriter<Events>::WriteCell(int row, int col, TextView given) {
 }
 
 template <ChangeEvents Events>
+void CellWriter<Events>::PutCells(int row, int col, const flexgrid::RowView& cells, int count) {
+    grid_.ForEachRow(row, row, [&](int, const flexgrid::RowView& before) {
+        history_.CellsChanged(grid_.StructureVersion(), row, col, before, cells, count);
+    });
+    grid_.SetCells(row, col, cells, count);
+}
+
+template <ChangeEvents Events>
 bool CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> given,
                                   const std::vector<ColumnRules>& rules) {
-    if (row < grid_.FixedRows()) return false;
     given = given.first(std::min(given.size(), static_cast<std::size_t>(grid_.Cols() - left)));
     cleaned_.resize(std::max(cleaned_.size(), given.size()));
     int first = left;
@@ -234,10 +263,7 @@ bool CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> g
     texts_.clear();
     const auto writeRun = [&] {
         if (texts_.empty()) return;
-        grid_.ForEachRow(row, row, [&](int, const flexgrid::RowView& cells) {
-            history_.CellsChanged(grid_.StructureVersion(), row, first, cells, texts_);
-        });
-        grid_.SetTexts(row, first, texts_);
+        PutCells(row, first, flexgrid::RowView(builder_.FromTexts(texts_)), static_cast<int>(texts_.size()));
         reached = true;
         texts_.clear();
     };
@@ -249,7 +275,7 @@ bool CellWriter<Events>::WriteRow(int row, int left, std::span<const TextView> g
             continue;
         }
         TextView text = given[i];
-        if (rule.listOnly || rule.cleaning != noCleaning || rule.maxLength > 0) {
+        if (!rule.CleansNothing()) {
             cleaned_[i] = TextFor(rule, col, text, grid_.TextMatrix(row, col), state_, sources_);
             text = cleaned_[i];
         }

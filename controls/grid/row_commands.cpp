@@ -45,12 +45,13 @@ int DeleteRow(flexgrid::Grid& grid, const ControlState& state, EditHistory& hist
         return row;
     }
     const int first = grid.FixedCols();
-    const std::vector<TextView> empty(static_cast<std::size_t>(std::max(grid.Cols() - first, 0)));
+    const flexgrid::RowView empty(nullptr);
+    const int count = std::max(grid.Cols() - first, 0);
     EditHistory::WholeGroup whole(history, flexgrid::Grid::AllOrNothing::Reach::texts);
     grid.ForEachRow(lastDataRow, lastDataRow, [&](int, const flexgrid::RowView& cells) {
-        history.CellsChanged(grid.StructureVersion(), lastDataRow, first, cells, empty);
+        history.CellsChanged(grid.StructureVersion(), lastDataRow, first, cells, empty, count);
     });
-    grid.SetTexts(lastDataRow, first, empty);
+    grid.SetCells(lastDataRow, first, empty, count);
     whole.Commit();
     return lastDataRow;
 }

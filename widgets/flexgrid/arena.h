@@ -64,7 +64,7 @@ class Arena {
     static constexpr std::size_t wordSize = 4;
     static constexpr std::size_t blockSize = wordSize << blockBits;
     // The first block doubles from firstBlockSize on, and later grows by firstBlockStep.
-    static constexpr std::size_t firstBlockSize = 1024;
+    static constexpr std::size_t firstBlockSize = 64;
     static constexpr std::size_t firstBlockStep = 16'384;
 
     struct Free {

@@ -249,94 +249,37 @@ void CellStore::MoveRow(int from, int to) {
 
 // ---- Texts ---------------------------------------------------------------------------------------------------------
 
-namespace {
-
-constexpr std::size_t longestShort = 255;
-
-// Builds the record of a row in which adjacent cells get other texts, in one pass where the row is short and in Latin-1
-// before and afterwards. Returns its size, 0 when the row is left without text; nullopt for other rows.
-std::optional<std::size_t> BuildShort(const RowView& old, std::size_t first, std::span<const TextView> texts,
-                                      std::uint8_t* bytes) {
-    if (old.Data() && !old.IsShort()) {
-        return std::nullopt;
-    }
-    constexpr static std::uint8_t noCells[2]{};
-    const std::uint8_t* const data = old.Data() ? old.Data() : noCells;
-    const std::size_t oldCount = data[1];
-    const std::uint8_t* const oldEnds = data + 2;
-    const std::uint8_t* const oldText = oldEnds + oldCount;
-    const auto oldEnd = [&](std::size_t cells) -> std::size_t {
-        cells = std::min(cells, oldCount);
-        return cells == 0 ? 0 : oldEnds[cells - 1];
-    };
-    const std::size_t behind = first + texts.size();
-    const std::size_t start = oldEnd(first);
-    std::size_t count = std::max(oldCount, behind);
-    std::size_t characters = start + oldEnd(oldCount) - oldEnd(behind);
-    for (const TextView text : texts) {
-        characters += text.size();
-    }
-    if (characters > longestShort || count > longestShort) {
-        return std::nullopt;
-    }
-    std::uint8_t* const ends = bytes + 2;
-    for (std::size_t i = 0; i < first; ++i) {
-        ends[i] = static_cast<std::uint8_t>(oldEnd(i + 1));
-    }
-    std::size_t end = start;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        end += texts[i].size();
-        ends[first + i] = static_cast<std::uint8_t>(end);
-    }
-    for (std::size_t i = behind; i < oldCount; ++i) {
-        ends[i] = static_cast<std::uint8_t>(oldEnds[i] - oldEnd(behind) + end);
-    }
-    while (count > 0 && ends[count - 1] == (count == 1 ? 0 : ends[count - 2])) {
-        --count;
-    }
-    if (count == 0) {
-        return 0;
-    }
-    bytes[0] = record::widthCode<std::uint8_t>;
-    bytes[1] = static_cast<std::uint8_t>(count);
-    std::uint8_t* to = std::copy_n(oldText, start, ends + count);
-    bool latin1 = true;
-    for (const TextView text : texts) {
-        latin1 = NarrowTo(text.data(), text.size(), to) && latin1;
-        to += text.size();
-    }
-    std::copy(oldText + oldEnd(behind), oldText + oldEnd(oldCount), to);
-    return latin1 ? std::optional(2 + count + characters) : std::nullopt;
-}
-
-}  // namespace
-
-void CellStore::SetCells(int row, int firstCol, std::span<const TextView> texts) {
+void CellStore::SetCells(int row, int firstCol, const RowView& cells, int count) {
     const RowId id = IdAt(row);
     const RowView old = ViewOf(id);
-    observers_.Notify([&](RowFollower& rows) { rows.CellsChange(id, old, firstCol, static_cast<int>(texts.size())); });
-    const auto first = static_cast<std::size_t>(firstCol);
-    std::array<std::uint8_t, 2 + 2 * longestShort> record;
-    if (const auto size = BuildShort(old, first, texts, record.data())) {
-        Store(id, {record.data(), *size});
-        return;
+    observers_.Notify([&](RowFollower& rows) { rows.CellsChange(id, old, firstCol, count); });
+    std::array<std::uint8_t, longestShortRecord> record;
+    if (cells.Count() <= count) {
+        if (const auto size = JoinShort(old, firstCol, firstCol + count, cells, record.data())) {
+            Store(id, {record.data(), *size});
+            return;
+        }
     }
-    cells_.assign(std::max(static_cast<std::size_t>(old.Count()), first + texts.size()), CellView());
+    cells_.assign(static_cast<std::size_t>(std::max(old.Count(), firstCol + count)), CellView());
     for (int col = 0; col < old.Count(); ++col) {
         cells_[static_cast<std::size_t>(col)] = old[col];
     }
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        cells_[first + i] = CellView(texts[i].data(), texts[i].size());
+    for (int i = 0; i < count; ++i) {
+        cells_[static_cast<std::size_t>(firstCol + i)] = cells[i];
     }
     Store(id, builder_.FromCells(cells_));
 }
 
+void CellStore::SetCells(int row, int firstCol, std::span<const TextView> texts) {
+    SetCells(row, firstCol, RowView(given_.FromTexts(texts)), static_cast<int>(texts.size()));
+}
+
 void CellStore::FillCells(int firstRow, int lastRow, int firstCol, int lastCol, TextView text) {
-    const Text kept(text);  // the view may point into the store
-    const std::vector<TextView> texts(static_cast<std::size_t>(lastCol - firstCol + 1), kept);
+    const std::vector<TextView> texts(static_cast<std::size_t>(lastCol - firstCol + 1), text);
+    const RowView cells(given_.FromTexts(texts));
     Batch batch(*this);
     for (int row = firstRow; row <= lastRow; ++row) {
-        SetCells(row, firstCol, texts);
+        SetCells(row, firstCol, cells, static_cast<int>(texts.size()));
     }
     batch.Commit();
 }

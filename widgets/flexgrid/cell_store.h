@@ -115,7 +115,9 @@ class CellStore {
             }
         });
     }
-    // Writes adjacent cells of one row at once.
+    // Writes adjacent cells of one row at once: `count` of them to the first cells of another row, whose record is not
+    // in this store.
+    void SetCells(int row, int firstCol, const RowView& cells, int count);
     void SetCells(int row, int firstCol, std::span<const TextView> texts);
     // Writes the same text into every cell of the range.
     void FillCells(int firstRow, int lastRow, int firstCol, int lastCol, TextView text);
@@ -209,6 +211,7 @@ class CellStore {
     RowId firstFree_ = noRow;
     RowIndex order_;
     RecordBuilder builder_;
+    RecordBuilder given_;          // of the cells that a row is about to get
     std::vector<CellView> cells_;  // cells of the row being written; kept for its memory
     RowObservers observers_;
     std::size_t tidyAt_ = 0;  // dead bytes before the next attempt, after one that found no memory

@@ -119,6 +119,8 @@ class Grid final : public GridLook {
     void SetTextMatrix(int row, int col, TextView text);
     // Writes adjacent cells of one row at once, from column `firstCol` on.
     void SetTexts(int row, int firstCol, std::span<const TextView> texts);
+    // The same, for `count` texts that are the first cells of another row, which is not one of this grid's.
+    void SetCells(int row, int firstCol, const RowView& cells, int count);
     // index = row * Cols + col.
     qvx::Text TextArray(int index) const;
     void SetTextArray(int index, TextView text);
@@ -378,6 +380,8 @@ class Grid final : public GridLook {
     void CheckRow(int row) const;
     void CheckCol(int col) const;
     void CheckCell(int row, int col) const;
+    template <class Write>
+    void WriteCells(int row, int firstCol, std::size_t count, Write write);
     static void CheckCounts(const Shape& shape);
     void MoveCursor(Cursor target);
     void PutCursorBack(const Cursor& to) noexcept;

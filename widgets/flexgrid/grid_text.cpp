@@ -20,15 +20,24 @@ void Grid::SetTextMatrix(int row, int col, TextView text) {
 }
 
 void Grid::SetTexts(int row, int firstCol, std::span<const TextView> texts) {
-    if (texts.empty()) {
+    WriteCells(row, firstCol, texts.size(), [&] { store_.SetCells(row, firstCol, texts); });
+}
+
+void Grid::SetCells(int row, int firstCol, const RowView& cells, int count) {
+    WriteCells(row, firstCol, static_cast<std::size_t>(count), [&] { store_.SetCells(row, firstCol, cells, count); });
+}
+
+template <class Write>
+void Grid::WriteCells(int row, int firstCol, std::size_t count, Write write) {
+    if (count == 0) {
         return;
     }
     CheckCell(row, firstCol);
-    if (texts.size() > static_cast<std::size_t>(Cols() - firstCol)) {
+    if (count > static_cast<std::size_t>(Cols() - firstCol)) {
         RefuseSubscript();
     }
-    store_.SetCells(row, firstCol, texts);
-    NotifyChange(GridChange::texts, {row, firstCol, row, firstCol + static_cast<int>(texts.size()) - 1});
+    write();
+    NotifyChange(GridChange::texts, {row, firstCol, row, firstCol + static_cast<int>(count) - 1});
 }
 
 qvx::Text Grid::TextArray(int index) const {

@@ -25,35 +25,61 @@ std::uint8_t* Bytes(std::vector<std::uint32_t>& words, std::size_t size) {
     return reinterpret_cast<std::uint8_t*>(words.data());
 }
 
+// The parts of a record that is short or that of an empty row.
+struct ShortParts {
+    explicit ShortParts(const RowView& row) {
+        if (const std::uint8_t* const bytes = row.Data()) {
+            count = bytes[1];
+            ends = bytes + 2;
+            text = ends + count;
+        }
+    }
+    // Returns the number of characters of the first cells.
+    std::size_t EndOf(std::size_t cells) const {
+        return cells == 0 || count == 0 ? 0 : ends[std::min(cells, count) - 1];
+    }
+
+    std::size_t count = 0;
+    const std::uint8_t* ends = nullptr;
+    const std::uint8_t* text = nullptr;
+};
+
 }  // namespace
 
+// Returns whether the texts fit the encoding; otherwise the record is not valid.
 template <class Number>
-std::span<const std::uint8_t> RecordBuilder::Build(std::span<const CellView> cells, bool wide, std::size_t characters) {
-    using Layout = record::Layout<Number>;
-    const std::size_t start = Layout::TextStart(cells.size(), wide);
-    const std::size_t size = start + characters * (wide ? 2 : 1);
-    std::uint8_t* bytes = Bytes(buffer_, size);
+bool RecordBuilder::Fill(std::span<const CellView> cells, bool wide, std::size_t size) {
+    std::uint8_t* const bytes = Bytes(buffer_, size);
     auto* numbers = reinterpret_cast<Number*>(bytes);
     numbers[0] = 0;
     bytes[0] = static_cast<std::uint8_t>(record::widthCode<Number> | (wide ? record::wideBit : 0));
     numbers[1] = static_cast<Number>(cells.size());
+    std::uint8_t* const text = bytes + record::Layout<Number>::TextStart(cells.size(), wide);
     std::size_t end = 0;
+    bool fits = true;
     for (std::size_t i = 0; i < cells.size(); ++i) {
         const CellView& cell = cells[i];
-        if (!wide && cell.IsLatin1()) {
-            std::copy(cell.Latin1().begin(), cell.Latin1().end(), bytes + start + end);
-        } else if (!wide) {
-            (void)NarrowTo(cell.Wide().data(), cell.Size(), bytes + start + end);
+        if (wide) {
+            cell.CopyTo(reinterpret_cast<char16_t*>(text) + end);
+        } else if (cell.IsLatin1()) {
+            std::copy(cell.Latin1().begin(), cell.Latin1().end(), text + end);
         } else {
-            auto* units = reinterpret_cast<char16_t*>(bytes + start) + end;
-            for (std::size_t c = 0; c < cell.Size(); ++c) {
-                units[c] = cell[c];
-            }
+            fits = NarrowTo(cell.Wide().data(), cell.Size(), text + end) && fits;
         }
         end += cell.Size();
         numbers[2 + i] = static_cast<Number>(end);
     }
-    return {bytes, size};
+    return fits;
+}
+
+template <class Number>
+std::span<const std::uint8_t> RecordBuilder::Build(std::span<const CellView> cells, std::size_t characters) {
+    std::size_t size = record::Layout<Number>::TextStart(cells.size(), false) + characters;
+    if (!Fill<Number>(cells, false, size)) {
+        size = record::Layout<Number>::TextStart(cells.size(), true) + characters * sizeof(char16_t);
+        Fill<Number>(cells, true, size);
+    }
+    return {reinterpret_cast<const std::uint8_t*>(buffer_.data()), size};
 }
 
 std::span<const std::uint8_t> RecordBuilder::FromCells(std::span<const CellView> cells) {
@@ -64,27 +90,61 @@ std::span<const std::uint8_t> RecordBuilder::FromCells(std::span<const CellView>
         return {};
     }
     std::uint64_t characters = 0;
-    unsigned bits = 0;
     for (const CellView& cell : cells) {
         characters += cell.Size();
-        if (!cell.IsLatin1()) {
-            for (const char16_t unit : cell.Wide()) {
-                bits |= unit;
-            }
-        }
     }
     if (characters > std::numeric_limits<std::int32_t>::max()) {
         throw RunTimeError(errors::outOfMemory, u"Out of memory");
     }
-    const bool wide = bits > 0xFF;
     const std::size_t largest = std::max<std::size_t>(static_cast<std::size_t>(characters), cells.size());
     if (largest <= smallest) {
-        return Build<std::uint8_t>(cells, wide, static_cast<std::size_t>(characters));
+        return Build<std::uint8_t>(cells, static_cast<std::size_t>(characters));
     }
     if (largest <= std::numeric_limits<std::uint16_t>::max()) {
-        return Build<std::uint16_t>(cells, wide, static_cast<std::size_t>(characters));
+        return Build<std::uint16_t>(cells, static_cast<std::size_t>(characters));
     }
-    return Build<std::uint32_t>(cells, wide, static_cast<std::size_t>(characters));
+    return Build<std::uint32_t>(cells, static_cast<std::size_t>(characters));
+}
+
+std::span<const std::uint8_t> RecordBuilder::FromTexts(std::span<const TextView> texts) {
+    cells_.clear();
+    for (const TextView text : texts) {
+        cells_.emplace_back(text.data(), text.size());
+    }
+    return FromCells(cells_);
+}
+
+std::span<const std::uint8_t> RecordBuilder::FromPart(const RowView& row, int first, int count) {
+    const int last = std::min(row.Count(), first + count);
+    if (first == 0 && last == row.Count()) {
+        return {row.Data(), row.Size()};
+    }
+    if (row.IsShort()) {
+        const ShortParts parts(row);
+        const auto begin = static_cast<std::size_t>(first);
+        const std::size_t start = parts.EndOf(begin);
+        std::size_t cells = last > first ? static_cast<std::size_t>(last - first) : 0;
+        while (cells > 0 && parts.EndOf(begin + cells) == parts.EndOf(begin + cells - 1)) {
+            --cells;
+        }
+        if (cells == 0) {
+            return {};
+        }
+        const std::size_t characters = parts.EndOf(begin + cells) - start;
+        std::uint8_t* const bytes = Bytes(buffer_, 2 + cells + characters);
+        bytes[0] = record::widthCode<std::uint8_t>;
+        bytes[1] = static_cast<std::uint8_t>(cells);
+        for (std::size_t i = 0; i < cells; ++i) {
+            bytes[2 + i] = static_cast<std::uint8_t>(parts.ends[begin + i] - start);
+        }
+        std::copy_n(parts.text + start, characters, bytes + 2 + cells);
+        return {bytes, 2 + cells + characters};
+    }
+    cells_.clear();
+    for (int col = first; col < last; ++col) {
+        cells_.push_back(row[col]);
+    }
+    return FromCells(cells_);
 }
 
 // Most rows are short and in Latin-1. Their record is built from the text forwards and from the ends backwards: the
@@ -146,6 +206,7 @@ std::span<const std::uint8_t> RecordBuilder::FromShortItem(TextView item, std::s
         closeCell();
     }
     latin1 = bits <= 0xFF;
+    itemCells_ = count;
     if (!latin1 || textCount == 0) {
         return {};
     }
@@ -161,6 +222,7 @@ std::span<const std::uint8_t> RecordBuilder::FromShortItem(TextView item, std::s
 std::span<const std::uint8_t> RecordBuilder::FromItem(TextView item, int cols) {
     const auto most = static_cast<std::size_t>(cols);
     if (most == 0) {
+        itemCells_ = 0;
         return {};
     }
     if (item.size() < smallest) {
@@ -180,6 +242,7 @@ std::span<const std::uint8_t> RecordBuilder::FromItem(TextView item, int cols) {
         }
         item.remove_prefix(tab + 1);
     }
+    itemCells_ = cells_.size();
     return FromCells(cells_);
 }
 
@@ -191,6 +254,58 @@ std::span<const std::uint8_t> RecordBuilder::WithCell(const RowView& row, int co
     }
     cells_[at] = CellView(text.data(), text.size());
     return FromCells(cells_);
+}
+
+// ---- Joining -------------------------------------------------------------------------------------------------------
+
+std::optional<std::size_t> JoinShort(const RowView& row, int first, int last, const RowView& cells,
+                                     std::uint8_t* bytes) {
+    if ((row.Data() && !row.IsShort()) || (cells.Data() && !cells.IsShort())) {
+        return std::nullopt;
+    }
+    const ShortParts old(row);
+    const ShortParts fresh(cells);
+    const auto begin = static_cast<std::size_t>(first);
+    const auto end = static_cast<std::size_t>(last);
+    const std::size_t start = old.EndOf(begin);
+    const std::size_t cut = old.EndOf(end);
+    const std::size_t characters = old.EndOf(old.count);
+    const std::size_t middle = start + fresh.EndOf(fresh.count);
+    std::size_t count = std::max(old.count, begin + fresh.count);
+    if (old.count <= end) {
+        count = fresh.count > 0 ? begin + fresh.count : std::min(old.count, begin);
+        while (count > 0 && fresh.count == 0 && old.EndOf(count) == old.EndOf(count - 1)) {
+            --count;
+        }
+    }
+    if (count == 0) {
+        return 0;
+    }
+    if (count > smallest || middle + characters - cut > smallest) {
+        return std::nullopt;
+    }
+    bytes[0] = record::widthCode<std::uint8_t>;
+    bytes[1] = static_cast<std::uint8_t>(count);
+    std::uint8_t* const ends = bytes + 2;
+    const std::size_t kept = std::min({begin, old.count, count});
+    std::copy_n(old.ends, kept, ends);
+    const auto fill = [&](std::size_t from, std::size_t to, std::size_t value) {
+        for (; from < to; ++from) {
+            ends[from] = static_cast<std::uint8_t>(value);
+        }
+    };
+    fill(kept, std::min(begin, count), start);
+    for (std::size_t i = 0; i < fresh.count; ++i) {
+        ends[begin + i] = static_cast<std::uint8_t>(start + fresh.ends[i]);
+    }
+    fill(begin + fresh.count, std::min(end, count), middle);
+    for (std::size_t i = end; i < count; ++i) {
+        ends[i] = static_cast<std::uint8_t>(old.ends[i] - cut + middle);
+    }
+    std::uint8_t* text = std::copy_n(old.text, start, ends + count);
+    text = std::copy_n(fresh.text, middle - start, text);
+    std::copy_n(old.text + cut, characters - cut, text);
+    return 2 + count + middle + characters - cut;
 }
 
 std::size_t TruncateRecord(std::uint8_t* bytes, int cols) noexcept {

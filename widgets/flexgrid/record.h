@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -85,6 +86,8 @@ class RowView {
   public:
     // nullptr means a row without text.
     explicit RowView(const std::uint8_t* bytes) : bytes_(bytes) {}
+    // An empty record is that of a row without text.
+    explicit RowView(std::span<const std::uint8_t> record) : bytes_(record.empty() ? nullptr : record.data()) {}
 
     // Returns any column from 0 on; empty after the last that has text.
     CellView operator[](int col) const {
@@ -176,8 +179,13 @@ class RecordBuilder {
     // Builds the record of a row of tab-separated cells, at most `cols` of them. Empty when none has text. Valid until
     // the next call; it need not be aligned.
     std::span<const std::uint8_t> FromItem(TextView item, int cols);
+    // Returns the number of cells of the last such row, empty ones at its end included; at most its `cols`.
+    int ItemCells() const { return static_cast<int>(itemCells_); }
     // Builds the record of these cells.
     std::span<const std::uint8_t> FromCells(std::span<const CellView> cells);
+    std::span<const std::uint8_t> FromTexts(std::span<const TextView> texts);
+    // Builds the record of `count` cells of the row, which become those from column 0 on; of fewer where the row ends.
+    std::span<const std::uint8_t> FromPart(const RowView& row, int first, int count);
     // Builds the record of the same row with another text in column `col`.
     std::span<const std::uint8_t> WithCell(const RowView& row, int col, TextView text);
 
@@ -185,11 +193,15 @@ class RecordBuilder {
     // For rows of fewer than 255 characters; `latin1` is set to whether all characters are Latin-1 and the record is
     // valid.
     std::span<const std::uint8_t> FromShortItem(TextView item, std::size_t most, bool& latin1);
+    // Builds a record in Latin-1 where the texts are, in UTF-16 otherwise.
     template <class Number>
-    std::span<const std::uint8_t> Build(std::span<const CellView> cells, bool wide, std::size_t characters);
+    std::span<const std::uint8_t> Build(std::span<const CellView> cells, std::size_t characters);
+    template <class Number>
+    bool Fill(std::span<const CellView> cells, bool wide, std::size_t size);
 
     std::vector<std::uint32_t> buffer_;  // in words, for alignment
     std::vector<CellView> cells_;
+    std::size_t itemCells_ = 0;
 };
 
 // Changes one cell of a short row in Latin-1 within its record, in place.
@@ -256,6 +268,13 @@ inline void ShortCellEdit::Apply(std::uint8_t* record) const noexcept {
         ends[i] = static_cast<std::uint8_t>(ends[i] + size_ - (end_ - start_));
     }
 }
+
+// Builds the record of a row in which the cells `first` to `last` - 1 are replaced with those of another row, which has
+// no more cells than that. Returns its size in `bytes`, which must have room for longestShortRecord, 0 when the row is
+// left without text; nullopt where one of the three rows is neither short (RowView::IsShort) nor empty.
+inline constexpr std::size_t longestShortRecord = 2 + 2 * 255;
+std::optional<std::size_t> JoinShort(const RowView& row, int first, int last, const RowView& cells,
+                                     std::uint8_t* bytes);
 
 // Cuts a record to its first cells, in place. Returns the size of the rest, 0 when no text is left.
 std::size_t TruncateRecord(std::uint8_t* bytes, int cols) noexcept;

@@ -46,7 +46,7 @@ class RowIndex {
     template <class Use>
     void ForEachLeaf(int first, int last, Use&& use) const {
         while (first <= last) {
-            (void)FindAt(first);
+            (void)At(first);
             const int offset = first - cachedFirst_;
             const int count = std::min(static_cast<int>(cachedCount_) - offset, last - first + 1);
             use(std::span<const RowId>(cachedIds_ + offset, static_cast<std::size_t>(count)));

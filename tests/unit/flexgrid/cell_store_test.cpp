@@ -96,6 +96,57 @@ TEST(Record, ItemsAsTheirCells) {
     }
 }
 
+// Whatever is put into or taken out of a record leaves that of the same cells, byte for byte.
+TEST(Record, JoinsAndPartsAreTheRecordsOfTheirCells) {
+    std::mt19937 random(1);
+    const auto below = [&](std::size_t limit) {
+        return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
+    };
+    const auto cells = [&] {
+        std::vector<Text> row(below(6));
+        for (Text& cell : row) {
+            cell = Text(below(3) == 0 ? below(140) : below(4), below(40) == 0 ? u'\u3042' : u'a');
+        }
+        return row;
+    };
+    const auto exact = [](std::span<const std::uint8_t> record) {
+        return std::vector<std::uint8_t>(record.begin(), record.end());
+    };
+    RecordBuilder ofRow;
+    RecordBuilder ofCells;
+    RecordBuilder ofPart;
+    RecordBuilder expected;
+    std::size_t joined = 0;
+    for (int round = 0; round < 20'000; ++round) {
+        std::vector<Text> row = cells();
+        const std::vector<Text> fresh = cells();
+        const std::size_t first = below(6);
+        const std::size_t count = fresh.size() + below(3);
+        const RowView old(ofRow.FromCells(Views(row)));
+        const RowView given(ofCells.FromCells(Views(fresh)));
+        std::uint8_t bytes[longestShortRecord];
+        const auto size = JoinShort(old, static_cast<int>(first), static_cast<int>(first + count), given, bytes);
+        row.resize(std::max(row.size(), first + count));
+        const std::vector<Text> part(row.begin() + static_cast<std::ptrdiff_t>(first),
+                                     row.begin() + static_cast<std::ptrdiff_t>(first + count));
+        ASSERT_EQ(exact(expected.FromCells(Views(part))),
+                  exact(ofPart.FromPart(old, static_cast<int>(first), static_cast<int>(count))));
+        for (std::size_t i = 0; i < count; ++i) {
+            row[first + i] = i < fresh.size() ? fresh[i] : Text();
+        }
+        const auto whole = expected.FromCells(Views(row));
+        const RowView result(whole);
+        const bool possible = (!old.Data() || old.IsShort()) && (!given.Data() || given.IsShort()) &&
+                              (!result.Data() || result.IsShort());
+        ASSERT_EQ(possible, size.has_value());
+        if (size) {
+            ++joined;
+            ASSERT_EQ(exact(whole), exact({bytes, *size}));
+        }
+    }
+    EXPECT_GT(joined, 5'000u);
+}
+
 // A store copies its records anew by what the arena counts as dead.
 TEST(Arena, KeepsItsRecordsAndCountsThem) {
     struct Record {
