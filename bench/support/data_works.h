@@ -166,8 +166,10 @@ class DataWorks {
     std::map<std::string, double> estimate_;
 };
 
-// Options of every benchmark program: [--rows=N] for the largest table, [--limit=SECONDS] for a single piece of work.
+// Options of every benchmark program: [--rows=N] for the largest table, [--limit=SECONDS] for a single piece of work,
+// [--large-screen] for nothing but the frames in a large window.
 struct Options {
+    bool largeScreen = false;
     std::size_t maxRows = 1'000'000;
     double limit = 30;
 
@@ -175,6 +177,7 @@ struct Options {
         for (int i = 1; i < argc; ++i) {
             const std::string argument = argv[i];
             if (argument.rfind("--rows=", 0) == 0) maxRows = std::stoul(argument.substr(7));
+            if (argument == "--large-screen") largeScreen = true;
             if (argument.rfind("--limit=", 0) == 0) limit = std::stod(argument.substr(8));
         }
     }

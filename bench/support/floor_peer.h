@@ -88,7 +88,8 @@ class FloorPeer {
         used_ = room_ = used;
     }
     std::size_t Rows() { return starts_.size(); }
-    std::string Cell(std::size_t row, std::size_t col) { return std::string(CellAt(starts_[row], col)); }
+    std::string_view CellView(std::size_t row, std::size_t col) const { return CellAt(starts_[row], col); }
+    std::string Cell(std::size_t row, std::size_t col) { return std::string(CellView(row, col)); }
 
   private:
     static constexpr std::size_t chunk = 16;

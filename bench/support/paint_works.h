@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "bench/support/measure.h"
@@ -30,8 +31,9 @@ double FramesPerSecond(Screen& screen, std::size_t firstRow, bool everything) {
     return static_cast<double>(count) / watch.Seconds();
 }
 
+// The works are called first_frame, frames and scroll, with `suffix`.
 template <class Screen>
-void RunPaintWorks() {
+void RunPaintWorks(const std::string& suffix = "") {
     std::vector<double> first;
     std::vector<double> frames;
     std::vector<double> scroll;
@@ -43,9 +45,9 @@ void RunPaintWorks() {
         scroll.push_back(FramesPerSecond(*screen, 1000 * run + 500, false));
         if (loading.Seconds() > 20) break;  // too slow to be worth five runs
     }
-    Report("first_frame", paintRows, Screen::Name(), first);
-    Report("frames", paintRows, Screen::Name(), frames);
-    Report("scroll", paintRows, Screen::Name(), scroll);
+    Report(("first_frame" + suffix).c_str(), paintRows, Screen::Name(), first);
+    Report(("frames" + suffix).c_str(), paintRows, Screen::Name(), frames);
+    Report(("scroll" + suffix).c_str(), paintRows, Screen::Name(), scroll);
 }
 
 }  // namespace qvx::bench

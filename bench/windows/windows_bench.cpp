@@ -13,10 +13,10 @@
 #include "bench/support/paint_works.h"
 #include "bench/support/rules_peer.h"
 #include "bench/windows/list_view.h"
+#include "bench/windows/screens.h"
 #include "com/bstr.h"
 #include "com/pointer.h"
 #include "common/numeric_reading.h"
-#include "widgets/flexgrid/flexgrid_window.h"
 
 namespace qvx::bench {
 namespace {
@@ -226,108 +226,6 @@ class ListViewPeer {
     ListView list_{ownerData, false, paintWidth, paintHeight, paintColumnWidth};
 };
 
-// ---- On the screen -------------------------------------------------------------------------------------------------
-
-void HandleMessages() {
-    MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
-    }
-}
-
-// When this returns, all drawing has left the process.
-void Repaint(HWND window, bool everything) {
-    RedrawWindow(window, nullptr, nullptr, (everything ? RDW_INVALIDATE : 0U) | RDW_UPDATENOW | RDW_ALLCHILDREN);
-    GdiFlush();
-}
-
-template <bool ownerData>
-class ListViewScreen {
-  public:
-    static const char* Name() { return ListViewPeer<ownerData>::Name(); }
-
-    explicit ListViewScreen(std::size_t rows) {
-        SendMessageW(list_.Handle(), WM_SETREDRAW, FALSE, 0);
-        if (!ownerData) SendMessageW(list_.Handle(), LVM_SETITEMCOUNT, rows, 0);
-        for (std::size_t i = 0; i < rows; ++i) list_.InsertRow(i, i);
-        if (ownerData) list_.CountChanged();
-        // The list view selects whole rows only: one in five, which is as many cells as two columns of ten.
-        LVITEMW state{};
-        state.state = LVIS_SELECTED;
-        state.stateMask = LVIS_SELECTED;
-        for (WPARAM row = 0; row < 6000; row += 5)
-            SendMessageW(list_.Handle(), LVM_SETITEMSTATE, row, reinterpret_cast<LPARAM>(&state));
-        SendMessageW(list_.Handle(), WM_SETREDRAW, TRUE, 0);
-        list_.Show();
-        Repaint(list_.Handle(), true);
-        HandleMessages();
-        RECT item{};
-        item.left = LVIR_BOUNDS;
-        SendMessageW(list_.Handle(), LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&item));
-        rowHeight_ = item.bottom - item.top;
-    }
-    void DrawFrame(std::size_t topRow, bool everything) {
-        const auto top = static_cast<LONG>(SendMessageW(list_.Handle(), LVM_GETTOPINDEX, 0, 0));
-        SendMessageW(list_.Handle(), LVM_SCROLL, 0, (static_cast<LONG>(topRow) - top) * rowHeight_);
-        Repaint(list_.Handle(), everything);
-    }
-
-  private:
-    ListView list_{ownerData, true, paintWidth, paintHeight, paintColumnWidth};
-    LONG rowHeight_ = 0;
-};
-
-class GridScreen {
-  public:
-    static const char* Name() { return "Qvx window"; }
-
-    explicit GridScreen(std::size_t rows) {
-        frame_ = CreateFrame(paintWidth, paintHeight, DefWindowProcW, nullptr);
-        window_ = std::make_unique<flexgrid::FlexGridWindow>();
-        Require(window_->CreateIn(frame_, {0, 0, paintWidth, paintHeight}), "creating the grid's window");
-        flexgrid::Grid& grid = window_->Model();
-        grid.SetCols(columnCount + 1);
-        grid.SetRows(2);
-        for (int col = 0; col <= columnCount; ++col) grid.SetTextMatrix(0, col, u"Heading");
-        grid.SetColWidth(flexgrid::Grid::all, paintColumnWidth * 15);
-        grid.SetColWidth(0, paintHeaderWidth * 15);
-        grid.SetRowHeight(flexgrid::Grid::all, paintRowHeight * 15);
-        Text item;
-        for (std::size_t i = 0; i < rows; ++i) {
-            const std::string number = std::to_string(i + 1);
-            item.assign(number.begin(), number.end());
-            item += u'\t';
-            const std::wstring& cells = WideTexts()[i % distinctRows];
-            item.append(cells.begin(), cells.end());
-            grid.AddItem(item);
-        }
-        grid.RemoveItem(1);
-        grid.Select(1, 3, static_cast<int>(rows), 4);
-        ShowWindow(frame_, SW_SHOWNOACTIVATE);
-        Repaint(frame_, true);
-        HandleMessages();
-    }
-    ~GridScreen() {
-        window_.reset();
-        DestroyWindow(frame_);
-    }
-    GridScreen(const GridScreen&) = delete;
-    GridScreen& operator=(const GridScreen&) = delete;
-
-    void DrawFrame(std::size_t topRow, bool everything) {
-        flexgrid::Grid& grid = window_->Model();
-        grid.SetTopRow(1 + static_cast<int>(topRow));
-        // The back buffer would answer an invalid window; a changed colour makes the grid draw everything again.
-        if (everything) grid.SetGridColor(grid.GridColor() ^ 1U);
-        Repaint(window_->Handle(), everything);
-    }
-
-  private:
-    HWND frame_ = nullptr;
-    std::unique_ptr<flexgrid::FlexGridWindow> window_;
-};
-
 std::wstring FolderOf(std::wstring path, int levels) {
     while (levels-- > 0) path.resize(path.find_last_of(L"\\/"));
     return path;
@@ -346,14 +244,18 @@ int main(int argc, char** argv) {
     GetModuleFileNameW(nullptr, path, MAX_PATH);
     serverPath = FolderOf(path, 2) + L"\\server\\Qvx.ocx";  // <build>/bench beside <build>/server
 
-    RunPaintWorks<GridScreen>();
-    RunPaintWorks<ListViewScreen<true>>();
+    if (options.largeScreen) {
+        RunLargeScreens();
+        std::puts("done");
+        return 0;
+    }
+    RunScreens();
     RunDataWorks<RulesPeer>(options);
     RunDataWorks<DualPeer>(options);
     RunDataWorks<LateBoundPeer>(options);
     RunDataWorks<ListViewPeer<false>>(options);
     RunDataWorks<ListViewPeer<true>>(options);
-    RunPaintWorks<ListViewScreen<false>>();  // last, since filling it takes longer than everything else
+    RunSlowScreen();
     std::puts("done");
     OleUninitialize();
 }

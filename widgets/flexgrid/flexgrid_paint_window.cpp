@@ -25,28 +25,35 @@ void FlexGridWindow::ShowFooter(const CellFooter* footer) {
     MarkAllStale();
 }
 
-// Works out what to draw again after the changes since the last painting, and invalidates the window.
-void FlexGridWindow::Settle() {
+// Works out what to draw again after the changes since the last painting, and invalidates that part of the window.
+// Returns it.
+Rect FlexGridWindow::Settle() {
     paintRequested_ = false;
     SettleLayout();
-    bool invalid = stale_.SettleCells(grid_, CurrentView());
+    stale_.SettleCells(grid_, CurrentView());
+    Rect moved;
     if (stale_.Scrolled(grid_)) {
         UpdateBars();
         if (const auto copy = stale_.FollowView(grid_, CurrentView().client, buffer_.Dc() != nullptr)) {
             buffer_.Scroll(copy->body, copy->dx, copy->dy);
+            moved = copy->body;
             // The marks of rows stay where they are while the cells below them move.
             if (copy->dx != 0 && marks_ && marks_->MarksRows() && grid_.FixedCols() == 0) {
                 stale_.AddAll();
             }
         }
-        invalid = true;
     }
-    if (invalid || stale_.All()) {
-        InvalidateRect(Handle(), nullptr, FALSE);
+    const Size client = CurrentView().client;
+    const Rect area = stale_.Area({0, 0, client.width, client.height}).Union(moved);
+    if (!area.Empty()) {
+        const RECT invalid = ToRECT(area);
+        InvalidateRect(Handle(), &invalid, FALSE);
     }
+    return area;
 }
 
-void FlexGridWindow::PaintStale() {
+// `invalidated` is what Settle has returned.
+void FlexGridWindow::PaintStale(const Rect& invalidated) {
     const View view = CurrentView();
     // With Redraw off, the last drawing is shown.
     const bool drawing = grid_.Redraw() || !buffer_.Dc();
@@ -63,6 +70,10 @@ void FlexGridWindow::PaintStale() {
     }
     if (!area.Empty()) {
         Paint(grid_, view, paint.Surface(), area);
+        if (paint.Buffered() && area.Union(invalidated) != invalidated) {
+            // More has become stale since, and only what is invalid is copied to the screen.
+            InvalidateRect(Handle(), nullptr, FALSE);
+        }
         if (marks_ && marks_->Waits()) {
             PostMessageW(Handle(), marksMessage, 0, 0);
         }
@@ -70,14 +81,15 @@ void FlexGridWindow::PaintStale() {
 }
 
 void FlexGridWindow::OnPaint() {
+    Rect invalidated;
     if (grid_.Redraw()) {
-        Settle();
+        invalidated = Settle();
         // Settling may have notified hosts of scrolling, and a host may have destroyed the window.
         if (!Handle()) {
             return;
         }
     }
-    PaintStale();
+    PaintStale(invalidated);
     // This painting covers all requests made since the message arrived.
     paintRequested_ = false;
     if (layoutChanged_ || stale_.Any(grid_)) {

@@ -204,11 +204,12 @@ void FlexGridWindow::Invalidated(GridChange change, const CellRange& range) {
 }
 
 // A single paint message covers any number of changes; their extent is worked out when it arrives. An internal one that
-// a menu takes from the queue is lost, so that the window is invalid as well until it is painted.
+// a menu takes from the queue is lost, so that a pixel of the window is invalid as well until it is painted.
 void FlexGridWindow::RequestPaint() {
     if (Handle() && grid_.Redraw() && !paintRequested_) {
         paintRequested_ = true;
-        RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT | RDW_INVALIDATE);
+        constexpr RECT pixel{0, 0, 1, 1};
+        RedrawWindow(Handle(), &pixel, nullptr, RDW_INTERNALPAINT | RDW_INVALIDATE);
     }
 }
 

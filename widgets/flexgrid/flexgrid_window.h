@@ -132,13 +132,13 @@ class FlexGridWindow final : public Window, private GridListener {
 
     // Requests painting of everything that has changed since the last painting.
     void RequestPaint();
-    void Settle();
+    Rect Settle();
     void SettleLayout();
     void ApplyStyle();
     void UpdateBars();
     void MarkAllStale();
     void OnPaint();
-    void PaintStale();
+    void PaintStale(const Rect& invalidated);
 
     LRESULT OnKey(UINT message, WPARAM wParam, LPARAM lParam);
     bool ActOnKey(int key, int shift);

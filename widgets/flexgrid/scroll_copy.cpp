@@ -37,8 +37,13 @@ std::optional<ScrollCopy> FollowScroll(const Grid& grid, Size client, int oldTop
     const auto slide = down ? SlideFrom(RowAxis(grid, view), oldTop) : SlideFrom(ColumnAxis(grid, view), oldLeft);
     if (!slide) return std::nullopt;
     const auto& [body, by, bared] = *slide;
-    if (down)
-        return ScrollCopy{{0, body.start, client.width, body.end}, 0, by, {0, bared.start, client.width, bared.end}};
+    if (down) {
+        // The ground beside the columns looks the same in every row.
+        const Axis columns = ColumnAxis(grid, view);
+        const auto end = static_cast<int>(std::min<std::int64_t>(PositionOf(columns, columns.count), columns.extent));
+        const auto [index, left, right] = columns.InWindow({0, 0, end});
+        return ScrollCopy{{left, body.start, right, body.end}, 0, by, {left, bared.start, right, bared.end}};
+    }
     return ScrollCopy{{body.start, 0, body.end, client.height}, by, 0, {bared.start, 0, bared.end, client.height}};
 }
 

@@ -4,20 +4,17 @@
 
 namespace qvx::flexgrid {
 
-bool StaleArea::SettleCells(const Grid& grid, const View& view) {
+void StaleArea::SettleCells(const Grid& grid, const View& view) {
     const CellRange changed = std::exchange(cells_, {});
     if (changed.Empty()) {
-        return false;
+        return;
     }
     if (grid.MergeCells() != GridMerge::never) {
         all_ = true;  // a text affects the appearance of its neighbours
     }
-    if (all_) {
-        return true;
+    if (!all_) {
+        area_ = area_.Union(Shown(grid, view).AreaOf(changed));
     }
-    const Rect area = Shown(grid, view).AreaOf(changed);
-    area_ = area_.Union(area);
-    return !area.Empty();
 }
 
 std::optional<ScrollCopy> StaleArea::FollowView(const Grid& grid, Size client, bool hasPicture) {
@@ -35,7 +32,7 @@ std::optional<ScrollCopy> StaleArea::FollowView(const Grid& grid, Size client, b
 }
 
 Rect StaleArea::Take(const Grid& grid, const Rect& client) {
-    const Rect area = all_ ? client : area_.Intersect(client);
+    const Rect area = Area(client);
     all_ = false;
     area_ = {};
     top_ = grid.TopRow();

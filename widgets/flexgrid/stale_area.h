@@ -24,13 +24,15 @@ class StaleArea {
     // Whether anything has to be settled or drawn.
     bool Any(const Grid& grid) const { return all_ || !cells_.Empty() || Scrolled(grid); }
 
-    // Turns changed cells into an area; false when none of it can be seen.
-    bool SettleCells(const Grid& grid, const View& view);
+    // Turns changed cells into an area.
+    void SettleCells(const Grid& grid, const View& view);
     // Takes over the grid's scroll position. Returns the part of the picture to move, which is left out of the stale
     // area; without one, and without a picture in the first place, all is stale.
     std::optional<ScrollCopy> FollowView(const Grid& grid, Size client, bool hasPicture);
 
-    // Returns the area to draw, which counts as drawn from now on.
+    // Returns the area to draw.
+    Rect Area(const Rect& client) const { return all_ ? client : area_.Intersect(client); }
+    // The same; it counts as drawn from now on.
     Rect Take(const Grid& grid, const Rect& client);
 
   private:

@@ -201,6 +201,7 @@ TEST(ScrollCopy, MovesWhatStaysAndBaresTheRest) {
         bool rightToLeft;
         std::optional<ScrollCopy> expected;
         int frozen = 0;
+        int cols = 50;
     } const cases[] = {
         {"a row down", 1, 1, 2, 1, false, ScrollCopy{{0, 16, 320, 160}, 0, -16, {0, 144, 320, 160}}},
         {"two rows up", 5, 1, 3, 1, false, ScrollCopy{{0, 16, 320, 160}, 0, 32, {0, 16, 320, 48}}},
@@ -210,6 +211,10 @@ TEST(ScrollCopy, MovesWhatStaysAndBaresTheRest) {
         {"a column to the left", 1, 3, 1, 2, false, ScrollCopy{{64, 0, 320, 160}, 64, 0, {64, 0, 128, 160}}},
         {"right to left", 1, 1, 1, 2, true, ScrollCopy{{0, 0, 256, 160}, 64, 0, {0, 0, 64, 160}}},
         {"beside a frozen column", 1, 2, 1, 3, false, ScrollCopy{{128, 0, 320, 160}, -64, 0, {256, 0, 320, 160}}, 1},
+        {"narrower than the window", 1, 1, 2, 1, false, ScrollCopy{{0, 16, 192, 160}, 0, -16, {0, 144, 192, 160}}, 0,
+         3},
+        {"so, mirrored", 1, 1, 2, 1, true, ScrollCopy{{128, 16, 320, 160}, 0, -16, {128, 144, 320, 160}}, 0, 3},
+        {"the last columns alone", 1, 48, 2, 48, false, ScrollCopy{{0, 16, 192, 160}, 0, -16, {0, 144, 192, 160}}},
         {"both ways", 1, 1, 2, 2, false, std::nullopt},
         {"neither", 2, 2, 2, 2, false, std::nullopt},
         {"from rows that are gone", 500, 1, 95, 1, false, ScrollCopy{{0, 16, 320, 160}, 0, 80, {0, 16, 320, 96}}},
@@ -217,7 +222,7 @@ TEST(ScrollCopy, MovesWhatStaysAndBaresTheRest) {
     for (const auto& c : cases) {
         Grid grid;
         grid.SetRows(100);
-        grid.SetCols(50);
+        grid.SetCols(c.cols);
         grid.SetRightToLeft(c.rightToLeft);
         grid.SetFrozenCols(c.frozen);
         grid.SetTopRow(c.top);
