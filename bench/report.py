@@ -1,218 +1,250 @@
 #!/usr/bin/env python3
-"""Turns the benchmarks' lines (work, rows, peer, value or "cut", runs, samples; separated by tabs) into a Markdown report.
+"""Turns the results of a full run into a Markdown report.
 
-    bench/report.py RESULTS... > report.md
+    bench/report.py NATIVE,... WINDOWS,... "MACHINE" > report.md
 
-Operations in seconds: load, sum, scan, insert_top, insert_block, remove_half, duplicates, product, product_set, validate,
-remove_empty, load_cells, paste, undo_paste, first_frame. In bytes per cell: memory. In frames per second: frames, scroll.
+NATIVE and WINDOWS are files of results; MACHINE is a sentence about the machine, the date and the sources.
 """
+import math
 import sys
-from collections import defaultdict
+
+from results import WORKS, amount, higher_is_better, read, title
 
 OURS = "Qvx rules"
 WINDOW = "Qvx window"
-# The toolkits' own tables are the peers. The others use the program's own storage: they are baselines for operations on
-# data.
+FLOOR = "Floor"
+# The toolkits' own tables are the peers. The others use the program's own storage.
 TOOLKITS = ["wxWidgets grid table", "wxWidgets grid", "Qt table widget", "Qt standard item model"]
-FLOORS = ["Bare arrays", "Qt model over arrays", "Qt view over arrays"]
 LIST_VIEWS = ["List view, report", "List view, owner data"]
-HIGHER_IS_BETTER = {"frames", "scroll"}
+PAINTED = ["frames", "scroll", "first_frame", "frames_large", "scroll_large", "first_frame_large"]
+DATA = [work for work in WORKS if work not in PAINTED]
 
-NAMES = {
-    "load": "load R rows, one tab-separated text a row",
-    "memory": "memory per short cell",
-    "sum": "sum of a column",
-    "scan": "scan of every cell by a rule",
-    "remove_half": "remove every second row",
-    "duplicates": "search for equal rows where none are",
-    "product": "product of two columns",
-    "product_set": "product of two columns, written into a third",
-    "validate": "check of clean cells: all required, two columns above 0",
-    "remove_empty": "remove the half of the rows that is empty",
-    "load_cells": "load R rows, a call a cell",
-    "paste": "paste over R rows, each cell through its column and into the history",
-    "undo_paste": "undo that paste",
-    "insert_top": "insert 1,000 rows at the top, a call a row",
-    "insert_block": "insert 1,000 rows at the top, in as few calls as can be",
-    "first_frame": "first painted frame with 100,000 rows, load included",
-    "frames": "full repaint while scrolling, 800 x 600",
-    "scroll": "scrolling by a row, painting what is needful",
-}
-# work: (goal beside the best toolkit, goal beside the list view)
-GOALS = {
-    "load": (12, 100),
-    "memory": (10, None),
-    "sum": (12, 100),
-    "scan": (12, 100),
-    "remove_half": (80, 200),
-    "duplicates": (8, None),
-    "product": (12, None),
-    "product_set": (12, None),
-    "validate": (12, None),
-    "remove_empty": (50, None),
-    "insert_top": (100, 150),
-    "frames": (4, 6),
-    "first_frame": (4, 40),
-}
+shortfalls = []
 
 
-def read(paths):
-    """native[work][rows][peer] = (value or None when cut, runs), and the same for the Windows process."""
-    tables = {"native": {}, "windows": {}}
-    for path in paths:
-        with open(path, encoding="utf-8") as lines:
-            rows = [line.rstrip("\r\n").split("\t") for line in lines]
-        kind = "windows" if any(len(r) >= 5 and r[2].startswith("List view") for r in rows) else "native"
-        table = tables[kind]
-        for row in rows:
-            if len(row) < 5:
-                continue
-            work, count, peer, value, runs = row[:5]
-            entry = (None, float(runs)) if value == "cut" else (float(value), int(runs))
-            table.setdefault(work, {}).setdefault(int(count), {})[peer] = entry
-    return tables["native"], tables["windows"]
+def value(table, work, rows, peer):
+    entry = table.get(work, {}).get(rows, {}).get(peer)
+    return entry.value if entry else None
 
 
-def amount(work, value):
-    if value is None:
-        return "cut"
-    if work == "memory":
-        return f"{value:.1f} bytes"
-    if work in HIGHER_IS_BETTER:
-        return f"{value:.0f} /s"
-    for unit, size in (("s", 1), ("ms", 1e-3)):
-        if value >= size:
-            return f"{value / size:.3g} {unit}"
-    return f"{value / 1e-6:.3g} µs"
+def ours(table, work, rows):
+    return value(table, work, rows, WINDOW if work in PAINTED else OURS)
 
 
-def ratio(work, ours, theirs):
-    return ours / theirs if work in HIGHER_IS_BETTER else theirs / ours
-
-
-def best(work, entries, names):
-    known = [(entries[n][0], n) for n in names if n in entries and entries[n][0] is not None]
+def best(table, work, rows, peers):
+    known = [(value(table, work, rows, peer), peer) for peer in peers if value(table, work, rows, peer) is not None]
     if not known:
         return None
-    return max(known) if work in HIGHER_IS_BETTER else min(known)
+    return max(known) if higher_is_better(work) else min(known)
 
 
-def compare(title, table, ours_table, peers, goal_index, works):
-    print(f"## {title}\n")
-    print("| work | rows | Qvx | best peer | | ratio | goal |")
-    print("|---|---:|---:|---:|---|---:|---:|")
+def times_better(work, own, other):
+    return own / other if higher_is_better(work) else other / own
+
+
+def heading(text):
+    print(f"## {text}\n")
+
+
+def table_head(*columns):
+    print("| " + " | ".join(columns) + " |")
+    print("|---|" + "---:|" * (len(columns) - 1))
+
+
+def goal_of(goal, met, what):
+    """Returns a goal's cell, and remembers one that is not met."""
+    if goal is None:
+        return ""
+    if met:
+        return f"{goal:g}"
+    shortfalls.append(what)
+    return f"{goal:g} (short)"
+
+
+def beside_peers(text, table, own_table, peers, works, goal, least_rows=100_000):
+    """One line a work and size: how many times better Qvx is than the best of these peers."""
+    heading(text)
+    table_head("work", "rows", "Qvx", "best peer", "", "ratio", "goal")
     for work in works:
-        sizes = table.get(work, {})
-        # The large tables, and the largest that the peers could handle.
-        largest = max((n for n in sizes if best(work, sizes[n], peers)), default=0)
-        for rows in sorted(sizes):
-            if rows < 100_000 and rows != largest:
+        sizes = sorted(table.get(work, {}))
+        largest = max((rows for rows in sizes if best(table, work, rows, peers)), default=0)
+        for rows in sizes:
+            own = ours(own_table, work, rows)
+            present = [peer for peer in peers if peer in table[work][rows]]
+            if own is None or not present or (rows < least_rows and rows != largest):
                 continue
-            entries = table[work][rows]
-            name = WINDOW if work in ("first_frame", "frames", "scroll") else OURS
-            ours = ours_table.get(work, {}).get(rows, {}).get(name, (None, 0))[0]
-            peer = best(work, entries, peers)
-            goal = GOALS.get(work, (None, None))[goal_index]
-            if ours is None:
-                continue
+            peer = best(table, work, rows, peers)
             if peer is None:
-                print(f"| {NAMES[work]} | {rows:,} | {amount(work, ours)} | cut | | | {goal or ''} |")
+                print(f"| {title(work)} | {rows:,} | {amount(work, own)} | cut | | | |")
                 continue
-            times = ratio(work, ours, peer[0])
-            short = " (short)" if goal and times < goal else ""
-            print(f"| {NAMES[work]} | {rows:,} | {amount(work, ours)} | {amount(work, peer[0])} | {peer[1]} "
-                  f"| {times:.3g} | {goal or ''}{short} |")
+            ratio = times_better(work, own, peer[0])
+            least = getattr(WORKS[work], goal) if goal else None
+            cell = goal_of(least, least is None or ratio >= least,
+                           f"{title(work)}, {rows:,} rows, beside {peer[1]}: {ratio:.3g} instead of {least or 0:g} times")
+            print(f"| {title(work)} | {rows:,} | {amount(work, own)} | {amount(work, peer[0])} | {peer[1]} "
+                  f"| {ratio:.3g} | {cell} |")
     print()
 
 
-def everything(title, table):
-    print(f"## {title}\n")
-    for work in NAMES:
+def beside_floor(native, windows):
+    heading("Beside the floor")
+    print("The floor is what a work costs at the least: rows packed into one array by a program that knows them, one pass\n"
+          "over as few bytes as possible, without checks, events or a table around them; for painting, one `ExtTextOutW`\n"
+          "a cell at a fixed place and one copy to the window, in the same process under the same system. A ratio of 1\n"
+          "means that Qvx takes as long.\n")
+    table_head("work", "rows", "Qvx", "floor", "ratio", "goal, at most")
+    for work in WORKS:
+        table = windows if work in PAINTED else native
+        for rows in sorted(table.get(work, {})):
+            own, floor = ours(table, work, rows), value(table, work, rows, FLOOR)
+            if own is None or floor is None or rows < 100_000:
+                continue
+            ratio = 1 / times_better(work, own, floor)
+            most = WORKS[work].floor
+            cell = goal_of(most, most is None or ratio <= most,
+                           f"{title(work)}, {rows:,} rows, beside the floor: {ratio:.3g} instead of {most or 0:g} times")
+            print(f"| {title(work)} | {rows:,} | {amount(work, own)} | {amount(work, floor)} | {ratio:.3g} | {cell} |")
+    print()
+
+
+def other_goals(native, windows):
+    """The goals that are not ratios to a peer."""
+    heading("Other goals")
+    table_head("what", "measured", "goal")
+
+    def line(what, measured, goal, met):
+        if not met:
+            shortfalls.append(f"{what}: {measured} instead of {goal}")
+        print(f"| {what} | {measured} | {goal}{'' if met else ' (short)'} |")
+
+    for rows in (100_000, 1_000_000):
+        memory = ours(native, "memory", rows)
+        if memory is not None:
+            line(f"memory per short cell, {rows:,} rows", amount("memory", memory), "at most 8.5 bytes", memory <= 8.5)
+        load = ours(native, "load", rows)
+        for work in ("paste", "undo_paste"):
+            own = ours(native, work, rows)
+            if own is not None and load is not None:
+                line(f"{title(work)}, {rows:,} rows", f"{own / load:.2f} times a load of whole rows", "at most 2 times",
+                     own <= 2 * load)
+    first, frames = ours(windows, "first_frame", 100_000), ours(windows, "frames", 100_000)
+    load = value(windows, "load", 100_000, OURS)
+    if first is not None and frames is not None and load is not None:
+        ratio = first / (load + 1 / frames)
+        line("first painted frame", f"{ratio:.2f} times a load and one repaint", "at most 1.5 times", ratio <= 1.5)
+    held = ours(windows, "scroll_large", 100_000)
+    if held is not None:
+        line(title("scroll_large"), amount("scroll_large", held), "at least 60 /s", held >= 60)
+    print()
+
+
+def automation(windows):
+    heading("Loading through automation")
+    print("A call a row, beside the system's list view in report mode (goal: 5 times).\n")
+    table_head("rows", "dual interface", "late bound", "list view, report", "ratio, dual", "ratio, late bound")
+    for rows in sorted(windows.get("load", {})):
+        dual, late, view = (value(windows, "load", rows, peer)
+                            for peer in ("Qvx automation, dual", "Qvx automation, late bound", LIST_VIEWS[0]))
+        if dual is None or late is None:
+            continue
+        ratios = [f"{view / own:.3g}" if view else "" for own in (dual, late)]
+        print(f"| {rows:,} | {amount('load', dual)} | {amount('load', late)} | {amount('load', view)} "
+              f"| {ratios[0]} | {ratios[1]} |")
+    print()
+
+
+def exponent(points):
+    """The slope of the line through the logarithms of sizes and times, by least squares."""
+    xs = [math.log(rows) for rows, _ in points]
+    ys = [math.log(taken) for _, taken in points]
+    mean_x, mean_y = sum(xs) / len(xs), sum(ys) / len(ys)
+    across = sum((x - mean_x) ** 2 for x in xs)
+    return sum((x - mean_x) * (y - mean_y) for x, y in zip(xs, ys)) / across
+
+
+def growth(native):
+    heading("Growth with the number of rows")
+    print("The exponent is that of the power of the number of rows with which a work grows from 10,000 rows on: 1 is\n"
+          "linear, 0 is the same at every size.\n")
+    sizes = sorted(native.get("load", {}))
+    table_head("work", *(f"{rows:,}" for rows in sizes), "exponent")
+    for work in DATA:
+        points = [(rows, ours(native, work, rows)) for rows in sorted(native.get(work, {}))]
+        points = [(rows, taken) for rows, taken in points if taken is not None]
+        if not points:
+            continue
+        known = dict(points)
+        fitted = [(rows, taken) for rows, taken in points if rows >= 10_000]
+        power = f"{exponent(fitted):.2f}" if len(fitted) > 1 else ""
+        print(f"| {title(work)} | " + " | ".join(amount(work, known[rows]) if rows in known else "" for rows in sizes)
+              + f" | {power} |")
+    print()
+
+
+def everything(text, table):
+    heading(text)
+    for work in WORKS:
         if work not in table:
             continue
         sizes = sorted(table[work])
-        print(f"{NAMES[work]}:\n")
-        print("| | " + " | ".join(f"{n:,} rows" for n in sizes) + " |")
-        print("|---|" + "---:|" * len(sizes))
+        print(f"{title(work)}:\n")
+        table_head("", *(f"{rows:,} rows" for rows in sizes))
         peers = []
-        for n in sizes:
-            peers += [p for p in table[work][n] if p not in peers]
+        for rows in sizes:
+            peers += [peer for peer in table[work][rows] if peer not in peers]
         for peer in peers:
             cells = []
-            for n in sizes:
-                value, runs = table[work][n].get(peer, (None, None))
-                if runs is None:
+            for rows in sizes:
+                entry = table[work][rows].get(peer)
+                if entry is None:
                     cells.append("")
-                elif value is None:
-                    cells.append(f"cut (about {runs:.0f} s)" if runs else "cut")
+                elif not entry.samples:
+                    cells.append(f"cut (about {entry.expected:.0f} s)" if entry.expected else "cut")
                 else:
-                    cells.append(amount(work, value) + ("" if runs >= 5 else f" ({runs} run)"))
+                    runs = len(entry.samples)
+                    cells.append(amount(work, entry.value) + ("" if runs >= 5 else f" ({runs} run{'s'[:runs != 1]})"))
             print(f"| {peer} | " + " | ".join(cells) + " |")
         print()
 
 
-def growth(table):
-    print("## Growth of our rules with the number of rows\n")
-    print("Time a row (insertion: in all) at each size, beside the size before; 1 is linear growth (insertion: none).\n")
-    sizes = sorted(table.get("load", {}))
-    print("| work | " + " | ".join(f"{n:,}" for n in sizes) + " |")
-    print("|---|" + "---:|" * len(sizes))
-    for work in ("load", "memory", "sum", "scan", "remove_half", "insert_top", "insert_block", "duplicates", "product", "product_set",
-                 "validate", "remove_empty", "load_cells", "paste", "undo_paste"):
-        cells, last = [], None
-        for n in sizes:
-            value = table.get(work, {}).get(n, {}).get(OURS, (None, 0))[0]
-            if value is None:
-                cells.append("cut")
-                continue
-            each = value if work in ("memory", "insert_top", "insert_block") else value / n
-            cells.append(amount(work, each) + (f" ({each / last:.2f})" if last else ""))
-            last = each
-        print(f"| {NAMES[work]} | " + " | ".join(cells) + " |")
-    print()
+def read_all(argument):
+    entries = {}
+    for path in filter(None, argument.split(",")):
+        read(path, entries)
+    return entries
 
 
 def main():
-    native, windows = read(sys.argv[1:])
+    native, windows, machine = read_all(sys.argv[1]), read_all(sys.argv[2]), sys.argv[3]
     print("# Benchmarks\n")
-    print("Ten columns of short texts (0 to 11 characters). Medians of five runs (more where one is too short for the\n"
-          "clock, fewer where one takes seconds), all of one run of `./qvx bench`. Works on data are measured in the\n"
-          "thread's processor time natively and in elapsed time in the Windows process; painting in elapsed time; memory\n"
-          "as what the allocator has handed out, natively.\n"
-          "`cut` stands where a work was expected to take too long. A ratio says how many times better Qvx is.\n")
-    data = ["load", "memory", "sum", "scan", "remove_half", "insert_top", "insert_block", "duplicates", "product", "product_set",
-            "validate", "remove_empty"]
-    paint = ["frames", "scroll", "first_frame"]
-    if native:
-        compare("Beside the best toolkit", native, native, TOOLKITS, 0, data)
-    if native and windows:
-        print("Painting: our window runs under Wine, the toolkits natively, on the same display, with the same window\n"
-              "size, cell size, headers and share of selected cells. A full repaint draws every cell again. For frames\n"
-              "Qt's view over a programmer's own arrays is a peer too, for the first frame it is not: its store is not\n"
-              "the toolkit's.\n")
-        peers = defaultdict(lambda: TOOLKITS + ["Qt view over arrays"], first_frame=TOOLKITS)
-        for index, work in enumerate(paint):
-            compare("Painting beside the best toolkit" if index == 0 else NAMES[work].capitalize(), native, windows,
-                    peers[work], 0, [work])
-    if windows:
-        compare("Beside the system's list view in report mode", windows, windows, LIST_VIEWS[:1], 1, data + paint)
-        compare("Beside the system's list view over owner data", windows, windows, LIST_VIEWS[1:], 1, data + paint)
-        load = windows.get("load", {})
-        print("Loading through automation, a call a row (goal: 5 times the list view in report mode):\n")
-        print("| rows | dual interface | late bound | list view, report | ratio, dual | ratio, late bound |")
-        print("|---:|---:|---:|---:|---:|---:|")
-        for rows in sorted(load):
-            dual, late, view = (load[rows].get(p, (None, 0))[0]
-                                for p in ("Qvx automation, dual", "Qvx automation, late bound", LIST_VIEWS[0]))
-            times = [f"{view / v:.3g}" if view and v else "" for v in (dual, late)]
-            print(f"| {rows:,} | {amount('load', dual)} | {amount('load', late)} | {amount('load', view)} "
-                  f"| {times[0]} | {times[1]} |")
-        print()
-    if native:
-        growth(native)
-        everything("All figures, natively", native)
-    if windows:
-        everything("All figures, in one Windows process", windows)
+    print("A script has made this page from one run of `./qvx bench`.")
+    print(machine + "\n")
+    print("The data has ten columns of short texts (0 to 11 characters). Figures are medians of five repetitions (more where\n"
+          "one is too short for the clock, fewer where one takes seconds). Work on data is measured as processor time of the\n"
+          "thread in native programs and as elapsed time in the Windows process; painting is measured as elapsed time;\n"
+          "memory is the amount that the allocator has handed out in native programs. `cut` marks work that was left out\n"
+          "because it was expected to take too long.\n")
+    beside_floor(native, windows)
+    other_goals(native, windows)
+    beside_peers("Beside the best toolkit", native, native, TOOLKITS, DATA, "toolkit")
+    print("For painting, the Qvx window runs under Wine and the toolkits run natively, on the same display, with the same\n"
+          "window size, cell size, headers and share of selected cells. A full repaint draws every cell again. Qt's view\n"
+          "over a programmer's own arrays is compared for frames, but not for the first frame, since its store is not the\n"
+          "toolkit's.\n")
+    view = ["Qt view over arrays"]
+    beside_peers("Painting beside the best toolkit", native, windows, TOOLKITS + view, ["frames", "scroll"], "toolkit")
+    beside_peers("First frame beside the best toolkit", native, windows, TOOLKITS, ["first_frame"], "toolkit")
+    beside_peers("Beside the system's list view in report mode", windows, windows, LIST_VIEWS[:1], list(WORKS), "list_view")
+    print("The list view over owner data stores nothing itself: loading, removing and the first frame are those of a bare\n"
+          "vector in the program.\n")
+    beside_peers("Beside the system's list view over owner data", windows, windows, LIST_VIEWS[1:], list(WORKS), None)
+    automation(windows)
+    growth(native)
+    heading("Goals that are not met")
+    print("\n".join(f"- {short}" for short in shortfalls) if shortfalls else "All goals are met.")
+    print()
+    everything("All figures, natively", native)
+    everything("All figures, in one Windows process", windows)
 
 
 main()

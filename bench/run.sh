@@ -3,13 +3,14 @@
 #
 #     bench/run.sh [ROWS] [FILE.md]
 #
-# ROWS is the largest table (a power of ten from 1000, 100000 when left out), FILE.md where the report goes as well
-# (build/bench/report.md when left out). A single work that is likely to take longer than QVX_BENCH_LIMIT seconds (10) is cut.
+# ROWS is the largest table of the toolkits (a power of ten from 1000, 1000000 when left out), FILE.md where the report
+# goes (build/bench/report.md when left out). A single work that is likely to take longer than QVX_BENCH_LIMIT seconds (10)
+# is cut, and so is the rest of a program that takes longer than its share of half an hour.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 cd "$root"
-rows=${1:-100000}
+rows=${1:-1000000}
 report=${2:-$root/build/bench/report.md}
 limit=${QVX_BENCH_LIMIT:-10}
 
@@ -24,7 +25,8 @@ source tools/wine.sh
 build native-release --target bench_rules bench_wx bench_qt || die "The native benchmarks were not built."
 build x64 --target qvx_server bench_windows || die "The Windows benchmarks were not built."
 
-# The same kind of display in every run, and no user's mouse over the windows.
+# The same kind of display in every run, and no user's mouse over the windows. The large window has to fit.
+virtual_screen=3840x2160
 use_display virtual
 start_wine
 
@@ -44,10 +46,18 @@ run_one() {
 }
 
 bin=build/native-release/bench
-run_one rules timeout 900 "$bin/bench_rules" "--rows=$rows" "--limit=$limit"
-run_one wx timeout 900 env GDK_BACKEND=x11 "$bin/bench_wx" "--rows=$rows" "--limit=$limit"
-run_one qt timeout 1200 env QT_QPA_PLATFORM=xcb "$bin/bench_qt" "--rows=$rows" "--limit=$limit"
-run_one windows run_windows 1800 build/x64/bench/bench_windows.exe "--rows=$rows" "--limit=$limit"
+windows=build/x64/bench/bench_windows.exe
+run_one rules timeout 300 "$bin/bench_rules" "--rows=$rows" "--limit=$limit"
+run_one growth timeout 120 "$bin/bench_rules" --growth
+run_one windows run_windows 420 "$windows" "--rows=$rows" "--limit=$limit"
+run_one large run_windows 60 "$windows" --large-screen
+run_one wx timeout 240 env GDK_BACKEND=x11 "$bin/bench_wx" "--rows=$rows" "--limit=$limit"
+run_one qt timeout 420 env QT_QPA_PLATFORM=xcb "$bin/bench_qt" "--rows=$rows" "--limit=$limit"
 
-python3 bench/report.py "$results"/*.tsv | tee "$report"
+processor=$(sed -n '/^model name/ { s/.*: //p; q }' /proc/cpuinfo)
+sources=$(git describe --always --dirty 2>/dev/null || echo "sources without a repository")
+machine="It ran on $(date +%F) on a machine with $(nproc) processors ($processor) and
+$(awk '/^MemTotal/ { printf "%d GB", $2 / 1048576 + 0.5 }' /proc/meminfo) of memory, under $(wine64 --version 2>/dev/null || echo Wine), from commit $sources."
+python3 bench/report.py "$results/rules.tsv,$results/growth.tsv,$results/wx.tsv,$results/qt.tsv" \
+  "$results/windows.tsv,$results/large.tsv" "$machine" | tee "$report"
 say "The report is in ${report#"$root"/}"

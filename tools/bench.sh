@@ -14,6 +14,12 @@ qvx_bench() {
     bench_form
     return
   fi
+  if [[ ${1:-} == --quick ]]; then
+    shift
+    need "${packages_bench_quick[@]}"
+    bash bench/quick.sh "$@"
+    return
+  fi
   need "${packages_bench[@]}"
   bash bench/run.sh "$@"
 }

@@ -75,7 +75,7 @@ start_wine() {
 run_windows() {
   if [[ $wine_arch == x86 ]]; then
     run_in_root32 "$@"
-  elif [[ -n $system_prefix ]]; then
+  elif [[ -n ${system_prefix:-} ]]; then
     run_in_system "$@"
   else
     local limit=$1

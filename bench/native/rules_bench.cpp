@@ -118,12 +118,15 @@ class ArraysPeer {
 }  // namespace qvx::bench
 
 int main(int argc, char** argv) {
-    const qvx::bench::Options options(argc, argv);
-    qvx::bench::RunDataWorks<qvx::bench::FloorPeer>(options);
-    qvx::bench::RunDataWorks<qvx::bench::RulesPeer>(options);
-    qvx::bench::RunDataWorks<qvx::bench::RulesOneByOnePeer>(options);
-    qvx::bench::RunDataWorks<qvx::bench::ArraysPeer>(options);
-    qvx::bench::RunRecordWorks<qvx::bench::RulesPeer>(options);
-    qvx::bench::RunPasteWorks(options);
-    qvx::bench::RunRecordWorks<qvx::bench::ArraysPeer>(options);
+    using namespace qvx::bench;
+    const Options options(argc, argv);
+    RunDataWorks<RulesPeer>(options);
+    if (!options.quick) RunDataWorks<FloorPeer>(options);
+    if (options.growth) return 0;
+    RunRecordWorks<RulesPeer>(options);
+    RunPasteWorks(options);
+    if (options.quick) return 0;
+    RunDataWorks<RulesOneByOnePeer>(options);
+    RunDataWorks<ArraysPeer>(options);
+    RunRecordWorks<ArraysPeer>(options);
 }

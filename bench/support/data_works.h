@@ -166,27 +166,39 @@ class DataWorks {
     std::map<std::string, double> estimate_;
 };
 
-// Options of every benchmark program: [--rows=N] for the largest table, [--limit=SECONDS] for a single piece of work,
-// [--large-screen] for nothing but the frames in a large window.
+// Options of the benchmark programs:
+//
+//     --rows=N          the largest table
+//     --limit=SECONDS   the longest that a single piece of work may take
+//     --quick           nothing but the library's own works, with 100,000 rows
+//     --growth          nothing but the works on data of the library and of the floor, with 10 million rows
+//     --large-screen    nothing but the frames in a large window
 struct Options {
-    bool largeScreen = false;
+    std::size_t minRows = 1000;
     std::size_t maxRows = 1'000'000;
     double limit = 30;
+    bool quick = false;
+    bool growth = false;
+    bool largeScreen = false;
 
     Options(int argc, char** argv) {
         for (int i = 1; i < argc; ++i) {
             const std::string argument = argv[i];
             if (argument.rfind("--rows=", 0) == 0) maxRows = std::stoul(argument.substr(7));
-            if (argument == "--large-screen") largeScreen = true;
             if (argument.rfind("--limit=", 0) == 0) limit = std::stod(argument.substr(8));
+            if (argument == "--quick") quick = true;
+            if (argument == "--growth") growth = true;
+            if (argument == "--large-screen") largeScreen = true;
         }
+        if (quick) minRows = maxRows = 100'000;
+        if (growth) minRows = maxRows = 10'000'000;
     }
 };
 
 template <class Peer>
 void RunDataWorks(const Options& options) {
     DataWorks<Peer> works(options.limit);
-    for (std::size_t rows = 1000; rows <= options.maxRows; rows *= 10) works.Run(rows);
+    for (std::size_t rows = options.minRows; rows <= options.maxRows; rows *= 10) works.Run(rows);
 }
 
 }  // namespace qvx::bench

@@ -10,6 +10,7 @@
 //                                    or one not above 0 in columns 3 and 4; Rows() when there is none
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <memory>
@@ -67,7 +68,7 @@ void RunRecordWorks(const Options& options) {
         products.push_back(std::stod(cells[sumColumn]) * std::stod(cells[factorColumn]));
     }
     const char* const works[] = {"duplicates", "product", "remove_empty", "product_set", "validate"};
-    for (std::size_t rows = 10'000; rows <= options.maxRows; rows *= 10) {
+    for (std::size_t rows = std::max<std::size_t>(options.minRows, 10'000); rows <= options.maxRows; rows *= 10) {
         std::vector<double> times[5];
         // Estimates from the time at a tenth of the rows; removal may be quadratic.
         const auto affordable = [&](int work) { return last[work] * (work == 2 ? 100 : 10) <= options.limit; };

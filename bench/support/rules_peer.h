@@ -54,6 +54,7 @@ class RulesPeer {
 
     void InsertBlockAtTop(std::size_t count) {
         Text block;
+        block.reserve(count * 80);
         for (std::size_t i = 0; i < count; ++i) block.append(Texts()[i % distinctRows]).append(u"\r");
         grid_.AddItems(block, 0);
     }

@@ -237,9 +237,10 @@ class FloorScreen {
 
 }  // namespace
 
-void RunScreens() {
-    RunPaintWorks<FloorScreen<ordinary>>();
+void RunScreens(bool quick) {
     RunPaintWorks<GridScreen<ordinary>>();
+    if (quick) return;
+    RunPaintWorks<FloorScreen<ordinary>>();
     RunPaintWorks<ListViewScreen<true>>();
 }
 

@@ -3,8 +3,8 @@
 
 namespace qvx::bench {
 
-// The works of paint_works.h by the grid, the floor and the list view over owner data.
-void RunScreens();
+// The works of paint_works.h by the grid and, unless `quick`, by the floor and the list view over owner data.
+void RunScreens(bool quick);
 // The same by the list view in report mode, which takes long to fill.
 void RunSlowScreen();
 // Frames of the grid and the floor in a window of 3840 by 2160 pixels, with cells and letters as at 192 dots per inch.

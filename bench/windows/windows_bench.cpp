@@ -249,7 +249,13 @@ int main(int argc, char** argv) {
         std::puts("done");
         return 0;
     }
-    RunScreens();
+    RunScreens(options.quick);
+    if (options.quick) {
+        RunDataWorks<DualPeer>(options);
+        RunDataWorks<LateBoundPeer>(options);
+        std::puts("done");
+        return 0;
+    }
     RunDataWorks<RulesPeer>(options);
     RunDataWorks<DualPeer>(options);
     RunDataWorks<LateBoundPeer>(options);

@@ -6,6 +6,7 @@
 #include "tests/unit/flexgrid/axis_of.h"
 #include "widgets/flexgrid/hit_test.h"
 #include "widgets/flexgrid/scroll_copy.h"
+#include "widgets/flexgrid/view.h"
 
 namespace qvx::flexgrid {
 namespace {
@@ -191,6 +192,26 @@ TEST(HitTest, FindsFixedAndScrolledCellsAndTheGroundBeyond) {
     EXPECT_EQ(NearestItemAt(rows, -50, true), 40);
     EXPECT_EQ(NearestItemAt(rows, -50, false), 0);
     EXPECT_EQ(NearestItemAt(columns, 900, true), 3);
+}
+
+// A million rows as high as a few screens have more pixels than 32 bits can count.
+TEST(Scrolling, ReachesRowsBeyondThirtyTwoBitsOfPixels) {
+    constexpr int height = 5000;
+    constexpr int rows = 1'000'001;
+    Grid grid;
+    grid.SetRows(rows);
+    grid.SetRowHeight(Grid::all, height * 15);
+    for (const int top : {1, 500'000, rows - 1}) {
+        grid.SetTopRow(top);
+        const Axis axis = RowAxis(grid, View{{320, 7000}});
+        EXPECT_EQ(axis.startOf(rows), std::int64_t{height} * rows);
+        for (const int row : {1, 429'497, 858'994, rows - 1}) {
+            EXPECT_EQ(PositionOf(axis, row), height + std::int64_t{row - top} * height) << top << " " << row;
+            EXPECT_EQ(axis.shownAt(axis.startOf(row) + height - 1), row);
+        }
+        EXPECT_TRUE(IsVisible(axis, top));
+        EXPECT_EQ(HitTest(axis, ColumnAxis(grid, View{{320, 7000}}), {100, 5500}).row, top);
+    }
 }
 
 // Rows 16 pixels high, columns 64 wide, one fixed of each; a client of 10 rows and 5 columns.

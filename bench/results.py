@@ -1,0 +1,101 @@
+"""The benchmarks' works, and the lines that the programs print of them.
+
+A line has work, rows, peer, median or "cut", number of runs and all samples, separated by tabs. Values are seconds unless
+the table of works says otherwise. A work that was cut has the seconds it was expected to take in place of the runs.
+"""
+import statistics
+from dataclasses import dataclass, field
+
+SECONDS, BYTES, PER_SECOND = "seconds", "bytes", "per second"
+
+
+@dataclass(frozen=True)
+class Work:
+    """Something that is measured. Goals are the least ratio to the best toolkit and to the list view, and the greatest
+    to the floor."""
+    title: str
+    unit: str = SECONDS
+    toolkit: float = None
+    list_view: float = None
+    floor: float = None
+    grows: bool = True  # with the number of rows; otherwise the time should be the same at every size
+
+    @property
+    def higher_is_better(self):
+        return self.unit == PER_SECOND
+
+
+WORKS = {
+    "load": Work("load R rows, one tab-separated text a row", toolkit=12, list_view=100, floor=1.5),
+    "memory": Work("memory per short cell", unit=BYTES, toolkit=10, grows=False),
+    "sum": Work("sum of a column", toolkit=12, list_view=100, floor=1.2),
+    "scan": Work("scan of every cell by a rule", toolkit=12, list_view=100, floor=1.2),
+    "remove_half": Work("remove every second row", toolkit=80, list_view=200, floor=1.5),
+    "insert_top": Work("insert 1,000 rows at the top, a call a row", toolkit=100, list_view=150, floor=1.5, grows=False),
+    "insert_block": Work("insert 1,000 rows at the top, in as few calls as can be", floor=1.5, grows=False),
+    "duplicates": Work("search for equal rows where none are", toolkit=8),
+    "product": Work("product of two columns, added up", toolkit=12),
+    "product_set": Work("the same, each written into a third column", toolkit=12),
+    "validate": Work("check of a grid in which all is valid", toolkit=12),
+    "remove_empty": Work("remove the half of the rows that is empty", toolkit=50),
+    "load_cells": Work("load R rows, a call a cell"),
+    "paste": Work("paste over R rows, each cell through its column and into the history"),
+    "undo_paste": Work("undo that paste"),
+    "frames": Work("full repaint while scrolling, 800 x 600", unit=PER_SECOND, toolkit=4, list_view=6, grows=False),
+    "scroll": Work("scrolling by a row, 800 x 600", unit=PER_SECOND, grows=False),
+    "first_frame": Work("first painted frame with 100,000 rows, load included", toolkit=4, list_view=40),
+    "frames_large": Work("full repaint, 3840 x 2160", unit=PER_SECOND, grows=False),
+    "scroll_large": Work("scrolling by a row, 3840 x 2160", unit=PER_SECOND, grows=False),
+    "first_frame_large": Work("first painted frame, 3840 x 2160"),
+}
+
+
+@dataclass
+class Entry:
+    """What one peer took for one work at one size; no samples where the work was cut."""
+    samples: list = field(default_factory=list)
+    expected: float = 0
+
+    @property
+    def value(self):
+        return statistics.median(self.samples) if self.samples else None
+
+
+def read(path, into=None):
+    """Returns entries[work][rows][peer]; samples of several runs are put together."""
+    entries = {} if into is None else into
+    with open(path, encoding="utf-8") as lines:
+        for line in lines:
+            columns = line.rstrip("\r\n").split("\t")
+            if len(columns) < 5:
+                continue
+            work, rows, peer, value, runs = columns[:5]
+            entry = entries.setdefault(work, {}).setdefault(int(rows), {}).setdefault(peer, Entry())
+            if value == "cut":
+                entry.expected = float(runs)
+            else:
+                entry.samples += [float(sample) for sample in columns[5].split(",")]
+    return entries
+
+
+def title(work):
+    return WORKS[work].title if work in WORKS else work
+
+
+def higher_is_better(work):
+    return work in WORKS and WORKS[work].higher_is_better
+
+
+def amount(work, value):
+    """Returns a value as text with its unit."""
+    if value is None:
+        return "cut"
+    unit = WORKS[work].unit if work in WORKS else SECONDS
+    if unit == BYTES:
+        return f"{value:.1f} bytes"
+    if unit == PER_SECOND:
+        return f"{value:.0f} /s"
+    for name, size in (("s", 1), ("ms", 1e-3)):
+        if value >= size:
+            return f"{value / size:.3g} {name}"
+    return f"{value / 1e-6:.3g} µs"
