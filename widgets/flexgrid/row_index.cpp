@@ -82,6 +82,7 @@ void RowIndex::ReserveForInsert() {
 
 RowIndex::Leaf& RowIndex::Descend(int& position, bool& rightmost) {
     path_.clear();
+    appendedTo_ = nullptr;
     rightmost = true;
     void* node = root_.node;
     if (position == size_) {
@@ -120,9 +121,14 @@ std::int64_t RowIndex::DeviationOf(std::span<const RowId> ids) const noexcept {
 
 void RowIndex::AddAlongPath(int count, std::int64_t deviation) noexcept {
     root_.count += count;
-    root_.deviation += deviation;
     for (const Step& step : path_) {
         step.node->counts[static_cast<std::size_t>(step.child)] += count;
+    }
+    if (deviation == 0) {
+        return;
+    }
+    root_.deviation += deviation;
+    for (const Step& step : path_) {
         step.node->deviations[static_cast<std::size_t>(step.child)] += deviation;
     }
 }
@@ -133,10 +139,16 @@ void RowIndex::Insert(int position, std::span<const RowId> ids) {
     if (added == 0) {
         return;
     }
-    path_.reserve(static_cast<std::size_t>(height_) + 1);
-    bool rightmost = false;
+    const bool appends = position == size_;
+    bool rightmost = true;
     int offset = position;
-    Leaf* leaf = &Descend(offset, rightmost);
+    Leaf* leaf = appends ? appendedTo_ : nullptr;
+    if (leaf) {
+        offset = leaf->count;
+    } else {
+        path_.reserve(static_cast<std::size_t>(height_) + 1);
+        leaf = &Descend(offset, rightmost);
+    }
     if (leaf->count + added > leafCapacity) {
         ReserveForInsert();
     }
@@ -150,6 +162,7 @@ void RowIndex::Insert(int position, std::span<const RowId> ids) {
         std::copy(ids.begin(), ids.end(), at);
         leaf->count += added;
         AddAlongPath(added, addedDeviation);
+        appendedTo_ = appends ? leaf : nullptr;
         return;
     }
     std::array<RowId, 2 * std::size_t{leafCapacity}> all;

@@ -130,7 +130,10 @@ class RowIndex {
     using Path = std::vector<Step>;
 
     RowId FindAt(int position) const;
-    void Forget() const { cachedCount_ = 0; }
+    void Forget() {
+        cachedCount_ = 0;
+        appendedTo_ = nullptr;
+    }
     // Finds the leaf for an insertion at `position`, which becomes the offset in the leaf. Fills `path_`.
     Leaf& Descend(int& position, bool& rightmost);
     void AddAlongPath(int count, std::int64_t deviation) noexcept;
@@ -175,7 +178,8 @@ class RowIndex {
     std::vector<std::uint64_t> filtered_;  // a bit for each identity, as far as any is set
     int filteredCount_ = 0;
     int shared_ = 0;
-    Path path_;  // of the insertion in progress; kept for its memory
+    Path path_;  // of the last insertion
+    Leaf* appendedTo_ = nullptr;  // the last leaf, while `path_` leads to it and has room; null when that is not known
     std::unique_ptr<Leaf> spareLeaf_;
     std::vector<std::unique_ptr<Inner>> spareInners_;
 
