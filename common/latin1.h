@@ -1,59 +1,15 @@
-// Texts in Latin-1, one byte a character, and the same in UTF-16. Most texts are as short as a word, so that the loops
-// go by four characters and their ends overlap.
+// Texts in Latin-1, one byte a character, and the same in UTF-16.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace qvx {
 
 // Writes the low bytes of `size` units to `to`; returns whether all units were Latin-1, so that nothing was lost.
-inline bool NarrowTo(const char16_t* units, std::size_t size, std::uint8_t* to) {
-    std::uint64_t all = 0;
-    const auto narrowFour = [&](std::size_t at) {
-        std::uint64_t four = 0;
-        std::memcpy(&four, units + at, sizeof four);
-        all |= four;
-        four &= 0x00FF00FF00FF00FF;
-        four = (four | four >> 8) & 0x0000FFFF0000FFFF;
-        const auto bytes = static_cast<std::uint32_t>(four | four >> 16);
-        std::memcpy(to + at, &bytes, sizeof bytes);
-    };
-    if (size >= 4) {
-        for (std::size_t at = 4; at < size; at += 4) {
-            narrowFour(at - 4);
-        }
-        narrowFour(size - 4);
-    } else {
-        for (std::size_t at = 0; at < size; ++at) {
-            all |= units[at];
-            to[at] = static_cast<std::uint8_t>(units[at]);
-        }
-    }
-    return (all & 0xFF00FF00FF00FF00) == 0;
-}
+bool NarrowTo(const char16_t* units, std::size_t size, std::uint8_t* to);
 
 // Writes `size` characters as UTF-16 units to `to`; returns where they end.
-inline char16_t* WidenTo(const std::uint8_t* bytes, std::size_t size, char16_t* to) {
-    const auto widenFour = [&](std::size_t at) {
-        std::uint32_t four = 0;
-        std::memcpy(&four, bytes + at, sizeof four);
-        std::uint64_t units = (four | std::uint64_t{four} << 16) & 0x0000FFFF0000FFFF;
-        units = (units | units << 8) & 0x00FF00FF00FF00FF;
-        std::memcpy(to + at, &units, sizeof units);
-    };
-    if (size >= 4) {
-        for (std::size_t at = 4; at < size; at += 4) {
-            widenFour(at - 4);
-        }
-        widenFour(size - 4);
-    } else {
-        for (std::size_t at = 0; at < size; ++at) {
-            to[at] = bytes[at];
-        }
-    }
-    return to + size;
-}
+char16_t* WidenTo(const std::uint8_t* bytes, std::size_t size, char16_t* to);
 
 }  // namespace qvx
