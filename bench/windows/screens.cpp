@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "bench/support/floor_peer.h"
 #include "bench/support/paint_works.h"
@@ -97,6 +98,16 @@ class Frame {
     HWND window_;
 };
 
+// The rows with a header in front of the other cells.
+const std::vector<Text>& NumberedTexts() {
+    static const std::vector<Text> texts = [] {
+        std::vector<Text> rows = RowTexts<Text>();
+        for (Text& row : rows) row = row.substr(0, row.find(u'\t') + 1) + row;
+        return rows;
+    }();
+    return texts;
+}
+
 template <const Layout& layout>
 class GridScreen {
   public:
@@ -117,15 +128,7 @@ class GridScreen {
         grid.SetColWidth(flexgrid::Grid::all, layout.columnWidth * 15);
         grid.SetColWidth(0, layout.headerWidth * 15);
         grid.SetRowHeight(flexgrid::Grid::all, layout.rowHeight * 15);
-        Text item;
-        for (std::size_t i = 0; i < rows; ++i) {
-            const std::string number = std::to_string(i + 1);
-            item.assign(number.begin(), number.end());
-            item += u'\t';
-            const std::wstring& cells = WideTexts()[i % distinctRows];
-            item.append(cells.begin(), cells.end());
-            grid.AddItem(item);
-        }
+        for (std::size_t i = 0; i < rows; ++i) grid.AddItem(NumberedTexts()[i % distinctRows]);
         grid.RemoveItem(1);
         grid.Select(1, firstSelected, static_cast<int>(rows), lastSelected);
         ShowWindow(frame_.Window(), SW_SHOWNOACTIVATE);
