@@ -54,8 +54,7 @@ TEST(Backup, IsASmallPictureToDesigners) {
         SetFocus(container.Window());
         user ? container.ActivateUi() : container.Activate();
         EXPECT_EQ(container.Window(), GetFocus());
-        RECT area{};
-        GetWindowRect(container.ControlWindow(), &area);
+        const RECT area = AreaOf(container.ControlWindow());
         EXPECT_EQ(18, area.right - area.left);
         EXPECT_EQ(18, area.bottom - area.top);
         const RECTL bounds{0, 0, 18, 18};

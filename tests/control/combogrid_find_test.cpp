@@ -141,11 +141,7 @@ TEST_F(ComboGridFind, TheBarLastsAsLongAsTheGridCanBeUsed) {
     Press('F', {VK_CONTROL});
     EXPECT_EQ("pearish/Apple/pineapple/plum/", form.Column(F::name)) << "an open edit is committed";
     ASSERT_TRUE(Bar());
-    RECT bar{};
-    RECT grid{};
-    GetWindowRect(Bar(), &bar);
-    GetWindowRect(form.InnerGrid(), &grid);
-    EXPECT_EQ(bar.top, grid.bottom);
+    EXPECT_EQ(AreaOf(Bar()).top, AreaOf(form.InnerGrid()).bottom);
     form.Type(L"p");
     Put(form.Inner().get(), L"RightToLeft", {Variant(true)});
     EXPECT_EQ("1 of 6", Status()) << "in new windows";

@@ -29,12 +29,8 @@ HWND ListWindow(const F& form) {
 
 // The screen position `pixels` before the end of a cell that its text runs towards.
 POINT BeforeEnd(const F& form, int row, int col, int pixels) {
-    RECT outer{};
-    GetWindowRect(form.InnerGrid(), &outer);
     const bool mirrored = Call(form.Inner().get(), L"RightToLeft").ToLong() != 0;
-    const int left = outer.left + form.Pixels(L"ColPos", {Variant(col)});
-    const int width = form.Pixels(L"ColWidth", {Variant(col)});
-    return {mirrored ? left + pixels : left + width - pixels, outer.top + form.Pixels(L"RowPos", {Variant(row)}) + 6};
+    return form.At(row, col, mirrored ? pixels : form.Pixels(L"ColWidth", {Variant(col)}) - pixels, 6);
 }
 
 void ClickAt(F& form, POINT at, int times = 1) {

@@ -190,9 +190,7 @@ TEST(ComboGridMembers, ListsIsForListColumnsOnly) {
     // A column listed later has no list before the next load.
     Put(form.grid.get(), L"ListColumns", {Variant(u";Name;Item;")});
     EXPECT_EQ(340, ErrorOf(form.grid.get(), L"Lists", DISPATCH_PROPERTYGET, {Variant(int{F::name})}));
-    form.GoTo(1, F::name);
-    form.Type(L"free");
-    form.Press(VK_RETURN);
+    form.Enter(1, F::name, L"free");
     EXPECT_EQ(u"free", form.Cell(1, F::name));
 }
 

@@ -62,12 +62,9 @@ TEST_F(ComboGridSort, AHandlerMayRefuseItAndADragSelects) {
     form.events->onEvent = nullptr;
     Sorts();
     Put(form.Inner().get(), L"AllowBigSelection", {Variant(true)});
-    RECT outer{};
-    GetWindowRect(form.InnerGrid(), &outer);
-    const int top = outer.top + 6;
-    MoveMouseTo({outer.left + form.Pixels(L"ColPos", {Variant(F::name)}) + 30, top});
+    MoveMouseTo(form.At(0, F::name, 30, 6));
     LeftButton(true);
-    MoveMouseTo({outer.left + form.Pixels(L"ColPos", {Variant(F::qty)}) + 8, top});
+    MoveMouseTo(form.At(0, F::qty, 8, 6));
     form.Pump();
     LeftButton(false);
     form.Pump();

@@ -10,9 +10,7 @@
 #include "com/safearray.h"
 #include "com/wide_text.h"
 #include "tests/control/combogrid_form.h"
-#include "tests/support/dialog_closer.h"
 #include "tests/support/drawn_picture.h"
-#include "tests/support/files.h"
 #include "tests/support/input.h"
 #include "tests/support/message_box.h"
 #include "tests/support/narrow.h"
@@ -80,18 +78,10 @@ TEST(ComboGridStates, CountWhoeverMakesTheChange) {
     };
     const Case cases[] = {
         {"nothing", [](F&) {}, "uuu"},
-        {"typing",
-         [](F& form) {
-             form.GoTo(2, F::name);
-             form.Type(L"x");
-             form.Press(VK_RETURN);
-         },
-         "uc(Bob)u"},
+        {"typing", [](F& form) { form.Enter(2, F::name, L"x"); }, "uc(Bob)u"},
         {"typing taken back",
          [](F& form) {
-             form.GoTo(2, F::name);
-             form.Type(L"x");
-             form.Press(VK_RETURN);
+             form.Enter(2, F::name, L"x");
              form.Press('Z', {VK_CONTROL});
          },
          "uuu"},
