@@ -133,8 +133,6 @@ TEST_F(ComboGridColumns, ALayoutBringsBackWhatTheUserMade) {
     EXPECT_EQ(after, *Call(form.grid.get(), L"UserLayout").ToText());
     form.Enter(1, 1, L"ch");
     EXPECT_EQ(u"Cherry", form.Cell(1, 1));
-    EXPECT_EQ(380, ErrorOf(form.grid.get(), L"UserLayout", DISPATCH_PROPERTYPUT, {Variant(u"2|Name=5")}));
-    EXPECT_EQ("Item Name Qty Rate Month ", Order());
 }
 
 TEST_F(ComboGridColumns, TheFooterTotalsWhatIsTyped) {
@@ -155,7 +153,6 @@ TEST_F(ComboGridColumns, TheFooterTotalsWhatIsTyped) {
     Call(form.grid.get(), L"Undo");
     DragTo(F::qty, Header(F::name, 3));
     EXPECT_EQ("Qty: 3, Name: 2, Rate: 2.5", shown());
-    EXPECT_EQ(30010, ErrorOf(form.grid.get(), L"FooterText", DISPATCH_PROPERTYGET, {Variant(99)}));
     // Rows end above it.
     Put(form.grid.get(), L"Rows", {Variant(500)});
     form.GoTo(499, F::name);
@@ -210,10 +207,6 @@ TEST_F(ComboGridColumnObjects, AgreeWithTheLists) {
         Put(rate.get(), c.member, {c.before});
         EXPECT_EQ(";Name;", Property(c.list));
         Put(form.grid.get(), c.list, {Variant(u"")});
-        if (c.before.Type() == VT_BOOL) continue;
-        EXPECT_EQ(380, ErrorOf(rate.get(), c.member, DISPATCH_PROPERTYPUT, {Variant(-2)}));
-        if (c.value.ToLong() == 20) continue;
-        EXPECT_EQ(380, ErrorOf(rate.get(), c.member, DISPATCH_PROPERTYPUT, {Variant(6)}));
     }
 }
 
@@ -239,7 +232,6 @@ TEST_F(ComboGridColumnObjects, FollowTheirColumns) {
     EXPECT_EQ(3, Call(index.get(), L"Item", {Variant(u"Pieces")}).ToLong());
     form.Enter(form.Number(L"Row"), 3, L"7x");
     EXPECT_EQ(u"7", *Call(qty.get(), L"FooterText").ToText()) << "digits only, as before";
-    EXPECT_EQ(380, ErrorOf(qty.get(), L"Caption", DISPATCH_PROPERTYPUT, {Variant(u"a;b")}));
     Put(item.get(), L"Caption", {Variant(u"Fruit")});
     EXPECT_TRUE(Call(item.get(), L"ListOnly").ToBool().value_or(false));
     Put(form.Inner().get(), L"ColPosition", {Variant(F::item), Variant(1)});
@@ -251,8 +243,6 @@ TEST_F(ComboGridColumnObjects, FollowTheirColumns) {
     EXPECT_EQ(364, ErrorOf(qty.get(), L"Width", DISPATCH_PROPERTYPUT, {Variant(100)})) << "another one has its place";
     const auto all = Call(form.grid.get(), L"Columns").ToObject<IDispatch>();
     EXPECT_EQ(9, Call(all.get(), L"Count").ToLong());
-    EXPECT_EQ(5, ErrorOf(all.get(), L"Item", DISPATCH_PROPERTYGET, {Variant(u"Colour")}));
-    EXPECT_EQ(9, ErrorOf(all.get(), L"Item", DISPATCH_PROPERTYGET, {Variant(9)}));
     EXPECT_EQ(13, ErrorOf(all.get(), L"Item", DISPATCH_PROPERTYGET, {Variant(all.get())}));
 }
 
@@ -265,8 +255,6 @@ TEST_F(ComboGridColumnObjects, ShowFormatsAndStayInView) {
     EXPECT_EQ(u"2.5", *Call(form.grid.get(), L"TextMatrix", {Variant(1), Variant(F::rate)}).ToText());
     Put(rate.get(), L"Caption", {Variant(u"Price")});
     EXPECT_EQ("[Price]0.00 \"[]\"", Property(L"ColumnFormats"));
-    EXPECT_EQ(380, ErrorOf(rate.get(), L"Format", DISPATCH_PROPERTYPUT, {Variant(u"0,[")}));
-    EXPECT_EQ(380, ErrorOf(form.grid.get(), L"ColumnFormats", DISPATCH_PROPERTYPUT, {Variant(u"0.00")}));
     Put(rate.get(), L"Format", {Variant(u"")});
     EXPECT_EQ("", Property(L"ColumnFormats"));
 
@@ -282,7 +270,6 @@ TEST_F(ComboGridColumnObjects, ShowFormatsAndStayInView) {
     EXPECT_EQ("1,2", form.Current());
     Put(Column(Variant(F::name)).get(), L"Frozen", {Variant(false)});
     EXPECT_EQ("0", Property(L"FrozenCols"));
-    EXPECT_EQ(380, ErrorOf(form.grid.get(), L"FrozenCols", DISPATCH_PROPERTYPUT, {Variant(-1)}));
 }
 
 TEST_F(ComboGridColumnObjects, AreHiddenAndShownWithTheirWidth) {
@@ -297,7 +284,6 @@ TEST_F(ComboGridColumnObjects, AreHiddenAndShownWithTheirWidth) {
     Put(rate.get(), L"Alignment", {Variant(7)});
     EXPECT_EQ(2100, Call(form.Inner().get(), L"ColWidth", {Variant(F::rate)}).ToLong());
     EXPECT_EQ(7, Call(form.Inner().get(), L"ColAlignment", {Variant(F::rate)}).ToLong());
-    EXPECT_EQ(380, ErrorOf(rate.get(), L"Alignment", DISPATCH_PROPERTYPUT, {Variant(65537)}));
     Put(rate.get(), L"Visible", {Variant(false)});
     EXPECT_EQ(0, width(rate));
     EXPECT_EQ(";Rate;", Property(L"InVisibleColumns"));
