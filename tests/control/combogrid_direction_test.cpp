@@ -67,20 +67,6 @@ TEST(ComboGridRightToLeft, EditorLiesOnItsCellWithTheButtonAtTheLeft) {
     }
 }
 
-TEST(ComboGridRightToLeft, ArrowsGoAsTheEyeDoes) {
-    F form;
-    Put(form.Inner().get(), L"RightToLeft", {Variant(true)});
-    form.GoTo(1, F::name);
-    form.Press(VK_LEFT);
-    EXPECT_EQ("1,2", form.Current());
-    form.Press(VK_LEFT, {VK_SHIFT});
-    EXPECT_EQ(3, Call(form.Inner().get(), L"ColSel").ToLong());
-    form.Type(L"12");
-    form.Press(VK_LEFT);
-    EXPECT_EQ(u"12", form.Cell(1, F::qty));
-    EXPECT_EQ("1,3", form.Current()) << "a number ends at the left";
-}
-
 // The flags of the tool tip's entry for a window; 0 while there is none.
 UINT TipFlagsFor(HWND window) {
     TTTOOLINFOW tool{};

@@ -95,19 +95,6 @@ TEST(ComboGridTyping, EscapeGivesTheOldTextBackAndWithoutAnEditIsTheContainers) 
     EXPECT_EQ(form.InnerGrid(), GetFocus());
 }
 
-TEST(ComboGridTyping, TabAndEnterGoOnByColumnsThatMayBeEntered) {
-    F form;
-    form.GoTo(1, F::month);
-    EXPECT_FALSE(form.Press(VK_TAB));
-    EXPECT_EQ("1,5", form.Current());
-    EXPECT_FALSE(form.Press(VK_RETURN));
-    EXPECT_EQ("2,1", form.Current());
-    EXPECT_FALSE(form.Press(VK_TAB, {VK_SHIFT}));
-    EXPECT_EQ("1,5", form.Current());
-    form.GoTo(1, F::name);
-    EXPECT_TRUE(form.Press(VK_TAB, {VK_SHIFT})) << "nothing is in front of the first cell";
-}
-
 TEST(ComboGridTyping, ArrowsInTheEditorLeaveAtTheEndsOfTheText) {
     F form;
     form.GoTo(1, F::name);
