@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <map>
-#include <sstream>
 
 #include "Qvx.h"
 #include "tests/control/combogrid_form.h"
