@@ -68,8 +68,9 @@ class Stream {
     Stream& operator=(const Stream&) = delete;
 
     void Run(PackedInput& input, Output& output, std::uint64_t size) {
-        // The buffer has room for one byte too many, so that a larger size is noticed.
-        Bytes buffer(PieceOf(size) + 1);
+        // Pieces are whole pages, since the system takes a quarter longer to store pieces that end within one. Even no
+        // data gets room for a byte, so that a larger size is noticed.
+        Bytes buffer(std::max<std::size_t>(PieceOf(size), 1));
         int result = Z_OK;
         while (result != Z_STREAM_END) {
             Feed(input);

@@ -4,29 +4,42 @@
 #     bench/archives.sh [MEGABYTES] [FILE.md]
 #
 # MEGABYTES is about how large the database is (100 when left out), FILE.md where the report goes as well
-# (build/bench/archives.md when left out). Figures are medians of five runs that take turns. Elapsed time is on all processors and with
-# the archive on the disk; under Wine it has the start of a Windows program in it. PkZip reads its archive back before it counts, zip does not.
+# (build/bench/archives.md when left out). build/bench/archives.tsv gets every sample, a line for each work and program:
+#
+#     work<TAB>megabytes<TAB>program<TAB>median<TAB>runs<TAB>samples
+#
+# in seconds, and the sizes of archives in bytes. The programs take turns, and each is the first of its pair in every
+# other run. A measurement begins with nothing left to write to the disk and ends with the output on it. Elapsed time
+# under Wine includes the start of a Windows program, which is a work of its own. PkZip reads its archive back before it
+# counts, which zip does not do. Figures are medians of five runs, or of three from 500 MB on.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 cd "$root"
 megabytes=${1:-100}
 report=${2:-$root/build/bench/archives.md}
+lines=$root/build/bench/archives.tsv
 runs=5
 
 source tools/common.sh
 source tools/packages.sh
 source tools/build.sh
 source tools/wine.sh
+source tools/system.sh
 
 [[ $megabytes =~ ^[1-9][0-9]*$ ]] || die "The number of megabytes is '$megabytes'."
+limit=$((600 + 4 * megabytes)) # seconds for one run of a program
+((megabytes < 500)) || runs=3
 
 build x64 --target PkZip PkunZip || die "The archivers were not built."
 start_wine
 
 work=$root/build/bench/archives
 rm -rf "$work"
+at_exit "rm -rf '$work'"
 mkdir -p "$work" "$(dirname "$report")"
+folder=$(windows_path "$work")
+pkzip=("$root/build/x64/PkZip.exe") pkunzip=("$root/build/x64/PkunZip.exe")
 
 # Creates customers, orders and their lines: words, codes, dates, prices, and indexes over them, with the same rows in
 # every run.
@@ -62,51 +75,99 @@ END
 measure() {
   local name=$1 TIMEFORMAT='%R %U %S'
   shift
+  # Otherwise the first to flush its output would wait for what others have written.
+  sync -f "$work"
   { time "$@" >"$work/$name.log" 2>&1 </dev/null || exit 1; } 2>>"$work/$name.times"
 }
-
-median() { sort -n | sed -n "$(((runs + 1) / 2))p"; }
-elapsed_of() { awk '{ print $1 }' "$work/$1.times" | median; }
-processor_of() { awk '{ print $2 + $3 }' "$work/$1.times" | median; }
+# measure_wine NAME COMMAND...: the same under Wine, after the start of a program with a server that is running already.
+measure_wine() {
+  run_windows 60 "${pkunzip[@]}" '-?' >/dev/null
+  measure start run_windows 60 "${pkunzip[@]}" '-?'
+  measure "$@"
+}
 # PkZip and PkunZip end when their output is on the disk.
 zip_to_disk() { zip -q -j "$1" "$2" && sync "$1"; }
 unzip_to_disk() { unzip -q -d "$2" "$1" && sync "$2/shop.db"; }
 # on_one COMMAND...: runs the command, with all that it starts, in a shell that stays on one processor.
 on_one() { (taskset -p -c 0 "$BASHPID" >/dev/null && "$@"); }
-ratio() { awk -v ours="$1" -v theirs="$2" 'BEGIN { printf "%.2f", ours / theirs }'; }
-# row WORK OURS THEIRS UNIT
-row() { printf '| %s | %s %s | %s %s | %s |\n' "$1" "$2" "$4" "$3" "$4" "$(ratio "$2" "$3")"; }
+
+measure_pkzip() { measure_wine pkzip run_windows "$limit" "${pkzip[@]}" "$folder\\own.qvx" "$folder\\shop.db"; }
+measure_zip() { measure zip zip_to_disk "$work/theirs.zip" "$work/shop.db"; }
+measure_pkzip_one() { measure_wine pkzip-one on_one run_windows "$limit" "${pkzip[@]}" "$folder\\one.qvx" "$folder\\shop.db"; }
+measure_zip_one() { measure zip-one on_one zip_to_disk "$work/one.zip" "$work/shop.db"; }
+measure_pkunzip() { measure_wine pkunzip run_windows "$limit" "${pkunzip[@]}" "$folder\\own.qvx" "$folder\\own"; }
+measure_unzip() {
+  mkdir "$work/theirs"
+  measure unzip unzip_to_disk "$work/theirs.zip" "$work/theirs"
+}
+# in_turn RUN ONE OTHER: does both, in every other run the other one first.
+in_turn() {
+  if (($1 % 2 == 0)); then
+    "$2"
+    "$3"
+  else
+    "$3"
+    "$2"
+  fi
+}
+
+# samples NAME elapsed|processor: a line for each run.
+samples() { awk -v which="$2" '{ print which == "elapsed" ? $1 : $2 + $3 }' "$work/$1.times"; }
+median() { sort -n | awk '{ all[NR] = $1 } END { print all[int((NR + 1) / 2)] }'; }
+# line WORK PROGRAM SAMPLE...: adds to the samples.
+line() {
+  local name=$1 program=$2 middle
+  shift 2
+  middle=$(printf '%s\n' "$@" | median)
+  printf '%s\t%s\t%s\t%s\t%s\t%s\n' "$name" "$megabytes" "$program" "$middle" $# "$(IFS=,; echo "$*")" >>"$lines"
+}
+# row TITLE OURS THEIRS UNIT
+row() {
+  awk -v title="$1" -v ours="$2" -v theirs="$3" -v unit="$4" \
+    'BEGIN { printf "| %s | %s %s | %s %s | %.2f |\n", title, ours, unit, theirs, unit, ours / theirs }'
+}
+# compare WORK TITLE OURS THEIRS elapsed|processor: a row of the report, and the samples of both, which were measured
+# under the names OURS and THEIRS.
+compare() {
+  local own their
+  mapfile -t own < <(samples "$3" "$5")
+  mapfile -t their < <(samples "$4" "$5")
+  line "$1" 'PkZip, PkunZip' "${own[@]}"
+  line "$1" 'zip, unzip' "${their[@]}"
+  row "$2" "$(printf '%s\n' "${own[@]}" | median)" "$(printf '%s\n' "${their[@]}" | median)" s
+}
 
 say "Making a database"
 make_database "$work/shop.db"
 size=$(stat -c %s "$work/shop.db")
-folder=$(windows_path "$work")
-pkzip=("$root/build/x64/PkZip.exe") pkunzip=("$root/build/x64/PkunZip.exe")
-run_windows 60 "${pkunzip[@]}" '-?' >/dev/null
 for ((i = 0; i < runs; i++)); do
   say "Run $((i + 1)) of $runs"
   rm -rf "$work"/own* "$work"/theirs* "$work/one.qvx" "$work/one.zip"
-  measure pkzip run_windows 600 "${pkzip[@]}" "$folder\\own.qvx" "$folder\\shop.db"
-  measure zip zip_to_disk "$work/theirs.zip" "$work/shop.db"
-  measure pkzip-one on_one run_windows 600 "${pkzip[@]}" "$folder\\one.qvx" "$folder\\shop.db"
-  measure zip-one on_one zip_to_disk "$work/one.zip" "$work/shop.db"
-  measure pkunzip run_windows 600 "${pkunzip[@]}" "$folder\\own.qvx" "$folder\\own"
-  mkdir "$work/theirs"
-  measure unzip unzip_to_disk "$work/theirs.zip" "$work/theirs"
+  in_turn "$i" measure_pkzip measure_zip
+  in_turn "$i" measure_pkzip_one measure_zip_one
+  in_turn "$i" measure_pkunzip measure_unzip
   cmp "$work/own/shop.db" "$work/shop.db" || die "What PkunZip has unpacked differs."
   cmp "$work/theirs/shop.db" "$work/shop.db" || die "What unzip has unpacked differs."
 done
 
+own_size=$(stat -c %s "$work/own.qvx")
+their_size=$(stat -c %s "$work/theirs.zip")
+mapfile -t starts < <(samples start elapsed)
+: >"$lines"
+line archive_size 'PkZip, PkunZip' "$own_size"
+line archive_size 'zip, unzip' "$their_size"
+line archiver_start 'PkZip, PkunZip' "${starts[@]}"
 {
   echo "A SQLite database of $((size / 1000000)) MB, $(nproc) processors. A ratio above 1 says that Qvx takes more."
+  echo "The start of a program under Wine, $(printf '%s\n' "${starts[@]}" | median) s, is part of its elapsed time."
   echo
   echo '| | PkZip, PkunZip | zip, unzip | ratio |'
   echo '|---|---:|---:|---:|'
-  row 'size of the archive' "$(stat -c %s "$work/own.qvx")" "$(stat -c %s "$work/theirs.zip")" bytes
-  row 'packing, elapsed' "$(elapsed_of pkzip)" "$(elapsed_of zip)" s
-  row 'packing, elapsed on one processor' "$(elapsed_of pkzip-one)" "$(elapsed_of zip-one)" s
-  row 'packing, processor time' "$(processor_of pkzip)" "$(processor_of zip)" s
-  row 'unpacking, elapsed' "$(elapsed_of pkunzip)" "$(elapsed_of unzip)" s
-  row 'unpacking, processor time' "$(processor_of pkunzip)" "$(processor_of unzip)" s
+  row 'size of the archive' "$own_size" "$their_size" bytes
+  compare pack 'packing, elapsed' pkzip zip elapsed
+  compare pack_one 'packing, elapsed on one processor' pkzip-one zip-one elapsed
+  compare pack_cpu 'packing, processor time' pkzip zip processor
+  compare unpack 'unpacking, elapsed' pkunzip unzip elapsed
+  compare unpack_cpu 'unpacking, processor time' pkunzip unzip processor
 } | tee "$report"
-say "The report is in ${report#"$root"/}"
+say "The report is in ${report#"$root"/}, every sample in ${lines#"$root"/}"

@@ -1,7 +1,5 @@
 // Dates: every text that reads as a date gives a date of the calendar that survives being written and read again, and
 // any pattern can be written. The input: order, current year, pattern's length, pattern, text.
-#include <cstdint>
-
 #include "common/dates.h"
 #include "fuzz/fuzz_input.h"
 

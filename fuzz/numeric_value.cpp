@@ -2,7 +2,6 @@
 // the strict readings and the standard library where those apply. The first byte selects the width of the rest.
 #include <charconv>
 #include <cmath>
-#include <cstdint>
 #include <cstring>
 #include <string>
 

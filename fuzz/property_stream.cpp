@@ -1,6 +1,5 @@
 // Property streams: every stream that can be read is written as one that reads the same. The input is the stream
 // itself.
-#include <cstdint>
 #include <span>
 
 #include "common/property_stream.h"

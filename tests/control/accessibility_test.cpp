@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <map>
-#include <sstream>
 
 #include "Qvx.h"
 #include "tests/control/combogrid_form.h"
@@ -178,12 +177,10 @@ TEST(Accessibility, CellsLieWhereTheyAreFoundAgain) {
     Put(form.grid.get(), L"Rows", {Variant(40)});
     Put(form.Inner().get(), L"TopRow", {Variant(20)});
     form.Pump();
-    RECT outer{};
-    GetWindowRect(form.InnerGrid(), &outer);
     const Spoken cell = CellOf(form, 21, F::item);
     const RECT place = cell.Place();
-    EXPECT_EQ(outer.left + form.Pixels(L"ColPos", {Variant(int{F::item})}), place.left);
-    EXPECT_EQ(outer.top + form.Pixels(L"RowPos", {Variant(21)}), place.top);
+    const POINT corner = form.At(21, F::item, 0, 0);
+    EXPECT_TRUE(corner.x == place.left && corner.y == place.top);
     const Spoken found = ObjectAt({place.left + 2, place.top + 2});
     ASSERT_TRUE(found);
     EXPECT_EQ(cell.Name(), found.Name());
@@ -480,9 +477,7 @@ TEST(Accessibility, CellsThatTheHostRefusesAreMarkedAndDescribed) {
     EXPECT_EQ("Not on stock.", description(2));
     EXPECT_EQ("", description(3));
     EXPECT_EQ("24(1, 1, a, )\n24(2, 1, b, )\n24(3, 1, c, )\n", form.Log());
-    form.GoTo(2, F::name);
-    form.Type(L"d");
-    form.Press(VK_RETURN);
+    form.Enter(2, F::name, L"d");
     EXPECT_EQ("", description(2));
     refused = u"c";
     form.GoTo(1, F::name);
@@ -503,8 +498,7 @@ TEST(Accessibility, ButtonsAreNamedAndPressed) {
     EXPECT_EQ("Save", spoken.Name());
     EXPECT_EQ(ROLE_SYSTEM_PUSHBUTTON, spoken.Role());
     EXPECT_EQ("Alt+S", spoken.Shortcut());
-    RECT window{};
-    GetWindowRect(container.ControlWindow(), &window);
+    RECT window = AreaOf(container.ControlWindow());
     const RECT place = spoken.Place();
     EXPECT_TRUE(EqualRect(&window, &place));
     EXPECT_EQ("Save", ObjectAt({place.left + 3, place.top + 3}).Name());

@@ -6,7 +6,6 @@
 
 #include <atomic>
 #include <memory>
-#include <string>
 #include <thread>
 
 #include "com/wide_text.h"

@@ -210,8 +210,7 @@ TEST_F(BackupDialogOnScreen, ARestoreByItsKeys) {
             SCOPED_TRACE(group);
             if (group) TypeKey('S', {VK_MENU});
             EXPECT_TRUE(Soon([&] { return (IsWindowVisible(parts.groupName) != 0) == group; }));
-            RECT bounds{};
-            GetWindowRect(parts.form, &bounds);
+            const RECT bounds = test::AreaOf(parts.form);
             EXPECT_EQ(TwipsToPixels(group ? 2550 : 2145, dots), bounds.bottom - bounds.top);
             while (FocusOf(parts.form) != parts.location) {
                 TypeKey(VK_TAB);

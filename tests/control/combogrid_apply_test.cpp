@@ -78,12 +78,6 @@ class ApplyToDatabase : public DatabaseTest {
         Remove(3);
         Add(u"\tFay's\t\t2.5");
     }
-    void AnswerConflicts(bool overwrite, bool cancel) {
-        form_->events->onEvent = [=](DISPID, DISPPARAMS& arguments) {
-            *arguments.rgvarg[1].pboolVal = ToVariantBool(overwrite);
-            Answer(arguments, cancel);
-        };
-    }
 
     std::unique_ptr<F> form_;
     ComPtr<IDispatch> records_;
@@ -161,33 +155,6 @@ TEST_F(ApplyToDatabase, LeavesNothingHalfWritten) {
         Execute(u"insert into lines values(3, 'Cid', 3, null, '2024-05-01')");
         Load();
     }
-}
-
-TEST_F(ApplyToDatabase, AsksAboutChangesOfOthers) {
-    Execute(u"update lines set qty = 23, name = 'Bo' where id = 2");
-    Execute(u"delete from lines where id = 3");
-    const std::string theirs = Stored();
-    Change();
-    // The records are those that were loaded until they are read again.
-    EXPECT_EQ(-3197, Apply());
-    EXPECT_EQ(theirs, Stored());
-    EXPECT_EQ("ucuun-", States());
-    Call(records_.get(), L"Requery");
-    form_->Log();
-    EXPECT_EQ(-30020, Apply());
-    const std::string asked =
-        "27(2, -1, name, Bob, Bo, False, False)\n27(2, -1, qty, 22, 23, False, False)\n27(-1, 0, , , , False, False)\n";
-    EXPECT_EQ(asked, form_->Log());
-    AnswerConflicts(true, true);
-    EXPECT_EQ(0, Apply()) << "cancelled";
-    EXPECT_EQ(theirs, Stored());
-    EXPECT_EQ("ucuun-", States());
-    AnswerConflicts(true, false);
-    form_->Log();
-    EXPECT_EQ(2, Apply()) << error_;
-    EXPECT_EQ(asked, form_->Log());
-    EXPECT_EQ("uuuuu", States());
-    EXPECT_EQ(after_, Stored());
 }
 
 }  // namespace

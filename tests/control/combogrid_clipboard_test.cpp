@@ -97,9 +97,7 @@ TEST(ComboGridClipboard, PastedCellsAreCleanedByTheEditorsListsAndTheSystemsDate
 
 TEST(ComboGridUndo, EntriesGoBackAndCannotBeKept) {
     F form;
-    form.GoTo(1, F::name);
-    form.Type(L"ab");
-    form.Press(VK_RETURN);
+    form.Enter(1, F::name, L"ab");
     form.GoTo(2, F::name);
     form.Press(VK_F2);
     form.Type(L"xyz");

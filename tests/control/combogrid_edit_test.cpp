@@ -3,6 +3,7 @@
 
 #include "Qvx.h"
 #include "tests/control/combogrid_form.h"
+#include "tests/support/input.h"
 
 namespace qvx::test {
 namespace {
@@ -116,11 +117,6 @@ TEST(ComboGridOpenEdit, TheWheelScrollsTheGridUnderIt) {
         const auto inner = form.Inner();
         const auto topRow = [&] { return *Call(inner.get(), L"TopRow").ToLong(); };
         const int rowHeight = form.Pixels(L"RowPos", {Variant(6)}) - form.Pixels(L"RowPos", {Variant(5)});
-        const auto placeOf = [&] {
-            RECT place{};
-            EXPECT_TRUE(GetWindowRect(form.Frame(), &place));
-            return place;
-        };
         const auto turn = [&](int notches) {
             const auto movement = static_cast<WPARAM>(static_cast<DWORD>(notches * WHEEL_DELTA) << 16);
             SendMessageW(GetFocus(), WM_MOUSEWHEEL, movement, 0);
@@ -131,16 +127,16 @@ TEST(ComboGridOpenEdit, TheWheelScrollsTheGridUnderIt) {
             EXPECT_EQ(1, topRow()) << "the open list has the wheel";
             SendMessageW(GetParent(GetFocus()), CB_SHOWDROPDOWN, FALSE, 0);
         }
-        const LONG before = placeOf().top;
+        const LONG before = AreaOf(form.Frame()).top;
         turn(-1);
         EXPECT_EQ(4, topRow());
-        EXPECT_EQ(3 * rowHeight, before - placeOf().top) << "it follows its cell";
+        EXPECT_EQ(3 * rowHeight, before - AreaOf(form.Frame()).top) << "it follows its cell";
         turn(-10);
         EXPECT_EQ(34, topRow());
         EXPECT_TRUE(form.Frame()) << "out of sight, but open";
         form.Type(col == F::item ? L"n" : L"b");
         EXPECT_GE(5, topRow()) << "typing brings it back into view";
-        EXPECT_LT(0, placeOf().left);
+        EXPECT_LT(0, AreaOf(form.Frame()).left);
         form.Press(VK_RETURN);
         EXPECT_EQ(col == F::item ? u"Banana" : u"ab", form.Cell(5, col));
     }

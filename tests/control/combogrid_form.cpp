@@ -140,11 +140,20 @@ void ComboGridForm::GoTo(int row, int col) {
     Log();
 }
 
+void ComboGridForm::Enter(int row, int col, const std::wstring& text) {
+    GoTo(row, col);
+    Type(text);
+    Press(VK_RETURN);
+}
+
+POINT ComboGridForm::At(int row, int col, int right, int down) const {
+    const RECT outer = AreaOf(InnerGrid());
+    return {outer.left + Pixels(L"ColPos", {Variant(col)}) + right,
+            outer.top + Pixels(L"RowPos", {Variant(row)}) + down};
+}
+
 void ComboGridForm::Click(int row, int col, bool twice, int pixelsIn) {
-    RECT outer{};
-    GetWindowRect(InnerGrid(), &outer);
-    MoveMouseTo({outer.left + Pixels(L"ColPos", {Variant(col)}) + pixelsIn,
-                 outer.top + Pixels(L"RowPos", {Variant(row)}) + pixelsIn});
+    MoveMouseTo(At(row, col, pixelsIn, pixelsIn));
     for (int press = 0; press < (twice ? 2 : 1); ++press) {
         LeftButton(true);
         LeftButton(false);

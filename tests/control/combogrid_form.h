@@ -47,6 +47,8 @@ class ComboGridForm {
     void GoTo(int row, int col);
     // Text by its keys, letter by letter.
     void Type(const std::wstring& text);
+    // An entry: goes to the cell, types the text and presses Enter.
+    void Enter(int row, int col, const std::wstring& text);
     // Containers differ: this one asks the control for keys, and uses up those that are left to it.
     bool asksForKeys = true;
     bool deliversKeysLeft = false;
@@ -55,6 +57,8 @@ class ComboGridForm {
 
     // A key with the given ones held (VK_SHIFT and so on). True when the container was left to use it.
     bool Press(int virtualKey, const std::vector<int>& held = {});
+    // A place in a cell of the inner grid, so many pixels from its corner, on the screen.
+    POINT At(int row, int col, int right = 4, int down = 4) const;
     // The left button on a cell of the inner grid, so many pixels from its corner.
     void Click(int row, int col, bool twice = false, int pixelsIn = 4);
     void Pump();

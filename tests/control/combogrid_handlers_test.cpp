@@ -49,9 +49,7 @@ const Act letGo[] = {{"nobody holding the control", [](F& f) { f.grid.reset(), f
 
 // What a person does to a grid, with the messages that a host would have to answer.
 void Use(F& form) {
-    form.GoTo(1, F::name);
-    form.Type(L"ab");
-    form.Press(VK_RETURN);
+    form.Enter(1, F::name, L"ab");
     form.Press(VK_INSERT);
     form.Press('Z', {VK_CONTROL});
     form.Press(VK_F2);

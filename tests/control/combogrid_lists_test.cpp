@@ -29,12 +29,8 @@ HWND ListWindow(const F& form) {
 
 // The screen position `pixels` before the end of a cell that its text runs towards.
 POINT BeforeEnd(const F& form, int row, int col, int pixels) {
-    RECT outer{};
-    GetWindowRect(form.InnerGrid(), &outer);
     const bool mirrored = Call(form.Inner().get(), L"RightToLeft").ToLong() != 0;
-    const int left = outer.left + form.Pixels(L"ColPos", {Variant(col)});
-    const int width = form.Pixels(L"ColWidth", {Variant(col)});
-    return {mirrored ? left + pixels : left + width - pixels, outer.top + form.Pixels(L"RowPos", {Variant(row)}) + 6};
+    return form.At(row, col, mirrored ? pixels : form.Pixels(L"ColWidth", {Variant(col)}) - pixels, 6);
 }
 
 void ClickAt(F& form, POINT at, int times = 1) {
@@ -107,35 +103,22 @@ TEST(ComboGridLists, KeysOpenAndCloseTheListOfAGridWithArrows) {
     }
 }
 
+// Which entries come first is a rule's.
 TEST(ComboGridLists, TypingFindsPartsAndShowsThemFirst) {
-    struct Case {
-        const wchar_t* typed;
-        const char* shown;
-        const char* cell;
-    };
-    const Case cases[] = {
-        {L"an", "Banana/Apple/Cherry/", "Banana"},
-        {L"a", "Apple/Banana/Cherry/", "Apple"},
-        {L"r", "Cherry/Apple/Banana/", "Cherry"},
-        {L"x", "Apple/Banana/Cherry/", "Apple"},
-    };
-    for (const Case& c : cases) {
-        F form({{L"ListMatch", Variant(1)}});
-        form.GoTo(1, F::item);
-        form.Type(c.typed);
-        ASSERT_TRUE(ListIsOpen(form));
-        std::string shown;
-        for (WPARAM at = 0; at < 3; ++at) {
-            wchar_t text[32]{};
-            SendMessageW(ListWindow(form), LB_GETTEXT, at, reinterpret_cast<LPARAM>(text));
-            shown += Narrow(FromWide(text)) + "/";
-        }
-        EXPECT_EQ(c.shown, shown);
-        EXPECT_EQ(u"Banana", Call(form.List(F::item).get(), L"List", {Variant(1)}).ToText()) << "hosts see no order";
-        form.Press(VK_RETURN);
-        EXPECT_EQ(c.cell, Narrow(form.Cell(1, F::item)));
-    }
     F form({{L"ListMatch", Variant(1)}});
+    form.GoTo(1, F::item);
+    form.Type(L"r");
+    ASSERT_TRUE(ListIsOpen(form));
+    std::string shown;
+    for (WPARAM at = 0; at < 3; ++at) {
+        wchar_t text[32]{};
+        SendMessageW(ListWindow(form), LB_GETTEXT, at, reinterpret_cast<LPARAM>(text));
+        shown += Narrow(FromWide(text)) + "/";
+    }
+    EXPECT_EQ("Cherry/Apple/Banana/", shown);
+    EXPECT_EQ(u"Banana", Call(form.List(F::item).get(), L"List", {Variant(1)}).ToText()) << "hosts see no order";
+    form.Press(VK_RETURN);
+    EXPECT_EQ(u"Cherry", form.Cell(1, F::item));
     form.GoTo(1, F::item);
     form.Type(L"r");
     form.Press(VK_DOWN);

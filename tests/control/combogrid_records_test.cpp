@@ -220,21 +220,6 @@ TEST(ComboGridValidation, TheHostLearnsOfItFirstAndHasRulesOfItsOwn) {
     EXPECT_EQ("3(", form.Log().substr(0, 2)) << "a failure, and no box";
 }
 
-TEST(ComboGridValidation, F8GoesFromMarkToMark) {
-    F form({{L"MarkInvalid", Variant(true)}, {L"CheckValueFor", Variant(u";Qty-2;")}});
-    form.Fill({{u"a", u"1"}, {u"b", u"0"}, {u"", u""}, {u"d", u"-1"}});
-    form.GoTo(1, F::name);
-    std::string way;
-    for (int press = 0; press < 3; ++press) {
-        form.Press(VK_F8);
-        way += form.Current() + " ";
-    }
-    EXPECT_EQ("2,2 4,2 2,2 ", way);
-    Put(form.grid.get(), L"CheckValueFor", {Variant(u"")});
-    form.Press(VK_F8);
-    EXPECT_EQ("2,2", form.Current()) << "no mark is left";
-}
-
 VARIANT AsVariant(const SafeArray& array, VARTYPE type = VT_VARIANT) {
     VARIANT value{};
     value.vt = static_cast<VARTYPE>(VT_ARRAY | type);

@@ -44,14 +44,10 @@ TEST(ComboGridTyping, AColumnTakesAsManyCharactersAsItsLength) {
     form.Press(VK_F2);
     form.Type(L"x");
     form.Press(VK_RETURN);
-    form.GoTo(1, F::item);
-    form.Type(L"ban");
-    form.Press(VK_RETURN);
+    form.Enter(1, F::item, L"ban");
     EXPECT_EQ("longer//", form.Column(F::name)) << "what is there already stays";
     EXPECT_EQ("Banana//", form.Column(F::item)) << "an entry of the list comes whole";
-    form.GoTo(2, F::name);
-    form.Type(L"abcdefg");
-    form.Press(VK_RETURN);
+    form.Enter(2, F::name, L"abcdefg");
     EXPECT_EQ("longer/abcd/", form.Column(F::name));
 }
 
@@ -99,19 +95,6 @@ TEST(ComboGridTyping, EscapeGivesTheOldTextBackAndWithoutAnEditIsTheContainers) 
     EXPECT_EQ(form.InnerGrid(), GetFocus());
 }
 
-TEST(ComboGridTyping, TabAndEnterGoOnByColumnsThatMayBeEntered) {
-    F form;
-    form.GoTo(1, F::month);
-    EXPECT_FALSE(form.Press(VK_TAB));
-    EXPECT_EQ("1,5", form.Current());
-    EXPECT_FALSE(form.Press(VK_RETURN));
-    EXPECT_EQ("2,1", form.Current());
-    EXPECT_FALSE(form.Press(VK_TAB, {VK_SHIFT}));
-    EXPECT_EQ("1,5", form.Current());
-    form.GoTo(1, F::name);
-    EXPECT_TRUE(form.Press(VK_TAB, {VK_SHIFT})) << "nothing is in front of the first cell";
-}
-
 TEST(ComboGridTyping, ArrowsInTheEditorLeaveAtTheEndsOfTheText) {
     F form;
     form.GoTo(1, F::name);
@@ -142,9 +125,7 @@ TEST(ComboGridTyping, VerticalArrowsWalkTheList) {
 
 TEST(ComboGridTyping, HostHearsOfEveryChangeOfTheEditorsText) {
     F form;
-    form.GoTo(1, F::rate);
-    form.Type(L"1x");
-    form.Press(VK_RETURN);
+    form.Enter(1, F::rate, L"1x");
     EXPECT_EQ("1(1, 3, , False)\n4(1, 3, 1)\n4(1, 3, 1x)\n4(1, 3, 1)\n2(1, 3, , 1, False)\n4(-1, -1, 1x)\n",
               form.Log({grid_event::enterCell, grid_event::leaveCell, DISPID_KEYDOWN}));
 }

@@ -12,6 +12,7 @@
 #include "Qvx.h"
 #include "com/font_object.h"
 #include "tests/support/drawn_picture.h"
+#include "tests/support/input.h"
 #include "tests/support/late_bound_object.h"
 #include "tests/support/server_under_test.h"
 #include "win/gdi_surface.h"
@@ -24,8 +25,7 @@ Container::Options RunMode() { return HostInMode(true); }
 ComPtr<IUnknown> New(REFCLSID id) { return ServerUnderTest::Get().Create(id); }
 
 Rect WindowArea(HWND window, HWND parent) {
-    RECT area{};
-    GetWindowRect(window, &area);
+    RECT area = AreaOf(window);
     MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&area), 2);
     return FromRECT(area);
 }

@@ -52,14 +52,6 @@ TEST_F(FlexGridObject, EveryWritablePropertyKeepsWhatItIsGiven) {
     EXPECT_EQ(others, "ColPosition RowPosition CellPicture Sort ") << "orders, and a picture by its value";
 }
 
-TEST_F(FlexGridObject, ErrorsHaveTheNumbersHostsKnow) {
-    EXPECT_EQ(ErrorOf(grid_.get(), L"Row", DISPATCH_PROPERTYPUT, {Variant(6)}), 30009);
-    EXPECT_EQ(ErrorOf(grid_.get(), L"LeftCol", DISPATCH_PROPERTYPUT, {Variant(0)}), 30010);
-    EXPECT_EQ(ErrorOf(grid_.get(), L"TextArray", DISPATCH_PROPERTYGET, {Variant(24)}), 381);
-    EXPECT_EQ(ErrorOf(grid_.get(), L"GridLines", DISPATCH_PROPERTYPUT, {Variant(4)}), 380);
-    EXPECT_EQ(ErrorOf(grid_.get(), L"AddItem", DISPATCH_METHOD, {Variant(u"x"), Variant(u"no number")}), 13);
-}
-
 TEST_F(FlexGridObject, FiresItsEventsAndAsksForTheOrderOfRows) {
     const auto recorder = MakeObject<EventRecorder>();
     const Connection connection(grid_.get(), EventsOf(grid_.get()), recorder.get());
@@ -122,12 +114,6 @@ TEST_F(FlexGridObject, TellsOfAScrollOnceThatIsHeldAtTheEnd) {
     EXPECT_NE(Read(L"TopRow"), u"99") << "held where the page is full";
     EXPECT_EQ(Read(L"RowIsVisible", {Variant(99)}), u"True");
     EXPECT_EQ(Read(L"RowIsVisible", {Variant(2)}), u"False");
-}
-
-TEST_F(FlexGridObject, OutlivesItsControlWithAnErrorOnly) {
-    container_.reset();
-    EXPECT_EQ(ErrorOf(grid_.get(), L"Rows", DISPATCH_PROPERTYGET), 364);
-    EXPECT_EQ(ErrorOf(grid_.get(), L"Refresh", DISPATCH_METHOD), 364);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <olectl.h>
 
-#include <algorithm>
 #include <climits>
 #include <map>
 #include <string>

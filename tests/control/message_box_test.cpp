@@ -207,8 +207,7 @@ TEST_F(MessageBoxOnScreen, DraggedByAnyPoint) {
     const Person person([&] {
         const HWND box = WaitForBox();
         if (!box) return;
-        RECT bounds{};
-        GetWindowRect(box, &bounds);
+        const RECT bounds = test::AreaOf(box);
         test::MoveMouseTo({bounds.left + 20, bounds.bottom - 12});
         test::LeftButton(true);
         Sleep(100);

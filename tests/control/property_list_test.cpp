@@ -419,8 +419,7 @@ TEST_F(PropertyListTest, EverySizeWillDoAndNothingStaysBehind) {
         list.Show({SubjectOf(u"grdItems")}, {u"grdItems"});
         list.SetOrder(PropertyOrder::categorized);
         UpdateWindow(list.RowsWindow());
-        RECT rows{};
-        GetWindowRect(list.RowsWindow(), &rows);
+        const RECT rows = test::AreaOf(list.RowsWindow());
         EXPECT_GE(rows.bottom, rows.top);
         if (width == 300) {
             EXPECT_GT(rows.bottom - rows.top, 200);

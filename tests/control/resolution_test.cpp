@@ -233,8 +233,7 @@ TEST_F(DesignerTest, TheDesignerFollowsItsMonitor) {
         designer_->Session().Select({});
         const Rect suggested = monitor.Become(dots, designer_->Handle());
         Settle();
-        RECT place{};
-        GetWindowRect(designer_->Handle(), &place);
+        const RECT place = test::AreaOf(designer_->Handle());
         EXPECT_EQ(place.left, suggested.left) << dots;
         EXPECT_EQ(place.top, suggested.top) << dots;
         EXPECT_EQ(test::LookOf(designer_->Session().Picture().Handle()), fresh[dots]) << dots;

@@ -7,6 +7,7 @@
 #include "Qvx.h"
 #include "tests/support/container.h"
 #include "tests/support/each_control.h"
+#include "tests/support/input.h"
 #include "tests/support/server_under_test.h"
 
 namespace qvx::test {
@@ -68,8 +69,7 @@ TEST_P(SystemContainer, ActivatesResizesAndTakesTheFocus) {
     const HWND window = WindowOf(control.get());
     ASSERT_TRUE(window);
     EXPECT_TRUE(IsWindowVisible(window));
-    RECT area{};
-    GetWindowRect(window, &area);
+    RECT area = AreaOf(window);
     EXPECT_EQ(200, area.right - area.left);
     SetWindowPos(host, nullptr, 0, 0, 320, 150, SWP_NOMOVE | SWP_NOZORDER);
     GetWindowRect(window, &area);

@@ -3,6 +3,7 @@
 
 #include "com/font_object.h"
 #include "tests/control/textedit_form.h"
+#include "tests/support/input.h"
 
 namespace qvx::test {
 namespace {
@@ -106,27 +107,25 @@ TEST(TextEdit, SettersTellTheHostBeforeTheTextFollows) {
 TEST(TextEdit, TheTextDecidesTheHeight) {
     TextEditForm form;
     form.container->ActivateUi();
-    RECT bounds{};
-    GetWindowRect(form.container->ControlWindow(), &bounds);
+    RECT bounds = AreaOf(form.container->ControlWindow());
     const int height = bounds.bottom - bounds.top;
     EXPECT_GT(height, 12);
     EXPECT_LT(height, 30);
-    RECT inner{};
-    GetWindowRect(form.Edit(), &inner);
+    RECT inner = AreaOf(form.Edit());
     EXPECT_TRUE(EqualRect(&bounds, &inner));
     for (const int wanted : {10, 19, 100}) {
         form.container->MoveTo({20, 20, 20 + 150, 20 + wanted});
-        GetWindowRect(form.container->ControlWindow(), &bounds);
-        GetWindowRect(form.Edit(), &inner);
+        bounds = AreaOf(form.container->ControlWindow());
+        inner = AreaOf(form.Edit());
         EXPECT_EQ(bounds.bottom - bounds.top, height) << wanted;
         EXPECT_TRUE(EqualRect(&bounds, &inner)) << wanted;
     }
     form.Set(L"BorderStyle", Variant(0));
-    GetWindowRect(form.container->ControlWindow(), &bounds);
+    bounds = AreaOf(form.container->ControlWindow());
     EXPECT_EQ(bounds.bottom - bounds.top, height - 4);
     Put(Call(form.box.get(), L"Font").ToObject<IDispatch>().get(), L"Size",
         {Variant(24)});  // also in steps of a bitmap font
-    GetWindowRect(form.container->ControlWindow(), &bounds);
+    bounds = AreaOf(form.container->ControlWindow());
     EXPECT_GT(bounds.bottom - bounds.top, height + 8);
 }
 

@@ -94,9 +94,14 @@ void MoveMouseTo(POINT place) {
     Send(input);
 }
 
+RECT AreaOf(HWND window) {
+    RECT area{};
+    GetWindowRect(window, &area);
+    return area;
+}
+
 POINT CenterOf(HWND window) {
-    RECT bounds{};
-    GetWindowRect(window, &bounds);
+    const RECT bounds = AreaOf(window);
     return {(bounds.left + bounds.right) / 2, (bounds.top + bounds.bottom) / 2};
 }
 

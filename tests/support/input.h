@@ -34,6 +34,7 @@ HWND FocusOf(HWND window);
 void RepeatAndRelease(HWND window, int key);
 
 // Positions are in pixels of the screen.
+RECT AreaOf(HWND window);
 void MoveMouseTo(POINT place);
 POINT CenterOf(HWND window);
 void LeftButton(bool down);

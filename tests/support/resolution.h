@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/support/drawn_picture.h"
+#include "tests/support/input.h"
 #include "win/dpi.h"
 #include "win/gdi_surface.h"
 
@@ -21,8 +22,7 @@ class Monitor {
     // Moves all windows to a monitor of that resolution, in dots per inch; notifies `window`, which is a top-level one,
     // and its children in the system's order. Returns the bounds that the system suggests for the window, in pixels.
     Rect Become(int dots, HWND window) {
-        RECT place{};
-        GetWindowRect(window, &place);
+        RECT place = AreaOf(window);
         place.right = place.left + MulDiv(place.right - place.left, dots, dots_);
         place.bottom = place.top + MulDiv(place.bottom - place.top, dots, dots_);
         // The position changes, so that the test detects a window that does not move.
@@ -58,8 +58,7 @@ inline std::string LookOf(HWND window) {
         std::string lines;
         void Add(HWND one) {
             if (!(GetWindowLongW(one, GWL_STYLE) & WS_VISIBLE)) return;
-            RECT place{};
-            GetWindowRect(one, &place);
+            RECT place = AreaOf(one);
             OffsetRect(&place, -whole.left, -whole.top);
             char name[64]{};
             GetClassNameA(one, name, 64);

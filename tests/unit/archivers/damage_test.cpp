@@ -96,6 +96,9 @@ TEST_F(Damage, EachKindHasItsCode) {
         EXPECT_EQ(code, test.code) << test.what;
         CheckOutcome(code, test.what);
     }
+    Bytes empty = whole;
+    empty[central + 24] = empty[central + 25] = 0;
+    EXPECT_EQ(UnpackBytes(empty), ExitCode::damaged) << "empty, it says";
     Bytes prefixed(1000, 'x');
     prefixed.insert(prefixed.end(), whole.begin(), whole.end());
     EXPECT_EQ(UnpackBytes(prefixed), ExitCode::done) << "behind something else";

@@ -5,7 +5,6 @@
 
 #include <chrono>
 #include <ostream>
-#include <string>
 
 namespace qvx {
 

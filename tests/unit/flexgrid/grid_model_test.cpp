@@ -7,7 +7,6 @@
 #include <optional>
 #include <random>
 #include <set>
-#include <string>
 #include <vector>
 
 #include "tests/support/portable/failing_allocation.h"

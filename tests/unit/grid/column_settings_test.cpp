@@ -1,6 +1,5 @@
 #include "controls/grid/column_settings.h"
 
-#include <map>
 #include <random>
 
 #include "controls/grid/column_order.h"

@@ -1,7 +1,6 @@
 // Files in memory, and exports into them.
 #pragma once
 
-#include <memory>
 #include <string>
 
 #include "controls/grid/table_export.h"
