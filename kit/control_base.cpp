@@ -211,6 +211,12 @@ LRESULT ControlBase::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void ControlBase::Paint(HWND window) {
+    // Where inner windows cover all of it, some systems want it painted nevertheless.
+    RECT visible{};
+    if (GetClipBox(WindowDc(window).Get(), &visible) == NULLREGION) {
+        ValidateRect(window, nullptr);
+        return;
+    }
     const Rect area = window_->ClientArea();
     BackBuffer buffer;
     BufferedPaint paint(window, WindowDpi(window), buffer, {area.Width(), area.Height()});

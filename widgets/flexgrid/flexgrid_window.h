@@ -135,6 +135,8 @@ class FlexGridWindow final : public Window, private GridListener {
     void Settle();
     void SettleLayout();
     void ApplyStyle();
+    // Whether the region of WM_NCPAINT covers more than the client area.
+    bool FrameIsIn(WPARAM region) const;
     void UpdateBars();
     void MarkAllStale();
     void OnPaint();
