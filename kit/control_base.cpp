@@ -281,9 +281,12 @@ void ControlBase::Changed(TextView name) {
     dirty_ = true;
     initPending_ = false;
     // The change has been made: a notification that fails for lack of memory is lost, and is not reported as a failure.
-    DISPID member = DISPID_UNKNOWN;
-    Contain([&] { member = MembersOf(interfaceId_)->NumberOf(name); });
-    Contain([&] { connections_.NotifyChanged(member); });
+    // Without anyone to notify, finding the number would take longer than writing a cell.
+    if (connections_.HasPropertySinks()) {
+        DISPID member = DISPID_UNKNOWN;
+        Contain([&] { member = MembersOf(interfaceId_)->NumberOf(name); });
+        Contain([&] { connections_.NotifyChanged(member); });
+    }
     Invalidate();
     DataChanged();
 }
