@@ -11,7 +11,8 @@ qvx_bench() {
     return
   fi
   if [[ ${1:-} == form ]]; then
-    bench_form
+    shift
+    bench_form "$@"
     return
   fi
   need "${packages_bench[@]}"
@@ -22,5 +23,5 @@ bench_form() {
   build x64 --target qvx_server bench_form || die "The benchmark was not built."
   use_display virtual
   start_wine
-  run_windows 600 build/x64/bench/bench_form.exe "$(windows_path build/x64/server/Qvx.ocx)"
+  run_windows 600 build/x64/bench/bench_form.exe "$@"
 }

@@ -99,10 +99,10 @@ void Compare(const char* work, const Table& table, std::size_t runs, GridForm& f
         CheckSameWork(form.Rows() == last + 1, "Bind", work);
         for (const long row : {1L, last / 2, last})
             for (long col = 1; col <= columnCount; ++col)
-                CheckSameWork(form.Cell(row, col) ==
-                                  table[static_cast<std::size_t>(row - 1)][static_cast<std::size_t>(col - 1)].get()
-                                      .bstrVal,
-                              "Bind", work);
+                CheckSameWork(
+                    form.Cell(row, col) ==
+                        table[static_cast<std::size_t>(row - 1)][static_cast<std::size_t>(col - 1)].get().bstrVal,
+                    "Bind", work);
     }
     const std::vector<double> looped = Sampled(runs, [&] {
         rewind();
@@ -121,13 +121,14 @@ void RunBindWorks(const HostOptions& options) {
         for (const bool blocks : {false, true}) {
             const auto set = MakeObject<TableRecords>(table, blocks);
             const auto loop = [&] { return blocks ? LoopOverBlocks(*set.get()) : LoopByInterface(*set.get()); };
-            Compare(blocks ? "bind_rows" : "bind_interface", table, options.Samples(), form, set.get(),
-                    [&] { set->Rewind(); }, loop);
+            Compare(
+                blocks ? "bind_rows" : "bind_interface", table, options.Samples(), form, set.get(),
+                [&] { set->Rewind(); }, loop);
         }
         const auto named = MakeObject<test::ScriptRecords>();
         named->records = table;
-        Compare("bind_named", table, 5, form, named.get(), [&] { named->at = 0; },
-                [&] { return LoopByName(named.get()); });
+        Compare(
+            "bind_named", table, 5, form, named.get(), [&] { named->at = 0; }, [&] { return LoopByName(named.get()); });
     }
 }
 

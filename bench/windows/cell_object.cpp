@@ -32,7 +32,8 @@ class CellObject final : public IBenchCells {
     CellObject& operator=(const CellObject&) = delete;
 
     STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-        if (iid != IID_IUnknown && iid != IID_IDispatch && iid != __uuidof(IBenchCells)) return *object = nullptr, E_NOINTERFACE;
+        if (iid != IID_IUnknown && iid != IID_IDispatch && iid != __uuidof(IBenchCells))
+            return *object = nullptr, E_NOINTERFACE;
         *object = this;
         AddRef();
         return S_OK;

@@ -82,9 +82,9 @@ void WriteCells(const char* peer, const char* work, int set, long firstRow, Put 
     bool good = true;
     for (long row = 0; row < cellRows; ++row)
         for (long col = 0; col < columnCount; ++col)
-            good = put(row + firstRow, col + firstRow, texts[static_cast<std::size_t>(row * columnCount + col)]) ==
-                       S_OK &&
-                   good;
+            good =
+                put(row + firstRow, col + firstRow, texts[static_cast<std::size_t>(row * columnCount + col)]) == S_OK &&
+                good;
     CheckSameWork(good, peer, work);
 }
 
@@ -118,12 +118,14 @@ void RunCellWorks(const HostOptions& options) {
         return std::pair([&cells](long row, long col, BSTR* text) { return cells.Get(row, col, text); },
                          [&cells](long row, long col, BSTR text) { return cells.Put(row, col, text); });
     };
-    Measure(options, "TextMatrix", "cell_get_dual", "cell_put_dual", 1,
-            [&](long row, long col, BSTR* text) { return grid->get_TextMatrix(row, col, text); },
-            [&](long row, long col, BSTR text) { return grid->put_TextMatrix(row, col, text); });
-    Measure(options, "Array of texts", "cell_get_dual", "cell_put_dual", 0,
-            [&](long row, long col, BSTR* text) { return plain->get_Cell(row, col, text); },
-            [&](long row, long col, BSTR text) { return plain->put_Cell(row, col, text); });
+    Measure(
+        options, "TextMatrix", "cell_get_dual", "cell_put_dual", 1,
+        [&](long row, long col, BSTR* text) { return grid->get_TextMatrix(row, col, text); },
+        [&](long row, long col, BSTR text) { return grid->put_TextMatrix(row, col, text); });
+    Measure(
+        options, "Array of texts", "cell_get_dual", "cell_put_dual", 0,
+        [&](long row, long col, BSTR* text) { return plain->get_Cell(row, col, text); },
+        [&](long row, long col, BSTR text) { return plain->put_Cell(row, col, text); });
     const auto [getGrid, putGrid] = late(lateGrid);
     Measure(options, "TextMatrix", "cell_get_late", "cell_put_late", 1, getGrid, putGrid);
     const auto [getPlain, putPlain] = late(latePlain);

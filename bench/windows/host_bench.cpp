@@ -1,4 +1,5 @@
-// Measures what a host's program does with the library in its process: record sets, cells, whole grids, typing, loading.
+// Measures what a host's program does with the library in its process: record sets, cells, whole grids, typing,
+// loading.
 #include "bench/windows/host_form.h"
 
 int main(int argc, char** argv) {

@@ -32,8 +32,8 @@ std::wstring ServerPath() {
 LoadedServer::LoadedServer() : module_(LoadLibraryW(ServerPath().c_str())) {
     Require(module_ != nullptr, "loading Qvx.ocx");
     const auto getClassObject = Export<ClassObject>(module_, "DllGetClassObject");
-    for (const CLSID& id : {CLSID_Button, CLSID_RButton, CLSID_TextEdit, CLSID_ComboGrid, CLSID_FlatBorder,
-                            CLSID_CMenus, CLSID_Backup}) {
+    for (const CLSID& id :
+         {CLSID_Button, CLSID_RButton, CLSID_TextEdit, CLSID_ComboGrid, CLSID_FlatBorder, CLSID_CMenus, CLSID_Backup}) {
         Reference<IUnknown> factory;
         Require(getClassObject(id, IID_IUnknown, reinterpret_cast<void**>(factory.Put())) == S_OK, "a class object");
         Require(CoRegisterClassObject(id, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,

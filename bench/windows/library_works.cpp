@@ -13,8 +13,8 @@ void ComeAndGo(const std::wstring& path, REFCLSID id) {
     Require(module != nullptr, "loading a library");
     {
         Reference<IClassFactory> factory;
-        Require(Export<ClassObject>(module, "DllGetClassObject")(
-                    id, IID_IClassFactory, reinterpret_cast<void**>(factory.Put())) == S_OK,
+        Require(Export<ClassObject>(module, "DllGetClassObject")(id, IID_IClassFactory,
+                                                                 reinterpret_cast<void**>(factory.Put())) == S_OK,
                 "DllGetClassObject");
         Reference<IUnknown> object;
         Require(factory->CreateInstance(nullptr, IID_IUnknown, reinterpret_cast<void**>(object.Put())) == S_OK,

@@ -102,7 +102,8 @@ class Typist {
 };
 
 void GoTo(GridForm& form, long row, long col) {
-    Require(form->put_Row(row) == S_OK && form->put_Col(col) == S_OK && form.Inner()->put_TopRow(row) == S_OK, "moving");
+    Require(form->put_Row(row) == S_OK && form->put_Col(col) == S_OK && form.Inner()->put_TopRow(row) == S_OK,
+            "moving");
     HandleMessages(&form.Site());
 }
 

@@ -62,7 +62,8 @@ void ComboWindow::Place(Point origin, int width, int fieldHeight) {
         // The field between the borders covers at least the cell that it is for.
         const int line = gdiFont_ ? gdiFont_->LineHeight() : 0;
         if (newHeight)
-            SendMessageW(Window(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max(line, fieldHeight) + comboBorder);
+            SendMessageW(Window(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1),
+                         std::max(line, fieldHeight) + comboBorder);
         SetWindowPos(Window(), nullptr, origin.x, origin.y, width, fieldHeight + line * rowsInView + 4 * comboBorder,
                      SWP_NOZORDER | SWP_NOACTIVATE);
     }

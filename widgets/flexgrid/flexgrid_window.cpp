@@ -246,8 +246,8 @@ void FlexGridWindow::OnResolutionChange() {
     MarkAllStale();
 }
 
-// Some systems ask for the frame whenever a part of the window appears, and draw both bars then, which takes longer than
-// drawing the cells.
+// Some systems ask for the frame whenever a part of the window appears, and draw both bars then, which takes longer
+// than drawing the cells.
 bool FlexGridWindow::FrameIsIn(WPARAM region) const {
     RECT box{};
     RECT client{};
