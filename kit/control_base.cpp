@@ -66,7 +66,7 @@ void ControlBase::Terminate() {
 
 // --- The window ---
 
-HWND ControlBase::EnsureWindow() {
+HWND ControlBase::EnsureWindow(HWND parent) {
     if (WindowHandle()) return WindowHandle();
     EnsureSize();
     if (!window_) window_ = std::make_unique<ControlWindow>(*this, ParkingWindow::OfThisThread());
@@ -76,7 +76,7 @@ HWND ControlBase::EnsureWindow() {
         window_.reset();
     };
     try {
-        if (window_->CreateParked(PixelSize())) {
+        if (window_->CreateHidden(PixelSize(), parent)) {
             windowMode_ = UserMode();
             OnWindowCreated(window_->Handle());
             OnResize(PixelSize());
