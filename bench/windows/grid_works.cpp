@@ -99,7 +99,7 @@ void CheckWorks(const HostOptions& options, GridForm& form, std::size_t rows) {
     const auto last = static_cast<long>(rows);
     long record = 0;
     long match = 0;
-    for (long col = 1; col <= columnCount; ++col) {
+    for (long col = 0; col <= columnCount; ++col) {
         const OwnedBstr text(form.Cell(last - 1, col).c_str());
         Require(form->put_TextMatrix(last, col, text.value) == S_OK, "TextMatrix");
     }

@@ -22,9 +22,9 @@ HostOptions::HostOptions(int argc, char** argv) {
 std::wstring ServerPath() {
     wchar_t path[MAX_PATH] = L"";
     GetModuleFileNameW(nullptr, path, MAX_PATH);
-    std::wstring folder = path;
-    for (int level = 0; level < 2; ++level) folder.resize(folder.find_last_of(L"\\/"));
-    return folder + L"\\server\\Qvx.ocx";
+    std::wstring file = path;
+    file.resize(file.find_last_of(L"\\/") + 1);
+    return file + L"Qvx.ocx";
 }
 
 // ---- The library ---------------------------------------------------------------------------------------------------

@@ -37,7 +37,7 @@ std::vector<double> Sampled(std::size_t runs, Work work) {
     return samples;
 }
 
-// <build>/server/Qvx.ocx, as seen from <build>/bench.
+// Qvx.ocx beside the program, as it is shipped.
 std::wstring ServerPath();
 
 using ClassObject = HRESULT(WINAPI*)(REFCLSID, REFIID, void**);
