@@ -180,13 +180,13 @@ void OpenWorks(const HostOptions& options) {
     const Choice<Stored> fields = [&](int) -> const Stored& { return stored[0]; };
     const Choice<SystemWindow> mixedWindows = [&](int index) -> const SystemWindow& { return windows[kind(index)]; };
     const Choice<SystemWindow> fieldWindows = [&](int) -> const SystemWindow& { return windows[0]; };
-    for (const int count : {1, 20, 200}) {
+    for (const int count : {1, 20, options.quick ? 60 : 200}) {
         for (const bool mix : {true, false}) {
             for (const bool cold : {true, false}) {
                 const auto warm = cold ? nullptr : std::make_unique<LoadedServer>();
                 std::vector<double> ours;
                 std::vector<double> system;
-                for (std::size_t run = 0; run < (count == 200 ? 5 : options.Samples()); ++run) {
+                for (std::size_t run = 0; run < (count > 20 ? 5 : options.Samples()); ++run) {
                     ours.push_back(OpenControls(mix ? mixed : fields, count, cold));
                     system.push_back(OpenWindows(mix ? mixedWindows : fieldWindows, count));
                 }
@@ -263,7 +263,7 @@ void StepWorks(const HostOptions& options) {
         {"Backup", controls(CLSID_Backup)},
     };
     for (const Subject& subject : subjects) {
-        for (const int count : options.quick ? std::vector<int>{40} : std::vector<int>{20, 80}) {
+        for (const int count : options.quick ? std::vector<int>{20} : std::vector<int>{20, 80}) {
             const Steps steps = subject.measure(count, 5);
             const auto report = [&](const char* work, const std::vector<double>& samples) {
                 if (!samples.empty()) Report(work, static_cast<std::size_t>(count), subject.name, samples);
