@@ -156,6 +156,8 @@ void ConnectionPoints::NotifyChanged(DISPID property) {
     properties_->ForEach([&](IUnknown* sink) { static_cast<IPropertyNotifySink*>(sink)->OnChanged(property); });
 }
 
+bool ConnectionPoints::HasPropertySinks() const { return !properties_->Empty(); }
+
 HRESULT ConnectionPoints::Connect(IUnknown* events, DWORD* eventCookie, IPropertyNotifySink* properties,
                                   DWORD* propertyCookie) {
     *eventCookie = 0;

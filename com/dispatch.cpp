@@ -3,6 +3,7 @@
 #include <oleauto.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <utility>
@@ -122,6 +123,8 @@ class AdaptedCall {
 
   private:
     static constexpr UINT notGiven = static_cast<UINT>(-1);
+    // More than any member of the library has. Calls go cell by cell, so that they do not allocate memory for this.
+    static constexpr std::size_t mostParameters = 16;
 
     HRESULT Place(UINT* wrong);
     bool Fit(VARIANT& argument, VARTYPE type, const VARIANT& given);
@@ -130,8 +133,8 @@ class AdaptedCall {
 
     const Member& member_;
     const DISPPARAMS& caller_;
-    std::vector<UINT> places_;  // by parameter: the index of the caller's argument
-    std::vector<VARIANT> values_;
+    std::array<UINT, mostParameters> places_;  // by parameter: the index of the caller's argument
+    std::array<VARIANT, mostParameters> values_;
     std::vector<StandIn> standIns_;
     DISPID value_ = DISPID_PROPERTYPUT;
     DISPPARAMS arguments_{};
@@ -145,13 +148,14 @@ HRESULT AdaptedCall::Place(UINT* wrong) {
         if (wrong) *wrong = index;
         return result;
     };
-    if (caller_.cNamedArgs > caller_.cArgs || caller_.cArgs > count || caller_.cArgs < member_.required) {
+    if (caller_.cNamedArgs > caller_.cArgs || caller_.cArgs > count || caller_.cArgs < member_.required ||
+        count > mostParameters) {
         return DISP_E_BADPARAMCOUNT;
     }
     if (IsPut(member_) && (caller_.cNamedArgs == 0 || caller_.rgdispidNamedArgs[0] != DISPID_PROPERTYPUT)) {
         return refuse(DISP_E_PARAMNOTFOUND, 0);
     }
-    places_.assign(count, notGiven);
+    std::fill_n(places_.begin(), count, notGiven);
     for (UINT i = 0; i < caller_.cArgs; ++i) {
         const bool named = i < caller_.cNamedArgs;
         const bool value = named && IsPut(member_) && caller_.rgdispidNamedArgs[i] == DISPID_PROPERTYPUT;
@@ -179,6 +183,8 @@ std::optional<Text> TextFor(const VARIANT& value) {
 
 StandIn& AdaptedCall::Stand(Variant value, const VARIANT* caller) {
     Variant before(value);
+    // References to earlier ones stay valid.
+    if (standIns_.empty()) standIns_.reserve(member_.parameters.size());
     standIns_.push_back({std::move(value), std::move(before), caller});
     return standIns_.back();
 }
@@ -235,8 +241,6 @@ HRESULT AdaptedCall::Adapt(UINT* wrong) {
     // fills in the others.
     std::size_t count = types.size();
     while (count > 0 && places_[count - 1] == notGiven && !IsPlainReference(types[count - 1])) --count;
-    values_.resize(count);
-    standIns_.reserve(count);
     for (std::size_t p = 0; p < count; ++p) {
         VARIANT& argument = values_[count - 1 - p];
         const VARIANT* given = places_[p] == notGiven ? nullptr : &caller_.rgvarg[places_[p]];

@@ -66,7 +66,7 @@ void ControlBase::Terminate() {
 
 // --- The window ---
 
-HWND ControlBase::EnsureWindow() {
+HWND ControlBase::EnsureWindow(HWND parent) {
     if (WindowHandle()) return WindowHandle();
     EnsureSize();
     if (!window_) window_ = std::make_unique<ControlWindow>(*this, ParkingWindow::OfThisThread());
@@ -76,7 +76,7 @@ HWND ControlBase::EnsureWindow() {
         window_.reset();
     };
     try {
-        if (window_->CreateParked(PixelSize())) {
+        if (window_->CreateHidden(PixelSize(), parent)) {
             windowMode_ = UserMode();
             OnWindowCreated(window_->Handle());
             OnResize(PixelSize());
@@ -211,6 +211,12 @@ LRESULT ControlBase::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void ControlBase::Paint(HWND window) {
+    // Where inner windows cover all of it, some systems want it painted nevertheless.
+    RECT visible{};
+    if (GetClipBox(WindowDc(window).Get(), &visible) == NULLREGION) {
+        ValidateRect(window, nullptr);
+        return;
+    }
     const Rect area = window_->ClientArea();
     BackBuffer buffer;
     BufferedPaint paint(window, WindowDpi(window), buffer, {area.Width(), area.Height()});
@@ -275,9 +281,12 @@ void ControlBase::Changed(TextView name) {
     dirty_ = true;
     initPending_ = false;
     // The change has been made: a notification that fails for lack of memory is lost, and is not reported as a failure.
-    DISPID member = DISPID_UNKNOWN;
-    Contain([&] { member = MembersOf(interfaceId_)->NumberOf(name); });
-    Contain([&] { connections_.NotifyChanged(member); });
+    // Without anyone to notify, finding the number would take longer than writing a cell.
+    if (connections_.HasPropertySinks()) {
+        DISPID member = DISPID_UNKNOWN;
+        Contain([&] { member = MembersOf(interfaceId_)->NumberOf(name); });
+        Contain([&] { connections_.NotifyChanged(member); });
+    }
     Invalidate();
     DataChanged();
 }

@@ -53,7 +53,7 @@ class ControlBase : public IOleObject,
     virtual const PropertyTable& Properties() = 0;
 
     // Returns the control's window and creates it if needed; null only when the system refuses one.
-    HWND EnsureWindow();
+    HWND EnsureWindow(HWND parent = nullptr);
     // Returns the window if there is one, else null.
     HWND WindowHandle() const;
     // Return the values of the hWnd and hDC properties; both create the window if needed and are 0 without one.

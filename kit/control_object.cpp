@@ -221,8 +221,8 @@ void ControlBase::Activate(bool withUi) {
         setUp_ = true;
         const auto client = host_.Site();
         const auto place = inPlace_.Begin(client, [&](HWND parent) {
-            const HWND window = host_.Site() == client ? EnsureWindow() : nullptr;
-            return window && SetParent(window, parent);
+            const HWND window = host_.Site() == client ? EnsureWindow(parent) : nullptr;
+            return window && (GetParent(window) == parent || SetParent(window, parent));
         });
         MoveWindowTo(place.position, place.clip);
         const bool hidden = (class_.miscStatus & OLEMISC_INVISIBLEATRUNTIME) && UserMode();

@@ -23,9 +23,9 @@ std::shared_ptr<ParkingWindow> ParkingWindow::OfThisThread() {
 
 bool ParkingWindow::CreateParking() { return Create(parkingClass, L"", WS_POPUP, WS_EX_TOOLWINDOW, {}, nullptr); }
 
-bool ControlWindow::CreateParked(Size size) {
+bool ControlWindow::CreateHidden(Size size, HWND parent) {
     return parking_ && Create(controlClass, L"", WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, 0,
-                              {0, 0, size.width, size.height}, parking_->Handle());
+                              {0, 0, size.width, size.height}, parent ? parent : parking_->Handle());
 }
 
 void ControlWindow::Park() {

@@ -23,8 +23,9 @@ class ControlWindow final : public Window {
         : owner_(owner), parking_(std::move(parking)) {}
     ~ControlWindow() override { Destroy(); }
 
-    // Creates the window in the parking window, of the given size in pixels; false when the system refuses.
-    bool CreateParked(Size size);
+    // Creates the window, hidden, in `parent` or else in the parking window; false when the system refuses. The size is
+    // in pixels.
+    bool CreateHidden(Size size, HWND parent);
     // Hides the window and moves it into the parking window.
     void Park();
     // Does what the system does with the message by default.

@@ -129,6 +129,7 @@ void EntryGrid::Resize(Size pixels) {
     const int bar = finder_ ? finder_->Place(pixels) : 0;
     gridTop_ = filterer_ ? filterer_->Place(pixels) : 0;
     window_->MoveTo({0, gridTop_, pixels.width, std::max(pixels.height - bar, gridTop_)});
+    window_->PrepareBars();
 }
 
 EditorFrame& EntryGrid::Frame() {

@@ -1,7 +1,10 @@
 // What happens to an open edit when the ground moves under it.
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "Qvx.h"
+#include "com/font_object.h"
 #include "tests/control/combogrid_form.h"
 #include "tests/support/input.h"
 
@@ -156,6 +159,64 @@ TEST(ComboGridOpenEdit, HandlerThatTakesTheFocusAwayCommitsNothingTwice) {
     EXPECT_EQ("2(1, 2, , 8, False)\n", form.Log());
     EXPECT_EQ(other, GetFocus()) << "the handler's choice stands";
     EXPECT_FALSE(form.Frame());
+}
+
+// Where the editor's windows are: its frame, the combo in it, and the field in that.
+std::string EditorPlaces(const F& form) {
+    std::string places;
+    RECT origin{};
+    GetWindowRect(form.InnerGrid(), &origin);
+    for (HWND window = GetFocus(); window && window != form.container.ControlWindow(); window = GetParent(window)) {
+        RECT at{};
+        GetWindowRect(window, &at);
+        OffsetRect(&at, -origin.left, -origin.top);
+        for (const LONG edge : {at.left, at.top, at.right, at.bottom}) places += std::to_string(edge) + " ";
+    }
+    return places;
+}
+
+TEST(ComboGridOpenEdit, OpensWhereANewEditorOpens) {
+    const auto setHeight = [](F& f, long twips) { Put(f.Inner().get(), L"RowHeight", {Variant(1), Variant(twips)}); };
+    const std::pair<const char*, std::function<void(F&)>> changes[] = {
+        {"nothing", [](F&) {}},
+        {"a wider column",
+         [](F& f) {
+             Put(f.grid.get(), L"ColWidth", {Variant(int{F::name}), Variant(1400)});
+         }},
+        {"a higher row", [&](F& f) { setHeight(f, 900); }},
+        {"a larger font",
+         [](F& f) {
+             Put(f.Inner().get(), L"Font", {Variant(static_cast<IDispatch*>(MakeFontObject({u"Tahoma", 18}).get()))});
+         }},
+        {"another direction", [](F& f) { Put(f.Inner().get(), L"RightToLeft", {Variant(true)}); }},
+    };
+    for (const auto& [what, change] : changes) {
+        for (const int col : {int{F::name}, int{F::item}}) {
+            SCOPED_TRACE(std::string(what) + ", column " + std::to_string(col));
+            const auto open = [&](F& form) {
+                form.GoTo(1, col);
+                form.Press(VK_F2);
+                EXPECT_TRUE(form.Frame());
+                return EditorPlaces(form);
+            };
+            std::string expected;
+            {
+                F fresh;
+                setHeight(fresh, 600);
+                change(fresh);
+                expected = open(fresh);
+            }
+            F form;
+            setHeight(form, 600);  // so that another font does not change it
+            open(form);
+            form.Press(VK_F4);  // a list that was open has had another height
+            form.Press(VK_F4);
+            form.Press(VK_ESCAPE);
+            form.Press(VK_ESCAPE);
+            change(form);
+            EXPECT_EQ(open(form), expected);
+        }
+    }
 }
 
 }  // namespace

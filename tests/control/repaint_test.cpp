@@ -7,6 +7,7 @@
 
 #include "com/font_object.h"
 #include "common/run_time_error.h"
+#include "tests/control/combogrid_form.h"
 #include "tests/support/container.h"
 #include "tests/support/dual_interfaces.h"
 #include "tests/support/each_control.h"
@@ -173,6 +174,49 @@ TEST_P(InnerGridRepaintTest, ASetPropertyShowsAtOnce) {
     const int visible = CompareChanges(
         [](const Container& control) { return Call(control.Automation().get(), L"Grid").ToObject<IDispatch>(); });
     EXPECT_GT(visible, 40);
+}
+
+// Less is drawn than the system asks for when the focus comes or goes and when something has been in front.
+TEST(Repaint, WhatIsLeftAloneIsAsIfAllWereDrawnAnew) {
+    for (const long highlight : {0L, 1L, 2L}) {
+        for (const long merge : {0L, 1L}) {
+            SCOPED_TRACE(std::to_string(highlight) + " " + std::to_string(merge));
+            ComboGridForm form({{L"HighLight", Variant(highlight)}, {L"MergeCells", Variant(merge)}});
+            const auto inner = form.Inner();
+            Put(form.grid.get(), L"Rows", {Variant(40L)});
+            form.GoTo(1, 1);
+            Put(inner.get(), L"RowSel", {Variant(3L)});
+            Put(inner.get(), L"ColSel", {Variant(2L)});
+            const auto shown = [&] {
+                form.Pump();
+                return PictureOnScreen(form.InnerGrid()).pixels;
+            };
+            const auto compareWithAll = [&](const char* when) {
+                auto pixels = shown();
+                Call(inner.get(), L"Refresh");
+                EXPECT_TRUE(pixels == shown()) << when;
+                return pixels;
+            };
+            const auto focused = compareWithAll("focused");
+            SetFocus(form.container.Window());
+            EXPECT_TRUE(compareWithAll("without the focus") != focused);
+            SetFocus(form.InnerGrid());
+            EXPECT_TRUE(compareWithAll("focused again") == focused);
+            RECT grid{};
+            GetWindowRect(form.InnerGrid(), &grid);
+            MapWindowPoints(nullptr, form.container.Window(), reinterpret_cast<POINT*>(&grid), 2);
+            // Over cells, over the bars, and over both.
+            for (const POINT& at :
+                 {POINT{20, 30}, POINT{grid.right - 15, 60}, POINT{grid.right - 60, 60}, POINT{60, grid.bottom - 30}}) {
+                const HWND cover = CreateWindowW(L"STATIC", L"", WS_CHILD | WS_VISIBLE, at.x, at.y, 50, 20,
+                                                 form.container.Window(), nullptr, nullptr, nullptr);
+                SetWindowPos(cover, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+                EXPECT_TRUE(shown() != focused);
+                DestroyWindow(cover);
+                EXPECT_TRUE(shown() == focused) << at.x << ", " << at.y;
+            }
+        }
+    }
 }
 
 }  // namespace

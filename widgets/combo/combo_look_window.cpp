@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "common/flag_scope.h"
 #include "common/widest_texts.h"
 #include "widgets/combo/combo_window.h"
 #include "win/dpi.h"
@@ -22,8 +23,12 @@ constexpr int textMargin = 3;
 void ComboWindow::SetFont(const FontSpec& font) {
     font_ = font;
     gdiFont_ = AcquireFont(font, WindowDpi(Window()));
+    const auto handle = reinterpret_cast<WPARAM>(gdiFont_->Get());
+    // The system lays out the combo anew even for the font that it has, which takes as long as all else that opens it.
+    if (static_cast<WPARAM>(SendMessageW(Window(), WM_GETFONT, 0, 0)) == handle) return;
     widestEntry_.reset();
-    SendMessageW(Window(), WM_SETFONT, reinterpret_cast<WPARAM>(gdiFont_->Get()), TRUE);
+    placed_.reset();
+    SendMessageW(Window(), WM_SETFONT, handle, TRUE);
     // Entries that the combo draws itself are as high as those that the system draws.
     if (matchesParts_) SendMessageW(Window(), CB_SETITEMHEIGHT, 0, gdiFont_->LineHeight());
     PlaceEditField();
@@ -46,17 +51,28 @@ void ComboWindow::SetAccessibleName(TextView name) {
 }
 
 void ComboWindow::Place(Point origin, int width, int fieldHeight) {
+    const Rect wanted{origin.x, origin.y, origin.x + width, origin.y + fieldHeight};
+    // What the field of a mirrored combo covers also depends on the width of the frame.
+    if (placed_ == wanted && !rightToLeft_) return;
+    const bool newHeight = !placed_ || placed_->Height() != fieldHeight;
+    placed_.reset();
     fieldHeight_ = fieldHeight;
-    // The field between the borders covers at least the cell that it is for.
-    const int line = gdiFont_ ? gdiFont_->LineHeight() : 0;
-    SendMessageW(Window(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), std::max(line, fieldHeight) + comboBorder);
-    SetWindowPos(Window(), nullptr, origin.x, origin.y, width, fieldHeight + line * rowsInView + 4 * comboBorder,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+    {
+        const FlagScope scope(placing_);
+        // The field between the borders covers at least the cell that it is for.
+        const int line = gdiFont_ ? gdiFont_->LineHeight() : 0;
+        if (newHeight)
+            SendMessageW(Window(), CB_SETITEMHEIGHT, static_cast<WPARAM>(-1),
+                         std::max(line, fieldHeight) + comboBorder);
+        SetWindowPos(Window(), nullptr, origin.x, origin.y, width, fieldHeight + line * rowsInView + 4 * comboBorder,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    }
     PlaceEditField();
+    placed_ = wanted;
 }
 
 void ComboWindow::PlaceEditField() {
-    if (!EditWindow() || !gdiFont_ || fieldHeight_ == 0) return;
+    if (!EditWindow() || !gdiFont_ || fieldHeight_ == 0 || placing_) return;
     COMBOBOXINFO info{};
     info.cbSize = sizeof info;
     GetComboBoxInfo(Window(), &info);
@@ -92,6 +108,7 @@ void ComboWindow::FitList() {
     GetWindowRect(Window(), &combo);
     const int rows = std::clamp(ListCount(), 1, rowsInView);
     const int item = static_cast<int>(SendMessageW(Window(), CB_GETITEMHEIGHT, 0, 0));
+    placed_.reset();
     SetWindowPos(Window(), nullptr, 0, 0, combo.right - combo.left,
                  combo.bottom - combo.top + rows * item + comboBorder, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     PlaceEditField();

@@ -34,6 +34,7 @@ void ComboWindow::MakeWindows(HWND parent) {
     const HWND window =
         CreateWindowExW(direction, L"COMBOBOX", L"", style, 0, 0, 100, 200, parent, nullptr, ModuleInstance(), nullptr);
     if (!window) throw RunTimeError(errors::outOfMemory, u"Out of memory");
+    placed_.reset();
     AttachTo(window);
     SetFont(font_);
 }

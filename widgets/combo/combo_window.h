@@ -222,6 +222,8 @@ class ComboWindow final : private WindowSubclass {
     std::pair<DWORD, DWORD> selection_;  // when the field lost the focus
     bool keepsSelection_ = false;
     int fieldHeight_ = 0;
+    std::optional<Rect> placed_;  // the field as Place has laid it out, unless something has changed that since
+    bool placing_ = false;        // the field in the combo gets its place at the end
     Text tag_;
     Text lastText_;  // as of the last Change
     FontSpec font_;

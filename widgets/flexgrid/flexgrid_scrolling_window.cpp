@@ -22,6 +22,12 @@ void FlexGridWindow::SettleLayout() {
     UpdateBars();
 }
 
+void FlexGridWindow::PrepareBars() {
+    if (Handle() && !IsWindowVisible(Handle())) {
+        UpdateBars();
+    }
+}
+
 void FlexGridWindow::UpdateBars() {
     const HWND window = Handle();
     if (!window) {
@@ -56,8 +62,10 @@ void FlexGridWindow::UpdateBars() {
         if (moves) {
             known = bar;
         }
+        // Where even the only row does not fit, the bar cannot scroll. The system would hide it, and the next settling
+        // show it again.
         SCROLLINFO info{sizeof info,
-                        SIF_RANGE | SIF_PAGE | SIF_POS,
+                        SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL,
                         bar.min,
                         bar.max,
                         static_cast<UINT>(bar.page),

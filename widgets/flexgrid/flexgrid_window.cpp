@@ -247,12 +247,30 @@ void FlexGridWindow::OnResolutionChange() {
     MarkAllStale();
 }
 
+// Some systems ask for the frame whenever a part of the window appears, and draw both bars then, which takes longer
+// than drawing the cells.
+bool FlexGridWindow::FrameIsIn(WPARAM region) const {
+    RECT box{};
+    RECT client{};
+    RECT both{};
+    constexpr WPARAM wholeFrame = 1;
+    if (region <= wholeFrame || GetRgnBox(reinterpret_cast<HRGN>(region), &box) == ERROR) {
+        return true;
+    }
+    GetClientRect(Handle(), &client);
+    MapWindowPoints(Handle(), nullptr, reinterpret_cast<POINT*>(&client), 2);
+    UnionRect(&both, &box, &client);
+    return EqualRect(&both, &client) == 0;
+}
+
 LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     const auto held = Hold();
     switch (message) {
         case WM_PAINT:
             OnPaint();
             return 0;
+        case WM_NCPAINT:
+            return FrameIsIn(wParam) ? Default(message, wParam, lParam) : 0;
         case WM_ERASEBKGND:
             return 1;
         case WM_PRINTCLIENT: {
@@ -271,7 +289,9 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_SETFOCUS:
         case WM_KILLFOCUS:
-            MarkAllStale();
+            // Nothing else is drawn differently.
+            stale_.AddCells(grid_.Selection());
+            RequestPaint();
             if (message == WM_SETFOCUS) {
                 accessibility_.FocusCame();
             }

@@ -45,6 +45,8 @@ class FlexGridWindow final : public Window, private GridListener {
     bool CreateIn(HWND parent, const Rect& bounds, int id = 0);
     // Moves the window, in the parent's client pixels; without a window only the size counts.
     void MoveTo(const Rect& bounds);
+    // Shows the bars that the grid needs if the window cannot be seen yet: later, each change of one draws both.
+    void PrepareBars();
 
     // Returns the cursor's cell in twips from the outer corner of the window, border included, as hosts place controls
     // over cells; grid lines are excluded. The cell is scrolled into view first.
@@ -135,6 +137,8 @@ class FlexGridWindow final : public Window, private GridListener {
     Rect Settle();
     void SettleLayout();
     void ApplyStyle();
+    // Whether the region of WM_NCPAINT covers more than the client area.
+    bool FrameIsIn(WPARAM region) const;
     void UpdateBars();
     void MarkAllStale();
     void OnPaint();
