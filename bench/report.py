@@ -1,14 +1,15 @@
 #!/usr/bin/env python3
 """Turns the results of a full run into a Markdown report.
 
-    bench/report.py NATIVE,... WINDOWS,... "MACHINE" > report.md
+    bench/report.py NATIVE,... WINDOWS,... HOSTS,... "MACHINE" > report.md
 
-NATIVE and WINDOWS are files of results; MACHINE is a sentence about the machine, the date and the sources.
+NATIVE, WINDOWS and HOSTS are files of results, the last of what hosts, forms, the designer and the archivers do; MACHINE is a sentence about the machine, the date and the sources.
 """
 import math
+import os
 import sys
 
-from results import WORKS, amount, higher_is_better, read, title
+from results import KEY_LIMIT, KEYS, SECTIONS, STEPS, WORKS, amount, higher_is_better, read, title
 
 OURS = "Qvx rules"
 WINDOW = "Qvx window"
@@ -17,7 +18,8 @@ FLOOR = "Floor"
 TOOLKITS = ["wxWidgets grid table", "wxWidgets grid", "Qt table widget", "Qt standard item model"]
 LIST_VIEWS = ["List view, report", "List view, owner data"]
 PAINTED = ["frames", "scroll", "first_frame", "frames_large", "scroll_large", "first_frame_large"]
-DATA = [work for work in WORKS if work not in PAINTED]
+DATA = ["load", "memory", "sum", "scan", "remove_half", "insert_top", "insert_block", "duplicates", "product",
+        "product_set", "validate", "remove_empty", "load_cells", "paste", "undo_paste"]
 
 shortfalls = []
 
@@ -207,15 +209,65 @@ def everything(text, table):
         print()
 
 
+def section(entries, part):
+    heading(part.title)
+    print(part.text + "\n")
+    table_head("work", part.counts, "Qvx", *((part.peer, "ratio") if part.peer else ()))
+    for work in part.works:
+        for rows in sorted(entries.get(work, {})):
+            own = value(entries, work, rows, part.ours)
+            if own is None:
+                continue
+            line = f"| {title(work)} | {rows:,} | {amount(work, own)} |"
+            if part.peer:
+                peer = value(entries, work, rows, part.peer)
+                line += f" {amount(work, peer)} | {peer / own:.2f} |" if peer is not None else " | |"
+            print(line)
+    print()
+
+
+def keys(entries):
+    heading("Typing")
+    print("From a key until what it changes is on the screen, in a grid of a million rows.\n")
+    table_head("key", "median", "99 of 100 within", "keys", "goal")
+    for work in KEYS:
+        for rows, peers in sorted(entries.get(work, {}).items()):
+            samples = sorted(peers["ComboGrid"].samples)
+            centile = samples[min(len(samples) - 1, math.ceil(0.99 * len(samples)) - 1)]
+            cell = "16 ms"
+            if centile > KEY_LIMIT:
+                shortfalls.append(f"{title(work)}: 99 of 100 within {amount(work, centile)} instead of 16 ms")
+                cell += " (short)"
+            print(f"| {title(work)} | {amount(work, peers['ComboGrid'].value)} | {amount(work, centile)} "
+                  f"| {len(samples)} | {cell} |")
+    print()
+
+
+def steps(entries):
+    heading("Steps of a form's life")
+    sizes = sorted(entries.get("form_show", {}))
+    if not sizes:
+        print("Not measured.\n")
+        return
+    rows = sizes[-1]
+    print(f"Of {rows:,} controls or windows of one kind.\n")
+    table_head("", *(title(work) for work in STEPS))
+    for peer in entries["form_show"][rows]:
+        cells = [value(entries, work, rows, peer) for work in STEPS]
+        print(f"| {peer} | " + " | ".join("" if cell is None else amount("form_show", cell) for cell in cells) + " |")
+    print()
+
+
 def read_all(argument):
     entries = {}
-    for path in filter(None, argument.split(",")):
-        read(path, entries)
+    for path in argument.split(","):
+        if os.path.exists(path):
+            read(path, entries)
     return entries
 
 
 def main():
-    native, windows, machine = read_all(sys.argv[1]), read_all(sys.argv[2]), sys.argv[3]
+    native, windows, hosts, machine = *(read_all(argument) for argument in sys.argv[1:4]), sys.argv[4]
     print("# Benchmarks\n")
     print("A script has made this page from one run of `./qvx bench`.")
     print(machine + "\n")
@@ -240,6 +292,10 @@ def main():
     beside_peers("Beside the system's list view over owner data", windows, windows, LIST_VIEWS[1:], list(WORKS), None)
     automation(windows)
     growth(native)
+    keys(hosts)
+    for part in SECTIONS:
+        section(hosts, part)
+    steps(hosts)
     heading("Goals that are not met")
     print("\n".join(f"- {short}" for short in shortfalls) if shortfalls else "All goals are met.")
     print()

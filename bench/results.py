@@ -47,7 +47,88 @@ WORKS = {
     "frames_large": Work("full repaint, 3840 x 2160", unit=PER_SECOND, grows=False),
     "scroll_large": Work("scrolling by a row, 3840 x 2160", unit=PER_SECOND, grows=False),
     "first_frame_large": Work("first painted frame, 3840 x 2160"),
+    "bind_interface": Work("records of ten fields, through their interface"),
+    "bind_named": Work("records of ten fields, by names"),
+    "bind_rows": Work("records of ten fields, in blocks (GetRows)"),
+    "cell_get_dual": Work("reading cells, dual interface"),
+    "cell_put_dual": Work("writing cells, dual interface"),
+    "cell_get_late": Work("reading cells, late bound"),
+    "cell_put_late": Work("writing cells, late bound"),
+    "sort_texts": Work("sorting rows by texts"),
+    "sort_numbers": Work("sorting rows by numbers"),
+    "validate_entry": Work("checking rows, nothing wrong"),
+    "duplicate_record": Work("searching rows for equal ones, none equal"),
+    "library": Work("loading, one object, unloading"),
+    "library_bare": Work("the same in a process without the system's libraries"),
+    "key_first": Work("the first character, which opens the editor"),
+    "key_next": Work("a further character"),
+    "key_enter": Work("Enter, which commits and goes on"),
+    "key_right": Work("arrow right"),
+    "key_down": Work("arrow down"),
+    "hold_down": Work("arrow down, held"),
+    "hold_page_down": Work("page down, held"),
+    "open_mix_cold": Work("a mix of controls, library not yet loaded"),
+    "open_mix_warm": Work("a mix of controls"),
+    "open_fields_cold": Work("text fields, library not yet loaded"),
+    "open_fields_warm": Work("text fields"),
+    "form_create": Work("creating"),
+    "form_load": Work("loading"),
+    "form_show": Work("showing"),
+    "form_close": Work("closing"),
+    "design_move": Work("moving all controls"),
+    "design_undo_move": Work("undoing that"),
+    "design_redo_move": Work("redoing it"),
+    "design_delete": Work("deleting all controls"),
+    "design_undo_delete": Work("undoing that"),
+    "archive_size": Work("size of the archive", unit=BYTES),
+    "archiver_start": Work("start of a program"),
+    "pack": Work("packing, elapsed"),
+    "pack_one": Work("packing, elapsed on one processor"),
+    "pack_cpu": Work("packing, processor time"),
+    "unpack": Work("unpacking, elapsed"),
+    "unpack_cpu": Work("unpacking, processor time"),
 }
+
+
+@dataclass(frozen=True)
+class Section:
+    """Works whose entries are compared between one of ours and one peer; `counts` says what their sizes count."""
+    title: str
+    text: str
+    works: tuple
+    ours: str
+    peer: str = None
+    counts: str = "rows"
+
+
+SECTIONS = (
+    Section("Binding records", "Both read the same records from memory; Bind fills the grid as well.",
+            ("bind_interface", "bind_named", "bind_rows"), "Bind", "Loop over the fields", "records"),
+    Section("Cells through automation", "Beside a minimal object with an array of texts.",
+            ("cell_get_dual", "cell_put_dual", "cell_get_late", "cell_put_late"), "TextMatrix", "Array of texts",
+            "cells"),
+    Section("Sorting", "Beside a stable sort of an array with the same comparison.", ("sort_texts", "sort_numbers"), "Sort",
+            "stable_sort of an array"),
+    Section("Checking", "The control's methods, through automation.", ("validate_entry", "duplicate_record"), "ComboGrid"),
+    Section("The library in a process", "Beside the system's script engine.", ("library", "library_bare"), "Qvx.ocx",
+            "vbscript.dll", "times"),
+    Section("Opening forms", "Until everything is drawn, beside as many of the system's windows.",
+            ("open_mix_warm", "open_mix_cold", "open_fields_warm", "open_fields_cold"), "Controls", "System windows",
+            "controls"),
+    Section("The designer's steps", "As rules, without windows.",
+            ("design_move", "design_undo_move", "design_redo_move", "design_delete", "design_undo_delete"), "Designer",
+            counts="controls"),
+    Section("The archivers beside zip and unzip",
+            "A SQLite database; sizes count its megabytes. PkZip reads its archive back and compares it, which zip does not\n"
+            "do. PkZip and PkunZip run under Wine, and their processor times leave out Wine's server.",
+            ("archive_size", "pack", "pack_one", "pack_cpu", "unpack", "unpack_cpu", "archiver_start"), "PkZip, PkunZip",
+            "zip, unzip", "megabytes"),
+)
+# From a key until what it changes is on the screen.
+KEYS = ("key_first", "key_next", "key_enter", "key_right", "key_down", "hold_down", "hold_page_down")
+KEY_LIMIT = 0.016
+# The steps of a control's life, by kind of control.
+STEPS = ("form_create", "form_load", "form_show", "form_close")
 
 
 @dataclass
@@ -92,7 +173,7 @@ def amount(work, value):
         return "cut"
     unit = WORKS[work].unit if work in WORKS else SECONDS
     if unit == BYTES:
-        return f"{value:.1f} bytes"
+        return f"{value:.1f} bytes" if value < 1000 else f"{value:,.0f} bytes"
     if unit == PER_SECOND:
         return f"{value:.0f} /s"
     for name, size in (("s", 1), ("ms", 1e-3)):

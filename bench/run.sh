@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the benchmarks, runs them one after another and prints the report.
+# Builds the benchmarks, runs them one after another and writes the report.
 #
 #     bench/run.sh [ROWS] [FILE.md]
 #
@@ -22,8 +22,8 @@ source tools/wine.sh
 
 [[ $rows =~ ^[0-9]+$ ]] || die "The number of rows is '$rows'."
 
-build native-release --target bench_rules bench_wx bench_qt || die "The native benchmarks were not built."
-build x64 --target qvx_server bench_windows || die "The Windows benchmarks were not built."
+build native-release --target bench_rules bench_design bench_wx bench_qt || die "The native benchmarks were not built."
+build x64 --target qvx_server bench_windows bench_host bench_form || die "The Windows benchmarks were not built."
 
 # The same kind of display in every run, and no user's mouse over the windows. The large window has to fit.
 virtual_screen=3840x2160
@@ -54,10 +54,18 @@ run_one large run_windows 60 "$windows" --large-screen
 run_one wx timeout 240 env GDK_BACKEND=x11 "$bin/bench_wx" "--rows=$rows" "--limit=$limit"
 run_one qt timeout 420 env QT_QPA_PLATFORM=xcb "$bin/bench_qt" "--rows=$rows" "--limit=$limit"
 
+run_one host run_windows 150 build/x64/bench/bench_host.exe
+run_one form run_windows 150 build/x64/bench/bench_form.exe
+run_one design timeout 60 "$bin/bench_design"
+if ! bash bench/archives.sh >"$results/archives.log" 2>&1; then
+  warn "The archivers were not measured; see build/bench/archives.log."
+fi
+
 processor=$(sed -n '/^model name/ { s/.*: //p; q }' /proc/cpuinfo)
 sources=$(git describe --always --dirty 2>/dev/null || echo "sources without a repository")
 machine="It ran on $(date +%F) on a machine with $(nproc) processors ($processor) and
 $(awk '/^MemTotal/ { printf "%d GB", $2 / 1048576 + 0.5 }' /proc/meminfo) of memory, under $(wine64 --version 2>/dev/null || echo Wine), from commit $sources."
 python3 bench/report.py "$results/rules.tsv,$results/growth.tsv,$results/wx.tsv,$results/qt.tsv" \
-  "$results/windows.tsv,$results/large.tsv" "$machine" | tee "$report"
+  "$results/windows.tsv,$results/large.tsv" \
+  "$results/host.tsv,$results/form.tsv,$results/design.tsv,$results/archives.tsv" "$machine" >"$report"
 say "The report is in ${report#"$root"/}"

@@ -27,7 +27,7 @@ qvx_bench() {
       return
       ;;
   esac
-  need "${packages_bench[@]}"
+  need "${packages_bench[@]}" "${packages_bench_archives[@]}"
   bash bench/run.sh "$@"
 }
 
