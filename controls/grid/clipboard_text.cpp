@@ -87,7 +87,7 @@ std::optional<TextView> ClipboardCells::PlainRow(std::size_t row) const {
     const std::size_t begin = starts_[row];
     const std::size_t end = row + 1 < starts_.size() ? starts_[row + 1] : text_.size();
     TextView line = text_.substr(begin, end - begin);
-    if (ScannedFor(quote, quote, quote).Find(line, 0) != line.size()) return std::nullopt;
+    if (separator_ != u'\t' || ScannedFor(quote, quote, quote).Find(line, 0) != line.size()) return std::nullopt;
     if (line.ends_with(u'\n')) line.remove_suffix(1);
     if (line.ends_with(u'\r')) line.remove_suffix(1);
     return line;

@@ -50,7 +50,7 @@ class ClipboardCells {
         TakeRow(starts_[row]);
         return cells_;
     }
-    // Returns the row as it is in the text, if it has no quotes, so that each cell is what is between two separators.
+    // Returns the row as it is in the text, if it has no quotes and tabs separate its cells.
     std::optional<TextView> PlainRow(std::size_t row) const;
     // Returns the part of the text before the row.
     TextView Before(std::size_t row) const { return text_.substr(0, starts_[row]); }

@@ -93,8 +93,7 @@ class CellRectangle {
     // Returns the texts of a row of the target, from its first column on; a short row leaves the rest of the cells
     // unchanged.
     std::span<const TextView> Row(int row) const;
-    // Returns the same as the pasted text has it, with tabs between the cells and possibly with more cells than the
-    // target, where it does not need to be parsed.
+    // Returns the same as tab-separated text where the pasted text has it so, possibly with more cells than the target.
     std::optional<TextView> PlainRow(int row) const {
         return cells_ ? cells_->PlainRow(static_cast<std::size_t>(row - target_.top)) : std::nullopt;
     }
