@@ -260,12 +260,14 @@ void CellStore::SetCells(int row, int firstCol, const RowView& cells, int count)
             return;
         }
     }
-    cells_.assign(static_cast<std::size_t>(std::max(old.Count(), firstCol + count)), CellView());
+    const auto first = static_cast<std::size_t>(firstCol);
+    const auto fresh = static_cast<std::size_t>(count);
+    cells_.assign(std::max(static_cast<std::size_t>(old.Count()), first + fresh), CellView());
     for (int col = 0; col < old.Count(); ++col) {
         cells_[static_cast<std::size_t>(col)] = old[col];
     }
-    for (int i = 0; i < count; ++i) {
-        cells_[static_cast<std::size_t>(firstCol + i)] = cells[i];
+    for (std::size_t i = 0; i < fresh; ++i) {
+        cells_[first + i] = cells[static_cast<int>(i)];
     }
     Store(id, builder_.FromCells(cells_));
 }

@@ -178,7 +178,7 @@ class RowIndex {
     std::vector<std::uint64_t> filtered_;  // a bit for each identity, as far as any is set
     int filteredCount_ = 0;
     int shared_ = 0;
-    Path path_;  // of the last insertion
+    Path path_;                   // of the last insertion
     Leaf* appendedTo_ = nullptr;  // the last leaf, while `path_` leads to it and has room; null when that is not known
     std::unique_ptr<Leaf> spareLeaf_;
     std::vector<std::unique_ptr<Inner>> spareInners_;
