@@ -71,6 +71,7 @@ class DataWorks {
         Times load, memory, sum, scan, insert, block, remove;
         for (std::size_t run = 0; run < fresh; ++run) {
             if (!Affordable("load", 10) || (run > 0 && load.Long())) break;
+            ForgetFreeMemory();
             const std::size_t before = BytesInUse();
             auto peer = std::make_unique<Peer>();
             load.Add([&] { peer->Load(rows); });

@@ -57,6 +57,13 @@ inline std::size_t BytesInUse() {
 #endif
 }
 
+// Returns free memory to the system, so that whoever loads next has to ask for all of it, whatever ran before.
+inline void ForgetFreeMemory() {
+#ifndef _WIN32
+    malloc_trim(0);
+#endif
+}
+
 inline double Median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
     return values[values.size() / 2];

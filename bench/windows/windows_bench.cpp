@@ -10,6 +10,7 @@
 
 #include "Qvx.h"
 #include "bench/support/data_works.h"
+#include "bench/support/floor_peer.h"
 #include "bench/support/paint_works.h"
 #include "bench/support/rules_peer.h"
 #include "bench/windows/list_view.h"
@@ -257,6 +258,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     RunDataWorks<RulesPeer>(options);
+    RunDataWorks<FloorPeer>(options);
     RunDataWorks<DualPeer>(options);
     RunDataWorks<LateBoundPeer>(options);
     RunDataWorks<ListViewPeer<false>>(options);
