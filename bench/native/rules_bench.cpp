@@ -120,8 +120,11 @@ class ArraysPeer {
 int main(int argc, char** argv) {
     using namespace qvx::bench;
     const Options options(argc, argv);
-    RunDataWorks<RulesPeer>(options);
-    if (!options.quick) RunDataWorks<FloorPeer>(options);
+    if (options.quick) {
+        RunDataWorks<RulesPeer>(options);
+    } else {
+        RunDataWorks<RulesPeer, FloorPeer>(options);
+    }
     if (options.growth) return 0;
     RunRecordWorks<RulesPeer>(options);
     RunPasteWorks(options);

@@ -16,7 +16,9 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "bench/support/measure.h"
@@ -63,49 +65,53 @@ class DataWorks {
     // Work that is likely to take longer than `limit` seconds is skipped.
     explicit DataWorks(double limit) : limit_(limit) {}
 
-    void Run(std::size_t rows) {
+    // Returns the repetitions at this size: five; more where one is too short for the clock.
+    static std::size_t Repetitions(std::size_t rows) { return std::clamp<std::size_t>(100'000 / rows, 5, 20); }
+
+    void Begin(std::size_t rows) {
         rows_ = rows;
-        const Expected expected(rows);
-        // Five repetitions; more where one is too short for the clock, a single one where it is long.
-        const std::size_t fresh = std::clamp<std::size_t>(100'000 / rows, 5, 20);
-        Times load, memory, sum, scan, insert, block, remove;
-        for (std::size_t run = 0; run < fresh; ++run) {
-            if (!Affordable("load", 10) || (run > 0 && load.Long())) break;
-            ForgetFreeMemory();
-            const std::size_t before = BytesInUse();
-            auto peer = std::make_unique<Peer>();
-            load.Add([&] { peer->Load(rows); });
-            memory.values.push_back(static_cast<double>(BytesInUse() - before) /
-                                    static_cast<double>(rows * columnCount));
-            Check(peer->Rows() == rows && Is(*peer, rows - 1, rows - 1), "load");
-            if (run < 5) {
-                sum.AddRepeated([&] { Check(std::fabs(peer->Sum() - expected.sum) <= 1e-9 * expected.sum, "sum"); });
-                scan.AddRepeated([&] { Check(peer->CountBlank() == expected.blank, "scan"); });
-            }
-            std::size_t onTop = 0;
-            if (Affordable("insert_top", 10) && !(run > 0 && insert.Long())) {
-                onTop = inserted;
-                insert.Add([&] { peer->InsertAtTop(inserted); });
-                Check(peer->Rows() == rows + inserted && Is(*peer, inserted, 0), "insert_top");
-                Check(Is(*peer, inserted - 1, inserted - 1), "insert_top");
-                block.Add([&] { peer->InsertBlockAtTop(inserted); });
-                Check(peer->Rows() == rows + 2 * inserted && Is(*peer, 2 * inserted, 0), "insert_block");
-                Check(Is(*peer, inserted - 1, inserted - 1), "insert_block");
-            }
-            if (Affordable("remove_half", 100) && !(run > 0 && remove.Long())) {
-                const std::size_t all = peer->Rows();
-                remove.Add([&] { peer->RemoveEverySecond(); });
-                Check(peer->Rows() == (all + 1) / 2, "remove_half");
-                Check(Is(*peer, onTop + 1, 2), "remove_half");
-            }
+        expected_.emplace(rows);
+        load_ = memory_ = sum_ = scan_ = insert_ = block_ = remove_ = Times();
+    }
+    // Does the works once, those that take long only at first.
+    void Repeat(std::size_t run) {
+        const std::size_t rows = rows_;
+        if (!Affordable("load", 10) || (run > 0 && load_.Long())) return;
+        ForgetFreeMemory();
+        const std::size_t before = BytesInUse();
+        auto peer = std::make_unique<Peer>();
+        load_.Add([&] { peer->Load(rows); });
+        memory_.values.push_back(static_cast<double>(BytesInUse() - before) / static_cast<double>(rows * columnCount));
+        Check(peer->Rows() == rows && Is(*peer, rows - 1, rows - 1), "load");
+        if (run < 5) {
+            sum_.AddRepeated([&] { Check(std::fabs(peer->Sum() - expected_->sum) <= 1e-9 * expected_->sum, "sum"); });
+            scan_.AddRepeated([&] { Check(peer->CountBlank() == expected_->blank, "scan"); });
         }
-        Report("load", load);
-        if (BytesInUse() != 0) Report("memory", memory);
-        Report("sum", sum);
-        Report("scan", scan);
-        Report("insert_top", insert);
-        Report("insert_block", block);
-        Report("remove_half", remove);
+        std::size_t onTop = 0;
+        if (Affordable("insert_top", 10) && !(run > 0 && insert_.Long())) {
+            onTop = inserted;
+            insert_.Add([&] { peer->InsertAtTop(inserted); });
+            Check(peer->Rows() == rows + inserted && Is(*peer, inserted, 0), "insert_top");
+            Check(Is(*peer, inserted - 1, inserted - 1), "insert_top");
+            block_.Add([&] { peer->InsertBlockAtTop(inserted); });
+            Check(peer->Rows() == rows + 2 * inserted && Is(*peer, 2 * inserted, 0), "insert_block");
+            Check(Is(*peer, inserted - 1, inserted - 1), "insert_block");
+        }
+        if (Affordable("remove_half", 100) && !(run > 0 && remove_.Long())) {
+            const std::size_t all = peer->Rows();
+            remove_.Add([&] { peer->RemoveEverySecond(); });
+            Check(peer->Rows() == (all + 1) / 2, "remove_half");
+            Check(Is(*peer, onTop + 1, 2), "remove_half");
+        }
+    }
+    void ReportAll() {
+        Report("load", load_);
+        if (BytesInUse() != 0) Report("memory", memory_);
+        Report("sum", sum_);
+        Report("scan", scan_);
+        Report("insert_top", insert_);
+        Report("insert_block", block_);
+        Report("remove_half", remove_);
     }
 
     static constexpr std::size_t inserted = 1000;
@@ -163,6 +169,14 @@ class DataWorks {
 
     double limit_;
     std::size_t rows_ = 0;
+    std::optional<Expected> expected_;
+    Times load_;
+    Times memory_;
+    Times sum_;
+    Times scan_;
+    Times insert_;
+    Times block_;
+    Times remove_;
     std::map<std::string, std::pair<std::size_t, double>> last_;
     std::map<std::string, double> estimate_;
 };
@@ -196,10 +210,19 @@ struct Options {
     }
 };
 
-template <class Peer>
+// Several peers take turns, so that whatever else the machine does slows all of them.
+template <class... Peers>
 void RunDataWorks(const Options& options) {
-    DataWorks<Peer> works(options.limit);
-    for (std::size_t rows = options.minRows; rows <= options.maxRows; rows *= 10) works.Run(rows);
+    std::tuple<DataWorks<Peers>...> all(DataWorks<Peers>(options.limit)...);
+    for (std::size_t rows = options.minRows; rows <= options.maxRows; rows *= 10) {
+        std::apply(
+            [&](auto&... works) {
+                (works.Begin(rows), ...);
+                for (std::size_t run = 0; run < std::get<0>(all).Repetitions(rows); ++run) (works.Repeat(run), ...);
+                (works.ReportAll(), ...);
+            },
+            all);
+    }
 }
 
 }  // namespace qvx::bench

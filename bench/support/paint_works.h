@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "bench/support/measure.h"
@@ -31,23 +32,43 @@ double FramesPerSecond(Screen& screen, std::size_t firstRow, bool everything) {
     return static_cast<double>(count) / watch.Seconds();
 }
 
-// The works are called first_frame, frames and scroll, with `suffix`.
+// What one screen took.
 template <class Screen>
-void RunPaintWorks(const std::string& suffix = "") {
-    std::vector<double> first;
-    std::vector<double> frames;
-    std::vector<double> scroll;
-    for (std::size_t run = 0; run < 5; ++run) {
+class PaintWorks {
+  public:
+    // Does everything once, unless that was too slow to be worth another time.
+    void Repeat(std::size_t run) {
+        if (slow_) return;
         const Stopwatch loading;
         const auto screen = std::make_unique<Screen>(paintRows);
-        first.push_back(loading.Seconds());
-        frames.push_back(FramesPerSecond(*screen, 1000 * run, true));
-        scroll.push_back(FramesPerSecond(*screen, 1000 * run + 500, false));
-        if (loading.Seconds() > 20) break;  // too slow to be worth five runs
+        first_.push_back(loading.Seconds());
+        frames_.push_back(FramesPerSecond(*screen, 1000 * run, true));
+        scroll_.push_back(FramesPerSecond(*screen, 1000 * run + 500, false));
+        slow_ = loading.Seconds() > 20;
     }
-    Report(("first_frame" + suffix).c_str(), paintRows, Screen::Name(), first);
-    Report(("frames" + suffix).c_str(), paintRows, Screen::Name(), frames);
-    Report(("scroll" + suffix).c_str(), paintRows, Screen::Name(), scroll);
+    void ReportAll(const std::string& suffix) const {
+        Report(("first_frame" + suffix).c_str(), paintRows, Screen::Name(), first_);
+        Report(("frames" + suffix).c_str(), paintRows, Screen::Name(), frames_);
+        Report(("scroll" + suffix).c_str(), paintRows, Screen::Name(), scroll_);
+    }
+
+  private:
+    std::vector<double> first_;
+    std::vector<double> frames_;
+    std::vector<double> scroll_;
+    bool slow_ = false;
+};
+
+// Several screens take turns. The works are called first_frame, frames and scroll, with `suffix`.
+template <class... Screens>
+void RunPaintWorks(const std::string& suffix = "") {
+    std::tuple<PaintWorks<Screens>...> all;
+    std::apply(
+        [&](auto&... works) {
+            for (std::size_t run = 0; run < 5; ++run) (works.Repeat(run), ...);
+            (works.ReportAll(suffix), ...);
+        },
+        all);
 }
 
 }  // namespace qvx::bench

@@ -241,17 +241,15 @@ class FloorScreen {
 }  // namespace
 
 void RunScreens(bool quick) {
-    RunPaintWorks<GridScreen<ordinary>>();
-    if (quick) return;
-    RunPaintWorks<FloorScreen<ordinary>>();
-    RunPaintWorks<ListViewScreen<true>>();
+    if (quick) {
+        RunPaintWorks<GridScreen<ordinary>>();
+    } else {
+        RunPaintWorks<GridScreen<ordinary>, FloorScreen<ordinary>, ListViewScreen<true>>();
+    }
 }
 
 void RunSlowScreen() { RunPaintWorks<ListViewScreen<false>>(); }
 
-void RunLargeScreens() {
-    RunPaintWorks<FloorScreen<large>>("_large");
-    RunPaintWorks<GridScreen<large>>("_large");
-}
+void RunLargeScreens() { RunPaintWorks<GridScreen<large>, FloorScreen<large>>("_large"); }
 
 }  // namespace qvx::bench

@@ -257,8 +257,7 @@ int main(int argc, char** argv) {
         std::puts("done");
         return 0;
     }
-    RunDataWorks<RulesPeer>(options);
-    RunDataWorks<FloorPeer>(options);
+    RunDataWorks<RulesPeer, FloorPeer>(options);
     RunDataWorks<DualPeer>(options);
     RunDataWorks<LateBoundPeer>(options);
     RunDataWorks<ListViewPeer<false>>(options);
