@@ -299,6 +299,8 @@ def main():
     heading("Goals that are not met")
     print("\n".join(f"- {short}" for short in shortfalls) if shortfalls else "All goals are met.")
     print()
+    with open(os.path.join(os.path.dirname(__file__), "notes.md"), encoding="utf-8") as notes:
+        print(notes.read())
     everything("All figures, natively", native)
     everything("All figures, in one Windows process", windows)
 

@@ -70,7 +70,7 @@ fi
 processor=$(sed -n '/^model name/ { s/.*: //p; q }' /proc/cpuinfo)
 sources=$(git describe --always --dirty 2>/dev/null || echo "sources without a repository")
 machine="It ran on $(date +%F) on a machine with $(nproc) processors ($processor) and
-$(awk '/^MemTotal/ { printf "%d GB", $2 / 1048576 + 0.5 }' /proc/meminfo) of memory, under $(wine64 --version 2>/dev/null || echo Wine), from commit $sources."
+$(awk '/^MemTotal/ { printf "%d GB", $2 / 1048576 + 0.5 }' /proc/meminfo) of memory, under $("$wine64" --version 2>/dev/null || echo Wine), from commit $sources."
 python3 bench/report.py "$results/rules.tsv,$results/growth.tsv,$results/wx.tsv,$results/qt.tsv" \
   "$results/windows.tsv,$results/large.tsv" \
   "$results/host.tsv,$results/form.tsv,$results/design.tsv,$results/archives.tsv" "$machine" >"$report"
