@@ -297,7 +297,11 @@ def main():
         section(hosts, part)
     steps(hosts)
     heading("Goals that are not met")
-    print("\n".join(f"- {short}" for short in shortfalls) if shortfalls else "All goals are met.")
+    if shortfalls:
+        table_head("work")
+        print("\n".join(f"| {short} |" for short in shortfalls))
+    else:
+        print("All goals are met.")
     print()
     with open(os.path.join(os.path.dirname(__file__), "notes.md"), encoding="utf-8") as notes:
         print(notes.read())
