@@ -35,8 +35,9 @@ class ConnectionPoints {
     // Whether any handler is connected for events.
     bool HasListeners() const;
 
-    // Notifies the sinks of IPropertyNotifySink, and whether there are any.
+    // Notifies the sinks of IPropertyNotifySink.
     void NotifyChanged(DISPID property);
+    // Whether any of them is connected.
     bool HasPropertySinks() const;
 
     // Connects both sinks in one call, for IQuickActivate. Null sinks are skipped; their cookies are 0.

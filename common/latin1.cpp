@@ -4,7 +4,25 @@
 
 namespace qvx {
 
-// Most texts are as short as a word, so that the loops go by four characters and their ends overlap.
+namespace {
+
+// Calls four(at) so that all places are covered, or one(at) for each where there are fewer than four. Most texts are as
+// short as a word; the last four overlap those before.
+template <class Four, class One>
+void ByFours(std::size_t size, Four four, One one) {
+    if (size < 4) {
+        for (std::size_t at = 0; at < size; ++at) {
+            one(at);
+        }
+        return;
+    }
+    for (std::size_t at = 4; at < size; at += 4) {
+        four(at - 4);
+    }
+    four(size - 4);
+}
+
+}  // namespace
 
 bool NarrowTo(const char16_t* units, std::size_t size, std::uint8_t* to) {
     std::uint64_t all = 0;
@@ -17,17 +35,10 @@ bool NarrowTo(const char16_t* units, std::size_t size, std::uint8_t* to) {
         const auto bytes = static_cast<std::uint32_t>(four | four >> 16);
         std::memcpy(to + at, &bytes, sizeof bytes);
     };
-    if (size >= 4) {
-        for (std::size_t at = 4; at < size; at += 4) {
-            narrowFour(at - 4);
-        }
-        narrowFour(size - 4);
-    } else {
-        for (std::size_t at = 0; at < size; ++at) {
-            all |= units[at];
-            to[at] = static_cast<std::uint8_t>(units[at]);
-        }
-    }
+    ByFours(size, narrowFour, [&](std::size_t at) {
+        all |= units[at];
+        to[at] = static_cast<std::uint8_t>(units[at]);
+    });
     return (all & 0xFF00FF00FF00FF00) == 0;
 }
 
@@ -39,16 +50,7 @@ char16_t* WidenTo(const std::uint8_t* bytes, std::size_t size, char16_t* to) {
         units = (units | units << 8) & 0x00FF00FF00FF00FF;
         std::memcpy(to + at, &units, sizeof units);
     };
-    if (size >= 4) {
-        for (std::size_t at = 4; at < size; at += 4) {
-            widenFour(at - 4);
-        }
-        widenFour(size - 4);
-    } else {
-        for (std::size_t at = 0; at < size; ++at) {
-            to[at] = bytes[at];
-        }
-    }
+    ByFours(size, widenFour, [&](std::size_t at) { to[at] = bytes[at]; });
     return to + size;
 }
 

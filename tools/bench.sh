@@ -4,13 +4,13 @@
 # shellcheck shell=bash
 
 qvx_bench() {
-  if [[ ${1:-} == archives ]]; then
-    shift
-    need "${packages_bench_archives[@]}"
-    bash bench/archives.sh "$@"
-    return
-  fi
   case ${1:-} in
+    archives)
+      shift
+      need "${packages_bench_archives[@]}"
+      bash bench/archives.sh "$@"
+      return
+      ;;
     form | host)
       bench_windows "$@"
       return

@@ -6,6 +6,16 @@
 #include <vector>
 
 #include "bench/windows/host_form.h"
+#include "com/object.h"
+
+namespace qvx {
+
+template <>
+struct InterfaceTraits<IBenchCells> {
+    static bool Answers(REFIID iid) { return iid == __uuidof(IBenchCells) || iid == __uuidof(IDispatch); }
+};
+
+}  // namespace qvx
 
 namespace qvx::bench {
 namespace {
@@ -24,26 +34,10 @@ ComPtr<ITypeInfo> DescribeCells() {
     return info;
 }
 
-class CellObject final : public IBenchCells {
+class CellObject final : public ComObject<IBenchCells> {
   public:
     CellObject(long rows, long cols)
         : rows_(rows), cols_(cols), cells_(static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols)) {}
-    CellObject(const CellObject&) = delete;
-    CellObject& operator=(const CellObject&) = delete;
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-        if (iid != IID_IUnknown && iid != IID_IDispatch && iid != __uuidof(IBenchCells))
-            return *object = nullptr, E_NOINTERFACE;
-        *object = this;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
     STDMETHODIMP GetTypeInfoCount(UINT* count) override {
         *count = 1;
         return S_OK;
@@ -72,7 +66,7 @@ class CellObject final : public IBenchCells {
     }
 
   private:
-    ~CellObject() {
+    ~CellObject() override {
         for (const BSTR cell : cells_) SysFreeString(cell);
     }
     BSTR* At(long row, long col) {
@@ -80,7 +74,6 @@ class CellObject final : public IBenchCells {
         return &cells_[static_cast<std::size_t>(row * cols_ + col)];
     }
 
-    ULONG references_ = 1;
     long rows_;
     long cols_;
     std::vector<BSTR> cells_;
@@ -90,7 +83,7 @@ class CellObject final : public IBenchCells {
 }  // namespace
 
 ComPtr<IBenchCells> MakeCellObject(long rows, long cols) {
-    return ComPtr<IBenchCells>::Adopt(new CellObject(rows, cols));
+    return ComPtr<IBenchCells>::Adopt(MakeObject<CellObject>(rows, cols).detach());
 }
 
 }  // namespace qvx::bench

@@ -18,7 +18,7 @@ class Nameless : public Interface {
         *count = 0;
         return S_OK;
     }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return DISP_E_BADINDEX; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
     STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
         return DISP_E_MEMBERNOTFOUND;
@@ -53,6 +53,7 @@ struct TableCursor {
 class TableField final : public ComObject<Nameless<AdoField>> {
   public:
     TableField(const TableCursor& cursor, std::size_t field) : cursor_(cursor), field_(field) {}
+    // Binding reads values alone: the other members are refused, as by a provider that does not describe its fields.
     STDMETHODIMP get_Properties(void**) override { return E_NOTIMPL; }
     STDMETHODIMP get_ActualSize(void*) override { return E_NOTIMPL; }
     STDMETHODIMP get_Attributes(void*) override { return E_NOTIMPL; }
@@ -77,8 +78,9 @@ class TableFields final : public ComObject<Nameless<AdoFields>> {
         *count = static_cast<LONGLONG>(cursor_.table[0].size());
         return S_OK;
     }
+    // Fields are reached by their numbers, and the table's are always the same.
     STDMETHODIMP get_NewEnum(IUnknown**) override { return E_NOTIMPL; }
-    STDMETHODIMP Refresh() override { return E_NOTIMPL; }
+    STDMETHODIMP Refresh() override { return S_OK; }
     STDMETHODIMP get_Item(VARIANT index, AdoField** field) override {
         *field = MakeObject<TableField>(cursor_, static_cast<std::size_t>(index.lVal)).detach();
         return S_OK;
@@ -117,6 +119,7 @@ class TableRecords final : public ComObject<Nameless<AdoRecordset>> {
         return S_OK;
     }
     STDMETHODIMP GetRows(LONG rows, VARIANT, VARIANT, VARIANT* values) override {
+        // The answer of a provider that has no blocks, after which Bind reads record by record.
         if (!blocks_) return E_NOTIMPL;
         const Table& table = cursor_.table;
         const std::size_t count = std::min(static_cast<std::size_t>(rows), table.size() - cursor_.at);
@@ -132,6 +135,8 @@ class TableRecords final : public ComObject<Nameless<AdoRecordset>> {
         return S_OK;
     }
 
+    // A table in memory is read forwards and once: it has no properties, is neither changed nor searched nor moved
+    // backwards in, and has no connection to open or close. Such members are refused, as by a provider without them.
     STDMETHODIMP get_Properties(void**) override { return E_NOTIMPL; }
     STDMETHODIMP Reserved9() override { return E_NOTIMPL; }
     STDMETHODIMP Reserved10() override { return E_NOTIMPL; }
