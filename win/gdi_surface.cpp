@@ -90,8 +90,8 @@ GdiSurface::~GdiSurface() {
 
 void GdiSurface::Forget() {
     fontSelected_ = false;
-    textColor_ = CLR_INVALID;
-    backColor_ = CLR_INVALID;
+    textColor_.reset();
+    backColor_.reset();
 }
 
 const GdiFont& GdiSurface::Font(const FontSpec& font) {
@@ -114,19 +114,21 @@ const GdiFont& GdiSurface::SelectFont(const FontSpec& font) {
 }
 
 void GdiSurface::SetBackground(OleColor background) {
-    const COLORREF color = ResolveColor(background);
-    if (color != backColor_) {
-        SetBkColor(dc_, color);
-        backColor_ = color;
+    if (background != backColor_) {
+        SetBkColor(dc_, ResolveColor(background));
+        backColor_ = background;
+    }
+}
+
+void GdiSurface::SetTextColor(OleColor text) {
+    if (text != textColor_) {
+        ::SetTextColor(dc_, ResolveColor(text));
+        textColor_ = text;
     }
 }
 
 void GdiSurface::SetColors(OleColor text, OleColor background) {
-    const COLORREF color = ResolveColor(text);
-    if (color != textColor_) {
-        SetTextColor(dc_, color);
-        textColor_ = color;
-    }
+    SetTextColor(text);
     SetBackground(background);
 }
 
@@ -205,14 +207,11 @@ void GdiSurface::InvertRect(const Rect& area) {
 
 void GdiSurface::DrawLabel(TextView text, const Rect& area, const FontSpec& font, OleColor color, unsigned format) {
     SelectFont(font);
-    const COLORREF resolved = ResolveColor(color);
-    if (resolved != textColor_) {
-        SetTextColor(dc_, resolved);
-        textColor_ = resolved;
-    }
+    SetTextColor(color);
     RECT r = ToRECT(area);
     if (ruler_) {
-        DrawMeasuredText(dc_, ruler_.Get(), resolved, WideData(text), static_cast<int>(text.size()), r, format);
+        DrawMeasuredText(dc_, ruler_.Get(), ResolveColor(color), WideData(text), static_cast<int>(text.size()), r,
+                         format);
     } else {
         DrawTextW(dc_, WideData(text), static_cast<int>(text.size()), &r, format);
     }

@@ -72,6 +72,7 @@ class GdiSurface final : public Surface {
     const GdiFont& SelectFont(const FontSpec& font);
     void SetColors(OleColor text, OleColor background);
     void SetBackground(OleColor background);
+    void SetTextColor(OleColor text);
     // Where texts are measured.
     HDC Ruler() const { return ruler_ ? ruler_.Get() : dc_; }
 
@@ -87,8 +88,9 @@ class GdiSurface final : public Surface {
     FontSpec fontSpec_;
     SharedFont font_;
     bool fontSelected_ = false;
-    COLORREF textColor_ = CLR_INVALID;
-    COLORREF backColor_ = CLR_INVALID;
+    // The selected colours as they were passed, since looking up a system colour takes longer than comparing it.
+    std::optional<OleColor> textColor_;
+    std::optional<OleColor> backColor_;
     // Regions to restore; an empty owner means no clip.
     std::vector<UniqueRegion> clips_;
 };
