@@ -237,6 +237,31 @@ TEST_F(FlexGridWindowTest, BarsAppearOnlyWhereNeededAndReachFar) {
     Model().SetRows(10);
     EXPECT_EQ(bars(), "");
     EXPECT_EQ(Model().TopRow(), 1) << "pulled back";
+
+    struct FrameChanges : WindowSubclass {
+        int count = 0;
+        LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+            count += message == WM_NCCALCSIZE;
+            return Default(message, wParam, lParam);
+        }
+    } changes;
+    ASSERT_TRUE(changes.Attach(grid_->Handle()));
+    Model().SetRows(200);
+    Model().SetCols(30);
+    EXPECT_EQ(bars(), "HV");
+    EXPECT_EQ(changes.count, 1) << "both bars at once";
+    EXPECT_EQ(WrongPixels(grid_->Handle()), 0);
+}
+
+TEST_F(FlexGridWindowTest, DrawsChangesAfterAHostHasKeptTheFormFromBeingDrawn) {
+    Settle();
+    SendMessageW(frame_.Window(), WM_SETREDRAW, FALSE, 0);
+    Model().SetTextMatrix(1, 1, u"lost");
+    SendMessageW(frame_.Window(), WM_SETREDRAW, TRUE, 0);
+    Settle(150);
+    Model().SetTextMatrix(2, 1, u"later");
+    Settle();
+    EXPECT_EQ(WrongPixels(grid_->Handle()), 0);
 }
 
 TEST_F(FlexGridWindowTest, WhatIsCopiedWhileScrollingIsWhatADrawingWouldShow) {

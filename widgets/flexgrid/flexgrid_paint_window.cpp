@@ -1,4 +1,6 @@
 // Brings the window's changes to the screen: a back buffer is drawn where it is stale, and copied.
+#include <utility>
+
 #include "widgets/flexgrid/flexgrid_window.h"
 #include "widgets/flexgrid/paint.h"
 
@@ -25,10 +27,10 @@ void FlexGridWindow::ShowFooter(const CellFooter* footer) {
     MarkAllStale();
 }
 
-// Works out what to draw again after the changes since the last painting, and invalidates that part of the window.
-// Returns it.
+// Works out what to draw again after the changes since the last painting, and invalidates that part of the window
+// unless the request for painting has done so. Returns what is invalid.
 Rect FlexGridWindow::Settle() {
-    paintRequested_ = false;
+    const Rect requested = std::exchange(requested_, {});
     SettleLayout();
     stale_.SettleCells(grid_, CurrentView());
     Rect moved;
@@ -45,10 +47,11 @@ Rect FlexGridWindow::Settle() {
     }
     const Size client = CurrentView().client;
     const Rect area = stale_.Area({0, 0, client.width, client.height}).Union(moved);
-    if (!area.Empty()) {
-        const RECT invalid = ToRECT(area);
-        InvalidateRect(Handle(), &invalid, FALSE);
+    if (requested.Union(area) == requested) {
+        return requested;
     }
+    const RECT invalid = ToRECT(area);
+    InvalidateRect(Handle(), &invalid, FALSE);
     return area;
 }
 
@@ -91,7 +94,7 @@ void FlexGridWindow::OnPaint() {
     }
     PaintStale(invalidated);
     // This painting covers all requests made since the message arrived.
-    paintRequested_ = false;
+    requested_ = {};
     if (layoutChanged_ || stale_.Any(grid_)) {
         RequestPaint();
     }

@@ -13,11 +13,15 @@ void FlexGridWindow::SettleLayout() {
         return;
     }
     settling_ = true;
-    layoutChanged_ = false;
-    footer_.Place();
-    UpdateBars();
-    // The scroll position only changes when the grid now ends before it.
-    ScrollTo(grid_.TopRow(), grid_.LeftCol());
+    // Bars that come or go resize the client area, and so does what a host does when it is notified of scrolling. More
+    // than a few passes would be such a host's fault; the rest is left to the next settling.
+    for (int pass = 0; layoutChanged_ && pass < 3; ++pass) {
+        layoutChanged_ = false;
+        footer_.Place();
+        UpdateBars();
+        // The scroll position only changes when the grid now ends before it.
+        ScrollTo(grid_.TopRow(), grid_.LeftCol());
+    }
     settling_ = false;
     UpdateBars();
 }
@@ -42,23 +46,24 @@ void FlexGridWindow::UpdateBars() {
                     view.client.height + (hasHorizontal ? thickness.height : 0)};
     const BarChoice choice = ChooseBars(RowAxis(grid_, view), ColumnAxis(grid_, view), room, thickness,
                                         static_cast<int>(grid_.ScrollBars()));
-    // Showing a bar resizes the client area, which causes WM_SIZE and another call when this one is done.
-    if (choice.vertical != hasVertical) {
-        ShowScrollBar(window, SB_VERT, choice.vertical);
+    // Bars get their ranges before they appear, so that the frame changes and is drawn only once: a bar takes longer to
+    // draw than all cells on some systems.
+    const bool framed = choice.vertical != hasVertical || choice.horizontal != hasHorizontal;
+    if (framed) {
+        SetWindowLongPtrW(window, GWL_STYLE,
+                          (style & ~LONG_PTR{WS_VSCROLL | WS_HSCROLL}) | (choice.vertical ? WS_VSCROLL : 0) |
+                              (choice.horizontal ? WS_HSCROLL : 0));
     }
-    if (choice.horizontal != hasHorizontal) {
-        ShowScrollBar(window, SB_HORZ, choice.horizontal);
-    }
-    view = CurrentView();
+    view.client = {std::max(0, room.width - (choice.vertical ? thickness.width : 0)),
+                   std::max(0, room.height - (choice.horizontal ? thickness.height : 0))};
     const auto set = [&](int which, const Bar& bar, Bar& known) {
         if (bar == known) {
             return;
         }
-        // Drawing a bar costs more than drawing rows, so it is drawn only when its thumb moves by a pixel or more,
-        // which is seldom among very many rows.
+        // A bar is drawn only when its thumb moves by a pixel or more, which is seldom among very many rows.
         const int length =
             which == SB_VERT ? view.client.height - 2 * thickness.height : view.client.width - 2 * thickness.width;
-        const bool moves = ThumbMoves(known, bar, length);
+        const bool moves = framed || ThumbMoves(known, bar, length);
         if (moves) {
             known = bar;
         }
@@ -71,7 +76,7 @@ void FlexGridWindow::UpdateBars() {
                         static_cast<UINT>(bar.page),
                         bar.position,
                         0};
-        SetScrollInfo(window, which, &info, moves);
+        SetScrollInfo(window, which, &info, moves && !framed);
     };
     if (choice.vertical) {
         set(SB_VERT, BarOf(RowAxis(grid_, view)), drawnBars_[0]);
@@ -82,6 +87,10 @@ void FlexGridWindow::UpdateBars() {
         set(SB_HORZ, BarOf(ColumnAxis(grid_, view)), drawnBars_[1]);
     } else {
         drawnBars_[1] = {};
+    }
+    if (framed) {
+        SetWindowPos(window, nullptr, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
     }
 }
 

@@ -102,7 +102,8 @@ void FlexGridWindow::OnGone() {
     drag_ = Drag::None;
     border_ = {};
     stale_.AddAll();
-    paintRequested_ = false;
+    requested_ = {};
+    focused_ = false;
 }
 
 Size FlexGridWindow::OuterSize() const {
@@ -139,7 +140,7 @@ View FlexGridWindow::CurrentView() const {
     if (Handle()) {
         const Rect client = ClientArea();
         view.client = {client.Width(), client.Height()};
-        view.focused = GetFocus() == Handle();
+        view.focused = focused_;
     } else {
         const Rect border = BorderPixels();
         view.client = {std::max(0, headlessSize_.width - border.left - border.right),
@@ -203,14 +204,22 @@ void FlexGridWindow::Invalidated(GridChange change, const CellRange& range) {
     }
 }
 
-// A single paint message covers any number of changes; their extent is worked out when it arrives. An internal one that
-// a menu takes from the queue is lost, so that a pixel of the window is invalid as well until it is painted.
+// A single paint message covers any number of changes; their extent is worked out when it arrives, unless it is plain
+// that all of the window changes. An internal message that a menu takes from the queue is lost, so that a pixel of the
+// window is always invalid as well until it is painted. The system ignores requests while a host keeps a parent from
+// being drawn (WM_SETREDRAW), so that an old one is repeated.
 void FlexGridWindow::RequestPaint() {
-    if (Handle() && grid_.Redraw() && !paintRequested_) {
-        paintRequested_ = true;
-        constexpr RECT pixel{0, 0, 1, 1};
-        RedrawWindow(Handle(), &pixel, nullptr, RDW_INTERNALPAINT | RDW_INVALIDATE);
+    constexpr DWORD oldAge = 100;  // ms
+    if (!Handle() || !grid_.Redraw() || (!requested_.Empty() && GetTickCount() - requestedAt_ < oldAge)) {
+        return;
     }
+    requestedAt_ = GetTickCount();
+    requested_ = {0, 0, 1, 1};
+    if (stale_.All() || stale_.Scrolled(grid_)) {
+        requested_ = requested_.Union(ClientArea());
+    }
+    const RECT invalid = ToRECT(requested_);
+    RedrawWindow(Handle(), &invalid, nullptr, RDW_INTERNALPAINT | RDW_INVALIDATE);
 }
 
 void FlexGridWindow::ApplyStyle() {
@@ -289,6 +298,7 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_SETFOCUS:
         case WM_KILLFOCUS:
+            focused_ = message == WM_SETFOCUS;
             // Nothing else is drawn differently.
             stale_.AddCells(grid_.Selection());
             RequestPaint();

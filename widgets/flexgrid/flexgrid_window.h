@@ -181,7 +181,9 @@ class FlexGridWindow final : public Window, private GridListener {
     BackBuffer buffer_;
     StaleArea stale_;
     bool layoutChanged_ = true;
-    bool paintRequested_ = false;
+    Rect requested_;         // invalidated for the next paint message; empty when none has been requested
+    DWORD requestedAt_ = 0;  // in ticks of the system
+    bool focused_ = false;   // asking the system costs a call to another process on some
     const CellHits* hits_ = nullptr;
     const CellMarks* marks_ = nullptr;
     bool settling_ = false;
