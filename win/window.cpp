@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include <array>
 #include <mutex>
 #include <set>
 #include <string>
@@ -200,8 +201,11 @@ LRESULT CALLBACK WindowSubclass::Procedure(HWND window, UINT message, WPARAM wPa
 bool IsKeyDown(int key) { return GetKeyState(key) < 0; }
 
 int ShiftState() {
-    return (IsKeyDown(VK_SHIFT) ? keys::shiftMask : 0) | (IsKeyDown(VK_CONTROL) ? keys::controlMask : 0) |
-           (IsKeyDown(VK_MENU) ? keys::altMask : 0);
+    // One call for the three of them, since each may be one to another process.
+    std::array<BYTE, 256> state{};
+    GetKeyboardState(state.data());
+    const auto mask = [&](int key, int bit) { return (state[static_cast<std::size_t>(key)] & 0x80U) != 0 ? bit : 0; };
+    return mask(VK_SHIFT, keys::shiftMask) | mask(VK_CONTROL, keys::controlMask) | mask(VK_MENU, keys::altMask);
 }
 
 }  // namespace qvx
