@@ -19,6 +19,12 @@ HMODULE ThisModule() {
     return module;
 }
 
+void KeepModuleLoaded() {
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       reinterpret_cast<LPCWSTR>(&liveObjects), &module);
+}
+
 Text ModulePath(HMODULE module) {
     Text path(MAX_PATH, u'\0');
     for (;;) {

@@ -9,6 +9,8 @@ namespace qvx {
 
 // The module (a .dll, .ocx or .exe) that contains this code, whoever loaded it.
 HMODULE ThisModule();
+// Keeps that module loaded until the process ends, for other code that may call it.
+void KeepModuleLoaded();
 // The module's full path.
 Text ModulePath(HMODULE module);
 

@@ -1,5 +1,6 @@
 #include "win/replaced_procedure.h"
 
+#include "com/module.h"
 #include "win/thread_value.h"
 
 namespace qvx {
@@ -25,12 +26,6 @@ struct Passing {
 constexpr int mostRounds = 3;
 
 ATOM ClassOf(HWND window) { return static_cast<ATOM>(GetClassLongPtrW(window, GCW_ATOM)); }
-
-void KeepModuleLoaded(WNDPROC code) {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
-                       reinterpret_cast<const wchar_t*>(code), &module);
-}
 
 }  // namespace
 
@@ -65,7 +60,7 @@ void ReplacedProcedure::End(HWND window) {
     const WNDPROC previous = PreviousOf(window, false);
     if (!previous) return;
     if (reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_WNDPROC)) != own_) {
-        KeepModuleLoaded(own_);
+        KeepModuleLoaded();
         return;
     }
     SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previous));
