@@ -83,9 +83,9 @@ TEST(ComboGridRightToLeft, TipsReadAsTheGridDoes) {
     for (const bool mirrored : {false, true, false}) {
         Put(form.Inner().get(), L"RightToLeft", {Variant(mirrored)});
         SendMessageW(form.InnerGrid(), WM_MOUSEMOVE, 0, MAKELPARAM(100, 20));
-        const UINT flags = TipFlagsFor(form.InnerGrid());
-        ASSERT_NE(0u, flags & TTF_IDISHWND) << "there is a tip";
-        EXPECT_EQ(mirrored, (flags & TTF_RTLREADING) != 0);
+        const auto has = [&](UINT flag) { return (TipFlagsFor(form.InnerGrid()) & flag) != 0; };
+        ASSERT_TRUE(test::WaitFor([&] { return has(TTF_IDISHWND); })) << "there is a tip";
+        EXPECT_EQ(mirrored, has(TTF_RTLREADING));
     }
 }
 

@@ -85,7 +85,13 @@ void FlexGridWindow::ScrollWhileDragging() {
     }
 }
 
-void FlexGridWindow::OnTimer() {
+void FlexGridWindow::OnTimer(UINT_PTR timer) {
+    if (timer == CellTip::creationTimer) {
+        if (tip_.Create(Handle())) {
+            tip_.Follow(Handle(), HitAt(lastPoint_), lastPoint_, grid_.RightToLeft());
+        }
+        return;
+    }
     if (drag_ == Drag::None && !movedColumn_) {
         KillTimer(Handle(), scrollTimer);
         return;

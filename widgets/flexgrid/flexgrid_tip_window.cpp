@@ -8,10 +8,13 @@
 namespace qvx::flexgrid {
 
 namespace {
-constexpr LPARAM widestTip = 600;  // pixels; longer texts are wrapped
-}
+constexpr LPARAM widestTip = 600;   // pixels; longer texts are wrapped
+constexpr UINT creationDelay = 50;  // ms
+}  // namespace
 
-bool CellTip::CreateFor(HWND window) {
+bool CellTip::Create(HWND window) {
+    KillTimer(window, creationTimer);
+    waiting_ = false;
     INITCOMMONCONTROLSEX classes{sizeof classes, ICC_BAR_CLASSES};
     InitCommonControlsEx(&classes);
     // It has no owner: that would be the form, and the grid may move to another one later.
@@ -40,12 +43,16 @@ void CellTip::Destroy() {
     if (const HWND tip = std::exchange(tip_, nullptr)) {
         DestroyWindow(tip);
     }
+    waiting_ = false;
     cell_ = {};
 }
 
 void CellTip::Follow(HWND window, const Hit& cell, Point point, bool rightToLeft) {
     const bool turned = std::exchange(rightToLeft_, rightToLeft) != rightToLeft;
-    if (!tip_ && (!cell.OnCell() || !CreateFor(window))) {
+    if (!tip_) {
+        if (!waiting_ && cell.OnCell()) {
+            waiting_ = SetTimer(window, creationTimer, creationDelay, nullptr) != 0;
+        }
         return;
     }
     if (turned) {

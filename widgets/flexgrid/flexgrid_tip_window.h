@@ -11,9 +11,9 @@
 
 namespace qvx::flexgrid {
 
-// One tool tip for all cells of a window, created when the pointer is first over a cell. When the pointer has come to
-// rest, the tip asks the window for its text with WM_NOTIFY (QuestionOf). Points are pixels of the window's client
-// area.
+// One tool tip for all cells of a window, created a moment after the pointer is first over a cell: a grid that appears
+// under the pointer is drawn before. When the pointer has come to rest, the tip asks the window for its text with
+// WM_NOTIFY (QuestionOf). Points are pixels of the window's client area.
 class CellTip {
   public:
     CellTip() = default;
@@ -24,6 +24,9 @@ class CellTip {
     // The pointer has moved over `window`; moving to another cell hides the tip of the last one. With `rightToLeft`,
     // texts are laid out from right to left.
     void Follow(HWND window, const Hit& cell, Point point, bool rightToLeft);
+    // The window's timer that creates the tip; its message is answered with Create, and the pointer followed again.
+    static constexpr UINT_PTR creationTimer = 2;
+    bool Create(HWND window);
     // A button was pressed or released, which hides the tip as well.
     void Press(UINT message, Point point) { Relay(message, point); }
     // Returns the tip's question in the WM_NOTIFY of that lParam; null when it is another window's or no question.
@@ -34,12 +37,12 @@ class CellTip {
     void Destroy();
 
   private:
-    bool CreateFor(HWND window);
     void SendToolMessage(UINT message);
     void Relay(UINT message, Point point);
 
     HWND tip_ = nullptr;
     HWND window_ = nullptr;  // that the tip is for
+    bool waiting_ = false;   // for the timer
     bool rightToLeft_ = false;
     Hit cell_;
     Text text_;  // the displayed text, which the system does not copy

@@ -368,7 +368,7 @@ LRESULT FlexGridWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             EndDrag();
             return 0;
         case WM_TIMER:
-            OnTimer();
+            OnTimer(wParam);
             return 0;
         case WM_SETCURSOR:
             return LOWORD(lParam) == HTCLIENT && OnSetCursor() ? TRUE : Default(message, wParam, lParam);

@@ -164,7 +164,7 @@ class FlexGridWindow final : public Window, private GridListener {
     void DragSelection(Point point);
     bool PressButton(Point point);
     void FitFrom(int col);
-    void OnTimer();
+    void OnTimer(UINT_PTR timer);
     void EndDrag();
     bool OnSetCursor();
     void OnResolutionChange();
