@@ -50,6 +50,8 @@ WORKS = {
     "bind_interface": Work("records of ten fields, through their interface"),
     "bind_named": Work("records of ten fields, by names"),
     "bind_rows": Work("records of ten fields, in blocks (GetRows)"),
+    "array_load": Work("loading rows from an array (LoadArray)"),
+    "array_read": Work("reading rows into an array (ToArray)"),
     "cell_get_dual": Work("reading cells, dual interface"),
     "cell_put_dual": Work("writing cells, dual interface"),
     "cell_get_late": Work("reading cells, late bound"),
@@ -104,6 +106,10 @@ class Section:
 SECTIONS = (
     Section("Binding records", "Both read the same records from memory; Bind fills the grid as well.",
             ("bind_interface", "bind_named", "bind_rows"), "Bind", "Loop over the fields", "records"),
+    Section("Arrays of rows",
+            "Arrays of ten texts a row, in one call. The floor of loading packs the array's texts into bytes, that of reading\n"
+            "makes a second array of them; neither has a grid.",
+            ("array_load", "array_read"), "ComboGrid", "Floor"),
     Section("Cells through automation", "Beside a minimal object with an array of texts.",
             ("cell_get_dual", "cell_put_dual", "cell_get_late", "cell_put_late"), "TextMatrix", "Array of texts",
             "cells"),

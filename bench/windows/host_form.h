@@ -110,6 +110,7 @@ class GridForm {
 
 // The groups of works.
 void RunBindWorks(const HostOptions& options);
+void RunArrayWorks(const HostOptions& options);
 void RunCellWorks(const HostOptions& options);
 void RunGridWorks(const HostOptions& options);
 void RunTypingWorks(const HostOptions& options);
