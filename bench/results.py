@@ -29,6 +29,7 @@ WORKS = {
     "load": Work("load R rows, one tab-separated text a row", toolkit=12, list_view=100, floor=1.5),
     "memory": Work("memory per short cell", unit=BYTES, toolkit=10, grows=False),
     "sum": Work("sum of a column", toolkit=12, list_view=100, floor=1.2),
+    "sum_texts": Work("sum of a column with texts in a third of its cells", toolkit=12, floor=1.2),
     "scan": Work("scan of every cell by a rule", toolkit=12, list_view=100, floor=1.2),
     "remove_half": Work("remove every second row", toolkit=80, list_view=200, floor=1.5),
     "insert_top": Work("insert 1,000 rows at the top, a call a row", toolkit=100, list_view=150, floor=1.5, grows=False),

@@ -13,6 +13,7 @@
 #include "bench/support/floor_peer.h"
 #include "bench/support/paint_works.h"
 #include "bench/support/rules_peer.h"
+#include "bench/support/sum_works.h"
 #include "bench/windows/list_view.h"
 #include "bench/windows/screens.h"
 #include "com/bstr.h"
@@ -258,6 +259,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     RunDataWorks<RulesPeer, FloorPeer>(options);
+    RunSumWorks<RulesPeer, FloorPeer>(options);
     RunDataWorks<DualPeer>(options);
     RunDataWorks<LateBoundPeer>(options);
     RunDataWorks<ListViewPeer<false>>(options);
