@@ -251,13 +251,15 @@ int main(int argc, char** argv) {
         std::puts("done");
         return 0;
     }
-    RunScreens(options.quick);
     if (options.quick) {
+        WorkStopwatch::countsProcessorTime = true;
+        RunWatchedScreen();
         RunDataWorks<DualPeer>(options);
         RunDataWorks<LateBoundPeer>(options);
         std::puts("done");
         return 0;
     }
+    RunScreens();
     RunDataWorks<RulesPeer, FloorPeer>(options);
     RunSumWorks<RulesPeer, FloorPeer>(options);
     RunDataWorks<DualPeer>(options);
