@@ -78,7 +78,7 @@ def main():
                 suspects.append(suspect)
                 slower += ratio > 1
                 faster += ratio < 1
-                kept, new = (statistics.median(sample for pair in pairs for sample in pair[at].samples) for at in (0, 1))
+                kept, new = (fastest([sample for pair in pairs for sample in pair[at].samples], 0.1, work) for at in (0, 1))
                 lines.append(f"{'slower' if ratio > 1 else 'faster'}: {name}: {amount(work, new)} instead of "
                              f"{amount(work, kept)} (takes {ratio:.2f} times as long, {len(pairs)} rounds)")
     with open(suspects_file, "w", encoding="utf-8") as file:
