@@ -1,24 +1,26 @@
 #!/usr/bin/env bash
-# PkZip.exe and PkunZip.exe beside the distribution's zip and unzip, on a database such as a backup holds.
+# PkZip.exe and PkunZip.exe beside the distribution's zip and unzip, on a database such as a backup holds, and a restore as
+# the Backup control does it.
 #
 #     bench/archives.sh [MEGABYTES] [FILE.md]
 #
 # MEGABYTES is about how large the database is (100 when left out), FILE.md where the report goes as well
-# (build/bench/archives.md when left out). build/bench/archives.tsv gets every sample, a line for each work and program:
+# (build/bench/archives.md when left out). build/bench/archives-MEGABYTES.tsv gets every sample, a line for each work and program:
 #
 #     work<TAB>megabytes<TAB>program<TAB>median<TAB>runs<TAB>samples
 #
 # in seconds, and the sizes of archives in bytes. The programs take turns, and each is the first of its pair in every
 # other run. A measurement begins with nothing left to write to the disk and ends with the output on it. Elapsed time
 # under Wine includes the start of a Windows program, which is a work of its own. PkZip reads its archive back before it
-# counts, which zip does not do. Figures are medians of five runs, or of three from 500 MB on.
+# counts, which zip does not do. A restore unpacks into a working folder, opens the database, copies it beside the old one and
+# takes its place; beside it, shell commands do the same. Figures are medians of five runs, or of three from 500 MB on.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 cd "$root"
 megabytes=${1:-100}
 report=${2:-$root/build/bench/archives.md}
-lines=$root/build/bench/archives.tsv
+lines=$root/build/bench/archives-$megabytes.tsv
 runs=5
 
 source tools/common.sh
@@ -26,19 +28,23 @@ source tools/packages.sh
 source tools/build.sh
 source tools/wine.sh
 source tools/system.sh
+source tools/demo.sh
 
 [[ $megabytes =~ ^[1-9][0-9]*$ ]] || die "The number of megabytes is '$megabytes'."
 limit=$((600 + 4 * megabytes)) # seconds for one run of a program
 ((megabytes < 500)) || runs=3
 
-build x64 --target PkZip PkunZip || die "The archivers were not built."
+build x64 --target PkZip PkunZip bench_restore qvx_ado || die "The archivers were not built."
 start_wine
+mkdir -p "$logs"
+register_server "$data_objects" || die "The data objects could not be registered."
 
 work=$root/build/bench/archives
 rm -rf "$work"
 at_exit "rm -rf '$work'"
 mkdir -p "$work" "$(dirname "$report")"
 folder=$(windows_path "$work")
+archivers=$(windows_path "$root/build/x64")\\
 pkzip=("$root/build/x64/PkZip.exe") pkunzip=("$root/build/x64/PkunZip.exe")
 
 # Creates customers, orders and their lines: words, codes, dates, prices, and indexes over them, with the same rows in
@@ -100,6 +106,33 @@ measure_unzip() {
   mkdir "$work/theirs"
   measure unzip unzip_to_disk "$work/theirs.zip" "$work/theirs"
 }
+# Each finds an older database in its place. The program prints its seconds, without its start.
+connection='Driver={SQLite3 ODBC Driver};NoCreat=1;Database='
+prepare_restore() {
+  rm -rf "$work/restored"
+  mkdir -p "$work/restored/data" "$work/restored/working"
+  echo old >"$work/restored/data/shop.db"
+  sync -f "$work"
+}
+measure_restore() {
+  local to=$folder\\restored
+  prepare_restore
+  run_windows "$limit" build/x64/bench/bench_restore.exe "$folder\\own.qvx" "$to\\working\\" "$to\\data\\" "$archivers" "$connection" \
+    2>"$work/restore.log" | tr -d '\r' >>"$work/restore.times" || die "The restore failed: $(<"$work/restore.log")"
+  cmp "$work/restored/data/shop.db" "$work/shop.db" || die "What was restored differs."
+}
+restore_by_shell() {
+  local to=$work/restored
+  unzip -q -d "$to/working" "$work/theirs.zip" &&
+    sqlite3 -batch -init /dev/null "$to/working/shop.db" 'pragma schema_version' &&
+    cp "$to/working/shop.db" "$to/data/arriving" && sync "$to/data/arriving" &&
+    mv "$to/data/arriving" "$to/data/shop.db" && rm "$to/working/shop.db"
+}
+measure_restore_by_shell() {
+  prepare_restore
+  measure restore-by-shell restore_by_shell
+  cmp "$work/restored/data/shop.db" "$work/shop.db" || die "What the shell has restored differs."
+}
 # in_turn RUN ONE OTHER: does both, in every other run the other one first.
 in_turn() {
   if (($1 % 2 == 0)); then
@@ -146,6 +179,7 @@ for ((i = 0; i < runs; i++)); do
   in_turn "$i" measure_pkzip measure_zip
   in_turn "$i" measure_pkzip_one measure_zip_one
   in_turn "$i" measure_pkunzip measure_unzip
+  in_turn "$i" measure_restore measure_restore_by_shell
   cmp "$work/own/shop.db" "$work/shop.db" || die "What PkunZip has unpacked differs."
   cmp "$work/theirs/shop.db" "$work/shop.db" || die "What unzip has unpacked differs."
 done
@@ -169,5 +203,6 @@ line archiver_start 'PkZip, PkunZip' "${starts[@]}"
   compare pack_cpu 'packing, processor time' pkzip zip processor
   compare unpack 'unpacking, elapsed' pkunzip unzip elapsed
   compare unpack_cpu 'unpacking, processor time' pkunzip unzip processor
+  compare restore 'restoring a backup, elapsed' restore restore-by-shell elapsed
 } | tee "$report"
 say "The report is in ${report#"$root"/}, every sample in ${lines#"$root"/}"

@@ -1,40 +1,62 @@
 #!/usr/bin/python3
 """Compares rounds of the programs that were kept with rounds of the present ones, which took turns.
 
-    bench/compare.py KEPT,NEW KEPT,NEW ...
+    bench/compare.py SUSPECTS KEPT,NEW KEPT,NEW ...
 
-Each argument is a round: two files of results. A work counts as changed if the samples of all rounds differ by a
-Mann-Whitney test (p below 0.001), if all rounds but one agree on the direction, and if the median of the rounds' ratios
-is above 3 %: less than that, two builds of the same sources differ as well. Ends with 1 if a work has become slower.
+SUSPECTS is a file that gets the works that have changed; if it exists, only the works in it are compared. Each of the other
+arguments is a round: two files of results. Another program that is busy on the same core slows samples by up to the
+half, and never makes one faster, so that the fastest samples are compared: a work counts as changed if the fastest fifth of
+each round says so, in the same direction in all rounds but one and by a median of 3 % or more, and the fastest tenth of all
+samples together, too. Less than that, two builds of the same sources differ as well. Where nothing has changed, the samples
+of the new programs are also made 10 % slower, and works in which that would not be noticed are listed: there was too much
+noise. Ends with 1 if a work has become slower.
 """
+import os
 import statistics
 import sys
 
 from results import amount, higher_is_better, read, title
-from scipy.stats import mannwhitneyu
 
 LEAST_CHANGE = 0.03
-LIKELIHOOD = 0.001
+NOTICED = 1.1
 
 
 def rounds_of(arguments):
     return [tuple(read(path) for path in argument.split(",")) for argument in arguments]
 
 
-def changed(ratios, kept, new):
-    """Whether the new samples are higher (1), lower (-1) or neither (0)."""
-    middle = statistics.median(ratios)
-    if abs(middle - 1) < LEAST_CHANGE or mannwhitneyu(kept, new).pvalue > LIKELIHOOD:
-        return 0
-    direction = 1 if middle > 1 else -1
-    agreeing = sum(1 for ratio in ratios if (ratio - 1) * direction > 0)
-    return direction if agreeing >= len(ratios) - 1 else 0
+def fastest(samples, share, work):
+    """The sample that this share of the others is faster than."""
+    return sorted(samples, reverse=higher_is_better(work))[int(share * len(samples))]
+
+
+def changed(work, pairs, factor=1):
+    """How many times slower the new samples are if they differ, otherwise nothing; they are made slower by the factor."""
+    def slower(kept, new, share):
+        ratio = fastest(new, share, work) / fastest(kept, share, work)
+        return factor * (1 / ratio if higher_is_better(work) else ratio)
+
+    rounds = [slower(kept.samples, new.samples, 0.2) for kept, new in pairs]
+    ratio = statistics.median(rounds)
+    direction = 1 if ratio > 1 else -1
+    together = slower(*([sample for pair in pairs for sample in pair[at].samples] for at in (0, 1)), 0.1)
+    agreeing = sum(1 for each in rounds if (each - 1) * direction > 0)
+    if min((ratio - 1) * direction, (together - 1) * direction) < LEAST_CHANGE or agreeing < len(rounds) - 1:
+        return None
+    return ratio
 
 
 def main():
-    rounds = rounds_of(sys.argv[1:])
+    suspects_file = sys.argv[1]
+    rounds = rounds_of(sys.argv[2:])
+    compared = None
+    if os.path.exists(suspects_file):
+        with open(suspects_file, encoding="utf-8") as lines:
+            compared = lines.read().splitlines()
+    suspects = []
     slower = faster = same = 0
     lines = []
+    blind = []
     for work, sizes in rounds[0][1].items():
         for rows, peers in sizes.items():
             for peer in peers:
@@ -43,25 +65,29 @@ def main():
                     both = [run.get(work, {}).get(rows, {}).get(peer) for run in (kept, new)]
                     if all(entry and entry.samples for entry in both):
                         pairs.append(both)
-                if not pairs:
+                suspect = f"{work} {rows} {peer}"
+                if not pairs or (compared is not None and suspect not in compared):
                     continue
-                ratios = [new.value / kept.value for kept, new in pairs]
-                kept = [sample for pair in pairs for sample in pair[0].samples]
-                new = [sample for pair in pairs for sample in pair[1].samples]
-                direction = changed(ratios, kept, new) * (-1 if higher_is_better(work) else 1)
-                if direction == 0:
+                name = f"{title(work)}, {rows:,} rows, {peer}"
+                ratio = changed(work, pairs)
+                if ratio is None:
                     same += 1
+                    if (changed(work, pairs, NOTICED) or 0) <= 1:
+                        blind.append(name)
                     continue
-                slower += direction > 0
-                faster += direction < 0
-                word = "slower" if direction > 0 else "faster"
-                lines.append((direction, f"{word}: {title(work)}, {rows:,} rows, {peer}: "
-                                         f"{amount(work, statistics.median(new))} instead of "
-                                         f"{amount(work, statistics.median(kept))} "
-                                         f"(x{statistics.median(ratios):.2f}, {len(pairs)} rounds)"))
-    for _, line in sorted(lines):
+                suspects.append(suspect)
+                slower += ratio > 1
+                faster += ratio < 1
+                kept, new = (fastest([sample for pair in pairs for sample in pair[at].samples], 0.1, work) for at in (0, 1))
+                lines.append(f"{'slower' if ratio > 1 else 'faster'}: {name}: {amount(work, new)} instead of "
+                             f"{amount(work, kept)} (takes {ratio:.2f} times as long, {len(pairs)} rounds)")
+    with open(suspects_file, "w", encoding="utf-8") as file:
+        file.writelines(suspect + "\n" for suspect in suspects)
+    for line in sorted(lines):
         print(line)
-    print(f"{slower} slower, {faster} faster, {same} the same")
+    for name in blind:
+        print(f"10 % slower would not be noticed: {name}")
+    print(f"{slower} slower, {faster} faster, {same} the same" + (f", {len(blind)} of them with much noise" if blind else ""))
     return 1 if slower else 0
 
 

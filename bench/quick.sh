@@ -4,7 +4,8 @@
 #     bench/quick.sh [--keep]
 #
 # The first run, and any with --keep, keeps its programs in build/bench/kept. Others run these and the present ones in turn,
-# so that whatever else the machine does slows both, and print what has become slower by more than noise allows.
+# so that whatever else the machine does slows both, and print what has become slower by more than noise allows, twice in a
+# row.
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
@@ -50,19 +51,28 @@ run_round() {
   timeout 120 "$1/native-release/bench/bench_rules" --quick >"$2" 2>>"$results/log" </dev/null || die "$failed"
   run_windows 120 "$1/x64/bench/bench_windows.exe" --quick >>"$2" 2>>"$results/log" </dev/null || die "$failed"
 }
-compared=()
-for ((round = 1; round <= rounds; round++)); do
-  say "Round $round of $rounds"
-  # The one that comes second finds the machine as the first has left it.
-  if ((round % 2)); then
-    run_round "$kept" "$results/kept-$round.tsv"
-    run_round build "$results/new-$round.tsv"
-  else
-    run_round build "$results/new-$round.tsv"
-    run_round "$kept" "$results/kept-$round.tsv"
-  fi
-  compared+=("$results/kept-$round.tsv,$results/new-$round.tsv")
-done
-say "Compared with $(<"$kept/sources"):"
-# The distribution has the statistics, which another Python on the path may lack.
-/usr/bin/python3 bench/compare.py "${compared[@]}"
+# run_rounds FIRST LAST: leaves the rounds' files in `compared`.
+run_rounds() {
+  local round
+  compared=()
+  for ((round = $1; round <= $2; round++)); do
+    say "Round $round of $2"
+    # The one that comes second finds the machine as the first has left it.
+    if ((round % 2)); then
+      run_round "$kept" "$results/kept-$round.tsv"
+      run_round build "$results/new-$round.tsv"
+    else
+      run_round build "$results/new-$round.tsv"
+      run_round "$kept" "$results/kept-$round.tsv"
+    fi
+    compared+=("$results/kept-$round.tsv,$results/new-$round.tsv")
+  done
+  say "Compared with $(<"$kept/sources"):"
+}
+run_rounds 1 "$rounds"
+status=0
+python3 bench/compare.py "$results/suspects" "${compared[@]}" || status=$?
+[[ -s $results/suspects ]] || exit "$status"
+say "What seems to have changed is measured again."
+run_rounds "$((rounds + 1))" "$((2 * rounds))"
+python3 bench/compare.py "$results/suspects" "${compared[@]}"

@@ -18,8 +18,8 @@ FLOOR = "Floor"
 TOOLKITS = ["wxWidgets grid table", "wxWidgets grid", "Qt table widget", "Qt standard item model"]
 LIST_VIEWS = ["List view, report", "List view, owner data"]
 PAINTED = ["frames", "scroll", "first_frame", "frames_large", "scroll_large", "first_frame_large"]
-DATA = ["load", "memory", "sum", "scan", "remove_half", "insert_top", "insert_block", "duplicates", "product",
-        "product_set", "validate", "remove_empty", "load_cells", "paste", "undo_paste"]
+DATA = ["load", "memory", "sum", "sum_texts", "scan", "remove_half", "insert_top", "insert_block", "duplicates",
+        "product", "product_set", "validate", "remove_empty", "load_cells", "paste", "undo_paste"]
 
 shortfalls = []
 

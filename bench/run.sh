@@ -63,9 +63,12 @@ run_one host run_windows 150 build/x64/bench/bench_host.exe
 run_one form run_windows 150 build/x64/bench/bench_form.exe
 run_one design timeout 60 "$bin/bench_design"
 run_large
-if ! bash bench/archives.sh >"$results/archives.log" 2>&1; then
-  warn "The archivers were not measured; see build/bench/archives.log."
-fi
+for megabytes in 10 100; do
+  seconds=$SECONDS
+  bash bench/archives.sh "$megabytes" >"$results/archives-$megabytes.log" 2>&1 ||
+    warn "The archivers were not measured with $megabytes MB; see build/bench/archives-$megabytes.log."
+  say "archives with $megabytes MB took $((SECONDS - seconds)) s"
+done
 
 processor=$(sed -n '/^model name/ { s/.*: //p; q }' /proc/cpuinfo)
 sources=$(git describe --always --dirty 2>/dev/null || echo "sources without a repository")
@@ -73,5 +76,5 @@ machine="It ran on $(date +%F) on a machine with $(nproc) processors ($processor
 $(awk '/^MemTotal/ { printf "%d GB", $2 / 1048576 + 0.5 }' /proc/meminfo) of memory, under $("$wine64" --version 2>/dev/null || echo Wine), from commit $sources."
 python3 bench/report.py "$results/rules.tsv,$results/growth.tsv,$results/wx.tsv,$results/qt.tsv" \
   "$results/windows.tsv,$results/large.tsv" \
-  "$results/host.tsv,$results/form.tsv,$results/design.tsv,$results/archives.tsv" "$machine" >"$report"
+  "$results/host.tsv,$results/form.tsv,$results/design.tsv,$results/archives-10.tsv,$results/archives-100.tsv" "$machine" >"$report"
 say "The report is in ${report#"$root"/}"

@@ -45,10 +45,12 @@ void DesignSession::Select(std::vector<ObjectId> ids) {
 void DesignSession::Refresh() {
     if (!form_ || !form_->Handle()) return;
     shapes_ = document_->ShapesAt(FormDpi());
+    const std::vector<ObjectId> ids = IdsOf(shapes_);
+    const IdTable table(ids);
     for (const auto& control : form_->Controls()) {
         // The form file does not give the size of a control that chooses its own.
         if (control->SaysSize()) continue;
-        const auto at = PositionOf(shapes_, {control->Name(), control->Index()});
+        const auto at = table.PositionOf({control->Name(), control->Index()});
         if (!at) continue;
         Rect& area = shapes_[*at].area;
         const RECT pixels = control->PixelBounds();
@@ -61,7 +63,7 @@ void DesignSession::Refresh() {
 
 std::vector<TwipsRect> DesignSession::SelectedBounds() const {
     std::vector<TwipsRect> bounds;
-    for (const ObjectId& id : selection_.All()) bounds.push_back(Document::BoundsOf(*document_->Find(id)));
+    for (const Block* block : document_->FindAll(selection_.All())) bounds.push_back(Document::BoundsOf(*block));
     return bounds;
 }
 
@@ -97,11 +99,7 @@ bool DesignSession::Change(const Text& what, const std::function<void()>& body, 
 void DesignSession::SetSelectedBounds(const Text& what, const std::vector<TwipsRect>& bounds, TextView merge) {
     const std::vector<ObjectId> ids = selection_.All();
     Change(
-        what,
-        [&] {
-            for (std::size_t i = 0; i < ids.size(); ++i) document_->SetBounds(ids[i], bounds[i]);
-        },
-        merge);
+        what, [&] { document_->SetBounds(ids, bounds); }, merge);
 }
 
 void DesignSession::PlaceControl(const Text& className, const std::optional<ObjectId>& container,
@@ -131,9 +129,10 @@ void DesignSession::GoThroughHistory(bool back) {
         form_->FollowBlocks();
     }
     // The user sees what has come back.
+    const IdTable former(before);
     std::vector<ObjectId> came;
     for (const ObjectId& id : document_->Controls()) {
-        if (std::find(before.begin(), before.end(), id) == before.end()) came.push_back(id);
+        if (!former.Has(id)) came.push_back(id);
     }
     if (!came.empty() && came.size() <= 50) selection_.Set({came.front()});
     AfterChange();

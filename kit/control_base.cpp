@@ -69,6 +69,8 @@ void ControlBase::Terminate() {
 HWND ControlBase::EnsureWindow(HWND parent) {
     if (WindowHandle()) return WindowHandle();
     EnsureSize();
+    // A control that chooses its own size does so before there are windows to resize.
+    OnResize(PixelSize());
     if (!window_) window_ = std::make_unique<ControlWindow>(*this, ParkingWindow::OfThisThread());
     // An incomplete window is discarded: the next call creates a complete one.
     const auto giveUp = [this] {
@@ -180,7 +182,7 @@ LRESULT ControlBase::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
                 OnResize(size);
                 CutWindow(size);
                 // Everything in the picture may have moved.
-                window_->Invalidate();
+                if (!IsCovered()) window_->Invalidate();
             }
             return 0;
         case WM_DPICHANGED_AFTERPARENT:
@@ -211,9 +213,10 @@ LRESULT ControlBase::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void ControlBase::Paint(HWND window) {
-    // Where inner windows cover all of it, some systems want it painted nevertheless.
+    // Where inner windows cover all of it, some systems want it painted nevertheless. A control that knows that need
+    // not get a device context for the question.
     RECT visible{};
-    if (GetClipBox(WindowDc(window).Get(), &visible) == NULLREGION) {
+    if (IsCovered() || GetClipBox(WindowDc(window).Get(), &visible) == NULLREGION) {
         ValidateRect(window, nullptr);
         return;
     }

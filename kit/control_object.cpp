@@ -16,6 +16,10 @@ namespace qvx {
 
 namespace {
 
+// While the controls of a form are shown one after the other, their backgrounds are left to the first painting. The
+// system would otherwise erase those of all others each time, for which each window needs its device context.
+constexpr UINT firstTime = SWP_DEFERERASE;
+
 HRESULT NewTaskString(const wchar_t* text, LPOLESTR* out) {
     const size_t bytes = (wcslen(text) + 1) * sizeof(wchar_t);
     *out = static_cast<LPOLESTR>(CoTaskMemAlloc(bytes));
@@ -226,7 +230,12 @@ void ControlBase::Activate(bool withUi) {
         });
         MoveWindowTo(place.position, place.clip);
         const bool hidden = (class_.miscStatus & OLEMISC_INVISIBLEATRUNTIME) && UserMode();
-        ShowWindow(WindowHandle(), hidden ? SW_HIDE : SW_SHOWNA);
+        constexpr UINT show = SWP_SHOWWINDOW | firstTime | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE;
+        if (hidden) {
+            ShowWindow(WindowHandle(), SW_HIDE);
+        } else {
+            SetWindowPos(WindowHandle(), nullptr, 0, 0, 0, 0, show);
+        }
         OnShow();
     }
     // In any of these calls the host may have cancelled the activation or even changed its site, so each step checks
@@ -262,8 +271,9 @@ void ControlBase::MoveWindowTo(const RECT& position, const RECT& clip) {
     clip_.reset();
     if (!clip0 && visible != whole) clip_ = visible.Empty() ? Rect{} : visible.Offset(-whole.left, -whole.top);
     CutWindow(PixelSize());
+    const bool shown = GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE;
     SetWindowPos(window, nullptr, whole.left, whole.top, whole.Width(), whole.Height(),
-                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER | (shown ? 0u : firstTime));
 }
 
 void ControlBase::CutWindow(Size size) {

@@ -16,8 +16,8 @@ packages_lazarus=(fp-compiler-3.2.2 fp-utils-3.2.2 fpc-source-3.2.2 lazarus-src-
 packages_database=(sqlite3 unixodbc libsqliteodbc)
 packages_docs=(pandoc python3)
 packages_browser=(chromium)
-packages_bench_archives=(zip unzip sqlite3)
-packages_bench_quick=(python3 python3-scipy)
+packages_bench_archives=(zip unzip "${packages_database[@]}")
+packages_bench_quick=(python3)
 packages_bench=(libwxgtk3.2-dev qtbase5-dev python3)
 
 is_installed() { [[ $(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }

@@ -1,11 +1,10 @@
 #include "win/window.h"
 
-#include <commctrl.h>
-
 #include <array>
 #include <mutex>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "com/lock.h"
 #include "com/module.h"
@@ -52,6 +51,22 @@ class ClassRegistry {
     Lock access_;
     std::set<std::wstring> names_;
 };
+
+// All subclasses, in lists that each have those of some windows. Nothing is allocated, so that attaching cannot fail
+// for lack of memory.
+struct Subclasses {
+    static constexpr std::size_t lists = 256;
+
+    WindowSubclass*& ListOf(HWND window) { return first[reinterpret_cast<UINT_PTR>(window) / 2 % lists]; }
+
+    Lock access;
+    WindowSubclass* first[lists] = {};
+};
+
+constinit Subclasses subclasses;
+
+// The property of a window without subclasses whose procedure other code still calls: the window's own procedure.
+constexpr const wchar_t* leftBehind = L"QvxSubclass";
 
 // Returns the result of a message whose handler failed: nothing was created, nothing was done, and painting is not
 // requested again at once.
@@ -161,20 +176,47 @@ void Window::Invalidate(const Rect& area) const {
 
 WindowSubclass::~WindowSubclass() { Detach(); }
 
+WindowSubclass* WindowSubclass::Find(WindowSubclass* from, HWND window) {
+    while (from && from->handle_ != window) from = from->next_;
+    return from;
+}
+
 bool WindowSubclass::Attach(HWND window) {
     Detach();
-    if (!SetWindowSubclass(window, &WindowSubclass::Procedure, reinterpret_cast<UINT_PTR>(this),
-                           reinterpret_cast<DWORD_PTR>(this))) {
-        return false;
+    const std::lock_guard lock(subclasses.access);
+    WindowSubclass*& first = subclasses.ListOf(window);
+    // Another one has put the procedure in its place, which other code may have replaced since.
+    if (const WindowSubclass* const other = Find(first, window)) {
+        original_ = other->original_;
+    } else if (const HANDLE left = RemovePropW(window, leftBehind)) {
+        original_ = reinterpret_cast<WNDPROC>(left);
+    } else {
+        original_ =
+            reinterpret_cast<WNDPROC>(SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure)));
     }
+    if (!original_) return false;
     handle_ = window;
+    next_ = std::exchange(first, this);
     return true;
 }
 
-void WindowSubclass::Detach() {
-    if (handle_) {
-        RemoveWindowSubclass(handle_, &WindowSubclass::Procedure, reinterpret_cast<UINT_PTR>(this));
-        handle_ = nullptr;
+void WindowSubclass::Detach() { Leave(false); }
+
+// With `gone`, the window gets no further messages.
+void WindowSubclass::Leave(bool gone) {
+    if (!handle_) return;
+    const std::lock_guard lock(subclasses.access);
+    WindowSubclass** link = &subclasses.ListOf(handle_);
+    while (*link != this) link = &(*link)->next_;
+    *link = next_;
+    const HWND window = std::exchange(handle_, nullptr);
+    if (gone || Find(subclasses.ListOf(window), window)) return;
+    if (reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_WNDPROC)) == &Procedure) {
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(original_));
+    } else {
+        // Code that has replaced the procedure goes on calling it.
+        KeepModuleLoaded();
+        SetPropW(window, leftBehind, reinterpret_cast<HANDLE>(original_));
     }
 }
 
@@ -183,19 +225,34 @@ LRESULT WindowSubclass::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT WindowSubclass::Default(UINT message, WPARAM wParam, LPARAM lParam) {
-    return handle_ ? DefSubclassProc(handle_, message, wParam, lParam) : 0;
+    if (!handle_) return 0;
+    WindowSubclass* next = nullptr;
+    {
+        const std::lock_guard lock(subclasses.access);
+        next = Find(next_, handle_);
+    }
+    return next ? next->Receive(message, wParam, lParam) : CallWindowProcW(original_, handle_, message, wParam, lParam);
 }
 
-LRESULT CALLBACK WindowSubclass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                           DWORD_PTR data) {
-    auto* self = reinterpret_cast<WindowSubclass*>(data);
-    const LifeWatch watch = self->Watch();
+LRESULT WindowSubclass::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
+    const LifeWatch watch = Watch();
     const LRESULT result = Fenced(
-        window, message, watch, [&] { return self->OnMessage(message, wParam, lParam); }, [&] { self->OnFault(); });
-    if (message == WM_NCDESTROY && watch.Alive()) {
-        self->Detach();
-    }
+        handle_, message, watch, [&] { return OnMessage(message, wParam, lParam); }, [&] { OnFault(); });
+    if (message == WM_NCDESTROY && watch.Alive()) Leave(true);
     return result;
+}
+
+LRESULT CALLBACK WindowSubclass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    WindowSubclass* first = nullptr;
+    {
+        const std::lock_guard lock(subclasses.access);
+        first = Find(subclasses.ListOf(window), window);
+    }
+    if (first) return first->Receive(message, wParam, lParam);
+    const auto original = reinterpret_cast<WNDPROC>(GetPropW(window, leftBehind));
+    if (message == WM_NCDESTROY) RemovePropW(window, leftBehind);
+    return original ? CallWindowProcW(original, window, message, wParam, lParam)
+                    : DefWindowProcW(window, message, wParam, lParam);
 }
 
 bool IsKeyDown(int key) { return GetKeyState(key) < 0; }

@@ -87,8 +87,11 @@ class Window {
     detail::LifeToken life_;
 };
 
-// Receives a window's messages before the window itself; for the system's controls. It is removed automatically when
-// the window is destroyed.
+// Receives a window's messages before the window itself; for the system's controls, which are subclassed when they have
+// been created. The one that was attached last comes first. It is removed automatically when the window is destroyed.
+//
+// The system's own subclasses look themselves up among the window's properties, more than once for each message. Where
+// these are kept by another process, as in Wine, that takes longer than everything else that a control does.
 class WindowSubclass {
   public:
     WindowSubclass() = default;
@@ -109,10 +112,16 @@ class WindowSubclass {
     virtual void OnFault() noexcept {}
 
   private:
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                      DWORD_PTR data);
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    void Leave(bool gone);
+    // Handles the message behind the barrier.
+    LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam);
+    // The first of a window's subclasses from here on.
+    static WindowSubclass* Find(WindowSubclass* from, HWND window);
 
     HWND handle_ = nullptr;
+    WNDPROC original_ = nullptr;      // the window's own procedure
+    WindowSubclass* next_ = nullptr;  // in the list that has the window's other subclasses
     detail::LifeToken life_;
 };
 

@@ -54,13 +54,14 @@ void Run(std::size_t controls) {
         Document document(FormFile::Parse(bytes));
         const std::vector<ObjectId> all = document.Controls();
         Time(move, [&] {
-            document.Begin();
-            for (const ObjectId& id : all) {
-                TwipsRect bounds = Document::BoundsOf(*document.Find(id));
-                bounds.left += 120;
-                bounds.top += 60;
-                document.SetBounds(id, bounds);
+            std::vector<TwipsRect> bounds;
+            for (const host::Block* block : document.FindAll(all)) {
+                bounds.push_back(Document::BoundsOf(*block));
+                bounds.back().left += 120;
+                bounds.back().top += 60;
             }
+            document.Begin();
+            document.SetBounds(all, bounds);
             document.Commit(u"Move");
         });
         const std::string moved = document.Bytes();

@@ -13,6 +13,7 @@
 #include "bench/support/data_works.h"
 #include "bench/support/paint_works.h"
 #include "bench/support/record_works.h"
+#include "bench/support/sum_works.h"
 
 namespace qvx::bench {
 namespace {
@@ -366,6 +367,8 @@ int main(int argc, char** argv) {
     RunDataWorks<WidgetPeer>(options);
     RunDataWorks<ItemModelPeer>(options);
     RunDataWorks<VectorModelPeer>(options);
+    RunSumWorks<WidgetPeer>(options);
+    RunSumWorks<ItemModelPeer>(options);
     RunRecordWorks<WidgetPeer>(options);
     RunRecordWorks<ItemModelPeer>(options);
 }

@@ -10,6 +10,7 @@
 #include "bench/support/paste_works.h"
 #include "bench/support/record_works.h"
 #include "bench/support/rules_peer.h"
+#include "bench/support/sum_works.h"
 #include "common/number_text.h"
 #include "common/numeric_reading.h"
 #include "common/text_compare.h"
@@ -23,6 +24,10 @@ class ArraysPeer {
 
     void Load(std::size_t rows) {
         for (std::size_t i = 0; i < rows; ++i) rows_.push_back(Split(Texts()[i % distinctRows]));
+    }
+    void LoadMixed(std::size_t rows) {
+        static const std::vector<Text> texts = RowTexts<Text>(MixedRowText);
+        for (std::size_t i = 0; i < rows; ++i) rows_.push_back(Split(texts[i % distinctRows]));
     }
     double Sum() {
         double sum = 0;
@@ -126,6 +131,11 @@ int main(int argc, char** argv) {
         RunDataWorks<RulesPeer, FloorPeer>(options);
     }
     if (options.growth) return 0;
+    if (options.quick) {
+        RunSumWorks<RulesPeer>(options);
+    } else {
+        RunSumWorks<RulesPeer, FloorPeer, ArraysPeer>(options);
+    }
     RunRecordWorks<RulesPeer>(options);
     RunPasteWorks(options);
     if (options.quick) return 0;

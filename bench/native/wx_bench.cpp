@@ -10,6 +10,7 @@
 #include "bench/support/data_works.h"
 #include "bench/support/paint_works.h"
 #include "bench/support/record_works.h"
+#include "bench/support/sum_works.h"
 
 namespace qvx::bench {
 namespace {
@@ -200,6 +201,7 @@ class WxBench : public wxApp {
         const Options options(argc, argv);
         RunPaintWorks<WxScreen>();
         RunDataWorks<WxPeer>(options);
+        RunSumWorks<WxPeer>(options);
         RunRecordWorks<WxPeer>(options);
         return 0;
     }

@@ -43,9 +43,10 @@ struct Expected {
         }
     }
 
-    static std::vector<std::string> Cells(std::size_t text) {
+    static std::vector<std::string> Cells(std::size_t text) { return CellsOf(RowText(text)); }
+    static std::vector<std::string> CellsOf(const std::string& row) {
         std::vector<std::string> cells(1);
-        for (const char c : RowText(text)) {
+        for (const char c : row) {
             if (c == '\t') {
                 cells.emplace_back();
             } else {

@@ -32,13 +32,10 @@ class FloorPeer {
   public:
     static const char* Name() { return "Floor"; }
 
-    void Load(std::size_t rows) {
-        starts_.reserve(rows);
-        bytes_ = Allocate(rows * longestRow + chunk);
-        for (std::size_t i = 0; i < rows; ++i) starts_.push_back(Pack(i));
-        // Pages that no row has reached were never touched.
-        room_ = used_;
-        bytes_.reset(static_cast<std::uint8_t*>(std::realloc(bytes_.release(), used_)));
+    void Load(std::size_t rows) { LoadFrom(Texts(), rows); }
+    void LoadMixed(std::size_t rows) {
+        static const std::vector<Text> texts = RowTexts<Text>(MixedRowText);
+        LoadFrom(texts, rows);
     }
     double Sum() {
         double sum = 0;
@@ -114,9 +111,18 @@ class FloorPeer {
         return {reinterpret_cast<const char*>(ends) + columnCount + from, ends[col] - from};
     }
 
-    // Packs a text of the workload after the last row; returns where the row starts.
-    std::uint32_t Pack(std::size_t i) {
-        const Text& item = Texts()[i % distinctRows];
+    void LoadFrom(const std::vector<Text>& texts, std::size_t rows) {
+        starts_.reserve(rows);
+        bytes_ = Allocate(rows * longestRow + chunk);
+        for (std::size_t i = 0; i < rows; ++i) starts_.push_back(Pack(texts[i % distinctRows]));
+        // Pages that no row has reached were never touched.
+        room_ = used_;
+        bytes_.reset(static_cast<std::uint8_t*>(std::realloc(bytes_.release(), used_)));
+    }
+
+    // Packs a text after the last row; returns where the row starts.
+    std::uint32_t Pack(std::size_t i) { return Pack(Texts()[i % distinctRows]); }
+    std::uint32_t Pack(const Text& item) {
         std::uint8_t* const ends = bytes_.get() + used_;
         std::uint8_t* const text = ends + columnCount;
         std::size_t col = 0;

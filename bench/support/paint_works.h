@@ -23,11 +23,10 @@ constexpr int paintRowHeight = 20;
 constexpr int paintHeaderWidth = 60;
 constexpr std::size_t paintRows = 100'000;
 
-template <class Screen>
-double FramesPerSecond(Screen& screen, std::size_t firstRow, bool everything) {
-    constexpr std::size_t count = 100;
+template <class Watch = Stopwatch, class Screen>
+double FramesPerSecond(Screen& screen, std::size_t firstRow, bool everything, std::size_t count = 100) {
     for (std::size_t i = 0; i < 5; ++i) screen.DrawFrame(firstRow + i, everything);
-    const Stopwatch watch;
+    const Watch watch;
     for (std::size_t i = 5; i < 5 + count; ++i) screen.DrawFrame(firstRow + i, everything);
     return static_cast<double>(count) / watch.Seconds();
 }

@@ -31,6 +31,10 @@ class RulesPeer {
     void Load(std::size_t rows) {
         for (std::size_t i = 0; i < rows; ++i) grid_.AddItem(Texts()[i % distinctRows]);
     }
+    void LoadMixed(std::size_t rows) {
+        static const std::vector<Text> texts = RowTexts<Text>(MixedRowText);
+        for (std::size_t i = 0; i < rows; ++i) grid_.AddItem(texts[i % distinctRows]);
+    }
 
     double Sum() {
         double sum = 0;

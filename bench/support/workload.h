@@ -16,12 +16,15 @@ constexpr int sumColumn = 3;
 // starts and still fits the processor's caches, like one read from a file.
 constexpr std::size_t distinctRows = 4096;
 
+inline constexpr std::array<const char*, 8> words = {"North", "South", "East",     "West",
+                                                     "Paid",  "Open",  "Returned", "In transit"};
+
+// Spreads consecutive numbers; any good multiplier will do.
+inline std::uint32_t Mixed(std::size_t row) { return static_cast<std::uint32_t>(row) * 2654435761U; }
+
 // Cells have 0 to 11 characters, 6 on average; column 3 contains amounts, and one cell in 16 of column 7 is blank.
 inline std::string RowText(std::size_t row) {
-    static constexpr std::array<const char*, 8> words = {"North", "South", "East",     "West",
-                                                         "Paid",  "Open",  "Returned", "In transit"};
-    // A multiplier that spreads consecutive numbers; any good one will do.
-    const auto mixed = static_cast<std::uint32_t>(row) * 2654435761U;
+    const std::uint32_t mixed = Mixed(row);
     const auto digits = [](std::uint32_t value, std::uint32_t limit) { return std::to_string(value % limit); };
     std::string text = std::to_string(row + 1);
     text += "\tItem " + digits(mixed >> 8, 10000);
@@ -36,12 +39,22 @@ inline std::string RowText(std::size_t row) {
     return text;
 }
 
+// The same with words in place of a third of the amounts.
+inline std::string MixedRowText(std::size_t row) {
+    std::string text = RowText(row);
+    const std::uint32_t mixed = Mixed(row);
+    if ((mixed >> 12) % 3 != 0) return text;
+    std::size_t start = 0;
+    for (int col = 0; col < sumColumn; ++col) start = text.find('\t', start) + 1;
+    return text.replace(start, text.find('\t', start) - start, words[(mixed >> 10) % words.size()]);
+}
+
 template <class String>
-std::vector<String> RowTexts() {
+std::vector<String> RowTexts(std::string (*textOf)(std::size_t) = RowText) {
     std::vector<String> rows;
     rows.reserve(distinctRows);
     for (std::size_t row = 0; row < distinctRows; ++row) {
-        const std::string text = RowText(row);
+        const std::string text = textOf(row);
         rows.emplace_back(text.begin(), text.end());
     }
     return rows;

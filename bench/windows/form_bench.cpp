@@ -263,6 +263,7 @@ void StepWorks(const HostOptions& options) {
         {"Backup", controls(CLSID_Backup)},
     };
     for (const Subject& subject : subjects) {
+        if (!options.kind.empty() && options.kind != subject.name) continue;
         for (const int count : options.quick ? std::vector<int>{20} : std::vector<int>{20, 80}) {
             const Steps steps = subject.measure(count, 5);
             const auto report = [&](const char* work, const std::vector<double>& samples) {

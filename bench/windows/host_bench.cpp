@@ -1,4 +1,4 @@
-// Measures what a host's program does with the library in its process: record sets, cells, whole grids, typing,
+// Measures what a host's program does with the library in its process: record sets, arrays, cells, whole grids, typing,
 // loading.
 #include "bench/windows/host_form.h"
 
@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
     {
         const LoadedServer server;
         if (options.Wants("bind")) RunBindWorks(options);
+        if (options.Wants("arrays")) RunArrayWorks(options);
         if (options.Wants("cells")) RunCellWorks(options);
         if (options.Wants("grid")) RunGridWorks(options);
         if (options.Wants("typing")) RunTypingWorks(options);

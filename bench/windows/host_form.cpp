@@ -16,6 +16,7 @@ HostOptions::HostOptions(int argc, char** argv) {
         const std::string argument = argv[i];
         if (argument == "--quick") quick = true;
         if (argument.rfind("--only=", 0) == 0) only = argument.substr(7);
+        if (argument.rfind("--kind=", 0) == 0) kind = argument.substr(7);
     }
 }
 

@@ -15,10 +15,12 @@ namespace qvx::bench {
 // Ends the run: nothing that follows would be measured as it is meant.
 void Require(bool good, const char* what);
 
-// The options of the programs for hosts: [--quick] for about a third of the time, [--only=NAME] for one group of works.
+// The options of the programs for hosts: [--quick] for about a third of the time, [--only=NAME] for one group of works,
+// [--kind=NAME] for the steps of one kind of control, such as a profile needs.
 struct HostOptions {
     bool quick = false;
     std::string only;
+    std::string kind;
 
     HostOptions(int argc, char** argv);
     bool Wants(const char* group) const { return only.empty() || only == group; }
@@ -110,6 +112,7 @@ class GridForm {
 
 // The groups of works.
 void RunBindWorks(const HostOptions& options);
+void RunArrayWorks(const HostOptions& options);
 void RunCellWorks(const HostOptions& options);
 void RunGridWorks(const HostOptions& options);
 void RunTypingWorks(const HostOptions& options);

@@ -12,6 +12,7 @@
 
 #include "bench/support/floor_peer.h"
 #include "bench/support/paint_works.h"
+#include "bench/support/processor_clock.h"
 #include "bench/windows/list_view.h"
 #include "common/latin1.h"
 #include "widgets/flexgrid/flexgrid_window.h"
@@ -240,12 +241,25 @@ class FloorScreen {
 
 }  // namespace
 
-void RunScreens(bool quick) {
-    if (quick) {
-        RunPaintWorks<GridScreen<ordinary>>();
-    } else {
-        RunPaintWorks<GridScreen<ordinary>, FloorScreen<ordinary>, ListViewScreen<true>>();
+void RunScreens() { RunPaintWorks<GridScreen<ordinary>, FloorScreen<ordinary>, ListViewScreen<true>>(); }
+
+void RunWatchedScreen() {
+    std::vector<double> first, frames, scroll;
+    for (std::size_t run = 0; run < 5; ++run) {
+        const ProcessorStopwatch loading;
+        GridScreen<ordinary> screen(paintRows);
+        first.push_back(loading.Seconds());
+        // Many short samples: some of them are taken while nothing else uses the same core.
+        for (std::size_t part = 0; part < 8; ++part) {
+            const std::size_t row = 200 * (8 * run + part);
+            frames.push_back(FramesPerSecond<ProcessorStopwatch>(screen, row, true, 25));
+            scroll.push_back(FramesPerSecond<ProcessorStopwatch>(screen, row + 50, false, 60));
+        }
     }
+    const char* const peer = GridScreen<ordinary>::Name();
+    Report("first_frame_cpu", paintRows, peer, first);
+    Report("frames_cpu", paintRows, peer, frames);
+    Report("scroll_cpu", paintRows, peer, scroll);
 }
 
 void RunSlowScreen() { RunPaintWorks<ListViewScreen<false>>(); }

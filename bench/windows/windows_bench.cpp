@@ -13,6 +13,7 @@
 #include "bench/support/floor_peer.h"
 #include "bench/support/paint_works.h"
 #include "bench/support/rules_peer.h"
+#include "bench/support/sum_works.h"
 #include "bench/windows/list_view.h"
 #include "bench/windows/screens.h"
 #include "com/bstr.h"
@@ -250,14 +251,17 @@ int main(int argc, char** argv) {
         std::puts("done");
         return 0;
     }
-    RunScreens(options.quick);
     if (options.quick) {
+        WorkStopwatch::countsProcessorTime = true;
+        RunWatchedScreen();
         RunDataWorks<DualPeer>(options);
         RunDataWorks<LateBoundPeer>(options);
         std::puts("done");
         return 0;
     }
+    RunScreens();
     RunDataWorks<RulesPeer, FloorPeer>(options);
+    RunSumWorks<RulesPeer, FloorPeer>(options);
     RunDataWorks<DualPeer>(options);
     RunDataWorks<LateBoundPeer>(options);
     RunDataWorks<ListViewPeer<false>>(options);

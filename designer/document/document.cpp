@@ -2,6 +2,7 @@
 #include "designer/document/document.h"
 
 #include <algorithm>
+#include <functional>
 #include <new>
 #include <utility>
 
@@ -44,6 +45,17 @@ std::unique_ptr<Block> TakeOut(const Spot& place) {
     return block;
 }
 
+// Takes controls, which are sorted by their addresses, out of a container and of those in it.
+void TakeOutAll(Block& container, const std::vector<const Block*>& sorted) noexcept {
+    std::erase_if(container.entries, [&](const Entry& entry) {
+        Block* const block = entry.block.get();
+        if (!block || block->kind != Block::Kind::object) return false;
+        if (std::binary_search(sorted.begin(), sorted.end(), block, std::less<>())) return true;
+        TakeOutAll(*block, sorted);
+        return false;
+    });
+}
+
 bool Overlaps(const TwipsRect& a, const TwipsRect& b) {
     const auto end = [](int position, int size) { return std::int64_t{position} + size; };
     return a.left < end(b.left, b.width) && b.left < end(a.left, a.width) && a.top < end(b.top, b.height) &&
@@ -79,11 +91,25 @@ const Block* Document::Find(const ObjectId& id) const { return FindControl(file_
 
 Block* Document::Find(const ObjectId& id) { return const_cast<Block*>(std::as_const(*this).Find(id)); }
 
-Block& Document::Require(const ObjectId& id) {
-    Block* block = Find(id);
-    if (!block) Refuse(u"There is no control \"" + TitleOf(id) + u"\" any more.");
-    return *block;
+std::vector<const Block*> Document::FindAll(const std::vector<ObjectId>& ids) const {
+    const std::vector<Visit> visits = Walk(file_.form);
+    const std::vector<ObjectId> all = Controls();
+    const IdTable table(all);
+    std::vector<const Block*> found;
+    found.reserve(ids.size());
+    for (const ObjectId& id : ids) {
+        const auto at = table.PositionOf(id);
+        found.push_back(at ? visits[*at].block : nullptr);
+    }
+    return found;
 }
+
+Block& Document::Existing(const Block* found, const ObjectId& id) {
+    if (!found) Refuse(u"There is no control \"" + TitleOf(id) + u"\" any more.");
+    return const_cast<Block&>(*found);
+}
+
+Block& Document::Require(const ObjectId& id) { return Existing(Find(id), id); }
 
 Block& Document::Container(const std::optional<ObjectId>& id) {
     if (!id) return file_.form;
@@ -233,16 +259,18 @@ Text Document::FreshNameIn(const Indexes& used, TextView className) {
 void Document::KeepTabOrder(const std::vector<ObjectId>& before) {
     const std::vector<ObjectId> now = TabOrder();
     std::vector<ObjectId> kept;
+    const IdTable former(before);
     for (const ObjectId& id : now) {
-        if (std::find(before.begin(), before.end(), id) != before.end()) kept.push_back(id);
+        if (former.Has(id)) kept.push_back(id);
     }
+    const IdTable present(now);
     std::vector<ObjectId> wanted;
     for (const ObjectId& id : before) {
-        if (std::find(kept.begin(), kept.end(), id) != kept.end()) wanted.push_back(id);
+        if (present.Has(id)) wanted.push_back(id);
     }
     if (kept == wanted) return;
     for (const ObjectId& id : now) {
-        if (std::find(kept.begin(), kept.end(), id) == kept.end()) wanted.push_back(id);
+        if (!former.Has(id)) wanted.push_back(id);
     }
     SetTabOrder(wanted);
 }
@@ -264,20 +292,22 @@ ObjectId Document::Place(TextView className, const std::optional<ObjectId>& cont
 
 void Document::Delete(const std::vector<ObjectId>& ids) {
     const std::vector<ObjectId> order = TabOrder();
-    for (const ObjectId& id : ids) {
-        // Deleting a container deletes its contents, so that this control may be gone already.
-        const Block* block = Find(id);
-        if (block) TakeOut(SpotOf(file_.form, *block));
-    }
+    // One that does not exist is null, which no control is.
+    std::vector<const Block*> found = FindAll(ids);
+    std::sort(found.begin(), found.end(), std::less<>());
+    TakeOutAll(file_.form, found);
     KeepTabOrder(order);
 }
 
-void Document::SetBounds(const ObjectId& id, const TwipsRect& bounds) {
-    Block& block = Require(id);
-    SetIfOther(block, u"Left", bounds.left, 0);
-    SetIfOther(block, u"Top", bounds.top, 0);
-    SetIfOther(block, u"Width", bounds.width, defaultControlSize);
-    SetIfOther(block, u"Height", bounds.height, defaultControlSize);
+void Document::SetBounds(const std::vector<ObjectId>& ids, const std::vector<TwipsRect>& bounds) {
+    const std::vector<const Block*> found = FindAll(ids);
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        Block& block = Existing(found[i], ids[i]);
+        SetIfOther(block, u"Left", bounds[i].left, 0);
+        SetIfOther(block, u"Top", bounds[i].top, 0);
+        SetIfOther(block, u"Width", bounds[i].width, defaultControlSize);
+        SetIfOther(block, u"Height", bounds[i].height, defaultControlSize);
+    }
 }
 
 void Document::Rename(const ObjectId& id, const Text& name) {
@@ -321,9 +351,10 @@ void Document::SetIndex(const ObjectId& id, int index) {
 
 void Document::Restack(const std::vector<ObjectId>& ids, bool front) {
     const std::vector<ObjectId> order = TabOrder();
+    const IdTable wanted(ids);
     std::vector<ObjectId> inOrder;
     for (const ObjectId& id : Controls()) {
-        if (std::find(ids.begin(), ids.end(), id) != ids.end()) inOrder.push_back(id);
+        if (wanted.Has(id)) inOrder.push_back(id);
     }
     if (front) std::reverse(inOrder.begin(), inOrder.end());
     for (const ObjectId& id : inOrder) {
@@ -335,17 +366,20 @@ void Document::Restack(const std::vector<ObjectId>& ids, bool front) {
 
 void Document::SetTabOrder(const std::vector<ObjectId>& first) {
     std::vector<ObjectId> order = first;
+    const IdTable earlier(first);
     for (const ObjectId& id : TabOrder()) {
-        if (std::find(first.begin(), first.end(), id) == first.end()) order.push_back(id);
+        if (!earlier.Has(id)) order.push_back(id);
     }
+    const IdTable places(order);
     // The indexes are all read first, since an implicit one depends on those before it.
     const std::vector<Visit> visits = Walk(file_.form);
     const std::vector<int> indexes = TabIndexes(visits);
     for (std::size_t i = 0; i < visits.size(); ++i) {
-        const auto at = std::find(order.begin(), order.end(), IdOf(*visits[i].block)) - order.begin();
+        const std::size_t at = places.PositionOf(IdOf(*visits[i].block)).value_or(order.size());
         auto& block = const_cast<Block&>(*visits[i].block);
         const bool implicit = !block.Find(u"TabIndex");
-        if (implicit || indexes[i] != at) block.Set(u"TabIndex", static_cast<std::int32_t>(at));
+        const auto index = static_cast<std::int32_t>(at);
+        if (implicit || indexes[i] != index) block.Set(u"TabIndex", index);
     }
 }
 

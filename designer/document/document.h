@@ -30,6 +30,8 @@ class Document {
     std::vector<ObjectId> Controls() const;
     Block* Find(const ObjectId& id);
     const Block* Find(const ObjectId& id) const;
+    // The same for many at once; null where there is no such control.
+    std::vector<const Block*> FindAll(const std::vector<ObjectId>& ids) const;
     // The areas of the controls in pixels, for selecting and drawing.
     Shapes ShapesAt(Dpi dpi) const;
     // Controls in the order in which Tab visits them.
@@ -57,7 +59,7 @@ class Document {
     // for the form.
     ObjectId Place(TextView className, const std::optional<ObjectId>& container, const TwipsRect& bounds);
     void Delete(const std::vector<ObjectId>& ids);
-    void SetBounds(const ObjectId& id, const TwipsRect& bounds);
+    void SetBounds(const std::vector<ObjectId>& ids, const std::vector<TwipsRect>& bounds);
     void Rename(const ObjectId& id, const Text& name);
     void RenameForm(const Text& name);
     // Makes it an element of the control array of its name; with -1, takes it out of the array.
@@ -91,6 +93,8 @@ class Document {
     // The first name like "Button1" that is not used.
     static Text FreshNameIn(const Indexes& used, TextView className);
     Block& Require(const ObjectId& id);
+    // A control, or the failure to find it.
+    static Block& Existing(const Block* found, const ObjectId& id);
     Block& Container(const std::optional<ObjectId>& id);
     void GoTo(std::deque<Step>& from, std::deque<Step>& to);
     void Trim();

@@ -45,10 +45,11 @@ int FreeDistance(const Block& into, const std::vector<std::unique_ptr<Block>>& g
 Text Document::CopyText(const std::vector<ObjectId>& ids) const {
     Text text;
     const std::vector<Visit> visits = Walk(file_.form);
+    const IdTable wanted(ids);
     std::vector<bool> copied(visits.size());
     for (std::size_t i = 0; i < visits.size(); ++i) {
         const bool along = visits[i].container && copied[*visits[i].container];
-        copied[i] = along || std::find(ids.begin(), ids.end(), IdOf(*visits[i].block)) != ids.end();
+        copied[i] = along || wanted.Has(IdOf(*visits[i].block));
         if (copied[i] && !along) text += BlockText(*visits[i].block, {}, u"\r\n");
     }
     return text;

@@ -1,13 +1,22 @@
 #include "designer/document/selection.h"
 
 #include <algorithm>
+#include <numeric>
 
+#include "common/ascii.h"
 #include "common/number_text.h"
 #include "host/form_value.h"
 
 namespace qvx::host::designer {
 
 namespace {
+
+// Whether one is sorted before the other, in an order in which equal ids are neighbours.
+bool Before(const ObjectId& a, const ObjectId& b) {
+    if (a.index != b.index) return a.index < b.index;
+    return std::lexicographical_compare(a.name.begin(), a.name.end(), b.name.begin(), b.name.end(),
+                                        [](char16_t x, char16_t y) { return LowerAscii(x) < LowerAscii(y); });
+}
 
 std::optional<std::size_t> HitIn(const Shapes& shapes, std::optional<std::size_t> container, Point point) {
     for (std::size_t i = 0; i < shapes.size(); ++i) {
@@ -24,6 +33,26 @@ std::optional<std::size_t> HitIn(const Shapes& shapes, std::optional<std::size_t
 bool operator==(const ObjectId& a, const ObjectId& b) { return a.index == b.index && SameName(a.name, b.name); }
 
 Text TitleOf(const ObjectId& id) { return id.index < 0 ? id.name : id.name + u"(" + IntegerToText(id.index) + u")"; }
+
+IdTable::IdTable(const std::vector<ObjectId>& ids) : ids_(ids), sorted_(ids.size()) {
+    std::iota(sorted_.begin(), sorted_.end(), std::size_t{0});
+    std::sort(sorted_.begin(), sorted_.end(), [&](std::size_t a, std::size_t b) {
+        return Before(ids[a], ids[b]) || (a < b && !Before(ids[b], ids[a]));
+    });
+}
+
+std::optional<std::size_t> IdTable::PositionOf(const ObjectId& id) const {
+    const auto found =
+        std::partition_point(sorted_.begin(), sorted_.end(), [&](std::size_t at) { return Before(ids_[at], id); });
+    return found != sorted_.end() && ids_[*found] == id ? std::optional(*found) : std::nullopt;
+}
+
+std::vector<ObjectId> IdsOf(const Shapes& shapes) {
+    std::vector<ObjectId> ids;
+    ids.reserve(shapes.size());
+    for (const Shape& shape : shapes) ids.push_back(shape.id);
+    return ids;
+}
 
 std::optional<std::size_t> PositionOf(const Shapes& shapes, const ObjectId& id) {
     for (std::size_t i = 0; i < shapes.size(); ++i) {
@@ -67,8 +96,10 @@ void Selection::Press(const Shapes& shapes, std::size_t position, bool toggle) {
 void Selection::Band(const Shapes& shapes, std::optional<std::size_t> container, const Rect& band, bool add) {
     const auto first = selected_.empty() ? std::nullopt : PositionOf(shapes, selected_.front());
     if (!add || (first && shapes[*first].container != container)) selected_.clear();
+    const std::vector<ObjectId> before = selected_;
+    const IdTable former(before);
     for (const Shape& shape : shapes) {
-        if (shape.container == container && !shape.area.Intersect(band).Empty() && !Has(shape.id)) {
+        if (shape.container == container && !shape.area.Intersect(band).Empty() && !former.Has(shape.id)) {
             selected_.push_back(shape.id);
         }
     }
@@ -97,7 +128,9 @@ void Selection::SelectAll(const Shapes& shapes) {
 }
 
 void Selection::Keep(const Shapes& shapes) {
-    std::erase_if(selected_, [&](const ObjectId& id) { return !PositionOf(shapes, id); });
+    const std::vector<ObjectId> ids = IdsOf(shapes);
+    const IdTable present(ids);
+    std::erase_if(selected_, [&](const ObjectId& id) { return !present.Has(id); });
 }
 
 std::optional<ObjectId> PasteContainer(const Shapes& shapes, const Selection& selection, TextView text) {

@@ -20,6 +20,19 @@ struct ObjectId {
 // "txtField" or "txtField(2)".
 Text TitleOf(const ObjectId& id);
 
+// Finds ids in a list, which must outlive it, without going through the list each time.
+class IdTable {
+  public:
+    explicit IdTable(const std::vector<ObjectId>& ids);
+    bool Has(const ObjectId& id) const { return PositionOf(id).has_value(); }
+    // The first place of an id.
+    std::optional<std::size_t> PositionOf(const ObjectId& id) const;
+
+  private:
+    const std::vector<ObjectId>& ids_;
+    std::vector<std::size_t> sorted_;
+};
+
 // A control as it is seen on the form: its area in pixels from the form's inside, and the position of its container in
 // the list.
 struct Shape {
@@ -31,6 +44,8 @@ struct Shape {
 
 // Containers come before their contents; of two that overlap in one container, the former is in front.
 using Shapes = std::vector<Shape>;
+
+std::vector<ObjectId> IdsOf(const Shapes& shapes);
 
 // Where a control is in the list; nothing when it is not there.
 std::optional<std::size_t> PositionOf(const Shapes& shapes, const ObjectId& id);

@@ -287,6 +287,61 @@ TEST_F(FlexGridWindowTest, WhatIsCopiedWhileScrollingIsWhatADrawingWouldShow) {
     EXPECT_EQ(WrongPixels(grid_->Handle()), 0);
 }
 
+// Says when a message comes by.
+class Passed final : public WindowSubclass {
+  public:
+    Passed(char name, std::string& seen) : name_(name), seen_(seen) {}
+
+  private:
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+        if (message == WM_APP) seen_ += name_;
+        return Default(message, wParam, lParam);
+    }
+    char name_;
+    std::string& seen_;
+};
+
+// A host's own procedure.
+std::string passed;
+WNDPROC below = nullptr;
+LRESULT CALLBACK HostProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_APP) passed += 'h';
+    return CallWindowProcW(below, window, message, wParam, lParam);
+}
+
+// Small letters attach, capital ones detach.
+TEST(Subclasses, ComeInOrderWhateverHostsPutBetween) {
+    const struct {
+        const char* steps;
+        const char* seen;
+    } cases[] = {{"a", "a"},     {"ab", "ba"},   {"abA", "b"},   {"abB", "a"},     {"aA", ""},        {"ha", "ah"},
+                 {"ah", "ha"},   {"ahb", "hba"}, {"ahA", "h"},   {"ahAb", "hb"},   {"ahAH", ""},      {"ahAHb", "b"},
+                 {"abhAB", "h"}, {"aha", "ha"},  {"ahbHA", "b"}, {"ahAHbBa", "a"}, {"abhBAba", "hab"}};
+    for (const auto& c : cases) {
+        passed.clear();
+        const HWND window = CreateWindowW(L"EDIT", L"", 0, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+        Passed a('a', passed);
+        Passed b('b', passed);
+        for (const char* step = c.steps; *step; ++step) {
+            Passed& part = *step == 'a' || *step == 'A' ? a : b;
+            if (*step == 'h' || *step == 'H') {
+                const auto procedure = reinterpret_cast<LONG_PTR>(*step == 'h' ? HostProcedure : below);
+                below = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(window, GWLP_WNDPROC, procedure));
+            } else if (*step < 'a') {
+                part.Detach();
+            } else {
+                EXPECT_TRUE(part.Attach(window));
+            }
+        }
+        SendMessageW(window, WM_APP, 0, 0);
+        EXPECT_EQ(passed, c.seen) << c.steps;
+        SendMessageW(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"still an edit field"));
+        EXPECT_EQ(SendMessageW(window, EM_LINELENGTH, 0, 0), 19) << c.steps;
+        DestroyWindow(window);
+        EXPECT_TRUE(!a.Handle() && !b.Handle()) << c.steps;
+    }
+}
+
 class PaintCounter final : public WindowSubclass {
   public:
     int paintings = 0;

@@ -48,6 +48,8 @@ bool TextBoxWindow::Make(HWND parent) {
     Attach(window);
     SendMessageW(window, EM_SETLIMITTEXT, static_cast<WPARAM>(maxLength_), 0);
     if (!passwordChar_.empty()) SendMessageW(window, EM_SETPASSWORDCHAR, passwordChar_.front(), 0);
+    // A new window is empty.
+    if (text_.empty()) return true;
     {
         const FlagScope writing(writing_);
         SetWindowTextW(window, Wide(text_));
@@ -59,7 +61,7 @@ bool TextBoxWindow::Make(HWND parent) {
 
 // Applies the appearance and behaviour to the window, which takes memory.
 void TextBoxWindow::Dress(HWND parent) {
-    ApplyFont();
+    ApplyFont(false);
     name_.Attach(Window());
     toolTip_.Set(parent, Window(), qvx::Text(toolTip_.Text()));
     ApplyTouchKeys();
@@ -110,6 +112,9 @@ int TextBoxWindow::NaturalHeight(Dpi dpi) const { return TextBoxHeight(Look(), A
 void TextBoxWindow::Resize(Size pixels) {
     if (!Window()) return;
     FollowResolution();
+    RECT now{};
+    GetWindowRect(Window(), &now);
+    if (now.right - now.left == pixels.width && now.bottom - now.top == pixels.height) return;
     SetWindowPos(Window(), nullptr, 0, 0, pixels.width, pixels.height, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -238,19 +243,19 @@ void TextBoxWindow::SetPasswordChar(TextView character) {
 
 void TextBoxWindow::SetFont(const FontSpec& font) {
     font_ = font;
-    if (Window()) ApplyFont();
+    if (Window()) ApplyFont(true);
     listener_.TextBoxPrepared();
 }
 
-void TextBoxWindow::ApplyFont() {
+void TextBoxWindow::ApplyFont(bool repaint) {
     dpi_ = WindowDpi(Window());
     // The previous font is released only after the window has stopped using it.
     const SharedFont before = std::exchange(gdiFont_, AcquireFont(font_, dpi_));
-    SendMessageW(Window(), WM_SETFONT, reinterpret_cast<WPARAM>(gdiFont_->Get()), TRUE);
+    SendMessageW(Window(), WM_SETFONT, reinterpret_cast<WPARAM>(gdiFont_->Get()), repaint);
 }
 
 void TextBoxWindow::FollowResolution() {
-    if (Window() && WindowDpi(Window()) != dpi_) ApplyFont();
+    if (Window() && WindowDpi(Window()) != dpi_) ApplyFont(true);
 }
 
 void TextBoxWindow::SetBackColor(OleColor color) {

@@ -122,7 +122,7 @@ class TextBoxWindow final : private WindowSubclass {
     void Recreate();
     template <class Value>
     bool Remake(Value& value, Value wanted);
-    void ApplyFont();
+    void ApplyFont(bool repaint);
     void ApplyTouchKeys();
 
     TextBoxListener& listener_;

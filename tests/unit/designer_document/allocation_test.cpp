@@ -50,7 +50,7 @@ const Row rows[] = {
      }},
     {"moving",
      [](Document& d) {
-         d.SetBounds(label, TwipsRect{1000, 2000, 3000, 4000});
+         d.SetBounds({label}, {TwipsRect{1000, 2000, 3000, 4000}});
      }},
     {"renaming", [](Document& d) { d.Rename(label, u"lblWithAnotherName"); }},
     {"renaming the form", [](Document& d) { d.RenameForm(u"frmWithAnotherName"); }},

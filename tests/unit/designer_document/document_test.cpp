@@ -188,7 +188,7 @@ TEST(DesignDocument, StepsInARowMayBeOne) {
     Document document(FormFile::Parse(small));
     const auto nudge = [&](int left) {
         document.Begin();
-        document.SetBounds(Id(u"lblA"), {left, 0, 480, 480});
+        document.SetBounds({Id(u"lblA")}, {{left, 0, 480, 480}});
         return document.Commit(u"Move", u"move lblA");
     };
     EXPECT_FALSE(nudge(120)) << "nothing changes";
@@ -231,7 +231,9 @@ TEST(DesignDocument, AllStepsCanBeUndoneAndRedone) {
             [&] {
                 document.Delete({pick(), pick()});
             },
-            [&] { document.SetBounds(pick(), bounds()); },
+            [&] {
+                document.SetBounds({pick(), pick()}, {bounds(), bounds()});
+            },
             [&] { document.Rename(pick(), u"name" + Text(1, static_cast<char16_t>(u'a' + any(20)))); },
             [&] { document.SetIndex(pick(), any(5) - 1); },
             [&] { document.Restack({pick()}, any(2) != 0); },

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace qvx::host::designer {
 namespace {
 
@@ -18,6 +20,15 @@ Text Names(const Selection& selection) {
     Text names;
     for (const ObjectId& id : selection.All()) names += id.name + u" ";
     return names;
+}
+
+TEST(IdTables, FindTheFirstOfEqualIds) {
+    const std::vector<ObjectId> ids = {{u"Txt", 2}, Id(u"b"), Id(u"A"),   {u"txt", 10},
+                                       Id(u"TXT"),  Id(u"a"), {u"txt", 2}};
+    const IdTable table(ids);
+    for (const ObjectId& id : ids)
+        EXPECT_EQ(*table.PositionOf(id), std::find(ids.begin(), ids.end(), id) - ids.begin());
+    for (const ObjectId& id : {Id(u"tx"), Id(u"c"), ObjectId{u"txt", 3}}) EXPECT_FALSE(table.Has(id));
 }
 
 TEST(Selecting, HitsTheForemostAndInnermost) {
