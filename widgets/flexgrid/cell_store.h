@@ -184,6 +184,8 @@ class CellStore {
     void Store(RowId id, std::span<const std::uint8_t> record);
     void StoreCell(RowId id, int col, TextView text);
     Arena::Address Append(Arena& arena, std::span<const std::uint8_t> record);
+    // Writes the record of a row of tab-separated cells, at most `cols` of them, which belongs to no row yet.
+    Arena::Address AppendItem(TextView item, int cols);
     // Inserts rows piece by piece; fill(ids) writes the texts of a piece. Undoes everything when something throws.
     template <class Fill>
     void InsertPieces(int at, int count, Fill&& fill);
