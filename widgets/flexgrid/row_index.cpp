@@ -133,6 +133,15 @@ void RowIndex::AddAlongPath(int count, std::int64_t deviation) noexcept {
     }
 }
 
+void RowIndex::Append(std::span<const RowId> ids) noexcept {
+    Leaf& leaf = *appendedTo_;
+    for (const RowId id : ids) {
+        leaf.ids[static_cast<std::size_t>(leaf.count++)] = id;
+    }
+    size_ += static_cast<int>(ids.size());
+    AddAlongPath(static_cast<int>(ids.size()), DeviationOf(ids));
+}
+
 void RowIndex::Insert(int position, std::span<const RowId> ids) {
     assert(position >= 0 && position <= size_ && ids.size() <= leafCapacity);
     const int added = static_cast<int>(ids.size());
@@ -140,15 +149,14 @@ void RowIndex::Insert(int position, std::span<const RowId> ids) {
         return;
     }
     const bool appends = position == size_;
+    if (appends && appendedTo_ && appendedTo_->count + added <= leafCapacity) {
+        Append(ids);
+        return;
+    }
+    path_.reserve(static_cast<std::size_t>(height_) + 1);
     bool rightmost = true;
     int offset = position;
-    Leaf* leaf = appends ? appendedTo_ : nullptr;
-    if (leaf) {
-        offset = leaf->count;
-    } else {
-        path_.reserve(static_cast<std::size_t>(height_) + 1);
-        leaf = &Descend(offset, rightmost);
-    }
+    Leaf* const leaf = &Descend(offset, rightmost);
     if (leaf->count + added > leafCapacity) {
         ReserveForInsert();
     }

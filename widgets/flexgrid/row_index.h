@@ -136,6 +136,8 @@ class RowIndex {
     }
     // Finds the leaf for an insertion at `position`, which becomes the offset in the leaf. Fills `path_`.
     Leaf& Descend(int& position, bool& rightmost);
+    // Appends identities to the leaf that took the last ones, which must have room.
+    void Append(std::span<const RowId> ids) noexcept;
     void AddAlongPath(int count, std::int64_t deviation) noexcept;
     void AddChildAlongPath(Child child, int leftCount, std::int64_t leftDeviation, bool rightmost) noexcept;
     std::int64_t DeviationOf(std::span<const RowId> ids) const noexcept;
