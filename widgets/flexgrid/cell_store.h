@@ -38,22 +38,19 @@ class CellStore {
     // Calls visit(row, RowView) for the rows first to last, both included.
     template <class Visit>
     void ForEachRow(int first, int last, Visit&& visit) const {
-        int row = first;
-        order_.ForEachLeaf(first, last, [&](std::span<const RowId> ids) {
-            // The way to a record leads through three tables. It is gone for several rows ahead, so that the processor
-            // has the next records at hand whatever it has to wait for in this one.
-            while (!ids.empty()) {
-                const std::uint8_t* records[64];
-                const std::size_t count = std::min(std::size(records), ids.size());
-                for (std::size_t i = 0; i < count; ++i) {
-                    records[i] = ViewOf(ids[i]).Data();
-                }
-                for (std::size_t i = 0; i < count; ++i) {
-                    visit(row++, RowView(records[i]));
-                }
-                ids = ids.subspan(count);
+        // The way to a record leads through three tables. It is gone for several rows ahead, so that the processor has
+        // the next records at hand whatever it has to wait for in this one.
+        constexpr int ahead = 64;
+        for (int row = first; row <= last;) {
+            const std::span<const RowId> ids = order_.LeafFrom(row, std::min(last, row + ahead - 1));
+            const std::uint8_t* records[ahead];
+            for (std::size_t i = 0; i < ids.size(); ++i) {
+                records[i] = ViewOf(ids[i]).Data();
             }
-        });
+            for (std::size_t i = 0; i < ids.size(); ++i) {
+                visit(row++, RowView(records[i]));
+            }
+        }
     }
 
     void InsertEmptyRows(int at, int count);

@@ -484,7 +484,7 @@ int Grid::RemoveRowsIf(Predicate&& predicate) {
 template <class Visit>
 void Grid::ForEachCellInColumn(int col, int first, int last, Visit&& visit) const {
     CheckCol(col);
-    ForEachRow(first, last, [&](int row, const RowView& cells) { visit(row, cells[col]); });
+    ForEachRow(first, last, [col, &visit](int row, const RowView& cells) { visit(row, cells[col]); });
 }
 
 template <class TextOf>

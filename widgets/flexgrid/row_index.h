@@ -42,15 +42,20 @@ class RowIndex {
         const auto offset = static_cast<unsigned>(position - cachedFirst_);
         return offset < cachedCount_ ? cachedIds_[offset] : FindAt(position);
     }
+    // Returns the rows from `first` on that are in the same leaf, up to `last` (included).
+    std::span<const RowId> LeafFrom(int first, int last) const {
+        (void)At(first);
+        const int offset = first - cachedFirst_;
+        const int count = std::min(static_cast<int>(cachedCount_) - offset, last - first + 1);
+        return {cachedIds_ + offset, static_cast<std::size_t>(count)};
+    }
     // Calls use(std::span<const RowId>) for the rows first to last (included), leaf by leaf.
     template <class Use>
     void ForEachLeaf(int first, int last, Use&& use) const {
         while (first <= last) {
-            (void)At(first);
-            const int offset = first - cachedFirst_;
-            const int count = std::min(static_cast<int>(cachedCount_) - offset, last - first + 1);
-            use(std::span<const RowId>(cachedIds_ + offset, static_cast<std::size_t>(count)));
-            first += count;
+            const std::span<const RowId> ids = LeafFrom(first, last);
+            use(ids);
+            first += static_cast<int>(ids.size());
         }
     }
 
