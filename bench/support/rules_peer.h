@@ -43,7 +43,9 @@ class RulesPeer {
     std::size_t CountBlank() {
         std::size_t blank = 0;
         grid_.ForEachRow(0, grid_.Rows() - 1, [&](int, const flexgrid::RowView& cells) {
-            for (int col = 0; col < columnCount; ++col) blank += grid::IsBlank(cells[col]) ? 1 : 0;
+            flexgrid::WithCells(cells, [&](const auto& row) {
+                for (int col = 0; col < columnCount; ++col) blank += grid::IsBlank(row[col]) ? 1 : 0;
+            });
         });
         return blank;
     }

@@ -173,6 +173,12 @@ class ShortRow {
     const char* text_;
 };
 
+// Calls use(cells) with the row as a ShortRow if it is one, and as it is otherwise.
+template <class Use>
+auto WithCells(const RowView& row, Use&& use) {
+    return row.IsShort() ? use(ShortRow(row)) : use(row);
+}
+
 // Nearly all rows are loaded as short texts in Latin-1, whose records are built where they are to be.
 struct PackedItem {
     std::size_t size;   // of the record; 0 when no cell has text
