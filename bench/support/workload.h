@@ -16,6 +16,9 @@ constexpr int sumColumn = 3;
 // starts and still fits the processor's caches, like one read from a file.
 constexpr std::size_t distinctRows = 4096;
 
+// The number of rows that the insertions add.
+constexpr std::size_t insertedRows = 1000;
+
 // Cells have 0 to 11 characters, 6 on average; column 3 contains amounts, and one cell in 16 of column 7 is blank.
 inline std::string RowText(std::size_t row) {
     static constexpr std::array<const char*, 8> words = {"North", "South", "East",     "West",
