@@ -60,6 +60,7 @@ ClipboardCells::ClipboardCells(TextView text, char16_t separator)
         std::size_t cells = 1;
         const std::size_t end = EndOfPlainRow(at, cells);
         if (end < text.size() && text[end] == quote) {
+            hasQuotes_ = true;
             at = TakeRow(at);
             cells = cells_.size();
         } else {
@@ -87,7 +88,8 @@ std::optional<TextView> ClipboardCells::PlainRow(std::size_t row) const {
     const std::size_t begin = starts_[row];
     const std::size_t end = row + 1 < starts_.size() ? starts_[row + 1] : text_.size();
     TextView line = text_.substr(begin, end - begin);
-    if (separator_ != u'\t' || ScannedFor(quote, quote, quote).Find(line, 0) != line.size()) return std::nullopt;
+    if (separator_ != u'\t') return std::nullopt;
+    if (hasQuotes_ && ScannedFor(quote, quote, quote).Find(line, 0) != line.size()) return std::nullopt;
     if (line.ends_with(u'\n')) line.remove_suffix(1);
     if (line.ends_with(u'\r')) line.remove_suffix(1);
     return line;

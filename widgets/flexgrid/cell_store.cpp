@@ -262,6 +262,10 @@ void CellStore::SetCells(int row, int firstCol, const RowView& cells, int count)
     observers_.Notify([&](RowFollower& rows) { rows.CellsChange(id, old, firstCol, count); });
     std::array<std::uint8_t, longestShortRecord> record;
     if (cells.Count() <= count) {
+        if (firstCol == 0 && old.Count() <= count) {
+            Store(id, {cells.Data(), cells.Size()});
+            return;
+        }
         if (const auto size = JoinShort(old, firstCol, firstCol + count, cells, record.data())) {
             Store(id, {record.data(), *size});
             return;
