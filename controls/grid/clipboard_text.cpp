@@ -16,6 +16,14 @@ std::size_t BehindRow(TextView text, std::size_t at) {
     return at + (text.substr(at).starts_with(u"\r\n") ? 2 : 1);
 }
 
+// Returns how many of the lowest sixteen bits are set. std::popcount is a call for processors before SSE4.
+constexpr unsigned CountBits(unsigned bits) {
+    bits -= bits >> 1 & 0x5555;
+    bits = (bits & 0x3333) + (bits >> 2 & 0x3333);
+    bits = (bits + (bits >> 4)) & 0x0F0F;
+    return (bits + (bits >> 8)) & 0x1F;
+}
+
 }  // namespace
 
 // ---- Writing -------------------------------------------------------------------------------------------------------
@@ -77,7 +85,7 @@ std::size_t ClipboardCells::EndOfPlainRow(std::size_t at, std::size_t& cells) co
     for (; at + ScannedFor::width <= text_.size(); at += ScannedFor::width) {
         const unsigned stop = stops.Among(text_.data() + at);
         const unsigned separators = separator.Among(text_.data() + at);
-        cells += static_cast<std::size_t>(std::popcount(separators & (stop - 1) & ~stop));
+        cells += CountBits(separators & (stop - 1) & ~stop);
         if (stop != 0) return at + static_cast<std::size_t>(std::countr_zero(stop));
     }
     for (; at < text_.size() && !stops.Is(text_[at]); ++at) cells += text_[at] == separator_ ? 1 : 0;
