@@ -284,7 +284,9 @@ std::optional<double> ReadNumeric(TextView text) noexcept {
 bool IsNumeric(TextView text) noexcept { return ReadNumeric(text).has_value(); }
 
 // Sums call these for every cell; where the short loops for digits cross a line of the cache, they take a sixth longer.
-[[gnu::aligned(64)]] double NumericValue(TextView text) noexcept { return QuickNumericValue(text.data(), text.data() + text.size()); }
+[[gnu::aligned(64)]] double NumericValue(TextView text) noexcept {
+    return QuickNumericValue(text.data(), text.data() + text.size());
+}
 
 [[gnu::aligned(64)]] double NumericValue(std::string_view latin1) noexcept {
     const auto* const begin = reinterpret_cast<const unsigned char*>(latin1.data());
