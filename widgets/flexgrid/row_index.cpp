@@ -149,6 +149,7 @@ void RowIndex::Insert(int position, std::span<const RowId> ids) {
         return;
     }
     const bool appends = position == size_;
+    const bool continues = position == std::exchange(insertedEnd_, position + added);
     if (appends && appendedTo_ && appendedTo_->count + added <= leafCapacity) {
         Append(ids);
         return;
@@ -178,9 +179,10 @@ void RowIndex::Insert(int position, std::span<const RowId> ids) {
     out = std::copy(ids.begin(), ids.end(), out);
     out = std::copy(at, end, out);
     const int total = static_cast<int>(out - all.begin());
-    // Appending rows one after the other leaves full leaves; elsewhere both halves keep some room.
+    // Rows that come one after the other leave full leaves, and go on coming to the end of the left one; elsewhere both
+    // halves keep some room.
     rightmost = rightmost && offset == leaf->count;
-    const int left = rightmost ? leafCapacity : total / 2;
+    const int left = rightmost ? leafCapacity : continues ? std::min(offset + added, leafCapacity) : total / 2;
     Leaf* right = spareLeaf_.release();
     ++leaves_;
     leaf->count = left;

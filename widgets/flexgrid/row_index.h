@@ -187,6 +187,7 @@ class RowIndex {
     int shared_ = 0;
     Path path_;                   // of the last insertion
     Leaf* appendedTo_ = nullptr;  // the last leaf, while `path_` leads to it and has room; null when that is not known
+    int insertedEnd_ = 0;         // the position after the last insertion, whatever has happened since
     std::unique_ptr<Leaf> spareLeaf_;
     std::vector<std::unique_ptr<Inner>> spareInners_;
 
