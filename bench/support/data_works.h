@@ -90,13 +90,13 @@ class DataWorks {
         }
         std::size_t onTop = 0;
         if (Affordable("insert_top", 10) && !(run > 0 && insert_.Long())) {
-            onTop = inserted;
-            insert_.Add([&] { peer->InsertAtTop(inserted); });
-            Check(peer->Rows() == rows + inserted && Is(*peer, inserted, 0), "insert_top");
-            Check(Is(*peer, inserted - 1, inserted - 1), "insert_top");
-            block_.Add([&] { peer->InsertBlockAtTop(inserted); });
-            Check(peer->Rows() == rows + 2 * inserted && Is(*peer, 2 * inserted, 0), "insert_block");
-            Check(Is(*peer, inserted - 1, inserted - 1), "insert_block");
+            onTop = insertedRows;
+            insert_.Add([&] { peer->InsertAtTop(insertedRows); });
+            Check(peer->Rows() == rows + insertedRows && Is(*peer, insertedRows, 0), "insert_top");
+            Check(Is(*peer, insertedRows - 1, insertedRows - 1), "insert_top");
+            block_.Add([&] { peer->InsertBlockAtTop(insertedRows); });
+            Check(peer->Rows() == rows + 2 * insertedRows && Is(*peer, 2 * insertedRows, 0), "insert_block");
+            Check(Is(*peer, insertedRows - 1, insertedRows - 1), "insert_block");
         }
         if (Affordable("remove_half", 100) && !(run > 0 && remove_.Long())) {
             const std::size_t all = peer->Rows();
@@ -114,8 +114,6 @@ class DataWorks {
         Report("insert_block", block_);
         Report("remove_half", remove_);
     }
-
-    static constexpr std::size_t inserted = 1000;
 
   private:
     struct Times {

@@ -22,6 +22,9 @@ inline constexpr std::array<const char*, 8> words = {"North", "South", "East",  
 // Spreads consecutive numbers; any good multiplier will do.
 inline std::uint32_t Mixed(std::size_t row) { return static_cast<std::uint32_t>(row) * 2654435761U; }
 
+// The number of rows that the insertions add.
+constexpr std::size_t insertedRows = 1000;
+
 // Cells have 0 to 11 characters, 6 on average; column 3 contains amounts, and one cell in 16 of column 7 is blank.
 inline std::string RowText(std::size_t row) {
     const std::uint32_t mixed = Mixed(row);

@@ -16,6 +16,14 @@ std::size_t BehindRow(TextView text, std::size_t at) {
     return at + (text.substr(at).starts_with(u"\r\n") ? 2 : 1);
 }
 
+// Returns how many of the lowest sixteen bits are set. std::popcount is a call for processors before SSE4.
+constexpr unsigned CountBits(unsigned bits) {
+    bits -= bits >> 1 & 0x5555;
+    bits = (bits & 0x3333) + (bits >> 2 & 0x3333);
+    bits = (bits + (bits >> 4)) & 0x0F0F;
+    return (bits + (bits >> 8)) & 0x1F;
+}
+
 }  // namespace
 
 // ---- Writing -------------------------------------------------------------------------------------------------------
@@ -60,6 +68,7 @@ ClipboardCells::ClipboardCells(TextView text, char16_t separator)
         std::size_t cells = 1;
         const std::size_t end = EndOfPlainRow(at, cells);
         if (end < text.size() && text[end] == quote) {
+            hasQuotes_ = true;
             at = TakeRow(at);
             cells = cells_.size();
         } else {
@@ -76,7 +85,7 @@ std::size_t ClipboardCells::EndOfPlainRow(std::size_t at, std::size_t& cells) co
     for (; at + ScannedFor::width <= text_.size(); at += ScannedFor::width) {
         const unsigned stop = stops.Among(text_.data() + at);
         const unsigned separators = separator.Among(text_.data() + at);
-        cells += static_cast<std::size_t>(std::popcount(separators & (stop - 1) & ~stop));
+        cells += CountBits(separators & (stop - 1) & ~stop);
         if (stop != 0) return at + static_cast<std::size_t>(std::countr_zero(stop));
     }
     for (; at < text_.size() && !stops.Is(text_[at]); ++at) cells += text_[at] == separator_ ? 1 : 0;
@@ -87,7 +96,8 @@ std::optional<TextView> ClipboardCells::PlainRow(std::size_t row) const {
     const std::size_t begin = starts_[row];
     const std::size_t end = row + 1 < starts_.size() ? starts_[row + 1] : text_.size();
     TextView line = text_.substr(begin, end - begin);
-    if (separator_ != u'\t' || ScannedFor(quote, quote, quote).Find(line, 0) != line.size()) return std::nullopt;
+    if (separator_ != u'\t') return std::nullopt;
+    if (hasQuotes_ && ScannedFor(quote, quote, quote).Find(line, 0) != line.size()) return std::nullopt;
     if (line.ends_with(u'\n')) line.remove_suffix(1);
     if (line.ends_with(u'\r')) line.remove_suffix(1);
     return line;

@@ -69,6 +69,7 @@ class ClipboardCells {
     ScannedFor endsCell_;
     std::vector<std::size_t> starts_;  // of the rows
     std::size_t cols_ = 0;
+    bool hasQuotes_ = false;               // in any row
     mutable std::vector<TextView> cells_;  // of the row that was read last
     mutable std::deque<Text> unquoted_;    // those of them that are not contiguous in the text
 };

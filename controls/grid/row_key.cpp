@@ -79,16 +79,8 @@ void AddLatin1(FoldedHash& hash, std::uint64_t bytes, unsigned count) {
     for (; count > 0; --count, bytes >>= 8) hash.AddFolded(FoldCase(static_cast<char32_t>(bytes & 0xFF)));
 }
 
-}  // namespace
-
-std::uint64_t HashOfKey(flexgrid::CellView key) noexcept {
-    FoldedHash hash;
-    if (!key.IsLatin1()) {
-        for (TextView rest = key.Wide(); !rest.empty();) hash.AddFolded(TakeFolded(rest));
-        return hash.Finish();
-    }
-    const char* at = key.Latin1().data();
-    std::size_t left = key.Size();
+// Adds the rest of a text in Latin-1. Takes a copy of the hash, which the loop before keeps in registers.
+std::uint64_t FinishLatin1(FoldedHash hash, const char* at, std::size_t left) {
     std::uint64_t bytes = 0;
     for (; left >= 8; at += 8, left -= 8) {
         std::memcpy(&bytes, at, 8);
@@ -100,6 +92,25 @@ std::uint64_t HashOfKey(flexgrid::CellView key) noexcept {
         AddLatin1(hash, bytes, static_cast<unsigned>(left));
     }
     return hash.Finish();
+}
+
+}  // namespace
+
+std::uint64_t HashOfKey(flexgrid::CellView key) noexcept {
+    FoldedHash hash;
+    if (!key.IsLatin1()) {
+        for (TextView rest = key.Wide(); !rest.empty();) hash.AddFolded(TakeFolded(rest));
+        return hash.Finish();
+    }
+    const char* at = key.Latin1().data();
+    std::size_t left = key.Size();
+    for (; left >= 8; at += 8, left -= 8) {
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, at, 8);
+        if (!IsAscii(bytes)) break;
+        hash.AddEight(LowerAscii(bytes));
+    }
+    return FinishLatin1(hash, at, left);
 }
 
 bool EqualKeys(flexgrid::CellView first, flexgrid::CellView second) {

@@ -22,7 +22,7 @@ class RowCheck {
     }
 
     bool Passes(const flexgrid::RowView& cells) const {
-        return cells.IsShort() ? PassesAll(flexgrid::ShortRow(cells)) : PassesAll(cells);
+        return flexgrid::WithCells(cells, [&](const auto& row) { return PassesAll(row); });
     }
 
   private:

@@ -31,14 +31,25 @@ class Arena {
 
     // Allocates memory for a record; pointers from At become invalid. Throws std::bad_alloc, or error 7 beyond 16 GB.
     Address Allocate(std::size_t size) {
-        const std::size_t padded = Padded(size);
-        assert(padded > 0);
-        if (padded > blockSize / 4) {
-            return AllocateAlone(padded);
+        if (Padded(size) > blockSize / 4) {
+            return AllocateAlone(Padded(size));
         }
+        (void)Reserve(size);
+        return Take(size);
+    }
+    // Makes room for a record of at most `most` bytes, whose exact size is not known before it is written; pointers
+    // from At become invalid. Take makes its first `size` bytes a record. Throws as Allocate does.
+    std::uint8_t* Reserve(std::size_t most) {
+        const std::size_t padded = Padded(most);
+        assert(padded > 0 && padded <= blockSize / 4);
         if (open_ + padded > openSize_) {
             MakeRoom(padded);
         }
+        return blocks_[openBlock_] + open_;
+    }
+    Address Take(std::size_t size) noexcept {
+        const std::size_t padded = Padded(size);
+        assert(padded > 0 && open_ + padded <= openSize_);
         const auto address = static_cast<Address>(openBlock_ << blockBits | open_ / wordSize);
         open_ += padded;
         used_ += padded;

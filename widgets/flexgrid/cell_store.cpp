@@ -61,6 +61,14 @@ Arena::Address CellStore::Append(Arena& arena, std::span<const std::uint8_t> rec
     return address;
 }
 
+Arena::Address CellStore::AppendItem(TextView item, int cols) {
+    const auto packed = PackShortItem(item, cols, arena_.Reserve(RoomForShortItem(item, cols)));
+    if (!packed) {
+        return Append(arena_, builder_.FromOtherItem(item, cols));
+    }
+    return packed->size == 0 ? 0 : arena_.Take(packed->size);
+}
+
 void CellStore::Store(RowId id, std::span<const std::uint8_t> record) {
     const Arena::Address old = addresses_[id];
     if (batches_ > 0) {
@@ -163,8 +171,7 @@ void CellStore::InsertEmptyRows(int at, int count) {
 }
 
 void CellStore::InsertRow(int at, TextView item, int cols) {
-    InsertPieces(
-        at, 1, [&](std::span<const RowId> ids) { addresses_[ids[0]] = Append(arena_, builder_.FromItem(item, cols)); });
+    InsertPieces(at, 1, [&](std::span<const RowId> ids) { addresses_[ids[0]] = AppendItem(item, cols); });
 }
 
 int CellStore::InsertBlock(int at, TextView block, int cols, int most) {
@@ -189,7 +196,7 @@ int CellStore::InsertBlock(int at, TextView block, int cols, int most) {
     }
     InsertPieces(at, count, [&](std::span<const RowId> ids) {
         for (const RowId id : ids) {
-            addresses_[id] = Append(arena_, builder_.FromItem(takeRow(block), cols));
+            addresses_[id] = AppendItem(takeRow(block), cols);
         }
     });
     return count;
@@ -255,6 +262,10 @@ void CellStore::SetCells(int row, int firstCol, const RowView& cells, int count)
     observers_.Notify([&](RowFollower& rows) { rows.CellsChange(id, old, firstCol, count); });
     std::array<std::uint8_t, longestShortRecord> record;
     if (cells.Count() <= count) {
+        if (firstCol == 0 && old.Count() <= count) {
+            Store(id, {cells.Data(), cells.Size()});
+            return;
+        }
         if (const auto size = JoinShort(old, firstCol, firstCol + count, cells, record.data())) {
             Store(id, {record.data(), *size});
             return;

@@ -38,22 +38,20 @@ class CellStore {
     // Calls visit(row, RowView) for the rows first to last, both included.
     template <class Visit>
     void ForEachRow(int first, int last, Visit&& visit) const {
-        int row = first;
-        order_.ForEachLeaf(first, last, [&](std::span<const RowId> ids) {
-            // The way to a record leads through three tables. It is gone for several rows ahead, so that the processor
-            // has the next records at hand whatever it has to wait for in this one.
-            while (!ids.empty()) {
-                const std::uint8_t* records[64];
-                const std::size_t count = std::min(std::size(records), ids.size());
-                for (std::size_t i = 0; i < count; ++i) {
-                    records[i] = ViewOf(ids[i]).Data();
-                }
-                for (std::size_t i = 0; i < count; ++i) {
-                    visit(row++, RowView(records[i]));
-                }
-                ids = ids.subspan(count);
+        // The way to a record leads through three tables. It is gone for several rows ahead, and the records are asked
+        // for, so that the processor has the next ones at hand whatever it has to wait for in this one.
+        constexpr int ahead = 32;
+        for (int row = first; row <= last;) {
+            const std::span<const RowId> ids = order_.LeafFrom(row, std::min(last, row + ahead - 1));
+            const std::uint8_t* records[ahead];
+            for (std::size_t i = 0; i < ids.size(); ++i) {
+                records[i] = ViewOf(ids[i]).Data();
+                __builtin_prefetch(records[i]);
             }
-        });
+            for (std::size_t i = 0; i < ids.size(); ++i) {
+                visit(row++, RowView(records[i]));
+            }
+        }
     }
 
     void InsertEmptyRows(int at, int count);
@@ -184,6 +182,8 @@ class CellStore {
     void Store(RowId id, std::span<const std::uint8_t> record);
     void StoreCell(RowId id, int col, TextView text);
     Arena::Address Append(Arena& arena, std::span<const std::uint8_t> record);
+    // Writes the record of a row of tab-separated cells, at most `cols` of them, which belongs to no row yet.
+    Arena::Address AppendItem(TextView item, int cols);
     // Inserts rows piece by piece; fill(ids) writes the texts of a piece. Undoes everything when something throws.
     template <class Fill>
     void InsertPieces(int at, int count, Fill&& fill);

@@ -74,7 +74,7 @@ void Grid::CheckCounts(const Shape& shape) {
     if (shape.fixedCols > 0 && shape.fixedCols >= shape.cols) {
         RefuseFixedCols();
     }
-    if (shape.rows > maxRows || shape.cols > maxCols || static_cast<std::int64_t>(shape.rows) * shape.cols > maxCells) {
+    if (!CellsFit(shape.rows, shape.cols)) {
         RefuseCells();
     }
 }

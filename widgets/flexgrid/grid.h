@@ -382,6 +382,9 @@ class Grid final : public GridLook {
     void CheckCell(int row, int col) const;
     template <class Write>
     void WriteCells(int row, int firstCol, std::size_t count, Write write);
+    static bool CellsFit(int rows, int cols) {
+        return rows <= maxRows && cols <= maxCols && static_cast<std::int64_t>(rows) * cols <= maxCells;
+    }
     static void CheckCounts(const Shape& shape);
     void MoveCursor(Cursor target);
     void PutCursorBack(const Cursor& to) noexcept;
@@ -481,7 +484,7 @@ int Grid::RemoveRowsIf(Predicate&& predicate) {
 template <class Visit>
 void Grid::ForEachCellInColumn(int col, int first, int last, Visit&& visit) const {
     CheckCol(col);
-    ForEachRow(first, last, [&](int row, const RowView& cells) { visit(row, cells[col]); });
+    ForEachRow(first, last, [col, &visit](int row, const RowView& cells) { visit(row, cells[col]); });
 }
 
 template <class TextOf>

@@ -21,7 +21,9 @@ int Grid::InsertionPoint(int index) const {
 
 void Grid::AddItem(TextView item, int index) {
     const int at = InsertionPoint(index);
-    CheckCounts({Rows() + 1, Cols(), fixedRows_, fixedCols_});
+    if (!CellsFit(Rows() + 1, Cols())) {
+        RefuseCells();
+    }
     std::optional<CellsMoving> moving;
     if (at <= row_) {
         moving.emplace(*this);

@@ -28,6 +28,9 @@ class ListenerList {
     // Calls each listener, including those that are added meanwhile. What a listener throws ends the round.
     template <class Call>
     void Notify(Call call) {
+        if (listeners_.empty()) {
+            return;
+        }
         const Round round(*this);
         for (std::size_t i = 0; i < listeners_.size(); ++i) {
             if (listeners_[i]) {

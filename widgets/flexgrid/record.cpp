@@ -1,9 +1,5 @@
 #include "widgets/flexgrid/record.h"
 
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
-
 #include <algorithm>
 #include <bit>
 #include <limits>
@@ -15,7 +11,7 @@ namespace qvx::flexgrid {
 
 namespace {
 
-constexpr std::size_t chunk = 16;  // characters read at a time if the processor supports it
+constexpr std::size_t chunk = 16;  // characters copied at a time
 constexpr std::size_t smallest = std::numeric_limits<std::uint8_t>::max();
 
 std::uint8_t* Bytes(std::vector<std::uint32_t>& words, std::size_t size) {
@@ -147,93 +143,73 @@ std::span<const std::uint8_t> RecordBuilder::FromPart(const RowView& row, int fi
     return FromCells(cells_);
 }
 
-// Most rows are short and in Latin-1. Their record is built from the text forwards and from the ends backwards: the
-// ends are written directly before the text, with room for as many cells as the grid has columns, which most rows fill.
-std::span<const std::uint8_t> RecordBuilder::FromShortItem(TextView item, std::size_t most, bool& latin1) {
-    const std::size_t room = std::min(most, smallest);
-    std::uint8_t* const ends = Bytes(buffer_, 2 + 2 * smallest + chunk) + 2;
-    std::uint8_t* const text = ends + room;
-    std::size_t count = 0;      // of cells that are complete
+// ---- Rows of tab-separated cells -----------------------------------------------------------------------------------
+
+std::size_t RoomForShortItem(TextView item, int cols) noexcept {
+    return 2 + std::min(static_cast<std::size_t>(cols), smallest) + std::min(item.size(), smallest) + chunk;
+}
+
+// The text begins after the ends of as many cells as there are columns, which most rows fill, and is moved when there
+// are fewer. Every cell is copied in whole chunks, the surplus of which the next cell overwrites.
+std::optional<PackedItem> PackShortItem(TextView item, int cols, std::uint8_t* bytes) noexcept {
+    if (item.size() >= smallest) {
+        return std::nullopt;
+    }
+    std::uint8_t flat[smallest + chunk];
+    MarkBits tabs;
+    if (!NarrowMarking(item, u'\t', flat, tabs)) {
+        return std::nullopt;
+    }
+    const std::size_t most = std::min(static_cast<std::size_t>(cols), smallest);
+    std::uint8_t* const ends = bytes + 2;
+    std::uint8_t* const text = ends + most;
+    std::size_t count = 0;
     std::size_t textCount = 0;  // of cells up to the last that has text
     std::size_t used = 0;
-    unsigned bits = 0;
-    const auto closeCell = [&] {
-        const std::size_t before = count == 0 ? 0 : ends[count - 1];
+    std::size_t start = 0;
+    const auto closeCell = [&](std::size_t end) {
+        const std::size_t size = end - start;
+        std::memcpy(text + used, flat + start, chunk);
+        if (size > chunk) {
+            std::memcpy(text + used + chunk, flat + start + chunk, size - chunk);
+        }
+        used += size;
         ends[count++] = static_cast<std::uint8_t>(used);
-        textCount = used > before ? count : textCount;
+        textCount = size > 0 ? count : textCount;
+        start = end + 1;
     };
-    std::size_t at = 0;
-#ifdef __SSE2__
-    // Sixteen characters at a time are narrowed, stored whole after the text so far, and once more after each tab.
-    for (; at + chunk <= item.size() && count < room; at += chunk) {
-        const auto* units = reinterpret_cast<const __m128i*>(item.data() + at);
-        const __m128i low = _mm_loadu_si128(units);
-        const __m128i high = _mm_loadu_si128(units + 1);
-        const __m128i wide = _mm_andnot_si128(_mm_set1_epi16(0xFF), _mm_or_si128(low, high));
-        if (_mm_movemask_epi8(_mm_cmpeq_epi16(wide, _mm_setzero_si128())) != 0xFFFF) {
-            bits = 0x100;  // possibly only in surplus cells, which the slow path finds out
-            break;
-        }
-        const __m128i narrow = _mm_packus_epi16(low, high);
-        auto tabs = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(narrow, _mm_set1_epi8('\t'))));
-        alignas(16) std::uint8_t bytes[2 * chunk];
-        _mm_store_si128(reinterpret_cast<__m128i*>(bytes), narrow);
-        std::size_t start = 0;
-        while (tabs != 0 && count < room) {
-            const auto tab = static_cast<std::size_t>(std::countr_zero(tabs));
-            tabs &= tabs - 1;
-            std::memcpy(text + used, bytes + start, chunk);
-            used += tab - start;
-            start = tab + 1;
-            closeCell();
-        }
-        if (count < room) {
-            std::memcpy(text + used, bytes + start, chunk);
-            used += chunk - start;
+    for (std::size_t at = 0; at < item.size(); at += 64) {
+        for (std::uint64_t bits = tabs[at / 64]; bits != 0 && count < most; bits &= bits - 1) {
+            closeCell(at + static_cast<std::size_t>(std::countr_zero(bits)));
         }
     }
-#endif
-    for (; at < item.size() && count < room && bits <= 0xFF; ++at) {
-        const char16_t unit = item[at];
-        if (unit == u'\t') {
-            closeCell();
-        } else {
-            bits |= unit;
-            text[used++] = static_cast<std::uint8_t>(unit);
-        }
+    if (count < most) {
+        closeCell(item.size());
     }
-    if (count < room) {
-        closeCell();
+    if (textCount == 0) {
+        return PackedItem{0, count};
     }
-    latin1 = bits <= 0xFF;
-    itemCells_ = count;
-    if (!latin1 || textCount == 0) {
-        return {};
+    if (textCount != most) {
+        std::memmove(ends + textCount, text, used);
     }
-    std::uint8_t* const start = text - textCount - 2;
-    if (textCount != room) {
-        std::memmove(start + 2, ends, textCount);
-    }
-    start[0] = record::widthCode<std::uint8_t>;
-    start[1] = static_cast<std::uint8_t>(textCount);
-    return {start, 2 + textCount + used};
+    bytes[0] = record::widthCode<std::uint8_t>;
+    bytes[1] = static_cast<std::uint8_t>(textCount);
+    return PackedItem{2 + textCount + used, count};
 }
 
 std::span<const std::uint8_t> RecordBuilder::FromItem(TextView item, int cols) {
-    const auto most = static_cast<std::size_t>(cols);
-    if (most == 0) {
-        itemCells_ = 0;
-        return {};
+    std::uint8_t* const bytes = Bytes(buffer_, RoomForShortItem(item, cols));
+    const auto packed = PackShortItem(item, cols, bytes);
+    if (!packed) {
+        return FromOtherItem(item, cols);
     }
-    if (item.size() < smallest) {
-        bool latin1 = false;
-        const auto record = FromShortItem(item, most, latin1);
-        if (latin1) {
-            return record;
-        }
-    }
+    itemCells_ = packed->cells;
+    return {bytes, packed->size};
+}
+
+std::span<const std::uint8_t> RecordBuilder::FromOtherItem(TextView item, int cols) {
     cells_.clear();
-    while (cells_.size() < most) {
+    while (cells_.size() < static_cast<std::size_t>(cols)) {
         const std::size_t tab = item.find(u'\t');
         const TextView cell = item.substr(0, tab);
         cells_.emplace_back(cell.data(), cell.size());

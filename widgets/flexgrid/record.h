@@ -173,12 +173,33 @@ class ShortRow {
     const char* text_;
 };
 
+// Calls use(cells) with the row as a ShortRow if it is one, and as it is otherwise.
+template <class Use>
+auto WithCells(const RowView& row, Use&& use) {
+    return row.IsShort() ? use(ShortRow(row)) : use(row);
+}
+
+// Nearly all rows are loaded as short texts in Latin-1, whose records are built where they are to be.
+struct PackedItem {
+    std::size_t size;   // of the record; 0 when no cell has text
+    std::size_t cells;  // of the text, empty ones at its end included; at most as many as were asked for
+};
+
+// Builds the record of a row of tab-separated cells, at most `cols` of them, in `bytes`. Returns nothing when the row
+// has 255 characters or more, or others than Latin-1; the bytes mean nothing then.
+std::optional<PackedItem> PackShortItem(TextView item, int cols, std::uint8_t* bytes) noexcept;
+
+// Returns the bytes that PackShortItem may write, whatever it returns.
+std::size_t RoomForShortItem(TextView item, int cols) noexcept;
+
 // Builds records in a buffer of its own, one at a time.
 class RecordBuilder {
   public:
     // Builds the record of a row of tab-separated cells, at most `cols` of them. Empty when none has text. Valid until
-    // the next call; it need not be aligned.
+    // the next call.
     std::span<const std::uint8_t> FromItem(TextView item, int cols);
+    // The same where PackShortItem has returned nothing.
+    std::span<const std::uint8_t> FromOtherItem(TextView item, int cols);
     // Returns the number of cells of the last such row, empty ones at its end included; at most its `cols`.
     int ItemCells() const { return static_cast<int>(itemCells_); }
     // Builds the record of these cells.
@@ -190,9 +211,6 @@ class RecordBuilder {
     std::span<const std::uint8_t> WithCell(const RowView& row, int col, TextView text);
 
   private:
-    // For rows of fewer than 255 characters; `latin1` is set to whether all characters are Latin-1 and the record is
-    // valid.
-    std::span<const std::uint8_t> FromShortItem(TextView item, std::size_t most, bool& latin1);
     // Builds a record in Latin-1 where the texts are, in UTF-16 otherwise.
     template <class Number>
     std::span<const std::uint8_t> Build(std::span<const CellView> cells, std::size_t characters);

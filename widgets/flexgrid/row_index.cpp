@@ -133,6 +133,15 @@ void RowIndex::AddAlongPath(int count, std::int64_t deviation) noexcept {
     }
 }
 
+void RowIndex::Append(std::span<const RowId> ids) noexcept {
+    Leaf& leaf = *appendedTo_;
+    for (const RowId id : ids) {
+        leaf.ids[static_cast<std::size_t>(leaf.count++)] = id;
+    }
+    size_ += static_cast<int>(ids.size());
+    AddAlongPath(static_cast<int>(ids.size()), DeviationOf(ids));
+}
+
 void RowIndex::Insert(int position, std::span<const RowId> ids) {
     assert(position >= 0 && position <= size_ && ids.size() <= leafCapacity);
     const int added = static_cast<int>(ids.size());
@@ -140,15 +149,15 @@ void RowIndex::Insert(int position, std::span<const RowId> ids) {
         return;
     }
     const bool appends = position == size_;
+    const bool continues = position == std::exchange(insertedEnd_, position + added);
+    if (appends && appendedTo_ && appendedTo_->count + added <= leafCapacity) {
+        Append(ids);
+        return;
+    }
+    path_.reserve(static_cast<std::size_t>(height_) + 1);
     bool rightmost = true;
     int offset = position;
-    Leaf* leaf = appends ? appendedTo_ : nullptr;
-    if (leaf) {
-        offset = leaf->count;
-    } else {
-        path_.reserve(static_cast<std::size_t>(height_) + 1);
-        leaf = &Descend(offset, rightmost);
-    }
+    Leaf* const leaf = &Descend(offset, rightmost);
     if (leaf->count + added > leafCapacity) {
         ReserveForInsert();
     }
@@ -170,9 +179,10 @@ void RowIndex::Insert(int position, std::span<const RowId> ids) {
     out = std::copy(ids.begin(), ids.end(), out);
     out = std::copy(at, end, out);
     const int total = static_cast<int>(out - all.begin());
-    // Appending rows one after the other leaves full leaves; elsewhere both halves keep some room.
+    // Rows that come one after the other leave full leaves, and go on coming to the end of the left one; elsewhere both
+    // halves keep some room.
     rightmost = rightmost && offset == leaf->count;
-    const int left = rightmost ? leafCapacity : total / 2;
+    const int left = rightmost ? leafCapacity : continues ? std::min(offset + added, leafCapacity) : total / 2;
     Leaf* right = spareLeaf_.release();
     ++leaves_;
     leaf->count = left;

@@ -42,15 +42,20 @@ class RowIndex {
         const auto offset = static_cast<unsigned>(position - cachedFirst_);
         return offset < cachedCount_ ? cachedIds_[offset] : FindAt(position);
     }
+    // Returns the rows from `first` on that are in the same leaf, up to `last` (included).
+    std::span<const RowId> LeafFrom(int first, int last) const {
+        (void)At(first);
+        const int offset = first - cachedFirst_;
+        const int count = std::min(static_cast<int>(cachedCount_) - offset, last - first + 1);
+        return {cachedIds_ + offset, static_cast<std::size_t>(count)};
+    }
     // Calls use(std::span<const RowId>) for the rows first to last (included), leaf by leaf.
     template <class Use>
     void ForEachLeaf(int first, int last, Use&& use) const {
         while (first <= last) {
-            (void)At(first);
-            const int offset = first - cachedFirst_;
-            const int count = std::min(static_cast<int>(cachedCount_) - offset, last - first + 1);
-            use(std::span<const RowId>(cachedIds_ + offset, static_cast<std::size_t>(count)));
-            first += count;
+            const std::span<const RowId> ids = LeafFrom(first, last);
+            use(ids);
+            first += static_cast<int>(ids.size());
         }
     }
 
@@ -136,6 +141,8 @@ class RowIndex {
     }
     // Finds the leaf for an insertion at `position`, which becomes the offset in the leaf. Fills `path_`.
     Leaf& Descend(int& position, bool& rightmost);
+    // Appends identities to the leaf that took the last ones, which must have room.
+    void Append(std::span<const RowId> ids) noexcept;
     void AddAlongPath(int count, std::int64_t deviation) noexcept;
     void AddChildAlongPath(Child child, int leftCount, std::int64_t leftDeviation, bool rightmost) noexcept;
     std::int64_t DeviationOf(std::span<const RowId> ids) const noexcept;
@@ -180,6 +187,7 @@ class RowIndex {
     int shared_ = 0;
     Path path_;                   // of the last insertion
     Leaf* appendedTo_ = nullptr;  // the last leaf, while `path_` leads to it and has room; null when that is not known
+    int insertedEnd_ = 0;         // the position after the last insertion, whatever has happened since
     std::unique_ptr<Leaf> spareLeaf_;
     std::vector<std::unique_ptr<Inner>> spareInners_;
 

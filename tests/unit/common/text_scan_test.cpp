@@ -33,18 +33,26 @@ TEST(TextScan, FindsTheFirstOfItsCharactersAtEverySizeAndPlace) {
     }
 }
 
-TEST(Latin1, IsNarrowedAndWidenedAtEverySizeAndSeesEveryWideCharacter) {
-    for (std::size_t size = 0; size <= longest; ++size) {
+TEST(Latin1, IsNarrowedMarkedAndWidenedAtEverySizeAndSeesEveryWideCharacter) {
+    MarkBits marks;
+    for (std::size_t size = 0; size <= 64 * marks.size(); ++size) {
         const auto units = std::make_unique<char16_t[]>(size);
-        for (std::size_t i = 0; i < size; ++i) units[i] = static_cast<char16_t>(0xFF - i);
+        for (std::size_t i = 0; i < size; ++i) units[i] = static_cast<char16_t>(0xFF - i % 7 * (i % 5));
+        const TextView text(units.get(), size);
         const auto bytes = std::make_unique<std::uint8_t[]>(size);
-        ASSERT_TRUE(NarrowTo(units.get(), size, bytes.get()));
         const auto again = std::make_unique<char16_t[]>(size);
-        ASSERT_EQ(again.get() + size, WidenTo(bytes.get(), size, again.get()));
-        ASSERT_EQ(TextView(units.get(), size), TextView(again.get(), size));
+        const auto isTheSame = [&] {
+            return WidenTo(bytes.get(), size, again.get()) == again.get() + size && text == TextView(again.get(), size);
+        };
+        ASSERT_TRUE(NarrowTo(units.get(), size, bytes.get()) && isTheSame()) << size;
+        std::fill_n(bytes.get(), size, std::uint8_t{0});
+        ASSERT_TRUE(NarrowMarking(text, u'\u00FF', bytes.get(), marks) && isTheSame()) << size;
+        for (std::size_t i = 0; i < 64 * marks.size(); ++i)
+            ASSERT_EQ(i < size && text[i] == u'\u00FF', (marks[i / 64] >> i % 64 & 1) != 0) << size << " " << i;
         for (std::size_t i = 0; i < size; ++i) {
-            const char16_t kept = std::exchange(units[i], u'\u0100');
+            const char16_t kept = std::exchange(units[i], i % 2 == 0 ? u'\u0100' : u'\uFF00');
             ASSERT_FALSE(NarrowTo(units.get(), size, bytes.get())) << size << " " << i;
+            ASSERT_FALSE(NarrowMarking(text, u'\u00FF', bytes.get(), marks)) << size << " " << i;
             units[i] = kept;
         }
     }

@@ -47,19 +47,24 @@ TEST(RowIndex, AgreesWithPlainArrays) {
     RowIndex index;
     Reference reference;
     RowId next = 0;
+    int inserted = 0;  // where the last insertion ended
     const int shared = 16;
     for (int round = 0; round < 3000; ++round) {
         const bool growing = (round / 600) % 2 == 0;
         const int size = index.Size();
         const int kind = below(12);
         if (kind < (growing ? 6 : 2)) {
-            const int place = below(4);
-            const int at = place == 0 ? size : place == 1 ? 0 : below(static_cast<std::size_t>(size) + 1);
+            const int place = below(5);
+            const int at = place == 0   ? size
+                           : place == 1 ? 0
+                           : place == 2 ? std::min(inserted, size)
+                                        : below(static_cast<std::size_t>(size) + 1);
             std::vector<RowId> ids(random() % 3 == 0 ? 1 : 1 + random() % RowIndex::leafCapacity);
             std::iota(ids.begin(), ids.end(), next);
             next += static_cast<RowId>(ids.size());
             reference.deviations.resize(next);
             index.Insert(at, ids);
+            inserted = at + static_cast<int>(ids.size());
             reference.ids.insert(reference.ids.begin() + at, ids.begin(), ids.end());
         } else if (kind < 8 && size > 0) {
             const int at = below(static_cast<std::size_t>(size));
@@ -116,18 +121,24 @@ TEST(RowIndex, AgreesWithPlainArrays) {
     }
 }
 
-TEST(RowIndex, AppendedRowsFillTheirLeaves) {
-    RowIndex index;
-    for (RowId id = 0; id < 200'000; ++id) {
-        index.Insert(index.Size(), std::span(&id, 1));
+TEST(RowIndex, RowsThatComeOneAfterTheOtherFillTheirLeaves) {
+    for (const int below : {0, 600}) {
+        RowIndex index;
+        for (int i = 0; i < below; ++i) {
+            const RowId id = 200'000u + static_cast<RowId>(i);
+            index.Insert(i, std::span(&id, 1));
+        }
+        for (RowId id = 0; id < 200'000; ++id) {
+            index.Insert(static_cast<int>(id), std::span(&id, 1));
+        }
+        EXPECT_LT(index.MemoryUsed(), 200'000 * 4.2) << below;
+        EXPECT_GE(index.MemoryUsed(), 200'000u * sizeof(RowId)) << below;
+        for (int i = 0; i < 100'000; ++i) {
+            index.Remove(i, 1);
+        }
+        EXPECT_EQ(index.At(99'999), 199'999u) << below;
+        EXPECT_LT(index.MemoryUsed(), 100'000 * 9) << below;
     }
-    EXPECT_LT(index.MemoryUsed(), 200'000 * 4.2);
-    EXPECT_GE(index.MemoryUsed(), 200'000u * sizeof(RowId));
-    for (int i = 0; i < 100'000; ++i) {
-        index.Remove(i, 1);
-    }
-    EXPECT_EQ(index.At(99'999), 199'999u);
-    EXPECT_LT(index.MemoryUsed(), 100'000 * 9);
 }
 
 TEST(SparseMap, AgreesWithAPlainArray) {
