@@ -3,14 +3,14 @@
 
     bench/compare.py SUSPECTS KEPT,NEW KEPT,NEW ...
 
-SUSPECTS is a file that gets the works that have changed; if it exists, only the works in it are compared. Each of the other
-arguments is a round: two files of results. Another program that is busy on the same core slows samples by up to the
-half, and never makes one faster, so that the fastest samples are compared: a work counts as changed if the fastest fifth of
-each round says so, in the same direction in all rounds but one and by a median of 3 % or more, and the fastest tenth of all
-samples together, too. Of eight rounds that differ by chance alone, seven agree in 7 of 100 works (the test of signs), and in
-the same direction when they are measured again in 1 of 400. With less than 3 %, two builds of the same sources differ as well. Where nothing has changed, the samples
-of the new programs are also made 10 % slower, and works in which that would not be noticed are listed: there was too much
-noise. Ends with 1 if a work has become slower.
+SUSPECTS is a file that gets the works that have changed; if it exists, only the works in it are compared. Each of the
+other arguments is a round: two files of results. Another program that is busy on the same core slows samples by up to
+the half, and never makes one faster, so that the fastest samples are compared: a work counts as changed if the fastest
+fifth of each round says so, in the same direction in all rounds but one and by a median of 3 % or more, and the fastest
+tenth of all samples together, too. Of eight rounds that differ by chance alone, seven agree in 7 of 100 works (the test
+of signs), and in the same direction when they are measured again in 1 of 400. With less than 3 %, two builds of the
+same sources differ as well. Where nothing has changed, the samples of the new programs are also made 10 % slower, and
+works in which that would not be noticed are listed: there was too much noise. Ends with 1 if a work has become slower.
 """
 import os
 import statistics
