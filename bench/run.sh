@@ -49,8 +49,8 @@ windows=build/x64/bench/bench_windows.exe
 run_one rules timeout 300 "$bin/bench_rules" "--rows=$rows" "--limit=$limit"
 run_one growth timeout 120 "$bin/bench_rules" --growth
 run_one windows run_windows 420 "$windows" "--rows=$rows" "--limit=$limit"
-run_one wx timeout 180 env GDK_BACKEND=x11 "$bin/bench_wx" "--rows=$rows" "--limit=$limit"
-run_one qt timeout 300 env QT_QPA_PLATFORM=xcb "$bin/bench_qt" "--rows=$rows" "--limit=$limit"
+run_one wx timeout 240 env GDK_BACKEND=x11 "$bin/bench_wx" "--rows=$rows" "--limit=$limit"
+run_one qt timeout 360 env QT_QPA_PLATFORM=xcb "$bin/bench_qt" "--rows=$rows" "--limit=$limit"
 
 # A display that has room for the large window, after everything that runs on the ordinary one.
 run_large() {
