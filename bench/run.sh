@@ -55,7 +55,10 @@ run_one qt timeout 360 env QT_QPA_PLATFORM=xcb "$bin/bench_qt" "--rows=$rows" "-
 # A display that has room for the large window, after everything that runs on the ordinary one.
 run_large() {
   local virtual_screen=3840x2160
+  # Wine's desktop on the other display has windows that this one does not know.
+  end_wine "$prefix"
   use_display virtual
+  keep_wine "$prefix"
   run_one large run_windows 60 "$windows" --large-screen
 }
 
