@@ -113,7 +113,7 @@ SECTIONS = (
             ("bind_interface", "bind_named", "bind_rows"), "Bind", "Loop over the fields", "records"),
     Section("Arrays of rows",
             "Arrays of ten texts a row, in one call. The floor of loading packs the array's texts into bytes, that of reading\n"
-            "makes a second array of them; neither has a grid.",
+            "makes a second array of them; neither has a grid. A ratio of 0.5 means that Qvx takes twice as long.",
             ("array_load", "array_read"), "ComboGrid", "Floor"),
     Section("Cells through automation", "Beside a minimal object with an array of texts.",
             ("cell_get_dual", "cell_put_dual", "cell_get_late", "cell_put_late"), "TextMatrix", "Array of texts",
