@@ -18,7 +18,7 @@ namespace {
 
 // While the controls of a form are shown one after the other, their backgrounds are left to the first painting. The
 // system would otherwise erase those of all others each time, for which each window needs its device context.
-constexpr UINT firstTime = SWP_DEFERERASE;
+constexpr UINT eraseLater = SWP_DEFERERASE;
 
 HRESULT NewTaskString(const wchar_t* text, LPOLESTR* out) {
     const size_t bytes = (wcslen(text) + 1) * sizeof(wchar_t);
@@ -230,7 +230,7 @@ void ControlBase::Activate(bool withUi) {
         });
         MoveWindowTo(place.position, place.clip);
         const bool hidden = (class_.miscStatus & OLEMISC_INVISIBLEATRUNTIME) && UserMode();
-        constexpr UINT show = SWP_SHOWWINDOW | firstTime | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE;
+        constexpr UINT show = SWP_SHOWWINDOW | eraseLater | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE;
         if (hidden) {
             ShowWindow(WindowHandle(), SW_HIDE);
         } else {
@@ -273,7 +273,7 @@ void ControlBase::MoveWindowTo(const RECT& position, const RECT& clip) {
     CutWindow(PixelSize());
     const bool shown = GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE;
     SetWindowPos(window, nullptr, whole.left, whole.top, whole.Width(), whole.Height(),
-                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER | (shown ? 0u : firstTime));
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOOWNERZORDER | (shown ? 0u : eraseLater));
 }
 
 void ControlBase::CutWindow(Size size) {

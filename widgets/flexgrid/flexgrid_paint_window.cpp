@@ -47,7 +47,7 @@ Rect FlexGridWindow::Settle() {
     }
     const Size client = CurrentView().client;
     const Rect area = stale_.Area({0, 0, client.width, client.height}).Union(moved);
-    if (requested.Union(area) == requested) {
+    if (area.Empty() || requested.Union(area) == requested) {
         return requested;
     }
     const RECT invalid = ToRECT(area);

@@ -24,7 +24,8 @@ class CellTip {
     // The pointer has moved over `window`; moving to another cell hides the tip of the last one. With `rightToLeft`,
     // texts are laid out from right to left.
     void Follow(HWND window, const Hit& cell, Point point, bool rightToLeft);
-    // The window's timer that creates the tip; its message is answered with Create, and the pointer followed again.
+    // The window's timer that creates the tip; its message is answered with Create and, when that returns true, with
+    // Follow.
     static constexpr UINT_PTR creationTimer = 2;
     bool Create(HWND window);
     // A button was pressed or released, which hides the tip as well.

@@ -214,10 +214,7 @@ void FlexGridWindow::RequestPaint() {
         return;
     }
     requestedAt_ = GetTickCount();
-    requested_ = {0, 0, 1, 1};
-    if (stale_.All() || stale_.Scrolled(grid_)) {
-        requested_ = requested_.Union(ClientArea());
-    }
+    requested_ = stale_.AreaToRequest(grid_, ClientArea());
     const RECT invalid = ToRECT(requested_);
     RedrawWindow(Handle(), &invalid, nullptr, RDW_INTERNALPAINT | RDW_INVALIDATE);
 }

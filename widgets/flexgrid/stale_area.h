@@ -17,12 +17,18 @@ class StaleArea {
     // A change of cells costs nothing until it is settled.
     void AddCells(const CellRange& cells) { cells_ = cells_.Union(cells); }
     void AddAll() { all_ = true; }
-    bool All() const { return all_; }
 
     // Whether the grid shows another first row or column than the picture.
     bool Scrolled(const Grid& grid) const { return grid.TopRow() != top_ || grid.LeftCol() != left_; }
     // Whether anything has to be settled or drawn.
     bool Any(const Grid& grid) const { return all_ || !cells_.Empty() || Scrolled(grid); }
+
+    // Returns what to invalidate when painting is asked for, before the extent of changes is worked out: all of the
+    // window where all is sure to be drawn or moved, otherwise a pixel.
+    Rect AreaToRequest(const Grid& grid, const Rect& client) const {
+        constexpr Rect pixel{0, 0, 1, 1};
+        return all_ || Scrolled(grid) ? pixel.Union(client) : pixel;
+    }
 
     // Turns changed cells into an area.
     void SettleCells(const Grid& grid, const View& view);

@@ -14,38 +14,41 @@ TEST(StaleArea, IsWhatNoLongerShowsTheGrid) {
         void (*change)(Grid&, StaleArea&);
         bool picture;
         Rect stale;
+        Rect requested;
     };
+    constexpr Rect pixel{0, 0, 1, 1};
     const auto cells = [](Grid&, StaleArea& stale) {
         stale.AddCells({2, 1, 2, 1});
         stale.AddCells({3, 2, 3, 2});
     };
     const auto row = [](Grid& grid, StaleArea&) { grid.SetTopRow(2); };
     const Case cases[] = {
-        {"nothing", [](Grid&, StaleArea&) {}, true, {}},
-        {"cells, as one rectangle", cells, true, {64, 32, 192, 64}},
+        {"nothing", [](Grid&, StaleArea&) {}, true, {}, pixel},
+        {"cells, as one rectangle", cells, true, {64, 32, 192, 64}, pixel},
         {"cells out of sight",
          [](Grid&, StaleArea& stale) {
              stale.AddCells({50, 1, 50, 1});
          },
          true,
-         {}},
+         {},
+         pixel},
         {"cells beside merged ones",
          [](Grid& grid, StaleArea& stale) {
              grid.SetMergeCells(GridMerge::free), stale.AddCells({2, 1, 2, 1});
          },
-         true, client},
-        {"a row that came into sight", row, true, {0, 144, 320, 160}},
-        {"the same without a picture to move", row, false, client},
+         true, client, pixel},
+        {"a row that came into sight", row, true, {0, 144, 320, 160}, client},
+        {"the same without a picture to move", row, false, client, client},
         {"a row and a cell",
          [](Grid& grid, StaleArea& stale) {
              grid.SetTopRow(2), stale.AddCells({5, 1, 5, 1});
          },
-         true, client},
+         true, client, client},
         {"all and a cell",
          [](Grid&, StaleArea& stale) {
              stale.AddAll(), stale.AddCells({2, 1, 2, 1});
          },
-         true, client},
+         true, client, client},
     };
     for (const Case& c : cases) {
         Grid grid;
@@ -55,6 +58,7 @@ TEST(StaleArea, IsWhatNoLongerShowsTheGrid) {
         EXPECT_EQ(stale.Take(grid, client), client) << "at first";
         EXPECT_FALSE(stale.Any(grid));
         c.change(grid, stale);
+        EXPECT_EQ(stale.AreaToRequest(grid, client), c.requested) << c.name;
         const View view{{client.Width(), client.Height()}};
         stale.SettleCells(grid, view);
         if (stale.Scrolled(grid)) stale.FollowView(grid, view.client, c.picture);
